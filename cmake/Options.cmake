@@ -1,0 +1,25 @@
+# What every target of the house is compiled with.
+add_library(tesk_options INTERFACE)
+target_include_directories(tesk_options INTERFACE ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR})
+target_compile_options(tesk_options INTERFACE -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Werror)
+if(QUARN_LIMB_BITS)
+  target_compile_definitions(tesk_options INTERFACE QUARN_LIMB_BITS=${QUARN_LIMB_BITS})
+endif()
+
+option(TESK_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+if(TESK_SANITIZE)
+  target_compile_options(tesk_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
+                                                -fno-omit-frame-pointer)
+  target_link_options(tesk_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+option(TESK_COVERAGE "Instrument for coverage" OFF)
+if(TESK_COVERAGE)
+  target_compile_options(tesk_options INTERFACE --coverage)
+  target_link_options(tesk_options INTERFACE --coverage)
+endif()
+
+if(WIN32)
+  # The compiler's runtime goes into each binary: nothing to ship beside it.
+  target_link_options(tesk_options INTERFACE -static-libgcc -static-libstdc++)
+endif()

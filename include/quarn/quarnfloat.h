@@ -1,0 +1,339 @@
+// QuarnFloat and Complex: the host's decimal floating-point numbers, whose digit count is set at run time.
+//
+// A finite number is a sign, a decimal coefficient and a power of ten. Every operation reads QuarnDigits() when it
+// starts and delivers its exact result rounded to that many digits, half to even; elementary functions are within one
+// unit in the last place. A stored value never changes when the digits do. NaN, signed infinities and signed zeros
+// behave as in the General Decimal Arithmetic rules. Results whose decimal exponent would pass +-999999999 become
+// infinity or zero.
+//
+// The number library keeps process-wide state (the digits, cached constants, recycled storage) without locks: it is
+// to be used by one thread at a time.
+#pragma once
+
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <ostream>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#if !defined(QUARN_LIMB_BITS)
+#if defined(__SIZEOF_INT128__)
+#define QUARN_LIMB_BITS 64
+#else
+#define QUARN_LIMB_BITS 32
+#endif
+#endif
+
+#if defined(_WIN32) && defined(QRNFLOAT_BUILD)
+#define QRNFLOAT_API __declspec(dllexport)
+#elif defined(_WIN32)
+#define QRNFLOAT_API __declspec(dllimport)
+#else
+#define QRNFLOAT_API __attribute__((visibility("default")))
+#endif
+
+/// The 32-bit signed integer of every interface: `long` where long has 32 bits, as on Windows.
+#if defined(_WIN32)
+using Integer = long;
+#else
+using Integer = int;
+#endif
+static_assert(sizeof(Integer) == 4);
+
+/// The working precision in decimal digits; 20 when the program starts.
+QRNFLOAT_API int QuarnDigits() noexcept;
+
+/// Sets the working precision, 1 to 1000000 digits, and returns the former one. Any other value changes nothing.
+QRNFLOAT_API int QuarnSetDigits(int digits) noexcept;
+
+/// A decimal floating-point number of any precision.
+class QuarnFloat {
+ public:
+  using Limb = std::conditional_t<QUARN_LIMB_BITS == 64, std::uint64_t, std::uint32_t>;
+  /// Decimal digits held by one limb.
+  static constexpr int kLimbDigits = QUARN_LIMB_BITS == 64 ? 18 : 9;
+  /// Coefficients up to this many limbs (126 digits) live inside the object.
+  static constexpr int kInlineLimbs = 56 / sizeof(Limb);
+
+  /// Zero.
+  QuarnFloat() noexcept : exponent_(kZero), tag_(0) {}
+  QuarnFloat(const QuarnFloat& other) : exponent_(other.exponent_), tag_(other.tag_) {
+    if (on_heap()) {
+      clone(other);
+    } else {
+      copy_limbs(other);
+    }
+  }
+  QuarnFloat(QuarnFloat&& other) noexcept : exponent_(other.exponent_), tag_(other.tag_) { take(other); }
+  QuarnFloat& operator=(const QuarnFloat& other) {
+    if (on_heap() || other.on_heap()) {
+      assign_slowly(other);
+    } else {
+      exponent_ = other.exponent_;
+      tag_ = other.tag_;
+      copy_limbs(other);
+    }
+    return *this;
+  }
+  QuarnFloat& operator=(QuarnFloat&& other) noexcept {
+    if (this != &other) {
+      if (on_heap()) {
+        release();
+      }
+      exponent_ = other.exponent_;
+      tag_ = other.tag_;
+      take(other);
+    }
+    return *this;
+  }
+  ~QuarnFloat() {
+    if (on_heap()) {
+      release();
+    }
+  }
+
+  /// The exact value of the double, rounded to the current digits.
+  QRNFLOAT_API QuarnFloat(double value);
+  /// The integer, rounded to the current digits.
+  template <std::integral T>
+    requires(!std::same_as<T, bool> && sizeof(T) <= 8)
+  QuarnFloat(T value) : QuarnFloat(Magnitude{value < 0, value < 0 ? 0 - std::uint64_t(value) : std::uint64_t(value)}) {}
+  QuarnFloat(bool) = delete;
+  QuarnFloat(long double) = delete;
+  /// mantissa times ten to the power exponent, rounded to the current digits.
+  QRNFLOAT_API QuarnFloat(int mantissa, int exponent);
+  /// Reads [+-]digits[.digits][e[+-]digits], "inf", "infinity" or "nan" (letters in either case), with no blanks,
+  /// rounded to the current digits. Anything else gives NaN.
+  QRNFLOAT_API explicit QuarnFloat(const char* text);
+  explicit QuarnFloat(const std::string& text) : QuarnFloat(text.c_str()) {}
+
+  QuarnFloat& operator=(double value) { return *this = QuarnFloat(value); }
+
+  QuarnFloat operator+() const { return *this; }
+  QuarnFloat operator-() const {
+    QuarnFloat negated(*this);
+    negated.tag_ ^= kSign;
+    return negated;
+  }
+  QuarnFloat& operator+=(const QuarnFloat& b);
+  QuarnFloat& operator-=(const QuarnFloat& b);
+  QuarnFloat& operator*=(const QuarnFloat& b);
+  QuarnFloat& operator/=(const QuarnFloat& b);
+
+  /// Plain text for magnitudes from 1e-7 to below 1e21 and for zero, otherwise d.ddde+-x: all digits of the value,
+  /// no trailing zeros. Reading it at as many digits gives the same value.
+  std::string to_string() const;
+
+  friend bool isnan(const QuarnFloat& x) noexcept { return x.exponent_ == kNaN; }
+  friend bool isinf(const QuarnFloat& x) noexcept { return x.exponent_ == kInfinity; }
+  friend bool isfinite(const QuarnFloat& x) noexcept { return x.exponent_ < kInfinity; }
+  friend bool signbit(const QuarnFloat& x) noexcept { return (x.tag_ & kSign) != 0; }
+  friend QuarnFloat fabs(QuarnFloat x) noexcept {
+    x.tag_ &= ~kSign;
+    return x;
+  }
+
+ private:
+  friend struct QuarnAccess;
+
+  struct Magnitude {
+    bool negative;
+    std::uint64_t value;
+  };
+  QRNFLOAT_API explicit QuarnFloat(Magnitude magnitude);
+
+  static constexpr std::uint32_t kSign = 0x80000000U;
+  static constexpr std::uint32_t kLength = 0x00FFFFFFU;
+  // Zero, infinity and NaN are exponents that no finite number has; they have no limbs, so that one look at the
+  // lengths of two operands tells whether anything is special.
+  static constexpr std::int32_t kZero = INT32_MIN;
+  static constexpr std::int32_t kInfinity = INT32_MAX - 1;
+  static constexpr std::int32_t kNaN = INT32_MAX;
+
+  // The coefficient is on the heap exactly when it does not fit inside.
+  bool on_heap() const noexcept { return (tag_ & kLength) > std::uint32_t(kInlineLimbs); }
+  void copy_limbs(const QuarnFloat& other) noexcept {
+    // Limb by limb: a wide load of just stored limbs would stall until the stores retire.
+    const std::uint32_t length = tag_ & kLength;
+    for (std::uint32_t i = 0; i < length; ++i) {
+      inside_[i] = other.inside_[i];
+    }
+  }
+  void take(QuarnFloat& other) noexcept {
+    if (on_heap()) {
+      heap_ = other.heap_;
+      other.exponent_ = kZero;
+      other.tag_ = 0;
+    } else {
+      copy_limbs(other);
+    }
+  }
+  QRNFLOAT_API void clone(const QuarnFloat& other);
+  QRNFLOAT_API void assign_slowly(const QuarnFloat& other);
+  QRNFLOAT_API void release() noexcept;
+
+  struct Heap {
+    Limb* limbs;
+    std::uint32_t capacity;
+  };
+
+  // value = (-1)^sign * 0.L0 L1 L2 ... * 10^exponent with limbs of kLimbDigits digits, the leading one first. The
+  // leading digit of L0 is not zero and the last limb is not zero, so that a value has one representation.
+  std::int32_t exponent_;
+  std::uint32_t tag_;  // sign bit and number of limbs
+  union {
+    Limb inside_[kInlineLimbs];
+    Heap heap_;
+  };
+};
+
+QRNFLOAT_API QuarnFloat operator+(const QuarnFloat& a, const QuarnFloat& b);
+QRNFLOAT_API QuarnFloat operator-(const QuarnFloat& a, const QuarnFloat& b);
+QRNFLOAT_API QuarnFloat operator*(const QuarnFloat& a, const QuarnFloat& b);
+QRNFLOAT_API QuarnFloat operator/(const QuarnFloat& a, const QuarnFloat& b);
+
+inline QuarnFloat& QuarnFloat::operator+=(const QuarnFloat& b) { return *this = *this + b; }
+inline QuarnFloat& QuarnFloat::operator-=(const QuarnFloat& b) { return *this = *this - b; }
+inline QuarnFloat& QuarnFloat::operator*=(const QuarnFloat& b) { return *this = *this * b; }
+inline QuarnFloat& QuarnFloat::operator/=(const QuarnFloat& b) { return *this = *this / b; }
+
+/// -1, 0 or 1 as a is below, equal to or above b, exactly; 2 when one of them is NaN.
+QRNFLOAT_API int QuarnCompare(const QuarnFloat& a, const QuarnFloat& b) noexcept;
+
+inline bool operator==(const QuarnFloat& a, const QuarnFloat& b) noexcept { return QuarnCompare(a, b) == 0; }
+inline bool operator!=(const QuarnFloat& a, const QuarnFloat& b) noexcept { return QuarnCompare(a, b) != 0; }
+inline bool operator<(const QuarnFloat& a, const QuarnFloat& b) noexcept { return QuarnCompare(a, b) == -1; }
+inline bool operator>(const QuarnFloat& a, const QuarnFloat& b) noexcept { return QuarnCompare(a, b) == 1; }
+inline bool operator<=(const QuarnFloat& a, const QuarnFloat& b) noexcept { return QuarnCompare(a, b) <= 0; }
+inline bool operator>=(const QuarnFloat& a, const QuarnFloat& b) noexcept {
+  return unsigned(QuarnCompare(a, b)) <= 1U;
+}
+
+/// Correctly rounded.
+QRNFLOAT_API QuarnFloat sqrt(const QuarnFloat& x);
+/// a - b * trunc(a / b), exact before the one rounding at the end; the sign is that of a.
+QRNFLOAT_API QuarnFloat fmod(const QuarnFloat& a, const QuarnFloat& b);
+QRNFLOAT_API QuarnFloat floor(const QuarnFloat& x);
+QRNFLOAT_API QuarnFloat ceil(const QuarnFloat& x);
+QRNFLOAT_API QuarnFloat trunc(const QuarnFloat& x);
+
+// Elementary functions, within one unit in the last place of the working precision.
+QRNFLOAT_API QuarnFloat exp(const QuarnFloat& x);
+QRNFLOAT_API QuarnFloat log(const QuarnFloat& x);
+QRNFLOAT_API QuarnFloat log10(const QuarnFloat& x);
+QRNFLOAT_API QuarnFloat sin(const QuarnFloat& x);
+QRNFLOAT_API QuarnFloat cos(const QuarnFloat& x);
+QRNFLOAT_API QuarnFloat tan(const QuarnFloat& x);
+QRNFLOAT_API QuarnFloat asin(const QuarnFloat& x);
+QRNFLOAT_API QuarnFloat acos(const QuarnFloat& x);
+QRNFLOAT_API QuarnFloat atan(const QuarnFloat& x);
+QRNFLOAT_API QuarnFloat atan2(const QuarnFloat& y, const QuarnFloat& x);
+QRNFLOAT_API QuarnFloat sinh(const QuarnFloat& x);
+QRNFLOAT_API QuarnFloat cosh(const QuarnFloat& x);
+QRNFLOAT_API QuarnFloat tanh(const QuarnFloat& x);
+/// x to the power y; exact whenever the result fits the working precision.
+QRNFLOAT_API QuarnFloat pow(const QuarnFloat& x, const QuarnFloat& y);
+inline QuarnFloat pow(double x, const QuarnFloat& y) { return pow(QuarnFloat(x), y); }
+
+/// The whole part of x; values beyond the range of Integer give the nearest Integer, NaN gives 0.
+QRNFLOAT_API Integer FloatToInt(const QuarnFloat& x) noexcept;
+/// The nearest double, ties to even.
+QRNFLOAT_API double FloatToDouble(const QuarnFloat& x) noexcept;
+
+/// Applies a function of one argument, named as above ("sin", "atan", "fabs", "floor", ...). An unknown name gives NaN
+/// and one line on the console.
+QRNFLOAT_API QuarnFloat QuarnEvalf1(const char* function, const QuarnFloat& x);
+/// The same with two arguments ("fmod", "pow", "atan2").
+QRNFLOAT_API QuarnFloat QuarnEvalf2(const char* function, const QuarnFloat& x, const QuarnFloat& y);
+
+/// A complex number; the parts are rounded one by one.
+class Complex {
+ public:
+  QuarnFloat re;
+  QuarnFloat im;
+
+  Complex() = default;
+  Complex(double real, double imaginary = 0.0) : re(real), im(imaginary) {}
+  Complex(QuarnFloat real, QuarnFloat imaginary = QuarnFloat()) : re(std::move(real)), im(std::move(imaginary)) {}
+
+  Complex operator-() const { return {-re, -im}; }
+  friend bool operator==(const Complex& a, const Complex& b) noexcept { return a.re == b.re && a.im == b.im; }
+  friend bool operator!=(const Complex& a, const Complex& b) noexcept { return !(a == b); }
+};
+
+QRNFLOAT_API Complex operator+(const Complex& a, const Complex& b);
+QRNFLOAT_API Complex operator-(const Complex& a, const Complex& b);
+QRNFLOAT_API Complex operator*(const Complex& a, const Complex& b);
+/// Smith's method: no overflow when the quotient does not overflow.
+QRNFLOAT_API Complex operator/(const Complex& a, const Complex& b);
+inline Complex conj(const Complex& z) { return {z.re, -z.im}; }
+
+// Formatted text ------------------------------------------------------------------------------------------------
+
+/// One argument of QFsprintf, which takes any integer, a double, text or a QuarnFloat.
+struct QFArgument {
+  enum class Type { integer, real, text } type;
+  std::int64_t integer = 0;
+  const QuarnFloat* real = nullptr;
+  const char* text = nullptr;
+
+  template <std::integral T>
+  QFArgument(T value) : type(Type::integer), integer(std::int64_t(value)) {}
+  QFArgument(const QuarnFloat& value) : type(Type::real), real(&value) {}
+  QFArgument(const char* value) : type(Type::text), text(value) {}
+};
+
+/// One target of QFsscanf: an integer, a QuarnFloat or a character array (which never overflows).
+struct QFTarget {
+  enum class Type { integer, real, text } type;
+  Integer* integer = nullptr;
+  QuarnFloat* real = nullptr;
+  char* text = nullptr;
+  std::size_t capacity = 0;
+
+  QFTarget(Integer* value) : type(Type::integer), integer(value) {}
+  QFTarget(QuarnFloat* value) : type(Type::real), real(value) {}
+  template <std::size_t N>
+  QFTarget(char (&value)[N]) : type(Type::text), text(value), capacity(N) {}
+};
+
+/// Writes at most capacity characters, the closing NUL included, and returns the length of the whole text, or -1 when
+/// the format and the arguments do not agree.
+QRNFLOAT_API int QFformat(char* buffer, std::size_t capacity, const char* format, const QFArgument* arguments,
+                          int count) noexcept;
+/// Returns the number of targets set, or -1 when the text ends before the first of them.
+QRNFLOAT_API int QFscan(const char* text, const char* format, const QFTarget* targets, int count) noexcept;
+
+/// Formatted print into a buffer with the usual conversions: flags "-+ 0#", width, precision, an ignored length
+/// modifier, and d i u x c s, or e f g (either case) for a QuarnFloat, rounded half to even in decimal.
+template <class... A>
+int QFsnprintf(char* buffer, std::size_t capacity, const char* format, const A&... values) {
+  const QFArgument arguments[sizeof...(A) + 1] = {QFArgument(values)..., QFArgument(0)};
+  return QFformat(buffer, capacity, format, arguments, int(sizeof...(A)));
+}
+template <class... A>
+int QFsprintf(char* buffer, const char* format, const A&... values) {
+  return QFsnprintf(buffer, SIZE_MAX, format, values...);
+}
+
+/// Formatted scan: blanks match any white space, %d (%ld) reads an Integer, %e %f %g a QuarnFloat, %s a word; a width
+/// limits the characters read.
+template <class... T>
+int QFsscanf(const char* text, const char* format, T&&... values) {
+  Integer none = 0;
+  const QFTarget targets[sizeof...(T) + 1] = {QFTarget(values)..., QFTarget(&none)};
+  return QFscan(text, format, targets, int(sizeof...(T)));
+}
+
+/// Writes the text of to_string(), cut to capacity with its closing NUL, and returns the length of the whole text.
+QRNFLOAT_API std::size_t QuarnText(const QuarnFloat& x, char* buffer, std::size_t capacity) noexcept;
+
+inline std::string QuarnFloat::to_string() const {
+  std::string text(QuarnText(*this, nullptr, 0), '\0');
+  QuarnText(*this, text.data(), text.size() + 1);
+  return text;
+}
+
+inline std::ostream& operator<<(std::ostream& out, const QuarnFloat& x) { return out << x.to_string(); }
