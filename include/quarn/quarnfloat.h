@@ -272,7 +272,7 @@ inline Complex conj(const Complex& z) { return {z.re, -z.im}; }
 
 // Formatted text ------------------------------------------------------------------------------------------------
 
-/// One argument of QFsprintf, which takes any integer, a double, text or a QuarnFloat.
+/// One argument of QFsprintf: any integer, text, or a QuarnFloat, which must outlive the call.
 struct QFArgument {
   enum class Type { integer, real, text } type;
   std::int64_t integer = 0;
@@ -282,6 +282,7 @@ struct QFArgument {
   template <std::integral T>
   QFArgument(T value) : type(Type::integer), integer(std::int64_t(value)) {}
   QFArgument(const QuarnFloat& value) : type(Type::real), real(&value) {}
+  QFArgument(double) = delete;
   QFArgument(const char* value) : type(Type::text), text(value) {}
 };
 

@@ -1,0 +1,46 @@
+// Machine constants, and the one place that numerical constants come from.
+#pragma once
+
+#include "quarn/quarnfloat.h"
+
+namespace tesk {
+
+/// The classic entries carry some constants as doubles, so that their results stay what they always were; their
+/// companions use the same code with constants true to the working precision.
+enum class Accuracy { classic, full };
+
+/// Hands out the constants of one accuracy at the working precision of the call.
+class Constants {
+ public:
+  explicit constexpr Constants(Accuracy accuracy) noexcept : accuracy_(accuracy) {}
+
+  Accuracy accuracy() const noexcept { return accuracy_; }
+  QuarnFloat pi() const;
+  /// sqrt(1/2)
+  QuarnFloat sqrt_half() const;
+  /// sqrt(3)/2
+  QuarnFloat half_sqrt3() const;
+  /// sqrt(5)/4
+  QuarnFloat quarter_sqrt5() const;
+
+ private:
+  Accuracy accuracy_;
+};
+
+}  // namespace tesk
+
+extern "C" {
+
+QuarnFloat x01aaf_();
+QuarnFloat x01aaf_full_();
+QuarnFloat x02ajf_();
+QuarnFloat x02akf_();
+QuarnFloat x02alf_();
+QuarnFloat x02amf_();
+Integer x02bhf_();
+
+/// The largest Integer; the argument only stands for the type in question.
+Integer x02bbfn_(QuarnFloat x);
+/// The decimal digits of the model; the argument only stands for the type in question.
+Integer x02befn_(QuarnFloat x);
+}

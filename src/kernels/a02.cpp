@@ -1,0 +1,81 @@
+#include "src/kernels/a02.h"
+
+#include <utility>
+
+#include "src/frame/constants.h"
+
+namespace {
+
+using tesk::Accuracy;
+using tesk::Constants;
+
+/// Principal square root; `sqrt_half` is the one constant whose accuracy the two entries differ in.
+void square_root(const QuarnFloat& xr, const QuarnFloat& xi, QuarnFloat* yr, QuarnFloat* yi, Accuracy accuracy) {
+  const QuarnFloat a = fabs(xr);
+  QuarnFloat s;
+  if (a > 1) {
+    // Halved operands keep the modulus from overflowing.
+    const QuarnFloat half(0.5);
+    s = sqrt(half * a + a02abfn_(half * xr, half * xi));
+  } else {
+    s = Constants(accuracy).sqrt_half() * sqrt(a + a02abfn_(xr, xi));
+  }
+  QuarnFloat t = xi;
+  if (xi != 0) {
+    t = xi / (s + s);
+  }
+  if (xr >= 0) {
+    *yr = std::move(s);
+    *yi = std::move(t);
+  } else if (t >= 0) {
+    *yr = std::move(t);
+    *yi = std::move(s);
+  } else {
+    *yr = -t;
+    *yi = -s;
+  }
+}
+
+}  // namespace
+
+extern "C" {
+
+void a02aafn_(QuarnFloat xr, QuarnFloat xi, QuarnFloat* yr, QuarnFloat* yi) {
+  square_root(xr, xi, yr, yi, Accuracy::classic);
+}
+
+void a02aafn_full_(QuarnFloat xr, QuarnFloat xi, QuarnFloat* yr, QuarnFloat* yi) {
+  square_root(xr, xi, yr, yi, Accuracy::full);
+}
+
+void a02aaf_(QuarnFloat* xr, QuarnFloat* xi, QuarnFloat* yr, QuarnFloat* yi) { a02aafn_(*xr, *xi, yr, yi); }
+
+void a02aaf_full_(QuarnFloat* xr, QuarnFloat* xi, QuarnFloat* yr, QuarnFloat* yi) { a02aafn_full_(*xr, *xi, yr, yi); }
+
+QuarnFloat a02abfn_(QuarnFloat xr, QuarnFloat xi) {
+  QuarnFloat a = fabs(std::move(xr));
+  QuarnFloat b = fabs(std::move(xi));
+  if (b > a) {
+    std::swap(a, b);
+  }
+  if (b == 0) {
+    return a;
+  }
+  const QuarnFloat t = b / a;
+  return a * sqrt(1 + t * t);
+}
+
+void a02acfn_(QuarnFloat xr, QuarnFloat xi, QuarnFloat yr, QuarnFloat yi, QuarnFloat* zr, QuarnFloat* zi) {
+  if (fabs(yr) > fabs(yi)) {
+    const QuarnFloat r = yi / yr;
+    const QuarnFloat d = 1 / (r * yi + yr);
+    *zr = (xr + r * xi) * d;
+    *zi = (xi - r * xr) * d;
+  } else {
+    const QuarnFloat r = yr / yi;
+    const QuarnFloat d = 1 / (r * yr + yi);
+    *zr = (r * xr + xi) * d;
+    *zi = (r * xi - xr) * d;
+  }
+}
+}
