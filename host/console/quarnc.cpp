@@ -1,8 +1,8 @@
-#include "quarn/quarnconsole.h"
-
 #include <cstdarg>
 #include <cstdio>
 #include <string>
+
+#include "quarn/quarnconsole.h"
 
 namespace {
 

@@ -98,8 +98,8 @@ class QuarnFloat {
   QRNFLOAT_API QuarnFloat(double value);
   /// The integer, rounded to the current digits.
   template <std::integral T>
-    requires(!std::same_as<T, bool> && sizeof(T) <= 8)
-  QuarnFloat(T value) : QuarnFloat(Magnitude{value < 0, value < 0 ? 0 - std::uint64_t(value) : std::uint64_t(value)}) {}
+  requires(!std::same_as<T, bool> && sizeof(T) <= 8) QuarnFloat(T value)
+      : QuarnFloat(Magnitude{value < 0, value < 0 ? 0 - std::uint64_t(value) : std::uint64_t(value)}) {}
   QuarnFloat(bool) = delete;
   QuarnFloat(long double) = delete;
   /// mantissa times ten to the power exponent, rounded to the current digits.
@@ -207,9 +207,7 @@ inline bool operator!=(const QuarnFloat& a, const QuarnFloat& b) noexcept { retu
 inline bool operator<(const QuarnFloat& a, const QuarnFloat& b) noexcept { return QuarnCompare(a, b) == -1; }
 inline bool operator>(const QuarnFloat& a, const QuarnFloat& b) noexcept { return QuarnCompare(a, b) == 1; }
 inline bool operator<=(const QuarnFloat& a, const QuarnFloat& b) noexcept { return QuarnCompare(a, b) <= 0; }
-inline bool operator>=(const QuarnFloat& a, const QuarnFloat& b) noexcept {
-  return unsigned(QuarnCompare(a, b)) <= 1U;
-}
+inline bool operator>=(const QuarnFloat& a, const QuarnFloat& b) noexcept { return unsigned(QuarnCompare(a, b)) <= 1U; }
 
 /// Correctly rounded.
 QRNFLOAT_API QuarnFloat sqrt(const QuarnFloat& x);
