@@ -104,8 +104,9 @@ class QuarnFloat {
   QuarnFloat(long double) = delete;
   /// mantissa times ten to the power exponent, rounded to the current digits.
   QRNFLOAT_API QuarnFloat(int mantissa, int exponent);
-  /// Reads [+-]digits[.digits][e[+-]digits], "inf", "infinity" or "nan" (letters in either case), with no blanks,
-  /// rounded to the current digits. Anything else gives NaN.
+  /// Reads [+-]digits[.digits][e[+-]digits], where the digits before or after the point may be missing ("5.", ".5"),
+  /// or [+-]inf, infinity or nan, letters in either case, no blanks: correctly rounded to the current digits, in time
+  /// linear in the length. Exponents of any size give infinity or zero. Anything else gives NaN, a null pointer too.
   QRNFLOAT_API explicit QuarnFloat(const char* text);
   explicit QuarnFloat(const std::string& text) : QuarnFloat(text.c_str()) {}
 
@@ -272,13 +273,17 @@ inline Complex conj(const Complex& z) { return {z.re, -z.im}; }
 
 /// One argument of QFsprintf: any integer, text, or a QuarnFloat, which must outlive the call.
 struct QFArgument {
-  enum class Type { integer, real, text } type;
+  enum class Type { integer, real, binary, text } type;
   std::int64_t integer = 0;
+  int bytes = 8;  // of the integer's type, int or wider: where %u and %x wrap a negative value round
   const QuarnFloat* real = nullptr;
+  double binary = 0.0;
   const char* text = nullptr;
 
   template <std::integral T>
-  QFArgument(T value) : type(Type::integer), integer(std::int64_t(value)) {}
+  QFArgument(T value) : type(Type::integer), integer(std::int64_t(value)), bytes(int(sizeof(+value))) {}
+  template <std::floating_point T>
+  requires(sizeof(T) <= sizeof(double)) QFArgument(T value) : type(Type::binary), binary(value) {}
   QFArgument(const QuarnFloat& value) : type(Type::real), real(&value) {}
   QFArgument(double) = delete;
   QFArgument(const char* value) : type(Type::text), text(value) {}
@@ -298,15 +303,28 @@ struct QFTarget {
   QFTarget(char (&value)[N]) : type(Type::text), text(value), capacity(N) {}
 };
 
-/// Writes at most capacity characters, the closing NUL included, and returns the length of the whole text, or -1 when
-/// the format and the arguments do not agree.
+/// Formatted print with the conversions d i u x c s (X too) and, for a QuarnFloat or a double, e f g (E F G too),
+/// rounded half to even in decimal; flags "-+ 0#", width and precision (either may be a star that takes an integer),
+/// length modifiers h and l without effect, %%. Infinity and NaN are "inf" and "nan" ("INF", "NAN").
+///
+/// Writes at most capacity characters, the closing NUL included (a null buffer or a capacity of 0: none), and returns
+/// the length of the whole text, or -1 when format and arguments do not agree in number or type, a conversion is
+/// unknown, or the text is longer than an int can tell; the text up to there is kept. Spare arguments are ignored.
 QRNFLOAT_API int QFformat(char* buffer, std::size_t capacity, const char* format, const QFArgument* arguments,
                           int count) noexcept;
-/// Returns the number of targets set, or -1 when the text ends before the first of them.
+
+/// Formatted scan: %d and %u read an Integer (values out of its range give the nearest one), %e %f %g (E F G too) a
+/// QuarnFloat, %s a word, %c one character or as many as the width says (without a NUL), %n tells the characters read
+/// so far; a width limits what is read, a star reads without a target, length modifiers h and l have no effect. White
+/// space in the format matches any, also none; every other character matches itself, %% a per cent sign.
+///
+/// A number is the longest one at the front of the text, so that "12e" is 12 followed by a letter. What does not fit
+/// into a character array is read and dropped. Scanning stops at the first thing that does not match, at a target of
+/// another type and where targets are missing. Returns the number of targets set (%n does not count), or -1 when the
+/// text ends before the first conversion, or text or format is null.
 QRNFLOAT_API int QFscan(const char* text, const char* format, const QFTarget* targets, int count) noexcept;
 
-/// Formatted print into a buffer with the usual conversions: flags "-+ 0#", width, precision, an ignored length
-/// modifier, and d i u x c s, or e f g (either case) for a QuarnFloat, rounded half to even in decimal.
+/// QFformat with its arguments listed.
 template <class... A>
 int QFsnprintf(char* buffer, std::size_t capacity, const char* format, const A&... values) {
   const QFArgument arguments[sizeof...(A) + 1] = {QFArgument(values)..., QFArgument(0)};
@@ -317,8 +335,7 @@ int QFsprintf(char* buffer, const char* format, const A&... values) {
   return QFsnprintf(buffer, SIZE_MAX, format, values...);
 }
 
-/// Formatted scan: blanks match any white space, %d (%ld) reads an Integer, %e %f %g a QuarnFloat, %s a word; a width
-/// limits the characters read.
+/// QFscan with its targets listed.
 template <class... T>
 int QFsscanf(const char* text, const char* format, T&&... values) {
   Integer none = 0;
