@@ -30,14 +30,13 @@ class ArgumentList {
  public:
   ArgumentList(const QFArgument* arguments, int count) noexcept : next_(arguments), left_(count) {}
 
-  const QFArgument* take(Type type, Type alternative) noexcept {
-    if (left_ <= 0 || (next_->type != type && next_->type != alternative)) {
+  const QFArgument* take(Type type) noexcept {
+    if (left_ <= 0 || next_->type != type) {
       return nullptr;
     }
     --left_;
     return next_++;
   }
-  const QFArgument* take(Type type) noexcept { return take(type, type); }
 
  private:
   const QFArgument* next_;
@@ -225,29 +224,19 @@ void write_finite(BoundedText& out, const Conversion& conversion, const QuarnFlo
   }
 }
 
-void write_real(BoundedText& out, const Conversion& conversion, const QuarnFloat& value) noexcept {
-  if (isfinite(value)) {
-    write_finite(out, conversion, value);
-    return;
-  }
-  const std::string_view name = isinf(value)         ? (conversion.upper() ? "INF" : "inf")
-                                : conversion.upper() ? "NAN"
-                                                     : "nan";
-  write_padded(out, conversion, sign_text(conversion, isinf(value) && signbit(value)), false,
-               [&](BoundedText& target) { target.put(name); });
-}
-
 bool write_real(BoundedText& out, const Conversion& conversion, const QFArgument* argument) noexcept {
   if (argument == nullptr) {
     return false;
   }
-  if (argument->type == Type::binary) {
-    // Every double is a decimal number of at most 767 digits.
-    const WorkingDigits exact(800);
-    write_real(out, conversion, QuarnFloat(argument->binary));
-  } else {
-    write_real(out, conversion, *argument->real);
+  const QuarnFloat& value = *argument->real;
+  if (isfinite(value)) {
+    write_finite(out, conversion, value);
+    return true;
   }
+  const bool upper = conversion.upper();
+  const std::string_view name = isinf(value) ? (upper ? "INF" : "inf") : (upper ? "NAN" : "nan");
+  write_padded(out, conversion, sign_text(conversion, isinf(value) && signbit(value)), false,
+               [&](BoundedText& target) { target.put(name); });
   return true;
 }
 
@@ -272,7 +261,7 @@ bool write_conversion(BoundedText& out, const Conversion& conversion, ArgumentLi
     case 'F':
     case 'g':
     case 'G':
-      return write_real(out, conversion, arguments.take(Type::real, Type::binary));
+      return write_real(out, conversion, arguments.take(Type::real));
     default:
       return false;
   }

@@ -273,17 +273,14 @@ inline Complex conj(const Complex& z) { return {z.re, -z.im}; }
 
 /// One argument of QFsprintf: any integer, text, or a QuarnFloat, which must outlive the call.
 struct QFArgument {
-  enum class Type { integer, real, binary, text } type;
+  enum class Type { integer, real, text } type;
   std::int64_t integer = 0;
   int bytes = 8;  // of the integer's type, int or wider: where %u and %x wrap a negative value round
   const QuarnFloat* real = nullptr;
-  double binary = 0.0;
   const char* text = nullptr;
 
   template <std::integral T>
   QFArgument(T value) : type(Type::integer), integer(std::int64_t(value)), bytes(int(sizeof(+value))) {}
-  template <std::floating_point T>
-  requires(sizeof(T) <= sizeof(double)) QFArgument(T value) : type(Type::binary), binary(value) {}
   QFArgument(const QuarnFloat& value) : type(Type::real), real(&value) {}
   QFArgument(double) = delete;
   QFArgument(const char* value) : type(Type::text), text(value) {}
@@ -303,8 +300,8 @@ struct QFTarget {
   QFTarget(char (&value)[N]) : type(Type::text), text(value), capacity(N) {}
 };
 
-/// Formatted print with the conversions d i u x c s (X too) and, for a QuarnFloat or a double, e f g (E F G too),
-/// rounded half to even in decimal; flags "-+ 0#", width and precision (either may be a star that takes an integer),
+/// Formatted print with the conversions d i u x c s (X too) and, for a QuarnFloat, e f g (E F G too), rounded
+/// half to even in decimal; flags "-+ 0#", width and precision (either may be a star that takes an integer),
 /// length modifiers h and l without effect, %%. Infinity and NaN are "inf" and "nan" ("INF", "NAN").
 ///
 /// Writes at most capacity characters, the closing NUL included (a null buffer or a capacity of 0: none), and returns
