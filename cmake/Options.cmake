@@ -19,6 +19,11 @@ if(TESK_COVERAGE)
   target_link_options(tesk_options INTERFACE --coverage)
 endif()
 
+# A shared library that does not find all it needs fails to link, not to load.
+if(NOT WIN32)
+  string(APPEND CMAKE_SHARED_LINKER_FLAGS " -Wl,--no-undefined")
+endif()
+
 if(WIN32)
   # The compiler's runtime goes into each binary: nothing to ship beside it.
   target_link_options(tesk_options INTERFACE -static-libgcc -static-libstdc++)
