@@ -25,8 +25,44 @@ struct View {
 /// The largest and smallest exponent of the scientific form d.ddd * 10^e.
 inline constexpr std::int64_t kMaxScientificExponent = 999'999'999;
 
-Kind kind_of(const QuarnFloat& x) noexcept;
-View view_of(const QuarnFloat& x) noexcept;
+}  // namespace quarn
+
+/// The parts of a QuarnFloat, for the number library alone.
+struct QuarnAccess {
+  using Limb = QuarnFloat::Limb;
+
+  static std::int32_t exponent(const QuarnFloat& x) noexcept { return x.exponent_; }
+  static std::uint32_t length(const QuarnFloat& x) noexcept { return x.tag_ & QuarnFloat::kLength; }
+  static bool negative(const QuarnFloat& x) noexcept { return (x.tag_ & QuarnFloat::kSign) != 0; }
+  static const Limb* limbs(const QuarnFloat& x) noexcept { return x.on_heap() ? x.heap_.limbs : x.inside_; }
+
+  static quarn::Kind kind(const QuarnFloat& x) noexcept {
+    if (length(x) != 0) {
+      return quarn::Kind::finite;
+    }
+    return x.exponent_ == QuarnFloat::kZero       ? quarn::Kind::zero
+           : x.exponent_ == QuarnFloat::kInfinity ? quarn::Kind::infinite
+                                                  : quarn::Kind::nan;
+  }
+
+  static void set_special(QuarnFloat& x, quarn::Kind kind, bool negative) noexcept {
+    x.exponent_ = kind == quarn::Kind::zero       ? QuarnFloat::kZero
+                  : kind == quarn::Kind::infinite ? QuarnFloat::kInfinity
+                                                  : QuarnFloat::kNaN;
+    x.tag_ = negative ? QuarnFloat::kSign : 0;
+  }
+
+  /// Makes x, which holds no heap block, a finite number of `length` limbs and returns them, to be filled in.
+  static Limb* prepare(QuarnFloat& x, bool negative, std::int32_t exponent, std::size_t length);
+};
+
+namespace quarn {
+
+inline Kind kind_of(const QuarnFloat& x) noexcept { return QuarnAccess::kind(x); }
+/// x must be finite and not zero.
+inline View view_of(const QuarnFloat& x) noexcept {
+  return {QuarnAccess::negative(x), QuarnAccess::exponent(x), QuarnAccess::limbs(x), QuarnAccess::length(x)};
+}
 
 /// Zero, infinity or NaN.
 QuarnFloat special(Kind kind, bool negative = false) noexcept;
