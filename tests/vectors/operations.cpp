@@ -1,0 +1,43 @@
+#include "vectors/operations.h"
+
+#include <algorithm>
+
+#include "support/digits.h"
+
+namespace vectors {
+
+namespace {
+
+constexpr Operation kOperations[] = {
+    {"add", 2, [](const QuarnFloat& a, const QuarnFloat& b) { return (a + b).to_string(); }},
+    {"subtract", 2, [](const QuarnFloat& a, const QuarnFloat& b) { return (a - b).to_string(); }},
+    {"multiply", 2, [](const QuarnFloat& a, const QuarnFloat& b) { return (a * b).to_string(); }},
+    {"divide", 2, [](const QuarnFloat& a, const QuarnFloat& b) { return (a / b).to_string(); }},
+    {"remainder", 2, [](const QuarnFloat& a, const QuarnFloat& b) { return fmod(a, b).to_string(); }},
+    {"squareroot", 1, [](const QuarnFloat& a, const QuarnFloat&) { return sqrt(a).to_string(); }},
+    {"compare", 2, [](const QuarnFloat& a, const QuarnFloat& b) { return std::to_string(QuarnCompare(a, b)); }},
+    // The text of the operand, read at the working digits.
+    {"text", 1, [](const QuarnFloat& a, const QuarnFloat&) { return QuarnFloat(a.to_string()).to_string(); }},
+};
+
+}  // namespace
+
+const Operation* find_operation(std::string_view name) {
+  const auto* found = std::find_if(std::begin(kOperations), std::end(kOperations),
+                                   [&](const Operation& operation) { return operation.name == name; });
+  return found == std::end(kOperations) ? nullptr : found;
+}
+
+QuarnFloat read_exactly(const std::string& text) {
+  const support::Digits scope(int(std::clamp<std::size_t>(text.size(), 1, 1'000'000)));
+  return QuarnFloat(text);
+}
+
+std::string evaluate(const Operation& operation, int digits, const std::string& a, const std::string& b) {
+  const QuarnFloat x = read_exactly(a);
+  const QuarnFloat y = read_exactly(b);
+  const support::Digits scope(digits);
+  return operation.apply(x, y);
+}
+
+}  // namespace vectors
