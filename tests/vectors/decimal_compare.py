@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Compares the number type with Python's decimal module on seeded random cases, digit for digit.
 
     decimal_compare.py --pairs 100000 --seed 1          arithmetic, comparison and text
@@ -71,7 +71,7 @@ def main():
         return 0
     start = time.time()
     done, failed = compare(options.program, cases, options.progress)
-    print("decimal_compare: %d cases (%s), seed %d: %d differ; %.0f s"
+    print("note: %d cases (%s), seed %d: %d differ; %.0f s"
           % (done, " ".join(operations), options.seed, failed, time.time() - start))
     return 1 if failed or done != options.pairs else 0
 

@@ -1,0 +1,207 @@
+// dectest FOLDER: runs the General Decimal Arithmetic test vectors in the folder and prints the score: cases passed,
+// cases that apply, and the others by the reason why they do not. Ends with status 1 on a failure or without cases.
+//
+// A case applies when its result is one that the number type promises: rounded half to even, or exact under whatever
+// rounding, and within the type's own exponent range. Values are compared, not spellings: a number here has no
+// trailing zeros, a NaN no sign and no diagnostic digits, and there is one kind of NaN.
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+
+#include "support/digits.h"
+#include "vectors/dectest_file.h"
+#include "vectors/operations.h"
+
+namespace {
+
+using vectors::DecTestCase;
+using vectors::read_exactly;
+
+constexpr int kMaxDigits = 1'000'000;
+
+using Function = std::function<QuarnFloat(const QuarnFloat& a, const QuarnFloat& b)>;
+
+/// The number that is not NaN when the other one is, or the one that the order puts first; then rounded, which a
+/// multiplication does without losing the sign of a zero.
+QuarnFloat pick(const QuarnFloat& a, const QuarnFloat& b, bool first) {
+  return (isnan(b) || (!isnan(a) && first) ? a : b) * 1;
+}
+
+/// Zeros of different sign are in order here, as for the vectors.
+bool below(const QuarnFloat& a, const QuarnFloat& b) { return a < b || (a == b && signbit(a) && !signbit(b)); }
+
+QuarnFloat whole_quotient(const QuarnFloat& a, const QuarnFloat& b) {
+  if (!isfinite(a) || b == 0) {
+    return a / b;
+  }
+  const support::Digits scope(std::min(2 * QuarnDigits() + 1000, kMaxDigits));
+  const QuarnFloat quotient = isinf(b) ? 0 : (a - fmod(a, b)) / b;
+  return signbit(a) == signbit(b) ? fabs(quotient) : -fabs(quotient);
+}
+
+QuarnFloat compared(const QuarnFloat& a, const QuarnFloat& b) {
+  const int order = QuarnCompare(a, b);
+  return order == 2 ? QuarnFloat("nan") : QuarnFloat(order);
+}
+
+const std::map<std::string, Function>& functions() {
+  static const std::map<std::string, Function> table = {
+      {"add", [](const auto& a, const auto& b) { return a + b; }},
+      {"subtract", [](const auto& a, const auto& b) { return a - b; }},
+      {"multiply", [](const auto& a, const auto& b) { return a * b; }},
+      {"divide", [](const auto& a, const auto& b) { return a / b; }},
+      {"divideint", whole_quotient},
+      {"remainder", [](const auto& a, const auto& b) { return fmod(a, b); }},
+      {"squareroot", [](const auto& a, const auto&) { return sqrt(a); }},
+      {"compare", compared},
+      {"abs", [](const auto& a, const auto&) { return fabs(a) + 0; }},
+      {"plus", [](const auto& a, const auto&) { return 0 + a; }},
+      {"minus", [](const auto& a, const auto&) { return 0 - a; }},
+      {"max", [](const auto& a, const auto& b) { return pick(a, b, !below(a, b)); }},
+      {"min", [](const auto& a, const auto& b) { return pick(a, b, !below(b, a)); }},
+      {"tosci", [](const auto& a, const auto&) { return a; }},
+  };
+  return table;
+}
+
+/// Operations whose result is rounded half to even whatever the setting says.
+bool always_half_even(const std::string& operation) {
+  static const std::set<std::string> names = {"squareroot", "exp", "ln", "log10"};
+  return names.count(operation) != 0;
+}
+
+bool signalling(const std::string& text) { return text.find_first_of("sS") != std::string::npos; }
+
+/// A finite number that lies outside the number type's exponent range.
+bool out_of_range(const std::string& text) {
+  const QuarnFloat value = read_exactly(text);
+  const std::size_t digit = text.find_first_of("123456789");
+  const bool nonzero = digit != std::string::npos && digit < text.find_first_of("eE");
+  return nonzero && (value == 0 || isinf(value));
+}
+
+/// Why a case does not apply; empty when it does.
+std::string reason_left_out(const DecTestCase& c) {
+  const auto any = [&](bool (*test)(const std::string&)) {
+    return std::any_of(c.operands.begin(), c.operands.end(), test) || test(c.result);
+  };
+  if (functions().count(c.operation) == 0) {
+    return "operation without a counterpart";
+  }
+  if (any([](const std::string& text) { return text.find('#') != std::string::npos; })) {
+    return "operand or result in a fixed format, or none";
+  }
+  if (c.has("invalid_context")) {
+    return "settings that the reference implementation's functions refuse";
+  }
+  if (!c.extended) {
+    return "subset arithmetic";
+  }
+  const bool inexact = c.has("inexact");
+  const bool floor_zero = c.rounding == "floor" && read_exactly(c.result) == 0;
+  if (c.rounding != "half_even" && !always_half_even(c.operation) && (inexact || floor_zero)) {
+    return "inexact under another rounding";
+  }
+  if (c.precision > kMaxDigits) {
+    return "more than 1000000 digits";
+  }
+  if (c.has("division_impossible")) {
+    return "remainder or quotient that is exact here and refused there";
+  }
+  if (c.has("subnormal") || c.has("underflow")) {
+    return "subnormal result or operand";
+  }
+  if ((c.has("overflow") && c.largest_exponent != 999999999) || any(out_of_range)) {
+    return "beyond the exponent range of the case or of the type";
+  }
+  if ((c.operation == "max" || c.operation == "min") && any(signalling)) {
+    return "signalling NaN";
+  }
+  return "";
+}
+
+bool same(const QuarnFloat& a, const QuarnFloat& b) {
+  return (isnan(a) && isnan(b)) || (a == b && signbit(a) == signbit(b));
+}
+
+/// The operand as the operation sees it: exact, but rounded where reading is the operation.
+QuarnFloat operand(const DecTestCase& c, std::size_t i) {
+  if (i >= c.operands.size()) {
+    return 0;
+  }
+  return c.operation == "tosci" ? QuarnFloat(c.operands[i]) : read_exactly(c.operands[i]);
+}
+
+bool passes(const DecTestCase& c, const std::string& file) {
+  const support::Digits scope(c.precision);
+  const QuarnFloat result = functions().at(c.operation)(operand(c, 0), operand(c, 1));
+  if (same(result, read_exactly(c.result))) {
+    return true;
+  }
+  std::printf("FAILED %s %s: %s", file.c_str(), c.id.c_str(), c.operation.c_str());
+  for (const std::string& text : c.operands) {
+    std::printf(" %s", text.c_str());
+  }
+  std::printf(" at %d digits\n  ours   %s\n  theirs %s\n", c.precision, result.to_string().c_str(), c.result.c_str());
+  return false;
+}
+
+/// Files for numbers of any precision: all but those of the fixed formats.
+bool arbitrary_precision(const std::string& name) {
+  if (name.rfind("dec", 0) == 0) {
+    return false;
+  }
+  return !(name.size() > 2 && name[0] == 'd' && std::string("sdq").find(name[1]) != std::string::npos &&
+           std::isupper(static_cast<unsigned char>(name[2])));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2 || !std::filesystem::is_directory(argv[1])) {
+    std::fprintf(stderr, "dectest: needs the folder of the vectors (Debian package libpython3.11-testsuite)\n");
+    return 1;
+  }
+  int passed = 0;
+  int applicable = 0;
+  int total = 0;
+  std::map<std::string, int> left_out;
+  std::map<std::string, std::pair<int, int>> scores;
+  for (const auto& entry : std::filesystem::directory_iterator(argv[1])) {
+    const std::string name = entry.path().filename().string();
+    if (entry.path().extension() != ".decTest" || !arbitrary_precision(name)) {
+      continue;
+    }
+    std::ifstream file(entry.path());
+    for (const DecTestCase& c : vectors::read_dectest(file)) {
+      ++total;
+      const std::string reason = reason_left_out(c);
+      if (!reason.empty()) {
+        ++left_out[reason];
+        continue;
+      }
+      ++applicable;
+      const bool good = passes(c, name);
+      passed += good ? 1 : 0;
+      auto& score = scores[c.operation];
+      score.first += good ? 1 : 0;
+      ++score.second;
+    }
+  }
+  std::printf("%-14s %7s %11s\n", "operation", "passed", "applicable");
+  for (const auto& [operation, score] : scores) {
+    std::printf("%-14s %7d %11d\n", operation.c_str(), score.first, score.second);
+  }
+  std::printf("\nleft out\n");
+  for (const auto& [reason, count] : left_out) {
+    std::printf("%7d  %s\n", count, reason.c_str());
+  }
+  std::printf("\nnote: %d passed of %d applicable decimal vectors, %d left out of %d\n", passed, applicable,
+              total - applicable, total);
+  return applicable > 0 && passed == applicable ? 0 : 1;
+}
