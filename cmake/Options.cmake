@@ -15,6 +15,11 @@ if(TESK_SANITIZE)
   target_link_options(tesk_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+option(TESK_FUZZ "Build the fuzz targets (needs clang)" OFF)
+if(TESK_FUZZ)
+  target_compile_options(tesk_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 option(TESK_COVERAGE "Instrument for coverage" OFF)
 if(TESK_COVERAGE)
   target_compile_options(tesk_options INTERFACE --coverage)
