@@ -5,14 +5,22 @@ results are rounded half to even, with infinity above and zero below the number 
 """
 
 import decimal
+import functools
+import math
 import random
+import struct
+import sys
 from decimal import Decimal
+
+sys.set_int_max_str_digits(0)
 
 LARGEST_EXPONENT = 999999999
 
-ARITHMETIC = ("add", "subtract", "multiply", "divide", "remainder", "squareroot", "compare", "text")
+ARITHMETIC = ("add", "subtract", "multiply", "divide", "remainder", "squareroot", "compare", "text",
+              "floor", "ceil", "trunc", "integer", "double")
 ELEMENTARY = ("exp", "ln", "log10", "power")
-UNARY = ("squareroot", "text", "exp", "ln", "log10")
+UNARY = ("squareroot", "text", "floor", "ceil", "trunc", "integer", "double", "exp", "ln", "log10")
+ROUNDINGS = {"floor": decimal.ROUND_FLOOR, "ceil": decimal.ROUND_CEILING, "trunc": decimal.ROUND_DOWN}
 
 SPECIALS = [Decimal(text) for text in ("0", "-0", "inf", "-inf", "nan", "1", "-1", "2", "0.5", "10")]
 
@@ -22,7 +30,7 @@ def context(digits):
                            Emin=decimal.MIN_EMIN, traps=[])
 
 
-EXACT = context(5000)
+EXACT = context(1000000)
 
 
 # Results ---------------------------------------------------------------------------------------------------------
@@ -58,36 +66,47 @@ def power(digits, a, b):
     return context(digits).plus(context(2 * digits + 60).power(a, b))
 
 
+def whole_part(a, rounding):
+    """The neighbouring whole number, exactly."""
+    if not a.is_finite() or a.as_tuple().exponent >= 0:
+        return a
+    # A number this small is like the smallest one of its sign that the digits of EXACT can hold.
+    near = a if a.adjusted() > -1000 else Decimal("1e-1000").copy_sign(a) if a else a.quantize(Decimal(1))
+    return near.to_integral_value(rounding, EXACT)
+
+
+def as_integer(a):
+    """The whole part, the nearest 32-bit integer where that is too large."""
+    limit = 2**31
+    if a.is_nan():
+        return 0
+    return limit - 1 if a >= limit else -limit if a < -limit else int(a)
+
+
 def evaluate(digits, operation, operands):
+    """The result as the number type's text."""
     ctx = context(digits)
     a = operands[0]
     b = operands[-1]
-    if operation == "add":
-        result = ctx.add(a, b)
-    elif operation == "subtract":
-        result = ctx.subtract(a, b)
-    elif operation == "multiply":
-        result = ctx.multiply(a, b)
-    elif operation == "divide":
-        result = ctx.divide(a, b)
-    elif operation == "remainder":
-        result = remainder(ctx, a, b)
-    elif operation == "squareroot":
-        result = ctx.sqrt(a)
-    elif operation == "text":
-        result = ctx.plus(a) if a else a
-    elif operation == "compare":
+    functions = {
+        "add": ctx.add, "subtract": ctx.subtract, "multiply": ctx.multiply, "divide": ctx.divide,
+        "remainder": functools.partial(remainder, ctx), "squareroot": ctx.sqrt,
+        "exp": ctx.exp, "ln": ctx.ln, "log10": ctx.log10, "power": functools.partial(power, digits),
+    }
+    if operation == "compare":
         order = ctx.compare(a, b)
-        return "2" if order.is_nan() else str(int(order))
-    elif operation == "exp":
-        result = ctx.exp(a)
-    elif operation == "ln":
-        result = ctx.ln(a)
-    elif operation == "log10":
-        result = ctx.log10(a)
-    elif operation == "power":
-        result = power(digits, a, b)
-    return spell(fit(result))
+        return "2" if order.is_nan() else str(order)
+    if operation == "integer":
+        return str(as_integer(a))
+    if operation == "double":
+        return "nan" if a.is_nan() else str(struct.unpack("<Q", struct.pack("<d", float(str(a))))[0])
+    if operation == "text":
+        result = a
+    elif operation in ROUNDINGS:
+        result = whole_part(a, ROUNDINGS[operation])
+    else:
+        result = functions[operation](*operands)
+    return spell(fit(ctx.plus(result) if result else result))
 
 
 def spell(value):
@@ -215,8 +234,19 @@ class Cases:
             root = self.tie(digits) if self.once_in(2) else Decimal(self.integer(digits))
             square = EXACT.multiply(root, root)
             return [EXACT.add(square, self.random.choice((-1, 0, 0, 1))).scaleb(2 * self.random.randint(-9, 9), EXACT)]
+        if operation == "double":
+            return [self.between_doubles()]
         value = self.signed(self.tie(digits))
         return [value, self.neighbour(value)]
+
+    def between_doubles(self):
+        """The point halfway between two doubles, subnormal ones included, or next to it."""
+        low = struct.unpack("<d", struct.pack("<Q", self.random.getrandbits(63)))[0]
+        if not math.isfinite(math.nextafter(low, math.inf)):
+            return self.number(20, 308)
+        middle = EXACT.multiply(EXACT.add(Decimal(low), Decimal(math.nextafter(low, math.inf))), Decimal("0.5"))
+        step = self.random.choice((0, 0, 1, -1)) * Decimal(1).scaleb(middle.adjusted() - self.random.randint(17, 800))
+        return self.signed(EXACT.add(middle, step))
 
     def plain_operands(self, digits):
         a = self.number(digits)
@@ -265,7 +295,8 @@ class Cases:
             a = self.number(digits)
         if operation == "power":
             if kind == 4:
-                return [Decimal(self.integer(self.random.randint(1, 4))), self.signed(Decimal(self.random.randint(1, 40)))]
+                base = Decimal(self.integer(self.random.randint(1, 4)))
+                return [base, self.signed(Decimal(self.random.randint(1, 40)))]
             if kind == 5:
                 root = Decimal(self.integer(self.random.randint(1, digits)))
                 return [EXACT.multiply(root, root), self.signed(Decimal("0.5"))]

@@ -25,7 +25,7 @@ def question(case):
 
 def write_vectors(path, cases, seed):
     with open(path, "w", encoding="ascii", newline="\n") as file:
-        file.write("# digits, operation, operands, result; by tests/vectors/decimal_compare.py --write, seed %d\n" % seed)
+        file.write("# digits, operation, operands, result; by decimal_compare.py --write, seed %d\n" % seed)
         for case in cases:
             file.write("%s %s\n" % (question(case), decimal_cases.evaluate(*case)))
 

@@ -1,6 +1,8 @@
 #include "vectors/operations.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 
 #include "support/digits.h"
 
@@ -16,6 +18,15 @@ constexpr Operation kOperations[] = {
     {"remainder", 2, [](const QuarnFloat& a, const QuarnFloat& b) { return fmod(a, b).to_string(); }},
     {"squareroot", 1, [](const QuarnFloat& a, const QuarnFloat&) { return sqrt(a).to_string(); }},
     {"compare", 2, [](const QuarnFloat& a, const QuarnFloat& b) { return std::to_string(QuarnCompare(a, b)); }},
+    {"floor", 1, [](const QuarnFloat& a, const QuarnFloat&) { return floor(a).to_string(); }},
+    {"ceil", 1, [](const QuarnFloat& a, const QuarnFloat&) { return ceil(a).to_string(); }},
+    {"trunc", 1, [](const QuarnFloat& a, const QuarnFloat&) { return trunc(a).to_string(); }},
+    {"integer", 1, [](const QuarnFloat& a, const QuarnFloat&) { return std::to_string(FloatToInt(a)); }},
+    // The pattern of bits, with one for every NaN.
+    {"double", 1,
+     [](const QuarnFloat& a, const QuarnFloat&) {
+       return isnan(a) ? "nan" : std::to_string(std::bit_cast<std::uint64_t>(FloatToDouble(a)));
+     }},
     // The text of the operand, read at the working digits.
     {"text", 1, [](const QuarnFloat& a, const QuarnFloat&) { return QuarnFloat(a.to_string()).to_string(); }},
 };
