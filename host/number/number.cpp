@@ -12,7 +12,6 @@ namespace {
 using quarn::Kind;
 using quarn::Limb;
 using quarn::Radix;
-using quarn::View;
 
 int working_digits = 20;
 constexpr int kMaxDigits = 1'000'000;
