@@ -10,6 +10,9 @@
 // column-major with a leading dimension; indices are 1-based. The working precision is QuarnDigits() at the time of
 // the call. The library is to be called by one thread at a time.
 //
+// Character options are a text of which the first character counts, in either case; their lengths are the last
+// arguments, in the order of the texts. In a core form the buffer's length comes after them.
+//
 // Failures. IFAIL holds on entry how a failure is to be reported and on exit the failure number, 0 for success:
 //
 //   on entry                       on failure
@@ -28,12 +31,8 @@
 #pragma once
 
 #include "quarn/quarnfloat.h"
-
-#if defined(_WIN32)
-#define TESK2MP_API __declspec(dllimport)
-#else
-#define TESK2MP_API __attribute__((visibility("default")))
-#endif
+#include "tesk2mp/api.h"
+#include "tesk2mp/util.h"
 
 extern "C" {
 

@@ -44,8 +44,9 @@ class Report {
   char* message_buffer_;
   Integer* ifail_;
   Integer ierror_ = 0;
-  // Longer than one record on purpose: a text longer than its stride is printed whole.
-  char record_[2 * kRecordLength] = {};
+  // Longer than one record on purpose: a text longer than its stride is printed whole, and the longest message takes
+  // three screen lines.
+  char record_[4 * kRecordLength] = {};
 };
 
 /// The text conversions of a printf format, one after the other.

@@ -1,0 +1,40 @@
+// Ranking, rearranging and permutations. Part of tesk2mp.h, which says what holds for every routine.
+//
+// All of them work on the section M1 ... M2 of arrays whose positions count from 1: rv points at position 1, and only
+// positions M1 ... M2 are read or written. Nothing is allocated. Failures that they share:
+//
+//   IFAIL 1, label 99999   M2 < 1
+//   IFAIL 1, label 99998   M1 < 1
+//   IFAIL 1, label 99997   M1 > M2
+//
+// The checks are made in the order given, and the first that fails decides.
+#pragma once
+
+#include "quarn/quarnfloat.h"
+#include "tesk2mp/api.h"
+
+extern "C" {
+
+/// Ranks RV(M1:M2): IRANK(i) := the rank of RV(i), one of M1 ... M2, in ascending (ORDER 'A') or descending ('D')
+/// order. Equal values are ranked by position in both orders; -0 equals 0. NaN compares false with everything: the
+/// ranks are a permutation all the same, but in no particular order. RV is not changed. IRANK(M1:M2) need not be set.
+/// IFAIL 2, label 99996: ORDER is neither 'A' nor 'D'.
+/// Method: natural runs, built up to 10 values by insertion, linked through IRANK and merged in the order of Munro and
+/// Wild (ESA 2018): at most n H + O(n) comparisons, H <= log2 n the entropy of the run lengths, for every input.
+TESK2MP_API void QuarnMP_m01daf_(const QuarnFloat* rv, const Integer* m1, const Integer* m2, const char* order,
+                                 Integer* irank, Integer* ifail, int order_length);
+
+/// Moves RV(i) to position IRANK(i), i = M1 ... M2, in place; after m01daf this sorts. IRANK comes back as it was.
+/// IFAIL 2, label 99996: some IRANK(I) is outside M1 ... M2; nothing has been moved.
+/// IFAIL 3, label 99995: a value is in IRANK(M1:M2) twice; the message tells which. RV then holds its values in some
+/// other order.
+TESK2MP_API void QuarnMP_m01eaf_(QuarnFloat* rv, const Integer* m1, const Integer* m2, Integer* irank, Integer* ifail);
+/// The same for complex values.
+TESK2MP_API void QuarnMP_m01edf_(Complex* rv, const Integer* m1, const Integer* m2, Integer* irank, Integer* ifail);
+
+/// Replaces the permutation IPERM of M1 ... M2 by its inverse, in place.
+/// IFAIL 2, label 99996: some IPERM(I) is outside M1 ... M2; nothing has been changed.
+/// IFAIL 3, label 99995: a value is in IPERM(M1:M2) twice; the message tells which. IPERM then holds values of M1 ...
+/// M2 in no particular order.
+TESK2MP_API void QuarnMP_m01zaf_(Integer* iperm, const Integer* m1, const Integer* m2, Integer* ifail);
+}

@@ -1,0 +1,32 @@
+// Ranking, rearranging and permutations over a section M1 ... M2 of the caller's arrays.
+#pragma once
+
+#include "quarn/quarnfloat.h"
+#include "src/frame/option.h"
+
+namespace tesk {
+
+// The routines behind the classic forms, with the message buffer that those provide. M01EBF (integer values) and
+// M01ZBF (is it a permutation?) serve other rooms and have no classic form.
+
+void m01da(const QuarnFloat* rv, Integer m1, Integer m2, const Option& order, Integer* irank, char* message_buffer,
+           Integer* ifail, int buffer_length);
+void m01ea(QuarnFloat* rv, Integer m1, Integer m2, Integer* irank, char* message_buffer, Integer* ifail,
+           int buffer_length);
+void m01ed(Complex* rv, Integer m1, Integer m2, Integer* irank, char* message_buffer, Integer* ifail,
+           int buffer_length);
+void m01eb(Integer* iv, Integer m1, Integer m2, Integer* irank, char* message_buffer, Integer* ifail,
+           int buffer_length);
+void m01za(Integer* iperm, Integer m1, Integer m2, char* message_buffer, Integer* ifail, int buffer_length);
+void m01zb(Integer* iperm, Integer m1, Integer m2, char* message_buffer, Integer* ifail, int buffer_length);
+
+}  // namespace tesk
+
+extern "C" {
+
+void m01daf_(const QuarnFloat* rv, const Integer* m1, const Integer* m2, const char* order, Integer* irank,
+             Integer* ifail, int order_length);
+void m01eaf_(QuarnFloat* rv, const Integer* m1, const Integer* m2, Integer* irank, Integer* ifail);
+void m01edf_(Complex* rv, const Integer* m1, const Integer* m2, Integer* irank, Integer* ifail);
+void m01zaf_(Integer* iperm, const Integer* m1, const Integer* m2, Integer* ifail);
+}
