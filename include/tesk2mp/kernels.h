@@ -1,0 +1,206 @@
+// Vector and matrix kernels. Each follows the published algorithm of its published name, in its order of operations.
+//
+// Level 2 and 3: a wrong argument is always fatal: the routine's name and the argument's position are printed and the
+// process ends with exit status 0. Option letters are accepted in either case; an increment may be negative (the vector
+// is walked from its far end) but not zero. Each kernel has three names of one meaning: its routine code, its published
+// name, and the master of both, whose selector changes nothing.
+#pragma once
+
+#include "quarn/quarnfloat.h"
+#include "tesk2mp/api.h"
+
+extern "C" {
+
+// Level 1: a count below 1 does nothing -----------------------------------------------------------------------------
+
+/// DROTG: the plane rotation c, s with c a + s b = r and -s a + c b = 0. *a becomes r, *b the one number that tells c
+/// and s again: s when |a| > |b|, else 1/c, or 1 when c = 0.
+TESK2MP_API void QuarnMP_f06aaf_(QuarnFloat* a, QuarnFloat* b, QuarnFloat* c, QuarnFloat* s);
+/// ZDSCAL: x := alpha x, complex x, real alpha.
+TESK2MP_API void QuarnMP_f06caf_(Integer n, QuarnFloat alpha, Complex* x, Integer incx);
+/// DNRM2: the Euclidean norm, without overflow unless the result overflows.
+TESK2MP_API QuarnFloat QuarnMP_f06ejf_(Integer n, QuarnFloat* x, Integer incx);
+/// y := alpha x, real; x keeps its values.
+TESK2MP_API void QuarnMP_f06fdf_(Integer n, QuarnFloat alpha, QuarnFloat* x, Integer incx, QuarnFloat* y, Integer incy);
+/// y := alpha x, complex; x keeps its values.
+TESK2MP_API void QuarnMP_f06hdf_(Integer n, Complex alpha, Complex* x, Integer incx, Complex* y, Integer incy);
+/// ZCOPY: y := x, complex.
+TESK2MP_API void QuarnMP_f06jjf_(Integer n, Complex* x, Integer incx, Complex* y, Integer incy);
+
+// Level 2 -----------------------------------------------------------------------------------------------------------
+
+/// DGEMV: y := alpha op(A) x + beta y, A m by n. trans N: op(A) = A, x has n elements and y has m; T or C: op(A) is the
+/// transpose, x has m and y has n. A zero alpha reads neither A nor x, a zero beta does not read y; m = 0 or n = 0, or
+/// alpha = 0 with beta = 1, returns at once. Wrong arguments: trans (1), m < 0 (2), n < 0 (3), lda < max(1, m) (6),
+/// incx = 0 (8), incy = 0 (11).
+TESK2MP_API void QuarnMP_f06paf_(const char* trans, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda,
+                                 QuarnFloat* x, Integer incx, QuarnFloat beta, QuarnFloat* y, Integer incy,
+                                 int trans_length);
+TESK2MP_API void QuarnMP_dgemv_(const char* trans, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda,
+                                QuarnFloat* x, Integer incx, QuarnFloat beta, QuarnFloat* y, Integer incy,
+                                int trans_length);
+TESK2MP_API void QuarnMP_f06paf_ENTRY(int selector, const char* trans, Integer m, Integer n, QuarnFloat alpha,
+                                      QuarnFloat* a, Integer lda, QuarnFloat* x, Integer incx, QuarnFloat beta,
+                                      QuarnFloat* y, Integer incy, int trans_length);
+
+/// ZGEMV: the same over Complex; C is the conjugate transpose.
+TESK2MP_API void QuarnMP_f06saf_(const char* trans, Integer m, Integer n, Complex alpha, Complex* a, Integer lda,
+                                 Complex* x, Integer incx, Complex beta, Complex* y, Integer incy, int trans_length);
+TESK2MP_API void QuarnMP_zgemv_(const char* trans, Integer m, Integer n, Complex alpha, Complex* a, Integer lda,
+                                Complex* x, Integer incx, Complex beta, Complex* y, Integer incy, int trans_length);
+TESK2MP_API void QuarnMP_f06saf_ENTRY(int selector, const char* trans, Integer m, Integer n, Complex alpha, Complex* a,
+                                      Integer lda, Complex* x, Integer incx, Complex beta, Complex* y, Integer incy,
+                                      int trans_length);
+
+/// DTRMV: x := op(A) x, A triangular of order n: upper (uplo U) or lower (L), unit (diag U, the diagonal is not read)
+/// or not (N). Wrong arguments: uplo (1), trans (2), diag (3), n < 0 (4), lda < max(1, n) (6), incx = 0 (8).
+TESK2MP_API void QuarnMP_f06pff_(const char* uplo, const char* trans, const char* diag, Integer n, QuarnFloat* a,
+                                 Integer lda, QuarnFloat* x, Integer incx, int uplo_length, int trans_length,
+                                 int diag_length);
+TESK2MP_API void QuarnMP_dtrmv_(const char* uplo, const char* trans, const char* diag, Integer n, QuarnFloat* a,
+                                Integer lda, QuarnFloat* x, Integer incx, int uplo_length, int trans_length,
+                                int diag_length);
+TESK2MP_API void QuarnMP_f06pff_ENTRY(int selector, const char* uplo, const char* trans, const char* diag, Integer n,
+                                      QuarnFloat* a, Integer lda, QuarnFloat* x, Integer incx, int uplo_length,
+                                      int trans_length, int diag_length);
+
+/// ZTRMV: DTRMV over Complex.
+TESK2MP_API void QuarnMP_f06sff_(const char* uplo, const char* trans, const char* diag, Integer n, Complex* a,
+                                 Integer lda, Complex* x, Integer incx, int uplo_length, int trans_length,
+                                 int diag_length);
+TESK2MP_API void QuarnMP_ztrmv_(const char* uplo, const char* trans, const char* diag, Integer n, Complex* a,
+                                Integer lda, Complex* x, Integer incx, int uplo_length, int trans_length,
+                                int diag_length);
+TESK2MP_API void QuarnMP_f06sff_ENTRY(int selector, const char* uplo, const char* trans, const char* diag, Integer n,
+                                      Complex* a, Integer lda, Complex* x, Integer incx, int uplo_length,
+                                      int trans_length, int diag_length);
+
+/// DTRSV: x := op(A)^-1 x, arguments as DTRMV. A zero on the diagonal is not tested for.
+TESK2MP_API void QuarnMP_f06pjf_(const char* uplo, const char* trans, const char* diag, Integer n, QuarnFloat* a,
+                                 Integer lda, QuarnFloat* x, Integer incx, int uplo_length, int trans_length,
+                                 int diag_length);
+TESK2MP_API void QuarnMP_dtrsv_(const char* uplo, const char* trans, const char* diag, Integer n, QuarnFloat* a,
+                                Integer lda, QuarnFloat* x, Integer incx, int uplo_length, int trans_length,
+                                int diag_length);
+TESK2MP_API void QuarnMP_f06pjf_ENTRY(int selector, const char* uplo, const char* trans, const char* diag, Integer n,
+                                      QuarnFloat* a, Integer lda, QuarnFloat* x, Integer incx, int uplo_length,
+                                      int trans_length, int diag_length);
+
+/// ZTRSV: DTRSV over Complex.
+TESK2MP_API void QuarnMP_f06sjf_(const char* uplo, const char* trans, const char* diag, Integer n, Complex* a,
+                                 Integer lda, Complex* x, Integer incx, int uplo_length, int trans_length,
+                                 int diag_length);
+TESK2MP_API void QuarnMP_ztrsv_(const char* uplo, const char* trans, const char* diag, Integer n, Complex* a,
+                                Integer lda, Complex* x, Integer incx, int uplo_length, int trans_length,
+                                int diag_length);
+TESK2MP_API void QuarnMP_f06sjf_ENTRY(int selector, const char* uplo, const char* trans, const char* diag, Integer n,
+                                      Complex* a, Integer lda, Complex* x, Integer incx, int uplo_length,
+                                      int trans_length, int diag_length);
+
+/// DGER: A := alpha x y^T + A, A m by n. A zero alpha reads nothing. Wrong arguments: m < 0 (1), n < 0 (2), incx = 0
+/// (5), incy = 0 (7), lda < max(1, m) (9).
+TESK2MP_API void QuarnMP_f06pmf_(Integer m, Integer n, QuarnFloat alpha, QuarnFloat* x, Integer incx, QuarnFloat* y,
+                                 Integer incy, QuarnFloat* a, Integer lda);
+TESK2MP_API void QuarnMP_dger_(Integer m, Integer n, QuarnFloat alpha, QuarnFloat* x, Integer incx, QuarnFloat* y,
+                               Integer incy, QuarnFloat* a, Integer lda);
+TESK2MP_API void QuarnMP_f06pmf_ENTRY(int selector, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* x, Integer incx,
+                                      QuarnFloat* y, Integer incy, QuarnFloat* a, Integer lda);
+
+/// ZGERU: DGER over Complex.
+TESK2MP_API void QuarnMP_f06smf_(Integer m, Integer n, Complex alpha, Complex* x, Integer incx, Complex* y,
+                                 Integer incy, Complex* a, Integer lda);
+TESK2MP_API void QuarnMP_zgeru_(Integer m, Integer n, Complex alpha, Complex* x, Integer incx, Complex* y, Integer incy,
+                                Complex* a, Integer lda);
+TESK2MP_API void QuarnMP_f06smf_ENTRY(int selector, Integer m, Integer n, Complex alpha, Complex* x, Integer incx,
+                                      Complex* y, Integer incy, Complex* a, Integer lda);
+
+/// ZGERC: DGER over Complex with y conjugated.
+TESK2MP_API void QuarnMP_f06snf_(Integer m, Integer n, Complex alpha, Complex* x, Integer incx, Complex* y,
+                                 Integer incy, Complex* a, Integer lda);
+TESK2MP_API void QuarnMP_zgerc_(Integer m, Integer n, Complex alpha, Complex* x, Integer incx, Complex* y, Integer incy,
+                                Complex* a, Integer lda);
+TESK2MP_API void QuarnMP_f06snf_ENTRY(int selector, Integer m, Integer n, Complex alpha, Complex* x, Integer incx,
+                                      Complex* y, Integer incy, Complex* a, Integer lda);
+
+// Level 3 -----------------------------------------------------------------------------------------------------------
+
+/// DGEMM: C := alpha op(A) op(B) + beta C, C m by n, op(A) m by k, op(B) k by n. A zero alpha reads neither A nor B, a
+/// zero beta does not read C. Wrong arguments: transa (1), transb (2), m < 0 (3), n < 0 (4), k < 0 (5), lda (8), ldb
+/// (10), ldc (13) below the rows of their matrix, or below 1.
+TESK2MP_API void QuarnMP_f06yaf_(const char* transa, const char* transb, Integer m, Integer n, Integer k,
+                                 QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb,
+                                 QuarnFloat beta, QuarnFloat* c, Integer ldc, int transa_length, int transb_length);
+TESK2MP_API void QuarnMP_dgemm_(const char* transa, const char* transb, Integer m, Integer n, Integer k,
+                                QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb,
+                                QuarnFloat beta, QuarnFloat* c, Integer ldc, int transa_length, int transb_length);
+TESK2MP_API void QuarnMP_f06yaf_ENTRY(int selector, const char* transa, const char* transb, Integer m, Integer n,
+                                      Integer k, QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b,
+                                      Integer ldb, QuarnFloat beta, QuarnFloat* c, Integer ldc, int transa_length,
+                                      int transb_length);
+
+/// ZGEMM: DGEMM over Complex; C is the conjugate transpose.
+TESK2MP_API void QuarnMP_f06zaf_(const char* transa, const char* transb, Integer m, Integer n, Integer k, Complex alpha,
+                                 Complex* a, Integer lda, Complex* b, Integer ldb, Complex beta, Complex* c,
+                                 Integer ldc, int transa_length, int transb_length);
+TESK2MP_API void QuarnMP_zgemm_(const char* transa, const char* transb, Integer m, Integer n, Integer k, Complex alpha,
+                                Complex* a, Integer lda, Complex* b, Integer ldb, Complex beta, Complex* c, Integer ldc,
+                                int transa_length, int transb_length);
+TESK2MP_API void QuarnMP_f06zaf_ENTRY(int selector, const char* transa, const char* transb, Integer m, Integer n,
+                                      Integer k, Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb,
+                                      Complex beta, Complex* c, Integer ldc, int transa_length, int transb_length);
+
+/// DTRSM: B := alpha op(A)^-1 B (side L, A of order m) or B := alpha B op(A)^-1 (side R, A of order n), B m by n. Wrong
+/// arguments: side (1), uplo (2), transa (3), diag (4), m < 0 (5), n < 0 (6), lda (9), ldb (11).
+TESK2MP_API void QuarnMP_f06yjf_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m,
+                                 Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb,
+                                 int side_length, int uplo_length, int transa_length, int diag_length);
+TESK2MP_API void QuarnMP_dtrsm_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m,
+                                Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb,
+                                int side_length, int uplo_length, int transa_length, int diag_length);
+TESK2MP_API void QuarnMP_f06yjf_ENTRY(int selector, const char* side, const char* uplo, const char* transa,
+                                      const char* diag, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* a,
+                                      Integer lda, QuarnFloat* b, Integer ldb, int side_length, int uplo_length,
+                                      int transa_length, int diag_length);
+
+/// ZTRSM: DTRSM over Complex.
+TESK2MP_API void QuarnMP_f06zjf_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m,
+                                 Integer n, Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb,
+                                 int side_length, int uplo_length, int transa_length, int diag_length);
+TESK2MP_API void QuarnMP_ztrsm_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m,
+                                Integer n, Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb,
+                                int side_length, int uplo_length, int transa_length, int diag_length);
+TESK2MP_API void QuarnMP_f06zjf_ENTRY(int selector, const char* side, const char* uplo, const char* transa,
+                                      const char* diag, Integer m, Integer n, Complex alpha, Complex* a, Integer lda,
+                                      Complex* b, Integer ldb, int side_length, int uplo_length, int transa_length,
+                                      int diag_length);
+
+/// ZHERK: C := alpha A A^H + beta C (trans N, A n by k) or C := alpha A^H A + beta C (trans C, A k by n) on the
+/// triangle uplo of the Hermitian matrix C of order n; alpha and beta are real, the diagonal comes out real, the other
+/// triangle is not touched. trans T is refused. Wrong arguments: uplo (1), trans (2), n < 0 (3), k < 0 (4), lda (7),
+/// ldc (10).
+TESK2MP_API void QuarnMP_f06zpf_(const char* uplo, const char* trans, Integer n, Integer k, QuarnFloat alpha,
+                                 Complex* a, Integer lda, QuarnFloat beta, Complex* c, Integer ldc, int uplo_length,
+                                 int trans_length);
+TESK2MP_API void QuarnMP_zherk_(const char* uplo, const char* trans, Integer n, Integer k, QuarnFloat alpha, Complex* a,
+                                Integer lda, QuarnFloat beta, Complex* c, Integer ldc, int uplo_length,
+                                int trans_length);
+TESK2MP_API void QuarnMP_f06zpf_ENTRY(int selector, const char* uplo, const char* trans, Integer n, Integer k,
+                                      QuarnFloat alpha, Complex* a, Integer lda, QuarnFloat beta, Complex* c,
+                                      Integer ldc, int uplo_length, int trans_length);
+
+// Norms -------------------------------------------------------------------------------------------------------------
+
+/// A norm of a real m by n matrix, by the first letter of `norm` in either case: M largest |a(i,j)|; O or 1 largest
+/// column sum; I largest row sum; F or E square root of the sum of squares, scaled against overflow. Any other letter
+/// gives 0, and so does m < 1 or n < 1. work: m elements for the letter I, otherwise not touched.
+TESK2MP_API QuarnFloat QuarnMP_f06raf_(const char* norm, Integer m, Integer n, QuarnFloat* a, Integer lda,
+                                       QuarnFloat* work, int norm_length);
+/// The same of an upper Hessenberg matrix of order n; elements below the first subdiagonal are not read.
+TESK2MP_API QuarnFloat QuarnMP_f06rmf_(const char* norm, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* work,
+                                       int norm_length);
+/// Complex forms; |z| is formed as sqrt(re re + im im), which may overflow, except under the letters F and E.
+TESK2MP_API QuarnFloat QuarnMP_f06uaf_(const char* norm, Integer m, Integer n, Complex* a, Integer lda,
+                                       QuarnFloat* work, int norm_length);
+TESK2MP_API QuarnFloat QuarnMP_f06umf_(const char* norm, Integer n, Complex* a, Integer lda, QuarnFloat* work,
+                                       int norm_length);
+}

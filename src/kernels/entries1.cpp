@@ -1,0 +1,67 @@
+#include "src/kernels/entries1.h"
+
+#include "src/kernels/level1.h"
+
+namespace {
+
+using tesk::VectorView;
+
+template <class T>
+void scaled_copy(Integer n, const T& alpha, T* x, Integer incx, T* y, Integer incy) {
+  const auto from = VectorView<T>::of(x, n, incx);
+  const auto to = VectorView<T>::of(y, n, incy);
+  for (Integer i = 1; i <= n; ++i) {
+    to(i) = from(i);
+    tesk::multiply_by(to(i), alpha);
+  }
+}
+
+}  // namespace
+
+extern "C" {
+
+void f06aaf_(QuarnFloat* a, QuarnFloat* b, QuarnFloat* c, QuarnFloat* s) {
+  const QuarnFloat scale = fabs(*a) + fabs(*b);
+  if (scale == 0) {
+    *c = 1;
+    *s = 0;
+    *a = 0;
+    *b = 0;
+    return;
+  }
+  const bool a_larger = fabs(*a) > fabs(*b);
+  const QuarnFloat ra = *a / scale;
+  const QuarnFloat rb = *b / scale;
+  QuarnFloat r = scale * sqrt(ra * ra + rb * rb);
+  if ((a_larger ? *a : *b) < 0) {
+    r = -r;
+  }
+  *c = *a / r;
+  *s = *b / r;
+  *b = a_larger ? *s : *c != 0 ? 1 / *c : QuarnFloat(1);
+  *a = std::move(r);
+}
+
+void f06caf_(Integer n, QuarnFloat alpha, Complex* x, Integer incx) {
+  tesk::scale(n, alpha, VectorView<Complex>::of(x, n, incx));
+}
+
+QuarnFloat f06ejf_(Integer n, QuarnFloat* x, Integer incx) {
+  QuarnFloat scale;
+  QuarnFloat sumsq(1);
+  tesk::add_squares(n, VectorView<QuarnFloat>::of(x, n, incx), scale, sumsq);
+  return scale * sqrt(sumsq);
+}
+
+void f06fdf_(Integer n, QuarnFloat alpha, QuarnFloat* x, Integer incx, QuarnFloat* y, Integer incy) {
+  scaled_copy(n, alpha, x, incx, y, incy);
+}
+
+void f06hdf_(Integer n, Complex alpha, Complex* x, Integer incx, Complex* y, Integer incy) {
+  scaled_copy(n, alpha, x, incx, y, incy);
+}
+
+void f06jjf_(Integer n, Complex* x, Integer incx, Complex* y, Integer incy) {
+  tesk::copy(n, VectorView<Complex>::of(x, n, incx), VectorView<Complex>::of(y, n, incy));
+}
+}

@@ -1,0 +1,120 @@
+// The exported level-3 kernels: checks, views, call. Selector and published name do not change what is computed.
+#include <algorithm>
+#include <utility>
+
+#include "src/kernels/entries.h"
+#include "src/kernels/level3.h"
+
+namespace tesk {
+namespace {
+
+template <class T>
+void matrix_matrix(const char* routine, const char* transa, const char* transb, Integer m, Integer n, Integer k,
+                   const T& alpha, T* a, Integer lda, T* b, Integer ldb, const T& beta, T* c, Integer ldc) {
+  const Integer rows_a = letter(transa) == 'N' ? m : k;
+  const Integer rows_b = letter(transb) == 'N' ? k : n;
+  const Integer wrong = first_wrong({{!is_op(transa), 1},
+                                     {!is_op(transb), 2},
+                                     {m < 0, 3},
+                                     {n < 0, 4},
+                                     {k < 0, 5},
+                                     {lda < std::max<Integer>(1, rows_a), 8},
+                                     {ldb < std::max<Integer>(1, rows_b), 10},
+                                     {ldc < std::max<Integer>(1, m), 13}});
+  if (wrong != 0) {
+    return report_bad_parameter(routine, wrong, kKernelNameLength);
+  }
+  multiply_matrices<T>(op_of(transa), op_of(transb), m, n, k, alpha, {a, lda}, {b, ldb}, beta, {c, ldc});
+}
+
+template <class T>
+void triangular_matrix(const char* routine, const char* side, const char* uplo, const char* transa, const char* diag,
+                       Integer m, Integer n, const T& alpha, T* a, Integer lda, T* b, Integer ldb) {
+  const Integer order = letter(side) == 'L' ? m : n;
+  const Integer wrong = first_wrong({{!is_side(side), 1},
+                                     {!is_triangle(uplo), 2},
+                                     {!is_op(transa), 3},
+                                     {!is_diagonal(diag), 4},
+                                     {m < 0, 5},
+                                     {n < 0, 6},
+                                     {lda < std::max<Integer>(1, order), 9},
+                                     {ldb < std::max<Integer>(1, m), 11}});
+  if (wrong != 0) {
+    return report_bad_parameter(routine, wrong, kKernelNameLength);
+  }
+  solve_triangular_matrix<T>(side_of(side), triangle_of(uplo), op_of(transa), diagonal_of(diag), m, n, alpha, {a, lda},
+                             {b, ldb});
+}
+
+void hermitian_update(const char* routine, const char* uplo, const char* trans, Integer n, Integer k,
+                      const QuarnFloat& alpha, Complex* a, Integer lda, const QuarnFloat& beta, Complex* c,
+                      Integer ldc) {
+  const Integer rows_a = letter(trans) == 'N' ? n : k;
+  const Integer wrong = first_wrong({{!is_triangle(uplo), 1},
+                                     {!is_op(trans) || letter(trans) == 'T', 2},
+                                     {n < 0, 3},
+                                     {k < 0, 4},
+                                     {lda < std::max<Integer>(1, rows_a), 7},
+                                     {ldc < std::max<Integer>(1, n), 10}});
+  if (wrong != 0) {
+    return report_bad_parameter(routine, wrong, kKernelNameLength);
+  }
+  update_hermitian(triangle_of(uplo), op_of(trans), n, k, alpha, {a, lda}, beta, {c, ldc});
+}
+
+}  // namespace
+}  // namespace tesk
+
+extern "C" {
+
+void f06yaf_ENTRY(int, const char* transa, const char* transb, Integer m, Integer n, Integer k, QuarnFloat alpha,
+                  QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb, QuarnFloat beta, QuarnFloat* c, Integer ldc,
+                  int, int) {
+  tesk::matrix_matrix("F06YAF/DGEMM ", transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+}
+
+void f06yaf_(const char* transa, const char* transb, Integer m, Integer n, Integer k, QuarnFloat alpha, QuarnFloat* a,
+             Integer lda, QuarnFloat* b, Integer ldb, QuarnFloat beta, QuarnFloat* c, Integer ldc, int, int) {
+  f06yaf_ENTRY(0, transa, transb, m, n, k, std::move(alpha), a, lda, b, ldb, std::move(beta), c, ldc, 1, 1);
+}
+
+void f06yjf_ENTRY(int, const char* side, const char* uplo, const char* transa, const char* diag, Integer m, Integer n,
+                  QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb, int, int, int, int) {
+  tesk::triangular_matrix("F06YJF/DTRSM ", side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb);
+}
+
+void f06yjf_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m, Integer n,
+             QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb, int, int, int, int) {
+  f06yjf_ENTRY(0, side, uplo, transa, diag, m, n, std::move(alpha), a, lda, b, ldb, 1, 1, 1, 1);
+}
+
+void f06zaf_ENTRY(int, const char* transa, const char* transb, Integer m, Integer n, Integer k, Complex alpha,
+                  Complex* a, Integer lda, Complex* b, Integer ldb, Complex beta, Complex* c, Integer ldc, int, int) {
+  tesk::matrix_matrix("F06ZAF/ZGEMM ", transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+}
+
+void f06zaf_(const char* transa, const char* transb, Integer m, Integer n, Integer k, Complex alpha, Complex* a,
+             Integer lda, Complex* b, Integer ldb, Complex beta, Complex* c, Integer ldc, int, int) {
+  f06zaf_ENTRY(0, transa, transb, m, n, k, std::move(alpha), a, lda, b, ldb, std::move(beta), c, ldc, 1, 1);
+}
+
+void f06zjf_ENTRY(int, const char* side, const char* uplo, const char* transa, const char* diag, Integer m, Integer n,
+                  Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb, int, int, int, int) {
+  tesk::triangular_matrix("F06ZJF/ZTRSM ", side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb);
+}
+
+void f06zjf_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m, Integer n,
+             Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb, int, int, int, int) {
+  f06zjf_ENTRY(0, side, uplo, transa, diag, m, n, std::move(alpha), a, lda, b, ldb, 1, 1, 1, 1);
+}
+
+void f06zpf_ENTRY(int, const char* uplo, const char* trans, Integer n, Integer k, QuarnFloat alpha, Complex* a,
+                  Integer lda, QuarnFloat beta, Complex* c, Integer ldc, int, int) {
+  tesk::hermitian_update("F06ZPF/ZHERK ", uplo, trans, n, k, alpha, a, lda, beta, c, ldc);
+}
+
+void f06zpf_(const char* uplo, const char* trans, Integer n, Integer k, QuarnFloat alpha, Complex* a, Integer lda,
+             QuarnFloat beta, Complex* c, Integer ldc, int, int) {
+  f06zpf_ENTRY(0, uplo, trans, n, k, std::move(alpha), a, lda, std::move(beta), c, ldc, 1, 1);
+}
+}
