@@ -1,0 +1,85 @@
+// E. Anderson et al., LAPACK Users' Guide: ZPOTRF and its unblocked step ZPOTF2. With A = L L^H, the transpose of A is
+// M^H M with M the transpose of L: the lower case is the upper one on a transposed view.
+#include "src/dense/cholesky.h"
+
+#include <algorithm>
+
+#include "src/dense/tuning.h"
+#include "src/kernels/level3.h"
+
+namespace tesk {
+namespace {
+
+Integer factorise_unblocked(Integer n, MatrixView<Complex> a) {
+  for (Integer j = 1; j <= n; ++j) {
+    const VectorView<Complex> column = a.column(j);
+    QuarnFloat squares;
+    for (Integer i = 1; i < j; ++i) {
+      squares += column(i).re * column(i).re + column(i).im * column(i).im;
+    }
+    QuarnFloat ajj = column(j).re - squares;
+    column(j).im = QuarnFloat();
+    if (!(ajj > 0)) {
+      column(j).re = std::move(ajj);
+      return j;
+    }
+    ajj = sqrt(ajj);
+    const QuarnFloat reciprocal = QuarnFloat(1.0) / ajj;
+    column(j).re = std::move(ajj);
+    for (Integer k = j + 1; k <= n; ++k) {
+      const Complex product = dot(j - 1, column, a.column(k), Op::conjugate);
+      a(j, k).re -= product.re;
+      a(j, k).im -= product.im;
+      multiply_by(a(j, k), reciprocal);
+    }
+  }
+  return 0;
+}
+
+Integer factorise(Integer nb, Integer n, MatrixView<Complex> a) {
+  if (nb <= 1) {
+    return factorise_unblocked(n, a);
+  }
+  for (Integer j = 1; j <= n; j += std::min(nb, n - j + 1)) {
+    const Integer jb = std::min(nb, n - j + 1);
+    const Integer next = j + jb;
+    update_hermitian(Triangle::upper, Op::conjugate, jb, j - 1, QuarnFloat(-1.0), a.from(1, j), QuarnFloat(1.0),
+                     a.from(j, j));
+    if (const Integer info = factorise_unblocked(jb, a.from(j, j)); info != 0) {
+      return info + j - 1;
+    }
+    multiply_matrices(Op::conjugate, Op::none, jb, n - next + 1, j - 1, Complex(-1.0), a.from(1, j), a.from(1, next),
+                      Complex(1.0), a.from(j, next));
+    solve_triangular_matrix(Side::left, Triangle::upper, Op::conjugate, Diagonal::general, jb, n - next + 1,
+                            Complex(1.0), a.from(j, j), a.from(j, next));
+  }
+  return 0;
+}
+
+Integer checked_cholesky(Integer nb, const char* uplo, Integer n, Complex* a, Integer lda) {
+  const Integer wrong = first_wrong({{!is_triangle(uplo), 1}, {n < 0, 2}, {lda < std::max<Integer>(1, n), 4}});
+  if (wrong != 0) {
+    return -wrong;
+  }
+  const MatrixView<Complex> view(a, lda);
+  return factorise(nb, n, triangle_of(uplo) == Triangle::upper ? view : view.transposed());
+}
+
+}  // namespace
+}  // namespace tesk
+
+extern "C" {
+
+void f07frf_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int uplo_length) {
+  f07frf_ENTRY(0, uplo, n, a, lda, info, uplo_length);
+}
+
+void f07frf_ENTRY(int /*selector*/, const char* uplo, Integer n, Complex* a, Integer lda, Integer* info,
+                  int /*uplo_length*/) {
+  *info = tesk::checked_cholesky(tesk::tuning_value(tesk::kBlockSize, "F07FRF"), uplo, n, a, lda);
+}
+
+void f07frz_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int /*uplo_length*/) {
+  *info = tesk::checked_cholesky(1, uplo, n, a, lda);
+}
+}

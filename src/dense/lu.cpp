@@ -1,0 +1,206 @@
+// E. Anderson et al., LAPACK Users' Guide: right-looking LU by blocks (xGETRF), its unblocked step (xGETF2) and the
+// row interchanges (xLASWP). Row weights: H. J. Bowdler, R. S. Martin, G. Peters, J. H. Wilkinson, Solution of real and
+// complex systems of linear equations, Numer. Math. 8 (1966).
+#include "src/dense/lu.h"
+
+#include <algorithm>
+
+#include "src/dense/tuning.h"
+#include "src/frame/constants.h"
+#include "src/kernels/level3.h"
+
+namespace tesk {
+namespace {
+
+/// Partial pivoting: the element of largest magnitude, usable unless it is exactly zero. A column without a pivot is
+/// left as it is and the factorisation goes on.
+class PartialPivots {
+ public:
+  static constexpr bool kStopsWhenSingular = false;
+
+  explicit PartialPivots(Integer* ipiv) noexcept : ipiv_(ipiv) {}
+  PartialPivots from(Integer j) const noexcept { return PartialPivots(ipiv_ + j - 1); }
+
+  template <class T>
+  Integer choose(Integer j, Integer m, MatrixView<T> a) const {
+    return j - 1 + index_of_largest(m - j + 1, a.column(j).from(j));
+  }
+  template <class T>
+  bool usable(Integer /*row*/, const T& pivot) const {
+    return !is_zero(pivot);
+  }
+  void record(Integer j, Integer row) const noexcept { ipiv_[j - 1] = row; }
+  Integer row(Integer j) const noexcept { return ipiv_[j - 1]; }
+  void shift(Integer j, Integer offset) const noexcept { ipiv_[j - 1] += offset; }
+
+ private:
+  Integer* ipiv_;
+};
+
+/// Pivoting by magnitude times row weight. The weights, 1 / 2-norm of the row, stand in the pivot array until the
+/// pivot of that step replaces them. A step whose best product is below 8 eps ends the factorisation.
+class WeightedPivots {
+ public:
+  static constexpr bool kStopsWhenSingular = true;
+
+  explicit WeightedPivots(QuarnFloat* ipiv) : ipiv_(ipiv), threshold_(QuarnFloat(8.0) * x02ajf_()) {}
+  WeightedPivots from(Integer j) const { return WeightedPivots(ipiv_ + j - 1, threshold_); }
+
+  /// Forms the weights; a row of zeros gets none.
+  void weigh(Integer m, Integer n, MatrixView<QuarnFloat> a) const {
+    for (Integer i = 1; i <= m; ++i) {
+      QuarnFloat scale;
+      QuarnFloat sumsq(1);
+      add_squares(n, a.row(i), scale, sumsq);
+      const QuarnFloat norm = scale * sqrt(sumsq);
+      ipiv_[i - 1] = norm == 0 ? norm : 1 / norm;
+    }
+  }
+
+  Integer choose(Integer j, Integer m, MatrixView<QuarnFloat> a) const {
+    Integer best = j;
+    QuarnFloat largest = fabs(a(j, j)) * ipiv_[j - 1];
+    for (Integer i = j + 1; i <= m; ++i) {
+      QuarnFloat product = fabs(a(i, j)) * ipiv_[i - 1];
+      if (product > largest) {
+        largest = std::move(product);
+        best = i;
+      }
+    }
+    return best;
+  }
+  bool usable(Integer row, const QuarnFloat& pivot) const {
+    return !is_zero(pivot) && fabs(pivot) * ipiv_[row - 1] >= threshold_;
+  }
+  void record(Integer j, Integer row) const {
+    ipiv_[row - 1] = ipiv_[j - 1];
+    ipiv_[j - 1] = row;
+  }
+  Integer row(Integer j) const { return FloatToInt(ipiv_[j - 1]); }
+  void shift(Integer j, Integer offset) const { ipiv_[j - 1] += offset; }
+
+ private:
+  WeightedPivots(QuarnFloat* ipiv, const QuarnFloat& threshold) : ipiv_(ipiv), threshold_(threshold) {}
+
+  QuarnFloat* ipiv_;
+  QuarnFloat threshold_;
+};
+
+/// One column after the other; returns INFO.
+template <class T, class Pivots>
+Integer factorise_unblocked(Integer m, Integer n, MatrixView<T> a, const Pivots& pivots) {
+  Integer info = 0;
+  for (Integer j = 1; j <= std::min(m, n); ++j) {
+    const Integer row = pivots.choose(j, m, a);
+    const bool usable = pivots.usable(row, a(row, j));
+    pivots.record(j, row);
+    if (usable) {
+      if (row != j) {
+        swap_vectors(n, a.row(j), a.row(row));
+      }
+      scale(m - j, quotient(T(1.0), a(j, j)), a.column(j).from(j + 1));
+    } else {
+      if (info == 0) {
+        info = j;
+      }
+      if (Pivots::kStopsWhenSingular) {
+        break;
+      }
+    }
+    update_rank_one(Op::none, m - j, n - j, T(-1.0), a.column(j).from(j + 1), a.row(j).from(j + 1),
+                    a.from(j + 1, j + 1));
+  }
+  return info;
+}
+
+/// Applies the interchanges of steps first ... last to n columns.
+template <class T, class Pivots>
+void interchange_rows(Integer n, MatrixView<T> a, Integer first, Integer last, const Pivots& pivots) {
+  for (Integer k = first; k <= last; ++k) {
+    if (const Integer row = pivots.row(k); row != k) {
+      swap_vectors(n, a.row(k), a.row(row));
+    }
+  }
+}
+
+template <class T, class Pivots>
+Integer factorise(Integer nb, Integer m, Integer n, MatrixView<T> a, const Pivots& pivots) {
+  const Integer steps = std::min(m, n);
+  if (nb <= 1) {
+    return factorise_unblocked(m, n, a, pivots);
+  }
+  Integer info = 0;
+  for (Integer j = 1; j <= steps; j += std::min(nb, steps - j + 1)) {
+    const Integer jb = std::min(nb, steps - j + 1);
+    const Integer next = j + jb;
+    const Integer panel_info = factorise_unblocked(m - j + 1, jb, a.from(j, j), pivots.from(j));
+    if (info == 0 && panel_info > 0) {
+      info = panel_info + j - 1;
+    }
+    const Integer done = Pivots::kStopsWhenSingular && panel_info > 0 ? j + panel_info - 1 : next - 1;
+    for (Integer i = j; i <= done; ++i) {
+      pivots.shift(i, j - 1);
+    }
+    interchange_rows(j - 1, a, j, done, pivots);
+    if (Pivots::kStopsWhenSingular && info > 0) {
+      break;
+    }
+    if (next <= n) {
+      const MatrixView<T> right = a.from(1, next);
+      interchange_rows(n - next + 1, right, j, done, pivots);
+      solve_triangular_matrix(Side::left, Triangle::lower, Op::none, Diagonal::unit, jb, n - next + 1, T(1.0),
+                              a.from(j, j), right.from(j, 1));
+      if (next <= m) {
+        multiply_matrices(Op::none, Op::none, m - next + 1, n - next + 1, jb, T(-1.0), a.from(next, j),
+                          right.from(j, 1), T(1.0), right.from(next, 1));
+      }
+    }
+  }
+  return info;
+}
+
+/// Checks, then the factorisation with the block size of the named routine; returns INFO.
+template <class T, class Prepare>
+Integer checked_lu(const char* routine, Integer m, Integer n, T* a, Integer lda, const Prepare& pivots_for) {
+  const Integer wrong = first_wrong({{m < 0, 1}, {n < 0, 2}, {lda < std::max<Integer>(1, m), 4}});
+  if (wrong != 0 || m == 0 || n == 0) {
+    return -wrong;
+  }
+  const MatrixView<T> view(a, lda);
+  return factorise(tuning_value(kBlockSize, routine), m, n, view, pivots_for(view));
+}
+
+template <class T>
+Integer lu_with_partial_pivoting(const char* routine, Integer m, Integer n, T* a, Integer lda, Integer* ipiv) {
+  return checked_lu(routine, m, n, a, lda, [ipiv](MatrixView<T>) { return PartialPivots(ipiv); });
+}
+
+}  // namespace
+}  // namespace tesk
+
+extern "C" {
+
+void f07adf_(Integer m, Integer n, QuarnFloat* a, Integer lda, Integer* ipiv, Integer* info) {
+  f07adf_ENTRY(0, m, n, a, lda, ipiv, info);
+}
+
+void f07adf_ENTRY(int /*selector*/, Integer m, Integer n, QuarnFloat* a, Integer lda, Integer* ipiv, Integer* info) {
+  *info = tesk::lu_with_partial_pivoting("F07ADF", m, n, a, lda, ipiv);
+}
+
+void f07arf_(Integer m, Integer n, Complex* a, Integer lda, Integer* ipiv, Integer* info) {
+  f07arf_ENTRY(0, m, n, a, lda, ipiv, info);
+}
+
+void f07arf_ENTRY(int /*selector*/, Integer m, Integer n, Complex* a, Integer lda, Integer* ipiv, Integer* info) {
+  *info = tesk::lu_with_partial_pivoting("F07ARF", m, n, a, lda, ipiv);
+}
+
+void f07adg_(Integer m, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* ipiv, Integer* info) {
+  *info = tesk::checked_lu("F07ADG", m, n, a, lda, [&](tesk::MatrixView<QuarnFloat> view) {
+    const tesk::WeightedPivots pivots(ipiv);
+    pivots.weigh(m, n, view);
+    return pivots;
+  });
+}
+}

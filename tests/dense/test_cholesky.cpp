@@ -1,0 +1,125 @@
+#include <doctest/doctest.h>
+
+#include <cmath>
+
+#include "src/dense/cholesky.h"
+#include "src/dense/tuning.h"
+#include "support/digits.h"
+#include "support/matrices.h"
+
+using support::Matrix;
+using support::Random;
+using tesk::Diagonal;
+using tesk::Op;
+using tesk::Triangle;
+
+namespace {
+
+/// B^H B + I, positive definite, in one triangle; NaN in the other.
+struct Definite {
+  Matrix<Complex> whole;
+  Matrix<Complex> stored;
+
+  Definite(Random& random, Triangle triangle, Integer n) : whole(n, n), stored(n, n) {
+    const Matrix<Complex> b = Matrix<Complex>(n, n).randomise(random);
+    whole = support::product(support::op_of_matrix(Op::conjugate, b), b);
+    for (Integer j = 1; j <= n; ++j) {
+      whole(j, j).re += 1;
+      whole(j, j).im = 0;
+      for (Integer i = 1; i <= n; ++i) {
+        if (triangle == Triangle::upper ? i <= j : i >= j) {
+          stored(i, j) = whole(i, j);
+        }
+      }
+    }
+  }
+};
+
+}  // namespace
+
+TEST_CASE("the factor gives the matrix back, blocked or not, on its triangle alone") {
+  support::Digits digits(40);
+  const std::uint64_t seed = std::random_device{}();
+  CAPTURE(seed);
+  Random random(seed);
+  for (const char* uplo : {"Upper", "l"}) {
+    const Triangle triangle = tesk::triangle_of(uplo);
+    for (const Integer n : {0, 1, 2, 5, 9}) {
+      for (Integer nb : {1, 2, 4, 16}) {
+        f07zaz_(1, "F07FRF", &nb, 1, 6);
+        CAPTURE(uplo);
+        CAPTURE(n);
+        CAPTURE(nb);
+        Definite a(random, triangle, n);
+        Integer info = -99;
+        f07frf_(uplo, n, a.stored.data(), a.stored.lda(), &info, 1);
+        CHECK(info == 0);
+        CHECK(a.stored.intact());
+        for (Integer j = 1; j <= n; ++j) {
+          CHECK(a.stored(j, j).re > 0);
+          CHECK(a.stored(j, j).im == 0);
+          for (Integer i = 1; i <= n; ++i) {
+            CHECK(support::is_nan(a.stored(i, j)) == (triangle == Triangle::upper ? i > j : i < j));
+          }
+        }
+        const Matrix<Complex> factor = support::triangle_of_matrix(triangle, Diagonal::general, a.stored);
+        const Matrix<Complex> adjoint = support::op_of_matrix(Op::conjugate, factor);
+        const Matrix<Complex> back =
+            triangle == Triangle::upper ? support::product(adjoint, factor) : support::product(factor, adjoint);
+        CHECK(support::largest_difference(back, a.whole) <= 300.0 * n);
+      }
+    }
+  }
+  Integer shipped = 1;
+  f07zaz_(1, "F07FRF", &shipped, 1, 6);
+}
+
+TEST_CASE("illegal arguments in order; one by one matrices") {
+  struct Row {
+    const char* uplo;
+    Integer n, lda, info;
+  };
+  const Row rows[] = {{"x", -1, 0, -1}, {"U", -1, 0, -2}, {"L", 0, 0, -4}, {"u", 3, 2, -4}, {"l", 0, 1, 0}};
+  for (const Row& row : rows) {
+    Complex a(QuarnFloat("nan"));
+    Integer info = 99;
+    f07frf_(row.uplo, row.n, &a, row.lda, &info, 1);
+    CHECK(info == row.info);
+    info = 99;
+    f07frz_(row.uplo, row.n, &a, row.lda, &info, 1);
+    CHECK(info == row.info);
+    CHECK(isnan(a.re));
+  }
+  struct Single {
+    int element;
+    Integer info;
+    int factor;
+  };
+  for (const Single& row : {Single{4, 0, 2}, Single{0, 1, 0}, Single{-1, 1, -1}}) {
+    for (const char* uplo : {"U", "L"}) {
+      Complex a(row.element, 5);  // the imaginary part of the diagonal is not read
+      Integer info = 99;
+      f07frf_ENTRY(0, uplo, 1, &a, 1, &info, 1);
+      CHECK(info == row.info);
+      CHECK(a == Complex(row.factor, 0));
+    }
+  }
+}
+
+TEST_CASE("the first column that is not positive is told, in global numbering") {
+  support::Digits digits(30);
+  Random random(7);
+  for (const char* uplo : {"U", "L"}) {
+    for (Integer nb : {1, 2, 3}) {
+      f07zaz_(1, "F07FRF", &nb, 1, 6);
+      Definite a(random, tesk::triangle_of(uplo), 6);
+      a.stored(5, 5).re = -1000;
+      Integer info = 0;
+      f07frf_(uplo, 6, a.stored.data(), a.stored.lda(), &info, 1);
+      CHECK(info == 5);
+      CHECK(a.stored(5, 5).re < -999);
+    }
+  }
+  Integer shipped = 1;
+  f07zaz_(1, "F07FRF", &shipped, 1, 6);
+}

@@ -1,0 +1,228 @@
+#include <doctest/doctest.h>
+
+#include <cmath>
+#include <vector>
+
+#include "src/dense/lu.h"
+#include "src/dense/tuning.h"
+#include "support/digits.h"
+#include "support/matrices.h"
+
+using support::Matrix;
+using support::Random;
+using tesk::Diagonal;
+using tesk::Op;
+using tesk::Triangle;
+
+namespace {
+
+void set_block_size(Integer nb) { f07zaz_(1, "F07ADF", &nb, 1, 6), f07zaz_(1, "F07ARF", &nb, 1, 6); }
+
+class BlockSize {
+ public:
+  explicit BlockSize(Integer nb) { set_block_size(nb); }
+  ~BlockSize() { set_block_size(1); }
+  BlockSize(const BlockSize&) = delete;
+  BlockSize& operator=(const BlockSize&) = delete;
+};
+
+void factorise(Matrix<QuarnFloat>& a, std::vector<Integer>& ipiv, Integer& info) {
+  f07adf_(a.rows(), a.columns(), a.data(), a.lda(), ipiv.data(), &info);
+}
+void factorise(Matrix<Complex>& a, std::vector<Integer>& ipiv, Integer& info) {
+  f07arf_(a.rows(), a.columns(), a.data(), a.lda(), ipiv.data(), &info);
+}
+
+/// The largest element of P L U - A in units of 10^-digits, from the factors as they are stored.
+template <class T>
+double residual(const Matrix<T>& original, const Matrix<T>& factors, const std::vector<Integer>& ipiv) {
+  const Integer m = original.rows();
+  const Integer n = original.columns();
+  const Integer steps = std::min(m, n);
+  Matrix<T> lower(m, steps);
+  Matrix<T> upper(steps, n);
+  for (Integer i = 1; i <= m; ++i) {
+    for (Integer j = 1; j <= steps; ++j) {
+      lower(i, j) = i > j ? factors(i, j) : T(i == j ? 1.0 : 0.0);
+    }
+  }
+  for (Integer i = 1; i <= steps; ++i) {
+    for (Integer j = 1; j <= n; ++j) {
+      upper(i, j) = i <= j ? factors(i, j) : T(0.0);
+    }
+  }
+  Matrix<T> product = support::product(lower, upper);
+  for (Integer k = steps; k >= 1; --k) {
+    for (Integer j = 1; j <= n; ++j) {
+      std::swap(product(k, j), product(ipiv[std::size_t(k - 1)], j));
+    }
+  }
+  return support::largest_difference(product, original);
+}
+
+}  // namespace
+
+TEST_CASE_TEMPLATE("P L U gives the matrix back, blocked or not", T, QuarnFloat, Complex) {
+  support::Digits digits(40);
+  const std::uint64_t seed = std::random_device{}();
+  CAPTURE(seed);
+  Random random(seed);
+  const Integer shapes[][2] = {{1, 1}, {5, 5}, {7, 4}, {4, 7}, {1, 6}, {6, 1}, {12, 12}};
+  for (const auto& shape : shapes) {
+    const Matrix<T> original = Matrix<T>(shape[0], shape[1]).randomise(random);
+    std::vector<Integer> first_pivots;
+    for (const Integer nb : {1, 2, 3, 5, 64}) {
+      CAPTURE(shape[0]);
+      CAPTURE(shape[1]);
+      CAPTURE(nb);
+      const BlockSize scope(nb);
+      Matrix<T> a = original;
+      std::vector<Integer> ipiv(std::size_t(std::min(shape[0], shape[1])), -1);
+      Integer info = -99;
+      factorise(a, ipiv, info);
+      CHECK(info == 0);
+      CHECK(a.intact());
+      // |L| <= 1 and the growth of U stays small at these sizes: some units per step.
+      CHECK(residual(original, a, ipiv) <= 100.0 * shape[0]);
+      if (first_pivots.empty()) {
+        first_pivots = ipiv;
+      }
+      CHECK(ipiv == first_pivots);
+      for (Integer i = 1; i <= shape[0]; ++i) {
+        for (Integer j = 1; j < i && j <= shape[1]; ++j) {
+          CHECK(tesk::magnitude(a(i, j)) <= 2);
+        }
+      }
+    }
+  }
+}
+
+TEST_CASE("illegal arguments in order, empty matrices untouched") {
+  struct Row {
+    Integer m, n, lda, info;
+  };
+  const Row rows[] = {{-1, -1, 0, -1}, {2, -1, 0, -2}, {2, 2, 1, -4},
+                      {0, 0, 0, -4},   {0, 5, 0, -4},  {0, 5, 1, 0},
+                      {5, 0, 5, 0},    {0, 0, 1, 0},   {-2147483647 - 1, 3, 3, -1}};
+  for (const Row& row : rows) {
+    CAPTURE(row.m);
+    CAPTURE(row.n);
+    QuarnFloat a("nan");
+    Complex z(a, a);
+    QuarnFloat weights("nan");
+    Integer ipiv = 77;
+    for (int routine = 0; routine < 5; ++routine) {
+      Integer info = 99;
+      switch (routine) {
+        case 0:
+          f07adf_(row.m, row.n, &a, row.lda, &ipiv, &info);
+          break;
+        case 1:
+          f07adf_ENTRY(1, row.m, row.n, &a, row.lda, &ipiv, &info);
+          break;
+        case 2:
+          f07arf_(row.m, row.n, &z, row.lda, &ipiv, &info);
+          break;
+        case 3:
+          f07arf_ENTRY(1, row.m, row.n, &z, row.lda, &ipiv, &info);
+          break;
+        default:
+          f07adg_(row.m, row.n, &a, row.lda, &weights, &info);
+          break;
+      }
+      CHECK(info == row.info);
+      CHECK(ipiv == 77);
+      CHECK(isnan(weights));
+    }
+  }
+}
+
+TEST_CASE("a zero pivot is told, the rest is factorised") {
+  for (const Integer nb : {1, 2, 3}) {
+    const BlockSize scope(nb);
+    // Column 3 is twice column 1 in exact arithmetic: after two steps nothing is left of it.
+    Matrix<QuarnFloat> a(4, 4);
+    const int values[4][4] = {{4, 2, 8, 1}, {2, 2, 4, 3}, {0, 4, 0, 5}, {2, 0, 4, 9}};
+    for (Integer i = 1; i <= 4; ++i) {
+      for (Integer j = 1; j <= 4; ++j) {
+        a(i, j) = values[i - 1][j - 1];
+      }
+    }
+    const Matrix<QuarnFloat> original = a;
+    std::vector<Integer> ipiv(4, -1);
+    Integer info = -99;
+    factorise(a, ipiv, info);
+    CHECK(info == 3);
+    CHECK(a(3, 3) == 0);
+    CHECK(ipiv[2] == 3);
+    CHECK(residual(original, a, ipiv) == 0);
+  }
+  Matrix<Complex> zero(3, 3);
+  for (Integer j = 1; j <= 3; ++j) {
+    for (Integer i = 1; i <= 3; ++i) {
+      zero(i, j) = 0;
+    }
+  }
+  std::vector<Integer> ipiv(3, -1);
+  Integer info = -99;
+  factorise(zero, ipiv, info);
+  CHECK(info == 1);
+  CHECK(ipiv == std::vector<Integer>{1, 2, 3});
+}
+
+TEST_CASE("ties go to the first row") {
+  Matrix<QuarnFloat> a(3, 1);
+  a(1, 1) = -2;
+  a(2, 1) = 2;
+  a(3, 1) = 2;
+  std::vector<Integer> ipiv(1);
+  Integer info = -1;
+  factorise(a, ipiv, info);
+  CHECK(ipiv[0] == 1);
+  CHECK((a(1, 1) == -2 && a(2, 1) == -1 && a(3, 1) == -1));
+}
+
+TEST_CASE("row weights see through bad scaling, and a small pivot ends the factorisation") {
+  support::Digits digits(30);
+  const std::uint64_t seed = std::random_device{}();
+  CAPTURE(seed);
+  Random random(seed);
+  for (const Integer nb : {1, 2, 4}) {
+    const BlockSize scope(nb);
+    const Integer n = 6;
+    const Matrix<QuarnFloat> base = Matrix<QuarnFloat>(n, n).randomise(random);
+    Matrix<QuarnFloat> scaled = base;
+    for (Integer i = 1; i <= n; ++i) {
+      for (Integer j = 1; j <= n; ++j) {
+        scaled(i, j) *= QuarnFloat(1, int(i * 40) - 100);
+      }
+    }
+    Matrix<QuarnFloat> a = base;
+    std::vector<QuarnFloat> plain(n);
+    std::vector<QuarnFloat> weighted(n);
+    Integer info = -99;
+    f07adg_(n, n, a.data(), a.lda(), plain.data(), &info);
+    CHECK(info == 0);
+    std::vector<Integer> ipiv;
+    for (const QuarnFloat& pivot : plain) {
+      ipiv.push_back(FloatToInt(pivot));
+      CHECK(floor(pivot) == pivot);
+    }
+    CHECK(residual(base, a, ipiv) <= 600);
+    f07adg_(n, n, scaled.data(), scaled.lda(), weighted.data(), &info);
+    CHECK(info == 0);
+    CHECK(plain == weighted);
+
+    // Rows 3 and 5 equal but for less than the threshold: the last step finds nothing to divide by.
+    Matrix<QuarnFloat> singular = base;
+    for (Integer j = 1; j <= n; ++j) {
+      singular(5, j) = singular(3, j);
+    }
+    singular(5, n) += QuarnFloat(1, -30) * singular(3, n);
+    f07adg_(n, n, singular.data(), singular.lda(), plain.data(), &info);
+    CHECK(info == n);
+    for (Integer j = 1; j <= n; ++j) {
+      singular(2, j) = 0;
+    }
+  }
+}
