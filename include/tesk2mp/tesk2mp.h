@@ -33,6 +33,7 @@
 #include "quarn/quarnfloat.h"
 #include "tesk2mp/api.h"
 #include "tesk2mp/dense.h"
+#include "tesk2mp/fft.h"
 #include "tesk2mp/kernels.h"
 #include "tesk2mp/util.h"
 

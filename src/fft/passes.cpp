@@ -1,0 +1,105 @@
+#include "src/fft/passes.h"
+
+#include <array>
+
+#include "src/fft/even_radix.h"
+#include "src/fft/odd_radix.h"
+
+namespace tesk {
+namespace {
+
+struct Pass {
+  QuarnFloat* x;
+  Integer n;
+  Integer m;  // length of a sub-block
+  Constants constants;
+};
+
+/// Twiddles depend on j alone, so that each is evaluated once and serves all blocks.
+template <Direction direction, class Radix>
+void run(const Pass& pass, const Radix& radix, const TwiddleSource& source) {
+  const Integer r = radix.size();
+  const Integer m = pass.m;
+  const Integer length = r * m;
+  const auto for_each_block = [&pass, length](const auto& butterfly) {
+    for (QuarnFloat* block = pass.x; block != pass.x + pass.n; block += length) {
+      butterfly(block);
+    }
+  };
+  for_each_block([&](QuarnFloat* block) { radix.template first<direction>(Slots(block, m, 0)); });
+  std::array<Complex, kLargestPrime> w;
+  for (Integer j = 1; j < m - j; ++j) {
+    for (Integer q = 1; q < r; ++q) {
+      w[q] = source.rotation(j * q, length);
+    }
+    for_each_block([&](QuarnFloat* block) { radix.template inner<direction>(Slots(block, m, j), w.data()); });
+  }
+  if (m % 2 == 0) {
+    for_each_block([&](QuarnFloat* block) { radix.template middle<direction>(Slots(block, m, m / 2)); });
+  }
+}
+
+bool has_pass(Integer r) { return r == 2 || r == 4 || r == 8 || (r % 2 == 1 && 3 <= r && r <= kLargestPrime); }
+
+template <Direction direction>
+void run(const Pass& pass, Integer r) {
+  const TwiddleSource source(pass.constants);
+  switch (r) {
+    case 2:
+      return run<direction>(pass, EvenRadix<2>(pass.constants, source), source);
+    case 4:
+      return run<direction>(pass, EvenRadix<4>(pass.constants, source), source);
+    case 8:
+      return run<direction>(pass, EvenRadix<8>(pass.constants, source), source);
+    default:
+      return run<direction>(pass, OddRadix(r, pass.constants, source), source);
+  }
+}
+
+/// Walks the list from its first radix; sub-blocks grow forward from length 1 and shrink backward from length n.
+template <Direction direction>
+void walk(QuarnFloat* x, Integer n, const Integer* radices, const Constants& constants) {
+  if (n <= 1) {
+    return;
+  }
+  Integer done = 1;  // product of the radices so far, a divisor of n
+  for (; *radices == 1 || (has_pass(*radices) && n / done % *radices == 0); ++radices) {
+    if (*radices == 1) {
+      continue;
+    }
+    const Integer m = direction == Direction::forward ? done : n / done / *radices;
+    run<direction>({x, n, m, constants}, *radices);
+    done *= *radices;
+  }
+}
+
+}  // namespace
+
+void forward_passes(QuarnFloat* x, Integer n, const Integer* radices, const Constants& constants) {
+  walk<Direction::forward>(x, n, radices, constants);
+}
+
+void backward_passes(QuarnFloat* x, Integer n, const Integer* radices, const Constants& constants) {
+  walk<Direction::backward>(x, n, radices, constants);
+}
+
+}  // namespace tesk
+
+extern "C" {
+
+void c06eawn_(QuarnFloat* x, Integer n, Integer* radices) {
+  tesk::forward_passes(x, n, radices, tesk::Constants(tesk::Accuracy::classic));
+}
+
+void c06ebwn_(QuarnFloat* x, Integer n, Integer* radices) {
+  tesk::backward_passes(x, n, radices, tesk::Constants(tesk::Accuracy::classic));
+}
+
+void c06eawn_full_(QuarnFloat* x, Integer n, Integer* radices) {
+  tesk::forward_passes(x, n, radices, tesk::Constants(tesk::Accuracy::full));
+}
+
+void c06ebwn_full_(QuarnFloat* x, Integer n, Integer* radices) {
+  tesk::backward_passes(x, n, radices, tesk::Constants(tesk::Accuracy::full));
+}
+}

@@ -1,0 +1,24 @@
+// The passes of the real transform: one for each entry of a pass list.
+#pragma once
+
+#include "src/fft/twiddles.h"
+
+namespace tesk {
+
+/// x[0 .. n): real numbers in digit-reversed order to a Hermitian sequence in half-complex storage, unscaled.
+/// radices: the pass list, ended by a 0. The walk ends early at a radix that no pass has (they have 2, 3, 4, 5, 8 and
+/// odd ones from 7 to 19; 1 is skipped) or that does not divide what is left of n.
+void forward_passes(QuarnFloat* x, Integer n, const Integer* radices, const Constants& constants);
+
+/// The opposite: half-complex storage to real numbers in digit-reversed order, by the same list.
+void backward_passes(QuarnFloat* x, Integer n, const Integer* radices, const Constants& constants);
+
+}  // namespace tesk
+
+extern "C" {
+
+void c06eawn_(QuarnFloat* x, Integer n, Integer* radices);
+void c06ebwn_(QuarnFloat* x, Integer n, Integer* radices);
+void c06eawn_full_(QuarnFloat* x, Integer n, Integer* radices);
+void c06ebwn_full_(QuarnFloat* x, Integer n, Integer* radices);
+}
