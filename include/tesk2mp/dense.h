@@ -1,5 +1,6 @@
-// Dense factorisations. They report through INFO and print nothing: 0 is success, -k says that argument k is illegal
-// (checked in argument order), and a positive value is a numerical failure at that step.
+// Dense factorisations, eigenvalues and quartic zeros. All but the last report through INFO and print nothing: 0 is
+// success, -k says that argument k is illegal (checked in argument order), and a positive value is a numerical failure
+// at that step.
 #pragma once
 
 #include "quarn/quarnfloat.h"
@@ -46,4 +47,77 @@ TESK2MP_API void QuarnMP_f07frf_ENTRY(int selector, const char* uplo, Integer n,
 /// ZPOTF2: the same, one column after the other whatever the block size.
 TESK2MP_API void QuarnMP_f07frz_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int uplo_length);
 TESK2MP_API void QuarnMP_zpotf2_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int uplo_length);
+
+// Eigenvalues of real matrices --------------------------------------------------------------------------------------
+
+/// DGEBAL: balances a general matrix A of order n in place. job N: nothing; P: permutes so that isolated eigenvalues
+/// stand in rows 1 ... ilo - 1 and ihi + 1 ... n; S: scales rows and columns ilo ... ihi by powers of 8 towards equal
+/// norms; B: both. scale(j): the row and column interchanged with j outside ilo ... ihi, the scale factor inside.
+/// Illegal: job (-1), n < 0 (-2), lda < max(1, n) (-4).
+TESK2MP_API void QuarnMP_f08nhf_(const char* job, Integer n, QuarnFloat* a, Integer lda, Integer* ilo, Integer* ihi,
+                                 QuarnFloat* scale, Integer* info, int job_length);
+
+/// DHSEQR: the eigenvalues wr + i wi of the upper Hessenberg matrix H of order n, a pair in consecutive places with the
+/// positive imaginary part first. job E: eigenvalues alone (H is left unspecified); S: H becomes the Schur form T.
+/// compz N: no Schur vectors; I: Z becomes the orthogonal matrix of H = Z T Z^T; V: Z becomes Z times that matrix.
+/// ilo, ihi: from balancing, otherwise 1 and n. work: lwork >= max(1, n) elements; work(1) tells that least length,
+/// lwork = -1 only asks for it. Illegal: job (-1), compz (-2), n (-3), ilo (-4), ihi (-5), ldh (-7), ldz (-11),
+/// lwork (-13). *info = i > 0: the i-th eigenvalue was not found in 30 iterations for each row; eigenvalues i + 1 ...
+/// ihi are right. Tuning values 4 (shifts, at most 15) and 8 (largest block for two shifts) of the row F08PEF choose
+/// between the double-shift algorithm, the shipped choice, and multishift sweeps. Cost: about 10 n^3 multiply-adds for
+/// eigenvalues, 25 n^3 with Schur form and vectors.
+TESK2MP_API void QuarnMP_f08pef_(const char* job, const char* compz, Integer n, Integer ilo, Integer ihi, QuarnFloat* h,
+                                 Integer ldh, QuarnFloat* wr, QuarnFloat* wi, QuarnFloat* z, Integer ldz,
+                                 QuarnFloat* work, Integer lwork, Integer* info, int job_length, int compz_length);
+TESK2MP_API void QuarnMP_dhseqr_(const char* job, const char* compz, Integer n, Integer ilo, Integer ihi, QuarnFloat* h,
+                                 Integer ldh, QuarnFloat* wr, QuarnFloat* wi, QuarnFloat* z, Integer ldz,
+                                 QuarnFloat* work, Integer lwork, Integer* info, int job_length, int compz_length);
+TESK2MP_API void QuarnMP_f08pef_ENTRY(int selector, const char* job, const char* compz, Integer n, Integer ilo,
+                                      Integer ihi, QuarnFloat* h, Integer ldh, QuarnFloat* wr, QuarnFloat* wi,
+                                      QuarnFloat* z, Integer ldz, QuarnFloat* work, Integer lwork, Integer* info,
+                                      int job_length, int compz_length);
+/// DLAHQR: the double-shift algorithm alone, without checks. wantt, wantz: whether the Schur form, and its
+/// accumulation into rows iloz ... ihiz of Z, are wanted.
+TESK2MP_API void QuarnMP_f08pez_(unsigned wantt, unsigned wantz, Integer n, Integer ilo, Integer ihi, QuarnFloat* h,
+                                 Integer ldh, QuarnFloat* wr, QuarnFloat* wi, Integer iloz, Integer ihiz, QuarnFloat* z,
+                                 Integer ldz, Integer* info);
+TESK2MP_API void QuarnMP_dlahqr_(unsigned wantt, unsigned wantz, Integer n, Integer ilo, Integer ihi, QuarnFloat* h,
+                                 Integer ldh, QuarnFloat* wr, QuarnFloat* wi, Integer iloz, Integer ihiz, QuarnFloat* z,
+                                 Integer ldz, Integer* info);
+
+/// DTREVC: eigenvectors of the Schur form T of order n. side R: right ones (T x = lambda x) into vr; L: left ones
+/// (y^H T = lambda y^H) into vl; B: both. howmny A: all; B: all, multiplied by the matrix that vr or vl holds (the
+/// Schur vectors, to give those of the original matrix); S: those with select(j) not 0, either row of a pair. A real
+/// eigenvector takes one column, a pair two (real and imaginary part, of the eigenvalue above the real axis). Each is
+/// scaled to largest |re| + |im| of 1. mm: columns there are; *m: columns used. work is not used. Illegal: side (-1),
+/// howmny (-2), n (-4), ldt (-6), ldvl (-8), ldvr (-10), mm < *m (-11).
+TESK2MP_API void QuarnMP_f08qkf_(const char* side, const char* howmny, Integer* select, Integer n, QuarnFloat* t,
+                                 Integer ldt, QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, Integer mm,
+                                 Integer* m, QuarnFloat* work, Integer* info, int side_length, int howmny_length);
+TESK2MP_API void QuarnMP_dtrevc_(const char* side, const char* howmny, Integer* select, Integer n, QuarnFloat* t,
+                                 Integer ldt, QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, Integer mm,
+                                 Integer* m, QuarnFloat* work, Integer* info, int side_length, int howmny_length);
+
+/// DTRSNA: reciprocal condition numbers of eigenvalues (job E: s, |y^H x| / (|x| |y|) from the eigenvectors in vl and
+/// vr) and of eigenvectors (V: sep, 1 / (1-norm of (T22 - lambda I)^-1), T22 the rest of T beside the eigenvalue;
+/// within a factor n of the smallest singular value), or both (B), for all (howmny A) or selected (S) eigenvalues. Both
+/// places of a pair get the same value. work and iwork are not used. Illegal: job (-1), howmny (-2), n (-4), ldt (-6),
+/// ldvl
+/// (-8), ldvr (-10), mm < *m (-13), ldwork < 1, or < n for V and B (-16).
+TESK2MP_API void QuarnMP_f08qlf_(const char* job, const char* howmny, Integer* select, Integer n, QuarnFloat* t,
+                                 Integer ldt, QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, QuarnFloat* s,
+                                 QuarnFloat* sep, Integer mm, Integer* m, QuarnFloat* work, Integer ldwork,
+                                 Integer* iwork, Integer* info, int job_length, int howmny_length);
+TESK2MP_API void QuarnMP_dtrsna_(const char* job, const char* howmny, Integer* select, Integer n, QuarnFloat* t,
+                                 Integer ldt, QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, QuarnFloat* s,
+                                 QuarnFloat* sep, Integer mm, Integer* m, QuarnFloat* work, Integer ldwork,
+                                 Integer* iwork, Integer* info, int job_length, int howmny_length);
+
+/// The zeros zeror + i zeroi (4 each) of e z^4 + a z^3 + b z^2 + c z + d with an error estimate each, as the
+/// eigenvalues of the balanced companion matrix, in the order in which its Schur form has them. errest is machine
+/// precision times norm over condition number: the effect of one rounding of the matrix. IFAIL as described in
+/// tesk2mp.h: 1: e = 0; 2: a quotient by e passes the range of the hardware double (4.49e+307), the guard that the
+/// routine has always had; 3: the QR algorithm did not converge (a coefficient is not finite).
+TESK2MP_API void QuarnMP_c02alf_(QuarnFloat* e, QuarnFloat* a, QuarnFloat* b, QuarnFloat* c, QuarnFloat* d,
+                                 QuarnFloat* zeror, QuarnFloat* zeroi, QuarnFloat* errest, Integer* ifail);
 }

@@ -41,12 +41,16 @@ class MatrixView {
   T& operator()(Integer i, Integer j) const noexcept { return *at(i, j); }
   VectorView<T> column(Integer j) const noexcept { return {at(1, j), row_stride_}; }
   VectorView<T> row(Integer i) const noexcept { return {at(i, 1), column_stride_}; }
+  /// Elements from one column to the next: the leading dimension of a plain matrix.
+  std::ptrdiff_t column_stride() const noexcept { return column_stride_; }
   /// The submatrix whose first element is (i, j).
   MatrixView from(Integer i, Integer j) const noexcept { return {at(i, j), row_stride_, column_stride_}; }
   MatrixView transposed() const noexcept { return {first_, column_stride_, row_stride_}; }
   MatrixView reversed(Integer rows, Integer columns) const noexcept {
     return {at(rows, columns), -row_stride_, -column_stride_};
   }
+  /// Mirrored in the other diagonal: what was upper triangular stays so.
+  MatrixView antitransposed(Integer order) const noexcept { return reversed(order, order).transposed(); }
   MatrixView rows_reversed(Integer rows) const noexcept { return {at(rows, 1), -row_stride_, column_stride_}; }
   MatrixView columns_reversed(Integer columns) const noexcept { return {at(1, columns), row_stride_, -column_stride_}; }
 

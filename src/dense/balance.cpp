@@ -1,0 +1,159 @@
+// B. N. Parlett, C. Reinsch, Balancing a matrix for calculation of eigenvalues and eigenvectors, Numer. Math. 13
+// (1969), as DGEBAL of E. Anderson et al., LAPACK Users' Guide, does it.
+#include <algorithm>
+
+#include "src/dense/eigen.h"
+#include "src/frame/constants.h"
+#include "src/kernels/level1.h"
+
+namespace tesk {
+namespace {
+
+class Balancing {
+ public:
+  Balancing(Integer n, MatrixView<QuarnFloat> a, QuarnFloat* scale)
+      : n_(n), a_(a), scale_(scale, 1), low_(1), high_(n) {}
+
+  /// Moves rows with zeros beside the diagonal to the bottom and such columns to the left.
+  void permute() {
+    while (high_ > 1 && isolate_row()) {
+    }
+    while (high_ > 1 && isolate_column()) {
+    }
+  }
+
+  /// Brings the norms of row and column i near each other, by powers of 8, until a sweep changes nothing.
+  void rescale() {
+    for (bool changed = true; changed;) {
+      changed = false;
+      for (Integer i = low_; i <= high_; ++i) {
+        changed |= rescale_pair(i);
+      }
+    }
+  }
+
+  void clear_scale() { fill(high_ - low_ + 1, QuarnFloat(1), scale_.from(low_)); }
+  Integer low() const { return low_; }
+  Integer high() const { return high_; }
+
+ private:
+  static constexpr int kRadix = 8;
+
+  bool isolate_row() {
+    for (Integer j = high_; j >= 1; --j) {
+      if (all_zero_but(j, a_.row(j), 1)) {
+        exchange(j, high_);
+        --high_;
+        return true;
+      }
+    }
+    return false;
+  }
+
+  bool isolate_column() {
+    for (Integer j = low_; j <= high_; ++j) {
+      if (all_zero_but(j, a_.column(j), low_)) {
+        exchange(j, low_);
+        ++low_;
+        return true;
+      }
+    }
+    return false;
+  }
+
+  bool all_zero_but(Integer j, VectorView<QuarnFloat> x, Integer first) const {
+    for (Integer i = first; i <= high_; ++i) {
+      if (i != j && x(i) != 0) {
+        return false;
+      }
+    }
+    return true;
+  }
+
+  void exchange(Integer j, Integer m) {
+    scale_(m) = j;
+    if (j != m) {
+      swap_vectors(high_, a_.column(j), a_.column(m));
+      swap_vectors(n_ - low_ + 1, a_.row(j).from(low_), a_.row(m).from(low_));
+    }
+  }
+
+  bool rescale_pair(Integer i) {
+    QuarnFloat c;
+    QuarnFloat r;
+    for (Integer j = low_; j <= high_; ++j) {
+      if (j != i) {
+        c += fabs(a_(j, i));
+        r += fabs(a_(i, j));
+      }
+    }
+    // NaN and infinity cannot be levelled.
+    if (c == 0 || r == 0 || !isfinite(c + r)) {
+      return false;
+    }
+    QuarnFloat ca = fabs(a_(index_of_largest(high_, a_.column(i)), i));
+    QuarnFloat ra = fabs(a_(i, low_ - 1 + index_of_largest(n_ - low_ + 1, a_.row(i).from(low_))));
+    QuarnFloat f = 1;
+    QuarnFloat g = r / kRadix;
+    const QuarnFloat s = c + r;
+    while (c < g && std::max({f, c, ca}) < scale_largest_ && std::min({r, g, ra}) > scale_smallest_) {
+      for (QuarnFloat* up : {&f, &c, &ca}) {
+        *up *= kRadix;
+      }
+      for (QuarnFloat* down : {&r, &g, &ra}) {
+        *down /= kRadix;
+      }
+    }
+    g = c / kRadix;
+    while (g >= r && std::max(r, ra) < scale_largest_ && std::min({f, c, g, ca}) > scale_smallest_) {
+      for (QuarnFloat* down : {&f, &c, &g, &ca}) {
+        *down /= kRadix;
+      }
+      for (QuarnFloat* up : {&r, &ra}) {
+        *up *= kRadix;
+      }
+    }
+    if (c + r >= QuarnFloat(0.95) * s || (f < 1 && scale_(i) < 1 && f * scale_(i) <= smallest_) ||
+        (f > 1 && scale_(i) > 1 && scale_(i) >= 1 / (smallest_ * f))) {
+      return false;
+    }
+    scale_(i) *= f;
+    scale(n_ - low_ + 1, 1 / f, a_.row(i).from(low_));
+    scale(high_, f, a_.column(i));
+    return true;
+  }
+
+  Integer n_;
+  MatrixView<QuarnFloat> a_;
+  VectorView<QuarnFloat> scale_;
+  Integer low_;
+  Integer high_;
+  QuarnFloat smallest_ = x02amf_() / x02ajf_();
+  QuarnFloat scale_smallest_ = smallest_ * kRadix;
+  QuarnFloat scale_largest_ = 1 / scale_smallest_;
+};
+
+}  // namespace
+}  // namespace tesk
+
+extern "C" void f08nhf_(const char* job, Integer n, QuarnFloat* a, Integer lda, Integer* ilo, Integer* ihi,
+                        QuarnFloat* scale, Integer* info, int /*job_length*/) {
+  using namespace tesk;
+  const char what = letter(job);
+  const bool permutes = what == 'P' || what == 'B';
+  const bool scales = what == 'S' || what == 'B';
+  *info = -first_wrong({{!permutes && !scales && what != 'N', 1}, {n < 0, 2}, {lda < std::max<Integer>(1, n), 4}});
+  if (*info != 0) {
+    return;
+  }
+  Balancing balancing(n, {a, lda}, scale);
+  if (permutes && n > 0) {
+    balancing.permute();
+  }
+  balancing.clear_scale();
+  if (scales) {
+    balancing.rescale();
+  }
+  *ilo = balancing.low();
+  *ihi = balancing.high();
+}

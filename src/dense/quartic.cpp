@@ -1,0 +1,72 @@
+// The zeros of a quartic as the eigenvalues of its companion matrix.
+#include "src/dense/quartic.h"
+
+#include "src/dense/eigen.h"
+#include "src/frame/classic.h"
+#include "src/frame/constants.h"
+#include "src/kernels/level1.h"
+#include "src/kernels/norms.h"
+
+namespace {
+
+constexpr Integer kOrder = 4;
+constexpr Integer kElements = kOrder * kOrder;
+
+void quartic_core(const QuarnFloat* e, const QuarnFloat* a, const QuarnFloat* b, const QuarnFloat* c,
+                  const QuarnFloat* d, QuarnFloat* zeror, QuarnFloat* zeroi, QuarnFloat* errest, char* message_buffer,
+                  Integer* ifail, int /*length*/) {
+  tesk::Report report("C02ALF", message_buffer, ifail);
+  if (*e == 0) {
+    return report.fail(1, 99999, " ** On entry, E .eq. 0.0.");
+  }
+
+  QuarnFloat h[kElements];
+  const tesk::MatrixView<QuarnFloat> companion(h, kOrder);
+  for (Integer i = 2; i <= kOrder; ++i) {
+    companion(i, i - 1) = 1.0;
+  }
+  Integer column = 0;
+  for (const QuarnFloat* coefficient : {a, b, c, d}) {
+    tesk::SafeQuotient quotient = tesk::safe_divide(-*coefficient, *e);
+    if (quotient.failed) {
+      return report.fail(2, 99998, " ** The companion matrix H cannot be formed without overflow.");
+    }
+    companion(1, ++column) = std::move(quotient.value);
+  }
+
+  Integer ilo = 1;
+  Integer ihi = kOrder;
+  Integer info = 0;
+  QuarnFloat scale[kOrder];
+  f08nhf_("Scaled", kOrder, h, kOrder, &ilo, &ihi, scale, &info, 6);
+  QuarnFloat wr[kOrder];
+  QuarnFloat wi[kOrder];
+  QuarnFloat z[kElements];
+  QuarnFloat work[3 * kOrder];
+  f08pef_("Schur form", "Novectors", kOrder, ilo, ihi, h, kOrder, wr, wi, z, kOrder, work, 3 * kOrder, &info, 10, 9);
+  if (info != 0) {
+    return report.fail(3, 99997, " ** Failure to converge in F08PEF (SHSEQR/DHSEQR).");
+  }
+
+  QuarnFloat vl[kElements];
+  QuarnFloat vr[kElements];
+  QuarnFloat s[kOrder];
+  QuarnFloat sep[kOrder];
+  Integer m = 0;
+  f08qkf_("Both", "All", nullptr, kOrder, h, kOrder, vl, kOrder, vr, kOrder, kOrder, &m, work, &info, 4, 3);
+  f08qlf_("Eigenvalues", "All", nullptr, kOrder, h, kOrder, vl, kOrder, vr, kOrder, s, sep, kOrder, &m, work, 1,
+          nullptr, &info, 11, 3);
+  const QuarnFloat error = x02ajf_() * f06raf_("1-norm", kOrder, kOrder, h, kOrder, nullptr, 6);
+  for (Integer j = 0; j < kOrder; ++j) {
+    zeror[j] = wr[j];
+    zeroi[j] = wi[j];
+    errest[j] = tesk::safe_divide(error, s[j]).value;
+  }
+}
+
+}  // namespace
+
+extern "C" void c02alf_(QuarnFloat* e, QuarnFloat* a, QuarnFloat* b, QuarnFloat* c, QuarnFloat* d, QuarnFloat* zeror,
+                        QuarnFloat* zeroi, QuarnFloat* errest, Integer* ifail) {
+  tesk::call_core("C02ALF", ifail, quartic_core, e, a, b, c, d, zeror, zeroi, errest);
+}
