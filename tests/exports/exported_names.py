@@ -23,8 +23,9 @@ def listed(path):
     return [line.split()[0] for line in lines]
 
 
-def declared(path):
-    code = re.sub(r"//[^\n]*|/\*.*?\*/", "", path.read_text(), flags=re.S)
+def declared(folder):
+    texts = [header.read_text() for header in sorted(folder.glob("*.h"))]
+    code = re.sub(r"//[^\n]*|/\*.*?\*/", "", "\n".join(texts), flags=re.S)
     return re.findall(r"\b(QuarnMPX?_\w+)\s*\(", code)
 
 
@@ -65,7 +66,7 @@ def compare(title, names, reference):
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--list", type=pathlib.Path, required=True)
-    parser.add_argument("--header", type=pathlib.Path, required=True)
+    parser.add_argument("--headers", type=pathlib.Path, required=True)
     parser.add_argument("--library", required=True)
     parser.add_argument("--host", nargs="*", default=[])
     parser.add_argument("--nm", default="nm")
@@ -74,7 +75,7 @@ def main():
 
     names = listed(options.list)
     problems = compare("list", names, names)
-    problems += compare("header", declared(options.header), names)
+    problems += compare("header", declared(options.headers), names)
     if options.library.endswith(".dll"):
         problems += compare("DLL", exported_by_dll(options.objdump, options.library), names)
         for library in [options.library, *options.host]:
