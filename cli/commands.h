@@ -1,0 +1,12 @@
+// The sub-commands: one function a file under commands/, called once to declare options and work.
+#pragma once
+
+#include "cli/options.h"
+
+namespace cli {
+
+void add_fft(CLI::App& app, Session& session);
+void add_constants(CLI::App& app, Session& session);
+void add_details(CLI::App& app, Session& session);
+
+}  // namespace cli

@@ -1,0 +1,55 @@
+// quarn constants: the machine constants at the working precision.
+#include "cli/commands.h"
+#include "tesk2mp/tesk2mp.h"
+
+namespace cli {
+
+namespace {
+
+struct Constant {
+  const char* routine;
+  const char* meaning;
+  std::string value;
+};
+
+std::vector<Constant> constants() {
+  return {
+      {"QuarnMP_x02ajf_", "machine precision", QuarnMP_x02ajf_().to_string()},
+      {"QuarnMP_x02akf_", "smallest positive model number", QuarnMP_x02akf_().to_string()},
+      {"QuarnMP_x02alf_", "largest positive model number", QuarnMP_x02alf_().to_string()},
+      {"QuarnMP_x02amf_", "safe range", QuarnMP_x02amf_().to_string()},
+      {"QuarnMP_x02bhf_", "base of the model", std::to_string(QuarnMP_x02bhf_())},
+      {"QuarnMP_x01aaf_", "pi, classic entry: the double", QuarnMP_x01aaf_().to_string()},
+      {"QuarnMPX_x01aaf_", "pi, companion: all digits", QuarnMPX_x01aaf_().to_string()},
+  };
+}
+
+Result list_constants() {
+  Result result;
+  result.notes = {"Machine constants at " + std::to_string(QuarnDigits()) + " digits"};
+  result.facts = {{"digits", std::to_string(QuarnDigits()), true}};
+  result.data = {{"routine", {}}, {"meaning", {}}, {"value", {}}};
+  for (const Constant& constant : constants()) {
+    result.data[0].cells.emplace_back(constant.routine);
+    result.data[1].cells.emplace_back(constant.meaning);
+    result.data[2].cells.push_back(constant.value);
+  }
+  result.table = result.data;
+  for (ResultColumn& column : result.table) {
+    column.words = true;
+  }
+  return result;
+}
+
+}  // namespace
+
+void add_constants(CLI::App& app, Session& session) {
+  CLI::App* command = app.add_subcommand("constants", "show the machine constants at the working precision");
+  auto options = std::make_shared<OutputOptions>();
+  add_digits_option(*command, session);
+  add_output_options(*command, *options);
+  command->footer("Example:\n  quarn constants --digits 100");
+  command->callback([&session, options] { session.work = [options] { deliver(list_constants(), *options); }; });
+}
+
+}  // namespace cli

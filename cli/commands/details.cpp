@@ -1,0 +1,18 @@
+// quarn details: the library's account of itself.
+#include "cli/commands.h"
+#include "cli/library_call.h"
+#include "cli/output.h"
+#include "tesk2mp/tesk2mp.h"
+
+namespace cli {
+
+void add_details(CLI::App& app, Session& session) {
+  CLI::App* command = app.add_subcommand("details", "show the implementation details of the library");
+  auto file = std::make_shared<std::string>();
+  command->add_option("--output", *file, "write to this file instead of standard output")->type_name("FILE");
+  command->footer("Example:\n  quarn details");
+  command->callback(
+      [&session, file] { session.work = [file] { write_output(console_text_of(QuarnMP_a00aafn_), *file); }; });
+}
+
+}  // namespace cli

@@ -1,0 +1,12 @@
+// The whole text of an input.
+#pragma once
+
+#include <string>
+
+namespace cli {
+
+/// The contents of a file, or of standard input for "-", without a byte order mark. Throws Failure for what cannot be
+/// read, is longer than 1 GiB or is not text.
+std::string read_input(const std::string& file);
+
+}  // namespace cli

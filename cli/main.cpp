@@ -1,0 +1,71 @@
+// quarn: the routines of Tesk MP at the command line.
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <new>
+
+#include "cli/commands.h"
+#include "cli/failure.h"
+#include "cli/output.h"
+
+namespace cli {
+
+namespace {
+
+constexpr const char* kFooter = R"(Examples:
+  quarn fft examples/sunspots.csv --digits 40
+  quarn fft examples/sunspots.csv --format csv --output spectrum.csv
+  quarn fft --inverse spectrum.csv
+  quarn constants --digits 100
+
+Exit status: 0 done; 1 the library refused, its message says why; 2 a bad option
+or input; 3 the result or the picture could not be written.)";
+
+constexpr const char* kSeeHelp = " (quarn --help shows what there is)";
+
+void run(int argc, char** argv) {
+  make_output_errors_visible();
+  Session session;
+  CLI::App app("Numerical routines in arbitrary decimal precision.", "quarn");
+  app.set_version_flag("--version", std::string("quarn ") + QUARN_VERSION);
+  app.footer(kFooter);
+  app.fallthrough();
+  add_digits_option(app, session);
+  add_fft(app, session);
+  add_constants(app, session);
+  add_details(app, session);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    const auto commands = app.get_subcommands();
+    return write_output(commands.empty() ? app.help() : commands.front()->help(app.get_name()));
+  } catch (const CLI::CallForVersion& version) {
+    return write_output(std::string(version.what()) + "\n");
+  } catch (const CLI::ParseError& error) {
+    throw bad_input(error.what() + std::string(kSeeHelp));
+  }
+  if (!session.work) {
+    throw bad_input(std::string("no sub-command given") + kSeeHelp);
+  }
+  QuarnSetDigits(session.digits);
+  session.work();
+}
+
+}  // namespace
+
+}  // namespace cli
+
+int main(int argc, char** argv) {
+  try {
+    cli::run(argc, argv);
+    return int(cli::ExitStatus::success);
+  } catch (const cli::Failure& failure) {
+    std::fputs(failure.what(), stderr);
+    return int(failure.status());
+  } catch (const std::bad_alloc&) {
+    std::fputs("quarn: not enough memory\n", stderr);
+    return int(cli::ExitStatus::library);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "quarn: %s\n", error.what());
+    return int(cli::ExitStatus::library);
+  }
+}

@@ -1,0 +1,119 @@
+#include "cli/plot.h"
+
+#include <cctype>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+
+#include "cli/failure.h"
+#include "cli/process.h"
+#include "cli/result.h"
+
+namespace cli {
+
+namespace {
+
+constexpr int kWidth = 1000;
+constexpr int kPanelHeight = 360;
+constexpr const char* kCurveColor = "#1f5fa8";
+constexpr const char* kLabelColor = "#c0392b";
+constexpr const char* kTextColor = "#333333";
+
+bool is_png(const std::string& file) { return file.ends_with(".png"); }
+
+// A string for gnuplot, whose quoted strings would run what stands between backquotes: all but plain characters is
+// written as an octal escape.
+std::string quoted(const std::string& text) {
+  std::string result = "\"";
+  for (const char c : text) {
+    if (std::isalnum(static_cast<unsigned char>(c)) != 0 || std::strchr(" .,()_/|-", c) != nullptr) {
+      result += c;
+    } else if (static_cast<unsigned char>(c) >= ' ') {
+      char octal[8];
+      std::snprintf(octal, sizeof octal, "\\%03o", unsigned(static_cast<unsigned char>(c)));
+      result += octal;
+    }
+  }
+  return result + "\"";
+}
+
+// gnuplot takes a name that starts with | for a command.
+std::string safe_name(const std::string& file) { return file.starts_with("/") ? file : "./" + file; }
+
+// A picture shows some four digits: here doubles are enough, and what is a rounding error beside the largest number
+// counts as zero, so that no axis stretches below zero for its sake.
+std::string coordinate(const QuarnFloat& value, double largest = 0) {
+  constexpr double kInvisible = 1e-12;
+  double number = FloatToDouble(value);
+  if (!std::isfinite(number)) {
+    throw bad_output("cannot draw numbers beyond the range of a double");
+  }
+  if (std::fabs(number) < largest * kInvisible) {
+    number = 0;
+  }
+  char text[32];
+  std::snprintf(text, sizeof text, "%.9g", number);
+  return text;
+}
+
+void add_panel(std::string& script, const Panel& panel) {
+  script += "set title " + quoted(panel.title) + " noenhanced font ',14' textcolor '" + kTextColor + "'\n";
+  script +=
+      "set xlabel " + quoted(panel.x_title) + " noenhanced\nset ylabel " + quoted(panel.y_title) + " noenhanced\n";
+  script += "$curve << EOD\n";
+  const double largest = FloatToDouble(largest_magnitude(panel.curve.y));
+  for (std::size_t i = 0; i < panel.curve.x.size(); ++i) {
+    script += coordinate(panel.curve.x[i]) + " " + coordinate(panel.curve.y[i], largest) + "\n";
+  }
+  script += "EOD\n";
+  const std::string start = panel.from_zero ? "[0:*]" : "[*:*]";
+  script += "set xrange " + start + " noextend\nset yrange " + start + "\n";
+  script += "set offsets 0, 0, graph 0.12, 0\nunset label\n";
+  for (const Label& label : panel.labels) {
+    // Text beside its point, on the side where the diagram has room.
+    const bool to_the_left = panel.curve.x.back() * 3 < label.x * 4;
+    script += "set label " + quoted(label.text) + " at " + coordinate(label.x) + "," + coordinate(label.y) +
+              (to_the_left ? " right offset character -0.7,0.4" : " left offset character 0.7,0.4") +
+              " noenhanced point pointtype 7 pointsize 0.6 linecolor rgb '" + kLabelColor + "' textcolor '" +
+              kLabelColor + "'\n";
+  }
+  script += "plot ";
+  if (panel.from_zero) {
+    script += std::string("$curve using 1:2 with filledcurves y1=0 fillcolor rgb '") + kCurveColor +
+              "' fillstyle transparent solid 0.15 notitle, ";
+  }
+  script += std::string("$curve using 1:2 with lines linewidth 1.4 linecolor rgb '") + kCurveColor + "' notitle\n";
+}
+
+}  // namespace
+
+void check_picture_name(const std::string& file) {
+  if (!is_png(file) && !file.ends_with(".svg")) {
+    throw bad_input("--plot: the file name must end in .svg or .png: '" + file + "'");
+  }
+}
+
+void draw(const std::vector<Panel>& panels, const std::string& file) {
+  const std::string size = std::to_string(kWidth) + "," + std::to_string(kPanelHeight * int(panels.size()));
+  std::string script = "set encoding utf8\n";
+  script += std::string("set terminal ") + (is_png(file) ? "pngcairo" : "svg") + " size " + size +
+            " noenhanced font 'DejaVu Sans,11' background '#ffffff'\n";
+  script += "set output " + quoted(safe_name(file)) + "\n";
+  script += std::string("set border 3 linecolor rgb '#888888'\nset tics nomirror textcolor '") + kTextColor + "'\n";
+  script += "set grid linecolor rgb '#dddddd' linetype 1\n";
+  script += "set lmargin 11\nset rmargin 4\n";
+  script += "set multiplot layout " + std::to_string(panels.size()) + ",1\n";
+  for (const Panel& panel : panels) {
+    add_panel(script, panel);
+  }
+  script += "unset multiplot\nunset output\n";
+  const ProcessResult result = run_process({"gnuplot", "-"}, script);
+  if (!result.started) {
+    throw bad_output("--plot needs the program gnuplot: " + std::string(std::strerror(result.error)));
+  }
+  if (result.status != 0) {
+    throw bad_output("cannot draw " + file + ": gnuplot says: " + result.complaint);
+  }
+}
+
+}  // namespace cli

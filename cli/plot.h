@@ -1,0 +1,40 @@
+// Pictures, drawn by gnuplot.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "quarn/quarnfloat.h"
+
+namespace cli {
+
+struct Curve {
+  std::vector<QuarnFloat> x;
+  std::vector<QuarnFloat> y;
+};
+
+struct Label {
+  QuarnFloat x;
+  QuarnFloat y;
+  std::string text;
+};
+
+/// One diagram: a curve with its axes' titles.
+struct Panel {
+  std::string title;
+  std::string x_title;
+  std::string y_title;
+  Curve curve;
+  std::vector<Label> labels;
+  bool from_zero = false;  // both axes start at zero and the area under the curve is shaded
+};
+
+/// Throws Failure unless the name ends in .svg or .png.
+void check_picture_name(const std::string& file);
+
+/// Draws the panels one below the other. Throws Failure when there is no gnuplot, when it fails, or when a number is
+/// too large to be drawn.
+void draw(const std::vector<Panel>& panels, const std::string& file);
+
+}  // namespace cli

@@ -1,0 +1,62 @@
+// A sub-command's result and its three written forms.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "quarn/quarnfloat.h"
+
+namespace cli {
+
+enum class Format { text, csv, json };
+
+/// A column of a result, as text: no number passes through a double.
+struct ResultColumn {
+  std::string name;
+  std::vector<std::string> cells;
+  bool counts = false;  // whole numbers, which JSON writes without quotes
+  bool words = false;   // the text table sets them to the left
+};
+
+/// A single value beside the columns, which only JSON shows.
+struct Fact {
+  std::string name;
+  std::string value;
+  bool count = false;
+};
+
+struct Result {
+  std::vector<std::string> notes;   // what it is: lines above the text table
+  std::vector<ResultColumn> table;  // for people: aligned and rounded
+  std::vector<Fact> facts;
+  std::vector<ResultColumn> data;  // for programs: every digit
+};
+
+/// Text: notes after "# ", then the table. CSV: a line of names, then the data. JSON: one object of the facts and, as
+/// arrays of decimal texts, the data.
+std::string render(const Result& result, Format format);
+
+/// The values' exact decimal texts.
+std::vector<std::string> exact_cells(const std::vector<QuarnFloat>& values);
+
+/// How the numbers of a column are written so that their points stand in line: the largest with so many significant
+/// digits and the others to the same place; fixed-point where that stays near the point, else each in scientific form.
+class NumberFormat {
+ public:
+  NumberFormat(const QuarnFloat& largest, int significant);
+  std::string operator()(const QuarnFloat& value) const;
+
+ private:
+  std::string conversion_;
+};
+
+/// The largest magnitude; zero for no values.
+QuarnFloat largest_magnitude(const std::vector<QuarnFloat>& values);
+
+/// A number for running text, such as 11.12.
+std::string brief(const QuarnFloat& value);
+
+/// The power of ten of the leading digit of a finite number that is not zero.
+long decimal_exponent(const QuarnFloat& value);
+
+}  // namespace cli

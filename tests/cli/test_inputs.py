@@ -1,0 +1,123 @@
+"""Every shape of input that holds the same numbers gives the same spectrum; what cannot be read is named by its line."""
+
+import os
+import tempfile
+import unittest
+
+from console import SUNSPOTS, run, run_json
+
+NUMBERS = ["1.5", "-2", "3e2", "4"]
+
+# The numbers above, with the unit of the periods that each shape implies.
+SHAPES = {
+    "one a line": ("1.5\n-2\n3e2\n4\n", "sample"),
+    "no newline at the end": ("1.5\n-2\n3e2\n4", "sample"),
+    "carriage returns": ("1.5\r\n-2\r\n3e2\r\n4\r\n", "sample"),
+    "byte order mark": ("\ufeff1.5\n-2\n3e2\n4\n", "sample"),
+    "comments and empty lines": ("# data\n\n1.5\n  # more\n-2\n\n3e2\n4\n", "sample"),
+    "a name": ("height\n1.5\n-2\n3e2\n4\n", "sample"),
+    "commas": ("day,height\n1,1.5\n2,-2\n3,3e2\n4,4\n", "day"),
+    "semicolons": ("day;height\n1;1.5\n2;-2\n3;3e2\n4;4\n", "day"),
+    "tabs": ("day\theight\n1\t1.5\n2\t-2\n3\t3e2\n4\t4\n", "day"),
+    "blanks": ("  day  height\n   1  1.5\n   2  -2\n   3  3e2\n   4  4\n", "day"),
+    "no names": ("10 1.5\n20 -2\n30 3e2\n40 4\n", "column 1"),
+    "quotes": ('"day, ""d""","height"\n"1","1.5"\n2, "-2" \n3,3e2\n4,4\n', 'day, "d"'),
+    "words beside": ("height,mark\n1.5,a\n-2,b\n3e2,c\n4,\n", "sample"),
+    "uneven positions": ("day,height\n1,1.5\n2,-2\n3.5,3e2\n4,4\n", "sample"),
+    "positions rounded in the file": ("year,height\n0.0417,1.5\n0.125,-2\n0.2083,3e2\n0.2917,4\n", "year"),
+    "a point at an end": ("1.5\n-2.\n.3e+3\n+4.\n", "sample"),
+    "JSON array": ("[1.5, -2, 3e2, 4]", "sample"),
+    "JSON texts": ('["1.5", "-2", "3e2", "4"]', "sample"),
+    "JSON rows": ("[[1, 1.5], [2, -2], [3, 3e2], [4, 4]]", "column 1"),
+    "JSON object": ('{"of": {"a": [9]}, "day": [1, 2, 3, 4], "height": [1.5, -2, 3e2, 4], "n": 4}', "day"),
+}
+
+HALF_COMPLEX = "1\n2\n3\n4\n5\n"
+
+# What is wrong, the text, further arguments, and the line on standard error after "quarn: standard input".
+BAD = [
+    ("nothing", "", [], ": no numbers in it"),
+    ("comments alone", "# a\n\n", [], ": no numbers in it"),
+    ("names alone", "a,b\n", [], ": no numbers in it"),
+    ("a damaged first number", "5x\n1\n", [], ":1: '5x' is not a number"),
+    ("a damaged number", "a\n# c\n1\n2z\n", [], ":4: '2z' is not a number"),
+    ("a decimal comma", "a;b\n1;2,5\n", ["--column", "b"], ":2: '2,5' is not a number"),
+    ("a hole", "a,b\n1,2\n3,\n", [], ":3: nothing is not a number"),
+    ("not a number", "1\nnan\n", [], ":2: 'nan' is not a finite number"),
+    ("not a number at first", "NaN\n1\n", [], ":1: 'NaN' is not a number"),
+    ("infinity", "1\n-Infinity\n", [], ":2: '-Infinity' is not a finite number"),
+    ("a huge exponent", "1\n1e99999999999999\n", [], ":2: '1e99999999999999' is beyond the range of numbers"),
+    ("an exponent without digits", "1\n1e\n", [], ":2: '1e' is not a number"),
+    ("a missing cell", "a,b\n1,2\n3\n", [], ":3: 1 cell where the lines before have 2"),
+    ("one cell too many", "1 2\n3 4 5\n", [], ":2: 3 cells where the lines before have 2"),
+    ("no such column", "a,b\n1,2\n", ["--column", "c"], ": no column 'c', there is: a, b"),
+    ("no such position", "1 2\n3 4\n", ["--column", "3"], ": no column '3', there is: 1, 2"),
+    ("a long cell", "1\n" + "x" * 99 + "\n", [], ":2: '" + "x" * 40 + "...' is not a number"),
+    ("zero bytes", "1\n\0", [], ": not a text file"),
+    ("JSON null", "[1, null]", [], ": element [2]: 'null' is not a number"),
+    ("JSON word", '{"v": [1, "two"]}', [], ": v[2]: 'two' is not a number"),
+    ("JSON without arrays", '{"v": 1}', [], ": no numbers in it"),
+    ("JSON rows of unequal length", "[[1, 2], [3]]", [], ": row 2 has 1 numbers, the first has 2"),
+    ("JSON numbers and rows", "[1, [2]]", [], ": numbers and rows of numbers are mixed"),
+    ("JSON rows and numbers", "[[1], 2]", [], ": numbers and rows of numbers are mixed"),
+    ("an asymmetric spectrum", "real,imaginary\n1,0\n2,3\n2,4\n", ["--inverse"],
+     ":3: z_1 is not the conjugate of z_2, as the spectrum of 3 real numbers needs (a row for each k from 0)"),
+    ("a complex mean", "real,imaginary\n1,1\n2,3\n2,-3\n", ["--inverse"],
+     ":2: z_0 is not the conjugate of z_0, as the spectrum of 3 real numbers needs (a row for each k from 0)"),
+    ("parts of unequal length", '{"real": [1, 2], "imaginary": [0]}', ["--inverse"], ": 2 real and 1 imaginary parts"),
+]
+
+
+class Inputs(unittest.TestCase):
+    def test_shapes(self):
+        expected = run_json("fft", "-", stdin="\n".join(NUMBERS))
+        for shape, (text, unit) in SHAPES.items():
+            with self.subTest(shape):
+                result = run_json("fft", "-", stdin=text)
+                self.assertEqual(result["unit"], unit)
+                for column in ("k", "real", "imaginary", "magnitude"):
+                    self.assertEqual(result[column], expected[column])
+
+    def test_columns(self):
+        text = "a,b,c\n1,5,9\n2,7,7\n4,8,2\n"
+        for column, numbers in {"a": "1 2 4", "b": "5 7 8", "1": "1 2 4", "2": "5 7 8", "c": "9 7 2", "3": "9 7 2"}.items():
+            with self.subTest(column):
+                expected = run_json("fft", "-", stdin=numbers.replace(" ", "\n"))
+                result = run_json("fft", "-", "--column", column, stdin=text)
+                self.assertEqual((result["real"], result["imaginary"]), (expected["real"], expected["imaginary"]))
+
+    def test_bad_texts(self):
+        for what, text, arguments, complaint in BAD:
+            with self.subTest(what):
+                done = run("fft", "-", *arguments, stdin=text)
+                self.assertEqual((done.returncode, done.stdout), (2, ""))
+                self.assertEqual(done.stderr, "quarn: standard input" + complaint + "\n")
+
+    def test_broken_json_is_named_by_line(self):
+        done = run("fft", "-", stdin="[1,\n2,,\n3]")
+        self.assertEqual((done.returncode, done.stdout, done.stderr.count("\n")), (2, "", 1))
+        self.assertIn("quarn: standard input: parse error at line 2, column 3", done.stderr)
+
+    def test_files_that_cannot_be_read(self):
+        with tempfile.TemporaryDirectory() as folder:
+            missing = os.path.join(folder, "missing.csv")
+            for name, reason in ((missing, "No such file or directory"), (folder, "Is a directory")):
+                done = run("fft", name)
+                self.assertEqual((done.returncode, done.stdout), (2, ""))
+                self.assertEqual(done.stderr, f"quarn: {name}: {reason}\n")
+        done = run("fft", "/dev/zero")
+        self.assertEqual((done.returncode, done.stderr), (2, "quarn: /dev/zero: not a text file\n"))
+
+    def test_more_than_memory_holds_is_refused_before_the_work(self):
+        done = run("fft", "-", "--digits", "1000000", stdin="1\n" * 1000000)
+        self.assertEqual((done.returncode, done.stdout), (2, ""))
+        self.assertRegex(done.stderr, r"^quarn: 1000000 numbers at 1000000 digits needs \d+\.\d GB of memory, "
+                                      r"this machine has \d+\.\d GB\n$")
+
+    def test_the_column_of_years_gives_the_unit(self):
+        result = run_json("fft", SUNSPOTS)
+        self.assertEqual((result["n"], result["unit"], result["input"]), (289, "year", SUNSPOTS))
+
+
+if __name__ == "__main__":
+    unittest.main()
