@@ -63,9 +63,10 @@ TESK2MP_API void QuarnMP_f08nhf_(const char* job, Integer n, QuarnFloat* a, Inte
 /// ilo, ihi: from balancing, otherwise 1 and n. work: lwork >= max(1, n) elements; work(1) tells that least length,
 /// lwork = -1 only asks for it. Illegal: job (-1), compz (-2), n (-3), ilo (-4), ihi (-5), ldh (-7), ldz (-11),
 /// lwork (-13). *info = i > 0: the i-th eigenvalue was not found in 30 iterations for each row; eigenvalues i + 1 ...
-/// ihi are right. Tuning values 4 (shifts, at most 15) and 8 (largest block for two shifts) of the row F08PEF choose
-/// between the double-shift algorithm, the shipped choice, and multishift sweeps. Cost: about 10 n^3 multiply-adds for
-/// eigenvalues, 25 n^3 with Schur form and vectors.
+/// ihi are right. (A defective eigenvalue of multiplicity k is approached linearly and is good to D/k digits: beyond
+/// some 100 digits the iterations may run out on it.) Tuning values 4 (shifts, at most 15) and 8 (largest block for two
+/// shifts) of the row F08PEF choose between the double-shift algorithm, the shipped choice, and multishift sweeps.
+/// Cost: about 10 n^3 multiply-adds for eigenvalues, 25 n^3 with Schur form and vectors.
 TESK2MP_API void QuarnMP_f08pef_(const char* job, const char* compz, Integer n, Integer ilo, Integer ihi, QuarnFloat* h,
                                  Integer ldh, QuarnFloat* wr, QuarnFloat* wi, QuarnFloat* z, Integer ldz,
                                  QuarnFloat* work, Integer lwork, Integer* info, int job_length, int compz_length);

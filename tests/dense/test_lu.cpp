@@ -213,16 +213,30 @@ TEST_CASE("row weights see through bad scaling, and a small pivot ends the facto
     CHECK(info == 0);
     CHECK(plain == weighted);
 
-    // Rows 3 and 5 equal but for less than the threshold: the last step finds nothing to divide by.
+    // A row of zeros gets no weight, so that nothing is left to divide by at the end.
     Matrix<QuarnFloat> singular = base;
     for (Integer j = 1; j <= n; ++j) {
-      singular(5, j) = singular(3, j);
+      singular(5, j) = 0;
     }
-    singular(5, n) += QuarnFloat(1, -30) * singular(3, n);
     f07adg_(n, n, singular.data(), singular.lda(), plain.data(), &info);
     CHECK(info == n);
-    for (Integer j = 1; j <= n; ++j) {
-      singular(2, j) = 0;
-    }
+  }
+}
+
+TEST_CASE("the threshold of row-weighted pivoting is 8 eps") {
+  support::Digits digits(30);
+  // Rows (1/2, 1/2) and (1/2, 1/2 + d): the last product is d sqrt(2) to first order.
+  struct Row {
+    const char* d;
+    Integer info;
+  };
+  for (const Row& row : {Row{"5e-30", 2}, Row{"6e-30", 0}}) {
+    QuarnFloat a[4] = {0.5, 0.5, 0.5, 0.5 + QuarnFloat(row.d)};
+    QuarnFloat ipiv[2];
+    Integer info = -99;
+    f07adg_(2, 2, a, 2, ipiv, &info);
+    CHECK(info == row.info);
+    CHECK((ipiv[0] == 1 && ipiv[1] == 2));
+    CHECK(a[3] == QuarnFloat(row.d));
   }
 }

@@ -1,0 +1,178 @@
+// Matrices on which QR codes have been seen to fail at high precision: clustered and multiple eigenvalues, zero
+// diagonals, permutations that need exceptional shifts. A zero of multiplicity k is good to D / k digits.
+#include <doctest/doctest.h>
+
+#include <cmath>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "src/dense/eigen.h"
+#include "src/dense/tuning.h"
+#include "support/digits.h"
+#include "support/hessenberg.h"
+
+using support::Matrix;
+
+namespace {
+
+struct Example {
+  const char* name;
+  Integer n;
+  std::function<QuarnFloat(Integer, Integer)> element;
+  int multiplicity;  // the highest of an eigenvalue
+  bool defective;
+  std::function<bool(const Complex&, const QuarnFloat&)> right;  // is this an eigenvalue, to that error?
+};
+
+Matrix<QuarnFloat> matrix_of(const Example& example) {
+  Matrix<QuarnFloat> a(example.n, example.n);
+  for (Integer j = 1; j <= example.n; ++j) {
+    for (Integer i = 1; i <= example.n; ++i) {
+      a(i, j) = example.element(i, j);
+    }
+  }
+  return a;
+}
+
+bool near_integer(const Complex& value, int from, int to, const QuarnFloat& error) {
+  const QuarnFloat nearest = floor(value.re + QuarnFloat(0.5));
+  return fabs(value.re - nearest) <= error && fabs(value.im) <= error && nearest >= from && nearest <= to;
+}
+
+int hadamard_sign(Integer i, Integer j) {
+  int bits = 0;
+  for (Integer common = (i - 1) & (j - 1); common != 0; common &= common - 1) {
+    ++bits;
+  }
+  return bits % 2 == 0 ? 1 : -1;
+}
+
+/// Coefficient k of (x - 1)^3 (x + 2)^3, highest first.
+int multiple_zeros(Integer k) {
+  const int coefficients[7] = {1, 3, -3, -11, 6, 12, -8};
+  return coefficients[k];
+}
+
+std::vector<Example> examples() {
+  return {
+      {"8 by 8 Hadamard: +-sqrt(8), four times each", 8, hadamard_sign, 4, false,
+       [](const Complex& value, const QuarnFloat& error) {
+         return tesk::modulus(value * value - Complex(8)) <= 20 * error;
+       }},
+      {"companion of (x - 1)^3 (x + 2)^3", 6,
+       [](Integer i, Integer j) { return i == 1       ? -multiple_zeros(j)
+                                         : i == j + 1 ? 1
+                                                      : 0; }, 3, true,
+       [](const Complex& value, const QuarnFloat& error) {
+         return tesk::modulus(value - Complex(1)) <= error || tesk::modulus(value + -Complex(-2)) <= error;
+       }},
+      {"zero diagonal, skew", 7, [](Integer i, Integer j) { return i == j + 1   ? 1
+                                                                   : j == i + 1 ? -1
+                                                                                : 0; }, 1, false,
+       [](const Complex& value, const QuarnFloat& error) {
+         // 2 i cos(k pi / 8): zeros of the Chebyshev recurrence at value / i.
+         const QuarnFloat y = value.im;
+         QuarnFloat before = 1;
+         QuarnFloat now = y;
+         for (int k = 2; k <= 7; ++k) {
+           const QuarnFloat next = y * now - before;
+           before = now;
+           now = next;
+         }
+         return fabs(value.re) <= error && fabs(now) <= 50 * error;
+       }},
+      {"cyclic permutation of 10", 10, [](Integer i, Integer j) { return i == j + 1 || (i == 1 && j == 10) ? 1 : 0; },
+       1, false,
+       [](const Complex& value, const QuarnFloat& error) {
+         Complex power = 1.0;
+         for (int k = 0; k < 10; ++k) {
+           power = power * value;
+         }
+         return tesk::modulus(power - Complex(1)) <= 20 * error;
+       }},
+      {"clustered small integers", 6, [](Integer i, Integer j) { return i == j  ? 2
+                                                                        : i < j ? int(i + j) % 3
+                                                                                : 0; }, 6,
+       false, [](const Complex& value, const QuarnFloat& error) { return near_integer(value, 2, 2, error); }},
+      {"symmetric integers 1 ... 5 in disguise", 5,
+       [](Integer i, Integer j) {
+         // P diag(1 ... 5) P^-1 with P unit lower triangular of ones: integer all through.
+         return i == j ? int(i) : i > j ? -1 : 0;
+       },
+       1, false, [](const Complex& value, const QuarnFloat& error) { return near_integer(value, 1, 5, error); }},
+  };
+}
+
+}  // namespace
+
+TEST_CASE("hard matrices at 16, 50, 200 and 1000 digits, by both paths") {
+  for (const int digits : {16, 50, 200, 1000}) {
+    const support::Digits scope(digits);
+    for (const Example& example : examples()) {
+      for (Integer shifts : {1, 4}) {
+        CAPTURE(std::string(example.name));
+        CAPTURE(digits);
+        CAPTURE(shifts);
+        f07zaz_(4, "F08PEF", &shifts, 1, 6);
+        f07zaz_(8, "F08PEF", &shifts, 1, 6);
+        const Integer n = example.n;
+        Matrix<QuarnFloat> h = support::hessenberg_form(matrix_of(example));
+        Matrix<QuarnFloat> z(1, 1);
+        std::vector<QuarnFloat> wr(std::size_t(n), 0);
+        std::vector<QuarnFloat> wi(std::size_t(n), 0);
+        std::vector<QuarnFloat> work(std::size_t(n), 0);
+        Integer info = -99;
+        f08pef_("E", "N", n, 1, n, h.data(), h.lda(), wr.data(), wi.data(), z.data(), 1, work.data(), n, &info, 1, 1);
+        // A defective eigenvalue is approached linearly: at many digits the iterations run out, and INFO says so.
+        CHECK((info > 0) == (example.defective && digits > 100));
+        const QuarnFloat error(1, 4 - digits / example.multiplicity);
+        for (auto i = std::size_t(info); i < wr.size(); ++i) {
+          CAPTURE(wr[i]);
+          CAPTURE(wi[i]);
+          CHECK(example.right(Complex(wr[i], wi[i]), error));
+        }
+      }
+    }
+  }
+  Integer shipped = 1;
+  f07zaz_(4, "F08PEF", &shipped, 1, 6);
+  f07zaz_(8, "F08PEF", &shipped, 1, 6);
+}
+
+TEST_CASE("NaN and infinity anywhere end in a documented result") {
+  const support::Digits scope(30);
+  for (const char* bad : {"nan", "inf", "-inf"}) {
+    for (Integer at = 1; at <= 4; ++at) {
+      for (Integer shifts : {1, 3}) {
+        f07zaz_(4, "F08PEF", &shifts, 1, 6);
+        f07zaz_(8, "F08PEF", &shifts, 1, 6);
+        Matrix<QuarnFloat> h(5, 5);
+        for (Integer j = 1; j <= 5; ++j) {
+          for (Integer i = 1; i <= 5; ++i) {
+            h(i, j) = i > j + 1 ? 0 : 1 + int(i * j) % 4;
+          }
+        }
+        h(at, at + 1) = QuarnFloat(bad);
+        Matrix<QuarnFloat> balanced = h;
+        std::vector<QuarnFloat> work(5);
+        Integer ilo = 0;
+        Integer ihi = 0;
+        Integer info = -99;
+        f08nhf_("B", 5, balanced.data(), balanced.lda(), &ilo, &ihi, work.data(), &info, 1);
+        CHECK(info == 0);
+        std::vector<QuarnFloat> wr(5);
+        std::vector<QuarnFloat> wi(5);
+        Matrix<QuarnFloat> z(5, 5);
+        f08pef_("S", "I", 5, 1, 5, h.data(), h.lda(), wr.data(), wi.data(), z.data(), z.lda(), work.data(), 5, &info, 1,
+                1);
+        CHECK((info >= 0 && info <= 5));
+        CHECK(h.intact());
+        CHECK(z.intact());
+      }
+    }
+  }
+  Integer shipped = 1;
+  f07zaz_(4, "F08PEF", &shipped, 1, 6);
+  f07zaz_(8, "F08PEF", &shipped, 1, 6);
+}
