@@ -1,0 +1,195 @@
+// Products of a matrix in coordinate storage and a vector: one body for real and complex values, whole matrices and
+// lower triangles. Contributions are added in storage order, so that the result is defined to the last digit.
+#include <algorithm>
+#include <utility>
+
+#include "src/frame/classic.h"
+#include "src/frame/option.h"
+#include "src/kernels/scalar.h"
+#include "src/sparse/f11.h"
+#include "src/sparse/messages.h"
+#include "src/sparse/structure.h"
+
+namespace tesk {
+namespace {
+
+/// A matrix that the caller owns. Its transpose has irow and icol exchanged.
+template <class Value>
+struct Matrix {
+  Integer n;
+  Integer nnz;
+  const Value* a;
+  const Integer* irow;
+  const Integer* icol;
+};
+
+/// Reports what is wrong with the structure, labels counting down from `first_label`; false when something is.
+bool structure_is_valid(Report& report, Integer first_label, Integer n, Integer nnz, const Integer* irow,
+                        const Integer* icol, Storage storage) {
+  const auto [fault, entry] = f11_check_cs(n, nnz, irow, icol, storage);
+  const Integer label = first_label + 1 - Integer(fault);
+  const bool general = storage == Storage::general;
+  switch (fault) {
+    case StructureFault::none:
+      return true;
+    case StructureFault::order:
+      report.fail(2, label, " ** On entry, N .lt. 1: N =%16ld.", n);
+      break;
+    case StructureFault::few_entries:
+      report.fail(2, label, " ** On entry, NNZ .lt. 1: NNZ =%16ld.", nnz);
+      break;
+    case StructureFault::many_entries:
+      report.fail(2, label,
+                  general ? " ** On entry, NNZ .gt. N**2:\n    NNZ =%16ld N =%16ld."
+                          : " ** On entry, NNZ .gt. N*(N+1)/2:\n    NNZ =%16ld N =%16ld.",
+                  nnz, n);
+      break;
+    case StructureFault::row_range:
+      report.fail(3, label, kRowRange, entry, irow[entry - 1], n);
+      break;
+    case StructureFault::column_range:
+      report.fail(3, label, general ? kColumnRange : kTriangleRange, entry, icol[entry - 1],
+                  general ? n : irow[entry - 1]);
+      break;
+    case StructureFault::out_of_order:
+      report.fail(3, label, " ** On entry, A(I) is out of order:\n    I =%16ld.", entry);
+      break;
+    case StructureFault::duplicate:
+      report.fail(3, label, " ** On entry, the location (IROW(I), ICOL(I)) is a duplicate:\n    I =%16ld.", entry);
+      break;
+  }
+  return false;
+}
+
+/// sum := sum + conj(a) b
+void add_conjugate_product(QuarnFloat& sum, const QuarnFloat& a, const QuarnFloat& b) { sum += a * b; }
+void add_conjugate_product(Complex& sum, const Complex& a, const Complex& b) {
+  sum.re += a.re * b.re + a.im * b.im;
+  sum.im += a.re * b.im - a.im * b.re;
+}
+
+/// y := A x, or conj(A) x; of a lower triangle, also what its entries stand for in the upper one.
+template <Storage kStorage, bool kConjugated, class Value>
+void multiply(const Matrix<Value>& matrix, const Value* x, Value* y) {
+  std::fill_n(y, std::max(matrix.n, Integer(0)), Value());
+  for (Integer k = 0; k < matrix.nnz; ++k) {
+    const Integer row = matrix.irow[k] - 1;
+    const Integer column = matrix.icol[k] - 1;
+    if constexpr (kConjugated) {
+      add_conjugate_product(y[row], matrix.a[k], x[column]);
+    } else {
+      add_product(y[row], matrix.a[k], x[column]);
+    }
+    if constexpr (kStorage == Storage::lower_triangle) {
+      if (row != column) {
+        add_conjugate_product(y[column], matrix.a[k], x[row]);
+      }
+    }
+  }
+}
+
+/// The check of CHECK, and with 'C' that of the structure; false when one fails.
+template <class Value>
+bool matrix_is_valid(Report& report, const Option& check, Integer structure_label, const Matrix<Value>& m,
+                     Storage storage) {
+  if (!check.is_one_of("CN")) {
+    report.fail(1, 99999, " ** On entry, CHECK .ne. 'C' or 'N': CHECK = '%s'.", check.text());
+    return false;
+  }
+  return check.letter() == 'N' || structure_is_valid(report, structure_label, m.n, m.nnz, m.irow, m.icol, storage);
+}
+
+template <class Value>
+void general_product(const char* routine, const Option& trans, Matrix<Value> matrix, const Option& check,
+                     const Value* x, Value* y, char* message_buffer, Integer* ifail) {
+  Report report(routine, message_buffer, ifail);
+  if (!matrix_is_valid(report, check, 99997, matrix, Storage::general)) {
+    return;
+  }
+  if (!trans.is_one_of("NT")) {
+    return report.fail(1, 99998, " ** On entry, TRANS .ne. 'N' or 'T': TRANS = '%s'.", trans.text());
+  }
+
+  if (trans.letter() == 'N') {
+    return multiply<Storage::general, false>(matrix, x, y);
+  }
+  std::swap(matrix.irow, matrix.icol);
+  multiply<Storage::general, true>(matrix, x, y);
+}
+
+template <class Value>
+void triangle_product(const char* routine, const Matrix<Value>& matrix, const Option& check, const Value* x, Value* y,
+                      char* message_buffer, Integer* ifail) {
+  Report report(routine, message_buffer, ifail);
+  if (matrix_is_valid(report, check, 99998, matrix, Storage::lower_triangle)) {
+    multiply<Storage::lower_triangle, false>(matrix, x, y);
+  }
+}
+
+}  // namespace
+}  // namespace tesk
+
+using tesk::Option;
+
+extern "C" {
+
+void f11xafn_(const char* trans, Integer n, Integer nnz, const QuarnFloat* a, const Integer* irow, const Integer* icol,
+              const char* check, const QuarnFloat* x, QuarnFloat* y, char* message_buffer, Integer* ifail,
+              int trans_length, int check_length, int /*buffer_length*/) {
+  tesk::general_product<QuarnFloat>("F11XAF", Option(trans, trans_length), {n, nnz, a, irow, icol},
+                                    Option(check, check_length), x, y, message_buffer, ifail);
+}
+
+void f11xnfn_(const char* trans, Integer n, Integer nnz, const Complex* a, const Integer* irow, const Integer* icol,
+              const char* check, const Complex* x, Complex* y, char* message_buffer, Integer* ifail, int trans_length,
+              int check_length, int /*buffer_length*/) {
+  tesk::general_product<Complex>("F11XNF", Option(trans, trans_length), {n, nnz, a, irow, icol},
+                                 Option(check, check_length), x, y, message_buffer, ifail);
+}
+
+void f11xefn_(Integer n, Integer nnz, const QuarnFloat* a, const Integer* irow, const Integer* icol, const char* check,
+              const QuarnFloat* x, QuarnFloat* y, char* message_buffer, Integer* ifail, int check_length,
+              int /*buffer_length*/) {
+  tesk::triangle_product<QuarnFloat>("F11XEF", {n, nnz, a, irow, icol}, Option(check, check_length), x, y,
+                                     message_buffer, ifail);
+}
+
+void f11xsfn_(Integer n, Integer nnz, const Complex* a, const Integer* irow, const Integer* icol, const char* check,
+              const Complex* x, Complex* y, char* message_buffer, Integer* ifail, int check_length,
+              int /*buffer_length*/) {
+  tesk::triangle_product<Complex>("F11XSF", {n, nnz, a, irow, icol}, Option(check, check_length), x, y, message_buffer,
+                                  ifail);
+}
+
+void f11xaf_(const char* trans, const Integer* n, const Integer* nnz, const QuarnFloat* a, const Integer* irow,
+             const Integer* icol, const char* check, const QuarnFloat* x, QuarnFloat* y, Integer* ifail,
+             int trans_length, int check_length) {
+  tesk::call_core("F11XAF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
+    f11xafn_(trans, *n, *nnz, a, irow, icol, check, x, y, message_buffer, outcome, trans_length, check_length,
+             buffer_length);
+  });
+}
+
+void f11xnf_(const char* trans, const Integer* n, const Integer* nnz, const Complex* a, const Integer* irow,
+             const Integer* icol, const char* check, const Complex* x, Complex* y, Integer* ifail, int trans_length,
+             int check_length) {
+  tesk::call_core("F11XNF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
+    f11xnfn_(trans, *n, *nnz, a, irow, icol, check, x, y, message_buffer, outcome, trans_length, check_length,
+             buffer_length);
+  });
+}
+
+void f11xef_(const Integer* n, const Integer* nnz, const QuarnFloat* a, const Integer* irow, const Integer* icol,
+             const char* check, const QuarnFloat* x, QuarnFloat* y, Integer* ifail, int check_length) {
+  tesk::call_core("F11XEF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
+    f11xefn_(*n, *nnz, a, irow, icol, check, x, y, message_buffer, outcome, check_length, buffer_length);
+  });
+}
+
+void f11xsf_(const Integer* n, const Integer* nnz, const Complex* a, const Integer* irow, const Integer* icol,
+             const char* check, const Complex* x, Complex* y, Integer* ifail, int check_length) {
+  tesk::call_core("F11XSF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
+    f11xsfn_(*n, *nnz, a, irow, icol, check, x, y, message_buffer, outcome, check_length, buffer_length);
+  });
+}
+}
