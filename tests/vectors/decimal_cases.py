@@ -19,6 +19,7 @@ LARGEST_EXPONENT = 999999999
 ARITHMETIC = ("add", "subtract", "multiply", "divide", "remainder", "squareroot", "compare", "text",
               "floor", "ceil", "trunc", "integer", "double")
 ELEMENTARY = ("exp", "ln", "log10", "power")
+OPERATIONS = {"arithmetic": ARITHMETIC, "elementary": ELEMENTARY, "all": ARITHMETIC + ELEMENTARY}
 UNARY = ("squareroot", "text", "floor", "ceil", "trunc", "integer", "double", "exp", "ln", "log10")
 ROUNDINGS = {"floor": decimal.ROUND_FLOOR, "ceil": decimal.ROUND_CEILING, "trunc": decimal.ROUND_DOWN}
 
@@ -30,7 +31,7 @@ def context(digits):
                            Emin=decimal.MIN_EMIN, traps=[])
 
 
-EXACT = context(1000000)
+EXACT = context(3000000)
 
 
 # Results ---------------------------------------------------------------------------------------------------------
@@ -52,7 +53,10 @@ def remainder(ctx, a, b):
         return ctx.remainder(a, b)
     if a.copy_abs() < b.copy_abs():
         return ctx.plus(a)
-    (_, _, high), (_, _, low) = a.as_tuple(), b.as_tuple()
+    if a.adjusted() - b.adjusted() < 100000:
+        rest = EXACT.remainder(a, b)
+        return ctx.plus(rest) if rest else rest
+    high, low = a.as_tuple().exponent, b.as_tuple().exponent
     whole_a, whole_b = (int(x.copy_abs().scaleb(-x.as_tuple().exponent, EXACT)) for x in (a, b))
     if high >= low:
         rest = whole_a * pow(10, high - low, whole_b) % whole_b
@@ -62,8 +66,8 @@ def remainder(ctx, a, b):
 
 
 def power(digits, a, b):
-    """Python's power is only nearly always correctly rounded: ask for many more digits, then round once."""
-    return context(digits).plus(context(2 * digits + 60).power(a, b))
+    """Python's power is only nearly always correctly rounded: many more digits, to be rounded once by the caller."""
+    return context(2 * digits + 60).power(a, b)
 
 
 def whole_part(a, rounding):
@@ -177,18 +181,17 @@ class Cases:
         return [self.signed(a), self.neighbour(a) if self.once_in(2) else self.number(digits, near)]
 
     def digit_text(self, count):
-        """Digits in runs of random ones, nines and zeros, where carries and ties live."""
-        text = ""
+        """Digits, the first not zero, in runs of random ones, nines and zeros, where carries and ties live."""
+        text = self.random.choice("123456789")
         while len(text) < count:
-            run = self.random.randint(1, 1 + count // 2)
+            run = min(self.random.randint(1, 1 + count // 2), count - len(text))
             kind = self.random.randrange(4)
-            text += ("9" * run, "0" * run)[kind] if kind < 2 else str(self.random.randrange(10**run)).zfill(run)
-        return text[:count]
+            text += ("9" * run, "0" * run)[kind] if kind < 2 else "".join(self.random.choices("0123456789", k=run))
+        return text
 
     def integer(self, count):
         """A whole number of exactly so many digits."""
-        text = self.digit_text(count)
-        return int(text if text[0] != "0" else str(self.random.randint(1, 9)) + text[1:])
+        return Decimal(self.digit_text(count))
 
     def exponent(self):
         kind = self.random.randrange(10)
@@ -205,7 +208,7 @@ class Cases:
         """A number of up to a few more digits than asked for, with the given exponent of its leading digit."""
         count = self.random.randint(1, digits + self.random.choice((0, 0, 1, 3, 40)))
         scale = (self.exponent() if exponent is None else exponent) - count + 1
-        value = Decimal(self.integer(count)).scaleb(scale, EXACT)
+        value = self.integer(count).scaleb(scale, EXACT)
         return self.signed(fit(value))
 
     def signed(self, value):
@@ -213,7 +216,7 @@ class Cases:
 
     def tie(self, digits):
         """A number halfway between two neighbours at so many digits, or one last digit off."""
-        value = Decimal(self.integer(digits) * 10 + 5)
+        value = Decimal(self.digit_text(digits) + "5")
         if self.once_in(3):
             value = EXACT.add(value, self.signed(Decimal(1).scaleb(-self.random.randint(1, digits + 20))))
         return value
@@ -231,7 +234,7 @@ class Cases:
             divisor = self.number(digits, self.random.randint(-9, 9))
             return [EXACT.multiply(self.tie(digits), divisor), divisor]
         if operation == "squareroot":
-            root = self.tie(digits) if self.once_in(2) else Decimal(self.integer(digits))
+            root = self.tie(digits) if self.once_in(2) else self.integer(digits)
             square = EXACT.multiply(root, root)
             return [EXACT.add(square, self.random.choice((-1, 0, 0, 1))).scaleb(2 * self.random.randint(-9, 9), EXACT)]
         if operation == "double":
@@ -278,7 +281,7 @@ class Cases:
 
     def tied_product(self, digits):
         factor = Decimal(5**self.random.randint(1, max(1, min(digits, 40))))
-        odd = Decimal(self.integer(self.random.randint(1, digits)) | 1)
+        odd = Decimal(self.digit_text(self.random.randint(1, digits)) + self.random.choice("13579"))
         return [self.signed(odd.scaleb(self.random.randint(-9, 9), EXACT)), self.signed(factor)]
 
     def elementary_operands(self, digits, operation):
@@ -290,15 +293,15 @@ class Cases:
         if kind == 1:
             a = EXACT.add(Decimal(1), self.number(digits, -self.random.randint(1, digits + 3)))
         elif kind == 2:
-            a = Decimal(10).scaleb(self.exponent(), EXACT)
+            a = fit(Decimal(1).scaleb(self.exponent(), EXACT))
         elif kind == 3:
             a = self.number(digits)
         if operation == "power":
             if kind == 4:
-                base = Decimal(self.integer(self.random.randint(1, 4)))
+                base = self.integer(self.random.randint(1, 4))
                 return [base, self.signed(Decimal(self.random.randint(1, 40)))]
             if kind == 5:
-                root = Decimal(self.integer(self.random.randint(1, digits)))
+                root = self.integer(self.random.randint(1, digits))
                 return [EXACT.multiply(root, root), self.signed(Decimal("0.5"))]
             if kind == 6:
                 return [self.signed(a), Decimal(self.random.randint(-300, 300))]

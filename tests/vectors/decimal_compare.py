@@ -1,9 +1,9 @@
 #!/usr/bin/python3
 """Compares the number type with Python's decimal module on seeded random cases, digit for digit.
 
-    decimal_compare.py --pairs 100000 --seed 1          arithmetic, comparison and text
-    decimal_compare.py --elementary --pairs 20000       exp, ln, log10, power
-    decimal_compare.py --write FILE --pairs 3000        writes a vector file instead of comparing
+    decimal_compare.py --pairs 100000 --seed 1                  arithmetic, comparison, whole parts, text
+    decimal_compare.py --operations elementary --pairs 20000    exp, ln, log10, power
+    decimal_compare.py --operations all --write FILE            writes a vector file instead of comparing
 """
 
 import argparse
@@ -58,13 +58,13 @@ def main():
     parser.add_argument("--pairs", type=int, default=100000, help="number of cases")
     parser.add_argument("--seed", type=int, default=int(time.time()), help="default: the clock")
     parser.add_argument("--digits", type=int, default=200, help="largest working precision")
-    parser.add_argument("--elementary", action="store_true", help="exp, ln, log10 and power instead of arithmetic")
+    parser.add_argument("--operations", choices=decimal_cases.OPERATIONS, default="arithmetic")
     parser.add_argument("--program", default=str(root / "build/release/bin/decimal_calculator"))
     parser.add_argument("--progress", type=pathlib.Path, help="file that tells how far the run is")
     parser.add_argument("--write", type=pathlib.Path, help="write a vector file")
     options = parser.parse_args()
 
-    operations = decimal_cases.ELEMENTARY if options.elementary else decimal_cases.ARITHMETIC
+    operations = decimal_cases.OPERATIONS[options.operations]
     cases = itertools.islice(decimal_cases.Cases(options.seed, operations, options.digits), options.pairs)
     if options.write:
         write_vectors(options.write, cases, options.seed)
