@@ -1,0 +1,47 @@
+// Uniform random numbers on (0, 1). Part of tesk2mp.h, which says what holds for every routine.
+//
+// IGEN says which generator:
+//
+//   0         the basic generator: X := 13^13 X mod 2^60, u = X / 2^60. ISEED holds the 15-bit digits of X, the least
+//             significant first. Period 2^58 for odd X. The low-order bits of X have short periods (bit k, from 0, has
+//             2^(k-1)), and tests of birthday spacings at a resolution of 2^-30 reject it.
+//   1 - 273   the multiple-set generators: s_i := a_i s_i mod m_i, u = s_1/m_1 + s_2/m_2 + s_3/m_3 + s_4/m_4 mod 1,
+//   with
+//             the multipliers and prime moduli of one row of a table (B. A. Wichmann and I. D. Hill, Applied Statistics
+//             31, 1982, with four terms). Period above 2^92. ISEED holds the s_i: each 1 ... m_i - 1, and
+//             m_i > 16760000.
+//
+// The whole state is the caller's ISEED: save and restore it to go on with a stream; use another ISEED for another
+// stream. Neither argument is checked. A zero state stays zero. For an IGEN outside 0 ... 273 the result is NaN and
+// ISEED stays as it is; any ISEED is taken without harm, but only those above give random numbers.
+//
+// `QuarnMP_` variates are the classic ones. With IGEN 0 they carry 53 bits, some 16 digits, at any working precision;
+// the conversion of the 53 bits is rounded to the working precision. With IGEN >= 1 u is a fraction with a denominator
+// of 96 bits, divided to the working precision: some 28 digits are random, the rest follows from them.
+//
+// `QuarnMPX_` variates are random to their last digit: ceil(D / 9) + 1 draws of the same stream give nine decimal
+// digits each, rounded once to the D working digits. How many draws that takes depends on D alone. They are slower in
+// proportion.
+//
+// No variate is ever 1. Classic variates of IGEN 0 are 0 only from a zero state.
+#pragma once
+
+#include "quarn/quarnfloat.h"
+#include "tesk2mp/api.h"
+
+extern "C" {
+
+/// The next variate of generator *igen; iseed[0 ... 3] moves on.
+TESK2MP_API QuarnFloat QuarnMP_g05kaf_(const Integer* igen, Integer* iseed);
+TESK2MP_API QuarnFloat QuarnMPX_g05kaf_(const Integer* igen, Integer* iseed);
+/// The same with IGEN by value.
+TESK2MP_API QuarnFloat QuarnMP_g05kafn_(Integer igen, Integer* iseed);
+TESK2MP_API QuarnFloat QuarnMPX_g05kafn_(Integer igen, Integer* iseed);
+
+/// The next variate of multiple-set generator igen, 1 ... 273; any other igen gives NaN.
+TESK2MP_API QuarnFloat QuarnMP_g05kazn_(Integer igen, Integer* iseed);
+TESK2MP_API QuarnFloat QuarnMPX_g05kazn_(Integer igen, Integer* iseed);
+
+/// The default stream: *igen := 0, iseed := 6698, 7535, 26792, 30140.
+TESK2MP_API void QuarnMP_g05kbx_(Integer* igen, Integer* iseed);
+}
