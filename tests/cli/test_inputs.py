@@ -62,6 +62,8 @@ BAD = [
     ("JSON rows and numbers", "[[1], 2]", [], ": numbers and rows of numbers are mixed"),
     ("an asymmetric spectrum", "real,imaginary\n1,0\n2,3\n2,4\n", ["--inverse"],
      ":3: z_1 is not the conjugate of z_2, as the spectrum of 3 real numbers needs (a row for each k from 0)"),
+    ("a spectrum with unequal real parts", "real,imaginary\n1,0\n2,3\n9,-3\n", ["--inverse"],
+     ":3: z_1 is not the conjugate of z_2, as the spectrum of 3 real numbers needs (a row for each k from 0)"),
     ("a complex mean", "real,imaginary\n1,1\n2,3\n2,-3\n", ["--inverse"],
      ":2: z_0 is not the conjugate of z_0, as the spectrum of 3 real numbers needs (a row for each k from 0)"),
     ("parts of unequal length", '{"real": [1, 2], "imaginary": [0]}', ["--inverse"], ": 2 real and 1 imaginary parts"),
