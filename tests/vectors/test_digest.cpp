@@ -58,7 +58,11 @@ TEST_CASE("results do not depend on the platform") {
       {"divide", 0xA980CAC61FFF1AE2U},  {"remainder", 0xA43738EF171DCD15U}, {"squareroot", 0x8615A42FA6DEAF70U},
       {"compare", 0x190C5789EED16D4CU}, {"text", 0x7CF605525A53A792U},      {"floor", 0x73FE29EDCEB58299U},
       {"ceil", 0x12DA045D86AE2E82U},    {"trunc", 0x993DB2B532BA6BD6U},     {"double", 0x6C6626E30366B5EFU},
-      {"integer", 0x3B9906CD84F2F3FCU},
+      {"integer", 0x3B9906CD84F2F3FCU}, {"exp", 0xF55E231B4112BC42U},       {"ln", 0x3B14D4E0C601157AU},
+      {"log10", 0x79016B40D4FF8702U},   {"sin", 0x2D8061680075D54AU},       {"cos", 0x313C7B9AFF74EEC7U},
+      {"tan", 0xC2FADD20303926AFU},     {"asin", 0x82FF3C7DB11BF7E3U},      {"acos", 0x6656C03C2A182DD8U},
+      {"atan", 0x005C99343097AD1FU},    {"sinh", 0x0DE98D87CE6C9245U},      {"cosh", 0xE7F31CACC7A58509U},
+      {"tanh", 0x00325F2324173F21U},    {"power", 0xD5F12F9B1D8394A7U},     {"atan2", 0x05EA943143325B6BU},
   };
   for (const auto& e : expected) {
     const vectors::Operation* operation = vectors::find_operation(e.operation);
