@@ -90,13 +90,13 @@ class EvenRadix {
   static constexpr int half = r / 2;
 
  public:
-  EvenRadix(const Constants& constants, const TwiddleSource& source) {
+  EvenRadix(const Constants& constants, const Circle& circle) {
     if (r > 2) {
       sqrt_half_ = constants.sqrt_half();
       minus_sqrt_half_ = -sqrt_half_;
     }
     for (int q = 1; q < half; ++q) {
-      half_angles_[q] = 4 * q == r ? Complex(sqrt_half_, sqrt_half_) : source.rotation(q, 2 * r);
+      half_angles_[q] = 4 * q == r ? Complex(sqrt_half_, sqrt_half_) : circle.rotation(q, 2 * r);
     }
   }
 

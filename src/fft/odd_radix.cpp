@@ -4,18 +4,18 @@
 
 namespace tesk {
 
-OddRadix::OddRadix(Integer r, const Constants& constants, const TwiddleSource& source) : r_(r), h_((r - 1) / 2) {
+OddRadix::OddRadix(Integer r, const Constants& constants, const Circle& circle) : r_(r), h_((r - 1) / 2) {
   if (r == 3) {
     fraction_ = 0.5;
     half_sqrt3_ = constants.half_sqrt3();
   } else if (r == 5) {
     fraction_ = 0.25;
     quarter_sqrt5_ = constants.quarter_sqrt5();
-    sin_fifth_ = source.rotation(1, 5).im;
-    sin_tenth_ = source.rotation(1, 10).im;
+    sin_fifth_ = circle.rotation(1, 5).im;
+    sin_tenth_ = circle.rotation(1, 10).im;
   } else {
     for (Integer q = 1; q <= h_; ++q) {
-      roots_[q] = source.rotation(q, r);
+      roots_[q] = circle.rotation(q, r);
     }
   }
 }

@@ -20,7 +20,7 @@ namespace tesk {
 /// Radix 3, 5 or any odd r from 7 to 19.
 class OddRadix {
  public:
-  OddRadix(Integer r, const Constants& constants, const TwiddleSource& source);
+  OddRadix(Integer r, const Constants& constants, const Circle& circle);
 
   Integer size() const { return r_; }
 

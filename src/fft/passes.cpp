@@ -1,6 +1,7 @@
 #include "src/fft/passes.h"
 
 #include <array>
+#include <cstdint>
 
 #include "src/fft/even_radix.h"
 #include "src/fft/odd_radix.h"
@@ -17,7 +18,7 @@ struct Pass {
 
 /// Twiddles depend on j alone, so that each is evaluated once and serves all blocks.
 template <Direction direction, class Radix>
-void run(const Pass& pass, const Radix& radix, const TwiddleSource& source) {
+void run(const Pass& pass, const Radix& radix, const Circle& circle) {
   const Integer r = radix.size();
   const Integer m = pass.m;
   const Integer length = r * m;
@@ -27,10 +28,11 @@ void run(const Pass& pass, const Radix& radix, const TwiddleSource& source) {
     }
   };
   for_each_block([&](QuarnFloat* block) { radix.template first<direction>(Slots(block, m, 0)); });
+  const Twiddles twiddles(circle, length, std::int64_t(m - 1) / 2 * (r - 1));
   std::array<Complex, kLargestPrime> w;
   for (Integer j = 1; j < m - j; ++j) {
     for (Integer q = 1; q < r; ++q) {
-      w[q] = source.rotation(j * q, length);
+      w[q] = twiddles.rotation(j * q);
     }
     for_each_block([&](QuarnFloat* block) { radix.template inner<direction>(Slots(block, m, j), w.data()); });
   }
@@ -43,16 +45,16 @@ bool has_pass(Integer r) { return r == 2 || r == 4 || r == 8 || (r % 2 == 1 && 3
 
 template <Direction direction>
 void run(const Pass& pass, Integer r) {
-  const TwiddleSource source(pass.constants);
+  const Circle circle(pass.constants);
   switch (r) {
     case 2:
-      return run<direction>(pass, EvenRadix<2>(pass.constants, source), source);
+      return run<direction>(pass, EvenRadix<2>(pass.constants, circle), circle);
     case 4:
-      return run<direction>(pass, EvenRadix<4>(pass.constants, source), source);
+      return run<direction>(pass, EvenRadix<4>(pass.constants, circle), circle);
     case 8:
-      return run<direction>(pass, EvenRadix<8>(pass.constants, source), source);
+      return run<direction>(pass, EvenRadix<8>(pass.constants, circle), circle);
     default:
-      return run<direction>(pass, OddRadix(r, pass.constants, source), source);
+      return run<direction>(pass, OddRadix(r, pass.constants, circle), circle);
   }
 }
 

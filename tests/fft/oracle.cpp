@@ -242,6 +242,8 @@ std::vector<Integer> radices_of(Integer n) {
   return radices;
 }
 
+double in_units(const mpreal& x, int digits) { return mpreal(abs(x) * pow(mpreal(10), digits)).toDouble(); }
+
 double error_in_units(const Sequence& a, const Sequence& b, int digits) {
   mpreal difference = 0;
   mpreal size = 0;
@@ -249,7 +251,7 @@ double error_in_units(const Sequence& a, const Sequence& b, int digits) {
     difference += norm(a[i] - b[i]);
     size += norm(b[i]);
   }
-  return mpreal(sqrt(difference / size) * pow(mpreal(10), digits)).toDouble();
+  return in_units(sqrt(difference / size), digits);
 }
 
 }  // namespace oracle

@@ -55,6 +55,9 @@ Sequence by_passes_backward(const Sequence& z, std::vector<Integer> radices, con
 /// The pass list of length n, without its ones.
 std::vector<Integer> radices_of(Integer n);
 
+/// |x| in units of 10^-digits.
+double in_units(const mpreal& x, int digits);
+
 /// norm(a - b) / norm(b), Euclidean norms, in units of 10^-digits.
 double error_in_units(const Sequence& a, const Sequence& b, int digits);
 

@@ -1,9 +1,12 @@
 #include <doctest/doctest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 #include "measure.h"
 #include "src/fft/factorize.h"
+#include "src/fft/twiddles.h"
 #include "support/digits.h"
 
 using oracle::Constants;
@@ -65,6 +68,35 @@ TEST_CASE("the companions are the transform by its definition, to the last digit
         CAPTURE(n);
         CHECK(sample::error_against_definition(c06faf_full_, true, n, digits) < bound(n));
         CHECK(sample::error_against_definition(c06fbf_full_, false, n, digits) < bound(n));
+      }
+    }
+  }
+}
+
+TEST_CASE("every rotation of the companions is good to the last digit, tabulated or not") {
+  for (const int digits : {8, 20, 50}) {
+    const oracle::Precision precision(digits + 20);
+    support::Digits scope(digits);
+    const tesk::Circle circle{tesk::Constants(tesk::Accuracy::full)};
+    for (const Integer n : {7, 30, 64, 361, 1000, 1001, 1022, 1024}) {
+      for (const std::int64_t uses : {n, 1}) {
+        CAPTURE(digits);
+        CAPTURE(n);
+        CAPTURE(uses);
+        const tesk::Twiddles twiddles(circle, n, uses);
+        double largest = 0;
+        double squares = 0;
+        for (Integer k = 0; k <= n; ++k) {
+          const oracle::mpreal angle = 2 * mpfr::const_pi() * k / n;
+          const Complex w = twiddles.rotation(k);
+          const double re = oracle::in_units(oracle::exact(w.re) - cos(angle), digits);
+          const double im = oracle::in_units(oracle::exact(w.im) - sin(angle), digits);
+          largest = std::max({largest, re, im});
+          squares += re * re + im * im;
+        }
+        // Two roundings of an angle up to pi/4, one of the result.
+        CHECK(largest < 4.5);
+        CHECK(std::sqrt(squares / n) < 2.5);
       }
     }
   }
