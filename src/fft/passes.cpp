@@ -44,8 +44,7 @@ void run(const Pass& pass, const Radix& radix, const Circle& circle) {
 bool has_pass(Integer r) { return r == 2 || r == 4 || r == 8 || (r % 2 == 1 && 3 <= r && r <= kLargestPrime); }
 
 template <Direction direction>
-void run(const Pass& pass, Integer r) {
-  const Circle circle(pass.constants);
+void run(const Pass& pass, Integer r, const Circle& circle) {
   switch (r) {
     case 2:
       return run<direction>(pass, EvenRadix<2>(pass.constants, circle), circle);
@@ -64,13 +63,14 @@ void walk(QuarnFloat* x, Integer n, const Integer* radices, const Constants& con
   if (n <= 1) {
     return;
   }
+  const Circle circle(constants);
   Integer done = 1;  // product of the radices so far, a divisor of n
   for (; *radices == 1 || (has_pass(*radices) && n / done % *radices == 0); ++radices) {
     if (*radices == 1) {
       continue;
     }
     const Integer m = direction == Direction::forward ? done : n / done / *radices;
-    run<direction>({x, n, m, constants}, *radices);
+    run<direction>({x, n, m, constants}, *radices, circle);
     done *= *radices;
   }
 }
