@@ -6,19 +6,9 @@
 
 #include <algorithm>
 
-#include "host/limbs/radix.h"
+#include "host/limbs/powers.h"
 
 namespace quarn {
-
-/// The number of decimal digits of x, 0 for 0.
-template <class R>
-int count_digits(typename R::Limb x) {
-  int count = 0;
-  while (count < R::digits && x >= R::powers[count]) {
-    ++count;
-  }
-  return count;
-}
 
 template <class R>
 bool all_zero(const typename R::Limb* a, std::size_t n) {

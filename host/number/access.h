@@ -34,6 +34,15 @@ struct QuarnAccess {
   static std::int32_t exponent(const QuarnFloat& x) noexcept { return x.exponent_; }
   static std::uint32_t length(const QuarnFloat& x) noexcept { return x.tag_ & QuarnFloat::kLength; }
   static bool negative(const QuarnFloat& x) noexcept { return (x.tag_ & QuarnFloat::kSign) != 0; }
+  static constexpr std::uint32_t kSign = QuarnFloat::kSign;
+  static std::uint32_t sign(const QuarnFloat& x) noexcept { return x.tag_ & kSign; }
+  /// The limbs of a number that is known to be short.
+  static const Limb* inside(const QuarnFloat& x) noexcept { return x.inside_; }
+  static Limb* inside(QuarnFloat& x) noexcept { return x.inside_; }
+  static void set(QuarnFloat& x, std::uint32_t tag, std::int32_t exponent) noexcept {
+    x.tag_ = tag;
+    x.exponent_ = exponent;
+  }
   static const Limb* limbs(const QuarnFloat& x) noexcept { return x.on_heap() ? x.heap_.limbs : x.inside_; }
 
   static quarn::Kind kind(const QuarnFloat& x) noexcept {

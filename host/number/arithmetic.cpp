@@ -1,182 +1,248 @@
-// + - * / and sqrt, correctly rounded: each forms its result exactly, or to enough digits and a sticky flag, and
-// leaves the rounding to `rounded`.
-#include "host/limbs/multiply.h"
+// + - * / and sqrt: everyday lengths take fixed-length code, chosen once by the working precision; everything else, and
+// the few results that short code cannot decide, go the general road.
 #include "host/number/access.h"
-#include "host/number/storage.h"
+#include "host/number/general.h"
+#include "host/number/precision.h"
 
 namespace quarn {
+
+#if QUARN_LIMB_BITS == 64
+
 namespace {
 
-constexpr std::int64_t kDigits = Radix::digits;
-constexpr std::size_t kLimbDigits = Radix::digits;
-
-/// a + b for magnitudes when `subtracting` is false, else a - b; a's exponent is not below b's.
-QuarnFloat combine(const View& a, const View& b, bool subtracting) {
-  const std::int64_t distance = a.exponent - b.exponent;
-  const std::size_t skipped = std::size_t(distance / kDigits);
-  const int places = int(distance % kDigits);
-  const int digits = QuarnDigits();
-  // From here on b cannot reach the rounding: whatever it is, it lies below a unit of a limb that a does not use.
-  const std::size_t reach = std::max(a.length, std::size_t(digits) / kLimbDigits + 2);
-  const bool far = skipped > reach;
-  const std::size_t shifted = b.length + (places != 0);
-  const std::size_t size = (far ? reach + 1 : std::max(a.length, skipped + shifted)) + 1;
-  LimbBuffer<> work(size);
-  Limb* const sum = work + 1;
-  const std::size_t n = size - 1;
-  work[0] = 0;
-  bool negative = a.negative;
-  if (far) {
-    std::copy_n(a.limbs, a.length, sum);
-    std::fill_n(sum + a.length, n - a.length, Limb(0));
-    if (subtracting) {
-      subtract_limb<Radix>(sum, n, 1);
-    }
-  } else {
-    std::fill_n(sum, n, Limb(0));
-    if (places == 0) {
-      std::copy_n(b.limbs, b.length, sum + skipped);
-    } else {
-      shift_right<Radix>(sum + skipped, b.limbs, b.length, places);
-    }
-    if (!subtracting) {
-      work[0] = add<Radix>(sum, a.limbs, sum, a.length, 0);
-    } else {
-      // sum = a - sum, or its negative
-      const int order = compare_fractions<Radix>(a.limbs, a.length, sum, n);
-      if (order == 0) {
-        return special(Kind::zero);
-      }
-      if (order > 0) {
-        Limb borrow = 0;
-        for (std::size_t i = n; i-- > 0;) {
-          const Limb minuend = i < a.length ? a.limbs[i] : 0;
-          borrow = subtract<Radix>(sum + i, &minuend, sum + i, 1, borrow);
-        }
-      } else {
-        subtract<Radix>(sum, sum, a.limbs, a.length);
-        negative = !negative;
-      }
-    }
+/// N limbs of an operand with 1 to N limbs.
+template <int N>
+[[gnu::always_inline]] inline const Limb* padded(const QuarnFloat& x, Limb* buffer) {
+  const std::uint32_t length = QuarnAccess::length(x);
+  const Limb* const limbs = QuarnAccess::inside(x);
+  if (length == N) [[likely]] {
+    return limbs;
   }
-  return rounded(negative, a.exponent + kDigits, work, size, far, digits);
+  for (std::uint32_t i = 0; i < std::uint32_t(N); ++i) {
+    buffer[i] = i < length ? limbs[i] : 0;
+  }
+  return buffer;
 }
 
-QuarnFloat add_signed(const QuarnFloat& a, const QuarnFloat& b, bool flip) {
-  const Kind kind_a = kind_of(a);
-  const Kind kind_b = kind_of(b);
-  const bool negative_b = signbit(b) != flip;
-  if (kind_a == Kind::finite && kind_b == Kind::finite) {
-    const View x = view_of(a);
-    View y = view_of(b);
-    y.negative = negative_b;
-    const bool subtracting = x.negative != y.negative;
-    return x.exponent >= y.exponent ? combine(x, y, subtracting) : combine(y, x, subtracting);
-  }
-  if (kind_a == Kind::nan || kind_b == Kind::nan) {
-    return special(Kind::nan);
-  }
-  if (kind_a == Kind::infinite) {
-    const bool opposite = kind_b == Kind::infinite && signbit(a) != negative_b;
-    return opposite ? special(Kind::nan) : a;
-  }
-  if (kind_b == Kind::infinite) {
-    return special(Kind::infinite, negative_b);
-  }
-  if (kind_a == Kind::finite) {
-    return rounded(a, QuarnDigits());
-  }
-  if (kind_b == Kind::finite) {
-    return rounded(flip ? -b : b, QuarnDigits());
-  }
-  return special(Kind::zero, signbit(a) && negative_b);
+/// Whether both operands have 1 to N limbs.
+template <int N>
+[[gnu::always_inline]] inline bool fits(const QuarnFloat& a, const QuarnFloat& b) {
+  return QuarnAccess::length(a) - 1 < std::uint32_t(N) && QuarnAccess::length(b) - 1 < std::uint32_t(N);
 }
 
-QuarnFloat multiply_special(const QuarnFloat& a, const QuarnFloat& b) {
-  const Kind kind_a = kind_of(a);
-  const Kind kind_b = kind_of(b);
-  const bool negative = signbit(a) != signbit(b);
-  if (kind_a == Kind::nan || kind_b == Kind::nan) {
-    return special(Kind::nan);
+template <int N>
+[[gnu::always_inline]] inline bool store(QuarnFloat& result, std::uint32_t sign, std::int64_t exponent,
+                                         const Limb* limbs) {
+  if (exponent - 1 + kMaxScientificExponent > 2 * kMaxScientificExponent || exponent - 1 + kMaxScientificExponent < 0)
+      [[unlikely]] {
+    return false;
   }
-  if (kind_a == Kind::infinite || kind_b == Kind::infinite) {
-    const bool undefined = kind_a == Kind::zero || kind_b == Kind::zero;
-    return special(undefined ? Kind::nan : Kind::infinite, negative && !undefined);
+  std::uint32_t length = N;
+  while (limbs[length - 1] == 0) {
+    --length;
   }
-  return special(Kind::zero, negative);
+  QuarnAccess::set(result, sign | length, std::int32_t(exponent));
+  Limb* const inside = QuarnAccess::inside(result);
+#pragma GCC unroll 9
+  for (int i = 0; i < N; ++i) {
+    inside[i] = limbs[i];
+  }
+  return true;
 }
 
-QuarnFloat divide_special(const QuarnFloat& a, const QuarnFloat& b) {
-  const Kind kind_a = kind_of(a);
-  const Kind kind_b = kind_of(b);
-  const bool negative = signbit(a) != signbit(b);
-  if (kind_a == Kind::nan || kind_b == Kind::nan || (kind_a == kind_b && kind_a != Kind::finite)) {
-    return special(Kind::nan);
+struct Sum {
+  template <int N, bool>
+  static bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat& y, std::uint32_t flip) {
+    if (!fits<N>(x, y)) [[unlikely]] {
+      return false;
+    }
+    Limb buffer_x[N];
+    Limb buffer_y[N];
+    const Limb* a = padded<N>(x, buffer_x);
+    const Limb* b = padded<N>(y, buffer_y);
+    std::uint32_t sign = QuarnAccess::sign(x);
+    const std::uint32_t sign_b = QuarnAccess::sign(y) ^ flip;
+    const bool subtracting = sign != sign_b;
+    std::int64_t exponent = QuarnAccess::exponent(x);
+    std::int64_t distance = exponent - QuarnAccess::exponent(y);
+    // The larger operand first, by exponent and leading limb: all in conditional moves, since nobody can predict it.
+    const bool swapped = distance < 0 || (distance == 0 && a[0] < b[0]);
+    const Limb* const larger = swapped ? b : a;
+    const Limb* const smaller = swapped ? a : b;
+    sign = swapped ? sign_b : sign;
+    exponent = swapped ? exponent - distance : exponent;
+    distance = distance < 0 ? -distance : distance;
+    if (distance == 0 && subtracting && a[0] == b[0]) [[unlikely]] {
+      return false;
+    }
+    Limb p[N];
+    int change = 0;
+    return fixed::add<N>(p, larger, smaller, std::uint32_t(distance), subtracting, precision.cut, change) &&
+           store<N>(result, sign, exponent + change, p);
   }
-  const bool infinite = kind_a == Kind::infinite || kind_b == Kind::zero;
-  return special(infinite ? Kind::infinite : Kind::zero, negative);
+};
+
+struct Product {
+  template <int N, bool kMore>
+  static bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat& y, std::uint32_t) {
+    if (!fits<N>(x, y)) [[unlikely]] {
+      return false;
+    }
+    Limb buffer_x[N];
+    Limb buffer_y[N];
+    const Limb* const a = padded<N>(x, buffer_x);
+    const Limb* const b = padded<N>(y, buffer_y);
+    Limb p[N];
+    int change = 0;
+    return fixed::multiply<N, kMore>(p, a, b, precision.cut, change) &&
+           store<N>(result, QuarnAccess::sign(x) ^ QuarnAccess::sign(y),
+                    std::int64_t(QuarnAccess::exponent(x)) + QuarnAccess::exponent(y) + change, p);
+  }
+};
+
+struct Quotient {
+  template <int N, bool kMore>
+  static bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat& y, std::uint32_t) {
+    if (!fits<N>(x, y)) [[unlikely]] {
+      return false;
+    }
+    Limb buffer_x[N];
+    Limb buffer_y[N];
+    const Limb* const a = padded<N>(x, buffer_x);
+    const Limb* const b = padded<N>(y, buffer_y);
+    if (a[0] == b[0]) [[unlikely]] {
+      return false;
+    }
+    Limb p[N];
+    int change = 0;
+    return fixed::divide<N, kMore>(p, a, b, a[0] > b[0], precision.cut, change) &&
+           store<N>(result, QuarnAccess::sign(x) ^ QuarnAccess::sign(y),
+                    std::int64_t(QuarnAccess::exponent(x)) - QuarnAccess::exponent(y) + change, p);
+  }
+};
+
+struct SquareRoot {
+  template <int N, bool kMore>
+  static bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat&, std::uint32_t) {
+    if (!fits<N>(x, x) || QuarnAccess::negative(x)) [[unlikely]] {
+      return false;
+    }
+    Limb buffer[N];
+    const Limb* const a = padded<N>(x, buffer);
+    const std::int64_t exponent = QuarnAccess::exponent(x);
+    const int odd = int(exponent & 1);
+    Limb p[N];
+    int change = 0;
+    return fixed::square_root<N, kMore>(p, a, odd, precision.cut, change) &&
+           store<N>(result, 0, (exponent + odd) / 2 + change, p);
+  }
+};
+
+template <class Operation, int N, bool kMore>
+[[gnu::noinline]] bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat& y, std::uint32_t flip) {
+  return Operation::template run<N, kMore>(result, x, y, flip);
+}
+
+/// The one dispatch on the length. Returns false, with the result untouched, where fixed-length code does not serve.
+template <class Operation, bool kUsesMore = true>
+[[gnu::always_inline]] inline bool by_length(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat& y,
+                                             std::uint32_t flip = 0) {
+  const int road = kUsesMore ? precision.road : precision.road & (Precision::kMore - 1);
+  switch (road) {
+    case 1:
+      return run<Operation, 1, false>(result, x, y, flip);
+    case 2:
+      return run<Operation, 2, false>(result, x, y, flip);
+    case 3:
+      return run<Operation, 3, false>(result, x, y, flip);
+    case 4:
+      return run<Operation, 4, false>(result, x, y, flip);
+    case 5:
+      return run<Operation, 5, false>(result, x, y, flip);
+    case 6:
+      return run<Operation, 6, false>(result, x, y, flip);
+    case 7:
+      return run<Operation, 7, false>(result, x, y, flip);
+    case Precision::kMore + 1:
+      return run<Operation, 1, kUsesMore>(result, x, y, flip);
+    case Precision::kMore + 2:
+      return run<Operation, 2, kUsesMore>(result, x, y, flip);
+    case Precision::kMore + 3:
+      return run<Operation, 3, kUsesMore>(result, x, y, flip);
+    case Precision::kMore + 4:
+      return run<Operation, 4, kUsesMore>(result, x, y, flip);
+    case Precision::kMore + 5:
+      return run<Operation, 5, kUsesMore>(result, x, y, flip);
+    case Precision::kMore + 6:
+      return run<Operation, 6, kUsesMore>(result, x, y, flip);
+    case Precision::kMore + 7:
+      return run<Operation, 7, kUsesMore>(result, x, y, flip);
+    default:
+      return false;
+  }
 }
 
 }  // namespace
+
+#else
+
+namespace {
+
+// Fixed-length code needs the slack of 64-bit limbs; narrower ones always go the general road.
+struct Sum;
+struct Product;
+struct Quotient;
+struct SquareRoot;
+
+template <class Operation, bool = true>
+bool by_length(QuarnFloat&, const QuarnFloat&, const QuarnFloat&, std::uint32_t = 0) {
+  return false;
+}
+
+}  // namespace
+
+#endif
+
 }  // namespace quarn
 
 using namespace quarn;
 
-QuarnFloat operator+(const QuarnFloat& a, const QuarnFloat& b) { return add_signed(a, b, false); }
+QuarnFloat operator+(const QuarnFloat& a, const QuarnFloat& b) {
+  QuarnFloat result;
+  if (!by_length<Sum, false>(result, a, b)) [[unlikely]] {
+    result = general_sum(a, b, false);
+  }
+  return result;
+}
 
-QuarnFloat operator-(const QuarnFloat& a, const QuarnFloat& b) { return add_signed(a, b, true); }
+QuarnFloat operator-(const QuarnFloat& a, const QuarnFloat& b) {
+  QuarnFloat result;
+  if (!by_length<Sum, false>(result, a, b, QuarnAccess::kSign)) [[unlikely]] {
+    result = general_sum(a, b, true);
+  }
+  return result;
+}
 
 QuarnFloat operator*(const QuarnFloat& a, const QuarnFloat& b) {
-  if (kind_of(a) != Kind::finite || kind_of(b) != Kind::finite) {
-    return multiply_special(a, b);
+  QuarnFloat result;
+  if (!by_length<Product>(result, a, b)) [[unlikely]] {
+    result = general_product(a, b);
   }
-  const View x = view_of(a);
-  const View y = view_of(b);
-  LimbBuffer<> product(x.length + y.length);
-  multiply<Radix>(product, x.limbs, x.length, y.limbs, y.length);
-  return rounded(x.negative != y.negative, x.exponent + y.exponent, product, x.length + y.length, false);
+  return result;
 }
 
 QuarnFloat operator/(const QuarnFloat& a, const QuarnFloat& b) {
-  if (kind_of(a) != Kind::finite || kind_of(b) != Kind::finite) {
-    return divide_special(a, b);
+  QuarnFloat result;
+  if (!by_length<Quotient>(result, a, b)) [[unlikely]] {
+    result = general_quotient(a, b);
   }
-  const View x = view_of(a);
-  const View y = view_of(b);
-  // The quotient's first limb may be zero and its second may start with zeros.
-  const std::size_t wanted = std::size_t(QuarnDigits()) / kLimbDigits + 3;
-  const std::size_t size = std::max(x.length, wanted + y.length - 1);
-  LimbBuffer<> dividend(size);
-  std::copy_n(x.limbs, x.length, static_cast<Limb*>(dividend));
-  std::fill_n(dividend + x.length, size - x.length, Limb(0));
-  const std::size_t length = size - y.length + 1;
-  LimbBuffer<> quotient(length);
-  LimbBuffer<> work(y.length);
-  divide_schoolbook<Radix>(quotient, dividend, size, y.limbs, y.length, work);
-  const bool sticky = !all_zero<Radix>(dividend + (size - y.length), y.length);
-  // quotient * base^(1 - length) = 0.x / 0.y
-  return rounded(x.negative != y.negative, x.exponent - y.exponent + kDigits, quotient, length, sticky);
+  return result;
 }
 
-QuarnFloat sqrt(const QuarnFloat& a) {
-  if (kind_of(a) != Kind::finite) {
-    return kind_of(a) == Kind::infinite && signbit(a) ? special(Kind::nan) : a;
+QuarnFloat sqrt(const QuarnFloat& x) {
+  QuarnFloat result;
+  if (!by_length<SquareRoot>(result, x, x)) [[unlikely]] {
+    result = general_square_root(x);
   }
-  const View x = view_of(a);
-  if (x.negative) {
-    return special(Kind::nan);
-  }
-  // 0.x * 10^e = radicand * base^(-2n) * 10^(2f): an integer radicand of 2n limbs with an even exponent.
-  const std::size_t n = std::max(std::size_t(QuarnDigits()) / kLimbDigits + 2, (x.length + 2) / 2);
-  const int places = int(x.exponent & 1);
-  LimbBuffer<> radicand(2 * n);
-  std::fill_n(static_cast<Limb*>(radicand), 2 * n, Limb(0));
-  if (places == 0) {
-    std::copy_n(x.limbs, x.length, static_cast<Limb*>(radicand));
-  } else {
-    shift_right<Radix>(radicand, x.limbs, x.length, places);
-  }
-  LimbBuffer<> root(n);
-  const bool sticky = sqrt_schoolbook<Radix>(root, radicand, n);
-  return rounded(false, (x.exponent + places) / 2, root, n, sticky);
+  return result;
 }

@@ -1,4 +1,4 @@
-// QuarnFloat's life: precision, construction, copies, classification, comparison.
+// QuarnFloat's life: construction, copies, classification, comparison.
 #include <bit>
 #include <cmath>
 #include <cstring>
@@ -13,25 +13,9 @@ using quarn::Kind;
 using quarn::Limb;
 using quarn::Radix;
 
-int working_digits = 20;
-constexpr int kMaxDigits = 1'000'000;
-
 }  // namespace
 
-int QuarnDigits() noexcept { return working_digits; }
-
-int QuarnSetDigits(int digits) noexcept {
-  const int former = working_digits;
-  if (digits >= 1 && digits <= kMaxDigits) {
-    working_digits = digits;
-  }
-  return former;
-}
-
 namespace quarn {
-
-WorkingDigits::WorkingDigits(int digits) noexcept : saved_(working_digits) { working_digits = digits; }
-WorkingDigits::~WorkingDigits() { working_digits = saved_; }
 
 QuarnFloat special(Kind kind, bool negative) noexcept {
   QuarnFloat result;
