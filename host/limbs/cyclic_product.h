@@ -87,8 +87,10 @@ class CyclicProduct {
         difference[i] = Limb(value);
       }
     }
-    const bool negative = difference[points_ - 1] >= chunk_base / 2;
+    bool negative = difference[points_ - 1] >= chunk_base / 2;
     if (negative) {
+      // All nines are a zero as well.
+      negative = std::any_of(difference, difference + points_, [](Limb chunk) { return chunk != chunk_base - 1; });
       for (std::size_t i = 0; i < points_; ++i) {
         difference[i] = chunk_base - 1 - difference[i];
       }
