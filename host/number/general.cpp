@@ -3,6 +3,8 @@
 #include "host/number/general.h"
 
 #include "host/limbs/multiply.h"
+#include "host/limbs/newton_divide.h"
+#include "host/limbs/newton_sqrt.h"
 #include "host/number/access.h"
 #include "host/number/storage.h"
 
@@ -150,9 +152,7 @@ QuarnFloat general_quotient(const QuarnFloat& a, const QuarnFloat& b) {
   std::fill_n(dividend + x.length, size - x.length, Limb(0));
   const std::size_t length = size - y.length + 1;
   LimbBuffer<> quotient(length);
-  LimbBuffer<> work(y.length);
-  divide_schoolbook<Radix>(quotient, dividend, size, y.limbs, y.length, work);
-  const bool sticky = !all_zero<Radix>(dividend + (size - y.length), y.length);
+  const bool sticky = divide<Radix>(quotient, dividend, size, y.limbs, y.length);
   // quotient * base^(1 - length) = 0.x / 0.y
   return rounded(x.negative != y.negative, x.exponent - y.exponent + kDigits, quotient, length, sticky);
 }
@@ -176,7 +176,7 @@ QuarnFloat general_square_root(const QuarnFloat& a) {
     shift_right<Radix>(radicand, x.limbs, x.length, places);
   }
   LimbBuffer<> root(n);
-  const bool sticky = sqrt_schoolbook<Radix>(root, radicand, n);
+  const bool sticky = square_root<Radix>(root, radicand, n);
   return rounded(false, (x.exponent + places) / 2, root, n, sticky);
 }
 
