@@ -3,6 +3,9 @@
 
 namespace tesk {
 
+/// The letter as a capital one; no locale has a say in it.
+inline char capital(char c) noexcept { return c >= 'a' && c <= 'z' ? char(c - 'a' + 'A') : c; }
+
 /// One character option of a routine. Characters past the length, or past a NUL, are never looked at.
 class Option {
  public:
@@ -15,10 +18,7 @@ class Option {
   }
 
   /// The first character as an upper-case letter, NUL when there is none.
-  char letter() const noexcept {
-    const char first = text_[0];
-    return first >= 'a' && first <= 'z' ? char(first - 'a' + 'A') : first;
-  }
+  char letter() const noexcept { return capital(text_[0]); }
   /// Is the first character one of these upper-case letters, in either case?
   bool is_one_of(const char* letters) const noexcept {
     for (; *letters != '\0'; ++letters) {

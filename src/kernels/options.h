@@ -4,6 +4,7 @@
 #include <initializer_list>
 
 #include "quarn/quarnfloat.h"
+#include "src/frame/option.h"
 
 namespace tesk {
 
@@ -12,11 +13,8 @@ enum class Triangle { upper, lower };
 enum class Diagonal { general, unit };
 enum class Side { left, right };
 
-/// The first character as a capital letter; letters of any locale but the C one are left alone.
-inline char letter(const char* option) noexcept {
-  const char c = option[0];
-  return c >= 'a' && c <= 'z' ? char(c - 'a' + 'A') : c;
-}
+/// The first character as a capital letter.
+inline char letter(const char* option) noexcept { return capital(option[0]); }
 
 inline bool is_op(const char* option) noexcept {
   const char c = letter(option);
