@@ -11,6 +11,7 @@ namespace quarn {
 
 QuarnFloat approximate_pi(int w);
 QuarnFloat approximate_ln10(int w);
+QuarnFloat approximate_ln2(int w);
 
 /// x is at most 10^10 in magnitude; overflow gives infinity, underflow zero.
 QuarnFloat approximate_exp(const QuarnFloat& x, int w);

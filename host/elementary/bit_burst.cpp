@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "host/elementary/approximate.h"
+#include "host/elementary/fixed_point.h"
 #include "host/elementary/series.h"
 
 namespace quarn {
@@ -68,6 +69,9 @@ SinCos sin_cos_by_bursts(const QuarnFloat& x, int w) {
 }  // namespace
 
 QuarnFloat approximate_exp(const QuarnFloat& x, int w) {
+  if (const auto result = fixed::exp(x, w); result && result->digits >= w) {
+    return result->value;
+  }
   // Ten digits for the multiple of ln 10 that is taken away.
   const WorkingDigits digits(w + kGuardDigits + 10);
   const QuarnFloat ln10 = approximate_ln10(w + kGuardDigits + 10);
@@ -85,6 +89,18 @@ QuarnFloat approximate_exp(const QuarnFloat& x, int w) {
 }
 
 SinCos approximate_sin_cos(const QuarnFloat& x, int w) {
+  // Near a multiple of pi/2 one of the two has fewer digits at first.
+  for (int asked = w, tries = 0; tries < 2; ++tries) {
+    const auto result = fixed::sin_cos(x, asked);
+    if (!result) {
+      break;
+    }
+    const int worst = std::min(result->sin.digits, result->cos.digits);
+    if (worst >= w) {
+      return {result->sin.value, result->cos.value};
+    }
+    asked += w - worst + 1;
+  }
   const int integer_digits = int(std::max<std::int64_t>(scientific_exponent(x) + 1, 0));
   int lost = 0;
   for (;;) {

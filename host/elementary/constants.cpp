@@ -1,4 +1,4 @@
-// pi and ln 10 as decimal numbers, kept at the largest precision that was ever asked for.
+// pi, ln 10 and ln 2 as decimal numbers, kept at the largest precision that was ever asked for.
 #include "host/elementary/approximate.h"
 #include "host/elementary/series.h"
 
@@ -55,11 +55,18 @@ QuarnFloat inverse_atanh(int n, int w) {
   return sum.t / (sum.q * QuarnFloat(n));
 }
 
-/// ln 10 = 46 atanh(1/31) + 34 atanh(1/49) + 20 atanh(1/161), from 2, 3 and 5 as products of 32/30, 50/48 and 162/160.
+/// ln 10 = 46 atanh(1/31) + 34 atanh(1/49) + 20 atanh(1/161), and ln 2 in the same way, from 2, 3 and 5 as products of
+/// 32/30, 50/48 and 162/160.
 QuarnFloat compute_ln10(int w) {
   const WorkingDigits digits(w + 20);
   return QuarnFloat(46) * inverse_atanh(31, w) + QuarnFloat(34) * inverse_atanh(49, w) +
          QuarnFloat(20) * inverse_atanh(161, w);
+}
+
+QuarnFloat compute_ln2(int w) {
+  const WorkingDigits digits(w + 20);
+  return QuarnFloat(14) * inverse_atanh(31, w) + QuarnFloat(10) * inverse_atanh(49, w) +
+         QuarnFloat(6) * inverse_atanh(161, w);
 }
 
 }  // namespace
@@ -73,6 +80,11 @@ QuarnFloat approximate_pi(int w) {
 QuarnFloat approximate_ln10(int w) {
   static GrowingConstant& ln10 = *new GrowingConstant(compute_ln10);
   return ln10.to(w);
+}
+
+QuarnFloat approximate_ln2(int w) {
+  static GrowingConstant& ln2 = *new GrowingConstant(compute_ln2);
+  return ln2.to(w);
 }
 
 }  // namespace quarn

@@ -7,6 +7,8 @@ using quarn::approximate_exp;
 using quarn::approximate_ln10;
 using quarn::approximate_log;
 using quarn::correctly_rounded;
+using quarn::decided;
+using quarn::kFirstExtraDigits;
 using quarn::Kind;
 using quarn::kind_of;
 using quarn::perturbed;
@@ -67,6 +69,9 @@ QuarnFloat exp(const QuarnFloat& x) {
   if (const auto result = perturbed(1, exponent + 2, signbit(x))) {
     return *result;
   }
+  if (const auto result = decided(quarn::fixed::exp(x, QuarnDigits() + kFirstExtraDigits))) {
+    return *result;
+  }
   return correctly_rounded([&x](int w) { return approximate_exp(x, w); });
 }
 
@@ -86,6 +91,9 @@ QuarnFloat log(const QuarnFloat& x) {
   }
   if (x == QuarnFloat(1)) {
     return 0;
+  }
+  if (const auto result = decided(quarn::fixed::log(x, QuarnDigits() + kFirstExtraDigits))) {
+    return *result;
   }
   return correctly_rounded([&x](int w) { return approximate_log(x, w); });
 }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/elementary/approximate.h"
+#include "host/elementary/fixed_point.h"
 
 namespace quarn {
 namespace {
@@ -83,6 +84,9 @@ double leading_fraction(const QuarnFloat& x) noexcept {
 }
 
 QuarnFloat approximate_log(const QuarnFloat& x, int w) {
+  if (const auto result = fixed::log(x, w)) {
+    return result->value;
+  }
   const View v = view_of(x);
   // x = m * 10^e with m from about 10^-1/2 to 10^1/2, so that log m and e ln 10 never cancel.
   const bool low = leading_fraction(x) < 0.316;

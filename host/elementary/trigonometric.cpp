@@ -5,6 +5,7 @@ using quarn::approximate_atan;
 using quarn::approximate_pi;
 using quarn::approximate_sin_cos;
 using quarn::correctly_rounded;
+using quarn::decided;
 using quarn::Kind;
 using quarn::kind_of;
 using quarn::kMaxAngleExponent;
@@ -52,6 +53,29 @@ std::optional<QuarnFloat> exact_quotient(const QuarnFloat& y, const QuarnFloat& 
   return std::nullopt;
 }
 
+/// The last angle: its sine and cosine are usually asked for one after the other.
+struct LastAngle {
+  QuarnFloat x;
+  int digits = 0;
+  std::optional<QuarnFloat> sin;
+  std::optional<QuarnFloat> cos;
+};
+
+/// Sine and cosine of x where the fast road decides them.
+const LastAngle& sin_cos_at_once(const QuarnFloat& x) {
+  // Never destroyed: the storage that it would return to may be gone by then.
+  static LastAngle& last = *new LastAngle;
+  const int digits = QuarnDigits();
+  if (last.digits != digits || last.x != x) {
+    last.x = x;
+    last.digits = digits;
+    const auto pair = quarn::fixed::sin_cos(x, digits + quarn::kFirstExtraDigits);
+    last.sin = pair ? decided(pair->sin) : std::nullopt;
+    last.cos = pair ? decided(pair->cos) : std::nullopt;
+  }
+  return last;
+}
+
 }  // namespace
 
 QuarnFloat sin(const QuarnFloat& x) {
@@ -60,6 +84,9 @@ QuarnFloat sin(const QuarnFloat& x) {
   }
   // sin x = x (1 - x^2/6 + ...)
   if (const auto result = perturbed(x, 2 * scientific_exponent(x) + 2, true)) {
+    return *result;
+  }
+  if (const auto& result = sin_cos_at_once(x).sin) {
     return *result;
   }
   return correctly_rounded([&x](int w) { return approximate_sin_cos(x, w).sin; });
@@ -71,6 +98,9 @@ QuarnFloat cos(const QuarnFloat& x) {
   }
   // cos x = 1 - x^2/2 + ...
   if (const auto result = perturbed(1, 2 * scientific_exponent(x) + 2, true)) {
+    return *result;
+  }
+  if (const auto& result = sin_cos_at_once(x).cos) {
     return *result;
   }
   return correctly_rounded([&x](int w) { return approximate_sin_cos(x, w).cos; });

@@ -1,0 +1,264 @@
+#include "host/elementary/fixed_point.h"
+
+#include <bit>
+#include <cmath>
+
+#include "host/elementary/conversion.h"
+#include "host/elementary/tables.h"
+
+// Error bounds, in units of the last fraction word's last bit, n words. Conversion of the argument: 2. Each product of
+// fractions: n. Each table entry or constant: 2. A Taylor sum: 2n + 4 with the terms of its statement. A look-up of exp
+// is one product and one entry; of sin and cos two products and four entries for each of them, on errors that grow at
+// most by sqrt(2); of log 2 and an entry. With at most 8 stages, of which exp and sin, cos use 5 and only 2 up to 10
+// words, everything stays below 64 n units (exp: after the last product by a number below 2).
+namespace quarn::fixed {
+namespace {
+
+int error_bits(int n) { return 6 + int(std::bit_width(unsigned(n))); }
+
+/// Words for w digits after `slack` bits of zeros.
+int words_for(int w, int slack) {
+  const double bits = double(w) * 3.3219281 + double(slack);
+  int n = std::max(int(bits / kBits) + 1, 128 / kBits);
+  while (double(n) * kBits < bits + error_bits(n)) {
+    ++n;
+  }
+  return n;
+}
+
+/// Look-ups that pay before the Taylor sum.
+int stages_for(int n) {
+  const int bits = n * kBits;
+  return bits <= 640 ? 2 : bits <= 1600 ? 3 : bits <= 6400 ? 4 : 5;
+}
+
+bool in_range(int n) { return n + n / 4 + 8 < kMaxWords; }
+
+/// The bits at [place, place + 8) after the binary point, and whatever is above them, of a fraction.
+int top_bits(const Word* x, int n, int place) {
+  const int low = n * kBits - place - kStageBits;
+  const Word word = x[low / kBits] >> (low % kBits);
+  const Word above = low % kBits != 0 && low / kBits + 1 < n ? x[low / kBits + 1] << (kBits - low % kBits) : 0;
+  return int((word | above) & 0x3FF);
+}
+
+/// Takes the first eight bits after `place` (all bits above are zero) off x and returns them.
+int take_bits(Word* x, int n, int stage) {
+  const int place = kStageBits * stage;
+  const int j = top_bits(x, n, place) & 0xFF;
+  const int low = n * kBits - place - kStageBits;
+  x[low / kBits] &= (Word(1) << (low % kBits)) - 1;
+  return j;
+}
+
+/// Digits that a number of n fraction words and an integer word has for certain.
+int certain_digits(const Word* x, int n) {
+  const int zeros = leading_zeros(x, n + 1) - kBits;
+  return int(std::floor((n * kBits - zeros - error_bits(n)) * 0.30102999));
+}
+
+Approximation finish(bool negative, const Word* x, int n, std::int64_t power) {
+  if (is_zero(x, n + 1)) {
+    return {};
+  }
+  return {to_decimal(negative, x, n, power), certain_digits(x, n)};
+}
+
+/// r -= multiple * constant for numbers with an integer word.
+void take_multiple(Word* r, Word multiple, const Word* constant, int n) {
+  Number product;
+  multiply_word(product, constant, n + 1, multiple);
+  subtract(r, r, product, n + 1);
+}
+
+double to_double(const Word* x, int n) { return double(x[n]) + std::ldexp(double(x[n - 1]), -kBits); }
+
+/// r mod constant for r >= 0, and the quotient, which is below 2^kBits.
+Word reduce(Word* r, const Word* constant, int n) {
+  const double estimate = to_double(r, n) / to_double(constant, n);
+  Word quotient = Word(estimate);
+  take_multiple(r, quotient, constant, n);
+  // The estimate is at most one off: below, or above, which shows as a negative rest.
+  if (r[n] >> (kBits - 1) != 0) {
+    add(r, r, constant, n + 1);
+    --quotient;
+  }
+  Number rest;
+  if (subtract(rest, r, constant, n + 1) == 0) {
+    std::copy_n(rest.words, n + 1, r);
+    ++quotient;
+  }
+  return quotient;
+}
+
+}  // namespace
+
+std::optional<Approximation> exp(const QuarnFloat& x, int w) {
+  const View v = view_of(x);
+  const int n = words_for(w, 0);
+  if (!in_range(n) || v.exponent > 9) {
+    return std::nullopt;
+  }
+  prepare_tables(n + 1);
+  // One word more for the multiple of ln 10, which has up to 30 bits.
+  Number wide;
+  from_decimal(wide, v, n + 1);
+  std::int64_t power = std::int64_t(reduce(wide, ln10(n + 1), n + 1));
+  if (v.negative) {
+    Number rest;
+    subtract(rest, ln10(n + 1), wide, n + 2);
+    wide = rest;
+    power = -power - 1;
+  }
+  const int doublings = int(reduce(wide, ln2(n + 1), n + 1));
+  Word* const r = wide.words + 1;
+  const int stages = stages_for(n);
+  Number sum;
+  int rows[kMaxStages];
+  for (int stage = 0; stage < stages; ++stage) {
+    rows[stage] = take_bits(r, n, stage);
+  }
+  exp_series(sum, r, n, kStageBits * stages);
+  for (int stage = stages; stage-- > 0;) {
+    if (rows[stage] != 0) {
+      combine_exp(sum, exp_entry(stage, rows[stage], n), n);
+    }
+  }
+  sum[n] = 1;
+  shift_up(sum, sum, n + 1, doublings);
+  return finish(false, sum, n, power);
+}
+
+std::optional<Approximation> log(const QuarnFloat& x, int w) {
+  const View v = view_of(x);
+  const bool low = leading_fraction(x) < 0.316;
+  const std::int64_t e = v.exponent - (low ? 1 : 0);
+  int slack = 0;
+  for (;;) {
+    const int n = words_for(w, slack + 3);
+    if (!in_range(n)) {
+      return std::nullopt;
+    }
+    prepare_tables(n + 1);
+    // m = x / 10^e from 0.316 to 3.16, doubled or halved into [1, 2).
+    Number m;
+    from_decimal(m, {false, low ? 1 : 0, v.limbs, v.length}, n);
+    int doublings = 0;
+    if (m[n] == 0) {
+      doublings = 1 - int(m[n - 1] >> (kBits - 1)) + 1;
+      shift_up(m, m, n + 1, doublings);
+    } else if (m[n] > 1) {
+      doublings = -1;
+      shift_down(m, m, n + 1, 1);
+    }
+    // u = m f - 1 for f = factor / 512 just above 1 / m.
+    const int leading = int(m[n - 1] >> (kBits - 8));
+    const Word factor = (131'072 + 255 + Word(leading)) / (256 + Word(leading));
+    multiply_word(m, m, n + 1, factor);
+    shift_down(m, m, n + 1, 9);
+    Number sum;
+    std::copy_n(log_entry(0, int(factor) - 256, factor, n), n, sum.words);
+    sum[n] = 0;
+    Word* const u = m.words;
+    u[n] = 0;
+    const int stages = std::min(std::max(3, n * kBits / 400 + 1), kMaxStages);
+    for (int stage = 1; stage < stages; ++stage) {
+      // u' = (1 + u)(1 - d) - 1 = u - d - u d, d just below 1 - 1 / (1 + j / 2^place).
+      const int place = kStageBits * (stage + 1);
+      const int j = top_bits(u, n, kStageBits * stage);
+      if (j == 0) {
+        continue;
+      }
+      const int places = kStageBits * stage + 30;
+      const std::uint64_t d = place >= 40
+                                  ? (std::uint64_t(j) << 22) - 1
+                                  : (std::uint64_t(j) << places) / ((std::uint64_t(1) << place) + std::uint64_t(j));
+      Number product;
+      product[n] = multiply_word(product, u, n, Word(d));
+      shift_down(product, product, n + 1, places);
+      subtract(u, u, product, n);
+      std::fill_n(product.words, n, Word(0));
+      product[0] = Word(d);
+      shift_up(product, product, n, n * kBits - places);
+      subtract(u, u, product, n);
+      sum[n] += add(sum, sum, log_entry(stage, j, Word(d), n), n);
+    }
+    Number rest;
+    log_series(rest, u, n, kStageBits * stages - 1);
+    sum[n] += add(sum, sum, rest, n);
+    // log x = sum - doublings ln 2 + e ln 10
+    Number product;
+    if (doublings != 0) {
+      multiply_word(product, ln2(n), n + 1, Word(std::abs(doublings)));
+      if (doublings > 0) {
+        subtract(sum, sum, product, n + 1);
+      } else {
+        add(sum, sum, product, n + 1);
+      }
+    }
+    bool negative = sum[n] >> (kBits - 1) != 0;
+    if (e != 0) {
+      multiply_word(product, ln10(n + 1), n + 2, Word(std::abs(e)));
+      Word* const multiple = product.words + 1;
+      // |e ln 10| is the larger one.
+      if (e > 0) {
+        add(sum, multiple, sum, n + 1);
+      } else {
+        subtract(sum, multiple, sum, n + 1);
+      }
+      negative = e < 0;
+    } else if (negative) {
+      negate(sum, sum, n + 1);
+    }
+    const Approximation result = finish(negative, sum, n, 0);
+    if (result.digits >= w) {
+      return result;
+    }
+    slack += std::max(8, std::min(int((w - result.digits) * 3.33), n * kBits) + 4);
+  }
+}
+
+std::optional<SinCosApproximation> sin_cos(const QuarnFloat& x, int w) {
+  const View v = view_of(x);
+  const int zeros = v.exponent < 0 && v.exponent > -10'000 ? int(double(-v.exponent) * 3.33) : 0;
+  const int n = words_for(w, zeros + 4);
+  if (!in_range(n) || v.exponent > 9 || v.exponent <= -10'000) {
+    return std::nullopt;
+  }
+  prepare_tables(n + 1);
+  Number wide;
+  from_decimal(wide, v, n + 1);
+  const int quadrant = int(reduce(wide, half_pi(n + 1), n + 1) & 3);
+  // Angles above pi/4, or nearly so, are taken from the other side.
+  Word* const r = wide.words + 1;
+  const bool reflected = to_double(r, n) > 0.785;
+  if (reflected) {
+    Number rest;
+    subtract(rest, half_pi(n + 1), wide, n + 2);
+    wide = rest;
+  }
+  const int stages = stages_for(n);
+  int rows[kMaxStages];
+  for (int stage = 0; stage < stages; ++stage) {
+    rows[stage] = take_bits(r, n, stage);
+  }
+  Number s;
+  Number c;
+  sin_cos_series(s, c, r, n, kStageBits * stages);
+  for (int stage = stages; stage-- > 0;) {
+    if (rows[stage] != 0) {
+      combine_sin_cos(s, c, sin_entry(stage, rows[stage], n), versine_entry(stage, rows[stage], n), n);
+    }
+  }
+  s[n] = 0;
+  c[n] = 0;
+  // 1 - c
+  negate(c, c, n + 1);
+  c[n] += 1;
+  const bool swapped = reflected != (quadrant % 2 == 1);
+  const bool sin_negative = (quadrant >= 2) != v.negative;
+  const bool cos_negative = quadrant == 1 || quadrant == 2;
+  return SinCosApproximation{finish(sin_negative, swapped ? c : s, n, 0), finish(cos_negative, swapped ? s : c, n, 0)};
+}
+
+}  // namespace quarn::fixed
