@@ -4,10 +4,11 @@
 // Entries are ordered by a stable counting sort, first by column, then by row. Only indices are sorted; the values move
 // once, at the end.
 #include <algorithm>
-#include <cstdint>
+#include <utility>
 
 #include "src/frame/classic.h"
 #include "src/frame/option.h"
+#include "src/kernels/scalar.h"
 #include "src/sparse/f11.h"
 #include "src/sparse/messages.h"
 #include "src/sparse/structure.h"
@@ -60,79 +61,97 @@ struct Entries {
   }
 };
 
-/// start[i - 1] := `base` + the number of keys below i, i = 1 ... n + 1 (the last only when `with_end`).
-void bucket_starts(const Integer* keys, Integer count, Integer n, Integer base, bool with_end, Integer* start) {
-  std::fill_n(start, std::size_t(n) + (with_end ? 1 : 0), 0);
+/// starts[i - 1] := base + the number of keys below i, i = 1 ... n; gives base + the number of all keys.
+Integer bucket_starts(const Integer* keys, Integer count, Integer n, Integer base, Integer* starts) {
+  std::fill_n(starts, n, 0);
   for (Integer k = 0; k < count; ++k) {
-    ++start[keys[k] - 1];
+    ++starts[keys[k] - 1];
   }
-  // Unsigned: one past the last of 2^31 - 1 entries wraps.
-  auto next = std::uint32_t(base);
+  Integer next = base;
   for (Integer i = 0; i < n; ++i) {
-    next += std::uint32_t(std::exchange(start[i], Integer(next)));
+    next += std::exchange(starts[i], next);
   }
-  if (with_end) {
-    start[n] = Integer(next);
-  }
+  return next;
 }
 
-/// Sorts by row and column, stably. istr holds the row starts; iwork has room for n + nnz Integers.
 template <class Value>
-void sort_entries(const Entries<Value>& matrix, const Integer* istr, Integer* iwork) {
-  Integer* next = iwork;
-  Integer* by_column = iwork + matrix.n;
-  bucket_starts(matrix.icol, matrix.nnz, matrix.n, 0, false, next);
-  for (Integer k = 0; k < matrix.nnz; ++k) {
-    by_column[next[matrix.icol[k] - 1]++] = k;
-  }
-  // The rows give way to the ranks of their entries: they can be told from the row starts afterwards.
-  std::copy_n(istr, matrix.n, next);
-  for (Integer k = 0; k < matrix.nnz; ++k) {
-    Integer& row = matrix.irow[by_column[k]];
-    row = next[row - 1]++;
-  }
-  move_to_ranks(matrix.irow, 1, matrix.nnz, matrix.a, matrix.icol);
-  Integer* row = matrix.irow;
-  for (Integer i = 0; i < matrix.n; ++i) {
-    const std::uint32_t length = std::uint32_t(istr[i + 1]) - std::uint32_t(istr[i]);
-    row = std::fill_n(row, length, i + 1);
-  }
+void row_starts(const Entries<Value>& matrix, Integer* istr) {
+  istr[matrix.n] = bucket_starts(matrix.irow, matrix.nnz, matrix.n, 1, istr);
 }
 
-/// Drops or sums entries of the same place. Gives the first duplicate of a sorted list for DUP 'F', otherwise -1.
+/// Sorts by row and column, stably: two passes of a counting sort over indices, then one move of each value. istr holds
+/// the row starts; iwork has room for n + nnz Integers.
 template <class Value>
-Integer merge_duplicates(Entries<Value>& matrix, char dup) {
-  Integer kept = 0;
-  for (Integer k = 1; k < matrix.nnz; ++k) {
-    if (!matrix.same_place(k, kept)) {
-      matrix.move(k, ++kept);
-    } else if (dup == 'F') {
-      return k;
-    } else if (dup == 'S') {
-      matrix.a[kept] = matrix.a[kept] + matrix.a[k];
+void sort_entries(const Entries<Value>& matrix, Integer* istr, Integer* iwork) {
+  // 1. The entries by column; each count ends up at the end of its column.
+  Integer* column_end = iwork;
+  Integer* permutation = iwork + matrix.n;
+  bucket_starts(matrix.icol, matrix.nnz, matrix.n, 0, column_end);
+  for (Integer k = 0; k < matrix.nnz; ++k) {
+    permutation[column_end[matrix.icol[k] - 1]++] = k;
+  }
+  // 2. In that order each takes the next place of its row; the row gives way to the place, and the columns, which the
+  // counts tell, are written as they will be.
+  Integer column = 1;
+  for (Integer k = 0; k < matrix.nnz; ++k) {
+    while (column_end[column - 1] == k) {
+      ++column;
     }
+    Integer& row = matrix.irow[permutation[k]];
+    const Integer place = istr[row - 1]++ - 1;
+    row = place;
+    matrix.icol[place] = column;
   }
-  matrix.nnz = std::min(matrix.nnz, kept + 1);
-  return -1;
+  // 3. The values. The places in irow and their inverse say where to.
+  for (Integer k = 0; k < matrix.nnz; ++k) {
+    permutation[matrix.irow[k]] = k;
+  }
+  move_to_ranks_ahead(matrix.irow, permutation, matrix.nnz, matrix.a);
+  // 4. The rows from their starts, each of which has become the next one's.
+  std::copy_backward(istr, istr + matrix.n - 1, istr + matrix.n);
+  istr[0] = 1;
+  Integer* row_entry = matrix.irow;
+  for (Integer i = 1; i <= matrix.n; ++i) {
+    row_entry = std::fill_n(row_entry, istr[i] - istr[i - 1], i);
+  }
 }
 
-/// Drops zeros. Gives the first one for ZERO 'F', otherwise -1.
+/// The first entry, from 0, that has the place of the one before it; nnz when there is none.
 template <class Value>
-Integer remove_zeros(Entries<Value>& matrix, char zero) {
-  if (zero == 'K') {
+Integer find_duplicate(const Entries<Value>& matrix) noexcept {
+  Integer k = 1;
+  while (k < matrix.nnz && !matrix.same_place(k, k - 1)) {
+    ++k;
+  }
+  return std::min(k, matrix.nnz);
+}
+
+/// Merges entries of the same place, of which the one at `duplicate` is the first, and then drops zeros, in one sweep.
+/// Gives the first zero that is left, or -1.
+template <class Value>
+Integer compact(Entries<Value>& matrix, Integer duplicate, char dup, char zero) {
+  if (zero == 'K' && duplicate == matrix.nnz) {
     return -1;
   }
-  const Value nothing(QuarnFloat(0));
-  Integer kept = 0;
-  for (Integer k = 0; k < matrix.nnz; ++k) {
-    if (matrix.a[k] != nothing) {
-      matrix.move(k, kept++);
-    } else if (zero == 'F') {
-      return k;
+  Integer first_zero = -1;
+  Integer kept = zero == 'K' ? duplicate - 1 : 0;
+  for (Integer k = kept; k < matrix.nnz;) {
+    const Integer from = k;
+    while (++k < matrix.nnz && k >= duplicate && matrix.same_place(k, from)) {
+      if (dup == 'S') {
+        matrix.a[from] = matrix.a[from] + matrix.a[k];
+      }
     }
+    if (zero != 'K' && is_zero(matrix.a[from])) {
+      if (zero == 'R') {
+        continue;
+      }
+      first_zero = first_zero < 0 ? kept : first_zero;
+    }
+    matrix.move(from, kept++);
   }
   matrix.nnz = kept;
-  return -1;
+  return first_zero;
 }
 
 /// Sees to the checks of arguments and index ranges; false when one failed. `sorted` tells whether the entries are in
@@ -183,24 +202,24 @@ void canonicalize(const Rules& rules, Integer n, Integer* nnz, Value* a, Integer
     return;
   }
 
-  bucket_starts(irow, matrix.nnz, n, 1, true, istr);
+  row_starts(matrix, istr);
   if (!sorted) {
     sort_entries(matrix, istr, iwork);
   }
-  const Integer duplicate = merge_duplicates(matrix, dup.letter());
-  if (duplicate >= 0) {
+  const Integer duplicate = find_duplicate(matrix);
+  if (dup.letter() == 'F' && duplicate < matrix.nnz) {
     return report.fail(
         3, 99993, " ** On entry, a duplicate entry has been found in row I and column J:\n    I = %16ld, J = %16ld.",
         irow[duplicate], icol[duplicate]);
   }
-  const Integer zero_entry = remove_zeros(matrix, zero.letter());
+  const Integer zero_entry = compact(matrix, duplicate, dup.letter(), zero.letter());
   if (zero_entry >= 0) {
     report.fail(4, 99992, " ** On entry, a zero entry has been found in row I and column J:\n    I = %16ld, J = %16ld.",
                 irow[zero_entry], icol[zero_entry]);
   }
   if (matrix.nnz < *nnz) {
     *nnz = matrix.nnz;
-    bucket_starts(irow, matrix.nnz, n, 1, true, istr);
+    row_starts(matrix, istr);
   }
 }
 

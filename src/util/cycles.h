@@ -56,6 +56,33 @@ Integer move_to_ranks(Integer* ranks, Integer first, Integer count, T*... arrays
   return repeated;
 }
 
+/// Moves element i of the array to place ranks[i], given also the inverse: sources[ranks[i]] = i. Places count from 0.
+/// Both are used up.
+///
+/// Following cycles would wait for memory at every step, since each place is known only from the one before. Here
+/// places are filled in order, by exchange, so that the elements of a large array can be fetched ahead of their turn.
+template <class T>
+void move_to_ranks_ahead(Integer* ranks, Integer* sources, Integer count, T* array) noexcept {
+  constexpr Integer kAhead = 16;
+  for (Integer i = 0; i < count; ++i) {
+    if (i < count - kAhead) {
+      // Where an exchange has changed these in the meantime, the wrong line is fetched: that costs time only.
+      const Integer source = sources[i + kAhead];
+      __builtin_prefetch(array + source, 1);
+      __builtin_prefetch(ranks + source, 1);
+      __builtin_prefetch(sources + ranks[i + kAhead], 1);
+    }
+    const Integer source = sources[i];
+    if (source != i) {
+      std::swap(array[i], array[source]);
+      // The element that has made room waits at `source` now.
+      const Integer rank = ranks[i];
+      sources[rank] = source;
+      ranks[source] = rank;
+    }
+  }
+}
+
 /// Replaces the permutation by its inverse. Gives 0, or a value that is there twice.
 inline Integer invert_permutation(Integer* entries, Integer first, Integer count) noexcept {
   Integer repeated = 0;
