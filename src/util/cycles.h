@@ -69,6 +69,7 @@ void move_to_ranks_ahead(Integer* ranks, Integer* sources, Integer count, T* arr
       // Where an exchange has changed these in the meantime, the wrong line is fetched: that costs time only.
       const Integer source = sources[i + kAhead];
       __builtin_prefetch(array + source, 1);
+      __builtin_prefetch(reinterpret_cast<const char*>(array + source + 1) - 1, 1);
       __builtin_prefetch(ranks + source, 1);
       __builtin_prefetch(sources + ranks[i + kAhead], 1);
     }

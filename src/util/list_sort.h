@@ -138,10 +138,15 @@ class ListSort {
     Integer b = right.head;
     while (a != 0 && b != 0) {
       // Strictly: among equals the earlier run goes first.
-      Integer& taken = values_[b] < values_[a] ? b : a;
-      *end = taken;
-      end = &links_[taken];
-      taken = *end;
+      if (values_[b] < values_[a]) {
+        *end = b;
+        end = &links_[b];
+        b = *end;
+      } else {
+        *end = a;
+        end = &links_[a];
+        a = *end;
+      }
     }
     *end = a != 0 ? a : b;
     return {head, left.start, left.length + right.length};
