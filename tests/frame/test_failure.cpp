@@ -40,12 +40,21 @@ TEST_CASE("IFAIL on entry decides what is printed") {
     std::string printed;
   };
   const Row rows[] = {
-      {1, ""},       {-1, kRecordTexts + kClosing},   {-13, kRecordTexts},
-      {-2, ""},      {-11, ""},                       {-3, ""},
-      {11, kRecordTexts + kClosing},                  {101, ""},
-      {111, kRecordTexts + kClosing},                 {-2147483647 - 1, ""},
-      {2, ""},       {9, ""},                         {2147483601, ""},
-      {991, kRecordTexts + kClosing},                 {-101, ""},
+      {1, ""},
+      {-1, kRecordTexts + kClosing},
+      {-13, kRecordTexts},
+      {-2, ""},
+      {-11, ""},
+      {-3, ""},
+      {11, kRecordTexts + kClosing},
+      {101, ""},
+      {111, kRecordTexts + kClosing},
+      {-2147483647 - 1, ""},
+      {2, ""},
+      {9, ""},
+      {2147483601, ""},
+      {991, kRecordTexts + kClosing},
+      {-101, ""},
   };
   const std::vector<char> records = two_records();
   for (const Row& row : rows) {
@@ -80,8 +89,12 @@ TEST_CASE("the closing line names a variable, or drops the value with a blank na
     std::string after_routine;
   };
   const Row rows[] = {
-      {"INFO", 4, ": INFO =    -7"}, {"N   ", 4, ": N =    -7"},  {"    ", 4, ""},
-      {"INFO", 2, ": IN =    -7"},   {"A B ", 4, ": A B =    -7"}, {"", 0, ""},
+      {"INFO", 4, ": INFO =    -7"},
+      {"N   ", 4, ": N =    -7"},
+      {"    ", 4, ""},
+      {"INFO", 2, ": IN =    -7"},
+      {"A B ", 4, ": A B =    -7"},
+      {"", 0, ""},
       {"INFO", -3, ""},
   };
   for (const Row& row : rows) {

@@ -43,8 +43,7 @@ const std::vector<Row>& rows() {
       {2, " ** LWORK, =               12,  must be at least:            -345.",
        "C06FAF     6 99994     2               12             -345"},
       {3, " ** X is an invalid value of DIRECT.", "C06FAF     3 99997     1 X"},
-      {4, " ** TOL =  -1.2346e-03, 100% of it; NORM 1-norm.",
-       "C06FAF     1 99998     2  -1.2346e-03 1-norm"},
+      {4, " ** TOL =  -1.2346e-03, 100% of it; NORM 1-norm.", "C06FAF     1 99998     2  -1.2346e-03 1-norm"},
       {5, " ** Unexpected failure in an internal call.", "C06FAF     4 99996     0"},
   };
   return table;
