@@ -109,13 +109,29 @@ inline void shift_down(Word* out, const Word* a, int n, int bits) {
 
 /// The product of two fractions of n words: at most n units below the exact one, never above. out may be a or b.
 inline void multiply_high(Word* out, const Word* a, const Word* b, int n) {
-  // Columns below n - 1 are left out: less than n - 1 units. sum[0] is column n - 1.
-  Word sum[kMaxWords + 1];
-  sum[0] = 0;
-  for (int i = 0; i < n; ++i) {
-    sum[i + 1] = add_product(sum, a + (n - 1 - i), i + 1, b[i]);
+  // By columns, the low and high words of the products summed apart: no carry is waited for inside a column. Columns
+  // below n - 1 are left out: less than n - 1 units.
+  Word result[kMaxWords];
+  Wide carry = 0;
+  for (int column = n - 1; column <= 2 * n - 2; ++column) {
+    const int first = column - n + 1;
+    Wide low = carry;
+    Wide high = 0;
+    const Word* x = a + first;
+    const Word* y = b + n - 1;
+#pragma GCC unroll 8
+    for (int i = n - first; i > 0; --i) {
+      const Wide product = Wide(*x++) * *y--;
+      low += Word(product);
+      high += Word(product >> kBits);
+    }
+    if (column >= n) {
+      result[column - n] = Word(low);
+    }
+    carry = (low >> kBits) + high;
   }
-  std::copy_n(sum + 1, n, out);
+  result[n - 1] = Word(carry);
+  std::copy_n(result, n, out);
 }
 
 inline bool is_zero(const Word* a, int n) {
