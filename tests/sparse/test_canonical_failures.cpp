@@ -5,10 +5,12 @@
 #include <vector>
 
 #include "quarn/quarnfloat.h"
+#include "sparse/failure_rows.h"
 #include "src/sparse/f11.h"
 #include "support/outcome.h"
 
-using support::buffer_text;
+using failures::For;
+using failures::Routine;
 using support::Outcome;
 using support::wide;
 
@@ -25,11 +27,7 @@ struct Arguments {
   int zero_length = 1;
 };
 
-struct Routine {
-  std::string name;
-  bool triangle;
-};
-const Routine kRoutines[] = {{"F11ZAF", false}, {"F11ZBF", true}, {"F11ZNF", false}, {"F11ZPF", true}};
+const std::vector<Routine> kRoutines = {{"F11ZAF", false}, {"F11ZBF", true}, {"F11ZNF", false}, {"F11ZPF", true}};
 
 /// Calls the routine; A holds 0, 1, 2, ... in the order given.
 Outcome call(const std::string& name, Arguments& x) {
@@ -53,18 +51,8 @@ Outcome call(const std::string& name, Arguments& x) {
   });
 }
 
-enum class For { all, general, triangle };
-
-struct Row {
-  For which;
-  void (*change)(Arguments&);
-  int ifail, label;
-  std::string message;
-  std::vector<std::string> values;
-};
-
-const std::vector<Row>& rows() {
-  static const std::vector<Row> table = {
+const std::vector<failures::Row<Arguments>>& rows() {
+  static const std::vector<failures::Row<Arguments>> table = {
       {For::all, [](Arguments& x) { x.n = 0; }, 1, 99999, " ** On entry, N .lt. 1: N =" + wide(0) + ".", {wide(0)}},
       {For::all,
        [](Arguments& x) { x.n = INT_MIN, x.nnz = -1, x.dup = "?"; },
@@ -166,26 +154,7 @@ const std::vector<Row>& rows() {
 }  // namespace
 
 TEST_CASE("every failure of the sorting routines: code, label, message, buffer") {
-  for (const Row& row : rows()) {
-    for (const Routine& routine : kRoutines) {
-      if ((row.which == For::general && routine.triangle) || (row.which == For::triangle && !routine.triangle)) {
-        continue;
-      }
-      CAPTURE(routine.name);
-      Arguments arguments;
-      row.change(arguments);
-      const Arguments before = arguments;
-      const Outcome outcome = call(routine.name, arguments);
-      CHECK(outcome.ifail == row.ifail);
-      CHECK(outcome.console == row.message);
-      CHECK(outcome.buffer == buffer_text(routine.name, row.ifail, row.label, row.values));
-      if (row.ifail < 3) {
-        CHECK(arguments.irow == before.irow);
-        CHECK(arguments.icol == before.icol);
-        CHECK(arguments.nnz == before.nnz);
-      }
-    }
-  }
+  failures::check(rows(), kRoutines, call, [](const Routine&, const auto& row) { return row.label; });
 }
 
 TEST_CASE("a zero that fails leaves merged entries behind, a duplicate that fails sorted ones") {

@@ -5,10 +5,12 @@
 #include <vector>
 
 #include "quarn/quarnfloat.h"
+#include "sparse/failure_rows.h"
 #include "src/sparse/f11.h"
 #include "support/outcome.h"
 
-using support::buffer_text;
+using failures::For;
+using failures::Routine;
 using support::Outcome;
 using support::wide;
 
@@ -25,11 +27,7 @@ struct Arguments {
   int trans_length = 1;
 };
 
-struct Routine {
-  std::string name;
-  bool triangle;
-};
-const Routine kRoutines[] = {{"F11XAF", false}, {"F11XNF", false}, {"F11XEF", true}, {"F11XSF", true}};
+const std::vector<Routine> kRoutines = {{"F11XAF", false}, {"F11XNF", false}, {"F11XEF", true}, {"F11XSF", true}};
 
 /// Calls the routine; y must come back untouched.
 Outcome call(const std::string& name, const Arguments& x) {
@@ -56,19 +54,9 @@ Outcome call(const std::string& name, const Arguments& x) {
   return outcome;
 }
 
-enum class For { all, general, triangle };
-
 /// Labels are those of the general routines; the others have one message less after the first.
-struct Row {
-  For which;
-  void (*change)(Arguments&);
-  int ifail, label;
-  std::string message;
-  std::vector<std::string> values;
-};
-
-const std::vector<Row>& rows() {
-  static const std::vector<Row> table = {
+const std::vector<failures::Row<Arguments>>& rows() {
+  static const std::vector<failures::Row<Arguments>> table = {
       {For::all,
        [](Arguments& x) { x.check = "X", x.trans = "X", x.n = 0; },
        1,
@@ -176,19 +164,7 @@ const std::vector<Row>& rows() {
 }  // namespace
 
 TEST_CASE("every failure of the products: code, label, message, buffer, and y untouched") {
-  for (const Row& row : rows()) {
-    for (const Routine& routine : kRoutines) {
-      if ((row.which == For::general && routine.triangle) || (row.which == For::triangle && !routine.triangle)) {
-        continue;
-      }
-      CAPTURE(routine.name);
-      Arguments arguments;
-      row.change(arguments);
-      const Outcome outcome = call(routine.name, arguments);
-      const int label = routine.triangle && row.label < 99998 ? row.label + 1 : row.label;
-      CHECK(outcome.ifail == row.ifail);
-      CHECK(outcome.console == row.message);
-      CHECK(outcome.buffer == buffer_text(routine.name, row.ifail, label, row.values));
-    }
-  }
+  failures::check(rows(), kRoutines, call, [](const Routine& routine, const auto& row) {
+    return routine.triangle && row.label < 99998 ? row.label + 1 : row.label;
+  });
 }
