@@ -1,9 +1,9 @@
 // Products of long coefficients: the dispatch between schoolbook, Karatsuba and number-theoretic transform.
 #pragma once
 
+#include "host/limbs/columns.h"
 #include "host/limbs/cyclic_product.h"
 #include "host/limbs/karatsuba.h"
-#include "host/limbs/schoolbook.h"
 #include "host/limbs/tuning.h"
 
 namespace quarn {
@@ -59,7 +59,7 @@ void multiply_balanced(typename R::Limb* out, const typename R::Limb* a, const t
   const Thresholds& limit = thresholds<typename R::Limb>;
   const bool square = a == b;
   if (n < std::max<std::size_t>(4, square ? limit.karatsuba_square : limit.karatsuba)) {
-    multiply_schoolbook<R>(out, a, n, b, n);
+    multiply_columns<R>(out, a, n, b, n, 2 * n);
   } else if (n < (square ? limit.transform_square : limit.transform) || !multiply_transform<R>(out, a, n, b, n)) {
     multiply_karatsuba<R>(out, a, b, n, multiply_balanced<R>);
   }
@@ -77,7 +77,7 @@ void multiply(typename R::Limb* out, const typename R::Limb* a, std::size_t na, 
   if (na == nb) {
     multiply_balanced<R>(out, a, b, na);
   } else if (nb < limit.karatsuba) {
-    multiply_schoolbook<R>(out, a, na, b, nb);
+    multiply_columns<R>(out, a, na, b, nb, na + nb);
   } else if (nb < limit.transform || !(na > 8 * nb ? multiply_transform_in_pieces<R>(out, a, na, b, nb)
                                                    : multiply_transform<R>(out, a, na, b, nb))) {
     multiply_in_pieces<R>(out, a, na, nb, nb,

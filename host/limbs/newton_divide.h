@@ -10,6 +10,7 @@
 #include <cstddef>
 
 #include "host/limbs/multiply.h"
+#include "host/limbs/schoolbook.h"
 
 namespace quarn::newton {
 

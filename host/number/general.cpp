@@ -134,6 +134,17 @@ QuarnFloat general_product(const QuarnFloat& a, const QuarnFloat& b) {
   const View x = view_of(a);
   const View y = view_of(b);
   LimbBuffer<> product(x.length + y.length);
+  const std::size_t terms = std::min(x.length, y.length);
+  // The rounding unit, and half of it, end before the last limb kept, whose digits decide only when they are all zeros
+  // or, but for what is missing, all nines.
+  const std::size_t keep = (std::size_t(QuarnDigits()) + 2 + kLimbDigits - 1) / kLimbDigits + 1;
+  if (terms < thresholds<Limb>.short_product && keep + 2 < x.length + y.length) {
+    multiply_columns<Radix>(product, x.limbs, x.length, y.limbs, y.length, keep);
+    const Limb last = product[keep - 1];
+    if (last != 0 && last + terms < Radix::base) {
+      return rounded(x.negative != y.negative, x.exponent + y.exponent, product, keep, true);
+    }
+  }
   multiply<Radix>(product, x.limbs, x.length, y.limbs, y.length);
   return rounded(x.negative != y.negative, x.exponent + y.exponent, product, x.length + y.length, false);
 }

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "host/limbs/multiply.h"
+#include "host/limbs/schoolbook.h"
 #include "host/number/access.h"
 #include "host/number/storage.h"
 

@@ -44,7 +44,7 @@ TEST_CASE_TEMPLATE("products of every kind and length agree with the naive produ
     REQUIRE(multiply_transform<R>(out.data(), a.data(), na, b.data(), nb));
     CHECK(out == expected);
     const auto size = [&random] { return std::size_t(random.between(4, 30)); };
-    const support::LowThresholds<R> low({size(), size(), size() + 8, size() + 8, 2, 2});
+    const support::LowThresholds<R> low({size(), size(), size() + 8, size() + 8, 2, 2, 0});
     CHECK(by_dispatch<R>(a, b) == expected);
   }
 }
@@ -56,7 +56,7 @@ TEST_CASE_TEMPLATE("a square is the product of equal operands", R, TESK_ALL_RADI
     const auto expected = support::naive_product<R>(a, a);
     CAPTURE(n);
     Limbs<R> out(2 * n, 7);
-    const support::LowThresholds<R> low({4, 5, 40, 50, 2, 2});
+    const support::LowThresholds<R> low({4, 5, 40, 50, 2, 2, 0});
     square<R>(out.data(), a.data(), n);
     CHECK(out == expected);
     REQUIRE(multiply_transform<R>(out.data(), a.data(), n, a.data(), n));
@@ -93,6 +93,30 @@ TEST_CASE_TEMPLATE("the square of all nines", R, TESK_ALL_RADICES) {
     expected[n - 1] -= 1;
     expected.back() = 1;
     CHECK(out == expected);
+  }
+}
+
+TEST_CASE_TEMPLATE("a short product misses less than a unit a term", R, TESK_ALL_RADICES) {
+  support::Random random;
+  for (int i = 0; i < 400; ++i) {
+    const std::size_t na = std::size_t(random.between(1, i % 40 == 0 ? 500 : 40));
+    const std::size_t nb = std::size_t(random.between(1, i % 40 == 0 ? 500 : 40));
+    const std::size_t keep = std::size_t(random.between(1, std::int64_t(na + nb + 1)));
+    const std::size_t size = std::min(keep, na + nb);
+    const auto a = support::extreme_limbs<R>(random, na);
+    const auto b = support::extreme_limbs<R>(random, nb);
+    const auto exact = support::naive_product<R>(a, b);
+    Limbs<R> out(size, 7);
+    multiply_columns<R>(out.data(), a.data(), na, b.data(), nb, keep);
+    CAPTURE(na);
+    CAPTURE(nb);
+    CAPTURE(keep);
+    CHECK(subtract<R>(out.data(), exact.data(), out.data(), size) == 0);
+    double missing = 0;
+    for (const auto limb : out) {
+      missing = missing * double(R::base) + double(limb);
+    }
+    CHECK(missing <= (keep < na + nb ? double(std::min(na, nb)) : 0));
   }
 }
 

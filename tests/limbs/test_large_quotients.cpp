@@ -48,7 +48,7 @@ template <class R>
 support::LowThresholds<R> low_thresholds(support::Random& random) {
   const auto size = [&random](std::int64_t low, std::int64_t high) { return std::size_t(random.between(low, high)); };
   const std::size_t newton = size(2, 24);
-  return support::LowThresholds<R>({size(4, 12), size(4, 12), size(10, 70), size(10, 70), newton, newton});
+  return support::LowThresholds<R>({size(4, 12), size(4, 12), size(10, 70), size(10, 70), newton, newton, 0});
 }
 
 }  // namespace
