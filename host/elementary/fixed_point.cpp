@@ -8,8 +8,8 @@
 
 // Error bounds, in units of the last fraction word's last bit, n words. Conversion of the argument: 2. Each product of
 // fractions: n. Each table entry or constant: 2. A Taylor sum: 2n + 4 with the terms of its statement. A look-up of exp
-// is one product and one entry; of sin and cos two products and four entries for each of them, on errors that grow at
-// most by sqrt(2); of log 2 and an entry. With at most 8 stages, of which exp and sin, cos use 5 and only 2 up to 10
+// is one product and one entry; of sin and cos two products and two entries for each of them, on errors that grow at
+// most by sqrt(2); of log 2 and an entry. With at most 8 stages, of which exp uses 5, sin and cos 3 and only 2 up to 10
 // words, everything stays below 64 n units (exp: after the last product by a number below 2).
 namespace quarn::fixed {
 namespace {
@@ -237,7 +237,7 @@ std::optional<SinCosApproximation> sin_cos(const QuarnFloat& x, int w) {
     subtract(rest, half_pi(n + 1), wide, n + 2);
     wide = rest;
   }
-  const int stages = stages_for(n);
+  const int stages = std::min(stages_for(n), 3);
   int rows[kMaxStages];
   for (int stage = 0; stage < stages; ++stage) {
     rows[stage] = take_bits(r, n, stage);

@@ -1,4 +1,4 @@
-// Elementary functions in binary fixed point: the fast road at up to some 6000 digits.
+// Elementary functions in binary fixed point: the fast road at up to some 3000 digits.
 //
 // Arguments are reduced by table look-ups of eight bits each, the rest goes into a Taylor sum by Horner's rule, of
 // which each term is computed only as far as it counts. The tables fill as they are used.

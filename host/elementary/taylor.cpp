@@ -42,7 +42,7 @@ void concurrent_sums(Word* out, const Word* y, int n, int bits, int first) {
   constexpr int kStep = kSeries == Series::alternate_factorial ? 2 : 1;
   constexpr int kMostSums = 16;
   const int terms = n * kBits / (bits + (kSeries == Series::logarithm ? 0 : 5 * kStep));
-  const int m = terms < 24 ? 4 : terms < 120 ? 8 : kMostSums;
+  const int m = terms < 60 ? 4 : terms < 160 ? 8 : kMostSums;
   const auto c = [](int k, int length) {
     return kSeries == Series::logarithm ? inverse_integer(k, length) : inverse_factorial(k, length);
   };
@@ -138,18 +138,21 @@ void sin_cos_series(Word* s, Word* v, const Word* r, int n, int bits) {
 }
 
 void combine_sin_cos(Word* s, Word* v, const Word* other_s, const Word* other_v, int n) {
-  // sin(a+b) = sa + sb - sa vb - va sb, 1 - cos(a+b) = va + vb - va vb + sa sb
+  // sin(a+b) = sa + sb - (sa vb + va sb), 1 - cos(a+b) = va + vb - va vb + sa sb; the bracket is
+  // (sa + va)(sb + vb) - sa sb - va vb, whose sums are below 1 for angles up to pi/4.
   Number ss;
-  Number sv;
-  Number vs;
   Number vv;
+  Number cross;
+  Number other_sum;
   multiply_high(ss, s, other_s, n);
-  multiply_high(sv, s, other_v, n);
-  multiply_high(vs, v, other_s, n);
   multiply_high(vv, v, other_v, n);
+  add(cross, s, v, n);
+  add(other_sum, other_s, other_v, n);
+  multiply_high(cross, cross, other_sum, n);
+  subtract(cross, cross, ss, n);
+  subtract(cross, cross, vv, n);
   add(s, s, other_s, n);
-  subtract(s, s, sv, n);
-  subtract(s, s, vs, n);
+  subtract(s, s, cross, n);
   add(v, v, other_v, n);
   subtract(v, v, vv, n);
   add(v, v, ss, n);

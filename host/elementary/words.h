@@ -13,7 +13,7 @@ using Wide = Radix::Wide;
 inline constexpr int kBits = 8 * sizeof(Word);
 
 /// The longest number, integer word and guard words included.
-inline constexpr int kMaxWords = 20'480 / kBits;
+inline constexpr int kMaxWords = 12'800 / kBits;
 
 /// A number of up to kMaxWords words; how many are in use is known to its user.
 struct Number {
