@@ -10,7 +10,7 @@
 
 #include <algorithm>
 
-#include "host/limbs/powers.h"
+#include "host/limbs/divider.h"
 
 #if QUARN_LIMB_BITS == 64
 
@@ -30,12 +30,6 @@ struct Cut {
   PowerOfTen<R> unit;
   Limb half;
 };
-
-/// floor(x / base) or one less, for x < 2^123: x / 2^59 loses 0.58, the reciprocal 0.23.
-[[gnu::always_inline]] inline Limb reduce(Wide x) {
-  constexpr Limb kReciprocal = Limb((Wide(1) << 123) / kBase);
-  return multiply_high<R>(Limb(x >> 59), kReciprocal);
-}
 
 /// Moves carries up; what leaves the first limb must be a lone 1.
 template <int N>
@@ -265,33 +259,6 @@ template <int N, bool kMore>
 // at most, and subtract its products column by column from the remainder without moving carries: the next digit makes
 // up for what is short, and columns are brought below the base only when they come to lead.
 
-/// floor((2^128 - 1) / d) - 2^64 for d >= 2^63.
-inline Limb reciprocal_word(Limb d) {
-#if defined(__x86_64__)
-  Limb quotient = 0;
-  Limb remainder = ~d;
-  __asm__("divq %2" : "=a"(quotient), "+d"(remainder) : "rm"(d), "0"(~Limb(0)) : "cc");
-  return quotient;
-#else
-  return Limb(((Wide(~d) << 64) | ~Limb(0)) / d);
-#endif
-}
-
-/// Divides by a fixed number, from below.
-struct Divider {
-  Limb reciprocal;
-  int shift;
-
-  /// value is the divisor, or above it by a relative error of 2^-63.
-  explicit Divider(Limb value, int leading_zeros) : reciprocal(reciprocal_word(value)), shift(leading_zeros) {}
-  /// At most floor(x / divisor), and at most 3 below it.
-  [[gnu::always_inline]] Limb quotient(Wide x) const {
-    const Wide scaled = x << shift;
-    const Limb front = Limb(scaled >> 64);
-    return front + Limb((Wide(front) * reciprocal + Limb(scaled)) >> 64);
-  }
-};
-
 /// Takes whole bases out of column[1] into column[0] and returns previous * base + column[0], a lower bound of the
 /// remainder's lead within 256 units, not below zero. Columns stay below 2^126: digits are below 5 * base.
 [[gnu::always_inline]] inline Wide lead(Signed previous, Signed* column) {
@@ -322,11 +289,11 @@ template <int N, bool kMore>
     const Limb low = reduce(Wide(b[1]) << shift) + 2;
     divisor = divisor + low < divisor ? ~Limb(0) : divisor + low;
   }
-  const Divider by(divisor, shift);
+  const LimbDivider<R> by(divisor, shift);
   Limb digit[kCount];
 #pragma GCC unroll 9
   for (int i = 0; i < kCount; ++i) {
-    digit[i] = by.quotient(lead(column[i], column + i + 1));
+    digit[i] = by.below(lead(column[i], column + i + 1));
 #pragma GCC unroll 9
     for (int j = 0; j < N; ++j) {
       if (i + 1 < kCount && i + j + 1 < kCount + 2) {
@@ -369,14 +336,13 @@ template <int N, bool kMore>
   digit[0] = root;
   column[1] = Signed(front - Wide(root) * root);
   column[0] = 0;
-  const int shift = std::countl_zero(2 * root);
-  const Divider by((2 * root) << shift, shift);
+  const LimbDivider<R> by(2 * root);
   const double inverse = 1.0000001 / (double(root) * double(kBase));
   double correction = 0;
 #pragma GCC unroll 9
   for (int i = 1; i < kCount; ++i) {
     // The divisor is the first limb doubled: what the rest of the root takes off the quotient is small.
-    const Limb rough = by.quotient(lead(column[i], column + i + 1));
+    const Limb rough = by.below(lead(column[i], column + i + 1));
     const double share = i == 1 ? double(std::int64_t(rough)) * 0.5 * inverse : correction;
     const Limb excess = Limb(std::int64_t(double(std::int64_t(rough)) * share)) + 1;
     digit[i] = rough < excess ? 0 : rough - excess;

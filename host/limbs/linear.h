@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-#include "host/limbs/powers.h"
+#include "host/limbs/divider.h"
 
 namespace quarn {
 
@@ -88,9 +88,9 @@ template <class R>
 typename R::Limb multiply_limb(typename R::Limb* out, const typename R::Limb* a, std::size_t n, typename R::Limb factor,
                                typename R::Limb addend = 0) {
   for (std::size_t i = n; i-- > 0;) {
-    const typename R::Wide product = typename R::Wide(a[i]) * factor + addend;
-    addend = typename R::Limb(product / R::base);
-    out[i] = typename R::Limb(product % R::base);
+    const Parted<R> product = part<R>(typename R::Wide(a[i]) * factor + addend);
+    addend = typename R::Limb(product.quotient);
+    out[i] = product.remainder;
   }
   return addend;
 }
@@ -110,12 +110,12 @@ typename R::Limb divide_limb(typename R::Limb* out, const typename R::Limb* a, s
 /// out[0 .. n] = a moved right by `places` digits, 0 <= places <= R::digits: one limb more than a.
 template <class R>
 void shift_right(typename R::Limb* out, const typename R::Limb* a, std::size_t n, int places) {
-  const typename R::Limb low = R::powers[places];
-  const typename R::Limb high = R::powers[R::digits - places];
+  const PowerOfTen<R> low = kPowersOfTen<R>[std::size_t(places)];
+  const typename R::Limb high = R::powers[std::size_t(R::digits - places)];
   typename R::Limb below = 0;
   for (std::size_t i = n; i-- > 0;) {
-    const typename R::Limb quotient = a[i] / low;
-    const typename R::Limb rest = a[i] - quotient * low;
+    const typename R::Limb quotient = low.quotient(a[i]);
+    const typename R::Limb rest = a[i] - quotient * low.value;
     out[i + 1] = rest * high + below;
     below = quotient;
   }
@@ -125,12 +125,12 @@ void shift_right(typename R::Limb* out, const typename R::Limb* a, std::size_t n
 /// out[0 .. n) = a moved left by `places` digits, 0 <= places < R::digits; returns the digits that fall out.
 template <class R>
 typename R::Limb shift_left(typename R::Limb* out, const typename R::Limb* a, std::size_t n, int places) {
-  const typename R::Limb high = R::powers[places];
-  const typename R::Limb low = R::powers[R::digits - places];
+  const typename R::Limb high = R::powers[std::size_t(places)];
+  const PowerOfTen<R> low = kPowersOfTen<R>[std::size_t(R::digits - places)];
   typename R::Limb fallen = 0;
   for (std::size_t i = n; i-- > 0;) {
-    const typename R::Limb quotient = a[i] / low;
-    out[i] = (a[i] - quotient * low) * high + fallen;
+    const typename R::Limb quotient = low.quotient(a[i]);
+    out[i] = (a[i] - quotient * low.value) * high + fallen;
     fallen = quotient;
   }
   return fallen;

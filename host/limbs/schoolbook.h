@@ -28,14 +28,34 @@ void multiply_schoolbook(typename R::Limb* out, const typename R::Limb* a, std::
       for (; i < stop; ++i) {
         sum += Wide(a[i]) * b[k - 1 - i];
       }
-      const Wide quotient = sum / R::base;
-      above += quotient;
-      sum -= quotient * R::base;
+      const Parted<R> parted = part<R>(sum);
+      above += parted.quotient;
+      sum = parted.remainder;
     }
     out[k] = typename R::Limb(sum);
     carry = above;
   }
   out[0] = typename R::Limb(carry);
+}
+
+/// a[0 .. n) -= b * factor, factor < 2 * base; returns what is to be taken from the limb before. The products are
+/// parted one by one, so that only the borrow hands on from limb to limb.
+template <class R>
+typename R::Limb subtract_product(typename R::Limb* a, const typename R::Limb* b, std::size_t n,
+                                  typename R::Limb factor) {
+  using Limb = typename R::Limb;
+  Limb above = 0;
+  Limb borrow = 0;
+  for (std::size_t i = n; i-- > 0;) {
+    const Parted<R> product = part<R>(typename R::Wide(factor) * b[i]);
+    // Three bases more keep the difference above zero; it stays below four, which a limb can hold.
+    const Limb biased = a[i] + 3 * R::base - product.remainder - above - borrow;
+    const Limb bases = Limb(biased >= R::base) + Limb(biased >= 2 * R::base) + Limb(biased >= 3 * R::base);
+    a[i] = biased - bases * R::base;
+    borrow = 3 - bases;
+    above = Limb(product.quotient);
+  }
+  return above + borrow;
 }
 
 /// quotient[0 .. na-nb] = a / b and a[0 .. na) becomes the remainder (in its last nb limbs; the others are zero).
@@ -57,6 +77,7 @@ void divide_schoolbook(typename R::Limb* quotient, typename R::Limb* a, std::siz
   multiply_limb<R>(work, b, nb, scale);
   const Limb lead = work[0];
   const Limb second = work[1];
+  const LimbDivider<R> by(lead);
   for (std::size_t k = 0; k + nb <= na; ++k) {
     // The window is (a[k-1], a[k] .. a[k+nb)), below b * base. Scaling four limbs of it may miss a carry into the
     // third, hence the 1 below: the digit is never too small, and too large by one at most.
@@ -64,24 +85,13 @@ void divide_schoolbook(typename R::Limb* quotient, typename R::Limb* a, std::siz
     Limb window[4] = {above, a[k], a[k + 1], k + 2 < na ? a[k + 2] : 0};
     multiply_limb<R>(window, window, 4, scale);
     const Wide dividend = Wide(window[0]) * R::base + window[1];
-    Wide digit = dividend / lead;
-    Wide rest = dividend % lead;
+    Wide digit = by.quotient(dividend);
+    Wide rest = dividend - digit * lead;
     while (digit >= R::base || (rest < R::base && digit * second > rest * R::base + window[2] + 1)) {
       --digit;
       rest += lead;
     }
-    // Subtract digit * b from the window.
-    Limb borrow = 0;
-    for (std::size_t i = nb; i-- > 0;) {
-      const Wide product = digit * b[i] + borrow;
-      const Limb low = Limb(product % R::base);
-      borrow = Limb(product / R::base);
-      if (a[k + i] < low) {
-        a[k + i] += R::base;
-        ++borrow;
-      }
-      a[k + i] -= low;
-    }
+    const Limb borrow = subtract_product<R>(a + k, b, nb, Limb(digit));
     if (borrow > above) {
       --digit;
       add<R>(a + k, a + k, b, nb);
@@ -123,6 +133,7 @@ bool sqrt_schoolbook(typename R::Limb* root, typename R::Limb* radicand, std::si
   const Wide rest = lead - Wide(root[0]) * root[0];
   radicand[0] = Limb(rest / R::base);
   radicand[1] = Limb(rest % R::base);
+  const LimbDivider<R> by(2 * root[0]);
   for (std::size_t k = 1; k < n; ++k) {
     // The remainder, two new limbs at its end, modulo base^(k+3): negative while the first limb is large.
     Limb* const w = radicand + k - 1;
@@ -132,21 +143,30 @@ bool sqrt_schoolbook(typename R::Limb* root, typename R::Limb* radicand, std::si
       Limb carry = 1;
       for (std::size_t i = k + 3; i-- > 0;) {
         const Limb doubled = (i >= 2 ? 2 * root[i - 2] : 0) + carry;
-        const Wide sum = subtracting ? Wide(w[i]) + 3 * Wide(R::base) - doubled : Wide(w[i]) + doubled;
-        w[i] = Limb(sum % R::base);
-        carry = subtracting ? Limb(3 - sum / R::base) : Limb(sum / R::base);
+        const Limb sum = subtracting ? w[i] + 3 * R::base - doubled : w[i] + doubled;
+        const Limb bases = sum / R::base;
+        w[i] = sum - bases * R::base;
+        carry = subtracting ? 3 - bases : bases;
       }
     };
     const Wide top = (Wide(w[0]) * R::base + w[1]) * R::base + w[2];
-    const Limb digit = Limb(std::min(top / (2 * Wide(root[0]) + 1), Wide(R::base - 1)));
-    Wide borrow = 0;
-    for (std::size_t i = k + 3; i-- > 0;) {
-      const Wide product = (i == k + 2 ? Wide(digit) * digit : i >= 2 ? 2 * Wide(digit) * root[i - 2] : 0) + borrow;
-      const Limb low = Limb(product % R::base);
-      borrow = product / R::base + (w[i] < low);
-      w[i] = w[i] < low ? w[i] + R::base - low : w[i] - low;
-    }
+    const Limb rough = Limb(std::min(Wide(by.quotient(top)), Wide(2 * R::base - 1)));
+    // What the next limb of the root, or else the digit itself, adds to the divisor takes little off the quotient.
+    const double next = k > 1 ? double(root[1]) : double(rough) / 2;
+    const Limb excess = Limb(double(rough) * (next / double(R::base) / double(root[0])));
+    const Limb digit = std::min(rough - excess, R::base - 1);
     root[k] = digit;
+    // digit * (2S * base + digit): the doubled factor belongs to the limbs of S.
+    const Parted<R> square = part<R>(Wide(digit) * digit);
+    const Limb short_of = w[k + 2] < square.remainder;
+    w[k + 2] += (R::base & -short_of) - square.remainder;
+    subtract_limb<R>(w, k + 2, Limb(square.quotient) + short_of);
+    Limb borrow = subtract_product<R>(w + 2, root, k, 2 * digit);
+    for (std::size_t i = 2; i-- > 0 && borrow != 0;) {
+      const Limb missing = w[i] < borrow ? (borrow - w[i] + R::base - 1) / R::base : 0;
+      w[i] = w[i] + missing * R::base - borrow;
+      borrow = missing;
+    }
     while (negative()) {
       root[k] -= 1;
       step(false);

@@ -1,0 +1,165 @@
+// Properties of arithmetic that hold at every precision, and the rules for special values.
+#include <doctest/doctest.h>
+
+#include <string>
+
+#include "quarn/quarnfloat.h"
+#include "support/random.h"
+
+namespace {
+
+QuarnFloat random_number(support::Random& random, int digits) {
+  const std::string sign = random.once_in(2) ? "-" : "";
+  const int length = random.once_in(3) ? int(random.between(1, digits)) : digits;
+  return QuarnFloat(
+      (sign + "1" + random.digits(std::size_t(length)) + "e" + std::to_string(random.between(-30, 30))).c_str());
+}
+
+/// Equal values of equal sign, NaN equal to NaN.
+bool same(const QuarnFloat& a, const QuarnFloat& b) {
+  return (isnan(a) && isnan(b)) || (a == b && signbit(a) == signbit(b));
+}
+
+/// The unit in the last place of a finite x that is not zero, at the working digits.
+QuarnFloat unit_of(const QuarnFloat& x) {
+  int exponent = 0;
+  for (QuarnFloat y = fabs(x); y >= QuarnFloat(10); y = y / QuarnFloat(10)) {
+    ++exponent;
+  }
+  for (QuarnFloat y = fabs(x); y < QuarnFloat(1); y = y * QuarnFloat(10)) {
+    --exponent;
+  }
+  return QuarnFloat(1, exponent + 1 - QuarnDigits());
+}
+
+struct Digits {
+  explicit Digits(int digits) { QuarnSetDigits(digits); }
+  ~Digits() { QuarnSetDigits(20); }
+};
+
+}  // namespace
+
+TEST_CASE("operations commute, mirror their signs and replace their operands") {
+  support::Random random;
+  for (int i = 0; i < 3000; ++i) {
+    const int digits = int(random.between(1, 140));
+    const Digits working(digits);
+    const QuarnFloat a = random_number(random, digits);
+    const QuarnFloat b = random_number(random, digits);
+    CAPTURE(digits);
+    CAPTURE(a);
+    CAPTURE(b);
+    CHECK(same(a + b, b + a));
+    CHECK(same(a * b, b * a));
+    CHECK(same(a - b, -(b - a)) == (a != b));
+    CHECK(same(a - b, a + -b));
+    CHECK(same(-a * b, -(a * b)));
+    CHECK(same(-a / b, -(a / b)));
+    QuarnFloat x = a;
+    x += b;
+    CHECK(same(x, a + b));
+    x = a;
+    x *= x;
+    CHECK(same(x, a * a));
+    x = a;
+    x = x - b * x;
+    CHECK(same(x, a - b * a));
+    x = a;
+    x /= x;
+    CHECK(same(x, QuarnFloat(1)));
+  }
+}
+
+TEST_CASE("each result is the nearest one: exact results at more digits are within half a unit") {
+  support::Random random;
+  for (int i = 0; i < 1500; ++i) {
+    const int digits = int(random.between(1, 130));
+    const Digits working(digits);
+    const QuarnFloat a = random_number(random, digits);
+    const QuarnFloat b = random_number(random, digits);
+    const QuarnFloat results[] = {a + b, a * b, a / b, sqrt(fabs(a))};
+    QuarnFloat units[4];
+    for (int k = 0; k < 4; ++k) {
+      units[k] = results[k] == QuarnFloat() ? QuarnFloat() : unit_of(results[k]);
+    }
+    CAPTURE(digits);
+    CAPTURE(a);
+    CAPTURE(b);
+    QuarnSetDigits(500);
+    const QuarnFloat half(5, -1);
+    CHECK(fabs(results[0] - (a + b)) <= units[0] * half);
+    CHECK(fabs(results[1] - a * b) <= units[1] * half);
+    CHECK(fabs(results[2] * b - a) <= units[2] * half * fabs(b));
+    const QuarnFloat above = results[3] + units[3] * half;
+    const QuarnFloat below = results[3] - units[3] * half;
+    CHECK(above * above >= fabs(a));
+    CHECK(below * below <= fabs(a));
+  }
+}
+
+TEST_CASE("special values follow the General Decimal Arithmetic rules") {
+  const QuarnFloat zero;
+  const QuarnFloat minus_zero = -zero;
+  const QuarnFloat one(1);
+  const QuarnFloat inf("inf");
+  const QuarnFloat nan("nan");
+  const struct {
+    QuarnFloat got, expected;
+  } rows[] = {
+      {one - one, zero},         {minus_zero + minus_zero, minus_zero},
+      {zero + minus_zero, zero}, {minus_zero - zero, minus_zero},
+      {one * minus_zero, -zero}, {inf * zero, nan},
+      {inf - inf, nan},          {inf + inf, inf},
+      {-one / zero, -inf},       {zero / zero, nan},
+      {inf / inf, nan},          {one / -inf, minus_zero},
+      {sqrt(minus_zero), -zero}, {sqrt(-one), nan},
+      {sqrt(inf), inf},          {fmod(one, inf), one},
+      {fmod(one, zero), nan},    {fmod(inf, one), nan},
+      {fmod(-one, one), -zero},  {ceil(QuarnFloat(-5, -1)), -zero},
+      {nan + one, nan},          {floor(-inf), -inf},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(&row - rows);
+    CHECK(same(row.got, row.expected));
+  }
+  CHECK(QuarnCompare(nan, nan) == 2);
+  CHECK(nan != nan);
+  CHECK_FALSE(nan <= one);
+  CHECK(minus_zero == zero);
+}
+
+TEST_CASE("results beyond the exponent range become infinity or zero") {
+  for (const int digits : {5, 20, 54, 100, 200}) {
+    const Digits working(digits);
+    const QuarnFloat largest(9, 999999999);
+    const QuarnFloat smallest(1, -999999999);
+    CHECK(isfinite(largest));
+    CHECK(same(largest + largest, QuarnFloat("inf")));
+    CHECK(same(largest * QuarnFloat(-2), QuarnFloat("-inf")));
+    CHECK(same(smallest / QuarnFloat(-2), -QuarnFloat()));
+    CHECK(same(smallest * QuarnFloat(1, -1), QuarnFloat()));
+    CHECK(sqrt(smallest) > QuarnFloat(1, -500000000));
+  }
+}
+
+TEST_CASE("a change of digits changes results, never values") {
+  const Digits working(60);
+  const QuarnFloat third = QuarnFloat(1) / QuarnFloat(3);
+  const std::string text = third.to_string();
+  QuarnSetDigits(5);
+  const QuarnFloat copy = third;
+  CHECK(copy.to_string() == text);
+  CHECK((third + QuarnFloat()).to_string() == "0.33333");
+  CHECK((third * QuarnFloat(1)).to_string() == "0.33333");
+  CHECK(QuarnSetDigits(0) == 5);
+  CHECK(QuarnSetDigits(1000001) == 5);
+  CHECK(QuarnDigits() == 5);
+}
+
+TEST_CASE("remainders of far apart operands take no time") {
+  const Digits working(30);
+  // 10^k mod 7 has period 6, and 999999990 = 0 mod 6.
+  CHECK(fmod(QuarnFloat(1, 999999990), QuarnFloat(7)) == QuarnFloat(1));
+  CHECK(fmod(QuarnFloat(1, 999999991), QuarnFloat(-7)) == QuarnFloat(3));
+  CHECK(fmod(QuarnFloat(-1, 999999992), QuarnFloat(7)) == QuarnFloat(-2));
+}
