@@ -13,6 +13,8 @@ namespace {
 
 constexpr std::int64_t kDigits = Radix::digits;
 constexpr std::size_t kLimbDigits = Radix::digits;
+// Up to so many limbs working storage is on the stack, and schoolbook methods are the fastest.
+constexpr std::size_t kShort = 48;
 
 /// a + b for magnitudes when `subtracting` is false, else a - b; a's exponent is not below b's.
 QuarnFloat combine(const View& a, const View& b, bool subtracting) {
@@ -163,7 +165,14 @@ QuarnFloat general_quotient(const QuarnFloat& a, const QuarnFloat& b) {
   std::fill_n(dividend + x.length, size - x.length, Limb(0));
   const std::size_t length = size - y.length + 1;
   LimbBuffer<> quotient(length);
-  const bool sticky = divide<Radix>(quotient, dividend, size, y.limbs, y.length);
+  bool sticky = false;
+  if (size <= kShort) {
+    LimbBuffer<kShort> work(y.length);
+    divide_schoolbook<Radix>(quotient, dividend, size, y.limbs, y.length, work);
+    sticky = !all_zero<Radix>(dividend + (size - y.length), y.length);
+  } else {
+    sticky = divide<Radix>(quotient, dividend, size, y.limbs, y.length);
+  }
   // quotient * base^(1 - length) = 0.x / 0.y
   return rounded(x.negative != y.negative, x.exponent - y.exponent + kDigits, quotient, length, sticky);
 }
@@ -187,7 +196,8 @@ QuarnFloat general_square_root(const QuarnFloat& a) {
     shift_right<Radix>(radicand, x.limbs, x.length, places);
   }
   LimbBuffer<> root(n);
-  const bool sticky = square_root<Radix>(root, radicand, n);
+  const bool sticky =
+      2 * n <= kShort ? sqrt_schoolbook<Radix>(root, radicand, n) : square_root<Radix>(root, radicand, n);
   return rounded(false, (x.exponent + places) / 2, root, n, sticky);
 }
 
