@@ -32,6 +32,8 @@ void run(int argc, char** argv) {
   add_digits_option(app, session);
   add_fft(app, session);
   add_constants(app, session);
+  add_rank(app, session);
+  add_sort(app, session);
   add_details(app, session);
   try {
     app.parse(argc, argv);
