@@ -34,6 +34,7 @@ void run(int argc, char** argv) {
   add_constants(app, session);
   add_rank(app, session);
   add_sort(app, session);
+  add_random(app, session);
   add_details(app, session);
   try {
     app.parse(argc, argv);

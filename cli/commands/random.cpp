@@ -1,0 +1,176 @@
+// quarn random: uniform random numbers on (0, 1), from a stream that a file can carry from run to run.
+#include "tesk2mp/random.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <sstream>
+
+#include "cli/commands.h"
+#include "cli/failure.h"
+#include "cli/input.h"
+#include "cli/memory.h"
+#include "cli/output.h"
+
+namespace cli {
+
+namespace {
+
+constexpr Integer kLastGenerator = 273;
+constexpr Integer kMostNumbers = 100'000'000;
+constexpr Integer kSmallestModulus = 16'760'000;  // every modulus of the multiple-set generators is above
+constexpr Integer kBasicRadix = 32768;
+constexpr const char* kStateTitle = "quarn-random-state";
+
+struct Stream {
+  Integer generator = 0;
+  std::array<Integer, 4> seed{};
+};
+
+struct RandomOptions {
+  Integer count = 1;
+  Integer generator = 0;
+  std::vector<Integer> seed;
+  std::string state;
+  bool generator_given = false;
+  bool classic = false;
+  OutputOptions output;
+};
+
+// The reason why the library would draw no random numbers from the stream; empty for a good one.
+std::string complaint_about(const Stream& stream) {
+  const bool basic = stream.generator == 0;
+  for (const Integer part : stream.seed) {
+    if (part < (basic ? 0 : 1) || part >= (basic ? kBasicRadix : kSmallestModulus)) {
+      return basic ? "the seeds of generator 0 must be 0 to 32767"
+                   : "the seeds of generators 1 to 273 must be 1 to 16759999";
+    }
+  }
+  if (stream.seed == std::array<Integer, 4>{}) {
+    return "the seeds must not all be 0";
+  }
+  return {};
+}
+
+// A state that has moved on may pass the bound for new seeds, up to its modulus.
+Stream read_state(const std::string& file) {
+  std::istringstream text(read_input(file));
+  std::string title;
+  std::string rest;
+  Stream stream;
+  text >> title >> stream.generator;
+  for (Integer& part : stream.seed) {
+    text >> part;
+  }
+  if (text.fail() || title != kStateTitle || (text >> rest) || stream.generator < 0 ||
+      stream.generator > kLastGenerator) {
+    throw bad_input(file + ":1: not a saved state: '" + kStateTitle + "', the generator and its four seeds");
+  }
+  for (const Integer part : stream.seed) {
+    if (part < 0 || (stream.generator == 0 && part >= kBasicRadix) || (stream.generator > 0 && part == 0)) {
+      throw bad_input(file + ":1: " + std::to_string(part) + " is no seed of generator " +
+                      std::to_string(stream.generator));
+    }
+  }
+  return stream;
+}
+
+std::string seed_text(const Stream& stream) {
+  std::string text;
+  for (const Integer part : stream.seed) {
+    text += (text.empty() ? "" : " ") + std::to_string(part);
+  }
+  return text;
+}
+
+Stream start_of(const RandomOptions& options) {
+  if (!options.state.empty() && std::filesystem::exists(options.state)) {
+    if (options.generator_given || !options.seed.empty()) {
+      throw bad_input("--state: " + options.state + " exists and says how to go on: leave out --igen and --seed");
+    }
+    return read_state(options.state);
+  }
+  Stream stream;
+  QuarnMP_g05kbx_(&stream.generator, stream.seed.data());
+  stream.generator = options.generator;
+  std::copy(options.seed.begin(), options.seed.end(), stream.seed.begin());
+  const std::string complaint = complaint_about(stream);
+  if (!complaint.empty()) {
+    throw bad_input("--seed: " + complaint);
+  }
+  return stream;
+}
+
+void run_random(const RandomOptions& options) {
+  Stream stream = start_of(options);
+  require_memory(std::size_t(options.count), std::to_string(options.count) + " numbers");
+  const auto draw_one = options.classic ? QuarnMP_g05kaf_ : QuarnMPX_g05kaf_;
+  const std::string routine = options.classic ? "QuarnMP_g05kaf_" : "QuarnMPX_g05kaf_";
+  const std::string first_seed = seed_text(stream);
+  std::vector<QuarnFloat> values;
+  values.reserve(std::size_t(options.count));
+  for (Integer i = 0; i < options.count; ++i) {
+    values.push_back(draw_one(&stream.generator, stream.seed.data()));
+  }
+
+  const std::string digits = std::to_string(QuarnDigits());
+  const std::string counted =
+      std::to_string(options.count) + (options.count == 1 ? " random number" : " random numbers");
+  const std::string generator = std::to_string(stream.generator);
+  Result result;
+  result.notes = {counted + " on (0, 1), generator " + generator + ", seeds " + first_seed,
+                  digits + (QuarnDigits() == 1 ? " digit" : " digits") + ", by " + routine +
+                      (options.classic ? " (classic entry: 16 to 28 digits are random)" : " (every digit is random)"),
+                  "next seeds " + seed_text(stream)};
+  result.facts = {{"routine", routine},
+                  {"digits", digits, true},
+                  {"generator", generator, true},
+                  {"seed", first_seed},
+                  {"next_seed", seed_text(stream)}};
+  result.data = {{"value", exact_cells(values)}};
+  result.table = result.data;
+  result.table[0].words = true;
+  deliver(result, options.output);
+  if (!options.state.empty()) {
+    write_output(std::string(kStateTitle) + " " + generator + " " + seed_text(stream) + "\n", options.state);
+  }
+}
+
+constexpr const char* kFooter = R"(Generator 0 is congruential; 1 to 273 are combined of four, with longer periods.
+--state goes on with the stream saved in FILE, or starts one there.
+
+Examples:
+  quarn random --count 5 --digits 50
+  quarn random --count 1000 --igen 7 --seed 11 12 13 14 --format csv
+  quarn random --count 3 --state stream.txt)";
+
+}  // namespace
+
+void add_random(CLI::App& app, Session& session) {
+  CLI::App* command = app.add_subcommand("random", "draw uniform random numbers");
+  auto options = std::make_shared<RandomOptions>();
+  command->add_option("--count", options->count, "how many, 1 to 100000000 (default 1)")
+      ->type_name("N")
+      ->check(CLI::Range(1, kMostNumbers).description(""));
+  CLI::Option* generator = command->add_option("--igen", options->generator, "the generator, 0 to 273 (default 0)")
+                               ->type_name("I")
+                               ->check(CLI::Range(0, kLastGenerator).description(""));
+  command->add_option("--seed", options->seed, "the four seeds (default: those of the library)")
+      ->type_name("S")
+      ->expected(4);
+  command->add_option("--state", options->state, "go on with the stream saved in this file, and save it there")
+      ->type_name("FILE");
+  command->add_flag("--classic", options->classic, "use the classic entry: 16 to 28 random digits at any precision");
+  add_digits_option(*command, session);
+  add_output_options(*command, options->output);
+  command->footer(kFooter);
+  command->callback([&session, options, generator] {
+    if (options->state == "-") {
+      throw bad_input("--state: a file is needed, standard input cannot be written");
+    }
+    options->generator_given = generator->count() > 0;
+    session.work = [options] { run_random(*options); };
+  });
+}
+
+}  // namespace cli
