@@ -10,6 +10,7 @@ void add_constants(CLI::App& app, Session& session);
 void add_rank(CLI::App& app, Session& session);
 void add_sort(CLI::App& app, Session& session);
 void add_random(CLI::App& app, Session& session);
+void add_spmv(CLI::App& app, Session& session);
 void add_details(CLI::App& app, Session& session);
 
 }  // namespace cli

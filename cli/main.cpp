@@ -35,6 +35,7 @@ void run(int argc, char** argv) {
   add_rank(app, session);
   add_sort(app, session);
   add_random(app, session);
+  add_spmv(app, session);
   add_details(app, session);
   try {
     app.parse(argc, argv);

@@ -106,6 +106,8 @@ std::string shown(const std::string& cell) {
   return "'" + (cell.size() > kLongest ? cell.substr(0, kLongest) + "..." : cell) + "'";
 }
 
+}  // namespace
+
 // The number type wants a digit on each side of the point.
 QuarnFloat to_number(const std::string& cell) {
   std::string text = cell;
@@ -120,8 +122,6 @@ QuarnFloat to_number(const std::string& cell) {
   }
   return QuarnFloat(text);
 }
-
-}  // namespace
 
 bool is_number(std::string_view text) {
   std::size_t at = 0;

@@ -50,4 +50,7 @@ class NumberTable {
 /// Whether the text is [+-]digits[.digits][e[+-]digits], where one side of the point may be empty.
 bool is_number(std::string_view text);
 
+/// The value of a text that is_number accepts, rounded to the working digits.
+QuarnFloat to_number(const std::string& cell);
+
 }  // namespace cli
