@@ -260,13 +260,18 @@ template <int N, bool kMore>
 // up for what is short, and columns are brought below the base only when they come to lead.
 
 /// Takes whole bases out of column[1] into column[0] and returns previous * base + column[0], a lower bound of the
-/// remainder's lead within 256 units, not below zero. Columns stay below 2^126: digits are below 5 * base.
-[[gnu::always_inline]] inline Wide lead(Signed previous, Signed* column) {
+/// remainder's lead within 256 units. Columns stay below 2^126: digits are below 5 * base.
+[[gnu::always_inline]] inline Signed signed_lead(Signed previous, Signed* column) {
   constexpr std::int64_t kReciprocal = std::int64_t((Wide(1) << 122) / kBase);
   const std::int64_t bases = std::int64_t((Signed(std::int64_t(column[1] >> 63)) * kReciprocal) >> 59);
   column[1] -= Signed(bases) * Signed(kBase);
   column[0] += bases;
-  const Signed value = previous * Signed(kBase) + column[0] - 128;
+  return previous * Signed(kBase) + column[0] - 128;
+}
+
+/// The same, not below zero.
+[[gnu::always_inline]] inline Wide lead(Signed previous, Signed* column) {
+  const Signed value = signed_lead(previous, column);
   return value < 0 ? 0 : Wide(value);
 }
 
@@ -349,22 +354,26 @@ template <int N, bool kMore>
     if (i == 1) {
       correction = double(std::int64_t(digit[1] + 8)) * inverse;
     }
-    if (i + 1 < kCount) {
 #pragma GCC unroll 9
-      for (int j = 0; j < i; ++j) {
-        if (i + j + 1 < kCount + 2) {
-          column[i + j + 1] -= Signed(Wide(2 * digit[j]) * digit[i]);
-        }
+    for (int j = 0; j < i; ++j) {
+      if (i + j + 1 < kCount + 2) {
+        column[i + j + 1] -= Signed(Wide(2 * digit[j]) * digit[i]);
       }
-      if (2 * i + 1 < kCount + 2) {
-        column[2 * i + 1] -= Signed(Wide(digit[i]) * digit[i]);
-      }
-      column[i + 1] += column[i] * Signed(kBase);
-      // Products of two digits far above the base would overflow the columns.
-      const Limb carry = digit[i] / kBase;
-      digit[i] -= carry * kBase;
-      digit[i - 1] += carry;
     }
+    if (2 * i + 1 < kCount + 2) {
+      column[2 * i + 1] -= Signed(Wide(digit[i]) * digit[i]);
+    }
+    column[i + 1] += column[i] * Signed(kBase);
+    // Products of two digits far above the base would overflow the columns.
+    const Limb carry = digit[i] / kBase;
+    digit[i] -= carry * kBase;
+    digit[i - 1] += carry;
+  }
+  // Digits near the limits can come out too large, once in some million roots: what is left of the remainder tells,
+  // and the root is only used when it is known to be short of the true one by less than 16 units.
+  const Signed left = signed_lead(0, column + kCount);
+  if (left < -384 || left > Signed(30 * Wide(root))) [[unlikely]] {
+    return false;
   }
   settle<kCount>(digit);
   exponent = 0;
