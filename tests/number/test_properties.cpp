@@ -4,6 +4,7 @@
 #include <string>
 
 #include "quarn/quarnfloat.h"
+#include "support/digits.h"
 #include "support/random.h"
 
 namespace {
@@ -162,4 +163,28 @@ TEST_CASE("remainders of far apart operands take no time") {
   CHECK(fmod(QuarnFloat(1, 999999990), QuarnFloat(7)) == QuarnFloat(1));
   CHECK(fmod(QuarnFloat(1, 999999991), QuarnFloat(-7)) == QuarnFloat(3));
   CHECK(fmod(QuarnFloat(-1, 999999992), QuarnFloat(7)) == QuarnFloat(-2));
+}
+
+TEST_CASE("square roots whose short code finds a digit too large") {
+  struct Row {
+    int digits;
+    const char *x, *root;
+  };
+  const Row rows[] = {
+      {125, "9.999900009E+12",
+       "3162261."
+       "850163581883640224317183713947011616140345177686067768873239099577509242644413230793030257793245932487776837378"
+       "8225401"},
+      {114, "2.1756902680550375591908842560689999999999999999999999999993E-499999946",
+       "1."
+       "475022124598488034214968944076157518885932802990981535315601222970742577541797290220572939376950326370883686379"
+       "16e-249999973"},
+      {114, "85621461476.52770350694882326100000000000000000000048342098022409619998408662111980620344068692693531777",
+       "292611."
+       "451376270821960021468542134780956349732348652419422929670705685618907210707196063413787836151028839149182224"},
+  };
+  for (const Row& row : rows) {
+    const support::Digits scope(row.digits);
+    CHECK(sqrt(QuarnFloat(row.x)) == QuarnFloat(row.root));
+  }
 }
