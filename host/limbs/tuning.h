@@ -1,4 +1,5 @@
-// Where one algorithm takes over from another, in limbs. Measured by tune_limbs (bench/tune.cpp), which prints these tables.
+// Where one algorithm takes over from another, in limbs. Measured by tune_limbs (bench/tune.cpp), which prints these
+// tables.
 #pragma once
 
 #include <cstddef>

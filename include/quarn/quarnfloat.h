@@ -218,7 +218,8 @@ QRNFLOAT_API QuarnFloat floor(const QuarnFloat& x);
 QRNFLOAT_API QuarnFloat ceil(const QuarnFloat& x);
 QRNFLOAT_API QuarnFloat trunc(const QuarnFloat& x);
 
-// Elementary functions, within one unit in the last place of the working precision.
+// Elementary functions, within one unit in the last place of the working precision. sin, cos and tan need pi to as many
+// digits as the angle has before its decimal point, and give NaN from 10^1000000 on.
 QRNFLOAT_API QuarnFloat exp(const QuarnFloat& x);
 QRNFLOAT_API QuarnFloat log(const QuarnFloat& x);
 QRNFLOAT_API QuarnFloat log10(const QuarnFloat& x);
@@ -232,7 +233,8 @@ QRNFLOAT_API QuarnFloat atan2(const QuarnFloat& y, const QuarnFloat& x);
 QRNFLOAT_API QuarnFloat sinh(const QuarnFloat& x);
 QRNFLOAT_API QuarnFloat cosh(const QuarnFloat& x);
 QRNFLOAT_API QuarnFloat tanh(const QuarnFloat& x);
-/// x to the power y; exact whenever the result fits the working precision.
+/// x to the power y; exact whenever the result fits the working precision. 0 to the power 0 and a negative number to a
+/// power that is not whole are NaN.
 QRNFLOAT_API QuarnFloat pow(const QuarnFloat& x, const QuarnFloat& y);
 inline QuarnFloat pow(double x, const QuarnFloat& y) { return pow(QuarnFloat(x), y); }
 

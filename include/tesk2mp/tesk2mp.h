@@ -35,6 +35,7 @@
 #include "tesk2mp/dense.h"
 #include "tesk2mp/fft.h"
 #include "tesk2mp/kernels.h"
+#include "tesk2mp/random.h"
 #include "tesk2mp/sparse.h"
 #include "tesk2mp/util.h"
 
