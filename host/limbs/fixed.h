@@ -346,13 +346,17 @@ template <int N, bool kMore>
   double correction = 0;
 #pragma GCC unroll 9
   for (int i = 1; i < kCount; ++i) {
+    // Digits near the limits can come out too large, once in some million roots, and the remainder runs away.
+    if (column[i] >> 66 != 0 && column[i] >> 66 != -1) [[unlikely]] {
+      return false;
+    }
     // The divisor is the first limb doubled: what the rest of the root takes off the quotient is small.
     const Limb rough = by.below(lead(column[i], column + i + 1));
     const double share = i == 1 ? double(std::int64_t(rough)) * 0.5 * inverse : correction;
     const Limb excess = Limb(std::int64_t(double(std::int64_t(rough)) * share)) + 1;
     digit[i] = rough < excess ? 0 : rough - excess;
     if (i == 1) {
-      correction = double(std::int64_t(digit[1] + 8)) * inverse;
+      correction = double(std::int64_t(digit[i] + 8)) * inverse;
     }
 #pragma GCC unroll 9
     for (int j = 0; j < i; ++j) {
@@ -369,8 +373,10 @@ template <int N, bool kMore>
     digit[i] -= carry * kBase;
     digit[i - 1] += carry;
   }
-  // Digits near the limits can come out too large, once in some million roots: what is left of the remainder tells,
-  // and the root is only used when it is known to be short of the true one by less than 16 units.
+  // What is left of the remainder tells: the root counts when it is short of the true one by less than 16 units.
+  if (column[kCount] >> 66 != 0 && column[kCount] >> 66 != -1) [[unlikely]] {
+    return false;
+  }
   const Signed left = signed_lead(0, column + kCount);
   if (left < -384 || left > Signed(30 * Wide(root))) [[unlikely]] {
     return false;

@@ -8,7 +8,7 @@
 #include "support/matrices.h"
 
 using support::Matrix;
-using support::Random;
+using support::RandomNumbers;
 using tesk::Diagonal;
 using tesk::Op;
 using tesk::Triangle;
@@ -20,7 +20,7 @@ struct Definite {
   Matrix<Complex> whole;
   Matrix<Complex> stored;
 
-  Definite(Random& random, Triangle triangle, Integer n) : whole(n, n), stored(n, n) {
+  Definite(RandomNumbers& random, Triangle triangle, Integer n) : whole(n, n), stored(n, n) {
     const Matrix<Complex> b = Matrix<Complex>(n, n).randomise(random);
     whole = support::product(support::op_of_matrix(Op::conjugate, b), b);
     for (Integer j = 1; j <= n; ++j) {
@@ -39,9 +39,7 @@ struct Definite {
 
 TEST_CASE("the factor gives the matrix back, blocked or not, on its triangle alone") {
   support::Digits digits(40);
-  const std::uint64_t seed = std::random_device{}();
-  CAPTURE(seed);
-  Random random(seed);
+  RandomNumbers random;
   for (const char* uplo : {"Upper", "l"}) {
     const Triangle triangle = tesk::triangle_of(uplo);
     for (const Integer n : {0, 1, 2, 5, 9}) {
@@ -108,7 +106,7 @@ TEST_CASE("illegal arguments in order; one by one matrices") {
 
 TEST_CASE("the first column that is not positive is told, in global numbering") {
   support::Digits digits(30);
-  Random random(7);
+  RandomNumbers random(7);
   for (const char* uplo : {"U", "L"}) {
     for (Integer nb : {1, 2, 3}) {
       f07zaz_(1, "F07FRF", &nb, 1, 6);

@@ -13,7 +13,7 @@
 
 using support::largest_difference;
 using support::Matrix;
-using support::Random;
+using support::RandomNumbers;
 using tesk::Op;
 
 namespace {
@@ -28,7 +28,7 @@ Matrix<QuarnFloat> identity(Integer n) {
   return a;
 }
 
-Matrix<QuarnFloat> random_hessenberg(Random& random, Integer n) {
+Matrix<QuarnFloat> random_hessenberg(RandomNumbers& random, Integer n) {
   Matrix<QuarnFloat> h = identity(n).randomise(random);
   for (Integer j = 1; j <= n; ++j) {
     for (Integer i = j + 2; i <= n; ++i) {
@@ -87,9 +87,7 @@ std::vector<Complex> sorted(const Schur& schur) {
 
 TEST_CASE("Schur form: H Z = Z T, Z orthogonal, T in standard form, by both paths") {
   support::Digits digits(40);
-  const std::uint64_t seed = std::random_device{}();
-  CAPTURE(seed);
-  Random random(seed);
+  RandomNumbers random;
   struct Path {
     Integer shifts, block;
   };
@@ -232,9 +230,7 @@ TEST_CASE("no convergence is told") {
 
 TEST_CASE("balancing: permutation isolates, scaling levels, eigenvalues stay") {
   support::Digits digits(40);
-  const std::uint64_t seed = std::random_device{}();
-  CAPTURE(seed);
-  Random random(seed);
+  RandomNumbers random;
   const Integer n = 6;
   // A triangular matrix with its rows and columns shuffled is isolated altogether.
   std::vector<Integer> order(n);
@@ -298,9 +294,7 @@ TEST_CASE("balancing: permutation isolates, scaling levels, eigenvalues stay") {
 
 TEST_CASE("eigenvectors of the Schur form and of the matrix, with condition numbers") {
   support::Digits digits(40);
-  const std::uint64_t seed = std::random_device{}();
-  CAPTURE(seed);
-  Random random(seed);
+  RandomNumbers random;
   for (const Integer n : {1, 2, 3, 6, 11}) {
     const Matrix<QuarnFloat> h = random_hessenberg(random, n);
     Schur schur(h, "S", "I");

@@ -9,7 +9,7 @@
 #include "support/matrices.h"
 
 using support::Matrix;
-using support::Random;
+using support::RandomNumbers;
 using tesk::Diagonal;
 using tesk::Op;
 using tesk::Triangle;
@@ -64,9 +64,7 @@ double residual(const Matrix<T>& original, const Matrix<T>& factors, const std::
 
 TEST_CASE_TEMPLATE("P L U gives the matrix back, blocked or not", T, QuarnFloat, Complex) {
   support::Digits digits(40);
-  const std::uint64_t seed = std::random_device{}();
-  CAPTURE(seed);
-  Random random(seed);
+  RandomNumbers random;
   const Integer shapes[][2] = {{1, 1}, {5, 5}, {7, 4}, {4, 7}, {1, 6}, {6, 1}, {12, 12}};
   for (const auto& shape : shapes) {
     const Matrix<T> original = Matrix<T>(shape[0], shape[1]).randomise(random);
@@ -184,9 +182,7 @@ TEST_CASE("ties go to the first row") {
 
 TEST_CASE("row weights see through bad scaling, and a small pivot ends the factorisation") {
   support::Digits digits(30);
-  const std::uint64_t seed = std::random_device{}();
-  CAPTURE(seed);
-  Random random(seed);
+  RandomNumbers random;
   for (const Integer nb : {1, 2, 4}) {
     const BlockSize scope(nb);
     const Integer n = 6;

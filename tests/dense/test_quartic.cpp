@@ -26,9 +26,7 @@ struct Quartic {
 
 TEST_CASE("zeros of random quartics made from two quadratics lie within their error estimates") {
   support::Digits digits(40);
-  const std::uint64_t seed = std::random_device{}();
-  CAPTURE(seed);
-  support::Random random(seed);
+  support::RandomNumbers random;
   for (int round = 0; round < 100; ++round) {
     const QuarnFloat lead = random.next<QuarnFloat>();
     const QuarnFloat p = 3 * random.next<QuarnFloat>();

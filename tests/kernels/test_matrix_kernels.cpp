@@ -14,7 +14,7 @@ using support::largest_difference;
 using support::Matrix;
 using support::op_of_matrix;
 using support::product;
-using support::Random;
+using support::RandomNumbers;
 using support::triangle_of_matrix;
 using support::Vector;
 using tesk::Diagonal;
@@ -72,13 +72,13 @@ Matrix<T> combination(const T& alpha, const Matrix<T>& a, const T& beta, const M
 
 /// 0, 1 and a random factor.
 template <class T>
-std::vector<T> factors(Random& random) {
+std::vector<T> factors(RandomNumbers& random) {
   return {T(0.0), T(1.0), random.next<T>()};
 }
 
 /// A random triangular system's matrix: NaN in the other triangle, and on a unit diagonal, since neither is read.
 template <class T>
-Matrix<T> triangular(Random& random, Triangle triangle, Diagonal diagonal, Integer n) {
+Matrix<T> triangular(RandomNumbers& random, Triangle triangle, Diagonal diagonal, Integer n) {
   Matrix<T> a(n, n);
   for (Integer j = 1; j <= n; ++j) {
     for (Integer i = 1; i <= n; ++i) {
@@ -98,9 +98,7 @@ Matrix<T> triangular(Random& random, Triangle triangle, Diagonal diagonal, Integ
 
 TEST_CASE_TEMPLATE("general matrix times vector", T, QuarnFloat, Complex) {
   support::Digits digits(30);
-  const std::uint64_t seed = std::random_device{}();
-  CAPTURE(seed);
-  Random random(seed);
+  RandomNumbers random;
   for (const char* trans : kOps) {
     for (const Integer incx : kIncrements) {
       const Integer incy = kIncrements[random.below(4)];
@@ -151,9 +149,7 @@ TEST_CASE_TEMPLATE("general matrix times vector", T, QuarnFloat, Complex) {
 
 TEST_CASE_TEMPLATE("triangular matrix times vector, and back", T, QuarnFloat, Complex) {
   support::Digits digits(30);
-  const std::uint64_t seed = std::random_device{}();
-  CAPTURE(seed);
-  Random random(seed);
+  RandomNumbers random;
   for (const char* uplo : kTriangles) {
     for (const char* trans : kOps) {
       for (const char* diag : kDiagonals) {
@@ -185,9 +181,7 @@ TEST_CASE_TEMPLATE("triangular matrix times vector, and back", T, QuarnFloat, Co
 
 TEST_CASE("rank-one updates, real, plain and conjugated") {
   support::Digits digits(30);
-  const std::uint64_t seed = std::random_device{}();
-  CAPTURE(seed);
-  Random random(seed);
+  RandomNumbers random;
   const auto check = [&]<class T>(auto kernel, Op op, const T&) {
     for (const Integer incx : kIncrements) {
       for (const Integer incy : kIncrements) {
@@ -218,9 +212,7 @@ TEST_CASE("rank-one updates, real, plain and conjugated") {
 
 TEST_CASE_TEMPLATE("matrix times matrix", T, QuarnFloat, Complex) {
   support::Digits digits(30);
-  const std::uint64_t seed = std::random_device{}();
-  CAPTURE(seed);
-  Random random(seed);
+  RandomNumbers random;
   for (const char* transa : kOps) {
     for (const char* transb : kOps) {
       for (const T& alpha : factors<T>(random)) {
@@ -262,9 +254,7 @@ TEST_CASE_TEMPLATE("matrix times matrix", T, QuarnFloat, Complex) {
 
 TEST_CASE_TEMPLATE("triangular systems with many right-hand sides", T, QuarnFloat, Complex) {
   support::Digits digits(30);
-  const std::uint64_t seed = std::random_device{}();
-  CAPTURE(seed);
-  Random random(seed);
+  RandomNumbers random;
   for (const char* side : {"Left", "r"}) {
     for (const char* uplo : kTriangles) {
       for (const char* trans : kOps) {
@@ -293,9 +283,7 @@ TEST_CASE_TEMPLATE("triangular systems with many right-hand sides", T, QuarnFloa
 
 TEST_CASE("Hermitian rank-k updates keep to their triangle and make the diagonal real") {
   support::Digits digits(30);
-  const std::uint64_t seed = std::random_device{}();
-  CAPTURE(seed);
-  Random random(seed);
+  RandomNumbers random;
   for (const char* uplo : kTriangles) {
     for (const char* trans : {"n", "C"}) {
       for (const QuarnFloat& alpha : factors<QuarnFloat>(random)) {

@@ -59,9 +59,7 @@ TEST_CASE("norms of a general matrix by letter") {
 
 TEST_CASE("Hessenberg norms do not read below the first subdiagonal") {
   support::Digits digits(40);
-  const std::uint64_t seed = std::random_device{}();
-  CAPTURE(seed);
-  support::Random random(seed);
+  support::RandomNumbers random;
   for (const Integer n : {0, 1, 2, 5}) {
     Matrix<QuarnFloat> h(n, n);
     Matrix<QuarnFloat> full(n, n);

@@ -3,20 +3,20 @@
 
 #include <doctest/doctest.h>
 
-#include <random>
 #include <vector>
 
 #include "quarn/quarnfloat.h"
 #include "src/kernels/options.h"
 #include "src/kernels/scalar.h"
+#include "support/random.h"
 
 namespace support {
 
-class Random {
+/// Random numbers in (-1, 1) with all working digits.
+class RandomNumbers : public Random {
  public:
-  explicit Random(std::uint64_t seed) : engine_(seed) {}
-  std::uint64_t below(std::uint64_t bound) { return engine_() % bound; }
-  /// Uniform in (-1, 1) with all working digits.
+  using Random::Random;
+
   void make(QuarnFloat& x) {
     x = 0;
     for (int digits = 0; digits < QuarnDigits(); digits += 9) {
@@ -36,9 +36,6 @@ class Random {
     make(x);
     return x;
   }
-
- private:
-  std::mt19937_64 engine_;
 };
 
 inline bool is_nan(const QuarnFloat& x) { return isnan(x); }
@@ -64,7 +61,7 @@ class Matrix {
   Integer rows() const { return rows_; }
   Integer columns() const { return columns_; }
 
-  Matrix& randomise(Random& random) {
+  Matrix& randomise(RandomNumbers& random) {
     for (Integer j = 1; j <= columns_; ++j) {
       for (Integer i = 1; i <= rows_; ++i) {
         random.make((*this)(i, j));
@@ -109,7 +106,7 @@ class Vector {
   Integer size() const { return n_; }
   Integer inc() const { return inc_; }
 
-  Vector& randomise(Random& random) {
+  Vector& randomise(RandomNumbers& random) {
     for (Integer i = 1; i <= n_; ++i) {
       random.make((*this)(i));
     }
