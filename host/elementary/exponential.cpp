@@ -149,7 +149,7 @@ QuarnFloat cosh(const QuarnFloat& x) {
 }
 
 QuarnFloat tanh(const QuarnFloat& x) {
-  const QuarnFloat one = signbit(x) ? -1 : 1;
+  QuarnFloat one = signbit(x) ? -1 : 1;
   switch (kind_of(x)) {
     case Kind::infinite:
       return one;

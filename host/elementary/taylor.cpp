@@ -75,9 +75,9 @@ void concurrent_sums(Word* out, const Word* y, int n, int bits, int first) {
         carry = ++sums[i][up] == 0 ? 1 : 0;
       }
       if constexpr (kSeries == Series::factorial) {
-        divide_word(t, t, length, Word(k + 1));
+        divide_word(t, t, length, Word(k) + 1);
       } else if constexpr (kSeries == Series::alternate_factorial) {
-        divide_word(t, t, length, Word(k + 1) * Word(k + 2));
+        divide_word(t, t, length, (Word(k) + 1) * (Word(k) + 2));
       }
     }
     // Only the lower words are left.

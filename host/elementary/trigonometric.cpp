@@ -31,7 +31,7 @@ bool has_angle(const QuarnFloat& x) { return kind_of(x) == Kind::finite && scien
 /// atan(y / x) for y > 0, x > 0 whose quotient is not 1, to a relative error of 10^-w.
 QuarnFloat approximate_atan_of_quotient(const QuarnFloat& y, const QuarnFloat& x, int w) {
   const WorkingDigits scope(w + 5);
-  const QuarnFloat t = y / x;
+  QuarnFloat t = y / x;
   switch (kind_of(t)) {
     case Kind::zero:
       return t;

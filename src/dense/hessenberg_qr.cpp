@@ -58,8 +58,9 @@ class HessenbergQr {
   Active active(Integer low, Integer high) const {
     return wants_schur_form_ ? Active{low, high, 1, n_} : Active{low, high, low, high};
   }
-  Shifts exceptional_shifts(Integer high) const;
-  Shifts trailing_shifts(Integer high) const;
+  // The shifts for the block that ends in row i.
+  Shifts exceptional_shifts(Integer i) const;
+  Shifts trailing_shifts(Integer i) const;
   Integer sweep_start(const Shifts& shifts, const Active& block, QuarnFloat* v) const;
   void sweep(const Active& block, Integer start, Integer size, QuarnFloat* v);
   void store_block(Integer low, const Active& whole);

@@ -198,7 +198,7 @@ void f07arf_ENTRY(int /*selector*/, Integer m, Integer n, Complex* a, Integer ld
 
 void f07adg_(Integer m, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* ipiv, Integer* info) {
   *info = tesk::checked_lu("F07ADG", m, n, a, lda, [&](tesk::MatrixView<QuarnFloat> view) {
-    const tesk::WeightedPivots pivots(ipiv);
+    tesk::WeightedPivots pivots(ipiv);
     pivots.weigh(m, n, view);
     return pivots;
   });

@@ -93,7 +93,7 @@ void solve_triangular_matrix(Side side, Triangle triangle, Op op, Diagonal diago
 
 /// C := alpha A A^H + beta C (Op::none, A n by k) or alpha A^H A + beta C (A k by n) on one triangle of the Hermitian
 /// matrix C, whose diagonal comes out real.
-void update_hermitian(Triangle triangle, Op op, Integer n, Integer k, const QuarnFloat& alpha, MatrixView<Complex> a,
-                      const QuarnFloat& beta, MatrixView<Complex> c);
+void update_hermitian(Triangle triangle, Op op, Integer n, Integer k, const QuarnFloat& alpha,
+                      MatrixView<Complex> matrix, const QuarnFloat& beta, MatrixView<Complex> result);
 
 }  // namespace tesk
