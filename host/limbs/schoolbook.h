@@ -1,4 +1,4 @@
-// Products, quotients and square roots of quadratic cost.
+// Quotients and square roots of quadratic cost; products are in columns.h.
 #pragma once
 
 #include <cmath>
@@ -6,37 +6,6 @@
 #include "host/limbs/linear.h"
 
 namespace quarn {
-
-/// out[0 .. na+nb) = a * b by columns: a whole column is summed in the wide type before it is reduced once.
-/// na, nb >= 1; out overlaps neither operand.
-template <class R>
-void multiply_schoolbook(typename R::Limb* out, const typename R::Limb* a, std::size_t na, const typename R::Limb* b,
-                         std::size_t nb) {
-  using Wide = typename R::Wide;
-  // So many products fit the wide type beside the carry of the column before, which is below 2 * na * base.
-  constexpr std::size_t kChunk = std::size_t(std::min<Wide>(~Wide(0) / (Wide(R::base - 1) * (R::base - 1)) - 1, 1024));
-  static_assert(kChunk >= 4);
-  Wide carry = 0;
-  for (std::size_t k = na + nb - 1; k > 0; --k) {
-    // a[i] * b[j] with i + j = k - 1
-    const std::size_t first = k - 1 >= nb ? k - nb : 0;
-    const std::size_t last = std::min(k - 1, na - 1);
-    Wide sum = carry;
-    Wide above = 0;
-    for (std::size_t i = first; i <= last;) {
-      const std::size_t stop = std::min(i + kChunk, last + 1);
-      for (; i < stop; ++i) {
-        sum += Wide(a[i]) * b[k - 1 - i];
-      }
-      const Parted<R> parted = part<R>(sum);
-      above += parted.quotient;
-      sum = parted.remainder;
-    }
-    out[k] = typename R::Limb(sum);
-    carry = above;
-  }
-  out[0] = typename R::Limb(carry);
-}
 
 /// a[0 .. n) -= b * factor, factor < 2 * base; returns what is to be taken from the limb before. The products are
 /// parted one by one, so that only the borrow hands on from limb to limb.
