@@ -28,11 +28,15 @@
 // buffer), even when nothing is printed. The message buffer of a core form holds "NONE" on success, otherwise the
 // routine's name, the failure number, the label of the message (99999 for a routine's first message, counting down),
 // the number of values in the message and the values.
+//
+// QuarnMPX_failure_handler (failure.h) takes failures out of this protocol: a function of the host is told, nothing is
+// written, every failure returns.
 #pragma once
 
 #include "quarn/quarnfloat.h"
 #include "tesk2mp/api.h"
 #include "tesk2mp/dense.h"
+#include "tesk2mp/failure.h"
 #include "tesk2mp/fft.h"
 #include "tesk2mp/kernels.h"
 #include "tesk2mp/random.h"

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <utility>
 
 #include "quarn/quarnconsole.h"
 
@@ -22,6 +23,8 @@ struct Manner {
     return {prints, records_only, !prints || records_only || soft};
   }
 };
+
+const QuarnFailureHandler* failure_handler = nullptr;
 
 Integer error_unit() {
   Integer read = 0;
@@ -67,6 +70,14 @@ Integer end_routine(Integer ifail, Integer ierror, Integer nrec, const char* rec
 
 }  // namespace
 
+bool hand_over(const QuarnFailure& failure) noexcept {
+  if (failure_handler == nullptr) {
+    return false;
+  }
+  failure_handler->handle(&failure, failure_handler->context);
+  return true;
+}
+
 void write_message_record(Integer unit, const char* text) {
   if (unit < 0) {
     return;
@@ -78,6 +89,10 @@ void write_message_record(Integer unit, const char* text) {
 }  // namespace tesk
 
 extern "C" {
+
+const QuarnFailureHandler* failure_handler_(const QuarnFailureHandler* handler) {
+  return std::exchange(tesk::failure_handler, handler);
+}
 
 Integer p01abfn_(Integer ifail, Integer ierror, const char* srname, Integer nrec, const char* rec, int /*srname_len*/,
                  int rec_len) {

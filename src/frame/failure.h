@@ -11,6 +11,7 @@
 #pragma once
 
 #include "quarn/quarnfloat.h"
+#include "tesk2mp/failure.h"
 
 extern "C" {
 
@@ -26,9 +27,15 @@ Integer p01acfn_(Integer ifail, Integer ierror, const char* srname, const char* 
 
 /// iflag 0 reads the error-message unit into *nerr, iflag 1 sets it from *nerr, anything else does nothing.
 void x04aaf_(Integer* iflag, Integer* nerr);
+
+/// Sets who is told of failures instead of the console; see the public header.
+const QuarnFailureHandler* failure_handler_(const QuarnFailureHandler* handler);
 }
 
 namespace tesk {
+
+/// Tells the host's handler of a failure, if there is one. What has been told is not to be written anywhere.
+bool hand_over(const QuarnFailure& failure) noexcept;
 
 /// Reads (iflag 0) or sets (iflag 1) the unit of advisory messages, such as the banner's.
 void advisory_unit(Integer iflag, Integer& unit) noexcept;

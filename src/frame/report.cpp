@@ -15,6 +15,10 @@ Report::Report(const char* routine, char* message_buffer, Integer* ifail) noexce
 
 Report::~Report() {
   message_buffer_[kMessageBufferLength - 1] = '\0';
+  if (handed_over_) {
+    *ifail_ = ierror_;
+    return;
+  }
   *ifail_ = p01abfn_(*ifail_, ierror_, routine_, 1, record_, 6, kRecordLength);
 }
 
@@ -22,8 +26,8 @@ void Report::record_failure(Integer ierror, Integer label, const char* message, 
                             int count) noexcept {
   ierror_ = ierror;
   QFformat(record_, sizeof record_, message, values, count);
-  // Every text that is formatted ends with a newline on standard output, printed or not: hosts count on it.
-  std::putchar('\n');
+  handed_over_ = hand_over({routine_, ierror, label, record_, values, count});
+  end_formatted_text();
 
   int used = QFsnprintf(message_buffer_, kMessageBufferLength, "%s %5ld %5ld %5ld", routine_, ierror, label, count);
   Conversions conversions(message);
@@ -32,7 +36,15 @@ void Report::record_failure(Integer ierror, Integer label, const char* message, 
     const auto left = std::size_t(kMessageBufferLength - used);
     used += std::max(0, QFformat(message_buffer_ + used, left, piece, values + i, 1));
   }
-  std::putchar('\n');
+  end_formatted_text();
+}
+
+// Every text that is formatted ends with a newline on standard output, printed or not: hosts count on it, unless they
+// take failures themselves.
+void Report::end_formatted_text() const noexcept {
+  if (!handed_over_) {
+    std::putchar('\n');
+  }
 }
 
 bool Conversions::next(char* conversion, int capacity) noexcept {

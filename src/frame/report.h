@@ -40,10 +40,13 @@ class Report {
  private:
   void record_failure(Integer ierror, Integer label, const char* message, const QFArgument* values, int count) noexcept;
 
+  void end_formatted_text() const noexcept;
+
   const char* routine_;
   char* message_buffer_;
   Integer* ifail_;
   Integer ierror_ = 0;
+  bool handed_over_ = false;
   // Longer than one record on purpose: a text longer than its stride is printed whole, and the longest message takes
   // three screen lines.
   char record_[4 * kRecordLength] = {};

@@ -1,0 +1,31 @@
+// How a host takes failures into its own hands. Part of tesk2mp.h, which tells the usual protocol.
+#pragma once
+
+#include "quarn/quarnfloat.h"
+#include "tesk2mp/api.h"
+
+/// One failure. Texts and values live as long as the call of the handler.
+struct QuarnFailure {
+  const char* routine;       ///< "C06FAF"; of a kernel, both names: "F06PAF/DGEMV"
+  Integer number;            ///< the failure number that IFAIL becomes; of a kernel, the position of the wrong argument
+  Integer label;             ///< the label of the message: 99999 for a routine's first one, counting down
+  const char* message;       ///< the message record, " ** On entry, N .le. 1: N =               1."
+  const QFArgument* values;  ///< the values in the message, in order
+  int count;                 ///< how many those are
+};
+
+/// Who is told of failures. The handler returns; it must not throw.
+struct QuarnFailureHandler {
+  void (*handle)(const QuarnFailure* failure, void* context);
+  void* context;
+};
+
+extern "C" {
+
+/// Sends every failure to *handler from now on, and returns the former handler; a null pointer, the state at first,
+/// means the usual protocol. While there is a handler, a failing routine writes nothing to console or standard output
+/// and returns with its failure number, whatever IFAIL was on entry; a kernel with a wrong argument returns before it
+/// touches anything. A routine that calls others may tell of theirs before its own: the last word counts, and only if
+/// IFAIL comes back non-zero. *handler must live until the next call.
+TESK2MP_API const QuarnFailureHandler* QuarnMPX_failure_handler(const QuarnFailureHandler* handler);
+}
