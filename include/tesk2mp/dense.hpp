@@ -1,0 +1,237 @@
+// Linear equations of the front door: LU and Cholesky factorisations and what follows from them. Part of tesk2mp.hpp;
+// dense.h tells of methods and costs.
+#pragma once
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "tesk2mp/kernels.hpp"
+
+namespace tesk2mp {
+namespace detail {
+
+/// A vector as a matrix of one column, solved in place by `solve`.
+template <class T, class Solve>
+std::vector<T> solve_vector(const VectorView<const T>& b, const Solve& solve) {
+  Matrix<T> column(b.size(), 1);
+  for (std::size_t i = 0; i < b.size(); ++i) {
+    column(i, 0) = b[i];
+  }
+  solve(column);
+  return std::vector<T>(column.data(), column.data() + b.size());
+}
+
+}  // namespace detail
+
+/// A = P L U by partial pivoting, real or complex.
+///
+/// @code
+/// const tesk2mp::Matrix<tesk2mp::Real> a = {{2, 1}, {1, 3}};
+/// const tesk2mp::LU factors(a);
+/// const std::vector<tesk2mp::Real> x = factors.solve(std::vector<tesk2mp::Real>{3, 5});  // 4/5, 7/5
+/// const tesk2mp::Real five = factors.determinant();
+/// @endcode
+template <Scalar T>
+class LU {
+ public:
+  explicit LU(Matrix<T> a) : LU(std::move(a), false) {}
+  /// A real matrix with its pivots chosen as if all its rows had length 1, so that the scaling of equations does not
+  /// matter. Throws NumericalFailure when a pivot is below 8 times the machine precision.
+  static LU row_weighted(Matrix<T> a) requires std::same_as<T, Real> { return {std::move(a), true}; }
+
+  /// L below the diagonal, its ones left out; U on the diagonal and above.
+  const Matrix<T>& factors() const { return factors_; }
+  /// Row i was interchanged with row pivots()[i], i = 0, 1, ..., min(m, n) - 1; rows count from 0.
+  const std::vector<Integer>& pivots() const { return pivots_; }
+  /// The factorisation came upon a zero pivot: some U(j, j) is exactly zero.
+  bool singular() const { return info_ > 0; }
+
+  /// The determinant of A, 0 when singular().
+  T determinant() const {
+    require_square();
+    T product(1);
+    for (std::size_t i = 0; i < factors_.rows(); ++i) {
+      product = product * factors_(i, i);
+      if (std::size_t(pivots_[i]) != i) {
+        product = -product;
+      }
+    }
+    return product;
+  }
+  /// The solution x of op(A) x = b, for one right-hand side or for each column. Throws NumericalFailure when
+  /// singular().
+  template <VectorSource B>
+  std::vector<T> solve(const B& b, Op op = Op::none) const {
+    return detail::solve_vector<T>(b, [&](Matrix<T>& column) { solve_in_place(column, op); });
+  }
+  template <MatrixSource B>
+  Matrix<T> solve(const B& b, Op op = Op::none) const {
+    Matrix<T> x{MatrixView<const T>(b)};
+    solve_in_place(x, op);
+    return x;
+  }
+  Matrix<T> inverse() const { return solve(Matrix<T>::identity(factors_.rows())); }
+
+ private:
+  LU(Matrix<T> a, bool row_weighted) : factors_(std::move(a)) {
+    const detail::RawMatrix<T> raw{factors_.view()};
+    pivots_.resize(std::size_t(std::min(raw.rows, raw.columns)));
+    if constexpr (!detail::kIsComplex<T>) {
+      if (row_weighted) {
+        factorise_row_weighted(raw);
+      }
+    }
+    if (!row_weighted) {
+      detail::pick<T>(QuarnMP_dgetrf_, QuarnMP_zgetrf_)(raw.rows, raw.columns, raw.data, raw.leading, pivots_.data(),
+                                                        &info_);
+    }
+    for (Integer& row : pivots_) {
+      --row;
+    }
+  }
+
+  void factorise_row_weighted(const detail::RawMatrix<Real>& raw) {
+    std::vector<Real> rows(factors_.rows());
+    QuarnMP_f07adg_(raw.rows, raw.columns, raw.data, raw.leading, rows.data(), &info_);
+    if (info_ > 0) {
+      throw NumericalFailure("F07ADG", info_, 0, "no pivot of step " + std::to_string(info_) + " is large enough",
+                             {std::int64_t(info_)});
+    }
+    std::transform(rows.begin(), rows.begin() + std::ptrdiff_t(pivots_.size()), pivots_.begin(), FloatToInt);
+  }
+
+  static const char* routine() { return detail::name<T>("F07ADF/DGETRF", "F07ARF/ZGETRF"); }
+  void require_square() const { detail::order_of(routine(), 2, detail::RawMatrix<T>(factors_.view())); }
+
+  void solve_in_place(Matrix<T>& b, Op op) const {
+    require_square();
+    detail::require(b.rows() == factors_.rows(), routine(), 1, "a right-hand side of ", b.rows(), " rows for ",
+                    factors_.rows(), " equations");
+    if (singular()) {
+      throw NumericalFailure(
+          routine(), info_, 0,
+          "U(" + std::to_string(info_) + ", " + std::to_string(info_) + ") is exactly zero: the matrix is singular",
+          {std::int64_t(info_), std::int64_t(info_)});
+    }
+    const auto by_l = [&] { trsm(Side::left, Triangle::lower, op, Diagonal::unit, 1, factors_, b); };
+    const auto by_u = [&] { trsm(Side::left, Triangle::upper, op, Diagonal::general, 1, factors_, b); };
+    if (op == Op::none) {
+      for (std::size_t i = 0; i < pivots_.size(); ++i) {
+        interchange_rows(b, i);
+      }
+      by_l();
+      by_u();
+    } else {
+      by_u();
+      by_l();
+      for (std::size_t i = pivots_.size(); i-- > 0;) {
+        interchange_rows(b, i);
+      }
+    }
+  }
+  void interchange_rows(Matrix<T>& b, std::size_t i) const {
+    for (std::size_t j = 0; j < b.columns() && std::size_t(pivots_[i]) != i; ++j) {
+      std::swap(b(i, j), b(std::size_t(pivots_[i]), j));
+    }
+  }
+
+  Matrix<T> factors_;
+  std::vector<Integer> pivots_;
+  Integer info_ = 0;
+};
+
+/// A = L L^H (lower) or U^H U (upper) of a Hermitian positive definite matrix, of which that triangle is read. A real
+/// symmetric matrix takes the same road, with imaginary parts of zero. Throws NumericalFailure when the matrix is not
+/// positive definite.
+template <Scalar T>
+class Cholesky {
+ public:
+  explicit Cholesky(const Matrix<T>& a, Triangle triangle = Triangle::lower)
+      : triangle_(triangle), factor_(a.rows(), a.columns()) {
+    const detail::RawMatrix<Complex> raw{factor_.view()};
+    const Integer n = detail::order_of(kRoutine, 2, raw);
+    for (std::size_t j = 0; j < a.columns(); ++j) {
+      for (std::size_t i = triangle == Triangle::lower ? j : 0; i < (triangle == Triangle::lower ? a.rows() : j + 1);
+           ++i) {
+        factor_(i, j) = Complex(a(i, j));
+      }
+    }
+    Integer info = 0;
+    QuarnMP_zpotrf_(detail::Option(triangle), n, raw.data, raw.leading, &info, 1);
+    if (info > 0) {
+      throw NumericalFailure(kRoutine, info, 0,
+                             "the leading minor of order " + std::to_string(info) + " is not positive",
+                             {std::int64_t(info)});
+    }
+  }
+
+  /// The triangular factor, zeros in its other triangle.
+  Matrix<T> factor() const { return narrow(factor_); }
+  /// The determinant of A.
+  Real determinant() const {
+    Real product(1);
+    for (std::size_t i = 0; i < factor_.rows(); ++i) {
+      product = product * factor_(i, i).re;
+    }
+    return product * product;
+  }
+  /// The solution x of A x = b, for one right-hand side or for each column.
+  template <VectorSource B>
+  std::vector<T> solve(const B& b) const {
+    return detail::solve_vector<T>(b, [&](Matrix<T>& column) { column = solve(column); });
+  }
+  template <MatrixSource B>
+  Matrix<T> solve(const B& b) const {
+    const MatrixView<const T> view(b);
+    detail::require(view.rows() == factor_.rows(), kRoutine, 1, "a right-hand side of ", view.rows(), " rows for ",
+                    factor_.rows(), " equations");
+    Matrix<Complex> x(view.rows(), view.columns());
+    for (std::size_t j = 0; j < view.columns(); ++j) {
+      for (std::size_t i = 0; i < view.rows(); ++i) {
+        x(i, j) = Complex(view(i, j));
+      }
+    }
+    const bool lower = triangle_ == Triangle::lower;
+    trsm(Side::left, triangle_, lower ? Op::none : Op::conjugate_transpose, Diagonal::general, 1, factor_, x);
+    trsm(Side::left, triangle_, lower ? Op::conjugate_transpose : Op::none, Diagonal::general, 1, factor_, x);
+    return narrow(x);
+  }
+  Matrix<T> inverse() const { return solve(Matrix<T>::identity(factor_.rows())); }
+
+ private:
+  static constexpr const char* kRoutine = "F07FRF/ZPOTRF";
+
+  static Matrix<T> narrow(const Matrix<Complex>& z) {
+    if constexpr (detail::kIsComplex<T>) {
+      return z;
+    } else {
+      Matrix<T> x(z.rows(), z.columns());
+      std::transform(z.data(), z.data() + z.rows() * z.columns(), x.data(),
+                     [](const Complex& value) { return value.re; });
+      return x;
+    }
+  }
+
+  Triangle triangle_;
+  Matrix<Complex> factor_;
+};
+
+/// The solution of A x = b, for a vector or for each column of a matrix. Throws NumericalFailure when A is singular.
+template <MatrixSource A, class B>
+auto solve(const A& a, const B& b) {
+  return LU<Element<A>>(Matrix<Element<A>>(a)).solve(b);
+}
+
+template <MatrixSource A>
+Element<A> determinant(const A& a) {
+  return LU<Element<A>>(Matrix<Element<A>>(a)).determinant();
+}
+
+/// Throws NumericalFailure when A is singular.
+template <MatrixSource A>
+Matrix<Element<A>> inverse(const A& a) {
+  return LU<Element<A>>(Matrix<Element<A>>(a)).inverse();
+}
+
+}  // namespace tesk2mp

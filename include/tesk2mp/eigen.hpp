@@ -1,0 +1,299 @@
+// Eigenvalues of real matrices, and the zeros of a quartic. Part of tesk2mp.hpp; dense.h tells of methods and costs.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tesk2mp/kernels.hpp"
+
+namespace tesk2mp {
+
+enum class Balancing : char { none = 'N', permute = 'P', scale = 'S', both = 'B' };
+
+/// A matrix similar to the given one, better suited to the QR algorithm. Rows and columns low ... high - 1 (from 0)
+/// hold the eigenvalues that are still to be found; the others are on the diagonal.
+struct Balanced {
+  Matrix<Real> matrix;
+  std::size_t low = 0;
+  std::size_t high = 0;
+  /// As QuarnMP_f08nhf_ gives it: scale factors in low ... high - 1, elsewhere the row interchanged, from 1.
+  std::vector<Real> scale;
+};
+template <MatrixSource A>
+Balanced balance(const A& a, Balancing job = Balancing::both) {
+  Balanced result{Matrix<Real>(a), 0, 0, {}};
+  const detail::RawMatrix<Real> raw{result.matrix.view()};
+  const Integer n = detail::order_of("F08NHF/DGEBAL", 3, raw);
+  result.scale.resize(std::size_t(n));
+  Integer low = 1;
+  Integer high = 0;
+  Integer info = 0;
+  QuarnMP_f08nhf_(detail::Option(job), n, raw.data, raw.leading, &low, &high, result.scale.data(), &info, 1);
+  result.low = std::size_t(low - 1);
+  result.high = std::size_t(high);
+  return result;
+}
+
+/// A = Q H Q^T with Q orthogonal and H upper Hessenberg.
+struct Hessenberg {
+  Matrix<Real> h;
+  Matrix<Real> q;
+};
+
+namespace detail {
+
+/// The reflector I - tau v v^T, v(0) = 1, that takes x to (beta, 0, ..., 0); x becomes v.
+struct Reflector {
+  explicit Reflector(const VectorView<Real>& x) : beta(norm2(x)), tau(0) {
+    if (x[0] > 0) {
+      beta = -beta;
+    }
+    if (beta != 0) {
+      tau = (beta - x[0]) / beta;
+      scale(1 / (x[0] - beta), x, x);
+    }
+    x[0] = 1;
+  }
+  Real beta;
+  Real tau;
+};
+
+/// A := (I - tau v v^T) A
+inline void reflect_rows(const Real& tau, const VectorView<const Real>& v, const MatrixView<Real>& a) {
+  std::vector<Real> w(a.columns());
+  gemv(Op::transpose, 1, a, v, 0, w);
+  ger(-tau, v, w, a);
+}
+
+/// A := A (I - tau v v^T)
+inline void reflect_columns(const Real& tau, const VectorView<const Real>& v, const MatrixView<Real>& a) {
+  std::vector<Real> w(a.rows());
+  gemv(Op::none, 1, a, v, 0, w);
+  ger(-tau, w, v, a);
+}
+
+}  // namespace detail
+
+/// Reduces the square matrix, of which columns low ... high - 1 are not yet in Hessenberg form (from balance(); without
+/// it all of them), by Householder reflectors (Golub and Van Loan, Matrix Computations, 7.4.2). Cost: about 14/3 n^3
+/// multiply-adds, Q included.
+template <MatrixSource A>
+Hessenberg hessenberg(const A& a, std::size_t low = 0, std::size_t high = std::size_t(-1)) {
+  Hessenberg result{Matrix<Real>(a), {}};
+  const auto n = std::size_t(detail::order_of("F08NEF/DGEHRD", 4, detail::RawMatrix<Real>(result.h.view())));
+  result.q = Matrix<Real>::identity(n);
+  high = std::min(high, n);
+  const MatrixView<Real> h = result.h.view();
+  std::vector<Real> reflector;
+  for (std::size_t k = low; k + 2 < high; ++k) {
+    const std::size_t size = high - k - 1;
+    reflector = h.block(k + 1, k, size, 1).column(0).to_vector();
+    const detail::Reflector step(reflector);
+    const VectorView<const Real> v(reflector);
+    detail::reflect_rows(step.tau, v, h.block(k + 1, k, size, n - k));
+    detail::reflect_columns(step.tau, v, h.block(0, k + 1, high, size));
+    detail::reflect_columns(step.tau, v, result.q.view().block(0, k + 1, n, size));
+    h(k + 1, k) = step.beta;
+    std::fill_n(&h(k + 2, k), size - 1, Real(0));
+  }
+  return result;
+}
+
+/// A = Z T Z^T: Z orthogonal; T upper triangular but for 2 by 2 blocks on its diagonal, a pair of conjugate eigenvalues
+/// each. values: the eigenvalues in the order of T.
+struct Schur {
+  Matrix<Real> t;
+  Matrix<Real> z;
+  std::vector<Complex> values;
+};
+
+namespace detail {
+
+/// Takes the Hessenberg form to the Schur form (job S, z becomes z times its Schur vectors) or to eigenvalues alone
+/// (E).
+inline std::vector<Complex> hessenberg_qr(char job, Hessenberg& hessenberg, std::size_t low, std::size_t high) {
+  const RawMatrix<Real> h{hessenberg.h.view()};
+  const RawMatrix<Real> z{hessenberg.q.view()};
+  const Integer n = h.rows;
+  std::vector<Real> wr(hessenberg.h.rows());
+  std::vector<Real> wi(wr.size());
+  std::vector<Real> work(std::max<std::size_t>(1, wr.size()));
+  Integer info = 0;
+  QuarnMP_dhseqr_(Option(job), Option(job == 'S' ? 'V' : 'N'), n, Integer(low) + 1, Integer(high), h.data, h.leading,
+                  wr.data(), wi.data(), z.data, z.leading, work.data(), Integer(work.size()), &info, 1, 1);
+  if (info > 0) {
+    throw NumericalFailure("F08PEF/DHSEQR", info, 0,
+                           "eigenvalue " + std::to_string(info) + " was not found in 30 iterations for each row",
+                           {std::int64_t(info), std::int64_t(30)});
+  }
+  std::vector<Complex> values;
+  for (std::size_t i = 0; i < wr.size(); ++i) {
+    values.emplace_back(wr[i], wi[i]);
+  }
+  return values;
+}
+
+}  // namespace detail
+
+/// The Schur form of a square matrix. Throws NumericalFailure when the QR algorithm does not converge.
+template <MatrixSource A>
+Schur schur(const A& a) {
+  Hessenberg reduced = hessenberg(a);
+  std::vector<Complex> values = detail::hessenberg_qr('S', reduced, 0, reduced.h.rows());
+  return {std::move(reduced.h), std::move(reduced.q), std::move(values)};
+}
+
+/// The eigenvalues of a square matrix, a pair in consecutive places with the positive imaginary part first. The matrix
+/// is balanced, reduced to Hessenberg form, and the QR algorithm does the rest. Throws NumericalFailure when it does
+/// not converge.
+///
+/// @code
+/// const tesk2mp::Matrix<tesk2mp::Real> a = {{0, 1}, {-1, 0}};
+/// const std::vector<tesk2mp::Complex> values = tesk2mp::eigenvalues(a);  // i, -i
+/// @endcode
+template <MatrixSource A>
+std::vector<Complex> eigenvalues(const A& a) {
+  const Balanced balanced = balance(a);
+  Hessenberg reduced = hessenberg(balanced.matrix, balanced.low, balanced.high);
+  return detail::hessenberg_qr('E', reduced, balanced.low, balanced.high);
+}
+
+/// Eigenvalues with their eigenvectors, each a column of Euclidean norm 1: A right = right diag(values), and
+/// left^H A = diag(values) left^H.
+struct EigenSystem {
+  std::vector<Complex> values;
+  Matrix<Complex> right;
+  Matrix<Complex> left;
+};
+
+namespace detail {
+
+/// Left and right eigenvectors of a Schur form, packed as the exports do, a pair in two columns; multiplied by z if so.
+struct PackedVectors {
+  PackedVectors(const Schur& schur, char howmny) : left(schur.z), right(schur.z) {
+    const RawMatrix<Real> t{schur.t.view()};
+    const RawMatrix<Real> vl{left.view()};
+    const RawMatrix<Real> vr{right.view()};
+    std::vector<Integer> select(schur.values.size(), 1);
+    std::vector<Real> work(3 * schur.values.size());
+    Integer used = 0;
+    Integer info = 0;
+    QuarnMP_dtrevc_(Option('B'), Option(howmny), select.data(), t.rows, t.data, t.leading, vl.data, vl.leading, vr.data,
+                    vr.leading, t.rows, &used, work.data(), &info, 1, 1);
+  }
+  Matrix<Real> left;
+  Matrix<Real> right;
+};
+
+/// Undoes balancing: rows scaled by factor(scale), then interchanged in the opposite order.
+template <class Factor>
+void unbalance(const Balanced& balanced, const Factor& factor, Matrix<Real>& vectors) {
+  const std::size_t n = vectors.rows();
+  for (std::size_t i = balanced.low; i < balanced.high; ++i) {
+    const VectorView<Real> row = vectors.view().row(i);
+    scale(factor(balanced.scale[i]), row, row);
+  }
+  const auto interchange = [&](std::size_t i) {
+    const auto other = std::size_t(FloatToInt(balanced.scale[i]) - 1);
+    for (std::size_t j = 0; j < n && other != i; ++j) {
+      std::swap(vectors(i, j), vectors(other, j));
+    }
+  };
+  for (std::size_t i = balanced.low; i-- > 0;) {
+    interchange(i);
+  }
+  for (std::size_t i = balanced.high; i < n; ++i) {
+    interchange(i);
+  }
+}
+
+/// Complex columns of norm 1 out of packed ones.
+inline Matrix<Complex> unpack(const std::vector<Complex>& values, const Matrix<Real>& packed) {
+  const std::size_t n = values.size();
+  Matrix<Complex> vectors(n, n);
+  for (std::size_t j = 0; j < n; ++j) {
+    const bool pair = values[j].im > 0 && j + 1 < n;
+    const MatrixView<const Real> columns = packed.view().block(0, j, n, pair ? 2 : 1);
+    const Real length = norm(Norm::frobenius, columns);
+    for (std::size_t i = 0; i < n; ++i) {
+      const Complex value(columns(i, 0) / length, pair ? columns(i, 1) / length : Real(0));
+      vectors(i, j) = value;
+      if (pair) {
+        vectors(i, j + 1) = conj(value);
+      }
+    }
+    j += pair ? 1 : 0;
+  }
+  return vectors;
+}
+
+}  // namespace detail
+
+/// Eigenvalues and eigenvectors of a square matrix, balanced first. Eigenvectors of a defective eigenvalue come out
+/// parallel. Throws NumericalFailure when the QR algorithm does not converge.
+template <MatrixSource A>
+EigenSystem eigen(const A& a) {
+  const Balanced balanced = balance(a);
+  Hessenberg reduced = hessenberg(balanced.matrix, balanced.low, balanced.high);
+  std::vector<Complex> values = detail::hessenberg_qr('S', reduced, balanced.low, balanced.high);
+  const Schur schur{std::move(reduced.h), std::move(reduced.q), std::move(values)};
+  detail::PackedVectors packed(schur, 'B');
+  detail::unbalance(
+      balanced, [](const Real& s) { return s; }, packed.right);
+  detail::unbalance(
+      balanced, [](const Real& s) { return 1 / s; }, packed.left);
+  return {schur.values, detail::unpack(schur.values, packed.right), detail::unpack(schur.values, packed.left)};
+}
+
+/// How eigenvalues and eigenvectors react to a change of the matrix. value[i]: reciprocal condition number of
+/// eigenvalue i, a change of size e moves it by about e / value[i]. vector[i]: the gap between it and the others; its
+/// right eigenvector turns by about e / vector[i].
+struct EigenConditions {
+  std::vector<Complex> values;
+  std::vector<Real> value;
+  std::vector<Real> vector;
+};
+template <MatrixSource A>
+EigenConditions eigen_conditions(const A& a) {
+  const Schur form = schur(a);
+  detail::PackedVectors packed(form, 'A');
+  const detail::RawMatrix<Real> t{form.t.view()};
+  const detail::RawMatrix<Real> vl{packed.left.view()};
+  const detail::RawMatrix<Real> vr{packed.right.view()};
+  const std::size_t n = form.values.size();
+  EigenConditions result{form.values, std::vector<Real>(n), std::vector<Real>(n)};
+  std::vector<Integer> select(n, 1);
+  std::vector<Integer> iwork(2 * n);
+  std::vector<Real> work(n * (n + 6));
+  Integer used = 0;
+  Integer info = 0;
+  QuarnMP_dtrsna_(detail::Option('B'), detail::Option('A'), select.data(), t.rows, t.data, t.leading, vl.data,
+                  vl.leading, vr.data, vr.leading, result.value.data(), result.vector.data(), t.rows, &used,
+                  work.data(), std::max<Integer>(1, t.rows), iwork.data(), &info, 1, 1);
+  return result;
+}
+
+/// A zero of a polynomial; error is what one rounding of the coefficients does to it.
+struct Zero {
+  Complex value;
+  Real error;
+};
+/// The four zeros of e z^4 + a z^3 + b z^2 + c z + d. Throws InvalidArgument when e is 0, NumericalFailure when a
+/// quotient by e passes 4.49e+307 or the iterations do not converge.
+inline std::array<Zero, 4> quartic_zeros(Real e, Real a, Real b, Real c, Real d) {
+  std::array<Real, 4> re;
+  std::array<Real, 4> im;
+  std::array<Real, 4> error;
+  detail::call([&](Integer* ifail) { QuarnMP_c02alf_(&e, &a, &b, &c, &d, re.data(), im.data(), error.data(), ifail); },
+               {2, 3});
+  std::array<Zero, 4> zeros;
+  for (std::size_t i = 0; i < zeros.size(); ++i) {
+    zeros[i] = {Complex(re[i], im[i]), error[i]};
+  }
+  return zeros;
+}
+
+}  // namespace tesk2mp

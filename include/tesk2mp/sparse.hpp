@@ -1,0 +1,137 @@
+// Sparse matrices of the front door. Part of tesk2mp.hpp; sparse.h tells of storage and methods.
+#pragma once
+
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tesk2mp/kernels.hpp"
+
+namespace tesk2mp {
+
+/// What the entries of a sparse matrix stand for: themselves, or the lower triangle of a symmetric (real) or Hermitian
+/// (complex) matrix.
+enum class Storage { general, lower_triangle };
+/// Entries of the same place: keep the first, add them up, or fail (general storage only).
+enum class Duplicates : char { keep_first = 'R', sum = 'S', fail = 'F' };
+/// Entries that are zero: remove them, keep them, or fail (general storage only).
+enum class Zeros : char { remove = 'R', keep = 'K', fail = 'F' };
+
+/// A square sparse matrix as a list of entries, real or complex. Indices count from 0.
+///
+/// @code
+/// tesk2mp::SparseMatrix<tesk2mp::Real> a(3);
+/// a.add(0, 0, 2);
+/// a.add(2, 1, -1);
+/// a.canonicalise();
+/// const std::vector<tesk2mp::Real> y = a.multiply(std::vector<tesk2mp::Real>{1, 1, 1});
+/// @endcode
+template <Scalar T>
+class SparseMatrix {
+ public:
+  using value_type = T;
+
+  explicit SparseMatrix(std::size_t order, Storage storage = Storage::general)
+      : order_(detail::count_of(order)), storage_(storage) {
+    detail::require(order >= 1, routine(), 1, "a sparse matrix of order ", order);
+  }
+
+  /// One more entry; those of the same place add up in products.
+  void add(std::size_t row, std::size_t column, T value) {
+    const auto order = std::size_t(order_);
+    detail::require(row < order, routine(), 4, "row ", row, " of a matrix of order ", order);
+    detail::require(column < (storage_ == Storage::general ? order : row + 1), routine(), 5, "column ", column,
+                    " in row ", row, " of ", storage_ == Storage::general ? "a matrix" : "the lower triangle",
+                    " of order ", order);
+    detail::require(values_.size() < std::size_t(std::numeric_limits<Integer>::max() - 1), routine(), 2,
+                    "too many entries");
+    values_.push_back(std::move(value));
+    rows_.push_back(Integer(row) + 1);
+    columns_.push_back(Integer(column) + 1);
+  }
+
+  std::size_t order() const { return std::size_t(order_); }
+  std::size_t entries() const { return values_.size(); }
+  Storage storage() const { return storage_; }
+  const T& value(std::size_t entry) const { return values_.at(entry); }
+  std::size_t row(std::size_t entry) const { return std::size_t(rows_.at(entry)) - 1; }
+  std::size_t column(std::size_t entry) const { return std::size_t(columns_.at(entry)) - 1; }
+
+  /// Sorts the entries by rows, then columns, merges those of the same place and drops zeros. Returns where each row
+  /// starts: row i is the entries start[i] ... start[i + 1] - 1. Linear time. With Duplicates::fail or Zeros::fail
+  /// throws InvalidArgument at the first such entry.
+  std::vector<Integer> canonicalise(Duplicates duplicates = Duplicates::sum, Zeros zeros = Zeros::remove) {
+    auto entries = detail::count_of(values_.size());
+    std::vector<Integer> starts(std::size_t(order_) + 1);
+    std::vector<Integer> work(std::size_t(order_) + values_.size());
+    detail::call([&](Integer* ifail) {
+      const auto canonical = [&](auto sort) {
+        sort(&order_, &entries, values_.data(), rows_.data(), columns_.data(), detail::Option(duplicates),
+             detail::Option(zeros), starts.data(), work.data(), ifail, 1, 1);
+      };
+      if (storage_ == Storage::general) {
+        canonical(detail::pick<T>(QuarnMP_f11zaf_, QuarnMP_f11znf_));
+      } else if constexpr (detail::kIsComplex<T>) {
+        canonical(QuarnMP_f11zpf_);
+      } else {
+        char buffer[200];
+        QuarnMP_f11zbfn_(order_, &entries, values_.data(), rows_.data(), columns_.data(), detail::Option(duplicates),
+                         detail::Option(zeros), starts.data(), work.data(), buffer, ifail, 1, 1, sizeof buffer);
+      }
+    });
+    values_.resize(std::size_t(entries));
+    rows_.resize(std::size_t(entries));
+    columns_.resize(std::size_t(entries));
+    for (Integer& start : starts) {
+      --start;
+    }
+    return starts;
+  }
+
+  /// y := A x, or op(A) x. Of a complex matrix the plain transpose is not to be had, of a symmetric or Hermitian one it
+  /// is no different.
+  template <VectorSource X>
+  std::vector<T> multiply(const X& x, Op op = Op::none) const {
+    std::vector<T> y(order());
+    multiply(x, y, op);
+    return y;
+  }
+  template <VectorSource X>
+  void multiply(const X& source, std::span<T> y, Op op = Op::none) const {
+    const std::vector<T> x = VectorView<const T>(source).to_vector();
+    detail::require_length(product(), 8, detail::count_of(x.size()), order_);
+    detail::require_length(product(), 9, detail::count_of(y.size()), order_);
+    detail::require(op != Op::transpose || !detail::kIsComplex<T>, product(), 1,
+                    "the plain transpose of a complex sparse matrix");
+    // Entries add up in any order and number: their structure needs no check, add() saw to the indices.
+    const auto entries = detail::count_of(values_.size());
+    const detail::Option unchecked('N');
+    detail::call([&](Integer* ifail) {
+      if (storage_ == Storage::general) {
+        detail::pick<T>(QuarnMP_f11xaf_, QuarnMP_f11xnf_)(detail::Option(op == Op::none ? 'N' : 'T'), &order_, &entries,
+                                                          values_.data(), rows_.data(), columns_.data(), unchecked,
+                                                          x.data(), y.data(), ifail, 1, 1);
+      } else {
+        detail::pick<T>(QuarnMP_f11xef_, QuarnMP_f11xsf_)(&order_, &entries, values_.data(), rows_.data(),
+                                                          columns_.data(), unchecked, x.data(), y.data(), ifail, 1);
+      }
+    });
+  }
+
+ private:
+  const char* routine() const {
+    return storage_ == Storage::general ? detail::name<T>("F11ZAF", "F11ZNF") : detail::name<T>("F11ZBF", "F11ZPF");
+  }
+  const char* product() const {
+    return storage_ == Storage::general ? detail::name<T>("F11XAF", "F11XNF") : detail::name<T>("F11XEF", "F11XSF");
+  }
+
+  Integer order_;
+  Storage storage_;
+  std::vector<T> values_;
+  std::vector<Integer> rows_;  // from 1, as the exports take them
+  std::vector<Integer> columns_;
+};
+
+}  // namespace tesk2mp

@@ -1,0 +1,30 @@
+// The safe front door of Tesk MP for C++20: the routines of tesk2mp.h over spans and matrix views.
+//
+//   #include "tesk2mp/tesk2mp.hpp"
+//
+//   const tesk2mp::Digits forty(40);
+//   const tesk2mp::Matrix<tesk2mp::Real> a = {{4, 1}, {2, 3}};
+//   for (const tesk2mp::Complex& value : tesk2mp::eigenvalues(a)) { ... }  // 5 and 2
+//
+// What holds for all of it:
+//
+// * Shapes come from the arguments and are checked; workspace is not the caller's business.
+// * Failures are exceptions (error.hpp) with the routine's name, its failure number, its message and the values in it.
+//   Nothing is printed and the process is never ended. Unless a function says otherwise, what it was to write to is
+//   then as it was (InvalidArgument) or not defined (NumericalFailure).
+// * Constants are true to the working precision. Where the library has a classic entry that is good to some 16 digits
+//   at any precision, namespace classic has it under the same name.
+// * Indices count from 0. (Texts of the library count from 1.)
+// * Each function is a few lines over exports that tesk2mp.h declares; results are theirs, digit for digit.
+//
+// As with the library itself, one thread at a time.
+#pragma once
+
+#include "tesk2mp/dense.hpp"
+#include "tesk2mp/eigen.hpp"
+#include "tesk2mp/error.hpp"
+#include "tesk2mp/fft.hpp"
+#include "tesk2mp/kernels.hpp"
+#include "tesk2mp/sparse.hpp"
+#include "tesk2mp/util.hpp"
+#include "tesk2mp/views.hpp"

@@ -1,0 +1,149 @@
+// Kernels and linear equations: digit for digit what the exports give, and true by their definitions.
+#include <doctest/doctest.h>
+
+#include <vector>
+
+#include "front/samples.h"
+
+using namespace front;
+using namespace tesk2mp;
+
+TEST_CASE("results are those of the exports, digit for digit") {
+  Samples samples;
+  Matrix<Real> a = samples.matrix<Real>(5, 4);
+  Matrix<Real> b = samples.matrix<Real>(4, 3);
+  std::vector<Real> x = samples.vector<Real>(4);
+  const Real alpha = samples.real();
+  const Real beta = samples.real();
+
+  std::vector<Real> y = samples.vector<Real>(5);
+  std::vector<Real> expected = y;
+  QuarnMP_dgemv_("N", 5, 4, alpha, a.data(), 5, x.data(), 1, beta, expected.data(), 1, 1);
+  gemv(Op::none, alpha, a, x, beta, y);
+  CHECK(y == expected);
+
+  Matrix<Real> c = samples.matrix<Real>(5, 3);
+  Matrix<Real> expected_c = c;
+  QuarnMP_dgemm_("N", "N", 5, 3, 4, alpha, a.data(), 5, b.data(), 4, beta, expected_c.data(), 5, 1, 1);
+  gemm(Op::none, Op::none, alpha, a, b, beta, c);
+  CHECK(c == expected_c);
+
+  Matrix<Real> factors = a;
+  std::vector<Integer> pivots(4);
+  Integer info = 0;
+  QuarnMP_dgetrf_(5, 4, factors.data(), 5, pivots.data(), &info);
+  const LU lu(a);
+  CHECK(lu.factors() == factors);
+  for (std::size_t i = 0; i < 4; ++i) {
+    CHECK(lu.pivots()[i] == pivots[i] - 1);
+  }
+  CHECK(norm2(x) == QuarnMP_f06ejf_(4, x.data(), 1));
+  CHECK(norm(Norm::frobenius, a) == QuarnMP_f06raf_("F", 5, 4, a.data(), 5, nullptr, 1));
+
+  Real ra = alpha;
+  Real rb = beta;
+  Real cosine;
+  Real sine;
+  QuarnMP_f06aaf_(&ra, &rb, &cosine, &sine);
+  const Rotation turn = rotation(alpha, beta);
+  CHECK(turn.r == ra);
+  CHECK(turn.z == rb);
+  CHECK(turn.c == cosine);
+  CHECK(turn.s == sine);
+}
+
+TEST_CASE_TEMPLATE("kernels do what they say", T, Real, Complex) {
+  const Digits digits(50);
+  Samples samples;
+  const std::size_t n = 6;
+  const Matrix<T> a = samples.matrix<T>(n, n);
+  const std::vector<T> x = samples.vector<T>(n);
+  constexpr double kUnits = 1e4;  // n terms, each rounded, divided by diagonals of random matrices
+
+  for (const Triangle triangle : {Triangle::upper, Triangle::lower}) {
+    for (const Op op : {Op::none, Op::transpose, Op::conjugate_transpose}) {
+      std::vector<T> y = x;
+      trmv(triangle, op, Diagonal::unit, a, y);
+      trsv(triangle, op, Diagonal::unit, a, y);
+      CHECK(distance(Matrix<T>(MatrixView<const T>(y, n, 1)), Matrix<T>(MatrixView<const T>(x, n, 1))) < kUnits);
+
+      Matrix<T> b = samples.matrix<T>(n, 2);
+      const Matrix<T> given = b;
+      trsm(Side::left, triangle, op, Diagonal::unit, 1, a, b);
+      for (std::size_t j = 0; j < 2; ++j) {
+        trmv(triangle, op, Diagonal::unit, a, b.view().column(j));
+      }
+      CHECK(distance(b, given) < kUnits);
+    }
+  }
+
+  Matrix<T> outer(n, n);
+  ger(1, x, x, outer);
+  CHECK(outer(1, 2) == x[1] * x[2]);
+  std::vector<T> doubled(n);
+  scale(2, x, doubled);
+  CHECK(doubled[3] == x[3] + x[3]);
+}
+
+TEST_CASE("Hermitian and conjugated kernels") {
+  Samples samples;
+  const Matrix<Complex> a = samples.matrix<Complex>(4, 3);
+  Matrix<Complex> c(4, 4);
+  herk(Triangle::lower, Op::none, 1, a, 0, c);
+  const Matrix<Complex> expected = multiply(a, adjoint(a));
+  CHECK(abs(c(3, 1) - expected(3, 1)) < Real(1, 2 - QuarnDigits()));
+  CHECK(c(0, 1) == Complex(0));
+
+  const std::vector<Complex> x = samples.vector<Complex>(4);
+  Matrix<Complex> outer(4, 4);
+  gerc(1, x, x, outer);
+  CHECK(outer(1, 2) == x[1] * conj(x[2]));
+  std::vector<Complex> y(4);
+  copy(x, y);
+  scale(3, y);
+  CHECK(y[2] == Complex(x[2].re * 3, x[2].im * 3));
+}
+
+TEST_CASE_TEMPLATE("equations, determinants and inverses", T, Real, Complex) {
+  const Digits digits(60);
+  Samples samples;
+  const std::size_t n = 8;
+  const Matrix<T> a = samples.matrix<T>(n, n);
+  const Matrix<T> b = samples.matrix<T>(n, 3);
+  // Beyond n rounding errors of one unit: the growth of factors and the condition of a random matrix of order 8.
+  constexpr double kUnits = 1e7;
+
+  const LU<T> lu(a);
+  CHECK(distance(multiply(a, lu.solve(b)), b) < kUnits);
+  CHECK(distance(multiply(adjoint(a), lu.solve(b, Op::conjugate_transpose)), b) < kUnits);
+  CHECK(distance(multiply(a, inverse(a)), Matrix<T>::identity(n)) < kUnits);
+  const std::vector<T> one = solve(a, b.view().column(1));
+  CHECK(one == lu.solve(b).view().column(1).to_vector());
+  CHECK(widen(Matrix<T>{{determinant(a) * determinant(inverse(a)) - T(1)}})(0, 0).re < Real(1, 7 - 60));
+
+  const Matrix<T> positive = multiply(a, adjoint(a));
+  for (const Triangle triangle : {Triangle::lower, Triangle::upper}) {
+    const Cholesky<T> cholesky(positive, triangle);
+    const Matrix<T> factor = cholesky.factor();
+    const Matrix<T> square =
+        triangle == Triangle::lower ? multiply(factor, adjoint(factor)) : multiply(adjoint(factor), factor);
+    CHECK(distance(square, positive) < kUnits);
+    CHECK(distance(multiply(positive, cholesky.solve(b)), b) < 1e3 * kUnits);
+    CHECK(distance(multiply(positive, cholesky.inverse()), Matrix<T>::identity(n)) < 1e3 * kUnits);
+  }
+}
+
+TEST_CASE("determinants of integer matrices are exact") {
+  CHECK(determinant(Matrix<Real>{{0, 2, 0}, {3, 0, 0}, {0, 0, 5}}) == -30);
+  CHECK(determinant(Matrix<Real>{{1, 2}, {2, 4}}) == 0);
+  CHECK(LU(Matrix<Real>{{1, 2}, {2, 4}}).singular());
+  CHECK(Cholesky(Matrix<Real>{{4, 2}, {2, 3}}).determinant() == 8);
+}
+
+TEST_CASE("row weights undo the scaling of equations") {
+  const Matrix<Real> a = {{Real(1, 30), Real(2, 30)}, {3, -1}};
+  CHECK(LU(a).pivots()[0] == 0);
+  CHECK(LU<Real>::row_weighted(a).pivots()[0] == 1);
+  const std::vector<Real> x = LU<Real>::row_weighted(a).solve(std::vector<Real>{Real(5, 30), 1});
+  CHECK(x == std::vector<Real>{1, 2});
+}
