@@ -29,6 +29,7 @@ void run(int argc, char** argv) {
   app.set_version_flag("--version", std::string("quarn ") + QUARN_VERSION);
   app.footer(kFooter);
   app.fallthrough();
+  app.allow_windows_style_options(false);  // the same commands everywhere, and paths that start with a slash
   add_digits_option(app, session);
   add_fft(app, session);
   add_constants(app, session);

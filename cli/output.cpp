@@ -8,7 +8,9 @@
 #include <cstring>
 
 #include "cli/failure.h"
-#if !defined(_WIN32)
+#if defined(_WIN32)
+#include <io.h>
+#else
 #include <unistd.h>
 #endif
 
@@ -33,7 +35,9 @@ void write_output(const std::string& text, const std::string& file) {
 }
 
 void make_output_errors_visible() {
-#if !defined(_WIN32)
+#if defined(_WIN32)
+  _setmode(1, _O_BINARY);  // a result is the same bytes on every platform
+#else
   std::signal(SIGPIPE, SIG_IGN);
   // The first file opened would take the number of a closed standard stream. One that can be read only holds the place
   // and still refuses what is written.

@@ -1,14 +1,19 @@
 #include "cli/process.h"
 
 #include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
 
 #include "cli/scratch_file.h"
+#if defined(_WIN32)
+#include <io.h>
+#include <process.h>
+#else
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
 
 namespace cli {
 
@@ -24,18 +29,43 @@ std::string last_line(const std::string& text) {
   return text.substr(start, end + 1 - start);
 }
 
-}  // namespace
+#if defined(_WIN32)
 
-ProcessResult run_process(const std::vector<std::string>& arguments, const std::string& input) {
-  ScratchFile script;
-  const ScratchFile complaints;
-  script.fill(input);
+// One of this process's standard streams is another file while this lives: a child inherits what it finds.
+class Lent {
+ public:
+  Lent(int stream, int file) : stream_(stream), saved_(dup(stream)) { dup2(file, stream); }
+  ~Lent() {
+    dup2(saved_, stream_);
+    close(saved_);
+  }
+  Lent(const Lent&) = delete;
+  Lent& operator=(const Lent&) = delete;
 
+ private:
+  int stream_;
+  int saved_;
+};
+
+void spawn_and_wait(const char* const* arguments, int input, int complaints, ProcessResult& result) {
+  const ScratchFile nowhere;
+  const Lent standard_input(0, input);
+  const Lent standard_output(1, nowhere.descriptor());
+  const Lent standard_error(2, complaints);
+  const intptr_t status = _spawnvp(_P_WAIT, arguments[0], arguments);
+  result.started = status != -1;
+  result.error = result.started ? 0 : errno;
+  result.status = int(status);
+}
+
+#else
+
+void spawn_and_wait(const char* const* arguments, int input, int complaints, ProcessResult& result) {
   posix_spawn_file_actions_t files;
   posix_spawn_file_actions_init(&files);
-  posix_spawn_file_actions_adddup2(&files, script.descriptor(), 0);
+  posix_spawn_file_actions_adddup2(&files, input, 0);
   posix_spawn_file_actions_addopen(&files, 1, "/dev/null", O_WRONLY, 0);
-  posix_spawn_file_actions_adddup2(&files, complaints.descriptor(), 2);
+  posix_spawn_file_actions_adddup2(&files, complaints, 2);
   posix_spawnattr_t attributes;
   posix_spawnattr_init(&attributes);
   sigset_t defaults;
@@ -43,28 +73,40 @@ ProcessResult run_process(const std::vector<std::string>& arguments, const std::
   sigaddset(&defaults, SIGPIPE);  // ignored here, and an ignored signal would stay ignored there
   posix_spawnattr_setsigdefault(&attributes, &defaults);
   posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
-
-  std::vector<char*> pointers;
-  pointers.reserve(arguments.size() + 1);
-  for (const std::string& argument : arguments) {
-    pointers.push_back(const_cast<char*>(argument.c_str()));
-  }
-  pointers.push_back(nullptr);
-
-  ProcessResult result;
   pid_t child = 0;
-  result.error = posix_spawnp(&child, pointers[0], &files, &attributes, pointers.data(), environ);
+  result.error = posix_spawnp(&child, arguments[0], &files, &attributes, const_cast<char* const*>(arguments), environ);
   posix_spawnattr_destroy(&attributes);
   posix_spawn_file_actions_destroy(&files);
   if (result.error != 0) {
-    return result;
+    return;
   }
   result.started = true;
   int status = 0;
   while (waitpid(child, &status, 0) == -1 && errno == EINTR) {
   }
   result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-  result.complaint = last_line(complaints.contents());
+}
+
+#endif
+
+}  // namespace
+
+ProcessResult run_process(const std::vector<std::string>& arguments, const std::string& input) {
+  ScratchFile script;
+  const ScratchFile complaints;
+  script.fill(input);
+  std::vector<const char*> pointers;
+  pointers.reserve(arguments.size() + 1);
+  for (const std::string& argument : arguments) {
+    pointers.push_back(argument.c_str());
+  }
+  pointers.push_back(nullptr);
+
+  ProcessResult result;
+  spawn_and_wait(pointers.data(), script.descriptor(), complaints.descriptor(), result);
+  if (result.started) {
+    result.complaint = last_line(complaints.contents());
+  }
   return result;
 }
 

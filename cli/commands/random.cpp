@@ -151,10 +151,10 @@ void add_random(CLI::App& app, Session& session) {
   auto options = std::make_shared<RandomOptions>();
   command->add_option("--count", options->count, "how many, 1 to 100000000 (default 1)")
       ->type_name("N")
-      ->check(CLI::Range(1, kMostNumbers).description(""));
+      ->check(CLI::Range(Integer(1), kMostNumbers).description(""));
   CLI::Option* generator = command->add_option("--igen", options->generator, "the generator, 0 to 273 (default 0)")
                                ->type_name("I")
-                               ->check(CLI::Range(0, kLastGenerator).description(""));
+                               ->check(CLI::Range(Integer(0), kLastGenerator).description(""));
   command->add_option("--seed", options->seed, "the four seeds (default: those of the library)")
       ->type_name("S")
       ->expected(4);
