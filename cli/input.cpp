@@ -24,8 +24,10 @@ struct CloseUnlessStandardInput {
 
 }  // namespace
 
+std::string name_of_input(const std::string& file) { return file == "-" ? "standard input" : file; }
+
 std::string read_input(const std::string& file) {
-  const std::string name = file == "-" ? "standard input" : file;
+  const std::string name = name_of_input(file);
   const std::unique_ptr<std::FILE, CloseUnlessStandardInput> stream(file == "-" ? stdin
                                                                                 : std::fopen(file.c_str(), "rb"));
   if (!stream) {

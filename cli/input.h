@@ -9,4 +9,7 @@ namespace cli {
 /// read, is longer than 1 GiB or is not text.
 std::string read_input(const std::string& file);
 
+/// The file's name in messages: "standard input" for "-".
+std::string name_of_input(const std::string& file);
+
 }  // namespace cli

@@ -28,8 +28,8 @@ std::size_t bytes_per_number(int digits) {
   return sizeof(QuarnFloat) + (limbs > std::size_t(QuarnFloat::kInlineLimbs) ? limbs * sizeof(QuarnFloat::Limb) : 0);
 }
 
-void require_memory(std::size_t numbers, const std::string& purpose) {
-  const double needed = double(numbers) * double(bytes_per_number(QuarnDigits()));
+void require_memory(double numbers, const std::string& purpose) {
+  const double needed = numbers * double(bytes_per_number(QuarnDigits()));
   if (needed > physical_memory()) {
     constexpr double kGigabyte = 1e9;
     char sizes[80];

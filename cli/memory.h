@@ -10,6 +10,6 @@ namespace cli {
 std::size_t bytes_per_number(int digits);
 
 /// Throws Failure when numbers of the working digits, so many of them, pass this machine's memory.
-void require_memory(std::size_t numbers, const std::string& purpose);
+void require_memory(double numbers, const std::string& purpose);
 
 }  // namespace cli

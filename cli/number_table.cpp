@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <type_traits>
 
 #include "cli/failure.h"
 #include "cli/input.h"
@@ -20,8 +21,6 @@ std::string_view trimmed(std::string_view text) {
   }
   return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
 }
-
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 // A character a separator of cells, or ' ' for any run of blanks.
 char separator_of(std::string_view line) {
@@ -108,57 +107,7 @@ std::string shown(const std::string& cell) {
 
 }  // namespace
 
-// The number type wants a digit on each side of the point.
-QuarnFloat to_number(const std::string& cell) {
-  std::string text = cell;
-  const std::size_t point = text.find('.');
-  if (point != std::string::npos) {
-    if (point + 1 == text.size() || !is_digit(text[point + 1])) {
-      text.insert(point + 1, 1, '0');
-    }
-    if (point == 0 || !is_digit(text[point - 1])) {
-      text.insert(point, 1, '0');
-    }
-  }
-  return QuarnFloat(text);
-}
-
-bool is_number(std::string_view text) {
-  std::size_t at = 0;
-  const auto skip_sign = [&] {
-    if (at < text.size() && (text[at] == '+' || text[at] == '-')) {
-      ++at;
-    }
-  };
-  const auto skip_digits = [&] {
-    const std::size_t start = at;
-    while (at < text.size() && is_digit(text[at])) {
-      ++at;
-    }
-    return at - start;
-  };
-  skip_sign();
-  std::size_t digits = skip_digits();
-  if (at < text.size() && text[at] == '.') {
-    ++at;
-    digits += skip_digits();
-  }
-  if (digits == 0) {
-    return false;
-  }
-  if (at < text.size() && (text[at] == 'e' || text[at] == 'E')) {
-    ++at;
-    skip_sign();
-    if (skip_digits() == 0) {
-      return false;
-    }
-  }
-  return at == text.size();
-}
-
-NumberTable NumberTable::read(const std::string& file) {
-  return parse(read_input(file), file == "-" ? "standard input" : file);
-}
+NumberTable NumberTable::read(const std::string& file) { return parse(read_input(file), name_of_input(file)); }
 
 NumberTable NumberTable::parse(const std::string& text, const std::string& source) {
   NumberTable table;
@@ -243,7 +192,7 @@ const NumberTable::Column& NumberTable::choose(const std::string& name) const {
     return *column;
   }
   for (auto column = columns_.rbegin(); column != columns_.rend(); ++column) {
-    if (!column->cells.empty() && is_number(column->cells.front())) {
+    if (!column->cells.empty() && is_complex_number(column->cells.front())) {
       return *column;
     }
   }
@@ -258,22 +207,33 @@ std::string NumberTable::place(const Column& column, std::size_t row) const {
   return source_ + ": " + (column.name.empty() ? "element " : column.name) + position;
 }
 
-std::vector<QuarnFloat> NumberTable::numbers(const Column& column) const {
-  require_memory(column.cells.size(), std::to_string(column.cells.size()) + " numbers");
-  std::vector<QuarnFloat> values;
+template <class T>
+std::vector<T> NumberTable::values(const Column& column, bool (*is_value)(std::string_view),
+                                   T (*to_value)(const std::string&)) const {
+  constexpr std::size_t kParts = std::is_same_v<T, Complex> ? 2 : 1;
+  require_memory(double(kParts * column.cells.size()), std::to_string(column.cells.size()) + " numbers");
+  std::vector<T> values;
   values.reserve(column.cells.size());
   for (std::size_t row = 0; row < column.cells.size(); ++row) {
     const std::string& cell = column.cells[row];
-    if (!is_number(cell)) {
+    if (!is_value(cell)) {
       throw bad_input(place(column, row) + ": " + shown(cell) + " is not a " + (is_not_finite(cell) ? "finite " : "") +
                       "number");
     }
-    values.push_back(to_number(cell));
+    values.push_back(to_value(cell));
     if (!isfinite(values.back())) {
       throw bad_input(place(column, row) + ": " + shown(cell) + " is beyond the range of numbers");
     }
   }
   return values;
+}
+
+std::vector<QuarnFloat> NumberTable::numbers(const Column& column) const {
+  return values(column, is_number, to_number);
+}
+
+std::vector<Complex> NumberTable::complex_numbers(const Column& column) const {
+  return values(column, is_complex_number, to_complex_number);
 }
 
 }  // namespace cli

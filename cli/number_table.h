@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/number_text.h"
 #include "quarn/quarnfloat.h"
 
 namespace cli {
@@ -33,24 +34,23 @@ class NumberTable {
   const Column* find(const std::string& name) const;
   /// The column that was asked for, or the last one that starts with a number when `name` is empty.
   const Column& choose(const std::string& name) const;
-  /// The column's numbers, rounded to the working digits.
+  /// The column's numbers, rounded to the working digits. Throws Failure.
   std::vector<QuarnFloat> numbers(const Column& column) const;
+  /// The same for complex numbers, such as 2, -i or 1.5-2e3i.
+  std::vector<Complex> complex_numbers(const Column& column) const;
   /// Where a cell stands, for messages: "FILE:LINE" or "FILE: NAME[INDEX]".
   std::string place(const Column& column, std::size_t row) const;
 
  private:
   void parse_lines(const std::string& text);
   void parse_json(const std::string& text);
+  template <class T>
+  std::vector<T> values(const Column& column, bool (*is_value)(std::string_view),
+                        T (*to_value)(const std::string&)) const;
 
   std::string source_;
   std::vector<Column> columns_;
   std::vector<std::size_t> lines_;  // of each row; empty for JSON
 };
-
-/// Whether the text is [+-]digits[.digits][e[+-]digits], where one side of the point may be empty.
-bool is_number(std::string_view text);
-
-/// The value of a text that is_number accepts, rounded to the working digits.
-QuarnFloat to_number(const std::string& cell);
 
 }  // namespace cli

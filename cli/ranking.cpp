@@ -44,7 +44,7 @@ Result result_of(const RankingOptions& options, const RankedColumn& column, cons
   const std::string digits = std::to_string(QuarnDigits());
   Result result;
   result.notes = {what + " of " + column.counted + ", " + options.order_name(),
-                  digits + (QuarnDigits() == 1 ? " digit" : " digits") + "; equal values keep their order"};
+                  digits_text() + "; equal values keep their order"};
   result.facts = {{"input", options.input},
                   {"digits", digits, true},
                   {"n", std::to_string(column.count()), true},

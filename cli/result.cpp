@@ -135,6 +135,8 @@ NumberFormat::NumberFormat(const QuarnFloat& largest, int significant) {
 
 std::string NumberFormat::operator()(const QuarnFloat& value) const { return formatted(conversion_.c_str(), value); }
 
+std::string digits_text() { return std::to_string(QuarnDigits()) + (QuarnDigits() == 1 ? " digit" : " digits"); }
+
 QuarnFloat largest_magnitude(const std::vector<QuarnFloat>& values) {
   QuarnFloat largest;
   for (const QuarnFloat& value : values) {

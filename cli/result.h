@@ -50,6 +50,9 @@ class NumberFormat {
   std::string conversion_;
 };
 
+/// The working precision for notes: "20 digits".
+std::string digits_text();
+
 /// The largest magnitude; zero for no values.
 QuarnFloat largest_magnitude(const std::vector<QuarnFloat>& values);
 

@@ -26,7 +26,7 @@ std::vector<Constant> constants() {
 
 Result list_constants() {
   Result result;
-  result.notes = {"Machine constants at " + std::to_string(QuarnDigits()) + " digits"};
+  result.notes = {"Machine constants at " + digits_text()};
   result.facts = {{"digits", std::to_string(QuarnDigits()), true}};
   result.data = {{"routine", {}}, {"meaning", {}}, {"value", {}}};
   for (const Constant& constant : constants()) {

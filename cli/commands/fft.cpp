@@ -38,14 +38,14 @@ void transform(const Entry& entry, std::vector<QuarnFloat>& x) {
   if (x.size() > std::size_t(std::numeric_limits<Integer>::max())) {
     throw bad_input("more values than a 32-bit count can hold");
   }
-  require_memory(2 * x.size(), "a transform of " + std::to_string(x.size()) + " values");
+  require_memory(2 * double(x.size()), "a transform of " + std::to_string(x.size()) + " values");
   Integer n = Integer(x.size());
   std::vector<QuarnFloat> work(x.size());
   call_routine(entry.name, [&](Integer* ifail) { entry.transform(x.data(), &n, work.data(), ifail); });
 }
 
 std::string precision_note(const Entry& entry, bool classic) {
-  return std::to_string(QuarnDigits()) + (QuarnDigits() == 1 ? " digit" : " digits") + ", by " + entry.name +
+  return digits_text() + ", by " + entry.name +
          (classic ? " (classic entry: its constants are doubles, about 16 digits are true)"
                   : " (constants true to the working precision)");
 }

@@ -103,7 +103,7 @@ Stream start_of(const RandomOptions& options) {
 
 void run_random(const RandomOptions& options) {
   Stream stream = start_of(options);
-  require_memory(std::size_t(options.count), std::to_string(options.count) + " numbers");
+  require_memory(options.count, std::to_string(options.count) + " numbers");
   const auto draw_one = options.classic ? QuarnMP_g05kaf_ : QuarnMPX_g05kaf_;
   const std::string routine = options.classic ? "QuarnMP_g05kaf_" : "QuarnMPX_g05kaf_";
   const std::string first_seed = seed_text(stream);
@@ -119,7 +119,7 @@ void run_random(const RandomOptions& options) {
   const std::string generator = std::to_string(stream.generator);
   Result result;
   result.notes = {counted + " on (0, 1), generator " + generator + ", seeds " + first_seed,
-                  digits + (QuarnDigits() == 1 ? " digit" : " digits") + ", by " + routine +
+                  digits_text() + ", by " + routine +
                       (options.classic ? " (classic entry: 16 to 28 digits are random)" : " (every digit is random)"),
                   "next seeds " + seed_text(stream)};
   result.facts = {{"routine", routine},

@@ -1,12 +1,11 @@
 // quarn spmv: a sparse matrix times a vector.
-#include <algorithm>
 
 #include "cli/commands.h"
 #include "cli/failure.h"
+#include "cli/input.h"
 #include "cli/library_call.h"
-#include "cli/matrix_market.h"
-#include "cli/memory.h"
-#include "cli/number_table.h"
+#include "cli/matrix_input.h"
+#include "cli/ranking.h"
 #include "tesk2mp/sparse.h"
 
 namespace cli {
@@ -16,97 +15,121 @@ namespace {
 struct SpmvOptions {
   std::string matrix;
   std::string vector;
+  std::string column;
+  bool transpose = false;
   OutputOptions output;
 };
 
-std::vector<Complex> read_vector(const std::string& file, bool& complex) {
-  const NumberTable table = NumberTable::read(file);
-  const NumberTable::Column* real = table.find("real");
-  const NumberTable::Column* imaginary = table.find("imaginary");
-  complex = real != nullptr && imaginary != nullptr;
-  const std::vector<QuarnFloat> re = table.numbers(complex ? *real : table.choose(""));
-  const std::vector<QuarnFloat> im = complex ? table.numbers(*imaginary) : std::vector<QuarnFloat>(re.size());
-  if (re.size() != im.size()) {
-    throw bad_input(table.source() + ": real and imaginary parts differ in number");
+// The library's products: of real and complex values, of general matrices and of stored lower triangles.
+struct Product {
+  std::string routine;
+  std::vector<Complex> y;
+};
+
+Product product(const SparseMatrix& matrix, const std::vector<Complex>& x, bool complex, bool transpose) {
+  const Integer n = matrix.rows;
+  const Integer nnz = matrix.count();
+  const char* trans = transpose ? "T" : "N";
+  const Integer* row = matrix.row.data();
+  const Integer* column = matrix.column.data();
+  const Complex* a = matrix.values.data();
+  const bool triangle = matrix.symmetry != Symmetry::general;
+  Product result;
+  result.y.resize(x.size());
+  Complex* y = result.y.data();
+  const auto call = [&](const char* routine, const std::function<void(Integer*)>& work) {
+    result.routine = routine;
+    call_routine(routine, work);
+  };
+  if (complex && triangle) {
+    call("QuarnMP_f11xsf_",
+         [&](Integer* ifail) { QuarnMP_f11xsf_(&n, &nnz, a, row, column, "N", x.data(), y, ifail, 1); });
+  } else if (complex) {
+    call("QuarnMP_f11xnf_",
+         [&](Integer* ifail) { QuarnMP_f11xnf_(trans, &n, &nnz, a, row, column, "N", x.data(), y, ifail, 1, 1); });
+  } else {
+    const std::vector<QuarnFloat> real = real_parts(matrix.values);
+    const std::vector<QuarnFloat> real_x = real_parts(x);
+    std::vector<QuarnFloat> real_y(x.size());
+    if (triangle) {
+      call("QuarnMP_f11xef_", [&](Integer* ifail) {
+        QuarnMP_f11xef_(&n, &nnz, real.data(), row, column, "N", real_x.data(), real_y.data(), ifail, 1);
+      });
+    } else {
+      call("QuarnMP_f11xaf_", [&](Integer* ifail) {
+        QuarnMP_f11xaf_(trans, &n, &nnz, real.data(), row, column, "N", real_x.data(), real_y.data(), ifail, 1, 1);
+      });
+    }
+    result.y = complex_numbers(real_y);
   }
-  std::vector<Complex> values;
-  for (std::size_t i = 0; i < re.size(); ++i) {
-    values.emplace_back(re[i], im[i]);
-  }
-  return values;
+  return result;
 }
 
-std::vector<QuarnFloat> parts(const std::vector<Complex>& values, QuarnFloat Complex::*part) {
-  std::vector<QuarnFloat> numbers;
-  numbers.reserve(values.size());
-  for (const Complex& value : values) {
-    numbers.push_back(value.*part);
-  }
-  return numbers;
+// The library knows the triangles of real symmetric and of Hermitian matrices; all others are given whole.
+SparseMatrix as_stored(SparseMatrix matrix, bool complex) {
+  const Symmetry known = complex ? Symmetry::hermitian : Symmetry::symmetric;
+  return matrix.symmetry == known ? std::move(matrix) : expanded(matrix);
 }
 
 void run_spmv(const SpmvOptions& options) {
   if (options.matrix == "-" && options.vector == "-") {
     throw bad_input("only one of MATRIX and VECTOR can be standard input");
   }
-  const SparseMatrix matrix = expanded(read_matrix(options.matrix));
-  bool complex = false;
-  const std::vector<Complex> x = read_vector(options.vector, complex);
-  complex = complex || matrix.complex;
-  if (matrix.rows != matrix.columns || x.size() != std::size_t(matrix.rows)) {
-    throw bad_input(matrix.source + ": " + std::to_string(matrix.rows) + " by " + std::to_string(matrix.columns) +
+  SparseMatrix given = read_matrix(options.matrix);
+  const DenseMatrix vector = read_vector(options.vector, options.column);
+  const Integer n = given.rows;
+  if (n != given.columns || n != vector.rows) {
+    throw bad_input(given.source + ": " + std::to_string(n) + " by " + std::to_string(given.columns) +
                     ", but the product needs a square matrix and as many numbers in the vector (" +
-                    std::to_string(x.size()) + ")");
+                    std::to_string(vector.rows) + ")");
   }
-  const Integer n = matrix.rows;
-  const Integer nnz = matrix.count();
-  std::vector<Complex> y(x.size());
-  const std::string routine = complex ? "QuarnMP_f11xnf_" : "QuarnMP_f11xaf_";
-  call_routine(routine, [&](Integer* ifail) {
-    if (complex) {
-      QuarnMP_f11xnf_("N", &n, &nnz, matrix.values.data(), matrix.row.data(), matrix.column.data(), "N", x.data(),
-                      y.data(), ifail, 1, 1);
-      return;
-    }
-    const std::vector<QuarnFloat> a = parts(matrix.values, &Complex::re);
-    const std::vector<QuarnFloat> real = parts(x, &Complex::re);
-    std::vector<QuarnFloat> product(real.size());
-    QuarnMP_f11xaf_("N", &n, &nnz, a.data(), matrix.row.data(), matrix.column.data(), "N", real.data(), product.data(),
-                    ifail, 1, 1);
-    std::copy(product.begin(), product.end(), y.begin());
-  });
+  const bool complex = given.complex() || vector.complex;
+  const Integer entries = given.count();
+  const std::string shape = given.symmetry == Symmetry::general ? "" : std::string(name_of(given.symmetry)) + ", ";
+  const std::string transposed = !options.transpose ? ""
+                                 : complex          ? "the conjugate transpose of "
+                                                    : "the transpose of ";
+  const Product done = product(as_stored(std::move(given), complex), vector.values, complex, options.transpose);
 
-  const std::string digits = std::to_string(QuarnDigits());
   Result result;
-  result.notes = {"Product of " + matrix.source + " (order " + std::to_string(n) + ", " + std::to_string(nnz) +
-                      " entries in both triangles) and " + options.vector,
-                  digits + (QuarnDigits() == 1 ? " digit" : " digits") + ", by " + routine};
-  result.facts = {{"routine", routine}, {"digits", digits, true}, {"n", std::to_string(n), true}};
-  result.data = {{"i", {}, true}, {complex ? "real" : "value", exact_cells(parts(y, &Complex::re))}};
+  result.notes = {"Product of " + transposed + name_of_input(options.matrix) + " (" + shape + "order " +
+                      std::to_string(n) + ", " + std::to_string(entries) + " entries) and " + vector.source,
+                  digits_text() + ", by " + done.routine};
+  result.facts = {
+      {"routine", done.routine}, {"digits", std::to_string(QuarnDigits()), true}, {"n", std::to_string(n), true}};
+  result.data = {count_column("i", positions(n)), {complex ? "real" : "value", exact_cells(real_parts(done.y))}};
   if (complex) {
-    result.data.push_back({"imaginary", exact_cells(parts(y, &Complex::im))});
-  }
-  for (Integer i = 1; i <= n; ++i) {
-    result.data[0].cells.push_back(std::to_string(i));
+    result.data.push_back({"imaginary", exact_cells(imaginary_parts(done.y))});
   }
   result.table = result.data;
   deliver(result, options.output);
 }
+
+constexpr const char* kFooter =
+    R"(MATRIX is a Matrix Market file, VECTOR one column of numbers: of a table (columns real
+and imaginary are one complex column, or cells such as 1-2i), of JSON, or of a Matrix
+Market file.
+
+--transpose multiplies by A^T, and by the conjugate transpose A^H where the matrix or
+the vector is complex.
+
+Examples:
+  seq 1 48 | quarn spmv examples/bcsstk01.mtx - --digits 40
+  quarn spmv examples/west0067.mtx x.csv --column 2 --transpose --format csv)";
 
 }  // namespace
 
 void add_spmv(CLI::App& app, Session& session) {
   CLI::App* command = app.add_subcommand("spmv", "multiply a sparse matrix by a vector");
   auto options = std::make_shared<SpmvOptions>();
-  command->add_option("MATRIX", options->matrix, "Matrix Market coordinate file; - is standard input")
-      ->required()
-      ->type_name("");
-  command->add_option("VECTOR", options->vector, "a column of numbers, or columns real and imaginary")
-      ->required()
-      ->type_name("");
+  command->add_option("MATRIX", options->matrix, "the matrix; - is standard input")->required()->type_name("");
+  command->add_option("VECTOR", options->vector, "the numbers; - is standard input")->required()->type_name("");
+  command->add_option("--column", options->column, "name or number of the column (default: the last numeric one)")
+      ->type_name("NAME");
+  command->add_flag("--transpose", options->transpose, "multiply by the (conjugate) transpose");
   add_digits_option(*command, session);
   add_output_options(*command, options->output);
-  command->footer("Example:\n  seq 1 48 | quarn spmv examples/bcsstk01.mtx - --digits 40");
+  command->footer(kFooter);
   command->callback([&session, options] { session.work = [options] { run_spmv(*options); }; });
 }
 
