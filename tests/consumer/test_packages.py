@@ -1,0 +1,150 @@
+"""Installs, packs and unpacks the library, and builds and runs somebody else's programs against what comes out.
+
+test_packages.py [--release FOLDER] [--win32 FOLDER]: built build folders; everything is made in FOLDER/packages.
+"""
+
+import argparse
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import unittest
+import zipfile
+
+HERE = pathlib.Path(__file__).resolve().parent
+TOP = HERE.parent.parent
+PRINTED = {
+    "front_door": "9 -36 30 -36 192 -180 30 -180 180 \n"
+    "F07ADF/DGETRF: U(1, 1) is exactly zero: the matrix is singular\n",
+    "exports": "7.5 -1.5 -2.5 3\n",
+    "numbers": "1.41421356237309504880168872420969807857\n",
+}
+OPTIONS = argparse.Namespace(release=None, win32=None)
+
+
+def run(*command, **options):
+    """Standard output of a command that must succeed."""
+    done = subprocess.run([str(word) for word in command], capture_output=True, text=True, check=False, **options)
+    if done.returncode != 0:
+        raise AssertionError(f"{command} ended with {done.returncode}:\n{done.stdout}{done.stderr}")
+    return done.stdout
+
+
+def empty_folder(path):
+    shutil.rmtree(path, ignore_errors=True)
+    path.mkdir(parents=True)
+    return path
+
+
+def environment(**changes):
+    return {**os.environ, **{name: str(value) for name, value in changes.items()}}
+
+
+class Consumer(unittest.TestCase):
+    def check_output(self, name, printed):
+        self.assertEqual(printed.replace("\r\n", "\n"), PRINTED[name], name)
+
+    def check_cmake(self, prefix, folder, *options, runner=()):
+        """The consumer finds the package under the prefix, and its programs run."""
+        build = empty_folder(folder)
+        run("cmake", "-G", "Ninja", "-S", HERE, "-B", build, f"-DCMAKE_PREFIX_PATH={prefix}", *options)
+        self.assertIn(str(prefix), (build / "CMakeCache.txt").read_text().split("tesk2mp_DIR:PATH=")[1].split("\n")[0])
+        run("cmake", "--build", build)
+        for library in prefix.glob("bin/*.dll"):  # a Windows program looks for them beside itself
+            shutil.copy(library, build)
+        for name in PRINTED:
+            program = build / (name + (".exe" if runner else ""))
+            self.check_output(name, run(*runner, program))
+
+    def check_pkg_config(self, prefix, folder):
+        build = empty_folder(folder)
+        search = environment(PKG_CONFIG_PATH=prefix / "lib/pkgconfig")
+        flags = run("pkg-config", "--cflags", "--libs", "tesk2mp", env=search).split()
+        library = run("pkg-config", "--variable=libdir", "tesk2mp", env=search).strip()
+        for name in PRINTED:
+            run("g++", "-std=c++20", "-Wall", "-Wextra", "-Werror", HERE / f"{name}.cpp", "-o", build / name, *flags)
+            self.check_output(name, run(build / name, env=environment(LD_LIBRARY_PATH=library)))
+
+    def check_console(self, prefix):
+        """The installed program finds the installed libraries."""
+        loaded = run("ldd", prefix / "bin/quarn")
+        self.assertIn(str((prefix / "lib").resolve()), os.path.realpath(re.search(r"libtesk2mp\S* => (\S+)", loaded)[1]))
+        printed = run(prefix / "bin/quarn", "fft", "-", "--digits", "30", input="1\n2\n4\n8\n")
+        self.assertIn("7.5000", printed)
+
+
+class Linux(Consumer):
+    def setUp(self):
+        if OPTIONS.release is None:
+            self.skipTest("no release build given")
+        self.folder = OPTIONS.release / "packages"
+
+    def test_installed_tree(self):
+        prefix = empty_folder(self.folder / "tree")
+        run("cmake", "--install", OPTIONS.release, "--prefix", prefix)
+        self.check_cmake(prefix, self.folder / "consumer")
+        self.check_pkg_config(prefix, self.folder / "consumer-pkg")
+        self.check_console(prefix)
+        with self.subTest("a moved tree works too"):
+            moved = self.folder / "moved"
+            shutil.rmtree(moved, ignore_errors=True)
+            prefix.rename(moved)
+            self.check_cmake(moved, self.folder / "consumer")
+            self.check_console(moved)
+
+    def test_debian_packages(self):
+        for old in self.folder.glob("*.deb"):
+            old.unlink()
+        run("cpack", "-G", "DEB", cwd=OPTIONS.release)
+        packages = {path.name.split("_")[0]: path for path in self.folder.glob("*.deb")}
+        self.assertLessEqual({"libtesk2mp0", "libtesk2mp-dev", "quarn"}, set(packages))
+        depends = {name: run("dpkg-deb", "-f", path, "Depends") for name, path in packages.items()}
+        self.assertIn("libc6", depends["libtesk2mp0"])
+        for name in set(packages) - {"libtesk2mp0"}:
+            self.assertIn("libtesk2mp0", depends[name], name)
+        root = empty_folder(self.folder / "root")
+        for path in packages.values():
+            run("dpkg-deb", "-x", path, root)
+        self.assertTrue((root / "usr/share/doc").is_dir())
+        self.check_cmake(root / "usr", self.folder / "consumer-deb")
+        self.check_pkg_config(root / "usr", self.folder / "consumer-deb-pkg")
+        self.check_console(root / "usr")
+
+
+class Windows(Consumer):
+    def test_zip(self):
+        if OPTIONS.win32 is None:
+            self.skipTest("no win32 build given")
+        folder = OPTIONS.win32 / "packages"
+        for old in folder.glob("*.zip"):
+            old.unlink()
+        run("cpack", "-G", "ZIP", cwd=OPTIONS.win32)
+        (archive,) = folder.glob("*.zip")
+        unpacked = empty_folder(folder / "unpacked")
+        with zipfile.ZipFile(archive) as contents:
+            contents.extractall(unpacked)
+        prefix = unpacked / archive.stem
+        self.check_cmake(
+            prefix,
+            folder / "consumer",
+            f"-DCMAKE_TOOLCHAIN_FILE={TOP / 'cmake/win32.cmake'}",
+            f"-DCMAKE_FIND_ROOT_PATH={prefix}",
+            "-DCMAKE_EXE_LINKER_FLAGS=-static-libgcc -static-libstdc++",
+            runner=(TOP / "tools/wine-run",),
+        )
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--release", type=lambda path: pathlib.Path(path).resolve())
+    parser.add_argument("--win32", type=lambda path: pathlib.Path(path).resolve())
+    parser.parse_args(namespace=OPTIONS)
+    result = unittest.main(argv=sys.argv[:1], exit=False, verbosity=2).result
+    print(f"note: {result.testsRun - len(result.skipped)} packages installed, built against and used")
+    sys.exit(not result.wasSuccessful())
+
+
+if __name__ == "__main__":
+    main()
