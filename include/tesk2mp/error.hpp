@@ -218,19 +218,20 @@ auto pick(RealExport real, ComplexExport complex) {
 
 }  // namespace detail
 
+/// Sets the working precision and returns the former one. Throws InvalidArgument unless 1 <= digits <= 1000000.
+inline int set_digits(int digits) {
+  detail::require(digits >= 1 && digits <= 1000000, "QuarnSetDigits", 1, "digits are 1 to 1000000, not ", digits);
+  return QuarnSetDigits(digits);
+}
+
 /// The working precision for as long as the object lives, then the former one again; they nest.
 ///
 /// @code
 /// const tesk2mp::Digits sixty(60);
 /// @endcode
-///
-/// Throws InvalidArgument unless 1 <= digits <= 1000000.
 class Digits {
  public:
-  explicit Digits(int digits) : former_(QuarnDigits()) {
-    detail::require(digits >= 1 && digits <= 1000000, "QuarnSetDigits", 1, "digits are 1 to 1000000, not ", digits);
-    QuarnSetDigits(digits);
-  }
+  explicit Digits(int digits) : former_(set_digits(digits)) {}
   ~Digits() { QuarnSetDigits(former_); }
   Digits(const Digits&) = delete;
   Digits& operator=(const Digits&) = delete;

@@ -74,6 +74,13 @@ class Consumer(unittest.TestCase):
         printed = run(prefix / "bin/quarn", "fft", "-", "--digits", "30", input="1\n2\n4\n8\n")
         self.assertIn("7.5000", printed)
 
+    def check_python(self, prefix):
+        """The installed module works, with the installed libraries."""
+        modules = prefix / "lib/python3/dist-packages"
+        program = "import tesk2mp; print(tesk2mp.__file__, *tesk2mp.solve([[4, 1], [2, 3]], [1, 2]))"
+        printed = run("/usr/bin/python3", "-c", program, env=environment(PYTHONPATH=modules, PYTHONDONTWRITEBYTECODE=1))
+        self.assertEqual(printed.split(), [str(modules / "tesk2mp/__init__.py"), "0.1", "0.6"])
+
 
 class Linux(Consumer):
     def setUp(self):
@@ -87,23 +94,26 @@ class Linux(Consumer):
         self.check_cmake(prefix, self.folder / "consumer")
         self.check_pkg_config(prefix, self.folder / "consumer-pkg")
         self.check_console(prefix)
+        self.check_python(prefix)
         with self.subTest("a moved tree works too"):
             moved = self.folder / "moved"
             shutil.rmtree(moved, ignore_errors=True)
             prefix.rename(moved)
             self.check_cmake(moved, self.folder / "consumer")
             self.check_console(moved)
+            self.check_python(moved)
 
     def test_debian_packages(self):
         for old in self.folder.glob("*.deb"):
             old.unlink()
         run("cpack", "-G", "DEB", cwd=OPTIONS.release)
         packages = {path.name.split("_")[0]: path for path in self.folder.glob("*.deb")}
-        self.assertLessEqual({"libtesk2mp0", "libtesk2mp-dev", "quarn"}, set(packages))
+        self.assertLessEqual({"libtesk2mp0", "libtesk2mp-dev", "python3-tesk2mp", "quarn"}, set(packages))
         depends = {name: run("dpkg-deb", "-f", path, "Depends") for name, path in packages.items()}
         self.assertIn("libc6", depends["libtesk2mp0"])
         for name in set(packages) - {"libtesk2mp0"}:
             self.assertIn("libtesk2mp0", depends[name], name)
+        self.assertRegex(depends["python3-tesk2mp"], r"python3 \(>= 3\.[0-9]+\), python3 \(<< 3\.[0-9]+\)")
         root = empty_folder(self.folder / "root")
         for path in packages.values():
             run("dpkg-deb", "-x", path, root)
@@ -111,6 +121,7 @@ class Linux(Consumer):
         self.check_cmake(root / "usr", self.folder / "consumer-deb")
         self.check_pkg_config(root / "usr", self.folder / "consumer-deb-pkg")
         self.check_console(root / "usr")
+        self.check_python(root / "usr")
 
 
 class Windows(Consumer):

@@ -1,0 +1,98 @@
+// Eigenvalues and the zeros of a quartic.
+#include "convert.h"
+
+namespace python {
+
+void add_eigen(py::module_& module) {
+  module.def(
+      "eigenvalues", [](py::handle a) { return from(tesk2mp::eigenvalues(to_matrix<Real>(a)), a); }, py::arg("a"),
+      R"(eigenvalues(a)
+
+The eigenvalues of a real square matrix, each a Complex; pairs stand together, positive imaginary part first.
+NumericalFailure when the QR algorithm does not converge.
+
+>>> eigenvalues([[0, 1], [-1, 0]])
+[Complex('0', '1'), Complex('0', '-1')]
+)");
+  module.def(
+      "eigen",
+      [](py::handle a) {
+        const tesk2mp::EigenSystem system = tesk2mp::eigen(to_matrix<Real>(a));
+        return py::make_tuple(from(system.values, a), from(system.right, a), from(system.left, a));
+      },
+      py::arg("a"), R"(eigen(a)
+
+Eigenvalues and eigenvectors of a real square matrix, n by n: (values, right, left). Eigenvector j is column j of an n by n
+matrix and has Euclidean norm 1: a right = right diag(values), left^H a = diag(values) left^H.
+
+>>> values, right, left = eigen([[2, 0], [0, 3]])
+>>> [value.real for value in values], right[1][1]
+([Decimal('2'), Decimal('3')], Complex('1', '0'))
+)");
+  module.def(
+      "eigen_conditions",
+      [](py::handle a) {
+        const tesk2mp::EigenConditions conditions = tesk2mp::eigen_conditions(to_matrix<Real>(a));
+        return py::make_tuple(from(conditions.values, a), from(conditions.value, a), from(conditions.vector, a));
+      },
+      py::arg("a"), R"(eigen_conditions(a)
+
+How sharp the eigenproblem of a real square matrix is: (values, value, vector). A change of size e in the matrix moves
+eigenvalue i by about e / value[i] and turns its right eigenvector by about e / vector[i].
+
+>>> values, value, vector = eigen_conditions([[2, 0], [0, 3]])
+>>> value
+[Decimal('1'), Decimal('1')]
+)");
+  module.def(
+      "schur",
+      [](py::handle a) {
+        const tesk2mp::Schur form = tesk2mp::schur(to_matrix<Real>(a));
+        return py::make_tuple(from(form.t, a), from(form.z, a), from(form.values, a));
+      },
+      py::arg("a"), R"(schur(a)
+
+The real Schur form a = z t z^T of a square matrix: (t, z, values), z orthogonal, t upper triangular but for a 2 by 2 block
+for each pair of conjugate eigenvalues.
+
+>>> t, z, values = schur([[1, 2], [0, 3]])
+>>> t
+[[Decimal('1'), Decimal('2')], [Decimal('0'), Decimal('3')]]
+)");
+  module.def(
+      "hessenberg",
+      [](py::handle a) {
+        const tesk2mp::Hessenberg form = tesk2mp::hessenberg(to_matrix<Real>(a));
+        return py::make_tuple(from(form.h, a), from(form.q, a));
+      },
+      py::arg("a"), R"(hessenberg(a)
+
+a = q h q^T of a real square matrix: (h, q), q orthogonal, h zero below its first subdiagonal.
+
+>>> h, q = hessenberg([[1, 2], [3, 4]])
+>>> h == [[1, 2], [3, 4]]
+True
+)");
+  module.def(
+      "quartic_zeros",
+      [](py::handle e, py::handle a, py::handle b, py::handle c, py::handle d) {
+        py::list zeros;
+        for (const tesk2mp::Zero& zero :
+             tesk2mp::quartic_zeros(to_real(e), to_real(a), to_real(b), to_real(c), to_real(d))) {
+          zeros.append(py::make_tuple(zero.value, from(zero.error)));
+        }
+        return zeros;
+      },
+      py::arg("e"), py::arg("a"), py::arg("b"), py::arg("c"), py::arg("d"), R"(quartic_zeros(e, a, b, c, d)
+
+The four zeros of e z^4 + a z^3 + b z^2 + c z + d, each with what one rounding of the coefficients does to it: a list of
+(Complex, Decimal). InvalidArgument when e is 0.
+
+>>> with digits(30):
+...     zeros = quartic_zeros(1, 0, 0, 0, -16)
+>>> sorted(round(z.real, 20) for z, error in zeros) == [-2, 0, 0, 2]
+True
+)");
+}
+
+}  // namespace python

@@ -1,0 +1,205 @@
+// Products, norms, linear equations and sparse matrices.
+#include "convert.h"
+
+namespace python {
+namespace {
+
+using tesk2mp::Norm;
+using tesk2mp::SparseMatrix;
+using tesk2mp::Storage;
+using tesk2mp::Triangle;
+
+/// One of the two, as the entries ask for.
+using AnySparse = std::variant<SparseMatrix<Real>, SparseMatrix<Complex>>;
+
+/// Solves for a vector or for the columns of a matrix.
+template <class T, class Factorisation>
+py::object solve_with(const Factorisation& factorisation, py::handle b) {
+  return depth_of(b) < 2 ? from(factorisation.solve(to_vector<T>(b)), b)
+                         : from(factorisation.solve(to_matrix<T>(b)), b);
+}
+
+py::object multiply(py::handle a, py::handle b) {
+  return with_scalar(
+      [&]<class T>(T) {
+        const Matrix<T> left = to_matrix<T>(a);
+        return depth_of(b) < 2 ? from(tesk2mp::multiply(left, to_vector<T>(b)), a)
+                               : from(tesk2mp::multiply(left, to_matrix<T>(b)), a);
+      },
+      a, b);
+}
+
+py::object norm(py::handle a, const std::string& kind) {
+  const Norm chosen = option_of<Norm>(
+      "kind", kind,
+      {{"largest", Norm::largest}, {"one", Norm::one}, {"infinity", Norm::infinity}, {"frobenius", Norm::frobenius}});
+  return with_scalar(
+      [&]<class T>(T) {
+        const Matrix<T> matrix = depth_of(a) < 2 ? to_matrix<T>(py::make_tuple(a)) : to_matrix<T>(a);
+        return from(tesk2mp::norm(chosen, matrix));
+      },
+      a);
+}
+
+py::object cholesky(py::handle a, const std::string& triangle) {
+  const Triangle chosen =
+      option_of<Triangle>("triangle", triangle, {{"lower", Triangle::lower}, {"upper", Triangle::upper}});
+  return with_scalar([&]<class T>(T) { return from(tesk2mp::Cholesky<T>(to_matrix<T>(a), chosen).factor(), a); }, a);
+}
+
+py::tuple lu(py::handle a) {
+  return with_scalar(
+      [&]<class T>(T) {
+        const tesk2mp::LU<T> lu(to_matrix<T>(a));
+        return py::make_tuple(from(lu.factors(), a), from(lu.pivots(), py::none()));
+      },
+      a);
+}
+
+template <class T>
+SparseMatrix<T> sparse_of(std::size_t order, py::handle entries, Storage storage) {
+  SparseMatrix<T> matrix(order, storage);
+  for (const py::handle entry : elements_of(entries)) {
+    const auto [row, column, value] = py::cast<std::tuple<std::size_t, std::size_t, py::object>>(entry);
+    matrix.add(row, column, to_number<T>(value));
+  }
+  return matrix;
+}
+
+void add_sparse(py::module_& module) {
+  py::class_<AnySparse> type(module, "SparseMatrix", R"(SparseMatrix(order, entries, lower_triangle=False)
+
+A square sparse matrix from its entries (row, column, value), indices from 0. With lower_triangle the entries are the
+lower triangle of a symmetric (real) or Hermitian (complex) matrix.
+
+>>> a = SparseMatrix(3, [(0, 0, 2), (2, 1, -1), (0, 0, '0.5')])
+>>> a.multiply([1, 1, 1])
+[Decimal('2.5'), Decimal('0'), Decimal('-1')]
+>>> a.canonicalise().entries()
+[(0, 0, Decimal('2.5')), (2, 1, Decimal('-1'))]
+)");
+  type.def(py::init([](std::size_t order, const py::object& entries, bool lower_triangle) -> AnySparse {
+             const Storage storage = lower_triangle ? Storage::lower_triangle : Storage::general;
+             const py::list kept(entries);  // looked at twice, so an iterator will not do
+             if (has_complex(kept)) {
+               return sparse_of<Complex>(order, kept, storage);
+             }
+             return sparse_of<Real>(order, kept, storage);
+           }),
+           py::arg("order"), py::arg("entries"), py::arg("lower_triangle") = false);
+  type.def(
+      "canonicalise",
+      [](AnySparse& self) -> AnySparse& {
+        std::visit([](auto& matrix) { matrix.canonicalise(); }, self);
+        return self;
+      },
+      py::return_value_policy::reference_internal,
+      "canonicalise()\n\nSorts the entries by rows, adds up those of the same place, drops zeros; returns the matrix.");
+  type.def(
+      "entries",
+      [](const AnySparse& self) {
+        py::list entries;
+        std::visit(
+            [&](const auto& matrix) {
+              for (std::size_t k = 0; k < matrix.entries(); ++k) {
+                entries.append(py::make_tuple(matrix.row(k), matrix.column(k), from(matrix.value(k))));
+              }
+            },
+            self);
+        return entries;
+      },
+      "entries()\n\nThe entries (row, column, value) as they are stored.");
+  type.def(
+      "multiply",
+      [](const AnySparse& self, const py::object& x, bool transpose) {
+        return std::visit(
+            [&]<class T>(const SparseMatrix<T>& matrix) {
+              const tesk2mp::Op adjoint =
+                  std::is_same_v<T, Complex> ? tesk2mp::Op::conjugate_transpose : tesk2mp::Op::transpose;
+              return from(matrix.multiply(to_vector<T>(x), transpose ? adjoint : tesk2mp::Op::none), x);
+            },
+            self);
+      },
+      py::arg("x"), py::arg("transpose") = false,
+      "multiply(x, transpose=False)\n\nThe product with a vector; of the (conjugate) transpose with transpose=True.");
+  type.def_property_readonly("order", [](const AnySparse& self) {
+    return std::visit([](const auto& matrix) { return matrix.order(); }, self);
+  });
+}
+
+}  // namespace
+
+void add_linear(py::module_& module) {
+  module.def("multiply", multiply, py::arg("a"), py::arg("b"), R"(multiply(a, b)
+
+The product of a matrix, m by n, with a vector of n or a matrix, n by k.
+
+>>> multiply([[1, 2], [3, 4]], ['0.5', 1])
+[Decimal('2.5'), Decimal('5.5')]
+)");
+  module.def("norm", norm, py::arg("a"), py::arg("kind") = "frobenius", R"(norm(a, kind='frobenius')
+
+A norm of a matrix or a vector (taken as one row). kind: 'largest' (element), 'one' (column sum), 'infinity' (row sum),
+'frobenius'.
+
+>>> norm([[1, -2], [3, 4]], 'infinity')
+Decimal('7')
+)");
+  module.def(
+      "solve",
+      [](py::handle a, py::handle b) {
+        return with_scalar([&]<class T>(T) { return solve_with<T>(tesk2mp::LU<T>(to_matrix<T>(a)), b); }, a, b);
+      },
+      py::arg("a"), py::arg("b"), R"(solve(a, b)
+
+The solution of a x = b for a square matrix, n by n; b: n numbers or a matrix of n rows. NumericalFailure when the matrix is
+singular.
+
+>>> with digits(30):
+...     solve([[4, 1], [2, 3]], [1, 2])
+[Decimal('0.1'), Decimal('0.6')]
+)");
+  module.def(
+      "determinant",
+      [](py::handle a) {
+        return with_scalar([&]<class T>(T) { return from(tesk2mp::determinant(to_matrix<T>(a))); }, a);
+      },
+      py::arg("a"), R"(determinant(a)
+
+The determinant of a square matrix, 0 when it is singular.
+
+>>> determinant([[2, 1], [4, 5]])
+Decimal('6')
+)");
+  module.def(
+      "inverse",
+      [](py::handle a) {
+        return with_scalar([&]<class T>(T) { return from(tesk2mp::inverse(to_matrix<T>(a)), a); }, a);
+      },
+      py::arg("a"), R"(inverse(a)
+
+The inverse of a square matrix. NumericalFailure when it is singular.
+
+>>> inverse([[2, 0], [0, 4]])
+[[Decimal('0.5'), Decimal('0')], [Decimal('0'), Decimal('0.25')]]
+)");
+  module.def("lu", lu, py::arg("a"), R"(lu(a)
+
+The factors of a = P L U, m by n: a matrix with L below the diagonal (its ones left out) and U above, and the list of
+pivots: row i was interchanged with row pivots[i].
+
+>>> lu([[0, 2], [4, 1]])
+([[Decimal('4'), Decimal('1')], [Decimal('0'), Decimal('2')]], [1, 1])
+)");
+  module.def("cholesky", cholesky, py::arg("a"), py::arg("triangle") = "lower", R"(cholesky(a, triangle='lower')
+
+The factor L of a = L L^H, or U of a = U^H U with triangle='upper'; that triangle of the symmetric or Hermitian matrix is
+read. NumericalFailure when it is not positive definite.
+
+>>> cholesky([[4, 2], [2, 5]])
+[[Decimal('2'), Decimal('0')], [Decimal('1'), Decimal('2')]]
+)");
+  add_sparse(module);
+}
+
+}  // namespace python

@@ -1,0 +1,56 @@
+// The extension behind the package tesk2mp.
+#include "convert.h"
+
+namespace python {
+namespace {
+
+py::object from_value(const tesk2mp::Value& value) {
+  return std::visit(
+      []<class T>(const T& held) -> py::object {
+        if constexpr (std::is_same_v<T, Real>) {
+          return from(held);
+        } else {
+          return py::cast(held);
+        }
+      },
+      value);
+}
+
+/// Raises the exception class of that name from the package.
+void raise(const char* name, const tesk2mp::Error& error) {
+  py::list values;
+  for (const tesk2mp::Value& value : error.values()) {
+    values.append(from_value(value));
+  }
+  const py::object type = py::module_::import("tesk2mp._errors").attr(name);
+  const py::object raised =
+      type(error.what(), error.routine(), long(error.code()), long(error.label()), error.text(), py::tuple(values));
+  PyErr_SetObject(type.ptr(), raised.ptr());
+}
+
+void translate(std::exception_ptr thrown) {
+  try {
+    std::rethrow_exception(thrown);
+  } catch (const tesk2mp::NumericalFailure& failure) {
+    raise("NumericalFailure", failure);
+  } catch (const tesk2mp::InvalidArgument& refusal) {
+    raise("InvalidArgument", refusal);
+  }
+}
+
+}  // namespace
+}  // namespace python
+
+PYBIND11_MODULE(_core, module) {
+  namespace py = pybind11;
+  py::options options;
+  options.disable_function_signatures();
+  py::register_exception_translator(python::translate);
+  module.def("get_digits", QuarnDigits, "get_digits()\n\nThe working digits, 20 at first.");
+  module.def("set_digits", tesk2mp::set_digits, py::arg("digits"),
+             "set_digits(digits)\n\nSets the working digits, 1 to 1000000, and returns the former ones.");
+  python::add_complex(module);
+  python::add_linear(module);
+  python::add_eigen(module);
+  python::add_sequences(module);
+}

@@ -1,0 +1,189 @@
+// Transforms, ranking, constants and random numbers.
+#include "convert.h"
+
+namespace python {
+namespace {
+
+using tesk2mp::Order;
+using tesk2mp::Random;
+
+Order order_of(bool descending) { return descending ? Order::descending : Order::ascending; }
+
+std::vector<Integer> to_indices(py::handle sequence) {
+  std::vector<Integer> indices;
+  for (const py::handle element : elements_of(sequence)) {
+    indices.push_back(py::cast<Integer>(element));
+  }
+  return indices;
+}
+
+using Transform = void (*)(std::span<Real>);
+py::object transformed(Transform transform, py::handle x) {
+  std::vector<Real> numbers = to_vector<Real>(x);
+  transform(numbers);
+  return from(numbers, x);
+}
+
+void add_transforms(py::module_& module) {
+  module.def(
+      "spectrum", [](py::handle x) { return from(tesk2mp::spectrum(to_vector<Real>(x)), x); }, py::arg("x"),
+      R"(spectrum(x)
+
+The discrete Fourier transform of n real numbers, z_k = 1/sqrt(n) sum over j of x_j exp(-2 pi i j k/n): n Complex numbers.
+n is at least 2 and has at most 20 prime factors, none above 19.
+
+>>> spectrum([1, 2, 3, 4])
+[Complex('5', '0'), Complex('-1', '1'), Complex('-1', '0'), Complex('-1', '-1')]
+)");
+  module.def(
+      "transform_real",
+      [](py::handle x, bool classic) {
+        return transformed(classic ? tesk2mp::classic::transform_real : tesk2mp::transform_real, x);
+      },
+      py::arg("x"), py::arg("classic") = false, R"(transform_real(x, classic=False)
+
+The same in half-complex storage, n numbers: the real parts of z_0 ... z_(n/2), then the imaginary parts of the z before
+n/2, from the last to z_1. classic: with constants of 16 digits, as the library has always had.
+
+>>> transform_real([1, 2, 3, 4])
+[Decimal('5'), Decimal('-1'), Decimal('-1'), Decimal('1')]
+)");
+  module.def(
+      "transform_hermitian",
+      [](py::handle x, bool classic) {
+        return transformed(classic ? tesk2mp::classic::transform_hermitian : tesk2mp::transform_hermitian, x);
+      },
+      py::arg("x"), py::arg("classic") = false, R"(transform_hermitian(x, classic=False)
+
+The inverse of transform_real, from half-complex storage to n reals.
+
+>>> transform_hermitian([5, -1, -1, 1])
+[Decimal('1'), Decimal('2'), Decimal('3'), Decimal('4')]
+)");
+}
+
+void add_ranking(py::module_& module) {
+  module.def(
+      "rank",
+      [](py::handle values, bool descending) {
+        return from(tesk2mp::rank(to_vector<Real>(values), order_of(descending)), py::none());
+      },
+      py::arg("values"), py::arg("descending") = false, R"(rank(values, descending=False)
+
+Where each of n values stands once they are sorted: a list of n ranks from 0. Equal values keep their order.
+
+>>> rank(['2.5', 1, 2])
+[2, 0, 1]
+)");
+  module.def(
+      "sort",
+      [](py::handle values, bool descending) {
+        std::vector<Real> sorted = to_vector<Real>(values);
+        tesk2mp::sort(sorted, order_of(descending));
+        return from(sorted, values);
+      },
+      py::arg("values"), py::arg("descending") = false, R"(sort(values, descending=False)
+
+The values in order. Equal values keep their order.
+
+>>> sort(['2.5', 1, 2], descending=True)
+[Decimal('2.5'), Decimal('2'), Decimal('1')]
+)");
+  module.def(
+      "rearrange",
+      [](py::handle values, py::handle ranks) {
+        return with_scalar(
+            [&]<class T>(T) {
+              std::vector<T> moved = to_vector<T>(values);
+              tesk2mp::rearrange(moved, to_indices(ranks));
+              return from(moved, values);
+            },
+            values);
+      },
+      py::arg("values"), py::arg("ranks"), R"(rearrange(values, ranks)
+
+values[i] at place ranks[i] for each i; the ranks are a permutation of 0 ... n-1.
+
+>>> rearrange([30, 10, 20], rank([3, 1, 2]))
+[Decimal('10'), Decimal('20'), Decimal('30')]
+)");
+  module.def(
+      "invert", [](py::handle permutation) { return from(tesk2mp::invert(to_indices(permutation)), py::none()); },
+      py::arg("permutation"), R"(invert(permutation)
+
+The permutation q of 0 ... n-1 with q[p[i]] = i.
+
+>>> invert([2, 0, 1])
+[1, 2, 0]
+)");
+}
+
+void add_random(py::module_& module) {
+  py::class_<Random>(module, "Random", R"(Random(generator=0, state=None)
+
+A stream of uniform random numbers on [0, 1), random to the last working digit. generator: 0 ... 273. state: four integers,
+from the property of that name, to go on with a stream.
+
+>>> random = Random(5)
+>>> with digits(12):
+...     random()
+Decimal('0.0000737190091233')
+>>> bookmark = random.state
+>>> random.take(3) == Random(5, bookmark).take(3)
+True
+)")
+      .def(py::init([](Integer generator, const py::object& state) {
+             if (state.is_none()) {
+               return Random(generator);
+             }
+             const std::vector<Integer> words = to_indices(state);
+             if (words.size() != 4) {
+               throw py::value_error("a state has four integers");
+             }
+             return Random(generator, {words[0], words[1], words[2], words[3]});
+           }),
+           py::arg("generator") = 0, py::arg("state") = py::none())
+      .def("__call__", [](Random& random) { return from(random()); })
+      .def(
+          "classic", [](Random& random) { return from(random.classic()); },
+          "classic()\n\nThe next number of the classic stream: some 16 digits are random with generator 0, 28 with "
+          "others.")
+      .def(
+          "take", [](Random& random, std::size_t count) { return from(random.take(count), py::none()); },
+          py::arg("count"), "take(count)\n\nA list of the next numbers.")
+      .def_property_readonly("generator", &Random::generator)
+      .def_property_readonly("state", [](const Random& random) {
+        const Random::State& words = random.state();
+        return py::make_tuple(long(words[0]), long(words[1]), long(words[2]), long(words[3]));
+      });
+}
+
+}  // namespace
+
+void add_sequences(py::module_& module) {
+  module.def(
+      "pi", [] { return from(tesk2mp::pi()); }, R"(pi()
+
+>>> with digits(50):
+...     pi()
+Decimal('3.1415926535897932384626433832795028841971693993751')
+)");
+  module.def(
+      "sqrt",
+      [](py::handle z) {
+        const Complex root = tesk2mp::sqrt(to_complex(z));
+        return has_complex(z) || root.im != 0 ? from(root) : from(sqrt(to_real(z)));
+      },
+      py::arg("z"), R"(sqrt(z)
+
+The principal square root: a Complex of a Complex and of a negative number, otherwise a Decimal, correctly rounded.
+
+>>> sqrt(2), sqrt(-4)
+(Decimal('1.4142135623730950488'), Complex('0', '2'))
+)");
+  add_transforms(module);
+  add_ranking(module);
+  add_random(module);
+}
+
+}  // namespace python

@@ -1,0 +1,112 @@
+"""Numerical routines in arbitrary decimal precision.
+
+Numbers are given as decimal.Decimal, int, fractions.Fraction or text ('0.1', '-2.5e-30'), complex ones as Complex, and are
+rounded once to the working digits. A float is refused: it is a binary number, and what it stands for is rarely what was
+meant; Decimal(x) takes a float x as it is. Results are Decimal and Complex with exactly the digits that were computed.
+
+Vectors are sequences of numbers, matrices sequences of rows, numpy arrays too. Results are lists, or numpy arrays of
+objects when the first argument is an array. Arguments are never changed.
+
+    >>> import tesk2mp
+    >>> with tesk2mp.digits(40):
+    ...     tesk2mp.solve([[4, 1], [2, 3]], ['0.1', 1])
+    [Decimal('-0.07'), Decimal('0.38')]
+
+Failures are exceptions, Error and its kinds InvalidArgument and NumericalFailure, and nothing is ever printed:
+
+    >>> try:
+    ...     tesk2mp.transform_real([1])
+    ... except tesk2mp.InvalidArgument as refusal:
+    ...     refusal.routine, refusal.code, refusal.text
+    ('C06FAF', 3, ' ** On entry, N .le. 1: N =               1.')
+"""
+
+from ._core import (
+    Complex,
+    Random,
+    SparseMatrix,
+    cholesky,
+    determinant,
+    eigen,
+    eigen_conditions,
+    eigenvalues,
+    get_digits,
+    hessenberg,
+    inverse,
+    invert,
+    lu,
+    multiply,
+    norm,
+    pi,
+    quartic_zeros,
+    rank,
+    rearrange,
+    schur,
+    set_digits,
+    solve,
+    sort,
+    spectrum,
+    sqrt,
+    transform_hermitian,
+    transform_real,
+)
+from ._errors import Error, InvalidArgument, NumericalFailure
+
+
+class digits:  # pylint: disable=invalid-name
+    """digits(count)
+
+    The working digits for a block of statements, 1 to 1000000; the former ones come back after it, exceptions or not.
+
+    >>> with digits(50):
+    ...     with digits(5):
+    ...         inner = solve([[3]], [1])
+    ...     inner, solve([[3]], [1])
+    ([Decimal('0.33333')], [Decimal('0.33333333333333333333333333333333333333333333333333')])
+    """
+
+    def __init__(self, count):
+        self._count = count
+        self._former = []
+
+    def __enter__(self):
+        self._former.append(set_digits(self._count))
+        return self
+
+    def __exit__(self, *unused):
+        set_digits(self._former.pop())
+
+
+__all__ = [
+    "Complex",
+    "Error",
+    "InvalidArgument",
+    "NumericalFailure",
+    "Random",
+    "SparseMatrix",
+    "cholesky",
+    "determinant",
+    "digits",
+    "eigen",
+    "eigen_conditions",
+    "eigenvalues",
+    "get_digits",
+    "hessenberg",
+    "inverse",
+    "invert",
+    "lu",
+    "multiply",
+    "norm",
+    "pi",
+    "quartic_zeros",
+    "rank",
+    "rearrange",
+    "schur",
+    "set_digits",
+    "solve",
+    "sort",
+    "spectrum",
+    "sqrt",
+    "transform_hermitian",
+    "transform_real",
+]

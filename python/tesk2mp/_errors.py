@@ -1,0 +1,26 @@
+"""What goes wrong in the library, as exceptions."""
+
+
+class Error(Exception):
+    """A routine failed.
+
+    routine: the library's name of it. code: its failure number. label: the label of its message, 99999 for a routine's
+    first one, 0 when the front door itself refused. text: the message, in which the library counts from 1. values: the
+    values in the text.
+    """
+
+    def __init__(self, message, routine, code, label, text, values):
+        super().__init__(message)
+        self.routine = routine
+        self.code = code
+        self.label = label
+        self.text = text
+        self.values = values
+
+
+class InvalidArgument(Error, ValueError):
+    """The arguments were refused; nothing was computed."""
+
+
+class NumericalFailure(Error, ArithmeticError):
+    """The arguments were right, but the mathematics failed: a singular matrix, no convergence."""

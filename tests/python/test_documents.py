@@ -1,0 +1,64 @@
+"""The examples of docstrings and documents run as they stand; every public name has one; the stub names what there is."""
+
+import ast
+import doctest
+import pathlib
+import re
+import unittest
+
+import tesk2mp
+
+TOP = pathlib.Path(__file__).resolve().parent.parent.parent
+PLAIN = {"Error", "InvalidArgument", "NumericalFailure", "get_digits", "set_digits"}
+
+
+class Documents(unittest.TestCase):
+    def test_examples(self):
+        parser = doctest.DocTestParser()
+        runner = doctest.DocTestRunner()
+        documents = {"tesk2mp": tesk2mp.__doc__}
+        documents.update({name: getattr(tesk2mp, name).__doc__ for name in tesk2mp.__all__})
+        for name, text in documents.items():
+            with self.subTest(name):
+                example = parser.get_doctest(text, dict(vars(tesk2mp)), name, None, 0)
+                self.assertTrue(example.examples or name in PLAIN, "no example")
+                report = []
+                runner.run(example, out=report.append)
+                self.assertEqual(report, [])
+
+    def test_documents(self):
+        blocks = 0
+        for document in [TOP / "README.md", *sorted((TOP / "docs").glob("*.md"))]:
+            for block in re.findall(r"^```pycon\n(.*?)^```", document.read_text(encoding="utf-8"), flags=re.S | re.M):
+                blocks += 1
+                report = []
+                example = doctest.DocTestParser().get_doctest(block, {}, document.name, None, 0)
+                doctest.DocTestRunner().run(example, out=report.append)
+                self.assertEqual(report, [])
+        self.assertGreater(blocks, 0)
+
+    def test_stub(self):
+        stub = pathlib.Path(tesk2mp.__file__).with_suffix(".pyi")
+        nodes = ast.parse(stub.read_text()).body
+        declared = {node.name: node for node in nodes if isinstance(node, (ast.ClassDef, ast.FunctionDef))}
+        self.assertEqual(sorted(declared), sorted(tesk2mp.__all__))
+        for name, node in declared.items():
+            with self.subTest(name):
+                if isinstance(node, ast.FunctionDef):
+                    heading = getattr(tesk2mp, name).__doc__.splitlines()[0]
+                    self.assertEqual(heading, f"{name}({self.arguments(node)})")
+                else:
+                    members = [part.name for part in node.body if isinstance(part, ast.FunctionDef)]
+                    self.assertEqual([member for member in members if not hasattr(getattr(tesk2mp, name), member)], [])
+
+    @staticmethod
+    def arguments(node):
+        defaults = [None] * (len(node.args.args) - len(node.args.defaults)) + node.args.defaults
+        return ", ".join(
+            each.arg if default is None else f"{each.arg}={ast.literal_eval(default)!r}"
+            for each, default in zip(node.args.args, defaults)
+        )
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,203 @@
+"""The routines against exact fractions, Python's decimal arithmetic and numpy."""
+
+import cmath
+import decimal
+import os
+import random
+import time
+import unittest
+from decimal import Decimal
+from fractions import Fraction
+
+import numpy
+import tesk2mp
+
+SEED = int(os.environ.get("TESK_SEED", time.time()))
+print(f"TESK_SEED={SEED}")
+RANDOM = random.Random(SEED)
+
+
+def integers(rows, columns):
+    return [[RANDOM.randint(-9, 9) for _ in range(columns)] for _ in range(rows)]
+
+
+def exact(number):
+    return Fraction(number) if not isinstance(number, tesk2mp.Complex) else Fraction(number.real)
+
+
+def determinant_of(matrix):
+    """By exact elimination."""
+    rows = [[Fraction(number) for number in row] for row in matrix]
+    value = Fraction(1)
+    for k in range(len(rows)):
+        pivot = next((i for i in range(k, len(rows)) if rows[i][k]), None)
+        if pivot is None:
+            return Fraction(0)
+        if pivot != k:
+            rows[k], rows[pivot] = rows[pivot], rows[k]
+            value = -value
+        value *= rows[k][k]
+        for i in range(k + 1, len(rows)):
+            factor = rows[i][k] / rows[k][k]
+            rows[i] = [x - factor * y for x, y in zip(rows[i], rows[k])]
+    return value
+
+
+def doubles(value):
+    """Decimals and Complex numbers, however deep, as numpy's doubles."""
+    if isinstance(value, list):
+        return numpy.array([doubles(each) for each in value])
+    if isinstance(value, tesk2mp.Complex):
+        return complex(value.real, value.imag)
+    return float(value)
+
+
+class Linear(unittest.TestCase):
+    def regular(self, order):
+        while True:
+            matrix = integers(order, order)
+            if determinant_of(matrix):
+                return matrix
+
+    def test_equations_against_fractions(self):
+        for order in (1, 2, 5, 8):
+            a = self.regular(order)
+            x = [Fraction(RANDOM.randint(-99, 99), 8) for _ in range(order)]
+            b = [sum(p * q for p, q in zip(row, x)) for row in a]
+            with tesk2mp.digits(60):
+                self.assertEqual(tesk2mp.multiply(a, x), b)  # eighths are exact in decimal
+                for found, expected in zip(tesk2mp.solve(a, b), x):
+                    self.assertLess(abs(exact(found) - expected), Fraction(1, 10**45))
+                self.assertLess(abs(exact(tesk2mp.determinant(a)) - determinant_of(a)), Fraction(1, 10**45))
+                identity = tesk2mp.multiply(a, tesk2mp.inverse(a))
+            for i, row in enumerate(identity):
+                for j, element in enumerate(row):
+                    self.assertLess(abs(exact(element) - (i == j)), Fraction(1, 10**45))
+
+    def test_complex_equations(self):
+        i = tesk2mp.Complex(0, 1)
+        a = [[2, i], [-i, 3]]
+        with tesk2mp.digits(30):
+            x = tesk2mp.solve(a, [[1, i], [2, 0]])
+            self.assertEqual(numpy.abs(doubles(tesk2mp.multiply(a, x)) - [[1, 1j], [2, 0]]).max() < 1e-15, True)
+            self.assertEqual(tesk2mp.determinant(a), tesk2mp.Complex(5))
+            factor = tesk2mp.cholesky(a)
+        self.assertTrue(numpy.allclose(doubles(factor), numpy.linalg.cholesky([[2, 1j], [-1j, 3]])))
+
+    def test_norms_against_numpy(self):
+        a = integers(4, 3)
+        for kind, order in (("one", 1), ("infinity", numpy.inf), ("frobenius", "fro")):
+            self.assertAlmostEqual(float(tesk2mp.norm(a, kind)), numpy.linalg.norm(numpy.array(a), order))
+        self.assertEqual(tesk2mp.norm([3, -4]), 5)
+        self.assertEqual(tesk2mp.norm([3, -4], "largest"), 4)
+
+    def test_lu(self):
+        a = self.regular(5)
+        factors, pivots = tesk2mp.lu(a)
+        packed = doubles(factors)
+        product = (numpy.tril(packed, -1) + numpy.eye(5)) @ numpy.triu(packed)
+        for row, other in reversed(list(enumerate(pivots))):
+            product[[row, other]] = product[[other, row]]
+        self.assertTrue(numpy.allclose(product, a))
+
+    def test_sparse_products(self):
+        entries = [(RANDOM.randrange(6), RANDOM.randrange(6), RANDOM.randint(-9, 9)) for _ in range(20)]
+        dense = numpy.zeros((6, 6), dtype=int)
+        for row, column, value in entries:
+            dense[row, column] += value
+        x = [RANDOM.randint(-9, 9) for _ in range(6)]
+        matrix = tesk2mp.SparseMatrix(6, iter(entries))
+        self.assertEqual(matrix.order, 6)
+        self.assertEqual(matrix.multiply(x), (dense @ x).tolist())
+        self.assertEqual(matrix.multiply(x, transpose=True), (dense.T @ x).tolist())
+        self.assertEqual(matrix.canonicalise().multiply(x), (dense @ x).tolist())
+        self.assertEqual([entry[:2] for entry in matrix.entries()], [tuple(place) for place in numpy.argwhere(dense)])
+        hermitian = tesk2mp.SparseMatrix(2, [(1, 0, tesk2mp.Complex(0, 1))], lower_triangle=True)
+        self.assertEqual(hermitian.multiply([1, 1]), [tesk2mp.Complex(0, -1), tesk2mp.Complex(0, 1)])
+
+
+class Eigen(unittest.TestCase):
+    def test_against_numpy(self):
+        a = integers(6, 6)
+        with tesk2mp.digits(40):
+            values, right, left = tesk2mp.eigen(a)
+            alone = tesk2mp.eigenvalues(a)
+            t, z, schur_values = tesk2mp.schur(a)
+            h, q = tesk2mp.hessenberg(a)
+        expected = numpy.linalg.eigvals(numpy.array(a, dtype=float))
+        for found in (values, alone, schur_values):
+            distances = numpy.abs(doubles(found)[:, None] - expected[None, :])
+            self.assertLess(distances.min(axis=0).max(), 1e-6)
+            self.assertLess(distances.min(axis=1).max(), 1e-6)
+        matrix, v, w, d = numpy.array(a), doubles(right), doubles(left), numpy.diag(doubles(values))
+        self.assertLess(numpy.abs(matrix @ v - v @ d).max(), 1e-12)
+        self.assertLess(numpy.abs(w.conj().T @ matrix - d @ w.conj().T).max(), 1e-12)
+        for middle, vectors in ((t, z), (h, q)):
+            middle, vectors = doubles(middle), doubles(vectors)
+            self.assertLess(numpy.abs(vectors @ middle @ vectors.T - matrix).max(), 1e-12)
+
+    def test_conditions(self):
+        values, value, vector = tesk2mp.eigen_conditions([[1, 0], [0, 3]])
+        self.assertEqual([value, doubles(vector).round(12).tolist()], [[1, 1], [2, 2]])
+        self.assertEqual(sorted(each.real for each in values), [1, 3])
+
+    def test_quartic(self):
+        with tesk2mp.digits(50):
+            zeros = tesk2mp.quartic_zeros(2, -20, 70, -100, 48)  # 2 (z-1)(z-2)(z-3)(z-4)
+        found = sorted(zero.real for zero, _ in zeros)
+        for zero, expected in zip(found, (1, 2, 3, 4)):
+            self.assertLess(abs(zero - expected), Decimal("1e-44"))
+        self.assertTrue(all(0 < error < Decimal("1e-44") for _, error in zeros))
+
+
+class Sequences(unittest.TestCase):
+    def test_spectrum_against_numpy(self):
+        for n in (2, 7, 12, 30):
+            x = [RANDOM.randint(-99, 99) for _ in range(n)]
+            expected = numpy.fft.fft(x) / numpy.sqrt(n)
+            self.assertLess(numpy.abs(doubles(tesk2mp.spectrum(x)) - expected).max(), 1e-12)
+            with tesk2mp.digits(60):
+                back = tesk2mp.transform_hermitian(tesk2mp.transform_real(x))
+                self.assertLess(max(abs(p - q) for p, q in zip(back, x)), Decimal("1e-55"))
+
+    def test_classic_constants(self):
+        with tesk2mp.digits(50):
+            full = tesk2mp.transform_real([1, 2, 4])
+            classic = tesk2mp.transform_real([1, 2, 4], classic=True)
+        difference = max(abs(p - q) for p, q in zip(full, classic))
+        self.assertTrue(Decimal("1e-20") < difference < Decimal("1e-14"), difference)
+
+    def test_roots_against_decimal(self):
+        for digits in (5, 28, 200):
+            context = decimal.Context(prec=digits)
+            with tesk2mp.digits(digits):
+                for number in (2, Decimal("0.5"), RANDOM.randint(3, 10**9)):
+                    self.assertEqual(tesk2mp.sqrt(number), context.sqrt(context.create_decimal(number)))
+        root = tesk2mp.sqrt(tesk2mp.Complex(3, 4))
+        self.assertAlmostEqual(complex(root.real, root.imag), cmath.sqrt(3 + 4j))
+
+    def test_ranking(self):
+        values = [RANDOM.randint(0, 9) for _ in range(50)]
+        ranks = tesk2mp.rank(values)
+        order = sorted(range(50), key=lambda k: values[k])
+        self.assertEqual([ranks[k] for k in order], list(range(50)))
+        self.assertEqual(tesk2mp.invert(ranks), order)
+        self.assertEqual(tesk2mp.rearrange(values, ranks), sorted(values))
+        self.assertEqual(tesk2mp.sort(values, descending=True), sorted(values, reverse=True))
+
+    def test_random_numbers(self):
+        for generator in (0, 1, 273):
+            stream = tesk2mp.Random(generator)
+            with tesk2mp.digits(40):
+                numbers = stream.take(2000)
+            self.assertTrue(all(0 <= number < 1 for number in numbers))
+            # The mean of 2000 uniform numbers has a standard deviation of 0.0065.
+            self.assertLess(abs(sum(numbers) / 2000 - Decimal("0.5")), Decimal("0.04"))
+            self.assertEqual(stream.generator, generator)
+        with tesk2mp.digits(40):
+            self.assertEqual(tesk2mp.Random().classic(), tesk2mp.Random().classic())
+            self.assertNotEqual(tesk2mp.Random().classic(), tesk2mp.Random()())
+
+
+if __name__ == "__main__":
+    unittest.main()
