@@ -43,7 +43,7 @@ template <class R>
   return {x / R::base, typename R::Limb(x % R::base)};
 }
 
-/// Divides by a limb of at least base / 10.
+/// Divides by a limb that is not zero, for quotients below 8 bases.
 template <class R>
 class LimbDivider {
  public:

@@ -10,18 +10,12 @@
 
 #include <algorithm>
 
-#include "host/limbs/divider.h"
+#include "host/limbs/digitwise.h"
 
 #if QUARN_LIMB_BITS == 64
 
 namespace quarn::fixed {
 
-using R = Radix64;
-using Limb = R::Limb;
-using Wide = R::Wide;
-using Signed = __int128;
-
-inline constexpr Limb kBase = R::base;
 inline constexpr Limb kTenth = R::base / 10;
 
 /// Where a result is cut: N limbs hold the digits, the last of them 0 to 17; `unit` is what one digit in the last place
@@ -254,26 +248,6 @@ template <int N, bool kMore>
 }
 
 // Quotient and square root ----------------------------------------------------------------------------------------
-//
-// Both find a digit of radix 10^18 at a time from the remainder's leading part, always from below and a few units short
-// at most, and subtract its products column by column from the remainder without moving carries: the next digit makes
-// up for what is short, and columns are brought below the base only when they come to lead.
-
-/// Takes whole bases out of column[1] into column[0] and returns previous * base + column[0], a lower bound of the
-/// remainder's lead within 256 units. Columns stay below 2^126: digits are below 5 * base.
-[[gnu::always_inline]] inline Signed signed_lead(Signed previous, Signed* column) {
-  constexpr std::int64_t kReciprocal = std::int64_t((Wide(1) << 122) / kBase);
-  const std::int64_t bases = std::int64_t((Signed(std::int64_t(column[1] >> 63)) * kReciprocal) >> 59);
-  column[1] -= Signed(bases) * Signed(kBase);
-  column[0] += bases;
-  return previous * Signed(kBase) + column[0] - 128;
-}
-
-/// The same, not below zero.
-[[gnu::always_inline]] inline Wide lead(Signed previous, Signed* column) {
-  const Signed value = signed_lead(previous, column);
-  return value < 0 ? 0 : Wide(value);
-}
 
 /// p = a / b where b <= a < 10 b is said by `whole` (the exponent grows by one), else b / 10 < a < b.
 template <int N, bool kMore>
@@ -282,31 +256,8 @@ template <int N, bool kMore>
   constexpr int kCount = N + kMore;
   Limb dividend[N + 1];
   move_right<N>(dividend, a, int(whole));
-  Signed column[kCount + 2] = {};
-#pragma GCC unroll 9
-  for (int i = 0; i <= N; ++i) {
-    column[i] = Signed(dividend[i]);
-  }
-  // The two leading limbs as a binary word, rounded up.
-  const int shift = std::countl_zero(b[0]);
-  Limb divisor = b[0] << shift;
-  if constexpr (N > 1) {
-    const Limb low = reduce(Wide(b[1]) << shift) + 2;
-    divisor = divisor + low < divisor ? ~Limb(0) : divisor + low;
-  }
-  const LimbDivider<R> by(divisor, shift);
   Limb digit[kCount];
-#pragma GCC unroll 9
-  for (int i = 0; i < kCount; ++i) {
-    digit[i] = by.below(lead(column[i], column + i + 1));
-#pragma GCC unroll 9
-    for (int j = 0; j < N; ++j) {
-      if (i + 1 < kCount && i + j + 1 < kCount + 2) {
-        column[i + j + 1] -= Signed(Wide(digit[i]) * b[j]);
-      }
-    }
-    column[i + 1] += column[i] * Signed(kBase);
-  }
+  quotient_digits(digit, Constant<kCount>(), dividend, Constant<N + 1>(), b, Constant<N>());
   settle<kCount>(digit);
   exponent = int(whole);
   if (!round_uncertain<N, kMore>(digit, 8, cut, exponent)) {
@@ -325,60 +276,9 @@ template <int N, bool kMore>
   constexpr int kCount = N + kMore;
   Limb radicand[N + 1];
   move_right<N>(radicand, a, k);
-  Signed column[kCount + 2] = {};
-#pragma GCC unroll 9
-  for (int i = 0; i <= N; ++i) {
-    column[i] = Signed(radicand[i]);
-  }
   Limb digit[kCount];
-  // The first digit from a double, with one Newton correction, from below.
-  const Wide front = Wide(radicand[0]) * kBase + radicand[1];
-  const double start = __builtin_sqrt(double(radicand[0]) * double(kBase));
-  Limb root = Limb(start);
-  const Signed missing = Signed(front) - Signed(Wide(root) * root);
-  root += Limb(std::int64_t(double(std::int64_t(missing >> 16)) * 32768.0 / start));
-  root = std::min(root, kBase) - 2;
-  digit[0] = root;
-  column[1] = Signed(front - Wide(root) * root);
-  column[0] = 0;
-  const LimbDivider<R> by(2 * root);
-  const double inverse = 1.0000001 / (double(root) * double(kBase));
-  double correction = 0;
-#pragma GCC unroll 9
-  for (int i = 1; i < kCount; ++i) {
-    // Digits near the limits can come out too large, once in some million roots, and the remainder runs away.
-    if (column[i] >> 66 != 0 && column[i] >> 66 != -1) [[unlikely]] {
-      return false;
-    }
-    // The divisor is the first limb doubled: what the rest of the root takes off the quotient is small.
-    const Limb rough = by.below(lead(column[i], column + i + 1));
-    const double share = i == 1 ? double(std::int64_t(rough)) * 0.5 * inverse : correction;
-    const Limb excess = Limb(std::int64_t(double(std::int64_t(rough)) * share)) + 1;
-    digit[i] = rough < excess ? 0 : rough - excess;
-    if (i == 1) {
-      correction = double(std::int64_t(digit[i] + 8)) * inverse;
-    }
-#pragma GCC unroll 9
-    for (int j = 0; j < i; ++j) {
-      if (i + j + 1 < kCount + 2) {
-        column[i + j + 1] -= Signed(Wide(2 * digit[j]) * digit[i]);
-      }
-    }
-    if (2 * i + 1 < kCount + 2) {
-      column[2 * i + 1] -= Signed(Wide(digit[i]) * digit[i]);
-    }
-    column[i + 1] += column[i] * Signed(kBase);
-    // Products of two digits far above the base would overflow the columns.
-    const Limb carry = digit[i] / kBase;
-    digit[i] -= carry * kBase;
-    digit[i - 1] += carry;
-  }
-  // What is left of the remainder tells: the root counts when it is short of the true one by less than 16 units.
-  if (column[kCount] >> 66 != 0 && column[kCount] >> 66 != -1) [[unlikely]] {
-    return false;
-  }
-  const Signed left = signed_lead(0, column + kCount);
-  if (left < -384 || left > Signed(30 * Wide(root))) [[unlikely]] {
+  Signed column[kCount + 2];
+  if (!root_digits(digit, Constant<kCount>(), radicand, Constant<N + 1>(), column)) {
     return false;
   }
   settle<kCount>(digit);

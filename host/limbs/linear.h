@@ -99,10 +99,11 @@ typename R::Limb multiply_limb(typename R::Limb* out, const typename R::Limb* a,
 template <class R>
 typename R::Limb divide_limb(typename R::Limb* out, const typename R::Limb* a, std::size_t n, typename R::Limb divisor,
                              typename R::Limb remainder = 0) {
+  const LimbDivider<R> by(divisor);
   for (std::size_t i = 0; i < n; ++i) {
     const typename R::Wide dividend = typename R::Wide(remainder) * R::base + a[i];
-    out[i] = typename R::Limb(dividend / divisor);
-    remainder = typename R::Limb(dividend % divisor);
+    out[i] = typename R::Limb(by.quotient(dividend));
+    remainder = typename R::Limb(dividend - typename R::Wide(out[i]) * divisor);
   }
   return remainder;
 }

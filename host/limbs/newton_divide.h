@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "host/limbs/digitwise.h"
 #include "host/limbs/multiply.h"
 #include "host/limbs/schoolbook.h"
 
@@ -92,7 +93,7 @@ void correct(typename R::Limb* value, std::size_t n, const typename R::Limb* sta
 template <class R>
 int near_whole(const typename R::Limb* guard) {
   constexpr std::size_t kLast = kGuard<R> - 1;
-  constexpr typename R::Limb kUnits = 8;
+  constexpr typename R::Limb kUnits = 16;
   const auto all = [guard](typename R::Limb limb) {
     return std::all_of(guard, guard + kLast, [limb](auto x) { return x == limb; });
   };
@@ -105,9 +106,17 @@ int near_whole(const typename R::Limb* guard) {
 /// x[0 .. m+2) = base^m / 0.b within 2 units, the quotient of integers: b has at least m + kGuard limbs, the leading
 /// digit not zero.
 template <class R>
-void reciprocal_schoolbook(typename R::Limb* x, const typename R::Limb* b, std::size_t m) {
+void first_reciprocal(typename R::Limb* x, const typename R::Limb* b, std::size_t m) {
   using Limb = typename R::Limb;
   const std::size_t k = m + kGuard<R>;
+  if constexpr (kHasDigitwise<R>) {
+    // base^-2 / 0.b, a limb more than is wanted
+    const Limb one[2] = {0, 1};
+    Scratch<Limb> longer(m + 3);
+    quotient_from_below<R>(longer.data(), m + 3, one, 2, b, k);
+    std::copy_n(longer.data(), m + 2, x);
+    return;
+  }
   Scratch<Limb> dividend(k + m + 1);
   std::fill_n(dividend.data(), k + m + 1, Limb(0));
   dividend[0] = 1;
@@ -121,7 +130,7 @@ void reciprocal(typename R::Limb* x, const typename R::Limb* b, std::size_t m) {
   using Limb = typename R::Limb;
   constexpr std::size_t kExtra = kGuard<R>;
   if (m < shortest_step<R>(thresholds<Limb>.newton_divide)) {
-    reciprocal_schoolbook<R>(x, b, m);
+    first_reciprocal<R>(x, b, m);
     return;
   }
   const std::size_t h = (m + kExtra + 1) / 2;
@@ -136,6 +145,47 @@ void reciprocal(typename R::Limb* x, const typename R::Limb* b, std::size_t m) {
   Scratch<Limb> correction(k + 4);
   multiply<R>(correction.data(), start.data(), h + 2, rest.data(), k + 2 - h);
   correct<R>(x, m + 2, start.data(), h + 2, correction.data(), m + 4 - h, negative);
+}
+
+/// quotient[0 .. n) = the whole part of a / b and whether there is a remainder, from value[0 .. n + 1 + kGuard), which
+/// is a / b with kGuard places, a few units off at most.
+template <class R>
+bool whole_quotient(typename R::Limb* quotient, typename R::Limb* value, const typename R::Limb* a, std::size_t na,
+                    const typename R::Limb* b, std::size_t nb) {
+  const std::size_t n = na - nb + 1;
+  const int side = near_whole<R>(value + n + 1);
+  bool inexact = true;
+  if (side != 0) {
+    if (side > 0) {
+      add_limb<R>(value, n + 1, 1);
+    }
+    Scratch<typename R::Limb> rest(nb + 2);
+    if (residual<R>(rest.data(), nb + 2, a, na, value, n + 1, b, nb)) {
+      subtract_limb<R>(value, n + 1, 1);
+    } else {
+      inexact = !all_zero<R>(rest.data(), nb + 2);
+    }
+  }
+  std::copy_n(value + 1, n, quotient);
+  return inexact;
+}
+
+/// divide limb by limb, for a leading digit of b that is not zero.
+template <class R>
+bool divide_digitwise(typename R::Limb* quotient, const typename R::Limb* a, std::size_t na, const typename R::Limb* b,
+                      std::size_t nb) {
+  using Limb = typename R::Limb;
+  constexpr std::size_t kExtra = kGuard<R>;
+  const std::size_t n = na - nb + 1;
+  // A zero before a makes it the smaller fraction.
+  const std::size_t used = std::min(na, n + kExtra + 1);
+  Scratch<Limb> dividend(used + 1);
+  dividend[0] = 0;
+  std::copy_n(a, used, dividend.data() + 1);
+  Scratch<Limb> value(n + 1 + kExtra);
+  value[0] = 0;
+  quotient_from_below<R>(value.data() + 1, n + kExtra, dividend.data(), used + 1, b, nb);
+  return whole_quotient<R>(quotient, value.data(), a, na, b, nb);
 }
 
 /// divide for min(na - nb + 1, nb) of some size and a leading digit of b that is not zero.
@@ -170,21 +220,7 @@ bool divide(typename R::Limb* quotient, const typename R::Limb* a, std::size_t n
     multiply<R>(product.data(), inverse.data(), h + 2, rest.data(), k + 2 - h);
     correct<R>(value.data(), w + 2, start.data(), h + 2, product.data(), w + 4 - h, negative);
   }
-  const int side = near_whole<R>(value.data() + n + 1);
-  bool inexact = true;
-  if (side != 0) {
-    if (side > 0) {
-      add_limb<R>(value.data(), n + 1, 1);
-    }
-    Scratch<Limb> rest(nb + 2);
-    if (residual<R>(rest.data(), nb + 2, a, na, value.data(), n + 1, b, nb)) {
-      subtract_limb<R>(value.data(), n + 1, 1);
-    } else {
-      inexact = !all_zero<R>(rest.data(), nb + 2);
-    }
-  }
-  std::copy_n(value.data() + 1, n, quotient);
-  return inexact;
+  return whole_quotient<R>(quotient, value.data(), a, na, b, nb);
 }
 
 }  // namespace quarn::newton
@@ -198,26 +234,35 @@ bool divide(typename R::Limb* quotient, const typename R::Limb* a, std::size_t n
             std::size_t nb) {
   using Limb = typename R::Limb;
   const std::size_t n = na - nb + 1;
-  if (std::min(n, nb) < thresholds<Limb>.newton_divide) {
+  const bool small = std::min(n, nb) < thresholds<Limb>.newton_divide;
+  if (small && (!kHasDigitwise<R> || nb == 1)) {
     Scratch<Limb> remainder(na);
     std::copy_n(a, na, remainder.data());
     Scratch<Limb> work(nb);
     divide_schoolbook<R>(quotient, remainder.data(), na, b, nb, work.data());
     return !all_zero<R>(remainder.data() + (na - nb), nb);
   }
+  const auto way = [small](auto... arguments) {
+    if constexpr (kHasDigitwise<R>) {
+      if (small) {
+        return newton::divide_digitwise<R>(arguments...);
+      }
+    }
+    return newton::divide<R>(arguments...);
+  };
   int places = 0;
   while (b[0] * R::powers[places] < R::base / 10) {
     ++places;
   }
   if (places == 0) {
-    return newton::divide<R>(quotient, a, na, b, nb);
+    return way(quotient, a, na, b, nb);
   }
   Scratch<Limb> dividend(na + 1);
   dividend[0] = shift_left<R>(dividend.data() + 1, a, na, places);
   Scratch<Limb> divisor(nb);
   shift_left<R>(divisor.data(), b, nb, places);
   Scratch<Limb> longer(n + 1);
-  const bool inexact = newton::divide<R>(longer.data(), dividend.data(), na + 1, divisor.data(), nb);
+  const bool inexact = way(longer.data(), dividend.data(), na + 1, divisor.data(), nb);
   std::copy_n(longer.data() + 1, n, quotient);
   return inexact;
 }

@@ -17,6 +17,19 @@ void halve(typename R::Limb* a, std::size_t n) {
   }
 }
 
+/// root[0 .. k) = the square root of 0.r, 1/100 <= 0.r, within 16 units; r has 2k limbs at least.
+template <class R>
+void first_root(typename R::Limb* root, const typename R::Limb* r, std::size_t k) {
+  if constexpr (kHasDigitwise<R>) {
+    if (root_from_below<R>(root, k, r, 2 * k)) {
+      return;
+    }
+  }
+  Scratch<typename R::Limb> radicand(2 * k);
+  std::copy_n(r, 2 * k, radicand.data());
+  sqrt_schoolbook<R>(root, radicand.data(), k);
+}
+
 /// y[0 .. m+2) = base^m / sqrt(0.r) within 2 units, 1/100 <= 0.r. r has at least 2 (m + kGuard) limbs.
 template <class R>
 void inverse_sqrt(typename R::Limb* y, const typename R::Limb* r, std::size_t m) {
@@ -24,11 +37,9 @@ void inverse_sqrt(typename R::Limb* y, const typename R::Limb* r, std::size_t m)
   constexpr std::size_t kExtra = kGuard<R>;
   const std::size_t k = m + kExtra;
   if (m < shortest_step<R>(thresholds<Limb>.newton_sqrt)) {
-    Scratch<Limb> radicand(2 * k);
-    std::copy_n(r, 2 * k, radicand.data());
     Scratch<Limb> root(k);
-    sqrt_schoolbook<R>(root.data(), radicand.data(), k);
-    reciprocal_schoolbook<R>(y, root.data(), m);
+    first_root<R>(root.data(), r, k);
+    first_reciprocal<R>(y, root.data(), m);
     return;
   }
   // y + y (1 - r y^2) / 2 from half the places.
@@ -49,6 +60,27 @@ void inverse_sqrt(typename R::Limb* y, const typename R::Limb* r, std::size_t m)
   multiply<R>(correction.data(), start.data(), h + 2, rest.data(), k + 2 - h);
   halve<R>(correction.data(), m + 4 - h);
   correct<R>(y, m + 2, start.data(), h + 2, correction.data(), m + 4 - h, negative);
+}
+
+/// root[0 .. n) = the whole part of the square root of the radicand and whether there is a remainder, from value[0 ..
+/// n + 2 + kGuard), which is the root with kGuard places, a few units off at most.
+template <class R>
+bool whole_root(typename R::Limb* root, typename R::Limb* value, const typename R::Limb* radicand, std::size_t n) {
+  const int side = near_whole<R>(value + n + 2);
+  bool inexact = true;
+  if (side != 0) {
+    if (side > 0) {
+      add_limb<R>(value, n + 2, 1);
+    }
+    Scratch<typename R::Limb> rest(n + 3);
+    if (residual<R>(rest.data(), n + 3, radicand, 2 * n, value, n + 2, value, n + 2)) {
+      subtract_limb<R>(value, n + 2, 1);
+    } else {
+      inexact = !all_zero<R>(rest.data(), n + 3);
+    }
+  }
+  std::copy_n(value + 2, n, root);
+  return inexact;
 }
 
 /// square_root for n of some size and a radicand of at least base^(2n) / 100.
@@ -79,21 +111,7 @@ bool square_root(typename R::Limb* root, const typename R::Limb* radicand, std::
     halve<R>(product.data(), w + 4 - h);
     correct<R>(value.data(), w + 2, start.data(), h + 2, product.data(), w + 4 - h, negative);
   }
-  const int side = near_whole<R>(value.data() + n + 2);
-  bool inexact = true;
-  if (side != 0) {
-    if (side > 0) {
-      add_limb<R>(value.data(), n + 2, 1);
-    }
-    Scratch<Limb> rest(n + 3);
-    if (residual<R>(rest.data(), n + 3, radicand, 2 * n, value.data(), n + 2, value.data(), n + 2)) {
-      subtract_limb<R>(value.data(), n + 2, 1);
-    } else {
-      inexact = !all_zero<R>(rest.data(), n + 3);
-    }
-  }
-  std::copy_n(value.data() + 2, n, root);
-  return inexact;
+  return whole_root<R>(root, value.data(), radicand, n);
 }
 
 }  // namespace quarn::newton
@@ -106,6 +124,14 @@ template <class R>
 bool square_root(typename R::Limb* root, const typename R::Limb* radicand, std::size_t n) {
   using Limb = typename R::Limb;
   if (n < thresholds<Limb>.newton_sqrt) {
+    if constexpr (kHasDigitwise<R>) {
+      constexpr std::size_t kExtra = newton::kGuard<R>;
+      Scratch<Limb> value(n + 2 + kExtra);
+      std::fill_n(value.data(), 2, Limb(0));
+      if (radicand[0] >= R::base / 100 && root_from_below<R>(value.data() + 2, n + kExtra, radicand, 2 * n)) {
+        return newton::whole_root<R>(root, value.data(), radicand, n);
+      }
+    }
     Scratch<Limb> remainder(2 * n);
     std::copy_n(radicand, 2 * n, remainder.data());
     return sqrt_schoolbook<R>(root, remainder.data(), n);

@@ -21,7 +21,7 @@ struct Thresholds {
 template <class Limb>
 inline constinit Thresholds thresholds{};
 template <>
-inline constinit Thresholds thresholds<std::uint64_t>{80, 76, 403, 303, 16, 16, 627};
+inline constinit Thresholds thresholds<std::uint64_t>{80, 76, 403, 303, 1069, 1563, 627};
 template <>
 inline constinit Thresholds thresholds<std::uint32_t>{56, 53, 479, 303, 24, 24, 559};
 

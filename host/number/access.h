@@ -63,6 +63,8 @@ struct QuarnAccess {
 
   /// Makes x, which holds no heap block, a finite number of `length` limbs and returns them, to be filled in.
   static Limb* prepare(QuarnFloat& x, bool negative, std::int32_t exponent, std::size_t length);
+  /// Keeps the first limbs of a number just prepared.
+  static void shorten(QuarnFloat& x, std::int32_t exponent, std::size_t length) noexcept;
 };
 
 namespace quarn {

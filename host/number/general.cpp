@@ -13,23 +13,68 @@ namespace {
 
 constexpr std::int64_t kDigits = Radix::digits;
 constexpr std::size_t kLimbDigits = Radix::digits;
-// Up to so many limbs working storage is on the stack, and schoolbook methods are the fastest.
-constexpr std::size_t kShort = 48;
+// What fixed-length code leaves undecided, mostly exact results, is this short, and is settled on the stack.
+constexpr std::size_t kShort = Radix::digits == 18 ? 16 : 48;
+
+/// out[0 .. n) = a + b / base^skipped / 10^places, or the difference when `subtracting`, in one pass; returns the
+/// carry, which a difference that is not negative has too. n holds all limbs of both.
+Limb add_shifted(Limb* out, std::size_t n, const View& a, const View& b, std::size_t skipped, int places,
+                 bool subtracting) {
+  using Index = std::ptrdiff_t;
+  const PowerOfTen<Radix> low = kPowersOfTen<Radix>[std::size_t(places)];
+  const Limb high = Radix::powers[std::size_t(kDigits - places)];
+  // Subtraction adds the base complement.
+  const Limb mask = Limb(0) - Limb(subtracting);
+  const Limb complement = Radix::base & mask;
+  Limb carry = Limb(subtracting);
+  Limb quotient = 0;  // of the limb of b that the next limb of the sum takes
+  const auto put = [&](Index i, Limb from_a, Limb from_b) {
+    const Limb sum = (from_b ^ mask) + complement + from_a + carry;
+    carry = sum >= Radix::base;
+    out[i] = sum - (Radix::base & (Limb(0) - carry));
+  };
+  // The digits of b in limb i of the sum: the lower ones of the limb before and the upper ones of its own.
+  const auto shifted = [&](Index j) {
+    const Limb upper = quotient;
+    Limb rest = 0;
+    quotient = 0;
+    if (j > 0) {
+      const Limb limb = b.limbs[j - 1];
+      quotient = low.quotient(limb);
+      rest = (limb - quotient * low.value) * high;
+    }
+    return rest + upper;
+  };
+  const Index first = Index(skipped);
+  const Index length_a = Index(a.length);
+  const Index end_b = first + Index(b.length);  // one limb more belongs to b when it is moved within limbs
+  Index i = Index(n) - 1;
+  for (; i > end_b; --i) {
+    put(i, i < length_a ? a.limbs[i] : 0, 0);
+  }
+  for (; i >= std::max(first, length_a); --i) {
+    put(i, 0, shifted(i - first));
+  }
+  for (; i > first; --i) {
+    put(i, a.limbs[i], shifted(i - first));
+  }
+  for (; i >= 0; --i) {
+    put(i, i < length_a ? a.limbs[i] : 0, i == first ? shifted(0) : 0);
+  }
+  return carry;
+}
 
 /// a + b for magnitudes when `subtracting` is false, else a - b; a's exponent is not below b's.
 QuarnFloat combine(const View& a, const View& b, bool subtracting) {
   const std::int64_t distance = a.exponent - b.exponent;
   const std::size_t skipped = std::size_t(distance / kDigits);
-  const int places = int(distance % kDigits);
   const int digits = QuarnDigits();
   // From here on b cannot reach the rounding: whatever it is, it lies below a unit of a limb that a does not use.
   const std::size_t reach = std::max(a.length, std::size_t(digits) / kLimbDigits + 2);
   const bool far = skipped > reach;
-  const std::size_t shifted = b.length + (places != 0);
-  const std::size_t size = (far ? reach + 1 : std::max(a.length, skipped + shifted)) + 1;
-  LimbBuffer<> work(size);
+  const std::size_t n = far ? reach + 1 : std::max(a.length + 1, skipped + b.length + 1);
+  LimbBuffer<> work(n + 1);
   Limb* const sum = work + 1;
-  const std::size_t n = size - 1;
   work[0] = 0;
   bool negative = a.negative;
   if (far) {
@@ -38,34 +83,21 @@ QuarnFloat combine(const View& a, const View& b, bool subtracting) {
     if (subtracting) {
       subtract_limb<Radix>(sum, n, 1);
     }
+  } else if (!subtracting) {
+    work[0] = add_shifted(sum, n, a, b, skipped, int(distance % kDigits), false);
   } else {
-    std::fill_n(sum, n, Limb(0));
-    if (places == 0) {
-      std::copy_n(b.limbs, b.length, sum + skipped);
-    } else {
-      shift_right<Radix>(sum + skipped, b.limbs, b.length, places);
+    const int order = distance > 0 ? 1 : compare_fractions<Radix>(a.limbs, a.length, b.limbs, b.length);
+    if (order == 0) {
+      return special(Kind::zero);
     }
-    if (!subtracting) {
-      work[0] = add<Radix>(sum, a.limbs, sum, a.length, 0);
+    if (order > 0) {
+      add_shifted(sum, n, a, b, skipped, int(distance % kDigits), true);
     } else {
-      // sum = a - sum, or its negative
-      const int order = compare_fractions<Radix>(a.limbs, a.length, sum, n);
-      if (order == 0) {
-        return special(Kind::zero);
-      }
-      if (order > 0) {
-        Limb borrow = 0;
-        for (std::size_t i = n; i-- > 0;) {
-          const Limb minuend = i < a.length ? a.limbs[i] : 0;
-          borrow = subtract<Radix>(sum + i, &minuend, sum + i, 1, borrow);
-        }
-      } else {
-        subtract<Radix>(sum, sum, a.limbs, a.length);
-        negative = !negative;
-      }
+      add_shifted(sum, n, b, a, 0, 0, true);
+      negative = !negative;
     }
   }
-  return rounded(negative, a.exponent + kDigits, work, size, far, digits);
+  return rounded(negative, a.exponent + kDigits, work, n + 1, far, digits);
 }
 
 }  // namespace
@@ -157,8 +189,8 @@ QuarnFloat general_quotient(const QuarnFloat& a, const QuarnFloat& b) {
   }
   const View x = view_of(a);
   const View y = view_of(b);
-  // The quotient's first limb may be zero and its second may start with zeros.
-  const std::size_t wanted = std::size_t(QuarnDigits()) / kLimbDigits + 3;
+  // The quotient's first limb is a digit, or zero and then the second one starts with a digit.
+  const std::size_t wanted = std::size_t(QuarnDigits()) / kLimbDigits + 2;
   const std::size_t size = std::max(x.length, wanted + y.length - 1);
   LimbBuffer<> dividend(size);
   std::copy_n(x.limbs, x.length, static_cast<Limb*>(dividend));
@@ -166,7 +198,7 @@ QuarnFloat general_quotient(const QuarnFloat& a, const QuarnFloat& b) {
   const std::size_t length = size - y.length + 1;
   LimbBuffer<> quotient(length);
   bool sticky = false;
-  if (size <= kShort) {
+  if (size < kShort) {
     LimbBuffer<kShort> work(y.length);
     divide_schoolbook<Radix>(quotient, dividend, size, y.limbs, y.length, work);
     sticky = !all_zero<Radix>(dividend + (size - y.length), y.length);

@@ -42,28 +42,27 @@ QuarnFloat rounded(bool negative, std::int64_t exponent, const Limb* limbs, std:
     length = needed;
   }
   const std::size_t size = sticky ? needed : length;
-  LimbBuffer<> work(size);
   const int leading_zeros = Radix::digits - count_digits<Radix>(limbs[0]);
+  Limb* const out = QuarnAccess::prepare(result, negative, 0, size);
   if (leading_zeros == 0) {
-    std::copy_n(limbs, length, static_cast<Limb*>(work));
+    std::copy_n(limbs, length, out);
   } else {
-    shift_left<Radix>(work, limbs, length, leading_zeros);
+    shift_left<Radix>(out, limbs, length, leading_zeros);
     exponent -= leading_zeros;
   }
-  std::fill_n(work + length, size - length, Limb(0));
-  const Rounded end = round_half_even<Radix>(work, size, std::size_t(digits), sticky);
-  std::size_t used = end.length;
+  std::fill_n(out + length, size - length, Limb(0));
+  Rounded end = round_half_even<Radix>(out, size, std::size_t(digits), sticky);
   if (end.carry) {
-    work[0] = Radix::base / 10;
-    used = 1;
+    out[0] = Radix::base / 10;
+    end.length = 1;
     ++exponent;
   }
   if (exponent - 1 > kMaxScientificExponent) {
-    QuarnAccess::set_special(result, Kind::infinite, negative);
+    result = special(Kind::infinite, negative);
   } else if (exponent - 1 < -kMaxScientificExponent) {
-    QuarnAccess::set_special(result, Kind::zero, negative);
+    result = special(Kind::zero, negative);
   } else {
-    std::copy_n(static_cast<Limb*>(work), used, QuarnAccess::prepare(result, negative, std::int32_t(exponent), used));
+    QuarnAccess::shorten(result, std::int32_t(exponent), end.length);
   }
   return result;
 }
@@ -88,6 +87,16 @@ Limb* QuarnAccess::prepare(QuarnFloat& x, bool negative, std::int32_t exponent, 
   x.exponent_ = exponent;
   x.tag_ = std::uint32_t(length) | (negative ? QuarnFloat::kSign : 0);
   return limbs;
+}
+
+void QuarnAccess::shorten(QuarnFloat& x, std::int32_t exponent, std::size_t length) noexcept {
+  if (x.on_heap() && length <= std::size_t(QuarnFloat::kInlineLimbs)) {
+    const QuarnFloat::Heap former = x.heap_;
+    std::copy_n(former.limbs, length, x.inside_);
+    quarn::recycle_limbs(former.limbs, former.capacity);
+  }
+  x.exponent_ = exponent;
+  x.tag_ = std::uint32_t(length) | (x.tag_ & QuarnFloat::kSign);
 }
 
 // Copies of long coefficients ---------------------------------------------------------------------------------

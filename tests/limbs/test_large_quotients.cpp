@@ -1,5 +1,5 @@
-// Newton's division and square root against the schoolbook: quotients, roots and whether anything remains, at sizes
-// around the thresholds, exact cases and their neighbours.
+// Division and square root, digitwise and by Newton's iteration, against the schoolbook: quotients, roots and whether
+// anything remains, at sizes around the thresholds, exact cases and their neighbours.
 #include "host/limbs/newton_divide.h"
 #include "host/limbs/newton_sqrt.h"
 #include "tests/limbs/coefficients.h"
@@ -47,7 +47,7 @@ void nudge(support::Random& random, Limbs<R>& a) {
 template <class R>
 support::LowThresholds<R> low_thresholds(support::Random& random) {
   const auto size = [&random](std::int64_t low, std::int64_t high) { return std::size_t(random.between(low, high)); };
-  const std::size_t newton = size(2, 24);
+  const std::size_t newton = random.once_in(2) ? size(2, 24) : size(25, 150);
   return support::LowThresholds<R>({size(4, 12), size(4, 12), size(10, 70), size(10, 70), newton, newton, 0});
 }
 
