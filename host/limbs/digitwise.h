@@ -135,6 +135,38 @@ template <class Count, class LengthA, class LengthB>
   }
 }
 
+/// The root of the first two limbs as a limb, short by less than 4, what its square leaves, and 1 / (2 root) to some 50
+/// bits.
+struct FirstRoot {
+  Limb root;
+  Wide rest;
+  double inverse;
+};
+
+[[gnu::always_inline]] inline FirstRoot first_root_digit(Limb a0, Limb a1) {
+  // From a double, with one Newton correction, from below.
+  const Wide front = Wide(a0) * kBase + a1;
+  const double start = __builtin_sqrt(double(a0) * double(kBase));
+  const double inverse = 0.5 / start;
+  Limb root = Limb(start);
+  const Signed missing = Signed(front) - Signed(Wide(root) * root);
+  root += Limb(std::int64_t(double(std::int64_t(missing >> 16)) * (65536.0 * inverse)));
+  root = std::min(root, kBase) - 2;
+  return {root, front - Wide(root) * root, inverse};
+}
+
+/// The two leading digits of the square root of a fraction from a0 and a1, short by less than kRoughRoot units of the
+/// second: a double's precision goes for most of it.
+inline constexpr Limb kRoughRoot = 8192;
+
+[[gnu::always_inline]] inline void rough_root_digits(Limb* digit, Limb a0, Limb a1) {
+  const FirstRoot first = first_root_digit(a0, a1);
+  digit[0] = first.root;
+  // Up to 4 * base, so that some 2^-50 of it are 3600 units; the square of the digit takes 80 more.
+  const auto second = std::int64_t(double(std::int64_t(first.rest)) * (first.inverse * double(kBase)));
+  digit[1] = Limb(std::max<std::int64_t>(second - std::int64_t(kRoughRoot / 2), 0));
+}
+
 /// digit[0 .. count) = the square root of 0.a, too small by less than 16 units of the last one; false, seldom, when
 /// that is not certain. The digits are below base + 6 but for the last, which may reach 6 * base. 0.a >= 1 / 100;
 /// column[0 .. count + 2) is working storage.
@@ -149,15 +181,10 @@ template <class Count, class Length>
   for (int i = 0; i < count + 2; ++i) {
     column[i] = i < na ? Signed(a[i]) : 0;
   }
-  // The first digit from a double, with one Newton correction, from below.
-  const Wide front = Wide(a[0]) * kBase + (na > 1 ? a[1] : 0);
-  const double start = __builtin_sqrt(double(a[0]) * double(kBase));
-  Limb root = Limb(start);
-  const Signed missing = Signed(front) - Signed(Wide(root) * root);
-  root += Limb(std::int64_t(double(std::int64_t(missing >> 16)) * 32768.0 / start));
-  root = std::min(root, kBase) - 2;
+  const FirstRoot first = first_root_digit(a[0], na > 1 ? a[1] : 0);
+  const Limb root = first.root;
   digit[0] = root;
-  column[1] = Signed(front - Wide(root) * root);
+  column[1] = Signed(first.rest);
   column[0] = 0;
   const LimbDivider<R> by(2 * root);
   const double inverse = 1.0000001 / (double(root) * double(kBase));

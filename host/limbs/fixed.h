@@ -277,13 +277,20 @@ template <int N, bool kMore>
   Limb radicand[N + 1];
   move_right<N>(radicand, a, k);
   Limb digit[kCount];
-  Signed column[kCount + 2];
-  if (!root_digits(digit, Constant<kCount>(), radicand, Constant<N + 1>(), column)) {
-    return false;
+  Limb error = 16;
+  // So little of the second digit may be wanted that a rough one usually decides.
+  if (N == 2 && !kMore && cut.unit.value >= 10'000 * kRoughRoot) {
+    rough_root_digits(digit, radicand[0], radicand[1]);
+    error = kRoughRoot;
+  } else {
+    Signed column[kCount + 2];
+    if (!root_digits(digit, Constant<kCount>(), radicand, Constant<N + 1>(), column)) {
+      return false;
+    }
   }
   settle<kCount>(digit);
   exponent = 0;
-  if (!round_uncertain<N, kMore>(digit, 16, cut, exponent)) {
+  if (!round_uncertain<N, kMore>(digit, error, cut, exponent)) {
     return false;
   }
 #pragma GCC unroll 9
