@@ -11,6 +11,7 @@ void add_rank(CLI::App& app, Session& session);
 void add_sort(CLI::App& app, Session& session);
 void add_random(CLI::App& app, Session& session);
 void add_spmv(CLI::App& app, Session& session);
+void add_sparse(CLI::App& app, Session& session);
 void add_details(CLI::App& app, Session& session);
 
 }  // namespace cli

@@ -37,12 +37,13 @@ void run(int argc, char** argv) {
   add_sort(app, session);
   add_random(app, session);
   add_spmv(app, session);
+  add_sparse(app, session);
   add_details(app, session);
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {
     const auto commands = app.get_subcommands();
-    return write_output(commands.empty() ? app.help() : commands.front()->help(app.get_name()));
+    return write_output(commands.empty() ? app.help() + "\n" : commands.front()->help(app.get_name()));
   } catch (const CLI::CallForVersion& version) {
     return write_output(std::string(version.what()) + "\n");
   } catch (const CLI::ParseError& error) {

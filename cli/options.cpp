@@ -1,5 +1,7 @@
 #include "cli/options.h"
 
+#include <span>
+
 #include "cli/output.h"
 #include "cli/plot.h"
 
@@ -7,18 +9,36 @@ namespace cli {
 
 namespace {
 
+struct NamedFormat {
+  const char* name;
+  Format format;
+};
+constexpr NamedFormat kFormats[] = {
+    {"text", Format::text}, {"csv", Format::csv}, {"json", Format::json}, {"mtx", Format::mtx}};
+
+std::span<const NamedFormat> formats_of(Forms forms) {
+  return {kFormats, std::size(kFormats) - (forms == Forms::matrix ? 0 : 1)};
+}
+
 // Replaces a format's name by its number, which is what the option parser wants of an enumeration; returns the
 // complaint about any other text.
-std::string number_of_format(std::string& name) {
-  const std::pair<const char*, Format> formats[] = {
-      {"text", Format::text}, {"csv", Format::csv}, {"json", Format::json}};
-  for (const auto& [known, format] : formats) {
+std::string number_of_format(Forms forms, std::string& name) {
+  for (const auto& [known, format] : formats_of(forms)) {
     if (name == known) {
       name = std::to_string(int(format));
       return {};
     }
   }
-  return "'" + name + "' is not text, csv or json";
+  return "'" + name + "' is not text, csv" + (forms == Forms::matrix ? ", json or mtx" : " or json");
+}
+
+Format format_of_file(Forms forms, const std::string& file) {
+  for (const auto& [name, format] : formats_of(forms)) {
+    if (file.ends_with(std::string(".") + name)) {
+      return format;
+    }
+  }
+  return Format::text;
 }
 
 }  // namespace
@@ -29,17 +49,42 @@ void add_digits_option(CLI::App& command, Session& session) {
       ->check(CLI::Range(1, kMostDigits).description(""));
 }
 
-void add_output_options(CLI::App& command, OutputOptions& options) {
-  command.add_option("--format", options.format, "text (default), csv or json; csv and json hold every digit")
-      ->type_name("F")
-      ->transform(CLI::Validator(number_of_format, ""));
+void add_output_options(CLI::App& command, OutputOptions& options, Forms forms) {
+  const CLI::Option* format =
+      command
+          .add_option("--format", options.format,
+                      forms == Forms::matrix
+                          ? "text (default), csv, json or mtx (Matrix Market); all but text hold every digit"
+                          : "text (default), csv or json; csv and json hold every digit")
+          ->type_name("F")
+          ->transform(CLI::Validator([forms](std::string& name) { return number_of_format(forms, name); }, ""));
   command.add_option("--output", options.file, "write the result to this file instead of standard output")
-      ->type_name("FILE");
+      ->type_name("FILE")
+      ->each([format, forms, &options](const std::string& file) {
+        if (format->count() == 0) {
+          options.format = format_of_file(forms, file);
+        }
+      });
+}
+
+CLI::Validator one_of(std::vector<std::string> words) {
+  return {[words = std::move(words)](const std::string& word) {
+            std::string list;
+            for (const std::string& known : words) {
+              if (word == known) {
+                return std::string();
+              }
+              list += (list.empty() ? "" : &known == &words.back() ? " or " : ", ") + known;
+            }
+            return "'" + word + "' is not " + list;
+          },
+          ""};
 }
 
 void add_plot_option(CLI::App& command, OutputOptions& options) {
   command.add_option("--plot", options.picture, "draw a picture as well (.svg or .png; needs gnuplot)")
-      ->type_name("FILE");
+      ->type_name("FILE")
+      ->each(check_picture_name);
 }
 
 void deliver(const Result& result, const OutputOptions& options) {

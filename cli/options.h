@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "cli/result.h"
 
@@ -26,9 +27,13 @@ struct OutputOptions {
 
 /// --digits
 void add_digits_option(CLI::App& command, Session& session);
-/// --format and --output
-void add_output_options(CLI::App& command, OutputOptions& options);
-/// --plot
+/// The forms of a result; only a matrix can be written as a Matrix Market file.
+enum class Forms { table, matrix };
+/// --format and --output. Without the first, a file's name that ends in .csv, .json or .mtx says the format.
+void add_output_options(CLI::App& command, OutputOptions& options, Forms forms = Forms::table);
+/// Accepts the words alone, and says which they are.
+CLI::Validator one_of(std::vector<std::string> words);
+/// --plot; a name that is not a picture's is refused.
 void add_plot_option(CLI::App& command, OutputOptions& options);
 
 /// Writes the result as the options ask.

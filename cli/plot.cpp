@@ -1,9 +1,11 @@
 #include "cli/plot.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <map>
 
 #include "cli/failure.h"
 #include "cli/process.h"
@@ -15,6 +17,7 @@ namespace {
 
 constexpr int kWidth = 1000;
 constexpr int kPanelHeight = 360;
+constexpr int kSpySize = 800;
 constexpr const char* kCurveColor = "#1f5fa8";
 constexpr const char* kLabelColor = "#c0392b";
 constexpr const char* kTextColor = "#333333";
@@ -85,6 +88,42 @@ void add_panel(std::string& script, const Panel& panel) {
   script += std::string("$curve using 1:2 with lines linewidth 1.4 linecolor rgb '") + kCurveColor + "' notitle\n";
 }
 
+// What every picture starts with.
+std::string picture_of(const std::string& file, int width, int height) {
+  std::string script = "set encoding utf8\n";
+  script += std::string("set terminal ") + (is_png(file) ? "pngcairo" : "svg") + " size " + std::to_string(width) +
+            "," + std::to_string(height) + " noenhanced font 'DejaVu Sans,11' background '#ffffff'\n";
+  script += "set output " + quoted(safe_name(file)) + "\n";
+  script += std::string("set border 3 linecolor rgb '#888888'\nset tics nomirror textcolor '") + kTextColor + "'\n";
+  return script;
+}
+
+void run_gnuplot(const std::string& script, const std::string& file) {
+  const ProcessResult result = run_process({"gnuplot", "-"}, script + "unset output\n");
+  if (!result.started) {
+    throw bad_output("--plot needs the program gnuplot: " + std::string(std::strerror(result.error)));
+  }
+  if (result.status != 0) {
+    throw bad_output("cannot draw " + file + ": gnuplot says: " + result.complaint);
+  }
+}
+
+// Entries counted on square tiles, so that a picture of a large matrix stays small.
+struct Tiles {
+  Integer side = 1;
+  std::map<std::pair<Integer, Integer>, Integer> counts;
+};
+
+Tiles tiles_of(const Spy& spy) {
+  constexpr Integer kMostTiles = 200;  // along a side
+  Tiles tiles;
+  tiles.side = (std::max(spy.rows, spy.columns) - 1) / kMostTiles + 1;
+  for (std::size_t k = 0; k < spy.row.size(); ++k) {
+    ++tiles.counts[{(spy.row[k] - 1) / tiles.side, (spy.column[k] - 1) / tiles.side}];
+  }
+  return tiles;
+}
+
 }  // namespace
 
 void check_picture_name(const std::string& file) {
@@ -94,26 +133,44 @@ void check_picture_name(const std::string& file) {
 }
 
 void draw(const std::vector<Panel>& panels, const std::string& file) {
-  const std::string size = std::to_string(kWidth) + "," + std::to_string(kPanelHeight * int(panels.size()));
-  std::string script = "set encoding utf8\n";
-  script += std::string("set terminal ") + (is_png(file) ? "pngcairo" : "svg") + " size " + size +
-            " noenhanced font 'DejaVu Sans,11' background '#ffffff'\n";
-  script += "set output " + quoted(safe_name(file)) + "\n";
-  script += std::string("set border 3 linecolor rgb '#888888'\nset tics nomirror textcolor '") + kTextColor + "'\n";
+  std::string script = picture_of(file, kWidth, kPanelHeight * int(panels.size()));
   script += "set grid linecolor rgb '#dddddd' linetype 1\n";
   script += "set lmargin 11\nset rmargin 4\n";
   script += "set multiplot layout " + std::to_string(panels.size()) + ",1\n";
   for (const Panel& panel : panels) {
     add_panel(script, panel);
   }
-  script += "unset multiplot\nunset output\n";
-  const ProcessResult result = run_process({"gnuplot", "-"}, script);
-  if (!result.started) {
-    throw bad_output("--plot needs the program gnuplot: " + std::string(std::strerror(result.error)));
+  run_gnuplot(script + "unset multiplot\n", file);
+}
+
+void draw(const Spy& spy, const std::string& file) {
+  std::string script = picture_of(file, kSpySize, kSpySize);
+  const Tiles tiles = tiles_of(spy);
+  script += "set title " + quoted(spy.title) + " noenhanced font ',14' textcolor '" + kTextColor + "'\n";
+  script += "set size ratio " + std::to_string(double(spy.rows) / double(spy.columns)) + "\n";
+  script += "set border 15 linecolor rgb '#888888'\n";
+  script += "set xrange [0.5:" + std::to_string(spy.columns) + ".5] noextend\n";
+  script += "set yrange [" + std::to_string(spy.rows) + ".5:0.5] noextend\n";  // the first row on top
+  script += "set xlabel 'column'\nset ylabel 'row'\nset format xy '%.0f'\n";
+  script += std::string("set palette defined (0 '#a9c6e8', 1 '") + kCurveColor + "')\nunset key\n";
+  script += tiles.side == 1 ? "unset colorbox\nset cbrange [0:1]\n" : "set cbrange [0:1]\nset cblabel 'part filled'\n";
+  script += "$tiles << EOD\n";
+  for (const auto& [place, count] : tiles.counts) {
+    const double left = 0.5 + double(place.second) * double(tiles.side);
+    const double top = 0.5 + double(place.first) * double(tiles.side);
+    const double right = std::min(left + double(tiles.side), double(spy.columns) + 0.5);
+    const double bottom = std::min(top + double(tiles.side), double(spy.rows) + 0.5);
+    char line[160];
+    std::snprintf(line, sizeof line, "%.1f %.1f %.1f %.1f %.4g\n", left, right, top, bottom,
+                  double(count) / ((right - left) * (bottom - top)));
+    script += line;
   }
-  if (result.status != 0) {
-    throw bad_output("cannot draw " + file + ": gnuplot says: " + result.complaint);
-  }
+  script += "EOD\n";
+  script += tiles.counts.empty()
+                ? "plot NaN\n"
+                : "plot $tiles using (($1+$2)/2):(($3+$4)/2):1:2:3:4:5 with boxxyerror fillstyle solid 1 "
+                  "noborder fillcolor palette\n";
+  run_gnuplot(script, file);
 }
 
 }  // namespace cli

@@ -30,11 +30,23 @@ struct Panel {
   bool from_zero = false;  // both axes start at zero and the area under the curve is shaded
 };
 
+/// The places of a matrix that hold entries, from 1, each given once.
+struct Spy {
+  std::string title;
+  Integer rows = 1;
+  Integer columns = 1;
+  std::vector<Integer> row;
+  std::vector<Integer> column;
+};
+
 /// Throws Failure unless the name ends in .svg or .png.
 void check_picture_name(const std::string& file);
 
 /// Draws the panels one below the other. Throws Failure when there is no gnuplot, when it fails, or when a number is
 /// too large to be drawn.
 void draw(const std::vector<Panel>& panels, const std::string& file);
+
+/// Draws the places; those of a large matrix together on square tiles, shaded by how many of them are filled.
+void draw(const Spy& spy, const std::string& file);
 
 }  // namespace cli

@@ -103,6 +103,8 @@ std::string render(const Result& result, Format format) {
       return render_csv(result);
     case Format::json:
       return render_json(result);
+    case Format::mtx:
+      return result.matrix_market();
     case Format::text:
       break;
   }

@@ -1,6 +1,7 @@
-// A sub-command's result and its three written forms.
+// A sub-command's result and its written forms.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -8,7 +9,7 @@
 
 namespace cli {
 
-enum class Format { text, csv, json };
+enum class Format { text, csv, json, mtx };
 
 /// A column of a result, as text: no number passes through a double.
 struct ResultColumn {
@@ -29,11 +30,12 @@ struct Result {
   std::vector<std::string> notes;   // what it is: lines above the text table
   std::vector<ResultColumn> table;  // for people: aligned and rounded
   std::vector<Fact> facts;
-  std::vector<ResultColumn> data;  // for programs: every digit
+  std::vector<ResultColumn> data;              // for programs: every digit
+  std::function<std::string()> matrix_market;  // of results that are matrices
 };
 
 /// Text: notes after "# ", then the table. CSV: a line of names, then the data. JSON: one object of the facts and, as
-/// arrays of decimal texts, the data.
+/// arrays of decimal texts, the data. Matrix Market: what the result gives.
 std::string render(const Result& result, Format format);
 
 /// The values' exact decimal texts.

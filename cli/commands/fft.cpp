@@ -237,9 +237,6 @@ void add_fft(CLI::App& app, Session& session) {
   add_plot_option(*command, options->output);
   command->footer(kFooter);
   command->callback([&session, options] {
-    if (!options->output.picture.empty()) {
-      check_picture_name(options->output.picture);
-    }
     session.work = [options] { options->inverse ? run_inverse(*options) : run_forward(*options); };
   });
 }

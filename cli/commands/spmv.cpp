@@ -5,7 +5,7 @@
 #include "cli/input.h"
 #include "cli/library_call.h"
 #include "cli/matrix_input.h"
-#include "cli/ranking.h"
+#include "cli/matrix_output.h"
 #include "tesk2mp/sparse.h"
 
 namespace cli {
@@ -97,11 +97,8 @@ void run_spmv(const SpmvOptions& options) {
                   digits_text() + ", by " + done.routine};
   result.facts = {
       {"routine", done.routine}, {"digits", std::to_string(QuarnDigits()), true}, {"n", std::to_string(n), true}};
-  result.data = {count_column("i", positions(n)), {complex ? "real" : "value", exact_cells(real_parts(done.y))}};
-  if (complex) {
-    result.data.push_back({"imaginary", exact_cells(imaginary_parts(done.y))});
-  }
-  result.table = result.data;
+  const DenseMatrix y{"", n, 1, complex, done.y};
+  add_matrix(result, y);
   deliver(result, options.output);
 }
 
@@ -128,7 +125,7 @@ void add_spmv(CLI::App& app, Session& session) {
       ->type_name("NAME");
   command->add_flag("--transpose", options->transpose, "multiply by the (conjugate) transpose");
   add_digits_option(*command, session);
-  add_output_options(*command, options->output);
+  add_output_options(*command, options->output, Forms::matrix);
   command->footer(kFooter);
   command->callback([&session, options] { session.work = [options] { run_spmv(*options); }; });
 }

@@ -1,0 +1,210 @@
+// quarn sparse: the canonical form of a sparse matrix, with a summary and a picture of where its entries stand.
+#include "tesk2mp/tesk2mp.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "cli/commands.h"
+#include "cli/failure.h"
+#include "cli/library_call.h"
+#include "cli/matrix_input.h"
+#include "cli/matrix_output.h"
+#include "cli/memory.h"
+#include "cli/plot.h"
+
+namespace cli {
+
+namespace {
+
+struct SparseOptions {
+  std::string matrix;
+  std::string duplicates = "sum";
+  std::string zeros = "keep";
+  bool expand = false;
+  OutputOptions output;
+};
+
+// What the options' words mean to the library: their first letters.
+const std::vector<std::string> kDuplicates = {"remove", "sum", "fail"};
+const std::vector<std::string> kZeros = {"remove", "keep", "fail"};
+char letter(const std::string& word) { return char(word[0] - 'a' + 'A'); }
+
+struct Canonical {
+  SparseMatrix matrix;
+  std::vector<Integer> starts;  // of the rows, from 1
+  std::string routine;
+};
+
+// Rows and columns of a matrix that is not square count up to one order.
+template <class Value, class Routine>
+void sort_entries(Canonical& result, std::vector<Value>& values, Routine routine) {
+  SparseMatrix& matrix = result.matrix;
+  const Integer n = std::max(matrix.rows, matrix.columns);
+  Integer nnz = matrix.count();
+  result.starts.resize(std::size_t(n) + 1);
+  std::vector<Integer> work(std::size_t(n) + std::size_t(nnz));
+  call_routine(result.routine, [&](Integer* ifail) {
+    routine(n, &nnz, values.data(), matrix.row.data(), matrix.column.data(), result.starts.data(), work.data(), ifail);
+  });
+  values.resize(std::size_t(nnz));
+  matrix.row.resize(std::size_t(nnz));
+  matrix.column.resize(std::size_t(nnz));
+}
+
+// The library's routines for stored lower triangles know fewer options; where these are asked for, and for symmetries
+// that it does not know, the entries of the triangle are those of a general matrix.
+Canonical canonical_form(SparseMatrix given, char dup, char zero) {
+  Canonical result{std::move(given), {}, ""};
+  SparseMatrix& matrix = result.matrix;
+  const bool any = dup != 'F' && zero != 'F';
+  const auto name = [&](const char* routine) { result.routine = routine; };
+  if (matrix.complex()) {
+    const bool triangle = any && matrix.symmetry == Symmetry::hermitian;
+    name(triangle ? "QuarnMP_f11zpf_" : "QuarnMP_f11znf_");
+    const auto routine = triangle ? QuarnMP_f11zpf_ : QuarnMP_f11znf_;
+    sort_entries(result, matrix.values,
+                 [&](Integer n, Integer* nnz, Complex* a, Integer* row, Integer* column, Integer* starts, Integer* work,
+                     Integer* ifail) { routine(&n, nnz, a, row, column, &dup, &zero, starts, work, ifail, 1, 1); });
+    return result;
+  }
+  std::vector<QuarnFloat> values = real_parts(matrix.values);
+  if (any && matrix.symmetry == Symmetry::symmetric) {
+    name("QuarnMP_f11zbfn_");
+    sort_entries(result, values,
+                 [&](Integer n, Integer* nnz, QuarnFloat* a, Integer* row, Integer* column, Integer* starts,
+                     Integer* work, Integer* ifail) {
+                   constexpr int kBuffer = 200;
+                   char buffer[kBuffer];
+                   QuarnMP_f11zbfn_(n, nnz, a, row, column, &dup, &zero, starts, work, buffer, ifail, 1, 1, kBuffer);
+                 });
+  } else {
+    name("QuarnMP_f11zaf_");
+    sort_entries(
+        result, values,
+        [&](Integer n, Integer* nnz, QuarnFloat* a, Integer* row, Integer* column, Integer* starts, Integer* work,
+            Integer* ifail) { QuarnMP_f11zaf_(&n, nnz, a, row, column, &dup, &zero, starts, work, ifail, 1, 1); });
+  }
+  matrix.values = complex_numbers(values);
+  if (matrix.field == Field::pattern && std::any_of(values.begin(), values.end(), [](auto& v) { return v != 1; })) {
+    matrix.field = Field::integer;  // sums of duplicates
+  }
+  return result;
+}
+
+struct Summary {
+  Integer lower = 0;  // bandwidths: the largest distances of an entry from the diagonal
+  Integer upper = 0;
+  Integer fullest = 0;  // entries in a row
+  Integer empty = 0;    // rows
+  Integer diagonal = 0;
+};
+
+Summary summary_of(const Canonical& canonical) {
+  const SparseMatrix& matrix = canonical.matrix;
+  Summary summary;
+  for (std::size_t k = 0; k < matrix.values.size(); ++k) {
+    summary.lower = std::max(summary.lower, matrix.row[k] - matrix.column[k]);
+    summary.upper = std::max(summary.upper, matrix.column[k] - matrix.row[k]);
+    summary.diagonal += matrix.row[k] == matrix.column[k] ? 1 : 0;
+  }
+  for (std::size_t i = 0; i < std::size_t(matrix.rows); ++i) {
+    const Integer entries = canonical.starts[i + 1] - canonical.starts[i];
+    summary.fullest = std::max(summary.fullest, entries);
+    summary.empty += entries == 0 ? 1 : 0;
+  }
+  return summary;
+}
+
+std::string counted(Integer number, const char* one, const char* many) {
+  return std::to_string(number) + " " + (number == 1 ? one : many);
+}
+
+std::string magnitudes(const std::vector<Complex>& values) {
+  QuarnFloat least;
+  QuarnFloat most;
+  for (const Complex& value : values) {
+    QuarnFloat size = value.im == 0 ? fabs(value.re) : QuarnMP_a02abfn_(value.re, value.im);
+    least = least == 0 || (size != 0 && size < least) ? size : least;
+    most = most < size ? std::move(size) : most;
+  }
+  return most == 0 ? "all entries are zero" : "magnitudes from " + brief(least) + " to " + brief(most);
+}
+
+void run_sparse(const SparseOptions& options) {
+  SparseMatrix given = read_matrix(options.matrix);
+  if (options.expand) {
+    given = expanded(given);
+  }
+  const Integer count = given.count();
+  const Canonical canonical = canonical_form(std::move(given), letter(options.duplicates), letter(options.zeros));
+  const SparseMatrix& matrix = canonical.matrix;
+  const Summary summary = summary_of(canonical);
+
+  Result result;
+  const std::string kind = std::string(name_of(matrix.field)) + " " + name_of(matrix.symmetry);
+  const std::string size = std::to_string(matrix.rows) + " by " + std::to_string(matrix.columns);
+  result.notes = {"Canonical form of " + matrix.source + ": " + kind + ", " + size + ", by " + canonical.routine,
+                  counted(count, "entry", "entries") + " read, " + std::to_string(matrix.count()) +
+                      " kept (duplicates: " + options.duplicates + ", zeros: " + options.zeros + "); " + digits_text(),
+                  "bandwidths " + std::to_string(summary.lower) + " below and " + std::to_string(summary.upper) +
+                      " above the diagonal, which holds " + counted(summary.diagonal, "entry", "entries"),
+                  "at most " + counted(summary.fullest, "entry", "entries") + " in a row, " +
+                      counted(summary.empty, "row", "rows") + " empty; " + magnitudes(matrix.values)};
+  result.facts = {{"input", options.matrix},
+                  {"routine", canonical.routine},
+                  {"digits", std::to_string(QuarnDigits()), true},
+                  {"field", name_of(matrix.field)},
+                  {"symmetry", name_of(matrix.symmetry)},
+                  {"rows", std::to_string(matrix.rows), true},
+                  {"columns", std::to_string(matrix.columns), true},
+                  {"entries_read", std::to_string(count), true},
+                  {"entries", std::to_string(matrix.count()), true},
+                  {"lower_bandwidth", std::to_string(summary.lower), true},
+                  {"upper_bandwidth", std::to_string(summary.upper), true},
+                  {"most_in_a_row", std::to_string(summary.fullest), true},
+                  {"empty_rows", std::to_string(summary.empty), true},
+                  {"on_the_diagonal", std::to_string(summary.diagonal), true}};
+  add_matrix(result, matrix);
+  deliver(result, options.output);
+  if (!options.output.picture.empty()) {
+    const SparseMatrix whole = expanded(matrix);
+    draw(Spy{matrix.source + ": " + size + ", " + counted(whole.count(), "entry", "entries"), matrix.rows,
+             matrix.columns, whole.row, whole.column},
+         options.output.picture);
+  }
+}
+
+constexpr const char* kFooter =
+    R"(MATRIX is a Matrix Market file. Its entries come out in canonical form: rows ascending,
+columns ascending within a row, no place twice. Duplicates are merged before zeros are
+looked at. Of a symmetric matrix the lower triangle is kept, unless --expand is given.
+The picture shows both triangles.
+
+Examples:
+  quarn sparse examples/west0067.mtx --plot west0067.svg
+  quarn sparse matrix.mtx --dup fail --zero remove --output canonical.mtx
+  quarn sparse - --expand --format json < examples/bcsstk01.mtx)";
+
+}  // namespace
+
+void add_sparse(CLI::App& app, Session& session) {
+  CLI::App* command = app.add_subcommand("sparse", "bring a sparse matrix into canonical form");
+  auto options = std::make_shared<SparseOptions>();
+  command->add_option("MATRIX", options->matrix, "the matrix; - is standard input")->required()->type_name("");
+  command
+      ->add_option("--dup", options->duplicates,
+                   "entries of the same place: sum (default), remove all but the first, fail")
+      ->type_name("WHAT")
+      ->check(one_of(kDuplicates));
+  command->add_option("--zero", options->zeros, "entries that are zero: keep (default), remove, fail")
+      ->type_name("WHAT")
+      ->check(one_of(kZeros));
+  command->add_flag("--expand", options->expand, "give both triangles of a symmetric matrix");
+  add_digits_option(*command, session);
+  add_output_options(*command, options->output, Forms::matrix);
+  add_plot_option(*command, options->output);
+  command->footer(kFooter);
+  command->callback([&session, options] { session.work = [options] { run_sparse(*options); }; });
+}
+
+}  // namespace cli

@@ -1,0 +1,116 @@
+"""sparse: canonical forms against a dictionary of exact fractions, in every written form."""
+
+import itertools
+import os
+import random
+import shutil
+import tempfile
+import unittest
+from fractions import Fraction
+
+from console import DATA, run, run_json, run_well
+
+HEAD = "%%MatrixMarket matrix coordinate "
+
+
+def canonical(entries, duplicates, zeros):
+    """Sorted triples; entries are triples (row, column, value) in the order given."""
+    kept = {}
+    for i, j, value in entries:
+        if (i, j) not in kept:
+            kept[i, j] = value
+        elif duplicates == "sum":
+            kept[i, j] += value
+    return sorted((i, j, value) for (i, j), value in kept.items() if zeros == "keep" or value != 0)
+
+
+class Sparse(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.file = os.path.join(folder.name, "a.mtx")
+        self.written = os.path.join(folder.name, "b.mtx")
+
+    def write(self, kind, rows, columns, lines):
+        with open(self.file, "w", encoding="utf-8") as stream:
+            stream.write(f"{HEAD}{kind}\n{rows} {columns} {len(lines)}\n" + "".join(line + "\n" for line in lines))
+
+    def test_canonical_forms(self):
+        seed = random.randrange(2 ** 32)
+        chance = random.Random(seed)
+        for kind, duplicates, zeros in itertools.product(
+                ("real general", "integer general", "complex general", "real symmetric", "complex hermitian", "real skew-symmetric",
+                 "complex symmetric"), ("sum", "remove"), ("keep", "remove")):
+            field, symmetry = kind.split()
+            with self.subTest(seed=seed, kind=kind, duplicates=duplicates, zeros=zeros):
+                rows = chance.randint(2, 9)
+                columns = chance.randint(2, 9) if symmetry == "general" else rows
+                entries = []
+                for _ in range(chance.randint(0, 60)):
+                    i, j = chance.randint(1, rows), chance.randint(1, columns)
+                    if symmetry != "general":
+                        i, j = max(i, j), min(i, j)
+                    if symmetry == "skew-symmetric" and i == j:
+                        continue
+                    # Few values, so that sums are often zero. The parts of a complex number stand in one exact number.
+                    real, imaginary = chance.randint(-2, 2), chance.randint(-1, 1) if field == "complex" else 0
+                    if symmetry == "hermitian" and i == j:
+                        imaginary = 0
+                    entries.append((i, j, real + Fraction(imaginary, 1000)))
+                split = lambda v: (round(v), (v - round(v)) * 1000)
+                self.write(kind, rows, columns, [f"{i} {j} " + (f"{split(v)[0]} {split(v)[1]}" if field == "complex" else str(v))
+                                                 for i, j, v in entries])
+                expected = canonical(entries, duplicates, zeros)
+                options = ["--dup", duplicates, "--zero", zeros]
+                result = run_json("sparse", self.file, *options)
+                values = [Fraction(t) for t in result["real" if field == "complex" else "value"]]
+                if field == "complex":
+                    values = [v + Fraction(t) / 1000 for v, t in zip(values, result["imaginary"], strict=True)]
+                self.assertEqual(list(zip(result["row"], result["column"], values, strict=True)), expected)
+                self.assertEqual((result["entries_read"], result["entries"], result["symmetry"]), (len(entries), len(expected), symmetry))
+                # Written as a file and read again it is its own canonical form.
+                run_well("sparse", self.file, *options, "--output", self.written)
+                again = run_json("sparse", self.written, *options)
+                for key in ("row", "column", "value", "real", "imaginary", "field"):
+                    self.assertEqual(again.get(key), result.get(key))
+
+    def test_no_digit_is_lost(self):
+        long = "1.23456789012345678901234567890123456789e-300"
+        self.write("real general", 1, 1, ["1 1 " + long])
+        self.assertIn("\n1 1 " + long + "\n", run_well("sparse", self.file, "--digits", "60", "--format", "mtx"))
+
+    def test_failing_on_what_is_found(self):
+        for kind, lines, options, code, words in (
+                ("real general", ["2 1 1", "2 1 2"], ["--dup", "fail"], 3, "a duplicate entry"),
+                ("real symmetric", ["2 1 1", "2 1 2"], ["--dup", "fail"], 3, "a duplicate entry"),
+                ("complex hermitian", ["2 1 0 0"], ["--zero", "fail"], 4, "a zero entry")):
+            with self.subTest(kind):
+                self.write(kind, 2, 2, lines)
+                done = run("sparse", self.file, *options)
+                self.assertEqual((done.returncode, done.stdout), (1, ""))
+                self.assertIn(words + " has been found in row I and column J:\n    I = %16d, J = %16d." % (2, 1), done.stderr)
+                self.assertTrue(done.stderr.endswith(f" failed with IFAIL = {code}\n"))
+
+    def test_summary(self):
+        self.write("real symmetric", 4, 4, ["4 1 3e-2", "1 1 -20", "4 4 5"])
+        result = run_json("sparse", self.file, "--expand")
+        self.assertEqual([result[key] for key in ("lower_bandwidth", "upper_bandwidth", "most_in_a_row", "empty_rows", "on_the_diagonal")],
+                         [3, 3, 2, 2, 2])
+        self.assertIn("magnitudes from 0.03 to 20\n", run_well("sparse", self.file))
+
+    def test_sums_of_a_pattern_are_integers(self):
+        self.write("pattern general", 2, 2, ["1 2", "1 2", "2 1"])
+        self.assertTrue(run_well("sparse", self.file, "--format", "mtx").startswith(HEAD + "integer general\n"))
+        self.assertTrue(run_well("sparse", self.file, "--format", "mtx", "--dup", "remove").startswith(HEAD + "pattern general\n"))
+
+    @unittest.skipUnless(shutil.which("gnuplot"), "needs gnuplot")
+    def test_a_picture_has_a_tile_for_each_place(self):
+        picture = self.written.replace(".mtx", ".svg")
+        for name, tiles in (("west0067", 294), ("bcsstk01", 400), ("fs_183_1", 1069)):
+            run_well("sparse", os.path.join(DATA, name + ".mtx"), "--plot", picture)
+            with open(picture, encoding="utf-8") as file:
+                self.assertEqual(file.read().count("<polygon fill"), tiles)
+
+
+if __name__ == "__main__":
+    unittest.main()
