@@ -38,6 +38,7 @@
 #include "tesk2mp/dense.h"
 #include "tesk2mp/failure.h"
 #include "tesk2mp/fft.h"
+#include "tesk2mp/iterative.h"
 #include "tesk2mp/kernels.h"
 #include "tesk2mp/random.h"
 #include "tesk2mp/sparse.h"

@@ -1,0 +1,142 @@
+// Tesk MP: iterative solution of a general linear system A x = b, of which the caller alone knows A.
+//
+// F11BDF sets a problem up; F11BEF iterates and comes back whenever it needs a product with A, a solution with the
+// preconditioner M, or has something to show; F11BFF tells how far it has got. The whole state is in WORK: several
+// problems in several work arrays do not know of each other, and a work array may be copied elsewhere between calls.
+//
+// Methods: RGMRES, restarted every M iterations (Y. Saad, M. H. Schultz, SIAM J. Sci. Stat. Comput. 7, 1986), one
+// product an iteration; CGS (P. Sonneveld, same journal 10, 1989), two; BICGSTAB of order M (G. L. G. Sleijpen,
+// D. R. Fokkema, Electron. Trans. Numer. Anal. 1, 1993; with M = 1 H. A. van der Vorst's Bi-CGSTAB), 2 M; TFQMR
+// (R. W. Freund, SIAM J. Sci. Comput. 14, 1993), two. With a preconditioner they work on M^-1 A x = M^-1 b.
+//
+// Criteria. r = b - A x; the norm is that of NORM, with WEIGHT 'W' that of the vector times the weights:
+//
+//   ITERM 1   ||r||      <= tau (||b||      + ANORM  ||x||)   ANORM  stands for ||A||
+//   ITERM 2   ||M^-1 r|| <= tau (||M^-1 b|| + SIGMAX ||x||)   SIGMAX stands for ||M^-1 A||, in the 2-norm the largest
+//                                                             singular value
+//
+// tau is TOL, or sqrt(eps) when TOL <= 0, but at least 10 eps and sqrt(N) eps, with eps the machine precision.
+// No iterate is accepted for what a recurrence says: its residual is computed afresh, at one more product (and, with a
+// preconditioner, solution), and IFAIL 0 means that this residual satisfies the criterion. Where it does not and the
+// recurrence has lost touch with it, or the method has broken down, the method starts anew from the true residual.
+#pragma once
+
+#include "quarn/quarnfloat.h"
+#include "tesk2mp/api.h"
+
+extern "C" {
+
+/// Sets a problem up.
+///
+///   method   "RGMRES", "CGS", "BICGSTAB" or "TFQMR", blanks before and letters of either case allowed, what follows
+///   the
+///            name ignored; at most 32 characters between blanks
+///   precon   'P' the caller solves with a preconditioner, 'N' there is none
+///   norm     '1' sum of magnitudes, 'I' largest magnitude, '2' Euclidean
+///   weight   'W' norms are weighted by WGT, 'N' they are not. Inner products of the methods never are.
+///   iterm    criterion, 1 or 2
+///   n        order of the system, N >= 1
+///   m        RGMRES: iterations to a restart, 1 ... min(N, 50). BICGSTAB: the order, 1 ... min(N, 10). Else not looked
+///   at tol      tolerance, below 1; <= 0 means sqrt(eps) maxitn   most iterations, >= 1 anorm    norm of A for ITERM
+///   1; with weights, of W A W^-1. <= 0: F11BEF estimates it first, and asks for at most ten
+///            products with A and nine with its transpose
+///   sigmax   norm of M^-1 A for ITERM 2. <= 0: the largest growth of a vector in the products so far
+///   monit    every that many iterations F11BEF comes back to be monitored; 0: never
+///   lwreq    out: the least LWORK, at most 2^31 - 1: 100 + N (4 + c) with c the vectors of the method:
+///              RGMRES    M + 2, and (M + 1) M + 3 M + 1 elements more
+///              CGS       5
+///              BICGSTAB  2 M + 2
+///              TFQMR     7
+///            and one vector more with a preconditioner. Set unless one of the arguments before it is wrong.
+///   work     LWORK elements, LWORK >= LWREQ
+///
+/// The checks, in this order; on failure WORK is not changed:
+///   IFAIL 1   99999 the first argument that is wrong: METHOD 1, PRECON 2, NORM 3, WEIGHT 4, ITERM 5, N 6, TOL 8,
+///             MAXITN 9, ANORM 10 and SIGMAX 11 (not finite), MONIT 12 (negative), WORK 14 (fewer than 10 working
+///             digits: its elements could not hold the counters), LWORK 15
+///   IFAIL 3   99997 M, in its place between N and TOL
+///   IFAIL 2   99998 WORK holds a problem that has not been completed. IREVCM 6 ends it; so does WORK(4) = 0.
+TESK2MP_API void QuarnMP_f11bdf_(const char* method, const char* precon, const char* norm, const char* weight,
+                                 const Integer* iterm, const Integer* n, const Integer* m, const QuarnFloat* tol,
+                                 const Integer* maxitn, const QuarnFloat* anorm, const QuarnFloat* sigmax,
+                                 const Integer* monit, Integer* lwreq, QuarnFloat* work, const Integer* lwork,
+                                 Integer* ifail, int method_length, int precon_length, int norm_length,
+                                 int weight_length);
+TESK2MP_API void QuarnMP_f11bdfn_(const char* method, const char* precon, const char* norm, const char* weight,
+                                  Integer iterm, Integer n, Integer m, QuarnFloat tol, Integer maxitn, QuarnFloat anorm,
+                                  QuarnFloat sigmax, Integer monit, Integer* lwreq, QuarnFloat* work, Integer lwork,
+                                  char* message_buffer, Integer* ifail, int method_length, int precon_length,
+                                  int norm_length, int weight_length, int buffer_length);
+
+/// Iterates until something is needed. Call it first with IREVCM 0, then again and again until IREVCM is 4:
+///
+///   irevcm   in                                       out
+///    0       first call: U is x_0, V is b
+///    1       V holds A U                              set V := A U
+///   -1       V holds A^T U                            set V := A^T U; only to estimate ANORM, before the first
+///   iteration
+///    2       V holds M^-1 U                           set V := M^-1 U
+///    3       go on                                    look: U is the iterate, V its residual b - A U
+///    4                                                the end: U is the solution, V its residual
+///    5       in place of 1, -1, 2 or 3, the request being done: stop after this iteration
+///    6       stop at once: U is the last iterate that is complete, V is not touched
+///
+///   u, v     N each. V is the only thing that is read back.
+///   wgt      N positive numbers with WEIGHT 'W', the same in every call; else not referenced
+///
+/// A request keeps nothing in mind but WORK, so U, V may be other arrays at the next call. The working precision may
+/// change between calls, from 10 digits on.
+///
+/// On every failure IREVCM is 4, so that a loop ends. Outcomes, U and V as above unless said otherwise:
+///   IFAIL 0   the true residual satisfies the criterion (of b = 0 the solution is 0, without any product)
+///   IFAIL 1   99999 a wrong argument: 6 LWORK below 100 or LWREQ; 1 IREVCM neither the request nor 5 or 6; 4 a weight
+///             that is not positive and finite. The problem stands where it stood: give the right value and go on.
+///   IFAIL 2   99998 no problem in WORK, or the header of WORK has been overwritten
+///   IFAIL 3   99997 the problem is completed
+///   IFAIL 4   99996 ended at once
+///   IFAIL 5   99995 ended after this iteration, not converged
+///   IFAIL 6   99994 the same, after the true residual has had to replace that of the recurrence
+///   IFAIL 7   99993 breakdown: a divisor of the method has vanished to working precision, and again after a new start
+///             that has not halved the residual; a number has left the range of QuarnFloat (or what the caller brought
+///             was not finite); a cycle of RGMRES has gained nothing
+///   IFAIL 8   99992 not converged after MAXITN iterations
+///   IFAIL 9   99991 the true residual has replaced that of the recurrence, and has then not been halved: TOL asks for
+///             more than the working precision has
+TESK2MP_API void QuarnMP_f11bef_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, QuarnFloat* work,
+                                 const Integer* lwork, Integer* ifail);
+TESK2MP_API void QuarnMP_f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, QuarnFloat* work,
+                                  Integer lwork, char* message_buffer, Integer* ifail, int buffer_length);
+
+/// The progress, at any time after set-up: iterations done; both sides of the criterion as last computed; ANORM and
+/// SIGMAX as given or as estimated so far.
+///
+/// When F11BEF comes back with IREVCM 3 or 4 both sides are those of the true residual. In between they are what the
+/// recurrence says: with ITERM 1 and a preconditioner the left side is scaled by the ratio of the two residuals when
+/// last known, and RGMRES bounds it from below, and the right side from above, unless the norm is the Euclidean one.
+///
+///   IFAIL 2   99998 argument 7: LWORK < 100
+///   IFAIL 1   99999 no problem in WORK
+TESK2MP_API void QuarnMP_f11bff_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm,
+                                 QuarnFloat* sigmax, QuarnFloat* work, const Integer* lwork, Integer* ifail);
+TESK2MP_API void QuarnMP_f11bffn_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm,
+                                  QuarnFloat* sigmax, QuarnFloat* work, Integer lwork, char* message_buffer,
+                                  Integer* ifail, int buffer_length);
+
+/// The steps of RGMRES, CGS, BICGSTAB and TFQMR that F11BEF takes, for hosts that report in their own way. WORK must
+/// hold a problem for that very method. *info is LWORK on entry; on exit 0, an IFAIL of F11BEF, or -k when argument k
+/// of F11BEF is wrong. Nothing is written to the console.
+TESK2MP_API void QuarnMP_f11bezn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt,
+                                  Integer* info);
+TESK2MP_API void QuarnMP_f11betn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt,
+                                  Integer* info);
+TESK2MP_API void QuarnMP_f11bepn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt,
+                                  Integer* info);
+TESK2MP_API void QuarnMP_f11beln_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt,
+                                  Integer* info);
+}
+
+// Layout of WORK, 1-based. 1 ... 100 the header, of which these places are promised: 4 and 20 the markers 1739512 and
+// 840653 of a problem that has been set up; 5 is 0 after set-up, 1 while it runs, 2 when it is completed; 6 the method
+// (1 RGMRES, 2 CGS, 3 BICGSTAB, 4 TFQMR); 16 the iterations done; 53 ... 56 both sides of the criterion, ANORM, SIGMAX.
+// From 101 on vectors of N: x, b, the preconditioned residual, b - A x, those of the method, and with a preconditioner
+// M^-1 (b - A x); last what RGMRES has beside vectors.

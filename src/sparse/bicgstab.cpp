@@ -1,0 +1,143 @@
+// BiCGSTAB(l): G. L. G. Sleijpen, D. R. Fokkema, BiCGstab(l) for linear equations involving unsymmetric matrices with
+// complex spectrum, Electron. Trans. Numer. Anal. 1 (1993). l is M; with l = 1 it is H. A. van der Vorst's Bi-CGSTAB.
+// An iteration is l BiCG steps and one minimisation over l residuals: 2 l products.
+#include <array>
+
+#include "src/sparse/solver.h"
+
+namespace tesk {
+namespace {
+
+constexpr Integer kLargestL = 10;
+
+// r_0 is the solver's residual; r_1 ... r_l, u_0 ... u_l follow the shadow residual.
+enum BicgstabScalar : Integer { kRho, kAlpha, kOmega };
+enum BicgstabStep : Integer { kStart, kIteration, kHaveImageOfU, kHaveImageOfR };
+constexpr Integer kShadow = kMethodSlot;
+Integer r(Integer i) { return i == 0 ? Integer(kResidual) : kShadow + i; }
+Integer u(const Solver& solver, Integer i) { return kShadow + 1 + solver.state().m + i; }
+
+/// The next BiCG direction, j = inner: beta, u_i = r_i - beta u_i, A u_j.
+Progress next_direction(Solver& solver) {
+  const SolverState& state = solver.state();
+  const Integer j = state.inner;
+  QuarnFloat& rho = state.scalar(kRho);
+  const QuarnFloat next_rho = solver.dot(kShadow, r(j));
+  if (solver.vanishes(next_rho, solver.euclidean(kShadow) * solver.euclidean(r(j)))) {
+    return Progress::broken;
+  }
+  const QuarnFloat beta = state.scalar(kAlpha) * next_rho / rho;
+  rho = next_rho;
+  for (Integer i = 0; i <= j; ++i) {
+    const auto direction = solver.vector(u(solver, i));
+    const auto residual = solver.vector(r(i));
+    for (Integer k = 1; k <= solver.n(); ++k) {
+      direction(k) = residual(k) - beta * direction(k);
+    }
+  }
+  return solver.apply(u(solver, j), u(solver, j + 1), kHaveImageOfU);
+}
+
+/// The step along u_0, then A r_j.
+Progress step_along_direction(Solver& solver) {
+  const SolverState& state = solver.state();
+  const Integer j = state.inner;
+  const QuarnFloat gamma = solver.dot(kShadow, u(solver, j + 1));
+  if (solver.vanishes(gamma, solver.euclidean(kShadow) * solver.euclidean(u(solver, j + 1)))) {
+    return Progress::broken;
+  }
+  QuarnFloat& alpha = state.scalar(kAlpha);
+  alpha = state.scalar(kRho) / gamma;
+  for (Integer i = 0; i <= j; ++i) {
+    solver.add(-alpha, u(solver, i + 1), r(i));
+  }
+  solver.add(alpha, u(solver, 0), kIterate);
+  return solver.apply(r(j), r(j + 1), kHaveImageOfR);
+}
+
+/// r_0 made as small as r_1 ... r_l can make it, by the modified Gram-Schmidt process. Names are those of the paper.
+Progress minimise_residual(Solver& solver) {
+  const Integer l = solver.state().m;
+  std::array<std::array<QuarnFloat, kLargestL + 1>, kLargestL + 1> tau;
+  std::array<QuarnFloat, kLargestL + 1> sigma, gamma, gamma1, gamma2;
+
+  for (Integer j = 1; j <= l; ++j) {
+    const QuarnFloat size = solver.euclidean(r(j));
+    for (Integer i = 1; i < j; ++i) {
+      tau[i][j] = solver.dot(r(j), r(i)) / sigma[i];
+      solver.add(-tau[i][j], r(i), r(j));
+    }
+    if (solver.vanishes(solver.euclidean(r(j)), size)) {
+      return Progress::broken;
+    }
+    sigma[j] = solver.dot(r(j), r(j));
+    gamma1[j] = solver.dot(r(0), r(j)) / sigma[j];
+  }
+
+  gamma[l] = gamma1[l];
+  for (Integer j = l - 1; j >= 1; --j) {
+    gamma[j] = gamma1[j];
+    for (Integer i = j + 1; i <= l; ++i) {
+      gamma[j] -= tau[j][i] * gamma[i];
+    }
+  }
+  for (Integer j = 1; j < l; ++j) {
+    gamma2[j] = gamma[j + 1];
+    for (Integer i = j + 1; i < l; ++i) {
+      gamma2[j] += tau[j][i] * gamma[i + 1];
+    }
+  }
+
+  solver.add(gamma[1], r(0), kIterate);
+  solver.add(-gamma1[l], r(l), r(0));
+  solver.add(-gamma[l], u(solver, l), u(solver, 0));
+  for (Integer j = 1; j < l; ++j) {
+    solver.add(-gamma[j], u(solver, j), u(solver, 0));
+    solver.add(gamma2[j], r(j), kIterate);
+    solver.add(-gamma1[j], r(j), r(0));
+  }
+  solver.state().scalar(kOmega) = gamma[l];
+  return Progress::iterated;
+}
+
+Progress resume_bicgstab(Solver& solver) {
+  SolverState& state = solver.state();
+  QuarnFloat& rho = state.scalar(kRho);
+  switch (state.step) {
+    case kStart:
+      solver.copy(kResidual, kShadow);
+      solver.clear(u(solver, 0));
+      rho = 1;
+      state.scalar(kAlpha) = 0;
+      state.scalar(kOmega) = 1;
+      [[fallthrough]];
+    case kIteration:
+      rho = -state.scalar(kOmega) * rho;
+      return rho == 0 ? Progress::broken : next_direction(solver);
+    case kHaveImageOfU:
+      return step_along_direction(solver);
+    default:
+      if (++state.inner < state.m) {
+        return next_direction(solver);
+      }
+      state.inner = 0;
+      state.step = kIteration;
+      return minimise_residual(solver);
+  }
+}
+
+}  // namespace
+
+const SolverMethod kBicgstab = {3,
+                                "BICGSTAB",
+                                kLargestL,
+                                true,
+                                kHaveImageOfR,
+                                [](Integer m) { return 2 * m + 2; },
+                                [](Integer) { return Integer(0); },
+                                resume_bicgstab,
+                                kept_bounds,
+                                kept_residual,
+                                kept_iterate};
+
+}  // namespace tesk

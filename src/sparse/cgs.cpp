@@ -1,0 +1,79 @@
+// CGS: P. Sonneveld, CGS, a fast Lanczos-type solver for nonsymmetric linear systems, SIAM J. Sci. Stat. Comput. 10
+// (1989). Two products an iteration.
+#include "src/sparse/solver.h"
+
+namespace tesk {
+namespace {
+
+enum CgsSlot : Integer { kShadow = kMethodSlot, kU, kP, kQ, kImage, kEnd };
+enum CgsScalar : Integer { kRho };
+enum CgsStep : Integer { kStart, kIteration, kHaveDirection, kHaveUpdate };
+
+/// u = r + beta q, p = u + beta (q + beta p)
+void next_directions(const Solver& solver, const QuarnFloat& beta) {
+  const auto r = solver.vector(kResidual);
+  const auto u = solver.vector(kU);
+  const auto p = solver.vector(kP);
+  const auto q = solver.vector(kQ);
+  for (Integer i = 1; i <= solver.n(); ++i) {
+    u(i) = r(i) + beta * q(i);
+    p(i) = u(i) + beta * (q(i) + beta * p(i));
+  }
+}
+
+Progress resume_cgs(Solver& solver) {
+  QuarnFloat& rho = solver.state().scalar(kRho);
+  switch (solver.state().step) {
+    case kStart:
+      solver.copy(kResidual, kShadow);
+      solver.clear(kP);
+      solver.clear(kQ);
+      rho = 1;
+      [[fallthrough]];
+    case kIteration: {
+      const QuarnFloat former_rho = rho;
+      rho = solver.dot(kShadow, kResidual);
+      if (solver.vanishes(rho, solver.euclidean(kShadow) * solver.euclidean(kResidual))) {
+        return Progress::broken;
+      }
+      next_directions(solver, rho / former_rho);
+      return solver.apply(kP, kImage, kHaveDirection);
+    }
+    case kHaveDirection: {
+      const QuarnFloat sigma = solver.dot(kShadow, kImage);
+      if (solver.vanishes(sigma, solver.euclidean(kShadow) * solver.euclidean(kImage))) {
+        return Progress::broken;
+      }
+      const QuarnFloat alpha = rho / sigma;
+      const auto u = solver.vector(kU);
+      const auto q = solver.vector(kQ);
+      const auto image = solver.vector(kImage);
+      for (Integer i = 1; i <= solver.n(); ++i) {
+        q(i) = u(i) - alpha * image(i);
+        u(i) = alpha * (u(i) + q(i));
+      }
+      return solver.apply(kU, kImage, kHaveUpdate);
+    }
+    default:
+      solver.add(1, kU, kIterate);
+      solver.add(-1, kImage, kResidual);
+      solver.state().step = kIteration;
+      return Progress::iterated;
+  }
+}
+
+}  // namespace
+
+const SolverMethod kCgs = {2,
+                           "CGS",
+                           1,
+                           false,
+                           kHaveUpdate,
+                           [](Integer) { return kEnd - kMethodSlot; },
+                           [](Integer) { return Integer(0); },
+                           resume_cgs,
+                           kept_bounds,
+                           kept_residual,
+                           kept_iterate};
+
+}  // namespace tesk

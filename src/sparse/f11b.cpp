@@ -1,0 +1,308 @@
+// The general iterative solver: set-up, iteration by reverse communication, progress.
+#include "src/sparse/f11b.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+#include "src/frame/classic.h"
+#include "src/frame/constants.h"
+#include "src/frame/option.h"
+#include "src/sparse/solver.h"
+
+namespace tesk {
+namespace {
+
+/// METHOD without blanks at its ends, in capital letters; empty when it does not fit.
+class MethodName {
+ public:
+  MethodName(const char* text, int length) noexcept {
+    const char* end = std::find(text, text + std::max(length, 0), '\0');
+    const char* first = std::find_if(text, end, [](char c) { return c != ' '; });
+    while (end != first && end[-1] == ' ') {
+      --end;
+    }
+    if (end - first <= kLongest) {
+      std::transform(first, end, name_, capital);
+    }
+  }
+  bool starts_with(const char* name) const noexcept { return std::strncmp(name_, name, std::strlen(name)) == 0; }
+
+ private:
+  static constexpr std::ptrdiff_t kLongest = 32;
+  char name_[kLongest + 1] = {};
+};
+
+/// The method that METHOD names, or null.
+const SolverMethod* method_named(const MethodName& name) {
+  for (const SolverMethod* method : {&kRgmres, &kCgs, &kBicgstab, &kTfqmr}) {
+    if (name.starts_with(method->name)) {
+      return method;
+    }
+  }
+  return nullptr;
+}
+
+/// '1', 'I' or '2': 0, 1, 2; anything else -1.
+Integer norm_code(const Option& norm) {
+  return norm.letter() == '1' ? 0 : norm.letter() == 'I' ? 1 : norm.letter() == '2' ? 2 : -1;
+}
+
+/// The tolerance in use: no less than what rounding lets any residual reach.
+QuarnFloat tolerance(const QuarnFloat& tol, Integer n) {
+  const QuarnFloat eps = x02ajf_();
+  const QuarnFloat least = std::max(10 * eps, sqrt(QuarnFloat(n)) * eps);
+  return std::max(tol > 0 ? tol : sqrt(eps), least);
+}
+
+/// The working digits that every Integer of the state needs.
+constexpr int kLeastDigits = 10;
+
+enum BdfParameter : Integer {
+  kMethod = 1,
+  kPrecon,
+  kNorm,
+  kWeight,
+  kIterm,
+  kN,
+  kM,
+  kTol,
+  kMaxitn,
+  kAnorm,
+  kSigmax,
+  kMonit,
+  kLwreq,
+  kWork,
+  kLwork
+};
+
+void report_parameter(Report& report, Integer number) {
+  report.fail(1, 99999, " ** On entry, parameter number %2ld had an illegal value.", number);
+}
+
+using Step = void (*)(Integer*, QuarnFloat*, QuarnFloat*, QuarnFloat*, QuarnFloat*, Integer*);
+
+Step step_of(Integer method) {
+  switch (method) {
+    case 1:
+      return f11bezn_;
+    case 2:
+      return f11betn_;
+    case 3:
+      return f11bepn_;
+    default:
+      return f11beln_;
+  }
+}
+
+/// One step of the method: from what the caller brings to what it is asked for next.
+void step(const SolverMethod& method, Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt,
+          Integer* info) {
+  const Integer lwork = *info;
+  if (lwork < kHeaderLength) {
+    *info = -kParameterLwork;
+    return;
+  }
+  SolverState state(work);
+  if (!solver_state(StateMode::continuation, work) || !state.load() || &solver_method(state.method) != &method) {
+    *info = Integer(Ending::not_set_up);
+    return;
+  }
+  if (lwork < work_length(method, state.n, state.m, state.preconditioned != 0)) {
+    *info = -kParameterLwork;
+    return;
+  }
+  *info = Solver(state, u, v, wgt).proceed(Request(*irevcm));
+  if (*info >= 0) {
+    *irevcm = state.request;
+    state.save();
+  }
+}
+
+/// F11BEF's message for an outcome of a step.
+void report_ending(Report& report, Integer info, Integer itn, bool initial) {
+  const auto fail = [&](const char* message, const auto&... values) {
+    report.fail(info, 100000 - info, message, values...);
+  };
+  if (info < 0) {
+    return report.fail(1, 99999, " ** On %sentry, parameter number %2ld had an illegal value.",
+                       initial ? "initial " : "intermediate ", -info);
+  }
+  switch (Ending(info)) {
+    case Ending::none:
+    case Ending::illegal_parameter:
+      return;
+    case Ending::not_set_up:
+      return fail(" ** Either F11BDF was not called before calling this routine\n ** or it has returned an error.");
+    case Ending::already_completed:
+      return fail(" ** F11BEF has already completed its tasks. You need to set a new problem.");
+    case Ending::immediate:
+      return fail(" ** User-requested immediate termination.");
+    case Ending::tidy:
+      return fail(" ** User-requested tidy termination.\n ** The solution has not converged after%7ld iterations.",
+                  itn);
+    case Ending::tidy_inaccurate:
+      return fail(
+          " ** User-requested termination: the required accuracy could not be obtained.\n"
+          " ** However, a reasonable accuracy may have been achieved.");
+    case Ending::breakdown:
+      return fail(" ** Algorithm breakdown at iteration no.%7ld", itn);
+    case Ending::not_converged:
+      return fail(" ** The solution has not converged after%7ld iterations.", itn);
+    case Ending::inaccurate:
+      return fail(
+          " ** The required accuracy could not be obtained.\n"
+          " ** However, a reasonable accuracy may have been achieved.");
+  }
+}
+
+}  // namespace
+}  // namespace tesk
+
+using namespace tesk;
+
+extern "C" {
+
+void f11bdfn_(const char* method, const char* precon, const char* norm, const char* weight, Integer iterm, Integer n,
+              Integer m, QuarnFloat tol, Integer maxitn, QuarnFloat anorm, QuarnFloat sigmax, Integer monit,
+              Integer* lwreq, QuarnFloat* work, Integer lwork, char* message_buffer, Integer* ifail, int method_length,
+              int precon_length, int norm_length, int weight_length, int /*buffer_length*/) {
+  Report report("F11BDF", message_buffer, ifail);
+  const SolverMethod* rules = method_named(MethodName(method, method_length));
+  const Option precon_option(precon, precon_length);
+  const Option norm_option(norm, norm_length);
+  const Option weight_option(weight, weight_length);
+  const Integer largest_m = rules == nullptr ? 1 : std::min(n, rules->largest_m);
+
+  struct {
+    bool wrong;
+    Integer parameter;
+  } const checks[] = {{rules == nullptr, kMethod},
+                      {!precon_option.is_one_of("NP"), kPrecon},
+                      {norm_code(norm_option) < 0, kNorm},
+                      {!weight_option.is_one_of("NW"), kWeight},
+                      {iterm < 1 || iterm > 2, kIterm},
+                      {n < 1, kN},
+                      {rules != nullptr && rules->takes_m && (m < 1 || m > largest_m), kM},
+                      {!(tol < 1), kTol},
+                      {maxitn < 1, kMaxitn},
+                      {!isfinite(anorm), kAnorm},
+                      {!isfinite(sigmax), kSigmax},
+                      {monit < 0, kMonit},
+                      {QuarnDigits() < kLeastDigits, kWork}};
+  const auto* fault = std::find_if(std::begin(checks), std::end(checks), [](const auto& check) { return check.wrong; });
+  if (fault != std::end(checks)) {
+    return fault->parameter == kM
+               ? report.fail(3, 99997, " ** On entry, M .lt. 1 or M .gt. MIN (N,%2ld):\n    M =%16ld", rules->largest_m,
+                             m)
+               : report_parameter(report, fault->parameter);
+  }
+  SolverState state(work);
+  state.method = rules->code;
+  state.n = n;
+  state.m = rules->takes_m ? m : 1;
+  state.preconditioned = precon_option.letter() == 'P' ? 1 : 0;
+  const std::int64_t required = work_length(*rules, n, state.m, state.preconditioned != 0);
+  *lwreq = Integer(std::min<std::int64_t>(required, std::numeric_limits<Integer>::max()));
+  if (lwork < required) {
+    return report_parameter(report, kLwork);
+  }
+  if (solver_state(StateMode::continuation, work) && solver_phase(work) != Phase::completed) {
+    return report.fail(2, 99998,
+                       " ** F11BDF has been called out of sequence: either F11BDF has been called\n"
+                       " ** twice or F11BEF has not terminated its current task.");
+  }
+
+  fill(kHeaderLength, QuarnFloat(), SolverVector(work, 1));
+  state.norm = norm_code(norm_option);
+  state.weighted = weight_option.letter() == 'W' ? 1 : 0;
+  state.iterm = iterm;
+  state.maxitn = maxitn;
+  state.monit = monit;
+  state.anorm_known = anorm > 0 ? 1 : 0;
+  state.sigmax_known = sigmax > 0 ? 1 : 0;
+  state[Place::anorm] = std::max(anorm, QuarnFloat(0));
+  state[Place::sigmax] = std::max(sigmax, QuarnFloat(0));
+  state[Place::tol] = tolerance(tol, n);
+  state.save();
+  solver_state(StateMode::set_up, work);
+}
+
+void f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, QuarnFloat* work, Integer lwork,
+              char* message_buffer, Integer* ifail, int /*buffer_length*/) {
+  Report report("F11BEF", message_buffer, ifail);
+  const bool initial = Request(*irevcm) == Request::start;
+  SolverState state(work);
+  Integer info = lwork;
+  if (lwork < kHeaderLength) {
+    info = -kParameterLwork;
+  } else if (!solver_state(StateMode::continuation, work)) {
+    info = Integer(Ending::not_set_up);
+  } else {
+    step_of(nearest_integer(work[5]))(irevcm, work, u, v, wgt, &info);
+  }
+  if (info == 0) {
+    return;
+  }
+  const bool has_count = lwork >= kHeaderLength;
+  report_ending(report, info, has_count ? nearest_integer(work[15]) : 0, initial);
+  *irevcm = Integer(Request::completion);
+}
+
+void f11bffn_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm, QuarnFloat* sigmax,
+              QuarnFloat* work, Integer lwork, char* message_buffer, Integer* ifail, int /*buffer_length*/) {
+  Report report("F11BFF", message_buffer, ifail);
+  if (lwork < kHeaderLength) {
+    return report.fail(2, 99998, " ** On entry, parameter number %2ld had an illegal value.", 7);
+  }
+  if (!solver_state(StateMode::monitoring, work)) {
+    return report.fail(1, 99999, " ** F11BFF has been called out of sequence.");
+  }
+  const SolverState state(work);
+  *itn = nearest_integer(work[15]);
+  *stplhs = state[Place::stplhs];
+  *stprhs = state[Place::stprhs];
+  *anorm = state[Place::anorm];
+  *sigmax = state[Place::sigmax];
+}
+
+void f11bezn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
+  step(kRgmres, irevcm, work, u, v, wgt, info);
+}
+
+void f11betn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
+  step(kCgs, irevcm, work, u, v, wgt, info);
+}
+
+void f11bepn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
+  step(kBicgstab, irevcm, work, u, v, wgt, info);
+}
+
+void f11beln_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
+  step(kTfqmr, irevcm, work, u, v, wgt, info);
+}
+
+void f11bdf_(const char* method, const char* precon, const char* norm, const char* weight, const Integer* iterm,
+             const Integer* n, const Integer* m, const QuarnFloat* tol, const Integer* maxitn, const QuarnFloat* anorm,
+             const QuarnFloat* sigmax, const Integer* monit, Integer* lwreq, QuarnFloat* work, const Integer* lwork,
+             Integer* ifail, int method_length, int precon_length, int norm_length, int weight_length) {
+  call_core("F11BDF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
+    f11bdfn_(method, precon, norm, weight, *iterm, *n, *m, *tol, *maxitn, *anorm, *sigmax, *monit, lwreq, work, *lwork,
+             message_buffer, outcome, method_length, precon_length, norm_length, weight_length, buffer_length);
+  });
+}
+
+void f11bef_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, QuarnFloat* work, const Integer* lwork,
+             Integer* ifail) {
+  call_core("F11BEF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
+    f11befn_(irevcm, u, v, wgt, work, *lwork, message_buffer, outcome, buffer_length);
+  });
+}
+
+void f11bff_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm, QuarnFloat* sigmax,
+             QuarnFloat* work, const Integer* lwork, Integer* ifail) {
+  call_core("F11BFF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
+    f11bffn_(itn, stplhs, stprhs, anorm, sigmax, work, *lwork, message_buffer, outcome, buffer_length);
+  });
+}
+}

@@ -1,0 +1,396 @@
+#include "src/sparse/solver.h"
+
+#include <algorithm>
+
+#include "src/frame/constants.h"
+
+namespace tesk {
+namespace {
+
+enum NormCode : Integer { kOneNorm, kInfinityNorm, kTwoNorm };
+constexpr Integer conjugate_norm(Integer norm) { return norm == kTwoNorm ? norm : 1 - norm; }
+
+// With ITERM 1 and preconditioning the recurrence knows another residual than the criterion asks for. Their ratio may
+// change between two judgements; an iterate within this factor of the criterion is judged.
+constexpr int kPreconditionedMargin = 100;
+
+// The norm estimate stops when it grows by less than a hundredth, and after so many rounds.
+constexpr Integer kEstimateRounds = 10;
+
+/// Adds one element to a norm in the making.
+void add_to_norm(Integer norm, const QuarnFloat& element, QuarnFloat& sum) {
+  switch (norm) {
+    case kOneNorm:
+      sum += fabs(element);
+      break;
+    case kInfinityNorm:
+      // A NaN must not get lost.
+      if (!(fabs(element) <= sum)) {
+        sum = isnan(sum) ? sum : fabs(element);
+      }
+      break;
+    default:
+      sum += element * element;
+  }
+}
+
+}  // namespace
+
+// Requests ---------------------------------------------------------------------------------------------------------
+
+Integer Solver::proceed(Request brought) {
+  const auto phase = Phase(state_.phase);
+  if (phase == Phase::completed) {
+    return Integer(Ending::already_completed);
+  }
+  if (brought == Request::immediate_end) {
+    if (phase == Phase::running) {
+      tesk::copy(n(), vector(kIterate), u_);
+    }
+    state_.phase = Integer(Phase::completed);
+    state_.request = Integer(Request::completion);
+    return Integer(Ending::immediate);
+  }
+  if (phase == Phase::set_up) {
+    if (brought != Request::start) {
+      return -kParameterIrevcm;
+    }
+    if (!weights_are_valid()) {
+      return -kParameterWgt;
+    }
+    begin();
+  } else {
+    if (brought != Request(state_.request) && brought != Request::tidy_end) {
+      return -kParameterIrevcm;
+    }
+    const bool monitored = Request(state_.request) == Request::monitoring;
+    if (brought == Request::tidy_end) {
+      state_.tidy = 1;
+    }
+    if (!monitored) {
+      tesk::copy(n(), v_, vector(state_.target));
+    } else if (selects(&SolverIntegers::tidy)) {
+      finish(Ending::tidy);
+    }
+  }
+  while (!asked_) {
+    advance();
+  }
+  return Integer(ending_);
+}
+
+void Solver::ask(Request request, Integer source, Integer target, Task task) {
+  tesk::copy(n(), vector(source), u_);
+  state_.request = Integer(request);
+  state_.target = target;
+  state_.task = Integer(task);
+  asked_ = true;
+}
+
+Progress Solver::apply(Integer source, Integer target, Integer next_step) {
+  if (state_.iterm == 2 && !selects(&SolverIntegers::sigmax_known)) {
+    state_[Place::source] = norm(source);
+  }
+  state_.step = next_step;
+  ask(Request::product, source, target, selects(&SolverIntegers::preconditioned) ? Task::precondition : Task::applied);
+  return Progress::waiting;
+}
+
+void Solver::advance() {
+  switch (Task(state_.task)) {
+    case Task::precondition:
+      return ask(Request::preconditioner, state_.target, state_.target, Task::applied);
+    case Task::applied:
+      if (state_.iterm == 2 && !selects(&SolverIntegers::sigmax_known)) {
+        const QuarnFloat growth = norm(state_.target) / state_[Place::source];
+        state_[Place::sigmax] = growth > state_[Place::sigmax] ? growth : state_[Place::sigmax];
+      }
+      [[fallthrough]];
+    case Task::method:
+      state_.task = Integer(Task::method);
+      switch (method_.resume(*this)) {
+        case Progress::waiting:
+          return;
+        case Progress::iterated:
+          ++state_.itn;
+          return watch();
+        case Progress::broken:
+          return evaluate(kBroken);
+      }
+      return;
+    case Task::right_side:
+      state_[Place::right_hand_side] = norm(kTrueResidual);
+      return evaluate(kRestart);
+    case Task::norm_image:
+      return ask_for_dual();
+    case Task::norm_dual:
+      return ask_for_next_image();
+    case Task::true_residual:
+      for (Integer i = 1; i <= n(); ++i) {
+        QuarnFloat& residual = vector(kTrueResidual)(i);
+        residual = vector(kRightSide)(i) - residual;
+      }
+      if (selects(&SolverIntegers::preconditioned)) {
+        return ask(Request::preconditioner, kTrueResidual, preconditioned_slot(), Task::judgement);
+      }
+      [[fallthrough]];
+    case Task::judgement:
+      return judge();
+  }
+  finish(Ending::breakdown);
+}
+
+// The course of a solution -----------------------------------------------------------------------------------------
+
+void Solver::begin() {
+  state_.phase = Integer(Phase::running);
+  tesk::copy(n(), u_, vector(kIterate));
+  tesk::copy(n(), v_, vector(kRightSide));
+  state_[Place::right_hand_side] = norm(kRightSide);
+  if (state_[Place::right_hand_side] == 0) {
+    clear(kIterate);
+    clear(kTrueResidual);
+    state_.iterate = kIterate;
+    return finish(Ending::none);
+  }
+  if (state_.iterm == 1 && !selects(&SolverIntegers::anorm_known)) {
+    return begin_norm_estimate();
+  }
+  if (state_.iterm == 2 && selects(&SolverIntegers::preconditioned)) {
+    return ask(Request::preconditioner, kRightSide, kTrueResidual, Task::right_side);
+  }
+  evaluate(kRestart);
+}
+
+QuarnFloat Solver::right_side(const QuarnFloat& iterate_norm) const {
+  const QuarnFloat& matrix_norm = state_[state_.iterm == 1 ? Place::anorm : Place::sigmax];
+  return state_[Place::tol] * (state_[Place::right_hand_side] + matrix_norm * iterate_norm);
+}
+
+bool Solver::monitoring_is_due() const { return state_.monit > 0 && state_.itn > 0 && state_.itn % state_.monit == 0; }
+
+void Solver::watch() {
+  const Bounds bounds = method_.bounds(*this);
+  if (!isfinite(bounds.residual) || !isfinite(bounds.iterate)) {
+    return evaluate(kBroken);
+  }
+  const QuarnFloat& left = state_[Place::stplhs] = state_[Place::ratio] * bounds.residual;
+  const QuarnFloat& right = state_[Place::stprhs] = right_side(bounds.iterate);
+  const bool indirect = state_.iterm == 1 && selects(&SolverIntegers::preconditioned);
+  const Integer reason = (left <= (indirect ? kPreconditionedMargin * right : right) ? kCandidate : kLook) |
+                         (state_.step == 0 ? kRestart : 0);
+  if (reason != kLook || monitoring_is_due() || selects(&SolverIntegers::tidy) || state_.itn >= state_.maxitn) {
+    evaluate(reason);
+  }
+}
+
+void Solver::evaluate(Integer reason) {
+  state_.reason = reason;
+  state_.iterate = method_.iterate(*this);
+  ask(Request::product, state_.iterate, kTrueResidual, Task::true_residual);
+}
+
+void Solver::judge() {
+  const Integer residual = preconditioned_slot();
+  const QuarnFloat& left = state_[Place::stplhs] = norm(state_.iterm == 1 ? Integer(kTrueResidual) : residual);
+  const QuarnFloat& right = state_[Place::stprhs] = right_side(norm(state_.iterate));
+  const bool finite = isfinite(left) && isfinite(right);
+  if (finite && left <= right) {
+    return finish(Ending::none);
+  }
+  if (!finite) {
+    return finish(Ending::breakdown);
+  }
+  state_[Place::ratio] = left / norm(residual);
+
+  const QuarnFloat size = euclidean(residual);
+  const bool broken = (state_.reason & kBroken) != 0;
+  const bool parted = (state_.reason & kCandidate) != 0 && 2 * method_.residual(*this) < size;
+  if (broken || parted) {
+    const bool used_up = state_.replacements > 0 && 2 * left > state_[Place::replaced_residual];
+    ++state_.replacements;
+    state_[Place::replaced_residual] = left;
+    if (used_up) {
+      return finish(broken ? Ending::breakdown : selects(&SolverIntegers::tidy) ? Ending::tidy : Ending::inaccurate);
+    }
+  }
+  if (selects(&SolverIntegers::tidy)) {
+    return finish(Ending::tidy);
+  }
+  if (state_.itn >= state_.maxitn) {
+    return finish(Ending::not_converged);
+  }
+  if (broken || parted || (state_.reason & kRestart) != 0) {
+    // A cycle that gains nothing would be repeated for ever.
+    if (!broken && !parted && state_.itn > 0 && !(state_[Place::restart_residual] - size > 10 * x02ajf_() * size)) {
+      return finish(Ending::breakdown);
+    }
+    state_[Place::restart_residual] = size;
+    restart();
+  }
+  state_.task = Integer(Task::method);
+  if (!broken && monitoring_is_due()) {
+    hand_out_iterate();
+    state_.request = Integer(Request::monitoring);
+    asked_ = true;
+  }
+}
+
+void Solver::restart() {
+  if (state_.iterate != kIterate) {
+    copy(state_.iterate, kIterate);
+  }
+  copy(preconditioned_slot(), kResidual);
+  state_.step = 0;
+  state_.inner = 0;
+}
+
+void Solver::hand_out_iterate() {
+  tesk::copy(n(), vector(state_.iterate), u_);
+  tesk::copy(n(), vector(kTrueResidual), v_);
+}
+
+void Solver::finish(Ending ending) {
+  const bool parted_before = state_.replacements > 0;
+  ending_ = ending == Ending::tidy && parted_before ? Ending::tidy_inaccurate : ending;
+  hand_out_iterate();
+  state_.phase = Integer(Phase::completed);
+  state_.request = Integer(Request::completion);
+  asked_ = true;
+}
+
+// Norms ------------------------------------------------------------------------------------------------------------
+
+bool Solver::weights_are_valid() const {
+  if (!selects(&SolverIntegers::weighted)) {
+    return true;
+  }
+  return std::all_of(wgt_, wgt_ + n(), [](const QuarnFloat& weight) { return isfinite(weight) && weight > 0; });
+}
+
+Integer Solver::preconditioned_slot() const {
+  return selects(&SolverIntegers::preconditioned) ? vector_count(method_, state_.m, true) - 1 : Integer(kTrueResidual);
+}
+
+QuarnFloat Solver::weighted(Integer slot, Integer i) const {
+  const QuarnFloat& element = vector(slot)(i);
+  return selects(&SolverIntegers::weighted) ? wgt_[i - 1] * element : element;
+}
+
+QuarnFloat Solver::norm(Integer slot) const {
+  QuarnFloat sum;
+  for (Integer i = 1; i <= n(); ++i) {
+    add_to_norm(state_.norm, weighted(slot, i), sum);
+  }
+  return state_.norm == kTwoNorm ? sqrt(sum) : sum;
+}
+
+QuarnFloat Solver::plain_norm(Integer norm, Integer slot) const {
+  QuarnFloat sum;
+  for (Integer i = 1; i <= n(); ++i) {
+    add_to_norm(norm, vector(slot)(i), sum);
+  }
+  return norm == kTwoNorm ? sqrt(sum) : sum;
+}
+
+// ||v||_inf sqrt(n) >= ||v||_2 >= ||v||_1 / sqrt(n), ||v||_1 >= ||v||_2 >= ||v||_inf
+QuarnFloat Solver::least_norm(const QuarnFloat& euclidean) const {
+  const QuarnFloat least = state_.norm == kInfinityNorm ? euclidean / sqrt(QuarnFloat(n())) : euclidean;
+  return selects(&SolverIntegers::weighted) ? least * *std::min_element(wgt_, wgt_ + n()) : least;
+}
+
+QuarnFloat Solver::largest_norm(const QuarnFloat& euclidean) const {
+  const QuarnFloat largest = state_.norm == kOneNorm ? euclidean * sqrt(QuarnFloat(n())) : euclidean;
+  return selects(&SolverIntegers::weighted) ? largest * *std::max_element(wgt_, wgt_ + n()) : largest;
+}
+
+bool Solver::vanishes(const QuarnFloat& a, const QuarnFloat& size) const { return !(fabs(a) > x02ajf_() * size); }
+
+// The norm of A by the power method for p-norms: D. W. Boyd, The power method for l^p norms, Linear Algebra Appl. 9
+// (1974); for the 1-norm it is Hager's estimator (SIAM J. Sci. Stat. Comput. 5, 1984). With weights it is the norm of
+// W A W^-1, which is what the norms of residual and iterate go with. Every estimate is a lower bound.
+
+void Solver::begin_norm_estimate() {
+  // Alternating signs and growing sizes: smooth vectors are close to the null space of many matrices.
+  const Integer last = std::max(Integer(1), n() - 1);
+  for (Integer i = 1; i <= n(); ++i) {
+    const QuarnFloat size = 1 + QuarnFloat(i - 1) / last;
+    vector(kResidual)(i) = i % 2 == 1 ? size : -size;
+  }
+  scale(n(), 1 / plain_norm(state_.norm, kResidual), vector(kResidual));
+  state_[Place::anorm] = 0;
+  state_.estimate_round = 0;
+  ask_for_image();
+}
+
+void Solver::ask_for_image() {
+  divide_by_weights(kResidual);
+  ask(Request::product, kResidual, kTrueResidual, Task::norm_image);
+}
+
+void Solver::ask_for_next_image() {
+  divide_by_weights(kTrueResidual);
+  const Integer conjugate = conjugate_norm(state_.norm);
+  const QuarnFloat size = plain_norm(conjugate, kTrueResidual);
+  if (!isfinite(size)) {
+    state_[Place::anorm] = size;
+    return evaluate(kRestart);
+  }
+  copy(kTrueResidual, kResidual);
+  replace_by_dual(conjugate, kResidual);
+  ask_for_image();
+}
+
+void Solver::ask_for_dual() {
+  multiply_by_weights(kTrueResidual);
+  const QuarnFloat size = plain_norm(state_.norm, kTrueResidual);
+  QuarnFloat& estimate = state_[Place::anorm];
+  const bool grows = isfinite(size) && 100 * size > 101 * estimate;
+  estimate = size <= estimate ? estimate : size;  // a NaN stays and ends the solution
+  if (!grows || ++state_.estimate_round >= kEstimateRounds) {
+    return evaluate(kRestart);
+  }
+  replace_by_dual(state_.norm, kTrueResidual);
+  multiply_by_weights(kTrueResidual);
+  ask(Request::transposed_product, kTrueResidual, kTrueResidual, Task::norm_dual);
+}
+
+// v := the vector y whose conjugate norm is 1 and for which y^T v is the norm of v.
+void Solver::replace_by_dual(Integer norm, Integer slot) const {
+  const SolverVector v = vector(slot);
+  const auto sign = [](const QuarnFloat& x) { return QuarnFloat(x < 0 ? -1 : 1); };
+  if (norm == kTwoNorm) {
+    const QuarnFloat size = plain_norm(norm, slot);
+    return size > 0 ? scale(n(), 1 / size, v) : void();
+  }
+  if (norm == kOneNorm) {
+    for (Integer i = 1; i <= n(); ++i) {
+      v(i) = sign(v(i));
+    }
+    return;
+  }
+  const Integer largest = index_of_largest(n(), v);
+  const QuarnFloat direction = sign(v(largest));
+  clear(slot);
+  v(largest) = direction;
+}
+
+void Solver::multiply_by_weights(Integer slot) const {
+  for (Integer i = 1; i <= n() && selects(&SolverIntegers::weighted); ++i) {
+    vector(slot)(i) *= wgt_[i - 1];
+  }
+}
+
+void Solver::divide_by_weights(Integer slot) const {
+  for (Integer i = 1; i <= n() && selects(&SolverIntegers::weighted); ++i) {
+    vector(slot)(i) /= wgt_[i - 1];
+  }
+}
+
+// Methods that keep iterate and residual -----------------------------------------------------------------------------
+
+Bounds kept_bounds(const Solver& solver) { return {solver.norm(kResidual), solver.norm(kIterate)}; }
+QuarnFloat kept_residual(const Solver& solver) { return solver.euclidean(kResidual); }
+Integer kept_iterate(Solver& /*solver*/) { return kIterate; }
+
+}  // namespace tesk

@@ -1,0 +1,131 @@
+// What the iterative methods have in common: requests, norms, and the judgement of an iterate by its true residual.
+//
+// Left preconditioning is no business of a method: it works on the system M^-1 A x = M^-1 b by apply(), which asks the
+// caller for a product and then for a solution with M.
+//
+// An iterate is accepted only when its residual, computed afresh, satisfies the criterion. The recurrence says when
+// that is worth a product. Where the two part company, the true residual replaces that of the recurrence and the method
+// starts anew from the iterate; two replacements with less than a factor of two between them mean that the precision is
+// used up.
+#pragma once
+
+#include "src/kernels/level1.h"
+#include "src/sparse/solver_methods.h"
+
+namespace tesk {
+
+using SolverVector = VectorView<QuarnFloat>;
+
+/// Numbers of F11BEF's failures, in the order of its messages.
+enum class Ending : Integer {
+  none = 0,
+  illegal_parameter,
+  not_set_up,
+  already_completed,
+  immediate,
+  tidy,
+  tidy_inaccurate,
+  breakdown,
+  not_converged,
+  inaccurate
+};
+
+/// Its arguments that can be wrong.
+inline constexpr Integer kParameterIrevcm = 1;
+inline constexpr Integer kParameterWgt = 4;
+inline constexpr Integer kParameterLwork = 6;
+
+/// The Euclidean norm. No scaling: the exponents of QuarnFloat leave room for squares.
+inline QuarnFloat euclidean_norm(Integer n, SolverVector x) { return sqrt(dot(n, x, x)); }
+
+class Solver {
+ public:
+  Solver(SolverState& state, QuarnFloat* u, QuarnFloat* v, const QuarnFloat* wgt)
+      : state_(state), method_(solver_method(state.method)), u_(u, 1), v_(v, 1), wgt_(wgt) {}
+
+  /// Takes what the caller brings and goes on to the next request. The outcome is 0, a failure's number, or the
+  /// negative number of an argument that is wrong.
+  Integer proceed(Request brought);
+
+  // For the methods.
+  SolverState& state() const noexcept { return state_; }
+  Integer n() const noexcept { return state_.n; }
+  SolverVector vector(Integer slot) const noexcept { return state_.vector(slot); }
+  /// What the method has behind the vectors.
+  QuarnFloat* constants() const noexcept {
+    return &vector(vector_count(method_, state_.m, state_.preconditioned != 0))(1);
+  }
+  /// target := M^-1 A source, then on with the method at that step. source and target differ.
+  Progress apply(Integer source, Integer target, Integer next_step);
+  /// Is |a| of no significance beside `size`, to working precision? NaN is.
+  bool vanishes(const QuarnFloat& a, const QuarnFloat& size) const;
+  QuarnFloat dot(Integer a, Integer b) const { return tesk::dot(n(), vector(a), vector(b)); }
+  QuarnFloat euclidean(Integer slot) const { return euclidean_norm(n(), vector(slot)); }
+  /// vector(target) += alpha vector(source)
+  void add(const QuarnFloat& alpha, Integer source, Integer target) const {
+    add_multiple(n(), alpha, vector(source), vector(target));
+  }
+  void copy(Integer source, Integer target) const { tesk::copy(n(), vector(source), vector(target)); }
+  void clear(Integer slot) const { fill(n(), QuarnFloat(), vector(slot)); }
+  /// The norm of the stopping criterion, weights included.
+  QuarnFloat norm(Integer slot) const;
+  /// Bounds for the norm of a vector that is known by its Euclidean norm alone.
+  QuarnFloat least_norm(const QuarnFloat& euclidean) const;
+  QuarnFloat largest_norm(const QuarnFloat& euclidean) const;
+
+ private:
+  /// What is to be done with the answer to a request.
+  enum class Task : Integer {
+    method,         // the method goes on
+    applied,        // a product M^-1 A v is complete
+    precondition,   // of a product M^-1 A v the second half is missing
+    right_side,     // M^-1 b for the criterion
+    norm_image,     // A x of the norm estimate
+    norm_dual,      // A^T y of the norm estimate
+    true_residual,  // A x of the iterate being judged
+    judgement       // M^-1 (b - A x)
+  };
+  /// Why an iterate is judged: a sum of these.
+  enum Reason : Integer { kLook = 0, kCandidate = 1, kRestart = 2, kBroken = 4 };
+
+  bool selects(Integer SolverIntegers::*option) const noexcept { return state_.*option != 0; }
+  bool weights_are_valid() const;
+  Integer preconditioned_slot() const;
+  QuarnFloat weighted(Integer slot, Integer i) const;
+  QuarnFloat right_side(const QuarnFloat& iterate_norm) const;
+  bool monitoring_is_due() const;
+
+  void begin();
+  void ask(Request request, Integer source, Integer target, Task task);
+  void hand_out_iterate();
+  void advance();
+  void watch();
+  void evaluate(Integer reason);
+  void judge();
+  void restart();
+  void finish(Ending ending);
+
+  void begin_norm_estimate();
+  void ask_for_image();
+  void ask_for_next_image();
+  void ask_for_dual();
+  QuarnFloat plain_norm(Integer norm, Integer slot) const;
+  void replace_by_dual(Integer norm, Integer slot) const;
+  void multiply_by_weights(Integer slot) const;
+  void divide_by_weights(Integer slot) const;
+
+  SolverState& state_;
+  const SolverMethod& method_;
+  SolverVector u_;
+  SolverVector v_;
+  const QuarnFloat* wgt_;
+  Ending ending_ = Ending::none;
+  bool asked_ = false;
+};
+
+/// Bounds and iterates of methods that keep both vectors at hand.
+Bounds kept_bounds(const Solver& solver);
+QuarnFloat kept_residual(const Solver& solver);
+Integer kept_iterate(Solver& solver);
+
+}  // namespace tesk

@@ -1,0 +1,68 @@
+// The iterative methods, each a machine that stops wherever it needs a product and goes on with the answer.
+#pragma once
+
+#include "src/sparse/solver_state.h"
+
+namespace tesk {
+
+class Solver;
+
+/// Where a method has got to.
+enum class Progress {
+  waiting,   // for the answer to a request
+  iterated,  // one more iteration is done
+  broken     // a divisor has vanished to working precision
+};
+
+/// What a method knows of its iterate without forming it.
+struct Bounds {
+  QuarnFloat residual;  // the norm of the preconditioned residual is no less, as far as the recurrence knows
+  QuarnFloat iterate;   // the norm of the iterate is no more
+};
+
+struct SolverMethod {
+  Integer code;
+  const char* name;   // as many leading characters of METHOD count
+  Integer largest_m;  // M is at most the smaller of N and this; 1 where M has no meaning
+  bool takes_m;
+  Integer last_step;
+  Integer (*vectors)(Integer m);    // of N elements, beside those of the solver
+  Integer (*constants)(Integer m);  // behind the vectors
+  Progress (*resume)(Solver& solver);
+  Bounds (*bounds)(const Solver& solver);
+  /// The Euclidean norm of the preconditioned residual, as far as the recurrence knows.
+  QuarnFloat (*residual)(const Solver& solver);
+  /// Forms the iterate and gives its vector.
+  Integer (*iterate)(Solver& solver);
+};
+
+extern const SolverMethod kRgmres;
+extern const SolverMethod kCgs;
+extern const SolverMethod kBicgstab;
+extern const SolverMethod kTfqmr;
+
+/// The method of a code: 1, 2, 3, or any other for the last one.
+inline const SolverMethod& solver_method(Integer code) {
+  const SolverMethod* const methods[] = {&kRgmres, &kCgs, &kBicgstab};
+  return code >= 1 && code <= 3 ? *methods[code - 1] : kTfqmr;
+}
+
+/// Vectors that belong to the solver, whatever the method.
+enum Slot : Integer {
+  kIterate,      // x
+  kRightSide,    // b
+  kResidual,     // of the preconditioned system, by the method's recurrence
+  kTrueResidual  // b - A x, computed afresh; answers of other kinds pass through it
+};
+inline constexpr Integer kMethodSlot = 4;
+
+inline Integer vector_count(const SolverMethod& method, Integer m, bool preconditioned) {
+  return kMethodSlot + method.vectors(m) + (preconditioned ? 1 : 0);
+}
+
+/// LWREQ, before it is cut to the largest Integer.
+inline std::int64_t work_length(const SolverMethod& method, Integer n, Integer m, bool preconditioned) {
+  return kHeaderLength + std::int64_t(n) * vector_count(method, m, preconditioned) + method.constants(m);
+}
+
+}  // namespace tesk

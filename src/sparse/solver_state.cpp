@@ -1,0 +1,101 @@
+#include "src/sparse/solver_state.h"
+
+#include <limits>
+
+#include "src/sparse/solver_methods.h"
+
+namespace tesk {
+namespace {
+
+constexpr Integer kLargest = std::numeric_limits<Integer>::max();
+constexpr Integer kMarkers[][2] = {{4, 1739512}, {20, 840653}};
+constexpr Integer kPhasePlace = 5;
+constexpr Integer kCheckSumPlace = 25;
+
+/// Where an integer of the state lives in WORK, 1-based, and its range.
+struct IntegerPlace {
+  Integer SolverIntegers::*member;
+  Integer place;
+  Integer low;
+  Integer high;
+};
+
+constexpr IntegerPlace kPlaces[] = {
+    {&SolverIntegers::n, 1, 1, kLargest},
+    {&SolverIntegers::m, 2, 1, 50},
+    {&SolverIntegers::preconditioned, 3, 0, 1},
+    {&SolverIntegers::phase, kPhasePlace, 0, 2},
+    {&SolverIntegers::norm, 7, 0, 2},
+    {&SolverIntegers::weighted, 8, 0, 1},
+    {&SolverIntegers::iterm, 9, 1, 2},
+    {&SolverIntegers::maxitn, 10, 1, kLargest},
+    {&SolverIntegers::monit, 11, 0, kLargest},
+    {&SolverIntegers::anorm_known, 12, 0, 1},
+    {&SolverIntegers::sigmax_known, 13, 0, 1},
+    {&SolverIntegers::request, 14, -1, 4},
+    {&SolverIntegers::target, 15, 0, kLargest},
+    {&SolverIntegers::itn, 16, 0, kLargest},
+    {&SolverIntegers::task, 17, 0, 15},
+    {&SolverIntegers::step, 18, 0, 15},
+    {&SolverIntegers::inner, 19, 0, 50},
+    {&SolverIntegers::iterate, 21, 0, kLargest},
+    {&SolverIntegers::reason, 22, 0, 7},
+    {&SolverIntegers::tidy, 23, 0, 1},
+    {&SolverIntegers::replacements, 24, 0, kLargest},
+    {&SolverIntegers::estimate_round, 26, 0, kLargest},
+};
+constexpr Integer kMethodPlace = 6;
+
+Integer check_sum(const SolverIntegers& integers) {
+  std::uint32_t sum = 1;
+  for (const IntegerPlace& at : kPlaces) {
+    sum = (sum ^ std::uint32_t(integers.*at.member)) * 16777619U;
+  }
+  return Integer(sum >> 1);
+}
+
+}  // namespace
+
+Integer nearest_integer(const QuarnFloat& x) { return FloatToInt(x < 0 ? x - 0.5 : x + 0.5); }
+
+bool solver_state(StateMode mode, QuarnFloat* work) {
+  for (const auto& [place, value] : kMarkers) {
+    QuarnFloat& marker = work[place - 1];
+    if (mode == StateMode::set_up) {
+      marker = value;
+    } else if (nearest_integer(marker) != value) {
+      return false;
+    }
+  }
+  if (mode == StateMode::set_up) {
+    work[kPhasePlace - 1] = 0;
+  }
+  return true;
+}
+
+Phase solver_phase(const QuarnFloat* work) { return Phase(nearest_integer(work[kPhasePlace - 1])); }
+
+void SolverState::save() const {
+  work_[kMethodPlace - 1] = method;
+  for (const IntegerPlace& at : kPlaces) {
+    work_[at.place - 1] = this->*at.member;
+  }
+  work_[kCheckSumPlace - 1] = check_sum(*this);
+}
+
+bool SolverState::load() {
+  method = nearest_integer(work_[kMethodPlace - 1]);
+  for (const IntegerPlace& at : kPlaces) {
+    const Integer value = nearest_integer(work_[at.place - 1]);
+    if (value < at.low || value > at.high) {
+      return false;
+    }
+    this->*at.member = value;
+  }
+  const SolverMethod& rules = solver_method(method);
+  const Integer vectors = vector_count(rules, m, preconditioned != 0);
+  return nearest_integer(work_[kCheckSumPlace - 1]) == check_sum(*this) && m <= rules.largest_m && target < vectors &&
+         iterate < vectors && step <= rules.last_step && (inner < m || (inner == m && step == 0));
+}
+
+}  // namespace tesk

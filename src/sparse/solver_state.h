@@ -1,0 +1,102 @@
+// The state of an iterative solution, all of it in the caller's WORK, so that problems in several work arrays do not
+// know of each other and a work array may be moved between calls.
+//
+// WORK(1 ... 100) is the header: integers, real scalars, markers. After it come the vectors, N elements each, then the
+// constants of the method. Nothing that is read back is trusted: every integer has a range, and all of them together a
+// check sum.
+#pragma once
+
+#include <cstdint>
+
+#include "quarn/quarnfloat.h"
+#include "src/kernels/views.h"
+
+namespace tesk {
+
+/// Elements of WORK before the first vector: the least LWORK there is.
+inline constexpr Integer kHeaderLength = 100;
+
+enum class Phase : Integer { set_up, running, completed };
+
+/// What the caller is asked for, or tells: the values of IREVCM.
+enum class Request : Integer {
+  transposed_product = -1,
+  start = 0,
+  product = 1,
+  preconditioner = 2,
+  monitoring = 3,
+  completion = 4,
+  tidy_end = 5,
+  immediate_end = 6
+};
+
+/// The integers of the state.
+struct SolverIntegers {
+  // the problem
+  Integer method, n, m, preconditioned, norm, weighted, iterm, maxitn, monit;
+  Integer anorm_known, sigmax_known;
+  // where the solution stands
+  Integer phase;
+  Integer request;  // what the caller has been asked for
+  Integer target;   // the vector that takes the answer
+  Integer task;     // what is to be done with it
+  Integer step;     // where the method goes on
+  Integer inner;    // iterations of a cycle or of a sum that have been done
+  Integer itn;
+  Integer iterate;         // the vector that holds the iterate being judged
+  Integer reason;          // why it is judged
+  Integer tidy;            // the caller has asked for an end
+  Integer replacements;    // of the residual, since the start
+  Integer estimate_round;  // of the norm estimate
+};
+
+/// Where real scalars live in WORK, 1-based.
+enum class Place : Integer {
+  stplhs = 53,
+  stprhs,
+  anorm,
+  sigmax,
+  tol,
+  right_hand_side,    // norm of b, or of the preconditioned b
+  ratio,              // of the judged residual's norm to that of the preconditioned one, when last judged
+  replaced_residual,  // norm of the residual when it was last replaced
+  restart_residual,   // Euclidean norm of the preconditioned residual when the method was last started
+  source,             // norm of the vector that a product has been asked for
+  method              // first of those that belong to the method
+};
+
+/// The work array through its layout.
+class SolverState : public SolverIntegers {
+ public:
+  explicit SolverState(QuarnFloat* work) noexcept : SolverIntegers{}, work_(work) {}
+
+  QuarnFloat& operator[](Place place) const noexcept { return work_[Integer(place) - 1]; }
+  QuarnFloat& scalar(Integer i) const noexcept { return work_[Integer(Place::method) - 1 + i]; }
+  /// A vector of N elements, counted from 0.
+  VectorView<QuarnFloat> vector(Integer slot) const noexcept {
+    return {work_ + kHeaderLength + std::ptrdiff_t(slot) * n, 1};
+  }
+
+  /// Writes the integers and their check sum.
+  void save() const;
+  /// Reads them; false when they are not what save() has written.
+  bool load();
+
+ private:
+  QuarnFloat* work_;
+};
+
+/// What the state routine is asked to do.
+enum class StateMode : Integer { set_up = -1, continuation, save, monitoring };
+
+/// The markers that tell a work array that has been set up: written in mode set_up, compared otherwise. False when they
+/// are missing.
+bool solver_state(StateMode mode, QuarnFloat* work);
+
+/// The whole number nearest to x.
+Integer nearest_integer(const QuarnFloat& x);
+
+/// The phase of a work array that holds the markers.
+Phase solver_phase(const QuarnFloat* work);
+
+}  // namespace tesk

@@ -1,0 +1,133 @@
+// TFQMR: R. W. Freund, A transpose-free quasi-minimal residual algorithm for non-Hermitian linear systems, SIAM J. Sci.
+// Comput. 14 (1993). An iteration is two half steps with a product each. Beside the quasi-residual of the paper the
+// residual itself is carried on, by the image of the direction, so that no bound has to stand for it. After k half
+// steps it is at most sqrt(k + 1) times the quasi-residual tau (theorem 4.2 there). Rounding errors can leave it above;
+// then the lower number is what the recurrence claims, and what the true residual has to confirm.
+#include <algorithm>
+
+#include "src/sparse/solver.h"
+
+namespace tesk {
+namespace {
+
+enum TfqmrSlot : Integer { kShadow = kMethodSlot, kW, kY, kImage, kV, kD, kImageOfD, kEnd };
+enum TfqmrScalar : Integer { kRho, kTau, kTheta, kEta, kAlpha, kHalfSteps };
+enum TfqmrStep : Integer { kStart, kSecondImage, kIteration, kNextImage };
+
+/// One half step with y and its image A y: w -= alpha A y, then the quasi-minimisation along d.
+void half_step(const Solver& solver) {
+  const SolverState& state = solver.state();
+  QuarnFloat& tau = state.scalar(kTau);
+  QuarnFloat& theta = state.scalar(kTheta);
+  QuarnFloat& eta = state.scalar(kEta);
+  const QuarnFloat& alpha = state.scalar(kAlpha);
+  const QuarnFloat carried = theta * theta * eta / alpha;
+  const auto y = solver.vector(kY);
+  const auto image = solver.vector(kImage);
+  const auto d = solver.vector(kD);
+  const auto image_of_d = solver.vector(kImageOfD);
+  for (Integer i = 1; i <= solver.n(); ++i) {
+    d(i) = y(i) + carried * d(i);
+    image_of_d(i) = image(i) + carried * image_of_d(i);
+  }
+  solver.add(-alpha, kImage, kW);
+  theta = solver.euclidean(kW) / tau;
+  const QuarnFloat c_squared = 1 / (1 + theta * theta);
+  tau *= theta * sqrt(c_squared);
+  eta = c_squared * alpha;
+  state.scalar(kHalfSteps) += 1;
+  solver.add(eta, kD, kIterate);
+  solver.add(-eta, kImageOfD, kResidual);
+}
+
+/// From the image of y1: alpha, the first half step, y2 = y1 - alpha v.
+Progress first_half(Solver& solver) {
+  const SolverState& state = solver.state();
+  const QuarnFloat sigma = solver.dot(kShadow, kV);
+  if (solver.vanishes(sigma, solver.euclidean(kShadow) * solver.euclidean(kV))) {
+    return Progress::broken;
+  }
+  state.scalar(kAlpha) = state.scalar(kRho) / sigma;
+  half_step(solver);
+  if (state.scalar(kTau) == 0) {
+    return Progress::broken;  // luckily: the residual is zero
+  }
+  solver.add(-state.scalar(kAlpha), kV, kY);
+  return solver.apply(kY, kImage, kSecondImage);
+}
+
+/// y1 = w + beta y2, and v = beta (A y2 + beta v), to which A y1 is still to come.
+Progress next_direction(Solver& solver) {
+  QuarnFloat& rho = solver.state().scalar(kRho);
+  const QuarnFloat former_rho = rho;
+  rho = solver.dot(kShadow, kW);
+  if (solver.vanishes(rho, solver.euclidean(kShadow) * solver.euclidean(kW))) {
+    return Progress::broken;
+  }
+  const QuarnFloat beta = rho / former_rho;
+  const auto w = solver.vector(kW);
+  const auto y = solver.vector(kY);
+  const auto image = solver.vector(kImage);
+  const auto v = solver.vector(kV);
+  for (Integer i = 1; i <= solver.n(); ++i) {
+    y(i) = w(i) + beta * y(i);
+    v(i) = beta * (image(i) + beta * v(i));
+  }
+  return solver.apply(kY, kImage, kNextImage);
+}
+
+Progress resume_tfqmr(Solver& solver) {
+  SolverState& state = solver.state();
+  switch (state.step) {
+    case kStart:
+      solver.copy(kResidual, kShadow);
+      solver.copy(kResidual, kW);
+      solver.copy(kResidual, kY);
+      solver.clear(kV);
+      solver.clear(kD);
+      solver.clear(kImageOfD);
+      state.scalar(kTau) = solver.euclidean(kResidual);
+      state.scalar(kRho) = solver.dot(kResidual, kResidual);
+      state.scalar(kTheta) = 0;
+      state.scalar(kEta) = 0;
+      state.scalar(kHalfSteps) = 0;
+      return solver.apply(kY, kImage, kNextImage);
+    case kNextImage:
+      solver.add(1, kImage, kV);
+      return first_half(solver);
+    case kSecondImage:
+      half_step(solver);
+      state.step = kIteration;
+      return Progress::iterated;
+    default:
+      return next_direction(solver);
+  }
+}
+
+QuarnFloat tfqmr_residual(const Solver& solver) {
+  const SolverState& state = solver.state();
+  return std::min(solver.euclidean(kResidual), state.scalar(kTau) * sqrt(state.scalar(kHalfSteps) + 1));
+}
+
+Bounds tfqmr_bounds(const Solver& solver) {
+  const QuarnFloat carried = solver.euclidean(kResidual);
+  const QuarnFloat claimed = tfqmr_residual(solver);
+  const QuarnFloat residual = solver.norm(kResidual);
+  return {claimed < carried ? residual * (claimed / carried) : residual, solver.norm(kIterate)};
+}
+
+}  // namespace
+
+const SolverMethod kTfqmr = {4,
+                             "TFQMR",
+                             1,
+                             false,
+                             kNextImage,
+                             [](Integer) { return kEnd - kMethodSlot; },
+                             [](Integer) { return Integer(0); },
+                             resume_tfqmr,
+                             tfqmr_bounds,
+                             tfqmr_residual,
+                             kept_iterate};
+
+}  // namespace tesk

@@ -1,0 +1,198 @@
+// Iteration counts against textbook implementations in double precision.
+#include <cmath>
+#include <functional>
+
+#include "sparse/systems.h"
+#include "support/digits.h"
+
+using namespace systems;
+
+namespace {
+
+using Doubles = std::vector<double>;
+
+double dot(const Doubles& x, const Doubles& y) {
+  double sum = 0;
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    sum += x[i] * y[i];
+  }
+  return sum;
+}
+
+double norm(const Doubles& x) { return std::sqrt(dot(x, x)); }
+
+/// a x + y
+Doubles axpy(double a, const Doubles& x, Doubles y) {
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    y[i] += a * x[i];
+  }
+  return y;
+}
+
+/// A linear system, with what the criterion needs.
+struct Problem {
+  const System* system;
+  Doubles entries;
+  Doubles b;
+  double anorm, tol;
+
+  Doubles times(const Doubles& x) const {
+    Doubles y(x.size());
+    for (std::size_t k = 0; k < entries.size(); ++k) {
+      y[std::size_t(system->row[k]) - 1] += entries[k] * x[std::size_t(system->column[k]) - 1];
+    }
+    return y;
+  }
+  bool solved_by(const Doubles& x) const { return norm(axpy(-1, times(x), b)) <= tol * (norm(b) + anorm * norm(x)); }
+};
+
+constexpr int kMost = 500;
+
+int cgs_count(const Problem& problem) {
+  Doubles x(problem.b.size()), r = problem.b, u = r, p = r;
+  const Doubles shadow = r;
+  double rho = dot(shadow, r);
+  for (int count = 1; count < kMost; ++count) {
+    const Doubles v = problem.times(p);
+    const double alpha = rho / dot(shadow, v);
+    const Doubles q = axpy(-alpha, v, u);
+    const Doubles sum = axpy(1, u, q);
+    x = axpy(alpha, sum, x);
+    if (problem.solved_by(x)) {
+      return count;
+    }
+    r = axpy(-alpha, problem.times(sum), r);
+    const double beta = dot(shadow, r) / rho;
+    rho *= beta;
+    u = axpy(beta, q, r);
+    p = axpy(beta, axpy(beta, p, q), u);
+  }
+  return kMost;
+}
+
+int bicgstab_count(const Problem& problem) {
+  Doubles x(problem.b.size()), r = problem.b, p = r;
+  const Doubles shadow = r;
+  double rho = dot(shadow, r);
+  for (int count = 1; count < kMost; ++count) {
+    const Doubles v = problem.times(p);
+    const double alpha = rho / dot(shadow, v);
+    const Doubles s = axpy(-alpha, v, r);
+    const Doubles t = problem.times(s);
+    const double omega = dot(t, s) / dot(t, t);
+    x = axpy(omega, s, axpy(alpha, p, x));
+    if (problem.solved_by(x)) {
+      return count;
+    }
+    r = axpy(-omega, t, s);
+    const double next = dot(shadow, r);
+    p = axpy(next / rho * (alpha / omega), axpy(-omega, v, p), r);
+    rho = next;
+  }
+  return kMost;
+}
+
+int tfqmr_count(const Problem& problem) {
+  Doubles x(problem.b.size()), d(x), w = problem.b, y = w;
+  const Doubles shadow = w;
+  Doubles v = problem.times(y);
+  double tau = norm(w), theta = 0, eta = 0, rho = dot(w, w);
+  for (int count = 1; count < kMost; ++count) {
+    const double alpha = rho / dot(shadow, v);
+    const Doubles second = axpy(-alpha, v, y);
+    for (const Doubles& half : {y, second}) {
+      w = axpy(-alpha, problem.times(half), w);
+      d = axpy(theta * theta * eta / alpha, d, half);
+      theta = norm(w) / tau;
+      const double c = 1 / std::sqrt(1 + theta * theta);
+      tau *= theta * c;
+      eta = c * c * alpha;
+      x = axpy(eta, d, x);
+    }
+    if (problem.solved_by(x)) {
+      return count;
+    }
+    const double next = dot(shadow, w);
+    const double beta = next / rho;
+    rho = next;
+    y = axpy(beta, second, w);
+    v = axpy(beta, axpy(beta, v, problem.times(second)), problem.times(y));
+  }
+  return kMost;
+}
+
+/// GMRES by its definition: the least residual over the Krylov space, by projection on an orthonormal basis of A K.
+int gmres_count(const Problem& problem, int restart) {
+  Doubles x(problem.b.size());
+  for (int count = 1; count < kMost;) {
+    std::vector<Doubles> basis, image, direction;
+    Doubles r = axpy(-1, problem.times(x), problem.b);
+    basis.push_back(axpy(1 / norm(r) - 1, r, r));
+    for (int k = 0; k < restart && count < kMost; ++k, ++count) {
+      // A v, orthogonal to the images so far; its pre-image goes along.
+      Doubles pre = basis.back();
+      Doubles w = problem.times(pre);
+      Doubles next = w;
+      for (int pass = 0; pass < 2; ++pass) {
+        for (std::size_t i = 0; i < image.size(); ++i) {
+          const double h = dot(w, image[i]);
+          w = axpy(-h, image[i], w);
+          pre = axpy(-h, direction[i], pre);
+        }
+        for (const Doubles& v : basis) {
+          next = axpy(-dot(next, v), v, next);
+        }
+      }
+      const double size = norm(w);
+      image.push_back(axpy(1 / size - 1, w, w));
+      direction.push_back(axpy(1 / size - 1, pre, pre));
+      const double step = dot(r, image.back());
+      x = axpy(step, direction.back(), x);
+      r = axpy(-step, image.back(), r);
+      if (problem.solved_by(x)) {
+        return count;
+      }
+      basis.push_back(axpy(1 / norm(next) - 1, next, next));
+    }
+  }
+  return kMost;
+}
+
+}  // namespace
+
+TEST_CASE("iteration counts are those of the published methods") {
+  const support::Digits digits(50);
+  support::Random random;
+  const std::vector<System> all = {convection_diffusion(8, 2), convection_diffusion(15, 5),
+                                   diagonally_dominant(120, random), diagonally_dominant(300, random)};
+  const struct {
+    Setup setup;
+    std::function<int(const Problem&)> count;
+  } methods[] = {{{"RGMRES", 40}, [](const Problem& problem) { return gmres_count(problem, 40); }},
+                 {{"RGMRES", 5}, [](const Problem& problem) { return gmres_count(problem, 5); }},
+                 {{"CGS"}, cgs_count},
+                 {{"BICGSTAB", 1}, bicgstab_count},
+                 {{"TFQMR"}, tfqmr_count}};
+  for (const System& system : all) {
+    const Numbers b = system.times(Numbers(std::size_t(system.n), QuarnFloat(1)));
+    Problem problem{&system, {}, {}, FloatToDouble(one_norm(system)), 1e-8};
+    for (const QuarnFloat& a : system.value) {
+      problem.entries.push_back(FloatToDouble(a));
+    }
+    for (const QuarnFloat& element : b) {
+      problem.b.push_back(FloatToDouble(element));
+    }
+    for (const auto& [method, count] : methods) {
+      INFO(system.name, ", ", method.method, " ", int(method.m));
+      Setup setup = method;
+      setup.tol = QuarnFloat("1e-8");
+      setup.anorm = one_norm(system);
+      Caller caller(system, setup, b);
+      caller.finish();
+      CHECK(caller.ifail == 0);
+      const int expected = count(problem);
+      CHECK(expected < kMost);
+      CHECK(std::abs(int(caller.itn) - expected) <= 1);
+    }
+  }
+}
