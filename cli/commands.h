@@ -12,6 +12,11 @@ void add_sort(CLI::App& app, Session& session);
 void add_random(CLI::App& app, Session& session);
 void add_spmv(CLI::App& app, Session& session);
 void add_sparse(CLI::App& app, Session& session);
+void add_lu(CLI::App& app, Session& session);
+void add_chol(CLI::App& app, Session& session);
+void add_norm(CLI::App& app, Session& session);
+void add_eig(CLI::App& app, Session& session);
+void add_zeros(CLI::App& app, Session& session);
 void add_details(CLI::App& app, Session& session);
 
 }  // namespace cli

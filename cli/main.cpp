@@ -38,6 +38,11 @@ void run(int argc, char** argv) {
   add_random(app, session);
   add_spmv(app, session);
   add_sparse(app, session);
+  add_lu(app, session);
+  add_chol(app, session);
+  add_norm(app, session);
+  add_eig(app, session);
+  add_zeros(app, session);
   add_details(app, session);
   try {
     app.parse(argc, argv);

@@ -173,4 +173,30 @@ void draw(const Spy& spy, const std::string& file) {
   run_gnuplot(script, file);
 }
 
+void draw(const ComplexPlane& plane, const std::string& file) {
+  // One square around all points and the origin, with air at its edges.
+  double largest = 0;
+  std::string points;
+  for (const Complex& z : plane.points) {
+    const std::string x = coordinate(z.re);
+    const std::string y = coordinate(z.im);
+    points.append(x).append(" ").append(y).append("\n");
+    largest = std::max({largest, std::fabs(std::atof(x.c_str())), std::fabs(std::atof(y.c_str()))});
+  }
+  char edge[32];
+  std::snprintf(edge, sizeof edge, "%.6g", largest > 0 ? 1.15 * largest : 1.0);
+  const std::string range = std::string("[-") + edge + ":" + edge + "] noextend\n";
+  std::string script = picture_of(file, kSpySize, kSpySize);
+  script += "set title " + quoted(plane.title) + " noenhanced font ',14' textcolor '" + kTextColor + "'\n";
+  script += "set size ratio 1\nset grid linecolor rgb '#dddddd' linetype 1\nunset key\n";
+  script += "set xzeroaxis linecolor rgb '#888888'\nset yzeroaxis linecolor rgb '#888888'\n";
+  script += "set xrange " + range + "set yrange " + range + "set xlabel 'real part'\nset ylabel 'imaginary part'\n";
+  script += "$points << EOD\n" + points + "EOD\n";
+  script += points.empty()
+                ? std::string("plot NaN\n")
+                : std::string("plot $points using 1:2 with points pointtype 7 pointsize 0.8 linecolor rgb '") +
+                      kCurveColor + "'\n";
+  run_gnuplot(script, file);
+}
+
 }  // namespace cli

@@ -39,6 +39,12 @@ struct Spy {
   std::vector<Integer> column;
 };
 
+/// Points of the complex plane.
+struct ComplexPlane {
+  std::string title;
+  std::vector<Complex> points;
+};
+
 /// Throws Failure unless the name ends in .svg or .png.
 void check_picture_name(const std::string& file);
 
@@ -48,5 +54,8 @@ void draw(const std::vector<Panel>& panels, const std::string& file);
 
 /// Draws the places; those of a large matrix together on square tiles, shaded by how many of them are filled.
 void draw(const Spy& spy, const std::string& file);
+
+/// Draws the points with both axes in the same scale.
+void draw(const ComplexPlane& plane, const std::string& file);
 
 }  // namespace cli

@@ -137,6 +137,18 @@ NumberFormat::NumberFormat(const QuarnFloat& largest, int significant) {
 
 std::string NumberFormat::operator()(const QuarnFloat& value) const { return formatted(conversion_.c_str(), value); }
 
+ResultColumn aligned_column(const std::string& name, const std::vector<QuarnFloat>& values, const QuarnFloat& largest) {
+  ResultColumn column{name, {}};
+  std::transform(values.begin(), values.end(), std::back_inserter(column.cells), NumberFormat(largest, QuarnDigits()));
+  return column;
+}
+
+std::vector<std::string> brief_cells(const std::vector<QuarnFloat>& values) {
+  std::vector<std::string> cells;
+  std::transform(values.begin(), values.end(), std::back_inserter(cells), brief);
+  return cells;
+}
+
 std::string digits_text() { return std::to_string(QuarnDigits()) + (QuarnDigits() == 1 ? " digit" : " digits"); }
 
 QuarnFloat largest_magnitude(const std::vector<QuarnFloat>& values) {

@@ -52,6 +52,12 @@ class NumberFormat {
   std::string conversion_;
 };
 
+/// A column for people beside others of the same largest magnitude, to all working digits, points in line.
+ResultColumn aligned_column(const std::string& name, const std::vector<QuarnFloat>& values, const QuarnFloat& largest);
+
+/// The values to a few digits.
+std::vector<std::string> brief_cells(const std::vector<QuarnFloat>& values);
+
 /// The working precision for notes: "20 digits".
 std::string digits_text();
 

@@ -1,6 +1,4 @@
 // quarn sparse: the canonical form of a sparse matrix, with a summary and a picture of where its entries stand.
-#include "tesk2mp/tesk2mp.h"
-
 #include <algorithm>
 #include <limits>
 
@@ -11,6 +9,7 @@
 #include "cli/matrix_output.h"
 #include "cli/memory.h"
 #include "cli/plot.h"
+#include "tesk2mp/tesk2mp.h"
 
 namespace cli {
 

@@ -1,0 +1,68 @@
+// quarn chol: the Cholesky factorisation of a dense Hermitian positive definite matrix.
+#include "cli/commands.h"
+#include "cli/dense.h"
+#include "cli/failure.h"
+#include "cli/matrix_output.h"
+
+namespace cli {
+
+namespace {
+
+struct CholOptions {
+  std::string matrix;
+  bool upper = false;
+  OutputOptions output;
+};
+
+void require_hermitian(const DenseMatrix& a) {
+  for (Integer j = 0; j < a.columns; ++j) {
+    for (Integer i = j; i < a.rows; ++i) {
+      if (a(i, j) != conj(a(j, i))) {
+        const std::string place = std::to_string(i + 1) + ", " + std::to_string(j + 1);
+        throw bad_input(a.source + ": not " + (a.complex ? "Hermitian" : "symmetric") + ": element (" + place +
+                        ") differs from its mirror image");
+      }
+    }
+  }
+}
+
+void run_chol(const CholOptions& options) {
+  const DenseMatrix given = read_operand(options.matrix, true);
+  require_hermitian(given);
+  const auto triangle = options.upper ? tesk2mp::Triangle::upper : tesk2mp::Triangle::lower;
+  with_elements(given, [&](const auto& a) {
+    const tesk2mp::Cholesky cholesky(a, triangle);
+    const std::string determinant = exact_text(cholesky.determinant());
+    Result result;
+    result.notes = {std::string(options.upper ? "U of A = U^H U" : "L of A = L L^H") + ", A the " + description(given),
+                    digits_text() + ", by QuarnMP_f07frf_", "positive definite; determinant " + determinant};
+    result.facts = {
+        {"routine", "QuarnMP_f07frf_"}, {"digits", std::to_string(QuarnDigits()), true}, {"determinant", determinant}};
+    add_matrix(result, dense(cholesky.factor()));
+    deliver(result, options.output);
+  });
+}
+
+constexpr const char* kFooter =
+    R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file: symmetric or
+Hermitian. When it is not positive definite, the order of the first leading minor that
+is not positive is told, and the exit status is 1.
+
+Examples:
+  quarn chol examples/bcsstk01.mtx --digits 40 --output factor.mtx
+  printf '4 2\n2 5\n' | quarn chol - --upper)";
+
+}  // namespace
+
+void add_chol(CLI::App& app, Session& session) {
+  CLI::App* command = app.add_subcommand("chol", "factorise a positive definite matrix, A = L L^H");
+  auto options = std::make_shared<CholOptions>();
+  command->add_option("MATRIX", options->matrix, "the matrix; - is standard input")->required()->type_name("");
+  command->add_flag("--upper", options->upper, "write U of A = U^H U");
+  add_digits_option(*command, session);
+  add_output_options(*command, options->output, Forms::matrix);
+  command->footer(kFooter);
+  command->callback([&session, options] { session.work = [options] { run_chol(*options); }; });
+}
+
+}  // namespace cli

@@ -1,0 +1,164 @@
+// quarn eig: the eigenvalues of a real matrix.
+#include <algorithm>
+#include <numeric>
+
+#include "cli/commands.h"
+#include "cli/dense.h"
+#include "cli/failure.h"
+#include "cli/plot.h"
+#include "cli/ranking.h"
+
+namespace cli {
+
+namespace {
+
+struct EigOptions {
+  std::string matrix;
+  bool vectors = false;
+  bool condition = false;
+  OutputOptions output;
+};
+
+struct Eigenvalues {
+  std::vector<Complex> values;
+  tesk2mp::Matrix<Complex> vectors;    // a column each, when asked for
+  std::vector<QuarnFloat> conditions;  // reciprocal, when asked for
+};
+
+Eigenvalues eigenvalues_of(const EigOptions& options, const tesk2mp::Matrix<QuarnFloat>& a) {
+  Eigenvalues result;
+  if (options.vectors) {
+    tesk2mp::EigenSystem system = tesk2mp::eigen(a);
+    result.values = std::move(system.values);
+    result.vectors = std::move(system.right);
+    if (options.condition) {
+      // Both vectors have norm 1, and the product of the two is what is wanted.
+      for (std::size_t j = 0; j < result.values.size(); ++j) {
+        Complex product(0);
+        for (std::size_t i = 0; i < result.values.size(); ++i) {
+          product = product + conj(system.left(i, j)) * result.vectors(i, j);
+        }
+        result.conditions.push_back(QuarnMP_a02abfn_(product.re, product.im));
+      }
+    }
+  } else if (options.condition) {
+    tesk2mp::EigenConditions conditions = tesk2mp::eigen_conditions(a);
+    result.values = std::move(conditions.values);
+    result.conditions = std::move(conditions.value);
+  } else {
+    result.values = tesk2mp::eigenvalues(a);
+  }
+  return result;
+}
+
+QuarnFloat modulus(const Complex& z) { return QuarnMP_a02abfn_(z.re, z.im); }
+
+/// The largest first; of a pair the one above the real axis.
+std::vector<std::size_t> by_magnitude(const std::vector<Complex>& values) {
+  std::vector<QuarnFloat> magnitudes;
+  std::transform(values.begin(), values.end(), std::back_inserter(magnitudes), modulus);
+  std::vector<std::size_t> order(values.size());
+  std::iota(order.begin(), order.end(), 0);
+  std::stable_sort(order.begin(), order.end(),
+                   [&](std::size_t i, std::size_t j) { return magnitudes[i] > magnitudes[j]; });
+  return order;
+}
+
+/// The largest norm of A x - lambda x.
+QuarnFloat largest_residual(const tesk2mp::Matrix<QuarnFloat>& a, const Eigenvalues& found) {
+  const std::size_t n = a.rows();
+  QuarnFloat largest = 0;
+  for (std::size_t j = 0; j < n; ++j) {
+    QuarnFloat squares = 0;
+    for (std::size_t i = 0; i < n; ++i) {
+      Complex difference = -(found.values[j] * found.vectors(i, j));
+      for (std::size_t k = 0; k < n; ++k) {
+        difference.re += a(i, k) * found.vectors(k, j).re;
+        difference.im += a(i, k) * found.vectors(k, j).im;
+      }
+      squares += difference.re * difference.re + difference.im * difference.im;
+    }
+    largest = std::max(largest, sqrt(squares));
+  }
+  return largest;
+}
+
+void run_eig(const EigOptions& options) {
+  const DenseMatrix given = read_operand(options.matrix, true);
+  if (given.complex) {
+    throw bad_input(given.source + ": complex, but eigenvalues are found of real matrices");
+  }
+  const tesk2mp::Matrix<QuarnFloat> a = real_matrix(given);
+  const Eigenvalues found = eigenvalues_of(options, a);
+  const std::vector<std::size_t> order = by_magnitude(found.values);
+
+  Result result;
+  result.notes = {"Eigenvalues of the " + description(given) + ", the largest first",
+                  digits_text() + ", by QuarnMP_f08pef_ after balancing and reduction to Hessenberg form"};
+  result.facts = {{"routine", "QuarnMP_f08pef_"},
+                  {"digits", std::to_string(QuarnDigits()), true},
+                  {"n", std::to_string(given.rows), true}};
+  std::vector<Complex> values;
+  std::vector<QuarnFloat> conditions;
+  for (const std::size_t j : order) {
+    values.push_back(found.values[j]);
+    if (options.condition) {
+      conditions.push_back(found.conditions[j]);
+    }
+  }
+  const std::vector<QuarnFloat> re = real_parts(values);
+  const std::vector<QuarnFloat> im = imaginary_parts(values);
+  const QuarnFloat largest = std::max(largest_magnitude(re), largest_magnitude(im));
+  const ResultColumn counts = count_column("i", positions(given.rows));
+  result.table = {counts, aligned_column("real", re, largest), aligned_column("imaginary", im, largest)};
+  result.data = {counts, {"real", exact_cells(re)}, {"imaginary", exact_cells(im)}};
+  if (options.condition) {
+    result.notes.push_back("s: reciprocal condition numbers; an error e of the matrix moves a value by some e/s");
+    result.table.push_back({"s", brief_cells(conditions)});
+    result.data.push_back({"s", exact_cells(conditions)});
+  }
+  if (options.vectors) {
+    const QuarnFloat residual = largest_residual(a, found);
+    result.notes.push_back("x1, x2, ...: the eigenvector of norm 1; largest norm of A x - lambda x: " +
+                           brief(residual));
+    result.facts.push_back({"largest_residual", residual.to_string()});
+    for (std::size_t i = 0; i < order.size(); ++i) {
+      ResultColumn column{"x" + std::to_string(i + 1), {}};
+      for (const std::size_t j : order) {
+        column.cells.push_back(exact_text(found.vectors(i, j)));
+      }
+      result.table.push_back(column);
+      result.data.push_back(column);
+    }
+  }
+  deliver(result, options.output);
+  if (!options.output.picture.empty()) {
+    draw(ComplexPlane{"eigenvalues of the " + description(given), values}, options.output.picture);
+  }
+}
+
+constexpr const char* kFooter =
+    R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file: square and real.
+--plot draws the complex plane.
+
+Examples:
+  quarn eig examples/west0067.mtx --digits 50 --plot west0067.svg
+  printf '0 1\n-1 0\n' | quarn eig - --vectors
+  quarn eig matrix.csv --condition --format csv)";
+
+}  // namespace
+
+void add_eig(CLI::App& app, Session& session) {
+  CLI::App* command = app.add_subcommand("eig", "eigenvalues and eigenvectors of a real matrix");
+  auto options = std::make_shared<EigOptions>();
+  command->add_option("MATRIX", options->matrix, "the matrix; - is standard input")->required()->type_name("");
+  command->add_flag("--vectors", options->vectors, "eigenvectors as well");
+  command->add_flag("--condition", options->condition, "how sensitive the eigenvalues are");
+  add_digits_option(*command, session);
+  add_output_options(*command, options->output);
+  add_plot_option(*command, options->output);
+  command->footer(kFooter);
+  command->callback([&session, options] { session.work = [options] { run_eig(*options); }; });
+}
+
+}  // namespace cli

@@ -1,0 +1,123 @@
+// quarn lu: the LU factorisation of a dense matrix.
+#include "cli/commands.h"
+#include "cli/dense.h"
+#include "cli/failure.h"
+#include "cli/matrix_output.h"
+#include "cli/ranking.h"
+
+namespace cli {
+
+namespace {
+
+struct LuOptions {
+  std::string matrix;
+  std::string part = "factors";
+  bool weighted = false;
+  OutputOptions output;
+};
+
+const std::vector<std::string> kParts = {"factors", "l", "u", "p"};
+
+/// L with its ones, or U, out of the packed factors.
+template <class T>
+tesk2mp::Matrix<T> triangle(const tesk2mp::Matrix<T>& factors, bool lower) {
+  const std::size_t inner = std::min(factors.rows(), factors.columns());
+  tesk2mp::Matrix<T> result(lower ? factors.rows() : inner, lower ? inner : factors.columns());
+  for (std::size_t j = 0; j < result.columns(); ++j) {
+    for (std::size_t i = 0; i < result.rows(); ++i) {
+      if (lower ? i > j : i <= j) {
+        result(i, j) = factors(i, j);
+      } else if (lower && i == j) {
+        result(i, j) = T(1);
+      }
+    }
+  }
+  return result;
+}
+
+/// Row i of P A, from 1, is row rows[i] of A.
+std::vector<Integer> permuted_rows(const std::vector<Integer>& pivots, Integer count) {
+  std::vector<Integer> rows = positions(count);
+  for (std::size_t i = 0; i < pivots.size(); ++i) {
+    std::swap(rows[i], rows[std::size_t(pivots[i])]);
+  }
+  return rows;
+}
+
+std::size_t interchanges(const std::vector<Integer>& pivots) {
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < pivots.size(); ++i) {
+    count += std::size_t(pivots[i]) != i ? 1 : 0;
+  }
+  return count;
+}
+
+template <class T>
+Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2mp::LU<T>& lu) {
+  const std::string routine = options.weighted ? "QuarnMP_f07adg_"
+                              : given.complex  ? "QuarnMP_f07arf_"
+                                               : "QuarnMP_f07adf_";
+  Result result;
+  result.notes = {"A = P L U of the " + description(given), digits_text() + ", by " + routine};
+  result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
+  if (given.rows == given.columns) {
+    const std::string determinant = exact_text(lu.determinant());
+    result.notes.push_back("determinant " + determinant +
+                           "; row interchanges: " + std::to_string(interchanges(lu.pivots())) +
+                           (lu.singular() ? "; singular: a pivot is exactly zero" : ""));
+    result.facts.push_back({"determinant", determinant});
+  }
+  if (options.part == "p") {
+    result.notes.push_back("row i of L U is row p(i) of A");
+    result.table = {count_column("i", positions(given.rows)),
+                    count_column("p", permuted_rows(lu.pivots(), given.rows))};
+    result.data = result.table;
+  } else if (options.part == "factors") {
+    result.notes.push_back("U on the diagonal and above, L below; its diagonal of ones is left out");
+    add_matrix(result, dense(lu.factors()));
+  } else {
+    result.notes.push_back(options.part == "l" ? "L" : "U");
+    add_matrix(result, dense(triangle(lu.factors(), options.part == "l")));
+  }
+  return result;
+}
+
+void run_lu(const LuOptions& options) {
+  const DenseMatrix given = read_operand(options.matrix, false);
+  if (options.weighted) {
+    if (given.complex) {
+      throw bad_input("--weighted: the matrix in " + given.source + " is complex; weighted pivoting is for real ones");
+    }
+    return deliver(result_of(options, given, tesk2mp::LU<QuarnFloat>::row_weighted(real_matrix(given))),
+                   options.output);
+  }
+  with_elements(given, [&](auto a) { deliver(result_of(options, given, tesk2mp::LU(std::move(a))), options.output); });
+}
+
+constexpr const char* kFooter =
+    R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file; m by n, real or
+complex. Pivots are the largest elements of their columns, with --weighted relative to
+the Euclidean norms of their rows.
+
+Examples:
+  quarn lu examples/west0067.mtx --digits 50 --format json
+  printf '2 1\n1 3\n' | quarn lu - --part l
+  quarn lu matrix.csv --part p)";
+
+}  // namespace
+
+void add_lu(CLI::App& app, Session& session) {
+  CLI::App* command = app.add_subcommand("lu", "factorise a dense matrix, A = P L U; determinant");
+  auto options = std::make_shared<LuOptions>();
+  command->add_option("MATRIX", options->matrix, "the matrix; - is standard input")->required()->type_name("");
+  command->add_option("--part", options->part, "what to write: factors (default, both in one), l, u, p (row order)")
+      ->type_name("WHAT")
+      ->check(one_of(kParts));
+  command->add_flag("--weighted", options->weighted, "choose pivots relative to the sizes of rows");
+  add_digits_option(*command, session);
+  add_output_options(*command, options->output, Forms::matrix);
+  command->footer(kFooter);
+  command->callback([&session, options] { session.work = [options] { run_lu(*options); }; });
+}
+
+}  // namespace cli

@@ -1,0 +1,77 @@
+// quarn norm: the norms of a dense matrix, and its condition number.
+#include "cli/commands.h"
+#include "cli/dense.h"
+#include "cli/failure.h"
+
+namespace cli {
+
+namespace {
+
+struct NormOptions {
+  std::string matrix;
+  bool condition = false;
+  OutputOptions output;
+};
+
+struct NamedNorm {
+  tesk2mp::Norm norm;
+  const char* name;
+  const char* meaning;
+};
+constexpr NamedNorm kNorms[] = {{tesk2mp::Norm::largest, "max", "largest element"},
+                                {tesk2mp::Norm::one, "one", "largest column sum"},
+                                {tesk2mp::Norm::infinity, "infinity", "largest row sum"},
+                                {tesk2mp::Norm::frobenius, "frobenius", "square root of the sum of squares"}};
+
+void run_norm(const NormOptions& options) {
+  const DenseMatrix given = read_operand(options.matrix, options.condition);
+  ResultColumn names{"norm", {}, false, true};
+  ResultColumn meanings{"meaning", {}, false, true};
+  ResultColumn values{"value", {}};
+  const auto add = [&](const char* name, const char* meaning, const QuarnFloat& value) {
+    names.cells.emplace_back(name);
+    meanings.cells.emplace_back(meaning);
+    values.cells.push_back(exact_text(value));
+  };
+  with_elements(given, [&](const auto& a) {
+    for (const auto& [norm, name, meaning] : kNorms) {
+      add(name, meaning, tesk2mp::norm(norm, a));
+    }
+    if (options.condition) {
+      const auto inverse = tesk2mp::inverse(a);
+      add("condition", "one-norm of A times one-norm of its inverse",
+          tesk2mp::norm(tesk2mp::Norm::one, a) * tesk2mp::norm(tesk2mp::Norm::one, inverse));
+    }
+  });
+
+  const std::string routine = given.complex ? "QuarnMP_f06uaf_" : "QuarnMP_f06raf_";
+  Result result;
+  result.notes = {"Norms of the " + description(given), digits_text() + ", by " + routine};
+  result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
+  result.table = {names, meanings, values};
+  result.data = {names, values};
+  deliver(result, options.output);
+}
+
+constexpr const char* kFooter =
+    R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file. --condition inverts
+the matrix; a singular one has no condition number, and the exit status is 1.
+
+Examples:
+  quarn norm examples/fs_183_1.mtx --condition --digits 50
+  printf '1 2\n3 4\n' | quarn norm - --format json)";
+
+}  // namespace
+
+void add_norm(CLI::App& app, Session& session) {
+  CLI::App* command = app.add_subcommand("norm", "norms and condition number of a dense matrix");
+  auto options = std::make_shared<NormOptions>();
+  command->add_option("MATRIX", options->matrix, "the matrix; - is standard input")->required()->type_name("");
+  command->add_flag("--condition", options->condition, "the condition number as well");
+  add_digits_option(*command, session);
+  add_output_options(*command, options->output);
+  command->footer(kFooter);
+  command->callback([&session, options] { session.work = [options] { run_norm(*options); }; });
+}
+
+}  // namespace cli

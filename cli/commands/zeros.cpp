@@ -1,0 +1,78 @@
+// quarn zeros: the zeros of a polynomial of degree 4.
+#include <algorithm>
+#include <array>
+
+#include "cli/commands.h"
+#include "cli/failure.h"
+#include "cli/matrix_input.h"
+#include "cli/plot.h"
+#include "cli/ranking.h"
+#include "tesk2mp/tesk2mp.hpp"
+
+namespace cli {
+
+namespace {
+
+struct ZerosOptions {
+  std::vector<std::string> coefficients;
+  OutputOptions output;
+};
+
+constexpr std::array kNames = {"E", "A", "B", "C", "D"};
+
+void run_zeros(const ZerosOptions& options) {
+  std::array<QuarnFloat, 5> k;
+  for (std::size_t i = 0; i < k.size(); ++i) {
+    k[i] = QuarnFloat(options.coefficients[i]);
+    if (!isfinite(k[i])) {
+      throw bad_input(std::string(kNames[i]) + ": '" + options.coefficients[i] + "' is not a number");
+    }
+  }
+  std::vector<Complex> zeros;
+  std::vector<QuarnFloat> errors;
+  for (const tesk2mp::Zero& zero : tesk2mp::quartic_zeros(k[0], k[1], k[2], k[3], k[4])) {
+    zeros.push_back(zero.value);
+    errors.push_back(zero.error);
+  }
+
+  const std::vector<QuarnFloat> re = real_parts(zeros);
+  const std::vector<QuarnFloat> im = imaginary_parts(zeros);
+  const QuarnFloat largest = std::max(largest_magnitude(re), largest_magnitude(im));
+  Result result;
+  result.notes = {"Zeros of E z^4 + A z^3 + B z^2 + C z + D", digits_text() + ", by QuarnMP_c02alf_",
+                  "error: what one rounding of the coefficients does to the zero"};
+  result.facts = {{"routine", "QuarnMP_c02alf_"}, {"digits", std::to_string(QuarnDigits()), true}};
+  const ResultColumn counts = count_column("i", positions(4));
+  result.table = {counts,
+                  aligned_column("real", re, largest),
+                  aligned_column("imaginary", im, largest),
+                  {"error", brief_cells(errors)}};
+  result.data = {counts, {"real", exact_cells(re)}, {"imaginary", exact_cells(im)}, {"error", exact_cells(errors)}};
+  deliver(result, options.output);
+  if (!options.output.picture.empty()) {
+    draw(ComplexPlane{"zeros of the polynomial", zeros}, options.output.picture);
+  }
+}
+
+constexpr const char* kFooter =
+    R"(The five coefficients are decimal numbers, E for z^4 first; E must not be 0. A digit
+follows the minus sign: -0.5, not -.5. --plot draws the complex plane.
+
+Examples:
+  quarn zeros 1 -10 35 -50 24
+  quarn zeros 1 0 0 0 -2 --digits 60 --plot zeros.svg)";
+
+}  // namespace
+
+void add_zeros(CLI::App& app, Session& session) {
+  CLI::App* command = app.add_subcommand("zeros", "zeros of a polynomial of degree 4, with error estimates");
+  auto options = std::make_shared<ZerosOptions>();
+  command->add_option("E A B C D", options->coefficients, "the coefficients")->required()->expected(5)->type_name("");
+  add_digits_option(*command, session);
+  add_output_options(*command, options->output);
+  add_plot_option(*command, options->output);
+  command->footer(kFooter);
+  command->callback([&session, options] { session.work = [options] { run_zeros(*options); }; });
+}
+
+}  // namespace cli

@@ -1,0 +1,186 @@
+"""lu, chol, norm, eig and zeros against exact fractions, and what they refuse."""
+
+import os
+import random
+import re
+import tempfile
+import unittest
+from decimal import Decimal, localcontext
+from fractions import Fraction
+
+from console import DATA, run, run_json, run_well
+
+WEST = os.path.join(DATA, "west0067.mtx")
+DIGITS = 30
+
+
+def text_of(rows):
+    return "".join(" ".join(map(str, row)) + "\n" for row in rows)
+
+
+def numbers(result):
+    """The rows of a result's columns c1, c2, ..., or of its only column."""
+    columns = [result["value"]] if "value" in result else [cells for name, cells in result.items() if re.fullmatch(r"c\d+", name)]
+    return [[Fraction(cell) for cell in row] for row in zip(*columns, strict=True)]
+
+
+def product(a, b):
+    return [[sum(x * y for x, y in zip(row, column, strict=True)) for column in zip(*b, strict=True)] for row in a]
+
+
+def determinant(rows):
+    a, value = [[Fraction(x) for x in row] for row in rows], Fraction(1)
+    for k in range(len(a)):
+        pivot = next((i for i in range(k, len(a)) if a[i][k]), None)
+        if pivot is None:
+            return Fraction(0)
+        if pivot != k:
+            a[k], a[pivot], value = a[pivot], a[k], -value
+        value *= a[k][k]
+        for i in range(k + 1, len(a)):
+            factor = a[i][k] / a[k][k]
+            a[i] = [x - factor * y for x, y in zip(a[i], a[k], strict=True)]
+    return value
+
+
+def complex_of(cell):
+    """'1.5-2i' as a pair of decimals."""
+    split = max(i for i, c in enumerate(cell) if c in "+-" and i > 0 and cell[i - 1] != "e")
+    return Decimal(cell[:split]), Decimal(cell[split:-1])
+
+
+class Dense(unittest.TestCase):
+    def setUp(self):
+        self.seed = random.randrange(2 ** 32)
+        self.chance = random.Random(self.seed)
+
+    def matrix(self, rows, columns):
+        return [[self.chance.choice((-1, 1)) * self.chance.randint(1, 99) for _ in range(columns)] for _ in range(rows)]
+
+    def close(self, got, expected, digits=DIGITS - 3):
+        scale = max(abs(x) for row in expected for x in row)
+        for row, other in zip(got, expected, strict=True):
+            for x, y in zip(row, other, strict=True):
+                self.assertLessEqual(abs(x - y), scale * Fraction(1, 10 ** digits), self.seed)
+
+    def run_on(self, command, rows, *options):
+        return run_json(command, "-", "--digits", str(DIGITS), *options, stdin=text_of(rows))
+
+    def test_lu_of_any_shape(self):
+        for shape in ((1, 1), (5, 5), (7, 4), (3, 6)):
+            for weighted in ([], ["--weighted"]):
+                a = self.matrix(*shape)
+                with self.subTest(seed=self.seed, a=a, weighted=weighted):
+                    lower, upper = (numbers(self.run_on("lu", a, "--part", part, *weighted)) for part in "lu")
+                    order = self.run_on("lu", a, "--part", "p", *weighted)["p"]
+                    self.close(product(lower, upper), [a[row - 1] for row in order])
+                    whole = self.run_on("lu", a, *weighted)
+                    for i, row in enumerate(numbers(whole)):
+                        for j, x in enumerate(row):
+                            self.assertEqual(x, lower[i][j] if i > j else upper[i][j])
+                    if shape[0] == shape[1]:
+                        exact = determinant(a)
+                        self.assertLessEqual(abs(Fraction(whole["determinant"]) - exact), abs(exact) * Fraction(1, 10 ** 25))
+
+    def test_complex_lu(self):
+        self.assertIn("determinant -10-7i", run_well("lu", "-", stdin="1+2i 3\n4i 5i\n"))
+
+    def test_cholesky(self):
+        b = self.matrix(6, 6)
+        a = product(b, [list(row) for row in zip(*b, strict=True)])
+        for i in range(6):
+            a[i][i] += 1
+        lower = numbers(self.run_on("chol", a))
+        upper = numbers(self.run_on("chol", a, "--upper"))
+        self.close(product(lower, [list(row) for row in zip(*lower, strict=True)]), a)
+        self.close(upper, [list(row) for row in zip(*lower, strict=True)])
+
+    def test_norms(self):
+        a = self.matrix(4, 4)
+        result = self.run_on("norm", a, "--condition")
+        value = dict(zip(result["norm"], map(Fraction, result["value"]), strict=True))
+        sums = lambda rows: max(sum(map(abs, row)) for row in rows)
+        self.assertEqual(value["max"], max(abs(x) for row in a for x in row))
+        self.assertEqual((value["one"], value["infinity"]), (sums(zip(*a, strict=True)), sums(a)))
+        self.close([[value["frobenius"] ** 2]], [[Fraction(sum(x * x for row in a for x in row))]])
+        whole = determinant(a)
+        minor = lambda i, j: determinant([row[:j] + row[j + 1:] for k, row in enumerate(a) if k != i])
+        inverse = [[(-1) ** (i + j) * minor(j, i) / whole for j in range(4)] for i in range(4)]
+        self.close([[value["condition"]]], [[sums(zip(*a, strict=True)) * sums(zip(*inverse, strict=True))]], DIGITS - 6)
+
+    def test_eigenvalues_satisfy_their_equation(self):
+        a = self.matrix(7, 7)
+        result = self.run_on("eig", a, "--vectors", "--condition")
+        values = [(Decimal(x), Decimal(y)) for x, y in zip(result["real"], result["imaginary"], strict=True)]
+        with localcontext() as context:
+            context.prec = 60
+            for j, (re, im) in enumerate(values):
+                x = [complex_of(result[f"x{i + 1}"][j]) for i in range(7)]
+                self.assertLess(abs(sum(p * p + q * q for p, q in x) - 1), Decimal("1e-28"))
+                for i in range(7):
+                    left = [sum(a[i][k] * x[k][part] for k in range(7)) for part in (0, 1)]
+                    right = [re * x[i][0] - im * x[i][1], re * x[i][1] + im * x[i][0]]
+                    self.assertLess(max(abs(p - q) for p, q in zip(left, right, strict=True)), Decimal("1e-25"), self.seed)
+            trace = sum(re for re, _ in values) - sum(a[i][i] for i in range(7))
+            self.assertLess(abs(trace), Decimal("1e-25"))
+        magnitudes = [re * re + im * im for re, im in values]
+        self.assertTrue(all(p >= q * (1 - Decimal("1e-25")) for p, q in zip(magnitudes, magnitudes[1:], strict=False)))
+        plain = self.run_on("eig", a)
+        alone = self.run_on("eig", a, "--condition")
+        for other in (plain, alone):
+            for p, q in zip(result["real"], other["real"], strict=True):
+                self.assertLess(abs(Decimal(p) - Decimal(q)), Decimal("1e-23"))
+        for p, q in zip(result["s"], alone["s"], strict=True):
+            self.assertLess(abs(Decimal(p) - Decimal(q)), Decimal("1e-20"))
+
+    def test_a_real_matrix_from_the_field(self):
+        """The determinant is the product of the eigenvalues."""
+        values = run_json("eig", WEST, "--digits", "50")
+        whole = Decimal(run_json("lu", WEST, "--digits", "50")["determinant"])
+        with localcontext() as context:
+            context.prec = 50
+            real, imaginary = Decimal(1), Decimal(0)
+            for x, y in zip(map(Decimal, values["real"]), map(Decimal, values["imaginary"]), strict=True):
+                real, imaginary = real * x - imaginary * y, real * y + imaginary * x
+            self.assertLess(abs(real - whole), abs(whole) * Decimal("1e-40"))
+
+    def test_zeros(self):
+        for coefficients, expected in (
+            (["1", "-10", "35", "-50", "24"], [("1", "0"), ("2", "0"), ("3", "0"), ("4", "0")]),
+            (["2", "0", "10", "0", "8"], [("0", "1"), ("0", "-1"), ("0", "2"), ("0", "-2")]),
+            (["1", "-0.5", "0", "0", "0"], [("0.5", "0"), ("0", "0"), ("0", "0"), ("0", "0")]),
+        ):
+            with self.subTest(coefficients=coefficients):
+                result = run_json("zeros", *coefficients, "--digits", "50")
+                left = [(Decimal(x), Decimal(y)) for x, y in expected]
+                for re, im, error in zip(*([Decimal(x) for x in result[name]] for name in ("real", "imaginary", "error")), strict=True):
+                    nearest = min(left, key=lambda z: (z[0] - re) ** 2 + (z[1] - im) ** 2)
+                    left.remove(nearest)
+                    self.assertLess(max(abs(nearest[0] - re), abs(nearest[1] - im)), 10 * error + Decimal("1e-46"))
+
+    def test_refusals(self):
+        for arguments, stdin, status, complaint in (
+            (["eig", "-"], "1 2\n", 2, "standard input: 1 by 2, but a square matrix is needed"),
+            (["eig", "-"], "1 2i\n3 4\n", 2, "standard input: complex, but eigenvalues are found of real matrices"),
+            (["chol", "-"], "1 2\n3 4\n", 2, "standard input: not symmetric: element (2, 1) differs from its mirror image"),
+            (["chol", "-"], "1 2\n2 1\n", 1, "F07FRF/ZPOTRF: the leading minor of order 2 is not positive"),
+            (["norm", "-", "--condition"], "1 2\n2 4\n", 1, "F07ADF/DGETRF: U(2, 2) is exactly zero: the matrix is singular"),
+            (["lu", "-", "--part", "x"], "1\n", 2, "--part: 'x' is not factors, l, u or p (quarn --help shows what there is)"),
+            (["zeros", "0", "1", "2", "3", "4"], "", 1, "C02ALF: On entry, E .eq. 0.0."),
+            (["zeros", "1", "1", "2", "3", "x"], "", 2, "D: 'x' is not a number"),
+        ):
+            with self.subTest(arguments=arguments):
+                done = run(*arguments, stdin=stdin)
+                self.assertEqual((done.returncode, done.stdout, done.stderr), (status, "", f"quarn: {complaint}\n"))
+
+    def test_pictures(self):
+        with tempfile.TemporaryDirectory() as folder:
+            for arguments in (["eig", WEST], ["zeros", "1", "0", "0", "0", "-1"], ["zeros", "1", "0", "0", "0", "0"]):
+                picture = os.path.join(folder, "plane.svg")
+                run_well(*arguments, "--plot", picture)
+                with open(picture, encoding="utf-8") as file:
+                    self.assertIn("imaginary part", file.read())
+
+
+if __name__ == "__main__":
+    unittest.main()
