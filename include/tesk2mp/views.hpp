@@ -28,7 +28,7 @@ class VectorView {
   template <std::ranges::contiguous_range Range>
   requires(std::ranges::sized_range<Range>&&
                std::is_convertible_v<std::add_pointer_t<std::ranges::range_reference_t<Range>>, T*>)
-      VectorView(Range&& range)
+      VectorView(Range&& range)  // NOLINT(bugprone-forwarding-reference-overload): a view is no range
       : VectorView(std::ranges::data(range), std::ranges::size(range)) {}
   template <class U>
   requires(std::same_as<const U, T>) VectorView(const VectorView<U>& other)
