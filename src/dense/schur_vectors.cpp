@@ -84,7 +84,12 @@ std::vector<Complex> left_eigenvector(Integer n, MatrixView<QuarnFloat> t, const
   mirrored.row = n + 1 - eigenvalue.row - (eigenvalue.pair ? 1 : 0);
   std::vector<Complex> y = right_eigenvector(n, t.antitransposed(n), mirrored, smallest);
   std::reverse(y.begin(), y.end());
-  conjugate_vector(n, VectorView<Complex>(y.data(), 1));
+  if (eigenvalue.pair) {
+    // i times the conjugate: the phase of the published algorithm.
+    for (Complex& element : y) {
+      std::swap(element.re, element.im);
+    }
+  }
   return y;
 }
 
