@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <concepts>
 #include <cstddef>
 #include <initializer_list>
 #include <ranges>
@@ -14,6 +15,14 @@
 #include "tesk2mp/error.hpp"
 
 namespace tesk2mp {
+namespace detail {
+
+/// A container of elements one after the other, which is no span.
+template <class Range, class T>
+concept Elements = std::ranges::contiguous_range<Range> && std::constructible_from<std::span<T>, Range&> &&
+                   !std::same_as<std::remove_cv_t<Range>, std::span<T>>;
+
+}  // namespace detail
 
 /// Elements that lie a fixed, positive or negative, number of places apart: a vector, a row of a matrix. Made from
 /// std::vector, std::span, std::array and the like without a word; VectorView<const T> only reads.
@@ -25,11 +34,12 @@ class VectorView {
   VectorView(T* first, std::size_t size, std::ptrdiff_t stride = 1) : first_(first), size_(size), stride_(stride) {
     detail::require(stride != 0, "VectorView", 3, "the elements of a vector cannot lie 0 places apart");
   }
-  template <std::ranges::contiguous_range Range>
-  requires(std::ranges::sized_range<Range>&&
-               std::is_convertible_v<std::add_pointer_t<std::ranges::range_reference_t<Range>>, T*>)
-      VectorView(Range&& range)  // NOLINT(bugprone-forwarding-reference-overload): a view is no range
-      : VectorView(std::ranges::data(range), std::ranges::size(range)) {}
+  VectorView(std::span<T> elements) : VectorView(elements.data(), elements.size()) {}
+  template <detail::Elements<T> Range>
+  VectorView(Range& range) : VectorView(std::span<T>(range)) {}
+  /// A passing one is good for reading.
+  template <detail::Elements<T> Range>
+  requires std::is_const_v<T> VectorView(const Range& range) : VectorView(std::span<T>(range)) {}
   template <class U>
   requires(std::same_as<const U, T>) VectorView(const VectorView<U>& other)
       : VectorView(other.data(), other.size(), other.stride()) {}

@@ -145,6 +145,7 @@ class Windows(Consumer):
             "-DCMAKE_EXE_LINKER_FLAGS=-static-libgcc -static-libstdc++",
             runner=(TOP / "tools/wine-run",),
         )
+        self.assertIn("1e-40", run(TOP / "tools/wine-run", prefix / "bin/quarn.exe", "constants", "--digits", "40"))
 
 
 def main():
