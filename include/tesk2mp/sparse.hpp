@@ -99,8 +99,10 @@ class SparseMatrix {
   }
   template <VectorSource X>
   void multiply(const X& source, std::span<T> y, Op op = Op::none) const {
-    const std::vector<T> x = VectorView<const T>(source).to_vector();
-    detail::require_length(product(), 8, detail::count_of(x.size()), order_);
+    const VectorView<const T> view(source);
+    const std::vector<T> gathered = view.stride() == 1 ? std::vector<T>() : view.to_vector();
+    const T* x = view.stride() == 1 ? view.data() : gathered.data();
+    detail::require_length(product(), 8, detail::count_of(view.size()), order_);
     detail::require_length(product(), 9, detail::count_of(y.size()), order_);
     detail::require(op != Op::transpose || !detail::kIsComplex<T>, product(), 1,
                     "the plain transpose of a complex sparse matrix");
@@ -110,11 +112,11 @@ class SparseMatrix {
     detail::call([&](Integer* ifail) {
       if (storage_ == Storage::general) {
         detail::pick<T>(QuarnMP_f11xaf_, QuarnMP_f11xnf_)(detail::Option(op == Op::none ? 'N' : 'T'), &order_, &entries,
-                                                          values_.data(), rows_.data(), columns_.data(), unchecked,
-                                                          x.data(), y.data(), ifail, 1, 1);
+                                                          values_.data(), rows_.data(), columns_.data(), unchecked, x,
+                                                          y.data(), ifail, 1, 1);
       } else {
         detail::pick<T>(QuarnMP_f11xef_, QuarnMP_f11xsf_)(&order_, &entries, values_.data(), rows_.data(),
-                                                          columns_.data(), unchecked, x.data(), y.data(), ifail, 1);
+                                                          columns_.data(), unchecked, x, y.data(), ifail, 1);
       }
     });
   }
