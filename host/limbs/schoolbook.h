@@ -49,14 +49,16 @@ void divide_schoolbook(typename R::Limb* quotient, typename R::Limb* a, std::siz
   const LimbDivider<R> by(lead);
   for (std::size_t k = 0; k + nb <= na; ++k) {
     // The window is (a[k-1], a[k] .. a[k+nb)), below b * base. Scaling four limbs of it may miss a carry into the
-    // third, hence the 1 below: the digit is never too small, and too large by one at most.
+    // third and on, hence the 1 there: the digit is never too small, and too large by one at most.
     const Limb above = k == 0 ? 0 : a[k - 1];
     Limb window[4] = {above, a[k], a[k + 1], k + 2 < na ? a[k + 2] : 0};
     multiply_limb<R>(window, window, 4, scale);
-    const Wide dividend = Wide(window[0]) * R::base + window[1];
+    const bool carry = window[2] == R::base - 1;
+    const Limb third = carry ? 0 : window[2] + 1;
+    const Wide dividend = Wide(window[0]) * R::base + window[1] + carry;
     Wide digit = by.quotient(dividend);
     Wide rest = dividend - digit * lead;
-    while (digit >= R::base || (rest < R::base && digit * second > rest * R::base + window[2] + 1)) {
+    while (digit >= R::base || (rest < R::base && digit * second > rest * R::base + third)) {
       --digit;
       rest += lead;
     }

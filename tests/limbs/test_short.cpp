@@ -92,24 +92,62 @@ TEST_CASE_TEMPLATE("rounding half to even agrees with rounding the digits", R, T
   }
 }
 
+/// Divides, and multiplies back.
+template <class R>
+void check_division(const Limbs<R>& a, const Limbs<R>& b) {
+  const std::size_t na = a.size();
+  const std::size_t nb = b.size();
+  Limbs<R> quotient(na - nb + 1, 7);
+  auto remainder = a;
+  Limbs<R> work(nb);
+  divide_schoolbook<R>(quotient.data(), remainder.data(), na, b.data(), nb, work.data());
+  CHECK(compare_fractions<R>(remainder.data() + (na - nb), nb, b.data(), nb) < 0);
+  CHECK(all_zero<R>(remainder.data(), na - nb));
+  auto product = support::naive_product<R>(quotient, b);
+  remainder.insert(remainder.begin(), 0);
+  const auto back = sum_by_digits<R>(product, remainder);
+  CHECK(std::equal(a.begin(), a.end(), back.begin() + 2));
+}
+
 TEST_CASE_TEMPLATE("quotient times divisor plus remainder is the dividend", R, TESK_ALL_RADICES) {
   support::Random random;
   for (int i = 0; i < 500; ++i) {
     const std::size_t nb = std::size_t(random.between(1, 8));
-    const std::size_t na = nb + std::size_t(random.between(0, 8));
-    const auto a = support::random_limbs<R>(random, na);
+    const auto a = support::random_limbs<R>(random, nb + std::size_t(random.between(0, 8)));
     auto b = support::random_limbs<R>(random, nb);
     b[0] = std::max<typename R::Limb>(b[0], 1);
-    Limbs<R> quotient(na - nb + 1, 7);
-    auto remainder = a;
-    Limbs<R> work(nb);
-    divide_schoolbook<R>(quotient.data(), remainder.data(), na, b.data(), nb, work.data());
-    CHECK(compare_fractions<R>(remainder.data() + (na - nb), nb, b.data(), nb) < 0);
-    CHECK(all_zero<R>(remainder.data(), na - nb));
-    auto product = support::naive_product<R>(quotient, b);
-    remainder.insert(remainder.begin(), 0);
-    const auto back = sum_by_digits<R>(product, remainder);
-    CHECK(std::equal(a.begin(), a.end(), back.begin() + 2));
+    check_division<R>(a, b);
+  }
+}
+
+// Their multiples are runs of nines, in which a carry travels far.
+TEST_CASE_TEMPLATE("quotients of repeating decimals", R, TESK_ALL_RADICES) {
+  using Limb = typename R::Limb;
+  support::Random random;
+  // One digit again and again after a short start, the last one a little more, then zeros.
+  const auto repeating = [&random](std::size_t n) {
+    const std::size_t size = n * R::digits;
+    std::string text = random.digits(std::size_t(random.between(1, 3)));
+    text.resize(std::size_t(random.between(1, std::int64_t(size))), char('0' + random.between(1, 9)));
+    text.back() = char(std::min<int>('9', text.back() + int(random.below(3))));
+    text.resize(size, '0');
+    Limbs<R> limbs(n);
+    for (std::size_t i = 0; i < size; ++i) {
+      limbs[i / R::digits] = limbs[i / R::digits] * 10 + Limb(text[i] - '0');
+    }
+    limbs[0] = std::max<Limb>(limbs[0], 1);
+    return limbs;
+  };
+  for (int i = 0; i < 1000; ++i) {
+    const std::size_t nb = std::size_t(random.between(1, 6));
+    const std::size_t na = nb + std::size_t(random.between(0, 6));
+    const Limbs<R> b = repeating(nb);
+    check_division<R>(repeating(na), b);
+    // The divisor itself, a little more or less far behind its point.
+    Limbs<R> near = b;
+    near[nb - 1] += near[nb - 1] + 1 < R::base ? 1 : 0;
+    near.resize(na);
+    check_division<R>(near, b);
   }
 }
 
