@@ -32,6 +32,8 @@ std::string number_of_format(Forms forms, std::string& name) {
   return "'" + name + "' is not text, csv" + (forms == Forms::matrix ? ", json or mtx" : " or json");
 }
 
+}  // namespace
+
 Format format_of_file(Forms forms, const std::string& file) {
   for (const auto& [name, format] : formats_of(forms)) {
     if (file.ends_with(std::string(".") + name)) {
@@ -40,8 +42,6 @@ Format format_of_file(Forms forms, const std::string& file) {
   }
   return Format::text;
 }
-
-}  // namespace
 
 void add_digits_option(CLI::App& command, Session& session) {
   command.add_option("--digits", session.digits, "working precision in decimal digits, 1 to 1000000 (default 20)")

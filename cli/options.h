@@ -29,6 +29,8 @@ struct OutputOptions {
 void add_digits_option(CLI::App& command, Session& session);
 /// The forms of a result; only a matrix can be written as a Matrix Market file.
 enum class Forms { table, matrix };
+/// What the ending of a file's name says; text for any other ending.
+Format format_of_file(Forms forms, const std::string& file);
 /// --format and --output. Without the first, a file's name that ends in .csv, .json or .mtx says the format.
 void add_output_options(CLI::App& command, OutputOptions& options, Forms forms = Forms::table);
 /// Accepts the words alone, and says which they are.

@@ -1,7 +1,7 @@
 # Sourced by the scripts of the checkout. Needs bash.
 
 # The console program and what it runs.
-console_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev gnuplot-nox)
+console_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libedit-dev gnuplot-nox)
 
 # need_packages PACKAGE...: installs those Debian packages that are missing; messages go to standard error.
 need_packages() {

@@ -1,0 +1,112 @@
+// quarn repl: the routines by plain names, line by line.
+#include <iostream>
+#include <sstream>
+
+#include "cli/commands.h"
+#include "cli/failure.h"
+#include "cli/input.h"
+#include "cli/output.h"
+#include "cli/repl/fault.h"
+#include "cli/repl/interpreter.h"
+#include "cli/repl/lexer.h"
+#include "cli/repl/line_input.h"
+
+namespace cli {
+
+namespace {
+
+struct ReplOptions {
+  std::string script;
+  std::vector<std::string> expressions;
+  bool keep_going = false;
+};
+
+struct Source {
+  std::string name;
+  std::unique_ptr<repl::LineInput> lines;
+  bool stops_at_faults = true;
+};
+
+// Runs the lines to their end. A statement goes on to the next line while a bracket is open.
+void run_lines(repl::Interpreter& interpreter, const Source& source) {
+  std::size_t number = 0;
+  std::string text;
+  while (!interpreter.finished() && source.lines->next("> ", text)) {
+    const std::size_t first = ++number;
+    std::string more;
+    while (repl::is_unfinished(text) && source.lines->next("... ", more)) {
+      ++number;
+      text += "\n" + more;
+    }
+    try {
+      interpreter.run(text);
+    } catch (const repl::Fault& fault) {
+      const std::string place = source.name + ":" + std::to_string(first + repl::line_of(text, fault)) + ": ";
+      const std::string heading = source.stops_at_faults ? "quarn: " + place : "error: ";
+      const Failure failure(fault.status(), repl::explanation(text, fault, heading));
+      if (source.stops_at_faults) {
+        throw failure;
+      }
+      std::fputs(failure.what(), stderr);
+    }
+  }
+}
+
+void run_repl(const ReplOptions& options) {
+  repl::Interpreter interpreter([](const std::string& text) { write_output(text); });
+  if (!options.expressions.empty()) {
+    std::string text;
+    for (const std::string& expression : options.expressions) {
+      text += expression + "\n";
+    }
+    std::istringstream stream(text);
+    return run_lines(interpreter, {"--eval", repl::lines_of(stream), !options.keep_going});
+  }
+  if (!options.script.empty() && options.script != "-") {
+    std::istringstream stream(read_input(options.script));
+    return run_lines(interpreter, {options.script, repl::lines_of(stream), !options.keep_going});
+  }
+  if (options.script.empty() && repl::is_terminal()) {
+    write_output("quarn " QUARN_VERSION ", " + std::to_string(QuarnDigits()) +
+                 " digits; help lists what there is, quit ends\n");
+    const auto names = [&](const std::string& start) { return interpreter.names_with(start); };
+    return run_lines(interpreter, {"", repl::typed_lines(names), false});
+  }
+  run_lines(interpreter, {name_of_input("-"), repl::lines_of(std::cin), !options.keep_going});
+}
+
+constexpr const char* kFooter =
+    R"(Without a FILE, lines come from the terminal, with editing and history (~/.quarn_history,
+or the file that QUARN_HISTORY names), or from a pipe. What is wrong with a line is told
+below the place; away from a terminal it ends the run, with exit status 2 for a wrong
+line and 1 for a refusal of the library. "help" lists what the console knows.
+
+Examples:
+  quarn repl
+  quarn repl --digits 50 --eval 'sqrt(2)'
+  echo 'x = solve(hilbert(5), [1; 1; 1; 1; 1])' | quarn repl
+  quarn repl --eval 'A = load("examples/bcsstk01.mtx");' --eval 'norm(A, "one")')";
+
+}  // namespace
+
+void add_repl(CLI::App& app, Session& session) {
+  CLI::App* command = app.add_subcommand("repl", "calculate line by line");
+  auto options = std::make_shared<ReplOptions>();
+  command->add_option("FILE", options->script, "lines to run; - is standard input")->type_name("");
+  command->add_option("--eval", options->expressions, "run this line; may be given several times")
+      ->type_name("LINE")
+      ->expected(1)
+      ->allow_extra_args(false)  // or brackets around a line would be taken off
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  command->add_flag("--keep-going", options->keep_going, "go on after a wrong line");
+  add_digits_option(*command, session);
+  command->footer(kFooter);
+  command->callback([&session, options] {
+    if (!options->script.empty() && !options->expressions.empty()) {
+      throw bad_input("FILE and --eval exclude each other");
+    }
+    session.work = [options] { run_repl(*options); };
+  });
+}
+
+}  // namespace cli

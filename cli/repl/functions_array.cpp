@@ -1,0 +1,177 @@
+// Making, measuring and ordering vectors and matrices.
+#include <algorithm>
+#include <array>
+#include <numeric>
+
+#include "cli/repl/complex_functions.h"
+#include "cli/repl/functions.h"
+
+namespace cli::repl {
+
+namespace {
+
+using Values = std::vector<Value>;
+
+constexpr Integer kLargestSize = 100'000'000;
+
+Values fill(State& /*state*/, const Arguments& arguments) {
+  Array result =
+      make_array(std::size_t(arguments.whole(0, 0, kLargestSize)), std::size_t(arguments.whole(1, 0, kLargestSize)));
+  if (arguments.count() == 3) {
+    std::fill_n(result.data(), size(result), arguments.number(2));
+  }
+  return {result};
+}
+
+Values identity(State& /*state*/, const Arguments& arguments) {
+  const auto n = std::size_t(arguments.whole(0, 0, kLargestSize));
+  Array result = make_array(n, n);
+  for (std::size_t i = 0; i < n; ++i) {
+    result(i, i) = 1;
+  }
+  return {result};
+}
+
+Values hilbert(State& /*state*/, const Arguments& arguments) {
+  const auto n = std::size_t(arguments.whole(0, 0, kLargestSize));
+  Array result = make_array(n, n);
+  for (std::size_t i = 0; i < n; ++i) {
+    for (std::size_t j = 0; j < n; ++j) {
+      result(i, j) = QuarnFloat(1) / std::int64_t(i + j + 1);
+    }
+  }
+  return {result};
+}
+
+Values linspace(State& /*state*/, const Arguments& arguments) {
+  const Integer n = arguments.whole(2, 2, kLargestSize);
+  const Complex first = arguments.number(0);
+  const Complex last = arguments.number(1);
+  const Complex distance = last - first;
+  Array result = make_array(1, std::size_t(n));
+  for (Integer k = 0; k < n; ++k) {
+    const QuarnFloat part = QuarnFloat(k) / (n - 1);
+    result(0, std::size_t(k)) = k + 1 == n ? last : first + Complex(distance.re * part, distance.im * part);
+  }
+  return {result};
+}
+
+// The diagonal of a matrix, or the matrix of a diagonal.
+Values diag(State& /*state*/, const Arguments& arguments) {
+  const Array& a = arguments.array(0);
+  const std::size_t n = is_vector(a) ? size(a) : std::min(a.rows(), a.columns());
+  Array result = is_vector(a) ? make_array(n, n) : make_array(n, 1);
+  for (std::size_t i = 0; i < n; ++i) {
+    (is_vector(a) ? result(i, i) : result(i, 0)) = is_vector(a) ? a.data()[i] : a(i, i);
+  }
+  return {result};
+}
+
+Values transpose(State& /*state*/, const Arguments& arguments) {
+  const Array& a = arguments.array(0);
+  Array result = make_array(a.columns(), a.rows());
+  for (std::size_t i = 0; i < a.rows(); ++i) {
+    for (std::size_t j = 0; j < a.columns(); ++j) {
+      result(j, i) = a(i, j);
+    }
+  }
+  return {result};
+}
+
+Values size_of(State& /*state*/, const Arguments& arguments) {
+  const Array& a = arguments.array(0);
+  return {reshaped({Complex(QuarnFloat(a.rows())), Complex(QuarnFloat(a.columns()))}, 1, 2)};
+}
+
+Values length(State& /*state*/, const Arguments& arguments) {
+  return {number(Complex(QuarnFloat(size(arguments.array(0)))))};
+}
+
+Complex total(const Array& a) {
+  return std::accumulate(a.data(), a.data() + size(a), Complex(0),
+                         [](const Complex& x, const Complex& y) { return x + y; });
+}
+
+Values sum(State& /*state*/, const Arguments& arguments) { return {number(total(arguments.array(0)))}; }
+
+Values mean(State& /*state*/, const Arguments& arguments) {
+  const Array& a = arguments.vector(0);
+  return {operate("/", number(total(a)), number(Complex(QuarnFloat(size(a)))))};
+}
+
+Values prod(State& /*state*/, const Arguments& arguments) {
+  Array result = number(1);
+  for (const Complex& value : elements(arguments.array(0))) {
+    result = operate("*", result, number(value));
+  }
+  return {result};
+}
+
+Values dot(State& /*state*/, const Arguments& arguments) {
+  const Array& x = arguments.vector(0);
+  const Array& y = arguments.vector(1);
+  if (size(x) != size(y)) {
+    throw Unfit(std::to_string(size(x)) + " numbers are needed here, not " + std::to_string(size(y)), 1);
+  }
+  const Array left = conjugate_transpose(column(elements(x)));
+  return {operate("*", left, column(elements(y)))};
+}
+
+Values smallest(State& /*state*/, const Arguments& arguments) {
+  const std::vector<QuarnFloat> values = arguments.reals(0);
+  return {number(*std::min_element(values.begin(), values.end()))};
+}
+
+Values largest(State& /*state*/, const Arguments& arguments) {
+  const std::vector<QuarnFloat> values = arguments.reals(0);
+  return {number(*std::max_element(values.begin(), values.end()))};
+}
+
+tesk2mp::Order order_of(const Arguments& arguments) {
+  const bool descending = arguments.count() == 2 && arguments.choice(1, {"ascending", "descending"}) == 1;
+  return descending ? tesk2mp::Order::descending : tesk2mp::Order::ascending;
+}
+
+Array like(const Array& a, const std::vector<QuarnFloat>& values) {
+  return reshaped({values.begin(), values.end()}, a.rows(), a.columns());
+}
+
+Values sort(State& /*state*/, const Arguments& arguments) {
+  std::vector<QuarnFloat> values = arguments.reals(0);
+  tesk2mp::sort(values, order_of(arguments));
+  return {like(arguments.array(0), values)};
+}
+
+Values rank(State& /*state*/, const Arguments& arguments) {
+  const std::vector<Integer> ranks = tesk2mp::rank(arguments.reals(0), order_of(arguments));
+  std::vector<QuarnFloat> values(ranks.begin(), ranks.end());
+  for (QuarnFloat& value : values) {
+    value += 1;
+  }
+  return {like(arguments.array(0), values)};
+}
+
+constexpr auto kFunctions = std::to_array<Function>({
+    {"fill", "rows, columns [, value]", "A", "a matrix of one value, 0 without it", 2, 3, fill},
+    {"identity", "n", "A", "the identity matrix", 1, 1, identity},
+    {"hilbert", "n", "A", "the matrix of 1/(i + j - 1), badly conditioned", 1, 1, hilbert},
+    {"linspace", "a, b, n", "x", "n evenly spaced numbers from a to b", 3, 3, linspace},
+    {"diag", "x", "A", "the matrix with that diagonal, or the diagonal of a matrix", 1, 1, diag},
+    {"transpose", "A", "B", "rows and columns exchanged, nothing conjugated (A' conjugates)", 1, 1, transpose},
+    {"size", "A", "x", "numbers of rows and columns", 1, 1, size_of},
+    {"length", "A", "n", "number of elements", 1, 1, length},
+    {"sum", "A", "y", "sum of all elements", 1, 1, sum},
+    {"prod", "A", "y", "product of all elements", 1, 1, prod},
+    {"mean", "x", "y", "mean of a vector", 1, 1, mean},
+    {"dot", "x, y", "z", "scalar product, x conjugated", 2, 2, dot},
+    {"min", "x", "y", "smallest element of a real vector", 1, 1, smallest},
+    {"max", "x", "y", "largest element of a real vector", 1, 1, largest},
+    {"sort", "x [, \"descending\"]", "y", "a real vector in order", 1, 2, sort},
+    {"rank", "x [, \"descending\"]", "p", "the rank of each element of a real vector, from 1", 1, 2, rank},
+});
+
+}  // namespace
+
+std::span<const Function> array_functions() { return kFunctions; }
+
+}  // namespace cli::repl

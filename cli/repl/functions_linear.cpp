@@ -1,0 +1,139 @@
+// Linear equations, factorisations, eigenvalues, norms.
+#include <algorithm>
+#include <array>
+
+#include "cli/repl/functions.h"
+
+namespace cli::repl {
+
+namespace {
+
+using Values = std::vector<Value>;
+
+// Real matrices take the real routines, at a quarter of the cost: body(matrix) for either.
+template <class Body>
+auto with_real_or_complex(const Array& a, const Body& body) {
+  return is_real(a) ? body(real_array(a)) : body(a);
+}
+
+Array as_array(const RealArray& a) { return complex_array(a); }
+Array as_array(Array a) { return a; }
+
+Values solve(State& /*state*/, const Arguments& arguments) {
+  const Array& a = arguments.square(0);
+  const Array& b = arguments.array(1);
+  const bool row = b.rows() == 1 && b.columns() == a.rows();  // a vector in either direction
+  const Array right = row ? reshaped(elements(b), b.columns(), 1) : b;
+  if (right.rows() != a.rows()) {
+    throw Unfit("right-hand sides of " + std::to_string(a.rows()) + " numbers are needed here, not " + shape(b), 1);
+  }
+  return {operate("\\", a, right)};
+}
+
+// The parts of P A = L U.
+template <class T>
+Values lu_parts(const tesk2mp::Matrix<T>& a) {
+  const tesk2mp::LU<T> lu(a);
+  const std::size_t rows = a.rows();
+  const std::size_t inner = std::min(rows, a.columns());
+  Array lower = make_array(rows, inner);
+  Array upper = make_array(inner, a.columns());
+  for (std::size_t j = 0; j < a.columns(); ++j) {
+    for (std::size_t i = 0; i < rows; ++i) {
+      if (i <= j && i < inner) {
+        upper(i, j) = lu.factors()(i, j);
+      } else if (i > j) {
+        lower(i, j) = lu.factors()(i, j);
+      }
+    }
+  }
+  std::vector<std::size_t> order(rows);
+  for (std::size_t i = 0; i < rows; ++i) {
+    order[i] = i;
+  }
+  for (std::size_t i = 0; i < inner; ++i) {
+    lower(i, i) = 1;
+    std::swap(order[i], order[std::size_t(lu.pivots()[i])]);
+  }
+  Array permutation = make_array(rows, rows);
+  for (std::size_t i = 0; i < rows; ++i) {
+    permutation(i, order[i]) = 1;
+  }
+  return {lower, upper, permutation};
+}
+
+Values lu(State& /*state*/, const Arguments& arguments) {
+  return with_real_or_complex(arguments.array(0), [](const auto& a) { return lu_parts(a); });
+}
+
+Values chol(State& /*state*/, const Arguments& arguments) {
+  return with_real_or_complex(arguments.square(0),
+                              [](const auto& a) { return Values{as_array(tesk2mp::Cholesky(a).factor())}; });
+}
+
+Values det(State& /*state*/, const Arguments& arguments) {
+  return with_real_or_complex(arguments.square(0),
+                              [](const auto& a) { return Values{number(tesk2mp::determinant(a))}; });
+}
+
+Values inv(State& /*state*/, const Arguments& arguments) {
+  return with_real_or_complex(arguments.square(0), [](const auto& a) { return Values{as_array(tesk2mp::inverse(a))}; });
+}
+
+Values trace(State& /*state*/, const Arguments& arguments) {
+  const Array& a = arguments.square(0);
+  Complex sum(0);
+  for (std::size_t i = 0; i < a.rows(); ++i) {
+    sum = sum + a(i, i);
+  }
+  return {number(sum)};
+}
+
+Values eig(State& /*state*/, const Arguments& arguments) {
+  arguments.square(0);
+  return {column(tesk2mp::eigenvalues(arguments.real_matrix(0)))};
+}
+
+Values eigvec(State& /*state*/, const Arguments& arguments) {
+  arguments.square(0);
+  const tesk2mp::EigenSystem system = tesk2mp::eigen(arguments.real_matrix(0));
+  return {system.right, column(system.values)};
+}
+
+QuarnFloat norm_of(const Array& a, std::size_t kind) {
+  constexpr tesk2mp::Norm kKinds[] = {tesk2mp::Norm::frobenius, tesk2mp::Norm::one, tesk2mp::Norm::infinity,
+                                      tesk2mp::Norm::largest};
+  return with_real_or_complex(a, [&](const auto& matrix) { return tesk2mp::norm(kKinds[kind], matrix); });
+}
+
+Values norm(State& /*state*/, const Arguments& arguments) {
+  const std::size_t kind = arguments.count() == 2 ? arguments.choice(1, {"fro", "one", "inf", "max"}) : 0;
+  return {number(norm_of(arguments.array(0), kind))};
+}
+
+Values cond(State& /*state*/, const Arguments& arguments) {
+  constexpr std::size_t kOne = 1;
+  const Array& a = arguments.square(0);
+  const Array inverse = operate("\\", a, complex_array(RealArray::identity(a.rows())));
+  return {number(norm_of(a, kOne) * norm_of(inverse, kOne))};
+}
+
+constexpr auto kFunctions = std::to_array<Function>({
+    {"solve", "A, b", "x", "the solution of A x = b, for a vector or each column (also A \\ b)", 2, 2, solve},
+    {"lu", "A", "L, U, P", "factors with P A = L U", 1, 1, lu},
+    {"chol", "A", "L", "lower triangle with A = L L', A positive definite", 1, 1, chol},
+    {"det", "A", "y", "determinant", 1, 1, det},
+    {"inv", "A", "B", "inverse", 1, 1, inv},
+    {"trace", "A", "y", "sum of the diagonal", 1, 1, trace},
+    {"eig", "A", "x", "eigenvalues of a real matrix", 1, 1, eig},
+    {"eigvec", "A", "V, x", "eigenvectors of a real matrix, as columns, with the eigenvalues", 1, 1, eigvec},
+    {"norm", "A [, \"one\"]", "y", "norm: \"fro\" (root of the sum of squares, default), \"one\", \"inf\" or \"max\"",
+     1, 2, norm},
+    {"cond", "A", "y", "condition number in the one norm", 1, 1, cond},
+});
+
+}  // namespace
+
+std::span<const Function> linear_functions() { return kFunctions; }
+
+}  // namespace cli::repl

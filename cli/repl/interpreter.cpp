@@ -1,0 +1,485 @@
+#include "cli/repl/interpreter.h"
+
+#include <algorithm>
+#include <new>
+
+#include "cli/number_text.h"
+#include "cli/options.h"
+#include "cli/repl/fault.h"
+
+namespace cli::repl {
+
+namespace {
+
+using Kind = Node::Kind;
+
+struct Constant {
+  const char* name;
+  const char* purpose;
+  Complex (*value)();
+};
+
+// At the working digits of the moment.
+constexpr Constant kConstants[] = {
+    {"pi", "the circle's ratio", [] { return Complex(tesk2mp::pi()); }},
+    {"e", "the base of natural logarithms", [] { return Complex(exp(QuarnFloat(1))); }},
+    {"i", "the imaginary unit", [] { return Complex(0, 1); }},
+    {"eps", "machine precision, 10^-digits", [] { return Complex(tesk2mp::machine_precision()); }},
+};
+
+const Constant* find_constant(const std::string& name) {
+  const auto* found = std::find_if(std::begin(kConstants), std::end(kConstants),
+                                   [&](const Constant& constant) { return name == constant.name; });
+  return found == std::end(kConstants) ? nullptr : found;
+}
+
+// Runs a piece of work; what goes wrong in it gets the node's place, or that of one of its arguments.
+template <class Work>
+auto at_place(const Node& node, const Work& work) {
+  const auto fault = [&](const std::string& reason, ExitStatus status) { return Fault(node.at, reason, status); };
+  try {
+    return work();
+  } catch (const Unfit& unfit) {
+    const auto argument = std::size_t(unfit.argument());
+    const bool known = unfit.argument() >= 0 && argument < node.children.size();
+    throw Fault(known ? node.children[argument].at : node.at, unfit.what());
+  } catch (const tesk2mp::Error& error) {
+    throw fault(error.what(), ExitStatus::library);
+  } catch (const Failure& failure) {
+    constexpr std::string_view kProgram = "quarn: ";
+    std::string reason = failure.what();
+    reason = reason.substr(reason.starts_with(kProgram) ? kProgram.size() : 0);
+    throw fault(reason.substr(0, reason.find_last_not_of('\n') + 1), failure.status());
+  } catch (const std::bad_alloc&) {
+    throw fault("not enough memory", ExitStatus::library);
+  }
+}
+
+std::string usage(const Function& function) {
+  const std::string results = function.results;
+  return (results.empty() ? "" : results + " = ") + std::string(function.name) + "(" + function.arguments + ")";
+}
+
+std::vector<std::string> names_in(const std::string& list) {
+  std::vector<std::string> names;
+  for (std::size_t at = 0; at < list.size();) {
+    const std::size_t end = std::min(list.find(", ", at), list.size());
+    names.push_back(list.substr(at, end - at));
+    at = end + 2;
+  }
+  return names;
+}
+
+std::string padded(const std::string& text, std::size_t width) {
+  return text + std::string(text.size() < width ? width - text.size() : 0, ' ');
+}
+
+constexpr const char* kOverview =
+    R"(Expressions: + - * / ^ with the usual precedence, \ solves, ' transposes and conjugates,
+.* ./ .^ go element by element. Numbers 1.5e-3, 2i; vectors [1, 2, 3]; matrices
+[1, 2; 3, 4]; ranges 1:10 and 0:0.1:1; elements A(2, 1), A(:, 1), x(3), from 1.
+A name takes a value by x = 1.5; several by L, U, P = lu(A). A semicolon at the end
+keeps quiet, # starts a comment.
+
+Commands:
+  digits D        work with D digits from now on; digits alone tells them
+  who             the variables
+  clear [NAMES]   forget variables
+  help [NAME]     this page, or what a function does
+  quit, exit      end
+)";
+
+}  // namespace
+
+void Interpreter::run(const std::string& text) {
+  for (const Statement& statement : statements_of(text)) {
+    run(statement);
+    if (finished_) {
+      return;
+    }
+  }
+}
+
+void Interpreter::run(const Statement& statement) {
+  if (!statement.command.empty()) {
+    return run_command(statement);
+  }
+  std::vector<Value> values = values_of(statement.value);
+  if (!statement.targets.empty()) {
+    assign(statement, values);
+  } else if (!values.empty()) {
+    variables_["ans"] = values.front();
+  }
+  if (!statement.silent) {
+    show(statement, values);
+  }
+}
+
+void Interpreter::run_command(const Statement& statement) {
+  const std::string& command = statement.command;
+  if (command == "digits") {
+    set_digits(statement);
+  } else if (command == "help") {
+    help(statement.words);
+  } else if (command == "clear") {
+    clear(statement);
+  } else if (!statement.words.empty()) {
+    throw Fault(statement.words.front().at, command + " stands alone");
+  } else if (command == "who") {
+    for (const auto& [name, value] : variables_) {
+      const auto* array = std::get_if<Array>(&value);
+      print_("  " + padded(name, 8) + "  " + (array == nullptr ? "a text" : shape(*array)) + "\n");
+    }
+  } else {
+    finished_ = true;
+  }
+}
+
+void Interpreter::set_digits(const Statement& statement) {
+  if (statement.words.empty()) {
+    return print_(std::to_string(QuarnDigits()) + "\n");
+  }
+  const Node& word = statement.words.front();
+  constexpr std::size_t kLongest = 7;
+  const bool whole = word.text.size() <= kLongest && std::all_of(word.text.begin(), word.text.end(), is_digit);
+  const int digits = whole ? std::stoi(word.text) : 0;
+  if (digits < 1 || digits > kMostDigits || statement.words.size() > 1) {
+    throw Fault(word.at, "digits takes a whole number from 1 to " + std::to_string(kMostDigits));
+  }
+  QuarnSetDigits(digits);
+}
+
+void Interpreter::clear(const Statement& statement) {
+  if (statement.words.empty()) {
+    variables_.clear();
+  }
+  for (const Node& word : statement.words) {
+    if (variables_.erase(word.text) == 0) {
+      throw Fault(word.at, "there is no variable '" + word.text + "'");
+    }
+  }
+}
+
+void Interpreter::help(const std::vector<Node>& words) const {
+  if (words.empty()) {
+    print_(kOverview);
+    for (const FunctionGroup& group : function_groups()) {
+      constexpr std::size_t kWidth = 80;
+      std::string line = "\n" + std::string(group.title) + ":\n ";
+      std::size_t used = 1;
+      for (const Function& function : group.functions) {
+        const std::string name = std::string(" ") + function.name;
+        if (used + name.size() > kWidth) {
+          line += "\n ";
+          used = 1;
+        }
+        line += name;
+        used += name.size();
+      }
+      print_(line + "\n");
+    }
+    std::string constants = "\nConstants:\n ";
+    for (const Constant& constant : kConstants) {
+      constants += std::string(" ") + constant.name;
+    }
+    return print_(constants + "\n");
+  }
+  for (const Node& word : words) {
+    if (const Function* function = find_function(word.text)) {
+      print_(usage(*function) + "\n  " + function->purpose + "\n");
+    } else if (const Constant* constant = find_constant(word.text)) {
+      print_(word.text + "\n  " + constant->purpose + "\n");
+    } else {
+      throw Fault(word.at, "there is no function '" + word.text + "' (help lists them)");
+    }
+  }
+}
+
+std::vector<std::string> Interpreter::names_with(const std::string& start) const {
+  std::vector<std::string> names = command_names();
+  for (const auto& [name, value] : variables_) {
+    names.push_back(name);
+  }
+  for (const FunctionGroup& group : function_groups()) {
+    for (const Function& function : group.functions) {
+      names.emplace_back(function.name);
+    }
+  }
+  for (const Constant& constant : kConstants) {
+    names.emplace_back(constant.name);
+  }
+  std::erase_if(names, [&](const std::string& name) { return !name.starts_with(start); });
+  std::sort(names.begin(), names.end());
+  names.erase(std::unique(names.begin(), names.end()), names.end());
+  return names;
+}
+
+void Interpreter::assign(const Statement& statement, std::vector<Value> values) {
+  if (values.size() < statement.targets.size()) {
+    const std::string reason = values.empty()       ? "there is no value to assign"
+                               : values.size() == 1 ? "there is only 1 value"
+                                                    : "there are only " + std::to_string(values.size()) + " values";
+    throw Fault(statement.targets[values.size()].at, reason);
+  }
+  for (std::size_t k = 0; k < statement.targets.size(); ++k) {
+    const Node& target = statement.targets[k];
+    if (target.kind == Kind::name) {
+      variables_[target.text] = std::move(values[k]);
+    } else {
+      at_place(target, [&] { assign_elements(target, values[k]); });
+    }
+  }
+}
+
+void Interpreter::assign_elements(const Node& target, const Value& value) {
+  const auto found = variables_.find(target.text);
+  if (found == variables_.end() || !std::holds_alternative<Array>(found->second)) {
+    throw Fault(target.at, "there is no matrix '" + target.text + "'");
+  }
+  const auto* source = std::get_if<Array>(&value);
+  if (source == nullptr) {
+    throw Fault(target.at, "an element is a number");
+  }
+  Array changed = std::get<Array>(found->second);
+  std::vector<std::size_t> places;
+  if (target.children.size() == 1) {
+    places = indices(target.children[0], size(changed));
+  } else if (target.children.size() == 2) {
+    const std::vector<std::size_t> rows = indices(target.children[0], changed.rows());
+    for (const std::size_t j : indices(target.children[1], changed.columns())) {
+      for (const std::size_t i : rows) {
+        places.push_back(i + j * changed.rows());
+      }
+    }
+  } else {
+    throw Fault(target.at, "an element has one index or two");
+  }
+  if (!is_number(*source) && size(*source) != places.size()) {
+    throw Fault(target.at, std::to_string(places.size()) + " elements cannot take " + shape(*source));
+  }
+  for (std::size_t k = 0; k < places.size(); ++k) {
+    changed.data()[places[k]] = source->data()[is_number(*source) ? 0 : k];
+  }
+  found->second = std::move(changed);
+}
+
+void Interpreter::show(const Statement& statement, const std::vector<Value>& values) {
+  if (!statement.targets.empty()) {
+    for (const Node& target : statement.targets) {
+      print_(shown(target.text, variables_[target.text]));
+    }
+    return;
+  }
+  std::vector<std::string> names = {"ans"};
+  if (statement.value.kind == Kind::name) {
+    names = {statement.value.text};
+  } else if (values.size() > 1) {
+    names = names_in(find_function(statement.value.text)->results);
+  }
+  for (std::size_t k = 0; k < values.size(); ++k) {
+    print_(shown(names[k], values[k]));
+  }
+}
+
+std::vector<Value> Interpreter::values_of(const Node& node) {
+  return node.kind == Kind::call ? call(node) : std::vector<Value>{evaluate(node)};
+}
+
+Value Interpreter::evaluate(const Node& node) {
+  switch (node.kind) {
+    case Kind::number: {
+      const Complex value = to_complex_number(node.text);
+      if (!isfinite(value)) {
+        throw Fault(node.at, "beyond the range of numbers");
+      }
+      return number(value);
+    }
+    case Kind::text:
+      return node.text;
+    case Kind::name: {
+      if (const auto found = variables_.find(node.text); found != variables_.end()) {
+        return found->second;
+      }
+      if (const Constant* constant = find_constant(node.text)) {
+        return number(constant->value());
+      }
+      const Function* function = find_function(node.text);
+      throw Fault(node.at, function != nullptr ? "'" + node.text + "' is a function: " + usage(*function)
+                                               : "there is no variable '" + node.text + "'");
+    }
+    case Kind::call: {
+      std::vector<Value> values = call(node);
+      if (values.empty()) {
+        throw Fault(node.at, "'" + node.text + "' has no value");
+      }
+      return std::move(values.front());
+    }
+    case Kind::operation:
+      return operation(node);
+    case Kind::range:
+      return range(node);
+    default:
+      return matrix(node);
+  }
+}
+
+Array Interpreter::evaluate_array(const Node& node) {
+  Value value = evaluate(node);
+  if (auto* array = std::get_if<Array>(&value)) {
+    return std::move(*array);
+  }
+  throw Fault(node.at, "a number is needed here, not a text");
+}
+
+Value Interpreter::operation(const Node& node) {
+  const Array left = evaluate_array(node.children[0]);
+  if (node.text == "u+") {
+    return left;
+  }
+  if (node.text == "u-") {
+    return negative(left);
+  }
+  if (node.text == "'") {
+    return conjugate_transpose(left);
+  }
+  const Array right = evaluate_array(node.children[1]);
+  return at_place(Node{Kind::operation, node.at, "", {}}, [&] { return operate(node.text, left, right); });
+}
+
+Array Interpreter::range(const Node& node) {
+  std::vector<QuarnFloat> ends;
+  for (const Node& child : node.children) {
+    const Array value = evaluate_array(child);
+    if (!is_number(value) || !is_real(value) || !isfinite(value(0, 0).re)) {
+      throw Fault(child.at, "a range needs real numbers");
+    }
+    ends.push_back(value(0, 0).re);
+  }
+  const QuarnFloat step = ends.size() == 3 ? ends[1] : QuarnFloat(1);
+  if (step == 0) {
+    throw Fault(node.at, "the step of a range cannot be 0");
+  }
+  constexpr Integer kMost = 100'000'000;
+  const QuarnFloat steps = floor((ends.back() - ends.front()) / step);
+  if (steps >= kMost) {
+    throw Fault(node.at, "a range of more than " + std::to_string(kMost) + " numbers");
+  }
+  const Integer count = steps < 0 ? 0 : FloatToInt(steps) + 1;
+  return at_place(node, [&] {
+    Array result = make_array(1, std::size_t(count));
+    for (Integer k = 0; k < count; ++k) {
+      result(0, std::size_t(k)) = ends.front() + step * k;
+    }
+    return result;
+  });
+}
+
+Array Interpreter::matrix(const Node& node) {
+  std::vector<Array> rows;
+  std::size_t height = 0;
+  std::size_t width = 0;
+  for (const Node& row : node.children) {
+    // Matrices side by side, then these rows below each other.
+    std::vector<Array> blocks;
+    std::size_t columns = 0;
+    for (const Node& child : row.children) {
+      blocks.push_back(evaluate_array(child));
+      if (blocks.back().rows() != blocks.front().rows()) {
+        throw Fault(child.at, "this has " + std::to_string(blocks.back().rows()) + " rows, what stands left of it " +
+                                  std::to_string(blocks.front().rows()));
+      }
+      columns += blocks.back().columns();
+    }
+    if (blocks.empty()) {
+      continue;
+    }
+    if (!rows.empty() && columns != width) {
+      throw Fault(row.at, "this row has " + std::to_string(columns) + (columns == 1 ? " column" : " columns") +
+                              ", the first has " + std::to_string(width));
+    }
+    Array joined = at_place(node, [&] { return make_array(blocks.front().rows(), columns); });
+    Complex* next = joined.data();
+    for (const Array& block : blocks) {
+      next = std::copy_n(block.data(), size(block), next);
+    }
+    width = columns;
+    height += joined.rows();
+    rows.push_back(std::move(joined));
+  }
+  Array result = at_place(node, [&] { return make_array(height, width); });
+  std::size_t first = 0;
+  for (const Array& row : rows) {
+    for (std::size_t j = 0; j < width; ++j) {
+      for (std::size_t i = 0; i < row.rows(); ++i) {
+        result(first + i, j) = row(i, j);
+      }
+    }
+    first += row.rows();
+  }
+  return result;
+}
+
+std::vector<Value> Interpreter::call(const Node& node) {
+  if (const auto found = variables_.find(node.text); found != variables_.end()) {
+    return {indexed(node, found->second)};
+  }
+  const Function* function = find_function(node.text);
+  if (function == nullptr) {
+    throw Fault(node.at, "there is no variable and no function '" + node.text + "'");
+  }
+  const std::size_t count = node.children.size();
+  if (count < function->least || count > function->most) {
+    throw Fault(node.at, "it is called so: " + usage(*function));
+  }
+  std::vector<Value> values;
+  for (const Node& child : node.children) {
+    values.push_back(evaluate(child));
+  }
+  return at_place(node, [&] { return function->apply(state_, Arguments(std::move(values))); });
+}
+
+Array Interpreter::indexed(const Node& node, const Value& variable) {
+  const auto* array = std::get_if<Array>(&variable);
+  if (array == nullptr) {
+    throw Fault(node.at, "'" + node.text + "' is a text");
+  }
+  if (node.children.size() == 1) {
+    const std::vector<std::size_t> places = indices(node.children[0], size(*array));
+    const bool row = array->rows() == 1 && array->columns() != 1;
+    Array result = row ? make_array(1, places.size()) : make_array(places.size(), 1);
+    std::transform(places.begin(), places.end(), result.data(), [&](std::size_t k) { return array->data()[k]; });
+    return result;
+  }
+  if (node.children.size() != 2) {
+    throw Fault(node.at, "an element has one index or two");
+  }
+  const std::vector<std::size_t> rows = indices(node.children[0], array->rows());
+  const std::vector<std::size_t> columns = indices(node.children[1], array->columns());
+  Array result = make_array(rows.size(), columns.size());
+  for (std::size_t j = 0; j < columns.size(); ++j) {
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      result(i, j) = (*array)(rows[i], columns[j]);
+    }
+  }
+  return result;
+}
+
+std::vector<std::size_t> Interpreter::indices(const Node& node, std::size_t size) {
+  std::vector<std::size_t> places;
+  if (node.kind == Kind::all) {
+    for (std::size_t k = 0; k < size; ++k) {
+      places.push_back(k);
+    }
+    return places;
+  }
+  for (const Complex& value : elements(evaluate_array(node))) {
+    const bool whole = value.im == 0 && isfinite(value.re) && trunc(value.re) == value.re;
+    if (!whole || value.re < 1 || value.re > QuarnFloat(size)) {
+      throw Fault(node.at, "index " + complex_text(value) + " is not one of 1 to " + std::to_string(size));
+    }
+    places.push_back(std::size_t(FloatToInt(value.re)) - 1);
+  }
+  return places;
+}
+
+}  // namespace cli::repl

@@ -1,0 +1,52 @@
+// Runs the console's language: variables, statements, commands.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "cli/repl/functions.h"
+#include "cli/repl/parser.h"
+
+namespace cli::repl {
+
+class Interpreter {
+ public:
+  /// `print` takes what statements show.
+  explicit Interpreter(std::function<void(const std::string&)> print) : print_(std::move(print)) {}
+
+  /// Runs the statements of the text, one after the other. Throws Fault; the statements before it have been run.
+  void run(const std::string& text);
+  /// quit or exit has been given.
+  bool finished() const { return finished_; }
+  /// Names that start so: variables, functions, constants and commands.
+  std::vector<std::string> names_with(const std::string& start) const;
+
+ private:
+  void run(const Statement& statement);
+  void run_command(const Statement& statement);
+  void set_digits(const Statement& statement);
+  void clear(const Statement& statement);
+  void help(const std::vector<Node>& words) const;
+  void assign(const Statement& statement, std::vector<Value> values);
+  void assign_elements(const Node& target, const Value& value);
+  void show(const Statement& statement, const std::vector<Value>& values);
+
+  std::vector<Value> values_of(const Node& node);
+  Value evaluate(const Node& node);
+  Array evaluate_array(const Node& node);
+  Value operation(const Node& node);
+  Array range(const Node& node);
+  Array matrix(const Node& node);
+  std::vector<Value> call(const Node& node);
+  Array indexed(const Node& node, const Value& variable);
+  std::vector<std::size_t> indices(const Node& node, std::size_t size);
+
+  std::function<void(const std::string&)> print_;
+  std::map<std::string, Value> variables_;
+  State state_;
+  bool finished_ = false;
+};
+
+}  // namespace cli::repl

@@ -1,0 +1,249 @@
+#include "cli/repl/value.h"
+
+#include <algorithm>
+
+#include "cli/memory.h"
+#include "cli/number_text.h"
+#include "cli/repl/complex_functions.h"
+#include "cli/result.h"
+
+namespace cli::repl {
+
+namespace {
+
+using Operation = Complex (*)(const Complex&, const Complex&);
+
+// An array of one element goes with every element of the other.
+Array elementwise(const char* what, Operation operation, const Array& a, const Array& b) {
+  const bool same = a.rows() == b.rows() && a.columns() == b.columns();
+  if (!same && !is_number(a) && !is_number(b)) {
+    throw Unfit("cannot " + std::string(what) + " " + shape(a) + " and " + shape(b));
+  }
+  const Array& larger = is_number(a) ? b : a;
+  Array result = make_array(larger.rows(), larger.columns());
+  for (std::size_t k = 0; k < size(larger); ++k) {
+    result.data()[k] = operation(a.data()[is_number(a) ? 0 : k], b.data()[is_number(b) ? 0 : k]);
+  }
+  return result;
+}
+
+// Real numbers keep out of complex arithmetic, where 0 times infinity would spoil them.
+Complex sum(const Complex& a, const Complex& b) { return a + b; }
+Complex difference(const Complex& a, const Complex& b) { return a - b; }
+Complex product(const Complex& a, const Complex& b) {
+  if (repl::is_real(a) && repl::is_real(b)) {
+    return a.re * b.re;
+  }
+  return repl::is_real(a)   ? Complex(a.re * b.re, a.re * b.im)
+         : repl::is_real(b) ? Complex(a.re * b.re, a.im * b.re)
+                            : a * b;
+}
+Complex quotient(const Complex& a, const Complex& b) {
+  return repl::is_real(b) ? Complex(a.re / b.re, repl::is_real(a) ? QuarnFloat() : a.im / b.re) : a / b;
+}
+
+Array matrix_product(const Array& a, const Array& b) {
+  if (a.columns() != b.rows()) {
+    throw Unfit("cannot multiply " + shape(a) + " by " + shape(b) + "; .* multiplies element by element");
+  }
+  if (is_real(a) && is_real(b)) {
+    return complex_array(tesk2mp::multiply(real_array(a), real_array(b)));
+  }
+  return tesk2mp::multiply(a, b);
+}
+
+Array solution(const Array& a, const Array& b) {
+  if (a.rows() != a.columns() || b.rows() != a.rows()) {
+    throw Unfit("cannot solve a system of " + shape(a) + " with right-hand sides of " + shape(b));
+  }
+  if (is_real(a) && is_real(b)) {
+    return complex_array(tesk2mp::solve(real_array(a), real_array(b)));
+  }
+  return tesk2mp::solve(a, b);
+}
+
+Array matrix_power(const Array& a, const Array& b) {
+  constexpr Integer kLargest = 1'000'000;
+  const Complex exponent = is_number(b) ? b(0, 0) : Complex(0.5);
+  if (a.rows() != a.columns() || !repl::is_real(exponent) || trunc(exponent.re) != exponent.re ||
+      fabs(exponent.re) > kLargest) {
+    throw Unfit("a square matrix has whole powers alone; .^ takes powers element by element");
+  }
+  Array result = complex_array(RealArray::identity(a.rows()));
+  const Array base = exponent.re < 0 ? solution(a, result) : a;
+  const Integer power = FloatToInt(fabs(exponent.re));
+  for (Integer bit = 1 << 20; bit > 0; bit >>= 1) {
+    result = matrix_product(result, result);
+    result = (power & bit) != 0 ? matrix_product(result, base) : result;
+  }
+  return result;
+}
+
+// A zero's sign says nothing to a reader.
+Complex without_negative_zeros(const Complex& value) {
+  return {value.re == 0 ? QuarnFloat() : value.re, value.im == 0 ? QuarnFloat() : value.im};
+}
+
+// Elements whose text is short stand as they are; others are rounded so that their points stand in line.
+std::vector<std::string> cells_of(const Array& a) {
+  constexpr std::size_t kShort = 12;
+  std::vector<std::string> cells;
+  bool all_short = true;
+  QuarnFloat largest;
+  for (const Complex& value : elements(a)) {
+    cells.push_back(complex_text(without_negative_zeros(value)));
+    all_short = all_short && cells.back().size() <= kShort;
+    const QuarnFloat magnitude = std::max(fabs(value.re), fabs(value.im));
+    largest = std::max(largest, magnitude);
+  }
+  if (all_short || !isfinite(largest)) {
+    return cells;
+  }
+  const NumberFormat format(largest, QuarnDigits());
+  const bool real = is_real(a);
+  for (std::size_t k = 0; k < cells.size(); ++k) {
+    const Complex value = without_negative_zeros(a.data()[k]);
+    cells[k] = format(value.re) + (real ? "" : (signbit(value.im) ? "" : "+") + format(value.im) + "i");
+  }
+  return cells;
+}
+
+}  // namespace
+
+Array make_array(std::size_t rows, std::size_t columns) {
+  require_memory(2 * double(rows) * double(columns),
+                 "a matrix of " + std::to_string(rows) + " by " + std::to_string(columns));
+  return {rows, columns};
+}
+
+Array number(const Complex& value) {
+  Array result(1, 1);
+  result(0, 0) = value;
+  return result;
+}
+
+Array reshaped(const std::vector<Complex>& values, std::size_t rows, std::size_t columns) {
+  Array result = make_array(rows, columns);
+  std::copy(values.begin(), values.end(), result.data());
+  return result;
+}
+
+Array column(const std::vector<Complex>& values) { return reshaped(values, values.size(), 1); }
+
+Array column(const std::vector<QuarnFloat>& values) {
+  Array result = make_array(values.size(), 1);
+  std::copy(values.begin(), values.end(), result.data());
+  return result;
+}
+
+bool is_real(const Array& a) {
+  return std::all_of(a.data(), a.data() + size(a), [](const Complex& value) { return repl::is_real(value); });
+}
+
+std::string shape(const Array& a) {
+  return is_number(a) ? "a number" : std::to_string(a.rows()) + " by " + std::to_string(a.columns());
+}
+
+std::vector<Complex> elements(const Array& a) { return {a.data(), a.data() + size(a)}; }
+
+std::vector<QuarnFloat> real_elements(const Array& a) {
+  if (!is_real(a)) {
+    throw Unfit("real numbers are needed here");
+  }
+  std::vector<QuarnFloat> values(size(a));
+  std::transform(a.data(), a.data() + size(a), values.begin(), [](const Complex& value) { return value.re; });
+  return values;
+}
+
+RealArray real_array(const Array& a) {
+  const std::vector<QuarnFloat> values = real_elements(a);
+  RealArray result(a.rows(), a.columns());
+  std::copy(values.begin(), values.end(), result.data());
+  return result;
+}
+
+Array complex_array(const RealArray& a) {
+  Array result = make_array(a.rows(), a.columns());
+  std::copy(a.data(), a.data() + a.rows() * a.columns(), result.data());
+  return result;
+}
+
+Array operate(const std::string& sign, const Array& a, const Array& b) {
+  const bool numbers = is_number(a) || is_number(b);
+  if (sign == "+") {
+    return elementwise("add", sum, a, b);
+  }
+  if (sign == "-") {
+    return elementwise("subtract", difference, a, b);
+  }
+  if (sign == ".*" || (sign == "*" && numbers)) {
+    return elementwise("multiply", product, a, b);
+  }
+  if (sign == "./" || (sign == "/" && is_number(b))) {
+    return elementwise("divide", quotient, a, b);
+  }
+  if (sign == ".^" || (sign == "^" && is_number(a) && is_number(b))) {
+    return elementwise("raise", power, a, b);
+  }
+  if (sign == "*") {
+    return matrix_product(a, b);
+  }
+  if (sign == "\\") {
+    return is_number(a) ? elementwise("divide", quotient, b, a) : solution(a, b);
+  }
+  if (sign == "^") {
+    return matrix_power(a, b);
+  }
+  // X / A solves X A = B: the transposes have the usual order.
+  return conjugate_transpose(solution(conjugate_transpose(b), conjugate_transpose(a)));
+}
+
+Array negative(const Array& a) {
+  Array result = a;
+  std::transform(a.data(), a.data() + size(a), result.data(),
+                 [](const Complex& value) { return repl::is_real(value) ? Complex(-value.re) : -value; });
+  return result;
+}
+
+Array conjugate_transpose(const Array& a) {
+  Array result = make_array(a.columns(), a.rows());
+  for (std::size_t i = 0; i < a.rows(); ++i) {
+    for (std::size_t j = 0; j < a.columns(); ++j) {
+      result(j, i) = repl::is_real(a(i, j)) ? a(i, j) : conj(a(i, j));
+    }
+  }
+  return result;
+}
+
+std::string shown(const std::string& name, const Value& value) {
+  if (const auto* text = std::get_if<std::string>(&value)) {
+    return name + " = \"" + *text + "\"\n";
+  }
+  const Array& a = std::get<Array>(value);
+  if (is_number(a)) {
+    return name + " = " + complex_text(without_negative_zeros(a(0, 0))) + "\n";
+  }
+  if (size(a) == 0) {
+    return name + " = []  (" + shape(a) + ")\n";
+  }
+  const std::vector<std::string> cells = cells_of(a);
+  std::vector<std::size_t> widths;
+  for (std::size_t j = 0; j < a.columns(); ++j) {
+    std::size_t width = 0;
+    for (std::size_t i = 0; i < a.rows(); ++i) {
+      width = std::max(width, cells[i + j * a.rows()].size());
+    }
+    widths.push_back(width);
+  }
+  std::string text = name + " =\n";
+  for (std::size_t i = 0; i < a.rows(); ++i) {
+    for (std::size_t j = 0; j < a.columns(); ++j) {
+      const std::string& cell = cells[i + j * a.rows()];
+      text += "  " + std::string(widths[j] - cell.size(), ' ') + cell;
+    }
+    text += "\n";
+  }
+  return text;
+}
+
+}  // namespace cli::repl

@@ -1,0 +1,58 @@
+// What names stand for: matrices of complex numbers (a number is one by one) and texts.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "quarn/quarnfloat.h"
+#include "tesk2mp/tesk2mp.hpp"
+
+namespace cli::repl {
+
+using Array = tesk2mp::Matrix<Complex>;
+using RealArray = tesk2mp::Matrix<QuarnFloat>;
+using Value = std::variant<Array, std::string>;
+
+/// The reason why a value will not do. The evaluation adds the place: the function or sign, or one of its arguments.
+class Unfit : public std::runtime_error {
+ public:
+  explicit Unfit(const std::string& reason, int argument = -1) : std::runtime_error(reason), argument_(argument) {}
+  /// Which argument, from 0; -1 when it is not one alone.
+  int argument() const { return argument_; }
+
+ private:
+  int argument_;
+};
+
+/// Zeros. Throws Failure for more than this machine's memory holds.
+Array make_array(std::size_t rows, std::size_t columns);
+Array number(const Complex& value);
+Array column(const std::vector<Complex>& values);
+Array column(const std::vector<QuarnFloat>& values);
+
+inline std::size_t size(const Array& a) { return a.rows() * a.columns(); }
+inline bool is_number(const Array& a) { return size(a) == 1; }
+inline bool is_vector(const Array& a) { return size(a) > 0 && (a.rows() == 1 || a.columns() == 1); }
+bool is_real(const Array& a);
+/// "2 by 3"
+std::string shape(const Array& a);
+
+std::vector<Complex> elements(const Array& a);
+/// Throws Unfit when a number has an imaginary part.
+std::vector<QuarnFloat> real_elements(const Array& a);
+RealArray real_array(const Array& a);
+Array complex_array(const RealArray& a);
+/// The elements with another shape of as many.
+Array reshaped(const std::vector<Complex>& values, std::size_t rows, std::size_t columns);
+
+/// sign: + - * / \ ^ .* ./ .^ of two arrays. Throws Unfit.
+Array operate(const std::string& sign, const Array& a, const Array& b);
+Array negative(const Array& a);
+Array conjugate_transpose(const Array& a);
+
+/// "name = 1.5", or a heading and the rows of an array in line.
+std::string shown(const std::string& name, const Value& value);
+
+}  // namespace cli::repl

@@ -1,0 +1,159 @@
+"""repl: transcripts, random expressions against exact fractions, scripts, and a terminal of its own."""
+
+import glob
+import os
+import random
+import re
+import subprocess
+import tempfile
+import unittest
+from decimal import Decimal, localcontext
+from fractions import Fraction
+
+from console import QUARN, run, run_well
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+
+
+class Transcripts(unittest.TestCase):
+    maxDiff = None
+
+    def test_transcripts(self):
+        """Lines after "> " (and "... ", which go on) are typed, the others are what is answered. # starts a comment."""
+        for name in sorted(glob.glob(os.path.join(HERE, "transcripts", "*.txt"))):
+            with open(name, encoding="utf-8") as file:
+                lines = [line for line in file.read().splitlines() if not line.startswith("#")]
+            typed = [re.sub(r"^(> |\.\.\. )", "", line) for line in lines if line.startswith(("> ", "... "))]
+            answered = [line for line in lines if not line.startswith(("> ", "... "))]
+            self.assertGreater(len(typed), 5)
+            with self.subTest(os.path.basename(name)):
+                done = subprocess.run([QUARN, "repl", "--keep-going"], input="\n".join(typed) + "\n", text=True, timeout=60,
+                                      stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+                self.assertEqual(done.stdout.splitlines(), answered)
+                self.assertEqual(done.returncode, 0)
+
+
+class Expressions(unittest.TestCase):
+    def test_random_expressions_against_fractions(self):
+        seed = random.randrange(2 ** 32)
+        chance = random.Random(seed)
+
+        def expression(depth):
+            """Text and value; as many brackets as chance wants, so that precedence is tried."""
+            if depth == 0 or chance.random() < 0.2:
+                number = f"{chance.randint(0, 999)}.{chance.randint(0, 99):02}"
+                return number, Fraction(number), 3
+            kind = chance.choice("+-*/^u(")
+            if kind == "u":
+                text, value, _ = operand(depth, 2)
+                return "-" + text, -value, 1.5
+            if kind == "(":
+                text, value, _ = expression(depth - 1)
+                return f"({text})", value, 3
+            if kind == "^":
+                text, value, _ = operand(depth, 3)
+                power = chance.randint(0, 3)
+                return f"{text}^{power}", value ** power, 2
+            level = 1 if kind in "*/" else 0
+            left, a, _ = operand(depth, level)
+            right, b, _ = operand(depth, level + 0.1)
+            if kind == "/" and b == 0:
+                kind = "*"
+            blank = chance.choice(("", " "))
+            return (left + blank + kind + blank + right,
+                    {"+": lambda: a + b, "-": lambda: a - b, "*": lambda: a * b, "/": lambda: a / b}[kind](), level)
+
+        def operand(depth, least):
+            text, value, level = expression(depth - 1)
+            return (text, value, level) if level >= least else (f"({text})", value, 3)
+
+        cases = [expression(4)[:2] for _ in range(400)]
+        text = "digits 200\n" + "".join(case + "\n" for case, _ in cases)
+        answers = run_well("repl", stdin=text).splitlines()
+        with localcontext() as context:
+            context.prec = 210
+            for (case, value), answer in zip(cases, answers, strict=True):
+                with self.subTest(seed=seed, case=case):
+                    exact = Decimal(value.numerator) / Decimal(value.denominator)
+                    # Sums may cancel: the error is relative to numbers of at most some 10^100.
+                    self.assertLess(abs(Decimal(answer.removeprefix("ans = ")) - exact), Decimal(10) ** -80)
+
+
+class Runs(unittest.TestCase):
+    def test_scripts_and_arguments(self):
+        with tempfile.TemporaryDirectory() as folder:
+            script = os.path.join(folder, "script")
+            with open(script, "w", encoding="utf-8") as file:
+                file.write("# two lines\nx = [1,\n  2]\n")
+            shown = "x =\n  1  2\n"
+            self.assertEqual(run_well("repl", script), shown)
+            self.assertEqual(run_well("repl", "-", stdin="x = [1 2]"), shown)
+            self.assertEqual(run_well("repl", "--eval", "x = [1 2];", "--eval", "x"), shown)
+            self.assertEqual(run_well("repl", "--eval", "[1 2]"), shown.replace("x", "ans"))
+            self.assertEqual(run_well("repl", "--digits", "5", "--eval", "1/3"), "ans = 0.33333\n")
+            self.assertEqual(run_well("repl", stdin="quit\n1\n"), "")
+            self.assertEqual(run_well("repl", stdin=""), "")
+
+    def test_a_fault_ends_a_run_away_from_the_terminal(self):
+        done = run("repl", stdin="1\n\n2 +\n3\n")
+        self.assertEqual((done.returncode, done.stdout), (2, "ans = 1\n"))
+        self.assertEqual(done.stderr, "  2 +\n     ^\nquarn: standard input:3: a number, a name or a bracket is expected here\n")
+        done = run("repl", "--eval", "[1,", "--eval", "fft(1)]")
+        self.assertEqual((done.returncode, done.stdout), (1, ""))
+        self.assertIn("quarn: --eval:2: C06FAF: On entry, N .le. 1: N = 1.", done.stderr)
+        self.assertEqual(run("repl", "x", "--eval", "1").returncode, 2)
+
+    def test_matrices_go_through_files_without_losing_a_digit(self):
+        with tempfile.TemporaryDirectory() as folder:
+            for ending in ("mtx", "csv", "json"):
+                for matrix in ("random(3, 2)", "random(3, 2) + i*random(3, 2)", "random(4)", "random(4) * (1 - 2i)", "random(1, 4)"):
+                    with self.subTest(ending=ending, matrix=matrix):
+                        file = os.path.join(folder, "a." + ending)
+                        text = f'A = {matrix}; save(A, "{file}"); B = load("{file}"); norm(A - B, "max")'
+                        self.assertEqual(run_well("repl", "--digits", "70", "--eval", text), "ans = 0\n")
+
+    def test_help_tells_of_every_function(self):
+        overview = run_well("repl", "--eval", "help")
+        # Headings end with a colon; the names stand below them.
+        listed = overview[overview.index("Functions of numbers"):overview.index("\nConstants:")]
+        names = " ".join(line for line in listed.splitlines() if not line.endswith(":")).split()
+        for name in ("fft", "solve", "lu", "det", "inv", "eig", "zeros", "norm", "rank", "sort", "random"):
+            self.assertIn(name, names)
+        for name in names:
+            with self.subTest(name):
+                usage, purpose = run_well("repl", "--eval", "help " + name).splitlines()
+                self.assertRegex(usage, rf"^(\w+(, \w+)* = )?{name}\(.*\)$")
+                self.assertRegex(purpose, r"^  \S")
+
+
+@unittest.skipUnless(os.name == "posix", "needs a pseudo-terminal")
+class Terminal(unittest.TestCase):
+    def test_prompt_history_and_faults(self):
+        import pty
+
+        with tempfile.TemporaryDirectory() as folder:
+            history = os.path.join(folder, "history")
+            primary, secondary = pty.openpty()
+            with subprocess.Popen([QUARN, "repl"], stdin=secondary, stdout=secondary, stderr=secondary, close_fds=True,
+                                  env={**os.environ, "QUARN_HISTORY": history, "TERM": "dumb"}) as process:
+                os.close(secondary)
+                os.write(primary, b"1 +\n6*7\nquit\n")
+                output = b""
+                try:
+                    while chunk := os.read(primary, 4096):
+                        output += chunk
+                except OSError:
+                    pass  # the other end is closed
+                self.assertEqual(process.wait(30), 0)
+            os.close(primary)
+            text = output.decode().replace("\r", "")
+            self.assertIn("20 digits; help lists what there is, quit ends\n", text)
+            self.assertIn("error: a number, a name or a bracket is expected here\n", text)
+            self.assertIn("ans = 42\n", text)
+            if os.path.exists(history):
+                with open(history, encoding="utf-8") as file:
+                    self.assertIn("6*7", file.read().replace("\\040", " "))
+
+
+if __name__ == "__main__":
+    unittest.main()
