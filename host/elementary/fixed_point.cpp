@@ -5,6 +5,7 @@
 
 #include "host/elementary/conversion.h"
 #include "host/elementary/tables.h"
+#include "host/elementary/taylor.h"
 
 // Error bounds, in units of the last fraction word's last bit, n words. Conversion of the argument: 2. Each product of
 // fractions: n. Each table entry or constant: 2. A Taylor sum: 2n + 4 with the terms of its statement. A look-up of exp
@@ -91,6 +92,71 @@ Word reduce(Word* r, const Word* constant, int n) {
   return quotient;
 }
 
+/// f(n) with n as a constant where lengths are everyday ones.
+template <class Function>
+auto with_length(int n, const Function& f) {
+  if constexpr (kBits == 64) {
+    switch (n) {
+      case 2:
+        return f(Constant<2>());
+      case 3:
+        return f(Constant<3>());
+      case 4:
+        return f(Constant<4>());
+      case 5:
+        return f(Constant<5>());
+      case 6:
+        return f(Constant<6>());
+      case 7:
+        return f(Constant<7>());
+      default:
+        break;
+    }
+  }
+  return f(n);
+}
+
+/// rest := constant - rest, with an integer word.
+void reflect(Word* rest, const Word* constant, int n) { subtract(rest, constant, rest, n + 1); }
+
+/// sum = exp(r) with an integer word, 0 <= r < ln 2.
+template <class Length>
+void exp_of_rest(Word* sum, Word* r, Length n) {
+  const int stages = stages_for(n);
+  int rows[kMaxStages];
+  for (int stage = 0; stage < stages; ++stage) {
+    rows[stage] = take_bits(r, n, stage);
+  }
+  exp_series(sum, r, n, kStageBits * stages);
+  for (int stage = stages; stage-- > 0;) {
+    if (rows[stage] != 0) {
+      combine_exp(sum, exp_entry(stage, rows[stage], n), n);
+    }
+  }
+  sum[n] = 1;
+}
+
+/// s = sin r and c = cos r with an integer word each, 0 <= r < 0.79.
+template <class Length>
+void sin_cos_of_rest(Word* s, Word* c, Word* r, Length n) {
+  const int stages = std::min(stages_for(n), 3);
+  int rows[kMaxStages];
+  for (int stage = 0; stage < stages; ++stage) {
+    rows[stage] = take_bits(r, n, stage);
+  }
+  sin_cos_series(s, c, r, n, kStageBits * stages);
+  for (int stage = stages; stage-- > 0;) {
+    if (rows[stage] != 0) {
+      combine_sin_cos(s, c, sin_entry(stage, rows[stage], n), versine_entry(stage, rows[stage], n), n);
+    }
+  }
+  s[n] = 0;
+  c[n] = 0;
+  // 1 - (1 - cos r)
+  negate(c, c, n + 1);
+  c[n] += 1;
+}
+
 }  // namespace
 
 std::optional<Approximation> exp(const QuarnFloat& x, int w) {
@@ -105,28 +171,15 @@ std::optional<Approximation> exp(const QuarnFloat& x, int w) {
   from_decimal(wide, v, n + 1);
   std::int64_t power = std::int64_t(reduce(wide, ln10(n + 1), n + 1));
   if (v.negative) {
-    Number rest;
-    subtract(rest, ln10(n + 1), wide, n + 2);
-    wide = rest;
+    reflect(wide, ln10(n + 1), n + 1);
     power = -power - 1;
   }
   const int doublings = int(reduce(wide, ln2(n + 1), n + 1));
-  Word* const r = wide.words + 1;
-  const int stages = stages_for(n);
   Number sum;
-  int rows[kMaxStages];
-  for (int stage = 0; stage < stages; ++stage) {
-    rows[stage] = take_bits(r, n, stage);
-  }
-  exp_series(sum, r, n, kStageBits * stages);
-  for (int stage = stages; stage-- > 0;) {
-    if (rows[stage] != 0) {
-      combine_exp(sum, exp_entry(stage, rows[stage], n), n);
-    }
-  }
-  sum[n] = 1;
+  with_length(n, [&](auto length) { exp_of_rest(sum.words, wide.words + 1, length); });
+  const int digits = certain_digits(sum, n);
   shift_up(sum, sum, n + 1, doublings);
-  return finish(false, sum, n, power);
+  return Approximation{to_decimal(false, sum, n, power), digits};
 }
 
 std::optional<Approximation> log(const QuarnFloat& x, int w) {
@@ -184,7 +237,7 @@ std::optional<Approximation> log(const QuarnFloat& x, int w) {
       sum[n] += add(sum, sum, log_entry(stage, j, Word(d), n), n);
     }
     Number rest;
-    log_series(rest, u, n, kStageBits * stages - 1);
+    with_length(n, [&](auto length) { log_series(rest.words, u, length, kStageBits * stages - 1); });
     sum[n] += add(sum, sum, rest, n);
     // log x = sum - doublings ln 2 + e ln 10
     Number product;
@@ -233,28 +286,11 @@ std::optional<SinCosApproximation> sin_cos(const QuarnFloat& x, int w) {
   Word* const r = wide.words + 1;
   const bool reflected = to_double(r, n) > 0.785;
   if (reflected) {
-    Number rest;
-    subtract(rest, half_pi(n + 1), wide, n + 2);
-    wide = rest;
-  }
-  const int stages = std::min(stages_for(n), 3);
-  int rows[kMaxStages];
-  for (int stage = 0; stage < stages; ++stage) {
-    rows[stage] = take_bits(r, n, stage);
+    reflect(wide, half_pi(n + 1), n + 1);
   }
   Number s;
   Number c;
-  sin_cos_series(s, c, r, n, kStageBits * stages);
-  for (int stage = stages; stage-- > 0;) {
-    if (rows[stage] != 0) {
-      combine_sin_cos(s, c, sin_entry(stage, rows[stage], n), versine_entry(stage, rows[stage], n), n);
-    }
-  }
-  s[n] = 0;
-  c[n] = 0;
-  // 1 - c
-  negate(c, c, n + 1);
-  c[n] += 1;
+  with_length(n, [&](auto length) { sin_cos_of_rest(s.words, c.words, r, length); });
   const bool swapped = reflected != (quadrant % 2 == 1);
   const bool sin_negative = (quadrant >= 2) != v.negative;
   const bool cos_negative = quadrant == 1 || quadrant == 2;

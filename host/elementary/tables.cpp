@@ -2,6 +2,7 @@
 
 #include "host/elementary/approximate.h"
 #include "host/elementary/conversion.h"
+#include "host/elementary/taylor.h"
 
 namespace quarn::fixed {
 
@@ -27,14 +28,12 @@ const Word* LazyTable::leading(int row, int column, int n) const {
 
 namespace {
 
-/// Enough for 1/k! to vanish: k! > 32^(k-40).
-constexpr int coefficients_for(int words) { return words * kBits / 5 + 40; }
+/// Enough for the logarithm's series, whose argument is below 2^-23.
+constexpr int coefficients_for(int words) { return words * kBits / 23 + 3; }
 constexpr int kMaxCoefficients = coefficients_for(kMaxWords);
 
 struct Tables {
   int words = 0;
-  int factorials = 0;
-  LazyTable inverse_factorials{kMaxCoefficients, 1};
   LazyTable inverse_integers{kMaxCoefficients, 1};
   // Three constants with an integer word each.
   std::vector<Word> constants;
@@ -59,25 +58,12 @@ Tables& tables() {
 }
 
 void Tables::fill_coefficients() {
-  inverse_factorials.grow(words);
   inverse_integers.grow(words);
-  const int count = coefficients_for(words);
   Number one;
-  Number factorial;
   std::fill_n(one.words, words, Word(0));
   one[words] = 1;
-  std::copy_n(one.words, words + 1, factorial.words);
-  factorials = 0;
-  for (int k = 2; k < count; ++k) {
+  for (int k = 2; k < coefficients_for(words); ++k) {
     divide_word(inverse_integers.fill(k), one, words + 1, Word(k));
-    if (factorials == 0) {
-      divide_word(factorial, factorial, words + 1, Word(k));
-      std::copy_n(factorial.words, words, inverse_factorials.fill(k));
-      factorials = is_zero(factorial, words) ? k : 0;
-    }
-  }
-  if (factorials == 0) {
-    factorials = count;
   }
 }
 
@@ -172,8 +158,6 @@ void log_by_series(Word* out, Word factor, int places, int n) {
 
 void prepare_tables(int n) { tables().grow(n); }
 
-int factorial_count() { return tables().factorials; }
-const Word* inverse_factorial(int k, int n) { return tables().inverse_factorials.leading(k, 0, n); }
 const Word* inverse_integer(int k, int n) { return tables().inverse_integers.leading(k, 0, n); }
 
 const Word* ln10(int n) { return constant(0, n); }

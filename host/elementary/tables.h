@@ -36,11 +36,8 @@ class LazyTable {
 /// Makes everything below good for n words.
 void prepare_tables(int n);
 
-/// Leading words of 1/k! (k >= 1) and of 1/k. The error is below one unit.
-const Word* inverse_factorial(int k, int n);
+/// Leading words of 1/k, k >= 2. The error is below one unit.
 const Word* inverse_integer(int k, int n);
-/// The least k with 1/k! < 2^-(bits of n words), at most: the end of the table above.
-int factorial_count();
 
 /// ln 10, ln 2 and pi/2 with n fraction words below one integer word, less than one unit short.
 const Word* ln10(int n);
@@ -59,18 +56,5 @@ inline constexpr int kLogRows = 530;
 const Word* log_entry(int stage, int j, Word factor, int n);
 
 inline constexpr int kMaxStages = 8;
-
-// The steps of the functions, which also build the tables.
-
-/// e = exp(r) - 1 for 0 <= r < 2^-bits, bits >= 8.
-void exp_series(Word* e, const Word* r, int n, int bits);
-/// a := (1 + a)(1 + b) - 1; all below 1.
-void combine_exp(Word* a, const Word* b, int n);
-/// s = sin r and v = 1 - cos r for 0 <= r < 2^-bits, bits >= 8.
-void sin_cos_series(Word* s, Word* v, const Word* r, int n, int bits);
-/// The sine and versine of the sum of two angles, into the first.
-void combine_sin_cos(Word* s, Word* v, const Word* other_s, const Word* other_v, int n);
-/// out = log(1 + u) for 0 <= u < 2^-bits, bits >= 8.
-void log_series(Word* out, const Word* u, int n, int bits);
 
 }  // namespace quarn::fixed

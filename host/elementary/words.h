@@ -2,8 +2,10 @@
 #pragma once
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 
+#include "host/limbs/divider.h"
 #include "host/number/access.h"
 
 namespace quarn::fixed {
@@ -30,6 +32,17 @@ inline Word multiply_word(Word* out, const Word* a, int n, Word b) {
     const Wide t = Wide(a[i]) * b + carry;
     out[i] = Word(t);
     carry = Word(t >> kBits);
+  }
+  return carry;
+}
+
+/// out -= a * b, what is to be taken from the word above returned.
+inline Word subtract_product(Word* out, const Word* a, int n, Word b) {
+  Word carry = 0;
+  for (int i = 0; i < n; ++i) {
+    const Wide t = Wide(a[i]) * b + carry;
+    carry = Word(t >> kBits) + Word(out[i] < Word(t));
+    out[i] -= Word(t);
   }
   return carry;
 }
@@ -77,12 +90,36 @@ inline void negate(Word* out, const Word* a, int n) {
 
 /// out = a / b, rounded down. out may be a.
 inline void divide_word(Word* out, const Word* a, int n, Word b) {
+#if QUARN_LIMB_BITS == 64
+  // Moeller and Granlund, Improved division by invariant integers (2011), algorithm 4, with a and b moved up.
+  const int shift = std::countl_zero(b);
+  const Word divisor = b << shift;
+  const Word reciprocal = reciprocal_word(divisor);
+  const auto upper = [shift](Word word) { return word >> 1 >> (kBits - 1 - shift); };
+  Word rest = upper(a[n - 1]);
+  for (int i = n; i-- > 0;) {
+    const Word low = Word(a[i] << shift) | (i > 0 ? upper(a[i - 1]) : 0);
+    const Wide estimate = Wide(reciprocal) * rest + ((Wide(rest) << kBits) | low);
+    Word quotient = Word(estimate >> kBits) + 1;
+    rest = low - quotient * divisor;
+    if (rest > Word(estimate)) {
+      --quotient;
+      rest += divisor;
+    }
+    if (rest >= divisor) [[unlikely]] {
+      ++quotient;
+      rest -= divisor;
+    }
+    out[i] = quotient;
+  }
+#else
   Word rest = 0;
   for (int i = n; i-- > 0;) {
     const Wide t = (Wide(rest) << kBits) | a[i];
     out[i] = Word(t / b);
     rest = Word(t % b);
   }
+#endif
 }
 
 /// out = a * 2^bits modulo the word above. out may be a.
@@ -108,22 +145,34 @@ inline void shift_down(Word* out, const Word* a, int n, int bits) {
 }
 
 /// The product of two fractions of n words: at most n units below the exact one, never above. out may be a or b.
-inline void multiply_high(Word* out, const Word* a, const Word* b, int n) {
+template <class Length>
+inline void multiply_high(Word* out, const Word* a, const Word* b, Length length) {
   // By columns, the low and high words of the products summed apart: no carry is waited for inside a column. Columns
   // below n - 1 are left out: less than n - 1 units.
-  Word result[kMaxWords];
+  const int n = length;
+  Word result[kIsConstant<Length> ? 16 : kMaxWords];
   Wide carry = 0;
+#pragma GCC unroll 8
   for (int column = n - 1; column <= 2 * n - 2; ++column) {
-    const int first = column - n + 1;
     Wide low = carry;
     Wide high = 0;
-    const Word* x = a + first;
-    const Word* y = b + n - 1;
-#pragma GCC unroll 8
-    for (int i = n - first; i > 0; --i) {
-      const Wide product = Wide(*x++) * *y--;
+    const auto put = [&](int i) {
+      const Wide product = Wide(a[i]) * b[column - i];
       low += Word(product);
       high += Word(product >> kBits);
+    };
+    if constexpr (kIsConstant<Length>) {
+#pragma GCC unroll 8
+      for (int i = 0; i < n; ++i) {
+        if (column - i < n) {
+          put(i);
+        }
+      }
+    } else {
+#pragma GCC unroll 8
+      for (int i = column - n + 1; i < n; ++i) {
+        put(i);
+      }
     }
     if (column >= n) {
       result[column - n] = Word(low);

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <bit>
 #include <cstddef>
-#include <type_traits>
 
 #include "host/limbs/divider.h"
 #include "host/limbs/scratch.h"
@@ -21,10 +20,6 @@ using Wide = R::Wide;
 using Signed = __int128;
 
 inline constexpr Limb kBase = R::base;
-
-/// A length known to the compiler.
-template <int N>
-using Constant = std::integral_constant<int, N>;
 
 /// Whole bases of a column: rounded down, or up to 20 less. |column| < 2^126, which is more than 84 base^2.
 [[gnu::always_inline]] inline Signed bases_of(Signed column) {
@@ -88,7 +83,7 @@ inline ColumnSum column_sum(const Limb* x, const Limb* y, int n) {
 template <class Count, class LengthA, class LengthB>
 [[gnu::always_inline]] inline void quotient_digits(Limb* digit, Count count_type, const Limb* a, LengthA length_a,
                                                    const Limb* b, LengthB length_b) {
-  constexpr bool kConstant = !std::is_same_v<Count, int>;
+  constexpr bool kConstant = kIsConstant<Count>;
   const int count = count_type;
   const int na = length_a;
   const int nb = length_b;
@@ -173,7 +168,7 @@ inline constexpr Limb kRoughRoot = 8192;
 template <class Count, class Length>
 [[gnu::always_inline]] inline bool root_digits(Limb* digit, Count count_type, const Limb* a, Length length_a,
                                                Signed* column) {
-  constexpr bool kConstant = !std::is_same_v<Count, int>;
+  constexpr bool kConstant = kIsConstant<Count>;
   const int count = count_type;
   const int na = length_a;
   const int slack = 128 + (kConstant ? 0 : 8 * count);

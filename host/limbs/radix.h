@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 #include "quarn/quarnfloat.h"
 
@@ -40,5 +41,13 @@ using Radix = Radix64;
 #else
 using Radix = Radix32;
 #endif
+
+/// A length known to the compiler.
+template <int N>
+using Constant = std::integral_constant<int, N>;
+
+/// Whether a length is one of these, and not a plain int.
+template <class Length>
+inline constexpr bool kIsConstant = !std::is_same_v<Length, int>;
 
 }  // namespace quarn
