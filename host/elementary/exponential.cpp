@@ -1,14 +1,13 @@
 // exp, log, log10 and the hyperbolic functions.
 #include <algorithm>
 
+#include "host/elementary/fixed_point.h"
 #include "host/elementary/rounding.h"
 
 using quarn::approximate_exp;
 using quarn::approximate_ln10;
 using quarn::approximate_log;
 using quarn::correctly_rounded;
-using quarn::decided;
-using quarn::kFirstExtraDigits;
 using quarn::Kind;
 using quarn::kind_of;
 using quarn::perturbed;
@@ -69,7 +68,7 @@ QuarnFloat exp(const QuarnFloat& x) {
   if (const auto result = perturbed(1, exponent + 2, signbit(x))) {
     return *result;
   }
-  if (const auto result = decided(quarn::fixed::exp(x, QuarnDigits() + kFirstExtraDigits))) {
+  if (const auto result = quarn::fixed::rounded_exp(x)) {
     return *result;
   }
   return correctly_rounded([&x](int w) { return approximate_exp(x, w); });
@@ -92,7 +91,7 @@ QuarnFloat log(const QuarnFloat& x) {
   if (x == QuarnFloat(1)) {
     return 0;
   }
-  if (const auto result = decided(quarn::fixed::log(x, QuarnDigits() + kFirstExtraDigits))) {
+  if (const auto result = quarn::fixed::rounded_log(x)) {
     return *result;
   }
   return correctly_rounded([&x](int w) { return approximate_log(x, w); });

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "host/elementary/conversion.h"
-#include "host/elementary/tables.h"
+#include "host/elementary/rounding.h"
 #include "host/elementary/taylor.h"
 
 // Error bounds, in units of the last fraction word's last bit, n words. Conversion of the argument: 2. Each product of
@@ -55,38 +55,53 @@ int take_bits(Word* x, int n, int stage) {
 /// Digits that a number of n fraction words and an integer word has for certain.
 int certain_digits(const Word* x, int n) {
   const int zeros = leading_zeros(x, n + 1) - kBits;
-  return int(std::floor((n * kBits - zeros - error_bits(n)) * 0.30102999));
+  return std::max(int((n * kBits - zeros - error_bits(n)) * 0.30102999), 0);
 }
 
-Approximation finish(bool negative, const Word* x, int n, std::int64_t power) {
-  if (is_zero(x, n + 1)) {
+/// What four digits more than the working precision leave undecided is one call in 250.
+constexpr int kFirstExtraDigits = 4;
+
+Approximation approximation(const DecimalLimbs& x) {
+  if (x.digits == 0) {
     return {};
   }
-  return {to_decimal(negative, x, n, power), certain_digits(x, n)};
+  return {rounded(x.negative, x.exponent, x.limbs, x.length, false, int(x.length) * Radix::digits), x.digits};
 }
 
-/// r -= multiple * constant for numbers with an integer word.
-void take_multiple(Word* r, Word multiple, const Word* constant, int n) {
-  Number product;
-  multiply_word(product, constant, n + 1, multiple);
-  subtract(r, r, product, n + 1);
+std::optional<QuarnFloat> rounded_if_decided(const DecimalLimbs& x) {
+  const int digits = QuarnDigits();
+  if (x.digits <= digits || !rounds_safely(x.limbs, x.length, digits, x.digits)) {
+    return std::nullopt;
+  }
+  return rounded(x.negative, x.exponent, x.limbs, x.length, false, digits);
 }
 
-double to_double(const Word* x, int n) { return double(x[n]) + std::ldexp(double(x[n - 1]), -kBits); }
+/// n + 1, of the same kind.
+template <int N>
+Constant<N + 1> one_more(Constant<N>) {
+  return {};
+}
+int one_more(int n) { return n + 1; }
+
+double to_double(const Word* x, int n) {
+  constexpr double kUnit = 1.0 / (65536.0 * 65536.0);
+  return double(x[n]) + double(x[n - 1]) * (kBits == 64 ? kUnit * kUnit : kUnit);
+}
 
 /// r mod constant for r >= 0, and the quotient, which is below 2^kBits.
-Word reduce(Word* r, const Word* constant, int n) {
-  const double estimate = to_double(r, n) / to_double(constant, n);
-  Word quotient = Word(estimate);
-  take_multiple(r, quotient, constant, n);
+template <class Length>
+Word reduce(Word* r, const Word* constant, Length n) {
+  Word quotient = Word(to_double(r, n) / to_double(constant, n));
+  Word multiple[kIsConstant<Length> ? 12 : kMaxWords];
+  multiply_word(multiple, constant, n + 1, quotient);
+  subtract(r, r, multiple, n + 1);
   // The estimate is at most one off: below, or above, which shows as a negative rest.
   if (r[n] >> (kBits - 1) != 0) {
     add(r, r, constant, n + 1);
     --quotient;
   }
-  Number rest;
-  if (subtract(rest, r, constant, n + 1) == 0) {
-    std::copy_n(rest.words, n + 1, r);
+  if (subtract(multiple, r, constant, n + 1) == 0) {
+    std::copy_n(multiple, n + 1, r);
     ++quotient;
   }
   return quotient;
@@ -157,144 +172,208 @@ void sin_cos_of_rest(Word* s, Word* c, Word* r, Length n) {
   c[n] += 1;
 }
 
-}  // namespace
-
-std::optional<Approximation> exp(const QuarnFloat& x, int w) {
+/// Each of these is false outside the range of this road.
+bool exp_digits(const QuarnFloat& x, int w, DecimalLimbs& out) {
   const View v = view_of(x);
   const int n = words_for(w, 0);
   if (!in_range(n) || v.exponent > 9) {
-    return std::nullopt;
+    return false;
   }
   prepare_tables(n + 1);
-  // One word more for the multiple of ln 10, which has up to 30 bits.
-  Number wide;
-  from_decimal(wide, v, n + 1);
-  std::int64_t power = std::int64_t(reduce(wide, ln10(n + 1), n + 1));
-  if (v.negative) {
-    reflect(wide, ln10(n + 1), n + 1);
-    power = -power - 1;
-  }
-  const int doublings = int(reduce(wide, ln2(n + 1), n + 1));
-  Number sum;
-  with_length(n, [&](auto length) { exp_of_rest(sum.words, wide.words + 1, length); });
-  const int digits = certain_digits(sum, n);
-  shift_up(sum, sum, n + 1, doublings);
-  return Approximation{to_decimal(false, sum, n, power), digits};
+  with_length(n, [&](auto length) {
+    // One word more for the multiple of ln 10, which has up to 30 bits.
+    const auto more = one_more(length);
+    Word wide[kIsConstant<decltype(length)> ? 12 : kMaxWords];
+    from_decimal(wide, v, more);
+    std::int64_t power = std::int64_t(reduce(wide, ln10(more), more));
+    if (v.negative) {
+      reflect(wide, ln10(more), more);
+      power = -power - 1;
+    }
+    const int doublings = int(reduce(wide, ln2(more), more));
+    Word sum[kIsConstant<decltype(length)> ? 12 : kMaxWords];
+    exp_of_rest(sum, wide + 1, length);
+    out.digits = certain_digits(sum, length);
+    shift_up(sum, sum, length + 1, doublings);
+    out.set(sum, length, power);
+  });
+  return true;
 }
 
-std::optional<Approximation> log(const QuarnFloat& x, int w) {
-  const View v = view_of(x);
-  const bool low = leading_fraction(x) < 0.316;
+/// log(0.L0 L1 ... * 10^exponent) of v with n words; returns the digits that are certain.
+template <class Length>
+int log_with(const View& v, Length n, DecimalLimbs& out) {
+  constexpr int kSize = kIsConstant<Length> ? 12 : kMaxWords;
+  const auto more = one_more(n);
+  const bool low = v.limbs[0] < Radix::base / 1000 * 316;
   const std::int64_t e = v.exponent - (low ? 1 : 0);
-  int slack = 0;
-  for (;;) {
+  // m = x / 10^e from 0.316 to 3.16, doubled or halved into [1, 2).
+  Word m[kSize];
+  from_decimal(m, {false, low ? 1 : 0, v.limbs, v.length}, n);
+  int doublings = 0;
+  if (m[n] == 0) {
+    doublings = 1 - int(m[n - 1] >> (kBits - 1)) + 1;
+    shift_up(m, m, more, doublings);
+  } else if (m[n] > 1) {
+    doublings = -1;
+    shift_down(m, m, more, 1);
+  }
+  // u = m f - 1 for f = factor / 512 just above 1 / m.
+  const int leading = int(m[n - 1] >> (kBits - 8));
+  const Word factor = (131'072 + 255 + Word(leading)) / (256 + Word(leading));
+  multiply_word(m, m, more, factor);
+  shift_down(m, m, more, 9);
+  Word sum[kSize];
+  std::copy_n(log_entry(0, int(factor) - 256, factor, n), int(n), sum);
+  sum[n] = 0;
+  Word* const u = m;
+  u[n] = 0;
+  Word product[kSize + 1];
+  const int stages = std::min(std::max(3, n * kBits / 400 + 1), kMaxStages);
+  for (int stage = 1; stage < stages; ++stage) {
+    // u' = (1 + u)(1 - d) - 1 = u - d - u d, d just below 1 - 1 / (1 + j / 2^place).
+    const int place = kStageBits * (stage + 1);
+    const int j = top_bits(u, n, kStageBits * stage);
+    if (j == 0) {
+      continue;
+    }
+    const int places = kStageBits * stage + 30;
+    const std::uint64_t d = place >= 40
+                                ? (std::uint64_t(j) << 22) - 1
+                                : (std::uint64_t(j) << places) / ((std::uint64_t(1) << place) + std::uint64_t(j));
+    product[n] = multiply_word(product, u, n, Word(d));
+    shift_down(product, product, more, places);
+    subtract(u, u, product, n);
+    std::fill_n(product, int(n), Word(0));
+    product[0] = Word(d);
+    shift_up(product, product, n, n * kBits - places);
+    subtract(u, u, product, n);
+    sum[n] += add(sum, sum, log_entry(stage, j, Word(d), n), n);
+  }
+  Word rest[kSize];
+  log_series(rest, u, n, kStageBits * stages - 1);
+  sum[n] += add(sum, sum, rest, n);
+  // log x = sum - doublings ln 2 + e ln 10
+  if (doublings != 0) {
+    multiply_word(product, ln2(n), more, Word(std::abs(doublings)));
+    if (doublings > 0) {
+      subtract(sum, sum, product, more);
+    } else {
+      add(sum, sum, product, more);
+    }
+  }
+  bool negative = sum[n] >> (kBits - 1) != 0;
+  if (e != 0) {
+    multiply_word(product, ln10(more), n + 2, Word(std::abs(e)));
+    const Word* const multiple = product + 1;
+    // |e ln 10| is the larger one.
+    if (e > 0) {
+      add(sum, multiple, sum, more);
+    } else {
+      subtract(sum, multiple, sum, more);
+    }
+    negative = e < 0;
+  } else if (negative) {
+    negate(sum, sum, more);
+  }
+  out.negative = negative;
+  out.digits = certain_digits(sum, n);
+  if (out.digits > 0) {
+    out.set(sum, n, 0);
+  }
+  return out.digits;
+}
+
+bool log_digits(const QuarnFloat& x, int w, DecimalLimbs& out) {
+  for (int slack = 0;;) {
     const int n = words_for(w, slack + 3);
     if (!in_range(n)) {
-      return std::nullopt;
+      return false;
     }
     prepare_tables(n + 1);
-    // m = x / 10^e from 0.316 to 3.16, doubled or halved into [1, 2).
-    Number m;
-    from_decimal(m, {false, low ? 1 : 0, v.limbs, v.length}, n);
-    int doublings = 0;
-    if (m[n] == 0) {
-      doublings = 1 - int(m[n - 1] >> (kBits - 1)) + 1;
-      shift_up(m, m, n + 1, doublings);
-    } else if (m[n] > 1) {
-      doublings = -1;
-      shift_down(m, m, n + 1, 1);
+    const int digits = with_length(n, [&](auto length) { return log_with(view_of(x), length, out); });
+    if (digits >= w) {
+      return true;
     }
-    // u = m f - 1 for f = factor / 512 just above 1 / m.
-    const int leading = int(m[n - 1] >> (kBits - 8));
-    const Word factor = (131'072 + 255 + Word(leading)) / (256 + Word(leading));
-    multiply_word(m, m, n + 1, factor);
-    shift_down(m, m, n + 1, 9);
-    Number sum;
-    std::copy_n(log_entry(0, int(factor) - 256, factor, n), n, sum.words);
-    sum[n] = 0;
-    Word* const u = m.words;
-    u[n] = 0;
-    const int stages = std::min(std::max(3, n * kBits / 400 + 1), kMaxStages);
-    for (int stage = 1; stage < stages; ++stage) {
-      // u' = (1 + u)(1 - d) - 1 = u - d - u d, d just below 1 - 1 / (1 + j / 2^place).
-      const int place = kStageBits * (stage + 1);
-      const int j = top_bits(u, n, kStageBits * stage);
-      if (j == 0) {
-        continue;
-      }
-      const int places = kStageBits * stage + 30;
-      const std::uint64_t d = place >= 40
-                                  ? (std::uint64_t(j) << 22) - 1
-                                  : (std::uint64_t(j) << places) / ((std::uint64_t(1) << place) + std::uint64_t(j));
-      Number product;
-      product[n] = multiply_word(product, u, n, Word(d));
-      shift_down(product, product, n + 1, places);
-      subtract(u, u, product, n);
-      std::fill_n(product.words, n, Word(0));
-      product[0] = Word(d);
-      shift_up(product, product, n, n * kBits - places);
-      subtract(u, u, product, n);
-      sum[n] += add(sum, sum, log_entry(stage, j, Word(d), n), n);
-    }
-    Number rest;
-    with_length(n, [&](auto length) { log_series(rest.words, u, length, kStageBits * stages - 1); });
-    sum[n] += add(sum, sum, rest, n);
-    // log x = sum - doublings ln 2 + e ln 10
-    Number product;
-    if (doublings != 0) {
-      multiply_word(product, ln2(n), n + 1, Word(std::abs(doublings)));
-      if (doublings > 0) {
-        subtract(sum, sum, product, n + 1);
-      } else {
-        add(sum, sum, product, n + 1);
-      }
-    }
-    bool negative = sum[n] >> (kBits - 1) != 0;
-    if (e != 0) {
-      multiply_word(product, ln10(n + 1), n + 2, Word(std::abs(e)));
-      Word* const multiple = product.words + 1;
-      // |e ln 10| is the larger one.
-      if (e > 0) {
-        add(sum, multiple, sum, n + 1);
-      } else {
-        subtract(sum, multiple, sum, n + 1);
-      }
-      negative = e < 0;
-    } else if (negative) {
-      negate(sum, sum, n + 1);
-    }
-    const Approximation result = finish(negative, sum, n, 0);
-    if (result.digits >= w) {
-      return result;
-    }
-    slack += std::max(8, std::min(int((w - result.digits) * 3.33), n * kBits) + 4);
+    slack += std::max(8, std::min(int((w - digits) * 3.33), n * kBits) + 4);
   }
 }
 
-std::optional<SinCosApproximation> sin_cos(const QuarnFloat& x, int w) {
+bool sin_cos_digits(const QuarnFloat& x, int w, DecimalLimbs& sine, DecimalLimbs& cosine) {
   const View v = view_of(x);
   const int zeros = v.exponent < 0 && v.exponent > -10'000 ? int(double(-v.exponent) * 3.33) : 0;
   const int n = words_for(w, zeros + 4);
   if (!in_range(n) || v.exponent > 9 || v.exponent <= -10'000) {
-    return std::nullopt;
+    return false;
   }
   prepare_tables(n + 1);
-  Number wide;
-  from_decimal(wide, v, n + 1);
-  const int quadrant = int(reduce(wide, half_pi(n + 1), n + 1) & 3);
-  // Angles above pi/4, or nearly so, are taken from the other side.
-  Word* const r = wide.words + 1;
-  const bool reflected = to_double(r, n) > 0.785;
-  if (reflected) {
-    reflect(wide, half_pi(n + 1), n + 1);
+  with_length(n, [&](auto length) {
+    constexpr int kSize = kIsConstant<decltype(length)> ? 12 : kMaxWords;
+    const auto more = one_more(length);
+    Word wide[kSize];
+    from_decimal(wide, v, more);
+    const int quadrant = int(reduce(wide, half_pi(more), more) & 3);
+    // Angles above pi/4, or nearly so, are taken from the other side.
+    const bool reflected = to_double(wide + 1, length) > 0.785;
+    if (reflected) {
+      reflect(wide, half_pi(more), more);
+    }
+    Word s[kSize];
+    Word c[kSize];
+    sin_cos_of_rest(s, c, wide + 1, length);
+    const bool swapped = reflected != (quadrant % 2 == 1);
+    sine.negative = (quadrant >= 2) != v.negative;
+    cosine.negative = quadrant == 1 || quadrant == 2;
+    for (const bool upper : {false, true}) {
+      const Word* const value = upper ? c : s;
+      DecimalLimbs& out = upper != swapped ? cosine : sine;
+      out.digits = certain_digits(value, length);
+      if (out.digits > 0) {
+        out.set(value, length, 0);
+      }
+    }
+  });
+  return true;
+}
+
+}  // namespace
+
+std::optional<Approximation> exp(const QuarnFloat& x, int w) {
+  DecimalLimbs value;
+  return exp_digits(x, w, value) ? std::optional(approximation(value)) : std::nullopt;
+}
+
+std::optional<Approximation> log(const QuarnFloat& x, int w) {
+  DecimalLimbs value;
+  return log_digits(x, w, value) ? std::optional(approximation(value)) : std::nullopt;
+}
+
+std::optional<SinCosApproximation> sin_cos(const QuarnFloat& x, int w) {
+  DecimalLimbs sine;
+  DecimalLimbs cosine;
+  if (!sin_cos_digits(x, w, sine, cosine)) {
+    return std::nullopt;
   }
-  Number s;
-  Number c;
-  with_length(n, [&](auto length) { sin_cos_of_rest(s.words, c.words, r, length); });
-  const bool swapped = reflected != (quadrant % 2 == 1);
-  const bool sin_negative = (quadrant >= 2) != v.negative;
-  const bool cos_negative = quadrant == 1 || quadrant == 2;
-  return SinCosApproximation{finish(sin_negative, swapped ? c : s, n, 0), finish(cos_negative, swapped ? s : c, n, 0)};
+  return SinCosApproximation{approximation(sine), approximation(cosine)};
+}
+
+std::optional<QuarnFloat> rounded_exp(const QuarnFloat& x) {
+  DecimalLimbs value;
+  return exp_digits(x, QuarnDigits() + kFirstExtraDigits, value) ? rounded_if_decided(value) : std::nullopt;
+}
+
+std::optional<QuarnFloat> rounded_log(const QuarnFloat& x) {
+  DecimalLimbs value;
+  return log_digits(x, QuarnDigits() + kFirstExtraDigits, value) ? rounded_if_decided(value) : std::nullopt;
+}
+
+RoundedSinCos rounded_sin_cos(const QuarnFloat& x) {
+  DecimalLimbs sine;
+  DecimalLimbs cosine;
+  if (!sin_cos_digits(x, QuarnDigits() + kFirstExtraDigits, sine, cosine)) {
+    return {};
+  }
+  return {rounded_if_decided(sine), rounded_if_decided(cosine)};
 }
 
 }  // namespace quarn::fixed

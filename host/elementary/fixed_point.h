@@ -27,4 +27,14 @@ std::optional<Approximation> exp(const QuarnFloat& x, int w);
 std::optional<Approximation> log(const QuarnFloat& x, int w);
 std::optional<SinCosApproximation> sin_cos(const QuarnFloat& x, int w);
 
+// The same rounded to the working digits, where a few digits more decide that.
+std::optional<QuarnFloat> rounded_exp(const QuarnFloat& x);
+std::optional<QuarnFloat> rounded_log(const QuarnFloat& x);
+
+struct RoundedSinCos {
+  std::optional<QuarnFloat> sin;
+  std::optional<QuarnFloat> cos;
+};
+RoundedSinCos rounded_sin_cos(const QuarnFloat& x);
+
 }  // namespace quarn::fixed

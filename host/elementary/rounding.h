@@ -4,28 +4,14 @@
 #include <optional>
 
 #include "host/elementary/approximate.h"
-#include "host/elementary/fixed_point.h"
 
 namespace quarn {
 
 /// Whether every number within 10^-w (relative) of the approximation rounds alike to `digits` digits, digits < w.
 bool rounds_safely(const QuarnFloat& approximation, int digits, int w) noexcept;
 
-/// What the fast road is asked for first: four digits more leave one call in 250 undecided.
-inline constexpr int kFirstExtraDigits = 4;
-
-/// The result rounded, if the approximation decides it.
-inline std::optional<QuarnFloat> decided(const fixed::Approximation& approximation) {
-  const int digits = QuarnDigits();
-  if (approximation.digits <= digits || !rounds_safely(approximation.value, digits, approximation.digits)) {
-    return std::nullopt;
-  }
-  return rounded(approximation.value, digits);
-}
-
-inline std::optional<QuarnFloat> decided(const std::optional<fixed::Approximation>& approximation) {
-  return approximation ? decided(*approximation) : std::nullopt;
-}
+/// The same for 0.L0 L1 ..., L0 not zero, any number of digits.
+bool rounds_safely(const Limb* limbs, std::size_t length, int digits, int w) noexcept;
 
 /// Ziv's strategy (1991, "Fast evaluation of elementary mathematical functions with correctly rounded last bit"):
 /// approximate(w) delivers the result to a relative error of 10^-w; it is asked for more digits until the rounding is

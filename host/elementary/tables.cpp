@@ -32,6 +32,8 @@ namespace {
 constexpr int coefficients_for(int words) { return words * kBits / 23 + 3; }
 constexpr int kMaxCoefficients = coefficients_for(kMaxWords);
 
+constexpr int kEverydayWords = 640 / kBits;
+
 struct Tables {
   int words = 0;
   LazyTable inverse_integers{kMaxCoefficients, 1};
@@ -52,9 +54,11 @@ struct Tables {
   void fill_coefficients();
 };
 
-Tables& tables() {
-  static Tables& all = *new Tables;
-  return all;
+/// The tables that serve n words: everyday lengths have their own, which stay small enough for the nearer caches.
+Tables& tables(int n) {
+  static Tables& shorter = *new Tables;
+  static Tables& longer = *new Tables;
+  return n < kEverydayWords ? shorter : longer;
 }
 
 void Tables::fill_coefficients() {
@@ -71,8 +75,8 @@ void Tables::grow(int n) {
   if (n < words) {
     return;
   }
-  // One guard word; short tables serve all everyday precisions.
-  words = std::min(std::max(n + 1 + n / 4, 640 / kBits), kMaxWords - 4);
+  // One guard word.
+  words = std::min(std::max(n + 1 + n / 4, kEverydayWords), kMaxWords - 4);
   fill_coefficients();
   for (int stage = 0; stage < kMaxStages; ++stage) {
     exp_stages[std::size_t(stage)].grow(words);
@@ -90,7 +94,7 @@ void Tables::grow(int n) {
 }
 
 const Word* constant(std::size_t index, int n) {
-  const Tables& all = tables();
+  const Tables& all = tables(n);
   return &all.constants[index * std::size_t(all.words + 1)] + (all.words - n);
 }
 
@@ -156,16 +160,20 @@ void log_by_series(Word* out, Word factor, int places, int n) {
 
 }  // namespace
 
-void prepare_tables(int n) { tables().grow(n); }
+void prepare_tables(int n) {
+  // A caller who has some of its numbers a word longer also uses the length before.
+  tables(n - 1).grow(n - 1);
+  tables(n).grow(n);
+}
 
-const Word* inverse_integer(int k, int n) { return tables().inverse_integers.leading(k, 0, n); }
+const Word* inverse_integer(int k, int n) { return tables(n).inverse_integers.leading(k, 0, n); }
 
 const Word* ln10(int n) { return constant(0, n); }
 const Word* ln2(int n) { return constant(1, n); }
 const Word* half_pi(int n) { return constant(2, n); }
 
 const Word* exp_entry(int stage, int j, int n) {
-  LazyTable& table = tables().exp_stages[std::size_t(stage)];
+  LazyTable& table = tables(n).exp_stages[std::size_t(stage)];
   if (!table.filled(j)) {
     Number angle;
     const int words = table.words();
@@ -178,7 +186,7 @@ const Word* exp_entry(int stage, int j, int n) {
 namespace {
 
 const Word* sin_cos_entry(int column, int stage, int j, int n) {
-  LazyTable& table = tables().sin_cos_stages[std::size_t(stage)];
+  LazyTable& table = tables(n).sin_cos_stages[std::size_t(stage)];
   if (!table.filled(j)) {
     Number angle;
     const int words = table.words();
@@ -194,7 +202,7 @@ const Word* sin_entry(int stage, int j, int n) { return sin_cos_entry(0, stage, 
 const Word* versine_entry(int stage, int j, int n) { return sin_cos_entry(1, stage, j, n); }
 
 const Word* log_entry(int stage, int j, Word factor, int n) {
-  LazyTable& table = tables().log_stages[std::size_t(stage)];
+  LazyTable& table = tables(n).log_stages[std::size_t(stage)];
   if (stage == 0) {
     log_of_quotient(table, factor, table.words());
   } else if (!table.filled(j)) {

@@ -80,17 +80,18 @@ void factorial_sum(Word* out, const Coefficients& table, const Powers<Length>& p
     }
     if (i-- == 0) {
       i = m - 1;
-      --row;
-      const Word whole = sum[n];
-      if constexpr (kIsConstant<Length>) {
-        multiply_high(sum, sum, powers.leading(m, n), length);
-      } else {
-        multiply_high(low, low, powers.leading(m, used), used);
-      }
-      sum[n] = add_product(low, powers.leading(m, used), used, whole);
-      const int longer = words_of(row);
+      // The power must be good for the row that the product goes to.
+      const int longer = words_of(--row);
       std::fill(sum + (n - longer), low, Word(0));
       used = longer;
+      Word* const top = sum + (n - used);
+      const Word whole = sum[n];
+      if constexpr (kIsConstant<Length>) {
+        multiply_high(top, top, powers.leading(m, used), length);
+      } else {
+        multiply_high(top, top, powers.leading(m, used), used);
+      }
+      sum[n] = add_product(top, powers.leading(m, used), used, whole);
     }
   }
   std::copy_n(sum, n, out);
@@ -238,7 +239,8 @@ void log_series(Word* out, const Word* u, Length n, int bits) {
   if (!kIsConstant<Length> && n * kBits >= kConcurrentBits) {
     concurrent_sums(sum, u, n, bits);
   } else {
-    horner(sum.words, u, n, bits, n * kBits, [](int k, int length) { return inverse_integer(k + 2, length); });
+    horner(sum.words, u, n, bits, n * kBits,
+           [n](int k, int length) { return inverse_integer(k + 2, n) + (n - length); });
   }
   multiply_high(sum.words, sum.words, u, n);
   multiply_high(sum.words, sum.words, u, n);

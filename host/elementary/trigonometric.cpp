@@ -1,11 +1,11 @@
 // sin, cos, tan and their inverses.
+#include "host/elementary/fixed_point.h"
 #include "host/elementary/rounding.h"
 
 using quarn::approximate_atan;
 using quarn::approximate_pi;
 using quarn::approximate_sin_cos;
 using quarn::correctly_rounded;
-using quarn::decided;
 using quarn::Kind;
 using quarn::kind_of;
 using quarn::kMaxAngleExponent;
@@ -57,23 +57,20 @@ std::optional<QuarnFloat> exact_quotient(const QuarnFloat& y, const QuarnFloat& 
 struct LastAngle {
   QuarnFloat x;
   int digits = 0;
-  std::optional<QuarnFloat> sin;
-  std::optional<QuarnFloat> cos;
+  quarn::fixed::RoundedSinCos values;
 };
 
 /// Sine and cosine of x where the fast road decides them.
-const LastAngle& sin_cos_at_once(const QuarnFloat& x) {
+const quarn::fixed::RoundedSinCos& sin_cos_at_once(const QuarnFloat& x) {
   // Never destroyed: the storage that it would return to may be gone by then.
   static LastAngle& last = *new LastAngle;
   const int digits = QuarnDigits();
   if (last.digits != digits || last.x != x) {
     last.x = x;
     last.digits = digits;
-    const auto pair = quarn::fixed::sin_cos(x, digits + quarn::kFirstExtraDigits);
-    last.sin = pair ? decided(pair->sin) : std::nullopt;
-    last.cos = pair ? decided(pair->cos) : std::nullopt;
+    last.values = quarn::fixed::rounded_sin_cos(x);
   }
-  return last;
+  return last.values;
 }
 
 }  // namespace
