@@ -116,8 +116,11 @@ void register_boost(std::integer_sequence<unsigned, kDigits...>) {
 /// Registers an operation for every peer at every digit count. Operation has a `name`, `positive` (operands above zero
 /// only), and apply(T& result, const T& a, const T& b) with an overload for RawMpfr.
 template <class Operation>
-bool register_operation() {
-  for (const int digits : {20, 50, 100, 200, 1000, 10000, 100000}) {
+bool register_operation(int most_digits = 100'000) {
+  for (const int digits : {20, 50, 100, 200, 1000, 10'000, 100'000, 1'000'000}) {
+    if (digits > most_digits) {
+      break;
+    }
     register_peer<Operation, QuarnFloat>("quarn", digits);
     register_peer<Operation, RawMpfr>("mpfr", digits);
     register_peer<Operation, mpfr::mpreal>("mpreal", digits);

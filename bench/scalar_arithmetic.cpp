@@ -79,7 +79,7 @@ struct MultiplyAdd {
   }
 };
 
-const bool registered = register_operation<Add>() && register_operation<Subtract>() && register_operation<Multiply>() &&
+const bool registered = register_operation<Add>() && register_operation<Subtract>() && register_operation<Multiply>(1'000'000) &&
                         register_operation<Divide>() && register_operation<SquareRoot>() &&
                         register_operation<MultiplyAdd>();
 

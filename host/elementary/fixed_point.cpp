@@ -7,15 +7,11 @@
 #include "host/elementary/rounding.h"
 #include "host/elementary/taylor.h"
 
-// Error bounds, in units of the last fraction word's last bit, n words. Conversion of the argument: 2. Each product of
-// fractions: n. Each table entry or constant: 2. A Taylor sum: 2n + 4 with the terms of its statement. A look-up of exp
-// is one product and one entry; of sin and cos two products and two entries for each of them, on errors that grow at
-// most by sqrt(2); of log 2 and an entry. With at most 8 stages, of which exp uses 5, sin and cos 3 and only 2 up to 10
-// words, everything stays below 64 n units (exp: after the last product by a number below 2).
 namespace quarn::fixed {
 namespace {
 
-int error_bits(int n) { return 6 + int(std::bit_width(unsigned(n))); }
+/// The error of a result of n words is below 2^(error_bits - 1) units of the last one: docs/accuracy.md counts.
+int error_bits(int n) { return 5 + int(std::bit_width(unsigned(n))); }
 
 /// Words for w digits after `slack` bits of zeros.
 int words_for(int w, int slack) {
@@ -54,6 +50,7 @@ int take_bits(Word* x, int n, int stage) {
 
 /// Digits that a number of n fraction words and an integer word has for certain.
 int certain_digits(const Word* x, int n) {
+  // x >= 2^(-zeros - 1): the bit that this costs is the one that error_bits has to spare.
   const int zeros = leading_zeros(x, n + 1) - kBits;
   return std::max(int((n * kBits - zeros - error_bits(n)) * 0.30102999), 0);
 }
@@ -229,7 +226,7 @@ int log_with(const View& v, Length n, DecimalLimbs& out) {
   Word* const u = m;
   u[n] = 0;
   Word product[kSize + 1];
-  const int stages = std::min(std::max(3, n * kBits / 400 + 1), kMaxStages);
+  const int stages = std::min(3 + n * kBits / 256, kMaxStages);
   for (int stage = 1; stage < stages; ++stage) {
     // u' = (1 + u)(1 - d) - 1 = u - d - u d, d just below 1 - 1 / (1 + j / 2^place).
     const int place = kStageBits * (stage + 1);

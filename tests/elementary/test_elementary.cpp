@@ -109,3 +109,21 @@ TEST_CASE("functions of one argument are correctly rounded at 1 to 1000 digits")
   }
   MESSAGE("largest error in units of the last place: " << worst);
 }
+
+TEST_CASE("exp, log, sin and cos are correctly rounded at every length of their fixed-point numbers") {
+  std::mt19937 random(kSeed + 1);
+  double worst = 0.0;
+  std::vector<int> lengths;
+  for (int digits = 14; digits < 420; digits += 18) {
+    lengths.push_back(digits);
+  }
+  lengths.insert(lengths.end(), {700, 1300, 2000, 2800});
+  for (const Case1& f : kCases1) {
+    const std::string name = f.name;
+    if (name == "exp" || name == "log" || name == "sin" || name == "cos") {
+      for (const int digits : lengths) {
+        check_one(f, random_argument(random, f.ranges[0], digits), digits, worst);
+      }
+    }
+  }
+}
