@@ -12,6 +12,50 @@ using tesk2mp::Triangle;
 /// One of the two, as the entries ask for.
 using AnySparse = std::variant<SparseMatrix<Real>, SparseMatrix<Complex>>;
 
+/// y := function(x), of one vector in Python.
+void call_with_vector(const py::function& function, std::span<const Real> x, std::span<Real> y) {
+  const std::vector<Real> result = to_vector<Real>(function(from(std::vector<Real>(x.begin(), x.end()), py::none())));
+  if (result.size() != y.size()) {
+    throw py::value_error("the function gave " + std::to_string(result.size()) + " numbers for " +
+                          std::to_string(y.size()));
+  }
+  std::copy(result.begin(), result.end(), y.begin());
+}
+
+py::tuple solve_iteratively(const py::object& a, const py::object& b, const py::object& preconditioner,
+                            const std::string& method, Integer order, const py::object& tolerance,
+                            Integer most_iterations, const py::object& guess) {
+  using tesk2mp::Method;
+  tesk2mp::SolverOptions options;
+  options.method = option_of<Method>(
+      "method", method,
+      {{"rgmres", Method::rgmres}, {"cgs", Method::cgs}, {"bicgstab", Method::bicgstab}, {"tfqmr", Method::tfqmr}});
+  options.order = order;
+  options.tolerance = to_real(tolerance);
+  options.most_iterations = most_iterations;
+  std::function<void(std::span<const Real>, std::span<Real>)> precondition;
+  if (!preconditioner.is_none()) {
+    precondition = [function = py::function(preconditioner)](std::span<const Real> x, std::span<Real> y) {
+      call_with_vector(function, x, y);
+    };
+  }
+  const std::vector<Real> right = to_vector<Real>(b);
+  const std::vector<Real> first = guess.is_none() ? std::vector<Real>() : to_vector<Real>(guess);
+  const auto solved = [&](const auto& matrix) {
+    const tesk2mp::IterativeSolution solution = tesk2mp::solve_iteratively(matrix, right, options, precondition, first);
+    return py::make_tuple(from(solution.x, b), from(solution.residual, b), long(solution.progress.iterations));
+  };
+  if (!py::isinstance<AnySparse>(a)) {
+    const auto function = py::cast<py::function>(a);
+    return solved([&](std::span<const Real> x, std::span<Real> y) { call_with_vector(function, x, y); });
+  }
+  const auto* matrix = std::get_if<SparseMatrix<Real>>(&py::cast<const AnySparse&>(a));
+  if (matrix == nullptr) {
+    throw py::type_error("the iterative solver is for real matrices");
+  }
+  return solved(*matrix);
+}
+
 /// Solves for a vector or for the columns of a matrix.
 template <class T, class Factorisation>
 py::object solve_with(const Factorisation& factorisation, py::handle b) {
@@ -200,6 +244,24 @@ read. NumericalFailure when it is not positive definite.
 [[Decimal('2'), Decimal('0')], [Decimal('1'), Decimal('2')]]
 )");
   add_sparse(module);
+  module.def(
+      "solve_iteratively", solve_iteratively, py::arg("a"), py::arg("b"), py::arg("preconditioner") = py::none(),
+      py::arg("method") = "rgmres", py::arg("order") = 0, py::arg("tolerance") = 0, py::arg("most_iterations") = 1000,
+      py::arg("guess") = py::none(),
+      R"(solve_iteratively(a, b, preconditioner=None, method='rgmres', order=0, tolerance=0, most_iterations=1000, guess=None)
+
+The solution of a x = b by iteration: (x, residual b - a x, number of iterations). a: a SparseMatrix, or a function that takes
+a list of n numbers and gives the n numbers of their product with the matrix. preconditioner: a function that solves with
+a matrix near a. method: 'rgmres', 'cgs', 'bicgstab' or 'tfqmr'; order: iterations to a restart of RGMRES, the order of
+BICGSTAB, 0 for the usual one. tolerance: 0 for the square root of the machine precision. NumericalFailure when the method
+breaks down or runs out of iterations.
+
+>>> a = SparseMatrix(2, [(0, 0, 4), (0, 1, 1), (1, 0, 2), (1, 1, 3)])
+>>> with digits(30):
+...     x, residual, iterations = solve_iteratively(a, [1, 2], tolerance='1e-25')
+>>> [round(number, 20) for number in x], iterations
+([Decimal('0.10000000000000000000'), Decimal('0.60000000000000000000')], 2)
+)");
 }
 
 }  // namespace python

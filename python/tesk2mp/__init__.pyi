@@ -1,4 +1,4 @@
-from collections.abc import Iterable, Sequence
+from collections.abc import Callable, Iterable, Sequence
 from decimal import Decimal
 from fractions import Fraction
 from types import TracebackType
@@ -82,6 +82,16 @@ def norm(a: Matrix | Vector, kind: str = "frobenius") -> Decimal: ...
 def solve(
     a: Matrix, b: Vector | Matrix
 ) -> list[Decimal] | list[Complex] | list[list[Decimal]] | list[list[Complex]]: ...
+def solve_iteratively(
+    a: SparseMatrix | Callable[[list[Decimal]], Sequence[Real]],
+    b: Sequence[Real],
+    preconditioner: Callable[[list[Decimal]], Sequence[Real]] | None = None,
+    method: str = "rgmres",
+    order: int = 0,
+    tolerance: Real = 0,
+    most_iterations: int = 1000,
+    guess: Sequence[Real] | None = None,
+) -> tuple[list[Decimal], list[Decimal], int]: ...
 def determinant(a: Matrix) -> Decimal | Complex: ...
 def inverse(a: Matrix) -> list[list[Decimal]] | list[list[Complex]]: ...
 def lu(a: Matrix) -> tuple[list[list[Decimal]] | list[list[Complex]], list[int]]: ...

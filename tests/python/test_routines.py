@@ -116,6 +116,41 @@ class Linear(unittest.TestCase):
         self.assertEqual(hermitian.multiply([1, 1]), [tesk2mp.Complex(0, -1), tesk2mp.Complex(0, 1)])
 
 
+class Iterative(unittest.TestCase):
+    def setUp(self):
+        entries = [(i, i, RANDOM.randint(40, 60)) for i in range(12)] + [(i, (i + 1) % 12, RANDOM.randint(-9, 9)) for i in range(12)]
+        self.matrix = tesk2mp.SparseMatrix(12, entries)
+        self.b = [RANDOM.randint(-9, 9) for _ in range(12)]
+
+    def check(self, *arguments, **options):
+        with tesk2mp.digits(40):
+            x, residual, iterations = tesk2mp.solve_iteratively(*arguments, tolerance="1e-30", **options)
+            rest = [p - q for p, q in zip(self.b, self.matrix.multiply(x))]
+        self.assertLess(max(map(abs, rest)), Decimal("1e-27"))
+        self.assertLess(max(abs(p - q) for p, q in zip(rest, residual)), Decimal("1e-27"))
+        return x, iterations
+
+    def test_methods(self):
+        for method in ("rgmres", "cgs", "bicgstab", "tfqmr"):
+            self.check(self.matrix, self.b, method=method)
+
+    def test_functions(self):
+        x, _ = self.check(self.matrix.multiply, self.b, preconditioner=lambda r: [each / 50 for each in r])
+        _, iterations = self.check(self.matrix, self.b, guess=x)
+        self.assertLessEqual(iterations, 1)
+
+    def test_what_goes_wrong(self):
+        with self.assertRaises(tesk2mp.NumericalFailure) as caught:
+            tesk2mp.solve_iteratively(self.matrix, self.b, most_iterations=1)
+        self.assertEqual((caught.exception.routine, caught.exception.code), ("F11BEF", 8))
+        with self.assertRaisesRegex(ZeroDivisionError, "division by zero"):
+            tesk2mp.solve_iteratively(lambda x: 1 / 0, self.b)
+        with self.assertRaisesRegex(ValueError, "the function gave 3 numbers for 12"):
+            tesk2mp.solve_iteratively(lambda x: x[:3], self.b)
+        with self.assertRaises(TypeError):
+            tesk2mp.solve_iteratively([[1]], self.b)
+
+
 class Eigen(unittest.TestCase):
     def test_against_numpy(self):
         a = integers(6, 6)

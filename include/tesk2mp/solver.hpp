@@ -1,0 +1,200 @@
+// Iterative solution of linear systems through the front door. Part of tesk2mp.hpp; iterative.h tells of the methods,
+// their criteria and what may go wrong.
+#pragma once
+
+#include <algorithm>
+#include <concepts>
+#include <functional>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "tesk2mp/sparse.hpp"
+
+namespace tesk2mp {
+
+enum class Method { rgmres, cgs, bicgstab, tfqmr };
+enum class VectorNorm : char { one = '1', infinity = 'I', two = '2' };
+/// When an iterate is good enough: by its residual b - A x beside |b| + |A| |x|, or by the preconditioned one. The
+/// first needs products with the transpose unless the norm of A is given.
+enum class Criterion : Integer { residual = 1, preconditioned_residual = 2 };
+
+/// How to iterate. Zeros mean what the comments say.
+struct SolverOptions {
+  Method method = Method::rgmres;
+  Integer order = 0;               ///< 0: RGMRES restarts every min(N, 30) iterations, BICGSTAB is of order 1
+  Real tolerance = 0;              ///< 0: the square root of the machine precision
+  Integer most_iterations = 1000;  ///
+  Criterion criterion = Criterion::preconditioned_residual;
+  VectorNorm norm = VectorNorm::infinity;
+  std::vector<Real> weights;        ///< of the norm; none: all the same
+  Real matrix_norm = 0;             ///< of A, for Criterion::residual; 0: estimated with products
+  Real largest_singular_value = 0;  ///< of M^-1 A, for the other one; 0: estimated on the way
+  Integer monitor = 0;              ///< every that many iterations Request::monitor; 0: never
+};
+
+/// What a step of IterativeSolver asks for: output() is to become A input(), A^T input() or M^-1 input(); or just to
+/// look, input() the iterate and output() its residual; or nothing any more.
+enum class Request : Integer { product = 1, transposed_product = -1, precondition = 2, monitor = 3, finished = 4 };
+
+/// How far a solver has got. The criterion holds when left <= right.
+struct Progress {
+  Integer iterations = 0;
+  Real left;
+  Real right;
+  Real matrix_norm;
+  Real largest_singular_value;
+};
+
+/// The solution of A x = b step by step, for those who want the loop in their own hands.
+///
+/// @code
+/// tesk2mp::IterativeSolver solver(b, {}, false, options);
+/// for (auto request = solver.next(); request != tesk2mp::Request::finished; request = solver.next()) {
+///   if (request == tesk2mp::Request::product) {
+///     multiply(solver.input(), solver.output());
+///   }
+/// }
+/// use(solver.solution());
+/// @endcode
+class IterativeSolver {
+ public:
+  /// b: the right-hand side. guess: the first iterate; empty: zeros. preconditioned: whether precondition is asked for.
+  IterativeSolver(std::span<const Real> b, std::span<const Real> guess, bool preconditioned,
+                  const SolverOptions& options)
+      : u_(guess.empty() ? std::vector<Real>(b.size()) : std::vector<Real>(guess.begin(), guess.end())),
+        v_(b.begin(), b.end()),
+        weights_(options.weights) {
+    detail::require(u_.size() == v_.size(), kSetUp, 6, "a first iterate of ", u_.size(), " elements for ", v_.size(),
+                    " equations");
+    detail::require(weights_.empty() || weights_.size() == v_.size(), kSetUp, 4, weights_.size(), " weights for ",
+                    v_.size(), " equations");
+    set_up(preconditioned, options);
+  }
+
+  /// Goes on once the last request is done. Throws NumericalFailure when the method breaks down (code 7), runs out of
+  /// iterations (8) or cannot get better at the working precision (9); solution() then is the last iterate.
+  Request next() { return step(request_); }
+  /// In place of next(): ends after this iteration, with all requests that it still needs.
+  Request finish_iteration() { return step(5); }
+  /// In place of next(): ends at once, with the last iterate that is complete.
+  void stop() { step(6); }
+
+  std::span<const Real> input() const { return u_; }
+  std::span<Real> output() { return v_; }
+  const std::vector<Real>& solution() const { return u_; }
+  const std::vector<Real>& residual() const { return v_; }
+  /// The criterion holds: not so after stop(), finish_iteration() or an exception.
+  bool converged() const { return converged_; }
+
+  Progress progress() {
+    Progress progress;
+    const Integer length = detail::count_of(work_.size());
+    detail::call([&](Integer* ifail) {
+      QuarnMP_f11bff_(&progress.iterations, &progress.left, &progress.right, &progress.matrix_norm,
+                      &progress.largest_singular_value, work_.data(), &length, ifail);
+    });
+    return progress;
+  }
+
+ private:
+  static constexpr const char* kSetUp = "F11BDF";
+
+  void set_up(bool preconditioned, const SolverOptions& options) {
+    static constexpr const char* kNames[] = {"RGMRES", "CGS", "BICGSTAB", "TFQMR"};
+    const std::string method = kNames[std::size_t(options.method)];
+    const Integer n = detail::count_of(v_.size());
+    const Integer usual = options.method == Method::rgmres ? std::min<Integer>(n, 30) : 1;
+    const Integer order = options.order == 0 ? usual : options.order;
+    const auto criterion = Integer(options.criterion);
+    Integer needed = 0;
+    const auto attempt = [&](Integer* ifail) {
+      const Integer length = detail::count_of(work_.size());
+      QuarnMP_f11bdf_(method.c_str(), detail::Option(preconditioned ? 'P' : 'N'), detail::Option(options.norm),
+                      detail::Option(weights_.empty() ? 'N' : 'W'), &criterion, &n, &order, &options.tolerance,
+                      &options.most_iterations, &options.matrix_norm, &options.largest_singular_value, &options.monitor,
+                      &needed, work_.data(), &length, ifail, int(method.size()), 1, 1, 1);
+    };
+    {
+      // Without workspace it only tells how much it needs; what else is wrong it will say again.
+      const detail::Listener quiet;
+      Integer ifail = 1;
+      attempt(&ifail);
+    }
+    work_.resize(std::size_t(std::max<Integer>(needed, 100)));
+    detail::call(attempt);
+  }
+
+  Request step(Integer answer) {
+    const Integer length = detail::count_of(work_.size());
+    const detail::Listener listener;
+    Integer ifail = 1;
+    request_ = answer;
+    QuarnMP_f11bef_(&request_, u_.data(), v_.data(), weights_.data(), work_.data(), &length, &ifail);
+    const bool asked_for = ifail >= 4 && ifail <= 6;
+    if (ifail != 0 && !asked_for) {
+      listener.raise({7, 8, 9});
+    }
+    converged_ = request_ == Integer(Request::finished) && ifail == 0;
+    return Request(request_);
+  }
+
+  std::vector<Real> u_;
+  std::vector<Real> v_;
+  std::vector<Real> weights_;
+  std::vector<Real> work_;
+  Integer request_ = 0;
+  bool converged_ = false;
+};
+
+/// What solve_iteratively() found.
+struct IterativeSolution {
+  std::vector<Real> x;
+  std::vector<Real> residual;  ///< b - A x
+  Progress progress;
+};
+
+namespace detail {
+
+/// y := A x or A^T x, whatever A is: a sparse matrix, or something to call with (x, y) or with (x, y, transposed).
+template <class Operator>
+void apply_operator(const Operator& a, std::span<const Real> x, std::span<Real> y, bool transposed) {
+  if constexpr (std::same_as<Operator, SparseMatrix<Real>>) {
+    a.multiply(x, y, transposed ? Op::transpose : Op::none);
+  } else if constexpr (std::invocable<const Operator&, std::span<const Real>, std::span<Real>, bool>) {
+    a(x, y, transposed);
+  } else {
+    require(!transposed, "F11BEF", 1,
+            "Criterion::residual without matrix_norm takes an operator that is called with "
+            "(x, y, transposed)");
+    a(x, y);
+  }
+}
+
+}  // namespace detail
+
+/// Solves A x = b iteratively. a: a SparseMatrix, or a function a(x, y) that sets y to A x (a(x, y, transposed) where
+/// A^T x may be asked for). precondition(x, y): sets y to M^-1 x; a null one is none. Throws as IterativeSolver does.
+///
+/// @code
+/// tesk2mp::SolverOptions options;
+/// options.tolerance = tesk2mp::Real(1, -30);
+/// const auto x = tesk2mp::solve_iteratively(matrix, b, options).x;
+/// @endcode
+template <class Operator>
+IterativeSolution solve_iteratively(
+    const Operator& a, std::span<const Real> b, const SolverOptions& options = {},
+    const std::function<void(std::span<const Real>, std::span<Real>)>& precondition = {},
+    std::span<const Real> guess = {}) {
+  IterativeSolver solver(b, guess, bool(precondition), options);
+  for (Request request = solver.next(); request != Request::finished; request = solver.next()) {
+    if (request == Request::precondition) {
+      precondition(solver.input(), solver.output());
+    } else if (request != Request::monitor) {
+      detail::apply_operator(a, solver.input(), solver.output(), request == Request::transposed_product);
+    }
+  }
+  return {solver.solution(), solver.residual(), solver.progress()};
+}
+
+}  // namespace tesk2mp
