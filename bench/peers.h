@@ -129,4 +129,19 @@ bool register_operation(int most_digits = 100'000) {
   return true;
 }
 
+/// Registers body(state, digits) as operation/peer/digits for each digit count; body returns how many units of work one
+/// pass has, and the time is told for one of them.
+template <class Digits, class Body>
+void register_work(const std::string& operation, const char* peer, const Digits& digit_counts, Body body) {
+  for (const int digits : digit_counts) {
+    const std::string name = operation + "/" + peer + "/" + std::to_string(digits);
+    benchmark::RegisterBenchmark(name.c_str(), [digits, body](benchmark::State& state) {
+      set_precision(digits);
+      const std::size_t units = body(state, digits);
+      state.counters["ns"] = benchmark::Counter(
+          double(units), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+    })->Unit(benchmark::kMillisecond);
+  }
+}
+
 }  // namespace bench

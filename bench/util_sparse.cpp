@@ -14,20 +14,6 @@ using mpfr::mpreal;
 
 constexpr int kPasses[] = {20, 50, 100, 500};
 
-/// Registers body(state, digits) under operation/peer/digits; an element costs what the counter says.
-template <class Body>
-void add(const char* operation, const char* peer, Body body) {
-  for (const int digits : kPasses) {
-    const std::string name = std::string(operation) + "/" + peer + "/" + std::to_string(digits);
-    benchmark::RegisterBenchmark(name.c_str(), [digits, body](benchmark::State& state) {
-      set_precision(digits);
-      const std::size_t elements = body(state, digits);
-      state.counters["ns"] = benchmark::Counter(
-          double(elements), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-    })->Unit(benchmark::kMillisecond);
-  }
-}
-
 constexpr std::size_t kRanked = 100'000;
 
 std::size_t rank_ours(benchmark::State& state, int digits) {
@@ -184,13 +170,13 @@ std::size_t product_eigen(benchmark::State& state, int digits) {
 }
 
 const bool registered = [] {
-  add("rank 10^5", "quarn", rank_ours);
-  add("rank 10^5", "mpreal", rank_peer);
-  add("canonical form of 10^6", "quarn", canonical_ours);
-  add("canonical form of 10^6", "mpreal", canonical_peer);
-  add("product of 10^5", "quarn", product_ours);
-  add("product of 10^5", "mpreal", product_mpreal);
-  add("product of 10^5", "eigen", product_eigen);
+  register_work("rank 10^5", "quarn", kPasses, rank_ours);
+  register_work("rank 10^5", "mpreal", kPasses, rank_peer);
+  register_work("canonical form of 10^6", "quarn", kPasses, canonical_ours);
+  register_work("canonical form of 10^6", "mpreal", kPasses, canonical_peer);
+  register_work("product of 10^5", "quarn", kPasses, product_ours);
+  register_work("product of 10^5", "mpreal", kPasses, product_mpreal);
+  register_work("product of 10^5", "eigen", kPasses, product_eigen);
   return true;
 }();
 

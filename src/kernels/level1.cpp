@@ -34,13 +34,12 @@ void add_squares(Integer n, VectorView<Complex> x, QuarnFloat& scale, QuarnFloat
   }
 }
 
-SafeQuotient safe_divide(const QuarnFloat& a, const QuarnFloat& b) {
+namespace {
+
+SafeQuotient divide_near_bounds(const QuarnFloat& a, const QuarnFloat& b) {
   // Doubles on purpose: the guard has always worked on the hardware's range.
   const QuarnFloat large(0x1.fffffffffffecp+1021);
   const QuarnFloat small(0x1.0000000000026p-1022);
-  if (a == 0) {
-    return {QuarnFloat(0), b == 0};
-  }
   const bool negative = signbit(a) != (b != 0 && signbit(b));
   if (b == 0) {
     return {negative ? -large : large, true};
@@ -54,6 +53,23 @@ SafeQuotient safe_divide(const QuarnFloat& a, const QuarnFloat& b) {
     return {QuarnFloat(0), false};
   }
   return {std::move(quotient), false};
+}
+
+}  // namespace
+
+SafeQuotient safe_divide(const QuarnFloat& a, const QuarnFloat& b) {
+  if (a == 0) {
+    return {QuarnFloat(0), b == 0};
+  }
+  if (b != 0) {
+    QuarnFloat quotient = a / b;
+    const QuarnFloat size = fabs(quotient);
+    // Well inside both bounds, which are dear to make: a double of that size has hundreds of digits.
+    if (size < QuarnFloat(1, 307) && size > QuarnFloat(1, -307)) {
+      return {std::move(quotient), false};
+    }
+  }
+  return divide_near_bounds(a, b);
 }
 
 }  // namespace tesk

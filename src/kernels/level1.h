@@ -88,7 +88,7 @@ T dot(Integer n, VectorView<T> x, VectorView<T> y, Op op = Op::none) {
   T sum{};
   for (Integer i = 1; i <= n; ++i) {
     if (op == Op::conjugate) {
-      add_product(sum, conjugate(x(i)), y(i));
+      add_conjugate_product(sum, x(i), y(i));
     } else {
       add_product(sum, x(i), y(i));
     }

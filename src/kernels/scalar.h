@@ -37,12 +37,19 @@ inline void multiply_by(Complex& x, const QuarnFloat& a) {
   x.im *= a;
 }
 
-/// sum := sum + a b, and sum := sum - a b
+/// sum := sum + a b
 inline void add_product(QuarnFloat& sum, const QuarnFloat& a, const QuarnFloat& b) { sum += a * b; }
 inline void add_product(Complex& sum, const Complex& a, const Complex& b) {
   sum.re += a.re * b.re - a.im * b.im;
   sum.im += a.re * b.im + a.im * b.re;
 }
+/// sum := sum + conj(a) b
+inline void add_conjugate_product(QuarnFloat& sum, const QuarnFloat& a, const QuarnFloat& b) { sum += a * b; }
+inline void add_conjugate_product(Complex& sum, const Complex& a, const Complex& b) {
+  sum.re += a.re * b.re + a.im * b.im;
+  sum.im += a.re * b.im - a.im * b.re;
+}
+/// sum := sum - a b
 inline void subtract_product(QuarnFloat& sum, const QuarnFloat& a, const QuarnFloat& b) { sum -= a * b; }
 inline void subtract_product(Complex& sum, const Complex& a, const Complex& b) {
   sum.re -= a.re * b.re - a.im * b.im;
