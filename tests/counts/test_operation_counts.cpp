@@ -1,0 +1,227 @@
+// How much arithmetic the kernels do: no more operations, and no more copies, than the published algorithms.
+//
+// The library imports its arithmetic from the number library. This program exports operators of the same names, so that
+// the library's calls come here, are counted, and go on to where they would have gone.
+#include <dlfcn.h>
+#include <doctest/doctest.h>
+
+#include <cstring>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "support/digits.h"
+#include "support/random.h"
+#include "tesk2mp/tesk2mp.h"
+
+namespace {
+
+struct Counts {
+  long multiplications = 0;
+  long additions = 0;  // subtractions too
+  long divisions = 0;  // roots too
+  long copies = 0;
+};
+Counts counted;
+
+/// The function of that name in the libraries that come after this program.
+template <class Function>
+Function next(const char* name) {
+  void* const found = dlsym(RTLD_NEXT, name);
+  REQUIRE(found != nullptr);
+  return reinterpret_cast<Function>(found);
+}
+
+/// Whether the code at that address is the library's: the number library copies for reasons of its own.
+bool in_library(void* address) {
+  Dl_info info{};
+  return dladdr(address, &info) != 0 && std::strstr(info.dli_fname, "tesk2mp") != nullptr;
+}
+
+using Binary = QuarnFloat (*)(const QuarnFloat&, const QuarnFloat&);
+using Copy = void (*)(QuarnFloat*, const QuarnFloat&);
+
+}  // namespace
+
+QuarnFloat operator*(const QuarnFloat& a, const QuarnFloat& b) {
+  static const auto multiply = next<Binary>("_ZmlRK10QuarnFloatS1_");
+  ++counted.multiplications;
+  return multiply(a, b);
+}
+QuarnFloat operator+(const QuarnFloat& a, const QuarnFloat& b) {
+  static const auto add = next<Binary>("_ZplRK10QuarnFloatS1_");
+  ++counted.additions;
+  return add(a, b);
+}
+QuarnFloat operator-(const QuarnFloat& a, const QuarnFloat& b) {
+  static const auto subtract = next<Binary>("_ZmiRK10QuarnFloatS1_");
+  ++counted.additions;
+  return subtract(a, b);
+}
+QuarnFloat operator/(const QuarnFloat& a, const QuarnFloat& b) {
+  static const auto divide = next<Binary>("_ZdvRK10QuarnFloatS1_");
+  ++counted.divisions;
+  return divide(a, b);
+}
+QuarnFloat sqrt(const QuarnFloat& x) {
+  static const auto root = next<QuarnFloat (*)(const QuarnFloat&)>("_Z4sqrtRK10QuarnFloat");
+  ++counted.divisions;
+  return root(x);
+}
+Complex operator*(const Complex& a, const Complex& b) { return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re}; }
+Complex operator+(const Complex& a, const Complex& b) { return {a.re + b.re, a.im + b.im}; }
+Complex operator-(const Complex& a, const Complex& b) { return {a.re - b.re, a.im - b.im}; }
+
+// Numbers of more than 126 digits are copied by these two.
+void QuarnFloat::clone(const QuarnFloat& other) {
+  static const auto clone_next = next<Copy>("_ZN10QuarnFloat5cloneERKS_");
+  counted.copies += in_library(__builtin_return_address(0)) ? 1 : 0;
+  clone_next(this, other);
+}
+void QuarnFloat::assign_slowly(const QuarnFloat& other) {
+  static const auto assign_next = next<Copy>("_ZN10QuarnFloat13assign_slowlyERKS_");
+  counted.copies += in_library(__builtin_return_address(0)) ? 1 : 0;
+  assign_next(this, other);
+}
+
+namespace {
+
+constexpr Integer kM = 7;
+constexpr Integer kN = 5;
+constexpr Integer kK = 6;
+constexpr Integer kLda = 8;
+
+/// What the published algorithm does at most; a copy is an assignment of something that was not just computed.
+struct Case {
+  const char* name;
+  std::function<void()> run;
+  long multiplications;
+  long additions;
+  long divisions;
+  long copies;
+};
+
+class Operands {
+ public:
+  template <class T>
+  std::vector<T> make(std::size_t count) {
+    std::vector<T> values(count);
+    for (T& value : values) {
+      set(value);
+    }
+    return values;
+  }
+
+ private:
+  void set(QuarnFloat& x) { x = QuarnFloat("0.1" + random_.digits(198) + "7"); }
+  void set(Complex& z) {
+    set(z.re);
+    set(z.im);
+  }
+  support::Random random_;
+};
+
+constexpr long triangle(long n) { return n * (n - 1) / 2; }
+
+}  // namespace
+
+TEST_CASE("the kernels do no more than the published algorithms") {
+  const support::Digits digits(200);
+  Operands operands;
+  auto a = operands.make<QuarnFloat>(kLda * kLda);
+  auto b = operands.make<QuarnFloat>(kLda * kLda);
+  auto c = operands.make<QuarnFloat>(kLda * kLda);
+  auto x = operands.make<QuarnFloat>(kLda);
+  auto y = operands.make<QuarnFloat>(kLda);
+  const QuarnFloat alpha = operands.make<QuarnFloat>(1)[0];
+  const QuarnFloat beta = operands.make<QuarnFloat>(1)[0];
+  auto za = operands.make<Complex>(kLda * kLda);
+  auto zb = operands.make<Complex>(kLda * kLda);
+  auto zc = operands.make<Complex>(kLda * kLda);
+  auto zx = operands.make<Complex>(kLda);
+  auto zy = operands.make<Complex>(kLda);
+  const Complex zalpha = operands.make<Complex>(1)[0];
+  const Complex zbeta = operands.make<Complex>(1)[0];
+  std::vector<Complex> definite = za;
+  for (std::size_t i = 0; i < definite.size(); i += kLda + 1) {
+    definite[i] = Complex(QuarnFloat("99." + std::string(198, '7')));
+  }
+  std::vector<Integer> ipiv(kLda);
+  Integer info = 0;
+
+  // A complex product is 4 multiplications and 2 additions, a complex sum 2 additions.
+  const long lu_products = [] {
+    long products = 0;
+    for (long k = 1; k <= kN; ++k) {
+      products += (kM - k) * (kN - k);
+    }
+    return products;
+  }();
+  // Copies of dgetrf: a factor a column of each update, and the magnitudes that pivots are chosen by.
+  const long lu_scaled = kN * kM - kN * (kN + 1) / 2;  // elements of L
+  const long cholesky_products = [] {
+    long products = 0;
+    for (long j = 1; j <= kM; ++j) {
+      products += (j - 1) * (kM - j);
+    }
+    return products;
+  }();
+
+  const Case cases[] = {
+      {"dgemv N", [&] { QuarnMP_dgemv_("N", kM, kN, alpha, a.data(), kLda, x.data(), 1, beta, y.data(), 1, 1); },
+       kM + kN + kM * kN, kM * kN, 0, kN},
+      {"dgemv T", [&] { QuarnMP_dgemv_("T", kM, kN, alpha, a.data(), kLda, x.data(), 1, beta, y.data(), 1, 1); },
+       2 * kN + kM * kN, kN + kM * kN, 0, 0},
+      {"zgemv C", [&] { QuarnMP_zgemv_("C", kM, kN, zalpha, za.data(), kLda, zx.data(), 1, zbeta, zy.data(), 1, 1); },
+       4 * (2 * kN + kM * kN), 2 * (3 * kN + 2 * kM * kN), 0, 0},
+      {"dtrmv", [&] { QuarnMP_dtrmv_("U", "N", "N", kN, a.data(), kLda, x.data(), 1, 1, 1, 1); }, triangle(kN) + kN,
+       triangle(kN), 0, kN},
+      {"dtrsv", [&] { QuarnMP_dtrsv_("U", "N", "N", kN, a.data(), kLda, x.data(), 1, 1, 1, 1); }, triangle(kN),
+       triangle(kN), kN, kN},
+      {"dtrsv T", [&] { QuarnMP_dtrsv_("L", "T", "U", kN, a.data(), kLda, x.data(), 1, 1, 1, 1); }, triangle(kN),
+       triangle(kN), 0, 2 * kN},
+      {"dger", [&] { QuarnMP_dger_(kM, kN, alpha, x.data(), 1, y.data(), 1, a.data(), kLda); }, kN + kM * kN, kM * kN,
+       0, kN},
+      {"zgerc", [&] { QuarnMP_zgerc_(kM, kN, zalpha, zx.data(), 1, zy.data(), 1, za.data(), kLda); },
+       4 * (kN + kM * kN), 2 * (kN + 2 * kM * kN), 0, 2 * kN},
+      {"dgemm, beta 0",
+       [&] { QuarnMP_dgemm_("N", "N", kM, kN, kK, alpha, a.data(), kLda, b.data(), kLda, 0, c.data(), kLda, 1, 1); },
+       kN * kK + kM * kN * kK, kM * kN * kK, 0, kM * kN + kN * kK},
+      {"dgemm T, beta",
+       [&] { QuarnMP_dgemm_("T", "N", kM, kN, kK, alpha, a.data(), kLda, b.data(), kLda, beta, c.data(), kLda, 1, 1); },
+       2 * kM * kN + kM * kN * kK, kM * kN + kM * kN * kK, 0, 0},
+      {"zgemm",
+       [&] {
+         QuarnMP_zgemm_("N", "N", kM, kN, kK, zalpha, za.data(), kLda, zb.data(), kLda, Complex(0), zc.data(), kLda, 1,
+                        1);
+       },
+       4 * (kN * kK + kM * kN * kK), 2 * (kN * kK + 2 * kM * kN * kK), 0, 2 * (kM * kN + kN * kK)},
+      {"dtrsm", [&] { QuarnMP_dtrsm_("L", "U", "N", "N", kM, kN, alpha, a.data(), kLda, b.data(), kLda, 1, 1, 1, 1); },
+       kN * (kM + triangle(kM)), kN * triangle(kM), kN * kM, 0},
+      {"zherk", [&] { QuarnMP_zherk_("U", "N", kN, kK, alpha, za.data(), kLda, beta, zc.data(), kLda, 1, 1); },
+       2 * kK * kN + 4 * kK * triangle(kN + 1) + 2 * triangle(kN) + kN, 4 * kK * triangle(kN) + 2 * kK * kN, 0,
+       2 * kK * kN},
+      {"dgetrf", [&] { QuarnMP_dgetrf_(kM, kN, a.data(), kLda, ipiv.data(), &info); },
+       lu_scaled + triangle(kN) + lu_products, lu_products, kN, kM * kN},
+      {"zpotrf",
+       [&] {
+         auto given = definite;
+         counted = Counts();
+         QuarnMP_zpotrf_("U", kM, given.data(), kLda, &info, 1);
+       },
+       4 * cholesky_products + 2 * triangle(kM) + 2 * triangle(kM),
+       4 * cholesky_products + 2 * triangle(kM) + 2 * triangle(kM) + kM, 2 * kM, 0},
+  };
+  for (const Case& each : cases) {
+    counted = Counts();
+    each.run();
+    const Counts done = counted;
+    const std::string name = each.name;
+    CAPTURE(name);
+    CHECK(done.multiplications <= each.multiplications);
+    CHECK(done.multiplications * 2 > each.multiplications);  // the calls do come here
+    CHECK(done.additions <= each.additions);
+    CHECK(done.divisions <= each.divisions);
+    CHECK(done.copies <= each.copies);
+  }
+}
