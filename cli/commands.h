@@ -18,6 +18,7 @@ void add_norm(CLI::App& app, Session& session);
 void add_eig(CLI::App& app, Session& session);
 void add_zeros(CLI::App& app, Session& session);
 void add_repl(CLI::App& app, Session& session);
+void add_solve(CLI::App& app, Session& session);
 void add_details(CLI::App& app, Session& session);
 
 }  // namespace cli

@@ -44,6 +44,7 @@ void run(int argc, char** argv) {
   add_eig(app, session);
   add_zeros(app, session);
   add_repl(app, session);
+  add_solve(app, session);
   add_details(app, session);
   try {
     app.parse(argc, argv);

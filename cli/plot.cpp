@@ -17,8 +17,10 @@ namespace {
 
 constexpr int kWidth = 1000;
 constexpr int kPanelHeight = 360;
+constexpr int kChartHeight = 560;
 constexpr int kSpySize = 800;
 constexpr const char* kCurveColor = "#1f5fa8";
+constexpr const char* kSeriesColors[] = {"#1f5fa8", "#c0392b", "#2e8b57", "#8e5ea2", "#b8860b"};
 constexpr const char* kLabelColor = "#c0392b";
 constexpr const char* kTextColor = "#333333";
 
@@ -141,6 +143,28 @@ void draw(const std::vector<Panel>& panels, const std::string& file) {
     add_panel(script, panel);
   }
   run_gnuplot(script + "unset multiplot\n", file);
+}
+
+void draw(const Chart& chart, const std::string& file) {
+  std::string script = picture_of(file, kWidth, kChartHeight);
+  script += "set grid linecolor rgb '#dddddd' linetype 1\n";
+  script += "set title " + quoted(chart.title) + " noenhanced font ',14' textcolor '" + kTextColor + "'\n";
+  script +=
+      "set xlabel " + quoted(chart.x_title) + " noenhanced\nset ylabel " + quoted(chart.y_title) + " noenhanced\n";
+  script += "set format y '1e%.0f'\nset key top right noenhanced\nset xrange [0:*]\n";
+  std::string plots;
+  for (std::size_t i = 0; i < chart.series.size(); ++i) {
+    const Chart::Series& series = chart.series[i];
+    const std::string name = "$series" + std::to_string(i);
+    script += name + " << EOD\n";
+    for (std::size_t k = 0; k < series.x.size(); ++k) {
+      script += coordinate(series.x[k]) + " " + coordinate(series.exponent[k]) + "\n";
+    }
+    script += "EOD\n";
+    plots += (i == 0 ? "plot " : ", ") + name + " using 1:2 with lines linewidth 1.6 linecolor rgb '" +
+             kSeriesColors[i % std::size(kSeriesColors)] + "' title " + quoted(series.name);
+  }
+  run_gnuplot(script + plots + "\n", file);
 }
 
 void draw(const Spy& spy, const std::string& file) {

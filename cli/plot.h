@@ -30,6 +30,20 @@ struct Panel {
   bool from_zero = false;  // both axes start at zero and the area under the curve is shaded
 };
 
+/// Several curves in one diagram, told apart by their names. The y values are powers of ten, of which the exponents are
+/// given: they may lie far beyond the range of a double.
+struct Chart {
+  struct Series {
+    std::string name;
+    std::vector<QuarnFloat> x;
+    std::vector<QuarnFloat> exponent;
+  };
+  std::string title;
+  std::string x_title;
+  std::string y_title;
+  std::vector<Series> series;
+};
+
 /// The places of a matrix that hold entries, from 1, each given once.
 struct Spy {
   std::string title;
@@ -51,6 +65,8 @@ void check_picture_name(const std::string& file);
 /// Draws the panels one below the other. Throws Failure when there is no gnuplot, when it fails, or when a number is
 /// too large to be drawn.
 void draw(const std::vector<Panel>& panels, const std::string& file);
+
+void draw(const Chart& chart, const std::string& file);
 
 /// Draws the places; those of a large matrix together on square tiles, shaded by how many of them are filled.
 void draw(const Spy& spy, const std::string& file);

@@ -151,6 +151,10 @@ std::vector<std::string> brief_cells(const std::vector<QuarnFloat>& values) {
 
 std::string digits_text() { return std::to_string(QuarnDigits()) + (QuarnDigits() == 1 ? " digit" : " digits"); }
 
+std::string counted(Integer number, const char* one, const char* many) {
+  return std::to_string(number) + " " + (number == 1 ? one : many);
+}
+
 QuarnFloat largest_magnitude(const std::vector<QuarnFloat>& values) {
   QuarnFloat largest;
   for (const QuarnFloat& value : values) {

@@ -61,6 +61,9 @@ std::vector<std::string> brief_cells(const std::vector<QuarnFloat>& values);
 /// The working precision for notes: "20 digits".
 std::string digits_text();
 
+/// "1 entry", "2 entries"
+std::string counted(Integer number, const char* one, const char* many);
+
 /// The largest magnitude; zero for no values.
 QuarnFloat largest_magnitude(const std::vector<QuarnFloat>& values);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "cli/digits_scope.h"
 #include "cli/failure.h"
 #include "cli/result.h"
 
@@ -11,17 +12,6 @@ namespace {
 
 // Positions are read with digits of their own: at few working digits neighbouring years would round to one number.
 constexpr int kPositionDigits = 40;
-
-class DigitsScope {
- public:
-  explicit DigitsScope(int digits) : former_(QuarnSetDigits(digits)) {}
-  ~DigitsScope() { QuarnSetDigits(former_); }
-  DigitsScope(const DigitsScope&) = delete;
-  DigitsScope& operator=(const DigitsScope&) = delete;
-
- private:
-  int former_;
-};
 
 // Takes start and step from a column whose numbers are evenly spaced up to a hundredth of a step, which lets positions
 // pass that were rounded when they were written, such as months in years.

@@ -114,10 +114,6 @@ Summary summary_of(const Canonical& canonical) {
   return summary;
 }
 
-std::string counted(Integer number, const char* one, const char* many) {
-  return std::to_string(number) + " " + (number == 1 ? one : many);
-}
-
 std::string magnitudes(const std::vector<Complex>& values) {
   QuarnFloat least;
   QuarnFloat most;

@@ -1,0 +1,289 @@
+// quarn solve: linear systems with a sparse matrix, by iteration or by factorisation.
+#include <algorithm>
+
+#include "cli/commands.h"
+#include "cli/failure.h"
+#include "cli/linear_system.h"
+#include "cli/matrix_input.h"
+#include "cli/matrix_output.h"
+#include "cli/plot.h"
+#include "cli/progress_line.h"
+
+namespace cli {
+
+namespace {
+
+struct SolveOptions {
+  std::string matrix;
+  std::string right_side;
+  std::string column;
+  std::string method = "bicgstab";
+  IterativeOptions iterative;
+  std::string history;
+  bool progress = false;
+  OutputOptions output;
+};
+
+const std::vector<std::string> kIterative = {"rgmres", "cgs", "bicgstab", "tfqmr"};
+constexpr Integer kMostIterations = 2147483647;
+
+LinearSystem read_system(const SolveOptions& options) {
+  if (options.matrix == "-" && options.right_side == "-") {
+    throw bad_input("only one of MATRIX and --rhs can be standard input");
+  }
+  const SparseMatrix matrix = read_matrix(options.matrix);
+  if (options.right_side.empty()) {
+    return linear_system(matrix, {}, matrix.complex());
+  }
+  const DenseMatrix b = read_vector(options.right_side, options.column);
+  return linear_system(matrix, b.values, matrix.complex() || b.complex);
+}
+
+Solution solve(const LinearSystem& system, const std::string& method, const SolveOptions& options) {
+  if (method == "direct") {
+    return solve_directly(system);
+  }
+  ProgressLine line(options.progress);
+  return solve_iteratively(system, method, options.iterative, [&](const Progress& now) {
+    line.show(method + ": iteration " + std::to_string(now.iteration) + ", residual " + brief(now.residual) +
+              ", to reach " + brief(now.bound));
+  });
+}
+
+std::vector<std::string> history_cells(const Solution& solution, QuarnFloat Progress::*member, int digits = 0) {
+  std::vector<QuarnFloat> values;
+  for (const Progress& progress : solution.history) {
+    values.push_back(progress.*member);
+  }
+  std::vector<std::string> cells = exact_cells(values);
+  for (std::size_t i = 0; i < cells.size() && digits > 0; ++i) {
+    char text[32];
+    QFsnprintf(text, sizeof text, "%.*e", digits - 1, values[i]);
+    cells[i] = text;
+  }
+  return cells;
+}
+
+// Rows of a long history that tell its course: the first and last ones, and some between.
+std::vector<std::size_t> telling_rows(std::size_t count) {
+  constexpr std::size_t kMostRows = 16;
+  std::vector<std::size_t> rows;
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::size_t stride = (count - 1) / kMostRows + 1;
+    if ((count - 1 - i) % stride == 0) {
+      rows.push_back(i);
+    }
+  }
+  return rows;
+}
+
+void add_history_notes(Result& result, const Solution& solution) {
+  const bool bounded = solution.method != "direct";
+  result.notes.push_back(std::string("iteration  residual") + (bounded ? "   to reach" : ""));
+  const std::vector<std::string> residuals = history_cells(solution, &Progress::residual, 3);
+  const std::vector<std::string> bounds = history_cells(solution, &Progress::bound, 3);
+  for (const std::size_t i : telling_rows(solution.history.size())) {
+    const std::string iteration = std::to_string(solution.history[i].iteration);
+    result.notes.push_back(std::string(9 - std::min<std::size_t>(9, iteration.size()), ' ') + iteration + "  " +
+                           residuals[i] + (bounded ? "  " + bounds[i] : ""));
+  }
+}
+
+std::string name_of(const Solution& solution, const SolveOptions& options, Integer n) {
+  if (solution.method == "rgmres") {
+    return "rgmres(" + std::to_string(std::min(options.iterative.restart, n)) + ")";
+  }
+  return solution.method == "bicgstab" ? "bicgstab(" + std::to_string(std::min(options.iterative.order, n)) + ")"
+                                       : solution.method;
+}
+
+void write_history(const std::vector<Solution>& solutions, const std::string& file) {
+  Result result;
+  result.data = {{"method", {}, false, true}, {"iteration", {}, true}, {"residual", {}}, {"bound", {}}};
+  for (const Solution& solution : solutions) {
+    const std::vector<std::string> residuals = history_cells(solution, &Progress::residual);
+    const std::vector<std::string> bounds = history_cells(solution, &Progress::bound);
+    for (std::size_t i = 0; i < solution.history.size(); ++i) {
+      result.data[0].cells.push_back(solution.method);
+      result.data[1].cells.push_back(std::to_string(solution.history[i].iteration));
+      result.data[2].cells.push_back(residuals[i]);
+      result.data[3].cells.push_back(bounds[i]);
+    }
+  }
+  result.table = result.data;
+  OutputOptions output;
+  output.file = file;
+  output.format = file.ends_with(".json") ? Format::json : file.ends_with(".txt") ? Format::text : Format::csv;
+  deliver(result, output);
+}
+
+void draw_history(const std::vector<Solution>& solutions, const LinearSystem& system, const SolveOptions& options) {
+  Chart chart{system.source + ", " + digits_text() +
+                  (options.iterative.precon == "none" ? "" : ", preconditioner " + options.iterative.precon),
+              "iteration",
+              "residual",
+              {}};
+  for (const Solution& solution : solutions) {
+    Chart::Series series{name_of(solution, options, system.n), {}, {}};
+    for (const Progress& progress : solution.history) {
+      if (progress.residual > 0) {
+        series.x.push_back(progress.iteration);
+        series.exponent.push_back(log10(progress.residual));
+      }
+    }
+    chart.series.push_back(series);
+  }
+  draw(chart, options.output.picture);
+}
+
+std::string system_note(const LinearSystem& system, const SolveOptions& options) {
+  return "A x = b with A = " + system.source + " (order " + std::to_string(system.n) + ", " +
+         std::to_string(system.count()) +
+         " entries), b = " + (options.right_side.empty() ? "A (1, ..., 1)" : options.right_side);
+}
+
+std::string precision_note(const SolveOptions& options, const std::string& routine) {
+  const IterativeOptions& iterative = options.iterative;
+  return digits_text() + ", by " + routine +
+         (options.method == "direct"
+              ? ""
+              : ", tolerance " + (iterative.tolerance.empty() ? "sqrt(eps)" : iterative.tolerance) +
+                    ", preconditioner " + iterative.precon);
+}
+
+Result one_result(const LinearSystem& system, const Solution& solution, const SolveOptions& options) {
+  const QuarnFloat residual = relative_residual(system, solution.x);
+  const bool direct = solution.method == "direct";
+  Result result;
+  result.notes = {system_note(system, options), precision_note(options, solution.routine),
+                  name_of(solution, options, system.n) + (solution.failure.empty() ? ": solved" : ": not solved") +
+                      (direct ? ", " + counted(solution.iterations, "refinement", "refinements")
+                              : " after " + counted(solution.iterations, "iteration", "iterations") + ", " +
+                                    counted(solution.products, "product", "products")) +
+                      "; ||b - A x|| / ||b|| = " + brief(residual)};
+  add_history_notes(result, solution);
+  result.facts = {{"routine", solution.routine},
+                  {"digits", std::to_string(QuarnDigits()), true},
+                  {"n", std::to_string(system.n), true},
+                  {"method", solution.method},
+                  {"iterations", std::to_string(solution.iterations), true},
+                  {"products", std::to_string(solution.products), true},
+                  {"relative_residual", residual.to_string()},
+                  {"failure", solution.failure}};
+  return result;
+}
+
+Result comparison(const LinearSystem& system, const std::vector<Solution>& solutions, const SolveOptions& options) {
+  Result result;
+  result.notes = {system_note(system, options), precision_note(options, "QuarnMP_f11bef_")};
+  result.table = {{"method", {}, false, true},
+                  {"iterations", {}, true},
+                  {"products", {}, true},
+                  {"relative_residual", {}},
+                  {"outcome", {}, false, true}};
+  result.data = result.table;
+  for (const Solution& solution : solutions) {
+    const QuarnFloat residual = relative_residual(system, solution.x);
+    for (auto* columns : {&result.table, &result.data}) {
+      (*columns)[0].cells.push_back(name_of(solution, options, system.n));
+      (*columns)[1].cells.push_back(std::to_string(solution.iterations));
+      (*columns)[2].cells.push_back(std::to_string(solution.products));
+      (*columns)[3].cells.push_back(columns == &result.table ? brief(residual) : residual.to_string());
+      (*columns)[4].cells.push_back(solution.failure.empty() ? "solved" : solution.failure);
+    }
+  }
+  result.facts = {{"digits", std::to_string(QuarnDigits()), true}, {"n", std::to_string(system.n), true}};
+  return result;
+}
+
+void run_solve(const SolveOptions& options) {
+  const LinearSystem system = read_system(options);
+  std::vector<Solution> solutions;
+  for (const std::string& method : options.method == "all" ? kIterative : std::vector<std::string>{options.method}) {
+    solutions.push_back(solve(system, method, options));
+  }
+
+  if (options.method == "all") {
+    if (options.output.format == Format::mtx) {
+      throw bad_input("--method all gives a comparison, which is no matrix");
+    }
+    deliver(comparison(system, solutions, options), options.output);
+  } else {
+    const Solution& solution = solutions.front();
+    Result result = one_result(system, solution, options);
+    const DenseMatrix x{"", system.n, 1, system.complex, solution.x};
+    add_matrix(result, x);
+    deliver(result, options.output);
+  }
+  if (!options.history.empty()) {
+    write_history(solutions, options.history);
+  }
+  if (!options.output.picture.empty()) {
+    draw_history(solutions, system, options);
+  }
+  if (std::all_of(solutions.begin(), solutions.end(), [](const Solution& s) { return !s.failure.empty(); })) {
+    throw Failure(ExitStatus::library, "quarn: not solved: " + solutions.front().failure + "\n");
+  }
+}
+
+constexpr const char* kFooter =
+    R"(MATRIX is a Matrix Market file. Without --rhs the right side is A (1, ..., 1), so that the
+solution is known.
+
+The iterative methods stop when ||b - A x|| <= tol (||b|| + ||A|| ||x||), Euclidean norms,
+||A|| estimated; the residual is computed afresh before it is believed. --method direct
+factorises the full matrix and refines the solution with residuals of twice the digits.
+--method all compares the iterative ones. Not solved is exit status 1; the last iterate and
+its residual are written all the same.
+
+Examples:
+  quarn solve examples/west0067.mtx --method all --digits 50 --tol 1e-40 --plot history.svg
+  quarn solve examples/fs_183_1.mtx --method direct --digits 30 --output x.csv
+  quarn solve examples/bcsstk01.mtx --precon ssor --rhs b.csv --history history.csv)";
+
+void add_iterative_options(CLI::App& command, IterativeOptions& options) {
+  command.add_option("--tol", options.tolerance, "tolerance, below 1 (default: the root of the machine precision)")
+      ->type_name("T");
+  command.add_option("--maxit", options.maxit, "most iterations (default 1000)")
+      ->type_name("K")
+      ->check(CLI::Range(Integer(1), kMostIterations).description(""));
+  command.add_option("--precon", options.precon, "preconditioner: none (default), jacobi, ssor")
+      ->type_name("P")
+      ->check(one_of({"none", "jacobi", "ssor"}));
+  command.add_option("--omega", options.omega, "relaxation of ssor, between 0 and 2 (default 1)")->type_name("W");
+  command.add_option("--restart", options.restart, "rgmres: iterations to a restart, 1 to 50 (default 30)")
+      ->type_name("M")
+      ->check(CLI::Range(Integer(1), Integer(50)).description(""));
+  command.add_option("--order", options.order, "bicgstab: its order, 1 to 10 (default 2)")
+      ->type_name("L")
+      ->check(CLI::Range(Integer(1), Integer(10)).description(""));
+  command
+      .add_option("--every", options.every,
+                  "look at every K-th iteration, at the price of a product each (default 1); 0: at the end alone")
+      ->type_name("K")
+      ->check(CLI::Range(Integer(0), kMostIterations).description(""));
+}
+
+}  // namespace
+
+void add_solve(CLI::App& app, Session& session) {
+  CLI::App* command = app.add_subcommand("solve", "solve a linear system with a sparse matrix");
+  auto options = std::make_shared<SolveOptions>();
+  command->add_option("MATRIX", options->matrix, "the matrix; - is standard input")->required()->type_name("");
+  command->add_option("--rhs", options->right_side, "the right side; - is standard input")->type_name("FILE");
+  command->add_option("--column", options->column, "name or number of the right side's column")->type_name("NAME");
+  command->add_option("--method", options->method, "rgmres, cgs, bicgstab (default), tfqmr, all of these, or direct")
+      ->type_name("M")
+      ->check(one_of({"rgmres", "cgs", "bicgstab", "tfqmr", "all", "direct"}));
+  add_iterative_options(*command, options->iterative);
+  command->add_option("--history", options->history, "write the course of the residual (.csv, .json or .txt)")
+      ->type_name("FILE");
+  command->add_flag("--progress", options->progress, "tell every iteration on standard error, terminal or not");
+  add_digits_option(*command, session);
+  add_output_options(*command, options->output, Forms::matrix);
+  add_plot_option(*command, options->output);
+  command->footer(kFooter);
+  command->callback([&session, options] { session.work = [options] { run_solve(*options); }; });
+}
+
+}  // namespace cli

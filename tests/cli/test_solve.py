@@ -1,0 +1,173 @@
+"""solve: solutions of known systems by every method, histories, comparisons, and what is refused."""
+
+import csv
+import io
+import json
+import os
+import random
+import shutil
+import tempfile
+import unittest
+from decimal import Decimal
+from fractions import Fraction
+
+from console import DATA, decimals, run, run_json, run_well
+
+METHODS = ("rgmres", "cgs", "bicgstab", "tfqmr", "direct")
+HEAD = "%%MatrixMarket matrix coordinate "
+
+
+def solution_of(a, b):
+    """Gauss-Jordan over exact fractions."""
+    n = len(b)
+    rows = [list(map(Fraction, a[i])) + [Fraction(b[i])] for i in range(n)]
+    for k in range(n):
+        pivot = next(i for i in range(k, n) if rows[i][k])
+        rows[k], rows[pivot] = rows[pivot], rows[k]
+        rows[k] = [entry / rows[k][k] for entry in rows[k]]
+        for i in range(n):
+            if i != k and rows[i][k]:
+                rows[i] = [x - rows[i][k] * y for x, y in zip(rows[i], rows[k], strict=True)]
+    return [row[n] for row in rows]
+
+
+def matrix_of(name):
+    return os.path.join(DATA, name + ".mtx")
+
+
+class Solve(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = folder.name
+
+    def write(self, name, text):
+        path = os.path.join(self.folder, name)
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(text)
+        return path
+
+    def test_every_method_finds_the_exact_solution(self):
+        seed = random.randrange(2 ** 32)
+        chance = random.Random(seed)
+        n = 12
+        a = [[chance.randint(-9, 9) if chance.random() < 0.3 else 0 for _ in range(n)] for _ in range(n)]
+        for i in range(n):
+            a[i][i] = 60 + chance.randint(0, 9)
+        b = [chance.randint(-99, 99) for _ in range(n)]
+        exact = [Fraction(x) for x in solution_of(a, b)]
+        entries = [f"{i + 1} {j + 1} {a[i][j]}" for i in range(n) for j in range(n) if a[i][j]]
+        matrix = self.write("a.mtx", f"{HEAD}real general\n{n} {n} {len(entries)}\n" + "\n".join(entries) + "\n")
+        right_side = self.write("b.csv", "name,b\n" + "".join(f"{i},{value}\n" for i, value in enumerate(b)))
+        for method in METHODS:
+            for precon in ("none",) if method == "direct" else ("none", "jacobi", "ssor"):
+                with self.subTest(seed=seed, method=method, precon=precon):
+                    result = run_json("solve", matrix, "--rhs", right_side, "--method", method, "--precon", precon, "--digits", "60",
+                                      "--tol", "1e-50", "--restart", "12")
+                    worst = max(abs(Fraction(x) - y) for x, y in zip(decimals(result["value"]), exact, strict=True))
+                    self.assertLess(worst, Fraction(1, 10 ** 48))
+                    self.assertEqual(result["failure"], "")
+                    self.assertLess(Decimal(result["relative_residual"]), Decimal("1e-49"))
+
+    def test_ssor_saves_iterations(self):
+        counts = [run_json("solve", matrix_of("bcsstk01"), "--method", "bicgstab", "--precon", precon, "--tol", "1e-25", "--digits",
+                           "40")["iterations"] for precon in ("none", "jacobi", "ssor")]
+        self.assertEqual(counts, sorted(counts, reverse=True))
+        self.assertLess(3 * counts[2], counts[0])
+
+    def test_a_complex_system_is_solved_directly(self):
+        matrix = self.write("c.mtx", HEAD + "complex general\n2 2 3\n1 1 1 1\n1 2 0 2\n2 2 4 0\n")
+        result = run_json("solve", matrix, "--method", "direct", "--rhs", "-", "--digits", "30", stdin="1+3i\n4\n")
+        self.assertEqual((result["real"], result["imaginary"], result["routine"]), (["1", "1"], ["0", "0"], "QuarnMP_f07arf_"))
+        done = run("solve", matrix)
+        self.assertEqual((done.returncode, done.stderr),
+                         (2, f"quarn: {matrix}: the system is complex, which --method direct alone can solve\n"))
+
+    def test_direct_solutions_are_true_to_the_last_digits(self):
+        for name in ("west0067", "fs_183_1", "bcsstk01"):
+            low, high = (decimals(run_json("solve", matrix_of(name), "--method", "direct", "--rhs", "-", "--digits", digits,
+                                           stdin="".join(f"{i}\n" for i in range(1, order + 1)))["value"])
+                         for digits in ("30", "60") for order in ({"west0067": 67, "fs_183_1": 183, "bcsstk01": 48}[name],))
+            largest = max(map(abs, high))
+            # The entries themselves are short, so that both precisions hold the same system.
+            self.assertLess(max(abs(x - y) for x, y in zip(low, high, strict=True)), largest * Decimal("1e-29"), name)
+
+    def test_the_history_is_that_of_true_residuals(self):
+        history = os.path.join(self.folder, "h.csv")
+        run_well("solve", matrix_of("west0067"), "--method", "cgs", "--digits", "50", "--tol", "1e-40", "--history", history)
+        with open(history, encoding="utf-8") as file:
+            rows = list(csv.DictReader(file))
+        self.assertEqual([int(row["iteration"]) for row in rows], list(range(1, len(rows) + 1)))
+        met = [Decimal(row["residual"]) <= Decimal(row["bound"]) for row in rows]
+        self.assertEqual(met.index(True), len(met) - 1)
+        thinned = os.path.join(self.folder, "h.json")
+        run_well("solve", matrix_of("west0067"), "--method", "cgs", "--digits", "50", "--tol", "1e-40", "--every", "10", "--history", thinned)
+        with open(thinned, encoding="utf-8") as file:
+            self.assertEqual(json.load(file)["iteration"][:3], [10, 20, 30])
+
+    def test_all_methods_side_by_side(self):
+        arguments = ("solve", matrix_of("west0067"), "--method", "all", "--digits", "50", "--tol", "1e-30", "--maxit", "300")
+        rows = list(csv.DictReader(io.StringIO(run_well(*arguments, "--format", "csv"))))
+        self.assertEqual([row["method"] for row in rows], ["rgmres(30)", "cgs", "bicgstab(2)", "tfqmr"])
+        self.assertEqual([row["outcome"] for row in rows],
+                         ["IFAIL 8: The solution has not converged after 300 iterations.", "solved", "solved", "solved"])
+        for row in rows[1:]:
+            self.assertLess(Decimal(row["relative_residual"]), Decimal("1e-28"))
+
+    @unittest.skipUnless(shutil.which("gnuplot"), "needs gnuplot")
+    def test_pictures_of_histories(self):
+        picture = os.path.join(self.folder, "h.svg")
+        # Residuals far beyond the range of a double.
+        run_well("solve", matrix_of("bcsstk01"), "--method", "all", "--precon", "jacobi", "--digits", "500", "--tol", "1e-450", "--plot", picture)
+        with open(picture, encoding="utf-8") as file:
+            text = file.read()
+        for name in ("rgmres(30)", "cgs", "bicgstab(2)", "tfqmr", "1e-450", "preconditioner jacobi"):
+            self.assertIn(name, text)
+        run_well("solve", matrix_of("bcsstk01"), "--method", "direct", "--plot", picture)
+
+    def test_progress(self):
+        done = run("solve", matrix_of("bcsstk01"), "--precon", "ssor", "--progress", "--every", "5")
+        lines = done.stderr.splitlines()
+        self.assertEqual(done.returncode, 0)
+        self.assertGreater(len(lines), 1)
+        for line in lines:
+            self.assertRegex(line, r"^bicgstab: iteration \d+, residual [0-9.e+-]+, to reach [0-9.e+-]+$")
+
+    def test_what_is_not_solved_is_written_and_said(self):
+        done = run("solve", matrix_of("west0067"), "--method", "rgmres", "--maxit", "40", "--format", "json")
+        self.assertEqual((done.returncode, done.stderr),
+                         (1, "quarn: not solved: IFAIL 8: The solution has not converged after 40 iterations.\n"))
+        self.assertEqual(len(json.loads(done.stdout)["value"]), 67)
+
+        singular = self.write("s.mtx", HEAD + "real general\n2 2 2\n1 1 1\n2 1 1\n")
+        done = run("solve", singular, "--method", "direct")
+        self.assertEqual((done.returncode, done.stderr),
+                         (1, f"quarn: {singular} is singular: U(2, 2) of its factorisation is zero\n"))
+
+    def test_what_is_refused(self):
+        wide = self.write("w.mtx", HEAD + "real general\n2 3 1\n1 1 1\n")
+        square = self.write("q.mtx", HEAD + "real general\n2 2 2\n1 1 1\n2 1 1\n")
+        help_line = " (quarn --help shows what there is)"
+        for arguments, status, complaint in (
+                ((wide,), 2, f"quarn: {wide}: 2 by 3, but a system needs a square matrix"),
+                ((square, "--rhs", "-"), 2, f"quarn: {square}: order 2, but the right side has 3 numbers"),
+                ((square, "--precon", "ssor"), 2, f"quarn: {square}: --precon ssor divides by the diagonal, but row 2 has none"),
+                ((square, "--tol", "small"), 2, "quarn: --tol: 'small' is not a number"),
+                ((square, "--precon", "jacobi", "--omega", "2"), 2, "quarn: --omega: must lie between 0 and 2"),
+                (("-", "--rhs", "-"), 2, "quarn: only one of MATRIX and --rhs can be standard input"),
+                ((square, "--method", "all", "--format", "mtx"), 2, "quarn: --method all gives a comparison, which is no matrix"),
+                ((square, "--method", "gmres"), 2,
+                 "quarn: --method: 'gmres' is not rgmres, cgs, bicgstab, tfqmr, all or direct" + help_line),
+                ((square, "--restart", "51"), 2, "quarn: --restart: Value 51 not in range 1 to 50" + help_line)):
+            with self.subTest(arguments=arguments):
+                done = run("solve", *arguments, stdin="1\n2\n3\n")
+                self.assertEqual((done.returncode, done.stdout, done.stderr), (status, "", complaint + "\n"))
+        done = run("solve", square, "--tol", "2")
+        self.assertEqual(done.returncode, 1)
+        self.assertIn(" ** On entry, parameter number  8 had an illegal value.\n", done.stderr)
+        done = run("solve", square, "--digits", "9")
+        self.assertIn("parameter number 14", done.stderr)
+
+
+if __name__ == "__main__":
+    unittest.main()
