@@ -1,13 +1,14 @@
 // LU factorisation with iterative refinement: C. B. Moler, Iterative refinement in floating point, J. ACM 14 (1967).
 #include <algorithm>
 
-#include "cli/digits_scope.h"
 #include "cli/failure.h"
 #include "cli/library_call.h"
 #include "cli/linear_system.h"
 #include "cli/matrix_input.h"
 #include "cli/memory.h"
+#include "cli/options.h"
 #include "tesk2mp/dense.h"
+#include "tesk2mp/error.hpp"
 #include "tesk2mp/kernels.h"
 
 namespace cli {
@@ -81,7 +82,7 @@ QuarnFloat largest(const std::vector<Complex>& x) {
 }
 
 std::vector<Complex> residual_with_twice_the_digits(const LinearSystem& system, const std::vector<Complex>& x) {
-  const DigitsScope twice(2 * QuarnDigits());
+  const tesk2mp::Digits twice(std::min(2 * QuarnDigits(), kMostDigits));
   std::vector<Complex> residual = product(system, x);
   for (std::size_t i = 0; i < residual.size(); ++i) {
     residual[i] = system.b[i] - residual[i];

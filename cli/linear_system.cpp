@@ -1,9 +1,12 @@
 #include "cli/linear_system.h"
 
-#include "cli/digits_scope.h"
+#include <algorithm>
+
 #include "cli/failure.h"
 #include "cli/library_call.h"
 #include "cli/matrix_input.h"
+#include "cli/options.h"
+#include "tesk2mp/error.hpp"
 #include "tesk2mp/sparse.h"
 
 namespace cli {
@@ -79,7 +82,7 @@ std::vector<Complex> product(const LinearSystem& system, const std::vector<Compl
 }
 
 QuarnFloat relative_residual(const LinearSystem& system, const std::vector<Complex>& x) {
-  const DigitsScope twice(2 * QuarnDigits());
+  const tesk2mp::Digits twice(std::min(2 * QuarnDigits(), kMostDigits));
   std::vector<Complex> residual = product(system, x);
   for (std::size_t i = 0; i < residual.size(); ++i) {
     residual[i] = system.b[i] - residual[i];

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "cli/digits_scope.h"
 #include "cli/failure.h"
 #include "cli/result.h"
+#include "tesk2mp/error.hpp"
 
 namespace cli {
 
@@ -19,7 +19,7 @@ void take_positions(Sequence& sequence, const NumberTable& table, const NumberTa
   if (column.cells.size() < 2 || !std::all_of(column.cells.begin(), column.cells.end(), is_number)) {
     return;
   }
-  const DigitsScope scope(std::max(kPositionDigits, QuarnDigits()));
+  const tesk2mp::Digits scope(std::max(kPositionDigits, QuarnDigits()));
   const std::vector<QuarnFloat> positions = table.numbers(column);
   const Integer intervals = Integer(positions.size() - 1);
   const QuarnFloat step = (positions.back() - positions.front()) / intervals;
