@@ -5,7 +5,7 @@
 //   x[k] = Re z_k for 0 <= k <= N/2,    x[N-k] = Im z_k for 0 < k < N/2
 //
 // Accuracy. The classic entries take pi and the constants sqrt(1/2), sqrt(3)/2 and sqrt(5)/4 of the radices 4, 8, 3 and
-// 5 as doubles: however many digits you work with, their relative error stays between 1e-17 and 3e-16 (lengths 2 and 4
+// 5 as doubles: however many digits you work with, their relative error stays between 1e-17 and 3e-15 (lengths 2 and 4
 // alone need none of these constants). The companions are good to a few units of 10^-QuarnDigits() times
 // sqrt(log N), 7 units for N up to 1000. Beyond 16 digits, use the companions. docs/accuracy.md has the figures.
 #pragma once
@@ -60,4 +60,197 @@ TESK2MP_API void QuarnMP_c06eawn_(QuarnFloat* x, Integer n, Integer* radices);
 TESK2MP_API void QuarnMPX_c06eawn_(QuarnFloat* x, Integer n, Integer* radices);
 TESK2MP_API void QuarnMP_c06ebwn_(QuarnFloat* x, Integer n, Integer* radices);
 TESK2MP_API void QuarnMPX_c06ebwn_(QuarnFloat* x, Integer n, Integer* radices);
+
+// Complex transforms. DIRECT is F or f for
+//
+//   z_k = 1/sqrt(N) * sum over j = 0 .. N-1 of x_j exp(-2 pi i j k/N)
+//
+// and B or b for the same with exp(+2 pi i j k/N), so that each undoes the other. Any length will do, primes too. The
+// failure for 31 and more factors (of 5, 4, 2, 3 and primes from 7) cannot happen with 32-bit lengths, nor can the
+// unexpected one. After a failure x is as it was. direct_length: the characters of DIRECT, of which the first counts.
+//
+// Method: self-sorting passes of radix 5, 4, 2 and 3, and one of sums over pairs of residues for any other prime (C.
+// Temperton, J. Comput. Phys. 52, 1983), by one table of the rotations that they need. The sums cost (r-1)^2 real
+// multiplications for a prime r; the companions turn primes from 100 on into convolutions (C. M. Rader, Proc. IEEE 56,
+// 1968), for which they take memory of their own, so that a prime costs a few times what its neighbours do. Cost for N
+// = 1024 apart from the table: 15 multiplications and 27 additions of reals an element. The classic table costs one
+// pair of cosine and sine for each rotation, N/2 of them for N = 1024; the companion folds the angles into one octant,
+// N/8 of them, and multiplies these out of some sqrt(N/2) pairs.
+
+/// One sequence.
+///
+/// x: N complex numbers, replaced by z. n: N >= 1. work: 2 N complex numbers; N of table, and N of scratch. Length 1
+/// leaves x as it is and stores 1 as its table.
+///
+/// Failures:
+///   1  " ** On entry, N .lt. 1: N = %16ld."
+///   2  " ** %1s is an invalid value of DIRECT."
+///   3  " ** N must have less than 31 prime factors: N = %16ld."
+///   4  " ** Unexpected failure in an internal call."
+TESK2MP_API void QuarnMP_c06pcf_(const char* direct, Complex* x, const Integer* n, Complex* work, Integer* ifail,
+                                 int direct_length);
+TESK2MP_API void QuarnMPX_c06pcf_(const char* direct, Complex* x, const Integer* n, Complex* work, Integer* ifail,
+                                  int direct_length);
+TESK2MP_API void QuarnMP_c06pcfn_(const char* direct, Complex* x, Integer n, Complex* work, char* message_buffer,
+                                  Integer* ifail, int direct_length, int buffer_length);
+TESK2MP_API void QuarnMPX_c06pcfn_(const char* direct, Complex* x, Integer n, Complex* work, char* message_buffer,
+                                   Integer* ifail, int direct_length, int buffer_length);
+
+/// The same without checks and messages. ifail: 0; 1 for too many factors; 2, and nothing done, for N < 1. Any DIRECT
+/// but B and b is forward.
+TESK2MP_API void QuarnMP_c06pcqn_(const char* direct, Complex* x, Integer n, Complex* work, Integer* ifail,
+                                  int direct_length);
+TESK2MP_API void QuarnMPX_c06pcqn_(const char* direct, Complex* x, Integer n, Complex* work, Integer* ifail,
+                                   int direct_length);
+TESK2MP_API void QuarnMP_c06pczn_(const char* direct, Integer n, Complex* x, Complex* work, Integer* ifail,
+                                  int direct_length);
+TESK2MP_API void QuarnMPX_c06pczn_(const char* direct, Integer n, Complex* x, Complex* work, Integer* ifail,
+                                   int direct_length);
+
+/// The passes and the scaling by 1/sqrt(N) alone, forward. factors: the radices in order: 2, 3, 4, 5, others odd, a 1
+/// is skipped; a list whose product is not N, or with another number in it, does nothing. table: N numbers, exp(-2 pi i
+/// k/N) in place k, as far as the passes look at them: c06pcf and the others leave it so in work. scratch: N numbers.
+TESK2MP_API void QuarnMP_c06ncwn_(Integer n, Complex* x, Complex* scratch, const Complex* table, Integer count,
+                                  const Integer* factors);
+TESK2MP_API void QuarnMPX_c06ncwn_(Integer n, Complex* x, Complex* scratch, const Complex* table, Integer count,
+                                   const Integer* factors);
+
+/// One pass each, of radix r = 2 (c06ncvn), 3 (c06ncun), 4 (c06nctn) and 5 (c06ncsn). source: an array [blocks][r]
+/// [length], target: [r][blocks][length], the last index varying fastest; they do not overlap. table: as above, with
+/// N = r blocks length. Numbers below 1 do nothing.
+TESK2MP_API void QuarnMP_c06ncvn_(Integer length, Integer blocks, const Complex* source, Complex* target,
+                                  const Complex* table);
+TESK2MP_API void QuarnMPX_c06ncvn_(Integer length, Integer blocks, const Complex* source, Complex* target,
+                                   const Complex* table);
+TESK2MP_API void QuarnMP_c06ncun_(Integer length, Integer blocks, const Complex* source, Complex* target,
+                                  const Complex* table);
+TESK2MP_API void QuarnMPX_c06ncun_(Integer length, Integer blocks, const Complex* source, Complex* target,
+                                   const Complex* table);
+TESK2MP_API void QuarnMP_c06nctn_(Integer length, Integer blocks, const Complex* source, Complex* target,
+                                  const Complex* table);
+TESK2MP_API void QuarnMPX_c06nctn_(Integer length, Integer blocks, const Complex* source, Complex* target,
+                                   const Complex* table);
+TESK2MP_API void QuarnMP_c06ncsn_(Integer length, Integer blocks, const Complex* source, Complex* target,
+                                  const Complex* table);
+TESK2MP_API void QuarnMPX_c06ncsn_(Integer length, Integer blocks, const Complex* source, Complex* target,
+                                   const Complex* table);
+
+/// M sequences of length N that lie interleaved: element i of sequence j in x[i M + j], so that they are the columns of
+/// an array [N][M]. work: N + M N complex numbers, the table first.
+///
+/// Failures:
+///   1  " ** M .lt. 1: M = %16ld."
+///   2  " ** N .lt. 1: N = %16ld."
+///   3  " ** %1s is an invalid value of DIRECT."
+///   4  " ** N must have less than 31 prime factors: N = %16ld."
+///   5  " ** Unexpected failure in an internal call."
+TESK2MP_API void QuarnMP_c06prf_(const char* direct, const Integer* m, const Integer* n, Complex* x, Complex* work,
+                                 Integer* ifail, int direct_length);
+TESK2MP_API void QuarnMPX_c06prf_(const char* direct, const Integer* m, const Integer* n, Complex* x, Complex* work,
+                                  Integer* ifail, int direct_length);
+TESK2MP_API void QuarnMP_c06prfn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work,
+                                  char* message_buffer, Integer* ifail, int direct_length, int buffer_length);
+TESK2MP_API void QuarnMPX_c06prfn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work,
+                                   char* message_buffer, Integer* ifail, int direct_length, int buffer_length);
+
+/// The same without checks and messages, see c06pcqn. c06prxn takes the table that an earlier call with the same N has
+/// left in work; so does c06prwn, which makes the passes and the scaling alone, always forward.
+TESK2MP_API void QuarnMP_c06prqn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                                  int direct_length);
+TESK2MP_API void QuarnMPX_c06prqn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                                   int direct_length);
+TESK2MP_API void QuarnMP_c06przn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                                  int direct_length);
+TESK2MP_API void QuarnMPX_c06przn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                                   int direct_length);
+TESK2MP_API void QuarnMP_c06prxn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                                  int direct_length);
+TESK2MP_API void QuarnMPX_c06prxn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                                   int direct_length);
+TESK2MP_API void QuarnMP_c06prwn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                                  int direct_length);
+TESK2MP_API void QuarnMPX_c06prwn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                                   int direct_length);
+
+/// M sequences of length N that lie one after another: element i of sequence j in x[i + j N], so that they are the rows
+/// of an array [M][N]. work: 2 N complex numbers, the table first. Failures as for c06prf.
+TESK2MP_API void QuarnMP_c06psfn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work,
+                                  char* message_buffer, Integer* ifail, int direct_length, int buffer_length);
+TESK2MP_API void QuarnMPX_c06psfn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work,
+                                   char* message_buffer, Integer* ifail, int direct_length, int buffer_length);
+
+/// The same without checks and messages; c06psxn takes the table from an earlier call with the same N.
+TESK2MP_API void QuarnMP_c06psqn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                                  int direct_length);
+TESK2MP_API void QuarnMPX_c06psqn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                                   int direct_length);
+TESK2MP_API void QuarnMP_c06pszn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                                  int direct_length);
+TESK2MP_API void QuarnMPX_c06pszn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                                   int direct_length);
+TESK2MP_API void QuarnMP_c06psxn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                                  int direct_length);
+TESK2MP_API void QuarnMPX_c06psxn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                                   int direct_length);
+
+/// One dimension of an array, the first index varying fastest.
+///
+/// ndim: the number of dimensions. l: the one to be transformed, from 1. nd: the extents. n: N, their product. x: N
+/// complex numbers. work: lwork complex numbers, at least N + nd[l-1] + 15.
+///
+/// query: 1 asks for the length of work alone: NDIM, L, DIRECT and the extents are checked, and the length is stored in
+/// work[0], for N as it is given. Any other value transforms.
+///
+/// Failures:
+///   1  " ** On entry, NDIM .lt. 1: NDIM = %16ld."
+///   2  " ** On entry, L .lt. 1 or L .gt. NDIM: L = %16ld."
+///   3  " ** %1s is an invalid value of DIRECT."
+///   4  " ** ND(I) .lt. 1: ND(I) = %12ld I = %12ld."
+///   5  " ** N must = product of the ND(I): N = %12ld ND(I) = %12ld."  (the second value is the product)
+///   6  " ** LWORK, = %16ld,  must be at least:%16ld."
+///   7  " ** ND(L) must have < 31 prime factors: ND(L) = %16ld."
+///   8  " ** Unexpected failure in an internal call."
+TESK2MP_API void QuarnMP_c06pff_(const char* direct, const Integer* ndim, const Integer* l, const Integer* nd,
+                                 const Integer* n, Complex* x, Complex* work, const Integer* lwork, Integer* ifail,
+                                 int direct_length);
+TESK2MP_API void QuarnMPX_c06pff_(const char* direct, const Integer* ndim, const Integer* l, const Integer* nd,
+                                  const Integer* n, Complex* x, Complex* work, const Integer* lwork, Integer* ifail,
+                                  int direct_length);
+TESK2MP_API void QuarnMP_c06pffn_(Integer query, const char* direct, Integer ndim, Integer l, const Integer* nd,
+                                  Integer n, Complex* x, Complex* work, Integer lwork, char* message_buffer,
+                                  Integer* ifail, int direct_length, int buffer_length);
+TESK2MP_API void QuarnMPX_c06pffn_(Integer query, const char* direct, Integer ndim, Integer l, const Integer* nd,
+                                   Integer n, Complex* x, Complex* work, Integer lwork, char* message_buffer,
+                                   Integer* ifail, int direct_length, int buffer_length);
+
+/// The same for the middle index of an array x[after][n][before], without checks; an extent n = 1 touches nothing.
+/// work: n + before n complex numbers. ifail: see c06pcqn; 2 when an extent is below 1.
+TESK2MP_API void QuarnMP_c06pfzn_(const char* direct, Complex* x, Integer before, Integer n, Integer after,
+                                  Complex* work, Integer* ifail, int direct_length);
+TESK2MP_API void QuarnMPX_c06pfzn_(const char* direct, Complex* x, Integer before, Integer n, Integer after,
+                                   Complex* work, Integer* ifail, int direct_length);
+
+/// All dimensions of an array, one after another; the extents' factors are looked at before the first. Arguments as for
+/// c06pff, but work has at least N + 3 (m + 5) complex numbers, m being the largest extent.
+///
+/// query: 1 checks all but LWORK and stores the length in work[0].
+///
+/// Failures:
+///   1  " ** NDIM .lt. 1: NDIM = %16ld."
+///   2  " ** %1s is an invalid value of DIRECT."
+///   3  " ** ND(I) .lt. 1: ND(I) = %16ld I = %16ld."
+///   4  " ** N = the product of the ND(I): N = %12ld ND(I) =%12ld."  (the second value is the product)
+///   5  " ** LWORK, = %16ld,  must be at least:%16ld."
+///   6  " ** ND(I) must have < 31 prime factors: for I = %12ld"
+///   7  " ** Unexpected failure in an internal call."
+TESK2MP_API void QuarnMP_c06pjf_(const char* direct, const Integer* ndim, const Integer* nd, const Integer* n,
+                                 Complex* x, Complex* work, const Integer* lwork, Integer* ifail, int direct_length);
+TESK2MP_API void QuarnMPX_c06pjf_(const char* direct, const Integer* ndim, const Integer* nd, const Integer* n,
+                                  Complex* x, Complex* work, const Integer* lwork, Integer* ifail, int direct_length);
+TESK2MP_API void QuarnMP_c06pjfn_(Integer query, const char* direct, Integer ndim, const Integer* nd, Integer n,
+                                  Complex* x, Complex* work, Integer lwork, char* message_buffer, Integer* ifail,
+                                  int direct_length, int buffer_length);
+TESK2MP_API void QuarnMPX_c06pjfn_(Integer query, const char* direct, Integer ndim, const Integer* nd, Integer n,
+                                   Complex* x, Complex* work, Integer lwork, char* message_buffer, Integer* ifail,
+                                   int direct_length, int buffer_length);
 }

@@ -6,39 +6,14 @@ namespace tesk {
 
 OddRadix::OddRadix(Integer r, const Constants& constants, const Circle& circle) : r_(r), h_((r - 1) / 2) {
   if (r == 3) {
-    fraction_ = 0.5;
-    half_sqrt3_ = constants.half_sqrt3();
+    sums3_.emplace(constants);
   } else if (r == 5) {
-    fraction_ = 0.25;
-    quarter_sqrt5_ = constants.quarter_sqrt5();
-    sin_fifth_ = circle.rotation(1, 5).im;
-    sin_tenth_ = circle.rotation(1, 10).im;
+    sums5_.emplace(constants, circle);
   } else {
     for (Integer q = 1; q <= h_; ++q) {
       roots_[q] = circle.rotation(q, r);
     }
   }
-}
-
-void OddRadix::sums3(Terms& even, Terms& odd) const {
-  QuarnFloat e1 = even[0] - fraction_ * even[1];
-  even[0] = even[0] + even[1];
-  even[1] = std::move(e1);
-  odd[1] = odd[1] * half_sqrt3_;
-}
-
-void OddRadix::sums5(Terms& even, Terms& odd) const {
-  // cos(2 pi/5) and cos(4 pi/5) are -1/4 +- sqrt(5)/4, and sin(4 pi/5) is sin(2 pi/10).
-  const QuarnFloat sum = even[1] + even[2];
-  const QuarnFloat difference = quarter_sqrt5_ * (even[1] - even[2]);
-  const QuarnFloat centre = even[0] - fraction_ * sum;
-  even[0] = even[0] + sum;
-  even[1] = centre + difference;
-  even[2] = centre - difference;
-
-  QuarnFloat o1 = sin_fifth_ * odd[1] + sin_tenth_ * odd[2];
-  odd[2] = sin_tenth_ * odd[1] - sin_fifth_ * odd[2];
-  odd[1] = std::move(o1);
 }
 
 void OddRadix::sums_any(Terms& even, Terms& odd) const {
@@ -49,18 +24,10 @@ void OddRadix::sums_any(Terms& even, Terms& odd) const {
     e[0] = e[0] + even[q];
   }
   for (Integer s = 1; s <= h_; ++s) {
-    e[s] = even[0] + even[1] * roots_[s].re;
-    o[s] = odd[1] * roots_[s].im;
-    for (Integer q = 2; q <= h_; ++q) {
-      const Integer turn = q * s % r_;
-      if (turn <= h_) {
-        e[s] = e[s] + even[q] * roots_[turn].re;
-        o[s] = o[s] + odd[q] * roots_[turn].im;
-      } else {
-        e[s] = e[s] + even[q] * roots_[r_ - turn].re;
-        o[s] = o[s] - odd[q] * roots_[r_ - turn].im;
-      }
-    }
+    sums_of_pairs(
+        r_, s, [&](Integer q) -> const QuarnFloat& { return even[q]; },
+        [&](Integer q) -> const QuarnFloat& { return odd[q]; }, [&](Integer q) -> const Complex& { return roots_[q]; },
+        e[s], o[s]);
   }
   even = std::move(e);
   odd = std::move(o);
@@ -68,9 +35,9 @@ void OddRadix::sums_any(Terms& even, Terms& odd) const {
 
 void OddRadix::sums(Terms& even, Terms& odd) const {
   if (r_ == 3) {
-    sums3(even, odd);
+    (*sums3_)(even.data(), odd.data());
   } else if (r_ == 5) {
-    sums5(even, odd);
+    (*sums5_)(even.data(), odd.data());
   } else {
     sums_any(even, odd);
   }

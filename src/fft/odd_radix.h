@@ -1,19 +1,12 @@
-// Butterflies of the odd radices: sums over pairs of residues q and r - q.
-//
-// With h = (r-1)/2 and, for s = 1 .. h,
-//
-//   E_s = t_0 + sum over q = 1 .. h of t_q cos(2 pi q s/r)        E_0 = t_0 + t_1 + ... + t_h
-//   O_s = sum over q = 1 .. h of d_q sin(2 pi q s/r)
-//
-// the transform of complex x_q is E_s - i O_s for t_q = x_q + x_(r-q), d_q = x_q - x_(r-q). All constants being real,
-// every butterfly, of real and complex data, forward and backward, comes down to these sums over real numbers.
+// Butterflies of the odd radices, of half-complex data.
 #pragma once
 
 #include <array>
+#include <optional>
 
 #include "src/fft/factorize.h"
+#include "src/fft/odd_sums.h"
 #include "src/fft/slots.h"
-#include "src/fft/twiddles.h"
 
 namespace tesk {
 
@@ -41,18 +34,12 @@ class OddRadix {
 
   /// even: t to E, odd: d to O (from index 1).
   void sums(Terms& even, Terms& odd) const;
-  void sums3(Terms& even, Terms& odd) const;
-  void sums5(Terms& even, Terms& odd) const;
   void sums_any(Terms& even, Terms& odd) const;
 
   Integer r_;
   Integer h_;
-  // Radix 3: 1/2 and sqrt(3)/2. Radix 5: 1/4, sqrt(5)/4 and the sines of 2 pi/5 and 2 pi/10.
-  QuarnFloat fraction_;
-  QuarnFloat half_sqrt3_;
-  QuarnFloat quarter_sqrt5_;
-  QuarnFloat sin_fifth_;
-  QuarnFloat sin_tenth_;
+  std::optional<Sums3> sums3_;
+  std::optional<Sums5> sums5_;
   // Otherwise: the rotations by 2 pi q/r.
   std::array<Complex, kMostPairs + 1> roots_;
 };

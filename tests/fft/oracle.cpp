@@ -1,5 +1,7 @@
 #include "oracle.h"
 
+#include <cstdint>
+
 #include "src/fft/factorize.h"
 
 namespace oracle {
@@ -9,6 +11,13 @@ Point operator+(const Point& a, const Point& b) { return {a.re + b.re, a.im + b.
 Point operator-(const Point& a, const Point& b) { return {a.re - b.re, a.im - b.im}; }
 Point operator*(const Point& a, const Point& b) { return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re}; }
 Point conj(const Point& a) { return {a.re, -a.im}; }
+/// sum + a b, with as few temporaries as can be.
+void add_product(Point& sum, const Point& a, const Point& b) {
+  sum.re += a.re * b.re;
+  sum.re -= a.im * b.im;
+  sum.im += a.re * b.im;
+  sum.im += a.im * b.re;
+}
 mpreal norm(const Point& a) { return a.re * a.re + a.im * a.im; }
 
 /// exp(-2 pi i k/n) with the given pi.
@@ -167,6 +176,34 @@ Sequence unscaled_backward(const Sequence& z, std::vector<Integer> radices, cons
   return x;
 }
 
+/// Radix r = radices[0] first: element s + r k of the whole is element k of the sequence y_s.
+Sequence unscaled_complex(const Sequence& x, std::vector<Integer> radices, const Constants& constants) {
+  if (radices.empty()) {
+    return x;
+  }
+  const auto n = Integer(x.size());
+  const Integer r = radices.front();
+  const Integer m = n / r;
+  radices.erase(radices.begin());
+  const Sequence root = roots(r, constants);
+  Sequence z(x.size());
+  for (Integer s = 0; s < r; ++s) {
+    Sequence y(static_cast<std::size_t>(m));
+    for (Integer i = 0; i < m; ++i) {
+      Point sum;
+      for (Integer q = 0; q < r; ++q) {
+        add_product(sum, root[std::size_t(std::int64_t(q) * s % r)], x[std::size_t(i + q * m)]);
+      }
+      y[std::size_t(i)] = s * i == 0 ? sum : turn(s * i, n, constants.pi) * sum;
+    }
+    y = unscaled_complex(y, radices, constants);
+    for (Integer k = 0; k < m; ++k) {
+      z[std::size_t(s + r * k)] = y[std::size_t(k)];
+    }
+  }
+  return z;
+}
+
 void scale(Sequence& x) {
   const mpreal root = sqrt(mpreal(double(x.size())));
   for (Point& value : x) {
@@ -202,6 +239,14 @@ Sequence from_half_complex(const std::vector<QuarnFloat>& x) {
   return all;
 }
 
+Sequence from_complex(const std::vector<Complex>& x) {
+  Sequence all;
+  for (const Complex& value : x) {
+    all.push_back({exact(value.re), exact(value.im)});
+  }
+  return all;
+}
+
 Sequence by_definition(const Sequence& x, int sign) {
   const std::size_t n = x.size();
   Sequence w;
@@ -212,7 +257,7 @@ Sequence by_definition(const Sequence& x, int sign) {
   Sequence z(n);
   for (std::size_t k = 0; k < n; ++k) {
     for (std::size_t j = 0; j < n; ++j) {
-      z[k] = z[k] + w[j * k % n] * x[j];
+      add_product(z[k], w[j * k % n], x[j]);
     }
   }
   scale(z);
@@ -229,6 +274,12 @@ Sequence by_passes_backward(const Sequence& z, std::vector<Integer> radices, con
   Sequence x = unscaled_backward(z, std::move(radices), constants);
   scale(x);
   return x;
+}
+
+Sequence by_complex_passes(const Sequence& x, const std::vector<Integer>& radices, const Constants& constants) {
+  Sequence z = unscaled_complex(x, radices, constants);
+  scale(z);
+  return z;
 }
 
 std::vector<Integer> radices_of(Integer n) {

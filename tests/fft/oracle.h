@@ -42,6 +42,7 @@ class Precision {
 mpreal exact(const QuarnFloat& x);
 Sequence from_real(const std::vector<QuarnFloat>& x);
 Sequence from_half_complex(const std::vector<QuarnFloat>& x);
+Sequence from_complex(const std::vector<Complex>& x);
 
 /// The definition: n^2 products with the true pi, scaled by 1/sqrt(n). sign: -1 forward, +1 backward.
 Sequence by_definition(const Sequence& x, int sign);
@@ -51,6 +52,9 @@ Sequence by_definition(const Sequence& x, int sign);
 /// not be true. x: a real sequence forward, a Hermitian one backward.
 Sequence by_passes_forward(const Sequence& x, std::vector<Integer> radices, const Constants& constants);
 Sequence by_passes_backward(const Sequence& z, std::vector<Integer> radices, const Constants& constants);
+
+/// The transform of a complex sequence by decimation in frequency, by the same matrices and rotations as above.
+Sequence by_complex_passes(const Sequence& x, const std::vector<Integer>& radices, const Constants& constants);
 
 /// The pass list of length n, without its ones.
 std::vector<Integer> radices_of(Integer n);

@@ -1,0 +1,84 @@
+#include "src/fft/complex_engine.h"
+
+#include <cstddef>
+
+#include "src/fft/complex_passes.h"
+
+namespace tesk {
+namespace {
+
+/// No part becomes a negative zero.
+void conjugate_all(Complex* x, std::ptrdiff_t count) {
+  const QuarnFloat zero;
+  for (std::ptrdiff_t i = 0; i < count; ++i) {
+    if (x[i].im != zero) {
+      x[i].im = -x[i].im;
+    }
+  }
+}
+
+/// target := factor source. The sign of a zero is an accident of the order of operations and is dropped.
+void scale(const QuarnFloat& factor, const Complex* source, Complex* target, std::ptrdiff_t count) {
+  const QuarnFloat zero;
+  const auto scaled = [&](const QuarnFloat& part) { return part == zero ? zero : part * factor; };
+  for (std::ptrdiff_t i = 0; i < count; ++i) {
+    target[i].re = scaled(source[i].re);
+    target[i].im = scaled(source[i].im);
+  }
+}
+
+}  // namespace
+
+void transform_forward(Integer n, Integer lanes, Complex* x, Complex* scratch, const Complex* table, Integer count,
+                       const Integer* factors, const Constants& constants) {
+  const Complex* result = run_passes(n, lanes, x, scratch, table, count, factors, constants);
+  scale(1.0 / sqrt(QuarnFloat(n)), result, x, std::ptrdiff_t(n) * lanes);
+}
+
+Status Engine::prepare(Integer n, Complex* work) const {
+  if (n < 1) {
+    return Status::bad_argument;
+  }
+  const ComplexFactors factors = factorize_complex(n, factor_limit);
+  if (factors.too_many) {
+    return Status::too_many_factors;
+  }
+  make_table(work, n, factors, constants);
+  return Status::ok;
+}
+
+Status Engine::transform_prepared(bool backward, Complex* x, const View& view, Complex* work) const {
+  if (view.before < 1 || view.n < 1 || view.after < 1) {
+    return Status::bad_argument;
+  }
+  const ComplexFactors factors = factorize_complex(view.n, factor_limit);
+  if (factors.too_many) {
+    return Status::too_many_factors;
+  }
+  if (view.n == 1) {
+    return Status::ok;
+  }
+  const std::ptrdiff_t count = std::ptrdiff_t(view.before) * view.n;
+  for (Integer i = 0; i < view.after; ++i) {
+    Complex* sequences = x + i * count;
+    if (backward) {
+      conjugate_all(sequences, count);
+    }
+    transform_forward(view.n, view.before, sequences, work + view.n, work, factors.count, factors.factor.data(),
+                      constants);
+    if (backward) {
+      conjugate_all(sequences, count);
+    }
+  }
+  return Status::ok;
+}
+
+Status Engine::transform(bool backward, Complex* x, const View& view, Complex* work) const {
+  if (view.before < 1 || view.after < 1) {
+    return Status::bad_argument;
+  }
+  const Status status = prepare(view.n, work);
+  return status == Status::ok ? transform_prepared(backward, x, view, work) : status;
+}
+
+}  // namespace tesk

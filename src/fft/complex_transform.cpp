@@ -1,0 +1,139 @@
+// One complex sequence.
+#include "src/fft/complex_transform.h"
+
+#include "src/fft/complex_cores.h"
+#include "src/fft/complex_passes.h"
+#include "src/frame/classic.h"
+
+namespace tesk {
+
+void single_transform(const Call& call, Complex* x, Integer n, Complex* work) {
+  Report report("C06PCF", call.message_buffer, call.ifail);
+  if (n < 1) {
+    return report.fail(1, 99999, " ** On entry, N .lt. 1: N = %16ld.", n);
+  }
+  if (!is_valid_direct(call.direct)) {
+    return report.fail(2, 99998, kInvalidDirect, call.direct.text());
+  }
+  switch (call.engine.transform(is_backward(call.direct), x, {1, n, 1}, work)) {
+    case Status::ok:
+      return;
+    case Status::too_many_factors:
+      return report.fail(3, 99997, " ** N must have less than 31 prime factors: N = %16ld.", n);
+    default:
+      return report.fail(4, 99996, kInternalFailure);
+  }
+}
+
+namespace {
+
+/// Do these factors make up n, and is there a pass for each?
+bool are_factors_of(Integer n, Integer count, const Integer* factors) {
+  Integer rest = n;
+  for (Integer i = 0; i < count; ++i) {
+    const Integer r = factors[i];
+    if (r < 1 || rest % r != 0 || (r > 4 && r % 2 == 0)) {
+      return false;
+    }
+    rest /= r;
+  }
+  return rest == 1;
+}
+
+void passes_and_scaling(const Engine& engine, Integer n, Complex* x, Complex* scratch, const Complex* table,
+                        Integer count, const Integer* factors) {
+  if (n > 1 && are_factors_of(n, count, factors)) {
+    transform_forward(n, 1, x, scratch, table, count, factors, engine.constants);
+  }
+}
+
+void without_checks(const Engine& engine, const char* direct, int direct_length, Complex* x, Integer n, Complex* work,
+                    Integer* ifail) {
+  *ifail = Integer(engine.transform(is_backward(Option(direct, direct_length)), x, {1, n, 1}, work));
+}
+
+using Core = void (*)(const char*, Complex*, Integer, Complex*, char*, Integer*, int, int);
+
+void classic_form(Core core, const char* direct, Complex* x, Integer n, Complex* work, Integer* ifail,
+                  int direct_length) {
+  call_core("C06PCF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
+    core(direct, x, n, work, message_buffer, outcome, direct_length, buffer_length);
+  });
+}
+
+}  // namespace
+}  // namespace tesk
+
+using tesk::kClassicEngine;
+using tesk::kFullEngine;
+using tesk::Option;
+
+extern "C" {
+
+void c06pcf_(const char* direct, Complex* x, const Integer* n, Complex* work, Integer* ifail, int direct_length) {
+  tesk::classic_form(c06pcfn_, direct, x, *n, work, ifail, direct_length);
+}
+
+void c06pcf_full_(const char* direct, Complex* x, const Integer* n, Complex* work, Integer* ifail, int direct_length) {
+  tesk::classic_form(c06pcfn_full_, direct, x, *n, work, ifail, direct_length);
+}
+
+void c06pcfn_(const char* direct, Complex* x, Integer n, Complex* work, char* message_buffer, Integer* ifail,
+              int direct_length, int /*buffer_length*/) {
+  tesk::single_transform({kClassicEngine, Option(direct, direct_length), message_buffer, ifail}, x, n, work);
+}
+
+void c06pcfn_full_(const char* direct, Complex* x, Integer n, Complex* work, char* message_buffer, Integer* ifail,
+                   int direct_length, int /*buffer_length*/) {
+  tesk::single_transform({kFullEngine, Option(direct, direct_length), message_buffer, ifail}, x, n, work);
+}
+
+void c06pcqn_(const char* direct, Complex* x, Integer n, Complex* work, Integer* ifail, int direct_length) {
+  tesk::without_checks(kClassicEngine, direct, direct_length, x, n, work, ifail);
+}
+
+void c06pcqn_full_(const char* direct, Complex* x, Integer n, Complex* work, Integer* ifail, int direct_length) {
+  tesk::without_checks(kFullEngine, direct, direct_length, x, n, work, ifail);
+}
+
+void c06pczn_(const char* direct, Integer n, Complex* x, Complex* work, Integer* ifail, int direct_length) {
+  tesk::without_checks(kClassicEngine, direct, direct_length, x, n, work, ifail);
+}
+
+void c06pczn_full_(const char* direct, Integer n, Complex* x, Complex* work, Integer* ifail, int direct_length) {
+  tesk::without_checks(kFullEngine, direct, direct_length, x, n, work, ifail);
+}
+
+void c06ncwn_(Integer n, Complex* x, Complex* scratch, const Complex* table, Integer count, const Integer* factors) {
+  tesk::passes_and_scaling(kClassicEngine, n, x, scratch, table, count, factors);
+}
+
+void c06ncwn_full_(Integer n, Complex* x, Complex* scratch, const Complex* table, Integer count,
+                   const Integer* factors) {
+  tesk::passes_and_scaling(kFullEngine, n, x, scratch, table, count, factors);
+}
+
+void c06ncvn_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {
+  tesk::pass2({length, blocks, 1}, source, target, table);
+}
+
+void c06ncun_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {
+  tesk::pass3({length, blocks, 1}, source, target, table, kClassicEngine.constants);
+}
+
+void c06ncun_full_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {
+  tesk::pass3({length, blocks, 1}, source, target, table, kFullEngine.constants);
+}
+
+void c06nctn_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {
+  tesk::pass4({length, blocks, 1}, source, target, table);
+}
+
+void c06ncsn_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {
+  tesk::pass5({length, blocks, 1}, source, target, table, kClassicEngine.constants);
+}
+
+void c06ncsn_full_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {
+  tesk::pass5({length, blocks, 1}, source, target, table, kFullEngine.constants);
+}
+}

@@ -1,0 +1,169 @@
+// Several complex sequences of one length.
+#include "src/fft/complex_cores.h"
+#include "src/fft/complex_transform.h"
+#include "src/frame/classic.h"
+
+namespace tesk {
+
+View view_of(Sequences sequences, Integer m, Integer n) {
+  return sequences == Sequences::interleaved ? View{m, n, 1} : View{1, n, m};
+}
+
+void multiple_transform(const Call& call, Sequences sequences, Integer m, Integer n, Complex* x, Complex* work) {
+  Report report(sequences == Sequences::interleaved ? "C06PRF" : "C06PSF", call.message_buffer, call.ifail);
+  if (m < 1) {
+    return report.fail(1, 99999, " ** M .lt. 1: M = %16ld.", m);
+  }
+  if (n < 1) {
+    return report.fail(2, 99998, " ** N .lt. 1: N = %16ld.", n);
+  }
+  if (!is_valid_direct(call.direct)) {
+    return report.fail(3, 99997, kInvalidDirect, call.direct.text());
+  }
+  switch (call.engine.transform(is_backward(call.direct), x, view_of(sequences, m, n), work)) {
+    case Status::ok:
+      return;
+    case Status::too_many_factors:
+      return report.fail(4, 99996, " ** N must have less than 31 prime factors: N = %16ld.", n);
+    default:
+      return report.fail(5, 99995, kInternalFailure);
+  }
+}
+
+namespace {
+
+using Core = void (*)(const char*, Integer, Integer, Complex*, Complex*, char*, Integer*, int, int);
+
+void classic_form(Core core, const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                  int direct_length) {
+  call_core("C06PRF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
+    core(direct, m, n, x, work, message_buffer, outcome, direct_length, buffer_length);
+  });
+}
+
+/// The passes and the scaling alone.
+Status forward_prepared(const Engine& engine, Integer m, Integer n, Complex* x, Complex* work) {
+  return engine.transform_prepared(false, x, {m, n, 1}, work);
+}
+
+}  // namespace
+}  // namespace tesk
+
+using tesk::is_backward;
+using tesk::kClassicEngine;
+using tesk::kFullEngine;
+using tesk::Option;
+using tesk::Sequences;
+
+extern "C" {
+
+void c06prf_(const char* direct, const Integer* m, const Integer* n, Complex* x, Complex* work, Integer* ifail,
+             int direct_length) {
+  tesk::classic_form(c06prfn_, direct, *m, *n, x, work, ifail, direct_length);
+}
+
+void c06prf_full_(const char* direct, const Integer* m, const Integer* n, Complex* x, Complex* work, Integer* ifail,
+                  int direct_length) {
+  tesk::classic_form(c06prfn_full_, direct, *m, *n, x, work, ifail, direct_length);
+}
+
+void c06prfn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, char* message_buffer, Integer* ifail,
+              int direct_length, int /*buffer_length*/) {
+  tesk::multiple_transform({kClassicEngine, Option(direct, direct_length), message_buffer, ifail},
+                           Sequences::interleaved, m, n, x, work);
+}
+
+void c06prfn_full_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, char* message_buffer,
+                   Integer* ifail, int direct_length, int /*buffer_length*/) {
+  tesk::multiple_transform({kFullEngine, Option(direct, direct_length), message_buffer, ifail}, Sequences::interleaved,
+                           m, n, x, work);
+}
+
+void c06prqn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail, int direct_length) {
+  *ifail = Integer(kClassicEngine.transform(is_backward(Option(direct, direct_length)), x,
+                                            view_of(Sequences::interleaved, m, n), work));
+}
+
+void c06prqn_full_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                   int direct_length) {
+  *ifail = Integer(kFullEngine.transform(is_backward(Option(direct, direct_length)), x,
+                                         view_of(Sequences::interleaved, m, n), work));
+}
+
+void c06przn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail, int direct_length) {
+  *ifail = Integer(kClassicEngine.transform(is_backward(Option(direct, direct_length)), x,
+                                            view_of(Sequences::interleaved, m, n), work));
+}
+
+void c06przn_full_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                   int direct_length) {
+  *ifail = Integer(kFullEngine.transform(is_backward(Option(direct, direct_length)), x,
+                                         view_of(Sequences::interleaved, m, n), work));
+}
+
+void c06prxn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail, int direct_length) {
+  *ifail = Integer(kClassicEngine.transform_prepared(is_backward(Option(direct, direct_length)), x,
+                                                     view_of(Sequences::interleaved, m, n), work));
+}
+
+void c06prxn_full_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                   int direct_length) {
+  *ifail = Integer(kFullEngine.transform_prepared(is_backward(Option(direct, direct_length)), x,
+                                                  view_of(Sequences::interleaved, m, n), work));
+}
+
+void c06prwn_(const char* /*direct*/, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+              int /*direct_length*/) {
+  *ifail = Integer(tesk::forward_prepared(kClassicEngine, m, n, x, work));
+}
+
+void c06prwn_full_(const char* /*direct*/, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                   int /*direct_length*/) {
+  *ifail = Integer(tesk::forward_prepared(kFullEngine, m, n, x, work));
+}
+
+void c06psfn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, char* message_buffer, Integer* ifail,
+              int direct_length, int /*buffer_length*/) {
+  tesk::multiple_transform({kClassicEngine, Option(direct, direct_length), message_buffer, ifail},
+                           Sequences::contiguous, m, n, x, work);
+}
+
+void c06psfn_full_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, char* message_buffer,
+                   Integer* ifail, int direct_length, int /*buffer_length*/) {
+  tesk::multiple_transform({kFullEngine, Option(direct, direct_length), message_buffer, ifail}, Sequences::contiguous,
+                           m, n, x, work);
+}
+
+void c06psqn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail, int direct_length) {
+  *ifail = Integer(kClassicEngine.transform(is_backward(Option(direct, direct_length)), x,
+                                            view_of(Sequences::contiguous, m, n), work));
+}
+
+void c06psqn_full_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                   int direct_length) {
+  *ifail = Integer(
+      kFullEngine.transform(is_backward(Option(direct, direct_length)), x, view_of(Sequences::contiguous, m, n), work));
+}
+
+void c06pszn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail, int direct_length) {
+  *ifail = Integer(kClassicEngine.transform(is_backward(Option(direct, direct_length)), x,
+                                            view_of(Sequences::contiguous, m, n), work));
+}
+
+void c06pszn_full_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                   int direct_length) {
+  *ifail = Integer(
+      kFullEngine.transform(is_backward(Option(direct, direct_length)), x, view_of(Sequences::contiguous, m, n), work));
+}
+
+void c06psxn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail, int direct_length) {
+  *ifail = Integer(kClassicEngine.transform_prepared(is_backward(Option(direct, direct_length)), x,
+                                                     view_of(Sequences::contiguous, m, n), work));
+}
+
+void c06psxn_full_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                   int direct_length) {
+  *ifail = Integer(kFullEngine.transform_prepared(is_backward(Option(direct, direct_length)), x,
+                                                  view_of(Sequences::contiguous, m, n), work));
+}
+}
