@@ -192,7 +192,8 @@ bool pass(Integer r, const PassShape& shape, Complex* data, Complex* other, cons
       pass5(shape, data, other, table, constants);
       return true;
     default:
-      if (constants.accuracy() == Accuracy::full && PrimeTransform::pays(r)) {
+      if (constants.accuracy() == Accuracy::full &&
+          PrimeTransform::pays(r, double(shape.length) * shape.blocks * shape.lanes)) {
         convolution_pass(shape, r, data, other, table, constants);
         return true;
       }

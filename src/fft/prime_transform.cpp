@@ -8,15 +8,31 @@
 namespace tesk {
 namespace {
 
-/// From here on a convolution is cheaper than sums over pairs; measured at 50 and 100 digits.
-constexpr Integer kSmallestConvolved = 60;
+double sums_work(Integer r) { return 2.0 * double(r - 1) * double(r - 1); }
+double convolution_work(Integer r);
 
 /// Real operations an element of a transform of length n, roughly.
-double work(const ComplexFactors& factors) {
+double work(Integer n) {
+  const ComplexFactors factors = factorize_complex(n);
   double sum = 0;
   for (Integer i = 0; i < factors.count; ++i) {
     const Integer r = factors.factor[std::size_t(i)];
-    sum += r == 2 ? 5 : r == 3 ? 9 : r == 4 ? 8.5 : r == 5 ? 14 : 2.0 * std::min(r, 4 * kSmallestConvolved);
+    switch (r) {
+      case 2:
+        sum += 5;
+        break;
+      case 3:
+        sum += 9;
+        break;
+      case 4:
+        sum += 8.5;
+        break;
+      case 5:
+        sum += 14;
+        break;
+      default:
+        sum += std::min(sums_work(r), convolution_work(r)) / r;
+    }
   }
   return sum;
 }
@@ -42,7 +58,13 @@ Integer convolution_length(Integer n) {
     return n;
   }
   const Integer padded = smooth_length(2 * n - 1);
-  return double(n) * work(factorize_complex(n)) <= double(padded) * work(factorize_complex(padded)) ? n : padded;
+  return n * work(n) <= padded * work(padded) ? n : padded;
+}
+
+/// Two transforms, and the products between.
+double convolution_work(Integer r) {
+  const Integer length = convolution_length(r - 1);
+  return 2.0 * length * (work(length) + 4);
 }
 
 std::uint32_t power(std::uint64_t base, Integer exponent, Integer modulus) {
@@ -77,7 +99,10 @@ Integer generator(Integer r) {
 
 }  // namespace
 
-bool PrimeTransform::pays(Integer r) { return r >= kSmallestConvolved && factorize_complex(r).count == 1; }
+bool PrimeTransform::pays(Integer r, double times) {
+  constexpr double kPreparation = 0.6;  // of a convolution: the transform of the weights, and the table
+  return factorize_complex(r).count == 1 && (times + kPreparation) * convolution_work(r) < times * sums_work(r);
+}
 
 PrimeTransform::PrimeTransform(Integer r, const Complex* roots, std::ptrdiff_t apart, const Constants& constants)
     : constants_(constants), powers_(std::size_t(r - 1)) {
