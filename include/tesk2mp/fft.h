@@ -71,11 +71,11 @@ TESK2MP_API void QuarnMPX_c06ebwn_(QuarnFloat* x, Integer n, Integer* radices);
 //
 // Method: self-sorting passes of radix 5, 4, 2 and 3, and one of sums over pairs of residues for any other prime (C.
 // Temperton, J. Comput. Phys. 52, 1983), by one table of the rotations that they need. The sums cost (r-1)^2 real
-// multiplications for a prime r; the companions turn primes from 100 on into convolutions (C. M. Rader, Proc. IEEE 56,
-// 1968), for which they take memory of their own, so that a prime costs a few times what its neighbours do. Cost for N
-// = 1024 apart from the table: 15 multiplications and 27 additions of reals an element. The classic table costs one
-// pair of cosine and sine for each rotation, N/2 of them for N = 1024; the companion folds the angles into one octant,
-// N/8 of them, and multiplies these out of some sqrt(N/2) pairs.
+// multiplications for a prime r; the companions turn most primes from 61 on into convolutions (C. M. Rader, Proc. IEEE
+// 56, 1968), for which they take memory of their own, so that a prime costs a few times what its neighbours do. Cost
+// for N = 1024 apart from the table: 15 multiplications and 27 additions of reals an element. The classic table costs
+// one pair of cosine and sine for each rotation, N/2 of them for N = 1024; the companion folds the angles into one
+// octant, N/8 of them, and multiplies these out of some sqrt(N/2) pairs.
 
 /// One sequence.
 ///
