@@ -24,11 +24,27 @@ template <int N>
   return buffer;
 }
 
-/// Whether both operands have 1 to N limbs.
+/// N limbs of each operand.
 template <int N>
-[[gnu::always_inline]] inline bool fits(const QuarnFloat& a, const QuarnFloat& b) {
-  return QuarnAccess::length(a) - 1 < std::uint32_t(N) && QuarnAccess::length(b) - 1 < std::uint32_t(N);
-}
+class Operands {
+ public:
+  /// Whether both have 1 to N limbs.
+  [[gnu::always_inline]] bool load(const QuarnFloat& x, const QuarnFloat& y) {
+    if (QuarnAccess::length(x) - 1 >= std::uint32_t(N) || QuarnAccess::length(y) - 1 >= std::uint32_t(N)) [[unlikely]] {
+      return false;
+    }
+    a = padded<N>(x, buffer_x_);
+    b = padded<N>(y, buffer_y_);
+    return true;
+  }
+
+  const Limb* a;
+  const Limb* b;
+
+ private:
+  Limb buffer_x_[N];
+  Limb buffer_y_[N];
+};
 
 template <int N>
 [[gnu::always_inline]] inline bool store(QuarnFloat& result, std::uint32_t sign, std::int64_t exponent,
@@ -53,13 +69,12 @@ template <int N>
 struct Sum {
   template <int N, bool>
   static bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat& y, std::uint32_t flip) {
-    if (!fits<N>(x, y)) [[unlikely]] {
+    Operands<N> both;
+    if (!both.load(x, y)) [[unlikely]] {
       return false;
     }
-    Limb buffer_x[N];
-    Limb buffer_y[N];
-    const Limb* a = padded<N>(x, buffer_x);
-    const Limb* b = padded<N>(y, buffer_y);
+    const Limb* const a = both.a;
+    const Limb* const b = both.b;
     std::uint32_t sign = QuarnAccess::sign(x);
     const std::uint32_t sign_b = QuarnAccess::sign(y) ^ flip;
     const bool subtracting = sign != sign_b;
@@ -85,16 +100,13 @@ struct Sum {
 struct Product {
   template <int N, bool kMore>
   static bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat& y, std::uint32_t) {
-    if (!fits<N>(x, y)) [[unlikely]] {
+    Operands<N> both;
+    if (!both.load(x, y)) [[unlikely]] {
       return false;
     }
-    Limb buffer_x[N];
-    Limb buffer_y[N];
-    const Limb* const a = padded<N>(x, buffer_x);
-    const Limb* const b = padded<N>(y, buffer_y);
     Limb p[N];
     int change = 0;
-    return fixed::multiply<N, kMore>(p, a, b, precision.cut, change) &&
+    return fixed::multiply<N, kMore>(p, both.a, both.b, precision.cut, change) &&
            store<N>(result, QuarnAccess::sign(x) ^ QuarnAccess::sign(y),
                     std::int64_t(QuarnAccess::exponent(x)) + QuarnAccess::exponent(y) + change, p);
   }
@@ -103,19 +115,13 @@ struct Product {
 struct Quotient {
   template <int N, bool kMore>
   static bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat& y, std::uint32_t) {
-    if (!fits<N>(x, y)) [[unlikely]] {
-      return false;
-    }
-    Limb buffer_x[N];
-    Limb buffer_y[N];
-    const Limb* const a = padded<N>(x, buffer_x);
-    const Limb* const b = padded<N>(y, buffer_y);
-    if (a[0] == b[0]) [[unlikely]] {
+    Operands<N> both;
+    if (!both.load(x, y) || both.a[0] == both.b[0]) [[unlikely]] {
       return false;
     }
     Limb p[N];
     int change = 0;
-    return fixed::divide<N, kMore>(p, a, b, a[0] > b[0], precision.cut, change) &&
+    return fixed::divide<N, kMore>(p, both.a, both.b, both.a[0] > both.b[0], precision.cut, change) &&
            store<N>(result, QuarnAccess::sign(x) ^ QuarnAccess::sign(y),
                     std::int64_t(QuarnAccess::exponent(x)) - QuarnAccess::exponent(y) + change, p);
   }
@@ -124,7 +130,7 @@ struct Quotient {
 struct SquareRoot {
   template <int N, bool kMore>
   static bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat&, std::uint32_t) {
-    if (!fits<N>(x, x) || QuarnAccess::negative(x)) [[unlikely]] {
+    if (QuarnAccess::length(x) - 1 >= std::uint32_t(N) || QuarnAccess::negative(x)) [[unlikely]] {
       return false;
     }
     Limb buffer[N];
