@@ -78,7 +78,7 @@ void from_decimal(Word* out, const View& x, Length length) {
 struct DecimalLimbs {
   static constexpr int kBitsPerLimb = kBits == 64 ? 59 : 29;  // rounded down
 
-  DecimalLimbs() {}
+  DecimalLimbs() = default;
   DecimalLimbs(const DecimalLimbs&) = delete;
   DecimalLimbs& operator=(const DecimalLimbs&) = delete;
 

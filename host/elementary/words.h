@@ -150,11 +150,13 @@ inline void multiply_high(Word* out, const Word* a, const Word* b, Length length
   // By columns, the low and high words of the products summed apart: no carry is waited for inside a column. Columns
   // below n - 1 are left out: less than n - 1 units.
   const int n = length;
+  // Long squares are worth half the products.
+  const bool square = !kIsConstant<Length> && a == b;
   Word result[kIsConstant<Length> ? 16 : kMaxWords];
   Wide carry = 0;
 #pragma GCC unroll 8
   for (int column = n - 1; column <= 2 * n - 2; ++column) {
-    Wide low = carry;
+    Wide low = 0;
     Wide high = 0;
     const auto put = [&](int i) {
       const Wide product = Wide(a[i]) * b[column - i];
@@ -169,11 +171,20 @@ inline void multiply_high(Word* out, const Word* a, const Word* b, Length length
         }
       }
     } else {
+      const int end = square ? (column + 1) / 2 : n;
 #pragma GCC unroll 8
-      for (int i = column - n + 1; i < n; ++i) {
+      for (int i = column - n + 1; i < end; ++i) {
         put(i);
       }
+      if (square) {
+        low *= 2;
+        high *= 2;
+        if (column % 2 == 0) {
+          put(column / 2);
+        }
+      }
     }
+    low += carry;
     if (column >= n) {
       result[column - n] = Word(low);
     }
