@@ -41,7 +41,7 @@ void from_decimal(Word* out, const View& x, Length length) {
     shift += Radix::digits;
     --whole;
   }
-  Word sum[kIsConstant<Length> ? 12 : kMaxWords];
+  Word sum[kRoom<Length>];
   std::fill_n(sum, words + 1, Word(0));
   for (std::size_t i = 0; i < x.length; ++i) {
     const std::int64_t place = std::int64_t(i) - whole;
@@ -91,7 +91,7 @@ struct DecimalLimbs {
     const int fraction_limbs = n * kBits / kBitsPerLimb + 1;
     storage[0] = x[n] / Radix::base;
     storage[1] = x[n] % Radix::base;
-    Word rest[kIsConstant<Length> ? 8 : kMaxWords];
+    Word rest[kRoom<Length>];
     std::copy_n(x, n, rest);
 #pragma GCC unroll 8
     for (int i = 0; i < fraction_limbs; ++i) {

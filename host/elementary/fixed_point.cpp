@@ -89,7 +89,7 @@ double to_double(const Word* x, int n) {
 template <class Length>
 Word reduce(Word* r, const Word* constant, Length n) {
   Word quotient = Word(to_double(r, n) / to_double(constant, n));
-  Word multiple[kIsConstant<Length> ? 12 : kMaxWords];
+  Word multiple[kRoom<Length>];
   multiply_word(multiple, constant, n + 1, quotient);
   subtract(r, r, multiple, n + 1);
   // The estimate is at most one off: below, or above, which shows as a negative rest.
@@ -180,7 +180,7 @@ bool exp_digits(const QuarnFloat& x, int w, DecimalLimbs& out) {
   with_length(n, [&](auto length) {
     // One word more for the multiple of ln 10, which has up to 30 bits.
     const auto more = one_more(length);
-    Word wide[kIsConstant<decltype(length)> ? 12 : kMaxWords];
+    Word wide[kRoom<decltype(length)>];
     from_decimal(wide, v, more);
     std::int64_t power = std::int64_t(reduce(wide, ln10(more), more));
     if (v.negative) {
@@ -188,7 +188,7 @@ bool exp_digits(const QuarnFloat& x, int w, DecimalLimbs& out) {
       power = -power - 1;
     }
     const int doublings = int(reduce(wide, ln2(more), more));
-    Word sum[kIsConstant<decltype(length)> ? 12 : kMaxWords];
+    Word sum[kRoom<decltype(length)>];
     exp_of_rest(sum, wide + 1, length);
     out.digits = certain_digits(sum, length);
     shift_up(sum, sum, length + 1, doublings);
@@ -200,12 +200,11 @@ bool exp_digits(const QuarnFloat& x, int w, DecimalLimbs& out) {
 /// log(0.L0 L1 ... * 10^exponent) of v with n words; returns the digits that are certain.
 template <class Length>
 int log_with(const View& v, Length n, DecimalLimbs& out) {
-  constexpr int kSize = kIsConstant<Length> ? 12 : kMaxWords;
   const auto more = one_more(n);
   const bool low = v.limbs[0] < Radix::base / 1000 * 316;
   const std::int64_t e = v.exponent - (low ? 1 : 0);
   // m = x / 10^e from 0.316 to 3.16, doubled or halved into [1, 2).
-  Word m[kSize];
+  Word m[kRoom<Length>];
   from_decimal(m, {false, low ? 1 : 0, v.limbs, v.length}, n);
   int doublings = 0;
   if (m[n] == 0) {
@@ -220,12 +219,12 @@ int log_with(const View& v, Length n, DecimalLimbs& out) {
   const Word factor = (131'072 + 255 + Word(leading)) / (256 + Word(leading));
   multiply_word(m, m, more, factor);
   shift_down(m, m, more, 9);
-  Word sum[kSize];
+  Word sum[kRoom<Length>];
   std::copy_n(log_entry(0, int(factor) - 256, factor, n), int(n), sum);
   sum[n] = 0;
   Word* const u = m;
   u[n] = 0;
-  Word product[kSize + 1];
+  Word product[kRoom<Length>];
   const int stages = std::min(3 + n * kBits / 256, kMaxStages);
   for (int stage = 1; stage < stages; ++stage) {
     // u' = (1 + u)(1 - d) - 1 = u - d - u d, d just below 1 - 1 / (1 + j / 2^place).
@@ -247,7 +246,7 @@ int log_with(const View& v, Length n, DecimalLimbs& out) {
     subtract(u, u, product, n);
     sum[n] += add(sum, sum, log_entry(stage, j, Word(d), n), n);
   }
-  Word rest[kSize];
+  Word rest[kRoom<Length>];
   log_series(rest, u, n, kStageBits * stages - 1);
   sum[n] += add(sum, sum, rest, n);
   // log x = sum - doublings ln 2 + e ln 10
@@ -305,9 +304,8 @@ bool sin_cos_digits(const QuarnFloat& x, int w, DecimalLimbs& sine, DecimalLimbs
   }
   prepare_tables(n + 1);
   with_length(n, [&](auto length) {
-    constexpr int kSize = kIsConstant<decltype(length)> ? 12 : kMaxWords;
     const auto more = one_more(length);
-    Word wide[kSize];
+    Word wide[kRoom<decltype(length)>];
     from_decimal(wide, v, more);
     const int quadrant = int(reduce(wide, half_pi(more), more) & 3);
     // Angles above pi/4, or nearly so, are taken from the other side.
@@ -315,8 +313,8 @@ bool sin_cos_digits(const QuarnFloat& x, int w, DecimalLimbs& sine, DecimalLimbs
     if (reflected) {
       reflect(wide, half_pi(more), more);
     }
-    Word s[kSize];
-    Word c[kSize];
+    Word s[kRoom<decltype(length)>];
+    Word c[kRoom<decltype(length)>];
     sin_cos_of_rest(s, c, wide + 1, length);
     const bool swapped = reflected != (quadrant % 2 == 1);
     sine.negative = (quadrant >= 2) != v.negative;

@@ -1,7 +1,7 @@
 // Elementary functions in binary fixed point: the fast road at up to some 3000 digits.
 //
-// Arguments are reduced by table look-ups of eight bits each, the rest goes into a Taylor sum by Horner's rule, of
-// which each term is computed only as far as it counts. The tables fill as they are used.
+// Arguments are reduced by table look-ups of eight bits each, the rest goes into a Taylor sum, of which each part is
+// computed only as far as it counts. The tables fill as they are used.
 #pragma once
 
 #include <optional>

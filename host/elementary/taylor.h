@@ -28,7 +28,7 @@ class Powers {
 
   Length n_;
   int count_;
-  Word words_[kMostPowers * (kIsConstant<Length> ? 8 : kMaxWords)];
+  Word words_[kMostPowers * kRoom<Length>];
 };
 
 /// out = x / 1 + ... : the sum of c(k) x^k for k >= 1 with the coefficients of the table, 0 <= x < 2^-bits, where every
@@ -51,7 +51,7 @@ void factorial_sum(Word* out, const Coefficients& table, const Powers<Length>& p
   int row = k / m;
   int used = words_of(row);
   // One word more for the integer part, which the numerators go into.
-  Word sum[kIsConstant<Length> ? 9 : kMaxWords];
+  Word sum[kRoom<Length>];
   std::fill(sum + (n - used), sum + (n + 1), Word(0));
   for (;; --k) {
     Word* const low = sum + (n - used);
@@ -117,7 +117,7 @@ void exp_series(Word* e, const Word* r, Length n, int bits) {
 /// s = sin r and v = 1 - cos r for 0 <= r < 2^-bits.
 template <class Length>
 void sin_cos_series(Word* s, Word* v, const Word* r, Length n, int bits) {
-  Word square[kIsConstant<Length> ? 8 : kMaxWords];
+  Word square[kRoom<Length>];
   multiply_high(square, r, r, n);
   // With y = r^2: 1 - cos r = y / 2! - y^2 / 4! + ..., sin r = r - r (y / 3! - y^2 / 5! + ...).
   const Coefficients& even = coefficients(Coefficients::Kind::even);
@@ -131,7 +131,7 @@ void sin_cos_series(Word* s, Word* v, const Word* r, Length n, int bits) {
 /// a := (1 + a)(1 + b) - 1; all below 1.
 template <class Length>
 void combine_exp(Word* a, const Word* b, Length n) {
-  Word product[kIsConstant<Length> ? 8 : kMaxWords];
+  Word product[kRoom<Length>];
   multiply_high(product, a, b, n);
   add(a, a, b, n);
   add(a, a, product, n);
@@ -142,11 +142,10 @@ template <class Length>
 void combine_sin_cos(Word* s, Word* v, const Word* other_s, const Word* other_v, Length n) {
   // sin(a+b) = sa + sb - (sa vb + va sb), 1 - cos(a+b) = va + vb - va vb + sa sb; the bracket is
   // (sa + va)(sb + vb) - sa sb - va vb, whose sums are below 1 for angles up to pi/4.
-  constexpr int kSize = kIsConstant<Length> ? 8 : kMaxWords;
-  Word ss[kSize];
-  Word vv[kSize];
-  Word cross[kSize];
-  Word other_sum[kSize];
+  Word ss[kRoom<Length>];
+  Word vv[kRoom<Length>];
+  Word cross[kRoom<Length>];
+  Word other_sum[kRoom<Length>];
   multiply_high(ss, s, other_s, n);
   multiply_high(vv, v, other_v, n);
   add(cross, s, v, n);

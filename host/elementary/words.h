@@ -17,6 +17,10 @@ inline constexpr int kBits = 8 * sizeof(Word);
 /// The longest number, integer word and guard words included.
 inline constexpr int kMaxWords = 12'800 / kBits;
 
+/// Words for a number of n = Length fraction words, with a few to spare: constant lengths are 7 and less.
+template <class Length>
+inline constexpr int kRoom = kIsConstant<Length> ? 16 : kMaxWords;
+
 /// A number of up to kMaxWords words; how many are in use is known to its user.
 struct Number {
   Number() { words[0] = 0; }
@@ -152,7 +156,7 @@ inline void multiply_high(Word* out, const Word* a, const Word* b, Length length
   const int n = length;
   // Long squares are worth half the products.
   const bool square = !kIsConstant<Length> && a == b;
-  Word result[kIsConstant<Length> ? 16 : kMaxWords];
+  Word result[kRoom<Length>];
   Wide carry = 0;
 #pragma GCC unroll 8
   for (int column = n - 1; column <= 2 * n - 2; ++column) {
