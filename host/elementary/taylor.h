@@ -31,8 +31,8 @@ class Powers {
   Word words_[kMostPowers * kRoom<Length>];
 };
 
-/// out = x / 1 + ... : the sum of c(k) x^k for k >= 1 with the coefficients of the table, 0 <= x < 2^-bits, where every
-/// other sign is negative, that of x^2 the first, if kAlternating.
+/// out = the sum of c(k) x^k over k >= 1 with the coefficients of the table, 0 <= x < 2^-bits; with the signs + - + -
+/// if kAlternating.
 ///
 /// With x^(i + m j) = x^i (x^m)^j the terms of a row j need powers up to x^(m-1) alone, and rows are joined by
 /// products with x^m (M. S. Paterson, L. J. Stockmeyer 1973; D. M. Smith 1989). Coefficients are words over common
