@@ -178,7 +178,7 @@ void Solver::watch() {
   const QuarnFloat& right = state_[Place::stprhs] = right_side(bounds.iterate);
   const bool indirect = state_.iterm == 1 && selects(&SolverIntegers::preconditioned);
   const Integer reason = (left <= (indirect ? kPreconditionedMargin * right : right) ? kCandidate : kLook) |
-                         (state_.step == 0 ? kRestart : 0);
+                         (state_.step == 0 ? Integer(kRestart) : Integer(0));
   if (reason != kLook || monitoring_is_due() || selects(&SolverIntegers::tidy) || state_.itn >= state_.maxitn) {
     evaluate(reason);
   }
