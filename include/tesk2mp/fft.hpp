@@ -52,12 +52,34 @@ inline std::vector<Complex> spectrum(std::span<const Real> x) {
   return expand_hermitian(half);
 }
 
+enum class Direction : char { forward = 'F', backward = 'B' };
+
+namespace detail {
+
+template <class Transform>
+void transform_complex(Transform transform, std::span<Complex> x, Direction direction) {
+  const Integer n = count_of(x.size());
+  std::vector<Complex> work(2 * x.size());
+  call([&](Integer* ifail) { transform(Option(direction), x.data(), &n, work.data(), ifail, 1); }, {4});
+}
+
+}  // namespace detail
+
+/// z_k = 1/sqrt(N) sum over j of x_j exp(-2 pi i j k/N) of N >= 1 complex numbers, in place, N with any factors;
+/// backward with exp(+2 pi i j k/N), its inverse.
+inline void transform(std::span<Complex> x, Direction direction = Direction::forward) {
+  detail::transform_complex(QuarnMPX_c06pcf_, x, direction);
+}
+
 /// The entries that carry their constants as doubles, for results that are to stay what they always were: some 16
 /// digits of them are true at any working precision.
 namespace classic {
 
 inline void transform_real(std::span<Real> x) { detail::transform_in_place(QuarnMP_c06faf_, x); }
 inline void transform_hermitian(std::span<Real> x) { detail::transform_in_place(QuarnMP_c06fbf_, x); }
+inline void transform(std::span<Complex> x, Direction direction = Direction::forward) {
+  detail::transform_complex(QuarnMP_c06pcf_, x, direction);
+}
 
 }  // namespace classic
 }  // namespace tesk2mp

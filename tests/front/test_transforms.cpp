@@ -49,3 +49,21 @@ TEST_CASE("a spectrum is the sum that defines it, for even and odd lengths") {
     }
   }
 }
+
+TEST_CASE("a complex transform of reals is their spectrum, and backward undoes forward") {
+  const Digits digits(40);
+  Samples samples;
+  const std::vector<Real> x = samples.vector<Real>(21);
+  std::vector<Complex> z(x.begin(), x.end());
+  transform(z);
+  const std::vector<Complex> expected = spectrum(x);
+  for (std::size_t k = 0; k < z.size(); ++k) {
+    CHECK(abs(z[k] - expected[k]) < Real(1, 3 - 40));
+  }
+  transform(z, Direction::backward);
+  for (std::size_t k = 0; k < z.size(); ++k) {
+    CHECK(abs(z[k] - Complex(x[k])) < Real(1, 3 - 40));
+  }
+  std::vector<Complex> none;
+  CHECK_THROWS_AS(transform(none), InvalidArgument);
+}
