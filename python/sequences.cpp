@@ -26,6 +26,21 @@ py::object transformed(Transform transform, py::handle x) {
 
 void add_transforms(py::module_& module) {
   module.def(
+      "transform",
+      [](py::handle x, bool backward) {
+        std::vector<Complex> z = to_vector<Complex>(x);
+        tesk2mp::transform(z, backward ? tesk2mp::Direction::backward : tesk2mp::Direction::forward);
+        return from(z, x);
+      },
+      py::arg("x"), py::arg("backward") = false, R"(transform(x, backward=False)
+
+The discrete Fourier transform of n real or Complex numbers, n with any factors, z_k = 1/sqrt(n) sum over j of
+x_j exp(-2 pi i j k/n); backward=True is its inverse.
+
+>>> transform([1, Complex(0, 1), -1, Complex(0, -1)])
+[Complex('0', '0'), Complex('2', '0'), Complex('0', '0'), Complex('0', '0')]
+)");
+  module.def(
       "spectrum", [](py::handle x) { return from(tesk2mp::spectrum(to_vector<Real>(x)), x); }, py::arg("x"),
       R"(spectrum(x)
 

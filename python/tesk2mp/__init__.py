@@ -48,6 +48,7 @@ from ._core import (
     sort,
     spectrum,
     sqrt,
+    transform,
     transform_hermitian,
     transform_real,
 )
@@ -109,6 +110,7 @@ __all__ = [
     "sort",
     "spectrum",
     "sqrt",
+    "transform",
     "transform_hermitian",
     "transform_real",
 ]
