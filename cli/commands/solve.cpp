@@ -197,6 +197,9 @@ Result comparison(const LinearSystem& system, const std::vector<Solution>& solut
 }
 
 void run_solve(const SolveOptions& options) {
+  if (options.method == "all" && options.output.format == Format::mtx) {
+    throw bad_input("--method all gives a comparison, which is no matrix");
+  }
   const LinearSystem system = read_system(options);
   std::vector<Solution> solutions;
   for (const std::string& method : options.method == "all" ? kIterative : std::vector<std::string>{options.method}) {
@@ -204,9 +207,6 @@ void run_solve(const SolveOptions& options) {
   }
 
   if (options.method == "all") {
-    if (options.output.format == Format::mtx) {
-      throw bad_input("--method all gives a comparison, which is no matrix");
-    }
     deliver(comparison(system, solutions, options), options.output);
   } else {
     const Solution& solution = solutions.front();

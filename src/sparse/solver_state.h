@@ -33,21 +33,21 @@ enum class Request : Integer {
 /// The integers of the state.
 struct SolverIntegers {
   // the problem
-  Integer method, n, m, preconditioned, norm, weighted, iterm, maxitn, monit;
-  Integer anorm_known, sigmax_known;
+  Integer method = 0, n = 0, m = 0, preconditioned = 0, norm = 0, weighted = 0, iterm = 0, maxitn = 0, monit = 0;
+  Integer anorm_known = 0, sigmax_known = 0;
   // where the solution stands
-  Integer phase;
-  Integer request;  // what the caller has been asked for
-  Integer target;   // the vector that takes the answer
-  Integer task;     // what is to be done with it
-  Integer step;     // where the method goes on
-  Integer inner;    // iterations of a cycle or of a sum that have been done
-  Integer itn;
-  Integer iterate;         // the vector that holds the iterate being judged
-  Integer reason;          // why it is judged
-  Integer tidy;            // the caller has asked for an end
-  Integer replacements;    // of the residual, since the start
-  Integer estimate_round;  // of the norm estimate
+  Integer phase = 0;
+  Integer request = 0;  // what the caller has been asked for
+  Integer target = 0;   // the vector that takes the answer
+  Integer task = 0;     // what is to be done with it
+  Integer step = 0;     // where the method goes on
+  Integer inner = 0;    // iterations of a cycle or of a sum that have been done
+  Integer itn = 0;
+  Integer iterate = 0;         // the vector that holds the iterate being judged
+  Integer reason = 0;          // why it is judged
+  Integer tidy = 0;            // the caller has asked for an end
+  Integer replacements = 0;    // of the residual, since the start
+  Integer estimate_round = 0;  // of the norm estimate
 };
 
 /// Where real scalars live in WORK, 1-based.
@@ -68,7 +68,7 @@ enum class Place : Integer {
 /// The work array through its layout.
 class SolverState : public SolverIntegers {
  public:
-  explicit SolverState(QuarnFloat* work) noexcept : SolverIntegers{}, work_(work) {}
+  explicit SolverState(QuarnFloat* work) noexcept : work_(work) {}
 
   QuarnFloat& operator[](Place place) const noexcept { return work_[Integer(place) - 1]; }
   QuarnFloat& scalar(Integer i) const noexcept { return work_[Integer(Place::method) - 1 + i]; }
