@@ -444,6 +444,34 @@ Computation transform(RealTransform entry) {
   };
 }
 
+using ComplexTransform = decltype(&QuarnMP_c06pcf_);
+
+Computation complex_transform(ComplexTransform entry, Integer n) {
+  return [entry, n](Data& data) {
+    ComplexVector x = data.complexes(std::size_t(n));
+    ComplexVector work(2 * x.size());
+    Integer ifail = 1;
+    entry("F", x.data(), &n, work.data(), &ifail, 1);
+    return gathered(x);
+  };
+}
+
+using DimensionalTransform = decltype(&QuarnMP_c06pjf_);
+
+Computation dimensional_transform(DimensionalTransform entry) {
+  return [entry](Data& data) {
+    const std::array<Integer, 3> nd = {6, 10, 6};
+    const Integer ndim = 3;
+    const Integer n = 360;
+    const Integer lwork = n + 3 * (10 + 5);
+    ComplexVector x = data.complexes(std::size_t(n));
+    ComplexVector work(std::size_t(lwork), Complex(0));
+    Integer ifail = 1;
+    entry("F", &ndim, nd.data(), &n, x.data(), work.data(), &lwork, &ifail, 1);
+    return gathered(x);
+  };
+}
+
 // The table -----------------------------------------------------------------------------------------------------------
 
 const std::vector<Case> kCases = {
@@ -472,6 +500,12 @@ const std::vector<Case> kCases = {
     {"c02alf", "zeros of a quartic", quartic_zeros, {}},
     {"c06faf", "real Fourier transform, N = 360", transform(QuarnMPX_c06faf_), transform(QuarnMP_c06faf_)},
     {"c06fbf", "and its inverse", transform(QuarnMPX_c06fbf_), transform(QuarnMP_c06fbf_)},
+    {"c06pcf", "complex Fourier transform, N = 360", complex_transform(QuarnMPX_c06pcf_, 360),
+     complex_transform(QuarnMP_c06pcf_, 360)},
+    {"c06pcf", "of a large prime, N = 1009", complex_transform(QuarnMPX_c06pcf_, 1009),
+     complex_transform(QuarnMP_c06pcf_, 1009)},
+    {"c06pjf", "all dimensions of 6 by 10 by 6", dimensional_transform(QuarnMPX_c06pjf_),
+     dimensional_transform(QuarnMP_c06pjf_)},
     {"f11zaf", "canonical form, duplicates summed", canonical_form, {}},
     {"f11xaf", "sparse product, n = 16", general_product<QuarnFloat>(QuarnMP_f11xaf_), {}},
     {"f11xnf", "the same, complex", general_product<Complex>(QuarnMP_f11xnf_), {}},
