@@ -79,9 +79,9 @@ struct MultiplyAdd {
   }
 };
 
-const bool registered = register_operation<Add>() && register_operation<Subtract>() && register_operation<Multiply>(1'000'000) &&
-                        register_operation<Divide>() && register_operation<SquareRoot>() &&
-                        register_operation<MultiplyAdd>();
+const bool registered = register_operation<Add>() && register_operation<Subtract>() &&
+                        register_operation<Multiply>(1'000'000) && register_operation<Divide>() &&
+                        register_operation<SquareRoot>() && register_operation<MultiplyAdd>();
 
 }  // namespace
 }  // namespace bench

@@ -14,9 +14,9 @@ namespace tesk {
 /// that has large factors itself, of a longer length with factors 2, 3 and 5 alone, where zeros keep the ends apart.
 class PrimeTransform {
  public:
-  /// Whether the odd number r is a prime for which so many convolutions cost less than sums over pairs. Of one transform
-  /// 61, 71 and 73 are the smallest, most from 97 on; counts of operations decide, which agree with measurements at 50
-  /// and 100 digits.
+  /// Whether the odd number r is a prime for which so many convolutions cost less than sums over pairs. Of one
+  /// transform 61, 71 and 73 are the smallest, most from 97 on; counts of operations decide, which agree with
+  /// measurements at 50 and 100 digits.
   static bool pays(Integer r, double times);
 
   /// roots[q apart], 1 <= q <= r/2: exp(-2 pi i q/r).
