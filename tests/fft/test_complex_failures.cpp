@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
+#include <initializer_list>
 
 #include "complex_sample.h"
 #include "src/fft/complex_cores.h"
@@ -51,7 +52,7 @@ constexpr Integer kLowest = -2147483647 - 1;
 
 TEST_CASE("one sequence: N, then DIRECT") {
   for (const auto core : {c06pcfn_, c06pcfn_full_}) {
-    for (const Integer n : {kLowest, -1, 0, 1, 2}) {
+    for (const Integer n : std::initializer_list<Integer>{kLowest, -1, 0, 1, 2}) {
       for (const std::string direct : kDirects) {
         CAPTURE(n);
         CAPTURE(direct);
@@ -80,7 +81,7 @@ TEST_CASE("several sequences: M, N, DIRECT") {
   };
   const Row rows[] = {{"C06PRF", c06prfn_}, {"C06PRF", c06prfn_full_}, {"C06PSF", c06psfn_}, {"C06PSF", c06psfn_full_}};
   for (const Row& row : rows) {
-    for (const Integer m : {kLowest, 0, 1, 2}) {
+    for (const Integer m : std::initializer_list<Integer>{kLowest, 0, 1, 2}) {
       for (const Integer n : {-7, 0, 1, 2}) {
         for (const std::string direct : kDirects) {
           CAPTURE(m);
@@ -189,7 +190,7 @@ Expected expected_of_pjf(const Arguments& a) {
 void for_all_arguments(const std::function<void(const Arguments&)>& body) {
   for (const Integer query : {0, 1}) {
     for (const char* direct : {"F", "b", "X", ""}) {
-      for (const Integer ndim : {kLowest, 0, 1, 2}) {
+      for (const Integer ndim : std::initializer_list<Integer>{kLowest, 0, 1, 2}) {
         for (const Integer l : {-1, 0, 1, 2, 3}) {
           for (const Integer nd1 : {-2, 0, 1, 3}) {
             for (const Integer nd2 : {0, 1, 2}) {
