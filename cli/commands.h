@@ -20,5 +20,6 @@ void add_zeros(CLI::App& app, Session& session);
 void add_repl(CLI::App& app, Session& session);
 void add_solve(CLI::App& app, Session& session);
 void add_details(CLI::App& app, Session& session);
+void add_help(CLI::App& app, Session& session);
 
 }  // namespace cli

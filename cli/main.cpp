@@ -5,6 +5,7 @@
 
 #include "cli/commands.h"
 #include "cli/failure.h"
+#include "cli/manual.h"
 #include "cli/output.h"
 
 namespace cli {
@@ -15,10 +16,9 @@ constexpr const char* kFooter = R"(Examples:
   quarn fft examples/sunspots.csv --digits 40
   quarn fft examples/sunspots.csv --format csv --output spectrum.csv
   quarn fft --inverse spectrum.csv
-  quarn constants --digits 100
+  quarn repl --digits 50 --eval 'sqrt(2)'
 
-Exit status: 0 done; 1 the library refused, its message says why; 2 a bad option
-or input; 3 the result or the picture could not be written.)";
+"quarn help TOPIC" explains a sub-command, or one of the topics )";
 
 constexpr const char* kSeeHelp = " (quarn --help shows what there is)";
 
@@ -27,8 +27,8 @@ void run(int argc, char** argv) {
   Session session;
   CLI::App app("Numerical routines in arbitrary decimal precision.", "quarn");
   app.set_version_flag("--version", std::string("quarn ") + QUARN_VERSION);
-  app.footer(kFooter);
-  app.fallthrough();
+  app.footer(kFooter + list_of_topics() + ".");
+  app.require_subcommand(0, 1);  // what follows one is a file, even if it is named like another
   app.allow_windows_style_options(false);  // the same commands everywhere, and paths that start with a slash
   add_digits_option(app, session);
   add_fft(app, session);
@@ -46,6 +46,7 @@ void run(int argc, char** argv) {
   add_repl(app, session);
   add_solve(app, session);
   add_details(app, session);
+  add_help(app, session);
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {

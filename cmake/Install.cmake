@@ -39,6 +39,11 @@ if(TARGET quarn)
     set_target_properties(quarn PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries}")
   endif()
   install(TARGETS quarn RUNTIME COMPONENT console)
+  if(NOT CMAKE_CROSSCOMPILING)
+    install(FILES ${PROJECT_BINARY_DIR}/quarn.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT console)
+    install(FILES ${PROJECT_BINARY_DIR}/quarn.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+      RENAME quarn COMPONENT console)
+  endif()
 endif()
 
 # Packages: `cpack` in the build folder.

@@ -9,7 +9,7 @@ namespace cli {
 void add_details(CLI::App& app, Session& session) {
   CLI::App* command = app.add_subcommand("details", "show the implementation details of the library");
   auto file = std::make_shared<std::string>();
-  command->add_option("--output", *file, "write to this file instead of standard output")->type_name("FILE");
+  add_output_file_option(*command, *file);
   command->footer("Example:\n  quarn details");
   command->callback(
       [&session, file] { session.work = [file] { write_output(console_text_of(QuarnMP_a00aafn_), *file); }; });

@@ -71,6 +71,12 @@ BAD = [
 
 
 class Inputs(unittest.TestCase):
+    def test_a_file_may_have_the_name_of_a_sub_command(self):
+        with tempfile.TemporaryDirectory() as folder:
+            with open(os.path.join(folder, "fft"), "w", encoding="utf-8") as file:
+                file.write("2\n1\n")
+            self.assertIn("2 values in fft, ascending", run("rank", "fft", cwd=folder).stdout)
+
     def test_shapes(self):
         expected = run_json("fft", "-", stdin="\n".join(NUMBERS))
         for shape, (text, unit) in SHAPES.items():
