@@ -7,6 +7,7 @@
 #include "cli/failure.h"
 #include "cli/manual.h"
 #include "cli/output.h"
+#include "cli/progress.h"
 
 namespace cli {
 
@@ -28,7 +29,7 @@ void run(int argc, char** argv) {
   CLI::App app("Numerical routines in arbitrary decimal precision.", "quarn");
   app.set_version_flag("--version", std::string("quarn ") + QUARN_VERSION);
   app.footer(kFooter + list_of_topics() + ".");
-  app.require_subcommand(0, 1);  // what follows one is a file, even if it is named like another
+  app.require_subcommand(0, 1);            // what follows one is a file, even if it is named like another
   app.allow_windows_style_options(false);  // the same commands everywhere, and paths that start with a slash
   add_digits_option(app, session);
   add_fft(app, session);
@@ -61,6 +62,9 @@ void run(int argc, char** argv) {
     throw bad_input(std::string("no sub-command given") + kSeeHelp);
   }
   QuarnSetDigits(session.digits);
+  if (!session.quiet) {
+    enable_progress();
+  }
   session.work();
 }
 

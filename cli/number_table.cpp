@@ -7,6 +7,7 @@
 #include "cli/failure.h"
 #include "cli/input.h"
 #include "cli/memory.h"
+#include "cli/progress.h"
 
 namespace cli {
 
@@ -212,6 +213,7 @@ std::vector<T> NumberTable::values(const Column& column, bool (*is_value)(std::s
                                    T (*to_value)(const std::string&)) const {
   constexpr std::size_t kParts = std::is_same_v<T, Complex> ? 2 : 1;
   require_memory(double(kParts * column.cells.size()), std::to_string(column.cells.size()) + " numbers");
+  Progress progress("reading numbers", double(column.cells.size()));
   std::vector<T> values;
   values.reserve(column.cells.size());
   for (std::size_t row = 0; row < column.cells.size(); ++row) {
@@ -221,6 +223,7 @@ std::vector<T> NumberTable::values(const Column& column, bool (*is_value)(std::s
                       "number");
     }
     values.push_back(to_value(cell));
+    progress.advance();
     if (!isfinite(values.back())) {
       throw bad_input(place(column, row) + ": " + shown(cell) + " is beyond the range of numbers");
     }

@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 
+#include "cli/progress.h"
+
 namespace cli {
 
 namespace {
@@ -114,8 +116,10 @@ std::string render(const Result& result, Format format) {
 std::vector<std::string> exact_cells(const std::vector<QuarnFloat>& values) {
   std::vector<std::string> cells;
   cells.reserve(values.size());
+  Progress progress("writing numbers", double(values.size()));
   for (const QuarnFloat& value : values) {
     cells.push_back(value.to_string());
+    progress.advance();
   }
   return cells;
 }

@@ -3,6 +3,7 @@
 #include "cli/dense.h"
 #include "cli/failure.h"
 #include "cli/matrix_output.h"
+#include "cli/progress.h"
 
 namespace cli {
 
@@ -30,6 +31,8 @@ void run_chol(const CholOptions& options) {
   const DenseMatrix given = read_operand(options.matrix, true);
   require_hermitian(given);
   const auto triangle = options.upper ? tesk2mp::Triangle::upper : tesk2mp::Triangle::lower;
+  constexpr double kOneTriangle = 0.5;
+  const Progress progress = Progress::estimated("factorising", kOneTriangle * factorisation_cost(given.rows, true));
   with_elements(given, [&](const auto& a) {
     const tesk2mp::Cholesky cholesky(a, triangle);
     const std::string determinant = exact_text(cholesky.determinant());

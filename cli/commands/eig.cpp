@@ -6,6 +6,7 @@
 #include "cli/dense.h"
 #include "cli/failure.h"
 #include "cli/plot.h"
+#include "cli/progress.h"
 #include "cli/ranking.h"
 
 namespace cli {
@@ -26,6 +27,11 @@ struct Eigenvalues {
 };
 
 Eigenvalues eigenvalues_of(const EigOptions& options, const tesk2mp::Matrix<QuarnFloat>& a) {
+  constexpr double kValues = 45;  // reduction and iterations, in factorisations
+  constexpr double kSchurForm = 90;
+  const Progress progress =
+      Progress::estimated("eigenvalues", (options.vectors || options.condition ? kSchurForm : kValues) *
+                                             factorisation_cost(double(a.rows()), false));
   Eigenvalues result;
   if (options.vectors) {
     tesk2mp::EigenSystem system = tesk2mp::eigen(a);

@@ -1,5 +1,6 @@
 // quarn fft: the discrete Fourier transform of a real sequence, and back.
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "cli/commands.h"
@@ -7,6 +8,7 @@
 #include "cli/library_call.h"
 #include "cli/memory.h"
 #include "cli/plot.h"
+#include "cli/progress.h"
 #include "cli/sequence.h"
 #include "tesk2mp/tesk2mp.h"
 
@@ -34,6 +36,12 @@ Entry entry_for(const FftOptions& options) {
   return options.classic ? Entry{"QuarnMP_c06faf_", QuarnMP_c06faf_} : Entry{"QuarnMPX_c06faf_", QuarnMPX_c06faf_};
 }
 
+// Some two operations an element and factor of two, and an evaluation of sines and cosines for every second element.
+double transform_cost(double n) {
+  constexpr double kEvaluation = 30;
+  return n * std::log2(n) + n / 2 * kEvaluation;
+}
+
 void transform(const Entry& entry, std::vector<QuarnFloat>& x) {
   if (x.size() > std::size_t(std::numeric_limits<Integer>::max())) {
     throw bad_input("more values than a 32-bit count can hold");
@@ -41,6 +49,7 @@ void transform(const Entry& entry, std::vector<QuarnFloat>& x) {
   require_memory(2 * double(x.size()), "a transform of " + std::to_string(x.size()) + " values");
   Integer n = Integer(x.size());
   std::vector<QuarnFloat> work(x.size());
+  const Progress progress = Progress::estimated("transform", transform_cost(double(n)));
   call_routine(entry.name, [&](Integer* ifail) { entry.transform(x.data(), &n, work.data(), ifail); });
 }
 

@@ -1,8 +1,11 @@
 // quarn lu: the LU factorisation of a dense matrix.
+#include <algorithm>
+
 #include "cli/commands.h"
 #include "cli/dense.h"
 #include "cli/failure.h"
 #include "cli/matrix_output.h"
+#include "cli/progress.h"
 #include "cli/ranking.h"
 
 namespace cli {
@@ -84,6 +87,8 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
 
 void run_lu(const LuOptions& options) {
   const DenseMatrix given = read_operand(options.matrix, false);
+  const double inner = std::min(given.rows, given.columns);
+  const Progress progress = Progress::estimated("factorising", factorisation_cost(inner, given.complex));
   if (options.weighted) {
     if (given.complex) {
       throw bad_input("--weighted: the matrix in " + given.source + " is complex; weighted pivoting is for real ones");

@@ -2,6 +2,7 @@
 #include "cli/commands.h"
 #include "cli/dense.h"
 #include "cli/failure.h"
+#include "cli/progress.h"
 
 namespace cli {
 
@@ -38,6 +39,9 @@ void run_norm(const NormOptions& options) {
       add(name, meaning, tesk2mp::norm(norm, a));
     }
     if (options.condition) {
+      constexpr double kSolving = 3;  // n right-hand sides on top of the factorisation
+      const Progress progress =
+          Progress::estimated("inverting", (1 + kSolving) * factorisation_cost(given.rows, given.complex));
       const auto inverse = tesk2mp::inverse(a);
       add("condition", "one-norm of A times one-norm of its inverse",
           tesk2mp::norm(tesk2mp::Norm::one, a) * tesk2mp::norm(tesk2mp::Norm::one, inverse));

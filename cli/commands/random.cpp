@@ -11,6 +11,7 @@
 #include "cli/input.h"
 #include "cli/memory.h"
 #include "cli/output.h"
+#include "cli/progress.h"
 
 namespace cli {
 
@@ -109,7 +110,9 @@ void run_random(const RandomOptions& options) {
   const std::string first_seed = seed_text(stream);
   std::vector<QuarnFloat> values;
   values.reserve(std::size_t(options.count));
+  Progress progress("drawing numbers", options.count);
   for (Integer i = 0; i < options.count; ++i) {
+    progress.advance();
     values.push_back(draw_one(&stream.generator, stream.seed.data()));
   }
 

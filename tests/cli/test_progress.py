@@ -1,0 +1,49 @@
+"""Progress lines: at a terminal alone, after a second, gone at the end, and not with --quiet."""
+
+import os
+import subprocess
+import unittest
+
+from console import QUARN, run_well
+
+# A second or more of work on any machine of today.
+ORDER = 120
+LONG = ["lu", "-", "--digits", "1500", "--output", "/dev/null"]
+MATRIX = "\n".join(",".join(str((i * i + 7 * j * i + j) % 101) for j in range(ORDER)) for i in range(ORDER))
+
+
+@unittest.skipUnless(os.name == "posix", "needs a pseudo-terminal")
+class Progress(unittest.TestCase):
+    def errors_at_a_terminal(self, *arguments):
+        import pty
+
+        primary, secondary = pty.openpty()
+        with subprocess.Popen([QUARN, *arguments], stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, stderr=secondary) as process:
+            os.close(secondary)
+            process.stdin.write(MATRIX.encode())
+            process.stdin.close()
+            output = b""
+            try:
+                while chunk := os.read(primary, 4096):
+                    output += chunk
+            except OSError:
+                pass  # the other end is closed
+            self.assertEqual(process.wait(120), 0)
+        os.close(primary)
+        return output.decode()
+
+    def test_long_work_tells_how_far_it_is(self):
+        text = self.errors_at_a_terminal(*LONG)
+        self.assertRegex(text, r"\A(\r[a-z ]+: \d+ %, about \d+ (s|min) left\x1b\[K|\r\x1b\[K)+\Z")
+        self.assertTrue(text.endswith("\r\x1b[K"))
+
+    def test_quiet_and_short_work_tell_nothing(self):
+        self.assertEqual(self.errors_at_a_terminal(*LONG, "--quiet"), "")
+        self.assertEqual(self.errors_at_a_terminal("norm", "-"), "")
+
+    def test_nothing_away_from_a_terminal(self):
+        run_well(*LONG, stdin=MATRIX)
+
+
+if __name__ == "__main__":
+    unittest.main()
