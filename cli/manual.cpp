@@ -123,6 +123,11 @@ std::string joined(const std::vector<std::string>& words, char separator = ' ') 
   return text;
 }
 
+// The words that may follow `previous` in a command.
+std::string choices_of(const std::string& command, const std::string& previous, const std::string& choices) {
+  return "    " + command + "," + previous + ") choices='" + choices + "' ;;\n";
+}
+
 }  // namespace
 
 std::span<const Topic> topics() { return kTopics; }
@@ -166,7 +171,7 @@ std::string bash_completion(CLI::App& app) {
       const std::string name = "--" + option->get_lnames().front();
       options.push_back(name);
       if (const std::string choices = words_of(*option); !choices.empty()) {
-        words += "    " + command->get_name() + "," + name + ") choices='" + choices + "' ;;\n";
+        words += choices_of(command->get_name(), name, choices);
       }
     }
     names.push_back(command->get_name());
@@ -176,7 +181,7 @@ std::string bash_completion(CLI::App& app) {
   for (const Topic& topic : kTopics) {
     subjects += std::string(" ") + topic.name;
   }
-  words += "    help,help) choices='" + subjects + "' ;;\n";
+  words += choices_of("help", "help", subjects);
   std::vector<std::string> common;
   for (const CLI::Option* option : options_of(app, false)) {
     common.push_back("--" + option->get_lnames().front());
