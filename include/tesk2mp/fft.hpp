@@ -1,6 +1,7 @@
 // Fourier transforms of the front door. Part of tesk2mp.hpp; fft.h has formulas, lengths and accuracy.
 #pragma once
 
+#include <algorithm>
 #include <span>
 #include <vector>
 
@@ -54,6 +55,9 @@ inline std::vector<Complex> spectrum(std::span<const Real> x) {
 
 enum class Direction : char { forward = 'F', backward = 'B' };
 
+/// The extents of an array of several dimensions, whose first index varies fastest.
+using Shape = std::vector<std::size_t>;
+
 namespace detail {
 
 template <class Transform>
@@ -61,6 +65,92 @@ void transform_complex(Transform transform, std::span<Complex> x, Direction dire
   const Integer n = count_of(x.size());
   std::vector<Complex> work(2 * x.size());
   call([&](Integer* ifail) { transform(Option(direction), x.data(), &n, work.data(), ifail, 1); }, {4});
+}
+
+/// Works on the elements of a matrix whose columns follow each other without gaps: on a copy, when there are gaps.
+template <class Work>
+void without_gaps(const MatrixView<Complex>& a, const Work& work) {
+  if (a.leading() == a.rows() || a.columns() <= 1) {
+    return work(a.data());
+  }
+  Matrix<Complex> copy(a);
+  work(copy.data());
+  for (std::size_t j = 0; j < a.columns(); ++j) {
+    std::copy_n(copy.data() + j * a.rows(), a.rows(), a.data() + j * a.leading());
+  }
+}
+
+template <class Transform>
+void transform_columns(Transform transform, const MatrixView<Complex>& a, Direction direction) {
+  const RawMatrix<Complex> raw(a);
+  std::vector<Complex> work(2 * a.rows());
+  char buffer[200];
+  without_gaps(a, [&](Complex* x) {
+    call(
+        [&](Integer* ifail) {
+          transform(Option(direction), raw.columns, raw.rows, x, work.data(), buffer, ifail, 1, sizeof buffer);
+        },
+        {5});
+  });
+}
+
+template <class Transform>
+void transform_rows(Transform transform, const MatrixView<Complex>& a, Direction direction) {
+  const RawMatrix<Complex> raw(a);
+  std::vector<Complex> work(a.columns() * (1 + a.rows()));
+  without_gaps(a, [&](Complex* x) {
+    call([&](Integer* ifail) { transform(Option(direction), &raw.rows, &raw.columns, x, work.data(), ifail, 1); }, {5});
+  });
+}
+
+/// A shape as the exports take it.
+struct RawShape {
+  RawShape(const Shape& shape) : dimensions(count_of(shape.size())) {
+    for (const std::size_t extent : shape) {
+      extents.push_back(count_of(extent));
+    }
+  }
+  Integer dimensions;
+  std::vector<Integer> extents;
+};
+
+template <class Transform>
+void transform_dimension(Transform transform, std::span<Complex> x, const Shape& shape, std::size_t dimension,
+                         Direction direction) {
+  require(dimension < shape.size(), "C06PFF", 2, "dimension ", dimension, " of ", shape.size());
+  const RawShape raw(shape);
+  const Integer l = Integer(dimension) + 1;
+  const Integer n = count_of(x.size());
+  // No extent of a good shape is above N, and that of a bad one is refused before the workspace matters.
+  std::vector<Complex> work(x.size() + std::min(shape[dimension], x.size()) + 15);
+  const Integer length = count_of(work.size());
+  call(
+      [&](Integer* ifail) {
+        transform(Option(direction), &raw.dimensions, &l, raw.extents.data(), &n, x.data(), work.data(), &length, ifail,
+                  1);
+      },
+      {8});
+}
+
+template <class Transform>
+void transform_array(Transform transform, std::span<Complex> x, const Shape& shape, Direction direction) {
+  const RawShape raw(shape);
+  const Integer n = count_of(x.size());
+  const std::size_t longest = shape.empty() ? 0 : *std::max_element(shape.begin(), shape.end());
+  std::vector<Complex> work(x.size() + 3 * (std::min(longest, x.size()) + 5));
+  const Integer length = count_of(work.size());
+  call(
+      [&](Integer* ifail) {
+        transform(Option(direction), &raw.dimensions, raw.extents.data(), &n, x.data(), work.data(), &length, ifail, 1);
+      },
+      {7});
+}
+
+template <class Transform>
+void transform_matrix(Transform transform, const MatrixView<Complex>& a, Direction direction) {
+  without_gaps(a, [&](Complex* x) {
+    transform_array(transform, {x, a.rows() * a.columns()}, {a.rows(), a.columns()}, direction);
+  });
 }
 
 }  // namespace detail
@@ -71,6 +161,34 @@ inline void transform(std::span<Complex> x, Direction direction = Direction::for
   detail::transform_complex(QuarnMPX_c06pcf_, x, direction);
 }
 
+/// Each column of a matrix as a sequence of its own; each row.
+inline void transform_columns(const MatrixView<Complex>& a, Direction direction = Direction::forward) {
+  detail::transform_columns(QuarnMPX_c06psfn_, a, direction);
+}
+inline void transform_rows(const MatrixView<Complex>& a, Direction direction = Direction::forward) {
+  detail::transform_rows(QuarnMPX_c06prf_, a, direction);
+}
+
+/// One dimension of an array, from 0. The extents multiply to the number of elements, and none is 0; another shape
+/// throws InvalidArgument and leaves x alone.
+inline void transform_dimension(std::span<Complex> x, const Shape& shape, std::size_t dimension,
+                                Direction direction = Direction::forward) {
+  detail::transform_dimension(QuarnMPX_c06pff_, x, shape, dimension, direction);
+}
+
+/// All dimensions of an array; both of a matrix.
+///
+/// @code
+/// std::vector<tesk2mp::Complex> x(4 * 6 * 5, 1);
+/// tesk2mp::transform(x, {4, 6, 5});
+/// @endcode
+inline void transform(std::span<Complex> x, const Shape& shape, Direction direction = Direction::forward) {
+  detail::transform_array(QuarnMPX_c06pjf_, x, shape, direction);
+}
+inline void transform(const MatrixView<Complex>& a, Direction direction = Direction::forward) {
+  detail::transform_matrix(QuarnMPX_c06pjf_, a, direction);
+}
+
 /// The entries that carry their constants as doubles, for results that are to stay what they always were: some 16
 /// digits of them are true at any working precision.
 namespace classic {
@@ -79,6 +197,22 @@ inline void transform_real(std::span<Real> x) { detail::transform_in_place(Quarn
 inline void transform_hermitian(std::span<Real> x) { detail::transform_in_place(QuarnMP_c06fbf_, x); }
 inline void transform(std::span<Complex> x, Direction direction = Direction::forward) {
   detail::transform_complex(QuarnMP_c06pcf_, x, direction);
+}
+inline void transform_columns(const MatrixView<Complex>& a, Direction direction = Direction::forward) {
+  detail::transform_columns(QuarnMP_c06psfn_, a, direction);
+}
+inline void transform_rows(const MatrixView<Complex>& a, Direction direction = Direction::forward) {
+  detail::transform_rows(QuarnMP_c06prf_, a, direction);
+}
+inline void transform_dimension(std::span<Complex> x, const Shape& shape, std::size_t dimension,
+                                Direction direction = Direction::forward) {
+  detail::transform_dimension(QuarnMP_c06pff_, x, shape, dimension, direction);
+}
+inline void transform(std::span<Complex> x, const Shape& shape, Direction direction = Direction::forward) {
+  detail::transform_array(QuarnMP_c06pjf_, x, shape, direction);
+}
+inline void transform(const MatrixView<Complex>& a, Direction direction = Direction::forward) {
+  detail::transform_matrix(QuarnMP_c06pjf_, a, direction);
 }
 
 }  // namespace classic

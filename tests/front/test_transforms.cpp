@@ -1,12 +1,33 @@
 // Fourier transforms through the front door.
 #include <doctest/doctest.h>
 
+#include <limits>
 #include <vector>
 
 #include "front/samples.h"
 
 using namespace front;
 using namespace tesk2mp;
+
+namespace {
+
+bool alike(const Complex& a, const Complex& b) { return abs(a - b) < Real(1, 4 - QuarnDigits()); }
+
+/// Element (i, j, k) of an array of the extents {3, 4, 2} below.
+std::size_t place(std::size_t i, std::size_t j, std::size_t k) { return i + 3 * (j + 4 * k); }
+
+/// The elements of that array along a dimension, through a given one.
+std::vector<Complex> line(const std::vector<Complex>& x, std::size_t dimension, const std::size_t (&through)[3]) {
+  const std::size_t extents[] = {3, 4, 2};
+  std::vector<Complex> elements;
+  std::size_t at[] = {through[0], through[1], through[2]};
+  for (at[dimension] = 0; at[dimension] < extents[dimension]; ++at[dimension]) {
+    elements.push_back(x[place(at[0], at[1], at[2])]);
+  }
+  return elements;
+}
+
+}  // namespace
 
 TEST_CASE("transforms are those of the exports, companions by default") {
   const Digits digits(50);
@@ -66,4 +87,117 @@ TEST_CASE("a complex transform of reals is their spectrum, and backward undoes f
   }
   std::vector<Complex> none;
   CHECK_THROWS_AS(transform(none), InvalidArgument);
+}
+
+TEST_CASE("the transform of an array is the sum that defines it, both ways") {
+  const Digits digits(40);
+  const std::vector<Complex> x = Samples().vector<Complex>(24);
+  for (const auto& [direction, sign] : {std::pair{Direction::forward, -1}, std::pair{Direction::backward, 1}}) {
+    std::vector<Complex> z = x;
+    transform(z, {3, 4, 2}, direction);
+    for (std::size_t k = 0; k < 24; ++k) {
+      Complex sum(0);
+      for (std::size_t j = 0; j < 24; ++j) {
+        const std::size_t twelfths = 4 * (j % 3) * (k % 3) + 3 * (j / 3 % 4) * (k / 3 % 4) + 6 * (j / 12) * (k / 12);
+        const Real angle = 2 * sign * pi() * Real(twelfths) / 12;
+        sum = sum + x[j] * Complex(cos(angle), sin(angle));
+      }
+      CHECK(alike(z[k], sum / Complex(sqrt(Real(24)))));
+    }
+  }
+}
+
+TEST_CASE("one dimension of an array is transformed line by line") {
+  const Digits digits(40);
+  const std::vector<Complex> x = Samples().vector<Complex>(24);
+  for (const std::size_t dimension : {0U, 1U, 2U}) {
+    std::vector<Complex> z = x;
+    transform_dimension(z, {3, 4, 2}, dimension);
+    for (std::size_t j = 0; j < 24; ++j) {
+      const std::size_t at[] = {j % 3, j / 3 % 4, j / 12};
+      std::vector<Complex> expected = line(x, dimension, at);
+      transform(expected);
+      CHECK(alike(z[j], expected[at[dimension]]));
+    }
+    transform_dimension(z, {3, 4, 2}, dimension, Direction::backward);
+    for (std::size_t j = 0; j < 24; ++j) {
+      CHECK(alike(z[j], x[j]));
+    }
+  }
+}
+
+TEST_CASE("columns, rows and both of a matrix, and of a block whose surroundings stay") {
+  const Digits digits(40);
+  const Matrix<Complex> all = Samples().matrix<Complex>(6, 7);
+  const struct {
+    void (*work)(const MatrixView<Complex>&, Direction);
+    bool columns;
+    bool rows;
+  } table[] = {{transform_columns, true, false}, {transform_rows, false, true}, {transform, true, true}};
+  for (const auto& row : table) {
+    for (const auto& [rows, columns] : {std::pair{6U, 7U}, std::pair{4U, 5U}, std::pair{5U, 1U}}) {
+      Matrix<Complex> a = all;
+      Matrix<Complex> expected = all;
+      row.work(a.view().block(0, 0, rows, columns), Direction::forward);
+      for (std::size_t j = 0; row.columns && j < columns; ++j) {
+        transform(std::span(&expected(0, j), rows));
+      }
+      for (std::size_t i = 0; row.rows && i < rows; ++i) {
+        std::vector<Complex> elements = expected.view().block(0, 0, rows, columns).row(i).to_vector();
+        transform(elements);
+        for (std::size_t j = 0; j < columns; ++j) {
+          expected(i, j) = elements[j];
+        }
+      }
+      CHECK(distance(a, expected) < 1e3);
+      row.work(a.view().block(0, 0, rows, columns), Direction::backward);
+      CHECK(distance(a, all) < 1e3);
+      for (std::size_t i = 0; i < 6; ++i) {
+        for (std::size_t j = 0; j < 7; ++j) {
+          CHECK(((i < rows && j < columns) || a(i, j) == all(i, j)));
+        }
+      }
+    }
+  }
+}
+
+TEST_CASE("classic transforms of complex numbers have some 16 digits, the others all") {
+  const Digits digits(60);
+  const Matrix<Complex> all = Samples().matrix<Complex>(5, 7);
+  const std::pair<void (*)(const MatrixView<Complex>&, Direction), void (*)(const MatrixView<Complex>&, Direction)>
+      table[] = {{transform_columns, classic::transform_columns},
+                 {transform_rows, classic::transform_rows},
+                 {transform, classic::transform},
+                 {[](const MatrixView<Complex>& a, Direction direction) {
+                    transform_dimension({a.data(), 35}, {5, 7}, 1, direction);
+                  },
+                  [](const MatrixView<Complex>& a, Direction direction) {
+                    classic::transform_dimension({a.data(), 35}, {5, 7}, 1, direction);
+                  }}};
+  for (const auto& [full, old] : table) {
+    Matrix<Complex> a = all;
+    Matrix<Complex> b = all;
+    full(a, Direction::forward);
+    old(b, Direction::forward);
+    CHECK(distance(a, b) > 1e38);
+    CHECK(distance(a, b) < 1e47);
+  }
+}
+
+TEST_CASE("shapes that are none are refused, and the array stays") {
+  const std::vector<Complex> x = Samples().vector<Complex>(12);
+  std::vector<Complex> z = x;
+  const std::size_t most = std::size_t(std::numeric_limits<Integer>::max());
+  for (const Shape& shape : {Shape{}, Shape{3, 0}, Shape{3, 5}, Shape{12, 0, 1}, Shape{most}, Shape{most, most}}) {
+    CHECK_THROWS_AS(transform(z, shape), InvalidArgument);
+    CHECK_THROWS_AS(transform_dimension(z, shape, 0), InvalidArgument);
+  }
+  CHECK_THROWS_WITH_AS(transform_dimension(z, {3, 4}, 2), "C06PFF: dimension 2 of 2", InvalidArgument);
+  CHECK_THROWS_WITH_AS(transform(z, {3, 5}), "C06PJF: N = the product of the ND(I): N = 12 ND(I) = 15.",
+                       InvalidArgument);
+  Matrix<Complex> none;
+  CHECK_THROWS_AS(transform(none), InvalidArgument);
+  CHECK_THROWS_AS(transform_rows(none), InvalidArgument);
+  CHECK_THROWS_AS(transform_columns(none), InvalidArgument);
+  CHECK(z == x);
 }
