@@ -79,8 +79,12 @@ Complex to_complex(py::handle number) {
   return to_real(number);
 }
 
+bool is_sequence(py::handle value) {
+  return !is_text(value) && py::hasattr(value, "__iter__") && !py::isinstance<Complex>(value);
+}
+
 py::iterator elements_of(py::handle sequence) {
-  if (is_text(sequence) || !py::hasattr(sequence, "__iter__") || py::isinstance<Complex>(sequence)) {
+  if (!is_sequence(sequence)) {
     throw py::type_error("a sequence is needed, not " +
                          std::string(py::str(py::type::handle_of(sequence).attr("__name__"))));
   }
@@ -88,7 +92,7 @@ py::iterator elements_of(py::handle sequence) {
 }
 
 int depth_of(py::handle value) {
-  if (is_text(value) || !py::hasattr(value, "__iter__") || py::isinstance<Complex>(value)) {
+  if (!is_sequence(value)) {
     return 0;
   }
   for (const py::handle element : py::iter(value)) {

@@ -31,6 +31,8 @@ T to_number(py::handle number) {
   }
 }
 
+/// A vector or a matrix, whatever its elements, and no number.
+bool is_sequence(py::handle value);
 /// An iterator over the elements of a vector or the rows of a matrix; a TypeError for what is neither.
 py::iterator elements_of(py::handle sequence);
 

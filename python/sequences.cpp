@@ -1,4 +1,8 @@
 // Transforms, ranking, constants and random numbers.
+#include <pybind11/stl.h>
+
+#include <optional>
+
 #include "convert.h"
 
 namespace python {
@@ -24,21 +28,82 @@ py::object transformed(Transform transform, py::handle x) {
   return from(numbers, x);
 }
 
+/// Numbers in sequences of any depth, the innermost index varying fastest. Each is gone through once, so that
+/// generators will do.
+struct Nested {
+  explicit Nested(py::handle sequence) { read(sequence, 0); }
+  void read(py::handle sequence, std::size_t depth) {
+    const bool first = depth == extents.size();
+    if (first) {
+      extents.push_back(0);
+    }
+    std::size_t count = 0;
+    for (const py::handle element : elements_of(sequence)) {
+      if (numbers.empty() ? is_sequence(element) : depth + 1 < extents.size()) {
+        read(element, depth + 1);
+      } else {
+        numbers.push_back(to_complex(element));
+      }
+      ++count;
+    }
+    if (!first && extents[depth] != count) {
+      throw py::value_error("sequences of " + std::to_string(extents[depth]) + " and of " + std::to_string(count) +
+                            " elements side by side");
+    }
+    extents[depth] = count;
+  }
+  /// The numbers from `next` on, as they were nested.
+  py::list write(std::size_t depth, std::size_t& next) const {
+    py::list elements;
+    for (std::size_t i = 0; i < extents[depth]; ++i) {
+      if (depth + 1 < extents.size()) {
+        elements.append(write(depth + 1, next));
+      } else {
+        elements.append(from(numbers[next++]));
+      }
+    }
+    return elements;
+  }
+
+  std::vector<Complex> numbers;
+  std::vector<std::size_t> extents;
+};
+
+py::object transform(py::handle x, bool backward, std::optional<long> axis, bool classic) {
+  const tesk2mp::Direction direction = backward ? tesk2mp::Direction::backward : tesk2mp::Direction::forward;
+  Nested z(x);
+  const long depth = long(z.extents.size());
+  if (axis && (*axis < -depth || *axis >= depth)) {
+    throw py::index_error("axis " + std::to_string(*axis) + " of " + std::to_string(depth));
+  }
+  const tesk2mp::Shape shape(z.extents.rbegin(), z.extents.rend());  // the library's first index varies fastest
+  if (depth == 1) {
+    classic ? tesk2mp::classic::transform(z.numbers, direction) : tesk2mp::transform(z.numbers, direction);
+  } else if (axis) {
+    const long innermost_first = *axis < 0 ? -1 - *axis : depth - 1 - *axis;
+    (classic ? tesk2mp::classic::transform_dimension : tesk2mp::transform_dimension)(
+        z.numbers, shape, std::size_t(innermost_first), direction);
+  } else {
+    classic ? tesk2mp::classic::transform(z.numbers, shape, direction)
+            : tesk2mp::transform(z.numbers, shape, direction);
+  }
+  std::size_t next = 0;
+  return like(x, z.write(0, next));
+}
+
 void add_transforms(py::module_& module) {
-  module.def(
-      "transform",
-      [](py::handle x, bool backward) {
-        std::vector<Complex> z = to_vector<Complex>(x);
-        tesk2mp::transform(z, backward ? tesk2mp::Direction::backward : tesk2mp::Direction::forward);
-        return from(z, x);
-      },
-      py::arg("x"), py::arg("backward") = false, R"(transform(x, backward=False)
+  module.def("transform", transform, py::arg("x"), py::arg("backward") = false, py::arg("axis") = py::none(),
+             py::arg("classic") = false, R"(transform(x, backward=False, axis=None, classic=False)
 
 The discrete Fourier transform of n real or Complex numbers, n with any factors, z_k = 1/sqrt(n) sum over j of
-x_j exp(-2 pi i j k/n); backward=True is its inverse.
+x_j exp(-2 pi i j k/n); backward=True is its inverse. x: a sequence, or sequences in sequences of one length each, which
+are transformed along all axes, or along the one of that number: 0 is the outermost, -1 the innermost. classic: with
+constants of 16 digits, as the library has always had.
 
 >>> transform([1, Complex(0, 1), -1, Complex(0, -1)])
 [Complex('0', '0'), Complex('2', '0'), Complex('0', '0'), Complex('0', '0')]
+>>> transform([[1, 2], [3, 4]])
+[[Complex('5', '0'), Complex('-1', '0')], [Complex('-2', '0'), Complex('0', '0')]]
 )");
   module.def(
       "spectrum", [](py::handle x) { return from(tesk2mp::spectrum(to_vector<Real>(x)), x); }, py::arg("x"),

@@ -195,6 +195,46 @@ class Sequences(unittest.TestCase):
                 back = tesk2mp.transform_hermitian(tesk2mp.transform_real(x))
                 self.assertLess(max(abs(p - q) for p, q in zip(back, x)), Decimal("1e-55"))
 
+    def test_complex_transforms_against_numpy(self):
+        for shape in ((1,), (13,), (3, 4), (2, 1, 5), (2, 3, 2, 2)):
+            parts = numpy.array([RANDOM.randint(-99, 99) for _ in range(2 * numpy.prod(shape))]).reshape(2, *shape)
+            doubles_in = parts[0] + 1j * parts[1]
+            x = numpy.vectorize(lambda re, im: tesk2mp.Complex(int(re), int(im)), otypes=[object])(*parts)
+            for axis in (None, *range(-len(shape), len(shape))):
+                with self.subTest(shape=shape, axis=axis):
+                    axes = range(len(shape)) if axis is None else [axis]
+                    z = tesk2mp.transform(x.tolist(), axis=axis)
+                    expected = numpy.fft.fftn(doubles_in, axes=axes, norm="ortho")
+                    self.assertLess(numpy.abs(doubles(z) - expected).max(), 1e-11)
+                    back = tesk2mp.transform(z, True, axis)
+                    self.assertLess(numpy.abs(doubles(back) - doubles_in).max(), 1e-11)
+                    again = tesk2mp.transform(x, axis=axis)
+                    self.assertEqual((again.shape, again.tolist()), (shape, z))
+                    self.assertEqual(tesk2mp.transform(iter(x.tolist()), axis=axis), z)
+
+    def test_transforms_refuse(self):
+        for x, axis, error, text in (
+            ([[1, 2], [3]], None, ValueError, "sequences of 2 and of 1 elements side by side"),
+            ([[], [1]], None, ValueError, "sequences of 0 and of 1 elements side by side"),
+            ([[1, 2], 3], None, TypeError, "a sequence is needed, not int"),
+            ([1, [2]], None, TypeError, "a number is a Decimal, an int, a Fraction or text, not list"),
+            (1, None, TypeError, "a sequence is needed, not int"),
+            ([[1, 2]], 2, IndexError, "axis 2 of 2"),
+            ([[1, 2]], -3, IndexError, "axis -3 of 2"),
+            ([[]], None, tesk2mp.InvalidArgument, "C06PJF: ND(I) .lt. 1: ND(I) = 0 I = 1."),
+        ):
+            with self.subTest(x=x, axis=axis), self.assertRaises(error) as caught:
+                tesk2mp.transform(x, axis=axis)
+            self.assertEqual(str(caught.exception), text)
+
+    def test_classic_complex_constants(self):
+        for x, axis in (([1, 2, 4], None), ([[1], [2], [4]], 0), ([[1, 2, 4], [1, 1, 1]], None)):
+            with tesk2mp.digits(50):
+                full, classic = (tesk2mp.transform(x, axis=axis, classic=old) for old in (False, True))
+                pairs = zip(numpy.ravel(full), numpy.ravel(classic))
+                difference = max(abs(p - q) for p, q in pairs)
+            self.assertTrue(Decimal("1e-20") < difference < Decimal("1e-14"), difference)
+
     def test_classic_constants(self):
         with tesk2mp.digits(50):
             full = tesk2mp.transform_real([1, 2, 4])
