@@ -219,14 +219,19 @@ void pass3(const PassShape& shape, const Complex* source, Complex* target, const
 
 void pass4(const PassShape& shape, const Complex* source, Complex* target, const Complex* table) {
   for_each_butterfly(shape, 4, source, target, table, [](const auto& x, const auto& out) {
-    const Complex even_sum = x[0] + x[2];
-    const Complex even_difference = x[0] - x[2];
-    const Complex odd_sum = x[1] + x[3];
-    const Complex odd_difference = x[1] - x[3];
-    out.put(even_sum.re + odd_sum.re, even_sum.im + odd_sum.im);
-    out.put(1, even_difference.re + odd_difference.im, even_difference.im - odd_difference.re);
-    out.put(2, even_sum.re - odd_sum.re, even_sum.im - odd_sum.im);
-    out.put(3, even_difference.re - odd_difference.im, even_difference.im + odd_difference.re);
+    // Part by part: a Complex on the way would cost a copy.
+    const QuarnFloat even_sum_re = x[0].re + x[2].re;
+    const QuarnFloat even_sum_im = x[0].im + x[2].im;
+    const QuarnFloat odd_sum_re = x[1].re + x[3].re;
+    const QuarnFloat odd_sum_im = x[1].im + x[3].im;
+    out.put(even_sum_re + odd_sum_re, even_sum_im + odd_sum_im);
+    out.put(2, even_sum_re - odd_sum_re, even_sum_im - odd_sum_im);
+    const QuarnFloat even_difference_re = x[0].re - x[2].re;
+    const QuarnFloat even_difference_im = x[0].im - x[2].im;
+    const QuarnFloat odd_difference_re = x[1].re - x[3].re;
+    const QuarnFloat odd_difference_im = x[1].im - x[3].im;
+    out.put(1, even_difference_re + odd_difference_im, even_difference_im - odd_difference_re);
+    out.put(3, even_difference_re - odd_difference_im, even_difference_im + odd_difference_re);
   });
 }
 
@@ -248,30 +253,64 @@ Complex* run_passes(Integer n, Integer lanes, Complex* x, Complex* scratch, cons
   return x;
 }
 
-void make_table(Complex* table, Integer n, const ComplexFactors& factors, const Constants& constants) {
-  const QuarnFloat zero;
-  const Circle circle(constants);
-  const Twiddles twiddles(circle, n, n);
-  std::fill_n(table, n, Complex());
-  table[0].re = 1.0;
-  const auto provide = [&](Integer k) {
-    Complex& place = table[k];
-    if (place.re == zero && place.im == zero) {
-      Complex w = twiddles.rotation(k);
-      place.re = std::move(w.re);
-      place.im = -w.im;
+namespace {
+
+/// Fills a table place by place, each once.
+class TableMaker {
+ public:
+  TableMaker(Complex* table, Integer n, const Constants& constants)
+      : table_(table),
+        n_(n),
+        circle_(constants),
+        twiddles_(circle_, n, n),
+        mirrored_(constants.accuracy() == Accuracy::full && n % 4 == 0) {
+    std::fill_n(table, n, Complex());
+    table[0].re = 1.0;
+  }
+
+  void provide(Integer k) {
+    Complex& place = table_[k];
+    if (place.re == zero_ && place.im == zero_) {
+      place = conj(rotation(k));
     }
-  };
+  }
+
+ private:
+  Complex rotation(Integer k) {
+    if (mirrored_) {
+      // The mirror image in the first octant has a place of its own.
+      const Folding folding(k, n_);
+      const auto image = Integer(folding.parts() / 4);
+      if (image != k) {
+        provide(image);
+        return folding.unfolded(conj(table_[image]));
+      }
+    }
+    return twiddles_.rotation(k);
+  }
+
+  Complex* table_;
+  Integer n_;
+  Circle circle_;
+  Twiddles twiddles_;
+  bool mirrored_;
+  QuarnFloat zero_;
+};
+
+}  // namespace
+
+void make_table(Complex* table, Integer n, const ComplexFactors& factors, const Constants& constants) {
+  TableMaker maker(table, n, constants);
   Integer blocks = 1;
   for (Integer f = 0; f < factors.count; ++f) {
     const Integer r = factors.factor[std::size_t(f)];
     const Integer length = n / blocks / r;
     for (Integer s = 1; s < r; ++s) {
       for (Integer i = 1; i < length; ++i) {
-        provide(s * i * blocks);
+        maker.provide(s * i * blocks);
       }
       if (r > 5 && s <= r / 2) {
-        provide(s * length * blocks);
+        maker.provide(s * length * blocks);
       }
     }
     blocks *= r;

@@ -37,24 +37,29 @@ double work(Integer n) {
   return sum;
 }
 
-/// The smallest length of 2, 3 and 5 alone that is at least n.
+/// The cheapest length of at least n with factors 2, 3 and 5 alone.
 Integer smooth_length(Integer n) {
-  std::int64_t best = INT32_MAX;
-  for (std::int64_t five = 1; five < best; five *= 5) {
-    for (std::int64_t three = five; three < best; three *= 3) {
+  Integer best = 0;
+  double least = 0;
+  for (std::int64_t five = 1; five < 2 * n; five *= 5) {
+    for (std::int64_t three = five; three < 2 * n; three *= 3) {
       std::int64_t length = three;
       while (length < n) {
         length *= 2;
       }
-      best = std::min(best, length);
+      const double cost = double(length) * work(Integer(length));
+      if (best == 0 || cost < least) {
+        best = Integer(length);
+        least = cost;
+      }
     }
   }
-  return Integer(best);
+  return best;
 }
 
 /// Where to convolve n cyclic elements: n itself, or at least 2 n - 1 elements.
 Integer convolution_length(Integer n) {
-  if (n > INT32_MAX / 4) {
+  if (n > INT32_MAX / 8) {
     return n;
   }
   const Integer padded = smooth_length(2 * n - 1);

@@ -7,48 +7,6 @@
 namespace tesk {
 namespace {
 
-/// An angle of k/n turns, 0 <= k <= n, as the mirror image of one of the first octant: `parts` of n parts of a quarter
-/// turn, at most n/2.
-class Folding {
- public:
-  Folding(Integer k, Integer n) : parts_(4 * std::int64_t(k)) {
-    const std::int64_t quarter = n;
-    lower_half_ = parts_ > 2 * quarter;
-    if (lower_half_) {
-      parts_ = 4 * quarter - parts_;
-    }
-    left_half_ = parts_ > quarter;
-    if (left_half_) {
-      parts_ = 2 * quarter - parts_;
-    }
-    steep_ = 2 * parts_ > quarter;
-    if (steep_) {
-      parts_ = quarter - parts_;
-    }
-  }
-
-  std::int64_t parts() const { return parts_; }
-
-  Complex unfolded(Complex w) const {
-    if (steep_) {
-      std::swap(w.re, w.im);
-    }
-    if (left_half_) {
-      w.re = -w.re;
-    }
-    if (lower_half_) {
-      w.im = -w.im;
-    }
-    return w;
-  }
-
- private:
-  std::int64_t parts_;
-  bool lower_half_;
-  bool left_half_;
-  bool steep_;
-};
-
 /// Asked for in turn with one angle, the pair costs the host one evaluation.
 Complex cosine_and_sine(const QuarnFloat& angle) {
   QuarnFloat cosine = QuarnEvalf1("cos", angle);
@@ -56,6 +14,35 @@ Complex cosine_and_sine(const QuarnFloat& angle) {
 }
 
 }  // namespace
+
+Folding::Folding(Integer k, Integer n) : parts_(4 * std::int64_t(k)) {
+  const std::int64_t quarter = n;
+  lower_half_ = parts_ > 2 * quarter;
+  if (lower_half_) {
+    parts_ = 4 * quarter - parts_;
+  }
+  left_half_ = parts_ > quarter;
+  if (left_half_) {
+    parts_ = 2 * quarter - parts_;
+  }
+  steep_ = 2 * parts_ > quarter;
+  if (steep_) {
+    parts_ = quarter - parts_;
+  }
+}
+
+Complex Folding::unfolded(Complex w) const {
+  if (steep_) {
+    std::swap(w.re, w.im);
+  }
+  if (left_half_) {
+    w.re = -w.re;
+  }
+  if (lower_half_) {
+    w.im = -w.im;
+  }
+  return w;
+}
 
 Circle::Circle(const Constants& constants)
     : accuracy_(constants.accuracy()), pi_(constants.pi()), two_pi_(QuarnFloat(2.0) * pi_) {}

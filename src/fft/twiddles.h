@@ -31,6 +31,23 @@ class Circle {
   QuarnFloat two_pi_;
 };
 
+/// An angle of k/n turns, 0 <= k <= n, as the mirror image of one of the first octant.
+class Folding {
+ public:
+  Folding(Integer k, Integer n);
+
+  /// The angle in the first octant: so many of n parts of a quarter turn, at most n/2.
+  std::int64_t parts() const { return parts_; }
+  /// From the cosine and sine of that angle to those of the whole one.
+  Complex unfolded(Complex w) const;
+
+ private:
+  std::int64_t parts_;
+  bool lower_half_;
+  bool left_half_;
+  bool steep_;
+};
+
 /// The rotations of one pass, multiples of one n-th of a turn. Classic: each is evaluated when it is asked for. Full:
 /// each is the product of two out of some sqrt(n/2) evaluated ones, a coarse and a fine angle of the first octant. The
 /// fine ones are kept as distances from 1, cos - 1 and sin, which are small: so a product is about as good as an
