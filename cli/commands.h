@@ -6,6 +6,7 @@
 namespace cli {
 
 void add_fft(CLI::App& app, Session& session);
+void add_cfft(CLI::App& app, Session& session);
 void add_constants(CLI::App& app, Session& session);
 void add_rank(CLI::App& app, Session& session);
 void add_sort(CLI::App& app, Session& session);

@@ -33,6 +33,7 @@ void run(int argc, char** argv) {
   app.allow_windows_style_options(false);  // the same commands everywhere, and paths that start with a slash
   add_digits_option(app, session);
   add_fft(app, session);
+  add_cfft(app, session);
   add_constants(app, session);
   add_rank(app, session);
   add_sort(app, session);

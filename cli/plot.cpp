@@ -197,6 +197,54 @@ void draw(const Spy& spy, const std::string& file) {
   run_gnuplot(script, file);
 }
 
+void draw(const HeatMap& map, const std::string& file) {
+  constexpr Integer kMostTiles = 512;  // along a side
+  const Integer side = (std::max(map.rows.count, map.columns.count) - 1) / kMostTiles + 1;
+  const Integer tile_rows = (map.rows.count - 1) / side + 1;
+  const Integer tile_columns = (map.columns.count - 1) / side + 1;
+  std::vector<double> tiles(std::size_t(tile_rows) * std::size_t(tile_columns));
+  for (std::size_t k = 0; k < map.values.size(); ++k) {
+    const auto row = Integer(k % std::size_t(map.rows.count)) / side;
+    const auto column = Integer(k / std::size_t(map.rows.count)) / side;
+    double& tile = tiles[std::size_t(row) * std::size_t(tile_columns) + std::size_t(column)];
+    tile = std::max(tile, std::atof(coordinate(map.values[k]).c_str()));
+  }
+  const auto range = [side](const HeatMap::Axis& axis, Integer tile_count) {
+    const double low = double(axis.first) - 0.5;
+    return std::pair(low, low + double(side) * double(tile_count));
+  };
+  const auto [top, bottom] = range(map.rows, tile_rows);
+  const auto [left, right] = range(map.columns, tile_columns);
+  // As large as fits, square tiles, with room for titles and the scale of colours.
+  const double wide = double(tile_columns) / double(tile_rows);
+  const int height = wide > 1 ? int(kSpySize / std::min(wide, 4.0)) : kSpySize;
+  std::string script = picture_of(file, kSpySize + 130, std::max(height, 320));
+  script += "set title " + quoted(map.title) + " noenhanced font ',14' textcolor '" + kTextColor + "'\n";
+  script += "set xlabel " + quoted(map.columns.title) + " noenhanced\nset ylabel " + quoted(map.rows.title) +
+            " noenhanced\nset cblabel " + quoted(map.value_title) + " noenhanced\n";
+  script += "set border 15 linecolor rgb '#888888'\nset size ratio -1\nunset key\n";
+  // Small numbers beside a large peak are what such pictures are looked at for: half of the colours are theirs.
+  script += std::string("set palette defined (0 '#ffffff', 0.05 '#d6e4f3', 0.2 '#7fb0de', 0.5 '") + kCurveColor +
+            "', 1 '#0b1d38')\nset cbrange [0:*]\n";
+  char text[128];
+  std::snprintf(text, sizeof text, "set xrange [%.1f:%.1f] noextend\nset yrange [%.1f:%.1f] noextend\n", left, right,
+                bottom, top);
+  script += text;
+  script += "$tiles << EOD\n";
+  for (Integer row = 0; row < tile_rows; ++row) {
+    for (Integer column = 0; column < tile_columns; ++column) {
+      std::snprintf(text, sizeof text, "%.6g ",
+                    tiles[std::size_t(row) * std::size_t(tile_columns) + std::size_t(column)]);
+      script += text;
+    }
+    script += "\n";
+  }
+  script += "EOD\n";
+  std::snprintf(text, sizeof text, "plot $tiles matrix using (%.1f+%ld*$1):(%.1f+%ld*$2):3 with image\n",
+                left + 0.5 * double(side), long(side), top + 0.5 * double(side), long(side));
+  run_gnuplot(script + text, file);
+}
+
 void draw(const ComplexPlane& plane, const std::string& file) {
   // One square around all points and the origin, with air at its edges.
   double largest = 0;

@@ -53,6 +53,20 @@ struct Spy {
   std::vector<Integer> column;
 };
 
+/// Numbers of at least zero over two indices, as colours.
+struct HeatMap {
+  struct Axis {
+    std::string title;
+    Integer first = 0;  // the index that comes first
+    Integer count = 1;
+  };
+  std::string title;
+  std::string value_title;
+  Axis rows;
+  Axis columns;
+  std::vector<QuarnFloat> values;  // column by column
+};
+
 /// Points of the complex plane.
 struct ComplexPlane {
   std::string title;
@@ -70,6 +84,9 @@ void draw(const Chart& chart, const std::string& file);
 
 /// Draws the places; those of a large matrix together on square tiles, shaded by how many of them are filled.
 void draw(const Spy& spy, const std::string& file);
+
+/// Draws the numbers, the first row on top; of a large map the largest number of each square tile.
+void draw(const HeatMap& map, const std::string& file);
 
 /// Draws the points with both axes in the same scale.
 void draw(const ComplexPlane& plane, const std::string& file);

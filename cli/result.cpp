@@ -155,6 +155,12 @@ std::vector<std::string> brief_cells(const std::vector<QuarnFloat>& values) {
 
 std::string digits_text() { return std::to_string(QuarnDigits()) + (QuarnDigits() == 1 ? " digit" : " digits"); }
 
+std::string precision_note(const std::string& routine, bool classic) {
+  return digits_text() + ", by " + routine +
+         (classic ? " (classic entry: its constants are doubles, about 16 digits are true)"
+                  : " (constants true to the working precision)");
+}
+
 std::string counted(Integer number, const char* one, const char* many) {
   return std::to_string(number) + " " + (number == 1 ? one : many);
 }

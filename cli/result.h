@@ -61,6 +61,9 @@ std::vector<std::string> brief_cells(const std::vector<QuarnFloat>& values);
 /// The working precision for notes: "20 digits".
 std::string digits_text();
 
+/// The same with the routine, and what that makes of the digits: a classic entry carries its constants as doubles.
+std::string precision_note(const std::string& routine, bool classic);
+
 /// "1 entry", "2 entries"
 std::string counted(Integer number, const char* one, const char* many);
 

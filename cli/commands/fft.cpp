@@ -53,12 +53,6 @@ void transform(const Entry& entry, std::vector<QuarnFloat>& x) {
   call_routine(entry.name, [&](Integer* ifail) { entry.transform(x.data(), &n, work.data(), ifail); });
 }
 
-std::string precision_note(const Entry& entry, bool classic) {
-  return digits_text() + ", by " + entry.name +
-         (classic ? " (classic entry: its constants are doubles, about 16 digits are true)"
-                  : " (constants true to the working precision)");
-}
-
 std::vector<Fact> facts_of(const FftOptions& options, const Entry& entry, std::size_t n) {
   return {{"input", options.input},
           {"routine", entry.name},
@@ -175,7 +169,8 @@ void run_forward(const FftOptions& options) {
       std::to_string(sequence.values.size()) + " values" + (sequence.name.empty() ? "" : " of '" + sequence.name + "'");
 
   Result result;
-  result.notes = {"Fourier transform of " + counted + " in " + table.source(), precision_note(entry, options.classic)};
+  result.notes = {"Fourier transform of " + counted + " in " + table.source(),
+                  precision_note(entry.name, options.classic)};
   result.facts = facts_of(options, entry, sequence.values.size());
   result.facts.push_back({"unit", sequence.unit});
   if (options.output.format == Format::text) {
@@ -199,7 +194,7 @@ void run_inverse(const FftOptions& options) {
 
   Result result;
   result.notes = {"Real sequence of " + counted + " from the spectrum in " + table.source(),
-                  precision_note(entry, options.classic),
+                  precision_note(entry.name, options.classic),
                   "x_j = 1/sqrt(N) sum_k z_k exp(+2 pi i j k/N), N = " + std::to_string(sequence.values.size())};
   result.facts = facts_of(options, entry, sequence.values.size());
   result.data = {{"sample", {}, true}, {"value", exact_cells(sequence.values)}};

@@ -1,0 +1,279 @@
+// quarn cfft: the discrete Fourier transform of complex numbers: of a sequence, of an array along one dimension or all.
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "cli/commands.h"
+#include "cli/failure.h"
+#include "cli/library_call.h"
+#include "cli/matrix_input.h"
+#include "cli/matrix_output.h"
+#include "cli/memory.h"
+#include "cli/plot.h"
+#include "cli/ranking.h"
+#include "tesk2mp/tesk2mp.h"
+
+namespace cli {
+
+namespace {
+
+struct CfftOptions {
+  std::string input;
+  std::string column;
+  std::string shape;
+  int dimension = 0;  // 0: all
+  bool backward = false;
+  bool classic = false;
+  OutputOptions output;
+};
+
+// The numbers as an array whose first index varies fastest.
+struct Array {
+  std::string source;
+  std::vector<Integer> extents;
+  std::vector<Complex> values;
+
+  std::string shape() const {
+    std::string text;
+    for (const Integer extent : extents) {
+      text += (text.empty() ? "" : " x ") + std::to_string(extent);
+    }
+    return text;
+  }
+};
+
+// "4x6x5"
+std::vector<Integer> parse_shape(const std::string& text) {
+  constexpr std::size_t kMostDigits = 9;
+  std::vector<Integer> extents;
+  std::size_t start = 0;
+  for (std::size_t end = 0; end != std::string::npos; start = end + 1) {
+    end = text.find('x', start);
+    const std::string part = text.substr(start, end == std::string::npos ? end : end - start);
+    if (part.empty() || part.size() > kMostDigits || !std::all_of(part.begin(), part.end(), is_digit)) {
+      throw bad_input("--shape: extents such as 4x6x5 are needed, not '" + text + "'");
+    }
+    extents.push_back(Integer(std::stol(part)));
+  }
+  return extents;
+}
+
+Array read_array(const CfftOptions& options) {
+  DenseMatrix given =
+      options.column.empty() ? read_dense_matrix(options.input) : read_vector(options.input, options.column);
+  if (given.values.size() > std::size_t(std::numeric_limits<Integer>::max())) {
+    throw bad_input("more values than a 32-bit count can hold");
+  }
+  Array array{given.source, {given.rows}, std::move(given.values)};
+  if (!options.shape.empty()) {
+    array.extents = parse_shape(options.shape);
+  } else if (given.columns > 1) {
+    array.extents.push_back(given.columns);
+  }
+  return array;
+}
+
+// A routine by its name in messages, classic or true to the working precision.
+template <class Routine>
+struct Entry {
+  const char* name;
+  Routine* transform;
+};
+
+// Calls the routine for what is asked for, and returns its name. The library refuses shapes and dimensions that do not
+// fit.
+std::string transform(const CfftOptions& options, Array& array) {
+  const char* direct = options.backward ? "B" : "F";
+  const auto n = Integer(array.values.size());
+  const auto ndim = Integer(array.extents.size());
+  Complex* x = array.values.data();
+  const Integer* nd = array.extents.data();
+  const Integer longest = std::min(n, *std::max_element(nd, nd + ndim));
+  const std::int64_t length = n + 3 * (std::int64_t(longest) + 5);  // enough for each routine
+  if (length > std::numeric_limits<Integer>::max()) {
+    throw bad_input("more values than a 32-bit count of workspace can hold");
+  }
+  require_memory(2 * double(n) + 2 * double(length), "a transform of " + std::to_string(n) + " values");
+  const auto lwork = Integer(length);
+  std::vector<Complex> work(static_cast<std::size_t>(lwork));
+  const auto call = [&](const auto& full, const auto& classic, const auto&... arguments) {
+    const auto& entry = options.classic ? classic : full;
+    call_routine(entry.name, [&](Integer* ifail) { entry.transform(direct, arguments..., ifail, 1); });
+    return std::string(entry.name);
+  };
+  if (options.dimension != 0) {
+    const Integer l = options.dimension;
+    return call(Entry{"QuarnMPX_c06pff_", QuarnMPX_c06pff_}, Entry{"QuarnMP_c06pff_", QuarnMP_c06pff_}, &ndim, &l, nd,
+                &n, x, work.data(), &lwork);
+  }
+  if (ndim > 1 || nd[0] != n) {
+    return call(Entry{"QuarnMPX_c06pjf_", QuarnMPX_c06pjf_}, Entry{"QuarnMP_c06pjf_", QuarnMP_c06pjf_}, &ndim, nd, &n,
+                x, work.data(), &lwork);
+  }
+  return call(Entry{"QuarnMPX_c06pcf_", QuarnMPX_c06pcf_}, Entry{"QuarnMP_c06pcf_", QuarnMP_c06pcf_}, x, &n,
+              work.data());
+}
+
+std::vector<QuarnFloat> magnitudes_of(const std::vector<Complex>& values) {
+  std::vector<QuarnFloat> magnitudes;
+  magnitudes.reserve(values.size());
+  for (const Complex& z : values) {
+    magnitudes.push_back(QuarnMP_a02abfn_(z.re, z.im));
+  }
+  return magnitudes;
+}
+
+// A sequence is a row for each number, with its magnitude.
+void add_sequence(Result& result, const DenseMatrix& z) {
+  constexpr int kMagnitudeDigits = 8;
+  const std::vector<QuarnFloat> magnitudes = magnitudes_of(z.values);
+  add_matrix(result, z);
+  for (std::vector<ResultColumn>* columns : {&result.table, &result.data}) {
+    columns->front().name = "k";
+    for (std::size_t k = 0; k < z.values.size(); ++k) {
+      columns->front().cells[k] = std::to_string(k);
+    }
+    columns->push_back({"magnitude", exact_cells(magnitudes)});
+  }
+  const QuarnFloat largest = largest_magnitude(magnitudes);
+  if (isfinite(largest)) {
+    const int whole_digits = largest == 0 ? 1 : int(decimal_exponent(largest)) + 1;
+    const NumberFormat format(largest, std::min(std::max(kMagnitudeDigits, whole_digits), QuarnDigits()));
+    std::transform(magnitudes.begin(), magnitudes.end(), result.table.back().cells.begin(), format);
+  }
+}
+
+// The lowest index that a picture shows: frequencies stand about zero in the middle.
+Integer first_shown(bool frequencies, Integer extent) { return frequencies ? -(extent / 2) : 0; }
+
+std::size_t place_of(Integer index, Integer extent) { return std::size_t(index < 0 ? index + extent : index); }
+
+Panel sequence_panel(const Array& array, const std::string& title, bool frequencies) {
+  const auto n = Integer(array.values.size());
+  const std::vector<QuarnFloat> magnitudes = magnitudes_of(array.values);
+  Panel panel;
+  panel.title = title;
+  panel.x_title = frequencies ? "frequency (cycles per sequence)" : "index";
+  panel.y_title = "magnitude";
+  for (Integer i = first_shown(frequencies, n), end = i + n; i < end; ++i) {
+    panel.curve.x.emplace_back(i);
+    panel.curve.y.push_back(magnitudes[place_of(i, n)]);
+  }
+  return panel;
+}
+
+HeatMap heat_map(const Array& array, const std::string& title, const std::vector<bool>& frequencies) {
+  const std::vector<QuarnFloat> magnitudes = magnitudes_of(array.values);
+  HeatMap map;
+  map.title = title;
+  map.value_title = "magnitude";
+  HeatMap::Axis* const axes[] = {&map.rows, &map.columns};
+  std::size_t used = 0;
+  for (std::size_t l = 0; l < array.extents.size(); ++l) {
+    if (array.extents[l] > 1) {
+      const std::string number = std::to_string(l + 1);
+      *axes[used++] = {frequencies[l] ? "frequency along dimension " + number : "index in dimension " + number,
+                       first_shown(frequencies[l], array.extents[l]), array.extents[l]};
+    }
+  }
+  const auto [rows, columns] = std::pair(map.rows, map.columns);
+  for (Integer j = columns.first; j < columns.first + columns.count; ++j) {
+    for (Integer i = rows.first; i < rows.first + rows.count; ++i) {
+      map.values.push_back(magnitudes[place_of(i, rows.count) + place_of(j, columns.count) * std::size_t(rows.count)]);
+    }
+  }
+  return map;
+}
+
+int long_dimensions(const Array& array) {
+  return int(std::count_if(array.extents.begin(), array.extents.end(), [](Integer extent) { return extent > 1; }));
+}
+
+void draw_picture(const CfftOptions& options, const Array& array, const std::string& title) {
+  std::vector<bool> frequencies(array.extents.size(), !options.backward && options.dimension == 0);
+  if (options.dimension != 0) {
+    frequencies[std::size_t(options.dimension - 1)] = !options.backward;
+  }
+  if (long_dimensions(array) == 2) {
+    draw(heat_map(array, title, frequencies), options.output.picture);
+  } else {
+    const bool any = std::find(frequencies.begin(), frequencies.end(), true) != frequencies.end();
+    draw({sequence_panel(array, title, any)}, options.output.picture);
+  }
+}
+
+void run_cfft(const CfftOptions& options) {
+  Array array = read_array(options);
+  if (!options.output.picture.empty() && long_dimensions(array) > 2) {
+    throw bad_input("--plot: an array of " + array.shape() + " has more than two dimensions");
+  }
+  const std::string routine = transform(options, array);
+  const bool sequence = array.extents.size() == 1;
+  const std::string counted = sequence ? std::to_string(array.values.size()) + " complex numbers"
+                                       : "array of " + array.shape() + " complex numbers";
+  const std::string along =
+      options.dimension == 0 || sequence ? "" : " along dimension " + std::to_string(options.dimension);
+
+  Result result;
+  result.notes = {std::string(options.backward ? "Backward Fourier transform of " : "Fourier transform of ") +
+                      (sequence ? "" : "the ") + counted + " in " + array.source + along,
+                  precision_note(routine, options.classic),
+                  std::string("z_k = 1/sqrt(N) sum_j x_j exp(") + (options.backward ? "+" : "-") + "2 pi i j k/N)" +
+                      (sequence        ? ", N = " + std::to_string(array.values.size())
+                       : along.empty() ? " along each dimension"
+                                       : "")};
+  result.facts = {{"input", options.input},
+                  {"routine", routine},
+                  {"digits", std::to_string(QuarnDigits()), true},
+                  {"shape", array.shape()},
+                  {"direction", options.backward ? "backward" : "forward"}};
+  const Integer rows = array.extents.front();
+  const DenseMatrix z{"", rows, Integer(array.values.size()) / rows, true, array.values};
+  if (sequence) {
+    add_sequence(result, z);
+  } else {
+    add_matrix(result, z);
+  }
+  deliver(result, options.output);
+  if (!options.output.picture.empty()) {
+    draw_picture(options, array,
+                 (options.backward ? "Backward transform of " : "Spectrum of ") + ("the " + counted) + along);
+  }
+}
+
+constexpr const char* kFooter =
+    R"(FILE holds complex numbers: columns real and imaginary; one column of cells such as
+1-2i (--column says which); a table of such cells, or a Matrix Market file, which is an
+array of two dimensions.
+
+--shape takes the numbers, column by column, as an array whose first index varies
+fastest. All dimensions are transformed unless --dim names one, from 1.
+
+--plot draws magnitudes, as a heat map where two dimensions are longer than 1;
+frequencies have zero in the middle.
+
+Examples:
+  quarn cfft examples/aperture.mtx --plot aperture.svg --output spectrum.mtx
+  quarn cfft --backward spectrum.mtx --digits 40 --format mtx
+  quarn cfft numbers.csv --shape 4x6x5 --dim 2 --format csv)";
+
+}  // namespace
+
+void add_cfft(CLI::App& app, Session& session) {
+  CLI::App* command = app.add_subcommand("cfft", "Fourier transform of complex numbers, in any number of dimensions");
+  auto options = std::make_shared<CfftOptions>();
+  command->add_option("FILE", options->input, "the data; - is standard input")->required()->type_name("");
+  command->add_option("--column", options->column, "name or number of the one column to take")->type_name("NAME");
+  command->add_option("--shape", options->shape, "the extents of the array, such as 4x6x5")->type_name("SHAPE");
+  command->add_option("--dim", options->dimension, "the one dimension to transform, from 1")->type_name("L");
+  command->add_flag("--backward", options->backward, "with exp(+2 pi i j k/N): undoes the forward transform");
+  command->add_flag("--classic", options->classic,
+                    "use the classic entry, whose constants are doubles (about 16 digits at any precision)");
+  add_digits_option(*command, session);
+  add_output_options(*command, options->output, Forms::matrix);
+  add_plot_option(*command, options->output);
+  command->footer(kFooter);
+  command->callback([&session, options] { session.work = [options] { run_cfft(*options); }; });
+}
+
+}  // namespace cli
