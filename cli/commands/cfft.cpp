@@ -79,6 +79,8 @@ struct Entry {
   const char* name;
   Routine* transform;
 };
+template <class Routine>
+Entry(const char*, Routine*) -> Entry<Routine>;
 
 // Calls the routine for what is asked for, and returns its name. The library refuses shapes and dimensions that do not
 // fit.

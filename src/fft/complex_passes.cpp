@@ -82,8 +82,8 @@ void for_each_butterfly(const PassShape& shape, Integer r, const Complex* source
 /// The sums E_s and O_s of real and imaginary parts at once, for the short odd radices: sums is Sums3 or Sums5.
 template <int r, class Sums>
 void odd_pass(const PassShape& shape, const Complex* source, Complex* target, const Complex* table, const Sums& sums) {
-  constexpr int h = r / 2;
   for_each_butterfly(shape, r, source, target, table, [&sums](const auto& x, const auto& out) {
+    constexpr int h = r / 2;
     QuarnFloat even_re[h + 1] = {x[0].re};
     QuarnFloat even_im[h + 1] = {x[0].im};
     QuarnFloat odd_re[h + 1];
@@ -109,14 +109,16 @@ void odd_pass(const PassShape& shape, const Complex* source, Complex* target, co
 /// One butterfly of any odd radix over sums and differences: t_q in place q, d_q in place r - q.
 template <class Sums, class Out>
 void long_butterfly(Integer r, const Sums& x, const Out& out, const Complex* roots, std::ptrdiff_t apart) {
-  QuarnFloat e_re = x[0].re;
-  QuarnFloat e_im = x[0].im;
+  QuarnFloat sum_re = x[0].re;
+  QuarnFloat sum_im = x[0].im;
   for (Integer q = 1; q <= r / 2; ++q) {
-    e_re = e_re + x[q].re;
-    e_im = e_im + x[q].im;
+    sum_re = sum_re + x[q].re;
+    sum_im = sum_im + x[q].im;
   }
-  out.put(std::move(e_re), std::move(e_im));
+  out.put(std::move(sum_re), std::move(sum_im));
   const auto root = [=](Integer q) -> const Complex& { return roots[q * apart]; };
+  QuarnFloat e_re;
+  QuarnFloat e_im;
   QuarnFloat o_re;
   QuarnFloat o_im;
   for (Integer s = 1; s <= r / 2; ++s) {

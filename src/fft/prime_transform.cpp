@@ -132,7 +132,7 @@ PrimeTransform::PrimeTransform(Integer r, const Complex* roots, std::ptrdiff_t a
     w.re *= scale;
     w.im *= scale;
     if (length > r - 1 && q > 0) {
-      a_[std::size_t(length - (r - 1) + q)] = w;
+      a_[a_.size() - powers_.size() + std::size_t(q)] = w;
     }
     a_[std::size_t(q)] = std::move(w);
   }
