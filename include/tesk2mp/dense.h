@@ -78,7 +78,7 @@ TESK2MP_API void QuarnMP_f08pef_ENTRY(int selector, const char* job, const char*
                                       QuarnFloat* z, Integer ldz, QuarnFloat* work, Integer lwork, Integer* info,
                                       int job_length, int compz_length);
 /// DLAHQR: the double-shift algorithm alone, without checks. wantt, wantz: whether the Schur form, and its
-/// accumulation into rows iloz ... ihiz of Z, are wanted.
+/// accumulation into rows iloz ... ihiz of Z, are wanted. *info = i > 0 as for DHSEQR.
 TESK2MP_API void QuarnMP_f08pez_(unsigned wantt, unsigned wantz, Integer n, Integer ilo, Integer ihi, QuarnFloat* h,
                                  Integer ldh, QuarnFloat* wr, QuarnFloat* wi, Integer iloz, Integer ihiz, QuarnFloat* z,
                                  Integer ldz, Integer* info);

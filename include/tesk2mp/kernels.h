@@ -12,6 +12,8 @@
 extern "C" {
 
 // Level 1: a count below 1 does nothing -----------------------------------------------------------------------------
+//
+// Cost: a few operations an element; f06aaf and f06ejf take one square root.
 
 /// DROTG: the plane rotation c, s with c a + s b = r and -s a + c b = 0. *a becomes r, *b the one number that tells c
 /// and s again: s when |a| > |b|, else 1/c, or 1 when c = 0.
@@ -28,6 +30,8 @@ TESK2MP_API void QuarnMP_f06hdf_(Integer n, Complex alpha, Complex* x, Integer i
 TESK2MP_API void QuarnMP_f06jjf_(Integer n, Complex* x, Integer incx, Complex* y, Integer incy);
 
 // Level 2 -----------------------------------------------------------------------------------------------------------
+//
+// Cost: m n multiply-adds for a general matrix, n^2/2 for a triangular one; complex ones over Complex.
 
 /// DGEMV: y := alpha op(A) x + beta y, A m by n. trans N: op(A) = A, x has n elements and y has m; T or C: op(A) is the
 /// transpose, x has m and y has n. A zero alpha reads neither A nor x, a zero beta does not read y; m = 0 or n = 0, or
@@ -123,6 +127,9 @@ TESK2MP_API void QuarnMP_f06snf_ENTRY(int selector, Integer m, Integer n, Comple
                                       Complex* y, Integer incy, Complex* a, Integer lda);
 
 // Level 3 -----------------------------------------------------------------------------------------------------------
+//
+// Cost: in multiply-adds, complex ones over Complex, the product takes m n k, the triangular system m^2 n/2 on the left
+// and m n^2/2 on the right, the Hermitian update n^2 k/2.
 
 /// DGEMM: C := alpha op(A) op(B) + beta C, C m by n, op(A) m by k, op(B) k by n. A zero alpha reads neither A nor B, a
 /// zero beta does not read C. Wrong arguments: transa (1), transb (2), m < 0 (3), n < 0 (4), k < 0 (5), lda (8), ldb
@@ -189,6 +196,8 @@ TESK2MP_API void QuarnMP_f06zpf_ENTRY(int selector, const char* uplo, const char
                                       Integer ldc, int uplo_length, int trans_length);
 
 // Norms -------------------------------------------------------------------------------------------------------------
+//
+// Cost: one pass over the matrix, with a square root an element for complex ones under the letters M, O, 1 and I.
 
 /// A norm of a real m by n matrix, by the first letter of `norm` in either case: M largest |a(i,j)|; O or 1 largest
 /// column sum; I largest row sum; F or E square root of the sum of squares, scaled against overflow. Any other letter

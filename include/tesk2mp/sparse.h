@@ -61,6 +61,8 @@ TESK2MP_API void QuarnMP_f11zpfn_(Integer n, Integer* nnz, Complex* a, Integer* 
                                   int dup_length, int zero_length, int buffer_length);
 
 // Products ---------------------------------------------------------------------------------------------------------
+//
+// Cost: NNZ multiply-adds, about twice as many from a triangle; complex ones for complex values.
 
 /// y := A x (TRANS 'N') or A^T x ('T').
 ///
