@@ -11,10 +11,10 @@ struct Example {
   void (*run)();
 };
 
-/// Runs the examples, a line "[code]" before the output of each.
+/// Runs the examples, a line "[code]" before the output of each, at 20 digits.
 inline int run_examples(std::initializer_list<Example> examples) {
-  QuarnSetDigits(20);
   for (const Example& example : examples) {
+    QuarnSetDigits(20);
     std::cout << "[" << example.code << "]\n";
     example.run();
   }

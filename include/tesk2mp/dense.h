@@ -14,6 +14,7 @@ extern "C" {
 /// when ispec is not in 1 ... 8, otherwise -2 when the name has no row. Shipped: block size 1 (unblocked) for the
 /// factorisations; block size 0, one shift, small blocks of 1 for the QR algorithm. Routines that only apply what
 /// another one made (F08AG after F08AE, ...) have their own row in the A family and share one elsewhere.
+/// Cost: a look into a short table.
 TESK2MP_API void QuarnMP_f07zaz_(Integer ispec, const char* name, Integer* ival, Integer rwflag, int name_length);
 
 /// DGETRF: A = P L U with partial pivoting, A m by n, L with unit diagonal. ipiv: min(m, n) row numbers, 1-based: row i
@@ -34,12 +35,14 @@ TESK2MP_API void QuarnMP_f07arf_ENTRY(int selector, Integer m, Integer n, Comple
 /// the given matrix), 0 for a row of zeros, so that the scaling of rows does not matter. ipiv: m elements, which hold
 /// the weights on the way; on return the first min(m, n) are row numbers. *info = j: the largest product of step j is
 /// below 8 times the machine precision; the factorisation stops there.
+/// Cost: about n^3/3 multiply-adds for m = n.
 TESK2MP_API void QuarnMP_f07adg_(Integer m, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* ipiv, Integer* info);
 
 /// ZPOTRF: A = U^H U (uplo U) or A = L L^H (uplo L), A Hermitian positive definite of order n, given and overwritten on
 /// that triangle; the other one is not touched, nor are imaginary parts of the diagonal read. Illegal: uplo (-1), n < 0
 /// (-2), lda < max(1, n) (-4). *info = j: the j-th diagonal element came out not positive and is stored; the leading
 /// j - 1 columns (U) or rows (L) hold the partial factor.
+/// Cost: about n^3/6 complex multiply-adds.
 TESK2MP_API void QuarnMP_f07frf_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int uplo_length);
 TESK2MP_API void QuarnMP_zpotrf_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int uplo_length);
 TESK2MP_API void QuarnMP_f07frf_ENTRY(int selector, const char* uplo, Integer n, Complex* a, Integer lda, Integer* info,
@@ -54,6 +57,7 @@ TESK2MP_API void QuarnMP_zpotf2_(const char* uplo, Integer n, Complex* a, Intege
 /// stand in rows 1 ... ilo - 1 and ihi + 1 ... n; S: scales rows and columns ilo ... ihi by powers of 8 towards equal
 /// norms; B: both. scale(j): the row and column interchanged with j outside ilo ... ihi, the scale factor inside.
 /// Illegal: job (-1), n < 0 (-2), lda < max(1, n) (-4).
+/// Cost: a few passes over the matrix.
 TESK2MP_API void QuarnMP_f08nhf_(const char* job, Integer n, QuarnFloat* a, Integer lda, Integer* ilo, Integer* ihi,
                                  QuarnFloat* scale, Integer* info, int job_length);
 
@@ -92,6 +96,7 @@ TESK2MP_API void QuarnMP_dlahqr_(unsigned wantt, unsigned wantz, Integer n, Inte
 /// eigenvector takes one column, a pair two (real and imaginary part, of the eigenvalue above the real axis). Each is
 /// scaled to largest |re| + |im| of 1. mm: columns there are; *m: columns used. work is not used. Illegal: side (-1),
 /// howmny (-2), n (-4), ldt (-6), ldvl (-8), ldvr (-10), mm < *m (-11).
+/// Cost: about n^3/6 multiply-adds a side for all eigenvectors, n^3/2 more for howmny B.
 TESK2MP_API void QuarnMP_f08qkf_(const char* side, const char* howmny, Integer* select, Integer n, QuarnFloat* t,
                                  Integer ldt, QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, Integer mm,
                                  Integer* m, QuarnFloat* work, Integer* info, int side_length, int howmny_length);
@@ -105,6 +110,7 @@ TESK2MP_API void QuarnMP_dtrevc_(const char* side, const char* howmny, Integer* 
 /// places of a pair get the same value. work and iwork are not used. Illegal: job (-1), howmny (-2), n (-4), ldt (-6),
 /// ldvl
 /// (-8), ldvr (-10), mm < *m (-13), ldwork < 1, or < n for V and B (-16).
+/// Cost: some n multiply-adds an eigenvalue for s; about 3 n^3/2 complex ones an eigenvalue for sep.
 TESK2MP_API void QuarnMP_f08qlf_(const char* job, const char* howmny, Integer* select, Integer n, QuarnFloat* t,
                                  Integer ldt, QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, QuarnFloat* s,
                                  QuarnFloat* sep, Integer mm, Integer* m, QuarnFloat* work, Integer ldwork,
@@ -119,6 +125,7 @@ TESK2MP_API void QuarnMP_dtrsna_(const char* job, const char* howmny, Integer* s
 /// precision times norm over condition number: the effect of one rounding of the matrix. IFAIL as described in
 /// tesk2mp.h: 1: e = 0; 2: a quotient by e passes the range of the hardware double (4.49e+307), the guard that the
 /// routine has always had; 3: the QR algorithm did not converge (a coefficient is not finite).
+/// Cost: that of the eigenvalues of a matrix of order 4.
 TESK2MP_API void QuarnMP_c02alf_(QuarnFloat* e, QuarnFloat* a, QuarnFloat* b, QuarnFloat* c, QuarnFloat* d,
                                  QuarnFloat* zeror, QuarnFloat* zeroi, QuarnFloat* errest, Integer* ifail);
 }

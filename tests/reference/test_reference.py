@@ -9,7 +9,7 @@ import pathlib
 import sys
 import xml.etree.ElementTree as ElementTree
 
-WHOLE = ("kernels", "sparse", "util")
+WHOLE = ("dense", "fft", "kernels", "sparse", "util")
 
 
 def sections(description):
