@@ -1,6 +1,7 @@
 // What the tests of the complex transforms share.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -28,13 +29,13 @@ inline ComplexSequence random_complex(Integer n, unsigned seed) {
 }
 
 /// Workspace that gives away whoever reads it before writing it.
-inline ComplexSequence junk(std::size_t length) {
-  return ComplexSequence(length, Complex(QuarnFloat("nan"), QuarnFloat("nan")));
+inline ComplexSequence junk(std::int64_t length) {
+  return ComplexSequence(std::size_t(length), Complex(QuarnFloat("nan"), QuarnFloat("nan")));
 }
 
 inline ComplexSequence transformed(decltype(&c06pcf_) entry, const char* direct, ComplexSequence x) {
   const auto n = Integer(x.size());
-  ComplexSequence work = junk(2 * x.size());
+  ComplexSequence work = junk(2 * std::int64_t(n));
   Integer ifail = -1;
   entry(direct, x.data(), &n, work.data(), &ifail, 1);
   return ifail == 0 ? x : ComplexSequence();

@@ -116,9 +116,9 @@ TEST_CASE("the table: the classic entry evaluates each rotation once, the compan
   // Passes of radix 4 take the multiples of 1, 2 and 3 up to 3 * 255; each has another angle.
   CHECK(count_of("cos") == 510);
   CHECK(count_of("sin") == 510);
-  for (const auto& [call, times] : asked) {
-    CAPTURE(call);
-    CHECK(times == 1);
+  for (const auto& entry : asked) {
+    CAPTURE(entry.first);
+    CHECK(entry.second == 1);
   }
   asked.clear();
   sample::transformed(c06pcf_full_, "F", x);

@@ -133,7 +133,7 @@ TEST_CASE("entries without checks do the same, and tell what they cannot do") {
     const ComplexSequence x = random_complex(n, 4);
     const ComplexSequence classic = transformed(c06pcf_, "B", x);
     const ComplexSequence full = transformed(c06pcf_full_, "B", x);
-    ComplexSequence work = sample::junk(2 * x.size());
+    ComplexSequence work = sample::junk(2 * std::int64_t(n));
     const auto check = [&](const ComplexSequence& expected, const auto& call) {
       ComplexSequence y = x;
       Integer status = -1;
@@ -185,8 +185,8 @@ TEST_CASE("the passes one by one, by the table that a transform leaves") {
       factors.factor[0] = factors.factor[1] = row.radix;
       tesk::make_table(table.data(), n, factors, (full ? tesk::kFullEngine : tesk::kClassicEngine).constants);
       const auto pass = full ? row.full : row.classic;
-      ComplexSequence between = sample::junk(x.size());
-      ComplexSequence y = sample::junk(x.size());
+      ComplexSequence between = sample::junk(n);
+      ComplexSequence y = sample::junk(n);
       pass(row.radix, 1, x.data(), between.data(), table.data());
       pass(1, row.radix, between.data(), y.data(), table.data());
       for (Complex& z : y) {

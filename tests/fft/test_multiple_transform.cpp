@@ -81,7 +81,7 @@ TEST_CASE("several sequences, interleaved and one after another, are as good as 
           }
 
           ComplexSequence y = x;
-          ComplexSequence work = sample::junk(std::size_t(n + m * n));
+          ComplexSequence work = sample::junk(n + m * n);
           Integer ifail = -1;
           accuracy.interleaved(direct, &m, &n, y.data(), work.data(), &ifail, 1);
           CHECK(ifail == 0);
@@ -93,7 +93,7 @@ TEST_CASE("several sequences, interleaved and one after another, are as good as 
           CHECK(y == interleaved);
 
           y = x;
-          work = sample::junk(std::size_t(2 * n));
+          work = sample::junk(2 * n);
           accuracy.contiguous_core(direct, m, n, y.data(), work.data(), buffer, &ifail, 1, 200);
           CHECK(ifail == 0);
           CHECK(std::string(buffer) == "NONE");
@@ -119,14 +119,14 @@ TEST_CASE("several sequences without checks, and by a table that is already ther
       const Integer m = 3;
       const ComplexSequence x = random_complex(m * n, 2);
       ComplexSequence expected = x;
-      ComplexSequence work = sample::junk(std::size_t(n + m * n));
+      ComplexSequence work = sample::junk(n + m * n);
       char buffer[200];
       Integer ifail = -1;
       row.core("B", m, n, expected.data(), work.data(), buffer, &ifail, 1, 200);
       REQUIRE(ifail == 0);
       for (const auto entry : {row.q, row.z, row.x}) {
         if (entry != row.x) {
-          work = sample::junk(work.size());
+          work = sample::junk(n + m * n);
         }
         ComplexSequence y = x;
         Integer status = -1;
@@ -171,7 +171,7 @@ TEST_CASE("one dimension of an array, in exactly the workspace that it asks for"
           const Integer lwork = n + extents[l] + 15;
           const ComplexSequence x = random_complex(n, 4);
           ComplexSequence y = x;
-          ComplexSequence work = sample::junk(std::size_t(lwork));
+          ComplexSequence work = sample::junk(lwork);
           Integer ifail = -1;
           accuracy.one_dimension(direct, &ndim, &dimension, extents.data(), &n, y.data(), work.data(), &lwork, &ifail,
                                  1);
@@ -198,7 +198,7 @@ TEST_CASE("all dimensions of an array are its dimensions one after another") {
         expected = by_lines(accuracy.single, "F", expected, extents, l);
       }
       ComplexSequence y = x;
-      ComplexSequence work = sample::junk(std::size_t(lwork));
+      ComplexSequence work = sample::junk(lwork);
       Integer ifail = -1;
       accuracy.all_dimensions("f", &ndim, extents.data(), &n, y.data(), work.data(), &lwork, &ifail, 1);
       CHECK(ifail == 0);
