@@ -1,6 +1,7 @@
 // The error of an entry on seeded random data.
 #pragma once
 
+#include "complex_sample.h"
 #include "oracle.h"
 #include "sample.h"
 
@@ -29,6 +30,13 @@ inline double error_against_definition(Entry entry, bool forward, Integer n, int
                                           oracle::by_definition(oracle::from_real(x), -1), digits)
                  : oracle::error_in_units(oracle::from_real(result),
                                           oracle::by_definition(oracle::from_half_complex(x), +1), digits);
+}
+
+/// The same of a complex entry.
+inline double error_against_definition(decltype(&c06pcf_) entry, bool forward, Integer n, int digits) {
+  const ComplexSequence x = random_complex(n, unsigned(n));
+  return oracle::error_in_units(oracle::from_complex(transformed(entry, forward ? "F" : "B", x)),
+                                oracle::by_definition(oracle::from_complex(x), forward ? -1 : +1), digits);
 }
 
 }  // namespace sample
