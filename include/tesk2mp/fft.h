@@ -7,7 +7,8 @@
 // Accuracy. The classic entries take pi and the constants sqrt(1/2), sqrt(3)/2 and sqrt(5)/4 of the radices 4, 8, 3 and
 // 5 as doubles: however many digits you work with, their relative error stays between 1e-17 and 3e-16 (lengths 2 and 4
 // alone need none of these constants). The companions are good to a few units of 10^-QuarnDigits() times
-// sqrt(log N): 7 units for N up to 1000, 12 for large primes. Beyond 16 digits, use the companions. docs/accuracy.md has the figures.
+// sqrt(log N): 7 units for N up to 1000, 12 for large primes. Beyond 16 digits, use the companions. docs/accuracy.md
+// has the figures.
 #pragma once
 
 #include "quarn/quarnfloat.h"

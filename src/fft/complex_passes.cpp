@@ -60,11 +60,11 @@ class Output {
 template <class Butterfly>
 void for_each_butterfly(const PassShape& shape, Integer r, const Complex* source, Complex* target, const Complex* table,
                         const Butterfly& butterfly) {
-  const std::ptrdiff_t row = std::ptrdiff_t(shape.length) * shape.lanes;
-  const std::ptrdiff_t apart = row * shape.blocks;
-  if (shape.length < 1) {
+  if (shape.length < 1 || shape.blocks < 1) {
     return;
   }
+  const std::ptrdiff_t row = std::ptrdiff_t(shape.length) * shape.lanes;
+  const std::ptrdiff_t apart = row * shape.blocks;
   for (Integer block = 0; block < shape.blocks; ++block) {
     const Complex* from = source + block * row * r;
     Complex* to = target + block * row;
