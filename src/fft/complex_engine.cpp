@@ -1,9 +1,5 @@
 #include "src/fft/complex_engine.h"
 
-#include <cstddef>
-
-#include "src/fft/complex_passes.h"
-
 namespace tesk {
 namespace {
 
@@ -29,10 +25,9 @@ void scale(const QuarnFloat& factor, const Complex* source, Complex* target, std
 
 }  // namespace
 
-void transform_forward(Integer n, Integer lanes, Complex* x, Complex* scratch, const Complex* table, Integer count,
-                       const Integer* factors, const Constants& constants) {
-  const Complex* result = run_passes(n, lanes, x, scratch, table, count, factors, constants);
-  scale(1.0 / sqrt(QuarnFloat(n)), result, x, std::ptrdiff_t(n) * lanes);
+void transform_forward(const Passes& passes, Integer n, std::ptrdiff_t count, Complex* x, Complex* scratch) {
+  const Complex* result = passes(x, scratch);
+  scale(1.0 / sqrt(QuarnFloat(n)), result, x, count);
 }
 
 Status Engine::prepare(Integer n, Complex* work) const {
@@ -59,13 +54,13 @@ Status Engine::transform_prepared(bool backward, Complex* x, const View& view, C
     return Status::ok;
   }
   const std::ptrdiff_t count = std::ptrdiff_t(view.before) * view.n;
+  const Passes passes(view.n, view.before, work, factors.count, factors.factor.data(), constants);
   for (Integer i = 0; i < view.after; ++i) {
     Complex* sequences = x + i * count;
     if (backward) {
       conjugate_all(sequences, count);
     }
-    transform_forward(view.n, view.before, sequences, work + view.n, work, factors.count, factors.factor.data(),
-                      constants);
+    transform_forward(passes, view.n, count, sequences, work + view.n);
     if (backward) {
       conjugate_all(sequences, count);
     }

@@ -1,8 +1,9 @@
 // What all entries of the complex transforms have in common.
 #pragma once
 
-#include "src/fft/complex_factors.h"
-#include "src/frame/constants.h"
+#include <cstddef>
+
+#include "src/fft/complex_passes.h"
 
 namespace tesk {
 
@@ -37,8 +38,7 @@ struct Engine {
 inline constexpr Engine kClassicEngine{Constants(Accuracy::classic)};
 inline constexpr Engine kFullEngine{Constants(Accuracy::full)};
 
-/// The passes, x to its transform, and the scaling by 1/sqrt(n). x and scratch: n lanes elements.
-void transform_forward(Integer n, Integer lanes, Complex* x, Complex* scratch, const Complex* table, Integer count,
-                       const Integer* factors, const Constants& constants);
+/// Makes the passes over `count` numbers, n elements in each sequence, and scales by 1/sqrt(n).
+void transform_forward(const Passes& passes, Integer n, std::ptrdiff_t count, Complex* x, Complex* scratch);
 
 }  // namespace tesk

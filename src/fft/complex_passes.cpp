@@ -161,9 +161,9 @@ bool long_pass(const PassShape& shape, Integer r, Complex* data, Complex* other,
 }
 
 /// A large prime radix by convolution.
-void convolution_pass(const PassShape& shape, Integer r, const Complex* source, Complex* target, const Complex* table,
-                      const Constants& constants) {
-  PrimeTransform transform(r, table, std::ptrdiff_t(shape.length) * shape.blocks, constants);
+void convolution_pass(const PassShape& shape, PrimeTransform& transform, const Complex* source, Complex* target,
+                      const Complex* table) {
+  const Integer r = transform.length();
   std::vector<Complex> z(static_cast<std::size_t>(r));
   for_each_butterfly(shape, r, source, target, table, [&](const auto& x, const auto& out) {
     for (Integer q = 0; q < r; ++q) {
@@ -175,32 +175,6 @@ void convolution_pass(const PassShape& shape, Integer r, const Complex* source, 
       out.put(s, std::move(z[std::size_t(s)].re), std::move(z[std::size_t(s)].im));
     }
   });
-}
-
-/// Returns whether the result is in `other`.
-bool pass(Integer r, const PassShape& shape, Complex* data, Complex* other, const Complex* table,
-          const Constants& constants) {
-  switch (r) {
-    case 2:
-      pass2(shape, data, other, table);
-      return true;
-    case 3:
-      pass3(shape, data, other, table, constants);
-      return true;
-    case 4:
-      pass4(shape, data, other, table);
-      return true;
-    case 5:
-      pass5(shape, data, other, table, constants);
-      return true;
-    default:
-      if (constants.accuracy() == Accuracy::full &&
-          PrimeTransform::pays(r, double(shape.length) * shape.blocks * shape.lanes)) {
-        convolution_pass(shape, r, data, other, table, constants);
-        return true;
-      }
-      return long_pass(shape, r, data, other, table);
-  }
 }
 
 }  // namespace
@@ -242,12 +216,53 @@ void pass5(const PassShape& shape, const Complex* source, Complex* target, const
   odd_pass<5>(shape, source, target, table, Sums5(constants, Circle(constants)));
 }
 
-Complex* run_passes(Integer n, Integer lanes, Complex* x, Complex* scratch, const Complex* table, Integer count,
-                    const Integer* factors, const Constants& constants) {
-  Integer blocks = 1;
+Passes::Passes(Integer n, Integer lanes, const Complex* table, Integer count, const Integer* factors,
+               const Constants& constants)
+    : n_(n), lanes_(lanes), table_(table), count_(count), factors_(factors), constants_(constants) {
+  if (constants.accuracy() == Accuracy::classic) {
+    return;
+  }
+  convolutions_.resize(std::size_t(count));
   for (Integer i = 0; i < count; ++i) {
     const Integer r = factors[i];
-    if (r > 1 && pass(r, {n / blocks / r, blocks, lanes}, x, scratch, table, constants)) {
+    if (r > 5 && PrimeTransform::pays(r)) {
+      convolutions_[std::size_t(i)] = std::make_unique<PrimeTransform>(r, table, n / r, constants);
+    }
+  }
+}
+
+Passes::~Passes() = default;
+
+/// Returns whether the result is in `other`.
+bool Passes::pass(Integer place, const PassShape& shape, Complex* data, Complex* other) const {
+  const Integer r = factors_[place];
+  switch (r) {
+    case 2:
+      pass2(shape, data, other, table_);
+      return true;
+    case 3:
+      pass3(shape, data, other, table_, constants_);
+      return true;
+    case 4:
+      pass4(shape, data, other, table_);
+      return true;
+    case 5:
+      pass5(shape, data, other, table_, constants_);
+      return true;
+    default:
+      if (!convolutions_.empty() && convolutions_[std::size_t(place)]) {
+        convolution_pass(shape, *convolutions_[std::size_t(place)], data, other, table_);
+        return true;
+      }
+      return long_pass(shape, r, data, other, table_);
+  }
+}
+
+Complex* Passes::operator()(Complex* x, Complex* scratch) const {
+  Integer blocks = 1;
+  for (Integer i = 0; i < count_; ++i) {
+    const Integer r = factors_[i];
+    if (r > 1 && pass(i, {n_ / blocks / r, blocks, lanes_}, x, scratch)) {
       std::swap(x, scratch);
     }
     blocks *= r;

@@ -8,6 +8,9 @@
 // that are multiples of s blocks, so that all passes share one table, and n/r apart lie the roots of its butterfly.
 #pragma once
 
+#include <memory>
+#include <vector>
+
 #include "src/fft/complex_factors.h"
 #include "src/frame/constants.h"
 
@@ -27,9 +30,33 @@ void pass4(const PassShape& shape, const Complex* source, Complex* target, const
 void pass5(const PassShape& shape, const Complex* source, Complex* target, const Complex* table,
            const Constants& constants);
 
-/// All passes over `lanes` sequences of n elements, unscaled. Returns where the result is: x or scratch.
-Complex* run_passes(Integer n, Integer lanes, Complex* x, Complex* scratch, const Complex* table, Integer count,
-                    const Integer* factors, const Constants& constants);
+class PrimeTransform;
+
+/// All passes over `lanes` sequences of n elements, unscaled. Large primes keep what their convolutions need from one
+/// call to the next.
+class Passes {
+ public:
+  /// The table and the factors stay the caller's.
+  Passes(Integer n, Integer lanes, const Complex* table, Integer count, const Integer* factors,
+         const Constants& constants);
+  ~Passes();
+  Passes(const Passes&) = delete;
+  Passes& operator=(const Passes&) = delete;
+
+  /// Transforms x and returns where the result is: x or scratch.
+  Complex* operator()(Complex* x, Complex* scratch) const;
+
+ private:
+  bool pass(Integer place, const PassShape& shape, Complex* data, Complex* other) const;
+
+  Integer n_;
+  Integer lanes_;
+  const Complex* table_;
+  Integer count_;
+  const Integer* factors_;
+  Constants constants_;
+  std::vector<std::unique_ptr<PrimeTransform>> convolutions_;  // of the full accuracy, a place for each factor
+};
 
 /// Fills table[0 .. n) with the rotations that the passes of these factors look at; places between are zero. Classic:
 /// each rotation is evaluated once. Full: angles are folded into one octant, see Twiddles.

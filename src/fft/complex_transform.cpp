@@ -43,7 +43,7 @@ bool are_factors_of(Integer n, Integer count, const Integer* factors) {
 void passes_and_scaling(const Engine& engine, Integer n, Complex* x, Complex* scratch, const Complex* table,
                         Integer count, const Integer* factors) {
   if (n > 1 && are_factors_of(n, count, factors)) {
-    transform_forward(n, 1, x, scratch, table, count, factors, engine.constants);
+    transform_forward(Passes(n, 1, table, count, factors, engine.constants), n, n, x, scratch);
   }
 }
 

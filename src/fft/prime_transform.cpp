@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "src/fft/complex_passes.h"
-
 namespace tesk {
 namespace {
 
@@ -104,13 +102,13 @@ Integer generator(Integer r) {
 
 }  // namespace
 
-bool PrimeTransform::pays(Integer r, double times) {
+bool PrimeTransform::pays(Integer r) {
   constexpr double kPreparation = 0.6;  // of a convolution: the transform of the weights, and the table
-  return factorize_complex(r).count == 1 && (times + kPreparation) * convolution_work(r) < times * sums_work(r);
+  return factorize_complex(r).count == 1 && (1 + kPreparation) * convolution_work(r) < sums_work(r);
 }
 
 PrimeTransform::PrimeTransform(Integer r, const Complex* roots, std::ptrdiff_t apart, const Constants& constants)
-    : constants_(constants), powers_(std::size_t(r - 1)) {
+    : powers_(std::size_t(r - 1)) {
   const Integer g = generator(r);
   std::int64_t residue = 1;
   for (Integer& p : powers_) {
@@ -122,7 +120,8 @@ PrimeTransform::PrimeTransform(Integer r, const Complex* roots, std::ptrdiff_t a
   table_.resize(std::size_t(length));
   a_.resize(std::size_t(length));
   scratch_.resize(std::size_t(length));
-  make_table(table_.data(), length, factors_, constants_);
+  make_table(table_.data(), length, factors_, constants);
+  passes_.emplace(length, 1, table_.data(), factors_.count, factors_.factor.data(), constants);
 
   // w^(g^-q) at q, and where zeros pad the other sequence at q - (r-1) from the end as well.
   const QuarnFloat scale = 1 / QuarnFloat(length);
@@ -138,11 +137,6 @@ PrimeTransform::PrimeTransform(Integer r, const Complex* roots, std::ptrdiff_t a
   }
   const Complex* weights = transformed();
   weights_.assign(weights, weights + length);
-}
-
-Complex* PrimeTransform::transformed() {
-  return run_passes(size(), 1, a_.data(), scratch_.data(), table_.data(), factors_.count, factors_.factor.data(),
-                    constants_);
 }
 
 void PrimeTransform::operator()(Complex* z) {

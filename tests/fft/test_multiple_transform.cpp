@@ -66,7 +66,7 @@ TEST_CASE("several sequences, interleaved and one after another, are as good as 
   support::Digits scope(25);
   for (const Accuracy& accuracy : kAccuracies) {
     for (const Integer m : {1, 2, 5}) {
-      for (const Integer n : {1, 2, 6, 7, 14, 20, 61}) {
+      for (const Integer n : {1, 2, 6, 7, 14, 20, 53, 61}) {
         for (const char* direct : {"F", "b"}) {
           CAPTURE(accuracy.name);
           CAPTURE(m);
