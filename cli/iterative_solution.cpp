@@ -120,7 +120,7 @@ class Task {
     call_routine("QuarnMP_f11bdf_", set_up);
   }
 
-  Solution run(const std::function<void(const Progress&)>& watcher) {
+  Solution run(const std::function<void(const ResidualStep&)>& watcher) {
     Solution solution;
     Integer irevcm = 0;
     Integer ifail = 0;
@@ -161,8 +161,8 @@ class Task {
                     v_.data(), &ifail, 1, 1);
   }
 
-  Progress progress() {
-    Progress now{};
+  ResidualStep progress() {
+    ResidualStep now{};
     QuarnFloat anorm;
     QuarnFloat sigmax;
     Integer ifail = -1;
@@ -195,7 +195,7 @@ class Task {
 }  // namespace
 
 Solution solve_iteratively(const LinearSystem& system, const std::string& method, const IterativeOptions& options,
-                           const std::function<void(const Progress&)>& watcher) {
+                           const std::function<void(const ResidualStep&)>& watcher) {
   if (system.complex) {
     throw bad_input(system.source + ": the system is complex, which --method direct alone can solve");
   }

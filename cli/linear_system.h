@@ -34,7 +34,7 @@ std::vector<Complex> product(const LinearSystem& system, const std::vector<Compl
 QuarnFloat relative_residual(const LinearSystem& system, const std::vector<Complex>& x);
 
 /// What was known of the residual on the way.
-struct Progress {
+struct ResidualStep {
   Integer iteration;
   QuarnFloat residual;
   QuarnFloat bound;  // to be reached; zero where there is none
@@ -44,7 +44,7 @@ struct Solution {
   std::string method;
   std::string routine;
   std::vector<Complex> x;
-  std::vector<Progress> history;
+  std::vector<ResidualStep> history;
   Integer iterations = 0;
   Integer products = 0;
   std::string failure;  // what the library says; empty when the solution is one
@@ -63,7 +63,7 @@ struct IterativeOptions {
 /// Solves by F11BEF, telling the watcher of every iteration that is looked at. Throws Failure for what cannot be solved
 /// so: complex systems, preconditioners that need a diagonal where there is none.
 Solution solve_iteratively(const LinearSystem& system, const std::string& method, const IterativeOptions& options,
-                           const std::function<void(const Progress&)>& watcher);
+                           const std::function<void(const ResidualStep&)>& watcher);
 
 /// Solves by the LU factorisation of the full matrix, refining the solution with residuals of twice the digits.
 Solution solve_directly(const LinearSystem& system);

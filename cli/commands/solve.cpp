@@ -44,15 +44,15 @@ Solution solve(const LinearSystem& system, const std::string& method, const Solv
     return solve_directly(system);
   }
   ProgressLine line(options.progress);
-  return solve_iteratively(system, method, options.iterative, [&](const Progress& now) {
+  return solve_iteratively(system, method, options.iterative, [&](const ResidualStep& now) {
     line.show(method + ": iteration " + std::to_string(now.iteration) + ", residual " + brief(now.residual) +
               ", to reach " + brief(now.bound));
   });
 }
 
-std::vector<std::string> history_cells(const Solution& solution, QuarnFloat Progress::*member, int digits = 0) {
+std::vector<std::string> history_cells(const Solution& solution, QuarnFloat ResidualStep::*member, int digits = 0) {
   std::vector<QuarnFloat> values;
-  for (const Progress& progress : solution.history) {
+  for (const ResidualStep& progress : solution.history) {
     values.push_back(progress.*member);
   }
   std::vector<std::string> cells = exact_cells(values);
@@ -80,8 +80,8 @@ std::vector<std::size_t> telling_rows(std::size_t count) {
 void add_history_notes(Result& result, const Solution& solution) {
   const bool bounded = solution.method != "direct";
   result.notes.push_back(std::string("iteration  residual") + (bounded ? "   to reach" : ""));
-  const std::vector<std::string> residuals = history_cells(solution, &Progress::residual, 3);
-  const std::vector<std::string> bounds = history_cells(solution, &Progress::bound, 3);
+  const std::vector<std::string> residuals = history_cells(solution, &ResidualStep::residual, 3);
+  const std::vector<std::string> bounds = history_cells(solution, &ResidualStep::bound, 3);
   for (const std::size_t i : telling_rows(solution.history.size())) {
     const std::string iteration = std::to_string(solution.history[i].iteration);
     result.notes.push_back(std::string(9 - std::min<std::size_t>(9, iteration.size()), ' ') + iteration + "  " +
@@ -101,8 +101,8 @@ void write_history(const std::vector<Solution>& solutions, const std::string& fi
   Result result;
   result.data = {{"method", {}, false, true}, {"iteration", {}, true}, {"residual", {}}, {"bound", {}}};
   for (const Solution& solution : solutions) {
-    const std::vector<std::string> residuals = history_cells(solution, &Progress::residual);
-    const std::vector<std::string> bounds = history_cells(solution, &Progress::bound);
+    const std::vector<std::string> residuals = history_cells(solution, &ResidualStep::residual);
+    const std::vector<std::string> bounds = history_cells(solution, &ResidualStep::bound);
     for (std::size_t i = 0; i < solution.history.size(); ++i) {
       result.data[0].cells.push_back(solution.method);
       result.data[1].cells.push_back(std::to_string(solution.history[i].iteration));
@@ -125,7 +125,7 @@ void draw_history(const std::vector<Solution>& solutions, const LinearSystem& sy
               {}};
   for (const Solution& solution : solutions) {
     Chart::Series series{name_of(solution, options, system.n), {}, {}};
-    for (const Progress& progress : solution.history) {
+    for (const ResidualStep& progress : solution.history) {
       if (progress.residual > 0) {
         series.x.push_back(progress.iteration);
         series.exponent.push_back(log10(progress.residual));
