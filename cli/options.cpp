@@ -43,7 +43,7 @@ std::string complaint_about(const std::string& word, const std::vector<std::stri
 // Replaces a format's name by its number, which is what the option parser wants of an enumeration; returns the
 // complaint about any other text.
 std::string number_of_format(Forms forms, std::string& name) {
-  const std::string complaint = complaint_about(name, names_of(forms));
+  std::string complaint = complaint_about(name, names_of(forms));
   for (const auto& [known, format] : formats_of(forms)) {
     if (name == known) {
       name = std::to_string(int(format));
