@@ -165,13 +165,14 @@ class RawCholesky {
         subtract_square(diagonal.re, a[j + k * n]);
       }
       mpfr_sqrt(diagonal.re.value, diagonal.re.value, MPFR_RNDN);
-      for (std::size_t i = j + 1; i < n; ++i) {
-        RawComplex& element = a[i + j * n];
-        for (std::size_t k = 0; k < j; ++k) {
-          subtract_product(element, a[i + k * n], a[j + k * n]);
+      for (std::size_t k = 0; k < j; ++k) {
+        for (std::size_t i = j + 1; i < n; ++i) {
+          subtract_product(a[i + j * n], a[i + k * n], a[j + k * n]);
         }
-        mpfr_div(element.re.value, element.re.value, diagonal.re.value, MPFR_RNDN);
-        mpfr_div(element.im.value, element.im.value, diagonal.re.value, MPFR_RNDN);
+      }
+      for (std::size_t i = j + 1; i < n; ++i) {
+        mpfr_div(a[i + j * n].re.value, a[i + j * n].re.value, diagonal.re.value, MPFR_RNDN);
+        mpfr_div(a[i + j * n].im.value, a[i + j * n].im.value, diagonal.re.value, MPFR_RNDN);
       }
     }
   }

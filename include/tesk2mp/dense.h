@@ -34,7 +34,7 @@ TESK2MP_API void QuarnMP_f07arf_ENTRY(int selector, Integer m, Integer n, Comple
 /// A = P L U with row-weighted pivoting: the pivot is the largest |a(i, j)| w(i), where w(i) is 1 / (2-norm of row i of
 /// the given matrix), 0 for a row of zeros, so that the scaling of rows does not matter. ipiv: m elements, which hold
 /// the weights on the way; on return the first min(m, n) are row numbers. *info = j: the largest product of step j is
-/// below 8 times the machine precision; the factorisation stops there.
+/// below 8 times the machine precision, or NaN; the factorisation stops there, and row numbers are the first j - 1.
 /// Cost: about n^3/3 multiply-adds for m = n.
 TESK2MP_API void QuarnMP_f07adg_(Integer m, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* ipiv, Integer* info);
 

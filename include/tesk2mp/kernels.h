@@ -201,7 +201,8 @@ TESK2MP_API void QuarnMP_f06zpf_ENTRY(int selector, const char* uplo, const char
 
 /// A norm of a real m by n matrix, by the first letter of `norm` in either case: M largest |a(i,j)|; O or 1 largest
 /// column sum; I largest row sum; F or E square root of the sum of squares, scaled against overflow. Any other letter
-/// gives 0, and so does m < 1 or n < 1. work: m elements for the letter I, otherwise not touched.
+/// gives 0, and so does m < 1 or n < 1. NaN makes F NaN; under the other letters comparisons may pass over it. work: m
+/// elements for the letter I, otherwise not touched.
 TESK2MP_API QuarnFloat QuarnMP_f06raf_(const char* norm, Integer m, Integer n, QuarnFloat* a, Integer lda,
                                        QuarnFloat* work, int norm_length);
 /// The same of an upper Hessenberg matrix of order n; elements below the first subdiagonal are not read.

@@ -10,7 +10,26 @@
 namespace tesk {
 namespace {
 
-Integer factorise_unblocked(Integer n, MatrixView<Complex> a) {
+/// a(j, k) := a(j, k) - sum of conj(a(i, j)) a(i, k), i < j, for k > j. As published, the stored columns are walked
+/// along: dot products for the upper triangle, multiples of whole columns for the lower one, where `a` is a transposed
+/// view.
+void update_row(Triangle stored, Integer n, Integer j, MatrixView<Complex> a) {
+  if (stored == Triangle::lower) {
+    for (Integer i = 1; i < j; ++i) {
+      for (Integer k = j + 1; k <= n; ++k) {
+        subtract_product(a(j, k), Op::conjugate, a(i, j), a(i, k));
+      }
+    }
+    return;
+  }
+  for (Integer k = j + 1; k <= n; ++k) {
+    const Complex product = dot(j - 1, a.column(j), a.column(k), Op::conjugate);
+    a(j, k).re -= product.re;
+    a(j, k).im -= product.im;
+  }
+}
+
+Integer factorise_unblocked(Triangle stored, Integer n, MatrixView<Complex> a) {
   for (Integer j = 1; j <= n; ++j) {
     const VectorView<Complex> column = a.column(j);
     QuarnFloat squares;
@@ -26,26 +45,22 @@ Integer factorise_unblocked(Integer n, MatrixView<Complex> a) {
     ajj = sqrt(ajj);
     const QuarnFloat reciprocal = QuarnFloat(1.0) / ajj;
     column(j).re = std::move(ajj);
-    for (Integer k = j + 1; k <= n; ++k) {
-      const Complex product = dot(j - 1, column, a.column(k), Op::conjugate);
-      a(j, k).re -= product.re;
-      a(j, k).im -= product.im;
-      multiply_by(a(j, k), reciprocal);
-    }
+    update_row(stored, n, j, a);
+    scale(n - j, reciprocal, a.row(j).from(j + 1));
   }
   return 0;
 }
 
-Integer factorise(Integer nb, Integer n, MatrixView<Complex> a) {
+Integer factorise(Integer nb, Triangle stored, Integer n, MatrixView<Complex> a) {
   if (nb <= 1) {
-    return factorise_unblocked(n, a);
+    return factorise_unblocked(stored, n, a);
   }
   for (Integer j = 1; j <= n; j += std::min(nb, n - j + 1)) {
     const Integer jb = std::min(nb, n - j + 1);
     const Integer next = j + jb;
     update_hermitian(Triangle::upper, Op::conjugate, jb, j - 1, QuarnFloat(-1.0), a.from(1, j), QuarnFloat(1.0),
                      a.from(j, j));
-    if (const Integer info = factorise_unblocked(jb, a.from(j, j)); info != 0) {
+    if (const Integer info = factorise_unblocked(stored, jb, a.from(j, j)); info != 0) {
       return info + j - 1;
     }
     multiply_matrices(Op::conjugate, Op::none, jb, n - next + 1, j - 1, Complex(-1.0), a.from(1, j), a.from(1, next),
@@ -62,7 +77,8 @@ Integer checked_cholesky(Integer nb, const char* uplo, Integer n, Complex* a, In
     return -wrong;
   }
   const MatrixView<Complex> view(a, lda);
-  return factorise(nb, n, triangle_of(uplo) == Triangle::upper ? view : view.transposed());
+  const Triangle stored = triangle_of(uplo);
+  return factorise(nb, stored, n, stored == Triangle::upper ? view : view.transposed());
 }
 
 }  // namespace

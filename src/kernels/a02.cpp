@@ -38,6 +38,21 @@ void square_root(const QuarnFloat& xr, const QuarnFloat& xi, QuarnFloat* yr, Qua
 
 }  // namespace
 
+void tesk::divide(const QuarnFloat& xr, const QuarnFloat& xi, const QuarnFloat& yr, const QuarnFloat& yi,
+                  QuarnFloat* zr, QuarnFloat* zi) {
+  if (fabs(yr) > fabs(yi)) {
+    const QuarnFloat r = yi / yr;
+    const QuarnFloat d = 1 / (r * yi + yr);
+    *zr = (xr + r * xi) * d;
+    *zi = (xi - r * xr) * d;
+  } else {
+    const QuarnFloat r = yr / yi;
+    const QuarnFloat d = 1 / (r * yr + yi);
+    *zr = (r * xr + xi) * d;
+    *zi = (r * xi - xr) * d;
+  }
+}
+
 extern "C" {
 
 void a02aafn_(QuarnFloat xr, QuarnFloat xi, QuarnFloat* yr, QuarnFloat* yi) {
@@ -66,16 +81,6 @@ QuarnFloat a02abfn_(QuarnFloat xr, QuarnFloat xi) {
 }
 
 void a02acfn_(QuarnFloat xr, QuarnFloat xi, QuarnFloat yr, QuarnFloat yi, QuarnFloat* zr, QuarnFloat* zi) {
-  if (fabs(yr) > fabs(yi)) {
-    const QuarnFloat r = yi / yr;
-    const QuarnFloat d = 1 / (r * yi + yr);
-    *zr = (xr + r * xi) * d;
-    *zi = (xi - r * xr) * d;
-  } else {
-    const QuarnFloat r = yr / yi;
-    const QuarnFloat d = 1 / (r * yr + yi);
-    *zr = (r * xr + xi) * d;
-    *zi = (r * xi - xr) * d;
-  }
+  tesk::divide(xr, xi, yr, yi, zr, zi);
 }
 }

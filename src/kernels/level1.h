@@ -87,11 +87,7 @@ template <class T>
 T dot(Integer n, VectorView<T> x, VectorView<T> y, Op op = Op::none) {
   T sum{};
   for (Integer i = 1; i <= n; ++i) {
-    if (op == Op::conjugate) {
-      add_conjugate_product(sum, x(i), y(i));
-    } else {
-      add_product(sum, x(i), y(i));
-    }
+    add_product(sum, op, x(i), Op::none, y(i));
   }
   return sum;
 }

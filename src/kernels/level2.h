@@ -66,7 +66,7 @@ void multiply_triangular(Triangle triangle, Op op, Diagonal diagonal, Integer n,
         multiply_by(temp, apply(op, a(j, j)));
       }
       for (Integer i = j - 1; i >= 1; --i) {
-        add_product(temp, apply(op, a(i, j)), x(i));
+        add_product(temp, op, a(i, j), Op::none, x(i));
       }
       x(j) = std::move(temp);
     }
@@ -93,7 +93,7 @@ void solve_triangular(Triangle triangle, Op op, Diagonal diagonal, Integer n, Ma
   } else {
     for (Integer j = 1; j <= n; ++j) {
       for (Integer i = 1; i < j; ++i) {
-        subtract_product(x(j), apply(op, a(i, j)), x(i));
+        subtract_product(x(j), op, a(i, j), x(i));
       }
       if (diagonal == Diagonal::general) {
         x(j) = quotient(x(j), apply(op, a(j, j)));

@@ -33,7 +33,7 @@ void multiply_matrices(Op op_a, Op op_b, Integer m, Integer n, Integer k, const 
     for (Integer i = 1; i <= m; ++i) {
       T temp{};
       for (Integer l = 1; l <= k; ++l) {
-        add_product(temp, apply(op_a, a(l, i)), apply(op_b, bt(j, l)));
+        add_product(temp, op_a, a(l, i), op_b, bt(j, l));
       }
       add_product(cj(i), alpha, temp);
     }

@@ -3,6 +3,7 @@
 
 #include "quarn/quarnfloat.h"
 #include "src/kernels/a02.h"
+#include "src/kernels/options.h"
 
 namespace tesk {
 
@@ -25,7 +26,7 @@ inline QuarnFloat modulus(const Complex& x) { return sqrt(x.re * x.re + x.im * x
 inline QuarnFloat quotient(const QuarnFloat& a, const QuarnFloat& b) { return a / b; }
 inline Complex quotient(const Complex& a, const Complex& b) {
   Complex z;
-  a02acfn_(a.re, a.im, b.re, b.im, &z.re, &z.im);
+  divide(a.re, a.im, b.re, b.im, &z.re, &z.im);
   return z;
 }
 
@@ -43,17 +44,45 @@ inline void add_product(Complex& sum, const Complex& a, const Complex& b) {
   sum.re += a.re * b.re - a.im * b.im;
   sum.im += a.re * b.im + a.im * b.re;
 }
-/// sum := sum + conj(a) b
-inline void add_conjugate_product(QuarnFloat& sum, const QuarnFloat& a, const QuarnFloat& b) { sum += a * b; }
-inline void add_conjugate_product(Complex& sum, const Complex& a, const Complex& b) {
-  sum.re += a.re * b.re + a.im * b.im;
-  sum.im += a.re * b.im - a.im * b.re;
-}
 /// sum := sum - a b
 inline void subtract_product(QuarnFloat& sum, const QuarnFloat& a, const QuarnFloat& b) { sum -= a * b; }
 inline void subtract_product(Complex& sum, const Complex& a, const Complex& b) {
   sum.re -= a.re * b.re - a.im * b.im;
   sum.im -= a.re * b.im + a.im * b.re;
+}
+
+/// sum := sum + op_a(a) op_b(b), as conjugates; nothing is copied for it.
+inline void add_product(QuarnFloat& sum, Op /*op_a*/, const QuarnFloat& a, Op /*op_b*/, const QuarnFloat& b) {
+  add_product(sum, a, b);
+}
+inline void add_product(Complex& sum, Op op_a, const Complex& a, Op op_b, const Complex& b) {
+  if ((op_a == Op::conjugate) == (op_b == Op::conjugate)) {
+    sum.re += a.re * b.re - a.im * b.im;
+    const QuarnFloat im = a.re * b.im + a.im * b.re;
+    if (op_a == Op::conjugate) {
+      sum.im -= im;
+    } else {
+      sum.im += im;
+    }
+    return;
+  }
+  sum.re += a.re * b.re + a.im * b.im;
+  if (op_a == Op::conjugate) {
+    sum.im += a.re * b.im - a.im * b.re;
+  } else {
+    sum.im += a.im * b.re - a.re * b.im;
+  }
+}
+/// sum := sum - op(a) b
+inline void subtract_product(QuarnFloat& sum, Op /*op*/, const QuarnFloat& a, const QuarnFloat& b) {
+  subtract_product(sum, a, b);
+}
+inline void subtract_product(Complex& sum, Op op, const Complex& a, const Complex& b) {
+  if (op != Op::conjugate) {
+    return subtract_product(sum, a, b);
+  }
+  sum.re -= a.re * b.re + a.im * b.im;
+  sum.im -= a.re * b.im - a.im * b.re;
 }
 
 }  // namespace tesk

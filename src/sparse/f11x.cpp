@@ -61,13 +61,6 @@ bool structure_is_valid(Report& report, Integer first_label, Integer n, Integer 
   return false;
 }
 
-/// sum := sum + conj(a) b
-void add_conjugate_product(QuarnFloat& sum, const QuarnFloat& a, const QuarnFloat& b) { sum += a * b; }
-void add_conjugate_product(Complex& sum, const Complex& a, const Complex& b) {
-  sum.re += a.re * b.re + a.im * b.im;
-  sum.im += a.re * b.im - a.im * b.re;
-}
-
 /// y := A x, or conj(A) x; of a lower triangle, also what its entries stand for in the upper one.
 template <Storage kStorage, bool kConjugated, class Value>
 void multiply(const Matrix<Value>& matrix, const Value* x, Value* y) {
@@ -76,13 +69,13 @@ void multiply(const Matrix<Value>& matrix, const Value* x, Value* y) {
     const Integer row = matrix.irow[k] - 1;
     const Integer column = matrix.icol[k] - 1;
     if constexpr (kConjugated) {
-      add_conjugate_product(y[row], matrix.a[k], x[column]);
+      add_product(y[row], Op::conjugate, matrix.a[k], Op::none, x[column]);
     } else {
       add_product(y[row], matrix.a[k], x[column]);
     }
     if constexpr (kStorage == Storage::lower_triangle) {
       if (row != column) {
-        add_conjugate_product(y[column], matrix.a[k], x[row]);
+        add_product(y[column], Op::conjugate, matrix.a[k], Op::none, x[row]);
       }
     }
   }

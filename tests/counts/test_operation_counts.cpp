@@ -5,6 +5,7 @@
 #include <dlfcn.h>
 #include <doctest/doctest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <functional>
 #include <string>
@@ -123,6 +124,20 @@ class Operands {
 
 constexpr long triangle(long n) { return n * (n - 1) / 2; }
 
+void check(const Case& each) {
+  counted = Counts();
+  each.run();
+  const Counts done = counted;
+  const std::string name = each.name;
+  CAPTURE(name);
+  CHECK(done.multiplications <= each.multiplications);
+  CHECK(done.additions <= each.additions);
+  CHECK(done.divisions <= each.divisions);
+  CHECK(done.copies <= each.copies);
+  // The calls do come here.
+  CHECK((done.multiplications + done.additions) * 2 > each.multiplications + each.additions);
+}
+
 }  // namespace
 
 TEST_CASE("the kernels do no more than the published algorithms") {
@@ -196,6 +211,24 @@ TEST_CASE("the kernels do no more than the published algorithms") {
                         1);
        },
        4 * (kN * kK + kM * kN * kK), 2 * (kN * kK + 2 * kM * kN * kK), 0, 2 * (kM * kN + kN * kK)},
+      {"dgemm T T",
+       [&] { QuarnMP_dgemm_("T", "T", kM, kN, kK, alpha, a.data(), kLda, b.data(), kLda, 0, c.data(), kLda, 1, 1); },
+       kM * kN + kM * kN * kK, kM * kN * (kK + 1), 0, kM * kN},
+      {"ztrmv", [&] { QuarnMP_ztrmv_("U", "N", "N", kN, za.data(), kLda, zx.data(), 1, 1, 1, 1); },
+       4 * (triangle(kN) + kN), 4 * triangle(kN) + 2 * kN, 0, 2 * kN},
+      {"ztrsv C", [&] { QuarnMP_ztrsv_("U", "C", "N", kN, za.data(), kLda, zx.data(), 1, 1, 1, 1); },
+       4 * triangle(kN) + 5 * kN, 4 * triangle(kN) + 3 * kN, 2 * kN, 4 * kN},
+      {"zgeru", [&] { QuarnMP_zgeru_(kM, kN, zalpha, zx.data(), 1, zy.data(), 1, za.data(), kLda); },
+       4 * (kN + kM * kN), 2 * (kN + 2 * kM * kN), 0, 2 * kN},
+      {"ztrsm",
+       [&] { QuarnMP_ztrsm_("L", "U", "N", "N", kM, kN, zalpha, za.data(), kLda, zb.data(), kLda, 1, 1, 1, 1); },
+       kN * (9 * kM + 4 * triangle(kM)), kN * (5 * kM + 4 * triangle(kM)), 2 * kN * kM, 2 * kN * kM},
+      {"zgemm C C",
+       [&] {
+         QuarnMP_zgemm_("C", "C", kM, kN, kK, zalpha, za.data(), kLda, zb.data(), kLda, Complex(0), zc.data(), kLda, 1,
+                        1);
+       },
+       4 * kM * kN * (kK + 1), 4 * kM * kN * (kK + 1), 0, 2 * kM * kN},
       {"dtrsm", [&] { QuarnMP_dtrsm_("L", "U", "N", "N", kM, kN, alpha, a.data(), kLda, b.data(), kLda, 1, 1, 1, 1); },
        kN * (kM + triangle(kM)), kN * triangle(kM), kN * kM, 0},
       {"zherk", [&] { QuarnMP_zherk_("U", "N", kN, kK, alpha, za.data(), kLda, beta, zc.data(), kLda, 1, 1); },
@@ -211,17 +244,78 @@ TEST_CASE("the kernels do no more than the published algorithms") {
        },
        4 * cholesky_products + 2 * triangle(kM) + 2 * triangle(kM),
        4 * cholesky_products + 2 * triangle(kM) + 2 * triangle(kM) + kM, 2 * kM, 0},
+      {"zpotrf L",
+       [&] {
+         auto given = definite;
+         counted = Counts();
+         QuarnMP_zpotrf_("L", kM, given.data(), kLda, &info, 1);
+       },
+       4 * cholesky_products + 2 * triangle(kM) + 2 * triangle(kM),
+       4 * cholesky_products + 2 * triangle(kM) + 2 * triangle(kM) + kM, 2 * kM, 0},
   };
   for (const Case& each : cases) {
-    counted = Counts();
-    each.run();
-    const Counts done = counted;
-    const std::string name = each.name;
-    CAPTURE(name);
-    CHECK(done.multiplications <= each.multiplications);
-    CHECK(done.multiplications * 2 > each.multiplications);  // the calls do come here
-    CHECK(done.additions <= each.additions);
-    CHECK(done.divisions <= each.divisions);
-    CHECK(done.copies <= each.copies);
+    check(each);
   }
+}
+
+TEST_CASE("norms do no more than the published algorithms") {
+  const support::Digits digits(200);
+  Operands operands;
+  auto a = operands.make<QuarnFloat>(kLda * kLda);
+  auto za = operands.make<Complex>(kLda * kLda);
+  auto work = operands.make<QuarnFloat>(kLda);
+  constexpr long kElements = kM * kN;
+  // A copy an element for its magnitude, and one a sum or column for the largest so far.
+  const Case cases[] = {
+      {"one-norm", [&] { QuarnMP_f06raf_("1", kM, kN, a.data(), kLda, work.data(), 1); }, 0, kElements, 0,
+       kElements + kN},
+      {"infinity-norm", [&] { QuarnMP_f06raf_("I", kM, kN, a.data(), kLda, work.data(), 1); }, 0, kElements, 0,
+       kElements + 2 * kM},
+      {"Frobenius norm", [&] { QuarnMP_f06raf_("F", kM, kN, a.data(), kLda, work.data(), 1); }, 2 * kElements + 1,
+       kElements, kElements + 1, 2 * kElements},
+      {"complex one-norm", [&] { QuarnMP_f06uaf_("1", kM, kN, za.data(), kLda, work.data(), 1); }, 2 * kElements,
+       2 * kElements, kElements, kN},
+      {"norm of a vector", [&] { QuarnMP_f06ejf_(kM, a.data(), 1); }, 2 * kM + 1, kM, kM + 1, 2 * kM},
+  };
+  for (const Case& each : cases) {
+    check(each);
+  }
+}
+
+// NaN never deflates, so that the number of sweeps is known: the iteration limit. (NaN has no digits to copy, so that
+// copies do not count here.)
+TEST_CASE("a double-shift sweep does no more than the published algorithm") {
+  const support::Digits digits(200);
+  std::vector<QuarnFloat> h(kLda * kLda, QuarnFloat("nan"));
+  auto z = h;
+  auto wr = h;
+  auto wi = h;
+  Integer info = 0;
+  Case qr{"dlahqr",
+          [&] {
+            QuarnMP_f08pez_(1, 1, kM, 1, kM, h.data(), kLda, wr.data(), wi.data(), 1, kM, z.data(), kLda, &info); },
+          0,
+          0,
+          0,
+          0};
+  // The test of the subdiagonal and the shifts; then the start of the sweep is looked for all the way up.
+  qr.multiplications = (kM - 1) + 3 + 4 * (kM - 2);
+  qr.additions = (kM - 1) + 2 + 12 * (kM - 2);
+  qr.divisions = 4 * (kM - 2);
+  for (long k = 1; k < kM; ++k) {
+    const long elements = std::min(3L, kM - k + 1);
+    // The reflector: a norm of all elements but the first, the length, the factor, the scaled vector, v times factor.
+    qr.multiplications += 2 * (elements - 1) + 1 + 2 + 2 * (elements - 1);
+    qr.additions += (elements - 1) + 1 + 2;
+    qr.divisions += (elements - 1) + 1 + 2 + 2;
+    const long vectors = (kM - k + 1) + std::min<long>(k + 3, kM) + kM;
+    qr.multiplications += vectors * (2 * elements - 1);
+    qr.additions += vectors * (2 * elements - 1);
+  }
+  constexpr long kSweeps = 30 * kM;
+  qr.multiplications = kSweeps * qr.multiplications + kM;
+  qr.additions = kSweeps * qr.additions + kM;
+  qr.divisions = kSweeps * qr.divisions + kM;
+  check(qr);
+  CHECK(info == kM);
 }

@@ -42,8 +42,8 @@ TEST_CASE("the factor gives the matrix back, blocked or not, on its triangle alo
   RandomNumbers random;
   for (const char* uplo : {"Upper", "l"}) {
     const Triangle triangle = tesk::triangle_of(uplo);
-    for (const Integer n : {0, 1, 2, 5, 9}) {
-      for (Integer nb : {1, 2, 4, 16}) {
+    for (const Integer n : {0, 1, 2, 5, 10}) {
+      for (Integer nb : {1, 2, 3, 8, 64}) {
         f07zaz_(1, "F07FRF", &nb, 1, 6);
         CAPTURE(uplo);
         CAPTURE(n);
@@ -65,6 +65,41 @@ TEST_CASE("the factor gives the matrix back, blocked or not, on its triangle alo
         const Matrix<Complex> back =
             triangle == Triangle::upper ? support::product(adjoint, factor) : support::product(factor, adjoint);
         CHECK(support::largest_difference(back, a.whole) <= 300.0 * n);
+      }
+    }
+  }
+  Integer shipped = 1;
+  f07zaz_(1, "F07FRF", &shipped, 1, 6);
+}
+
+TEST_CASE("the factor of a Pascal matrix is Pascal's triangle, turned by powers of i") {
+  support::Digits digits(20);
+  const Integer n = 12;
+  // binomial(i + j, i) i^(i - j): all operations are on small integers, so that nothing is rounded.
+  const Complex turned[] = {{1, 0}, {0, 1}, {-1, 0}, {0, -1}};
+  std::vector<std::vector<int>> binomial(2 * n, std::vector<int>(2 * n, 1));
+  for (std::size_t i = 1; i < binomial.size(); ++i) {
+    for (std::size_t j = 1; j < i; ++j) {
+      binomial[i][j] = binomial[i - 1][j - 1] + binomial[i - 1][j];
+    }
+  }
+  for (Integer nb : {1, 2, 8}) {
+    for (const char* uplo : {"U", "L"}) {
+      f07zaz_(1, "F07FRF", &nb, 1, 6);
+      Matrix<Complex> a(n, n);
+      for (Integer i = 0; i < n; ++i) {
+        for (Integer j = 0; j < n; ++j) {
+          a(i + 1, j + 1) = Complex(binomial[std::size_t(i + j)][std::size_t(i)]) * turned[(i - j + n) % 4];
+        }
+      }
+      Integer info = -99;
+      f07frf_(uplo, n, a.data(), a.lda(), &info, 1);
+      REQUIRE(info == 0);
+      for (Integer i = 0; i < n; ++i) {
+        for (Integer j = 0; j <= i; ++j) {
+          const Complex expected = Complex(binomial[std::size_t(i)][std::size_t(j)]) * turned[(i - j) % 4];
+          CHECK((uplo[0] == 'L' ? a(i + 1, j + 1) : conj(a(j + 1, i + 1))) == expected);
+        }
       }
     }
   }
@@ -108,7 +143,7 @@ TEST_CASE("the first column that is not positive is told, in global numbering") 
   support::Digits digits(30);
   RandomNumbers random(7);
   for (const char* uplo : {"U", "L"}) {
-    for (Integer nb : {1, 2, 3}) {
+    for (Integer nb : {1, 2, 3, 8, 64}) {
       f07zaz_(1, "F07FRF", &nb, 1, 6);
       Definite a(random, tesk::triangle_of(uplo), 6);
       a.stored(5, 5).re = -1000;

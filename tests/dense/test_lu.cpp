@@ -69,7 +69,8 @@ TEST_CASE_TEMPLATE("P L U gives the matrix back, blocked or not", T, QuarnFloat,
   for (const auto& shape : shapes) {
     const Matrix<T> original = Matrix<T>(shape[0], shape[1]).randomise(random);
     std::vector<Integer> first_pivots;
-    for (const Integer nb : {1, 2, 3, 5, 64}) {
+    Matrix<T> unblocked = original;
+    for (const Integer nb : {1, 2, 3, 8, 64}) {
       CAPTURE(shape[0]);
       CAPTURE(shape[1]);
       CAPTURE(nb);
@@ -84,8 +85,11 @@ TEST_CASE_TEMPLATE("P L U gives the matrix back, blocked or not", T, QuarnFloat,
       CHECK(residual(original, a, ipiv) <= 100.0 * shape[0]);
       if (first_pivots.empty()) {
         first_pivots = ipiv;
+        unblocked = a;
       }
       CHECK(ipiv == first_pivots);
+      // Each factor alone is as far off as the leading blocks are ill conditioned: random ones well below 1e6.
+      CHECK(support::largest_difference(a, unblocked) <= 1e6);
       for (Integer i = 1; i <= shape[0]; ++i) {
         for (Integer j = 1; j < i && j <= shape[1]; ++j) {
           CHECK(tesk::magnitude(a(i, j)) <= 2);
@@ -136,7 +140,7 @@ TEST_CASE("illegal arguments in order, empty matrices untouched") {
 }
 
 TEST_CASE("a zero pivot is told, the rest is factorised") {
-  for (const Integer nb : {1, 2, 3}) {
+  for (const Integer nb : {1, 2, 3, 8, 64}) {
     const BlockSize scope(nb);
     // Column 3 is twice column 1 in exact arithmetic: after two steps nothing is left of it.
     Matrix<QuarnFloat> a(4, 4);
@@ -166,6 +170,28 @@ TEST_CASE("a zero pivot is told, the rest is factorised") {
   factorise(zero, ipiv, info);
   CHECK(info == 1);
   CHECK(ipiv == std::vector<Integer>{1, 2, 3});
+}
+
+TEST_CASE("the determinant of a Hilbert matrix is the reciprocal of a known integer") {
+  support::Digits digits(60);
+  const Integer n = 10;
+  Matrix<QuarnFloat> a(n, n);
+  for (Integer i = 1; i <= n; ++i) {
+    for (Integer j = 1; j <= n; ++j) {
+      a(i, j) = QuarnFloat(1) / (i + j - 1);
+    }
+  }
+  std::vector<Integer> ipiv(n);
+  Integer info = -99;
+  factorise(a, ipiv, info);
+  REQUIRE(info == 0);
+  QuarnFloat determinant = 1;
+  for (Integer i = 1; i <= n; ++i) {
+    determinant *= ipiv[std::size_t(i - 1)] == i ? a(i, i) : -a(i, i);
+  }
+  // Its condition number is 1.6e13: that many digits go.
+  const QuarnFloat reciprocal("46206893947914691316295628839036278726983680000000000");
+  CHECK(fabs(determinant * reciprocal - 1) <= QuarnFloat(1, 15 - 60));
 }
 
 TEST_CASE("ties go to the first row") {

@@ -1,5 +1,6 @@
 #include <doctest/doctest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -53,6 +54,98 @@ TEST_CASE("zeros of random quartics made from two quadratics lie within their er
       CHECK(zeros.errest[j] >= 0);
       // The estimate speaks of the last operation; some tens of it cover the whole computation.
       CHECK(nearest <= 100 * zeros.errest[j]);
+    }
+  }
+}
+
+namespace {
+
+/// The coefficients of lead (x - z1) (x - z2) (x - z3) (x - z4), exact at ten times the digits and then rounded.
+Quartic quartic_of(const QuarnFloat& lead, const std::vector<Complex>& zeros) {
+  std::vector<Complex> k{Complex(lead)};
+  {
+    const support::Digits exact(10 * QuarnDigits());
+    for (const Complex& zero : zeros) {
+      k.emplace_back(0);
+      for (std::size_t i = k.size() - 1; i > 0; --i) {
+        k[i] = k[i] - zero * k[i - 1];
+      }
+    }
+  }
+  for (Complex& each : k) {
+    each.re = each.re + 0;  // rounds
+  }
+  return {k[0].re, k[1].re, k[2].re, k[3].re, k[4].re};
+}
+
+/// The zero as a text of its two parts.
+Complex number(const char* re, const char* im = "0") { return {QuarnFloat(re), QuarnFloat(im)}; }
+
+}  // namespace
+
+TEST_CASE("zeros of every kind lie within their estimates, and multiple ones have larger estimates") {
+  struct Row {
+    const char* what;
+    QuarnFloat lead;
+    std::vector<Complex> zeros;
+    int multiplicity;
+    bool exhausting = false;
+  };
+  for (const int digits : {16, 50, 200}) {
+    const support::Digits scope(digits);
+    const Row rows[] = {
+        {"Wilkinson", 1, {number("1"), number("2"), number("3"), number("4")}, 1},
+        {"near", 3, {number("1"), number("1.001"), number("-1"), number("-1.001")}, 1},
+        {"double", 1, {number("2"), number("2"), number("-1"), number("5")}, 2},
+        {"two double", 2, {number("3"), number("3"), number("-7"), number("-7")}, 2},
+        {"double pair", 1, {number("1", "2"), number("1", "-2"), number("1", "2"), number("1", "-2")}, 2, true},
+        {"triple", 1, {number("1"), number("1"), number("1"), number("-4")}, 3, true},
+        {"two pairs", -7, {number("1", "1"), number("1", "-1"), number("-2", "3"), number("-2", "-3")}, 1},
+        {"pair and zeros on the line", 1, {number("0", "4"), number("0", "-4"), number("0.5"), number("-9")}, 1},
+        {"zero at the origin", 5, {number("0"), number("1"), number("2"), number("-3")}, 1},
+        {"two at the origin", 5, {number("0"), number("0"), number("2"), number("-3")}, 2},
+        {"huge coefficients", QuarnFloat("1e300"), {number("1"), number("2"), number("3"), number("4")}, 1},
+        {"tiny coefficients", QuarnFloat("1e-300"), {number("1"), number("2"), number("3"), number("4")}, 1},
+        {"beyond doubles", QuarnFloat("1e5000"), {number("1"), number("2"), number("3"), number("4")}, 1},
+        {"large zeros", 1, {number("1e60"), number("2e60"), number("-1e60"), number("3e60")}, 1},
+        {"small zeros", 1, {number("1e-60"), number("2e-60"), number("-1e-60"), number("3e-60")}, 1},
+    };
+    for (const Row& row : rows) {
+      const std::string what = row.what;
+      CAPTURE(what);
+      CAPTURE(digits);
+      const Quartic found = quartic_of(row.lead, row.zeros);
+      // A defective eigenvalue is approached linearly: at many digits the iterations may run out, and IFAIL says so.
+      REQUIRE(found.ifail == (row.exhausting && digits == 200 ? 3 : 0));
+      if (found.ifail != 0) {
+        continue;
+      }
+      QuarnFloat size;
+      for (const Complex& zero : row.zeros) {
+        size = std::max(size, tesk::modulus(zero));
+      }
+      // Each zero is the nearest to one of those found, as often as it is multiple.
+      std::vector<Complex> open = row.zeros;
+      for (std::size_t j = 0; j < 4; ++j) {
+        const Complex zero(found.zeror[j], found.zeroi[j]);
+        const auto nearest = std::min_element(open.begin(), open.end(), [&](const Complex& a, const Complex& b) {
+          return tesk::modulus(a - zero) < tesk::modulus(b - zero);
+        });
+        const QuarnFloat error = tesk::modulus(*nearest - zero);
+        const auto count = std::count(row.zeros.begin(), row.zeros.end(), *nearest);
+        open.erase(nearest);
+        CHECK(error <= 100 * found.errest[j]);
+        // An estimate is no excuse: a zero of multiplicity k is good to a k-th of the digits.
+        CHECK(found.errest[j] <= size * QuarnFloat(1, 9 - digits / row.multiplicity));
+        if (count > 1 && tesk::modulus(row.zeros[0]) > 0) {
+          CHECK(found.errest[j] >= size * QuarnFloat(1, -2 - 2 * digits / 3));
+        }
+        if (found.zeroi[j] > 0) {
+          REQUIRE(j < 3);
+          CHECK(found.zeror[j + 1] == found.zeror[j]);
+          CHECK(found.zeroi[j + 1] == -found.zeroi[j]);
+        }
+      }
     }
   }
 }
