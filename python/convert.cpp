@@ -1,5 +1,8 @@
 #include "convert.h"
 
+#include <pybind11/complex.h>
+#include <pybind11/stl.h>
+
 #include <algorithm>
 #include <cctype>
 
@@ -19,45 +22,79 @@ py::handle fraction_type() {
   return once([] { return py::module_::import("fractions").attr("Fraction"); });
 }
 
-bool is_text(py::handle value) { return PyUnicode_Check(value.ptr()) != 0; }
+py::handle decimal_text() {
+  return once([] { return decimal_type().attr("__str__"); });
+}
 
-Real read(const std::string& text) {
-  Real number(text);
+bool is_text(py::handle value) { return PyUnicode_Check(value.ptr()) != 0; }
+std::string type_name(py::handle value) { return py::str(py::type::handle_of(value).attr("__name__")); }
+
+constexpr std::size_t kMostDigits = 1000000;
+
+/// What a call into the interpreter gave; nothing is a pending exception.
+py::object checked(PyObject* result) {
+  if (result == nullptr) {
+    throw py::error_already_set();
+  }
+  return py::reinterpret_steal<py::object>(result);
+}
+
+Real read(py::handle text) {
+  Py_ssize_t length = 0;
+  const char* const bytes = PyUnicode_AsUTF8AndSize(text.ptr(), &length);
+  if (bytes == nullptr) {
+    throw py::error_already_set();
+  }
+  std::string word(bytes, std::size_t(length));
+  Real number(word);
   if (isnan(number)) {
-    std::string word = text.substr(text.find_first_not_of("+-") == 1 ? 1 : 0);
+    word.erase(0, word.find_first_not_of("+-") == 1 ? 1 : 0);
     std::transform(word.begin(), word.end(), word.begin(), [](unsigned char c) { return char(std::tolower(c)); });
-    if (word != "nan" && word != "snan") {
-      throw py::value_error("not a number: '" + text + "'");
-    }
+  }
+  if ((isnan(number) && word != "nan" && word != "snan") || word.find('\0') != std::string::npos) {
+    throw py::value_error("not a number: " + std::string(py::repr(text)));
   }
   return number;
 }
 
+/// The text of a Decimal, even if a class made of it shows it otherwise.
+std::string text_of(py::handle decimal) { return py::str(decimal_text()(decimal)); }
 /// The text of an integer by way of a Decimal, whose text has no limit on its length.
-std::string integer_text(py::handle integer) { return py::str(decimal_type()(integer)); }
+std::string integer_text(py::handle integer) { return text_of(decimal_type()(integer)); }
 
-/// Numerator and denominator exactly, whatever their lengths, so that there is one rounding alone.
-Real divide(py::handle fraction) {
-  const std::string top = integer_text(fraction.attr("numerator"));
-  const std::string bottom = integer_text(fraction.attr("denominator"));
-  const auto exact = [longest = int(std::max(top.size(), bottom.size()))](const std::string& text) {
-    const tesk2mp::Digits digits(std::max(longest, QuarnDigits()));
-    return read(text);
-  };
-  return exact(top) / exact(bottom);
+/// With all its digits, whatever the working digits are.
+Real exact(const std::string& text) {
+  const tesk2mp::Digits digits(std::max(int(std::min<std::size_t>(text.size(), kMostDigits)), QuarnDigits()));
+  return Real(text);
 }
+
+/// The quotient of two integers of any length, so that there is one rounding alone.
+Real divide(py::handle fraction) {
+  return exact(integer_text(fraction.attr("numerator"))) / exact(integer_text(fraction.attr("denominator")));
+}
+
+Real from_integer(py::handle number) {
+  const py::object integer = checked(PyNumber_Index(number.ptr()));
+  int overflow = 0;
+  const long long value = PyLong_AsLongLongAndOverflow(integer.ptr(), &overflow);
+  return Real(overflow == 0 ? std::to_string(value) : integer_text(integer));
+}
+
+// As deep as arrays of several dimensions may be; what contains itself is deeper.
+constexpr std::size_t kDeepest = 64;
 
 }  // namespace
 
 Real to_real(py::handle number) {
   if (is_text(number)) {
-    return read(py::cast<std::string>(number));
+    return read(number);
   }
   if (py::isinstance(number, decimal_type())) {
-    return read(py::str(number));
+    return Real(text_of(number));
   }
-  if (PyIndex_Check(number.ptr()) != 0) {  // int, and the integers of numpy
-    return read(integer_text(py::reinterpret_steal<py::object>(PyNumber_Index(number.ptr()))));
+  // int, and the integers of numpy, whose arrays say that they are some
+  if (PyLong_Check(number.ptr()) != 0 || (PyIndex_Check(number.ptr()) != 0 && !is_sequence(number))) {
+    return from_integer(number);
   }
   if (py::isinstance(number, fraction_type())) {
     return divide(number);
@@ -67,8 +104,7 @@ Real to_real(py::handle number) {
         "a float is a binary number: write '0.1' or Decimal('0.1') for what you mean, Decimal(x) for "
         "exactly the float x");
   }
-  throw py::type_error("a number is a Decimal, an int, a Fraction or text, not " +
-                       std::string(py::str(py::type::handle_of(number).attr("__name__"))));
+  throw py::type_error("a number is a Decimal, an int, a Fraction or text, not " + type_name(number));
 }
 
 Complex to_complex(py::handle number) {
@@ -79,44 +115,98 @@ Complex to_complex(py::handle number) {
   return to_real(number);
 }
 
+Integer to_integer(py::handle number) {
+  const py::object integer = checked(PyNumber_Index(number.ptr()));
+  int overflow = 0;
+  const long long value = PyLong_AsLongLongAndOverflow(integer.ptr(), &overflow);
+  if (overflow != 0 || value != Integer(value)) {
+    throw py::value_error("an integer of more than 32 bits");
+  }
+  return Integer(value);
+}
+
+std::size_t to_index(py::handle number) {
+  const Integer index = to_integer(number);
+  if (index < 0) {
+    throw py::value_error("indices count from 0, there is no " + std::to_string(index));
+  }
+  return std::size_t(index);
+}
+
 bool is_sequence(py::handle value) {
-  return !is_text(value) && py::hasattr(value, "__iter__") && !py::isinstance<Complex>(value);
+  PyObject* const object = value.ptr();
+  const bool other = is_text(value) || PyBytes_Check(object) != 0 || PyByteArray_Check(object) != 0 ||
+                     PyDict_Check(object) != 0 || PyAnySet_Check(object) != 0 || py::isinstance<Complex>(value);
+  return !other && py::hasattr(value, "__iter__");
 }
 
 py::iterator elements_of(py::handle sequence) {
   if (!is_sequence(sequence)) {
-    throw py::type_error("a sequence is needed, not " +
-                         std::string(py::str(py::type::handle_of(sequence).attr("__name__"))));
+    throw py::type_error("a sequence is needed, not " + type_name(sequence));
+  }
+  // Of an array a list of Python's own numbers, whose rows are vectors whatever class the array has.
+  if (py::hasattr(sequence, "__array__")) {
+    const py::object array =
+        py::hasattr(sequence, "tolist") ? py::reinterpret_borrow<py::object>(sequence) : sequence.attr("__array__")();
+    return py::iter(array.attr("tolist")());
   }
   return py::iter(sequence);
 }
 
-int depth_of(py::handle value) {
-  if (!is_sequence(value)) {
-    return 0;
+Array::Array(py::handle sequence) {
+  read(sequence, 0);
+  if (is_complex()) {
+    im_.resize(re_.size());
   }
-  for (const py::handle element : py::iter(value)) {
-    return 1 + depth_of(element);
-  }
-  return 1;
 }
 
-bool has_complex(py::handle sequence) {
-  if (py::isinstance<Complex>(sequence)) {
-    return true;
+void Array::read(py::handle sequence, std::size_t depth) {
+  const bool first = depth == extents_.size();
+  if (first) {
+    if (depth == kDeepest) {
+      throw py::value_error("sequences more than " + std::to_string(kDeepest) + " deep, or one that contains itself");
+    }
+    extents_.push_back(0);
   }
-  if (depth_of(sequence) == 0) {
-    return false;
+  std::size_t count = 0;
+  for (const py::handle element : elements_of(sequence)) {
+    // The first element of all at this depth tells whether numbers are here or deeper.
+    if (depth + 1 < extents_.size() || (first && count == 0 && is_sequence(element))) {
+      read(element, depth + 1);
+    } else {
+      add(element);
+    }
+    ++count;
   }
-  const py::iterator elements = py::iter(sequence);
-  return std::any_of(elements, py::iterator::sentinel(), [](py::handle element) { return has_complex(element); });
+  if (!first && extents_[depth] != count) {
+    throw py::value_error("sequences of " + std::to_string(extents_[depth]) + " and of " + std::to_string(count) +
+                          " elements side by side");
+  }
+  extents_[depth] = count;
+}
+
+void Array::add(py::handle number) {
+  if (py::isinstance<Complex>(number)) {
+    Complex z = to_complex(number);
+    im_.resize(re_.size());
+    im_.push_back(std::move(z.im));
+    re_.push_back(std::move(z.re));
+  } else {
+    re_.push_back(to_real(number));
+  }
+}
+
+void Array::require(bool holds, const char* text) {
+  if (!holds) {
+    throw py::type_error(text);
+  }
 }
 
 py::object from(const Real& number) { return decimal_type()(number.to_string()); }
 py::object from(const Complex& number) { return py::cast(number); }
 
 py::object like(py::handle model, py::list result) {
-  if (!py::hasattr(model, "__array_interface__")) {
+  if (!py::hasattr(model, "__array__")) {
     return result;
   }
   return py::module_::import("numpy").attr("array")(result,
@@ -142,6 +232,13 @@ A complex number: two Decimals. Arithmetic is at the working digits, with reals 
   type.def("conjugate", [](const Complex& z) { return conj(z); });
   type.def("__abs__", [](const Complex& z) { return from(tesk2mp::abs(z)); });
   type.def("__neg__", [](const Complex& z) { return -z; });
+  type.def("__pos__", [](const Complex& z) { return to_complex(py::cast(z)); });
+  type.def("__bool__", [](const Complex& z) { return z != Complex(0); });
+  type.def("__complex__",
+           [](const Complex& z) { return std::complex<double>(FloatToDouble(z.re), FloatToDouble(z.im)); });
+  using Texts = std::pair<std::string, std::string>;
+  type.def(py::pickle([](const Complex& z) { return Texts(z.re.to_string(), z.im.to_string()); },
+                      [](const Texts& parts) { return Complex(exact(parts.first), exact(parts.second)); }));
   type.def("__repr__", [text](const Complex& z) { return "Complex(" + text(z.re) + ", " + text(z.im) + ")"; });
   type.def("__eq__", [](const Complex& z, py::handle other) {
     return py::isinstance<Complex>(other) ? z == py::cast<const Complex&>(other) : z.im == 0 && from(z.re).equal(other);
@@ -150,9 +247,18 @@ A complex number: two Decimals. Arithmetic is at the working digits, with reals 
     return z.im == 0 ? py::hash(from(z.re)) : py::hash(py::make_tuple(from(z.re), from(z.im)));
   });
 
-  const auto both_ways = [&type](const char* name, const char* reflected, auto operation) {
-    type.def(name, [operation](const Complex& a, py::handle b) { return operation(a, to_complex(b)); });
-    type.def(reflected, [operation](const Complex& b, py::handle a) { return operation(to_complex(a), b); });
+  // An array takes an operation into its own hands, element by element.
+  const auto with_other = [](py::handle other, auto operation) -> py::object {
+    return is_sequence(other) ? py::reinterpret_borrow<py::object>(Py_NotImplemented)
+                              : py::cast(operation(to_complex(other)));
+  };
+  const auto both_ways = [&](const char* name, const char* reflected, auto operation) {
+    type.def(name, [=](const Complex& a, py::handle b) {
+      return with_other(b, [&](const Complex& other) { return operation(a, other); });
+    });
+    type.def(reflected, [=](const Complex& b, py::handle a) {
+      return with_other(a, [&](const Complex& other) { return operation(other, b); });
+    });
   };
   both_ways("__add__", "__radd__", [](const Complex& a, const Complex& b) { return a + b; });
   both_ways("__sub__", "__rsub__", [](const Complex& a, const Complex& b) { return a - b; });

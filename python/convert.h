@@ -21,60 +21,89 @@ using tesk2mp::Real;
 Real to_real(py::handle number);
 /// The same, or a Complex.
 Complex to_complex(py::handle number);
+/// An int of 32 bits; one from 0. A TypeError for what is no int, a ValueError for one out of range.
+Integer to_integer(py::handle number);
+std::size_t to_index(py::handle number);
 
-template <class T>
-T to_number(py::handle number) {
-  if constexpr (std::is_same_v<T, Complex>) {
-    return to_complex(number);
-  } else {
-    return to_real(number);
-  }
-}
-
-/// A vector or a matrix, whatever its elements, and no number.
+/// A vector or a matrix, whatever its elements, and no number, text, set or dict.
 bool is_sequence(py::handle value);
 /// An iterator over the elements of a vector or the rows of a matrix; a TypeError for what is neither.
 py::iterator elements_of(py::handle sequence);
 
+/// Numbers in sequences of any depth. Each sequence is gone through once, so that generators will do; sequences side by
+/// side are of one length.
+class Array {
+ public:
+  explicit Array(py::handle sequence);
+
+  /// Lengths, the outermost sequence's first.
+  const std::vector<std::size_t>& extents() const { return extents_; }
+  bool is_vector() const { return extents_.size() == 1; }
+  /// A Complex is among the numbers.
+  bool is_complex() const { return !im_.empty(); }
+  /// Number k, in the order in which they were read.
+  template <class T>
+  T number(std::size_t k) const {
+    if constexpr (std::is_same_v<T, Complex>) {
+      return {re_[k], is_complex() ? im_[k] : Real(0)};
+    } else {
+      return re_[k];
+    }
+  }
+  /// All numbers, whatever the depth.
+  template <class T>
+  std::vector<T> numbers() const {
+    require(std::is_same_v<T, Complex> || !is_complex(), "the numbers here are real, not Complex");
+    std::vector<T> x;
+    x.reserve(re_.size());
+    for (std::size_t k = 0; k < re_.size(); ++k) {
+      x.push_back(number<T>(k));
+    }
+    return x;
+  }
+  template <class T>
+  std::vector<T> vector() const {
+    require(is_vector(), "a vector is a sequence of numbers, not of sequences");
+    return numbers<T>();
+  }
+  template <class T>
+  Matrix<T> matrix() const {
+    require(extents_.size() == 2 || (is_vector() && re_.empty()),
+            "a matrix is a sequence of rows, each a sequence of numbers");
+    const std::vector<T> x = numbers<T>();
+    Matrix<T> a(extents_[0], is_vector() ? 0 : extents_[1]);
+    for (std::size_t i = 0; i < a.rows(); ++i) {
+      for (std::size_t j = 0; j < a.columns(); ++j) {
+        a(i, j) = x[i * a.columns() + j];
+      }
+    }
+    return a;
+  }
+
+ private:
+  void read(py::handle sequence, std::size_t depth);
+  void add(py::handle number);
+  /// A TypeError unless it holds.
+  static void require(bool holds, const char* text);
+
+  std::vector<std::size_t> extents_;
+  std::vector<Real> re_;
+  std::vector<Real> im_;  // none until there is a Complex
+};
+
 template <class T>
 std::vector<T> to_vector(py::handle sequence) {
-  std::vector<T> x;
-  for (const py::handle element : elements_of(sequence)) {
-    x.push_back(to_number<T>(element));
-  }
-  return x;
+  return Array(sequence).vector<T>();
 }
-
-/// A sequence of rows of one length.
 template <class T>
 Matrix<T> to_matrix(py::handle rows) {
-  std::vector<std::vector<T>> elements;
-  for (const py::handle row : elements_of(rows)) {
-    elements.push_back(to_vector<T>(row));
-    if (elements.back().size() != elements.front().size()) {
-      throw py::value_error("row " + std::to_string(elements.size() - 1) + " of the matrix has " +
-                            std::to_string(elements.back().size()) + " elements, row 0 has " +
-                            std::to_string(elements.front().size()));
-    }
-  }
-  Matrix<T> a(elements.size(), elements.empty() ? 0 : elements.front().size());
-  for (std::size_t j = 0; j < a.columns(); ++j) {
-    for (std::size_t i = 0; i < a.rows(); ++i) {
-      a(i, j) = std::move(elements[i][j]);
-    }
-  }
-  return a;
+  return Array(rows).matrix<T>();
 }
 
-/// How deeply sequences nest: 1 for a vector, 2 for a matrix, 0 for a number.
-int depth_of(py::handle value);
-/// A Complex is among the numbers.
-bool has_complex(py::handle sequence);
-
-/// Calls `work` with a value of the type that the sequences ask for: a Complex if one of them has any.
-template <class Work, class... Sequences>
-auto with_scalar(Work work, const Sequences&... sequences) {
-  return (has_complex(sequences) || ...) ? work(Complex()) : work(Real());
+/// Calls `work` with a value of the type that the arrays ask for: a Complex if one of them has any.
+template <class Work, class... Arrays>
+auto with_scalar(Work work, const Arrays&... arrays) {
+  return (arrays.is_complex() || ...) ? work(Complex()) : work(Real());
 }
 
 /// A Decimal with the number's digits; a Complex.

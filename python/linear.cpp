@@ -58,56 +58,78 @@ py::tuple solve_iteratively(const py::object& a, const py::object& b, const py::
 
 /// Solves for a vector or for the columns of a matrix.
 template <class T, class Factorisation>
-py::object solve_with(const Factorisation& factorisation, py::handle b) {
-  return depth_of(b) < 2 ? from(factorisation.solve(to_vector<T>(b)), b)
-                         : from(factorisation.solve(to_matrix<T>(b)), b);
+py::object solve_with(const Factorisation& factorisation, const Array& b, py::handle model) {
+  return b.is_vector() ? from(factorisation.solve(b.vector<T>()), model)
+                       : from(factorisation.solve(b.matrix<T>()), model);
 }
 
 py::object multiply(py::handle a, py::handle b) {
+  const Array left(a);
+  const Array right(b);
   return with_scalar(
       [&]<class T>(T) {
-        const Matrix<T> left = to_matrix<T>(a);
-        return depth_of(b) < 2 ? from(tesk2mp::multiply(left, to_vector<T>(b)), a)
-                               : from(tesk2mp::multiply(left, to_matrix<T>(b)), a);
+        return right.is_vector() ? from(tesk2mp::multiply(left.matrix<T>(), right.vector<T>()), a)
+                                 : from(tesk2mp::multiply(left.matrix<T>(), right.matrix<T>()), a);
       },
-      a, b);
+      left, right);
 }
 
 py::object norm(py::handle a, const std::string& kind) {
   const Norm chosen = option_of<Norm>(
       "kind", kind,
       {{"largest", Norm::largest}, {"one", Norm::one}, {"infinity", Norm::infinity}, {"frobenius", Norm::frobenius}});
+  const Array given(a);
   return with_scalar(
       [&]<class T>(T) {
-        const Matrix<T> matrix = depth_of(a) < 2 ? to_matrix<T>(py::make_tuple(a)) : to_matrix<T>(a);
-        return from(tesk2mp::norm(chosen, matrix));
+        if (!given.is_vector()) {
+          return from(tesk2mp::norm(chosen, given.matrix<T>()));
+        }
+        const std::vector<T> x = given.vector<T>();
+        return from(tesk2mp::norm(chosen, tesk2mp::MatrixView<const T>(x, x.size(), 1)));
       },
-      a);
+      given);
 }
 
 py::object cholesky(py::handle a, const std::string& triangle) {
   const Triangle chosen =
       option_of<Triangle>("triangle", triangle, {{"lower", Triangle::lower}, {"upper", Triangle::upper}});
-  return with_scalar([&]<class T>(T) { return from(tesk2mp::Cholesky<T>(to_matrix<T>(a), chosen).factor(), a); }, a);
+  const Array given(a);
+  return with_scalar([&]<class T>(T) { return from(tesk2mp::Cholesky<T>(given.matrix<T>(), chosen).factor(), a); },
+                     given);
 }
 
 py::tuple lu(py::handle a) {
+  const Array given(a);
   return with_scalar(
       [&]<class T>(T) {
-        const tesk2mp::LU<T> lu(to_matrix<T>(a));
+        const tesk2mp::LU<T> lu(given.matrix<T>());
         return py::make_tuple(from(lu.factors(), a), from(lu.pivots(), py::none()));
       },
-      a);
+      given);
 }
 
-template <class T>
-SparseMatrix<T> sparse_of(std::size_t order, py::handle entries, Storage storage) {
-  SparseMatrix<T> matrix(order, storage);
-  for (const py::handle entry : elements_of(entries)) {
-    const auto [row, column, value] = py::cast<std::tuple<std::size_t, std::size_t, py::object>>(entry);
-    matrix.add(row, column, to_number<T>(value));
+AnySparse sparse_of(std::size_t order, py::handle entries, bool lower_triangle) {
+  std::vector<std::pair<std::size_t, std::size_t>> places;
+  py::list values;
+  for (const py::handle each : elements_of(entries)) {
+    const py::list entry(elements_of(each));
+    if (entry.size() != 3) {
+      throw py::value_error("an entry is a row, a column and a value");
+    }
+    places.emplace_back(to_index(entry[0]), to_index(entry[1]));
+    values.append(entry[2]);
   }
-  return matrix;
+  const Array numbers(values);
+  return with_scalar(
+      [&]<class T>(T) -> AnySparse {
+        SparseMatrix<T> matrix(order, lower_triangle ? Storage::lower_triangle : Storage::general);
+        const std::vector<T> x = numbers.vector<T>();
+        for (std::size_t k = 0; k < x.size(); ++k) {
+          matrix.add(places[k].first, places[k].second, x[k]);
+        }
+        return matrix;
+      },
+      numbers);
 }
 
 void add_sparse(py::module_& module) {
@@ -122,15 +144,7 @@ lower triangle of a symmetric (real) or Hermitian (complex) matrix.
 >>> a.canonicalise().entries()
 [(0, 0, Decimal('2.5')), (2, 1, Decimal('-1'))]
 )");
-  type.def(py::init([](std::size_t order, const py::object& entries, bool lower_triangle) -> AnySparse {
-             const Storage storage = lower_triangle ? Storage::lower_triangle : Storage::general;
-             const py::list kept(entries);  // looked at twice, so an iterator will not do
-             if (has_complex(kept)) {
-               return sparse_of<Complex>(order, kept, storage);
-             }
-             return sparse_of<Real>(order, kept, storage);
-           }),
-           py::arg("order"), py::arg("entries"), py::arg("lower_triangle") = false);
+  type.def(py::init(&sparse_of), py::arg("order"), py::arg("entries"), py::arg("lower_triangle") = false);
   type.def(
       "canonicalise",
       [](AnySparse& self) -> AnySparse& {
@@ -183,8 +197,7 @@ The product of a matrix, m by n, with a vector of n or a matrix, n by k.
 )");
   module.def("norm", norm, py::arg("a"), py::arg("kind") = "frobenius", R"(norm(a, kind='frobenius')
 
-A norm of a matrix or a vector (taken as one row). kind: 'largest' (element), 'one' (column sum), 'infinity' (row sum),
-'frobenius'.
+A norm of a matrix or a vector (a column). kind: 'largest' (element), 'one' (column sum), 'infinity' (row sum), 'frobenius'.
 
 >>> norm([[1, -2], [3, 4]], 'infinity')
 Decimal('7')
@@ -192,7 +205,10 @@ Decimal('7')
   module.def(
       "solve",
       [](py::handle a, py::handle b) {
-        return with_scalar([&]<class T>(T) { return solve_with<T>(tesk2mp::LU<T>(to_matrix<T>(a)), b); }, a, b);
+        const Array left(a);
+        const Array right(b);
+        return with_scalar([&]<class T>(T) { return solve_with<T>(tesk2mp::LU<T>(left.matrix<T>()), right, b); }, left,
+                           right);
       },
       py::arg("a"), py::arg("b"), R"(solve(a, b)
 
@@ -206,7 +222,8 @@ singular.
   module.def(
       "determinant",
       [](py::handle a) {
-        return with_scalar([&]<class T>(T) { return from(tesk2mp::determinant(to_matrix<T>(a))); }, a);
+        const Array given(a);
+        return with_scalar([&]<class T>(T) { return from(tesk2mp::determinant(given.matrix<T>())); }, given);
       },
       py::arg("a"), R"(determinant(a)
 
@@ -218,7 +235,8 @@ Decimal('6')
   module.def(
       "inverse",
       [](py::handle a) {
-        return with_scalar([&]<class T>(T) { return from(tesk2mp::inverse(to_matrix<T>(a)), a); }, a);
+        const Array given(a);
+        return with_scalar([&]<class T>(T) { return from(tesk2mp::inverse(given.matrix<T>()), a); }, given);
       },
       py::arg("a"), R"(inverse(a)
 

@@ -13,12 +13,12 @@ using tesk2mp::Random;
 
 Order order_of(bool descending) { return descending ? Order::descending : Order::ascending; }
 
-std::vector<Integer> to_indices(py::handle sequence) {
-  std::vector<Integer> indices;
+std::vector<Integer> to_integers(py::handle sequence) {
+  std::vector<Integer> integers;
   for (const py::handle element : elements_of(sequence)) {
-    indices.push_back(py::cast<Integer>(element));
+    integers.push_back(to_integer(element));
   }
-  return indices;
+  return integers;
 }
 
 using Transform = void (*)(std::span<Real>);
@@ -28,67 +28,40 @@ py::object transformed(Transform transform, py::handle x) {
   return from(numbers, x);
 }
 
-/// Numbers in sequences of any depth, the innermost index varying fastest. Each is gone through once, so that
-/// generators will do.
-struct Nested {
-  explicit Nested(py::handle sequence) { read(sequence, 0); }
-  void read(py::handle sequence, std::size_t depth) {
-    const bool first = depth == extents.size();
-    if (first) {
-      extents.push_back(0);
+/// The numbers from `next` on in lists of these lengths.
+py::list nested(std::span<const std::size_t> extents, std::span<const Complex> numbers, std::size_t& next) {
+  py::list elements;
+  for (std::size_t i = 0; i < extents.front(); ++i) {
+    if (extents.size() > 1) {
+      elements.append(nested(extents.subspan(1), numbers, next));
+    } else {
+      elements.append(from(numbers[next++]));
     }
-    std::size_t count = 0;
-    for (const py::handle element : elements_of(sequence)) {
-      if (numbers.empty() ? is_sequence(element) : depth + 1 < extents.size()) {
-        read(element, depth + 1);
-      } else {
-        numbers.push_back(to_complex(element));
-      }
-      ++count;
-    }
-    if (!first && extents[depth] != count) {
-      throw py::value_error("sequences of " + std::to_string(extents[depth]) + " and of " + std::to_string(count) +
-                            " elements side by side");
-    }
-    extents[depth] = count;
   }
-  /// The numbers from `next` on, as they were nested.
-  py::list write(std::size_t depth, std::size_t& next) const {
-    py::list elements;
-    for (std::size_t i = 0; i < extents[depth]; ++i) {
-      if (depth + 1 < extents.size()) {
-        elements.append(write(depth + 1, next));
-      } else {
-        elements.append(from(numbers[next++]));
-      }
-    }
-    return elements;
-  }
-
-  std::vector<Complex> numbers;
-  std::vector<std::size_t> extents;
-};
+  return elements;
+}
 
 py::object transform(py::handle x, bool backward, std::optional<long> axis, bool classic) {
   const tesk2mp::Direction direction = backward ? tesk2mp::Direction::backward : tesk2mp::Direction::forward;
-  Nested z(x);
-  const long depth = long(z.extents.size());
+  const Array given(x);
+  const std::vector<std::size_t>& extents = given.extents();
+  std::vector<Complex> z = given.numbers<Complex>();
+  const long depth = long(extents.size());
   if (axis && (*axis < -depth || *axis >= depth)) {
     throw py::index_error("axis " + std::to_string(*axis) + " of " + std::to_string(depth));
   }
-  const tesk2mp::Shape shape(z.extents.rbegin(), z.extents.rend());  // the library's first index varies fastest
+  const tesk2mp::Shape shape(extents.rbegin(), extents.rend());  // the library's first index varies fastest
   if (depth == 1) {
-    classic ? tesk2mp::classic::transform(z.numbers, direction) : tesk2mp::transform(z.numbers, direction);
+    classic ? tesk2mp::classic::transform(z, direction) : tesk2mp::transform(z, direction);
   } else if (axis) {
     const long innermost_first = *axis < 0 ? -1 - *axis : depth - 1 - *axis;
     (classic ? tesk2mp::classic::transform_dimension : tesk2mp::transform_dimension)(
-        z.numbers, shape, std::size_t(innermost_first), direction);
+        z, shape, std::size_t(innermost_first), direction);
   } else {
-    classic ? tesk2mp::classic::transform(z.numbers, shape, direction)
-            : tesk2mp::transform(z.numbers, shape, direction);
+    classic ? tesk2mp::classic::transform(z, shape, direction) : tesk2mp::transform(z, shape, direction);
   }
   std::size_t next = 0;
-  return like(x, z.write(0, next));
+  return like(x, nested(extents, z, next));
 }
 
 void add_transforms(py::module_& module) {
@@ -172,13 +145,14 @@ The values in order. Equal values keep their order.
   module.def(
       "rearrange",
       [](py::handle values, py::handle ranks) {
+        const Array given(values);
         return with_scalar(
             [&]<class T>(T) {
-              std::vector<T> moved = to_vector<T>(values);
-              tesk2mp::rearrange(moved, to_indices(ranks));
+              std::vector<T> moved = given.vector<T>();
+              tesk2mp::rearrange(moved, to_integers(ranks));
               return from(moved, values);
             },
-            values);
+            given);
       },
       py::arg("values"), py::arg("ranks"), R"(rearrange(values, ranks)
 
@@ -188,7 +162,7 @@ values[i] at place ranks[i] for each i; the ranks are a permutation of 0 ... n-1
 [Decimal('10'), Decimal('20'), Decimal('30')]
 )");
   module.def(
-      "invert", [](py::handle permutation) { return from(tesk2mp::invert(to_indices(permutation)), py::none()); },
+      "invert", [](py::handle permutation) { return from(tesk2mp::invert(to_integers(permutation)), py::none()); },
       py::arg("permutation"), R"(invert(permutation)
 
 The permutation q of 0 ... n-1 with q[p[i]] = i.
@@ -216,7 +190,7 @@ True
              if (state.is_none()) {
                return Random(generator);
              }
-             const std::vector<Integer> words = to_indices(state);
+             const std::vector<Integer> words = to_integers(state);
              if (words.size() != 4) {
                throw py::value_error("a state has four integers");
              }
@@ -252,7 +226,7 @@ Decimal('3.1415926535897932384626433832795028841971693993751')
       "sqrt",
       [](py::handle z) {
         const Complex root = tesk2mp::sqrt(to_complex(z));
-        return has_complex(z) || root.im != 0 ? from(root) : from(sqrt(to_real(z)));
+        return py::isinstance<Complex>(z) || root.im != 0 ? from(root) : from(sqrt(to_real(z)));
       },
       py::arg("z"), R"(sqrt(z)
 

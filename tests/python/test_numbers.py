@@ -1,7 +1,9 @@
 """Numbers go in and come out with exactly their digits, whatever they are given as."""
 
+import copy
 import decimal
 import os
+import pickle
 import random
 import time
 import unittest
@@ -14,6 +16,13 @@ import tesk2mp
 SEED = int(os.environ.get("TESK_SEED", time.time()))
 print(f"TESK_SEED={SEED}")
 RANDOM = random.Random(SEED)
+
+
+class Price(Decimal):
+    """Shows itself with a unit."""
+
+    def __str__(self):
+        return super().__str__() + " EUR"
 
 
 def through(number):
@@ -63,11 +72,13 @@ class Numbers(unittest.TestCase):
             (numpy.int64(-3), "-3"),
             (Fraction(1, 8), "0.125"),
             (Fraction(big, 2 * big), "0.5"),
+            (Price("0.1"), "0.1"),
         ]
         for number, text in rows:
             with self.subTest(repr(number)[:40]):
                 self.assertEqual(str(through(number)), str(Decimal(text)))
-        self.assertTrue(through("nan").is_nan())
+        for nothing in ("nan", Decimal("sNaN"), Decimal("-NaN123")):
+            self.assertTrue(through(nothing).is_nan())
         with tesk2mp.digits(7000):
             self.assertEqual(through(big), Decimal(big))
 
@@ -82,6 +93,9 @@ class Numbers(unittest.TestCase):
             ("1,5", ValueError, "not a number: '1,5'"),
             ("nano", ValueError, "not a number: 'nano'"),
             ("--nan", ValueError, "not a number: '--nan'"),
+            ("1\0002", ValueError, "not a number: '1\\x002'"),
+            ("\ud800", ValueError, "surrogates not allowed"),
+            (numpy.array([1, 2]), TypeError, "not ndarray"),
             (tesk2mp.Complex(1, 2), TypeError, "not Complex"),
         ]
         for number, kind, words in rows:
@@ -91,17 +105,57 @@ class Numbers(unittest.TestCase):
                 self.assertIn(words, str(caught.exception))
 
     def test_what_is_no_sequence(self):
-        for call in (
-            lambda: tesk2mp.sort("123"),
-            lambda: tesk2mp.sort(5),
-            lambda: tesk2mp.determinant([1, 2]),
-            lambda: tesk2mp.determinant(["12", "34"]),
-            lambda: tesk2mp.inverse(tesk2mp.Complex(1)),
+        endless = []
+        endless.append(endless)
+        box = numpy.empty(1, dtype=object)
+        box[0] = box
+        deep = 1
+        for _ in range(100000):
+            deep = [deep]
+        needed, rows, flat = "a sequence is needed, not ", "a matrix is a sequence of rows", "a vector is a sequence of numbers"
+        within, ragged, entry = "or one that contains itself", "sequences of 2 and of 1 elements", "an entry is a row, a column"
+        for call, argument, kind, words in (
+            (tesk2mp.sort, "123", TypeError, needed + "str"),
+            (tesk2mp.sort, b"123", TypeError, needed + "bytes"),
+            (tesk2mp.sort, {1: 2}, TypeError, needed + "dict"),
+            (tesk2mp.norm, {1, 2}, TypeError, needed + "set"),
+            (tesk2mp.sort, 5, TypeError, needed + "int"),
+            (tesk2mp.inverse, tesk2mp.Complex(1), TypeError, needed + "Complex"),
+            (tesk2mp.determinant, ["12", "34"], TypeError, rows),
+            (tesk2mp.determinant, [1, 2], TypeError, rows),
+            (tesk2mp.determinant, [[[]]], TypeError, rows),
+            (tesk2mp.sort, [[1]], TypeError, flat),
+            (tesk2mp.determinant, [[1, 2], [3]], ValueError, ragged),
+            (tesk2mp.norm, numpy.ma.array([1, 2], mask=[1, 0]), TypeError, "not NoneType"),
+            (tesk2mp.norm, [1, range(2)], TypeError, "not range"),
+            (tesk2mp.norm, [[], 1], TypeError, needed + "int"),
+            *((call, each, ValueError, within) for call in (tesk2mp.transform, tesk2mp.sort, tesk2mp.norm, tesk2mp.lu) for each in (endless, box, deep)),
+            (lambda x: tesk2mp.SparseMatrix(2, x), endless, ValueError, entry),
+            (lambda x: tesk2mp.SparseMatrix(2, x), [(0, -1, 1)], ValueError, "there is no -1"),
+            (lambda x: tesk2mp.SparseMatrix(2, x), [(0, 0.5, 1)], TypeError, "cannot be interpreted as an integer"),
+            (tesk2mp.invert, [2**40], ValueError, "more than 32 bits"),
         ):
-            with self.assertRaisesRegex(TypeError, "a sequence is needed"):
-                call()
-        with self.assertRaisesRegex(ValueError, "row 1 of the matrix has 1 elements, row 0 has 2"):
-            tesk2mp.determinant([[1, 2], [3]])
+            with self.subTest(words=words, kind=type(argument)):
+                with self.assertRaises(kind) as caught:
+                    call(argument)
+                self.assertIn(words, str(caught.exception))
+
+    def test_each_sequence_is_gone_through_once(self):
+        rows = [[4, 1], [2, 3]]
+        for call in (tesk2mp.determinant, tesk2mp.inverse, tesk2mp.norm, tesk2mp.lu, tesk2mp.transform):
+            self.assertEqual(call(iter(row) for row in rows), call(rows))
+        for call in (tesk2mp.multiply, tesk2mp.solve):
+            self.assertEqual(call(iter(rows), iter([1, 2])), call(rows, [1, 2]))
+        self.assertEqual(tesk2mp.rearrange(iter([1, 2]), iter([1, 0])), [2, 1])
+
+    def test_arrays_of_any_layout(self):
+        square = numpy.array([[1, 2, 3], [4, 5, 6], [7, 8, 10]])
+        expected = tesk2mp.solve(square.tolist(), [1, 2, 3])
+        for a in (square, numpy.asfortranarray(square), square.astype(object), square.astype(numpy.uint8), numpy.matrix(square)):
+            self.assertEqual(list(tesk2mp.solve(a, numpy.array([3, 2, 1])[::-1])), expected)
+        self.assertEqual(tesk2mp.multiply(square[::2, ::-1], [1, 0, 0]).tolist(), [3, 10])
+        with self.assertRaises(TypeError):
+            tesk2mp.norm(numpy.array(5))
 
     def test_arrays_come_back_as_arrays_of_objects(self):
         a = numpy.array([[Decimal(4), 1], [2, Fraction(3)]], dtype=object)
@@ -129,6 +183,13 @@ class Numbers(unittest.TestCase):
         self.assertEqual(hash(tesk2mp.Complex(1)), hash(1))
         self.assertEqual(len({z, tesk2mp.Complex("1.50", 2)}), 1)
         self.assertEqual(eval(repr(z), {"Complex": tesk2mp.Complex}), z)
+        self.assertEqual((numpy.array([1, 2]) + z).tolist(), [1 + z, 2 + z])
+        self.assertEqual((z * numpy.array([1, 2])).tolist(), [z, 2 * z])
+        self.assertEqual([complex(z), bool(z), bool(z - z), +z], [1.5 + 2j, True, False, z])
+        with tesk2mp.digits(50):
+            long = tesk2mp.Complex(tesk2mp.pi(), 1)
+        for copied in (copy.deepcopy(long), pickle.loads(pickle.dumps(long))):
+            self.assertEqual(copied, long)
         with self.assertRaises(TypeError):
             z + 0.5
         with self.assertRaises(AttributeError):

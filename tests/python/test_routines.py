@@ -89,7 +89,7 @@ class Linear(unittest.TestCase):
         for kind, order in (("one", 1), ("infinity", numpy.inf), ("frobenius", "fro")):
             self.assertAlmostEqual(float(tesk2mp.norm(a, kind)), numpy.linalg.norm(numpy.array(a), order))
         self.assertEqual(tesk2mp.norm([3, -4]), 5)
-        self.assertEqual(tesk2mp.norm([3, -4], "largest"), 4)
+        self.assertEqual([tesk2mp.norm([3, -4], kind) for kind in ("largest", "one", "infinity")], [4, 7, 4])
 
     def test_lu(self):
         a = self.regular(5)
