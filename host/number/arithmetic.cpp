@@ -10,149 +10,182 @@ namespace quarn {
 
 namespace {
 
-/// N limbs of an operand with 1 to N limbs.
-template <int N>
-[[gnu::always_inline]] inline const Limb* padded(const QuarnFloat& x, Limb* buffer) {
-  const std::uint32_t length = QuarnAccess::length(x);
-  const Limb* const limbs = QuarnAccess::inside(x);
-  if (length == N) [[likely]] {
-    return limbs;
-  }
-  for (std::uint32_t i = 0; i < std::uint32_t(N); ++i) {
-    buffer[i] = i < length ? limbs[i] : 0;
-  }
-  return buffer;
-}
-
-/// N limbs of each operand.
-template <int N>
-class Operands {
- public:
-  /// Whether both have 1 to N limbs.
-  [[gnu::always_inline]] bool load(const QuarnFloat& x, const QuarnFloat& y) {
-    if (QuarnAccess::length(x) - 1 >= std::uint32_t(N) || QuarnAccess::length(y) - 1 >= std::uint32_t(N)) [[unlikely]] {
-      return false;
-    }
-    a = padded<N>(x, buffer_x_);
-    b = padded<N>(y, buffer_y_);
-    return true;
-  }
-
-  const Limb* a;
-  const Limb* b;
-
- private:
-  Limb buffer_x_[N];
-  Limb buffer_y_[N];
+/// N limbs of an operand, or of a rounded result on its way into a number or the next operation. The limbs are arrays
+/// of their own, so that the compiler can keep all this in registers.
+struct Term {
+  const Limb* limbs;
+  std::uint32_t sign;
+  std::int64_t exponent;
 };
 
+/// Whether x has 1 to N limbs; fewer are padded in the buffer.
 template <int N>
-[[gnu::always_inline]] inline bool store(QuarnFloat& result, std::uint32_t sign, std::int64_t exponent,
-                                         const Limb* limbs) {
-  if (exponent - 1 + kMaxScientificExponent > 2 * kMaxScientificExponent || exponent - 1 + kMaxScientificExponent < 0)
-      [[unlikely]] {
+[[gnu::always_inline]] inline bool load(Term& term, Limb* buffer, const QuarnFloat& x, std::uint32_t flip = 0) {
+  const std::uint32_t length = QuarnAccess::length(x);
+  if (length - 1 >= std::uint32_t(N)) [[unlikely]] {
+    return false;
+  }
+  term = {QuarnAccess::inside(x), QuarnAccess::sign(x) ^ flip, QuarnAccess::exponent(x)};
+  if (length != N) [[unlikely]] {
+    for (std::uint32_t i = 0; i < std::uint32_t(N); ++i) {
+      buffer[i] = i < length ? term.limbs[i] : 0;
+    }
+    term.limbs = buffer;
+  }
+  return true;
+}
+
+[[gnu::always_inline]] inline bool in_range(const Term& term) {
+  return std::uint64_t(term.exponent - 1 + kMaxScientificExponent) <= 2 * std::uint64_t(kMaxScientificExponent);
+}
+
+template <int N>
+[[gnu::always_inline]] inline bool store(QuarnFloat& result, const Term& term) {
+  if (!in_range(term)) [[unlikely]] {
     return false;
   }
   std::uint32_t length = N;
-  while (limbs[length - 1] == 0) {
+  while (term.limbs[length - 1] == 0) {
     --length;
   }
-  QuarnAccess::set(result, sign | length, std::int32_t(exponent));
+  QuarnAccess::set(result, term.sign | length, std::int32_t(term.exponent));
   Limb* const inside = QuarnAccess::inside(result);
 #pragma GCC unroll 9
   for (int i = 0; i < N; ++i) {
-    inside[i] = limbs[i];
+    inside[i] = term.limbs[i];
   }
   return true;
+}
+
+/// The sum of two terms, its limbs in p.
+template <int N>
+[[gnu::always_inline]] inline bool sum(Term& result, Limb* p, const Term& x, const Term& y) {
+  const Limb* const a = x.limbs;
+  const Limb* const b = y.limbs;
+  const bool subtracting = x.sign != y.sign;
+  std::int64_t distance = x.exponent - y.exponent;
+  // The larger operand first, by exponent and leading limb: all in conditional moves, since nobody can predict it.
+  const bool swapped = distance < 0 || (distance == 0 && a[0] < b[0]);
+  const Limb* const larger = swapped ? b : a;
+  const Limb* const smaller = swapped ? a : b;
+  const std::uint32_t sign = swapped ? y.sign : x.sign;
+  const std::int64_t exponent = swapped ? y.exponent : x.exponent;
+  distance = distance < 0 ? -distance : distance;
+  if (distance == 0 && subtracting && a[0] == b[0]) [[unlikely]] {
+    return false;
+  }
+  int change = 0;
+  const bool done = fixed::add<N>(p, larger, smaller, std::uint32_t(distance), subtracting, precision.cut, change);
+  result = {p, sign, exponent + change};
+  return done;
+}
+
+template <int N, bool kMore>
+[[gnu::always_inline]] inline bool product(Term& result, Limb* p, const Term& x, const Term& y) {
+  int change = 0;
+  const bool done = fixed::multiply<N, kMore>(p, x.limbs, y.limbs, precision.cut, change);
+  result = {p, x.sign ^ y.sign, x.exponent + y.exponent + change};
+  return done;
 }
 
 struct Sum {
   template <int N, bool>
   static bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat& y, std::uint32_t flip) {
-    Operands<N> both;
-    if (!both.load(x, y)) [[unlikely]] {
-      return false;
-    }
-    const Limb* const a = both.a;
-    const Limb* const b = both.b;
-    std::uint32_t sign = QuarnAccess::sign(x);
-    const std::uint32_t sign_b = QuarnAccess::sign(y) ^ flip;
-    const bool subtracting = sign != sign_b;
-    std::int64_t exponent = QuarnAccess::exponent(x);
-    std::int64_t distance = exponent - QuarnAccess::exponent(y);
-    // The larger operand first, by exponent and leading limb: all in conditional moves, since nobody can predict it.
-    const bool swapped = distance < 0 || (distance == 0 && a[0] < b[0]);
-    const Limb* const larger = swapped ? b : a;
-    const Limb* const smaller = swapped ? a : b;
-    sign = swapped ? sign_b : sign;
-    exponent = swapped ? exponent - distance : exponent;
-    distance = distance < 0 ? -distance : distance;
-    if (distance == 0 && subtracting && a[0] == b[0]) [[unlikely]] {
-      return false;
-    }
-    Limb p[N];
-    int change = 0;
-    return fixed::add<N>(p, larger, smaller, std::uint32_t(distance), subtracting, precision.cut, change) &&
-           store<N>(result, sign, exponent + change, p);
+    Limb limbs[3][N];
+    Term a, b, r;
+    return load<N>(a, limbs[0], x) && load<N>(b, limbs[1], y, flip) && sum<N>(r, limbs[2], a, b) && store<N>(result, r);
   }
 };
 
 struct Product {
   template <int N, bool kMore>
   static bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat& y, std::uint32_t) {
-    Operands<N> both;
-    if (!both.load(x, y)) [[unlikely]] {
-      return false;
-    }
-    Limb p[N];
-    int change = 0;
-    return fixed::multiply<N, kMore>(p, both.a, both.b, precision.cut, change) &&
-           store<N>(result, QuarnAccess::sign(x) ^ QuarnAccess::sign(y),
-                    std::int64_t(QuarnAccess::exponent(x)) + QuarnAccess::exponent(y) + change, p);
+    Limb limbs[3][N];
+    Term a, b, r;
+    return load<N>(a, limbs[0], x) && load<N>(b, limbs[1], y) && product<N, kMore>(r, limbs[2], a, b) &&
+           store<N>(result, r);
   }
 };
 
 struct Quotient {
   template <int N, bool kMore>
   static bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat& y, std::uint32_t) {
-    Operands<N> both;
-    if (!both.load(x, y) || both.a[0] == both.b[0]) [[unlikely]] {
+    Limb limbs[3][N];
+    Term a, b;
+    if (!load<N>(a, limbs[0], x) || !load<N>(b, limbs[1], y) || a.limbs[0] == b.limbs[0]) [[unlikely]] {
       return false;
     }
-    Limb p[N];
     int change = 0;
-    return fixed::divide<N, kMore>(p, both.a, both.b, both.a[0] > both.b[0], precision.cut, change) &&
-           store<N>(result, QuarnAccess::sign(x) ^ QuarnAccess::sign(y),
-                    std::int64_t(QuarnAccess::exponent(x)) - QuarnAccess::exponent(y) + change, p);
+    return fixed::divide<N, kMore>(limbs[2], a.limbs, b.limbs, a.limbs[0] > b.limbs[0], precision.cut, change) &&
+           store<N>(result, {limbs[2], a.sign ^ b.sign, a.exponent - b.exponent + change});
   }
 };
 
 struct SquareRoot {
   template <int N, bool kMore>
   static bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat&, std::uint32_t) {
-    if (QuarnAccess::length(x) - 1 >= std::uint32_t(N) || QuarnAccess::negative(x)) [[unlikely]] {
+    Limb buffer[N];
+    Term a;
+    if (!load<N>(a, buffer, x) || a.sign != 0) [[unlikely]] {
       return false;
     }
-    Limb buffer[N];
-    const Limb* const a = padded<N>(x, buffer);
-    const std::int64_t exponent = QuarnAccess::exponent(x);
-    const int odd = int(exponent & 1);
+    const int odd = int(a.exponent & 1);
     Limb p[N];
     int change = 0;
-    return fixed::square_root<N, kMore>(p, a, odd, precision.cut, change) &&
-           store<N>(result, 0, (exponent + odd) / 2 + change, p);
+    return fixed::square_root<N, kMore>(p, a.limbs, odd, precision.cut, change) &&
+           store<N>(result, {p, 0, (a.exponent + odd) / 2 + change});
   }
 };
 
-template <class Operation, int N, bool kMore>
-[[gnu::noinline]] bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat& y, std::uint32_t flip) {
+/// The product is rounded like one that is stored, and must be in range like one.
+struct AddProduct {
+  template <int N, bool kMore>
+  static bool run(QuarnFloat& total, const QuarnFloat& x, const QuarnFloat& y, std::uint32_t flip) {
+    Limb limbs[5][N];
+    Term a, b, c, p, r;
+    return load<N>(a, limbs[0], x, flip) && load<N>(b, limbs[1], y) && load<N>(c, limbs[2], total) &&
+           product<N, kMore>(p, limbs[3], a, b) && in_range(p) && sum<N>(r, limbs[4], c, p) && store<N>(total, r);
+  }
+};
+
+struct AddComplexProduct {
+  template <int N, bool kMore>
+  static bool run(Complex& total, const Complex& x, const Complex& y, unsigned how) {
+    const auto flip_if = [how](unsigned flag) { return (how & flag) != 0 ? QuarnAccess::kSign : 0; };
+    const std::uint32_t flip = flip_if(QuarnSubtract);
+    Limb limbs[6][N];
+    Term xr, xi, yr, yi, re, im;
+    if (!(load<N>(xr, limbs[0], x.re, flip) && load<N>(xi, limbs[1], x.im, flip ^ flip_if(QuarnConjugateA)) &&
+          load<N>(yr, limbs[2], y.re) && load<N>(yi, limbs[3], y.im, flip_if(QuarnConjugateB)) &&
+          load<N>(re, limbs[4], total.re) && load<N>(im, limbs[5], total.im))) [[unlikely]] {
+      return false;
+    }
+    // part := part + (a b + c d), the second product with its sign flipped where said.
+    const auto add = [](Term & part, Limb * p, const Term& a, const Term& b, const Term& c, const Term& d,
+                        std::uint32_t flip_second) __attribute__((always_inline)) {
+      Limb between[3][N];
+      Term first, second, both;
+      if (!(product<N, kMore>(first, between[0], a, b) && in_range(first) &&
+            product<N, kMore>(second, between[1], c, d) && in_range(second))) [[unlikely]] {
+        return false;
+      }
+      second.sign ^= flip_second;
+      return sum<N>(both, between[2], first, second) && in_range(both) && sum<N>(part, p, part, both) && in_range(part);
+    };
+    Limb results[2][N];
+    return add(re, results[0], xr, yr, xi, yi, QuarnAccess::kSign) && add(im, results[1], xr, yi, xi, yr, 0) &&
+           store<N>(total.re, re) && store<N>(total.im, im);
+  }
+};
+
+template <class Operation, int N, bool kMore, class Number>
+[[gnu::noinline]] bool run(Number& result, const Number& x, const Number& y, std::uint32_t flip) {
   return Operation::template run<N, kMore>(result, x, y, flip);
 }
 
 /// The one dispatch on the length. Returns false, with the result untouched, where fixed-length code does not serve.
-template <class Operation, bool kUsesMore = true>
-[[gnu::always_inline]] inline bool by_length(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat& y,
-                                             std::uint32_t flip = 0) {
+template <class Operation, bool kUsesMore = true, class Number>
+[[gnu::always_inline]] inline bool by_length(Number& result, const Number& x, const Number& y, std::uint32_t flip = 0) {
   const int road = kUsesMore ? precision.road : precision.road & (Precision::kMore - 1);
   switch (road) {
     case 1:
@@ -197,11 +230,13 @@ namespace {
 // Fixed-length code needs the slack of 64-bit limbs; narrower ones always go the general road.
 struct Sum;
 struct Product;
+struct AddProduct;
+struct AddComplexProduct;
 struct Quotient;
 struct SquareRoot;
 
-template <class Operation, bool = true>
-bool by_length(QuarnFloat&, const QuarnFloat&, const QuarnFloat&, std::uint32_t = 0) {
+template <class Operation, bool = true, class Number>
+bool by_length(Number&, const Number&, const Number&, std::uint32_t = 0) {
   return false;
 }
 
@@ -251,4 +286,26 @@ QuarnFloat sqrt(const QuarnFloat& x) {
     result = general_square_root(x);
   }
   return result;
+}
+
+void QuarnAddProduct(QuarnFloat& sum, const QuarnFloat& a, const QuarnFloat& b, unsigned signs) {
+  const bool subtract = (signs & QuarnSubtract) != 0;
+  if (!by_length<AddProduct>(sum, a, b, subtract ? QuarnAccess::kSign : 0)) [[unlikely]] {
+    sum = subtract ? sum - a * b : sum + a * b;
+  }
+}
+
+void QuarnAddProduct(Complex& sum, const Complex& a, const Complex& b, unsigned signs) {
+  if (by_length<AddComplexProduct>(sum, a, b, signs)) [[likely]] {
+    return;
+  }
+  const bool conjugate_a = (signs & QuarnConjugateA) != 0;
+  const bool conjugate_b = (signs & QuarnConjugateB) != 0;
+  const auto combine = [](bool minus, const QuarnFloat& x, const QuarnFloat& y) { return minus ? x - y : x + y; };
+  const QuarnFloat re = combine(conjugate_a == conjugate_b, a.re * b.re, a.im * b.im);
+  const QuarnFloat im = conjugate_b ? combine(true, conjugate_a ? -(a.im * b.re) : a.im * b.re, a.re * b.im)
+                                    : combine(conjugate_a, a.re * b.im, a.im * b.re);
+  const bool subtract = (signs & QuarnSubtract) != 0;
+  sum.re = combine(subtract, sum.re, re);
+  sum.im = combine(subtract, sum.im, im);
 }

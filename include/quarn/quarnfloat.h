@@ -271,6 +271,15 @@ QRNFLOAT_API Complex operator*(const Complex& a, const Complex& b);
 QRNFLOAT_API Complex operator/(const Complex& a, const Complex& b);
 inline Complex conj(const Complex& z) { return {z.re, -z.im}; }
 
+/// How QuarnAddProduct takes its product; to be or-ed. Conjugates of real numbers are themselves.
+enum QuarnProduct : unsigned { QuarnPlain = 0, QuarnSubtract = 1, QuarnConjugateA = 2, QuarnConjugateB = 4 };
+
+/// sum := sum + a b or sum - a b, with a, b or both conjugated. The roundings are those of the operators one by one: of
+/// every product, of the sum of two products, and of the sum; only the numbers between are never made. sum may be a or
+/// b.
+QRNFLOAT_API void QuarnAddProduct(QuarnFloat& sum, const QuarnFloat& a, const QuarnFloat& b, unsigned how = QuarnPlain);
+QRNFLOAT_API void QuarnAddProduct(Complex& sum, const Complex& a, const Complex& b, unsigned how = QuarnPlain);
+
 // Formatted text ------------------------------------------------------------------------------------------------
 
 /// One argument of QFsprintf: any integer, text, or a QuarnFloat, which must outlive the call.

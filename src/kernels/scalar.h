@@ -38,51 +38,26 @@ inline void multiply_by(Complex& x, const QuarnFloat& a) {
   x.im *= a;
 }
 
+/// sum := sum + op_a(a) op_b(b), where an operation conjugates or does not.
+template <class T>
+void add_product(T& sum, Op op_a, const T& a, Op op_b, const T& b) {
+  QuarnAddProduct(sum, a, b,
+                  (op_a == Op::conjugate ? QuarnConjugateA : 0U) | (op_b == Op::conjugate ? QuarnConjugateB : 0U));
+}
 /// sum := sum + a b
-inline void add_product(QuarnFloat& sum, const QuarnFloat& a, const QuarnFloat& b) { sum += a * b; }
-inline void add_product(Complex& sum, const Complex& a, const Complex& b) {
-  sum.re += a.re * b.re - a.im * b.im;
-  sum.im += a.re * b.im + a.im * b.re;
-}
-/// sum := sum - a b
-inline void subtract_product(QuarnFloat& sum, const QuarnFloat& a, const QuarnFloat& b) { sum -= a * b; }
-inline void subtract_product(Complex& sum, const Complex& a, const Complex& b) {
-  sum.re -= a.re * b.re - a.im * b.im;
-  sum.im -= a.re * b.im + a.im * b.re;
-}
-
-/// sum := sum + op_a(a) op_b(b), as conjugates; nothing is copied for it.
-inline void add_product(QuarnFloat& sum, Op /*op_a*/, const QuarnFloat& a, Op /*op_b*/, const QuarnFloat& b) {
-  add_product(sum, a, b);
-}
-inline void add_product(Complex& sum, Op op_a, const Complex& a, Op op_b, const Complex& b) {
-  if ((op_a == Op::conjugate) == (op_b == Op::conjugate)) {
-    sum.re += a.re * b.re - a.im * b.im;
-    const QuarnFloat im = a.re * b.im + a.im * b.re;
-    if (op_a == Op::conjugate) {
-      sum.im -= im;
-    } else {
-      sum.im += im;
-    }
-    return;
-  }
-  sum.re += a.re * b.re + a.im * b.im;
-  if (op_a == Op::conjugate) {
-    sum.im += a.re * b.im - a.im * b.re;
-  } else {
-    sum.im += a.im * b.re - a.re * b.im;
-  }
+template <class T>
+void add_product(T& sum, const T& a, const T& b) {
+  QuarnAddProduct(sum, a, b);
 }
 /// sum := sum - op(a) b
-inline void subtract_product(QuarnFloat& sum, Op /*op*/, const QuarnFloat& a, const QuarnFloat& b) {
-  subtract_product(sum, a, b);
+template <class T>
+void subtract_product(T& sum, Op op, const T& a, const T& b) {
+  QuarnAddProduct(sum, a, b, QuarnSubtract | (op == Op::conjugate ? QuarnConjugateA : 0U));
 }
-inline void subtract_product(Complex& sum, Op op, const Complex& a, const Complex& b) {
-  if (op != Op::conjugate) {
-    return subtract_product(sum, a, b);
-  }
-  sum.re -= a.re * b.re + a.im * b.im;
-  sum.im -= a.re * b.im - a.im * b.re;
+/// sum := sum - a b
+template <class T>
+void subtract_product(T& sum, const T& a, const T& b) {
+  QuarnAddProduct(sum, a, b, QuarnSubtract);
 }
 
 }  // namespace tesk

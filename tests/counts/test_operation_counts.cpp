@@ -1,7 +1,8 @@
 // How much arithmetic the kernels do: no more operations, and no more copies, than the published algorithms.
 //
 // The library imports its arithmetic from the number library. This program exports operators of the same names, so that
-// the library's calls come here, are counted, and go on to where they would have gone.
+// the library's calls come here, are counted, and go on to where they would have gone. Numbers are long enough for
+// QuarnAddProduct to do its work by these operators.
 #include <dlfcn.h>
 #include <doctest/doctest.h>
 

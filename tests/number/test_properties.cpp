@@ -1,6 +1,7 @@
 // Properties of arithmetic that hold at every precision, and the rules for special values.
 #include <doctest/doctest.h>
 
+#include <iterator>
 #include <string>
 
 #include "quarn/quarnfloat.h"
@@ -95,6 +96,48 @@ TEST_CASE("each result is the nearest one: exact results at more digits are with
     const QuarnFloat below = results[3] - units[3] * half;
     CHECK(above * above >= fabs(a));
     CHECK(below * below <= fabs(a));
+  }
+}
+
+TEST_CASE("added products are rounded like the operators one by one") {
+  support::Random random;
+  const auto number = [&random](int digits) {
+    const char* const special[] = {"0", "-0", "inf", "nan", "9e999999999", "1e-999999999", "-1e600000000"};
+    return random.once_in(40) ? QuarnFloat(special[random.below(std::size(special))])
+           // Small values of few digits cancel, and meet halfway cases.
+           : random.once_in(3) ? QuarnFloat(random.between(-9, 9))
+                               : random_number(random, digits);
+  };
+  for (int i = 0; i < 20000; ++i) {
+    const int digits = int(random.between(1, random.once_in(10) ? 300 : 140));
+    const Digits working(digits);
+    const Complex a(number(digits), number(digits));
+    const Complex b(number(digits), number(digits));
+    const Complex c(number(digits), number(digits));
+    const unsigned how = unsigned(random.below(8));
+    CAPTURE(digits);
+    CAPTURE(a.re);
+    CAPTURE(a.im);
+    CAPTURE(b.re);
+    CAPTURE(b.im);
+    CAPTURE(c.re);
+    CAPTURE(c.im);
+    CAPTURE(how);
+    QuarnFloat real = c.re;
+    QuarnAddProduct(real, a.re, b.re, how);
+    CHECK(same(real, (how & QuarnSubtract) != 0 ? c.re - a.re * b.re : c.re + a.re * b.re));
+    const Complex x = (how & QuarnConjugateA) != 0 ? conj(a) : a;
+    const Complex y = (how & QuarnConjugateB) != 0 ? conj(b) : b;
+    const Complex expected = (how & QuarnSubtract) != 0 ? c - x * y : c + x * y;
+    Complex sum = c;
+    QuarnAddProduct(sum, a, b, how);
+    CHECK((same(sum.re, expected.re) && same(sum.im, expected.im)));
+    if (how == QuarnPlain) {
+      Complex own = a;
+      QuarnAddProduct(own, own, own);
+      const Complex square = a + a * a;
+      CHECK((same(own.re, square.re) && same(own.im, square.im)));
+    }
   }
 }
 
