@@ -40,8 +40,8 @@ you want to see. Classic entries (--classic) carry constants as doubles and give
 A run that fails writes no result.)"},
     {"progress", "Progress",
      R"(Work of more than a second tells on standard error how far it is and about how long it
-still takes, in one line that vanishes at the end; not when standard error is no
-terminal, and not with --quiet.)"},
+still takes (or how long it has taken so far), in one line that vanishes at the end; not
+when standard error is no terminal, and not with --quiet.)"},
 }};
 
 std::vector<CLI::App*> commands_of(CLI::App& app) {

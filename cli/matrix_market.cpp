@@ -11,6 +11,7 @@
 #include "cli/input.h"
 #include "cli/memory.h"
 #include "cli/number_text.h"
+#include "cli/progress.h"
 
 namespace cli {
 
@@ -121,10 +122,11 @@ class Parser {
   SparseMatrix parse() {
     read_banner();
     read_sizes();
+    Progress progress("reading numbers", double(count_));
     if (array_) {
-      read_array();
+      read_array(progress);
     } else {
-      read_coordinates();
+      read_coordinates(progress);
     }
     if (!lines_.next().empty()) {
       throw lines_.complaint("more than the " + std::to_string(count_) + " entries announced");
@@ -206,7 +208,7 @@ class Parser {
     add_entry(matrix_, row, column, std::move(value));
   }
 
-  void read_coordinates() {
+  void read_coordinates(Progress& progress) {
     for (long long k = 0; k < count_; ++k) {
       const Words& words = entry(2);
       const Integer row = whole_number(lines_, words[0], 1, matrix_.rows, "row");
@@ -217,16 +219,18 @@ class Parser {
                                " is outside the triangle that a " + name_of(matrix_.symmetry) + " matrix stores");
       }
       add(row, column, value(words, 2));
+      progress.advance();
     }
   }
 
-  void read_array() {
+  void read_array(Progress& progress) {
     for (Integer column = 1; column <= matrix_.columns; ++column) {
       const Integer first = matrix_.symmetry == Symmetry::general          ? 1
                             : matrix_.symmetry == Symmetry::skew_symmetric ? column + 1
                                                                            : column;
       for (Integer row = first; row <= matrix_.rows; ++row) {
         add(row, column, value(entry(0), 0));
+        progress.advance();
       }
     }
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cmath>
 #include <cstring>
 
 #include "quarn/quarnfloat.h"
@@ -22,6 +23,7 @@ Progress::Progress(const std::string& /*what*/, double /*steps*/) {}
 Progress::Progress(const std::string& /*what*/, double /*steps*/, double /*seconds*/) {}
 Progress::~Progress() = default;
 void Progress::advance(double /*steps*/) {}
+void Progress::reach(double /*steps*/) {}
 Progress Progress::estimated(const std::string& what, double /*multiply_adds*/) { return {what, 0, 0}; }
 
 #else
@@ -76,35 +78,41 @@ class Line {
   std::size_t length_ = 0;
 };
 
-void add_duration(Line& line, double seconds) {
+void add_duration(Line& line, double seconds, bool rounded_up) {
   constexpr double kMinute = 60;
   constexpr double kHour = 3600;
+  const long more = rounded_up ? 1 : 0;
   if (seconds < 2 * kMinute) {
-    line.add(long(seconds) + 1);
+    line.add(long(seconds) + more);
     line.add(" s");
   } else if (seconds < 2 * kHour) {
-    line.add(long(seconds / kMinute) + 1);
+    line.add(long(seconds / kMinute) + more);
     line.add(" min");
   } else {
-    line.add(long(std::min(seconds / kHour, 1e9)) + 1);
+    line.add(long(std::min(seconds / kHour, 1e9)) + more);
     line.add(" h");
   }
 }
 
 void tell(int /*signal*/) {
   constexpr double kAlmostAll = 0.99;
-  constexpr double kHardlyAny = 1e-6;
+  constexpr double kTelling = 0.01;
   const double elapsed = now() - work.started;
-  const double part =
-      std::clamp(work.seconds > 0 ? elapsed / work.seconds : work.done / work.steps, kHardlyAny, kAlmostAll);
+  const double part = std::min(work.seconds > 0 ? elapsed / work.seconds : work.done / work.steps, kAlmostAll);
   Line line;
   line.add("\r");
   line.add(work.name);
   line.add(": ");
-  line.add(long(part * 100));
-  line.add(" %, about ");
-  add_duration(line, work.seconds > 0 ? work.seconds * (1 - part) : elapsed * (1 - part) / part);
-  line.add(" left\x1b[K");
+  if (part >= kTelling) {
+    line.add(long(part * 100));
+    line.add(" %, about ");
+    add_duration(line, work.seconds > 0 ? work.seconds * (1 - part) : elapsed * (1 - part) / part, true);
+    line.add(" left");
+  } else {
+    add_duration(line, elapsed, false);
+    line.add(" so far");
+  }
+  line.add("\x1b[K");
   line.write();
   work.shown = true;
 }
@@ -181,11 +189,34 @@ void Progress::advance(double steps) {
   }
 }
 
+void Progress::reach(double steps) {
+  if (counts_) {
+    work.done = steps;
+  }
+}
+
 Progress Progress::estimated(const std::string& what, double multiply_adds) {
   const bool asked = work.enabled && !work.under_way;
-  return {what, 1, asked ? std::max(multiply_adds * seconds_per_multiply_add(), 1e-3) : 0};
+  return {what, 1, asked ? multiply_adds * seconds_per_multiply_add() : 0};
 }
 
 #endif
+
+double transform_cost(double n) {
+  constexpr double kEvaluation = 30;
+  return n * std::log2(n) + n / 2 * kEvaluation;
+}
+
+double complex_transform_cost(std::size_t n) {
+  constexpr std::size_t kLongestSum = 73;
+  constexpr double kConvolutions = 4;
+  std::size_t rest = n;
+  for (std::size_t factor = 2; factor * factor <= rest; ++factor) {
+    while (rest % factor == 0 && rest > factor) {
+      rest /= factor;
+    }
+  }
+  return 2 * transform_cost(double(n)) * (rest > kLongestSum ? kConvolutions : 1);
+}
 
 }  // namespace cli

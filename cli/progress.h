@@ -1,6 +1,7 @@
 // How far long work is, told on standard error.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace cli {
@@ -19,6 +20,8 @@ class Progress {
   Progress& operator=(const Progress&) = delete;
 
   void advance(double steps = 1);
+  /// So many of the steps are done; with none the line tells the time gone by instead.
+  void reach(double steps);
 
   /// A call that cannot tell how far it is: the time is estimated from that number of multiplications with an addition
   /// each, at the working precision.
@@ -30,7 +33,21 @@ class Progress {
   bool counts_ = false;
 };
 
-/// Multiply-adds of a factorisation of order n, complex ones at four times the cost.
-inline double factorisation_cost(double n, bool complex) { return n * n * n / 3 * (complex ? 4 : 1); }
+// Work in multiply-adds of reals, of which a complex one is four.
+inline constexpr double kComplexCost = 4;
+
+/// A factorisation of order n.
+inline double factorisation_cost(double n, bool complex) { return n * n * n / 3 * (complex ? kComplexCost : 1); }
+
+/// Eigenvalues of a real matrix of order n: reduction and iterations, with the Schur form as well for vectors.
+inline double eigenvalue_cost(double n, bool schur_form) {
+  return (schur_form ? 90 : 45) * factorisation_cost(n, false);
+}
+
+/// A Fourier transform of n reals: some two operations an element and factor of two, and an evaluation of sines and
+/// cosines for every second element.
+double transform_cost(double n);
+/// Of n complex numbers: a large prime factor is transformed by convolutions.
+double complex_transform_cost(std::size_t n);
 
 }  // namespace cli

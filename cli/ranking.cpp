@@ -1,14 +1,23 @@
 #include "cli/ranking.h"
 
+#include <cmath>
 #include <limits>
 #include <numeric>
 
 #include "cli/failure.h"
 #include "cli/library_call.h"
 #include "cli/memory.h"
+#include "cli/progress.h"
 #include "tesk2mp/tesk2mp.h"
 
 namespace cli {
+
+namespace {
+
+// Some three comparisons an element and factor of two, each about as long as a short multiply-add.
+double ranking_cost(double n) { return 3 * n * std::log2(n + 1); }
+
+}  // namespace
 
 std::shared_ptr<RankingOptions> add_ranking_options(CLI::App& command, Session& session) {
   auto options = std::make_shared<RankingOptions>();
@@ -34,6 +43,7 @@ RankedColumn rank_column(const RankingOptions& options) {
   column.ranks.resize(column.values.size());
   const Integer first = 1;
   const Integer last = column.count();
+  const Progress progress = Progress::estimated("ranking", ranking_cost(double(last)));
   call_routine("QuarnMP_m01daf_", [&](Integer* ifail) {
     QuarnMP_m01daf_(column.values.data(), &first, &last, options.order(), column.ranks.data(), ifail, 1);
   });

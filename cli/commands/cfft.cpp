@@ -10,6 +10,7 @@
 #include "cli/matrix_output.h"
 #include "cli/memory.h"
 #include "cli/plot.h"
+#include "cli/progress.h"
 #include "cli/ranking.h"
 #include "tesk2mp/tesk2mp.h"
 
@@ -98,6 +99,7 @@ std::string transform(const CfftOptions& options, Array& array) {
   require_memory(2 * double(n) + 2 * double(length), "a transform of " + std::to_string(n) + " values");
   const auto lwork = Integer(length);
   std::vector<Complex> work(static_cast<std::size_t>(lwork));
+  const Progress progress = Progress::estimated("transform", complex_transform_cost(array.values.size()));
   const auto call = [&](const auto& full, const auto& classic, const auto&... arguments) {
     const auto& entry = options.classic ? classic : full;
     call_routine(entry.name, [&](Integer* ifail) { entry.transform(direct, arguments..., ifail, 1); });

@@ -27,11 +27,8 @@ struct Eigenvalues {
 };
 
 Eigenvalues eigenvalues_of(const EigOptions& options, const tesk2mp::Matrix<QuarnFloat>& a) {
-  constexpr double kValues = 45;  // reduction and iterations, in factorisations
-  constexpr double kSchurForm = 90;
   const Progress progress =
-      Progress::estimated("eigenvalues", (options.vectors || options.condition ? kSchurForm : kValues) *
-                                             factorisation_cost(double(a.rows()), false));
+      Progress::estimated("eigenvalues", eigenvalue_cost(double(a.rows()), options.vectors || options.condition));
   Eigenvalues result;
   if (options.vectors) {
     tesk2mp::EigenSystem system = tesk2mp::eigen(a);

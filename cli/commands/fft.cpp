@@ -1,6 +1,5 @@
 // quarn fft: the discrete Fourier transform of a real sequence, and back.
 #include <algorithm>
-#include <cmath>
 #include <limits>
 
 #include "cli/commands.h"
@@ -34,12 +33,6 @@ Entry entry_for(const FftOptions& options) {
     return options.classic ? Entry{"QuarnMP_c06fbf_", QuarnMP_c06fbf_} : Entry{"QuarnMPX_c06fbf_", QuarnMPX_c06fbf_};
   }
   return options.classic ? Entry{"QuarnMP_c06faf_", QuarnMP_c06faf_} : Entry{"QuarnMPX_c06faf_", QuarnMPX_c06faf_};
-}
-
-// Some two operations an element and factor of two, and an evaluation of sines and cosines for every second element.
-double transform_cost(double n) {
-  constexpr double kEvaluation = 30;
-  return n * std::log2(n) + n / 2 * kEvaluation;
 }
 
 void transform(const Entry& entry, std::vector<QuarnFloat>& x) {

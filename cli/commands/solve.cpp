@@ -1,5 +1,7 @@
 // quarn solve: linear systems with a sparse matrix, by iteration or by factorisation.
 #include <algorithm>
+#include <cstdio>
+#include <optional>
 
 #include "cli/commands.h"
 #include "cli/failure.h"
@@ -7,7 +9,8 @@
 #include "cli/matrix_input.h"
 #include "cli/matrix_output.h"
 #include "cli/plot.h"
-#include "cli/progress_line.h"
+#include "cli/progress.h"
+#include "tesk2mp/error.hpp"
 
 namespace cli {
 
@@ -39,14 +42,34 @@ LinearSystem read_system(const SolveOptions& options) {
   return linear_system(matrix, b.values, matrix.complex() || b.complex);
 }
 
+// How much of the way from the first residual to the bound is behind, in orders of magnitude; 0 while nothing tells it.
+double part_done(const QuarnFloat& first, const ResidualStep& now) {
+  const tesk2mp::Digits few(kDefaultDigits);
+  if (!(now.bound > 0) || !(now.residual > 0) || !(first > now.bound)) {
+    return 0;
+  }
+  return FloatToDouble(log(first / now.residual) / log(first / now.bound));
+}
+
 Solution solve(const LinearSystem& system, const std::string& method, const SolveOptions& options) {
   if (method == "direct") {
+    const Progress progress = Progress::estimated("factorising", factorisation_cost(system.n, system.complex));
     return solve_directly(system);
   }
-  ProgressLine line(options.progress);
+  std::optional<Progress> progress;
+  if (!options.progress) {
+    progress.emplace(method, 1);
+  }
+  QuarnFloat first;
   return solve_iteratively(system, method, options.iterative, [&](const ResidualStep& now) {
-    line.show(method + ": iteration " + std::to_string(now.iteration) + ", residual " + brief(now.residual) +
-              ", to reach " + brief(now.bound));
+    first = first == 0 ? now.residual : first;
+    if (progress) {
+      progress->reach(part_done(first, now));
+    } else {
+      const std::string line = method + ": iteration " + std::to_string(now.iteration) + ", residual " +
+                               brief(now.residual) + ", to reach " + brief(now.bound) + "\n";
+      std::fputs(line.c_str(), stderr);
+    }
   });
 }
 

@@ -28,6 +28,13 @@ const Array& Arguments::vector(std::size_t k) const {
   return a;
 }
 
+const Array& Arguments::filled(std::size_t k) const {
+  if (size(array(k)) == 0) {
+    throw Unfit("at least one number is needed here", int(k));
+  }
+  return array(k);
+}
+
 RealArray Arguments::real_matrix(std::size_t k) const {
   const Array& a = array(k);
   if (!is_real(a)) {

@@ -23,6 +23,8 @@ class Arguments {
   const Array& array(std::size_t k) const;
   const Array& square(std::size_t k) const;
   const Array& vector(std::size_t k) const;
+  /// Not empty.
+  const Array& filled(std::size_t k) const;
   RealArray real_matrix(std::size_t k) const;
   std::vector<QuarnFloat> reals(std::size_t k) const;
   Complex number(std::size_t k) const;

@@ -1,6 +1,7 @@
 // Functions that work element by element.
 #include <array>
 
+#include "cli/progress.h"
 #include "cli/repl/complex_functions.h"
 #include "cli/repl/functions.h"
 
@@ -14,8 +15,10 @@ template <class Map>
 Values mapped(const Arguments& arguments, const Map& map) {
   const Array& a = arguments.array(0);
   Array result = make_array(a.rows(), a.columns());
+  Progress progress("evaluating", double(size(a)));
   for (std::size_t k = 0; k < size(a); ++k) {
     result.data()[k] = map(a.data()[k]);
+    progress.advance();
   }
   return {result};
 }
@@ -49,7 +52,9 @@ Values real_pairs(State& /*state*/, const Arguments& arguments) {
     throw Unfit("as many numbers as in the first argument are needed here, or one", 1);
   }
   Array result = make_array(a.rows(), a.columns());
+  Progress progress("evaluating", double(size(result)));
   for (std::size_t k = 0; k < size(result); ++k) {
+    progress.advance();
     result.data()[k] = kMap(a.data()[k], b.data()[single ? 0 : k]);
   }
   return {result};

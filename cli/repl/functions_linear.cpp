@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 
+#include "cli/progress.h"
 #include "cli/repl/functions.h"
 
 namespace cli::repl {
@@ -10,9 +11,12 @@ namespace {
 
 using Values = std::vector<Value>;
 
-// Real matrices take the real routines, at a quarter of the cost: body(matrix) for either.
+// Real matrices take the real routines, at a quarter of the cost: body(matrix) for either. The work is told in
+// factorisations.
 template <class Body>
-auto with_real_or_complex(const Array& a, const Body& body) {
+auto with_real_or_complex(const Array& a, double factorisations, const Body& body) {
+  const double order = double(std::min(a.rows(), a.columns()));
+  const Progress progress = Progress::estimated("factorising", factorisations * factorisation_cost(order, !is_real(a)));
   return is_real(a) ? body(real_array(a)) : body(a);
 }
 
@@ -63,21 +67,22 @@ Values lu_parts(const tesk2mp::Matrix<T>& a) {
 }
 
 Values lu(State& /*state*/, const Arguments& arguments) {
-  return with_real_or_complex(arguments.array(0), [](const auto& a) { return lu_parts(a); });
+  return with_real_or_complex(arguments.array(0), 1, [](const auto& a) { return lu_parts(a); });
 }
 
 Values chol(State& /*state*/, const Arguments& arguments) {
-  return with_real_or_complex(arguments.square(0),
+  return with_real_or_complex(arguments.square(0), 0.5,
                               [](const auto& a) { return Values{as_array(tesk2mp::Cholesky(a).factor())}; });
 }
 
 Values det(State& /*state*/, const Arguments& arguments) {
-  return with_real_or_complex(arguments.square(0),
+  return with_real_or_complex(arguments.square(0), 1,
                               [](const auto& a) { return Values{number(tesk2mp::determinant(a))}; });
 }
 
 Values inv(State& /*state*/, const Arguments& arguments) {
-  return with_real_or_complex(arguments.square(0), [](const auto& a) { return Values{as_array(tesk2mp::inverse(a))}; });
+  return with_real_or_complex(arguments.square(0), 4,
+                              [](const auto& a) { return Values{as_array(tesk2mp::inverse(a))}; });
 }
 
 Values trace(State& /*state*/, const Arguments& arguments) {
@@ -89,13 +94,17 @@ Values trace(State& /*state*/, const Arguments& arguments) {
   return {number(sum)};
 }
 
+Progress eigenvalue_progress(const Array& a, bool vectors) {
+  return Progress::estimated("eigenvalues", eigenvalue_cost(double(a.rows()), vectors));
+}
+
 Values eig(State& /*state*/, const Arguments& arguments) {
-  arguments.square(0);
+  const Progress progress = eigenvalue_progress(arguments.square(0), false);
   return {column(tesk2mp::eigenvalues(arguments.real_matrix(0)))};
 }
 
 Values eigvec(State& /*state*/, const Arguments& arguments) {
-  arguments.square(0);
+  const Progress progress = eigenvalue_progress(arguments.square(0), true);
   const tesk2mp::EigenSystem system = tesk2mp::eigen(arguments.real_matrix(0));
   return {system.right, column(system.values)};
 }
@@ -103,7 +112,7 @@ Values eigvec(State& /*state*/, const Arguments& arguments) {
 QuarnFloat norm_of(const Array& a, std::size_t kind) {
   constexpr tesk2mp::Norm kKinds[] = {tesk2mp::Norm::frobenius, tesk2mp::Norm::one, tesk2mp::Norm::infinity,
                                       tesk2mp::Norm::largest};
-  return with_real_or_complex(a, [&](const auto& matrix) { return tesk2mp::norm(kKinds[kind], matrix); });
+  return with_real_or_complex(a, 0, [&](const auto& matrix) { return tesk2mp::norm(kKinds[kind], matrix); });
 }
 
 Values norm(State& /*state*/, const Arguments& arguments) {

@@ -5,6 +5,7 @@
 #include "cli/matrix_input.h"
 #include "cli/matrix_output.h"
 #include "cli/options.h"
+#include "cli/progress.h"
 #include "cli/repl/functions.h"
 
 namespace cli::repl {
@@ -15,37 +16,62 @@ using Values = std::vector<Value>;
 
 constexpr Integer kLargestSize = 100'000'000;
 
-// The transform is linear: that of a complex sequence is put together from those of its parts.
-std::vector<Complex> transformed(const Array& x) {
-  std::vector<Complex> z = tesk2mp::spectrum(real_parts(elements(x)));
-  if (is_real(x)) {
-    return z;
+// The element that is the conjugate of the one at (i, j) where an array is the spectrum of real numbers.
+template <class Matrix>
+auto& mirror(Matrix& a, std::size_t i, std::size_t j) {
+  return a((a.rows() - i) % a.rows(), (a.columns() - j) % a.columns());
+}
+
+bool is_mirrored(const Array& a) {
+  for (std::size_t j = 0; j < a.columns(); ++j) {
+    for (std::size_t i = 0; i < a.rows(); ++i) {
+      if (a(i, j) != conj(mirror(a, i, j))) {
+        return false;
+      }
+    }
   }
-  const std::vector<Complex> imaginary = tesk2mp::spectrum(imaginary_parts(elements(x)));
-  for (std::size_t k = 0; k < z.size(); ++k) {
-    z[k] = Complex(z[k].re - imaginary[k].im, z[k].im + imaginary[k].re);
+  return true;
+}
+
+// The spectrum of real numbers mirrors itself to the last digit, and what mirrors itself goes back to real numbers.
+Array transformed(Array a, tesk2mp::Direction direction) {
+  const bool real = is_real(a);
+  const bool mirrored = is_mirrored(a);
+  const Progress progress = Progress::estimated("transform", complex_transform_cost(size(a)));
+  if (is_vector(a)) {
+    tesk2mp::transform({a.data(), size(a)}, direction);
+  } else {
+    tesk2mp::transform(a, direction);
   }
-  return z;
+  for (std::size_t j = 0; j < a.columns(); ++j) {
+    for (std::size_t i = 0; i < a.rows(); ++i) {
+      if (mirrored) {
+        a(i, j).im = 0;
+      }
+      if (real) {
+        Complex& other = mirror(a, i, j);
+        a(i, j).im = &other == &a(i, j) ? QuarnFloat() : a(i, j).im;
+        other = conj(a(i, j));
+      }
+    }
+  }
+  return a;
 }
 
 Values fft(State& /*state*/, const Arguments& arguments) {
-  const Array& x = arguments.vector(0);
-  return {reshaped(transformed(x), x.rows(), x.columns())};
+  return {transformed(arguments.vector(0), tesk2mp::Direction::forward)};
 }
 
-// The inverse is the conjugate of the transform of the conjugate. A spectrum that mirrors itself gives real numbers.
 Values ifft(State& /*state*/, const Arguments& arguments) {
-  Array z = arguments.vector(0);
-  const std::size_t n = size(z);
-  bool mirrored = true;
-  for (std::size_t k = 0; k < n; ++k) {
-    mirrored = mirrored && z.data()[k] == conj(z.data()[(n - k) % n]);
-  }
-  std::transform(z.data(), z.data() + n, z.data(), [](const Complex& value) { return conj(value); });
-  std::vector<Complex> x = transformed(z);
-  std::transform(x.begin(), x.end(), x.begin(),
-                 [&](const Complex& value) { return mirrored ? Complex(value.re) : conj(value); });
-  return {reshaped(x, z.rows(), z.columns())};
+  return {transformed(arguments.vector(0), tesk2mp::Direction::backward)};
+}
+
+Values fft2(State& /*state*/, const Arguments& arguments) {
+  return {transformed(arguments.filled(0), tesk2mp::Direction::forward)};
+}
+
+Values ifft2(State& /*state*/, const Arguments& arguments) {
+  return {transformed(arguments.filled(0), tesk2mp::Direction::backward)};
 }
 
 // Of a quartic by its own routine, otherwise the eigenvalues of the companion matrix. Coefficients come from the
@@ -71,6 +97,7 @@ Values zeros(State& /*state*/, const Arguments& arguments) {
         companion(j, j - 1) = 1;
       }
     }
+    const Progress progress = Progress::estimated("eigenvalues", eigenvalue_cost(double(n), false));
     values = tesk2mp::eigenvalues(companion);
   }
   return {column(values)};
@@ -90,7 +117,11 @@ Values random(State& state, const Arguments& arguments) {
   const Integer rows = arguments.count() > 0 ? arguments.whole(0, 0, kLargestSize) : 1;
   const Integer columns = arguments.count() > 1 ? arguments.whole(1, 0, kLargestSize) : 1;
   Array result = make_array(std::size_t(rows), std::size_t(columns));
-  std::generate_n(result.data(), size(result), [&] { return Complex(state.random()); });
+  Progress progress("drawing numbers", double(size(result)));
+  std::generate_n(result.data(), size(result), [&] {
+    progress.advance();
+    return Complex(state.random());
+  });
   return {result};
 }
 
@@ -143,6 +174,8 @@ Values save(State& /*state*/, const Arguments& arguments) {
 constexpr auto kFunctions = std::to_array<Function>({
     {"fft", "x", "z", "z_k = 1/sqrt(N) sum x_j exp(-2 pi i j k/N)", 1, 1, fft},
     {"ifft", "z", "x", "the inverse of fft", 1, 1, ifft},
+    {"fft2", "A", "Z", "the transform of a matrix in both dimensions", 1, 1, fft2},
+    {"ifft2", "Z", "A", "the inverse of fft2", 1, 1, ifft2},
     {"zeros", "c", "z", "zeros of the polynomial c(1) z^n + ... + c(n + 1)", 1, 1, zeros},
     {"polyval", "c, x", "y", "the polynomial's values", 2, 2, polyval},
     {"random", "[rows [, columns]]", "A", "random numbers on (0, 1), random to the last digit", 0, 2, random},

@@ -4,6 +4,7 @@
 
 #include "cli/memory.h"
 #include "cli/number_text.h"
+#include "cli/progress.h"
 #include "cli/repl/complex_functions.h"
 #include "cli/result.h"
 
@@ -21,7 +22,9 @@ Array elementwise(const char* what, Operation operation, const Array& a, const A
   }
   const Array& larger = is_number(a) ? b : a;
   Array result = make_array(larger.rows(), larger.columns());
+  Progress progress("evaluating", double(size(larger)));
   for (std::size_t k = 0; k < size(larger); ++k) {
+    progress.advance();
     result.data()[k] = operation(a.data()[is_number(a) ? 0 : k], b.data()[is_number(b) ? 0 : k]);
   }
   return result;
@@ -46,7 +49,10 @@ Array matrix_product(const Array& a, const Array& b) {
   if (a.columns() != b.rows()) {
     throw Unfit("cannot multiply " + shape(a) + " by " + shape(b) + "; .* multiplies element by element");
   }
-  if (is_real(a) && is_real(b)) {
+  const bool real = is_real(a) && is_real(b);
+  const Progress progress =
+      Progress::estimated("multiplying", double(a.rows()) * double(size(b)) * (real ? 1 : kComplexCost));
+  if (real) {
     return complex_array(tesk2mp::multiply(real_array(a), real_array(b)));
   }
   return tesk2mp::multiply(a, b);
@@ -56,7 +62,11 @@ Array solution(const Array& a, const Array& b) {
   if (a.rows() != a.columns() || b.rows() != a.rows()) {
     throw Unfit("cannot solve a system of " + shape(a) + " with right-hand sides of " + shape(b));
   }
-  if (is_real(a) && is_real(b)) {
+  const bool real = is_real(a) && is_real(b);
+  const Progress progress =
+      Progress::estimated("solving", factorisation_cost(double(a.rows()), !real) +
+                                         double(a.rows()) * double(size(b)) * (real ? 1 : kComplexCost));
+  if (real) {
     return complex_array(tesk2mp::solve(real_array(a), real_array(b)));
   }
   return tesk2mp::solve(a, b);

@@ -98,9 +98,9 @@ class Runs(unittest.TestCase):
         done = run("repl", stdin="1\n\n2 +\n3\n")
         self.assertEqual((done.returncode, done.stdout), (2, "ans = 1\n"))
         self.assertEqual(done.stderr, "  2 +\n     ^\nquarn: standard input:3: a number, a name or a bracket is expected here\n")
-        done = run("repl", "--eval", "[1,", "--eval", "fft(1)]")
+        done = run("repl", "--eval", "[1,", "--eval", "inv(0)]")
         self.assertEqual((done.returncode, done.stdout), (1, ""))
-        self.assertIn("quarn: --eval:2: C06FAF: On entry, N .le. 1: N = 1.", done.stderr)
+        self.assertIn("quarn: --eval:2: F07ADF/DGETRF: U(1, 1) is exactly zero", done.stderr)
         self.assertEqual(run("repl", "x", "--eval", "1").returncode, 2)
 
     def test_matrices_go_through_files_without_losing_a_digit(self):
