@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -23,6 +24,29 @@ std::vector<T> solve_vector(const VectorView<const T>& b, const Solve& solve) {
 }
 
 }  // namespace detail
+
+/// Settings of a routine of chapters F07 and F08 ("F07ADF"), of the whole process; as shipped they mean unblocked
+/// factorisations and the double-shift QR algorithm.
+enum class Tuning : Integer {
+  block_size = 1,
+  least_block_size = 2,
+  crossover = 3,
+  shifts = 4,
+  largest_small_block = 8,
+};
+/// Throws InvalidArgument when the routine has none.
+inline Integer tuning(const std::string& routine, Tuning item) {
+  Integer value = 0;
+  QuarnMP_f07zaz_(Integer(item), routine.c_str(), &value, 0, int(routine.size()));
+  detail::require(value != -2, "F07ZAZ", 2, "no settings of a routine ", routine);
+  return value;
+}
+/// Sets one and returns its former value.
+inline Integer set_tuning(const std::string& routine, Tuning item, Integer value) {
+  const Integer former = tuning(routine, item);
+  QuarnMP_f07zaz_(Integer(item), routine.c_str(), &value, 1, int(routine.size()));
+  return former;
+}
 
 /// A = P L U by partial pivoting, real or complex.
 ///

@@ -117,7 +117,8 @@ namespace detail {
 inline std::vector<Complex> hessenberg_qr(char job, Hessenberg& hessenberg, std::size_t low, std::size_t high) {
   const RawMatrix<Real> h{hessenberg.h.view()};
   const RawMatrix<Real> z{hessenberg.q.view()};
-  const Integer n = h.rows;
+  const Integer n = order_of("F08PEF/DHSEQR", 3, h);
+  require_shape("F08PEF/DHSEQR", 10, z, n, n);
   std::vector<Real> wr(hessenberg.h.rows());
   std::vector<Real> wi(wr.size());
   std::vector<Real> work(std::max<std::size_t>(1, wr.size()));
@@ -138,12 +139,16 @@ inline std::vector<Complex> hessenberg_qr(char job, Hessenberg& hessenberg, std:
 
 }  // namespace detail
 
-/// The Schur form of a square matrix. Throws NumericalFailure when the QR algorithm does not converge.
-template <MatrixSource A>
-Schur schur(const A& a) {
-  Hessenberg reduced = hessenberg(a);
+/// The Schur form of the matrix Q H Q^T; what lies below the first subdiagonal of H is not read. Throws
+/// NumericalFailure when the QR algorithm does not converge.
+inline Schur schur(Hessenberg reduced) {
   std::vector<Complex> values = detail::hessenberg_qr('S', reduced, 0, reduced.h.rows());
   return {std::move(reduced.h), std::move(reduced.q), std::move(values)};
+}
+/// The Schur form of a square matrix.
+template <MatrixSource A>
+Schur schur(const A& a) {
+  return schur(hessenberg(a));
 }
 
 /// The eigenvalues of a square matrix, a pair in consecutive places with the positive imaginary part first. The matrix
@@ -161,6 +166,13 @@ std::vector<Complex> eigenvalues(const A& a) {
   return detail::hessenberg_qr('E', reduced, balanced.low, balanced.high);
 }
 
+/// The eigenvalues of an upper Hessenberg matrix alone; what lies below its first subdiagonal is not read.
+template <MatrixSource A>
+std::vector<Complex> hessenberg_eigenvalues(const A& a) {
+  Hessenberg reduced{Matrix<Real>(a), Matrix<Real>(a)};
+  return detail::hessenberg_qr('E', reduced, 0, reduced.h.rows());
+}
+
 /// Eigenvalues with their eigenvectors, each a column of Euclidean norm 1: A right = right diag(values), and
 /// left^H A = diag(values) left^H.
 struct EigenSystem {
@@ -175,6 +187,8 @@ namespace detail {
 struct PackedVectors {
   PackedVectors(const Schur& schur, char howmny) : left(schur.z), right(schur.z) {
     const RawMatrix<Real> t{schur.t.view()};
+    require_shape("F08QKF/DTREVC", 5, t, Integer(schur.values.size()), Integer(schur.values.size()));
+    require_shape("F08QKF/DTREVC", 9, RawMatrix<Real>(right.view()), t.rows, t.rows);
     const RawMatrix<Real> vl{left.view()};
     const RawMatrix<Real> vr{right.view()};
     std::vector<Integer> select(schur.values.size(), 1);
@@ -232,6 +246,11 @@ inline Matrix<Complex> unpack(const std::vector<Complex>& values, const Matrix<R
 
 }  // namespace detail
 
+/// Eigenvalues and eigenvectors of the matrix Z T Z^T.
+inline EigenSystem eigen(const Schur& schur) {
+  const detail::PackedVectors packed(schur, 'B');
+  return {schur.values, detail::unpack(schur.values, packed.right), detail::unpack(schur.values, packed.left)};
+}
 /// Eigenvalues and eigenvectors of a square matrix, balanced first. Eigenvectors of a defective eigenvalue come out
 /// parallel. Throws NumericalFailure when the QR algorithm does not converge.
 template <MatrixSource A>
@@ -256,9 +275,7 @@ struct EigenConditions {
   std::vector<Real> value;
   std::vector<Real> vector;
 };
-template <MatrixSource A>
-EigenConditions eigen_conditions(const A& a) {
-  const Schur form = schur(a);
+inline EigenConditions eigen_conditions(const Schur& form) {
   detail::PackedVectors packed(form, 'A');
   const detail::RawMatrix<Real> t{form.t.view()};
   const detail::RawMatrix<Real> vl{packed.left.view()};
@@ -274,6 +291,10 @@ EigenConditions eigen_conditions(const A& a) {
                   vl.leading, vr.data, vr.leading, result.value.data(), result.vector.data(), t.rows, &used,
                   work.data(), std::max<Integer>(1, t.rows), iwork.data(), &info, 1, 1);
   return result;
+}
+template <MatrixSource A>
+EigenConditions eigen_conditions(const A& a) {
+  return eigen_conditions(schur(a));
 }
 
 /// A zero of a polynomial; error is what one rounding of the coefficients does to it.

@@ -1,7 +1,8 @@
 // Vector and matrix kernels of the front door, real and complex. Part of tesk2mp.hpp; kernels.h says what each does.
 //
 // Sizes come from the views. What does not fit together throws InvalidArgument before the kernel is called, with the
-// position of the argument in the kernel's own list as its code.
+// position of the argument in the kernel's own list as its code. What is read may overlap what is written: it is copied
+// first then.
 #pragma once
 
 #include <algorithm>
@@ -67,8 +68,8 @@ inline Real norm2(const VectorView<const Real>& x) {
 template <VectorSource X, VectorTarget Y>
 void scale(const Element<X>& alpha, const X& x, Y&& y) {
   using T = Element<X>;
-  const detail::RawVector<T> from{VectorView<const T>(x)};
   const detail::RawVector<T> to{VectorView<T>(y)};
+  const auto from = detail::SourceVector<T>::elementwise(x, to);
   detail::require_length(detail::name<T>("F06FDF", "F06HDF"), 5, to.size, from.size);
   detail::pick<T>(QuarnMP_f06fdf_, QuarnMP_f06hdf_)(from.size, alpha, from.data, from.increment, to.data, to.increment);
 }
@@ -81,8 +82,8 @@ inline void scale(const Real& alpha, const VectorView<Complex>& x) {
 
 /// y := x, complex
 inline void copy(const VectorView<const Complex>& x, const VectorView<Complex>& y) {
-  const detail::RawVector<Complex> from(x);
   const detail::RawVector<Complex> to(y);
+  const detail::SourceVector<Complex> from(x, to);
   detail::require_length("F06JJF/ZCOPY", 4, to.size, from.size);
   QuarnMP_f06jjf_(from.size, from.data, from.increment, to.data, to.increment);
 }
@@ -94,9 +95,9 @@ template <MatrixSource A, VectorSource X, VectorTarget Y>
 void gemv(Op op, const Element<A>& alpha, const A& a, const X& x, const Element<A>& beta, Y&& y) {
   using T = Element<A>;
   const char* routine = detail::name<T>("F06PAF/DGEMV", "F06SAF/ZGEMV");
-  const detail::RawMatrix<T> ra{MatrixView<const T>(a)};
-  const detail::RawVector<T> rx{VectorView<const T>(x)};
   const detail::RawVector<T> ry{VectorView<T>(y)};
+  const detail::SourceMatrix<T> ra(a, ry);
+  const detail::SourceVector<T> rx(x, ry);
   detail::require_length(routine, 7, rx.size, detail::rows_of(op, ra.columns, ra.rows));
   detail::require_length(routine, 10, ry.size, detail::rows_of(op, ra.rows, ra.columns));
   detail::call_kernel([&] {
@@ -108,8 +109,9 @@ void gemv(Op op, const Element<A>& alpha, const A& a, const X& x, const Element<
 namespace detail {
 
 template <class T, class Kernel>
-void triangular(const char* routine, Kernel kernel, Triangle triangle, Op op, Diagonal diagonal, const RawMatrix<T>& a,
-                const RawVector<T>& x) {
+void triangular(const char* routine, Kernel kernel, Triangle triangle, Op op, Diagonal diagonal,
+                const MatrixView<const T>& matrix, const RawVector<T>& x) {
+  const SourceMatrix<T> a(matrix, x);
   const Integer n = order_of(routine, 4, a);
   require_length(routine, 7, x.size, n);
   call_kernel([&] {
@@ -124,8 +126,7 @@ template <MatrixSource A, VectorTarget X>
 void trmv(Triangle triangle, Op op, Diagonal diagonal, const A& a, X&& x) {
   using T = Element<A>;
   detail::triangular<T>(detail::name<T>("F06PFF/DTRMV", "F06SFF/ZTRMV"),
-                        detail::pick<T>(QuarnMP_dtrmv_, QuarnMP_ztrmv_), triangle, op, diagonal,
-                        {MatrixView<const T>(a)}, {VectorView<T>(x)});
+                        detail::pick<T>(QuarnMP_dtrmv_, QuarnMP_ztrmv_), triangle, op, diagonal, a, {VectorView<T>(x)});
 }
 
 /// x := op(A)^-1 x, A triangular. A zero on the diagonal is not tested for.
@@ -133,15 +134,16 @@ template <MatrixSource A, VectorTarget X>
 void trsv(Triangle triangle, Op op, Diagonal diagonal, const A& a, X&& x) {
   using T = Element<A>;
   detail::triangular<T>(detail::name<T>("F06PJF/DTRSV", "F06SJF/ZTRSV"),
-                        detail::pick<T>(QuarnMP_dtrsv_, QuarnMP_ztrsv_), triangle, op, diagonal,
-                        {MatrixView<const T>(a)}, {VectorView<T>(x)});
+                        detail::pick<T>(QuarnMP_dtrsv_, QuarnMP_ztrsv_), triangle, op, diagonal, a, {VectorView<T>(x)});
 }
 
 namespace detail {
 
 template <class T, class Kernel>
-void rank_one(const char* routine, Kernel kernel, const T& alpha, const RawVector<T>& x, const RawVector<T>& y,
-              const RawMatrix<T>& a) {
+void rank_one(const char* routine, Kernel kernel, const T& alpha, const VectorView<const T>& left,
+              const VectorView<const T>& right, const RawMatrix<T>& a) {
+  const SourceVector<T> x(left, a);
+  const SourceVector<T> y(right, a);
   require_length(routine, 4, x.size, a.rows);
   require_length(routine, 6, y.size, a.columns);
   call_kernel([&] { kernel(a.rows, a.columns, alpha, x.data, x.increment, y.data, y.increment, a.data, a.leading); });
@@ -154,14 +156,30 @@ template <VectorSource X, VectorSource Y, MatrixTarget A>
 void ger(const Element<A>& alpha, const X& x, const Y& y, A&& a) {
   using T = Element<A>;
   detail::rank_one<T>(detail::name<T>("F06PMF/DGER", "F06SMF/ZGERU"), detail::pick<T>(QuarnMP_dger_, QuarnMP_zgeru_),
-                      alpha, {VectorView<const T>(x)}, {VectorView<const T>(y)}, {MatrixView<T>(a)});
+                      alpha, x, y, {MatrixView<T>(a)});
 }
 
 /// A := alpha x y^H + A, complex
 inline void gerc(const Complex& alpha, const VectorView<const Complex>& x, const VectorView<const Complex>& y,
                  const MatrixView<Complex>& a) {
-  detail::rank_one<Complex>("F06SNF/ZGERC", QuarnMP_zgerc_, alpha, {x}, {y}, {a});
+  detail::rank_one<Complex>("F06SNF/ZGERC", QuarnMP_zgerc_, alpha, x, y, {a});
 }
+
+namespace detail {
+
+/// op(x) y, x as a matrix of one column.
+template <class T>
+T inner_product(Op op, const VectorView<const T>& x, const VectorView<const T>& y) {
+  const std::vector<T> gathered = x.stride() == 1 ? std::vector<T>() : x.to_vector();
+  T product(0);
+  gemv(op, 1,
+       MatrixView<const T>(x.stride() == 1 ? x.data() : gathered.data(), x.size(), 1,
+                           std::max<std::size_t>(1, x.size())),
+       y, 0, std::span<T>(&product, 1));
+  return product;
+}
+
+}  // namespace detail
 
 // Level 3 -----------------------------------------------------------------------------------------------------------
 
@@ -170,9 +188,9 @@ template <MatrixSource A, MatrixSource B, MatrixTarget C>
 void gemm(Op op_a, Op op_b, const Element<A>& alpha, const A& a, const B& b, const Element<A>& beta, C&& c) {
   using T = Element<A>;
   const char* routine = detail::name<T>("F06YAF/DGEMM", "F06ZAF/ZGEMM");
-  const detail::RawMatrix<T> ra{MatrixView<const T>(a)};
-  const detail::RawMatrix<T> rb{MatrixView<const T>(b)};
   const detail::RawMatrix<T> rc{MatrixView<T>(c)};
+  const detail::SourceMatrix<T> ra(a, rc);
+  const detail::SourceMatrix<T> rb(b, rc);
   const Integer m = detail::rows_of(op_a, ra.rows, ra.columns);
   const Integer k = detail::rows_of(op_a, ra.columns, ra.rows);
   const Integer inner = detail::rows_of(op_b, rb.rows, rb.columns);
@@ -190,8 +208,8 @@ template <MatrixSource A, MatrixTarget B>
 void trsm(Side side, Triangle triangle, Op op, Diagonal diagonal, const Element<A>& alpha, const A& a, B&& b) {
   using T = Element<A>;
   const char* routine = detail::name<T>("F06YJF/DTRSM", "F06ZJF/ZTRSM");
-  const detail::RawMatrix<T> ra{MatrixView<const T>(a)};
   const detail::RawMatrix<T> rb{MatrixView<T>(b)};
+  const detail::SourceMatrix<T> ra(a, rb);
   const Integer order = side == Side::left ? rb.rows : rb.columns;
   detail::require_shape(routine, 8, ra, order, order);
   detail::call_kernel([&] {
@@ -206,8 +224,8 @@ void trsm(Side side, Triangle triangle, Op op, Diagonal diagonal, const Element<
 inline void herk(Triangle triangle, Op op, const Real& alpha, const MatrixView<const Complex>& a, const Real& beta,
                  const MatrixView<Complex>& c) {
   const char* routine = "F06ZPF/ZHERK";
-  const detail::RawMatrix<Complex> ra(a);
   const detail::RawMatrix<Complex> rc{MatrixView<const Complex>(c)};
+  const detail::SourceMatrix<Complex> ra(a, rc);
   detail::require(op != Op::transpose, routine, 2, "the plain transpose makes no Hermitian matrix");
   const Integer n = detail::rows_of(op, ra.rows, ra.columns);
   detail::require_shape(routine, 9, rc, n, n);
@@ -215,6 +233,17 @@ inline void herk(Triangle triangle, Op op, const Real& alpha, const MatrixView<c
     QuarnMP_zherk_(detail::Option(triangle), detail::Option(op), n, detail::rows_of(op, ra.columns, ra.rows), alpha,
                    ra.data, ra.leading, beta, rc.data, rc.leading, 1, 1);
   });
+}
+
+/// x^T y
+template <VectorSource X, VectorSource Y>
+Element<X> dot(const X& x, const Y& y) {
+  return detail::inner_product<Element<X>>(Op::transpose, x, y);
+}
+/// x^H y
+template <VectorSource X, VectorSource Y>
+Element<X> dotc(const X& x, const Y& y) {
+  return detail::inner_product<Element<X>>(Op::conjugate_transpose, x, y);
 }
 
 /// The product A x or A B.
@@ -248,7 +277,13 @@ Real norm(Norm kind, const A& a) {
                                                            raw.leading, work.data(), 1);
 }
 
-/// The same of an upper Hessenberg matrix; what lies below its first subdiagonal is not read.
+/// The Euclidean norm of a complex vector.
+inline Real norm2(const VectorView<const Complex>& x) {
+  const std::vector<Complex> column = x.to_vector();
+  return norm(Norm::frobenius, MatrixView<const Complex>(column, column.size(), 1));
+}
+
+/// The norm of an upper Hessenberg matrix; what lies below its first subdiagonal is not read.
 template <MatrixSource A>
 Real hessenberg_norm(Norm kind, const A& a) {
   using T = Element<A>;

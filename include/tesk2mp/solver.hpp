@@ -152,7 +152,11 @@ struct IterativeSolution {
   std::vector<Real> x;
   std::vector<Real> residual;  ///< b - A x
   Progress progress;
+  bool converged = true;  ///< the criterion holds, no monitor has ended the iterations before
 };
+
+/// Looks at an iterate and its residual; false ends the iterations.
+using Monitor = std::function<bool(const Progress& progress, std::span<const Real> x, std::span<const Real> residual)>;
 
 namespace detail {
 
@@ -174,7 +178,8 @@ void apply_operator(const Operator& a, std::span<const Real> x, std::span<Real> 
 }  // namespace detail
 
 /// Solves A x = b iteratively. a: a SparseMatrix, or a function a(x, y) that sets y to A x (a(x, y, transposed) where
-/// A^T x may be asked for). precondition(x, y): sets y to M^-1 x; a null one is none. Throws as IterativeSolver does.
+/// A^T x may be asked for). precondition(x, y): sets y to M^-1 x; a null one is none. monitor: called every
+/// options.monitor iterations, 0 for every one. Throws as IterativeSolver does.
 ///
 /// @code
 /// tesk2mp::SolverOptions options;
@@ -183,18 +188,23 @@ void apply_operator(const Operator& a, std::span<const Real> x, std::span<Real> 
 /// @endcode
 template <class Operator>
 IterativeSolution solve_iteratively(
-    const Operator& a, std::span<const Real> b, const SolverOptions& options = {},
+    const Operator& a, std::span<const Real> b, SolverOptions options = {},
     const std::function<void(std::span<const Real>, std::span<Real>)>& precondition = {},
-    std::span<const Real> guess = {}) {
+    std::span<const Real> guess = {}, const Monitor& monitor = {}) {
+  options.monitor = monitor && options.monitor == 0 ? 1 : options.monitor;
   IterativeSolver solver(b, guess, bool(precondition), options);
   for (Request request = solver.next(); request != Request::finished; request = solver.next()) {
     if (request == Request::precondition) {
       precondition(solver.input(), solver.output());
-    } else if (request != Request::monitor) {
+    } else if (request == Request::monitor) {
+      if (monitor && !monitor(solver.progress(), solver.input(), solver.output())) {
+        break;
+      }
+    } else {
       detail::apply_operator(a, solver.input(), solver.output(), request == Request::transposed_product);
     }
   }
-  return {solver.solution(), solver.residual(), solver.progress()};
+  return {solver.solution(), solver.residual(), solver.progress(), solver.converged()};
 }
 
 }  // namespace tesk2mp

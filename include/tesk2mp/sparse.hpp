@@ -100,8 +100,9 @@ class SparseMatrix {
   template <VectorSource X>
   void multiply(const X& source, std::span<T> y, Op op = Op::none) const {
     const VectorView<const T> view(source);
-    const std::vector<T> gathered = view.stride() == 1 ? std::vector<T>() : view.to_vector();
-    const T* x = view.stride() == 1 ? view.data() : gathered.data();
+    const bool usable = view.stride() == 1 && !detail::overlap(detail::RawVector<T>(view), detail::RawVector<T>(y));
+    const std::vector<T> gathered = usable ? std::vector<T>() : view.to_vector();
+    const T* x = usable ? view.data() : gathered.data();
     detail::require_length(product(), 8, detail::count_of(view.size()), order_);
     detail::require_length(product(), 9, detail::count_of(y.size()), order_);
     detail::require(op != Op::transpose || !detail::kIsComplex<T>, product(), 1,

@@ -18,6 +18,9 @@ inline Real machine_precision() { return QuarnMP_x02ajf_(); }
 inline Real smallest_number() { return QuarnMP_x02akf_(); }
 inline Real largest_number() { return QuarnMP_x02alf_(); }
 
+/// The smallest number whose reciprocal is a number of the model too.
+inline Real safe_range() { return QuarnMP_x02amf_(); }
+
 /// The principal square root.
 inline Complex sqrt(const Complex& z) {
   Complex root;
@@ -26,6 +29,12 @@ inline Complex sqrt(const Complex& z) {
 }
 /// The modulus, without overflow unless it overflows itself.
 inline Real abs(const Complex& z) { return QuarnMP_a02abfn_(z.re, z.im); }
+/// x / y, without overflow unless it overflows itself.
+inline Complex quotient(const Complex& x, const Complex& y) {
+  Complex z;
+  QuarnMP_a02acfn_(x.re, x.im, y.re, y.im, &z.re, &z.im);
+  return z;
+}
 
 namespace classic {
 

@@ -6,7 +6,9 @@
 #include <cassert>
 #include <concepts>
 #include <cstddef>
+#include <functional>
 #include <initializer_list>
+#include <limits>
 #include <ranges>
 #include <span>
 #include <type_traits>
@@ -135,7 +137,8 @@ class Matrix {
 
   Matrix() = default;
   /// Zeros.
-  Matrix(std::size_t rows, std::size_t columns) : rows_(rows), columns_(columns), elements_(rows * columns) {}
+  Matrix(std::size_t rows, std::size_t columns)
+      : rows_(rows), columns_(columns), elements_(count_elements(rows, columns)) {}
   Matrix(std::initializer_list<std::initializer_list<T>> rows)
       : Matrix(rows.size(), rows.size() == 0 ? 0 : rows.begin()->size()) {
     std::size_t i = 0;
@@ -185,6 +188,12 @@ class Matrix {
   }
 
  private:
+  static std::size_t count_elements(std::size_t rows, std::size_t columns) {
+    detail::require(columns == 0 || rows <= std::numeric_limits<std::size_t>::max() / columns, "Matrix", 1, rows,
+                    " rows of ", columns, " elements are too many");
+    return rows * columns;
+  }
+
   std::size_t rows_ = 0;
   std::size_t columns_ = 0;
   std::vector<T> elements_;
@@ -193,7 +202,10 @@ class Matrix {
 namespace detail {
 
 template <class Container>
-struct ElementOf {
+struct ElementOf {};
+template <class Container>
+requires requires { typename Container::value_type; }
+struct ElementOf<Container> {
   using Type = std::remove_cv_t<typename Container::value_type>;
 };
 
@@ -224,10 +236,17 @@ struct RawVector {
   RawVector(const VectorView<const T>& view)
       : size(count_of(view.size())),
         increment(Integer(view.stride())),
+        reach(size == 0 ? 0 : std::size_t(size - 1) * magnitude(view.stride()) + 1),
         data(unconst(view.data()) + (view.stride() < 0 && size > 0 ? std::ptrdiff_t(size - 1) * view.stride() : 0)) {}
   Integer size;
   Integer increment;
-  T* data;
+  std::size_t reach;  // from the lowest element to behind the highest one
+  T* data;            // the lowest element
+
+ private:
+  static std::size_t magnitude(std::ptrdiff_t stride) {
+    return std::size_t(count_of(stride < 0 ? std::size_t(0) - std::size_t(stride) : std::size_t(stride)));
+  }
 };
 
 /// A matrix as the exports take it.
@@ -237,11 +256,64 @@ struct RawMatrix {
       : rows(count_of(view.rows())),
         columns(count_of(view.columns())),
         leading(count_of(view.leading())),
+        reach(rows == 0 || columns == 0 ? 0 : (view.columns() - 1) * view.leading() + view.rows()),
         data(unconst(view.data())) {}
   Integer rows;
   Integer columns;
   Integer leading;
+  std::size_t reach;
   T* data;
+};
+
+/// Whether two vectors or matrices may share elements.
+template <class A, class B>
+bool overlap(const A& a, const B& b) {
+  const std::less<> before;
+  return a.reach > 0 && b.reach > 0 && before(a.data, b.data + b.reach) && before(b.data, a.data + a.reach);
+}
+
+/// A vector that a kernel reads while it writes to `target`: a copy of it when the two may share elements.
+template <class T>
+class SourceVector : public RawVector<T> {
+ public:
+  template <class Target>
+  SourceVector(const VectorView<const T>& view, const Target& target) : RawVector<T>(view) {
+    if (overlap(*this, target)) {
+      copy_ = view.to_vector();
+      this->increment = 1;
+      this->data = copy_.data();
+    }
+  }
+  /// For a kernel that goes from element to element, which may work in place.
+  static SourceVector elementwise(const VectorView<const T>& view, const RawVector<T>& target) {
+    const RawVector<T> x(view);
+    const bool in_place = x.data == target.data && x.increment == target.increment;
+    return SourceVector(view, in_place ? RawVector<T>(VectorView<const T>(nullptr, 0)) : target);
+  }
+  SourceVector(const SourceVector&) = delete;
+  SourceVector& operator=(const SourceVector&) = delete;
+
+ private:
+  std::vector<T> copy_;
+};
+
+/// The same of a matrix.
+template <class T>
+class SourceMatrix : public RawMatrix<T> {
+ public:
+  template <class Target>
+  SourceMatrix(const MatrixView<const T>& view, const Target& target) : RawMatrix<T>(view) {
+    if (overlap(*this, target)) {
+      copy_ = Matrix<T>(view);
+      this->leading = count_of(copy_.leading());
+      this->data = copy_.data();
+    }
+  }
+  SourceMatrix(const SourceMatrix&) = delete;
+  SourceMatrix& operator=(const SourceMatrix&) = delete;
+
+ private:
+  Matrix<T> copy_;
 };
 
 template <class T>

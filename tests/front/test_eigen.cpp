@@ -58,6 +58,15 @@ TEST_CASE("Hessenberg and Schur forms are orthogonally similar to the matrix") {
     }
   }
   CHECK(norm(Norm::one, reduced.h) == hessenberg_norm(Norm::one, reduced.h));
+
+  Matrix<Real> dirty = reduced.h;
+  dirty(8, 0) = Real("nan");
+  CHECK(hessenberg_norm(Norm::one, dirty) == norm(Norm::one, reduced.h));
+  CHECK(hessenberg_eigenvalues(dirty) == hessenberg_eigenvalues(reduced.h));
+  CHECK(schur({dirty, reduced.q}).t == form.t);
+  const EigenSystem system = eigen(form);
+  CHECK(relative(multiply(widen(a), system.right), multiply(system.right, diagonal(system.values))) < 1e12);
+  CHECK(eigen_conditions(form).vector == eigen_conditions(a).vector);
 }
 
 TEST_CASE("eigenvectors, left and right, of matrices that need balancing and of others") {

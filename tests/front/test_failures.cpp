@@ -2,6 +2,7 @@
 #include <doctest/doctest.h>
 
 #include <functional>
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -62,6 +63,8 @@ void check_all(const std::vector<Row>& rows) {
 const Matrix<Real> kTall(3, 2);
 const Matrix<Complex> kTallComplex(3, 2);
 const Matrix<Real> kSingular = {{1, 2}, {2, 4}};
+
+constexpr std::size_t kHalf = std::numeric_limits<std::size_t>::max() / 2;
 
 std::vector<Real> reals(std::size_t n) { return std::vector<Real>(n, Real(1)); }
 
@@ -313,6 +316,35 @@ TEST_CASE("shapes that do not fit are refused before a routine is called") {
        {"1", "2", "2"},
        [] { (void)kTall.view().block(0, 1, 3, 2); }},
       {"MatrixView::row", 1, 0, "row 3 of 3", {"3", "3"}, [] { (void)kTall.view().row(3); }},
+      {"F06PAF/DGEMV",
+       7,
+       0,
+       "a vector of 3 elements where 2 are needed",
+       {"3", "2"},
+       [] { (void)dot(reals(2), three); }},
+      {"F08PEF/DHSEQR",
+       10,
+       0,
+       "a matrix of 3 by 2 where 2 by 2 is needed",
+       {"3", "2", "2", "2"},
+       [] {
+         (void)schur({kSingular, kTall});
+       }},
+      {"F08QKF/DTREVC",
+       5,
+       0,
+       "a matrix of 2 by 2 where 1 by 1 is needed",
+       {"2", "2", "1", "1"},
+       [] {
+         (void)eigen({kSingular, kSingular, {1}});
+       }},
+      {"F07ZAZ", 2, 0, "no settings of a routine C06FAF", {}, [] { (void)tuning("C06FAF", Tuning::block_size); }},
+      {"Matrix",
+       1,
+       0,
+       std::to_string(kHalf) + " rows of 4 elements are too many",
+       {std::to_string(kHalf), "4"},
+       [] { Matrix<Real>(kHalf, 4); }},
       {"VectorView",
        3,
        0,

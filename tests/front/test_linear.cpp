@@ -80,6 +80,10 @@ TEST_CASE_TEMPLATE("kernels do what they say", T, Real, Complex) {
   Matrix<T> outer(n, n);
   ger(1, x, x, outer);
   CHECK(outer(1, 2) == x[1] * x[2]);
+  CHECK(std::vector<T>{dot(x, x)} == multiply(Matrix<T>(MatrixView<const T>(x, 1, n)), x));
+  const std::vector<T> reversed(x.rbegin(), x.rend());
+  CHECK(dot(VectorView<const T>(&x[n - 1], n, -1), x) == dot(reversed, x));
+  CHECK(fabs(widen(Matrix<T>{{dotc(x, x)}})(0, 0).re - norm2(x) * norm2(x)) < Real(1, 2 - 50));
   std::vector<T> doubled(n);
   scale(2, x, doubled);
   CHECK(doubled[3] == x[3] + x[3]);
@@ -138,6 +142,16 @@ TEST_CASE("determinants of integer matrices are exact") {
   CHECK(determinant(Matrix<Real>{{1, 2}, {2, 4}}) == 0);
   CHECK(LU(Matrix<Real>{{1, 2}, {2, 4}}).singular());
   CHECK(Cholesky(Matrix<Real>{{4, 2}, {2, 3}}).determinant() == 8);
+}
+
+TEST_CASE("settings of factorisations change the road and not the result") {
+  Samples samples;
+  const Matrix<Real> a = samples.matrix<Real>(9, 9);
+  const Matrix<Real> factors = LU(a).factors();
+  CHECK(set_tuning("F07ADF", Tuning::block_size, 3) == 1);
+  CHECK(tuning("F07ADF", Tuning::block_size) == 3);
+  CHECK(distance(LU(a).factors(), factors) < 1e4);
+  CHECK(set_tuning("F07ADF", Tuning::block_size, 1) == 3);
 }
 
 TEST_CASE("row weights undo the scaling of equations") {

@@ -27,9 +27,9 @@ SparseMatrix<Real> dominant(Samples& samples) {
   return a;
 }
 
-Real largest(const std::vector<Real>& x) { return norm(Norm::largest, MatrixView<const Real>(x, x.size(), 1)); }
+Real largest(std::span<const Real> x) { return norm(Norm::largest, MatrixView<const Real>(x, x.size(), 1)); }
 
-Real error_of(const SparseMatrix<Real>& a, const std::vector<Real>& x, const std::vector<Real>& b) {
+Real error_of(const SparseMatrix<Real>& a, std::span<const Real> x, const std::vector<Real>& b) {
   std::vector<Real> rest = a.multiply(x);
   for (std::size_t i = 0; i < rest.size(); ++i) {
     rest[i] -= b[i];
@@ -120,6 +120,19 @@ TEST_CASE("step by step: monitoring, and an end at will") {
     }
     CHECK(looks >= 3);
     CHECK(!solver.converged());
+
+    std::vector<Integer> seen;
+    const auto look = [&](const Progress& progress, std::span<const Real> x, std::span<const Real> residual) {
+      CHECK(largest(residual) == error_of(a, x, b));
+      seen.push_back(progress.iterations);
+      return seen.size() < 2;
+    };
+    options.monitor = 0;
+    const IterativeSolution stopped = solve_iteratively(a, b, options, {}, {}, look);
+    CHECK(seen == std::vector<Integer>{1, 2});
+    CHECK(stopped.progress.iterations == 2);
+    CHECK(!stopped.converged);
+    CHECK(solve_iteratively(a, b, options).converged);
   });
   CHECK(printed.empty());
 }

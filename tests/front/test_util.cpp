@@ -20,6 +20,9 @@ TEST_CASE("companions by default, classic entries by name") {
   CHECK(abs(Complex(3, 4)) == 5);
   CHECK(machine_precision() == Real(1, -50));
   CHECK(smallest_number() * largest_number() == 1);
+  CHECK(1 / safe_range() == largest_number());
+  const Complex huge(largest_number(), largest_number());
+  CHECK(quotient(huge, huge) == Complex(1));
 }
 
 TEST_CASE("ranks, permutations and sorting count from 0 and keep equal values in order") {
