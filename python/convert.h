@@ -3,6 +3,7 @@
 
 #include <pybind11/pybind11.h>
 
+#include <optional>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -151,9 +152,15 @@ Option option_of(const char* what, const std::string& name,
   throw py::value_error(std::string(what) + " is one of " + names + ", not '" + name + "'");
 }
 
+tesk2mp::Op op_of(const std::string& name);
+tesk2mp::Triangle triangle_of(const std::string& name);
+tesk2mp::Diagonal diagonal_of(bool unit);
+
 // The rooms of the module.
 void add_complex(py::module_& module);
+void add_kernels(py::module_& module);
 void add_linear(py::module_& module);
+void add_sparse(py::module_& module);
 void add_eigen(py::module_& module);
 void add_sequences(py::module_& module);
 

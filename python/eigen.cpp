@@ -74,6 +74,37 @@ a = q h q^T of a real square matrix: (h, q), q orthogonal, h zero below its firs
 True
 )");
   module.def(
+      "hessenberg_eigenvalues",
+      [](py::handle h) { return from(tesk2mp::hessenberg_eigenvalues(to_matrix<Real>(h)), h); }, py::arg("h"),
+      R"(hessenberg_eigenvalues(h)
+
+The eigenvalues of a real upper Hessenberg matrix; what lies below its first subdiagonal is not read.
+
+>>> hessenberg_eigenvalues([[0, 1], [-1, 0]])
+[Complex('0', '1'), Complex('0', '-1')]
+)");
+  module.def(
+      "balance",
+      [](py::handle a, const std::string& job) {
+        using tesk2mp::Balancing;
+        const auto chosen = option_of<Balancing>("job", job,
+                                                 {{"both", Balancing::both},
+                                                  {"permute", Balancing::permute},
+                                                  {"scale", Balancing::scale},
+                                                  {"none", Balancing::none}});
+        const tesk2mp::Balanced balanced = tesk2mp::balance(to_matrix<Real>(a), chosen);
+        return py::make_tuple(from(balanced.matrix, a), balanced.low, balanced.high, from(balanced.scale, a));
+      },
+      py::arg("a"), py::arg("job") = "both", R"(balance(a, job='both')
+
+A matrix similar to a real square one, with rows and columns of like norm: (matrix, low, high, scale). Rows and columns low
+... high-1 hold the eigenvalues still to be found, the others stand on the diagonal. scale: the scale factors of low ... high-1;
+elsewhere the row, from 1, that was interchanged. job: 'both', 'permute', 'scale' or 'none'.
+
+>>> balance([[1, 5], [0, 2]])
+([[Decimal('1'), Decimal('5')], [Decimal('0'), Decimal('2')]], 0, 1, [Decimal('1'), Decimal('2')])
+)");
+  module.def(
       "quartic_zeros",
       [](py::handle e, py::handle a, py::handle b, py::handle c, py::handle d) {
         py::list zeros;

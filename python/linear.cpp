@@ -1,207 +1,158 @@
-// Products, norms, linear equations and sparse matrices.
+// Linear equations with a dense matrix.
 #include "convert.h"
 
 namespace python {
 namespace {
 
-using tesk2mp::Norm;
-using tesk2mp::SparseMatrix;
-using tesk2mp::Storage;
-using tesk2mp::Triangle;
+/// Factors of a real or of a complex matrix.
+using AnyLU = std::variant<tesk2mp::LU<Real>, tesk2mp::LU<Complex>>;
+using AnyCholesky = std::variant<tesk2mp::Cholesky<Real>, tesk2mp::Cholesky<Complex>>;
 
-/// One of the two, as the entries ask for.
-using AnySparse = std::variant<SparseMatrix<Real>, SparseMatrix<Complex>>;
-
-/// y := function(x), of one vector in Python.
-void call_with_vector(const py::function& function, std::span<const Real> x, std::span<Real> y) {
-  const std::vector<Real> result = to_vector<Real>(function(from(std::vector<Real>(x.begin(), x.end()), py::none())));
-  if (result.size() != y.size()) {
-    throw py::value_error("the function gave " + std::to_string(result.size()) + " numbers for " +
-                          std::to_string(y.size()));
-  }
-  std::copy(result.begin(), result.end(), y.begin());
+AnyLU lu_of(py::handle a, bool row_weighted) {
+  const Array given(a);
+  return with_scalar(
+      [&]<class T>(T) -> AnyLU {
+        if (!row_weighted) {
+          return tesk2mp::LU<T>(given.matrix<T>());
+        }
+        if constexpr (std::is_same_v<T, Real>) {
+          return tesk2mp::LU<Real>::row_weighted(given.matrix<Real>());
+        } else {
+          throw py::type_error("row weights are for real matrices");
+        }
+      },
+      given);
 }
 
-py::tuple solve_iteratively(const py::object& a, const py::object& b, const py::object& preconditioner,
-                            const std::string& method, Integer order, const py::object& tolerance,
-                            Integer most_iterations, const py::object& guess) {
-  using tesk2mp::Method;
-  tesk2mp::SolverOptions options;
-  options.method = option_of<Method>(
-      "method", method,
-      {{"rgmres", Method::rgmres}, {"cgs", Method::cgs}, {"bicgstab", Method::bicgstab}, {"tfqmr", Method::tfqmr}});
-  options.order = order;
-  options.tolerance = to_real(tolerance);
-  options.most_iterations = most_iterations;
-  std::function<void(std::span<const Real>, std::span<Real>)> precondition;
-  if (!preconditioner.is_none()) {
-    precondition = [function = py::function(preconditioner)](std::span<const Real> x, std::span<Real> y) {
-      call_with_vector(function, x, y);
-    };
-  }
-  const std::vector<Real> right = to_vector<Real>(b);
-  const std::vector<Real> first = guess.is_none() ? std::vector<Real>() : to_vector<Real>(guess);
-  const auto solved = [&](const auto& matrix) {
-    const tesk2mp::IterativeSolution solution = tesk2mp::solve_iteratively(matrix, right, options, precondition, first);
-    return py::make_tuple(from(solution.x, b), from(solution.residual, b), long(solution.progress.iterations));
-  };
-  if (!py::isinstance<AnySparse>(a)) {
-    const auto function = py::cast<py::function>(a);
-    return solved([&](std::span<const Real> x, std::span<Real> y) { call_with_vector(function, x, y); });
-  }
-  const auto* matrix = std::get_if<SparseMatrix<Real>>(&py::cast<const AnySparse&>(a));
-  if (matrix == nullptr) {
-    throw py::type_error("the iterative solver is for real matrices");
-  }
-  return solved(*matrix);
+AnyCholesky cholesky_of(py::handle a, const std::string& triangle) {
+  const Array given(a);
+  return with_scalar(
+      [&]<class T>(T) -> AnyCholesky { return tesk2mp::Cholesky<T>(given.matrix<T>(), triangle_of(triangle)); }, given);
 }
 
 /// Solves for a vector or for the columns of a matrix.
-template <class T, class Factorisation>
-py::object solve_with(const Factorisation& factorisation, const Array& b, py::handle model) {
-  return b.is_vector() ? from(factorisation.solve(b.vector<T>()), model)
-                       : from(factorisation.solve(b.matrix<T>()), model);
+template <class T, class Factorisation, class... Options>
+py::object solve_with(const Factorisation& factorisation, const Array& b, py::handle model, Options... options) {
+  return b.is_vector() ? from(factorisation.solve(b.vector<T>(), options...), model)
+                       : from(factorisation.solve(b.matrix<T>(), options...), model);
 }
 
-py::object multiply(py::handle a, py::handle b) {
-  const Array left(a);
-  const Array right(b);
-  return with_scalar(
-      [&]<class T>(T) {
-        return right.is_vector() ? from(tesk2mp::multiply(left.matrix<T>(), right.vector<T>()), a)
-                                 : from(tesk2mp::multiply(left.matrix<T>(), right.matrix<T>()), a);
+/// Calls `work` with the factorisation that is held.
+template <class Any, class Work>
+auto on(const Any& held, Work work) {
+  return std::visit(work, held);
+}
+
+void add_lu(py::module_& module) {
+  py::class_<AnyLU>(module, "LU", R"(LU(a, row_weighted=False)
+
+The factors of a = P L U by partial pivoting, for solving more than once. row_weighted, for a real a: pivots are chosen as if
+all rows had length 1, and a pivot below 8 times the machine precision is a NumericalFailure.
+
+factors: a matrix with L below the diagonal (its ones left out) and U above. pivots: row i was interchanged with row
+pivots[i]. singular: a pivot is exactly zero.
+
+>>> lu = LU([[0, 2], [4, 1]])
+>>> lu.solve([2, 9]), lu.solve([4, 3], op='transpose'), lu.determinant(), lu.pivots
+([Decimal('2'), Decimal('1')], [Decimal('1'), Decimal('1')], Decimal('-8'), [1, 1])
+)")
+      .def(py::init(&lu_of), py::arg("a"), py::arg("row_weighted") = false)
+      .def_property_readonly(
+          "factors",
+          [](const AnyLU& self) { return on(self, [](const auto& lu) { return from(lu.factors(), py::none()); }); })
+      .def_property_readonly(
+          "pivots",
+          [](const AnyLU& self) { return on(self, [](const auto& lu) { return from(lu.pivots(), py::none()); }); })
+      .def_property_readonly("singular",
+                             [](const AnyLU& self) { return on(self, [](const auto& lu) { return lu.singular(); }); })
+      .def("determinant",
+           [](const AnyLU& self) { return on(self, [](const auto& lu) { return from(lu.determinant()); }); })
+      .def("inverse",
+           [](const AnyLU& self) { return on(self, [](const auto& lu) { return from(lu.inverse(), py::none()); }); })
+      .def(
+          "solve",
+          [](const AnyLU& self, py::handle b, const std::string& op) {
+            const Array right(b);
+            return on(self, [&]<class T>(const tesk2mp::LU<T>& lu) { return solve_with<T>(lu, right, b, op_of(op)); });
+          },
+          py::arg("b"), py::arg("op") = "none",
+          "solve(b, op='none')\n\nThe solution x of op(a) x = b, for a vector or for each column of a matrix; b of a "
+          "real "
+          "a is real.");
+}
+
+void add_cholesky(py::module_& module) {
+  py::class_<AnyCholesky>(module, "Cholesky", R"(Cholesky(a, triangle='lower')
+
+The factor of a = L L^H, or of a = U^H U with triangle='upper', of a symmetric or Hermitian positive definite matrix, for
+solving more than once; that triangle of a is read. NumericalFailure when the matrix is not positive definite.
+
+>>> a = Cholesky([[4, 2], [2, 5]])
+>>> a.solve([8, 12]), a.determinant()
+([Decimal('1'), Decimal('2')], Decimal('16'))
+>>> a.factor
+[[Decimal('2'), Decimal('0')], [Decimal('1'), Decimal('2')]]
+)")
+      .def(py::init(&cholesky_of), py::arg("a"), py::arg("triangle") = "lower")
+      .def_property_readonly(
+          "factor",
+          [](const AnyCholesky& self) { return on(self, [](const auto& a) { return from(a.factor(), py::none()); }); })
+      .def("determinant",
+           [](const AnyCholesky& self) { return on(self, [](const auto& a) { return from(a.determinant()); }); })
+      .def(
+          "inverse",
+          [](const AnyCholesky& self) { return on(self, [](const auto& a) { return from(a.inverse(), py::none()); }); })
+      .def(
+          "solve",
+          [](const AnyCholesky& self, py::handle b) {
+            const Array right(b);
+            return on(self, [&]<class T>(const tesk2mp::Cholesky<T>& a) { return solve_with<T>(a, right, b); });
+          },
+          py::arg("b"),
+          "solve(b)\n\nThe solution x of a x = b, for a vector or for each column of a matrix; b of a real a is real.");
+}
+
+void add_tuning(py::module_& module) {
+  using tesk2mp::Tuning;
+  const auto item_of = [](const std::string& name) {
+    return option_of<Tuning>("item", name,
+                             {{"block_size", Tuning::block_size},
+                              {"least_block_size", Tuning::least_block_size},
+                              {"crossover", Tuning::crossover},
+                              {"shifts", Tuning::shifts},
+                              {"largest_small_block", Tuning::largest_small_block}});
+  };
+  module.def(
+      "tuning",
+      [=](const std::string& routine, const std::string& item) {
+        return long(tesk2mp::tuning(routine, item_of(item)));
       },
-      left, right);
-}
+      py::arg("routine"), py::arg("item"), R"(tuning(routine, item)
 
-py::object norm(py::handle a, const std::string& kind) {
-  const Norm chosen = option_of<Norm>(
-      "kind", kind,
-      {{"largest", Norm::largest}, {"one", Norm::one}, {"infinity", Norm::infinity}, {"frobenius", Norm::frobenius}});
-  const Array given(a);
-  return with_scalar(
-      [&]<class T>(T) {
-        if (!given.is_vector()) {
-          return from(tesk2mp::norm(chosen, given.matrix<T>()));
-        }
-        const std::vector<T> x = given.vector<T>();
-        return from(tesk2mp::norm(chosen, tesk2mp::MatrixView<const T>(x, x.size(), 1)));
-      },
-      given);
-}
+A setting of a dense routine, 'F07ADF' or the like, for the whole process. item: 'block_size', 'least_block_size' or
+'crossover' of a factorisation, 'shifts' or 'largest_small_block' of the QR algorithm.
 
-py::object cholesky(py::handle a, const std::string& triangle) {
-  const Triangle chosen =
-      option_of<Triangle>("triangle", triangle, {{"lower", Triangle::lower}, {"upper", Triangle::upper}});
-  const Array given(a);
-  return with_scalar([&]<class T>(T) { return from(tesk2mp::Cholesky<T>(given.matrix<T>(), chosen).factor(), a); },
-                     given);
-}
-
-py::tuple lu(py::handle a) {
-  const Array given(a);
-  return with_scalar(
-      [&]<class T>(T) {
-        const tesk2mp::LU<T> lu(given.matrix<T>());
-        return py::make_tuple(from(lu.factors(), a), from(lu.pivots(), py::none()));
-      },
-      given);
-}
-
-AnySparse sparse_of(std::size_t order, py::handle entries, bool lower_triangle) {
-  std::vector<std::pair<std::size_t, std::size_t>> places;
-  py::list values;
-  for (const py::handle each : elements_of(entries)) {
-    const py::list entry(elements_of(each));
-    if (entry.size() != 3) {
-      throw py::value_error("an entry is a row, a column and a value");
-    }
-    places.emplace_back(to_index(entry[0]), to_index(entry[1]));
-    values.append(entry[2]);
-  }
-  const Array numbers(values);
-  return with_scalar(
-      [&]<class T>(T) -> AnySparse {
-        SparseMatrix<T> matrix(order, lower_triangle ? Storage::lower_triangle : Storage::general);
-        const std::vector<T> x = numbers.vector<T>();
-        for (std::size_t k = 0; k < x.size(); ++k) {
-          matrix.add(places[k].first, places[k].second, x[k]);
-        }
-        return matrix;
-      },
-      numbers);
-}
-
-void add_sparse(py::module_& module) {
-  py::class_<AnySparse> type(module, "SparseMatrix", R"(SparseMatrix(order, entries, lower_triangle=False)
-
-A square sparse matrix from its entries (row, column, value), indices from 0. With lower_triangle the entries are the
-lower triangle of a symmetric (real) or Hermitian (complex) matrix.
-
->>> a = SparseMatrix(3, [(0, 0, 2), (2, 1, -1), (0, 0, '0.5')])
->>> a.multiply([1, 1, 1])
-[Decimal('2.5'), Decimal('0'), Decimal('-1')]
->>> a.canonicalise().entries()
-[(0, 0, Decimal('2.5')), (2, 1, Decimal('-1'))]
+>>> tuning('F07ADF', 'block_size')
+1
 )");
-  type.def(py::init(&sparse_of), py::arg("order"), py::arg("entries"), py::arg("lower_triangle") = false);
-  type.def(
-      "canonicalise",
-      [](AnySparse& self) -> AnySparse& {
-        std::visit([](auto& matrix) { matrix.canonicalise(); }, self);
-        return self;
+  module.def(
+      "set_tuning",
+      [=](const std::string& routine, const std::string& item, Integer value) {
+        return long(tesk2mp::set_tuning(routine, item_of(item), value));
       },
-      py::return_value_policy::reference_internal,
-      "canonicalise()\n\nSorts the entries by rows, adds up those of the same place, drops zeros; returns the matrix.");
-  type.def(
-      "entries",
-      [](const AnySparse& self) {
-        py::list entries;
-        std::visit(
-            [&](const auto& matrix) {
-              for (std::size_t k = 0; k < matrix.entries(); ++k) {
-                entries.append(py::make_tuple(matrix.row(k), matrix.column(k), from(matrix.value(k))));
-              }
-            },
-            self);
-        return entries;
-      },
-      "entries()\n\nThe entries (row, column, value) as they are stored.");
-  type.def(
-      "multiply",
-      [](const AnySparse& self, const py::object& x, bool transpose) {
-        return std::visit(
-            [&]<class T>(const SparseMatrix<T>& matrix) {
-              const tesk2mp::Op adjoint =
-                  std::is_same_v<T, Complex> ? tesk2mp::Op::conjugate_transpose : tesk2mp::Op::transpose;
-              return from(matrix.multiply(to_vector<T>(x), transpose ? adjoint : tesk2mp::Op::none), x);
-            },
-            self);
-      },
-      py::arg("x"), py::arg("transpose") = false,
-      "multiply(x, transpose=False)\n\nThe product with a vector; of the (conjugate) transpose with transpose=True.");
-  type.def_property_readonly("order", [](const AnySparse& self) {
-    return std::visit([](const auto& matrix) { return matrix.order(); }, self);
-  });
+      py::arg("routine"), py::arg("item"), py::arg("value"), R"(set_tuning(routine, item, value)
+
+Sets one and returns its former value.
+
+>>> former = set_tuning('F07ADF', 'block_size', 8)
+>>> set_tuning('F07ADF', 'block_size', former)
+8
+)");
 }
 
 }  // namespace
 
 void add_linear(py::module_& module) {
-  module.def("multiply", multiply, py::arg("a"), py::arg("b"), R"(multiply(a, b)
-
-The product of a matrix, m by n, with a vector of n or a matrix, n by k.
-
->>> multiply([[1, 2], [3, 4]], ['0.5', 1])
-[Decimal('2.5'), Decimal('5.5')]
-)");
-  module.def("norm", norm, py::arg("a"), py::arg("kind") = "frobenius", R"(norm(a, kind='frobenius')
-
-A norm of a matrix or a vector (a column). kind: 'largest' (element), 'one' (column sum), 'infinity' (row sum), 'frobenius'.
-
->>> norm([[1, -2], [3, 4]], 'infinity')
-Decimal('7')
-)");
   module.def(
       "solve",
       [](py::handle a, py::handle b) {
@@ -245,7 +196,13 @@ The inverse of a square matrix. NumericalFailure when it is singular.
 >>> inverse([[2, 0], [0, 4]])
 [[Decimal('0.5'), Decimal('0')], [Decimal('0'), Decimal('0.25')]]
 )");
-  module.def("lu", lu, py::arg("a"), R"(lu(a)
+  module.def(
+      "lu",
+      [](py::handle a) {
+        return on(lu_of(a, false),
+                  [&](const auto& lu) { return py::make_tuple(from(lu.factors(), a), from(lu.pivots(), py::none())); });
+      },
+      py::arg("a"), R"(lu(a)
 
 The factors of a = P L U, m by n: a matrix with L below the diagonal (its ones left out) and U above, and the list of
 pivots: row i was interchanged with row pivots[i].
@@ -253,7 +210,12 @@ pivots: row i was interchanged with row pivots[i].
 >>> lu([[0, 2], [4, 1]])
 ([[Decimal('4'), Decimal('1')], [Decimal('0'), Decimal('2')]], [1, 1])
 )");
-  module.def("cholesky", cholesky, py::arg("a"), py::arg("triangle") = "lower", R"(cholesky(a, triangle='lower')
+  module.def(
+      "cholesky",
+      [](py::handle a, const std::string& triangle) {
+        return on(cholesky_of(a, triangle), [&](const auto& factors) { return from(factors.factor(), a); });
+      },
+      py::arg("a"), py::arg("triangle") = "lower", R"(cholesky(a, triangle='lower')
 
 The factor L of a = L L^H, or U of a = U^H U with triangle='upper'; that triangle of the symmetric or Hermitian matrix is
 read. NumericalFailure when it is not positive definite.
@@ -261,25 +223,9 @@ read. NumericalFailure when it is not positive definite.
 >>> cholesky([[4, 2], [2, 5]])
 [[Decimal('2'), Decimal('0')], [Decimal('1'), Decimal('2')]]
 )");
-  add_sparse(module);
-  module.def(
-      "solve_iteratively", solve_iteratively, py::arg("a"), py::arg("b"), py::arg("preconditioner") = py::none(),
-      py::arg("method") = "rgmres", py::arg("order") = 0, py::arg("tolerance") = 0, py::arg("most_iterations") = 1000,
-      py::arg("guess") = py::none(),
-      R"(solve_iteratively(a, b, preconditioner=None, method='rgmres', order=0, tolerance=0, most_iterations=1000, guess=None)
-
-The solution of a x = b by iteration: (x, residual b - a x, number of iterations). a: a SparseMatrix, or a function that takes
-a list of n numbers and gives the n numbers of their product with the matrix. preconditioner: a function that solves with
-a matrix near a. method: 'rgmres', 'cgs', 'bicgstab' or 'tfqmr'; order: iterations to a restart of RGMRES, the order of
-BICGSTAB, 0 for the usual one. tolerance: 0 for the square root of the machine precision. NumericalFailure when the method
-breaks down or runs out of iterations.
-
->>> a = SparseMatrix(2, [(0, 0, 4), (0, 1, 1), (1, 0, 2), (1, 1, 3)])
->>> with digits(30):
-...     x, residual, iterations = solve_iteratively(a, [1, 2], tolerance='1e-25')
->>> [round(number, 20) for number in x], iterations
-([Decimal('0.10000000000000000000'), Decimal('0.60000000000000000000')], 2)
-)");
+  add_lu(module);
+  add_cholesky(module);
+  add_tuning(module);
 }
 
 }  // namespace python

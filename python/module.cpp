@@ -50,7 +50,9 @@ PYBIND11_MODULE(_core, module) {
   module.def("set_digits", tesk2mp::set_digits, py::arg("digits"),
              "set_digits(digits)\n\nSets the working digits, 1 to 1000000, and returns the former ones.");
   python::add_complex(module);
+  python::add_kernels(module);
   python::add_linear(module);
+  python::add_sparse(module);
   python::add_eigen(module);
   python::add_sequences(module);
 }

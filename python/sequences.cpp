@@ -113,6 +113,15 @@ The inverse of transform_real, from half-complex storage to n reals.
 >>> transform_hermitian([5, -1, -1, 1])
 [Decimal('1'), Decimal('2'), Decimal('3'), Decimal('4')]
 )");
+  module.def(
+      "expand_hermitian", [](py::handle x) { return from(tesk2mp::expand_hermitian(to_vector<Real>(x)), x); },
+      py::arg("x"), R"(expand_hermitian(x)
+
+The n Complex numbers z_0 ... z_(n-1) that half-complex storage stands for.
+
+>>> expand_hermitian([5, -1, -1, 1])
+[Complex('5', '0'), Complex('-1', '1'), Complex('-1', '0'), Complex('-1', '-1')]
+)");
 }
 
 void add_ranking(py::module_& module) {
@@ -212,29 +221,66 @@ True
       });
 }
 
-}  // namespace
-
-void add_sequences(py::module_& module) {
+void add_constants(py::module_& module) {
   module.def(
-      "pi", [] { return from(tesk2mp::pi()); }, R"(pi()
+      "pi", [](bool classic) { return from(classic ? tesk2mp::classic::pi() : tesk2mp::pi()); },
+      py::arg("classic") = false, R"(pi(classic=False)
+
+classic: the library's constant of old, good to 16 digits.
 
 >>> with digits(50):
 ...     pi()
 Decimal('3.1415926535897932384626433832795028841971693993751')
 )");
+  const auto constant = [&](const char* name, Real (*value)(), const char* document) {
+    module.def(
+        name, [value] { return from(value()); }, document);
+  };
+  constant("machine_precision", tesk2mp::machine_precision, R"(machine_precision()
+
+10 to the power -digits, the relative distance of neighbouring numbers.
+
+>>> machine_precision()
+Decimal('1E-20')
+)");
+  constant("smallest_number", tesk2mp::smallest_number, R"(smallest_number()
+
+The smallest positive number.
+
+>>> smallest_number()
+Decimal('1E-134217726')
+)");
+  constant("largest_number", tesk2mp::largest_number, R"(largest_number()
+
+The largest number of the model.
+
+>>> largest_number()
+Decimal('1E+134217726')
+)");
   module.def(
       "sqrt",
-      [](py::handle z) {
-        const Complex root = tesk2mp::sqrt(to_complex(z));
-        return py::isinstance<Complex>(z) || root.im != 0 ? from(root) : from(sqrt(to_real(z)));
+      [](py::handle number, bool classic) {
+        const Complex z = to_complex(number);
+        const Complex root = classic ? tesk2mp::classic::sqrt(z) : tesk2mp::sqrt(z);
+        if (py::isinstance<Complex>(number) || root.im != 0) {
+          return from(root);
+        }
+        return from(classic ? root.re : sqrt(z.re));
       },
-      py::arg("z"), R"(sqrt(z)
+      py::arg("z"), py::arg("classic") = false, R"(sqrt(z, classic=False)
 
-The principal square root: a Complex of a Complex and of a negative number, otherwise a Decimal, correctly rounded.
+The principal square root: a Complex of a Complex and of a negative number, otherwise a Decimal, correctly rounded. classic:
+by the library's routine of old, which has a constant of 16 digits.
 
 >>> sqrt(2), sqrt(-4)
 (Decimal('1.4142135623730950488'), Complex('0', '2'))
 )");
+}
+
+}  // namespace
+
+void add_sequences(py::module_& module) {
+  add_constants(module);
   add_transforms(module);
   add_ranking(module);
   add_random(module);

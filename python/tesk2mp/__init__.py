@@ -7,6 +7,9 @@ meant; Decimal(x) takes a float x as it is. Results are Decimal and Complex with
 Vectors are sequences of numbers, matrices sequences of rows, numpy arrays too. Results are lists, or numpy arrays of
 objects when the first argument is an array. Arguments are never changed.
 
+The working digits belong to the process: threads share them, and the module runs one call at a time. Arithmetic on Decimals
+outside of it is Python's own, at the digits of decimal.getcontext().
+
     >>> import tesk2mp
     >>> with tesk2mp.digits(40):
     ...     tesk2mp.solve([[4, 1], [2, 3]], ['0.1', 1])
@@ -22,27 +25,42 @@ Failures are exceptions, Error and its kinds InvalidArgument and NumericalFailur
 """
 
 from ._core import (
+    Cholesky,
     Complex,
+    LU,
     Random,
     SparseMatrix,
+    balance,
     cholesky,
     determinant,
+    dot,
     eigen,
     eigen_conditions,
     eigenvalues,
+    expand_hermitian,
     get_digits,
+    hermitian_product,
     hessenberg,
+    hessenberg_eigenvalues,
+    hessenberg_norm,
     inverse,
     invert,
+    largest_number,
     lu,
+    machine_precision,
     multiply,
     norm,
+    outer,
     pi,
     quartic_zeros,
     rank,
     rearrange,
+    rotation,
+    scale,
     schur,
     set_digits,
+    set_tuning,
+    smallest_number,
     solve,
     solve_iteratively,
     sort,
@@ -51,6 +69,9 @@ from ._core import (
     transform,
     transform_hermitian,
     transform_real,
+    triangular_multiply,
+    triangular_solve,
+    tuning,
 )
 from ._errors import Error, InvalidArgument, NumericalFailure
 
@@ -80,31 +101,46 @@ class digits:  # pylint: disable=invalid-name
 
 
 __all__ = [
+    "Cholesky",
     "Complex",
     "Error",
     "InvalidArgument",
+    "LU",
     "NumericalFailure",
     "Random",
     "SparseMatrix",
+    "balance",
     "cholesky",
     "determinant",
     "digits",
+    "dot",
     "eigen",
     "eigen_conditions",
     "eigenvalues",
+    "expand_hermitian",
     "get_digits",
+    "hermitian_product",
     "hessenberg",
+    "hessenberg_eigenvalues",
+    "hessenberg_norm",
     "inverse",
     "invert",
+    "largest_number",
     "lu",
+    "machine_precision",
     "multiply",
     "norm",
+    "outer",
     "pi",
     "quartic_zeros",
     "rank",
     "rearrange",
+    "rotation",
+    "scale",
     "schur",
     "set_digits",
+    "set_tuning",
+    "smallest_number",
     "solve",
     "solve_iteratively",
     "sort",
@@ -113,4 +149,7 @@ __all__ = [
     "transform",
     "transform_hermitian",
     "transform_real",
+    "triangular_multiply",
+    "triangular_solve",
+    "tuning",
 ]

@@ -151,7 +151,7 @@ class Numbers(unittest.TestCase):
     def test_arrays_of_any_layout(self):
         square = numpy.array([[1, 2, 3], [4, 5, 6], [7, 8, 10]])
         expected = tesk2mp.solve(square.tolist(), [1, 2, 3])
-        for a in (square, numpy.asfortranarray(square), square.astype(object), square.astype(numpy.uint8), numpy.matrix(square)):
+        for a in (square, numpy.asfortranarray(square), square.astype(object), square.astype(numpy.uint8), square.view(numpy.matrix)):
             self.assertEqual(list(tesk2mp.solve(a, numpy.array([3, 2, 1])[::-1])), expected)
         self.assertEqual(tesk2mp.multiply(square[::2, ::-1], [1, 0, 0]).tolist(), [3, 10])
         with self.assertRaises(TypeError):

@@ -1,9 +1,11 @@
 """The routines against exact fractions, Python's decimal arithmetic and numpy."""
 
 import cmath
+import concurrent.futures
 import decimal
 import os
 import random
+import sys
 import time
 import unittest
 from decimal import Decimal
@@ -110,10 +112,129 @@ class Linear(unittest.TestCase):
         self.assertEqual(matrix.order, 6)
         self.assertEqual(matrix.multiply(x), (dense @ x).tolist())
         self.assertEqual(matrix.multiply(x, transpose=True), (dense.T @ x).tolist())
+        again = tesk2mp.SparseMatrix(6, entries)
+        again.add(0, 5, 0)
+        self.assertEqual(len(again.canonicalise(zeros="keep").entries()), len({entry[:2] for entry in entries} | {(0, 5)}))
+        again.add(0, 5, 1)
+        with self.assertRaises(tesk2mp.InvalidArgument):
+            again.canonicalise("fail")
+        with self.assertRaises(TypeError):
+            again.add(0, 0, tesk2mp.Complex(1))
+        self.assertEqual((again.lower_triangle, matrix.multiply(x)), (False, (dense @ x).tolist()))
         self.assertEqual(matrix.canonicalise().multiply(x), (dense @ x).tolist())
         self.assertEqual([entry[:2] for entry in matrix.entries()], [tuple(place) for place in numpy.argwhere(dense)])
         hermitian = tesk2mp.SparseMatrix(2, [(1, 0, tesk2mp.Complex(0, 1))], lower_triangle=True)
         self.assertEqual(hermitian.multiply([1, 1]), [tesk2mp.Complex(0, -1), tesk2mp.Complex(0, 1)])
+
+
+class Kernels(unittest.TestCase):
+    """Integers, so that results are exact; complex ones as pairs."""
+
+    def setUp(self):
+        self.real = numpy.array(integers(4, 4), dtype=object)
+        self.complex = self.real + 1j * numpy.array(integers(4, 4), dtype=object)
+
+    @staticmethod
+    def given(array):
+        """What the library is given for numpy's array."""
+        return numpy.vectorize(
+            lambda z: tesk2mp.Complex(int(z.real), int(z.imag)) if isinstance(z, complex) else z, otypes=[object]
+        )(array).tolist()
+
+    OPS = {"none": lambda a: a, "transpose": lambda a: a.T, "conjugate_transpose": lambda a: a.T.conj()}
+
+    def test_products(self):
+        for a in (self.real, self.complex):
+            p, (x, y) = self.given(a), self.given(a[:2])
+            for op_a, first in self.OPS.items():
+                one = tesk2mp.multiply(p, x, op_a, alpha=2, beta=-3, c=y)
+                self.assertTrue((doubles(one) == 2 * first(a) @ a[0] - 3 * a[1]).all())
+                for op_b, second in self.OPS.items():
+                    many = tesk2mp.multiply(p, p, op_a, op_b, alpha=2, beta=-3, c=p)
+                    self.assertTrue((doubles(many) == 2 * first(a) @ second(a) - 3 * a).all())
+        self.assertTrue((doubles(tesk2mp.multiply(self.given(self.complex), self.real[0])) == self.complex @ self.real[0]).all())
+        self.assertTrue((doubles(tesk2mp.multiply([[1]], [1], alpha=tesk2mp.Complex(0, 1))) == [1j]).all())
+        self.assertEqual(tesk2mp.multiply([[1]], [1], beta="nan"), [1])
+
+    def test_triangles(self):
+        for a in (self.real, self.complex):
+            p, (x, _), b = self.given(a), self.given(a[:2]), self.given(a[:, :3])
+            for triangle, part in (("upper", numpy.triu), ("lower", numpy.tril)):
+                for unit in (False, True):
+                    factor = part(a, 0) if not unit else part(a, 1 if triangle == "upper" else -1) + numpy.eye(4, dtype=object)
+                    for op, changed in self.OPS.items():
+                        options = dict(triangle=triangle, op=op, unit=unit)
+                        y = tesk2mp.triangular_multiply(p, x, **options)
+                        self.assertTrue((doubles(y) == changed(factor) @ a[0]).all())
+                        z = tesk2mp.triangular_multiply(p, b, **options)
+                        self.assertTrue((doubles(z) == changed(factor) @ a[:, :3]).all())
+                        if unit:  # exact both ways
+                            self.assertEqual(tesk2mp.triangular_solve(p, y, **options), x)
+                            self.assertEqual(tesk2mp.triangular_solve(p, z, **options), b)
+                            right = tesk2mp.triangular_solve(p, self.given(a[:2] @ changed(factor)), side="right", **options)
+                            self.assertEqual(right, self.given(a[:2]))
+
+    def test_updates_and_vectors(self):
+        for a in (self.real, self.complex):
+            p, (x, y) = self.given(a), self.given(a[:2])
+            for conjugate in (False, True):
+                other = a[1].conj() if conjugate else a[1]
+                self.assertTrue((doubles(tesk2mp.outer(x, y, conjugate)) == numpy.outer(a[0], other)).all())
+                self.assertTrue((doubles(tesk2mp.outer(x, y, conjugate, 2, p)) == 2 * numpy.outer(a[0], other) + a).all())
+                self.assertEqual(doubles(tesk2mp.dot(y, x, conjugate)), other @ a[0])
+            self.assertTrue((doubles(tesk2mp.scale(tesk2mp.Complex(0, 2), x)) == 2j * a[0]).all())
+            hermitian = a @ a.T.conj()
+            for triangle, part in (("upper", numpy.triu), ("lower", numpy.tril)):
+                self.assertTrue((doubles(tesk2mp.hermitian_product(p, triangle=triangle)) == part(hermitian)).all())
+            added = tesk2mp.hermitian_product(p, "conjugate_transpose", alpha=2, beta=3, c=self.given(hermitian))
+            self.assertTrue((numpy.tril(doubles(added)) == numpy.tril(2 * a.T.conj() @ a + 3 * hermitian)).all())
+            self.assertEqual(tesk2mp.hessenberg_norm(p, "one"), tesk2mp.norm(self.given(numpy.triu(a, -1)), "one"))
+        c, s, r, _ = tesk2mp.rotation(5, -12)
+        self.assertEqual([round(c * 5 - s * 12, 15), round(c * 12 + s * 5, 15), abs(r)], [r, 0, 13])
+
+    def test_factors_that_are_kept(self):
+        for a in (self.real + 50 * numpy.eye(4, dtype=object), self.complex + 50 * numpy.eye(4, dtype=object)):
+            p, (x, y) = self.given(a), self.given(a[:2])
+            positive = self.given(a @ a.T.conj())
+            for op, changed in self.OPS.items():
+                found = doubles(tesk2mp.LU(p).solve(x, op))
+                self.assertTrue(numpy.allclose(changed(a).astype(complex) @ found, a[0].astype(complex)))
+            kept = tesk2mp.LU(p)
+            self.assertEqual((kept.factors, kept.pivots), tesk2mp.lu(p))
+            self.assertEqual((kept.solve(y), kept.determinant(), kept.inverse()), (tesk2mp.solve(p, y), tesk2mp.determinant(p), tesk2mp.inverse(p)))
+            for triangle in ("lower", "upper"):
+                factors = tesk2mp.Cholesky(positive, triangle)
+                self.assertEqual(factors.factor, tesk2mp.cholesky(positive, triangle))
+                with tesk2mp.digits(40):
+                    rest = doubles(tesk2mp.multiply(positive, tesk2mp.Cholesky(positive, triangle).solve(x))) - doubles(x)
+                self.assertLess(numpy.abs(rest).max(), 1e-25)
+            self.assertTrue(numpy.allclose(doubles(factors.inverse()) @ doubles(positive), numpy.eye(4)))
+            determinant = tesk2mp.determinant(positive)
+            self.assertAlmostEqual(abs(doubles(determinant) / doubles(factors.determinant())), 1)
+        self.assertEqual([tesk2mp.LU([[1, 2], [2, 4]]).singular, tesk2mp.LU([[1, 2], [2, 4]]).determinant()], [True, 0])
+        badly_scaled = [["1e30", "2e30"], [3, -1]]
+        self.assertEqual([tesk2mp.LU(badly_scaled, weighted).pivots[0] for weighted in (False, True)], [0, 1])
+        for call in (lambda: tesk2mp.LU([[tesk2mp.Complex(1)]], True), lambda: tesk2mp.LU([[1]]).solve([tesk2mp.Complex(1)])):
+            with self.assertRaises(TypeError):
+                call()
+
+    def test_what_does_not_fit(self):
+        for call, kind in (
+            (lambda: tesk2mp.multiply([[1]], [1], op_b="transpose"), ValueError),
+            (lambda: tesk2mp.multiply([[1]], [1], c=[1, 2]), tesk2mp.InvalidArgument),
+            (lambda: tesk2mp.multiply([[1]], [1], c=[[1]]), TypeError),
+            (lambda: tesk2mp.multiply([[1]], [1], alpha=0.5), TypeError),
+            (lambda: tesk2mp.multiply([[1]], [1], alpha=[1]), TypeError),
+            (lambda: tesk2mp.triangular_solve([[1]], [1], side="right"), TypeError),
+            (lambda: tesk2mp.triangular_multiply([[1, 2]], [1]), tesk2mp.InvalidArgument),
+            (lambda: tesk2mp.outer([1], [1, 2], a=[[1]]), tesk2mp.InvalidArgument),
+            (lambda: tesk2mp.hermitian_product([[1]], "transpose"), tesk2mp.InvalidArgument),
+            (lambda: tesk2mp.dot([1], [1, 2]), tesk2mp.InvalidArgument),
+            (lambda: tesk2mp.dot([], [1]), tesk2mp.InvalidArgument),
+            (lambda: tesk2mp.tuning("C06FAF", "block_size"), tesk2mp.InvalidArgument),
+        ):
+            with self.assertRaises(kind):
+                call()
 
 
 class Iterative(unittest.TestCase):
@@ -138,6 +259,47 @@ class Iterative(unittest.TestCase):
         x, _ = self.check(self.matrix.multiply, self.b, preconditioner=lambda r: [each / 50 for each in r])
         _, iterations = self.check(self.matrix, self.b, guess=x)
         self.assertLessEqual(iterations, 1)
+
+    def test_criteria_and_monitor(self):
+        back = tesk2mp.SparseMatrix(12, [(column, row, value) for row, column, value in self.matrix.entries()])
+        for norm in ("one", "two", "infinity"):
+            self.check(self.matrix, self.b, norm=norm, criterion="residual", weights=[1] * 12)
+        self.check(self.matrix.multiply, self.b, criterion="residual", transpose=back.multiply)
+        self.check(self.matrix.multiply, self.b, criterion="residual", matrix_norm=80)
+        with self.assertRaisesRegex(ValueError, "products with the transpose"):
+            self.check(self.matrix.multiply, self.b, criterion="residual")
+        seen = []
+
+        def look(iterations, x, residual):
+            seen.append(iterations)
+            rest = [p - q for p, q in zip(self.b, self.matrix.multiply(x))]
+            self.assertLess(max(abs(p - q) for p, q in zip(rest, residual)), Decimal("1e-15"))
+            return iterations == 2
+
+        _, _, iterations = tesk2mp.solve_iteratively(self.matrix, self.b, monitor=look)
+        self.assertEqual((seen, iterations), ([1, 2], 2))
+        with self.assertRaisesRegex(ZeroDivisionError, "division by zero"):
+            tesk2mp.solve_iteratively(self.matrix, self.b, monitor=lambda *state: 1 / 0)
+
+    def test_calls_in_calls(self):
+        def with_fewer_digits(x):
+            with tesk2mp.digits(12):
+                tesk2mp.solve_iteratively(self.matrix, self.b)
+            return self.matrix.multiply(x)
+
+        with tesk2mp.digits(40):
+            alone = tesk2mp.solve_iteratively(self.matrix, self.b)
+            self.assertEqual(tesk2mp.solve_iteratively(with_fewer_digits, self.b), alone)
+            interval = sys.getswitchinterval()
+            self.addCleanup(sys.setswitchinterval, interval)
+            sys.setswitchinterval(1e-6)
+            with concurrent.futures.ThreadPoolExecutor(4) as pool:
+                calls = [
+                    pool.submit(tesk2mp.solve_iteratively, product, self.b, lambda r: [each for each in r])
+                    for product in 3 * [lambda x: self.matrix.multiply(x), self.matrix]
+                ]
+                expected = tesk2mp.solve_iteratively(self.matrix, self.b, lambda r: r)
+                self.assertEqual([call.result() for call in calls], 6 * [expected])
 
     def test_what_goes_wrong(self):
         with self.assertRaises(tesk2mp.NumericalFailure) as caught:
@@ -171,6 +333,18 @@ class Eigen(unittest.TestCase):
             middle, vectors = doubles(middle), doubles(vectors)
             self.assertLess(numpy.abs(vectors @ middle @ vectors.T - matrix).max(), 1e-12)
 
+    def test_balance_and_hessenberg(self):
+        a = [[1, "1e9", 0], ["1e-9", 2, 3], [0, 0, 4]]
+        matrix, low, high, scale = tesk2mp.balance(a)
+        self.assertEqual((low, high, scale[2]), (0, 2, 3))
+        self.assertEqual(tesk2mp.scale(scale[1] / scale[0], [a[0][1]]), [matrix[0][1]])
+        self.assertEqual(tesk2mp.balance(a, "none")[0], [[Decimal(each) for each in row] for row in a])
+        h, _ = tesk2mp.hessenberg(integers(5, 5))
+        with tesk2mp.digits(40):
+            expected = tesk2mp.eigenvalues(h)
+            distances = numpy.abs(doubles(tesk2mp.hessenberg_eigenvalues(h))[:, None] - doubles(expected)[None, :])
+        self.assertLess(distances.min(axis=0).max(), 1e-6)
+
     def test_conditions(self):
         values, value, vector = tesk2mp.eigen_conditions([[1, 0], [0, 3]])
         self.assertEqual([value, doubles(vector).round(12).tolist()], [[1, 1], [2, 2]])
@@ -191,6 +365,7 @@ class Sequences(unittest.TestCase):
             x = [RANDOM.randint(-99, 99) for _ in range(n)]
             expected = numpy.fft.fft(x) / numpy.sqrt(n)
             self.assertLess(numpy.abs(doubles(tesk2mp.spectrum(x)) - expected).max(), 1e-12)
+            self.assertEqual(tesk2mp.expand_hermitian(tesk2mp.transform_real(x)), tesk2mp.spectrum(x))
             with tesk2mp.digits(60):
                 back = tesk2mp.transform_hermitian(tesk2mp.transform_real(x))
                 self.assertLess(max(abs(p - q) for p, q in zip(back, x)), Decimal("1e-55"))
@@ -248,6 +423,10 @@ class Sequences(unittest.TestCase):
             with tesk2mp.digits(digits):
                 for number in (2, Decimal("0.5"), RANDOM.randint(3, 10**9)):
                     self.assertEqual(tesk2mp.sqrt(number), context.sqrt(context.create_decimal(number)))
+        with tesk2mp.digits(50):
+            for wrong in (tesk2mp.sqrt("0.5", classic=True) - tesk2mp.sqrt("0.5"), tesk2mp.pi(True) - tesk2mp.pi()):
+                self.assertTrue(Decimal("1e-20") < abs(wrong) < Decimal("1e-14"), wrong)
+            self.assertEqual(tesk2mp.machine_precision(), Decimal("1e-50"))
         root = tesk2mp.sqrt(tesk2mp.Complex(3, 4))
         self.assertAlmostEqual(complex(root.real, root.imag), cmath.sqrt(3 + 4j))
 

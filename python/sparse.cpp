@@ -1,0 +1,236 @@
+// Sparse matrices and iterative solution.
+#include "convert.h"
+
+namespace python {
+namespace {
+
+using tesk2mp::SparseMatrix;
+using tesk2mp::Storage;
+
+/// One of the two, as the entries ask for.
+using AnySparse = std::variant<SparseMatrix<Real>, SparseMatrix<Complex>>;
+
+py::object list_of(std::span<const Real> x) { return from(std::vector<Real>(x.begin(), x.end()), py::none()); }
+
+/// y := function(x), of one vector in Python.
+void call_with_vector(const py::function& function, std::span<const Real> x, std::span<Real> y) {
+  const std::vector<Real> result = to_vector<Real>(function(list_of(x)));
+  if (result.size() != y.size()) {
+    throw py::value_error("the function gave " + std::to_string(result.size()) + " numbers for " +
+                          std::to_string(y.size()));
+  }
+  std::copy(result.begin(), result.end(), y.begin());
+}
+
+/// The function, unless it is None.
+std::optional<py::function> optional_function(const py::object& function) {
+  return function.is_none() ? std::nullopt : std::optional<py::function>(function);
+}
+
+/// Those options that have names or are given as numbers.
+tesk2mp::SolverOptions options_of(const std::string& method, const py::object& tolerance, const std::string& criterion,
+                                  const std::string& norm, const py::object& weights, const py::object& matrix_norm,
+                                  const py::object& largest_singular_value) {
+  using tesk2mp::Criterion;
+  using tesk2mp::Method;
+  using tesk2mp::VectorNorm;
+  tesk2mp::SolverOptions options;
+  options.method = option_of<Method>(
+      "method", method,
+      {{"rgmres", Method::rgmres}, {"cgs", Method::cgs}, {"bicgstab", Method::bicgstab}, {"tfqmr", Method::tfqmr}});
+  options.criterion = option_of<Criterion>(
+      "criterion", criterion,
+      {{"preconditioned_residual", Criterion::preconditioned_residual}, {"residual", Criterion::residual}});
+  options.norm = option_of<VectorNorm>(
+      "norm", norm, {{"infinity", VectorNorm::infinity}, {"one", VectorNorm::one}, {"two", VectorNorm::two}});
+  options.tolerance = to_real(tolerance);
+  options.matrix_norm = to_real(matrix_norm);
+  options.largest_singular_value = to_real(largest_singular_value);
+  if (!weights.is_none()) {
+    options.weights = to_vector<Real>(weights);
+  }
+  return options;
+}
+
+py::tuple solve_iteratively(const py::object& a, const py::object& b, const py::object& preconditioner,
+                            const std::string& method, Integer order, const py::object& tolerance,
+                            Integer most_iterations, const py::object& guess, const py::object& transpose,
+                            const std::string& criterion, const std::string& norm, const py::object& weights,
+                            const py::object& matrix_norm, const py::object& largest_singular_value,
+                            const py::object& monitor) {
+  tesk2mp::SolverOptions options =
+      options_of(method, tolerance, criterion, norm, weights, matrix_norm, largest_singular_value);
+  options.order = order;
+  options.most_iterations = most_iterations;
+  std::function<void(std::span<const Real>, std::span<Real>)> precondition;
+  if (const auto function = optional_function(preconditioner)) {
+    precondition = [function = *function](std::span<const Real> x, std::span<Real> y) {
+      call_with_vector(function, x, y);
+    };
+  }
+  tesk2mp::Monitor look;
+  if (const auto function = optional_function(monitor)) {
+    look = [function = *function](const tesk2mp::Progress& progress, std::span<const Real> x,
+                                  std::span<const Real> residual) {
+      return !py::bool_(function(long(progress.iterations), list_of(x), list_of(residual)));
+    };
+  }
+  const std::vector<Real> right = to_vector<Real>(b);
+  const std::vector<Real> first = guess.is_none() ? std::vector<Real>() : to_vector<Real>(guess);
+  const auto solved = [&](const auto& matrix) {
+    const tesk2mp::IterativeSolution solution =
+        tesk2mp::solve_iteratively(matrix, right, options, precondition, first, look);
+    return py::make_tuple(from(solution.x, b), from(solution.residual, b), long(solution.progress.iterations));
+  };
+  if (!py::isinstance<AnySparse>(a)) {
+    const py::function product(a);
+    const std::optional<py::function> transposed_product = optional_function(transpose);
+    return solved([&](std::span<const Real> x, std::span<Real> y, bool transposed) {
+      if (transposed && !transposed_product) {
+        throw py::value_error("criterion 'residual' needs matrix_norm, or products with the transpose to estimate it");
+      }
+      call_with_vector(transposed ? *transposed_product : product, x, y);
+    });
+  }
+  const auto* matrix = std::get_if<SparseMatrix<Real>>(&py::cast<const AnySparse&>(a));
+  if (matrix == nullptr) {
+    throw py::type_error("the iterative solver is for real matrices");
+  }
+  return solved(*matrix);
+}
+
+AnySparse sparse_of(std::size_t order, py::handle entries, bool lower_triangle) {
+  std::vector<std::pair<std::size_t, std::size_t>> places;
+  py::list values;
+  for (const py::handle each : elements_of(entries)) {
+    const py::list entry(elements_of(each));
+    if (entry.size() != 3) {
+      throw py::value_error("an entry is a row, a column and a value");
+    }
+    places.emplace_back(to_index(entry[0]), to_index(entry[1]));
+    values.append(entry[2]);
+  }
+  const Array numbers(values);
+  return with_scalar(
+      [&]<class T>(T) -> AnySparse {
+        SparseMatrix<T> matrix(order, lower_triangle ? Storage::lower_triangle : Storage::general);
+        const std::vector<T> x = numbers.vector<T>();
+        for (std::size_t k = 0; k < x.size(); ++k) {
+          matrix.add(places[k].first, places[k].second, x[k]);
+        }
+        return matrix;
+      },
+      numbers);
+}
+
+void add_matrix(py::module_& module) {
+  py::class_<AnySparse> type(module, "SparseMatrix", R"(SparseMatrix(order, entries, lower_triangle=False)
+
+A square sparse matrix from its entries (row, column, value), indices from 0. With lower_triangle the entries are the
+lower triangle of a symmetric (real) or Hermitian (complex) matrix.
+
+>>> a = SparseMatrix(3, [(0, 0, 2), (2, 1, -1), (0, 0, '0.5')])
+>>> a.multiply([1, 1, 1])
+[Decimal('2.5'), Decimal('0'), Decimal('-1')]
+>>> a.canonicalise().entries()
+[(0, 0, Decimal('2.5')), (2, 1, Decimal('-1'))]
+)");
+  type.def(py::init(&sparse_of), py::arg("order"), py::arg("entries"), py::arg("lower_triangle") = false);
+  type.def(
+      "add",
+      [](AnySparse& self, py::handle row, py::handle column, py::handle value) {
+        std::visit(
+            [&]<class T>(SparseMatrix<T>& matrix) {
+              matrix.add(to_index(row), to_index(column), Array(py::make_tuple(value)).vector<T>().front());
+            },
+            self);
+      },
+      py::arg("row"), py::arg("column"), py::arg("value"),
+      "add(row, column, value)\n\nOne more entry; those of the same place add up.");
+  type.def(
+      "canonicalise",
+      [](AnySparse& self, const std::string& duplicates, const std::string& zeros) -> AnySparse& {
+        using tesk2mp::Duplicates;
+        using tesk2mp::Zeros;
+        const auto same_place = option_of<Duplicates>(
+            "duplicates", duplicates,
+            {{"sum", Duplicates::sum}, {"keep_first", Duplicates::keep_first}, {"fail", Duplicates::fail}});
+        const auto nothing =
+            option_of<Zeros>("zeros", zeros, {{"remove", Zeros::remove}, {"keep", Zeros::keep}, {"fail", Zeros::fail}});
+        std::visit([&](auto& matrix) { matrix.canonicalise(same_place, nothing); }, self);
+        return self;
+      },
+      py::return_value_policy::reference_internal, py::arg("duplicates") = "sum", py::arg("zeros") = "remove",
+      "canonicalise(duplicates='sum', zeros='remove')\n\nSorts the entries by rows, then columns, and returns the "
+      "matrix. "
+      "duplicates, entries of the same place: 'sum', 'keep_first' or 'fail'. zeros: 'remove', 'keep' or 'fail'. To "
+      "fail "
+      "is an InvalidArgument and for general storage only.");
+  type.def(
+      "entries",
+      [](const AnySparse& self) {
+        py::list entries;
+        std::visit(
+            [&](const auto& matrix) {
+              for (std::size_t k = 0; k < matrix.entries(); ++k) {
+                entries.append(py::make_tuple(matrix.row(k), matrix.column(k), from(matrix.value(k))));
+              }
+            },
+            self);
+        return entries;
+      },
+      "entries()\n\nThe entries (row, column, value) as they are stored.");
+  type.def(
+      "multiply",
+      [](const AnySparse& self, const py::object& x, bool transpose) {
+        return std::visit(
+            [&]<class T>(const SparseMatrix<T>& matrix) {
+              const tesk2mp::Op adjoint =
+                  std::is_same_v<T, Complex> ? tesk2mp::Op::conjugate_transpose : tesk2mp::Op::transpose;
+              return from(matrix.multiply(to_vector<T>(x), transpose ? adjoint : tesk2mp::Op::none), x);
+            },
+            self);
+      },
+      py::arg("x"), py::arg("transpose") = false,
+      "multiply(x, transpose=False)\n\nThe product with a vector; of the (conjugate) transpose with transpose=True.");
+  type.def_property_readonly("lower_triangle", [](const AnySparse& self) {
+    return std::visit([](const auto& matrix) { return matrix.storage() == Storage::lower_triangle; }, self);
+  });
+  type.def_property_readonly("order", [](const AnySparse& self) {
+    return std::visit([](const auto& matrix) { return matrix.order(); }, self);
+  });
+}
+
+}  // namespace
+
+void add_sparse(py::module_& module) {
+  add_matrix(module);
+  module.def(
+      "solve_iteratively", solve_iteratively, py::arg("a"), py::arg("b"), py::arg("preconditioner") = py::none(),
+      py::arg("method") = "rgmres", py::arg("order") = 0, py::arg("tolerance") = 0, py::arg("most_iterations") = 1000,
+      py::arg("guess") = py::none(), py::arg("transpose") = py::none(),
+      py::arg("criterion") = "preconditioned_residual", py::arg("norm") = "infinity", py::arg("weights") = py::none(),
+      py::arg("matrix_norm") = 0, py::arg("largest_singular_value") = 0, py::arg("monitor") = py::none(),
+      R"(solve_iteratively(a, b, preconditioner=None, method='rgmres', order=0, tolerance=0, most_iterations=1000, guess=None, transpose=None, criterion='preconditioned_residual', norm='infinity', weights=None, matrix_norm=0, largest_singular_value=0, monitor=None)
+
+The solution of a x = b by iteration: (x, residual b - a x, number of iterations). a: a SparseMatrix, or a function that takes
+a list of n numbers and gives the n numbers of their product with the matrix. preconditioner: a function that solves with
+a matrix near a. method: 'rgmres', 'cgs', 'bicgstab' or 'tfqmr'; order: iterations to a restart of RGMRES, the order of
+BICGSTAB, 0 for the usual one. tolerance: 0 for the square root of the machine precision. NumericalFailure when the method
+breaks down or runs out of iterations.
+
+criterion: an iterate x is good enough when its 'residual' is small beside |b| + |a| |x|, or its 'preconditioned_residual'
+beside that of the preconditioned system. norm: 'infinity', 'one' or 'two', with positive weights if given. matrix_norm: of a,
+for 'residual'; 0: estimated, with products of a function `transpose` when a is a function. largest_singular_value: of the
+preconditioned matrix, for the other one; 0: estimated. monitor: a function of the number of iterations, x and the residual,
+called after each; what is true ends the iterations.
+
+>>> a = SparseMatrix(2, [(0, 0, 4), (0, 1, 1), (1, 0, 2), (1, 1, 3)])
+>>> with digits(30):
+...     x, residual, iterations = solve_iteratively(a, [1, 2], tolerance='1e-25')
+>>> [round(number, 20) for number in x], iterations
+([Decimal('0.10000000000000000000'), Decimal('0.60000000000000000000')], 2)
+)");
+}
+
+}  // namespace python
