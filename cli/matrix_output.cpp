@@ -53,14 +53,16 @@ QuarnFloat largest_part(const std::vector<Complex>& values) {
 
 }  // namespace
 
-void add_matrix(Result& result, const DenseMatrix& matrix) {
+void add_matrix(Result& result, DenseMatrix matrix) {
   result.data = columns_of(matrix, [](const QuarnFloat& value) { return value.to_string(); });
   const QuarnFloat largest = largest_part(matrix.values);
   result.table = isfinite(largest) ? columns_of(matrix, NumberFormat(largest, QuarnDigits())) : result.data;
-  result.matrix_market = [&matrix, notes = result.notes] { return matrix_market_text(matrix, notes); };
+  result.matrix_market = [matrix = std::move(matrix), notes = result.notes] {
+    return matrix_market_text(matrix, notes);
+  };
 }
 
-void add_matrix(Result& result, const SparseMatrix& matrix) {
+void add_matrix(Result& result, SparseMatrix matrix) {
   result.data = {count_column("row", matrix.row), count_column("column", matrix.column)};
   if (matrix.field != Field::pattern) {
     result.data.push_back({matrix.complex() ? "real" : "value", exact_cells(real_parts(matrix.values))});
@@ -69,7 +71,9 @@ void add_matrix(Result& result, const SparseMatrix& matrix) {
     result.data.push_back({"imaginary", exact_cells(imaginary_parts(matrix.values))});
   }
   result.table = result.data;
-  result.matrix_market = [&matrix, notes = result.notes] { return matrix_market_text(matrix, notes); };
+  result.matrix_market = [matrix = std::move(matrix), notes = result.notes] {
+    return matrix_market_text(matrix, notes);
+  };
 }
 
 }  // namespace cli

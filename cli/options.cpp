@@ -113,6 +113,9 @@ void add_plot_option(CLI::App& command, OutputOptions& options) {
 }
 
 void deliver(const Result& result, const OutputOptions& options) {
+  if (!options.picture.empty()) {
+    result.picture(options.picture);  // first, since a run that fails writes no result
+  }
   write_output(render(result, options.format), options.file);
 }
 

@@ -42,7 +42,7 @@ CLI::Validator one_of(const std::vector<std::string>& words);
 /// --plot; a name that is not a picture's is refused.
 void add_plot_option(CLI::App& command, OutputOptions& options);
 
-/// Writes the result as the options ask.
+/// Writes the result as the options ask, and draws its picture.
 void deliver(const Result& result, const OutputOptions& options);
 
 }  // namespace cli

@@ -22,13 +22,25 @@ struct Label {
 
 /// One diagram: a curve with its axes' titles.
 struct Panel {
+  enum class Style {
+    line,    // few numbers are marked by points as well
+    area,    // both axes start at zero and the area under the curve is shaded
+    stems,   // from zero to each number; a line when there are many
+    points,  // not joined
+    bars     // side by side, from zero
+  };
   std::string title;
   std::string x_title;
   std::string y_title;
   Curve curve;
   std::vector<Label> labels;
-  bool from_zero = false;  // both axes start at zero and the area under the curve is shaded
+  Style style = Style::line;
 };
+
+/// Numbers over their indices from 1.
+Panel panel_of_elements(const std::string& title, const std::string& y_title, const std::vector<QuarnFloat>& values);
+/// One such panel of real numbers; complex ones have a second one, for the imaginary parts.
+std::vector<Panel> panels_of_elements(const std::string& title, const std::vector<Complex>& values, bool complex);
 
 /// Several curves in one diagram, told apart by their names. The y values are powers of ten, of which the exponents are
 /// given: they may lie far beyond the range of a double.
@@ -65,7 +77,11 @@ struct HeatMap {
   Axis rows;
   Axis columns;
   std::vector<QuarnFloat> values;  // column by column
+  bool logarithmic = false;        // the colours stand for powers of ten; zeros have none
 };
+
+/// The magnitudes of a matrix, column by column; of small ones beside large ones too.
+HeatMap map_of_magnitudes(const std::string& title, Integer rows, const std::vector<Complex>& elements);
 
 /// Points of the complex plane.
 struct ComplexPlane {

@@ -27,6 +27,7 @@ std::shared_ptr<RankingOptions> add_ranking_options(CLI::App& command, Session& 
   command.add_flag("--descending", options->descending, "largest first; equal values keep their order either way");
   add_digits_option(command, session);
   add_output_options(command, options->output);
+  add_plot_option(command, options->output);
   return options;
 }
 
@@ -37,6 +38,7 @@ RankedColumn rank_column(const RankingOptions& options) {
     throw bad_input("more values than a 32-bit count can hold");
   }
   RankedColumn column;
+  column.name = chosen.name.empty() ? "value" : chosen.name;
   column.values = table.numbers(chosen);
   column.counted = std::to_string(column.values.size()) + (column.values.size() == 1 ? " value" : " values") +
                    (chosen.name.empty() ? "" : " of '" + chosen.name + "'") + " in " + table.source();

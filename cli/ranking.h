@@ -25,6 +25,7 @@ struct RankingOptions {
 std::shared_ptr<RankingOptions> add_ranking_options(CLI::App& command, Session& session);
 
 struct RankedColumn {
+  std::string name;     // "value" when it has none
   std::string counted;  // "5 values of 'height' in FILE"
   std::vector<QuarnFloat> values;
   std::vector<Integer> ranks;  // of values, from 1

@@ -32,6 +32,7 @@ struct Result {
   std::vector<Fact> facts;
   std::vector<ResultColumn> data;              // for programs: every digit
   std::function<std::string()> matrix_market;  // of results that are matrices
+  std::function<void(const std::string& file)> picture;
 };
 
 /// Text: notes after "# ", then the table. CSV: a line of names, then the data. JSON: one object of the facts and, as

@@ -193,16 +193,16 @@ int long_dimensions(const Array& array) {
   return int(std::count_if(array.extents.begin(), array.extents.end(), [](Integer extent) { return extent > 1; }));
 }
 
-void draw_picture(const CfftOptions& options, const Array& array, const std::string& title) {
+void draw_picture(const CfftOptions& options, const Array& array, const std::string& title, const std::string& file) {
   std::vector<bool> frequencies(array.extents.size(), !options.backward && options.dimension == 0);
   if (options.dimension != 0) {
     frequencies[std::size_t(options.dimension - 1)] = !options.backward;
   }
   if (long_dimensions(array) == 2) {
-    draw(heat_map(array, title, frequencies), options.output.picture);
+    draw(heat_map(array, title, frequencies), file);
   } else {
     const bool any = std::find(frequencies.begin(), frequencies.end(), true) != frequencies.end();
-    draw({sequence_panel(array, title, any)}, options.output.picture);
+    draw({sequence_panel(array, title, any)}, file);
   }
 }
 
@@ -238,11 +238,11 @@ void run_cfft(const CfftOptions& options) {
   } else {
     add_matrix(result, z);
   }
-  deliver(result, options.output);
-  if (!options.output.picture.empty()) {
+  result.picture = [&](const std::string& file) {
     draw_picture(options, array,
-                 (options.backward ? "Backward transform of " : "Spectrum of ") + ("the " + counted) + along);
-  }
+                 (options.backward ? "Backward transform of " : "Spectrum of ") + ("the " + counted) + along, file);
+  };
+  deliver(result, options.output);
 }
 
 constexpr const char* kFooter =

@@ -3,6 +3,7 @@
 #include "cli/dense.h"
 #include "cli/failure.h"
 #include "cli/matrix_output.h"
+#include "cli/plot.h"
 #include "cli/progress.h"
 
 namespace cli {
@@ -41,7 +42,11 @@ void run_chol(const CholOptions& options) {
                     digits_text() + ", by QuarnMP_f07frf_", "positive definite; determinant " + determinant};
     result.facts = {
         {"routine", "QuarnMP_f07frf_"}, {"digits", std::to_string(QuarnDigits()), true}, {"determinant", determinant}};
-    add_matrix(result, dense(cholesky.factor()));
+    const DenseMatrix factor = dense(cholesky.factor());
+    add_matrix(result, factor);
+    result.picture = [&](const std::string& file) {
+      draw(map_of_magnitudes(result.notes.front(), factor.rows, factor.values), file);
+    };
     deliver(result, options.output);
   });
 }
@@ -49,7 +54,8 @@ void run_chol(const CholOptions& options) {
 constexpr const char* kFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file: symmetric or
 Hermitian. When it is not positive definite, the order of the first leading minor that
-is not positive is told, and the exit status is 1.
+is not positive is told, and the exit status is 1. --plot draws the magnitudes of the
+factor.
 
 Examples:
   quarn chol examples/bcsstk01.mtx --digits 40 --output factor.mtx
@@ -64,6 +70,7 @@ void add_chol(CLI::App& app, Session& session) {
   command->add_flag("--upper", options->upper, "write U of A = U^H U");
   add_digits_option(*command, session);
   add_output_options(*command, options->output, Forms::matrix);
+  add_plot_option(*command, options->output);
   command->footer(kFooter);
   command->callback([&session, options] { session.work = [options] { run_chol(*options); }; });
 }

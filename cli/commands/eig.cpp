@@ -134,10 +134,10 @@ void run_eig(const EigOptions& options) {
       result.data.push_back(column);
     }
   }
+  result.picture = [&](const std::string& file) {
+    draw(ComplexPlane{"eigenvalues of the " + description(given), values}, file);
+  };
   deliver(result, options.output);
-  if (!options.output.picture.empty()) {
-    draw(ComplexPlane{"eigenvalues of the " + description(given), values}, options.output.picture);
-  }
 }
 
 constexpr const char* kFooter =

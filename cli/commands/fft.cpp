@@ -141,7 +141,7 @@ Panel panel_of(const Sequence& sequence, const Spectrum& spectrum) {
   panel.title = "Spectrum of " + sequence.quantity() + ", highest peaks with their periods";
   panel.x_title = "frequency (cycles per " + sequence.unit + ")";
   panel.y_title = "magnitude |z_k|";
-  panel.from_zero = true;
+  panel.style = Panel::Style::area;
   for (std::size_t k = 1; k < spectrum.magnitudes.size(); ++k) {
     panel.curve.x.push_back(spectrum.frequency(std::int64_t(k)));
     panel.curve.y.push_back(spectrum.magnitudes[k]);
@@ -171,10 +171,10 @@ void run_forward(const FftOptions& options) {
   } else {
     add_data(result, spectrum);
   }
+  result.picture = [&](const std::string& file) {
+    draw({panel_of(sequence, counted), panel_of(sequence, spectrum)}, file);
+  };
   deliver(result, options.output);
-  if (!options.output.picture.empty()) {
-    draw({panel_of(sequence, counted), panel_of(sequence, spectrum)}, options.output.picture);
-  }
 }
 
 void run_inverse(const FftOptions& options) {
@@ -197,10 +197,8 @@ void run_inverse(const FftOptions& options) {
   result.table = result.data;
   const NumberFormat format(largest_magnitude(sequence.values), QuarnDigits());
   std::transform(sequence.values.begin(), sequence.values.end(), result.table[1].cells.begin(), format);
+  result.picture = [&](const std::string& file) { draw({panel_of(sequence, counted)}, file); };
   deliver(result, options.output);
-  if (!options.output.picture.empty()) {
-    draw({panel_of(sequence, counted)}, options.output.picture);
-  }
 }
 
 constexpr const char* kFooter = R"(FILE holds columns of numbers: CSV (commas, semicolons, tabs or blanks, with or

@@ -5,6 +5,7 @@
 #include "cli/dense.h"
 #include "cli/failure.h"
 #include "cli/matrix_output.h"
+#include "cli/plot.h"
 #include "cli/progress.h"
 #include "cli/ranking.h"
 
@@ -70,18 +71,33 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
                            (lu.singular() ? "; singular: a pivot is exactly zero" : ""));
     result.facts.push_back({"determinant", determinant});
   }
+  const std::string title = std::string(options.part == "factors" ? "L and U"
+                                        : options.part == "p"     ? "Row order"
+                                        : options.part == "l"     ? "L"
+                                                                  : "U") +
+                            " of the " + description(given);
   if (options.part == "p") {
     result.notes.push_back("row i of L U is row p(i) of A");
-    result.table = {count_column("i", positions(given.rows)),
-                    count_column("p", permuted_rows(lu.pivots(), given.rows))};
+    const std::vector<Integer> order = permuted_rows(lu.pivots(), given.rows);
+    result.table = {count_column("i", positions(given.rows)), count_column("p", order)};
     result.data = result.table;
-  } else if (options.part == "factors") {
-    result.notes.push_back("U on the diagonal and above, L below; its diagonal of ones is left out");
-    add_matrix(result, dense(lu.factors()));
-  } else {
-    result.notes.push_back(options.part == "l" ? "L" : "U");
-    add_matrix(result, dense(triangle(lu.factors(), options.part == "l")));
+    result.picture = [title, order](const std::string& file) {
+      Panel panel = panel_of_elements(title, "row of A", {order.begin(), order.end()});
+      panel.x_title = "row of L U";
+      panel.style = Panel::Style::points;
+      draw({panel}, file);
+    };
+    return result;
   }
+  const bool both = options.part == "factors";
+  result.notes.emplace_back(both ? "U on the diagonal and above, L below; its diagonal of ones is left out"
+                            : options.part == "l" ? "L"
+                                                  : "U");
+  const DenseMatrix factor = both ? dense(lu.factors()) : dense(triangle(lu.factors(), options.part == "l"));
+  add_matrix(result, factor);
+  result.picture = [title, factor](const std::string& file) {
+    draw(map_of_magnitudes(title, factor.rows, factor.values), file);
+  };
   return result;
 }
 
@@ -102,7 +118,7 @@ void run_lu(const LuOptions& options) {
 constexpr const char* kFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file; m by n, real or
 complex. Pivots are the largest elements of their columns, with --weighted relative to
-the Euclidean norms of their rows.
+the Euclidean norms of their rows. --plot draws the magnitudes of what is written.
 
 Examples:
   quarn lu examples/west0067.mtx --digits 50 --format json
@@ -121,6 +137,7 @@ void add_lu(CLI::App& app, Session& session) {
   command->add_flag("--weighted", options->weighted, "choose pivots relative to the sizes of rows");
   add_digits_option(*command, session);
   add_output_options(*command, options->output, Forms::matrix);
+  add_plot_option(*command, options->output);
   command->footer(kFooter);
   command->callback([&session, options] { session.work = [options] { run_lu(*options); }; });
 }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <filesystem>
 #include <sstream>
 
@@ -11,6 +12,7 @@
 #include "cli/input.h"
 #include "cli/memory.h"
 #include "cli/output.h"
+#include "cli/plot.h"
 #include "cli/progress.h"
 
 namespace cli {
@@ -102,6 +104,42 @@ Stream start_of(const RandomOptions& options) {
   return stream;
 }
 
+// How many numbers fall into each of 10 to 50 equal parts of (0, 1).
+Panel histogram(const std::vector<QuarnFloat>& values, const std::string& title) {
+  constexpr std::size_t kFewestBars = 10;
+  constexpr std::size_t kMostBars = 50;
+  const std::size_t bars = std::clamp(std::size_t(std::sqrt(double(values.size()))), kFewestBars, kMostBars);
+  std::vector<std::int64_t> counts(bars);
+  for (const QuarnFloat& value : values) {
+    ++counts[std::min(bars - 1, std::size_t(FloatToDouble(value) * double(bars)))];
+  }
+  Panel panel;
+  panel.title = title;
+  panel.x_title = "x";
+  panel.y_title = "numbers in 1/" + std::to_string(bars);
+  panel.style = Panel::Style::bars;
+  for (std::size_t k = 0; k < bars; ++k) {
+    panel.curve.x.push_back(QuarnFloat(std::int64_t(2 * k + 1)) / std::int64_t(2 * bars));
+    panel.curve.y.emplace_back(counts[k]);
+  }
+  return panel;
+}
+
+Panel successive_pairs(const std::vector<QuarnFloat>& values) {
+  constexpr std::size_t kMostPairs = 20'000;
+  const std::size_t pairs = std::min(kMostPairs, values.size() - 1);
+  Panel panel;
+  panel.title =
+      (pairs + 1 == values.size() ? "Each number and the next: " : "The first of each number and the next: ") +
+      counted(Integer(pairs), "pair", "pairs");
+  panel.x_title = "x_k";
+  panel.y_title = "x_(k+1)";
+  panel.style = Panel::Style::points;
+  panel.curve.x.assign(values.begin(), values.begin() + std::ptrdiff_t(pairs));
+  panel.curve.y.assign(values.begin() + 1, values.begin() + std::ptrdiff_t(pairs) + 1);
+  return panel;
+}
+
 void run_random(const RandomOptions& options) {
   Stream stream = start_of(options);
   require_memory(options.count, std::to_string(options.count) + " numbers");
@@ -133,6 +171,13 @@ void run_random(const RandomOptions& options) {
   result.data = {{"value", exact_cells(values)}};
   result.table = result.data;
   result.table[0].words = true;
+  result.picture = [&](const std::string& file) {
+    std::vector<Panel> panels = {histogram(values, counted + ", generator " + generator)};
+    if (values.size() > 1) {
+      panels.push_back(successive_pairs(values));
+    }
+    draw(panels, file);
+  };
   deliver(result, options.output);
   if (!options.state.empty()) {
     write_output(std::string(kStateTitle) + " " + generator + " " + seed_text(stream) + "\n", options.state);
@@ -141,6 +186,7 @@ void run_random(const RandomOptions& options) {
 
 constexpr const char* kFooter = R"(Generator 0 is congruential; 1 to 273 are combined of four, with longer periods.
 --state goes on with the stream saved in FILE, or starts one there.
+--plot draws how many numbers fall where, and each number against the next.
 
 Examples:
   quarn random --count 5 --digits 50
@@ -166,6 +212,7 @@ void add_random(CLI::App& app, Session& session) {
   command->add_flag("--classic", options->classic, "use the classic entry: 16 to 28 random digits at any precision");
   add_digits_option(*command, session);
   add_output_options(*command, options->output);
+  add_plot_option(*command, options->output);
   command->footer(kFooter);
   command->callback([&session, options, generator] {
     if (options->state == "-") {

@@ -1,5 +1,6 @@
 // quarn rank: the rank of every number of a column.
 #include "cli/commands.h"
+#include "cli/plot.h"
 #include "cli/ranking.h"
 
 namespace cli {
@@ -13,6 +14,10 @@ void run_rank(const RankingOptions& options) {
                  {"value", exact_cells(column.values)},
                  count_column("rank", column.ranks)};
   result.table = result.data;
+  result.picture = [&](const std::string& file) {
+    const std::vector<QuarnFloat> ranks(column.ranks.begin(), column.ranks.end());
+    draw({Panel{result.notes.front(), column.name, "rank", {column.values, ranks}, {}, Panel::Style::points}}, file);
+  };
   deliver(result, options.output);
 }
 
@@ -21,7 +26,9 @@ void run_rank(const RankingOptions& options) {
 void add_rank(CLI::App& app, Session& session) {
   CLI::App* command = app.add_subcommand("rank", "rank the numbers of a column");
   const auto options = add_ranking_options(*command, session);
-  command->footer("Example:\n  quarn rank examples/sunspots.csv --descending");
+  command->footer(
+      "--plot draws the ranks over the numbers: how these are distributed.\n\n"
+      "Example:\n  quarn rank examples/sunspots.csv --descending");
   command->callback([&session, options] { session.work = [options] { run_rank(*options); }; });
 }
 

@@ -140,7 +140,8 @@ void write_history(const std::vector<Solution>& solutions, const std::string& fi
   deliver(result, output);
 }
 
-void draw_history(const std::vector<Solution>& solutions, const LinearSystem& system, const SolveOptions& options) {
+void draw_history(const std::vector<Solution>& solutions, const LinearSystem& system, const SolveOptions& options,
+                  const std::string& file) {
   Chart chart{system.source + ", " + digits_text() +
                   (options.iterative.precon == "none" ? "" : ", preconditioner " + options.iterative.precon),
               "iteration",
@@ -156,7 +157,7 @@ void draw_history(const std::vector<Solution>& solutions, const LinearSystem& sy
     }
     chart.series.push_back(series);
   }
-  draw(chart, options.output.picture);
+  draw(chart, file);
 }
 
 std::string system_note(const LinearSystem& system, const SolveOptions& options) {
@@ -229,20 +230,15 @@ void run_solve(const SolveOptions& options) {
     solutions.push_back(solve(system, method, options));
   }
 
-  if (options.method == "all") {
-    deliver(comparison(system, solutions, options), options.output);
-  } else {
-    const Solution& solution = solutions.front();
-    Result result = one_result(system, solution, options);
-    const DenseMatrix x{"", system.n, 1, system.complex, solution.x};
-    add_matrix(result, x);
-    deliver(result, options.output);
+  const bool all = options.method == "all";
+  Result result = all ? comparison(system, solutions, options) : one_result(system, solutions.front(), options);
+  if (!all) {
+    add_matrix(result, DenseMatrix{"", system.n, 1, system.complex, solutions.front().x});
   }
+  result.picture = [&](const std::string& file) { draw_history(solutions, system, options, file); };
+  deliver(result, options.output);
   if (!options.history.empty()) {
     write_history(solutions, options.history);
-  }
-  if (!options.output.picture.empty()) {
-    draw_history(solutions, system, options);
   }
   if (std::all_of(solutions.begin(), solutions.end(), [](const Solution& s) { return !s.failure.empty(); })) {
     throw Failure(ExitStatus::library, "quarn: not solved: " + solutions.front().failure + "\n");

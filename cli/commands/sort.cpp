@@ -1,6 +1,7 @@
 // quarn sort: the numbers of a column in order, each with the position that it came from.
 #include "cli/commands.h"
 #include "cli/library_call.h"
+#include "cli/plot.h"
 #include "cli/ranking.h"
 #include "tesk2mp/tesk2mp.h"
 
@@ -22,6 +23,12 @@ void run_sort(const RankingOptions& options) {
   result.data = {
       count_column("rank", positions(last)), {"value", exact_cells(column.values)}, count_column("position", origins)};
   result.table = result.data;
+  result.picture = [&](const std::string& file) {
+    Panel panel = panel_of_elements(result.notes.front(), column.name, column.values);
+    panel.x_title = "rank";
+    panel.style = Panel::Style::line;
+    draw({panel}, file);
+  };
   deliver(result, options.output);
 }
 
@@ -30,7 +37,9 @@ void run_sort(const RankingOptions& options) {
 void add_sort(CLI::App& app, Session& session) {
   CLI::App* command = app.add_subcommand("sort", "sort the numbers of a column");
   const auto options = add_ranking_options(*command, session);
-  command->footer("Example:\n  quarn sort examples/sunspots.csv --descending --format csv");
+  command->footer(
+      "--plot draws the numbers over their ranks.\n\n"
+      "Example:\n  quarn sort examples/sunspots.csv --descending --format csv");
   command->callback([&session, options] { session.work = [options] { run_sort(*options); }; });
 }
 

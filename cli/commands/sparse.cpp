@@ -160,13 +160,13 @@ void run_sparse(const SparseOptions& options) {
                   {"empty_rows", std::to_string(summary.empty), true},
                   {"on_the_diagonal", std::to_string(summary.diagonal), true}};
   add_matrix(result, matrix);
-  deliver(result, options.output);
-  if (!options.output.picture.empty()) {
+  result.picture = [&](const std::string& file) {
     const SparseMatrix whole = expanded(matrix);
     draw(Spy{matrix.source + ": " + size + ", " + counted(whole.count(), "entry", "entries"), matrix.rows,
              matrix.columns, whole.row, whole.column},
-         options.output.picture);
-  }
+         file);
+  };
+  deliver(result, options.output);
 }
 
 constexpr const char* kFooter =

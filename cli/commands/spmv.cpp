@@ -6,6 +6,7 @@
 #include "cli/library_call.h"
 #include "cli/matrix_input.h"
 #include "cli/matrix_output.h"
+#include "cli/plot.h"
 #include "tesk2mp/sparse.h"
 
 namespace cli {
@@ -97,8 +98,10 @@ void run_spmv(const SpmvOptions& options) {
                   digits_text() + ", by " + done.routine};
   result.facts = {
       {"routine", done.routine}, {"digits", std::to_string(QuarnDigits()), true}, {"n", std::to_string(n), true}};
-  const DenseMatrix y{"", n, 1, complex, done.y};
-  add_matrix(result, y);
+  add_matrix(result, DenseMatrix{"", n, 1, complex, done.y});
+  result.picture = [&](const std::string& file) {
+    draw(panels_of_elements(result.notes.front(), done.y, complex), file);
+  };
   deliver(result, options.output);
 }
 
@@ -108,7 +111,7 @@ and imaginary are one complex column, or cells such as 1-2i), of JSON, or of a M
 Market file.
 
 --transpose multiplies by A^T, and by the conjugate transpose A^H where the matrix or
-the vector is complex.
+the vector is complex. --plot draws the product's elements.
 
 Examples:
   seq 1 48 | quarn spmv examples/bcsstk01.mtx - --digits 40
@@ -126,6 +129,7 @@ void add_spmv(CLI::App& app, Session& session) {
   command->add_flag("--transpose", options->transpose, "multiply by the (conjugate) transpose");
   add_digits_option(*command, session);
   add_output_options(*command, options->output, Forms::matrix);
+  add_plot_option(*command, options->output);
   command->footer(kFooter);
   command->callback([&session, options] { session.work = [options] { run_spmv(*options); }; });
 }

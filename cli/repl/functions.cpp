@@ -90,7 +90,7 @@ std::span<const FunctionGroup> function_groups() {
       {{"Functions of numbers, element by element", elementary_functions()},
        {"Vectors and matrices", array_functions()},
        {"Linear algebra", linear_functions()},
-       {"Transforms, zeros, random numbers, files", other_functions()}}};
+       {"Transforms, zeros, random numbers, files and pictures", other_functions()}}};
   return kGroups;
 }
 

@@ -1,10 +1,11 @@
-// Transforms, zeros of polynomials, random numbers, files.
+// Transforms, zeros of polynomials, random numbers, files, pictures.
 #include <algorithm>
 #include <array>
 
 #include "cli/matrix_input.h"
 #include "cli/matrix_output.h"
 #include "cli/options.h"
+#include "cli/plot.h"
 #include "cli/progress.h"
 #include "cli/repl/functions.h"
 
@@ -171,6 +172,33 @@ Values save(State& /*state*/, const Arguments& arguments) {
   return {};
 }
 
+// What the numbers look like depends on what they are.
+Values plot(State& /*state*/, const Arguments& arguments) {
+  const std::size_t last = arguments.count() - 1;
+  const std::string& file = arguments.text(last);
+  if (file.size() < 4 || (!file.ends_with(".svg") && !file.ends_with(".png"))) {
+    throw Unfit("a name that ends in .svg or .png is needed here", int(last));
+  }
+  if (last == 2) {
+    const std::vector<QuarnFloat> x = arguments.reals(0);
+    const std::vector<QuarnFloat> y = arguments.reals(1);
+    if (x.size() != y.size()) {
+      throw Unfit(std::to_string(x.size()) + " numbers are needed here, not " + std::to_string(y.size()), 1);
+    }
+    draw({Panel{"", "x", "y", {x, y}, {}, Panel::Style::line}}, file);
+    return {};
+  }
+  const Array& a = arguments.filled(0);
+  if (!is_vector(a)) {
+    draw(map_of_magnitudes(shape(a), Integer(a.rows()), elements(a)), file);
+  } else if (is_real(a)) {
+    draw({panel_of_elements("", "value", real_elements(a))}, file);
+  } else {
+    draw(ComplexPlane{"", elements(a)}, file);
+  }
+  return {};
+}
+
 constexpr auto kFunctions = std::to_array<Function>({
     {"fft", "x", "z", "z_k = 1/sqrt(N) sum x_j exp(-2 pi i j k/N)", 1, 1, fft},
     {"ifft", "z", "x", "the inverse of fft", 1, 1, ifft},
@@ -182,6 +210,8 @@ constexpr auto kFunctions = std::to_array<Function>({
     {"seed", "generator [, s1, s2, s3, s4]", "", "start one of the generators 0 to 273 anew", 1, 5, seed},
     {"load", "\"file\"", "A", "a matrix from a file: Matrix Market, CSV, JSON", 1, 1, load},
     {"save", "A, \"file\"", "", "write to a file that ends in .mtx, .csv or .json", 2, 2, save},
+    {"plot", "[x,] y, \"file\"", "", "draw a vector, complex numbers in the plane, or the magnitudes of a matrix", 2, 3,
+     plot},
 });
 
 }  // namespace

@@ -215,6 +215,33 @@ class Pictures(unittest.TestCase):
         run_well("fft", "-", "--inverse", "--plot", self.file("b.svg"), stdin=FOUR_AS_CSV)
         self.assertIn("The 4 values", self.words("b.svg"))
 
+    def test_every_kind_of_result_has_its_picture(self):
+        matrix = "%%MatrixMarket matrix array complex general\n2 2\n2 0\n0 1\n0 -1\n2 0\n"
+        with open(self.file("a+1.mtx"), "w", encoding="utf-8") as file:
+            file.write(matrix)
+        a = self.file("a+1.mtx")
+        for arguments, stdin, expected in (
+            (["sort", "-", "--descending"], "size\n3\n1\n2\n", ["Order of 3 values", "descending", "rank", "size"]),
+            (["rank", "-"], "size\n3\n1\n2\n", ["Ranks of 3 values", "rank", "size"]),
+            (["random", "--count", "500"], "", ["500 random numbers, generator 0", "numbers in 1/22", "499 pairs", "x_(k+1)"]),
+            (["random"], "", ["1 random number"]),
+            (["spmv", a, "-"], "1\ni\n", ["a+1.mtx", "real part", "imaginary part", "index"]),
+            (["lu", a], "", ["L and U of the 2 by 2 matrix", "row", "column", "magnitude", "1e0"]),
+            (["lu", a, "--part", "p"], "", ["Row order of the 2 by 2 matrix", "row of L U", "row of A"]),
+            (["chol", a, "--upper"], "", ["U of A = U^H U", "magnitude"]),
+            (["lu", "-"], "0 0\n0 0\n", ["L and U"]),
+        ):
+            with self.subTest(arguments=arguments, stdin=stdin):
+                run_well(*arguments, "--plot", self.file("p+1.svg"), stdin=stdin)
+                for words in expected:
+                    self.assertIn(words, self.words("p+1.svg"))
+                os.remove(self.file("p+1.svg"))
+        lines = 'plot(1:3, [1 4 9], "r.svg"); plot([1i 2], "s.svg"); plot([1 2; 3 4], "t.svg")'
+        run_well("repl", "--eval", lines, cwd=self.folder.name)
+        self.assertIn("x", self.words("r.svg"))
+        self.assertIn("imaginary part", self.words("s.svg"))
+        self.assertIn("2 by 2", self.words("t.svg"))
+
     def test_names_are_never_commands(self):
         name = "'`touch hit`' $(touch hit) @hit \\"
         text = f'"{name}"\n' + FOUR
