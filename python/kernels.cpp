@@ -47,6 +47,9 @@ py::object multiply(py::handle a, py::handle b, const std::string& op_a, const s
             throw py::value_error("op_b is for a matrix b");
           }
           std::vector<T> y = added ? added->vector<T>() : std::vector<T>(rows);
+          if (p.rows() == 0 || p.columns() == 0) {  // the kernel would leave y as it is
+            tesk2mp::scale(keep, y, y);
+          }
           tesk2mp::gemv(first, times, p, right.vector<T>(), keep, y);
           return from(y, a);
         }

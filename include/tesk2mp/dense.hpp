@@ -37,6 +37,7 @@ enum class Tuning : Integer {
 /// Throws InvalidArgument when the routine has none.
 inline Integer tuning(const std::string& routine, Tuning item) {
   Integer value = 0;
+  detail::require(Integer(item) >= 1 && Integer(item) <= 8, "F07ZAZ", 1, "no setting ", Integer(item));
   QuarnMP_f07zaz_(Integer(item), routine.c_str(), &value, 0, int(routine.size()));
   detail::require(value != -2, "F07ZAZ", 2, "no settings of a routine ", routine);
   return value;
@@ -183,6 +184,7 @@ class Cholesky {
     }
     Integer info = 0;
     QuarnMP_zpotrf_(detail::Option(triangle), n, raw.data, raw.leading, &info, 1);
+    detail::require(info >= 0, kRoutine, 1, "a triangle is upper or lower");
     if (info > 0) {
       throw NumericalFailure(kRoutine, info, 0,
                              "the leading minor of order " + std::to_string(info) + " is not positive",

@@ -32,6 +32,7 @@ Balanced balance(const A& a, Balancing job = Balancing::both) {
   Integer high = 0;
   Integer info = 0;
   QuarnMP_f08nhf_(detail::Option(job), n, raw.data, raw.leading, &low, &high, result.scale.data(), &info, 1);
+  detail::require(info == 0, "F08NHF/DGEBAL", 1, "no such balancing");
   result.low = std::size_t(low - 1);
   result.high = std::size_t(high);
   return result;

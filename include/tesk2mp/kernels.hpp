@@ -90,7 +90,7 @@ inline void copy(const VectorView<const Complex>& x, const VectorView<Complex>& 
 
 // Level 2 -----------------------------------------------------------------------------------------------------------
 
-/// y := alpha op(A) x + beta y
+/// y := alpha op(A) x + beta y; a matrix without elements leaves y alone.
 template <MatrixSource A, VectorSource X, VectorTarget Y>
 void gemv(Op op, const Element<A>& alpha, const A& a, const X& x, const Element<A>& beta, Y&& y) {
   using T = Element<A>;

@@ -102,6 +102,7 @@ class IterativeSolver {
 
   void set_up(bool preconditioned, const SolverOptions& options) {
     static constexpr const char* kNames[] = {"RGMRES", "CGS", "BICGSTAB", "TFQMR"};
+    detail::require(std::size_t(options.method) < std::size(kNames), kSetUp, 1, "no such method");
     const std::string method = kNames[std::size_t(options.method)];
     const Integer n = detail::count_of(v_.size());
     const Integer usual = options.method == Method::rgmres ? std::min<Integer>(n, 30) : 1;

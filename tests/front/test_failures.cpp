@@ -338,6 +338,19 @@ TEST_CASE("shapes that do not fit are refused before a routine is called") {
        [] {
          (void)eigen({kSingular, kSingular, {1}});
        }},
+      {"F07ZAZ", 1, 0, "no setting 9", {"9"}, [] { (void)tuning("F07ADF", Tuning(9)); }},
+      {"F07FRF/ZPOTRF", 1, 0, "a triangle is upper or lower", {}, [] { (void)Cholesky(kSingular, Triangle('D')); }},
+      {"F08NHF/DGEBAL", 1, 0, "no such balancing", {}, [] { (void)balance(kSingular, Balancing('Q')); }},
+      {"F11BDF",
+       1,
+       0,
+       "no such method",
+       {},
+       [] {
+         SolverOptions options;
+         options.method = Method(4);
+         (void)solve_iteratively(SparseMatrix<Real>(2), reals(2), options);
+       }},
       {"F07ZAZ", 2, 0, "no settings of a routine C06FAF", {}, [] { (void)tuning("C06FAF", Tuning::block_size); }},
       {"Matrix",
        1,

@@ -155,6 +155,7 @@ class Kernels(unittest.TestCase):
         self.assertTrue((doubles(tesk2mp.multiply(self.given(self.complex), self.real[0])) == self.complex @ self.real[0]).all())
         self.assertTrue((doubles(tesk2mp.multiply([[1]], [1], alpha=tesk2mp.Complex(0, 1))) == [1j]).all())
         self.assertEqual(tesk2mp.multiply([[1]], [1], beta="nan"), [1])
+        self.assertEqual(tesk2mp.multiply([[], []], [], beta=3, c=[1, 2]), [3, 6])
 
     def test_triangles(self):
         for a in (self.real, self.complex):
