@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <type_traits>
+#include <variant>
 #include <vector>
 
 #include "tesk2mp/tesk2mp.hpp"
@@ -16,6 +17,38 @@ namespace py = pybind11;
 using tesk2mp::Complex;
 using tesk2mp::Matrix;
 using tesk2mp::Real;
+
+/// Takes an object of the module by its T. One that was made by __new__ alone is refused: its memory holds no T.
+template <class T>
+struct Whole : py::detail::type_caster_base<T> {
+  bool load(py::handle source, bool convert) {
+    if (py::isinstance<T>(source) &&
+        !reinterpret_cast<py::detail::instance*>(source.ptr())->get_value_and_holder().holder_constructed()) {
+      throw py::type_error("an object whose __init__ has not been called");
+    }
+    return py::detail::type_caster_base<T>::load(source, convert);
+  }
+};
+
+/// One of two, as the numbers ask for.
+using AnySparse = std::variant<tesk2mp::SparseMatrix<Real>, tesk2mp::SparseMatrix<Complex>>;
+using AnyLU = std::variant<tesk2mp::LU<Real>, tesk2mp::LU<Complex>>;
+using AnyCholesky = std::variant<tesk2mp::Cholesky<Real>, tesk2mp::Cholesky<Complex>>;
+
+}  // namespace python
+
+template <>
+struct pybind11::detail::type_caster<tesk2mp::Complex> : python::Whole<tesk2mp::Complex> {};
+template <>
+struct pybind11::detail::type_caster<tesk2mp::Random> : python::Whole<tesk2mp::Random> {};
+template <>
+struct pybind11::detail::type_caster<python::AnySparse> : python::Whole<python::AnySparse> {};
+template <>
+struct pybind11::detail::type_caster<python::AnyLU> : python::Whole<python::AnyLU> {};
+template <>
+struct pybind11::detail::type_caster<python::AnyCholesky> : python::Whole<python::AnyCholesky> {};
+
+namespace python {
 
 /// decimal.Decimal, int, fractions.Fraction or text, rounded once to the working digits. Anything else is a TypeError,
 /// float too: its digits are not what its writer meant. Text that is no number is a ValueError.

@@ -4,10 +4,6 @@
 namespace python {
 namespace {
 
-/// Factors of a real or of a complex matrix.
-using AnyLU = std::variant<tesk2mp::LU<Real>, tesk2mp::LU<Complex>>;
-using AnyCholesky = std::variant<tesk2mp::Cholesky<Real>, tesk2mp::Cholesky<Complex>>;
-
 AnyLU lu_of(py::handle a, bool row_weighted) {
   const Array given(a);
   return with_scalar(

@@ -7,9 +7,6 @@ namespace {
 using tesk2mp::SparseMatrix;
 using tesk2mp::Storage;
 
-/// One of the two, as the entries ask for.
-using AnySparse = std::variant<SparseMatrix<Real>, SparseMatrix<Complex>>;
-
 py::object list_of(std::span<const Real> x) { return from(std::vector<Real>(x.begin(), x.end()), py::none()); }
 
 /// y := function(x), of one vector in Python.

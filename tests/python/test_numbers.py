@@ -195,6 +195,19 @@ class Numbers(unittest.TestCase):
         with self.assertRaises(AttributeError):
             z.real = 1
 
+    def test_objects_without_their_init(self):
+        for kind, use in (
+            (tesk2mp.Complex, abs),
+            (tesk2mp.Complex, lambda empty: tesk2mp.norm([1, empty])),
+            (tesk2mp.Random, lambda empty: empty()),
+            (tesk2mp.SparseMatrix, lambda empty: empty.order),
+            (tesk2mp.SparseMatrix, lambda empty: tesk2mp.solve_iteratively(empty, [1])),
+            (tesk2mp.LU, lambda empty: empty.factors),
+            (tesk2mp.Cholesky, lambda empty: empty.solve([1])),
+        ):
+            with self.assertRaisesRegex(TypeError, "__init__ has not been called"):
+                use(kind.__new__(kind))
+
 
 class Digits(unittest.TestCase):
     def test_blocks_nest_and_come_back(self):
