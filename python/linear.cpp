@@ -46,7 +46,7 @@ The factors of a = P L U by partial pivoting, for solving more than once. row_we
 all rows had length 1, and a pivot below 8 times the machine precision is a NumericalFailure.
 
 factors: a matrix with L below the diagonal (its ones left out) and U above. pivots: row i was interchanged with row
-pivots[i]. singular: a pivot is exactly zero.
+pivots[i]. singular: a pivot is exactly zero. Both, and the inverse, are lists; a solution is as its right-hand side.
 
 >>> lu = LU([[0, 2], [4, 1]])
 >>> lu.solve([2, 9]), lu.solve([4, 3], op='transpose'), lu.determinant(), lu.pivots

@@ -119,7 +119,9 @@ inline std::vector<Complex> hessenberg_qr(char job, Hessenberg& hessenberg, std:
   const RawMatrix<Real> h{hessenberg.h.view()};
   const RawMatrix<Real> z{hessenberg.q.view()};
   const Integer n = order_of("F08PEF/DHSEQR", 3, h);
-  require_shape("F08PEF/DHSEQR", 10, z, n, n);
+  if (job == 'S') {
+    require_shape("F08PEF/DHSEQR", 10, z, n, n);
+  }
   std::vector<Real> wr(hessenberg.h.rows());
   std::vector<Real> wi(wr.size());
   std::vector<Real> work(std::max<std::size_t>(1, wr.size()));
@@ -170,7 +172,7 @@ std::vector<Complex> eigenvalues(const A& a) {
 /// The eigenvalues of an upper Hessenberg matrix alone; what lies below its first subdiagonal is not read.
 template <MatrixSource A>
 std::vector<Complex> hessenberg_eigenvalues(const A& a) {
-  Hessenberg reduced{Matrix<Real>(a), Matrix<Real>(a)};
+  Hessenberg reduced{Matrix<Real>(a), {}};
   return detail::hessenberg_qr('E', reduced, 0, reduced.h.rows());
 }
 
@@ -276,6 +278,7 @@ struct EigenConditions {
   std::vector<Real> value;
   std::vector<Real> vector;
 };
+/// Of the matrix Z T Z^T; of a square matrix. Throws NumericalFailure when the QR algorithm does not converge.
 inline EigenConditions eigen_conditions(const Schur& form) {
   detail::PackedVectors packed(form, 'A');
   const detail::RawMatrix<Real> t{form.t.view()};
