@@ -73,10 +73,15 @@ void multiply_triangular(Triangle triangle, Op op, Diagonal diagonal, Integer n,
   }
 }
 
+/// How a transposed solution takes its sums: towards the diagonal as the level-2 algorithm does, or by ascending index
+/// as the level-3 one does. For a lower triangle these are opposite orders, which round differently.
+enum class SumOrder { towards_diagonal, ascending };
+
 /// x := op(A)^-1 x, A triangular; no test for a zero on the diagonal is made.
-template <class T>
+template <class T, SumOrder order = SumOrder::towards_diagonal>
 void solve_triangular(Triangle triangle, Op op, Diagonal diagonal, Integer n, MatrixView<T> matrix,
                       VectorView<T> vector) {
+  const bool downwards = triangle == Triangle::lower && order == SumOrder::ascending;
   const auto [a, x] = UpperTriangle<T>(triangle, n, matrix, vector);
   if (op == Op::none) {
     for (Integer j = n; j >= 1; --j) {
@@ -92,7 +97,8 @@ void solve_triangular(Triangle triangle, Op op, Diagonal diagonal, Integer n, Ma
     }
   } else {
     for (Integer j = 1; j <= n; ++j) {
-      for (Integer i = 1; i < j; ++i) {
+      for (Integer k = 1; k < j; ++k) {
+        const Integer i = downwards ? j - k : k;
         subtract_product(x(j), op, a(i, j), x(i));
       }
       if (diagonal == Diagonal::general) {

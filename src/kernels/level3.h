@@ -56,7 +56,7 @@ void solve_triangular_matrix(Side side, Triangle triangle, Op op, Diagonal diago
   if (side == Side::left) {
     for (Integer j = 1; j <= n; ++j) {
       scale_or_clear(m, alpha, right.column(j));
-      solve_triangular(triangle, op, diagonal, m, matrix, right.column(j));
+      solve_triangular<T, SumOrder::ascending>(triangle, op, diagonal, m, matrix, right.column(j));
     }
     return;
   }
@@ -71,7 +71,8 @@ void solve_triangular_matrix(Side side, Triangle triangle, Op op, Diagonal diago
   if (op == Op::none) {
     for (Integer j = 1; j <= n; ++j) {
       scale_or_clear(m, alpha, b.column(j));
-      for (Integer k = 1; k < j; ++k) {
+      for (Integer l = 1; l < j; ++l) {
+        const Integer k = upper ? l : j - l;  // ascending in the caller's own indices
         if (!is_zero(a(k, j))) {
           add_multiple(m, -a(k, j), b.column(k), b.column(j));
         }

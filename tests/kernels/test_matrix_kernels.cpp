@@ -281,6 +281,26 @@ TEST_CASE_TEMPLATE("triangular systems with many right-hand sides", T, QuarnFloa
   }
 }
 
+TEST_CASE_TEMPLATE("solutions with a lower triangle add up in the published order", T, QuarnFloat, Complex) {
+  // 1000 - 1000 + 0.4 with two digits: the one order gives 0.4, the other 0.
+  support::Digits digits(2);
+  const T b[] = {T(1000.0), T(1.0), T(1.0)};
+  T a[9];
+  a[1] = T(1000.0);
+  a[2] = T(QuarnFloat("-0.4"));
+  const auto first = [&](auto solve) {
+    T x[] = {b[0], b[1], b[2]};
+    solve(x);
+    return x[0];
+  };
+  const T by_index(QuarnFloat("0.4"));
+  for (const char* trans : {"T", "C"}) {
+    CHECK(first([&](T* x) { Kernels<T>::trsv("L", trans, "U", 3, a, 3, x, 1, 1, 1, 1); }) == T(0.0));
+    CHECK(first([&](T* x) { Kernels<T>::trsm("L", "L", trans, "U", 3, 1, 1, a, 3, x, 3, 1, 1, 1, 1); }) == by_index);
+  }
+  CHECK(first([&](T* x) { Kernels<T>::trsm("R", "L", "N", "U", 1, 3, 1, a, 3, x, 1, 1, 1, 1, 1); }) == by_index);
+}
+
 TEST_CASE("Hermitian rank-k updates keep to their triangle and make the diagonal real") {
   support::Digits digits(30);
   RandomNumbers random;
