@@ -112,7 +112,8 @@ Integer p01acfn_(Integer ifail, Integer ierror, const char* srname, const char* 
   name.erase(name.find_last_not_of(' ') + 1);
   std::string line = tesk::abnormal_exit_line(srname);
   if (!name.empty()) {
-    line += ": " + name + tesk::value_text(" =%6ld", ierror);
+    // As far as a NUL, which would end the line otherwise.
+    line += ": " + name.substr(0, name.find('\0')) + tesk::value_text(" =%6ld", ierror);
   }
   return tesk::end_routine(ifail, ierror, nrec, rec, rec_len, line);
 }

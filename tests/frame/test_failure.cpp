@@ -89,13 +89,8 @@ TEST_CASE("the closing line names a variable, or drops the value with a blank na
     std::string after_routine;
   };
   const Row rows[] = {
-      {"INFO", 4, ": INFO =    -7"},
-      {"N   ", 4, ": N =    -7"},
-      {"    ", 4, ""},
-      {"INFO", 2, ": IN =    -7"},
-      {"A B ", 4, ": A B =    -7"},
-      {"", 0, ""},
-      {"INFO", -3, ""},
+      {"INFO", 4, ": INFO =    -7"}, {"N   ", 4, ": N =    -7"},  {"    ", 4, ""}, {"INFO", 2, ": IN =    -7"},
+      {"A B ", 4, ": A B =    -7"},  {"A\0B ", 4, ": A =    -7"}, {"", 0, ""},     {"INFO", -3, ""},
   };
   for (const Row& row : rows) {
     support::ConsoleCapture console;
