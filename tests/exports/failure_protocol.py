@@ -63,6 +63,15 @@ SCENARIOS = [
     ("unit -1 unit 0 end -13 3 2", RECORDS + "[3]\n"),
     ("unit -1 classic c06faf -1 1", TEXTS + "\n[3]\n"),
     ("unit -1 classic c06faf 0 1", TEXTS + "\n"),
+    # A kernel with a wrong argument ends the process; its name keeps the blank that pads it.
+    ("kernel None", "[done]\n"),
+    (
+        "kernel X",
+        "\n ** On entry to F06PAF/DGEMV  parameter number  1 had an illegal value\n"
+        + CLOSING.format("F06PAF/DGEMV ")
+        + HARD,
+    ),
+    ("unit -1 kernel X", "\n\n"),
     # A routine's failures, through both of its forms.
     ("classic c06faf 1 1", TEXTS + "[3]\n"),
     ("classic c06faf -1 1", TEXTS + N_IS_ONE + C06FAF_3 + SOFT + "[3]\n"),

@@ -6,6 +6,7 @@
 //   end IFAIL IERROR NREC         end a routine with the first NREC of two records; a third word LONG in place of NREC
 //                                 hands over one record that is longer than its stride
 //   end-naming IFAIL IERROR NAME  end a routine, naming a variable
+//   kernel TRANS                  DGEMV on an empty matrix with this option
 //   classic ROUTINE IFAIL N       a transform of length N through its classic form
 //   core ROUTINE IFAIL N          the same through its core form
 #include <cstdio>
@@ -106,6 +107,9 @@ void play(Words& words) {
       end_routine(words);
     } else if (what == "end-naming") {
       end_routine_naming(words);
+    } else if (what == "kernel") {
+      QuarnMP_f06paf_(words.text().c_str(), 0, 0, 1, nullptr, 1, nullptr, 1, 1, nullptr, 1, 1);
+      std::printf("[done]\n");
     } else {
       transform(words, what == "classic");
     }
