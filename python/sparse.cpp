@@ -93,7 +93,12 @@ py::tuple solve_iteratively(const py::object& a, const py::object& b, const py::
   if (matrix == nullptr) {
     throw py::type_error("the iterative solver is for real matrices");
   }
-  return solved(*matrix);
+  return solved([&](std::span<const Real> x, std::span<Real> y, bool transposed) {
+    if (PyErr_CheckSignals() != 0) {  // no other place hears of an interrupt
+      throw py::error_already_set();
+    }
+    matrix->multiply(x, y, transposed ? tesk2mp::Op::transpose : tesk2mp::Op::none);
+  });
 }
 
 AnySparse sparse_of(std::size_t order, py::handle entries, bool lower_triangle) {

@@ -11,8 +11,37 @@ import tesk2mp
 TOP = pathlib.Path(__file__).resolve().parent.parent.parent
 PLAIN = {"Error", "InvalidArgument", "NumericalFailure", "get_digits", "set_digits"}
 
+# What the C++ front door calls otherwise, or what Python has another way.
+COUNTERPARTS = {
+    "abs": "Complex",
+    "copy": "scale",
+    "dotc": "dot",
+    "gemm": "multiply",
+    "gemv": "multiply",
+    "ger": "outer",
+    "gerc": "outer",
+    "herk": "hermitian_product",
+    "norm2": "norm",
+    "quotient": "Complex",
+    "safe_range": "smallest_number",
+    "transform_columns": "transform",
+    "transform_dimension": "transform",
+    "transform_rows": "transform",
+    "trmv": "triangular_multiply",
+    "trsm": "triangular_solve",
+    "trsv": "triangular_solve",
+}
+
 
 class Documents(unittest.TestCase):
+    def test_front_door(self):
+        names = set()
+        for header in sorted((TOP / "include/tesk2mp").glob("*.hpp")):
+            text = re.sub(r"namespace (\w+) \{(?:(?!\nnamespace).)*?\}  // namespace \1", "", header.read_text(), flags=re.S)
+            names.update(re.findall(r"^(?:inline )?(?!using|struct|class|requires)[\w:<>]+ (\w+)\(", text, flags=re.M))
+        self.assertIn("gemv", names)
+        self.assertEqual({COUNTERPARTS.get(name, name) for name in names} - set(tesk2mp.__all__), set())
+
     def test_examples(self):
         parser = doctest.DocTestParser()
         runner = doctest.DocTestRunner()
