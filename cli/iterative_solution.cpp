@@ -16,6 +16,8 @@ namespace {
 
 using Numbers = std::vector<QuarnFloat>;
 
+constexpr int kFewestDigits = 10;  // for the counters in the solver's work array
+
 QuarnFloat number(const std::string& option, const std::string& text) {
   if (!is_number(text)) {
     throw bad_input(option + ": '" + text + "' is not a number");
@@ -104,6 +106,14 @@ class Task {
     const Integer m = std::min(method == "rgmres" ? options.restart : options.order, system.n);
     const QuarnFloat tolerance = options.tolerance.empty() ? QuarnFloat(0) : number("--tol", options.tolerance);
     const QuarnFloat estimated = 0;
+    // The library says the same by the numbers of its parameters.
+    if (!(tolerance < 1)) {
+      throw bad_input("--tol: must be below 1");
+    }
+    if (QuarnDigits() < kFewestDigits) {
+      throw bad_input("--digits: --method " + method + " needs " + std::to_string(kFewestDigits) +
+                      " at least; --method direct takes fewer");
+    }
     Integer lwreq = 0;
     const auto set_up = [&](Integer* ifail) {
       lwork_ = Integer(work_.size());

@@ -1,5 +1,6 @@
 // quarn: the routines of Tesk MP at the command line.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
 #include <new>
 
@@ -21,13 +22,33 @@ constexpr const char* kFooter = R"(Examples:
 
 "quarn help TOPIC" explains a sub-command, or one of the topics )";
 
-constexpr const char* kSeeHelp = " (quarn --help shows what there is)";
+// Where to look after a wrong command line.
+std::string see_help(const CLI::App& app) {
+  const auto commands = app.get_subcommands();
+  return " (quarn " + (commands.empty() ? "" : commands.front()->get_name() + " ") + "--help shows what there is)";
+}
+
+// What is missing may be missing because of a slip in what is there: an option that does not exist is named first.
+std::string complaint_about(const CLI::App& app, const CLI::ParseError& error) {
+  const std::vector<std::string> extra = app.remaining(true);
+  const auto option =
+      std::find_if(extra.begin(), extra.end(), [](const std::string& each) { return each.starts_with('-'); });
+  if (option != extra.end()) {
+    return "there is no option " + *option;
+  }
+  if (extra.empty()) {
+    return error.what();
+  }
+  return app.get_subcommands().empty() ? "there is no sub-command '" + extra.front() + "'"
+                                       : "'" + extra.front() + "' was not expected";
+}
 
 void run(int argc, char** argv) {
   make_output_errors_visible();
   Session session;
   CLI::App app("Numerical routines in arbitrary decimal precision.", "quarn");
-  app.set_version_flag("--version", std::string("quarn ") + QUARN_VERSION);
+  app.set_version_flag("--version", std::string("quarn ") + QUARN_VERSION, "show the version");
+  app.set_help_flag("-h,--help", "show this page");
   app.footer(kFooter + list_of_topics() + ".");
   app.require_subcommand(0, 1);            // what follows one is a file, even if it is named like another
   app.allow_windows_style_options(false);  // the same commands everywhere, and paths that start with a slash
@@ -57,10 +78,10 @@ void run(int argc, char** argv) {
   } catch (const CLI::CallForVersion& version) {
     return write_output(std::string(version.what()) + "\n");
   } catch (const CLI::ParseError& error) {
-    throw bad_input(error.what() + std::string(kSeeHelp));
+    throw bad_input(complaint_about(app, error) + see_help(app));
   }
   if (!session.work) {
-    throw bad_input(std::string("no sub-command given") + kSeeHelp);
+    throw bad_input("no sub-command given" + see_help(app));
   }
   QuarnSetDigits(session.digits);
   if (!session.quiet) {

@@ -25,7 +25,8 @@ ends in .csv, .json or .mtx says the format where --format does not.
   csv   a line of names, then every digit
   json  one object: facts, and arrays of decimal texts that hold every digit
   mtx   of matrices: a Matrix Market file with every digit
-What one command writes as csv, json or mtx the others read.
+What one command writes as csv, json or mtx the others read; entries of a sparse matrix
+(columns row, column, value) as mtx alone.
 --plot draws a picture as well, by gnuplot; its name ends in .svg or .png.)"},
     {"digits", "Digits",
      R"(--digits D sets the working precision, 1 to 1000000 decimal digits, 20 without it. Every

@@ -45,6 +45,9 @@ Integer count_of(const NumberTable& table, std::size_t count) {
 }
 
 DenseMatrix matrix_from(const NumberTable& table) {
+  if (table.find("row") != nullptr && table.find("column") != nullptr) {
+    throw bad_input(table.source() + ": entries of a sparse matrix, which are read from a Matrix Market file alone");
+  }
   if (table.find("real") != nullptr && table.find("imaginary") != nullptr) {
     return vector_from(table);
   }
@@ -71,6 +74,25 @@ DenseMatrix matrix_from(const NumberTable& table) {
   return matrix;
 }
 
+// The elements that are not zero, row by row.
+SparseMatrix sparse(const DenseMatrix& matrix) {
+  SparseMatrix result;
+  result.source = matrix.source;
+  result.rows = matrix.rows;
+  result.columns = matrix.columns;
+  result.field = matrix.complex ? Field::complex : Field::real;
+  for (Integer i = 0; i < matrix.rows; ++i) {
+    for (Integer j = 0; j < matrix.columns; ++j) {
+      if (matrix(i, j) != Complex(0)) {
+        result.row.push_back(i + 1);
+        result.column.push_back(j + 1);
+        result.values.push_back(matrix(i, j));
+      }
+    }
+  }
+  return result;
+}
+
 DenseMatrix column_of(DenseMatrix matrix, const std::string& column) {
   constexpr std::size_t kLongestPosition = 9;
   Integer position = 1;
@@ -95,6 +117,12 @@ DenseMatrix read_dense_matrix(const std::string& file) {
   const std::string text = read_input(file);
   const std::string source = name_of_input(file);
   return is_matrix_market(text) ? dense(parse_matrix(text, source)) : matrix_from(NumberTable::parse(text, source));
+}
+
+SparseMatrix read_matrix(const std::string& file) {
+  const std::string text = read_input(file);
+  const std::string source = name_of_input(file);
+  return text.starts_with('%') ? parse_matrix(text, source) : sparse(matrix_from(NumberTable::parse(text, source)));
 }
 
 DenseMatrix read_vector(const std::string& file, const std::string& column) {

@@ -16,6 +16,9 @@ namespace cli {
 /// Throws Failure with file, line and reason.
 DenseMatrix read_dense_matrix(const std::string& file);
 
+/// The same as entries: those of a Matrix Market file, or the elements of a table that are not zero.
+SparseMatrix read_matrix(const std::string& file);
+
 /// One column of numbers: the one that is named or numbered, or columns "real" and "imaginary" together, or the last
 /// numeric one; of a Matrix Market file the only column, or the one that is numbered.
 DenseMatrix read_vector(const std::string& file, const std::string& column = "");

@@ -8,7 +8,6 @@
 #include <string_view>
 
 #include "cli/failure.h"
-#include "cli/input.h"
 #include "cli/memory.h"
 #include "cli/number_text.h"
 #include "cli/progress.h"
@@ -272,8 +271,6 @@ const char* name_of(Symmetry symmetry) { return kSymmetries.at(std::size_t(symme
 bool is_matrix_market(const std::string& text) { return lower(text.substr(0, kBanner.size())) == kBanner; }
 
 SparseMatrix parse_matrix(const std::string& text, const std::string& source) { return Parser(text, source).parse(); }
-
-SparseMatrix read_matrix(const std::string& file) { return parse_matrix(read_input(file), name_of_input(file)); }
 
 SparseMatrix expanded(const SparseMatrix& matrix) {
   SparseMatrix whole = matrix;

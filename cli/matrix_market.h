@@ -45,9 +45,6 @@ bool is_matrix_market(const std::string& text);
 /// the array format every stored element becomes an entry. `source` names the text in messages. Throws Failure with
 /// source, line and reason for any departure from the format.
 SparseMatrix parse_matrix(const std::string& text, const std::string& source);
-/// The same for a file, or standard input for "-".
-SparseMatrix read_matrix(const std::string& file);
-
 /// The same matrix with both triangles: each mirrored entry follows its own.
 SparseMatrix expanded(const SparseMatrix& matrix);
 /// All elements of both triangles; entries of the same place add up.

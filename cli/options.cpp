@@ -81,7 +81,7 @@ void add_digits_option(CLI::App& command, Session& session) {
 }
 
 CLI::Option* add_output_file_option(CLI::App& command, std::string& file) {
-  return command.add_option("--output", file, "write the result to this file instead of standard output")
+  return command.add_option("--output", file, "write the result to this file; - is standard output (default)")
       ->type_name("FILE");
 }
 

@@ -17,8 +17,9 @@
 namespace cli {
 
 void write_output(const std::string& text, const std::string& file) {
-  const std::string name = file.empty() ? "standard output" : file;
-  std::FILE* stream = file.empty() ? stdout : std::fopen(file.c_str(), "wb");
+  const bool standard = file.empty() || file == "-";
+  const std::string name = standard ? "standard output" : file;
+  std::FILE* stream = standard ? stdout : std::fopen(file.c_str(), "wb");
   if (stream == nullptr) {
     throw bad_output("cannot write " + name + ": " + std::strerror(errno));
   }
@@ -26,7 +27,7 @@ void write_output(const std::string& text, const std::string& file) {
   if (std::fwrite(text.data(), 1, text.size(), stream) != text.size() || std::fflush(stream) != 0) {
     reason = errno;
   }
-  if (!file.empty() && std::fclose(stream) != 0 && reason == 0) {
+  if (!standard && std::fclose(stream) != 0 && reason == 0) {
     reason = errno;
   }
   if (reason != 0) {

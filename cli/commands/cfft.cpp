@@ -270,7 +270,7 @@ void add_cfft(CLI::App& app, Session& session) {
   command->add_option("--column", options->column, "name or number of the one column to take")->type_name("NAME");
   command->add_option("--shape", options->shape, "the extents of the array, such as 4x6x5")->type_name("SHAPE");
   command->add_option("--dim", options->dimension, "the one dimension to transform, from 1")->type_name("L");
-  command->add_flag("--backward", options->backward, "with exp(+2 pi i j k/N): undoes the forward transform");
+  command->add_flag("--inverse,--backward", options->backward, "the inverse transform, from a spectrum back");
   command->add_flag("--classic", options->classic,
                     "use the classic entry, whose constants are doubles (about 16 digits at any precision)");
   add_digits_option(*command, session);

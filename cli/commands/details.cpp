@@ -9,6 +9,7 @@ namespace cli {
 void add_details(CLI::App& app, Session& session) {
   CLI::App* command = app.add_subcommand("details", "show the implementation details of the library");
   auto file = std::make_shared<std::string>();
+  add_digits_option(*command, session);
   add_output_file_option(*command, *file);
   command->footer("Example:\n  quarn details");
   command->callback(

@@ -224,7 +224,7 @@ void add_fft(CLI::App& app, Session& session) {
   command->add_option("FILE", options->input, "the data; - is standard input")->required()->type_name("");
   command->add_option("--column", options->column, "name or number of the column (default: the last numeric one)")
       ->type_name("NAME");
-  command->add_flag("--inverse", options->inverse, "from a spectrum back to the real sequence");
+  command->add_flag("--inverse,--backward", options->inverse, "the inverse transform, from a spectrum back");
   command->add_flag("--classic", options->classic,
                     "use the classic entry, whose constants are doubles (about 16 digits at any precision)");
   add_digits_option(*command, session);

@@ -19,6 +19,7 @@ struct ReplOptions {
   std::string script;
   std::vector<std::string> expressions;
   bool keep_going = false;
+  std::string file;
 };
 
 struct Source {
@@ -52,8 +53,7 @@ void run_lines(repl::Interpreter& interpreter, const Source& source) {
   }
 }
 
-void run_repl(const ReplOptions& options) {
-  repl::Interpreter interpreter([](const std::string& text) { write_output(text); });
+void run_source(repl::Interpreter& interpreter, const ReplOptions& options) {
   if (!options.expressions.empty()) {
     std::string text;
     for (const std::string& expression : options.expressions) {
@@ -73,6 +73,17 @@ void run_repl(const ReplOptions& options) {
     return run_lines(interpreter, {"", repl::typed_lines(names), false});
   }
   run_lines(interpreter, {name_of_input("-"), repl::lines_of(std::cin), !options.keep_going});
+}
+
+// Statements show what they do at once; a file is written at the end, and not by a run that fails.
+void run_repl(const ReplOptions& options) {
+  std::string shown;
+  repl::Interpreter interpreter(
+      [&](const std::string& text) { options.file.empty() ? write_output(text) : void(shown += text); });
+  run_source(interpreter, options);
+  if (!options.file.empty()) {
+    write_output(shown, options.file);
+  }
 }
 
 constexpr const char* kFooter =
@@ -100,6 +111,7 @@ void add_repl(CLI::App& app, Session& session) {
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   command->add_flag("--keep-going", options->keep_going, "go on after a wrong line");
   add_digits_option(*command, session);
+  add_output_file_option(*command, options->file);
   command->footer(kFooter);
   command->callback([&session, options] {
     if (!options->script.empty() && !options->expressions.empty()) {

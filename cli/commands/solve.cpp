@@ -246,8 +246,8 @@ void run_solve(const SolveOptions& options) {
 }
 
 constexpr const char* kFooter =
-    R"(MATRIX is a Matrix Market file. Without --rhs the right side is A (1, ..., 1), so that the
-solution is known.
+    R"(MATRIX is a Matrix Market file, or a table of numbers, a row a line. Without --rhs the
+right side is A (1, ..., 1), so that the solution is known.
 
 The iterative methods stop when ||b - A x|| <= tol (||b|| + ||A|| ||x||), Euclidean norms,
 ||A|| estimated; the residual is computed afresh before it is believed. --method direct

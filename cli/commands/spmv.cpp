@@ -106,7 +106,7 @@ void run_spmv(const SpmvOptions& options) {
 }
 
 constexpr const char* kFooter =
-    R"(MATRIX is a Matrix Market file, VECTOR one column of numbers: of a table (columns real
+    R"(MATRIX is a Matrix Market file, or a table of numbers, a row a line; VECTOR is one column of numbers: of a table (columns real
 and imaginary are one complex column, or cells such as 1-2i), of JSON, or of a Matrix
 Market file.
 

@@ -14,11 +14,11 @@ namespace cli {
 namespace {
 
 struct ZerosOptions {
-  std::vector<std::string> coefficients;
+  std::array<std::string, 5> coefficients;
   OutputOptions output;
 };
 
-constexpr std::array kNames = {"E", "A", "B", "C", "D"};
+constexpr std::array kNames = {"E", "A", "B", "C", "D"};  // of z^4 first
 
 void run_zeros(const ZerosOptions& options) {
   std::array<QuarnFloat, 5> k;
@@ -65,7 +65,10 @@ Examples:
 void add_zeros(CLI::App& app, Session& session) {
   CLI::App* command = app.add_subcommand("zeros", "zeros of a polynomial of degree 4, with error estimates");
   auto options = std::make_shared<ZerosOptions>();
-  command->add_option("E A B C D", options->coefficients, "the coefficients")->required()->expected(5)->type_name("");
+  for (std::size_t i = 0; i < kNames.size(); ++i) {
+    const std::string power = i + 1 == kNames.size() ? "1" : "z^" + std::to_string(kNames.size() - 1 - i);
+    command->add_option(kNames[i], options->coefficients[i], "the coefficient of " + power)->required()->type_name("");
+  }
   add_digits_option(*command, session);
   add_output_options(*command, options->output);
   add_plot_option(*command, options->output);

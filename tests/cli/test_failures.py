@@ -9,16 +9,19 @@ import unittest
 from console import QUARN, SUNSPOTS, run, run_well
 
 SEE_HELP = " (quarn --help shows what there is)\n"
+SEE_FFT = " (quarn fft --help shows what there is)\n"
 
 BAD_OPTIONS = [
     ([], "no sub-command given" + SEE_HELP),
     (["--digits", "30"], "no sub-command given" + SEE_HELP),
-    (["ftf"], "The following argument was not expected: ftf" + SEE_HELP),
-    (["fft"], "FILE is required" + SEE_HELP),
-    (["fft", "a", "b"], "The following argument was not expected: b" + SEE_HELP),
-    (["fft", "-", "--digits"], "--digits: 1 required D missing" + SEE_HELP),
-    (["fft", "-", "--format", "xml"], "--format: 'xml' is not text, csv or json" + SEE_HELP),
-    (["fft", "-", "--format", "0"], "--format: '0' is not text, csv or json" + SEE_HELP),
+    (["ftf"], "there is no sub-command 'ftf'" + SEE_HELP),
+    (["fft"], "FILE is required" + SEE_FFT),
+    (["fft", "--frob"], "there is no option --frob" + SEE_FFT),
+    (["fft", "x", "--frob", "y"], "there is no option --frob" + SEE_FFT),
+    (["fft", "a", "b"], "'b' was not expected" + SEE_FFT),
+    (["fft", "-", "--digits"], "--digits: 1 required D missing" + SEE_FFT),
+    (["fft", "-", "--format", "xml"], "--format: 'xml' is not text, csv or json" + SEE_FFT),
+    (["fft", "-", "--format", "0"], "--format: '0' is not text, csv or json" + SEE_FFT),
     (["fft", "-", "--plot", "s.pdf"], "--plot: the file name must end in .svg or .png: 's.pdf'\n"),
 ]
 

@@ -112,6 +112,15 @@ class Runs(unittest.TestCase):
                         text = f'A = {matrix}; save(A, "{file}"); B = load("{file}"); norm(A - B, "max")'
                         self.assertEqual(run_well("repl", "--digits", "70", "--eval", text), "ans = 0\n")
 
+    def test_a_file_is_written_at_the_end_of_a_good_run(self):
+        with tempfile.TemporaryDirectory() as folder:
+            file = os.path.join(folder, "shown")
+            self.assertEqual(run("repl", "--eval", "1", "--eval", "2 +", "--output", file).returncode, 2)
+            self.assertFalse(os.path.exists(file))
+            self.assertEqual(run_well("repl", "--eval", "1", "--eval", "2", "--output", file), "")
+            with open(file, encoding="utf-8") as text:
+                self.assertEqual(text.read(), "ans = 1\nans = 2\n")
+
     def test_help_tells_of_every_function(self):
         overview = run_well("repl", "--eval", "help")
         # Headings end with a colon; the names stand below them.

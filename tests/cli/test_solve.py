@@ -147,12 +147,14 @@ class Solve(unittest.TestCase):
     def test_what_is_refused(self):
         wide = self.write("w.mtx", HEAD + "real general\n2 3 1\n1 1 1\n")
         square = self.write("q.mtx", HEAD + "real general\n2 2 2\n1 1 1\n2 1 1\n")
-        help_line = " (quarn --help shows what there is)"
+        help_line = " (quarn solve --help shows what there is)"
         for arguments, status, complaint in (
                 ((wide,), 2, f"quarn: {wide}: 2 by 3, but a system needs a square matrix"),
                 ((square, "--rhs", "-"), 2, f"quarn: {square}: order 2, but the right side has 3 numbers"),
                 ((square, "--precon", "ssor"), 2, f"quarn: {square}: --precon ssor divides by the diagonal, but row 2 has none"),
                 ((square, "--tol", "small"), 2, "quarn: --tol: 'small' is not a number"),
+                ((square, "--tol", "1"), 2, "quarn: --tol: must be below 1"),
+                ((square, "--digits", "9"), 2, "quarn: --digits: --method bicgstab needs 10 at least; --method direct takes fewer"),
                 ((square, "--precon", "jacobi", "--omega", "2"), 2, "quarn: --omega: must lie between 0 and 2"),
                 (("-", "--rhs", "-"), 2, "quarn: only one of MATRIX and --rhs can be standard input"),
                 ((square, "--method", "all", "--format", "mtx"), 2, "quarn: --method all gives a comparison, which is no matrix"),
@@ -162,11 +164,6 @@ class Solve(unittest.TestCase):
             with self.subTest(arguments=arguments):
                 done = run("solve", *arguments, stdin="1\n2\n3\n")
                 self.assertEqual((done.returncode, done.stdout, done.stderr), (status, "", complaint + "\n"))
-        done = run("solve", square, "--tol", "2")
-        self.assertEqual(done.returncode, 1)
-        self.assertIn(" ** On entry, parameter number  8 had an illegal value.\n", done.stderr)
-        done = run("solve", square, "--digits", "9")
-        self.assertIn("parameter number 14", done.stderr)
 
 
 if __name__ == "__main__":

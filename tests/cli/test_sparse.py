@@ -103,6 +103,16 @@ class Sparse(unittest.TestCase):
         self.assertTrue(run_well("sparse", self.file, "--format", "mtx").startswith(HEAD + "integer general\n"))
         self.assertTrue(run_well("sparse", self.file, "--format", "mtx", "--dup", "remove").startswith(HEAD + "pattern general\n"))
 
+    def test_tables_are_matrices_too_and_entries_are_none(self):
+        data = run_json("sparse", "-", stdin="4,0\n1,3-i\n")
+        self.assertEqual([data[name] for name in ("row", "column", "real", "imaginary")],
+                         [[1, 2, 2], [1, 1, 2], ["4", "1", "3"], ["0", "0", "-1"]])
+        self.assertEqual(run_json("solve", "-", "--method", "direct", stdin="4 0\n1 3\n")["value"], ["1", "1"])
+        entries = run_well("sparse", "-", "--output", "-", "--format", "csv", stdin="4,0\n1,3\n")
+        done = run("lu", "-", stdin=entries)
+        self.assertEqual((done.returncode, done.stdout), (2, ""))
+        self.assertIn("entries of a sparse matrix", done.stderr)
+
     @unittest.skipUnless(shutil.which("gnuplot"), "needs gnuplot")
     def test_a_picture_has_a_tile_for_each_place(self):
         picture = self.written.replace(".mtx", ".svg")
