@@ -26,6 +26,10 @@ extern "C" {
 /// means the usual protocol. While there is a handler, a failing routine writes nothing to console or standard output
 /// and returns with its failure number, whatever IFAIL was on entry; a kernel with a wrong argument returns before it
 /// touches anything. A routine that calls others may tell of theirs before its own: the last word counts, and only if
-/// IFAIL comes back non-zero. *handler must live until the next call.
+/// IFAIL comes back non-zero.
+///
+///   handler   the function and what is handed to it; *handler must live until the next call
+///
+/// Cost: a pointer is stored; of a routine that does not fail, nothing.
 TESK2MP_API const QuarnFailureHandler* QuarnMPX_failure_handler(const QuarnFailureHandler* handler);
 }

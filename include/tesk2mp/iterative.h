@@ -28,27 +28,31 @@ extern "C" {
 
 /// Sets a problem up.
 ///
-///   method   "RGMRES", "CGS", "BICGSTAB" or "TFQMR", blanks before and letters of either case allowed, what follows
-///   the
-///            name ignored; at most 32 characters between blanks
+///   method   "RGMRES", "CGS", "BICGSTAB" or "TFQMR", blanks before it and letters of either case allowed, what
+///            follows the name ignored; at most 32 characters between blanks
 ///   precon   'P' the caller solves with a preconditioner, 'N' there is none
 ///   norm     '1' sum of magnitudes, 'I' largest magnitude, '2' Euclidean
 ///   weight   'W' norms are weighted by WGT, 'N' they are not. Inner products of the methods never are.
 ///   iterm    criterion, 1 or 2
 ///   n        order of the system, N >= 1
-///   m        RGMRES: iterations to a restart, 1 ... min(N, 50). BICGSTAB: the order, 1 ... min(N, 10). Else not looked
-///   at tol      tolerance, below 1; <= 0 means sqrt(eps) maxitn   most iterations, >= 1 anorm    norm of A for ITERM
-///   1; with weights, of W A W^-1. <= 0: F11BEF estimates it first, and asks for at most ten
-///            products with A and nine with its transpose
+///   m        RGMRES: iterations to a restart, 1 ... min(N, 50). BICGSTAB: the order, 1 ... min(N, 10). Otherwise not
+///            looked at
+///   tol      tolerance tau, below 1; <= 0 means sqrt(eps)
+///   maxitn   most iterations, >= 1
+///   anorm    norm of A for ITERM 1; with weights, of W A W^-1. <= 0: F11BEF estimates it first, and asks for at most
+///            ten products with A and nine with its transpose
 ///   sigmax   norm of M^-1 A for ITERM 2. <= 0: the largest growth of a vector in the products so far
 ///   monit    every that many iterations F11BEF comes back to be monitored; 0: never
 ///   lwreq    out: the least LWORK, at most 2^31 - 1: 100 + N (4 + c) with c the vectors of the method:
-///              RGMRES    M + 2, and (M + 1) M + 3 M + 1 elements more
-///              CGS       5
-///              BICGSTAB  2 M + 2
-///              TFQMR     7
+///            RGMRES    M + 2, and (M + 1) M + 3 M + 1 elements more
+///            CGS       5
+///            BICGSTAB  2 M + 2
+///            TFQMR     7
 ///            and one vector more with a preconditioner. Set unless one of the arguments before it is wrong.
-///   work     LWORK elements, LWORK >= LWREQ
+///   work     LWORK elements: the whole state, which belongs to F11BEF until it is completed
+///   lwork    length of WORK, LWORK >= LWREQ
+///
+/// Cost: a few comparisons, and 100 elements of WORK written.
 ///
 /// The checks, in this order; on failure WORK is not changed:
 ///   IFAIL 1   99999 the first argument that is wrong: METHOD 1, PRECON 2, NORM 3, WEIGHT 4, ITERM 5, N 6, TOL 8,
@@ -73,8 +77,7 @@ TESK2MP_API void QuarnMP_f11bdfn_(const char* method, const char* precon, const 
 ///   irevcm   in                                       out
 ///    0       first call: U is x_0, V is b
 ///    1       V holds A U                              set V := A U
-///   -1       V holds A^T U                            set V := A^T U; only to estimate ANORM, before the first
-///   iteration
+///   -1       V holds A^T U                            set V := A^T U; to estimate ANORM, before the first iteration
 ///    2       V holds M^-1 U                           set V := M^-1 U
 ///    3       go on                                    look: U is the iterate, V its residual b - A U
 ///    4                                                the end: U is the solution, V its residual
@@ -82,10 +85,16 @@ TESK2MP_API void QuarnMP_f11bdfn_(const char* method, const char* precon, const 
 ///    6       stop at once: U is the last iterate that is complete, V is not touched
 ///
 ///   u, v     N each. V is the only thing that is read back.
-///   wgt      N positive numbers with WEIGHT 'W', the same in every call; else not referenced
+///   wgt      N positive numbers with WEIGHT 'W', the same in every call; otherwise not referenced
+///   work     as F11BDF has set it up
+///   lwork    length of WORK, at least the LWREQ of F11BDF
 ///
 /// A request keeps nothing in mind but WORK, so U, V may be other arrays at the next call. The working precision may
 /// change between calls, from 10 digits on.
+///
+/// Cost: the products and solutions asked for (1 for an iteration of RGMRES, 2 of CGS and TFQMR, 2 M of BICGSTAB), and
+/// beside them about 2 j N multiply-adds in the j-th iteration of RGMRES after a restart, a fixed multiple of N in CGS
+/// and TFQMR, of the order of M^2 N in BICGSTAB.
 ///
 /// On every failure IREVCM is 4, so that a loop ends. Outcomes, U and V as above unless said otherwise:
 ///   IFAIL 0   the true residual satisfies the criterion (of b = 0 the solution is 0, without any product)
@@ -110,9 +119,19 @@ TESK2MP_API void QuarnMP_f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v,
 /// The progress, at any time after set-up: iterations done; both sides of the criterion as last computed; ANORM and
 /// SIGMAX as given or as estimated so far.
 ///
+///   itn      out: iterations done
+///   stplhs   out: the left side of the criterion
+///   stprhs   out: its right side, tau and norms included
+///   anorm    out: the norm of A, 0 where ITERM 2 has no need of it
+///   sigmax   out: the norm of M^-1 A
+///   work     as F11BDF or F11BEF has left it; not changed
+///   lwork    length of WORK, >= 100
+///
 /// When F11BEF comes back with IREVCM 3 or 4 both sides are those of the true residual. In between they are what the
 /// recurrence says: with ITERM 1 and a preconditioner the left side is scaled by the ratio of the two residuals when
 /// last known, and RGMRES bounds it from below, and the right side from above, unless the norm is the Euclidean one.
+///
+/// Cost: five elements of WORK are read.
 ///
 ///   IFAIL 2   99998 argument 7: LWORK < 100
 ///   IFAIL 1   99999 no problem in WORK

@@ -6,9 +6,8 @@
 //             significant first. Period 2^58 for odd X. The low-order bits of X have short periods (bit k, from 0, has
 //             2^(k-1)), and tests of birthday spacings at a resolution of 2^-30 reject it.
 //   1 - 273   the multiple-set generators: s_i := a_i s_i mod m_i, u = s_1/m_1 + s_2/m_2 + s_3/m_3 + s_4/m_4 mod 1,
-//   with
-//             the multipliers and prime moduli of one row of a table (B. A. Wichmann and I. D. Hill, Applied Statistics
-//             31, 1982, with four terms). Period above 2^92. ISEED holds the s_i: each 1 ... m_i - 1, and
+//             with the multipliers and prime moduli of one row of a table (B. A. Wichmann and I. D. Hill, Applied
+//             Statistics 31, 1982, with four terms). Period above 2^92. ISEED holds the s_i: each 1 ... m_i - 1, and
 //             m_i > 16760000.
 //
 // The whole state is the caller's ISEED: save and restore it to go on with a stream; use another ISEED for another
@@ -32,16 +31,26 @@
 extern "C" {
 
 /// The next variate of generator *igen; iseed[0 ... 3] moves on.
+///
+///   igen    the generator, 0 ... 273
+///   iseed   4 integers, the state: IGEN 0 each 0 ... 32767, the first odd; IGEN >= 1 each 1 ... m_i - 1
+///
+/// Cost: one draw and one rounding; the companion ceil(D / 9) + 1 draws.
 TESK2MP_API QuarnFloat QuarnMP_g05kaf_(const Integer* igen, Integer* iseed);
 TESK2MP_API QuarnFloat QuarnMPX_g05kaf_(const Integer* igen, Integer* iseed);
 /// The same with IGEN by value.
 TESK2MP_API QuarnFloat QuarnMP_g05kafn_(Integer igen, Integer* iseed);
 TESK2MP_API QuarnFloat QuarnMPX_g05kafn_(Integer igen, Integer* iseed);
 
-/// The next variate of multiple-set generator igen, 1 ... 273; any other igen gives NaN.
+/// The same for the multiple-set generators alone: igen is 1 ... 273, any other gives NaN.
 TESK2MP_API QuarnFloat QuarnMP_g05kazn_(Integer igen, Integer* iseed);
 TESK2MP_API QuarnFloat QuarnMPX_g05kazn_(Integer igen, Integer* iseed);
 
 /// The default stream: *igen := 0, iseed := 6698, 7535, 26792, 30140.
+///
+///   igen    out: 0
+///   iseed   out: 4 integers
+///
+/// Cost: five integers are stored.
 TESK2MP_API void QuarnMP_g05kbx_(Integer* igen, Integer* iseed);
 }

@@ -47,26 +47,42 @@
 extern "C" {
 
 // Frame ----------------------------------------------------------------------------------------------------------
+//
+// Cost: of the text that is written, if any.
 
 /// Prints the implementation details on the advisory-message unit: what the library is and which mark.
 TESK2MP_API void QuarnMP_a00aafn_();
 
 /// Ends a routine: reports the failure number ierror as ifail asks (table above) and returns it, if it returns.
-/// srname: name of the routine. rec: first of nrec message records, each NUL-terminated, rec_len characters apart.
-/// srname_len is not used. ierror 0 prints nothing and returns 0.
+///
+///   ifail        what the caller wants of a failure
+///   ierror       the failure number; 0 prints nothing and returns 0
+///   srname       name of the routine, NUL-terminated
+///   nrec         number of message records
+///   rec          the first of them, each NUL-terminated, rec_len characters apart; not read when nrec is 0
+///   srname_len   not used
+///   rec_len      characters from one record to the next
 TESK2MP_API Integer QuarnMP_p01abfn_(Integer ifail, Integer ierror, const char* srname, Integer nrec, const char* rec,
                                      int srname_len, int rec_len);
 
 /// As p01abfn, with the name of a variable in the closing line; trailing blanks of the varname_len characters of
 /// varname are ignored, and a blank name leaves the value out as well.
+///
+///   varname       name of the variable
+///   varname_len   characters of varname
 TESK2MP_API Integer QuarnMP_p01acfn_(Integer ifail, Integer ierror, const char* srname, const char* varname,
                                      Integer nrec, const char* rec, int srname_len, int varname_len, int rec_len);
 
-/// The unit of error messages, 6 at first. *iflag 0 stores it into *nerr, 1 sets it from *nerr, any other value does
-/// nothing. A negative unit suppresses every message; all others mean the host console.
+/// The unit of error messages, 6 at first, of the whole process. A negative unit suppresses every message; all others
+/// mean the host console.
+///
+///   iflag   0 stores the unit into *nerr, 1 sets it from *nerr, any other value does nothing
+///   nerr    the unit: out when *iflag is 0, in when it is 1
 TESK2MP_API void QuarnMP_x04aaf_(Integer* iflag, Integer* nerr);
 
 // Constants ------------------------------------------------------------------------------------------------------
+//
+// Cost: of one number made. Pi is computed when the digits have been raised, and kept.
 
 /// pi as the double 3.141592653589793: about 16 digits whatever the working precision. See QuarnMPX_x01aaf_.
 TESK2MP_API QuarnFloat QuarnMP_x01aaf_();
@@ -84,10 +100,16 @@ TESK2MP_API QuarnFloat QuarnMP_x02amf_();
 TESK2MP_API Integer QuarnMP_x02bhf_();
 
 // Complex arithmetic on separate parts ---------------------------------------------------------------------------
+//
+// Cost: a few multiplications, divisions and square roots, whatever the values.
 
 /// *yr + i *yi := the principal square root of xr + i xi; sqrt(-4 + 0i) is 2i. For |xr| <= 1 the result carries a
 /// factor sqrt(1/2) that is a double, so that it is good to about 16 digits only; the companion is good to a few units
 /// in the last place everywhere. y may overlap x.
+///
+///   xr, xi   real and imaginary part of the number
+///   yr, yi   out: those of its root, yr >= 0
+///
 TESK2MP_API void QuarnMP_a02aafn_(QuarnFloat xr, QuarnFloat xi, QuarnFloat* yr, QuarnFloat* yi);
 TESK2MP_API void QuarnMPX_a02aafn_(QuarnFloat xr, QuarnFloat xi, QuarnFloat* yr, QuarnFloat* yi);
 /// The same with every argument by address.
@@ -95,10 +117,18 @@ TESK2MP_API void QuarnMP_a02aaf_(QuarnFloat* xr, QuarnFloat* xi, QuarnFloat* yr,
 TESK2MP_API void QuarnMPX_a02aaf_(QuarnFloat* xr, QuarnFloat* xi, QuarnFloat* yr, QuarnFloat* yi);
 
 /// The modulus of xr + i xi, without overflow unless the result overflows.
+///
+///   xr, xi   real and imaginary part
+///
 TESK2MP_API QuarnFloat QuarnMP_a02abfn_(QuarnFloat xr, QuarnFloat xi);
 
 /// *zr + i *zi := (xr + i xi) / (yr + i yi) by the method of R. L. Smith (Comm. ACM 5, 1962). A zero divisor is not
 /// tested for: it gives what QuarnFloat gives for 0/0.
+///
+///   xr, xi   the dividend
+///   yr, yi   the divisor
+///   zr, zi   out: the quotient
+///
 TESK2MP_API void QuarnMP_a02acfn_(QuarnFloat xr, QuarnFloat xi, QuarnFloat yr, QuarnFloat yi, QuarnFloat* zr,
                                   QuarnFloat* zi);
 }

@@ -1,0 +1,77 @@
+// Examples of the routine reference: iterative solution by reverse communication.
+#include "examples/reference/run.h"
+#include "tesk2mp/tesk2mp.h"
+
+namespace {
+
+// y := A x with rows (4, 1) and (2, 3)
+void multiply(const QuarnFloat* x, QuarnFloat* y) {
+  y[0] = 4 * x[0] + x[1];
+  y[1] = 2 * x[0] + 3 * x[1];
+}
+
+void f11bdf() {
+  //! [f11bdf]
+  Integer iterm = 1, n = 2, m = 0, maxitn = 100, monit = 0, lwreq, lwork = 200, ifail = -1;
+  QuarnFloat tol("1e-18"), anorm = 5, sigmax = 0, work[200];
+  QuarnMP_f11bdf_("CGS", "N", "I", "N", &iterm, &n, &m, &tol, &maxitn, &anorm, &sigmax, &monit, &lwreq, work, &lwork,
+                  &ifail, 3, 1, 1, 1);
+  std::cout << "IFAIL " << ifail << ", LWREQ " << lwreq << "\n";
+  //! [f11bdf]
+}
+
+void f11bef() {
+  //! [f11bef]
+  Integer iterm = 1, n = 2, m = 2, maxitn = 100, monit = 0, lwreq, lwork = 200, ifail = -1;
+  QuarnFloat tol("1e-18"), anorm = 5, sigmax = 0, work[200];
+  QuarnMP_f11bdf_("RGMRES", "N", "I", "N", &iterm, &n, &m, &tol, &maxitn, &anorm, &sigmax, &monit, &lwreq, work, &lwork,
+                  &ifail, 6, 1, 1, 1);
+  QuarnFloat u[] = {0, 0}, v[] = {1, 2};  // x_0 and b
+  Integer irevcm = 0;
+  do {
+    ifail = -1;
+    QuarnMP_f11bef_(&irevcm, u, v, nullptr, work, &lwork, &ifail);
+    if (irevcm == 1) {
+      multiply(u, v);  // v := A u with rows (4, 1) and (2, 3)
+    }
+  } while (irevcm != 4);
+  std::cout << "IFAIL " << ifail << ", near (0.1, 0.6) to 1e-17: "
+            << (fabs(u[0] - QuarnFloat("0.1")) < QuarnFloat("1e-17") &&
+                fabs(u[1] - QuarnFloat("0.6")) < QuarnFloat("1e-17"))
+            << "\n";
+  //! [f11bef]
+}
+
+void f11bff() {
+  //! [f11bff]
+  Integer iterm = 1, n = 2, m = 0, maxitn = 100, monit = 0, lwreq, lwork = 200, ifail = -1;
+  QuarnFloat tol("1e-18"), anorm = 5, sigmax = 0, work[200];
+  QuarnMP_f11bdf_("TFQMR", "N", "I", "N", &iterm, &n, &m, &tol, &maxitn, &anorm, &sigmax, &monit, &lwreq, work, &lwork,
+                  &ifail, 5, 1, 1, 1);
+  Integer itn;
+  QuarnFloat left, right;
+  QuarnMP_f11bff_(&itn, &left, &right, &anorm, &sigmax, work, &lwork, &ifail);
+  std::cout << itn << " iterations, ||A|| = " << anorm << "\n";
+  //! [f11bff]
+}
+
+void f11bezn() {
+  //! [f11bezn]
+  Integer iterm = 1, n = 2, m = 1, maxitn = 100, monit = 0, lwreq, lwork = 200, ifail = -1;
+  QuarnFloat tol("1e-18"), anorm = 5, sigmax = 0, work[200];
+  QuarnMP_f11bdf_("RGMRES", "N", "I", "N", &iterm, &n, &m, &tol, &maxitn, &anorm, &sigmax, &monit, &lwreq, work, &lwork,
+                  &ifail, 6, 1, 1, 1);
+  QuarnFloat u[] = {0, 0}, v[] = {1, 2};
+  Integer irevcm = 0, info = lwork;
+  QuarnMP_f11bezn_(&irevcm, work, u, v, nullptr, &info);
+  std::cout << "asks for " << irevcm << ", info " << info << "\n";
+  irevcm = 2;  // not what it has asked for
+  info = lwork;
+  QuarnMP_f11bezn_(&irevcm, work, u, v, nullptr, &info);
+  std::cout << "info " << info << "\n";
+  //! [f11bezn]
+}
+
+}  // namespace
+
+int main() { return run_examples({{"f11bdf", f11bdf}, {"f11bef", f11bef}, {"f11bff", f11bff}, {"f11bezn", f11bezn}}); }
