@@ -17,6 +17,9 @@ class Error(Exception):
         self.text = text
         self.values = values
 
+    def __reduce__(self):
+        return type(self), (str(self), self.routine, self.code, self.label, self.text, self.values)
+
 
 class InvalidArgument(Error, ValueError):
     """The arguments were refused; nothing was computed."""

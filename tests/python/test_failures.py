@@ -1,5 +1,6 @@
 """Failures are exceptions with all that the library says, and neither standard stream gets a byte."""
 
+import pickle
 import subprocess
 import sys
 import unittest
@@ -89,6 +90,8 @@ class Failures(unittest.TestCase):
                 self.assertEqual(type(error).__name__, kind)
                 self.assertEqual((error.routine, error.code, error.label), (routine, code, label))
                 self.assertEqual((error.text, error.values), (text, values))
+                copied = pickle.loads(pickle.dumps(error))  # as from a pool of processes
+                self.assertEqual((str(copied), vars(copied)), (str(error), vars(error)))
                 self.assertEqual(str(error), f"{routine}: {' '.join(text.removeprefix(' ** ').split())}")
         self.assertTrue(issubclass(tesk2mp.InvalidArgument, ValueError))
         self.assertTrue(issubclass(tesk2mp.NumericalFailure, ArithmeticError))
