@@ -1,4 +1,4 @@
-"""Installs, packs and unpacks the library, and builds and runs somebody else's programs against what comes out.
+"""Installs and packs the library, installs the packages, and builds and runs somebody else's programs against the results.
 
 test_packages.py [--release FOLDER] [--win32 FOLDER]: built build folders; everything is made in FOLDER/packages.
 """
@@ -21,6 +21,8 @@ PRINTED = {
     "exports": "7.5 -1.5 -2.5 3\n",
     "numbers": "1.41421356237309504880168872420969807857\n",
 }
+# A user who is not root is one in a namespace of their own.
+AS_ROOT = [] if os.name != "posix" or os.geteuid() == 0 else ["unshare", "--map-root-user"]
 OPTIONS = argparse.Namespace(release=None, win32=None)
 
 
@@ -36,6 +38,12 @@ def empty_folder(path):
     shutil.rmtree(path, ignore_errors=True)
     path.mkdir(parents=True)
     return path
+
+
+def files_below(root):
+    """What stands there, without the package manager's notes and the loader's cache."""
+    notes = (root / "var", root / "etc/ld.so.cache")
+    return {path for path in root.rglob("*") if not any(path == note or note in path.parents for note in notes)}
 
 
 def environment(**changes):
@@ -104,6 +112,8 @@ class Linux(Consumer):
             self.check_python(moved)
 
     def test_debian_packages(self):
+        if subprocess.run([*AS_ROOT, "true"], capture_output=True, check=False).returncode != 0:
+            self.skipTest("needs root, or a namespace in which to be it")
         for old in self.folder.glob("*.deb"):
             old.unlink()
         run("cpack", "-G", "DEB", cwd=OPTIONS.release)
@@ -115,13 +125,46 @@ class Linux(Consumer):
             self.assertIn("libtesk2mp0", depends[name], name)
         self.assertRegex(depends["python3-tesk2mp"], r"python3 \(>= 3\.[0-9]+\), python3 \(<< 3\.[0-9]+\)")
         root = empty_folder(self.folder / "root")
-        for path in packages.values():
-            run("dpkg-deb", "-x", path, root)
+        self.make_system(root, set(packages), depends.values())
+        before = files_below(root)
+        # In the order that their dependencies ask for: the library first.
+        run(*AS_ROOT, "dpkg", f"--root={root}", "--install", *sorted(packages.values(), key=lambda path: path.name))
+        states = {name: run("dpkg-query", f"--admindir={root / 'var/lib/dpkg'}", "-W", "-f=${Status}", name) for name in packages}
+        self.assertEqual(set(states.values()), {"install ok installed"}, states)
         self.assertTrue((root / "usr/share/doc").is_dir())
+        self.assertTrue((root / "etc/ld.so.cache").exists(), "the library's own script tells the loader of it")
+        # Inside, nothing of the build is in reach.
+        printed = run(*AS_ROOT, "chroot", root, "/usr/bin/quarn", "fft", "-", "--digits", "30", input="1\n2\n4\n8\n")
+        self.assertIn("7.5000", printed)
         self.check_cmake(root / "usr", self.folder / "consumer-deb")
         self.check_pkg_config(root / "usr", self.folder / "consumer-deb-pkg")
         self.check_console(root / "usr")
         self.check_python(root / "usr")
+        alone = subprocess.run([*AS_ROOT, "dpkg", f"--root={root}", "--remove", "libtesk2mp0"], capture_output=True, check=False)
+        self.assertNotEqual(alone.returncode, 0, "others depend on the library")
+        run(*AS_ROOT, "dpkg", f"--root={root}", "--purge", *packages)
+        self.assertEqual(files_below(root) - before, set())
+
+    def make_system(self, root, ours, depends):
+        """A system of its own: this one's shell, loader and libraries, and its word for the packages that are there."""
+        for name in ("usr/bin", "usr/sbin", "usr/lib", "usr/lib64", "etc", "tmp", "var/lib/dpkg/info", "var/lib/dpkg/updates"):
+            (root / name).mkdir(parents=True)
+        for name in ("bin", "sbin", "lib", "lib64"):
+            (root / name).symlink_to(f"usr/{name}")
+        status = ""
+        for name in sorted(set(re.findall(r"(?:^|, )([a-z0-9.+-]+)", "\n".join(depends), re.MULTILINE)) - ours):
+            status += run("dpkg-query", "-s", name).rstrip() + "\n\n"
+        (root / "var/lib/dpkg/status").write_text(status)
+        programs = ["/bin/sh", "/sbin/ldconfig", OPTIONS.release / "bin/quarn"]
+        files = {str(program) for program in programs[:2]}
+        for program in programs:
+            listed = subprocess.run(["ldd", program], capture_output=True, text=True, check=False).stdout
+            files |= {path for path in re.findall(r"(/\S+) \(0x", listed) if not path.startswith(str(OPTIONS.release))}
+        for file in files:
+            (root / file[1:]).parent.mkdir(parents=True, exist_ok=True)
+            shutil.copy(file, root / file[1:])
+        if pathlib.Path("/sbin/ldconfig.real").exists():  # which a script of that name calls
+            shutil.copy("/sbin/ldconfig.real", root / "sbin/ldconfig.real")
 
 
 class Windows(Consumer):
