@@ -36,8 +36,7 @@ TESK2MP_API void QuarnMP_m01edf_(Complex* rv, const Integer* m1, const Integer* 
 
 /// Replaces the permutation IPERM of M1 ... M2 by its inverse, in place.
 /// IFAIL 2, label 99996: some IPERM(I) is outside M1 ... M2; nothing has been changed.
-/// IFAIL 3, label 99995: a value is in IPERM(M1:M2) twice; the message tells which. IPERM then holds values of M1 ...
-/// M2 in no particular order.
+/// IFAIL 3, label 99995: a value is in IPERM(M1:M2) twice; the message tells which. Nothing has been changed.
 /// Cost: linear in M2 - M1 + 1.
 TESK2MP_API void QuarnMP_m01zaf_(Integer* iperm, const Integer* m1, const Integer* m2, Integer* ifail);
 }

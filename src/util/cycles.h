@@ -84,29 +84,23 @@ void move_to_ranks_ahead(Integer* ranks, Integer* sources, Integer count, T* arr
   }
 }
 
-/// Replaces the permutation by its inverse. Gives 0, or a value that is there twice.
-inline Integer invert_permutation(Integer* entries, Integer first, Integer count) noexcept {
-  Integer repeated = 0;
-  for (Integer start = 0; start < count && repeated == 0; ++start) {
+/// Replaces a permutation by its inverse.
+inline void invert_permutation(Integer* entries, Integer first, Integer count) noexcept {
+  for (Integer start = 0; start < count; ++start) {
     if (entries[start] < 0) {
       continue;
     }
     Integer previous = start;
     Integer place = entries[start] - first;
     while (place != start) {
-      if (entries[place] < 0) {
-        repeated = place + first;
-        break;
-      }
       const Integer next = entries[place] - first;
       entries[place] = -(previous + first);
       previous = place;
       place = next;
     }
-    entries[start] = -(repeated == 0 ? previous + first : entries[start]);
+    entries[start] = -(previous + first);
   }
   restore_signs(entries, count);
-  return repeated;
 }
 
 /// Gives 0 for a permutation, or a value that is there twice.

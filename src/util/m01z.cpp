@@ -16,9 +16,17 @@ constexpr PermutationMessages kMessages = {
 
 void m01za(Integer* iperm, Integer m1, Integer m2, char* message_buffer, Integer* ifail, int /*buffer_length*/) {
   Report report("M01ZAF", message_buffer, ifail);
-  if (permutation_is_in_range(report, kMessages, iperm, m1, m2)) {
-    report_repeated(report, kMessages, invert_permutation(iperm + (m1 - 1), m1, m2 - m1 + 1));
+  if (!permutation_is_in_range(report, kMessages, iperm, m1, m2)) {
+    return;
   }
+  Integer* section = iperm + (m1 - 1);
+  const Integer count = m2 - m1 + 1;
+  if (find_repeated(section, m1, count) == 0) {
+    return invert_permutation(section, m1, count);
+  }
+  // What is no permutation stays as it is. Of several repeated values the message names the one that a cycle meets
+  // first, as it does in rearranging.
+  report_repeated(report, kMessages, move_to_ranks(section, m1, count));
 }
 
 void m01zb(Integer* iperm, Integer m1, Integer m2, char* message_buffer, Integer* ifail, int /*buffer_length*/) {

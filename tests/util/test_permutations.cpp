@@ -132,9 +132,8 @@ TEST_CASE("failure 3 exactly when a value repeats; no value is lost and no sign 
       Padded entries(section, m1);
       CHECK(run(core, entries) == (repeats ? 3 : 0));
       CHECK(entries.padding_is_intact());
-      for (const Integer entry : entries.section()) {
-        CHECK(entry >= m1);
-        CHECK(entry < m1 + n);
+      if (repeats) {
+        CHECK(entries.section() == section);
       }
     }
     Padded ranks(section, m1);
