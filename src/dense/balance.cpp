@@ -1,6 +1,7 @@
 // B. N. Parlett, C. Reinsch, Balancing a matrix for calculation of eigenvalues and eigenvectors, Numer. Math. 13
 // (1969), as DGEBAL of E. Anderson et al., LAPACK Users' Guide, does it.
 #include <algorithm>
+#include <initializer_list>
 
 #include "src/dense/eigen.h"
 #include "src/frame/constants.h"
@@ -78,6 +79,36 @@ class Balancing {
     }
   }
 
+  using Values = std::initializer_list<QuarnFloat*>;
+
+  static void step(const QuarnFloat& factor, Values up, Values down) {
+    for (QuarnFloat* value : up) {
+      *value *= factor;
+    }
+    for (QuarnFloat* value : down) {
+      *value /= factor;
+    }
+  }
+
+  /// Steps by 8 as long as there is more to do. Norms may be 10^134217726 apart and further: after a hundred steps,
+  /// many are taken at a time, by powers of 8 after which there is still more to do.
+  template <class More>
+  static void step_while(More more, Values up, Values down) {
+    for (int steps = 0; more(); ++steps) {
+      step(kRadix, up, down);
+      if (steps < 100) {
+        continue;
+      }
+      for (QuarnFloat leap = kRadix * kRadix; more(); leap *= leap) {
+        step(leap, up, down);
+        if (!more()) {
+          step(leap, down, up);
+          break;
+        }
+      }
+    }
+  }
+
   bool rescale_pair(Integer i) {
     QuarnFloat c;
     QuarnFloat r;
@@ -96,23 +127,17 @@ class Balancing {
     QuarnFloat f = 1;
     QuarnFloat g = r / kRadix;
     const QuarnFloat s = c + r;
-    while (c < g && std::max({f, c, ca}) < scale_largest_ && std::min({r, g, ra}) > scale_smallest_) {
-      for (QuarnFloat* up : {&f, &c, &ca}) {
-        *up *= kRadix;
-      }
-      for (QuarnFloat* down : {&r, &g, &ra}) {
-        *down /= kRadix;
-      }
-    }
+    step_while(
+        [&] {
+          return c < g && std::max({f, c, ca}) < scale_largest_ && std::min({r, g, ra}) > scale_smallest_;
+        },
+        {&f, &c, &ca}, {&r, &g, &ra});
     g = c / kRadix;
-    while (g >= r && std::max(r, ra) < scale_largest_ && std::min({f, c, g, ca}) > scale_smallest_) {
-      for (QuarnFloat* down : {&f, &c, &g, &ca}) {
-        *down /= kRadix;
-      }
-      for (QuarnFloat* up : {&r, &ra}) {
-        *up *= kRadix;
-      }
-    }
+    step_while(
+        [&] {
+          return g >= r && std::max(r, ra) < scale_largest_ && std::min({f, c, g, ca}) > scale_smallest_;
+        },
+        {&r, &ra}, {&f, &c, &g, &ca});
     if (c + r >= QuarnFloat(0.95) * s || (f < 1 && scale_(i) < 1 && f * scale_(i) <= smallest_) ||
         (f > 1 && scale_(i) > 1 && scale_(i) >= 1 / (smallest_ * f))) {
       return false;

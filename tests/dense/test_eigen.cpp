@@ -276,6 +276,15 @@ TEST_CASE("balancing: permutation isolates, scaling levels, eigenvalues stay") {
     }
   }
 
+  // Norms so far apart that steps by 8 one at a time would take minutes; and a power of 8 all the same.
+  QuarnFloat apart[] = {1, QuarnFloat(3, -60000000), QuarnFloat(5, 60000000), 1};
+  f08nhf_("S", 2, apart, 2, &ilo, &ihi, scale.data(), &info, 1);
+  CHECK(info == 0);
+  CHECK((apart[1] < 64 * apart[2] && apart[2] < 64 * apart[1]));
+  CHECK(fabs(apart[1] * apart[2] - 15) < QuarnFloat(1, -35));
+  const QuarnFloat steps = log(scale[1] / scale[0]) / log(QuarnFloat(8));
+  CHECK(fabs(steps - floor(steps + QuarnFloat(0.5))) < QuarnFloat(1, -25));
+
   struct Row {
     const char* job;
     Integer n, lda, info;
