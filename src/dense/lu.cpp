@@ -94,18 +94,16 @@ Integer factorise_unblocked(Integer m, Integer n, MatrixView<T> a, const Pivots&
     const Integer row = pivots.choose(j, m, a);
     const bool usable = pivots.usable(row, a(row, j));
     pivots.record(j, row);
+    if (Pivots::kStopsWhenSingular && !usable) {
+      return j;
+    }
     if (usable) {
       if (row != j) {
         swap_vectors(n, a.row(j), a.row(row));
       }
       scale(m - j, quotient(T(1.0), a(j, j)), a.column(j).from(j + 1));
-    } else {
-      if (info == 0) {
-        info = j;
-      }
-      if (Pivots::kStopsWhenSingular) {
-        break;
-      }
+    } else if (info == 0) {
+      info = j;
     }
     update_rank_one(Op::none, m - j, n - j, T(-1.0), a.column(j).from(j + 1), a.row(j).from(j + 1),
                     a.from(j + 1, j + 1));
@@ -137,23 +135,26 @@ Integer factorise(Integer nb, Integer m, Integer n, MatrixView<T> a, const Pivot
     if (info == 0 && panel_info > 0) {
       info = panel_info + j - 1;
     }
-    const Integer done = Pivots::kStopsWhenSingular && panel_info > 0 ? j + panel_info - 1 : next - 1;
-    for (Integer i = j; i <= done; ++i) {
+    // The steps of a panel that stopped early reach the columns beside it all the same.
+    const bool stopped = Pivots::kStopsWhenSingular && panel_info > 0;
+    const Integer done = stopped ? panel_info - 1 : jb;
+    const Integer below = j + done;
+    for (Integer i = j; i < j + (stopped ? panel_info : jb); ++i) {
       pivots.shift(i, j - 1);
     }
-    interchange_rows(j - 1, a, j, done, pivots);
-    if (Pivots::kStopsWhenSingular && info > 0) {
-      break;
-    }
+    interchange_rows(j - 1, a, j, below - 1, pivots);
     if (next <= n) {
       const MatrixView<T> right = a.from(1, next);
-      interchange_rows(n - next + 1, right, j, done, pivots);
-      solve_triangular_matrix(Side::left, Triangle::lower, Op::none, Diagonal::unit, jb, n - next + 1, T(1.0),
+      interchange_rows(n - next + 1, right, j, below - 1, pivots);
+      solve_triangular_matrix(Side::left, Triangle::lower, Op::none, Diagonal::unit, done, n - next + 1, T(1.0),
                               a.from(j, j), right.from(j, 1));
-      if (next <= m) {
-        multiply_matrices(Op::none, Op::none, m - next + 1, n - next + 1, jb, T(-1.0), a.from(next, j),
-                          right.from(j, 1), T(1.0), right.from(next, 1));
+      if (below <= m) {
+        multiply_matrices(Op::none, Op::none, m - below + 1, n - next + 1, done, T(-1.0), a.from(below, j),
+                          right.from(j, 1), T(1.0), right.from(below, 1));
       }
+    }
+    if (stopped) {
+      break;
     }
   }
   return info;

@@ -245,6 +245,36 @@ TEST_CASE("row weights see through bad scaling, and a small pivot ends the facto
   }
 }
 
+TEST_CASE("row-weighted pivoting stops in the same place and state, blocked or not") {
+  support::Digits digits(30);
+  RandomNumbers random;
+  const Integer n = 7;
+  for (Integer last = 1; last < n; ++last) {
+    // One column is tiny: no pivot for it, and the largest of what there is seldom stands first.
+    Matrix<QuarnFloat> base = Matrix<QuarnFloat>(n, n).randomise(random);
+    for (Integer i = 1; i <= n; ++i) {
+      base(i, last + 1) *= QuarnFloat(1, -40);
+    }
+    Matrix<QuarnFloat> plain = base;
+    std::vector<QuarnFloat> plain_pivots(n);
+    Integer plain_info = -99;
+    f07adg_(n, n, plain.data(), plain.lda(), plain_pivots.data(), &plain_info);
+    CHECK(plain_info == last + 1);
+    for (const Integer nb : {2, 3, 4}) {
+      CAPTURE(last);
+      CAPTURE(nb);
+      const BlockSize scope(nb);
+      Matrix<QuarnFloat> a = base;
+      std::vector<QuarnFloat> pivots(n);
+      Integer info = -99;
+      f07adg_(n, n, a.data(), a.lda(), pivots.data(), &info);
+      CHECK(info == plain_info);
+      CHECK(pivots == plain_pivots);
+      CHECK(support::largest_difference(a, plain) <= 600);
+    }
+  }
+}
+
 TEST_CASE("the threshold of row-weighted pivoting is 8 eps") {
   support::Digits digits(30);
   // Rows (1/2, 1/2) and (1/2, 1/2 + d): the last product is d sqrt(2) to first order.
