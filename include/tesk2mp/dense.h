@@ -15,12 +15,20 @@ extern "C" {
 /// factorisations; block size 0, one shift, small blocks of 1 for the QR algorithm. Routines that only apply what
 /// another one made (F08AG after F08AE, ...) have their own row in the A family and share one elsewhere.
 /// Cost: a look into a short table.
+///
+///   ival     the value of the cell: out when it is read, in when it is written
+///   rwflag   0 reads, any other value writes
 TESK2MP_API void QuarnMP_f07zaz_(Integer ispec, const char* name, Integer* ival, Integer rwflag, int name_length);
 
 /// DGETRF: A = P L U with partial pivoting, A m by n, L with unit diagonal. ipiv: min(m, n) row numbers, 1-based: row i
 /// was interchanged with row ipiv(i). Illegal: m < 0 (-1), n < 0 (-2), lda < max(1, m) (-4). *info = j: U(j, j) is
 /// exactly zero; the factorisation is complete. m = 0 or n = 0 touches nothing. Cost: about n^3/3 multiply-adds for
 /// m = n.
+///
+///   m     rows of A, >= 0
+///   n     columns of A, >= 0
+///   a     A, n columns of m elements, lda apart; out U on and above the diagonal, L below it
+///   lda   step from column to column of A, >= max(1, m)
 TESK2MP_API void QuarnMP_f07adf_(Integer m, Integer n, QuarnFloat* a, Integer lda, Integer* ipiv, Integer* info);
 TESK2MP_API void QuarnMP_dgetrf_(Integer m, Integer n, QuarnFloat* a, Integer lda, Integer* ipiv, Integer* info);
 TESK2MP_API void QuarnMP_f07adf_ENTRY(int selector, Integer m, Integer n, QuarnFloat* a, Integer lda, Integer* ipiv,
@@ -36,6 +44,11 @@ TESK2MP_API void QuarnMP_f07arf_ENTRY(int selector, Integer m, Integer n, Comple
 /// the weights on the way; on return the first min(m, n) are row numbers. *info = j: the largest product of step j is
 /// below 8 times the machine precision, or NaN; the factorisation stops there, and row numbers are the first j - 1.
 /// Cost: about n^3/3 multiply-adds for m = n.
+///
+///   m     rows of A, >= 0
+///   n     columns of A, >= 0
+///   a     A, n columns of m elements, lda apart; out the factors
+///   lda   step from column to column of A, >= max(1, m)
 TESK2MP_API void QuarnMP_f07adg_(Integer m, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* ipiv, Integer* info);
 
 /// ZPOTRF: A = U^H U (uplo U) or A = L L^H (uplo L), A Hermitian positive definite of order n, given and overwritten on
@@ -43,6 +56,11 @@ TESK2MP_API void QuarnMP_f07adg_(Integer m, Integer n, QuarnFloat* a, Integer ld
 /// (-2), lda < max(1, n) (-4). *info = j: the j-th diagonal element came out not positive and is stored; the leading
 /// j - 1 columns (U) or rows (L) hold the partial factor.
 /// Cost: about n^3/6 complex multiply-adds.
+///
+///   uplo   U: the upper triangle of A is given; L: the lower
+///   n      order of A, >= 0
+///   a      in the triangle of A, out that of its factor: n columns, lda apart
+///   lda    step from column to column of A, >= max(1, n)
 TESK2MP_API void QuarnMP_f07frf_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int uplo_length);
 TESK2MP_API void QuarnMP_zpotrf_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int uplo_length);
 TESK2MP_API void QuarnMP_f07frf_ENTRY(int selector, const char* uplo, Integer n, Complex* a, Integer lda, Integer* info,
@@ -58,6 +76,13 @@ TESK2MP_API void QuarnMP_zpotf2_(const char* uplo, Integer n, Complex* a, Intege
 /// norms; B: both. scale(j): the row and column interchanged with j outside ilo ... ihi, the scale factor inside.
 /// Illegal: job (-1), n < 0 (-2), lda < max(1, n) (-4).
 /// Cost: a few passes over the matrix.
+///
+///   job        N, P, S or B
+///   n          order of A, >= 0
+///   a          A, n columns of n elements, lda apart; out the balanced matrix
+///   lda        step from column to column of A, >= max(1, n)
+///   ilo, ihi   out: the rows between which the matrix is left to work on, 1-based
+///   scale      out: n elements; permutations and factors
 TESK2MP_API void QuarnMP_f08nhf_(const char* job, Integer n, QuarnFloat* a, Integer lda, Integer* ilo, Integer* ihi,
                                  QuarnFloat* scale, Integer* info, int job_length);
 
@@ -71,6 +96,16 @@ TESK2MP_API void QuarnMP_f08nhf_(const char* job, Integer n, QuarnFloat* a, Inte
 /// some 100 digits the iterations may run out on it.) Tuning values 4 (shifts, at most 15) and 8 (largest block for two
 /// shifts) of the row F08PEF choose between the double-shift algorithm, the shipped choice, and multishift sweeps.
 /// Cost: about 10 n^3 multiply-adds for eigenvalues, 25 n^3 with Schur form and vectors.
+///
+///   job      E: eigenvalues alone; S: the Schur form too
+///   compz    N: no Schur vectors; I: those of H; V: those of the matrix that Z has reduced
+///   n        order of H, >= 0
+///   h        H, n columns of n elements, ldh apart; out T or unspecified
+///   ldh      step from column to column of H, >= max(1, n)
+///   wr, wi   out: n elements each, real and imaginary parts of the eigenvalues
+///   z        n columns of n elements, ldz apart; not referenced for compz N
+///   ldz      step from column to column of Z, >= 1, and >= n with vectors
+///   lwork    elements of work, >= max(1, n); -1 asks for the least
 TESK2MP_API void QuarnMP_f08pef_(const char* job, const char* compz, Integer n, Integer ilo, Integer ihi, QuarnFloat* h,
                                  Integer ldh, QuarnFloat* wr, QuarnFloat* wi, QuarnFloat* z, Integer ldz,
                                  QuarnFloat* work, Integer lwork, Integer* info, int job_length, int compz_length);
@@ -83,6 +118,8 @@ TESK2MP_API void QuarnMP_f08pef_ENTRY(int selector, const char* job, const char*
                                       int job_length, int compz_length);
 /// DLAHQR: the double-shift algorithm alone, without checks. wantt, wantz: whether the Schur form, and its
 /// accumulation into rows iloz ... ihiz of Z, are wanted. *info = i > 0 as for DHSEQR.
+///
+///   iloz, ihiz   the rows of Z that are worked on, 1 ... n
 TESK2MP_API void QuarnMP_f08pez_(unsigned wantt, unsigned wantz, Integer n, Integer ilo, Integer ihi, QuarnFloat* h,
                                  Integer ldh, QuarnFloat* wr, QuarnFloat* wi, Integer iloz, Integer ihiz, QuarnFloat* z,
                                  Integer ldz, Integer* info);
@@ -97,6 +134,17 @@ TESK2MP_API void QuarnMP_dlahqr_(unsigned wantt, unsigned wantz, Integer n, Inte
 /// scaled to largest |re| + |im| of 1. mm: columns there are; *m: columns used. work is not used. Illegal: side (-1),
 /// howmny (-2), n (-4), ldt (-6), ldvl (-8), ldvr (-10), mm < *m (-11).
 /// Cost: about n^3/6 multiply-adds a side for all eigenvectors, n^3/2 more for howmny B.
+///
+///   select   n elements, for howmny S; 0 leaves an eigenvalue out, but a pair is chosen by either of its places
+///   n        order of T, >= 0
+///   t        T, n columns of n elements, ldt apart; not changed
+///   ldt      step from column to column of T, >= max(1, n)
+///   vl, vr   mm columns of n elements, ldvl and ldvr apart: left and right eigenvectors
+///   ldvl     step from column to column of vl, >= 1, and >= n where vl is used
+///   ldvr     the same of vr
+///   mm       columns of vl and vr, at least *m
+///   m        out: columns used
+///   work     not used
 TESK2MP_API void QuarnMP_f08qkf_(const char* side, const char* howmny, Integer* select, Integer n, QuarnFloat* t,
                                  Integer ldt, QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, Integer mm,
                                  Integer* m, QuarnFloat* work, Integer* info, int side_length, int howmny_length);
@@ -108,9 +156,25 @@ TESK2MP_API void QuarnMP_dtrevc_(const char* side, const char* howmny, Integer* 
 /// vr) and of eigenvectors (V: sep, 1 / (1-norm of (T22 - lambda I)^-1), T22 the rest of T beside the eigenvalue;
 /// within a factor n of the smallest singular value), or both (B), for all (howmny A) or selected (S) eigenvalues. Both
 /// places of a pair get the same value. work and iwork are not used. Illegal: job (-1), howmny (-2), n (-4), ldt (-6),
-/// ldvl
-/// (-8), ldvr (-10), mm < *m (-13), ldwork < 1, or < n for V and B (-16).
+/// ldvl (-8), ldvr (-10), mm < *m (-13), ldwork < 1, or < n for V and B (-16).
 /// Cost: some n multiply-adds an eigenvalue for s; about 3 n^3/2 complex ones an eigenvalue for sep.
+///
+///   job      E: s; V: sep; B: both
+///   howmny   A: all eigenvalues; S: those selected
+///   select   n elements, for howmny S; 0 leaves an eigenvalue out
+///   n        order of T, >= 0
+///   t        T, n columns of n elements, ldt apart; not changed
+///   ldt      step from column to column of T, >= max(1, n)
+///   vl, vr   for s: the left and right eigenvectors of the same eigenvalues, as DTREVC gives them
+///   ldvl     step from column to column of vl, >= 1, and >= n for s
+///   ldvr     the same of vr
+///   s        out: *m reciprocal condition numbers of eigenvalues, 0 ... 1
+///   sep      out: *m reciprocal condition numbers of eigenvectors
+///   mm       elements of s and sep, at least *m
+///   m        out: elements used
+///   work     not used
+///   ldwork   a leading dimension, checked alone: >= 1, and >= n for sep
+///   iwork    not used
 TESK2MP_API void QuarnMP_f08qlf_(const char* job, const char* howmny, Integer* select, Integer n, QuarnFloat* t,
                                  Integer ldt, QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, QuarnFloat* s,
                                  QuarnFloat* sep, Integer mm, Integer* m, QuarnFloat* work, Integer ldwork,
@@ -126,6 +190,10 @@ TESK2MP_API void QuarnMP_dtrsna_(const char* job, const char* howmny, Integer* s
 /// tesk2mp.h: 1: e = 0; 2: a quotient by e passes the range of the hardware double (4.49e+307), the guard that the
 /// routine has always had; 3: the QR algorithm did not converge (a coefficient is not finite).
 /// Cost: that of the eigenvalues of a matrix of order 4.
+///
+///   e, a, b, c, d   the coefficients of z^4, z^3, z^2, z and 1; e is not 0
+///   zeror, zeroi    out: 4 elements each, real and imaginary parts of the zeros
+///   errest          out: 4 elements, absolute error estimates
 TESK2MP_API void QuarnMP_c02alf_(QuarnFloat* e, QuarnFloat* a, QuarnFloat* b, QuarnFloat* c, QuarnFloat* d,
                                  QuarnFloat* zeror, QuarnFloat* zeroi, QuarnFloat* errest, Integer* ifail);
 }

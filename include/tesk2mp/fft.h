@@ -111,6 +111,10 @@ TESK2MP_API void QuarnMPX_c06pczn_(const char* direct, Integer n, Complex* x, Co
 /// The passes and the scaling by 1/sqrt(N) alone, forward. factors: the radices in order: 2, 3, 4, 5, others odd, a 1
 /// is skipped; a list whose product is not N, or with another number in it, does nothing. table: N numbers, exp(-2 pi i
 /// k/N) in place k, as far as the passes look at them: c06pcf and the others leave it so in work. scratch: N numbers.
+///
+///   n       N >= 1
+///   x       N complex numbers, overwritten
+///   count   numbers in factors
 TESK2MP_API void QuarnMP_c06ncwn_(Integer n, Complex* x, Complex* scratch, const Complex* table, Integer count,
                                   const Integer* factors);
 TESK2MP_API void QuarnMPX_c06ncwn_(Integer n, Complex* x, Complex* scratch, const Complex* table, Integer count,
@@ -119,6 +123,11 @@ TESK2MP_API void QuarnMPX_c06ncwn_(Integer n, Complex* x, Complex* scratch, cons
 /// One pass each, of radix r = 2 (c06ncvn), 3 (c06ncun), 4 (c06nctn) and 5 (c06ncsn). source: an array [blocks][r]
 /// [length], target: [r][blocks][length], the last index varying fastest; they do not overlap. table: as above, with
 /// N = r blocks length. Numbers below 1 do nothing.
+///
+///   length   elements that stay together, >= 1
+///   blocks   groups of r such pieces, >= 1
+///   source   r blocks length numbers; not changed
+///   target   as many numbers, overwritten; does not overlap source
 TESK2MP_API void QuarnMP_c06ncvn_(Integer length, Integer blocks, const Complex* source, Complex* target,
                                   const Complex* table);
 TESK2MP_API void QuarnMPX_c06ncvn_(Integer length, Integer blocks, const Complex* source, Complex* target,
@@ -139,6 +148,10 @@ TESK2MP_API void QuarnMPX_c06ncsn_(Integer length, Integer blocks, const Complex
 /// M sequences of length N that lie interleaved: element i of sequence j in x[i M + j], so that they are the columns of
 /// an array [N][M]. work: N + M N complex numbers, the table first.
 ///
+///   m   sequences, M >= 1
+///   n   length of each, N >= 1
+///   x   M N complex numbers, overwritten by the transforms
+///
 /// Failures:
 ///   1  " ** M .lt. 1: M = %16ld."
 ///   2  " ** N .lt. 1: N = %16ld."
@@ -154,8 +167,13 @@ TESK2MP_API void QuarnMP_c06prfn_(const char* direct, Integer m, Integer n, Comp
 TESK2MP_API void QuarnMPX_c06prfn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work,
                                    char* message_buffer, Integer* ifail, int direct_length, int buffer_length);
 
-/// The same without checks and messages, see c06pcqn. c06prxn takes the table that an earlier call with the same N has
-/// left in work; so does c06prwn, which makes the passes and the scaling alone, always forward.
+/// M interleaved sequences without checks and messages, as c06pcqn. c06prxn takes the table that an earlier call with
+/// the same N has left in work; so does c06prwn, which makes the passes and the scaling alone, always forward.
+///
+///   m      sequences, M >= 1
+///   n      length of each, N >= 1
+///   x      M N complex numbers, overwritten
+///   work   N + M N complex numbers, the table first
 TESK2MP_API void QuarnMP_c06prqn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
                                   int direct_length);
 TESK2MP_API void QuarnMPX_c06prqn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
@@ -175,6 +193,10 @@ TESK2MP_API void QuarnMPX_c06prwn_(const char* direct, Integer m, Integer n, Com
 
 /// M sequences of length N that lie one after another: element i of sequence j in x[i + j N], so that they are the rows
 /// of an array [M][N]. work: 2 N complex numbers, the table first. Failures as for c06prf.
+///
+///   m   sequences, M >= 1
+///   n   length of each, N >= 1
+///   x   M N complex numbers, overwritten by the transforms
 TESK2MP_API void QuarnMP_c06psfn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work,
                                   char* message_buffer, Integer* ifail, int direct_length, int buffer_length);
 TESK2MP_API void QuarnMPX_c06psfn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work,
@@ -202,6 +224,8 @@ TESK2MP_API void QuarnMPX_c06psxn_(const char* direct, Integer m, Integer n, Com
 /// query: 1 asks for the length of work alone: NDIM, L, DIRECT and the extents are checked, and the length is stored in
 /// work[0], for N as it is given. Any other value transforms.
 ///
+///   lwork   complex numbers in work
+///
 /// Failures:
 ///   1  " ** On entry, NDIM .lt. 1: NDIM = %16ld."
 ///   2  " ** On entry, L .lt. 1 or L .gt. NDIM: L = %16ld."
@@ -226,6 +250,11 @@ TESK2MP_API void QuarnMPX_c06pffn_(Integer query, const char* direct, Integer nd
 
 /// The same for the middle index of an array x[after][n][before], without checks; an extent n = 1 touches nothing.
 /// work: n + before n complex numbers. ifail: see c06pcqn; 2 when an extent is below 1.
+///
+///   before   extent of the index that varies fastest, >= 1
+///   n        extent of the index that is transformed, >= 1
+///   after    extent of the index that varies slowest, >= 1
+///   x        before n after complex numbers, overwritten
 TESK2MP_API void QuarnMP_c06pfzn_(const char* direct, Complex* x, Integer before, Integer n, Integer after,
                                   Complex* work, Integer* ifail, int direct_length);
 TESK2MP_API void QuarnMPX_c06pfzn_(const char* direct, Complex* x, Integer before, Integer n, Integer after,
@@ -235,6 +264,9 @@ TESK2MP_API void QuarnMPX_c06pfzn_(const char* direct, Complex* x, Integer befor
 /// c06pff, but work has at least N + 3 (m + 5) complex numbers, m being the largest extent.
 ///
 /// query: 1 checks all but LWORK and stores the length in work[0].
+///
+///   work    lwork complex numbers, at least N + 3 (m + 5)
+///   lwork   complex numbers in work
 ///
 /// Failures:
 ///   1  " ** NDIM .lt. 1: NDIM = %16ld."

@@ -17,16 +17,49 @@ extern "C" {
 
 /// DROTG: the plane rotation c, s with c a + s b = r and -s a + c b = 0. *a becomes r, *b the one number that tells c
 /// and s again: s when |a| > |b|, else 1/c, or 1 when c = 0.
+///
+///   a      in a, out r
+///   b      in b, out the number that tells c and s
+///   c, s   out: cosine and sine, |c|, |s| <= 1
 TESK2MP_API void QuarnMP_f06aaf_(QuarnFloat* a, QuarnFloat* b, QuarnFloat* c, QuarnFloat* s);
 /// ZDSCAL: x := alpha x, complex x, real alpha.
+///
+///   n       elements of x; below 1 nothing is done
+///   alpha   the factor
+///   x       n elements, |incx| apart, replaced by alpha x
+///   incx    step through x; negative from its far end
 TESK2MP_API void QuarnMP_f06caf_(Integer n, QuarnFloat alpha, Complex* x, Integer incx);
 /// DNRM2: the Euclidean norm, without overflow unless the result overflows.
+///
+///   n      elements of x; below 1 the norm is 0
+///   x      n elements, |incx| apart; not changed
+///   incx   step through x; negative from its far end
 TESK2MP_API QuarnFloat QuarnMP_f06ejf_(Integer n, QuarnFloat* x, Integer incx);
 /// y := alpha x, real; x keeps its values.
+///
+///   n       elements of x and of y; below 1 nothing is done
+///   alpha   the factor
+///   x       n elements, |incx| apart
+///   incx    step through x; negative from its far end
+///   y       n elements, |incy| apart, overwritten
+///   incy    step through y; negative from its far end
 TESK2MP_API void QuarnMP_f06fdf_(Integer n, QuarnFloat alpha, QuarnFloat* x, Integer incx, QuarnFloat* y, Integer incy);
 /// y := alpha x, complex; x keeps its values.
+///
+///   n       elements of x and of y; below 1 nothing is done
+///   alpha   the factor
+///   x       n elements, |incx| apart
+///   incx    step through x; negative from its far end
+///   y       n elements, |incy| apart, overwritten
+///   incy    step through y; negative from its far end
 TESK2MP_API void QuarnMP_f06hdf_(Integer n, Complex alpha, Complex* x, Integer incx, Complex* y, Integer incy);
 /// ZCOPY: y := x, complex.
+///
+///   n      elements of x and of y; below 1 nothing is done
+///   x      n elements, |incx| apart
+///   incx   step through x; negative from its far end
+///   y      n elements, |incy| apart, overwritten
+///   incy   step through y; negative from its far end
 TESK2MP_API void QuarnMP_f06jjf_(Integer n, Complex* x, Integer incx, Complex* y, Integer incy);
 
 // Level 2 -----------------------------------------------------------------------------------------------------------
@@ -37,6 +70,17 @@ TESK2MP_API void QuarnMP_f06jjf_(Integer n, Complex* x, Integer incx, Complex* y
 /// transpose, x has m and y has n. A zero alpha reads neither A nor x, a zero beta does not read y; m = 0 or n = 0, or
 /// alpha = 0 with beta = 1, returns at once. Wrong arguments: trans (1), m < 0 (2), n < 0 (3), lda < max(1, m) (6),
 /// incx = 0 (8), incy = 0 (11).
+///
+///   m       rows of A, >= 0
+///   n       columns of A, >= 0
+///   alpha   factor of the product
+///   a       A, n columns of m elements, lda apart
+///   lda     step from column to column of A, >= max(1, m)
+///   x       n elements (trans N) or m (T, C), |incx| apart
+///   incx    step through x, not 0; negative from its far end
+///   beta    factor of y
+///   y       m elements (trans N) or n (T, C), |incy| apart, overwritten
+///   incy    step through y, not 0; negative from its far end
 TESK2MP_API void QuarnMP_f06paf_(const char* trans, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda,
                                  QuarnFloat* x, Integer incx, QuarnFloat beta, QuarnFloat* y, Integer incy,
                                  int trans_length);
@@ -58,6 +102,15 @@ TESK2MP_API void QuarnMP_f06saf_ENTRY(int selector, const char* trans, Integer m
 
 /// DTRMV: x := op(A) x, A triangular of order n: upper (uplo U) or lower (L), unit (diag U, the diagonal is not read)
 /// or not (N). Wrong arguments: uplo (1), trans (2), diag (3), n < 0 (4), lda < max(1, n) (6), incx = 0 (8).
+///
+///   uplo    U: A is upper triangular; L: lower
+///   trans   N: op(A) = A; T: its transpose; C: its conjugate transpose
+///   diag    U: the diagonal of A is 1 and not read; N: it is read
+///   n       order of A, >= 0
+///   a       A, n columns of n elements, lda apart; only its triangle is read
+///   lda     step from column to column of A, >= max(1, n)
+///   x       n elements, |incx| apart, overwritten
+///   incx    step through x, not 0; negative from its far end
 TESK2MP_API void QuarnMP_f06pff_(const char* uplo, const char* trans, const char* diag, Integer n, QuarnFloat* a,
                                  Integer lda, QuarnFloat* x, Integer incx, int uplo_length, int trans_length,
                                  int diag_length);
@@ -80,6 +133,9 @@ TESK2MP_API void QuarnMP_f06sff_ENTRY(int selector, const char* uplo, const char
                                       int trans_length, int diag_length);
 
 /// DTRSV: x := op(A)^-1 x, arguments as DTRMV. A zero on the diagonal is not tested for.
+///
+///   uplo   U: A is upper triangular; L: lower
+///   x      in the right-hand side, out the solution: n elements, |incx| apart
 TESK2MP_API void QuarnMP_f06pjf_(const char* uplo, const char* trans, const char* diag, Integer n, QuarnFloat* a,
                                  Integer lda, QuarnFloat* x, Integer incx, int uplo_length, int trans_length,
                                  int diag_length);
@@ -103,6 +159,16 @@ TESK2MP_API void QuarnMP_f06sjf_ENTRY(int selector, const char* uplo, const char
 
 /// DGER: A := alpha x y^T + A, A m by n. A zero alpha reads nothing. Wrong arguments: m < 0 (1), n < 0 (2), incx = 0
 /// (5), incy = 0 (7), lda < max(1, m) (9).
+///
+///   m       rows of A and elements of x, >= 0
+///   n       columns of A and elements of y, >= 0
+///   alpha   factor of the product
+///   x       m elements, |incx| apart
+///   incx    step through x, not 0; negative from its far end
+///   y       n elements, |incy| apart
+///   incy    step through y, not 0; negative from its far end
+///   a       A, n columns of m elements, lda apart, overwritten
+///   lda     step from column to column of A, >= max(1, m)
 TESK2MP_API void QuarnMP_f06pmf_(Integer m, Integer n, QuarnFloat alpha, QuarnFloat* x, Integer incx, QuarnFloat* y,
                                  Integer incy, QuarnFloat* a, Integer lda);
 TESK2MP_API void QuarnMP_dger_(Integer m, Integer n, QuarnFloat alpha, QuarnFloat* x, Integer incx, QuarnFloat* y,
@@ -134,6 +200,20 @@ TESK2MP_API void QuarnMP_f06snf_ENTRY(int selector, Integer m, Integer n, Comple
 /// DGEMM: C := alpha op(A) op(B) + beta C, C m by n, op(A) m by k, op(B) k by n. A zero alpha reads neither A nor B, a
 /// zero beta does not read C. Wrong arguments: transa (1), transb (2), m < 0 (3), n < 0 (4), k < 0 (5), lda (8), ldb
 /// (10), ldc (13) below the rows of their matrix, or below 1.
+///
+///   transa   N: op(A) = A; T: its transpose; C: its conjugate transpose
+///   transb   the same of B
+///   m        rows of C and op(A), >= 0
+///   n        columns of C and op(B), >= 0
+///   k        columns of op(A), rows of op(B), >= 0
+///   alpha    factor of the product
+///   a        A: m by k for N, otherwise k by m
+///   lda      step from column to column of A, at least its rows and 1
+///   b        B: k by n for N, otherwise n by k
+///   ldb      step from column to column of B, at least its rows and 1
+///   beta     factor of C
+///   c        C, m by n, overwritten; overlaps neither A nor B
+///   ldc      step from column to column of C, >= max(1, m)
 TESK2MP_API void QuarnMP_f06yaf_(const char* transa, const char* transb, Integer m, Integer n, Integer k,
                                  QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb,
                                  QuarnFloat beta, QuarnFloat* c, Integer ldc, int transa_length, int transb_length);
@@ -158,6 +238,18 @@ TESK2MP_API void QuarnMP_f06zaf_ENTRY(int selector, const char* transa, const ch
 
 /// DTRSM: B := alpha op(A)^-1 B (side L, A of order m) or B := alpha B op(A)^-1 (side R, A of order n), B m by n. Wrong
 /// arguments: side (1), uplo (2), transa (3), diag (4), m < 0 (5), n < 0 (6), lda (9), ldb (11).
+///
+///   side     L: op(A) X = alpha B; R: X op(A) = alpha B
+///   uplo     U: A is upper triangular; L: lower
+///   transa   N: op(A) = A; T: its transpose; C: its conjugate transpose
+///   diag     U: the diagonal of A is 1 and not read; N: it is read
+///   m        rows of B, >= 0
+///   n        columns of B, >= 0
+///   alpha    factor of B
+///   a        A, of order m (side L) or n (R); only its triangle is read, zeros on its diagonal are not tested for
+///   lda      step from column to column of A, at least its order and 1
+///   b        B, m by n, overwritten by X
+///   ldb      step from column to column of B, >= max(1, m)
 TESK2MP_API void QuarnMP_f06yjf_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m,
                                  Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb,
                                  int side_length, int uplo_length, int transa_length, int diag_length);
@@ -185,6 +277,17 @@ TESK2MP_API void QuarnMP_f06zjf_ENTRY(int selector, const char* side, const char
 /// triangle uplo of the Hermitian matrix C of order n; alpha and beta are real, the diagonal comes out real, the other
 /// triangle is not touched. trans T is refused. Wrong arguments: uplo (1), trans (2), n < 0 (3), k < 0 (4), lda (7),
 /// ldc (10).
+///
+///   uplo    U: the upper triangle of C; L: the lower
+///   trans   N: A A^H; C: A^H A
+///   n       order of C, >= 0
+///   k       columns of A (trans N) or its rows (C), >= 0
+///   alpha   real factor of the product
+///   a       A: n by k (trans N) or k by n (C)
+///   lda     step from column to column of A, at least its rows and 1
+///   beta    real factor of C
+///   c       C, of order n; one triangle is read and overwritten
+///   ldc     step from column to column of C, >= max(1, n)
 TESK2MP_API void QuarnMP_f06zpf_(const char* uplo, const char* trans, Integer n, Integer k, QuarnFloat alpha,
                                  Complex* a, Integer lda, QuarnFloat beta, Complex* c, Integer ldc, int uplo_length,
                                  int trans_length);
@@ -203,12 +306,25 @@ TESK2MP_API void QuarnMP_f06zpf_ENTRY(int selector, const char* uplo, const char
 /// column sum; I largest row sum; F or E square root of the sum of squares, scaled against overflow. Any other letter
 /// gives 0, and so does m < 1 or n < 1. NaN makes F NaN; under the other letters comparisons may pass over it. work: m
 /// elements for the letter I, otherwise not touched.
+///
+///   norm   M, O or 1, I, F or E
+///   m      rows
+///   n      columns
+///   a      n columns of m elements, lda apart; not changed
+///   lda    step from column to column, >= m
 TESK2MP_API QuarnFloat QuarnMP_f06raf_(const char* norm, Integer m, Integer n, QuarnFloat* a, Integer lda,
                                        QuarnFloat* work, int norm_length);
 /// The same of an upper Hessenberg matrix of order n; elements below the first subdiagonal are not read.
+///
+///   n      order
+///   a      n columns of n elements, lda apart; not changed
+///   lda    step from column to column, >= n
+///   work   n elements for the letter I, otherwise not touched
 TESK2MP_API QuarnFloat QuarnMP_f06rmf_(const char* norm, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* work,
                                        int norm_length);
 /// Complex forms; |z| is formed as sqrt(re re + im im), which may overflow, except under the letters F and E.
+///
+///   n   columns; of a Hessenberg matrix its order
 TESK2MP_API QuarnFloat QuarnMP_f06uaf_(const char* norm, Integer m, Integer n, Complex* a, Integer lda,
                                        QuarnFloat* work, int norm_length);
 TESK2MP_API QuarnFloat QuarnMP_f06umf_(const char* norm, Integer n, Complex* a, Integer lda, QuarnFloat* work,

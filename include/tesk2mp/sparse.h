@@ -52,7 +52,7 @@ TESK2MP_API void QuarnMP_f11znfn_(Integer n, Integer* nnz, Complex* a, Integer* 
 TESK2MP_API void QuarnMP_f11zbfn_(Integer n, Integer* nnz, QuarnFloat* a, Integer* irow, Integer* icol, const char* dup,
                                   const char* zero, Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail,
                                   int dup_length, int zero_length, int buffer_length);
-/// And of a Hermitian one.
+/// The same for the lower triangle of a Hermitian matrix.
 TESK2MP_API void QuarnMP_f11zpf_(const Integer* n, Integer* nnz, Complex* a, Integer* irow, Integer* icol,
                                  const char* dup, const char* zero, Integer* istr, Integer* iwork, Integer* ifail,
                                  int dup_length, int zero_length);
@@ -66,6 +66,9 @@ TESK2MP_API void QuarnMP_f11zpfn_(Integer n, Integer* nnz, Complex* a, Integer* 
 
 /// y := A x (TRANS 'N') or A^T x ('T').
 ///
+///   trans   'N' or 'T', in either case
+///   n       order of A, N >= 1
+///   nnz     number of entries, 1 ... N**2
 ///   a, irow, icol   the entries, NNZ of each, in any order; those of the same place add up
 ///   check   'C': check the structure first, canonical form included. 'N': check nothing; then every index must lie in
 ///           1 ... N, N < 1 means an empty y, and NNZ < 1 gives y = 0

@@ -109,7 +109,6 @@ TESK2MP_API Integer QuarnMP_x02bhf_();
 ///
 ///   xr, xi   real and imaginary part of the number
 ///   yr, yi   out: those of its root, yr >= 0
-///
 TESK2MP_API void QuarnMP_a02aafn_(QuarnFloat xr, QuarnFloat xi, QuarnFloat* yr, QuarnFloat* yi);
 TESK2MP_API void QuarnMPX_a02aafn_(QuarnFloat xr, QuarnFloat xi, QuarnFloat* yr, QuarnFloat* yi);
 /// The same with every argument by address.
@@ -119,7 +118,6 @@ TESK2MP_API void QuarnMPX_a02aaf_(QuarnFloat* xr, QuarnFloat* xi, QuarnFloat* yr
 /// The modulus of xr + i xi, without overflow unless the result overflows.
 ///
 ///   xr, xi   real and imaginary part
-///
 TESK2MP_API QuarnFloat QuarnMP_a02abfn_(QuarnFloat xr, QuarnFloat xi);
 
 /// *zr + i *zi := (xr + i xi) / (yr + i yi) by the method of R. L. Smith (Comm. ACM 5, 1962). A zero divisor is not
@@ -128,7 +126,6 @@ TESK2MP_API QuarnFloat QuarnMP_a02abfn_(QuarnFloat xr, QuarnFloat xi);
 ///   xr, xi   the dividend
 ///   yr, yi   the divisor
 ///   zr, zi   out: the quotient
-///
 TESK2MP_API void QuarnMP_a02acfn_(QuarnFloat xr, QuarnFloat xi, QuarnFloat yr, QuarnFloat yi, QuarnFloat* zr,
                                   QuarnFloat* zi);
 }

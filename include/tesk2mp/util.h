@@ -22,6 +22,12 @@ extern "C" {
 /// Method: natural runs, built up to 10 values by insertion, linked through IRANK and merged in the order of Munro and
 /// Wild (ESA 2018): at most n H + O(n) comparisons, H <= log2 n the entropy of the run lengths, for every input.
 /// Cost: at most n log2 n + O(n) comparisons, n = M2 - M1 + 1; O(n) where the values come in a few runs.
+///
+///   rv      the values, M1 ... M2 of them read
+///   m1      first position of the section, 1 ... M2
+///   m2      last position, >= 1
+///   order   'A' ascending, 'D' descending, in either case
+///   irank   out: IRANK(M1:M2), a permutation of M1 ... M2
 TESK2MP_API void QuarnMP_m01daf_(const QuarnFloat* rv, const Integer* m1, const Integer* m2, const char* order,
                                  Integer* irank, Integer* ifail, int order_length);
 
@@ -30,6 +36,11 @@ TESK2MP_API void QuarnMP_m01daf_(const QuarnFloat* rv, const Integer* m1, const 
 /// IFAIL 3, label 99995: a value is in IRANK(M1:M2) twice; the message tells which. RV then holds its values in some
 /// other order.
 /// Cost: linear in M2 - M1 + 1.
+///
+///   rv      the values, rearranged
+///   m1      first position of the section, 1 ... M2
+///   m2      last position, >= 1
+///   irank   IRANK(M1:M2), a permutation of M1 ... M2; kept
 TESK2MP_API void QuarnMP_m01eaf_(QuarnFloat* rv, const Integer* m1, const Integer* m2, Integer* irank, Integer* ifail);
 /// The same for complex values.
 TESK2MP_API void QuarnMP_m01edf_(Complex* rv, const Integer* m1, const Integer* m2, Integer* irank, Integer* ifail);
@@ -38,5 +49,9 @@ TESK2MP_API void QuarnMP_m01edf_(Complex* rv, const Integer* m1, const Integer* 
 /// IFAIL 2, label 99996: some IPERM(I) is outside M1 ... M2; nothing has been changed.
 /// IFAIL 3, label 99995: a value is in IPERM(M1:M2) twice; the message tells which. Nothing has been changed.
 /// Cost: linear in M2 - M1 + 1.
+///
+///   iperm   IPERM(M1:M2), a permutation of M1 ... M2; out its inverse
+///   m1      first position of the section, 1 ... M2
+///   m2      last position, >= 1
 TESK2MP_API void QuarnMP_m01zaf_(Integer* iperm, const Integer* m1, const Integer* m2, Integer* ifail);
 }

@@ -41,17 +41,20 @@ def complaints_of(group):
     for heading in WANTED + (["Arguments"] if parameters else []):
         if not found.get(heading):
             yield f"no {heading}"
-    missing = parameters - set(found.get("Arguments", "").replace("\n", " ").split())
-    listed = {cell.strip() for cell in cells(group)}
-    for name in sorted(missing - listed):
-        yield f"argument {name} is not described"
+    described = dict(rows(group))
+    for name in sorted(parameters):
+        if not described.get(name):
+            yield f"argument {name} is not described"
     if not found.get("Example", "").partition("Output:")[2].strip():
         yield "the example has no output"
 
 
-def cells(group):
-    for entry in group.iter("entry"):
-        yield "".join(entry.itertext())
+def rows(group):
+    """(name, meaning) of the table of arguments."""
+    for row in group.iter("row"):
+        cells = ["".join(entry.itertext()).strip() for entry in row.findall("entry")]
+        if len(cells) == 3:
+            yield cells[0], cells[2]
 
 
 def main():
