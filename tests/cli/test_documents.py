@@ -93,7 +93,7 @@ class Documents(unittest.TestCase):
                                 self.fail("shown:\n" + shown + "\nprinted:\n" + done.stdout)
 
     def test_there_is_something_to_run(self):
-        for document in ("README.md", os.path.join("docs", "guide.md")):
+        for document in ("README.md", os.path.join("docs", "guide", "console.md")):
             self.assertIn("console", [kind for _, kind, _ in blocks(document)], document)
 
     def test_links_lead_somewhere(self):
