@@ -57,7 +57,7 @@ class Documents(unittest.TestCase):
 
     def test_documents(self):
         blocks = 0
-        for document in [TOP / "README.md", *sorted((TOP / "docs").glob("*.md"))]:
+        for document in [TOP / "README.md", *sorted((TOP / "docs").rglob("*.md"))]:
             for block in re.findall(r"^```pycon\n(.*?)^```", document.read_text(encoding="utf-8"), flags=re.S | re.M):
                 blocks += 1
                 report = []
