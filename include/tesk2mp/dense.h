@@ -8,12 +8,13 @@
 
 extern "C" {
 
-/// Reads (rwflag 0) or writes (any other rwflag) one cell of the process-wide tuning table. ispec: 1 block size, 2
-/// least block size, 3 crossover, 4 number of shifts and 8 largest small block of the QR algorithm, 5 to 7 free. name:
-/// a routine of chapters F07 and F08, six capital characters ("F07ADF", or letters first, "ADFF07"). *ival becomes -1
-/// when ispec is not in 1 ... 8, otherwise -2 when the name has no row. Shipped: block size 1 (unblocked) for the
-/// factorisations; block size 0, one shift, small blocks of 1 for the QR algorithm. Routines that only apply what
-/// another one made (F08AG after F08AE, ...) have their own row in the A family and share one elsewhere.
+/// One cell of the process-wide tuning table: reads it (rwflag 0) or writes it (any other rwflag). ispec: 1 block
+/// size, 2 least block size, 3 crossover, 4 number of shifts and 8 largest small block of the QR algorithm, 5 to 7
+/// free. name: a routine of chapters F07 and F08, six capital characters ("F07ADF", or letters first, "ADFF07"). *ival
+/// becomes -1 when ispec is not in 1 ... 8, otherwise -2 when the name has no row. Shipped: block size 1 (unblocked)
+/// for the factorisations; block size 0, one shift, small blocks of 1 for the QR algorithm. Routines that only apply
+/// what another one made (F08AG after F08AE, ...) have their own row in the A family and share one elsewhere.
+///
 /// Cost: a look into a short table.
 ///
 ///   ival     the value of the cell: out when it is read, in when it is written
@@ -51,10 +52,11 @@ TESK2MP_API void QuarnMP_f07arf_ENTRY(int selector, Integer m, Integer n, Comple
 ///   lda   step from column to column of A, >= max(1, m)
 TESK2MP_API void QuarnMP_f07adg_(Integer m, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* ipiv, Integer* info);
 
-/// ZPOTRF: A = U^H U (uplo U) or A = L L^H (uplo L), A Hermitian positive definite of order n, given and overwritten on
-/// that triangle; the other one is not touched, nor are imaginary parts of the diagonal read. Illegal: uplo (-1), n < 0
-/// (-2), lda < max(1, n) (-4). *info = j: the j-th diagonal element came out not positive and is stored; the leading
-/// j - 1 columns (U) or rows (L) hold the partial factor.
+/// ZPOTRF: the Cholesky factorisation A = U^H U (uplo U) or A = L L^H (uplo L), A Hermitian positive definite of order
+/// n, given and overwritten on that triangle; the other one is not touched, nor are imaginary parts of the diagonal
+/// read. Illegal: uplo (-1), n < 0 (-2), lda < max(1, n) (-4). *info = j: the j-th diagonal element came out not
+/// positive and is stored; the leading j - 1 columns (U) or rows (L) hold the partial factor.
+///
 /// Cost: about n^3/6 complex multiply-adds.
 ///
 ///   uplo   U: the upper triangle of A is given; L: the lower
@@ -65,7 +67,7 @@ TESK2MP_API void QuarnMP_f07frf_(const char* uplo, Integer n, Complex* a, Intege
 TESK2MP_API void QuarnMP_zpotrf_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int uplo_length);
 TESK2MP_API void QuarnMP_f07frf_ENTRY(int selector, const char* uplo, Integer n, Complex* a, Integer lda, Integer* info,
                                       int uplo_length);
-/// ZPOTF2: the same, one column after the other whatever the block size.
+/// ZPOTF2: the same by columns, whatever the block size.
 TESK2MP_API void QuarnMP_f07frz_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int uplo_length);
 TESK2MP_API void QuarnMP_zpotf2_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int uplo_length);
 
@@ -184,8 +186,8 @@ TESK2MP_API void QuarnMP_dtrsna_(const char* job, const char* howmny, Integer* s
                                  QuarnFloat* sep, Integer mm, Integer* m, QuarnFloat* work, Integer ldwork,
                                  Integer* iwork, Integer* info, int job_length, int howmny_length);
 
-/// The zeros zeror + i zeroi (4 each) of e z^4 + a z^3 + b z^2 + c z + d with an error estimate each, as the
-/// eigenvalues of the balanced companion matrix, in the order in which its Schur form has them. errest is machine
+/// The zeros of a quartic: zeror + i zeroi (4 each) of e z^4 + a z^3 + b z^2 + c z + d with an error estimate each, as
+/// the eigenvalues of the balanced companion matrix, in the order in which its Schur form has them. errest is machine
 /// precision times norm over condition number: the effect of one rounding of the matrix. IFAIL as described in
 /// tesk2mp.h: 1: e = 0; 2: a quotient by e passes the range of the hardware double (4.49e+307), the guard that the
 /// routine has always had; 3: the QR algorithm did not converge (a coefficient is not finite).

@@ -78,7 +78,7 @@ TESK2MP_API void QuarnMPX_c06ebwn_(QuarnFloat* x, Integer n, Integer* radices);
 // one pair of cosine and sine for each rotation, N/2 of them for N = 1024; the companion folds the angles into one
 // octant, N/8 of them, and multiplies these out of some sqrt(N/2) pairs.
 
-/// One sequence.
+/// The transform of one complex sequence.
 ///
 /// x: N complex numbers, replaced by z. n: N >= 1. work: 2 N complex numbers; N of table, and N of scratch. Length 1
 /// leaves x as it is and stores 1 as its table.

@@ -74,7 +74,7 @@ TESK2MP_API void QuarnMP_f11bdfn_(const char* method, const char* precon, const 
 
 /// Iterates until something is needed. Call it first with IREVCM 0, then again and again until IREVCM is 4:
 ///
-///   irevcm   in                                       out
+///   IREVCM   in                                       out
 ///    0       first call: U is x_0, V is b
 ///    1       V holds A U                              set V := A U
 ///   -1       V holds A^T U                            set V := A^T U; to estimate ANORM, before the first iteration

@@ -322,7 +322,8 @@ TESK2MP_API QuarnFloat QuarnMP_f06raf_(const char* norm, Integer m, Integer n, Q
 ///   work   n elements for the letter I, otherwise not touched
 TESK2MP_API QuarnFloat QuarnMP_f06rmf_(const char* norm, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* work,
                                        int norm_length);
-/// Complex forms; |z| is formed as sqrt(re re + im im), which may overflow, except under the letters F and E.
+/// The same of complex matrices: |z| is formed as sqrt(re re + im im), which may overflow, except under the letters F
+/// and E.
 ///
 ///   n   columns; of a Hessenberg matrix its order
 TESK2MP_API QuarnFloat QuarnMP_f06uaf_(const char* norm, Integer m, Integer n, Complex* a, Integer lda,

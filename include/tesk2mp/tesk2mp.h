@@ -120,8 +120,8 @@ TESK2MP_API void QuarnMPX_a02aaf_(QuarnFloat* xr, QuarnFloat* xi, QuarnFloat* yr
 ///   xr, xi   real and imaginary part
 TESK2MP_API QuarnFloat QuarnMP_a02abfn_(QuarnFloat xr, QuarnFloat xi);
 
-/// *zr + i *zi := (xr + i xi) / (yr + i yi) by the method of R. L. Smith (Comm. ACM 5, 1962). A zero divisor is not
-/// tested for: it gives what QuarnFloat gives for 0/0.
+/// The complex quotient: *zr + i *zi := (xr + i xi) / (yr + i yi) by the method of R. L. Smith (Comm. ACM 5, 1962). A
+/// zero divisor is not tested for: it gives what QuarnFloat gives for 0/0.
 ///
 ///   xr, xi   the dividend
 ///   yr, yi   the divisor

@@ -45,7 +45,7 @@ TESK2MP_API void QuarnMP_m01eaf_(QuarnFloat* rv, const Integer* m1, const Intege
 /// The same for complex values.
 TESK2MP_API void QuarnMP_m01edf_(Complex* rv, const Integer* m1, const Integer* m2, Integer* irank, Integer* ifail);
 
-/// Replaces the permutation IPERM of M1 ... M2 by its inverse, in place.
+/// Inverts a permutation: IPERM of M1 ... M2 in place.
 /// IFAIL 2, label 99996: some IPERM(I) is outside M1 ... M2; nothing has been changed.
 /// IFAIL 3, label 99995: a value is in IPERM(M1:M2) twice; the message tells which. Nothing has been changed.
 /// Cost: linear in M2 - M1 + 1.
