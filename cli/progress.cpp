@@ -1,39 +1,32 @@
 #include "cli/progress.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cmath>
 #include <cstring>
 
 #include "quarn/quarnfloat.h"
-#if !defined(_WIN32)
+#if defined(_WIN32)
+#include <windows.h>
+#else
 #include <sys/time.h>
-#include <unistd.h>
 
 #include <csignal>
-#include <ctime>
 #endif
 
 namespace cli {
-
-#if defined(_WIN32)
-
-void enable_progress() {}
-Progress::Progress(const std::string& /*what*/, double /*steps*/) {}
-Progress::Progress(const std::string& /*what*/, double /*steps*/, double /*seconds*/) {}
-Progress::~Progress() = default;
-void Progress::advance(double /*steps*/) {}
-void Progress::reach(double /*steps*/) {}
-Progress Progress::estimated(const std::string& what, double /*multiply_adds*/) { return {what, 0, 0}; }
-
-#else
 
 namespace {
 
 constexpr int kStandardError = 2;
 constexpr std::size_t kLongestName = 80;
+constexpr long kFirstLine = 1000;  // milliseconds
+constexpr long kNextLine = 500;
 
-// What the timer's signal handler reads.
+// What the timer reads: a signal handler, or a thread of the system on Windows.
 struct Work {
   std::atomic<bool> enabled = false;
   std::atomic<bool> under_way = false;
@@ -47,11 +40,7 @@ struct Work {
 static_assert(std::atomic<double>::is_always_lock_free);
 Work work;
 
-double now() {
-  timespec time{};
-  clock_gettime(CLOCK_MONOTONIC, &time);
-  return double(time.tv_sec) + double(time.tv_nsec) * 1e-9;
-}
+double now() { return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count(); }
 
 // A line made without the C library's formatting, which a signal handler must not call.
 class Line {
@@ -94,7 +83,7 @@ void add_duration(Line& line, double seconds, bool rounded_up) {
   }
 }
 
-void tell(int /*signal*/) {
+void tell() {
   constexpr double kAlmostAll = 0.99;
   constexpr double kTelling = 0.01;
   const double elapsed = now() - work.started;
@@ -117,13 +106,56 @@ void tell(int /*signal*/) {
   work.shown = true;
 }
 
-void set_timer(long first_microseconds, long next_microseconds) {
-  constexpr long kMicroseconds = 1'000'000;
-  itimerval timer{};
-  timer.it_value = {first_microseconds / kMicroseconds, first_microseconds % kMicroseconds};
-  timer.it_interval = {next_microseconds / kMicroseconds, next_microseconds % kMicroseconds};
-  setitimer(ITIMER_REAL, &timer, nullptr);
+#if defined(_WIN32)
+
+HANDLE timer = nullptr;
+
+// Asks for the escape sequence that clears the rest of a line, which no file or pipe has and no old console knows.
+bool timer_can_tell() {
+  const HANDLE standard_error = GetStdHandle(STD_ERROR_HANDLE);
+  DWORD mode = 0;
+  return GetConsoleMode(standard_error, &mode) != 0 &&
+         SetConsoleMode(standard_error, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
 }
+
+void start_timer() {
+  const auto on_timer = [](void* /*context*/, BOOLEAN /*fired*/) __stdcall { tell(); };
+  CreateTimerQueueTimer(&timer, nullptr, on_timer, nullptr, kFirstLine, kNextLine, WT_EXECUTEDEFAULT);
+}
+
+// Waits for a line that is being written.
+void stop_timer() {
+  if (timer != nullptr) {
+    DeleteTimerQueueTimer(nullptr, timer, INVALID_HANDLE_VALUE);
+    timer = nullptr;
+  }
+}
+
+#else
+
+bool timer_can_tell() {
+  if (isatty(kStandardError) == 0) {
+    return false;
+  }
+  struct sigaction action {};
+  action.sa_handler = [](int /*signal*/) { tell(); };
+  action.sa_flags = SA_RESTART;
+  return sigaction(SIGALRM, &action, nullptr) == 0;
+}
+
+timeval time_of(long milliseconds) { return {milliseconds / 1000, milliseconds % 1000 * 1000}; }
+
+void start_timer() {
+  const itimerval times = {time_of(kNextLine), time_of(kFirstLine)};
+  setitimer(ITIMER_REAL, &times, nullptr);
+}
+
+void stop_timer() {
+  const itimerval none{};
+  setitimer(ITIMER_REAL, &none, nullptr);
+}
+
+#endif
 
 // The time of one y + a x of full length.
 double seconds_per_multiply_add() {
@@ -142,15 +174,7 @@ double seconds_per_multiply_add() {
 
 }  // namespace
 
-void enable_progress() {
-  if (isatty(kStandardError) == 0) {
-    return;
-  }
-  struct sigaction action {};
-  action.sa_handler = tell;
-  action.sa_flags = SA_RESTART;
-  work.enabled = sigaction(SIGALRM, &action, nullptr) == 0;
-}
+void enable_progress() { work.enabled = timer_can_tell(); }
 
 Progress::Progress(const std::string& what, double steps) : Progress(what, steps, 0) {}
 
@@ -158,8 +182,6 @@ Progress::Progress(const std::string& what, double steps, double seconds) : coun
   if (!counts_) {
     return;
   }
-  constexpr long kFirst = 1'000'000;
-  constexpr long kNext = 500'000;
   std::strncpy(work.name, what.c_str(), kLongestName);
   work.started = now();
   work.seconds = seconds;
@@ -167,14 +189,14 @@ Progress::Progress(const std::string& what, double steps, double seconds) : coun
   work.done = 0;
   work.shown = false;
   work.under_way = true;
-  set_timer(kFirst, kNext);
+  start_timer();
 }
 
 Progress::~Progress() {
   if (!counts_) {
     return;
   }
-  set_timer(0, 0);
+  stop_timer();
   work.under_way = false;
   if (work.shown) {
     Line line;
@@ -199,8 +221,6 @@ Progress Progress::estimated(const std::string& what, double multiply_adds) {
   const bool asked = work.enabled && !work.under_way;
   return {what, 1, asked ? multiply_adds * seconds_per_multiply_add() : 0};
 }
-
-#endif
 
 double transform_cost(double n) {
   constexpr double kEvaluation = 30;

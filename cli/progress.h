@@ -6,7 +6,7 @@
 
 namespace cli {
 
-/// From now on lines are written, if standard error is a terminal. (Not on Windows, which has no timer signal.)
+/// From now on lines are written, if standard error is a terminal.
 void enable_progress();
 
 /// A piece of work: after a second, and twice a second from then on, one line tells how far it is and about how long it

@@ -3,11 +3,14 @@
 import decimal
 import json
 import os
+import shlex
 import subprocess
 from decimal import Decimal
 
 BIN = os.environ["QUARN_BIN"]
-QUARN = os.path.join(BIN, "quarn")
+EMULATOR = shlex.split(os.environ.get("QUARN_EMULATOR", ""))  # what runs a program for Windows
+QUARN = os.path.join(BIN, "quarn.exe" if EMULATOR else "quarn")
+COMMAND = [*EMULATOR, QUARN]
 DATA = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "examples")
 SUNSPOTS = os.path.join(DATA, "sunspots.csv")
 
@@ -16,7 +19,7 @@ Outcome = subprocess.CompletedProcess
 
 def run(*arguments, stdin="", **options) -> Outcome:
     """quarn with the arguments; texts in, texts out, no translation of newlines."""
-    done = subprocess.run([QUARN, *arguments], input=stdin.encode(), capture_output=True, timeout=120, **options)
+    done = subprocess.run([*COMMAND, *arguments], input=stdin.encode(), capture_output=True, timeout=120, **options)
     return Outcome(done.args, done.returncode, done.stdout.decode(), done.stderr.decode())
 
 
