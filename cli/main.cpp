@@ -44,7 +44,7 @@ std::string complaint_about(const CLI::App& app, const CLI::ParseError& error) {
 }
 
 void run(int argc, char** argv) {
-  make_output_errors_visible();
+  prepare_standard_streams();
   Session session;
   CLI::App app("Numerical routines in arbitrary decimal precision.", "quarn");
   app.set_version_flag("--version", std::string("quarn ") + QUARN_VERSION, "show the version");

@@ -35,9 +35,10 @@ void write_output(const std::string& text, const std::string& file) {
   }
 }
 
-void make_output_errors_visible() {
+void prepare_standard_streams() {
 #if defined(_WIN32)
-  _setmode(1, _O_BINARY);  // a result is the same bytes on every platform
+  _setmode(1, _O_BINARY);                    // a result is the same bytes on every platform
+  std::setvbuf(stderr, nullptr, _IONBF, 0);  // messages stand among results in the order of events
 #else
   std::signal(SIGPIPE, SIG_IGN);
   // The first file opened would take the number of a closed standard stream. One that can be read only holds the place

@@ -9,8 +9,8 @@ namespace cli {
 /// has been accepted.
 void write_output(const std::string& text, const std::string& file = "");
 
-/// Makes writes to a closed standard output or a closed pipe fail with an error code instead of hitting another file or
-/// ending the process.
-void make_output_errors_visible();
+/// Writes to a closed standard output or a closed pipe fail with an error code from now on, instead of hitting another
+/// file or ending the process; results are the same bytes everywhere, and messages stand where they belong among them.
+void prepare_standard_streams();
 
 }  // namespace cli

@@ -5,12 +5,19 @@ import json
 import os
 import shlex
 import subprocess
+import tempfile
+import unittest
 from decimal import Decimal
 
 BIN = os.environ["QUARN_BIN"]
 EMULATOR = shlex.split(os.environ.get("QUARN_EMULATOR", ""))  # what runs a program for Windows
 QUARN = os.path.join(BIN, "quarn.exe" if EMULATOR else "quarn")
 COMMAND = [*EMULATOR, QUARN]
+if EMULATOR:
+    tempfile.tempdir = BIN  # it sees the checkout alone
+
+# Pictures are drawn by the gnuplot installed here, and a line is edited by the libraries of this system.
+not_emulated = unittest.skipIf(EMULATOR, "only with the programs of this system")
 DATA = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "examples")
 SUNSPOTS = os.path.join(DATA, "sunspots.csv")
 
@@ -18,9 +25,10 @@ Outcome = subprocess.CompletedProcess
 
 
 def run(*arguments, stdin="", **options) -> Outcome:
-    """quarn with the arguments; texts in, texts out, no translation of newlines."""
+    """quarn with the arguments; texts in, texts out. Results have plain newlines on every system, messages the system's."""
     done = subprocess.run([*COMMAND, *arguments], input=stdin.encode(), capture_output=True, timeout=120, **options)
-    return Outcome(done.args, done.returncode, done.stdout.decode(), done.stderr.decode())
+    messages = done.stderr.decode()
+    return Outcome(done.args, done.returncode, done.stdout.decode(), messages.replace("\r\n", "\n") if EMULATOR else messages)
 
 
 def run_well(*arguments, **options) -> str:

@@ -4,13 +4,12 @@ import decimal
 import itertools
 import os
 import random
-import shutil
 import tempfile
 import unittest
 import xml.etree.ElementTree
 from decimal import Decimal
 
-from console import DATA, decimals, relative_difference, run, run_json, run_well, transform
+from console import DATA, decimals, not_emulated, relative_difference, run, run_json, run_well, transform
 
 APERTURE = os.path.join(DATA, "aperture.mtx")
 
@@ -139,7 +138,7 @@ class Cfft(unittest.TestCase):
                 self.assertIn(words, done.stderr)
         self.assertEqual(os.listdir(self.folder), [])
 
-    @unittest.skipUnless(shutil.which("gnuplot"), "needs gnuplot")
+    @not_emulated
     def test_pictures(self):
         for arguments, words in (
                 ([APERTURE], ["Spectrum of the array of 96 x 96 complex numbers", "frequency along dimension 1",

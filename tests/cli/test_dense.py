@@ -8,7 +8,7 @@ import unittest
 from decimal import Decimal, localcontext
 from fractions import Fraction
 
-from console import DATA, run, run_json, run_well
+from console import DATA, not_emulated, run, run_json, run_well
 
 WEST = os.path.join(DATA, "west0067.mtx")
 DIGITS = 30
@@ -173,6 +173,7 @@ class Dense(unittest.TestCase):
                 done = run(*arguments, stdin=stdin)
                 self.assertEqual((done.returncode, done.stdout, done.stderr), (status, "", f"quarn: {complaint}\n"))
 
+    @not_emulated
     def test_pictures(self):
         with tempfile.TemporaryDirectory() as folder:
             for arguments in (["eig", WEST], ["zeros", "1", "0", "0", "0", "-1"], ["zeros", "1", "0", "0", "0", "0"]):

@@ -2,6 +2,7 @@
 
 import glob
 import os
+import pty
 import random
 import re
 import subprocess
@@ -10,7 +11,7 @@ import unittest
 from decimal import Decimal, localcontext
 from fractions import Fraction
 
-from console import QUARN, run, run_well
+from console import COMMAND, not_emulated, run, run_well
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 
@@ -27,7 +28,7 @@ class Transcripts(unittest.TestCase):
             answered = [line for line in lines if not line.startswith(("> ", "... "))]
             self.assertGreater(len(typed), 5)
             with self.subTest(os.path.basename(name)):
-                done = subprocess.run([QUARN, "repl", "--keep-going"], input="\n".join(typed) + "\n", text=True, timeout=60,
+                done = subprocess.run([*COMMAND, "repl", "--keep-going"], input="\n".join(typed) + "\n", text=True, timeout=60,
                                       stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
                 self.assertEqual(done.stdout.splitlines(), answered)
                 self.assertEqual(done.returncode, 0)
@@ -135,15 +136,13 @@ class Runs(unittest.TestCase):
                 self.assertRegex(purpose, r"^  \S")
 
 
-@unittest.skipUnless(os.name == "posix", "needs a pseudo-terminal")
+@not_emulated
 class Terminal(unittest.TestCase):
     def test_prompt_history_and_faults(self):
-        import pty
-
         with tempfile.TemporaryDirectory() as folder:
             history = os.path.join(folder, "history")
             primary, secondary = pty.openpty()
-            with subprocess.Popen([QUARN, "repl"], stdin=secondary, stdout=secondary, stderr=secondary, close_fds=True,
+            with subprocess.Popen([*COMMAND, "repl"], stdin=secondary, stdout=secondary, stderr=secondary, close_fds=True,
                                   env={**os.environ, "QUARN_HISTORY": history, "TERM": "dumb"}) as process:
                 os.close(secondary)
                 os.write(primary, b"1 +\n6*7\nquit\n")

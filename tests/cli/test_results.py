@@ -5,13 +5,12 @@ import io
 import json
 import os
 import random
-import shutil
 import tempfile
 import unittest
 import xml.etree.ElementTree
 from decimal import Decimal, localcontext
 
-from console import SUNSPOTS, decimals, pi, relative_difference, run_json, run_well, transform
+from console import SUNSPOTS, decimals, not_emulated, pi, relative_difference, run_json, run_well, transform
 
 FOUR = "1\n2\n3\n5\n"
 
@@ -186,7 +185,7 @@ class Values(unittest.TestCase):
         self.assertEqual("\n".join(line.rstrip() for line in run_well("details").split("\n")), BANNER)
 
 
-@unittest.skipUnless(shutil.which("gnuplot"), "needs gnuplot")
+@not_emulated
 class Pictures(unittest.TestCase):
     def setUp(self):
         self.folder = tempfile.TemporaryDirectory()

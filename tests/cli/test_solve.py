@@ -5,13 +5,12 @@ import io
 import json
 import os
 import random
-import shutil
 import tempfile
 import unittest
 from decimal import Decimal
 from fractions import Fraction
 
-from console import DATA, decimals, run, run_json, run_well
+from console import DATA, decimals, not_emulated, run, run_json, run_well
 
 METHODS = ("rgmres", "cgs", "bicgstab", "tfqmr", "direct")
 HEAD = "%%MatrixMarket matrix coordinate "
@@ -114,7 +113,7 @@ class Solve(unittest.TestCase):
         for row in rows[1:]:
             self.assertLess(Decimal(row["relative_residual"]), Decimal("1e-28"))
 
-    @unittest.skipUnless(shutil.which("gnuplot"), "needs gnuplot")
+    @not_emulated
     def test_pictures_of_histories(self):
         picture = os.path.join(self.folder, "h.svg")
         # Residuals far beyond the range of a double.

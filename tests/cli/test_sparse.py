@@ -3,12 +3,11 @@
 import itertools
 import os
 import random
-import shutil
 import tempfile
 import unittest
 from fractions import Fraction
 
-from console import DATA, run, run_json, run_well
+from console import DATA, not_emulated, run, run_json, run_well
 
 HEAD = "%%MatrixMarket matrix coordinate "
 
@@ -113,7 +112,7 @@ class Sparse(unittest.TestCase):
         self.assertEqual((done.returncode, done.stdout), (2, ""))
         self.assertIn("entries of a sparse matrix", done.stderr)
 
-    @unittest.skipUnless(shutil.which("gnuplot"), "needs gnuplot")
+    @not_emulated
     def test_a_picture_has_a_tile_for_each_place(self):
         picture = self.written.replace(".mtx", ".svg")
         for name, tiles in (("west0067", 294), ("bcsstk01", 400), ("fs_183_1", 1069)):
