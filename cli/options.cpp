@@ -2,6 +2,7 @@
 
 #include <span>
 
+#include "cli/failure.h"
 #include "cli/output.h"
 #include "cli/plot.h"
 
@@ -109,7 +110,11 @@ CLI::Validator one_of(const std::vector<std::string>& words) {
 void add_plot_option(CLI::App& command, OutputOptions& options) {
   command.add_option("--plot", options.picture, "draw a picture as well (.svg or .png; needs gnuplot)")
       ->type_name("FILE")
-      ->each(check_picture_name);
+      ->each([](const std::string& file) {
+        if (!is_picture_name(file)) {
+          throw bad_input("--plot: the file name must end in .svg or .png: '" + file + "'");
+        }
+      });
 }
 
 void deliver(const Result& result, const OutputOptions& options) {

@@ -113,32 +113,41 @@ std::vector<std::string> layers_of(const Panel& panel) {
   return few ? std::vector<std::string>{line, points} : std::vector<std::string>{line};
 }
 
-// Ranges, air around the points, and steps of whole numbers where these are few.
+// Ranges of the axes, and the air left of, right of, above and below what is drawn.
+struct Frame {
+  const char* x;
+  const char* y;
+  const char* air;
+};
+
+Frame frame_of(Panel::Style style) {
+  constexpr const char* kAbove = "0, 0, graph 0.12, 0";
+  switch (style) {
+    case Panel::Style::area:
+      return {"[0:*] noextend", "[0:*]", kAbove};
+    case Panel::Style::bars:
+      return {"[*:*]", "[0:*]", kAbove};
+    case Panel::Style::points:
+      return {"[*:*] noextend", "[*:*] noextend", "graph 0.02, graph 0.02, graph 0.02, graph 0.02"};
+    case Panel::Style::stems:
+      return {"[*:*] noextend", "[*:*]", "graph 0.02, graph 0.02, graph 0.12, graph 0.05"};
+    case Panel::Style::line:
+      break;
+  }
+  return {"[*:*] noextend", "[*:*]", kAbove};
+}
+
 std::string axes_of(const Panel& panel) {
-  using Style = Panel::Style;
-  const bool area = panel.style == Style::area;
-  const bool bars = panel.style == Style::bars;
-  const bool points = panel.style == Style::points;
-  const bool stems = panel.style == Style::stems;
-  const std::string x_air = points || stems ? "graph 0.02, graph 0.02" : "0, 0";
-  const std::vector<QuarnFloat>& x = panel.curve.x;
+  const Frame frame = frame_of(panel.style);
+  const bool stems = panel.style == Panel::Style::stems;
+  // Whole numbers that are few have a mark each.
   constexpr std::size_t kFew = 11;
+  const std::vector<QuarnFloat>& x = panel.curve.x;
   const bool whole = x.size() <= kFew && std::all_of(x.begin(), x.end(), [](const QuarnFloat& each) {
                        return trunc(each) == each && fabs(each) < std::int64_t(kFew);
                      });
-  return std::string("set xrange ") +
-         (area   ? "[0:*] noextend"
-          : bars ? "[*:*]"
-                 : "[*:*] noextend") +
-         "\nset yrange " +
-         (area || bars ? "[0:*]"
-          : points     ? "[*:*] noextend"
-                       : "[*:*]") +
-         "\nset offsets " + x_air +
-         (points  ? ", graph 0.02, graph 0.02"
-          : stems ? ", graph 0.12, graph 0.05"
-                  : ", graph 0.12, 0") +
-         "\n" + (stems ? "set xzeroaxis linecolor rgb '#888888'\n" : "unset xzeroaxis\n") + "set xtics " +
+  return std::string("set xrange ") + frame.x + "\nset yrange " + frame.y + "\nset offsets " + frame.air + "\n" +
+         (stems ? "set xzeroaxis linecolor rgb '#888888'\n" : "unset xzeroaxis\n") + "set xtics " +
          (whole ? "1" : "autofreq") + "\n";
 }
 
@@ -214,11 +223,7 @@ Tiles tiles_of(const Spy& spy) {
 
 }  // namespace
 
-void check_picture_name(const std::string& file) {
-  if (!is_png(file) && !file.ends_with(".svg")) {
-    throw bad_input("--plot: the file name must end in .svg or .png: '" + file + "'");
-  }
-}
+bool is_picture_name(const std::string& file) { return is_png(file) || file.ends_with(".svg"); }
 
 Panel panel_of_elements(const std::string& title, const std::string& y_title, const std::vector<QuarnFloat>& values) {
   Panel panel{title, "index", y_title, {{}, values}, {}, Panel::Style::stems};

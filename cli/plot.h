@@ -89,8 +89,8 @@ struct ComplexPlane {
   std::vector<Complex> points;
 };
 
-/// Throws Failure unless the name ends in .svg or .png.
-void check_picture_name(const std::string& file);
+/// Whether the name ends in .svg or .png.
+bool is_picture_name(const std::string& file);
 
 /// Draws the panels one below the other. Throws Failure when there is no gnuplot, when it fails, or when a number is
 /// too large to be drawn.

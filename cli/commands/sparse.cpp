@@ -172,8 +172,8 @@ void run_sparse(const SparseOptions& options) {
 constexpr const char* kFooter =
     R"(MATRIX is a Matrix Market file, or a table of numbers, a row a line. Its entries come out
 in canonical form: rows ascending, columns ascending within a row, no place twice.
-Duplicates are merged before zeros are looked at. Of a symmetric matrix the lower triangle is kept, unless --expand is given.
-The picture shows both triangles.
+Duplicates are merged before zeros are looked at. Of a symmetric matrix the lower
+triangle is kept, unless --expand is given. The picture shows both triangles.
 
 Examples:
   quarn sparse examples/west0067.mtx --plot west0067.svg

@@ -106,9 +106,9 @@ void run_spmv(const SpmvOptions& options) {
 }
 
 constexpr const char* kFooter =
-    R"(MATRIX is a Matrix Market file, or a table of numbers, a row a line; VECTOR is one column of numbers: of a table (columns real
-and imaginary are one complex column, or cells such as 1-2i), of JSON, or of a Matrix
-Market file.
+    R"(MATRIX is a Matrix Market file, or a table of numbers, a row a line; VECTOR is one column
+of numbers: of a table (columns real and imaginary are one complex column, or cells such
+as 1-2i), of JSON, or of a Matrix Market file.
 
 --transpose multiplies by A^T, and by the conjugate transpose A^H where the matrix or
 the vector is complex. --plot draws the product's elements.

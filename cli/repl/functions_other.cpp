@@ -176,7 +176,7 @@ Values save(State& /*state*/, const Arguments& arguments) {
 Values plot(State& /*state*/, const Arguments& arguments) {
   const std::size_t last = arguments.count() - 1;
   const std::string& file = arguments.text(last);
-  if (file.size() < 4 || (!file.ends_with(".svg") && !file.ends_with(".png"))) {
+  if (!is_picture_name(file)) {
     throw Unfit("a name that ends in .svg or .png is needed here", int(last));
   }
   if (last == 2) {
