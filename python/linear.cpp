@@ -72,9 +72,9 @@ pivots[i]. singular: a pivot is exactly zero. Both, and the inverse, are lists; 
             return on(self, [&]<class T>(const tesk2mp::LU<T>& lu) { return solve_with<T>(lu, right, b, op_of(op)); });
           },
           py::arg("b"), py::arg("op") = "none",
-          "solve(b, op='none')\n\nThe solution x of op(a) x = b, for a vector or for each column of a matrix; b of a "
-          "real "
-          "a is real.");
+          R"(solve(b, op='none')
+
+The solution x of op(a) x = b, for a vector or for each column of a matrix; b of a real a is real.)");
 }
 
 void add_cholesky(py::module_& module) {

@@ -163,11 +163,10 @@ lower triangle of a symmetric (real) or Hermitian (complex) matrix.
         return self;
       },
       py::return_value_policy::reference_internal, py::arg("duplicates") = "sum", py::arg("zeros") = "remove",
-      "canonicalise(duplicates='sum', zeros='remove')\n\nSorts the entries by rows, then columns, and returns the "
-      "matrix. "
-      "duplicates, entries of the same place: 'sum', 'keep_first' or 'fail'. zeros: 'remove', 'keep' or 'fail'. To "
-      "fail "
-      "is an InvalidArgument and for general storage only.");
+      R"(canonicalise(duplicates='sum', zeros='remove')
+
+Sorts the entries by rows, then columns, and returns the matrix. duplicates, entries of the same place: 'sum', 'keep_first' or
+'fail'. zeros: 'remove', 'keep' or 'fail'. To fail is an InvalidArgument and for general storage only.)");
   type.def(
       "entries",
       [](const AnySparse& self) {
@@ -213,7 +212,9 @@ void add_sparse(py::module_& module) {
       py::arg("guess") = py::none(), py::arg("transpose") = py::none(),
       py::arg("criterion") = "preconditioned_residual", py::arg("norm") = "infinity", py::arg("weights") = py::none(),
       py::arg("matrix_norm") = 0, py::arg("largest_singular_value") = 0, py::arg("monitor") = py::none(),
-      R"(solve_iteratively(a, b, preconditioner=None, method='rgmres', order=0, tolerance=0, most_iterations=1000, guess=None, transpose=None, criterion='preconditioned_residual', norm='infinity', weights=None, matrix_norm=0, largest_singular_value=0, monitor=None)
+      R"(solve_iteratively(a, b, preconditioner=None, method='rgmres', order=0, tolerance=0, most_iterations=1000, guess=None,
+                  transpose=None, criterion='preconditioned_residual', norm='infinity', weights=None, matrix_norm=0,
+                  largest_singular_value=0, monitor=None)
 
 The solution of a x = b by iteration: (x, residual b - a x, number of iterations). a: a SparseMatrix, or a function that takes
 a list of n numbers and gives the n numbers of their product with the matrix. preconditioner: a function that solves with
