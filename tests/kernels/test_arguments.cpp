@@ -86,7 +86,7 @@ const std::vector<Family>& families() {
         {0, "N", {3, 0, 3, 1, 1}}}},
       {triangular,
        {"F06PFF/DTRMV ", "F06SFF/ZTRMV ", "F06PJF/DTRSV ", "F06SJF/ZTRSV "},
-       {{1, "XXX", {-1, -1, 0}},
+       {{1, "QQQ", {-1, -1, 0}},
         {2, "UXX", {-1, -1, 0}},
         {3, "uNT", {-1, -1, 0}},
         {4, "LnU", {-1, -1, 0}},
