@@ -74,7 +74,7 @@ class Documents(unittest.TestCase):
         for name, node in declared.items():
             with self.subTest(name):
                 if isinstance(node, ast.FunctionDef):
-                    heading = getattr(tesk2mp, name).__doc__.splitlines()[0]
+                    heading = " ".join(getattr(tesk2mp, name).__doc__.partition("\n\n")[0].split())
                     self.assertEqual(heading, f"{name}({self.arguments(node)})")
                 else:
                     members = [part.name for part in node.body if isinstance(part, ast.FunctionDef)]
