@@ -183,6 +183,15 @@ TEST_CASE("results beyond the exponent range become infinity or zero") {
     CHECK(same(smallest / QuarnFloat(-2), -QuarnFloat()));
     CHECK(same(smallest * QuarnFloat(1, -1), QuarnFloat()));
     CHECK(sqrt(smallest) > QuarnFloat(1, -500000000));
+    // Rounded first: what is just below the smallest number before that is the smallest number.
+    QuarnSetDigits(digits + 2);
+    const QuarnFloat below_one = QuarnFloat(1) - QuarnFloat(1, -digits - 2);
+    QuarnSetDigits(digits);
+    CHECK(same(below_one * smallest, smallest));
+    CHECK(same(-below_one / QuarnFloat(1, 999999999), -smallest));
+    QuarnFloat sum = 0;
+    QuarnAddProduct(sum, below_one, smallest);
+    CHECK(same(sum, smallest));
   }
 }
 
