@@ -139,7 +139,6 @@ Frame frame_of(Panel::Style style) {
 
 std::string axes_of(const Panel& panel) {
   const Frame frame = frame_of(panel.style);
-  const bool stems = panel.style == Panel::Style::stems;
   // Whole numbers that are few have a mark each.
   constexpr std::size_t kFew = 11;
   const std::vector<QuarnFloat>& x = panel.curve.x;
@@ -147,8 +146,8 @@ std::string axes_of(const Panel& panel) {
                        return trunc(each) == each && fabs(each) < std::int64_t(kFew);
                      });
   return std::string("set xrange ") + frame.x + "\nset yrange " + frame.y + "\nset offsets " + frame.air + "\n" +
-         (stems ? "set xzeroaxis linecolor rgb '#888888'\n" : "unset xzeroaxis\n") + "set xtics " +
-         (whole ? "1" : "autofreq") + "\n";
+         (panel.style == Panel::Style::stems ? "set xzeroaxis linecolor rgb '#888888'\n" : "unset xzeroaxis\n") +
+         "set xtics " + (whole ? "1" : "autofreq") + "\n";
 }
 
 void add_panel(std::string& script, const Panel& panel) {

@@ -16,7 +16,8 @@ COMMAND = [*EMULATOR, QUARN]
 if EMULATOR:
     tempfile.tempdir = BIN  # it sees the checkout alone
 
-# Pictures are drawn by the gnuplot installed here, and a line is edited by the libraries of this system.
+# Pictures are drawn by the gnuplot installed here, a line is edited by the libraries of this system, and device files are
+# this system's too.
 not_emulated = unittest.skipIf(EMULATOR, "only with the programs of this system")
 DATA = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "examples")
 SUNSPOTS = os.path.join(DATA, "sunspots.csv")

@@ -4,7 +4,7 @@ import os
 import tempfile
 import unittest
 
-from console import EMULATOR, SUNSPOTS, run, run_json
+from console import EMULATOR, SUNSPOTS, not_emulated, run, run_json
 
 NUMBERS = ["1.5", "-2", "3e2", "4"]
 
@@ -115,7 +115,7 @@ class Inputs(unittest.TestCase):
                 self.assertEqual((done.returncode, done.stdout), (2, ""))
                 self.assertEqual(done.stderr, f"quarn: {name}: {reason}\n")
 
-    @unittest.skipIf(EMULATOR, "Windows has no such file, and where its programs run need not have it either")
+    @not_emulated
     def test_an_endless_file_is_refused_at_its_first_bytes(self):
         done = run("fft", "/dev/zero")
         self.assertEqual((done.returncode, done.stderr), (2, "quarn: /dev/zero: not a text file\n"))
