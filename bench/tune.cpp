@@ -1,4 +1,4 @@
-// Finds the thresholds of host/limbs/tuning.h on this machine: for each, the length from which the second way of
+// Finds the thresholds of number/limbs/tuning.h on this machine: for each, the length from which the second way of
 // forming the same limbs is faster than the first. Every result is compared with that of the schoolbook before its time
 // counts. Prints the two tables.
 #include <cstdio>
@@ -8,7 +8,7 @@
 #include <random>
 #include <vector>
 
-#include "host/limbs/newton_sqrt.h"
+#include "number/limbs/newton_sqrt.h"
 
 using namespace quarn;
 

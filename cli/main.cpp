@@ -4,11 +4,11 @@
 #include <cstdio>
 #include <new>
 
-#include "cli/commands.h"
-#include "cli/failure.h"
-#include "cli/manual.h"
-#include "cli/output.h"
-#include "cli/progress.h"
+#include "cli/commands/commands.h"
+#include "cli/commands/failure.h"
+#include "cli/commands/manual.h"
+#include "cli/io/output.h"
+#include "cli/system/progress.h"
 
 namespace cli {
 

@@ -1,10 +1,10 @@
 // quarn chol: the Cholesky factorisation of a dense Hermitian positive definite matrix.
-#include "cli/commands.h"
-#include "cli/dense.h"
-#include "cli/failure.h"
-#include "cli/matrix_output.h"
-#include "cli/plot.h"
-#include "cli/progress.h"
+#include "cli/commands/commands.h"
+#include "cli/commands/dense.h"
+#include "cli/commands/failure.h"
+#include "cli/io/matrix_output.h"
+#include "cli/plot/plot.h"
+#include "cli/system/progress.h"
 
 namespace cli {
 

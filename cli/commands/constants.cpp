@@ -1,5 +1,5 @@
 // quarn constants: the machine constants at the working precision.
-#include "cli/commands.h"
+#include "cli/commands/commands.h"
 #include "tesk2mp/tesk2mp.h"
 
 namespace cli {

@@ -1,7 +1,7 @@
 // quarn details: the library's account of itself.
-#include "cli/commands.h"
-#include "cli/library_call.h"
-#include "cli/output.h"
+#include "cli/commands/commands.h"
+#include "cli/commands/library_call.h"
+#include "cli/io/output.h"
 #include "tesk2mp/tesk2mp.h"
 
 namespace cli {

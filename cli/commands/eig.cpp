@@ -2,12 +2,12 @@
 #include <algorithm>
 #include <numeric>
 
-#include "cli/commands.h"
-#include "cli/dense.h"
-#include "cli/failure.h"
-#include "cli/plot.h"
-#include "cli/progress.h"
-#include "cli/ranking.h"
+#include "cli/commands/commands.h"
+#include "cli/commands/dense.h"
+#include "cli/commands/failure.h"
+#include "cli/commands/ranking.h"
+#include "cli/plot/plot.h"
+#include "cli/system/progress.h"
 
 namespace cli {
 

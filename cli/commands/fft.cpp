@@ -2,13 +2,13 @@
 #include <algorithm>
 #include <limits>
 
-#include "cli/commands.h"
-#include "cli/failure.h"
-#include "cli/library_call.h"
-#include "cli/memory.h"
-#include "cli/plot.h"
-#include "cli/progress.h"
-#include "cli/sequence.h"
+#include "cli/commands/commands.h"
+#include "cli/commands/failure.h"
+#include "cli/commands/library_call.h"
+#include "cli/io/sequence.h"
+#include "cli/plot/plot.h"
+#include "cli/system/memory.h"
+#include "cli/system/progress.h"
 #include "tesk2mp/tesk2mp.h"
 
 namespace cli {

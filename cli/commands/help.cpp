@@ -1,10 +1,10 @@
 // quarn help: a sub-command's or a topic's page, the manual page, the completion script.
 #include <algorithm>
 
-#include "cli/commands.h"
-#include "cli/failure.h"
-#include "cli/manual.h"
-#include "cli/output.h"
+#include "cli/commands/commands.h"
+#include "cli/commands/failure.h"
+#include "cli/commands/manual.h"
+#include "cli/io/output.h"
 
 namespace cli {
 

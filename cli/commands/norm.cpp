@@ -1,8 +1,8 @@
 // quarn norm: the norms of a dense matrix, and its condition number.
-#include "cli/commands.h"
-#include "cli/dense.h"
-#include "cli/failure.h"
-#include "cli/progress.h"
+#include "cli/commands/commands.h"
+#include "cli/commands/dense.h"
+#include "cli/commands/failure.h"
+#include "cli/system/progress.h"
 
 namespace cli {
 

@@ -7,13 +7,13 @@
 #include <filesystem>
 #include <sstream>
 
-#include "cli/commands.h"
-#include "cli/failure.h"
-#include "cli/input.h"
-#include "cli/memory.h"
-#include "cli/output.h"
-#include "cli/plot.h"
-#include "cli/progress.h"
+#include "cli/commands/commands.h"
+#include "cli/commands/failure.h"
+#include "cli/io/input.h"
+#include "cli/io/output.h"
+#include "cli/plot/plot.h"
+#include "cli/system/memory.h"
+#include "cli/system/progress.h"
 
 namespace cli {
 

@@ -1,7 +1,7 @@
 // quarn rank: the rank of every number of a column.
-#include "cli/commands.h"
-#include "cli/plot.h"
-#include "cli/ranking.h"
+#include "cli/commands/commands.h"
+#include "cli/commands/ranking.h"
+#include "cli/plot/plot.h"
 
 namespace cli {
 

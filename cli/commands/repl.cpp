@@ -2,10 +2,10 @@
 #include <iostream>
 #include <sstream>
 
-#include "cli/commands.h"
-#include "cli/failure.h"
-#include "cli/input.h"
-#include "cli/output.h"
+#include "cli/commands/commands.h"
+#include "cli/commands/failure.h"
+#include "cli/io/input.h"
+#include "cli/io/output.h"
 #include "cli/repl/fault.h"
 #include "cli/repl/interpreter.h"
 #include "cli/repl/lexer.h"

@@ -3,13 +3,13 @@
 #include <cstdio>
 #include <optional>
 
-#include "cli/commands.h"
-#include "cli/failure.h"
-#include "cli/linear_system.h"
-#include "cli/matrix_input.h"
-#include "cli/matrix_output.h"
-#include "cli/plot.h"
-#include "cli/progress.h"
+#include "cli/commands/commands.h"
+#include "cli/commands/failure.h"
+#include "cli/commands/linear_system.h"
+#include "cli/io/matrix_input.h"
+#include "cli/io/matrix_output.h"
+#include "cli/plot/plot.h"
+#include "cli/system/progress.h"
 #include "tesk2mp/error.hpp"
 
 namespace cli {

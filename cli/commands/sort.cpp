@@ -1,8 +1,8 @@
 // quarn sort: the numbers of a column in order, each with the position that it came from.
-#include "cli/commands.h"
-#include "cli/library_call.h"
-#include "cli/plot.h"
-#include "cli/ranking.h"
+#include "cli/commands/commands.h"
+#include "cli/commands/library_call.h"
+#include "cli/commands/ranking.h"
+#include "cli/plot/plot.h"
 #include "tesk2mp/tesk2mp.h"
 
 namespace cli {

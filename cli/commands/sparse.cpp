@@ -2,13 +2,13 @@
 #include <algorithm>
 #include <limits>
 
-#include "cli/commands.h"
-#include "cli/failure.h"
-#include "cli/library_call.h"
-#include "cli/matrix_input.h"
-#include "cli/matrix_output.h"
-#include "cli/memory.h"
-#include "cli/plot.h"
+#include "cli/commands/commands.h"
+#include "cli/commands/failure.h"
+#include "cli/commands/library_call.h"
+#include "cli/io/matrix_input.h"
+#include "cli/io/matrix_output.h"
+#include "cli/plot/plot.h"
+#include "cli/system/memory.h"
 #include "tesk2mp/tesk2mp.h"
 
 namespace cli {

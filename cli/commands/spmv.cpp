@@ -1,12 +1,12 @@
 // quarn spmv: a sparse matrix times a vector.
 
-#include "cli/commands.h"
-#include "cli/failure.h"
-#include "cli/input.h"
-#include "cli/library_call.h"
-#include "cli/matrix_input.h"
-#include "cli/matrix_output.h"
-#include "cli/plot.h"
+#include "cli/commands/commands.h"
+#include "cli/commands/failure.h"
+#include "cli/commands/library_call.h"
+#include "cli/io/input.h"
+#include "cli/io/matrix_input.h"
+#include "cli/io/matrix_output.h"
+#include "cli/plot/plot.h"
 #include "tesk2mp/sparse.h"
 
 namespace cli {

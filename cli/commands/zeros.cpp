@@ -2,11 +2,11 @@
 #include <algorithm>
 #include <array>
 
-#include "cli/commands.h"
-#include "cli/failure.h"
-#include "cli/matrix_input.h"
-#include "cli/plot.h"
-#include "cli/ranking.h"
+#include "cli/commands/commands.h"
+#include "cli/commands/failure.h"
+#include "cli/commands/ranking.h"
+#include "cli/io/matrix_input.h"
+#include "cli/plot/plot.h"
 #include "tesk2mp/tesk2mp.hpp"
 
 namespace cli {

@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "cli/failure.h"
+#include "cli/commands/failure.h"
 
 namespace cli::repl {
 

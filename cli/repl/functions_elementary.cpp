@@ -1,9 +1,9 @@
 // Functions that work element by element.
 #include <array>
 
-#include "cli/progress.h"
 #include "cli/repl/complex_functions.h"
 #include "cli/repl/functions.h"
+#include "cli/system/progress.h"
 
 namespace cli::repl {
 

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <array>
 
-#include "cli/progress.h"
 #include "cli/repl/functions.h"
+#include "cli/system/progress.h"
 
 namespace cli::repl {
 

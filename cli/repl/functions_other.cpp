@@ -2,12 +2,12 @@
 #include <algorithm>
 #include <array>
 
-#include "cli/matrix_input.h"
-#include "cli/matrix_output.h"
-#include "cli/options.h"
-#include "cli/plot.h"
-#include "cli/progress.h"
+#include "cli/commands/options.h"
+#include "cli/io/matrix_input.h"
+#include "cli/io/matrix_output.h"
+#include "cli/plot/plot.h"
 #include "cli/repl/functions.h"
+#include "cli/system/progress.h"
 
 namespace cli::repl {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <new>
 
-#include "cli/number_text.h"
-#include "cli/options.h"
+#include "cli/commands/options.h"
+#include "cli/io/number_text.h"
 #include "cli/repl/fault.h"
 
 namespace cli::repl {

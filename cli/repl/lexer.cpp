@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "cli/number_text.h"
+#include "cli/io/number_text.h"
 #include "cli/repl/fault.h"
 
 namespace cli::repl {

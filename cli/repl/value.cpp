@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "cli/memory.h"
-#include "cli/number_text.h"
-#include "cli/progress.h"
+#include "cli/io/number_text.h"
+#include "cli/io/result.h"
 #include "cli/repl/complex_functions.h"
-#include "cli/result.h"
+#include "cli/system/memory.h"
+#include "cli/system/progress.h"
 
 namespace cli::repl {
 

@@ -5,9 +5,9 @@
 #include <string>
 #include <tuple>
 
-#include "cli/failure.h"
-#include "cli/matrix_market.h"
-#include "cli/number_text.h"
+#include "cli/commands/failure.h"
+#include "cli/io/matrix_market.h"
+#include "cli/io/number_text.h"
 #include "support/digits.h"
 #include "support/random.h"
 

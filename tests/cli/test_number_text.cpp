@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "cli/number_text.h"
+#include "cli/io/number_text.h"
 #include "support/digits.h"
 #include "support/random.h"
 

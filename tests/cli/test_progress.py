@@ -12,7 +12,7 @@ from console import COMMAND, DATA, run_well
 ORDER = 120
 LONG = ["lu", "-", "--digits", "1500"]
 SOLVE = ["solve", os.path.join(DATA, "bcsstk01.mtx"), "--digits", "6000", "--method", "cgs", "--tol", "1e-5900"]
-REPL = ["repl", "--digits", "1500", "--eval", "inv(random(75, 75));"]
+REPL = ["repl", "--digits", "1500", "--eval", "inv(random(110, 110));"]
 MATRIX = "\n".join(",".join(str((i * i + 7 * j * i + j) % 101) for j in range(ORDER)) for i in range(ORDER))
 # The console of Windows hides and shows the cursor too.
 CURSOR = re.compile(r"\x1b\[\?25[lh]")

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/library_call.h"
+#include "cli/commands/library_call.h"
 #include "tesk2mp/tesk2mp.hpp"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/library_call.h"
+#include "cli/commands/library_call.h"
 #include "front/samples.h"
 
 using namespace front;

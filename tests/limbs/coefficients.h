@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "host/limbs/radix.h"
-#include "host/limbs/tuning.h"
+#include "number/limbs/radix.h"
+#include "number/limbs/tuning.h"
 #include "support/random.h"
 
 namespace support {

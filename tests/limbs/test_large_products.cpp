@@ -1,5 +1,5 @@
 // Long products: schoolbook, Karatsuba and transform products against a naive one and against each other.
-#include "host/limbs/multiply.h"
+#include "number/limbs/multiply.h"
 #include "tests/limbs/coefficients.h"
 
 using namespace quarn;

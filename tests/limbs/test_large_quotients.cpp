@@ -1,7 +1,7 @@
 // Division and square root, digitwise and by Newton's iteration, against the schoolbook: quotients, roots and whether
 // anything remains, at sizes around the thresholds, exact cases and their neighbours.
-#include "host/limbs/newton_divide.h"
-#include "host/limbs/newton_sqrt.h"
+#include "number/limbs/newton_divide.h"
+#include "number/limbs/newton_sqrt.h"
 #include "tests/limbs/coefficients.h"
 
 using namespace quarn;

@@ -1,5 +1,5 @@
 // Linear and quadratic limb algorithms against naive ones, digit by digit or through the product, at every radix.
-#include "host/limbs/schoolbook.h"
+#include "number/limbs/schoolbook.h"
 #include "tests/limbs/coefficients.h"
 
 using namespace quarn;

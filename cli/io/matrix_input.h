@@ -1,0 +1,36 @@
+// Matrices and vectors from files of any kind that is read: Matrix Market in both formats, CSV, plain lists, JSON.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "cli/io/matrix_market.h"
+#include "cli/io/number_table.h"
+
+namespace cli {
+
+/// A dense matrix from a file, or from standard input for "-", told apart by its contents:
+/// - Matrix Market, either format, every symmetry;
+/// - a table of numbers, a row a line (see NumberTable), cells such as 2, -i or 1.5-2e3i. A column named "i" counts the
+///   rows and is left out; columns "real" and "imaginary" are one complex column.
+/// Throws Failure with file, line and reason.
+DenseMatrix read_dense_matrix(const std::string& file);
+
+/// The same as entries: those of a Matrix Market file, or the elements of a table that are not zero.
+SparseMatrix read_matrix(const std::string& file);
+
+/// One column of numbers: the one that is named or numbered, or columns "real" and "imaginary" together, or the last
+/// numeric one; of a Matrix Market file the only column, or the one that is numbered.
+DenseMatrix read_vector(const std::string& file, const std::string& column = "");
+
+/// The same from a table at hand.
+DenseMatrix vector_from(const NumberTable& table, const std::string& column = "");
+
+std::vector<QuarnFloat> real_parts(const std::vector<Complex>& values);
+std::vector<QuarnFloat> imaginary_parts(const std::vector<Complex>& values);
+std::vector<Complex> complex_numbers(const std::vector<QuarnFloat>& values);
+
+/// "3 by 4 matrix in FILE"
+std::string description(const DenseMatrix& matrix);
+
+}  // namespace cli

@@ -1,0 +1,330 @@
+#include "cli/io/matrix_market.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <charconv>
+#include <limits>
+#include <string_view>
+
+#include "cli/commands/failure.h"
+#include "cli/io/number_text.h"
+#include "cli/system/memory.h"
+#include "cli/system/progress.h"
+
+namespace cli {
+
+namespace {
+
+constexpr std::string_view kBanner = "%%matrixmarket";
+constexpr std::array<const char*, 4> kFields = {"real", "complex", "integer", "pattern"};
+constexpr std::array<const char*, 4> kSymmetries = {"general", "symmetric", "skew-symmetric", "hermitian"};
+constexpr Integer kMostEntries = std::numeric_limits<Integer>::max() - 1;
+
+std::string lower(std::string_view word) {
+  std::string text(word);
+  std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return char(std::tolower(c)); });
+  return text;
+}
+
+using Words = std::vector<std::string_view>;
+
+// The lines of a text, split at blanks; complaints name source and line.
+class LineReader {
+ public:
+  LineReader(std::string_view text, const std::string& source) : rest_(text), source_(source) {}
+
+  /// The words of the first line; afterwards those of the next line that is neither empty nor a comment; none at the
+  /// end.
+  const Words& next() {
+    while (!rest_.empty()) {
+      split(take_line());
+      if (number_ == 1 || (!words_.empty() && words_[0][0] != '%')) {
+        return words_;
+      }
+    }
+    words_.clear();
+    ++number_;
+    return words_;
+  }
+  Failure complaint(const std::string& reason) const {
+    return bad_input(source_ + ":" + std::to_string(number_) + ": " + reason);
+  }
+
+ private:
+  std::string_view take_line() {
+    ++number_;
+    const std::size_t end = std::min(rest_.find('\n'), rest_.size());
+    const std::string_view line = rest_.substr(0, end);
+    rest_.remove_prefix(std::min(end + 1, rest_.size()));
+    return line;
+  }
+  void split(std::string_view line) {
+    constexpr std::string_view kBlanks = " \t\r\f\v";
+    words_.clear();
+    for (std::size_t at = 0; (at = line.find_first_not_of(kBlanks, at)) != std::string_view::npos;) {
+      const std::size_t end = std::min(line.find_first_of(kBlanks, at), line.size());
+      words_.push_back(line.substr(at, end - at));
+      at = end;
+    }
+  }
+
+  std::string_view rest_;
+  std::string source_;
+  Words words_;
+  long number_ = 0;
+};
+
+Integer whole_number(const LineReader& lines, std::string_view word, Integer least, Integer most, const char* what) {
+  long long number = -1;
+  const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
+  if (error != std::errc() || end != word.data() + word.size() || number < least || number > most) {
+    throw lines.complaint(std::string(what) + " '" + std::string(word) + "' is not a whole number from " +
+                          std::to_string(least) + " to " + std::to_string(most));
+  }
+  return Integer(number);
+}
+
+QuarnFloat number(const LineReader& lines, std::string_view word, bool whole) {
+  if (!is_number(word) || (whole && word.find_first_of(".eE") != std::string_view::npos)) {
+    throw lines.complaint("'" + std::string(word) + "' is not a" + (whole ? " whole" : "") + " number");
+  }
+  QuarnFloat value = to_number(std::string(word));
+  if (!isfinite(value)) {
+    throw lines.complaint("'" + std::string(word) + "' is beyond the range of numbers");
+  }
+  return value;
+}
+
+// Which of the names the word is; names are told apart in a complaint.
+template <class T>
+T choice(const LineReader& lines, std::string_view word, const std::array<const char*, 4>& names) {
+  const auto found = std::find(names.begin(), names.end(), lower(word));
+  if (found == names.end()) {
+    throw lines.complaint("'" + std::string(word) + "' is not " + names[0] + ", " + names[1] + ", " + names[2] +
+                          " or " + names[3]);
+  }
+  return T(found - names.begin());
+}
+
+void add_entry(SparseMatrix& matrix, Integer row, Integer column, Complex value) {
+  matrix.row.push_back(row);
+  matrix.column.push_back(column);
+  matrix.values.push_back(std::move(value));
+}
+
+// Reads one text into one matrix: banner, sizes, entries.
+class Parser {
+ public:
+  Parser(const std::string& text, const std::string& source) : lines_(text, source) { matrix_.source = source; }
+
+  SparseMatrix parse() {
+    read_banner();
+    read_sizes();
+    Progress progress("reading numbers", double(count_));
+    if (array_) {
+      read_array(progress);
+    } else {
+      read_coordinates(progress);
+    }
+    if (!lines_.next().empty()) {
+      throw lines_.complaint("more than the " + std::to_string(count_) + " entries announced");
+    }
+    return std::move(matrix_);
+  }
+
+ private:
+  void read_banner() {
+    const Words& words = lines_.next();
+    if (words.size() != 5 || lower(words[0]) != kBanner || lower(words[1]) != "matrix") {
+      throw lines_.complaint("the first line must be '%%MatrixMarket matrix FORMAT FIELD SYMMETRY'");
+    }
+    array_ = lower(words[2]) == "array";
+    if (!array_ && lower(words[2]) != "coordinate") {
+      throw lines_.complaint("'" + std::string(words[2]) + "' is not coordinate or array");
+    }
+    matrix_.field = choice<Field>(lines_, words[3], kFields);
+    matrix_.symmetry = choice<Symmetry>(lines_, words[4], kSymmetries);
+    if (matrix_.symmetry == Symmetry::hermitian && !matrix_.complex()) {
+      throw lines_.complaint("a hermitian matrix must be complex");
+    }
+    if (matrix_.field == Field::pattern && (array_ || matrix_.symmetry == Symmetry::skew_symmetric)) {
+      throw lines_.complaint(std::string("a pattern cannot be ") + (array_ ? "an array" : "skew-symmetric"));
+    }
+  }
+
+  void read_sizes() {
+    const Words& words = lines_.next();
+    if (words.size() != (array_ ? 2U : 3U)) {
+      throw lines_.complaint(std::string("here stand the numbers of rows") +
+                             (array_ ? " and columns" : ", columns and entries"));
+    }
+    matrix_.rows = whole_number(lines_, words[0], 1, kMostEntries, "the number of rows");
+    matrix_.columns = whole_number(lines_, words[1], 1, kMostEntries, "the number of columns");
+    if (matrix_.symmetry != Symmetry::general && matrix_.rows != matrix_.columns) {
+      throw lines_.complaint("a " + std::string(name_of(matrix_.symmetry)) + " matrix must be square");
+    }
+    count_ = array_ ? array_size() : whole_number(lines_, words[2], 0, kMostEntries, "the number of entries");
+    if (count_ > kMostEntries) {
+      throw lines_.complaint("more elements than a 32-bit count can hold");
+    }
+  }
+
+  long long array_size() const {
+    const long long n = matrix_.rows;
+    const bool strict = matrix_.symmetry == Symmetry::skew_symmetric;
+    return matrix_.symmetry == Symmetry::general ? n * matrix_.columns : strict ? n * (n - 1) / 2 : n * (n + 1) / 2;
+  }
+
+  // The values of the next entry's line follow `leading` words.
+  const Words& entry(std::size_t leading) {
+    const Words& words = lines_.next();
+    if (words.empty()) {
+      throw lines_.complaint("the file ends after " + std::to_string(matrix_.count()) + " of " +
+                             std::to_string(count_) + " entries");
+    }
+    const std::size_t width = leading + (matrix_.field == Field::pattern ? 0 : matrix_.complex() ? 2 : 1);
+    if (words.size() != width) {
+      throw lines_.complaint(std::to_string(words.size()) + (words.size() == 1 ? " word" : " words") +
+                             " where an entry has " + std::to_string(width));
+    }
+    return words;
+  }
+
+  Complex value(const Words& words, std::size_t leading) const {
+    if (matrix_.field == Field::pattern) {
+      return 1.0;
+    }
+    return {number(lines_, words[leading], matrix_.field == Field::integer),
+            matrix_.complex() ? number(lines_, words[leading + 1], false) : QuarnFloat()};
+  }
+
+  void add(Integer row, Integer column, Complex value) {
+    if (matrix_.symmetry == Symmetry::hermitian && row == column && value.im != 0) {
+      throw lines_.complaint("row " + std::to_string(row) + ", column " + std::to_string(column) +
+                             ": the diagonal of a hermitian matrix is real");
+    }
+    add_entry(matrix_, row, column, std::move(value));
+  }
+
+  void read_coordinates(Progress& progress) {
+    for (long long k = 0; k < count_; ++k) {
+      const Words& words = entry(2);
+      const Integer row = whole_number(lines_, words[0], 1, matrix_.rows, "row");
+      const Integer column = whole_number(lines_, words[1], 1, matrix_.columns, "column");
+      const bool diagonal_stored = matrix_.symmetry != Symmetry::skew_symmetric;
+      if (matrix_.symmetry != Symmetry::general && (column > row || (column == row && !diagonal_stored))) {
+        throw lines_.complaint("row " + std::to_string(row) + ", column " + std::to_string(column) +
+                               " is outside the triangle that a " + name_of(matrix_.symmetry) + " matrix stores");
+      }
+      add(row, column, value(words, 2));
+      progress.advance();
+    }
+  }
+
+  void read_array(Progress& progress) {
+    for (Integer column = 1; column <= matrix_.columns; ++column) {
+      const Integer first = matrix_.symmetry == Symmetry::general          ? 1
+                            : matrix_.symmetry == Symmetry::skew_symmetric ? column + 1
+                                                                           : column;
+      for (Integer row = first; row <= matrix_.rows; ++row) {
+        add(row, column, value(entry(0), 0));
+        progress.advance();
+      }
+    }
+  }
+
+  LineReader lines_;
+  SparseMatrix matrix_;
+  bool array_ = false;
+  long long count_ = 0;
+};
+
+std::string heading(const char* format, Field field, Symmetry symmetry, const std::vector<std::string>& comments) {
+  std::string text =
+      std::string("%%MatrixMarket matrix ") + format + " " + name_of(field) + " " + name_of(symmetry) + "\n";
+  for (const std::string& comment : comments) {
+    text += "% " + comment + "\n";
+  }
+  return text;
+}
+
+std::string value_text(const Complex& value, Field field) {
+  switch (field) {
+    case Field::pattern:
+      return "";
+    case Field::integer:
+      return whole_number_text(value.re);
+    case Field::complex:
+      return value.re.to_string() + " " + value.im.to_string();
+    case Field::real:
+      break;
+  }
+  return value.re.to_string();
+}
+
+}  // namespace
+
+const char* name_of(Field field) { return kFields.at(std::size_t(field)); }
+const char* name_of(Symmetry symmetry) { return kSymmetries.at(std::size_t(symmetry)); }
+
+bool is_matrix_market(const std::string& text) { return lower(text.substr(0, kBanner.size())) == kBanner; }
+
+SparseMatrix parse_matrix(const std::string& text, const std::string& source) { return Parser(text, source).parse(); }
+
+SparseMatrix expanded(const SparseMatrix& matrix) {
+  SparseMatrix whole = matrix;
+  if (matrix.symmetry == Symmetry::general) {
+    return whole;
+  }
+  whole.symmetry = Symmetry::general;
+  whole.row.clear();
+  whole.column.clear();
+  whole.values.clear();
+  for (std::size_t k = 0; k < matrix.values.size(); ++k) {
+    const Complex& value = matrix.values[k];
+    add_entry(whole, matrix.row[k], matrix.column[k], value);
+    if (matrix.row[k] != matrix.column[k]) {
+      add_entry(whole, matrix.column[k], matrix.row[k],
+                matrix.symmetry == Symmetry::hermitian        ? conj(value)
+                : matrix.symmetry == Symmetry::skew_symmetric ? -value
+                                                              : value);
+    }
+  }
+  return whole;
+}
+
+DenseMatrix dense(const SparseMatrix& matrix) {
+  const std::size_t count = std::size_t(matrix.rows) * std::size_t(matrix.columns);
+  require_memory(2 * double(matrix.rows) * double(matrix.columns),
+                 "a dense matrix of " + std::to_string(matrix.rows) + " by " + std::to_string(matrix.columns));
+  DenseMatrix whole{matrix.source, matrix.rows, matrix.columns, matrix.complex(), std::vector<Complex>(count)};
+  const SparseMatrix entries = expanded(matrix);
+  for (std::size_t k = 0; k < entries.values.size(); ++k) {
+    Complex& element = whole(entries.row[k] - 1, entries.column[k] - 1);
+    element = element + entries.values[k];
+  }
+  return whole;
+}
+
+std::string matrix_market_text(const SparseMatrix& matrix, const std::vector<std::string>& comments) {
+  std::string text = heading("coordinate", matrix.field, matrix.symmetry, comments) + std::to_string(matrix.rows) +
+                     " " + std::to_string(matrix.columns) + " " + std::to_string(matrix.count()) + "\n";
+  for (std::size_t k = 0; k < matrix.values.size(); ++k) {
+    text += std::to_string(matrix.row[k]) + " " + std::to_string(matrix.column[k]) +
+            (matrix.field == Field::pattern ? "" : " ") + value_text(matrix.values[k], matrix.field) + "\n";
+  }
+  return text;
+}
+
+std::string matrix_market_text(const DenseMatrix& matrix, const std::vector<std::string>& comments) {
+  const Field field = matrix.complex ? Field::complex : Field::real;
+  std::string text = heading("array", field, Symmetry::general, comments) + std::to_string(matrix.rows) + " " +
+                     std::to_string(matrix.columns) + "\n";
+  for (const Complex& value : matrix.values) {
+    text += value_text(value, field) + "\n";
+  }
+  return text;
+}
+
+}  // namespace cli

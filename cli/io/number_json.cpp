@@ -1,0 +1,111 @@
+// The JSON side of NumberTable. The parser hands over numbers as they are written, so no digit is lost.
+#include <nlohmann/json.hpp>
+
+#include "cli/commands/failure.h"
+#include "cli/io/number_table.h"
+
+namespace cli {
+
+namespace {
+
+using Json = nlohmann::json;
+
+// Collects an array of scalars, an array of rows, or the arrays of an object; anything deeper is skipped.
+class ColumnCollector final : public Json::json_sax_t {
+ public:
+  bool null() override { return add("null"); }
+  bool boolean(bool value) override { return add(value ? "true" : "false"); }
+  bool number_integer(number_integer_t value) override { return add(std::to_string(value)); }
+  bool number_unsigned(number_unsigned_t value) override { return add(std::to_string(value)); }
+  bool number_float(number_float_t, const string_t& text) override { return add(text); }
+  bool string(string_t& text) override { return add(text); }
+  bool binary(binary_t&) override { return false; }
+
+  bool start_object(std::size_t) override {
+    nesting_ += '{';
+    return true;
+  }
+  bool key(string_t& name) override {
+    name_ = name;
+    return true;
+  }
+  bool end_object() override {
+    nesting_.pop_back();
+    return true;
+  }
+  bool start_array(std::size_t) override {
+    nesting_ += '[';
+    if (nesting_ == kMemberArray) {
+      columns.push_back({name_, {}});
+    } else if (nesting_ == kArray) {
+      columns.emplace_back();
+    } else if (nesting_ == kRow) {
+      ++rows_;
+      position_ = 0;
+      return rows_ > 1 || columns.front().cells.empty() || refuse("numbers and rows of numbers are mixed");
+    }
+    return true;
+  }
+  bool end_array() override {
+    if (nesting_ == kRow && position_ != columns.size()) {
+      return refuse("row " + std::to_string(rows_) + " has " + std::to_string(position_) + " numbers, the first has " +
+                    std::to_string(columns.size()));
+    }
+    nesting_.pop_back();
+    return true;
+  }
+  bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception& problem) override {
+    const std::string text = problem.what();
+    return refuse(text.substr(text.find("] ") + 2));
+  }
+
+  std::vector<NumberTable::Column> columns;
+  std::string error;
+
+ private:
+  static constexpr const char* kMemberArray = "{[";
+  static constexpr const char* kArray = "[";
+  static constexpr const char* kRow = "[[";
+
+  bool refuse(const std::string& reason) {
+    error = reason;
+    return false;
+  }
+
+  bool add(const std::string& cell) {
+    if (nesting_ == kMemberArray) {
+      columns.back().cells.push_back(cell);
+    } else if (nesting_ == kArray) {
+      if (rows_ > 0) {
+        return refuse("numbers and rows of numbers are mixed");
+      }
+      columns.back().cells.push_back(cell);
+    } else if (nesting_ == kRow) {
+      if (rows_ == 1 && position_ == columns.size()) {
+        columns.emplace_back();
+      }
+      if (position_ < columns.size()) {
+        columns[position_].cells.push_back(cell);
+      }
+      ++position_;
+    }
+    return true;
+  }
+
+  std::string nesting_;  // the open brackets
+  std::string name_;
+  std::size_t rows_ = 0;      // of an array of rows
+  std::size_t position_ = 0;  // in the row being read
+};
+
+}  // namespace
+
+void NumberTable::parse_json(const std::string& text) {
+  ColumnCollector collector;
+  if (!Json::sax_parse(text, &collector)) {
+    throw bad_input(source_ + ": " + collector.error);
+  }
+  columns_ = std::move(collector.columns);
+}
+
+}  // namespace cli

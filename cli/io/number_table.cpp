@@ -1,0 +1,242 @@
+#include "cli/io/number_table.h"
+
+#include <algorithm>
+#include <cctype>
+#include <type_traits>
+
+#include "cli/commands/failure.h"
+#include "cli/io/input.h"
+#include "cli/system/memory.h"
+#include "cli/system/progress.h"
+
+namespace cli {
+
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r\f\v";
+
+std::string_view trimmed(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) {
+    return {};
+  }
+  return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
+}
+
+// A character a separator of cells, or ' ' for any run of blanks.
+char separator_of(std::string_view line) {
+  for (const char candidate : {';', ',', '\t'}) {
+    if (line.find(candidate) != std::string_view::npos) {
+      return candidate;
+    }
+  }
+  return ' ';
+}
+
+// One line's cells. A cell in double quotes may hold the separator, and a quote as two of them.
+std::vector<std::string> cells_of(std::string_view line, char separator) {
+  std::vector<std::string> cells;
+  std::size_t at = 0;
+  for (;;) {
+    while (at < line.size() && line[at] != separator && kBlanks.find(line[at]) != std::string_view::npos) {
+      ++at;
+    }
+    std::string cell;
+    if (at < line.size() && line[at] == '"') {
+      for (++at; at < line.size(); ++at) {
+        if (line[at] == '"' && line.substr(at, 2) != "\"\"") {
+          ++at;
+          break;
+        }
+        at += line[at] == '"';
+        cell += line[at];
+      }
+    }
+    const std::size_t end =
+        std::min(separator == ' ' ? line.find_first_of(kBlanks, at) : line.find(separator, at), line.size());
+    if (at < end) {
+      cell += trimmed(line.substr(at, end - at));
+    }
+    cells.push_back(cell);
+    at = end;
+    if (separator == ' ') {
+      at = std::min(line.find_first_not_of(kBlanks, at), line.size());
+      if (at == line.size()) {
+        return cells;
+      }
+    } else if (at == line.size()) {
+      return cells;
+    } else {
+      ++at;
+    }
+  }
+}
+
+bool is_not_finite(std::string_view cell) {
+  std::string word;
+  for (const char c : cell) {
+    if (c != '+' && c != '-') {
+      word += char(std::tolower(static_cast<unsigned char>(c)));
+    }
+  }
+  return word == "nan" || word == "inf" || word == "infinity";
+}
+
+// Names are words: a first line such as "5x" is a damaged number, not a line of names.
+bool are_names(const std::vector<std::string>& cells) {
+  bool words = false;
+  for (const std::string& cell : cells) {
+    if (cell.empty()) {
+      continue;
+    }
+    if (is_number(cell) || is_not_finite(cell) || is_digit(cell[0]) ||
+        (cell.size() > 1 && std::string_view("+-.").find(cell[0]) != std::string_view::npos && is_digit(cell[1]))) {
+      return false;
+    }
+    words = true;
+  }
+  return words;
+}
+
+std::string shown(const std::string& cell) {
+  constexpr std::size_t kLongest = 40;
+  if (cell.empty()) {
+    return "nothing";
+  }
+  return "'" + (cell.size() > kLongest ? cell.substr(0, kLongest) + "..." : cell) + "'";
+}
+
+}  // namespace
+
+NumberTable NumberTable::read(const std::string& file) { return parse(read_input(file), name_of_input(file)); }
+
+NumberTable NumberTable::parse(const std::string& text, const std::string& source) {
+  NumberTable table;
+  table.source_ = source;
+  const std::size_t first = text.find_first_not_of(" \t\r\n");
+  if (first != std::string::npos && (text[first] == '{' || text[first] == '[')) {
+    table.parse_json(text);
+  } else {
+    table.parse_lines(text);
+  }
+  if (table.columns_.empty() || table.columns_.front().cells.empty()) {
+    throw bad_input(source + ": no numbers in it");
+  }
+  return table;
+}
+
+void NumberTable::parse_lines(const std::string& text) {
+  std::size_t number = 0;
+  bool started = false;
+  char separator = ' ';
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t end = std::min(text.find('\n', at), text.size());
+    const std::string_view line = trimmed(std::string_view(text).substr(at, end - at));
+    at = end + 1;
+    ++number;
+    if (line.empty() || line[0] == '#') {
+      continue;
+    }
+    if (!started) {
+      separator = separator_of(line);
+    }
+    std::vector<std::string> cells = cells_of(line, separator);
+    if (!started) {
+      started = true;
+      columns_.resize(cells.size());
+      if (are_names(cells)) {
+        for (std::size_t i = 0; i < cells.size(); ++i) {
+          columns_[i].name = std::move(cells[i]);
+        }
+        continue;
+      }
+    }
+    if (cells.size() != columns_.size()) {
+      throw bad_input(source_ + ":" + std::to_string(number) + ": " + std::to_string(cells.size()) +
+                      (cells.size() == 1 ? " cell" : " cells") + " where the lines before have " +
+                      std::to_string(columns_.size()));
+    }
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+      columns_[i].cells.push_back(std::move(cells[i]));
+    }
+    lines_.push_back(number);
+  }
+}
+
+const NumberTable::Column* NumberTable::find(const std::string& name) const {
+  for (const Column& column : columns_) {
+    if (column.name == name) {
+      return &column;
+    }
+  }
+  constexpr std::size_t kLongestPosition = 9;
+  if (!name.empty() && name.size() <= kLongestPosition && std::all_of(name.begin(), name.end(), is_digit)) {
+    const std::size_t position = std::stoul(name);
+    if (position >= 1 && position <= columns_.size()) {
+      return &columns_[position - 1];
+    }
+  }
+  return nullptr;
+}
+
+const NumberTable::Column& NumberTable::choose(const std::string& name) const {
+  if (!name.empty()) {
+    const Column* column = find(name);
+    if (column == nullptr) {
+      std::string names;
+      for (const Column& each : columns_) {
+        names +=
+            (names.empty() ? "" : ", ") + (each.name.empty() ? std::to_string(&each - columns_.data() + 1) : each.name);
+      }
+      throw bad_input(source_ + ": no column '" + name + "', there is: " + names);
+    }
+    return *column;
+  }
+  for (auto column = columns_.rbegin(); column != columns_.rend(); ++column) {
+    if (!column->cells.empty() && is_complex_number(column->cells.front())) {
+      return *column;
+    }
+  }
+  throw bad_input(place(columns_.back(), 0) + ": " + shown(columns_.back().cells.front()) + " is not a number");
+}
+
+std::string NumberTable::place(const Column& column, std::size_t row) const {
+  if (!lines_.empty()) {
+    return source_ + ":" + std::to_string(lines_[row]);
+  }
+  const std::string position = "[" + std::to_string(row + 1) + "]";
+  return source_ + ": " + (column.name.empty() ? "element " : column.name) + position;
+}
+
+template <class T>
+std::vector<T> NumberTable::values(const Column& column, bool (*is_value)(std::string_view),
+                                   T (*to_value)(const std::string&)) const {
+  constexpr std::size_t kParts = std::is_same_v<T, Complex> ? 2 : 1;
+  require_memory(double(kParts * column.cells.size()), std::to_string(column.cells.size()) + " numbers");
+  Progress progress("reading numbers", double(column.cells.size()));
+  std::vector<T> values;
+  values.reserve(column.cells.size());
+  for (std::size_t row = 0; row < column.cells.size(); ++row) {
+    const std::string& cell = column.cells[row];
+    if (!is_value(cell)) {
+      throw bad_input(place(column, row) + ": " + shown(cell) + " is not a " + (is_not_finite(cell) ? "finite " : "") +
+                      "number");
+    }
+    values.push_back(to_value(cell));
+    progress.advance();
+    if (!isfinite(values.back())) {
+      throw bad_input(place(column, row) + ": " + shown(cell) + " is beyond the range of numbers");
+    }
+  }
+  return values;
+}
+
+std::vector<QuarnFloat> NumberTable::numbers(const Column& column) const {
+  return values(column, is_number, to_number);
+}
+
+std::vector<Complex> NumberTable::complex_numbers(const Column& column) const {
+  return values(column, is_complex_number, to_complex_number);
+}
+
+}  // namespace cli

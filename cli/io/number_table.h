@@ -1,0 +1,56 @@
+// Tables of numbers as people keep them: columns of decimal text, read without losing a digit.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/io/number_text.h"
+#include "quarn/quarnfloat.h"
+
+namespace cli {
+
+/// The columns of one input. Three shapes are read, told apart by their contents:
+/// - lines of cells between commas, semicolons, tabs or blanks, with or without a line of names, where lines that start
+///   with # and empty lines do not count (a plain list of numbers is a table of one column);
+/// - a JSON array of numbers, or of rows of numbers;
+/// - a JSON object, whose members that are arrays are the columns.
+class NumberTable {
+ public:
+  struct Column {
+    std::string name;  // empty when the input has no names
+    std::vector<std::string> cells;
+  };
+
+  /// Reads a file, or standard input for "-". Throws Failure with file, line and reason.
+  static NumberTable read(const std::string& file);
+  /// The same for a text at hand; `source` names it in messages.
+  static NumberTable parse(const std::string& text, const std::string& source);
+
+  const std::string& source() const { return source_; }
+  const std::vector<Column>& columns() const { return columns_; }
+  /// The column of that name, or at that position counted from 1; null when there is none.
+  const Column* find(const std::string& name) const;
+  /// The column that was asked for, or the last one that starts with a number when `name` is empty.
+  const Column& choose(const std::string& name) const;
+  /// The column's numbers, rounded to the working digits. Throws Failure.
+  std::vector<QuarnFloat> numbers(const Column& column) const;
+  /// The same for complex numbers, such as 2, -i or 1.5-2e3i.
+  std::vector<Complex> complex_numbers(const Column& column) const;
+  /// Where a cell stands, for messages: "FILE:LINE" or "FILE: NAME[INDEX]".
+  std::string place(const Column& column, std::size_t row) const;
+
+ private:
+  void parse_lines(const std::string& text);
+  void parse_json(const std::string& text);
+  template <class T>
+  std::vector<T> values(const Column& column, bool (*is_value)(std::string_view),
+                        T (*to_value)(const std::string&)) const;
+
+  std::string source_;
+  std::vector<Column> columns_;
+  std::vector<std::size_t> lines_;  // of each row; empty for JSON
+};
+
+}  // namespace cli

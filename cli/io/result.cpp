@@ -1,0 +1,182 @@
+#include "cli/io/result.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+
+#include "cli/system/progress.h"
+
+namespace cli {
+
+namespace {
+
+constexpr int kBriefDigits = 4;
+
+std::string formatted(const char* format, const QuarnFloat& value) {
+  std::string text(std::size_t(QFsnprintf(nullptr, 0, format, value)), '\0');
+  QFsnprintf(text.data(), text.size() + 1, format, value);
+  return text;
+}
+
+std::string render_text(const Result& result) {
+  std::string text;
+  for (const std::string& note : result.notes) {
+    text += "# " + note + "\n";
+  }
+  if (result.table.empty()) {
+    return text;
+  }
+  std::vector<std::size_t> widths;
+  for (const ResultColumn& column : result.table) {
+    widths.push_back(column.name.size());
+    for (const std::string& cell : column.cells) {
+      widths.back() = std::max(widths.back(), cell.size());
+    }
+  }
+  const auto add_line = [&](const auto& cell_of) {
+    for (std::size_t i = 0; i < widths.size(); ++i) {
+      const std::string& cell = cell_of(result.table[i]);
+      const std::string filling(widths[i] - cell.size(), ' ');
+      text += (i == 0 ? "" : "  ") + (result.table[i].words ? cell + filling : filling + cell);
+    }
+    text.erase(text.find_last_not_of(' ') + 1);
+    text += "\n";
+  };
+  add_line([](const ResultColumn& column) -> const std::string& { return column.name; });
+  for (std::size_t row = 0; row < result.table.front().cells.size(); ++row) {
+    add_line([row](const ResultColumn& column) -> const std::string& { return column.cells[row]; });
+  }
+  return text;
+}
+
+std::string csv_cell(const std::string& cell) {
+  if (cell.find_first_of(",\"\n") == std::string::npos) {
+    return cell;
+  }
+  std::string quoted = "\"";
+  for (const char c : cell) {
+    quoted.append(c == '"' ? 2 : 1, c);
+  }
+  return quoted + "\"";
+}
+
+std::string render_csv(const Result& result) {
+  std::string text;
+  const auto add_line = [&](const auto& cell_of) {
+    for (std::size_t i = 0; i < result.data.size(); ++i) {
+      text += (i == 0 ? "" : ",") + csv_cell(cell_of(result.data[i]));
+    }
+    text += "\n";
+  };
+  add_line([](const ResultColumn& column) -> const std::string& { return column.name; });
+  for (std::size_t row = 0; row < result.data.front().cells.size(); ++row) {
+    add_line([row](const ResultColumn& column) -> const std::string& { return column.cells[row]; });
+  }
+  return text;
+}
+
+std::string render_json(const Result& result) {
+  nlohmann::ordered_json object = nlohmann::ordered_json::object();
+  for (const Fact& fact : result.facts) {
+    if (fact.count) {
+      object[fact.name] = std::stoll(fact.value);
+    } else {
+      object[fact.name] = fact.value;
+    }
+  }
+  for (const ResultColumn& column : result.data) {
+    auto& array = object[column.name] = nlohmann::ordered_json::array();
+    for (const std::string& cell : column.cells) {
+      if (column.counts) {
+        array.push_back(std::stoll(cell));
+      } else {
+        array.push_back(cell);
+      }
+    }
+  }
+  return object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace
+
+std::string render(const Result& result, Format format) {
+  switch (format) {
+    case Format::csv:
+      return render_csv(result);
+    case Format::json:
+      return render_json(result);
+    case Format::mtx:
+      return result.matrix_market();
+    case Format::text:
+      break;
+  }
+  return render_text(result);
+}
+
+std::vector<std::string> exact_cells(const std::vector<QuarnFloat>& values) {
+  std::vector<std::string> cells;
+  cells.reserve(values.size());
+  Progress progress("writing numbers", double(values.size()));
+  for (const QuarnFloat& value : values) {
+    cells.push_back(value.to_string());
+    progress.advance();
+  }
+  return cells;
+}
+
+long decimal_exponent(const QuarnFloat& value) {
+  // Digits enough that rounding cannot carry into a new one, short of a run of nines.
+  const std::string text = formatted("%.17e", value);
+  return std::strtol(text.c_str() + text.find_first_of("eE") + 1, nullptr, 10);
+}
+
+NumberFormat::NumberFormat(const QuarnFloat& largest, int significant) {
+  constexpr long kSmallestFixed = -5;
+  constexpr long kLargestFixed = 15;
+  const long exponent = largest == 0 ? 0 : decimal_exponent(largest);
+  const long decimals = significant - 1 - exponent;
+  const bool fixed = exponent >= kSmallestFixed && exponent <= kLargestFixed && decimals >= 0;
+  conversion_ = "%." + std::to_string(fixed ? decimals : significant - 1) + (fixed ? "f" : "e");
+}
+
+std::string NumberFormat::operator()(const QuarnFloat& value) const { return formatted(conversion_.c_str(), value); }
+
+ResultColumn aligned_column(const std::string& name, const std::vector<QuarnFloat>& values, const QuarnFloat& largest) {
+  ResultColumn column{name, {}};
+  std::transform(values.begin(), values.end(), std::back_inserter(column.cells), NumberFormat(largest, QuarnDigits()));
+  return column;
+}
+
+std::vector<std::string> brief_cells(const std::vector<QuarnFloat>& values) {
+  std::vector<std::string> cells;
+  std::transform(values.begin(), values.end(), std::back_inserter(cells), brief);
+  return cells;
+}
+
+std::string digits_text() { return std::to_string(QuarnDigits()) + (QuarnDigits() == 1 ? " digit" : " digits"); }
+
+std::string precision_note(const std::string& routine, bool classic) {
+  return digits_text() + ", by " + routine +
+         (classic ? " (classic entry: its constants are doubles, about 16 digits are true)"
+                  : " (constants true to the working precision)");
+}
+
+std::string counted(Integer number, const char* one, const char* many) {
+  return std::to_string(number) + " " + (number == 1 ? one : many);
+}
+
+QuarnFloat largest_magnitude(const std::vector<QuarnFloat>& values) {
+  QuarnFloat largest;
+  for (const QuarnFloat& value : values) {
+    if (largest < fabs(value)) {
+      largest = fabs(value);
+    }
+  }
+  return largest;
+}
+
+std::string brief(const QuarnFloat& value) {
+  return formatted(("%." + std::to_string(kBriefDigits) + "g").c_str(), value);
+}
+
+}  // namespace cli

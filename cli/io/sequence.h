@@ -1,0 +1,41 @@
+// Real sequences and their Hermitian spectra, between tables of numbers and the transforms' arrays.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "cli/io/number_table.h"
+#include "quarn/quarnfloat.h"
+
+namespace cli {
+
+/// Evenly spaced samples. Where the input has a first column of evenly spaced positions (years, say), those count;
+/// otherwise the samples themselves do, from 0.
+struct Sequence {
+  std::string name;  // of the column; may be empty
+  std::vector<QuarnFloat> values;
+  std::string unit = "sample";
+  QuarnFloat start;
+  QuarnFloat step = 1;
+
+  std::string quantity() const { return name.empty() ? "value" : name; }
+};
+
+/// Takes a sequence from a table: the column named, or the last numeric one. Throws Failure.
+Sequence sequence_from(const NumberTable& table, const std::string& column);
+
+/// Half-complex order from a table: from columns "real" and "imaginary" with a row for each of the N coefficients, of
+/// which the second half must mirror the first, else from the one column named, or the last numeric one, as it stands.
+/// Throws Failure.
+std::vector<QuarnFloat> half_complex_from(const NumberTable& table, const std::string& column);
+
+/// z_k of the N coefficients that x holds in half-complex order, k = 0 ... N-1.
+QuarnFloat real_part(const std::vector<QuarnFloat>& x, std::size_t k);
+QuarnFloat imaginary_part(const std::vector<QuarnFloat>& x, std::size_t k);
+
+/// The indices, strongest first, of up to `most` local maxima among magnitudes 1, 2, ... that reach a third of the
+/// highest of them; none when all of them are rounding errors beside magnitude 0.
+std::vector<std::size_t> peaks_of(const std::vector<QuarnFloat>& magnitudes, std::size_t most);
+
+}  // namespace cli

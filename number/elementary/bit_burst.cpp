@@ -1,0 +1,139 @@
+// Exponential, sine and cosine of long decimal numbers: the argument's digits in bursts of doubling length, each burst
+// a binary splitting (Brent 1976, "The complexity of multiple-precision arithmetic"; Haible and Papanikolaou 1998).
+#include <algorithm>
+#include <cmath>
+
+#include "number/elementary/approximate.h"
+#include "number/elementary/fixed_point.h"
+#include "number/elementary/series.h"
+
+namespace quarn {
+namespace {
+
+constexpr int kGuardDigits = 20;
+
+/// The number of terms after which a series of terms below 10^(-k * places) / (step k)! is below 10^-w.
+long terms_needed(int w, double places, int step) {
+  long low = 1;
+  long high = w + 40;
+  while (low < high) {
+    const long middle = low + (high - low) / 2;
+    if (places * double(middle) + std::lgamma(double(step * middle + 1)) / std::log(10.0) > w) {
+      high = middle;
+    } else {
+      low = middle + 1;
+    }
+  }
+  return low + 1;
+}
+
+/// Calls visit(burst, places) for parts of x that add up to x but for less than 10^-w, |burst| <= 10^-places.
+/// 0 < |x| < 10.
+template <class Visit>
+void for_each_burst(const QuarnFloat& x, int w, const Visit& visit) {
+  QuarnFloat rest = x;
+  while (kind_of(rest) == Kind::finite && scientific_exponent(rest) >= -w) {
+    const std::int64_t places = -scientific_exponent(rest) - 1;
+    // Twice as many places as there are zeros; the rounding leaves at most half a unit of the last place.
+    const QuarnFloat burst = rounded(rest, int(std::max<std::int64_t>(places, 1)));
+    visit(burst, int(places));
+    rest -= burst;
+  }
+}
+
+/// exp(x) for |x| < 10, to working digits that are w + kGuardDigits.
+QuarnFloat exp_by_bursts(const QuarnFloat& x, int w) {
+  QuarnFloat result = 1;
+  for_each_burst(x, w, [&](const QuarnFloat& burst, int places) {
+    const auto term = [&burst](long k) -> Splitting { return {burst, k, burst}; };
+    const Splitting sum = split(1, 1 + terms_needed(w, places, 1), term);
+    result *= QuarnFloat(1) + sum.t / sum.q;
+  });
+  return result;
+}
+
+/// sin x and cos x for |x| < 1, to working digits that are w + kGuardDigits.
+SinCos sin_cos_by_bursts(const QuarnFloat& x, int w) {
+  SinCos result{0, 1};
+  for_each_burst(x, w, [&](const QuarnFloat& burst, int places) {
+    const QuarnFloat p = -burst * burst;
+    const auto term = [&p](long k) -> Splitting { return {p, QuarnFloat(2 * k) * QuarnFloat(2 * k + 1), p}; };
+    const Splitting sum = split(1, 1 + terms_needed(w, 2 * places, 2), term);
+    const QuarnFloat s = burst + burst * sum.t / sum.q;
+    const QuarnFloat c = sqrt((QuarnFloat(1) - s) * (QuarnFloat(1) + s));
+    result = {result.sin * c + result.cos * s, result.cos * c - result.sin * s};
+  });
+  return result;
+}
+
+}  // namespace
+
+QuarnFloat approximate_exp(const QuarnFloat& x, int w) {
+  if (const auto result = fixed::exp(x, w); result && result->digits >= w) {
+    return result->value;
+  }
+  // Ten digits for the multiple of ln 10 that is taken away.
+  const WorkingDigits digits(w + kGuardDigits + 10);
+  const QuarnFloat ln10 = approximate_ln10(w + kGuardDigits + 10);
+  const QuarnFloat power = floor(x / ln10);
+  if (power > kMaxScientificExponent) {
+    return special(Kind::infinite);
+  }
+  if (power < -kMaxScientificExponent - 1) {
+    return special(Kind::zero);
+  }
+  const QuarnFloat rest = x - power * ln10;
+  const QuarnFloat mantissa = kind_of(rest) == Kind::zero ? QuarnFloat(1) : exp_by_bursts(rest, w + 10);
+  const View v = view_of(mantissa);
+  return rounded(false, v.exponent + FloatToInt(power), v.limbs, v.length, false, w + kGuardDigits);
+}
+
+SinCos approximate_sin_cos(const QuarnFloat& x, int w) {
+  // Near a multiple of pi/2 one of the two has fewer digits at first.
+  for (int asked = w, tries = 0; tries < 2; ++tries) {
+    const auto result = fixed::sin_cos(x, asked);
+    if (!result) {
+      break;
+    }
+    const int worst = std::min(result->sin.digits, result->cos.digits);
+    if (worst >= w) {
+      return {result->sin.value, result->cos.value};
+    }
+    asked += w - worst + 1;
+  }
+  const int integer_digits = int(std::max<std::int64_t>(scientific_exponent(x) + 1, 0));
+  int lost = 0;
+  for (;;) {
+    const int reduction = w + integer_digits + lost + kGuardDigits;
+    QuarnFloat rest = x;
+    int quadrant = 0;
+    if (scientific_exponent(x) >= -1) {
+      const WorkingDigits digits(reduction);
+      const QuarnFloat half_pi = approximate_pi(reduction) / QuarnFloat(2);
+      const QuarnFloat multiple = floor(x / half_pi + QuarnFloat(5, -1));
+      quadrant = FloatToInt(fmod(multiple, QuarnFloat(4)));
+      rest = x - multiple * half_pi;
+      // Near a multiple of pi/2 the leading digits cancel; no decimal number but zero is one.
+      const std::int64_t cancelled = kind_of(rest) == Kind::zero ? reduction : -scientific_exponent(rest);
+      if (cancelled > lost + 5) {
+        lost = int(cancelled);
+        continue;
+      }
+    }
+    const int absolute = w + int(std::max<std::int64_t>(-scientific_exponent(rest), 0));
+    const WorkingDigits digits(absolute + kGuardDigits);
+    SinCos result = sin_cos_by_bursts(rest, absolute + 5);
+    switch (quadrant & 3) {
+      case 1:
+        return {result.cos, -result.sin};
+      case 2:
+        return {-result.sin, -result.cos};
+      case 3:
+        return {-result.cos, result.sin};
+      default:
+        return result;
+    }
+  }
+}
+
+}  // namespace quarn

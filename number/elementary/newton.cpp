@@ -1,0 +1,127 @@
+// Logarithm and arc tangent of long decimal numbers: the inverses of exp and of sin, cos by iterations of third order,
+// and short power series close to zero.
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "number/elementary/approximate.h"
+#include "number/elementary/fixed_point.h"
+
+namespace quarn {
+namespace {
+
+constexpr int kGuardDigits = 15;
+
+/// Digits reached after each iteration that multiplies them by three, from at most 15 to at least w.
+std::vector<int> iteration_digits(int w) {
+  std::vector<int> steps;
+  for (int digits = w; digits > 14; digits = digits / 3 + 2) {
+    steps.push_back(digits);
+  }
+  std::reverse(steps.begin(), steps.end());
+  return steps;
+}
+
+/// x + sum of (-1)^k sign^k x^(2k+1) / (2k+1), that is atanh x for sign -1 and atan x for sign 1, |x| <= 10^-2,
+/// to the working digits.
+QuarnFloat odd_series(const QuarnFloat& x, int sign, int w) {
+  const QuarnFloat square = sign > 0 ? -(x * x) : x * x;
+  QuarnFloat sum = x;
+  QuarnFloat power = x;
+  for (long k = 1; kind_of(power) == Kind::finite; ++k) {
+    power *= square;
+    const QuarnFloat term = power / QuarnFloat(2 * k + 1);
+    if (kind_of(term) != Kind::finite || scientific_exponent(term) < scientific_exponent(x) - w) {
+      break;
+    }
+    sum += term;
+  }
+  return sum;
+}
+
+/// Whether a series in x^2 has so few terms that nothing else is worth while.
+bool is_tiny(const QuarnFloat& x, int w) { return -scientific_exponent(x) > std::max(2, w / 12); }
+
+/// The logarithm of m, 0.3 < m < 3.2, to an absolute error of 10^-w.
+QuarnFloat log_by_exp(const QuarnFloat& m, int w) {
+  const View v = view_of(m);
+  QuarnFloat y = std::log(leading_fraction(m)) + double(v.exponent) * std::log(10.0);
+  for (const int digits : iteration_digits(w)) {
+    // y + 2 (m - e^y) / (m + e^y) has the error d^3 / 12 where y had d.
+    const WorkingDigits scope(digits + kGuardDigits);
+    if (kind_of(y) == Kind::zero) {
+      y = QuarnFloat(1, -16);
+    }
+    const QuarnFloat e = approximate_exp(y, digits + kGuardDigits);
+    y += QuarnFloat(2) * (m - e) / (m + e);
+  }
+  return y;
+}
+
+/// atan x for |x| <= 1 to an absolute error of 10^-w.
+QuarnFloat atan_by_sin_cos(const QuarnFloat& x, int w) {
+  const View v = view_of(x);
+  QuarnFloat y = std::atan(leading_fraction(x) * std::pow(10.0, double(v.exponent)));
+  for (const int digits : iteration_digits(w)) {
+    // atan x = y + atan t; t - t^3/3 leaves t^5/5 of it, so that three times the digits are certain.
+    const WorkingDigits scope(digits + kGuardDigits);
+    const SinCos f = approximate_sin_cos(y, digits + kGuardDigits);
+    const QuarnFloat t = (x * f.cos - f.sin) / (f.cos + x * f.sin);
+    y += t - t * t * t / QuarnFloat(3);
+  }
+  return y;
+}
+
+}  // namespace
+
+double leading_fraction(const QuarnFloat& x) noexcept {
+  const View v = view_of(x);
+  double fraction = 0.0;
+  for (std::size_t i = std::min<std::size_t>(v.length, 3); i-- > 0;) {
+    fraction = (fraction + double(v.limbs[i])) / double(Radix::base);
+  }
+  return v.negative ? -fraction : fraction;
+}
+
+QuarnFloat approximate_log(const QuarnFloat& x, int w) {
+  if (const auto result = fixed::log(x, w)) {
+    return result->value;
+  }
+  const View v = view_of(x);
+  // x = m * 10^e with m from about 10^-1/2 to 10^1/2, so that log m and e ln 10 never cancel.
+  const bool low = leading_fraction(x) < 0.316;
+  const std::int64_t e = v.exponent - (low ? 1 : 0);
+  const QuarnFloat m = rounded(false, low ? 1 : 0, v.limbs, v.length, false, int(v.length) * Radix::digits);
+  if (e != 0) {
+    const WorkingDigits scope(w + kGuardDigits);
+    QuarnFloat sum = QuarnFloat(e) * approximate_ln10(w + kGuardDigits);
+    if (m != QuarnFloat(1)) {
+      sum += log_by_exp(m, w + 5);
+    }
+    return sum;
+  }
+  const WorkingDigits scope(w + kGuardDigits);
+  const QuarnFloat t = m - QuarnFloat(1);
+  if (is_tiny(t, w)) {
+    return QuarnFloat(2) * odd_series(t / (QuarnFloat(2) + t), -1, w + 5);
+  }
+  const int lost = int(-scientific_exponent(t));
+  return log_by_exp(m, w + std::max(lost, 0) + 5);
+}
+
+QuarnFloat approximate_atan(const QuarnFloat& x, int w) {
+  const WorkingDigits scope(w + kGuardDigits);
+  const QuarnFloat size = fabs(x);
+  QuarnFloat y;
+  if (size > QuarnFloat(1)) {
+    const QuarnFloat half_pi = approximate_pi(w + kGuardDigits) / QuarnFloat(2);
+    y = half_pi - approximate_atan(QuarnFloat(1) / size, w + 5);
+  } else if (is_tiny(size, w)) {
+    y = odd_series(size, 1, w + 5);
+  } else {
+    y = atan_by_sin_cos(size, w + int(-scientific_exponent(size)) + 5);
+  }
+  return signbit(x) ? -y : y;
+}
+
+}  // namespace quarn

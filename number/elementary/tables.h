@@ -1,0 +1,60 @@
+// Constants, coefficients and reduction tables of the fixed-point functions. All are kept to more words than were ever
+// asked for, and are used by their leading words.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "number/elementary/words.h"
+
+namespace quarn::fixed {
+
+/// Each look-up settles eight more bits of the argument.
+inline constexpr int kStageBits = 8;
+
+/// Rows of fractions of equally many words, filled when they are first looked at.
+class LazyTable {
+ public:
+  LazyTable(int rows, int columns) : rows_(rows), columns_(columns) {}
+  /// Forgets everything if the words are more than before.
+  void grow(int words);
+  int words() const { return words_; }
+  bool filled(int row) const { return filled_[std::size_t(row)]; }
+  /// The row's fraction in the column, all its words, to be filled.
+  Word* fill(int row, int column = 0);
+  /// The leading n words of it.
+  const Word* leading(int row, int column, int n) const;
+
+ private:
+  int rows_;
+  int columns_;
+  int words_ = 0;
+  std::unique_ptr<Word[]> storage_;
+  std::vector<bool> filled_;
+};
+
+/// Makes everything below good for n words.
+void prepare_tables(int n);
+
+/// Leading words of 1/k, k >= 2. The error is below one unit.
+const Word* inverse_integer(int k, int n);
+
+/// ln 10, ln 2 and pi/2 with n fraction words below one integer word, less than one unit short.
+const Word* ln10(int n);
+const Word* ln2(int n);
+const Word* half_pi(int n);
+
+/// exp(j / 2^(8 stage + 8)) - 1, which is below 1: j < 178 at stage 0, j < 256 later. Two units short at most.
+const Word* exp_entry(int stage, int j, int n);
+/// sin and 1 - cos of j / 2^(8 stage + 8): j < 202 at stage 0, j < 256 later. Two units short at most.
+const Word* sin_entry(int stage, int j, int n);
+const Word* versine_entry(int stage, int j, int n);
+/// -log(f) for the factors f that log multiplies with: f = factor / 512, 256 <= factor <= 512, j = factor - 256 at
+/// stage 0, and f = 1 - factor / 2^(8 stage + 30) with a factor that j < kLogRows determines later. Two units short at
+/// most.
+inline constexpr int kLogRows = 530;
+const Word* log_entry(int stage, int j, Word factor, int n);
+
+inline constexpr int kMaxStages = 8;
+
+}  // namespace quarn::fixed
