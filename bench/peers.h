@@ -130,7 +130,7 @@ bool register_operation(int most_digits = 100'000) {
 }
 
 /// Registers body(state, digits) as operation/peer/digits for each digit count; body returns how many units of work one
-/// pass has, and the time is told for one of them.
+/// pass has, and the time is given for one of them.
 template <class Digits, class Body>
 void register_work(const std::string& operation, const char* peer, const Digits& digit_counts, Body body) {
   for (const int digits : digit_counts) {

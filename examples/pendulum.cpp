@@ -1,4 +1,4 @@
-// A chain of three pendulums: its frequencies, to 40 digits, by the front door of the library.
+// A chain of three pendulums: its frequencies, to 40 digits, by the C++ interface.
 #include <algorithm>
 #include <iostream>
 

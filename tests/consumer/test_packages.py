@@ -130,7 +130,7 @@ class Linux(Consumer):
         states = {name: run("dpkg-query", f"--admindir={root / 'var/lib/dpkg'}", "-W", "-f=${Status}", name) for name in packages}
         self.assertEqual(set(states.values()), {"install ok installed"}, states)
         self.assertTrue((root / "usr/share/doc").is_dir())
-        self.assertTrue((root / "etc/ld.so.cache").exists(), "the library's own script tells the loader of it")
+        self.assertTrue((root / "etc/ld.so.cache").exists(), "the library's own script informs the loader")
         # Inside, nothing of the build is in reach.
         printed = run(*AS_ROOT, "chroot", root, "/usr/bin/quarn", "fft", "-", "--digits", "30", input="1\n2\n4\n8\n")
         self.assertIn("7.5000", printed)

@@ -139,7 +139,7 @@ TEST_CASE("illegal arguments in order; one by one matrices") {
   }
 }
 
-TEST_CASE("the first column that is not positive is told, in global numbering") {
+TEST_CASE("the first column that is not positive is reported, in global numbering") {
   support::Digits digits(30);
   RandomNumbers random(7);
   for (const char* uplo : {"U", "L"}) {

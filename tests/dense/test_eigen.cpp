@@ -217,7 +217,7 @@ TEST_CASE("arguments of the QR driver in order, and the query") {
   CHECK((schur.info == 0 && schur.wr[1] == 7 && schur.wi[1] == 0 && schur.wr[0] == 1 && schur.wr[2] == 1));
 }
 
-TEST_CASE("no convergence is told") {
+TEST_CASE("failure to converge is reported") {
   // NaN never deflates.
   Matrix<QuarnFloat> h = identity(4);
   for (Integer i = 1; i <= 4; ++i) {

@@ -139,7 +139,7 @@ TEST_CASE("illegal arguments in order, empty matrices untouched") {
   }
 }
 
-TEST_CASE("a zero pivot is told, the rest is factorised") {
+TEST_CASE("a zero pivot is reported, the rest is factorised") {
   for (const Integer nb : {1, 2, 3, 8, 64}) {
     const BlockSize scope(nb);
     // Column 3 is twice column 1 in exact arithmetic: after two steps nothing is left of it.

@@ -1,4 +1,4 @@
-// The transform in MPFR, by two roads that share nothing with the library's.
+// The transform in MPFR, by two methods that share nothing with the library's.
 #pragma once
 
 #include <mpreal.h>

@@ -154,7 +154,7 @@ const std::vector<Family>& families() {
 
 }  // namespace
 
-TEST_CASE("the first wrong argument of a kernel is told by its position, a right call by silence") {
+TEST_CASE("the first wrong argument of a kernel is reported by its position, a right call prints nothing") {
   std::vector<std::string> told;
   const QuarnFailureHandler handler = {
       [](const QuarnFailure* failure, void* list) {

@@ -104,7 +104,7 @@ TEST_CASE("empty matrices have norm 0, zero matrices too; scaling guards the Fro
 
 TEST_CASE("level-1 entries") {
   support::Digits digits(40);
-  // A rotation takes (a, b) to (r, 0), and b tells it again.
+  // A rotation takes (a, b) to (r, 0), and b encodes it.
   struct Rotation {
     const char *a, *b, *r, *c, *s, *z;
   };

@@ -50,7 +50,7 @@ TEST_CASE("no allocation in arithmetic and comparison at up to 100 digits") {
     int order = 0;
     const long before = allocations;
     for (std::size_t i = 0; i < a.size(); ++i) {
-      // The last pairs also take the general road: ties, equal operands, exact results.
+      // The last pairs also take the slow path: ties, equal operands, exact results.
       const QuarnFloat& x = a[i];
       const QuarnFloat& y = i < 40 ? b[i] : a[i];
       sum = sum + x * y;

@@ -60,7 +60,7 @@ def main():
     parser.add_argument("--digits", type=int, default=200, help="largest working precision")
     parser.add_argument("--operations", choices=decimal_cases.OPERATIONS, default="arithmetic")
     parser.add_argument("--program", default=str(root / "build/release/bin/decimal_calculator"))
-    parser.add_argument("--progress", type=pathlib.Path, help="file that tells how far the run is")
+    parser.add_argument("--progress", type=pathlib.Path, help="file that the progress of the run is written to")
     parser.add_argument("--write", type=pathlib.Path, help="write a vector file")
     options = parser.parse_args()
 
