@@ -1,4 +1,4 @@
-// Numbers, vectors and matrices between Python and the front door.
+// Numbers, vectors and matrices between Python and the C++ interface.
 #pragma once
 
 #include <pybind11/pybind11.h>

@@ -1,4 +1,4 @@
-// Dense matrices between files and the library's C++ front door.
+// Dense matrices between files and the library's C++ interface.
 #pragma once
 
 #include "cli/io/matrix_input.h"

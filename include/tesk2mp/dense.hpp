@@ -1,5 +1,5 @@
-// Linear equations of the front door: LU and Cholesky factorisations and what follows from them. Part of tesk2mp.hpp;
-// dense.h tells of methods and costs.
+// Linear equations of the C++ interface: LU and Cholesky factorisations and what follows from them. Part of
+// tesk2mp.hpp; dense.h tells of methods and costs.
 #pragma once
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Failures of the front door: exceptions, with everything that the library says and nothing printed. Part of
+// Failures of the C++ interface: exceptions, with everything that the library says and nothing printed. Part of
 // tesk2mp.hpp.
 #pragma once
 
@@ -39,7 +39,7 @@ class Error : public std::runtime_error {
   /// The failure number (IFAIL, INFO); of a wrong argument to a routine without one, the argument's position in the
   /// routine that would have been called.
   Integer code() const noexcept { return code_; }
-  /// The label of the library's message, 99999 for a routine's first one; 0 when the front door itself refused.
+  /// The label of the library's message, 99999 for a routine's first one; 0 when the C++ interface itself refused.
   Integer label() const noexcept { return label_; }
   /// The message. Texts of the library (label() not 0) are its own, byte for byte; their indices count from 1.
   const std::string& text() const noexcept { return text_; }

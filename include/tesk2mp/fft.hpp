@@ -1,4 +1,4 @@
-// Fourier transforms of the front door. Part of tesk2mp.hpp; fft.h has formulas, lengths and accuracy.
+// Fourier transforms of the C++ interface. Part of tesk2mp.hpp; fft.h has formulas, lengths and accuracy.
 #pragma once
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Vector and matrix kernels of the front door, real and complex. Part of tesk2mp.hpp; kernels.h says what each does.
+// Vector and matrix kernels of the C++ interface, real and complex. Part of tesk2mp.hpp; kernels.h says what each does.
 //
 // Sizes come from the views. What does not fit together throws InvalidArgument before the kernel is called, with the
 // position of the argument in the kernel's own list as its code. What is read may overlap what is written: it is copied

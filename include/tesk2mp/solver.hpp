@@ -1,5 +1,5 @@
-// Iterative solution of linear systems through the front door. Part of tesk2mp.hpp; iterative.h tells of the methods,
-// their criteria and what may go wrong.
+// Iterative solution of linear systems through the C++ interface. Part of tesk2mp.hpp; iterative.h describes the
+// methods, their criteria and what may go wrong.
 #pragma once
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Sparse matrices of the front door. Part of tesk2mp.hpp; sparse.h tells of storage and methods.
+// Sparse matrices of the C++ interface. Part of tesk2mp.hpp; sparse.h describes storage and methods.
 #pragma once
 
 #include <limits>

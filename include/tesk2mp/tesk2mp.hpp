@@ -1,4 +1,4 @@
-// The safe front door of Tesk MP for C++20: the routines of tesk2mp.h over spans and matrix views.
+// The C++ interface of Tesk MP (C++20): the routines of tesk2mp.h over spans and matrix views.
 //
 //   #include "tesk2mp/tesk2mp.hpp"
 //

@@ -1,4 +1,4 @@
-// Scalars, ranking, sorting and random numbers of the front door. Part of tesk2mp.hpp. Indices count from 0.
+// Scalars, ranking, sorting and random numbers of the C++ interface. Part of tesk2mp.hpp. Indices count from 0.
 #pragma once
 
 #include <array>

@@ -1,4 +1,4 @@
-// Vectors and matrices of the front door: views of the caller's storage, and a matrix that owns its own. Part of
+// Vectors and matrices of the C++ interface: views of the caller's storage, and a matrix that owns its own. Part of
 // tesk2mp.hpp.
 #pragma once
 

@@ -5,7 +5,7 @@ class Error(Exception):
     """A routine failed.
 
     routine: the library's name of it. code: its failure number. label: the label of its message, 99999 for a routine's
-    first one, 0 when the front door itself refused. text: the message, in which the library counts from 1. values: the
+    first one, 0 when the C++ interface itself refused. text: the message, in which the library counts from 1. values: the
     values in the text.
     """
 

@@ -1,4 +1,4 @@
-// Random matrices and vectors for the tests of the front door, and how far results are from what they should be.
+// Random matrices and vectors for the tests of the C++ interface, and how far results are from what they should be.
 #pragma once
 
 #include <string>

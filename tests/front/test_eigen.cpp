@@ -1,4 +1,4 @@
-// Eigenvalues through the front door.
+// Eigenvalues through the C++ interface.
 #include <doctest/doctest.h>
 
 #include <algorithm>

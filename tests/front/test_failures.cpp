@@ -1,4 +1,4 @@
-// What the front door refuses: the right exception with routine, code, text and values, and not a byte printed.
+// What the C++ interface refuses: the right exception with routine, code, text and values, and not a byte printed.
 #include <doctest/doctest.h>
 
 #include <functional>

@@ -1,4 +1,4 @@
-// Iterative solution through the front door.
+// Iterative solution through the C++ interface.
 #include <doctest/doctest.h>
 
 #include <string>

@@ -1,4 +1,4 @@
-// Fourier transforms through the front door.
+// Fourier transforms through the C++ interface.
 #include <doctest/doctest.h>
 
 #include <limits>

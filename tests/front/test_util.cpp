@@ -1,4 +1,4 @@
-// Scalars, ranking, random numbers and sparse matrices through the front door.
+// Scalars, ranking, random numbers and sparse matrices through the C++ interface.
 #include <doctest/doctest.h>
 
 #include <algorithm>

@@ -11,7 +11,7 @@ import tesk2mp
 TOP = pathlib.Path(__file__).resolve().parent.parent.parent
 PLAIN = {"Error", "InvalidArgument", "NumericalFailure", "get_digits", "set_digits"}
 
-# What the C++ front door calls otherwise, or what Python has another way.
+# What the C++ interface calls otherwise, or what Python has another way.
 COUNTERPARTS = {
     "abs": "Complex",
     "copy": "scale",
