@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "cli/io/one_line.h"
+
 namespace cli {
 
 /// Exit statuses of every sub-command.
@@ -25,9 +27,9 @@ class Failure : public std::runtime_error {
 };
 
 /// A bad option or input: one line with the program's name in front.
-inline Failure bad_input(const std::string& line) { return {ExitStatus::input, "quarn: " + line + "\n"}; }
+inline Failure bad_input(const std::string& line) { return {ExitStatus::input, "quarn: " + one_line(line) + "\n"}; }
 
 /// Something could not be written: one line with the program's name in front.
-inline Failure bad_output(const std::string& line) { return {ExitStatus::output, "quarn: " + line + "\n"}; }
+inline Failure bad_output(const std::string& line) { return {ExitStatus::output, "quarn: " + one_line(line) + "\n"}; }
 
 }  // namespace cli

@@ -6,6 +6,7 @@
 #include "cli/commands/library_call.h"
 #include "cli/commands/options.h"
 #include "cli/io/matrix_input.h"
+#include "cli/system/memory.h"
 #include "tesk2mp/error.hpp"
 #include "tesk2mp/sparse.h"
 
@@ -43,6 +44,8 @@ LinearSystem linear_system(const SparseMatrix& matrix, const std::vector<Complex
     throw bad_input(matrix.source + ": " + std::to_string(matrix.rows) + " by " + std::to_string(matrix.columns) +
                     ", but a system needs a square matrix");
   }
+  constexpr double kVectors = 4;
+  require_memory(kVectors * 2 * matrix.rows, "a system of order " + std::to_string(matrix.rows));
   SparseMatrix whole = expanded(matrix);
   LinearSystem system{matrix.source,           matrix.rows, complex, std::move(whole.row), std::move(whole.column),
                       std::move(whole.values), {},          b};

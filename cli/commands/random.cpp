@@ -75,6 +75,9 @@ Stream read_state(const std::string& file) {
                       std::to_string(stream.generator));
     }
   }
+  if (stream.seed == std::array<Integer, 4>{}) {
+    throw bad_input(file + ":1: the seeds must not all be 0");
+  }
   return stream;
 }
 

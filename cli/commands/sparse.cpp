@@ -1,6 +1,7 @@
 // quarn sparse: the canonical form of a sparse matrix, with a summary and a picture of where its entries stand.
 #include <algorithm>
 #include <limits>
+#include <optional>
 
 #include "cli/commands/commands.h"
 #include "cli/commands/failure.h"
@@ -30,30 +31,66 @@ char letter(const std::string& word) { return char(word[0] - 'a' + 'A'); }
 
 struct Canonical {
   SparseMatrix matrix;
-  std::vector<Integer> starts;  // of the rows, from 1
   std::string routine;
 };
 
-// Rows and columns of a matrix that is not square count up to one order.
+// The rows and columns that hold entries, numbered from 1 in their order: what the library needs room for follows the
+// entries, whatever the order of the matrix.
+class Renumbering {
+ public:
+  explicit Renumbering(SparseMatrix& matrix) : matrix_(matrix), used_(matrix.row) {
+    used_.insert(used_.end(), matrix.column.begin(), matrix.column.end());
+    std::sort(used_.begin(), used_.end());
+    used_.erase(std::unique(used_.begin(), used_.end()), used_.end());
+    each([this](Integer& place) {
+      place = Integer(std::lower_bound(used_.begin(), used_.end(), place) - used_.begin()) + 1;
+    });
+  }
+  Integer order() const { return std::max<Integer>(1, Integer(used_.size())); }
+  void undo() {
+    each([this](Integer& place) { place = used_[std::size_t(place) - 1]; });
+  }
+
+ private:
+  template <class Change>
+  void each(const Change& change) {
+    std::for_each(matrix_.row.begin(), matrix_.row.end(), change);
+    std::for_each(matrix_.column.begin(), matrix_.column.end(), change);
+  }
+
+  SparseMatrix& matrix_;
+  std::vector<Integer> used_;
+};
+
+// Rows and columns of a matrix that is not square count up to one order. Where the library may name a place in a
+// message the matrix keeps its own numbers.
 template <class Value, class Routine>
-void sort_entries(Canonical& result, std::vector<Value>& values, Routine routine) {
+void sort_entries(Canonical& result, std::vector<Value>& values, bool may_fail, Routine routine) {
   SparseMatrix& matrix = result.matrix;
-  const Integer n = std::max(matrix.rows, matrix.columns);
+  std::optional<Renumbering> renumbering;
+  Integer n = std::max(matrix.rows, matrix.columns);
   Integer nnz = matrix.count();
-  result.starts.resize(std::size_t(n) + 1);
+  if (!may_fail && n > nnz) {
+    n = renumbering.emplace(matrix).order();
+  }
+  require_bytes(double(sizeof(Integer)) * (2 * double(n) + nnz), "the order " + std::to_string(n));
+  std::vector<Integer> starts(std::size_t(n) + 1);
   std::vector<Integer> work(std::size_t(n) + std::size_t(nnz));
   call_routine(result.routine, [&](Integer* ifail) {
-    routine(n, &nnz, values.data(), matrix.row.data(), matrix.column.data(), result.starts.data(), work.data(), ifail);
+    routine(n, &nnz, values.data(), matrix.row.data(), matrix.column.data(), starts.data(), work.data(), ifail);
   });
   values.resize(std::size_t(nnz));
   matrix.row.resize(std::size_t(nnz));
   matrix.column.resize(std::size_t(nnz));
+  if (renumbering) {
+    renumbering->undo();
+  }
 }
 
 // The library's routines for stored lower triangles know fewer options; where these are asked for, and for symmetries
 // that it does not know, the entries of the triangle are those of a general matrix.
 Canonical canonical_form(SparseMatrix given, char dup, char zero) {
-  Canonical result{std::move(given), {}, ""};
+  Canonical result{std::move(given), ""};
   SparseMatrix& matrix = result.matrix;
   const bool any = dup != 'F' && zero != 'F';
   const auto name = [&](const char* routine) { result.routine = routine; };
@@ -61,7 +98,7 @@ Canonical canonical_form(SparseMatrix given, char dup, char zero) {
     const bool triangle = any && matrix.symmetry == Symmetry::hermitian;
     name(triangle ? "QuarnMP_f11zpf_" : "QuarnMP_f11znf_");
     const auto routine = triangle ? QuarnMP_f11zpf_ : QuarnMP_f11znf_;
-    sort_entries(result, matrix.values,
+    sort_entries(result, matrix.values, !any,
                  [&](Integer n, Integer* nnz, Complex* a, Integer* row, Integer* column, Integer* starts, Integer* work,
                      Integer* ifail) { routine(&n, nnz, a, row, column, &dup, &zero, starts, work, ifail, 1, 1); });
     return result;
@@ -69,7 +106,7 @@ Canonical canonical_form(SparseMatrix given, char dup, char zero) {
   std::vector<QuarnFloat> values = real_parts(matrix.values);
   if (any && matrix.symmetry == Symmetry::symmetric) {
     name("QuarnMP_f11zbfn_");
-    sort_entries(result, values,
+    sort_entries(result, values, !any,
                  [&](Integer n, Integer* nnz, QuarnFloat* a, Integer* row, Integer* column, Integer* starts,
                      Integer* work, Integer* ifail) {
                    constexpr int kBuffer = 200;
@@ -79,7 +116,7 @@ Canonical canonical_form(SparseMatrix given, char dup, char zero) {
   } else {
     name("QuarnMP_f11zaf_");
     sort_entries(
-        result, values,
+        result, values, !any,
         [&](Integer n, Integer* nnz, QuarnFloat* a, Integer* row, Integer* column, Integer* starts, Integer* work,
             Integer* ifail) { QuarnMP_f11zaf_(&n, nnz, a, row, column, &dup, &zero, starts, work, ifail, 1, 1); });
   }
@@ -98,19 +135,20 @@ struct Summary {
   Integer diagonal = 0;
 };
 
-Summary summary_of(const Canonical& canonical) {
-  const SparseMatrix& matrix = canonical.matrix;
+Summary summary_of(const SparseMatrix& matrix) {
   Summary summary;
+  Integer filled = 0;  // rows
+  Integer entries = 0;
   for (std::size_t k = 0; k < matrix.values.size(); ++k) {
     summary.lower = std::max(summary.lower, matrix.row[k] - matrix.column[k]);
     summary.upper = std::max(summary.upper, matrix.column[k] - matrix.row[k]);
     summary.diagonal += matrix.row[k] == matrix.column[k] ? 1 : 0;
-  }
-  for (std::size_t i = 0; i < std::size_t(matrix.rows); ++i) {
-    const Integer entries = canonical.starts[i + 1] - canonical.starts[i];
+    const bool starts_row = k == 0 || matrix.row[k] != matrix.row[k - 1];
+    filled += starts_row ? 1 : 0;
+    entries = starts_row ? 1 : entries + 1;
     summary.fullest = std::max(summary.fullest, entries);
-    summary.empty += entries == 0 ? 1 : 0;
   }
+  summary.empty = matrix.rows - filled;
   return summary;
 }
 
@@ -133,7 +171,7 @@ void run_sparse(const SparseOptions& options) {
   const Integer count = given.count();
   const Canonical canonical = canonical_form(std::move(given), letter(options.duplicates), letter(options.zeros));
   const SparseMatrix& matrix = canonical.matrix;
-  const Summary summary = summary_of(canonical);
+  const Summary summary = summary_of(matrix);
 
   Result result;
   const std::string kind = std::string(name_of(matrix.field)) + " " + name_of(matrix.symmetry);

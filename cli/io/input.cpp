@@ -51,6 +51,11 @@ std::string read_input(const std::string& file) {
   if (text.starts_with(kByteOrderMark)) {
     text.erase(0, std::strlen(kByteOrderMark));
   }
+  for (std::size_t at = 0; (at = text.find('\r', at)) != std::string::npos; ++at) {
+    if (text.compare(at, 2, "\r\n") != 0) {
+      text[at] = '\n';
+    }
+  }
   return text;
 }
 

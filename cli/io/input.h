@@ -5,7 +5,8 @@
 
 namespace cli {
 
-/// The contents of a file, or of standard input for "-", without a byte order mark. Throws Failure for what cannot be
+/// The contents of a file, or of standard input for "-", without a byte order mark and with the
+/// newlines of this system where there were carriage returns alone. Throws Failure for what cannot be
 /// read, is longer than 1 GiB or is not text.
 std::string read_input(const std::string& file);
 

@@ -9,6 +9,7 @@
 
 #include "cli/commands/failure.h"
 #include "cli/io/number_text.h"
+#include "cli/io/one_line.h"
 #include "cli/system/memory.h"
 #include "cli/system/progress.h"
 
@@ -244,7 +245,7 @@ std::string heading(const char* format, Field field, Symmetry symmetry, const st
   std::string text =
       std::string("%%MatrixMarket matrix ") + format + " " + name_of(field) + " " + name_of(symmetry) + "\n";
   for (const std::string& comment : comments) {
-    text += "% " + comment + "\n";
+    text += "% " + one_line(comment) + "\n";
   }
   return text;
 }

@@ -6,8 +6,10 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <optional>
 
 #include "cli/commands/failure.h"
+#include "cli/io/replacement.h"
 #if defined(_WIN32)
 #include <io.h>
 #else
@@ -18,10 +20,16 @@ namespace cli {
 
 void write_output(const std::string& text, const std::string& file) {
   const bool standard = file.empty() || file == "-";
-  const std::string name = standard ? "standard output" : file;
-  std::FILE* stream = standard ? stdout : std::fopen(file.c_str(), "wb");
+  const auto refused = [&](int reason) {
+    return bad_output("cannot write " + (standard ? "standard output" : file) + ": " + std::strerror(reason));
+  };
+  std::optional<Replacement> target;
+  if (!standard) {
+    target.emplace(file);
+  }
+  std::FILE* stream = standard ? stdout : std::fopen(target->name().c_str(), "wb");
   if (stream == nullptr) {
-    throw bad_output("cannot write " + name + ": " + std::strerror(errno));
+    throw refused(errno);
   }
   int reason = 0;
   if (std::fwrite(text.data(), 1, text.size(), stream) != text.size() || std::fflush(stream) != 0) {
@@ -30,8 +38,11 @@ void write_output(const std::string& text, const std::string& file) {
   if (!standard && std::fclose(stream) != 0 && reason == 0) {
     reason = errno;
   }
+  if (!standard && reason == 0 && !target->commit()) {
+    reason = errno;
+  }
   if (reason != 0) {
-    throw bad_output("cannot write " + name + ": " + std::strerror(reason));
+    throw refused(reason);
   }
 }
 

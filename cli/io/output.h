@@ -6,7 +6,7 @@
 namespace cli {
 
 /// Writes the text to the file, or to standard output when the name is empty or "-". Throws Failure unless every byte
-/// has been accepted.
+/// has been accepted; a file then holds what it held before.
 void write_output(const std::string& text, const std::string& file = "");
 
 /// Writes to a closed standard output or a closed pipe fail with an error code from now on, instead of hitting another

@@ -2,14 +2,17 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <limits>
 #include <map>
 
 #include "cli/commands/failure.h"
 #include "cli/io/matrix_input.h"
+#include "cli/io/replacement.h"
 #include "cli/io/result.h"
 #include "cli/system/process.h"
 #include "tesk2mp/tesk2mp.h"
@@ -183,18 +186,27 @@ std::string picture_of(const std::string& file, int width, int height) {
   std::string script = "set encoding utf8\n";
   script += std::string("set terminal ") + (is_png(file) ? "pngcairo" : "svg") + " size " + std::to_string(width) +
             "," + std::to_string(height) + " noenhanced font 'DejaVu Sans,11' background '#ffffff'\n";
-  script += "set output " + quoted(safe_name(file)) + "\n";
   script += std::string("set border 3 linecolor rgb '#888888'\nset tics nomirror textcolor '") + kTextColor + "'\n";
   return script;
 }
 
+// Draws what the script says into the file, in place of a picture that may be there.
 void run_gnuplot(const std::string& script, const std::string& file) {
-  const ProcessResult result = run_process({"gnuplot", "-"}, script + "unset output\n");
+  Replacement picture(file);
+  const std::string target = "set output " + quoted(safe_name(picture.name())) + "\n";
+  const ProcessResult result = run_process({"gnuplot", "-"}, target + script + "unset output\n");
   if (!result.started) {
     throw bad_output("--plot needs the program gnuplot: " + std::string(std::strerror(result.error)));
   }
   if (result.status != 0) {
     throw bad_output("cannot draw " + file + ": gnuplot says: " + result.complaint);
+  }
+  std::error_code error;
+  if (std::filesystem::file_size(picture.name(), error) == 0 || error) {
+    throw bad_output("cannot draw " + file + ": gnuplot wrote nothing and says: " + result.complaint);
+  }
+  if (!picture.commit()) {
+    throw bad_output("cannot write " + file + ": " + std::strerror(errno));
   }
 }
 

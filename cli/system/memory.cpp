@@ -28,15 +28,19 @@ std::size_t bytes_per_number(int digits) {
   return sizeof(QuarnFloat) + (limbs > std::size_t(QuarnFloat::kInlineLimbs) ? limbs * sizeof(QuarnFloat::Limb) : 0);
 }
 
-void require_memory(double numbers, const std::string& purpose) {
-  const double needed = numbers * double(bytes_per_number(QuarnDigits()));
-  if (needed > physical_memory()) {
+void require_bytes(double bytes, const std::string& purpose) {
+  if (bytes > physical_memory()) {
     constexpr double kGigabyte = 1e9;
     char sizes[80];
-    std::snprintf(sizes, sizeof sizes, "%.1f GB of memory, this machine has %.1f GB", needed / kGigabyte,
+    std::snprintf(sizes, sizeof sizes, "%.1f GB of memory, this machine has %.1f GB", bytes / kGigabyte,
                   physical_memory() / kGigabyte);
-    throw bad_input(purpose + " at " + std::to_string(QuarnDigits()) + " digits needs " + sizes);
+    throw bad_input(purpose + " needs " + sizes);
   }
+}
+
+void require_memory(double numbers, const std::string& purpose) {
+  require_bytes(numbers * double(bytes_per_number(QuarnDigits())),
+                purpose + " at " + std::to_string(QuarnDigits()) + " digits");
 }
 
 }  // namespace cli

@@ -1,6 +1,7 @@
 """Runs that end badly: one line that says why, its own exit status, and nothing among the results."""
 
 import os
+import resource
 import subprocess
 import tempfile
 import unittest
@@ -71,6 +72,25 @@ class Failures(unittest.TestCase):
             run("fft", "-", "--output", os.path.join(folder, "s.csv"), stdin="1\n" * 23)
             self.assertEqual(os.listdir(folder), [])
 
+    def test_a_file_is_replaced_only_by_a_whole_one(self):
+        with tempfile.TemporaryDirectory() as folder:
+            file, link = os.path.join(folder, "s.csv"), os.path.join(folder, "link")
+            with open(file, "w", encoding="utf-8") as old:
+                old.write("old")
+            os.chmod(file, 0o640)
+            os.symlink("s.csv", link)
+            done = run("fft", SUNSPOTS, "--output", link, restore_signals=False,
+                       preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (5000, 5000)))
+            self.assertEqual((done.returncode, done.stderr), (3, f"quarn: cannot write {link}: File too large\n"))
+            with open(file, encoding="utf-8") as kept:
+                self.assertEqual(kept.read(), "old")
+            run_well("fft", SUNSPOTS, "--output", link)
+            self.assertEqual(sorted(os.listdir(folder)), ["link", "s.csv"])
+            self.assertTrue(os.path.islink(link))
+            self.assertEqual(os.stat(file).st_mode & 0o777, 0o640)
+            with open(file, encoding="utf-8") as new:
+                self.assertEqual(new.read(), run_well("fft", SUNSPOTS))
+
     def test_what_cannot_be_written_is_reported(self):
         with tempfile.TemporaryDirectory() as folder:
             for file, reason in ((folder, "Is a directory"), (os.path.join(folder, "no", "s.csv"), "No such file or directory"),
@@ -102,6 +122,13 @@ class Failures(unittest.TestCase):
             done = run("fft", SUNSPOTS, "--plot", os.path.join(folder, "s.svg"), env={"PATH": folder})
             self.assertEqual((done.returncode, done.stderr),
                              (3, "quarn: --plot needs the program gnuplot: No such file or directory\n"))
+            with open(os.path.join(folder, "gnuplot"), "w", encoding="utf-8") as fake:
+                fake.write("#!/bin/sh\nexit 0\n")
+            os.chmod(fake.name, 0o755)
+            done = run("fft", SUNSPOTS, "--plot", os.path.join(folder, "s.svg"), env={"PATH": folder})
+            self.assertEqual((done.returncode, done.stdout), (3, ""))
+            self.assertIn("gnuplot wrote nothing", done.stderr)
+            self.assertEqual(os.listdir(folder), ["gnuplot"])
             done = run("fft", SUNSPOTS, "--plot", os.path.join(folder, "no", "s.svg"))
             self.assertEqual((done.returncode, done.stderr.count("\n")), (3, 1))
             self.assertIn("gnuplot says: ", done.stderr)

@@ -4,7 +4,7 @@ import os
 import tempfile
 import unittest
 
-from console import EMULATOR, SUNSPOTS, not_emulated, run, run_json
+from console import EMULATOR, SUNSPOTS, not_emulated, run, run_json, run_well
 
 NUMBERS = ["1.5", "-2", "3e2", "4"]
 
@@ -13,6 +13,7 @@ SHAPES = {
     "one a line": ("1.5\n-2\n3e2\n4\n", "sample"),
     "no newline at the end": ("1.5\n-2\n3e2\n4", "sample"),
     "carriage returns": ("1.5\r\n-2\r\n3e2\r\n4\r\n", "sample"),
+    "carriage returns alone": ("day,height\r1,1.5\r2,-2\r3,3e2\r4,4\r", "day"),
     "byte order mark": ("\ufeff1.5\n-2\n3e2\n4\n", "sample"),
     "comments and empty lines": ("# data\n\n1.5\n  # more\n-2\n\n3e2\n4\n", "sample"),
     "a name": ("height\n1.5\n-2\n3e2\n4\n", "sample"),
@@ -76,6 +77,21 @@ class Inputs(unittest.TestCase):
             with open(os.path.join(folder, "fft"), "w", encoding="utf-8") as file:
                 file.write("2\n1\n")
             self.assertIn("2 values in fft, ascending", run("rank", "fft", cwd=folder).stdout)
+
+    @not_emulated
+    def test_names_cannot_break_a_line(self):
+        with tempfile.TemporaryDirectory() as folder:
+            file = os.path.join(folder, "a\nb\x1b[2J.json")
+            with open(file, "w", encoding="utf-8") as text:
+                text.write('{"two\\nlines": [1, 2, 3, 4]}')
+            for form in ("text", "mtx"):
+                shown = run_well("cfft" if form == "mtx" else "sort", file, "--format", form)
+                self.assertIn("a\\nb\\x1b[2J.json", shown)
+                for line in shown.splitlines():
+                    self.assertRegex(line, r"^([#%] .*|%%.*|[-0-9 ]+|rank +value +position)$")
+            self.assertIn("'two\\nlines'", run_well("sort", file))
+            done = run("fft", file, "--column", "x\ny")
+            self.assertEqual((done.returncode, done.stderr.count("\n")), (2, 1))
 
     def test_shapes(self):
         expected = run_json("fft", "-", stdin="\n".join(NUMBERS))

@@ -67,6 +67,7 @@ class Random(unittest.TestCase):
                                 ("quarn-random-state 0 1 2 3 4 5\n", ":1: not a saved state"),
                                 ("quarn-random-state 274 1 2 3 4\n", ":1: not a saved state"),
                                 ("quarn-random-state 0 1 2 3 32768\n", ":1: 32768 is no seed of generator 0"),
+                                ("quarn-random-state 0 0 0 0 0\n", ":1: the seeds must not all be 0"),
                                 ("quarn-random-state 3 1 2 0 4\n", ":1: 0 is no seed of generator 3")):
             with open(self.state, "w", encoding="utf-8") as file:
                 file.write(content)

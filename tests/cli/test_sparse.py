@@ -3,6 +3,7 @@
 import itertools
 import os
 import random
+import resource
 import tempfile
 import unittest
 from fractions import Fraction
@@ -96,6 +97,18 @@ class Sparse(unittest.TestCase):
         self.assertEqual([result[key] for key in ("lower_bandwidth", "upper_bandwidth", "most_in_a_row", "empty_rows", "on_the_diagonal")],
                          [3, 3, 2, 2, 2])
         self.assertIn("magnitudes from 0.03 to 20\n", run_well("sparse", self.file))
+
+    @not_emulated
+    def test_memory_follows_the_entries_whatever_the_order(self):
+        order = 2000000000
+        text = f"%%MatrixMarket matrix coordinate real general\n{order} {order} 3\n{order} 7 1\n5 {order} 2\n{order} 7 3\n"
+        result = run_json("sparse", "-", stdin=text)
+        self.assertEqual((result["row"], result["column"], result["value"]), ([5, order], [order, 7], ["2", "4"]))
+        self.assertEqual((result["upper_bandwidth"], result["empty_rows"]), (order - 5, order - 2))
+        done = run("solve", "-", stdin=text)
+        self.assertEqual((done.returncode, done.stdout), (2, ""))
+        self.assertRegex(done.stderr, rf"^quarn: a system of order {order} at 20 digits needs \d+\.\d GB of memory, this machine")
+        self.assertLess(resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss, 2 ** 20)  # of kilobytes
 
     def test_sums_of_a_pattern_are_integers(self):
         self.write("pattern general", 2, 2, ["1 2", "1 2", "2 1"])
