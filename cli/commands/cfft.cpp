@@ -142,8 +142,10 @@ void add_sequence(Result& result, const DenseMatrix& z) {
   const QuarnFloat largest = largest_magnitude(magnitudes);
   if (isfinite(largest)) {
     const int whole_digits = largest == 0 ? 1 : int(decimal_exponent(largest)) + 1;
-    const NumberFormat format(largest, std::min(std::max(kMagnitudeDigits, whole_digits), QuarnDigits()));
-    std::transform(magnitudes.begin(), magnitudes.end(), result.table.back().cells.begin(), format);
+    const NumberFormat format(largest, std::min(std::max(kMagnitudeDigits, whole_digits), QuarnDigits()), kBriefDigits);
+    std::vector<std::string>& cells = result.table.back().cells;
+    std::transform(magnitudes.begin(), magnitudes.end(), cells.begin(), format);
+    align_points(cells);
   }
 }
 

@@ -85,15 +85,16 @@ std::string period_note(const Sequence& sequence, const Spectrum& spectrum) {
 
 void add_text_table(Result& result, const Sequence& sequence, const Spectrum& spectrum) {
   constexpr int kMagnitudeDigits = 8;
-  constexpr int kShortestPeriodDigits = 4;
   const std::vector<QuarnFloat>& x = spectrum.half_complex;
   const std::size_t half = x.size() / 2;
   const QuarnFloat largest = largest_magnitude(spectrum.magnitudes);
   const NumberFormat part(largest, QuarnDigits());
   const int whole_digits = largest == 0 ? 1 : int(decimal_exponent(largest)) + 1;
-  const NumberFormat magnitude(largest, std::min(std::max(kMagnitudeDigits, whole_digits), QuarnDigits()));
-  const NumberFormat period(spectrum.length, kShortestPeriodDigits + int(decimal_exponent(spectrum.length) -
-                                                                         decimal_exponent(spectrum.period(half))));
+  const NumberFormat magnitude(largest, std::min(std::max(kMagnitudeDigits, whole_digits), QuarnDigits()),
+                               kBriefDigits);
+  const NumberFormat period(
+      spectrum.length, kBriefDigits + int(decimal_exponent(spectrum.length) - decimal_exponent(spectrum.period(half))),
+      kBriefDigits);
   result.table = {{"k", {}}, {"period", {}}, {"real", {}}, {"imaginary", {}}, {"magnitude", {}}};
   for (std::size_t k = 0; k <= half; ++k) {
     const std::string cells[] = {std::to_string(k), k == 0 ? "-" : period(spectrum.period(k)), part(real_part(x, k)),
@@ -101,6 +102,9 @@ void add_text_table(Result& result, const Sequence& sequence, const Spectrum& sp
     for (std::size_t i = 0; i < result.table.size(); ++i) {
       result.table[i].cells.push_back(cells[i]);
     }
+  }
+  for (ResultColumn& column : result.table) {
+    align_points(column.cells);
   }
   const std::string n = std::to_string(x.size());
   result.notes.push_back(period_note(sequence, spectrum));
@@ -195,8 +199,7 @@ void run_inverse(const FftOptions& options) {
     result.data[0].cells.push_back(std::to_string(j));
   }
   result.table = result.data;
-  const NumberFormat format(largest_magnitude(sequence.values), QuarnDigits());
-  std::transform(sequence.values.begin(), sequence.values.end(), result.table[1].cells.begin(), format);
+  result.table[1] = aligned_column("value", sequence.values, largest_magnitude(sequence.values));
   result.picture = [&](const std::string& file) { draw({panel_of(sequence, counted)}, file); };
   deliver(result, options.output);
 }

@@ -57,6 +57,11 @@ void add_matrix(Result& result, DenseMatrix matrix) {
   result.data = columns_of(matrix, [](const QuarnFloat& value) { return value.to_string(); });
   const QuarnFloat largest = largest_part(matrix.values);
   result.table = isfinite(largest) ? columns_of(matrix, NumberFormat(largest, QuarnDigits())) : result.data;
+  for (ResultColumn& column : result.table) {
+    if (isfinite(largest) && !column.counts) {
+      align_points(column.cells);
+    }
+  }
   result.matrix_market = [matrix = std::move(matrix), notes = result.notes] {
     return matrix_market_text(matrix, notes);
   };

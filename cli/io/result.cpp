@@ -1,16 +1,16 @@
 #include "cli/io/result.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 
+#include "cli/io/one_line.h"
 #include "cli/system/progress.h"
 
 namespace cli {
 
 namespace {
-
-constexpr int kBriefDigits = 4;
 
 std::string formatted(const char* format, const QuarnFloat& value) {
   std::string text(std::size_t(QFsnprintf(nullptr, 0, format, value)), '\0');
@@ -18,10 +18,22 @@ std::string formatted(const char* format, const QuarnFloat& value) {
   return text;
 }
 
+std::string with_decimals(const QuarnFloat& value, long decimals, char conversion) {
+  return formatted(("%." + std::to_string(decimals) + conversion).c_str(), value);
+}
+
+// The exponent of a number in scientific form.
+long exponent_of(const std::string& text) {
+  return std::strtol(text.c_str() + text.find_first_of("eE") + 1, nullptr, 10);
+}
+
+constexpr long kSmallestFixed = -5;
+constexpr int kFewDigits = 17;
+
 std::string render_text(const Result& result) {
   std::string text;
   for (const std::string& note : result.notes) {
-    text += "# " + note + "\n";
+    text += "# " + one_line(note) + "\n";
   }
   if (result.table.empty()) {
     return text;
@@ -125,25 +137,66 @@ std::vector<std::string> exact_cells(const std::vector<QuarnFloat>& values) {
 }
 
 long decimal_exponent(const QuarnFloat& value) {
-  // Digits enough that rounding cannot carry into a new one, short of a run of nines.
-  const std::string text = formatted("%.17e", value);
-  return std::strtol(text.c_str() + text.find_first_of("eE") + 1, nullptr, 10);
+  return exponent_of(with_decimals(value, std::max(kFewDigits, QuarnDigits() - 1), 'e'));
 }
 
-NumberFormat::NumberFormat(const QuarnFloat& largest, int significant) {
-  constexpr long kSmallestFixed = -5;
+NumberFormat::NumberFormat(const QuarnFloat& largest, int significant, int least)
+    : significant_(significant), least_(std::min(least, significant)) {
   constexpr long kLargestFixed = 15;
   const long exponent = largest == 0 ? 0 : decimal_exponent(largest);
-  const long decimals = significant - 1 - exponent;
-  const bool fixed = exponent >= kSmallestFixed && exponent <= kLargestFixed && decimals >= 0;
-  conversion_ = "%." + std::to_string(fixed ? decimals : significant - 1) + (fixed ? "f" : "e");
+  decimals_ = significant - 1 - exponent;
+  fixed_ = exponent >= kSmallestFixed && exponent <= kLargestFixed && decimals_ >= 0;
 }
 
-std::string NumberFormat::operator()(const QuarnFloat& value) const { return formatted(conversion_.c_str(), value); }
+std::string NumberFormat::operator()(const QuarnFloat& value) const {
+  if (!fixed_) {
+    return with_decimals(value, significant_ - 1, 'e');
+  }
+  return value == 0 || !isfinite(value) ? with_decimals(value, decimals_, 'f') : smaller(value);
+}
+
+// A number that is not above the largest. Digits behind the common place that are all zero are left out.
+std::string NumberFormat::smaller(const QuarnFloat& value) const {
+  std::string scientific = with_decimals(value, least_ - 1, 'e');
+  const long exponent = exponent_of(scientific);
+  const long decimals = std::max(decimals_, least_ - 1 - exponent);
+  if (exponent < kSmallestFixed && exponent < -decimals_) {
+    return scientific;
+  }
+  std::string text = with_decimals(value, decimals, 'f');
+  long kept = decimals;
+  while (kept > decimals_ && text.back() == '0') {
+    text.pop_back();
+    --kept;
+  }
+  if (text.back() == '.') {
+    text.pop_back();
+  }
+  return kept > decimals_ && exponent < kSmallestFixed ? scientific : text;
+}
+
+void align_points(std::vector<std::string>& cells) {
+  const auto behind_point = [](const std::string& cell) {
+    const std::size_t point = cell.find('.');
+    return point == std::string::npos ? std::size_t(0) : cell.size() - point;
+  };
+  const auto in_line = [](const std::string& cell) {
+    return !cell.empty() && std::isdigit(static_cast<unsigned char>(cell.back())) != 0 &&
+           cell.find_first_not_of("+-.0123456789") == cell.npos;
+  };
+  std::size_t longest = 0;
+  for (const std::string& cell : cells) {
+    longest = in_line(cell) ? std::max(longest, behind_point(cell)) : longest;
+  }
+  for (std::string& cell : cells) {
+    cell.append(in_line(cell) ? longest - behind_point(cell) : 0, ' ');
+  }
+}
 
 ResultColumn aligned_column(const std::string& name, const std::vector<QuarnFloat>& values, const QuarnFloat& largest) {
   ResultColumn column{name, {}};
   std::transform(values.begin(), values.end(), std::back_inserter(column.cells), NumberFormat(largest, QuarnDigits()));
+  align_points(column.cells);
   return column;
 }
 

@@ -42,16 +42,30 @@ std::string render(const Result& result, Format format);
 /// The values' exact decimal texts.
 std::vector<std::string> exact_cells(const std::vector<QuarnFloat>& values);
 
-/// How the numbers of a column are written so that their points stand in line: the largest with so many significant
-/// digits and the others to the same place; fixed-point where that stays near the point, else each in scientific form.
+/// How the numbers of a column are written: fixed-point where that stays near the point, the largest with so many
+/// significant digits and the others to the same place, else in scientific form. A number that would have fewer than
+/// `least` digits at that place has as many, in scientific form when it is far below the point: nothing but zero is
+/// shown as zero.
 class NumberFormat {
  public:
-  NumberFormat(const QuarnFloat& largest, int significant);
+  NumberFormat(const QuarnFloat& largest, int significant, int least);
+  NumberFormat(const QuarnFloat& largest, int significant) : NumberFormat(largest, significant, significant) {}
   std::string operator()(const QuarnFloat& value) const;
 
  private:
-  std::string conversion_;
+  std::string smaller(const QuarnFloat& value) const;
+
+  int significant_;
+  int least_;
+  bool fixed_;
+  long decimals_;
 };
+
+/// The shortest form of a number for people that NumberFormat is asked for.
+inline constexpr int kBriefDigits = 4;
+
+/// Blanks behind the numbers in fixed-point form, so that their points stand in line at the right edge.
+void align_points(std::vector<std::string>& cells);
 
 /// A column for people beside others of the same largest magnitude, to all working digits, points in line.
 ResultColumn aligned_column(const std::string& name, const std::vector<QuarnFloat>& values, const QuarnFloat& largest);

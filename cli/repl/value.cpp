@@ -94,28 +94,47 @@ Complex without_negative_zeros(const Complex& value) {
   return {value.re == 0 ? QuarnFloat() : value.re, value.im == 0 ? QuarnFloat() : value.im};
 }
 
-// Elements whose text is short stand as they are; others are rounded so that their points stand in line.
-std::vector<std::string> cells_of(const Array& a) {
+// Elements whose text is short stand as they are; others are rounded.
+std::vector<std::string> cells_of(const Array& a, bool& rounded) {
   constexpr std::size_t kShort = 12;
   std::vector<std::string> cells;
-  bool all_short = true;
   QuarnFloat largest;
+  rounded = false;
   for (const Complex& value : elements(a)) {
     cells.push_back(complex_text(without_negative_zeros(value)));
-    all_short = all_short && cells.back().size() <= kShort;
+    rounded = rounded || cells.back().size() > kShort;
     const QuarnFloat magnitude = std::max(fabs(value.re), fabs(value.im));
     largest = std::max(largest, magnitude);
   }
-  if (all_short || !isfinite(largest)) {
-    return cells;
-  }
-  const NumberFormat format(largest, QuarnDigits());
+  rounded = rounded && isfinite(largest);
+  const NumberFormat format(rounded ? largest : QuarnFloat(), QuarnDigits());
   const bool real = is_real(a);
-  for (std::size_t k = 0; k < cells.size(); ++k) {
+  for (std::size_t k = 0; rounded && k < cells.size(); ++k) {
     const Complex value = without_negative_zeros(a.data()[k]);
     cells[k] = format(value.re) + (real ? "" : (signbit(value.im) ? "" : "+") + format(value.im) + "i");
   }
   return cells;
+}
+
+// The cells of each column, all of one width; of real numbers that were rounded the points stand in line.
+std::vector<std::vector<std::string>> columns_of(const Array& a) {
+  bool rounded = false;
+  const std::vector<std::string> cells = cells_of(a, rounded);
+  std::vector<std::vector<std::string>> columns;
+  for (auto first = cells.begin(); first != cells.end(); first += std::ptrdiff_t(a.rows())) {
+    std::vector<std::string>& column = columns.emplace_back(first, first + std::ptrdiff_t(a.rows()));
+    if (rounded) {
+      align_points(column);
+    }
+    std::size_t width = 0;
+    for (const std::string& cell : column) {
+      width = std::max(width, cell.size());
+    }
+    for (std::string& cell : column) {
+      cell.insert(0, width - cell.size(), ' ');
+    }
+  }
+  return columns;
 }
 
 }  // namespace
@@ -236,21 +255,13 @@ std::string shown(const std::string& name, const Value& value) {
   if (size(a) == 0) {
     return name + " = []  (" + shape(a) + ")\n";
   }
-  const std::vector<std::string> cells = cells_of(a);
-  std::vector<std::size_t> widths;
-  for (std::size_t j = 0; j < a.columns(); ++j) {
-    std::size_t width = 0;
-    for (std::size_t i = 0; i < a.rows(); ++i) {
-      width = std::max(width, cells[i + j * a.rows()].size());
-    }
-    widths.push_back(width);
-  }
+  const std::vector<std::vector<std::string>> columns = columns_of(a);
   std::string text = name + " =\n";
   for (std::size_t i = 0; i < a.rows(); ++i) {
-    for (std::size_t j = 0; j < a.columns(); ++j) {
-      const std::string& cell = cells[i + j * a.rows()];
-      text += "  " + std::string(widths[j] - cell.size(), ' ') + cell;
+    for (const std::vector<std::string>& column : columns) {
+      text += "  " + column[i];
     }
+    text.erase(text.find_last_not_of(' ') + 1);
     text += "\n";
   }
   return text;

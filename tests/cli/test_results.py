@@ -101,6 +101,12 @@ class Formats(unittest.TestCase):
         self.assertIn("  4000000000.5000  ", run_well("fft", "-", "--digits", "14", stdin="8000000000\n1\n0\n0\n"))
         self.assertIn(" 2000.00 ", run_well("fft", "-", "--digits", "6", stdin="1e3\n3e3\n0\n0\n"))
 
+    def test_no_number_but_zero_is_shown_as_zero(self):
+        text = run_well("eig", "-", stdin="1e-25 0\n0 3\n")
+        self.assertIn("\n2  1.0000000000000000000e-25  0.0000000000000000000\n", text)
+        text = run_well("cfft", "-", "--digits", "6", stdin="1e-9\n1e-9\n12\n1/7\n".replace("1/7", "1.23457e-7"))
+        self.assertIn("\n1  -6.00000   6.12285e-08", text)
+
     def test_digits_may_stand_before_or_after_the_sub_command(self):
         texts = {run_well(*order, stdin=FOUR) for order in (("--digits", "33", "fft", "-"), ("fft", "-", "--digits", "33"),
                                                             ("fft", "--digits=33", "-"))}
