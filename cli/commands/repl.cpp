@@ -35,9 +35,10 @@ void run_lines(repl::Interpreter& interpreter, const Source& source) {
   while (!interpreter.finished() && source.lines->next("> ", text)) {
     const std::size_t first = ++number;
     std::string more;
-    while (repl::is_unfinished(text) && source.lines->next("... ", more)) {
+    for (int open = repl::open_brackets(text); open > 0 && source.lines->next("... ", more);) {
       ++number;
       text += "\n" + more;
+      open = repl::open_brackets(more, open);
     }
     try {
       interpreter.run(text);
@@ -49,6 +50,11 @@ void run_lines(repl::Interpreter& interpreter, const Source& source) {
         throw failure;
       }
       std::fputs(failure.what(), stderr);
+    } catch (const std::bad_alloc&) {
+      if (source.stops_at_faults) {
+        throw;
+      }
+      std::fputs("error: not enough memory\n", stderr);
     }
   }
 }

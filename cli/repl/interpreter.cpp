@@ -92,15 +92,19 @@ Commands:
 }  // namespace
 
 void Interpreter::run(const std::string& text) {
-  for (const Statement& statement : statements_of(text)) {
-    run(statement);
+  const std::vector<Statement> statements = at_place(Node{}, [&] { return statements_of(text); });
+  for (const Statement& statement : statements) {
+    const std::string shown = at_place(Node{Kind::name, statement.at, "", {}}, [&] { return run(statement); });
+    if (!shown.empty()) {
+      print_(shown);
+    }
     if (finished_) {
       return;
     }
   }
 }
 
-void Interpreter::run(const Statement& statement) {
+std::string Interpreter::run(const Statement& statement) {
   if (!statement.command.empty()) {
     return run_command(statement);
   }
@@ -110,34 +114,40 @@ void Interpreter::run(const Statement& statement) {
   } else if (!values.empty()) {
     variables_["ans"] = values.front();
   }
-  if (!statement.silent) {
-    show(statement, values);
-  }
+  return statement.silent ? "" : text_of(statement, values);
 }
 
-void Interpreter::run_command(const Statement& statement) {
+std::string Interpreter::run_command(const Statement& statement) {
   const std::string& command = statement.command;
   if (command == "digits") {
-    set_digits(statement);
-  } else if (command == "help") {
-    help(statement.words);
-  } else if (command == "clear") {
-    clear(statement);
-  } else if (!statement.words.empty()) {
-    throw Fault(statement.words.front().at, command + " stands alone");
-  } else if (command == "who") {
-    for (const auto& [name, value] : variables_) {
-      const auto* array = std::get_if<Array>(&value);
-      print_("  " + padded(name, 8) + "  " + (array == nullptr ? "a text" : shape(*array)) + "\n");
-    }
-  } else {
-    finished_ = true;
+    return set_digits(statement);
   }
+  if (command == "help") {
+    return help(statement.words);
+  }
+  if (command == "clear") {
+    clear(statement);
+    return "";
+  }
+  if (!statement.words.empty()) {
+    throw Fault(statement.words.front().at, command + " stands alone");
+  }
+  finished_ = command != "who";
+  return finished_ ? "" : who();
 }
 
-void Interpreter::set_digits(const Statement& statement) {
+std::string Interpreter::who() const {
+  std::string text;
+  for (const auto& [name, value] : variables_) {
+    const auto* array = std::get_if<Array>(&value);
+    text += "  " + padded(name, 8) + "  " + (array == nullptr ? "a text" : shape(*array)) + "\n";
+  }
+  return text;
+}
+
+std::string Interpreter::set_digits(const Statement& statement) {
   if (statement.words.empty()) {
-    return print_(std::to_string(QuarnDigits()) + "\n");
+    return std::to_string(QuarnDigits()) + "\n";
   }
   const Node& word = statement.words.front();
   constexpr std::size_t kLongest = 7;
@@ -147,6 +157,7 @@ void Interpreter::set_digits(const Statement& statement) {
     throw Fault(word.at, "digits takes a whole number from 1 to " + std::to_string(kMostDigits));
   }
   QuarnSetDigits(digits);
+  return "";
 }
 
 void Interpreter::clear(const Statement& statement) {
@@ -160,9 +171,10 @@ void Interpreter::clear(const Statement& statement) {
   }
 }
 
-void Interpreter::help(const std::vector<Node>& words) const {
+std::string Interpreter::help(const std::vector<Node>& words) const {
+  std::string text;
   if (words.empty()) {
-    print_(kOverview);
+    text = kOverview;
     for (const FunctionGroup& group : function_groups()) {
       constexpr std::size_t kWidth = 80;
       std::string line = "\n" + std::string(group.title) + ":\n ";
@@ -176,23 +188,24 @@ void Interpreter::help(const std::vector<Node>& words) const {
         line += name;
         used += name.size();
       }
-      print_(line + "\n");
+      text += line + "\n";
     }
-    std::string constants = "\nConstants:\n ";
+    text += "\nConstants:\n ";
     for (const Constant& constant : kConstants) {
-      constants += std::string(" ") + constant.name;
+      text += std::string(" ") + constant.name;
     }
-    return print_(constants + "\n");
+    return text + "\n";
   }
   for (const Node& word : words) {
     if (const Function* function = find_function(word.text)) {
-      print_(usage(*function) + "\n  " + function->purpose + "\n");
+      text += usage(*function) + "\n  " + function->purpose + "\n";
     } else if (const Constant* constant = find_constant(word.text)) {
-      print_(word.text + "\n  " + constant->purpose + "\n");
+      text += word.text + "\n  " + constant->purpose + "\n";
     } else {
       throw Fault(word.at, "there is no function '" + word.text + "' (help lists them)");
     }
   }
+  return text;
 }
 
 std::vector<std::string> Interpreter::names_with(const std::string& start) const {
@@ -263,12 +276,13 @@ void Interpreter::assign_elements(const Node& target, const Value& value) {
   found->second = std::move(changed);
 }
 
-void Interpreter::show(const Statement& statement, const std::vector<Value>& values) {
+std::string Interpreter::text_of(const Statement& statement, const std::vector<Value>& values) {
+  std::string text;
+  for (const Node& target : statement.targets) {
+    text += shown(target.text, variables_[target.text]);
+  }
   if (!statement.targets.empty()) {
-    for (const Node& target : statement.targets) {
-      print_(shown(target.text, variables_[target.text]));
-    }
-    return;
+    return text;
   }
   std::vector<std::string> names = {"ans"};
   if (statement.value.kind == Kind::name) {
@@ -277,8 +291,9 @@ void Interpreter::show(const Statement& statement, const std::vector<Value>& val
     names = names_in(find_function(statement.value.text)->results);
   }
   for (std::size_t k = 0; k < values.size(); ++k) {
-    print_(shown(names[k], values[k]));
+    text += shown(names[k], values[k]);
   }
+  return text;
 }
 
 std::vector<Value> Interpreter::values_of(const Node& node) {
@@ -314,8 +329,14 @@ Value Interpreter::evaluate(const Node& node) {
       }
       return std::move(values.front());
     }
-    case Kind::operation:
-      return operation(node);
+    case Kind::sign: {
+      Array value = evaluate_array(node.children.front());
+      return node.text == "-" ? negative(value) : value;
+    }
+    case Kind::chain:
+      return chain(node);
+    case Kind::transpose:
+      return transposed(node);
     case Kind::range:
       return range(node);
     default:
@@ -331,19 +352,22 @@ Array Interpreter::evaluate_array(const Node& node) {
   throw Fault(node.at, "a number is needed here, not a text");
 }
 
-Value Interpreter::operation(const Node& node) {
-  const Array left = evaluate_array(node.children[0]);
-  if (node.text == "u+") {
-    return left;
+Array Interpreter::chain(const Node& node) {
+  Array result = evaluate_array(node.children.front());
+  for (std::size_t k = 0; k < node.signs.size(); ++k) {
+    const Array right = evaluate_array(node.children[k + 1]);
+    const auto& [sign, at] = node.signs[k];
+    result = at_place(Node{Kind::sign, at, "", {}}, [&] { return operate(sign, result, right); });
   }
-  if (node.text == "u-") {
-    return negative(left);
+  return result;
+}
+
+Array Interpreter::transposed(const Node& node) {
+  Array result = evaluate_array(node.children.front());
+  for (std::size_t k = 0; k < node.signs.size(); ++k) {
+    result = conjugate_transpose(result);
   }
-  if (node.text == "'") {
-    return conjugate_transpose(left);
-  }
-  const Array right = evaluate_array(node.children[1]);
-  return at_place(Node{Kind::operation, node.at, "", {}}, [&] { return operate(node.text, left, right); });
+  return result;
 }
 
 Array Interpreter::range(const Node& node) {

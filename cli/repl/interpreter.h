@@ -24,19 +24,23 @@ class Interpreter {
   std::vector<std::string> names_with(const std::string& start) const;
 
  private:
-  void run(const Statement& statement);
-  void run_command(const Statement& statement);
-  void set_digits(const Statement& statement);
+  // These return what is to be shown.
+  std::string run(const Statement& statement);
+  std::string run_command(const Statement& statement);
+  std::string set_digits(const Statement& statement);
+  std::string help(const std::vector<Node>& words) const;
+  std::string who() const;
+  std::string text_of(const Statement& statement, const std::vector<Value>& values);
+
   void clear(const Statement& statement);
-  void help(const std::vector<Node>& words) const;
   void assign(const Statement& statement, std::vector<Value> values);
   void assign_elements(const Node& target, const Value& value);
-  void show(const Statement& statement, const std::vector<Value>& values);
 
   std::vector<Value> values_of(const Node& node);
   Value evaluate(const Node& node);
   Array evaluate_array(const Node& node);
-  Value operation(const Node& node);
+  Array chain(const Node& node);
+  Array transposed(const Node& node);
   Array range(const Node& node);
   Array matrix(const Node& node);
   std::vector<Value> call(const Node& node);

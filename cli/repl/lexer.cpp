@@ -18,7 +18,7 @@ bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
 
 class Lexer {
  public:
-  explicit Lexer(const std::string& text) : text_(text) {}
+  explicit Lexer(const std::string& text, int depth = 0) : text_(text), depth_(depth) {}
 
   std::vector<Token> run() {
     while (skip_blanks(), at_ < text_.size()) {
@@ -122,7 +122,7 @@ class Lexer {
 
   const std::string& text_;
   std::size_t at_ = 0;
-  int depth_ = 0;
+  int depth_;
   bool blank_ = false;
   std::vector<Token> tokens_;
 };
@@ -131,14 +131,14 @@ class Lexer {
 
 std::vector<Token> tokens_of(const std::string& text) { return Lexer(text).run(); }
 
-bool is_unfinished(const std::string& text) {
-  Lexer lexer(text);
+int open_brackets(const std::string& line, int open) {
+  Lexer lexer(line, open);
   try {
     lexer.run();
   } catch (const Fault&) {
-    return false;
+    return 0;
   }
-  return lexer.depth() > 0;
+  return lexer.depth();
 }
 
 }  // namespace cli::repl

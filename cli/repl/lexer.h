@@ -22,7 +22,8 @@ struct Token {
 /// tokens. Throws Fault.
 std::vector<Token> tokens_of(const std::string& text);
 
-/// Whether a bracket is still open at the end, so that the next line belongs to it.
-bool is_unfinished(const std::string& text);
+/// How many brackets are open after the line when `open` of them were before it: the next line belongs to them. 0 for a
+/// line that is no tokens.
+int open_brackets(const std::string& line, int open = 0);
 
 }  // namespace cli::repl

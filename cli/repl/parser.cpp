@@ -151,20 +151,26 @@ class Parser {
   // In a row a sign that touches what follows, but not what stands before, starts the next element.
   bool starts_element() const { return in_row_ && look().blank_before && !look().blank_after; }
 
+  // However long a chain is, its operands stand side by side in one node: only brackets make a tree deep.
   Node chain(std::initializer_list<const char*> signs, Node (Parser::*operand)()) {
-    Node left = (this->*operand)();
+    Node result{Kind::chain, look().at, "", {}};
+    result.children.push_back((this->*operand)());
     for (;;) {
       const Token& token = look();
       const bool sum = token.is("+") || token.is("-");
       if (std::none_of(signs.begin(), signs.end(), [&](const char* sign) { return token.is(sign); }) ||
           (sum && starts_element())) {
-        return left;
+        break;
       }
-      const std::size_t at = token.at;
-      const std::string sign = take().text;
-      Node right = (this->*operand)();
-      left = Node{Kind::operation, at, sign, {std::move(left), std::move(right)}};
+      result.at = token.at;
+      result.signs.push_back({token.text, token.at});
+      take();
+      result.children.push_back((this->*operand)());
     }
+    if (result.signs.empty()) {
+      return std::move(result.children.front());
+    }
+    return result;
   }
   Node sum() { return chain({"+", "-"}, &Parser::product); }
   Node product() { return chain({"*", "/", "\\", ".*", "./"}, &Parser::signed_power); }
@@ -173,22 +179,33 @@ class Parser {
     const Nesting nesting(depth_, look().at);
     if (look().is("+") || look().is("-")) {
       const Token& sign = take();
-      return {Kind::operation, sign.at, "u" + sign.text, {signed_power()}};
+      Node result{Kind::sign, sign.at, sign.text, {}};
+      result.children.push_back(signed_power());
+      return result;
     }
     Node base = postfix();
     if (!look().is("^") && !look().is(".^")) {
       return base;
     }
     const Token& sign = take();
-    return {Kind::operation, sign.at, sign.text, {std::move(base), signed_power()}};
+    Node result{Kind::chain, sign.at, "", {}, {{sign.text, sign.at}}};
+    result.children.push_back(std::move(base));
+    result.children.push_back(signed_power());
+    return result;
   }
 
   Node postfix() {
     Node operand = primary();
+    std::vector<Sign> primes;
     while (look().is("'") && !(in_row_ && look().blank_before)) {
-      operand = Node{Kind::operation, take().at, "'", {std::move(operand)}};
+      primes.push_back({"'", take().at});
     }
-    return operand;
+    if (primes.empty()) {
+      return operand;
+    }
+    Node result{Kind::transpose, primes.back().at, "'", {}, std::move(primes)};
+    result.children.push_back(std::move(operand));
+    return result;
   }
 
   Node primary() {

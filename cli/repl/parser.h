@@ -7,13 +7,21 @@
 
 namespace cli::repl {
 
+/// An operator and its place in the text, from 0.
+struct Sign {
+  std::string text;
+  std::size_t at = 0;
+};
+
 struct Node {
   enum class Kind {
     number,     // text
     text,       // text
     name,       // text
     call,       // text (children): a function's value or elements of a variable
-    operation,  // text: "+", "u-" for the sign, "'", ...; one or two children
+    sign,       // text: "+" or "-" before its only child
+    chain,      // operands joined from left to right by `signs`: one child more than signs
+    transpose,  // conjugates and transposes its only child, once for each of the `signs`
     range,      // first : last, or first : step : last
     all,        // a colon alone, as an index
     matrix,     // children are rows
@@ -23,6 +31,7 @@ struct Node {
   std::size_t at = 0;  // in the text, from 0
   std::string text;
   std::vector<Node> children;
+  std::vector<Sign> signs = {};
 };
 
 struct Statement {

@@ -1,6 +1,8 @@
 // The console's language under random texts: whatever is typed, a place is named or values come out.
 #include <doctest/doctest.h>
 
+#include <cstdlib>
+#include <new>
 #include <string>
 
 #include "cli/repl/fault.h"
@@ -8,6 +10,26 @@
 #include "cli/repl/lexer.h"
 #include "cli/repl/parser.h"
 #include "support/random.h"
+
+namespace {
+
+long allocations_until_failure = 0;  // 0: none fails
+
+}  // namespace
+
+// The console's own allocations: those of the libraries have a test of their own.
+void* operator new(std::size_t size) {
+  if (allocations_until_failure > 0 && --allocations_until_failure == 0) {
+    allocations_until_failure = -1;
+    throw std::bad_alloc();
+  }
+  if (void* memory = std::malloc(size)) {
+    return memory;
+  }
+  throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
 
 namespace {
 
@@ -35,7 +57,7 @@ TEST_CASE("a random text is a program or has a fault with a place in it") {
     const std::string text = soup(random, true);
     CAPTURE(text);
     try {
-      cli::repl::is_unfinished(text);
+      cli::repl::open_brackets(text);
       cli::repl::statements_of(text);
       ++programs;
     } catch (const cli::repl::Fault& fault) {
@@ -61,6 +83,36 @@ TEST_CASE("random programs run or end with a fault") {
     }
   }
   CHECK(shown.find("ans =") != std::string::npos);
+}
+
+TEST_CASE("a session goes on after any allocation that failed") {
+  std::string shown;
+  cli::repl::Interpreter interpreter([&](const std::string& text) { shown += text; });
+  shown.reserve(10000);  // so that only the console allocates
+  const std::string text = "A = [1, 2; 3, 4]; A * pi; x = \"text\"; who; help sin; e";
+  bool failed = true;
+  for (long k = 1; failed; ++k) {
+    CAPTURE(k);
+    interpreter.run("x = 2");  // the last whole value
+    allocations_until_failure = k;
+    bool fault = false;
+    bool out_of_memory = false;
+    try {
+      interpreter.run(text);
+    } catch (const cli::repl::Fault& caught) {
+      fault = true;
+      REQUIRE(std::string(caught.what()) == "not enough memory");
+    } catch (const std::bad_alloc&) {
+      out_of_memory = true;
+    }
+    failed = allocations_until_failure <= 0;
+    allocations_until_failure = 0;
+    REQUIRE_FALSE(out_of_memory);
+    REQUIRE(fault == failed);
+    shown.clear();
+    interpreter.run("2 + 2");
+    REQUIRE(shown == "ans = 4\n");
+  }
 }
 
 TEST_CASE("deep nesting is refused, not followed") {

@@ -95,6 +95,12 @@ class Runs(unittest.TestCase):
             self.assertEqual(run_well("repl", stdin="quit\n1\n"), "")
             self.assertEqual(run_well("repl", stdin=""), "")
 
+    def test_long_lines_take_neither_stack_nor_time(self):
+        count = 100000
+        lines = ("+".join(["1"] * count), "2" + "'" * count, "x = [" + "\n1" * 3000 + "\n];", "-".join(["x"] * 1000) + "; size(x)")
+        shown = f"ans = {count}\nans = 2\nans =\n  1  3000\n"
+        self.assertEqual(run_well("repl", stdin="\n".join(lines)), shown)
+
     def test_a_fault_ends_a_run_away_from_the_terminal(self):
         done = run("repl", stdin="1\n\n2 +\n3\n")
         self.assertEqual((done.returncode, done.stdout), (2, "ans = 1\n"))
