@@ -40,9 +40,10 @@ you want to see. Classic entries (--classic) carry constants as doubles and give
   3  the result or the picture could not be written
 A run that fails writes no result.)"},
     {"progress", "Progress",
-     R"(Work of more than a second tells on standard error how far it is and about how long it
+     R"(Work of more than a second shows on standard error how far it is and about how long it
 still takes (or how long it has taken so far), in one line that vanishes at the end; not
-when standard error is no terminal, and not with --quiet.)"},
+when standard error is no terminal, and not with --quiet. The environment variable
+QUARN_PROGRESS_DELAY sets another time to the first line, in milliseconds.)"},
 }};
 
 std::vector<CLI::App*> commands_of(CLI::App& app) {

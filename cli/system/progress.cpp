@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <atomic>
+#include <charconv>
 #include <chrono>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 
 #include "quarn/quarnfloat.h"
@@ -23,7 +25,7 @@ namespace {
 
 constexpr int kStandardError = 2;
 constexpr std::size_t kLongestName = 80;
-constexpr long kFirstLine = 1000;  // milliseconds
+constexpr long kFirstLine = 1000;  // milliseconds, unless QUARN_PROGRESS_DELAY says another time
 constexpr long kNextLine = 500;
 
 // What the timer reads: a signal handler, or a thread of the system on Windows.
@@ -106,6 +108,17 @@ void tell() {
   work.shown = true;
 }
 
+long first_line() {
+  constexpr long kLatest = 86'400'000;
+  const char* text = std::getenv("QUARN_PROGRESS_DELAY");
+  long delay = kFirstLine;
+  if (text != nullptr) {
+    const auto [end, error] = std::from_chars(text, text + std::strlen(text), delay);
+    delay = error == std::errc() && *end == '\0' ? std::clamp(delay, 1L, kLatest) : kFirstLine;
+  }
+  return delay;
+}
+
 #if defined(_WIN32)
 
 HANDLE timer = nullptr;
@@ -120,7 +133,7 @@ bool timer_can_tell() {
 
 void start_timer() {
   const auto on_timer = [](void* /*context*/, BOOLEAN /*fired*/) __stdcall { tell(); };
-  CreateTimerQueueTimer(&timer, nullptr, on_timer, nullptr, kFirstLine, kNextLine, WT_EXECUTEDEFAULT);
+  CreateTimerQueueTimer(&timer, nullptr, on_timer, nullptr, DWORD(first_line()), kNextLine, WT_EXECUTEDEFAULT);
 }
 
 // Waits for a line that is being written.
@@ -146,7 +159,7 @@ bool timer_can_tell() {
 timeval time_of(long milliseconds) { return {milliseconds / 1000, milliseconds % 1000 * 1000}; }
 
 void start_timer() {
-  const itimerval times = {time_of(kNextLine), time_of(kFirstLine)};
+  const itimerval times = {time_of(kNextLine), time_of(first_line())};
   setitimer(ITIMER_REAL, &times, nullptr);
 }
 
