@@ -71,7 +71,7 @@ void add_transforms(py::module_& module) {
 The discrete Fourier transform of n real or Complex numbers, n with any factors, z_k = 1/sqrt(n) sum over j of
 x_j exp(-2 pi i j k/n); backward=True is its inverse. x: a sequence, or sequences in sequences of one length each, which
 are transformed along all axes, or along the one of that number: 0 is the outermost, -1 the innermost. classic: with
-constants of 16 digits, as the library has always had.
+constants of 16 digits.
 
 >>> transform([1, Complex(0, 1), -1, Complex(0, -1)])
 [Complex('0', '0'), Complex('2', '0'), Complex('0', '0'), Complex('0', '0')]
@@ -96,7 +96,7 @@ n is at least 2 and has at most 20 prime factors, none above 19.
       py::arg("x"), py::arg("classic") = false, R"(transform_real(x, classic=False)
 
 The same in half-complex storage, n numbers: the real parts of z_0 ... z_(n/2), then the imaginary parts of the z before
-n/2, from the last to z_1. classic: with constants of 16 digits, as the library has always had.
+n/2, from the last to z_1. classic: with constants of 16 digits.
 
 >>> transform_real([1, 2, 3, 4])
 [Decimal('5'), Decimal('-1'), Decimal('-1'), Decimal('1')]
@@ -226,7 +226,7 @@ void add_constants(py::module_& module) {
       "pi", [](bool classic) { return from(classic ? tesk2mp::classic::pi() : tesk2mp::pi()); },
       py::arg("classic") = false, R"(pi(classic=False)
 
-classic: the library's constant of old, good to 16 digits.
+classic: a constant that is a double, good to 16 digits.
 
 >>> with digits(50):
 ...     pi()
@@ -261,6 +261,9 @@ Decimal('1E+134217726')
       "sqrt",
       [](py::handle number, bool classic) {
         const Complex z = to_complex(number);
+        if (isnan(z.re) && !py::isinstance<Complex>(number)) {
+          return from(z.re);
+        }
         const Complex root = classic ? tesk2mp::classic::sqrt(z) : tesk2mp::sqrt(z);
         if (py::isinstance<Complex>(number) || root.im != 0) {
           return from(root);
@@ -270,7 +273,7 @@ Decimal('1E+134217726')
       py::arg("z"), py::arg("classic") = false, R"(sqrt(z, classic=False)
 
 The principal square root: a Complex of a Complex and of a negative number, otherwise a Decimal, correctly rounded. classic:
-by the library's routine of old, which has a constant of 16 digits.
+by the classic routine, which has a constant of 16 digits.
 
 >>> sqrt(2), sqrt(-4)
 (Decimal('1.4142135623730950488'), Complex('0', '2'))

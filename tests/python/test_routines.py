@@ -428,6 +428,8 @@ class Sequences(unittest.TestCase):
             for wrong in (tesk2mp.sqrt("0.5", classic=True) - tesk2mp.sqrt("0.5"), tesk2mp.pi(True) - tesk2mp.pi()):
                 self.assertTrue(Decimal("1e-20") < abs(wrong) < Decimal("1e-14"), wrong)
             self.assertEqual(tesk2mp.machine_precision(), Decimal("1e-50"))
+            for classic in (False, True):
+                self.assertTrue(tesk2mp.sqrt(Decimal("NaN"), classic).is_nan())
         root = tesk2mp.sqrt(tesk2mp.Complex(3, 4))
         self.assertAlmostEqual(complex(root.real, root.imag), cmath.sqrt(3 + 4j))
 
