@@ -14,9 +14,10 @@
 // stream. Neither argument is checked. A zero state stays zero. For an IGEN outside 0 ... 273 the result is NaN and
 // ISEED stays as it is; any ISEED is taken without harm, but only those above give random numbers.
 //
-// `QuarnMP_` variates are the classic ones. With IGEN 0 they carry 53 bits, some 16 digits, at any working precision;
-// the conversion of the 53 bits is rounded to the working precision. With IGEN >= 1 u is a fraction with a denominator
-// of 96 bits, divided to the working precision: some 28 digits are random, the rest follows from them.
+// `QuarnMP_` variates are the classic ones. With IGEN 0 they carry 53 bits, some 16 digits, at any working precision,
+// and are the exact value of these bits, up to 60 digits even where fewer are worked with: the sequence is the same at
+// every precision D, but for what exceeds 1 - 10^-D and becomes that number. With IGEN >= 1 u is a fraction with a
+// denominator of 96 bits, divided to the working precision: some 28 digits are random, the rest follows from them.
 //
 // `QuarnMPX_` variates are random to their last digit: ceil(D / 9) + 1 draws of the same stream give nine decimal
 // digits each, rounded once to the D working digits. How many draws that takes depends on D alone. They are slower in

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "src/frame/constants.h"
+#include "src/frame/working_digits.h"
 
 namespace tesk {
 namespace {
@@ -27,9 +28,17 @@ QuarnFloat below_one(QuarnFloat u) {
 
 QuarnFloat no_generator() { return QuarnFloat("nan"); }
 
+/// The number that a double in [0, 1) with at most 60 bits behind the point is, with all its digits.
+QuarnFloat exactly(double value) {
+  const WorkingDigits enough(std::max(QuarnDigits(), kStateBits));
+  return QuarnFloat(value);
+}
+
 QuarnFloat basic_variate(Integer* iseed) {
   // A conversion of the whole state rounds once, as the sum of its halves would; x87 registers cannot interfere.
-  return below_one(QuarnFloat(double(std::int64_t(basic_step(iseed))) * 0x1p-60));
+  QuarnFloat u = exactly(double(std::int64_t(basic_step(iseed))) * 0x1p-60);
+  QuarnFloat largest = 1 - x02ajf_();
+  return u < largest ? u : largest;
 }
 
 /// The variate with all its digits drawn: as many blocks of nine as the working precision takes, and one more to make
