@@ -46,8 +46,8 @@ RankedColumn rank_column(const RankingOptions& options) {
   const Integer first = 1;
   const Integer last = column.count();
   const Progress progress = Progress::estimated("ranking", ranking_cost(double(last)));
-  call_routine("QuarnMP_m01daf_", [&](Integer* ifail) {
-    QuarnMP_m01daf_(column.values.data(), &first, &last, options.order(), column.ranks.data(), ifail, 1);
+  call_routine("QuarnMPX_m01daf_", [&](Integer* ifail) {
+    QuarnMPX_m01daf_(column.values.data(), &first, &last, options.order(), column.ranks.data(), ifail, 1);
   });
   return column;
 }

@@ -16,8 +16,9 @@
 extern "C" {
 
 /// Ranks RV(M1:M2): IRANK(i) := the rank of RV(i), one of M1 ... M2, in ascending (ORDER 'A') or descending ('D')
-/// order. Equal values are ranked by position in both orders; -0 equals 0. NaN compares false with everything: the
-/// ranks are a permutation all the same, but in no particular order. RV is not changed. IRANK(M1:M2) need not be set.
+/// order. Equal values are ranked by position in both orders; -0 equals 0. RV is not changed. IRANK(M1:M2) need not be
+/// set. NaN compares false with everything: with a NaN in RV the ranks are a permutation in no particular order. The
+/// companion ranks NaN after all numbers in both orders.
 /// IFAIL 2, label 99996: ORDER is neither 'A' nor 'D'.
 /// Method: natural runs, built up to 10 values by insertion, linked through IRANK and merged in the order of Munro and
 /// Wild (ESA 2018): at most n H + O(n) comparisons, H <= log2 n the entropy of the run lengths, for every input.
@@ -30,6 +31,8 @@ extern "C" {
 ///   irank   out: IRANK(M1:M2), a permutation of M1 ... M2
 TESK2MP_API void QuarnMP_m01daf_(const QuarnFloat* rv, const Integer* m1, const Integer* m2, const char* order,
                                  Integer* irank, Integer* ifail, int order_length);
+TESK2MP_API void QuarnMPX_m01daf_(const QuarnFloat* rv, const Integer* m1, const Integer* m2, const char* order,
+                                  Integer* irank, Integer* ifail, int order_length);
 
 /// Moves RV(i) to position IRANK(i), i = M1 ... M2, in place; after m01daf this sorts. IRANK comes back as it was.
 /// IFAIL 2, label 99996: some IRANK(I) is outside M1 ... M2; nothing has been moved.

@@ -67,13 +67,14 @@ inline const Integer kFirst = 1;
 
 }  // namespace detail
 
-/// The rank of each value, from 0: where it stands once they are sorted. Equal values keep their order.
+/// The rank of each value, from 0: where it stands once they are sorted. Equal values keep their order; NaN
+/// comes last in either order.
 inline std::vector<Integer> rank(std::span<const Real> values, Order order = Order::ascending) {
   const Integer last = detail::count_of(values.size());
   std::vector<Integer> ranks(values.size());
   if (last > 0) {
     detail::call([&](Integer* ifail) {
-      QuarnMP_m01daf_(values.data(), &detail::kFirst, &last, detail::Option(order), ranks.data(), ifail, 1);
+      QuarnMPX_m01daf_(values.data(), &detail::kFirst, &last, detail::Option(order), ranks.data(), ifail, 1);
     });
   }
   return detail::shifted(ranks, -1);
@@ -108,7 +109,7 @@ inline std::vector<Integer> invert(std::span<const Integer> permutation) {
   return detail::shifted(inverse, -1);
 }
 
-/// Sorts the values in place. Equal values keep their order.
+/// Sorts the values in place. Equal values keep their order; NaN comes last in either order.
 ///
 /// @code
 /// std::vector<tesk2mp::Real> x = {3, 1, 2};

@@ -13,14 +13,35 @@
 
 namespace tesk {
 
-/// Ranks `count` values by their operators < and == alone; values are never copied. Positions are 1 ... count, and 0
-/// ends a list. `links` has room for `count` entries. Values that compare false with everything (NaN) end up anywhere
-/// in the order, but the result is a permutation always.
-template <class Value>
+/// The order of the operators < and == alone. Values that compare false with everything (NaN) end up anywhere.
+struct PlainOrder {
+  template <class Value>
+  bool less(const Value& a, const Value& b) const {
+    return a < b;
+  }
+  template <class Value>
+  bool equal(const Value& a, const Value& b) const {
+    return a == b;
+  }
+};
+
+/// NaN equals NaN and comes after all numbers, or before them in a list that is still to be reversed.
+struct NanAtOneEnd {
+  bool before = false;
+
+  bool less(const QuarnFloat& a, const QuarnFloat& b) const {
+    return a < b || (isnan(before ? a : b) && !isnan(before ? b : a));
+  }
+  bool equal(const QuarnFloat& a, const QuarnFloat& b) const { return a == b || (isnan(a) && isnan(b)); }
+};
+
+/// Ranks `count` values by an order; values are never copied. Positions are 1 ... count, and 0 ends a list. `links` has
+/// room for `count` entries. The result is a permutation whatever the values.
+template <class Value, class Ordering = PlainOrder>
 class ListSort {
  public:
-  ListSort(const Value* values, Integer count, Integer* links) noexcept
-      : values_(values - 1), links_(links - 1), count_(count) {}
+  ListSort(const Value* values, Integer count, Integer* links, Ordering ordering = {}) noexcept
+      : values_(values - 1), links_(links - 1), count_(count), ordering_(ordering) {}
 
   /// Sorts; gives the head of the ascending list, equal values by position. count must be at least 1.
   Integer ascending() {
@@ -48,7 +69,7 @@ class ListSort {
     while (head != 0) {
       Integer last = head;
       Integer next = links_[last];
-      while (next != 0 && values_[next] == values_[head]) {
+      while (next != 0 && ordering_.equal(values_[next], values_[head])) {
         last = next;
         next = links_[last];
       }
@@ -82,6 +103,8 @@ class ListSort {
     int power;
   };
 
+  bool less(const Value& a, const Value& b) const { return ordering_.less(a, b); }
+
   static constexpr int kStackDepth = 33;
   /// From the position that opened a run up to here, a value may be inserted inside it.
   static constexpr Integer kInsertionSpan = 10;
@@ -95,11 +118,11 @@ class ListSort {
     for (; length <= count_ - opening; ++length) {
       const Integer position = opening + length;
       const Value& value = values_[position];
-      if (!(value < values_[tail])) {
+      if (!less(value, values_[tail])) {
         links_[tail] = position;
         links_[position] = 0;
         tail = position;
-      } else if (value < values_[head]) {
+      } else if (less(value, values_[head])) {
         links_[position] = head;
         head = position;
       } else if (length < kInsertionSpan) {
@@ -114,7 +137,7 @@ class ListSort {
   /// Behind every element that the value is not less than; it is known to belong before the tail.
   void insert(Integer position, Integer head, Integer tail) {
     Integer before = head;
-    while (links_[before] != tail && !(values_[position] < values_[links_[before]])) {
+    while (links_[before] != tail && !less(values_[position], values_[links_[before]])) {
       before = links_[before];
     }
     links_[position] = links_[before];
@@ -138,7 +161,7 @@ class ListSort {
     Integer b = right.head;
     while (a != 0 && b != 0) {
       // Strictly: among equals the earlier run goes first.
-      if (values_[b] < values_[a]) {
+      if (less(values_[b], values_[a])) {
         *end = b;
         end = &links_[b];
         b = *end;
@@ -155,6 +178,7 @@ class ListSort {
   const Value* values_;  // 1-based, as positions are
   Integer* links_;
   Integer count_;
+  [[no_unique_address]] Ordering ordering_;
 };
 
 }  // namespace tesk

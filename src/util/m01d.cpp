@@ -4,8 +4,20 @@
 #include "src/util/m01.h"
 #include "src/util/section.h"
 
-void tesk::m01da(const QuarnFloat* rv, Integer m1, Integer m2, const Option& order, Integer* irank,
-                 char* message_buffer, Integer* ifail, int /*buffer_length*/) {
+namespace tesk {
+namespace {
+
+template <class Ordering>
+void rank(const QuarnFloat* values, Integer count, Integer* ranks, Integer first, bool descending, Ordering ordering) {
+  ListSort<QuarnFloat, Ordering> list(values, count, ranks, ordering);
+  const Integer head = list.ascending();
+  list.number(descending ? list.descending(head) : head, first);
+}
+
+}  // namespace
+
+void m01da(NanRank nan, const QuarnFloat* rv, Integer m1, Integer m2, const Option& order, Integer* irank,
+           char* message_buffer, Integer* ifail, int /*buffer_length*/) {
   Report report("M01DAF", message_buffer, ifail);
   if (!section_is_valid(report, m1, m2)) {
     return;
@@ -14,12 +26,28 @@ void tesk::m01da(const QuarnFloat* rv, Integer m1, Integer m2, const Option& ord
     return report.fail(2, kFirstOwnLabel, " ** On entry, ORDER has an illegal value: ORDER = '%1s'.", order.text());
   }
 
-  ListSort<QuarnFloat> list(rv + (m1 - 1), m2 - m1 + 1, irank + (m1 - 1));
-  const Integer head = list.ascending();
-  list.number(order.letter() == 'D' ? list.descending(head) : head, m1);
+  const QuarnFloat* section = rv + (m1 - 1);
+  const bool descending = order.letter() == 'D';
+  if (nan == NanRank::last) {
+    rank(section, m2 - m1 + 1, irank + (m1 - 1), m1, descending, NanAtOneEnd{descending});
+  } else {
+    rank(section, m2 - m1 + 1, irank + (m1 - 1), m1, descending, PlainOrder());
+  }
 }
 
-extern "C" void m01daf_(const QuarnFloat* rv, const Integer* m1, const Integer* m2, const char* order, Integer* irank,
-                        Integer* ifail, int order_length) {
-  tesk::call_core("M01DAF", ifail, tesk::m01da, rv, *m1, *m2, tesk::Option(order, order_length), irank);
+}  // namespace tesk
+
+extern "C" {
+
+void m01daf_(const QuarnFloat* rv, const Integer* m1, const Integer* m2, const char* order, Integer* irank,
+             Integer* ifail, int order_length) {
+  tesk::call_core("M01DAF", ifail, tesk::m01da, tesk::NanRank::anywhere, rv, *m1, *m2,
+                  tesk::Option(order, order_length), irank);
+}
+
+void m01daf_full_(const QuarnFloat* rv, const Integer* m1, const Integer* m2, const char* order, Integer* irank,
+                  Integer* ifail, int order_length) {
+  tesk::call_core("M01DAF", ifail, tesk::m01da, tesk::NanRank::last, rv, *m1, *m2, tesk::Option(order, order_length),
+                  irank);
+}
 }

@@ -1,4 +1,4 @@
-// Rearranging by ranks: one body for real, complex and integer values.
+// Rearranging by ranks: one body for real and complex values.
 #include "src/frame/classic.h"
 #include "src/util/m01.h"
 #include "src/util/section.h"
@@ -32,11 +32,6 @@ void m01ea(QuarnFloat* rv, Integer m1, Integer m2, Integer* irank, char* message
 void m01ed(Complex* rv, Integer m1, Integer m2, Integer* irank, char* message_buffer, Integer* ifail,
            int /*buffer_length*/) {
   rearrange("M01EDF", rv, m1, m2, irank, message_buffer, ifail);
-}
-
-void m01eb(Integer* iv, Integer m1, Integer m2, Integer* irank, char* message_buffer, Integer* ifail,
-           int /*buffer_length*/) {
-  rearrange("M01EBF", iv, m1, m2, irank, message_buffer, ifail);
 }
 
 }  // namespace tesk

@@ -1,4 +1,4 @@
-// Permutations: inverse and check.
+// The inverse of a permutation.
 #include "src/frame/classic.h"
 #include "src/util/m01.h"
 #include "src/util/section.h"
@@ -27,13 +27,6 @@ void m01za(Integer* iperm, Integer m1, Integer m2, char* message_buffer, Integer
   // What is no permutation stays as it is. Of several repeated values the message names the one that a cycle meets
   // first, as it does in rearranging.
   report_repeated(report, kMessages, move_to_ranks(section, m1, count));
-}
-
-void m01zb(Integer* iperm, Integer m1, Integer m2, char* message_buffer, Integer* ifail, int /*buffer_length*/) {
-  Report report("M01ZBF", message_buffer, ifail);
-  if (permutation_is_in_range(report, kMessages, iperm, m1, m2)) {
-    report_repeated(report, kMessages, find_repeated(iperm + (m1 - 1), m1, m2 - m1 + 1));
-  }
 }
 
 }  // namespace tesk

@@ -23,7 +23,6 @@ struct Routine {
 
 std::vector<QuarnFloat> reals(6);
 std::vector<Complex> complexes(6);
-std::vector<Integer> integers(6);
 
 const std::vector<Routine>& permuting() {
   static const std::vector<Routine> table = {
@@ -35,14 +34,8 @@ const std::vector<Routine>& permuting() {
        [](Integer m1, Integer m2, Integer* e, char* b, Integer* f) {
          tesk::m01ed(complexes.data(), m1, m2, e, b, f, 200);
        }},
-      {"M01EBF", "IRANK",
-       [](Integer m1, Integer m2, Integer* e, char* b, Integer* f) {
-         tesk::m01eb(integers.data(), m1, m2, e, b, f, 200);
-       }},
       {"M01ZAF", "IPERM",
        [](Integer m1, Integer m2, Integer* e, char* b, Integer* f) { tesk::m01za(e, m1, m2, b, f, 200); }},
-      {"M01ZBF", "IPERM",
-       [](Integer m1, Integer m2, Integer* e, char* b, Integer* f) { tesk::m01zb(e, m1, m2, b, f, 200); }},
   };
   return table;
 }
@@ -53,7 +46,7 @@ Outcome call(const Routine& routine, Integer m1, Integer m2, Integer* entries) {
 
 Outcome rank(Integer m1, Integer m2, const char* order, int length, Integer* irank) {
   return support::outcome_of([&](char* buffer, Integer* ifail, int) {
-    tesk::m01da(reals.data(), m1, m2, tesk::Option(order, length), irank, buffer, ifail, 200);
+    tesk::m01da(tesk::NanRank::anywhere, reals.data(), m1, m2, tesk::Option(order, length), irank, buffer, ifail, 200);
   });
 }
 

@@ -72,10 +72,11 @@ std::vector<Integer> oracle(const std::vector<long>& values, Integer first, bool
   return ranks;
 }
 
-std::vector<Integer> rank(const std::vector<QuarnFloat>& rv, Integer m1, Integer m2, const char* order) {
+std::vector<Integer> rank(const std::vector<QuarnFloat>& rv, Integer m1, Integer m2, const char* order,
+                          decltype(m01daf_)* entry = m01daf_) {
   std::vector<Integer> irank(rv.size(), -99);
   Integer ifail = -1;
-  m01daf_(rv.data(), &m1, &m2, order, irank.data(), &ifail, 1);
+  entry(rv.data(), &m1, &m2, order, irank.data(), &ifail, 1);
   CHECK(ifail == 0);
   return irank;
 }
@@ -175,13 +176,19 @@ TEST_CASE("sections, both orders and ties of QuarnFloat") {
   QuarnSetDigits(former);
 }
 
-TEST_CASE("with NaN in it the result is a permutation still") {
+TEST_CASE("NaN: classic ranks are a permutation still, those of the companion have it last in both orders") {
   support::Random random;
   for (int round = 0; round < 200; ++round) {
-    std::vector<QuarnFloat> rv;
     const auto n = Integer(random.between(1, 60));
+    std::vector<QuarnFloat> rv;
+    std::vector<long> ascending;  // NaN as the largest of all, as the smallest in the other order
+    std::vector<long> descending;
     for (Integer i = 0; i < n; ++i) {
-      rv.push_back(random.once_in(3) ? QuarnFloat("nan") : QuarnFloat(Integer(random.below(8))));
+      const bool nan = random.once_in(3);
+      const auto value = long(random.below(8));
+      rv.push_back(nan ? QuarnFloat("nan") : QuarnFloat(value));
+      ascending.push_back(nan ? 9 : value);
+      descending.push_back(nan ? -1 : value);
     }
     for (const char* order : {"A", "D"}) {
       std::vector<Integer> irank = rank(rv, 1, n, order);
@@ -190,6 +197,8 @@ TEST_CASE("with NaN in it the result is a permutation still") {
         REQUIRE(irank[std::size_t(i)] == i + 1);
       }
     }
+    REQUIRE(rank(rv, 1, n, "A", m01daf_full_) == oracle(ascending, 1, false));
+    REQUIRE(rank(rv, 1, n, "D", m01daf_full_) == oracle(descending, 1, true));
   }
 }
 
