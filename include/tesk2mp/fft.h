@@ -53,10 +53,11 @@ TESK2MP_API void QuarnMPX_c06fbfn_(QuarnFloat* x, Integer n, QuarnFloat* work, c
                                    int buffer_length);
 
 /// The passes of c06faf (c06eawn) and c06fbf (c06ebwn) alone: no check, no permutation, no scaling. radices: the
-/// radices of the passes in order, ended by a 0: 2, 3, 4, 5, 8 or odd from 7 to 19; a 1 is skipped. Forward, x holds
-/// the real sequence in the digit-reversed order of the prime factors (each 4 and 8 counting as factors 2) and is
-/// replaced by its Hermitian sequence; backward the opposite, by the same list. Passes stop at a radix that is none
-/// of these or does not divide what is left of N.
+/// radices of the passes in order, ended by a 0; a 1 is skipped. Forward, x holds the real sequence in the
+/// digit-reversed order of the radices (each 4 and 8 counting as factors 2) and is replaced by its Hermitian sequence;
+/// backward, with the list in reverse order, the opposite. Radices but 2, 3, 4, 5, 8 and odd ones from 7 to 19, prime
+/// or not, take their passes by definition, r^2 multiplications a butterfly. Passes stop at a radix that is negative,
+/// above 2^30, or does not divide what is left of N.
 TESK2MP_API void QuarnMP_c06eawn_(QuarnFloat* x, Integer n, Integer* radices);
 TESK2MP_API void QuarnMPX_c06eawn_(QuarnFloat* x, Integer n, Integer* radices);
 TESK2MP_API void QuarnMP_c06ebwn_(QuarnFloat* x, Integer n, Integer* radices);

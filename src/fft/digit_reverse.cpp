@@ -5,7 +5,7 @@
 
 namespace tesk {
 
-void digit_reverse(QuarnFloat* x, Integer n, const FactorList& factors, QuarnFloat* work) {
+void c06DigitReverse(QuarnFloat* x, Integer n, const FactorList& factors, QuarnFloat* work) {
   if (factors[0] == 0) {
     return;
   }

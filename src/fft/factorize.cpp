@@ -21,7 +21,7 @@ void merge_powers_of_two(FactorList& passes) {
 
 }  // namespace
 
-Factorization factorize(Integer n) {
+Factorization c06FactorN(Integer n) {
   Factorization result;
   FactorList singles{};
   FactorList pairs{};

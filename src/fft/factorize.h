@@ -28,6 +28,6 @@ struct Factorization {
 
 /// The prime factors of n >= 1. Pairs of equal primes stand at mirrored places, the largest outside, and what is left
 /// over stands ascending in the middle: 180 gives 3, 2, 5, 2, 3. A prime above 19 or more than 20 factors refuse n.
-Factorization factorize(Integer n);
+Factorization c06FactorN(Integer n);
 
 }  // namespace tesk

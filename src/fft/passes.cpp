@@ -1,9 +1,10 @@
 #include "src/fft/passes.h"
 
-#include <array>
 #include <cstdint>
+#include <vector>
 
 #include "src/fft/even_radix.h"
+#include "src/fft/general_radix.h"
 #include "src/fft/odd_radix.h"
 
 namespace tesk {
@@ -29,7 +30,7 @@ void run(const Pass& pass, const Radix& radix, const Circle& circle) {
   };
   for_each_block([&](QuarnFloat* block) { radix.template first<direction>(Slots(block, m, 0)); });
   const Twiddles twiddles(circle, length, std::int64_t(m - 1) / 2 * (r - 1));
-  std::array<Complex, kLargestPrime> w;
+  std::vector<Complex> w(static_cast<std::size_t>(r));
   for (Integer j = 1; j < m - j; ++j) {
     for (Integer q = 1; q < r; ++q) {
       w[q] = twiddles.rotation(j * q);
@@ -41,8 +42,6 @@ void run(const Pass& pass, const Radix& radix, const Circle& circle) {
   }
 }
 
-bool has_pass(Integer r) { return r == 2 || r == 4 || r == 8 || (r % 2 == 1 && 3 <= r && r <= kLargestPrime); }
-
 template <Direction direction>
 void run(const Pass& pass, Integer r, const Circle& circle) {
   switch (r) {
@@ -53,7 +52,8 @@ void run(const Pass& pass, Integer r, const Circle& circle) {
     case 8:
       return run<direction>(pass, EvenRadix<8>(pass.constants, circle), circle);
     default:
-      return run<direction>(pass, OddRadix(r, pass.constants, circle), circle);
+      return r % 2 == 1 && r <= kLargestPrime ? run<direction>(pass, OddRadix(r, pass.constants, circle), circle)
+                                              : run<direction>(pass, GeneralRadix(r, circle), circle);
   }
 }
 
@@ -65,7 +65,7 @@ void walk(QuarnFloat* x, Integer n, const Integer* radices, const Constants& con
   }
   const Circle circle(constants);
   Integer done = 1;  // product of the radices so far, a divisor of n
-  for (; *radices == 1 || (has_pass(*radices) && n / done % *radices == 0); ++radices) {
+  for (; *radices >= 1 && *radices <= GeneralRadix::kLargest && n / done % *radices == 0; ++radices) {
     if (*radices == 1) {
       continue;
     }

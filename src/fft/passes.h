@@ -6,8 +6,8 @@
 namespace tesk {
 
 /// x[0 .. n): real numbers in digit-reversed order to a Hermitian sequence in half-complex storage, unscaled.
-/// radices: the pass list, ended by a 0. The walk ends early at a radix that no pass has (they have 2, 3, 4, 5, 8 and
-/// odd ones from 7 to 19; 1 is skipped) or that does not divide what is left of n.
+/// radices: the pass list, ended by a 0; 1 is skipped. The walk ends early at a radix that is negative, above 2^30, or
+/// does not divide what is left of n.
 void forward_passes(QuarnFloat* x, Integer n, const Integer* radices, const Constants& constants);
 
 /// The opposite: half-complex storage to real numbers in digit-reversed order, by the same list.

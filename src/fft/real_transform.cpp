@@ -24,7 +24,7 @@ void transform(const Constants& constants, QuarnFloat* x, Integer n, QuarnFloat*
   if (n <= 1) {
     return report.fail(3, 99999, " ** On entry, N .le. 1: N =%16ld.", n);
   }
-  const Factorization factors = factorize(n);
+  const Factorization factors = c06FactorN(n);
   switch (factors.status) {
     case Factorization::Status::ok:
       break;
@@ -36,11 +36,11 @@ void transform(const Constants& constants, QuarnFloat* x, Integer n, QuarnFloat*
       return report.fail(4, 99996, " ** Unexpected failure in an internal call.");
   }
   if constexpr (direction == Direction::forward) {
-    digit_reverse(x, n, factors.permutation, work);
+    c06DigitReverse(x, n, factors.permutation, work);
     forward_passes(x, n, factors.passes.data(), constants);
   } else {
     backward_passes(x, n, factors.passes.data(), constants);
-    digit_reverse(x, n, factors.permutation, work);
+    c06DigitReverse(x, n, factors.permutation, work);
   }
   scale(x, n);
 }

@@ -284,7 +284,7 @@ Sequence by_complex_passes(const Sequence& x, const std::vector<Integer>& radice
 
 std::vector<Integer> radices_of(Integer n) {
   std::vector<Integer> radices;
-  const tesk::Factorization factors = tesk::factorize(n);
+  const tesk::Factorization factors = tesk::c06FactorN(n);
   for (std::size_t i = 0; factors.passes[i] != 0; ++i) {
     if (factors.passes[i] != 1) {
       radices.push_back(factors.passes[i]);

@@ -6,8 +6,8 @@
 
 #include "src/fft/factorize.h"
 
+using tesk::c06FactorN;
 using tesk::Factorization;
-using tesk::factorize;
 using Status = tesk::Factorization::Status;
 using List = std::vector<Integer>;
 
@@ -72,7 +72,7 @@ TEST_CASE("pass list and permutation list") {
   };
   for (const Row& row : rows) {
     CAPTURE(row.n);
-    const Factorization f = factorize(row.n);
+    const Factorization f = c06FactorN(row.n);
     CHECK(f.status == Status::ok);
     CHECK(listed(f.passes) == row.passes);
     CHECK(listed(f.permutation) == row.permutation);
@@ -101,14 +101,14 @@ TEST_CASE("refused lengths") {
   };
   for (const Row& row : rows) {
     CAPTURE(row.n);
-    CHECK(factorize(row.n).status == row.status);
+    CHECK(c06FactorN(row.n).status == row.status);
   }
 }
 
 TEST_CASE("the lists of every length up to 100000") {
   for (Integer n = 2; n <= 100000; ++n) {
     const auto [e, rest] = exponents(n);
-    const Factorization f = factorize(n);
+    const Factorization f = c06FactorN(n);
     if (rest > 1) {
       REQUIRE(f.status == Status::large_prime);
       continue;
@@ -146,7 +146,7 @@ TEST_CASE("every length of 32 bits without a large prime: 20 factors are accepte
   int accepted = 0;
   int refused = 0;
   for_each_smooth([&](Integer n, int count) {
-    const Factorization f = factorize(n);
+    const Factorization f = c06FactorN(n);
     const bool ok = f.status == Status::ok;
     if (ok != (count <= 20) || (!ok && f.status != Status::too_many_factors)) {
       FAIL_CHECK("wrong status for " << n << ", which has " << count << " factors");

@@ -17,7 +17,7 @@ namespace {
 std::vector<Integer> lengths() {
   std::vector<Integer> list;
   for (Integer n = 2; n <= 60; ++n) {
-    if (tesk::factorize(n).status == tesk::Factorization::Status::ok) {
+    if (tesk::c06FactorN(n).status == tesk::Factorization::Status::ok) {
       list.push_back(n);
     }
   }
