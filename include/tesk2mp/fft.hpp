@@ -189,8 +189,7 @@ inline void transform(const MatrixView<Complex>& a, Direction direction = Direct
   detail::transform_matrix(QuarnMPX_c06pjf_, a, direction);
 }
 
-/// The entries that carry their constants as doubles, for results that are to stay what they always were: some 16
-/// digits of them are true at any working precision.
+/// The classic entries, whose constants are doubles: some 16 digits of their results are true at any working precision.
 namespace classic {
 
 inline void transform_real(std::span<Real> x) { detail::transform_in_place(QuarnMP_c06faf_, x); }

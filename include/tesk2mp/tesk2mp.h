@@ -11,7 +11,9 @@
 // the call. The library is to be called by one thread at a time.
 //
 // Character options are a text of which the first character counts, in either case; their lengths are the last
-// arguments, in the order of the texts. In a core form the buffer's length comes after them.
+// arguments, in the order of the texts. In a core form the buffer's length comes after them. Where an option is checked
+// by a routine with an IFAIL (c06, f11, m01) a length below 1 makes it an empty text, which is refused; the kernels
+// (f06, f07, f08) read the first character whatever the length.
 //
 // Failures. IFAIL holds on entry how a failure is to be reported and on exit the failure number, 0 for success:
 //

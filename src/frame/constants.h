@@ -5,8 +5,8 @@
 
 namespace tesk {
 
-/// The classic entries carry some constants as doubles, so that their results stay what they always were; their
-/// companions use the same code with constants true to the working precision.
+/// The interface fixes some constants of classic entries as doubles; their companions use the same code with constants
+/// true to the working precision.
 enum class Accuracy { classic, full };
 
 /// Hands out the constants of one accuracy at the working precision of the call.

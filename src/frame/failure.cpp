@@ -64,7 +64,7 @@ Integer end_routine(Integer ifail, Integer ierror, Integer nrec, const char* rec
     return ierror;
   }
   write_message_record(unit, " ** Tesk hard failure - execution terminated");
-  // Hosts rely on the zero status: the failure has been told in words.
+  // The interface fixes the zero status.
   std::exit(0);
 }
 

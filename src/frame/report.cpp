@@ -39,8 +39,8 @@ void Report::record_failure(Integer ierror, Integer label, const char* message, 
   end_formatted_text();
 }
 
-// Every text that is formatted ends with a newline on standard output, printed or not: hosts count on it, unless they
-// take failures themselves.
+// The interface has every text that is formatted end with a newline on standard output, printed or not. A failure
+// handler takes the place of all output.
 void Report::end_formatted_text() const noexcept {
   if (!handed_over_) {
     std::putchar('\n');

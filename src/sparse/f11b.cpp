@@ -239,13 +239,13 @@ void f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Qu
   } else if (!solver_state(StateMode::continuation, work)) {
     info = Integer(Ending::not_set_up);
   } else {
-    step_of(nearest_integer(work[5]))(irevcm, work, u, v, wgt, &info);
+    step_of(solver_method_code(work))(irevcm, work, u, v, wgt, &info);
   }
   if (info == 0) {
     return;
   }
   const bool has_count = lwork >= kHeaderLength;
-  report_ending(report, info, has_count ? nearest_integer(work[15]) : 0, initial);
+  report_ending(report, info, has_count ? solver_iterations(work) : 0, initial);
   *irevcm = Integer(Request::completion);
 }
 
@@ -259,7 +259,7 @@ void f11bffn_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* 
     return report.fail(1, 99999, " ** F11BFF has been called out of sequence.");
   }
   const SolverState state(work);
-  *itn = nearest_integer(work[15]);
+  *itn = solver_iterations(work);
   *stplhs = state[Place::stplhs];
   *stprhs = state[Place::stprhs];
   *anorm = state[Place::anorm];

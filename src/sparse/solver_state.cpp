@@ -10,6 +10,8 @@ namespace {
 constexpr Integer kLargest = std::numeric_limits<Integer>::max();
 constexpr Integer kMarkers[][2] = {{4, 1739512}, {20, 840653}};
 constexpr Integer kPhasePlace = 5;
+constexpr Integer kMethodPlace = 6;
+constexpr Integer kIterationsPlace = 16;
 constexpr Integer kCheckSumPlace = 25;
 
 /// Where an integer of the state lives in WORK, 1-based, and its range.
@@ -34,7 +36,7 @@ constexpr IntegerPlace kPlaces[] = {
     {&SolverIntegers::sigmax_known, 13, 0, 1},
     {&SolverIntegers::request, 14, -1, 4},
     {&SolverIntegers::target, 15, 0, kLargest},
-    {&SolverIntegers::itn, 16, 0, kLargest},
+    {&SolverIntegers::itn, kIterationsPlace, 0, kLargest},
     {&SolverIntegers::task, 17, 0, 15},
     {&SolverIntegers::step, 18, 0, 15},
     {&SolverIntegers::inner, 19, 0, 50},
@@ -44,7 +46,6 @@ constexpr IntegerPlace kPlaces[] = {
     {&SolverIntegers::replacements, 24, 0, kLargest},
     {&SolverIntegers::estimate_round, 26, 0, kLargest},
 };
-constexpr Integer kMethodPlace = 6;
 
 Integer check_sum(const SolverIntegers& integers) {
   std::uint32_t sum = 1;
@@ -74,6 +75,8 @@ bool solver_state(StateMode mode, QuarnFloat* work) {
 }
 
 Phase solver_phase(const QuarnFloat* work) { return Phase(nearest_integer(work[kPhasePlace - 1])); }
+Integer solver_method_code(const QuarnFloat* work) { return nearest_integer(work[kMethodPlace - 1]); }
+Integer solver_iterations(const QuarnFloat* work) { return nearest_integer(work[kIterationsPlace - 1]); }
 
 void SolverState::save() const {
   work_[kMethodPlace - 1] = method;

@@ -87,7 +87,7 @@ class SolverState : public SolverIntegers {
 };
 
 /// What the state routine is asked to do.
-enum class StateMode : Integer { set_up = -1, continuation, save, monitoring };
+enum class StateMode : Integer { set_up = -1, continuation, monitoring };
 
 /// The markers that tell a work array that has been set up: written in mode set_up, compared otherwise. False when they
 /// are missing.
@@ -96,7 +96,9 @@ bool solver_state(StateMode mode, QuarnFloat* work);
 /// The whole number nearest to x.
 Integer nearest_integer(const QuarnFloat& x);
 
-/// The phase of a work array that holds the markers.
+// Of a work array that holds the markers, which alone have been looked at: phase, code of the method, iterations done.
 Phase solver_phase(const QuarnFloat* work);
+Integer solver_method_code(const QuarnFloat* work);
+Integer solver_iterations(const QuarnFloat* work);
 
 }  // namespace tesk
