@@ -1,0 +1,304 @@
+#include "tests/exports/digest/digest.h"
+
+namespace digest {
+
+namespace {
+
+Integer at_least_one(Integer n) { return n > 1 ? n : 1; }
+
+template <class T, class... E>
+void lu(Suite& suite, E... entries) {
+  suite.cases(3, [&](Case& c) {
+    for (const Integer extra : {-1, 0, 2}) {
+      const Integer m = c.size;
+      const Integer n = c.size + extra > 0 ? c.size + extra : 0;
+      const Integer lda = at_least_one(m) + c.below(2);
+      const auto a = c.numbers<T>(std::int64_t(lda) * at_least_one(n));
+      const std::vector<Integer> pivots(std::size_t(at_least_one(m)), -7);
+      (suite.run(entries, m, n, a, lda, pivots, Integer(-99)), ...);
+    }
+  });
+  suite.few_cases([&](Case& c) {
+    const auto a = c.numbers<T>(16);
+    const std::vector<Integer> pivots(4);
+    (suite.run(entries, Integer(-1), Integer(2), a, Integer(2), pivots, Integer(-99)), ...);
+    (suite.run(entries, Integer(2), Integer(-1), a, Integer(2), pivots, Integer(-99)), ...);
+    (suite.run(entries, Integer(3), Integer(2), a, Integer(2), pivots, Integer(-99)), ...);
+  });
+}
+
+void weighted_lu(Suite& suite) {
+  const auto entry = ENTRY(QuarnMP_f07adg_);
+  suite.cases(3, [&](Case& c) {
+    const Integer m = c.digits == 1 && c.size > 9 ? 9 : c.size;
+    const Integer n = c.size;
+    const Integer lda = at_least_one(m);
+    suite.run(entry, m, n, c.numbers<QuarnFloat>(std::int64_t(lda) * at_least_one(n)), lda,
+              std::vector<QuarnFloat>(std::size_t(lda)), Integer(-99));
+  });
+  suite.few_cases([&](Case& c) {
+    const auto a = c.numbers<QuarnFloat>(16);
+    suite.run(entry, Integer(-1), Integer(2), a, Integer(2), a, Integer(-99));
+    suite.run(entry, Integer(2), Integer(-1), a, Integer(2), a, Integer(-99));
+    suite.run(entry, Integer(3), Integer(2), a, Integer(2), a, Integer(-99));
+  });
+}
+
+template <class... E>
+void cholesky(Suite& suite, E... entries) {
+  suite.cases(3, [&](Case& c) {
+    for (const char* uplo : {"U", "l"}) {
+      const Integer n = c.size;
+      const Integer lda = at_least_one(n) + c.below(2);
+      auto a = c.numbers<Complex>(std::int64_t(lda) * at_least_one(n));
+      for (Integer i = 0; i < n && c.below(5) != 0; ++i) {
+        a[std::size_t(i) * std::size_t(lda + 1)].re = n + 1;
+      }
+      (suite.run(entries, uplo, n, a, lda, Integer(-99), 1), ...);
+    }
+  });
+  suite.few_cases([&](Case& c) {
+    const auto a = c.numbers<Complex>(16);
+    (suite.run(entries, "X", Integer(2), a, Integer(2), Integer(-99), 1), ...);
+    (suite.run(entries, "U", Integer(-2), a, Integer(2), Integer(-99), 1), ...);
+    (suite.run(entries, "U", Integer(2), a, Integer(1), Integer(-99), 1), ...);
+  });
+}
+
+void tuning(Suite& suite) {
+  const auto entry = ENTRY(QuarnMP_f07zaz_);
+  for (const char* name : {"F07ADF", "ADFF07", "F08PEF", "F07FRF", "F08AEF", "F08AGF", "F07XXF", "C06FAF", "abcdef"}) {
+    for (Integer ispec = -1; ispec < 11; ++ispec) {
+      suite.run(entry, ispec, name, Integer(-99), Integer(0), 6);
+    }
+  }
+  for (const Integer value : {17, 1}) {
+    suite.run(entry, Integer(1), "F07ADF", value, Integer(1), 6);
+    suite.run(entry, Integer(1), "F07ADF", Integer(-99), Integer(0), 6);
+  }
+}
+
+/// Upper Hessenberg, in an array with lda rows.
+std::vector<QuarnFloat> hessenberg(Case& c, Integer n, Integer lda) {
+  auto h = c.numbers<QuarnFloat>(std::int64_t(lda) * at_least_one(n));
+  for (Integer j = 0; j < n; ++j) {
+    for (Integer i = j + 2; i < n; ++i) {
+      h[std::size_t(i) + std::size_t(j) * std::size_t(lda)] = 0;
+    }
+  }
+  return h;
+}
+
+template <class... E>
+void hessenberg_qr(Suite& suite, E... entries) {
+  suite.cases(3.5, [&](Case& c) {
+    const char* const jobs[] = {"E", "s"};
+    const char* const vectors[] = {"n", "I", "V"};
+    for (int options = 0; options < 6; ++options) {
+      const Integer n = c.size;
+      const Integer ld = at_least_one(n) + c.below(2);
+      const Integer ilo = n > 4 && c.below(3) == 0 ? 2 : 1;
+      const auto h = hessenberg(c, n, ld);
+      const auto z = c.numbers<QuarnFloat>(std::int64_t(ld) * at_least_one(n));
+      const std::vector<QuarnFloat> w(std::size_t(at_least_one(n)));
+      (suite.run(entries, jobs[options % 2], vectors[options / 2], n, n == 0 ? Integer(1) : ilo, n, h, ld, w, w, z, ld,
+                 Scratch<QuarnFloat>(std::size_t(ld)), ld, Integer(-99), 1, 1),
+       ...);
+    }
+  });
+  suite.few_cases([&](Case& c) {
+    const auto a = c.numbers<QuarnFloat>(16);
+    const auto wrong = [&](const char* job, const char* compz, Integer n, Integer ilo, Integer ihi, Integer ldh,
+                           Integer ldz, Integer lwork) {
+      (suite.run(entries, job, compz, n, ilo, ihi, a, ldh, a, a, a, ldz, a, lwork, Integer(-99), 1, 1), ...);
+    };
+    wrong("X", "N", 3, 1, 3, 3, 3, 3);
+    wrong("E", "X", 3, 1, 3, 3, 3, 3);
+    wrong("E", "N", -1, 1, 3, 3, 3, 3);
+    wrong("E", "N", 3, 0, 3, 3, 3, 3);
+    wrong("E", "N", 3, 1, 4, 3, 3, 3);
+    wrong("E", "N", 3, 1, 3, 2, 3, 3);
+    wrong("E", "I", 3, 1, 3, 3, 2, 3);
+    wrong("E", "N", 3, 1, 3, 3, 3, 2);
+    wrong("E", "N", 3, 1, 3, 3, 3, -1);
+  });
+}
+
+template <class... E>
+void double_shift_qr(Suite& suite, E... entries) {
+  suite.cases(3.5, [&](Case& c) {
+    for (const unsigned wanted : {0U, 1U}) {
+      const Integer n = c.size;
+      const Integer ld = at_least_one(n);
+      const auto h = hessenberg(c, n, ld);
+      const auto z = c.numbers<QuarnFloat>(std::int64_t(ld) * ld);
+      const std::vector<QuarnFloat> w(std::size_t(ld), QuarnFloat(0));
+      (suite.run(entries, wanted, wanted, n, Integer(1), n, h, ld, w, w, Integer(1), n, z, ld, Integer(-99)), ...);
+    }
+  });
+}
+
+void balancing(Suite& suite) {
+  const auto entry = ENTRY(QuarnMP_f08nhf_);
+  suite.cases(2.5, [&](Case& c) {
+    if (c.kind == Kind::extreme) {
+      return;  // takes 10^5 times as long as other numbers
+    }
+    for (const char* job : {"N", "p", "S", "b"}) {
+      const Integer n = c.size;
+      const Integer lda = at_least_one(n);
+      auto a = c.numbers<QuarnFloat>(std::int64_t(lda) * lda);
+      for (auto& each : a) {
+        if (c.below(3) == 0) {
+          each = 0;
+        }
+      }
+      suite.run(entry, job, n, a, lda, Integer(-9), Integer(-9), std::vector<QuarnFloat>(std::size_t(lda)),
+                Integer(-99), 1);
+    }
+  });
+  suite.few_cases([&](Case& c) {
+    const auto a = c.numbers<QuarnFloat>(16);
+    suite.run(entry, "X", Integer(2), a, Integer(2), Integer(0), Integer(0), a, Integer(-99), 1);
+    suite.run(entry, "B", Integer(-2), a, Integer(2), Integer(0), Integer(0), a, Integer(-99), 1);
+    suite.run(entry, "B", Integer(3), a, Integer(2), Integer(0), Integer(0), a, Integer(-99), 1);
+  });
+}
+
+/// The Schur form of a random matrix, by the library that is examined.
+struct Schur {
+  std::vector<QuarnFloat> t, z;
+};
+
+template <class E>
+Schur schur_form(E qr, Case& c, Integer n) {
+  const Integer ld = at_least_one(n);
+  Schur schur = {hessenberg(c, n, ld), std::vector<QuarnFloat>(std::size_t(ld) * std::size_t(ld))};
+  std::vector<QuarnFloat> wr(std::size_t(ld), QuarnFloat(0));
+  auto wi = wr;
+  auto work = wr;
+  Integer info = 0;
+  qr.function("S", "I", n, 1, n, schur.t.data(), ld, wr.data(), wi.data(), schur.z.data(), ld, work.data(), ld, &info,
+              1, 1);
+  return schur;
+}
+
+template <class Q, class... E>
+void eigenvectors(Suite& suite, Q qr, E... entries) {
+  suite.cases(3.5, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    const Schur schur = schur_form(qr, c, n);
+    const std::vector<QuarnFloat> empty(std::size_t(ld) * std::size_t(ld), QuarnFloat(0));
+    std::vector<Integer> select(std::size_t(ld), 0);
+    for (Integer& each : select) {
+      each = c.below(2);
+    }
+    for (const char* side : {"R", "l", "B"}) {
+      for (const char* howmny : {"A", "b", "S"}) {
+        const auto& start = *howmny == 'b' ? schur.z : empty;
+        (suite.run(entries, side, howmny, select, n, schur.t, ld, start, ld, start, ld, n, Integer(-9),
+                   Scratch<QuarnFloat>(std::size_t(3 * ld)), Integer(-99), 1, 1),
+         ...);
+      }
+    }
+  });
+  suite.few_cases([&](Case& c) {
+    const auto a = c.numbers<QuarnFloat>(16);
+    const std::vector<Integer> all(4, 1);
+    const auto wrong = [&](const char* side, const char* howmny, Integer n, Integer ldt, Integer ldvl, Integer ldvr,
+                           Integer mm) {
+      (suite.run(entries, side, howmny, all, n, a, ldt, a, ldvl, a, ldvr, mm, Integer(-9), a, Integer(-99), 1, 1), ...);
+    };
+    wrong("X", "A", 3, 3, 3, 3, 3);
+    wrong("B", "X", 3, 3, 3, 3, 3);
+    wrong("B", "A", -1, 3, 3, 3, 3);
+    wrong("B", "A", 3, 2, 3, 3, 3);
+    wrong("B", "A", 3, 3, 2, 3, 3);
+    wrong("B", "A", 3, 3, 3, 2, 3);
+    wrong("B", "A", 3, 3, 3, 3, 2);
+  });
+}
+
+template <class Q, class V, class... E>
+void conditions(Suite& suite, Q qr, V vectors, E... entries) {
+  suite.cases(4, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    Schur schur = schur_form(qr, c, n);
+    std::vector<Integer> select(std::size_t(ld), 1);
+    std::vector<QuarnFloat> left(schur.t.size());
+    auto right = left;
+    std::vector<QuarnFloat> work(std::size_t(3 * ld), QuarnFloat(0));
+    Integer used = 0;
+    Integer info = 0;
+    vectors.function("B", "A", select.data(), n, schur.t.data(), ld, left.data(), ld, right.data(), ld, n, &used,
+                     work.data(), &info, 1, 1);
+    select[0] = 0;
+    const std::vector<QuarnFloat> result(std::size_t(ld), QuarnFloat(0));
+    for (const char* job : {"E", "v", "B"}) {
+      for (const char* howmny : {"A", "s"}) {
+        (suite.run(entries, job, howmny, select, n, schur.t, ld, left, ld, right, ld, result, result, n, Integer(-9),
+                   Scratch<QuarnFloat>(std::size_t(ld) * std::size_t(ld + 6)), ld,
+                   Scratch<Integer>(std::size_t(2 * ld)), Integer(-99), 1, 1),
+         ...);
+      }
+    }
+  });
+  suite.few_cases([&](Case& c) {
+    const auto a = c.numbers<QuarnFloat>(16);
+    const std::vector<Integer> all(4, 1);
+    const auto wrong = [&](const char* job, const char* howmny, Integer n, Integer ldt, Integer ldvl, Integer ldvr,
+                           Integer mm, Integer ldwork) {
+      (suite.run(entries, job, howmny, all, n, a, ldt, a, ldvl, a, ldvr, a, a, mm, Integer(-9), a, ldwork, all,
+                 Integer(-99), 1, 1),
+       ...);
+    };
+    wrong("X", "A", 3, 3, 3, 3, 3, 3);
+    wrong("B", "X", 3, 3, 3, 3, 3, 3);
+    wrong("B", "A", -1, 3, 3, 3, 3, 3);
+    wrong("B", "A", 3, 2, 3, 3, 3, 3);
+    wrong("B", "A", 3, 3, 2, 3, 3, 3);
+    wrong("B", "A", 3, 3, 3, 2, 3, 3);
+    wrong("B", "A", 3, 3, 3, 3, 2, 3);
+    wrong("B", "A", 3, 3, 3, 3, 3, 2);
+  });
+}
+
+template <class... E>
+void quartic(Suite& suite, E... entries) {
+  suite.cases(2, [&](Case& c) {
+    if (c.kind == Kind::extreme) {
+      return;
+    }
+    const std::vector<QuarnFloat> four(4, QuarnFloat(0));
+    const auto coefficient = c.numbers<QuarnFloat>(5);
+    (suite.run_form<0>(entries, coefficient[0], coefficient[1], coefficient[2], coefficient[3], coefficient[4], four,
+                       four, four),
+     ...);
+  });
+}
+
+}  // namespace
+
+void dense(Suite& suite) {
+  lu<QuarnFloat>(suite, ENTRY(QuarnMP_f07adf_), ENTRY(QuarnMP_dgetrf_), MASTER(QuarnMP_f07adf_ENTRY));
+  lu<Complex>(suite, ENTRY(QuarnMP_f07arf_), ENTRY(QuarnMP_zgetrf_), MASTER(QuarnMP_f07arf_ENTRY));
+  weighted_lu(suite);
+  cholesky(suite, ENTRY(QuarnMP_f07frf_), ENTRY(QuarnMP_zpotrf_), MASTER(QuarnMP_f07frf_ENTRY), ENTRY(QuarnMP_f07frz_),
+           ENTRY(QuarnMP_zpotf2_));
+  tuning(suite);
+}
+
+void eigenvalues(Suite& suite) {
+  const auto qr = ENTRY(QuarnMP_f08pef_);
+  const auto vectors = ENTRY(QuarnMP_f08qkf_);
+  balancing(suite);
+  hessenberg_qr(suite, qr, ENTRY(QuarnMP_dhseqr_), MASTER(QuarnMP_f08pef_ENTRY));
+  double_shift_qr(suite, ENTRY(QuarnMP_f08pez_), ENTRY(QuarnMP_dlahqr_));
+  eigenvectors(suite, qr, vectors, ENTRY(QuarnMP_dtrevc_));
+  conditions(suite, qr, vectors, ENTRY(QuarnMP_f08qlf_), ENTRY(QuarnMP_dtrsna_));
+  quartic(suite, ENTRY(QuarnMP_c02alf_));
+}
+
+}  // namespace digest

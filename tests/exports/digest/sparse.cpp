@@ -1,0 +1,125 @@
+#include "tests/exports/digest/digest.h"
+
+namespace digest {
+
+namespace {
+
+template <class T>
+struct Entries {
+  Integer n, nnz;
+  std::vector<T> a;
+  std::vector<Integer> irow, icol;
+};
+
+/// Entries in any order with duplicates and zeros; of the lower triangle alone if wanted; sometimes a wrong index.
+template <class T>
+Entries<T> entries(Case& c, bool lower, bool canonical) {
+  Entries<T> made = {c.size, 0, {}, {}, {}};
+  for (Integer i = 1; i <= made.n; ++i) {
+    for (Integer j = 1; j <= (lower ? i : made.n); ++j) {
+      if (c.below(3) != 0) {
+        made.a.push_back(c.below(6) == 0 ? T(0.0) : c.number<T>());
+        made.irow.push_back(i);
+        made.icol.push_back(j);
+      }
+    }
+  }
+  if (!canonical) {
+    for (std::size_t k = made.a.size(); k > 1; --k) {
+      const auto other = std::size_t(c.below(Integer(k)));
+      std::swap(made.irow[k - 1], made.irow[other]);
+      std::swap(made.icol[k - 1], made.icol[other]);
+    }
+    for (std::size_t k = 0; k + 1 < made.a.size() && c.below(3) != 0; k += 3) {
+      made.irow[k] = made.irow[k + 1];
+      made.icol[k] = made.icol[k + 1];
+    }
+    if (!made.a.empty() && c.below(5) == 0) {
+      (c.below(2) == 0 ? made.irow : made.icol)[std::size_t(c.below(Integer(made.a.size())))] = made.n + 1;
+    }
+  }
+  made.nnz = Integer(made.a.size());
+  if (made.a.empty()) {
+    made.a.resize(1);
+    made.irow.resize(1);
+    made.icol.resize(1);
+  }
+  return made;
+}
+
+template <class T, class... E>
+void canonical_form(Suite& suite, bool lower, E... forms) {
+  suite.cases(2, [&](Case& c) {
+    for (const char* dup : {"R", "s", "F"}) {
+      for (const char* zero : {"r", "K", "f"}) {
+        const auto e = entries<T>(c, lower, c.below(4) == 0);
+        const std::vector<Integer> istr(std::size_t(e.n + 1), -5);
+        const Scratch<Integer> iwork(std::size_t(e.n + e.nnz + 1));
+        (suite.run_form<2>(forms, e.n, e.nnz, e.a, e.irow, e.icol, dup, zero, istr, iwork), ...);
+      }
+    }
+  });
+  suite.few_cases([&](Case& c) {
+    const auto e = entries<T>(c, lower, true);
+    const std::vector<Integer> istr(9);
+    const Scratch<Integer> iwork(40);
+    const auto wrong = [&](Integer n, Integer nnz, const char* dup, const char* zero) {
+      (suite.run_form<2>(forms, n, nnz, e.a, e.irow, e.icol, dup, zero, istr, iwork), ...);
+    };
+    wrong(0, 1, "R", "R");
+    wrong(4, -1, "R", "R");
+    wrong(4, 1, "X", "R");
+    wrong(4, 1, "R", "X");
+    wrong(4, 0, "R", "R");
+  });
+}
+
+template <class T, bool kTriangle, class... E>
+void product(Suite& suite, E... forms) {
+  const auto run = [&](const char* trans, const Entries<T>& e, const char* check, const std::vector<T>& x,
+                       const std::vector<T>& y) {
+    if constexpr (kTriangle) {
+      (suite.run_form<1>(forms, e.n, e.nnz, e.a, e.irow, e.icol, check, x, y), ...);
+    } else {
+      (suite.run_form<2>(forms, trans, e.n, e.nnz, e.a, e.irow, e.icol, check, x, y), ...);
+    }
+  };
+  suite.cases(2, [&](Case& c) {
+    for (const char* trans : {"N", "t", "X"}) {
+      for (const char* check : {"c", "N", "X"}) {
+        const auto e = entries<T>(c, kTriangle, *check == 'N' || c.below(3) != 0);
+        run(trans, e, check, c.numbers<T>(e.n), std::vector<T>(std::size_t(e.n + 1)));
+      }
+    }
+  });
+  suite.few_cases([&](Case& c) {
+    auto e = entries<T>(c, kTriangle, true);
+    const auto x = c.numbers<T>(4);
+    const Integer nnz = e.nnz;
+    for (const Integer wrong : {-1, 0, 17, 11}) {
+      e.nnz = wrong;
+      if (wrong > 0) {
+        e.a.resize(20), e.irow.resize(20, 4), e.icol.resize(20, 4);
+      }
+      run("N", e, "C", x, x);
+    }
+    e.nnz = nnz;
+    e.n = -2;
+    run("N", e, "C", x, x);
+  });
+}
+
+}  // namespace
+
+void sparse(Suite& suite) {
+  canonical_form<QuarnFloat>(suite, false, ENTRY(QuarnMP_f11zaf_), ENTRY(QuarnMP_f11zafn_));
+  canonical_form<Complex>(suite, false, ENTRY(QuarnMP_f11znf_), ENTRY(QuarnMP_f11znfn_));
+  canonical_form<QuarnFloat>(suite, true, ENTRY(QuarnMP_f11zbfn_));
+  canonical_form<Complex>(suite, true, ENTRY(QuarnMP_f11zpf_), ENTRY(QuarnMP_f11zpfn_));
+  product<QuarnFloat, false>(suite, ENTRY(QuarnMP_f11xaf_), ENTRY(QuarnMP_f11xafn_));
+  product<Complex, false>(suite, ENTRY(QuarnMP_f11xnf_), ENTRY(QuarnMP_f11xnfn_));
+  product<QuarnFloat, true>(suite, ENTRY(QuarnMP_f11xef_), ENTRY(QuarnMP_f11xefn_));
+  product<Complex, true>(suite, ENTRY(QuarnMP_f11xsf_), ENTRY(QuarnMP_f11xsfn_));
+}
+
+}  // namespace digest
