@@ -21,7 +21,7 @@ extern "C" {
 ///   z_k = 1/sqrt(N) * sum over j = 0 .. N-1 of x_j exp(-2 pi i j k/N)
 ///
 /// x: N reals, replaced by z in half-complex storage. n: N, at least 2, with at most 20 prime factors, none above 19.
-/// work: N reals of scratch; contents mean nothing, before and after.
+/// work: N reals of scratch; contents mean nothing, before and after. @preset{work,n}
 ///
 /// Failures; x is then left as it was:
 ///   3  " ** On entry, N .le. 1: N =%16ld."

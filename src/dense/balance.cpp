@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <initializer_list>
 
-#include "src/dense/eigen.h"
 #include "src/frame/constants.h"
 #include "src/kernels/level1.h"
+#include "tesk2mp/dense.h"
+#include "tesk2mp/tesk2mp.h"
 
 namespace tesk {
 namespace {
@@ -153,7 +154,7 @@ class Balancing {
   VectorView<QuarnFloat> scale_;
   Integer low_;
   Integer high_;
-  QuarnFloat smallest_ = x02amf_() / x02ajf_();
+  QuarnFloat smallest_ = QuarnMP_x02amf_() / QuarnMP_x02ajf_();
   QuarnFloat scale_smallest_ = smallest_ * kRadix;
   QuarnFloat scale_largest_ = 1 / scale_smallest_;
 };
@@ -161,8 +162,8 @@ class Balancing {
 }  // namespace
 }  // namespace tesk
 
-extern "C" void f08nhf_(const char* job, Integer n, QuarnFloat* a, Integer lda, Integer* ilo, Integer* ihi,
-                        QuarnFloat* scale, Integer* info, int /*job_length*/) {
+extern "C" void QuarnMP_f08nhf_(const char* job, Integer n, QuarnFloat* a, Integer lda, Integer* ilo, Integer* ihi,
+                                QuarnFloat* scale, Integer* info, int /*job_length*/) {
   using namespace tesk;
   const char what = letter(job);
   const bool permutes = what == 'P' || what == 'B';

@@ -1,11 +1,11 @@
 // E. Anderson et al., LAPACK Users' Guide: ZPOTRF and its unblocked step ZPOTF2. With A = L L^H, the transpose of A is
 // M^H M with M the transpose of L: the lower case is the upper one on a transposed view.
-#include "src/dense/cholesky.h"
 
 #include <algorithm>
 
 #include "src/dense/tuning.h"
 #include "src/kernels/level3.h"
+#include "tesk2mp/dense.h"
 
 namespace tesk {
 namespace {
@@ -86,16 +86,12 @@ Integer checked_cholesky(Integer nb, const char* uplo, Integer n, Complex* a, In
 
 extern "C" {
 
-void f07frf_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int uplo_length) {
-  f07frf_ENTRY(0, uplo, n, a, lda, info, uplo_length);
-}
-
-void f07frf_ENTRY(int /*selector*/, const char* uplo, Integer n, Complex* a, Integer lda, Integer* info,
-                  int /*uplo_length*/) {
+void QuarnMP_f07frf_ENTRY(int /*selector*/, const char* uplo, Integer n, Complex* a, Integer lda, Integer* info,
+                          int /*uplo_length*/) {
   *info = tesk::checked_cholesky(tesk::tuning_value(tesk::kBlockSize, "F07FRF"), uplo, n, a, lda);
 }
 
-void f07frz_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int /*uplo_length*/) {
+void QuarnMP_f07frz_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int /*uplo_length*/) {
   *info = tesk::checked_cholesky(1, uplo, n, a, lda);
 }
 }

@@ -3,10 +3,11 @@
 // growth.
 #include <algorithm>
 
-#include "src/dense/eigen.h"
 #include "src/dense/schur_vectors.h"
 #include "src/frame/constants.h"
-#include "src/kernels/norms.h"
+#include "tesk2mp/dense.h"
+#include "tesk2mp/kernels.h"
+#include "tesk2mp/tesk2mp.h"
 
 namespace tesk {
 namespace {
@@ -32,9 +33,9 @@ Integer columns_of(const std::vector<BlockEigenvalue>& blocks) {
 
 /// The divisor that stands in for one too small.
 QuarnFloat smallest_divisor(Integer n, MatrixView<QuarnFloat> t, const BlockEigenvalue& eigenvalue) {
-  const QuarnFloat ulp = x02ajf_() * x02bhf_();
+  const QuarnFloat ulp = QuarnMP_x02ajf_() * QuarnMP_x02bhf_();
   return std::max(ulp * (fabs(eigenvalue.re) + fabs(eigenvalue.im)),
-                  x02amf_() * (QuarnFloat(n) / ulp) * std::max(QuarnFloat(1), fabs(t(1, 1))));
+                  QuarnMP_x02amf_() * (QuarnFloat(n) / ulp) * std::max(QuarnFloat(1), fabs(t(1, 1))));
 }
 
 /// Stores x, or V x, scaled to largest element 1, into column `column` (a pair: real and imaginary parts into two).
@@ -82,7 +83,7 @@ QuarnFloat norm2(const std::vector<Complex>& x) {
 QuarnFloat eigenvalue_condition(std::vector<Complex> x, std::vector<Complex> y) {
   const auto n = Integer(x.size());
   const Complex product = dot(n, VectorView<Complex>(y.data(), 1), VectorView<Complex>(x.data(), 1), Op::conjugate);
-  return a02abfn_(product.re, product.im) / (norm2(x) * norm2(y));
+  return QuarnMP_a02abfn_(product.re, product.im) / (norm2(x) * norm2(y));
 }
 
 /// Gaussian elimination with row interchange on the columns of (C | I), then 1 / (1-norm of the inverse).
@@ -112,7 +113,7 @@ QuarnFloat reciprocal_inverse_norm(Integer n, std::vector<Complex> c, const Quar
     scale(n, pivot, b.row(j));
     scale(n - j + 1, pivot, a.row(j).from(j));
   }
-  return 1 / f06uaf_("1", n, n, inverse.data(), n, nullptr, 1);
+  return 1 / QuarnMP_f06uaf_("1", n, n, inverse.data(), n, nullptr, 1);
 }
 
 /// An estimate of the distance of the eigenvalue from the rest of the spectrum: with a unitary Q whose first column is
@@ -168,9 +169,9 @@ using namespace tesk;
 
 extern "C" {
 
-void f08qkf_(const char* side, const char* howmny, Integer* select, Integer n, QuarnFloat* t, Integer ldt,
-             QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, Integer mm, Integer* m, QuarnFloat* /*work*/,
-             Integer* info, int /*side_length*/, int /*howmny_length*/) {
+void QuarnMP_f08qkf_(const char* side, const char* howmny, Integer* select, Integer n, QuarnFloat* t, Integer ldt,
+                     QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, Integer mm, Integer* m,
+                     QuarnFloat* /*work*/, Integer* info, int /*side_length*/, int /*howmny_length*/) {
   const bool both = letter(side) == 'B';
   const bool right = both || letter(side) == 'R';
   const bool left = both || letter(side) == 'L';
@@ -212,10 +213,10 @@ void f08qkf_(const char* side, const char* howmny, Integer* select, Integer n, Q
   }
 }
 
-void f08qlf_(const char* job, const char* howmny, Integer* select, Integer n, QuarnFloat* t, Integer ldt,
-             QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, QuarnFloat* s, QuarnFloat* sep, Integer mm,
-             Integer* m, QuarnFloat* /*work*/, Integer ldwork, Integer* /*iwork*/, Integer* info, int /*job_length*/,
-             int /*howmny_length*/) {
+void QuarnMP_f08qlf_(const char* job, const char* howmny, Integer* select, Integer n, QuarnFloat* t, Integer ldt,
+                     QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, QuarnFloat* s, QuarnFloat* sep,
+                     Integer mm, Integer* m, QuarnFloat* /*work*/, Integer ldwork, Integer* /*iwork*/, Integer* info,
+                     int /*job_length*/, int /*howmny_length*/) {
   const bool both = letter(job) == 'B';
   const bool of_values = both || letter(job) == 'E';
   const bool of_vectors = both || letter(job) == 'V';

@@ -3,11 +3,12 @@
 // Users' Guide, do it.
 #include <algorithm>
 
-#include "src/dense/eigen.h"
 #include "src/dense/reflector.h"
 #include "src/dense/tuning.h"
 #include "src/frame/constants.h"
-#include "src/kernels/norms.h"
+#include "tesk2mp/dense.h"
+#include "tesk2mp/kernels.h"
+#include "tesk2mp/tesk2mp.h"
 
 namespace tesk {
 namespace {
@@ -33,8 +34,8 @@ class HessenbergQr {
         wr_(wr, 1),
         wi_(wi, 1),
         vectors_(vectors),
-        ulp_(x02ajf_() * x02bhf_()),
-        smallest_(x02amf_() * (QuarnFloat(ihi - ilo + 1) / ulp_)) {}
+        ulp_(QuarnMP_x02ajf_() * QuarnMP_x02bhf_()),
+        smallest_(QuarnMP_x02amf_() * (QuarnFloat(ihi - ilo + 1) / ulp_)) {}
 
   /// Returns INFO: 0, or the index of the eigenvalue that was being sought when the iterations ran out.
   Integer double_shift();
@@ -86,7 +87,7 @@ Integer HessenbergQr::block_start(Integer low, Integer high) const {
   for (; k > low; --k) {
     QuarnFloat size = fabs(h_(k - 1, k - 1)) + fabs(h_(k, k));
     if (size == 0) {
-      size = f06rmf_("1", high - low + 1, &h_(low, low), Integer(h_.column_stride()), nullptr, 1);
+      size = QuarnMP_f06rmf_("1", high - low + 1, &h_(low, low), Integer(h_.column_stride()), nullptr, 1);
     }
     if (fabs(h_(k, k - 1)) <= std::max(ulp_ * size, smallest_)) {
       break;
@@ -276,7 +277,7 @@ void HessenbergQr::first_column(Integer low, Integer first, Integer count, Quarn
       multiply(used + 1, v, -2 * wr_(j), w);
       const QuarnFloat scale_by = 1 / std::max(largest(used + 1, w), smallest_);
       scale(used + 1, scale_by, VectorView<QuarnFloat>(w, 1));
-      const QuarnFloat size = a02abfn_(wr_(j), wi_(j));
+      const QuarnFloat size = QuarnMP_a02abfn_(wr_(j), wi_(j));
       multiply(used + 2, w, scale_by * size * size, v);
       used += 2;
     }
@@ -333,21 +334,16 @@ Integer HessenbergQr::multishift(Integer shifts, Integer largest_small_block) {
 
 extern "C" {
 
-void f08pez_(unsigned wantt, unsigned wantz, Integer n, Integer ilo, Integer ihi, QuarnFloat* h, Integer ldh,
-             QuarnFloat* wr, QuarnFloat* wi, Integer iloz, Integer ihiz, QuarnFloat* z, Integer ldz, Integer* info) {
+void QuarnMP_f08pez_(unsigned wantt, unsigned wantz, Integer n, Integer ilo, Integer ihi, QuarnFloat* h, Integer ldh,
+                     QuarnFloat* wr, QuarnFloat* wi, Integer iloz, Integer ihiz, QuarnFloat* z, Integer ldz,
+                     Integer* info) {
   *info = tesk::HessenbergQr(wantt != 0, n, ilo, ihi, {h, ldh}, wr, wi, {{z, ldz}, iloz, wantz != 0 ? ihiz : iloz - 1})
               .double_shift();
 }
 
-void f08pef_(const char* job, const char* compz, Integer n, Integer ilo, Integer ihi, QuarnFloat* h, Integer ldh,
-             QuarnFloat* wr, QuarnFloat* wi, QuarnFloat* z, Integer ldz, QuarnFloat* work, Integer lwork, Integer* info,
-             int job_length, int compz_length) {
-  f08pef_ENTRY(0, job, compz, n, ilo, ihi, h, ldh, wr, wi, z, ldz, work, lwork, info, job_length, compz_length);
-}
-
-void f08pef_ENTRY(int /*selector*/, const char* job, const char* compz, Integer n, Integer ilo, Integer ihi,
-                  QuarnFloat* h, Integer ldh, QuarnFloat* wr, QuarnFloat* wi, QuarnFloat* z, Integer ldz,
-                  QuarnFloat* work, Integer lwork, Integer* info, int /*job_length*/, int /*compz_length*/) {
+void QuarnMP_f08pef_ENTRY(int /*selector*/, const char* job, const char* compz, Integer n, Integer ilo, Integer ihi,
+                          QuarnFloat* h, Integer ldh, QuarnFloat* wr, QuarnFloat* wi, QuarnFloat* z, Integer ldz,
+                          QuarnFloat* work, Integer lwork, Integer* info, int /*job_length*/, int /*compz_length*/) {
   using namespace tesk;
   const bool wants_schur_form = letter(job) == 'S';
   const bool initialises = letter(compz) == 'I';

@@ -1,13 +1,14 @@
 // E. Anderson et al., LAPACK Users' Guide: right-looking LU by blocks (xGETRF), its unblocked step (xGETF2) and the
 // row interchanges (xLASWP). Row weights: H. J. Bowdler, R. S. Martin, G. Peters, J. H. Wilkinson, Solution of real and
 // complex systems of linear equations, Numer. Math. 8 (1966).
-#include "src/dense/lu.h"
 
 #include <algorithm>
 
 #include "src/dense/tuning.h"
 #include "src/frame/constants.h"
 #include "src/kernels/level3.h"
+#include "tesk2mp/dense.h"
+#include "tesk2mp/tesk2mp.h"
 
 namespace tesk {
 namespace {
@@ -43,7 +44,7 @@ class WeightedPivots {
  public:
   static constexpr bool kStopsWhenSingular = true;
 
-  explicit WeightedPivots(QuarnFloat* ipiv) : ipiv_(ipiv), threshold_(QuarnFloat(8.0) * x02ajf_()) {}
+  explicit WeightedPivots(QuarnFloat* ipiv) : ipiv_(ipiv), threshold_(QuarnFloat(8.0) * QuarnMP_x02ajf_()) {}
   WeightedPivots from(Integer j) const { return WeightedPivots(ipiv_ + j - 1, threshold_); }
 
   /// Forms the weights; a row of zeros gets none.
@@ -181,23 +182,17 @@ Integer lu_with_partial_pivoting(const char* routine, Integer m, Integer n, T* a
 
 extern "C" {
 
-void f07adf_(Integer m, Integer n, QuarnFloat* a, Integer lda, Integer* ipiv, Integer* info) {
-  f07adf_ENTRY(0, m, n, a, lda, ipiv, info);
-}
-
-void f07adf_ENTRY(int /*selector*/, Integer m, Integer n, QuarnFloat* a, Integer lda, Integer* ipiv, Integer* info) {
+void QuarnMP_f07adf_ENTRY(int /*selector*/, Integer m, Integer n, QuarnFloat* a, Integer lda, Integer* ipiv,
+                          Integer* info) {
   *info = tesk::lu_with_partial_pivoting("F07ADF", m, n, a, lda, ipiv);
 }
 
-void f07arf_(Integer m, Integer n, Complex* a, Integer lda, Integer* ipiv, Integer* info) {
-  f07arf_ENTRY(0, m, n, a, lda, ipiv, info);
-}
-
-void f07arf_ENTRY(int /*selector*/, Integer m, Integer n, Complex* a, Integer lda, Integer* ipiv, Integer* info) {
+void QuarnMP_f07arf_ENTRY(int /*selector*/, Integer m, Integer n, Complex* a, Integer lda, Integer* ipiv,
+                          Integer* info) {
   *info = tesk::lu_with_partial_pivoting("F07ARF", m, n, a, lda, ipiv);
 }
 
-void f07adg_(Integer m, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* ipiv, Integer* info) {
+void QuarnMP_f07adg_(Integer m, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* ipiv, Integer* info) {
   *info = tesk::checked_lu("F07ADG", m, n, a, lda, [&](tesk::MatrixView<QuarnFloat> view) {
     tesk::WeightedPivots pivots(ipiv);
     pivots.weigh(m, n, view);

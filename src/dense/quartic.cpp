@@ -1,11 +1,11 @@
 // The zeros of a quartic as the eigenvalues of its companion matrix.
-#include "src/dense/quartic.h"
 
-#include "src/dense/eigen.h"
 #include "src/frame/classic.h"
 #include "src/frame/constants.h"
 #include "src/kernels/level1.h"
-#include "src/kernels/norms.h"
+#include "tesk2mp/dense.h"
+#include "tesk2mp/kernels.h"
+#include "tesk2mp/tesk2mp.h"
 
 namespace {
 
@@ -38,12 +38,13 @@ void quartic_core(const QuarnFloat* e, const QuarnFloat* a, const QuarnFloat* b,
   Integer ihi = kOrder;
   Integer info = 0;
   QuarnFloat scale[kOrder];
-  f08nhf_("Scaled", kOrder, h, kOrder, &ilo, &ihi, scale, &info, 6);
+  QuarnMP_f08nhf_("Scaled", kOrder, h, kOrder, &ilo, &ihi, scale, &info, 6);
   QuarnFloat wr[kOrder];
   QuarnFloat wi[kOrder];
   QuarnFloat z[kElements];
   QuarnFloat work[3 * kOrder];
-  f08pef_("Schur form", "Novectors", kOrder, ilo, ihi, h, kOrder, wr, wi, z, kOrder, work, 3 * kOrder, &info, 10, 9);
+  QuarnMP_f08pef_("Schur form", "Novectors", kOrder, ilo, ihi, h, kOrder, wr, wi, z, kOrder, work, 3 * kOrder, &info,
+                  10, 9);
   if (info != 0) {
     return report.fail(3, 99997, " ** Failure to converge in F08PEF (SHSEQR/DHSEQR).");
   }
@@ -53,10 +54,10 @@ void quartic_core(const QuarnFloat* e, const QuarnFloat* a, const QuarnFloat* b,
   QuarnFloat s[kOrder];
   QuarnFloat sep[kOrder];
   Integer m = 0;
-  f08qkf_("Both", "All", nullptr, kOrder, h, kOrder, vl, kOrder, vr, kOrder, kOrder, &m, work, &info, 4, 3);
-  f08qlf_("Eigenvalues", "All", nullptr, kOrder, h, kOrder, vl, kOrder, vr, kOrder, s, sep, kOrder, &m, work, 1,
-          nullptr, &info, 11, 3);
-  const QuarnFloat error = x02ajf_() * f06raf_("1-norm", kOrder, kOrder, h, kOrder, nullptr, 6);
+  QuarnMP_f08qkf_("Both", "All", nullptr, kOrder, h, kOrder, vl, kOrder, vr, kOrder, kOrder, &m, work, &info, 4, 3);
+  QuarnMP_f08qlf_("Eigenvalues", "All", nullptr, kOrder, h, kOrder, vl, kOrder, vr, kOrder, s, sep, kOrder, &m, work, 1,
+                  nullptr, &info, 11, 3);
+  const QuarnFloat error = QuarnMP_x02ajf_() * QuarnMP_f06raf_("1-norm", kOrder, kOrder, h, kOrder, nullptr, 6);
   for (Integer j = 0; j < kOrder; ++j) {
     zeror[j] = wr[j];
     zeroi[j] = wi[j];
@@ -66,7 +67,7 @@ void quartic_core(const QuarnFloat* e, const QuarnFloat* a, const QuarnFloat* b,
 
 }  // namespace
 
-extern "C" void c02alf_(QuarnFloat* e, QuarnFloat* a, QuarnFloat* b, QuarnFloat* c, QuarnFloat* d, QuarnFloat* zeror,
-                        QuarnFloat* zeroi, QuarnFloat* errest, Integer* ifail) {
+extern "C" void QuarnMP_c02alf_(QuarnFloat* e, QuarnFloat* a, QuarnFloat* b, QuarnFloat* c, QuarnFloat* d,
+                                QuarnFloat* zeror, QuarnFloat* zeroi, QuarnFloat* errest, Integer* ifail) {
   tesk::call_core("C02ALF", ifail, quartic_core, e, a, b, c, d, zeror, zeroi, errest);
 }

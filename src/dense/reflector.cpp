@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "src/frame/constants.h"
+#include "tesk2mp/tesk2mp.h"
 
 tesk::StandardForm::StandardForm(QuarnFloat& a, QuarnFloat& b, QuarnFloat& c, QuarnFloat& d) : cs(1), sn(0) {
   const QuarnFloat half(0.5);
@@ -29,12 +30,12 @@ tesk::StandardForm::StandardForm(QuarnFloat& a, QuarnFloat& b, QuarnFloat& c, Qu
   }
   const QuarnFloat scale = std::max(fabs(p), larger);
   QuarnFloat z = (p / scale) * p + (larger / scale) * smaller;
-  if (z >= 4 * x02ajf_()) {
+  if (z >= 4 * QuarnMP_x02ajf_()) {
     // Real eigenvalues.
     z = p + with_sign(sqrt(scale) * sqrt(z), p);
     a = d + z;
     d -= (larger / z) * smaller;
-    const QuarnFloat tau = a02abfn_(c, z);
+    const QuarnFloat tau = QuarnMP_a02abfn_(c, z);
     cs = z / tau;
     sn = c / tau;
     b -= c;
@@ -43,7 +44,7 @@ tesk::StandardForm::StandardForm(QuarnFloat& a, QuarnFloat& b, QuarnFloat& c, Qu
   }
   // Complex, or real and almost equal: make the diagonal equal.
   const QuarnFloat sigma = b + c;
-  const QuarnFloat tau = a02abfn_(sigma, difference);
+  const QuarnFloat tau = QuarnMP_a02abfn_(sigma, difference);
   cs = sqrt(half * (1 + fabs(sigma) / tau));
   sn = -(p / (tau * cs));
   if (signbit(sigma)) {

@@ -4,6 +4,8 @@
 #include <array>
 #include <string_view>
 
+#include "tesk2mp/dense.h"
+
 namespace {
 
 constexpr int kRows = 46;
@@ -61,7 +63,7 @@ int row_of(std::string_view name) {
 
 }  // namespace
 
-extern "C" void f07zaz_(Integer ispec, const char* name, Integer* ival, Integer rwflag, int name_length) {
+extern "C" void QuarnMP_f07zaz_(Integer ispec, const char* name, Integer* ival, Integer rwflag, int name_length) {
   if (ispec < 1 || ispec > kCells) {
     *ival = -1;
     return;
@@ -81,6 +83,6 @@ extern "C" void f07zaz_(Integer ispec, const char* name, Integer* ival, Integer 
 
 Integer tesk::tuning_value(TuningKind kind, const char* routine) noexcept {
   Integer value = 0;
-  f07zaz_(kind, routine, &value, 0, 6);
+  QuarnMP_f07zaz_(kind, routine, &value, 0, 6);
   return std::max<Integer>(value, 0);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "quarn/quarnfloat.h"
+#include "tesk2mp/dense.h"
 
 namespace tesk {
 
@@ -12,10 +13,3 @@ enum TuningKind : Integer { kBlockSize = 1, kMinimumBlock = 2, kCrossover = 3, k
 Integer tuning_value(TuningKind kind, const char* routine) noexcept;
 
 }  // namespace tesk
-
-extern "C" {
-
-/// Reads (rwflag 0) cell ispec of the row of the named routine into *ival, or writes it from *ival. *ival becomes -1
-/// when ispec is not in 1 ... 8, otherwise -2 when the name has no row.
-void f07zaz_(Integer ispec, const char* name, Integer* ival, Integer rwflag, int name_length);
-}

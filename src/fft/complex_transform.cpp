@@ -1,9 +1,9 @@
 // One complex sequence.
-#include "src/fft/complex_transform.h"
 
 #include "src/fft/complex_cores.h"
 #include "src/fft/complex_passes.h"
-#include "src/frame/classic.h"
+#include "src/frame/report.h"
+#include "tesk2mp/fft.h"
 
 namespace tesk {
 
@@ -52,15 +52,6 @@ void without_checks(const Engine& engine, const char* direct, int direct_length,
   *ifail = Integer(engine.transform(is_backward(Option(direct, direct_length)), x, {1, n, 1}, work));
 }
 
-using Core = void (*)(const char*, Complex*, Integer, Complex*, char*, Integer*, int, int);
-
-void classic_form(Core core, const char* direct, Complex* x, Integer n, Complex* work, Integer* ifail,
-                  int direct_length) {
-  call_core("C06PCF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
-    core(direct, x, n, work, message_buffer, outcome, direct_length, buffer_length);
-  });
-}
-
 }  // namespace
 }  // namespace tesk
 
@@ -70,70 +61,71 @@ using tesk::Option;
 
 extern "C" {
 
-void c06pcf_(const char* direct, Complex* x, const Integer* n, Complex* work, Integer* ifail, int direct_length) {
-  tesk::classic_form(c06pcfn_, direct, x, *n, work, ifail, direct_length);
-}
-
-void c06pcf_full_(const char* direct, Complex* x, const Integer* n, Complex* work, Integer* ifail, int direct_length) {
-  tesk::classic_form(c06pcfn_full_, direct, x, *n, work, ifail, direct_length);
-}
-
-void c06pcfn_(const char* direct, Complex* x, Integer n, Complex* work, char* message_buffer, Integer* ifail,
-              int direct_length, int /*buffer_length*/) {
+void QuarnMP_c06pcfn_(const char* direct, Complex* x, Integer n, Complex* work, char* message_buffer, Integer* ifail,
+                      int direct_length, int /*buffer_length*/) {
   tesk::single_transform({kClassicEngine, Option(direct, direct_length), message_buffer, ifail}, x, n, work);
 }
 
-void c06pcfn_full_(const char* direct, Complex* x, Integer n, Complex* work, char* message_buffer, Integer* ifail,
-                   int direct_length, int /*buffer_length*/) {
+void QuarnMPX_c06pcfn_(const char* direct, Complex* x, Integer n, Complex* work, char* message_buffer, Integer* ifail,
+                       int direct_length, int /*buffer_length*/) {
   tesk::single_transform({kFullEngine, Option(direct, direct_length), message_buffer, ifail}, x, n, work);
 }
 
-void c06pcqn_(const char* direct, Complex* x, Integer n, Complex* work, Integer* ifail, int direct_length) {
+void QuarnMP_c06pcqn_(const char* direct, Complex* x, Integer n, Complex* work, Integer* ifail, int direct_length) {
   tesk::without_checks(kClassicEngine, direct, direct_length, x, n, work, ifail);
 }
 
-void c06pcqn_full_(const char* direct, Complex* x, Integer n, Complex* work, Integer* ifail, int direct_length) {
+void QuarnMPX_c06pcqn_(const char* direct, Complex* x, Integer n, Complex* work, Integer* ifail, int direct_length) {
   tesk::without_checks(kFullEngine, direct, direct_length, x, n, work, ifail);
 }
 
-void c06pczn_(const char* direct, Integer n, Complex* x, Complex* work, Integer* ifail, int direct_length) {
+void QuarnMP_c06pczn_(const char* direct, Integer n, Complex* x, Complex* work, Integer* ifail, int direct_length) {
   tesk::without_checks(kClassicEngine, direct, direct_length, x, n, work, ifail);
 }
 
-void c06pczn_full_(const char* direct, Integer n, Complex* x, Complex* work, Integer* ifail, int direct_length) {
+void QuarnMPX_c06pczn_(const char* direct, Integer n, Complex* x, Complex* work, Integer* ifail, int direct_length) {
   tesk::without_checks(kFullEngine, direct, direct_length, x, n, work, ifail);
 }
 
-void c06ncwn_(Integer n, Complex* x, Complex* scratch, const Complex* table, Integer count, const Integer* factors) {
+void QuarnMP_c06ncwn_(Integer n, Complex* x, Complex* scratch, const Complex* table, Integer count,
+                      const Integer* factors) {
   tesk::passes_and_scaling(kClassicEngine, n, x, scratch, table, count, factors);
 }
 
-void c06ncwn_full_(Integer n, Complex* x, Complex* scratch, const Complex* table, Integer count,
-                   const Integer* factors) {
+void QuarnMPX_c06ncwn_(Integer n, Complex* x, Complex* scratch, const Complex* table, Integer count,
+                       const Integer* factors) {
   tesk::passes_and_scaling(kFullEngine, n, x, scratch, table, count, factors);
 }
 
-void c06ncvn_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {
+void QuarnMP_c06ncvn_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {
   tesk::pass2({length, blocks, 1}, source, target, table);
 }
 
-void c06ncun_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {
+void QuarnMPX_c06ncvn_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {
+  QuarnMP_c06ncvn_(length, blocks, source, target, table);
+}
+
+void QuarnMP_c06ncun_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {
   tesk::pass3({length, blocks, 1}, source, target, table, kClassicEngine.constants);
 }
 
-void c06ncun_full_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {
+void QuarnMPX_c06ncun_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {
   tesk::pass3({length, blocks, 1}, source, target, table, kFullEngine.constants);
 }
 
-void c06nctn_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {
+void QuarnMP_c06nctn_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {
   tesk::pass4({length, blocks, 1}, source, target, table);
 }
 
-void c06ncsn_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {
+void QuarnMPX_c06nctn_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {
+  QuarnMP_c06nctn_(length, blocks, source, target, table);
+}
+
+void QuarnMP_c06ncsn_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {
   tesk::pass5({length, blocks, 1}, source, target, table, kClassicEngine.constants);
 }
 
-void c06ncsn_full_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {
+void QuarnMPX_c06ncsn_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {
   tesk::pass5({length, blocks, 1}, source, target, table, kFullEngine.constants);
 }
 }

@@ -3,8 +3,8 @@
 #include <cstdint>
 
 #include "src/fft/complex_cores.h"
-#include "src/fft/complex_transform.h"
-#include "src/frame/classic.h"
+#include "src/frame/report.h"
+#include "tesk2mp/fft.h"
 
 namespace tesk {
 namespace {
@@ -141,73 +141,42 @@ using tesk::Option;
 
 extern "C" {
 
-void c06pff_(const char* direct, const Integer* ndim, const Integer* l, const Integer* nd, const Integer* n, Complex* x,
-             Complex* work, const Integer* lwork, Integer* ifail, int direct_length) {
-  tesk::call_core("C06PFF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
-    c06pffn_(tesk::kTransform, direct, *ndim, *l, nd, *n, x, work, *lwork, message_buffer, outcome, direct_length,
-             buffer_length);
-  });
-}
-
-void c06pffn_(Integer query, const char* direct, Integer ndim, Integer l, const Integer* nd, Integer n, Complex* x,
-              Complex* work, Integer lwork, char* message_buffer, Integer* ifail, int direct_length,
-              int /*buffer_length*/) {
+void QuarnMP_c06pffn_(Integer query, const char* direct, Integer ndim, Integer l, const Integer* nd, Integer n,
+                      Complex* x, Complex* work, Integer lwork, char* message_buffer, Integer* ifail, int direct_length,
+                      int /*buffer_length*/) {
   tesk::transform_one_dimension({kClassicEngine, Option(direct, direct_length), message_buffer, ifail},
                                 {is_query(query), ndim, nd, n, lwork}, l, x, work);
 }
 
-void c06pfzn_(const char* direct, Complex* x, Integer before, Integer n, Integer after, Complex* work, Integer* ifail,
-              int direct_length) {
+void QuarnMP_c06pfzn_(const char* direct, Complex* x, Integer before, Integer n, Integer after, Complex* work,
+                      Integer* ifail, int direct_length) {
   *ifail = Integer(
       tesk::transform_view(kClassicEngine, is_backward(Option(direct, direct_length)), x, {before, n, after}, work));
 }
 
-void c06pjf_(const char* direct, const Integer* ndim, const Integer* nd, const Integer* n, Complex* x, Complex* work,
-             const Integer* lwork, Integer* ifail, int direct_length) {
-  tesk::call_core("C06PJF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
-    c06pjfn_(tesk::kTransform, direct, *ndim, nd, *n, x, work, *lwork, message_buffer, outcome, direct_length,
-             buffer_length);
-  });
-}
-
-void c06pjfn_(Integer query, const char* direct, Integer ndim, const Integer* nd, Integer n, Complex* x, Complex* work,
-              Integer lwork, char* message_buffer, Integer* ifail, int direct_length, int /*buffer_length*/) {
+void QuarnMP_c06pjfn_(Integer query, const char* direct, Integer ndim, const Integer* nd, Integer n, Complex* x,
+                      Complex* work, Integer lwork, char* message_buffer, Integer* ifail, int direct_length,
+                      int /*buffer_length*/) {
   tesk::transform_all_dimensions({kClassicEngine, Option(direct, direct_length), message_buffer, ifail},
                                  {is_query(query), ndim, nd, n, lwork}, x, work);
 }
 
-void c06pff_full_(const char* direct, const Integer* ndim, const Integer* l, const Integer* nd, const Integer* n,
-                  Complex* x, Complex* work, const Integer* lwork, Integer* ifail, int direct_length) {
-  tesk::call_core("C06PFF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
-    c06pffn_full_(tesk::kTransform, direct, *ndim, *l, nd, *n, x, work, *lwork, message_buffer, outcome, direct_length,
-                  buffer_length);
-  });
-}
-
-void c06pffn_full_(Integer query, const char* direct, Integer ndim, Integer l, const Integer* nd, Integer n, Complex* x,
-                   Complex* work, Integer lwork, char* message_buffer, Integer* ifail, int direct_length,
-                   int /*buffer_length*/) {
+void QuarnMPX_c06pffn_(Integer query, const char* direct, Integer ndim, Integer l, const Integer* nd, Integer n,
+                       Complex* x, Complex* work, Integer lwork, char* message_buffer, Integer* ifail,
+                       int direct_length, int /*buffer_length*/) {
   tesk::transform_one_dimension({kFullEngine, Option(direct, direct_length), message_buffer, ifail},
                                 {is_query(query), ndim, nd, n, lwork}, l, x, work);
 }
 
-void c06pfzn_full_(const char* direct, Complex* x, Integer before, Integer n, Integer after, Complex* work,
-                   Integer* ifail, int direct_length) {
+void QuarnMPX_c06pfzn_(const char* direct, Complex* x, Integer before, Integer n, Integer after, Complex* work,
+                       Integer* ifail, int direct_length) {
   *ifail = Integer(
       tesk::transform_view(kFullEngine, is_backward(Option(direct, direct_length)), x, {before, n, after}, work));
 }
 
-void c06pjf_full_(const char* direct, const Integer* ndim, const Integer* nd, const Integer* n, Complex* x,
-                  Complex* work, const Integer* lwork, Integer* ifail, int direct_length) {
-  tesk::call_core("C06PJF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
-    c06pjfn_full_(tesk::kTransform, direct, *ndim, nd, *n, x, work, *lwork, message_buffer, outcome, direct_length,
-                  buffer_length);
-  });
-}
-
-void c06pjfn_full_(Integer query, const char* direct, Integer ndim, const Integer* nd, Integer n, Complex* x,
-                   Complex* work, Integer lwork, char* message_buffer, Integer* ifail, int direct_length,
-                   int /*buffer_length*/) {
+void QuarnMPX_c06pjfn_(Integer query, const char* direct, Integer ndim, const Integer* nd, Integer n, Complex* x,
+                       Complex* work, Integer lwork, char* message_buffer, Integer* ifail, int direct_length,
+                       int /*buffer_length*/) {
   tesk::transform_all_dimensions({kFullEngine, Option(direct, direct_length), message_buffer, ifail},
                                  {is_query(query), ndim, nd, n, lwork}, x, work);
 }

@@ -1,7 +1,7 @@
 // Several complex sequences of one length.
 #include "src/fft/complex_cores.h"
-#include "src/fft/complex_transform.h"
-#include "src/frame/classic.h"
+#include "src/frame/report.h"
+#include "tesk2mp/fft.h"
 
 namespace tesk {
 
@@ -32,15 +32,6 @@ void multiple_transform(const Call& call, Sequences sequences, Integer m, Intege
 
 namespace {
 
-using Core = void (*)(const char*, Integer, Integer, Complex*, Complex*, char*, Integer*, int, int);
-
-void classic_form(Core core, const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
-                  int direct_length) {
-  call_core("C06PRF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
-    core(direct, m, n, x, work, message_buffer, outcome, direct_length, buffer_length);
-  });
-}
-
 /// The passes and the scaling alone.
 Status forward_prepared(const Engine& engine, Integer m, Integer n, Complex* x, Complex* work) {
   return engine.transform_prepared(false, x, {m, n, 1}, work);
@@ -57,112 +48,108 @@ using tesk::Sequences;
 
 extern "C" {
 
-void c06prf_(const char* direct, const Integer* m, const Integer* n, Complex* x, Complex* work, Integer* ifail,
-             int direct_length) {
-  tesk::classic_form(c06prfn_, direct, *m, *n, x, work, ifail, direct_length);
-}
-
-void c06prf_full_(const char* direct, const Integer* m, const Integer* n, Complex* x, Complex* work, Integer* ifail,
-                  int direct_length) {
-  tesk::classic_form(c06prfn_full_, direct, *m, *n, x, work, ifail, direct_length);
-}
-
-void c06prfn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, char* message_buffer, Integer* ifail,
-              int direct_length, int /*buffer_length*/) {
+void QuarnMP_c06prfn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, char* message_buffer,
+                      Integer* ifail, int direct_length, int /*buffer_length*/) {
   tesk::multiple_transform({kClassicEngine, Option(direct, direct_length), message_buffer, ifail},
                            Sequences::interleaved, m, n, x, work);
 }
 
-void c06prfn_full_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, char* message_buffer,
-                   Integer* ifail, int direct_length, int /*buffer_length*/) {
+void QuarnMPX_c06prfn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, char* message_buffer,
+                       Integer* ifail, int direct_length, int /*buffer_length*/) {
   tesk::multiple_transform({kFullEngine, Option(direct, direct_length), message_buffer, ifail}, Sequences::interleaved,
                            m, n, x, work);
 }
 
-void c06prqn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail, int direct_length) {
+void QuarnMP_c06prqn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                      int direct_length) {
   *ifail = Integer(kClassicEngine.transform(is_backward(Option(direct, direct_length)), x,
                                             view_of(Sequences::interleaved, m, n), work));
 }
 
-void c06prqn_full_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
-                   int direct_length) {
+void QuarnMPX_c06prqn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                       int direct_length) {
   *ifail = Integer(kFullEngine.transform(is_backward(Option(direct, direct_length)), x,
                                          view_of(Sequences::interleaved, m, n), work));
 }
 
-void c06przn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail, int direct_length) {
+void QuarnMP_c06przn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                      int direct_length) {
   *ifail = Integer(kClassicEngine.transform(is_backward(Option(direct, direct_length)), x,
                                             view_of(Sequences::interleaved, m, n), work));
 }
 
-void c06przn_full_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
-                   int direct_length) {
+void QuarnMPX_c06przn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                       int direct_length) {
   *ifail = Integer(kFullEngine.transform(is_backward(Option(direct, direct_length)), x,
                                          view_of(Sequences::interleaved, m, n), work));
 }
 
-void c06prxn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail, int direct_length) {
+void QuarnMP_c06prxn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                      int direct_length) {
   *ifail = Integer(kClassicEngine.transform_prepared(is_backward(Option(direct, direct_length)), x,
                                                      view_of(Sequences::interleaved, m, n), work));
 }
 
-void c06prxn_full_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
-                   int direct_length) {
+void QuarnMPX_c06prxn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                       int direct_length) {
   *ifail = Integer(kFullEngine.transform_prepared(is_backward(Option(direct, direct_length)), x,
                                                   view_of(Sequences::interleaved, m, n), work));
 }
 
-void c06prwn_(const char* /*direct*/, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
-              int /*direct_length*/) {
+void QuarnMP_c06prwn_(const char* /*direct*/, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                      int /*direct_length*/) {
   *ifail = Integer(tesk::forward_prepared(kClassicEngine, m, n, x, work));
 }
 
-void c06prwn_full_(const char* /*direct*/, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
-                   int /*direct_length*/) {
+void QuarnMPX_c06prwn_(const char* /*direct*/, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                       int /*direct_length*/) {
   *ifail = Integer(tesk::forward_prepared(kFullEngine, m, n, x, work));
 }
 
-void c06psfn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, char* message_buffer, Integer* ifail,
-              int direct_length, int /*buffer_length*/) {
+void QuarnMP_c06psfn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, char* message_buffer,
+                      Integer* ifail, int direct_length, int /*buffer_length*/) {
   tesk::multiple_transform({kClassicEngine, Option(direct, direct_length), message_buffer, ifail},
                            Sequences::contiguous, m, n, x, work);
 }
 
-void c06psfn_full_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, char* message_buffer,
-                   Integer* ifail, int direct_length, int /*buffer_length*/) {
+void QuarnMPX_c06psfn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, char* message_buffer,
+                       Integer* ifail, int direct_length, int /*buffer_length*/) {
   tesk::multiple_transform({kFullEngine, Option(direct, direct_length), message_buffer, ifail}, Sequences::contiguous,
                            m, n, x, work);
 }
 
-void c06psqn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail, int direct_length) {
+void QuarnMP_c06psqn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                      int direct_length) {
   *ifail = Integer(kClassicEngine.transform(is_backward(Option(direct, direct_length)), x,
                                             view_of(Sequences::contiguous, m, n), work));
 }
 
-void c06psqn_full_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
-                   int direct_length) {
+void QuarnMPX_c06psqn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                       int direct_length) {
   *ifail = Integer(
       kFullEngine.transform(is_backward(Option(direct, direct_length)), x, view_of(Sequences::contiguous, m, n), work));
 }
 
-void c06pszn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail, int direct_length) {
+void QuarnMP_c06pszn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                      int direct_length) {
   *ifail = Integer(kClassicEngine.transform(is_backward(Option(direct, direct_length)), x,
                                             view_of(Sequences::contiguous, m, n), work));
 }
 
-void c06pszn_full_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
-                   int direct_length) {
+void QuarnMPX_c06pszn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                       int direct_length) {
   *ifail = Integer(
       kFullEngine.transform(is_backward(Option(direct, direct_length)), x, view_of(Sequences::contiguous, m, n), work));
 }
 
-void c06psxn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail, int direct_length) {
+void QuarnMP_c06psxn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                      int direct_length) {
   *ifail = Integer(kClassicEngine.transform_prepared(is_backward(Option(direct, direct_length)), x,
                                                      view_of(Sequences::contiguous, m, n), work));
 }
 
-void c06psxn_full_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
-                   int direct_length) {
+void QuarnMPX_c06psxn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
+                       int direct_length) {
   *ifail = Integer(kFullEngine.transform_prepared(is_backward(Option(direct, direct_length)), x,
                                                   view_of(Sequences::contiguous, m, n), work));
 }

@@ -6,6 +6,7 @@
 #include "src/fft/even_radix.h"
 #include "src/fft/general_radix.h"
 #include "src/fft/odd_radix.h"
+#include "tesk2mp/fft.h"
 
 namespace tesk {
 namespace {
@@ -89,19 +90,19 @@ void backward_passes(QuarnFloat* x, Integer n, const Integer* radices, const Con
 
 extern "C" {
 
-void c06eawn_(QuarnFloat* x, Integer n, Integer* radices) {
+void QuarnMP_c06eawn_(QuarnFloat* x, Integer n, Integer* radices) {
   tesk::forward_passes(x, n, radices, tesk::Constants(tesk::Accuracy::classic));
 }
 
-void c06ebwn_(QuarnFloat* x, Integer n, Integer* radices) {
+void QuarnMP_c06ebwn_(QuarnFloat* x, Integer n, Integer* radices) {
   tesk::backward_passes(x, n, radices, tesk::Constants(tesk::Accuracy::classic));
 }
 
-void c06eawn_full_(QuarnFloat* x, Integer n, Integer* radices) {
+void QuarnMPX_c06eawn_(QuarnFloat* x, Integer n, Integer* radices) {
   tesk::forward_passes(x, n, radices, tesk::Constants(tesk::Accuracy::full));
 }
 
-void c06ebwn_full_(QuarnFloat* x, Integer n, Integer* radices) {
+void QuarnMPX_c06ebwn_(QuarnFloat* x, Integer n, Integer* radices) {
   tesk::backward_passes(x, n, radices, tesk::Constants(tesk::Accuracy::full));
 }
 }

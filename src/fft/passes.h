@@ -2,6 +2,7 @@
 #pragma once
 
 #include "src/fft/twiddles.h"
+#include "tesk2mp/fft.h"
 
 namespace tesk {
 
@@ -14,11 +15,3 @@ void forward_passes(QuarnFloat* x, Integer n, const Integer* radices, const Cons
 void backward_passes(QuarnFloat* x, Integer n, const Integer* radices, const Constants& constants);
 
 }  // namespace tesk
-
-extern "C" {
-
-void c06eawn_(QuarnFloat* x, Integer n, Integer* radices);
-void c06ebwn_(QuarnFloat* x, Integer n, Integer* radices);
-void c06eawn_full_(QuarnFloat* x, Integer n, Integer* radices);
-void c06ebwn_full_(QuarnFloat* x, Integer n, Integer* radices);
-}

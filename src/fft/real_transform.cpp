@@ -1,8 +1,7 @@
-#include "src/fft/real_transform.h"
-
 #include "src/fft/digit_reverse.h"
 #include "src/fft/passes.h"
-#include "src/frame/classic.h"
+#include "src/frame/report.h"
+#include "tesk2mp/fft.h"
 
 namespace tesk {
 namespace {
@@ -48,47 +47,28 @@ void transform(const Constants& constants, QuarnFloat* x, Integer n, QuarnFloat*
 constexpr Constants kClassic(Accuracy::classic);
 constexpr Constants kFull(Accuracy::full);
 
-using Core = void (*)(QuarnFloat*, Integer, QuarnFloat*, char*, Integer*, int);
-
-void classic_form(const char* routine, Core core, QuarnFloat* x, Integer n, QuarnFloat* work, Integer* ifail) {
-  y90udf_(work, n);
-  call_core(routine, ifail, core, x, n, work);
-}
-
 }  // namespace
 }  // namespace tesk
 
 extern "C" {
 
-void c06fafn_(QuarnFloat* x, Integer n, QuarnFloat* work, char* message_buffer, Integer* ifail, int /*length*/) {
+void QuarnMP_c06fafn_(QuarnFloat* x, Integer n, QuarnFloat* work, char* message_buffer, Integer* ifail,
+                      int /*length*/) {
   tesk::transform<tesk::Direction::forward>(tesk::kClassic, x, n, work, message_buffer, ifail);
 }
 
-void c06fbfn_(QuarnFloat* x, Integer n, QuarnFloat* work, char* message_buffer, Integer* ifail, int /*length*/) {
+void QuarnMP_c06fbfn_(QuarnFloat* x, Integer n, QuarnFloat* work, char* message_buffer, Integer* ifail,
+                      int /*length*/) {
   tesk::transform<tesk::Direction::backward>(tesk::kClassic, x, n, work, message_buffer, ifail);
 }
 
-void c06fafn_full_(QuarnFloat* x, Integer n, QuarnFloat* work, char* message_buffer, Integer* ifail, int /*length*/) {
+void QuarnMPX_c06fafn_(QuarnFloat* x, Integer n, QuarnFloat* work, char* message_buffer, Integer* ifail,
+                       int /*length*/) {
   tesk::transform<tesk::Direction::forward>(tesk::kFull, x, n, work, message_buffer, ifail);
 }
 
-void c06fbfn_full_(QuarnFloat* x, Integer n, QuarnFloat* work, char* message_buffer, Integer* ifail, int /*length*/) {
+void QuarnMPX_c06fbfn_(QuarnFloat* x, Integer n, QuarnFloat* work, char* message_buffer, Integer* ifail,
+                       int /*length*/) {
   tesk::transform<tesk::Direction::backward>(tesk::kFull, x, n, work, message_buffer, ifail);
-}
-
-void c06faf_(QuarnFloat* x, Integer* n, QuarnFloat* work, Integer* ifail) {
-  tesk::classic_form("C06FAF", c06fafn_, x, *n, work, ifail);
-}
-
-void c06fbf_(QuarnFloat* x, Integer* n, QuarnFloat* work, Integer* ifail) {
-  tesk::classic_form("C06FBF", c06fbfn_, x, *n, work, ifail);
-}
-
-void c06faf_full_(QuarnFloat* x, Integer* n, QuarnFloat* work, Integer* ifail) {
-  tesk::classic_form("C06FAF", c06fafn_full_, x, *n, work, ifail);
-}
-
-void c06fbf_full_(QuarnFloat* x, Integer* n, QuarnFloat* work, Integer* ifail) {
-  tesk::classic_form("C06FBF", c06fbfn_full_, x, *n, work, ifail);
 }
 }

@@ -1,10 +1,9 @@
-#include "src/frame/banner.h"
-
 #include "src/frame/failure.h"
+#include "tesk2mp/tesk2mp.h"
 
 namespace {
 
-// All twenty records belong to the table of implementation details; a00aafn_ shows the head and the end of it.
+// All twenty records belong to the table of implementation details; QuarnMP_a00aafn_ shows the head and the end of it.
 constexpr const char* kRecords[20] = {
     " *** Start of Tesk Library implementation details ***",
     " ",
@@ -31,7 +30,7 @@ constexpr int kShownHead = 7;
 
 }  // namespace
 
-extern "C" void a00aafn_() {
+extern "C" void QuarnMP_a00aafn_() {
   Integer unit = 0;
   tesk::advisory_unit(0, unit);
   for (int i = 0; i < kShownHead; ++i) {

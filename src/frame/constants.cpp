@@ -2,6 +2,8 @@
 
 #include <limits>
 
+#include "tesk2mp/tesk2mp.h"
+
 namespace {
 
 // The model's exponent range is that of the oldest hosts; QuarnFloat itself reaches further.
@@ -31,13 +33,13 @@ QuarnFloat Constants::quarter_sqrt5() const {
 
 extern "C" {
 
-QuarnFloat x01aaf_() { return tesk::Constants(tesk::Accuracy::classic).pi(); }
-QuarnFloat x01aaf_full_() { return tesk::Constants(tesk::Accuracy::full).pi(); }
-QuarnFloat x02ajf_() { return {1, -QuarnDigits()}; }
-QuarnFloat x02akf_() { return {1, -kModelExponent}; }
-QuarnFloat x02alf_() { return {1, kModelExponent}; }
-QuarnFloat x02amf_() { return x02akf_(); }
-Integer x02bhf_() { return 10; }
+QuarnFloat QuarnMP_x01aaf_() { return tesk::Constants(tesk::Accuracy::classic).pi(); }
+QuarnFloat QuarnMPX_x01aaf_() { return tesk::Constants(tesk::Accuracy::full).pi(); }
+QuarnFloat QuarnMP_x02ajf_() { return {1, -QuarnDigits()}; }
+QuarnFloat QuarnMP_x02akf_() { return {1, -kModelExponent}; }
+QuarnFloat QuarnMP_x02alf_() { return {1, kModelExponent}; }
+QuarnFloat QuarnMP_x02amf_() { return QuarnMP_x02akf_(); }
+Integer QuarnMP_x02bhf_() { return 10; }
 
 Integer x02bbfn_(QuarnFloat /*x*/) { return std::numeric_limits<Integer>::max(); }
 Integer x02befn_(QuarnFloat /*x*/) { return QuarnDigits(); }

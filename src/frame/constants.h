@@ -2,6 +2,7 @@
 #pragma once
 
 #include "quarn/quarnfloat.h"
+#include "tesk2mp/tesk2mp.h"
 
 namespace tesk {
 
@@ -30,14 +31,6 @@ class Constants {
 }  // namespace tesk
 
 extern "C" {
-
-QuarnFloat x01aaf_();
-QuarnFloat x01aaf_full_();
-QuarnFloat x02ajf_();
-QuarnFloat x02akf_();
-QuarnFloat x02alf_();
-QuarnFloat x02amf_();
-Integer x02bhf_();
 
 /// The largest Integer; the argument only stands for the type in question.
 Integer x02bbfn_(QuarnFloat x);

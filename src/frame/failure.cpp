@@ -6,6 +6,8 @@
 #include <utility>
 
 #include "quarn/quarnconsole.h"
+#include "tesk2mp/failure.h"
+#include "tesk2mp/tesk2mp.h"
 
 namespace tesk {
 namespace {
@@ -29,7 +31,7 @@ const QuarnFailureHandler* failure_handler = nullptr;
 Integer error_unit() {
   Integer read = 0;
   Integer unit = 0;
-  x04aaf_(&read, &unit);
+  QuarnMP_x04aaf_(&read, &unit);
   return unit;
 }
 
@@ -90,12 +92,12 @@ void write_message_record(Integer unit, const char* text) {
 
 extern "C" {
 
-const QuarnFailureHandler* failure_handler_(const QuarnFailureHandler* handler) {
+const QuarnFailureHandler* QuarnMPX_failure_handler(const QuarnFailureHandler* handler) {
   return std::exchange(tesk::failure_handler, handler);
 }
 
-Integer p01abfn_(Integer ifail, Integer ierror, const char* srname, Integer nrec, const char* rec, int /*srname_len*/,
-                 int rec_len) {
+Integer QuarnMP_p01abfn_(Integer ifail, Integer ierror, const char* srname, Integer nrec, const char* rec,
+                         int /*srname_len*/, int rec_len) {
   if (ierror == 0) {
     return 0;
   }
@@ -103,8 +105,8 @@ Integer p01abfn_(Integer ifail, Integer ierror, const char* srname, Integer nrec
   return tesk::end_routine(ifail, ierror, nrec, rec, rec_len, line);
 }
 
-Integer p01acfn_(Integer ifail, Integer ierror, const char* srname, const char* varname, Integer nrec, const char* rec,
-                 int /*srname_len*/, int varname_len, int rec_len) {
+Integer QuarnMP_p01acfn_(Integer ifail, Integer ierror, const char* srname, const char* varname, Integer nrec,
+                         const char* rec, int /*srname_len*/, int varname_len, int rec_len) {
   if (ierror == 0) {
     return 0;
   }

@@ -12,25 +12,7 @@
 
 #include "quarn/quarnfloat.h"
 #include "tesk2mp/failure.h"
-
-extern "C" {
-
-/// Reports the failure number ierror (0: success) as ifail asks and returns it, if it returns. `rec` is the first of
-/// nrec records of text that lie rec_len characters apart, each printed up to its NUL. srname_len is not used.
-Integer p01abfn_(Integer ifail, Integer ierror, const char* srname, Integer nrec, const char* rec, int srname_len,
-                 int rec_len);
-
-/// The same, naming a variable in the closing line: varname without its trailing blanks, of at most varname_len
-/// characters. A blank name leaves the value out as well.
-Integer p01acfn_(Integer ifail, Integer ierror, const char* srname, const char* varname, Integer nrec, const char* rec,
-                 int srname_len, int varname_len, int rec_len);
-
-/// iflag 0 reads the error-message unit into *nerr, iflag 1 sets it from *nerr, anything else does nothing.
-void x04aaf_(Integer* iflag, Integer* nerr);
-
-/// Sets who is told of failures instead of the console; see the public header.
-const QuarnFailureHandler* failure_handler_(const QuarnFailureHandler* handler);
-}
+#include "tesk2mp/tesk2mp.h"
 
 namespace tesk {
 

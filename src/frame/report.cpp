@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "src/frame/failure.h"
+#include "tesk2mp/tesk2mp.h"
 
 namespace tesk {
 
@@ -19,7 +20,7 @@ Report::~Report() {
     *ifail_ = ierror_;
     return;
   }
-  *ifail_ = p01abfn_(*ifail_, ierror_, routine_, 1, record_, 6, kRecordLength);
+  *ifail_ = QuarnMP_p01abfn_(*ifail_, ierror_, routine_, 1, record_, 6, kRecordLength);
 }
 
 void Report::record_failure(Integer ierror, Integer label, const char* message, const QFArgument* values,

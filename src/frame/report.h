@@ -1,6 +1,6 @@
 // How a core routine reports: written once, so that a routine is its checks and its mathematics.
 //
-//   void c06fafn_(..., char* message_buffer, Integer* ifail, int) {
+//   void QuarnMP_c06fafn_(..., char* message_buffer, Integer* ifail, int) {
 //     Report report("C06FAF", message_buffer, ifail);
 //     if (n <= 1) {
 //       return report.fail(3, 99999, " ** On entry, N .le. 1: N =%16ld.", n);

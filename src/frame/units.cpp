@@ -1,5 +1,6 @@
 // The two stored unit numbers. They only tell silence (negative) from the host console (anything else).
 #include "src/frame/failure.h"
+#include "tesk2mp/tesk2mp.h"
 
 namespace {
 
@@ -16,6 +17,6 @@ void read_or_set(Integer& stored, Integer iflag, Integer& unit) noexcept {
 
 }  // namespace
 
-extern "C" void x04aaf_(Integer* iflag, Integer* nerr) { read_or_set(error_message_unit, *iflag, *nerr); }
+extern "C" void QuarnMP_x04aaf_(Integer* iflag, Integer* nerr) { read_or_set(error_message_unit, *iflag, *nerr); }
 
 void tesk::advisory_unit(Integer iflag, Integer& unit) noexcept { read_or_set(advisory_message_unit, iflag, unit); }

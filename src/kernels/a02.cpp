@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "src/frame/constants.h"
+#include "tesk2mp/tesk2mp.h"
 
 namespace {
 
@@ -16,9 +17,9 @@ void square_root(const QuarnFloat& xr, const QuarnFloat& xi, QuarnFloat* yr, Qua
   if (a > 1) {
     // Halved operands keep the modulus from overflowing.
     const QuarnFloat half(0.5);
-    s = sqrt(half * a + a02abfn_(half * xr, half * xi));
+    s = sqrt(half * a + QuarnMP_a02abfn_(half * xr, half * xi));
   } else {
-    s = Constants(accuracy).sqrt_half() * sqrt(a + a02abfn_(xr, xi));
+    s = Constants(accuracy).sqrt_half() * sqrt(a + QuarnMP_a02abfn_(xr, xi));
   }
   QuarnFloat t = xi;
   if (xi != 0) {
@@ -55,19 +56,15 @@ void tesk::divide(const QuarnFloat& xr, const QuarnFloat& xi, const QuarnFloat& 
 
 extern "C" {
 
-void a02aafn_(QuarnFloat xr, QuarnFloat xi, QuarnFloat* yr, QuarnFloat* yi) {
+void QuarnMP_a02aafn_(QuarnFloat xr, QuarnFloat xi, QuarnFloat* yr, QuarnFloat* yi) {
   square_root(xr, xi, yr, yi, Accuracy::classic);
 }
 
-void a02aafn_full_(QuarnFloat xr, QuarnFloat xi, QuarnFloat* yr, QuarnFloat* yi) {
+void QuarnMPX_a02aafn_(QuarnFloat xr, QuarnFloat xi, QuarnFloat* yr, QuarnFloat* yi) {
   square_root(xr, xi, yr, yi, Accuracy::full);
 }
 
-void a02aaf_(QuarnFloat* xr, QuarnFloat* xi, QuarnFloat* yr, QuarnFloat* yi) { a02aafn_(*xr, *xi, yr, yi); }
-
-void a02aaf_full_(QuarnFloat* xr, QuarnFloat* xi, QuarnFloat* yr, QuarnFloat* yi) { a02aafn_full_(*xr, *xi, yr, yi); }
-
-QuarnFloat a02abfn_(QuarnFloat xr, QuarnFloat xi) {
+QuarnFloat QuarnMP_a02abfn_(QuarnFloat xr, QuarnFloat xi) {
   QuarnFloat a = fabs(std::move(xr));
   QuarnFloat b = fabs(std::move(xi));
   if (b > a) {
@@ -80,7 +77,7 @@ QuarnFloat a02abfn_(QuarnFloat xr, QuarnFloat xi) {
   return a * sqrt(1 + t * t);
 }
 
-void a02acfn_(QuarnFloat xr, QuarnFloat xi, QuarnFloat yr, QuarnFloat yi, QuarnFloat* zr, QuarnFloat* zi) {
+void QuarnMP_a02acfn_(QuarnFloat xr, QuarnFloat xi, QuarnFloat yr, QuarnFloat yi, QuarnFloat* zr, QuarnFloat* zi) {
   tesk::divide(xr, xi, yr, yi, zr, zi);
 }
 }

@@ -1,6 +1,5 @@
-#include "src/kernels/entries1.h"
-
 #include "src/kernels/level1.h"
+#include "tesk2mp/kernels.h"
 
 namespace {
 
@@ -20,7 +19,7 @@ void scaled_copy(Integer n, const T& alpha, T* x, Integer incx, T* y, Integer in
 
 extern "C" {
 
-void f06aaf_(QuarnFloat* a, QuarnFloat* b, QuarnFloat* c, QuarnFloat* s) {
+void QuarnMP_f06aaf_(QuarnFloat* a, QuarnFloat* b, QuarnFloat* c, QuarnFloat* s) {
   const QuarnFloat scale = fabs(*a) + fabs(*b);
   if (scale == 0) {
     *c = 1;
@@ -42,26 +41,26 @@ void f06aaf_(QuarnFloat* a, QuarnFloat* b, QuarnFloat* c, QuarnFloat* s) {
   *a = std::move(r);
 }
 
-void f06caf_(Integer n, QuarnFloat alpha, Complex* x, Integer incx) {
+void QuarnMP_f06caf_(Integer n, QuarnFloat alpha, Complex* x, Integer incx) {
   tesk::scale(n, alpha, VectorView<Complex>::of(x, n, incx));
 }
 
-QuarnFloat f06ejf_(Integer n, QuarnFloat* x, Integer incx) {
+QuarnFloat QuarnMP_f06ejf_(Integer n, QuarnFloat* x, Integer incx) {
   QuarnFloat scale;
   QuarnFloat sumsq(1);
   tesk::add_squares(n, VectorView<QuarnFloat>::of(x, n, incx), scale, sumsq);
   return scale * sqrt(sumsq);
 }
 
-void f06fdf_(Integer n, QuarnFloat alpha, QuarnFloat* x, Integer incx, QuarnFloat* y, Integer incy) {
+void QuarnMP_f06fdf_(Integer n, QuarnFloat alpha, QuarnFloat* x, Integer incx, QuarnFloat* y, Integer incy) {
   scaled_copy(n, alpha, x, incx, y, incy);
 }
 
-void f06hdf_(Integer n, Complex alpha, Complex* x, Integer incx, Complex* y, Integer incy) {
+void QuarnMP_f06hdf_(Integer n, Complex alpha, Complex* x, Integer incx, Complex* y, Integer incy) {
   scaled_copy(n, alpha, x, incx, y, incy);
 }
 
-void f06jjf_(Integer n, Complex* x, Integer incx, Complex* y, Integer incy) {
+void QuarnMP_f06jjf_(Integer n, Complex* x, Integer incx, Complex* y, Integer incy) {
   tesk::copy(n, VectorView<Complex>::of(x, n, incx), VectorView<Complex>::of(y, n, incy));
 }
 }

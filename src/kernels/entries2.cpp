@@ -4,6 +4,7 @@
 
 #include "src/kernels/entries.h"
 #include "src/kernels/level2.h"
+#include "tesk2mp/kernels.h"
 
 namespace tesk {
 namespace {
@@ -62,95 +63,50 @@ void rank_one(const char* routine, Op op, Integer m, Integer n, const T& alpha, 
 
 extern "C" {
 
-void f06paf_ENTRY(int, const char* trans, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda,
-                  QuarnFloat* x, Integer incx, QuarnFloat beta, QuarnFloat* y, Integer incy, int) {
+void QuarnMP_f06paf_ENTRY(int, const char* trans, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda,
+                          QuarnFloat* x, Integer incx, QuarnFloat beta, QuarnFloat* y, Integer incy, int) {
   tesk::matrix_vector("F06PAF/DGEMV ", trans, m, n, alpha, a, lda, x, incx, beta, y, incy);
 }
 
-void f06paf_(const char* trans, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* x,
-             Integer incx, QuarnFloat beta, QuarnFloat* y, Integer incy, int) {
-  f06paf_ENTRY(0, trans, m, n, std::move(alpha), a, lda, x, incx, std::move(beta), y, incy, 1);
-}
-
-void f06pff_ENTRY(int, const char* uplo, const char* trans, const char* diag, Integer n, QuarnFloat* a, Integer lda,
-                  QuarnFloat* x, Integer incx, int, int, int) {
+void QuarnMP_f06pff_ENTRY(int, const char* uplo, const char* trans, const char* diag, Integer n, QuarnFloat* a,
+                          Integer lda, QuarnFloat* x, Integer incx, int, int, int) {
   tesk::triangular<QuarnFloat>("F06PFF/DTRMV ", tesk::multiply_triangular<QuarnFloat>, uplo, trans, diag, n, a, lda, x,
                                incx);
 }
 
-void f06pff_(const char* uplo, const char* trans, const char* diag, Integer n, QuarnFloat* a, Integer lda,
-             QuarnFloat* x, Integer incx, int, int, int) {
-  f06pff_ENTRY(0, uplo, trans, diag, n, a, lda, x, incx, 1, 1, 1);
-}
-
-void f06pjf_ENTRY(int, const char* uplo, const char* trans, const char* diag, Integer n, QuarnFloat* a, Integer lda,
-                  QuarnFloat* x, Integer incx, int, int, int) {
+void QuarnMP_f06pjf_ENTRY(int, const char* uplo, const char* trans, const char* diag, Integer n, QuarnFloat* a,
+                          Integer lda, QuarnFloat* x, Integer incx, int, int, int) {
   tesk::triangular<QuarnFloat>("F06PJF/DTRSV ", tesk::solve_triangular<QuarnFloat>, uplo, trans, diag, n, a, lda, x,
                                incx);
 }
 
-void f06pjf_(const char* uplo, const char* trans, const char* diag, Integer n, QuarnFloat* a, Integer lda,
-             QuarnFloat* x, Integer incx, int, int, int) {
-  f06pjf_ENTRY(0, uplo, trans, diag, n, a, lda, x, incx, 1, 1, 1);
-}
-
-void f06pmf_ENTRY(int, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* x, Integer incx, QuarnFloat* y, Integer incy,
-                  QuarnFloat* a, Integer lda) {
+void QuarnMP_f06pmf_ENTRY(int, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* x, Integer incx, QuarnFloat* y,
+                          Integer incy, QuarnFloat* a, Integer lda) {
   tesk::rank_one("F06PMF/DGER  ", tesk::Op::none, m, n, alpha, x, incx, y, incy, a, lda);
 }
 
-void f06pmf_(Integer m, Integer n, QuarnFloat alpha, QuarnFloat* x, Integer incx, QuarnFloat* y, Integer incy,
-             QuarnFloat* a, Integer lda) {
-  f06pmf_ENTRY(0, m, n, std::move(alpha), x, incx, y, incy, a, lda);
-}
-
-void f06saf_ENTRY(int, const char* trans, Integer m, Integer n, Complex alpha, Complex* a, Integer lda, Complex* x,
-                  Integer incx, Complex beta, Complex* y, Integer incy, int) {
+void QuarnMP_f06saf_ENTRY(int, const char* trans, Integer m, Integer n, Complex alpha, Complex* a, Integer lda,
+                          Complex* x, Integer incx, Complex beta, Complex* y, Integer incy, int) {
   tesk::matrix_vector("F06SAF/ZGEMV ", trans, m, n, alpha, a, lda, x, incx, beta, y, incy);
 }
 
-void f06saf_(const char* trans, Integer m, Integer n, Complex alpha, Complex* a, Integer lda, Complex* x, Integer incx,
-             Complex beta, Complex* y, Integer incy, int) {
-  f06saf_ENTRY(0, trans, m, n, std::move(alpha), a, lda, x, incx, std::move(beta), y, incy, 1);
-}
-
-void f06sff_ENTRY(int, const char* uplo, const char* trans, const char* diag, Integer n, Complex* a, Integer lda,
-                  Complex* x, Integer incx, int, int, int) {
+void QuarnMP_f06sff_ENTRY(int, const char* uplo, const char* trans, const char* diag, Integer n, Complex* a,
+                          Integer lda, Complex* x, Integer incx, int, int, int) {
   tesk::triangular<Complex>("F06SFF/ZTRMV ", tesk::multiply_triangular<Complex>, uplo, trans, diag, n, a, lda, x, incx);
 }
 
-void f06sff_(const char* uplo, const char* trans, const char* diag, Integer n, Complex* a, Integer lda, Complex* x,
-             Integer incx, int, int, int) {
-  f06sff_ENTRY(0, uplo, trans, diag, n, a, lda, x, incx, 1, 1, 1);
-}
-
-void f06sjf_ENTRY(int, const char* uplo, const char* trans, const char* diag, Integer n, Complex* a, Integer lda,
-                  Complex* x, Integer incx, int, int, int) {
+void QuarnMP_f06sjf_ENTRY(int, const char* uplo, const char* trans, const char* diag, Integer n, Complex* a,
+                          Integer lda, Complex* x, Integer incx, int, int, int) {
   tesk::triangular<Complex>("F06SJF/ZTRSV ", tesk::solve_triangular<Complex>, uplo, trans, diag, n, a, lda, x, incx);
 }
 
-void f06sjf_(const char* uplo, const char* trans, const char* diag, Integer n, Complex* a, Integer lda, Complex* x,
-             Integer incx, int, int, int) {
-  f06sjf_ENTRY(0, uplo, trans, diag, n, a, lda, x, incx, 1, 1, 1);
-}
-
-void f06smf_ENTRY(int, Integer m, Integer n, Complex alpha, Complex* x, Integer incx, Complex* y, Integer incy,
-                  Complex* a, Integer lda) {
+void QuarnMP_f06smf_ENTRY(int, Integer m, Integer n, Complex alpha, Complex* x, Integer incx, Complex* y, Integer incy,
+                          Complex* a, Integer lda) {
   tesk::rank_one("F06SMF/ZGERU ", tesk::Op::none, m, n, alpha, x, incx, y, incy, a, lda);
 }
 
-void f06smf_(Integer m, Integer n, Complex alpha, Complex* x, Integer incx, Complex* y, Integer incy, Complex* a,
-             Integer lda) {
-  f06smf_ENTRY(0, m, n, std::move(alpha), x, incx, y, incy, a, lda);
-}
-
-void f06snf_ENTRY(int, Integer m, Integer n, Complex alpha, Complex* x, Integer incx, Complex* y, Integer incy,
-                  Complex* a, Integer lda) {
+void QuarnMP_f06snf_ENTRY(int, Integer m, Integer n, Complex alpha, Complex* x, Integer incx, Complex* y, Integer incy,
+                          Complex* a, Integer lda) {
   tesk::rank_one("F06SNF/ZGERC ", tesk::Op::conjugate, m, n, alpha, x, incx, y, incy, a, lda);
-}
-
-void f06snf_(Integer m, Integer n, Complex alpha, Complex* x, Integer incx, Complex* y, Integer incy, Complex* a,
-             Integer lda) {
-  f06snf_ENTRY(0, m, n, std::move(alpha), x, incx, y, incy, a, lda);
 }
 }

@@ -4,6 +4,7 @@
 
 #include "src/kernels/entries.h"
 #include "src/kernels/level3.h"
+#include "tesk2mp/kernels.h"
 
 namespace tesk {
 namespace {
@@ -67,54 +68,32 @@ void hermitian_update(const char* routine, const char* uplo, const char* trans, 
 
 extern "C" {
 
-void f06yaf_ENTRY(int, const char* transa, const char* transb, Integer m, Integer n, Integer k, QuarnFloat alpha,
-                  QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb, QuarnFloat beta, QuarnFloat* c, Integer ldc,
-                  int, int) {
+void QuarnMP_f06yaf_ENTRY(int, const char* transa, const char* transb, Integer m, Integer n, Integer k,
+                          QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb, QuarnFloat beta,
+                          QuarnFloat* c, Integer ldc, int, int) {
   tesk::matrix_matrix("F06YAF/DGEMM ", transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
 }
 
-void f06yaf_(const char* transa, const char* transb, Integer m, Integer n, Integer k, QuarnFloat alpha, QuarnFloat* a,
-             Integer lda, QuarnFloat* b, Integer ldb, QuarnFloat beta, QuarnFloat* c, Integer ldc, int, int) {
-  f06yaf_ENTRY(0, transa, transb, m, n, k, std::move(alpha), a, lda, b, ldb, std::move(beta), c, ldc, 1, 1);
-}
-
-void f06yjf_ENTRY(int, const char* side, const char* uplo, const char* transa, const char* diag, Integer m, Integer n,
-                  QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb, int, int, int, int) {
+void QuarnMP_f06yjf_ENTRY(int, const char* side, const char* uplo, const char* transa, const char* diag, Integer m,
+                          Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb, int, int,
+                          int, int) {
   tesk::triangular_matrix("F06YJF/DTRSM ", side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb);
 }
 
-void f06yjf_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m, Integer n,
-             QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb, int, int, int, int) {
-  f06yjf_ENTRY(0, side, uplo, transa, diag, m, n, std::move(alpha), a, lda, b, ldb, 1, 1, 1, 1);
-}
-
-void f06zaf_ENTRY(int, const char* transa, const char* transb, Integer m, Integer n, Integer k, Complex alpha,
-                  Complex* a, Integer lda, Complex* b, Integer ldb, Complex beta, Complex* c, Integer ldc, int, int) {
+void QuarnMP_f06zaf_ENTRY(int, const char* transa, const char* transb, Integer m, Integer n, Integer k, Complex alpha,
+                          Complex* a, Integer lda, Complex* b, Integer ldb, Complex beta, Complex* c, Integer ldc, int,
+                          int) {
   tesk::matrix_matrix("F06ZAF/ZGEMM ", transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
 }
 
-void f06zaf_(const char* transa, const char* transb, Integer m, Integer n, Integer k, Complex alpha, Complex* a,
-             Integer lda, Complex* b, Integer ldb, Complex beta, Complex* c, Integer ldc, int, int) {
-  f06zaf_ENTRY(0, transa, transb, m, n, k, std::move(alpha), a, lda, b, ldb, std::move(beta), c, ldc, 1, 1);
-}
-
-void f06zjf_ENTRY(int, const char* side, const char* uplo, const char* transa, const char* diag, Integer m, Integer n,
-                  Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb, int, int, int, int) {
+void QuarnMP_f06zjf_ENTRY(int, const char* side, const char* uplo, const char* transa, const char* diag, Integer m,
+                          Integer n, Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb, int, int, int,
+                          int) {
   tesk::triangular_matrix("F06ZJF/ZTRSM ", side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb);
 }
 
-void f06zjf_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m, Integer n,
-             Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb, int, int, int, int) {
-  f06zjf_ENTRY(0, side, uplo, transa, diag, m, n, std::move(alpha), a, lda, b, ldb, 1, 1, 1, 1);
-}
-
-void f06zpf_ENTRY(int, const char* uplo, const char* trans, Integer n, Integer k, QuarnFloat alpha, Complex* a,
-                  Integer lda, QuarnFloat beta, Complex* c, Integer ldc, int, int) {
+void QuarnMP_f06zpf_ENTRY(int, const char* uplo, const char* trans, Integer n, Integer k, QuarnFloat alpha, Complex* a,
+                          Integer lda, QuarnFloat beta, Complex* c, Integer ldc, int, int) {
   tesk::hermitian_update("F06ZPF/ZHERK ", uplo, trans, n, k, alpha, a, lda, beta, c, ldc);
-}
-
-void f06zpf_(const char* uplo, const char* trans, Integer n, Integer k, QuarnFloat alpha, Complex* a, Integer lda,
-             QuarnFloat beta, Complex* c, Integer ldc, int, int) {
-  f06zpf_ENTRY(0, uplo, trans, n, k, std::move(alpha), a, lda, std::move(beta), c, ldc, 1, 1);
 }
 }

@@ -1,8 +1,7 @@
-#include "src/kernels/norms.h"
-
 #include <algorithm>
 
 #include "src/kernels/level1.h"
+#include "tesk2mp/kernels.h"
 
 namespace tesk {
 namespace {
@@ -79,19 +78,19 @@ using tesk::Profile;
 
 extern "C" {
 
-QuarnFloat f06raf_(const char* norm, Integer m, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* work, int) {
+QuarnFloat QuarnMP_f06raf_(const char* norm, Integer m, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* work, int) {
   return matrix_norm<QuarnFloat>(norm, Profile::general, m, n, {a, lda}, work);
 }
 
-QuarnFloat f06rmf_(const char* norm, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* work, int) {
+QuarnFloat QuarnMP_f06rmf_(const char* norm, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* work, int) {
   return matrix_norm<QuarnFloat>(norm, Profile::hessenberg, n, n, {a, lda}, work);
 }
 
-QuarnFloat f06uaf_(const char* norm, Integer m, Integer n, Complex* a, Integer lda, QuarnFloat* work, int) {
+QuarnFloat QuarnMP_f06uaf_(const char* norm, Integer m, Integer n, Complex* a, Integer lda, QuarnFloat* work, int) {
   return matrix_norm<Complex>(norm, Profile::general, m, n, {a, lda}, work);
 }
 
-QuarnFloat f06umf_(const char* norm, Integer n, Complex* a, Integer lda, QuarnFloat* work, int) {
+QuarnFloat QuarnMP_f06umf_(const char* norm, Integer n, Complex* a, Integer lda, QuarnFloat* work, int) {
   return matrix_norm<Complex>(norm, Profile::hessenberg, n, n, {a, lda}, work);
 }
 }

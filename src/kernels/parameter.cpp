@@ -4,6 +4,7 @@
 #include "src/frame/failure.h"
 #include "src/frame/report.h"
 #include "src/kernels/options.h"
+#include "tesk2mp/tesk2mp.h"
 
 void tesk::report_bad_parameter(const char* routine, Integer info, int /*routine_length*/) {
   char record[kRecordLength];
@@ -14,5 +15,5 @@ void tesk::report_bad_parameter(const char* routine, Integer info, int /*routine
   }
   std::putchar('\n');
   const bool kernel = std::strncmp(routine, "F06", 3) == 0;
-  p01acfn_(0, kernel ? -1 : -info, routine, kernel ? "    " : "INFO", 1, record, 6, 4, kRecordLength);
+  QuarnMP_p01acfn_(0, kernel ? -1 : -info, routine, kernel ? "    " : "INFO", 1, record, 6, 4, kRecordLength);
 }

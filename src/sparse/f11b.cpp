@@ -1,14 +1,15 @@
 // The general iterative solver: set-up, iteration by reverse communication, progress.
-#include "src/sparse/f11b.h"
 
 #include <algorithm>
 #include <cstring>
 #include <limits>
 
-#include "src/frame/classic.h"
 #include "src/frame/constants.h"
 #include "src/frame/option.h"
+#include "src/frame/report.h"
 #include "src/sparse/solver.h"
+#include "tesk2mp/iterative.h"
+#include "tesk2mp/tesk2mp.h"
 
 namespace tesk {
 namespace {
@@ -50,7 +51,7 @@ Integer norm_code(const Option& norm) {
 
 /// The tolerance in use: no less than what rounding lets any residual reach.
 QuarnFloat tolerance(const QuarnFloat& tol, Integer n) {
-  const QuarnFloat eps = x02ajf_();
+  const QuarnFloat eps = QuarnMP_x02ajf_();
   const QuarnFloat least = std::max(10 * eps, sqrt(QuarnFloat(n)) * eps);
   return std::max(tol > 0 ? tol : sqrt(eps), least);
 }
@@ -85,13 +86,13 @@ using Step = void (*)(Integer*, QuarnFloat*, QuarnFloat*, QuarnFloat*, QuarnFloa
 Step step_of(Integer method) {
   switch (method) {
     case 1:
-      return f11bezn_;
+      return QuarnMP_f11bezn_;
     case 2:
-      return f11betn_;
+      return QuarnMP_f11betn_;
     case 3:
-      return f11bepn_;
+      return QuarnMP_f11bepn_;
     default:
-      return f11beln_;
+      return QuarnMP_f11beln_;
   }
 }
 
@@ -163,10 +164,11 @@ using namespace tesk;
 
 extern "C" {
 
-void f11bdfn_(const char* method, const char* precon, const char* norm, const char* weight, Integer iterm, Integer n,
-              Integer m, QuarnFloat tol, Integer maxitn, QuarnFloat anorm, QuarnFloat sigmax, Integer monit,
-              Integer* lwreq, QuarnFloat* work, Integer lwork, char* message_buffer, Integer* ifail, int method_length,
-              int precon_length, int norm_length, int weight_length, int /*buffer_length*/) {
+void QuarnMP_f11bdfn_(const char* method, const char* precon, const char* norm, const char* weight, Integer iterm,
+                      Integer n, Integer m, QuarnFloat tol, Integer maxitn, QuarnFloat anorm, QuarnFloat sigmax,
+                      Integer monit, Integer* lwreq, QuarnFloat* work, Integer lwork, char* message_buffer,
+                      Integer* ifail, int method_length, int precon_length, int norm_length, int weight_length,
+                      int /*buffer_length*/) {
   Report report("F11BDF", message_buffer, ifail);
   const SolverMethod* rules = method_named(MethodName(method, method_length));
   const Option precon_option(precon, precon_length);
@@ -228,8 +230,8 @@ void f11bdfn_(const char* method, const char* precon, const char* norm, const ch
   solver_state(StateMode::set_up, work);
 }
 
-void f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, QuarnFloat* work, Integer lwork,
-              char* message_buffer, Integer* ifail, int /*buffer_length*/) {
+void QuarnMP_f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, QuarnFloat* work, Integer lwork,
+                      char* message_buffer, Integer* ifail, int /*buffer_length*/) {
   Report report("F11BEF", message_buffer, ifail);
   const bool initial = Request(*irevcm) == Request::start;
   SolverState state(work);
@@ -249,8 +251,8 @@ void f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Qu
   *irevcm = Integer(Request::completion);
 }
 
-void f11bffn_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm, QuarnFloat* sigmax,
-              QuarnFloat* work, Integer lwork, char* message_buffer, Integer* ifail, int /*buffer_length*/) {
+void QuarnMP_f11bffn_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm, QuarnFloat* sigmax,
+                      QuarnFloat* work, Integer lwork, char* message_buffer, Integer* ifail, int /*buffer_length*/) {
   Report report("F11BFF", message_buffer, ifail);
   if (lwork < kHeaderLength) {
     return report.fail(2, 99998, " ** On entry, parameter number %2ld had an illegal value.", 7);
@@ -266,43 +268,19 @@ void f11bffn_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* 
   *sigmax = state[Place::sigmax];
 }
 
-void f11bezn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
+void QuarnMP_f11bezn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
   step(kRgmres, irevcm, work, u, v, wgt, info);
 }
 
-void f11betn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
+void QuarnMP_f11betn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
   step(kCgs, irevcm, work, u, v, wgt, info);
 }
 
-void f11bepn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
+void QuarnMP_f11bepn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
   step(kBicgstab, irevcm, work, u, v, wgt, info);
 }
 
-void f11beln_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
+void QuarnMP_f11beln_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
   step(kTfqmr, irevcm, work, u, v, wgt, info);
-}
-
-void f11bdf_(const char* method, const char* precon, const char* norm, const char* weight, const Integer* iterm,
-             const Integer* n, const Integer* m, const QuarnFloat* tol, const Integer* maxitn, const QuarnFloat* anorm,
-             const QuarnFloat* sigmax, const Integer* monit, Integer* lwreq, QuarnFloat* work, const Integer* lwork,
-             Integer* ifail, int method_length, int precon_length, int norm_length, int weight_length) {
-  call_core("F11BDF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
-    f11bdfn_(method, precon, norm, weight, *iterm, *n, *m, *tol, *maxitn, *anorm, *sigmax, *monit, lwreq, work, *lwork,
-             message_buffer, outcome, method_length, precon_length, norm_length, weight_length, buffer_length);
-  });
-}
-
-void f11bef_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, QuarnFloat* work, const Integer* lwork,
-             Integer* ifail) {
-  call_core("F11BEF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
-    f11befn_(irevcm, u, v, wgt, work, *lwork, message_buffer, outcome, buffer_length);
-  });
-}
-
-void f11bff_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm, QuarnFloat* sigmax,
-             QuarnFloat* work, const Integer* lwork, Integer* ifail) {
-  call_core("F11BFF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
-    f11bffn_(itn, stplhs, stprhs, anorm, sigmax, work, *lwork, message_buffer, outcome, buffer_length);
-  });
 }
 }

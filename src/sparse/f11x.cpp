@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <utility>
 
-#include "src/frame/classic.h"
 #include "src/frame/option.h"
+#include "src/frame/report.h"
 #include "src/kernels/scalar.h"
-#include "src/sparse/f11.h"
 #include "src/sparse/messages.h"
 #include "src/sparse/structure.h"
+#include "tesk2mp/sparse.h"
 
 namespace tesk {
 namespace {
@@ -126,63 +126,31 @@ using tesk::Option;
 
 extern "C" {
 
-void f11xafn_(const char* trans, Integer n, Integer nnz, const QuarnFloat* a, const Integer* irow, const Integer* icol,
-              const char* check, const QuarnFloat* x, QuarnFloat* y, char* message_buffer, Integer* ifail,
-              int trans_length, int check_length, int /*buffer_length*/) {
+void QuarnMP_f11xafn_(const char* trans, Integer n, Integer nnz, const QuarnFloat* a, const Integer* irow,
+                      const Integer* icol, const char* check, const QuarnFloat* x, QuarnFloat* y, char* message_buffer,
+                      Integer* ifail, int trans_length, int check_length, int /*buffer_length*/) {
   tesk::general_product<QuarnFloat>("F11XAF", Option(trans, trans_length), {n, nnz, a, irow, icol},
                                     Option(check, check_length), x, y, message_buffer, ifail);
 }
 
-void f11xnfn_(const char* trans, Integer n, Integer nnz, const Complex* a, const Integer* irow, const Integer* icol,
-              const char* check, const Complex* x, Complex* y, char* message_buffer, Integer* ifail, int trans_length,
-              int check_length, int /*buffer_length*/) {
+void QuarnMP_f11xnfn_(const char* trans, Integer n, Integer nnz, const Complex* a, const Integer* irow,
+                      const Integer* icol, const char* check, const Complex* x, Complex* y, char* message_buffer,
+                      Integer* ifail, int trans_length, int check_length, int /*buffer_length*/) {
   tesk::general_product<Complex>("F11XNF", Option(trans, trans_length), {n, nnz, a, irow, icol},
                                  Option(check, check_length), x, y, message_buffer, ifail);
 }
 
-void f11xefn_(Integer n, Integer nnz, const QuarnFloat* a, const Integer* irow, const Integer* icol, const char* check,
-              const QuarnFloat* x, QuarnFloat* y, char* message_buffer, Integer* ifail, int check_length,
-              int /*buffer_length*/) {
+void QuarnMP_f11xefn_(Integer n, Integer nnz, const QuarnFloat* a, const Integer* irow, const Integer* icol,
+                      const char* check, const QuarnFloat* x, QuarnFloat* y, char* message_buffer, Integer* ifail,
+                      int check_length, int /*buffer_length*/) {
   tesk::triangle_product<QuarnFloat>("F11XEF", {n, nnz, a, irow, icol}, Option(check, check_length), x, y,
                                      message_buffer, ifail);
 }
 
-void f11xsfn_(Integer n, Integer nnz, const Complex* a, const Integer* irow, const Integer* icol, const char* check,
-              const Complex* x, Complex* y, char* message_buffer, Integer* ifail, int check_length,
-              int /*buffer_length*/) {
+void QuarnMP_f11xsfn_(Integer n, Integer nnz, const Complex* a, const Integer* irow, const Integer* icol,
+                      const char* check, const Complex* x, Complex* y, char* message_buffer, Integer* ifail,
+                      int check_length, int /*buffer_length*/) {
   tesk::triangle_product<Complex>("F11XSF", {n, nnz, a, irow, icol}, Option(check, check_length), x, y, message_buffer,
                                   ifail);
-}
-
-void f11xaf_(const char* trans, const Integer* n, const Integer* nnz, const QuarnFloat* a, const Integer* irow,
-             const Integer* icol, const char* check, const QuarnFloat* x, QuarnFloat* y, Integer* ifail,
-             int trans_length, int check_length) {
-  tesk::call_core("F11XAF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
-    f11xafn_(trans, *n, *nnz, a, irow, icol, check, x, y, message_buffer, outcome, trans_length, check_length,
-             buffer_length);
-  });
-}
-
-void f11xnf_(const char* trans, const Integer* n, const Integer* nnz, const Complex* a, const Integer* irow,
-             const Integer* icol, const char* check, const Complex* x, Complex* y, Integer* ifail, int trans_length,
-             int check_length) {
-  tesk::call_core("F11XNF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
-    f11xnfn_(trans, *n, *nnz, a, irow, icol, check, x, y, message_buffer, outcome, trans_length, check_length,
-             buffer_length);
-  });
-}
-
-void f11xef_(const Integer* n, const Integer* nnz, const QuarnFloat* a, const Integer* irow, const Integer* icol,
-             const char* check, const QuarnFloat* x, QuarnFloat* y, Integer* ifail, int check_length) {
-  tesk::call_core("F11XEF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
-    f11xefn_(*n, *nnz, a, irow, icol, check, x, y, message_buffer, outcome, check_length, buffer_length);
-  });
-}
-
-void f11xsf_(const Integer* n, const Integer* nnz, const Complex* a, const Integer* irow, const Integer* icol,
-             const char* check, const Complex* x, Complex* y, Integer* ifail, int check_length) {
-  tesk::call_core("F11XSF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
-    f11xsfn_(*n, *nnz, a, irow, icol, check, x, y, message_buffer, outcome, check_length, buffer_length);
-  });
 }
 }

@@ -6,13 +6,13 @@
 #include <algorithm>
 #include <utility>
 
-#include "src/frame/classic.h"
 #include "src/frame/option.h"
+#include "src/frame/report.h"
 #include "src/kernels/scalar.h"
-#include "src/sparse/f11.h"
 #include "src/sparse/messages.h"
 #include "src/sparse/structure.h"
 #include "src/util/cycles.h"
+#include "tesk2mp/sparse.h"
 
 namespace tesk {
 namespace {
@@ -223,16 +223,6 @@ void canonicalize(const Rules& rules, Integer n, Integer* nnz, Value* a, Integer
   }
 }
 
-template <class Value, class Core>
-void classic(const char* routine, Core core, const Integer* n, Integer* nnz, Value* a, Integer* irow, Integer* icol,
-             const char* dup, const char* zero, Integer* istr, Integer* iwork, Integer* ifail, int dup_length,
-             int zero_length) {
-  call_core(routine, ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
-    core(*n, nnz, a, irow, icol, dup, zero, istr, iwork, message_buffer, outcome, dup_length, zero_length,
-         buffer_length);
-  });
-}
-
 }  // namespace
 }  // namespace tesk
 
@@ -240,46 +230,31 @@ using tesk::Option;
 
 extern "C" {
 
-void f11zafn_(Integer n, Integer* nnz, QuarnFloat* a, Integer* irow, Integer* icol, const char* dup, const char* zero,
-              Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail, int dup_length, int zero_length,
-              int /*buffer_length*/) {
+void QuarnMP_f11zafn_(Integer n, Integer* nnz, QuarnFloat* a, Integer* irow, Integer* icol, const char* dup,
+                      const char* zero, Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail,
+                      int dup_length, int zero_length, int /*buffer_length*/) {
   tesk::canonicalize(tesk::general("F11ZAF"), n, nnz, a, irow, icol, Option(dup, dup_length), Option(zero, zero_length),
                      istr, iwork, message_buffer, ifail);
 }
 
-void f11zbfn_(Integer n, Integer* nnz, QuarnFloat* a, Integer* irow, Integer* icol, const char* dup, const char* zero,
-              Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail, int dup_length, int zero_length,
-              int /*buffer_length*/) {
+void QuarnMP_f11zbfn_(Integer n, Integer* nnz, QuarnFloat* a, Integer* irow, Integer* icol, const char* dup,
+                      const char* zero, Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail,
+                      int dup_length, int zero_length, int /*buffer_length*/) {
   tesk::canonicalize(tesk::lower_triangle("F11ZBF"), n, nnz, a, irow, icol, Option(dup, dup_length),
                      Option(zero, zero_length), istr, iwork, message_buffer, ifail);
 }
 
-void f11znfn_(Integer n, Integer* nnz, Complex* a, Integer* irow, Integer* icol, const char* dup, const char* zero,
-              Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail, int dup_length, int zero_length,
-              int /*buffer_length*/) {
+void QuarnMP_f11znfn_(Integer n, Integer* nnz, Complex* a, Integer* irow, Integer* icol, const char* dup,
+                      const char* zero, Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail,
+                      int dup_length, int zero_length, int /*buffer_length*/) {
   tesk::canonicalize(tesk::general("F11ZNF"), n, nnz, a, irow, icol, Option(dup, dup_length), Option(zero, zero_length),
                      istr, iwork, message_buffer, ifail);
 }
 
-void f11zpfn_(Integer n, Integer* nnz, Complex* a, Integer* irow, Integer* icol, const char* dup, const char* zero,
-              Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail, int dup_length, int zero_length,
-              int /*buffer_length*/) {
+void QuarnMP_f11zpfn_(Integer n, Integer* nnz, Complex* a, Integer* irow, Integer* icol, const char* dup,
+                      const char* zero, Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail,
+                      int dup_length, int zero_length, int /*buffer_length*/) {
   tesk::canonicalize(tesk::lower_triangle("F11ZPF"), n, nnz, a, irow, icol, Option(dup, dup_length),
                      Option(zero, zero_length), istr, iwork, message_buffer, ifail);
-}
-
-void f11zaf_(const Integer* n, Integer* nnz, QuarnFloat* a, Integer* irow, Integer* icol, const char* dup,
-             const char* zero, Integer* istr, Integer* iwork, Integer* ifail, int dup_length, int zero_length) {
-  tesk::classic("F11ZAF", f11zafn_, n, nnz, a, irow, icol, dup, zero, istr, iwork, ifail, dup_length, zero_length);
-}
-
-void f11znf_(const Integer* n, Integer* nnz, Complex* a, Integer* irow, Integer* icol, const char* dup,
-             const char* zero, Integer* istr, Integer* iwork, Integer* ifail, int dup_length, int zero_length) {
-  tesk::classic("F11ZNF", f11znfn_, n, nnz, a, irow, icol, dup, zero, istr, iwork, ifail, dup_length, zero_length);
-}
-
-void f11zpf_(const Integer* n, Integer* nnz, Complex* a, Integer* irow, Integer* icol, const char* dup,
-             const char* zero, Integer* istr, Integer* iwork, Integer* ifail, int dup_length, int zero_length) {
-  tesk::classic("F11ZPF", f11zpfn_, n, nnz, a, irow, icol, dup, zero, istr, iwork, ifail, dup_length, zero_length);
 }
 }

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <array>
 
-#include "src/kernels/entries1.h"
 #include "src/kernels/level2.h"
 #include "src/sparse/solver.h"
+#include "tesk2mp/kernels.h"
 
 namespace tesk {
 namespace {
@@ -60,7 +60,7 @@ Progress extend(Solver& solver) {
   for (Integer i = 1; i < j; ++i) {
     rotate(small.c(i), small.s(i), column(i), column(i + 1));
   }
-  f06aaf_(&column(j), &column(j + 1), &small.c(j), &small.s(j));
+  QuarnMP_f06aaf_(&column(j), &column(j + 1), &small.c(j), &small.s(j));
   if (solver.vanishes(column(j), size)) {
     --solver.state().inner;
     return Progress::broken;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "src/frame/constants.h"
+#include "tesk2mp/tesk2mp.h"
 
 namespace tesk {
 namespace {
@@ -222,7 +223,8 @@ void Solver::judge() {
   }
   if (broken || parted || (state_.reason & kRestart) != 0) {
     // A cycle that gains nothing would be repeated for ever.
-    if (!broken && !parted && state_.itn > 0 && !(state_[Place::restart_residual] - size > 10 * x02ajf_() * size)) {
+    if (!broken && !parted && state_.itn > 0 &&
+        !(state_[Place::restart_residual] - size > 10 * QuarnMP_x02ajf_() * size)) {
       return finish(Ending::breakdown);
     }
     state_[Place::restart_residual] = size;
@@ -304,7 +306,9 @@ QuarnFloat Solver::largest_norm(const QuarnFloat& euclidean) const {
   return selects(&SolverIntegers::weighted) ? largest * *std::max_element(wgt_, wgt_ + n()) : largest;
 }
 
-bool Solver::vanishes(const QuarnFloat& a, const QuarnFloat& size) const { return !(fabs(a) > x02ajf_() * size); }
+bool Solver::vanishes(const QuarnFloat& a, const QuarnFloat& size) const {
+  return !(fabs(a) > QuarnMP_x02ajf_() * size);
+}
 
 // The norm of A by the power method for p-norms: D. W. Boyd, The power method for l^p norms, Linear Algebra Appl. 9
 // (1974); for the 1-norm it is Hager's estimator (SIAM J. Sci. Stat. Comput. 5, 1984). With weights it is the norm of

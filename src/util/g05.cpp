@@ -6,6 +6,8 @@
 
 #include "src/frame/constants.h"
 #include "src/frame/working_digits.h"
+#include "tesk2mp/random.h"
+#include "tesk2mp/tesk2mp.h"
 
 namespace tesk {
 namespace {
@@ -21,7 +23,7 @@ constexpr std::int64_t kBlock = 1'000'000'000;
 /// Rounding to the working precision may have reached 1, which is no variate: then the number below it.
 QuarnFloat below_one(QuarnFloat u) {
   if (u >= 1) {
-    return 1 - x02ajf_();
+    return 1 - QuarnMP_x02ajf_();
   }
   return u;
 }
@@ -37,7 +39,7 @@ QuarnFloat exactly(double value) {
 QuarnFloat basic_variate(Integer* iseed) {
   // A conversion of the whole state rounds once, as the sum of its halves would; x87 registers cannot interfere.
   QuarnFloat u = exactly(double(std::int64_t(basic_step(iseed))) * 0x1p-60);
-  QuarnFloat largest = 1 - x02ajf_();
+  QuarnFloat largest = 1 - QuarnMP_x02ajf_();
   return u < largest ? u : largest;
 }
 
@@ -108,13 +110,13 @@ std::int64_t next_nine_digits(Integer igen, Integer* iseed) noexcept {
 
 extern "C" {
 
-void g05kbx_(Integer* igen, Integer* iseed) {
+void QuarnMP_g05kbx_(Integer* igen, Integer* iseed) {
   constexpr Integer kDefaultSeed[4] = {6698, 7535, 26792, 30140};
   *igen = 0;
   std::copy(std::begin(kDefaultSeed), std::end(kDefaultSeed), iseed);
 }
 
-QuarnFloat g05kazn_(Integer igen, Integer* iseed) {
+QuarnFloat QuarnMP_g05kazn_(Integer igen, Integer* iseed) {
   const tesk::MultipleSetRow* row = tesk::multiple_set_row(igen);
   if (row == nullptr) {
     return tesk::no_generator();
@@ -127,18 +129,14 @@ QuarnFloat g05kazn_(Integer igen, Integer* iseed) {
   return QuarnEvalf2("fmod", u, 1);
 }
 
-QuarnFloat g05kafn_(Integer igen, Integer* iseed) {
-  return igen == 0 ? tesk::basic_variate(iseed) : g05kazn_(igen, iseed);
+QuarnFloat QuarnMP_g05kafn_(Integer igen, Integer* iseed) {
+  return igen == 0 ? tesk::basic_variate(iseed) : QuarnMP_g05kazn_(igen, iseed);
 }
 
-QuarnFloat g05kaf_(const Integer* igen, Integer* iseed) { return g05kafn_(*igen, iseed); }
-
-QuarnFloat g05kazn_full_(Integer igen, Integer* iseed) {
+QuarnFloat QuarnMPX_g05kazn_(Integer igen, Integer* iseed) {
   // IGEN 0 is not one of the multiple-set generators.
   return igen == 0 ? tesk::no_generator() : tesk::full_variate(igen, iseed);
 }
 
-QuarnFloat g05kafn_full_(Integer igen, Integer* iseed) { return tesk::full_variate(igen, iseed); }
-
-QuarnFloat g05kaf_full_(const Integer* igen, Integer* iseed) { return g05kafn_full_(*igen, iseed); }
+QuarnFloat QuarnMPX_g05kafn_(Integer igen, Integer* iseed) { return tesk::full_variate(igen, iseed); }
 }

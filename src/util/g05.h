@@ -5,6 +5,7 @@
 
 #include "quarn/quarnfloat.h"
 #include "src/util/multiple_set_table.h"
+#include "tesk2mp/random.h"
 
 namespace tesk {
 
@@ -25,15 +26,3 @@ void multiple_set_step(const MultipleSetRow& row, Integer* iseed) noexcept;
 std::int64_t next_nine_digits(Integer igen, Integer* iseed) noexcept;
 
 }  // namespace tesk
-
-extern "C" {
-
-QuarnFloat g05kaf_(const Integer* igen, Integer* iseed);
-QuarnFloat g05kafn_(Integer igen, Integer* iseed);
-QuarnFloat g05kazn_(Integer igen, Integer* iseed);
-void g05kbx_(Integer* igen, Integer* iseed);
-
-QuarnFloat g05kaf_full_(const Integer* igen, Integer* iseed);
-QuarnFloat g05kafn_full_(Integer igen, Integer* iseed);
-QuarnFloat g05kazn_full_(Integer igen, Integer* iseed);
-}

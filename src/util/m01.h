@@ -3,6 +3,7 @@
 
 #include "quarn/quarnfloat.h"
 #include "src/frame/option.h"
+#include "tesk2mp/util.h"
 
 namespace tesk {
 
@@ -20,14 +21,3 @@ void m01ed(Complex* rv, Integer m1, Integer m2, Integer* irank, char* message_bu
 void m01za(Integer* iperm, Integer m1, Integer m2, char* message_buffer, Integer* ifail, int buffer_length);
 
 }  // namespace tesk
-
-extern "C" {
-
-void m01daf_(const QuarnFloat* rv, const Integer* m1, const Integer* m2, const char* order, Integer* irank,
-             Integer* ifail, int order_length);
-void m01daf_full_(const QuarnFloat* rv, const Integer* m1, const Integer* m2, const char* order, Integer* irank,
-                  Integer* ifail, int order_length);
-void m01eaf_(QuarnFloat* rv, const Integer* m1, const Integer* m2, Integer* irank, Integer* ifail);
-void m01edf_(Complex* rv, const Integer* m1, const Integer* m2, Integer* irank, Integer* ifail);
-void m01zaf_(Integer* iperm, const Integer* m1, const Integer* m2, Integer* ifail);
-}

@@ -3,6 +3,7 @@
 #include "src/util/list_sort.h"
 #include "src/util/m01.h"
 #include "src/util/section.h"
+#include "tesk2mp/util.h"
 
 namespace tesk {
 namespace {
@@ -39,14 +40,14 @@ void m01da(NanRank nan, const QuarnFloat* rv, Integer m1, Integer m2, const Opti
 
 extern "C" {
 
-void m01daf_(const QuarnFloat* rv, const Integer* m1, const Integer* m2, const char* order, Integer* irank,
-             Integer* ifail, int order_length) {
+void QuarnMP_m01daf_(const QuarnFloat* rv, const Integer* m1, const Integer* m2, const char* order, Integer* irank,
+                     Integer* ifail, int order_length) {
   tesk::call_core("M01DAF", ifail, tesk::m01da, tesk::NanRank::anywhere, rv, *m1, *m2,
                   tesk::Option(order, order_length), irank);
 }
 
-void m01daf_full_(const QuarnFloat* rv, const Integer* m1, const Integer* m2, const char* order, Integer* irank,
-                  Integer* ifail, int order_length) {
+void QuarnMPX_m01daf_(const QuarnFloat* rv, const Integer* m1, const Integer* m2, const char* order, Integer* irank,
+                      Integer* ifail, int order_length) {
   tesk::call_core("M01DAF", ifail, tesk::m01da, tesk::NanRank::last, rv, *m1, *m2, tesk::Option(order, order_length),
                   irank);
 }

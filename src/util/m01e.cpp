@@ -2,6 +2,7 @@
 #include "src/frame/classic.h"
 #include "src/util/m01.h"
 #include "src/util/section.h"
+#include "tesk2mp/util.h"
 
 namespace tesk {
 namespace {
@@ -38,11 +39,11 @@ void m01ed(Complex* rv, Integer m1, Integer m2, Integer* irank, char* message_bu
 
 extern "C" {
 
-void m01eaf_(QuarnFloat* rv, const Integer* m1, const Integer* m2, Integer* irank, Integer* ifail) {
+void QuarnMP_m01eaf_(QuarnFloat* rv, const Integer* m1, const Integer* m2, Integer* irank, Integer* ifail) {
   tesk::call_core("M01EAF", ifail, tesk::m01ea, rv, *m1, *m2, irank);
 }
 
-void m01edf_(Complex* rv, const Integer* m1, const Integer* m2, Integer* irank, Integer* ifail) {
+void QuarnMP_m01edf_(Complex* rv, const Integer* m1, const Integer* m2, Integer* irank, Integer* ifail) {
   tesk::call_core("M01EDF", ifail, tesk::m01ed, rv, *m1, *m2, irank);
 }
 }

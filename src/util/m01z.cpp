@@ -2,6 +2,7 @@
 #include "src/frame/classic.h"
 #include "src/util/m01.h"
 #include "src/util/section.h"
+#include "tesk2mp/util.h"
 
 namespace tesk {
 namespace {
@@ -31,6 +32,6 @@ void m01za(Integer* iperm, Integer m1, Integer m2, char* message_buffer, Integer
 
 }  // namespace tesk
 
-extern "C" void m01zaf_(Integer* iperm, const Integer* m1, const Integer* m2, Integer* ifail) {
+extern "C" void QuarnMP_m01zaf_(Integer* iperm, const Integer* m1, const Integer* m2, Integer* ifail) {
   tesk::call_core("M01ZAF", ifail, tesk::m01za, iperm, *m1, *m2);
 }

@@ -2,10 +2,10 @@
 
 #include <cmath>
 
-#include "src/dense/cholesky.h"
 #include "src/dense/tuning.h"
 #include "support/digits.h"
 #include "support/matrices.h"
+#include "tesk2mp/dense.h"
 
 using support::Matrix;
 using support::RandomNumbers;
@@ -44,13 +44,13 @@ TEST_CASE("the factor gives the matrix back, blocked or not, on its triangle alo
     const Triangle triangle = tesk::triangle_of(uplo);
     for (const Integer n : {0, 1, 2, 5, 10}) {
       for (Integer nb : {1, 2, 3, 8, 64}) {
-        f07zaz_(1, "F07FRF", &nb, 1, 6);
+        QuarnMP_f07zaz_(1, "F07FRF", &nb, 1, 6);
         CAPTURE(uplo);
         CAPTURE(n);
         CAPTURE(nb);
         Definite a(random, triangle, n);
         Integer info = -99;
-        f07frf_(uplo, n, a.stored.data(), a.stored.lda(), &info, 1);
+        QuarnMP_f07frf_(uplo, n, a.stored.data(), a.stored.lda(), &info, 1);
         CHECK(info == 0);
         CHECK(a.stored.intact());
         for (Integer j = 1; j <= n; ++j) {
@@ -69,7 +69,7 @@ TEST_CASE("the factor gives the matrix back, blocked or not, on its triangle alo
     }
   }
   Integer shipped = 1;
-  f07zaz_(1, "F07FRF", &shipped, 1, 6);
+  QuarnMP_f07zaz_(1, "F07FRF", &shipped, 1, 6);
 }
 
 TEST_CASE("the factor of a Pascal matrix is Pascal's triangle, turned by powers of i") {
@@ -85,7 +85,7 @@ TEST_CASE("the factor of a Pascal matrix is Pascal's triangle, turned by powers 
   }
   for (Integer nb : {1, 2, 8}) {
     for (const char* uplo : {"U", "L"}) {
-      f07zaz_(1, "F07FRF", &nb, 1, 6);
+      QuarnMP_f07zaz_(1, "F07FRF", &nb, 1, 6);
       Matrix<Complex> a(n, n);
       for (Integer i = 0; i < n; ++i) {
         for (Integer j = 0; j < n; ++j) {
@@ -93,7 +93,7 @@ TEST_CASE("the factor of a Pascal matrix is Pascal's triangle, turned by powers 
         }
       }
       Integer info = -99;
-      f07frf_(uplo, n, a.data(), a.lda(), &info, 1);
+      QuarnMP_f07frf_(uplo, n, a.data(), a.lda(), &info, 1);
       REQUIRE(info == 0);
       for (Integer i = 0; i < n; ++i) {
         for (Integer j = 0; j <= i; ++j) {
@@ -104,7 +104,7 @@ TEST_CASE("the factor of a Pascal matrix is Pascal's triangle, turned by powers 
     }
   }
   Integer shipped = 1;
-  f07zaz_(1, "F07FRF", &shipped, 1, 6);
+  QuarnMP_f07zaz_(1, "F07FRF", &shipped, 1, 6);
 }
 
 TEST_CASE("illegal arguments in order; one by one matrices") {
@@ -116,10 +116,10 @@ TEST_CASE("illegal arguments in order; one by one matrices") {
   for (const Row& row : rows) {
     Complex a(QuarnFloat("nan"));
     Integer info = 99;
-    f07frf_(row.uplo, row.n, &a, row.lda, &info, 1);
+    QuarnMP_f07frf_(row.uplo, row.n, &a, row.lda, &info, 1);
     CHECK(info == row.info);
     info = 99;
-    f07frz_(row.uplo, row.n, &a, row.lda, &info, 1);
+    QuarnMP_f07frz_(row.uplo, row.n, &a, row.lda, &info, 1);
     CHECK(info == row.info);
     CHECK(isnan(a.re));
   }
@@ -132,7 +132,7 @@ TEST_CASE("illegal arguments in order; one by one matrices") {
     for (const char* uplo : {"U", "L"}) {
       Complex a(row.element, 5);  // the imaginary part of the diagonal is not read
       Integer info = 99;
-      f07frf_ENTRY(0, uplo, 1, &a, 1, &info, 1);
+      QuarnMP_f07frf_ENTRY(0, uplo, 1, &a, 1, &info, 1);
       CHECK(info == row.info);
       CHECK(a == Complex(row.factor, 0));
     }
@@ -144,15 +144,15 @@ TEST_CASE("the first column that is not positive is reported, in global numberin
   RandomNumbers random(7);
   for (const char* uplo : {"U", "L"}) {
     for (Integer nb : {1, 2, 3, 8, 64}) {
-      f07zaz_(1, "F07FRF", &nb, 1, 6);
+      QuarnMP_f07zaz_(1, "F07FRF", &nb, 1, 6);
       Definite a(random, tesk::triangle_of(uplo), 6);
       a.stored(5, 5).re = -1000;
       Integer info = 0;
-      f07frf_(uplo, 6, a.stored.data(), a.stored.lda(), &info, 1);
+      QuarnMP_f07frf_(uplo, 6, a.stored.data(), a.stored.lda(), &info, 1);
       CHECK(info == 5);
       CHECK(a.stored(5, 5).re < -999);
     }
   }
   Integer shipped = 1;
-  f07zaz_(1, "F07FRF", &shipped, 1, 6);
+  QuarnMP_f07zaz_(1, "F07FRF", &shipped, 1, 6);
 }

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "src/dense/eigen.h"
 #include "src/dense/tuning.h"
 #include "support/digits.h"
 #include "support/matrices.h"
+#include "tesk2mp/dense.h"
 
 using support::largest_difference;
 using support::Matrix;
@@ -48,8 +48,8 @@ class QrPath {
 
  private:
   static void set(Integer shifts, Integer block) {
-    f07zaz_(4, "F08PEF", &shifts, 1, 6);
-    f07zaz_(8, "F08PEF", &block, 1, 6);
+    QuarnMP_f07zaz_(4, "F08PEF", &shifts, 1, 6);
+    QuarnMP_f07zaz_(8, "F08PEF", &block, 1, 6);
   }
 };
 
@@ -63,8 +63,8 @@ struct Schur {
   Schur(const Matrix<QuarnFloat>& h, const char* job, const char* compz, Integer ilo = 1, Integer ihi = -1)
       : t(h), z(identity(h.rows())), wr(std::size_t(h.rows())), wi(std::size_t(h.rows())) {
     std::vector<QuarnFloat> work(std::size_t(std::max<Integer>(1, h.rows())));
-    f08pef_(job, compz, h.rows(), ilo, ihi < 0 ? h.rows() : ihi, t.data(), t.lda(), wr.data(), wi.data(), z.data(),
-            z.lda(), work.data(), std::max<Integer>(1, h.rows()), &info, 1, 1);
+    QuarnMP_f08pef_(job, compz, h.rows(), ilo, ihi < 0 ? h.rows() : ihi, t.data(), t.lda(), wr.data(), wi.data(),
+                    z.data(), z.lda(), work.data(), std::max<Integer>(1, h.rows()), &info, 1, 1);
   }
 };
 
@@ -204,8 +204,8 @@ TEST_CASE("arguments of the QR driver in order, and the query") {
     std::vector<QuarnFloat> wr(5, QuarnFloat(77));
     std::vector<QuarnFloat> work(5);
     Integer info = 99;
-    f08pef_(row.job, row.compz, row.n, row.ilo, row.ihi, h.data(), row.ldh, wr.data(), wr.data(), z.data(), row.ldz,
-            work.data(), row.lwork, &info, 1, 1);
+    QuarnMP_f08pef_(row.job, row.compz, row.n, row.ilo, row.ihi, h.data(), row.ldh, wr.data(), wr.data(), z.data(),
+                    row.ldz, work.data(), row.lwork, &info, 1, 1);
     CHECK(info == row.info);
     CHECK(work[0] == std::max<Integer>(1, row.n));
     CHECK(wr[0] == 77);
@@ -249,7 +249,7 @@ TEST_CASE("balancing: permutation isolates, scaling levels, eigenvalues stay") {
   Integer ilo = 0;
   Integer ihi = 0;
   Integer info = -99;
-  f08nhf_("P", n, shuffled.data(), shuffled.lda(), &ilo, &ihi, scale.data(), &info, 1);
+  QuarnMP_f08nhf_("P", n, shuffled.data(), shuffled.lda(), &ilo, &ihi, scale.data(), &info, 1);
   CHECK((info == 0 && ilo == 1 && ihi == 1));
   for (Integer j = 1; j <= n; ++j) {
     for (Integer i = j + 1; i <= n; ++i) {
@@ -266,7 +266,7 @@ TEST_CASE("balancing: permutation isolates, scaling levels, eigenvalues stay") {
     }
   }
   Matrix<QuarnFloat> balanced = scaled;
-  f08nhf_("both", n, balanced.data(), balanced.lda(), &ilo, &ihi, scale.data(), &info, 4);
+  QuarnMP_f08nhf_("both", n, balanced.data(), balanced.lda(), &ilo, &ihi, scale.data(), &info, 4);
   CHECK((info == 0 && ilo == 1 && ihi == n));
   for (Integer i = 1; i <= n; ++i) {
     for (Integer j = 1; j <= n; ++j) {
@@ -278,7 +278,7 @@ TEST_CASE("balancing: permutation isolates, scaling levels, eigenvalues stay") {
 
   // Norms so far apart that steps by 8 one at a time would take minutes; and a power of 8 all the same.
   QuarnFloat apart[] = {1, QuarnFloat(3, -60000000), QuarnFloat(5, 60000000), 1};
-  f08nhf_("S", 2, apart, 2, &ilo, &ihi, scale.data(), &info, 1);
+  QuarnMP_f08nhf_("S", 2, apart, 2, &ilo, &ihi, scale.data(), &info, 1);
   CHECK(info == 0);
   CHECK((apart[1] < 64 * apart[2] && apart[2] < 64 * apart[1]));
   CHECK(fabs(apart[1] * apart[2] - 15) < QuarnFloat(1, -35));
@@ -291,12 +291,12 @@ TEST_CASE("balancing: permutation isolates, scaling levels, eigenvalues stay") {
   };
   for (const Row& row : {Row{"X", -1, 0, -1}, Row{"N", -1, 0, -2}, Row{"s", 2, 1, -4}, Row{"B", 0, 1, 0}}) {
     QuarnFloat a[4];
-    f08nhf_(row.job, row.n, a, row.lda, &ilo, &ihi, scale.data(), &info, 1);
+    QuarnMP_f08nhf_(row.job, row.n, a, row.lda, &ilo, &ihi, scale.data(), &info, 1);
     CHECK(info == row.info);
   }
   CHECK((ilo == 1 && ihi == 0));
   Matrix<QuarnFloat> untouched = scaled;
-  f08nhf_("None", n, untouched.data(), untouched.lda(), &ilo, &ihi, scale.data(), &info, 4);
+  QuarnMP_f08nhf_("None", n, untouched.data(), untouched.lda(), &ilo, &ihi, scale.data(), &info, 4);
   CHECK(largest_difference(untouched, scaled) == 0);
   CHECK((ilo == 1 && ihi == n && scale[3] == 1));
 }
@@ -314,8 +314,8 @@ TEST_CASE("eigenvectors of the Schur form and of the matrix, with condition numb
       const Matrix<QuarnFloat>& a = back ? h : schur.t;
       Integer m = -1;
       Integer info = -99;
-      f08qkf_("Both", back ? "Back" : "All", nullptr, n, schur.t.data(), schur.t.lda(), vl.data(), vl.lda(), vr.data(),
-              vr.lda(), n, &m, nullptr, &info, 4, 4);
+      QuarnMP_f08qkf_("Both", back ? "Back" : "All", nullptr, n, schur.t.data(), schur.t.lda(), vl.data(), vl.lda(),
+                      vr.data(), vr.lda(), n, &m, nullptr, &info, 4, 4);
       REQUIRE(info == 0);
       CHECK(m == n);
       const Matrix<QuarnFloat> avr = support::product(a, vr);
@@ -356,16 +356,20 @@ TEST_CASE("selected eigenvectors come in order, and too few columns are refused"
   Matrix<QuarnFloat> some(4, 2);
   Integer m = 0;
   Integer info = 0;
-  f08qkf_("R", "A", nullptr, 4, t.data(), t.lda(), nullptr, 1, all.data(), all.lda(), 4, &m, nullptr, &info, 1, 1);
+  QuarnMP_f08qkf_("R", "A", nullptr, 4, t.data(), t.lda(), nullptr, 1, all.data(), all.lda(), 4, &m, nullptr, &info, 1,
+                  1);
   CHECK(info == 0);
-  f08qkf_("R", "S", select, 4, t.data(), t.lda(), nullptr, 1, some.data(), some.lda(), 2, &m, nullptr, &info, 1, 1);
+  QuarnMP_f08qkf_("R", "S", select, 4, t.data(), t.lda(), nullptr, 1, some.data(), some.lda(), 2, &m, nullptr, &info, 1,
+                  1);
   CHECK((info == 0 && m == 2));
   for (Integer i = 1; i <= 4; ++i) {
     CHECK((some(i, 1) == all(i, 2) && some(i, 2) == all(i, 4)));
   }
-  f08qkf_("R", "S", select, 4, t.data(), t.lda(), nullptr, 1, some.data(), some.lda(), 1, &m, nullptr, &info, 1, 1);
+  QuarnMP_f08qkf_("R", "S", select, 4, t.data(), t.lda(), nullptr, 1, some.data(), some.lda(), 1, &m, nullptr, &info, 1,
+                  1);
   CHECK(info == -11);
-  f08qkf_("Q", "S", select, 4, t.data(), t.lda(), nullptr, 1, some.data(), some.lda(), 1, &m, nullptr, &info, 1, 1);
+  QuarnMP_f08qkf_("Q", "S", select, 4, t.data(), t.lda(), nullptr, 1, some.data(), some.lda(), 1, &m, nullptr, &info, 1,
+                  1);
   CHECK(info == -1);
 }
 
@@ -382,11 +386,11 @@ TEST_CASE("condition numbers of a 2 by 2 triangle are known in closed form") {
     std::vector<QuarnFloat> sep(2);
     Integer m = 0;
     Integer info = -99;
-    f08qkf_("B", "A", nullptr, 2, t.data(), t.lda(), vl.data(), vl.lda(), vr.data(), vr.lda(), 2, &m, nullptr, &info, 1,
-            1);
+    QuarnMP_f08qkf_("B", "A", nullptr, 2, t.data(), t.lda(), vl.data(), vl.lda(), vr.data(), vr.lda(), 2, &m, nullptr,
+                    &info, 1, 1);
     REQUIRE(info == 0);
-    f08qlf_("Both", "All", nullptr, 2, t.data(), t.lda(), vl.data(), vl.lda(), vr.data(), vr.lda(), s.data(),
-            sep.data(), 2, &m, nullptr, 2, nullptr, &info, 4, 3);
+    QuarnMP_f08qlf_("Both", "All", nullptr, 2, t.data(), t.lda(), vl.data(), vl.lda(), vr.data(), vr.lda(), s.data(),
+                    sep.data(), 2, &m, nullptr, 2, nullptr, &info, 4, 3);
     REQUIRE(info == 0);
     const QuarnFloat half = QuarnFloat(g) / 2;
     const QuarnFloat expected = 1 / sqrt(1 + half * half);

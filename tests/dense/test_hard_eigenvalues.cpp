@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "src/dense/eigen.h"
 #include "src/dense/tuning.h"
 #include "support/digits.h"
 #include "support/hessenberg.h"
+#include "tesk2mp/dense.h"
 
 using support::Matrix;
 
@@ -124,8 +124,8 @@ TEST_CASE("hard matrices at 16, 50, 200 and 1000 digits, by both paths") {
         CAPTURE(std::string(example.name));
         CAPTURE(digits);
         CAPTURE(shifts);
-        f07zaz_(4, "F08PEF", &shifts, 1, 6);
-        f07zaz_(8, "F08PEF", &shifts, 1, 6);
+        QuarnMP_f07zaz_(4, "F08PEF", &shifts, 1, 6);
+        QuarnMP_f07zaz_(8, "F08PEF", &shifts, 1, 6);
         const Integer n = example.n;
         Matrix<QuarnFloat> h = support::hessenberg_form(matrix_of(example));
         Matrix<QuarnFloat> z(1, 1);
@@ -133,7 +133,8 @@ TEST_CASE("hard matrices at 16, 50, 200 and 1000 digits, by both paths") {
         std::vector<QuarnFloat> wi(std::size_t(n), 0);
         std::vector<QuarnFloat> work(std::size_t(n), 0);
         Integer info = -99;
-        f08pef_("E", "N", n, 1, n, h.data(), h.lda(), wr.data(), wi.data(), z.data(), 1, work.data(), n, &info, 1, 1);
+        QuarnMP_f08pef_("E", "N", n, 1, n, h.data(), h.lda(), wr.data(), wi.data(), z.data(), 1, work.data(), n, &info,
+                        1, 1);
         // A defective eigenvalue is approached linearly: at many digits the iterations run out, and INFO says so.
         CHECK((info > 0) == (example.defective && digits > 100));
         const QuarnFloat error(1, 4 - digits / example.multiplicity);
@@ -146,6 +147,6 @@ TEST_CASE("hard matrices at 16, 50, 200 and 1000 digits, by both paths") {
     }
   }
   Integer shipped = 1;
-  f07zaz_(4, "F08PEF", &shipped, 1, 6);
-  f07zaz_(8, "F08PEF", &shipped, 1, 6);
+  QuarnMP_f07zaz_(4, "F08PEF", &shipped, 1, 6);
+  QuarnMP_f07zaz_(8, "F08PEF", &shipped, 1, 6);
 }

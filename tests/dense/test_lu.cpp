@@ -3,10 +3,10 @@
 #include <cmath>
 #include <vector>
 
-#include "src/dense/lu.h"
 #include "src/dense/tuning.h"
 #include "support/digits.h"
 #include "support/matrices.h"
+#include "tesk2mp/dense.h"
 
 using support::Matrix;
 using support::RandomNumbers;
@@ -16,7 +16,7 @@ using tesk::Triangle;
 
 namespace {
 
-void set_block_size(Integer nb) { f07zaz_(1, "F07ADF", &nb, 1, 6), f07zaz_(1, "F07ARF", &nb, 1, 6); }
+void set_block_size(Integer nb) { QuarnMP_f07zaz_(1, "F07ADF", &nb, 1, 6), QuarnMP_f07zaz_(1, "F07ARF", &nb, 1, 6); }
 
 class BlockSize {
  public:
@@ -27,10 +27,10 @@ class BlockSize {
 };
 
 void factorise(Matrix<QuarnFloat>& a, std::vector<Integer>& ipiv, Integer& info) {
-  f07adf_(a.rows(), a.columns(), a.data(), a.lda(), ipiv.data(), &info);
+  QuarnMP_f07adf_(a.rows(), a.columns(), a.data(), a.lda(), ipiv.data(), &info);
 }
 void factorise(Matrix<Complex>& a, std::vector<Integer>& ipiv, Integer& info) {
-  f07arf_(a.rows(), a.columns(), a.data(), a.lda(), ipiv.data(), &info);
+  QuarnMP_f07arf_(a.rows(), a.columns(), a.data(), a.lda(), ipiv.data(), &info);
 }
 
 /// The largest element of P L U - A in units of 10^-digits, from the factors as they are stored.
@@ -117,19 +117,19 @@ TEST_CASE("illegal arguments in order, empty matrices untouched") {
       Integer info = 99;
       switch (routine) {
         case 0:
-          f07adf_(row.m, row.n, &a, row.lda, &ipiv, &info);
+          QuarnMP_f07adf_(row.m, row.n, &a, row.lda, &ipiv, &info);
           break;
         case 1:
-          f07adf_ENTRY(1, row.m, row.n, &a, row.lda, &ipiv, &info);
+          QuarnMP_f07adf_ENTRY(1, row.m, row.n, &a, row.lda, &ipiv, &info);
           break;
         case 2:
-          f07arf_(row.m, row.n, &z, row.lda, &ipiv, &info);
+          QuarnMP_f07arf_(row.m, row.n, &z, row.lda, &ipiv, &info);
           break;
         case 3:
-          f07arf_ENTRY(1, row.m, row.n, &z, row.lda, &ipiv, &info);
+          QuarnMP_f07arf_ENTRY(1, row.m, row.n, &z, row.lda, &ipiv, &info);
           break;
         default:
-          f07adg_(row.m, row.n, &a, row.lda, &weights, &info);
+          QuarnMP_f07adg_(row.m, row.n, &a, row.lda, &weights, &info);
           break;
       }
       CHECK(info == row.info);
@@ -223,7 +223,7 @@ TEST_CASE("row weights see through bad scaling, and a small pivot ends the facto
     std::vector<QuarnFloat> plain(n);
     std::vector<QuarnFloat> weighted(n);
     Integer info = -99;
-    f07adg_(n, n, a.data(), a.lda(), plain.data(), &info);
+    QuarnMP_f07adg_(n, n, a.data(), a.lda(), plain.data(), &info);
     CHECK(info == 0);
     std::vector<Integer> ipiv;
     for (const QuarnFloat& pivot : plain) {
@@ -231,7 +231,7 @@ TEST_CASE("row weights see through bad scaling, and a small pivot ends the facto
       CHECK(floor(pivot) == pivot);
     }
     CHECK(residual(base, a, ipiv) <= 600);
-    f07adg_(n, n, scaled.data(), scaled.lda(), weighted.data(), &info);
+    QuarnMP_f07adg_(n, n, scaled.data(), scaled.lda(), weighted.data(), &info);
     CHECK(info == 0);
     CHECK(plain == weighted);
 
@@ -240,7 +240,7 @@ TEST_CASE("row weights see through bad scaling, and a small pivot ends the facto
     for (Integer j = 1; j <= n; ++j) {
       singular(5, j) = 0;
     }
-    f07adg_(n, n, singular.data(), singular.lda(), plain.data(), &info);
+    QuarnMP_f07adg_(n, n, singular.data(), singular.lda(), plain.data(), &info);
     CHECK(info == n);
   }
 }
@@ -258,7 +258,7 @@ TEST_CASE("row-weighted pivoting stops in the same place and state, blocked or n
     Matrix<QuarnFloat> plain = base;
     std::vector<QuarnFloat> plain_pivots(n);
     Integer plain_info = -99;
-    f07adg_(n, n, plain.data(), plain.lda(), plain_pivots.data(), &plain_info);
+    QuarnMP_f07adg_(n, n, plain.data(), plain.lda(), plain_pivots.data(), &plain_info);
     CHECK(plain_info == last + 1);
     for (const Integer nb : {2, 3, 4}) {
       CAPTURE(last);
@@ -267,7 +267,7 @@ TEST_CASE("row-weighted pivoting stops in the same place and state, blocked or n
       Matrix<QuarnFloat> a = base;
       std::vector<QuarnFloat> pivots(n);
       Integer info = -99;
-      f07adg_(n, n, a.data(), a.lda(), pivots.data(), &info);
+      QuarnMP_f07adg_(n, n, a.data(), a.lda(), pivots.data(), &info);
       CHECK(info == plain_info);
       CHECK(pivots == plain_pivots);
       CHECK(support::largest_difference(a, plain) <= 600);
@@ -286,7 +286,7 @@ TEST_CASE("the threshold of row-weighted pivoting is 8 eps") {
     QuarnFloat a[4] = {0.5, 0.5, 0.5, 0.5 + QuarnFloat(row.d)};
     QuarnFloat ipiv[2];
     Integer info = -99;
-    f07adg_(2, 2, a, 2, ipiv, &info);
+    QuarnMP_f07adg_(2, 2, a, 2, ipiv, &info);
     CHECK(info == row.info);
     CHECK((ipiv[0] == 1 && ipiv[1] == 2));
     CHECK(a[3] == QuarnFloat(row.d));

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "src/dense/quartic.h"
 #include "support/console.h"
 #include "support/digits.h"
 #include "support/matrices.h"
+#include "tesk2mp/dense.h"
 
 namespace {
 
@@ -19,7 +19,7 @@ struct Quartic {
 
   Quartic(QuarnFloat e, QuarnFloat a, QuarnFloat b, QuarnFloat c, QuarnFloat d, Integer on_entry = 1)
       : ifail(on_entry) {
-    c02alf_(&e, &a, &b, &c, &d, zeror, zeroi, errest, &ifail);
+    QuarnMP_c02alf_(&e, &a, &b, &c, &d, zeror, zeroi, errest, &ifail);
   }
 };
 

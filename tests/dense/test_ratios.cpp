@@ -7,12 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "src/dense/cholesky.h"
-#include "src/dense/eigen.h"
-#include "src/dense/lu.h"
 #include "support/digits.h"
 #include "support/hessenberg.h"
 #include "support/matrices.h"
+#include "tesk2mp/dense.h"
 
 using support::Matrix;
 using Reals = Matrix<QuarnFloat>;
@@ -95,10 +93,10 @@ Matrix<T> transposed(const Matrix<T>& a) {
 }
 
 void factorise(Reals& a, Integer* ipiv, Integer* info) {
-  f07adf_(a.rows(), a.columns(), a.data(), a.lda(), ipiv, info);
+  QuarnMP_f07adf_(a.rows(), a.columns(), a.data(), a.lda(), ipiv, info);
 }
 void factorise(Complexes& a, Integer* ipiv, Integer* info) {
-  f07arf_(a.rows(), a.columns(), a.data(), a.lda(), ipiv, info);
+  QuarnMP_f07arf_(a.rows(), a.columns(), a.data(), a.lda(), ipiv, info);
 }
 
 template <class T>
@@ -148,7 +146,7 @@ double cholesky_ratio(const char* uplo, const Reals& a, int digits) {
   const Complexes b = turned(square);
   Complexes factor = b;
   Integer info = 0;
-  f07frf_(uplo, n, factor.data(), factor.lda(), &info, 1);
+  QuarnMP_f07frf_(uplo, n, factor.data(), factor.lda(), &info, 1);
   CHECK(info == 0);
   CHECK(factor.intact());
   const support::Digits finer(digits + kSpare);
@@ -174,8 +172,8 @@ double schur_ratio(const Reals& a, int digits) {
   std::vector<QuarnFloat> wi(std::size_t(n) + 1);
   std::vector<QuarnFloat> work(std::size_t(n) + 1);
   Integer info = 0;
-  f08pef_("S", "I", n, 1, n, t.data(), t.lda(), wr.data(), wi.data(), z.data(), z.lda(), work.data(), n + 1, &info, 1,
-          1);
+  QuarnMP_f08pef_("S", "I", n, 1, n, t.data(), t.lda(), wr.data(), wi.data(), z.data(), z.lda(), work.data(), n + 1,
+                  &info, 1, 1);
   CHECK(info == 0);
   CHECK(t.intact());
   CHECK(z.intact());

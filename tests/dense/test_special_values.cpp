@@ -6,14 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "src/dense/cholesky.h"
-#include "src/dense/eigen.h"
-#include "src/dense/lu.h"
-#include "src/dense/quartic.h"
 #include "src/dense/tuning.h"
-#include "src/kernels/norms.h"
 #include "support/digits.h"
 #include "support/matrices.h"
+#include "tesk2mp/dense.h"
+#include "tesk2mp/kernels.h"
 
 using support::Matrix;
 
@@ -64,8 +61,8 @@ class QrPath {
 
  private:
   static void set(Integer value) {
-    f07zaz_(4, "F08PEF", &value, 1, 6);
-    f07zaz_(8, "F08PEF", &value, 1, 6);
+    QuarnMP_f07zaz_(4, "F08PEF", &value, 1, 6);
+    QuarnMP_f07zaz_(8, "F08PEF", &value, 1, 6);
   }
 };
 
@@ -74,7 +71,7 @@ class QrPath {
 TEST_CASE("factorisations of bad elements") {
   for (Integer nb : {1, 2}) {
     for (const char* name : {"F07ADF", "F07ARF", "F07ADG", "F07FRF"}) {
-      f07zaz_(1, name, &nb, 1, 6);
+      QuarnMP_f07zaz_(1, name, &nb, 1, 6);
     }
     at_each_place([](const QuarnFloat& bad, Integer i, Integer j) {
       std::vector<Integer> ipiv(kOrder + 1, 77);
@@ -83,12 +80,12 @@ TEST_CASE("factorisations of bad elements") {
       Matrix<QuarnFloat> a = filled<QuarnFloat>(well_conditioned);
       a(i, j) = bad;
       Matrix<QuarnFloat> b = a;
-      f07adf_(kOrder, kOrder, a.data(), a.lda(), ipiv.data(), &info);
+      QuarnMP_f07adf_(kOrder, kOrder, a.data(), a.lda(), ipiv.data(), &info);
       CHECK((info >= 0 && info <= kOrder && a.intact()));
       for (Integer step = 1; step <= kOrder; ++step) {
         CHECK((ipiv[std::size_t(step - 1)] >= step && ipiv[std::size_t(step - 1)] <= kOrder));
       }
-      f07adg_(kOrder, kOrder, b.data(), b.lda(), weighted.data(), &info);
+      QuarnMP_f07adg_(kOrder, kOrder, b.data(), b.lda(), weighted.data(), &info);
       CHECK((info >= 0 && info <= kOrder && b.intact()));
       // The weights of the rows that are left stand where the factorisation ended.
       for (Integer step = 1; step < (info == 0 ? kOrder + 1 : info); ++step) {
@@ -96,7 +93,7 @@ TEST_CASE("factorisations of bad elements") {
       }
       Matrix<Complex> z = filled<Complex>(well_conditioned);
       z(i, j).im = bad;
-      f07arf_(kOrder, kOrder, z.data(), z.lda(), ipiv.data(), &info);
+      QuarnMP_f07arf_(kOrder, kOrder, z.data(), z.lda(), ipiv.data(), &info);
       CHECK((info >= 0 && info <= kOrder && z.intact()));
       for (Integer step = 1; step <= kOrder; ++step) {
         CHECK((ipiv[std::size_t(step - 1)] >= step && ipiv[std::size_t(step - 1)] <= kOrder));
@@ -105,7 +102,7 @@ TEST_CASE("factorisations of bad elements") {
       for (const char* uplo : {"U", "L"}) {
         Matrix<Complex> c = filled<Complex>(hermitian);
         c(i, j) = Complex(bad);
-        f07frf_(uplo, kOrder, c.data(), c.lda(), &info, 1);
+        QuarnMP_f07frf_(uplo, kOrder, c.data(), c.lda(), &info, 1);
         CHECK((info >= 0 && info <= kOrder && c.intact()));
         const bool seen = uplo[0] == 'U' ? i <= j : i >= j;
         CHECK((seen || info == 0));
@@ -114,7 +111,7 @@ TEST_CASE("factorisations of bad elements") {
   }
   Integer shipped = 1;
   for (const char* name : {"F07ADF", "F07ARF", "F07ADG", "F07FRF"}) {
-    f07zaz_(1, name, &shipped, 1, 6);
+    QuarnMP_f07zaz_(1, name, &shipped, 1, 6);
   }
 }
 
@@ -128,7 +125,7 @@ TEST_CASE("balancing and eigenvalues of bad elements, by both paths") {
       Integer info = -99;
       Matrix<QuarnFloat> a = filled<QuarnFloat>(well_conditioned);
       a(i, j) = bad;
-      f08nhf_("B", kOrder, a.data(), a.lda(), &ilo, &ihi, scale.data(), &info, 1);
+      QuarnMP_f08nhf_("B", kOrder, a.data(), a.lda(), &ilo, &ihi, scale.data(), &info, 1);
       CHECK((info == 0 && ilo >= 1 && ilo <= ihi && ihi <= kOrder && a.intact()));
 
       Matrix<QuarnFloat> h = filled<QuarnFloat>(hessenberg);
@@ -137,8 +134,8 @@ TEST_CASE("balancing and eigenvalues of bad elements, by both paths") {
       std::vector<QuarnFloat> wr(kOrder);
       std::vector<QuarnFloat> wi(kOrder);
       std::vector<QuarnFloat> work(kOrder);
-      f08pef_("S", "I", kOrder, 1, kOrder, h.data(), h.lda(), wr.data(), wi.data(), z.data(), z.lda(), work.data(),
-              kOrder, &info, 1, 1);
+      QuarnMP_f08pef_("S", "I", kOrder, 1, kOrder, h.data(), h.lda(), wr.data(), wi.data(), z.data(), z.lda(),
+                      work.data(), kOrder, &info, 1, 1);
       CHECK((info >= 0 && info <= kOrder && h.intact() && z.intact()));
       // What stands below the subdiagonal is no part of the matrix.
       CHECK((i <= j + 1 || info == 0));
@@ -156,11 +153,11 @@ TEST_CASE("eigenvectors and condition numbers of bad elements") {
     std::vector<QuarnFloat> sep(kOrder + 1, 77);
     Integer m = -1;
     Integer info = -99;
-    f08qkf_("B", "A", nullptr, kOrder, t.data(), t.lda(), vl.data(), vl.lda(), vr.data(), vr.lda(), kOrder, &m, nullptr,
-            &info, 1, 1);
+    QuarnMP_f08qkf_("B", "A", nullptr, kOrder, t.data(), t.lda(), vl.data(), vl.lda(), vr.data(), vr.lda(), kOrder, &m,
+                    nullptr, &info, 1, 1);
     CHECK((info == 0 && m == kOrder && vl.intact() && vr.intact()));
-    f08qlf_("B", "A", nullptr, kOrder, t.data(), t.lda(), vl.data(), vl.lda(), vr.data(), vr.lda(), s.data(),
-            sep.data(), kOrder, &m, nullptr, kOrder, nullptr, &info, 1, 1);
+    QuarnMP_f08qlf_("B", "A", nullptr, kOrder, t.data(), t.lda(), vl.data(), vl.lda(), vr.data(), vr.lda(), s.data(),
+                    sep.data(), kOrder, &m, nullptr, kOrder, nullptr, &info, 1, 1);
     CHECK((info == 0 && m == kOrder && t.intact()));
     CHECK((s[kOrder] == 77 && sep[kOrder] == 77));
   });
@@ -179,7 +176,7 @@ TEST_CASE("quartics with bad coefficients fail in one of their three ways, or so
         each[4] = 77;
       }
       Integer ifail = 1;
-      c02alf_(&k[0], &k[1], &k[2], &k[3], &k[4], out[0], out[1], out[2], &ifail);
+      QuarnMP_c02alf_(&k[0], &k[1], &k[2], &k[3], &k[4], out[0], out[1], out[2], &ifail);
       if (bad == "nan") {
         CHECK(ifail == 3);
       } else {
@@ -199,10 +196,10 @@ TEST_CASE("norms of bad elements") {
     a(i, j) = bad;
     std::vector<QuarnFloat> work(kOrder);
     // Comparisons pass over NaN as published; the sum of squares keeps it.
-    CHECK(isnan(f06raf_("F", kOrder, kOrder, a.data(), a.lda(), work.data(), 1)) == isnan(bad));
+    CHECK(isnan(QuarnMP_f06raf_("F", kOrder, kOrder, a.data(), a.lda(), work.data(), 1)) == isnan(bad));
     for (const std::string letter : {"M", "1", "I", "F"}) {
       CAPTURE(letter);
-      CHECK((isnan(bad) || isinf(f06raf_(letter.c_str(), kOrder, kOrder, a.data(), a.lda(), work.data(), 1))));
+      CHECK((isnan(bad) || isinf(QuarnMP_f06raf_(letter.c_str(), kOrder, kOrder, a.data(), a.lda(), work.data(), 1))));
     }
   });
 }

@@ -9,7 +9,7 @@ namespace {
 
 Integer read(Integer ispec, const char* name, int length = 6) {
   Integer value = -99;
-  f07zaz_(ispec, name, &value, 0, length);
+  QuarnMP_f07zaz_(ispec, name, &value, 0, length);
   return value;
 }
 
@@ -38,7 +38,7 @@ TEST_CASE("shipped values and refusals") {
 
 TEST_CASE("a written cell is read back, alone") {
   Integer value = 32;
-  f07zaz_(1, "F07MDF", &value, 1, 6);
+  QuarnMP_f07zaz_(1, "F07MDF", &value, 1, 6);
   CHECK(value == 32);
   CHECK(read(1, "F07MDF") == 32);
   CHECK(read(2, "F07MDF") == 0);
@@ -46,13 +46,13 @@ TEST_CASE("a written cell is read back, alone") {
   CHECK(read(1, "F07MRF") == 1);
   CHECK(tesk::tuning_value(tesk::kBlockSize, "F07MDF") == 32);
   value = 1;
-  f07zaz_(1, "F07MDF", &value, 1, 6);
+  QuarnMP_f07zaz_(1, "F07MDF", &value, 1, 6);
   // Refused calls write nothing.
   value = 7;
-  f07zaz_(9, "F07ADF", &value, 1, 6);
+  QuarnMP_f07zaz_(9, "F07ADF", &value, 1, 6);
   CHECK(value == -1);
   value = 7;
-  f07zaz_(1, "F07QQF", &value, 1, 6);
+  QuarnMP_f07zaz_(1, "F07QQF", &value, 1, 6);
   CHECK(value == -2);
   CHECK(read(1, "F07ADF") == 1);
 }
@@ -68,7 +68,7 @@ TEST_CASE("every row of the table is reached by some routine") {
         Integer value = read(7, name.c_str());
         if (value == 0) {
           value = ++mark;
-          f07zaz_(7, name.c_str(), &value, 1, 6);
+          QuarnMP_f07zaz_(7, name.c_str(), &value, 1, 6);
         }
         if (value > 0) {
           rows.insert(value);

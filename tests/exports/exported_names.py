@@ -1,10 +1,13 @@
-"""The list, the public header and the binary name the same exports, and each binary imports no more than it may."""
+"""The public headers and the binary name the same exports, and each binary imports no more than it may."""
 
 import argparse
 import pathlib
 import re
 import subprocess
 import sys
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tools"))
+import contract  # noqa: E402
 
 RUNTIME = {"kernel32.dll", "msvcrt.dll"}
 MAY_IMPORT = {
@@ -16,17 +19,6 @@ MAY_IMPORT = {
 
 def output(*command):
     return subprocess.run(command, check=True, capture_output=True, text=True).stdout
-
-
-def listed(path):
-    lines = [line for line in path.read_text().splitlines() if line.strip() and not line.startswith("#")]
-    return [line.split()[0] for line in lines]
-
-
-def declared(folder):
-    texts = [header.read_text() for header in sorted(folder.glob("*.h"))]
-    code = re.sub(r"//[^\n]*|/\*.*?\*/", "", "\n".join(texts), flags=re.S)
-    return re.findall(r"\b(QuarnMPX?_\w+)\s*\(", code)
 
 
 def exported_by_elf(nm, library):
@@ -57,7 +49,7 @@ def check_imports(objdump, library):
 
 
 def compare(title, names, reference):
-    problems = [f"{title}: '{name}' is not in the list" for name in sorted(set(names) - set(reference))]
+    problems = [f"{title}: '{name}' is not declared" for name in sorted(set(names) - set(reference))]
     problems += [f"{title}: '{name}' is missing" for name in sorted(set(reference) - set(names))]
     problems += [f"{title}: '{name}' stands there twice" for name in sorted(set(names)) if names.count(name) > 1]
     return problems
@@ -65,17 +57,14 @@ def compare(title, names, reference):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--list", type=pathlib.Path, required=True)
-    parser.add_argument("--headers", type=pathlib.Path, required=True)
     parser.add_argument("--library", required=True)
     parser.add_argument("--host", nargs="*", default=[])
     parser.add_argument("--nm", default="nm")
     parser.add_argument("--objdump", default="objdump")
     options = parser.parse_args()
 
-    names = listed(options.list)
-    problems = compare("list", names, names)
-    problems += compare("header", declared(options.headers), names)
+    names = contract.names()
+    problems = compare("headers", names, names)
     if options.library.endswith(".dll"):
         problems += compare("DLL", exported_by_dll(options.objdump, options.library), names)
         for library in [options.library, *options.host]:

@@ -54,8 +54,8 @@ int main() {
                                                        60, 64, 100, 210, 289, 360, 512, 1000, 1001, 1024};
   const std::initializer_list<Integer> complex_lengths = {2,  3,  4,  5,   7,   11,   19,   30,   59,
                                                           61, 64, 97, 128, 360, 1000, 1009, 1024, 1147};
-  print_companions(c06faf_full_, c06fbf_full_, real_lengths);
-  print_classic(c06faf_, c06fbf_, real_lengths);
-  print_companions(c06pcf_full_, c06pcf_full_, complex_lengths);
-  print_classic(c06pcf_, c06pcf_, complex_lengths);
+  print_companions(QuarnMPX_c06faf_, QuarnMPX_c06fbf_, real_lengths);
+  print_classic(QuarnMP_c06faf_, QuarnMP_c06fbf_, real_lengths);
+  print_companions(QuarnMPX_c06pcf_, QuarnMPX_c06pcf_, complex_lengths);
+  print_classic(QuarnMP_c06pcf_, QuarnMP_c06pcf_, complex_lengths);
 }

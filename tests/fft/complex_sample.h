@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "sample.h"
-#include "src/fft/complex_transform.h"
+#include "tesk2mp/fft.h"
 
 namespace sample {
 
@@ -15,9 +15,9 @@ using ComplexSequence = std::vector<Complex>;
 /// Both accuracies of an entry.
 struct SingleEntry {
   const char* name;
-  decltype(&c06pcf_) transform;
+  decltype(&QuarnMP_c06pcf_) transform;
 };
-inline constexpr SingleEntry kSingleEntries[] = {{"classic", c06pcf_}, {"companion", c06pcf_full_}};
+inline constexpr SingleEntry kSingleEntries[] = {{"classic", QuarnMP_c06pcf_}, {"companion", QuarnMPX_c06pcf_}};
 
 inline ComplexSequence random_complex(Integer n, unsigned seed) {
   const Sequence parts = random_sequence(2 * n, seed);
@@ -33,7 +33,7 @@ inline ComplexSequence junk(std::int64_t length) {
   return ComplexSequence(std::size_t(length), Complex(QuarnFloat("nan"), QuarnFloat("nan")));
 }
 
-inline ComplexSequence transformed(decltype(&c06pcf_) entry, const char* direct, ComplexSequence x) {
+inline ComplexSequence transformed(decltype(&QuarnMP_c06pcf_) entry, const char* direct, ComplexSequence x) {
   const auto n = Integer(x.size());
   ComplexSequence work = junk(2 * std::int64_t(n));
   Integer ifail = -1;

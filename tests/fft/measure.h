@@ -33,7 +33,7 @@ inline double error_against_definition(Entry entry, bool forward, Integer n, int
 }
 
 /// The same of a complex entry.
-inline double error_against_definition(decltype(&c06pcf_) entry, bool forward, Integer n, int digits) {
+inline double error_against_definition(decltype(&QuarnMP_c06pcf_) entry, bool forward, Integer n, int digits) {
   const ComplexSequence x = random_complex(n, unsigned(n));
   return oracle::error_in_units(oracle::from_complex(transformed(entry, forward ? "F" : "B", x)),
                                 oracle::by_definition(oracle::from_complex(x), forward ? -1 : +1), digits);

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "src/fft/real_transform.h"
+#include "tesk2mp/fft.h"
 
 namespace sample {
 
@@ -17,7 +17,8 @@ struct Entries {
   void (*forward)(QuarnFloat*, Integer*, QuarnFloat*, Integer*);
   void (*backward)(QuarnFloat*, Integer*, QuarnFloat*, Integer*);
 };
-inline constexpr Entries kEntries[] = {{"classic", c06faf_, c06fbf_}, {"companion", c06faf_full_, c06fbf_full_}};
+inline constexpr Entries kEntries[] = {{"classic", QuarnMP_c06faf_, QuarnMP_c06fbf_},
+                                       {"companion", QuarnMPX_c06faf_, QuarnMPX_c06fbf_}};
 
 /// n numbers between -1 and 1, their digits as many as the working precision has, and not all of them non-zero.
 inline Sequence random_sequence(Integer n, unsigned seed) {

@@ -51,7 +51,7 @@ constexpr Integer kLowest = -2147483647 - 1;
 }  // namespace
 
 TEST_CASE("one sequence: N, then DIRECT") {
-  for (const auto core : {c06pcfn_, c06pcfn_full_}) {
+  for (const auto core : {QuarnMP_c06pcfn_, QuarnMPX_c06pcfn_}) {
     for (const Integer n : std::initializer_list<Integer>{kLowest, -1, 0, 1, 2}) {
       for (const std::string direct : kDirects) {
         CAPTURE(n);
@@ -77,9 +77,12 @@ TEST_CASE("one sequence: N, then DIRECT") {
 TEST_CASE("several sequences: M, N, DIRECT") {
   struct Row {
     const char* routine;
-    decltype(&c06prfn_) core;
+    decltype(&QuarnMP_c06prfn_) core;
   };
-  const Row rows[] = {{"C06PRF", c06prfn_}, {"C06PRF", c06prfn_full_}, {"C06PSF", c06psfn_}, {"C06PSF", c06psfn_full_}};
+  const Row rows[] = {{"C06PRF", QuarnMP_c06prfn_},
+                      {"C06PRF", QuarnMPX_c06prfn_},
+                      {"C06PSF", QuarnMP_c06psfn_},
+                      {"C06PSF", QuarnMPX_c06psfn_}};
   for (const Row& row : rows) {
     for (const Integer m : std::initializer_list<Integer>{kLowest, 0, 1, 2}) {
       for (const Integer n : {-7, 0, 1, 2}) {
@@ -215,8 +218,8 @@ TEST_CASE("one dimension: the whole space of small wrong values") {
     ComplexSequence x(6, Complex(2.0, 3.0));
     ComplexSequence work(std::size_t(std::max<Integer>(a.lwork, 1)));
     const Outcome outcome = outcome_of([&](char* buffer, Integer* ifail, int length) {
-      c06pffn_(a.query, a.direct.c_str(), a.ndim, a.l, a.nd, a.n, x.data(), work.data(), a.lwork, buffer, ifail,
-               int(a.direct.size()), length);
+      QuarnMP_c06pffn_(a.query, a.direct.c_str(), a.ndim, a.l, a.nd, a.n, x.data(), work.data(), a.lwork, buffer, ifail,
+                       int(a.direct.size()), length);
     });
     if (outcome.ifail != expected.ifail || outcome.console != expected.message) {
       CAPTURE(a.ndim);
@@ -246,8 +249,8 @@ TEST_CASE("all dimensions: the whole space of small wrong values") {
     ComplexSequence x(6, Complex(2.0, 3.0));
     ComplexSequence work(std::size_t(std::max<Integer>(a.lwork, 1)));
     const Outcome outcome = outcome_of([&](char* buffer, Integer* ifail, int length) {
-      c06pjfn_full_(a.query, a.direct.c_str(), a.ndim, a.nd, a.n, x.data(), work.data(), a.lwork, buffer, ifail,
-                    int(a.direct.size()), length);
+      QuarnMPX_c06pjfn_(a.query, a.direct.c_str(), a.ndim, a.nd, a.n, x.data(), work.data(), a.lwork, buffer, ifail,
+                        int(a.direct.size()), length);
     });
     CAPTURE(a.n);
     CAPTURE(a.lwork);
@@ -261,7 +264,7 @@ TEST_CASE("all dimensions: the whole space of small wrong values") {
 TEST_CASE("sizes beyond 32 bits are told, not wrapped round") {
   const Integer huge[] = {65536, 65536, 65536, 65536};
   Outcome outcome = outcome_of([&](char* buffer, Integer* ifail, int length) {
-    c06pffn_(0, "F", 2, 1, huge, 0, nullptr, nullptr, 99, buffer, ifail, 1, length);
+    QuarnMP_c06pffn_(0, "F", 2, 1, huge, 0, nullptr, nullptr, 99, buffer, ifail, 1, length);
   });
   check("C06PFF", outcome,
         {5,
@@ -269,7 +272,7 @@ TEST_CASE("sizes beyond 32 bits are told, not wrapped round") {
          " ** N must = product of the ND(I): N =            0 ND(I) =   4294967296.",
          {"           0", "  4294967296"}});
   outcome = outcome_of([&](char* buffer, Integer* ifail, int length) {
-    c06pjfn_(0, "F", 4, huge, 0, nullptr, nullptr, 99, buffer, ifail, 1, length);
+    QuarnMP_c06pjfn_(0, "F", 4, huge, 0, nullptr, nullptr, 99, buffer, ifail, 1, length);
   });
   check("C06PJF", outcome,
         {4,
@@ -278,7 +281,7 @@ TEST_CASE("sizes beyond 32 bits are told, not wrapped round") {
          {"           0", "9223372036854775807"}});
   const Integer most = 2147483647;
   outcome = outcome_of([&](char* buffer, Integer* ifail, int length) {
-    c06pffn_(0, "F", 1, 1, &most, most, nullptr, nullptr, most, buffer, ifail, 1, length);
+    QuarnMP_c06pffn_(0, "F", 1, 1, &most, most, nullptr, nullptr, most, buffer, ifail, 1, length);
   });
   check("C06PFF", outcome,
         {6,
@@ -332,21 +335,21 @@ TEST_CASE("the classic forms refuse as their cores do") {
   };
   const Row rows[] = {
       {"C06PCF", " ** On entry, N .lt. 1: N =                0.",
-       [&](Integer* ifail) { c06pcf_("F", nullptr, &none, nullptr, ifail, 1); }},
+       [&](Integer* ifail) { QuarnMP_c06pcf_("F", nullptr, &none, nullptr, ifail, 1); }},
       {"C06PCF", " ** ? is an invalid value of DIRECT.",
-       [&](Integer* ifail) { c06pcf_full_("?", nullptr, &one, nullptr, ifail, 1); }},
+       [&](Integer* ifail) { QuarnMPX_c06pcf_("?", nullptr, &one, nullptr, ifail, 1); }},
       {"C06PRF", " ** M .lt. 1: M =                0.",
-       [&](Integer* ifail) { c06prf_("F", &none, &none, nullptr, nullptr, ifail, 1); }},
+       [&](Integer* ifail) { QuarnMP_c06prf_("F", &none, &none, nullptr, nullptr, ifail, 1); }},
       {"C06PRF", " ** N .lt. 1: N =                0.",
-       [&](Integer* ifail) { c06prf_full_("F", &one, &none, nullptr, nullptr, ifail, 1); }},
+       [&](Integer* ifail) { QuarnMPX_c06prf_("F", &one, &none, nullptr, nullptr, ifail, 1); }},
       {"C06PFF", " ** On entry, NDIM .lt. 1: NDIM =                0.",
-       [&](Integer* ifail) { c06pff_("F", &none, &one, &one, &one, nullptr, nullptr, &one, ifail, 1); }},
+       [&](Integer* ifail) { QuarnMP_c06pff_("F", &none, &one, &one, &one, nullptr, nullptr, &one, ifail, 1); }},
       {"C06PFF", " ** LWORK, =                1,  must be at least:              17.",
-       [&](Integer* ifail) { c06pff_full_("F", &one, &one, &one, &one, nullptr, nullptr, &one, ifail, 1); }},
+       [&](Integer* ifail) { QuarnMPX_c06pff_("F", &one, &one, &one, &one, nullptr, nullptr, &one, ifail, 1); }},
       {"C06PJF", " ** NDIM .lt. 1: NDIM =                0.",
-       [&](Integer* ifail) { c06pjf_("F", &none, &one, &one, nullptr, nullptr, &one, ifail, 1); }},
+       [&](Integer* ifail) { QuarnMP_c06pjf_("F", &none, &one, &one, nullptr, nullptr, &one, ifail, 1); }},
       {"C06PJF", " ** LWORK, =                1,  must be at least:              19.",
-       [&](Integer* ifail) { c06pjf_full_("F", &one, &one, &one, nullptr, nullptr, &one, ifail, 1); }},
+       [&](Integer* ifail) { QuarnMPX_c06pjf_("F", &one, &one, &one, nullptr, nullptr, &one, ifail, 1); }},
   };
   for (const Row& row : rows) {
     support::ConsoleCapture console;

@@ -33,7 +33,7 @@ std::vector<Integer> radices_of(Integer n) {
 }
 
 /// Against the passes in MPFR with the given constants, in units of 10^-digits.
-double error(decltype(&c06pcf_) entry, bool forward, const Constants& constants, Integer n, int digits) {
+double error(decltype(&QuarnMP_c06pcf_) entry, bool forward, const Constants& constants, Integer n, int digits) {
   const sample::ComplexSequence x = sample::random_complex(n, unsigned(n));
   const sample::ComplexSequence z = sample::transformed(entry, forward ? "F" : "B", x);
   const auto conjugated = [forward](oracle::Sequence y) {
@@ -90,8 +90,8 @@ TEST_CASE("complex transforms against MPFR with the same constants") {
         CAPTURE(n);
         CAPTURE(forward);
         // The classic angle itself, up to 2 pi, is rounded here.
-        CHECK(error(c06pcf_, forward, Constants::classic(), n, digits) < 2 * bound(n));
-        CHECK(error(c06pcf_full_, forward, Constants::full(), n, digits) < bound(n));
+        CHECK(error(QuarnMP_c06pcf_, forward, Constants::classic(), n, digits) < 2 * bound(n));
+        CHECK(error(QuarnMPX_c06pcf_, forward, Constants::full(), n, digits) < bound(n));
       }
     }
   }
@@ -103,8 +103,8 @@ TEST_CASE("large primes against MPFR") {
   support::Digits scope(digits);
   for (const Integer n : {1009, 2 * 1009, 31 * 37}) {
     CAPTURE(n);
-    CHECK(error(c06pcf_, n == 1009, Constants::classic(), n, digits) < 2 * bound(n));
-    CHECK(error(c06pcf_full_, n == 1009, Constants::full(), n, digits) < bound(n));
+    CHECK(error(QuarnMP_c06pcf_, n == 1009, Constants::classic(), n, digits) < 2 * bound(n));
+    CHECK(error(QuarnMPX_c06pcf_, n == 1009, Constants::full(), n, digits) < bound(n));
   }
 }
 
@@ -112,7 +112,7 @@ TEST_CASE("the table: the classic entry evaluates each rotation once, the compan
   support::Digits scope(50);
   const sample::ComplexSequence x = sample::random_complex(1024, 1);
   asked.clear();
-  sample::transformed(c06pcf_, "F", x);
+  sample::transformed(QuarnMP_c06pcf_, "F", x);
   // Passes of radix 4 take the multiples of 1, 2 and 3 up to 3 * 255; each has another angle.
   CHECK(count_of("cos") == 510);
   CHECK(count_of("sin") == 510);
@@ -121,7 +121,7 @@ TEST_CASE("the table: the classic entry evaluates each rotation once, the compan
     CHECK(entry.second == 1);
   }
   asked.clear();
-  sample::transformed(c06pcf_full_, "F", x);
+  sample::transformed(QuarnMPX_c06pcf_, "F", x);
   CHECK(count_of("cos") >= 16);
   CHECK(count_of("cos") <= 1024 / 8);
   CHECK(count_of("sin") == count_of("cos"));

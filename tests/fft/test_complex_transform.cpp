@@ -105,7 +105,7 @@ TEST_CASE("zeros of the result carry no sign") {
     for (const Integer n : {1, 2, 4, 6, 14, 16}) {
       ComplexSequence x(static_cast<std::size_t>(n));
       x[0].re = -1;
-      for (const Complex& z : transformed(c06pcf_full_, direct, x)) {
+      for (const Complex& z : transformed(QuarnMPX_c06pcf_, direct, x)) {
         CHECK(z.re < 0);
         CHECK(z.im == 0);
         CHECK(!signbit(z.im));
@@ -131,8 +131,8 @@ TEST_CASE("entries without checks do the same, and tell what they cannot do") {
   support::Digits scope(25);
   for (const Integer n : {1, 12, 14, 67}) {
     const ComplexSequence x = random_complex(n, 4);
-    const ComplexSequence classic = transformed(c06pcf_, "B", x);
-    const ComplexSequence full = transformed(c06pcf_full_, "B", x);
+    const ComplexSequence classic = transformed(QuarnMP_c06pcf_, "B", x);
+    const ComplexSequence full = transformed(QuarnMPX_c06pcf_, "B", x);
     ComplexSequence work = sample::junk(2 * std::int64_t(n));
     const auto check = [&](const ComplexSequence& expected, const auto& call) {
       ComplexSequence y = x;
@@ -141,17 +141,17 @@ TEST_CASE("entries without checks do the same, and tell what they cannot do") {
       CHECK(status == 0);
       CHECK(y == expected);
     };
-    check(classic, [&](Complex* y, Integer* status) { c06pcqn_("B", y, n, work.data(), status, 1); });
-    check(full, [&](Complex* y, Integer* status) { c06pcqn_full_("B", y, n, work.data(), status, 1); });
-    check(classic, [&](Complex* y, Integer* status) { c06pczn_("b", n, y, work.data(), status, 1); });
-    check(full, [&](Complex* y, Integer* status) { c06pczn_full_("b", n, y, work.data(), status, 1); });
+    check(classic, [&](Complex* y, Integer* status) { QuarnMP_c06pcqn_("B", y, n, work.data(), status, 1); });
+    check(full, [&](Complex* y, Integer* status) { QuarnMPX_c06pcqn_("B", y, n, work.data(), status, 1); });
+    check(classic, [&](Complex* y, Integer* status) { QuarnMP_c06pczn_("b", n, y, work.data(), status, 1); });
+    check(full, [&](Complex* y, Integer* status) { QuarnMPX_c06pczn_("b", n, y, work.data(), status, 1); });
   }
   for (const Integer n : {0, -1, -2147483647 - 1}) {
     Integer status = 0;
-    c06pcqn_("F", nullptr, n, nullptr, &status, 1);
+    QuarnMP_c06pcqn_("F", nullptr, n, nullptr, &status, 1);
     CHECK(status == Integer(tesk::Status::bad_argument));
     status = 0;
-    c06pczn_full_("F", n, nullptr, nullptr, &status, 1);
+    QuarnMPX_c06pczn_("F", n, nullptr, nullptr, &status, 1);
     CHECK(status == Integer(tesk::Status::bad_argument));
   }
   // Nothing but B and b is backward.
@@ -159,8 +159,8 @@ TEST_CASE("entries without checks do the same, and tell what they cannot do") {
   ComplexSequence y = x;
   ComplexSequence work(12);
   Integer status = -1;
-  c06pcqn_("Q", y.data(), 6, work.data(), &status, 1);
-  CHECK(y == transformed(c06pcf_, "F", x));
+  QuarnMP_c06pcqn_("Q", y.data(), 6, work.data(), &status, 1);
+  CHECK(y == transformed(QuarnMP_c06pcf_, "F", x));
 }
 
 TEST_CASE("the passes one by one, by the table that a transform leaves") {
@@ -170,8 +170,10 @@ TEST_CASE("the passes one by one, by the table that a transform leaves") {
     void (*classic)(Integer, Integer, const Complex*, Complex*, const Complex*);
     void (*full)(Integer, Integer, const Complex*, Complex*, const Complex*);
   };
-  const Row rows[] = {
-      {2, c06ncvn_, c06ncvn_}, {3, c06ncun_, c06ncun_full_}, {4, c06nctn_, c06nctn_}, {5, c06ncsn_, c06ncsn_full_}};
+  const Row rows[] = {{2, QuarnMP_c06ncvn_, QuarnMP_c06ncvn_},
+                      {3, QuarnMP_c06ncun_, QuarnMPX_c06ncun_},
+                      {4, QuarnMP_c06nctn_, QuarnMP_c06nctn_},
+                      {5, QuarnMP_c06ncsn_, QuarnMPX_c06ncsn_}};
   for (const Row& row : rows) {
     for (const bool full : {false, true}) {
       CAPTURE(row.radix);
@@ -192,7 +194,7 @@ TEST_CASE("the passes one by one, by the table that a transform leaves") {
       for (Complex& z : y) {
         z = Complex(z.re / row.radix, z.im / row.radix);
       }
-      CHECK(largest_difference(y, transformed(full ? c06pcf_full_ : c06pcf_, "F", x)) <
+      CHECK(largest_difference(y, transformed(full ? QuarnMPX_c06pcf_ : QuarnMP_c06pcf_, "F", x)) <
             QuarnFloat(1, full ? -28 : -14));
     }
     for (const Integer none : {0, -1, -2147483647 - 1}) {
@@ -205,8 +207,8 @@ TEST_CASE("the passes one by one, by the table that a transform leaves") {
 TEST_CASE("the sequence of passes: any order of the factors, and nothing for a list that does not fit") {
   support::Digits scope(30);
   const ComplexSequence x = random_complex(84, 7);
-  const ComplexSequence z = transformed(c06pcf_full_, "F", x);
-  const ComplexSequence classic = transformed(c06pcf_, "F", x);
+  const ComplexSequence z = transformed(QuarnMPX_c06pcf_, "F", x);
+  const ComplexSequence classic = transformed(QuarnMP_c06pcf_, "F", x);
   const tesk::ComplexFactors factors = tesk::factorize_complex(84);
   ComplexSequence scratch = sample::junk(84);
   for (const std::vector<Integer>& list :
@@ -217,20 +219,20 @@ TEST_CASE("the sequence of passes: any order of the factors, and nothing for a l
     std::copy(list.begin(), list.end(), given.factor.begin());
     tesk::make_table(table.data(), 84, given, tesk::kFullEngine.constants);
     ComplexSequence y = x;
-    c06ncwn_full_(84, y.data(), scratch.data(), table.data(), given.count, list.data());
+    QuarnMPX_c06ncwn_(84, y.data(), scratch.data(), table.data(), given.count, list.data());
     CHECK(largest_difference(y, z) < QuarnFloat(1, -28));
   }
   ComplexSequence table(84);
   tesk::make_table(table.data(), 84, factors, tesk::kClassicEngine.constants);
   ComplexSequence y = x;
-  c06ncwn_(84, y.data(), scratch.data(), table.data(), factors.count, factors.factor.data());
+  QuarnMP_c06ncwn_(84, y.data(), scratch.data(), table.data(), factors.count, factors.factor.data());
   CHECK(y == classic);
 
   for (const std::vector<Integer>& list :
        {std::vector<Integer>{}, {84}, {6, 14}, {4, 3}, {4, 3, 7, 2}, {5, 4, 3}, {0}, {-4, -3, 7}, {4, 3, 7, 0}}) {
     y = x;
-    c06ncwn_(84, y.data(), nullptr, nullptr, Integer(list.size()), list.data());
-    c06ncwn_full_(84, y.data(), nullptr, nullptr, Integer(list.size()), list.data());
+    QuarnMP_c06ncwn_(84, y.data(), nullptr, nullptr, Integer(list.size()), list.data());
+    QuarnMPX_c06ncwn_(84, y.data(), nullptr, nullptr, Integer(list.size()), list.data());
     CHECK(y == x);
   }
 }
@@ -239,7 +241,8 @@ TEST_CASE("classic and companion agree to the digits of the double constants, an
   support::Digits scope(60);
   for (const Integer n : kLengths) {
     const ComplexSequence x = random_complex(n, 8);
-    const QuarnFloat difference = largest_difference(transformed(c06pcf_, "F", x), transformed(c06pcf_full_, "F", x));
+    const QuarnFloat difference =
+        largest_difference(transformed(QuarnMP_c06pcf_, "F", x), transformed(QuarnMPX_c06pcf_, "F", x));
     CAPTURE(n);
     CHECK(difference < QuarnFloat(1, -14));
     CHECK((n <= 4 ? n == 3 || difference == 0 : difference > QuarnFloat(1, -20)));
@@ -252,7 +255,7 @@ TEST_CASE("large primes: sums and convolutions give the same") {
   for (const Integer n : {59, 61, 67, 101, 107, 127, 167, 257, 2 * 107, 61 * 3, 67 * 67}) {
     CAPTURE(n);
     const ComplexSequence x = random_complex(n, 9);
-    const ComplexSequence z = transformed(c06pcf_full_, "F", x);
+    const ComplexSequence z = transformed(QuarnMPX_c06pcf_, "F", x);
     ComplexSequence y = x;
     ComplexSequence work(2 * x.size());
     const tesk::Engine engine{tesk::Constants(tesk::Accuracy::classic)};

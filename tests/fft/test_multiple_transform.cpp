@@ -16,19 +16,21 @@ namespace {
 /// The entries of one accuracy.
 struct Accuracy {
   const char* name;
-  decltype(&c06pcf_) single;
-  decltype(&c06prf_) interleaved;
-  decltype(&c06prfn_) interleaved_core;
-  decltype(&c06psfn_) contiguous_core;
-  decltype(&c06pff_) one_dimension;
-  decltype(&c06pjf_) all_dimensions;
+  decltype(&QuarnMP_c06pcf_) single;
+  decltype(&QuarnMP_c06prf_) interleaved;
+  decltype(&QuarnMP_c06prfn_) interleaved_core;
+  decltype(&QuarnMP_c06psfn_) contiguous_core;
+  decltype(&QuarnMP_c06pff_) one_dimension;
+  decltype(&QuarnMP_c06pjf_) all_dimensions;
 };
 const Accuracy kAccuracies[] = {
-    {"classic", c06pcf_, c06prf_, c06prfn_, c06psfn_, c06pff_, c06pjf_},
-    {"companion", c06pcf_full_, c06prf_full_, c06prfn_full_, c06psfn_full_, c06pff_full_, c06pjf_full_}};
+    {"classic", QuarnMP_c06pcf_, QuarnMP_c06prf_, QuarnMP_c06prfn_, QuarnMP_c06psfn_, QuarnMP_c06pff_, QuarnMP_c06pjf_},
+    {"companion", QuarnMPX_c06pcf_, QuarnMPX_c06prf_, QuarnMPX_c06prfn_, QuarnMPX_c06psfn_, QuarnMPX_c06pff_,
+     QuarnMPX_c06pjf_}};
 
 /// The elements of x that lie `stride` apart, one by one transformed by the single entry.
-void transform_line(decltype(&c06pcf_) single, const char* direct, Complex* x, Integer n, std::ptrdiff_t stride) {
+void transform_line(decltype(&QuarnMP_c06pcf_) single, const char* direct, Complex* x, Integer n,
+                    std::ptrdiff_t stride) {
   ComplexSequence line;
   for (Integer i = 0; i < n; ++i) {
     line.push_back(x[i * stride]);
@@ -40,7 +42,7 @@ void transform_line(decltype(&c06pcf_) single, const char* direct, Complex* x, I
 }
 
 /// Dimension l (from 0) by single transforms.
-ComplexSequence by_lines(decltype(&c06pcf_) single, const char* direct, ComplexSequence x,
+ComplexSequence by_lines(decltype(&QuarnMP_c06pcf_) single, const char* direct, ComplexSequence x,
                          const std::vector<Integer>& extents, std::size_t l) {
   const Integer before = std::accumulate(extents.begin(), extents.begin() + std::ptrdiff_t(l), 1, std::multiplies<>());
   const Integer block = before * extents[l];
@@ -107,13 +109,13 @@ TEST_CASE("several sequences, interleaved and one after another, are as good as 
 TEST_CASE("several sequences without checks, and by a table that is already there") {
   support::Digits scope(25);
   struct Row {
-    decltype(&c06prqn_) q, z, x;
-    decltype(&c06prfn_) core;
+    decltype(&QuarnMP_c06prqn_) q, z, x;
+    decltype(&QuarnMP_c06prfn_) core;
   };
-  const Row rows[] = {{c06prqn_, c06przn_, c06prxn_, c06prfn_},
-                      {c06prqn_full_, c06przn_full_, c06prxn_full_, c06prfn_full_},
-                      {c06psqn_, c06pszn_, c06psxn_, c06psfn_},
-                      {c06psqn_full_, c06pszn_full_, c06psxn_full_, c06psfn_full_}};
+  const Row rows[] = {{QuarnMP_c06prqn_, QuarnMP_c06przn_, QuarnMP_c06prxn_, QuarnMP_c06prfn_},
+                      {QuarnMPX_c06prqn_, QuarnMPX_c06przn_, QuarnMPX_c06prxn_, QuarnMPX_c06prfn_},
+                      {QuarnMP_c06psqn_, QuarnMP_c06pszn_, QuarnMP_c06psxn_, QuarnMP_c06psfn_},
+                      {QuarnMPX_c06psqn_, QuarnMPX_c06pszn_, QuarnMPX_c06psxn_, QuarnMPX_c06psfn_}};
   for (const Row& row : rows) {
     for (const Integer n : {1, 12, 14}) {
       const Integer m = 3;
@@ -149,8 +151,8 @@ TEST_CASE("several sequences without checks, and by a table that is already ther
     ComplexSequence y = x;
     ComplexSequence work(32);
     Integer status = -1;
-    (full ? c06przn_full_ : c06przn_)("F", 3, 8, x.data(), work.data(), &status, 1);
-    (full ? c06prwn_full_ : c06prwn_)("B", 3, 8, y.data(), work.data(), &status, 1);
+    (full ? QuarnMPX_c06przn_ : QuarnMP_c06przn_)("F", 3, 8, x.data(), work.data(), &status, 1);
+    (full ? QuarnMPX_c06prwn_ : QuarnMP_c06prwn_)("B", 3, 8, y.data(), work.data(), &status, 1);
     CHECK(status == 0);
     CHECK(x == y);
   }
@@ -214,16 +216,16 @@ TEST_CASE("a view of an array in the middle of a longer one; an extent of 1 touc
   ComplexSequence x = random_complex(7 + 2 * 6 * 3 + 7, 6);
   const ComplexSequence former = x;
   ComplexSequence slice(x.begin() + 7, x.end() - 7);
-  slice = by_lines(c06pcf_, "F", slice, {2, 6, 3}, 1);
+  slice = by_lines(QuarnMP_c06pcf_, "F", slice, {2, 6, 3}, 1);
   ComplexSequence work = sample::junk(6 + 2 * 6);
   Integer status = -1;
-  c06pfzn_("F", x.data() + 7, 2, 6, 3, work.data(), &status, 1);
+  QuarnMP_c06pfzn_("F", x.data() + 7, 2, 6, 3, work.data(), &status, 1);
   CHECK(status == 0);
   for (std::size_t i = 0; i < x.size(); ++i) {
     const bool inside = i >= 7 && i < x.size() - 7;
     CHECK(x[i] == (inside ? slice[i - 7] : former[i]));
   }
-  for (const auto entry : {c06pfzn_, c06pfzn_full_}) {
+  for (const auto entry : {QuarnMP_c06pfzn_, QuarnMPX_c06pfzn_}) {
     status = -1;
     entry("F", nullptr, 5, 1, 9, nullptr, &status, 1);
     CHECK(status == 0);

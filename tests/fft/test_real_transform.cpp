@@ -55,10 +55,10 @@ struct Core {
   void (*core)(QuarnFloat*, Integer, QuarnFloat*, char*, Integer*, int);
   void (*classic)(QuarnFloat*, Integer*, QuarnFloat*, Integer*);
 };
-const Core kCores[] = {{"C06FAF", c06fafn_, c06faf_},
-                       {"C06FBF", c06fbfn_, c06fbf_},
-                       {"C06FAF", c06fafn_full_, c06faf_full_},
-                       {"C06FBF", c06fbfn_full_, c06fbf_full_}};
+const Core kCores[] = {{"C06FAF", QuarnMP_c06fafn_, QuarnMP_c06faf_},
+                       {"C06FBF", QuarnMP_c06fbfn_, QuarnMP_c06fbf_},
+                       {"C06FAF", QuarnMPX_c06fafn_, QuarnMPX_c06faf_},
+                       {"C06FBF", QuarnMPX_c06fbfn_, QuarnMPX_c06fbf_}};
 
 }  // namespace
 
@@ -160,7 +160,7 @@ TEST_CASE("there and back again, and the sum of squares") {
         REQUIRE(back.size() == x.size());
         // The classic constants make no exact inverses.
         const QuarnFloat tolerance =
-            entries.forward == c06faf_ && digits > 15 ? QuarnFloat(1, -15) : 50 * unit * sqrt(QuarnFloat(n));
+            entries.forward == QuarnMP_c06faf_ && digits > 15 ? QuarnFloat(1, -15) : 50 * unit * sqrt(QuarnFloat(n));
         CHECK(largest_difference(x, back) < tolerance);
         const QuarnFloat energy = sum_of_squares(x);
         CHECK(fabs(sum_of_squares_half_complex(z) - energy) < tolerance * (1 + energy));
@@ -174,7 +174,7 @@ TEST_CASE("classic and companion agree to the digits of the double constants, an
   for (const Integer n : lengths()) {
     const Sequence x = sample::random_sequence(n, 2);
     const QuarnFloat difference =
-        largest_difference(sample::transformed(c06faf_, x), sample::transformed(c06faf_full_, x));
+        largest_difference(sample::transformed(QuarnMP_c06faf_, x), sample::transformed(QuarnMPX_c06faf_, x));
     CAPTURE(n);
     CHECK(difference < QuarnFloat(1, -15));
     CHECK((n <= 4 || difference > QuarnFloat(1, -20)));
@@ -188,8 +188,8 @@ TEST_CASE("the passes alone follow the list they are given") {
   Integer ordered[] = {2, 1, 3, 0};
   // Position d1 + 2*d2 holds element 3*d1 + d2.
   Sequence reversed = {x[0], x[3], x[1], x[4], x[2], x[5]};
-  c06eawn_full_(reversed.data(), 6, ordered);
-  const Sequence z = sample::transformed(c06faf_full_, x);
+  QuarnMPX_c06eawn_(reversed.data(), 6, ordered);
+  const Sequence z = sample::transformed(QuarnMPX_c06faf_, x);
   for (std::size_t k = 0; k < 6; ++k) {
     CHECK(reversed[k] / root == z[k]);
   }
@@ -198,16 +198,16 @@ TEST_CASE("the passes alone follow the list they are given") {
   Integer misfits[][3] = {{0, 0, 0}, {23, 0, 0}, {-2, 0, 0}, {4, 0, 0}, {1, 5, 0}, {2147483647, 2, 0}};
   for (Integer* list : misfits) {
     Sequence kept = x;
-    c06eawn_(kept.data(), 6, list);
-    c06ebwn_(kept.data(), 6, list);
-    c06eawn_full_(kept.data(), 6, list);
-    c06ebwn_full_(kept.data(), 6, list);
+    QuarnMP_c06eawn_(kept.data(), 6, list);
+    QuarnMP_c06ebwn_(kept.data(), 6, list);
+    QuarnMPX_c06eawn_(kept.data(), 6, list);
+    QuarnMPX_c06ebwn_(kept.data(), 6, list);
     CHECK(kept == x);
   }
   Integer two[] = {2, 0};
   for (const Integer n : {1, 0, -2, -2147483647 - 1}) {
-    c06eawn_(nullptr, n, two);
-    c06ebwn_(nullptr, n, two);
+    QuarnMP_c06eawn_(nullptr, n, two);
+    QuarnMP_c06ebwn_(nullptr, n, two);
   }
 }
 
@@ -236,7 +236,7 @@ TEST_CASE("radices that have no kernel of their own take their pass by definitio
     }
     list.push_back(0);
     Sequence z = reversed;
-    c06eawn_full_(z.data(), n, list.data());
+    QuarnMPX_c06eawn_(z.data(), n, list.data());
     const QuarnFloat turn = 2 * QuarnEvalf1("acos", -1) / n;
     for (Integer k = 0; 2 * k <= n; ++k) {
       QuarnFloat re;
@@ -253,7 +253,7 @@ TEST_CASE("radices that have no kernel of their own take their pass by definitio
     }
     // The passes one by one backwards.
     std::reverse(list.begin(), list.end() - 1);
-    c06ebwn_full_(z.data(), n, list.data());
+    QuarnMPX_c06ebwn_(z.data(), n, list.data());
     for (QuarnFloat& value : z) {
       value /= n;
     }
@@ -270,7 +270,7 @@ TEST_CASE("the longest power of two, 2^20") {
 #endif
   Sequence x(n);
   x[1] = sqrt(QuarnFloat(n));
-  const Sequence z = sample::transformed(c06faf_full_, std::move(x));
+  const Sequence z = sample::transformed(QuarnMPX_c06faf_, std::move(x));
   REQUIRE(z.size() == std::size_t(n));
   const QuarnFloat turn = 2 * QuarnEvalf1("acos", -1) / n;
   for (Integer k = 1; k < n / 2; k += 4099) {

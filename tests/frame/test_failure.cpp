@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "src/frame/banner.h"
 #include "src/frame/failure.h"
 #include "support/console.h"
+#include "tesk2mp/tesk2mp.h"
 
 // Hard failures end the process: the export tests run those in a child. Here are all that return.
 
@@ -29,7 +29,7 @@ const std::string kClosing =
 
 void set_error_unit(Integer unit) {
   Integer set = 1;
-  x04aaf_(&set, &unit);
+  QuarnMP_x04aaf_(&set, &unit);
 }
 
 }  // namespace
@@ -60,7 +60,7 @@ TEST_CASE("IFAIL on entry decides what is printed") {
   for (const Row& row : rows) {
     CAPTURE(row.ifail);
     support::ConsoleCapture console;
-    CHECK(p01abfn_(row.ifail, 3, "C06FAF", 2, records.data(), 6, kStride) == 3);
+    CHECK(QuarnMP_p01abfn_(row.ifail, 3, "C06FAF", 2, records.data(), 6, kStride) == 3);
     CHECK(console.text() == row.printed);
   }
 }
@@ -68,8 +68,8 @@ TEST_CASE("IFAIL on entry decides what is printed") {
 TEST_CASE("success prints nothing, whatever IFAIL was") {
   for (const Integer ifail : {0, -1, 1, 10, 11, -13, 7}) {
     support::ConsoleCapture console;
-    CHECK(p01abfn_(ifail, 0, "C06FAF", 1, " record", 6, kStride) == 0);
-    CHECK(p01acfn_(ifail, 0, "F06PAF", "INFO", 1, " record", 6, 4, kStride) == 0);
+    CHECK(QuarnMP_p01abfn_(ifail, 0, "C06FAF", 1, " record", 6, kStride) == 0);
+    CHECK(QuarnMP_p01acfn_(ifail, 0, "F06PAF", "INFO", 1, " record", 6, 4, kStride) == 0);
     CHECK(console.text().empty());
   }
 }
@@ -77,7 +77,7 @@ TEST_CASE("success prints nothing, whatever IFAIL was") {
 TEST_CASE("no records: the closing lines alone") {
   for (const Integer nrec : {0, -5}) {
     support::ConsoleCapture console;
-    CHECK(p01abfn_(-1, 3, "C06FAF", nrec, nullptr, 6, kStride) == 3);
+    CHECK(QuarnMP_p01abfn_(-1, 3, "C06FAF", nrec, nullptr, 6, kStride) == 3);
     CHECK(console.text() == kClosing);
   }
 }
@@ -94,7 +94,7 @@ TEST_CASE("the closing line names a variable, or drops the value with a blank na
   };
   for (const Row& row : rows) {
     support::ConsoleCapture console;
-    CHECK(p01acfn_(-1, -7, "F06PAF/DGEMV ", row.name, 0, nullptr, 6, row.length, kStride) == -7);
+    CHECK(QuarnMP_p01acfn_(-1, -7, "F06PAF/DGEMV ", row.name, 0, nullptr, 6, row.length, kStride) == -7);
     CHECK(console.text() == " ** ABNORMAL EXIT from Tesk Library routine F06PAF/DGEMV " + row.after_routine +
                                 " ** Tesk soft failure - control returned");
   }
@@ -104,13 +104,13 @@ TEST_CASE("a negative error unit suppresses every message") {
   set_error_unit(-1);
   {
     support::ConsoleCapture console;
-    CHECK(p01abfn_(-1, 3, "C06FAF", 1, " record", 6, kStride) == 3);
+    CHECK(QuarnMP_p01abfn_(-1, 3, "C06FAF", 1, " record", 6, kStride) == 3);
     CHECK(console.text().empty());
   }
   set_error_unit(0);
   {
     support::ConsoleCapture console;
-    CHECK(p01abfn_(-13, 3, "C06FAF", 1, " record", 6, kStride) == 3);
+    CHECK(QuarnMP_p01abfn_(-13, 3, "C06FAF", 1, " record", 6, kStride) == 3);
     CHECK(console.text() == " record");
   }
   set_error_unit(6);
@@ -119,26 +119,26 @@ TEST_CASE("a negative error unit suppresses every message") {
 TEST_CASE("units are read with 0, set with 1 and left alone otherwise") {
   Integer iflag = 0;
   Integer unit = 99;
-  x04aaf_(&iflag, &unit);
+  QuarnMP_x04aaf_(&iflag, &unit);
   CHECK(unit == 6);
   for (const Integer other : {2, -1, 2147483647}) {
     iflag = other;
     unit = 42;
-    x04aaf_(&iflag, &unit);
+    QuarnMP_x04aaf_(&iflag, &unit);
     CHECK(unit == 42);
     iflag = 0;
-    x04aaf_(&iflag, &unit);
+    QuarnMP_x04aaf_(&iflag, &unit);
     CHECK(unit == 6);
   }
   // The two units are apart.
   Integer advisory = -4;
   tesk::advisory_unit(1, advisory);
   iflag = 0;
-  x04aaf_(&iflag, &unit);
+  QuarnMP_x04aaf_(&iflag, &unit);
   CHECK(unit == 6);
   {
     support::ConsoleCapture console;
-    a00aafn_();
+    QuarnMP_a00aafn_();
     CHECK(console.text().empty());
   }
   advisory = 6;
@@ -147,7 +147,7 @@ TEST_CASE("units are read with 0, set with 1 and left alone otherwise") {
 
 TEST_CASE("the banner shows its head and its last record") {
   support::ConsoleCapture console;
-  a00aafn_();
+  QuarnMP_a00aafn_();
   CHECK(console.text() ==
         " *** Start of Tesk Library implementation details *** "
         " Implementation title: Generalised Base Version"

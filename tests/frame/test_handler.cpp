@@ -15,8 +15,8 @@ namespace {
 /// Writes down what it is told while it lives.
 class Listener {
  public:
-  Listener() : former_(failure_handler_(&handler_)) {}
-  ~Listener() { failure_handler_(former_); }
+  Listener() : former_(QuarnMPX_failure_handler(&handler_)) {}
+  ~Listener() { QuarnMPX_failure_handler(former_); }
   Listener(const Listener&) = delete;
   Listener& operator=(const Listener&) = delete;
 

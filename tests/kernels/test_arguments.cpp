@@ -25,37 +25,38 @@ struct Arguments {
 // A family of kernels has one list of arguments.
 
 void matrix_vector(const Arguments& v) {
-  f06paf_(v.option(0), v[0], v[1], 1, kReals, v[2], kReals, v[3], 1, kReals, v[4], 1);
-  f06saf_(v.option(0), v[0], v[1], Complex(1), kComplex, v[2], kComplex, v[3], Complex(1), kComplex, v[4], 1);
+  QuarnMP_f06paf_(v.option(0), v[0], v[1], 1, kReals, v[2], kReals, v[3], 1, kReals, v[4], 1);
+  QuarnMP_f06saf_(v.option(0), v[0], v[1], Complex(1), kComplex, v[2], kComplex, v[3], Complex(1), kComplex, v[4], 1);
 }
 
 void triangular(const Arguments& v) {
-  f06pff_(v.option(0), v.option(1), v.option(2), v[0], kReals, v[1], kReals, v[2], 1, 1, 1);
-  f06sff_(v.option(0), v.option(1), v.option(2), v[0], kComplex, v[1], kComplex, v[2], 1, 1, 1);
-  f06pjf_(v.option(0), v.option(1), v.option(2), v[0], kReals, v[1], kReals, v[2], 1, 1, 1);
-  f06sjf_(v.option(0), v.option(1), v.option(2), v[0], kComplex, v[1], kComplex, v[2], 1, 1, 1);
+  QuarnMP_f06pff_(v.option(0), v.option(1), v.option(2), v[0], kReals, v[1], kReals, v[2], 1, 1, 1);
+  QuarnMP_f06sff_(v.option(0), v.option(1), v.option(2), v[0], kComplex, v[1], kComplex, v[2], 1, 1, 1);
+  QuarnMP_f06pjf_(v.option(0), v.option(1), v.option(2), v[0], kReals, v[1], kReals, v[2], 1, 1, 1);
+  QuarnMP_f06sjf_(v.option(0), v.option(1), v.option(2), v[0], kComplex, v[1], kComplex, v[2], 1, 1, 1);
 }
 
 void rank_one(const Arguments& v) {
-  f06pmf_(v[0], v[1], 1, kReals, v[2], kReals, v[3], kReals, v[4]);
-  f06smf_(v[0], v[1], Complex(1), kComplex, v[2], kComplex, v[3], kComplex, v[4]);
-  f06snf_(v[0], v[1], Complex(1), kComplex, v[2], kComplex, v[3], kComplex, v[4]);
+  QuarnMP_f06pmf_(v[0], v[1], 1, kReals, v[2], kReals, v[3], kReals, v[4]);
+  QuarnMP_f06smf_(v[0], v[1], Complex(1), kComplex, v[2], kComplex, v[3], kComplex, v[4]);
+  QuarnMP_f06snf_(v[0], v[1], Complex(1), kComplex, v[2], kComplex, v[3], kComplex, v[4]);
 }
 
 void matrix_matrix(const Arguments& v) {
-  f06yaf_(v.option(0), v.option(1), v[0], v[1], v[2], 1, kReals, v[3], kReals, v[4], 1, kReals, v[5], 1, 1);
-  f06zaf_(v.option(0), v.option(1), v[0], v[1], v[2], Complex(1), kComplex, v[3], kComplex, v[4], Complex(1), kComplex,
-          v[5], 1, 1);
+  QuarnMP_f06yaf_(v.option(0), v.option(1), v[0], v[1], v[2], 1, kReals, v[3], kReals, v[4], 1, kReals, v[5], 1, 1);
+  QuarnMP_f06zaf_(v.option(0), v.option(1), v[0], v[1], v[2], Complex(1), kComplex, v[3], kComplex, v[4], Complex(1),
+                  kComplex, v[5], 1, 1);
 }
 
 void triangular_matrix(const Arguments& v) {
-  f06yjf_(v.option(0), v.option(1), v.option(2), v.option(3), v[0], v[1], 1, kReals, v[2], kReals, v[3], 1, 1, 1, 1);
-  f06zjf_(v.option(0), v.option(1), v.option(2), v.option(3), v[0], v[1], Complex(1), kComplex, v[2], kComplex, v[3], 1,
-          1, 1, 1);
+  QuarnMP_f06yjf_(v.option(0), v.option(1), v.option(2), v.option(3), v[0], v[1], 1, kReals, v[2], kReals, v[3], 1, 1,
+                  1, 1);
+  QuarnMP_f06zjf_(v.option(0), v.option(1), v.option(2), v.option(3), v[0], v[1], Complex(1), kComplex, v[2], kComplex,
+                  v[3], 1, 1, 1, 1);
 }
 
 void hermitian(const Arguments& v) {
-  f06zpf_(v.option(0), v.option(1), v[0], v[1], 1, kComplex, v[2], 1, kComplex, v[3], 1, 1);
+  QuarnMP_f06zpf_(v.option(0), v.option(1), v[0], v[1], 1, kComplex, v[2], 1, kComplex, v[3], 1, 1);
 }
 
 struct Row {
@@ -161,7 +162,7 @@ TEST_CASE("the first wrong argument of a kernel is reported by its position, a r
         static_cast<std::vector<std::string>*>(list)->push_back(failure->routine + std::to_string(failure->number));
       },
       &told};
-  const QuarnFailureHandler* const former = failure_handler_(&handler);
+  const QuarnFailureHandler* const former = QuarnMPX_failure_handler(&handler);
   for (const Family& family : families()) {
     for (const Row& row : family.rows) {
       CAPTURE(family.routines.front());
@@ -178,5 +179,5 @@ TEST_CASE("the first wrong argument of a kernel is reported by its position, a r
       CHECK(told == expected);
     }
   }
-  failure_handler_(former);
+  QuarnMPX_failure_handler(former);
 }

@@ -35,19 +35,19 @@ template <class T>
 struct Kernels;
 template <>
 struct Kernels<QuarnFloat> {
-  static constexpr auto gemv = f06paf_;
-  static constexpr auto trmv = f06pff_;
-  static constexpr auto trsv = f06pjf_;
-  static constexpr auto gemm = f06yaf_;
-  static constexpr auto trsm = f06yjf_;
+  static constexpr auto gemv = QuarnMP_f06paf_;
+  static constexpr auto trmv = QuarnMP_f06pff_;
+  static constexpr auto trsv = QuarnMP_f06pjf_;
+  static constexpr auto gemm = QuarnMP_f06yaf_;
+  static constexpr auto trsm = QuarnMP_f06yjf_;
 };
 template <>
 struct Kernels<Complex> {
-  static constexpr auto gemv = f06saf_;
-  static constexpr auto trmv = f06sff_;
-  static constexpr auto trsv = f06sjf_;
-  static constexpr auto gemm = f06zaf_;
-  static constexpr auto trsm = f06zjf_;
+  static constexpr auto gemv = QuarnMP_f06saf_;
+  static constexpr auto trmv = QuarnMP_f06sff_;
+  static constexpr auto trsv = QuarnMP_f06sjf_;
+  static constexpr auto gemm = QuarnMP_f06zaf_;
+  static constexpr auto trsm = QuarnMP_f06zjf_;
 };
 
 template <class T>
@@ -205,9 +205,9 @@ TEST_CASE("rank-one updates, real, plain and conjugated") {
       }
     }
   };
-  check(f06pmf_, Op::none, QuarnFloat());
-  check(f06smf_, Op::none, Complex());
-  check(f06snf_, Op::conjugate, Complex());
+  check(QuarnMP_f06pmf_, Op::none, QuarnFloat());
+  check(QuarnMP_f06smf_, Op::none, Complex());
+  check(QuarnMP_f06snf_, Op::conjugate, Complex());
 }
 
 TEST_CASE_TEMPLATE("matrix times matrix", T, QuarnFloat, Complex) {
@@ -328,7 +328,7 @@ TEST_CASE("Hermitian rank-k updates keep to their triangle and make the diagonal
           }
           const bool untouched = (alpha == 0 && beta == 1);
           const Matrix<Complex> before = c;
-          f06zpf_(uplo, trans, n, k, alpha, a.data(), a.lda(), beta, c.data(), c.lda(), 1, 1);
+          QuarnMP_f06zpf_(uplo, trans, n, k, alpha, a.data(), a.lda(), beta, c.data(), c.lda(), 1, 1);
           for (Integer j = 1; j <= n; ++j) {
             for (Integer i = 1; i <= n; ++i) {
               if (upper ? i > j : i < j) {

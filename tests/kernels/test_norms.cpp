@@ -1,10 +1,9 @@
 #include <doctest/doctest.h>
 
-#include "src/kernels/entries1.h"
 #include "src/kernels/level1.h"
-#include "src/kernels/norms.h"
 #include "support/digits.h"
 #include "support/matrices.h"
+#include "tesk2mp/kernels.h"
 
 using support::Matrix;
 
@@ -43,8 +42,9 @@ TEST_CASE("norms of a general matrix by letter") {
       CAPTURE(*letter);
       const bool sums_rows = row.letters[0] == 'I';
       std::vector<QuarnFloat> work(4, QuarnFloat("nan"));
-      const QuarnFloat norm = f06raf_(letter, 3, 2, a.data(), a.lda(), sums_rows ? work.data() : nullptr, 1);
-      const QuarnFloat complex_norm = f06uaf_(letter, 3, 2, z.data(), z.lda(), sums_rows ? work.data() : nullptr, 1);
+      const QuarnFloat norm = QuarnMP_f06raf_(letter, 3, 2, a.data(), a.lda(), sums_rows ? work.data() : nullptr, 1);
+      const QuarnFloat complex_norm =
+          QuarnMP_f06uaf_(letter, 3, 2, z.data(), z.lda(), sums_rows ? work.data() : nullptr, 1);
       if (row.value != nullptr) {
         CHECK(norm.to_string() == row.value);
         CHECK(complex_norm == 5 * norm);
@@ -79,10 +79,10 @@ TEST_CASE("Hessenberg norms do not read below the first subdiagonal") {
     }
     std::vector<QuarnFloat> work(std::size_t(n) + 1);
     for (const char* letter : {"M", "O", "I", "F"}) {
-      CHECK(f06rmf_(letter, n, h.data(), h.lda(), work.data(), 1) ==
-            f06raf_(letter, n, n, full.data(), full.lda(), work.data(), 1));
-      CHECK(f06umf_(letter, n, hz.data(), hz.lda(), work.data(), 1) ==
-            f06uaf_(letter, n, n, fullz.data(), fullz.lda(), work.data(), 1));
+      CHECK(QuarnMP_f06rmf_(letter, n, h.data(), h.lda(), work.data(), 1) ==
+            QuarnMP_f06raf_(letter, n, n, full.data(), full.lda(), work.data(), 1));
+      CHECK(QuarnMP_f06umf_(letter, n, hz.data(), hz.lda(), work.data(), 1) ==
+            QuarnMP_f06uaf_(letter, n, n, fullz.data(), fullz.lda(), work.data(), 1));
     }
   }
 }
@@ -91,15 +91,15 @@ TEST_CASE("empty matrices have norm 0, zero matrices too; scaling guards the Fro
   Matrix<QuarnFloat> a = real_example();
   std::vector<QuarnFloat> work(3);
   for (const char* letter : {"M", "1", "I", "E", "?"}) {
-    CHECK(f06raf_(letter, 0, 2, a.data(), a.lda(), work.data(), 1) == 0);
-    CHECK(f06raf_(letter, 3, 0, a.data(), a.lda(), work.data(), 1) == 0);
-    CHECK(f06raf_(letter, -1, -1, a.data(), a.lda(), work.data(), 1) == 0);
+    CHECK(QuarnMP_f06raf_(letter, 0, 2, a.data(), a.lda(), work.data(), 1) == 0);
+    CHECK(QuarnMP_f06raf_(letter, 3, 0, a.data(), a.lda(), work.data(), 1) == 0);
+    CHECK(QuarnMP_f06raf_(letter, -1, -1, a.data(), a.lda(), work.data(), 1) == 0);
     Complex zero[2];
-    CHECK(f06uaf_(letter, 2, 1, zero, 2, work.data(), 1) == 0);
+    CHECK(QuarnMP_f06uaf_(letter, 2, 1, zero, 2, work.data(), 1) == 0);
   }
   Complex huge(QuarnFloat("3e999999990"), QuarnFloat("4e999999990"));
-  CHECK(isinf(f06uaf_("M", 1, 1, &huge, 1, work.data(), 1)));
-  CHECK(f06uaf_("F", 1, 1, &huge, 1, work.data(), 1).to_string() == "5e+999999990");
+  CHECK(isinf(QuarnMP_f06uaf_("M", 1, 1, &huge, 1, work.data(), 1)));
+  CHECK(QuarnMP_f06uaf_("F", 1, 1, &huge, 1, work.data(), 1).to_string() == "5e+999999990");
 }
 
 TEST_CASE("level-1 entries") {
@@ -116,7 +116,7 @@ TEST_CASE("level-1 entries") {
     QuarnFloat b(row.b);
     QuarnFloat c;
     QuarnFloat s;
-    f06aaf_(&a, &b, &c, &s);
+    QuarnMP_f06aaf_(&a, &b, &c, &s);
     CHECK(fabs(a - QuarnFloat(row.r)) <= QuarnFloat(2, -39));
     CHECK(fabs(c - QuarnFloat(row.c)) <= QuarnFloat(2, -40));
     CHECK(fabs(s - QuarnFloat(row.s)) <= QuarnFloat(2, -40));
@@ -124,22 +124,22 @@ TEST_CASE("level-1 entries") {
   }
 
   QuarnFloat x[5] = {3, QuarnFloat("nan"), 0, QuarnFloat("nan"), -4};
-  CHECK(f06ejf_(3, x, 2) == 5);
-  CHECK(f06ejf_(3, x, -2) == 5);
-  CHECK(f06ejf_(0, x, 1) == 0);
+  CHECK(QuarnMP_f06ejf_(3, x, 2) == 5);
+  CHECK(QuarnMP_f06ejf_(3, x, -2) == 5);
+  CHECK(QuarnMP_f06ejf_(0, x, 1) == 0);
   QuarnFloat y[3];
-  f06fdf_(3, 2, x, 2, y, -1);
+  QuarnMP_f06fdf_(3, 2, x, 2, y, -1);
   CHECK((y[0] == -8 && y[1] == 0 && y[2] == 6 && x[0] == 3));
 
   Complex z[2] = {Complex(1, 2), Complex(3, -4)};
   Complex w[2];
-  f06hdf_(2, Complex(0, 1), z, 1, w, 1);
+  QuarnMP_f06hdf_(2, Complex(0, 1), z, 1, w, 1);
   CHECK((w[0] == Complex(-2, 1) && w[1] == Complex(4, 3)));
-  f06jjf_(2, z, 1, w, -1);
+  QuarnMP_f06jjf_(2, z, 1, w, -1);
   CHECK((w[0] == z[1] && w[1] == z[0]));
-  f06caf_(2, -2, z, 1);
+  QuarnMP_f06caf_(2, -2, z, 1);
   CHECK((z[0] == Complex(-2, -4) && z[1] == Complex(-6, 8)));
-  f06caf_(-1, -2, z, 1);
+  QuarnMP_f06caf_(-1, -2, z, 1);
   CHECK(z[0] == Complex(-2, -4));
 }
 

@@ -11,10 +11,10 @@
 #include <vector>
 
 #include "quarn/quarnfloat.h"
-#include "src/sparse/f11.h"
-#include "src/sparse/f11b.h"
 #include "support/console.h"
 #include "support/random.h"
+#include "tesk2mp/iterative.h"
+#include "tesk2mp/sparse.h"
 
 namespace systems {
 
@@ -36,7 +36,7 @@ struct System {
   void multiply(const QuarnFloat* x, QuarnFloat* y, const char* trans = "N") const {
     const Integer nnz = Integer(value.size());
     Integer ifail = 1;
-    f11xaf_(trans, &n, &nnz, value.data(), row.data(), column.data(), "N", x, y, &ifail, 1, 1);
+    QuarnMP_f11xaf_(trans, &n, &nnz, value.data(), row.data(), column.data(), "N", x, y, &ifail, 1, 1);
     REQUIRE(ifail == 0);
   }
   Numbers times(const Numbers& x) const {
@@ -190,7 +190,7 @@ class Caller {
     support::ConsoleCapture console;
     ifail = -13;
     const Integer length = lwork();
-    f11bef_(&irevcm, u.data(), v.data(), wgt.data(), work.data(), &length, &ifail);
+    QuarnMP_f11bef_(&irevcm, u.data(), v.data(), wgt.data(), work.data(), &length, &ifail);
     message = console.text();
     switch (irevcm) {
       case 1:
@@ -222,15 +222,15 @@ class Caller {
   void progress() {
     Integer outcome = 1;
     const Integer length = lwork();
-    f11bff_(&itn, &left, &right, &anorm, &sigmax, work.data(), &length, &outcome);
+    QuarnMP_f11bff_(&itn, &left, &right, &anorm, &sigmax, work.data(), &length, &outcome);
     REQUIRE(outcome == 0);
   }
 
  private:
   void call_set_up(const Setup& setup, Integer& lwreq, Integer length) {
-    f11bdf_(setup.method.data(), setup.precon.data(), setup.norm.data(), setup.weight.data(), &setup.iterm, &system_->n,
-            &setup.m, &setup.tol, &setup.maxitn, &setup.anorm, &setup.sigmax, &setup.monit, &lwreq, work.data(),
-            &length, &ifail, int(setup.method.size()), 1, 1, 1);
+    QuarnMP_f11bdf_(setup.method.data(), setup.precon.data(), setup.norm.data(), setup.weight.data(), &setup.iterm,
+                    &system_->n, &setup.m, &setup.tol, &setup.maxitn, &setup.anorm, &setup.sigmax, &setup.monit, &lwreq,
+                    work.data(), &length, &ifail, int(setup.method.size()), 1, 1, 1);
   }
 
   const System* system_;

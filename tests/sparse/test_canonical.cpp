@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "sparse/entries.h"
-#include "src/sparse/f11.h"
 #include "support/outcome.h"
+#include "tesk2mp/sparse.h"
 
 using entries::Coordinates;
 using entries::value_of;
@@ -28,9 +28,9 @@ struct Routine {
 template <class Value>
 std::vector<Routine<Value>> routines() {
   if constexpr (std::is_same_v<Value, Complex>) {
-    return {{f11znfn_, false}, {f11zpfn_, true}};
+    return {{QuarnMP_f11znfn_, false}, {QuarnMP_f11zpfn_, true}};
   } else {
-    return {{f11zafn_, false}, {f11zbfn_, true}};
+    return {{QuarnMP_f11zafn_, false}, {QuarnMP_f11zbfn_, true}};
   }
 }
 

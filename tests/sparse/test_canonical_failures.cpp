@@ -6,8 +6,8 @@
 
 #include "quarn/quarnfloat.h"
 #include "sparse/failure_rows.h"
-#include "src/sparse/f11.h"
 #include "support/outcome.h"
+#include "tesk2mp/sparse.h"
 
 using failures::For;
 using failures::Routine;
@@ -44,10 +44,10 @@ Outcome call(const std::string& name, Arguments& x) {
       core(x.n, &x.nnz, a, x.irow.data(), x.icol.data(), x.dup, x.zero, istr.data(), iwork.data(), buffer, ifail,
            x.dup_length, x.zero_length, length);
     };
-    name == "F11ZAF"   ? run(f11zafn_, reals.data())
-    : name == "F11ZBF" ? run(f11zbfn_, reals.data())
-    : name == "F11ZNF" ? run(f11znfn_, complexes.data())
-                       : run(f11zpfn_, complexes.data());
+    name == "F11ZAF"   ? run(QuarnMP_f11zafn_, reals.data())
+    : name == "F11ZBF" ? run(QuarnMP_f11zbfn_, reals.data())
+    : name == "F11ZNF" ? run(QuarnMP_f11znfn_, complexes.data())
+                       : run(QuarnMP_f11zpfn_, complexes.data());
   });
 }
 
@@ -183,13 +183,13 @@ TEST_CASE("classic forms: by address, with lengths in the order of the options")
   QuarnFloat* reals = nullptr;
   Complex* complexes = nullptr;
   for (const char* letter : {"R", "r"}) {
-    CHECK(run(f11zaf_, reals, letter, 1, letter, 1) == 0);
-    CHECK(run(f11znf_, complexes, letter, 1, letter, 1) == 0);
-    CHECK(run(f11zpf_, complexes, letter, 1, letter, 1) == 0);
+    CHECK(run(QuarnMP_f11zaf_, reals, letter, 1, letter, 1) == 0);
+    CHECK(run(QuarnMP_f11znf_, complexes, letter, 1, letter, 1) == 0);
+    CHECK(run(QuarnMP_f11zpf_, complexes, letter, 1, letter, 1) == 0);
   }
-  CHECK(run(f11zaf_, reals, "R", 0, "R", 1) == 1);
-  CHECK(run(f11znf_, complexes, "R", 1, "R", 0) == 1);
-  CHECK(run(f11zpf_, complexes, "R", 1, "F", 1) == 1);
+  CHECK(run(QuarnMP_f11zaf_, reals, "R", 0, "R", 1) == 1);
+  CHECK(run(QuarnMP_f11znf_, complexes, "R", 1, "R", 0) == 1);
+  CHECK(run(QuarnMP_f11zpf_, complexes, "R", 1, "F", 1) == 1);
   CHECK(istr[0] == 1);
   CHECK(istr[1] == 1);
 }

@@ -6,8 +6,8 @@
 
 #include "quarn/quarnfloat.h"
 #include "sparse/failure_rows.h"
-#include "src/sparse/f11.h"
 #include "support/outcome.h"
+#include "tesk2mp/sparse.h"
 
 using failures::For;
 using failures::Routine;
@@ -44,10 +44,10 @@ Outcome call(const std::string& name, const Arguments& x) {
       core(x.n, x.nnz, a.data(), x.irow.data(), x.icol.data(), x.check, a.data(), y.data(), buffer, ifail,
            x.check_length, length);
     };
-    name == "F11XAF"   ? general(f11xafn_, reals, real_y)
-    : name == "F11XNF" ? general(f11xnfn_, complexes, complex_y)
-    : name == "F11XEF" ? symmetric(f11xefn_, reals, real_y)
-                       : symmetric(f11xsfn_, complexes, complex_y);
+    name == "F11XAF"   ? general(QuarnMP_f11xafn_, reals, real_y)
+    : name == "F11XNF" ? general(QuarnMP_f11xnfn_, complexes, complex_y)
+    : name == "F11XEF" ? symmetric(QuarnMP_f11xefn_, reals, real_y)
+                       : symmetric(QuarnMP_f11xsfn_, complexes, complex_y);
   });
   CHECK(real_y == std::vector<QuarnFloat>(3, 9));
   CHECK(complex_y == std::vector<Complex>(3, Complex(9, 9)));

@@ -6,8 +6,8 @@
 
 #include "sparse/entries.h"
 #include "src/kernels/entries.h"
-#include "src/sparse/f11.h"
 #include "support/digits.h"
+#include "tesk2mp/sparse.h"
 
 using entries::Coordinates;
 using entries::random_value;
@@ -31,9 +31,9 @@ std::vector<Value> product(const Coordinates<Value>& matrix, bool triangle, cons
             1);
   };
   if constexpr (std::is_same_v<Value, Complex>) {
-    triangle ? symmetric(f11xsf_) : general(f11xnf_);
+    triangle ? symmetric(QuarnMP_f11xsf_) : general(QuarnMP_f11xnf_);
   } else {
-    triangle ? symmetric(f11xef_) : general(f11xaf_);
+    triangle ? symmetric(QuarnMP_f11xef_) : general(QuarnMP_f11xaf_);
   }
   CHECK(ifail == 0);
   CHECK(y.back() == value_of<Value>(-77, 7));
@@ -70,10 +70,10 @@ std::vector<Value> dense_product(const Coordinates<Value>& matrix, bool triangle
   const Value one = value_of<Value>(1, 0);
   const Value zero = value_of<Value>(0, 0);
   if constexpr (std::is_same_v<Value, Complex>) {
-    f06saf_(*trans == 'T' ? "C" : trans, matrix.n, matrix.n, one, a.data(), matrix.n, x.data(), 1, zero, y.data(), 1,
-            1);
+    QuarnMP_f06saf_(*trans == 'T' ? "C" : trans, matrix.n, matrix.n, one, a.data(), matrix.n, x.data(), 1, zero,
+                    y.data(), 1, 1);
   } else {
-    f06paf_(trans, matrix.n, matrix.n, one, a.data(), matrix.n, x.data(), 1, zero, y.data(), 1, 1);
+    QuarnMP_f06paf_(trans, matrix.n, matrix.n, one, a.data(), matrix.n, x.data(), 1, zero, y.data(), 1, 1);
   }
   return y;
 }
@@ -179,11 +179,11 @@ TEST_CASE_TEMPLATE("without a check an empty matrix gives zeros, and N < 1 touch
         Value y = value_of<Value>(8, 9);
         Integer ifail = -1;
         if constexpr (std::is_same_v<Value, Complex>) {
-          triangle ? f11xsf_(&n, &nnz, nullptr, nullptr, nullptr, "N", nullptr, &y, &ifail, 1)
-                   : f11xnf_("T", &n, &nnz, nullptr, nullptr, nullptr, "N", nullptr, &y, &ifail, 1, 1);
+          triangle ? QuarnMP_f11xsf_(&n, &nnz, nullptr, nullptr, nullptr, "N", nullptr, &y, &ifail, 1)
+                   : QuarnMP_f11xnf_("T", &n, &nnz, nullptr, nullptr, nullptr, "N", nullptr, &y, &ifail, 1, 1);
         } else {
-          triangle ? f11xef_(&n, &nnz, nullptr, nullptr, nullptr, "N", nullptr, &y, &ifail, 1)
-                   : f11xaf_("T", &n, &nnz, nullptr, nullptr, nullptr, "N", nullptr, &y, &ifail, 1, 1);
+          triangle ? QuarnMP_f11xef_(&n, &nnz, nullptr, nullptr, nullptr, "N", nullptr, &y, &ifail, 1)
+                   : QuarnMP_f11xaf_("T", &n, &nnz, nullptr, nullptr, nullptr, "N", nullptr, &y, &ifail, 1, 1);
         }
         CHECK(ifail == 0);
         CHECK(y == value_of<Value>(8, 9));

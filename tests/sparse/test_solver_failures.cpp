@@ -30,9 +30,9 @@ struct Arguments {
 
   Outcome call() {
     return outcome_of([this](char* buffer, Integer* ifail, int length) {
-      f11bdfn_(method.data(), precon.data(), norm.data(), weight.data(), iterm, n, m, tol, maxitn, anorm, sigmax, monit,
-               &lwreq, work.data(), lwork, buffer, ifail, int(method.size()), int(precon.size()), int(norm.size()),
-               int(weight.size()), length);
+      QuarnMP_f11bdfn_(method.data(), precon.data(), norm.data(), weight.data(), iterm, n, m, tol, maxitn, anorm,
+                       sigmax, monit, &lwreq, work.data(), lwork, buffer, ifail, int(method.size()), int(precon.size()),
+                       int(norm.size()), int(weight.size()), length);
     });
   }
 };
@@ -41,7 +41,7 @@ std::string two(Integer value) { return (value < 10 ? " " : "") + std::to_string
 
 Outcome iterate(Integer& irevcm, Numbers& work, Integer lwork, Numbers& u, Numbers& v, QuarnFloat* wgt = nullptr) {
   return outcome_of([&](char* buffer, Integer* ifail, int length) {
-    f11befn_(&irevcm, u.data(), v.data(), wgt, work.data(), lwork, buffer, ifail, length);
+    QuarnMP_f11befn_(&irevcm, u.data(), v.data(), wgt, work.data(), lwork, buffer, ifail, length);
   });
 }
 
@@ -376,7 +376,7 @@ TEST_CASE("F11BFF: a short WORK, and one without a problem") {
   QuarnFloat left, right, anorm, sigmax;
   const auto call = [&](Integer lwork) {
     return outcome_of([&](char* buffer, Integer* ifail, int length) {
-      f11bffn_(&itn, &left, &right, &anorm, &sigmax, work.data(), lwork, buffer, ifail, length);
+      QuarnMP_f11bffn_(&itn, &left, &right, &anorm, &sigmax, work.data(), lwork, buffer, ifail, length);
     });
   };
   check(call(99), "F11BFF", 2, 99998, {" 7"}, " ** On entry, parameter number  7 had an illegal value.");
@@ -396,7 +396,7 @@ TEST_CASE("F11BFF: a short WORK, and one without a problem") {
 
 TEST_CASE("a step routine refuses a problem of another method") {
   const support::Digits digits(20);
-  const auto steps = {f11bezn_, f11betn_, f11bepn_, f11beln_};
+  const auto steps = {QuarnMP_f11bezn_, QuarnMP_f11betn_, QuarnMP_f11bepn_, QuarnMP_f11beln_};
   Integer code = 0;
   for (const char* method : {"RGMRES", "CGS", "BICGSTAB", "TFQMR"}) {
     ++code;

@@ -184,15 +184,15 @@ TEST_CASE("the classic forms report as their routines do") {
   Integer m2 = 2;
   Integer ifail = -13;
   support::ConsoleCapture console;
-  m01daf_(reals.data(), &m1, &m2, "?", entries.data(), &ifail, 1);
+  QuarnMP_m01daf_(reals.data(), &m1, &m2, "?", entries.data(), &ifail, 1);
   CHECK(ifail == 2);
   CHECK(console.text() == " ** On entry, ORDER has an illegal value: ORDER = '?'.");
   for (int i = 0; i < 3; ++i) {
     ifail = 1;
     entries = {1, 1};
-    i == 0   ? m01eaf_(reals.data(), &m1, &m2, entries.data(), &ifail)
-    : i == 1 ? m01edf_(complexes.data(), &m1, &m2, entries.data(), &ifail)
-             : m01zaf_(entries.data(), &m1, &m2, &ifail);
+    i == 0   ? QuarnMP_m01eaf_(reals.data(), &m1, &m2, entries.data(), &ifail)
+    : i == 1 ? QuarnMP_m01edf_(complexes.data(), &m1, &m2, entries.data(), &ifail)
+             : QuarnMP_m01zaf_(entries.data(), &m1, &m2, &ifail);
     CHECK(ifail == 3);
   }
 }

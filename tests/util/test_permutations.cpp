@@ -63,7 +63,7 @@ TEST_CASE("rearranging by ranks sorts, for real and complex values") {
     std::vector<Integer> irank(reals.size(), -3);
     for (const char* order : {"A", "D"}) {
       Integer ifail = -1;
-      m01daf_(reals.data(), &m1, &m2, order, irank.data(), &ifail, 1);
+      QuarnMP_m01daf_(reals.data(), &m1, &m2, order, irank.data(), &ifail, 1);
       const std::vector<Integer> ranks = irank;
       std::vector<QuarnFloat> sorted = reals;
       const auto section = sorted.begin() + (m1 - 1);
@@ -73,9 +73,9 @@ TEST_CASE("rearranging by ranks sorts, for real and complex values") {
       }
       std::vector<QuarnFloat> rv = reals;
       std::vector<Complex> cv = complexes;
-      m01eaf_(rv.data(), &m1, &m2, irank.data(), &ifail);
+      QuarnMP_m01eaf_(rv.data(), &m1, &m2, irank.data(), &ifail);
       CHECK(ifail == 0);
-      m01edf_(cv.data(), &m1, &m2, irank.data(), &ifail);
+      QuarnMP_m01edf_(cv.data(), &m1, &m2, irank.data(), &ifail);
       CHECK(ifail == 0);
       CHECK(irank == ranks);
       CHECK(rv == sorted);

@@ -22,7 +22,7 @@ const std::vector<int> kGivenRows = {1, 2, 3, 4, 5, 273};
 Seed default_seed() {
   Integer igen = 9;
   Seed seed{};
-  g05kbx_(&igen, seed.data());
+  QuarnMP_g05kbx_(&igen, seed.data());
   CHECK(igen == 0);
   return seed;
 }
@@ -123,7 +123,7 @@ TEST_CASE("the basic generator: a thousand values by exact integers, the same at
     Seed seed = default_seed();
     const Integer igen = 0;
     for (std::size_t i = 0; i < 1000; ++i) {
-      REQUIRE(g05kaf_(&igen, seed.data()) == expected[i]);
+      REQUIRE(QuarnMP_g05kaf_(&igen, seed.data()) == expected[i]);
       REQUIRE(QuarnDigits() == digits);
       REQUIRE(seed == states[i]);
     }
@@ -156,7 +156,7 @@ TEST_CASE("the basic generator stays below 1 at any precision, and is 0 from the
     CAPTURE(row.u);
     support::Digits scope(row.digits);
     Seed seed = words_of(row.next * inverse & mask);
-    CHECK(g05kafn_(0, seed.data()).to_string() == row.u);
+    CHECK(QuarnMP_g05kafn_(0, seed.data()).to_string() == row.u);
     CHECK(seed == words_of(row.next));
   }
 }
@@ -177,7 +177,7 @@ TEST_CASE("multiple-set generators against exact rational arithmetic") {
       {
         support::Digits scope(digits);
         const Integer address = igen;
-        u = g05kaf_(&address, seed.data());
+        u = QuarnMP_g05kaf_(&address, seed.data());
       }
       support::Digits exact(150);
       QuarnFloat numerator;
@@ -228,16 +228,16 @@ TEST_CASE("every row of the table: primes in range, primitive roots, coprime hal
 TEST_CASE("a generator that does not exist gives NaN and leaves the seed alone") {
   for (const Integer igen : {-1, 274, INT32_MIN, INT32_MAX}) {
     Seed seed = {1, 2, 3, 4};
-    CHECK(isnan(g05kaf_(&igen, seed.data())));
-    CHECK(isnan(g05kafn_(igen, seed.data())));
-    CHECK(isnan(g05kazn_(igen, seed.data())));
-    CHECK(isnan(g05kaf_full_(&igen, seed.data())));
-    CHECK(isnan(g05kazn_full_(igen, seed.data())));
+    CHECK(isnan(QuarnMP_g05kaf_(&igen, seed.data())));
+    CHECK(isnan(QuarnMP_g05kafn_(igen, seed.data())));
+    CHECK(isnan(QuarnMP_g05kazn_(igen, seed.data())));
+    CHECK(isnan(QuarnMPX_g05kaf_(&igen, seed.data())));
+    CHECK(isnan(QuarnMPX_g05kazn_(igen, seed.data())));
     CHECK(seed == Seed{1, 2, 3, 4});
   }
   Seed seed = {1, 2, 3, 4};
-  CHECK(isnan(g05kazn_(0, seed.data())));
-  CHECK(isnan(g05kazn_full_(0, seed.data())));
+  CHECK(isnan(QuarnMP_g05kazn_(0, seed.data())));
+  CHECK(isnan(QuarnMPX_g05kazn_(0, seed.data())));
   CHECK(seed == Seed{1, 2, 3, 4});
 }
 
@@ -246,8 +246,8 @@ TEST_CASE("any seed words are taken without harm") {
     for (const Seed& start : {Seed{INT32_MIN, INT32_MAX, -1, 0}, Seed{INT32_MAX, INT32_MAX, INT32_MAX, INT32_MAX},
                               Seed{INT32_MIN, INT32_MIN, INT32_MIN, INT32_MIN}, Seed{0, 0, 0, 0}}) {
       Seed seed = start;
-      CHECK(isfinite(g05kafn_(igen, seed.data())));
-      const QuarnFloat full = g05kafn_full_(igen, seed.data());
+      CHECK(isfinite(QuarnMP_g05kafn_(igen, seed.data())));
+      const QuarnFloat full = QuarnMPX_g05kafn_(igen, seed.data());
       CHECK(full >= 0);
       CHECK(full < 1);
     }
@@ -259,16 +259,16 @@ TEST_CASE("a stream goes on from a saved seed, and streams do not disturb each o
   Seed other = {11, 12, 13, 14};
   const Integer igen = 0;
   const Integer other_igen = 7;
-  g05kaf_(&igen, seed.data());
+  QuarnMP_g05kaf_(&igen, seed.data());
   const Seed saved = seed;
   std::vector<QuarnFloat> first;
   for (int i = 0; i < 20; ++i) {
-    first.push_back(g05kaf_(&igen, seed.data()));
-    g05kaf_(&other_igen, other.data());
+    first.push_back(QuarnMP_g05kaf_(&igen, seed.data()));
+    QuarnMP_g05kaf_(&other_igen, other.data());
   }
   seed = saved;
   for (const QuarnFloat& u : first) {
-    CHECK(g05kaf_(&igen, seed.data()) == u);
+    CHECK(QuarnMP_g05kaf_(&igen, seed.data()) == u);
   }
 }
 
@@ -286,14 +286,14 @@ TEST_CASE("full variates: nine digits a draw, rounded once to the working digits
       QuarnFloat u;
       {
         support::Digits scope(digits);
-        u = g05kaf_full_(&igen, seed.data());
+        u = QuarnMPX_g05kaf_(&igen, seed.data());
       }
       // The oracle: each draw exactly, from the classic steps.
       support::Digits exact(digits + 400);
       const QuarnFloat block(1, 9);
       QuarnFloat sum;
       for (int i = 0; i < (digits + 8) / 9 + 1; ++i) {
-        g05kafn_(igen, oracle_seed.data());
+        QuarnMP_g05kafn_(igen, oracle_seed.data());
         QuarnFloat nine;
         if (igen == 0) {
           nine = floor(value_of(oracle_seed) * block / power_of_two(60));
@@ -329,7 +329,7 @@ TEST_CASE("full variates are uniform to the last digit") {
     std::array<int, 10> counts{};
     const int draws = 5000;
     for (int i = 0; i < draws; ++i) {
-      const QuarnFloat u = g05kafn_full_(igen, seed.data());
+      const QuarnFloat u = QuarnMPX_g05kafn_(igen, seed.data());
       // The digit in place 25, which is exact for every u >= 10^-5.
       const QuarnFloat scaled = u * QuarnFloat(1, 25);
       ++counts[std::size_t(FloatToInt(fmod(floor(scaled), 10)))];

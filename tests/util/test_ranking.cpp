@@ -73,7 +73,7 @@ std::vector<Integer> oracle(const std::vector<long>& values, Integer first, bool
 }
 
 std::vector<Integer> rank(const std::vector<QuarnFloat>& rv, Integer m1, Integer m2, const char* order,
-                          decltype(m01daf_)* entry = m01daf_) {
+                          decltype(QuarnMP_m01daf_)* entry = QuarnMP_m01daf_) {
   std::vector<Integer> irank(rv.size(), -99);
   Integer ifail = -1;
   entry(rv.data(), &m1, &m2, order, irank.data(), &ifail, 1);
@@ -197,8 +197,8 @@ TEST_CASE("NaN: classic ranks are a permutation still, those of the companion ha
         REQUIRE(irank[std::size_t(i)] == i + 1);
       }
     }
-    REQUIRE(rank(rv, 1, n, "A", m01daf_full_) == oracle(ascending, 1, false));
-    REQUIRE(rank(rv, 1, n, "D", m01daf_full_) == oracle(descending, 1, true));
+    REQUIRE(rank(rv, 1, n, "A", QuarnMPX_m01daf_) == oracle(ascending, 1, false));
+    REQUIRE(rank(rv, 1, n, "D", QuarnMPX_m01daf_) == oracle(descending, 1, true));
   }
 }
 
@@ -211,10 +211,10 @@ TEST_CASE("the last section that an Integer can tell") {
     Integer m1 = INT32_MAX - 2;
     Integer m2 = INT32_MAX;
     Integer ifail = -1;
-    m01daf_(rv.data() - before, &m1, &m2, "A", irank.data() - before, &ifail, 1);
+    QuarnMP_m01daf_(rv.data() - before, &m1, &m2, "A", irank.data() - before, &ifail, 1);
     CHECK(ifail == 0);
     CHECK(irank == std::vector<Integer>{INT32_MAX, INT32_MAX - 2, INT32_MAX - 1});
-    m01zaf_(irank.data() - before, &m1, &m2, &ifail);
+    QuarnMP_m01zaf_(irank.data() - before, &m1, &m2, &ifail);
     CHECK(ifail == 0);
     CHECK(irank == std::vector<Integer>{INT32_MAX - 1, INT32_MAX, INT32_MAX - 2});
   }

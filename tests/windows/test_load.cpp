@@ -42,13 +42,11 @@ class Library {
 #define FIND(library, name) (library).find<decltype(&name)>(#name)
 
 std::vector<std::string> listed_exports() {
-  std::ifstream list("src/exports.txt");
+  std::ifstream list("src/generated/exports.def");
   std::vector<std::string> names;
   for (std::string line; std::getline(list, line);) {
-    std::string name;
-    std::istringstream(line) >> name;
-    if (!name.empty() && name[0] != '#') {
-      names.push_back(name);
+    if (line.starts_with("  ")) {
+      names.push_back(line.substr(2));
     }
   }
   return names;

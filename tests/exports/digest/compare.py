@@ -1,13 +1,16 @@
 #!/usr/bin/env python3
-"""compare.py --program EXPORT_DIGEST --library FILE [--against FILE] [--list FILE] [--quick]
+"""compare.py --program EXPORT_DIGEST --library FILE [--against FILE] [--quick]
 
-Every listed export is there and has been called, and two runs agree, or two libraries: the lines that differ are shown.
+Every declared export is there and has been called, and two runs agree, or two libraries: the lines that differ are shown.
 """
 import argparse
 import os
 import pathlib
 import subprocess
 import sys
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[3] / "tools"))
+import contract  # noqa: E402
 
 
 def digest(options, library):
@@ -26,7 +29,6 @@ def main():
     parser.add_argument("--program", required=True)
     parser.add_argument("--library", required=True)
     parser.add_argument("--against", help="another library, whose number library lies beside it")
-    parser.add_argument("--list", type=pathlib.Path, help="the exported names, first on each line")
     parser.add_argument("--quick", action="store_true")
     options = parser.parse_args()
 
@@ -36,11 +38,9 @@ def main():
     for name in sorted(first.keys() | second.keys()):
         if first.get(name) != second.get(name):
             problems += [f"- {second.get(name)}", f"+ {first.get(name)}"]
-    if options.list:
-        lines = options.list.read_text().splitlines()
-        for name in (line.split()[0] for line in lines if line.strip() and not line.startswith("#")):
-            if " calls," not in first.get(name, "") or first[name].split()[1] == "0":
-                problems.append(f"{name} is exported, and not called")
+    for name in contract.names():
+        if " calls," not in first.get(name, "") or first[name].split()[1] == "0":
+            problems.append(f"{name} is declared, and not called")
     print(*problems, f"{len(first)} exports, {len(problems)} complaints", sep="\n")
     sys.exit(1 if problems or not first else 0)
 

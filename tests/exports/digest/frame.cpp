@@ -67,6 +67,7 @@ void complex_arithmetic(Suite& suite) {
 
 void ranking(Suite& suite) {
   const auto rank = ENTRY(QuarnMP_m01daf_);
+  const auto rank_x = ENTRY(QuarnMPX_m01daf_);
   const auto rearrange = ENTRY(QuarnMP_m01eaf_);
   const auto rearrange_complex = ENTRY(QuarnMP_m01edf_);
   const auto invert = ENTRY(QuarnMP_m01zaf_);
@@ -85,6 +86,7 @@ void ranking(Suite& suite) {
       ranks[std::size_t(m1 - 1)] = c.below(m2 + 2);
     }
     suite.run_form<1>(rank, values, m1, m2, order, ranks);
+    suite.run_form<1>(rank_x, values, m1, m2, order, ranks);
     suite.run_form<0>(rearrange, values, m1, m2, ranks);
     suite.run_form<0>(rearrange_complex, complex, m1, m2, ranks);
     suite.run_form<0>(invert, ranks, m1, m2);

@@ -1,7 +1,0 @@
-#pragma once
-
-extern "C" {
-
-/// Prints the implementation details on the advisory-message unit.
-void a00aafn_();
-}

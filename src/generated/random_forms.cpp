@@ -1,0 +1,18 @@
+// Made by tools/contract.py from include/tesk2mp/random.h; do not edit.
+#include "tesk2mp/random.h"
+
+#include <utility>
+
+#include "src/frame/classic.h"
+
+// clang-format off
+extern "C" {
+
+QuarnFloat QuarnMP_g05kaf_(const Integer* igen, Integer* iseed) {
+  return QuarnMP_g05kafn_(*igen, iseed);
+}
+
+QuarnFloat QuarnMPX_g05kaf_(const Integer* igen, Integer* iseed) {
+  return QuarnMPX_g05kafn_(*igen, iseed);
+}
+}

@@ -1,0 +1,18 @@
+// Made by tools/contract.py from include/tesk2mp/tesk2mp.h; do not edit.
+#include "tesk2mp/tesk2mp.h"
+
+#include <utility>
+
+#include "src/frame/classic.h"
+
+// clang-format off
+extern "C" {
+
+void QuarnMP_a02aaf_(QuarnFloat* xr, QuarnFloat* xi, QuarnFloat* yr, QuarnFloat* yi) {
+  QuarnMP_a02aafn_(*xr, *xi, yr, yi);
+}
+
+void QuarnMPX_a02aaf_(QuarnFloat* xr, QuarnFloat* xi, QuarnFloat* yr, QuarnFloat* yi) {
+  QuarnMPX_a02aafn_(*xr, *xi, yr, yi);
+}
+}
