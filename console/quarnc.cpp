@@ -1,6 +1,7 @@
 #include <cstdarg>
 #include <cstdio>
-#include <string>
+#include <memory>
+#include <new>
 
 #include "quarn/quarnconsole.h"
 
@@ -25,9 +26,13 @@ int OldQuarnPrintf(const char* format, ...) {
     length = std::vsnprintf(nullptr, 0, format, measured);
     va_end(measured);
     if (length > 0) {
-      std::string text(std::size_t(length), '\0');
-      std::vsnprintf(text.data(), text.size() + 1, format, arguments);
-      redirected(text.c_str(), redirected_context);
+      // A message that is short of memory for all of it is cut: the caller may not throw.
+      char inside[512];
+      const std::size_t size = std::size_t(length) + 1;
+      const std::unique_ptr<char[]> outside(size > sizeof inside ? new (std::nothrow) char[size] : nullptr);
+      char* const text = outside ? outside.get() : inside;
+      std::vsnprintf(text, outside ? size : sizeof inside, format, arguments);
+      redirected(text, redirected_context);
     }
   }
   va_end(arguments);

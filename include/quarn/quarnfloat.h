@@ -26,6 +26,14 @@
 #endif
 #endif
 
+// The limb width is part of the binary interface: it is in the linker's name of everything that takes or returns a
+// number, so that a program for one width does not link with a library for the other.
+#if QUARN_LIMB_BITS == 64
+#define QUARN_NUMBER __attribute__((abi_tag("limb64")))
+#else
+#define QUARN_NUMBER __attribute__((abi_tag("limb32")))
+#endif
+
 #if defined(_WIN32) && defined(QRNFLOAT_BUILD)
 #define QRNFLOAT_API __declspec(dllexport)
 #elif defined(_WIN32)
@@ -49,7 +57,7 @@ QRNFLOAT_API int QuarnDigits() noexcept;
 QRNFLOAT_API int QuarnSetDigits(int digits) noexcept;
 
 /// A decimal floating-point number of any precision.
-class QuarnFloat {
+class QUARN_NUMBER QuarnFloat {
  public:
   using Limb = std::conditional_t<QUARN_LIMB_BITS == 64, std::uint64_t, std::uint32_t>;
   /// Decimal digits held by one limb.
@@ -250,7 +258,7 @@ QRNFLOAT_API QuarnFloat QuarnEvalf1(const char* function, const QuarnFloat& x);
 QRNFLOAT_API QuarnFloat QuarnEvalf2(const char* function, const QuarnFloat& x, const QuarnFloat& y);
 
 /// A complex number; the parts are rounded one by one.
-class Complex {
+class QUARN_NUMBER Complex {
  public:
   QuarnFloat re;
   QuarnFloat im;
@@ -329,8 +337,8 @@ QRNFLOAT_API int QFformat(char* buffer, std::size_t capacity, const char* format
 /// A number is the longest one at the front of the text, so that "12e" is 12 followed by a letter. What does not fit
 /// into a character array is read and dropped. Scanning stops at the first thing that does not match, at a target of
 /// another type and where targets are missing. Returns the number of targets set (%n does not count), or -1 when the
-/// text ends before the first conversion, or text or format is null.
-QRNFLOAT_API int QFscan(const char* text, const char* format, const QFTarget* targets, int count) noexcept;
+/// text ends before the first conversion, or text or format is null. Long numbers need memory: std::bad_alloc.
+QRNFLOAT_API int QFscan(const char* text, const char* format, const QFTarget* targets, int count);
 
 /// QFformat with its arguments listed.
 template <class... A>

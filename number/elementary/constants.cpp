@@ -12,8 +12,9 @@ class GrowingConstant {
 
   QuarnFloat to(int w) {
     if (w > digits_) {
-      digits_ = w + w / 8;
-      value_ = compute_(digits_);
+      const int digits = w + w / 8;
+      value_ = compute_(digits);
+      digits_ = digits;
     }
     // Three digits more leave the rounding without weight.
     return rounded(value_, w + 3);

@@ -1,29 +1,29 @@
 #include "number/elementary/conversion.h"
 
+#include <memory>
+
 namespace quarn::fixed {
 
-NegativePowers& NegativePowers::for_words(int words) {
+const NegativePowers& NegativePowers::for_words(int words) {
   constexpr int kEverydayWords = 640 / kBits + 2;
-  static NegativePowers& shorter = *new NegativePowers;
-  static NegativePowers& longer = *new NegativePowers;
-  NegativePowers& powers = words <= kEverydayWords ? shorter : longer;
-  powers.grow(words <= kEverydayWords ? kEverydayWords : words);
-  return powers;
+  static auto& shorter = *new std::unique_ptr<const NegativePowers>;
+  static auto& longer = *new std::unique_ptr<const NegativePowers>;
+  auto& powers = words <= kEverydayWords ? shorter : longer;
+  if (powers == nullptr || words > powers->words()) {
+    const int kept = std::max(words, kEverydayWords);
+    powers = std::make_unique<const NegativePowers>(kept + kept / 4);
+  }
+  return *powers;
 }
 
-void NegativePowers::grow(int words) {
-  if (words <= words_) {
-    return;
-  }
-  words_ = words + words / 4;
-  // Beyond, the powers are below the last word.
-  count_ = words_ * kBits / kBitsOfBase + 1;
-  powers_.assign(std::size_t(count_) * std::size_t(words_), 0);
-  std::vector<Word> power(std::size_t(words_) + 1, 0);
+// Beyond `count`, the powers are below the last word.
+NegativePowers::NegativePowers(int words)
+    : words_(words), count_(words * kBits / kBitsOfBase + 1), powers_(std::size_t(count_) * std::size_t(words), 0) {
+  std::vector<Word> power(std::size_t(words) + 1, 0);
   power.back() = 1;
   for (int i = 0; i < count_; ++i) {
-    divide_word(power.data(), power.data(), words_ + 1, Radix::base);
-    std::copy_n(power.data(), words_, &powers_[std::size_t(i) * std::size_t(words_)]);
+    divide_word(power.data(), power.data(), words + 1, Radix::base);
+    std::copy_n(power.data(), words, &powers_[std::size_t(i) * std::size_t(words)]);
   }
 }
 

@@ -10,8 +10,11 @@ namespace quarn::fixed {
 /// The fractions base^-1, base^-2, ..., each to the same number of words, rounded down; kept for all calls.
 class NegativePowers {
  public:
-  /// Everyday lengths have their own, which stay in the nearer caches.
-  static NegativePowers& for_words(int words);
+  /// Good for `words` words. Everyday lengths have their own, which stay in the nearer caches.
+  static const NegativePowers& for_words(int words);
+
+  explicit NegativePowers(int words);
+  int words() const { return words_; }
   int count() const { return count_; }
   /// The leading `words` words of base^-(i+1).
   const Word* power(int i, int words) const { return &powers_[std::size_t(i + 1) * std::size_t(words_)] - words; }
@@ -19,12 +22,11 @@ class NegativePowers {
   static int zero_words(int i) { return (i + 1) * kBitsOfBase / kBits; }
 
  private:
-  void grow(int words);
-
   static constexpr int kBitsOfBase = kBits == 64 ? 59 : 29;  // rounded down
+
+  int words_;
+  int count_;
   std::vector<Word> powers_;
-  int words_ = 0;
-  int count_ = 0;
 };
 
 /// |x| as n fraction words and an integer word above them, at most two units below. |x| fits the integer word.

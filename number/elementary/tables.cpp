@@ -6,25 +6,12 @@
 
 namespace quarn::fixed {
 
-void LazyTable::grow(int words) {
-  if (words <= words_) {
-    return;
-  }
-  words_ = words;
-  // Not touched before it is filled, so that only what is used takes memory.
-  storage_.reset(new Word[std::size_t(rows_) * std::size_t(columns_) * std::size_t(words)]);
-  filled_.assign(std::size_t(rows_), false);
-}
-
-Word* LazyTable::fill(int row, int column) {
-  filled_[std::size_t(row)] = true;
-  return &storage_[(std::size_t(row) * std::size_t(columns_) + std::size_t(column)) * std::size_t(words_)];
-}
-
-const Word* LazyTable::leading(int row, int column, int n) const {
-  return &storage_[(std::size_t(row) * std::size_t(columns_) + std::size_t(column)) * std::size_t(words_)] +
-         (words_ - n);
-}
+// The storage is not touched before it is filled, so that only what is used takes memory.
+LazyTable::LazyTable(int rows, int columns, int words)
+    : columns_(columns),
+      words_(words),
+      storage_(new Word[std::size_t(rows) * std::size_t(columns) * std::size_t(words)]),
+      filled_(std::size_t(rows), false) {}
 
 namespace {
 
@@ -35,61 +22,54 @@ constexpr int kMaxCoefficients = coefficients_for(kMaxWords);
 constexpr int kEverydayWords = 640 / kBits;
 
 struct Tables {
-  int words = 0;
-  LazyTable inverse_integers{kMaxCoefficients, 1};
+  explicit Tables(int n);
+
+  int words;
+  LazyTable inverse_integers;
   // Three constants with an integer word each.
   std::vector<Word> constants;
   std::vector<LazyTable> exp_stages;
   std::vector<LazyTable> sin_cos_stages;
   std::vector<LazyTable> log_stages;
-
-  Tables() {
-    for (int stage = 0; stage < kMaxStages; ++stage) {
-      exp_stages.emplace_back(256, 1);
-      sin_cos_stages.emplace_back(256, 2);
-      log_stages.emplace_back(kLogRows, 1);
-    }
-  }
-  void grow(int n);
-  void fill_coefficients();
 };
 
-/// The tables that serve n words: everyday lengths have their own, which stay small enough for the nearer caches.
-Tables& tables(int n) {
-  static Tables& shorter = *new Tables;
-  static Tables& longer = *new Tables;
-  return n < kEverydayWords ? shorter : longer;
-}
-
-void Tables::fill_coefficients() {
-  inverse_integers.grow(words);
+Tables::Tables(int n)
+    : words(n), inverse_integers(kMaxCoefficients, 1, words), constants(3 * std::size_t(words + 1), 0) {
   Number one;
   std::fill_n(one.words, words, Word(0));
   one[words] = 1;
   for (int k = 2; k < coefficients_for(words); ++k) {
-    divide_word(inverse_integers.fill(k), one, words + 1, Word(k));
+    divide_word(inverse_integers.fraction(k), one, words + 1, Word(k));
   }
-}
-
-void Tables::grow(int n) {
-  if (n < words) {
-    return;
-  }
-  // One guard word.
-  words = std::min(std::max(n + 1 + n / 4, kEverydayWords), kMaxWords - 4);
-  fill_coefficients();
   for (int stage = 0; stage < kMaxStages; ++stage) {
-    exp_stages[std::size_t(stage)].grow(words);
-    sin_cos_stages[std::size_t(stage)].grow(words);
-    log_stages[std::size_t(stage)].grow(words);
+    exp_stages.emplace_back(256, 1, words);
+    sin_cos_stages.emplace_back(256, 2, words);
+    log_stages.emplace_back(kLogRows, 1, words);
   }
-  constants.assign(3 * std::size_t(words + 1), 0);
   const int digits = int((words + 1) * kBits * 0.30103) + 5;
   const WorkingDigits scope(digits);
   const QuarnFloat values[] = {quarn::approximate_ln10(digits), quarn::approximate_ln2(digits),
                                quarn::approximate_pi(digits) / QuarnFloat(2)};
   for (std::size_t i = 0; i < 3; ++i) {
     from_decimal(&constants[i * std::size_t(words + 1)], view_of(values[i]), words);
+  }
+}
+
+/// Where the tables that serve n words are held: everyday lengths have their own, which stay small enough for the
+/// nearer caches.
+std::unique_ptr<Tables>& holder(int n) {
+  static auto& shorter = *new std::unique_ptr<Tables>;
+  static auto& longer = *new std::unique_ptr<Tables>;
+  return n < kEverydayWords ? shorter : longer;
+}
+
+Tables& tables(int n) { return *holder(n); }
+
+/// Makes tables good for n words and a guard word.
+void grow(int n) {
+  auto& held = holder(n);
+  if (held == nullptr || n >= held->words) {
+    held = std::make_unique<Tables>(std::min(std::max(n + 1 + n / 4, kEverydayWords), kMaxWords - 4));
   }
 }
 
@@ -137,7 +117,8 @@ const Word* log_of_quotient(LazyTable& table, Word factor, int n) {
       twice_atanh(sum, next - factor, next + factor, n);
       add(sum, sum, known, n);
     }
-    std::copy_n(sum.words, n, table.fill(row));
+    std::copy_n(sum.words, n, table.fraction(row));
+    table.mark_filled(row);
   }
   return table.leading(row, 0, n);
 }
@@ -162,8 +143,8 @@ void log_by_series(Word* out, Word factor, int places, int n) {
 
 void prepare_tables(int n) {
   // A caller who has some of its numbers a word longer also uses the length before.
-  tables(n - 1).grow(n - 1);
-  tables(n).grow(n);
+  grow(n - 1);
+  grow(n);
 }
 
 const Word* inverse_integer(int k, int n) { return tables(n).inverse_integers.leading(k, 0, n); }
@@ -178,7 +159,8 @@ const Word* exp_entry(int stage, int j, int n) {
     Number angle;
     const int words = table.words();
     set_angle(angle, stage, j, words);
-    exp_series(table.fill(j), angle, words, std::max(leading_zeros(angle, words) - 1, 0));
+    exp_series(table.fraction(j), angle, words, std::max(leading_zeros(angle, words) - 1, 0));
+    table.mark_filled(j);
   }
   return table.leading(j, 0, n);
 }
@@ -191,7 +173,9 @@ const Word* sin_cos_entry(int column, int stage, int j, int n) {
     Number angle;
     const int words = table.words();
     set_angle(angle, stage, j, words);
-    sin_cos_series(table.fill(j, 0), table.fill(j, 1), angle, words, std::max(leading_zeros(angle, words) - 1, 0));
+    sin_cos_series(table.fraction(j, 0), table.fraction(j, 1), angle, words,
+                   std::max(leading_zeros(angle, words) - 1, 0));
+    table.mark_filled(j);
   }
   return table.leading(j, column, n);
 }
@@ -206,7 +190,8 @@ const Word* log_entry(int stage, int j, Word factor, int n) {
   if (stage == 0) {
     log_of_quotient(table, factor, table.words());
   } else if (!table.filled(j)) {
-    log_by_series(table.fill(j), factor, kStageBits * stage + 30, table.words());
+    log_by_series(table.fraction(j), factor, kStageBits * stage + 30, table.words());
+    table.mark_filled(j);
   }
   return table.leading(j, 0, n);
 }

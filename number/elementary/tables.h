@@ -15,20 +15,23 @@ inline constexpr int kStageBits = 8;
 /// Rows of fractions of equally many words, filled when they are first looked at.
 class LazyTable {
  public:
-  LazyTable(int rows, int columns) : rows_(rows), columns_(columns) {}
-  /// Forgets everything if the words are more than before.
-  void grow(int words);
+  LazyTable(int rows, int columns, int words);
   int words() const { return words_; }
   bool filled(int row) const { return filled_[std::size_t(row)]; }
+  /// All columns of the row are in place.
+  void mark_filled(int row) { filled_[std::size_t(row)] = true; }
   /// The row's fraction in the column, all its words, to be filled.
-  Word* fill(int row, int column = 0);
+  Word* fraction(int row, int column = 0) { return &storage_[start(row, column)]; }
   /// The leading n words of it.
-  const Word* leading(int row, int column, int n) const;
+  const Word* leading(int row, int column, int n) const { return &storage_[start(row, column)] + (words_ - n); }
 
  private:
-  int rows_;
+  std::size_t start(int row, int column) const {
+    return (std::size_t(row) * std::size_t(columns_) + std::size_t(column)) * std::size_t(words_);
+  }
+
   int columns_;
-  int words_ = 0;
+  int words_;
   std::unique_ptr<Word[]> storage_;
   std::vector<bool> filled_;
 };

@@ -60,15 +60,16 @@ struct LastAngle {
   quarn::fixed::RoundedSinCos values;
 };
 
-/// Sine and cosine of x where the fast road decides them.
+/// Sine and cosine of x where fixed point decides them.
 const quarn::fixed::RoundedSinCos& sin_cos_at_once(const QuarnFloat& x) {
   // Never destroyed: the storage that it would return to may be gone by then.
   static LastAngle& last = *new LastAngle;
   const int digits = QuarnDigits();
   if (last.digits != digits || last.x != x) {
+    last.digits = 0;  // what is kept is good again when all of it is there
+    last.values = quarn::fixed::rounded_sin_cos(x);
     last.x = x;
     last.digits = digits;
-    last.values = quarn::fixed::rounded_sin_cos(x);
   }
   return last.values;
 }

@@ -15,8 +15,9 @@ namespace quarn {
 /// blocks become one. Process-wide and without locks, as the number library is.
 class ScratchArena {
  public:
+  /// Never destroyed: the destructor of a global object may still compute.
   static ScratchArena& instance() {
-    static ScratchArena arena;
+    static ScratchArena& arena = *new ScratchArena;
     return arena;
   }
 

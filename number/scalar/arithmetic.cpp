@@ -1,5 +1,7 @@
 // + - * / and sqrt: everyday lengths take fixed-length code, chosen once by the working precision; everything else, and
 // the few results that short code cannot decide, go the general road.
+#include <utility>
+
 #include "number/scalar/access.h"
 #include "number/scalar/general.h"
 #include "number/scalar/precision.h"
@@ -306,6 +308,7 @@ void QuarnAddProduct(Complex& sum, const Complex& a, const Complex& b, unsigned 
   const QuarnFloat im = conjugate_b ? combine(true, conjugate_a ? -(a.im * b.re) : a.im * b.re, a.re * b.im)
                                     : combine(conjugate_a, a.re * b.im, a.im * b.re);
   const bool subtract = (signs & QuarnSubtract) != 0;
-  sum.re = combine(subtract, sum.re, re);
+  QuarnFloat total_re = combine(subtract, sum.re, re);
   sum.im = combine(subtract, sum.im, im);
+  sum.re = std::move(total_re);
 }

@@ -26,10 +26,10 @@ class Scanner {
       : begin_(text), text_(text), end_(text + std::strlen(text)), targets_(targets), targets_left_(count) {}
 
   /// Follows the format and returns the result of the whole call.
-  int run(const char* format) noexcept;
+  int run(const char* format);
 
  private:
-  Outcome convert(const Conversion& conversion) noexcept;
+  Outcome convert(const Conversion& conversion);
   Outcome match(char c) noexcept;
   void skip_blanks() noexcept;
   const char* limit(std::size_t width) const noexcept;
@@ -42,7 +42,7 @@ class Scanner {
   }
 
   Outcome scan_integer(const Conversion& conversion, const QFTarget* target) noexcept;
-  Outcome scan_real(const Conversion& conversion, const QFTarget* target) noexcept;
+  Outcome scan_real(const Conversion& conversion, const QFTarget* target);
   Outcome scan_word(const Conversion& conversion, const QFTarget* target) noexcept;
   Outcome scan_characters(const Conversion& conversion, const QFTarget* target) noexcept;
   Outcome tell_position(const QFTarget* target) noexcept;
@@ -73,7 +73,7 @@ Conversion read_conversion(const char*& format) noexcept {
   return conversion;
 }
 
-int Scanner::run(const char* format) noexcept {
+int Scanner::run(const char* format) {
   Outcome outcome = Outcome::matched;
   while (*format != '\0' && outcome == Outcome::matched) {
     if (is_blank(*format)) {
@@ -123,7 +123,7 @@ bool Scanner::take(const Conversion& conversion, Type type, const QFTarget*& tar
   return true;
 }
 
-Outcome Scanner::convert(const Conversion& conversion) noexcept {
+Outcome Scanner::convert(const Conversion& conversion) {
   const QFTarget* target = nullptr;
   switch (conversion.letter) {
     case '%':
@@ -171,7 +171,7 @@ Outcome Scanner::scan_integer(const Conversion& conversion, const QFTarget* targ
   return Outcome::matched;
 }
 
-Outcome Scanner::scan_real(const Conversion& conversion, const QFTarget* target) noexcept {
+Outcome Scanner::scan_real(const Conversion& conversion, const QFTarget* target) {
   skip_blanks();
   if (text_ == end_) {
     return Outcome::ended;
@@ -231,7 +231,7 @@ Outcome Scanner::tell_position(const QFTarget* target) noexcept {
 
 }  // namespace quarn
 
-int QFscan(const char* text, const char* format, const QFTarget* targets, int count) noexcept {
+int QFscan(const char* text, const char* format, const QFTarget* targets, int count) {
   if (text == nullptr || format == nullptr) {
     return -1;
   }

@@ -1,7 +1,6 @@
 #include "src/frame/classic.h"
 
 #include <cstdio>
-#include <string>
 
 #include "quarn/quarnconsole.h"
 
@@ -12,8 +11,7 @@ void tesk::check_ifail(const char* routine, const char* message_buffer, Integer 
   if (ierr == ifail) {
     return;
   }
-  const std::string headline = std::string("*** IFAIL MISMATCH IN ") + routine + ": IFAIL =";
-  OldQuarnPrintf(" %s", headline.c_str());
+  OldQuarnPrintf(" *** IFAIL MISMATCH IN %s: IFAIL =", routine);
   OldQuarnPrintf(" %ld", long(ifail));
   OldQuarnPrintf(" %s", ", IERR =");
   OldQuarnPrintf(" %ld", long(ierr));

@@ -2,7 +2,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <string>
 #include <utility>
 
 #include "quarn/quarnconsole.h"
@@ -35,18 +34,31 @@ Integer error_unit() {
   return unit;
 }
 
-std::string abnormal_exit_line(const char* srname) {
-  return std::string(" ** ABNORMAL EXIT from Tesk Library routine ") + srname;
-}
+/// The last line of a report: the routine, and a value with its name unless that is empty. Nothing is allocated, since
+/// running out of memory may be what is being reported.
+struct ClosingLine {
+  const char* routine;
+  const char* name;
+  int name_length;
+  Integer value;
 
-std::string value_text(const char* format, Integer value) {
-  char text[32];
-  QFsnprintf(text, sizeof text, format, value);
-  return text;
-}
+  void write(Integer unit) const {
+    if (unit < 0) {
+      return;
+    }
+    if (name_length > 0) {
+      // A NUL in the name ends it.
+      OldQuarnPrintf(" ** ABNORMAL EXIT from Tesk Library routine %s: %.*s =%6ld", routine, name_length, name,
+                     long(value));
+    } else {
+      OldQuarnPrintf(" ** ABNORMAL EXIT from Tesk Library routine %s", routine);
+    }
+    std::putchar('\n');
+  }
+};
 
 Integer end_routine(Integer ifail, Integer ierror, Integer nrec, const char* rec, int rec_len,
-                    const std::string& closing_line) {
+                    const ClosingLine& closing_line) {
   const Manner manner = Manner::of(ifail);
   if (!manner.prints) {
     return ierror;
@@ -60,7 +72,7 @@ Integer end_routine(Integer ifail, Integer ierror, Integer nrec, const char* rec
   }
   // The empty line is not a message: a negative unit does not hold it back.
   std::putchar('\n');
-  write_message_record(unit, closing_line.c_str());
+  closing_line.write(unit);
   if (manner.returns) {
     write_message_record(unit, " ** Tesk soft failure - control returned");
     return ierror;
@@ -101,8 +113,7 @@ Integer QuarnMP_p01abfn_(Integer ifail, Integer ierror, const char* srname, Inte
   if (ierror == 0) {
     return 0;
   }
-  const std::string line = tesk::abnormal_exit_line(srname) + tesk::value_text(": IFAIL =%6ld", ierror);
-  return tesk::end_routine(ifail, ierror, nrec, rec, rec_len, line);
+  return tesk::end_routine(ifail, ierror, nrec, rec, rec_len, {srname, "IFAIL", 5, ierror});
 }
 
 Integer QuarnMP_p01acfn_(Integer ifail, Integer ierror, const char* srname, const char* varname, Integer nrec,
@@ -110,13 +121,10 @@ Integer QuarnMP_p01acfn_(Integer ifail, Integer ierror, const char* srname, cons
   if (ierror == 0) {
     return 0;
   }
-  std::string name(varname, std::size_t(varname_len > 0 ? varname_len : 0));
-  name.erase(name.find_last_not_of(' ') + 1);
-  std::string line = tesk::abnormal_exit_line(srname);
-  if (!name.empty()) {
-    // As far as a NUL, which would end the line otherwise.
-    line += ": " + name.substr(0, name.find('\0')) + tesk::value_text(" =%6ld", ierror);
+  int length = varname_len;
+  while (length > 0 && varname[length - 1] == ' ') {
+    --length;
   }
-  return tesk::end_routine(ifail, ierror, nrec, rec, rec_len, line);
+  return tesk::end_routine(ifail, ierror, nrec, rec, rec_len, {srname, varname, length, ierror});
 }
 }

@@ -26,10 +26,13 @@ struct Counts {
 };
 Counts counted;
 
-/// The function of that name in the libraries that come after this program.
+/// The function of that name in the libraries that come after this program. The name of the number's class carries its
+/// limb width.
 template <class Function>
-Function next(const char* name) {
-  void* const found = dlsym(RTLD_NEXT, name);
+Function next(std::string name) {
+  const std::string number = "10QuarnFloat";
+  name.insert(name.find(number) + number.size(), "B6limb" + std::to_string(8 * sizeof(QuarnFloat::Limb)));
+  void* const found = dlsym(RTLD_NEXT, name.c_str());
   REQUIRE(found != nullptr);
   return reinterpret_cast<Function>(found);
 }

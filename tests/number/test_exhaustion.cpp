@@ -1,0 +1,212 @@
+// Memory that runs out leaves nothing wrong behind: in a fresh process, the k-th allocation of an operation fails, once
+// or from there on, for every k; then the operation is repeated, with a few others, and all results are compared.
+#include <doctest/doctest.h>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "quarn/quarnconsole.h"
+#include "quarn/quarnfloat.h"
+#include "support/digits.h"
+#include "tesk2mp/tesk2mp.h"
+
+namespace {
+
+long allocations = 0;
+long first_failing = 0;  // 0: none
+bool fails_once = false;
+
+void* allocate(std::size_t size, std::size_t alignment) {
+  ++allocations;
+  if (first_failing != 0 && (fails_once ? allocations == first_failing : allocations >= first_failing)) {
+    throw std::bad_alloc();
+  }
+  void* const p = std::aligned_alloc(alignment, (size + alignment) / alignment * alignment);
+  if (p == nullptr) {
+    throw std::bad_alloc();
+  }
+  return p;
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) { return allocate(size, 16); }
+void* operator new(std::size_t size, std::align_val_t alignment) { return allocate(size, std::size_t(alignment)); }
+void operator delete(void* p) noexcept { std::free(p); }
+void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+void operator delete(void* p, std::align_val_t) noexcept { std::free(p); }
+void operator delete(void* p, std::size_t, std::align_val_t) noexcept { std::free(p); }
+
+namespace {
+
+using Numbers = std::vector<QuarnFloat>;
+
+struct Operation {
+  const char* name;
+  std::function<QuarnFloat()> run;
+};
+
+QuarnFloat third() { return QuarnFloat(1) / 3; }
+
+QuarnFloat arithmetic() {
+  const QuarnFloat x = sqrt(QuarnFloat(2));
+  Complex sum(x, third());
+  QuarnAddProduct(sum, Complex(third(), x), Complex(x, third()), QuarnConjugateA);
+  return fmod(sum.re / x, third()) + floor(x * 1000) - sum.im;
+}
+
+QuarnFloat text() {
+  const std::string written = third().to_string();
+  char formatted[40];
+  QFsprintf(formatted, "%.30e", third());
+  QuarnFloat scanned;
+  QFsscanf(written.c_str(), "%f", &scanned);
+  return scanned + QuarnFloat(formatted) + QuarnFloat(written) + QuarnFloat(0.1) + FloatToDouble(scanned);
+}
+
+const Operation kOperations[] = {
+    {"arithmetic", arithmetic},
+    {"text and conversion", text},
+    {"pi", [] { return acos(QuarnFloat(-1)); }},
+    {"ln 10", [] { return log(QuarnFloat(10)); }},
+    {"exp", [] { return exp(third()); }},
+    {"log", [] { return log(third()); }},
+    {"log10", [] { return log10(third()); }},
+    {"sin", [] { return sin(QuarnFloat(100)); }},
+    {"sin and cos", [] { return sin(third()) + cos(third()); }},
+    {"tan", [] { return tan(third()); }},
+    {"asin", [] { return asin(third()); }},
+    {"acos", [] { return acos(third()); }},
+    {"atan", [] { return atan(third()); }},
+    {"atan2", [] { return atan2(third(), QuarnFloat(-2)); }},
+    {"sinh", [] { return sinh(third()); }},
+    {"cosh", [] { return cosh(third()); }},
+    {"tanh", [] { return tanh(third()); }},
+    {"pow", [] { return pow(third(), QuarnFloat(25, -1)); }},
+    {"exact pow", [] { return pow(QuarnFloat(25, -2), QuarnFloat(15, -1)); }},
+    {"by name", [] { return QuarnEvalf1("sin", third()) + QuarnEvalf2("fmod", QuarnFloat(7), third()); }},
+};
+
+/// What other operations give after this one, at other digits.
+std::string probes() {
+  const support::Digits scope(30);
+  const QuarnFloat x = QuarnFloat(7) / 3;
+  return (sin(x) + cos(x) + exp(x) + log(x) + acos(QuarnFloat(-1)) + x * x).to_string();
+}
+
+/// What a child process hands back.
+struct Shared {
+  long allocations;
+  bool threw;
+  char result[8000];
+};
+
+/// Runs `work` in a child process, in which nothing has been computed yet; gives its exit status, or minus its signal.
+int in_child(const std::function<int()>& work) {
+  const pid_t child = fork();
+  if (child == 0) {
+    alarm(60);
+    _exit(work());
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+class Sweep {
+ public:
+  Sweep()
+      : shared_(new (mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0))
+                    Shared{}) {}
+  ~Sweep() { munmap(shared_, sizeof(Shared)); }
+  Sweep(const Sweep&) = delete;
+  Sweep& operator=(const Sweep&) = delete;
+
+  /// Every `stride`-th allocation from the first on.
+  void run(const Operation& operation, int digits, long first, long stride) {
+    CAPTURE(operation.name);
+    CAPTURE(digits);
+    const auto results = [&] { return operation.run().to_string() + " " + probes(); };
+    REQUIRE(in_child([&] {
+              QuarnSetDigits(digits);
+              allocations = 0;
+              operation.run();
+              shared_->allocations = allocations;
+              const std::string text = results();
+              text.copy(shared_->result, sizeof shared_->result - 1);
+              shared_->result[text.size()] = '\0';
+              return 0;
+            }) == 0);
+    const std::string expected = shared_->result;
+    REQUIRE(expected.find("nan") == std::string::npos);
+    const long count = shared_->allocations;
+    for (const bool once : {true, false}) {
+      for (long k = first; k <= count; k += stride) {
+        const int status = in_child([&] {
+          QuarnSetDigits(digits);
+          bool threw = false;
+          allocations = 0;
+          fails_once = once;
+          first_failing = k;
+          try {
+            operation.run();
+          } catch (const std::bad_alloc&) {
+            threw = true;
+          }
+          first_failing = 0;
+          return threw && QuarnDigits() == digits && results() == expected ? 0 : 1;
+        });
+        CAPTURE(once);
+        CAPTURE(k);
+        CHECK(status == 0);
+        ++cases;
+      }
+    }
+  }
+
+  long cases = 0;
+
+ private:
+  Shared* shared_;
+};
+
+}  // namespace
+
+// QUARN_EVERY_ALLOCATION=1 leaves out no allocation of the long numbers: a minute.
+TEST_CASE("after a failed allocation every result is right") {
+  const bool every = std::getenv("QUARN_EVERY_ALLOCATION") != nullptr;
+  Sweep sweep;
+  long first = 1;
+  for (const Operation& operation : kOperations) {
+    sweep.run(operation, 20, 1, 1);
+    sweep.run(operation, 200, 1, every ? 1 : 3);
+    sweep.run(operation, 3000, first, every ? 1 : 11);
+    first = every ? 1 : first % 11 + 1;
+  }
+  MESSAGE(sweep.cases << " failed allocations");
+}
+
+TEST_CASE("a failure is reported without memory") {
+  const int status = in_child([] {
+    const auto count = [](const char*, void* texts) { ++*static_cast<int*>(texts); };
+    int texts = 0;
+    QuarnRedirectConsole(count, &texts);
+    std::freopen("/dev/null", "w", stdout);
+    QuarnFloat x[1];
+    QuarnFloat work[1];
+    Integer n = 1;
+    Integer ifail = -1;
+    first_failing = 1;
+    QuarnMP_c06faf_(x, &n, work, &ifail);
+    first_failing = 0;
+    return ifail == 3 && texts == 3 ? 0 : 1;
+  });
+  CHECK(status == 0);
+}
