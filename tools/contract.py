@@ -67,7 +67,8 @@ def pages_of(header):
     pages, comment, declaration = [], [], None
     for line in header.read_text().splitlines():
         if line.startswith("///"):
-            comment.append(line[3:].removeprefix(" "))
+            if not line.endswith("@}"):
+                comment.append(line[3:].removeprefix(" "))
             continue
         if line.startswith("TESK2MP_API "):
             declaration = ""
@@ -156,8 +157,9 @@ def source_of(header, pages, every):
     forms = [form for page in pages for form in mechanical(page, every)]
     if not forms:
         return None
-    out = [f"// Made by tools/contract.py from include/tesk2mp/{header}.h; do not edit.", f'#include "tesk2mp/{header}.h"',
-           "", "#include <utility>", "", '#include "src/frame/classic.h"', "", "// clang-format off", 'extern "C" {']
+    out = [f"// Made by tools/contract.py from include/tesk2mp/{header}.h; do not edit.", "// clang-format off",
+           f'#include "tesk2mp/{header}.h"', "", "#include <utility>", "", '#include "src/frame/classic.h"', "",
+           'extern "C" {']
     for function, body in forms:
         out += ["", f"{function.signature()} {{", *(f"  {line}" for line in body), "}"]
     return "\n".join(out + ["}", ""])

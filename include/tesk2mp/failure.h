@@ -1,4 +1,6 @@
-// How a host takes failures into its own hands. Part of tesk2mp.h, which tells the usual protocol.
+// How a host receives failures.
+//
+// tesk2mp.h describes the usual protocol.
 #pragma once
 
 #include "quarn/quarnfloat.h"
@@ -22,14 +24,19 @@ struct QuarnFailureHandler {
 
 extern "C" {
 
+/// @defgroup failure_handler a function that receives every failure
+///
 /// Sends every failure to *handler from now on, and returns the former handler; a null pointer, the state at first,
 /// means the usual protocol. While there is a handler, a failing routine writes nothing to console or standard output
 /// and returns with its failure number, whatever IFAIL was on entry; a kernel with a wrong argument returns before it
 /// touches anything. A routine that calls others may tell of theirs before its own: the last word counts, and only if
 /// IFAIL comes back non-zero.
 ///
-///   handler   the function and what is handed to it; *handler must live until the next call
+/// @param[in] handler the function and what is handed to it; *handler must live until the next call
 ///
-/// Cost: a pointer is stored; of a routine that does not fail, nothing.
+/// @par Cost
+/// A pointer is stored; of a routine that does not fail, nothing.
+/// @{
 TESK2MP_API const QuarnFailureHandler* QuarnMPX_failure_handler(const QuarnFailureHandler* handler);
+/// @}
 }

@@ -1,4 +1,6 @@
-// Tesk MP: iterative solution of a general linear system A x = b, of which the caller alone knows A.
+// Iterative solution of a general linear system.
+//
+// The system is A x = b, of which the caller alone knows A.
 //
 // F11BDF sets a problem up; F11BEF iterates and comes back whenever it needs a product with A, a solution with the
 // preconditioner M, or has something to show; F11BFF tells how far it has got. The whole state is in WORK: several
@@ -26,40 +28,46 @@
 
 extern "C" {
 
-/// Sets a problem up.
+/// @defgroup f11bdf set-up of an iterative solution
 ///
-///   method   "RGMRES", "CGS", "BICGSTAB" or "TFQMR", blanks before it and letters of either case allowed, what
-///            follows the name ignored; at most 32 characters between blanks
-///   precon   'P' the caller solves with a preconditioner, 'N' there is none
-///   norm     '1' sum of magnitudes, 'I' largest magnitude, '2' Euclidean
-///   weight   'W' norms are weighted by WGT, 'N' they are not. Inner products of the methods never are.
-///   iterm    criterion, 1 or 2
-///   n        order of the system, N >= 1
-///   m        RGMRES: iterations to a restart, 1 ... min(N, 50). BICGSTAB: the order, 1 ... min(N, 10). Otherwise not
-///            looked at
-///   tol      tolerance tau, below 1; <= 0 means sqrt(eps)
-///   maxitn   most iterations, >= 1
-///   anorm    norm of A for ITERM 1; with weights, of W A W^-1. <= 0: F11BEF estimates it first, and asks for at most
-///            ten products with A and nine with its transpose
-///   sigmax   norm of M^-1 A for ITERM 2. <= 0: the largest growth of a vector in the products so far
-///   monit    every that many iterations F11BEF comes back to be monitored; 0: never
-///   lwreq    out: the least LWORK, at most 2^31 - 1: 100 + N (4 + c) with c the vectors of the method:
-///            RGMRES    M + 2, and (M + 1) M + 3 M + 1 elements more
-///            CGS       5
-///            BICGSTAB  2 M + 2
-///            TFQMR     7
-///            and one vector more with a preconditioner. Set unless one of the arguments before it is wrong.
-///   work     LWORK elements: the whole state, which belongs to F11BEF until it is completed
-///   lwork    length of WORK, LWORK >= LWREQ
+/// Sets a problem up. LWREQ becomes 100 + N (4 + c), with c the vectors of the method, one more with a preconditioner:
 ///
-/// Cost: a few comparisons, and 100 elements of WORK written.
+///   RGMRES    M + 2, and (M + 1) M + 3 M + 1 elements more
+///   CGS       5
+///   BICGSTAB  2 M + 2
+///   TFQMR     7
 ///
+/// @param[in] method "RGMRES", "CGS", "BICGSTAB" or "TFQMR", blanks before it and letters of either case allowed, what
+///     follows the name ignored; at most 32 characters between blanks
+/// @param[in] precon 'P' the caller solves with a preconditioner, 'N' there is none
+/// @param[in] norm '1' sum of magnitudes, 'I' largest magnitude, '2' Euclidean
+/// @param[in] weight 'W' norms are weighted by WGT, 'N' they are not. Inner products of the methods never are.
+/// @param[in] iterm criterion, 1 or 2
+/// @param[in] n order of the system, N >= 1
+/// @param[in] m RGMRES: iterations to a restart, 1 ... min(N, 50). BICGSTAB: the order, 1 ... min(N, 10). Otherwise not
+///     looked at
+/// @param[in] tol tolerance tau, below 1; <= 0 means sqrt(eps)
+/// @param[in] maxitn most iterations, >= 1
+/// @param[in] anorm norm of A for ITERM 1; with weights, of W A W^-1. <= 0: F11BEF estimates it first, and asks for at
+///     most ten products with A and nine with its transpose
+/// @param[in] sigmax norm of M^-1 A for ITERM 2. <= 0: the largest growth of a vector in the products so far
+/// @param[in] monit every that many iterations F11BEF comes back to be monitored; 0: never
+/// @param[out] lwreq the least LWORK, at most 2^31 - 1; set unless one of the arguments before it is wrong
+/// @param[in,out] work LWORK elements: the whole state, which belongs to F11BEF until it is completed
+/// @param[in] lwork length of WORK, LWORK >= LWREQ
+///
+/// @par Failures
 /// The checks, in this order; on failure WORK is not changed:
+///
 ///   IFAIL 1   99999 the first argument that is wrong: METHOD 1, PRECON 2, NORM 3, WEIGHT 4, ITERM 5, N 6, TOL 8,
 ///             MAXITN 9, ANORM 10 and SIGMAX 11 (not finite), MONIT 12 (negative), WORK 14 (fewer than 10 working
 ///             digits: its elements could not hold the counters), LWORK 15
 ///   IFAIL 3   99997 M, in its place between N and TOL
 ///   IFAIL 2   99998 WORK holds a problem that has not been completed. IREVCM 6 ends it; so does WORK(4) = 0.
+///
+/// @par Cost
+/// A few comparisons, and 100 elements of WORK written.
+/// @{
 TESK2MP_API void QuarnMP_f11bdf_(const char* method, const char* precon, const char* norm, const char* weight,
                                  const Integer* iterm, const Integer* n, const Integer* m, const QuarnFloat* tol,
                                  const Integer* maxitn, const QuarnFloat* anorm, const QuarnFloat* sigmax,
@@ -71,7 +79,10 @@ TESK2MP_API void QuarnMP_f11bdfn_(const char* method, const char* precon, const 
                                   QuarnFloat sigmax, Integer monit, Integer* lwreq, QuarnFloat* work, Integer lwork,
                                   char* message_buffer, Integer* ifail, int method_length, int precon_length,
                                   int norm_length, int weight_length, int buffer_length);
+/// @}
 
+/// @defgroup f11bef iterative solution by reverse communication
+///
 /// Iterates until something is needed. Call it first with IREVCM 0, then again and again until IREVCM is 4:
 ///
 ///   IREVCM   in                                       out
@@ -84,19 +95,19 @@ TESK2MP_API void QuarnMP_f11bdfn_(const char* method, const char* precon, const 
 ///    5       in place of 1, -1, 2 or 3, the request being done: stop after this iteration
 ///    6       stop at once: U is the last iterate that is complete, V is not touched
 ///
-///   u, v     N each. V is the only thing that is read back.
-///   wgt      N positive numbers with WEIGHT 'W', the same in every call; otherwise not referenced
-///   work     as F11BDF has set it up
-///   lwork    length of WORK, at least the LWREQ of F11BDF
-///
 /// A request keeps nothing in mind but WORK, so U, V may be other arrays at the next call. The working precision may
 /// change between calls, from 10 digits on.
 ///
-/// Cost: the products and solutions asked for (1 for an iteration of RGMRES, 2 of CGS and TFQMR, 2 M of BICGSTAB), and
-/// beside them about 2 j N multiply-adds in the j-th iteration of RGMRES after a restart, a fixed multiple of N in CGS
-/// and TFQMR, of the order of M^2 N in BICGSTAB.
+/// @param[in,out] irevcm what is asked for, as above
+/// @param[in,out] u N elements, not read back
+/// @param[in,out] v N elements, the only thing that is read back
+/// @param[in] wgt N positive numbers with WEIGHT 'W', the same in every call; otherwise not referenced
+/// @param[in,out] work as F11BDF has set it up
+/// @param[in] lwork length of WORK, at least the LWREQ of F11BDF
 ///
+/// @par Failures
 /// On every failure IREVCM is 4, so that a loop ends. Outcomes, U and V as above unless said otherwise:
+///
 ///   IFAIL 0   the true residual satisfies the criterion (of b = 0 the solution is 0, without any product)
 ///   IFAIL 1   99999 a wrong argument: 6 LWORK below 100 or LWREQ; 1 IREVCM neither the request nor 5 or 6; 4 a weight
 ///             that is not positive and finite. The problem stands where it stood: give the right value and go on.
@@ -111,39 +122,61 @@ TESK2MP_API void QuarnMP_f11bdfn_(const char* method, const char* precon, const 
 ///   IFAIL 8   99992 not converged after MAXITN iterations
 ///   IFAIL 9   99991 the true residual has replaced that of the recurrence, and has then not been halved: TOL asks for
 ///             more than the working precision has
+///
+/// @par Cost
+/// The products and solutions asked for (1 for an iteration of RGMRES, 2 of CGS and TFQMR, 2 M of BICGSTAB), and beside
+/// them about 2 j N multiply-adds in the j-th iteration of RGMRES after a restart, a fixed multiple of N in CGS and
+/// TFQMR, of the order of M^2 N in BICGSTAB.
+/// @{
 TESK2MP_API void QuarnMP_f11bef_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, QuarnFloat* work,
                                  const Integer* lwork, Integer* ifail);
 TESK2MP_API void QuarnMP_f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, QuarnFloat* work,
                                   Integer lwork, char* message_buffer, Integer* ifail, int buffer_length);
+/// @}
 
+/// @defgroup f11bff progress of an iterative solution
+///
 /// The progress, at any time after set-up: iterations done; both sides of the criterion as last computed; ANORM and
 /// SIGMAX as given or as estimated so far.
-///
-///   itn      out: iterations done
-///   stplhs   out: the left side of the criterion
-///   stprhs   out: its right side, tau and norms included
-///   anorm    out: the norm of A, 0 where ITERM 2 has no need of it
-///   sigmax   out: the norm of M^-1 A
-///   work     as F11BDF or F11BEF has left it; not changed
-///   lwork    length of WORK, >= 100
 ///
 /// When F11BEF comes back with IREVCM 3 or 4 both sides are those of the true residual. In between they are what the
 /// recurrence says: with ITERM 1 and a preconditioner the left side is scaled by the ratio of the two residuals when
 /// last known, and RGMRES bounds it from below, and the right side from above, unless the norm is the Euclidean one.
 ///
-/// Cost: five elements of WORK are read.
+/// @param[out] itn iterations done
+/// @param[out] stplhs the left side of the criterion
+/// @param[out] stprhs its right side, tau and norms included
+/// @param[out] anorm the norm of A, 0 where ITERM 2 has no need of it
+/// @param[out] sigmax the norm of M^-1 A
+/// @param[in] work as F11BDF or F11BEF has left it; not changed
+/// @param[in] lwork length of WORK, >= 100
+///
+/// @par Failures
 ///
 ///   IFAIL 2   99998 argument 7: LWORK < 100
 ///   IFAIL 1   99999 no problem in WORK
+///
+/// @par Cost
+/// Five elements of WORK are read.
+/// @{
 TESK2MP_API void QuarnMP_f11bff_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm,
                                  QuarnFloat* sigmax, QuarnFloat* work, const Integer* lwork, Integer* ifail);
 TESK2MP_API void QuarnMP_f11bffn_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm,
                                   QuarnFloat* sigmax, QuarnFloat* work, Integer lwork, char* message_buffer,
                                   Integer* ifail, int buffer_length);
+/// @}
 
+/// @defgroup f11bezn the steps of one method
+///
 /// The steps of RGMRES, CGS, BICGSTAB and TFQMR that F11BEF takes, for hosts that report in their own way. WORK must
-/// hold a problem for that very method. *info is LWORK on entry; on exit 0, an IFAIL of F11BEF, or -k when argument k
-/// of F11BEF is wrong. Nothing is written to the console.
+/// hold a problem for that very method.
+///
+/// @like f11bef
+///
+/// @par Failures
+/// *info is LWORK on entry; on exit 0, an IFAIL of F11BEF, or -k when argument k of F11BEF is wrong. Nothing is written
+/// to the console.
+/// @{
 TESK2MP_API void QuarnMP_f11bezn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt,
                                   Integer* info);
 TESK2MP_API void QuarnMP_f11betn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt,
@@ -152,6 +185,7 @@ TESK2MP_API void QuarnMP_f11bepn_(Integer* irevcm, QuarnFloat* work, QuarnFloat*
                                   Integer* info);
 TESK2MP_API void QuarnMP_f11beln_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt,
                                   Integer* info);
+/// @}
 }
 
 // Layout of WORK, 1-based. 1 ... 100 the header, of which these places are promised: 4 and 20 the markers 1739512 and

@@ -1,4 +1,6 @@
-// Vector and matrix kernels. Each follows the published algorithm of its published name, in its order of operations.
+// Vector and matrix kernels.
+//
+// Each follows the published algorithm of its published name, in its order of operations.
 //
 // Level 2 and 3: a wrong argument is always fatal: the routine's name and the argument's position are printed and the
 // process ends with exit status 0. Option letters are accepted in either case; an increment may be negative (the vector
@@ -12,75 +14,127 @@
 extern "C" {
 
 // Level 1: a count below 1 does nothing -----------------------------------------------------------------------------
-//
-// Cost: a few operations an element; f06aaf and f06ejf take one square root.
 
+/// @defgroup f06aaf plane rotation
+///
 /// DROTG: the plane rotation c, s with c a + s b = r and -s a + c b = 0. *a becomes r, *b the one number that tells c
 /// and s again: s when |a| > |b|, else 1/c, or 1 when c = 0.
 ///
-///   a      in a, out r
-///   b      in b, out the number that tells c and s
-///   c, s   out: cosine and sine, |c|, |s| <= 1
+/// @param[in,out] a in a, out r
+/// @param[in,out] b in b, out the number that tells c and s
+/// @param[out] c cosine and sine, |c|, |s| <= 1
+/// @param[out] s cosine and sine, |c|, |s| <= 1
+///
+/// @par Cost
+/// One square root and a few operations.
+/// @{
 TESK2MP_API void QuarnMP_f06aaf_(QuarnFloat* a, QuarnFloat* b, QuarnFloat* c, QuarnFloat* s);
+/// @}
+
+/// @defgroup f06caf complex vector times real factor
+///
 /// ZDSCAL: x := alpha x, complex x, real alpha.
 ///
-///   n       elements of x; below 1 nothing is done
-///   alpha   the factor
-///   x       n elements, |incx| apart, replaced by alpha x
-///   incx    step through x; negative from its far end
+/// @param[in] n elements of x; below 1 nothing is done
+/// @param[in] alpha the factor
+/// @param[in,out] x n elements, |incx| apart, replaced by alpha x
+/// @param[in] incx step through x; negative from its far end
+///
+/// @par Cost
+/// Two multiplications per element.
+/// @{
 TESK2MP_API void QuarnMP_f06caf_(Integer n, QuarnFloat alpha, Complex* x, Integer incx);
+/// @}
+
+/// @defgroup f06ejf Euclidean norm of a vector
+///
 /// DNRM2: the Euclidean norm, without overflow unless the result overflows.
 ///
-///   n      elements of x; below 1 the norm is 0
-///   x      n elements, |incx| apart; not changed
-///   incx   step through x; negative from its far end
+/// @param[in] n elements of x; below 1 the norm is 0
+/// @param[in] x n elements, |incx| apart; not changed
+/// @param[in] incx step through x; negative from its far end
+///
+/// @par Cost
+/// A few operations per element and one square root.
+/// @{
 TESK2MP_API QuarnFloat QuarnMP_f06ejf_(Integer n, QuarnFloat* x, Integer incx);
+/// @}
+
+/// @defgroup f06fdf real vector times factor, to another vector
+///
 /// y := alpha x, real; x keeps its values.
 ///
-///   n       elements of x and of y; below 1 nothing is done
-///   alpha   the factor
-///   x       n elements, |incx| apart
-///   incx    step through x; negative from its far end
-///   y       n elements, |incy| apart, overwritten
-///   incy    step through y; negative from its far end
+/// @param[in] n elements of x and of y; below 1 nothing is done
+/// @param[in] alpha the factor
+/// @param[in] x n elements, |incx| apart
+/// @param[in] incx step through x; negative from its far end
+/// @param[out] y n elements, |incy| apart, overwritten
+/// @param[in] incy step through y; negative from its far end
+///
+/// @par Cost
+/// One multiplication per element.
+/// @{
 TESK2MP_API void QuarnMP_f06fdf_(Integer n, QuarnFloat alpha, QuarnFloat* x, Integer incx, QuarnFloat* y, Integer incy);
+/// @}
+
+/// @defgroup f06hdf complex vector times factor, to another vector
+///
 /// y := alpha x, complex; x keeps its values.
 ///
-///   n       elements of x and of y; below 1 nothing is done
-///   alpha   the factor
-///   x       n elements, |incx| apart
-///   incx    step through x; negative from its far end
-///   y       n elements, |incy| apart, overwritten
-///   incy    step through y; negative from its far end
+/// @param[in] n elements of x and of y; below 1 nothing is done
+/// @param[in] alpha the factor
+/// @param[in] x n elements, |incx| apart
+/// @param[in] incx step through x; negative from its far end
+/// @param[out] y n elements, |incy| apart, overwritten
+/// @param[in] incy step through y; negative from its far end
+///
+/// @par Cost
+/// One complex multiplication per element.
+/// @{
 TESK2MP_API void QuarnMP_f06hdf_(Integer n, Complex alpha, Complex* x, Integer incx, Complex* y, Integer incy);
+/// @}
+
+/// @defgroup f06jjf copy of a complex vector
+///
 /// ZCOPY: y := x, complex.
 ///
-///   n      elements of x and of y; below 1 nothing is done
-///   x      n elements, |incx| apart
-///   incx   step through x; negative from its far end
-///   y      n elements, |incy| apart, overwritten
-///   incy   step through y; negative from its far end
+/// @param[in] n elements of x and of y; below 1 nothing is done
+/// @param[in] x n elements, |incx| apart
+/// @param[in] incx step through x; negative from its far end
+/// @param[out] y n elements, |incy| apart, overwritten
+/// @param[in] incy step through y; negative from its far end
+///
+/// @par Cost
+/// One copy per element.
+/// @{
 TESK2MP_API void QuarnMP_f06jjf_(Integer n, Complex* x, Integer incx, Complex* y, Integer incy);
+/// @}
 
 // Level 2 -----------------------------------------------------------------------------------------------------------
-//
-// Cost: m n multiply-adds for a general matrix, n^2/2 for a triangular one; complex ones over Complex.
 
-/// DGEMV: y := alpha op(A) x + beta y, A m by n. trans N: op(A) = A, x has n elements and y has m; T or C: op(A) is the
-/// transpose, x has m and y has n. A zero alpha reads neither A nor x, a zero beta does not read y; m = 0 or n = 0, or
-/// alpha = 0 with beta = 1, returns at once. Wrong arguments: trans (1), m < 0 (2), n < 0 (3), lda < max(1, m) (6),
-/// incx = 0 (8), incy = 0 (11).
+/// @defgroup f06paf matrix times vector
 ///
-///   m       rows of A, >= 0
-///   n       columns of A, >= 0
-///   alpha   factor of the product
-///   a       A, n columns of m elements, lda apart
-///   lda     step from column to column of A, >= max(1, m)
-///   x       n elements (trans N) or m (T, C), |incx| apart
-///   incx    step through x, not 0; negative from its far end
-///   beta    factor of y
-///   y       m elements (trans N) or n (T, C), |incy| apart, overwritten
-///   incy    step through y, not 0; negative from its far end
+/// DGEMV: y := alpha op(A) x + beta y, A m by n. A zero alpha reads neither A nor x, a zero beta does not read y; m = 0
+/// or n = 0, or alpha = 0 with beta = 1, returns at once.
+///
+/// @param[in] trans N: op(A) = A, x has n elements and y has m; T or C: op(A) is the transpose, x has m and y has n
+/// @param[in] m rows of A, >= 0
+/// @param[in] n columns of A, >= 0
+/// @param[in] alpha factor of the product
+/// @param[in] a A, n columns of m elements, lda apart
+/// @param[in] lda step from column to column of A, >= max(1, m)
+/// @param[in] x n elements (trans N) or m (T, C), |incx| apart
+/// @param[in] incx step through x, not 0; negative from its far end
+/// @param[in] beta factor of y
+/// @param[in,out] y m elements (trans N) or n (T, C), |incy| apart, overwritten
+/// @param[in] incy step through y, not 0; negative from its far end
+///
+/// @par Failures
+/// Wrong arguments: trans (1), m < 0 (2), n < 0 (3), lda < max(1, m) (6), incx = 0 (8), incy = 0 (11).
+///
+/// @par Cost
+/// m n multiply-adds.
+/// @{
 TESK2MP_API void QuarnMP_f06paf_(const char* trans, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda,
                                  QuarnFloat* x, Integer incx, QuarnFloat beta, QuarnFloat* y, Integer incy,
                                  int trans_length);
@@ -90,8 +144,17 @@ TESK2MP_API void QuarnMP_dgemv_(const char* trans, Integer m, Integer n, QuarnFl
 TESK2MP_API void QuarnMP_f06paf_ENTRY(int selector, const char* trans, Integer m, Integer n, QuarnFloat alpha,
                                       QuarnFloat* a, Integer lda, QuarnFloat* x, Integer incx, QuarnFloat beta,
                                       QuarnFloat* y, Integer incy, int trans_length);
+/// @}
 
+/// @defgroup f06saf complex matrix times vector
+///
 /// ZGEMV: the same over Complex; C is the conjugate transpose.
+///
+/// @like f06paf
+///
+/// @par Cost
+/// m n complex multiply-adds.
+/// @{
 TESK2MP_API void QuarnMP_f06saf_(const char* trans, Integer m, Integer n, Complex alpha, Complex* a, Integer lda,
                                  Complex* x, Integer incx, Complex beta, Complex* y, Integer incy, int trans_length);
 TESK2MP_API void QuarnMP_zgemv_(const char* trans, Integer m, Integer n, Complex alpha, Complex* a, Integer lda,
@@ -99,18 +162,28 @@ TESK2MP_API void QuarnMP_zgemv_(const char* trans, Integer m, Integer n, Complex
 TESK2MP_API void QuarnMP_f06saf_ENTRY(int selector, const char* trans, Integer m, Integer n, Complex alpha, Complex* a,
                                       Integer lda, Complex* x, Integer incx, Complex beta, Complex* y, Integer incy,
                                       int trans_length);
+/// @}
 
-/// DTRMV: x := op(A) x, A triangular of order n: upper (uplo U) or lower (L), unit (diag U, the diagonal is not read)
-/// or not (N). Wrong arguments: uplo (1), trans (2), diag (3), n < 0 (4), lda < max(1, n) (6), incx = 0 (8).
+/// @defgroup f06pff triangular matrix times vector
 ///
-///   uplo    U: A is upper triangular; L: lower
-///   trans   N: op(A) = A; T: its transpose; C: its conjugate transpose
-///   diag    U: the diagonal of A is 1 and not read; N: it is read
-///   n       order of A, >= 0
-///   a       A, n columns of n elements, lda apart; only its triangle is read
-///   lda     step from column to column of A, >= max(1, n)
-///   x       n elements, |incx| apart, overwritten
-///   incx    step through x, not 0; negative from its far end
+/// DTRMV: x := op(A) x, A triangular of order n: upper (uplo U) or lower (L), unit (diag U, the diagonal is not read)
+/// or not (N).
+///
+/// @param[in] uplo U: A is upper triangular; L: lower
+/// @param[in] trans N: op(A) = A; T: its transpose; C: its conjugate transpose
+/// @param[in] diag U: the diagonal of A is 1 and not read; N: it is read
+/// @param[in] n order of A, >= 0
+/// @param[in] a A, n columns of n elements, lda apart; only its triangle is read
+/// @param[in] lda step from column to column of A, >= max(1, n)
+/// @param[in,out] x n elements, |incx| apart, overwritten
+/// @param[in] incx step through x, not 0; negative from its far end
+///
+/// @par Failures
+/// Wrong arguments: uplo (1), trans (2), diag (3), n < 0 (4), lda < max(1, n) (6), incx = 0 (8).
+///
+/// @par Cost
+/// n^2/2 multiply-adds.
+/// @{
 TESK2MP_API void QuarnMP_f06pff_(const char* uplo, const char* trans, const char* diag, Integer n, QuarnFloat* a,
                                  Integer lda, QuarnFloat* x, Integer incx, int uplo_length, int trans_length,
                                  int diag_length);
@@ -120,8 +193,17 @@ TESK2MP_API void QuarnMP_dtrmv_(const char* uplo, const char* trans, const char*
 TESK2MP_API void QuarnMP_f06pff_ENTRY(int selector, const char* uplo, const char* trans, const char* diag, Integer n,
                                       QuarnFloat* a, Integer lda, QuarnFloat* x, Integer incx, int uplo_length,
                                       int trans_length, int diag_length);
+/// @}
 
+/// @defgroup f06sff complex triangular matrix times vector
+///
 /// ZTRMV: DTRMV over Complex.
+///
+/// @like f06pff
+///
+/// @par Cost
+/// n^2/2 complex multiply-adds.
+/// @{
 TESK2MP_API void QuarnMP_f06sff_(const char* uplo, const char* trans, const char* diag, Integer n, Complex* a,
                                  Integer lda, Complex* x, Integer incx, int uplo_length, int trans_length,
                                  int diag_length);
@@ -131,11 +213,20 @@ TESK2MP_API void QuarnMP_ztrmv_(const char* uplo, const char* trans, const char*
 TESK2MP_API void QuarnMP_f06sff_ENTRY(int selector, const char* uplo, const char* trans, const char* diag, Integer n,
                                       Complex* a, Integer lda, Complex* x, Integer incx, int uplo_length,
                                       int trans_length, int diag_length);
+/// @}
 
+/// @defgroup f06pjf solution of a triangular system
+///
 /// DTRSV: x := op(A)^-1 x, arguments as DTRMV. A zero on the diagonal is not tested for.
 ///
-///   uplo   U: A is upper triangular; L: lower
-///   x      in the right-hand side, out the solution: n elements, |incx| apart
+/// @like f06pff
+///
+/// @param[in] uplo U: A is upper triangular; L: lower
+/// @param[in,out] x in the right-hand side, out the solution: n elements, |incx| apart
+///
+/// @par Cost
+/// n^2/2 multiply-adds and n divisions.
+/// @{
 TESK2MP_API void QuarnMP_f06pjf_(const char* uplo, const char* trans, const char* diag, Integer n, QuarnFloat* a,
                                  Integer lda, QuarnFloat* x, Integer incx, int uplo_length, int trans_length,
                                  int diag_length);
@@ -145,8 +236,17 @@ TESK2MP_API void QuarnMP_dtrsv_(const char* uplo, const char* trans, const char*
 TESK2MP_API void QuarnMP_f06pjf_ENTRY(int selector, const char* uplo, const char* trans, const char* diag, Integer n,
                                       QuarnFloat* a, Integer lda, QuarnFloat* x, Integer incx, int uplo_length,
                                       int trans_length, int diag_length);
+/// @}
 
+/// @defgroup f06sjf solution of a complex triangular system
+///
 /// ZTRSV: DTRSV over Complex.
+///
+/// @like f06pjf
+///
+/// @par Cost
+/// n^2/2 complex multiply-adds and n divisions.
+/// @{
 TESK2MP_API void QuarnMP_f06sjf_(const char* uplo, const char* trans, const char* diag, Integer n, Complex* a,
                                  Integer lda, Complex* x, Integer incx, int uplo_length, int trans_length,
                                  int diag_length);
@@ -156,64 +256,95 @@ TESK2MP_API void QuarnMP_ztrsv_(const char* uplo, const char* trans, const char*
 TESK2MP_API void QuarnMP_f06sjf_ENTRY(int selector, const char* uplo, const char* trans, const char* diag, Integer n,
                                       Complex* a, Integer lda, Complex* x, Integer incx, int uplo_length,
                                       int trans_length, int diag_length);
+/// @}
 
-/// DGER: A := alpha x y^T + A, A m by n. A zero alpha reads nothing. Wrong arguments: m < 0 (1), n < 0 (2), incx = 0
-/// (5), incy = 0 (7), lda < max(1, m) (9).
+/// @defgroup f06pmf rank-1 update
 ///
-///   m       rows of A and elements of x, >= 0
-///   n       columns of A and elements of y, >= 0
-///   alpha   factor of the product
-///   x       m elements, |incx| apart
-///   incx    step through x, not 0; negative from its far end
-///   y       n elements, |incy| apart
-///   incy    step through y, not 0; negative from its far end
-///   a       A, n columns of m elements, lda apart, overwritten
-///   lda     step from column to column of A, >= max(1, m)
+/// DGER: A := alpha x y^T + A, A m by n. A zero alpha reads nothing.
+///
+/// @param[in] m rows of A and elements of x, >= 0
+/// @param[in] n columns of A and elements of y, >= 0
+/// @param[in] alpha factor of the product
+/// @param[in] x m elements, |incx| apart
+/// @param[in] incx step through x, not 0; negative from its far end
+/// @param[in] y n elements, |incy| apart
+/// @param[in] incy step through y, not 0; negative from its far end
+/// @param[in,out] a A, n columns of m elements, lda apart, overwritten
+/// @param[in] lda step from column to column of A, >= max(1, m)
+///
+/// @par Failures
+/// Wrong arguments: m < 0 (1), n < 0 (2), incx = 0 (5), incy = 0 (7), lda < max(1, m) (9).
+///
+/// @par Cost
+/// m n multiply-adds.
+/// @{
 TESK2MP_API void QuarnMP_f06pmf_(Integer m, Integer n, QuarnFloat alpha, QuarnFloat* x, Integer incx, QuarnFloat* y,
                                  Integer incy, QuarnFloat* a, Integer lda);
 TESK2MP_API void QuarnMP_dger_(Integer m, Integer n, QuarnFloat alpha, QuarnFloat* x, Integer incx, QuarnFloat* y,
                                Integer incy, QuarnFloat* a, Integer lda);
 TESK2MP_API void QuarnMP_f06pmf_ENTRY(int selector, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* x, Integer incx,
                                       QuarnFloat* y, Integer incy, QuarnFloat* a, Integer lda);
+/// @}
 
+/// @defgroup f06smf complex rank-1 update
+///
 /// ZGERU: DGER over Complex.
+///
+/// @like f06pmf
+///
+/// @par Cost
+/// m n complex multiply-adds.
+/// @{
 TESK2MP_API void QuarnMP_f06smf_(Integer m, Integer n, Complex alpha, Complex* x, Integer incx, Complex* y,
                                  Integer incy, Complex* a, Integer lda);
 TESK2MP_API void QuarnMP_zgeru_(Integer m, Integer n, Complex alpha, Complex* x, Integer incx, Complex* y, Integer incy,
                                 Complex* a, Integer lda);
 TESK2MP_API void QuarnMP_f06smf_ENTRY(int selector, Integer m, Integer n, Complex alpha, Complex* x, Integer incx,
                                       Complex* y, Integer incy, Complex* a, Integer lda);
+/// @}
 
+/// @defgroup f06snf complex rank-1 update, conjugated
+///
 /// ZGERC: DGER over Complex with y conjugated.
+///
+/// @like f06pmf
+///
+/// @par Cost
+/// m n complex multiply-adds.
+/// @{
 TESK2MP_API void QuarnMP_f06snf_(Integer m, Integer n, Complex alpha, Complex* x, Integer incx, Complex* y,
                                  Integer incy, Complex* a, Integer lda);
 TESK2MP_API void QuarnMP_zgerc_(Integer m, Integer n, Complex alpha, Complex* x, Integer incx, Complex* y, Integer incy,
                                 Complex* a, Integer lda);
 TESK2MP_API void QuarnMP_f06snf_ENTRY(int selector, Integer m, Integer n, Complex alpha, Complex* x, Integer incx,
                                       Complex* y, Integer incy, Complex* a, Integer lda);
+/// @}
 
 // Level 3 -----------------------------------------------------------------------------------------------------------
-//
-// Cost: in multiply-adds, complex ones over Complex, the product takes m n k, the triangular system m^2 n/2 on the left
-// and m n^2/2 on the right, the Hermitian update n^2 k/2.
 
+/// @defgroup f06yaf matrix times matrix
+///
 /// DGEMM: C := alpha op(A) op(B) + beta C, C m by n, op(A) m by k, op(B) k by n. A zero alpha reads neither A nor B, a
 /// zero beta does not read C. Wrong arguments: transa (1), transb (2), m < 0 (3), n < 0 (4), k < 0 (5), lda (8), ldb
 /// (10), ldc (13) below the rows of their matrix, or below 1.
 ///
-///   transa   N: op(A) = A; T: its transpose; C: its conjugate transpose
-///   transb   the same of B
-///   m        rows of C and op(A), >= 0
-///   n        columns of C and op(B), >= 0
-///   k        columns of op(A), rows of op(B), >= 0
-///   alpha    factor of the product
-///   a        A: m by k for N, otherwise k by m
-///   lda      step from column to column of A, at least its rows and 1
-///   b        B: k by n for N, otherwise n by k
-///   ldb      step from column to column of B, at least its rows and 1
-///   beta     factor of C
-///   c        C, m by n, overwritten; overlaps neither A nor B
-///   ldc      step from column to column of C, >= max(1, m)
+/// @param[in] transa N: op(A) = A; T: its transpose; C: its conjugate transpose
+/// @param[in] transb the same of B
+/// @param[in] m rows of C and op(A), >= 0
+/// @param[in] n columns of C and op(B), >= 0
+/// @param[in] k columns of op(A), rows of op(B), >= 0
+/// @param[in] alpha factor of the product
+/// @param[in] a A: m by k for N, otherwise k by m
+/// @param[in] lda step from column to column of A, at least its rows and 1
+/// @param[in] b B: k by n for N, otherwise n by k
+/// @param[in] ldb step from column to column of B, at least its rows and 1
+/// @param[in] beta factor of C
+/// @param[in,out] c C, m by n, overwritten; overlaps neither A nor B
+/// @param[in] ldc step from column to column of C, >= max(1, m)
+///
+/// @par Cost
+/// m n k multiply-adds.
+/// @{
 TESK2MP_API void QuarnMP_f06yaf_(const char* transa, const char* transb, Integer m, Integer n, Integer k,
                                  QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb,
                                  QuarnFloat beta, QuarnFloat* c, Integer ldc, int transa_length, int transb_length);
@@ -224,8 +355,17 @@ TESK2MP_API void QuarnMP_f06yaf_ENTRY(int selector, const char* transa, const ch
                                       Integer k, QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b,
                                       Integer ldb, QuarnFloat beta, QuarnFloat* c, Integer ldc, int transa_length,
                                       int transb_length);
+/// @}
 
+/// @defgroup f06zaf complex matrix times matrix
+///
 /// ZGEMM: DGEMM over Complex; C is the conjugate transpose.
+///
+/// @like f06yaf
+///
+/// @par Cost
+/// m n k complex multiply-adds.
+/// @{
 TESK2MP_API void QuarnMP_f06zaf_(const char* transa, const char* transb, Integer m, Integer n, Integer k, Complex alpha,
                                  Complex* a, Integer lda, Complex* b, Integer ldb, Complex beta, Complex* c,
                                  Integer ldc, int transa_length, int transb_length);
@@ -235,21 +375,30 @@ TESK2MP_API void QuarnMP_zgemm_(const char* transa, const char* transb, Integer 
 TESK2MP_API void QuarnMP_f06zaf_ENTRY(int selector, const char* transa, const char* transb, Integer m, Integer n,
                                       Integer k, Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb,
                                       Complex beta, Complex* c, Integer ldc, int transa_length, int transb_length);
+/// @}
 
-/// DTRSM: B := alpha op(A)^-1 B (side L, A of order m) or B := alpha B op(A)^-1 (side R, A of order n), B m by n. Wrong
-/// arguments: side (1), uplo (2), transa (3), diag (4), m < 0 (5), n < 0 (6), lda (9), ldb (11).
+/// @defgroup f06yjf triangular system with several right-hand sides
 ///
-///   side     L: op(A) X = alpha B; R: X op(A) = alpha B
-///   uplo     U: A is upper triangular; L: lower
-///   transa   N: op(A) = A; T: its transpose; C: its conjugate transpose
-///   diag     U: the diagonal of A is 1 and not read; N: it is read
-///   m        rows of B, >= 0
-///   n        columns of B, >= 0
-///   alpha    factor of B
-///   a        A, of order m (side L) or n (R); only its triangle is read, zeros on its diagonal are not tested for
-///   lda      step from column to column of A, at least its order and 1
-///   b        B, m by n, overwritten by X
-///   ldb      step from column to column of B, >= max(1, m)
+/// DTRSM: B := alpha op(A)^-1 B (side L, A of order m) or B := alpha B op(A)^-1 (side R, A of order n), B m by n.
+///
+/// @param[in] side L: op(A) X = alpha B; R: X op(A) = alpha B
+/// @param[in] uplo U: A is upper triangular; L: lower
+/// @param[in] transa N: op(A) = A; T: its transpose; C: its conjugate transpose
+/// @param[in] diag U: the diagonal of A is 1 and not read; N: it is read
+/// @param[in] m rows of B, >= 0
+/// @param[in] n columns of B, >= 0
+/// @param[in] alpha factor of B
+/// @param[in] a A, of order m (side L) or n (R); only its triangle is read, zeros on its diagonal are not tested for
+/// @param[in] lda step from column to column of A, at least its order and 1
+/// @param[in,out] b B, m by n, overwritten by X
+/// @param[in] ldb step from column to column of B, >= max(1, m)
+///
+/// @par Failures
+/// Wrong arguments: side (1), uplo (2), transa (3), diag (4), m < 0 (5), n < 0 (6), lda (9), ldb (11).
+///
+/// @par Cost
+/// m^2 n/2 multiply-adds on the left, m n^2/2 on the right.
+/// @{
 TESK2MP_API void QuarnMP_f06yjf_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m,
                                  Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb,
                                  int side_length, int uplo_length, int transa_length, int diag_length);
@@ -260,8 +409,17 @@ TESK2MP_API void QuarnMP_f06yjf_ENTRY(int selector, const char* side, const char
                                       const char* diag, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* a,
                                       Integer lda, QuarnFloat* b, Integer ldb, int side_length, int uplo_length,
                                       int transa_length, int diag_length);
+/// @}
 
+/// @defgroup f06zjf complex triangular system with several right-hand sides
+///
 /// ZTRSM: DTRSM over Complex.
+///
+/// @like f06yjf
+///
+/// @par Cost
+/// m^2 n/2 complex multiply-adds on the left, m n^2/2 on the right.
+/// @{
 TESK2MP_API void QuarnMP_f06zjf_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m,
                                  Integer n, Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb,
                                  int side_length, int uplo_length, int transa_length, int diag_length);
@@ -272,22 +430,31 @@ TESK2MP_API void QuarnMP_f06zjf_ENTRY(int selector, const char* side, const char
                                       const char* diag, Integer m, Integer n, Complex alpha, Complex* a, Integer lda,
                                       Complex* b, Integer ldb, int side_length, int uplo_length, int transa_length,
                                       int diag_length);
+/// @}
 
+/// @defgroup f06zpf Hermitian rank-k update
+///
 /// ZHERK: C := alpha A A^H + beta C (trans N, A n by k) or C := alpha A^H A + beta C (trans C, A k by n) on the
 /// triangle uplo of the Hermitian matrix C of order n; alpha and beta are real, the diagonal comes out real, the other
-/// triangle is not touched. trans T is refused. Wrong arguments: uplo (1), trans (2), n < 0 (3), k < 0 (4), lda (7),
-/// ldc (10).
+/// triangle is not touched. trans T is refused.
 ///
-///   uplo    U: the upper triangle of C; L: the lower
-///   trans   N: A A^H; C: A^H A
-///   n       order of C, >= 0
-///   k       columns of A (trans N) or its rows (C), >= 0
-///   alpha   real factor of the product
-///   a       A: n by k (trans N) or k by n (C)
-///   lda     step from column to column of A, at least its rows and 1
-///   beta    real factor of C
-///   c       C, of order n; one triangle is read and overwritten
-///   ldc     step from column to column of C, >= max(1, n)
+/// @param[in] uplo U: the upper triangle of C; L: the lower
+/// @param[in] trans N: A A^H; C: A^H A
+/// @param[in] n order of C, >= 0
+/// @param[in] k columns of A (trans N) or its rows (C), >= 0
+/// @param[in] alpha real factor of the product
+/// @param[in] a A: n by k (trans N) or k by n (C)
+/// @param[in] lda step from column to column of A, at least its rows and 1
+/// @param[in] beta real factor of C
+/// @param[in,out] c C, of order n; one triangle is read and overwritten
+/// @param[in] ldc step from column to column of C, >= max(1, n)
+///
+/// @par Failures
+/// Wrong arguments: uplo (1), trans (2), n < 0 (3), k < 0 (4), lda (7), ldc (10).
+///
+/// @par Cost
+/// n^2 k/2 complex multiply-adds.
+/// @{
 TESK2MP_API void QuarnMP_f06zpf_(const char* uplo, const char* trans, Integer n, Integer k, QuarnFloat alpha,
                                  Complex* a, Integer lda, QuarnFloat beta, Complex* c, Integer ldc, int uplo_length,
                                  int trans_length);
@@ -297,37 +464,63 @@ TESK2MP_API void QuarnMP_zherk_(const char* uplo, const char* trans, Integer n, 
 TESK2MP_API void QuarnMP_f06zpf_ENTRY(int selector, const char* uplo, const char* trans, Integer n, Integer k,
                                       QuarnFloat alpha, Complex* a, Integer lda, QuarnFloat beta, Complex* c,
                                       Integer ldc, int uplo_length, int trans_length);
+/// @}
 
 // Norms -------------------------------------------------------------------------------------------------------------
-//
-// Cost: one pass over the matrix, with a square root an element for complex ones under the letters M, O, 1 and I.
 
+/// @defgroup f06raf norm of a matrix
+///
 /// A norm of a real m by n matrix, by the first letter of `norm` in either case: M largest |a(i,j)|; O or 1 largest
 /// column sum; I largest row sum; F or E square root of the sum of squares, scaled against overflow. Any other letter
-/// gives 0, and so does m < 1 or n < 1. NaN makes F NaN; under the other letters comparisons may pass over it. work: m
-/// elements for the letter I, otherwise not touched.
+/// gives 0, and so does m < 1 or n < 1. NaN makes F NaN; under the other letters comparisons may pass over it.
 ///
-///   norm   M, O or 1, I, F or E
-///   m      rows
-///   n      columns
-///   a      n columns of m elements, lda apart; not changed
-///   lda    step from column to column, >= m
+/// @param[in] norm M, O or 1, I, F or E
+/// @param[in] m rows
+/// @param[in] n columns
+/// @param[in] a n columns of m elements, lda apart; not changed
+/// @param[in] lda step from column to column, >= m
+/// @param[out] work m elements for the letter I, otherwise not touched
+///
+/// @par Cost
+/// One pass over the matrix.
+/// @{
 TESK2MP_API QuarnFloat QuarnMP_f06raf_(const char* norm, Integer m, Integer n, QuarnFloat* a, Integer lda,
                                        QuarnFloat* work, int norm_length);
+/// @}
+
+/// @defgroup f06rmf norm of a Hessenberg matrix
+///
 /// The same of an upper Hessenberg matrix of order n; elements below the first subdiagonal are not read.
 ///
-///   n      order
-///   a      n columns of n elements, lda apart; not changed
-///   lda    step from column to column, >= n
-///   work   n elements for the letter I, otherwise not touched
+/// @like f06raf
+///
+/// @param[in] n order
+/// @param[in] a n columns of n elements, lda apart; not changed
+/// @param[in] lda step from column to column, >= n
+/// @param[out] work n elements for the letter I, otherwise not touched
+///
+/// @par Cost
+/// One pass over the matrix.
+/// @{
 TESK2MP_API QuarnFloat QuarnMP_f06rmf_(const char* norm, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* work,
                                        int norm_length);
+/// @}
+
+/// @defgroup f06uaf norms of complex matrices
+///
 /// The same of complex matrices: |z| is formed as sqrt(re re + im im), which may overflow, except under the letters F
 /// and E.
 ///
-///   n   columns; of a Hessenberg matrix its order
+/// @like f06rmf
+///
+/// @param[in] n columns; of a Hessenberg matrix its order
+///
+/// @par Cost
+/// One pass over the matrix, with a square root per element for the letters M, O, 1 and I.
+/// @{
 TESK2MP_API QuarnFloat QuarnMP_f06uaf_(const char* norm, Integer m, Integer n, Complex* a, Integer lda,
                                        QuarnFloat* work, int norm_length);
 TESK2MP_API QuarnFloat QuarnMP_f06umf_(const char* norm, Integer n, Complex* a, Integer lda, QuarnFloat* work,
                                        int norm_length);
+/// @}
 }

@@ -1,4 +1,4 @@
-// Uniform random numbers on (0, 1). Part of tesk2mp.h, which says what holds for every routine.
+// Uniform random numbers on (0, 1).
 //
 // IGEN says which generator:
 //
@@ -31,27 +31,46 @@
 
 extern "C" {
 
+/// @defgroup g05kaf the next random number
+///
 /// The next variate of generator *igen; iseed[0 ... 3] moves on.
 ///
-///   igen    the generator, 0 ... 273
-///   iseed   4 integers, the state: IGEN 0 each 0 ... 32767, the first odd; IGEN >= 1 each 1 ... m_i - 1
+/// @param[in] igen the generator, 0 ... 273
+/// @param[in,out] iseed 4 integers, the state: IGEN 0 each 0 ... 32767, the first odd; IGEN >= 1 each 1 ... m_i - 1
 ///
-/// Cost: one draw and one rounding; the companion ceil(D / 9) + 1 draws.
+/// @par Failures
+/// Neither argument is checked. A zero state stays zero. For an IGEN outside 0 ... 273 the result is NaN and ISEED
+/// stays as it is; any ISEED is taken without harm, but only those above give random numbers.
+///
+/// @par Cost
+/// One draw and one rounding; the companion ceil(D / 9) + 1 draws.
+/// @{
 TESK2MP_API QuarnFloat QuarnMP_g05kaf_(const Integer* igen, Integer* iseed);
 TESK2MP_API QuarnFloat QuarnMPX_g05kaf_(const Integer* igen, Integer* iseed);
-/// The same with IGEN by value.
 TESK2MP_API QuarnFloat QuarnMP_g05kafn_(Integer igen, Integer* iseed);
 TESK2MP_API QuarnFloat QuarnMPX_g05kafn_(Integer igen, Integer* iseed);
+/// @}
 
+/// @defgroup g05kazn the next random number of a multiple-set generator
+///
 /// The same for the multiple-set generators alone: igen is 1 ... 273, any other gives NaN.
+///
+/// @like g05kaf
+/// @{
 TESK2MP_API QuarnFloat QuarnMP_g05kazn_(Integer igen, Integer* iseed);
 TESK2MP_API QuarnFloat QuarnMPX_g05kazn_(Integer igen, Integer* iseed);
+/// @}
 
+/// @defgroup g05kbx the default stream of random numbers
+///
 /// The default stream: *igen := 0, iseed := 6698, 7535, 26792, 30140.
 ///
-///   igen    out: 0
-///   iseed   out: 4 integers
+/// @param[out] igen 0
+/// @param[out] iseed 4 integers
 ///
-/// Cost: five integers are stored.
+/// @par Cost
+/// Five integers are stored.
+/// @{
 TESK2MP_API void QuarnMP_g05kbx_(Integer* igen, Integer* iseed);
+/// @}
 }

@@ -1,11 +1,11 @@
 // Made by tools/contract.py from include/tesk2mp/dense.h; do not edit.
+// clang-format off
 #include "tesk2mp/dense.h"
 
 #include <utility>
 
 #include "src/frame/classic.h"
 
-// clang-format off
 extern "C" {
 
 void QuarnMP_f07adf_(Integer m, Integer n, QuarnFloat* a, Integer lda, Integer* ipiv, Integer* info) {

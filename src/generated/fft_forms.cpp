@@ -1,11 +1,11 @@
 // Made by tools/contract.py from include/tesk2mp/fft.h; do not edit.
+// clang-format off
 #include "tesk2mp/fft.h"
 
 #include <utility>
 
 #include "src/frame/classic.h"
 
-// clang-format off
 extern "C" {
 
 void QuarnMP_c06faf_(QuarnFloat* x, Integer* n, QuarnFloat* work, Integer* ifail) {

@@ -1,11 +1,11 @@
 // Made by tools/contract.py from include/tesk2mp/iterative.h; do not edit.
+// clang-format off
 #include "tesk2mp/iterative.h"
 
 #include <utility>
 
 #include "src/frame/classic.h"
 
-// clang-format off
 extern "C" {
 
 void QuarnMP_f11bdf_(const char* method, const char* precon, const char* norm, const char* weight, const Integer* iterm, const Integer* n, const Integer* m, const QuarnFloat* tol, const Integer* maxitn, const QuarnFloat* anorm, const QuarnFloat* sigmax, const Integer* monit, Integer* lwreq, QuarnFloat* work, const Integer* lwork, Integer* ifail, int method_length, int precon_length, int norm_length, int weight_length) {

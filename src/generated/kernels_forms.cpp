@@ -1,11 +1,11 @@
 // Made by tools/contract.py from include/tesk2mp/kernels.h; do not edit.
+// clang-format off
 #include "tesk2mp/kernels.h"
 
 #include <utility>
 
 #include "src/frame/classic.h"
 
-// clang-format off
 extern "C" {
 
 void QuarnMP_f06paf_(const char* trans, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* x, Integer incx, QuarnFloat beta, QuarnFloat* y, Integer incy, int trans_length) {

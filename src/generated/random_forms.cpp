@@ -1,11 +1,11 @@
 // Made by tools/contract.py from include/tesk2mp/random.h; do not edit.
+// clang-format off
 #include "tesk2mp/random.h"
 
 #include <utility>
 
 #include "src/frame/classic.h"
 
-// clang-format off
 extern "C" {
 
 QuarnFloat QuarnMP_g05kaf_(const Integer* igen, Integer* iseed) {

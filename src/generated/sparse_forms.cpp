@@ -1,11 +1,11 @@
 // Made by tools/contract.py from include/tesk2mp/sparse.h; do not edit.
+// clang-format off
 #include "tesk2mp/sparse.h"
 
 #include <utility>
 
 #include "src/frame/classic.h"
 
-// clang-format off
 extern "C" {
 
 void QuarnMP_f11zaf_(const Integer* n, Integer* nnz, QuarnFloat* a, Integer* irow, Integer* icol, const char* dup, const char* zero, Integer* istr, Integer* iwork, Integer* ifail, int dup_length, int zero_length) {

@@ -1,11 +1,11 @@
 // Made by tools/contract.py from include/tesk2mp/tesk2mp.h; do not edit.
+// clang-format off
 #include "tesk2mp/tesk2mp.h"
 
 #include <utility>
 
 #include "src/frame/classic.h"
 
-// clang-format off
 extern "C" {
 
 void QuarnMP_a02aaf_(QuarnFloat* xr, QuarnFloat* xi, QuarnFloat* yr, QuarnFloat* yi) {

@@ -53,11 +53,11 @@ def complaints_of(group):
 
 
 def rows(group):
-    """(name, meaning) of the table of arguments."""
+    """(name, meaning) of the table of arguments, where the direction is given."""
     for row in group.iter("row"):
         cells = ["".join(entry.itertext()).strip() for entry in row.findall("entry")]
-        if len(cells) == 3:
-            yield cells[0], cells[2]
+        if len(cells) == 4 and cells[1] in ("in", "out", "in,out"):
+            yield cells[0], cells[3]
 
 
 def main():
