@@ -45,7 +45,7 @@ Eigenvalues eigenvalues_of(const EigOptions& options, const tesk2mp::Matrix<Quar
       }
     }
   } else if (options.condition) {
-    tesk2mp::EigenConditions conditions = tesk2mp::eigen_conditions(a);
+    tesk2mp::EigenConditions conditions = tesk2mp::eigenvalue_conditions(a);
     result.values = std::move(conditions.values);
     result.conditions = std::move(conditions.value);
   } else {
@@ -97,8 +97,8 @@ void run_eig(const EigOptions& options) {
 
   Result result;
   result.notes = {"Eigenvalues of the " + description(given) + ", the largest first",
-                  digits_text() + ", by QuarnMP_f08pef_ after balancing and reduction to Hessenberg form"};
-  result.facts = {{"routine", "QuarnMP_f08pef_"},
+                  digits_text() + ", by QuarnMPX_f08pef_ after balancing and reduction to Hessenberg form"};
+  result.facts = {{"routine", "QuarnMPX_f08pef_"},
                   {"digits", std::to_string(QuarnDigits()), true},
                   {"n", std::to_string(given.rows), true}};
   std::vector<Complex> values;

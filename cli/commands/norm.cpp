@@ -48,7 +48,7 @@ void run_norm(const NormOptions& options) {
     }
   });
 
-  const std::string routine = given.complex ? "QuarnMP_f06uaf_" : "QuarnMP_f06raf_";
+  const std::string routine = given.complex ? "QuarnMPX_f06uaf_" : "QuarnMPX_f06raf_";
   Result result;
   result.notes = {"Norms of the " + description(given), digits_text() + ", by " + routine};
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};

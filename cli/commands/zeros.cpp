@@ -39,9 +39,9 @@ void run_zeros(const ZerosOptions& options) {
   const std::vector<QuarnFloat> im = imaginary_parts(zeros);
   const QuarnFloat largest = std::max(largest_magnitude(re), largest_magnitude(im));
   Result result;
-  result.notes = {"Zeros of E z^4 + A z^3 + B z^2 + C z + D", digits_text() + ", by QuarnMP_c02alf_",
+  result.notes = {"Zeros of E z^4 + A z^3 + B z^2 + C z + D", digits_text() + ", by QuarnMPX_c02alf_",
                   "error: what one rounding of the coefficients does to the zero"};
-  result.facts = {{"routine", "QuarnMP_c02alf_"}, {"digits", std::to_string(QuarnDigits()), true}};
+  result.facts = {{"routine", "QuarnMPX_c02alf_"}, {"digits", std::to_string(QuarnDigits()), true}};
   const ResultColumn counts = count_column("i", positions(4));
   result.table = {counts,
                   aligned_column("real", re, largest),

@@ -1,7 +1,12 @@
 // Dense factorisations, eigenvalues and quartic zeros.
 //
 // All but the last report through INFO and print nothing: 0 is success, -k says that argument k is illegal (checked in
-// argument order), and a positive value is a numerical failure at that step.
+// argument order), and a positive value is a numerical failure at that step. Of an option text the first character
+// alone is read; its length argument is not used.
+//
+// Companions (QuarnMPX_) take matrices of any size of numbers, 10^-999999999 to 10^999999999, where thresholds of the
+// classic entries take elements below the safe range for zero; they converge on multiple eigenvalues, and refuse what
+// is not finite at once.
 #pragma once
 
 #include "quarn/quarnfloat.h"
@@ -76,7 +81,8 @@ TESK2MP_API void QuarnMP_f07arf_ENTRY(int selector, Integer m, Integer n, Comple
 ///
 /// @par Failures
 /// *info = j: the largest product of step j is below 8 times the machine precision, or NaN; the factorisation stops
-/// there, and row numbers are the first j - 1.
+/// there, and row numbers are the first j - 1. At D digits a row number holds up to 10^D: the matrix has at most so
+/// many rows.
 ///
 /// @par Cost
 /// About n^3/3 multiply-adds for m = n.
@@ -124,7 +130,7 @@ TESK2MP_API void QuarnMP_zpotf2_(const char* uplo, Integer n, Complex* a, Intege
 ///
 /// DGEBAL: balances a general matrix A of order n in place. job N does nothing. P permutes so that isolated eigenvalues
 /// stand in rows 1 ... ilo - 1 and ihi + 1 ... n. S scales rows and columns ilo ... ihi by powers of 8 towards equal
-/// norms. B does both.
+/// norms. B does both. The companion scales by powers of 10, which rounds nothing.
 ///
 /// @param[in] job N, P, S or B
 /// @param[in] n order of A, >= 0
@@ -142,6 +148,10 @@ TESK2MP_API void QuarnMP_zpotf2_(const char* uplo, Integer n, Complex* a, Intege
 /// @{
 TESK2MP_API void QuarnMP_f08nhf_(const char* job, Integer n, QuarnFloat* a, Integer lda, Integer* ilo, Integer* ihi,
                                  QuarnFloat* scale, Integer* info, int job_length);
+TESK2MP_API void QuarnMPX_f08nhf_(const char* job, Integer n, QuarnFloat* a, Integer lda, Integer* ilo, Integer* ihi,
+                                  QuarnFloat* scale, Integer* info, int job_length);
+TESK2MP_API void QuarnMPX_dgebal_(const char* job, Integer n, QuarnFloat* a, Integer lda, Integer* ilo, Integer* ihi,
+                                  QuarnFloat* scale, Integer* info, int job_length);
 /// @}
 
 /// @defgroup f08pef eigenvalues and Schur form of a Hessenberg matrix
@@ -165,10 +175,14 @@ TESK2MP_API void QuarnMP_f08nhf_(const char* job, Integer n, QuarnFloat* a, Inte
 ///
 /// @par Failures
 /// Illegal: job (-1), compz (-2), n (-3), ilo (-4), ihi (-5), ldh (-7), ldz (-11), lwork (-13). *info = i > 0: the i-th
-/// eigenvalue was not found in 30 iterations for each row; eigenvalues i + 1 ... ihi are right. (A defective eigenvalue
-/// of multiplicity k is approached linearly and is good to D/k digits: beyond some 100 digits the iterations may run
-/// out on it.) Tuning values 4 (shifts, at most 15) and 8 (largest block for two shifts) of the row F08PEF choose
-/// between the double-shift algorithm, the shipped choice, and multishift sweeps.
+/// eigenvalue was not found in 30 iterations for each row; eigenvalues i + 1 ... ihi are right. An element that is not
+/// finite ends the companion at once, with the last row of one in *info.
+///
+/// @par Method
+/// Tuning values 4 (shifts, at most 15) and 8 (largest block for two shifts) of the row F08PEF choose between the
+/// double-shift algorithm, the shipped choice, and multishift sweeps. A defective eigenvalue of multiplicity k is good
+/// to D/k digits and is approached linearly, so that beyond some 100 digits the iterations run out on it. The companion
+/// extrapolates its shifts there and allows 30 (1 + D/8) iterations for each row.
 ///
 /// @par Cost
 /// About 10 n^3 multiply-adds for eigenvalues, 25 n^3 with Schur form and vectors.
@@ -183,6 +197,14 @@ TESK2MP_API void QuarnMP_f08pef_ENTRY(int selector, const char* job, const char*
                                       Integer ihi, QuarnFloat* h, Integer ldh, QuarnFloat* wr, QuarnFloat* wi,
                                       QuarnFloat* z, Integer ldz, QuarnFloat* work, Integer lwork, Integer* info,
                                       int job_length, int compz_length);
+TESK2MP_API void QuarnMPX_f08pef_(const char* job, const char* compz, Integer n, Integer ilo, Integer ihi,
+                                  QuarnFloat* h, Integer ldh, QuarnFloat* wr, QuarnFloat* wi, QuarnFloat* z,
+                                  Integer ldz, QuarnFloat* work, Integer lwork, Integer* info, int job_length,
+                                  int compz_length);
+TESK2MP_API void QuarnMPX_dhseqr_(const char* job, const char* compz, Integer n, Integer ilo, Integer ihi,
+                                  QuarnFloat* h, Integer ldh, QuarnFloat* wr, QuarnFloat* wi, QuarnFloat* z,
+                                  Integer ldz, QuarnFloat* work, Integer lwork, Integer* info, int job_length,
+                                  int compz_length);
 /// @}
 
 /// @defgroup f08pez the double-shift QR algorithm alone
@@ -210,8 +232,9 @@ TESK2MP_API void QuarnMP_dlahqr_(unsigned wantt, unsigned wantz, Integer n, Inte
 /// @defgroup f08qkf eigenvectors of a Schur form
 ///
 /// DTREVC: eigenvectors of the Schur form T of order n. A real eigenvector takes one column, a pair two (real and
-/// imaginary part, of the eigenvalue above the real axis). Each is scaled to largest |re| + |im| of 1. work is not
-/// used.
+/// imaginary part, of the eigenvalue above the real axis). Each is scaled to largest |re| + |im| of 1. Chains of nine
+/// and more equal eigenvalues grow beyond the range of exponents and give NaN; the companion rescales on the way. work
+/// is not used.
 ///
 /// @param[in] side R: right ones (T x = lambda x) into vr; L: left ones (y^H T = lambda y^H) into vl; B: both
 /// @param[in] howmny A: all; B: all, multiplied by the matrix that vr or vl holds (the Schur vectors, to give those of
@@ -241,6 +264,12 @@ TESK2MP_API void QuarnMP_f08qkf_(const char* side, const char* howmny, Integer* 
 TESK2MP_API void QuarnMP_dtrevc_(const char* side, const char* howmny, Integer* select, Integer n, QuarnFloat* t,
                                  Integer ldt, QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, Integer mm,
                                  Integer* m, QuarnFloat* work, Integer* info, int side_length, int howmny_length);
+TESK2MP_API void QuarnMPX_f08qkf_(const char* side, const char* howmny, Integer* select, Integer n, QuarnFloat* t,
+                                  Integer ldt, QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, Integer mm,
+                                  Integer* m, QuarnFloat* work, Integer* info, int side_length, int howmny_length);
+TESK2MP_API void QuarnMPX_dtrevc_(const char* side, const char* howmny, Integer* select, Integer n, QuarnFloat* t,
+                                  Integer ldt, QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, Integer mm,
+                                  Integer* m, QuarnFloat* work, Integer* info, int side_length, int howmny_length);
 /// @}
 
 /// @defgroup f08qlf condition numbers of eigenvalues and eigenvectors
@@ -285,6 +314,14 @@ TESK2MP_API void QuarnMP_dtrsna_(const char* job, const char* howmny, Integer* s
                                  Integer ldt, QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, QuarnFloat* s,
                                  QuarnFloat* sep, Integer mm, Integer* m, QuarnFloat* work, Integer ldwork,
                                  Integer* iwork, Integer* info, int job_length, int howmny_length);
+TESK2MP_API void QuarnMPX_f08qlf_(const char* job, const char* howmny, Integer* select, Integer n, QuarnFloat* t,
+                                  Integer ldt, QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr,
+                                  QuarnFloat* s, QuarnFloat* sep, Integer mm, Integer* m, QuarnFloat* work,
+                                  Integer ldwork, Integer* iwork, Integer* info, int job_length, int howmny_length);
+TESK2MP_API void QuarnMPX_dtrsna_(const char* job, const char* howmny, Integer* select, Integer n, QuarnFloat* t,
+                                  Integer ldt, QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr,
+                                  QuarnFloat* s, QuarnFloat* sep, Integer mm, Integer* m, QuarnFloat* work,
+                                  Integer ldwork, Integer* iwork, Integer* info, int job_length, int howmny_length);
 /// @}
 
 /// @defgroup c02alf zeros of a quartic
@@ -292,6 +329,10 @@ TESK2MP_API void QuarnMP_dtrsna_(const char* job, const char* howmny, Integer* s
 /// The zeros of a quartic: zeror + i zeroi (4 each) of e z^4 + a z^3 + b z^2 + c z + d with an error estimate each, as
 /// the eigenvalues of the balanced companion matrix, in the order in which its Schur form has them. errest is machine
 /// precision times norm over condition number: the effect of one rounding of the matrix.
+///
+/// Quotients work on the range of the hardware double: a coefficient over e below 2.2e-308 counts as 0, and so does an
+/// estimate; an estimate beyond 4.49e+307 is that number. The companion divides over the whole range and converges on
+/// multiple zeros; its estimate is huge or infinite where the condition number vanishes (four zeros at 0).
 ///
 /// @param[in] e coefficient of z^4, not 0
 /// @param[in] a coefficient of z^3
@@ -303,13 +344,16 @@ TESK2MP_API void QuarnMP_dtrsna_(const char* job, const char* howmny, Integer* s
 /// @param[out] errest 4 elements, absolute error estimates
 ///
 /// @par Failures
-/// IFAIL as described in tesk2mp.h: 1: e = 0; 2: a quotient by e passes the range of the hardware double (4.49e+307);
-/// 3: the QR algorithm did not converge (a coefficient is not finite).
+/// IFAIL as described in tesk2mp.h: 1: e = 0; 2: a quotient by e passes 4.49e+307; 3: the QR algorithm did not
+/// converge, which happens with multiple zeros from some 60 digits on and with NaN. Failure 2 of the companion is an
+/// infinite or NaN quotient, or an infinite e. What the arrays hold after a failure is not defined.
 ///
 /// @par Cost
 /// That of the eigenvalues of a matrix of order 4.
 /// @{
 TESK2MP_API void QuarnMP_c02alf_(QuarnFloat* e, QuarnFloat* a, QuarnFloat* b, QuarnFloat* c, QuarnFloat* d,
                                  QuarnFloat* zeror, QuarnFloat* zeroi, QuarnFloat* errest, Integer* ifail);
+TESK2MP_API void QuarnMPX_c02alf_(QuarnFloat* e, QuarnFloat* a, QuarnFloat* b, QuarnFloat* c, QuarnFloat* d,
+                                  QuarnFloat* zeror, QuarnFloat* zeroi, QuarnFloat* errest, Integer* ifail);
 /// @}
 }

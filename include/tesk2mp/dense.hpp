@@ -62,7 +62,8 @@ class LU {
  public:
   explicit LU(Matrix<T> a) : LU(std::move(a), false) {}
   /// A real matrix with its pivots chosen as if all its rows had length 1, so that the scaling of equations does not
-  /// matter. Throws NumericalFailure when a pivot is below 8 times the machine precision.
+  /// matter. Throws NumericalFailure when a pivot is below 8 times the machine precision, InvalidArgument for more than
+  /// 10^D rows at D digits.
   static LU row_weighted(Matrix<T> a) requires std::same_as<T, Real> { return {std::move(a), true}; }
 
   /// L below the diagonal, its ones left out; U on the diagonal and above.
@@ -117,6 +118,9 @@ class LU {
   }
 
   void factorise_row_weighted(const detail::RawMatrix<Real>& raw) {
+    // Rows are numbered by numbers of the working precision.
+    detail::require(raw.rows <= FloatToInt(Real(1, QuarnDigits())), "F07ADG", 1, "at ", QuarnDigits(),
+                    " digits a matrix of ", raw.rows, " rows cannot be factorised by weighted pivoting");
     std::vector<Real> rows(factors_.rows());
     QuarnMP_f07adg_(raw.rows, raw.columns, raw.data, raw.leading, rows.data(), &info_);
     if (info_ > 0) {

@@ -5,7 +5,8 @@
 // Level 2 and 3: a wrong argument is always fatal: the routine's name and the argument's position are printed and the
 // process ends with exit status 0. Option letters are accepted in either case; an increment may be negative (the vector
 // is walked from its far end) but not zero. Each kernel has three names of one meaning: its routine code, its published
-// name, and the master of both, whose selector changes nothing.
+// name, and the master of both, whose selector changes nothing. Of an option text the first character alone is read;
+// its length argument is not used.
 #pragma once
 
 #include "quarn/quarnfloat.h"
@@ -472,7 +473,8 @@ TESK2MP_API void QuarnMP_f06zpf_ENTRY(int selector, const char* uplo, const char
 ///
 /// A norm of a real m by n matrix, by the first letter of `norm` in either case: M largest |a(i,j)|; O or 1 largest
 /// column sum; I largest row sum; F or E square root of the sum of squares, scaled against overflow. Any other letter
-/// gives 0, and so does m < 1 or n < 1. NaN makes F NaN; under the other letters comparisons may pass over it.
+/// gives 0, and so does m < 1 or n < 1. NaN makes F NaN; under the other letters comparisons may pass over it,
+/// except in the companions, where a NaN that is read makes every norm NaN.
 ///
 /// @param[in] norm M, O or 1, I, F or E
 /// @param[in] m rows
@@ -486,6 +488,8 @@ TESK2MP_API void QuarnMP_f06zpf_ENTRY(int selector, const char* uplo, const char
 /// @{
 TESK2MP_API QuarnFloat QuarnMP_f06raf_(const char* norm, Integer m, Integer n, QuarnFloat* a, Integer lda,
                                        QuarnFloat* work, int norm_length);
+TESK2MP_API QuarnFloat QuarnMPX_f06raf_(const char* norm, Integer m, Integer n, QuarnFloat* a, Integer lda,
+                                        QuarnFloat* work, int norm_length);
 /// @}
 
 /// @defgroup f06rmf norm of a Hessenberg matrix
@@ -504,6 +508,8 @@ TESK2MP_API QuarnFloat QuarnMP_f06raf_(const char* norm, Integer m, Integer n, Q
 /// @{
 TESK2MP_API QuarnFloat QuarnMP_f06rmf_(const char* norm, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* work,
                                        int norm_length);
+TESK2MP_API QuarnFloat QuarnMPX_f06rmf_(const char* norm, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* work,
+                                        int norm_length);
 /// @}
 
 /// @defgroup f06uaf norms of complex matrices
@@ -520,7 +526,11 @@ TESK2MP_API QuarnFloat QuarnMP_f06rmf_(const char* norm, Integer n, QuarnFloat* 
 /// @{
 TESK2MP_API QuarnFloat QuarnMP_f06uaf_(const char* norm, Integer m, Integer n, Complex* a, Integer lda,
                                        QuarnFloat* work, int norm_length);
+TESK2MP_API QuarnFloat QuarnMPX_f06uaf_(const char* norm, Integer m, Integer n, Complex* a, Integer lda,
+                                        QuarnFloat* work, int norm_length);
 TESK2MP_API QuarnFloat QuarnMP_f06umf_(const char* norm, Integer n, Complex* a, Integer lda, QuarnFloat* work,
                                        int norm_length);
+TESK2MP_API QuarnFloat QuarnMPX_f06umf_(const char* norm, Integer n, Complex* a, Integer lda, QuarnFloat* work,
+                                        int norm_length);
 /// @}
 }

@@ -263,7 +263,7 @@ Matrix<Element<A>> multiply(const A& a, const B& b) {
 
 // Norms -------------------------------------------------------------------------------------------------------------
 
-/// A norm of a matrix. The one of a matrix without elements is 0.
+/// A norm of a matrix, NaN when an element is. The one of a matrix without elements is 0.
 ///
 /// @code
 /// const tesk2mp::Real largest_row_sum = tesk2mp::norm(tesk2mp::Norm::infinity, a);
@@ -273,8 +273,8 @@ Real norm(Norm kind, const A& a) {
   using T = Element<A>;
   const detail::RawMatrix<T> raw{MatrixView<const T>(a)};
   std::vector<Real> work(kind == Norm::infinity ? std::size_t(raw.rows) : 0);
-  return detail::pick<T>(QuarnMP_f06raf_, QuarnMP_f06uaf_)(detail::Option(kind), raw.rows, raw.columns, raw.data,
-                                                           raw.leading, work.data(), 1);
+  return detail::pick<T>(QuarnMPX_f06raf_, QuarnMPX_f06uaf_)(detail::Option(kind), raw.rows, raw.columns, raw.data,
+                                                             raw.leading, work.data(), 1);
 }
 
 /// The Euclidean norm of a complex vector.
@@ -290,8 +290,8 @@ Real hessenberg_norm(Norm kind, const A& a) {
   const detail::RawMatrix<T> raw{MatrixView<const T>(a)};
   const Integer n = detail::order_of(detail::name<T>("F06RMF", "F06UMF"), 2, raw);
   std::vector<Real> work(kind == Norm::infinity ? std::size_t(n) : 0);
-  return detail::pick<T>(QuarnMP_f06rmf_, QuarnMP_f06umf_)(detail::Option(kind), n, raw.data, raw.leading, work.data(),
-                                                           1);
+  return detail::pick<T>(QuarnMPX_f06rmf_, QuarnMPX_f06umf_)(detail::Option(kind), n, raw.data, raw.leading,
+                                                             work.data(), 1);
 }
 
 }  // namespace tesk2mp

@@ -192,7 +192,7 @@ TESK2MP_API Integer QuarnMP_x02bhf_();
 ///
 /// *yr + i *yi := the principal square root of xr + i xi; sqrt(-4 + 0i) is 2i. For |xr| <= 1 the result carries a
 /// factor sqrt(1/2) that is a double, so that it is good to about 16 digits only; the companion is good to a few units
-/// in the last place everywhere. y may overlap x.
+/// in the last place everywhere, and makes both parts NaN when one of x is. y may overlap x.
 ///
 /// @param[in] xr real part of the number
 /// @param[in] xi its imaginary part

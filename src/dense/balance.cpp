@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <initializer_list>
 
+#include "src/dense/power_of_ten.h"
 #include "src/frame/constants.h"
 #include "src/kernels/level1.h"
-#include "tesk2mp/dense.h"
 #include "tesk2mp/tesk2mp.h"
 
 namespace tesk {
@@ -13,8 +13,16 @@ namespace {
 
 class Balancing {
  public:
-  Balancing(Integer n, MatrixView<QuarnFloat> a, QuarnFloat* scale)
-      : n_(n), a_(a), scale_(scale, 1), low_(1), high_(n) {}
+  /// Full accuracy: by powers of 10, which round nothing, and as far as exponents reach.
+  Balancing(Accuracy accuracy, Integer n, MatrixView<QuarnFloat> a, QuarnFloat* scale)
+      : radix_(accuracy == Accuracy::full ? 10 : 8),
+        n_(n),
+        a_(a),
+        scale_(scale, 1),
+        low_(1),
+        high_(n),
+        smallest_((accuracy == Accuracy::full ? QuarnFloat(1, -kLastExponent) : QuarnMP_x02amf_()) / QuarnMP_x02ajf_()),
+        leap_limit_(accuracy == Accuracy::full ? QuarnFloat(1, kLeapExponent) : QuarnFloat("inf")) {}
 
   /// Moves rows with zeros beside the diagonal to the bottom and such columns to the left.
   void permute() {
@@ -24,7 +32,7 @@ class Balancing {
     }
   }
 
-  /// Brings the norms of row and column i near each other, by powers of 8, until a sweep changes nothing.
+  /// Brings the norms of row and column i near each other, by powers of the radix, until a sweep changes nothing.
   void rescale() {
     for (bool changed = true; changed;) {
       changed = false;
@@ -39,7 +47,9 @@ class Balancing {
   Integer high() const { return high_; }
 
  private:
-  static constexpr int kRadix = 8;
+  // Of full accuracy: far enough inside the range for the largest leap of step_while().
+  static constexpr int kLastExponent = 800000000;
+  static constexpr int kLeapExponent = 60000000;
 
   bool isolate_row() {
     for (Integer j = high_; j >= 1; --j) {
@@ -91,16 +101,16 @@ class Balancing {
     }
   }
 
-  /// Steps by 8 as long as there is more to do. Norms may be 10^134217726 apart and further: after a hundred steps,
-  /// many are taken at a time, by powers of 8 after which there is still more to do.
+  /// Steps by the radix as long as there is more to do. Norms may be 10^134217726 apart and further: after a hundred
+  /// steps, many are taken at a time, by powers of it after which there is still more to do.
   template <class More>
-  static void step_while(More more, Values up, Values down) {
+  void step_while(More more, Values up, Values down) const {
     for (int steps = 0; more(); ++steps) {
-      step(kRadix, up, down);
+      step(radix_, up, down);
       if (steps < 100) {
         continue;
       }
-      for (QuarnFloat leap = kRadix * kRadix; more(); leap *= leap) {
+      for (QuarnFloat leap = radix_ * radix_; more(); leap = leap < leap_limit_ ? leap * leap : leap) {
         step(leap, up, down);
         if (!more()) {
           step(leap, down, up);
@@ -126,14 +136,14 @@ class Balancing {
     QuarnFloat ca = fabs(a_(index_of_largest(high_, a_.column(i)), i));
     QuarnFloat ra = fabs(a_(i, low_ - 1 + index_of_largest(n_ - low_ + 1, a_.row(i).from(low_))));
     QuarnFloat f = 1;
-    QuarnFloat g = r / kRadix;
+    QuarnFloat g = r / radix_;
     const QuarnFloat s = c + r;
     step_while(
         [&] {
           return c < g && std::max({f, c, ca}) < scale_largest_ && std::min({r, g, ra}) > scale_smallest_;
         },
         {&f, &c, &ca}, {&r, &g, &ra});
-    g = c / kRadix;
+    g = c / radix_;
     step_while(
         [&] {
           return g >= r && std::max(r, ra) < scale_largest_ && std::min({f, c, g, ca}) > scale_smallest_;
@@ -149,22 +159,20 @@ class Balancing {
     return true;
   }
 
+  int radix_;
   Integer n_;
   MatrixView<QuarnFloat> a_;
   VectorView<QuarnFloat> scale_;
   Integer low_;
   Integer high_;
-  QuarnFloat smallest_ = QuarnMP_x02amf_() / QuarnMP_x02ajf_();
-  QuarnFloat scale_smallest_ = smallest_ * kRadix;
+  QuarnFloat smallest_;
+  QuarnFloat leap_limit_;
+  QuarnFloat scale_smallest_ = smallest_ * radix_;
   QuarnFloat scale_largest_ = 1 / scale_smallest_;
 };
 
-}  // namespace
-}  // namespace tesk
-
-extern "C" void QuarnMP_f08nhf_(const char* job, Integer n, QuarnFloat* a, Integer lda, Integer* ilo, Integer* ihi,
-                                QuarnFloat* scale, Integer* info, int /*job_length*/) {
-  using namespace tesk;
+void checked_balancing(Accuracy accuracy, const char* job, Integer n, QuarnFloat* a, Integer lda, Integer* ilo,
+                       Integer* ihi, QuarnFloat* scale, Integer* info) {
   const char what = letter(job);
   const bool permutes = what == 'P' || what == 'B';
   const bool scales = what == 'S' || what == 'B';
@@ -172,7 +180,10 @@ extern "C" void QuarnMP_f08nhf_(const char* job, Integer n, QuarnFloat* a, Integ
   if (*info != 0) {
     return;
   }
-  Balancing balancing(n, {a, lda}, scale);
+  const MatrixView<QuarnFloat> view(a, lda);
+  const Integer exponent = accuracy == Accuracy::full ? far_exponent(n, n, view) : 0;
+  multiply_by_power(n, n, view, -exponent);
+  Balancing balancing(accuracy, n, view, scale);
   if (permutes && n > 0) {
     balancing.permute();
   }
@@ -180,6 +191,23 @@ extern "C" void QuarnMP_f08nhf_(const char* job, Integer n, QuarnFloat* a, Integ
   if (scales) {
     balancing.rescale();
   }
+  multiply_by_power(n, n, view, exponent);
   *ilo = balancing.low();
   *ihi = balancing.high();
+}
+
+}  // namespace
+}  // namespace tesk
+
+extern "C" {
+
+void QuarnMP_f08nhf_(const char* job, Integer n, QuarnFloat* a, Integer lda, Integer* ilo, Integer* ihi,
+                     QuarnFloat* scale, Integer* info, int /*job_length*/) {
+  tesk::checked_balancing(tesk::Accuracy::classic, job, n, a, lda, ilo, ihi, scale, info);
+}
+
+void QuarnMPX_f08nhf_(const char* job, Integer n, QuarnFloat* a, Integer lda, Integer* ilo, Integer* ihi,
+                      QuarnFloat* scale, Integer* info, int /*job_length*/) {
+  tesk::checked_balancing(tesk::Accuracy::full, job, n, a, lda, ilo, ihi, scale, info);
+}
 }

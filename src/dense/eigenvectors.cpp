@@ -1,12 +1,11 @@
 // Eigenvectors of a Schur form (DTREVC) and condition numbers of its eigenvalues and eigenvectors (DTRSNA): E. Anderson
-// et al., LAPACK Users' Guide. Solutions are not rescaled on the way: the exponents of QuarnFloat leave room for any
-// growth.
+// et al., LAPACK Users' Guide. The classic entries do not rescale solutions on the way: chains of eight and more equal
+// eigenvalues leave the range of exponents. Full accuracy does, and takes matrices of any size.
 #include <algorithm>
 
+#include "src/dense/power_of_ten.h"
 #include "src/dense/schur_vectors.h"
 #include "src/frame/constants.h"
-#include "tesk2mp/dense.h"
-#include "tesk2mp/kernels.h"
 #include "tesk2mp/tesk2mp.h"
 
 namespace tesk {
@@ -119,13 +118,13 @@ QuarnFloat reciprocal_inverse_norm(Integer n, std::vector<Complex> c, const Quar
 /// An estimate of the distance of the eigenvalue from the rest of the spectrum: with a unitary Q whose first column is
 /// along the eigenvector x, Q^H T Q - lambda I has the block C below its first row and column; 1 / |C^-1| bounds the
 /// smallest singular value of C within a factor n.
-QuarnFloat separation(Integer n, MatrixView<QuarnFloat> t, const BlockEigenvalue& eigenvalue,
+QuarnFloat separation(Accuracy accuracy, Integer n, MatrixView<QuarnFloat> t, const BlockEigenvalue& eigenvalue,
                       const QuarnFloat& smallest) {
   if (n == 1) {
     return fabs(t(1, 1));
   }
   const Complex lambda(eigenvalue.re, eigenvalue.im);
-  std::vector<Complex> u = right_eigenvector(n, t, eigenvalue, smallest);
+  std::vector<Complex> u = right_eigenvector(accuracy, n, t, eigenvalue, smallest);
   // The reflector I - 2 u u^H / (u^H u) with u = x + phase |x| e1.
   const QuarnFloat norm = norm2(u);
   const QuarnFloat first = modulus(u[0]);
@@ -162,16 +161,35 @@ QuarnFloat separation(Integer n, MatrixView<QuarnFloat> t, const BlockEigenvalue
   return reciprocal_inverse_norm(n - 1, std::move(rest), smallest);
 }
 
-}  // namespace
-}  // namespace tesk
+/// T as it is, or brought near 1 by a power of ten when it is far from it.
+class NearOne {
+ public:
+  NearOne(Accuracy accuracy, Integer n, MatrixView<QuarnFloat> t) : view_(t) {
+    exponent_ = accuracy == Accuracy::full ? far_exponent(n, n, t) : 0;
+    if (exponent_ == 0) {
+      return;
+    }
+    for (Integer j = 1; j <= n; ++j) {
+      for (Integer i = 1; i <= n; ++i) {
+        copy_.push_back(t(i, j));
+      }
+    }
+    view_ = {copy_.data(), n};
+    multiply_by_power(n, n, view_, -exponent_);
+  }
 
-using namespace tesk;
+  MatrixView<QuarnFloat> view() const { return view_; }
+  Integer exponent() const { return exponent_; }
 
-extern "C" {
+ private:
+  std::vector<QuarnFloat> copy_;
+  MatrixView<QuarnFloat> view_;
+  Integer exponent_ = 0;
+};
 
-void QuarnMP_f08qkf_(const char* side, const char* howmny, Integer* select, Integer n, QuarnFloat* t, Integer ldt,
-                     QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, Integer mm, Integer* m,
-                     QuarnFloat* /*work*/, Integer* info, int /*side_length*/, int /*howmny_length*/) {
+void checked_vectors(Accuracy accuracy, const char* side, const char* howmny, const Integer* select, Integer n,
+                     QuarnFloat* t, Integer ldt, QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, Integer mm,
+                     Integer* m, Integer* info) {
   const bool both = letter(side) == 'B';
   const bool right = both || letter(side) == 'R';
   const bool left = both || letter(side) == 'L';
@@ -186,7 +204,8 @@ void QuarnMP_f08qkf_(const char* side, const char* howmny, Integer* select, Inte
   if (*info != 0) {
     return;
   }
-  const MatrixView<QuarnFloat> tv(t, ldt);
+  const NearOne near(accuracy, n, {t, ldt});
+  const MatrixView<QuarnFloat> tv = near.view();
   const std::vector<BlockEigenvalue> blocks = selected_blocks(n, tv, how == 'S' ? select : nullptr);
   *m = columns_of(blocks);
   if (mm < *m) {
@@ -199,24 +218,23 @@ void QuarnMP_f08qkf_(const char* side, const char* howmny, Integer* select, Inte
     Integer column = *m + 1;
     for (auto block = blocks.rbegin(); block != blocks.rend(); ++block) {
       column -= block->pair ? 2 : 1;
-      store(n, right_eigenvector(n, tv, *block, smallest_divisor(n, tv, *block)), block->pair, how == 'B', column, 1,
-            block->row + (block->pair ? 1 : 0), {vr, ldvr});
+      store(n, right_eigenvector(accuracy, n, tv, *block, smallest_divisor(n, tv, *block)), block->pair, how == 'B',
+            column, 1, block->row + (block->pair ? 1 : 0), {vr, ldvr});
     }
   }
   if (left) {
     Integer column = 1;
     for (const BlockEigenvalue& block : blocks) {
-      store(n, left_eigenvector(n, tv, block, smallest_divisor(n, tv, block)), block.pair, how == 'B', column,
+      store(n, left_eigenvector(accuracy, n, tv, block, smallest_divisor(n, tv, block)), block.pair, how == 'B', column,
             block.row, n, {vl, ldvl});
       column += block.pair ? 2 : 1;
     }
   }
 }
 
-void QuarnMP_f08qlf_(const char* job, const char* howmny, Integer* select, Integer n, QuarnFloat* t, Integer ldt,
-                     QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, QuarnFloat* s, QuarnFloat* sep,
-                     Integer mm, Integer* m, QuarnFloat* /*work*/, Integer ldwork, Integer* /*iwork*/, Integer* info,
-                     int /*job_length*/, int /*howmny_length*/) {
+void checked_conditions(Accuracy accuracy, const char* job, const char* howmny, const Integer* select, Integer n,
+                        QuarnFloat* t, Integer ldt, QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr,
+                        QuarnFloat* s, QuarnFloat* sep, Integer mm, Integer* m, Integer ldwork, Integer* info) {
   const bool both = letter(job) == 'B';
   const bool of_values = both || letter(job) == 'E';
   const bool of_vectors = both || letter(job) == 'V';
@@ -231,7 +249,8 @@ void QuarnMP_f08qlf_(const char* job, const char* howmny, Integer* select, Integ
   if (*info != 0) {
     return;
   }
-  const MatrixView<QuarnFloat> tv(t, ldt);
+  const NearOne near(accuracy, n, {t, ldt});
+  const MatrixView<QuarnFloat> tv = near.view();
   const std::vector<BlockEigenvalue> blocks = selected_blocks(n, tv, how == 'S' ? select : nullptr);
   *m = columns_of(blocks);
   *info = -first_wrong({{mm < *m, 13}, {ldwork < (of_vectors ? least : 1), 16}});
@@ -248,7 +267,7 @@ void QuarnMP_f08qlf_(const char* job, const char* howmny, Integer* select, Integ
                                        stored_vector(n, {vl, ldvl}, column, block.pair));
     }
     if (of_vectors) {
-      distance = separation(n, tv, block, smallest_divisor(n, tv, block));
+      distance = separation(accuracy, n, tv, block, smallest_divisor(n, tv, block));
     }
     for (Integer k = column; k < column + columns; ++k) {
       if (of_values) {
@@ -260,5 +279,43 @@ void QuarnMP_f08qlf_(const char* job, const char* howmny, Integer* select, Integ
     }
     column += columns;
   }
+  if (of_vectors) {
+    multiply_by_power(*m, 1, {sep, std::max<Integer>(1, *m)}, near.exponent());
+  }
+}
+
+}  // namespace
+}  // namespace tesk
+
+using tesk::Accuracy;
+
+extern "C" {
+
+void QuarnMP_f08qkf_(const char* side, const char* howmny, Integer* select, Integer n, QuarnFloat* t, Integer ldt,
+                     QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, Integer mm, Integer* m,
+                     QuarnFloat* /*work*/, Integer* info, int /*side_length*/, int /*howmny_length*/) {
+  tesk::checked_vectors(Accuracy::classic, side, howmny, select, n, t, ldt, vl, ldvl, vr, ldvr, mm, m, info);
+}
+
+void QuarnMPX_f08qkf_(const char* side, const char* howmny, Integer* select, Integer n, QuarnFloat* t, Integer ldt,
+                      QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, Integer mm, Integer* m,
+                      QuarnFloat* /*work*/, Integer* info, int /*side_length*/, int /*howmny_length*/) {
+  tesk::checked_vectors(Accuracy::full, side, howmny, select, n, t, ldt, vl, ldvl, vr, ldvr, mm, m, info);
+}
+
+void QuarnMP_f08qlf_(const char* job, const char* howmny, Integer* select, Integer n, QuarnFloat* t, Integer ldt,
+                     QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, QuarnFloat* s, QuarnFloat* sep,
+                     Integer mm, Integer* m, QuarnFloat* /*work*/, Integer ldwork, Integer* /*iwork*/, Integer* info,
+                     int /*job_length*/, int /*howmny_length*/) {
+  tesk::checked_conditions(Accuracy::classic, job, howmny, select, n, t, ldt, vl, ldvl, vr, ldvr, s, sep, mm, m, ldwork,
+                           info);
+}
+
+void QuarnMPX_f08qlf_(const char* job, const char* howmny, Integer* select, Integer n, QuarnFloat* t, Integer ldt,
+                      QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, QuarnFloat* s, QuarnFloat* sep,
+                      Integer mm, Integer* m, QuarnFloat* /*work*/, Integer ldwork, Integer* /*iwork*/, Integer* info,
+                      int /*job_length*/, int /*howmny_length*/) {
+  tesk::checked_conditions(Accuracy::full, job, howmny, select, n, t, ldt, vl, ldvl, vr, ldvr, s, sep, mm, m, ldwork,
+                           info);
 }
 }

@@ -1,13 +1,14 @@
 // The QR algorithm on a real upper Hessenberg matrix: Z. Bai, J. Demmel, On a block implementation of Hessenberg
 // multishift QR iteration, Int. J. High Speed Comput. 1 (1989), as DHSEQR and DLAHQR of E. Anderson et al., LAPACK
 // Users' Guide, do it.
+#include "src/dense/hessenberg_qr.h"
+
 #include <algorithm>
 
+#include "src/dense/cluster_shifts.h"
+#include "src/dense/power_of_ten.h"
 #include "src/dense/reflector.h"
 #include "src/dense/tuning.h"
-#include "src/frame/constants.h"
-#include "tesk2mp/dense.h"
-#include "tesk2mp/kernels.h"
 #include "tesk2mp/tesk2mp.h"
 
 namespace tesk {
@@ -18,15 +19,10 @@ constexpr Integer kMostShifts = Reflector::kLargest - 1;
 /// One call of either path. Rows and columns ilo ... ihi are the part that is not yet triangular.
 class HessenbergQr {
  public:
-  struct Vectors {
-    MatrixView<QuarnFloat> z;
-    Integer first;
-    Integer last;  // below first: no vectors are wanted
-  };
-
-  HessenbergQr(bool wants_schur_form, Integer n, Integer ilo, Integer ihi, MatrixView<QuarnFloat> h, QuarnFloat* wr,
-               QuarnFloat* wi, Vectors vectors)
-      : wants_schur_form_(wants_schur_form),
+  HessenbergQr(Accuracy accuracy, bool wants_schur_form, Integer n, Integer ilo, Integer ihi, MatrixView<QuarnFloat> h,
+               QuarnFloat* wr, QuarnFloat* wi, SchurVectors vectors)
+      : accuracy_(accuracy),
+        wants_schur_form_(wants_schur_form),
         n_(n),
         ilo_(ilo),
         ihi_(ihi),
@@ -40,6 +36,7 @@ class HessenbergQr {
   /// Returns INFO: 0, or the index of the eigenvalue that was being sought when the iterations ran out.
   Integer double_shift();
   Integer multishift(Integer shifts, Integer largest_small_block);
+  std::int64_t sweeps() const { return sweeps_; }
 
  private:
   /// The bounds of the sweep on the active block low ... high, and the rows and columns that it changes.
@@ -49,17 +46,14 @@ class HessenbergQr {
     Integer first;
     Integer last;
   };
-  struct Shifts {
-    QuarnFloat h33;
-    QuarnFloat h44;
-    QuarnFloat h43h34;
-  };
-
+  std::int64_t iteration_limit() const;
+  bool negligible(Integer k, Integer low, Integer high) const;
   Integer block_start(Integer low, Integer high) const;
   Active active(Integer low, Integer high) const {
     return wants_schur_form_ ? Active{low, high, 1, n_} : Active{low, high, low, high};
   }
   // The shifts for the block that ends in row i.
+  Shifts shifts(Integer low, Integer i, std::int64_t iteration);
   Shifts exceptional_shifts(Integer i) const;
   Shifts trailing_shifts(Integer i) const;
   Integer sweep_start(const Shifts& shifts, const Active& block, QuarnFloat* v) const;
@@ -68,6 +62,7 @@ class HessenbergQr {
   void take_shifts(Integer first, Integer count);
   void first_column(Integer low, Integer first, Integer count, QuarnFloat* v) const;
 
+  Accuracy accuracy_;
   bool wants_schur_form_;
   Integer n_;
   Integer ilo_;
@@ -75,23 +70,52 @@ class HessenbergQr {
   MatrixView<QuarnFloat> h_;
   VectorView<QuarnFloat> wr_;
   VectorView<QuarnFloat> wi_;
-  Vectors vectors_;
+  SchurVectors vectors_;
   QuarnFloat ulp_;
   QuarnFloat smallest_;
+  ClusterShifts cluster_;
+  std::int64_t sweeps_ = 0;
 };
+
+/// The published 30 sweeps a row are shared by all eigenvalues. A defective eigenvalue may need a number of sweeps that
+/// grows with the digits.
+std::int64_t HessenbergQr::iteration_limit() const {
+  const std::int64_t published = std::int64_t(30) * (ihi_ - ilo_ + 1);
+  return accuracy_ == Accuracy::full ? published + published * QuarnDigits() / 8 : published;
+}
+
+/// Whether h(k, k - 1) is as good as zero beside its two neighbours on the diagonal.
+bool HessenbergQr::negligible(Integer k, Integer low, Integer high) const {
+  const QuarnFloat element = fabs(h_(k, k - 1));
+  QuarnFloat size = fabs(h_(k - 1, k - 1)) + fabs(h_(k, k));
+  if (size == 0) {
+    size = QuarnMP_f06rmf_("1", high - low + 1, &h_(low, low), Integer(h_.column_stride()), nullptr, 1);
+  }
+  if (element <= std::max(ulp_ * size, smallest_)) {
+    return true;
+  }
+  if (accuracy_ == Accuracy::classic) {
+    return false;
+  }
+  // The eigenvalues of the blocks above and below may be pairs with a small diagonal: b^2 = -h(i, i + 1) h(i + 1, i).
+  // Four units of them are what a sweep's own roundings leave.
+  QuarnFloat squared_size;
+  if (k < high) {
+    squared_size = fabs(h_(k, k + 1) * h_(k + 1, k));
+  }
+  if (k - 1 > low) {
+    squared_size = std::max(squared_size, fabs(h_(k - 2, k - 1) * h_(k - 1, k - 2)));
+  }
+  const QuarnFloat units = element / (4 * ulp_);
+  return units * units <= squared_size;
+}
 
 /// The first row of the block that ends in row `high`: below it stands the first negligible subdiagonal element,
 /// which is set to zero.
 Integer HessenbergQr::block_start(Integer low, Integer high) const {
   Integer k = high;
-  for (; k > low; --k) {
-    QuarnFloat size = fabs(h_(k - 1, k - 1)) + fabs(h_(k, k));
-    if (size == 0) {
-      size = QuarnMP_f06rmf_("1", high - low + 1, &h_(low, low), Integer(h_.column_stride()), nullptr, 1);
-    }
-    if (fabs(h_(k, k - 1)) <= std::max(ulp_ * size, smallest_)) {
-      break;
-    }
+  while (k > low && !negligible(k, low, high)) {
+    --k;
   }
   if (k > ilo_) {
     h_(k, k - 1) = 0;
@@ -99,13 +123,13 @@ Integer HessenbergQr::block_start(Integer low, Integer high) const {
   return k;
 }
 
-HessenbergQr::Shifts HessenbergQr::exceptional_shifts(Integer i) const {
+Shifts HessenbergQr::exceptional_shifts(Integer i) const {
   const QuarnFloat s = fabs(h_(i, i - 1)) + fabs(h_(i - 1, i - 2));
   const QuarnFloat h44 = QuarnFloat(0.75) * s + h_(i, i);
   return {h44, h44, QuarnFloat(-0.4375) * s * s};
 }
 
-HessenbergQr::Shifts HessenbergQr::trailing_shifts(Integer i) const {
+Shifts HessenbergQr::trailing_shifts(Integer i) const {
   Shifts shift{h_(i - 1, i - 1), h_(i, i), h_(i, i - 1) * h_(i - 1, i)};
   const QuarnFloat half_difference = (shift.h33 - shift.h44) * QuarnFloat(0.5);
   const QuarnFloat discriminant = half_difference * half_difference + shift.h43h34;
@@ -122,6 +146,14 @@ HessenbergQr::Shifts HessenbergQr::trailing_shifts(Integer i) const {
     shift.h43h34 = 0;
   }
   return shift;
+}
+
+Shifts HessenbergQr::shifts(Integer low, Integer i, std::int64_t iteration) {
+  if ((iteration == 10 || iteration == 20) && !cluster_.found()) {
+    return exceptional_shifts(i);
+  }
+  const Shifts usual = trailing_shifts(i);
+  return accuracy_ == Accuracy::full ? cluster_.improve(h_, low, i, usual) : usual;
 }
 
 /// Looks for two consecutive small subdiagonal elements; returns the row where the sweep starts and its first vector.
@@ -148,6 +180,7 @@ Integer HessenbergQr::sweep_start(const Shifts& shifts, const Active& block, Qua
 
 /// Chases the bulge of a sweep with `size` - 1 shifts down the block.
 void HessenbergQr::sweep(const Active& block, Integer start, Integer size, QuarnFloat* v) {
+  ++sweeps_;
   for (Integer k = start; k < block.high; ++k) {
     const Integer nr = std::min(size, block.high - k + 1);
     if (k > start) {
@@ -207,10 +240,10 @@ Integer HessenbergQr::double_shift() {
     store_block(ilo_, active(ilo_, ihi_));
     return 0;
   }
-  Integer left = 30 * (ihi_ - ilo_ + 1);
+  std::int64_t left = iteration_limit();
   for (Integer i = ihi_; i >= ilo_;) {
     Integer low = ilo_;
-    Integer iteration = 0;
+    std::int64_t iteration = 0;
     for (;; ++iteration) {
       low = block_start(low, i);
       if (low >= i - 1) {
@@ -221,8 +254,7 @@ Integer HessenbergQr::double_shift() {
       }
       const Active block = active(low, i);
       QuarnFloat v[3];
-      const bool exceptional = iteration == 10 || iteration == 20;
-      const Integer start = sweep_start(exceptional ? exceptional_shifts(i) : trailing_shifts(i), block, v);
+      const Integer start = sweep_start(shifts(low, i, iteration), block, v);
       sweep(block, start, 3, v);
     }
     store_block(low, active(low, i));
@@ -239,7 +271,8 @@ void HessenbergQr::take_shifts(Integer first, Integer count) {
   for (Integer j = 1; j <= count; ++j) {
     tesk::copy(count, h_.from(first, first).column(j), s.column(j));
   }
-  const Integer failed = HessenbergQr(false, count, 1, count, s, &wr_(first), &wi_(first), {s, 1, 0}).double_shift();
+  const Integer failed =
+      HessenbergQr(Accuracy::classic, false, count, 1, count, s, &wr_(first), &wi_(first), {s, 1, 0}).double_shift();
   for (Integer i = 1; i <= failed; ++i) {
     wr_(first + i - 1) = s(i, i);
     wi_(first + i - 1) = 0;
@@ -292,10 +325,10 @@ void HessenbergQr::first_column(Integer low, Integer first, Integer count, Quarn
 }
 
 Integer HessenbergQr::multishift(Integer shifts, Integer largest_small_block) {
-  Integer left = 30 * (ihi_ - ilo_ + 1);
+  std::int64_t left = iteration_limit();
   for (Integer i = ihi_; i >= ilo_;) {
     Integer low = ilo_;
-    Integer iteration = 0;
+    std::int64_t iteration = 0;
     for (;; ++iteration) {
       low = block_start(low, i);
       if (low > i - largest_small_block) {
@@ -320,7 +353,10 @@ Integer HessenbergQr::multishift(Integer shifts, Integer largest_small_block) {
     HessenbergQr rest = *this;
     rest.ilo_ = low;
     rest.ihi_ = i;
-    if (const Integer info = rest.double_shift(); info > 0) {
+    rest.sweeps_ = 0;
+    const Integer info = rest.double_shift();
+    sweeps_ += rest.sweeps_;
+    if (info > 0) {
       return info;
     }
     left -= iteration;
@@ -329,73 +365,67 @@ Integer HessenbergQr::multishift(Integer shifts, Integer largest_small_block) {
   return 0;
 }
 
-}  // namespace
-}  // namespace tesk
-
-extern "C" {
-
-void QuarnMP_f08pez_(unsigned wantt, unsigned wantz, Integer n, Integer ilo, Integer ihi, QuarnFloat* h, Integer ldh,
-                     QuarnFloat* wr, QuarnFloat* wi, Integer iloz, Integer ihiz, QuarnFloat* z, Integer ldz,
-                     Integer* info) {
-  *info = tesk::HessenbergQr(wantt != 0, n, ilo, ihi, {h, ldh}, wr, wi, {{z, ldz}, iloz, wantz != 0 ? ihiz : iloz - 1})
-              .double_shift();
-}
-
-void QuarnMP_f08pef_ENTRY(int /*selector*/, const char* job, const char* compz, Integer n, Integer ilo, Integer ihi,
-                          QuarnFloat* h, Integer ldh, QuarnFloat* wr, QuarnFloat* wi, QuarnFloat* z, Integer ldz,
-                          QuarnFloat* work, Integer lwork, Integer* info, int /*job_length*/, int /*compz_length*/) {
-  using namespace tesk;
-  const bool wants_schur_form = letter(job) == 'S';
-  const bool initialises = letter(compz) == 'I';
-  const bool wants_vectors = initialises || letter(compz) == 'V';
-  const Integer least = std::max<Integer>(1, n);
-  work[0] = least;
-  *info = -first_wrong({{!wants_schur_form && letter(job) != 'E', 1},
-                        {!wants_vectors && letter(compz) != 'N', 2},
-                        {n < 0, 3},
-                        {ilo < 1 || ilo > least, 4},
-                        {ihi < std::min(ilo, n) || ihi > n, 5},
-                        {ldh < least, 7},
-                        {ldz < (wants_vectors ? least : 1), 11},
-                        {lwork < least && lwork != -1, 13}});
-  if (*info != 0 || lwork == -1) {
-    return;
-  }
-  const MatrixView<QuarnFloat> hv(h, ldh);
-  const MatrixView<QuarnFloat> zv(z, ldz);
-  if (initialises) {
-    for (Integer j = 1; j <= n; ++j) {
-      fill(n, QuarnFloat(), zv.column(j));
-      zv(j, j) = 1;
+/// The last row of the Hessenberg matrix that holds a NaN or an infinity between ilo and ihi, otherwise 0.
+Integer last_bad_row(Integer ilo, Integer ihi, MatrixView<QuarnFloat> h) {
+  for (Integer i = ihi; i >= ilo; --i) {
+    for (Integer j = std::max(ilo, i - 1); j <= ihi; ++j) {
+      if (!isfinite(h(i, j))) {
+        return i;
+      }
     }
   }
+  return 0;
+}
+
+}  // namespace
+
+QrOutcome hessenberg_qr(Accuracy accuracy, bool wants_schur_form, Integer n, Integer ilo, Integer ihi,
+                        MatrixView<QuarnFloat> h, QuarnFloat* wr, QuarnFloat* wi, SchurVectors vectors) {
   for (Integer i = 1; i <= n; ++i) {
     if (i < ilo || i > ihi) {
-      wr[i - 1] = hv(i, i);
+      wr[i - 1] = h(i, i);
       wi[i - 1] = 0;
     }
   }
   if (n == 0) {
-    return;
+    return {};
   }
   if (ilo == ihi) {
-    wr[ilo - 1] = hv(ilo, ilo);
+    wr[ilo - 1] = h(ilo, ilo);
     wi[ilo - 1] = 0;
-    return;
+    return {};
   }
   // What stands below the first subdiagonal is not part of the matrix.
   for (Integer j = ilo; j <= ihi - 2; ++j) {
-    fill(n - j - 1, QuarnFloat(), hv.column(j).from(j + 2));
+    fill(n - j - 1, QuarnFloat(), h.column(j).from(j + 2));
   }
   const Integer order = ihi - ilo + 1;
+  const Integer whole = wants_schur_form ? n : order;
+  const MatrixView<QuarnFloat> part = wants_schur_form ? h : h.from(ilo, ilo);
+  Integer exponent = 0;
+  if (accuracy == Accuracy::full) {
+    // Sweeps would not make numbers of NaN, and the limit is far away.
+    if (const Integer bad = last_bad_row(ilo, ihi, h); bad != 0) {
+      return {bad, 0};
+    }
+    exponent = far_exponent(order, order, h.from(ilo, ilo));
+    multiply_by_power(whole, whole, part, -exponent);
+  }
   const Integer wanted_shifts = tuning_value(kShifts, "F08PEF");
   const Integer wanted_block = tuning_value(kLargestSmallBlock, "F08PEF");
-  HessenbergQr qr(wants_schur_form, n, ilo, ihi, hv, wr, wi, {zv, 1, wants_vectors ? n : 0});
-  if (wanted_shifts <= 2 || wanted_shifts > order || wanted_block >= order) {
-    *info = qr.double_shift();
-    return;
-  }
+  HessenbergQr qr(accuracy, wants_schur_form, n, ilo, ihi, h, wr, wi, vectors);
   const Integer block = std::max<Integer>(3, wanted_block);
-  *info = qr.multishift(std::min({wanted_shifts, block, kMostShifts}), block);
+  const bool small = wanted_shifts <= 2 || wanted_shifts > order || wanted_block >= order;
+  const Integer info = small ? qr.double_shift() : qr.multishift(std::min({wanted_shifts, block, kMostShifts}), block);
+  multiply_by_power(whole, whole, part, exponent);
+  multiply_by_power(order, 1, {wr + ilo - 1, order}, exponent);
+  multiply_by_power(order, 1, {wi + ilo - 1, order}, exponent);
+  return {info, qr.sweeps()};
 }
+
+Integer double_shift_qr(bool wants_schur_form, Integer n, Integer ilo, Integer ihi, MatrixView<QuarnFloat> h,
+                        QuarnFloat* wr, QuarnFloat* wi, SchurVectors vectors) {
+  return HessenbergQr(Accuracy::classic, wants_schur_form, n, ilo, ihi, h, wr, wi, vectors).double_shift();
 }
+
+}  // namespace tesk

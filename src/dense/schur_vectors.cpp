@@ -5,6 +5,10 @@
 namespace tesk {
 namespace {
 
+// A solution beyond 10 to this power is scaled down by it: two divisors of the order of the safe range and elements of
+// common size keep the next ones within the exponents of QuarnFloat.
+constexpr int kLargeExponent = 200000000;
+
 Complex at_least(const Complex& divisor, const QuarnFloat& smallest) {
   return magnitude(divisor) < smallest ? Complex(smallest) : divisor;
 }
@@ -38,8 +42,8 @@ std::vector<BlockEigenvalue> block_eigenvalues(Integer n, MatrixView<QuarnFloat>
   return found;
 }
 
-std::vector<Complex> right_eigenvector(Integer n, MatrixView<QuarnFloat> t, const BlockEigenvalue& eigenvalue,
-                                       const QuarnFloat& smallest) {
+std::vector<Complex> right_eigenvector(Accuracy accuracy, Integer n, MatrixView<QuarnFloat> t,
+                                       const BlockEigenvalue& eigenvalue, const QuarnFloat& smallest) {
   const Complex lambda(eigenvalue.re, eigenvalue.im);
   auto values = std::vector<Complex>(std::size_t(n));
   const VectorView<Complex> x(values.data(), 1);
@@ -47,6 +51,13 @@ std::vector<Complex> right_eigenvector(Integer n, MatrixView<QuarnFloat> t, cons
     for (Integer i = 1; i <= rows; ++i) {
       x(i).re -= x(j).re * t(i, j);
       x(i).im -= x(j).im * t(i, j);
+    }
+  };
+  const QuarnFloat large(1, kLargeExponent);
+  // Divisors as small as `smallest` follow one another where eigenvalues are equal.
+  const auto keep_in_range = [&](Integer j) {
+    if (accuracy == Accuracy::full && magnitude(x(j)) > large) {
+      scale(n, 1 / large, x);
     }
   };
   const Integer k = eigenvalue.row;
@@ -66,23 +77,26 @@ std::vector<Complex> right_eigenvector(Integer n, MatrixView<QuarnFloat> t, cons
   for (Integer j = k - 1; j >= 1; --j) {
     if (j > 1 && t(j, j - 1) != 0) {
       solve_block(t(j - 1, j - 1) - lambda, t(j - 1, j), t(j, j - 1), t(j, j) - lambda, x(j - 1), x(j), smallest);
+      keep_in_range(j - 1);
+      keep_in_range(j);
       subtract_column(j, j - 2);
       --j;
     } else {
       x(j) = quotient(x(j), at_least(t(j, j) - lambda, smallest));
+      keep_in_range(j);
     }
     subtract_column(j, j - 1);
   }
   return values;
 }
 
-std::vector<Complex> left_eigenvector(Integer n, MatrixView<QuarnFloat> t, const BlockEigenvalue& eigenvalue,
-                                      const QuarnFloat& smallest) {
+std::vector<Complex> left_eigenvector(Accuracy accuracy, Integer n, MatrixView<QuarnFloat> t,
+                                      const BlockEigenvalue& eigenvalue, const QuarnFloat& smallest) {
   // Mirrored in the other diagonal T stays quasi triangular, and its right eigenvectors are the left ones of T,
   // conjugated and in the opposite order.
   BlockEigenvalue mirrored = eigenvalue;
   mirrored.row = n + 1 - eigenvalue.row - (eigenvalue.pair ? 1 : 0);
-  std::vector<Complex> y = right_eigenvector(n, t.antitransposed(n), mirrored, smallest);
+  std::vector<Complex> y = right_eigenvector(accuracy, n, t.antitransposed(n), mirrored, smallest);
   std::reverse(y.begin(), y.end());
   if (eigenvalue.pair) {
     // i times the conjugate: the phase of the published algorithm.

@@ -36,12 +36,20 @@ void QuarnMP_zpotf2_(const char* uplo, Integer n, Complex* a, Integer lda, Integ
   QuarnMP_f07frz_(uplo, n, a, lda, info, uplo_length);
 }
 
+void QuarnMPX_dgebal_(const char* job, Integer n, QuarnFloat* a, Integer lda, Integer* ilo, Integer* ihi, QuarnFloat* scale, Integer* info, int job_length) {
+  QuarnMPX_f08nhf_(job, n, a, lda, ilo, ihi, scale, info, job_length);
+}
+
 void QuarnMP_f08pef_(const char* job, const char* compz, Integer n, Integer ilo, Integer ihi, QuarnFloat* h, Integer ldh, QuarnFloat* wr, QuarnFloat* wi, QuarnFloat* z, Integer ldz, QuarnFloat* work, Integer lwork, Integer* info, int job_length, int compz_length) {
   QuarnMP_f08pef_ENTRY(0, job, compz, n, ilo, ihi, h, ldh, wr, wi, z, ldz, work, lwork, info, job_length, compz_length);
 }
 
 void QuarnMP_dhseqr_(const char* job, const char* compz, Integer n, Integer ilo, Integer ihi, QuarnFloat* h, Integer ldh, QuarnFloat* wr, QuarnFloat* wi, QuarnFloat* z, Integer ldz, QuarnFloat* work, Integer lwork, Integer* info, int job_length, int compz_length) {
   QuarnMP_f08pef_ENTRY(1, job, compz, n, ilo, ihi, h, ldh, wr, wi, z, ldz, work, lwork, info, job_length, compz_length);
+}
+
+void QuarnMPX_dhseqr_(const char* job, const char* compz, Integer n, Integer ilo, Integer ihi, QuarnFloat* h, Integer ldh, QuarnFloat* wr, QuarnFloat* wi, QuarnFloat* z, Integer ldz, QuarnFloat* work, Integer lwork, Integer* info, int job_length, int compz_length) {
+  QuarnMPX_f08pef_(job, compz, n, ilo, ihi, h, ldh, wr, wi, z, ldz, work, lwork, info, job_length, compz_length);
 }
 
 void QuarnMP_dlahqr_(unsigned wantt, unsigned wantz, Integer n, Integer ilo, Integer ihi, QuarnFloat* h, Integer ldh, QuarnFloat* wr, QuarnFloat* wi, Integer iloz, Integer ihiz, QuarnFloat* z, Integer ldz, Integer* info) {
@@ -52,7 +60,15 @@ void QuarnMP_dtrevc_(const char* side, const char* howmny, Integer* select, Inte
   QuarnMP_f08qkf_(side, howmny, select, n, t, ldt, vl, ldvl, vr, ldvr, mm, m, work, info, side_length, howmny_length);
 }
 
+void QuarnMPX_dtrevc_(const char* side, const char* howmny, Integer* select, Integer n, QuarnFloat* t, Integer ldt, QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, Integer mm, Integer* m, QuarnFloat* work, Integer* info, int side_length, int howmny_length) {
+  QuarnMPX_f08qkf_(side, howmny, select, n, t, ldt, vl, ldvl, vr, ldvr, mm, m, work, info, side_length, howmny_length);
+}
+
 void QuarnMP_dtrsna_(const char* job, const char* howmny, Integer* select, Integer n, QuarnFloat* t, Integer ldt, QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, QuarnFloat* s, QuarnFloat* sep, Integer mm, Integer* m, QuarnFloat* work, Integer ldwork, Integer* iwork, Integer* info, int job_length, int howmny_length) {
   QuarnMP_f08qlf_(job, howmny, select, n, t, ldt, vl, ldvl, vr, ldvr, s, sep, mm, m, work, ldwork, iwork, info, job_length, howmny_length);
+}
+
+void QuarnMPX_dtrsna_(const char* job, const char* howmny, Integer* select, Integer n, QuarnFloat* t, Integer ldt, QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, QuarnFloat* s, QuarnFloat* sep, Integer mm, Integer* m, QuarnFloat* work, Integer ldwork, Integer* iwork, Integer* info, int job_length, int howmny_length) {
+  QuarnMPX_f08qlf_(job, howmny, select, n, t, ldt, vl, ldvl, vr, ldvr, s, sep, mm, m, work, ldwork, iwork, info, job_length, howmny_length);
 }
 }

@@ -10,8 +10,14 @@ namespace {
 using tesk::Accuracy;
 using tesk::Constants;
 
-/// Principal square root; `sqrt_half` is the one constant whose accuracy the two entries differ in.
+/// Principal square root. The entries differ in the constant `sqrt_half`, and in a NaN part, which the comparisons of
+/// the published algorithm take for a negative one.
 void square_root(const QuarnFloat& xr, const QuarnFloat& xi, QuarnFloat* yr, QuarnFloat* yi, Accuracy accuracy) {
+  if (accuracy == Accuracy::full && (isnan(xr) || isnan(xi))) {
+    *yr = QuarnFloat("nan");
+    *yi = *yr;
+    return;
+  }
   const QuarnFloat a = fabs(xr);
   QuarnFloat s;
   if (a > 1) {

@@ -37,7 +37,7 @@ void add_squares(Integer n, VectorView<Complex> x, QuarnFloat& scale, QuarnFloat
 namespace {
 
 SafeQuotient divide_near_bounds(const QuarnFloat& a, const QuarnFloat& b) {
-  // Doubles on purpose: the guard has always worked on the hardware's range.
+  // Doubles on purpose: the guard works on the range of the hardware.
   const QuarnFloat large(0x1.fffffffffffecp+1021);
   const QuarnFloat small(0x1.0000000000026p-1022);
   const bool negative = signbit(a) != (b != 0 && signbit(b));
@@ -64,7 +64,7 @@ SafeQuotient safe_divide(const QuarnFloat& a, const QuarnFloat& b) {
   if (b != 0) {
     QuarnFloat quotient = a / b;
     const QuarnFloat size = fabs(quotient);
-    // Well inside both bounds, which are dear to make: a double of that size has hundreds of digits.
+    // Well inside both bounds, which are costly to make: a double of that size has hundreds of digits.
     if (size < QuarnFloat(1, 307) && size > QuarnFloat(1, -307)) {
       return {std::move(quotient), false};
     }

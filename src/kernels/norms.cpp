@@ -1,14 +1,18 @@
+
 #include <algorithm>
 
+#include "src/frame/constants.h"
 #include "src/kernels/level1.h"
 #include "tesk2mp/kernels.h"
 
 namespace tesk {
 namespace {
 
-/// value := value if it is above the candidate, otherwise the candidate; so that a NaN is seen, at least at the end.
-void keep_larger(QuarnFloat& value, QuarnFloat candidate) {
-  if (!(value > candidate)) {
+/// value := value if it is above the candidate, otherwise the candidate. The published comparison loses a NaN that a
+/// number follows; full accuracy keeps it.
+void keep_larger(Accuracy accuracy, QuarnFloat& value, QuarnFloat candidate) {
+  const bool keeps = value > candidate || (accuracy == Accuracy::full && isnan(value));
+  if (!keeps) {
     value = std::move(candidate);
   }
 }
@@ -16,7 +20,8 @@ void keep_larger(QuarnFloat& value, QuarnFloat candidate) {
 enum class Profile { general, hessenberg };
 
 template <class T>
-QuarnFloat matrix_norm(const char* norm, Profile profile, Integer m, Integer n, MatrixView<T> a, QuarnFloat* work) {
+QuarnFloat matrix_norm(Accuracy accuracy, const char* norm, Profile profile, Integer m, Integer n, MatrixView<T> a,
+                       QuarnFloat* work) {
   QuarnFloat value;
   if (m <= 0 || n <= 0) {
     return value;
@@ -27,7 +32,7 @@ QuarnFloat matrix_norm(const char* norm, Profile profile, Integer m, Integer n, 
     case 'M':
       for (Integer j = 1; j <= n; ++j) {
         for (Integer i = 1; i <= rows(j); ++i) {
-          keep_larger(value, modulus(a(i, j)));
+          keep_larger(accuracy, value, modulus(a(i, j)));
         }
       }
       break;
@@ -38,7 +43,7 @@ QuarnFloat matrix_norm(const char* norm, Profile profile, Integer m, Integer n, 
         for (Integer i = 1; i <= rows(j); ++i) {
           sum += modulus(a(i, j));
         }
-        keep_larger(value, std::move(sum));
+        keep_larger(accuracy, value, std::move(sum));
       }
       break;
     case 'I': {
@@ -50,7 +55,7 @@ QuarnFloat matrix_norm(const char* norm, Profile profile, Integer m, Integer n, 
         }
       }
       for (Integer i = 1; i <= m; ++i) {
-        keep_larger(value, sums(i));
+        keep_larger(accuracy, value, sums(i));
       }
       break;
     }
@@ -73,24 +78,41 @@ QuarnFloat matrix_norm(const char* norm, Profile profile, Integer m, Integer n, 
 }  // namespace
 }  // namespace tesk
 
+using tesk::Accuracy;
 using tesk::matrix_norm;
 using tesk::Profile;
 
 extern "C" {
 
 QuarnFloat QuarnMP_f06raf_(const char* norm, Integer m, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* work, int) {
-  return matrix_norm<QuarnFloat>(norm, Profile::general, m, n, {a, lda}, work);
+  return matrix_norm<QuarnFloat>(Accuracy::classic, norm, Profile::general, m, n, {a, lda}, work);
+}
+
+QuarnFloat QuarnMPX_f06raf_(const char* norm, Integer m, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* work, int) {
+  return matrix_norm<QuarnFloat>(Accuracy::full, norm, Profile::general, m, n, {a, lda}, work);
 }
 
 QuarnFloat QuarnMP_f06rmf_(const char* norm, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* work, int) {
-  return matrix_norm<QuarnFloat>(norm, Profile::hessenberg, n, n, {a, lda}, work);
+  return matrix_norm<QuarnFloat>(Accuracy::classic, norm, Profile::hessenberg, n, n, {a, lda}, work);
+}
+
+QuarnFloat QuarnMPX_f06rmf_(const char* norm, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* work, int) {
+  return matrix_norm<QuarnFloat>(Accuracy::full, norm, Profile::hessenberg, n, n, {a, lda}, work);
 }
 
 QuarnFloat QuarnMP_f06uaf_(const char* norm, Integer m, Integer n, Complex* a, Integer lda, QuarnFloat* work, int) {
-  return matrix_norm<Complex>(norm, Profile::general, m, n, {a, lda}, work);
+  return matrix_norm<Complex>(Accuracy::classic, norm, Profile::general, m, n, {a, lda}, work);
+}
+
+QuarnFloat QuarnMPX_f06uaf_(const char* norm, Integer m, Integer n, Complex* a, Integer lda, QuarnFloat* work, int) {
+  return matrix_norm<Complex>(Accuracy::full, norm, Profile::general, m, n, {a, lda}, work);
 }
 
 QuarnFloat QuarnMP_f06umf_(const char* norm, Integer n, Complex* a, Integer lda, QuarnFloat* work, int) {
-  return matrix_norm<Complex>(norm, Profile::hessenberg, n, n, {a, lda}, work);
+  return matrix_norm<Complex>(Accuracy::classic, norm, Profile::hessenberg, n, n, {a, lda}, work);
+}
+
+QuarnFloat QuarnMPX_f06umf_(const char* norm, Integer n, Complex* a, Integer lda, QuarnFloat* work, int) {
+  return matrix_norm<Complex>(Accuracy::full, norm, Profile::hessenberg, n, n, {a, lda}, work);
 }
 }

@@ -7,9 +7,11 @@
 #include <string>
 #include <vector>
 
+#include "src/dense/hessenberg_qr.h"
 #include "src/dense/tuning.h"
 #include "support/digits.h"
 #include "support/hessenberg.h"
+#include "support/multiple.h"
 #include "tesk2mp/dense.h"
 
 using support::Matrix;
@@ -149,4 +151,139 @@ TEST_CASE("hard matrices at 16, 50, 200 and 1000 digits, by both paths") {
   Integer shipped = 1;
   QuarnMP_f07zaz_(4, "F08PEF", &shipped, 1, 6);
   QuarnMP_f07zaz_(8, "F08PEF", &shipped, 1, 6);
+}
+
+namespace {
+
+struct Eigenvalues {
+  std::vector<QuarnFloat> wr;
+  std::vector<QuarnFloat> wi;
+  tesk::QrOutcome outcome;
+};
+
+/// By the companion, balanced before.
+Eigenvalues companion_eigenvalues(Matrix<QuarnFloat> h) {
+  const Integer n = h.rows();
+  std::vector<QuarnFloat> scale(std::size_t(n), 0);
+  Integer ilo = 0;
+  Integer ihi = 0;
+  Integer info = 0;
+  QuarnMPX_f08nhf_("S", n, h.data(), h.lda(), &ilo, &ihi, scale.data(), &info, 1);
+  Eigenvalues found{std::vector<QuarnFloat>(std::size_t(n)), std::vector<QuarnFloat>(std::size_t(n)), {}};
+  found.outcome = tesk::hessenberg_qr(tesk::Accuracy::full, false, n, 1, n, {h.data(), h.lda()}, found.wr.data(),
+                                      found.wi.data(), {{h.data(), h.lda()}, 1, 0});
+  return found;
+}
+
+}  // namespace
+
+TEST_CASE("the companion finds multiple eigenvalues to D / k digits, double ones in 0.4 D sweeps") {
+  for (const int digits : {1, 2, 16, 50, 108, 333, 1000}) {
+    const support::Digits scope(digits);
+    for (const support::MultipleEigenvalues& example : support::kMultipleEigenvalues) {
+      for (const int k : {2, 3, 4, 5, 8}) {
+        CAPTURE(std::string(example.name));
+        CAPTURE(digits);
+        CAPTURE(k);
+        const Eigenvalues found = companion_eigenvalues(example.matrix(k));
+        REQUIRE(found.outcome.info == 0);
+        if (digits < 16) {
+          continue;
+        }
+        for (std::size_t i = 0; i < found.wr.size(); ++i) {
+          QuarnFloat error = 100;
+          for (const Complex& value : {Complex(1), Complex(-2), Complex(3), Complex(0, 1), Complex(0, -1),
+                                       Complex(0, sqrt(QuarnFloat(5))), Complex(0, -sqrt(QuarnFloat(5)))}) {
+            error = std::min(error, tesk::modulus(value - Complex(found.wr[i], found.wi[i])));
+          }
+          CHECK(error <= QuarnFloat(1, 2 - digits / k));
+        }
+        CHECK((k > 2 || digits < 50 || 10 * found.outcome.sweeps <= 4 * digits * example.clusters));
+      }
+    }
+  }
+}
+
+TEST_CASE("the companion takes matrices of any size of numbers, and scales without rounding") {
+  const support::Digits scope(40);
+  for (const int exponent : {-999999990, -500000000, -134217726, 134217726, 999999980}) {
+    CAPTURE(exponent);
+    // Eigenvalues 2 +- sqrt(3) i and 5, in tiny or huge units.
+    const QuarnFloat unit(1, exponent);
+    Matrix<QuarnFloat> h(3, 3);
+    const int elements[3][3] = {{2, -3, 1}, {1, 2, 4}, {0, 0, 5}};
+    for (Integer j = 1; j <= 3; ++j) {
+      for (Integer i = 1; i <= 3; ++i) {
+        h(i, j) = elements[i - 1][j - 1] * unit;
+      }
+    }
+    Matrix<QuarnFloat> t = h;
+    Matrix<QuarnFloat> z(3, 3);
+    std::vector<QuarnFloat> wr(3);
+    std::vector<QuarnFloat> wi(3);
+    std::vector<QuarnFloat> work(3);
+    Integer info = -99;
+    QuarnMPX_f08pef_("S", "I", 3, 1, 3, t.data(), t.lda(), wr.data(), wi.data(), z.data(), z.lda(), work.data(), 3,
+                     &info, 1, 1);
+    REQUIRE(info == 0);
+    CHECK(fabs(wr[0] / unit - 2) <= QuarnFloat(1, -38));
+    CHECK(fabs(wi[0] / unit - sqrt(QuarnFloat(3))) <= QuarnFloat(1, -38));
+    CHECK(fabs(wr[2] / unit - 5) <= QuarnFloat(1, -38));
+    CHECK(fabs(t(3, 3) - wr[2]) == 0);
+    Matrix<QuarnFloat> vl(3, 3);
+    Matrix<QuarnFloat> vr(3, 3);
+    Integer m = 0;
+    QuarnFloat s[3];
+    QuarnFloat sep[3];
+    QuarnMPX_f08qkf_("B", "A", nullptr, 3, t.data(), t.lda(), vl.data(), vl.lda(), vr.data(), vr.lda(), 3, &m, nullptr,
+                     &info, 1, 1);
+    QuarnMPX_f08qlf_("B", "A", nullptr, 3, t.data(), t.lda(), vl.data(), vl.lda(), vr.data(), vr.lda(), s, sep, 3, &m,
+                     nullptr, 3, nullptr, &info, 1, 1);
+    for (const QuarnFloat& gap : sep) {
+      CHECK((gap / unit > QuarnFloat(0.1) && gap / unit < 10));
+    }
+    // T vr = vr(3) lambda
+    for (Integer i = 1; i <= 3; ++i) {
+      QuarnFloat residual = -(wr[2] / unit * vr(i, 3));
+      for (Integer k = 1; k <= 3; ++k) {
+        residual += t(i, k) / unit * vr(k, 3);
+      }
+      CHECK(fabs(residual) <= QuarnFloat(1, -37));
+    }
+  }
+}
+
+TEST_CASE("the companion's eigenvectors of long chains are numbers, at any digits") {
+  for (const int digits : {1, 2, 20, 333}) {
+    const support::Digits scope(digits);
+    for (const Integer n : {9, 12, 20}) {
+      for (const bool derivative : {false, true}) {
+        Matrix<QuarnFloat> t(n, n);
+        for (Integer j = 1; j <= n; ++j) {
+          for (Integer i = 1; i <= n; ++i) {
+            t(i, j) = j != i + 1 ? 0 : derivative ? int(i) : 1;
+          }
+        }
+        Matrix<QuarnFloat> vl(n, n);
+        Matrix<QuarnFloat> vr(n, n);
+        Integer m = 0;
+        Integer info = -99;
+        QuarnMPX_f08qkf_("B", "A", nullptr, n, t.data(), t.lda(), vl.data(), vl.lda(), vr.data(), vr.lda(), n, &m,
+                         nullptr, &info, 1, 1);
+        REQUIRE(info == 0);
+        CAPTURE(digits);
+        CAPTURE(n);
+        CAPTURE(derivative);
+        for (Integer j = 1; j <= n; ++j) {
+          CAPTURE(j);
+          // Beside the first unit vector, to within the safe range, and its mirror image.
+          for (Integer i = 1; i <= n; ++i) {
+            CAPTURE(vl(i, j).to_string());
+            CHECK((i == 1 ? fabs(vr(i, j)) > QuarnFloat(0.5) : fabs(vr(i, j)) < QuarnFloat(1, -1000000)));
+            CHECK((i == n ? fabs(vl(i, j)) > QuarnFloat(0.5) : fabs(vl(i, j)) < QuarnFloat(1, -1000000)));
+          }
+        }
+      }
+    }
+  }
 }

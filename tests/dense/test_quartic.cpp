@@ -11,15 +11,18 @@
 
 namespace {
 
+using Entry = decltype(QuarnMP_c02alf_);
+
 struct Quartic {
   QuarnFloat zeror[4];
   QuarnFloat zeroi[4];
   QuarnFloat errest[4];
   Integer ifail;
 
-  Quartic(QuarnFloat e, QuarnFloat a, QuarnFloat b, QuarnFloat c, QuarnFloat d, Integer on_entry = 1)
+  Quartic(QuarnFloat e, QuarnFloat a, QuarnFloat b, QuarnFloat c, QuarnFloat d, Integer on_entry = 1,
+          Entry* entry = QuarnMP_c02alf_)
       : ifail(on_entry) {
-    QuarnMP_c02alf_(&e, &a, &b, &c, &d, zeror, zeroi, errest, &ifail);
+    entry(&e, &a, &b, &c, &d, zeror, zeroi, errest, &ifail);
   }
 };
 
@@ -61,7 +64,7 @@ TEST_CASE("zeros of random quartics made from two quadratics lie within their er
 namespace {
 
 /// The coefficients of lead (x - z1) (x - z2) (x - z3) (x - z4), exact at ten times the digits and then rounded.
-Quartic quartic_of(const QuarnFloat& lead, const std::vector<Complex>& zeros) {
+Quartic quartic_of(const QuarnFloat& lead, const std::vector<Complex>& zeros, Entry* entry) {
   std::vector<Complex> k{Complex(lead)};
   {
     const support::Digits exact(10 * QuarnDigits());
@@ -75,7 +78,7 @@ Quartic quartic_of(const QuarnFloat& lead, const std::vector<Complex>& zeros) {
   for (Complex& each : k) {
     each.re = each.re + 0;  // rounds
   }
-  return {k[0].re, k[1].re, k[2].re, k[3].re, k[4].re};
+  return {k[0].re, k[1].re, k[2].re, k[3].re, k[4].re, 1, entry};
 }
 
 /// The zero as a text of its two parts.
@@ -91,7 +94,11 @@ TEST_CASE("zeros of every kind lie within their estimates, and multiple ones hav
     int multiplicity;
     bool exhausting = false;
   };
-  for (const int digits : {16, 50, 200}) {
+  const std::pair<int, Entry*> runs[] = {{16, QuarnMP_c02alf_},  {50, QuarnMP_c02alf_},  {200, QuarnMP_c02alf_},
+                                         {16, QuarnMPX_c02alf_}, {50, QuarnMPX_c02alf_}, {200, QuarnMPX_c02alf_},
+                                         {600, QuarnMPX_c02alf_}};
+  for (const auto& [digits, entry] : runs) {
+    const bool full = entry == QuarnMPX_c02alf_;
     const support::Digits scope(digits);
     const Row rows[] = {
         {"Wilkinson", 1, {number("1"), number("2"), number("3"), number("4")}, 1},
@@ -114,9 +121,9 @@ TEST_CASE("zeros of every kind lie within their estimates, and multiple ones hav
       const std::string what = row.what;
       CAPTURE(what);
       CAPTURE(digits);
-      const Quartic found = quartic_of(row.lead, row.zeros);
+      const Quartic found = quartic_of(row.lead, row.zeros, entry);
       // A defective eigenvalue is approached linearly: at many digits the iterations may run out, and IFAIL says so.
-      REQUIRE(found.ifail == (row.exhausting && digits == 200 ? 3 : 0));
+      REQUIRE(found.ifail == (row.exhausting && !full && digits == 200 ? 3 : 0));
       if (found.ifail != 0) {
         continue;
       }
@@ -192,5 +199,30 @@ TEST_CASE("failures and their messages") {
     CHECK(quartic.ifail == row.ifail);
     CHECK(console.text() == row.message);
     CHECK(quartic.zeror[0] == 0);
+  }
+}
+
+TEST_CASE("the companion divides over the whole range") {
+  const support::Digits digits(40);
+  const auto full = [](const char* e, const char* d) {
+    return Quartic(QuarnFloat(e), 0, 0, 0, QuarnFloat(d), 1, QuarnMPX_c02alf_);
+  };
+  for (const int exponent : {-700000000, -320, 320, 700000000}) {
+    CAPTURE(exponent);
+    const Quartic found = full("1", ("-1e" + std::to_string(exponent)).c_str());
+    REQUIRE(found.ifail == 0);
+    const QuarnFloat unit(1, exponent / 4);
+    for (int j = 0; j < 4; ++j) {
+      CHECK(fabs(fabs(found.zeror[j] / unit) + fabs(found.zeroi[j] / unit) - 1) <= QuarnFloat(1, -37));
+      CHECK((found.errest[j] > 0 && found.errest[j] < unit * QuarnFloat(1, -37)));
+    }
+  }
+  CHECK(full("1e-600000000", "1e600000000").ifail == 2);
+  CHECK(full("inf", "1").ifail == 2);
+  CHECK(full("0", "nan").ifail == 1);
+  const support::Digits more(400);
+  const Quartic found(1, -10, 35, -50, 24, 1, QuarnMPX_c02alf_);
+  for (const QuarnFloat& error : found.errest) {
+    CHECK((error > 0 && error < QuarnFloat(1, -395)));
   }
 }

@@ -139,6 +139,11 @@ TEST_CASE("balancing and eigenvalues of bad elements, by both paths") {
       CHECK((info >= 0 && info <= kOrder && h.intact() && z.intact()));
       // What stands below the subdiagonal is no part of the matrix.
       CHECK((i <= j + 1 || info == 0));
+      h = filled<QuarnFloat>(hessenberg);
+      h(i, j) = bad;
+      QuarnMPX_f08pef_("S", "I", kOrder, 1, kOrder, h.data(), h.lda(), wr.data(), wi.data(), z.data(), z.lda(),
+                       work.data(), kOrder, &info, 1, 1);
+      CHECK(info == (i <= j + 1 ? i : 0));
     });
   }
 }
@@ -183,6 +188,9 @@ TEST_CASE("quartics with bad coefficients fail in one of their three ways, or so
         // An infinite coefficient cannot be divided by E; by an infinite E the others vanish.
         CHECK(ifail == (at == 0 ? 0 : 2));
       }
+      ifail = 1;
+      QuarnMPX_c02alf_(&k[0], &k[1], &k[2], &k[3], &k[4], out[0], out[1], out[2], &ifail);
+      CHECK(ifail == 2);
       for (const auto& each : out) {
         CHECK(each[4] == 77);
       }
@@ -195,6 +203,16 @@ TEST_CASE("norms of bad elements") {
     Matrix<QuarnFloat> a = filled<QuarnFloat>(well_conditioned);
     a(i, j) = bad;
     std::vector<QuarnFloat> work(kOrder);
+    for (const std::string letter : {"M", "1", "I", "F"}) {
+      CHECK(isnan(QuarnMPX_f06raf_(letter.c_str(), kOrder, kOrder, a.data(), a.lda(), work.data(), 1)) == isnan(bad));
+      CHECK(isnan(QuarnMPX_f06rmf_(letter.c_str(), kOrder, a.data(), a.lda(), work.data(), 1)) ==
+            (isnan(bad) && i <= j + 1));
+      Matrix<Complex> z = filled<Complex>(well_conditioned);
+      z(i, j).im = bad;
+      CHECK(isnan(QuarnMPX_f06uaf_(letter.c_str(), kOrder, kOrder, z.data(), z.lda(), work.data(), 1)) == isnan(bad));
+      CHECK(isnan(QuarnMPX_f06umf_(letter.c_str(), kOrder, z.data(), z.lda(), work.data(), 1)) ==
+            (isnan(bad) && i <= j + 1));
+    }
     // Comparisons pass over NaN as published; the sum of squares keeps it.
     CHECK(isnan(QuarnMP_f06raf_("F", kOrder, kOrder, a.data(), a.lda(), work.data(), 1)) == isnan(bad));
     for (const std::string letter : {"M", "1", "I", "F"}) {

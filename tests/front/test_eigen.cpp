@@ -113,6 +113,49 @@ TEST_CASE("condition numbers of a normal matrix and of one that is nearly defect
   }
   const EigenConditions bad = eigen_conditions(Matrix<Real>{{1, 1000}, {0, Real("1.001")}});
   CHECK(bad.value[0] < Real(1, -5));
+  Samples samples;
+  const Matrix<Real> a = samples.matrix<Real>(6, 6);
+  CHECK(eigenvalue_conditions(a).value == eigen_conditions(a).value);
+  CHECK(eigenvalue_conditions(a).vector.empty());
+}
+
+TEST_CASE("eigenvalue functions refuse what is not finite, wherever it stands; norms and roots keep a NaN") {
+  for (const char* bad : {"nan", "inf", "-inf"}) {
+    for (std::size_t i = 0; i < 3; ++i) {
+      for (std::size_t j = 0; j < 3; ++j) {
+        Matrix<Real> a = {{1, 2, 3}, {4, 5, 6}, {7, 8, 10}};
+        a(i, j) = Real(bad);
+        CHECK_THROWS_AS(eigenvalues(a), InvalidArgument);
+        CHECK_THROWS_AS(eigen(a), InvalidArgument);
+        CHECK_THROWS_AS(schur(a), InvalidArgument);
+        CHECK_THROWS_AS(eigenvalue_conditions(a), InvalidArgument);
+        for (const Norm kind : {Norm::largest, Norm::one, Norm::infinity, Norm::frobenius}) {
+          CHECK(isnan(norm(kind, a)) == isnan(Real(bad)));
+        }
+      }
+    }
+  }
+  const Complex root = sqrt(Complex(Real("nan"), Real(0)));
+  CHECK((isnan(root.re) && isnan(root.im)));
+}
+
+TEST_CASE("matrices of tiny and huge numbers, and chains of equal eigenvalues") {
+  for (const int exponent : {-999999990, -134217726, 134217726, 999999980}) {
+    const Real unit(1, exponent);
+    const std::vector<Complex> values = eigenvalues(Matrix<Real>{{1 * unit, 2 * unit}, {3 * unit, 4 * unit}});
+    const Real larger = (5 + sqrt(Real(33))) / 2;
+    CHECK(std::min(fabs(values[0].re / unit - larger), fabs(values[1].re / unit - larger)) < Real(1, -18));
+  }
+  Matrix<Real> shift(12, 12);
+  for (std::size_t i = 0; i + 1 < 12; ++i) {
+    shift(i, i + 1) = 1;
+  }
+  const EigenSystem system = eigen(shift);
+  for (std::size_t j = 0; j < 12; ++j) {
+    for (std::size_t i = 0; i < 12; ++i) {
+      CHECK((isfinite(system.right(i, j).re) && isfinite(system.left(i, j).re)));
+    }
+  }
 }
 
 TEST_CASE("zeros of a quartic") {

@@ -160,4 +160,8 @@ TEST_CASE("row weights undo the scaling of equations") {
   CHECK(LU<Real>::row_weighted(a).pivots()[0] == 1);
   const std::vector<Real> x = LU<Real>::row_weighted(a).solve(std::vector<Real>{Real(5, 30), 1});
   CHECK(x == std::vector<Real>{1, 2});
+  // Row numbers are numbers of the working precision.
+  const Digits one(1);
+  CHECK(LU<Real>::row_weighted(Matrix<Real>::identity(9)).pivots()[8] == 8);
+  CHECK_THROWS_AS(LU<Real>::row_weighted(Matrix<Real>::identity(11)), InvalidArgument);
 }

@@ -131,3 +131,13 @@ TEST_CASE("division") {
     CHECK(zi.to_string() == row.zi);
   }
 }
+
+TEST_CASE("a NaN part makes both parts of the companion's root NaN") {
+  const QuarnFloat nan("nan");
+  for (const auto& [re, im] : {std::pair(nan, QuarnFloat(0)), {QuarnFloat(-4), nan}, {nan, nan}}) {
+    QuarnFloat yr;
+    QuarnFloat yi;
+    QuarnMPX_a02aafn_(re, im, &yr, &yi);
+    CHECK((isnan(yr) && isnan(yi)));
+  }
+}

@@ -138,8 +138,8 @@ void double_shift_qr(Suite& suite, E... entries) {
   });
 }
 
-void balancing(Suite& suite) {
-  const auto entry = ENTRY(QuarnMP_f08nhf_);
+template <class... E>
+void balancing(Suite& suite, E... entries) {
   suite.cases(2.5, [&](Case& c) {
     if (c.kind == Kind::extreme) {
       return;  // takes 10^5 times as long as other numbers
@@ -153,15 +153,16 @@ void balancing(Suite& suite) {
           each = 0;
         }
       }
-      suite.run(entry, job, n, a, lda, Integer(-9), Integer(-9), std::vector<QuarnFloat>(std::size_t(lda)),
-                Integer(-99), 1);
+      (suite.run(entries, job, n, a, lda, Integer(-9), Integer(-9), std::vector<QuarnFloat>(std::size_t(lda)),
+                 Integer(-99), 1),
+       ...);
     }
   });
   suite.few_cases([&](Case& c) {
     const auto a = c.numbers<QuarnFloat>(16);
-    suite.run(entry, "X", Integer(2), a, Integer(2), Integer(0), Integer(0), a, Integer(-99), 1);
-    suite.run(entry, "B", Integer(-2), a, Integer(2), Integer(0), Integer(0), a, Integer(-99), 1);
-    suite.run(entry, "B", Integer(3), a, Integer(2), Integer(0), Integer(0), a, Integer(-99), 1);
+    (suite.run(entries, "X", Integer(2), a, Integer(2), Integer(0), Integer(0), a, Integer(-99), 1), ...);
+    (suite.run(entries, "B", Integer(-2), a, Integer(2), Integer(0), Integer(0), a, Integer(-99), 1), ...);
+    (suite.run(entries, "B", Integer(3), a, Integer(2), Integer(0), Integer(0), a, Integer(-99), 1), ...);
   });
 }
 
@@ -293,12 +294,14 @@ void dense(Suite& suite) {
 void eigenvalues(Suite& suite) {
   const auto qr = ENTRY(QuarnMP_f08pef_);
   const auto vectors = ENTRY(QuarnMP_f08qkf_);
-  balancing(suite);
-  hessenberg_qr(suite, qr, ENTRY(QuarnMP_dhseqr_), MASTER(QuarnMP_f08pef_ENTRY));
+  balancing(suite, ENTRY(QuarnMP_f08nhf_), ENTRY(QuarnMPX_f08nhf_), ENTRY(QuarnMPX_dgebal_));
+  hessenberg_qr(suite, qr, ENTRY(QuarnMP_dhseqr_), MASTER(QuarnMP_f08pef_ENTRY), ENTRY(QuarnMPX_f08pef_),
+                ENTRY(QuarnMPX_dhseqr_));
   double_shift_qr(suite, ENTRY(QuarnMP_f08pez_), ENTRY(QuarnMP_dlahqr_));
-  eigenvectors(suite, qr, vectors, ENTRY(QuarnMP_dtrevc_));
-  conditions(suite, qr, vectors, ENTRY(QuarnMP_f08qlf_), ENTRY(QuarnMP_dtrsna_));
-  quartic(suite, ENTRY(QuarnMP_c02alf_));
+  eigenvectors(suite, qr, vectors, ENTRY(QuarnMP_dtrevc_), ENTRY(QuarnMPX_f08qkf_), ENTRY(QuarnMPX_dtrevc_));
+  conditions(suite, qr, vectors, ENTRY(QuarnMP_f08qlf_), ENTRY(QuarnMP_dtrsna_), ENTRY(QuarnMPX_f08qlf_),
+             ENTRY(QuarnMPX_dtrsna_));
+  quartic(suite, ENTRY(QuarnMP_c02alf_), ENTRY(QuarnMPX_c02alf_));
 }
 
 }  // namespace digest

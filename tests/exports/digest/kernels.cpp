@@ -269,7 +269,9 @@ void kernels(Suite& suite) {
   triangular_systems<Complex>(suite, ENTRY(QuarnMP_f06zjf_), ENTRY(QuarnMP_ztrsm_), MASTER(QuarnMP_f06zjf_ENTRY));
   hermitian_update(suite, ENTRY(QuarnMP_f06zpf_), ENTRY(QuarnMP_zherk_), MASTER(QuarnMP_f06zpf_ENTRY));
   norms<QuarnFloat>(suite, ENTRY(QuarnMP_f06raf_), ENTRY(QuarnMP_f06rmf_));
+  norms<QuarnFloat>(suite, ENTRY(QuarnMPX_f06raf_), ENTRY(QuarnMPX_f06rmf_));
   norms<Complex>(suite, ENTRY(QuarnMP_f06uaf_), ENTRY(QuarnMP_f06umf_));
+  norms<Complex>(suite, ENTRY(QuarnMPX_f06uaf_), ENTRY(QuarnMPX_f06umf_));
 }
 
 }  // namespace digest
