@@ -5,9 +5,6 @@ include(CMakePackageConfigHelpers)
 
 set(TESK_LIBRARIES qrnfloat quarnc tesk2mp)
 set_target_properties(${TESK_LIBRARIES} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
-if(NOT WIN32)
-  set_target_properties(${TESK_LIBRARIES} PROPERTIES INSTALL_RPATH "$ORIGIN")
-endif()
 
 install(TARGETS ${TESK_LIBRARIES} EXPORT tesk2mp
   RUNTIME COMPONENT library
@@ -34,10 +31,8 @@ configure_file(cmake/tesk2mp.pc.in tesk2mp.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/tesk2mp.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT dev)
 
 if(TARGET quarn)
-  if(NOT WIN32)
-    file(RELATIVE_PATH libraries /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
-    set_target_properties(quarn PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries}")
-  endif()
+  file(RELATIVE_PATH libraries /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+  tesk_run_path(quarn . ${libraries})
   install(TARGETS quarn RUNTIME COMPONENT console)
   if(NOT CMAKE_CROSSCOMPILING)
     install(FILES ${PROJECT_BINARY_DIR}/quarn.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT console)

@@ -7,4 +7,6 @@ if(TESK_DOXYGEN)
     COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/reference
     COMMAND ${TESK_DOXYGEN} ${PROJECT_BINARY_DIR}/Doxyfile
     VERBATIM)
+else()
+  message(STATUS "Without the routine reference: apt install doxygen")
 endif()

@@ -12,6 +12,12 @@
 #include "quarn/quarnfloat.h"
 #include "tesk2mp/api.h"
 
+// Numbers are returned by value: both sides are C++, which C linkage alone does not tell clang.
+#if defined(__clang__)
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
+#endif
+
 extern "C" {
 
 // Level 1: a count below 1 does nothing -----------------------------------------------------------------------------
@@ -534,3 +540,7 @@ TESK2MP_API QuarnFloat QuarnMPX_f06umf_(const char* norm, Integer n, Complex* a,
                                         int norm_length);
 /// @}
 }
+
+#if defined(__clang__)
+#pragma clang diagnostic pop
+#endif

@@ -29,6 +29,12 @@
 #include "quarn/quarnfloat.h"
 #include "tesk2mp/api.h"
 
+// Numbers are returned by value: both sides are C++, which C linkage alone does not tell clang.
+#if defined(__clang__)
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
+#endif
+
 extern "C" {
 
 /// @defgroup g05kaf the next random number
@@ -74,3 +80,7 @@ TESK2MP_API QuarnFloat QuarnMPX_g05kazn_(Integer igen, Integer* iseed);
 TESK2MP_API void QuarnMP_g05kbx_(Integer* igen, Integer* iseed);
 /// @}
 }
+
+#if defined(__clang__)
+#pragma clang diagnostic pop
+#endif

@@ -55,6 +55,12 @@
 #include "tesk2mp/sparse.h"
 #include "tesk2mp/util.h"
 
+// Numbers are returned by value: both sides are C++, which C linkage alone does not tell clang.
+#if defined(__clang__)
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
+#endif
+
 extern "C" {
 
 // Frame ----------------------------------------------------------------------------------------------------------
@@ -242,3 +248,7 @@ TESK2MP_API void QuarnMP_a02acfn_(QuarnFloat xr, QuarnFloat xi, QuarnFloat yr, Q
                                   QuarnFloat* zi);
 /// @}
 }
+
+#if defined(__clang__)
+#pragma clang diagnostic pop
+#endif

@@ -242,7 +242,7 @@ bool divide(typename R::Limb* quotient, const typename R::Limb* a, std::size_t n
     divide_schoolbook<R>(quotient, remainder.data(), na, b, nb, work.data());
     return !all_zero<R>(remainder.data() + (na - nb), nb);
   }
-  const auto way = [small](auto... arguments) {
+  const auto way = [&](auto... arguments) {
     if constexpr (kHasDigitwise<R>) {
       if (small) {
         return newton::divide_digitwise<R>(arguments...);

@@ -25,6 +25,17 @@ SUNSPOTS = os.path.join(DATA, "sunspots.csv")
 Outcome = subprocess.CompletedProcess
 
 
+def open_terminal():
+    """Both ends of a pseudo-terminal."""
+    import pty  # which Windows does not have
+
+    try:
+        return pty.openpty()
+    except OSError as error:
+        raise AssertionError(f"this test needs a pseudo-terminal, and there is none ({error.strerror}): "
+                             "mount -t devpts devpts /dev/pts -o ptmxmode=666") from error
+
+
 def run(*arguments, stdin="", **options) -> Outcome:
     """quarn with the arguments; texts in, texts out. Results have plain newlines on every system, messages the system's."""
     done = subprocess.run([*COMMAND, *arguments], input=stdin.encode(), capture_output=True, timeout=120, **options)

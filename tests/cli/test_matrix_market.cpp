@@ -141,15 +141,15 @@ TEST_CASE("the array format goes column by column, of symmetric matrices from th
       {"complex hermitian", "1 0\n2 3\n4 -0\n", "1 2+3i 2-3i 4"},
       {"complex symmetric", "1 1\n2 3\n4 0\n", "1+1i 2+3i 2+3i 4"},
   };
-  for (const auto& [kind, values, elements] : cases) {
-    CAPTURE(kind);
-    const DenseMatrix matrix =
-        cli::dense(cli::parse_matrix(std::string("%%MatrixMarket matrix array ") + kind + "\n2 2\n" + values, "F"));
+  for (const auto& each : cases) {
+    CAPTURE(each.kind);
+    const DenseMatrix matrix = cli::dense(
+        cli::parse_matrix(std::string("%%MatrixMarket matrix array ") + each.kind + "\n2 2\n" + each.values, "F"));
     std::string text;
     for (const Complex& value : matrix.values) {
       text += (text.empty() ? "" : " ") + cli::complex_text(value);
     }
-    CHECK(text == elements);
+    CHECK(text == each.elements);
   }
 }
 

@@ -19,12 +19,12 @@ TEST_CASE("complex numbers are read with either part missing") {
       {"1e5i", 0, 1e5}, {"1.e1-.5j", 10, -0.5},
   };
   const support::Digits digits(20);
-  for (const auto& [text, re, im] : cases) {
-    CAPTURE(text);
-    REQUIRE(cli::is_complex_number(text));
-    const Complex value = cli::to_complex_number(text);
-    CHECK(FloatToDouble(value.re) == re);
-    CHECK(FloatToDouble(value.im) == im);
+  for (const auto& each : cases) {
+    CAPTURE(each.text);
+    REQUIRE(cli::is_complex_number(each.text));
+    const Complex value = cli::to_complex_number(each.text);
+    CHECK(FloatToDouble(value.re) == each.re);
+    CHECK(FloatToDouble(value.im) == each.im);
   }
   for (const char* text : {"", "+", "ii", "i2", "1+", "1++i", "1 + i", "1+2", "e5i", "1e+i", "1i+2", "nan", "1-e2i"}) {
     CAPTURE(text);

@@ -1,12 +1,11 @@
 """Progress lines: at a terminal alone, after their delay, gone at the end, and not with --quiet."""
 
 import os
-import pty
 import re
 import subprocess
 import unittest
 
-from console import COMMAND, DATA, run_well
+from console import COMMAND, DATA, open_terminal, run_well
 
 # Some hundred milliseconds of work each, beside a delay of one.
 ORDER = 120
@@ -22,7 +21,7 @@ CURSOR = re.compile(r"\x1b\[\?25[lh]")
 
 class Progress(unittest.TestCase):
     def errors_at_a_terminal(self, delay, *arguments):
-        primary, secondary = pty.openpty()
+        primary, secondary = open_terminal()
         with subprocess.Popen([*COMMAND, *arguments], stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, stderr=secondary,
                               env={**os.environ, "QUARN_PROGRESS_DELAY": delay}) as process:
             os.close(secondary)

@@ -2,7 +2,6 @@
 
 import glob
 import os
-import pty
 import random
 import re
 import subprocess
@@ -11,7 +10,7 @@ import unittest
 from decimal import Decimal, localcontext
 from fractions import Fraction
 
-from console import COMMAND, not_emulated, run, run_well
+from console import COMMAND, not_emulated, open_terminal, run, run_well
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 
@@ -147,7 +146,7 @@ class Terminal(unittest.TestCase):
     def test_prompt_history_and_faults(self):
         with tempfile.TemporaryDirectory() as folder:
             history = os.path.join(folder, "history")
-            primary, secondary = pty.openpty()
+            primary, secondary = open_terminal()
             with subprocess.Popen([*COMMAND, "repl"], stdin=secondary, stdout=secondary, stderr=secondary, close_fds=True,
                                   env={**os.environ, "QUARN_HISTORY": history, "TERM": "dumb"}) as process:
                 os.close(secondary)

@@ -89,6 +89,10 @@ class Consumer(unittest.TestCase):
         printed = run("/usr/bin/python3", "-c", program, env=environment(PYTHONPATH=modules, PYTHONDONTWRITEBYTECODE=1))
         self.assertEqual(printed.split(), [str(modules / "tesk2mp/__init__.py"), "0.1", "0.6"])
 
+    def check_binaries(self, *folders):
+        """No file looks for libraries in the current folder, and all are hardened."""
+        run(sys.executable, TOP / "tests/binaries/binaries.py", "--hardened", *folders)
+
 
 class Linux(Consumer):
     def setUp(self):
@@ -99,6 +103,7 @@ class Linux(Consumer):
     def test_installed_tree(self):
         prefix = empty_folder(self.folder / "tree")
         run("cmake", "--install", OPTIONS.release, "--prefix", prefix)
+        self.check_binaries(prefix)
         self.check_cmake(prefix, self.folder / "consumer")
         self.check_pkg_config(prefix, self.folder / "consumer-pkg")
         self.check_console(prefix)
@@ -178,6 +183,7 @@ class Windows(Consumer):
         with zipfile.ZipFile(archive) as contents:
             contents.extractall(unpacked)
         prefix = unpacked / archive.stem
+        self.check_binaries(prefix)
         self.check_cmake(
             prefix,
             folder / "consumer",

@@ -103,7 +103,12 @@ struct Sixteen {
 
 template <class Side>
 void compare_level_2(support::Random& random) {
-  for (const auto& [m, n, incx, incy] : {std::tuple(4, 4, 1, 1), {5, 3, -2, 1}, {3, 6, 2, -3}}) {
+  const int shapes[][4] = {{4, 4, 1, 1}, {5, 3, -2, 1}, {3, 6, 2, -3}};
+  for (const int* shape : shapes) {
+    const int m = shape[0];
+    const int n = shape[1];
+    const int incx = shape[2];
+    const int incy = shape[3];
     const int lda = m + 1;
     for (const char* trans = Side::kTransposes; *trans != '\0'; ++trans) {
       Both<Side> a(random, lda * n);
@@ -223,7 +228,9 @@ void compare_norms(support::Random& random) {
 
 template <class Side>
 void compare_lu(support::Random& random) {
-  for (const auto& [m, n] : {std::pair(1, 1), {7, 7}, {9, 4}, {4, 9}, {30, 30}}) {
+  for (const auto& shape : {std::pair(1, 1), {7, 7}, {9, 4}, {4, 9}, {30, 30}}) {
+    const int m = shape.first;
+    const int n = shape.second;
     const int lda = m + 2;
     Both<Side> a(random, lda * n);
     if (m == 7) {
@@ -248,7 +255,9 @@ void compare_lu(support::Random& random) {
 }  // namespace
 
 TEST_CASE_FIXTURE(Sixteen, "level 1 against the reference") {
-  for (const auto& [x, y] : {std::pair(3.0, 4.0), {-4.0, 3.0}, {0.0, 2.0}, {2.0, 0.0}, {0.0, 0.0}, {-1.5, -1.5}}) {
+  for (const auto& pair : {std::pair(3.0, 4.0), {-4.0, 3.0}, {0.0, 2.0}, {2.0, 0.0}, {0.0, 0.0}, {-1.5, -1.5}}) {
+    const double x = pair.first;
+    const double y = pair.second;
     QuarnFloat a = x;
     QuarnFloat b = y;
     QuarnFloat c;

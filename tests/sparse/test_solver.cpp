@@ -261,15 +261,15 @@ TEST_CASE("the norm of the matrix is estimated from below and closely") {
     } const cases[] = {{"1", one / 3, one},
                        {"I", infinity / 3, infinity},
                        {"2", one / sqrt(QuarnFloat(system.n)), sqrt(one * infinity)}};
-    for (const auto& [norm, least, most] : cases) {
-      INFO(system.name, ", norm ", norm);
+    for (const auto& each : cases) {
+      INFO(system.name, ", norm ", each.norm);
       Setup setup{"CGS"};
-      setup.norm = norm;
+      setup.norm = each.norm;
       setup.maxitn = 1;
       Caller caller(system, setup, Numbers(std::size_t(system.n), QuarnFloat(1)));
       caller.finish();
-      CHECK(caller.anorm >= least);
-      CHECK(caller.anorm <= most * QuarnFloat("1.0000000001"));
+      CHECK(caller.anorm >= each.least);
+      CHECK(caller.anorm <= each.most * QuarnFloat("1.0000000001"));
       CHECK(caller.transposed_products <= 9);
     }
   }

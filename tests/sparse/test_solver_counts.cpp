@@ -186,15 +186,15 @@ TEST_CASE("iteration counts are those of the published methods") {
   for (const System& system : all) {
     const Numbers b = system.times(Numbers(std::size_t(system.n), QuarnFloat(1)));
     const Problem problem = in_doubles(system, b, 1e-8);
-    for (const auto& [method, count] : methods) {
-      INFO(system.name, ", ", method.method, " ", int(method.m));
-      Setup setup = method;
+    for (const auto& each : methods) {
+      INFO(system.name, ", ", each.setup.method, " ", int(each.setup.m));
+      Setup setup = each.setup;
       setup.tol = QuarnFloat("1e-8");
       setup.anorm = one_norm(system);
       Caller caller(system, setup, b);
       caller.finish();
       CHECK(caller.ifail == 0);
-      const int expected = count(problem);
+      const int expected = each.count(problem);
       CHECK(expected < problem.most);
       CHECK(std::abs(int(caller.itn) - expected) <= 1);
     }

@@ -296,8 +296,9 @@ TEST_CASE("F11BEF: wrong arguments, and calls out of turn") {
   // Nothing is lost: the right value goes on. A = I gives the solution at once.
   irevcm = 1;
   v = u;
-  for (int calls = 0; irevcm != 4; ++calls) {
-    REQUIRE(calls < 20);
+  int calls = 0;
+  while (irevcm != 4) {
+    REQUIRE(++calls <= 20);
     CHECK(call(1000).ifail == 0);
     if (irevcm == 1) {
       v = u;
