@@ -2,10 +2,15 @@
 add_library(tesk_options INTERFACE)
 target_include_directories(tesk_options INTERFACE ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR})
 target_compile_options(tesk_options INTERFACE -Wall -Wextra -Wshadow -Wnon-virtual-dtor)
-# GCC 12 sees overlapping copies in the additions of std::string where there are none (its bug 105651). Clang warns of numbers returned
-# through C linkage; both sides are C++.
+# GCC 12 sees overlapping copies in the additions of std::string where there are none (its bug 105651). Clang warns of
+# numbers returned through C linkage; both sides are C++.
 target_compile_options(tesk_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
                                               $<$<CXX_COMPILER_ID:Clang>:-Wno-return-type-c-linkage>)
+# Doubles are converted exactly, with their zeros, infinities and NaNs, whatever the flags say of speed.
+if("${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_RELEASE}" MATCHES "-ffast-math|-Ofast")
+  add_compile_options(-fno-fast-math)
+  add_link_options(-fno-fast-math)
+endif()
 if(QUARN_LIMB_BITS)
   target_compile_definitions(tesk_options INTERFACE QUARN_LIMB_BITS=${QUARN_LIMB_BITS})
 endif()

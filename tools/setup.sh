@@ -20,15 +20,18 @@ need_packages() {
   local as_root=()
   if [ "$(id -u)" != 0 ]; then
     if ! command -v sudo >/dev/null; then
-      echo "missing Debian packages: ${missing[*]}" >&2
+      echo "packages are missing; as root: apt-get install ${missing[*]}" >&2
       return 1
     fi
     as_root=(sudo)
   fi
   echo "installing ${missing[*]}" >&2
-  "${as_root[@]}" apt-get -q update >&2 </dev/null &&
+  if ! { "${as_root[@]}" apt-get -q update >&2 </dev/null &&
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y --no-install-recommends install \
-      "${missing[@]}" >&2 </dev/null
+      "${missing[@]}" >&2 </dev/null; }; then
+    echo "packages could not be installed (is there a network?); by hand: ${as_root[*]:+sudo }apt-get install ${missing[*]}" >&2
+    return 1
+  fi
 }
 
 # Recompiling what has not changed is not worth anyone's time where a compiler cache is at hand.
