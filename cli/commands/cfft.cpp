@@ -3,9 +3,9 @@
 #include <limits>
 #include <utility>
 
-#include "cli/commands/commands.h"
 #include "cli/commands/failure.h"
 #include "cli/commands/library_call.h"
+#include "cli/commands/options.h"
 #include "cli/commands/ranking.h"
 #include "cli/io/matrix_input.h"
 #include "cli/io/matrix_output.h"
@@ -22,7 +22,7 @@ struct CfftOptions {
   std::string input;
   std::string column;
   std::string shape;
-  int dimension = 0;  // 0: all
+  Integer dimension = 0;  // 0: all
   bool backward = false;
   bool classic = false;
   OutputOptions output;
@@ -263,23 +263,25 @@ Examples:
   quarn cfft --backward spectrum.mtx --digits 40 --format mtx
   quarn cfft numbers.csv --shape 4x6x5 --dim 2 --format csv)";
 
-}  // namespace
-
-void add_cfft(CLI::App& app, Session& session) {
-  CLI::App* command = app.add_subcommand("cfft", "Fourier transform of complex numbers, in any number of dimensions");
+void declare(Command& command) {
   auto options = std::make_shared<CfftOptions>();
-  command->add_option("FILE", options->input, "the data; - is standard input")->required()->type_name("");
-  command->add_option("--column", options->column, "name or number of the one column to take")->type_name("NAME");
-  command->add_option("--shape", options->shape, "the extents of the array, such as 4x6x5")->type_name("SHAPE");
-  command->add_option("--dim", options->dimension, "the one dimension to transform, from 1")->type_name("L");
-  command->add_flag("--inverse,--backward", options->backward, "the inverse transform, from a spectrum back");
-  command->add_flag("--classic", options->classic,
-                    "use the classic entry, whose constants are doubles (about 16 digits at any precision)");
-  add_digits_option(*command, session);
-  add_output_options(*command, options->output, Forms::matrix);
-  add_plot_option(*command, options->output);
-  command->footer(kFooter);
-  command->callback([&session, options] { session.work = [options] { run_cfft(*options); }; });
+  command.argument("FILE", options->input, "the data; - is standard input");
+  command.text("--column", "NAME", options->column, "name or number of the one column to take");
+  command.text("--shape", "SHAPE", options->shape, "the extents of the array, such as 4x6x5");
+  command.number("--dim", "L", options->dimension, std::numeric_limits<Integer>::min(),
+                 std::numeric_limits<Integer>::max(), "the one dimension to transform, from 1");
+  command.flag("--inverse,--backward", options->backward, "the inverse transform, from a spectrum back");
+  command.flag("--classic", options->classic,
+               "use the classic entry, whose constants are doubles (about 16 digits at any precision)");
+  command.add_digits();
+  add_output_options(command, options->output, Forms::matrix);
+  add_plot_option(command, options->output);
+  command.work = [options] { run_cfft(*options); };
 }
+
+const Registered kCommand(20, "cfft", "Fourier transform of complex numbers, in any number of dimensions", kFooter,
+                          declare);
+
+}  // namespace
 
 }  // namespace cli

@@ -1,7 +1,7 @@
 // quarn chol: the Cholesky factorisation of a dense Hermitian positive definite matrix.
-#include "cli/commands/commands.h"
 #include "cli/commands/dense.h"
 #include "cli/commands/failure.h"
+#include "cli/commands/options.h"
 #include "cli/io/matrix_output.h"
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
@@ -61,18 +61,18 @@ Examples:
   quarn chol examples/bcsstk01.mtx --digits 40 --output factor.mtx
   printf '4 2\n2 5\n' | quarn chol - --upper)";
 
-}  // namespace
-
-void add_chol(CLI::App& app, Session& session) {
-  CLI::App* command = app.add_subcommand("chol", "factorise a positive definite matrix, A = L L^H");
+void declare(Command& command) {
   auto options = std::make_shared<CholOptions>();
-  command->add_option("MATRIX", options->matrix, "the matrix; - is standard input")->required()->type_name("");
-  command->add_flag("--upper", options->upper, "write U of A = U^H U");
-  add_digits_option(*command, session);
-  add_output_options(*command, options->output, Forms::matrix);
-  add_plot_option(*command, options->output);
-  command->footer(kFooter);
-  command->callback([&session, options] { session.work = [options] { run_chol(*options); }; });
+  command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
+  command.flag("--upper", options->upper, "write U of A = U^H U");
+  command.add_digits();
+  add_output_options(command, options->output, Forms::matrix);
+  add_plot_option(command, options->output);
+  command.work = [options] { run_chol(*options); };
 }
+
+const Registered kCommand(100, "chol", "factorise a positive definite matrix, A = L L^H", kFooter, declare);
+
+}  // namespace
 
 }  // namespace cli

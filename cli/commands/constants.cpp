@@ -1,5 +1,5 @@
 // quarn constants: the machine constants at the working precision.
-#include "cli/commands/commands.h"
+#include "cli/commands/options.h"
 #include "tesk2mp/tesk2mp.h"
 
 namespace cli {
@@ -41,15 +41,17 @@ Result list_constants() {
   return result;
 }
 
-}  // namespace
+constexpr const char* kFooter = "Example:\n  quarn constants --digits 100";
 
-void add_constants(CLI::App& app, Session& session) {
-  CLI::App* command = app.add_subcommand("constants", "show the machine constants at the working precision");
+void declare(Command& command) {
   auto options = std::make_shared<OutputOptions>();
-  add_digits_option(*command, session);
-  add_output_options(*command, *options);
-  command->footer("Example:\n  quarn constants --digits 100");
-  command->callback([&session, options] { session.work = [options] { deliver(list_constants(), *options); }; });
+  command.add_digits();
+  add_output_options(command, *options);
+  command.work = [options] { deliver(list_constants(), *options); };
 }
+
+const Registered kCommand(30, "constants", "show the machine constants at the working precision", kFooter, declare);
+
+}  // namespace
 
 }  // namespace cli

@@ -1,19 +1,24 @@
 // quarn details: the library's account of itself.
-#include "cli/commands/commands.h"
 #include "cli/commands/library_call.h"
+#include "cli/commands/options.h"
 #include "cli/io/output.h"
 #include "tesk2mp/tesk2mp.h"
 
 namespace cli {
 
-void add_details(CLI::App& app, Session& session) {
-  CLI::App* command = app.add_subcommand("details", "show the implementation details of the library");
+namespace {
+
+constexpr const char* kFooter = "Example:\n  quarn details";
+
+void declare(Command& command) {
   auto file = std::make_shared<std::string>();
-  add_digits_option(*command, session);
-  add_output_file_option(*command, *file);
-  command->footer("Example:\n  quarn details");
-  command->callback(
-      [&session, file] { session.work = [file] { write_output(console_text_of(QuarnMP_a00aafn_), *file); }; });
+  command.add_digits();
+  add_output_file_option(command, *file);
+  command.work = [file] { write_output(console_text_of(QuarnMP_a00aafn_), *file); };
 }
+
+const Registered kCommand(160, "details", "show the implementation details of the library", kFooter, declare);
+
+}  // namespace
 
 }  // namespace cli

@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <numeric>
 
-#include "cli/commands/commands.h"
 #include "cli/commands/dense.h"
 #include "cli/commands/failure.h"
+#include "cli/commands/options.h"
 #include "cli/commands/ranking.h"
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
@@ -149,19 +149,19 @@ Examples:
   printf '0 1\n-1 0\n' | quarn eig - --vectors
   quarn eig matrix.csv --condition --format csv)";
 
-}  // namespace
-
-void add_eig(CLI::App& app, Session& session) {
-  CLI::App* command = app.add_subcommand("eig", "eigenvalues and eigenvectors of a real matrix");
+void declare(Command& command) {
   auto options = std::make_shared<EigOptions>();
-  command->add_option("MATRIX", options->matrix, "the matrix; - is standard input")->required()->type_name("");
-  command->add_flag("--vectors", options->vectors, "eigenvectors as well");
-  command->add_flag("--condition", options->condition, "how sensitive the eigenvalues are");
-  add_digits_option(*command, session);
-  add_output_options(*command, options->output);
-  add_plot_option(*command, options->output);
-  command->footer(kFooter);
-  command->callback([&session, options] { session.work = [options] { run_eig(*options); }; });
+  command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
+  command.flag("--vectors", options->vectors, "eigenvectors as well");
+  command.flag("--condition", options->condition, "how sensitive the eigenvalues are");
+  command.add_digits();
+  add_output_options(command, options->output);
+  add_plot_option(command, options->output);
+  command.work = [options] { run_eig(*options); };
 }
+
+const Registered kCommand(120, "eig", "eigenvalues and eigenvectors of a real matrix", kFooter, declare);
+
+}  // namespace
 
 }  // namespace cli

@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <limits>
 
-#include "cli/commands/commands.h"
 #include "cli/commands/failure.h"
 #include "cli/commands/library_call.h"
+#include "cli/commands/options.h"
 #include "cli/io/sequence.h"
 #include "cli/plot/plot.h"
 #include "cli/system/memory.h"
@@ -219,24 +219,21 @@ Examples:
   quarn fft --inverse spectrum.csv --digits 40
   seq 1 100 | quarn fft - --format json)";
 
-}  // namespace
-
-void add_fft(CLI::App& app, Session& session) {
-  CLI::App* command = app.add_subcommand("fft", "Fourier transform of a real sequence");
+void declare(Command& command) {
   auto options = std::make_shared<FftOptions>();
-  command->add_option("FILE", options->input, "the data; - is standard input")->required()->type_name("");
-  command->add_option("--column", options->column, "name or number of the column (default: the last numeric one)")
-      ->type_name("NAME");
-  command->add_flag("--inverse,--backward", options->inverse, "the inverse transform, from a spectrum back");
-  command->add_flag("--classic", options->classic,
-                    "use the classic entry, whose constants are doubles (about 16 digits at any precision)");
-  add_digits_option(*command, session);
-  add_output_options(*command, options->output);
-  add_plot_option(*command, options->output);
-  command->footer(kFooter);
-  command->callback([&session, options] {
-    session.work = [options] { options->inverse ? run_inverse(*options) : run_forward(*options); };
-  });
+  command.argument("FILE", options->input, "the data; - is standard input");
+  command.text("--column", "NAME", options->column, "name or number of the column (default: the last numeric one)");
+  command.flag("--inverse,--backward", options->inverse, "the inverse transform, from a spectrum back");
+  command.flag("--classic", options->classic,
+               "use the classic entry, whose constants are doubles (about 16 digits at any precision)");
+  command.add_digits();
+  add_output_options(command, options->output);
+  add_plot_option(command, options->output);
+  command.work = [options] { options->inverse ? run_inverse(*options) : run_forward(*options); };
 }
+
+const Registered kCommand(10, "fft", "Fourier transform of a real sequence", kFooter, declare);
+
+}  // namespace
 
 }  // namespace cli

@@ -1,9 +1,9 @@
 // quarn lu: the LU factorisation of a dense matrix.
 #include <algorithm>
 
-#include "cli/commands/commands.h"
 #include "cli/commands/dense.h"
 #include "cli/commands/failure.h"
+#include "cli/commands/options.h"
 #include "cli/commands/ranking.h"
 #include "cli/io/matrix_output.h"
 #include "cli/plot/plot.h"
@@ -125,21 +125,20 @@ Examples:
   printf '2 1\n1 3\n' | quarn lu - --part l
   quarn lu matrix.csv --part p)";
 
-}  // namespace
-
-void add_lu(CLI::App& app, Session& session) {
-  CLI::App* command = app.add_subcommand("lu", "factorise a dense matrix, A = P L U; determinant");
+void declare(Command& command) {
   auto options = std::make_shared<LuOptions>();
-  command->add_option("MATRIX", options->matrix, "the matrix; - is standard input")->required()->type_name("");
-  command->add_option("--part", options->part, "what to write: factors (default, both in one), l, u, p (row order)")
-      ->type_name("WHAT")
-      ->check(one_of(kParts));
-  command->add_flag("--weighted", options->weighted, "choose pivots relative to the sizes of rows");
-  add_digits_option(*command, session);
-  add_output_options(*command, options->output, Forms::matrix);
-  add_plot_option(*command, options->output);
-  command->footer(kFooter);
-  command->callback([&session, options] { session.work = [options] { run_lu(*options); }; });
+  command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
+  command.choice("--part", "WHAT", options->part, kParts,
+                 "what to write: factors (default, both in one), l, u, p (row order)");
+  command.flag("--weighted", options->weighted, "choose pivots relative to the sizes of rows");
+  command.add_digits();
+  add_output_options(command, options->output, Forms::matrix);
+  add_plot_option(command, options->output);
+  command.work = [options] { run_lu(*options); };
 }
+
+const Registered kCommand(90, "lu", "factorise a dense matrix, A = P L U; determinant", kFooter, declare);
+
+}  // namespace
 
 }  // namespace cli

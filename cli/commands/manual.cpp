@@ -46,31 +46,14 @@ when standard error is no terminal, and not with --quiet. The environment variab
 QUARN_PROGRESS_DELAY sets another time to the first line, in milliseconds.)"},
 }};
 
-std::vector<CLI::App*> commands_of(CLI::App& app) {
-  return app.get_subcommands([](CLI::App*) { return true; });
-}
+// What every command has beside its own options.
+const Option kHelp{"-h,--help", "", "show this page"};
+const Option kVersion{"--version", "", "show the version"};
 
-std::vector<CLI::Option*> options_of(CLI::App& command, bool positional) {
-  return command.get_options([positional](CLI::Option* option) { return option->get_positional() == positional; });
-}
-
-std::string value_of(const CLI::Option& option) {
-  const bool takes = option.get_items_expected_max() > 0;
-  return takes ? " " + option.get_type_name() : "";
-}
-
-// The words that an option takes, which its validator is named by: "text|csv|json"; empty when they are free.
-std::string words_of(CLI::Option& option) {
-  try {
-    std::string words = option.get_validator(0)->get_name();
-    if (words.find('|') == std::string::npos) {
-      return {};
-    }
-    std::replace(words.begin(), words.end(), '|', ' ');
-    return words;
-  } catch (const CLI::OptionNotFound&) {
-    return {};
-  }
+// The name of an option alone: the first with two dashes.
+std::string long_name(const Option& option) {
+  const std::size_t start = option.name.find("--");
+  return option.name.substr(start, option.name.find(',', start) - start);
 }
 
 // Text for roff: no line starts a request, and signs stay the plain characters that people type.
@@ -89,27 +72,27 @@ std::string roff(const std::string& text) {
 
 std::string as_it_stands(const std::string& text) { return ".PP\n.nf\n" + roff(text) + "\n.fi\n"; }
 
-std::string option_entry(const CLI::Option& option) {
-  const std::string name = option.get_positional() ? option.get_name(true) : option.get_name(false, true);
-  return ".TP\n.B " + roff(name + (option.get_positional() ? "" : value_of(option))) + "\n" +
-         roff(option.get_description()) + "\n";
+std::string option_entry(const Option& option) {
+  const std::string name = option.name + (option.value.empty() ? "" : " " + option.value);
+  return ".TP\n.B " + roff(name) + "\n" + roff(option.description) + "\n";
 }
 
-// The options that every command has are told once.
-std::string command_section(const CLI::App& app, CLI::App& command) {
-  std::string usage = "quarn " + command.get_name() + " [OPTIONS]";
-  for (const CLI::Option* option : options_of(command, true)) {
-    usage += option->get_required() ? " " + option->get_name(true) : " [" + option->get_name(true) + "]";
-  }
-  std::string text = ".SS " + roff(usage) + "\n" + roff(command.get_description()) + "\n";
-  for (const bool positional : {true, false}) {
-    for (const CLI::Option* option : options_of(command, positional)) {
-      if (positional || app.get_option_no_throw("--" + option->get_lnames().front()) == nullptr) {
-        text += option_entry(*option);
-      }
+// The options that every command has stand in a section of their own.
+std::string command_section(const Program& program, const Command& command) {
+  std::string usage = "quarn " + command.name + " [OPTIONS]";
+  std::string arguments;
+  std::string options;
+  for (const Option& option : command.options) {
+    const auto same = [&](const Option& other) { return other.name == option.name; };
+    if (option.positional()) {
+      usage += option.required ? " " + option.name : " [" + option.name + "]";
+      arguments += option_entry(option);
+    } else if (std::none_of(program.whole.options.begin(), program.whole.options.end(), same)) {
+      options += option_entry(option);
     }
   }
-  return text + as_it_stands(command.get_footer());
+  return ".SS " + roff(usage) + "\n" + roff(command.purpose) + "\n" + arguments + options +
+         as_it_stands(command.footer);
 }
 
 std::string capital(std::string text) {
@@ -142,20 +125,20 @@ std::string list_of_topics() {
   return list;
 }
 
-std::string manual_page(CLI::App& app) {
+std::string manual_page(const Program& program) {
   std::string text = ".TH QUARN 1 \"\" \"quarn " QUARN_VERSION "\" \"User Commands\"\n.SH NAME\nquarn \\- " +
                      roff("numerical routines in arbitrary decimal precision") +
                      "\n.SH SYNOPSIS\n.B quarn\n.I COMMAND\n[OPTIONS] [FILES]\n.SH DESCRIPTION\n" +
                      roff(
                          "The routines of Tesk MP at the command line: files of numbers in, results out, no digit "
                          "lost on the way.") +
-                     "\n.SH OPTIONS\n";
-  for (const CLI::Option* option : options_of(app, false)) {
-    text += option_entry(*option);
+                     "\n.SH OPTIONS\n" + option_entry(kVersion) + option_entry(kHelp);
+  for (const Option& option : program.whole.options) {
+    text += option_entry(option);
   }
   text += ".SH COMMANDS\n";
-  for (CLI::App* command : commands_of(app)) {
-    text += command_section(app, *command);
+  for (const Command& command : program.commands) {
+    text += command_section(program, command);
   }
   for (const Topic& topic : kTopics) {
     text += ".SH " + roff(capital(topic.title)) + "\n" + as_it_stands(topic.text);
@@ -163,30 +146,29 @@ std::string manual_page(CLI::App& app) {
   return text;
 }
 
-std::string bash_completion(CLI::App& app) {
+std::string bash_completion(const Program& program) {
   std::vector<std::string> names;
   std::string cases;
   std::string words;
-  for (CLI::App* command : commands_of(app)) {
-    std::vector<std::string> options;
-    for (CLI::Option* option : options_of(*command, false)) {
-      const std::string name = "--" + option->get_lnames().front();
-      options.push_back(name);
-      if (const std::string choices = words_of(*option); !choices.empty()) {
-        words += choices_of(command->get_name(), name, choices);
+  for (const Command& command : program.commands) {
+    std::vector<std::string> options = {long_name(kHelp)};
+    for (const Option& option : command.options) {
+      if (!option.positional()) {
+        options.push_back(long_name(option));
+        words += option.words.empty() ? "" : choices_of(command.name, options.back(), joined(option.words));
       }
     }
-    names.push_back(command->get_name());
-    cases += "    " + command->get_name() + ") options='" + joined(options) + "' ;;\n";
+    names.push_back(command.name);
+    cases += "    " + command.name + ") options='" + joined(options) + "' ;;\n";
   }
   std::string subjects = joined(names);
   for (const Topic& topic : kTopics) {
     subjects += std::string(" ") + topic.name;
   }
   words += choices_of("help", "help", subjects);
-  std::vector<std::string> common;
-  for (const CLI::Option* option : options_of(app, false)) {
-    common.push_back("--" + option->get_lnames().front());
+  std::vector<std::string> common = {long_name(kVersion), long_name(kHelp)};
+  for (const Option& option : program.whole.options) {
+    common.push_back(long_name(option));
   }
   return R"(# Completion of quarn's sub-commands and options for bash.
 _quarn() {

@@ -2,9 +2,10 @@
 // and the completion for bash.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <span>
 #include <string>
+
+#include "cli/commands/command_line.h"
 
 namespace cli {
 
@@ -21,9 +22,9 @@ std::span<const Topic> topics();
 std::string list_of_topics();
 
 /// The manual page in roff: every sub-command with its options and notes, and the topics.
-std::string manual_page(CLI::App& app);
+std::string manual_page(const Program& program);
 
 /// A script for bash that completes sub-commands, options, the words that options take, and files.
-std::string bash_completion(CLI::App& app);
+std::string bash_completion(const Program& program);
 
 }  // namespace cli

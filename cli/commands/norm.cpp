@@ -1,7 +1,7 @@
 // quarn norm: the norms of a dense matrix, and its condition number.
-#include "cli/commands/commands.h"
 #include "cli/commands/dense.h"
 #include "cli/commands/failure.h"
+#include "cli/commands/options.h"
 #include "cli/system/progress.h"
 
 namespace cli {
@@ -65,17 +65,17 @@ Examples:
   quarn norm examples/fs_183_1.mtx --condition --digits 50
   printf '1 2\n3 4\n' | quarn norm - --format json)";
 
-}  // namespace
-
-void add_norm(CLI::App& app, Session& session) {
-  CLI::App* command = app.add_subcommand("norm", "norms and condition number of a dense matrix");
+void declare(Command& command) {
   auto options = std::make_shared<NormOptions>();
-  command->add_option("MATRIX", options->matrix, "the matrix; - is standard input")->required()->type_name("");
-  command->add_flag("--condition", options->condition, "the condition number as well");
-  add_digits_option(*command, session);
-  add_output_options(*command, options->output);
-  command->footer(kFooter);
-  command->callback([&session, options] { session.work = [options] { run_norm(*options); }; });
+  command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
+  command.flag("--condition", options->condition, "the condition number as well");
+  command.add_digits();
+  add_output_options(command, options->output);
+  command.work = [options] { run_norm(*options); };
 }
+
+const Registered kCommand(110, "norm", "norms and condition number of a dense matrix", kFooter, declare);
+
+}  // namespace
 
 }  // namespace cli

@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <sstream>
 
-#include "cli/commands/commands.h"
 #include "cli/commands/failure.h"
+#include "cli/commands/options.h"
 #include "cli/io/input.h"
 #include "cli/io/output.h"
 #include "cli/plot/plot.h"
@@ -20,6 +20,7 @@ namespace cli {
 namespace {
 
 constexpr Integer kLastGenerator = 273;
+constexpr Integer kNoGenerator = -1;  // none is asked for
 constexpr Integer kMostNumbers = 100'000'000;
 constexpr Integer kSmallestModulus = 16'760'000;  // every modulus of the multiple-set generators is above
 constexpr Integer kBasicRadix = 32768;
@@ -32,10 +33,9 @@ struct Stream {
 
 struct RandomOptions {
   Integer count = 1;
-  Integer generator = 0;
+  Integer generator = kNoGenerator;  // 0
   std::vector<Integer> seed;
   std::string state;
-  bool generator_given = false;
   bool classic = false;
   OutputOptions output;
 };
@@ -91,14 +91,14 @@ std::string seed_text(const Stream& stream) {
 
 Stream start_of(const RandomOptions& options) {
   if (!options.state.empty() && std::filesystem::exists(options.state)) {
-    if (options.generator_given || !options.seed.empty()) {
+    if (options.generator != kNoGenerator || !options.seed.empty()) {
       throw bad_input("--state: " + options.state + " exists and says how to go on: leave out --igen and --seed");
     }
     return read_state(options.state);
   }
   Stream stream;
   QuarnMP_g05kbx_(&stream.generator, stream.seed.data());
-  stream.generator = options.generator;
+  stream.generator = std::max<Integer>(0, options.generator);
   std::copy(options.seed.begin(), options.seed.end(), stream.seed.begin());
   const std::string complaint = complaint_about(stream);
   if (!complaint.empty()) {
@@ -196,34 +196,26 @@ Examples:
   quarn random --count 1000 --igen 7 --seed 11 12 13 14 --format csv
   quarn random --count 3 --state stream.txt)";
 
-}  // namespace
-
-void add_random(CLI::App& app, Session& session) {
-  CLI::App* command = app.add_subcommand("random", "draw uniform random numbers");
+void declare(Command& command) {
   auto options = std::make_shared<RandomOptions>();
-  command->add_option("--count", options->count, "how many, 1 to 100000000 (default 1)")
-      ->type_name("N")
-      ->check(CLI::Range(Integer(1), kMostNumbers).description(""));
-  CLI::Option* generator = command->add_option("--igen", options->generator, "the generator, 0 to 273 (default 0)")
-                               ->type_name("I")
-                               ->check(CLI::Range(Integer(0), kLastGenerator).description(""));
-  command->add_option("--seed", options->seed, "the four seeds (default: those of the library)")
-      ->type_name("S")
-      ->expected(4);
-  command->add_option("--state", options->state, "go on with the stream saved in this file, and save it there")
-      ->type_name("FILE");
-  command->add_flag("--classic", options->classic, "use the classic entry: 16 to 28 random digits at any precision");
-  add_digits_option(*command, session);
-  add_output_options(*command, options->output);
-  add_plot_option(*command, options->output);
-  command->footer(kFooter);
-  command->callback([&session, options, generator] {
+  command.number("--count", "N", options->count, 1, kMostNumbers, "how many, 1 to 100000000 (default 1)");
+  command.number("--igen", "I", options->generator, 0, kLastGenerator, "the generator, 0 to 273 (default 0)");
+  command.numbers("--seed", "S", 4, options->seed, "the four seeds (default: those of the library)");
+  command.text("--state", "FILE", options->state, "go on with the stream saved in this file, and save it there");
+  command.flag("--classic", options->classic, "use the classic entry: 16 to 28 random digits at any precision");
+  command.add_digits();
+  add_output_options(command, options->output);
+  add_plot_option(command, options->output);
+  command.check = [options] {
     if (options->state == "-") {
       throw bad_input("--state: a file is needed, standard input cannot be written");
     }
-    options->generator_given = generator->count() > 0;
-    session.work = [options] { run_random(*options); };
-  });
+  };
+  command.work = [options] { run_random(*options); };
 }
+
+const Registered kCommand(60, "random", "draw uniform random numbers", kFooter, declare);
+
+}  // namespace
 
 }  // namespace cli

@@ -1,5 +1,5 @@
 // quarn rank: the rank of every number of a column.
-#include "cli/commands/commands.h"
+#include "cli/commands/options.h"
 #include "cli/commands/ranking.h"
 #include "cli/plot/plot.h"
 
@@ -21,15 +21,17 @@ void run_rank(const RankingOptions& options) {
   deliver(result, options.output);
 }
 
-}  // namespace
+constexpr const char* kFooter =
+    "--plot draws the ranks over the numbers: how these are distributed.\n\n"
+    "Example:\n  quarn rank examples/sunspots.csv --descending";
 
-void add_rank(CLI::App& app, Session& session) {
-  CLI::App* command = app.add_subcommand("rank", "rank the numbers of a column");
-  const auto options = add_ranking_options(*command, session);
-  command->footer(
-      "--plot draws the ranks over the numbers: how these are distributed.\n\n"
-      "Example:\n  quarn rank examples/sunspots.csv --descending");
-  command->callback([&session, options] { session.work = [options] { run_rank(*options); }; });
+void declare(Command& command) {
+  const auto options = add_ranking_options(command);
+  command.work = [options] { run_rank(*options); };
 }
+
+const Registered kCommand(40, "rank", "rank the numbers of a column", kFooter, declare);
+
+}  // namespace
 
 }  // namespace cli

@@ -19,13 +19,12 @@ double ranking_cost(double n) { return 3 * n * std::log2(n + 1); }
 
 }  // namespace
 
-std::shared_ptr<RankingOptions> add_ranking_options(CLI::App& command, Session& session) {
+std::shared_ptr<RankingOptions> add_ranking_options(Command& command) {
   auto options = std::make_shared<RankingOptions>();
-  command.add_option("FILE", options->input, "the data; - is standard input")->required()->type_name("");
-  command.add_option("--column", options->column, "name or number of the column (default: the last numeric one)")
-      ->type_name("NAME");
-  command.add_flag("--descending", options->descending, "largest first; equal values keep their order either way");
-  add_digits_option(command, session);
+  command.argument("FILE", options->input, "the data; - is standard input");
+  command.text("--column", "NAME", options->column, "name or number of the column (default: the last numeric one)");
+  command.flag("--descending", options->descending, "largest first; equal values keep their order either way");
+  command.add_digits();
   add_output_options(command, options->output);
   add_plot_option(command, options->output);
   return options;

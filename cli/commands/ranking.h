@@ -22,7 +22,7 @@ struct RankingOptions {
 };
 
 /// Declares FILE, --column, --descending and the shared options.
-std::shared_ptr<RankingOptions> add_ranking_options(CLI::App& command, Session& session);
+std::shared_ptr<RankingOptions> add_ranking_options(Command& command);
 
 struct RankedColumn {
   std::string name;     // "value" when it has none

@@ -2,8 +2,8 @@
 #include <iostream>
 #include <sstream>
 
-#include "cli/commands/commands.h"
 #include "cli/commands/failure.h"
+#include "cli/commands/options.h"
 #include "cli/io/input.h"
 #include "cli/io/output.h"
 #include "cli/repl/fault.h"
@@ -104,27 +104,23 @@ Examples:
   echo 'x = solve(hilbert(5), [1; 1; 1; 1; 1])' | quarn repl
   quarn repl --eval 'A = load("examples/bcsstk01.mtx");' --eval 'norm(A, "one")')";
 
-}  // namespace
-
-void add_repl(CLI::App& app, Session& session) {
-  CLI::App* command = app.add_subcommand("repl", "calculate line by line");
+void declare(Command& command) {
   auto options = std::make_shared<ReplOptions>();
-  command->add_option("FILE", options->script, "lines to run; - is standard input")->type_name("");
-  command->add_option("--eval", options->expressions, "run this line; may be given several times")
-      ->type_name("LINE")
-      ->expected(1)
-      ->allow_extra_args(false)  // or brackets around a line would be taken off
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-  command->add_flag("--keep-going", options->keep_going, "go on after a wrong line");
-  add_digits_option(*command, session);
-  add_output_file_option(*command, options->file);
-  command->footer(kFooter);
-  command->callback([&session, options] {
+  command.argument("FILE", options->script, "lines to run; - is standard input", false);
+  command.texts("--eval", "LINE", options->expressions, "run this line; may be given several times");
+  command.flag("--keep-going", options->keep_going, "go on after a wrong line");
+  command.add_digits();
+  add_output_file_option(command, options->file);
+  command.check = [options] {
     if (!options->script.empty() && !options->expressions.empty()) {
       throw bad_input("FILE and --eval exclude each other");
     }
-    session.work = [options] { run_repl(*options); };
-  });
+  };
+  command.work = [options] { run_repl(*options); };
 }
+
+const Registered kCommand(140, "repl", "calculate line by line", kFooter, declare);
+
+}  // namespace
 
 }  // namespace cli

@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <optional>
 
-#include "cli/commands/commands.h"
 #include "cli/commands/failure.h"
 #include "cli/commands/linear_system.h"
+#include "cli/commands/options.h"
 #include "cli/io/matrix_input.h"
 #include "cli/io/matrix_output.h"
 #include "cli/plot/plot.h"
@@ -260,49 +260,36 @@ Examples:
   quarn solve examples/fs_183_1.mtx --method direct --digits 30 --output x.csv
   quarn solve examples/bcsstk01.mtx --precon ssor --rhs b.csv --history history.csv)";
 
-void add_iterative_options(CLI::App& command, IterativeOptions& options) {
-  command.add_option("--tol", options.tolerance, "tolerance, below 1 (default: the root of the machine precision)")
-      ->type_name("T");
-  command.add_option("--maxit", options.maxit, "most iterations (default 1000)")
-      ->type_name("K")
-      ->check(CLI::Range(Integer(1), kMostIterations).description(""));
-  command.add_option("--precon", options.precon, "preconditioner: none (default), jacobi, ssor")
-      ->type_name("P")
-      ->check(one_of({"none", "jacobi", "ssor"}));
-  command.add_option("--omega", options.omega, "relaxation of ssor, between 0 and 2 (default 1)")->type_name("W");
-  command.add_option("--restart", options.restart, "rgmres: iterations to a restart, 1 to 50 (default 30)")
-      ->type_name("M")
-      ->check(CLI::Range(Integer(1), Integer(50)).description(""));
-  command.add_option("--order", options.order, "bicgstab: its order, 1 to 10 (default 2)")
-      ->type_name("L")
-      ->check(CLI::Range(Integer(1), Integer(10)).description(""));
-  command
-      .add_option("--every", options.every,
-                  "look at every K-th iteration, at the price of a product each (default 1); 0: at the end alone")
-      ->type_name("K")
-      ->check(CLI::Range(Integer(0), kMostIterations).description(""));
+void add_iterative_options(Command& command, IterativeOptions& options) {
+  command.text("--tol", "T", options.tolerance, "tolerance, below 1 (default: the root of the machine precision)");
+  command.number("--maxit", "K", options.maxit, 1, kMostIterations, "most iterations (default 1000)");
+  command.choice("--precon", "P", options.precon, {"none", "jacobi", "ssor"},
+                 "preconditioner: none (default), jacobi, ssor");
+  command.text("--omega", "W", options.omega, "relaxation of ssor, between 0 and 2 (default 1)");
+  command.number("--restart", "M", options.restart, 1, 50, "rgmres: iterations to a restart, 1 to 50 (default 30)");
+  command.number("--order", "L", options.order, 1, 10, "bicgstab: its order, 1 to 10 (default 2)");
+  command.number("--every", "K", options.every, 0, kMostIterations,
+                 "look at every K-th iteration, at the price of a product each (default 1); 0: at the end alone");
 }
+
+void declare(Command& command) {
+  auto options = std::make_shared<SolveOptions>();
+  command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
+  command.text("--rhs", "FILE", options->right_side, "the right side; - is standard input");
+  command.text("--column", "NAME", options->column, "name or number of the right side's column");
+  command.choice("--method", "M", options->method, {"rgmres", "cgs", "bicgstab", "tfqmr", "all", "direct"},
+                 "rgmres, cgs, bicgstab (default), tfqmr, all of these, or direct");
+  add_iterative_options(command, options->iterative);
+  command.text("--history", "FILE", options->history, "write the course of the residual (.csv, .json or .txt)");
+  command.flag("--progress", options->progress, "tell every iteration on standard error, terminal or not");
+  command.add_digits();
+  add_output_options(command, options->output, Forms::matrix);
+  add_plot_option(command, options->output);
+  command.work = [options] { run_solve(*options); };
+}
+
+const Registered kCommand(150, "solve", "solve a linear system with a sparse matrix", kFooter, declare);
 
 }  // namespace
-
-void add_solve(CLI::App& app, Session& session) {
-  CLI::App* command = app.add_subcommand("solve", "solve a linear system with a sparse matrix");
-  auto options = std::make_shared<SolveOptions>();
-  command->add_option("MATRIX", options->matrix, "the matrix; - is standard input")->required()->type_name("");
-  command->add_option("--rhs", options->right_side, "the right side; - is standard input")->type_name("FILE");
-  command->add_option("--column", options->column, "name or number of the right side's column")->type_name("NAME");
-  command->add_option("--method", options->method, "rgmres, cgs, bicgstab (default), tfqmr, all of these, or direct")
-      ->type_name("M")
-      ->check(one_of({"rgmres", "cgs", "bicgstab", "tfqmr", "all", "direct"}));
-  add_iterative_options(*command, options->iterative);
-  command->add_option("--history", options->history, "write the course of the residual (.csv, .json or .txt)")
-      ->type_name("FILE");
-  command->add_flag("--progress", options->progress, "tell every iteration on standard error, terminal or not");
-  add_digits_option(*command, session);
-  add_output_options(*command, options->output, Forms::matrix);
-  add_plot_option(*command, options->output);
-  command->footer(kFooter);
-  command->callback([&session, options] { session.work = [options] { run_solve(*options); }; });
-}
 
 }  // namespace cli

@@ -1,6 +1,6 @@
 // quarn sort: the numbers of a column in order, each with the position that it came from.
-#include "cli/commands/commands.h"
 #include "cli/commands/library_call.h"
+#include "cli/commands/options.h"
 #include "cli/commands/ranking.h"
 #include "cli/plot/plot.h"
 #include "tesk2mp/tesk2mp.h"
@@ -32,15 +32,17 @@ void run_sort(const RankingOptions& options) {
   deliver(result, options.output);
 }
 
-}  // namespace
+constexpr const char* kFooter =
+    "--plot draws the numbers over their ranks.\n\n"
+    "Example:\n  quarn sort examples/sunspots.csv --descending --format csv";
 
-void add_sort(CLI::App& app, Session& session) {
-  CLI::App* command = app.add_subcommand("sort", "sort the numbers of a column");
-  const auto options = add_ranking_options(*command, session);
-  command->footer(
-      "--plot draws the numbers over their ranks.\n\n"
-      "Example:\n  quarn sort examples/sunspots.csv --descending --format csv");
-  command->callback([&session, options] { session.work = [options] { run_sort(*options); }; });
+void declare(Command& command) {
+  const auto options = add_ranking_options(command);
+  command.work = [options] { run_sort(*options); };
 }
+
+const Registered kCommand(50, "sort", "sort the numbers of a column", kFooter, declare);
+
+}  // namespace
 
 }  // namespace cli

@@ -3,9 +3,9 @@
 #include <limits>
 #include <optional>
 
-#include "cli/commands/commands.h"
 #include "cli/commands/failure.h"
 #include "cli/commands/library_call.h"
+#include "cli/commands/options.h"
 #include "cli/io/matrix_input.h"
 #include "cli/io/matrix_output.h"
 #include "cli/plot/plot.h"
@@ -218,26 +218,21 @@ Examples:
   quarn sparse matrix.mtx --dup fail --zero remove --output canonical.mtx
   quarn sparse - --expand --format json < examples/bcsstk01.mtx)";
 
-}  // namespace
-
-void add_sparse(CLI::App& app, Session& session) {
-  CLI::App* command = app.add_subcommand("sparse", "bring a sparse matrix into canonical form");
+void declare(Command& command) {
   auto options = std::make_shared<SparseOptions>();
-  command->add_option("MATRIX", options->matrix, "the matrix; - is standard input")->required()->type_name("");
-  command
-      ->add_option("--dup", options->duplicates,
-                   "entries of the same place: sum (default), remove all but the first, fail")
-      ->type_name("WHAT")
-      ->check(one_of(kDuplicates));
-  command->add_option("--zero", options->zeros, "entries that are zero: keep (default), remove, fail")
-      ->type_name("WHAT")
-      ->check(one_of(kZeros));
-  command->add_flag("--expand", options->expand, "give both triangles of a symmetric matrix");
-  add_digits_option(*command, session);
-  add_output_options(*command, options->output, Forms::matrix);
-  add_plot_option(*command, options->output);
-  command->footer(kFooter);
-  command->callback([&session, options] { session.work = [options] { run_sparse(*options); }; });
+  command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
+  command.choice("--dup", "WHAT", options->duplicates, kDuplicates,
+                 "entries of the same place: sum (default), remove all but the first, fail");
+  command.choice("--zero", "WHAT", options->zeros, kZeros, "entries that are zero: keep (default), remove, fail");
+  command.flag("--expand", options->expand, "give both triangles of a symmetric matrix");
+  command.add_digits();
+  add_output_options(command, options->output, Forms::matrix);
+  add_plot_option(command, options->output);
+  command.work = [options] { run_sparse(*options); };
 }
+
+const Registered kCommand(80, "sparse", "bring a sparse matrix into canonical form", kFooter, declare);
+
+}  // namespace
 
 }  // namespace cli

@@ -1,8 +1,8 @@
 // quarn spmv: a sparse matrix times a vector.
 
-#include "cli/commands/commands.h"
 #include "cli/commands/failure.h"
 #include "cli/commands/library_call.h"
+#include "cli/commands/options.h"
 #include "cli/io/input.h"
 #include "cli/io/matrix_input.h"
 #include "cli/io/matrix_output.h"
@@ -117,21 +117,20 @@ Examples:
   seq 1 48 | quarn spmv examples/bcsstk01.mtx - --digits 40
   quarn spmv examples/west0067.mtx x.csv --column 2 --transpose --format csv)";
 
-}  // namespace
-
-void add_spmv(CLI::App& app, Session& session) {
-  CLI::App* command = app.add_subcommand("spmv", "multiply a sparse matrix by a vector");
+void declare(Command& command) {
   auto options = std::make_shared<SpmvOptions>();
-  command->add_option("MATRIX", options->matrix, "the matrix; - is standard input")->required()->type_name("");
-  command->add_option("VECTOR", options->vector, "the numbers; - is standard input")->required()->type_name("");
-  command->add_option("--column", options->column, "name or number of the column (default: the last numeric one)")
-      ->type_name("NAME");
-  command->add_flag("--transpose", options->transpose, "multiply by the (conjugate) transpose");
-  add_digits_option(*command, session);
-  add_output_options(*command, options->output, Forms::matrix);
-  add_plot_option(*command, options->output);
-  command->footer(kFooter);
-  command->callback([&session, options] { session.work = [options] { run_spmv(*options); }; });
+  command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
+  command.argument("VECTOR", options->vector, "the numbers; - is standard input");
+  command.text("--column", "NAME", options->column, "name or number of the column (default: the last numeric one)");
+  command.flag("--transpose", options->transpose, "multiply by the (conjugate) transpose");
+  command.add_digits();
+  add_output_options(command, options->output, Forms::matrix);
+  add_plot_option(command, options->output);
+  command.work = [options] { run_spmv(*options); };
 }
+
+const Registered kCommand(70, "spmv", "multiply a sparse matrix by a vector", kFooter, declare);
+
+}  // namespace
 
 }  // namespace cli

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <array>
 
-#include "cli/commands/commands.h"
 #include "cli/commands/failure.h"
+#include "cli/commands/options.h"
 #include "cli/commands/ranking.h"
 #include "cli/io/matrix_input.h"
 #include "cli/plot/plot.h"
@@ -60,20 +60,20 @@ Examples:
   quarn zeros 1 -10 35 -50 24
   quarn zeros 1 0 0 0 -2 --digits 60 --plot zeros.svg)";
 
-}  // namespace
-
-void add_zeros(CLI::App& app, Session& session) {
-  CLI::App* command = app.add_subcommand("zeros", "zeros of a polynomial of degree 4, with error estimates");
+void declare(Command& command) {
   auto options = std::make_shared<ZerosOptions>();
   for (std::size_t i = 0; i < kNames.size(); ++i) {
     const std::string power = i + 1 == kNames.size() ? "1" : "z^" + std::to_string(kNames.size() - 1 - i);
-    command->add_option(kNames[i], options->coefficients[i], "the coefficient of " + power)->required()->type_name("");
+    command.argument(kNames[i], options->coefficients[i], "the coefficient of " + power);
   }
-  add_digits_option(*command, session);
-  add_output_options(*command, options->output);
-  add_plot_option(*command, options->output);
-  command->footer(kFooter);
-  command->callback([&session, options] { session.work = [options] { run_zeros(*options); }; });
+  command.add_digits();
+  add_output_options(command, options->output);
+  add_plot_option(command, options->output);
+  command.work = [options] { run_zeros(*options); };
 }
+
+const Registered kCommand(130, "zeros", "zeros of a polynomial of degree 4, with error estimates", kFooter, declare);
+
+}  // namespace
 
 }  // namespace cli

@@ -6,6 +6,7 @@
 
 #include "cli/commands/failure.h"
 #include "cli/io/input.h"
+#include "cli/io/json.h"
 #include "cli/system/memory.h"
 #include "cli/system/progress.h"
 
@@ -115,7 +116,7 @@ NumberTable NumberTable::parse(const std::string& text, const std::string& sourc
   table.source_ = source;
   const std::size_t first = text.find_first_not_of(" \t\r\n");
   if (first != std::string::npos && (text[first] == '{' || text[first] == '[')) {
-    table.parse_json(text);
+    table.columns_ = columns_of_json(text, source);
   } else {
     table.parse_lines(text);
   }

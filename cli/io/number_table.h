@@ -43,7 +43,6 @@ class NumberTable {
 
  private:
   void parse_lines(const std::string& text);
-  void parse_json(const std::string& text);
   template <class T>
   std::vector<T> values(const Column& column, bool (*is_value)(std::string_view),
                         T (*to_value)(const std::string&)) const;

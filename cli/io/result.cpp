@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
-#include <nlohmann/json.hpp>
 
+#include "cli/io/json.h"
 #include "cli/io/one_line.h"
 #include "cli/system/progress.h"
 
@@ -85,28 +85,6 @@ std::string render_csv(const Result& result) {
     add_line([row](const ResultColumn& column) -> const std::string& { return column.cells[row]; });
   }
   return text;
-}
-
-std::string render_json(const Result& result) {
-  nlohmann::ordered_json object = nlohmann::ordered_json::object();
-  for (const Fact& fact : result.facts) {
-    if (fact.count) {
-      object[fact.name] = std::stoll(fact.value);
-    } else {
-      object[fact.name] = fact.value;
-    }
-  }
-  for (const ResultColumn& column : result.data) {
-    auto& array = object[column.name] = nlohmann::ordered_json::array();
-    for (const std::string& cell : column.cells) {
-      if (column.counts) {
-        array.push_back(std::stoll(cell));
-      } else {
-        array.push_back(cell);
-      }
-    }
-  }
-  return object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace

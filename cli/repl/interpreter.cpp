@@ -356,8 +356,8 @@ Array Interpreter::chain(const Node& node) {
   Array result = evaluate_array(node.children.front());
   for (std::size_t k = 0; k < node.signs.size(); ++k) {
     const Array right = evaluate_array(node.children[k + 1]);
-    const auto& [sign, at] = node.signs[k];
-    result = at_place(Node{Kind::sign, at, "", {}}, [&] { return operate(sign, result, right); });
+    const Sign& sign = node.signs[k];
+    result = at_place(Node{Kind::sign, sign.at, "", {}}, [&] { return operate(sign.text, result, right); });
   }
   return result;
 }

@@ -1,8 +1,8 @@
-// The JSON side of NumberTable. The parser hands over numbers as they are written, so no digit is lost.
+#include "cli/io/json.h"
+
 #include <nlohmann/json.hpp>
 
 #include "cli/commands/failure.h"
-#include "cli/io/number_table.h"
 
 namespace cli {
 
@@ -10,6 +10,7 @@ namespace {
 
 using Json = nlohmann::json;
 
+// The parser hands over numbers as they are written, so no digit is lost.
 // Collects an array of scalars, an array of rows, or the arrays of an object; anything deeper is skipped.
 class ColumnCollector final : public Json::json_sax_t {
  public:
@@ -100,12 +101,34 @@ class ColumnCollector final : public Json::json_sax_t {
 
 }  // namespace
 
-void NumberTable::parse_json(const std::string& text) {
+std::vector<NumberTable::Column> columns_of_json(const std::string& text, const std::string& source) {
   ColumnCollector collector;
   if (!Json::sax_parse(text, &collector)) {
-    throw bad_input(source_ + ": " + collector.error);
+    throw bad_input(source + ": " + collector.error);
   }
-  columns_ = std::move(collector.columns);
+  return std::move(collector.columns);
+}
+
+std::string render_json(const Result& result) {
+  nlohmann::ordered_json object = nlohmann::ordered_json::object();
+  for (const Fact& fact : result.facts) {
+    if (fact.count) {
+      object[fact.name] = std::stoll(fact.value);
+    } else {
+      object[fact.name] = fact.value;
+    }
+  }
+  for (const ResultColumn& column : result.data) {
+    auto& array = object[column.name] = nlohmann::ordered_json::array();
+    for (const std::string& cell : column.cells) {
+      if (column.counts) {
+        array.push_back(std::stoll(cell));
+      } else {
+        array.push_back(cell);
+      }
+    }
+  }
+  return object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace cli
