@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "cli/commands/failure.h"
-#include "cli/commands/library_call.h"
 #include "cli/commands/options.h"
 #include "cli/commands/ranking.h"
 #include "cli/io/matrix_input.h"
@@ -12,7 +11,8 @@
 #include "cli/plot/plot.h"
 #include "cli/system/memory.h"
 #include "cli/system/progress.h"
-#include "tesk2mp/tesk2mp.h"
+#include "tesk2mp/fft.hpp"
+#include "tesk2mp/util.hpp"
 
 namespace cli {
 
@@ -74,55 +74,39 @@ Array read_array(const CfftOptions& options) {
   return array;
 }
 
-// A routine by its name in messages, classic or true to the working precision.
-template <class Routine>
-struct Entry {
-  const char* name;
-  Routine* transform;
-};
-template <class Routine>
-Entry(const char*, Routine*) -> Entry<Routine>;
-
-// Calls the routine for what is asked for, and returns its name. The library refuses shapes and dimensions that do not
-// fit.
+// Calls the routine for what is asked for, and returns its name. The library refuses shapes that do not fit.
 std::string transform(const CfftOptions& options, Array& array) {
-  const char* direct = options.backward ? "B" : "F";
-  const auto n = Integer(array.values.size());
-  const auto ndim = Integer(array.extents.size());
-  Complex* x = array.values.data();
-  const Integer* nd = array.extents.data();
-  const Integer longest = std::min(n, *std::max_element(nd, nd + ndim));
-  const std::int64_t length = n + 3 * (std::int64_t(longest) + 5);  // enough for each routine
-  if (length > std::numeric_limits<Integer>::max()) {
-    throw bad_input("more values than a 32-bit count of workspace can hold");
-  }
-  require_memory(2 * double(n) + 2 * double(length), "a transform of " + std::to_string(n) + " values");
-  const auto lwork = Integer(length);
-  std::vector<Complex> work(static_cast<std::size_t>(lwork));
-  const Progress progress = Progress::estimated("transform", complex_transform_cost(array.values.size()));
-  const auto call = [&](const auto& full, const auto& classic, const auto&... arguments) {
-    const auto& entry = options.classic ? classic : full;
-    call_routine(entry.name, [&](Integer* ifail) { entry.transform(direct, arguments..., ifail, 1); });
-    return std::string(entry.name);
-  };
+  using tesk2mp::Direction;
+  const Direction direction = options.backward ? Direction::backward : Direction::forward;
+  const std::string prefix = options.classic ? "QuarnMP_" : "QuarnMPX_";
+  const tesk2mp::Shape shape(array.extents.begin(), array.extents.end());
+  const std::span<Complex> x = array.values;
+  constexpr double kWithWorkspace = 2;
+  require_memory(kWithWorkspace * 2 * double(x.size()), "a transform of " + std::to_string(x.size()) + " values");
+  const Progress progress = Progress::estimated("transform", complex_transform_cost(x.size()));
   if (options.dimension != 0) {
-    const Integer l = options.dimension;
-    return call(Entry{"QuarnMPX_c06pff_", QuarnMPX_c06pff_}, Entry{"QuarnMP_c06pff_", QuarnMP_c06pff_}, &ndim, &l, nd,
-                &n, x, work.data(), &lwork);
+    if (options.dimension < 1 || std::size_t(options.dimension) > shape.size()) {
+      throw bad_input("--dim: " + std::to_string(options.dimension) + " is not one of 1 to " +
+                      std::to_string(shape.size()));
+    }
+    const auto dimension = std::size_t(options.dimension) - 1;
+    (options.classic ? tesk2mp::classic::transform_dimension : tesk2mp::transform_dimension)(x, shape, dimension,
+                                                                                             direction);
+    return prefix + "c06pff_";
   }
-  if (ndim > 1 || nd[0] != n) {
-    return call(Entry{"QuarnMPX_c06pjf_", QuarnMPX_c06pjf_}, Entry{"QuarnMP_c06pjf_", QuarnMP_c06pjf_}, &ndim, nd, &n,
-                x, work.data(), &lwork);
+  if (shape.size() > 1 || shape[0] != x.size()) {
+    options.classic ? tesk2mp::classic::transform(x, shape, direction) : tesk2mp::transform(x, shape, direction);
+    return prefix + "c06pjf_";
   }
-  return call(Entry{"QuarnMPX_c06pcf_", QuarnMPX_c06pcf_}, Entry{"QuarnMP_c06pcf_", QuarnMP_c06pcf_}, x, &n,
-              work.data());
+  options.classic ? tesk2mp::classic::transform(x, direction) : tesk2mp::transform(x, direction);
+  return prefix + "c06pcf_";
 }
 
 std::vector<QuarnFloat> magnitudes_of(const std::vector<Complex>& values) {
   std::vector<QuarnFloat> magnitudes;
   magnitudes.reserve(values.size());
   for (const Complex& z : values) {
-    magnitudes.push_back(QuarnMP_a02abfn_(z.re, z.im));
+    magnitudes.push_back(tesk2mp::abs(z));
   }
   return magnitudes;
 }

@@ -41,7 +41,7 @@ Eigenvalues eigenvalues_of(const EigOptions& options, const tesk2mp::Matrix<Quar
         for (std::size_t i = 0; i < result.values.size(); ++i) {
           product = product + conj(system.left(i, j)) * result.vectors(i, j);
         }
-        result.conditions.push_back(QuarnMP_a02abfn_(product.re, product.im));
+        result.conditions.push_back(tesk2mp::abs(product));
       }
     }
   } else if (options.condition) {
@@ -54,12 +54,11 @@ Eigenvalues eigenvalues_of(const EigOptions& options, const tesk2mp::Matrix<Quar
   return result;
 }
 
-QuarnFloat modulus(const Complex& z) { return QuarnMP_a02abfn_(z.re, z.im); }
-
 /// The largest first; of a pair the one above the real axis.
 std::vector<std::size_t> by_magnitude(const std::vector<Complex>& values) {
   std::vector<QuarnFloat> magnitudes;
-  std::transform(values.begin(), values.end(), std::back_inserter(magnitudes), modulus);
+  std::transform(values.begin(), values.end(), std::back_inserter(magnitudes),
+                 [](const Complex& z) { return tesk2mp::abs(z); });
   std::vector<std::size_t> order(values.size());
   std::iota(order.begin(), order.end(), 0);
   std::stable_sort(order.begin(), order.end(),

@@ -1,15 +1,14 @@
 // quarn fft: the discrete Fourier transform of a real sequence, and back.
-#include <algorithm>
-#include <limits>
+#include "tesk2mp/fft.hpp"
 
-#include "cli/commands/failure.h"
-#include "cli/commands/library_call.h"
+#include <algorithm>
+
 #include "cli/commands/options.h"
 #include "cli/io/sequence.h"
 #include "cli/plot/plot.h"
 #include "cli/system/memory.h"
 #include "cli/system/progress.h"
-#include "tesk2mp/tesk2mp.h"
+#include "tesk2mp/util.hpp"
 
 namespace cli {
 
@@ -25,25 +24,22 @@ struct FftOptions {
 
 struct Entry {
   const char* name;
-  void (*transform)(QuarnFloat* x, Integer* n, QuarnFloat* work, Integer* ifail);
+  void (*transform)(std::span<QuarnFloat> x);
 };
 
 Entry entry_for(const FftOptions& options) {
   if (options.inverse) {
-    return options.classic ? Entry{"QuarnMP_c06fbf_", QuarnMP_c06fbf_} : Entry{"QuarnMPX_c06fbf_", QuarnMPX_c06fbf_};
+    return options.classic ? Entry{"QuarnMP_c06fbf_", tesk2mp::classic::transform_hermitian}
+                           : Entry{"QuarnMPX_c06fbf_", tesk2mp::transform_hermitian};
   }
-  return options.classic ? Entry{"QuarnMP_c06faf_", QuarnMP_c06faf_} : Entry{"QuarnMPX_c06faf_", QuarnMPX_c06faf_};
+  return options.classic ? Entry{"QuarnMP_c06faf_", tesk2mp::classic::transform_real}
+                         : Entry{"QuarnMPX_c06faf_", tesk2mp::transform_real};
 }
 
 void transform(const Entry& entry, std::vector<QuarnFloat>& x) {
-  if (x.size() > std::size_t(std::numeric_limits<Integer>::max())) {
-    throw bad_input("more values than a 32-bit count can hold");
-  }
   require_memory(2 * double(x.size()), "a transform of " + std::to_string(x.size()) + " values");
-  Integer n = Integer(x.size());
-  std::vector<QuarnFloat> work(x.size());
-  const Progress progress = Progress::estimated("transform", transform_cost(double(n)));
-  call_routine(entry.name, [&](Integer* ifail) { entry.transform(x.data(), &n, work.data(), ifail); });
+  const Progress progress = Progress::estimated("transform", transform_cost(double(x.size())));
+  entry.transform(x);
 }
 
 std::vector<Fact> facts_of(const FftOptions& options, const Entry& entry, std::size_t n) {
@@ -68,7 +64,7 @@ Spectrum spectrum_of(const Sequence& sequence, const Entry& entry) {
   const std::vector<QuarnFloat>& x = spectrum.half_complex;
   transform(entry, spectrum.half_complex);
   for (std::size_t k = 0; k <= x.size() / 2; ++k) {
-    spectrum.magnitudes.push_back(QuarnMP_a02abfn_(real_part(x, k), imaginary_part(x, k)));
+    spectrum.magnitudes.push_back(tesk2mp::abs({real_part(x, k), imaginary_part(x, k)}));
   }
   return spectrum;
 }

@@ -1,14 +1,11 @@
-// The caller's side of the library's iterative solver.
+// Linear systems by the library's iterative methods, with a course of the residual.
 #include <algorithm>
 
 #include "cli/commands/failure.h"
-#include "cli/commands/library_call.h"
 #include "cli/commands/linear_system.h"
-#include "cli/io/matrix_input.h"
-#include "cli/io/number_table.h"
+#include "cli/io/number_text.h"
 #include "cli/system/memory.h"
-#include "tesk2mp/iterative.h"
-#include "tesk2mp/sparse.h"
+#include "tesk2mp/solver.hpp"
 
 namespace cli {
 
@@ -28,8 +25,8 @@ QuarnFloat number(const std::string& option, const std::string& text) {
 /// A matrix close to A with which a system is easily solved.
 class Preconditioner {
  public:
-  Preconditioner(const LinearSystem& system, const Numbers& values, const IterativeOptions& options)
-      : system_(system), values_(values), kind_(options.precon) {
+  Preconditioner(const std::string& source, const Equations<QuarnFloat>& equations, const IterativeOptions& options)
+      : equations_(equations), kind_(options.precon) {
     if (!wanted()) {
       return;
     }
@@ -37,15 +34,16 @@ class Preconditioner {
     if (!(omega_ > 0 && omega_ < 2)) {
       throw bad_input("--omega: must lie between 0 and 2");
     }
-    diagonal_.resize(std::size_t(system.n));
-    for (std::size_t k = 0; k < values.size(); ++k) {
-      if (system.row[k] == system.column[k]) {
-        diagonal_[std::size_t(system.row[k]) - 1] = values[k];
+    const tesk2mp::SparseMatrix<QuarnFloat>& a = equations.a;
+    diagonal_.resize(a.order());
+    for (std::size_t k = 0; k < a.entries(); ++k) {
+      if (a.row(k) == a.column(k)) {
+        diagonal_[a.row(k)] = a.value(k);
       }
     }
     const auto zero = std::find(diagonal_.begin(), diagonal_.end(), QuarnFloat(0));
     if (zero != diagonal_.end()) {
-      throw bad_input(system.source + ": --precon " + kind_ + " divides by the diagonal, but row " +
+      throw bad_input(source + ": --precon " + kind_ + " divides by the diagonal, but row " +
                       std::to_string(zero - diagonal_.begin() + 1) + " has none");
     }
   }
@@ -53,7 +51,7 @@ class Preconditioner {
   bool wanted() const { return kind_ != "none"; }
 
   /// z := M^-1 z
-  void solve(Numbers& z) const {
+  void solve(std::span<QuarnFloat> z) const {
     if (kind_ == "jacobi") {
       for (std::size_t i = 0; i < z.size(); ++i) {
         z[i] /= diagonal_[i];
@@ -76,141 +74,92 @@ class Preconditioner {
 
  private:
   template <class Part>
-  void subtract_row(Numbers& z, std::size_t i, Part is_in_part) const {
-    for (auto k = std::size_t(system_.starts[i]) - 1; k < std::size_t(system_.starts[i + 1]) - 1; ++k) {
-      const auto column = std::size_t(system_.column[k]) - 1;
+  void subtract_row(std::span<QuarnFloat> z, std::size_t i, Part is_in_part) const {
+    for (auto k = std::size_t(equations_.starts[i]); k < std::size_t(equations_.starts[i + 1]); ++k) {
+      const std::size_t column = equations_.a.column(k);
       if (is_in_part(column)) {
-        z[i] -= values_[k] * z[column];
+        z[i] -= equations_.a.value(k) * z[column];
       }
     }
   }
 
-  const LinearSystem& system_;
-  const Numbers& values_;
+  const Equations<QuarnFloat>& equations_;
   std::string kind_;
   QuarnFloat omega_;
   Numbers diagonal_;
 };
 
-/// One problem in its work array.
-class Task {
- public:
-  Task(const LinearSystem& system, const std::string& method, const IterativeOptions& options)
-      : system_(system),
-        values_(real_parts(system.values)),
-        preconditioner_(system, values_, options),
-        u_(system.b.size()),
-        v_(real_parts(system.b)) {
-    const char* precon = preconditioner_.wanted() ? "P" : "N";
-    const Integer iterm = 1;
-    const Integer m = std::min(method == "rgmres" ? options.restart : options.order, system.n);
-    const QuarnFloat tolerance = options.tolerance.empty() ? QuarnFloat(0) : number("--tol", options.tolerance);
-    const QuarnFloat estimated = 0;
-    // The library says the same by the numbers of its parameters.
-    if (!(tolerance < 1)) {
-      throw bad_input("--tol: must be below 1");
-    }
-    if (QuarnDigits() < kFewestDigits) {
-      throw bad_input("--digits: --method " + method + " needs " + std::to_string(kFewestDigits) +
-                      " at least; --method direct takes fewer");
-    }
-    Integer lwreq = 0;
-    const auto set_up = [&](Integer* ifail) {
-      lwork_ = Integer(work_.size());
-      QuarnMP_f11bdf_(method.data(), precon, "2", "N", &iterm, &system.n, &m, &tolerance, &options.maxit, &estimated,
-                      &estimated, &options.every, &lwreq, work_.data(), &lwork_, ifail, int(method.size()), 1, 1, 1);
-    };
-    // The first call tells the length; what else is wrong, the second one says.
-    console_text_of([&] {
-      Integer silent = 1;
-      set_up(&silent);
-    });
-    require_memory(double(lwreq), "the work array of " + method);
-    work_.resize(std::size_t(lwreq));
-    call_routine("QuarnMP_f11bdf_", set_up);
-  }
+tesk2mp::Method method_of(const std::string& name) {
+  return name == "rgmres"     ? tesk2mp::Method::rgmres
+         : name == "cgs"      ? tesk2mp::Method::cgs
+         : name == "bicgstab" ? tesk2mp::Method::bicgstab
+                              : tesk2mp::Method::tfqmr;
+}
 
-  Solution run(const std::function<void(const ResidualStep&)>& watcher) {
-    Solution solution;
-    Integer irevcm = 0;
-    Integer ifail = 0;
-    const std::string text = console_text_of([&] {
-      while (irevcm != 4) {
-        ifail = -13;
-        QuarnMP_f11bef_(&irevcm, u_.data(), v_.data(), nullptr, work_.data(), &lwork_, &ifail);
-        switch (irevcm) {
-          case 1:
-          case -1:
-            ++solution.products;
-            multiply(irevcm == 1 ? "N" : "T");
-            break;
-          case 2:
-            v_ = u_;
-            preconditioner_.solve(v_);
-            break;
-          default:
-            solution.history.push_back(progress());
-            watcher(solution.history.back());
-        }
-      }
-    });
-    solution.iterations = solution.history.back().iteration;
-    solution.x = complex_numbers(u_);
-    solution.routine = "QuarnMP_f11bef_";
-    if (ifail != 0) {
-      solution.failure = "IFAIL " + std::to_string(ifail) + ":" + one_line(text);
-    }
-    return solution;
+tesk2mp::SolverOptions solver_options(const std::string& method, const IterativeOptions& options, Integer n) {
+  tesk2mp::SolverOptions result;
+  result.method = method_of(method);
+  result.order = std::min(method == "rgmres" ? options.restart : options.order, n);
+  result.tolerance = options.tolerance.empty() ? QuarnFloat(0) : number("--tol", options.tolerance);
+  result.most_iterations = options.maxit;
+  result.criterion = tesk2mp::Criterion::residual;
+  result.norm = tesk2mp::VectorNorm::two;
+  result.monitor = options.every;
+  // The library says the same by the numbers of its parameters.
+  if (!(result.tolerance < 1)) {
+    throw bad_input("--tol: must be below 1");
   }
-
- private:
-  void multiply(const char* trans) {
-    const Integer nnz = system_.count();
-    Integer ifail = -1;
-    QuarnMP_f11xaf_(trans, &system_.n, &nnz, values_.data(), system_.row.data(), system_.column.data(), "N", u_.data(),
-                    v_.data(), &ifail, 1, 1);
+  if (QuarnDigits() < kFewestDigits) {
+    throw bad_input("--digits: --method " + method + " needs " + std::to_string(kFewestDigits) +
+                    " at least; --method direct takes fewer");
   }
-
-  ResidualStep progress() {
-    ResidualStep now{};
-    QuarnFloat anorm;
-    QuarnFloat sigmax;
-    Integer ifail = -1;
-    QuarnMP_f11bff_(&now.iteration, &now.residual, &now.bound, &anorm, &sigmax, work_.data(), &lwork_, &ifail);
-    return now;
-  }
-
-  // The records of a message without their marks and empty lines.
-  static std::string one_line(const std::string& text) {
-    std::string line;
-    for (const char c : text) {
-      if (c == '\n' || c == '*' || c == ' ') {
-        line += line.empty() || line.back() == ' ' ? "" : " ";
-      } else {
-        line += (line.empty() ? " " : "") + std::string(1, c);
-      }
-    }
-    return line.substr(0, line.find_last_not_of(' ') + 1);
-  }
-
-  const LinearSystem& system_;
-  Numbers values_;
-  Preconditioner preconditioner_;
-  Numbers u_;
-  Numbers v_;
-  Numbers work_;
-  Integer lwork_ = 0;
-};
+  return result;
+}
 
 }  // namespace
 
 Solution solve_iteratively(const LinearSystem& system, const std::string& method, const IterativeOptions& options,
                            const std::function<void(const ResidualStep&)>& watcher) {
-  if (system.complex) {
+  const auto* equations = std::get_if<Equations<QuarnFloat>>(&system.equations);
+  if (equations == nullptr) {
     throw bad_input(system.source + ": the system is complex, which --method direct alone can solve");
   }
-  Solution solution = Task(system, method, options).run(watcher);
+  const Preconditioner preconditioner(system.source, *equations, options);
+  const tesk2mp::SolverOptions settings = solver_options(method, options, system.n);
+  constexpr double kVectors = 10;
+  require_memory((kVectors + settings.order) * system.n, "the work array of " + method);
+
+  Solution solution;
   solution.method = method;
+  solution.routine = "QuarnMP_f11bef_";
+  tesk2mp::IterativeSolver solver(equations->b, {}, preconditioner.wanted(), settings);
+  const auto look = [&] {
+    const tesk2mp::Progress now = solver.progress();
+    solution.history.push_back({now.iterations, now.left, now.right});
+    watcher(solution.history.back());
+  };
+  const auto product = [&](std::span<const QuarnFloat> x, std::span<QuarnFloat> y, bool transposed) {
+    ++solution.products;
+    equations->a.multiply(x, y, transposed ? tesk2mp::Op::transpose : tesk2mp::Op::none);
+  };
+  const auto precondition = [&](std::span<const QuarnFloat> x, std::span<QuarnFloat> y) {
+    std::copy(x.begin(), x.end(), y.begin());
+    preconditioner.solve(y);
+  };
+  const auto monitor = [&](tesk2mp::IterativeSolver& /*solver*/) {
+    look();
+    return true;
+  };
+  try {
+    tesk2mp::iterate(solver, product, precondition, monitor);
+  } catch (const tesk2mp::NumericalFailure& failure) {
+    const std::string text = failure.what();
+    solution.failure = "IFAIL " + std::to_string(failure.code()) + ": " + text.substr(failure.routine().size() + 2);
+  }
+  look();
+  solution.iterations = solution.history.back().iteration;
+  solution.x.assign(solver.solution().begin(), solver.solution().end());
+  solution.residual = relative_residual(*equations, solver.solution());
   return solution;
 }
 

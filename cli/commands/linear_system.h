@@ -1,37 +1,48 @@
-// Linear systems with a sparse matrix, and the two roads to their solution.
+// Linear systems with a sparse matrix, and the two ways to their solution.
 #pragma once
 
 #include <functional>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "cli/io/matrix_market.h"
 #include "quarn/quarnfloat.h"
+#include "tesk2mp/sparse.hpp"
 
 namespace cli {
 
-/// A x = b with the entries of A in canonical form: rows ascending, columns ascending within a row, no place twice.
+/// A and b of one kind of numbers. The entries of A are in canonical form: rows ascending, columns ascending within a
+/// row, no place twice; row i is the entries starts[i] ... starts[i + 1] - 1.
+template <class T>
+struct Equations {
+  tesk2mp::SparseMatrix<T> a;
+  std::vector<Integer> starts;
+  std::vector<T> b;
+};
+
+/// A x = b
 struct LinearSystem {
   std::string source;
   Integer n = 0;
-  bool complex = false;
-  std::vector<Integer> row;  // from 1
-  std::vector<Integer> column;
-  std::vector<Complex> values;
-  std::vector<Integer> starts;  // of the rows, from 1; one more behind them
-  std::vector<Complex> b;
+  std::variant<Equations<QuarnFloat>, Equations<Complex>> equations;
 
-  Integer count() const { return Integer(values.size()); }
+  bool complex() const { return equations.index() == 1; }
+  Integer count() const {
+    return std::visit([](const auto& each) { return Integer(each.a.entries()); }, equations);
+  }
 };
 
 /// Takes the matrix, which must be square, and the right side; no right side means A (1, ..., 1).
 LinearSystem linear_system(const SparseMatrix& matrix, const std::vector<Complex>& b, bool complex);
 
-/// A x by the library, at the working precision of the call.
-std::vector<Complex> product(const LinearSystem& system, const std::vector<Complex>& x);
+/// b - A x with twice the working digits.
+template <class T>
+std::vector<T> exact_residual(const Equations<T>& equations, const std::vector<T>& x);
 
 /// ||b - A x|| / ||b|| with twice the working digits, in the Euclidean norm; the plain residual where b is zero.
-QuarnFloat relative_residual(const LinearSystem& system, const std::vector<Complex>& x);
+template <class T>
+QuarnFloat relative_residual(const Equations<T>& equations, const std::vector<T>& x);
 
 /// What was known of the residual on the way.
 struct ResidualStep {
@@ -44,6 +55,7 @@ struct Solution {
   std::string method;
   std::string routine;
   std::vector<Complex> x;
+  QuarnFloat residual;  // as relative_residual() has it
   std::vector<ResidualStep> history;
   Integer iterations = 0;
   Integer products = 0;
@@ -60,7 +72,7 @@ struct IterativeOptions {
   Integer every = 1;
 };
 
-/// Solves by F11BEF, telling the watcher of every iteration that is looked at. Throws Failure for what cannot be solved
+/// Solves by F11BEF, showing the watcher every iteration that is looked at. Throws Failure for what cannot be solved
 /// so: complex systems, preconditioners that need a diagonal where there is none.
 Solution solve_iteratively(const LinearSystem& system, const std::string& method, const IterativeOptions& options,
                            const std::function<void(const ResidualStep&)>& watcher);

@@ -12,10 +12,13 @@ void run_rank(const RankingOptions& options) {
   Result result = result_of(options, column, "Ranks");
   result.data = {count_column("position", positions(column.count())),
                  {"value", exact_cells(column.values)},
-                 count_column("rank", column.ranks)};
+                 count_column("rank", column.ranks, 1)};
   result.table = result.data;
   result.picture = [&](const std::string& file) {
-    const std::vector<QuarnFloat> ranks(column.ranks.begin(), column.ranks.end());
+    std::vector<QuarnFloat> ranks(column.ranks.begin(), column.ranks.end());
+    for (QuarnFloat& rank : ranks) {
+      rank += 1;
+    }
     draw({Panel{result.notes.front(), column.name, "rank", {column.values, ranks}, {}, Panel::Style::points}}, file);
   };
   deliver(result, options.output);

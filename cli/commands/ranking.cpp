@@ -5,10 +5,8 @@
 #include <numeric>
 
 #include "cli/commands/failure.h"
-#include "cli/commands/library_call.h"
 #include "cli/system/memory.h"
 #include "cli/system/progress.h"
-#include "tesk2mp/tesk2mp.h"
 
 namespace cli {
 
@@ -41,13 +39,8 @@ RankedColumn rank_column(const RankingOptions& options) {
   column.values = table.numbers(chosen);
   column.counted = std::to_string(column.values.size()) + (column.values.size() == 1 ? " value" : " values") +
                    (chosen.name.empty() ? "" : " of '" + chosen.name + "'") + " in " + table.source();
-  column.ranks.resize(column.values.size());
-  const Integer first = 1;
-  const Integer last = column.count();
-  const Progress progress = Progress::estimated("ranking", ranking_cost(double(last)));
-  call_routine("QuarnMPX_m01daf_", [&](Integer* ifail) {
-    QuarnMPX_m01daf_(column.values.data(), &first, &last, options.order(), column.ranks.data(), ifail, 1);
-  });
+  const Progress progress = Progress::estimated("ranking", ranking_cost(double(column.count())));
+  column.ranks = tesk2mp::rank(column.values, options.order());
   return column;
 }
 
@@ -63,11 +56,11 @@ Result result_of(const RankingOptions& options, const RankedColumn& column, cons
   return result;
 }
 
-ResultColumn count_column(const std::string& name, const std::vector<Integer>& numbers) {
+ResultColumn count_column(const std::string& name, const std::vector<Integer>& numbers, Integer first) {
   ResultColumn column{name, {}, true};
   column.cells.reserve(numbers.size());
   for (const Integer number : numbers) {
-    column.cells.push_back(std::to_string(number));
+    column.cells.push_back(std::to_string(number + first));
   }
   return column;
 }

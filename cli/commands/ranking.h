@@ -8,6 +8,7 @@
 #include "cli/commands/options.h"
 #include "cli/io/number_table.h"
 #include "quarn/quarnfloat.h"
+#include "tesk2mp/util.hpp"
 
 namespace cli {
 
@@ -17,7 +18,7 @@ struct RankingOptions {
   bool descending = false;
   OutputOptions output;
 
-  const char* order() const { return descending ? "D" : "A"; }
+  tesk2mp::Order order() const { return descending ? tesk2mp::Order::descending : tesk2mp::Order::ascending; }
   const char* order_name() const { return descending ? "descending" : "ascending"; }
 };
 
@@ -28,7 +29,7 @@ struct RankedColumn {
   std::string name;     // "value" when it has none
   std::string counted;  // "5 values of 'height' in FILE"
   std::vector<QuarnFloat> values;
-  std::vector<Integer> ranks;  // of values, from 1
+  std::vector<Integer> ranks;  // of values, from 0
 
   Integer count() const { return Integer(values.size()); }
 };
@@ -39,8 +40,8 @@ RankedColumn rank_column(const RankingOptions& options);
 /// What both results tell beside their columns.
 Result result_of(const RankingOptions& options, const RankedColumn& column, const std::string& what);
 
-/// The numbers as a column of whole numbers.
-ResultColumn count_column(const std::string& name, const std::vector<Integer>& numbers);
+/// The numbers as a column of whole numbers; `first` is added to each.
+ResultColumn count_column(const std::string& name, const std::vector<Integer>& numbers, Integer first = 0);
 
 /// 1 ... n.
 std::vector<Integer> positions(Integer n);

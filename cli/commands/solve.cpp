@@ -53,7 +53,7 @@ double part_done(const QuarnFloat& first, const ResidualStep& now) {
 
 Solution solve(const LinearSystem& system, const std::string& method, const SolveOptions& options) {
   if (method == "direct") {
-    const Progress progress = Progress::estimated("factorising", factorisation_cost(system.n, system.complex));
+    const Progress progress = Progress::estimated("factorising", factorisation_cost(system.n, system.complex()));
     return solve_directly(system);
   }
   std::optional<Progress> progress;
@@ -176,7 +176,7 @@ std::string precision_note(const SolveOptions& options, const std::string& routi
 }
 
 Result one_result(const LinearSystem& system, const Solution& solution, const SolveOptions& options) {
-  const QuarnFloat residual = relative_residual(system, solution.x);
+  const QuarnFloat& residual = solution.residual;
   const bool direct = solution.method == "direct";
   Result result;
   result.notes = {system_note(system, options), precision_note(options, solution.routine),
@@ -207,7 +207,7 @@ Result comparison(const LinearSystem& system, const std::vector<Solution>& solut
                   {"outcome", {}, false, true}};
   result.data = result.table;
   for (const Solution& solution : solutions) {
-    const QuarnFloat residual = relative_residual(system, solution.x);
+    const QuarnFloat& residual = solution.residual;
     for (auto* columns : {&result.table, &result.data}) {
       (*columns)[0].cells.push_back(name_of(solution, options, system.n));
       (*columns)[1].cells.push_back(std::to_string(solution.iterations));
@@ -233,7 +233,7 @@ void run_solve(const SolveOptions& options) {
   const bool all = options.method == "all";
   Result result = all ? comparison(system, solutions, options) : one_result(system, solutions.front(), options);
   if (!all) {
-    add_matrix(result, DenseMatrix{"", system.n, 1, system.complex, solutions.front().x});
+    add_matrix(result, DenseMatrix{"", system.n, 1, system.complex(), solutions.front().x});
   }
   result.picture = [&](const std::string& file) { draw_history(solutions, system, options, file); };
   deliver(result, options.output);

@@ -1,9 +1,7 @@
 // quarn sort: the numbers of a column in order, each with the position that it came from.
-#include "cli/commands/library_call.h"
 #include "cli/commands/options.h"
 #include "cli/commands/ranking.h"
 #include "cli/plot/plot.h"
-#include "tesk2mp/tesk2mp.h"
 
 namespace cli {
 
@@ -11,17 +9,13 @@ namespace {
 
 void run_sort(const RankingOptions& options) {
   RankedColumn column = rank_column(options);
-  const Integer first = 1;
-  const Integer last = column.count();
-  call_routine("QuarnMP_m01eaf_", [&](Integer* ifail) {
-    QuarnMP_m01eaf_(column.values.data(), &first, &last, column.ranks.data(), ifail);
-  });
-  std::vector<Integer> origins = column.ranks;
-  call_routine("QuarnMP_m01zaf_", [&](Integer* ifail) { QuarnMP_m01zaf_(origins.data(), &first, &last, ifail); });
+  tesk2mp::rearrange(column.values, column.ranks);
+  const std::vector<Integer> origins = tesk2mp::invert(column.ranks);
 
   Result result = result_of(options, column, "Order");
-  result.data = {
-      count_column("rank", positions(last)), {"value", exact_cells(column.values)}, count_column("position", origins)};
+  result.data = {count_column("rank", positions(column.count())),
+                 {"value", exact_cells(column.values)},
+                 count_column("position", origins, 1)};
   result.table = result.data;
   result.picture = [&](const std::string& file) {
     Panel panel = panel_of_elements(result.notes.front(), column.name, column.values);

@@ -1,16 +1,17 @@
 // quarn sparse: the canonical form of a sparse matrix, with a summary and a picture of where its entries stand.
+#include "tesk2mp/sparse.hpp"
+
 #include <algorithm>
 #include <limits>
 #include <optional>
 
 #include "cli/commands/failure.h"
-#include "cli/commands/library_call.h"
 #include "cli/commands/options.h"
 #include "cli/io/matrix_input.h"
 #include "cli/io/matrix_output.h"
 #include "cli/plot/plot.h"
 #include "cli/system/memory.h"
-#include "tesk2mp/tesk2mp.h"
+#include "tesk2mp/util.hpp"
 
 namespace cli {
 
@@ -24,10 +25,20 @@ struct SparseOptions {
   OutputOptions output;
 };
 
-// What the options' words mean to the library: their first letters.
 const std::vector<std::string> kDuplicates = {"remove", "sum", "fail"};
 const std::vector<std::string> kZeros = {"remove", "keep", "fail"};
-char letter(const std::string& word) { return char(word[0] - 'a' + 'A'); }
+
+tesk2mp::Duplicates duplicates_of(const SparseOptions& options) {
+  return options.duplicates == "sum"      ? tesk2mp::Duplicates::sum
+         : options.duplicates == "remove" ? tesk2mp::Duplicates::keep_first
+                                          : tesk2mp::Duplicates::fail;
+}
+
+tesk2mp::Zeros zeros_of(const SparseOptions& options) {
+  return options.zeros == "keep"     ? tesk2mp::Zeros::keep
+         : options.zeros == "remove" ? tesk2mp::Zeros::remove
+                                     : tesk2mp::Zeros::fail;
+}
 
 struct Canonical {
   SparseMatrix matrix;
@@ -64,62 +75,51 @@ class Renumbering {
 
 // Rows and columns of a matrix that is not square count up to one order. Where the library may name a place in a
 // message the matrix keeps its own numbers.
-template <class Value, class Routine>
-void sort_entries(Canonical& result, std::vector<Value>& values, bool may_fail, Routine routine) {
-  SparseMatrix& matrix = result.matrix;
+template <class T>
+std::vector<T> sort_entries(SparseMatrix& matrix, std::vector<T> values, tesk2mp::Storage storage,
+                            tesk2mp::Duplicates duplicates, tesk2mp::Zeros zeros) {
+  const bool may_fail = duplicates == tesk2mp::Duplicates::fail || zeros == tesk2mp::Zeros::fail;
   std::optional<Renumbering> renumbering;
   Integer n = std::max(matrix.rows, matrix.columns);
-  Integer nnz = matrix.count();
-  if (!may_fail && n > nnz) {
+  if (!may_fail && n > matrix.count()) {
     n = renumbering.emplace(matrix).order();
   }
-  require_bytes(double(sizeof(Integer)) * (2 * double(n) + nnz), "the order " + std::to_string(n));
-  std::vector<Integer> starts(std::size_t(n) + 1);
-  std::vector<Integer> work(std::size_t(n) + std::size_t(nnz));
-  call_routine(result.routine, [&](Integer* ifail) {
-    routine(n, &nnz, values.data(), matrix.row.data(), matrix.column.data(), starts.data(), work.data(), ifail);
-  });
-  values.resize(std::size_t(nnz));
-  matrix.row.resize(std::size_t(nnz));
-  matrix.column.resize(std::size_t(nnz));
+  require_bytes(double(sizeof(Integer)) * (2 * double(n) + matrix.count()), "the order " + std::to_string(n));
+  tesk2mp::SparseMatrix<T> sorted(std::size_t(n), storage);
+  for (std::size_t k = 0; k < values.size(); ++k) {
+    sorted.add(std::size_t(matrix.row[k]) - 1, std::size_t(matrix.column[k]) - 1, std::move(values[k]));
+  }
+  sorted.canonicalise(duplicates, zeros);
+  values.resize(sorted.entries());
+  matrix.row.resize(sorted.entries());
+  matrix.column.resize(sorted.entries());
+  for (std::size_t k = 0; k < values.size(); ++k) {
+    values[k] = sorted.value(k);
+    matrix.row[k] = Integer(sorted.row(k)) + 1;
+    matrix.column[k] = Integer(sorted.column(k)) + 1;
+  }
   if (renumbering) {
     renumbering->undo();
   }
+  return values;
 }
 
 // The library's routines for stored lower triangles know fewer options; where these are asked for, and for symmetries
 // that it does not know, the entries of the triangle are those of a general matrix.
-Canonical canonical_form(SparseMatrix given, char dup, char zero) {
+Canonical canonical_form(SparseMatrix given, tesk2mp::Duplicates duplicates, tesk2mp::Zeros zeros) {
   Canonical result{std::move(given), ""};
   SparseMatrix& matrix = result.matrix;
-  const bool any = dup != 'F' && zero != 'F';
-  const auto name = [&](const char* routine) { result.routine = routine; };
+  const bool may_fail = duplicates == tesk2mp::Duplicates::fail || zeros == tesk2mp::Zeros::fail;
+  const Symmetry stored = matrix.complex() ? Symmetry::hermitian : Symmetry::symmetric;
+  const bool triangle = !may_fail && matrix.symmetry == stored;
+  const auto storage = triangle ? tesk2mp::Storage::lower_triangle : tesk2mp::Storage::general;
   if (matrix.complex()) {
-    const bool triangle = any && matrix.symmetry == Symmetry::hermitian;
-    name(triangle ? "QuarnMP_f11zpf_" : "QuarnMP_f11znf_");
-    const auto routine = triangle ? QuarnMP_f11zpf_ : QuarnMP_f11znf_;
-    sort_entries(result, matrix.values, !any,
-                 [&](Integer n, Integer* nnz, Complex* a, Integer* row, Integer* column, Integer* starts, Integer* work,
-                     Integer* ifail) { routine(&n, nnz, a, row, column, &dup, &zero, starts, work, ifail, 1, 1); });
+    result.routine = triangle ? "QuarnMP_f11zpf_" : "QuarnMP_f11znf_";
+    matrix.values = sort_entries(matrix, std::move(matrix.values), storage, duplicates, zeros);
     return result;
   }
-  std::vector<QuarnFloat> values = real_parts(matrix.values);
-  if (any && matrix.symmetry == Symmetry::symmetric) {
-    name("QuarnMP_f11zbfn_");
-    sort_entries(result, values, !any,
-                 [&](Integer n, Integer* nnz, QuarnFloat* a, Integer* row, Integer* column, Integer* starts,
-                     Integer* work, Integer* ifail) {
-                   constexpr int kBuffer = 200;
-                   char buffer[kBuffer];
-                   QuarnMP_f11zbfn_(n, nnz, a, row, column, &dup, &zero, starts, work, buffer, ifail, 1, 1, kBuffer);
-                 });
-  } else {
-    name("QuarnMP_f11zaf_");
-    sort_entries(
-        result, values, !any,
-        [&](Integer n, Integer* nnz, QuarnFloat* a, Integer* row, Integer* column, Integer* starts, Integer* work,
-            Integer* ifail) { QuarnMP_f11zaf_(&n, nnz, a, row, column, &dup, &zero, starts, work, ifail, 1, 1); });
-  }
+  result.routine = triangle ? "QuarnMP_f11zbfn_" : "QuarnMP_f11zaf_";
+  const std::vector<QuarnFloat> values = sort_entries(matrix, real_parts(matrix.values), storage, duplicates, zeros);
   matrix.values = complex_numbers(values);
   if (matrix.field == Field::pattern && std::any_of(values.begin(), values.end(), [](auto& v) { return v != 1; })) {
     matrix.field = Field::integer;  // sums of duplicates
@@ -156,7 +156,7 @@ std::string magnitudes(const std::vector<Complex>& values) {
   QuarnFloat least;
   QuarnFloat most;
   for (const Complex& value : values) {
-    QuarnFloat size = value.im == 0 ? fabs(value.re) : QuarnMP_a02abfn_(value.re, value.im);
+    QuarnFloat size = value.im == 0 ? fabs(value.re) : tesk2mp::abs(value);
     least = least == 0 || (size != 0 && size < least) ? size : least;
     most = most < size ? std::move(size) : most;
   }
@@ -169,7 +169,7 @@ void run_sparse(const SparseOptions& options) {
     given = expanded(given);
   }
   const Integer count = given.count();
-  const Canonical canonical = canonical_form(std::move(given), letter(options.duplicates), letter(options.zeros));
+  const Canonical canonical = canonical_form(std::move(given), duplicates_of(options), zeros_of(options));
   const SparseMatrix& matrix = canonical.matrix;
   const Summary summary = summary_of(matrix);
 

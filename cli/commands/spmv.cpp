@@ -1,13 +1,12 @@
 // quarn spmv: a sparse matrix times a vector.
 
 #include "cli/commands/failure.h"
-#include "cli/commands/library_call.h"
 #include "cli/commands/options.h"
 #include "cli/io/input.h"
 #include "cli/io/matrix_input.h"
 #include "cli/io/matrix_output.h"
 #include "cli/plot/plot.h"
-#include "tesk2mp/sparse.h"
+#include "tesk2mp/sparse.hpp"
 
 namespace cli {
 
@@ -21,49 +20,32 @@ struct SpmvOptions {
   OutputOptions output;
 };
 
-// The library's products: of real and complex values, of general matrices and of stored lower triangles.
 struct Product {
   std::string routine;
   std::vector<Complex> y;
 };
 
-Product product(const SparseMatrix& matrix, const std::vector<Complex>& x, bool complex, bool transpose) {
-  const Integer n = matrix.rows;
-  const Integer nnz = matrix.count();
-  const char* trans = transpose ? "T" : "N";
-  const Integer* row = matrix.row.data();
-  const Integer* column = matrix.column.data();
-  const Complex* a = matrix.values.data();
+template <class T>
+std::vector<T> product(const SparseMatrix& matrix, const std::vector<T>& values, const std::vector<T>& x,
+                       tesk2mp::Op op) {
   const bool triangle = matrix.symmetry != Symmetry::general;
-  Product result;
-  result.y.resize(x.size());
-  Complex* y = result.y.data();
-  const auto call = [&](const char* routine, const std::function<void(Integer*)>& work) {
-    result.routine = routine;
-    call_routine(routine, work);
-  };
-  if (complex && triangle) {
-    call("QuarnMP_f11xsf_",
-         [&](Integer* ifail) { QuarnMP_f11xsf_(&n, &nnz, a, row, column, "N", x.data(), y, ifail, 1); });
-  } else if (complex) {
-    call("QuarnMP_f11xnf_",
-         [&](Integer* ifail) { QuarnMP_f11xnf_(trans, &n, &nnz, a, row, column, "N", x.data(), y, ifail, 1, 1); });
-  } else {
-    const std::vector<QuarnFloat> real = real_parts(matrix.values);
-    const std::vector<QuarnFloat> real_x = real_parts(x);
-    std::vector<QuarnFloat> real_y(x.size());
-    if (triangle) {
-      call("QuarnMP_f11xef_", [&](Integer* ifail) {
-        QuarnMP_f11xef_(&n, &nnz, real.data(), row, column, "N", real_x.data(), real_y.data(), ifail, 1);
-      });
-    } else {
-      call("QuarnMP_f11xaf_", [&](Integer* ifail) {
-        QuarnMP_f11xaf_(trans, &n, &nnz, real.data(), row, column, "N", real_x.data(), real_y.data(), ifail, 1, 1);
-      });
-    }
-    result.y = complex_numbers(real_y);
+  tesk2mp::SparseMatrix<T> a(x.size(), triangle ? tesk2mp::Storage::lower_triangle : tesk2mp::Storage::general);
+  for (std::size_t k = 0; k < values.size(); ++k) {
+    a.add(std::size_t(matrix.row[k]) - 1, std::size_t(matrix.column[k]) - 1, values[k]);
   }
-  return result;
+  return a.multiply(x, op);
+}
+
+// The library's products: of real and complex values, of general matrices and of stored lower triangles.
+Product product(const SparseMatrix& matrix, const std::vector<Complex>& x, bool complex, bool transpose) {
+  const bool triangle = matrix.symmetry != Symmetry::general;
+  if (complex) {
+    const auto op = transpose ? tesk2mp::Op::conjugate_transpose : tesk2mp::Op::none;
+    return {triangle ? "QuarnMP_f11xsf_" : "QuarnMP_f11xnf_", product(matrix, matrix.values, x, op)};
+  }
+  const auto op = transpose ? tesk2mp::Op::transpose : tesk2mp::Op::none;
+  return {triangle ? "QuarnMP_f11xef_" : "QuarnMP_f11xaf_",
+          complex_numbers(product(matrix, real_parts(matrix.values), real_parts(x), op))};
 }
 
 // The library knows the triangles of real symmetric and of Hermitian matrices; all others are given whole.

@@ -6,7 +6,6 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
-#include <optional>
 
 #include "cli/commands/failure.h"
 #include "cli/io/replacement.h"
@@ -18,31 +17,64 @@
 
 namespace cli {
 
+namespace {
+
+bool is_standard(const std::string& file) { return file.empty() || file == "-"; }
+
+Failure refused(const std::string& file, int reason) {
+  return bad_output("cannot write " + (is_standard(file) ? "standard output" : file) + ": " + std::strerror(reason));
+}
+
+// Ends the writing to a stream, and closes it if it is a file's; 0 or the reason why that failed.
+int finish(std::FILE* stream, bool well, bool close) {
+  int reason = well && std::fflush(stream) == 0 ? 0 : errno;
+  if (close && std::fclose(stream) != 0 && reason == 0) {
+    reason = errno;
+  }
+  return reason;
+}
+
+}  // namespace
+
 void write_output(const std::string& text, const std::string& file) {
-  const bool standard = file.empty() || file == "-";
-  const auto refused = [&](int reason) {
-    return bad_output("cannot write " + (standard ? "standard output" : file) + ": " + std::strerror(reason));
+  const auto write = [&](std::FILE* stream, bool close) {
+    const bool well = std::fwrite(text.data(), 1, text.size(), stream) == text.size();
+    if (const int reason = finish(stream, well, close); reason != 0) {
+      throw refused(file, reason);
+    }
   };
-  std::optional<Replacement> target;
-  if (!standard) {
-    target.emplace(file);
+  if (is_standard(file)) {
+    return write(stdout, false);
   }
-  std::FILE* stream = standard ? stdout : std::fopen(target->name().c_str(), "wb");
+  Replacement target(file);
+  std::FILE* stream = std::fopen(target.name().c_str(), "wb");
   if (stream == nullptr) {
-    throw refused(errno);
+    throw refused(file, errno);
   }
-  int reason = 0;
-  if (std::fwrite(text.data(), 1, text.size(), stream) != text.size() || std::fflush(stream) != 0) {
-    reason = errno;
+  write(stream, true);
+  if (!target.commit()) {
+    throw refused(file, errno);
   }
-  if (!standard && std::fclose(stream) != 0 && reason == 0) {
-    reason = errno;
+}
+
+void write_output_of(void (*writer)(), const std::string& file) {
+  const auto write = [&] {
+    writer();
+    if (const int reason = finish(stdout, std::ferror(stdout) == 0, false); reason != 0) {
+      throw refused(file, reason);
+    }
+  };
+  if (is_standard(file)) {
+    return write();
   }
-  if (!standard && reason == 0 && !target->commit()) {
-    reason = errno;
+  Replacement target(file);
+  if (std::freopen(target.name().c_str(), "wb", stdout) == nullptr) {
+    throw refused(file, errno);
   }
-  if (reason != 0) {
-    throw refused(reason);
+  write();
+  std::fclose(stdout);
+  if (!target.commit()) {
+    throw refused(file, errno);
   }
 }
 

@@ -15,7 +15,7 @@
 #include "cli/io/replacement.h"
 #include "cli/io/result.h"
 #include "cli/system/process.h"
-#include "tesk2mp/tesk2mp.h"
+#include "tesk2mp/util.hpp"
 
 namespace cli {
 
@@ -260,7 +260,7 @@ HeatMap map_of_magnitudes(const std::string& title, Integer rows, const std::vec
   map.columns = {"column", 1, Integer(elements.size() / std::size_t(rows))};
   map.logarithmic = true;
   for (const Complex& z : elements) {
-    map.values.push_back(QuarnMP_a02abfn_(z.re, z.im));
+    map.values.push_back(tesk2mp::abs(z));
   }
   return map;
 }

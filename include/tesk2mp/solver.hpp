@@ -178,6 +178,24 @@ void apply_operator(const Operator& a, std::span<const Real> x, std::span<Real> 
 
 }  // namespace detail
 
+/// Does what a solver asks for until it has finished or the monitor, called with the solver, returns false. a and
+/// precondition: as for solve_iteratively(). Throws as IterativeSolver::next() does; the solver then has the last
+/// iterate.
+template <class Operator, class Precondition, class Watch>
+void iterate(IterativeSolver& solver, const Operator& a, const Precondition& precondition, const Watch& monitor) {
+  for (Request request = solver.next(); request != Request::finished; request = solver.next()) {
+    if (request == Request::precondition) {
+      precondition(solver.input(), solver.output());
+    } else if (request == Request::monitor) {
+      if (!monitor(solver)) {
+        return;
+      }
+    } else {
+      detail::apply_operator(a, solver.input(), solver.output(), request == Request::transposed_product);
+    }
+  }
+}
+
 /// Solves A x = b iteratively. a: a SparseMatrix, or a function a(x, y) that sets y to A x (a(x, y, transposed) where
 /// A^T x may be asked for). precondition(x, y): sets y to M^-1 x; a null one is none. monitor: called every
 /// options.monitor iterations, 0 for every one. Throws as IterativeSolver does.
@@ -194,17 +212,8 @@ IterativeSolution solve_iteratively(
     std::span<const Real> guess = {}, const Monitor& monitor = {}) {
   options.monitor = monitor && options.monitor == 0 ? 1 : options.monitor;
   IterativeSolver solver(b, guess, bool(precondition), options);
-  for (Request request = solver.next(); request != Request::finished; request = solver.next()) {
-    if (request == Request::precondition) {
-      precondition(solver.input(), solver.output());
-    } else if (request == Request::monitor) {
-      if (monitor && !monitor(solver.progress(), solver.input(), solver.output())) {
-        break;
-      }
-    } else {
-      detail::apply_operator(a, solver.input(), solver.output(), request == Request::transposed_product);
-    }
-  }
+  iterate(solver, a, precondition,
+          [&monitor](IterativeSolver& now) { return !monitor || monitor(now.progress(), now.input(), now.output()); });
   return {solver.solution(), solver.residual(), solver.progress(), solver.converged()};
 }
 

@@ -28,16 +28,11 @@ BAD_OPTIONS = [
 BAD_DIGITS = ["0", "-1", "1000001", "99999999999", "20.5", "many", ""]
 
 
-def refusal(routine, record, ifail, entry):
-    return (f" ** {record}\n\n ** ABNORMAL EXIT from Tesk Library routine {routine}: IFAIL ={ifail:6d}\n"
-            f" ** Tesk soft failure - control returned\nquarn: {entry} failed with IFAIL = {ifail}\n")
-
-
 REFUSED = [
-    (1, 3, "On entry, N .le. 1: N =%16d."),
-    (23, 1, "At least one prime factor of N is greater than 19.\n    N =%16d."),
-    (46, 1, "At least one prime factor of N is greater than 19.\n    N =%16d."),
-    (2 ** 21, 2, "N has more than 20 prime factors.\n    N =%16d."),
+    (1, "On entry, N .le. 1: N = %d."),
+    (23, "At least one prime factor of N is greater than 19. N = %d."),
+    (46, "At least one prime factor of N is greater than 19. N = %d."),
+    (2 ** 21, "N has more than 20 prime factors. N = %d."),
 ]
 
 
@@ -56,16 +51,13 @@ class Failures(unittest.TestCase):
                 self.assertRegex(done.stderr, "^quarn: .*(--digits|" + digits + ")")
 
     def test_the_library_says_why_it_refuses(self):
-        entries = [([], "QuarnMPX_c06faf_", "C06FAF"), (["--classic"], "QuarnMP_c06faf_", "C06FAF"),
-                   (["--inverse"], "QuarnMPX_c06fbf_", "C06FBF"),
-                   (["--inverse", "--classic"], "QuarnMP_c06fbf_", "C06FBF")]
-        for n, ifail, record in REFUSED:
-            for options, entry, routine in entries if n < 100 else entries[:1]:
-                with self.subTest(n=n, entry=entry):
+        entries = [([], "C06FAF"), (["--classic"], "C06FAF"), (["--inverse"], "C06FBF"), (["--inverse", "--classic"], "C06FBF")]
+        for n, record in REFUSED:
+            for options, routine in entries if n < 100 else entries[:1]:
+                with self.subTest(n=n, options=options):
                     done = run("fft", "-", *options, stdin="1\n" * n)
                     # Not even the newlines that a failing routine writes may reach standard output.
-                    self.assertEqual((done.returncode, done.stdout), (1, ""))
-                    self.assertEqual(done.stderr.replace("\n\n\n", "\n\n"), refusal(routine, record % n, ifail, entry))
+                    self.assertEqual((done.returncode, done.stdout, done.stderr), (1, "", f"quarn: {routine}: {record % n}\n"))
 
     def test_a_refused_run_leaves_no_output_file(self):
         with tempfile.TemporaryDirectory() as folder:

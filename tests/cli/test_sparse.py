@@ -80,16 +80,15 @@ class Sparse(unittest.TestCase):
         self.assertIn("\n1 1 " + long + "\n", run_well("sparse", self.file, "--digits", "60", "--format", "mtx"))
 
     def test_failing_on_what_is_found(self):
-        for kind, lines, options, code, words in (
-                ("real general", ["2 1 1", "2 1 2"], ["--dup", "fail"], 3, "a duplicate entry"),
-                ("real symmetric", ["2 1 1", "2 1 2"], ["--dup", "fail"], 3, "a duplicate entry"),
-                ("complex hermitian", ["2 1 0 0"], ["--zero", "fail"], 4, "a zero entry")):
+        for kind, lines, options, routine, words in (
+                ("real general", ["2 1 1", "2 1 2"], ["--dup", "fail"], "F11ZAF", "a duplicate entry"),
+                ("real symmetric", ["2 1 1", "2 1 2"], ["--dup", "fail"], "F11ZAF", "a duplicate entry"),
+                ("complex hermitian", ["2 1 0 0"], ["--zero", "fail"], "F11ZNF", "a zero entry")):
             with self.subTest(kind):
                 self.write(kind, 2, 2, lines)
                 done = run("sparse", self.file, *options)
-                self.assertEqual((done.returncode, done.stdout), (1, ""))
-                self.assertIn(words + " has been found in row I and column J:\n    I = %16d, J = %16d." % (2, 1), done.stderr)
-                self.assertTrue(done.stderr.endswith(f" failed with IFAIL = {code}\n"))
+                complaint = f"quarn: {routine}: On entry, {words} has been found in row I and column J: I = 2, J = 1.\n"
+                self.assertEqual((done.returncode, done.stdout, done.stderr), (1, "", complaint))
 
     def test_summary(self):
         self.write("real symmetric", 4, 4, ["4 1 3e-2", "1 1 -20", "4 4 5"])

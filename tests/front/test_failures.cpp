@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/commands/library_call.h"
+#include "support/standard_output.h"
 #include "tesk2mp/tesk2mp.hpp"
 
 namespace {
@@ -39,7 +39,7 @@ void check_all(const std::vector<Row>& rows) {
   for (const Row& row : rows) {
     CAPTURE(row.what);
     std::optional<Failure> thrown;
-    const std::string printed = cli::console_text_of([&] {
+    const std::string printed = support::printed_by([&] {
       try {
         row.call();
       } catch (const Failure& failure) {

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "cli/commands/library_call.h"
 #include "front/samples.h"
+#include "support/standard_output.h"
 
 using namespace front;
 using namespace tesk2mp;
@@ -104,7 +104,7 @@ TEST_CASE("step by step: monitoring, and an end at will") {
   SolverOptions options;
   options.method = Method::bicgstab;
   options.monitor = 1;
-  const std::string printed = cli::console_text_of([&] {
+  const std::string printed = support::printed_by([&] {
     IterativeSolver solver(b, {}, false, options);
     Integer looks = 0;
     Request request = solver.next();
@@ -157,7 +157,7 @@ TEST_CASE("what the solver refuses, and where it gives up") {
        }},
       {"bad weights", 1, [](SolverOptions& options) { options.weights = std::vector<Real>(kOrder, Real(-1)); }},
   };
-  const std::string printed = cli::console_text_of([&] {
+  const std::string printed = support::printed_by([&] {
     for (const Row& row : rows) {
       CAPTURE(row.what);
       SolverOptions options;
