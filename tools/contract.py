@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""contract.py [--check]: writes what follows from the declarations in include/tesk2mp/*.h alone.
+"""contract.py [--check | --names]: writes what follows from the pages and declarations in include/tesk2mp/*.h alone.
 
 The public headers are the contract: each routine's page names its forms, and some forms are mechanical. Those are
 written to src/generated/:
@@ -11,7 +11,7 @@ written to src/generated/:
 
 Companions (QuarnMPX_) have the same forms. Every other export is defined by hand; a definition that differs from its
 declaration does not compile, and one that is missing stops the link: exports.map (ELF) and exports.def (PE) list every
-export. --check writes nothing and fails when
+export. The tables of routines in README.md and docs/routines.md, between two comments, come from the pages' titles. --check writes nothing and fails when
 a file is not what would be written; --names prints all exported names.
 """
 import dataclasses
@@ -47,6 +47,9 @@ class Page:
 
     comment: list
     functions: list
+
+    def code_and_title(self):
+        return next(line for line in self.comment if line.startswith("@defgroup ")).split(" ", 2)[1:]
 
     def command(self, name):
         """What stands in the braces of each @name{...}."""
@@ -173,6 +176,40 @@ def export_lists():
     return {"exports.map": "\n".join(script), "exports.def": "\n".join(definition)}
 
 
+def title_of(header):
+    """The first line of a header's comment."""
+    return (HEADERS / f"{header}.h").read_text().partition("\n")[0].removeprefix("// ").rstrip(".")
+
+
+def overview(found):
+    """A row for each header: for README.md."""
+    rows = ["| | routines | header |", "|---|---|---|"]
+    for header, pages in found.items():
+        codes = " ".join(f"`{page.code_and_title()[0]}`" for page in pages)
+        rows.append(f"| {title_of(header)} | {codes} | [{header}.h](include/tesk2mp/{header}.h) |")
+    return rows
+
+
+def directory(found):
+    """A row for each routine: for docs/routines.md."""
+    rows = ["| routine | also called | what it does |", "|---|---|---|"]
+    for pages in found.values():
+        for page in pages:
+            code, title = page.code_and_title()
+            others = dict.fromkeys(re.sub(r"QuarnMPX?_|_ENTRY$|_$", "", function.name) for function in page.functions)
+            others = " ".join(f"`{name}`" for name in others if name not in (code, code + "n"))
+            companion = len({function.name[:8] == "QuarnMPX" for function in page.functions}) == 2
+            rows.append(f"| `{code}` | {others} | {title}{' (with companion)' if companion else ''} |")
+    return rows
+
+
+def with_table(path, rows):
+    """The text of a document with the table between its two comments replaced."""
+    begin, end = "<!-- table: made by tools/contract.py -->\n", "<!-- end of table -->\n"
+    head, _, rest = path.read_text().partition(begin)
+    return head + begin + "\n" + "\n".join(rows) + "\n\n" + end + rest.partition(end)[2]
+
+
 def main():
     if "--names" in sys.argv:
         print(*names(), sep="\n")
@@ -181,6 +218,8 @@ def main():
     every = {function.name: function for pages in found.values() for page in pages for function in page.functions}
     wanted = {f"{header}_forms.cpp": source_of(header, pages, every) for header, pages in found.items()}
     wanted = {GENERATED / name: text for name, text in (wanted | export_lists()).items() if text}
+    for path, rows in ((ROOT / "README.md", overview(found)), (ROOT / "docs/routines.md", directory(found))):
+        wanted[path] = with_table(path, rows)
     stale = [path for path, text in wanted.items() if not path.exists() or path.read_text() != text]
     stale += [path for path in GENERATED.glob("*") if path not in wanted]
     if "--check" in sys.argv:

@@ -8,7 +8,7 @@
 #include "src/frame/constants.h"
 #include "src/kernels/level3.h"
 #include "tesk2mp/dense.h"
-#include "tesk2mp/tesk2mp.h"
+#include "tesk2mp/frame.h"
 
 namespace tesk {
 namespace {

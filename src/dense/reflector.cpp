@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "src/frame/constants.h"
-#include "tesk2mp/tesk2mp.h"
+#include "tesk2mp/frame.h"
 
 tesk::StandardForm::StandardForm(QuarnFloat& a, QuarnFloat& b, QuarnFloat& c, QuarnFloat& d) : cs(1), sn(0) {
   const QuarnFloat half(0.5);

@@ -1,5 +1,5 @@
 #include "src/frame/failure.h"
-#include "tesk2mp/tesk2mp.h"
+#include "tesk2mp/frame.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "tesk2mp/tesk2mp.h"
+#include "tesk2mp/frame.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "quarn/quarnfloat.h"
-#include "tesk2mp/tesk2mp.h"
+#include "tesk2mp/frame.h"
 
 namespace tesk {
 

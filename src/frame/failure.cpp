@@ -6,7 +6,7 @@
 
 #include "quarn/quarnconsole.h"
 #include "tesk2mp/failure.h"
-#include "tesk2mp/tesk2mp.h"
+#include "tesk2mp/frame.h"
 
 namespace tesk {
 namespace {

@@ -12,7 +12,7 @@
 
 #include "quarn/quarnfloat.h"
 #include "tesk2mp/failure.h"
-#include "tesk2mp/tesk2mp.h"
+#include "tesk2mp/frame.h"
 
 namespace tesk {
 

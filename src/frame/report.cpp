@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "src/frame/failure.h"
-#include "tesk2mp/tesk2mp.h"
+#include "tesk2mp/frame.h"
 
 namespace tesk {
 

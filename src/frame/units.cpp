@@ -1,6 +1,6 @@
 // The two stored unit numbers. They only tell silence (negative) from the host console (anything else).
 #include "src/frame/failure.h"
-#include "tesk2mp/tesk2mp.h"
+#include "tesk2mp/frame.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "src/frame/constants.h"
-#include "tesk2mp/tesk2mp.h"
+#include "tesk2mp/frame.h"
 
 namespace {
 

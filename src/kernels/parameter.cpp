@@ -4,7 +4,7 @@
 #include "src/frame/failure.h"
 #include "src/frame/report.h"
 #include "src/kernels/options.h"
-#include "tesk2mp/tesk2mp.h"
+#include "tesk2mp/frame.h"
 
 void tesk::report_bad_parameter(const char* routine, Integer info, int /*routine_length*/) {
   char record[kRecordLength];

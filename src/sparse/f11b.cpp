@@ -8,8 +8,8 @@
 #include "src/frame/option.h"
 #include "src/frame/report.h"
 #include "src/sparse/solver.h"
+#include "tesk2mp/frame.h"
 #include "tesk2mp/iterative.h"
-#include "tesk2mp/tesk2mp.h"
 
 namespace tesk {
 namespace {

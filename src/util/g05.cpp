@@ -6,8 +6,8 @@
 
 #include "src/frame/constants.h"
 #include "src/frame/working_digits.h"
+#include "tesk2mp/frame.h"
 #include "tesk2mp/random.h"
-#include "tesk2mp/tesk2mp.h"
 
 namespace tesk {
 namespace {

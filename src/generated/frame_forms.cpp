@@ -1,6 +1,6 @@
-// Made by tools/contract.py from include/tesk2mp/tesk2mp.h; do not edit.
+// Made by tools/contract.py from include/tesk2mp/frame.h; do not edit.
 // clang-format off
-#include "tesk2mp/tesk2mp.h"
+#include "tesk2mp/frame.h"
 
 #include <utility>
 
