@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""compare.py --program EXPORT_DIGEST --library FILE [--against FILE] [--quick]
+"""compare.py --program EXPORT_DIGEST --library FILE [--against FILE [--against-program EXPORT_DIGEST]] [--quick]
 
 Every declared export is there and has been called, and two runs agree, or two libraries: the lines that differ are shown.
 """
@@ -13,11 +13,11 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[3] / "tools"))
 import contract  # noqa: E402
 
 
-def digest(options, library):
+def digest(options, program, library):
     """name -> line"""
     folder = str(pathlib.Path(library).resolve().parent)
     environment = dict(os.environ, LD_LIBRARY_PATH=folder) if options.against else None
-    command = [options.program, library] + (["--quick"] if options.quick else [])
+    command = [program, library] + (["--quick"] if options.quick else [])
     run = subprocess.run(command, stdout=subprocess.PIPE, text=True, env=environment)
     if run.returncode not in (0, 1):
         sys.exit(f"{' '.join(command)}: exit status {run.returncode}")
@@ -29,11 +29,12 @@ def main():
     parser.add_argument("--program", required=True)
     parser.add_argument("--library", required=True)
     parser.add_argument("--against", help="another library, whose number library lies beside it")
+    parser.add_argument("--against-program", help="the program built for that one, where the number's layout has changed")
     parser.add_argument("--quick", action="store_true")
     options = parser.parse_args()
 
-    first = digest(options, options.library)
-    second = digest(options, options.against or options.library)
+    first = digest(options, options.program, options.library)
+    second = digest(options, options.against_program or options.program, options.against or options.library)
     problems = []
     for name in sorted(first.keys() | second.keys()):
         if first.get(name) != second.get(name):
