@@ -198,7 +198,9 @@ TEST_CASE("a failure is reported without memory") {
     const auto count = [](const char*, void* texts) { ++*static_cast<int*>(texts); };
     int texts = 0;
     QuarnRedirectConsole(count, &texts);
-    std::freopen("/dev/null", "w", stdout);
+    if (std::freopen("/dev/null", "w", stdout) == nullptr) {
+      return 99;
+    }
     QuarnFloat x[1];
     QuarnFloat work[1];
     Integer n = 1;
