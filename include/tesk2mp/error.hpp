@@ -119,9 +119,12 @@ class Listener {
   Listener(const Listener&) = delete;
   Listener& operator=(const Listener&) = delete;
 
-  bool told() const { return !routine_.empty(); }
+  bool told() const { return !routine_.empty() || out_of_memory_; }
   /// Throws the last failure, as a NumericalFailure when its number is one of those.
   [[noreturn]] void raise(std::initializer_list<Integer> numerical) const {
+    if (out_of_memory_) {
+      throw std::bad_alloc();
+    }
     for (const Integer number : numerical) {
       if (number == code_) {
         throw NumericalFailure(routine_, code_, label_, text_, values_);
@@ -132,7 +135,12 @@ class Listener {
 
  private:
   static void listen(const QuarnFailure* failure, void* self) noexcept {
-    static_cast<Listener*>(self)->take_down(*failure);
+    auto& listener = *static_cast<Listener*>(self);
+    try {
+      listener.take_down(*failure);
+    } catch (const std::bad_alloc&) {
+      listener.out_of_memory_ = true;
+    }
   }
   void take_down(const QuarnFailure& failure) {
     routine_ = failure.routine;
@@ -161,6 +169,7 @@ class Listener {
   Integer label_ = 0;
   std::string text_;
   std::vector<Value> values_;
+  bool out_of_memory_ = false;  // where the failure was to be taken down
   QuarnFailureHandler handler_{listen, this};
   const QuarnFailureHandler* former_;
 };
