@@ -25,6 +25,12 @@ if(TESK_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+option(TESK_TSAN "Build with the thread sanitizer" OFF)
+if(TESK_TSAN)
+  add_compile_options("$<$<COMPILE_LANGUAGE:CXX>:-fsanitize=thread;-fno-omit-frame-pointer>")
+  add_link_options(-fsanitize=thread)
+endif()
+
 option(TESK_FUZZ "Build the fuzz targets (needs clang)" OFF)
 if(TESK_FUZZ)
   target_compile_options(tesk_options INTERFACE -fsanitize=fuzzer-no-link)

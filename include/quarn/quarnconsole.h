@@ -1,4 +1,4 @@
-// The host console: where every message of the library goes.
+// The console: where every message of the library goes.
 #pragma once
 
 #if defined(_WIN32) && defined(QUARNC_BUILD)

@@ -1,4 +1,4 @@
-// QuarnFloat and Complex: the host's decimal floating-point numbers, whose digit count is set at run time.
+// QuarnFloat and Complex: decimal floating-point numbers, whose digit count is set at run time.
 //
 // A finite number is a sign, a decimal coefficient and a power of ten. Every operation reads QuarnDigits() when it
 // starts and delivers its exact result rounded to that many digits, half to even; elementary functions are within one
@@ -6,8 +6,7 @@
 // behave as in the General Decimal Arithmetic rules. Results whose decimal exponent would pass +-999999999 become
 // infinity or zero.
 //
-// The number library keeps process-wide state (the digits, cached constants, recycled storage) without locks: it is
-// to be used by one thread at a time.
+// Several threads may compute at once: digits, caches and recycled storage belong to the thread (quarnthread.h).
 #pragma once
 
 #include <concepts>
@@ -50,11 +49,13 @@ using Integer = int;
 #endif
 static_assert(sizeof(Integer) == 4);
 
-/// The working precision in decimal digits; 20 when the program starts.
+/// The calling thread's working precision in decimal digits; at first the process's default, which is 20 when the
+/// program starts (QuarnSetDefaultDigits).
 QRNFLOAT_API int QuarnDigits() noexcept;
 
-/// Sets the working precision, 1 to 1000000 digits, and returns the former one. Any other value changes nothing.
-QRNFLOAT_API int QuarnSetDigits(int digits) noexcept;
+/// Sets the calling thread's working precision, 1 to 1000000 digits, and returns the former one. Any other value
+/// changes nothing. A thread's first use of numbers may throw std::bad_alloc.
+QRNFLOAT_API int QuarnSetDigits(int digits);
 
 /// A decimal floating-point number of any precision.
 class QUARN_NUMBER QuarnFloat {
@@ -156,7 +157,7 @@ class QUARN_NUMBER QuarnFloat {
   static constexpr std::uint32_t kSign = 0x80000000U;
   static constexpr std::uint32_t kLength = 0x00FFFFFFU;
   // Zero, infinity and NaN are exponents that no finite number has; they have no limbs, so that one look at the
-  // lengths of two operands tells whether anything is special.
+  // lengths of two operands shows whether anything is special.
   static constexpr std::int32_t kZero = INT32_MIN;
   static constexpr std::int32_t kInfinity = INT32_MAX - 1;
   static constexpr std::int32_t kNaN = INT32_MAX;
@@ -325,14 +326,14 @@ struct QFTarget {
 ///
 /// Writes at most capacity characters, the closing NUL included (a null buffer or a capacity of 0: none), and returns
 /// the length of the whole text, or -1 when format and arguments do not agree in number or type, a conversion is
-/// unknown, or the text is longer than an int can tell; the text up to there is kept. Spare arguments are ignored.
+/// unknown, or the text is longer than an int can hold; the text up to there is kept. Spare arguments are ignored.
 QRNFLOAT_API int QFformat(char* buffer, std::size_t capacity, const char* format, const QFArgument* arguments,
                           int count) noexcept;
 
 /// Formatted scan: %d and %u read an Integer (values out of its range give the nearest one), %e %f %g (E F G too) a
-/// QuarnFloat, %s a word, %c one character or as many as the width says (without a NUL), %n tells the characters read
-/// so far; a width limits what is read, a star reads without a target, length modifiers h and l have no effect. White
-/// space in the format matches any, also none; every other character matches itself, %% a per cent sign.
+/// QuarnFloat, %s a word, %c one character or as many as the width says (without a NUL), %n the number of characters
+/// read so far; a width limits what is read, a star reads without a target, length modifiers h and l have no effect.
+/// White space in the format matches any, also none; every other character matches itself, %% a per cent sign.
 ///
 /// A number is the longest one at the front of the text, so that "12e" is 12 followed by a letter. What does not fit
 /// into a character array is read and dropped. Scanning stops at the first thing that does not match, at a target of

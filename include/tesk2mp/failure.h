@@ -26,11 +26,11 @@ extern "C" {
 
 /// @defgroup failure_handler a function that receives every failure
 ///
-/// Sends every failure to *handler from now on, and returns the former handler; a null pointer, the state at first,
-/// means the usual protocol. While there is a handler, a failing routine writes nothing to console or standard output
-/// and returns with its failure number, whatever IFAIL was on entry; a kernel with a wrong argument returns before it
-/// touches anything. A routine that calls others may tell of theirs before its own: the last word counts, and only if
-/// IFAIL comes back non-zero.
+/// Sends every failure of the calling thread to *handler from now on, and returns the former handler; a null pointer,
+/// the state at first, means the usual protocol. While there is a handler, a failing routine writes nothing to console
+/// or standard output and returns with its failure number, whatever IFAIL was on entry; a kernel with a wrong argument
+/// returns before it touches anything. A routine that calls others may tell of theirs before its own: the last word
+/// counts, and only if IFAIL comes back non-zero.
 ///
 /// @param[in] handler the function and what is handed to it; *handler must live until the next call
 ///

@@ -8,7 +8,8 @@
 //
 // Conventions. Reals are QuarnFloat, integers are Integer (signed, 32 bits). Arrays belong to the caller; matrices are
 // column-major with a leading dimension; indices are 1-based. The working precision is QuarnDigits() at the time of
-// the call. The library is to be called by one thread at a time.
+// the call. One thread at a time may call it, or several that have a failure
+// handler each (quarnthread.h).
 //
 // Character options are a text of which the first character counts, in either case; their lengths are the last
 // arguments, in the order of the texts. In a core form the buffer's length comes after them. Where an option is checked

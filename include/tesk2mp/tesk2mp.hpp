@@ -17,7 +17,7 @@
 // * Indices count from 0. (Texts of the library count from 1.)
 // * Each function is a few lines over exports that tesk2mp.h declares; results are theirs, digit for digit.
 //
-// As with the library itself, one thread at a time.
+// Several threads may call at once; digits and failures belong to the thread (quarnthread.h).
 #pragma once
 
 #include "tesk2mp/dense.hpp"

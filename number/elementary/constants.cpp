@@ -1,6 +1,7 @@
-// pi, ln 10 and ln 2 as decimal numbers, kept at the largest precision that was ever asked for.
+// pi, ln 10 and ln 2 as decimal numbers, kept at the largest precision that the thread ever asked for.
 #include "number/elementary/approximate.h"
 #include "number/elementary/series.h"
+#include "number/scalar/thread_state.h"
 
 namespace quarn {
 namespace {
@@ -70,22 +71,18 @@ QuarnFloat compute_ln2(int w) {
          QuarnFloat(6) * inverse_atanh(161, w);
 }
 
+struct Constants {
+  GrowingConstant pi{compute_pi};
+  GrowingConstant ln10{compute_ln10};
+  GrowingConstant ln2{compute_ln2};
+};
+
+Constants& constants() { return own_cache<Constants>(Cache::constants); }
+
 }  // namespace
 
-// Never destroyed: the storage that they would return to may be gone by then.
-QuarnFloat approximate_pi(int w) {
-  static GrowingConstant& pi = *new GrowingConstant(compute_pi);
-  return pi.to(w);
-}
-
-QuarnFloat approximate_ln10(int w) {
-  static GrowingConstant& ln10 = *new GrowingConstant(compute_ln10);
-  return ln10.to(w);
-}
-
-QuarnFloat approximate_ln2(int w) {
-  static GrowingConstant& ln2 = *new GrowingConstant(compute_ln2);
-  return ln2.to(w);
-}
+QuarnFloat approximate_pi(int w) { return constants().pi.to(w); }
+QuarnFloat approximate_ln10(int w) { return constants().ln10.to(w); }
+QuarnFloat approximate_ln2(int w) { return constants().ln2.to(w); }
 
 }  // namespace quarn

@@ -2,13 +2,18 @@
 
 #include <memory>
 
+#include "number/scalar/thread_state.h"
+
 namespace quarn::fixed {
 
 const NegativePowers& NegativePowers::for_words(int words) {
   constexpr int kEverydayWords = 640 / kBits + 2;
-  static auto& shorter = *new std::unique_ptr<const NegativePowers>;
-  static auto& longer = *new std::unique_ptr<const NegativePowers>;
-  auto& powers = words <= kEverydayWords ? shorter : longer;
+  struct Held {
+    std::unique_ptr<const NegativePowers> shorter;
+    std::unique_ptr<const NegativePowers> longer;
+  };
+  Held& held = own_cache<Held>(Cache::powers);
+  auto& powers = words <= kEverydayWords ? held.shorter : held.longer;
   if (powers == nullptr || words > powers->words()) {
     const int kept = std::max(words, kEverydayWords);
     powers = std::make_unique<const NegativePowers>(kept + kept / 4);

@@ -7,7 +7,8 @@
 
 namespace quarn::fixed {
 
-/// The fractions base^-1, base^-2, ..., each to the same number of words, rounded down; kept for all calls.
+/// The fractions base^-1, base^-2, ..., each to the same number of words, rounded down; kept for the calls of the
+/// thread.
 class NegativePowers {
  public:
   /// Good for `words` words. Everyday lengths have their own, which stay in the nearer caches.

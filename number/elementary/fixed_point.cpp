@@ -169,7 +169,7 @@ void sin_cos_of_rest(Word* s, Word* c, Word* r, Length n) {
   c[n] += 1;
 }
 
-/// Each of these is false outside the range of this road.
+/// Each of these is false out of the range of fixed point.
 bool exp_digits(const QuarnFloat& x, int w, DecimalLimbs& out) {
   const View v = view_of(x);
   const int n = words_for(w, 0);

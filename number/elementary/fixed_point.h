@@ -1,4 +1,4 @@
-// Elementary functions in binary fixed point: the fast road at up to some 3000 digits.
+// Elementary functions in binary fixed point: the fast path up to some 3000 digits.
 //
 // Arguments are reduced by table look-ups of eight bits each, the rest goes into a Taylor sum, of which each part is
 // computed only as far as it counts. The tables fill as they are used.
@@ -22,7 +22,7 @@ struct SinCosApproximation {
 };
 
 // The results are meant to have w digits; cancellation may leave them fewer, which is then said. Nothing is returned
-// for arguments or precisions outside this road's range: |x| < 2 * 10^9 for exp, < 10^9 for sin and cos.
+// for arguments or precisions out of its range: |x| < 2 * 10^9 for exp, < 10^9 for sin and cos.
 std::optional<Approximation> exp(const QuarnFloat& x, int w);
 std::optional<Approximation> log(const QuarnFloat& x, int w);
 std::optional<SinCosApproximation> sin_cos(const QuarnFloat& x, int w);

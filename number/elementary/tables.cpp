@@ -3,6 +3,7 @@
 #include "number/elementary/approximate.h"
 #include "number/elementary/conversion.h"
 #include "number/elementary/taylor.h"
+#include "number/scalar/thread_state.h"
 
 namespace quarn::fixed {
 
@@ -58,9 +59,12 @@ Tables::Tables(int n)
 /// Where the tables that serve n words are held: everyday lengths have their own, which stay small enough for the
 /// nearer caches.
 std::unique_ptr<Tables>& holder(int n) {
-  static auto& shorter = *new std::unique_ptr<Tables>;
-  static auto& longer = *new std::unique_ptr<Tables>;
-  return n < kEverydayWords ? shorter : longer;
+  struct Held {
+    std::unique_ptr<Tables> shorter;
+    std::unique_ptr<Tables> longer;
+  };
+  Held& held = own_cache<Held>(Cache::tables);
+  return n < kEverydayWords ? held.shorter : held.longer;
 }
 
 Tables& tables(int n) { return *holder(n); }

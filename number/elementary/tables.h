@@ -1,5 +1,5 @@
-// Constants, coefficients and reduction tables of the fixed-point functions. All are kept to more words than were ever
-// asked for, and are used by their leading words.
+// Constants, coefficients and reduction tables of the fixed-point functions. Each thread keeps its own, to more words
+// than it ever asked for, and uses their leading words.
 #pragma once
 
 #include <memory>

@@ -1,6 +1,7 @@
 // sin, cos, tan and their inverses.
 #include "number/elementary/fixed_point.h"
 #include "number/elementary/rounding.h"
+#include "number/scalar/thread_state.h"
 
 using quarn::approximate_atan;
 using quarn::approximate_pi;
@@ -53,7 +54,7 @@ std::optional<QuarnFloat> exact_quotient(const QuarnFloat& y, const QuarnFloat& 
   return std::nullopt;
 }
 
-/// The last angle: its sine and cosine are usually asked for one after the other.
+/// The thread's last angle: its sine and cosine are usually asked for one after the other.
 struct LastAngle {
   QuarnFloat x;
   int digits = 0;
@@ -62,8 +63,7 @@ struct LastAngle {
 
 /// Sine and cosine of x where fixed point decides them.
 const quarn::fixed::RoundedSinCos& sin_cos_at_once(const QuarnFloat& x) {
-  // Never destroyed: the storage that it would return to may be gone by then.
-  static LastAngle& last = *new LastAngle;
+  LastAngle& last = quarn::own_cache<LastAngle>(quarn::Cache::last_angle);
   const int digits = QuarnDigits();
   if (last.digits != digits || last.x != x) {
     last.digits = 0;  // what is kept is good again when all of it is there

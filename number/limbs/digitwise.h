@@ -227,7 +227,7 @@ template <class Count, class Length>
       }
     }
   }
-  // What is left of the remainder tells: the root counts when it is short of the true one by less than 16 units.
+  // What is left of the remainder decides: the root counts when it is short of the true one by less than 16 units.
   if (column[count] >> 66 != 0 && column[count] >> 66 != -1) [[unlikely]] {
     return false;
   }

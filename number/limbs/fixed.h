@@ -2,7 +2,7 @@
 //
 // An operand is N limbs of a fraction 0.L0 L1 ... whose leading digit is not zero. A result is p[0 .. N), left-aligned
 // too, with a change of the decimal exponent. Lower parts that can hardly matter are not computed: a function returns
-// false when they might (a tie, a borderline), and then the caller takes the general road. Nothing is written before
+// false when they might (a tie, a borderline), and then the caller takes the slow path. Nothing is written before
 // the last operand is read, so that results may replace operands.
 //
 // The limbs are those of Radix64: sums of ten products must fit below 2^123.

@@ -8,8 +8,11 @@
 //     piece is finished while it is in the cache. Block j of a level has r = twiddles[j], whatever the level.
 #pragma once
 
+#include <algorithm>
+#include <atomic>
 #include <bit>
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 #include "number/limbs/prime_field.h"
@@ -76,24 +79,39 @@ class Ntt {
 
   // twiddles[0] = 1 and twiddles[2^t + i] = twiddles[i] * (root of order 2^(t+2)); hence twiddles[2 j]^2 = twiddles[j],
   // twiddles[2 j + 1] = sqrt(-1) * twiddles[2 j], and 1 / twiddles[j] = -twiddles[mirror(j)].
-  static inline std::vector<Factor> twiddles_;
-
-  static void grow_twiddles(std::size_t count) {
-    std::size_t size = twiddles_.size();
-    if (size >= count) {
-      return;
-    }
-    twiddles_.resize(std::bit_ceil(count));
-    if (size == 0) {
-      twiddles_[0] = Field::factor(1);
-      size = 1;
-    }
-    for (; size < twiddles_.size(); size *= 2) {
-      const Factor root = Field::factor(Field::root_of_two_power(std::countr_zero(size) + 2));
-      for (std::size_t i = 0; i < size; ++i) {
-        twiddles_[size + i] = Field::factor(Field::below_p(Field::multiply(twiddles_[i].value, root)));
+  // All threads share them. A longer array has the same factors at its front; the shorter ones stay, as long in all as
+  // the longest, because nobody knows who still looks at them.
+  struct Twiddles {
+    explicit Twiddles(std::size_t count) : factors(count) {
+      factors[0] = Field::factor(1);
+      for (std::size_t size = 1; size < count; size *= 2) {
+        const Factor root = Field::factor(Field::root_of_two_power(std::countr_zero(size) + 2));
+        for (std::size_t i = 0; i < size; ++i) {
+          factors[size + i] = Field::factor(Field::below_p(Field::multiply(factors[i].value, root)));
+        }
       }
     }
+    std::vector<Factor> factors;
+    const Twiddles* shorter = nullptr;
+  };
+  static inline constinit std::atomic<const Twiddles*> published_ = nullptr;
+
+  static const Factor* twiddles() { return published_.load(std::memory_order_acquire)->factors.data(); }
+
+  static void grow_twiddles(std::size_t count) {
+    const Twiddles* longest = published_.load(std::memory_order_acquire);
+    const auto enough = [&] { return longest != nullptr && longest->factors.size() >= count; };
+    if (enough()) {
+      return;
+    }
+    auto made = std::make_unique<Twiddles>(std::bit_ceil(std::max<std::size_t>(count, 1)));
+    do {
+      made->shorter = longest;
+      if (published_.compare_exchange_weak(longest, made.get(), std::memory_order_acq_rel)) {
+        made.release();
+        return;
+      }
+    } while (!enough());
   }
 
   static std::size_t mirror(std::size_t j) { return 3 * std::bit_floor(j) - 1 - j; }
@@ -135,14 +153,15 @@ class Ntt {
     if constexpr (kQuarter != 0) {
       quarter = kQuarter;
     }
+    const Factor* const twiddles = Ntt::twiddles();
     const std::size_t last = first + blocks;
     if (first == 0) {
-      split_block<true>(x, quarter, {}, {}, twiddles_[1]);
+      split_block<true>(x, quarter, {}, {}, twiddles[1]);
       ++first;
       x += 4 * quarter;
     }
     for (std::size_t j = first; j < last; ++j, x += 4 * quarter) {
-      split_block<false>(x, quarter, twiddles_[j], twiddles_[2 * j], twiddles_[2 * j + 1]);
+      split_block<false>(x, quarter, twiddles[j], twiddles[2 * j], twiddles[2 * j + 1]);
     }
   }
 
@@ -192,14 +211,15 @@ class Ntt {
     if constexpr (kQuarter != 0) {
       quarter = kQuarter;
     }
+    const Factor* const twiddles = Ntt::twiddles();
     const std::size_t last = first + blocks;
     if (first == 0) {
-      join_block<true>(x, quarter, {}, {}, twiddles_[1]);
+      join_block<true>(x, quarter, {}, {}, twiddles[1]);
       ++first;
       x += 4 * quarter;
     }
     for (std::size_t j = first; j < last; ++j, x += 4 * quarter) {
-      join_block<false>(x, quarter, twiddles_[mirror(j)], twiddles_[mirror(2 * j)], twiddles_[mirror(2 * j + 1)]);
+      join_block<false>(x, quarter, twiddles[mirror(j)], twiddles[mirror(2 * j)], twiddles[mirror(2 * j + 1)]);
     }
   }
 

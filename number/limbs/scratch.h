@@ -12,14 +12,11 @@
 namespace quarn {
 
 /// A stack of bytes. It grows by whole blocks, so that what was handed out never moves; when it is empty again the
-/// blocks become one. Process-wide and without locks, as the number library is.
+/// blocks become one. Each thread has its own.
 class ScratchArena {
  public:
-  /// Never destroyed: the destructor of a global object may still compute.
-  static ScratchArena& instance() {
-    static ScratchArena& arena = *new ScratchArena;
-    return arena;
-  }
+  /// The calling thread's.
+  static ScratchArena& instance();
 
   void* take(std::size_t bytes) {
     bytes = (bytes + kAlignment - 1) / kAlignment * kAlignment;
@@ -89,8 +86,9 @@ class Scratch {
  public:
   static_assert(std::is_trivially_copyable_v<T>);
 
-  explicit Scratch(std::size_t size) : data_(static_cast<T*>(ScratchArena::instance().take((size + 1) * sizeof(T)))) {}
-  ~Scratch() { ScratchArena::instance().give_back(data_); }
+  explicit Scratch(std::size_t size)
+      : arena_(ScratchArena::instance()), data_(static_cast<T*>(arena_.take((size + 1) * sizeof(T)))) {}
+  ~Scratch() { arena_.give_back(data_); }
   Scratch(const Scratch&) = delete;
   Scratch& operator=(const Scratch&) = delete;
 
@@ -100,6 +98,7 @@ class Scratch {
   const T& operator[](std::size_t i) const noexcept { return data_[i]; }
 
  private:
+  ScratchArena& arena_;
   T* data_;
 };
 

@@ -90,7 +90,7 @@ QuarnFloat rounded(const QuarnFloat& x, int digits);
 /// Sets the working digits for a scope; internal precisions may pass the public limit by the guard digits.
 class WorkingDigits {
  public:
-  explicit WorkingDigits(int digits) noexcept;
+  explicit WorkingDigits(int digits);
   ~WorkingDigits();
   WorkingDigits(const WorkingDigits&) = delete;
   WorkingDigits& operator=(const WorkingDigits&) = delete;

@@ -1,16 +1,18 @@
 // + - * / and sqrt: everyday lengths take fixed-length code, chosen once by the working precision; everything else, and
-// the few results that short code cannot decide, go the general road.
+// the few results that short code cannot decide, take the slow path.
 #include <utility>
 
 #include "number/scalar/access.h"
 #include "number/scalar/general.h"
-#include "number/scalar/precision.h"
+#include "number/scalar/thread_state.h"
 
 namespace quarn {
 
 #if QUARN_LIMB_BITS == 64
 
 namespace {
+
+using fixed::Cut;
 
 /// N limbs of an operand, or of a rounded result on its way into a number or the next operation. The limbs are arrays
 /// of their own, so that the compiler can keep all this in registers.
@@ -61,7 +63,7 @@ template <int N>
 
 /// The sum of two terms, its limbs in p.
 template <int N>
-[[gnu::always_inline]] inline bool sum(Term& result, Limb* p, const Term& x, const Term& y) {
+[[gnu::always_inline]] inline bool sum(Term& result, Limb* p, const Term& x, const Term& y, const Cut& cut) {
   const Limb* const a = x.limbs;
   const Limb* const b = y.limbs;
   const bool subtracting = x.sign != y.sign;
@@ -77,55 +79,56 @@ template <int N>
     return false;
   }
   int change = 0;
-  const bool done = fixed::add<N>(p, larger, smaller, std::uint32_t(distance), subtracting, precision.cut, change);
+  const bool done = fixed::add<N>(p, larger, smaller, std::uint32_t(distance), subtracting, cut, change);
   result = {p, sign, exponent + change};
   return done;
 }
 
 template <int N, bool kMore>
-[[gnu::always_inline]] inline bool product(Term& result, Limb* p, const Term& x, const Term& y) {
+[[gnu::always_inline]] inline bool product(Term& result, Limb* p, const Term& x, const Term& y, const Cut& cut) {
   int change = 0;
-  const bool done = fixed::multiply<N, kMore>(p, x.limbs, y.limbs, precision.cut, change);
+  const bool done = fixed::multiply<N, kMore>(p, x.limbs, y.limbs, cut, change);
   result = {p, x.sign ^ y.sign, x.exponent + y.exponent + change};
   return done;
 }
 
 struct Sum {
   template <int N, bool>
-  static bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat& y, std::uint32_t flip) {
+  static bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat& y, std::uint32_t flip, const Cut& cut) {
     Limb limbs[3][N];
     Term a, b, r;
-    return load<N>(a, limbs[0], x) && load<N>(b, limbs[1], y, flip) && sum<N>(r, limbs[2], a, b) && store<N>(result, r);
+    return load<N>(a, limbs[0], x) && load<N>(b, limbs[1], y, flip) && sum<N>(r, limbs[2], a, b, cut) &&
+           store<N>(result, r);
   }
 };
 
 struct Product {
   template <int N, bool kMore>
-  static bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat& y, std::uint32_t) {
+  static bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat& y, std::uint32_t, const Cut& cut) {
     Limb limbs[3][N];
     Term a, b, r;
-    return load<N>(a, limbs[0], x) && load<N>(b, limbs[1], y) && product<N, kMore>(r, limbs[2], a, b) &&
+    return load<N>(a, limbs[0], x) && load<N>(b, limbs[1], y) && product<N, kMore>(r, limbs[2], a, b, cut) &&
            store<N>(result, r);
   }
 };
 
 struct Quotient {
   template <int N, bool kMore>
-  static bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat& y, std::uint32_t) {
+  static bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat& y, std::uint32_t, const Cut& cut) {
     Limb limbs[3][N];
     Term a, b;
     if (!load<N>(a, limbs[0], x) || !load<N>(b, limbs[1], y) || a.limbs[0] == b.limbs[0]) [[unlikely]] {
       return false;
     }
     int change = 0;
-    return fixed::divide<N, kMore>(limbs[2], a.limbs, b.limbs, a.limbs[0] > b.limbs[0], precision.cut, change) &&
+    return fixed::divide<N, kMore>(limbs[2], a.limbs, b.limbs, a.limbs[0] > b.limbs[0], cut, change) &&
            store<N>(result, {limbs[2], a.sign ^ b.sign, a.exponent - b.exponent + change});
   }
 };
 
 struct SquareRoot {
   template <int N, bool kMore>
-  static bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat&, std::uint32_t) {
+  static bool run(QuarnFloat& result, const QuarnFloat& x, const QuarnFloat&, std::uint32_t, const Cut& cut) {
     Limb buffer[N];
     Term a;
     if (!load<N>(a, buffer, x) || a.sign != 0) [[unlikely]] {
@@ -134,7 +137,7 @@ struct SquareRoot {
     const int odd = int(a.exponent & 1);
     Limb p[N];
     int change = 0;
-    return fixed::square_root<N, kMore>(p, a.limbs, odd, precision.cut, change) &&
+    return fixed::square_root<N, kMore>(p, a.limbs, odd, cut, change) &&
            store<N>(result, {p, 0, (a.exponent + odd) / 2 + change});
   }
 };
@@ -142,17 +145,18 @@ struct SquareRoot {
 /// The product is rounded like one that is stored, and must be in range like one.
 struct AddProduct {
   template <int N, bool kMore>
-  static bool run(QuarnFloat& total, const QuarnFloat& x, const QuarnFloat& y, std::uint32_t flip) {
+  static bool run(QuarnFloat& total, const QuarnFloat& x, const QuarnFloat& y, std::uint32_t flip, const Cut& cut) {
     Limb limbs[5][N];
     Term a, b, c, p, r;
     return load<N>(a, limbs[0], x, flip) && load<N>(b, limbs[1], y) && load<N>(c, limbs[2], total) &&
-           product<N, kMore>(p, limbs[3], a, b) && in_range(p) && sum<N>(r, limbs[4], c, p) && store<N>(total, r);
+           product<N, kMore>(p, limbs[3], a, b, cut) && in_range(p) && sum<N>(r, limbs[4], c, p, cut) &&
+           store<N>(total, r);
   }
 };
 
 struct AddComplexProduct {
   template <int N, bool kMore>
-  static bool run(Complex& total, const Complex& x, const Complex& y, unsigned how) {
+  static bool run(Complex& total, const Complex& x, const Complex& y, unsigned how, const Cut& cut) {
     const auto flip_if = [how](unsigned flag) { return (how & flag) != 0 ? QuarnAccess::kSign : 0; };
     const std::uint32_t flip = flip_if(QuarnSubtract);
     Limb limbs[6][N];
@@ -163,16 +167,17 @@ struct AddComplexProduct {
       return false;
     }
     // part := part + (a b + c d), the second product with its sign flipped where said.
-    const auto add = [](Term & part, Limb * p, const Term& a, const Term& b, const Term& c, const Term& d,
-                        std::uint32_t flip_second) __attribute__((always_inline)) {
+    const auto add = [&cut](Term & part, Limb * p, const Term& a, const Term& b, const Term& c, const Term& d,
+                            std::uint32_t flip_second) __attribute__((always_inline)) {
       Limb between[3][N];
       Term first, second, both;
-      if (!(product<N, kMore>(first, between[0], a, b) && in_range(first) &&
-            product<N, kMore>(second, between[1], c, d) && in_range(second))) [[unlikely]] {
+      if (!(product<N, kMore>(first, between[0], a, b, cut) && in_range(first) &&
+            product<N, kMore>(second, between[1], c, d, cut) && in_range(second))) [[unlikely]] {
         return false;
       }
       second.sign ^= flip_second;
-      return sum<N>(both, between[2], first, second) && in_range(both) && sum<N>(part, p, part, both) && in_range(part);
+      return sum<N>(both, between[2], first, second, cut) && in_range(both) && sum<N>(part, p, part, both, cut) &&
+             in_range(part);
     };
     Limb results[2][N];
     return add(re, results[0], xr, yr, xi, yi, QuarnAccess::kSign) && add(im, results[1], xr, yi, xi, yr, 0) &&
@@ -181,43 +186,44 @@ struct AddComplexProduct {
 };
 
 template <class Operation, int N, bool kMore, class Number>
-[[gnu::noinline]] bool run(Number& result, const Number& x, const Number& y, std::uint32_t flip) {
-  return Operation::template run<N, kMore>(result, x, y, flip);
+[[gnu::noinline]] bool run(Number& result, const Number& x, const Number& y, std::uint32_t flip, const Cut& cut) {
+  return Operation::template run<N, kMore>(result, x, y, flip, cut);
 }
 
 /// The one dispatch on the length. Returns false, with the result untouched, where fixed-length code does not serve.
 template <class Operation, bool kUsesMore = true, class Number>
 [[gnu::always_inline]] inline bool by_length(Number& result, const Number& x, const Number& y, std::uint32_t flip = 0) {
-  const int road = kUsesMore ? precision.road : precision.road & (Precision::kMore - 1);
-  switch (road) {
+  const Precision& precision = thread_state().precision;
+  const Cut& cut = precision.cut;
+  switch (kUsesMore ? precision.fixed_length : precision.fixed_length & (Precision::kMore - 1)) {
     case 1:
-      return run<Operation, 1, false>(result, x, y, flip);
+      return run<Operation, 1, false>(result, x, y, flip, cut);
     case 2:
-      return run<Operation, 2, false>(result, x, y, flip);
+      return run<Operation, 2, false>(result, x, y, flip, cut);
     case 3:
-      return run<Operation, 3, false>(result, x, y, flip);
+      return run<Operation, 3, false>(result, x, y, flip, cut);
     case 4:
-      return run<Operation, 4, false>(result, x, y, flip);
+      return run<Operation, 4, false>(result, x, y, flip, cut);
     case 5:
-      return run<Operation, 5, false>(result, x, y, flip);
+      return run<Operation, 5, false>(result, x, y, flip, cut);
     case 6:
-      return run<Operation, 6, false>(result, x, y, flip);
+      return run<Operation, 6, false>(result, x, y, flip, cut);
     case 7:
-      return run<Operation, 7, false>(result, x, y, flip);
+      return run<Operation, 7, false>(result, x, y, flip, cut);
     case Precision::kMore + 1:
-      return run<Operation, 1, kUsesMore>(result, x, y, flip);
+      return run<Operation, 1, kUsesMore>(result, x, y, flip, cut);
     case Precision::kMore + 2:
-      return run<Operation, 2, kUsesMore>(result, x, y, flip);
+      return run<Operation, 2, kUsesMore>(result, x, y, flip, cut);
     case Precision::kMore + 3:
-      return run<Operation, 3, kUsesMore>(result, x, y, flip);
+      return run<Operation, 3, kUsesMore>(result, x, y, flip, cut);
     case Precision::kMore + 4:
-      return run<Operation, 4, kUsesMore>(result, x, y, flip);
+      return run<Operation, 4, kUsesMore>(result, x, y, flip, cut);
     case Precision::kMore + 5:
-      return run<Operation, 5, kUsesMore>(result, x, y, flip);
+      return run<Operation, 5, kUsesMore>(result, x, y, flip, cut);
     case Precision::kMore + 6:
-      return run<Operation, 6, kUsesMore>(result, x, y, flip);
+      return run<Operation, 6, kUsesMore>(result, x, y, flip, cut);
     case Precision::kMore + 7:
-      return run<Operation, 7, kUsesMore>(result, x, y, flip);
+      return run<Operation, 7, kUsesMore>(result, x, y, flip, cut);
     default:
       return false;
   }
@@ -229,7 +235,7 @@ template <class Operation, bool kUsesMore = true, class Number>
 
 namespace {
 
-// Fixed-length code needs the slack of 64-bit limbs; narrower ones always go the general road.
+// Fixed-length code needs the slack of 64-bit limbs; narrower ones always take the slow path.
 struct Sum;
 struct Product;
 struct AddProduct;

@@ -7,6 +7,7 @@
 #include "number/limbs/newton_sqrt.h"
 #include "number/scalar/access.h"
 #include "number/scalar/storage.h"
+#include "quarn/quarnthread.h"
 
 namespace quarn {
 namespace {
@@ -15,6 +16,14 @@ constexpr std::int64_t kDigits = Radix::digits;
 constexpr std::size_t kLimbDigits = Radix::digits;
 // What fixed-length code leaves undecided, mostly exact results, is this short, and is settled on the stack.
 constexpr std::size_t kShort = Radix::digits == 18 ? 16 : 48;
+
+/// The check point of operations on long numbers.
+void check_interrupt(std::size_t limbs) {
+  constexpr std::size_t kLong = 20'000 / kLimbDigits;
+  if (limbs > kLong) {
+    QuarnCheckInterrupt();
+  }
+}
 
 /// out[0 .. n) = a + b / base^skipped / 10^places, or the difference when `subtracting`, in one pass; returns the
 /// carry, which a difference that is not negative has too. n holds all limbs of both.
@@ -167,6 +176,7 @@ QuarnFloat general_product(const QuarnFloat& a, const QuarnFloat& b) {
   }
   const View x = view_of(a);
   const View y = view_of(b);
+  check_interrupt(x.length + y.length);
   LimbBuffer<> product(x.length + y.length);
   const std::size_t terms = std::min(x.length, y.length);
   // The rounding unit, and half of it, end before the last limb kept, whose digits decide only when they are all zeros
@@ -192,6 +202,7 @@ QuarnFloat general_quotient(const QuarnFloat& a, const QuarnFloat& b) {
   // The quotient's first limb is a digit, or zero and then the second one starts with a digit.
   const std::size_t wanted = std::size_t(QuarnDigits()) / kLimbDigits + 2;
   const std::size_t size = std::max(x.length, wanted + y.length - 1);
+  check_interrupt(size);
   LimbBuffer<> dividend(size);
   std::copy_n(x.limbs, x.length, static_cast<Limb*>(dividend));
   std::fill_n(dividend + x.length, size - x.length, Limb(0));
@@ -220,6 +231,7 @@ QuarnFloat general_square_root(const QuarnFloat& a) {
   // 0.x * 10^e = radicand * base^(-2n) * 10^(2f): an integer radicand of 2n limbs with an even exponent.
   const std::size_t n = std::max(std::size_t(QuarnDigits()) / kLimbDigits + 2, (x.length + 2) / 2);
   const int places = int(x.exponent & 1);
+  check_interrupt(n);
   LimbBuffer<> radicand(2 * n);
   std::fill_n(static_cast<Limb*>(radicand), 2 * n, Limb(0));
   if (places == 0) {

@@ -1,4 +1,4 @@
-// The general road of arithmetic: operands of any length, special values, results at any number of digits.
+// The slow path of arithmetic: operands of any length, special values, results at any number of digits.
 #pragma once
 
 #include "quarn/quarnfloat.h"

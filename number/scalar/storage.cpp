@@ -3,6 +3,8 @@
 #include <bit>
 #include <new>
 
+#include "number/scalar/thread_state.h"
+
 namespace quarn {
 namespace {
 
@@ -10,7 +12,6 @@ using Limb = Radix::Limb;
 
 // Four size classes an octave, so that at most a fifth of a block is waste.
 constexpr std::size_t kSmallest = 16;
-constexpr std::size_t kClasses = 96;
 
 struct SizeClass {
   std::size_t index;
@@ -25,26 +26,21 @@ SizeClass size_class(std::size_t wanted) {
   return {std::size_t(octave - 3) * 4 + quarter, std::uint32_t((std::size_t(1) << octave) + (quarter + 1) * step)};
 }
 
-struct FreeBlock {
-  FreeBlock* next;
-};
-
-FreeBlock* free_blocks[kClasses];
-// Blocks kept for later may take so much memory; more goes back to the system.
-constexpr std::size_t kKept = std::size_t(256) << 20;
-std::size_t kept = 0;
+// Blocks that a thread keeps for later may take so much memory; more goes back to the system.
+constexpr std::size_t kMostKept = std::size_t(256) << 20;
 
 }  // namespace
 
 Limb* acquire_limbs(std::size_t wanted, std::uint32_t& capacity) {
   const SizeClass fit = size_class(wanted);
-  if (fit.index >= kClasses) {
+  if (fit.index >= ThreadState::kSizeClasses) {
     throw std::bad_alloc();
   }
   capacity = fit.capacity;
-  if (FreeBlock* block = free_blocks[fit.index]) {
-    free_blocks[fit.index] = block->next;
-    kept -= fit.capacity * sizeof(Limb);
+  ThreadState& state = own_state();
+  if (FreeBlock* const block = state.free_blocks[fit.index]) {
+    state.free_blocks[fit.index] = block->next;
+    state.kept_bytes -= fit.capacity * sizeof(Limb);
     return reinterpret_cast<Limb*>(block);
   }
   return static_cast<Limb*>(::operator new(fit.capacity * sizeof(Limb)));
@@ -52,13 +48,14 @@ Limb* acquire_limbs(std::size_t wanted, std::uint32_t& capacity) {
 
 void recycle_limbs(Limb* limbs, std::uint32_t capacity) noexcept {
   const std::size_t bytes = capacity * sizeof(Limb);
-  if (kept + bytes > kKept) {
+  ThreadState* const state = existing_state();
+  if (state == nullptr || state->kept_bytes + bytes > kMostKept) {
     ::operator delete(limbs);
     return;
   }
-  kept += bytes;
-  const std::size_t index = size_class(capacity).index;
-  free_blocks[index] = new (limbs) FreeBlock{free_blocks[index]};
+  state->kept_bytes += bytes;
+  FreeBlock*& first = state->free_blocks[size_class(capacity).index];
+  first = new (limbs) FreeBlock{first};
 }
 
 }  // namespace quarn

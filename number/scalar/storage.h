@@ -1,4 +1,4 @@
-// Storage of long coefficients: blocks of limbs, recycled through free lists by size class.
+// Storage of long coefficients: blocks of limbs, recycled through the thread's free lists by size class.
 #pragma once
 
 #include <cstddef>

@@ -2,9 +2,9 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <utility>
 
 #include "quarn/quarnconsole.h"
+#include "quarn/quarnthread.h"
 #include "tesk2mp/failure.h"
 #include "tesk2mp/frame.h"
 
@@ -24,8 +24,6 @@ struct Manner {
     return {prints, records_only, !prints || records_only || soft};
   }
 };
-
-const QuarnFailureHandler* failure_handler = nullptr;
 
 Integer error_unit() {
   Integer read = 0;
@@ -85,10 +83,11 @@ Integer end_routine(Integer ifail, Integer ierror, Integer nrec, const char* rec
 }  // namespace
 
 bool hand_over(const QuarnFailure& failure) noexcept {
-  if (failure_handler == nullptr) {
+  const auto* const handler = static_cast<const QuarnFailureHandler*>(QuarnThreadValue(QuarnFailureHandlerSlot));
+  if (handler == nullptr) {
     return false;
   }
-  failure_handler->handle(&failure, failure_handler->context);
+  handler->handle(&failure, handler->context);
   return true;
 }
 
@@ -105,7 +104,8 @@ void write_message_record(Integer unit, const char* text) {
 extern "C" {
 
 const QuarnFailureHandler* QuarnMPX_failure_handler(const QuarnFailureHandler* handler) {
-  return std::exchange(tesk::failure_handler, handler);
+  void* const value = const_cast<QuarnFailureHandler*>(handler);
+  return static_cast<const QuarnFailureHandler*>(QuarnSetThreadValue(QuarnFailureHandlerSlot, value));
 }
 
 Integer QuarnMP_p01abfn_(Integer ifail, Integer ierror, const char* srname, Integer nrec, const char* rec,

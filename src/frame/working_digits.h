@@ -7,7 +7,7 @@ namespace tesk {
 
 class WorkingDigits {
  public:
-  explicit WorkingDigits(int digits) noexcept : former_(QuarnSetDigits(digits)) {}
+  explicit WorkingDigits(int digits) : former_(QuarnSetDigits(digits)) {}
   ~WorkingDigits() { QuarnSetDigits(former_); }
   WorkingDigits(const WorkingDigits&) = delete;
   WorkingDigits& operator=(const WorkingDigits&) = delete;

@@ -294,7 +294,7 @@ class Iterative(unittest.TestCase):
             interval = sys.getswitchinterval()
             self.addCleanup(sys.setswitchinterval, interval)
             sys.setswitchinterval(1e-6)
-            with concurrent.futures.ThreadPoolExecutor(4) as pool:
+            with concurrent.futures.ThreadPoolExecutor(4, initializer=tesk2mp.set_digits, initargs=(40,)) as pool:
                 calls = [
                     pool.submit(tesk2mp.solve_iteratively, product, self.b, lambda r: [each for each in r])
                     for product in 3 * [lambda x: self.matrix.multiply(x), self.matrix]
