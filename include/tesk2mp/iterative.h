@@ -20,7 +20,13 @@
 // tau is TOL, or sqrt(eps) when TOL <= 0, but at least 10 eps and sqrt(N) eps, with eps the machine precision.
 // No iterate is accepted for what a recurrence says: its residual is computed afresh, at one more product (and, with a
 // preconditioner, solution), and IFAIL 0 means that this residual satisfies the criterion. Where it does not and the
-// recurrence has lost touch with it, or the method has broken down, the method starts anew from the true residual.
+// recurrence has lost touch with it, or the method has broken down, the method starts anew from the true residual;
+// after a breakdown CGS, BICGSTAB and TFQMR take a random shadow vector, the same ones in every run.
+//
+// The criterion bounds the backward error. With a singular matrix and a b outside its range ||x|| may grow until
+// ||A|| ||x|| excuses any residual: compare ||b - A x|| with ||b||, and ||A|| ||x|| with ||b||.
+//
+// Right-hand sides may have any size: a power of ten in b is one in x and changes no digit.
 #pragma once
 
 #include "quarn/quarnfloat.h"
@@ -116,8 +122,8 @@ TESK2MP_API void QuarnMP_f11bdfn_(const char* method, const char* precon, const 
 ///   IFAIL 4   99996 ended at once
 ///   IFAIL 5   99995 ended after this iteration, not converged
 ///   IFAIL 6   99994 the same, after the true residual has had to replace that of the recurrence
-///   IFAIL 7   99993 breakdown: a divisor of the method has vanished to working precision, and again after a new start
-///             that has not halved the residual; a number has left the range of QuarnFloat (or what the caller brought
+///   IFAIL 7   99993 breakdown: a divisor of the method has vanished to working precision, and again after new starts
+///             that have not halved the residual (one of RGMRES, four with other shadow vectors of the others); a number has left the range of QuarnFloat (or what the caller brought
 ///             was not finite); a cycle of RGMRES has gained nothing
 ///   IFAIL 8   99992 not converged after MAXITN iterations
 ///   IFAIL 9   99991 the true residual has replaced that of the recurrence, and has then not been halved: TOL asks for

@@ -1,9 +1,13 @@
 // BiCGSTAB(l): G. L. G. Sleijpen, D. R. Fokkema, BiCGstab(l) for linear equations involving unsymmetric matrices with
 // complex spectrum, Electron. Trans. Numer. Anal. 1 (1993). l is M; with l = 1 it is H. A. van der Vorst's Bi-CGSTAB.
-// An iteration is l BiCG steps and one minimisation over l residuals: 2 l products.
+// An iteration is l BiCG steps and one minimisation over l residuals: 2 l products. Where the last of these is of no
+// use for the minimisation (of any odd number with a skew-symmetric matrix), it gets a coefficient all the same, as
+// BiCG needs it: G. L. G. Sleijpen, H. A. van der Vorst, Maintaining convergence properties of BiCGstab methods in
+// finite precision arithmetic, Numer. Algorithms 10 (1995).
 #include <array>
 
 #include "src/sparse/solver.h"
+#include "tesk2mp/frame.h"
 
 namespace tesk {
 namespace {
@@ -51,7 +55,9 @@ Progress step_along_direction(Solver& solver) {
   for (Integer i = 0; i <= j; ++i) {
     solver.add(-alpha, u(solver, i + 1), r(i));
   }
-  solver.add(alpha, u(solver, 0), kIterate);
+  if (!solver.advance_iterate(alpha, u(solver, 0))) {
+    return Progress::broken;
+  }
   return solver.apply(r(j), r(j + 1), kHaveImageOfR);
 }
 
@@ -73,6 +79,11 @@ Progress minimise_residual(Solver& solver) {
     sigma[j] = solver.dot(r(j), r(j));
     gamma1[j] = solver.dot(r(0), r(j)) / sigma[j];
   }
+  const QuarnFloat ratio = solver.euclidean(r(0)) / sqrt(sigma[l]);
+  // A smaller one would cost the recurrence half its digits.
+  if (fabs(gamma1[l]) <= sqrt(QuarnMP_x02ajf_()) * ratio) {
+    gamma1[l] = QuarnFloat(7) / 10 * ratio;
+  }
 
   gamma[l] = gamma1[l];
   for (Integer j = l - 1; j >= 1; --j) {
@@ -88,16 +99,16 @@ Progress minimise_residual(Solver& solver) {
     }
   }
 
-  solver.add(gamma[1], r(0), kIterate);
+  bool finite = solver.advance_iterate(gamma[1], r(0));
   solver.add(-gamma1[l], r(l), r(0));
   solver.add(-gamma[l], u(solver, l), u(solver, 0));
   for (Integer j = 1; j < l; ++j) {
     solver.add(-gamma[j], u(solver, j), u(solver, 0));
-    solver.add(gamma2[j], r(j), kIterate);
+    finite = finite && solver.advance_iterate(gamma2[j], r(j));
     solver.add(-gamma1[j], r(j), r(0));
   }
   solver.state().scalar(kOmega) = gamma[l];
-  return Progress::iterated;
+  return finite ? Progress::iterated : Progress::broken;
 }
 
 Progress resume_bicgstab(Solver& solver) {
@@ -105,7 +116,7 @@ Progress resume_bicgstab(Solver& solver) {
   QuarnFloat& rho = state.scalar(kRho);
   switch (state.step) {
     case kStart:
-      solver.copy(kResidual, kShadow);
+      solver.choose_shadow(kShadow);
       solver.clear(u(solver, 0));
       rho = 1;
       state.scalar(kAlpha) = 0;
@@ -131,6 +142,7 @@ Progress resume_bicgstab(Solver& solver) {
 const SolverMethod kBicgstab = {3,
                                 "BICGSTAB",
                                 kLargestL,
+                                true,
                                 true,
                                 kHaveImageOfR,
                                 [](Integer m) { return 2 * m + 2; },

@@ -25,7 +25,7 @@ Progress resume_cgs(Solver& solver) {
   QuarnFloat& rho = solver.state().scalar(kRho);
   switch (solver.state().step) {
     case kStart:
-      solver.copy(kResidual, kShadow);
+      solver.choose_shadow(kShadow);
       solver.clear(kP);
       solver.clear(kQ);
       rho = 1;
@@ -55,7 +55,9 @@ Progress resume_cgs(Solver& solver) {
       return solver.apply(kU, kImage, kHaveUpdate);
     }
     default:
-      solver.add(1, kU, kIterate);
+      if (!solver.advance_iterate(1, kU)) {
+        return Progress::broken;
+      }
       solver.add(-1, kImage, kResidual);
       solver.state().step = kIteration;
       return Progress::iterated;
@@ -68,6 +70,7 @@ const SolverMethod kCgs = {2,
                            "CGS",
                            1,
                            false,
+                           true,
                            kHaveUpdate,
                            [](Integer) { return kEnd - kMethodSlot; },
                            [](Integer) { return Integer(0); },

@@ -104,7 +104,7 @@ Bounds rgmres_bounds(const Solver& solver) {
   auto y = coefficients(solver);
   const QuarnFloat correction = euclidean_norm(solver.state().inner, SolverVector(y.data(), 1));
   return {solver.least_norm(fabs(SmallProblem(solver).g(solver.state().inner + 1))),
-          solver.norm(kIterate) + solver.largest_norm(correction)};
+          solver.norm(kIterate) + solver.largest_norm(correction) * solver.unit()};
 }
 
 QuarnFloat rgmres_residual(const Solver& solver) { return fabs(SmallProblem(solver).g(solver.state().inner + 1)); }
@@ -113,9 +113,9 @@ Integer rgmres_iterate(Solver& solver) {
   solver.copy(kIterate, kTrial);
   const auto y = coefficients(solver);
   for (Integer j = 1; j <= solver.state().inner; ++j) {
-    solver.add(y[std::size_t(j) - 1], basis(j), kTrial);
+    solver.add(y[std::size_t(j) - 1] * solver.unit(), basis(j), kTrial);
   }
-  return kTrial;
+  return isfinite(solver.norm(kTrial)) ? kTrial : kIterate;
 }
 
 }  // namespace
@@ -124,6 +124,7 @@ const SolverMethod kRgmres = {1,
                               "RGMRES",
                               kLargestRestart,
                               true,
+                              false,
                               kNext,
                               [](Integer m) { return m + 2; },
                               SmallProblem::length,

@@ -3,39 +3,42 @@
 #include <algorithm>
 
 #include "src/frame/constants.h"
+#include "src/util/g05.h"
 #include "tesk2mp/frame.h"
 
 namespace tesk {
 namespace {
 
-enum NormCode : Integer { kOneNorm, kInfinityNorm, kTwoNorm };
-constexpr Integer conjugate_norm(Integer norm) { return norm == kTwoNorm ? norm : 1 - norm; }
-
 // With ITERM 1 and preconditioning the recurrence knows another residual than the criterion asks for. Their ratio may
 // change between two judgements; an iterate within this factor of the criterion is judged.
 constexpr int kPreconditionedMargin = 100;
 
-// The norm estimate stops when it grows by less than a hundredth, and after so many rounds.
-constexpr Integer kEstimateRounds = 10;
+// New starts with other shadow vectors that may go by without halving the residual.
+constexpr Integer kMostFruitlessStarts = 3;
 
-/// Adds one element to a norm in the making.
-void add_to_norm(Integer norm, const QuarnFloat& element, QuarnFloat& sum) {
-  switch (norm) {
-    case kOneNorm:
-      sum += fabs(element);
-      break;
-    case kInfinityNorm:
-      // A NaN must not get lost.
-      if (!(fabs(element) <= sum)) {
-        sum = isnan(sum) ? sum : fabs(element);
-      }
-      break;
-    default:
-      sum += element * element;
+// A residual beyond 10 to the power +- this is scaled for the method.
+constexpr int kScaledDecades = 100'000'000;
+
+/// The norm of element(1) ... element(n).
+template <class Element>
+QuarnFloat norm_of(Integer norm, Integer n, const Element& element) {
+  if (norm == kTwoNorm) {
+    return euclidean_norm(n, element);
   }
+  QuarnFloat sum;
+  for (Integer i = 1; i <= n; ++i) {
+    if (norm == kOneNorm) {
+      sum += fabs(element(i));
+    } else if (!(fabs(element(i)) <= sum)) {  // a NaN must not get lost
+      sum = isnan(sum) ? sum : fabs(element(i));
+    }
+  }
+  return sum;
 }
 
 }  // namespace
+
+Integer decade_of(const QuarnFloat& x) { return FloatToInt(floor(QuarnEvalf1("log10", x))); }
 
 // Requests ---------------------------------------------------------------------------------------------------------
 
@@ -63,6 +66,9 @@ Integer Solver::proceed(Request brought) {
   } else {
     if (brought != Request(state_.request) && brought != Request::tidy_end) {
       return -kParameterIrevcm;
+    }
+    if (!weights_are_valid()) {
+      return -kParameterWgt;
     }
     const bool monitored = Request(state_.request) == Request::monitoring;
     if (brought == Request::tidy_end) {
@@ -175,7 +181,7 @@ void Solver::watch() {
   if (!isfinite(bounds.residual) || !isfinite(bounds.iterate)) {
     return evaluate(kBroken);
   }
-  const QuarnFloat& left = state_[Place::stplhs] = state_[Place::ratio] * bounds.residual;
+  const QuarnFloat& left = state_[Place::stplhs] = state_[Place::ratio] * bounds.residual * unit();
   const QuarnFloat& right = state_[Place::stprhs] = right_side(bounds.iterate);
   const bool indirect = state_.iterm == 1 && selects(&SolverIntegers::preconditioned);
   const Integer reason = (left <= (indirect ? kPreconditionedMargin * right : right) ? kCandidate : kLook) |
@@ -206,12 +212,16 @@ void Solver::judge() {
 
   const QuarnFloat size = euclidean(residual);
   const bool broken = (state_.reason & kBroken) != 0;
-  const bool parted = (state_.reason & kCandidate) != 0 && 2 * method_.residual(*this) < size;
+  const bool parted = (state_.reason & kCandidate) != 0 && 2 * method_.residual(*this) * unit() < size;
   if (broken || parted) {
-    const bool used_up = state_.replacements > 0 && 2 * left > state_[Place::replaced_residual];
+    const bool gained = state_.replacements == 0 || 2 * left <= state_[Place::replaced_residual];
     ++state_.replacements;
-    state_[Place::replaced_residual] = left;
-    if (used_up) {
+    state_.breakdowns += broken ? 1 : 0;
+    state_.fruitless = gained ? 0 : state_.fruitless + 1;
+    if (gained) {
+      state_[Place::replaced_residual] = left;
+    }
+    if (state_.fruitless > (broken && method_.has_shadow ? kMostFruitlessStarts : 0)) {
       return finish(broken ? Ending::breakdown : selects(&SolverIntegers::tidy) ? Ending::tidy : Ending::inaccurate);
     }
   }
@@ -243,8 +253,42 @@ void Solver::restart() {
     copy(state_.iterate, kIterate);
   }
   copy(preconditioned_slot(), kResidual);
+  const QuarnFloat& size = state_[Place::restart_residual];
+  state_[Place::unit] = 1;
+  if (size > 0 && !(size > QuarnFloat(1, -kScaledDecades) && size < QuarnFloat(1, kScaledDecades))) {
+    const Integer decade = decade_of(size);
+    state_[Place::unit] = QuarnFloat(1, decade);
+    scale(n(), QuarnFloat(1, -decade), vector(kResidual));
+  }
   state_.step = 0;
   state_.inner = 0;
+}
+
+bool Solver::advance_iterate(const QuarnFloat& alpha, Integer source) const {
+  constexpr int kOrdinary = 400'000'000;
+  const QuarnFloat bound(1, kOrdinary);
+  const QuarnFloat factor = alpha * unit();
+  const SolverVector v = vector(source);
+  bool ordinary = fabs(factor) < bound;
+  for (Integer i = 1; i <= n() && ordinary; ++i) {
+    ordinary = v(i) < bound && -bound < v(i);
+  }
+  if (!ordinary && !isfinite(fabs(factor) * plain_norm(kInfinityNorm, source) + plain_norm(kInfinityNorm, kIterate))) {
+    return false;
+  }
+  add(factor, source, kIterate);
+  return true;
+}
+
+void Solver::choose_shadow(Integer slot) const {
+  if (state_.breakdowns == 0) {
+    return copy(kResidual, slot);
+  }
+  Integer seed[4] = {(2 * state_.breakdowns + 1) % 32768, 7535, 26792, 30140};
+  const SolverVector shadow = vector(slot);
+  for (Integer i = 1; i <= n(); ++i) {
+    shadow(i) = QuarnFloat(Integer(next_nine_digits(0, seed) - 500'000'000), -9);
+  }
 }
 
 void Solver::hand_out_iterate() {
@@ -274,25 +318,16 @@ Integer Solver::preconditioned_slot() const {
   return selects(&SolverIntegers::preconditioned) ? vector_count(method_, state_.m, true) - 1 : Integer(kTrueResidual);
 }
 
-QuarnFloat Solver::weighted(Integer slot, Integer i) const {
-  const QuarnFloat& element = vector(slot)(i);
-  return selects(&SolverIntegers::weighted) ? wgt_[i - 1] * element : element;
-}
+QuarnFloat Solver::weighted(Integer slot, Integer i) const { return wgt_[i - 1] * vector(slot)(i); }
 
 QuarnFloat Solver::norm(Integer slot) const {
-  QuarnFloat sum;
-  for (Integer i = 1; i <= n(); ++i) {
-    add_to_norm(state_.norm, weighted(slot, i), sum);
-  }
-  return state_.norm == kTwoNorm ? sqrt(sum) : sum;
+  return selects(&SolverIntegers::weighted) ? norm_of(state_.norm, n(), [&](Integer i) { return weighted(slot, i); })
+                                            : plain_norm(state_.norm, slot);
 }
 
 QuarnFloat Solver::plain_norm(Integer norm, Integer slot) const {
-  QuarnFloat sum;
-  for (Integer i = 1; i <= n(); ++i) {
-    add_to_norm(norm, vector(slot)(i), sum);
-  }
-  return norm == kTwoNorm ? sqrt(sum) : sum;
+  const SolverVector v = vector(slot);
+  return norm_of(norm, n(), [&](Integer i) -> const QuarnFloat& { return v(i); });
 }
 
 // ||v||_inf sqrt(n) >= ||v||_2 >= ||v||_1 / sqrt(n), ||v||_1 >= ||v||_2 >= ||v||_inf
@@ -308,87 +343,6 @@ QuarnFloat Solver::largest_norm(const QuarnFloat& euclidean) const {
 
 bool Solver::vanishes(const QuarnFloat& a, const QuarnFloat& size) const {
   return !(fabs(a) > QuarnMP_x02ajf_() * size);
-}
-
-// The norm of A by the power method for p-norms: D. W. Boyd, The power method for l^p norms, Linear Algebra Appl. 9
-// (1974); for the 1-norm it is Hager's estimator (SIAM J. Sci. Stat. Comput. 5, 1984). With weights it is the norm of
-// W A W^-1, which is what the norms of residual and iterate go with. Every estimate is a lower bound.
-
-void Solver::begin_norm_estimate() {
-  // Alternating signs and growing sizes: smooth vectors are close to the null space of many matrices.
-  const Integer last = std::max(Integer(1), n() - 1);
-  for (Integer i = 1; i <= n(); ++i) {
-    const QuarnFloat size = 1 + QuarnFloat(i - 1) / last;
-    vector(kResidual)(i) = i % 2 == 1 ? size : -size;
-  }
-  scale(n(), 1 / plain_norm(state_.norm, kResidual), vector(kResidual));
-  state_[Place::anorm] = 0;
-  state_.estimate_round = 0;
-  ask_for_image();
-}
-
-void Solver::ask_for_image() {
-  divide_by_weights(kResidual);
-  ask(Request::product, kResidual, kTrueResidual, Task::norm_image);
-}
-
-void Solver::ask_for_next_image() {
-  divide_by_weights(kTrueResidual);
-  const Integer conjugate = conjugate_norm(state_.norm);
-  const QuarnFloat size = plain_norm(conjugate, kTrueResidual);
-  if (!isfinite(size)) {
-    state_[Place::anorm] = size;
-    return evaluate(kRestart);
-  }
-  copy(kTrueResidual, kResidual);
-  replace_by_dual(conjugate, kResidual);
-  ask_for_image();
-}
-
-void Solver::ask_for_dual() {
-  multiply_by_weights(kTrueResidual);
-  const QuarnFloat size = plain_norm(state_.norm, kTrueResidual);
-  QuarnFloat& estimate = state_[Place::anorm];
-  const bool grows = isfinite(size) && 100 * size > 101 * estimate;
-  estimate = size <= estimate ? estimate : size;  // a NaN stays and ends the solution
-  if (!grows || ++state_.estimate_round >= kEstimateRounds) {
-    return evaluate(kRestart);
-  }
-  replace_by_dual(state_.norm, kTrueResidual);
-  multiply_by_weights(kTrueResidual);
-  ask(Request::transposed_product, kTrueResidual, kTrueResidual, Task::norm_dual);
-}
-
-// v := the vector y whose conjugate norm is 1 and for which y^T v is the norm of v.
-void Solver::replace_by_dual(Integer norm, Integer slot) const {
-  const SolverVector v = vector(slot);
-  const auto sign = [](const QuarnFloat& x) { return QuarnFloat(x < 0 ? -1 : 1); };
-  if (norm == kTwoNorm) {
-    const QuarnFloat size = plain_norm(norm, slot);
-    return size > 0 ? scale(n(), 1 / size, v) : void();
-  }
-  if (norm == kOneNorm) {
-    for (Integer i = 1; i <= n(); ++i) {
-      v(i) = sign(v(i));
-    }
-    return;
-  }
-  const Integer largest = index_of_largest(n(), v);
-  const QuarnFloat direction = sign(v(largest));
-  clear(slot);
-  v(largest) = direction;
-}
-
-void Solver::multiply_by_weights(Integer slot) const {
-  for (Integer i = 1; i <= n() && selects(&SolverIntegers::weighted); ++i) {
-    vector(slot)(i) *= wgt_[i - 1];
-  }
-}
-
-void Solver::divide_by_weights(Integer slot) const {
-  for (Integer i = 1; i <= n() && selects(&SolverIntegers::weighted); ++i) {
-    vector(slot)(i) /= wgt_[i - 1];
-  }
 }
 
 // Methods that keep iterate and residual -----------------------------------------------------------------------------

@@ -6,8 +6,14 @@
 // An iterate is accepted only when its residual, computed afresh, satisfies the criterion. The recurrence says when
 // that is worth a product. Where the two part company, the true residual replaces that of the recurrence and the method
 // starts anew from the iterate; two replacements with less than a factor of two between them mean that the precision is
-// used up.
+// used up. A method that has broken down starts anew with another shadow vector, a few times.
+//
+// Range. Squares of numbers beyond 10^+-500000000 leave the range of QuarnFloat. Norms scale such numbers; and where
+// the residual is beyond 10^+-100000000 at a new start, the method works on it divided by a power of ten, so that its
+// inner products are safe. Both are exact. Iterate, right-hand side and true residual stay as they are.
 #pragma once
+
+#include <algorithm>
 
 #include "src/kernels/level1.h"
 #include "src/sparse/solver_methods.h"
@@ -35,8 +41,39 @@ inline constexpr Integer kParameterIrevcm = 1;
 inline constexpr Integer kParameterWgt = 4;
 inline constexpr Integer kParameterLwork = 6;
 
-/// The Euclidean norm. No scaling: the exponents of QuarnFloat leave room for squares.
-inline QuarnFloat euclidean_norm(Integer n, SolverVector x) { return sqrt(dot(n, x, x)); }
+/// The largest k with 10^k <= x, or the one below; x is finite and positive.
+Integer decade_of(const QuarnFloat& x);
+
+/// The Euclidean norm of element(1) ... element(n).
+template <class Element>
+QuarnFloat euclidean_norm(Integer n, const Element& element) {
+  const auto root_of_squares = [&](const auto& scaled) {
+    QuarnFloat sum;
+    for (Integer i = 1; i <= n; ++i) {
+      const QuarnFloat& x = scaled(i);
+      add_product(sum, x, x);
+    }
+    return sqrt(sum);
+  };
+  QuarnFloat norm = root_of_squares(element);
+  constexpr int kSafe = 200'000'000;
+  if (isnan(norm) || (norm > QuarnFloat(1, -kSafe) && norm < QuarnFloat(1, kSafe))) {
+    return norm;
+  }
+  QuarnFloat largest;
+  for (Integer i = 1; i <= n; ++i) {
+    largest = std::max(largest, fabs(element(i)));
+  }
+  if (largest == 0 || isinf(largest)) {
+    return largest;
+  }
+  const Integer decade = decade_of(largest);
+  const QuarnFloat unit(1, -decade);
+  return root_of_squares([&](Integer i) { return unit * element(i); }) * QuarnFloat(1, decade);
+}
+inline QuarnFloat euclidean_norm(Integer n, SolverVector x) {
+  return euclidean_norm(n, [&](Integer i) -> const QuarnFloat& { return x(i); });
+}
 
 class Solver {
  public:
@@ -65,6 +102,13 @@ class Solver {
   void add(const QuarnFloat& alpha, Integer source, Integer target) const {
     add_multiple(n(), alpha, vector(source), vector(target));
   }
+  /// The iterate += alpha vector(source), in the units of the iterate; false, and nothing done, when a number would not
+  /// be finite.
+  bool advance_iterate(const QuarnFloat& alpha, Integer source) const;
+  /// What the vectors of the method are to be multiplied by.
+  const QuarnFloat& unit() const noexcept { return state_[Place::unit]; }
+  /// A shadow vector for a new start: the residual, after a breakdown seeded random numbers.
+  void choose_shadow(Integer slot) const;
   void copy(Integer source, Integer target) const { tesk::copy(n(), vector(source), vector(target)); }
   void clear(Integer slot) const { fill(n(), QuarnFloat(), vector(slot)); }
   /// The norm of the stopping criterion, weights included.

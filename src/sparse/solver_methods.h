@@ -25,6 +25,7 @@ struct SolverMethod {
   const char* name;   // as many leading characters of METHOD count
   Integer largest_m;  // M is at most the smaller of N and this; 1 where M has no meaning
   bool takes_m;
+  bool has_shadow;  // a new start after a breakdown may take another shadow vector
   Integer last_step;
   Integer (*vectors)(Integer m);    // of N elements, beside those of the solver
   Integer (*constants)(Integer m);  // behind the vectors

@@ -45,6 +45,8 @@ constexpr IntegerPlace kPlaces[] = {
     {&SolverIntegers::tidy, 23, 0, 1},
     {&SolverIntegers::replacements, 24, 0, kLargest},
     {&SolverIntegers::estimate_round, 26, 0, kLargest},
+    {&SolverIntegers::breakdowns, 27, 0, kLargest},
+    {&SolverIntegers::fruitless, 28, 0, kLargest},
 };
 
 Integer check_sum(const SolverIntegers& integers) {
@@ -57,7 +59,15 @@ Integer check_sum(const SolverIntegers& integers) {
 
 }  // namespace
 
-Integer nearest_integer(const QuarnFloat& x) { return FloatToInt(x < 0 ? x - 0.5 : x + 0.5); }
+Integer nearest_integer(const QuarnFloat& x) {
+  // Not floor(x + 1/2): that sum is rounded, and takes a digit more than the integer.
+  const QuarnFloat size = fabs(x);
+  QuarnFloat whole = floor(size);
+  if (size - whole >= 0.5) {
+    whole += 1;
+  }
+  return FloatToInt(x < 0 ? -whole : whole);
+}
 
 bool solver_state(StateMode mode, QuarnFloat* work) {
   for (const auto& [place, value] : kMarkers) {

@@ -30,6 +30,9 @@ enum class Request : Integer {
   immediate_end = 6
 };
 
+/// The norms of the criterion, as SolverIntegers::norm has them.
+enum NormCode : Integer { kOneNorm, kInfinityNorm, kTwoNorm };
+
 /// The integers of the state.
 struct SolverIntegers {
   // the problem
@@ -48,6 +51,8 @@ struct SolverIntegers {
   Integer tidy = 0;            // the caller has asked for an end
   Integer replacements = 0;    // of the residual, since the start
   Integer estimate_round = 0;  // of the norm estimate
+  Integer breakdowns = 0;      // since the start
+  Integer fruitless = 0;       // new starts since the residual was last halved
 };
 
 /// Where real scalars live in WORK, 1-based.
@@ -62,6 +67,7 @@ enum class Place : Integer {
   replaced_residual,  // norm of the residual when it was last replaced
   restart_residual,   // Euclidean norm of the preconditioned residual when the method was last started
   source,             // norm of the vector that a product has been asked for
+  unit,               // the power of ten that the vectors of the method are to be multiplied by
   method              // first of those that belong to the method
 };
 

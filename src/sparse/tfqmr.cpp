@@ -14,8 +14,9 @@ enum TfqmrSlot : Integer { kShadow = kMethodSlot, kW, kY, kImage, kV, kD, kImage
 enum TfqmrScalar : Integer { kRho, kTau, kTheta, kEta, kAlpha, kHalfSteps };
 enum TfqmrStep : Integer { kStart, kSecondImage, kIteration, kNextImage };
 
-/// One half step with y and its image A y: w -= alpha A y, then the quasi-minimisation along d.
-void half_step(const Solver& solver) {
+/// One half step with y and its image A y: w -= alpha A y, then the quasi-minimisation along d. False when the iterate
+/// would not be finite.
+bool half_step(const Solver& solver) {
   const SolverState& state = solver.state();
   QuarnFloat& tau = state.scalar(kTau);
   QuarnFloat& theta = state.scalar(kTheta);
@@ -36,8 +37,11 @@ void half_step(const Solver& solver) {
   tau *= theta * sqrt(c_squared);
   eta = c_squared * alpha;
   state.scalar(kHalfSteps) += 1;
-  solver.add(eta, kD, kIterate);
+  if (!solver.advance_iterate(eta, kD)) {
+    return false;
+  }
   solver.add(-eta, kImageOfD, kResidual);
+  return true;
 }
 
 /// From the image of y1: alpha, the first half step, y2 = y1 - alpha v.
@@ -48,9 +52,8 @@ Progress first_half(Solver& solver) {
     return Progress::broken;
   }
   state.scalar(kAlpha) = state.scalar(kRho) / sigma;
-  half_step(solver);
-  if (state.scalar(kTau) == 0) {
-    return Progress::broken;  // luckily: the residual is zero
+  if (!half_step(solver) || state.scalar(kTau) == 0) {
+    return Progress::broken;  // when tau is zero luckily: so is the residual
   }
   solver.add(-state.scalar(kAlpha), kV, kY);
   return solver.apply(kY, kImage, kSecondImage);
@@ -80,14 +83,14 @@ Progress resume_tfqmr(Solver& solver) {
   SolverState& state = solver.state();
   switch (state.step) {
     case kStart:
-      solver.copy(kResidual, kShadow);
+      solver.choose_shadow(kShadow);
       solver.copy(kResidual, kW);
       solver.copy(kResidual, kY);
       solver.clear(kV);
       solver.clear(kD);
       solver.clear(kImageOfD);
       state.scalar(kTau) = solver.euclidean(kResidual);
-      state.scalar(kRho) = solver.dot(kResidual, kResidual);
+      state.scalar(kRho) = solver.dot(kShadow, kResidual);
       state.scalar(kTheta) = 0;
       state.scalar(kEta) = 0;
       state.scalar(kHalfSteps) = 0;
@@ -96,7 +99,9 @@ Progress resume_tfqmr(Solver& solver) {
       solver.add(1, kImage, kV);
       return first_half(solver);
     case kSecondImage:
-      half_step(solver);
+      if (!half_step(solver)) {
+        return Progress::broken;
+      }
       state.step = kIteration;
       return Progress::iterated;
     default:
@@ -122,6 +127,7 @@ const SolverMethod kTfqmr = {4,
                              "TFQMR",
                              1,
                              false,
+                             true,
                              kNextImage,
                              [](Integer) { return kEnd - kMethodSlot; },
                              [](Integer) { return Integer(0); },

@@ -330,6 +330,17 @@ TEST_CASE("weights must be positive and finite") {
     weights[19] = 1;
     irevcm = 0;
     CHECK(iterate(irevcm, arguments.work, 1000, u, v, weights.data()).ifail == 0);
+    // Later calls are no different, and nothing is lost.
+    const Integer request = irevcm;
+    const Numbers before = arguments.work;
+    weights[7] = QuarnFloat(bad);
+    check(iterate(irevcm, arguments.work, 1000, u, v, weights.data()), "F11BEF", 1, 99999, {"intermediate ", " 4"},
+          " ** On intermediate entry, parameter number  4 had an illegal value.");
+    CHECK(arguments.work == before);
+    weights[7] = 1;
+    irevcm = request;
+    v = u;
+    CHECK(iterate(irevcm, arguments.work, 1000, u, v, weights.data()).ifail == 0);
   }
 }
 
