@@ -77,6 +77,12 @@ py::tuple solve_iteratively(const py::object& a, const py::object& b, const py::
   const auto solved = [&](const auto& matrix) {
     const tesk2mp::IterativeSolution solution =
         tesk2mp::solve_iteratively(matrix, right, options, precondition, first, look);
+    if (solution.inconsistent && PyErr_WarnEx(PyExc_RuntimeWarning,
+                                              "the residual is small beside |a| |x| alone, not beside |b|: a may be "
+                                              "singular, and b not in its range",
+                                              1) != 0) {
+      throw py::error_already_set();
+    }
     return py::make_tuple(from(solution.x, b), from(solution.residual, b), long(solution.progress.iterations));
   };
   if (!py::isinstance<AnySparse>(a)) {
@@ -217,7 +223,8 @@ void add_sparse(py::module_& module) {
                   largest_singular_value=0, monitor=None)
 
 The solution of a x = b by iteration: (x, residual b - a x, number of iterations). a: a SparseMatrix, or a function that takes
-a list of n numbers and gives the n numbers of their product with the matrix. preconditioner: a function that solves with
+a list of n numbers and gives the n numbers of their product with the matrix. RuntimeWarning when x is so large that the
+criterion holds although |b - a x| > sqrt(tolerance) |b|, as with a singular matrix. preconditioner: a function that solves with
 a matrix near a. method: 'rgmres', 'cgs', 'bicgstab' or 'tfqmr'; order: iterations to a restart of RGMRES, the order of
 BICGSTAB, 0 for the usual one. tolerance: 0 for the square root of the machine precision. NumericalFailure when the method
 breaks down or runs out of iterations.

@@ -8,6 +8,7 @@
 #include "cli/commands/options.h"
 #include "cli/io/matrix_input.h"
 #include "cli/io/matrix_output.h"
+#include "cli/io/number_text.h"
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
 #include "tesk2mp/error.hpp"
@@ -175,6 +176,14 @@ std::string precision_note(const SolveOptions& options, const std::string& routi
                     ", preconditioner " + iterative.precon);
 }
 
+/// The criterion of an iterative method holds because x is large, not because the residual is small.
+bool is_inconsistent(const Solution& solution, const QuarnFloat& residual, const SolveOptions& options) {
+  const std::string& tolerance = options.iterative.tolerance;
+  QuarnFloat used = tolerance.empty() ? QuarnFloat() : to_number(tolerance);
+  used = used > 0 ? used : sqrt(QuarnFloat(1, -QuarnDigits()));
+  return solution.method != "direct" && solution.failure.empty() && residual > sqrt(used);
+}
+
 Result one_result(const LinearSystem& system, const Solution& solution, const SolveOptions& options) {
   const QuarnFloat& residual = solution.residual;
   const bool direct = solution.method == "direct";
@@ -185,6 +194,9 @@ Result one_result(const LinearSystem& system, const Solution& solution, const So
                               : " after " + counted(solution.iterations, "iteration", "iterations") + ", " +
                                     counted(solution.products, "product", "products")) +
                       "; ||b - A x|| / ||b|| = " + brief(residual)};
+  if (is_inconsistent(solution, residual, options)) {
+    result.notes.push_back("the residual is small beside ||A|| ||x|| alone: A may be singular, and b not in its range");
+  }
   add_history_notes(result, solution);
   result.facts = {{"routine", solution.routine},
                   {"digits", std::to_string(QuarnDigits()), true},
@@ -213,7 +225,9 @@ Result comparison(const LinearSystem& system, const std::vector<Solution>& solut
       (*columns)[1].cells.push_back(std::to_string(solution.iterations));
       (*columns)[2].cells.push_back(std::to_string(solution.products));
       (*columns)[3].cells.push_back(columns == &result.table ? brief(residual) : residual.to_string());
-      (*columns)[4].cells.push_back(solution.failure.empty() ? "solved" : solution.failure);
+      (*columns)[4].cells.push_back(!solution.failure.empty()                      ? solution.failure
+                                    : is_inconsistent(solution, residual, options) ? "solved beside ||A|| ||x|| alone"
+                                                                                   : "solved");
     }
   }
   result.facts = {{"digits", std::to_string(QuarnDigits()), true}, {"n", std::to_string(system.n), true}};

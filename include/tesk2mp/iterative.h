@@ -107,7 +107,8 @@ TESK2MP_API void QuarnMP_f11bdfn_(const char* method, const char* precon, const 
 /// @param[in,out] irevcm what is asked for, as above
 /// @param[in,out] u N elements, not read back
 /// @param[in,out] v N elements, the only thing that is read back
-/// @param[in] wgt N positive numbers with WEIGHT 'W', the same in every call; otherwise not referenced
+/// @param[in] wgt N positive numbers with WEIGHT 'W', the same in every call, which checks that they are positive and
+///     finite; otherwise not referenced
 /// @param[in,out] work as F11BDF has set it up
 /// @param[in] lwork length of WORK, at least the LWREQ of F11BDF
 ///

@@ -153,13 +153,50 @@ struct IterativeSolution {
   std::vector<Real> x;
   std::vector<Real> residual;  ///< b - A x
   Progress progress;
-  bool converged = true;  ///< the criterion holds, no monitor has ended the iterations before
+  bool converged = true;   ///< the criterion holds, no monitor has ended the iterations before
+  Real relative_residual;  ///< |b - A x| / |b|, largest elements; 0 when b = 0
+  Real growth;  ///< |A| |x| / |b| of the criterion (of M^-1 A and M^-1 b); the condition number of A is no less
+  /// The criterion holds because x is large, not because the residual is small: |b - A x| > sqrt(tolerance) |b|. So it
+  /// is when A is singular, or nearly, and b out of its range.
+  bool inconsistent = false;
 };
 
 /// Looks at an iterate and its residual; false ends the iterations.
 using Monitor = std::function<bool(const Progress& progress, std::span<const Real> x, std::span<const Real> residual)>;
 
 namespace detail {
+
+/// The norm of the criterion.
+inline Real criterion_norm(const SolverOptions& options, std::span<const Real> x) {
+  std::vector<Real> weighted(x.begin(), x.end());
+  for (std::size_t i = 0; i < options.weights.size(); ++i) {
+    weighted[i] *= options.weights[i];
+  }
+  const Norm kind = options.norm == VectorNorm::one   ? Norm::one
+                    : options.norm == VectorNorm::two ? Norm::frobenius
+                                                      : Norm::largest;
+  return norm(kind, MatrixView<const Real>(weighted, weighted.size(), 1));
+}
+
+/// Adds to a solution what its size says of the system. right: b, or M^-1 b where the criterion is about that.
+inline void assess(IterativeSolution& solution, const SolverOptions& options, std::span<const Real> b,
+                   std::span<const Real> right) {
+  const auto largest = [](std::span<const Real> x) {
+    return norm(Norm::largest, MatrixView<const Real>(x, x.size(), 1));
+  };
+  const Real size = largest(b);
+  const Real right_size = criterion_norm(options, right);
+  if (size == 0 || right_size == 0) {
+    return;
+  }
+  const Progress& progress = solution.progress;
+  const Real& matrix_norm =
+      options.criterion == Criterion::residual ? progress.matrix_norm : progress.largest_singular_value;
+  solution.relative_residual = largest(solution.residual) / size;
+  solution.growth = matrix_norm * (criterion_norm(options, solution.x) / right_size);
+  const Real tolerance = options.tolerance > 0 ? options.tolerance : ::sqrt(QuarnMP_x02ajf_());
+  solution.inconsistent = solution.converged && solution.relative_residual > ::sqrt(tolerance);
+}
 
 /// y := A x or A^T x, whatever A is: a sparse matrix, or something to call with (x, y) or with (x, y, transposed).
 template <class Operator>
@@ -214,7 +251,13 @@ IterativeSolution solve_iteratively(
   IterativeSolver solver(b, guess, bool(precondition), options);
   iterate(solver, a, precondition,
           [&monitor](IterativeSolver& now) { return !monitor || monitor(now.progress(), now.input(), now.output()); });
-  return {solver.solution(), solver.residual(), solver.progress(), solver.converged()};
+  IterativeSolution solution{solver.solution(), solver.residual(), solver.progress(), solver.converged(), {}, {}};
+  std::vector<Real> right(b.begin(), b.end());
+  if (precondition && options.criterion == Criterion::preconditioned_residual) {
+    precondition(b, right);
+  }
+  detail::assess(solution, options, b, right);
+  return solution;
 }
 
 }  // namespace tesk2mp

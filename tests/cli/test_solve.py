@@ -46,6 +46,15 @@ class Solve(unittest.TestCase):
             file.write(text)
         return path
 
+    def test_a_solution_that_its_size_excuses_is_said_to_be_one(self):
+        entries = [["0.3333333333333333", "0.1428571428571429"], ["0.6666666666666667", "0.2857142857142857"]]
+        matrix = self.write("a.mtx", f"{HEAD}real general\n2 2 4\n" +
+                            "".join(f"{i + 1} {j + 1} {entries[i][j]}\n" for i in range(2) for j in range(2)))
+        for right_side, note in (("1\n1\n", True), ("1\n2\n", False)):
+            b = self.write("b.csv", right_side)
+            text = run_well("solve", matrix, "--rhs", b, "--method", "rgmres", "--tol", "1e-14", "--digits", "16")
+            self.assertEqual("small beside ||A|| ||x|| alone" in text, note, text)
+
     def test_every_method_finds_the_exact_solution(self):
         seed = random.randrange(2 ** 32)
         chance = random.Random(seed)

@@ -1,6 +1,7 @@
 // Iterative solution through the C++ interface.
 #include <doctest/doctest.h>
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -182,4 +183,37 @@ TEST_CASE("what the solver refuses, and where it gives up") {
     CHECK_THROWS_AS(solve_iteratively(a, b, SolverOptions(), {}, std::vector<Real>(3)), InvalidArgument);
   });
   CHECK(printed.empty());
+}
+
+TEST_CASE("a solution that its own size excuses is reported") {
+  const Digits digits(30);
+  // The last row is the sum of the others, to rounding, but the right-hand side is not.
+  SparseMatrix<Real> a(3);
+  std::vector<Real> last(3);
+  for (const auto& [row, denominators] :
+       {std::pair<std::size_t, std::array<int, 3>>{0, {3, 7, 9}}, {1, {11, -13, 17}}}) {
+    for (std::size_t column = 0; column < 3; ++column) {
+      const Real value = Real(1) / denominators[column];
+      a.add(row, column, value);
+      last[column] += value;
+    }
+  }
+  for (std::size_t column = 0; column < 3; ++column) {
+    a.add(2, column, last[column]);
+  }
+  SolverOptions options;
+  options.tolerance = Real("1e-20");
+  for (const Criterion criterion : {Criterion::residual, Criterion::preconditioned_residual}) {
+    options.criterion = criterion;
+    const IterativeSolution excused = solve_iteratively(a, std::vector<Real>{1, 2, 1}, options);
+    CHECK(excused.converged);
+    CHECK(excused.inconsistent);
+    CHECK(excused.relative_residual > Real("0.1"));
+    CHECK(excused.growth > Real("1e18"));
+    const IterativeSolution sound = solve_iteratively(a, std::vector<Real>{1, 2, 3}, options);
+    CHECK(sound.converged);
+    CHECK(!sound.inconsistent);
+    CHECK(sound.relative_residual < Real("1e-18"));
+    CHECK(sound.growth < 1000);
+  }
 }

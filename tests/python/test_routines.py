@@ -8,6 +8,7 @@ import random
 import sys
 import time
 import unittest
+import warnings
 from decimal import Decimal
 from fractions import Fraction
 
@@ -251,6 +252,17 @@ class Iterative(unittest.TestCase):
         self.assertLess(max(map(abs, rest)), Decimal("1e-27"))
         self.assertLess(max(abs(p - q) for p, q in zip(rest, residual)), Decimal("1e-27"))
         return x, iterations
+
+    def test_a_solution_that_its_size_excuses_is_warned_of(self):
+        with tesk2mp.digits(30):
+            rows = [[Decimal(1) / 3, Decimal(1) / 7, Decimal(1) / 9], [Decimal(1) / 11, Decimal(-1) / 13, Decimal(1) / 17]]
+            rows.append([x + y for x, y in zip(*rows, strict=True)])
+            a = tesk2mp.SparseMatrix(3, [(i, j, rows[i][j]) for i in range(3) for j in range(3)])
+            with self.assertWarnsRegex(RuntimeWarning, "small beside"):
+                tesk2mp.solve_iteratively(a, [1, 2, 1], tolerance="1e-20")
+            with self.assertRaises(RuntimeWarning), warnings.catch_warnings():
+                warnings.simplefilter("error")
+                tesk2mp.solve_iteratively(a, [1, 2, 1], tolerance="1e-20")
 
     def test_methods(self):
         for method in ("rgmres", "cgs", "bicgstab", "tfqmr"):
