@@ -1,16 +1,5 @@
 #include "src/frame/constants.h"
 
-#include <limits>
-
-#include "tesk2mp/frame.h"
-
-namespace {
-
-// The model's exponent range is that of the oldest hosts; QuarnFloat itself reaches further.
-constexpr int kModelExponent = 134217726;
-
-}  // namespace
-
 namespace tesk {
 
 QuarnFloat Constants::pi() const {
@@ -30,17 +19,3 @@ QuarnFloat Constants::quarter_sqrt5() const {
 }
 
 }  // namespace tesk
-
-extern "C" {
-
-QuarnFloat QuarnMP_x01aaf_() { return tesk::Constants(tesk::Accuracy::classic).pi(); }
-QuarnFloat QuarnMPX_x01aaf_() { return tesk::Constants(tesk::Accuracy::full).pi(); }
-QuarnFloat QuarnMP_x02ajf_() { return {1, -QuarnDigits()}; }
-QuarnFloat QuarnMP_x02akf_() { return {1, -kModelExponent}; }
-QuarnFloat QuarnMP_x02alf_() { return {1, kModelExponent}; }
-QuarnFloat QuarnMP_x02amf_() { return QuarnMP_x02akf_(); }
-Integer QuarnMP_x02bhf_() { return 10; }
-
-Integer x02bbfn_(QuarnFloat /*x*/) { return std::numeric_limits<Integer>::max(); }
-Integer x02befn_(QuarnFloat /*x*/) { return QuarnDigits(); }
-}

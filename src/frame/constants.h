@@ -2,9 +2,17 @@
 #pragma once
 
 #include "quarn/quarnfloat.h"
-#include "tesk2mp/frame.h"
 
 namespace tesk {
+
+/// The machine precision: 10 to the power -QuarnDigits().
+inline QuarnFloat epsilon() { return {1, -QuarnDigits()}; }
+
+/// The exponent range of the model, which the interface fixes; QuarnFloat reaches further.
+inline constexpr int kModelExponent = 134217726;
+inline QuarnFloat smallest_number() { return {1, -kModelExponent}; }
+inline QuarnFloat largest_number() { return {1, kModelExponent}; }
+inline constexpr Integer kBase = 10;
 
 /// The interface fixes some constants of classic entries as doubles; their companions use the same code with constants
 /// true to the working precision.

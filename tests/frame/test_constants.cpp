@@ -2,6 +2,7 @@
 
 #include "src/frame/constants.h"
 #include "support/digits.h"
+#include "tesk2mp/tesk2mp.h"
 
 using tesk::Accuracy;
 using tesk::Constants;

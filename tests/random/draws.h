@@ -4,7 +4,8 @@
 #include <array>
 #include <cstdint>
 
-#include "src/util/g05.h"
+#include "src/util/random.h"
+#include "tesk2mp/random.h"
 
 namespace battery {
 

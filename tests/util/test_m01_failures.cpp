@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "src/util/m01.h"
+#include "src/util/entries.h"
 #include "support/outcome.h"
 
 using support::buffer_text;

@@ -4,7 +4,7 @@
 #include <numeric>
 #include <vector>
 
-#include "src/util/m01.h"
+#include "src/util/entries.h"
 #include "support/outcome.h"
 #include "support/random.h"
 

@@ -9,9 +9,10 @@
 #include <utility>
 #include <vector>
 
-#include "src/util/g05.h"
+#include "src/util/random.h"
 #include "support/digits.h"
 #include "support/random.h"
+#include "tesk2mp/random.h"
 
 namespace {
 

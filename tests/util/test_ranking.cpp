@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "src/util/list_sort.h"
-#include "src/util/m01.h"
+#include "src/util/entries.h"
 #include "support/outcome.h"
 #include "support/random.h"
 

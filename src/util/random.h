@@ -5,7 +5,6 @@
 
 #include "quarn/quarnfloat.h"
 #include "src/util/multiple_set_table.h"
-#include "tesk2mp/random.h"
 
 namespace tesk {
 
@@ -24,5 +23,18 @@ void multiple_set_step(const MultipleSetRow& row, Integer* iseed) noexcept;
 /// Basic generator: the leading nine digits of X / 2^60; the low-order bits, whose periods are short, do not matter.
 /// Multiple-set generator: the leading nine digits of the s_i / m_i, added modulo 10^9.
 std::int64_t next_nine_digits(Integer igen, Integer* iseed) noexcept;
+
+/// The next variate of the basic generator: 53 bits, exactly; at most 1 - 10^-D.
+QuarnFloat basic_variate(Integer* iseed);
+
+/// The next variate of a multiple-set generator, divided to the working precision; NaN where there is none.
+QuarnFloat multiple_set_variate(Integer igen, Integer* iseed);
+
+/// The next variate of any generator with all its digits drawn: as many blocks of nine as the working precision takes,
+/// and one more to make up for leading zeros. NaN where there is none.
+QuarnFloat full_variate(Integer igen, Integer* iseed);
+
+/// The basic generator's state at first.
+inline constexpr Integer kDefaultSeed[4] = {6698, 7535, 26792, 30140};
 
 }  // namespace tesk

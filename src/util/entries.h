@@ -1,14 +1,12 @@
-// Ranking, rearranging and permutations over a section M1 ... M2 of the caller's arrays.
+// Ranking, rearranging and permutations over a section M1 ... M2 of the caller's arrays: entries.
 #pragma once
 
 #include "quarn/quarnfloat.h"
 #include "src/frame/option.h"
+#include "src/util/rank.h"
 #include "tesk2mp/util.h"
 
 namespace tesk {
-
-/// Where NaN is ranked: wherever comparisons leave it, or after all numbers in either order.
-enum class NanRank { anywhere, last };
 
 // The routines behind the classic forms, with the message buffer that those provide.
 

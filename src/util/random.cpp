@@ -1,4 +1,4 @@
-#include "src/util/g05.h"
+#include "src/util/random.h"
 
 #include <algorithm>
 #include <iterator>
@@ -6,8 +6,6 @@
 
 #include "src/frame/constants.h"
 #include "src/frame/working_digits.h"
-#include "tesk2mp/frame.h"
-#include "tesk2mp/random.h"
 
 namespace tesk {
 namespace {
@@ -23,7 +21,7 @@ constexpr std::int64_t kBlock = 1'000'000'000;
 /// Rounding to the working precision may have reached 1, which is no variate: then the number below it.
 QuarnFloat below_one(QuarnFloat u) {
   if (u >= 1) {
-    return 1 - QuarnMP_x02ajf_();
+    return 1 - epsilon();
   }
   return u;
 }
@@ -34,31 +32,6 @@ QuarnFloat no_generator() { return QuarnFloat("nan"); }
 QuarnFloat exactly(double value) {
   const WorkingDigits enough(std::max(QuarnDigits(), kStateBits));
   return QuarnFloat(value);
-}
-
-QuarnFloat basic_variate(Integer* iseed) {
-  // A conversion of the whole state rounds once, as the sum of its halves would; x87 registers cannot interfere.
-  QuarnFloat u = exactly(double(std::int64_t(basic_step(iseed))) * 0x1p-60);
-  QuarnFloat largest = 1 - QuarnMP_x02ajf_();
-  return u < largest ? u : largest;
-}
-
-/// The variate with all its digits drawn: as many blocks of nine as the working precision takes, and one more to make
-/// up for leading zeros.
-QuarnFloat full_variate(Integer igen, Integer* iseed) {
-  const int blocks = (QuarnDigits() + kBlockDigits - 1) / kBlockDigits + 1;
-  std::string text(std::size_t(2 + kBlockDigits * blocks), '0');
-  text[1] = '.';
-  for (int i = 0; i < blocks; ++i) {
-    std::int64_t digits = next_nine_digits(igen, iseed);
-    if (digits < 0) {
-      return no_generator();
-    }
-    for (int j = 2 + kBlockDigits * (i + 1); digits > 0; digits /= 10) {
-      text[std::size_t(--j)] = char('0' + digits % 10);
-    }
-  }
-  return below_one(QuarnFloat(text));
 }
 
 }  // namespace
@@ -106,22 +79,19 @@ std::int64_t next_nine_digits(Integer igen, Integer* iseed) noexcept {
   return (digits % kBlock + kBlock) % kBlock;
 }
 
-}  // namespace tesk
-
-extern "C" {
-
-void QuarnMP_g05kbx_(Integer* igen, Integer* iseed) {
-  constexpr Integer kDefaultSeed[4] = {6698, 7535, 26792, 30140};
-  *igen = 0;
-  std::copy(std::begin(kDefaultSeed), std::end(kDefaultSeed), iseed);
+QuarnFloat basic_variate(Integer* iseed) {
+  // A conversion of the whole state rounds once, as the sum of its halves would; x87 registers cannot interfere.
+  QuarnFloat u = exactly(double(std::int64_t(basic_step(iseed))) * 0x1p-60);
+  QuarnFloat largest = 1 - epsilon();
+  return u < largest ? u : largest;
 }
 
-QuarnFloat QuarnMP_g05kazn_(Integer igen, Integer* iseed) {
-  const tesk::MultipleSetRow* row = tesk::multiple_set_row(igen);
+QuarnFloat multiple_set_variate(Integer igen, Integer* iseed) {
+  const MultipleSetRow* row = multiple_set_row(igen);
   if (row == nullptr) {
-    return tesk::no_generator();
+    return no_generator();
   }
-  tesk::multiple_set_step(*row, iseed);
+  multiple_set_step(*row, iseed);
   QuarnFloat u;
   for (int i = 0; i < 4; ++i) {
     u += QuarnFloat(iseed[i]) / QuarnFloat(row->moduli[i]);
@@ -129,14 +99,20 @@ QuarnFloat QuarnMP_g05kazn_(Integer igen, Integer* iseed) {
   return QuarnEvalf2("fmod", u, 1);
 }
 
-QuarnFloat QuarnMP_g05kafn_(Integer igen, Integer* iseed) {
-  return igen == 0 ? tesk::basic_variate(iseed) : QuarnMP_g05kazn_(igen, iseed);
+QuarnFloat full_variate(Integer igen, Integer* iseed) {
+  const int blocks = (QuarnDigits() + kBlockDigits - 1) / kBlockDigits + 1;
+  std::string text(std::size_t(2 + kBlockDigits * blocks), '0');
+  text[1] = '.';
+  for (int i = 0; i < blocks; ++i) {
+    std::int64_t digits = next_nine_digits(igen, iseed);
+    if (digits < 0) {
+      return no_generator();
+    }
+    for (int j = 2 + kBlockDigits * (i + 1); digits > 0; digits /= 10) {
+      text[std::size_t(--j)] = char('0' + digits % 10);
+    }
+  }
+  return below_one(QuarnFloat(text));
 }
 
-QuarnFloat QuarnMPX_g05kazn_(Integer igen, Integer* iseed) {
-  // IGEN 0 is not one of the multiple-set generators.
-  return igen == 0 ? tesk::no_generator() : tesk::full_variate(igen, iseed);
-}
-
-QuarnFloat QuarnMPX_g05kafn_(Integer igen, Integer* iseed) { return tesk::full_variate(igen, iseed); }
-}
+}  // namespace tesk
