@@ -6,8 +6,8 @@
 // finite precision arithmetic, Numer. Algorithms 10 (1995).
 #include <array>
 
+#include "src/frame/constants.h"
 #include "src/sparse/solver.h"
-#include "tesk2mp/frame.h"
 
 namespace tesk {
 namespace {
@@ -81,7 +81,7 @@ Progress minimise_residual(Solver& solver) {
   }
   const QuarnFloat ratio = solver.euclidean(r(0)) / sqrt(sigma[l]);
   // A smaller one would cost the recurrence half its digits.
-  if (fabs(gamma1[l]) <= sqrt(QuarnMP_x02ajf_()) * ratio) {
+  if (fabs(gamma1[l]) <= sqrt(epsilon()) * ratio) {
     gamma1[l] = QuarnFloat(7) / 10 * ratio;
   }
 

@@ -3,8 +3,7 @@
 #include <algorithm>
 
 #include "src/frame/constants.h"
-#include "src/util/g05.h"
-#include "tesk2mp/frame.h"
+#include "src/util/random.h"
 
 namespace tesk {
 namespace {
@@ -233,8 +232,7 @@ void Solver::judge() {
   }
   if (broken || parted || (state_.reason & kRestart) != 0) {
     // A cycle that gains nothing would be repeated for ever.
-    if (!broken && !parted && state_.itn > 0 &&
-        !(state_[Place::restart_residual] - size > 10 * QuarnMP_x02ajf_() * size)) {
+    if (!broken && !parted && state_.itn > 0 && !(state_[Place::restart_residual] - size > 10 * epsilon() * size)) {
       return finish(Ending::breakdown);
     }
     state_[Place::restart_residual] = size;
@@ -341,9 +339,7 @@ QuarnFloat Solver::largest_norm(const QuarnFloat& euclidean) const {
   return selects(&SolverIntegers::weighted) ? largest * *std::max_element(wgt_, wgt_ + n()) : largest;
 }
 
-bool Solver::vanishes(const QuarnFloat& a, const QuarnFloat& size) const {
-  return !(fabs(a) > QuarnMP_x02ajf_() * size);
-}
+bool Solver::vanishes(const QuarnFloat& a, const QuarnFloat& size) const { return !(fabs(a) > epsilon() * size); }
 
 // Methods that keep iterate and residual -----------------------------------------------------------------------------
 

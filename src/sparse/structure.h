@@ -1,12 +1,9 @@
 // The structure of a matrix in coordinate storage, and the check that all consumers of one share.
 #pragma once
 
-#include "quarn/quarnfloat.h"
+#include "src/sparse/coordinate.h"
 
 namespace tesk {
-
-/// What of a matrix is stored: every entry, or the lower triangle of a symmetric or Hermitian one.
-enum class Storage { general, lower_triangle };
 
 /// What can be wrong with a structure, in the order of the checks.
 enum class StructureFault {

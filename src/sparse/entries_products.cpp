@@ -1,27 +1,13 @@
-// Products of a matrix in coordinate storage and a vector: one body for real and complex values, whole matrices and
-// lower triangles. Contributions are added in storage order, so that the result is defined to the last digit.
-#include <algorithm>
-#include <utility>
-
+// Products of a sparse matrix and a vector: entries.
 #include "src/frame/option.h"
 #include "src/frame/report.h"
-#include "src/kernels/scalar.h"
 #include "src/sparse/messages.h"
+#include "src/sparse/spmv.h"
 #include "src/sparse/structure.h"
 #include "tesk2mp/sparse.h"
 
 namespace tesk {
 namespace {
-
-/// A matrix that the caller owns. Its transpose has irow and icol exchanged.
-template <class Value>
-struct Matrix {
-  Integer n;
-  Integer nnz;
-  const Value* a;
-  const Integer* irow;
-  const Integer* icol;
-};
 
 /// Reports what is wrong with the structure, labels counting down from `first_label`; false when something is.
 bool structure_is_valid(Report& report, Integer first_label, Integer n, Integer nnz, const Integer* irow,
@@ -61,29 +47,9 @@ bool structure_is_valid(Report& report, Integer first_label, Integer n, Integer 
   return false;
 }
 
-/// y := A x, or conj(A) x; of a lower triangle, also what its entries stand for in the upper one.
-template <Storage kStorage, bool kConjugated, class Value>
-void multiply(const Matrix<Value>& matrix, const Value* x, Value* y) {
-  std::fill_n(y, std::max(matrix.n, Integer(0)), Value());
-  for (Integer k = 0; k < matrix.nnz; ++k) {
-    const Integer row = matrix.irow[k] - 1;
-    const Integer column = matrix.icol[k] - 1;
-    if constexpr (kConjugated) {
-      add_product(y[row], Op::conjugate, matrix.a[k], Op::none, x[column]);
-    } else {
-      add_product(y[row], matrix.a[k], x[column]);
-    }
-    if constexpr (kStorage == Storage::lower_triangle) {
-      if (row != column) {
-        add_product(y[column], Op::conjugate, matrix.a[k], Op::none, x[row]);
-      }
-    }
-  }
-}
-
 /// The check of CHECK, and with 'C' that of the structure; false when one fails.
 template <class Value>
-bool matrix_is_valid(Report& report, const Option& check, Integer structure_label, const Matrix<Value>& m,
+bool matrix_is_valid(Report& report, const Option& check, Integer structure_label, const CoordinateMatrix<Value>& m,
                      Storage storage) {
   if (!check.is_one_of("CN")) {
     report.fail(1, 99999, " ** On entry, CHECK .ne. 'C' or 'N': CHECK = '%s'.", check.text());
@@ -93,8 +59,8 @@ bool matrix_is_valid(Report& report, const Option& check, Integer structure_labe
 }
 
 template <class Value>
-void general_product(const char* routine, const Option& trans, Matrix<Value> matrix, const Option& check,
-                     const Value* x, Value* y, char* message_buffer, Integer* ifail) {
+void general_product(const char* routine, const Option& trans, const CoordinateMatrix<Value>& matrix,
+                     const Option& check, const Value* x, Value* y, char* message_buffer, Integer* ifail) {
   Report report(routine, message_buffer, ifail);
   if (!matrix_is_valid(report, check, 99997, matrix, Storage::general)) {
     return;
@@ -104,18 +70,17 @@ void general_product(const char* routine, const Option& trans, Matrix<Value> mat
   }
 
   if (trans.letter() == 'N') {
-    return multiply<Storage::general, false>(matrix, x, y);
+    return spmv(Storage::general, matrix, x, y);
   }
-  std::swap(matrix.irow, matrix.icol);
-  multiply<Storage::general, true>(matrix, x, y);
+  spmv_adjoint(matrix, x, y);
 }
 
 template <class Value>
-void triangle_product(const char* routine, const Matrix<Value>& matrix, const Option& check, const Value* x, Value* y,
-                      char* message_buffer, Integer* ifail) {
+void triangle_product(const char* routine, const CoordinateMatrix<Value>& matrix, const Option& check, const Value* x,
+                      Value* y, char* message_buffer, Integer* ifail) {
   Report report(routine, message_buffer, ifail);
   if (matrix_is_valid(report, check, 99998, matrix, Storage::lower_triangle)) {
-    multiply<Storage::lower_triangle, false>(matrix, x, y);
+    spmv(Storage::lower_triangle, matrix, x, y);
   }
 }
 

@@ -1,4 +1,5 @@
-// The general iterative solver: set-up, iteration by reverse communication, progress.
+// The general iterative solver: entries for set-up, iteration by reverse communication, progress, and the steps of each
+// method.
 
 #include <algorithm>
 #include <cstring>
@@ -51,7 +52,7 @@ Integer norm_code(const Option& norm) {
 
 /// The tolerance in use: no less than what rounding lets any residual reach.
 QuarnFloat tolerance(const QuarnFloat& tol, Integer n) {
-  const QuarnFloat eps = QuarnMP_x02ajf_();
+  const QuarnFloat eps = epsilon();
   const QuarnFloat least = std::max(10 * eps, sqrt(QuarnFloat(n)) * eps);
   return std::max(tol > 0 ? tol : sqrt(eps), least);
 }

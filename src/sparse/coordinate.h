@@ -1,0 +1,22 @@
+// Matrices in coordinate storage.
+#pragma once
+
+#include "quarn/quarnfloat.h"
+
+namespace tesk {
+
+/// What of a matrix is stored: every entry, or the lower triangle of a symmetric or Hermitian one.
+enum class Storage { general, lower_triangle };
+
+/// A square matrix of order n that the caller owns: entry k, from 0, has the value a[k] in row irow[k] and column
+/// icol[k], from 1.
+template <class Value>
+struct CoordinateMatrix {
+  Integer n;
+  Integer nnz;
+  const Value* a;
+  const Integer* irow;
+  const Integer* icol;
+};
+
+}  // namespace tesk
