@@ -23,6 +23,19 @@ void scale(const QuarnFloat& factor, const Complex* source, Complex* target, std
   }
 }
 
+/// Do these factors make up n, and is there a pass for each?
+bool are_factors_of(Integer n, Integer count, const Integer* factors) {
+  Integer rest = n;
+  for (Integer i = 0; i < count; ++i) {
+    const Integer r = factors[i];
+    if (r < 1 || rest % r != 0 || (r > 4 && r % 2 == 0)) {
+      return false;
+    }
+    rest /= r;
+  }
+  return rest == 1;
+}
+
 }  // namespace
 
 void transform_forward(const Passes& passes, Integer n, std::ptrdiff_t count, Complex* x, Complex* scratch) {
@@ -74,6 +87,13 @@ Status Engine::transform(bool backward, Complex* x, const View& view, Complex* w
   }
   const Status status = prepare(view.n, work);
   return status == Status::ok ? transform_prepared(backward, x, view, work) : status;
+}
+
+void Engine::transform_by(Integer n, Complex* x, Complex* scratch, const Complex* table, Integer count,
+                          const Integer* factors) const {
+  if (n > 1 && are_factors_of(n, count, factors)) {
+    transform_forward(Passes(n, 1, table, count, factors, constants), n, n, x, scratch);
+  }
 }
 
 }  // namespace tesk

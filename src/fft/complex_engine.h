@@ -31,7 +31,11 @@ struct Engine {
   /// forward transform of the conjugates. Length 1 is left as it is.
   Status transform_prepared(bool backward, Complex* x, const View& view, Complex* work) const;
 
-  /// Both.
+  /// The forward transform by a table and factors that a caller has made; nothing where they do not make up n.
+  void transform_by(Integer n, Complex* x, Complex* scratch, const Complex* table, Integer count,
+                    const Integer* factors) const;
+
+  /// Prepares and transforms.
   Status transform(bool backward, Complex* x, const View& view, Complex* work) const;
 };
 

@@ -6,7 +6,6 @@
 #include "src/fft/even_radix.h"
 #include "src/fft/general_radix.h"
 #include "src/fft/odd_radix.h"
-#include "tesk2mp/fft.h"
 
 namespace tesk {
 namespace {
@@ -87,22 +86,3 @@ void backward_passes(QuarnFloat* x, Integer n, const Integer* radices, const Con
 }
 
 }  // namespace tesk
-
-extern "C" {
-
-void QuarnMP_c06eawn_(QuarnFloat* x, Integer n, Integer* radices) {
-  tesk::forward_passes(x, n, radices, tesk::Constants(tesk::Accuracy::classic));
-}
-
-void QuarnMP_c06ebwn_(QuarnFloat* x, Integer n, Integer* radices) {
-  tesk::backward_passes(x, n, radices, tesk::Constants(tesk::Accuracy::classic));
-}
-
-void QuarnMPX_c06eawn_(QuarnFloat* x, Integer n, Integer* radices) {
-  tesk::forward_passes(x, n, radices, tesk::Constants(tesk::Accuracy::full));
-}
-
-void QuarnMPX_c06ebwn_(QuarnFloat* x, Integer n, Integer* radices) {
-  tesk::backward_passes(x, n, radices, tesk::Constants(tesk::Accuracy::full));
-}
-}

@@ -11,7 +11,7 @@ namespace tesk {
 /// does not divide what is left of n.
 void forward_passes(QuarnFloat* x, Integer n, const Integer* radices, const Constants& constants);
 
-/// The opposite: half-complex storage to real numbers in digit-reversed order, by the same list.
+/// The opposite: half-complex storage to real numbers in digit-reversed order, by the list in reverse order.
 void backward_passes(QuarnFloat* x, Integer n, const Integer* radices, const Constants& constants);
 
 }  // namespace tesk

@@ -1,4 +1,4 @@
-// Several complex sequences of one length.
+// Several complex sequences of one length: entries.
 #include "src/fft/complex_cores.h"
 #include "src/frame/report.h"
 #include "tesk2mp/fft.h"

@@ -1,4 +1,4 @@
-// One complex sequence.
+// One complex sequence: entries, and those of its passes.
 
 #include "src/fft/complex_cores.h"
 #include "src/fft/complex_passes.h"
@@ -26,26 +26,6 @@ void single_transform(const Call& call, Complex* x, Integer n, Complex* work) {
 }
 
 namespace {
-
-/// Do these factors make up n, and is there a pass for each?
-bool are_factors_of(Integer n, Integer count, const Integer* factors) {
-  Integer rest = n;
-  for (Integer i = 0; i < count; ++i) {
-    const Integer r = factors[i];
-    if (r < 1 || rest % r != 0 || (r > 4 && r % 2 == 0)) {
-      return false;
-    }
-    rest /= r;
-  }
-  return rest == 1;
-}
-
-void passes_and_scaling(const Engine& engine, Integer n, Complex* x, Complex* scratch, const Complex* table,
-                        Integer count, const Integer* factors) {
-  if (n > 1 && are_factors_of(n, count, factors)) {
-    transform_forward(Passes(n, 1, table, count, factors, engine.constants), n, n, x, scratch);
-  }
-}
 
 void without_checks(const Engine& engine, const char* direct, int direct_length, Complex* x, Integer n, Complex* work,
                     Integer* ifail) {
@@ -89,12 +69,12 @@ void QuarnMPX_c06pczn_(const char* direct, Integer n, Complex* x, Complex* work,
 
 void QuarnMP_c06ncwn_(Integer n, Complex* x, Complex* scratch, const Complex* table, Integer count,
                       const Integer* factors) {
-  tesk::passes_and_scaling(kClassicEngine, n, x, scratch, table, count, factors);
+  kClassicEngine.transform_by(n, x, scratch, table, count, factors);
 }
 
 void QuarnMPX_c06ncwn_(Integer n, Complex* x, Complex* scratch, const Complex* table, Integer count,
                        const Integer* factors) {
-  tesk::passes_and_scaling(kFullEngine, n, x, scratch, table, count, factors);
+  kFullEngine.transform_by(n, x, scratch, table, count, factors);
 }
 
 void QuarnMP_c06ncvn_(Integer length, Integer blocks, const Complex* source, Complex* target, const Complex* table) {

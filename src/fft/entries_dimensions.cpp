@@ -1,4 +1,4 @@
-// Complex arrays of several dimensions: along one of them, along all.
+// Complex arrays of several dimensions: entries, along one of them and along all.
 #include <algorithm>
 #include <cstdint>
 
