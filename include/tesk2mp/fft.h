@@ -97,12 +97,13 @@ TESK2MP_API void QuarnMPX_c06ebwn_(QuarnFloat* x, Integer n, Integer* radices);
 // unexpected one. After a failure x is as it was. direct_length: the characters of DIRECT, of which the first counts.
 //
 // Method: self-sorting passes of radix 5, 4, 2 and 3, and one of sums over pairs of residues for any other prime (C.
-// Temperton, J. Comput. Phys. 52, 1983), by one table of the rotations that they need. The sums cost (r-1)^2 real
-// multiplications for a prime r; the companions turn most primes from 61 on into convolutions (C. M. Rader, Proc. IEEE
-// 56, 1968), for which they take memory of their own, so that a prime costs a few times what its neighbours do. Cost
-// for N = 1024 apart from the table: 15 multiplications and 27 additions of reals an element. The classic table costs
-// one pair of cosine and sine for each rotation, N/2 of them for N = 1024; the companion folds the angles into one
-// octant, N/8 of them, and multiplies these out of some sqrt(N/2) pairs.
+// Temperton, J. Comput. Phys. 52, 1983), by one table of the rotations that they need.
+//
+// The companions use quarn/transform.h up to 1100 digits and lengths up to 2^24: data in block fixed point, each result
+// rounded once and off by at most a quarter of 10^-D of the largest part of the data besides. Their plans are kept for
+// later calls; they leave no table in work and take none from it. One NaN or infinity in the data of a sequence makes
+// every result of it NaN. At more digits they make the passes above, most primes from 61 on as convolutions (C. M.
+// Rader, Proc. IEEE 56, 1968), for which they take memory of their own, with a table as the classic entries have it.
 
 /// @defgroup c06pcf Fourier transform of a complex sequence
 ///
@@ -123,11 +124,10 @@ TESK2MP_API void QuarnMPX_c06ebwn_(QuarnFloat* x, Integer n, Integer* radices);
 ///   4  " ** Unexpected failure in an internal call."
 ///
 /// @par Cost
-/// The sums cost (r-1)^2 real multiplications for a prime r; the companions turn most primes from 61 on into
-/// convolutions (C. M. Rader, Proc. IEEE 56, 1968), for which they take memory of their own, so that a prime costs a
-/// few times what its neighbours do. Cost for N = 1024 apart from the table: 15 multiplications and 27 additions of
-/// reals an element. The classic table costs one pair of cosine and sine for each rotation, N/2 of them for N = 1024;
-/// the companion folds the angles into one octant, N/8 of them, and multiplies these out of some sqrt(N/2) pairs.
+/// The sums cost (r-1)^2 real multiplications for a prime r. For N = 1024 apart from the table: 15 multiplications and
+/// 27 additions of reals an element; the table costs one pair of cosine and sine for each rotation, N/2 of them. The
+/// companions take an eighth to a half of the time for N = 1024 at 20 to 500 digits, and a few times that for a prime:
+/// docs/performance.md.
 /// @{
 TESK2MP_API void QuarnMP_c06pcf_(const char* direct, Complex* x, const Integer* n, Complex* work, Integer* ifail,
                                  int direct_length);
@@ -165,8 +165,8 @@ TESK2MP_API void QuarnMPX_c06pczn_(const char* direct, Integer n, Complex* x, Co
 /// @param[in] n N >= 1
 /// @param[in,out] x N complex numbers, overwritten
 /// @param[out] scratch N numbers
-/// @param[in] table N numbers, exp(-2 pi i k/N) in place k, as far as the passes look at them: c06pcf and the others
-///     leave it so in work.
+/// @param[in] table N numbers, exp(-2 pi i k/N) in place k, as far as the passes look at them: the classic
+///     c06pcf and the others leave it so in work.
 /// @param[in] count numbers in factors
 /// @param[in] factors the radices in order: 2, 3, 4, 5, others odd, a 1 is skipped; a list whose product is not N, or
 ///     with another number in it, does nothing.

@@ -1,5 +1,7 @@
 #include "src/fft/complex_engine.h"
 
+#include "quarn/transform.h"
+
 namespace tesk {
 namespace {
 
@@ -36,6 +38,11 @@ bool are_factors_of(Integer n, Integer count, const Integer* factors) {
   return rest == 1;
 }
 
+bool goes_in_blocks(const Engine& engine, Integer n) {
+  return engine.in_blocks && engine.constants.accuracy() == Accuracy::full &&
+         QuarnTransform::is_supported(n, QuarnDigits());
+}
+
 }  // namespace
 
 void transform_forward(const Passes& passes, Integer n, std::ptrdiff_t count, Complex* x, Complex* scratch) {
@@ -67,6 +74,12 @@ Status Engine::transform_prepared(bool backward, Complex* x, const View& view, C
     return Status::ok;
   }
   const std::ptrdiff_t count = std::ptrdiff_t(view.before) * view.n;
+  if (goes_in_blocks(*this, view.n)) {
+    for (Integer i = 0; i < view.after; ++i) {
+      QuarnTransformRows(backward, x + i * count, view.n, view.before, view.before, 1);
+    }
+    return Status::ok;
+  }
   const Passes passes(view.n, view.before, work, factors.count, factors.factor.data(), constants);
   for (Integer i = 0; i < view.after; ++i) {
     Complex* sequences = x + i * count;
@@ -84,6 +97,9 @@ Status Engine::transform_prepared(bool backward, Complex* x, const View& view, C
 Status Engine::transform(bool backward, Complex* x, const View& view, Complex* work) const {
   if (view.before < 1 || view.after < 1) {
     return Status::bad_argument;
+  }
+  if (view.n > 1 && goes_in_blocks(*this, view.n)) {
+    return transform_prepared(backward, x, view, work);
   }
   const Status status = prepare(view.n, work);
   return status == Status::ok ? transform_prepared(backward, x, view, work) : status;

@@ -21,6 +21,8 @@ enum class Status : Integer { ok = 0, too_many_factors = 1, bad_argument = 2 };
 struct Engine {
   Constants constants;
   Integer factor_limit = kTooManyFactors;
+  // The companions leave what they can to the number library, which rounds each result once.
+  bool in_blocks = true;
 
   bool accepts(Integer n) const { return !factorize_complex(n, factor_limit).too_many; }
 

@@ -245,7 +245,7 @@ TEST_CASE("classic and companion agree to the digits of the double constants, an
         largest_difference(transformed(QuarnMP_c06pcf_, "F", x), transformed(QuarnMPX_c06pcf_, "F", x));
     CAPTURE(n);
     CHECK(difference < QuarnFloat(1, -14));
-    CHECK((n <= 4 ? n == 3 || difference == 0 : difference > QuarnFloat(1, -20)));
+    CHECK((n == 1 || n == 2 || n == 4 ? difference < QuarnFloat(1, -57) : difference > QuarnFloat(1, -20)));
   }
 }
 
@@ -261,5 +261,10 @@ TEST_CASE("large primes: sums and convolutions give the same") {
     const tesk::Engine engine{tesk::Constants(tesk::Accuracy::classic)};
     REQUIRE(engine.transform(false, y.data(), {1, n, 1}, work.data()) == tesk::Status::ok);
     CHECK(largest_difference(y, z) < QuarnFloat(1, -13));
+    // The passes, which the companion makes at very many digits only.
+    const tesk::Engine passes{tesk::Constants(tesk::Accuracy::full), tesk::kTooManyFactors, false};
+    y = x;
+    REQUIRE(passes.transform(false, y.data(), {1, n, 1}, work.data()) == tesk::Status::ok);
+    CHECK(largest_difference(y, z) < QuarnFloat(1, -22));
   }
 }

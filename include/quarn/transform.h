@@ -1,0 +1,51 @@
+// Discrete Fourier transforms of complex sequences in block fixed point: one rounding per result.
+//
+// z_k = 1/sqrt(n) * sum over j of x_j exp(-2 pi i j k / n), or exp(+2 pi i j k / n) backward. The data are put on one
+// binary scale, transformed in integers, and each part of a result is rounded once to the working digits D: it is off
+// by at most a quarter of 10^-D times the largest |part| of the data, and half a unit of its own last place. Parts of
+// the data that are smaller than that do not count. Results are the same on every platform.
+//
+// Zeros give zeros, a number in place 0 gives n equal results, and of real data (all imaginary parts zero) result n - k
+// is exactly the conjugate of result k, so that results 0 and n / 2 are real. A zero has no sign. When a part of the
+// data is NaN or infinite, every part of every result is NaN. Results beyond the largest number are infinite.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+#include "quarn/quarnfloat.h"
+
+/// The tables for one length at one number of digits. It never changes, and may be used again and again.
+///
+/// n = 2^a r1 r2 ... with odd primes up to 31 costs some (2/3) n log2 n complex products of D digits and some (r-1)^2 /
+/// r real ones for each factor r and number; other lengths are convolutions (L. Bluestein, IEEE Trans. Audio
+/// Electroacoust. 18, 1970) of a length from 2 n.
+class QRNFLOAT_API QuarnTransform {
+ public:
+  /// Are there transforms of length n at so many digits: 1 <= n <= 2^24, up to some 1100 digits?
+  static bool is_supported(Integer n, int digits) noexcept;
+
+  /// For the working digits. Throws std::invalid_argument when that is not supported.
+  explicit QuarnTransform(Integer n);
+  ~QuarnTransform();
+  QuarnTransform(QuarnTransform&& other) noexcept;
+  QuarnTransform& operator=(QuarnTransform&& other) noexcept;
+
+  Integer length() const noexcept;
+  int digits() const noexcept;
+
+  /// Replaces x[0], x[stride], ... by its transform, rounded to digits().
+  void forward(Complex* x, std::ptrdiff_t stride = 1) const;
+  void backward(Complex* x, std::ptrdiff_t stride = 1) const;
+
+ private:
+  struct Plan;
+  friend QRNFLOAT_API bool QuarnTransformRows(bool, Complex*, Integer, std::ptrdiff_t, Integer, std::ptrdiff_t);
+
+  std::unique_ptr<Plan> plan_;
+};
+
+/// Transforms `count` sequences of length n, sequence i from x[i * distance], by a plan that is kept for later calls at
+/// the working digits. Returns false, and nothing is done, when that is not supported.
+QRNFLOAT_API bool QuarnTransformRows(bool backward, Complex* x, Integer n, std::ptrdiff_t stride, Integer count,
+                                     std::ptrdiff_t distance);

@@ -1,0 +1,315 @@
+#include "number/fixed/plan.h"
+
+#include <cmath>
+
+#include "number/limbs/scratch.h"
+
+namespace quarn::block {
+namespace {
+
+bool has_large_factor(Integer n) {
+  while (n % 2 == 0) {
+    n /= 2;
+  }
+  for (Integer r = 3; r <= kLargestRadix; r += 2) {
+    while (n % r == 0) {
+      n /= r;
+    }
+  }
+  return n > 1;
+}
+
+/// The cheapest length of 2^a, 3 2^a, 5 2^a, 9 2^a or 15 2^a from n on.
+Integer padded_length(Integer n) {
+  std::int64_t best = std::bit_ceil(unsigned(n));
+  for (const std::int64_t odd : {3, 5, 9, 15}) {
+    std::int64_t length = odd;
+    while (length < n) {
+      length *= 2;
+    }
+    best = std::min(best, length);
+  }
+  return Integer(best);
+}
+
+/// A bound of |error| of a result of the core, in units, when each part of the data is off by at most `input` units.
+double bound_for(Integer n, int places, double input) {
+  const double turn = 2.24 * places + 1.5;
+  double sum = 1.4143 * input * n;
+  double left = n;
+  for (Integer r = kLargestRadix; r > 2; r -= 2) {
+    bool prime = true;
+    for (Integer d = 3; d < r; d += 2) {
+      prime = prime && r % d != 0;
+    }
+    for (; prime && n % r == 0; n /= r) {
+      left /= r;
+      sum += left * (1.4143 * (r - 1) * (places + 1) + 1.42 * turn);
+    }
+  }
+  return sum + left / 3 * turn;
+}
+
+}  // namespace
+
+Format format_for(Integer n, int digits) {
+  Format format;
+  format.padded = has_large_factor(n) ? padded_length(2 * n - 1) : 0;
+  const double root = std::sqrt(double(n));
+  // Sums over n numbers of magnitude sqrt 2; for a convolution see docs/accuracy.md.
+  format.headroom = format.padded == 0 ? std::max(2, int(std::ceil(std::log2(double(n)))))
+                                       : int(std::ceil(std::log2(double(format.padded)) + std::log2(4.0 * n) / 2));
+  // kMaxPlaces are more than any supported transform takes.
+  for (int places = 2;; ++places) {
+    format.places = places;
+    const int bits = format.fraction_bits();
+    const double cut = std::exp2(bits + 3 - 18 * units_for(places) * 3.321928);
+    const double input = 1 + (places + 1) * std::exp2(2 - format.headroom) + cut;
+    double error = 0;
+    if (format.padded == 0) {
+      error = bound_for(n, places, input) + 15 * (places + 4);
+    } else {
+      const double m = format.padded;
+      const double turn = 3.2 * places + 3;
+      error = m * (1.7 * input + 4.6 * turn) + 10 * std::sqrt(m) * turn + 30 * (places + 4);
+    }
+    // The largest part is from 0.49 on.
+    if (bits >= digits * 3.3219281 + 3.1 + std::log2(error / root)) {
+      return format;
+    }
+  }
+}
+
+Chirp::Chirp(Integer n, const Format& format)
+    : n_(n), places_(format.places), shift_(0), core_(format.padded, format.places) {
+  const Integer m = format.padded;
+  const int words = places_ * kPerPlace<Limb>;
+  // One place more, so that the spectrum is good to all places.
+  const int long_places = places_ + 1;
+  const int long_words = long_places * kPerPlace<Limb>;
+  const int headroom = int(std::bit_width(unsigned(m))) + 1;
+  const UnitCircle circle(2 * std::int64_t(n), long_places);
+  const Core<Limb> core(m, long_places);
+  std::vector<Limb> data(std::size_t(m) * core.words_per_element(), 0);
+  for (Integer j = 0; j < n; ++j) {
+    const Rotation r = circle.rotation(std::int64_t(j) * j % (2 * std::int64_t(n)));
+    chirp_.insert(chirp_.end(), r.cosine.begin() + kPerPlace<Limb>, r.cosine.end());
+    chirp_.insert(chirp_.end(), r.sine.begin() + kPerPlace<Limb>, r.sine.end());
+    chirp_.push_back(Limb(0) - Limb(r.cosine_negative));
+    chirp_.push_back(Limb(r.sine_negative) - Limb(1));
+    for (const Integer place : {j, (m - j) % m}) {
+      Limb* const x = data.data() + std::size_t(place) * core.words_per_element();
+      fixed::shift_down(x, r.cosine.data(), long_words, headroom);
+      negate_if(x, x, Limb(0) - Limb(r.cosine_negative), long_places);
+      fixed::shift_down(x + long_words, r.sine.data(), long_words, headroom);
+      negate_if(x + long_words, x + long_words, Limb(0) - Limb(r.sine_negative), long_places);
+    }
+  }
+  core.run(data.data());
+  // All parts below 1: left-aligned by the largest one.
+  std::vector<Limb> signs;
+  int zeros = 64 * long_places;
+  for (std::size_t i = 0; i < data.size(); i += std::size_t(long_words)) {
+    signs.push_back(sign_mask(&data[i], long_places));
+    negate_if(&data[i], &data[i], signs.back(), long_places);
+    zeros = std::min(zeros, fixed::leading_zeros(&data[i], long_words));
+  }
+  shift_ = headroom - zeros;
+  spectrum_.reserve(std::size_t(m) * std::size_t(2 * words + 2));
+  std::vector<Limb> moved(static_cast<std::size_t>(long_words));
+  for (std::size_t i = 0; i < signs.size(); ++i) {
+    fixed::shift_up(moved.data(), &data[i * std::size_t(long_words)], long_words, zeros);
+    spectrum_.insert(spectrum_.end(), moved.begin() + kPerPlace<Limb>, moved.end());
+    if (i % 2 == 1) {
+      spectrum_.push_back(signs[i - 1]);
+      spectrum_.push_back(signs[i]);
+    }
+  }
+}
+
+template <class Length>
+void Chirp::multiply(Limb* out, const Limb* x, const Limb* factor, Length places) {
+  constexpr int kRoom = room<Limb, Length>();
+  const int n = places * kPerPlace<Limb>;
+  const Limb re_sign = factor[2 * n];
+  const Limb im_sign = factor[2 * n + 1];
+  Limb products[4][kRoom];
+  for (int part = 0; part < 2; ++part) {
+    multiply_fraction(products[part], x + part * n, factor, places);
+    multiply_fraction(products[2 + part], x + part * n, factor + n, places);
+    negate_if(products[part], products[part], re_sign, places);
+    negate_if(products[2 + part], products[2 + part], im_sign, places);
+  }
+  subtract(out, products[0], products[3], places);
+  add(out + n, products[1], products[2], places);
+}
+
+template <class Length>
+void Chirp::run(Limb* x, Length places) const {
+  const Integer m = core_.length();
+  const std::size_t element = core_.words_per_element();
+  const std::size_t factor = element + 2;
+  const std::vector<Integer>& order = core_.order();
+  Scratch<Limb> first(std::size_t(m) * element);
+  Scratch<Limb> second(std::size_t(m) * element);
+  for (Integer j = 0; j < n_; ++j) {
+    multiply(&first[std::size_t(j) * element], x + std::size_t(j) * element, &chirp_[std::size_t(j) * factor], places);
+  }
+  std::fill_n(&first[std::size_t(n_) * element], std::size_t(m - n_) * element, Limb(0));
+  core_.run(first.data());
+  for (std::size_t i = 0; i < std::size_t(m); ++i) {
+    multiply(&second[std::size_t(order[i]) * element], &first[i * element], &spectrum_[i * factor], places);
+  }
+  // Forward once more: the results of a backward transform in reverse order.
+  core_.run(second.data());
+  for (std::size_t i = 0; i < std::size_t(m); ++i) {
+    const Integer k = order[i] == 0 ? 0 : m - order[i];
+    if (k < n_) {
+      multiply(x + std::size_t(k) * element, &second[i * element], &chirp_[std::size_t(k) * factor], places);
+    }
+  }
+}
+
+void Chirp::run(Limb* x) const {
+  with_places(places_, [&](auto places) { run(x, places); });
+}
+
+}  // namespace quarn::block
+
+using quarn::Kind;
+using quarn::Limb;
+using namespace quarn::block;
+
+QuarnTransform::Plan::Plan(Integer length, int digit_count, const Format& shape)
+    : n(length), digits(digit_count), format(shape), reader(shape.places) {
+  int bits = 64 * format.places - format.fraction_bits();
+  const quarn::WorkingDigits working(int(64 * (format.places + 1) * 0.30103) + 4);
+  QuarnFloat scale = 1 / sqrt(QuarnFloat(n));
+  if (format.padded != 0) {
+    chirp.emplace(n, format);
+    bits += chirp->shift();
+    scale /= QuarnFloat(format.padded);
+  } else {
+    core.emplace(n, format.places);
+  }
+  const DecimalReader constants(format.places + 1);
+  for (int doublings = 0; doublings <= 3; ++doublings) {
+    writers.emplace_back(scale * QuarnFloat(std::uint64_t(1) << (bits - doublings)), format.places, constants);
+  }
+}
+
+namespace {
+
+/// What a look at the data shows.
+struct Survey {
+  bool finite = true;
+  bool real = true;
+  bool impulse = true;                // nothing but in place 0
+  std::int64_t exponent = INT64_MIN;  // of the largest part
+  int doublings = 0;                  // so often it may be doubled below 10^exponent
+};
+
+Survey survey(const Complex* x, Integer n, std::ptrdiff_t stride) {
+  Survey out;
+  std::uint64_t top = 0;
+  const auto look = [&](const QuarnFloat& part) {
+    if (quarn::kind_of(part) == Kind::zero) {
+      return;
+    }
+    out.finite = out.finite && isfinite(part);
+    if (!out.finite) {
+      return;
+    }
+    const std::int64_t exponent = QuarnAccess::exponent(part);
+    // Nine digits, whatever a limb holds.
+    const std::uint64_t leading =
+        QuarnAccess::limbs(part)[0] / quarn::Radix::powers[std::size_t(quarn::Radix::digits - 9)];
+    if (exponent > out.exponent) {
+      out.exponent = exponent;
+      top = leading;
+    } else if (exponent == out.exponent) {
+      top = std::max(top, leading);
+    }
+  };
+  for (Integer i = 0; i < n; ++i) {
+    look(x[i * stride].re);
+    look(x[i * stride].im);
+    const bool real = quarn::kind_of(x[i * stride].im) == Kind::zero;
+    out.real = out.real && real;
+    out.impulse = out.impulse && (i == 0 || (real && quarn::kind_of(x[i * stride].re) == Kind::zero));
+  }
+  while (out.doublings < 3 && (top + 1) << (out.doublings + 1) <= 1'000'000'000) {
+    ++out.doublings;
+  }
+  return out;
+}
+
+}  // namespace
+
+/// x / sqrt(n): all results for an impulse.
+QuarnFloat QuarnTransform::Plan::scaled(const QuarnFloat& x) const {
+  if (quarn::kind_of(x) == Kind::zero) {
+    return {};
+  }
+  const quarn::WorkingDigits more(digits + 20);
+  return quarn::rounded(x / sqrt(QuarnFloat(n)), digits);
+}
+
+template <class Length>
+void QuarnTransform::Plan::run(bool backward, Complex* x, std::ptrdiff_t stride, Length places) const {
+  const Survey data = survey(x, n, stride);
+  if (!data.finite || data.impulse) {
+    const Complex value = data.finite ? Complex(scaled(x[0].re), scaled(x[0].im))
+                                      : Complex(quarn::special(Kind::nan), quarn::special(Kind::nan));
+    for (Integer i = 0; i < n; ++i) {
+      x[i * stride] = value;
+    }
+    return;
+  }
+  const int words = places * kPerPlace<Limb>;
+  const std::size_t element = std::size_t(2 * words);
+  quarn::Scratch<Limb> y(std::size_t(n) * element);
+  const int drop = format.headroom + 1 - data.doublings;
+  const auto read = [&](Limb* out, const QuarnFloat& part, bool negated) {
+    if (quarn::kind_of(part) == Kind::zero) {
+      std::fill_n(out, words, Limb(0));
+      return;
+    }
+    reader.read(out, part, data.exponent, places);
+    quarn::fixed::shift_down(out, out, words, drop);
+    negate_if(out, out, Limb(0) - Limb(QuarnAccess::negative(part) != negated), places);
+  };
+  for (Integer i = 0; i < n; ++i) {
+    read(&y[std::size_t(i) * element], x[i * stride].re, false);
+    read(&y[std::size_t(i) * element + std::size_t(words)], x[i * stride].im, backward);
+  }
+  if (core) {
+    core->run(y.data());
+  } else {
+    chirp->run(y.data());
+  }
+  const DecimalWriter& writer = writers[std::size_t(data.doublings)];
+  for (Integer i = 0; i < n; ++i) {
+    const Integer k = core ? core->order()[std::size_t(i)] : i;
+    const Integer mirror = k == 0 ? 0 : n - k;
+    if (data.real && k > mirror) {
+      continue;
+    }
+    const Limb* const z = &y[std::size_t(i) * element];
+    Complex& out = x[k * stride];
+    out.re = writer.write(z, data.exponent, false, digits, places);
+    if (!data.real || k != mirror) {
+      out.im = writer.write(z + words, data.exponent, backward, digits, places);
+    } else {
+      out.im = QuarnFloat();
+    }
+    if (data.real && k != mirror) {
+      x[mirror * stride].re = out.re;
+      x[mirror * stride].im = quarn::kind_of(out.im) == Kind::zero ? out.im : -out.im;
+    }
+  }
+}
+
+void QuarnTransform::Plan::run(bool backward, Complex* x, std::ptrdiff_t stride) const {
+  with_places(format.places, [&](auto places) { run(backward, x, stride, places); });
+}
