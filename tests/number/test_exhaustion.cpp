@@ -14,6 +14,7 @@
 
 #include "quarn/quarnconsole.h"
 #include "quarn/quarnfloat.h"
+#include "quarn/transform.h"
 #include "support/digits.h"
 #include "tesk2mp/tesk2mp.h"
 
@@ -71,6 +72,16 @@ QuarnFloat text() {
   return scanned + QuarnFloat(formatted) + QuarnFloat(written) + QuarnFloat(0.1) + FloatToDouble(scanned);
 }
 
+/// Not supported at very many digits.
+QuarnFloat block_transform() {
+  std::vector<Complex> x;
+  for (int i = 0; i < 6; ++i) {
+    x.emplace_back(third() * (i + 1), QuarnFloat(i));
+  }
+  QuarnTransformRows(false, x.data(), 6, 1, 1, 6);
+  return x[1].re + x[5].im;
+}
+
 const Operation kOperations[] = {
     {"arithmetic", arithmetic},
     {"text and conversion", text},
@@ -91,6 +102,7 @@ const Operation kOperations[] = {
     {"tanh", [] { return tanh(third()); }},
     {"pow", [] { return pow(third(), QuarnFloat(25, -1)); }},
     {"exact pow", [] { return pow(QuarnFloat(25, -2), QuarnFloat(15, -1)); }},
+    {"block transform", block_transform},
     {"by name", [] { return QuarnEvalf1("sin", third()) + QuarnEvalf2("fmod", QuarnFloat(7), third()); }},
 };
 
