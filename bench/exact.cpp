@@ -1,0 +1,165 @@
+// Products with one rounding of each entry beside the published order of operations, with a rounding in each, and
+// beside MPFR's products and sums.
+#include "quarn/exact.h"
+
+#include "bench/peers.h"
+#include "tesk2mp/tesk2mp.h"
+
+namespace bench {
+namespace {
+
+struct Shape {
+  const char* name;
+  int m;
+  int n;
+  int k;
+  int spread;  // decimal exponents from -spread to spread; 0: over a few units
+  std::vector<int> digits;
+  bool mpfr;
+};
+
+const Shape kShapes[] = {
+    {"product n = 16", 16, 16, 16, 0, {50}, false},
+    {"product n = 64", 64, 64, 64, 0, {20, 50, 100, 200, 1000}, false},
+    {"product n = 128", 128, 128, 128, 0, {50, 100, 200}, true},
+    {"product n = 256", 256, 256, 256, 0, {50}, false},
+    {"product 8 x 8 x 8", 8, 8, 8, 0, {50}, false},
+    {"product 256 x 1 x 256", 256, 1, 256, 0, {50}, false},
+    {"product 256 x 256 x 8", 256, 256, 8, 0, {50}, false},
+    {"graded by 10^(+-45), n = 128", 128, 128, 128, 45, {50}, true},
+    {"graded by 10^(+-150), n = 128", 128, 128, 128, 150, {50}, true},
+};
+
+template <class T>
+std::vector<T> entries(const Shape& shape, int digits, std::size_t count, unsigned seed) {
+  std::vector<T> made;
+  Operands operands(digits, false, seed);
+  if (shape.spread == 0) {
+    return operands.make<T>(count);
+  }
+  std::mt19937 random(seed);
+  for (std::size_t i = 0; i < count; ++i) {
+    std::string text = random() % 2 != 0 ? "-0." : "0.";
+    text += char('1' + random() % 9);
+    for (int d = 1; d < digits; ++d) {
+      text += char('0' + random() % 10);
+    }
+    text += "e" + std::to_string(int(random() % unsigned(2 * shape.spread + 1)) - shape.spread);
+    made.push_back(T(text.c_str()));
+  }
+  return made;
+}
+
+void ours(benchmark::State& state, const Shape& s, int digits) {
+  set_precision(digits);
+  const auto a = entries<QuarnFloat>(s, digits, std::size_t(s.m) * std::size_t(s.k), 1);
+  const auto b = entries<QuarnFloat>(s, digits, std::size_t(s.k) * std::size_t(s.n), 2);
+  std::vector<QuarnFloat> c(std::size_t(s.m) * std::size_t(s.n));
+  const QuarnFloat one(1);
+  const QuarnFloat zero;
+  for (auto _ : state) {
+    QuarnMatrixProduct(std::size_t(s.m), std::size_t(s.n), std::size_t(s.k), one, {a.data(), 1, s.m},
+                       {b.data(), 1, s.k}, zero, {c.data(), 1, s.m});
+  }
+}
+
+void classic(benchmark::State& state, const Shape& s, int digits) {
+  set_precision(digits);
+  auto a = entries<QuarnFloat>(s, digits, std::size_t(s.m) * std::size_t(s.k), 1);
+  auto b = entries<QuarnFloat>(s, digits, std::size_t(s.k) * std::size_t(s.n), 2);
+  std::vector<QuarnFloat> c(std::size_t(s.m) * std::size_t(s.n));
+  for (auto _ : state) {
+    QuarnMP_dgemm_("N", "N", s.m, s.n, s.k, 1, a.data(), s.m, b.data(), s.k, 0, c.data(), s.m, 1, 1);
+  }
+}
+
+void mpfr_loop(benchmark::State& state, const Shape& s, int digits) {
+  set_precision(digits);
+  const auto m = std::size_t(s.m);
+  const auto n = std::size_t(s.n);
+  const auto k = std::size_t(s.k);
+  auto a = entries<RawMpfr>(s, digits, m * k, 1);
+  auto b = entries<RawMpfr>(s, digits, k * n, 2);
+  std::vector<RawMpfr> c(m * n, RawMpfr("0"));
+  RawMpfr product("0");
+  for (auto _ : state) {
+    for (std::size_t j = 0; j < n; ++j) {
+      for (std::size_t l = 0; l < k; ++l) {
+        for (std::size_t i = 0; i < m; ++i) {
+          mpfr_mul(product.value, a[i + l * m].value, b[l + j * k].value, MPFR_RNDN);
+          mpfr_add(c[i + j * m].value, c[i + j * m].value, product.value, MPFR_RNDN);
+        }
+      }
+    }
+  }
+}
+
+constexpr std::size_t kTerms = 1000;
+
+void dot_ours(benchmark::State& state, const Shape& s, int digits) {
+  set_precision(digits);
+  const auto a = entries<QuarnFloat>(s, digits, kTerms, 1);
+  const auto b = entries<QuarnFloat>(s, digits, kTerms, 2);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(QuarnDot(kTerms, a.data(), 1, b.data(), 1));
+  }
+}
+
+void dot_classic(benchmark::State& state, const Shape& s, int digits) {
+  set_precision(digits);
+  const auto a = entries<QuarnFloat>(s, digits, kTerms, 1);
+  const auto b = entries<QuarnFloat>(s, digits, kTerms, 2);
+  for (auto _ : state) {
+    QuarnFloat sum;
+    for (std::size_t i = 0; i < kTerms; ++i) {
+      QuarnAddProduct(sum, a[i], b[i]);
+    }
+    benchmark::DoNotOptimize(sum);
+  }
+}
+
+void dot_mpfr(benchmark::State& state, const Shape& s, int digits) {
+  set_precision(digits);
+  auto a = entries<RawMpfr>(s, digits, kTerms, 1);
+  auto b = entries<RawMpfr>(s, digits, kTerms, 2);
+  RawMpfr sum("0");
+  RawMpfr product("0");
+  for (auto _ : state) {
+    mpfr_set_zero(sum.value, 1);
+    for (std::size_t i = 0; i < kTerms; ++i) {
+      mpfr_mul(product.value, a[i].value, b[i].value, MPFR_RNDN);
+      mpfr_add(sum.value, sum.value, product.value, MPFR_RNDN);
+    }
+  }
+}
+
+using Run = void (*)(benchmark::State&, const Shape&, int);
+
+void add(const Shape& shape, int digits, const char* peer, Run run) {
+  const std::string name = std::string(shape.name) + "/" + peer + "/" + std::to_string(digits);
+  benchmark::RegisterBenchmark(name.c_str(),
+                               [&shape, digits, run](benchmark::State& state) { run(state, shape, digits); });
+}
+
+const Shape kDot = {"dot of 1000", 0, 0, 0, 0, {20, 50, 100}, true};
+
+const bool registered = [] {
+  for (const Shape& shape : kShapes) {
+    for (const int digits : shape.digits) {
+      add(shape, digits, "quarn", ours);
+      add(shape, digits, "classic", classic);
+      if (shape.mpfr) {
+        add(shape, digits, "mpfr", mpfr_loop);
+      }
+    }
+  }
+  for (const int digits : kDot.digits) {
+    add(kDot, digits, "quarn", dot_ours);
+    add(kDot, digits, "classic", dot_classic);
+    add(kDot, digits, "mpfr", dot_mpfr);
+  }
+  return true;
+}();
+
+}  // namespace
+}  // namespace bench

@@ -1,0 +1,285 @@
+// How a product is done: by residues, entry by entry, or some of its rows and columns so and the others so.
+#include "number/exact/product.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "number/exact/exact_sum.h"
+
+namespace quarn::exact {
+namespace {
+
+bool is_unit(const QuarnFloat& x) { return x == 1 || x == -1; }
+
+/// Nanoseconds of a term of a total, operands as long as the working precision.
+double cost_of_term(int digits) {
+  const double n = digits / Radix::digits + 1;
+  if constexpr (Radix::digits == 18) {
+    return n <= 7 ? 10 + 1.4 * n * (n + 1) : 60 + 8 * n + 0.65 * n * n;
+  }
+  return 120 + 25 * n + 3 * n * n;
+}
+
+}  // namespace
+
+Product::Product(std::size_t rows, std::size_t columns, std::size_t inner, const Grid& a, const Grid& b,
+                 const Weights& weights, QuarnFloat* c, std::ptrdiff_t c_row, std::ptrdiff_t c_column, unsigned parts)
+    : rows_(rows),
+      columns_(columns),
+      inner_(inner),
+      a_(a),
+      b_(b),
+      weights_(weights),
+      c_(c),
+      c_row_(c_row),
+      c_column_(c_column),
+      parts_(parts),
+      kernel_(kernel_in_use()) {
+  weighted_ = weights.alpha[1] != nullptr || weights.beta[1] != nullptr || !is_unit(*weights.alpha[0]);
+  for (const QuarnFloat* const alpha : weights.alpha) {
+    finite_weights_ = finite_weights_ && (alpha == nullptr || isfinite(*alpha));
+  }
+  negate_ = !weighted_ && signbit(*weights.alpha[0]);
+  beta_is_unit_ = weights.beta[0] != nullptr && is_unit(*weights.beta[0]);
+}
+
+void Product::run() {
+  look_at_lines();
+  if (!finite_weights_) {
+    for (Line& line : left_) {
+      line.exactly = true;
+    }
+  }
+  const Choice choice = choose();
+  for (Line& line : left_) {
+    line.exactly = line.exactly || line.digits() > choice.left;
+  }
+  for (Line& line : right_) {
+    line.exactly = line.exactly || line.digits() > choice.right;
+  }
+  const auto by_entry = [](const Line& line) { return line.exactly; };
+  const bool all_left = std::none_of(left_.begin(), left_.end(), by_entry);
+  const bool all_right = std::none_of(right_.begin(), right_.end(), by_entry);
+  // Short results by residues alone allocate nothing once the work has begun.
+  constexpr int kNeverAllocates = 90;
+  const bool other_weights = weighted_ || (weights_.beta[0] != nullptr);
+  if (rounder_.digits() > kNeverAllocates || !all_left || !all_right || other_weights) {
+    aside_.resize(rows_ * columns_);
+  }
+  if (choice.kernel != nullptr) {
+    kernel_ = choice.kernel;
+    by_residues();
+  }
+  if (!all_left || !all_right) {
+    one_by_one();
+  }
+  if (!aside_.empty()) {
+    for (std::size_t j = 0; j < columns_; ++j) {
+      for (std::size_t i = 0; i < rows_; ++i) {
+        *old_value(i, j) = std::move(aside_[i + j * rows_]);
+      }
+    }
+  }
+}
+
+void Product::look_at_lines() {
+  left_.resize(rows_);
+  right_.resize(columns_);
+  const bool rows_first = std::abs(a_.row) <= std::abs(a_.column);
+  for (std::size_t outer = 0; outer < (rows_first ? inner_ : rows_); ++outer) {
+    for (std::size_t within = 0; within < (rows_first ? rows_ : inner_); ++within) {
+      const std::size_t i = rows_first ? within : outer;
+      left_[i].take(*a_.left(i, rows_first ? outer : within).number);
+    }
+  }
+  const bool columns_first = std::abs(b_.column) < std::abs(b_.row);
+  for (std::size_t outer = 0; outer < (columns_first ? inner_ : columns_); ++outer) {
+    for (std::size_t within = 0; within < (columns_first ? columns_ : inner_); ++within) {
+      const std::size_t j = columns_first ? within : outer;
+      right_[j].take(*b_.right(columns_first ? outer : within, j).number);
+    }
+  }
+}
+
+double Product::cost_by_residues(const Kernel& kernel, std::int64_t left, std::int64_t right) const {
+  if (left + right > kMaxDigits) {
+    return 1e300;
+  }
+  const int primes = primes_for(inner_, int(left + right));
+  if (primes > kMaxPrimes) {
+    return 1e300;
+  }
+  const auto padded = [](std::size_t n, int step) {
+    return double((n + std::size_t(step) - 1) / std::size_t(step) * std::size_t(step));
+  };
+  const double m = padded(rows_, kernel.group);
+  const double n = padded(columns_, kernel.panel);
+  const double k = double(inner_);
+  const double p = primes * (kernel.step * 1e-3);
+  const auto packing = [&](double lines, std::int64_t digits) { return lines * k * (12 + double(digits) * (2.5 + p)); };
+  const double finishing = m * n * (double(left + right + 2) * (p + 2) + 30);
+  return m * n * k * p + packing(m, left) + packing(n, right) + finishing + 1000;
+}
+
+Product::Choice Product::choose() const {
+  constexpr double kRounding = 150;
+  const double term = cost_of_term(rounder_.digits()) * double(inner_) + kRounding;
+  Choice best;
+  best.cost = double(rows_) * double(columns_) * term;
+  if (kernel_ == nullptr) {
+    return best;
+  }
+  const auto sorted_digits = [](const std::vector<Line>& lines) {
+    std::vector<std::int64_t> digits;
+    for (const Line& line : lines) {
+      if (!line.exactly) {
+        digits.push_back(std::max<std::int64_t>(line.digits(), 1));
+      }
+    }
+    std::sort(digits.begin(), digits.end());
+    return digits;
+  };
+  const std::vector<std::int64_t> left = sorted_digits(left_);
+  const std::vector<std::int64_t> right = sorted_digits(right_);
+  if (left.empty() || right.empty()) {
+    return best;
+  }
+  // All lines, or without the widest ones.
+  for (const int percent : {100, 95, 75, 50}) {
+    const auto at = [percent](const std::vector<std::int64_t>& digits) {
+      return (digits.size() - 1) * std::size_t(percent) / 100;
+    };
+    const std::int64_t limit_left = left[at(left)];
+    const std::int64_t limit_right = right[at(right)];
+    const auto within = [](const std::vector<std::int64_t>& digits, std::int64_t limit) {
+      return double(std::upper_bound(digits.begin(), digits.end(), limit) - digits.begin());
+    };
+    const double others = double(rows_) * double(columns_) - within(left, limit_left) * within(right, limit_right);
+    // Narrower vectors waste less of a small matrix.
+    for (const Kernel* const kernel : {kernel_, narrowest_kernel()}) {
+      const double cost = cost_by_residues(*kernel, limit_left, limit_right) + others * term;
+      if (cost < best.cost) {
+        best = {limit_left, limit_right, kernel, cost};
+      }
+    }
+  }
+  return best;
+}
+
+// Entry by entry --------------------------------------------------------------------------------------------------
+
+Row Product::row(std::size_t i, std::size_t j) const {
+  Row row{a_, b_, i, j, inner_};
+  row.negate = negate_;
+  return row;
+}
+
+void Product::one_by_one() {
+  for (std::size_t j = 0; j < columns_; ++j) {
+    for (std::size_t i = 0; i < rows_; ++i) {
+      if (!left_[i].exactly && !right_[j].exactly) {
+        continue;
+      }
+      if (!weighted_) {
+        entry(i, j);
+      } else if ((j & parts_) == 0) {
+        weighted_entry(i, j);
+      }
+    }
+  }
+}
+
+void Product::entry(std::size_t i, std::size_t j) {
+  Row terms = row(i, j);
+  if (weights_.beta[0] != nullptr) {
+    terms.others[terms.more++] = {old_value(i, j), weights_.beta[0], false};
+  }
+  rounded_total(result(i, j), terms, rounder_, weights_.beta[0] != nullptr);
+}
+
+/// Both parts of a complex entry, or a real one.
+void Product::weighted_entry(std::size_t i, std::size_t j) {
+  Span spans[2];
+  std::size_t size = 0;
+  for (unsigned part = 0; part <= parts_; ++part) {
+    spans[part] = span_of(row(i, j + part));
+    const std::size_t wanted = total_size(spans[part]);
+    if (wanted == 0 || spans[part].longest == 0 || !finite_weights_) {
+      return term_by_term(i, j);
+    }
+    size = std::max(size, wanted);
+  }
+  Scratch<Limb> limbs(2 * size);
+  Total totals[2];
+  for (unsigned part = 0; part <= parts_; ++part) {
+    totals[part].limbs = limbs.data() + part * size;
+    total_of(row(i, j + part), spans[part], totals[part]);
+  }
+  store_weighted(i, j, totals);
+}
+
+/// alpha times the totals plus beta times the old value, both parts of it.
+void Product::store_weighted(std::size_t i, std::size_t j, const Total* totals) {
+  QuarnFloat made[2];
+  for (unsigned part = 0; part <= parts_; ++part) {
+    ExactSum sum;
+    for (unsigned w = 0; w < 2; ++w) {
+      const unsigned from = part ^ w;
+      const bool flip = w == 1 && part == 0;  // i times i
+      if (weights_.alpha[w] != nullptr) {
+        const Total& total = totals[from];
+        sum.add({total.negative != flip, total.exponent, total.limbs, total.length}, *weights_.alpha[w]);
+      }
+      if (weights_.beta[w] != nullptr) {
+        sum.add(*old_value(i, j + from), *weights_.beta[w], flip);
+      }
+    }
+    made[part] = sum.rounded_sum(rounder_.digits(), weights_.beta[0] != nullptr);
+  }
+  for (unsigned part = 0; part <= parts_; ++part) {
+    result(i, j + part) = std::move(made[part]);
+  }
+}
+
+/// The same where totals are of no use: alpha goes to each term.
+void Product::term_by_term(std::size_t i, std::size_t j) {
+  QuarnFloat made[2];
+  for (unsigned part = 0; part <= parts_; ++part) {
+    ExactSum sum;
+    std::vector<std::vector<Limb>> scaled;
+    scaled.reserve(2 * inner_);
+    for (unsigned w = 0; w < 2; ++w) {
+      const unsigned from = part ^ w;
+      const bool flip = w == 1 && part == 0;
+      if (weights_.beta[w] != nullptr) {
+        sum.add(*old_value(i, j + from), *weights_.beta[w], flip);
+      }
+      if (weights_.alpha[w] == nullptr) {
+        continue;
+      }
+      const QuarnFloat& alpha = *weights_.alpha[w];
+      const Row terms = row(i, j + from);
+      for (std::size_t l = 0; l < inner_; ++l) {
+        const Term term = terms[l];
+        if (kind_of(alpha) != Kind::finite || kind_of(*term.a) != Kind::finite) {
+          sum.add(alpha * *term.a, *term.b, term.flip != flip);
+          continue;
+        }
+        const View x = view_of(alpha);
+        const View y = view_of(*term.a);
+        scaled.emplace_back(x.length + y.length);
+        std::vector<Limb>& limbs = scaled.back();
+        multiply<Radix>(limbs.data(), x.limbs, x.length, y.limbs, y.length);
+        sum.add(
+            {(x.negative != y.negative) != (term.flip != flip), x.exponent + y.exponent, limbs.data(), limbs.size()},
+            *term.b);
+      }
+    }
+    made[part] = sum.rounded_sum(rounder_.digits(), weights_.beta[0] != nullptr);
+  }
+  for (unsigned part = 0; part <= parts_; ++part) {
+    result(i, j + part) = std::move(made[part]);
+  }
+}
+
+}  // namespace quarn::exact

@@ -1,0 +1,344 @@
+// The part of a product that is done by residues.
+//
+//   1. pack     rows of A and columns of B, each aligned to its largest exponent, as residues modulo P primes
+//   2. multiply P products of matrices of doubles
+//   3. finish   Chinese remainders to decimal digits, one rounding
+//
+// A and B have SA and SB digits of 10^6, so that an entry is below K 10^(6 (SA + SB)) units; the product of the primes
+// is more than four times that. Cost: P m n k multiply-adds of doubles, P SA m k and P SB k n for the residues, and
+// P (SA + SB) m n for the remainders.
+#include <algorithm>
+#include <bit>
+#include <memory>
+#include <new>
+
+#include "number/exact/exact_sum.h"
+#include "number/exact/product.h"
+
+namespace quarn::exact {
+namespace {
+
+constexpr std::size_t kBlockLimbs = 18 / Radix::digits;
+constexpr bool kWide = kBlockLimbs == 1;
+// In front of a total that an old value is added to.
+constexpr std::size_t kHead = kBlockLimbs;
+
+constexpr std::size_t round_up(std::size_t n, std::size_t step) { return (n + step - 1) / step * step; }
+
+/// The whole number that a kernel left biased by 2^52.
+std::uint64_t unbiased(double x) noexcept { return std::bit_cast<std::uint64_t>(x) & ((std::uint64_t(1) << 52) - 1); }
+
+/// Whether a b is -0, so that terms decide the sign of a zero total.
+bool negative_zero(const QuarnFloat& a, const QuarnFloat& b) noexcept {
+  return signbit(a) != signbit(b) && (kind_of(a) == Kind::zero || kind_of(b) == Kind::zero);
+}
+
+/// Limbs from two numbers for each 18 digits, the lowest first in `digits`, the leading one first in `limbs`.
+void fetch_limbs(Limb* limbs, const double* digits, std::size_t step, std::size_t blocks) noexcept {
+  for (std::size_t i = 0; i < blocks; ++i) {
+    const double* const block = digits + 2 * (blocks - 1 - i) * step;
+#if QUARN_LIMB_BITS == 64
+    limbs[i] = unbiased(block[step]) * 1'000'000'000'000 + unbiased(block[0]);
+#else
+    limbs[2 * i] = Limb(unbiased(block[step]));
+    limbs[2 * i + 1] = Limb(unbiased(block[0]));
+#endif
+  }
+}
+
+/// Arrays of doubles in one piece: of the arena, which keeps it for the next product, while it is of moderate size.
+class Storage {
+ public:
+  void want(double*& place, std::size_t size) {
+    places_[count_] = &place;
+    starts_[count_++] = size_;
+    size_ += round_up(size, 8);
+  }
+
+  class Held {
+   public:
+    explicit Held(const Storage& storage) : near_(storage.size_ <= kKept ? storage.size_ : 0) {
+      if (storage.size_ > kKept) {
+        far_.reset(static_cast<double*>(::operator new(storage.size_ * sizeof(double), kAligned)));
+      }
+      double* const start = far_ != nullptr ? far_.get() : near_.data();
+      for (std::size_t i = 0; i < storage.count_; ++i) {
+        *storage.places_[i] = start + storage.starts_[i];
+      }
+    }
+
+   private:
+    static constexpr std::align_val_t kAligned = std::align_val_t(64);
+    static constexpr std::size_t kKept = std::size_t(6) << 20;
+    struct Delete {
+      void operator()(double* p) const noexcept { ::operator delete(p, kAligned); }
+    };
+    Scratch<double> near_;
+    std::unique_ptr<double, Delete> far_;
+  };
+
+ private:
+  double** places_[8] = {};
+  std::size_t starts_[8] = {};
+  std::size_t count_ = 0;
+  std::size_t size_ = 0;
+};
+
+}  // namespace
+
+/// Working storage of a product by residues.
+struct Product::Operands {
+  SharedTables tables;
+  int left_digits;
+  int right_digits;
+  int out_digits;      // what the kernels form
+  std::size_t blocks;  // of three digits, the last one filled up
+  std::size_t left_stride = 0;
+  std::size_t right_stride = 0;
+  double* left = nullptr;
+  double* right = nullptr;
+  double* sums = nullptr;
+  double* digits = nullptr;  // for packing, and then of results: two columns
+  double* signs = nullptr;
+  std::vector<Limb> limbs{};
+
+  double* result_digits(unsigned which, std::size_t group) const noexcept {
+    return digits + which * 3 * blocks * group;
+  }
+};
+
+void Product::by_residues() {
+  int left_digits = 1;
+  int right_digits = 1;
+  for (const Line& line : left_) {
+    left_digits = line.exactly ? left_digits : std::max(left_digits, int(line.digits()));
+  }
+  for (const Line& line : right_) {
+    right_digits = line.exactly ? right_digits : std::max(right_digits, int(line.digits()));
+  }
+  const int digits = left_digits + right_digits;
+  const int carries = inner_ < 400'000 ? 1 : inner_ < 400'000'000'000 ? 2 : 4;
+  const auto group = std::size_t(kernel_->group);
+  const auto panel = std::size_t(kernel_->panel);
+  Operands work{SharedTables(primes_for(inner_, digits)), left_digits, right_digits, digits + carries,
+                (std::size_t(digits + carries) + 2) / 3};
+  const auto primes = std::size_t(work.tables->primes);
+
+  // Blocks of rows, columns and inner index: everything at once while it takes less than kBudget bytes.
+  constexpr std::size_t kBudget = std::size_t(256) << 20;
+  const std::size_t all_rows = round_up(rows_, group);
+  const std::size_t all_columns = round_up(columns_, panel);
+  std::size_t block_rows = all_rows;
+  std::size_t block_columns = all_columns;
+  std::size_t block_inner = inner_;
+  const bool whole = (double(all_rows) + double(all_columns)) * double(inner_) * double(8 * primes) < double(kBudget);
+  if (!whole) {
+    std::size_t edge = 64;
+    while (16 * primes * (edge + 32) * (edge + 32) < kBudget) {
+      edge += 32;
+    }
+    block_rows = std::min(all_rows, round_up(edge, group));
+    block_columns = std::min(all_columns, round_up(edge, panel));
+    block_inner = std::min(inner_, edge / 2);
+  }
+  // The sums of a tile of that stay in the cache.
+  constexpr std::size_t kNear = std::size_t(3) << 19;
+  std::size_t tile_rows = block_rows;
+  std::size_t tile_columns = block_columns;
+  if (whole) {
+    tile_rows = std::min(block_rows, round_up(std::max<std::size_t>(group, kNear / 3 / 8 / inner_), group));
+    const std::size_t room = kNear / 8 / (primes + 1) / tile_rows;
+    tile_columns = std::min(block_columns, std::max(panel, room / panel * panel));
+  }
+  work.left_stride = block_rows * block_inner;
+  work.right_stride = round_up(block_columns * block_inner, group);
+  const int packing = std::max(left_digits, right_digits);
+  Storage storage;
+  storage.want(work.left, primes * work.left_stride);
+  storage.want(work.right, primes * work.right_stride);
+  storage.want(work.sums, tile_rows * tile_columns * (primes + 1));
+  storage.want(work.digits, std::max(Packer::digits_size(*kernel_, packing), 6 * group * work.blocks));
+  storage.want(work.signs, 2 * group);
+  const Storage::Held held(storage);
+  work.limbs.resize(std::max(Packer::limbs_size(packing), 2 * (work.blocks * kBlockLimbs + kHead)));
+
+  for (std::size_t i = 0; i < all_rows; i += block_rows) {
+    const Block rows{i, std::min(block_rows, all_rows - i)};
+    for (std::size_t j = 0; j < all_columns; j += block_columns) {
+      const Block columns{j, std::min(block_columns, all_columns - j)};
+      for (std::size_t l = 0; l < inner_; l += block_inner) {
+        const Block inner{l, std::min(block_inner, inner_ - l)};
+        pack_left(work, rows, inner);
+        pack_right(work, columns, inner);
+        for (std::size_t ti = 0; ti < rows.size; ti += tile_rows) {
+          const std::size_t height = std::min(tile_rows, rows.size - ti);
+          for (std::size_t tj = 0; tj < columns.size; tj += tile_columns) {
+            const std::size_t width = std::min(tile_columns, columns.size - tj);
+            kernel_->multiply(*work.tables, work.left + ti * inner.size, work.left_stride, work.right + tj * inner.size,
+                              work.right_stride, height / group, width / panel, inner.size, l > 0, work.sums);
+            if (l + inner.size < inner_) {
+              continue;
+            }
+            double* sums = work.sums;
+            for (std::size_t q = 0; q < width; q += panel) {
+              for (std::size_t g = 0; g < height; g += group) {
+                finish_tile(work, sums, rows.first + ti + g, columns.first + tj + q);
+                sums += panel * (primes + 1) * group;
+              }
+            }
+          }
+        }
+      }
+    }
+  }
+}
+
+void Product::pack_left(Operands& work, Block rows, Block inner) {
+  Packer packer(*kernel_, *work.tables, work.left_digits, work.digits, work.limbs.data(), work.left, work.left_stride);
+  const auto group = std::size_t(kernel_->group);
+  for (std::size_t first = rows.first; first < rows.first + rows.size; first += group) {
+    const std::size_t there = std::min(first + group, rows_);
+    for (std::size_t l = inner.first; l < inner.first + inner.size; ++l) {
+      for (std::size_t i = first; i < there; ++i) {
+        packer.put(a_.left(i, l), left_[i]);
+      }
+      for (std::size_t i = there; i < first + group; ++i) {
+        packer.put_zero();
+      }
+    }
+  }
+  packer.finish();
+}
+
+void Product::pack_right(Operands& work, Block columns, Block inner) {
+  Packer packer(*kernel_, *work.tables, work.right_digits, work.digits, work.limbs.data(), work.right,
+                work.right_stride);
+  const auto panel = std::size_t(kernel_->panel);
+  for (std::size_t first = columns.first; first < columns.first + columns.size; first += panel) {
+    const std::size_t there = std::min(first + panel, columns_);
+    for (std::size_t l = inner.first; l < inner.first + inner.size; ++l) {
+      for (std::size_t j = first; j < there; ++j) {
+        Entry entry = b_.right(l, j);
+        entry.flip = entry.flip != negate_;
+        packer.put(entry, right_[j]);
+      }
+      for (std::size_t j = there; j < first + panel; ++j) {
+        packer.put_zero();
+      }
+    }
+  }
+  packer.finish();
+}
+
+void Product::finish_tile(Operands& work, double* sums, std::size_t first_row, std::size_t first_column) {
+  const std::size_t column = std::size_t(work.tables->primes + 1) * std::size_t(kernel_->group);
+  const std::size_t there = std::min(first_column + std::size_t(kernel_->panel), columns_);
+  const std::size_t together = weighted_ ? 1 + parts_ : 1;
+  for (std::size_t j = first_column; j < there; j += together, sums += together * column) {
+    if (right_[j].exactly) {
+      continue;
+    }
+    if (weighted_) {
+      finish_weighted(work, sums, column, first_row, j);
+    } else {
+      finish_column(work, sums, first_row, j);
+    }
+  }
+}
+
+void Product::finish_column(Operands& work, double* sums, std::size_t first_row, std::size_t j) {
+  const auto group = std::size_t(kernel_->group);
+  const std::size_t blocks = work.blocks;
+  double* const digits = work.result_digits(0, group);
+  kernel_->recombine(*work.tables, sums, work.out_digits, kWide, digits, work.signs);
+  const std::int64_t shift = 6 * (3 * std::int64_t(work.blocks) - work.left_digits - work.right_digits);
+  const std::int64_t exponent = right_[j].exponent() + shift;
+  const bool adds = weights_.beta[0] != nullptr;
+  for (std::size_t r = 0; r < group && first_row + r < rows_; ++r) {
+    const std::size_t i = first_row + r;
+    if (left_[i].exactly) {
+      continue;
+    }
+    Limb* const limbs = work.limbs.data() + kHead;
+    fetch_limbs(limbs, digits + r, group, blocks);
+    const bool negative = work.signs[r] < 0;
+    Total total{negative, exponent + left_[i].exponent(), limbs, blocks * kBlockLimbs};
+    if (!adds) {
+      rounder_.store(result(i, j), negative, total.exponent, limbs, total.length);
+    } else if (work.signs[r] == 0 && negative_zero(*old_value(i, j), *weights_.beta[0])) {
+      entry(i, j);
+    } else {
+      add_old_value(result(i, j), i, j, total, kHead);
+    }
+  }
+}
+
+void Product::finish_weighted(Operands& work, double* sums, std::size_t step, std::size_t first_row, std::size_t j) {
+  const auto group = std::size_t(kernel_->group);
+  const std::size_t blocks = work.blocks;
+  const std::int64_t shift = 6 * (3 * std::int64_t(work.blocks) - work.left_digits - work.right_digits);
+  for (unsigned part = 0; part <= parts_; ++part) {
+    kernel_->recombine(*work.tables, sums + part * step, work.out_digits, kWide, work.result_digits(part, group),
+                       work.signs + part * group);
+  }
+  for (std::size_t r = 0; r < group && first_row + r < rows_; ++r) {
+    const std::size_t i = first_row + r;
+    if (left_[i].exactly) {
+      continue;
+    }
+    Total totals[2];
+    bool decide_sign = false;
+    for (unsigned part = 0; part <= parts_; ++part) {
+      Limb* const limbs = work.limbs.data() + part * blocks * kBlockLimbs;
+      fetch_limbs(limbs, work.result_digits(part, group) + r, group, blocks);
+      totals[part] = {work.signs[part * group + r] < 0, right_[j + part].exponent() + left_[i].exponent() + shift,
+                      limbs, blocks * kBlockLimbs};
+      decide_sign = decide_sign || (weights_.beta[0] != nullptr && work.signs[part * group + r] == 0 &&
+                                    kind_of(*old_value(i, j + part)) == Kind::zero);
+    }
+    if (decide_sign) {
+      term_by_term(i, j);
+    } else {
+      store_weighted(i, j, totals);
+    }
+  }
+}
+
+/// to := total + beta * old value. The `head` limbs in front of the total's may be used.
+void Product::add_old_value(QuarnFloat& to, std::size_t i, std::size_t j, Total total, std::size_t head) {
+  const QuarnFloat& old = *old_value(i, j);
+  const std::uint32_t length = QuarnAccess::length(old);
+  constexpr std::int64_t kDigits = Radix::digits;
+  const std::int64_t distance = total.exponent - QuarnAccess::exponent(old);
+  const bool fits = distance >= 0 && distance / kDigits + std::int64_t(length) + 1 <= std::int64_t(total.length);
+  if (length != 0 && beta_is_unit_ && fits && length <= 32) {
+    std::fill_n(total.limbs - head, head, Limb(0));
+    Limb moved[33];
+    shift_right<Radix>(moved, QuarnAccess::limbs(old), length, int(distance % kDigits));
+    Limb* const place = total.limbs + distance / kDigits;
+    Limb* const first = total.limbs - 1;
+    const bool negative = QuarnAccess::negative(old) != signbit(*weights_.beta[0]);
+    const std::size_t before = std::size_t(place - first);
+    if (negative == total.negative) {
+      add_limb<Radix>(first, before, quarn::add<Radix>(place, place, moved, length + 1));
+    } else if (subtract_limb<Radix>(first, before, subtract<Radix>(place, place, moved, length + 1)) != 0) {
+      // Below zero: the complement.
+      total.negative = !total.negative;
+      Limb borrow = 0;
+      for (std::size_t c = total.length + 1; c-- > 0;) {
+        const Limb taken = first[c] + borrow;
+        borrow = taken != 0;
+        first[c] = borrow != 0 ? Radix::base - taken : 0;
+      }
+    }
+    rounder_.store(to, total.negative, total.exponent + kDigits, first, total.length + 1);
+    return;
+  }
+  const QuarnFloat one(1);
+  ExactSum sum;
+  sum.add({total.negative, total.exponent, total.limbs, total.length}, one);
+  sum.add(old, *weights_.beta[0], false);
+  to = sum.rounded_sum(rounder_.digits(), true);
+}
+
+}  // namespace quarn::exact

@@ -1,0 +1,113 @@
+// A coefficient that is known in full, rounded into a number that stands already.
+#pragma once
+
+#include <cstdint>
+
+#include "number/limbs/fixed.h"
+#include "number/limbs/linear.h"
+#include "number/scalar/access.h"
+#include "number/scalar/precision.h"
+
+namespace quarn::exact {
+
+/// result := (-1)^negative * 0.limbs * 10^exponent, rounded. Limbs in front may be zero, all of them too (+0 then).
+inline void store_slowly(QuarnFloat& result, bool negative, std::int64_t exponent, const Limb* limbs,
+                         std::size_t length, int digits) {
+  result =
+      all_zero<Radix>(limbs, length) ? special(Kind::zero) : rounded(negative, exponent, limbs, length, false, digits);
+}
+
+#if QUARN_LIMB_BITS == 64
+
+/// The same where N limbs hold the digits and decide; false, and nothing done, where they do not.
+template <int N>
+[[gnu::always_inline]] inline bool store_quickly(QuarnFloat& result, bool negative, std::int64_t exponent,
+                                                 const Limb* limbs, std::size_t length, const fixed::Cut& cut) {
+  std::size_t skip = 0;
+  while (skip < length && limbs[skip] == 0) {
+    ++skip;
+  }
+  if (skip + N + 1 > length) [[unlikely]] {
+    return false;
+  }
+  limbs += skip;
+  exponent -= Radix::digits * std::int64_t(skip);
+  Limb s[N + 1];
+#pragma GCC unroll 9
+  for (int i = 0; i <= N; ++i) {
+    s[i] = limbs[i];
+  }
+  const int zeros = Radix::digits - count_digits<Radix>(s[0]);
+  if (zeros != 0) {
+    fixed::move_left<N + 1>(s, zeros);
+    exponent -= zeros;
+  }
+  const Limb rest = s[N - 1] - cut.unit.quotient(s[N - 1]) * cut.unit.value;
+  if (rest == cut.half) [[unlikely]] {
+    return false;
+  }
+  int carry = 0;
+  if (!fixed::finish<N>(s, rest, rest > cut.half, cut, carry)) [[unlikely]] {
+    return false;
+  }
+  exponent += carry;
+  if (exponent - 1 > kMaxScientificExponent || exponent - 1 < -kMaxScientificExponent) [[unlikely]] {
+    return false;
+  }
+  std::uint32_t kept = N;
+  while (s[kept - 1] == 0) {
+    --kept;
+  }
+  if (QuarnAccess::length(result) > std::uint32_t(QuarnFloat::kInlineLimbs)) [[unlikely]] {
+    result = QuarnFloat();
+  }
+  QuarnAccess::set(result, (negative ? QuarnAccess::kSign : 0) | kept, std::int32_t(exponent));
+  Limb* const inside = QuarnAccess::inside(result);
+#pragma GCC unroll 9
+  for (int i = 0; i < N; ++i) {
+    inside[i] = s[i];
+  }
+  return true;
+}
+
+#endif
+
+/// Rounds and stores at the digits that were in force when it was made.
+class Rounder {
+ public:
+  Rounder() : digits_(QuarnDigits()) {
+#if QUARN_LIMB_BITS == 64
+    cut_ = precision_for(digits_).cut;
+    constexpr Quick kBy[] = {quick<1>, quick<2>, quick<3>, quick<4>, quick<5>, quick<6>, quick<7>};
+    const int length = digits_ / Radix::digits + 1;
+    quick_ = length <= 7 ? kBy[length - 1] : nullptr;
+#endif
+  }
+
+  int digits() const noexcept { return digits_; }
+
+  /// Allocates only where results of so many digits may need it.
+  void store(QuarnFloat& result, bool negative, std::int64_t exponent, const Limb* limbs, std::size_t length) const {
+#if QUARN_LIMB_BITS == 64
+    if (quick_ != nullptr && quick_(result, negative, exponent, limbs, length, cut_)) [[likely]] {
+      return;
+    }
+#endif
+    store_slowly(result, negative, exponent, limbs, length, digits_);
+  }
+
+ private:
+  int digits_;
+#if QUARN_LIMB_BITS == 64
+  using Quick = bool (*)(QuarnFloat&, bool, std::int64_t, const Limb*, std::size_t, const fixed::Cut&);
+  template <int N>
+  static bool quick(QuarnFloat& result, bool negative, std::int64_t exponent, const Limb* limbs, std::size_t length,
+                    const fixed::Cut& cut) {
+    return store_quickly<N>(result, negative, exponent, limbs, length, cut);
+  }
+  fixed::Cut cut_;
+  Quick quick_;
+#endif
+};
+
+}  // namespace quarn::exact
