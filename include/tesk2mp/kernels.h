@@ -122,7 +122,7 @@ TESK2MP_API void QuarnMP_f06jjf_(Integer n, Complex* x, Integer incx, Complex* y
 /// @defgroup f06paf matrix times vector
 ///
 /// DGEMV: y := alpha op(A) x + beta y, A m by n. A zero alpha reads neither A nor x, a zero beta does not read y; m = 0
-/// or n = 0, or alpha = 0 with beta = 1, returns at once.
+/// or n = 0, or alpha = 0 with beta = 1, returns at once. The companion rounds the exact value of each element once.
 ///
 /// @param[in] trans N: op(A) = A, x has n elements and y has m; T or C: op(A) is the transpose, x has m and y has n
 /// @param[in] m rows of A, >= 0
@@ -151,6 +151,12 @@ TESK2MP_API void QuarnMP_dgemv_(const char* trans, Integer m, Integer n, QuarnFl
 TESK2MP_API void QuarnMP_f06paf_ENTRY(int selector, const char* trans, Integer m, Integer n, QuarnFloat alpha,
                                       QuarnFloat* a, Integer lda, QuarnFloat* x, Integer incx, QuarnFloat beta,
                                       QuarnFloat* y, Integer incy, int trans_length);
+TESK2MP_API void QuarnMPX_f06paf_(const char* trans, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda,
+                                  QuarnFloat* x, Integer incx, QuarnFloat beta, QuarnFloat* y, Integer incy,
+                                  int trans_length);
+TESK2MP_API void QuarnMPX_dgemv_(const char* trans, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda,
+                                 QuarnFloat* x, Integer incx, QuarnFloat beta, QuarnFloat* y, Integer incy,
+                                 int trans_length);
 /// @}
 
 /// @defgroup f06saf complex matrix times vector
@@ -169,6 +175,10 @@ TESK2MP_API void QuarnMP_zgemv_(const char* trans, Integer m, Integer n, Complex
 TESK2MP_API void QuarnMP_f06saf_ENTRY(int selector, const char* trans, Integer m, Integer n, Complex alpha, Complex* a,
                                       Integer lda, Complex* x, Integer incx, Complex beta, Complex* y, Integer incy,
                                       int trans_length);
+TESK2MP_API void QuarnMPX_f06saf_(const char* trans, Integer m, Integer n, Complex alpha, Complex* a, Integer lda,
+                                  Complex* x, Integer incx, Complex beta, Complex* y, Integer incy, int trans_length);
+TESK2MP_API void QuarnMPX_zgemv_(const char* trans, Integer m, Integer n, Complex alpha, Complex* a, Integer lda,
+                                 Complex* x, Integer incx, Complex beta, Complex* y, Integer incy, int trans_length);
 /// @}
 
 /// @defgroup f06pff triangular matrix times vector
@@ -362,6 +372,12 @@ TESK2MP_API void QuarnMP_f06yaf_ENTRY(int selector, const char* transa, const ch
                                       Integer k, QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b,
                                       Integer ldb, QuarnFloat beta, QuarnFloat* c, Integer ldc, int transa_length,
                                       int transb_length);
+TESK2MP_API void QuarnMPX_f06yaf_(const char* transa, const char* transb, Integer m, Integer n, Integer k,
+                                  QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb,
+                                  QuarnFloat beta, QuarnFloat* c, Integer ldc, int transa_length, int transb_length);
+TESK2MP_API void QuarnMPX_dgemm_(const char* transa, const char* transb, Integer m, Integer n, Integer k,
+                                 QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb,
+                                 QuarnFloat beta, QuarnFloat* c, Integer ldc, int transa_length, int transb_length);
 /// @}
 
 /// @defgroup f06zaf complex matrix times matrix
@@ -382,6 +398,12 @@ TESK2MP_API void QuarnMP_zgemm_(const char* transa, const char* transb, Integer 
 TESK2MP_API void QuarnMP_f06zaf_ENTRY(int selector, const char* transa, const char* transb, Integer m, Integer n,
                                       Integer k, Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb,
                                       Complex beta, Complex* c, Integer ldc, int transa_length, int transb_length);
+TESK2MP_API void QuarnMPX_f06zaf_(const char* transa, const char* transb, Integer m, Integer n, Integer k,
+                                  Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb, Complex beta,
+                                  Complex* c, Integer ldc, int transa_length, int transb_length);
+TESK2MP_API void QuarnMPX_zgemm_(const char* transa, const char* transb, Integer m, Integer n, Integer k, Complex alpha,
+                                 Complex* a, Integer lda, Complex* b, Integer ldb, Complex beta, Complex* c,
+                                 Integer ldc, int transa_length, int transb_length);
 /// @}
 
 /// @defgroup f06yjf triangular system with several right-hand sides

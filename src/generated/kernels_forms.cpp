@@ -16,12 +16,20 @@ void QuarnMP_dgemv_(const char* trans, Integer m, Integer n, QuarnFloat alpha, Q
   QuarnMP_f06paf_ENTRY(1, trans, m, n, std::move(alpha), a, lda, x, incx, std::move(beta), y, incy, trans_length);
 }
 
+void QuarnMPX_dgemv_(const char* trans, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* x, Integer incx, QuarnFloat beta, QuarnFloat* y, Integer incy, int trans_length) {
+  QuarnMPX_f06paf_(trans, m, n, std::move(alpha), a, lda, x, incx, std::move(beta), y, incy, trans_length);
+}
+
 void QuarnMP_f06saf_(const char* trans, Integer m, Integer n, Complex alpha, Complex* a, Integer lda, Complex* x, Integer incx, Complex beta, Complex* y, Integer incy, int trans_length) {
   QuarnMP_f06saf_ENTRY(0, trans, m, n, std::move(alpha), a, lda, x, incx, std::move(beta), y, incy, trans_length);
 }
 
 void QuarnMP_zgemv_(const char* trans, Integer m, Integer n, Complex alpha, Complex* a, Integer lda, Complex* x, Integer incx, Complex beta, Complex* y, Integer incy, int trans_length) {
   QuarnMP_f06saf_ENTRY(1, trans, m, n, std::move(alpha), a, lda, x, incx, std::move(beta), y, incy, trans_length);
+}
+
+void QuarnMPX_zgemv_(const char* trans, Integer m, Integer n, Complex alpha, Complex* a, Integer lda, Complex* x, Integer incx, Complex beta, Complex* y, Integer incy, int trans_length) {
+  QuarnMPX_f06saf_(trans, m, n, std::move(alpha), a, lda, x, incx, std::move(beta), y, incy, trans_length);
 }
 
 void QuarnMP_f06pff_(const char* uplo, const char* trans, const char* diag, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* x, Integer incx, int uplo_length, int trans_length, int diag_length) {
@@ -88,12 +96,20 @@ void QuarnMP_dgemm_(const char* transa, const char* transb, Integer m, Integer n
   QuarnMP_f06yaf_ENTRY(1, transa, transb, m, n, k, std::move(alpha), a, lda, b, ldb, std::move(beta), c, ldc, transa_length, transb_length);
 }
 
+void QuarnMPX_dgemm_(const char* transa, const char* transb, Integer m, Integer n, Integer k, QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb, QuarnFloat beta, QuarnFloat* c, Integer ldc, int transa_length, int transb_length) {
+  QuarnMPX_f06yaf_(transa, transb, m, n, k, std::move(alpha), a, lda, b, ldb, std::move(beta), c, ldc, transa_length, transb_length);
+}
+
 void QuarnMP_f06zaf_(const char* transa, const char* transb, Integer m, Integer n, Integer k, Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb, Complex beta, Complex* c, Integer ldc, int transa_length, int transb_length) {
   QuarnMP_f06zaf_ENTRY(0, transa, transb, m, n, k, std::move(alpha), a, lda, b, ldb, std::move(beta), c, ldc, transa_length, transb_length);
 }
 
 void QuarnMP_zgemm_(const char* transa, const char* transb, Integer m, Integer n, Integer k, Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb, Complex beta, Complex* c, Integer ldc, int transa_length, int transb_length) {
   QuarnMP_f06zaf_ENTRY(1, transa, transb, m, n, k, std::move(alpha), a, lda, b, ldb, std::move(beta), c, ldc, transa_length, transb_length);
+}
+
+void QuarnMPX_zgemm_(const char* transa, const char* transb, Integer m, Integer n, Integer k, Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb, Complex beta, Complex* c, Integer ldc, int transa_length, int transb_length) {
+  QuarnMPX_f06zaf_(transa, transb, m, n, k, std::move(alpha), a, lda, b, ldb, std::move(beta), c, ldc, transa_length, transb_length);
 }
 
 void QuarnMP_f06yjf_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb, int side_length, int uplo_length, int transa_length, int diag_length) {

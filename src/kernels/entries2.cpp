@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "src/kernels/entries.h"
+#include "src/kernels/exact.h"
 #include "src/kernels/level2.h"
 #include "tesk2mp/kernels.h"
 
@@ -10,8 +11,11 @@ namespace tesk {
 namespace {
 
 template <class T>
-void matrix_vector(const char* routine, const char* trans, Integer m, Integer n, const T& alpha, T* a, Integer lda,
-                   T* x, Integer incx, const T& beta, T* y, Integer incy) {
+using VectorKernel = void (*)(Op, Integer, Integer, const T&, MatrixView<T>, VectorView<T>, const T&, VectorView<T>);
+
+template <class T>
+void matrix_vector(const char* routine, VectorKernel<T> kernel, const char* trans, Integer m, Integer n, const T& alpha,
+                   T* a, Integer lda, T* x, Integer incx, const T& beta, T* y, Integer incy) {
   const Integer wrong = first_wrong({{!is_op(trans), 1},
                                      {m < 0, 2},
                                      {n < 0, 3},
@@ -23,8 +27,7 @@ void matrix_vector(const char* routine, const char* trans, Integer m, Integer n,
   }
   const Op op = op_of(trans);
   const Integer lenx = op == Op::none ? n : m;
-  multiply_matrix_vector<T>(op, m, n, alpha, {a, lda}, VectorView<T>::of(x, lenx, incx), beta,
-                            VectorView<T>::of(y, m + n - lenx, incy));
+  kernel(op, m, n, alpha, {a, lda}, VectorView<T>::of(x, lenx, incx), beta, VectorView<T>::of(y, m + n - lenx, incy));
 }
 
 template <class T>
@@ -65,7 +68,8 @@ extern "C" {
 
 void QuarnMP_f06paf_ENTRY(int, const char* trans, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda,
                           QuarnFloat* x, Integer incx, QuarnFloat beta, QuarnFloat* y, Integer incy, int) {
-  tesk::matrix_vector("F06PAF/DGEMV ", trans, m, n, alpha, a, lda, x, incx, beta, y, incy);
+  tesk::matrix_vector<QuarnFloat>("F06PAF/DGEMV ", tesk::multiply_matrix_vector<QuarnFloat>, trans, m, n, alpha, a, lda,
+                                  x, incx, beta, y, incy);
 }
 
 void QuarnMP_f06pff_ENTRY(int, const char* uplo, const char* trans, const char* diag, Integer n, QuarnFloat* a,
@@ -87,7 +91,8 @@ void QuarnMP_f06pmf_ENTRY(int, Integer m, Integer n, QuarnFloat alpha, QuarnFloa
 
 void QuarnMP_f06saf_ENTRY(int, const char* trans, Integer m, Integer n, Complex alpha, Complex* a, Integer lda,
                           Complex* x, Integer incx, Complex beta, Complex* y, Integer incy, int) {
-  tesk::matrix_vector("F06SAF/ZGEMV ", trans, m, n, alpha, a, lda, x, incx, beta, y, incy);
+  tesk::matrix_vector<Complex>("F06SAF/ZGEMV ", tesk::multiply_matrix_vector<Complex>, trans, m, n, alpha, a, lda, x,
+                               incx, beta, y, incy);
 }
 
 void QuarnMP_f06sff_ENTRY(int, const char* uplo, const char* trans, const char* diag, Integer n, Complex* a,
@@ -108,5 +113,17 @@ void QuarnMP_f06smf_ENTRY(int, Integer m, Integer n, Complex alpha, Complex* x, 
 void QuarnMP_f06snf_ENTRY(int, Integer m, Integer n, Complex alpha, Complex* x, Integer incx, Complex* y, Integer incy,
                           Complex* a, Integer lda) {
   tesk::rank_one("F06SNF/ZGERC ", tesk::Op::conjugate, m, n, alpha, x, incx, y, incy, a, lda);
+}
+
+void QuarnMPX_f06paf_(const char* trans, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda,
+                      QuarnFloat* x, Integer incx, QuarnFloat beta, QuarnFloat* y, Integer incy, int) {
+  tesk::matrix_vector<QuarnFloat>("F06PAF/DGEMV ", tesk::exact::multiply_matrix_vector<QuarnFloat>, trans, m, n, alpha,
+                                  a, lda, x, incx, beta, y, incy);
+}
+
+void QuarnMPX_f06saf_(const char* trans, Integer m, Integer n, Complex alpha, Complex* a, Integer lda, Complex* x,
+                      Integer incx, Complex beta, Complex* y, Integer incy, int) {
+  tesk::matrix_vector<Complex>("F06SAF/ZGEMV ", tesk::exact::multiply_matrix_vector<Complex>, trans, m, n, alpha, a,
+                               lda, x, incx, beta, y, incy);
 }
 }

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "src/kernels/entries.h"
+#include "src/kernels/exact.h"
 #include "src/kernels/level3.h"
 #include "tesk2mp/kernels.h"
 
@@ -10,8 +11,13 @@ namespace tesk {
 namespace {
 
 template <class T>
-void matrix_matrix(const char* routine, const char* transa, const char* transb, Integer m, Integer n, Integer k,
-                   const T& alpha, T* a, Integer lda, T* b, Integer ldb, const T& beta, T* c, Integer ldc) {
+using ProductKernel = void (*)(Op, Op, Integer, Integer, Integer, const T&, MatrixView<T>, MatrixView<T>, const T&,
+                               MatrixView<T>);
+
+template <class T>
+void matrix_matrix(const char* routine, ProductKernel<T> kernel, const char* transa, const char* transb, Integer m,
+                   Integer n, Integer k, const T& alpha, T* a, Integer lda, T* b, Integer ldb, const T& beta, T* c,
+                   Integer ldc) {
   const Integer rows_a = letter(transa) == 'N' ? m : k;
   const Integer rows_b = letter(transb) == 'N' ? k : n;
   const Integer wrong = first_wrong({{!is_op(transa), 1},
@@ -25,7 +31,7 @@ void matrix_matrix(const char* routine, const char* transa, const char* transb, 
   if (wrong != 0) {
     return report_bad_parameter(routine, wrong, kKernelNameLength);
   }
-  multiply_matrices<T>(op_of(transa), op_of(transb), m, n, k, alpha, {a, lda}, {b, ldb}, beta, {c, ldc});
+  kernel(op_of(transa), op_of(transb), m, n, k, alpha, {a, lda}, {b, ldb}, beta, {c, ldc});
 }
 
 template <class T>
@@ -71,7 +77,8 @@ extern "C" {
 void QuarnMP_f06yaf_ENTRY(int, const char* transa, const char* transb, Integer m, Integer n, Integer k,
                           QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb, QuarnFloat beta,
                           QuarnFloat* c, Integer ldc, int, int) {
-  tesk::matrix_matrix("F06YAF/DGEMM ", transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+  tesk::matrix_matrix<QuarnFloat>("F06YAF/DGEMM ", tesk::multiply_matrices<QuarnFloat>, transa, transb, m, n, k, alpha,
+                                  a, lda, b, ldb, beta, c, ldc);
 }
 
 void QuarnMP_f06yjf_ENTRY(int, const char* side, const char* uplo, const char* transa, const char* diag, Integer m,
@@ -83,7 +90,8 @@ void QuarnMP_f06yjf_ENTRY(int, const char* side, const char* uplo, const char* t
 void QuarnMP_f06zaf_ENTRY(int, const char* transa, const char* transb, Integer m, Integer n, Integer k, Complex alpha,
                           Complex* a, Integer lda, Complex* b, Integer ldb, Complex beta, Complex* c, Integer ldc, int,
                           int) {
-  tesk::matrix_matrix("F06ZAF/ZGEMM ", transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+  tesk::matrix_matrix<Complex>("F06ZAF/ZGEMM ", tesk::multiply_matrices<Complex>, transa, transb, m, n, k, alpha, a,
+                               lda, b, ldb, beta, c, ldc);
 }
 
 void QuarnMP_f06zjf_ENTRY(int, const char* side, const char* uplo, const char* transa, const char* diag, Integer m,
@@ -95,5 +103,19 @@ void QuarnMP_f06zjf_ENTRY(int, const char* side, const char* uplo, const char* t
 void QuarnMP_f06zpf_ENTRY(int, const char* uplo, const char* trans, Integer n, Integer k, QuarnFloat alpha, Complex* a,
                           Integer lda, QuarnFloat beta, Complex* c, Integer ldc, int, int) {
   tesk::hermitian_update("F06ZPF/ZHERK ", uplo, trans, n, k, alpha, a, lda, beta, c, ldc);
+}
+
+void QuarnMPX_f06yaf_(const char* transa, const char* transb, Integer m, Integer n, Integer k, QuarnFloat alpha,
+                      QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb, QuarnFloat beta, QuarnFloat* c,
+                      Integer ldc, int, int) {
+  tesk::matrix_matrix<QuarnFloat>("F06YAF/DGEMM ", tesk::exact::multiply_matrices<QuarnFloat>, transa, transb, m, n, k,
+                                  alpha, a, lda, b, ldb, beta, c, ldc);
+}
+
+void QuarnMPX_f06zaf_(const char* transa, const char* transb, Integer m, Integer n, Integer k, Complex alpha,
+                      Complex* a, Integer lda, Complex* b, Integer ldb, Complex beta, Complex* c, Integer ldc, int,
+                      int) {
+  tesk::matrix_matrix<Complex>("F06ZAF/ZGEMM ", tesk::exact::multiply_matrices<Complex>, transa, transb, m, n, k, alpha,
+                               a, lda, b, ldb, beta, c, ldc);
 }
 }

@@ -19,6 +19,8 @@ class VectorView {
   }
 
   T& operator()(Integer i) const noexcept { return first_[(std::ptrdiff_t(i) - 1) * stride_]; }
+  T* first() const noexcept { return first_; }
+  std::ptrdiff_t stride() const noexcept { return stride_; }
   /// Elements i, i + 1, ...
   VectorView from(Integer i) const noexcept { return {first_ + (std::ptrdiff_t(i) - 1) * stride_, stride_}; }
   /// The n elements in the opposite order.
@@ -41,6 +43,8 @@ class MatrixView {
   T& operator()(Integer i, Integer j) const noexcept { return *at(i, j); }
   VectorView<T> column(Integer j) const noexcept { return {at(1, j), row_stride_}; }
   VectorView<T> row(Integer i) const noexcept { return {at(i, 1), column_stride_}; }
+  T* first() const noexcept { return first_; }
+  std::ptrdiff_t row_stride() const noexcept { return row_stride_; }
   /// Elements from one column to the next: the leading dimension of a plain matrix.
   std::ptrdiff_t column_stride() const noexcept { return column_stride_; }
   /// The submatrix whose first element is (i, j).

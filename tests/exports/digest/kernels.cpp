@@ -268,6 +268,10 @@ void kernels(Suite& suite) {
   triangular_systems<QuarnFloat>(suite, ENTRY(QuarnMP_f06yjf_), ENTRY(QuarnMP_dtrsm_), MASTER(QuarnMP_f06yjf_ENTRY));
   triangular_systems<Complex>(suite, ENTRY(QuarnMP_f06zjf_), ENTRY(QuarnMP_ztrsm_), MASTER(QuarnMP_f06zjf_ENTRY));
   hermitian_update(suite, ENTRY(QuarnMP_f06zpf_), ENTRY(QuarnMP_zherk_), MASTER(QuarnMP_f06zpf_ENTRY));
+  matrix_vector<QuarnFloat>(suite, ENTRY(QuarnMPX_f06paf_), ENTRY(QuarnMPX_dgemv_));
+  matrix_vector<Complex>(suite, ENTRY(QuarnMPX_f06saf_), ENTRY(QuarnMPX_zgemv_));
+  matrix_matrix<QuarnFloat>(suite, ENTRY(QuarnMPX_f06yaf_), ENTRY(QuarnMPX_dgemm_));
+  matrix_matrix<Complex>(suite, ENTRY(QuarnMPX_f06zaf_), ENTRY(QuarnMPX_zgemm_));
   norms<QuarnFloat>(suite, ENTRY(QuarnMP_f06raf_), ENTRY(QuarnMP_f06rmf_));
   norms<QuarnFloat>(suite, ENTRY(QuarnMPX_f06raf_), ENTRY(QuarnMPX_f06rmf_));
   norms<Complex>(suite, ENTRY(QuarnMP_f06uaf_), ENTRY(QuarnMP_f06umf_));
