@@ -35,7 +35,8 @@ TESK2MP_API void QuarnMP_f07zaz_(Integer ispec, const char* name, Integer* ival,
 
 /// @defgroup f07adf LU factorisation with partial pivoting
 ///
-/// DGETRF: A = P L U with partial pivoting, A m by n, L with unit diagonal.
+/// DGETRF: A = P L U with partial pivoting, A m by n, L with unit diagonal. The companion works by halves, whatever the
+/// tuning table says, and its products round each entry once.
 ///
 /// @param[in] m rows of A, >= 0
 /// @param[in] n columns of A, >= 0
@@ -54,6 +55,8 @@ TESK2MP_API void QuarnMP_f07adf_(Integer m, Integer n, QuarnFloat* a, Integer ld
 TESK2MP_API void QuarnMP_dgetrf_(Integer m, Integer n, QuarnFloat* a, Integer lda, Integer* ipiv, Integer* info);
 TESK2MP_API void QuarnMP_f07adf_ENTRY(int selector, Integer m, Integer n, QuarnFloat* a, Integer lda, Integer* ipiv,
                                       Integer* info);
+TESK2MP_API void QuarnMPX_f07adf_(Integer m, Integer n, QuarnFloat* a, Integer lda, Integer* ipiv, Integer* info);
+TESK2MP_API void QuarnMPX_dgetrf_(Integer m, Integer n, QuarnFloat* a, Integer lda, Integer* ipiv, Integer* info);
 /// @}
 
 /// @defgroup f07arf complex LU factorisation with partial pivoting
@@ -66,6 +69,8 @@ TESK2MP_API void QuarnMP_f07arf_(Integer m, Integer n, Complex* a, Integer lda, 
 TESK2MP_API void QuarnMP_zgetrf_(Integer m, Integer n, Complex* a, Integer lda, Integer* ipiv, Integer* info);
 TESK2MP_API void QuarnMP_f07arf_ENTRY(int selector, Integer m, Integer n, Complex* a, Integer lda, Integer* ipiv,
                                       Integer* info);
+TESK2MP_API void QuarnMPX_f07arf_(Integer m, Integer n, Complex* a, Integer lda, Integer* ipiv, Integer* info);
+TESK2MP_API void QuarnMPX_zgetrf_(Integer m, Integer n, Complex* a, Integer lda, Integer* ipiv, Integer* info);
 /// @}
 
 /// @defgroup f07adg LU factorisation with row-weighted pivoting

@@ -1,11 +1,13 @@
 // E. Anderson et al., LAPACK Users' Guide: right-looking LU by blocks (xGETRF), its unblocked step (xGETF2) and the
 // row interchanges (xLASWP). Row weights: H. J. Bowdler, R. S. Martin, G. Peters, J. H. Wilkinson, Solution of real and
-// complex systems of linear equations, Numer. Math. 8 (1966).
+// complex systems of linear equations, Numer. Math. 8 (1966). By halves: S. Toledo, Locality of reference in LU
+// decomposition with partial pivoting, SIAM J. Matrix Anal. Appl. 18 (1997).
 
 #include <algorithm>
 
 #include "src/dense/tuning.h"
 #include "src/frame/constants.h"
+#include "src/kernels/exact.h"
 #include "src/kernels/level3.h"
 #include "tesk2mp/dense.h"
 #include "tesk2mp/frame.h"
@@ -161,20 +163,71 @@ Integer factorise(Integer nb, Integer m, Integer n, MatrixView<T> a, const Pivot
   return info;
 }
 
-/// Checks, then the factorisation with the block size of the named routine; returns INFO.
-template <class T, class Prepare>
-Integer checked_lu(const char* routine, Integer m, Integer n, T* a, Integer lda, const Prepare& pivots_for) {
+// Columns that are done one after the other: below that, products of halves cost more than they save.
+constexpr Integer kLeaf = 8;
+
+/// B := L^-1 B, L unit lower triangular of order m.
+template <class T>
+void solve_unit_lower(Integer m, Integer n, MatrixView<T> l, MatrixView<T> b) {
+  if (m <= kLeaf) {
+    solve_triangular_matrix(Side::left, Triangle::lower, Op::none, Diagonal::unit, m, n, T(1.0), l, b);
+    return;
+  }
+  const Integer half = m / 2;
+  const MatrixView<T> below = b.from(half + 1, 1);
+  solve_unit_lower(half, n, l, b);
+  exact::multiply_matrices(Op::none, Op::none, m - half, n, half, T(-1.0), l.from(half + 1, 1), b, T(1.0), below);
+  solve_unit_lower(m - half, n, l.from(half + 1, half + 1), below);
+}
+
+/// Products of halves round each entry once: an entry is rounded some log2(n) times, and a few times in its leaf, where
+/// the other orders of operations round it up to n times. Returns INFO.
+template <class T>
+Integer factorise_by_halves(Integer m, Integer n, MatrixView<T> a, const PartialPivots& pivots) {
+  const Integer steps = std::min(m, n);
+  if (steps <= kLeaf && n <= 2 * kLeaf) {
+    return factorise_unblocked(m, n, a, pivots);
+  }
+  const Integer left = steps <= kLeaf ? steps : steps / 2;
+  const MatrixView<T> right = a.from(1, left + 1);
+  const Integer info = factorise_by_halves(m, left, a, pivots);
+  interchange_rows(n - left, right, 1, left, pivots);
+  solve_unit_lower(left, n - left, a, right);
+  if (left == m) {
+    return info;
+  }
+  const MatrixView<T> rest = right.from(left + 1, 1);
+  exact::multiply_matrices(Op::none, Op::none, m - left, n - left, left, T(-1.0), a.from(left + 1, 1), right, T(1.0),
+                           rest);
+  const Integer rest_info = factorise_by_halves(m - left, n - left, rest, pivots.from(left + 1));
+  for (Integer j = left + 1; j <= steps; ++j) {
+    pivots.shift(j, left);
+  }
+  interchange_rows(left, a, left + 1, steps, pivots);
+  return info != 0 || rest_info == 0 ? info : rest_info + left;
+}
+
+/// Checks, then what is to be done; returns INFO.
+template <class T, class Factorise>
+Integer checked_lu(Integer m, Integer n, T* a, Integer lda, const Factorise& factorise_view) {
   const Integer wrong = first_wrong({{m < 0, 1}, {n < 0, 2}, {lda < std::max<Integer>(1, m), 4}});
   if (wrong != 0 || m == 0 || n == 0) {
     return -wrong;
   }
-  const MatrixView<T> view(a, lda);
-  return factorise(tuning_value(kBlockSize, routine), m, n, view, pivots_for(view));
+  return factorise_view(MatrixView<T>(a, lda));
 }
 
 template <class T>
 Integer lu_with_partial_pivoting(const char* routine, Integer m, Integer n, T* a, Integer lda, Integer* ipiv) {
-  return checked_lu(routine, m, n, a, lda, [ipiv](MatrixView<T>) { return PartialPivots(ipiv); });
+  return checked_lu(m, n, a, lda, [&](MatrixView<T> view) {
+    return factorise(tuning_value(kBlockSize, routine), m, n, view, PartialPivots(ipiv));
+  });
+}
+
+template <class T>
+Integer lu_by_halves(Integer m, Integer n, T* a, Integer lda, Integer* ipiv) {
+  return checked_lu(m, n, a, lda,
+                    [&](MatrixView<T> view) { return factorise_by_halves(m, n, view, PartialPivots(ipiv)); });
 }
 
 }  // namespace
@@ -193,10 +246,18 @@ void QuarnMP_f07arf_ENTRY(int /*selector*/, Integer m, Integer n, Complex* a, In
 }
 
 void QuarnMP_f07adg_(Integer m, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* ipiv, Integer* info) {
-  *info = tesk::checked_lu("F07ADG", m, n, a, lda, [&](tesk::MatrixView<QuarnFloat> view) {
-    tesk::WeightedPivots pivots(ipiv);
+  *info = tesk::checked_lu(m, n, a, lda, [&](tesk::MatrixView<QuarnFloat> view) {
+    const tesk::WeightedPivots pivots(ipiv);
     pivots.weigh(m, n, view);
-    return pivots;
+    return tesk::factorise(tesk::tuning_value(tesk::kBlockSize, "F07ADG"), m, n, view, pivots);
   });
+}
+
+void QuarnMPX_f07adf_(Integer m, Integer n, QuarnFloat* a, Integer lda, Integer* ipiv, Integer* info) {
+  *info = tesk::lu_by_halves(m, n, a, lda, ipiv);
+}
+
+void QuarnMPX_f07arf_(Integer m, Integer n, Complex* a, Integer lda, Integer* ipiv, Integer* info) {
+  *info = tesk::lu_by_halves(m, n, a, lda, ipiv);
 }
 }

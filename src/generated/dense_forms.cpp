@@ -16,12 +16,20 @@ void QuarnMP_dgetrf_(Integer m, Integer n, QuarnFloat* a, Integer lda, Integer* 
   QuarnMP_f07adf_ENTRY(1, m, n, a, lda, ipiv, info);
 }
 
+void QuarnMPX_dgetrf_(Integer m, Integer n, QuarnFloat* a, Integer lda, Integer* ipiv, Integer* info) {
+  QuarnMPX_f07adf_(m, n, a, lda, ipiv, info);
+}
+
 void QuarnMP_f07arf_(Integer m, Integer n, Complex* a, Integer lda, Integer* ipiv, Integer* info) {
   QuarnMP_f07arf_ENTRY(0, m, n, a, lda, ipiv, info);
 }
 
 void QuarnMP_zgetrf_(Integer m, Integer n, Complex* a, Integer lda, Integer* ipiv, Integer* info) {
   QuarnMP_f07arf_ENTRY(1, m, n, a, lda, ipiv, info);
+}
+
+void QuarnMPX_zgetrf_(Integer m, Integer n, Complex* a, Integer lda, Integer* ipiv, Integer* info) {
+  QuarnMPX_f07arf_(m, n, a, lda, ipiv, info);
 }
 
 void QuarnMP_f07frf_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int uplo_length) {

@@ -33,6 +33,13 @@ void factorise(Matrix<Complex>& a, std::vector<Integer>& ipiv, Integer& info) {
   QuarnMP_f07arf_(a.rows(), a.columns(), a.data(), a.lda(), ipiv.data(), &info);
 }
 
+void factorise_by_halves(Matrix<QuarnFloat>& a, std::vector<Integer>& ipiv, Integer& info) {
+  QuarnMPX_f07adf_(a.rows(), a.columns(), a.data(), a.lda(), ipiv.data(), &info);
+}
+void factorise_by_halves(Matrix<Complex>& a, std::vector<Integer>& ipiv, Integer& info) {
+  QuarnMPX_f07arf_(a.rows(), a.columns(), a.data(), a.lda(), ipiv.data(), &info);
+}
+
 /// The largest element of P L U - A in units of 10^-digits, from the factors as they are stored.
 template <class T>
 double residual(const Matrix<T>& original, const Matrix<T>& factors, const std::vector<Integer>& ipiv) {
@@ -99,6 +106,52 @@ TEST_CASE_TEMPLATE("P L U gives the matrix back, blocked or not", T, QuarnFloat,
   }
 }
 
+TEST_CASE_TEMPLATE("P L U by halves: the same pivots, and a residual no larger", T, QuarnFloat, Complex) {
+  RandomNumbers random;
+  const Integer shapes[][2] = {{9, 9}, {17, 3}, {3, 40}, {16, 17}, {40, 40}, {45, 20}, {20, 45}};
+  for (const int precision : {20, 50, 200}) {
+    for (const auto& shape : shapes) {
+      CAPTURE(precision);
+      CAPTURE(shape[0]);
+      CAPTURE(shape[1]);
+      support::Digits digits(precision);
+      const Matrix<T> original = Matrix<T>(shape[0], shape[1]).randomise(random);
+      const std::size_t steps = std::size_t(std::min(shape[0], shape[1]));
+      std::vector<Integer> classic_pivots(steps, -1);
+      std::vector<Integer> pivots(steps, -1);
+      Matrix<T> classic = original;
+      Matrix<T> a = original;
+      Integer info = -99;
+      factorise(classic, classic_pivots, info);
+      factorise_by_halves(a, pivots, info);
+      CHECK(info == 0);
+      CHECK(a.intact());
+      CHECK(pivots == classic_pivots);
+      support::Digits more(2 * precision + 10);
+      CHECK(residual(original, a, pivots) <= 2 * residual(original, classic, classic_pivots));
+    }
+  }
+}
+
+TEST_CASE("zero pivots by halves are reported where they are, the rest is factorised") {
+  for (const Integer zero : {1, 8, 9, 13, 24}) {
+    CAPTURE(zero);
+    Matrix<QuarnFloat> a(24, 24);
+    for (Integer i = 1; i <= 24; ++i) {
+      for (Integer j = 1; j <= 24; ++j) {
+        a(i, j) = i != j ? 0 : i == zero || i == 20 ? 0 : i;
+      }
+    }
+    a(17, 16) = 8;
+    const Matrix<QuarnFloat> original = a;
+    std::vector<Integer> ipiv(24, -1);
+    Integer info = -99;
+    factorise_by_halves(a, ipiv, info);
+    CHECK(info == std::min<Integer>(zero, 20));
+    CHECK(residual(original, a, ipiv) == 0);
+  }
+}
+
 TEST_CASE("illegal arguments in order, empty matrices untouched") {
   struct Row {
     Integer m, n, lda, info;
@@ -113,7 +166,7 @@ TEST_CASE("illegal arguments in order, empty matrices untouched") {
     Complex z(a, a);
     QuarnFloat weights("nan");
     Integer ipiv = 77;
-    for (int routine = 0; routine < 5; ++routine) {
+    for (int routine = 0; routine < 7; ++routine) {
       Integer info = 99;
       switch (routine) {
         case 0:
@@ -127,6 +180,12 @@ TEST_CASE("illegal arguments in order, empty matrices untouched") {
           break;
         case 3:
           QuarnMP_f07arf_ENTRY(1, row.m, row.n, &z, row.lda, &ipiv, &info);
+          break;
+        case 4:
+          QuarnMPX_f07adf_(row.m, row.n, &a, row.lda, &ipiv, &info);
+          break;
+        case 5:
+          QuarnMPX_f07arf_(row.m, row.n, &z, row.lda, &ipiv, &info);
           break;
         default:
           QuarnMP_f07adg_(row.m, row.n, &a, row.lda, &weights, &info);

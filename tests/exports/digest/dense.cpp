@@ -285,6 +285,8 @@ void quartic(Suite& suite, E... entries) {
 void dense(Suite& suite) {
   lu<QuarnFloat>(suite, ENTRY(QuarnMP_f07adf_), ENTRY(QuarnMP_dgetrf_), MASTER(QuarnMP_f07adf_ENTRY));
   lu<Complex>(suite, ENTRY(QuarnMP_f07arf_), ENTRY(QuarnMP_zgetrf_), MASTER(QuarnMP_f07arf_ENTRY));
+  lu<QuarnFloat>(suite, ENTRY(QuarnMPX_f07adf_), ENTRY(QuarnMPX_dgetrf_));
+  lu<Complex>(suite, ENTRY(QuarnMPX_f07arf_), ENTRY(QuarnMPX_zgetrf_));
   weighted_lu(suite);
   cholesky(suite, ENTRY(QuarnMP_f07frf_), ENTRY(QuarnMP_zpotrf_), MASTER(QuarnMP_f07frf_ENTRY), ENTRY(QuarnMP_f07frz_),
            ENTRY(QuarnMP_zpotf2_));
