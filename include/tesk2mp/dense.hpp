@@ -109,8 +109,8 @@ class LU {
       }
     }
     if (!row_weighted) {
-      detail::pick<T>(QuarnMP_dgetrf_, QuarnMP_zgetrf_)(raw.rows, raw.columns, raw.data, raw.leading, pivots_.data(),
-                                                        &info_);
+      detail::pick<T>(QuarnMPX_dgetrf_, QuarnMPX_zgetrf_)(raw.rows, raw.columns, raw.data, raw.leading, pivots_.data(),
+                                                          &info_);
     }
     for (Integer& row : pivots_) {
       --row;

@@ -183,7 +183,7 @@ T inner_product(Op op, const VectorView<const T>& x, const VectorView<const T>& 
 
 // Level 3 -----------------------------------------------------------------------------------------------------------
 
-/// C := alpha op(A) op(B) + beta C
+/// C := alpha op(A) op(B) + beta C, each entry (of complex matrices each part) its exact value rounded once.
 template <MatrixSource A, MatrixSource B, MatrixTarget C>
 void gemm(Op op_a, Op op_b, const Element<A>& alpha, const A& a, const B& b, const Element<A>& beta, C&& c) {
   using T = Element<A>;
@@ -198,7 +198,7 @@ void gemm(Op op_a, Op op_b, const Element<A>& alpha, const A& a, const B& b, con
   detail::require(inner == k, routine, 9, "op(B) has ", inner, " rows, op(A) has ", k, " columns");
   detail::require_shape(routine, 12, rc, m, n);
   detail::call_kernel([&] {
-    detail::pick<T>(QuarnMP_dgemm_, QuarnMP_zgemm_)(detail::Option(op_a), detail::Option(op_b), m, n, k, alpha, ra.data,
+    detail::pick<T>(QuarnMPX_dgemm_, QuarnMPX_zgemm_)(detail::Option(op_a), detail::Option(op_b), m, n, k, alpha, ra.data,
                                                     ra.leading, rb.data, rb.leading, beta, rc.data, rc.leading, 1, 1);
   });
 }
