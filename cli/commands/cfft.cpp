@@ -60,16 +60,16 @@ std::vector<Integer> parse_shape(const std::string& text) {
 }
 
 Array read_array(const CfftOptions& options) {
-  DenseMatrix given =
+  const DenseMatrix given =
       options.column.empty() ? read_dense_matrix(options.input) : read_vector(options.input, options.column);
-  if (given.values.size() > std::size_t(std::numeric_limits<Integer>::max())) {
+  Array array{given.source, {given.rows()}, elements_of<Complex>(given)};
+  if (array.values.size() > std::size_t(std::numeric_limits<Integer>::max())) {
     throw bad_input("more values than a 32-bit count can hold");
   }
-  Array array{given.source, {given.rows}, std::move(given.values)};
   if (!options.shape.empty()) {
     array.extents = parse_shape(options.shape);
-  } else if (given.columns > 1) {
-    array.extents.push_back(given.columns);
+  } else if (given.columns() > 1) {
+    array.extents.push_back(given.columns());
   }
   return array;
 }
@@ -112,13 +112,13 @@ std::vector<QuarnFloat> magnitudes_of(const std::vector<Complex>& values) {
 }
 
 // A sequence is a row for each number, with its magnitude.
-void add_sequence(Result& result, const DenseMatrix& z) {
+void add_sequence(Result& result, const std::vector<Complex>& z) {
   constexpr int kMagnitudeDigits = 8;
-  const std::vector<QuarnFloat> magnitudes = magnitudes_of(z.values);
-  add_matrix(result, z);
+  const std::vector<QuarnFloat> magnitudes = magnitudes_of(z);
+  add_matrix(result, DenseMatrix{"", matrix_of(z, z.size())});
   for (std::vector<ResultColumn>* columns : {&result.table, &result.data}) {
     columns->front().name = "k";
-    for (std::size_t k = 0; k < z.values.size(); ++k) {
+    for (std::size_t k = 0; k < z.size(); ++k) {
       columns->front().cells[k] = std::to_string(k);
     }
     columns->push_back({"magnitude", exact_cells(magnitudes)});
@@ -217,12 +217,10 @@ void run_cfft(const CfftOptions& options) {
                   {"digits", std::to_string(QuarnDigits()), true},
                   {"shape", array.shape()},
                   {"direction", options.backward ? "backward" : "forward"}};
-  const Integer rows = array.extents.front();
-  const DenseMatrix z{"", rows, Integer(array.values.size()) / rows, true, array.values};
   if (sequence) {
-    add_sequence(result, z);
+    add_sequence(result, array.values);
   } else {
-    add_matrix(result, z);
+    add_matrix(result, DenseMatrix{"", matrix_of(array.values, std::size_t(array.extents.front()))});
   }
   result.picture = [&](const std::string& file) {
     draw_picture(options, array,

@@ -16,13 +16,17 @@ struct CholOptions {
   OutputOptions output;
 };
 
-void require_hermitian(const DenseMatrix& a) {
-  for (Integer j = 0; j < a.columns; ++j) {
-    for (Integer i = j; i < a.rows; ++i) {
-      if (a(i, j) != conj(a(j, i))) {
+bool mirrored(const QuarnFloat& value, const QuarnFloat& mirror) { return value == mirror; }
+bool mirrored(const Complex& value, const Complex& mirror) { return value == conj(mirror); }
+
+template <class T>
+void require_hermitian(const tesk2mp::Matrix<T>& a, const std::string& source) {
+  for (std::size_t j = 0; j < a.columns(); ++j) {
+    for (std::size_t i = j; i < a.rows(); ++i) {
+      if (!mirrored(a(i, j), a(j, i))) {
         const std::string place = std::to_string(i + 1) + ", " + std::to_string(j + 1);
-        throw bad_input(a.source + ": not " + (a.complex ? "Hermitian" : "symmetric") + ": element (" + place +
-                        ") differs from its mirror image");
+        throw bad_input(source + ": not " + (std::is_same_v<T, Complex> ? "Hermitian" : "symmetric") + ": element (" +
+                        place + ") differs from its mirror image");
       }
     }
   }
@@ -30,11 +34,11 @@ void require_hermitian(const DenseMatrix& a) {
 
 void run_chol(const CholOptions& options) {
   const DenseMatrix given = read_operand(options.matrix, true);
-  require_hermitian(given);
+  std::visit([&](const auto& a) { require_hermitian(a, given.source); }, given.elements);
   const auto triangle = options.upper ? tesk2mp::Triangle::upper : tesk2mp::Triangle::lower;
   constexpr double kOneTriangle = 0.5;
-  const Progress progress = Progress::estimated("factorising", kOneTriangle * factorisation_cost(given.rows, true));
-  with_elements(given, [&](const auto& a) {
+  const Progress progress = Progress::estimated("factorising", kOneTriangle * factorisation_cost(given.rows(), true));
+  const auto factorise = [&](const auto& a) {
     const tesk2mp::Cholesky cholesky(a, triangle);
     const std::string determinant = exact_text(cholesky.determinant());
     Result result;
@@ -42,13 +46,12 @@ void run_chol(const CholOptions& options) {
                     digits_text() + ", by QuarnMP_f07frf_", "positive definite; determinant " + determinant};
     result.facts = {
         {"routine", "QuarnMP_f07frf_"}, {"digits", std::to_string(QuarnDigits()), true}, {"determinant", determinant}};
-    const DenseMatrix factor = dense(cholesky.factor());
+    const DenseMatrix factor{"", cholesky.factor()};
     add_matrix(result, factor);
-    result.picture = [&](const std::string& file) {
-      draw(map_of_magnitudes(result.notes.front(), factor.rows, factor.values), file);
-    };
+    result.picture = [&](const std::string& file) { draw(map_of_magnitudes(result.notes.front(), factor), file); };
     deliver(result, options.output);
-  });
+  };
+  std::visit(factorise, given.elements);
 }
 
 constexpr const char* kFooter =

@@ -53,7 +53,7 @@ Solution refined_solution(const Equations<T>& equations) {
       x[i] = x[i] + correction[i];
     }
   }
-  solution.x.assign(x.begin(), x.end());
+  solution.x.elements = matrix_of(x, x.size());
   return solution;
 }
 

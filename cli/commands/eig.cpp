@@ -8,6 +8,8 @@
 #include "cli/commands/ranking.h"
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
+#include "tesk2mp/eigen.hpp"
+#include "tesk2mp/util.hpp"
 
 namespace cli {
 
@@ -87,10 +89,10 @@ QuarnFloat largest_residual(const tesk2mp::Matrix<QuarnFloat>& a, const Eigenval
 
 void run_eig(const EigOptions& options) {
   const DenseMatrix given = read_operand(options.matrix, true);
-  if (given.complex) {
+  if (given.complex()) {
     throw bad_input(given.source + ": complex, but eigenvalues are found of real matrices");
   }
-  const tesk2mp::Matrix<QuarnFloat> a = real_matrix(given);
+  const auto& a = std::get<RealMatrix>(given.elements);
   const Eigenvalues found = eigenvalues_of(options, a);
   const std::vector<std::size_t> order = by_magnitude(found.values);
 
@@ -99,7 +101,7 @@ void run_eig(const EigOptions& options) {
                   digits_text() + ", by QuarnMPX_f08pef_ after balancing and reduction to Hessenberg form"};
   result.facts = {{"routine", "QuarnMPX_f08pef_"},
                   {"digits", std::to_string(QuarnDigits()), true},
-                  {"n", std::to_string(given.rows), true}};
+                  {"n", std::to_string(given.rows()), true}};
   std::vector<Complex> values;
   std::vector<QuarnFloat> conditions;
   for (const std::size_t j : order) {
@@ -111,7 +113,7 @@ void run_eig(const EigOptions& options) {
   const std::vector<QuarnFloat> re = real_parts(values);
   const std::vector<QuarnFloat> im = imaginary_parts(values);
   const QuarnFloat largest = std::max(largest_magnitude(re), largest_magnitude(im));
-  const ResultColumn counts = count_column("i", positions(given.rows));
+  const ResultColumn counts = count_column("i", positions(given.rows()));
   result.table = {counts, aligned_column("real", re, largest), aligned_column("imaginary", im, largest)};
   result.data = {counts, {"real", exact_cells(re)}, {"imaginary", exact_cells(im)}};
   if (options.condition) {

@@ -158,7 +158,7 @@ Solution solve_iteratively(const LinearSystem& system, const std::string& method
   }
   look();
   solution.iterations = solution.history.back().iteration;
-  solution.x.assign(solver.solution().begin(), solver.solution().end());
+  solution.x.elements = matrix_of(solver.solution(), solver.solution().size());
   solution.residual = relative_residual(*equations, solver.solution());
   return solution;
 }

@@ -33,22 +33,25 @@ Equations<T> equations_of(const SparseMatrix& matrix, const std::vector<T>& valu
 
 }  // namespace
 
-LinearSystem linear_system(const SparseMatrix& matrix, const std::vector<Complex>& b, bool complex) {
+LinearSystem linear_system(const SparseMatrix& matrix, const DenseMatrix* b) {
   constexpr double kVectors = 4;
   if (matrix.rows != matrix.columns || matrix.rows < 1) {
     throw bad_input(matrix.source + ": " + std::to_string(matrix.rows) + " by " + std::to_string(matrix.columns) +
                     ", but a system needs a square matrix");
   }
   require_memory(kVectors * 2 * matrix.rows, "a system of order " + std::to_string(matrix.rows));
-  if (!b.empty() && b.size() != std::size_t(matrix.rows)) {
+  if (b != nullptr && b->rows() != matrix.rows) {
     throw bad_input(matrix.source + ": order " + std::to_string(matrix.rows) + ", but the right side has " +
-                    std::to_string(b.size()) + (b.size() == 1 ? " number" : " numbers"));
+                    std::to_string(b->rows()) + (b->rows() == 1 ? " number" : " numbers"));
   }
   const SparseMatrix whole = expanded(matrix);
-  if (complex) {
-    return {matrix.source, matrix.rows, equations_of(whole, whole.values, b)};
+  if (matrix.complex() || (b != nullptr && b->complex())) {
+    return {matrix.source, matrix.rows,
+            equations_of(whole, whole.values, b == nullptr ? std::vector<Complex>() : elements_of<Complex>(*b))};
   }
-  return {matrix.source, matrix.rows, equations_of(whole, real_parts(whole.values), real_parts(b))};
+  return {matrix.source, matrix.rows,
+          equations_of(whole, real_parts(whole.values),
+                       b == nullptr ? std::vector<QuarnFloat>() : elements_of<QuarnFloat>(*b))};
 }
 
 template <class T>

@@ -33,8 +33,9 @@ struct LinearSystem {
   }
 };
 
-/// Takes the matrix, which must be square, and the right side; no right side means A (1, ..., 1).
-LinearSystem linear_system(const SparseMatrix& matrix, const std::vector<Complex>& b, bool complex);
+/// Takes the matrix, which must be square, and the right side; no right side means A (1, ..., 1). The system is complex
+/// when either is.
+LinearSystem linear_system(const SparseMatrix& matrix, const DenseMatrix* b);
 
 /// b - A x with twice the working digits.
 template <class T>
@@ -54,7 +55,7 @@ struct ResidualStep {
 struct Solution {
   std::string method;
   std::string routine;
-  std::vector<Complex> x;
+  DenseMatrix x;
   QuarnFloat residual;  // as relative_residual() has it
   std::vector<ResidualStep> history;
   Integer iterations = 0;

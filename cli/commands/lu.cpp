@@ -58,13 +58,13 @@ std::size_t interchanges(const std::vector<Integer>& pivots) {
 
 template <class T>
 Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2mp::LU<T>& lu) {
-  const std::string routine = options.weighted ? "QuarnMP_f07adg_"
-                              : given.complex  ? "QuarnMP_f07arf_"
-                                               : "QuarnMP_f07adf_";
+  const std::string routine = options.weighted  ? "QuarnMP_f07adg_"
+                              : given.complex() ? "QuarnMP_f07arf_"
+                                                : "QuarnMP_f07adf_";
   Result result;
   result.notes = {"A = P L U of the " + description(given), digits_text() + ", by " + routine};
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
-  if (given.rows == given.columns) {
+  if (given.rows() == given.columns()) {
     const std::string determinant = exact_text(lu.determinant());
     result.notes.push_back("determinant " + determinant +
                            "; row interchanges: " + std::to_string(interchanges(lu.pivots())) +
@@ -78,8 +78,8 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
                             " of the " + description(given);
   if (options.part == "p") {
     result.notes.push_back("row i of L U is row p(i) of A");
-    const std::vector<Integer> order = permuted_rows(lu.pivots(), given.rows);
-    result.table = {count_column("i", positions(given.rows)), count_column("p", order)};
+    const std::vector<Integer> order = permuted_rows(lu.pivots(), given.rows());
+    result.table = {count_column("i", positions(given.rows())), count_column("p", order)};
     result.data = result.table;
     result.picture = [title, order](const std::string& file) {
       Panel panel = panel_of_elements(title, "row of A", {order.begin(), order.end()});
@@ -93,26 +93,26 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
   result.notes.emplace_back(both ? "U on the diagonal and above, L below; its diagonal of ones is left out"
                             : options.part == "l" ? "L"
                                                   : "U");
-  const DenseMatrix factor = both ? dense(lu.factors()) : dense(triangle(lu.factors(), options.part == "l"));
+  const DenseMatrix factor{"", both ? lu.factors() : triangle(lu.factors(), options.part == "l")};
   add_matrix(result, factor);
-  result.picture = [title, factor](const std::string& file) {
-    draw(map_of_magnitudes(title, factor.rows, factor.values), file);
-  };
+  result.picture = [title, factor](const std::string& file) { draw(map_of_magnitudes(title, factor), file); };
   return result;
 }
 
 void run_lu(const LuOptions& options) {
   const DenseMatrix given = read_operand(options.matrix, false);
-  const double inner = std::min(given.rows, given.columns);
-  const Progress progress = Progress::estimated("factorising", factorisation_cost(inner, given.complex));
+  const double inner = std::min(given.rows(), given.columns());
+  const Progress progress = Progress::estimated("factorising", factorisation_cost(inner, given.complex()));
   if (options.weighted) {
-    if (given.complex) {
+    if (given.complex()) {
       throw bad_input("--weighted: the matrix in " + given.source + " is complex; weighted pivoting is for real ones");
     }
-    return deliver(result_of(options, given, tesk2mp::LU<QuarnFloat>::row_weighted(real_matrix(given))),
-                   options.output);
+    return deliver(
+        result_of(options, given, tesk2mp::LU<QuarnFloat>::row_weighted(std::get<RealMatrix>(given.elements))),
+        options.output);
   }
-  with_elements(given, [&](auto a) { deliver(result_of(options, given, tesk2mp::LU(std::move(a))), options.output); });
+  std::visit([&](const auto& a) { deliver(result_of(options, given, tesk2mp::LU(a)), options.output); },
+             given.elements);
 }
 
 constexpr const char* kFooter =

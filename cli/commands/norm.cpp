@@ -34,21 +34,22 @@ void run_norm(const NormOptions& options) {
     meanings.cells.emplace_back(meaning);
     values.cells.push_back(exact_text(value));
   };
-  with_elements(given, [&](const auto& a) {
+  const auto measure = [&](const auto& a) {
     for (const auto& [norm, name, meaning] : kNorms) {
       add(name, meaning, tesk2mp::norm(norm, a));
     }
     if (options.condition) {
       constexpr double kSolving = 3;  // n right-hand sides on top of the factorisation
       const Progress progress =
-          Progress::estimated("inverting", (1 + kSolving) * factorisation_cost(given.rows, given.complex));
+          Progress::estimated("inverting", (1 + kSolving) * factorisation_cost(given.rows(), given.complex()));
       const auto inverse = tesk2mp::inverse(a);
       add("condition", "one-norm of A times one-norm of its inverse",
           tesk2mp::norm(tesk2mp::Norm::one, a) * tesk2mp::norm(tesk2mp::Norm::one, inverse));
     }
-  });
+  };
+  std::visit(measure, given.elements);
 
-  const std::string routine = given.complex ? "QuarnMPX_f06uaf_" : "QuarnMPX_f06raf_";
+  const std::string routine = given.complex() ? "QuarnMPX_f06uaf_" : "QuarnMPX_f06raf_";
   Result result;
   result.notes = {"Norms of the " + description(given), digits_text() + ", by " + routine};
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};

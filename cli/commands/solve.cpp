@@ -37,10 +37,10 @@ LinearSystem read_system(const SolveOptions& options) {
   }
   const SparseMatrix matrix = read_matrix(options.matrix);
   if (options.right_side.empty()) {
-    return linear_system(matrix, {}, matrix.complex());
+    return linear_system(matrix, nullptr);
   }
   const DenseMatrix b = read_vector(options.right_side, options.column);
-  return linear_system(matrix, b.values, matrix.complex() || b.complex);
+  return linear_system(matrix, &b);
 }
 
 // How much of the way from the first residual to the bound is behind, in orders of magnitude; 0 while nothing tells it.
@@ -247,7 +247,7 @@ void run_solve(const SolveOptions& options) {
   const bool all = options.method == "all";
   Result result = all ? comparison(system, solutions, options) : one_result(system, solutions.front(), options);
   if (!all) {
-    add_matrix(result, DenseMatrix{"", system.n, 1, system.complex(), solutions.front().x});
+    add_matrix(result, solutions.front().x);
   }
   result.picture = [&](const std::string& file) { draw_history(solutions, system, options, file); };
   deliver(result, options.output);

@@ -22,30 +22,30 @@ struct SpmvOptions {
 
 struct Product {
   std::string routine;
-  std::vector<Complex> y;
+  DenseMatrix y;
 };
 
 template <class T>
-std::vector<T> product(const SparseMatrix& matrix, const std::vector<T>& values, const std::vector<T>& x,
-                       tesk2mp::Op op) {
+DenseMatrix product(const SparseMatrix& matrix, const std::vector<T>& values, const std::vector<T>& x, tesk2mp::Op op) {
   const bool triangle = matrix.symmetry != Symmetry::general;
   tesk2mp::SparseMatrix<T> a(x.size(), triangle ? tesk2mp::Storage::lower_triangle : tesk2mp::Storage::general);
   for (std::size_t k = 0; k < values.size(); ++k) {
     a.add(std::size_t(matrix.row[k]) - 1, std::size_t(matrix.column[k]) - 1, values[k]);
   }
-  return a.multiply(x, op);
+  return {"", matrix_of(a.multiply(x, op), x.size())};
 }
 
 // The library's products: of real and complex values, of general matrices and of stored lower triangles.
-Product product(const SparseMatrix& matrix, const std::vector<Complex>& x, bool complex, bool transpose) {
+Product product(const SparseMatrix& matrix, const DenseMatrix& x, bool complex, bool transpose) {
   const bool triangle = matrix.symmetry != Symmetry::general;
   if (complex) {
     const auto op = transpose ? tesk2mp::Op::conjugate_transpose : tesk2mp::Op::none;
-    return {triangle ? "QuarnMP_f11xsf_" : "QuarnMP_f11xnf_", product(matrix, matrix.values, x, op)};
+    return {triangle ? "QuarnMP_f11xsf_" : "QuarnMP_f11xnf_",
+            product(matrix, matrix.values, elements_of<Complex>(x), op)};
   }
   const auto op = transpose ? tesk2mp::Op::transpose : tesk2mp::Op::none;
   return {triangle ? "QuarnMP_f11xef_" : "QuarnMP_f11xaf_",
-          complex_numbers(product(matrix, real_parts(matrix.values), real_parts(x), op))};
+          product(matrix, real_parts(matrix.values), elements_of<QuarnFloat>(x), op)};
 }
 
 // The library knows the triangles of real symmetric and of Hermitian matrices; all others are given whole.
@@ -61,18 +61,18 @@ void run_spmv(const SpmvOptions& options) {
   SparseMatrix given = read_matrix(options.matrix);
   const DenseMatrix vector = read_vector(options.vector, options.column);
   const Integer n = given.rows;
-  if (n != given.columns || n != vector.rows) {
+  if (n != given.columns || n != vector.rows()) {
     throw bad_input(given.source + ": " + std::to_string(n) + " by " + std::to_string(given.columns) +
                     ", but the product needs a square matrix and as many numbers in the vector (" +
-                    std::to_string(vector.rows) + ")");
+                    std::to_string(vector.rows()) + ")");
   }
-  const bool complex = given.complex() || vector.complex;
+  const bool complex = given.complex() || vector.complex();
   const Integer entries = given.count();
   const std::string shape = given.symmetry == Symmetry::general ? "" : std::string(name_of(given.symmetry)) + ", ";
   const std::string transposed = !options.transpose ? ""
                                  : complex          ? "the conjugate transpose of "
                                                     : "the transpose of ";
-  const Product done = product(as_stored(std::move(given), complex), vector.values, complex, options.transpose);
+  const Product done = product(as_stored(std::move(given), complex), vector, complex, options.transpose);
 
   Result result;
   result.notes = {"Product of " + transposed + name_of_input(options.matrix) + " (" + shape + "order " +
@@ -80,9 +80,9 @@ void run_spmv(const SpmvOptions& options) {
                   digits_text() + ", by " + done.routine};
   result.facts = {
       {"routine", done.routine}, {"digits", std::to_string(QuarnDigits()), true}, {"n", std::to_string(n), true}};
-  add_matrix(result, DenseMatrix{"", n, 1, complex, done.y});
+  add_matrix(result, done.y);
   result.picture = [&](const std::string& file) {
-    draw(panels_of_elements(result.notes.front(), done.y, complex), file);
+    draw(panels_of_elements(result.notes.front(), elements_of<Complex>(done.y), complex), file);
   };
   deliver(result, options.output);
 }

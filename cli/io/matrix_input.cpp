@@ -16,8 +16,35 @@ bool is_complex(const NumberTable::Column& column) {
   });
 }
 
-std::vector<Complex> numbers_of(const NumberTable& table, const NumberTable::Column& column, bool complex) {
-  return complex ? table.complex_numbers(column) : complex_numbers(table.numbers(column));
+void copy_numbers(const NumberTable& table, const NumberTable::Column& column, QuarnFloat* to) {
+  const std::vector<QuarnFloat> numbers = table.numbers(column);
+  std::copy(numbers.begin(), numbers.end(), to);
+}
+
+void copy_numbers(const NumberTable& table, const NumberTable::Column& column, Complex* to) {
+  if (is_complex(column)) {
+    const std::vector<Complex> numbers = table.complex_numbers(column);
+    std::copy(numbers.begin(), numbers.end(), to);
+  } else {
+    const std::vector<QuarnFloat> numbers = table.numbers(column);
+    std::copy(numbers.begin(), numbers.end(), to);
+  }
+}
+
+template <class T>
+tesk2mp::Matrix<T> columns_as(const NumberTable& table, const std::vector<const NumberTable::Column*>& columns) {
+  tesk2mp::Matrix<T> matrix(columns.front()->cells.size(), columns.size());
+  for (std::size_t j = 0; j < columns.size(); ++j) {
+    copy_numbers(table, *columns[j], matrix.data() + j * matrix.rows());
+  }
+  return matrix;
+}
+
+DenseMatrix matrix_of_columns(const NumberTable& table, const std::vector<const NumberTable::Column*>& columns) {
+  if (std::any_of(columns.begin(), columns.end(), [](const auto* column) { return is_complex(*column); })) {
+    return {table.source(), columns_as<Complex>(table, columns)};
+  }
+  return {table.source(), columns_as<QuarnFloat>(table, columns)};
 }
 
 // The one complex column of columns "real" and "imaginary".
@@ -37,11 +64,10 @@ std::vector<Complex> joined(const NumberTable& table, const NumberTable::Column&
   return values;
 }
 
-Integer count_of(const NumberTable& table, std::size_t count) {
+void require_count(const NumberTable& table, std::size_t count) {
   if (count > std::size_t(std::numeric_limits<Integer>::max())) {
     throw bad_input(table.source() + ": more numbers than a 32-bit count can hold");
   }
-  return Integer(count);
 }
 
 DenseMatrix matrix_from(const NumberTable& table) {
@@ -51,64 +77,66 @@ DenseMatrix matrix_from(const NumberTable& table) {
   if (table.find("real") != nullptr && table.find("imaginary") != nullptr) {
     return vector_from(table);
   }
-  DenseMatrix matrix;
-  matrix.source = table.source();
-  matrix.rows = count_of(table, table.columns().front().cells.size());
+  const std::size_t rows = table.columns().front().cells.size();
+  require_count(table, rows);
+  std::vector<const NumberTable::Column*> columns;
   for (const NumberTable::Column& column : table.columns()) {
     if (column.name == "i") {
       continue;
     }
-    if (column.cells.size() != std::size_t(matrix.rows)) {
-      throw bad_input(table.source() + ": columns of " + std::to_string(matrix.rows) + " and " +
+    if (column.cells.size() != rows) {
+      throw bad_input(table.source() + ": columns of " + std::to_string(rows) + " and " +
                       std::to_string(column.cells.size()) + " numbers");
     }
-    const bool complex = is_complex(column);
-    const std::vector<Complex> values = numbers_of(table, column, complex);
-    matrix.values.insert(matrix.values.end(), values.begin(), values.end());
-    matrix.complex = matrix.complex || complex;
-    ++matrix.columns;
+    columns.push_back(&column);
   }
-  if (matrix.columns == 0) {
+  if (columns.empty()) {
     throw bad_input(table.source() + ": no numbers in it");
   }
-  return matrix;
+  return matrix_of_columns(table, columns);
 }
 
 // The elements that are not zero, row by row.
 SparseMatrix sparse(const DenseMatrix& matrix) {
   SparseMatrix result;
   result.source = matrix.source;
-  result.rows = matrix.rows;
-  result.columns = matrix.columns;
-  result.field = matrix.complex ? Field::complex : Field::real;
-  for (Integer i = 0; i < matrix.rows; ++i) {
-    for (Integer j = 0; j < matrix.columns; ++j) {
-      if (matrix(i, j) != Complex(0)) {
-        result.row.push_back(i + 1);
-        result.column.push_back(j + 1);
-        result.values.push_back(matrix(i, j));
-      }
-    }
-  }
+  result.rows = matrix.rows();
+  result.columns = matrix.columns();
+  result.field = matrix.complex() ? Field::complex : Field::real;
+  std::visit(
+      [&](const auto& a) {
+        for (std::size_t i = 0; i < a.rows(); ++i) {
+          for (std::size_t j = 0; j < a.columns(); ++j) {
+            if (const Complex value(a(i, j)); value != Complex(0)) {
+              result.row.push_back(Integer(i) + 1);
+              result.column.push_back(Integer(j) + 1);
+              result.values.push_back(value);
+            }
+          }
+        }
+      },
+      matrix.elements);
   return result;
 }
 
-DenseMatrix column_of(DenseMatrix matrix, const std::string& column) {
+DenseMatrix column_of(const DenseMatrix& matrix, const std::string& column) {
   constexpr std::size_t kLongestPosition = 9;
   Integer position = 1;
   if (!column.empty()) {
     const bool digits = column.size() <= kLongestPosition && std::all_of(column.begin(), column.end(), is_digit);
     position = digits ? Integer(std::stol(column)) : 0;
-  } else if (matrix.columns != 1) {
+  } else if (matrix.columns() != 1) {
     throw bad_input(description(matrix) + ", where one column is needed (--column says which)");
   }
-  if (position < 1 || position > matrix.columns) {
-    throw bad_input(matrix.source + ": no column '" + column + "', there are " + std::to_string(matrix.columns));
+  if (position < 1 || position > matrix.columns()) {
+    throw bad_input(matrix.source + ": no column '" + column + "', there are " + std::to_string(matrix.columns()));
   }
-  const auto first = matrix.values.begin() + std::ptrdiff_t(position - 1) * matrix.rows;
-  matrix.values = std::vector<Complex>(first, first + matrix.rows);
-  matrix.columns = 1;
-  return matrix;
+  return std::visit(
+      [&](const auto& a) {
+        return DenseMatrix{matrix.source,
+                           std::decay_t<decltype(a)>(a.view().block(0, std::size_t(position) - 1, a.rows(), 1))};
+      },
+      matrix.elements);
 }
 
 }  // namespace
@@ -116,7 +144,7 @@ DenseMatrix column_of(DenseMatrix matrix, const std::string& column) {
 DenseMatrix read_dense_matrix(const std::string& file) {
   const std::string text = read_input(file);
   const std::string source = name_of_input(file);
-  return is_matrix_market(text) ? dense(parse_matrix(text, source)) : matrix_from(NumberTable::parse(text, source));
+  return is_matrix_market(text) ? parse_dense_matrix(text, source) : matrix_from(NumberTable::parse(text, source));
 }
 
 SparseMatrix read_matrix(const std::string& file) {
@@ -128,26 +156,20 @@ SparseMatrix read_matrix(const std::string& file) {
 DenseMatrix read_vector(const std::string& file, const std::string& column) {
   const std::string text = read_input(file);
   const std::string source = name_of_input(file);
-  return is_matrix_market(text) ? column_of(dense(parse_matrix(text, source)), column)
+  return is_matrix_market(text) ? column_of(parse_dense_matrix(text, source), column)
                                 : vector_from(NumberTable::parse(text, source), column);
 }
 
 DenseMatrix vector_from(const NumberTable& table, const std::string& column) {
   const NumberTable::Column* real = table.find("real");
   const NumberTable::Column* imaginary = table.find("imaginary");
-  DenseMatrix vector;
-  vector.source = table.source();
-  vector.columns = 1;
   if (column.empty() && real != nullptr && imaginary != nullptr) {
-    vector.values = joined(table, *real, *imaginary);
-    vector.complex = true;
-  } else {
-    const NumberTable::Column& chosen = table.choose(column);
-    vector.complex = is_complex(chosen);
-    vector.values = numbers_of(table, chosen, vector.complex);
+    require_count(table, real->cells.size());
+    return {table.source(), matrix_of(joined(table, *real, *imaginary), real->cells.size())};
   }
-  vector.rows = count_of(table, vector.values.size());
-  return vector;
+  const NumberTable::Column& chosen = table.choose(column);
+  require_count(table, chosen.cells.size());
+  return matrix_of_columns(table, {&chosen});
 }
 
 std::vector<QuarnFloat> real_parts(const std::vector<Complex>& values) {
@@ -165,7 +187,7 @@ std::vector<QuarnFloat> imaginary_parts(const std::vector<Complex>& values) {
 std::vector<Complex> complex_numbers(const std::vector<QuarnFloat>& values) { return {values.begin(), values.end()}; }
 
 std::string description(const DenseMatrix& matrix) {
-  return std::to_string(matrix.rows) + " by " + std::to_string(matrix.columns) + " matrix in " + matrix.source;
+  return std::to_string(matrix.rows()) + " by " + std::to_string(matrix.columns()) + " matrix in " + matrix.source;
 }
 
 }  // namespace cli

@@ -114,27 +114,99 @@ void add_entry(SparseMatrix& matrix, Integer row, Integer column, Complex value)
   matrix.values.push_back(std::move(value));
 }
 
+// What stands at the mirror image of an entry's place.
+Complex mirrored(const Complex& value, Symmetry symmetry) {
+  return symmetry == Symmetry::hermitian ? conj(value) : symmetry == Symmetry::skew_symmetric ? -value : value;
+}
+
+void set(RealMatrix& matrix, Integer row, Integer column, const Complex& value) {
+  matrix(std::size_t(row) - 1, std::size_t(column) - 1) = value.re;
+}
+void set(ComplexMatrix& matrix, Integer row, Integer column, const Complex& value) {
+  matrix(std::size_t(row) - 1, std::size_t(column) - 1) = value;
+}
+
+void require_dense_memory(const SparseMatrix& matrix) {
+  require_memory((matrix.complex() ? 2 : 1) * double(matrix.rows) * double(matrix.columns),
+                 "a dense matrix of " + std::to_string(matrix.rows) + " by " + std::to_string(matrix.columns));
+}
+
+// All elements of both triangles; entries of the same place add up.
+template <class T, class Part>
+tesk2mp::Matrix<T> sums_of_entries(const SparseMatrix& entries, const Part& part) {
+  tesk2mp::Matrix<T> whole(std::size_t(entries.rows), std::size_t(entries.columns));
+  for (std::size_t k = 0; k < entries.values.size(); ++k) {
+    T& element = whole(std::size_t(entries.row[k]) - 1, std::size_t(entries.column[k]) - 1);
+    element = element + part(entries.values[k]);
+  }
+  return whole;
+}
+
 // Reads one text into one matrix: banner, sizes, entries.
 class Parser {
  public:
   Parser(const std::string& text, const std::string& source) : lines_(text, source) { matrix_.source = source; }
 
   SparseMatrix parse() {
-    read_banner();
-    read_sizes();
+    read_head();
     Progress progress("reading numbers", double(count_));
     if (array_) {
-      read_array(progress);
+      read_array([&](Integer row, Integer column) {
+        add(row, column, value(entry(0), 0));
+        progress.advance();
+      });
     } else {
       read_coordinates(progress);
     }
-    if (!lines_.next().empty()) {
-      throw lines_.complaint("more than the " + std::to_string(count_) + " entries announced");
-    }
+    expect_end();
     return std::move(matrix_);
   }
 
+  DenseMatrix parse_dense() {
+    read_head();
+    if (!array_) {
+      Progress progress("reading numbers", double(count_));
+      read_coordinates(progress);
+      expect_end();
+      return dense(matrix_);
+    }
+    if (matrix_.complex()) {
+      return {matrix_.source, elements<Complex>()};
+    }
+    return {matrix_.source, elements<QuarnFloat>()};
+  }
+
  private:
+  void read_head() {
+    read_banner();
+    read_sizes();
+  }
+
+  void expect_end() {
+    if (!lines_.next().empty()) {
+      throw lines_.complaint("more than the " + std::to_string(count_) + " entries announced");
+    }
+  }
+
+  // Those of an array, straight into their places and their mirror images.
+  template <class T>
+  tesk2mp::Matrix<T> elements() {
+    require_dense_memory(matrix_);
+    Progress progress("reading numbers", double(count_));
+    tesk2mp::Matrix<T> whole(std::size_t(matrix_.rows), std::size_t(matrix_.columns));
+    read_array([&](Integer row, Integer column) {
+      const Complex element = value(entry(0), 0);
+      check_diagonal(row, column, element);
+      set(whole, row, column, element);
+      if (matrix_.symmetry != Symmetry::general && row != column) {
+        set(whole, column, row, mirrored(element, matrix_.symmetry));
+      }
+      progress.advance();
+    });
+    expect_end();
+    return whole;
+  }
+
   void read_banner() {
     const Words& words = lines_.next();
     if (words.size() != 5 || lower(words[0]) != kBanner || lower(words[1]) != "matrix") {
@@ -181,14 +253,15 @@ class Parser {
   const Words& entry(std::size_t leading) {
     const Words& words = lines_.next();
     if (words.empty()) {
-      throw lines_.complaint("the file ends after " + std::to_string(matrix_.count()) + " of " +
-                             std::to_string(count_) + " entries");
+      throw lines_.complaint("the file ends after " + std::to_string(read_) + " of " + std::to_string(count_) +
+                             " entries");
     }
     const std::size_t width = leading + (matrix_.field == Field::pattern ? 0 : matrix_.complex() ? 2 : 1);
     if (words.size() != width) {
       throw lines_.complaint(std::to_string(words.size()) + (words.size() == 1 ? " word" : " words") +
                              " where an entry has " + std::to_string(width));
     }
+    ++read_;
     return words;
   }
 
@@ -200,11 +273,15 @@ class Parser {
             matrix_.complex() ? number(lines_, words[leading + 1], false) : QuarnFloat()};
   }
 
-  void add(Integer row, Integer column, Complex value) {
+  void check_diagonal(Integer row, Integer column, const Complex& value) const {
     if (matrix_.symmetry == Symmetry::hermitian && row == column && value.im != 0) {
       throw lines_.complaint("row " + std::to_string(row) + ", column " + std::to_string(column) +
                              ": the diagonal of a hermitian matrix is real");
     }
+  }
+
+  void add(Integer row, Integer column, Complex value) {
+    check_diagonal(row, column, value);
     add_entry(matrix_, row, column, std::move(value));
   }
 
@@ -223,14 +300,14 @@ class Parser {
     }
   }
 
-  void read_array(Progress& progress) {
+  template <class Take>
+  void read_array(const Take& take) {
     for (Integer column = 1; column <= matrix_.columns; ++column) {
       const Integer first = matrix_.symmetry == Symmetry::general          ? 1
                             : matrix_.symmetry == Symmetry::skew_symmetric ? column + 1
                                                                            : column;
       for (Integer row = first; row <= matrix_.rows; ++row) {
-        add(row, column, value(entry(0), 0));
-        progress.advance();
+        take(row, column);
       }
     }
   }
@@ -239,6 +316,7 @@ class Parser {
   SparseMatrix matrix_;
   bool array_ = false;
   long long count_ = 0;
+  long long read_ = 0;  // entries
 };
 
 std::string heading(const char* format, Field field, Symmetry symmetry, const std::vector<std::string>& comments) {
@@ -273,6 +351,10 @@ bool is_matrix_market(const std::string& text) { return lower(text.substr(0, kBa
 
 SparseMatrix parse_matrix(const std::string& text, const std::string& source) { return Parser(text, source).parse(); }
 
+DenseMatrix parse_dense_matrix(const std::string& text, const std::string& source) {
+  return Parser(text, source).parse_dense();
+}
+
 SparseMatrix expanded(const SparseMatrix& matrix) {
   SparseMatrix whole = matrix;
   if (matrix.symmetry == Symmetry::general) {
@@ -286,26 +368,19 @@ SparseMatrix expanded(const SparseMatrix& matrix) {
     const Complex& value = matrix.values[k];
     add_entry(whole, matrix.row[k], matrix.column[k], value);
     if (matrix.row[k] != matrix.column[k]) {
-      add_entry(whole, matrix.column[k], matrix.row[k],
-                matrix.symmetry == Symmetry::hermitian        ? conj(value)
-                : matrix.symmetry == Symmetry::skew_symmetric ? -value
-                                                              : value);
+      add_entry(whole, matrix.column[k], matrix.row[k], mirrored(value, matrix.symmetry));
     }
   }
   return whole;
 }
 
 DenseMatrix dense(const SparseMatrix& matrix) {
-  const std::size_t count = std::size_t(matrix.rows) * std::size_t(matrix.columns);
-  require_memory(2 * double(matrix.rows) * double(matrix.columns),
-                 "a dense matrix of " + std::to_string(matrix.rows) + " by " + std::to_string(matrix.columns));
-  DenseMatrix whole{matrix.source, matrix.rows, matrix.columns, matrix.complex(), std::vector<Complex>(count)};
+  require_dense_memory(matrix);
   const SparseMatrix entries = expanded(matrix);
-  for (std::size_t k = 0; k < entries.values.size(); ++k) {
-    Complex& element = whole(entries.row[k] - 1, entries.column[k] - 1);
-    element = element + entries.values[k];
+  if (matrix.complex()) {
+    return {matrix.source, sums_of_entries<Complex>(entries, [](const Complex& value) { return value; })};
   }
-  return whole;
+  return {matrix.source, sums_of_entries<QuarnFloat>(entries, [](const Complex& value) { return value.re; })};
 }
 
 std::string matrix_market_text(const SparseMatrix& matrix, const std::vector<std::string>& comments) {
@@ -319,12 +394,15 @@ std::string matrix_market_text(const SparseMatrix& matrix, const std::vector<std
 }
 
 std::string matrix_market_text(const DenseMatrix& matrix, const std::vector<std::string>& comments) {
-  const Field field = matrix.complex ? Field::complex : Field::real;
-  std::string text = heading("array", field, Symmetry::general, comments) + std::to_string(matrix.rows) + " " +
-                     std::to_string(matrix.columns) + "\n";
-  for (const Complex& value : matrix.values) {
-    text += value_text(value, field) + "\n";
-  }
+  const Field field = matrix.complex() ? Field::complex : Field::real;
+  std::string text = heading("array", field, Symmetry::general, comments) + std::to_string(matrix.rows()) + " " +
+                     std::to_string(matrix.columns()) + "\n";
+  std::visit(
+      [&](const auto& a) {
+        std::for_each(a.data(), a.data() + a.rows() * a.columns(),
+                      [&](const auto& value) { text += value_text(value, field) + "\n"; });
+      },
+      matrix.elements);
   return text;
 }
 

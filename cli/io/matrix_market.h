@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/io/dense_matrix.h"
 #include "quarn/quarnfloat.h"
 
 namespace cli {
@@ -26,18 +27,6 @@ struct SparseMatrix {
   bool complex() const { return field == Field::complex; }
 };
 
-/// Column by column: element (i, j), from 0, is values[i + j rows].
-struct DenseMatrix {
-  std::string source;
-  Integer rows = 0;
-  Integer columns = 0;
-  bool complex = false;
-  std::vector<Complex> values;
-
-  Complex& operator()(Integer i, Integer j) { return values[std::size_t(i) + std::size_t(j) * std::size_t(rows)]; }
-  const Complex& operator()(Integer i, Integer j) const { return const_cast<DenseMatrix&>(*this)(i, j); }
-};
-
 /// Whether the text claims to be a Matrix Market file.
 bool is_matrix_market(const std::string& text);
 
@@ -45,6 +34,8 @@ bool is_matrix_market(const std::string& text);
 /// the array format every stored element becomes an entry. `source` names the text in messages. Throws Failure with
 /// source, line and reason for any departure from the format.
 SparseMatrix parse_matrix(const std::string& text, const std::string& source);
+/// The same with all its elements, those of both triangles; entries of the same place add up.
+DenseMatrix parse_dense_matrix(const std::string& text, const std::string& source);
 /// The same matrix with both triangles: each mirrored entry follows its own.
 SparseMatrix expanded(const SparseMatrix& matrix);
 /// All elements of both triangles; entries of the same place add up.

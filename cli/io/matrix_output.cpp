@@ -1,5 +1,7 @@
 #include "cli/io/matrix_output.h"
 
+#include <algorithm>
+
 #include "cli/commands/ranking.h"
 #include "cli/io/matrix_input.h"
 #include "cli/io/number_text.h"
@@ -8,60 +10,68 @@ namespace cli {
 
 namespace {
 
-using Formatter = std::function<std::string(const Complex&)>;
+using NumberText = std::function<std::string(const QuarnFloat&)>;
 
-ResultColumn number_column(const std::string& name, const Complex* values, Integer count, const Formatter& text) {
+template <class T, class Text>
+ResultColumn number_column(const std::string& name, const T* values, std::size_t count, const Text& text) {
   ResultColumn column{name, {}};
-  column.cells.reserve(std::size_t(count));
-  for (Integer i = 0; i < count; ++i) {
-    column.cells.push_back(text(values[i]));
-  }
+  column.cells.reserve(count);
+  std::transform(values, values + count, std::back_inserter(column.cells), text);
   return column;
 }
 
+std::vector<ResultColumn> single_column(const RealMatrix& a, const NumberText& text) {
+  return {number_column("value", a.data(), a.rows(), text)};
+}
+
 // One column of complex numbers is two of real ones: tables that people calculate with have no complex cells.
-std::vector<ResultColumn> columns_of(const DenseMatrix& matrix,
-                                     const std::function<std::string(const QuarnFloat&)>& text) {
-  const Formatter real = [&](const Complex& value) { return text(value.re); };
-  const Formatter imaginary = [&](const Complex& value) { return text(value.im); };
-  const Formatter both = [&](const Complex& value) {
-    return text(value.re) + (signbit(value.im) ? "" : "+") + text(value.im) + "i";
-  };
-  if (matrix.columns == 1) {
-    std::vector<ResultColumn> columns = {
-        count_column("i", positions(matrix.rows)),
-        number_column(matrix.complex ? "real" : "value", matrix.values.data(), matrix.rows, real)};
-    if (matrix.complex) {
-      columns.push_back(number_column("imaginary", matrix.values.data(), matrix.rows, imaginary));
-    }
+std::vector<ResultColumn> single_column(const ComplexMatrix& a, const NumberText& text) {
+  return {number_column("real", a.data(), a.rows(), [&](const Complex& z) { return text(z.re); }),
+          number_column("imaginary", a.data(), a.rows(), [&](const Complex& z) { return text(z.im); })};
+}
+
+std::string cell(const QuarnFloat& value, const NumberText& text) { return text(value); }
+std::string cell(const Complex& value, const NumberText& text) {
+  return text(value.re) + (signbit(value.im) ? "" : "+") + text(value.im) + "i";
+}
+
+template <class T>
+std::vector<ResultColumn> columns_of(const tesk2mp::Matrix<T>& a, const NumberText& text) {
+  if (a.columns() == 1) {
+    std::vector<ResultColumn> columns = single_column(a, text);
+    columns.insert(columns.begin(), count_column("i", positions(Integer(a.rows()))));
     return columns;
   }
   std::vector<ResultColumn> columns;
-  columns.reserve(std::size_t(matrix.columns));
-  for (Integer j = 0; j < matrix.columns; ++j) {
-    columns.push_back(
-        number_column("c" + std::to_string(j + 1), &matrix(0, j), matrix.rows, matrix.complex ? both : real));
+  columns.reserve(a.columns());
+  for (std::size_t j = 0; j < a.columns(); ++j) {
+    columns.push_back(number_column("c" + std::to_string(j + 1), a.data() + j * a.rows(), a.rows(),
+                                    [&](const T& value) { return cell(value, text); }));
   }
   return columns;
 }
 
-QuarnFloat largest_part(const std::vector<Complex>& values) {
-  const QuarnFloat real = largest_magnitude(real_parts(values));
-  const QuarnFloat imaginary = largest_magnitude(imaginary_parts(values));
-  return real < imaginary ? imaginary : real;
-}
+QuarnFloat largest_part(const QuarnFloat& value) { return fabs(value); }
+QuarnFloat largest_part(const Complex& value) { return std::max(fabs(value.re), fabs(value.im)); }
 
-}  // namespace
-
-void add_matrix(Result& result, DenseMatrix matrix) {
-  result.data = columns_of(matrix, [](const QuarnFloat& value) { return value.to_string(); });
-  const QuarnFloat largest = largest_part(matrix.values);
-  result.table = isfinite(largest) ? columns_of(matrix, NumberFormat(largest, QuarnDigits())) : result.data;
+template <class T>
+void add_tables(Result& result, const tesk2mp::Matrix<T>& a) {
+  QuarnFloat largest;
+  std::for_each(a.data(), a.data() + a.rows() * a.columns(),
+                [&](const T& value) { largest = std::max(largest, largest_part(value)); });
+  result.data = columns_of(a, [](const QuarnFloat& value) { return value.to_string(); });
+  result.table = isfinite(largest) ? columns_of(a, NumberFormat(largest, QuarnDigits())) : result.data;
   for (ResultColumn& column : result.table) {
     if (isfinite(largest) && !column.counts) {
       align_points(column.cells);
     }
   }
+}
+
+}  // namespace
+
+void add_matrix(Result& result, DenseMatrix matrix) {
+  std::visit([&](const auto& a) { add_tables(result, a); }, matrix.elements);
   result.matrix_market = [matrix = std::move(matrix), notes = result.notes] {
     return matrix_market_text(matrix, notes);
   };

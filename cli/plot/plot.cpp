@@ -252,14 +252,14 @@ std::vector<Panel> panels_of_elements(const std::string& title, const std::vecto
           panel_of_elements(title, "imaginary part", imaginary_parts(values))};
 }
 
-HeatMap map_of_magnitudes(const std::string& title, Integer rows, const std::vector<Complex>& elements) {
+HeatMap map_of_magnitudes(const std::string& title, const DenseMatrix& matrix) {
   HeatMap map;
   map.title = title;
   map.value_title = "magnitude";
-  map.rows = {"row", 1, rows};
-  map.columns = {"column", 1, Integer(elements.size() / std::size_t(rows))};
+  map.rows = {"row", 1, matrix.rows()};
+  map.columns = {"column", 1, matrix.columns()};
   map.logarithmic = true;
-  for (const Complex& z : elements) {
+  for (const Complex& z : elements_of<Complex>(matrix)) {
     map.values.push_back(tesk2mp::abs(z));
   }
   return map;

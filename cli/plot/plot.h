@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "cli/io/dense_matrix.h"
 #include "quarn/quarnfloat.h"
 
 namespace cli {
@@ -80,8 +81,8 @@ struct HeatMap {
   bool logarithmic = false;        // the colours stand for powers of ten; zeros have none
 };
 
-/// The magnitudes of a matrix, column by column; of small ones beside large ones too.
-HeatMap map_of_magnitudes(const std::string& title, Integer rows, const std::vector<Complex>& elements);
+/// The magnitudes of a matrix; of small ones beside large ones too.
+HeatMap map_of_magnitudes(const std::string& title, const DenseMatrix& matrix);
 
 /// Points of the complex plane.
 struct ComplexPlane {

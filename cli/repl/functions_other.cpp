@@ -146,12 +146,15 @@ Values seed(State& state, const Arguments& arguments) {
 }
 
 DenseMatrix dense_matrix(const Array& a, const std::string& source) {
-  return {source, Integer(a.rows()), Integer(a.columns()), !is_real(a), elements(a)};
+  return is_real(a) ? DenseMatrix{source, real_array(a)} : DenseMatrix{source, a};
 }
+
+Array as_array(const RealArray& a) { return complex_array(a); }
+Array as_array(const Array& a) { return a; }
 
 Values load(State& /*state*/, const Arguments& arguments) {
   const DenseMatrix matrix = read_dense_matrix(arguments.text(0));
-  return {reshaped(matrix.values, std::size_t(matrix.rows), std::size_t(matrix.columns))};
+  return {std::visit([](const auto& a) { return as_array(a); }, matrix.elements)};
 }
 
 // The file's ending says the format.
@@ -163,7 +166,7 @@ Values save(State& /*state*/, const Arguments& arguments) {
     throw Unfit("a name that ends in .mtx, .csv or .json is needed here", 1);
   }
   const DenseMatrix matrix = dense_matrix(arguments.array(0), options.file);
-  if (matrix.values.empty()) {
+  if (matrix.rows() == 0 || matrix.columns() == 0) {
     throw Unfit("there is nothing to save", 0);
   }
   Result result;
@@ -190,7 +193,7 @@ Values plot(State& /*state*/, const Arguments& arguments) {
   }
   const Array& a = arguments.filled(0);
   if (!is_vector(a)) {
-    draw(map_of_magnitudes(shape(a), Integer(a.rows()), elements(a)), file);
+    draw(map_of_magnitudes(shape(a), DenseMatrix{"", a}), file);
   } else if (is_real(a)) {
     draw({panel_of_elements("", "value", real_elements(a))}, file);
   } else {

@@ -115,15 +115,17 @@ TEST_CASE("a dense matrix has the sums of its entries, both triangles, and comes
           }
         }
         const DenseMatrix whole = cli::dense(matrix);
-        REQUIRE(whole.values.size() == std::size_t(matrix.rows) * std::size_t(matrix.columns));
+        const std::vector<Complex> elements = cli::elements_of<Complex>(whole);
+        REQUIRE(elements.size() == std::size_t(matrix.rows) * std::size_t(matrix.columns));
         for (Integer i = 0; i < matrix.rows; ++i) {
           for (Integer j = 0; j < matrix.columns; ++j) {
-            CHECK(whole(i, j) == sums[{i, j}]);
+            CHECK(elements[std::size_t(i) + std::size_t(j) * std::size_t(matrix.rows)] == sums[{i, j}]);
           }
         }
-        const DenseMatrix read = cli::dense(cli::parse_matrix(cli::matrix_market_text(whole), "F"));
-        CHECK(read.values == whole.values);
-        CHECK(read.complex == whole.complex);
+        const DenseMatrix read = cli::parse_dense_matrix(cli::matrix_market_text(whole), "F");
+        CHECK(read.elements == whole.elements);
+        CHECK(cli::parse_dense_matrix(cli::matrix_market_text(matrix), "F").elements == whole.elements);
+        CHECK(read.complex() == whole.complex());
       }
     }
   }
@@ -143,10 +145,10 @@ TEST_CASE("the array format goes column by column, of symmetric matrices from th
   };
   for (const auto& each : cases) {
     CAPTURE(each.kind);
-    const DenseMatrix matrix = cli::dense(
-        cli::parse_matrix(std::string("%%MatrixMarket matrix array ") + each.kind + "\n2 2\n" + each.values, "F"));
+    const DenseMatrix matrix = cli::parse_dense_matrix(
+        std::string("%%MatrixMarket matrix array ") + each.kind + "\n2 2\n" + each.values, "F");
     std::string text;
-    for (const Complex& value : matrix.values) {
+    for (const Complex& value : cli::elements_of<Complex>(matrix)) {
       text += (text.empty() ? "" : " ") + cli::complex_text(value);
     }
     CHECK(text == each.elements);
