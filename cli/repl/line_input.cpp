@@ -74,12 +74,7 @@ class EditedLines final : public LineInput {
       read_history(file_.c_str());
     }
   }
-  ~EditedLines() override {
-    if (!file_.empty()) {
-      write_history(file_.c_str());
-    }
-    completion = nullptr;
-  }
+  ~EditedLines() override { completion = nullptr; }
   EditedLines(const EditedLines&) = delete;
   EditedLines& operator=(const EditedLines&) = delete;
 
@@ -92,6 +87,9 @@ class EditedLines final : public LineInput {
     line = typed.get();
     if (!line.empty()) {
       add_history(line.c_str());
+      if (!file_.empty()) {
+        write_history(file_.c_str());  // at once: nothing is lost however the session ends
+      }
     }
     return true;
   }

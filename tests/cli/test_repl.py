@@ -1,5 +1,6 @@
 """repl: transcripts, random expressions against exact fractions, scripts, and a terminal of its own."""
 
+import contextlib
 import glob
 import os
 import random
@@ -143,13 +144,23 @@ class Runs(unittest.TestCase):
 
 @not_emulated
 class Terminal(unittest.TestCase):
+    @contextlib.contextmanager
+    def session(self, history):
+        """The process at its terminal, and the terminal's other end."""
+        primary, secondary = open_terminal()
+        with subprocess.Popen([*COMMAND, "repl"], stdin=secondary, stdout=secondary, stderr=secondary, close_fds=True,
+                              env={**os.environ, "QUARN_HISTORY": history, "TERM": "dumb"}) as process:
+            os.close(secondary)
+            yield process, primary
+        os.close(primary)
+
+    def has_editing(self):
+        return "libedit" in subprocess.run(["ldd", COMMAND[-1]], capture_output=True, text=True, timeout=60).stdout
+
     def test_prompt_history_and_faults(self):
         with tempfile.TemporaryDirectory() as folder:
             history = os.path.join(folder, "history")
-            primary, secondary = open_terminal()
-            with subprocess.Popen([*COMMAND, "repl"], stdin=secondary, stdout=secondary, stderr=secondary, close_fds=True,
-                                  env={**os.environ, "QUARN_HISTORY": history, "TERM": "dumb"}) as process:
-                os.close(secondary)
+            with self.session(history) as (process, primary):
                 os.write(primary, b"1 +\n6*7\nquit\n")
                 output = b""
                 try:
@@ -158,7 +169,6 @@ class Terminal(unittest.TestCase):
                 except OSError:
                     pass  # the other end is closed
                 self.assertEqual(process.wait(30), 0)
-            os.close(primary)
             text = output.decode().replace("\r", "")
             self.assertIn("20 digits; help lists what there is, quit ends\n", text)
             self.assertIn("error: a number, a name or a bracket is expected here\n", text)
@@ -166,6 +176,28 @@ class Terminal(unittest.TestCase):
             if os.path.exists(history):
                 with open(history, encoding="utf-8") as file:
                     self.assertIn("6*7", file.read().replace("\\040", " "))
+
+    def test_history_survives_a_session_that_is_killed(self):
+        if not self.has_editing():
+            self.skipTest("built without the editing library")
+        with tempfile.TemporaryDirectory() as folder:
+            history = os.path.join(folder, "history")
+            with self.session(history) as (process, primary):
+                output = b""
+
+                def wait_for(text):
+                    nonlocal output
+                    while text not in output:
+                        output += os.read(primary, 4096)
+                    output = output.split(text, 1)[1]
+
+                wait_for(b"> ")
+                os.write(primary, b"6*7\n")
+                wait_for(b"ans = 42\r\n")
+                process.kill()
+                process.wait(30)
+            with open(history, encoding="utf-8") as file:
+                self.assertIn("6*7", file.read())
 
 
 if __name__ == "__main__":
