@@ -21,8 +21,11 @@ inline Real largest_number() { return QuarnMP_x02alf_(); }
 /// The smallest number whose reciprocal is a number of the model too.
 inline Real safe_range() { return QuarnMP_x02amf_(); }
 
-/// The principal square root.
+/// The principal square root; both parts of it are NaN when either of z is.
 inline Complex sqrt(const Complex& z) {
+  if (isnan(z.re) || isnan(z.im)) {
+    return {z.re + z.im, z.re + z.im};
+  }
   Complex root;
   QuarnMPX_a02aafn_(z.re, z.im, &root.re, &root.im);
   return root;

@@ -17,6 +17,9 @@ TEST_CASE("companions by default, classic entries by name") {
   const Complex half(Real("0.5"), 0);
   CHECK(fabs(tesk2mp::sqrt(half).re - ::sqrt(Real("0.5"))) < Real(1, -49));
   CHECK(fabs(classic::sqrt(half).re - ::sqrt(Real("0.5"))) > Real(1, -20));
+  for (const Complex& z : {Complex(Real("nan"), 0), Complex(0, Real("nan")), Complex(Real("nan"), Real("inf"))}) {
+    CHECK((isnan(sqrt(z).re) && isnan(sqrt(z).im)));
+  }
   CHECK(abs(Complex(3, 4)) == 5);
   CHECK(machine_precision() == Real(1, -50));
   CHECK(smallest_number() * largest_number() == 1);
