@@ -442,6 +442,15 @@ class Sequences(unittest.TestCase):
             self.assertEqual(tesk2mp.machine_precision(), Decimal("1e-50"))
             for classic in (False, True):
                 self.assertTrue(tesk2mp.sqrt(Decimal("NaN"), classic).is_nan())
+            nan = Decimal("NaN")
+            self.assertTrue(tesk2mp.sqrt(tesk2mp.Complex(nan, 1)).imag.is_nan())
+            for k in range(5):  # wherever it stands
+                values = [nan if i == k else Decimal(i) for i in range(5)]
+                self.assertTrue(tesk2mp.norm(values).is_nan())
+                self.assertTrue(tesk2mp.sort(values)[-1].is_nan())
+                self.assertEqual(tesk2mp.sort(values)[:4], [Decimal(i) for i in range(5) if i != k])
+                with self.assertRaises(tesk2mp.InvalidArgument):
+                    tesk2mp.eigenvalues([values] + [[1] * 5] * 4)
         root = tesk2mp.sqrt(tesk2mp.Complex(3, 4))
         self.assertAlmostEqual(complex(root.real, root.imag), cmath.sqrt(3 + 4j))
 
