@@ -30,6 +30,16 @@ void f07adg() {
   //! [f07adg]
 }
 
+void dgetrs() {
+  //! [dgetrs]
+  QuarnFloat a[] = {1, 4, 2, 4}, b[] = {5, 12};  // x + 2 y = 5, 4 x + 4 y = 12
+  Integer ipiv[2], info;
+  QuarnMP_f07adf_(2, 2, a, 2, ipiv, &info);
+  QuarnMPX_dgetrs_("N", 2, 1, a, 2, ipiv, b, 2, &info, 1);
+  std::cout << b[0] << " " << b[1] << "\n";
+  //! [dgetrs]
+}
+
 void f07frf() {
   //! [f07frf]
   Complex a[] = {4, 0, Complex(0, 2), 2};  // rows (4, 2 i) and (-2 i, 2)
@@ -46,6 +56,17 @@ void f08nhf() {
   QuarnMP_f08nhf_("B", 2, a, 2, &ilo, &ihi, scale, &info, 1);
   std::cout << ilo << " " << ihi << "\n";
   //! [f08nhf]
+}
+
+void dgebak() {
+  //! [dgebak]
+  QuarnFloat a[] = {1, 0.0001, 10000, 1}, scale[2];  // balanced: (1, 1; 1, 1) with the eigenvector (1, 1)
+  QuarnFloat v[] = {1, 1};
+  Integer ilo, ihi, info;
+  QuarnMPX_f08nhf_("B", 2, a, 2, &ilo, &ihi, scale, &info, 1);
+  QuarnMPX_dgebak_("B", "R", 2, ilo, ihi, scale, 1, v, 2, &info, 1, 1);
+  std::cout << v[0] / v[1] << "\n";
+  //! [dgebak]
 }
 
 void f08pef() {
@@ -92,8 +113,10 @@ int main() {
   return run_examples({{"f07zaz", f07zaz},
                        {"f07adf", f07adf},
                        {"f07adg", f07adg},
+                       {"dgetrs", dgetrs},
                        {"f07frf", f07frf},
                        {"f08nhf", f08nhf},
+                       {"dgebak", dgebak},
                        {"f08pef", f08pef},
                        {"f08qkf", f08qkf},
                        {"f08qlf", f08qlf},

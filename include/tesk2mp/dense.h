@@ -95,6 +95,33 @@ TESK2MP_API void QuarnMPX_zgetrf_(Integer m, Integer n, Complex* a, Integer lda,
 TESK2MP_API void QuarnMP_f07adg_(Integer m, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* ipiv, Integer* info);
 /// @}
 
+/// @defgroup dgetrs linear systems from an LU factorisation
+///
+/// DGETRS: the solution X of op(A) X = B from the factors of A that DGETRF made; ZGETRS the same over Complex.
+///
+/// @param[in] trans N: op(A) = A; T: its transpose; C: its conjugate transpose
+/// @param[in] n order of A, >= 0
+/// @param[in] nrhs columns of B, >= 0
+/// @param[in] a the factors, n columns of n elements, lda apart; not changed
+/// @param[in] lda step from column to column of A, >= max(1, n)
+/// @param[in] ipiv the n row numbers of the factorisation
+/// @param[in,out] b B, nrhs columns of n elements, ldb apart; out X
+/// @param[in] ldb step from column to column of B, >= max(1, n)
+/// @param[out] info 0, or -k when argument k is illegal
+///
+/// @par Failures
+/// Illegal: trans (-1), n < 0 (-2), nrhs < 0 (-3), lda < max(1, n) (-5), ldb < max(1, n) (-8). A zero on the diagonal
+/// of U is not tested for: the factorisation has reported it.
+///
+/// @par Cost
+/// n^2 multiply-adds for each column of B.
+/// @{
+TESK2MP_API void QuarnMPX_dgetrs_(const char* trans, Integer n, Integer nrhs, QuarnFloat* a, Integer lda, Integer* ipiv,
+                                  QuarnFloat* b, Integer ldb, Integer* info, int trans_length);
+TESK2MP_API void QuarnMPX_zgetrs_(const char* trans, Integer n, Integer nrhs, Complex* a, Integer lda, Integer* ipiv,
+                                  Complex* b, Integer ldb, Integer* info, int trans_length);
+/// @}
+
 /// @defgroup f07frf Cholesky factorisation of a Hermitian matrix
 ///
 /// ZPOTRF: the Cholesky factorisation A = U^H U (uplo U) or A = L L^H (uplo L), A Hermitian positive definite of order
@@ -157,6 +184,32 @@ TESK2MP_API void QuarnMPX_f08nhf_(const char* job, Integer n, QuarnFloat* a, Int
                                   QuarnFloat* scale, Integer* info, int job_length);
 TESK2MP_API void QuarnMPX_dgebal_(const char* job, Integer n, QuarnFloat* a, Integer lda, Integer* ilo, Integer* ihi,
                                   QuarnFloat* scale, Integer* info, int job_length);
+/// @}
+
+/// @defgroup dgebak eigenvectors of a matrix that was balanced
+///
+/// DGEBAK: makes eigenvectors of the original matrix out of those of the balanced one, m of them, in place.
+///
+/// @param[in] job what balancing did: N, P, S or B
+/// @param[in] side R: right eigenvectors; L: left ones
+/// @param[in] n order of the matrix and rows of V, >= 0
+/// @param[in] ilo as balancing returned it
+/// @param[in] ihi as balancing returned it
+/// @param[in] scale n elements, as balancing returned them
+/// @param[in] m columns of V, >= 0
+/// @param[in,out] v V, m columns of n elements, ldv apart
+/// @param[in] ldv step from column to column of V, >= max(1, n)
+/// @param[out] info 0, or -k when argument k is illegal
+///
+/// @par Failures
+/// Illegal: job (-1), side (-2), n < 0 (-3), ilo (-4), ihi (-5), m < 0 (-7), ldv < max(1, n) (-9).
+///
+/// @par Cost
+/// A multiplication for each element.
+/// @{
+TESK2MP_API void QuarnMPX_dgebak_(const char* job, const char* side, Integer n, Integer ilo, Integer ihi,
+                                  QuarnFloat* scale, Integer m, QuarnFloat* v, Integer ldv, Integer* info,
+                                  int job_length, int side_length);
 /// @}
 
 /// @defgroup f08pef eigenvalues and Schur form of a Hessenberg matrix

@@ -143,26 +143,15 @@ class LU {
           "U(" + std::to_string(info_) + ", " + std::to_string(info_) + ") is exactly zero: the matrix is singular",
           {std::int64_t(info_), std::int64_t(info_)});
     }
-    const auto by_l = [&] { trsm(Side::left, Triangle::lower, op, Diagonal::unit, 1, factors_, b); };
-    const auto by_u = [&] { trsm(Side::left, Triangle::upper, op, Diagonal::general, 1, factors_, b); };
-    if (op == Op::none) {
-      for (std::size_t i = 0; i < pivots_.size(); ++i) {
-        interchange_rows(b, i);
-      }
-      by_l();
-      by_u();
-    } else {
-      by_u();
-      by_l();
-      for (std::size_t i = pivots_.size(); i-- > 0;) {
-        interchange_rows(b, i);
-      }
+    const detail::RawMatrix<T> a{factors_.view()};
+    const detail::RawMatrix<T> x{b.view()};
+    std::vector<Integer> rows = pivots_;
+    for (Integer& row : rows) {
+      ++row;
     }
-  }
-  void interchange_rows(Matrix<T>& b, std::size_t i) const {
-    for (std::size_t j = 0; j < b.columns() && std::size_t(pivots_[i]) != i; ++j) {
-      std::swap(b(i, j), b(std::size_t(pivots_[i]), j));
-    }
+    Integer info = 0;
+    detail::pick<T>(QuarnMPX_dgetrs_, QuarnMPX_zgetrs_)(detail::Option(op), a.rows, x.columns, a.data, a.leading,
+                                                        rows.data(), x.data, x.leading, &info, 1);
   }
 
   Matrix<T> factors_;
@@ -171,8 +160,8 @@ class LU {
 };
 
 /// A = L L^H (lower) or U^H U (upper) of a Hermitian positive definite matrix, of which that triangle is read. A real
-/// symmetric matrix takes the same road, with imaginary parts of zero. Throws NumericalFailure when the matrix is not
-/// positive definite.
+/// symmetric matrix is factorised in the same way, with imaginary parts of zero. Throws NumericalFailure when the
+/// matrix is not positive definite.
 template <Scalar T>
 class Cholesky {
  public:

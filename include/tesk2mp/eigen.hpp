@@ -226,26 +226,12 @@ struct PackedVectors {
   Matrix<Real> right;
 };
 
-/// Undoes balancing: rows scaled by factor(scale), then interchanged in the opposite order.
-template <class Factor>
-void unbalance(const Balanced& balanced, const Factor& factor, Matrix<Real>& vectors) {
-  const std::size_t n = vectors.rows();
-  for (std::size_t i = balanced.low; i < balanced.high; ++i) {
-    const VectorView<Real> row = vectors.view().row(i);
-    scale(factor(balanced.scale[i]), row, row);
-  }
-  const auto interchange = [&](std::size_t i) {
-    const auto other = std::size_t(FloatToInt(balanced.scale[i]) - 1);
-    for (std::size_t j = 0; j < n && other != i; ++j) {
-      std::swap(vectors(i, j), vectors(other, j));
-    }
-  };
-  for (std::size_t i = balanced.low; i-- > 0;) {
-    interchange(i);
-  }
-  for (std::size_t i = balanced.high; i < n; ++i) {
-    interchange(i);
-  }
+/// Eigenvectors of the matrix before balancing.
+inline void unbalance(const Balanced& balanced, Side side, Matrix<Real>& vectors) {
+  const RawMatrix<Real> v{vectors.view()};
+  Integer info = 0;
+  QuarnMPX_dgebak_(Option('B'), Option(side), v.rows, Integer(balanced.low) + 1, Integer(balanced.high),
+                   unconst(balanced.scale.data()), v.columns, v.data, v.leading, &info, 1, 1);
 }
 
 /// Complex columns of norm 1 out of packed ones.
@@ -285,10 +271,8 @@ EigenSystem eigen(const A& a) {
   std::vector<Complex> values = detail::hessenberg_qr('S', reduced, balanced.low, balanced.high);
   const Schur schur{std::move(reduced.h), std::move(reduced.q), std::move(values)};
   detail::PackedVectors packed(schur, 'B');
-  detail::unbalance(
-      balanced, [](const Real& s) { return s; }, packed.right);
-  detail::unbalance(
-      balanced, [](const Real& s) { return 1 / s; }, packed.left);
+  detail::unbalance(balanced, Side::right, packed.right);
+  detail::unbalance(balanced, Side::left, packed.left);
   return {schur.values, detail::unpack(schur.values, packed.right), detail::unpack(schur.values, packed.left)};
 }
 

@@ -400,3 +400,55 @@ TEST_CASE("condition numbers of a 2 by 2 triangle are known in closed form") {
     }
   }
 }
+
+TEST_CASE("balancing undone: D^-1 P^T A P D, and vectors with one factor of it each") {
+  const support::Digits digits(30);
+  RandomNumbers random;
+  const Integer n = 6;
+  Matrix<QuarnFloat> a(n, n);
+  a.randomise(random);
+  for (Integer i = 1; i <= n; ++i) {
+    a(i, 2) = i == 2 ? a(i, 2) : QuarnFloat(0);
+    a(5, i) = i == 5 || i == 2 ? a(5, i) : QuarnFloat(0);
+    a(3, i) *= QuarnFloat(1, 9);
+  }
+  Matrix<QuarnFloat> balanced = a;
+  std::vector<QuarnFloat> scale(std::size_t(n), 0);
+  Integer ilo = 0;
+  Integer ihi = 0;
+  Integer info = -99;
+  QuarnMPX_dgebal_("B", n, balanced.data(), balanced.lda(), &ilo, &ihi, scale.data(), &info, 1);
+  CHECK((ilo > 1 || ihi < n));
+  Matrix<QuarnFloat> right = identity(n);
+  Matrix<QuarnFloat> left = identity(n);
+  QuarnMPX_dgebak_("B", "R", n, ilo, ihi, scale.data(), n, right.data(), right.lda(), &info, 1, 1);
+  CHECK(info == 0);
+  QuarnMPX_dgebak_("b", "l", n, ilo, ihi, scale.data(), n, left.data(), left.lda(), &info, 1, 1);
+  CHECK((info == 0 && right.intact() && left.intact()));
+  // Powers of ten round nothing, and each row has one element: left^T A right is the balanced matrix exactly.
+  for (Integer i = 1; i <= n; ++i) {
+    for (Integer j = 1; j <= n; ++j) {
+      QuarnFloat sum;
+      for (Integer k = 1; k <= n; ++k) {
+        for (Integer l = 1; l <= n; ++l) {
+          if (left(k, i) != 0 && right(l, j) != 0) {
+            sum += left(k, i) * a(k, l) * right(l, j);
+          }
+        }
+      }
+      CHECK(sum == balanced(i, j));
+    }
+  }
+  const auto info_of = [&](const char* job, const char* side, Integer order, Integer low, Integer high, Integer m,
+                           Integer ldv) {
+    QuarnMPX_dgebak_(job, side, order, low, high, scale.data(), m, right.data(), ldv, &info, 1, 1);
+    return info;
+  };
+  CHECK(info_of("X", "X", -1, 0, 9, -1, 0) == -1);
+  CHECK(info_of("B", "X", -1, 0, 9, -1, 0) == -2);
+  CHECK(info_of("B", "R", -1, 0, 9, -1, 0) == -3);
+  CHECK(info_of("B", "R", 2, 0, 9, -1, 0) == -4);
+  CHECK(info_of("B", "R", 2, 1, 9, -1, 0) == -5);
+  CHECK(info_of("B", "R", 2, 1, 2, -1, 0) == -7);
+  CHECK(info_of("B", "R", 2, 1, 2, 1, 1) == -9);
+}

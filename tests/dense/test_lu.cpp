@@ -334,6 +334,82 @@ TEST_CASE("row-weighted pivoting stops in the same place and state, blocked or n
   }
 }
 
+TEST_CASE_TEMPLATE("solutions from the factors, for each operation", T, QuarnFloat, Complex) {
+  const auto factorise = [] {
+    if constexpr (std::is_same_v<T, Complex>) {
+      return QuarnMP_zgetrf_;
+    } else {
+      return QuarnMP_dgetrf_;
+    }
+  }();
+  const auto solve = [] {
+    if constexpr (std::is_same_v<T, Complex>) {
+      return QuarnMPX_zgetrs_;
+    } else {
+      return QuarnMPX_dgetrs_;
+    }
+  }();
+  support::RandomNumbers random;
+  for (const int digits : {1, 20, 333}) {
+    const support::Digits scope(digits);
+    for (const Integer n : {0, 1, 7}) {
+      for (const tesk::Op op : {tesk::Op::none, tesk::Op::transpose, tesk::Op::conjugate}) {
+        support::Matrix<T> a(n, n);
+        support::Matrix<T> x(n, 3);
+        a.randomise(random);
+        x.randomise(random);
+        for (Integer i = 1; i <= n; ++i) {
+          a(i, i) = a(i, i) + T(10);
+        }
+        // Interchanges: the rows in the opposite order.
+        support::Matrix<T> given(n, n);
+        support::Matrix<T> b(n, 3);
+        for (Integer j = 1; j <= n; ++j) {
+          for (Integer i = 1; i <= n; ++i) {
+            given(i, j) = a(n + 1 - i, j);
+          }
+        }
+        for (Integer j = 1; j <= 3; ++j) {
+          for (Integer i = 1; i <= n; ++i) {
+            T sum{};
+            for (Integer k = 1; k <= n; ++k) {
+              const T element = op == tesk::Op::none ? given(i, k) : given(k, i);
+              sum = sum + (op == tesk::Op::conjugate ? tesk::conjugate(element) : element) * x(k, j);
+            }
+            b(i, j) = sum;
+          }
+        }
+        std::vector<Integer> ipiv(std::size_t(n + 1), 0);
+        Integer info = -99;
+        factorise(n, n, given.data(), given.lda(), ipiv.data(), &info);
+        solve(op == tesk::Op::none        ? "n"
+              : op == tesk::Op::transpose ? "T"
+                                          : "c",
+              n, 3, given.data(), given.lda(), ipiv.data(), b.data(), b.lda(), &info, 1);
+        REQUIRE(info == 0);
+        for (Integer j = 1; j <= 3; ++j) {
+          for (Integer i = 1; i <= n; ++i) {
+            CHECK(tesk::modulus(b(i, j) - x(i, j)) <= QuarnFloat(1, 2 - digits));
+          }
+        }
+        CHECK(b.intact());
+      }
+    }
+  }
+  T one[1] = {T(1)};
+  Integer row[1] = {1};
+  const auto info_of = [&](const char* trans, Integer n, Integer nrhs, Integer lda, Integer ldb) {
+    Integer info = -99;
+    solve(trans, n, nrhs, one, lda, row, one, ldb, &info, 1);
+    return info;
+  };
+  CHECK(info_of("X", -1, -1, 0, 0) == -1);
+  CHECK(info_of("N", -1, -1, 0, 0) == -2);
+  CHECK(info_of("N", 1, -1, 0, 0) == -3);
+  CHECK(info_of("N", 1, 1, 0, 0) == -5);
+  CHECK(info_of("N", 1, 1, 1, 0) == -8);
+}
+
 TEST_CASE("the threshold of row-weighted pivoting is 8 eps") {
   support::Digits digits(30);
   // Rows (1/2, 1/2) and (1/2, 1/2 + d): the last product is d sqrt(2) to first order.

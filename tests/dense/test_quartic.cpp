@@ -97,7 +97,9 @@ TEST_CASE("zeros of every kind lie within their estimates, and multiple ones hav
   const std::pair<int, Entry*> runs[] = {{16, QuarnMP_c02alf_},  {50, QuarnMP_c02alf_},  {200, QuarnMP_c02alf_},
                                          {16, QuarnMPX_c02alf_}, {50, QuarnMPX_c02alf_}, {200, QuarnMPX_c02alf_},
                                          {600, QuarnMPX_c02alf_}};
-  for (const auto& [digits, entry] : runs) {
+  for (const std::pair<int, Entry*>& run : runs) {
+    const int digits = run.first;
+    Entry* const entry = run.second;
     const bool full = entry == QuarnMPX_c02alf_;
     const support::Digits scope(digits);
     const Row rows[] = {

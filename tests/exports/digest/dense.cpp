@@ -27,6 +27,38 @@ void lu(Suite& suite, E... entries) {
   });
 }
 
+template <class T, class E>
+void solutions(Suite& suite, E entry) {
+  suite.cases(3, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer lda = at_least_one(n);
+    const auto a = c.numbers<T>(std::int64_t(lda) * lda);
+    const auto b = c.numbers<T>(std::int64_t(2) * lda);
+    std::vector<Integer> rows(std::size_t(lda), 1);
+    for (Integer i = 0; i < n; ++i) {
+      rows[std::size_t(i)] = i + 1 + c.below(n - i);
+    }
+    for (const char* trans : {"N", "t", "C", "X"}) {
+      suite.run(entry, trans, n, Integer(2), a, lda, rows, b, lda, Integer(-99), 1);
+    }
+  });
+}
+
+void unbalanced_vectors(Suite& suite) {
+  const auto entry = ENTRY(QuarnMPX_dgebak_);
+  suite.cases(3, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    const std::vector<QuarnFloat> scale(std::size_t(ld), QuarnFloat(1));
+    const auto v = c.numbers<QuarnFloat>(std::int64_t(2) * ld);
+    for (const char* job : {"N", "p", "S", "b", "X"}) {
+      for (const char* side : {"R", "l"}) {
+        suite.run(entry, job, side, n, Integer(1), n, scale, Integer(2), v, ld, Integer(-99), 1, 1);
+      }
+    }
+  });
+}
+
 void weighted_lu(Suite& suite) {
   const auto entry = ENTRY(QuarnMP_f07adg_);
   suite.cases(3, [&](Case& c) {
@@ -287,6 +319,8 @@ void dense(Suite& suite) {
   lu<Complex>(suite, ENTRY(QuarnMP_f07arf_), ENTRY(QuarnMP_zgetrf_), MASTER(QuarnMP_f07arf_ENTRY));
   lu<QuarnFloat>(suite, ENTRY(QuarnMPX_f07adf_), ENTRY(QuarnMPX_dgetrf_));
   lu<Complex>(suite, ENTRY(QuarnMPX_f07arf_), ENTRY(QuarnMPX_zgetrf_));
+  solutions<QuarnFloat>(suite, ENTRY(QuarnMPX_dgetrs_));
+  solutions<Complex>(suite, ENTRY(QuarnMPX_zgetrs_));
   weighted_lu(suite);
   cholesky(suite, ENTRY(QuarnMP_f07frf_), ENTRY(QuarnMP_zpotrf_), MASTER(QuarnMP_f07frf_ENTRY), ENTRY(QuarnMP_f07frz_),
            ENTRY(QuarnMP_zpotf2_));
@@ -299,6 +333,7 @@ void eigenvalues(Suite& suite) {
   balancing(suite, ENTRY(QuarnMP_f08nhf_), ENTRY(QuarnMPX_f08nhf_), ENTRY(QuarnMPX_dgebal_));
   hessenberg_qr(suite, qr, ENTRY(QuarnMP_dhseqr_), MASTER(QuarnMP_f08pef_ENTRY), ENTRY(QuarnMPX_f08pef_),
                 ENTRY(QuarnMPX_dhseqr_));
+  unbalanced_vectors(suite);
   double_shift_qr(suite, ENTRY(QuarnMP_f08pez_), ENTRY(QuarnMP_dlahqr_));
   eigenvectors(suite, qr, vectors, ENTRY(QuarnMP_dtrevc_), ENTRY(QuarnMPX_f08qkf_), ENTRY(QuarnMPX_dtrevc_));
   conditions(suite, qr, vectors, ENTRY(QuarnMP_f08qlf_), ENTRY(QuarnMP_dtrsna_), ENTRY(QuarnMPX_f08qlf_),
