@@ -124,8 +124,9 @@ TESK2MP_API void QuarnMP_f11bdfn_(const char* method, const char* precon, const 
 ///   IFAIL 5   99995 ended after this iteration, not converged
 ///   IFAIL 6   99994 the same, after the true residual has had to replace that of the recurrence
 ///   IFAIL 7   99993 breakdown: a divisor of the method has vanished to working precision, and again after new starts
-///             that have not halved the residual (one of RGMRES, four with other shadow vectors of the others); a number has left the range of QuarnFloat (or what the caller brought
-///             was not finite); a cycle of RGMRES has gained nothing
+///             that have not halved the residual (one of RGMRES, four with other shadow vectors of the others); a
+///             number has left the range of QuarnFloat (or what the caller brought was not finite); a cycle of RGMRES
+///             has gained nothing
 ///   IFAIL 8   99992 not converged after MAXITN iterations
 ///   IFAIL 9   99991 the true residual has replaced that of the recurrence, and has then not been halved: TOL asks for
 ///             more than the working precision has

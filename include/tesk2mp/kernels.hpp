@@ -198,8 +198,9 @@ void gemm(Op op_a, Op op_b, const Element<A>& alpha, const A& a, const B& b, con
   detail::require(inner == k, routine, 9, "op(B) has ", inner, " rows, op(A) has ", k, " columns");
   detail::require_shape(routine, 12, rc, m, n);
   detail::call_kernel([&] {
-    detail::pick<T>(QuarnMPX_dgemm_, QuarnMPX_zgemm_)(detail::Option(op_a), detail::Option(op_b), m, n, k, alpha, ra.data,
-                                                    ra.leading, rb.data, rb.leading, beta, rc.data, rc.leading, 1, 1);
+    detail::pick<T>(QuarnMPX_dgemm_, QuarnMPX_zgemm_)(detail::Option(op_a), detail::Option(op_b), m, n, k, alpha,
+                                                      ra.data, ra.leading, rb.data, rb.leading, beta, rc.data,
+                                                      rc.leading, 1, 1);
   });
 }
 

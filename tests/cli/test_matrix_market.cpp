@@ -145,8 +145,8 @@ TEST_CASE("the array format goes column by column, of symmetric matrices from th
   };
   for (const auto& each : cases) {
     CAPTURE(each.kind);
-    const DenseMatrix matrix = cli::parse_dense_matrix(
-        std::string("%%MatrixMarket matrix array ") + each.kind + "\n2 2\n" + each.values, "F");
+    const DenseMatrix matrix =
+        cli::parse_dense_matrix(std::string("%%MatrixMarket matrix array ") + each.kind + "\n2 2\n" + each.values, "F");
     std::string text;
     for (const Complex& value : cli::elements_of<Complex>(matrix)) {
       text += (text.empty() ? "" : " ") + cli::complex_text(value);

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "src/util/list_sort.h"
 #include "src/util/entries.h"
+#include "src/util/list_sort.h"
 #include "support/outcome.h"
 #include "support/random.h"
 
