@@ -45,6 +45,20 @@ eigenvalue i by about e / value[i] and turns its right eigenvector by about e / 
 [Decimal('1'), Decimal('1')]
 )");
   module.def(
+      "eigenvalue_conditions",
+      [](py::handle a) {
+        const tesk2mp::EigenConditions conditions = tesk2mp::eigenvalue_conditions(to_matrix<Real>(a));
+        return py::make_tuple(from(conditions.values, a), from(conditions.value, a));
+      },
+      py::arg("a"), R"(eigenvalue_conditions(a)
+
+The first two results of eigen_conditions, (values, value), without the work for the eigenvectors.
+
+>>> values, value = eigenvalue_conditions([[2, 0], [0, 3]])
+>>> value
+[Decimal('1'), Decimal('1')]
+)");
+  module.def(
       "schur",
       [](py::handle a) {
         const tesk2mp::Schur form = tesk2mp::schur(to_matrix<Real>(a));

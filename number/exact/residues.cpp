@@ -117,7 +117,8 @@ void Product::by_residues() {
     right_digits = line.exactly ? right_digits : std::max(right_digits, int(line.digits()));
   }
   const int digits = left_digits + right_digits;
-  const int carries = inner_ < 400'000 ? 1 : inner_ < 400'000'000'000 ? 2 : 4;
+  const std::uint64_t terms = inner_;
+  const int carries = terms < 400'000 ? 1 : terms < 400'000'000'000 ? 2 : 4;
   const auto group = std::size_t(kernel_->group);
   const auto panel = std::size_t(kernel_->panel);
   Operands work{SharedTables(primes_for(inner_, digits)), left_digits, right_digits, digits + carries,

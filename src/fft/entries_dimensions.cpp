@@ -126,7 +126,6 @@ void transform_all_dimensions(const Call& call, const Dimensions& dimensions, Co
 namespace {
 
 /// The query flag of an ordinary transform.
-constexpr Integer kTransform = 0;
 
 bool is_query(Integer flag) { return flag == 1; }
 

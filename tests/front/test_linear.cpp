@@ -24,14 +24,14 @@ TEST_CASE("results are those of the exports, digit for digit") {
 
   Matrix<Real> c = samples.matrix<Real>(5, 3);
   Matrix<Real> expected_c = c;
-  QuarnMP_dgemm_("N", "N", 5, 3, 4, alpha, a.data(), 5, b.data(), 4, beta, expected_c.data(), 5, 1, 1);
+  QuarnMPX_dgemm_("N", "N", 5, 3, 4, alpha, a.data(), 5, b.data(), 4, beta, expected_c.data(), 5, 1, 1);
   gemm(Op::none, Op::none, alpha, a, b, beta, c);
   CHECK(c == expected_c);
 
   Matrix<Real> factors = a;
   std::vector<Integer> pivots(4);
   Integer info = 0;
-  QuarnMP_dgetrf_(5, 4, factors.data(), 5, pivots.data(), &info);
+  QuarnMPX_dgetrf_(5, 4, factors.data(), 5, pivots.data(), &info);
   const LU lu(a);
   CHECK(lu.factors() == factors);
   for (std::size_t i = 0; i < 4; ++i) {

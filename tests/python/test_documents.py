@@ -21,6 +21,7 @@ COUNTERPARTS = {
     "ger": "outer",
     "gerc": "outer",
     "herk": "hermitian_product",
+    "iterate": "solve_iteratively",
     "norm2": "norm",
     "quotient": "Complex",
     "safe_range": "smallest_number",
@@ -34,7 +35,7 @@ COUNTERPARTS = {
 
 
 class Documents(unittest.TestCase):
-    def test_front_door(self):
+    def test_cpp_interface(self):
         names = set()
         for header in sorted((TOP / "include/tesk2mp").glob("*.hpp")):
             text = re.sub(r"namespace (\w+) \{(?:(?!\nnamespace).)*?\}  // namespace \1", "", header.read_text(), flags=re.S)
