@@ -62,7 +62,7 @@ Solution refined_solution(const Equations<T>& equations) {
 Solution solve_directly(const LinearSystem& system) {
   Solution solution = std::visit([](const auto& equations) { return refined_solution(equations); }, system.equations);
   solution.method = "direct";
-  solution.routine = system.complex() ? "QuarnMP_f07arf_" : "QuarnMP_f07adf_";
+  solution.routine = system.complex() ? "QuarnMPX_f07arf_" : "QuarnMPX_f07adf_";
   return solution;
 }
 

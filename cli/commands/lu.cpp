@@ -59,8 +59,8 @@ std::size_t interchanges(const std::vector<Integer>& pivots) {
 template <class T>
 Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2mp::LU<T>& lu) {
   const std::string routine = options.weighted  ? "QuarnMP_f07adg_"
-                              : given.complex() ? "QuarnMP_f07arf_"
-                                                : "QuarnMP_f07adf_";
+                              : given.complex() ? "QuarnMPX_f07arf_"
+                                                : "QuarnMPX_f07adf_";
   Result result;
   result.notes = {"A = P L U of the " + description(given), digits_text() + ", by " + routine};
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};

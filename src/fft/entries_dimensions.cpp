@@ -125,8 +125,6 @@ void transform_all_dimensions(const Call& call, const Dimensions& dimensions, Co
 
 namespace {
 
-/// The query flag of an ordinary transform.
-
 bool is_query(Integer flag) { return flag == 1; }
 
 }  // namespace
