@@ -5,6 +5,7 @@
 
 #include "number/fixed/plan.h"
 #include "number/limbs/scratch.h"
+#include "number/scalar/thread_state.h"
 
 namespace {
 
@@ -14,11 +15,6 @@ using quarn::block::is_supported;
 /// The plans that were used last, the latest first.
 class PlanCache {
  public:
-  static PlanCache& instance() {
-    static PlanCache& cache = *new PlanCache;
-    return cache;
-  }
-
   /// Makes the plan unless it is here. n and digits are supported.
   template <class Plan>
   const Plan& plan(Integer n, int digits);
@@ -76,7 +72,7 @@ bool QuarnTransformRows(bool backward, Complex* x, Integer n, std::ptrdiff_t str
   if (!is_supported(n, QuarnDigits())) {
     return false;
   }
-  const auto& plan = PlanCache::instance().plan<QuarnTransform::Plan>(n, QuarnDigits());
+  const auto& plan = quarn::own_cache<PlanCache>(quarn::Cache::transform_plans).plan<QuarnTransform::Plan>(n, QuarnDigits());
   for (Integer i = 0; i < count; ++i) {
     plan.run(backward, x + i * distance, stride);
   }

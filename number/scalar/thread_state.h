@@ -18,7 +18,7 @@ struct FreeBlock {
 };
 
 /// Objects that are made when a thread first asks for them.
-enum class Cache { scratch, constants, powers, tables, last_angle, count };
+enum class Cache { scratch, constants, powers, tables, last_angle, transform_plans, count };
 
 struct ThreadState {
   static constexpr std::size_t kSizeClasses = 96;
