@@ -72,7 +72,8 @@ bool QuarnTransformRows(bool backward, Complex* x, Integer n, std::ptrdiff_t str
   if (!is_supported(n, QuarnDigits())) {
     return false;
   }
-  const auto& plan = quarn::own_cache<PlanCache>(quarn::Cache::transform_plans).plan<QuarnTransform::Plan>(n, QuarnDigits());
+  const auto& plan =
+      quarn::own_cache<PlanCache>(quarn::Cache::transform_plans).plan<QuarnTransform::Plan>(n, QuarnDigits());
   for (Integer i = 0; i < count; ++i) {
     plan.run(backward, x + i * distance, stride);
   }
