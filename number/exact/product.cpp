@@ -13,7 +13,8 @@ bool is_unit(const QuarnFloat& x) { return x == 1 || x == -1; }
 
 /// Nanoseconds of a term of a total, operands as long as the working precision.
 double cost_of_term(int digits) {
-  const double n = digits / Radix::digits + 1;
+  const int limbs = digits / Radix::digits + 1;
+  const double n = limbs;
   if constexpr (Radix::digits == 18) {
     return n <= 7 ? 10 + 1.4 * n * (n + 1) : 60 + 8 * n + 0.65 * n * n;
   }
@@ -110,7 +111,8 @@ double Product::cost_by_residues(const Kernel& kernel, std::int64_t left, std::i
     return 1e300;
   }
   const auto padded = [](std::size_t n, int step) {
-    return double((n + std::size_t(step) - 1) / std::size_t(step) * std::size_t(step));
+    const std::size_t steps = (n + std::size_t(step) - 1) / std::size_t(step);
+    return double(steps * std::size_t(step));
   };
   const double m = padded(rows_, kernel.group);
   const double n = padded(columns_, kernel.panel);

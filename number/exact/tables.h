@@ -25,7 +25,7 @@ class SharedTables {
 
  private:
   struct Owned;
-  static std::unique_ptr<const Owned> make(int primes);
+  static std::unique_ptr<const Owned> make(int count);
 
   const Tables* tables_;
   std::unique_ptr<const Owned> own_;  // tables too large to be kept

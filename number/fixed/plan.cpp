@@ -267,7 +267,7 @@ void QuarnTransform::Plan::run(bool backward, Complex* x, std::ptrdiff_t stride,
     return;
   }
   const int words = places * kPerPlace<Limb>;
-  const std::size_t element = std::size_t(2 * words);
+  const std::size_t element = 2 * std::size_t(words);
   quarn::Scratch<Limb> y(std::size_t(n) * element);
   const int drop = format.headroom + 1 - data.doublings;
   const auto read = [&](Limb* out, const QuarnFloat& part, bool negated) {

@@ -54,7 +54,7 @@ class Chirp {
 }  // namespace quarn::block
 
 struct QuarnTransform::Plan {
-  Plan(Integer n, int digits, const quarn::block::Format& format);
+  Plan(Integer length, int digit_count, const quarn::block::Format& shape);
 
   void run(bool backward, Complex* x, std::ptrdiff_t stride) const;
 
