@@ -24,9 +24,10 @@ void require_hermitian(const tesk2mp::Matrix<T>& a, const std::string& source) {
   for (std::size_t j = 0; j < a.columns(); ++j) {
     for (std::size_t i = j; i < a.rows(); ++i) {
       if (!mirrored(a(i, j), a(j, i))) {
-        const std::string place = std::to_string(i + 1) + ", " + std::to_string(j + 1);
-        throw bad_input(source + ": not " + (std::is_same_v<T, Complex> ? "Hermitian" : "symmetric") + ": element (" +
-                        place + ") differs from its mirror image");
+        std::string refusal = source + ": not ";
+        refusal += std::is_same_v<T, Complex> ? "Hermitian" : "symmetric";
+        refusal += ": element (" + std::to_string(i + 1) + ", " + std::to_string(j + 1);
+        throw bad_input(refusal += ") differs from its mirror image");
       }
     }
   }

@@ -107,7 +107,7 @@ SparseMatrix sparse(const DenseMatrix& matrix) {
       [&](const auto& a) {
         for (std::size_t i = 0; i < a.rows(); ++i) {
           for (std::size_t j = 0; j < a.columns(); ++j) {
-            if (const Complex value(a(i, j)); value != Complex(0)) {
+            if (const Complex& value = a(i, j); value != Complex(0)) {
               result.row.push_back(Integer(i) + 1);
               result.column.push_back(Integer(j) + 1);
               result.values.push_back(value);

@@ -12,10 +12,11 @@ template <class T>
 class VectorView {
  public:
   VectorView(T* first, std::ptrdiff_t stride) noexcept : first_(first), stride_(stride) {}
-  /// The vector of a kernel's arguments: a negative increment starts at the far end.
+  /// The vector of a kernel's arguments: a negative increment starts at the far end. Null stays null: a call that has
+  /// nothing to do may pass it.
   static VectorView of(T* x, Integer n, Integer inc) noexcept {
     const std::ptrdiff_t stride = inc;
-    return {stride < 0 && n > 1 ? x - (std::ptrdiff_t(n) - 1) * stride : x, stride};
+    return {stride < 0 && n > 1 && x != nullptr ? x - (std::ptrdiff_t(n) - 1) * stride : x, stride};
   }
 
   T& operator()(Integer i) const noexcept { return first_[(std::ptrdiff_t(i) - 1) * stride_]; }

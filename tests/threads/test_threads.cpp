@@ -11,7 +11,13 @@
 
 namespace {
 
-#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+#if defined(__has_feature)
+#define HAS_FEATURE(name) __has_feature(name)
+#else
+#define HAS_FEATURE(name) 0
+#endif
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__) || HAS_FEATURE(thread_sanitizer) || \
+    HAS_FEATURE(address_sanitizer)
 constexpr bool kWatched = true;
 #else
 constexpr bool kWatched = false;
