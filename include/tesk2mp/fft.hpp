@@ -53,8 +53,6 @@ inline std::vector<Complex> spectrum(std::span<const Real> x) {
   return expand_hermitian(half);
 }
 
-enum class Direction : char { forward = 'F', backward = 'B' };
-
 /// The extents of an array of several dimensions, whose first index varies fastest.
 using Shape = std::vector<std::size_t>;
 

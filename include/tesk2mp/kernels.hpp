@@ -9,14 +9,11 @@
 #include <string>
 #include <vector>
 
+#include "tesk2mp/options.hpp"
 #include "tesk2mp/views.hpp"
 
 namespace tesk2mp {
 
-enum class Op : char { none = 'N', transpose = 'T', conjugate_transpose = 'C' };
-enum class Side : char { left = 'L', right = 'R' };
-enum class Triangle : char { upper = 'U', lower = 'L' };
-enum class Diagonal : char { general = 'N', unit = 'U' };
 enum class Norm : char { largest = 'M', one = 'O', infinity = 'I', frobenius = 'F' };
 
 namespace detail {

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "tesk2mp/error.hpp"
+#include "tesk2mp/one_based.hpp"
 
 namespace tesk2mp {
 namespace detail {
@@ -123,6 +124,16 @@ class MatrixView {
   std::size_t columns_;
   std::size_t leading_;
 };
+
+/// The same elements counted from 1.
+template <class T>
+OneBasedVector<T> one_based(const VectorView<T>& x) {
+  return {x.data(), x.stride()};
+}
+template <class T>
+OneBasedMatrix<T> one_based(const MatrixView<T>& a) {
+  return {a.data(), 1, std::ptrdiff_t(a.leading())};
+}
 
 /// A matrix that owns its elements, by columns, without gaps.
 ///

@@ -7,7 +7,6 @@
 #include "src/frame/constants.h"
 #include "src/kernels/level1.h"
 #include "tesk2mp/dense.h"
-#include "tesk2mp/frame.h"
 
 namespace tesk {
 namespace {
@@ -15,14 +14,14 @@ namespace {
 class Balancing {
  public:
   /// Full accuracy: by powers of 10, which round nothing, and as far as exponents reach.
-  Balancing(Accuracy accuracy, Integer n, MatrixView<QuarnFloat> a, QuarnFloat* scale)
+  Balancing(Accuracy accuracy, Integer n, OneBasedMatrix<QuarnFloat> a, QuarnFloat* scale)
       : radix_(accuracy == Accuracy::full ? 10 : 8),
         n_(n),
         a_(a),
         scale_(scale, 1),
         low_(1),
         high_(n),
-        smallest_((accuracy == Accuracy::full ? QuarnFloat(1, -kLastExponent) : QuarnMP_x02amf_()) / QuarnMP_x02ajf_()),
+        smallest_((accuracy == Accuracy::full ? QuarnFloat(1, -kLastExponent) : smallest_number()) / epsilon()),
         leap_limit_(accuracy == Accuracy::full ? QuarnFloat(1, kLeapExponent) : QuarnFloat("inf")) {}
 
   /// Moves rows with zeros beside the diagonal to the bottom and such columns to the left.
@@ -74,7 +73,7 @@ class Balancing {
     return false;
   }
 
-  bool all_zero_but(Integer j, VectorView<QuarnFloat> x, Integer first) const {
+  bool all_zero_but(Integer j, OneBasedVector<QuarnFloat> x, Integer first) const {
     for (Integer i = first; i <= high_; ++i) {
       if (i != j && x(i) != 0) {
         return false;
@@ -162,8 +161,8 @@ class Balancing {
 
   int radix_;
   Integer n_;
-  MatrixView<QuarnFloat> a_;
-  VectorView<QuarnFloat> scale_;
+  OneBasedMatrix<QuarnFloat> a_;
+  OneBasedVector<QuarnFloat> scale_;
   Integer low_;
   Integer high_;
   QuarnFloat smallest_;
@@ -181,7 +180,7 @@ void checked_balancing(Accuracy accuracy, const char* job, Integer n, QuarnFloat
   if (*info != 0) {
     return;
   }
-  const MatrixView<QuarnFloat> view(a, lda);
+  const OneBasedMatrix<QuarnFloat> view(a, lda);
   const Integer exponent = accuracy == Accuracy::full ? far_exponent(n, n, view) : 0;
   multiply_by_power(n, n, view, -exponent);
   Balancing balancing(accuracy, n, view, scale);

@@ -22,7 +22,7 @@ extern "C" void QuarnMPX_dgebak_(const char* job, const char* side, Integer n, I
   if (*info != 0 || n == 0 || m == 0) {
     return;
   }
-  const MatrixView<QuarnFloat> vectors(v, ldv);
+  const OneBasedMatrix<QuarnFloat> vectors(v, ldv);
   for (Integer i = ilo; scales && i <= ihi; ++i) {
     // Left eigenvectors are those of the transpose.
     tesk::scale(m, side_of(side) == Side::right ? scale[i - 1] : 1 / scale[i - 1], vectors.row(i));

@@ -13,25 +13,25 @@ namespace {
 /// a(j, k) := a(j, k) - sum of conj(a(i, j)) a(i, k), i < j, for k > j. As published, the stored columns are walked
 /// along: dot products for the upper triangle, multiples of whole columns for the lower one, where `a` is a transposed
 /// view.
-void update_row(Triangle stored, Integer n, Integer j, MatrixView<Complex> a) {
+void update_row(Triangle stored, Integer n, Integer j, OneBasedMatrix<Complex> a) {
   if (stored == Triangle::lower) {
     for (Integer i = 1; i < j; ++i) {
       for (Integer k = j + 1; k <= n; ++k) {
-        subtract_product(a(j, k), Op::conjugate, a(i, j), a(i, k));
+        subtract_product(a(j, k), Op::conjugate_transpose, a(i, j), a(i, k));
       }
     }
     return;
   }
   for (Integer k = j + 1; k <= n; ++k) {
-    const Complex product = dot(j - 1, a.column(j), a.column(k), Op::conjugate);
+    const Complex product = dot(j - 1, a.column(j), a.column(k), Op::conjugate_transpose);
     a(j, k).re -= product.re;
     a(j, k).im -= product.im;
   }
 }
 
-Integer factorise_unblocked(Triangle stored, Integer n, MatrixView<Complex> a) {
+Integer factorise_unblocked(Triangle stored, Integer n, OneBasedMatrix<Complex> a) {
   for (Integer j = 1; j <= n; ++j) {
-    const VectorView<Complex> column = a.column(j);
+    const OneBasedVector<Complex> column = a.column(j);
     QuarnFloat squares;
     for (Integer i = 1; i < j; ++i) {
       squares += column(i).re * column(i).re + column(i).im * column(i).im;
@@ -51,21 +51,21 @@ Integer factorise_unblocked(Triangle stored, Integer n, MatrixView<Complex> a) {
   return 0;
 }
 
-Integer factorise(Integer nb, Triangle stored, Integer n, MatrixView<Complex> a) {
+Integer factorise(Integer nb, Triangle stored, Integer n, OneBasedMatrix<Complex> a) {
   if (nb <= 1) {
     return factorise_unblocked(stored, n, a);
   }
   for (Integer j = 1; j <= n; j += std::min(nb, n - j + 1)) {
     const Integer jb = std::min(nb, n - j + 1);
     const Integer next = j + jb;
-    update_hermitian(Triangle::upper, Op::conjugate, jb, j - 1, QuarnFloat(-1.0), a.from(1, j), QuarnFloat(1.0),
-                     a.from(j, j));
+    update_hermitian(Triangle::upper, Op::conjugate_transpose, jb, j - 1, QuarnFloat(-1.0), a.from(1, j),
+                     QuarnFloat(1.0), a.from(j, j));
     if (const Integer info = factorise_unblocked(stored, jb, a.from(j, j)); info != 0) {
       return info + j - 1;
     }
-    multiply_matrices(Op::conjugate, Op::none, jb, n - next + 1, j - 1, Complex(-1.0), a.from(1, j), a.from(1, next),
-                      Complex(1.0), a.from(j, next));
-    solve_triangular_matrix(Side::left, Triangle::upper, Op::conjugate, Diagonal::general, jb, n - next + 1,
+    multiply_matrices(Op::conjugate_transpose, Op::none, jb, n - next + 1, j - 1, Complex(-1.0), a.from(1, j),
+                      a.from(1, next), Complex(1.0), a.from(j, next));
+    solve_triangular_matrix(Side::left, Triangle::upper, Op::conjugate_transpose, Diagonal::general, jb, n - next + 1,
                             Complex(1.0), a.from(j, j), a.from(j, next));
   }
   return 0;
@@ -76,7 +76,7 @@ Integer checked_cholesky(Integer nb, const char* uplo, Integer n, Complex* a, In
   if (wrong != 0) {
     return -wrong;
   }
-  const MatrixView<Complex> view(a, lda);
+  const OneBasedMatrix<Complex> view(a, lda);
   const Triangle stored = triangle_of(uplo);
   return factorise(nb, stored, n, stored == Triangle::upper ? view : view.transposed());
 }

@@ -48,7 +48,7 @@ void ClusterShifts::start_block(Integer high) {
 
 /// The mean of m eigenvalues is their sum over m. For m / 2 times a + ib and a - ib, the sum of the squares, which is
 /// the trace of the squared block, is m (a^2 - b^2).
-void ClusterShifts::measure(MatrixView<QuarnFloat> h, Integer low, Integer high) {
+void ClusterShifts::measure(OneBasedMatrix<QuarnFloat> h, Integer low, Integer high) {
   means_.clear();
   QuarnFloat sum;
   QuarnFloat squares;
@@ -106,7 +106,7 @@ bool ClusterShifts::find(const Point& limit) {
 }
 
 /// How far rounding moves the eigenvalues of the cluster: the k-th root of a unit of the block's largest element.
-QuarnFloat ClusterShifts::radius(MatrixView<QuarnFloat> h, Integer high) const {
+QuarnFloat ClusterShifts::radius(OneBasedMatrix<QuarnFloat> h, Integer high) const {
   QuarnFloat largest;
   for (Integer j = high - size_ + 1; j <= high; ++j) {
     for (Integer i = high - size_ + 1; i <= j; ++i) {
@@ -127,7 +127,7 @@ ClusterShifts::Point ClusterShifts::beside_mean(const QuarnFloat& radius) const 
   return sweeps_ % 2 == 0 ? Point{mean_.re + step, mean_.im} : Point{mean_.re, mean_.im + step};
 }
 
-Shifts ClusterShifts::improve(MatrixView<QuarnFloat> h, Integer low, Integer high, const Shifts& usual) {
+Shifts ClusterShifts::improve(OneBasedMatrix<QuarnFloat> h, Integer low, Integer high, const Shifts& usual) {
   if (high != high_) {
     start_block(high);
   }

@@ -24,7 +24,7 @@ struct Shifts {
 class ClusterShifts {
  public:
   /// Shifts for the next sweep on the active block low ... high, for which `usual` would be taken.
-  Shifts improve(MatrixView<QuarnFloat> h, Integer low, Integer high, const Shifts& usual);
+  Shifts improve(OneBasedMatrix<QuarnFloat> h, Integer low, Integer high, const Shifts& usual);
   /// Whether a cluster is being worked on, so that exceptional shifts would only disturb.
   bool found() const { return size_ > 0; }
 
@@ -46,11 +46,11 @@ class ClusterShifts {
 
   void start_block(Integer high);
   void forget();
-  void measure(MatrixView<QuarnFloat> h, Integer low, Integer high);
+  void measure(OneBasedMatrix<QuarnFloat> h, Integer low, Integer high);
   const Point& mean(const std::vector<Means>& means, Integer size, bool pair) const;
   bool settled() const;
   bool find(const Point& limit);
-  QuarnFloat radius(MatrixView<QuarnFloat> h, Integer high) const;
+  QuarnFloat radius(OneBasedMatrix<QuarnFloat> h, Integer high) const;
   Point beside_mean(const QuarnFloat& radius) const;
 
   Integer high_ = 0;

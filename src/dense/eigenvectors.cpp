@@ -14,7 +14,7 @@ namespace tesk {
 namespace {
 
 /// The blocks of which an eigenvalue is selected; both rows of a pair count.
-std::vector<BlockEigenvalue> selected_blocks(Integer n, MatrixView<QuarnFloat> t, const Integer* select) {
+std::vector<BlockEigenvalue> selected_blocks(Integer n, OneBasedMatrix<QuarnFloat> t, const Integer* select) {
   std::vector<BlockEigenvalue> blocks = block_eigenvalues(n, t);
   if (select != nullptr) {
     std::erase_if(blocks, [&](const BlockEigenvalue& block) {
@@ -33,15 +33,15 @@ Integer columns_of(const std::vector<BlockEigenvalue>& blocks) {
 }
 
 /// The divisor that stands in for one too small.
-QuarnFloat smallest_divisor(Integer n, MatrixView<QuarnFloat> t, const BlockEigenvalue& eigenvalue) {
-  const QuarnFloat ulp = QuarnMP_x02ajf_() * QuarnMP_x02bhf_();
+QuarnFloat smallest_divisor(Integer n, OneBasedMatrix<QuarnFloat> t, const BlockEigenvalue& eigenvalue) {
+  const QuarnFloat ulp = epsilon() * kBase;
   return std::max(ulp * (fabs(eigenvalue.re) + fabs(eigenvalue.im)),
-                  QuarnMP_x02amf_() * (QuarnFloat(n) / ulp) * std::max(QuarnFloat(1), fabs(t(1, 1))));
+                  smallest_number() * (QuarnFloat(n) / ulp) * std::max(QuarnFloat(1), fabs(t(1, 1))));
 }
 
 /// Stores x, or V x, scaled to largest element 1, into column `column` (a pair: real and imaginary parts into two).
 void store(Integer n, const std::vector<Complex>& x, bool pair, bool transforms, Integer column, Integer first,
-           Integer last, MatrixView<QuarnFloat> v) {
+           Integer last, OneBasedMatrix<QuarnFloat> v) {
   std::vector<Complex> result = x;
   if (transforms) {
     for (Integer i = 1; i <= n; ++i) {
@@ -53,7 +53,7 @@ void store(Integer n, const std::vector<Complex>& x, bool pair, bool transforms,
       result[std::size_t(i - 1)] = sum;
     }
   }
-  const VectorView<Complex> view(result.data(), 1);
+  const OneBasedVector<Complex> view(result.data(), 1);
   const QuarnFloat factor = 1 / magnitude(view(index_of_largest(n, view)));
   for (Integer i = 1; i <= n; ++i) {
     v(i, column) = view(i).re * factor;
@@ -64,7 +64,7 @@ void store(Integer n, const std::vector<Complex>& x, bool pair, bool transforms,
 }
 
 /// Column `column` of V as a complex vector.
-std::vector<Complex> stored_vector(Integer n, MatrixView<QuarnFloat> v, Integer column, bool pair) {
+std::vector<Complex> stored_vector(Integer n, OneBasedMatrix<QuarnFloat> v, Integer column, bool pair) {
   std::vector<Complex> x;
   for (Integer i = 1; i <= n; ++i) {
     x.emplace_back(v(i, column), pair ? v(i, column + 1) : QuarnFloat());
@@ -83,15 +83,16 @@ QuarnFloat norm2(const std::vector<Complex>& x) {
 /// The condition number of a simple eigenvalue: |y^H x| / (|x| |y|).
 QuarnFloat eigenvalue_condition(std::vector<Complex> x, std::vector<Complex> y) {
   const auto n = Integer(x.size());
-  const Complex product = dot(n, VectorView<Complex>(y.data(), 1), VectorView<Complex>(x.data(), 1), Op::conjugate);
+  const Complex product =
+      dot(n, OneBasedVector<Complex>(y.data(), 1), OneBasedVector<Complex>(x.data(), 1), Op::conjugate_transpose);
   return QuarnMP_a02abfn_(product.re, product.im) / (norm2(x) * norm2(y));
 }
 
 /// Gaussian elimination with row interchange on the columns of (C | I), then 1 / (1-norm of the inverse).
 QuarnFloat reciprocal_inverse_norm(Integer n, std::vector<Complex> c, const QuarnFloat& smallest) {
   std::vector<Complex> inverse(std::size_t(n) * std::size_t(n), Complex());
-  const MatrixView<Complex> a(c.data(), n);
-  const MatrixView<Complex> b(inverse.data(), n);
+  const OneBasedMatrix<Complex> a(c.data(), n);
+  const OneBasedMatrix<Complex> b(inverse.data(), n);
   for (Integer j = 1; j <= n; ++j) {
     b(j, j) = 1.0;
   }
@@ -120,7 +121,7 @@ QuarnFloat reciprocal_inverse_norm(Integer n, std::vector<Complex> c, const Quar
 /// An estimate of the distance of the eigenvalue from the rest of the spectrum: with a unitary Q whose first column is
 /// along the eigenvector x, Q^H T Q - lambda I has the block C below its first row and column; 1 / |C^-1| bounds the
 /// smallest singular value of C within a factor n.
-QuarnFloat separation(Accuracy accuracy, Integer n, MatrixView<QuarnFloat> t, const BlockEigenvalue& eigenvalue,
+QuarnFloat separation(Accuracy accuracy, Integer n, OneBasedMatrix<QuarnFloat> t, const BlockEigenvalue& eigenvalue,
                       const QuarnFloat& smallest) {
   if (n == 1) {
     return fabs(t(1, 1));
@@ -134,16 +135,16 @@ QuarnFloat separation(Accuracy accuracy, Integer n, MatrixView<QuarnFloat> t, co
   const QuarnFloat length = norm2(u);
   const QuarnFloat factor = 2 / (length * length);
   std::vector<Complex> matrix(std::size_t(n) * std::size_t(n), Complex());
-  const MatrixView<Complex> b(matrix.data(), n);
+  const OneBasedMatrix<Complex> b(matrix.data(), n);
   for (Integer j = 1; j <= n; ++j) {
     for (Integer i = 1; i <= std::min(n, j + 1); ++i) {
       b(i, j).re = t(i, j);
     }
     b(j, j) = b(j, j) - lambda;
   }
-  const VectorView<Complex> uv(u.data(), 1);
+  const OneBasedVector<Complex> uv(u.data(), 1);
   for (Integer j = 1; j <= n; ++j) {
-    Complex product = dot(n, uv, b.column(j), Op::conjugate);
+    Complex product = dot(n, uv, b.column(j), Op::conjugate_transpose);
     multiply_by(product, -factor);
     add_multiple(n, product, uv, b.column(j));
   }
@@ -166,7 +167,7 @@ QuarnFloat separation(Accuracy accuracy, Integer n, MatrixView<QuarnFloat> t, co
 /// T as it is, or brought near 1 by a power of ten when it is far from it.
 class NearOne {
  public:
-  NearOne(Accuracy accuracy, Integer n, MatrixView<QuarnFloat> t) : view_(t) {
+  NearOne(Accuracy accuracy, Integer n, OneBasedMatrix<QuarnFloat> t) : view_(t) {
     exponent_ = accuracy == Accuracy::full ? far_exponent(n, n, t) : 0;
     if (exponent_ == 0) {
       return;
@@ -180,12 +181,12 @@ class NearOne {
     multiply_by_power(n, n, view_, -exponent_);
   }
 
-  MatrixView<QuarnFloat> view() const { return view_; }
+  OneBasedMatrix<QuarnFloat> view() const { return view_; }
   Integer exponent() const { return exponent_; }
 
  private:
   std::vector<QuarnFloat> copy_;
-  MatrixView<QuarnFloat> view_;
+  OneBasedMatrix<QuarnFloat> view_;
   Integer exponent_ = 0;
 };
 
@@ -207,7 +208,7 @@ void checked_vectors(Accuracy accuracy, const char* side, const char* howmny, co
     return;
   }
   const NearOne near(accuracy, n, {t, ldt});
-  const MatrixView<QuarnFloat> tv = near.view();
+  const OneBasedMatrix<QuarnFloat> tv = near.view();
   const std::vector<BlockEigenvalue> blocks = selected_blocks(n, tv, how == 'S' ? select : nullptr);
   *m = columns_of(blocks);
   if (mm < *m) {
@@ -252,7 +253,7 @@ void checked_conditions(Accuracy accuracy, const char* job, const char* howmny, 
     return;
   }
   const NearOne near(accuracy, n, {t, ldt});
-  const MatrixView<QuarnFloat> tv = near.view();
+  const OneBasedMatrix<QuarnFloat> tv = near.view();
   const std::vector<BlockEigenvalue> blocks = selected_blocks(n, tv, how == 'S' ? select : nullptr);
   *m = columns_of(blocks);
   *info = -first_wrong({{mm < *m, 13}, {ldwork < (of_vectors ? least : 1), 16}});

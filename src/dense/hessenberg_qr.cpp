@@ -9,6 +9,7 @@
 #include "src/dense/power_of_ten.h"
 #include "src/dense/reflector.h"
 #include "src/dense/tuning.h"
+#include "src/frame/constants.h"
 #include "tesk2mp/dense.h"
 #include "tesk2mp/frame.h"
 #include "tesk2mp/kernels.h"
@@ -21,8 +22,8 @@ constexpr Integer kMostShifts = Reflector::kLargest - 1;
 /// One call of either path. Rows and columns ilo ... ihi are the part that is not yet triangular.
 class HessenbergQr {
  public:
-  HessenbergQr(Accuracy accuracy, bool wants_schur_form, Integer n, Integer ilo, Integer ihi, MatrixView<QuarnFloat> h,
-               QuarnFloat* wr, QuarnFloat* wi, SchurVectors vectors)
+  HessenbergQr(Accuracy accuracy, bool wants_schur_form, Integer n, Integer ilo, Integer ihi,
+               OneBasedMatrix<QuarnFloat> h, QuarnFloat* wr, QuarnFloat* wi, SchurVectors vectors)
       : accuracy_(accuracy),
         wants_schur_form_(wants_schur_form),
         n_(n),
@@ -32,8 +33,8 @@ class HessenbergQr {
         wr_(wr, 1),
         wi_(wi, 1),
         vectors_(vectors),
-        ulp_(QuarnMP_x02ajf_() * QuarnMP_x02bhf_()),
-        smallest_(QuarnMP_x02amf_() * (QuarnFloat(ihi - ilo + 1) / ulp_)) {}
+        ulp_(epsilon() * kBase),
+        smallest_(smallest_number() * (QuarnFloat(ihi - ilo + 1) / ulp_)) {}
 
   /// Returns INFO: 0, or the index of the eigenvalue that was being sought when the iterations ran out.
   Integer double_shift();
@@ -69,9 +70,9 @@ class HessenbergQr {
   Integer n_;
   Integer ilo_;
   Integer ihi_;
-  MatrixView<QuarnFloat> h_;
-  VectorView<QuarnFloat> wr_;
-  VectorView<QuarnFloat> wi_;
+  OneBasedMatrix<QuarnFloat> h_;
+  OneBasedVector<QuarnFloat> wr_;
+  OneBasedVector<QuarnFloat> wi_;
   SchurVectors vectors_;
   QuarnFloat ulp_;
   QuarnFloat smallest_;
@@ -269,7 +270,7 @@ Integer HessenbergQr::double_shift() {
 /// The shifts of a multishift sweep: the eigenvalues of the trailing block, into their places in wr and wi.
 void HessenbergQr::take_shifts(Integer first, Integer count) {
   QuarnFloat copy[kMostShifts * kMostShifts];
-  const MatrixView<QuarnFloat> s(copy, count);
+  const OneBasedMatrix<QuarnFloat> s(copy, count);
   for (Integer j = 1; j <= count; ++j) {
     tesk::copy(count, h_.from(first, first).column(j), s.column(j));
   }
@@ -283,7 +284,7 @@ void HessenbergQr::take_shifts(Integer first, Integer count) {
 
 /// The first column of the product of the shifted matrices, scaled, in v(1) ... v(count + 1).
 void HessenbergQr::first_column(Integer low, Integer first, Integer count, QuarnFloat* v) const {
-  const MatrixView<QuarnFloat> block = h_.from(low, low);
+  const OneBasedMatrix<QuarnFloat> block = h_.from(low, low);
   Integer used = 1;
   v[0] = 1;
   // y := block(1 ... rows, 1 ... rows - 1) x + beta y
@@ -297,7 +298,7 @@ void HessenbergQr::first_column(Integer low, Integer first, Integer count, Quarn
     }
   };
   const auto largest = [](Integer n, QuarnFloat* x) {
-    return fabs(x[index_of_largest(n, VectorView<QuarnFloat>(x, 1)) - 1]);
+    return fabs(x[index_of_largest(n, OneBasedVector<QuarnFloat>(x, 1)) - 1]);
   };
   for (Integer j = first; j < first + count; ++j) {
     if (wi_(j) < 0) {
@@ -311,7 +312,7 @@ void HessenbergQr::first_column(Integer low, Integer first, Integer count, Quarn
     } else {
       multiply(used + 1, v, -2 * wr_(j), w);
       const QuarnFloat scale_by = 1 / std::max(largest(used + 1, w), smallest_);
-      scale(used + 1, scale_by, VectorView<QuarnFloat>(w, 1));
+      scale(used + 1, scale_by, OneBasedVector<QuarnFloat>(w, 1));
       const QuarnFloat size = QuarnMP_a02abfn_(wr_(j), wi_(j));
       multiply(used + 2, w, scale_by * size * size, v);
       used += 2;
@@ -321,7 +322,7 @@ void HessenbergQr::first_column(Integer low, Integer first, Integer count, Quarn
       std::fill(v, v + used, QuarnFloat(0));
       v[0] = 1;
     } else {
-      scale(used, 1 / std::max(size, smallest_), VectorView<QuarnFloat>(v, 1));
+      scale(used, 1 / std::max(size, smallest_), OneBasedVector<QuarnFloat>(v, 1));
     }
   }
 }
@@ -368,7 +369,7 @@ Integer HessenbergQr::multishift(Integer shifts, Integer largest_small_block) {
 }
 
 /// The last row of the Hessenberg matrix that holds a NaN or an infinity between ilo and ihi, otherwise 0.
-Integer last_bad_row(Integer ilo, Integer ihi, MatrixView<QuarnFloat> h) {
+Integer last_bad_row(Integer ilo, Integer ihi, OneBasedMatrix<QuarnFloat> h) {
   for (Integer i = ihi; i >= ilo; --i) {
     for (Integer j = std::max(ilo, i - 1); j <= ihi; ++j) {
       if (!isfinite(h(i, j))) {
@@ -382,7 +383,7 @@ Integer last_bad_row(Integer ilo, Integer ihi, MatrixView<QuarnFloat> h) {
 }  // namespace
 
 QrOutcome hessenberg_qr(Accuracy accuracy, bool wants_schur_form, Integer n, Integer ilo, Integer ihi,
-                        MatrixView<QuarnFloat> h, QuarnFloat* wr, QuarnFloat* wi, SchurVectors vectors) {
+                        OneBasedMatrix<QuarnFloat> h, QuarnFloat* wr, QuarnFloat* wi, SchurVectors vectors) {
   for (Integer i = 1; i <= n; ++i) {
     if (i < ilo || i > ihi) {
       wr[i - 1] = h(i, i);
@@ -403,7 +404,7 @@ QrOutcome hessenberg_qr(Accuracy accuracy, bool wants_schur_form, Integer n, Int
   }
   const Integer order = ihi - ilo + 1;
   const Integer whole = wants_schur_form ? n : order;
-  const MatrixView<QuarnFloat> part = wants_schur_form ? h : h.from(ilo, ilo);
+  const OneBasedMatrix<QuarnFloat> part = wants_schur_form ? h : h.from(ilo, ilo);
   Integer exponent = 0;
   if (accuracy == Accuracy::full) {
     // Sweeps would not make numbers of NaN, and the limit is far away.
@@ -425,7 +426,7 @@ QrOutcome hessenberg_qr(Accuracy accuracy, bool wants_schur_form, Integer n, Int
   return {info, qr.sweeps()};
 }
 
-Integer double_shift_qr(bool wants_schur_form, Integer n, Integer ilo, Integer ihi, MatrixView<QuarnFloat> h,
+Integer double_shift_qr(bool wants_schur_form, Integer n, Integer ilo, Integer ihi, OneBasedMatrix<QuarnFloat> h,
                         QuarnFloat* wr, QuarnFloat* wi, SchurVectors vectors) {
   return HessenbergQr(Accuracy::classic, wants_schur_form, n, ilo, ihi, h, wr, wi, vectors).double_shift();
 }

@@ -10,7 +10,7 @@ namespace tesk {
 
 /// The matrix that the reflectors of the QR algorithm are applied to from the right, and its rows that they change.
 struct SchurVectors {
-  MatrixView<QuarnFloat> z;
+  OneBasedMatrix<QuarnFloat> z;
   Integer first;
   Integer last;  // below first: no vectors are wanted
 };
@@ -24,10 +24,10 @@ struct QrOutcome {
 /// diagonal. Full accuracy: shifts for multiple eigenvalues, a limit of iterations that follows the digits, and any
 /// size of numbers; an element that is not finite ends the work at once.
 QrOutcome hessenberg_qr(Accuracy accuracy, bool wants_schur_form, Integer n, Integer ilo, Integer ihi,
-                        MatrixView<QuarnFloat> h, QuarnFloat* wr, QuarnFloat* wi, SchurVectors vectors);
+                        OneBasedMatrix<QuarnFloat> h, QuarnFloat* wr, QuarnFloat* wi, SchurVectors vectors);
 
 /// The double-shift algorithm alone; returns INFO.
-Integer double_shift_qr(bool wants_schur_form, Integer n, Integer ilo, Integer ihi, MatrixView<QuarnFloat> h,
+Integer double_shift_qr(bool wants_schur_form, Integer n, Integer ilo, Integer ihi, OneBasedMatrix<QuarnFloat> h,
                         QuarnFloat* wr, QuarnFloat* wi, SchurVectors vectors);
 
 }  // namespace tesk

@@ -28,7 +28,7 @@ void checked_qr(Accuracy accuracy, const char* job, const char* compz, Integer n
   if (*info != 0 || lwork == -1) {
     return;
   }
-  const MatrixView<QuarnFloat> zv(z, ldz);
+  const OneBasedMatrix<QuarnFloat> zv(z, ldz);
   if (initialises) {
     for (Integer j = 1; j <= n; ++j) {
       fill(n, QuarnFloat(), zv.column(j));

@@ -10,7 +10,6 @@
 #include "src/kernels/exact.h"
 #include "src/kernels/level3.h"
 #include "tesk2mp/dense.h"
-#include "tesk2mp/frame.h"
 
 namespace tesk {
 namespace {
@@ -25,7 +24,7 @@ class PartialPivots {
   PartialPivots from(Integer j) const noexcept { return PartialPivots(ipiv_ + j - 1); }
 
   template <class T>
-  Integer choose(Integer j, Integer m, MatrixView<T> a) const {
+  Integer choose(Integer j, Integer m, OneBasedMatrix<T> a) const {
     return j - 1 + index_of_largest(m - j + 1, a.column(j).from(j));
   }
   template <class T>
@@ -46,11 +45,11 @@ class WeightedPivots {
  public:
   static constexpr bool kStopsWhenSingular = true;
 
-  explicit WeightedPivots(QuarnFloat* ipiv) : ipiv_(ipiv), threshold_(QuarnFloat(8.0) * QuarnMP_x02ajf_()) {}
+  explicit WeightedPivots(QuarnFloat* ipiv) : ipiv_(ipiv), threshold_(QuarnFloat(8.0) * epsilon()) {}
   WeightedPivots from(Integer j) const { return WeightedPivots(ipiv_ + j - 1, threshold_); }
 
   /// Forms the weights; a row of zeros gets none.
-  void weigh(Integer m, Integer n, MatrixView<QuarnFloat> a) const {
+  void weigh(Integer m, Integer n, OneBasedMatrix<QuarnFloat> a) const {
     for (Integer i = 1; i <= m; ++i) {
       QuarnFloat scale;
       QuarnFloat sumsq(1);
@@ -60,7 +59,7 @@ class WeightedPivots {
     }
   }
 
-  Integer choose(Integer j, Integer m, MatrixView<QuarnFloat> a) const {
+  Integer choose(Integer j, Integer m, OneBasedMatrix<QuarnFloat> a) const {
     Integer best = j;
     QuarnFloat largest = fabs(a(j, j)) * ipiv_[j - 1];
     for (Integer i = j + 1; i <= m; ++i) {
@@ -91,7 +90,7 @@ class WeightedPivots {
 
 /// One column after the other; returns INFO.
 template <class T, class Pivots>
-Integer factorise_unblocked(Integer m, Integer n, MatrixView<T> a, const Pivots& pivots) {
+Integer factorise_unblocked(Integer m, Integer n, OneBasedMatrix<T> a, const Pivots& pivots) {
   Integer info = 0;
   for (Integer j = 1; j <= std::min(m, n); ++j) {
     const Integer row = pivots.choose(j, m, a);
@@ -116,7 +115,7 @@ Integer factorise_unblocked(Integer m, Integer n, MatrixView<T> a, const Pivots&
 
 /// Applies the interchanges of steps first ... last to n columns.
 template <class T, class Pivots>
-void interchange_rows(Integer n, MatrixView<T> a, Integer first, Integer last, const Pivots& pivots) {
+void interchange_rows(Integer n, OneBasedMatrix<T> a, Integer first, Integer last, const Pivots& pivots) {
   for (Integer k = first; k <= last; ++k) {
     if (const Integer row = pivots.row(k); row != k) {
       swap_vectors(n, a.row(k), a.row(row));
@@ -125,7 +124,7 @@ void interchange_rows(Integer n, MatrixView<T> a, Integer first, Integer last, c
 }
 
 template <class T, class Pivots>
-Integer factorise(Integer nb, Integer m, Integer n, MatrixView<T> a, const Pivots& pivots) {
+Integer factorise(Integer nb, Integer m, Integer n, OneBasedMatrix<T> a, const Pivots& pivots) {
   const Integer steps = std::min(m, n);
   if (nb <= 1) {
     return factorise_unblocked(m, n, a, pivots);
@@ -147,7 +146,7 @@ Integer factorise(Integer nb, Integer m, Integer n, MatrixView<T> a, const Pivot
     }
     interchange_rows(j - 1, a, j, below - 1, pivots);
     if (next <= n) {
-      const MatrixView<T> right = a.from(1, next);
+      const OneBasedMatrix<T> right = a.from(1, next);
       interchange_rows(n - next + 1, right, j, below - 1, pivots);
       solve_triangular_matrix(Side::left, Triangle::lower, Op::none, Diagonal::unit, done, n - next + 1, T(1.0),
                               a.from(j, j), right.from(j, 1));
@@ -168,13 +167,13 @@ constexpr Integer kLeaf = 8;
 
 /// B := L^-1 B, L unit lower triangular of order m.
 template <class T>
-void solve_unit_lower(Integer m, Integer n, MatrixView<T> l, MatrixView<T> b) {
+void solve_unit_lower(Integer m, Integer n, OneBasedMatrix<T> l, OneBasedMatrix<T> b) {
   if (m <= kLeaf) {
     solve_triangular_matrix(Side::left, Triangle::lower, Op::none, Diagonal::unit, m, n, T(1.0), l, b);
     return;
   }
   const Integer half = m / 2;
-  const MatrixView<T> below = b.from(half + 1, 1);
+  const OneBasedMatrix<T> below = b.from(half + 1, 1);
   solve_unit_lower(half, n, l, b);
   exact::multiply_matrices(Op::none, Op::none, m - half, n, half, T(-1.0), l.from(half + 1, 1), b, T(1.0), below);
   solve_unit_lower(m - half, n, l.from(half + 1, half + 1), below);
@@ -183,20 +182,20 @@ void solve_unit_lower(Integer m, Integer n, MatrixView<T> l, MatrixView<T> b) {
 /// Products of halves round each entry once: an entry is rounded some log2(n) times, and a few times in its leaf, where
 /// the other orders of operations round it up to n times. Returns INFO.
 template <class T>
-Integer factorise_by_halves(Integer m, Integer n, MatrixView<T> a, const PartialPivots& pivots) {
+Integer factorise_by_halves(Integer m, Integer n, OneBasedMatrix<T> a, const PartialPivots& pivots) {
   const Integer steps = std::min(m, n);
   if (steps <= kLeaf && n <= 2 * kLeaf) {
     return factorise_unblocked(m, n, a, pivots);
   }
   const Integer left = steps <= kLeaf ? steps : steps / 2;
-  const MatrixView<T> right = a.from(1, left + 1);
+  const OneBasedMatrix<T> right = a.from(1, left + 1);
   const Integer info = factorise_by_halves(m, left, a, pivots);
   interchange_rows(n - left, right, 1, left, pivots);
   solve_unit_lower(left, n - left, a, right);
   if (left == m) {
     return info;
   }
-  const MatrixView<T> rest = right.from(left + 1, 1);
+  const OneBasedMatrix<T> rest = right.from(left + 1, 1);
   exact::multiply_matrices(Op::none, Op::none, m - left, n - left, left, T(-1.0), a.from(left + 1, 1), right, T(1.0),
                            rest);
   const Integer rest_info = factorise_by_halves(m - left, n - left, rest, pivots.from(left + 1));
@@ -214,12 +213,12 @@ Integer checked_lu(Integer m, Integer n, T* a, Integer lda, const Factorise& fac
   if (wrong != 0 || m == 0 || n == 0) {
     return -wrong;
   }
-  return factorise_view(MatrixView<T>(a, lda));
+  return factorise_view(OneBasedMatrix<T>(a, lda));
 }
 
 template <class T>
 Integer lu_with_partial_pivoting(const char* routine, Integer m, Integer n, T* a, Integer lda, Integer* ipiv) {
-  return checked_lu(m, n, a, lda, [&](MatrixView<T> view) {
+  return checked_lu(m, n, a, lda, [&](OneBasedMatrix<T> view) {
     return factorise(tuning_value(kBlockSize, routine), m, n, view, PartialPivots(ipiv));
   });
 }
@@ -227,7 +226,7 @@ Integer lu_with_partial_pivoting(const char* routine, Integer m, Integer n, T* a
 template <class T>
 Integer lu_by_halves(Integer m, Integer n, T* a, Integer lda, Integer* ipiv) {
   return checked_lu(m, n, a, lda,
-                    [&](MatrixView<T> view) { return factorise_by_halves(m, n, view, PartialPivots(ipiv)); });
+                    [&](OneBasedMatrix<T> view) { return factorise_by_halves(m, n, view, PartialPivots(ipiv)); });
 }
 
 }  // namespace
@@ -246,7 +245,7 @@ void QuarnMP_f07arf_ENTRY(int /*selector*/, Integer m, Integer n, Complex* a, In
 }
 
 void QuarnMP_f07adg_(Integer m, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* ipiv, Integer* info) {
-  *info = tesk::checked_lu(m, n, a, lda, [&](tesk::MatrixView<QuarnFloat> view) {
+  *info = tesk::checked_lu(m, n, a, lda, [&](tesk::OneBasedMatrix<QuarnFloat> view) {
     const tesk::WeightedPivots pivots(ipiv);
     pivots.weigh(m, n, view);
     return tesk::factorise(tesk::tuning_value(tesk::kBlockSize, "F07ADG"), m, n, view, pivots);

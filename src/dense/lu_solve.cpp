@@ -8,7 +8,7 @@ namespace tesk {
 namespace {
 
 template <class T>
-void interchange(Integer columns, MatrixView<T> b, Integer k, Integer row) {
+void interchange(Integer columns, OneBasedMatrix<T> b, Integer k, Integer row) {
   if (row != k) {
     swap_vectors(columns, b.row(k), b.row(row));
   }
@@ -25,8 +25,8 @@ Integer solve_with_factors(const char* trans, Integer n, Integer nrhs, T* a, Int
     return -wrong;
   }
   const Op op = op_of(trans);
-  const MatrixView<T> factors(a, lda);
-  const MatrixView<T> x(b, ldb);
+  const OneBasedMatrix<T> factors(a, lda);
+  const OneBasedMatrix<T> x(b, ldb);
   const auto solve = [&](Triangle triangle, Diagonal diagonal) {
     solve_triangular_matrix(Side::left, triangle, op, diagonal, n, nrhs, T(1.0), factors, x);
   };

@@ -20,7 +20,7 @@ Integer decimal_exponent(const QuarnFloat& x) {
 
 }  // namespace
 
-Integer far_exponent(Integer rows, Integer columns, MatrixView<QuarnFloat> a) {
+Integer far_exponent(Integer rows, Integer columns, OneBasedMatrix<QuarnFloat> a) {
   QuarnFloat largest;
   for (Integer j = 1; j <= columns; ++j) {
     for (Integer i = 1; i <= rows; ++i) {
@@ -36,7 +36,7 @@ Integer far_exponent(Integer rows, Integer columns, MatrixView<QuarnFloat> a) {
   return decimal_exponent(largest);
 }
 
-void multiply_by_power(Integer rows, Integer columns, MatrixView<QuarnFloat> a, Integer exponent) {
+void multiply_by_power(Integer rows, Integer columns, OneBasedMatrix<QuarnFloat> a, Integer exponent) {
   if (exponent == 0) {
     return;
   }

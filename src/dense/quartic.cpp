@@ -34,7 +34,7 @@ void quartic_core(const QuarnFloat* e, const QuarnFloat* a, const QuarnFloat* b,
   }
 
   QuarnFloat h[kElements];
-  const MatrixView<QuarnFloat> companion(h, kOrder);
+  const OneBasedMatrix<QuarnFloat> companion(h, kOrder);
   for (Integer i = 2; i <= kOrder; ++i) {
     companion(i, i - 1) = 1.0;
   }
@@ -71,7 +71,7 @@ void quartic_core(const QuarnFloat* e, const QuarnFloat* a, const QuarnFloat* b,
                                                kOrder, &m, work, &info, 4, 3);
   (kFull ? QuarnMPX_f08qlf_ : QuarnMP_f08qlf_)("Eigenvalues", "All", nullptr, kOrder, h, kOrder, vl, kOrder, vr, kOrder,
                                                s, sep, kOrder, &m, work, 1, nullptr, &info, 11, 3);
-  const QuarnFloat error = QuarnMP_x02ajf_() * QuarnMP_f06raf_("1-norm", kOrder, kOrder, h, kOrder, nullptr, 6);
+  const QuarnFloat error = epsilon() * QuarnMP_f06raf_("1-norm", kOrder, kOrder, h, kOrder, nullptr, 6);
   for (Integer j = 0; j < kOrder; ++j) {
     zeror[j] = wr[j];
     zeroi[j] = wi[j];

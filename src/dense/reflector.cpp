@@ -30,7 +30,7 @@ tesk::StandardForm::StandardForm(QuarnFloat& a, QuarnFloat& b, QuarnFloat& c, Qu
   }
   const QuarnFloat scale = std::max(fabs(p), larger);
   QuarnFloat z = (p / scale) * p + (larger / scale) * smaller;
-  if (z >= 4 * QuarnMP_x02ajf_()) {
+  if (z >= 4 * epsilon()) {
     // Real eigenvalues.
     z = p + with_sign(sqrt(scale) * sqrt(z), p);
     a = d + z;

@@ -36,7 +36,7 @@ class Reflector {
   const QuarnFloat& beta() const { return beta_; }
 
   /// Applies the reflector to the n elements of x.
-  void apply(VectorView<QuarnFloat> x) const {
+  void apply(OneBasedVector<QuarnFloat> x) const {
     if (t_[0] == 0) {
       return;
     }
@@ -57,7 +57,7 @@ class Reflector {
 };
 
 /// The plane rotation of two vectors: x := c x + s y, y := c y - s x.
-inline void rotate(Integer n, VectorView<QuarnFloat> x, VectorView<QuarnFloat> y, const QuarnFloat& c,
+inline void rotate(Integer n, OneBasedVector<QuarnFloat> x, OneBasedVector<QuarnFloat> y, const QuarnFloat& c,
                    const QuarnFloat& s) {
   for (Integer i = 1; i <= n; ++i) {
     const QuarnFloat temp = c * x(i) + s * y(i);

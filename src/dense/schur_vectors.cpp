@@ -31,7 +31,7 @@ void solve_block(Complex a, Complex b, Complex c, Complex d, Complex& x1, Comple
 
 }  // namespace
 
-std::vector<BlockEigenvalue> block_eigenvalues(Integer n, MatrixView<QuarnFloat> t) {
+std::vector<BlockEigenvalue> block_eigenvalues(Integer n, OneBasedMatrix<QuarnFloat> t) {
   std::vector<BlockEigenvalue> found;
   for (Integer j = 1; j <= n; ++j) {
     const bool pair = j < n && t(j + 1, j) != 0;
@@ -42,11 +42,11 @@ std::vector<BlockEigenvalue> block_eigenvalues(Integer n, MatrixView<QuarnFloat>
   return found;
 }
 
-std::vector<Complex> right_eigenvector(Accuracy accuracy, Integer n, MatrixView<QuarnFloat> t,
+std::vector<Complex> right_eigenvector(Accuracy accuracy, Integer n, OneBasedMatrix<QuarnFloat> t,
                                        const BlockEigenvalue& eigenvalue, const QuarnFloat& smallest) {
   const Complex lambda(eigenvalue.re, eigenvalue.im);
   auto values = std::vector<Complex>(std::size_t(n));
-  const VectorView<Complex> x(values.data(), 1);
+  const OneBasedVector<Complex> x(values.data(), 1);
   const auto subtract_column = [&](Integer j, Integer rows) {
     for (Integer i = 1; i <= rows; ++i) {
       x(i).re -= x(j).re * t(i, j);
@@ -90,7 +90,7 @@ std::vector<Complex> right_eigenvector(Accuracy accuracy, Integer n, MatrixView<
   return values;
 }
 
-std::vector<Complex> left_eigenvector(Accuracy accuracy, Integer n, MatrixView<QuarnFloat> t,
+std::vector<Complex> left_eigenvector(Accuracy accuracy, Integer n, OneBasedMatrix<QuarnFloat> t,
                                       const BlockEigenvalue& eigenvalue, const QuarnFloat& smallest) {
   // Mirrored in the other diagonal T stays quasi triangular, and its right eigenvectors are the left ones of T,
   // conjugated and in the opposite order.

@@ -17,16 +17,16 @@ struct BlockEigenvalue {
 };
 
 /// The eigenvalues of the diagonal blocks from the top.
-std::vector<BlockEigenvalue> block_eigenvalues(Integer n, MatrixView<QuarnFloat> t);
+std::vector<BlockEigenvalue> block_eigenvalues(Integer n, OneBasedMatrix<QuarnFloat> t);
 
 /// The right eigenvector x of T for the eigenvalue: T x = lambda x, with x zero below the eigenvalue's block. A divisor
 /// below `smallest` (one that two equal eigenvalues give) is replaced by it. Full accuracy rescales the vector on the
 /// way, as published, when it grows beyond all bounds.
-std::vector<Complex> right_eigenvector(Accuracy accuracy, Integer n, MatrixView<QuarnFloat> t,
+std::vector<Complex> right_eigenvector(Accuracy accuracy, Integer n, OneBasedMatrix<QuarnFloat> t,
                                        const BlockEigenvalue& eigenvalue, const QuarnFloat& smallest);
 
 /// The left eigenvector y: y^H T = lambda y^H, with y zero above the eigenvalue's block.
-std::vector<Complex> left_eigenvector(Accuracy accuracy, Integer n, MatrixView<QuarnFloat> t,
+std::vector<Complex> left_eigenvector(Accuracy accuracy, Integer n, OneBasedMatrix<QuarnFloat> t,
                                       const BlockEigenvalue& eigenvalue, const QuarnFloat& smallest);
 
 }  // namespace tesk

@@ -5,10 +5,11 @@
 #include <vector>
 
 #include "src/frame/constants.h"
+#include "tesk2mp/options.hpp"
 
 namespace tesk {
 
-enum class Direction { forward, backward };
+using tesk2mp::Direction;
 
 /// Evaluates rotations one by one.
 class Circle {

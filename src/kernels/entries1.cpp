@@ -3,12 +3,12 @@
 
 namespace {
 
-using tesk::VectorView;
+using tesk::OneBasedVector;
 
 template <class T>
 void scaled_copy(Integer n, const T& alpha, T* x, Integer incx, T* y, Integer incy) {
-  const auto from = VectorView<T>::of(x, n, incx);
-  const auto to = VectorView<T>::of(y, n, incy);
+  const auto from = OneBasedVector<T>::of(x, n, incx);
+  const auto to = OneBasedVector<T>::of(y, n, incy);
   for (Integer i = 1; i <= n; ++i) {
     to(i) = from(i);
     tesk::multiply_by(to(i), alpha);
@@ -42,13 +42,13 @@ void QuarnMP_f06aaf_(QuarnFloat* a, QuarnFloat* b, QuarnFloat* c, QuarnFloat* s)
 }
 
 void QuarnMP_f06caf_(Integer n, QuarnFloat alpha, Complex* x, Integer incx) {
-  tesk::scale(n, alpha, VectorView<Complex>::of(x, n, incx));
+  tesk::scale(n, alpha, OneBasedVector<Complex>::of(x, n, incx));
 }
 
 QuarnFloat QuarnMP_f06ejf_(Integer n, QuarnFloat* x, Integer incx) {
   QuarnFloat scale;
   QuarnFloat sumsq(1);
-  tesk::add_squares(n, VectorView<QuarnFloat>::of(x, n, incx), scale, sumsq);
+  tesk::add_squares(n, OneBasedVector<QuarnFloat>::of(x, n, incx), scale, sumsq);
   return scale * sqrt(sumsq);
 }
 
@@ -61,6 +61,6 @@ void QuarnMP_f06hdf_(Integer n, Complex alpha, Complex* x, Integer incx, Complex
 }
 
 void QuarnMP_f06jjf_(Integer n, Complex* x, Integer incx, Complex* y, Integer incy) {
-  tesk::copy(n, VectorView<Complex>::of(x, n, incx), VectorView<Complex>::of(y, n, incy));
+  tesk::copy(n, OneBasedVector<Complex>::of(x, n, incx), OneBasedVector<Complex>::of(y, n, incy));
 }
 }

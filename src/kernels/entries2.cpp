@@ -11,7 +11,8 @@ namespace tesk {
 namespace {
 
 template <class T>
-using VectorKernel = void (*)(Op, Integer, Integer, const T&, MatrixView<T>, VectorView<T>, const T&, VectorView<T>);
+using VectorKernel = void (*)(Op, Integer, Integer, const T&, OneBasedMatrix<T>, OneBasedVector<T>, const T&,
+                              OneBasedVector<T>);
 
 template <class T>
 void matrix_vector(const char* routine, VectorKernel<T> kernel, const char* trans, Integer m, Integer n, const T& alpha,
@@ -27,11 +28,12 @@ void matrix_vector(const char* routine, VectorKernel<T> kernel, const char* tran
   }
   const Op op = op_of(trans);
   const Integer lenx = op == Op::none ? n : m;
-  kernel(op, m, n, alpha, {a, lda}, VectorView<T>::of(x, lenx, incx), beta, VectorView<T>::of(y, m + n - lenx, incy));
+  kernel(op, m, n, alpha, {a, lda}, OneBasedVector<T>::of(x, lenx, incx), beta,
+         OneBasedVector<T>::of(y, m + n - lenx, incy));
 }
 
 template <class T>
-using TriangularKernel = void (*)(Triangle, Op, Diagonal, Integer, MatrixView<T>, VectorView<T>);
+using TriangularKernel = void (*)(Triangle, Op, Diagonal, Integer, OneBasedMatrix<T>, OneBasedVector<T>);
 
 template <class T>
 void triangular(const char* routine, TriangularKernel<T> kernel, const char* uplo, const char* trans, const char* diag,
@@ -46,7 +48,7 @@ void triangular(const char* routine, TriangularKernel<T> kernel, const char* upl
     return report_bad_parameter(routine, wrong, kKernelNameLength);
   }
   if (n > 0) {
-    kernel(triangle_of(uplo), op_of(trans), diagonal_of(diag), n, {a, lda}, VectorView<T>::of(x, n, incx));
+    kernel(triangle_of(uplo), op_of(trans), diagonal_of(diag), n, {a, lda}, OneBasedVector<T>::of(x, n, incx));
   }
 }
 
@@ -58,7 +60,7 @@ void rank_one(const char* routine, Op op, Integer m, Integer n, const T& alpha, 
   if (wrong != 0) {
     return report_bad_parameter(routine, wrong, kKernelNameLength);
   }
-  update_rank_one<T>(op, m, n, alpha, VectorView<T>::of(x, m, incx), VectorView<T>::of(y, n, incy), {a, lda});
+  update_rank_one<T>(op, m, n, alpha, OneBasedVector<T>::of(x, m, incx), OneBasedVector<T>::of(y, n, incy), {a, lda});
 }
 
 }  // namespace
@@ -112,7 +114,7 @@ void QuarnMP_f06smf_ENTRY(int, Integer m, Integer n, Complex alpha, Complex* x, 
 
 void QuarnMP_f06snf_ENTRY(int, Integer m, Integer n, Complex alpha, Complex* x, Integer incx, Complex* y, Integer incy,
                           Complex* a, Integer lda) {
-  tesk::rank_one("F06SNF/ZGERC ", tesk::Op::conjugate, m, n, alpha, x, incx, y, incy, a, lda);
+  tesk::rank_one("F06SNF/ZGERC ", tesk::Op::conjugate_transpose, m, n, alpha, x, incx, y, incy, a, lda);
 }
 
 void QuarnMPX_f06paf_(const char* trans, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda,

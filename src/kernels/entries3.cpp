@@ -11,8 +11,8 @@ namespace tesk {
 namespace {
 
 template <class T>
-using ProductKernel = void (*)(Op, Op, Integer, Integer, Integer, const T&, MatrixView<T>, MatrixView<T>, const T&,
-                               MatrixView<T>);
+using ProductKernel = void (*)(Op, Op, Integer, Integer, Integer, const T&, OneBasedMatrix<T>, OneBasedMatrix<T>,
+                               const T&, OneBasedMatrix<T>);
 
 template <class T>
 void matrix_matrix(const char* routine, ProductKernel<T> kernel, const char* transa, const char* transb, Integer m,

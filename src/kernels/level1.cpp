@@ -21,13 +21,13 @@ void add_square(const QuarnFloat& x, QuarnFloat& scale, QuarnFloat& sumsq) {
 
 }  // namespace
 
-void add_squares(Integer n, VectorView<QuarnFloat> x, QuarnFloat& scale, QuarnFloat& sumsq) {
+void add_squares(Integer n, OneBasedVector<QuarnFloat> x, QuarnFloat& scale, QuarnFloat& sumsq) {
   for (Integer i = 1; i <= n; ++i) {
     add_square(x(i), scale, sumsq);
   }
 }
 
-void add_squares(Integer n, VectorView<Complex> x, QuarnFloat& scale, QuarnFloat& sumsq) {
+void add_squares(Integer n, OneBasedVector<Complex> x, QuarnFloat& scale, QuarnFloat& sumsq) {
   for (Integer i = 1; i <= n; ++i) {
     add_square(x(i).re, scale, sumsq);
     add_square(x(i).im, scale, sumsq);

@@ -1,4 +1,4 @@
-// Level-1 kernels over VectorView: C. L. Lawson, R. J. Hanson, D. R. Kincaid, F. T. Krogh, Basic linear algebra
+// Level-1 kernels over OneBasedVector: C. L. Lawson, R. J. Hanson, D. R. Kincaid, F. T. Krogh, Basic linear algebra
 // subprograms for Fortran usage, ACM Trans. Math. Softw. 5 (1979). n < 1 does nothing.
 #pragma once
 
@@ -12,7 +12,7 @@ namespace tesk {
 
 /// The index of the first element of largest magnitude, 0 when there is none.
 template <class T>
-Integer index_of_largest(Integer n, VectorView<T> x) {
+Integer index_of_largest(Integer n, OneBasedVector<T> x) {
   if (n < 1) {
     return 0;
   }
@@ -29,7 +29,7 @@ Integer index_of_largest(Integer n, VectorView<T> x) {
 }
 
 template <class T>
-void swap_vectors(Integer n, VectorView<T> x, VectorView<T> y) {
+void swap_vectors(Integer n, OneBasedVector<T> x, OneBasedVector<T> y) {
   for (Integer i = 1; i <= n; ++i) {
     std::swap(x(i), y(i));
   }
@@ -37,21 +37,21 @@ void swap_vectors(Integer n, VectorView<T> x, VectorView<T> y) {
 
 /// x := alpha x, with a real or complex factor.
 template <class T, class Factor>
-void scale(Integer n, const Factor& alpha, VectorView<T> x) {
+void scale(Integer n, const Factor& alpha, OneBasedVector<T> x) {
   for (Integer i = 1; i <= n; ++i) {
     multiply_by(x(i), alpha);
   }
 }
 
 template <class T>
-void copy(Integer n, VectorView<T> x, VectorView<T> y) {
+void copy(Integer n, OneBasedVector<T> x, OneBasedVector<T> y) {
   for (Integer i = 1; i <= n; ++i) {
     y(i) = x(i);
   }
 }
 
 template <class T>
-void fill(Integer n, const T& value, VectorView<T> x) {
+void fill(Integer n, const T& value, OneBasedVector<T> x) {
   for (Integer i = 1; i <= n; ++i) {
     x(i) = value;
   }
@@ -59,7 +59,7 @@ void fill(Integer n, const T& value, VectorView<T> x) {
 
 /// x := beta x as the matrix kernels understand it: a zero factor sets zeros and does not read x, a one does nothing.
 template <class T, class Factor>
-void scale_or_clear(Integer n, const Factor& beta, VectorView<T> x) {
+void scale_or_clear(Integer n, const Factor& beta, OneBasedVector<T> x) {
   if (is_zero(beta)) {
     fill(n, T(), x);
   } else if (!is_one(beta)) {
@@ -68,7 +68,7 @@ void scale_or_clear(Integer n, const Factor& beta, VectorView<T> x) {
 }
 
 template <class T>
-void conjugate_vector(Integer n, VectorView<T> x) {
+void conjugate_vector(Integer n, OneBasedVector<T> x) {
   for (Integer i = 1; i <= n; ++i) {
     x(i) = conjugate(x(i));
   }
@@ -76,15 +76,15 @@ void conjugate_vector(Integer n, VectorView<T> x) {
 
 /// y := y + alpha x
 template <class T>
-void add_multiple(Integer n, const T& alpha, VectorView<T> x, VectorView<T> y) {
+void add_multiple(Integer n, const T& alpha, OneBasedVector<T> x, OneBasedVector<T> y) {
   for (Integer i = 1; i <= n; ++i) {
     add_product(y(i), alpha, x(i));
   }
 }
 
-/// The sum of op(x_i) y_i in the order of i; Op::conjugate conjugates x.
+/// The sum of op(x_i) y_i in the order of i; Op::conjugate_transpose conjugates x.
 template <class T>
-T dot(Integer n, VectorView<T> x, VectorView<T> y, Op op = Op::none) {
+T dot(Integer n, OneBasedVector<T> x, OneBasedVector<T> y, Op op = Op::none) {
   T sum{};
   for (Integer i = 1; i <= n; ++i) {
     add_product(sum, op, x(i), Op::none, y(i));
@@ -93,8 +93,8 @@ T dot(Integer n, VectorView<T> x, VectorView<T> y, Op op = Op::none) {
 }
 
 /// scale^2 sumsq := scale^2 sumsq + sum of x_i^2 without overflow; a complex element counts as its two parts.
-void add_squares(Integer n, VectorView<QuarnFloat> x, QuarnFloat& scale, QuarnFloat& sumsq);
-void add_squares(Integer n, VectorView<Complex> x, QuarnFloat& scale, QuarnFloat& sumsq);
+void add_squares(Integer n, OneBasedVector<QuarnFloat> x, QuarnFloat& scale, QuarnFloat& sumsq);
+void add_squares(Integer n, OneBasedVector<Complex> x, QuarnFloat& scale, QuarnFloat& sumsq);
 
 /// The quotient, kept inside the range of the hardware double, and whether it had to be.
 struct SafeQuotient {

@@ -9,12 +9,12 @@ namespace tesk {
 
 /// op(a)
 inline const QuarnFloat& apply(Op /*op*/, const QuarnFloat& a) { return a; }
-inline Complex apply(Op op, const Complex& a) { return op == Op::conjugate ? conj(a) : a; }
+inline Complex apply(Op op, const Complex& a) { return op == Op::conjugate_transpose ? conj(a) : a; }
 
 /// y := alpha op(A) x + beta y, A m by n. A zero alpha reads neither A nor x, a zero beta does not read y.
 template <class T>
-void multiply_matrix_vector(Op op, Integer m, Integer n, const T& alpha, MatrixView<T> a, VectorView<T> x,
-                            const T& beta, VectorView<T> y) {
+void multiply_matrix_vector(Op op, Integer m, Integer n, const T& alpha, OneBasedMatrix<T> a, OneBasedVector<T> x,
+                            const T& beta, OneBasedVector<T> y) {
   if (m == 0 || n == 0 || (is_zero(alpha) && is_one(beta))) {
     return;
   }
@@ -36,18 +36,18 @@ void multiply_matrix_vector(Op op, Integer m, Integer n, const T& alpha, MatrixV
 /// A triangle and its vector with the indices reversed if need be, so that the triangle is an upper one.
 template <class T>
 struct UpperTriangle {
-  MatrixView<T> a;
-  VectorView<T> x;
+  OneBasedMatrix<T> a;
+  OneBasedVector<T> x;
 
-  UpperTriangle(Triangle triangle, Integer n, MatrixView<T> matrix, VectorView<T> vector)
+  UpperTriangle(Triangle triangle, Integer n, OneBasedMatrix<T> matrix, OneBasedVector<T> vector)
       : a(triangle == Triangle::upper ? matrix : matrix.reversed(n, n)),
         x(triangle == Triangle::upper ? vector : vector.reversed(n)) {}
 };
 
 /// x := op(A) x, A triangular.
 template <class T>
-void multiply_triangular(Triangle triangle, Op op, Diagonal diagonal, Integer n, MatrixView<T> matrix,
-                         VectorView<T> vector) {
+void multiply_triangular(Triangle triangle, Op op, Diagonal diagonal, Integer n, OneBasedMatrix<T> matrix,
+                         OneBasedVector<T> vector) {
   const auto [a, x] = UpperTriangle<T>(triangle, n, matrix, vector);
   if (op == Op::none) {
     for (Integer j = 1; j <= n; ++j) {
@@ -79,8 +79,8 @@ enum class SumOrder { towards_diagonal, ascending };
 
 /// x := op(A)^-1 x, A triangular; no test for a zero on the diagonal is made.
 template <class T, SumOrder order = SumOrder::towards_diagonal>
-void solve_triangular(Triangle triangle, Op op, Diagonal diagonal, Integer n, MatrixView<T> matrix,
-                      VectorView<T> vector) {
+void solve_triangular(Triangle triangle, Op op, Diagonal diagonal, Integer n, OneBasedMatrix<T> matrix,
+                      OneBasedVector<T> vector) {
   const bool downwards = triangle == Triangle::lower && order == SumOrder::ascending;
   const auto [a, x] = UpperTriangle<T>(triangle, n, matrix, vector);
   if (op == Op::none) {
@@ -110,7 +110,8 @@ void solve_triangular(Triangle triangle, Op op, Diagonal diagonal, Integer n, Ma
 
 /// A := alpha x y^T + A, or with y conjugated.
 template <class T>
-void update_rank_one(Op op, Integer m, Integer n, const T& alpha, VectorView<T> x, VectorView<T> y, MatrixView<T> a) {
+void update_rank_one(Op op, Integer m, Integer n, const T& alpha, OneBasedVector<T> x, OneBasedVector<T> y,
+                     OneBasedMatrix<T> a) {
   if (m == 0 || n == 0 || is_zero(alpha)) {
     return;
   }

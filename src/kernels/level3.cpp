@@ -1,16 +1,18 @@
 #include "src/kernels/level3.h"
 
 void tesk::update_hermitian(Triangle triangle, Op op, Integer n, Integer k, const QuarnFloat& alpha,
-                            MatrixView<Complex> matrix, const QuarnFloat& beta, MatrixView<Complex> result) {
+                            OneBasedMatrix<Complex> matrix, const QuarnFloat& beta, OneBasedMatrix<Complex> result) {
   if (n == 0 || ((is_zero(alpha) || k == 0) && is_one(beta))) {
     return;
   }
   // Reversed indices turn the lower triangle into an upper one; the index that runs over k stays as it is.
   const bool upper = triangle == Triangle::upper;
-  const MatrixView<Complex> c = upper ? result : result.reversed(n, n);
-  const MatrixView<Complex> a = upper ? matrix : op == Op::none ? matrix.rows_reversed(n) : matrix.columns_reversed(n);
+  const OneBasedMatrix<Complex> c = upper ? result : result.reversed(n, n);
+  const OneBasedMatrix<Complex> a = upper            ? matrix
+                                    : op == Op::none ? matrix.rows_reversed(n)
+                                                     : matrix.columns_reversed(n);
   for (Integer j = 1; j <= n; ++j) {
-    const VectorView<Complex> cj = c.column(j);
+    const OneBasedVector<Complex> cj = c.column(j);
     scale_or_clear(j, beta, cj);
     cj(j).im = QuarnFloat();
     if (is_zero(alpha)) {
@@ -29,7 +31,7 @@ void tesk::update_hermitian(Triangle triangle, Op op, Integer n, Integer k, cons
       continue;
     }
     for (Integer i = 1; i < j; ++i) {
-      Complex temp = dot(k, a.column(i), a.column(j), Op::conjugate);
+      Complex temp = dot(k, a.column(i), a.column(j), Op::conjugate_transpose);
       multiply_by(temp, alpha);
       cj(i).re += temp.re;
       cj(i).im += temp.im;

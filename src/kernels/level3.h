@@ -9,15 +9,15 @@ namespace tesk {
 
 /// C := alpha op(A) op(B) + beta C, C m by n, op(A) m by k.
 template <class T>
-void multiply_matrices(Op op_a, Op op_b, Integer m, Integer n, Integer k, const T& alpha, MatrixView<T> a,
-                       MatrixView<T> b, const T& beta, MatrixView<T> c) {
+void multiply_matrices(Op op_a, Op op_b, Integer m, Integer n, Integer k, const T& alpha, OneBasedMatrix<T> a,
+                       OneBasedMatrix<T> b, const T& beta, OneBasedMatrix<T> c) {
   if (m == 0 || n == 0 || ((is_zero(alpha) || k == 0) && is_one(beta))) {
     return;
   }
   // Row j of bt is column j of op(B), up to conjugation.
-  const MatrixView<T> bt = op_b == Op::none ? b.transposed() : b;
+  const OneBasedMatrix<T> bt = op_b == Op::none ? b.transposed() : b;
   for (Integer j = 1; j <= n; ++j) {
-    const VectorView<T> cj = c.column(j);
+    const OneBasedVector<T> cj = c.column(j);
     scale_or_clear(m, beta, cj);
     if (is_zero(alpha)) {
       continue;
@@ -43,7 +43,7 @@ void multiply_matrices(Op op_a, Op op_b, Integer m, Integer n, Integer k, const 
 /// B := alpha op(A)^-1 B, A m by m, or B := alpha B op(A)^-1, A n by n; B is m by n.
 template <class T>
 void solve_triangular_matrix(Side side, Triangle triangle, Op op, Diagonal diagonal, Integer m, Integer n,
-                             const T& alpha, MatrixView<T> matrix, MatrixView<T> right) {
+                             const T& alpha, OneBasedMatrix<T> matrix, OneBasedMatrix<T> right) {
   if (m == 0 || n == 0) {
     return;
   }
@@ -61,8 +61,8 @@ void solve_triangular_matrix(Side side, Triangle triangle, Op op, Diagonal diago
     return;
   }
   const bool upper = triangle == Triangle::upper;
-  const MatrixView<T> a = upper ? matrix : matrix.reversed(n, n);
-  const MatrixView<T> b = upper ? right : right.columns_reversed(n);
+  const OneBasedMatrix<T> a = upper ? matrix : matrix.reversed(n, n);
+  const OneBasedMatrix<T> b = upper ? right : right.columns_reversed(n);
   const auto divide_column = [&](Integer j) {
     if (diagonal == Diagonal::general) {
       scale(m, quotient(T(1.0), apply(op, a(j, j))), b.column(j));
@@ -95,6 +95,6 @@ void solve_triangular_matrix(Side side, Triangle triangle, Op op, Diagonal diago
 /// C := alpha A A^H + beta C (Op::none, A n by k) or alpha A^H A + beta C (A k by n) on one triangle of the Hermitian
 /// matrix C, whose diagonal comes out real.
 void update_hermitian(Triangle triangle, Op op, Integer n, Integer k, const QuarnFloat& alpha,
-                      MatrixView<Complex> matrix, const QuarnFloat& beta, MatrixView<Complex> result);
+                      OneBasedMatrix<Complex> matrix, const QuarnFloat& beta, OneBasedMatrix<Complex> result);
 
 }  // namespace tesk

@@ -20,7 +20,7 @@ void keep_larger(Accuracy accuracy, QuarnFloat& value, QuarnFloat candidate) {
 enum class Profile { general, hessenberg };
 
 template <class T>
-QuarnFloat matrix_norm(Accuracy accuracy, const char* norm, Profile profile, Integer m, Integer n, MatrixView<T> a,
+QuarnFloat matrix_norm(Accuracy accuracy, const char* norm, Profile profile, Integer m, Integer n, OneBasedMatrix<T> a,
                        QuarnFloat* work) {
   QuarnFloat value;
   if (m <= 0 || n <= 0) {
@@ -47,7 +47,7 @@ QuarnFloat matrix_norm(Accuracy accuracy, const char* norm, Profile profile, Int
       }
       break;
     case 'I': {
-      const VectorView<QuarnFloat> sums(work, 1);
+      const OneBasedVector<QuarnFloat> sums(work, 1);
       fill(m, QuarnFloat(), sums);
       for (Integer j = 1; j <= n; ++j) {
         for (Integer i = 1; i <= rows(j); ++i) {

@@ -5,13 +5,14 @@
 
 #include "quarn/quarnfloat.h"
 #include "src/frame/option.h"
+#include "tesk2mp/options.hpp"
 
 namespace tesk {
 
-enum class Op { none, transpose, conjugate };
-enum class Triangle { upper, lower };
-enum class Diagonal { general, unit };
-enum class Side { left, right };
+using tesk2mp::Diagonal;
+using tesk2mp::Op;
+using tesk2mp::Side;
+using tesk2mp::Triangle;
 
 /// The first character as a capital letter.
 inline char letter(const char* option) noexcept { return capital(option[0]); }
@@ -25,7 +26,7 @@ inline bool is_diagonal(const char* option) noexcept { return letter(option) == 
 inline bool is_side(const char* option) noexcept { return letter(option) == 'L' || letter(option) == 'R'; }
 
 inline Op op_of(const char* option) noexcept {
-  return letter(option) == 'N' ? Op::none : letter(option) == 'T' ? Op::transpose : Op::conjugate;
+  return letter(option) == 'N' ? Op::none : letter(option) == 'T' ? Op::transpose : Op::conjugate_transpose;
 }
 inline Triangle triangle_of(const char* option) noexcept {
   return letter(option) == 'U' ? Triangle::upper : Triangle::lower;

@@ -42,7 +42,8 @@ inline void multiply_by(Complex& x, const QuarnFloat& a) {
 template <class T>
 void add_product(T& sum, Op op_a, const T& a, Op op_b, const T& b) {
   QuarnAddProduct(sum, a, b,
-                  (op_a == Op::conjugate ? QuarnConjugateA : 0U) | (op_b == Op::conjugate ? QuarnConjugateB : 0U));
+                  (op_a == Op::conjugate_transpose ? QuarnConjugateA : 0U) |
+                      (op_b == Op::conjugate_transpose ? QuarnConjugateB : 0U));
 }
 /// sum := sum + a b
 template <class T>
@@ -52,7 +53,7 @@ void add_product(T& sum, const T& a, const T& b) {
 /// sum := sum - op(a) b
 template <class T>
 void subtract_product(T& sum, Op op, const T& a, const T& b) {
-  QuarnAddProduct(sum, a, b, QuarnSubtract | (op == Op::conjugate ? QuarnConjugateA : 0U));
+  QuarnAddProduct(sum, a, b, QuarnSubtract | (op == Op::conjugate_transpose ? QuarnConjugateA : 0U));
 }
 /// sum := sum - a b
 template <class T>

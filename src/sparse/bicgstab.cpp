@@ -22,13 +22,13 @@ Integer r(Integer i) { return i == 0 ? Integer(kResidual) : kShadow + i; }
 Integer u(const Solver& solver, Integer i) { return kShadow + 1 + solver.state().m + i; }
 
 /// The next BiCG direction, j = inner: beta, u_i = r_i - beta u_i, A u_j.
-Progress next_direction(Solver& solver) {
+Outcome next_direction(Solver& solver) {
   const SolverState& state = solver.state();
   const Integer j = state.inner;
   QuarnFloat& rho = state.scalar(kRho);
   const QuarnFloat next_rho = solver.dot(kShadow, r(j));
   if (solver.vanishes(next_rho, solver.euclidean(kShadow) * solver.euclidean(r(j)))) {
-    return Progress::broken;
+    return Outcome::broken;
   }
   const QuarnFloat beta = state.scalar(kAlpha) * next_rho / rho;
   rho = next_rho;
@@ -43,12 +43,12 @@ Progress next_direction(Solver& solver) {
 }
 
 /// The step along u_0, then A r_j.
-Progress step_along_direction(Solver& solver) {
+Outcome step_along_direction(Solver& solver) {
   const SolverState& state = solver.state();
   const Integer j = state.inner;
   const QuarnFloat gamma = solver.dot(kShadow, u(solver, j + 1));
   if (solver.vanishes(gamma, solver.euclidean(kShadow) * solver.euclidean(u(solver, j + 1)))) {
-    return Progress::broken;
+    return Outcome::broken;
   }
   QuarnFloat& alpha = state.scalar(kAlpha);
   alpha = state.scalar(kRho) / gamma;
@@ -56,13 +56,13 @@ Progress step_along_direction(Solver& solver) {
     solver.add(-alpha, u(solver, i + 1), r(i));
   }
   if (!solver.advance_iterate(alpha, u(solver, 0))) {
-    return Progress::broken;
+    return Outcome::broken;
   }
   return solver.apply(r(j), r(j + 1), kHaveImageOfR);
 }
 
 /// r_0 made as small as r_1 ... r_l can make it, by the modified Gram-Schmidt process. Names are those of the paper.
-Progress minimise_residual(Solver& solver) {
+Outcome minimise_residual(Solver& solver) {
   const Integer l = solver.state().m;
   std::array<std::array<QuarnFloat, kLargestL + 1>, kLargestL + 1> tau;
   std::array<QuarnFloat, kLargestL + 1> sigma, gamma, gamma1, gamma2;
@@ -74,7 +74,7 @@ Progress minimise_residual(Solver& solver) {
       solver.add(-tau[i][j], r(i), r(j));
     }
     if (solver.vanishes(solver.euclidean(r(j)), size)) {
-      return Progress::broken;
+      return Outcome::broken;
     }
     sigma[j] = solver.dot(r(j), r(j));
     gamma1[j] = solver.dot(r(0), r(j)) / sigma[j];
@@ -108,10 +108,10 @@ Progress minimise_residual(Solver& solver) {
     solver.add(-gamma1[j], r(j), r(0));
   }
   solver.state().scalar(kOmega) = gamma[l];
-  return finite ? Progress::iterated : Progress::broken;
+  return finite ? Outcome::iterated : Outcome::broken;
 }
 
-Progress resume_bicgstab(Solver& solver) {
+Outcome resume_bicgstab(Solver& solver) {
   SolverState& state = solver.state();
   QuarnFloat& rho = state.scalar(kRho);
   switch (state.step) {
@@ -124,7 +124,7 @@ Progress resume_bicgstab(Solver& solver) {
       [[fallthrough]];
     case kIteration:
       rho = -state.scalar(kOmega) * rho;
-      return rho == 0 ? Progress::broken : next_direction(solver);
+      return rho == 0 ? Outcome::broken : next_direction(solver);
     case kHaveImageOfU:
       return step_along_direction(solver);
     default:

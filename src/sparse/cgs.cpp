@@ -21,7 +21,7 @@ void next_directions(const Solver& solver, const QuarnFloat& beta) {
   }
 }
 
-Progress resume_cgs(Solver& solver) {
+Outcome resume_cgs(Solver& solver) {
   QuarnFloat& rho = solver.state().scalar(kRho);
   switch (solver.state().step) {
     case kStart:
@@ -34,7 +34,7 @@ Progress resume_cgs(Solver& solver) {
       const QuarnFloat former_rho = rho;
       rho = solver.dot(kShadow, kResidual);
       if (solver.vanishes(rho, solver.euclidean(kShadow) * solver.euclidean(kResidual))) {
-        return Progress::broken;
+        return Outcome::broken;
       }
       next_directions(solver, rho / former_rho);
       return solver.apply(kP, kImage, kHaveDirection);
@@ -42,7 +42,7 @@ Progress resume_cgs(Solver& solver) {
     case kHaveDirection: {
       const QuarnFloat sigma = solver.dot(kShadow, kImage);
       if (solver.vanishes(sigma, solver.euclidean(kShadow) * solver.euclidean(kImage))) {
-        return Progress::broken;
+        return Outcome::broken;
       }
       const QuarnFloat alpha = rho / sigma;
       const auto u = solver.vector(kU);
@@ -56,11 +56,11 @@ Progress resume_cgs(Solver& solver) {
     }
     default:
       if (!solver.advance_iterate(1, kU)) {
-        return Progress::broken;
+        return Outcome::broken;
       }
       solver.add(-1, kImage, kResidual);
       solver.state().step = kIteration;
-      return Progress::iterated;
+      return Outcome::iterated;
   }
 }
 

@@ -29,7 +29,7 @@ struct SmallProblem {
   static Integer length(Integer m) { return (m + 1) * m + 3 * m + 1; }
 
   Integer m;
-  MatrixView<QuarnFloat> h;
+  OneBasedMatrix<QuarnFloat> h;
   SolverVector c, s, g;
 };
 
@@ -41,7 +41,7 @@ void rotate(const QuarnFloat& c, const QuarnFloat& s, QuarnFloat& a, QuarnFloat&
 }
 
 /// Column j of H from v_(j+1) = A v_j: makes it orthogonal to the basis and solves the small problem with it.
-Progress extend(Solver& solver) {
+Outcome extend(Solver& solver) {
   const Integer j = ++solver.state().inner;
   const SmallProblem small(solver);
   const auto column = small.h.column(j);
@@ -63,16 +63,16 @@ Progress extend(Solver& solver) {
   QuarnMP_f06aaf_(&column(j), &column(j + 1), &small.c(j), &small.s(j));
   if (solver.vanishes(column(j), size)) {
     --solver.state().inner;
-    return Progress::broken;
+    return Outcome::broken;
   }
   small.g(j + 1) = 0;
   rotate(small.c(j), small.s(j), small.g(j), small.g(j + 1));
   const bool last = j == small.m || small.g(j + 1) == 0;
   solver.state().step = last ? kStart : kNext;
-  return Progress::iterated;
+  return Outcome::iterated;
 }
 
-Progress resume_rgmres(Solver& solver) {
+Outcome resume_rgmres(Solver& solver) {
   SolverState& state = solver.state();
   switch (state.step) {
     case kStart: {

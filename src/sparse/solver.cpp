@@ -93,13 +93,13 @@ void Solver::ask(Request request, Integer source, Integer target, Task task) {
   asked_ = true;
 }
 
-Progress Solver::apply(Integer source, Integer target, Integer next_step) {
+Outcome Solver::apply(Integer source, Integer target, Integer next_step) {
   if (state_.iterm == 2 && !selects(&SolverIntegers::sigmax_known)) {
     state_[Place::source] = norm(source);
   }
   state_.step = next_step;
   ask(Request::product, source, target, selects(&SolverIntegers::preconditioned) ? Task::precondition : Task::applied);
-  return Progress::waiting;
+  return Outcome::waiting;
 }
 
 void Solver::advance() {
@@ -115,12 +115,12 @@ void Solver::advance() {
     case Task::method:
       state_.task = Integer(Task::method);
       switch (method_.resume(*this)) {
-        case Progress::waiting:
+        case Outcome::waiting:
           return;
-        case Progress::iterated:
+        case Outcome::iterated:
           ++state_.itn;
           return watch();
-        case Progress::broken:
+        case Outcome::broken:
           return evaluate(kBroken);
       }
       return;

@@ -20,7 +20,7 @@
 
 namespace tesk {
 
-using SolverVector = VectorView<QuarnFloat>;
+using SolverVector = OneBasedVector<QuarnFloat>;
 
 /// Numbers of F11BEF's failures, in the order of its messages.
 enum class Ending : Integer {
@@ -93,7 +93,7 @@ class Solver {
     return &vector(vector_count(method_, state_.m, state_.preconditioned != 0))(1);
   }
   /// target := M^-1 A source, then on with the method at that step. source and target differ.
-  Progress apply(Integer source, Integer target, Integer next_step);
+  Outcome apply(Integer source, Integer target, Integer next_step);
   /// Is |a| of no significance beside `size`, to working precision? NaN is.
   bool vanishes(const QuarnFloat& a, const QuarnFloat& size) const;
   QuarnFloat dot(Integer a, Integer b) const { return tesk::dot(n(), vector(a), vector(b)); }

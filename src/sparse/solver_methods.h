@@ -8,7 +8,7 @@ namespace tesk {
 class Solver;
 
 /// Where a method has got to.
-enum class Progress {
+enum class Outcome {
   waiting,   // for the answer to a request
   iterated,  // one more iteration is done
   broken     // a divisor has vanished to working precision
@@ -29,7 +29,7 @@ struct SolverMethod {
   Integer last_step;
   Integer (*vectors)(Integer m);    // of N elements, beside those of the solver
   Integer (*constants)(Integer m);  // behind the vectors
-  Progress (*resume)(Solver& solver);
+  Outcome (*resume)(Solver& solver);
   Bounds (*bounds)(const Solver& solver);
   /// The Euclidean norm of the preconditioned residual, as far as the recurrence knows.
   QuarnFloat (*residual)(const Solver& solver);

@@ -79,7 +79,7 @@ class SolverState : public SolverIntegers {
   QuarnFloat& operator[](Place place) const noexcept { return work_[Integer(place) - 1]; }
   QuarnFloat& scalar(Integer i) const noexcept { return work_[Integer(Place::method) - 1 + i]; }
   /// A vector of N elements, counted from 0.
-  VectorView<QuarnFloat> vector(Integer slot) const noexcept {
+  OneBasedVector<QuarnFloat> vector(Integer slot) const noexcept {
     return {work_ + kHeaderLength + std::ptrdiff_t(slot) * n, 1};
   }
 

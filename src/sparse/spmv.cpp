@@ -15,13 +15,13 @@ void multiply(const CoordinateMatrix<Value>& matrix, const Value* x, Value* y) {
     const Integer row = matrix.irow[k] - 1;
     const Integer column = matrix.icol[k] - 1;
     if constexpr (kConjugated) {
-      add_product(y[row], Op::conjugate, matrix.a[k], Op::none, x[column]);
+      add_product(y[row], Op::conjugate_transpose, matrix.a[k], Op::none, x[column]);
     } else {
       add_product(y[row], matrix.a[k], x[column]);
     }
     if constexpr (kStorage == Storage::lower_triangle) {
       if (row != column) {
-        add_product(y[column], Op::conjugate, matrix.a[k], Op::none, x[row]);
+        add_product(y[column], Op::conjugate_transpose, matrix.a[k], Op::none, x[row]);
       }
     }
   }

@@ -45,27 +45,27 @@ bool half_step(const Solver& solver) {
 }
 
 /// From the image of y1: alpha, the first half step, y2 = y1 - alpha v.
-Progress first_half(Solver& solver) {
+Outcome first_half(Solver& solver) {
   const SolverState& state = solver.state();
   const QuarnFloat sigma = solver.dot(kShadow, kV);
   if (solver.vanishes(sigma, solver.euclidean(kShadow) * solver.euclidean(kV))) {
-    return Progress::broken;
+    return Outcome::broken;
   }
   state.scalar(kAlpha) = state.scalar(kRho) / sigma;
   if (!half_step(solver) || state.scalar(kTau) == 0) {
-    return Progress::broken;  // when tau is zero luckily: so is the residual
+    return Outcome::broken;  // when tau is zero luckily: so is the residual
   }
   solver.add(-state.scalar(kAlpha), kV, kY);
   return solver.apply(kY, kImage, kSecondImage);
 }
 
 /// y1 = w + beta y2, and v = beta (A y2 + beta v), to which A y1 is still to come.
-Progress next_direction(Solver& solver) {
+Outcome next_direction(Solver& solver) {
   QuarnFloat& rho = solver.state().scalar(kRho);
   const QuarnFloat former_rho = rho;
   rho = solver.dot(kShadow, kW);
   if (solver.vanishes(rho, solver.euclidean(kShadow) * solver.euclidean(kW))) {
-    return Progress::broken;
+    return Outcome::broken;
   }
   const QuarnFloat beta = rho / former_rho;
   const auto w = solver.vector(kW);
@@ -79,7 +79,7 @@ Progress next_direction(Solver& solver) {
   return solver.apply(kY, kImage, kNextImage);
 }
 
-Progress resume_tfqmr(Solver& solver) {
+Outcome resume_tfqmr(Solver& solver) {
   SolverState& state = solver.state();
   switch (state.step) {
     case kStart:
@@ -100,10 +100,10 @@ Progress resume_tfqmr(Solver& solver) {
       return first_half(solver);
     case kSecondImage:
       if (!half_step(solver)) {
-        return Progress::broken;
+        return Outcome::broken;
       }
       state.step = kIteration;
-      return Progress::iterated;
+      return Outcome::iterated;
     default:
       return next_direction(solver);
   }

@@ -22,7 +22,7 @@ struct Definite {
 
   Definite(RandomNumbers& random, Triangle triangle, Integer n) : whole(n, n), stored(n, n) {
     const Matrix<Complex> b = Matrix<Complex>(n, n).randomise(random);
-    whole = support::product(support::op_of_matrix(Op::conjugate, b), b);
+    whole = support::product(support::op_of_matrix(Op::conjugate_transpose, b), b);
     for (Integer j = 1; j <= n; ++j) {
       whole(j, j).re += 1;
       whole(j, j).im = 0;
@@ -61,7 +61,7 @@ TEST_CASE("the factor gives the matrix back, blocked or not, on its triangle alo
           }
         }
         const Matrix<Complex> factor = support::triangle_of_matrix(triangle, Diagonal::general, a.stored);
-        const Matrix<Complex> adjoint = support::op_of_matrix(Op::conjugate, factor);
+        const Matrix<Complex> adjoint = support::op_of_matrix(Op::conjugate_transpose, factor);
         const Matrix<Complex> back =
             triangle == Triangle::upper ? support::product(adjoint, factor) : support::product(factor, adjoint);
         CHECK(support::largest_difference(back, a.whole) <= 300.0 * n);

@@ -353,7 +353,7 @@ TEST_CASE_TEMPLATE("solutions from the factors, for each operation", T, QuarnFlo
   for (const int digits : {1, 20, 333}) {
     const support::Digits scope(digits);
     for (const Integer n : {0, 1, 7}) {
-      for (const tesk::Op op : {tesk::Op::none, tesk::Op::transpose, tesk::Op::conjugate}) {
+      for (const tesk::Op op : {tesk::Op::none, tesk::Op::transpose, tesk::Op::conjugate_transpose}) {
         support::Matrix<T> a(n, n);
         support::Matrix<T> x(n, 3);
         a.randomise(random);
@@ -374,7 +374,7 @@ TEST_CASE_TEMPLATE("solutions from the factors, for each operation", T, QuarnFlo
             T sum{};
             for (Integer k = 1; k <= n; ++k) {
               const T element = op == tesk::Op::none ? given(i, k) : given(k, i);
-              sum = sum + (op == tesk::Op::conjugate ? tesk::conjugate(element) : element) * x(k, j);
+              sum = sum + (op == tesk::Op::conjugate_transpose ? tesk::conjugate(element) : element) * x(k, j);
             }
             b(i, j) = sum;
           }

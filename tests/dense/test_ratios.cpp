@@ -89,7 +89,7 @@ double ratio(const QuarnFloat& residual, const QuarnFloat& norm, Integer n, int 
 
 template <class T>
 Matrix<T> transposed(const Matrix<T>& a) {
-  return op_of_matrix(tesk::Op::conjugate, a);
+  return op_of_matrix(tesk::Op::conjugate_transpose, a);
 }
 
 void factorise(Reals& a, Integer* ipiv, Integer* info) {

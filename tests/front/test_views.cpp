@@ -101,6 +101,15 @@ TEST_CASE("what overlaps among Hermitian and copying kernels") {
   CHECK(std::equal(a.data() + 1, a.data() + 16, expected.data()));
 }
 
+TEST_CASE("a view counted from 1 shows the same elements") {
+  Samples samples;
+  Matrix<Real> a = samples.matrix<Real>(4, 3);
+  const auto block = tesk2mp::one_based(a.view().block(1, 1, 3, 2));
+  CHECK(&block(1, 1) == &a(1, 1));
+  CHECK(&block.transposed()(2, 3) == &a(3, 2));
+  CHECK(&tesk2mp::one_based(a.view().row(2))(3) == &a(2, 2));
+}
+
 TEST_CASE("nothing is a vector and a matrix too") {
   const Matrix<Real> none;
   CHECK(tesk2mp::norm(tesk2mp::Norm::one, none) == 0);

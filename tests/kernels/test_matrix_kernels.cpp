@@ -193,7 +193,7 @@ TEST_CASE("rank-one updates, real, plain and conjugated") {
         Vector<T> y = Vector<T>(n, incy).randomise(random);
         const T alpha = random.next<T>();
         kernel(m, n, alpha, x.data(), incx, y.data(), incy, a.data(), a.lda());
-        const Op flip = op == Op::conjugate ? Op::conjugate : Op::transpose;
+        const Op flip = op == Op::conjugate_transpose ? Op::conjugate_transpose : Op::transpose;
         CHECK(largest_difference(a, combination(alpha, product(as_column(x), op_of_matrix(flip, as_column(y))), T(1.0),
                                                 before)) <= kBound);
         CHECK(a.intact());
@@ -207,7 +207,7 @@ TEST_CASE("rank-one updates, real, plain and conjugated") {
   };
   check(QuarnMP_f06pmf_, Op::none, QuarnFloat());
   check(QuarnMP_f06smf_, Op::none, Complex());
-  check(QuarnMP_f06snf_, Op::conjugate, Complex());
+  check(QuarnMP_f06snf_, Op::conjugate_transpose, Complex());
 }
 
 TEST_CASE_TEMPLATE("matrix times matrix", T, QuarnFloat, Complex) {
@@ -312,7 +312,7 @@ TEST_CASE("Hermitian rank-k updates keep to their triangle and make the diagonal
           const Integer k = 1 + Integer(random.below(4));
           const bool plain = tesk::letter(trans) == 'N';
           Matrix<Complex> a = Matrix<Complex>(plain ? n : k, plain ? k : n).randomise(random);
-          const Matrix<Complex> ah = op_of_matrix(Op::conjugate, a);
+          const Matrix<Complex> ah = op_of_matrix(Op::conjugate_transpose, a);
           const Matrix<Complex> aa = plain ? product(a, ah) : product(ah, a);
           const bool upper = tesk::letter(uplo) == 'U';
           Matrix<Complex> c(n, n);

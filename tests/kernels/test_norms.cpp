@@ -145,7 +145,7 @@ TEST_CASE("level-1 entries") {
 
 TEST_CASE("the first of the largest elements wins") {
   const auto largest = [](std::vector<Complex> x) {
-    return tesk::index_of_largest(Integer(x.size()), tesk::VectorView<Complex>(x.data(), 1));
+    return tesk::index_of_largest(Integer(x.size()), tesk::OneBasedVector<Complex>(x.data(), 1));
   };
   CHECK(largest({}) == 0);
   CHECK(largest({Complex(1, 1), Complex(-2, 0), Complex(0, 2)}) == 1);

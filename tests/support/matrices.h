@@ -127,7 +127,7 @@ Matrix<T> op_of_matrix(tesk::Op op, const Matrix<T>& a) {
   for (Integer j = 1; j <= result.columns(); ++j) {
     for (Integer i = 1; i <= result.rows(); ++i) {
       const T& element = flip ? a(j, i) : a(i, j);
-      result(i, j) = op == tesk::Op::conjugate ? tesk::conjugate(element) : element;
+      result(i, j) = op == tesk::Op::conjugate_transpose ? tesk::conjugate(element) : element;
     }
   }
   return result;
