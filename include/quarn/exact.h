@@ -37,9 +37,10 @@ QRNFLOAT_API void QuarnMatrixProduct(std::size_t m, std::size_t n, std::size_t k
 
 /// The same with complex entries, each part of an entry with one rounding; `how` may have QuarnConjugateA and
 /// QuarnConjugateB. A scalar whose imaginary part is zero is a real one.
-QRNFLOAT_API void QuarnMatrixProduct(std::size_t m, std::size_t n, std::size_t k, const Complex& alpha,
-                                     QuarnMatrix<const Complex> a, QuarnMatrix<const Complex> b, const Complex& beta,
-                                     QuarnMatrix<Complex> c, unsigned how = QuarnPlain);
+QRNFLOAT_API void QuarnMatrixProduct(std::size_t m, std::size_t n, std::size_t k, const quarn::Complex& alpha,
+                                     QuarnMatrix<const quarn::Complex> a, QuarnMatrix<const quarn::Complex> b,
+                                     const quarn::Complex& beta, QuarnMatrix<quarn::Complex> c,
+                                     unsigned how = QuarnPlain);
 
 /// The sum of a[i * step_a] * b[i * step_b] for i from 0 to n - 1, with one rounding.
 QRNFLOAT_API QuarnFloat QuarnDot(std::size_t n, const QuarnFloat* a, std::ptrdiff_t step_a, const QuarnFloat* b,

@@ -6,6 +6,10 @@
 // behave as in the General Decimal Arithmetic rules. Results whose decimal exponent would pass +-999999999 become
 // infinity or zero.
 //
+// Names. What begins with Quarn or QF, QuarnFloat and its functions are at global scope; everything else is in
+// namespace quarn. quarn::Complex and quarn::Integer have a name at global scope too, unless QUARN_NO_GLOBAL_NAMES is
+// defined before the first of these headers, so that a program may have a Complex or an Integer of its own.
+//
 // Several threads may compute at once: digits, caches and recycled storage belong to the thread (quarnthread.h).
 #pragma once
 
@@ -41,6 +45,8 @@
 #define QRNFLOAT_API __attribute__((visibility("default")))
 #endif
 
+namespace quarn {
+
 /// The 32-bit signed integer of every interface: `long` where long has 32 bits, as on Windows.
 #if defined(_WIN32)
 using Integer = long;
@@ -48,6 +54,8 @@ using Integer = long;
 using Integer = int;
 #endif
 static_assert(sizeof(Integer) == 4);
+
+}  // namespace quarn
 
 /// The calling thread's working precision in decimal digits; at first the process's default, which is 20 when the
 /// program starts (QuarnSetDefaultDigits).
@@ -248,7 +256,7 @@ QRNFLOAT_API QuarnFloat pow(const QuarnFloat& x, const QuarnFloat& y);
 inline QuarnFloat pow(double x, const QuarnFloat& y) { return pow(QuarnFloat(x), y); }
 
 /// The whole part of x; values beyond the range of Integer give the nearest Integer, NaN gives 0.
-QRNFLOAT_API Integer FloatToInt(const QuarnFloat& x) noexcept;
+QRNFLOAT_API quarn::Integer FloatToInt(const QuarnFloat& x) noexcept;
 /// The nearest double, ties to even.
 QRNFLOAT_API double FloatToDouble(const QuarnFloat& x) noexcept;
 
@@ -257,6 +265,8 @@ QRNFLOAT_API double FloatToDouble(const QuarnFloat& x) noexcept;
 QRNFLOAT_API QuarnFloat QuarnEvalf1(const char* function, const QuarnFloat& x);
 /// The same with two arguments ("fmod", "pow", "atan2").
 QRNFLOAT_API QuarnFloat QuarnEvalf2(const char* function, const QuarnFloat& x, const QuarnFloat& y);
+
+namespace quarn {
 
 /// A complex number; the parts are rounded one by one.
 class QUARN_NUMBER Complex {
@@ -280,6 +290,13 @@ QRNFLOAT_API Complex operator*(const Complex& a, const Complex& b);
 QRNFLOAT_API Complex operator/(const Complex& a, const Complex& b);
 inline Complex conj(const Complex& z) { return {z.re, -z.im}; }
 
+}  // namespace quarn
+
+#if !defined(QUARN_NO_GLOBAL_NAMES)
+using quarn::Complex;
+using quarn::Integer;
+#endif
+
 /// How QuarnAddProduct takes its product; to be or-ed. Conjugates of real numbers are themselves.
 enum QuarnProduct : unsigned { QuarnPlain = 0, QuarnSubtract = 1, QuarnConjugateA = 2, QuarnConjugateB = 4 };
 
@@ -287,7 +304,8 @@ enum QuarnProduct : unsigned { QuarnPlain = 0, QuarnSubtract = 1, QuarnConjugate
 /// every product, of the sum of two products, and of the sum; only the numbers between are never made. sum may be a or
 /// b.
 QRNFLOAT_API void QuarnAddProduct(QuarnFloat& sum, const QuarnFloat& a, const QuarnFloat& b, unsigned how = QuarnPlain);
-QRNFLOAT_API void QuarnAddProduct(Complex& sum, const Complex& a, const Complex& b, unsigned how = QuarnPlain);
+QRNFLOAT_API void QuarnAddProduct(quarn::Complex& sum, const quarn::Complex& a, const quarn::Complex& b,
+                                  unsigned how = QuarnPlain);
 
 // Formatted text ------------------------------------------------------------------------------------------------
 
@@ -309,12 +327,12 @@ struct QFArgument {
 /// One target of QFsscanf: an integer, a QuarnFloat or a character array (which never overflows).
 struct QFTarget {
   enum class Type { integer, real, text } type;
-  Integer* integer = nullptr;
+  quarn::Integer* integer = nullptr;
   QuarnFloat* real = nullptr;
   char* text = nullptr;
   std::size_t capacity = 0;
 
-  QFTarget(Integer* value) : type(Type::integer), integer(value) {}
+  QFTarget(quarn::Integer* value) : type(Type::integer), integer(value) {}
   QFTarget(QuarnFloat* value) : type(Type::real), real(value) {}
   template <std::size_t N>
   QFTarget(char (&value)[N]) : type(Type::text), text(value), capacity(N) {}
@@ -355,7 +373,7 @@ int QFsprintf(char* buffer, const char* format, const A&... values) {
 /// QFscan with its targets listed.
 template <class... T>
 int QFsscanf(const char* text, const char* format, T&&... values) {
-  Integer none = 0;
+  quarn::Integer none = 0;
   const QFTarget targets[sizeof...(T) + 1] = {QFTarget(values)..., QFTarget(&none)};
   return QFscan(text, format, targets, int(sizeof...(T)));
 }

@@ -23,29 +23,30 @@
 class QRNFLOAT_API QuarnTransform {
  public:
   /// Are there transforms of length n at so many digits: 1 <= n <= 2^24, up to some 1100 digits?
-  static bool is_supported(Integer n, int digits) noexcept;
+  static bool is_supported(quarn::Integer n, int digits) noexcept;
 
   /// For the working digits. Throws std::invalid_argument when that is not supported.
-  explicit QuarnTransform(Integer n);
+  explicit QuarnTransform(quarn::Integer n);
   ~QuarnTransform();
   QuarnTransform(QuarnTransform&& other) noexcept;
   QuarnTransform& operator=(QuarnTransform&& other) noexcept;
 
-  Integer length() const noexcept;
+  quarn::Integer length() const noexcept;
   int digits() const noexcept;
 
   /// Replaces x[0], x[stride], ... by its transform, rounded to digits().
-  void forward(Complex* x, std::ptrdiff_t stride = 1) const;
-  void backward(Complex* x, std::ptrdiff_t stride = 1) const;
+  void forward(quarn::Complex* x, std::ptrdiff_t stride = 1) const;
+  void backward(quarn::Complex* x, std::ptrdiff_t stride = 1) const;
 
  private:
   struct Plan;
-  friend QRNFLOAT_API bool QuarnTransformRows(bool, Complex*, Integer, std::ptrdiff_t, Integer, std::ptrdiff_t);
+  friend QRNFLOAT_API bool QuarnTransformRows(bool, quarn::Complex*, quarn::Integer, std::ptrdiff_t, quarn::Integer,
+                                              std::ptrdiff_t);
 
   std::unique_ptr<Plan> plan_;
 };
 
 /// Transforms `count` sequences of length n, sequence i from x[i * distance], by a plan that is kept for later calls at
 /// the working digits. Returns false, and nothing is done, when that is not supported.
-QRNFLOAT_API bool QuarnTransformRows(bool backward, Complex* x, Integer n, std::ptrdiff_t stride, Integer count,
-                                     std::ptrdiff_t distance);
+QRNFLOAT_API bool QuarnTransformRows(bool backward, quarn::Complex* x, quarn::Integer n, std::ptrdiff_t stride,
+                                     quarn::Integer count, std::ptrdiff_t distance);

@@ -12,6 +12,7 @@
 #include "quarn/quarnfloat.h"
 #include "tesk2mp/api.h"
 
+TESK2MP_NAMES_BEGIN
 extern "C" {
 
 /// @defgroup f07zaz a cell of the tuning table
@@ -415,3 +416,4 @@ TESK2MP_API void QuarnMPX_c02alf_(QuarnFloat* e, QuarnFloat* a, QuarnFloat* b, Q
                                   QuarnFloat* zeror, QuarnFloat* zeroi, QuarnFloat* errest, Integer* ifail);
 /// @}
 }
+TESK2MP_NAMES_END

@@ -18,7 +18,8 @@
 namespace tesk2mp {
 
 using Real = QuarnFloat;
-using Complex = ::Complex;
+using Complex = quarn::Complex;
+using Integer = quarn::Integer;
 
 /// A value that a message names.
 using Value = std::variant<std::int64_t, Real, std::string>;

@@ -9,8 +9,8 @@
 /// One failure. Texts and values live as long as the call of the handler.
 struct QuarnFailure {
   const char* routine;       ///< "C06FAF"; of a kernel, both names: "F06PAF/DGEMV"
-  Integer number;            ///< the failure number that IFAIL becomes; of a kernel, the position of the wrong argument
-  Integer label;             ///< the label of the message: 99999 for a routine's first one, counting down
+  quarn::Integer number;     ///< the failure number that IFAIL becomes; of a kernel, the position of the wrong argument
+  quarn::Integer label;      ///< the label of the message: 99999 for a routine's first one, counting down
   const char* message;       ///< the message record, " ** On entry, N .le. 1: N =               1."
   const QFArgument* values;  ///< the values in the message, in order
   int count;                 ///< how many those are

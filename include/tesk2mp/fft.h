@@ -14,6 +14,7 @@
 #include "quarn/quarnfloat.h"
 #include "tesk2mp/api.h"
 
+TESK2MP_NAMES_BEGIN
 extern "C" {
 
 /// @defgroup c06faf Fourier transform of a real sequence
@@ -427,3 +428,4 @@ TESK2MP_API void QuarnMPX_c06pjfn_(Integer query, const char* direct, Integer nd
                                    int direct_length, int buffer_length);
 /// @}
 }
+TESK2MP_NAMES_END

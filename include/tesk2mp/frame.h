@@ -10,6 +10,7 @@
 #pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
 #endif
 
+TESK2MP_NAMES_BEGIN
 extern "C" {
 
 // Frame ----------------------------------------------------------------------------------------------------------
@@ -197,6 +198,7 @@ TESK2MP_API void QuarnMP_a02acfn_(QuarnFloat xr, QuarnFloat xi, QuarnFloat yr, Q
                                   QuarnFloat* zi);
 /// @}
 }
+TESK2MP_NAMES_END
 
 #if defined(__clang__)
 #pragma clang diagnostic pop

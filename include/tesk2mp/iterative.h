@@ -32,6 +32,7 @@
 #include "quarn/quarnfloat.h"
 #include "tesk2mp/api.h"
 
+TESK2MP_NAMES_BEGIN
 extern "C" {
 
 /// @defgroup f11bdf set-up of an iterative solution
@@ -195,6 +196,7 @@ TESK2MP_API void QuarnMP_f11beln_(Integer* irevcm, QuarnFloat* work, QuarnFloat*
                                   Integer* info);
 /// @}
 }
+TESK2MP_NAMES_END
 
 // Layout of WORK, 1-based. 1 ... 100 the header, of which these places are promised: 4 and 20 the markers 1739512 and
 // 840653 of a problem that has been set up; 5 is 0 after set-up, 1 while it runs, 2 when it is completed; 6 the method

@@ -18,6 +18,7 @@
 #pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
 #endif
 
+TESK2MP_NAMES_BEGIN
 extern "C" {
 
 // Level 1: a count below 1 does nothing -----------------------------------------------------------------------------
@@ -562,6 +563,7 @@ TESK2MP_API QuarnFloat QuarnMPX_f06umf_(const char* norm, Integer n, Complex* a,
                                         int norm_length);
 /// @}
 }
+TESK2MP_NAMES_END
 
 #if defined(__clang__)
 #pragma clang diagnostic pop

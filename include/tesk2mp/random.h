@@ -35,6 +35,7 @@
 #pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
 #endif
 
+TESK2MP_NAMES_BEGIN
 extern "C" {
 
 /// @defgroup g05kaf the next random number
@@ -80,6 +81,7 @@ TESK2MP_API QuarnFloat QuarnMPX_g05kazn_(Integer igen, Integer* iseed);
 TESK2MP_API void QuarnMP_g05kbx_(Integer* igen, Integer* iseed);
 /// @}
 }
+TESK2MP_NAMES_END
 
 #if defined(__clang__)
 #pragma clang diagnostic pop

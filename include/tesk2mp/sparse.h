@@ -11,6 +11,7 @@
 #include "quarn/quarnfloat.h"
 #include "tesk2mp/api.h"
 
+TESK2MP_NAMES_BEGIN
 extern "C" {
 
 // Canonical form ---------------------------------------------------------------------------------------------------
@@ -189,3 +190,4 @@ TESK2MP_API void QuarnMP_f11xsfn_(Integer n, Integer nnz, const Complex* a, cons
                                   int check_length, int buffer_length);
 /// @}
 }
+TESK2MP_NAMES_END

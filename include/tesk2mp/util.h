@@ -13,6 +13,7 @@
 #include "quarn/quarnfloat.h"
 #include "tesk2mp/api.h"
 
+TESK2MP_NAMES_BEGIN
 extern "C" {
 
 /// @defgroup m01daf ranks of real values
@@ -90,3 +91,4 @@ TESK2MP_API void QuarnMP_m01edf_(Complex* rv, const Integer* m1, const Integer* 
 TESK2MP_API void QuarnMP_m01zaf_(Integer* iperm, const Integer* m1, const Integer* m2, Integer* ifail);
 /// @}
 }
+TESK2MP_NAMES_END

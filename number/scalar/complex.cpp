@@ -1,6 +1,8 @@
 // Complex arithmetic from the rounded operations on the parts.
 #include "quarn/quarnfloat.h"
 
+namespace quarn {
+
 Complex operator+(const Complex& a, const Complex& b) { return {a.re + b.re, a.im + b.im}; }
 
 Complex operator-(const Complex& a, const Complex& b) { return {a.re - b.re, a.im - b.im}; }
@@ -18,3 +20,5 @@ Complex operator/(const Complex& a, const Complex& b) {
   const QuarnFloat denominator = b.re * ratio + b.im;
   return {(a.re * ratio + a.im) / denominator, (a.im * ratio - a.re) / denominator};
 }
+
+}  // namespace quarn
