@@ -3,7 +3,8 @@
 // z_k = 1/sqrt(n) * sum over j of x_j exp(-2 pi i j k / n), or exp(+2 pi i j k / n) backward. The data are put on one
 // binary scale, transformed in integers, and each part of a result is rounded once to the working digits D: it is off
 // by at most a quarter of 10^-D times the largest |part| of the data, and half a unit of its own last place. Parts of
-// the data that are smaller than that do not count. Results are the same on every platform.
+// the data that are smaller than that do not count. Results are the same on every platform. With another divisor than
+// sqrt(n), the first bound changes in proportion.
 //
 // Zeros give zeros, a number in place 0 gives n equal results, and of real data (all imaginary parts zero) result n - k
 // is exactly the conjugate of result k, so that results 0 and n / 2 are real. A zero has no sign. When a part of the
@@ -14,6 +15,9 @@
 #include <memory>
 
 #include "quarn/quarnfloat.h"
+
+/// What sums over n numbers are divided by: 1, sqrt(n) or n.
+enum class QuarnDivisor { one, root, length };
 
 /// The tables for one length at one number of digits. It never changes, and may be used again and again.
 ///
@@ -35,13 +39,13 @@ class QRNFLOAT_API QuarnTransform {
   int digits() const noexcept;
 
   /// Replaces x[0], x[stride], ... by its transform, rounded to digits().
-  void forward(quarn::Complex* x, std::ptrdiff_t stride = 1) const;
-  void backward(quarn::Complex* x, std::ptrdiff_t stride = 1) const;
+  void forward(quarn::Complex* x, std::ptrdiff_t stride = 1, QuarnDivisor divisor = QuarnDivisor::root) const;
+  void backward(quarn::Complex* x, std::ptrdiff_t stride = 1, QuarnDivisor divisor = QuarnDivisor::root) const;
 
  private:
   struct Plan;
   friend QRNFLOAT_API bool QuarnTransformRows(bool, quarn::Complex*, quarn::Integer, std::ptrdiff_t, quarn::Integer,
-                                              std::ptrdiff_t);
+                                              std::ptrdiff_t, QuarnDivisor);
 
   std::unique_ptr<Plan> plan_;
 };
@@ -49,4 +53,5 @@ class QRNFLOAT_API QuarnTransform {
 /// Transforms `count` sequences of length n, sequence i from x[i * distance], by a plan that is kept for later calls at
 /// the working digits. Returns false, and nothing is done, when that is not supported.
 QRNFLOAT_API bool QuarnTransformRows(bool backward, quarn::Complex* x, quarn::Integer n, std::ptrdiff_t stride,
-                                     quarn::Integer count, std::ptrdiff_t distance);
+                                     quarn::Integer count, std::ptrdiff_t distance,
+                                     QuarnDivisor divisor = QuarnDivisor::root);

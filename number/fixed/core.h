@@ -23,6 +23,33 @@ namespace quarn::block {
 /// Prime factors above this go by convolution.
 inline constexpr Integer kLargestRadix = 31;
 
+/// out = x (c - i s), or x (c + i s) the other way; out may be x. turn: magnitudes of c and s, and where signs count,
+/// the mask of c's.
+template <bool kConjugate, bool kSigned, class Word, class Length>
+[[gnu::always_inline]] inline void rotate(Word* out, const Word* x, const Word* turn, Length places) {
+  constexpr int kRoom = room<Word, Length>();
+  const int n = places * kPerPlace<Word>;
+  Word re_cosine[kRoom];
+  Word re_sine[kRoom];
+  Word im_cosine[kRoom];
+  Word im_sine[kRoom];
+  multiply_fraction(re_cosine, x, turn, places);
+  multiply_fraction(re_sine, x, turn + n, places);
+  multiply_fraction(im_cosine, x + n, turn, places);
+  multiply_fraction(im_sine, x + n, turn + n, places);
+  if (kSigned && turn[2 * n] != 0) {
+    negate_if(re_cosine, re_cosine, ~Word(0), places);
+    negate_if(im_cosine, im_cosine, ~Word(0), places);
+  }
+  if constexpr (kConjugate) {
+    subtract(out, re_cosine, im_sine, places);
+    add(out + n, im_cosine, re_sine, places);
+  } else {
+    add(out, re_cosine, im_sine, places);
+    subtract(out + n, im_cosine, re_sine, places);
+  }
+}
+
 /// Word is that of the platform but in tests.
 template <class Word>
 class Core {
@@ -240,32 +267,6 @@ class Core {
       }
     }
     std::copy_n(total, 2 * n, x);
-  }
-
-  /// out = x (c - i s), or x (c + i s) the other way; out may be x.
-  template <bool kConjugate, bool kSigned, class Length>
-  [[gnu::always_inline]] static void rotate(Word* out, const Word* x, const Word* turn, Length places) {
-    constexpr int kRoom = room<Word, Length>();
-    const int n = words(places);
-    Word re_cosine[kRoom];
-    Word re_sine[kRoom];
-    Word im_cosine[kRoom];
-    Word im_sine[kRoom];
-    multiply_fraction(re_cosine, x, turn, places);
-    multiply_fraction(re_sine, x, turn + n, places);
-    multiply_fraction(im_cosine, x + n, turn, places);
-    multiply_fraction(im_sine, x + n, turn + n, places);
-    if (kSigned && turn[2 * n] != 0) {
-      negate_if(re_cosine, re_cosine, ~Word(0), places);
-      negate_if(im_cosine, im_cosine, ~Word(0), places);
-    }
-    if constexpr (kConjugate) {
-      subtract(out, re_cosine, im_sine, places);
-      add(out + n, im_cosine, re_sine, places);
-    } else {
-      add(out, re_cosine, im_sine, places);
-      subtract(out + n, im_cosine, re_sine, places);
-    }
   }
 
   template <class Length>

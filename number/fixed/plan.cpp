@@ -52,27 +52,33 @@ double bound_for(Integer n, int places, double input) {
 
 }  // namespace
 
-Format format_for(Integer n, int digits) {
+Format format_for(Integer n, int digits, const Steps& steps, double root) {
   Format format;
   format.padded = has_large_factor(n) ? padded_length(2 * n - 1) : 0;
-  const double root = std::sqrt(double(n));
+  if (root == 0) {
+    root = std::sqrt(double(n));
+  }
   // Sums over n numbers of magnitude sqrt 2; for a convolution see docs/accuracy.md.
   format.headroom = format.padded == 0 ? std::max(2, int(std::ceil(std::log2(double(n)))))
                                        : int(std::ceil(std::log2(double(format.padded)) + std::log2(4.0 * n) / 2));
+  format.headroom += steps.growth;
   // kMaxPlaces are more than any supported transform takes.
   for (int places = 2;; ++places) {
     format.places = places;
     const int bits = format.fraction_bits();
     const double cut = std::exp2(bits + 3 - 18 * units_for(places) * 3.321928);
-    const double input = 1 + (places + 1) * std::exp2(2 - format.headroom) + cut;
+    const double read = 1 + (places + 1) * std::exp2(2 - format.headroom) + cut;
+    const double input = steps.factor_before * read + steps.turns_before * (2.24 * places + 1.5) / 1.4142;
     double error = 0;
     if (format.padded == 0) {
-      error = bound_for(n, places, input) + 15 * (places + 4);
+      error = bound_for(n, places, input);
     } else {
       const double m = format.padded;
       const double turn = 3.2 * places + 3;
-      error = m * (1.7 * input + 4.6 * turn) + 10 * std::sqrt(m) * turn + 30 * (places + 4);
+      error = m * (1.7 * input + 4.6 * turn) + 10 * std::sqrt(m) * turn;
     }
+    error = steps.factor_after * error + steps.turns_after * (2.24 * places + 1.5);
+    error += (format.padded == 0 ? 15 : 30) * (places + 4);
     // The largest part is from 0.49 on.
     if (bits >= digits * 3.3219281 + 3.1 + std::log2(error / root)) {
       return format;
@@ -174,142 +180,146 @@ void Chirp::run(Limb* x) const {
   with_places(places_, [&](auto places) { run(x, places); });
 }
 
+Sums::Sums(Integer n, const Format& format) : padded_(format.padded) {
+  if (format.padded != 0) {
+    chirp_.emplace(n, format);
+    return;
+  }
+  core_.emplace(n, format.places);
+  places_.resize(std::size_t(n));
+  for (Integer i = 0; i < n; ++i) {
+    places_[std::size_t(core_->order()[std::size_t(i)])] = i;
+  }
+}
+
+void Sums::run(Limb* x) const {
+  if (core_) {
+    core_->run(x);
+  } else {
+    chirp_->run(x);
+  }
+}
+
+QuarnFloat Sums::scale() const {
+  return chirp_ ? QuarnFloat(padded_) / QuarnFloat(std::uint64_t(1) << chirp_->shift()) : QuarnFloat(1);
+}
+
+void Survey::look(const QuarnFloat& part) {
+  if (kind_of(part) == Kind::zero) {
+    return;
+  }
+  finite = finite && isfinite(part);
+  if (!finite) {
+    return;
+  }
+  const std::int64_t place = QuarnAccess::exponent(part);
+  // Nine digits, whatever a limb holds.
+  const std::uint64_t leading = QuarnAccess::limbs(part)[0] / Radix::powers[std::size_t(Radix::digits - 9)];
+  if (place > exponent) {
+    exponent = place;
+    top = leading;
+  } else if (place == exponent) {
+    top = std::max(top, leading);
+  }
+}
+
+int Survey::doublings() const {
+  int count = 0;
+  while (count < 3 && (top + 1) << (count + 1) <= 1'000'000'000) {
+    ++count;
+  }
+  return count;
+}
+
+std::vector<DecimalWriter> writers_for(const QuarnFloat& factor, const Format& format, const DecimalReader& constants) {
+  std::vector<DecimalWriter> writers;
+  const int bits = 64 * format.places - format.fraction_bits();
+  for (int doublings = 0; doublings <= 3; ++doublings) {
+    writers.emplace_back(factor * QuarnFloat(std::uint64_t(1) << (bits - doublings)), format.places, constants);
+  }
+  return writers;
+}
+
+QuarnFloat value_of(QuarnDivisor divisor, const QuarnFloat& length) {
+  return divisor == QuarnDivisor::length ? length : divisor == QuarnDivisor::root ? sqrt(length) : QuarnFloat(1);
+}
+
+QuarnFloat quotient(const QuarnFloat& x, const QuarnFloat& length, QuarnDivisor divisor, int digits) {
+  if (kind_of(x) == Kind::zero) {
+    return {};
+  }
+  const WorkingDigits more(digits + 20);
+  return rounded(x / value_of(divisor, length), digits);
+}
+
 }  // namespace quarn::block
 
 using quarn::Kind;
 using quarn::Limb;
 using namespace quarn::block;
 
-QuarnTransform::Plan::Plan(Integer length, int digit_count, const Format& shape)
-    : n(length), digits(digit_count), format(shape), reader(shape.places) {
-  int bits = 64 * format.places - format.fraction_bits();
+QuarnTransform::Plan::Plan(Integer length, int digit_count)
+    : n(length), digits(digit_count), format(format_for(n, digits)), reader(format.places), sums(n, format) {
   const quarn::WorkingDigits working(int(64 * (format.places + 1) * 0.30103) + 4);
-  QuarnFloat scale = 1 / sqrt(QuarnFloat(n));
-  if (format.padded != 0) {
-    chirp.emplace(n, format);
-    bits += chirp->shift();
-    scale /= QuarnFloat(format.padded);
-  } else {
-    core.emplace(n, format.places);
-  }
   const DecimalReader constants(format.places + 1);
-  for (int doublings = 0; doublings <= 3; ++doublings) {
-    writers.emplace_back(scale * QuarnFloat(std::uint64_t(1) << (bits - doublings)), format.places, constants);
+  for (const QuarnDivisor divisor : {QuarnDivisor::one, QuarnDivisor::root, QuarnDivisor::length}) {
+    writers[int(divisor)] = writers_for(1 / (value_of(divisor, n) * sums.scale()), format, constants);
   }
-}
-
-namespace {
-
-/// What a look at the data shows.
-struct Survey {
-  bool finite = true;
-  bool real = true;
-  bool impulse = true;                // nothing but in place 0
-  std::int64_t exponent = INT64_MIN;  // of the largest part
-  int doublings = 0;                  // so often it may be doubled below 10^exponent
-};
-
-Survey survey(const Complex* x, Integer n, std::ptrdiff_t stride) {
-  Survey out;
-  std::uint64_t top = 0;
-  const auto look = [&](const QuarnFloat& part) {
-    if (quarn::kind_of(part) == Kind::zero) {
-      return;
-    }
-    out.finite = out.finite && isfinite(part);
-    if (!out.finite) {
-      return;
-    }
-    const std::int64_t exponent = QuarnAccess::exponent(part);
-    // Nine digits, whatever a limb holds.
-    const std::uint64_t leading =
-        QuarnAccess::limbs(part)[0] / quarn::Radix::powers[std::size_t(quarn::Radix::digits - 9)];
-    if (exponent > out.exponent) {
-      out.exponent = exponent;
-      top = leading;
-    } else if (exponent == out.exponent) {
-      top = std::max(top, leading);
-    }
-  };
-  for (Integer i = 0; i < n; ++i) {
-    look(x[i * stride].re);
-    look(x[i * stride].im);
-    const bool real = quarn::kind_of(x[i * stride].im) == Kind::zero;
-    out.real = out.real && real;
-    out.impulse = out.impulse && (i == 0 || (real && quarn::kind_of(x[i * stride].re) == Kind::zero));
-  }
-  while (out.doublings < 3 && (top + 1) << (out.doublings + 1) <= 1'000'000'000) {
-    ++out.doublings;
-  }
-  return out;
-}
-
-}  // namespace
-
-/// x / sqrt(n): all results for an impulse.
-QuarnFloat QuarnTransform::Plan::scaled(const QuarnFloat& x) const {
-  if (quarn::kind_of(x) == Kind::zero) {
-    return {};
-  }
-  const quarn::WorkingDigits more(digits + 20);
-  return quarn::rounded(x / sqrt(QuarnFloat(n)), digits);
 }
 
 template <class Length>
-void QuarnTransform::Plan::run(bool backward, Complex* x, std::ptrdiff_t stride, Length places) const {
-  const Survey data = survey(x, n, stride);
-  if (!data.finite || data.impulse) {
-    const Complex value = data.finite ? Complex(scaled(x[0].re), scaled(x[0].im))
+void QuarnTransform::Plan::run(bool backward, Complex* x, std::ptrdiff_t stride, QuarnDivisor divisor,
+                               Length places) const {
+  Survey data;
+  bool is_real = true;
+  bool is_impulse = true;  // nothing but in place 0
+  for (Integer i = 0; i < n; ++i) {
+    const Complex& value = x[i * stride];
+    data.look(value.re);
+    data.look(value.im);
+    const bool real = quarn::kind_of(value.im) == Kind::zero;
+    is_real = is_real && real;
+    is_impulse = is_impulse && (i == 0 || (real && quarn::kind_of(value.re) == Kind::zero));
+  }
+  if (!data.finite || is_impulse) {
+    const Complex value = data.finite ? Complex(quotient(x[0].re, n, divisor, digits),  //
+                                                quotient(x[0].im, n, divisor, digits))
                                       : Complex(quarn::special(Kind::nan), quarn::special(Kind::nan));
     for (Integer i = 0; i < n; ++i) {
       x[i * stride] = value;
     }
     return;
   }
-  const int words = places * kPerPlace<Limb>;
-  const std::size_t element = 2 * std::size_t(words);
+  const std::size_t words = std::size_t(places * kPerPlace<Limb>);
+  const std::size_t element = 2 * words;
   quarn::Scratch<Limb> y(std::size_t(n) * element);
-  const int drop = format.headroom + 1 - data.doublings;
-  const auto read = [&](Limb* out, const QuarnFloat& part, bool negated) {
-    if (quarn::kind_of(part) == Kind::zero) {
-      std::fill_n(out, words, Limb(0));
-      return;
-    }
-    reader.read(out, part, data.exponent, places);
-    quarn::fixed::shift_down(out, out, words, drop);
-    negate_if(out, out, Limb(0) - Limb(QuarnAccess::negative(part) != negated), places);
-  };
+  const BlockReader<Length> read(reader, format, data, places);
   for (Integer i = 0; i < n; ++i) {
     read(&y[std::size_t(i) * element], x[i * stride].re, false);
-    read(&y[std::size_t(i) * element + std::size_t(words)], x[i * stride].im, backward);
+    read(&y[std::size_t(i) * element + words], x[i * stride].im, backward);
   }
-  if (core) {
-    core->run(y.data());
-  } else {
-    chirp->run(y.data());
-  }
-  const DecimalWriter& writer = writers[std::size_t(data.doublings)];
-  for (Integer i = 0; i < n; ++i) {
-    const Integer k = core ? core->order()[std::size_t(i)] : i;
+  sums.run(y.data());
+  const DecimalWriter& writer = writers[int(divisor)][std::size_t(data.doublings())];
+  for (Integer k = 0; k < n; ++k) {
     const Integer mirror = k == 0 ? 0 : n - k;
-    if (data.real && k > mirror) {
-      continue;
+    if (is_real && k > mirror) {
+      break;
     }
-    const Limb* const z = &y[std::size_t(i) * element];
+    const Limb* const z = &y[sums.place(k) * element];
     Complex& out = x[k * stride];
     out.re = writer.write(z, data.exponent, false, digits, places);
-    if (!data.real || k != mirror) {
+    if (!is_real || k != mirror) {
       out.im = writer.write(z + words, data.exponent, backward, digits, places);
     } else {
       out.im = QuarnFloat();
     }
-    if (data.real && k != mirror) {
+    if (is_real && k != mirror) {
       x[mirror * stride].re = out.re;
       x[mirror * stride].im = quarn::kind_of(out.im) == Kind::zero ? out.im : -out.im;
     }
   }
 }
 
-void QuarnTransform::Plan::run(bool backward, Complex* x, std::ptrdiff_t stride) const {
-  with_places(format.places, [&](auto places) { run(backward, x, stride, places); });
+void QuarnTransform::Plan::run(bool backward, Complex* x, std::ptrdiff_t stride, QuarnDivisor divisor) const {
+  with_places(format.places, [&](auto places) { run(backward, x, stride, divisor, places); });
 }

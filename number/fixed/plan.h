@@ -25,8 +25,18 @@ inline constexpr int kMostDigits = 1100;
 
 constexpr bool is_supported(Integer n, int digits) { return n >= 1 && n <= kLongest && digits <= kMostDigits; }
 
-/// The shape for a supported length and number of digits.
-Format format_for(Integer n, int digits);
+/// What happens to the data before the sums, and to the sums afterwards: factors of their errors, and turns on top.
+struct Steps {
+  int growth = 0;  // bits that numbers gain by it
+  double factor_before = 1;
+  double turns_before = 0;
+  double factor_after = 1;
+  double turns_after = 0;
+};
+
+/// The shape for sums over a supported number of elements: results divided by `root`, sqrt(n) when that is 0, are off
+/// by a quarter of 10^-digits of the largest part of the data at most.
+Format format_for(Integer n, int digits, const Steps& steps = {}, double root = 0);
 
 /// Convolution with a chirp: j k = (j^2 + k^2 - (k-j)^2) / 2.
 class Chirp {
@@ -51,24 +61,87 @@ class Chirp {
   std::vector<Limb> spectrum_;  // of the conjugate chirp over 2^shift, as the core orders its results
 };
 
+/// Either of the two.
+class Sums {
+ public:
+  Sums(Integer n, const Format& format);
+
+  /// x: n complex numbers. Result k is in place place(k), times scale().
+  void run(Limb* x) const;
+  std::size_t place(Integer k) const { return places_.empty() ? std::size_t(k) : std::size_t(places_[std::size_t(k)]); }
+  QuarnFloat scale() const;
+
+ private:
+  std::optional<Core<Limb>> core_;
+  std::optional<Chirp> chirp_;
+  Integer padded_;
+  std::vector<Integer> places_;
+};
+
+/// What a look at the data shows.
+struct Survey {
+  bool finite = true;
+  std::int64_t exponent = INT64_MIN;  // of the largest part, unless all are zero
+  std::uint64_t top = 0;
+
+  void look(const QuarnFloat& part);
+  bool is_zero() const { return exponent == INT64_MIN; }
+  /// So often the data may be doubled below 10^exponent, up to three times.
+  int doublings() const;
+};
+
+/// Writers for data that were doubled 0 to 3 times to come near 1, of numbers in that format times a factor.
+std::vector<DecimalWriter> writers_for(const QuarnFloat& factor, const Format& format, const DecimalReader& constants);
+
+/// Reads numbers on one scale.
+template <class Length>
+class BlockReader {
+ public:
+  BlockReader(const DecimalReader& reader, const Format& format, const Survey& survey, Length places)
+      : reader_(reader), exponent_(survey.exponent), drop_(format.headroom + 1 - survey.doublings()), places_(places) {}
+
+  void operator()(Limb* out, const QuarnFloat& part, bool negated) const {
+    const int words = places_ * kPerPlace<Limb>;
+    if (kind_of(part) == Kind::zero) {
+      std::fill_n(out, words, Limb(0));
+      return;
+    }
+    reader_.read(out, part, exponent_, places_);
+    fixed::shift_down(out, out, words, drop_);
+    negate_if(out, out, Limb(0) - Limb(QuarnAccess::negative(part) != negated), places_);
+  }
+
+ private:
+  const DecimalReader& reader_;
+  std::int64_t exponent_;
+  int drop_;
+  Length places_;
+};
+
 }  // namespace quarn::block
 
 struct QuarnTransform::Plan {
-  Plan(Integer length, int digit_count, const quarn::block::Format& shape);
+  Plan(Integer length, int digit_count);
 
-  void run(bool backward, Complex* x, std::ptrdiff_t stride) const;
+  void run(bool backward, Complex* x, std::ptrdiff_t stride, QuarnDivisor divisor) const;
 
   Integer n;
   int digits;
   quarn::block::Format format;
   quarn::block::DecimalReader reader;
-  std::optional<quarn::block::Core<quarn::Limb>> core;
-  std::optional<quarn::block::Chirp> chirp;
-  // For data that were doubled 0 to 3 times to come near 1.
-  std::vector<quarn::block::DecimalWriter> writers;
+  quarn::block::Sums sums;
+  std::vector<quarn::block::DecimalWriter> writers[3];  // for each divisor
 
  private:
-  QuarnFloat scaled(const QuarnFloat& x) const;
   template <class Length>
-  void run(bool backward, Complex* x, std::ptrdiff_t stride, Length places) const;
+  void run(bool backward, Complex* x, std::ptrdiff_t stride, QuarnDivisor divisor, Length places) const;
 };
+
+namespace quarn::block {
+
+/// x / divisor, rounded to `digits` digits.
+QuarnFloat quotient(const QuarnFloat& x, const QuarnFloat& length, QuarnDivisor divisor, int digits);
+/// 1, sqrt(length), length at the working digits.
+QuarnFloat value_of(QuarnDivisor divisor, const QuarnFloat& length);
+
+}  // namespace quarn::block
