@@ -12,6 +12,8 @@
 // * Failures are exceptions (error.hpp) with the routine's name, its failure number, its message and the values in it.
 //   Nothing is printed and the process is never ended. Unless a function says otherwise, what it was to write to is
 //   then as it was (InvalidArgument) or not defined (NumericalFailure).
+// * Long work ends with QuarnInterrupted where the thread watches an interrupt that is requested (quarnthread.h); what
+//   was to be written to is then not defined.
 // * Constants are true to the working precision. Where the library has a classic entry that is good to some 16 digits
 //   at any precision, namespace classic has it under the same name.
 // * Indices count from 0. (Texts of the library count from 1.)

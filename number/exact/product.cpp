@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "number/exact/exact_sum.h"
+#include "quarn/quarnthread.h"
 
 namespace quarn::exact {
 namespace {
@@ -182,6 +183,7 @@ void Product::one_by_one() {
       if (!left_[i].exactly && !right_[j].exactly) {
         continue;
       }
+      QuarnCheckInterrupt();
       if (!weighted_) {
         entry(i, j);
       } else if ((j & parts_) == 0) {

@@ -14,6 +14,7 @@
 
 #include "number/exact/exact_sum.h"
 #include "number/exact/product.h"
+#include "quarn/quarnthread.h"
 
 namespace quarn::exact {
 namespace {
@@ -175,6 +176,7 @@ void Product::by_residues() {
           const std::size_t height = std::min(tile_rows, rows.size - ti);
           for (std::size_t tj = 0; tj < columns.size; tj += tile_columns) {
             const std::size_t width = std::min(tile_columns, columns.size - tj);
+            QuarnCheckInterrupt();
             kernel_->multiply(*work.tables, work.left + ti * inner.size, work.left_stride, work.right + tj * inner.size,
                               work.right_stride, height / group, width / panel, inner.size, l > 0, work.sums);
             if (l + inner.size < inner_) {
@@ -182,6 +184,7 @@ void Product::by_residues() {
             }
             double* sums = work.sums;
             for (std::size_t q = 0; q < width; q += panel) {
+              QuarnCheckInterrupt();
               for (std::size_t g = 0; g < height; g += group) {
                 finish_tile(work, sums, rows.first + ti + g, columns.first + tj + q);
                 sums += panel * (primes + 1) * group;
@@ -198,6 +201,7 @@ void Product::pack_left(Operands& work, Block rows, Block inner) {
   Packer packer(*kernel_, *work.tables, work.left_digits, work.digits, work.limbs.data(), work.left, work.left_stride);
   const auto group = std::size_t(kernel_->group);
   for (std::size_t first = rows.first; first < rows.first + rows.size; first += group) {
+    QuarnCheckInterrupt();
     const std::size_t there = std::min(first + group, rows_);
     for (std::size_t l = inner.first; l < inner.first + inner.size; ++l) {
       for (std::size_t i = first; i < there; ++i) {
@@ -216,6 +220,7 @@ void Product::pack_right(Operands& work, Block columns, Block inner) {
                 work.right_stride);
   const auto panel = std::size_t(kernel_->panel);
   for (std::size_t first = columns.first; first < columns.first + columns.size; first += panel) {
+    QuarnCheckInterrupt();
     const std::size_t there = std::min(first + panel, columns_);
     for (std::size_t l = inner.first; l < inner.first + inner.size; ++l) {
       for (std::size_t j = first; j < there; ++j) {

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "number/fixed/rotations.h"
+#include "quarn/quarnthread.h"
 
 namespace quarn::block {
 
@@ -141,6 +142,13 @@ class Core {
     }
   }
 
+  /// The check point of a loop over butterflies.
+  static void check_now_and_then(Integer j) {
+    if (j % 512 == 511) {
+      QuarnCheckInterrupt();
+    }
+  }
+
   void add_odd_step(Integer r, Integer length, const UnitCircle& circle) {
     OddStep odd{r, {}, {}};
     for (Integer a = 1; a <= r / 2; ++a) {
@@ -191,6 +199,7 @@ class Core {
     const std::size_t rotation = std::size_t(2 * words(places) + 1);
     const Word* turns = now.turns.words.data();
     for (Integer j = 0; j < quotient; ++j) {
+      check_now_and_then(j);
       odd_butterfly(x + std::size_t(j) * std::size_t(2 * words(places)), quotient, now, j == 0 ? nullptr : turns,
                     places);
       turns += j == 0 ? 0 : rotation * std::size_t(now.radix / 2);
@@ -292,6 +301,7 @@ class Core {
       // From the longest table to that for two.
       const Word* turn = pairs_[pairs_.size() - std::size_t(std::countr_zero(unsigned(quarter)))].words.data();
       for (Integer j = 1; j < quarter; ++j, turn += 2 * n + 1) {
+        check_now_and_then(j);
         quarter_butterfly<true>(x + std::size_t(j) * element, stride, turn, places);
       }
     }

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "number/limbs/scratch.h"
+#include "quarn/quarnthread.h"
 
 namespace quarn::block {
 namespace {
@@ -267,6 +268,17 @@ QuarnTransform::Plan::Plan(Integer length, int digit_count)
   }
 }
 
+namespace {
+
+/// The check point of a loop over numbers.
+void check_now_and_then(Integer i) {
+  if (i % 256 == 0) {
+    QuarnCheckInterrupt();
+  }
+}
+
+}  // namespace
+
 template <class Length>
 void QuarnTransform::Plan::run(bool backward, Complex* x, std::ptrdiff_t stride, QuarnDivisor divisor,
                                Length places) const {
@@ -295,12 +307,14 @@ void QuarnTransform::Plan::run(bool backward, Complex* x, std::ptrdiff_t stride,
   quarn::Scratch<Limb> y(std::size_t(n) * element);
   const BlockReader<Length> read(reader, format, data, places);
   for (Integer i = 0; i < n; ++i) {
+    check_now_and_then(i);
     read(&y[std::size_t(i) * element], x[i * stride].re, false);
     read(&y[std::size_t(i) * element + words], x[i * stride].im, backward);
   }
   sums.run(y.data());
   const DecimalWriter& writer = writers[int(divisor)][std::size_t(data.doublings())];
   for (Integer k = 0; k < n; ++k) {
+    check_now_and_then(k);
     const Integer mirror = k == 0 ? 0 : n - k;
     if (is_real && k > mirror) {
       break;

@@ -4,6 +4,7 @@
 
 #include "number/elementary/approximate.h"
 #include "number/fixed/decimal.h"
+#include "quarn/quarnthread.h"
 
 namespace quarn::block {
 namespace {
@@ -39,6 +40,7 @@ UnitCircle::UnitCircle(std::int64_t n, int places) : n_(n), places_(places) {
   const WorkingDigits digits(int(64 * long_places * 0.30103) + 4);
   const QuarnFloat quarter_pi = rounded(approximate_pi(QuarnDigits() + 20), QuarnDigits()) / 4;
   const auto point = [&](std::int64_t eighths) -> Point {
+    QuarnCheckInterrupt();
     const QuarnFloat angle = quarter_pi * QuarnFloat(eighths) / QuarnFloat(n);
     return {fraction(cos(angle), reader, long_places), fraction(sin(angle), reader, long_places)};
   };

@@ -19,7 +19,7 @@ constexpr std::size_t kShort = Radix::digits == 18 ? 16 : 48;
 
 /// The check point of operations on long numbers.
 void check_interrupt(std::size_t limbs) {
-  constexpr std::size_t kLong = 20'000 / kLimbDigits;
+  constexpr std::size_t kLong = 4'000 / kLimbDigits;
   if (limbs > kLong) {
     QuarnCheckInterrupt();
   }

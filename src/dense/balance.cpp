@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <initializer_list>
 
+#include "quarn/quarnthread.h"
 #include "src/dense/power_of_ten.h"
 #include "src/frame/constants.h"
 #include "src/kernels/level1.h"
@@ -37,6 +38,7 @@ class Balancing {
     for (bool changed = true; changed;) {
       changed = false;
       for (Integer i = low_; i <= high_; ++i) {
+        QuarnCheckInterrupt();
         changed |= rescale_pair(i);
       }
     }
@@ -74,6 +76,7 @@ class Balancing {
   }
 
   bool all_zero_but(Integer j, OneBasedVector<QuarnFloat> x, Integer first) const {
+    QuarnCheckInterrupt();
     for (Integer i = first; i <= high_; ++i) {
       if (i != j && x(i) != 0) {
         return false;

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "src/dense/tuning.h"
+#include "src/frame/check_points.h"
 #include "src/kernels/level3.h"
 #include "tesk2mp/dense.h"
 
@@ -14,8 +15,10 @@ namespace {
 /// along: dot products for the upper triangle, multiples of whole columns for the lower one, where `a` is a transposed
 /// view.
 void update_row(Triangle stored, Integer n, Integer j, OneBasedMatrix<Complex> a) {
+  CheckPoints check_points;
   if (stored == Triangle::lower) {
     for (Integer i = 1; i < j; ++i) {
+      check_points.pass(n - j);
       for (Integer k = j + 1; k <= n; ++k) {
         subtract_product(a(j, k), Op::conjugate_transpose, a(i, j), a(i, k));
       }
@@ -23,6 +26,7 @@ void update_row(Triangle stored, Integer n, Integer j, OneBasedMatrix<Complex> a
     return;
   }
   for (Integer k = j + 1; k <= n; ++k) {
+    check_points.pass(j);
     const Complex product = dot(j - 1, a.column(j), a.column(k), Op::conjugate_transpose);
     a(j, k).re -= product.re;
     a(j, k).im -= product.im;
@@ -31,6 +35,7 @@ void update_row(Triangle stored, Integer n, Integer j, OneBasedMatrix<Complex> a
 
 Integer factorise_unblocked(Triangle stored, Integer n, OneBasedMatrix<Complex> a) {
   for (Integer j = 1; j <= n; ++j) {
+    QuarnCheckInterrupt();
     const OneBasedVector<Complex> column = a.column(j);
     QuarnFloat squares;
     for (Integer i = 1; i < j; ++i) {

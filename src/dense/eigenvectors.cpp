@@ -3,6 +3,7 @@
 // eigenvalues leave the range of exponents. Full accuracy does, and takes matrices of any size.
 #include <algorithm>
 
+#include "quarn/quarnthread.h"
 #include "src/dense/power_of_ten.h"
 #include "src/dense/schur_vectors.h"
 #include "src/frame/constants.h"
@@ -97,6 +98,7 @@ QuarnFloat reciprocal_inverse_norm(Integer n, std::vector<Complex> c, const Quar
     b(j, j) = 1.0;
   }
   for (Integer j = 1; j <= n; ++j) {
+    QuarnCheckInterrupt();
     const Integer row = j - 1 + index_of_largest(n - j + 1, a.column(j).from(j));
     swap_vectors(n, a.row(j), a.row(row));
     swap_vectors(n, b.row(j), b.row(row));

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "quarn/quarnthread.h"
 #include "src/dense/cluster_shifts.h"
 #include "src/dense/power_of_ten.h"
 #include "src/dense/reflector.h"
@@ -185,6 +186,7 @@ Integer HessenbergQr::sweep_start(const Shifts& shifts, const Active& block, Qua
 void HessenbergQr::sweep(const Active& block, Integer start, Integer size, QuarnFloat* v) {
   ++sweeps_;
   for (Integer k = start; k < block.high; ++k) {
+    QuarnCheckInterrupt();
     const Integer nr = std::min(size, block.high - k + 1);
     if (k > start) {
       for (Integer i = 0; i < nr; ++i) {

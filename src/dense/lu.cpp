@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "quarn/quarnthread.h"
 #include "src/dense/tuning.h"
 #include "src/frame/constants.h"
 #include "src/kernels/exact.h"
@@ -93,6 +94,7 @@ template <class T, class Pivots>
 Integer factorise_unblocked(Integer m, Integer n, OneBasedMatrix<T> a, const Pivots& pivots) {
   Integer info = 0;
   for (Integer j = 1; j <= std::min(m, n); ++j) {
+    QuarnCheckInterrupt();
     const Integer row = pivots.choose(j, m, a);
     const bool usable = pivots.usable(row, a(row, j));
     pivots.record(j, row);

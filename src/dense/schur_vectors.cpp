@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "quarn/quarnthread.h"
+
 namespace tesk {
 namespace {
 
@@ -75,6 +77,7 @@ std::vector<Complex> right_eigenvector(Accuracy accuracy, Integer n, OneBasedMat
     subtract_column(k + 1, k - 1);
   }
   for (Integer j = k - 1; j >= 1; --j) {
+    QuarnCheckInterrupt();
     if (j > 1 && t(j, j - 1) != 0) {
       solve_block(t(j - 1, j - 1) - lambda, t(j - 1, j), t(j, j - 1), t(j, j) - lambda, x(j - 1), x(j), smallest);
       keep_in_range(j - 1);

@@ -7,6 +7,7 @@
 
 #include "src/fft/odd_sums.h"
 #include "src/fft/prime_transform.h"
+#include "src/frame/check_points.h"
 
 namespace tesk {
 namespace {
@@ -65,14 +66,17 @@ void for_each_butterfly(const PassShape& shape, Integer r, const Complex* source
   }
   const std::ptrdiff_t row = std::ptrdiff_t(shape.length) * shape.lanes;
   const std::ptrdiff_t apart = row * shape.blocks;
+  CheckPoints check_points;
   for (Integer block = 0; block < shape.blocks; ++block) {
     const Complex* from = source + block * row * r;
     Complex* to = target + block * row;
     for (Integer lane = 0; lane < shape.lanes; ++lane) {
+      check_points.pass(r);
       butterfly(Input(from++, row), Output<false>(to++, apart, table, 0));
     }
     for (Integer i = 1; i < shape.length; ++i) {
       for (Integer lane = 0; lane < shape.lanes; ++lane) {
+        check_points.pass(r);
         butterfly(Input(from++, row), Output<true>(to++, apart, table, std::ptrdiff_t(i) * shape.blocks));
       }
     }
@@ -121,7 +125,9 @@ void long_butterfly(Integer r, const Sums& x, const Out& out, const Complex* roo
   QuarnFloat e_im;
   QuarnFloat o_re;
   QuarnFloat o_im;
+  CheckPoints check_points;
   for (Integer s = 1; s <= r / 2; ++s) {
+    check_points.pass(r);
     // The roots of the table turn forward: these are -O_s.
     sums_of_pairs(
         r, s, [&x](Integer q) -> const QuarnFloat& { return x[q].re; },
@@ -288,6 +294,7 @@ class TableMaker {
   void provide(Integer k) {
     Complex& place = table_[k];
     if (place.re == zero_ && place.im == zero_) {
+      check_points_.pass(8);
       place = conj(rotation(k));
     }
   }
@@ -312,6 +319,7 @@ class TableMaker {
   Twiddles twiddles_;
   bool mirrored_;
   QuarnFloat zero_;
+  CheckPoints check_points_;
 };
 
 }  // namespace

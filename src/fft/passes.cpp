@@ -6,6 +6,7 @@
 #include "src/fft/even_radix.h"
 #include "src/fft/general_radix.h"
 #include "src/fft/odd_radix.h"
+#include "src/frame/check_points.h"
 
 namespace tesk {
 namespace {
@@ -23,8 +24,10 @@ void run(const Pass& pass, const Radix& radix, const Circle& circle) {
   const Integer r = radix.size();
   const Integer m = pass.m;
   const Integer length = r * m;
-  const auto for_each_block = [&pass, length](const auto& butterfly) {
+  CheckPoints check_points;
+  const auto for_each_block = [&](const auto& butterfly) {
     for (QuarnFloat* block = pass.x; block != pass.x + pass.n; block += length) {
+      check_points.pass(r);
       butterfly(block);
     }
   };

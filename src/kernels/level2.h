@@ -3,6 +3,7 @@
 // is that of the published algorithms.
 #pragma once
 
+#include "src/frame/check_points.h"
 #include "src/kernels/level1.h"
 
 namespace tesk {
@@ -22,7 +23,9 @@ void multiply_matrix_vector(Op op, Integer m, Integer n, const T& alpha, OneBase
   if (is_zero(alpha)) {
     return;
   }
+  CheckPoints check_points;
   for (Integer j = 1; j <= n; ++j) {
+    check_points.pass(m);
     if (op == Op::none) {
       T temp = x(j);
       multiply_by(temp, alpha);
@@ -49,11 +52,13 @@ template <class T>
 void multiply_triangular(Triangle triangle, Op op, Diagonal diagonal, Integer n, OneBasedMatrix<T> matrix,
                          OneBasedVector<T> vector) {
   const auto [a, x] = UpperTriangle<T>(triangle, n, matrix, vector);
+  CheckPoints check_points;
   if (op == Op::none) {
     for (Integer j = 1; j <= n; ++j) {
       if (is_zero(x(j))) {
         continue;
       }
+      check_points.pass(j);
       add_multiple(j - 1, T(x(j)), a.column(j), x);
       if (diagonal == Diagonal::general) {
         multiply_by(x(j), a(j, j));
@@ -61,6 +66,7 @@ void multiply_triangular(Triangle triangle, Op op, Diagonal diagonal, Integer n,
     }
   } else {
     for (Integer j = n; j >= 1; --j) {
+      check_points.pass(j);
       T temp = x(j);
       if (diagonal == Diagonal::general) {
         multiply_by(temp, apply(op, a(j, j)));
@@ -83,11 +89,13 @@ void solve_triangular(Triangle triangle, Op op, Diagonal diagonal, Integer n, On
                       OneBasedVector<T> vector) {
   const bool downwards = triangle == Triangle::lower && order == SumOrder::ascending;
   const auto [a, x] = UpperTriangle<T>(triangle, n, matrix, vector);
+  CheckPoints check_points;
   if (op == Op::none) {
     for (Integer j = n; j >= 1; --j) {
       if (is_zero(x(j))) {
         continue;
       }
+      check_points.pass(j);
       if (diagonal == Diagonal::general) {
         x(j) = quotient(x(j), a(j, j));
       }
@@ -97,6 +105,7 @@ void solve_triangular(Triangle triangle, Op op, Diagonal diagonal, Integer n, On
     }
   } else {
     for (Integer j = 1; j <= n; ++j) {
+      check_points.pass(j);
       for (Integer k = 1; k < j; ++k) {
         const Integer i = downwards ? j - k : k;
         subtract_product(x(j), op, a(i, j), x(i));
@@ -115,8 +124,10 @@ void update_rank_one(Op op, Integer m, Integer n, const T& alpha, OneBasedVector
   if (m == 0 || n == 0 || is_zero(alpha)) {
     return;
   }
+  CheckPoints check_points;
   for (Integer j = 1; j <= n; ++j) {
     if (!is_zero(y(j))) {
+      check_points.pass(m);
       T temp = apply(op, y(j));
       multiply_by(temp, alpha);
       add_multiple(m, temp, x, a.column(j));

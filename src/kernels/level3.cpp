@@ -11,6 +11,7 @@ void tesk::update_hermitian(Triangle triangle, Op op, Integer n, Integer k, cons
   const OneBasedMatrix<Complex> a = upper            ? matrix
                                     : op == Op::none ? matrix.rows_reversed(n)
                                                      : matrix.columns_reversed(n);
+  CheckPoints check_points;
   for (Integer j = 1; j <= n; ++j) {
     const OneBasedVector<Complex> cj = c.column(j);
     scale_or_clear(j, beta, cj);
@@ -23,6 +24,7 @@ void tesk::update_hermitian(Triangle triangle, Op op, Integer n, Integer k, cons
         if (is_zero(a(j, l))) {
           continue;
         }
+        check_points.pass(j);
         Complex temp = conj(a(j, l));
         multiply_by(temp, alpha);
         add_multiple(j - 1, temp, a.column(l), cj);
@@ -31,6 +33,7 @@ void tesk::update_hermitian(Triangle triangle, Op op, Integer n, Integer k, cons
       continue;
     }
     for (Integer i = 1; i < j; ++i) {
+      check_points.pass(k);
       Complex temp = dot(k, a.column(i), a.column(j), Op::conjugate_transpose);
       multiply_by(temp, alpha);
       cj(i).re += temp.re;

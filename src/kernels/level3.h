@@ -16,6 +16,7 @@ void multiply_matrices(Op op_a, Op op_b, Integer m, Integer n, Integer k, const 
   }
   // Row j of bt is column j of op(B), up to conjugation.
   const OneBasedMatrix<T> bt = op_b == Op::none ? b.transposed() : b;
+  CheckPoints check_points;
   for (Integer j = 1; j <= n; ++j) {
     const OneBasedVector<T> cj = c.column(j);
     scale_or_clear(m, beta, cj);
@@ -24,6 +25,7 @@ void multiply_matrices(Op op_a, Op op_b, Integer m, Integer n, Integer k, const 
     }
     if (op_a == Op::none) {
       for (Integer l = 1; l <= k; ++l) {
+        check_points.pass(m);
         T temp = apply(op_b, bt(j, l));
         multiply_by(temp, alpha);
         add_multiple(m, temp, a.column(l), cj);
@@ -31,6 +33,7 @@ void multiply_matrices(Op op_a, Op op_b, Integer m, Integer n, Integer k, const 
       continue;
     }
     for (Integer i = 1; i <= m; ++i) {
+      check_points.pass(k);
       T temp{};
       for (Integer l = 1; l <= k; ++l) {
         add_product(temp, op_a, a(l, i), op_b, bt(j, l));
@@ -53,8 +56,10 @@ void solve_triangular_matrix(Side side, Triangle triangle, Op op, Diagonal diago
     }
     return;
   }
+  CheckPoints check_points;
   if (side == Side::left) {
     for (Integer j = 1; j <= n; ++j) {
+      check_points.pass(std::ptrdiff_t(m) * m);
       scale_or_clear(m, alpha, right.column(j));
       solve_triangular<T, SumOrder::ascending>(triangle, op, diagonal, m, matrix, right.column(j));
     }
@@ -74,6 +79,7 @@ void solve_triangular_matrix(Side side, Triangle triangle, Op op, Diagonal diago
       for (Integer l = 1; l < j; ++l) {
         const Integer k = upper ? l : j - l;  // ascending in the caller's own indices
         if (!is_zero(a(k, j))) {
+          check_points.pass(m);
           add_multiple(m, -a(k, j), b.column(k), b.column(j));
         }
       }
@@ -84,6 +90,7 @@ void solve_triangular_matrix(Side side, Triangle triangle, Op op, Diagonal diago
       divide_column(k);
       for (Integer j = 1; j < k; ++j) {
         if (!is_zero(a(j, k))) {
+          check_points.pass(m);
           add_multiple(m, -apply(op, a(j, k)), b.column(k), b.column(j));
         }
       }

@@ -1,6 +1,7 @@
 
 #include <algorithm>
 
+#include "src/frame/check_points.h"
 #include "src/frame/constants.h"
 #include "src/kernels/level1.h"
 #include "tesk2mp/kernels.h"
@@ -26,12 +27,16 @@ QuarnFloat matrix_norm(Accuracy accuracy, const char* norm, Profile profile, Int
   if (m <= 0 || n <= 0) {
     return value;
   }
+  CheckPoints check_points;
   // The last row of column j.
-  const auto rows = [&](Integer j) { return profile == Profile::general || j >= m ? m : j + 1; };
+  const auto rows = [&](Integer j) {
+    check_points.pass(m);
+    return profile == Profile::general || j >= m ? m : j + 1;
+  };
   switch (letter(norm)) {
     case 'M':
       for (Integer j = 1; j <= n; ++j) {
-        for (Integer i = 1; i <= rows(j); ++i) {
+        for (Integer i = 1, last = rows(j); i <= last; ++i) {
           keep_larger(accuracy, value, modulus(a(i, j)));
         }
       }
@@ -40,7 +45,7 @@ QuarnFloat matrix_norm(Accuracy accuracy, const char* norm, Profile profile, Int
     case '1':
       for (Integer j = 1; j <= n; ++j) {
         QuarnFloat sum;
-        for (Integer i = 1; i <= rows(j); ++i) {
+        for (Integer i = 1, last = rows(j); i <= last; ++i) {
           sum += modulus(a(i, j));
         }
         keep_larger(accuracy, value, std::move(sum));
@@ -50,7 +55,7 @@ QuarnFloat matrix_norm(Accuracy accuracy, const char* norm, Profile profile, Int
       const OneBasedVector<QuarnFloat> sums(work, 1);
       fill(m, QuarnFloat(), sums);
       for (Integer j = 1; j <= n; ++j) {
-        for (Integer i = 1; i <= rows(j); ++i) {
+        for (Integer i = 1, last = rows(j); i <= last; ++i) {
           sums(i) += modulus(a(i, j));
         }
       }

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <limits>
 
+#include "quarn/quarnthread.h"
 #include "src/frame/constants.h"
 #include "src/frame/option.h"
 #include "src/frame/report.h"
@@ -97,9 +98,11 @@ Step step_of(Integer method) {
   }
 }
 
-/// One step of the method: from what the caller brings to what it is asked for next.
+/// One step of the method: from what the caller brings to what it is asked for next. It may be interrupted before
+/// anything is changed, so that the same call may be made again.
 void step(const SolverMethod& method, Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt,
           Integer* info) {
+  QuarnCheckInterrupt();
   const Integer lwork = *info;
   if (lwork < kHeaderLength) {
     *info = -kParameterLwork;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "src/frame/check_points.h"
 #include "src/kernels/scalar.h"
 
 namespace tesk {
@@ -11,7 +12,9 @@ namespace {
 template <Storage kStorage, bool kConjugated, class Value>
 void multiply(const CoordinateMatrix<Value>& matrix, const Value* x, Value* y) {
   std::fill_n(y, std::max(matrix.n, Integer(0)), Value());
+  CheckPoints check_points;
   for (Integer k = 0; k < matrix.nnz; ++k) {
+    check_points.pass(1);
     const Integer row = matrix.irow[k] - 1;
     const Integer column = matrix.icol[k] - 1;
     if constexpr (kConjugated) {

@@ -10,6 +10,7 @@
 #include <cstdint>
 
 #include "quarn/quarnfloat.h"
+#include "src/frame/check_points.h"
 
 namespace tesk {
 
@@ -103,7 +104,10 @@ class ListSort {
     int power;
   };
 
-  bool less(const Value& a, const Value& b) const { return ordering_.less(a, b); }
+  bool less(const Value& a, const Value& b) {
+    check_points_.pass(1);
+    return ordering_.less(a, b);
+  }
 
   static constexpr int kStackDepth = 33;
   /// From the position that opened a run up to here, a value may be inserted inside it.
@@ -179,6 +183,7 @@ class ListSort {
   Integer* links_;
   Integer count_;
   [[no_unique_address]] Ordering ordering_;
+  CheckPoints check_points_;
 };
 
 }  // namespace tesk
