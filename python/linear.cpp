@@ -113,8 +113,6 @@ void add_tuning(py::module_& module) {
   const auto item_of = [](const std::string& name) {
     return option_of<Tuning>("item", name,
                              {{"block_size", Tuning::block_size},
-                              {"least_block_size", Tuning::least_block_size},
-                              {"crossover", Tuning::crossover},
                               {"shifts", Tuning::shifts},
                               {"largest_small_block", Tuning::largest_small_block}});
   };
@@ -125,8 +123,8 @@ void add_tuning(py::module_& module) {
       },
       py::arg("routine"), py::arg("item"), R"(tuning(routine, item)
 
-A setting of a dense routine, 'F07ADF' or the like, for the whole process. item: 'block_size', 'least_block_size' or
-'crossover' of a factorisation, 'shifts' or 'largest_small_block' of the QR algorithm.
+A setting of a dense routine, 'F07ADF' or the like, for the whole process. item: 'block_size' of a factorisation,
+'shifts' or 'largest_small_block' of the QR algorithm.
 
 >>> tuning('F07ADF', 'block_size')
 1

@@ -23,7 +23,7 @@ extern "C" {
 /// another one made (F08AG after F08AE, ...) have their own row in the A family and share one elsewhere.
 ///
 /// @param[in] ispec 1 block size, 2 least block size, 3 crossover, 4 number of shifts and 8 largest small block of the
-///     QR algorithm, 5 to 7 free.
+///     QR algorithm, 5 to 7 free; the routines read 1, 4 and 8
 /// @param[in] name a routine of chapters F07 and F08, six capital characters ("F07ADF", or letters first, "ADFF07")
 /// @param[in,out] ival the value of the cell: out when it is read, in when it is written
 /// @param[in] rwflag 0 reads, any other value writes

@@ -29,8 +29,6 @@ std::vector<T> solve_vector(const VectorView<const T>& b, const Solve& solve) {
 /// factorisations and the double-shift QR algorithm.
 enum class Tuning : Integer {
   block_size = 1,
-  least_block_size = 2,
-  crossover = 3,
   shifts = 4,
   largest_small_block = 8,
 };

@@ -142,10 +142,10 @@ template <class Length>
 void combine_sin_cos(Word* s, Word* v, const Word* other_s, const Word* other_v, Length n) {
   // sin(a+b) = sa + sb - (sa vb + va sb), 1 - cos(a+b) = va + vb - va vb + sa sb; the bracket is
   // (sa + va)(sb + vb) - sa sb - va vb, whose sums are below 1 for angles up to pi/4.
-  Word ss[kRoom<Length>];
-  Word vv[kRoom<Length>];
-  Word cross[kRoom<Length>];
-  Word other_sum[kRoom<Length>];
+  Room<Length> ss;
+  Room<Length> vv;
+  Room<Length> cross;
+  Room<Length> other_sum;
   multiply_high(ss, s, other_s, n);
   multiply_high(vv, v, other_v, n);
   add(cross, s, v, n);

@@ -21,13 +21,18 @@ inline constexpr int kMaxWords = 12'800 / kBits;
 template <class Length>
 inline constexpr int kRoom = kIsConstant<Length> ? 16 : kMaxWords;
 
-/// A number of up to kMaxWords words; how many are in use is known to its user.
-struct Number {
-  Number() { words[0] = 0; }
-  Word words[kMaxWords];
+/// Room for a number of that length; how many words are in use is known to its user. One word is set, so that compilers
+/// which do not know that a length is positive see no use of what was never written.
+template <class Length>
+struct Room {
+  Room() { words[0] = 0; }
+  Word words[kRoom<Length>];
   operator Word*() { return words; }
   operator const Word*() const { return words; }
 };
+
+/// A number of up to kMaxWords words.
+using Number = Room<int>;
 
 /// out = a * b, the word above returned. out may be a.
 inline Word multiply_word(Word* out, const Word* a, int n, Word b) {

@@ -6,8 +6,8 @@
 
 namespace tesk {
 
-/// What a cell of a row holds. The other kinds up to 8 are free for the routine.
-enum TuningKind : Integer { kBlockSize = 1, kMinimumBlock = 2, kCrossover = 3, kShifts = 4, kLargestSmallBlock = 8 };
+/// What a cell of a row holds: those of the eight that a routine reads.
+enum TuningKind : Integer { kBlockSize = 1, kShifts = 4, kLargestSmallBlock = 8 };
 
 /// The value for the routine of that name ("F07ADF"), 0 when the table has no row for it.
 Integer tuning_value(TuningKind kind, const char* routine) noexcept;
