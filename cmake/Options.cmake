@@ -7,10 +7,10 @@ target_compile_options(tesk_options INTERFACE -Wall -Wextra -Wshadow -Wnon-virtu
 target_compile_options(tesk_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
                                               $<$<CXX_COMPILER_ID:Clang>:-Wno-return-type-c-linkage>)
 # Doubles are converted exactly, with their zeros, infinities and NaNs, whatever the flags say of speed.
-if("${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_RELEASE}" MATCHES "-ffast-math|-Ofast")
-  add_compile_options(-fno-fast-math)
-  add_link_options(-fno-fast-math)
-endif()
+foreach(flags CMAKE_CXX_FLAGS CMAKE_CXX_FLAGS_DEBUG CMAKE_CXX_FLAGS_RELEASE CMAKE_CXX_FLAGS_RELWITHDEBINFO)
+  string(REPLACE "-ffast-math" "" ${flags} "${${flags}}")
+  string(REPLACE "-Ofast" "-O3" ${flags} "${${flags}}")
+endforeach()
 if(QUARN_LIMB_BITS)
   target_compile_definitions(tesk_options INTERFACE QUARN_LIMB_BITS=${QUARN_LIMB_BITS})
 endif()

@@ -2,6 +2,7 @@
 // a binary splitting (Brent 1976, "The complexity of multiple-precision arithmetic"; Haible and Papanikolaou 1998).
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 #include "number/elementary/approximate.h"
 #include "number/elementary/fixed_point.h"
@@ -12,13 +13,18 @@ namespace {
 
 constexpr int kGuardDigits = 20;
 
+/// Below log10(n!), n > 0, by less than 1 / (27 n): Stirling's formula. std::lgamma writes a variable of the process.
+double log10_factorial(double n) {
+  return n * (std::log10(n) - std::numbers::log10e) + std::log10(2 * std::numbers::pi * n) / 2;
+}
+
 /// The number of terms after which a series of terms below 10^(-k * places) / (step k)! is below 10^-w.
 long terms_needed(int w, double places, int step) {
   long low = 1;
   long high = w + 40;
   while (low < high) {
     const long middle = low + (high - low) / 2;
-    if (places * double(middle) + std::lgamma(double(step * middle + 1)) / std::log(10.0) > w) {
+    if (places * double(middle) + log10_factorial(double(step * middle)) > w) {
       high = middle;
     } else {
       low = middle + 1;

@@ -238,7 +238,6 @@ void QuarnMP_f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat*
                       char* message_buffer, Integer* ifail, int /*buffer_length*/) {
   Report report("F11BEF", message_buffer, ifail);
   const bool initial = Request(*irevcm) == Request::start;
-  SolverState state(work);
   Integer info = lwork;
   if (lwork < kHeaderLength) {
     info = -kParameterLwork;
