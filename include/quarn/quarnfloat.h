@@ -135,10 +135,11 @@ class QUARN_NUMBER QuarnFloat {
     negated.tag_ ^= kSign;
     return negated;
   }
-  QuarnFloat& operator+=(const QuarnFloat& b);
-  QuarnFloat& operator-=(const QuarnFloat& b);
-  QuarnFloat& operator*=(const QuarnFloat& b);
-  QuarnFloat& operator/=(const QuarnFloat& b);
+  // In place, without a number between; b may be this one.
+  QRNFLOAT_API QuarnFloat& operator+=(const QuarnFloat& b);
+  QRNFLOAT_API QuarnFloat& operator-=(const QuarnFloat& b);
+  QRNFLOAT_API QuarnFloat& operator*=(const QuarnFloat& b);
+  QRNFLOAT_API QuarnFloat& operator/=(const QuarnFloat& b);
 
   /// Plain text for magnitudes from 1e-7 to below 1e21 and for zero, otherwise d.ddde+-x: all digits of the value,
   /// no trailing zeros. Reading it at as many digits gives the same value.
@@ -211,11 +212,6 @@ QRNFLOAT_API QuarnFloat operator+(const QuarnFloat& a, const QuarnFloat& b);
 QRNFLOAT_API QuarnFloat operator-(const QuarnFloat& a, const QuarnFloat& b);
 QRNFLOAT_API QuarnFloat operator*(const QuarnFloat& a, const QuarnFloat& b);
 QRNFLOAT_API QuarnFloat operator/(const QuarnFloat& a, const QuarnFloat& b);
-
-inline QuarnFloat& QuarnFloat::operator+=(const QuarnFloat& b) { return *this = *this + b; }
-inline QuarnFloat& QuarnFloat::operator-=(const QuarnFloat& b) { return *this = *this - b; }
-inline QuarnFloat& QuarnFloat::operator*=(const QuarnFloat& b) { return *this = *this * b; }
-inline QuarnFloat& QuarnFloat::operator/=(const QuarnFloat& b) { return *this = *this / b; }
 
 /// -1, 0 or 1 as a is below, equal to or above b, exactly; 2 when one of them is NaN.
 QRNFLOAT_API int QuarnCompare(const QuarnFloat& a, const QuarnFloat& b) noexcept;

@@ -185,45 +185,45 @@ struct AddComplexProduct {
   }
 };
 
+// The cut is found again rather than passed: a register less to be kept while the columns are summed.
 template <class Operation, int N, bool kMore, class Number>
-[[gnu::noinline]] bool run(Number& result, const Number& x, const Number& y, std::uint32_t flip, const Cut& cut) {
-  return Operation::template run<N, kMore>(result, x, y, flip, cut);
+[[gnu::noinline]] bool run(Number& result, const Number& x, const Number& y, std::uint32_t flip) {
+  return Operation::template run<N, kMore>(result, x, y, flip, thread_state().precision.cut);
 }
 
 /// The one dispatch on the length. Returns false, with the result untouched, where fixed-length code does not serve.
 template <class Operation, bool kUsesMore = true, class Number>
 [[gnu::always_inline]] inline bool by_length(Number& result, const Number& x, const Number& y, std::uint32_t flip = 0) {
   const Precision& precision = thread_state().precision;
-  const Cut& cut = precision.cut;
   switch (kUsesMore ? precision.fixed_length : precision.fixed_length & (Precision::kMore - 1)) {
     case 1:
-      return run<Operation, 1, false>(result, x, y, flip, cut);
+      return run<Operation, 1, false>(result, x, y, flip);
     case 2:
-      return run<Operation, 2, false>(result, x, y, flip, cut);
+      return run<Operation, 2, false>(result, x, y, flip);
     case 3:
-      return run<Operation, 3, false>(result, x, y, flip, cut);
+      return run<Operation, 3, false>(result, x, y, flip);
     case 4:
-      return run<Operation, 4, false>(result, x, y, flip, cut);
+      return run<Operation, 4, false>(result, x, y, flip);
     case 5:
-      return run<Operation, 5, false>(result, x, y, flip, cut);
+      return run<Operation, 5, false>(result, x, y, flip);
     case 6:
-      return run<Operation, 6, false>(result, x, y, flip, cut);
+      return run<Operation, 6, false>(result, x, y, flip);
     case 7:
-      return run<Operation, 7, false>(result, x, y, flip, cut);
+      return run<Operation, 7, false>(result, x, y, flip);
     case Precision::kMore + 1:
-      return run<Operation, 1, kUsesMore>(result, x, y, flip, cut);
+      return run<Operation, 1, kUsesMore>(result, x, y, flip);
     case Precision::kMore + 2:
-      return run<Operation, 2, kUsesMore>(result, x, y, flip, cut);
+      return run<Operation, 2, kUsesMore>(result, x, y, flip);
     case Precision::kMore + 3:
-      return run<Operation, 3, kUsesMore>(result, x, y, flip, cut);
+      return run<Operation, 3, kUsesMore>(result, x, y, flip);
     case Precision::kMore + 4:
-      return run<Operation, 4, kUsesMore>(result, x, y, flip, cut);
+      return run<Operation, 4, kUsesMore>(result, x, y, flip);
     case Precision::kMore + 5:
-      return run<Operation, 5, kUsesMore>(result, x, y, flip, cut);
+      return run<Operation, 5, kUsesMore>(result, x, y, flip);
     case Precision::kMore + 6:
-      return run<Operation, 6, kUsesMore>(result, x, y, flip, cut);
+      return run<Operation, 6, kUsesMore>(result, x, y, flip);
     case Precision::kMore + 7:
-      return run<Operation, 7, kUsesMore>(result, x, y, flip, cut);
+      return run<Operation, 7, kUsesMore>(result, x, y, flip);
     default:
       return false;
   }
@@ -286,6 +286,34 @@ QuarnFloat operator/(const QuarnFloat& a, const QuarnFloat& b) {
     result = general_quotient(a, b);
   }
   return result;
+}
+
+QuarnFloat& QuarnFloat::operator+=(const QuarnFloat& b) {
+  if (!by_length<Sum, false>(*this, *this, b)) [[unlikely]] {
+    *this = general_sum(*this, b, false);
+  }
+  return *this;
+}
+
+QuarnFloat& QuarnFloat::operator-=(const QuarnFloat& b) {
+  if (!by_length<Sum, false>(*this, *this, b, QuarnAccess::kSign)) [[unlikely]] {
+    *this = general_sum(*this, b, true);
+  }
+  return *this;
+}
+
+QuarnFloat& QuarnFloat::operator*=(const QuarnFloat& b) {
+  if (!by_length<Product>(*this, *this, b)) [[unlikely]] {
+    *this = general_product(*this, b);
+  }
+  return *this;
+}
+
+QuarnFloat& QuarnFloat::operator/=(const QuarnFloat& b) {
+  if (!by_length<Quotient>(*this, *this, b)) [[unlikely]] {
+    *this = general_quotient(*this, b);
+  }
+  return *this;
 }
 
 QuarnFloat sqrt(const QuarnFloat& x) {
