@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "tesk2mp/options.hpp"
 #include "tesk2mp/views.hpp"
 
 namespace tesk2mp {
