@@ -53,4 +53,5 @@
 #include "tesk2mp/kernels.h"
 #include "tesk2mp/random.h"
 #include "tesk2mp/sparse.h"
+#include "tesk2mp/transforms.h"
 #include "tesk2mp/util.h"

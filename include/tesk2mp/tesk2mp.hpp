@@ -29,5 +29,6 @@
 #include "tesk2mp/kernels.hpp"
 #include "tesk2mp/solver.hpp"
 #include "tesk2mp/sparse.hpp"
+#include "tesk2mp/transforms.hpp"
 #include "tesk2mp/util.hpp"
 #include "tesk2mp/views.hpp"
