@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "number/exact/columns.h"
 #include "number/exact/exact_sum.h"
-#include "number/limbs/digitwise.h"
 
 namespace quarn::exact {
 namespace {
@@ -24,8 +24,6 @@ void take_difference(Total& total, Limb* first, Limb* second) {
 }
 
 #if QUARN_LIMB_BITS == 64
-
-using fixed::Signed;
 
 /// Adds x y to columns of radix 10^18, to[0] the one before the first of the product; x is moved by `places` digits.
 template <int N>
@@ -92,32 +90,7 @@ void total_by_columns(const Row& row, Total& total) {
       }
     }
   }
-  // Columns become digits of radix 10^18 but for the first, which has the sign.
-  Signed carry = 0;
-  for (std::size_t c = length; c-- > 1;) {
-    const Signed column = columns[c] + carry;
-    // Off by up to 21 bases from below, and by 16 from above where the column is negative.
-    const Signed bases = fixed::bases_of(column);
-    const Signed rest = column - bases * Signed(fixed::kBase);
-    const Signed away = rest < 0 ? -17 : rest >= Signed(fixed::kBase) * 16 ? 16 : 0;
-    const Limb digit = Limb(rest - away * Signed(fixed::kBase));
-    const Limb more = digit / fixed::kBase;
-    total.limbs[c] = digit - more * fixed::kBase;
-    carry = bases + away + Signed(more);
-  }
-  carry += columns[0];
-  total.negative = carry < 0;
-  if (!total.negative) {
-    total.limbs[0] = Limb(carry);
-    return;
-  }
-  Limb borrow = 0;
-  for (std::size_t c = length; c-- > 1;) {
-    const Limb taken = total.limbs[c] + borrow;
-    borrow = taken != 0;
-    total.limbs[c] = borrow != 0 ? fixed::kBase - taken : 0;
-  }
-  total.limbs[0] = Limb(-carry) - borrow;
+  carry_columns(columns.data(), total);
 }
 
 #endif

@@ -51,7 +51,7 @@ constexpr std::size_t kBlockLimbs = 18 / kDigits;
 void Line::take(const QuarnFloat& x) noexcept {
   const std::uint32_t length = QuarnAccess::length(x);
   if (length == 0) {
-    exactly = exactly || !isfinite(x);
+    finite = finite && isfinite(x);
     return;
   }
   const std::int64_t exponent = QuarnAccess::exponent(x);

@@ -15,7 +15,8 @@ namespace quarn::exact {
 struct Line {
   std::int64_t top = INT64_MIN;  // every number is below 10^top; INT64_MIN if all are zero
   std::int64_t low = INT64_MAX;  // and a multiple of 10^low
-  bool exactly = false;          // infinities, NaN or too many digits: entries are formed one by one
+  bool finite = true;            // neither infinities nor NaN
+  bool exactly = false;          // not by residues: entries are sums of limbs
 
   void take(const QuarnFloat& x) noexcept;
   /// Digits of 10^6 that hold every number.

@@ -4,8 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "number/exact/exact_sum.h"
-#include "quarn/quarnthread.h"
+#include "number/exact/aligned.h"
 
 namespace quarn::exact {
 namespace {
@@ -47,17 +46,12 @@ Product::Product(std::size_t rows, std::size_t columns, std::size_t inner, const
 
 void Product::run() {
   look_at_lines();
-  if (!finite_weights_) {
-    for (Line& line : left_) {
-      line.exactly = true;
-    }
-  }
   const Choice choice = choose();
   for (Line& line : left_) {
-    line.exactly = line.exactly || line.digits() > choice.left;
+    line.exactly = !line.finite || line.digits() > choice.left;
   }
   for (Line& line : right_) {
-    line.exactly = line.exactly || line.digits() > choice.right;
+    line.exactly = !line.finite || line.digits() > choice.right;
   }
   const auto by_entry = [](const Line& line) { return line.exactly; };
   const bool all_left = std::none_of(left_.begin(), left_.end(), by_entry);
@@ -124,18 +118,26 @@ double Product::cost_by_residues(const Kernel& kernel, std::int64_t left, std::i
   return m * n * k * p + packing(m, left) + packing(n, right) + finishing + 1000;
 }
 
-Product::Choice Product::choose() const {
+/// Nanoseconds of an entry by sums of limbs, for lines of so many digits of 10^6.
+double Product::cost_of_total(std::int64_t left, std::int64_t right) const {
   constexpr double kRounding = 150;
-  const double term = cost_of_term(rounder_.digits()) * double(inner_) + kRounding;
+  constexpr double kAlignedRounding = 70;
+  const auto shared = [](std::size_t n) { return 1 / double(std::min(n, kTileEdge)); };
+  const int limbs = int(std::min<std::int64_t>(std::max(left, right) / 3 + 1, 100));
+  const double aligned = cost_of_aligned_term(limbs) + kCostOfAligning * (shared(rows_) + shared(columns_));
+  const double inner = double(inner_);
+  return std::min(inner * cost_of_term(rounder_.digits()) + kRounding, inner * aligned + kAlignedRounding);
+}
+
+Product::Choice Product::choose() const {
   Choice best;
-  best.cost = double(rows_) * double(columns_) * term;
-  if (kernel_ == nullptr) {
+  if (kernel_ == nullptr || !finite_weights_) {
     return best;
   }
   const auto sorted_digits = [](const std::vector<Line>& lines) {
     std::vector<std::int64_t> digits;
     for (const Line& line : lines) {
-      if (!line.exactly) {
+      if (line.finite) {
         digits.push_back(std::max<std::int64_t>(line.digits(), 1));
       }
     }
@@ -147,6 +149,8 @@ Product::Choice Product::choose() const {
   if (left.empty() || right.empty()) {
     return best;
   }
+  const double term = cost_of_total(left[left.size() / 2], right[right.size() / 2]);
+  best.cost = double(rows_) * double(columns_) * term;
   // All lines, or without the widest ones.
   for (const int percent : {100, 95, 75, 50}) {
     const auto at = [percent](const std::vector<std::int64_t>& digits) {
@@ -167,123 +171,6 @@ Product::Choice Product::choose() const {
     }
   }
   return best;
-}
-
-// Entry by entry --------------------------------------------------------------------------------------------------
-
-Row Product::row(std::size_t i, std::size_t j) const {
-  Row row{a_, b_, i, j, inner_};
-  row.negate = negate_;
-  return row;
-}
-
-void Product::one_by_one() {
-  for (std::size_t j = 0; j < columns_; ++j) {
-    for (std::size_t i = 0; i < rows_; ++i) {
-      if (!left_[i].exactly && !right_[j].exactly) {
-        continue;
-      }
-      QuarnCheckInterrupt();
-      if (!weighted_) {
-        entry(i, j);
-      } else if ((j & parts_) == 0) {
-        weighted_entry(i, j);
-      }
-    }
-  }
-}
-
-void Product::entry(std::size_t i, std::size_t j) {
-  Row terms = row(i, j);
-  if (weights_.beta[0] != nullptr) {
-    terms.others[terms.more++] = {old_value(i, j), weights_.beta[0], false};
-  }
-  rounded_total(result(i, j), terms, rounder_, weights_.beta[0] != nullptr);
-}
-
-/// Both parts of a complex entry, or a real one.
-void Product::weighted_entry(std::size_t i, std::size_t j) {
-  Span spans[2];
-  std::size_t size = 0;
-  for (unsigned part = 0; part <= parts_; ++part) {
-    spans[part] = span_of(row(i, j + part));
-    const std::size_t wanted = total_size(spans[part]);
-    if (wanted == 0 || spans[part].longest == 0 || !finite_weights_) {
-      return term_by_term(i, j);
-    }
-    size = std::max(size, wanted);
-  }
-  Scratch<Limb> limbs(2 * size);
-  Total totals[2];
-  for (unsigned part = 0; part <= parts_; ++part) {
-    totals[part].limbs = limbs.data() + part * size;
-    total_of(row(i, j + part), spans[part], totals[part]);
-  }
-  store_weighted(i, j, totals);
-}
-
-/// alpha times the totals plus beta times the old value, both parts of it.
-void Product::store_weighted(std::size_t i, std::size_t j, const Total* totals) {
-  QuarnFloat made[2];
-  for (unsigned part = 0; part <= parts_; ++part) {
-    ExactSum sum;
-    for (unsigned w = 0; w < 2; ++w) {
-      const unsigned from = part ^ w;
-      const bool flip = w == 1 && part == 0;  // i times i
-      if (weights_.alpha[w] != nullptr) {
-        const Total& total = totals[from];
-        sum.add({total.negative != flip, total.exponent, total.limbs, total.length}, *weights_.alpha[w]);
-      }
-      if (weights_.beta[w] != nullptr) {
-        sum.add(*old_value(i, j + from), *weights_.beta[w], flip);
-      }
-    }
-    made[part] = sum.rounded_sum(rounder_.digits(), weights_.beta[0] != nullptr);
-  }
-  for (unsigned part = 0; part <= parts_; ++part) {
-    result(i, j + part) = std::move(made[part]);
-  }
-}
-
-/// The same where totals are of no use: alpha goes to each term.
-void Product::term_by_term(std::size_t i, std::size_t j) {
-  QuarnFloat made[2];
-  for (unsigned part = 0; part <= parts_; ++part) {
-    ExactSum sum;
-    std::vector<std::vector<Limb>> scaled;
-    scaled.reserve(2 * inner_);
-    for (unsigned w = 0; w < 2; ++w) {
-      const unsigned from = part ^ w;
-      const bool flip = w == 1 && part == 0;
-      if (weights_.beta[w] != nullptr) {
-        sum.add(*old_value(i, j + from), *weights_.beta[w], flip);
-      }
-      if (weights_.alpha[w] == nullptr) {
-        continue;
-      }
-      const QuarnFloat& alpha = *weights_.alpha[w];
-      const Row terms = row(i, j + from);
-      for (std::size_t l = 0; l < inner_; ++l) {
-        const Term term = terms[l];
-        if (kind_of(alpha) != Kind::finite || kind_of(*term.a) != Kind::finite) {
-          sum.add(alpha * *term.a, *term.b, term.flip != flip);
-          continue;
-        }
-        const View x = view_of(alpha);
-        const View y = view_of(*term.a);
-        scaled.emplace_back(x.length + y.length);
-        std::vector<Limb>& limbs = scaled.back();
-        multiply<Radix>(limbs.data(), x.limbs, x.length, y.limbs, y.length);
-        sum.add(
-            {(x.negative != y.negative) != (term.flip != flip), x.exponent + y.exponent, limbs.data(), limbs.size()},
-            *term.b);
-      }
-    }
-    made[part] = sum.rounded_sum(rounder_.digits(), weights_.beta[0] != nullptr);
-  }
-  for (unsigned part = 0; part <= parts_; ++part) {
-    result(i, j + part) = std::move(made[part]);
-  }
 }
 
 }  // namespace quarn::exact

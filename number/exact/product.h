@@ -39,6 +39,8 @@ class Product {
     std::size_t size;
   };
   struct Operands;
+  // Limbs in front of a total that an old value is added to.
+  static constexpr std::size_t kHead = 18 / Radix::digits;
 
   QuarnFloat* old_value(std::size_t i, std::size_t j) const noexcept {
     return c_ + std::ptrdiff_t(i) * c_row_ + std::ptrdiff_t(j >> parts_) * c_column_ + (j & parts_);
@@ -50,6 +52,7 @@ class Product {
 
   void look_at_lines();
   Choice choose() const;
+  double cost_of_total(std::int64_t left, std::int64_t right) const;
   double cost_by_residues(const Kernel& kernel, std::int64_t left, std::int64_t right) const;
   void by_residues();
   void pack_left(Operands& work, Block rows, Block inner);
@@ -57,8 +60,11 @@ class Product {
   void finish_tile(Operands& work, double* sums, std::size_t first_row, std::size_t first_column);
   void finish_column(Operands& work, double* sums, std::size_t first_row, std::size_t j);
   void finish_weighted(Operands& work, double* sums, std::size_t step, std::size_t first_row, std::size_t j);
-  void add_old_value(QuarnFloat& to, std::size_t i, std::size_t j, Total total, std::size_t head);
   void one_by_one();
+  void tile_by_sums(std::size_t first_row, std::size_t first_column);
+  void store_total(std::size_t i, std::size_t j, const Total& total, bool zero);
+  void store_totals(std::size_t i, std::size_t j, const Total* totals, const bool* zero);
+  void add_old_value(QuarnFloat& to, std::size_t i, std::size_t j, Total total);
   void entry(std::size_t i, std::size_t j);
   void weighted_entry(std::size_t i, std::size_t j);
   void store_weighted(std::size_t i, std::size_t j, const Total* totals);

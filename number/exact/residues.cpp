@@ -21,18 +21,11 @@ namespace {
 
 constexpr std::size_t kBlockLimbs = 18 / Radix::digits;
 constexpr bool kWide = kBlockLimbs == 1;
-// In front of a total that an old value is added to.
-constexpr std::size_t kHead = kBlockLimbs;
 
 constexpr std::size_t round_up(std::size_t n, std::size_t step) { return (n + step - 1) / step * step; }
 
 /// The whole number that a kernel left biased by 2^52.
 std::uint64_t unbiased(double x) noexcept { return std::bit_cast<std::uint64_t>(x) & ((std::uint64_t(1) << 52) - 1); }
-
-/// Whether a b is -0, so that terms decide the sign of a zero total.
-bool negative_zero(const QuarnFloat& a, const QuarnFloat& b) noexcept {
-  return signbit(a) != signbit(b) && (kind_of(a) == Kind::zero || kind_of(b) == Kind::zero);
-}
 
 /// Limbs from two numbers for each 18 digits, the lowest first in `digits`, the leading one first in `limbs`.
 void fetch_limbs(Limb* limbs, const double* digits, std::size_t step, std::size_t blocks) noexcept {
@@ -259,7 +252,6 @@ void Product::finish_column(Operands& work, double* sums, std::size_t first_row,
   kernel_->recombine(*work.tables, sums, work.out_digits, kWide, digits, work.signs);
   const std::int64_t shift = 6 * (3 * std::int64_t(work.blocks) - work.left_digits - work.right_digits);
   const std::int64_t exponent = right_[j].exponent() + shift;
-  const bool adds = weights_.beta[0] != nullptr;
   for (std::size_t r = 0; r < group && first_row + r < rows_; ++r) {
     const std::size_t i = first_row + r;
     if (left_[i].exactly) {
@@ -267,15 +259,8 @@ void Product::finish_column(Operands& work, double* sums, std::size_t first_row,
     }
     Limb* const limbs = work.limbs.data() + kHead;
     fetch_limbs(limbs, digits + r, group, blocks);
-    const bool negative = work.signs[r] < 0;
-    Total total{negative, exponent + left_[i].exponent(), limbs, blocks * kBlockLimbs};
-    if (!adds) {
-      rounder_.store(result(i, j), negative, total.exponent, limbs, total.length);
-    } else if (work.signs[r] == 0 && negative_zero(*old_value(i, j), *weights_.beta[0])) {
-      entry(i, j);
-    } else {
-      add_old_value(result(i, j), i, j, total, kHead);
-    }
+    const Total total{work.signs[r] < 0, exponent + left_[i].exponent(), limbs, blocks * kBlockLimbs};
+    store_total(i, j, total, work.signs[r] == 0);
   }
 }
 
@@ -293,58 +278,16 @@ void Product::finish_weighted(Operands& work, double* sums, std::size_t step, st
       continue;
     }
     Total totals[2];
-    bool decide_sign = false;
+    bool zero[2];
     for (unsigned part = 0; part <= parts_; ++part) {
       Limb* const limbs = work.limbs.data() + part * blocks * kBlockLimbs;
       fetch_limbs(limbs, work.result_digits(part, group) + r, group, blocks);
+      zero[part] = work.signs[part * group + r] == 0;
       totals[part] = {work.signs[part * group + r] < 0, right_[j + part].exponent() + left_[i].exponent() + shift,
                       limbs, blocks * kBlockLimbs};
-      decide_sign = decide_sign || (weights_.beta[0] != nullptr && work.signs[part * group + r] == 0 &&
-                                    kind_of(*old_value(i, j + part)) == Kind::zero);
     }
-    if (decide_sign) {
-      term_by_term(i, j);
-    } else {
-      store_weighted(i, j, totals);
-    }
+    store_totals(i, j, totals, zero);
   }
-}
-
-/// to := total + beta * old value. The `head` limbs in front of the total's may be used.
-void Product::add_old_value(QuarnFloat& to, std::size_t i, std::size_t j, Total total, std::size_t head) {
-  const QuarnFloat& old = *old_value(i, j);
-  const std::uint32_t length = QuarnAccess::length(old);
-  constexpr std::int64_t kDigits = Radix::digits;
-  const std::int64_t distance = total.exponent - QuarnAccess::exponent(old);
-  const bool fits = distance >= 0 && distance / kDigits + std::int64_t(length) + 1 <= std::int64_t(total.length);
-  if (length != 0 && beta_is_unit_ && fits && length <= 32) {
-    std::fill_n(total.limbs - head, head, Limb(0));
-    Limb moved[33];
-    shift_right<Radix>(moved, QuarnAccess::limbs(old), length, int(distance % kDigits));
-    Limb* const place = total.limbs + distance / kDigits;
-    Limb* const first = total.limbs - 1;
-    const bool negative = QuarnAccess::negative(old) != signbit(*weights_.beta[0]);
-    const std::size_t before = std::size_t(place - first);
-    if (negative == total.negative) {
-      add_limb<Radix>(first, before, quarn::add<Radix>(place, place, moved, length + 1));
-    } else if (subtract_limb<Radix>(first, before, subtract<Radix>(place, place, moved, length + 1)) != 0) {
-      // Below zero: the complement.
-      total.negative = !total.negative;
-      Limb borrow = 0;
-      for (std::size_t c = total.length + 1; c-- > 0;) {
-        const Limb taken = first[c] + borrow;
-        borrow = taken != 0;
-        first[c] = borrow != 0 ? Radix::base - taken : 0;
-      }
-    }
-    rounder_.store(to, total.negative, total.exponent + kDigits, first, total.length + 1);
-    return;
-  }
-  const QuarnFloat one(1);
-  ExactSum sum;
-  sum.add({total.negative, total.exponent, total.limbs, total.length}, one);
-  sum.add(old, *weights_.beta[0], false);
-  to = sum.rounded_sum(rounder_.digits(), true);
 }
 
 }  // namespace quarn::exact
