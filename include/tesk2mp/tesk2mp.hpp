@@ -19,7 +19,8 @@
 // * Indices count from 0. (Texts of the library count from 1.)
 // * Each function is a few lines over exports that tesk2mp.h declares; results are theirs, digit for digit.
 //
-// Several threads may call at once; digits and failures belong to the thread (quarnthread.h).
+// Several threads may call at once; digits and failures belong to the thread (quarnthread.h). set_threads() lets large
+// products and transforms use several.
 #pragma once
 
 #include "tesk2mp/dense.hpp"
@@ -29,6 +30,7 @@
 #include "tesk2mp/kernels.hpp"
 #include "tesk2mp/solver.hpp"
 #include "tesk2mp/sparse.hpp"
+#include "tesk2mp/threads.hpp"
 #include "tesk2mp/transforms.hpp"
 #include "tesk2mp/util.hpp"
 #include "tesk2mp/views.hpp"

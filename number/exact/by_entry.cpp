@@ -27,9 +27,8 @@ Row Product::row(std::size_t i, std::size_t j) const {
 void Product::one_by_one() {
   const std::size_t down = (rows_ + kTileEdge - 1) / kTileEdge;
   const std::size_t across = (columns_ + kTileEdge - 1) / kTileEdge;
-  for (std::size_t t = 0; t < down * across; ++t) {
-    tile_by_sums(t % down * kTileEdge, t / down * kTileEdge);
-  }
+  share(down * across,
+        [&](std::size_t, std::size_t tile) { tile_by_sums(tile % down * kTileEdge, tile / down * kTileEdge); });
 }
 
 /// Entries of a tile that are not done by residues: those of lines of few limbs together, the others one by one.

@@ -47,6 +47,9 @@ Product::Product(std::size_t rows, std::size_t columns, std::size_t inner, const
 void Product::run() {
   look_at_lines();
   const Choice choice = choose();
+  // Less does not pay for starting threads.
+  constexpr double kWorthThreads = 500'000;
+  threads_ = choice.cost < kWorthThreads ? 1 : std::size_t(QuarnThreads());
   for (Line& line : left_) {
     line.exactly = !line.finite || line.digits() > choice.left;
   }
@@ -131,7 +134,7 @@ double Product::cost_of_total(std::int64_t left, std::int64_t right) const {
 
 Product::Choice Product::choose() const {
   Choice best;
-  if (kernel_ == nullptr || !finite_weights_) {
+  if (!finite_weights_) {
     return best;
   }
   const auto sorted_digits = [](const std::vector<Line>& lines) {
@@ -151,6 +154,9 @@ Product::Choice Product::choose() const {
   }
   const double term = cost_of_total(left[left.size() / 2], right[right.size() / 2]);
   best.cost = double(rows_) * double(columns_) * term;
+  if (kernel_ == nullptr) {
+    return best;
+  }
   // All lines, or without the widest ones.
   for (const int percent : {100, 95, 75, 50}) {
     const auto at = [percent](const std::vector<std::int64_t>& digits) {

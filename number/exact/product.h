@@ -1,6 +1,8 @@
 // Matrix products in which every entry is rounded once.
 #pragma once
 
+#include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <vector>
 
@@ -8,6 +10,8 @@
 #include "number/exact/dot.h"
 #include "number/exact/pack.h"
 #include "number/exact/tables.h"
+#include "quarn/parallel.h"
+#include "quarn/quarnthread.h"
 
 namespace quarn::exact {
 
@@ -39,6 +43,7 @@ class Product {
     std::size_t size;
   };
   struct Operands;
+  struct Cut;
   // Limbs in front of a total that an old value is added to.
   static constexpr std::size_t kHead = 18 / Radix::digits;
 
@@ -50,16 +55,32 @@ class Product {
     return aside_.empty() ? *old_value(i, j) : aside_[i + j * rows_];
   }
 
+  /// body(thread, index) for each index, by so many threads that each has a number of its own.
+  template <class Body>
+  void share(std::size_t count, const Body& body) const {
+    std::atomic<std::size_t> next = 0;
+    QuarnParallelFor(std::min(threads_, count), [&](std::size_t thread) {
+      const PlainRounding rounding;
+      for (std::size_t i = next++; i < count; i = next++) {
+        QuarnCheckInterrupt();
+        body(thread, i);
+      }
+    });
+  }
+
   void look_at_lines();
   Choice choose() const;
   double cost_of_total(std::int64_t left, std::int64_t right) const;
   double cost_by_residues(const Kernel& kernel, std::int64_t left, std::int64_t right) const;
+  Cut cut(std::size_t primes) const;
   void by_residues();
-  void pack_left(Operands& work, Block rows, Block inner);
-  void pack_right(Operands& work, Block columns, Block inner);
-  void finish_tile(Operands& work, double* sums, std::size_t first_row, std::size_t first_column);
-  void finish_column(Operands& work, double* sums, std::size_t first_row, std::size_t j);
-  void finish_weighted(Operands& work, double* sums, std::size_t step, std::size_t first_row, std::size_t j);
+  void pack(Operands& work, Block rows, Block columns, Block inner);
+  void pack_left(Operands& work, std::size_t thread, Block rows, Block inner, std::size_t place);
+  void pack_right(Operands& work, std::size_t thread, Block columns, Block inner, std::size_t place);
+  void finish_tile(Operands& work, std::size_t thread, double* sums, std::size_t first_row, std::size_t first_column);
+  void finish_column(Operands& work, std::size_t thread, double* sums, std::size_t first_row, std::size_t j);
+  void finish_weighted(Operands& work, std::size_t thread, double* sums, std::size_t step, std::size_t first_row,
+                       std::size_t j);
   void one_by_one();
   void tile_by_sums(std::size_t first_row, std::size_t first_column);
   void store_total(std::size_t i, std::size_t j, const Total& total, bool zero);
@@ -86,6 +107,7 @@ class Product {
   bool finite_weights_ = true;
   bool beta_is_unit_ = false;
   const Kernel* kernel_;
+  std::size_t threads_ = 1;
   Rounder rounder_;
   std::vector<Line> left_;
   std::vector<Line> right_;

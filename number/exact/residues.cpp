@@ -11,8 +11,8 @@
 #include <bit>
 #include <memory>
 #include <new>
+#include <numeric>
 
-#include "number/exact/exact_sum.h"
 #include "number/exact/product.h"
 #include "quarn/quarnthread.h"
 
@@ -82,6 +82,14 @@ class Storage {
 
 /// Working storage of a product by residues.
 struct Product::Operands {
+  /// A thread's own part of it.
+  struct Own {
+    double* sums;
+    double* digits;  // for packing, and then of results: two columns
+    double* signs;
+    Limb* limbs;
+  };
+
   SharedTables tables;
   int left_digits;
   int right_digits;
@@ -91,15 +99,54 @@ struct Product::Operands {
   std::size_t right_stride = 0;
   double* left = nullptr;
   double* right = nullptr;
-  double* sums = nullptr;
-  double* digits = nullptr;  // for packing, and then of results: two columns
-  double* signs = nullptr;
+  std::vector<Own> own{};
   std::vector<Limb> limbs{};
-
-  double* result_digits(unsigned which, std::size_t group) const noexcept {
-    return digits + which * 3 * blocks * group;
-  }
 };
+
+/// How a product is cut. A block's residues are there at once; its tiles are shared among the threads.
+struct Product::Cut {
+  bool whole;  // one block: sums belong to a thread, otherwise to a tile of the block
+  std::size_t block_rows;
+  std::size_t block_columns;
+  std::size_t block_inner;
+  std::size_t tile_rows;
+  std::size_t tile_columns;
+};
+
+Product::Cut Product::cut(std::size_t primes) const {
+  constexpr std::size_t kBudget = std::size_t(256) << 20;  // bytes of a block
+  constexpr std::size_t kTilesForThread = 4;
+  const auto group = std::size_t(kernel_->group);
+  const auto panel = std::size_t(kernel_->panel);
+  const std::size_t all_rows = round_up(rows_, group);
+  const std::size_t all_columns = round_up(columns_, panel);
+  Cut cut{true, all_rows, all_columns, inner_, all_rows, all_columns};
+  cut.whole = (double(all_rows) + double(all_columns)) * double(inner_) * double(8 * primes) < double(kBudget);
+  if (!cut.whole) {
+    std::size_t edge = 64;
+    while (16 * primes * (edge + 32) * (edge + 32) < kBudget) {
+      edge += 32;
+    }
+    cut.block_rows = std::min(all_rows, round_up(edge, group));
+    cut.block_columns = std::min(all_columns, round_up(edge, panel));
+    cut.block_inner = std::min(inner_, edge / 2);
+  }
+  cut.tile_rows = cut.block_rows;
+  cut.tile_columns = cut.block_columns;
+  if (cut.whole) {
+    // The sums of a tile and what they come from stay in the cache.
+    constexpr std::size_t kNear = std::size_t(3) << 19;
+    cut.tile_rows = std::min(cut.block_rows, round_up(std::max<std::size_t>(group, kNear / 3 / 8 / inner_), group));
+    const std::size_t room = kNear / 8 / (primes + 1) / cut.tile_rows;
+    cut.tile_columns = std::min(cut.block_columns, std::max(panel, room / panel * panel));
+  }
+  if (threads_ > 1) {
+    const std::size_t down = (cut.block_rows + cut.tile_rows - 1) / cut.tile_rows;
+    const std::size_t across = (kTilesForThread * threads_ + down - 1) / down;
+    cut.tile_columns = std::min(cut.tile_columns, round_up((cut.block_columns + across - 1) / across, panel));
+  }
+  return cut;
+}
 
 void Product::by_residues() {
   int left_digits = 1;
@@ -118,80 +165,95 @@ void Product::by_residues() {
   Operands work{SharedTables(primes_for(inner_, digits)), left_digits, right_digits, digits + carries,
                 (std::size_t(digits + carries) + 2) / 3};
   const auto primes = std::size_t(work.tables->primes);
-
-  // Blocks of rows, columns and inner index: everything at once while it takes less than kBudget bytes.
-  constexpr std::size_t kBudget = std::size_t(256) << 20;
-  const std::size_t all_rows = round_up(rows_, group);
-  const std::size_t all_columns = round_up(columns_, panel);
-  std::size_t block_rows = all_rows;
-  std::size_t block_columns = all_columns;
-  std::size_t block_inner = inner_;
-  const bool whole = (double(all_rows) + double(all_columns)) * double(inner_) * double(8 * primes) < double(kBudget);
-  if (!whole) {
-    std::size_t edge = 64;
-    while (16 * primes * (edge + 32) * (edge + 32) < kBudget) {
-      edge += 32;
-    }
-    block_rows = std::min(all_rows, round_up(edge, group));
-    block_columns = std::min(all_columns, round_up(edge, panel));
-    block_inner = std::min(inner_, edge / 2);
-  }
-  // The sums of a tile of that stay in the cache.
-  constexpr std::size_t kNear = std::size_t(3) << 19;
-  std::size_t tile_rows = block_rows;
-  std::size_t tile_columns = block_columns;
-  if (whole) {
-    tile_rows = std::min(block_rows, round_up(std::max<std::size_t>(group, kNear / 3 / 8 / inner_), group));
-    const std::size_t room = kNear / 8 / (primes + 1) / tile_rows;
-    tile_columns = std::min(block_columns, std::max(panel, room / panel * panel));
-  }
-  work.left_stride = block_rows * block_inner;
-  work.right_stride = round_up(block_columns * block_inner, group);
+  const Cut cut = this->cut(primes);
+  work.left_stride = cut.block_rows * cut.block_inner;
+  work.right_stride = round_up(cut.block_columns * cut.block_inner, group);
   const int packing = std::max(left_digits, right_digits);
+  const std::size_t sums_size =
+      round_up((cut.whole ? cut.tile_rows * cut.tile_columns : cut.block_rows * cut.block_columns) * (primes + 1), 8);
+  const std::size_t digits_size =
+      round_up(std::max(Packer::digits_size(*kernel_, packing), 6 * group * work.blocks), 8);
+  const std::size_t own_size = digits_size + round_up(2 * group, 8) + (cut.whole ? sums_size : 0);
+  const std::size_t limbs_size = std::max(Packer::limbs_size(packing), 2 * (work.blocks * kBlockLimbs + kHead));
+  double* own = nullptr;
+  double* shared_sums = nullptr;
   Storage storage;
   storage.want(work.left, primes * work.left_stride);
   storage.want(work.right, primes * work.right_stride);
-  storage.want(work.sums, tile_rows * tile_columns * (primes + 1));
-  storage.want(work.digits, std::max(Packer::digits_size(*kernel_, packing), 6 * group * work.blocks));
-  storage.want(work.signs, 2 * group);
+  storage.want(own, threads_ * own_size);
+  storage.want(shared_sums, cut.whole ? 0 : sums_size);
   const Storage::Held held(storage);
-  work.limbs.resize(std::max(Packer::limbs_size(packing), 2 * (work.blocks * kBlockLimbs + kHead)));
+  work.limbs.resize(threads_ * limbs_size);
+  for (std::size_t t = 0; t < threads_; ++t) {
+    double* const first = own + t * own_size;
+    double* const signs = first + digits_size;
+    work.own.push_back(
+        {cut.whole ? signs + round_up(2 * group, 8) : shared_sums, first, signs, work.limbs.data() + t * limbs_size});
+  }
 
-  for (std::size_t i = 0; i < all_rows; i += block_rows) {
-    const Block rows{i, std::min(block_rows, all_rows - i)};
-    for (std::size_t j = 0; j < all_columns; j += block_columns) {
-      const Block columns{j, std::min(block_columns, all_columns - j)};
-      for (std::size_t l = 0; l < inner_; l += block_inner) {
-        const Block inner{l, std::min(block_inner, inner_ - l)};
-        pack_left(work, rows, inner);
-        pack_right(work, columns, inner);
-        for (std::size_t ti = 0; ti < rows.size; ti += tile_rows) {
-          const std::size_t height = std::min(tile_rows, rows.size - ti);
-          for (std::size_t tj = 0; tj < columns.size; tj += tile_columns) {
-            const std::size_t width = std::min(tile_columns, columns.size - tj);
+  const std::size_t all_rows = round_up(rows_, group);
+  const std::size_t all_columns = round_up(columns_, panel);
+  for (std::size_t i = 0; i < all_rows; i += cut.block_rows) {
+    const Block rows{i, std::min(cut.block_rows, all_rows - i)};
+    for (std::size_t j = 0; j < all_columns; j += cut.block_columns) {
+      const Block columns{j, std::min(cut.block_columns, all_columns - j)};
+      for (std::size_t l = 0; l < inner_; l += cut.block_inner) {
+        const Block inner{l, std::min(cut.block_inner, inner_ - l)};
+        pack(work, rows, columns, inner);
+        const std::size_t down = (rows.size + cut.tile_rows - 1) / cut.tile_rows;
+        const std::size_t across = (columns.size + cut.tile_columns - 1) / cut.tile_columns;
+        share(down * across, [&](std::size_t thread, std::size_t tile) {
+          const std::size_t ti = tile / across * cut.tile_rows;
+          const std::size_t tj = tile % across * cut.tile_columns;
+          const std::size_t height = std::min(cut.tile_rows, rows.size - ti);
+          const std::size_t width = std::min(cut.tile_columns, columns.size - tj);
+          double* sums = work.own[thread].sums + (cut.whole ? 0 : tj * height * (primes + 1));
+          kernel_->multiply(*work.tables, work.left + ti * inner.size, work.left_stride, work.right + tj * inner.size,
+                            work.right_stride, height / group, width / panel, inner.size, l > 0, sums);
+          if (l + inner.size < inner_) {
+            return;
+          }
+          for (std::size_t q = 0; q < width; q += panel) {
             QuarnCheckInterrupt();
-            kernel_->multiply(*work.tables, work.left + ti * inner.size, work.left_stride, work.right + tj * inner.size,
-                              work.right_stride, height / group, width / panel, inner.size, l > 0, work.sums);
-            if (l + inner.size < inner_) {
-              continue;
-            }
-            double* sums = work.sums;
-            for (std::size_t q = 0; q < width; q += panel) {
-              QuarnCheckInterrupt();
-              for (std::size_t g = 0; g < height; g += group) {
-                finish_tile(work, sums, rows.first + ti + g, columns.first + tj + q);
-                sums += panel * (primes + 1) * group;
-              }
+            for (std::size_t g = 0; g < height; g += group) {
+              finish_tile(work, thread, sums, rows.first + ti + g, columns.first + tj + q);
+              sums += panel * (primes + 1) * group;
             }
           }
-        }
+        });
       }
     }
   }
 }
 
-void Product::pack_left(Operands& work, Block rows, Block inner) {
-  Packer packer(*kernel_, *work.tables, work.left_digits, work.digits, work.limbs.data(), work.left, work.left_stride);
+/// The residues of a block of both operands. Their places do not depend on how the work is shared.
+void Product::pack(Operands& work, Block rows, Block columns, Block inner) {
+  const auto group = std::size_t(kernel_->group);
+  const auto panel = std::size_t(kernel_->panel);
+  // Packers write whole groups: a part of the right operand begins where one does.
+  const std::size_t unit = panel * (group / std::gcd(group, panel * inner.size));
+  const auto part_of = [this](std::size_t size, std::size_t step) {
+    return threads_ == 1 ? size : round_up((size + 2 * threads_ - 1) / (2 * threads_), step);
+  };
+  const std::size_t rows_of_part = part_of(rows.size, group);
+  const std::size_t columns_of_part = part_of(columns.size, unit);
+  const std::size_t left_parts = (rows.size + rows_of_part - 1) / rows_of_part;
+  const std::size_t right_parts = (columns.size + columns_of_part - 1) / columns_of_part;
+  share(left_parts + right_parts, [&](std::size_t thread, std::size_t part) {
+    if (part < left_parts) {
+      const std::size_t skip = part * rows_of_part;
+      pack_left(work, thread, {rows.first + skip, std::min(rows_of_part, rows.size - skip)}, inner, skip * inner.size);
+    } else {
+      const std::size_t skip = (part - left_parts) * columns_of_part;
+      pack_right(work, thread, {columns.first + skip, std::min(columns_of_part, columns.size - skip)}, inner,
+                 skip * inner.size);
+    }
+  });
+}
+
+void Product::pack_left(Operands& work, std::size_t thread, Block rows, Block inner, std::size_t place) {
+  const Operands::Own& own = work.own[thread];
+  Packer packer(*kernel_, *work.tables, work.left_digits, own.digits, own.limbs, work.left + place, work.left_stride);
   const auto group = std::size_t(kernel_->group);
   for (std::size_t first = rows.first; first < rows.first + rows.size; first += group) {
     QuarnCheckInterrupt();
@@ -208,8 +270,9 @@ void Product::pack_left(Operands& work, Block rows, Block inner) {
   packer.finish();
 }
 
-void Product::pack_right(Operands& work, Block columns, Block inner) {
-  Packer packer(*kernel_, *work.tables, work.right_digits, work.digits, work.limbs.data(), work.right,
+void Product::pack_right(Operands& work, std::size_t thread, Block columns, Block inner, std::size_t place) {
+  const Operands::Own& own = work.own[thread];
+  Packer packer(*kernel_, *work.tables, work.right_digits, own.digits, own.limbs, work.right + place,
                 work.right_stride);
   const auto panel = std::size_t(kernel_->panel);
   for (std::size_t first = columns.first; first < columns.first + columns.size; first += panel) {
@@ -229,7 +292,8 @@ void Product::pack_right(Operands& work, Block columns, Block inner) {
   packer.finish();
 }
 
-void Product::finish_tile(Operands& work, double* sums, std::size_t first_row, std::size_t first_column) {
+void Product::finish_tile(Operands& work, std::size_t thread, double* sums, std::size_t first_row,
+                          std::size_t first_column) {
   const std::size_t column = std::size_t(work.tables->primes + 1) * std::size_t(kernel_->group);
   const std::size_t there = std::min(first_column + std::size_t(kernel_->panel), columns_);
   const std::size_t together = weighted_ ? 1 + parts_ : 1;
@@ -238,18 +302,19 @@ void Product::finish_tile(Operands& work, double* sums, std::size_t first_row, s
       continue;
     }
     if (weighted_) {
-      finish_weighted(work, sums, column, first_row, j);
+      finish_weighted(work, thread, sums, column, first_row, j);
     } else {
-      finish_column(work, sums, first_row, j);
+      finish_column(work, thread, sums, first_row, j);
     }
   }
 }
 
-void Product::finish_column(Operands& work, double* sums, std::size_t first_row, std::size_t j) {
+void Product::finish_column(Operands& work, std::size_t thread, double* sums, std::size_t first_row, std::size_t j) {
   const auto group = std::size_t(kernel_->group);
   const std::size_t blocks = work.blocks;
-  double* const digits = work.result_digits(0, group);
-  kernel_->recombine(*work.tables, sums, work.out_digits, kWide, digits, work.signs);
+  const Operands::Own& own = work.own[thread];
+  double* const digits = own.digits;
+  kernel_->recombine(*work.tables, sums, work.out_digits, kWide, digits, own.signs);
   const std::int64_t shift = 6 * (3 * std::int64_t(work.blocks) - work.left_digits - work.right_digits);
   const std::int64_t exponent = right_[j].exponent() + shift;
   for (std::size_t r = 0; r < group && first_row + r < rows_; ++r) {
@@ -257,20 +322,23 @@ void Product::finish_column(Operands& work, double* sums, std::size_t first_row,
     if (left_[i].exactly) {
       continue;
     }
-    Limb* const limbs = work.limbs.data() + kHead;
+    Limb* const limbs = own.limbs + kHead;
     fetch_limbs(limbs, digits + r, group, blocks);
-    const Total total{work.signs[r] < 0, exponent + left_[i].exponent(), limbs, blocks * kBlockLimbs};
-    store_total(i, j, total, work.signs[r] == 0);
+    const Total total{own.signs[r] < 0, exponent + left_[i].exponent(), limbs, blocks * kBlockLimbs};
+    store_total(i, j, total, own.signs[r] == 0);
   }
 }
 
-void Product::finish_weighted(Operands& work, double* sums, std::size_t step, std::size_t first_row, std::size_t j) {
+void Product::finish_weighted(Operands& work, std::size_t thread, double* sums, std::size_t step, std::size_t first_row,
+                              std::size_t j) {
   const auto group = std::size_t(kernel_->group);
   const std::size_t blocks = work.blocks;
+  const Operands::Own& own = work.own[thread];
+  const auto digits = [&](unsigned part) { return own.digits + part * 3 * blocks * group; };
   const std::int64_t shift = 6 * (3 * std::int64_t(work.blocks) - work.left_digits - work.right_digits);
   for (unsigned part = 0; part <= parts_; ++part) {
-    kernel_->recombine(*work.tables, sums + part * step, work.out_digits, kWide, work.result_digits(part, group),
-                       work.signs + part * group);
+    kernel_->recombine(*work.tables, sums + part * step, work.out_digits, kWide, digits(part),
+                       own.signs + part * group);
   }
   for (std::size_t r = 0; r < group && first_row + r < rows_; ++r) {
     const std::size_t i = first_row + r;
@@ -280,11 +348,11 @@ void Product::finish_weighted(Operands& work, double* sums, std::size_t step, st
     Total totals[2];
     bool zero[2];
     for (unsigned part = 0; part <= parts_; ++part) {
-      Limb* const limbs = work.limbs.data() + part * blocks * kBlockLimbs;
-      fetch_limbs(limbs, work.result_digits(part, group) + r, group, blocks);
-      zero[part] = work.signs[part * group + r] == 0;
-      totals[part] = {work.signs[part * group + r] < 0, right_[j + part].exponent() + left_[i].exponent() + shift,
-                      limbs, blocks * kBlockLimbs};
+      Limb* const limbs = own.limbs + part * blocks * kBlockLimbs;
+      fetch_limbs(limbs, digits(part) + r, group, blocks);
+      zero[part] = own.signs[part * group + r] == 0;
+      totals[part] = {own.signs[part * group + r] < 0, right_[j + part].exponent() + left_[i].exponent() + shift, limbs,
+                      blocks * kBlockLimbs};
     }
     store_totals(i, j, totals, zero);
   }

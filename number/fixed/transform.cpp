@@ -1,9 +1,11 @@
 #include "quarn/transform.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "number/fixed/plan.h"
 #include "number/fixed/plan_cache.h"
+#include "quarn/parallel.h"
 #include "quarn/quarnthread.h"
 
 using quarn::block::is_supported;
@@ -38,9 +40,16 @@ bool QuarnTransformRows(bool backward, Complex* x, Integer n, std::ptrdiff_t str
   }
   const auto plan = quarn::block::kept_plan<QuarnTransform::Plan>(
       -1, n, [n] { return std::make_shared<const QuarnTransform::Plan>(n, QuarnDigits()); });
-  for (Integer i = 0; i < count; ++i) {
-    QuarnCheckInterrupt();
-    plan->run(backward, x + i * distance, stride, divisor);
-  }
+  // Less does not pay for starting threads.
+  constexpr std::int64_t kWorthThreads = 8192;
+  const bool shared = std::int64_t(n) * count >= kWorthThreads;
+  const Integer parts = shared ? std::min(count, Integer(4 * QuarnThreads())) : std::min(count, Integer(1));
+  QuarnParallelFor(std::size_t(std::max(parts, Integer(0))), [&](std::size_t part) {
+    const auto first = [&](std::size_t p) { return Integer(std::int64_t(count) * std::int64_t(p) / parts); };
+    for (Integer i = first(part); i < first(part + 1); ++i) {
+      QuarnCheckInterrupt();
+      plan->run(backward, x + i * distance, stride, divisor);
+    }
+  });
   return true;
 }
