@@ -1,4 +1,4 @@
-// Sums of products with one rounding: matrix products, matrix times vector, dot products.
+// Sums of products with one rounding: matrix products, matrix times vector, dot products, sparse products.
 //
 // Every result is the exact value of its formula, rounded once, half to even, to QuarnDigits() digits. It therefore
 // depends on the operands and the digits alone: not on the order of summation, the processor, the platform or the
@@ -10,7 +10,8 @@
 //
 // Matrix products choose for themselves between residues modulo primes, in products of doubles, and exact sums of
 // limbs, whichever is faster for the shape, the digits and the spread of the exponents; rows and columns of which some
-// number is far from the others in magnitude do not slow down the rest.
+// number is far from the others in magnitude do not slow down the rest. They share their work among the threads that
+// quarn/parallel.h allows, and pass check points (QuarnCheckInterrupt).
 #pragma once
 
 #include <cstddef>
@@ -45,6 +46,28 @@ QRNFLOAT_API void QuarnMatrixProduct(std::size_t m, std::size_t n, std::size_t k
 /// The sum of a[i * step_a] * b[i * step_b] for i from 0 to n - 1, with one rounding.
 QRNFLOAT_API QuarnFloat QuarnDot(std::size_t n, const QuarnFloat* a, std::ptrdiff_t step_a, const QuarnFloat* b,
                                  std::ptrdiff_t step_b);
+
+/// A sparse matrix in somebody's storage: entry k, from 0, is values[k] in row rows[k] and column columns[k], from 1.
+/// Entries of the same place add up.
+template <class T>
+struct QuarnSparseMatrix {
+  std::size_t entries;
+  const T* values;
+  const Integer* rows;
+  const Integer* columns;
+};
+
+enum QuarnSparseStorage : unsigned { QuarnMirrored = 8 };
+
+/// y := A x with one rounding of each of the n numbers, of each part of them for complex ones. Entries may stand in any
+/// order; those sorted by rows cost least. `how` may have QuarnConjugateA, and QuarnMirrored: an entry off the diagonal
+/// stands for its conjugate in the mirrored place too. Rows and columns exchanged give the transpose. y must not
+/// overlap x or A. Throws std::bad_alloc, with y as it was; temporary storage: y once more, and 4 bytes an entry unless
+/// sorted.
+QRNFLOAT_API void QuarnSparseProduct(std::size_t n, const QuarnSparseMatrix<QuarnFloat>& a, const QuarnFloat* x,
+                                     QuarnFloat* y, unsigned how = QuarnPlain);
+QRNFLOAT_API void QuarnSparseProduct(std::size_t n, const QuarnSparseMatrix<Complex>& a, const Complex* x, Complex* y,
+                                     unsigned how = QuarnPlain);
 
 /// For tests: the kernels that matrix products use from now on in the whole process. "sse2" (vectors of 16 bytes on
 /// other processors), "avx2", "avx512", "none" for exact sums of limbs alone, or "best", which is the choice made when

@@ -99,7 +99,9 @@ TESK2MP_API void QuarnMP_f11zpfn_(Integer n, Integer* nnz, Complex* a, Integer* 
 ///
 /// y := A x (TRANS 'N') or A^T x ('T').
 ///
-/// Every product is rounded, then added; contributions are added in storage order.
+/// Every product is rounded, then added; contributions are added in storage order. The companions (QuarnMPX_) round
+/// the exact value of each result once, of each part of a complex one, and may use several threads (quarn/parallel.h);
+/// when storage runs out y is not touched.
 ///
 /// @param[in] trans 'N' or 'T', in either case
 /// @param[in] n order of A, N >= 1
@@ -121,15 +123,23 @@ TESK2MP_API void QuarnMP_f11zpfn_(Integer n, Integer* nnz, Complex* a, Integer* 
 ///   IFAIL 1   99998 TRANS
 ///
 /// @par Cost
-/// nnz multiply-adds.
+/// nnz multiply-adds. The companions take about half of the time up to 50 digits when the entries are sorted by rows
+/// (docs/performance.md).
 /// @{
 TESK2MP_API void QuarnMP_f11xaf_(const char* trans, const Integer* n, const Integer* nnz, const QuarnFloat* a,
                                  const Integer* irow, const Integer* icol, const char* check, const QuarnFloat* x,
                                  QuarnFloat* y, Integer* ifail, int trans_length, int check_length);
+TESK2MP_API void QuarnMPX_f11xaf_(const char* trans, const Integer* n, const Integer* nnz, const QuarnFloat* a,
+                                  const Integer* irow, const Integer* icol, const char* check, const QuarnFloat* x,
+                                  QuarnFloat* y, Integer* ifail, int trans_length, int check_length);
 TESK2MP_API void QuarnMP_f11xafn_(const char* trans, Integer n, Integer nnz, const QuarnFloat* a, const Integer* irow,
                                   const Integer* icol, const char* check, const QuarnFloat* x, QuarnFloat* y,
                                   char* message_buffer, Integer* ifail, int trans_length, int check_length,
                                   int buffer_length);
+TESK2MP_API void QuarnMPX_f11xafn_(const char* trans, Integer n, Integer nnz, const QuarnFloat* a, const Integer* irow,
+                                   const Integer* icol, const char* check, const QuarnFloat* x, QuarnFloat* y,
+                                   char* message_buffer, Integer* ifail, int trans_length, int check_length,
+                                   int buffer_length);
 /// @}
 
 /// @defgroup f11xnf complex sparse matrix times vector
@@ -145,10 +155,17 @@ TESK2MP_API void QuarnMP_f11xafn_(const char* trans, Integer n, Integer nnz, con
 TESK2MP_API void QuarnMP_f11xnf_(const char* trans, const Integer* n, const Integer* nnz, const Complex* a,
                                  const Integer* irow, const Integer* icol, const char* check, const Complex* x,
                                  Complex* y, Integer* ifail, int trans_length, int check_length);
+TESK2MP_API void QuarnMPX_f11xnf_(const char* trans, const Integer* n, const Integer* nnz, const Complex* a,
+                                  const Integer* irow, const Integer* icol, const char* check, const Complex* x,
+                                  Complex* y, Integer* ifail, int trans_length, int check_length);
 TESK2MP_API void QuarnMP_f11xnfn_(const char* trans, Integer n, Integer nnz, const Complex* a, const Integer* irow,
                                   const Integer* icol, const char* check, const Complex* x, Complex* y,
                                   char* message_buffer, Integer* ifail, int trans_length, int check_length,
                                   int buffer_length);
+TESK2MP_API void QuarnMPX_f11xnfn_(const char* trans, Integer n, Integer nnz, const Complex* a, const Integer* irow,
+                                   const Integer* icol, const char* check, const Complex* x, Complex* y,
+                                   char* message_buffer, Integer* ifail, int trans_length, int check_length,
+                                   int buffer_length);
 /// @}
 
 /// @defgroup f11xef symmetric sparse matrix times vector
@@ -168,9 +185,15 @@ TESK2MP_API void QuarnMP_f11xnfn_(const char* trans, Integer n, Integer nnz, con
 TESK2MP_API void QuarnMP_f11xef_(const Integer* n, const Integer* nnz, const QuarnFloat* a, const Integer* irow,
                                  const Integer* icol, const char* check, const QuarnFloat* x, QuarnFloat* y,
                                  Integer* ifail, int check_length);
+TESK2MP_API void QuarnMPX_f11xef_(const Integer* n, const Integer* nnz, const QuarnFloat* a, const Integer* irow,
+                                  const Integer* icol, const char* check, const QuarnFloat* x, QuarnFloat* y,
+                                  Integer* ifail, int check_length);
 TESK2MP_API void QuarnMP_f11xefn_(Integer n, Integer nnz, const QuarnFloat* a, const Integer* irow, const Integer* icol,
                                   const char* check, const QuarnFloat* x, QuarnFloat* y, char* message_buffer,
                                   Integer* ifail, int check_length, int buffer_length);
+TESK2MP_API void QuarnMPX_f11xefn_(Integer n, Integer nnz, const QuarnFloat* a, const Integer* irow,
+                                   const Integer* icol, const char* check, const QuarnFloat* x, QuarnFloat* y,
+                                   char* message_buffer, Integer* ifail, int check_length, int buffer_length);
 /// @}
 
 /// @defgroup f11xsf Hermitian sparse matrix times vector
@@ -185,9 +208,15 @@ TESK2MP_API void QuarnMP_f11xefn_(Integer n, Integer nnz, const QuarnFloat* a, c
 TESK2MP_API void QuarnMP_f11xsf_(const Integer* n, const Integer* nnz, const Complex* a, const Integer* irow,
                                  const Integer* icol, const char* check, const Complex* x, Complex* y, Integer* ifail,
                                  int check_length);
+TESK2MP_API void QuarnMPX_f11xsf_(const Integer* n, const Integer* nnz, const Complex* a, const Integer* irow,
+                                  const Integer* icol, const char* check, const Complex* x, Complex* y, Integer* ifail,
+                                  int check_length);
 TESK2MP_API void QuarnMP_f11xsfn_(Integer n, Integer nnz, const Complex* a, const Integer* irow, const Integer* icol,
                                   const char* check, const Complex* x, Complex* y, char* message_buffer, Integer* ifail,
                                   int check_length, int buffer_length);
+TESK2MP_API void QuarnMPX_f11xsfn_(Integer n, Integer nnz, const Complex* a, const Integer* irow, const Integer* icol,
+                                   const char* check, const Complex* x, Complex* y, char* message_buffer,
+                                   Integer* ifail, int check_length, int buffer_length);
 /// @}
 }
 TESK2MP_NAMES_END

@@ -14,6 +14,8 @@ constexpr std::size_t kWidest = 512;
 // Two limbs in front of the largest term take the carries.
 constexpr std::int64_t kHeadroom = 2;
 
+constexpr bool by_columns(const Span& span) { return Radix::digits == 18 && span.longest <= 7; }
+
 /// Makes the total's limbs those of first - second, both of its length.
 void take_difference(Total& total, Limb* first, Limb* second) {
   total.negative = compare<Radix>(first, second, total.length) < 0;
@@ -39,6 +41,8 @@ template <int N>
   for (std::uint32_t i = 0; i < N; ++i) {
     padded[i] = i < length_x ? from_x[i] : 0;
     b[i] = std::int64_t(i < length_y ? from_y[i] : 0);
+    // Otherwise the choice is made between 128-bit numbers, and each product takes three multiplications.
+    __asm__("" : "+r"(b[i]));
   }
   Limb moved[N + 1];
   fixed::move_right<N>(moved, padded, places);
@@ -62,8 +66,8 @@ template <int N>
 }
 
 /// Operands of up to N limbs.
-template <int N>
-void total_by_columns(const Row& row, Total& total) {
+template <int N, class Terms>
+void total_by_columns(const Terms& row, Total& total) {
   // A column takes up to N products of 10^36 for each term, and 84 fit what take_bases can hold.
   constexpr std::size_t kHold = 80 / N;
   const std::size_t length = total.length;
@@ -96,12 +100,13 @@ void total_by_columns(const Row& row, Total& total) {
 #endif
 
 /// Operands of any length: whole products, moved and added with carries.
-void total_by_products(const Row& row, const Span& span, Total& total) {
+template <class Terms>
+void total_by_products(const Terms& row, const Span& span, Total& total) {
   const std::size_t length = total.length;
-  Scratch<Limb> work(2 * length + 4 * std::size_t(span.longest) + 1);
+  Scratch<Limb> work(2 * length + 3 * std::size_t(span.longest) + 2);
   Limb* const sums[2] = {work.data(), work.data() + length};
   Limb* const product = work.data() + 2 * length;
-  Limb* const moved = product + 2 * span.longest;
+  Limb* const moved = product + 2 * span.longest + 1;
   std::fill_n(work.data(), 2 * length, Limb(0));
   const std::size_t size = row.size();
   for (std::size_t l = 0; l < size; ++l) {
@@ -112,12 +117,12 @@ void total_by_products(const Row& row, const Span& span, Total& total) {
     const View a = view_of(*term.a);
     const View b = view_of(*term.b);
     const std::size_t n = a.length + b.length;
-    multiply<Radix>(product, a.limbs, a.length, b.limbs, b.length);
     const std::int64_t distance = total.exponent - a.exponent - b.exponent;
-    shift_right<Radix>(moved, product, n, int(distance % kDigits));
+    shift_right<Radix>(moved, a.limbs, a.length, int(distance % kDigits));
+    multiply<Radix>(product, moved, a.length + 1, b.limbs, b.length);
     Limb* const sum = sums[(a.negative != b.negative) != term.flip];
     Limb* const to = sum + distance / kDigits;
-    const Limb carry = quarn::add<Radix>(to, to, moved, n + 1);
+    const Limb carry = quarn::add<Radix>(to, to, product, n + 1);
     add_limb<Radix>(sum, std::size_t(to - sum), carry);
   }
   take_difference(total, sums[0], sums[1]);
@@ -125,7 +130,8 @@ void total_by_products(const Row& row, const Span& span, Total& total) {
 
 }  // namespace
 
-Span span_of(const Row& row) noexcept {
+template <class Terms>
+Span span_of(const Terms& row) noexcept {
   Span span;
   const std::size_t size = row.size();
   for (std::size_t l = 0; l < size; ++l) {
@@ -137,6 +143,7 @@ Span span_of(const Row& row) noexcept {
       continue;
     }
     const std::int64_t top = std::int64_t(QuarnAccess::exponent(*term.a)) + QuarnAccess::exponent(*term.b);
+    span.bottom = span.longest == 0 ? top : std::min(span.bottom, top);
     span.top = std::max(span.top, top);
     span.low = std::min(span.low, top - kDigits * std::int64_t(length_a + length_b));
     span.longest = std::max({span.longest, length_a, length_b});
@@ -151,13 +158,15 @@ std::size_t total_size(const Span& span) noexcept {
   if (span.longest == 0) {
     return 1;
   }
-  // Shorter operands are padded, up to seven limbs.
-  const std::int64_t pad = span.longest <= 7 ? 2 * std::int64_t(span.longest) : 2;
-  const std::int64_t size = (span.top - span.low) / kDigits + kHeadroom + pad + 2;
+  // In columns shorter operands are padded to the longest one.
+  const std::int64_t size = kHeadroom + 3 +
+                            (by_columns(span) ? (span.top - span.bottom) / kDigits + 2 * std::int64_t(span.longest)
+                                              : (span.top - span.low) / kDigits);
   return size > std::int64_t(kWidest + 4 * span.longest) ? 0 : std::size_t(size);
 }
 
-void total_of(const Row& row, const Span& span, Total& total) {
+template <class Terms>
+void total_of(const Terms& row, const Span& span, Total& total) {
   total.length = total_size(span);
   total.negative = false;
   if (span.longest == 0) {
@@ -189,7 +198,8 @@ void total_of(const Row& row, const Span& span, Total& total) {
   total_by_products(row, span, total);
 }
 
-void rounded_total(QuarnFloat& result, const Row& row, const Rounder& rounder, bool signed_zero) {
+template <class Terms>
+void rounded_total(QuarnFloat& result, const Terms& row, const Rounder& rounder, bool signed_zero) {
   const Span span = span_of(row);
   if (const std::size_t size = total_size(span); size != 0 && !(signed_zero && span.longest == 0)) {
     Scratch<Limb> limbs(size);
@@ -206,5 +216,12 @@ void rounded_total(QuarnFloat& result, const Row& row, const Rounder& rounder, b
   }
   result = sum.rounded_sum(rounder.digits(), signed_zero);
 }
+
+template Span span_of(const Row&) noexcept;
+template Span span_of(const TermList&) noexcept;
+template void total_of(const Row&, const Span&, Total&);
+template void total_of(const TermList&, const Span&, Total&);
+template void rounded_total(QuarnFloat&, const Row&, const Rounder&, bool);
+template void rounded_total(QuarnFloat&, const TermList&, const Rounder&, bool);
 
 }  // namespace quarn::exact

@@ -32,6 +32,15 @@ struct Row {
   }
 };
 
+/// Terms that stand in an array.
+struct TermList {
+  const Term* terms;
+  std::size_t count;
+
+  std::size_t size() const noexcept { return count; }
+  const Term& operator[](std::size_t l) const noexcept { return terms[l]; }
+};
+
 /// (-1)^negative * 0.limbs * 10^exponent, limbs in front may be zero.
 struct Total {
   bool negative = false;
@@ -40,24 +49,30 @@ struct Total {
   std::size_t length = 0;
 };
 
-/// What the terms of a row span.
+/// What terms span.
 struct Span {
   std::int64_t top = INT64_MIN;  // every term is below 10^top
   std::int64_t low = INT64_MAX;  // and a multiple of 10^low
+  std::int64_t bottom = 0;       // 10^bottom is above the smallest term
   std::uint32_t longest = 0;     // limbs of an operand
   bool finite = true;            // all operands
 };
 
-Span span_of(const Row& row) noexcept;
+// What follows takes terms as a Row or a TermList.
+
+template <class Terms>
+Span span_of(const Terms& terms) noexcept;
 
 /// Working storage for total_of: limbs of the total, or 0 where the terms are too far apart or not finite.
 std::size_t total_size(const Span& span) noexcept;
 
 /// The exact total of the terms; total.limbs has room for total_size limbs.
-void total_of(const Row& row, const Span& span, Total& total);
+template <class Terms>
+void total_of(const Terms& terms, const Span& span, Total& total);
 
 /// The same rounded, whatever the operands: specials and far exponents by sorting. Zero totals are +0, or -0 where
 /// `signed_zero` says so and all terms are -0. result may be one of the operands.
-void rounded_total(QuarnFloat& result, const Row& row, const Rounder& rounder, bool signed_zero);
+template <class Terms>
+void rounded_total(QuarnFloat& result, const Terms& terms, const Rounder& rounder, bool signed_zero);
 
 }  // namespace quarn::exact

@@ -24,15 +24,31 @@ void QuarnMP_f11xaf_(const char* trans, const Integer* n, const Integer* nnz, co
   tesk::call_core("F11XAF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMP_f11xafn_(trans, *n, *nnz, a, irow, icol, check, x, y, message_buffer, outcome, trans_length, check_length, buffer_length); });
 }
 
+void QuarnMPX_f11xaf_(const char* trans, const Integer* n, const Integer* nnz, const QuarnFloat* a, const Integer* irow, const Integer* icol, const char* check, const QuarnFloat* x, QuarnFloat* y, Integer* ifail, int trans_length, int check_length) {
+  tesk::call_core("F11XAF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMPX_f11xafn_(trans, *n, *nnz, a, irow, icol, check, x, y, message_buffer, outcome, trans_length, check_length, buffer_length); });
+}
+
 void QuarnMP_f11xnf_(const char* trans, const Integer* n, const Integer* nnz, const Complex* a, const Integer* irow, const Integer* icol, const char* check, const Complex* x, Complex* y, Integer* ifail, int trans_length, int check_length) {
   tesk::call_core("F11XNF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMP_f11xnfn_(trans, *n, *nnz, a, irow, icol, check, x, y, message_buffer, outcome, trans_length, check_length, buffer_length); });
+}
+
+void QuarnMPX_f11xnf_(const char* trans, const Integer* n, const Integer* nnz, const Complex* a, const Integer* irow, const Integer* icol, const char* check, const Complex* x, Complex* y, Integer* ifail, int trans_length, int check_length) {
+  tesk::call_core("F11XNF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMPX_f11xnfn_(trans, *n, *nnz, a, irow, icol, check, x, y, message_buffer, outcome, trans_length, check_length, buffer_length); });
 }
 
 void QuarnMP_f11xef_(const Integer* n, const Integer* nnz, const QuarnFloat* a, const Integer* irow, const Integer* icol, const char* check, const QuarnFloat* x, QuarnFloat* y, Integer* ifail, int check_length) {
   tesk::call_core("F11XEF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMP_f11xefn_(*n, *nnz, a, irow, icol, check, x, y, message_buffer, outcome, check_length, buffer_length); });
 }
 
+void QuarnMPX_f11xef_(const Integer* n, const Integer* nnz, const QuarnFloat* a, const Integer* irow, const Integer* icol, const char* check, const QuarnFloat* x, QuarnFloat* y, Integer* ifail, int check_length) {
+  tesk::call_core("F11XEF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMPX_f11xefn_(*n, *nnz, a, irow, icol, check, x, y, message_buffer, outcome, check_length, buffer_length); });
+}
+
 void QuarnMP_f11xsf_(const Integer* n, const Integer* nnz, const Complex* a, const Integer* irow, const Integer* icol, const char* check, const Complex* x, Complex* y, Integer* ifail, int check_length) {
   tesk::call_core("F11XSF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMP_f11xsfn_(*n, *nnz, a, irow, icol, check, x, y, message_buffer, outcome, check_length, buffer_length); });
+}
+
+void QuarnMPX_f11xsf_(const Integer* n, const Integer* nnz, const Complex* a, const Integer* irow, const Integer* icol, const char* check, const Complex* x, Complex* y, Integer* ifail, int check_length) {
+  tesk::call_core("F11XSF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMPX_f11xsfn_(*n, *nnz, a, irow, icol, check, x, y, message_buffer, outcome, check_length, buffer_length); });
 }
 }

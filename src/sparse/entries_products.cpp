@@ -59,7 +59,7 @@ bool matrix_is_valid(Report& report, const Option& check, Integer structure_labe
 }
 
 template <class Value>
-void general_product(const char* routine, const Option& trans, const CoordinateMatrix<Value>& matrix,
+void general_product(Sums sums, const char* routine, const Option& trans, const CoordinateMatrix<Value>& matrix,
                      const Option& check, const Value* x, Value* y, char* message_buffer, Integer* ifail) {
   Report report(routine, message_buffer, ifail);
   if (!matrix_is_valid(report, check, 99997, matrix, Storage::general)) {
@@ -70,17 +70,17 @@ void general_product(const char* routine, const Option& trans, const CoordinateM
   }
 
   if (trans.letter() == 'N') {
-    return spmv(Storage::general, matrix, x, y);
+    return spmv(sums, Storage::general, matrix, x, y);
   }
-  spmv_adjoint(matrix, x, y);
+  spmv_adjoint(sums, matrix, x, y);
 }
 
 template <class Value>
-void triangle_product(const char* routine, const CoordinateMatrix<Value>& matrix, const Option& check, const Value* x,
-                      Value* y, char* message_buffer, Integer* ifail) {
+void triangle_product(Sums sums, const char* routine, const CoordinateMatrix<Value>& matrix, const Option& check,
+                      const Value* x, Value* y, char* message_buffer, Integer* ifail) {
   Report report(routine, message_buffer, ifail);
   if (matrix_is_valid(report, check, 99998, matrix, Storage::lower_triangle)) {
-    spmv(Storage::lower_triangle, matrix, x, y);
+    spmv(sums, Storage::lower_triangle, matrix, x, y);
   }
 }
 
@@ -88,34 +88,63 @@ void triangle_product(const char* routine, const CoordinateMatrix<Value>& matrix
 }  // namespace tesk
 
 using tesk::Option;
+using tesk::Sums;
 
 extern "C" {
 
 void QuarnMP_f11xafn_(const char* trans, Integer n, Integer nnz, const QuarnFloat* a, const Integer* irow,
                       const Integer* icol, const char* check, const QuarnFloat* x, QuarnFloat* y, char* message_buffer,
                       Integer* ifail, int trans_length, int check_length, int /*buffer_length*/) {
-  tesk::general_product<QuarnFloat>("F11XAF", Option(trans, trans_length), {n, nnz, a, irow, icol},
+  tesk::general_product<QuarnFloat>(Sums::in_order, "F11XAF", Option(trans, trans_length), {n, nnz, a, irow, icol},
+                                    Option(check, check_length), x, y, message_buffer, ifail);
+}
+
+void QuarnMPX_f11xafn_(const char* trans, Integer n, Integer nnz, const QuarnFloat* a, const Integer* irow,
+                       const Integer* icol, const char* check, const QuarnFloat* x, QuarnFloat* y, char* message_buffer,
+                       Integer* ifail, int trans_length, int check_length, int /*buffer_length*/) {
+  tesk::general_product<QuarnFloat>(Sums::exact, "F11XAF", Option(trans, trans_length), {n, nnz, a, irow, icol},
                                     Option(check, check_length), x, y, message_buffer, ifail);
 }
 
 void QuarnMP_f11xnfn_(const char* trans, Integer n, Integer nnz, const Complex* a, const Integer* irow,
                       const Integer* icol, const char* check, const Complex* x, Complex* y, char* message_buffer,
                       Integer* ifail, int trans_length, int check_length, int /*buffer_length*/) {
-  tesk::general_product<Complex>("F11XNF", Option(trans, trans_length), {n, nnz, a, irow, icol},
+  tesk::general_product<Complex>(Sums::in_order, "F11XNF", Option(trans, trans_length), {n, nnz, a, irow, icol},
+                                 Option(check, check_length), x, y, message_buffer, ifail);
+}
+
+void QuarnMPX_f11xnfn_(const char* trans, Integer n, Integer nnz, const Complex* a, const Integer* irow,
+                       const Integer* icol, const char* check, const Complex* x, Complex* y, char* message_buffer,
+                       Integer* ifail, int trans_length, int check_length, int /*buffer_length*/) {
+  tesk::general_product<Complex>(Sums::exact, "F11XNF", Option(trans, trans_length), {n, nnz, a, irow, icol},
                                  Option(check, check_length), x, y, message_buffer, ifail);
 }
 
 void QuarnMP_f11xefn_(Integer n, Integer nnz, const QuarnFloat* a, const Integer* irow, const Integer* icol,
                       const char* check, const QuarnFloat* x, QuarnFloat* y, char* message_buffer, Integer* ifail,
                       int check_length, int /*buffer_length*/) {
-  tesk::triangle_product<QuarnFloat>("F11XEF", {n, nnz, a, irow, icol}, Option(check, check_length), x, y,
+  tesk::triangle_product<QuarnFloat>(Sums::in_order, "F11XEF", {n, nnz, a, irow, icol}, Option(check, check_length), x,
+                                     y, message_buffer, ifail);
+}
+
+void QuarnMPX_f11xefn_(Integer n, Integer nnz, const QuarnFloat* a, const Integer* irow, const Integer* icol,
+                       const char* check, const QuarnFloat* x, QuarnFloat* y, char* message_buffer, Integer* ifail,
+                       int check_length, int /*buffer_length*/) {
+  tesk::triangle_product<QuarnFloat>(Sums::exact, "F11XEF", {n, nnz, a, irow, icol}, Option(check, check_length), x, y,
                                      message_buffer, ifail);
 }
 
 void QuarnMP_f11xsfn_(Integer n, Integer nnz, const Complex* a, const Integer* irow, const Integer* icol,
                       const char* check, const Complex* x, Complex* y, char* message_buffer, Integer* ifail,
                       int check_length, int /*buffer_length*/) {
-  tesk::triangle_product<Complex>("F11XSF", {n, nnz, a, irow, icol}, Option(check, check_length), x, y, message_buffer,
-                                  ifail);
+  tesk::triangle_product<Complex>(Sums::in_order, "F11XSF", {n, nnz, a, irow, icol}, Option(check, check_length), x, y,
+                                  message_buffer, ifail);
+}
+
+void QuarnMPX_f11xsfn_(Integer n, Integer nnz, const Complex* a, const Integer* irow, const Integer* icol,
+                       const char* check, const Complex* x, Complex* y, char* message_buffer, Integer* ifail,
+                       int check_length, int /*buffer_length*/) {
+  tesk::triangle_product<Complex>(Sums::exact, "F11XSF", {n, nnz, a, irow, icol}, Option(check, check_length), x, y,
+                                  message_buffer, ifail);
 }
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "quarn/exact.h"
 #include "src/frame/check_points.h"
 #include "src/kernels/scalar.h"
 
@@ -30,11 +31,20 @@ void multiply(const CoordinateMatrix<Value>& matrix, const Value* x, Value* y) {
   }
 }
 
+template <class Value>
+void multiply_exactly(const CoordinateMatrix<Value>& matrix, const Value* x, Value* y, unsigned how) {
+  const auto entries = std::size_t(std::max(matrix.nnz, Integer(0)));
+  QuarnSparseProduct(std::size_t(std::max(matrix.n, Integer(0))), {entries, matrix.a, matrix.irow, matrix.icol}, x, y,
+                     how);
+}
+
 }  // namespace
 
 template <class Value>
-void spmv(Storage storage, const CoordinateMatrix<Value>& a, const Value* x, Value* y) {
-  if (storage == Storage::general) {
+void spmv(Sums sums, Storage storage, const CoordinateMatrix<Value>& a, const Value* x, Value* y) {
+  if (sums == Sums::exact) {
+    multiply_exactly(a, x, y, storage == Storage::general ? 0U : unsigned(QuarnMirrored));
+  } else if (storage == Storage::general) {
     multiply<Storage::general, false>(a, x, y);
   } else {
     multiply<Storage::lower_triangle, false>(a, x, y);
@@ -42,13 +52,18 @@ void spmv(Storage storage, const CoordinateMatrix<Value>& a, const Value* x, Val
 }
 
 template <class Value>
-void spmv_adjoint(const CoordinateMatrix<Value>& a, const Value* x, Value* y) {
-  multiply<Storage::general, true>(CoordinateMatrix<Value>{a.n, a.nnz, a.a, a.icol, a.irow}, x, y);
+void spmv_adjoint(Sums sums, const CoordinateMatrix<Value>& a, const Value* x, Value* y) {
+  const CoordinateMatrix<Value> transposed{a.n, a.nnz, a.a, a.icol, a.irow};
+  if (sums == Sums::exact) {
+    multiply_exactly(transposed, x, y, QuarnConjugateA);
+  } else {
+    multiply<Storage::general, true>(transposed, x, y);
+  }
 }
 
-template void spmv(Storage, const CoordinateMatrix<QuarnFloat>&, const QuarnFloat*, QuarnFloat*);
-template void spmv(Storage, const CoordinateMatrix<Complex>&, const Complex*, Complex*);
-template void spmv_adjoint(const CoordinateMatrix<QuarnFloat>&, const QuarnFloat*, QuarnFloat*);
-template void spmv_adjoint(const CoordinateMatrix<Complex>&, const Complex*, Complex*);
+template void spmv(Sums, Storage, const CoordinateMatrix<QuarnFloat>&, const QuarnFloat*, QuarnFloat*);
+template void spmv(Sums, Storage, const CoordinateMatrix<Complex>&, const Complex*, Complex*);
+template void spmv_adjoint(Sums, const CoordinateMatrix<QuarnFloat>&, const QuarnFloat*, QuarnFloat*);
+template void spmv_adjoint(Sums, const CoordinateMatrix<Complex>&, const Complex*, Complex*);
 
 }  // namespace tesk

@@ -1,17 +1,22 @@
-// Products of a matrix in coordinate storage and a vector, real and complex. Contributions are added in storage order,
-// so that the result is defined to the last digit. The entries may stand in any order.
+// Products of a matrix in coordinate storage and a vector, real and complex. The entries may stand in any order.
 #pragma once
 
 #include "src/sparse/coordinate.h"
 
 namespace tesk {
 
+/// How a result is formed; both ways define it to the last digit.
+enum class Sums {
+  in_order,  // each contribution is rounded and added, in storage order
+  exact      // the exact sum, rounded once
+};
+
 /// y := A x; of a lower triangle also what its entries stand for in the upper one. n < 1 does nothing.
 template <class Value>
-void spmv(Storage storage, const CoordinateMatrix<Value>& a, const Value* x, Value* y);
+void spmv(Sums sums, Storage storage, const CoordinateMatrix<Value>& a, const Value* x, Value* y);
 
 /// y := A^H x of a matrix stored whole, A^T x of a real one.
 template <class Value>
-void spmv_adjoint(const CoordinateMatrix<Value>& a, const Value* x, Value* y);
+void spmv_adjoint(Sums sums, const CoordinateMatrix<Value>& a, const Value* x, Value* y);
 
 }  // namespace tesk

@@ -206,3 +206,68 @@ TEST_CASE("dot products") {
     }
   }
 }
+
+namespace {
+
+template <class T>
+T entry(Random& random, int digits, int spread) {
+  if constexpr (std::is_same_v<T, Complex>) {
+    return {number(random, digits, spread), number(random, digits, spread)};
+  } else {
+    return number(random, digits, spread);
+  }
+}
+
+QuarnFloat rounded_parts(int digits, const QuarnFloat& x) { return rounded_to(digits, x); }
+Complex rounded_parts(int digits, const Complex& z) { return {rounded_to(digits, z.re), rounded_to(digits, z.im)}; }
+QuarnFloat conjugate(const QuarnFloat& x) { return x; }
+Complex conjugate(const Complex& z) { return conj(z); }
+
+}  // namespace
+
+TEST_CASE_TEMPLATE("sparse products: entries in any order, doubled, mirrored, conjugated", T, QuarnFloat, Complex) {
+  const Restore restore;
+  Random random;
+  for (const int digits : kDigits) {
+    for (int round = 0; round < (digits > 200 ? 2 : 8); ++round) {
+      const std::size_t n = 1 + random.below(20);
+      const std::size_t entries = random.below(8 * n);
+      const int spread = random.once_in(2) ? 3 : 700;
+      const unsigned how =
+          (random.once_in(2) ? QuarnMirrored : 0U) | (random.once_in(2) ? unsigned(QuarnConjugateA) : 0U);
+      const bool sorted = random.once_in(2);
+      QuarnSetDigits(digits);
+      std::vector<Integer> rows;
+      std::vector<Integer> columns;
+      std::vector<T> values;
+      for (std::size_t k = 0; k < entries; ++k) {
+        rows.push_back(sorted ? Integer(k * n / entries) + 1 : Integer(1 + random.below(n)));
+        columns.push_back(Integer(1 + random.below((how & QuarnMirrored) != 0 ? std::uint64_t(rows.back()) : n)));
+        values.push_back(entry<T>(random, digits, spread));
+      }
+      std::vector<T> x;
+      for (std::size_t i = 0; i < n; ++i) {
+        x.push_back(entry<T>(random, digits, 3));
+      }
+      std::vector<T> y(n);
+      QuarnSparseProduct(n, {entries, values.data(), rows.data(), columns.data()}, x.data(), y.data(), how);
+      QuarnSetDigits(3 * digits + 2 * spread + 100);
+      std::vector<T> expected(n);
+      for (std::size_t k = 0; k < entries; ++k) {
+        const auto i = std::size_t(rows[k] - 1);
+        const auto j = std::size_t(columns[k] - 1);
+        const T value = (how & QuarnConjugateA) != 0 ? conjugate(values[k]) : values[k];
+        expected[i] = expected[i] + value * x[j];
+        if ((how & QuarnMirrored) != 0 && i != j) {
+          expected[j] = expected[j] + conjugate(value) * x[i];
+        }
+      }
+      int wrong = 0;
+      for (std::size_t i = 0; i < n; ++i) {
+        wrong += int(rounded_parts(digits, expected[i]) != y[i]);
+      }
+      INFO("digits " << digits << ", n " << n << ", entries " << entries << ", how " << how);
+      CHECK(wrong == 0);
+    }
+  }
+}

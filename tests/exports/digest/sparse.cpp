@@ -117,9 +117,13 @@ void sparse(Suite& suite) {
   canonical_form<QuarnFloat>(suite, true, ENTRY(QuarnMP_f11zbfn_));
   canonical_form<Complex>(suite, true, ENTRY(QuarnMP_f11zpf_), ENTRY(QuarnMP_f11zpfn_));
   product<QuarnFloat, false>(suite, ENTRY(QuarnMP_f11xaf_), ENTRY(QuarnMP_f11xafn_));
+  product<QuarnFloat, false>(suite, ENTRY(QuarnMPX_f11xaf_), ENTRY(QuarnMPX_f11xafn_));
   product<Complex, false>(suite, ENTRY(QuarnMP_f11xnf_), ENTRY(QuarnMP_f11xnfn_));
+  product<Complex, false>(suite, ENTRY(QuarnMPX_f11xnf_), ENTRY(QuarnMPX_f11xnfn_));
   product<QuarnFloat, true>(suite, ENTRY(QuarnMP_f11xef_), ENTRY(QuarnMP_f11xefn_));
+  product<QuarnFloat, true>(suite, ENTRY(QuarnMPX_f11xef_), ENTRY(QuarnMPX_f11xefn_));
   product<Complex, true>(suite, ENTRY(QuarnMP_f11xsf_), ENTRY(QuarnMP_f11xsfn_));
+  product<Complex, true>(suite, ENTRY(QuarnMPX_f11xsf_), ENTRY(QuarnMPX_f11xsfn_));
 }
 
 }  // namespace digest
