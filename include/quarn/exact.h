@@ -53,8 +53,8 @@ template <class T>
 struct QuarnSparseMatrix {
   std::size_t entries;
   const T* values;
-  const Integer* rows;
-  const Integer* columns;
+  const quarn::Integer* rows;
+  const quarn::Integer* columns;
 };
 
 enum QuarnSparseStorage : unsigned { QuarnMirrored = 8 };
@@ -66,8 +66,8 @@ enum QuarnSparseStorage : unsigned { QuarnMirrored = 8 };
 /// sorted.
 QRNFLOAT_API void QuarnSparseProduct(std::size_t n, const QuarnSparseMatrix<QuarnFloat>& a, const QuarnFloat* x,
                                      QuarnFloat* y, unsigned how = QuarnPlain);
-QRNFLOAT_API void QuarnSparseProduct(std::size_t n, const QuarnSparseMatrix<Complex>& a, const Complex* x, Complex* y,
-                                     unsigned how = QuarnPlain);
+QRNFLOAT_API void QuarnSparseProduct(std::size_t n, const QuarnSparseMatrix<quarn::Complex>& a, const quarn::Complex* x,
+                                     quarn::Complex* y, unsigned how = QuarnPlain);
 
 /// For tests: the kernels that matrix products use from now on in the whole process. "sse2" (vectors of 16 bytes on
 /// other processors), "avx2", "avx512", "none" for exact sums of limbs alone, or "best", which is the choice made when

@@ -51,7 +51,8 @@ class QRNFLOAT_API QuarnTransform {
 };
 
 /// Transforms `count` sequences of length n, sequence i from x[i * distance], by a plan that is kept for later calls at
-/// the working digits. Returns false, and nothing is done, when that is not supported.
+/// the working digits. Returns false, and nothing is done, when that is not supported. Sequences are shared among the
+/// threads that quarn/parallel.h allows; when storage runs out each sequence is transformed or as it was.
 QRNFLOAT_API bool QuarnTransformRows(bool backward, quarn::Complex* x, quarn::Integer n, std::ptrdiff_t stride,
                                      quarn::Integer count, std::ptrdiff_t distance,
                                      QuarnDivisor divisor = QuarnDivisor::root);

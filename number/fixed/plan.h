@@ -133,6 +133,7 @@ struct QuarnTransform::Plan {
   std::vector<quarn::block::DecimalWriter> writers[3];  // for each divisor
 
  private:
+  void run_four(bool backward, Complex* x, std::ptrdiff_t stride, QuarnDivisor divisor) const;
   template <class Length>
   void run(bool backward, Complex* x, std::ptrdiff_t stride, QuarnDivisor divisor, Length places) const;
 };
