@@ -1,6 +1,6 @@
 // Finds the thresholds of number/limbs/tuning.h on this machine: for each, the length from which the second way of
 // forming the same limbs is faster than the first. Every result is compared with that of the schoolbook before its time
-// counts. Prints the two tables.
+// counts. Prints two tables for each width: transforms on integers, and on doubles where the processor serves.
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "number/limbs/newton_sqrt.h"
+#include "quarn/exact.h"
 
 using namespace quarn;
 
@@ -46,22 +47,32 @@ class Tuner {
   using Limb = typename R::Limb;
 
   void run(const char* type) {
-    Thresholds& limit = thresholds<Limb>;
-    limit = {kNever, kNever, kNever, kNever, kNever, kNever, 0};
-    limit.karatsuba = crossing(12, 1.06, [&](std::size_t n) { return products(n, false, &Tuner::by_karatsuba); });
-    limit.karatsuba_square = crossing(12, 1.06, [&](std::size_t n) { return products(n, true, &Tuner::by_karatsuba); });
-    limit.transform = crossing(100, 1.06, [&](std::size_t n) { return products(n, false, &Tuner::by_transform); });
-    limit.transform_square =
-        crossing(100, 1.06, [&](std::size_t n) { return products(n, true, &Tuner::by_transform); });
-    limit.short_product = crossing(32, 1.06, [&](std::size_t n) { return short_products(n); });
-    limit.newton_divide = crossing(16, 1.1, [&](std::size_t n) { return quotients(n); });
-    limit.newton_sqrt = crossing(16, 1.1, [&](std::size_t n) { return roots(n); });
-    std::printf("thresholds<%s>{%zu, %zu, %zu, %zu, %zu, %zu, %zu};\n", type, limit.karatsuba, limit.karatsuba_square,
-                limit.transform, limit.transform_square, limit.newton_divide, limit.newton_sqrt, limit.short_product);
+    for (const char* const kernel : {"none", "best"}) {
+      QuarnExactKernel(kernel);
+      run_kernel(type);
+    }
   }
 
  private:
   static constexpr std::size_t kNever = std::size_t(1) << 20;
+
+  static Thresholds& table() { return thresholds<Limb>[convolution::kernel_in_use() != nullptr]; }
+
+  void run_kernel(const char* type) {
+    Thresholds& limit = table();
+    limit = {kNever, kNever, kNever, kNever, kNever, kNever, 0};
+    limit.karatsuba = crossing(12, 1.06, [&](std::size_t n) { return products(n, false, &Tuner::by_karatsuba); });
+    limit.karatsuba_square = crossing(12, 1.06, [&](std::size_t n) { return products(n, true, &Tuner::by_karatsuba); });
+    limit.transform = crossing(16, 1.06, [&](std::size_t n) { return products(n, false, &Tuner::by_transform); });
+    limit.transform_square = crossing(16, 1.06, [&](std::size_t n) { return products(n, true, &Tuner::by_transform); });
+    limit.short_product = crossing(32, 1.06, [&](std::size_t n) { return short_products(n); });
+    limit.newton_divide = crossing(16, 1.1, [&](std::size_t n) { return quotients(n); });
+    limit.newton_sqrt = crossing(16, 1.1, [&](std::size_t n) { return roots(n); });
+    std::printf("%s, transforms on %s: {%zu, %zu, %zu, %zu, %zu, %zu, %zu}\n", type,
+                convolution::kernel_in_use() != nullptr ? "doubles" : "integers", limit.karatsuba,
+                limit.karatsuba_square, limit.transform, limit.transform_square, limit.newton_divide, limit.newton_sqrt,
+                limit.short_product);
+  }
 
   using Way = void (*)(Limb* out, const Limb* a, const Limb* b, std::size_t n);
 
@@ -146,9 +157,9 @@ class Tuner {
     std::vector<Limb> old(n + 1);
     std::vector<Limb> quotient(n + 1);
     const double time_old = seconds([&] { divide<R>(old.data(), a.data(), 2 * n, b_.data(), n); });
-    thresholds<Limb>.newton_divide = 2 * n / 3;
+    table().newton_divide = 2 * n / 3;
     const double time = seconds([&] { newton::divide<R>(quotient.data(), a.data(), 2 * n, b_.data(), n); });
-    thresholds<Limb>.newton_divide = kNever;
+    table().newton_divide = kNever;
     require(old == quotient, "quotient", n);
     return time < time_old;
   }
@@ -158,9 +169,9 @@ class Tuner {
     std::vector<Limb> old(n);
     std::vector<Limb> root(n);
     const double time_old = seconds([&] { square_root<R>(old.data(), a.data(), n); });
-    thresholds<Limb>.newton_sqrt = 2 * n / 3;
+    table().newton_sqrt = 2 * n / 3;
     const double time = seconds([&] { newton::square_root<R>(root.data(), a.data(), n); });
-    thresholds<Limb>.newton_sqrt = kNever;
+    table().newton_sqrt = kNever;
     require(old == root, "root", n);
     return time < time_old;
   }

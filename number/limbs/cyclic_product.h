@@ -10,9 +10,9 @@
 #include <cstring>
 #include <limits>
 
+#include "number/limbs/chunk_cycle.h"
 #include "number/limbs/ntt.h"
 #include "number/limbs/prime_field.h"
-#include "number/limbs/regroup.h"
 #include "number/limbs/scratch.h"
 
 namespace quarn {
@@ -28,10 +28,9 @@ class CyclicProduct {
   using Wide = typename First::Wide;
   static constexpr int chunk_digits = Primes::chunk_digits;
 
-  /// The chunks that hold `limbs` limbs.
-  static constexpr std::size_t chunks(std::size_t limbs) {
-    return std::size_t((std::uint64_t(limbs) * R::digits + chunk_digits - 1) / chunk_digits);
-  }
+  using Chunks = ChunkCycle<R, Limb, chunk_digits>;
+
+  static constexpr std::size_t chunks(std::size_t limbs) { return Chunks::chunks(limbs); }
   /// The points for a product of at least `limbs` limbs, with a shorter factor of at most `shorter` limbs; 0 when the
   /// primes do not reach so far.
   static std::size_t points_for(std::size_t limbs, std::size_t shorter) {
@@ -43,7 +42,7 @@ class CyclicProduct {
   /// Takes the number a[0 .. length), the leading limb first, modulo X^points - 1. At most 64 times as long as the
   /// cycle.
   void load(const Limb* a, std::size_t length) {
-    load_chunks(first(), a, length);
+    Chunks::load(first(), points_, a, length);
     std::memcpy(second(), first(), points_ * sizeof(Limb));
     Ntt<First>::forward(first(), points_);
     Ntt<Second>::forward(second(), points_);
@@ -63,45 +62,16 @@ class CyclicProduct {
   }
 
   /// The lowest limbs of the finished product.
-  void store(Limb* out, std::size_t length) const { chunks_to_limbs<R, chunk_digits>(first(), points_, out, length); }
+  void store(Limb* out, std::size_t length) const { Chunks::store(first(), points_, out, length); }
 
   /// Stores the lowest limbs of |a - product|, of the finished product, given that the difference lies well between
   /// -X^points / 2 and X^points / 2; returns whether it is negative. Destroys the product.
   bool store_difference(Limb* out, std::size_t length, const Limb* a, std::size_t na) {
-    Limb* const minuend = second();
-    load_chunks(minuend, a, na);
-    // X^points counts as one: what is carried or borrowed beyond the end comes in again at the start.
-    Limb* const difference = first();
-    std::int64_t carry = 0;
-    for (int round = 0; round == 0 || carry != 0; ++round) {
-      for (std::size_t i = 0; i < points_ && (round == 0 || carry != 0); ++i) {
-        std::int64_t value =
-            carry + (round == 0 ? std::int64_t(minuend[i]) - std::int64_t(difference[i]) : std::int64_t(difference[i]));
-        carry = 0;
-        for (; value < 0; value += std::int64_t(chunk_base)) {
-          --carry;
-        }
-        for (; value >= std::int64_t(chunk_base); value -= std::int64_t(chunk_base)) {
-          ++carry;
-        }
-        difference[i] = Limb(value);
-      }
-    }
-    bool negative = difference[points_ - 1] >= chunk_base / 2;
-    if (negative) {
-      // All nines are a zero as well.
-      negative = std::any_of(difference, difference + points_, [](Limb chunk) { return chunk != chunk_base - 1; });
-      for (std::size_t i = 0; i < points_; ++i) {
-        difference[i] = chunk_base - 1 - difference[i];
-      }
-    }
-    store(out, length);
-    return negative;
+    return Chunks::store_difference(first(), second(), points_, out, length, a, na);
   }
 
  private:
-  static constexpr Limb power(int exponent) { return exponent == 0 ? Limb(1) : Limb(10) * power(exponent - 1); }
-  static constexpr Limb chunk_base = power(chunk_digits);
+  static constexpr Limb chunk_base = Limb(Chunks::base);
   // So many products of two chunks, and less than one more for the carries, stay below the product of the primes.
   static constexpr std::size_t max_terms = std::size_t(std::min<Wide>(
       Wide(First::p) * Second::p / (Wide(chunk_base) * chunk_base) - 1, std::numeric_limits<std::size_t>::max()));
@@ -110,28 +80,6 @@ class CyclicProduct {
   const Limb* first() const { return residues_.data(); }
   Limb* second() { return residues_.data() + points_; }
   const Limb* second() const { return residues_.data() + points_; }
-
-  // Sums of chunks, below 2^6 X each.
-  void load_chunks(Limb* out, const Limb* a, std::size_t length) const {
-    constexpr std::size_t kGroup = Regroup<Limb, R::digits, chunk_digits>::outputs;
-    std::size_t filled = 0;  // up to here chunks were stored, beyond the cycle they are added
-    limbs_to_chunks<R, chunk_digits>(a, length, [&](std::size_t index, const Limb* group) {
-      if (index + kGroup <= points_) {
-        std::copy_n(group, kGroup, out + index);
-        filled = index + kGroup;
-        return;
-      }
-      for (std::size_t i = 0; i < kGroup; ++i) {
-        if (index + i < points_) {
-          out[index + i] = group[i];
-          filled = index + i + 1;
-        } else {
-          out[(index + i) % points_] += group[i];
-        }
-      }
-    });
-    std::fill(out + filled, out + points_, Limb(0));
-  }
 
   // x / X for x below 2 X^2; x becomes the remainder.
   static Limb divide_by_chunk_base(Wide& x) {

@@ -46,20 +46,22 @@ bool residual(typename R::Limb* out, std::size_t size, const typename R::Limb* a
               const typename R::Limb* p, std::size_t np, const typename R::Limb* q, std::size_t nq) {
   using Limb = typename R::Limb;
   const std::size_t shorter = std::min(np, nq);
-  const std::size_t points =
-      shorter < thresholds<Limb>.transform ? 0 : CyclicProduct<R>::points_for(std::min(size + 1, np + nq), shorter);
-  if (points != 0 && 64 * points > CyclicProduct<R>::chunks(std::max({na, np, nq}))) {
-    CyclicProduct<R> product(points);
-    product.load(p, np);
-    if (p == q && np == nq) {
-      product.multiply_by(product);
-    } else {
-      CyclicProduct<R> other(points);
-      other.load(q, nq);
-      product.multiply_by(other);
-    }
-    product.finish();
-    return product.store_difference(out, size, a, na);
+  bool negative = false;
+  bool done = false;
+  if (shorter >= limits<Limb>().transform) {
+    with_cyclic_product<R>(std::min(size + 1, np + nq), shorter,
+                           [&]<class Product>(std::type_identity<Product>, std::size_t points) {
+                             if (64 * points > Product::chunks(std::max({na, np, nq}))) {
+                               Product product(points);
+                               load_product(product, points, p, np, q, nq);
+                               product.finish();
+                               negative = product.store_difference(out, size, a, na);
+                               done = true;
+                             }
+                           });
+  }
+  if (done) {
+    return negative;
   }
   Scratch<Limb> product(np + nq);
   multiply<R>(product.data(), p, np, q, nq);
@@ -67,7 +69,7 @@ bool residual(typename R::Limb* out, std::size_t size, const typename R::Limb* a
   copy_trailing<R>(subtrahend.data(), size, product.data(), np + nq);
   copy_trailing<R>(out, size, a, na);
   subtract<R>(out, out, subtrahend.data(), size);
-  const bool negative = out[0] >= R::base / 2;
+  negative = out[0] >= R::base / 2;
   if (negative) {
     std::fill_n(subtrahend.data(), size, Limb(0));
     subtract<R>(out, subtrahend.data(), out, size);
@@ -129,7 +131,7 @@ template <class R>
 void reciprocal(typename R::Limb* x, const typename R::Limb* b, std::size_t m) {
   using Limb = typename R::Limb;
   constexpr std::size_t kExtra = kGuard<R>;
-  if (m < shortest_step<R>(thresholds<Limb>.newton_divide)) {
+  if (m < shortest_step<R>(limits<Limb>().newton_divide)) {
     first_reciprocal<R>(x, b, m);
     return;
   }
@@ -234,7 +236,7 @@ bool divide(typename R::Limb* quotient, const typename R::Limb* a, std::size_t n
             std::size_t nb) {
   using Limb = typename R::Limb;
   const std::size_t n = na - nb + 1;
-  const bool small = std::min(n, nb) < thresholds<Limb>.newton_divide;
+  const bool small = std::min(n, nb) < limits<Limb>().newton_divide;
   if (small && (!kHasDigitwise<R> || nb == 1)) {
     Scratch<Limb> remainder(na);
     std::copy_n(a, na, remainder.data());

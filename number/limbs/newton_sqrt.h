@@ -36,7 +36,7 @@ void inverse_sqrt(typename R::Limb* y, const typename R::Limb* r, std::size_t m)
   using Limb = typename R::Limb;
   constexpr std::size_t kExtra = kGuard<R>;
   const std::size_t k = m + kExtra;
-  if (m < shortest_step<R>(thresholds<Limb>.newton_sqrt)) {
+  if (m < shortest_step<R>(limits<Limb>().newton_sqrt)) {
     Scratch<Limb> root(k);
     first_root<R>(root.data(), r, k);
     first_reciprocal<R>(y, root.data(), m);
@@ -123,7 +123,7 @@ namespace quarn {
 template <class R>
 bool square_root(typename R::Limb* root, const typename R::Limb* radicand, std::size_t n) {
   using Limb = typename R::Limb;
-  if (n < thresholds<Limb>.newton_sqrt) {
+  if (n < limits<Limb>().newton_sqrt) {
     if constexpr (kHasDigitwise<R>) {
       constexpr std::size_t kExtra = newton::kGuard<R>;
       Scratch<Limb> value(n + 2 + kExtra);

@@ -47,11 +47,11 @@ struct Regroup {
 
 /// Cuts limbs (the leading one first) into chunks (the lowest one first): every chunk of the number is set, and `sink`
 /// gets a period of them with the index of its first one.
-template <class R, int kChunkDigits, class Sink>
+template <class R, int kChunkDigits, class Word, class Sink>
 void limbs_to_chunks(const typename R::Limb* limbs, std::size_t length, Sink&& sink) {
-  using Groups = Regroup<typename R::Limb, R::digits, kChunkDigits>;
-  typename R::Limb in[Groups::inputs];
-  typename R::Limb out[Groups::outputs];
+  using Groups = Regroup<Word, R::digits, kChunkDigits>;
+  Word in[Groups::inputs];
+  Word out[Groups::outputs];
   std::size_t index = 0;
   const auto* end = limbs + length;
   for (; std::size_t(end - limbs) >= Groups::inputs; end -= Groups::inputs, index += Groups::outputs) {
@@ -71,11 +71,11 @@ void limbs_to_chunks(const typename R::Limb* limbs, std::size_t length, Sink&& s
 }
 
 /// The other way: `length` limbs from chunks[0 .. count), as if followed by chunks of zero.
-template <class R, int kChunkDigits>
-void chunks_to_limbs(const typename R::Limb* chunks, std::size_t count, typename R::Limb* limbs, std::size_t length) {
-  using Groups = Regroup<typename R::Limb, kChunkDigits, R::digits>;
-  typename R::Limb in[Groups::inputs];
-  typename R::Limb out[Groups::outputs];
+template <class R, int kChunkDigits, class Word>
+void chunks_to_limbs(const Word* chunks, std::size_t count, typename R::Limb* limbs, std::size_t length) {
+  using Groups = Regroup<Word, kChunkDigits, R::digits>;
+  Word in[Groups::inputs];
+  Word out[Groups::outputs];
   auto* end = limbs + length;
   for (std::size_t index = 0; end != limbs; index += Groups::inputs) {
     if (index + Groups::inputs <= count) {
@@ -87,7 +87,7 @@ void chunks_to_limbs(const typename R::Limb* chunks, std::size_t count, typename
       Groups::apply(in, out);
     }
     for (std::size_t i = 0; i < Groups::outputs && end != limbs; ++i) {
-      *--end = out[i];
+      *--end = typename R::Limb(out[i]);
     }
   }
 }

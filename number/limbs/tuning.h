@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "number/convolution/tables.h"
+
 namespace quarn {
 
 struct Thresholds {
@@ -17,12 +19,23 @@ struct Thresholds {
   std::size_t short_product;  // up to here only the leading limbs of a product to be rounded are formed, by columns
 };
 
-/// Variables, so that the tuning program can try others and the tests can take recursions to small sizes.
+/// Variables, so that the tuning program can try others and the tests can take recursions to small sizes. The second
+/// table is for processors on which transforms work on doubles.
 template <class Limb>
-inline constinit Thresholds thresholds{};
+inline constinit Thresholds thresholds[2]{};
 template <>
-inline constinit Thresholds thresholds<std::uint64_t>{80, 76, 403, 303, 1069, 1563, 627};
+inline constinit Thresholds thresholds<std::uint64_t>[2] {
+  {80, 76, 403, 303, 1069, 1563, 627}, { 80, 76, 80, 80, 400, 500, 140 }
+};
 template <>
-inline constinit Thresholds thresholds<std::uint32_t>{56, 53, 479, 303, 24, 24, 559};
+inline constinit Thresholds thresholds<std::uint32_t>[2] {
+  {56, 53, 479, 303, 24, 24, 559}, { 56, 53, 200, 200, 24, 24, 200 }
+};
+
+/// The table for this processor.
+template <class Limb>
+const Thresholds& limits() noexcept {
+  return thresholds<Limb>[convolution::kernel_in_use() != nullptr];
+}
 
 }  // namespace quarn

@@ -182,7 +182,7 @@ QuarnFloat general_product(const QuarnFloat& a, const QuarnFloat& b) {
   // The rounding unit, and half of it, end before the last limb kept, whose digits decide only when they are all zeros
   // or, but for what is missing, all nines.
   const std::size_t keep = (std::size_t(QuarnDigits()) + 2 + kLimbDigits - 1) / kLimbDigits + 1;
-  if (terms < thresholds<Limb>.short_product && keep + 2 < x.length + y.length) {
+  if (terms < limits<Limb>().short_product && keep + 2 < x.length + y.length) {
     multiply_columns<Radix>(product, x.limbs, x.length, y.limbs, y.length, keep);
     const Limb last = product[keep - 1];
     if (last != 0 && last + terms < Radix::base) {

@@ -10,6 +10,7 @@
 
 #include "number/limbs/radix.h"
 #include "number/limbs/tuning.h"
+#include "quarn/exact.h"
 #include "support/random.h"
 
 namespace support {
@@ -99,14 +100,26 @@ Limbs<R> naive_product(const Limbs<R>& a, const Limbs<R>& b) {
 template <class R>
 class LowThresholds {
  public:
-  explicit LowThresholds(const quarn::Thresholds& low) { table() = low; }
-  ~LowThresholds() { table() = saved_; }
+  explicit LowThresholds(const quarn::Thresholds& low) { tables()[0] = tables()[1] = low; }
+  ~LowThresholds() { std::copy_n(saved_, 2, tables()); }
   LowThresholds(const LowThresholds&) = delete;
   LowThresholds& operator=(const LowThresholds&) = delete;
 
  private:
-  static quarn::Thresholds& table() { return quarn::thresholds<typename R::Limb>; }
-  quarn::Thresholds saved_ = table();
+  static quarn::Thresholds* tables() { return quarn::thresholds<typename R::Limb>; }
+  quarn::Thresholds saved_[2] = {tables()[0], tables()[1]};
+};
+
+/// Transforms on integers, or on doubles with one of the kernels that this processor runs, for a scope.
+class AnyKernel {
+ public:
+  explicit AnyKernel(Random& random) {
+    static constexpr const char* kNames[] = {"none", "avx2", "avx512"};
+    QuarnExactKernel(kNames[random.between(0, 2)]);
+  }
+  ~AnyKernel() { QuarnExactKernel("best"); }
+  AnyKernel(const AnyKernel&) = delete;
+  AnyKernel& operator=(const AnyKernel&) = delete;
 };
 
 }  // namespace support

@@ -33,6 +33,7 @@ TEST_CASE("transform lengths are the next of m 2^k") {
 TEST_CASE_TEMPLATE("products of every kind and length agree with the naive product", R, TESK_ALL_RADICES) {
   support::Random random;
   for (int i = 0; i < 400; ++i) {
+    const support::AnyKernel kernel(random);
     const std::size_t na = std::size_t(random.between(1, 90));
     const std::size_t nb = random.once_in(3) ? na : std::size_t(random.between(1, 60));
     const auto a = support::extreme_limbs<R>(random, na);
@@ -52,6 +53,7 @@ TEST_CASE_TEMPLATE("products of every kind and length agree with the naive produ
 TEST_CASE_TEMPLATE("a square is the product of equal operands", R, TESK_ALL_RADICES) {
   support::Random random;
   for (std::size_t n = 1; n < 70; ++n) {
+    const support::AnyKernel kernel(random);
     const auto a = support::extreme_limbs<R>(random, n);
     const auto expected = support::naive_product<R>(a, a);
     CAPTURE(n);
@@ -66,7 +68,7 @@ TEST_CASE_TEMPLATE("a square is the product of equal operands", R, TESK_ALL_RADI
 
 TEST_CASE_TEMPLATE("nothing changes where one algorithm takes over from another", R, quarn::Radix) {
   support::Random random;
-  const Thresholds& limit = thresholds<typename R::Limb>;
+  const Thresholds& limit = limits<typename R::Limb>();
   for (const std::size_t around : {limit.karatsuba, limit.karatsuba_square, limit.transform, limit.transform_square}) {
     for (std::size_t n = around - 1; n <= around + 1; ++n) {
       const auto a = support::extreme_limbs<R>(random, n);
@@ -84,7 +86,9 @@ TEST_CASE_TEMPLATE("nothing changes where one algorithm takes over from another"
 
 // (base^n - 1)^2 = base^2n - 2 base^n + 1 has the largest coefficients that a transform meets.
 TEST_CASE_TEMPLATE("the square of all nines", R, TESK_ALL_RADICES) {
-  for (const std::size_t n : {1, 2, 1000, 20011}) {
+  support::Random random;
+  for (const std::size_t n : {1, 2, 31, 1000, 1000, 20011, 20011, 20011}) {
+    const support::AnyKernel kernel(random);
     const Limbs<R> a(n, R::base - 1);
     Limbs<R> out(2 * n, 7);
     REQUIRE(multiply_transform<R>(out.data(), a.data(), n, a.data(), n));
@@ -141,21 +145,23 @@ TEST_CASE_TEMPLATE("a cyclic product counts base^points as one, and gives small 
     if (carry != 0) {
       continue;
     }
-    const std::size_t points = CyclicProduct<R>::points_for(small + 1, std::min(na, nb));
-    if (64 * points < CyclicProduct<R>::chunks(n)) {
-      continue;
-    }
     CAPTURE(na);
     CAPTURE(nb);
     CAPTURE(small);
-    CyclicProduct<R> product(points);
-    product.load(a.data(), na);
-    CyclicProduct<R> factor(points);
-    factor.load(b.data(), nb);
-    product.multiply_by(factor);
-    product.finish();
+    const support::AnyKernel kernel(random);
     Limbs<R> found(small, 7);
-    const bool negative = product.store_difference(found.data(), small, other.data(), n);
+    bool negative = below;
+    with_cyclic_product<R>(small + 1, std::min(na, nb),
+                           [&]<class Product>(std::type_identity<Product>, std::size_t points) {
+                             if (64 * points < Product::chunks(n)) {
+                               std::copy_n(difference.end() - std::ptrdiff_t(small), small, found.begin());
+                               return;
+                             }
+                             Product product(points);
+                             load_product(product, points, a.data(), na, b.data(), nb);
+                             product.finish();
+                             negative = product.store_difference(found.data(), small, other.data(), n);
+                           });
     CHECK(std::equal(found.begin(), found.end(), difference.end() - std::ptrdiff_t(small)));
     CHECK((negative == below || all_zero<R>(found.data(), small)));
   }

@@ -119,7 +119,7 @@ TEST_CASE_TEMPLATE("roots of squares and of their neighbours", R, TESK_ALL_RADIC
 
 TEST_CASE("quotients and roots agree around the shipped thresholds") {
   support::Random random;
-  const Thresholds& limit = thresholds<Radix::Limb>;
+  const Thresholds& limit = limits<Radix::Limb>();
   for (std::size_t n = limit.newton_divide - 1; n <= limit.newton_divide + 1; ++n) {
     const auto b = support::from_digits<Radix>("1" + random.digits((n + 3) * Radix::digits - 1), n + 3);
     check_quotient<Radix>(support::random_limbs<Radix>(random, 2 * n + 2), b);
