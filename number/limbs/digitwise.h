@@ -245,6 +245,19 @@ namespace quarn {
 template <class R>
 inline constexpr bool kHasDigitwise = QUARN_LIMB_BITS == 64 && sizeof(typename R::Limb) == 8 && R::digits == 18;
 
+/// digit[0 .. count) = 0.a / 0.b or less than 8 units of the last limb below. 0.a < 0.b; b[0] >= base / 10.
+template <class R>
+void quotient_from_below(typename R::Limb* digit, std::size_t count, const typename R::Limb* a, std::size_t na,
+                         const typename R::Limb* b, std::size_t nb);
+
+/// digit[0 .. count) = the square root of 0.a or less than 16 units of the last limb below; false, seldom, when that is
+/// not certain. 0.a >= 1 / 100.
+template <class R>
+bool root_from_below(typename R::Limb* digit, std::size_t count, const typename R::Limb* a, std::size_t na);
+
+// Both are defined where kHasDigitwise may hold.
+#if QUARN_LIMB_BITS == 64
+
 /// Moves carries up: digits of a fraction below 1.
 template <class R>
 void settle(typename R::Limb* digit, std::size_t count) {
@@ -255,30 +268,25 @@ void settle(typename R::Limb* digit, std::size_t count) {
   }
 }
 
-/// digit[0 .. count) = 0.a / 0.b or less than 8 units of the last limb below. 0.a < 0.b; b[0] >= base / 10.
 template <class R>
 void quotient_from_below(typename R::Limb* digit, std::size_t count, const typename R::Limb* a, std::size_t na,
                          const typename R::Limb* b, std::size_t nb) {
   static_assert(kHasDigitwise<R>);
-#if QUARN_LIMB_BITS == 64
   fixed::quotient_digits(digit, int(count), a, int(std::min(na, count + 2)), b, int(std::min(nb, count + 2)));
   settle<R>(digit, count);
-#endif
 }
 
-/// digit[0 .. count) = the square root of 0.a or less than 16 units of the last limb below; false, seldom, when that is
-/// not certain. 0.a >= 1 / 100.
 template <class R>
 bool root_from_below(typename R::Limb* digit, std::size_t count, const typename R::Limb* a, std::size_t na) {
   static_assert(kHasDigitwise<R>);
-#if QUARN_LIMB_BITS == 64
   Scratch<fixed::Signed> column(count + 2);
   if (!fixed::root_digits(digit, int(count), a, int(std::min(na, count + 2)), column.data())) {
     return false;
   }
   settle<R>(digit, count);
-#endif
   return true;
 }
+
+#endif
 
 }  // namespace quarn
