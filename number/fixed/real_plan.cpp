@@ -233,8 +233,8 @@ class QuarnRealTransform::Plan::Run {
 
   Limb* input(std::int64_t k) { return &z_[2 * std::size_t(words_) * std::size_t(k)]; }
   Limb* sum(std::int64_t k) { return &z_[2 * std::size_t(words_) * plan_.sums.place(Integer(k))]; }
-  const Limb* turn(const std::vector<Limb>& turns, std::int64_t index) const {
-    return &turns[2 * std::size_t(words_) * std::size_t(index)];
+  const Limb* turn(const std::vector<Limb>& table, std::int64_t index) const {
+    return &table[2 * std::size_t(words_) * std::size_t(index)];
   }
   void zero(Limb* part) const { std::fill_n(part, words_, Limb(0)); }
   void negate(Limb* part) const { negate_if(part, part, ~Limb(0), places_); }
@@ -306,11 +306,11 @@ class QuarnRealTransform::Plan::Run {
     const bool is_even = period_ % 2 == 0;
     for (std::int64_t j = 0; j < period_; ++j) {
       Limb* const part = is_even ? z_.data() + std::size_t(words_) * std::size_t(j) : input(j);
-      const std::int64_t from = plan_.from[std::size_t(j)];
-      if (from == 0) {
+      const std::int64_t source = plan_.from[std::size_t(j)];
+      if (source == 0) {
         zero(part);
       } else {
-        read(part, std::abs(from) - 1, (from < 0));
+        read(part, std::abs(source) - 1, source < 0);
       }
       if (!is_even) {
         zero(part + words_);
