@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
-#include <new>
 #include <string>
 #include <vector>
 
@@ -16,38 +15,12 @@
 #include "quarn/quarnfloat.h"
 #include "quarn/transform.h"
 #include "support/digits.h"
-#include "tesk2mp/tesk2mp.h"
+#include "support/failing_new.h"
+#include "tesk2mp/tesk2mp.hpp"
 
 namespace {
 
-long allocations = 0;
-long first_failing = 0;  // 0: none
-bool fails_once = false;
-
-void* allocate(std::size_t size, std::size_t alignment) {
-  ++allocations;
-  if (first_failing != 0 && (fails_once ? allocations == first_failing : allocations >= first_failing)) {
-    throw std::bad_alloc();
-  }
-  void* const p = std::aligned_alloc(alignment, (size + alignment) / alignment * alignment);
-  if (p == nullptr) {
-    throw std::bad_alloc();
-  }
-  return p;
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) { return allocate(size, 16); }
-void* operator new(std::size_t size, std::align_val_t alignment) { return allocate(size, std::size_t(alignment)); }
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
-void operator delete(void* p, std::align_val_t) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t, std::align_val_t) noexcept { std::free(p); }
-
-namespace {
-
-using Numbers = std::vector<QuarnFloat>;
+using support::allocations;
 
 struct Operation {
   const char* name;
@@ -82,6 +55,24 @@ QuarnFloat block_transform() {
   return x[1].re + x[5].im;
 }
 
+/// Products, a factorisation, eigenvalues and transforms, of which some compute with more digits or in blocks.
+QuarnFloat matrices() {
+  constexpr std::size_t n = 4;
+  tesk2mp::Matrix<QuarnFloat> a(n, n);
+  std::vector<QuarnFloat> b;
+  for (std::size_t i = 0; i < n * n; ++i) {
+    a(i % n, i / n) = third() * QuarnFloat(i * i % 7) - (i % 5 == 0 ? 3 : 0);
+    b.push_back(third() * QuarnFloat(i));
+  }
+  tesk2mp::transform_real(b);
+  b.resize(n);
+  QuarnFloat sum = b[1] + tesk2mp::multiply(a, a)(1, 2) + tesk2mp::solve(a, b)[0];
+  for (const Complex& value : tesk2mp::eigenvalues(a)) {
+    sum += value.re;
+  }
+  return sum;
+}
+
 const Operation kOperations[] = {
     {"arithmetic", arithmetic},
     {"text and conversion", text},
@@ -103,6 +94,7 @@ const Operation kOperations[] = {
     {"pow", [] { return pow(third(), QuarnFloat(25, -1)); }},
     {"exact pow", [] { return pow(QuarnFloat(25, -2), QuarnFloat(15, -1)); }},
     {"block transform", block_transform},
+    {"matrices", matrices},
     {"by name", [] { return QuarnEvalf1("sin", third()) + QuarnEvalf2("fmod", QuarnFloat(7), third()); }},
 };
 
@@ -155,9 +147,9 @@ class Sweep {
     const auto results = [&] { return operation.run().to_string() + " " + probes(); };
     REQUIRE(in_child([&] {
               QuarnSetDigits(digits);
-              allocations = 0;
+              allocations.count = 0;
               operation.run();
-              shared_->allocations = allocations;
+              shared_->allocations = allocations.count;
               const std::string text = results();
               text.copy(shared_->result, sizeof shared_->result - 1);
               shared_->result[text.size()] = '\0';
@@ -171,15 +163,13 @@ class Sweep {
         const int status = in_child([&] {
           set_digits(digits);
           bool right = true;
-          allocations = 0;
-          fails_once = once;
-          first_failing = k;
+          allocations.fail(k, once);
           try {
             const QuarnFloat result = operation.run();
-            first_failing = 0;
+            allocations.stop_failing();
             right = expected.rfind(result.to_string() + " ", 0) == 0;
           } catch (const std::bad_alloc&) {
-            first_failing = 0;
+            allocations.stop_failing();
           }
           return right && QuarnDigits() == digits && results() == expected ? 0 : 1;
         });
@@ -225,9 +215,9 @@ TEST_CASE("a failure is reported without memory") {
     QuarnFloat work[1];
     Integer n = 1;
     Integer ifail = -1;
-    first_failing = 1;
+    allocations.fail(1, false);
     QuarnMP_c06faf_(x, &n, work, &ifail);
-    first_failing = 0;
+    allocations.stop_failing();
     return ifail == 3 && texts == 3 ? 0 : 1;
   });
   CHECK(status == 0);
