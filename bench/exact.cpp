@@ -1,5 +1,5 @@
 // Products with one rounding of each entry beside the published order of operations, with a rounding in each, and
-// beside MPFR's products and sums.
+// beside MPFR's products and sums; factorisations out of them beside the published ones.
 #include "quarn/exact.h"
 
 #include "bench/peers.h"
@@ -133,6 +133,47 @@ void dot_mpfr(benchmark::State& state, const Shape& s, int digits) {
   }
 }
 
+// Factorisations of matrices of order n.
+
+template <class T>
+std::vector<T> definite(const Shape& s, int digits) {
+  auto a = entries<T>(s, digits, std::size_t(s.n) * std::size_t(s.n), 1);
+  for (int j = 0; j < s.n; ++j) {
+    a[std::size_t(j) * std::size_t(s.n + 1)] = T(4 * s.n);
+  }
+  return a;
+}
+
+template <auto kFactorise>
+void lu(benchmark::State& state, const Shape& s, int digits) {
+  set_precision(digits);
+  const auto given = entries<QuarnFloat>(s, digits, std::size_t(s.n) * std::size_t(s.n), 1);
+  std::vector<Integer> pivots(std::size_t(s.n));
+  Integer info = 0;
+  for (auto _ : state) {
+    auto a = given;
+    kFactorise(s.n, s.n, a.data(), s.n, pivots.data(), &info);
+  }
+}
+
+template <auto kFactorise>
+void cholesky(benchmark::State& state, const Shape& s, int digits) {
+  set_precision(digits);
+  const auto given = definite<Complex>(s, digits);
+  Integer info = 0;
+  for (auto _ : state) {
+    auto a = given;
+    kFactorise("L", s.n, a.data(), s.n, &info, 1);
+  }
+}
+
+const Shape kLu[] = {{"LU n = 32", 0, 32, 0, 0, {20, 50, 100}, false},
+                     {"LU n = 64", 0, 64, 0, 0, {20, 50, 100, 200}, false},
+                     {"LU n = 128", 0, 128, 0, 0, {50, 100}, false},
+                     {"LU n = 256", 0, 256, 0, 0, {50}, false}};
+const Shape kCholesky[] = {{"complex Cholesky n = 64", 0, 64, 0, 0, {20, 50, 100}, false},
+                           {"complex Cholesky n = 128", 0, 128, 0, 0, {50}, false}};
+
 using Run = void (*)(benchmark::State&, const Shape&, int);
 
 void add(const Shape& shape, int digits, const char* peer, Run run) {
@@ -151,6 +192,18 @@ const bool registered = [] {
       if (shape.mpfr) {
         add(shape, digits, "mpfr", mpfr_loop);
       }
+    }
+  }
+  for (const Shape& shape : kLu) {
+    for (const int digits : shape.digits) {
+      add(shape, digits, "quarn", lu<QuarnMPX_dgetrf_>);
+      add(shape, digits, "classic", lu<QuarnMP_dgetrf_>);
+    }
+  }
+  for (const Shape& shape : kCholesky) {
+    for (const int digits : shape.digits) {
+      add(shape, digits, "quarn", cholesky<QuarnMPX_zpotrf_>);
+      add(shape, digits, "classic", cholesky<QuarnMP_zpotrf_>);
     }
   }
   for (const int digits : kDot.digits) {

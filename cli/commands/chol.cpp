@@ -41,12 +41,14 @@ void run_chol(const CholOptions& options) {
   const Progress progress = Progress::estimated("factorising", kOneTriangle * factorisation_cost(given.rows(), true));
   const auto factorise = [&](const auto& a) {
     const tesk2mp::Cholesky cholesky(a, triangle);
+    const char* const routine =
+        std::is_same_v<decltype(cholesky), const tesk2mp::Cholesky<Complex>> ? "QuarnMPX_zpotrf_" : "QuarnMPX_dpotrf_";
     const std::string determinant = exact_text(cholesky.determinant());
     Result result;
     result.notes = {std::string(options.upper ? "U of A = U^H U" : "L of A = L L^H") + ", A the " + description(given),
-                    digits_text() + ", by QuarnMP_f07frf_", "positive definite; determinant " + determinant};
+                    digits_text() + ", by " + routine, "positive definite; determinant " + determinant};
     result.facts = {
-        {"routine", "QuarnMP_f07frf_"}, {"digits", std::to_string(QuarnDigits()), true}, {"determinant", determinant}};
+        {"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}, {"determinant", determinant}};
     const DenseMatrix factor{"", cholesky.factor()};
     add_matrix(result, factor);
     result.picture = [&](const std::string& file) { draw(map_of_magnitudes(result.notes.front(), factor), file); };

@@ -40,6 +40,16 @@ void dgetrs() {
   //! [dgetrs]
 }
 
+void dgetri() {
+  //! [dgetri]
+  QuarnFloat a[] = {2, 0, 1, 4}, work[2];  // rows (2, 1) and (0, 4)
+  Integer ipiv[2], info;
+  QuarnMPX_dgetrf_(2, 2, a, 2, ipiv, &info);
+  QuarnMPX_dgetri_(2, a, 2, ipiv, work, 2, &info);
+  std::cout << a[0] << " " << a[2] << "\n" << a[1] << " " << a[3] << "\n";
+  //! [dgetri]
+}
+
 void f07frf() {
   //! [f07frf]
   Complex a[] = {4, 0, Complex(0, 2), 2};  // rows (4, 2 i) and (-2 i, 2)
@@ -47,6 +57,25 @@ void f07frf() {
   QuarnMP_f07frf_("U", 2, a, 2, &info, 1);
   std::cout << a[0].re << ", " << a[2].re << " + i " << a[2].im << ", " << a[3].re << "\n";
   //! [f07frf]
+}
+
+void dpotrf() {
+  //! [dpotrf]
+  QuarnFloat a[] = {4, 2, 0, 5};  // the lower triangle
+  Integer info;
+  QuarnMPX_dpotrf_("L", 2, a, 2, &info, 1);
+  std::cout << a[0] << "\n" << a[1] << " " << a[3] << "\n";
+  //! [dpotrf]
+}
+
+void dpotrs() {
+  //! [dpotrs]
+  QuarnFloat a[] = {4, 2, 0, 5}, b[] = {10, 13};
+  Integer info;
+  QuarnMPX_dpotrf_("L", 2, a, 2, &info, 1);
+  QuarnMPX_dpotrs_("L", 2, 1, a, 2, b, 2, &info, 1);
+  std::cout << b[0] << " " << b[1] << "\n";
+  //! [dpotrs]
 }
 
 void f08nhf() {
@@ -114,7 +143,10 @@ int main() {
                        {"f07adf", f07adf},
                        {"f07adg", f07adg},
                        {"dgetrs", dgetrs},
+                       {"dgetri", dgetri},
                        {"f07frf", f07frf},
+                       {"dpotrf", dpotrf},
+                       {"dpotrs", dpotrs},
                        {"f08nhf", f08nhf},
                        {"dgebak", dgebak},
                        {"f08pef", f08pef},

@@ -113,6 +113,14 @@ void f06zpf() {
   //! [f06zpf]
 }
 
+void dsyrk() {
+  //! [dsyrk]
+  QuarnFloat a[] = {1, 2, 3, 4}, c[] = {0, 0, 0, 0};  // rows (1, 3) and (2, 4)
+  QuarnMPX_dsyrk_("L", "N", 2, 2, 1, a, 2, 0, c, 2, 1, 1);
+  std::cout << c[0] << "\n" << c[1] << " " << c[3] << "\n";
+  //! [dsyrk]
+}
+
 void f06raf() {
   //! [f06raf]
   QuarnFloat a[] = {1, 3, -2, 4}, work[2];
@@ -137,5 +145,6 @@ int main() {
                        {"f06yaf", f06yaf},
                        {"f06yjf", f06yjf},
                        {"f06zpf", f06zpf},
+                       {"dsyrk", dsyrk},
                        {"f06raf", f06raf}});
 }

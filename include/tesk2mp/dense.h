@@ -123,11 +123,35 @@ TESK2MP_API void QuarnMPX_zgetrs_(const char* trans, Integer n, Integer nrhs, Co
                                   Complex* b, Integer ldb, Integer* info, int trans_length);
 /// @}
 
+/// @defgroup dgetri inverse from an LU factorisation
+///
+/// DGETRI: the inverse of A in the place of the factors that DGETRF made; ZGETRI the same over Complex.
+///
+/// @param[in] n order of A, >= 0
+/// @param[in,out] a the factors, n columns of n elements, lda apart; out the inverse
+/// @param[in] lda step from column to column of A, >= max(1, n)
+/// @param[in] ipiv the n row numbers of the factorisation
+/// @param[out] work lwork elements; work(1) is the length that is asked for, max(1, n), the others are not touched
+/// @param[in] lwork elements of work, >= max(1, n); -1 asks for the length alone
+/// @param[out] info 0, -k when argument k is illegal, or j when U(j, j) is exactly zero; A is then as it was
+///
+/// @par Failures
+/// Illegal: n < 0 (-1), lda < max(1, n) (-3), lwork (-6). Storage for n^2 elements is taken for the time of the call.
+///
+/// @par Cost
+/// About n^3 multiply-adds.
+/// @{
+TESK2MP_API void QuarnMPX_dgetri_(Integer n, QuarnFloat* a, Integer lda, Integer* ipiv, QuarnFloat* work, Integer lwork,
+                                  Integer* info);
+TESK2MP_API void QuarnMPX_zgetri_(Integer n, Complex* a, Integer lda, Integer* ipiv, Complex* work, Integer lwork,
+                                  Integer* info);
+/// @}
+
 /// @defgroup f07frf Cholesky factorisation of a Hermitian matrix
 ///
 /// ZPOTRF: the Cholesky factorisation A = U^H U (uplo U) or A = L L^H (uplo L), A Hermitian positive definite of order
 /// n, given and overwritten on that triangle; the other one is not touched, nor are imaginary parts of the diagonal
-/// read.
+/// read. The companion works by halves, whatever the tuning table says, and its products round each entry once.
 ///
 /// @param[in] uplo U: the upper triangle of A is given; L: the lower
 /// @param[in] n order of A, >= 0
@@ -145,6 +169,48 @@ TESK2MP_API void QuarnMP_f07frf_(const char* uplo, Integer n, Complex* a, Intege
 TESK2MP_API void QuarnMP_zpotrf_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int uplo_length);
 TESK2MP_API void QuarnMP_f07frf_ENTRY(int selector, const char* uplo, Integer n, Complex* a, Integer lda, Integer* info,
                                       int uplo_length);
+TESK2MP_API void QuarnMPX_f07frf_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int uplo_length);
+TESK2MP_API void QuarnMPX_zpotrf_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int uplo_length);
+/// @}
+
+/// @defgroup dpotrf Cholesky factorisation of a symmetric matrix
+///
+/// DPOTRF: the same of a real symmetric positive definite matrix, A = U^T U or A = L L^T, as the companion does it.
+///
+/// @like f07frf
+///
+/// @param[out] info 0, -k when argument k is illegal, or j when the matrix is not positive definite
+///
+/// @par Cost
+/// About n^3/6 multiply-adds.
+/// @{
+TESK2MP_API void QuarnMPX_dpotrf_(const char* uplo, Integer n, QuarnFloat* a, Integer lda, Integer* info,
+                                  int uplo_length);
+/// @}
+
+/// @defgroup dpotrs linear systems from a Cholesky factorisation
+///
+/// DPOTRS: the solution X of A X = B from the factor of A that DPOTRF made; ZPOTRS the same over Complex, from ZPOTRF.
+///
+/// @param[in] uplo U: the factor is U with A = U^H U; L: it is L with A = L L^H
+/// @param[in] n order of A, >= 0
+/// @param[in] nrhs columns of B, >= 0
+/// @param[in] a the factor, n columns of n elements, lda apart; not changed
+/// @param[in] lda step from column to column of A, >= max(1, n)
+/// @param[in,out] b B, nrhs columns of n elements, ldb apart; out X
+/// @param[in] ldb step from column to column of B, >= max(1, n)
+/// @param[out] info 0, or -k when argument k is illegal
+///
+/// @par Failures
+/// Illegal: uplo (-1), n < 0 (-2), nrhs < 0 (-3), lda < max(1, n) (-5), ldb < max(1, n) (-7).
+///
+/// @par Cost
+/// n^2 multiply-adds for each column of B.
+/// @{
+TESK2MP_API void QuarnMPX_dpotrs_(const char* uplo, Integer n, Integer nrhs, QuarnFloat* a, Integer lda, QuarnFloat* b,
+                                  Integer ldb, Integer* info, int uplo_length);
+TESK2MP_API void QuarnMPX_zpotrs_(const char* uplo, Integer n, Integer nrhs, Complex* a, Integer lda, Complex* b,
+                                  Integer ldb, Integer* info, int uplo_length);
 /// @}
 
 /// @defgroup f07frz Cholesky factorisation by columns

@@ -95,7 +95,18 @@ class LU {
     solve_in_place(x, op);
     return x;
   }
-  Matrix<T> inverse() const { return solve(Matrix<T>::identity(factors_.rows())); }
+  /// Throws NumericalFailure when singular().
+  Matrix<T> inverse() const {
+    require_regular();
+    Matrix<T> result = factors_;
+    const detail::RawMatrix<T> raw{result.view()};
+    std::vector<Integer> rows = rows_from_one();
+    std::vector<T> space(std::max<std::size_t>(1, factors_.rows()));
+    Integer info = 0;
+    detail::pick<T>(QuarnMPX_dgetri_, QuarnMPX_zgetri_)(raw.rows, raw.data, raw.leading, rows.data(), space.data(),
+                                                        Integer(space.size()), &info);
+    return result;
+  }
 
  private:
   LU(Matrix<T> a, bool row_weighted) : factors_(std::move(a)) {
@@ -131,22 +142,32 @@ class LU {
   static const char* routine() { return detail::name<T>("F07ADF/DGETRF", "F07ARF/ZGETRF"); }
   void require_square() const { detail::order_of(routine(), 2, detail::RawMatrix<T>(factors_.view())); }
 
-  void solve_in_place(Matrix<T>& b, Op op) const {
+  /// Square, and no zero on the diagonal of U.
+  void require_regular() const {
     require_square();
-    detail::require(b.rows() == factors_.rows(), routine(), 1, "a right-hand side of ", b.rows(), " rows for ",
-                    factors_.rows(), " equations");
     if (singular()) {
       throw NumericalFailure(
           routine(), info_, 0,
           "U(" + std::to_string(info_) + ", " + std::to_string(info_) + ") is exactly zero: the matrix is singular",
           {std::int64_t(info_), std::int64_t(info_)});
     }
-    const detail::RawMatrix<T> a{factors_.view()};
-    const detail::RawMatrix<T> x{b.view()};
+  }
+  std::vector<Integer> rows_from_one() const {
     std::vector<Integer> rows = pivots_;
     for (Integer& row : rows) {
       ++row;
     }
+    return rows;
+  }
+
+  void solve_in_place(Matrix<T>& b, Op op) const {
+    require_square();
+    detail::require(b.rows() == factors_.rows(), routine(), 1, "a right-hand side of ", b.rows(), " rows for ",
+                    factors_.rows(), " equations");
+    require_regular();
+    const detail::RawMatrix<T> a{factors_.view()};
+    const detail::RawMatrix<T> x{b.view()};
+    std::vector<Integer> rows = rows_from_one();
     Integer info = 0;
     detail::pick<T>(QuarnMPX_dgetrs_, QuarnMPX_zgetrs_)(detail::Option(op), a.rows, x.columns, a.data, a.leading,
                                                         rows.data(), x.data, x.leading, &info, 1);
@@ -157,81 +178,68 @@ class LU {
   Integer info_ = 0;
 };
 
-/// A = L L^H (lower) or U^H U (upper) of a Hermitian positive definite matrix, of which that triangle is read. A real
-/// symmetric matrix is factorised in the same way, with imaginary parts of zero. Throws NumericalFailure when the
-/// matrix is not positive definite.
+/// A = L L^H (lower) or U^H U (upper) of a Hermitian (real: symmetric) positive definite matrix, of which that triangle
+/// is read. Throws NumericalFailure when the matrix is not positive definite.
 template <Scalar T>
 class Cholesky {
  public:
   explicit Cholesky(const Matrix<T>& a, Triangle triangle = Triangle::lower)
       : triangle_(triangle), factor_(a.rows(), a.columns()) {
-    const detail::RawMatrix<Complex> raw{factor_.view()};
-    const Integer n = detail::order_of(kRoutine, 2, raw);
+    const detail::RawMatrix<T> raw{factor_.view()};
+    const Integer n = detail::order_of(routine(), 2, raw);
     for (std::size_t j = 0; j < a.columns(); ++j) {
-      for (std::size_t i = triangle == Triangle::lower ? j : 0; i < (triangle == Triangle::lower ? a.rows() : j + 1);
-           ++i) {
-        factor_(i, j) = Complex(a(i, j));
-      }
+      const std::size_t first = triangle == Triangle::lower ? j : 0;
+      const std::size_t last = triangle == Triangle::lower ? a.rows() : j + 1;
+      std::copy(a.data() + first + j * a.rows(), a.data() + last + j * a.rows(), factor_.data() + first + j * a.rows());
     }
     Integer info = 0;
-    QuarnMP_zpotrf_(detail::Option(triangle), n, raw.data, raw.leading, &info, 1);
-    detail::require(info >= 0, kRoutine, 1, "a triangle is upper or lower");
+    detail::pick<T>(QuarnMPX_dpotrf_, QuarnMPX_zpotrf_)(detail::Option(triangle), n, raw.data, raw.leading, &info, 1);
+    detail::require(info >= 0, routine(), 1, "a triangle is upper or lower");
     if (info > 0) {
-      throw NumericalFailure(kRoutine, info, 0,
+      throw NumericalFailure(routine(), info, 0,
                              "the leading minor of order " + std::to_string(info) + " is not positive",
                              {std::int64_t(info)});
     }
   }
 
   /// The triangular factor, zeros in its other triangle.
-  Matrix<T> factor() const { return narrow(factor_); }
+  const Matrix<T>& factor() const { return factor_; }
   /// The determinant of A.
   Real determinant() const {
     Real product(1);
     for (std::size_t i = 0; i < factor_.rows(); ++i) {
-      product = product * factor_(i, i).re;
+      product = product * Complex(factor_(i, i)).re;
     }
     return product * product;
   }
   /// The solution x of A x = b, for one right-hand side or for each column.
   template <VectorSource B>
   std::vector<T> solve(const B& b) const {
-    return detail::solve_vector<T>(b, [&](Matrix<T>& column) { column = solve(column); });
+    return detail::solve_vector<T>(b, [&](Matrix<T>& column) { solve_in_place(column); });
   }
   template <MatrixSource B>
   Matrix<T> solve(const B& b) const {
-    const MatrixView<const T> view(b);
-    detail::require(view.rows() == factor_.rows(), kRoutine, 1, "a right-hand side of ", view.rows(), " rows for ",
-                    factor_.rows(), " equations");
-    Matrix<Complex> x(view.rows(), view.columns());
-    for (std::size_t j = 0; j < view.columns(); ++j) {
-      for (std::size_t i = 0; i < view.rows(); ++i) {
-        x(i, j) = Complex(view(i, j));
-      }
-    }
-    const bool lower = triangle_ == Triangle::lower;
-    trsm(Side::left, triangle_, lower ? Op::none : Op::conjugate_transpose, Diagonal::general, 1, factor_, x);
-    trsm(Side::left, triangle_, lower ? Op::conjugate_transpose : Op::none, Diagonal::general, 1, factor_, x);
-    return narrow(x);
+    Matrix<T> x{MatrixView<const T>(b)};
+    solve_in_place(x);
+    return x;
   }
   Matrix<T> inverse() const { return solve(Matrix<T>::identity(factor_.rows())); }
 
  private:
-  static constexpr const char* kRoutine = "F07FRF/ZPOTRF";
+  static const char* routine() { return detail::name<T>("DPOTRF", "F07FRF/ZPOTRF"); }
 
-  static Matrix<T> narrow(const Matrix<Complex>& z) {
-    if constexpr (detail::kIsComplex<T>) {
-      return z;
-    } else {
-      Matrix<T> x(z.rows(), z.columns());
-      std::transform(z.data(), z.data() + z.rows() * z.columns(), x.data(),
-                     [](const Complex& value) { return value.re; });
-      return x;
-    }
+  void solve_in_place(Matrix<T>& b) const {
+    detail::require(b.rows() == factor_.rows(), routine(), 1, "a right-hand side of ", b.rows(), " rows for ",
+                    factor_.rows(), " equations");
+    const detail::RawMatrix<T> a{factor_.view()};
+    const detail::RawMatrix<T> x{b.view()};
+    Integer info = 0;
+    detail::pick<T>(QuarnMPX_dpotrs_, QuarnMPX_zpotrs_)(detail::Option(triangle_), a.rows, x.columns, a.data, a.leading,
+                                                        x.data, x.leading, &info, 1);
   }
 
   Triangle triangle_;
-  Matrix<Complex> factor_;
+  Matrix<T> factor_;
 };
 
 /// The solution of A x = b, for a vector or for each column of a matrix. Throws NumericalFailure when A is singular.

@@ -235,7 +235,8 @@ TESK2MP_API void QuarnMP_f06sff_ENTRY(int selector, const char* uplo, const char
 
 /// @defgroup f06pjf solution of a triangular system
 ///
-/// DTRSV: x := op(A)^-1 x, arguments as DTRMV. A zero on the diagonal is not tested for.
+/// DTRSV: x := op(A)^-1 x, arguments as DTRMV. A zero on the diagonal is not tested for. The
+/// companion works by halves; its sums round once.
 ///
 /// @like f06pff
 ///
@@ -254,6 +255,12 @@ TESK2MP_API void QuarnMP_dtrsv_(const char* uplo, const char* trans, const char*
 TESK2MP_API void QuarnMP_f06pjf_ENTRY(int selector, const char* uplo, const char* trans, const char* diag, Integer n,
                                       QuarnFloat* a, Integer lda, QuarnFloat* x, Integer incx, int uplo_length,
                                       int trans_length, int diag_length);
+TESK2MP_API void QuarnMPX_f06pjf_(const char* uplo, const char* trans, const char* diag, Integer n, QuarnFloat* a,
+                                  Integer lda, QuarnFloat* x, Integer incx, int uplo_length, int trans_length,
+                                  int diag_length);
+TESK2MP_API void QuarnMPX_dtrsv_(const char* uplo, const char* trans, const char* diag, Integer n, QuarnFloat* a,
+                                 Integer lda, QuarnFloat* x, Integer incx, int uplo_length, int trans_length,
+                                 int diag_length);
 /// @}
 
 /// @defgroup f06sjf solution of a complex triangular system
@@ -274,6 +281,12 @@ TESK2MP_API void QuarnMP_ztrsv_(const char* uplo, const char* trans, const char*
 TESK2MP_API void QuarnMP_f06sjf_ENTRY(int selector, const char* uplo, const char* trans, const char* diag, Integer n,
                                       Complex* a, Integer lda, Complex* x, Integer incx, int uplo_length,
                                       int trans_length, int diag_length);
+TESK2MP_API void QuarnMPX_f06sjf_(const char* uplo, const char* trans, const char* diag, Integer n, Complex* a,
+                                  Integer lda, Complex* x, Integer incx, int uplo_length, int trans_length,
+                                  int diag_length);
+TESK2MP_API void QuarnMPX_ztrsv_(const char* uplo, const char* trans, const char* diag, Integer n, Complex* a,
+                                 Integer lda, Complex* x, Integer incx, int uplo_length, int trans_length,
+                                 int diag_length);
 /// @}
 
 /// @defgroup f06pmf rank-1 update
@@ -410,6 +423,7 @@ TESK2MP_API void QuarnMPX_zgemm_(const char* transa, const char* transb, Integer
 /// @defgroup f06yjf triangular system with several right-hand sides
 ///
 /// DTRSM: B := alpha op(A)^-1 B (side L, A of order m) or B := alpha B op(A)^-1 (side R, A of order n), B m by n.
+/// The companion works by halves; its sums round once, and alpha B is rounded first.
 ///
 /// @param[in] side L: op(A) X = alpha B; R: X op(A) = alpha B
 /// @param[in] uplo U: A is upper triangular; L: lower
@@ -439,6 +453,12 @@ TESK2MP_API void QuarnMP_f06yjf_ENTRY(int selector, const char* side, const char
                                       const char* diag, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* a,
                                       Integer lda, QuarnFloat* b, Integer ldb, int side_length, int uplo_length,
                                       int transa_length, int diag_length);
+TESK2MP_API void QuarnMPX_f06yjf_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m,
+                                  Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb,
+                                  int side_length, int uplo_length, int transa_length, int diag_length);
+TESK2MP_API void QuarnMPX_dtrsm_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m,
+                                 Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb,
+                                 int side_length, int uplo_length, int transa_length, int diag_length);
 /// @}
 
 /// @defgroup f06zjf complex triangular system with several right-hand sides
@@ -460,13 +480,19 @@ TESK2MP_API void QuarnMP_f06zjf_ENTRY(int selector, const char* side, const char
                                       const char* diag, Integer m, Integer n, Complex alpha, Complex* a, Integer lda,
                                       Complex* b, Integer ldb, int side_length, int uplo_length, int transa_length,
                                       int diag_length);
+TESK2MP_API void QuarnMPX_f06zjf_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m,
+                                  Integer n, Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb,
+                                  int side_length, int uplo_length, int transa_length, int diag_length);
+TESK2MP_API void QuarnMPX_ztrsm_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m,
+                                 Integer n, Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb,
+                                 int side_length, int uplo_length, int transa_length, int diag_length);
 /// @}
 
 /// @defgroup f06zpf Hermitian rank-k update
 ///
 /// ZHERK: C := alpha A A^H + beta C (trans N, A n by k) or C := alpha A^H A + beta C (trans C, A k by n) on the
 /// triangle uplo of the Hermitian matrix C of order n; alpha and beta are real, the diagonal comes out real, the other
-/// triangle is not touched. trans T is refused.
+/// triangle is not touched. trans T is refused. The companion rounds each part of an entry once.
 ///
 /// @param[in] uplo U: the upper triangle of C; L: the lower
 /// @param[in] trans N: A A^H; C: A^H A
@@ -494,6 +520,31 @@ TESK2MP_API void QuarnMP_zherk_(const char* uplo, const char* trans, Integer n, 
 TESK2MP_API void QuarnMP_f06zpf_ENTRY(int selector, const char* uplo, const char* trans, Integer n, Integer k,
                                       QuarnFloat alpha, Complex* a, Integer lda, QuarnFloat beta, Complex* c,
                                       Integer ldc, int uplo_length, int trans_length);
+TESK2MP_API void QuarnMPX_f06zpf_(const char* uplo, const char* trans, Integer n, Integer k, QuarnFloat alpha,
+                                  Complex* a, Integer lda, QuarnFloat beta, Complex* c, Integer ldc, int uplo_length,
+                                  int trans_length);
+TESK2MP_API void QuarnMPX_zherk_(const char* uplo, const char* trans, Integer n, Integer k, QuarnFloat alpha,
+                                 Complex* a, Integer lda, QuarnFloat beta, Complex* c, Integer ldc, int uplo_length,
+                                 int trans_length);
+/// @}
+
+/// @defgroup dsyrk symmetric rank-k update
+///
+/// DSYRK: C := alpha A A^T + beta C (trans N, A n by k) or C := alpha A^T A + beta C (trans T or C, A k by n) on the
+/// triangle uplo of the symmetric matrix C of order n, each entry rounded once; the other triangle is not touched.
+///
+/// @like f06zpf
+///
+/// @param[in] trans N: A A^T; T or C: A^T A
+/// @param[in] alpha factor of the product
+/// @param[in] beta factor of C
+///
+/// @par Cost
+/// n^2 k/2 multiply-adds.
+/// @{
+TESK2MP_API void QuarnMPX_dsyrk_(const char* uplo, const char* trans, Integer n, Integer k, QuarnFloat alpha,
+                                 QuarnFloat* a, Integer lda, QuarnFloat beta, QuarnFloat* c, Integer ldc,
+                                 int uplo_length, int trans_length);
 /// @}
 
 // Norms -------------------------------------------------------------------------------------------------------------

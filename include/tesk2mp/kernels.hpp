@@ -131,7 +131,8 @@ template <MatrixSource A, VectorTarget X>
 void trsv(Triangle triangle, Op op, Diagonal diagonal, const A& a, X&& x) {
   using T = Element<A>;
   detail::triangular<T>(detail::name<T>("F06PJF/DTRSV", "F06SJF/ZTRSV"),
-                        detail::pick<T>(QuarnMP_dtrsv_, QuarnMP_ztrsv_), triangle, op, diagonal, a, {VectorView<T>(x)});
+                        detail::pick<T>(QuarnMPX_dtrsv_, QuarnMPX_ztrsv_), triangle, op, diagonal, a,
+                        {VectorView<T>(x)});
 }
 
 namespace detail {
@@ -211,26 +212,42 @@ void trsm(Side side, Triangle triangle, Op op, Diagonal diagonal, const Element<
   const Integer order = side == Side::left ? rb.rows : rb.columns;
   detail::require_shape(routine, 8, ra, order, order);
   detail::call_kernel([&] {
-    detail::pick<T>(QuarnMP_dtrsm_, QuarnMP_ztrsm_)(detail::Option(side), detail::Option(triangle), detail::Option(op),
-                                                    detail::Option(diagonal), rb.rows, rb.columns, alpha, ra.data,
-                                                    ra.leading, rb.data, rb.leading, 1, 1, 1, 1);
+    detail::pick<T>(QuarnMPX_dtrsm_, QuarnMPX_ztrsm_)(detail::Option(side), detail::Option(triangle),
+                                                      detail::Option(op), detail::Option(diagonal), rb.rows, rb.columns,
+                                                      alpha, ra.data, ra.leading, rb.data, rb.leading, 1, 1, 1, 1);
   });
 }
 
+namespace detail {
+
+template <class T, class Kernel>
+void rank_k(const char* routine, Kernel kernel, Triangle triangle, Op op, const Real& alpha,
+            const MatrixView<const T>& source, const Real& beta, const MatrixView<T>& target) {
+  const RawMatrix<T> c{MatrixView<const T>(target)};
+  const SourceMatrix<T> a(source, c);
+  const Integer n = rows_of(op, a.rows, a.columns);
+  require_shape(routine, 9, c, n, n);
+  call_kernel([&] {
+    kernel(Option(triangle), Option(op), n, rows_of(op, a.columns, a.rows), alpha, a.data, a.leading, beta, c.data,
+           c.leading, 1, 1);
+  });
+}
+
+}  // namespace detail
+
 /// C := alpha A A^H + beta C (op none) or alpha A^H A + beta C (conjugate_transpose) on one triangle of the Hermitian
-/// matrix C; alpha and beta are real.
+/// matrix C, each part of an entry rounded once; alpha and beta are real.
 inline void herk(Triangle triangle, Op op, const Real& alpha, const MatrixView<const Complex>& a, const Real& beta,
                  const MatrixView<Complex>& c) {
-  const char* routine = "F06ZPF/ZHERK";
-  const detail::RawMatrix<Complex> rc{MatrixView<const Complex>(c)};
-  const detail::SourceMatrix<Complex> ra(a, rc);
-  detail::require(op != Op::transpose, routine, 2, "the plain transpose makes no Hermitian matrix");
-  const Integer n = detail::rows_of(op, ra.rows, ra.columns);
-  detail::require_shape(routine, 9, rc, n, n);
-  detail::call_kernel([&] {
-    QuarnMP_zherk_(detail::Option(triangle), detail::Option(op), n, detail::rows_of(op, ra.columns, ra.rows), alpha,
-                   ra.data, ra.leading, beta, rc.data, rc.leading, 1, 1);
-  });
+  detail::require(op != Op::transpose, "F06ZPF/ZHERK", 2, "the plain transpose makes no Hermitian matrix");
+  detail::rank_k("F06ZPF/ZHERK", QuarnMPX_zherk_, triangle, op, alpha, a, beta, c);
+}
+
+/// C := alpha A A^T + beta C (op none) or alpha A^T A + beta C (any other) on one triangle of the symmetric matrix C,
+/// each entry rounded once.
+inline void syrk(Triangle triangle, Op op, const Real& alpha, const MatrixView<const Real>& a, const Real& beta,
+                 const MatrixView<Real>& c) {
+  detail::rank_k("DSYRK", QuarnMPX_dsyrk_, triangle, op, alpha, a, beta, c);
 }
 
 /// x^T y

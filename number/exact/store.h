@@ -19,10 +19,12 @@ inline void store_slowly(QuarnFloat& result, bool negative, std::int64_t exponen
 
 #if QUARN_LIMB_BITS == 64
 
-/// The same where N limbs hold the digits and decide; false, and nothing done, where they do not.
+/// The same where N limbs hold the digits and decide; false, and nothing done, where they do not. The last limb may be
+/// off by less than `doubt` units.
 template <int N>
 [[gnu::always_inline]] inline bool store_quickly(QuarnFloat& result, bool negative, std::int64_t exponent,
-                                                 const Limb* limbs, std::size_t length, const fixed::Cut& cut) {
+                                                 const Limb* limbs, std::size_t length, const fixed::Cut& cut,
+                                                 Limb doubt = 0) {
   std::size_t skip = 0;
   while (skip < length && limbs[skip] == 0) {
     ++skip;
@@ -44,6 +46,10 @@ template <int N>
   }
   const Limb rest = s[N - 1] - cut.unit.quotient(s[N - 1]) * cut.unit.value;
   if (rest == cut.half) [[unlikely]] {
+    return false;
+  }
+  // What is left of the last limb has to be worth more than the doubt, and the rest more than that from the half.
+  if (doubt != 0 && (rest + 1 == cut.half || Radix::powers[std::size_t(Radix::digits - zeros)] <= doubt)) [[unlikely]] {
     return false;
   }
   int carry = 0;
@@ -81,6 +87,9 @@ class Rounder {
     constexpr Quick kBy[] = {quick<1>, quick<2>, quick<3>, quick<4>, quick<5>, quick<6>, quick<7>};
     const int length = digits_ / Radix::digits + 1;
     quick_ = length <= 7 ? kBy[length - 1] : nullptr;
+    constexpr Doubtful kDoubtfulBy[] = {store_quickly<1>, store_quickly<2>, store_quickly<3>, store_quickly<4>,
+                                        store_quickly<5>, store_quickly<6>, store_quickly<7>};
+    doubtful_ = length <= 7 ? kDoubtfulBy[length - 1] : nullptr;
 #endif
   }
 
@@ -96,6 +105,15 @@ class Rounder {
     store_slowly(result, negative, exponent, limbs, length, digits_);
   }
 
+#if QUARN_LIMB_BITS == 64
+  /// The same where the last limb is off by less than `doubt` units; false, and nothing done, unless that is certain to
+  /// be the same result. Up to 125 digits.
+  bool store_if_decided(QuarnFloat& result, bool negative, std::int64_t exponent, const Limb* limbs, std::size_t length,
+                        Limb doubt) const {
+    return doubtful_(result, negative, exponent, limbs, length, cut_, doubt);
+  }
+#endif
+
  private:
   int digits_;
 #if QUARN_LIMB_BITS == 64
@@ -105,8 +123,10 @@ class Rounder {
                     const fixed::Cut& cut) {
     return store_quickly<N>(result, negative, exponent, limbs, length, cut);
   }
+  using Doubtful = bool (*)(QuarnFloat&, bool, std::int64_t, const Limb*, std::size_t, const fixed::Cut&, Limb);
   fixed::Cut cut_;
   Quick quick_;
+  Doubtful doubtful_;
 #endif
 };
 

@@ -1,11 +1,12 @@
 // E. Anderson et al., LAPACK Users' Guide: ZPOTRF and its unblocked step ZPOTF2. With A = L L^H, the transpose of A is
-// M^H M with M the transpose of L: the lower case is the upper one on a transposed view.
+// M^H M with M the transpose of L: the lower case is the upper one on a transposed view. The companions go by halves
+// and for the lower triangle.
 
 #include <algorithm>
 
 #include "src/dense/tuning.h"
 #include "src/frame/check_points.h"
-#include "src/kernels/level3.h"
+#include "src/kernels/exact_level3.h"
 #include "tesk2mp/dense.h"
 
 namespace tesk {
@@ -76,14 +77,90 @@ Integer factorise(Integer nb, Triangle stored, Integer n, OneBasedMatrix<Complex
   return 0;
 }
 
-Integer checked_cholesky(Integer nb, const char* uplo, Integer n, Complex* a, Integer lda) {
+const QuarnFloat& real_part(const QuarnFloat& x) { return x; }
+const QuarnFloat& real_part(const Complex& x) { return x.re; }
+
+/// The lower triangle a column after the other: what is on the left of it is taken off, the root of the diagonal
+/// divides the rest. Returns INFO.
+template <class T>
+Integer factorise_columns(Integer n, OneBasedMatrix<T> a) {
+  const bool in_sums = exact::Leaf().in_sums;
+  QuarnRows rows = exact::rows_of(n, n, a);
+  for (Integer j = 1; j <= n; ++j) {
+    const OneBasedVector<T> column = a.column(j);
+    if (in_sums) {
+      rows.subtract_products(std::size_t(j - 1), std::size_t(j - 1), column.first(), column.stride());
+    } else {
+      for (Integer l = 1; l < j; ++l) {
+        add_multiple(n - j + 1, -apply(Op::conjugate_transpose, a(j, l)), a.column(l).from(j), column.from(j));
+      }
+    }
+    exact::clear_imaginary(column(j));
+    if (!(real_part(column(j)) > 0)) {
+      return j;
+    }
+    const QuarnFloat ajj = sqrt(real_part(column(j)));
+    column(j) = T(ajj);
+    scale(n - j, 1 / ajj, column.from(j + 1));
+    rows.prepare(std::size_t(j - 1), std::size_t(j), std::size_t(n));
+  }
+  return 0;
+}
+
+template <class T>
+Integer factorise_by_halves(Integer n, OneBasedMatrix<T> a) {
+  const exact::Leaf leaf;
+  if (n <= leaf.order) {
+    return factorise_columns(n, a);
+  }
+  const Integer half = n / 2;
+  const OneBasedMatrix<T> below = a.from(half + 1, 1);
+  const OneBasedMatrix<T> rest = a.from(half + 1, half + 1);
+  if (const Integer info = factorise_by_halves(half, a); info != 0) {
+    return info;
+  }
+  exact::solve_lower(Diagonal::general, true, half, n - half, a, below.transposed());
+  exact::update_lower(false, n - half, half, T(-1.0), below, T(1.0), rest);
+  const Integer info = factorise_by_halves(n - half, rest);
+  return info == 0 ? 0 : info + half;
+}
+
+/// Checks, then what is to be done; returns INFO.
+template <class T, class Factorise>
+Integer checked_cholesky(const char* uplo, Integer n, T* a, Integer lda, const Factorise& factorise_view) {
   const Integer wrong = first_wrong({{!is_triangle(uplo), 1}, {n < 0, 2}, {lda < std::max<Integer>(1, n), 4}});
+  return wrong != 0 ? -wrong : factorise_view(OneBasedMatrix<T>(a, lda), triangle_of(uplo));
+}
+
+Integer cholesky(Integer nb, const char* uplo, Integer n, Complex* a, Integer lda) {
+  return checked_cholesky(uplo, n, a, lda, [&](OneBasedMatrix<Complex> view, Triangle stored) {
+    return factorise(nb, stored, n, stored == Triangle::upper ? view : view.transposed());
+  });
+}
+
+template <class T>
+Integer cholesky_by_halves(const char* uplo, Integer n, T* a, Integer lda) {
+  return checked_cholesky(uplo, n, a, lda, [&](OneBasedMatrix<T> view, Triangle stored) {
+    return n == 0 ? 0 : factorise_by_halves(n, stored == Triangle::lower ? view : view.transposed());
+  });
+}
+
+/// Checks, then the solution of A X = B from the factor of A; returns INFO.
+template <class T>
+Integer solve_with_factor(const char* uplo, Integer n, Integer nrhs, T* a, Integer lda, T* b, Integer ldb) {
+  const Integer least = std::max<Integer>(1, n);
+  const Integer wrong =
+      first_wrong({{!is_triangle(uplo), 1}, {n < 0, 2}, {nrhs < 0, 3}, {lda < least, 5}, {ldb < least, 7}});
   if (wrong != 0) {
     return -wrong;
   }
-  const OneBasedMatrix<Complex> view(a, lda);
   const Triangle stored = triangle_of(uplo);
-  return factorise(nb, stored, n, stored == Triangle::upper ? view : view.transposed());
+  const auto solve = [&](Op op) {
+    exact::solve_triangular_matrix<T>(Side::left, stored, op, Diagonal::general, n, nrhs, T(1.0), {a, lda}, {b, ldb});
+  };
+  solve(stored == Triangle::lower ? Op::none : Op::conjugate_transpose);
+  solve(stored == Triangle::lower ? Op::conjugate_transpose : Op::none);
+  return 0;
 }
 
 }  // namespace
@@ -93,10 +170,28 @@ extern "C" {
 
 void QuarnMP_f07frf_ENTRY(int /*selector*/, const char* uplo, Integer n, Complex* a, Integer lda, Integer* info,
                           int /*uplo_length*/) {
-  *info = tesk::checked_cholesky(tesk::tuning_value(tesk::kBlockSize, "F07FRF"), uplo, n, a, lda);
+  *info = tesk::cholesky(tesk::tuning_value(tesk::kBlockSize, "F07FRF"), uplo, n, a, lda);
 }
 
 void QuarnMP_f07frz_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int /*uplo_length*/) {
-  *info = tesk::checked_cholesky(1, uplo, n, a, lda);
+  *info = tesk::cholesky(1, uplo, n, a, lda);
+}
+
+void QuarnMPX_f07frf_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int /*uplo_length*/) {
+  *info = tesk::cholesky_by_halves(uplo, n, a, lda);
+}
+
+void QuarnMPX_dpotrf_(const char* uplo, Integer n, QuarnFloat* a, Integer lda, Integer* info, int /*uplo_length*/) {
+  *info = tesk::cholesky_by_halves(uplo, n, a, lda);
+}
+
+void QuarnMPX_dpotrs_(const char* uplo, Integer n, Integer nrhs, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb,
+                      Integer* info, int /*uplo_length*/) {
+  *info = tesk::solve_with_factor(uplo, n, nrhs, a, lda, b, ldb);
+}
+
+void QuarnMPX_zpotrs_(const char* uplo, Integer n, Integer nrhs, Complex* a, Integer lda, Complex* b, Integer ldb,
+                      Integer* info, int /*uplo_length*/) {
+  *info = tesk::solve_with_factor(uplo, n, nrhs, a, lda, b, ldb);
 }
 }

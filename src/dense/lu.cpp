@@ -8,7 +8,7 @@
 #include "quarn/quarnthread.h"
 #include "src/dense/tuning.h"
 #include "src/frame/constants.h"
-#include "src/kernels/exact.h"
+#include "src/kernels/exact_level3.h"
 #include "src/kernels/level3.h"
 #include "tesk2mp/dense.h"
 
@@ -164,36 +164,45 @@ Integer factorise(Integer nb, Integer m, Integer n, OneBasedMatrix<T> a, const P
   return info;
 }
 
-// Columns that are done one after the other: below that, products of halves cost more than they save.
-constexpr Integer kLeaf = 8;
-
-/// B := L^-1 B, L unit lower triangular of order m.
+/// The columns from the left one after the other, each in sums of what is on its left; returns INFO.
 template <class T>
-void solve_unit_lower(Integer m, Integer n, OneBasedMatrix<T> l, OneBasedMatrix<T> b) {
-  if (m <= kLeaf) {
-    solve_triangular_matrix(Side::left, Triangle::lower, Op::none, Diagonal::unit, m, n, T(1.0), l, b);
-    return;
+Integer factorise_columns(Integer m, Integer n, OneBasedMatrix<T> a, const PartialPivots& pivots) {
+  QuarnRows rows = exact::rows_of(m, n, a);
+  Integer info = 0;
+  for (Integer j = 1; j <= n; ++j) {
+    interchange_rows(1, a.from(1, j), 1, j - 1, pivots);
+    const OneBasedVector<T> column = a.column(j);
+    rows.substitute(std::size_t(j - 1), column.first(), column.stride());
+    const Integer row = pivots.choose(j, m, a);
+    pivots.record(j, row);
+    if (!pivots.usable(row, a(row, j))) {
+      info = info == 0 ? j : info;
+    } else {
+      if (row != j) {
+        swap_vectors(j, a.row(j), a.row(row));
+        rows.exchange(std::size_t(j - 1), std::size_t(row - 1));
+      }
+      scale(m - j, quotient(T(1.0), a(j, j)), column.from(j + 1));
+    }
+    rows.prepare(std::size_t(j - 1), std::size_t(j), std::size_t(m));
   }
-  const Integer half = m / 2;
-  const OneBasedMatrix<T> below = b.from(half + 1, 1);
-  solve_unit_lower(half, n, l, b);
-  exact::multiply_matrices(Op::none, Op::none, m - half, n, half, T(-1.0), l.from(half + 1, 1), b, T(1.0), below);
-  solve_unit_lower(m - half, n, l.from(half + 1, half + 1), below);
+  return info;
 }
 
-/// Products of halves round each entry once: an entry is rounded some log2(n) times, and a few times in its leaf, where
-/// the other orders of operations round it up to n times. Returns INFO.
+/// Products of halves round each entry once: an entry is rounded some log2(n) times where the other orders of
+/// operations round it up to n times. Returns INFO.
 template <class T>
 Integer factorise_by_halves(Integer m, Integer n, OneBasedMatrix<T> a, const PartialPivots& pivots) {
   const Integer steps = std::min(m, n);
-  if (steps <= kLeaf && n <= 2 * kLeaf) {
-    return factorise_unblocked(m, n, a, pivots);
+  const exact::Leaf leaf;
+  if (steps <= leaf.order && n == steps) {
+    return leaf.in_sums ? factorise_columns(m, n, a, pivots) : factorise_unblocked(m, n, a, pivots);
   }
-  const Integer left = steps <= kLeaf ? steps : steps / 2;
+  const Integer left = steps <= leaf.order ? steps : steps / 2;
   const OneBasedMatrix<T> right = a.from(1, left + 1);
   const Integer info = factorise_by_halves(m, left, a, pivots);
   interchange_rows(n - left, right, 1, left, pivots);
-  solve_unit_lower(left, n - left, a, right);
+  exact::solve_lower(Diagonal::unit, false, left, n - left, a, right);
   if (left == m) {
     return info;
   }

@@ -1,7 +1,9 @@
-// E. Anderson et al., LAPACK Users' Guide: xGETRS.
+// E. Anderson et al., LAPACK Users' Guide: xGETRS, xGETRI.
 #include <algorithm>
+#include <utility>
+#include <vector>
 
-#include "src/kernels/level3.h"
+#include "src/kernels/exact_level3.h"
 #include "tesk2mp/dense.h"
 
 namespace tesk {
@@ -28,7 +30,7 @@ Integer solve_with_factors(const char* trans, Integer n, Integer nrhs, T* a, Int
   const OneBasedMatrix<T> factors(a, lda);
   const OneBasedMatrix<T> x(b, ldb);
   const auto solve = [&](Triangle triangle, Diagonal diagonal) {
-    solve_triangular_matrix(Side::left, triangle, op, diagonal, n, nrhs, T(1.0), factors, x);
+    exact::solve_triangular_matrix(Side::left, triangle, op, diagonal, n, nrhs, T(1.0), factors, x);
   };
   if (op == Op::none) {
     for (Integer k = 1; k <= n; ++k) {
@@ -41,6 +43,38 @@ Integer solve_with_factors(const char* trans, Integer n, Integer nrhs, T* a, Int
     solve(Triangle::lower, Diagonal::unit);
     for (Integer k = n; k >= 1; --k) {
       interchange(nrhs, x, k, ipiv[k - 1]);
+    }
+  }
+  return 0;
+}
+
+/// Checks, then the inverse of A in the place of its factors: the solution of A X = I, made beside them. Returns INFO.
+template <class T>
+Integer invert(Integer n, T* a, Integer lda, const Integer* ipiv, T* work, Integer lwork) {
+  const Integer least = std::max<Integer>(1, n);
+  const Integer wrong = first_wrong({{n < 0, 1}, {lda < least, 3}, {lwork < least && lwork != -1, 6}});
+  if (wrong != 0) {
+    return -wrong;
+  }
+  work[0] = T(double(least));
+  if (lwork == -1) {
+    return 0;
+  }
+  const OneBasedMatrix<T> factors(a, lda);
+  for (Integer j = 1; j <= n; ++j) {
+    if (is_zero(factors(j, j))) {
+      return j;
+    }
+  }
+  std::vector<T> inverse(std::size_t(n) * std::size_t(n));
+  const OneBasedMatrix<T> x(inverse.data(), n);
+  for (Integer j = 1; j <= n; ++j) {
+    x(j, j) = T(1.0);
+  }
+  solve_with_factors<T>("N", n, n, a, lda, ipiv, inverse.data(), least);
+  for (Integer j = 1; j <= n; ++j) {
+    for (Integer i = 1; i <= n; ++i) {
+      factors(i, j) = std::move(x(i, j));
     }
   }
   return 0;
@@ -59,5 +93,14 @@ void QuarnMPX_dgetrs_(const char* trans, Integer n, Integer nrhs, QuarnFloat* a,
 void QuarnMPX_zgetrs_(const char* trans, Integer n, Integer nrhs, Complex* a, Integer lda, Integer* ipiv, Complex* b,
                       Integer ldb, Integer* info, int /*trans_length*/) {
   *info = tesk::solve_with_factors(trans, n, nrhs, a, lda, ipiv, b, ldb);
+}
+
+void QuarnMPX_dgetri_(Integer n, QuarnFloat* a, Integer lda, Integer* ipiv, QuarnFloat* work, Integer lwork,
+                      Integer* info) {
+  *info = tesk::invert(n, a, lda, ipiv, work, lwork);
+}
+
+void QuarnMPX_zgetri_(Integer n, Complex* a, Integer lda, Integer* ipiv, Complex* work, Integer lwork, Integer* info) {
+  *info = tesk::invert(n, a, lda, ipiv, work, lwork);
 }
 }

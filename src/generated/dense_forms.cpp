@@ -40,6 +40,10 @@ void QuarnMP_zpotrf_(const char* uplo, Integer n, Complex* a, Integer lda, Integ
   QuarnMP_f07frf_ENTRY(1, uplo, n, a, lda, info, uplo_length);
 }
 
+void QuarnMPX_zpotrf_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int uplo_length) {
+  QuarnMPX_f07frf_(uplo, n, a, lda, info, uplo_length);
+}
+
 void QuarnMP_zpotf2_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int uplo_length) {
   QuarnMP_f07frz_(uplo, n, a, lda, info, uplo_length);
 }

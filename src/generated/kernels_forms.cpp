@@ -56,12 +56,20 @@ void QuarnMP_dtrsv_(const char* uplo, const char* trans, const char* diag, Integ
   QuarnMP_f06pjf_ENTRY(1, uplo, trans, diag, n, a, lda, x, incx, uplo_length, trans_length, diag_length);
 }
 
+void QuarnMPX_dtrsv_(const char* uplo, const char* trans, const char* diag, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* x, Integer incx, int uplo_length, int trans_length, int diag_length) {
+  QuarnMPX_f06pjf_(uplo, trans, diag, n, a, lda, x, incx, uplo_length, trans_length, diag_length);
+}
+
 void QuarnMP_f06sjf_(const char* uplo, const char* trans, const char* diag, Integer n, Complex* a, Integer lda, Complex* x, Integer incx, int uplo_length, int trans_length, int diag_length) {
   QuarnMP_f06sjf_ENTRY(0, uplo, trans, diag, n, a, lda, x, incx, uplo_length, trans_length, diag_length);
 }
 
 void QuarnMP_ztrsv_(const char* uplo, const char* trans, const char* diag, Integer n, Complex* a, Integer lda, Complex* x, Integer incx, int uplo_length, int trans_length, int diag_length) {
   QuarnMP_f06sjf_ENTRY(1, uplo, trans, diag, n, a, lda, x, incx, uplo_length, trans_length, diag_length);
+}
+
+void QuarnMPX_ztrsv_(const char* uplo, const char* trans, const char* diag, Integer n, Complex* a, Integer lda, Complex* x, Integer incx, int uplo_length, int trans_length, int diag_length) {
+  QuarnMPX_f06sjf_(uplo, trans, diag, n, a, lda, x, incx, uplo_length, trans_length, diag_length);
 }
 
 void QuarnMP_f06pmf_(Integer m, Integer n, QuarnFloat alpha, QuarnFloat* x, Integer incx, QuarnFloat* y, Integer incy, QuarnFloat* a, Integer lda) {
@@ -120,6 +128,10 @@ void QuarnMP_dtrsm_(const char* side, const char* uplo, const char* transa, cons
   QuarnMP_f06yjf_ENTRY(1, side, uplo, transa, diag, m, n, std::move(alpha), a, lda, b, ldb, side_length, uplo_length, transa_length, diag_length);
 }
 
+void QuarnMPX_dtrsm_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m, Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb, int side_length, int uplo_length, int transa_length, int diag_length) {
+  QuarnMPX_f06yjf_(side, uplo, transa, diag, m, n, std::move(alpha), a, lda, b, ldb, side_length, uplo_length, transa_length, diag_length);
+}
+
 void QuarnMP_f06zjf_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m, Integer n, Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb, int side_length, int uplo_length, int transa_length, int diag_length) {
   QuarnMP_f06zjf_ENTRY(0, side, uplo, transa, diag, m, n, std::move(alpha), a, lda, b, ldb, side_length, uplo_length, transa_length, diag_length);
 }
@@ -128,11 +140,19 @@ void QuarnMP_ztrsm_(const char* side, const char* uplo, const char* transa, cons
   QuarnMP_f06zjf_ENTRY(1, side, uplo, transa, diag, m, n, std::move(alpha), a, lda, b, ldb, side_length, uplo_length, transa_length, diag_length);
 }
 
+void QuarnMPX_ztrsm_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m, Integer n, Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb, int side_length, int uplo_length, int transa_length, int diag_length) {
+  QuarnMPX_f06zjf_(side, uplo, transa, diag, m, n, std::move(alpha), a, lda, b, ldb, side_length, uplo_length, transa_length, diag_length);
+}
+
 void QuarnMP_f06zpf_(const char* uplo, const char* trans, Integer n, Integer k, QuarnFloat alpha, Complex* a, Integer lda, QuarnFloat beta, Complex* c, Integer ldc, int uplo_length, int trans_length) {
   QuarnMP_f06zpf_ENTRY(0, uplo, trans, n, k, std::move(alpha), a, lda, std::move(beta), c, ldc, uplo_length, trans_length);
 }
 
 void QuarnMP_zherk_(const char* uplo, const char* trans, Integer n, Integer k, QuarnFloat alpha, Complex* a, Integer lda, QuarnFloat beta, Complex* c, Integer ldc, int uplo_length, int trans_length) {
   QuarnMP_f06zpf_ENTRY(1, uplo, trans, n, k, std::move(alpha), a, lda, std::move(beta), c, ldc, uplo_length, trans_length);
+}
+
+void QuarnMPX_zherk_(const char* uplo, const char* trans, Integer n, Integer k, QuarnFloat alpha, Complex* a, Integer lda, QuarnFloat beta, Complex* c, Integer ldc, int uplo_length, int trans_length) {
+  QuarnMPX_f06zpf_(uplo, trans, n, k, std::move(alpha), a, lda, std::move(beta), c, ldc, uplo_length, trans_length);
 }
 }

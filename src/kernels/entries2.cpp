@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "src/kernels/entries.h"
-#include "src/kernels/exact.h"
+#include "src/kernels/exact_level3.h"
 #include "src/kernels/level2.h"
 #include "tesk2mp/kernels.h"
 
@@ -127,5 +127,17 @@ void QuarnMPX_f06saf_(const char* trans, Integer m, Integer n, Complex alpha, Co
                       Integer incx, Complex beta, Complex* y, Integer incy, int) {
   tesk::matrix_vector<Complex>("F06SAF/ZGEMV ", tesk::exact::multiply_matrix_vector<Complex>, trans, m, n, alpha, a,
                                lda, x, incx, beta, y, incy);
+}
+
+void QuarnMPX_f06pjf_(const char* uplo, const char* trans, const char* diag, Integer n, QuarnFloat* a, Integer lda,
+                      QuarnFloat* x, Integer incx, int, int, int) {
+  tesk::triangular<QuarnFloat>("F06PJF/DTRSV ", tesk::exact::solve_triangular<QuarnFloat>, uplo, trans, diag, n, a, lda,
+                               x, incx);
+}
+
+void QuarnMPX_f06sjf_(const char* uplo, const char* trans, const char* diag, Integer n, Complex* a, Integer lda,
+                      Complex* x, Integer incx, int, int, int) {
+  tesk::triangular<Complex>("F06SJF/ZTRSV ", tesk::exact::solve_triangular<Complex>, uplo, trans, diag, n, a, lda, x,
+                            incx);
 }
 }

@@ -3,8 +3,7 @@
 #include <utility>
 
 #include "src/kernels/entries.h"
-#include "src/kernels/exact.h"
-#include "src/kernels/level3.h"
+#include "src/kernels/exact_level3.h"
 #include "tesk2mp/kernels.h"
 
 namespace tesk {
@@ -35,8 +34,13 @@ void matrix_matrix(const char* routine, ProductKernel<T> kernel, const char* tra
 }
 
 template <class T>
-void triangular_matrix(const char* routine, const char* side, const char* uplo, const char* transa, const char* diag,
-                       Integer m, Integer n, const T& alpha, T* a, Integer lda, T* b, Integer ldb) {
+using SolutionKernel = void (*)(Side, Triangle, Op, Diagonal, Integer, Integer, const T&, OneBasedMatrix<T>,
+                                OneBasedMatrix<T>);
+
+template <class T>
+void triangular_matrix(const char* routine, SolutionKernel<T> kernel, const char* side, const char* uplo,
+                       const char* transa, const char* diag, Integer m, Integer n, const T& alpha, T* a, Integer lda,
+                       T* b, Integer ldb) {
   const Integer order = letter(side) == 'L' ? m : n;
   const Integer wrong = first_wrong({{!is_side(side), 1},
                                      {!is_triangle(uplo), 2},
@@ -49,16 +53,21 @@ void triangular_matrix(const char* routine, const char* side, const char* uplo, 
   if (wrong != 0) {
     return report_bad_parameter(routine, wrong, kKernelNameLength);
   }
-  solve_triangular_matrix<T>(side_of(side), triangle_of(uplo), op_of(transa), diagonal_of(diag), m, n, alpha, {a, lda},
-                             {b, ldb});
+  kernel(side_of(side), triangle_of(uplo), op_of(transa), diagonal_of(diag), m, n, alpha, {a, lda}, {b, ldb});
 }
 
-void hermitian_update(const char* routine, const char* uplo, const char* trans, Integer n, Integer k,
-                      const QuarnFloat& alpha, Complex* a, Integer lda, const QuarnFloat& beta, Complex* c,
+template <class T>
+using UpdateKernel = void (*)(Triangle, Op, Integer, Integer, const QuarnFloat&, OneBasedMatrix<T>, const QuarnFloat&,
+                              OneBasedMatrix<T>);
+
+template <class T>
+void hermitian_update(const char* routine, UpdateKernel<T> kernel, const char* uplo, const char* trans, Integer n,
+                      Integer k, const QuarnFloat& alpha, T* a, Integer lda, const QuarnFloat& beta, T* c,
                       Integer ldc) {
+  constexpr bool kComplex = sizeof(T) != sizeof(QuarnFloat);
   const Integer rows_a = letter(trans) == 'N' ? n : k;
   const Integer wrong = first_wrong({{!is_triangle(uplo), 1},
-                                     {!is_op(trans) || letter(trans) == 'T', 2},
+                                     {!is_op(trans) || (kComplex && letter(trans) == 'T'), 2},
                                      {n < 0, 3},
                                      {k < 0, 4},
                                      {lda < std::max<Integer>(1, rows_a), 7},
@@ -66,7 +75,7 @@ void hermitian_update(const char* routine, const char* uplo, const char* trans, 
   if (wrong != 0) {
     return report_bad_parameter(routine, wrong, kKernelNameLength);
   }
-  update_hermitian(triangle_of(uplo), op_of(trans), n, k, alpha, {a, lda}, beta, {c, ldc});
+  kernel(triangle_of(uplo), op_of(trans), n, k, alpha, {a, lda}, beta, {c, ldc});
 }
 
 }  // namespace
@@ -84,7 +93,8 @@ void QuarnMP_f06yaf_ENTRY(int, const char* transa, const char* transb, Integer m
 void QuarnMP_f06yjf_ENTRY(int, const char* side, const char* uplo, const char* transa, const char* diag, Integer m,
                           Integer n, QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb, int, int,
                           int, int) {
-  tesk::triangular_matrix("F06YJF/DTRSM ", side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb);
+  tesk::triangular_matrix<QuarnFloat>("F06YJF/DTRSM ", tesk::solve_triangular_matrix<QuarnFloat>, side, uplo, transa,
+                                      diag, m, n, alpha, a, lda, b, ldb);
 }
 
 void QuarnMP_f06zaf_ENTRY(int, const char* transa, const char* transb, Integer m, Integer n, Integer k, Complex alpha,
@@ -97,12 +107,14 @@ void QuarnMP_f06zaf_ENTRY(int, const char* transa, const char* transb, Integer m
 void QuarnMP_f06zjf_ENTRY(int, const char* side, const char* uplo, const char* transa, const char* diag, Integer m,
                           Integer n, Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb, int, int, int,
                           int) {
-  tesk::triangular_matrix("F06ZJF/ZTRSM ", side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb);
+  tesk::triangular_matrix<Complex>("F06ZJF/ZTRSM ", tesk::solve_triangular_matrix<Complex>, side, uplo, transa, diag, m,
+                                   n, alpha, a, lda, b, ldb);
 }
 
 void QuarnMP_f06zpf_ENTRY(int, const char* uplo, const char* trans, Integer n, Integer k, QuarnFloat alpha, Complex* a,
                           Integer lda, QuarnFloat beta, Complex* c, Integer ldc, int, int) {
-  tesk::hermitian_update("F06ZPF/ZHERK ", uplo, trans, n, k, alpha, a, lda, beta, c, ldc);
+  tesk::hermitian_update<Complex>("F06ZPF/ZHERK ", tesk::update_hermitian, uplo, trans, n, k, alpha, a, lda, beta, c,
+                                  ldc);
 }
 
 void QuarnMPX_f06yaf_(const char* transa, const char* transb, Integer m, Integer n, Integer k, QuarnFloat alpha,
@@ -117,5 +129,29 @@ void QuarnMPX_f06zaf_(const char* transa, const char* transb, Integer m, Integer
                       int) {
   tesk::matrix_matrix<Complex>("F06ZAF/ZGEMM ", tesk::exact::multiply_matrices<Complex>, transa, transb, m, n, k, alpha,
                                a, lda, b, ldb, beta, c, ldc);
+}
+
+void QuarnMPX_f06yjf_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m, Integer n,
+                      QuarnFloat alpha, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb, int, int, int, int) {
+  tesk::triangular_matrix<QuarnFloat>("F06YJF/DTRSM ", tesk::exact::solve_triangular_matrix<QuarnFloat>, side, uplo,
+                                      transa, diag, m, n, alpha, a, lda, b, ldb);
+}
+
+void QuarnMPX_f06zjf_(const char* side, const char* uplo, const char* transa, const char* diag, Integer m, Integer n,
+                      Complex alpha, Complex* a, Integer lda, Complex* b, Integer ldb, int, int, int, int) {
+  tesk::triangular_matrix<Complex>("F06ZJF/ZTRSM ", tesk::exact::solve_triangular_matrix<Complex>, side, uplo, transa,
+                                   diag, m, n, alpha, a, lda, b, ldb);
+}
+
+void QuarnMPX_f06zpf_(const char* uplo, const char* trans, Integer n, Integer k, QuarnFloat alpha, Complex* a,
+                      Integer lda, QuarnFloat beta, Complex* c, Integer ldc, int, int) {
+  tesk::hermitian_update<Complex>("F06ZPF/ZHERK ", tesk::exact::update_hermitian<Complex>, uplo, trans, n, k, alpha, a,
+                                  lda, beta, c, ldc);
+}
+
+void QuarnMPX_dsyrk_(const char* uplo, const char* trans, Integer n, Integer k, QuarnFloat alpha, QuarnFloat* a,
+                     Integer lda, QuarnFloat beta, QuarnFloat* c, Integer ldc, int, int) {
+  tesk::hermitian_update<QuarnFloat>("DSYRK        ", tesk::exact::update_hermitian<QuarnFloat>, uplo, trans, n, k,
+                                     alpha, a, lda, beta, c, ldc);
 }
 }

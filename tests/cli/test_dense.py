@@ -163,7 +163,7 @@ class Dense(unittest.TestCase):
             (["eig", "-"], "1 2\n", 2, "standard input: 1 by 2, but a square matrix is needed"),
             (["eig", "-"], "1 2i\n3 4\n", 2, "standard input: complex, but eigenvalues are found of real matrices"),
             (["chol", "-"], "1 2\n3 4\n", 2, "standard input: not symmetric: element (2, 1) differs from its mirror image"),
-            (["chol", "-"], "1 2\n2 1\n", 1, "F07FRF/ZPOTRF: the leading minor of order 2 is not positive"),
+            (["chol", "-"], "1 2\n2 1\n", 1, "DPOTRF: the leading minor of order 2 is not positive"),
             (["norm", "-", "--condition"], "1 2\n2 4\n", 1, "F07ADF/DGETRF: U(2, 2) is exactly zero: the matrix is singular"),
             (["lu", "-", "--part", "x"], "1\n", 2, "--part: 'x' is not factors, l, u or p (quarn lu --help shows what there is)"),
             (["zeros", "0", "1", "2", "3", "4"], "", 1, "C02ALF: On entry, E .eq. 0.0."),

@@ -92,20 +92,34 @@ Matrix<T> transposed(const Matrix<T>& a) {
   return op_of_matrix(tesk::Op::conjugate_transpose, a);
 }
 
-void factorise(Reals& a, Integer* ipiv, Integer* info) {
-  QuarnMP_f07adf_(a.rows(), a.columns(), a.data(), a.lda(), ipiv, info);
-}
-void factorise(Complexes& a, Integer* ipiv, Integer* info) {
-  QuarnMP_f07arf_(a.rows(), a.columns(), a.data(), a.lda(), ipiv, info);
-}
+/// The exports of one scalar type.
+template <class T>
+struct Exports;
+template <>
+struct Exports<QuarnFloat> {
+  static constexpr auto getrf = QuarnMP_f07adf_;
+  static constexpr auto exact_getrf = QuarnMPX_dgetrf_;
+  static constexpr auto exact_getri = QuarnMPX_dgetri_;
+  static constexpr auto exact_potrf = QuarnMPX_dpotrf_;
+  static constexpr auto exact_potrs = QuarnMPX_dpotrs_;
+};
+template <>
+struct Exports<Complex> {
+  static constexpr auto getrf = QuarnMP_f07arf_;
+  static constexpr auto exact_getrf = QuarnMPX_zgetrf_;
+  static constexpr auto exact_getri = QuarnMPX_zgetri_;
+  static constexpr auto potrf = QuarnMP_f07frf_;
+  static constexpr auto exact_potrf = QuarnMPX_zpotrf_;
+  static constexpr auto exact_potrs = QuarnMPX_zpotrs_;
+};
 
 template <class T>
-double lu_ratio(const Matrix<T>& a, int digits) {
+double lu_ratio(const Matrix<T>& a, int digits, decltype(Exports<T>::getrf) factorise = Exports<T>::getrf) {
   const Integer n = a.rows();
   Matrix<T> lu = a;
   std::vector<Integer> ipiv(std::size_t(n) + 1);
   Integer info = 0;
-  factorise(lu, ipiv.data(), &info);
+  factorise(n, n, lu.data(), lu.lda(), ipiv.data(), &info);
   CHECK(info >= 0);
   CHECK(lu.intact());
   const support::Digits finer(digits + kSpare);
@@ -131,30 +145,71 @@ Complexes turned(const Reals& a) {
   return b;
 }
 
-/// Of A A^T + norm(A)^2 I / 4, made complex.
-double cholesky_ratio(const char* uplo, const Reals& a, int digits) {
-  const Integer n = a.rows();
-  Reals square(n, n);
-  {
-    const support::Digits finer(digits + kSpare);
-    const QuarnFloat shift = one_norm(a) * one_norm(a) / 4 + QuarnFloat(1, -3);
-    square = product(a, transposed(a));
-    for (Integer j = 1; j <= n; ++j) {
-      square(j, j) += shift;
-    }
+/// A A^H + norm(A)^2 I / 4, at more digits.
+template <class T>
+Matrix<T> definite(const Matrix<T>& a, int digits) {
+  const support::Digits finer(digits + kSpare);
+  const QuarnFloat shift = one_norm(a) * one_norm(a) / 4 + QuarnFloat(1, -3);
+  Matrix<T> square = product(a, transposed(a));
+  for (Integer j = 1; j <= a.rows(); ++j) {
+    square(j, j) = square(j, j) + T(shift);
   }
-  const Complexes b = turned(square);
-  Complexes factor = b;
+  return square;
+}
+
+template <class T>
+double cholesky_ratio(const char* uplo, const Matrix<T>& a, int digits,
+                      decltype(Exports<T>::exact_potrf) factorise = Exports<T>::exact_potrf) {
+  const Integer n = a.rows();
+  Matrix<T> factor = a;
   Integer info = 0;
-  QuarnMP_f07frf_(uplo, n, factor.data(), factor.lda(), &info, 1);
+  factorise(uplo, n, factor.data(), factor.lda(), &info, 1);
   CHECK(info == 0);
   CHECK(factor.intact());
   const support::Digits finer(digits + kSpare);
-  const Complexes stored = triangle_of_matrix(tesk::triangle_of(uplo), tesk::Diagonal::general, factor);
-  const Complexes other = transposed(stored);
-  const Complexes back =
+  const Matrix<T> stored = triangle_of_matrix(tesk::triangle_of(uplo), tesk::Diagonal::general, factor);
+  const Matrix<T> other = transposed(stored);
+  const Matrix<T> back =
       tesk::triangle_of(uplo) == tesk::Triangle::lower ? product(stored, other) : product(other, stored);
-  return ratio(distance(back, b), one_norm(b), n, digits);
+  return ratio(distance(back, a), one_norm(a), n, digits);
+}
+
+/// Of A X - B with X from the Cholesky factor.
+template <class T>
+double cholesky_solution_ratio(const char* uplo, Matrix<T> a, const Matrix<T>& b, int digits) {
+  const Integer n = a.rows();
+  const Matrix<T> given = a;
+  Matrix<T> x = b;
+  Integer info = 0;
+  Exports<T>::exact_potrf(uplo, n, a.data(), a.lda(), &info, 1);
+  Exports<T>::exact_potrs(uplo, n, b.columns(), a.data(), a.lda(), x.data(), x.lda(), &info, 1);
+  CHECK(info == 0);
+  CHECK(x.intact());
+  const support::Digits finer(digits + kSpare);
+  return ratio(distance(product(given, x), b), one_norm(given) * one_norm(x), n, digits);
+}
+
+/// Of A X - I with X the inverse.
+template <class T>
+double inverse_ratio(const Matrix<T>& a, int digits) {
+  const Integer n = a.rows();
+  Matrix<T> x = a;
+  Matrix<T> unit(n, n);
+  for (Integer j = 1; j <= n; ++j) {
+    for (Integer i = 1; i <= n; ++i) {
+      unit(i, j) = T(double(i == j));
+    }
+  }
+  std::vector<Integer> ipiv(std::size_t(n) + 1);
+  std::vector<T> work(std::size_t(n) + 1);
+  Integer info = 0;
+  Exports<T>::exact_getrf(n, n, x.data(), x.lda(), ipiv.data(), &info);
+  CHECK(info == 0);
+  Exports<T>::exact_getri(n, x.data(), x.lda(), ipiv.data(), work.data(), n + 1, &info);
+  CHECK(info == 0);
+  CHECK(x.intact());
+  const support::Digits finer(digits + kSpare);
+  return ratio(distance(product(a, x), unit), one_norm(a) * one_norm(x), n, digits);
 }
 
 /// The larger ratio of the Schur form of a Hessenberg matrix: of A - Z T Z^T and of I - Z^T Z.
@@ -206,9 +261,61 @@ TEST_CASE("test ratios of LU, Cholesky and Schur form on the classic matrices") 
         CAPTURE(digits);
         CHECK(lu_ratio(a, digits) < kLargestRatio);
         CHECK(lu_ratio(turned(a), digits) < kLargestRatio);
-        CHECK(cholesky_ratio("U", a, digits) < kLargestRatio);
-        CHECK(cholesky_ratio("L", a, digits) < kLargestRatio);
+        const Complexes square = turned(definite(a, digits));
+        CHECK(cholesky_ratio("U", square, digits, Exports<Complex>::potrf) < kLargestRatio);
+        CHECK(cholesky_ratio("L", square, digits, Exports<Complex>::potrf) < kLargestRatio);
         CHECK(schur_ratio(support::hessenberg_form(a), digits) < kLargestRatio);
+      }
+    }
+  }
+}
+
+TEST_CASE_TEMPLATE("factorisations out of sums rounded once have test ratios below one", T, QuarnFloat, Complex) {
+  support::RandomNumbers random;
+  for (const int digits : {2, 16, 50, 125, 126, 333}) {
+    for (const Integer n : {0, 1, 2, 20, 70}) {
+      if (n == 70 && digits != 50) {
+        continue;
+      }
+      const support::Digits scope(digits);
+      CAPTURE(n);
+      CAPTURE(digits);
+      const Matrix<T> a = Matrix<T>(n, n).randomise(random);
+      const Matrix<T> b = Matrix<T>(n, 3).randomise(random);
+      Matrix<T> square = definite(a, digits);
+      for (Integer j = 1; j <= n; ++j) {
+        for (Integer i = 1; i <= n; ++i) {
+          square(i, j) = square(i, j) * T(1.0);  // rounded
+        }
+      }
+      const double bound = n < 3 ? 4 : 1;  // a root and a quotient are roundings of one size
+      CHECK(lu_ratio(a, digits, Exports<T>::exact_getrf) < bound);
+      CHECK(inverse_ratio(a, digits) < bound);
+      for (const char* uplo : {"U", "l"}) {
+        CHECK(cholesky_ratio(uplo, square, digits) < bound);
+        CHECK(cholesky_solution_ratio(uplo, square, b, digits) < bound);
+      }
+    }
+  }
+}
+
+TEST_CASE_TEMPLATE("a matrix that is not positive definite stops the factorisation at its minor", T, QuarnFloat,
+                   Complex) {
+  const support::Digits scope(50);
+  for (const Integer n : {1, 5, 70}) {
+    for (const Integer bad : {Integer(1), n}) {
+      for (const char* uplo : {"U", "L"}) {
+        Matrix<T> a(n, n);
+        for (Integer j = 1; j <= n; ++j) {
+          for (Integer i = 1; i <= n; ++i) {
+            a(i, j) = T(i == j ? (j == bad ? -4.0 : 4.0) : 0.0);
+          }
+        }
+        Integer info = 0;
+        Exports<T>::exact_potrf(uplo, n, a.data(), a.lda(), &info, 1);
+        CHECK(info == bad);
+        CHECK(a(bad, bad) == T(-4.0));
+        CHECK((bad == 1 || a(1, 1) == T(2.0)));
       }
     }
   }

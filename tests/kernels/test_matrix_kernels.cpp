@@ -38,6 +38,8 @@ struct Kernels<QuarnFloat> {
   static constexpr auto gemv = QuarnMP_f06paf_;
   static constexpr auto trmv = QuarnMP_f06pff_;
   static constexpr auto trsv = QuarnMP_f06pjf_;
+  static constexpr auto exact_trsv = QuarnMPX_dtrsv_;
+  static constexpr auto exact_trsm = QuarnMPX_dtrsm_;
   static constexpr auto gemm = QuarnMP_f06yaf_;
   static constexpr auto trsm = QuarnMP_f06yjf_;
 };
@@ -46,6 +48,8 @@ struct Kernels<Complex> {
   static constexpr auto gemv = QuarnMP_f06saf_;
   static constexpr auto trmv = QuarnMP_f06sff_;
   static constexpr auto trsv = QuarnMP_f06sjf_;
+  static constexpr auto exact_trsv = QuarnMPX_ztrsv_;
+  static constexpr auto exact_trsm = QuarnMPX_ztrsm_;
   static constexpr auto gemm = QuarnMP_f06zaf_;
   static constexpr auto trsm = QuarnMP_f06zjf_;
 };
@@ -170,8 +174,11 @@ TEST_CASE_TEMPLATE("triangular matrix times vector, and back", T, QuarnFloat, Co
               op_of_matrix(tesk::op_of(trans), triangle_of_matrix(tesk::triangle_of(uplo), tesk::diagonal_of(diag), a));
           Kernels<T>::trmv(uplo, trans, diag, n, a.data(), a.lda(), x.data(), incx, 1, 1, 1);
           CHECK(largest_difference(as_column(x), product(full, before)) <= kBound);
+          Vector<T> y = x;
           Kernels<T>::trsv(uplo, trans, diag, n, a.data(), a.lda(), x.data(), incx, 1, 1, 1);
           CHECK(largest_difference(as_column(x), before) <= kBound);
+          Kernels<T>::exact_trsv(uplo, trans, diag, n, a.data(), a.lda(), y.data(), incx, 1, 1, 1);
+          CHECK(largest_difference(as_column(y), before) <= kBound);
           CHECK(a.intact());
         }
       }
@@ -272,8 +279,13 @@ TEST_CASE_TEMPLATE("triangular systems with many right-hand sides", T, QuarnFloa
                 tesk::op_of(trans), triangle_of_matrix(tesk::triangle_of(uplo), tesk::diagonal_of(diag), a));
             Matrix<T> x = Matrix<T>(m, n).randomise(random);
             Matrix<T> b = left ? product(full, x) : product(x, full);
+            Matrix<T> c = b;
             Kernels<T>::trsm(side, uplo, trans, diag, m, n, alpha, a.data(), a.lda(), b.data(), b.lda(), 1, 1, 1, 1);
             CHECK(largest_difference(b, combination(alpha, x, T(0.0), x)) <= kBound);
+            Kernels<T>::exact_trsm(side, uplo, trans, diag, m, n, alpha, a.data(), a.lda(), c.data(), c.lda(), 1, 1, 1,
+                                   1);
+            CHECK(largest_difference(c, combination(alpha, x, T(0.0), x)) <= kBound);
+            CHECK(c.intact());
           }
         }
       }
@@ -340,6 +352,51 @@ TEST_CASE("Hermitian rank-k updates keep to their triangle and make the diagonal
               }
             }
           }
+        }
+      }
+    }
+  }
+}
+
+TEST_CASE_TEMPLATE("rank-k updates rounded once have the entries of products rounded once", T, QuarnFloat, Complex) {
+  constexpr bool kReal = std::is_same_v<T, QuarnFloat>;
+  RandomNumbers random;
+  for (const int digits : {1, 50, 200}) {
+    const support::Digits scope(digits);
+    for (const Integer n : {0, 1, 7, 40}) {
+      for (const char* uplo : kTriangles) {
+        for (const char* trans : {"N", kReal ? "t" : "c"}) {
+          const bool plain = *trans == 'N';
+          const Integer k = 5;
+          Matrix<T> a = Matrix<T>(plain ? n : k, plain ? k : n).randomise(random);
+          Matrix<T> c = Matrix<T>(n, n).randomise(random);
+          Matrix<T> expected = c;
+          for (Integer j = 1; j <= n; ++j) {
+            if constexpr (!kReal) {
+              expected(j, j).im = 0;  // what is there is not read
+            }
+          }
+          const Matrix<T> before = c;
+          const QuarnFloat alpha("-0.3");
+          const char* const adjoint = kReal ? "T" : "C";
+          if constexpr (kReal) {
+            QuarnMPX_dsyrk_(uplo, trans, n, k, alpha, a.data(), a.lda(), 1, c.data(), c.lda(), 1, 1);
+            QuarnMPX_dgemm_(plain ? "N" : adjoint, plain ? adjoint : "N", n, n, k, alpha, a.data(), a.lda(), a.data(),
+                            a.lda(), 1, expected.data(), expected.lda(), 1, 1);
+          } else {
+            QuarnMPX_zherk_(uplo, trans, n, k, alpha, a.data(), a.lda(), 1, c.data(), c.lda(), 1, 1);
+            QuarnMPX_zgemm_(plain ? "N" : adjoint, plain ? adjoint : "N", n, n, k, alpha, a.data(), a.lda(), a.data(),
+                            a.lda(), 1, expected.data(), expected.lda(), 1, 1);
+          }
+          Integer wrong = 0;
+          for (Integer j = 1; j <= n; ++j) {
+            for (Integer i = 1; i <= n; ++i) {
+              const bool inside = tesk::letter(uplo) == 'U' ? i <= j : i >= j;
+              wrong += !(c(i, j) == (inside ? expected(i, j) : before(i, j)));
+            }
+          }
+          CHECK(wrong == 0);
+          CHECK(c.intact());
         }
       }
     }

@@ -59,7 +59,7 @@ ROWS = [
     (
         lambda: tesk2mp.cholesky([[-1]]),
         "NumericalFailure",
-        "F07FRF/ZPOTRF",
+        "DPOTRF",
         1,
         0,
         "the leading minor of order 1 is not positive",

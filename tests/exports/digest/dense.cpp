@@ -76,24 +76,53 @@ void weighted_lu(Suite& suite) {
   });
 }
 
-template <class... E>
+template <class T, class... E>
 void cholesky(Suite& suite, E... entries) {
   suite.cases(3, [&](Case& c) {
     for (const char* uplo : {"U", "l"}) {
       const Integer n = c.size;
       const Integer lda = at_least_one(n) + c.below(2);
-      auto a = c.numbers<Complex>(std::int64_t(lda) * at_least_one(n));
+      auto a = c.numbers<T>(std::int64_t(lda) * at_least_one(n));
       for (Integer i = 0; i < n && c.below(5) != 0; ++i) {
-        a[std::size_t(i) * std::size_t(lda + 1)].re = n + 1;
+        a[std::size_t(i) * std::size_t(lda + 1)] = T(double(n + 1));
       }
       (suite.run(entries, uplo, n, a, lda, Integer(-99), 1), ...);
     }
   });
   suite.few_cases([&](Case& c) {
-    const auto a = c.numbers<Complex>(16);
+    const auto a = c.numbers<T>(16);
     (suite.run(entries, "X", Integer(2), a, Integer(2), Integer(-99), 1), ...);
     (suite.run(entries, "U", Integer(-2), a, Integer(2), Integer(-99), 1), ...);
     (suite.run(entries, "U", Integer(2), a, Integer(1), Integer(-99), 1), ...);
+  });
+}
+
+template <class T, class E>
+void cholesky_solutions(Suite& suite, E entry) {
+  suite.cases(3, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    const auto a = c.numbers<T>(std::int64_t(ld) * ld);
+    const auto b = c.numbers<T>(std::int64_t(2) * ld);
+    for (const char* uplo : {"U", "l", "X"}) {
+      suite.run(entry, uplo, n, Integer(2), a, ld, b, ld, Integer(-99), 1);
+    }
+  });
+}
+
+template <class T, class E>
+void inverses(Suite& suite, E entry) {
+  suite.cases(3, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    std::vector<Integer> rows(std::size_t(ld), 1);
+    for (Integer i = 0; i < n; ++i) {
+      rows[std::size_t(i)] = i + 1 + c.below(n - i);
+    }
+    for (const Integer lwork : {ld, Integer(-1), Integer(0)}) {
+      suite.run(entry, n, c.numbers<T>(std::int64_t(ld) * ld), ld, rows, Scratch<T>(std::size_t(ld)), lwork,
+                Integer(-99));
+    }
   });
 }
 
@@ -322,8 +351,14 @@ void dense(Suite& suite) {
   solutions<QuarnFloat>(suite, ENTRY(QuarnMPX_dgetrs_));
   solutions<Complex>(suite, ENTRY(QuarnMPX_zgetrs_));
   weighted_lu(suite);
-  cholesky(suite, ENTRY(QuarnMP_f07frf_), ENTRY(QuarnMP_zpotrf_), MASTER(QuarnMP_f07frf_ENTRY), ENTRY(QuarnMP_f07frz_),
-           ENTRY(QuarnMP_zpotf2_));
+  inverses<QuarnFloat>(suite, ENTRY(QuarnMPX_dgetri_));
+  inverses<Complex>(suite, ENTRY(QuarnMPX_zgetri_));
+  cholesky<Complex>(suite, ENTRY(QuarnMPX_f07frf_), ENTRY(QuarnMPX_zpotrf_));
+  cholesky<QuarnFloat>(suite, ENTRY(QuarnMPX_dpotrf_));
+  cholesky_solutions<QuarnFloat>(suite, ENTRY(QuarnMPX_dpotrs_));
+  cholesky_solutions<Complex>(suite, ENTRY(QuarnMPX_zpotrs_));
+  cholesky<Complex>(suite, ENTRY(QuarnMP_f07frf_), ENTRY(QuarnMP_zpotrf_), MASTER(QuarnMP_f07frf_ENTRY),
+                    ENTRY(QuarnMP_f07frz_), ENTRY(QuarnMP_zpotf2_));
   tuning(suite);
 }
 

@@ -180,7 +180,7 @@ void triangular_systems(Suite& suite, E... entries) {
   });
 }
 
-template <class... E>
+template <class T, class... E>
 void hermitian_update(Suite& suite, E... entries) {
   suite.cases(3, [&](Case& c) {
     for (const char* uplo : {"U", "l"}) {
@@ -191,19 +191,21 @@ void hermitian_update(Suite& suite, E... entries) {
         const Integer ldc = at_least_one(n) + c.below(2);
         const auto alpha = factor_or_not<QuarnFloat>(c)[0];
         const auto beta = factor_or_not<QuarnFloat>(c)[0];
-        const auto a = c.numbers<Complex>(std::int64_t(lda) * at_least_one(*trans == 'N' ? k : n));
-        const auto cc = c.numbers<Complex>(std::int64_t(ldc) * at_least_one(n));
+        const auto a = c.numbers<T>(std::int64_t(lda) * at_least_one(*trans == 'N' ? k : n));
+        const auto cc = c.numbers<T>(std::int64_t(ldc) * at_least_one(n));
         (suite.run(entries, uplo, trans, n, k, alpha, a, lda, beta, cc, ldc, 1, 1), ...);
       }
     }
   });
   suite.few_cases([&](Case& c) {
-    const auto a = c.numbers<Complex>(16);
+    const auto a = c.numbers<T>(16);
     const auto wrong = [&](const char* uplo, const char* trans, Integer n, Integer k, Integer lda, Integer ldc) {
       (suite.run_fatal(entries, uplo, trans, n, k, QuarnFloat(1), a, lda, QuarnFloat(1), a, ldc, 1, 1), ...);
     };
     wrong("X", "N", 2, 2, 2, 2);
-    wrong("U", "T", 2, 2, 2, 2);
+    if (!std::is_same_v<T, QuarnFloat>) {
+      wrong("U", "T", 2, 2, 2, 2);
+    }
     wrong("U", "N", -1, 2, 2, 2);
     wrong("U", "N", 2, -1, 2, 2);
     wrong("U", "N", 2, 2, 1, 2);
@@ -267,7 +269,13 @@ void kernels(Suite& suite) {
   matrix_matrix<Complex>(suite, ENTRY(QuarnMP_f06zaf_), ENTRY(QuarnMP_zgemm_), MASTER(QuarnMP_f06zaf_ENTRY));
   triangular_systems<QuarnFloat>(suite, ENTRY(QuarnMP_f06yjf_), ENTRY(QuarnMP_dtrsm_), MASTER(QuarnMP_f06yjf_ENTRY));
   triangular_systems<Complex>(suite, ENTRY(QuarnMP_f06zjf_), ENTRY(QuarnMP_ztrsm_), MASTER(QuarnMP_f06zjf_ENTRY));
-  hermitian_update(suite, ENTRY(QuarnMP_f06zpf_), ENTRY(QuarnMP_zherk_), MASTER(QuarnMP_f06zpf_ENTRY));
+  hermitian_update<Complex>(suite, ENTRY(QuarnMP_f06zpf_), ENTRY(QuarnMP_zherk_), MASTER(QuarnMP_f06zpf_ENTRY));
+  triangular_vector<QuarnFloat>(suite, ENTRY(QuarnMPX_f06pjf_), ENTRY(QuarnMPX_dtrsv_));
+  triangular_vector<Complex>(suite, ENTRY(QuarnMPX_f06sjf_), ENTRY(QuarnMPX_ztrsv_));
+  triangular_systems<QuarnFloat>(suite, ENTRY(QuarnMPX_f06yjf_), ENTRY(QuarnMPX_dtrsm_));
+  triangular_systems<Complex>(suite, ENTRY(QuarnMPX_f06zjf_), ENTRY(QuarnMPX_ztrsm_));
+  hermitian_update<Complex>(suite, ENTRY(QuarnMPX_f06zpf_), ENTRY(QuarnMPX_zherk_));
+  hermitian_update<QuarnFloat>(suite, ENTRY(QuarnMPX_dsyrk_));
   matrix_vector<QuarnFloat>(suite, ENTRY(QuarnMPX_f06paf_), ENTRY(QuarnMPX_dgemv_));
   matrix_vector<Complex>(suite, ENTRY(QuarnMPX_f06saf_), ENTRY(QuarnMPX_zgemv_));
   matrix_matrix<QuarnFloat>(suite, ENTRY(QuarnMPX_f06yaf_), ENTRY(QuarnMPX_dgemm_));
