@@ -60,7 +60,7 @@ void convolve_directly(QuarnConvolution kind, const QuarnFloat* a, Integer na, c
   }
   for (Integer k = 0; k < na + nb - 1; ++k) {
     QuarnCheckInterrupt();
-    const Integer first = std::max(0, k - nb + 1);
+    const Integer first = std::max<Integer>(0, k - nb + 1);
     const Integer last = std::min(k, na - 1);
     z[k] = QuarnDot(std::size_t(last - first + 1), a + first, 1, b + (k - first), -1);
   }
