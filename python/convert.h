@@ -196,5 +196,6 @@ void add_linear(py::module_& module);
 void add_sparse(py::module_& module);
 void add_eigen(py::module_& module);
 void add_sequences(py::module_& module);
+void add_transforms(py::module_& module);
 
 }  // namespace python

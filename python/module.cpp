@@ -55,4 +55,5 @@ PYBIND11_MODULE(_core, module) {
   python::add_sparse(module);
   python::add_eigen(module);
   python::add_sequences(module);
+  python::add_transforms(module);
 }

@@ -64,7 +64,7 @@ py::object transform(py::handle x, bool backward, std::optional<long> axis, bool
   return like(x, nested(extents, z, next));
 }
 
-void add_transforms(py::module_& module) {
+void add_unitary_transforms(py::module_& module) {
   module.def("transform", transform, py::arg("x"), py::arg("backward") = false, py::arg("axis") = py::none(),
              py::arg("classic") = false, R"(transform(x, backward=False, axis=None, classic=False)
 
@@ -284,7 +284,7 @@ by the classic routine, which has a constant of 16 digits.
 
 void add_sequences(py::module_& module) {
   add_constants(module);
-  add_transforms(module);
+  add_unitary_transforms(module);
   add_ranking(module);
   add_random(module);
 }
