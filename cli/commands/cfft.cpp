@@ -1,4 +1,6 @@
 // quarn cfft: the discrete Fourier transform of complex numbers: of a sequence, of an array along one dimension or all.
+#include "cli/commands/cfft.h"
+
 #include <algorithm>
 #include <limits>
 #include <utility>
@@ -17,16 +19,6 @@
 namespace cli {
 
 namespace {
-
-struct CfftOptions {
-  std::string input;
-  std::string column;
-  std::string shape;
-  Integer dimension = 0;  // 0: all
-  bool backward = false;
-  bool classic = false;
-  OutputOptions output;
-};
 
 // The numbers as an array whose first index varies fastest.
 struct Array {
@@ -192,6 +184,8 @@ void draw_picture(const CfftOptions& options, const Array& array, const std::str
   }
 }
 
+}  // namespace
+
 void run_cfft(const CfftOptions& options) {
   Array array = read_array(options);
   if (!options.output.picture.empty() && long_dimensions(array) > 2) {
@@ -228,6 +222,8 @@ void run_cfft(const CfftOptions& options) {
   };
   deliver(result, options.output);
 }
+
+namespace {
 
 constexpr const char* kFooter =
     R"(FILE holds complex numbers: columns real and imaginary; one column of cells such as

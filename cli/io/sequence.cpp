@@ -24,17 +24,20 @@ void take_positions(Sequence& sequence, const NumberTable& table, const NumberTa
   const Integer intervals = Integer(positions.size() - 1);
   const QuarnFloat step = (positions.back() - positions.front()) / intervals;
   const QuarnFloat tolerance = fabs(step) / 100;
+  const std::string name = column.name.empty() ? "column 1" : column.name;
   if (step == 0) {
+    sequence.uneven = name;
     return;
   }
   for (Integer i = 1; i < intervals; ++i) {
     if (fabs(positions[std::size_t(i)] - positions.front() - step * i) > tolerance) {
+      sequence.uneven = name;
       return;
     }
   }
   sequence.start = positions.front();
   sequence.step = step;
-  sequence.unit = column.name.empty() ? "column 1" : column.name;
+  sequence.unit = name;
 }
 
 // Whether z_k and z_(N-k) are conjugates; k = 0 and k = N/2 are their own partners.

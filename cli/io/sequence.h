@@ -18,6 +18,7 @@ struct Sequence {
   std::string unit = "sample";
   QuarnFloat start;
   QuarnFloat step = 1;
+  std::string uneven;  // the name of a first column of numbers that are not evenly spaced
 
   std::string quantity() const { return name.empty() ? "value" : name; }
 };

@@ -51,7 +51,7 @@ class Failures(unittest.TestCase):
                 self.assertRegex(done.stderr, "^quarn: .*(--digits|" + digits + ")")
 
     def test_the_library_says_why_it_refuses(self):
-        entries = [([], "C06FAF"), (["--classic"], "C06FAF"), (["--inverse"], "C06FBF"), (["--inverse", "--classic"], "C06FBF")]
+        entries = [(["--classic"], "C06FAF"), (["--inverse", "--classic"], "C06FBF")]
         for n, record in REFUSED:
             for options, routine in entries if n < 100 else entries[:1]:
                 with self.subTest(n=n, options=options):
@@ -61,7 +61,7 @@ class Failures(unittest.TestCase):
 
     def test_a_refused_run_leaves_no_output_file(self):
         with tempfile.TemporaryDirectory() as folder:
-            run("fft", "-", "--output", os.path.join(folder, "s.csv"), stdin="1\n" * 23)
+            run("fft", "-", "--classic", "--output", os.path.join(folder, "s.csv"), stdin="1\n" * 23)
             self.assertEqual(os.listdir(folder), [])
 
     def test_a_file_is_replaced_only_by_a_whole_one(self):
