@@ -6,6 +6,7 @@
 #include "number/elementary/conversion.h"
 #include "number/elementary/rounding.h"
 #include "number/elementary/taylor.h"
+#include "number/limbs/with_constant.h"
 
 namespace quarn::fixed {
 namespace {
@@ -108,24 +109,10 @@ Word reduce(Word* r, const Word* constant, Length n) {
 template <class Function>
 auto with_length(int n, const Function& f) {
   if constexpr (kBits == 64) {
-    switch (n) {
-      case 2:
-        return f(Constant<2>());
-      case 3:
-        return f(Constant<3>());
-      case 4:
-        return f(Constant<4>());
-      case 5:
-        return f(Constant<5>());
-      case 6:
-        return f(Constant<6>());
-      case 7:
-        return f(Constant<7>());
-      default:
-        break;
-    }
+    return with_constant<2, 3, 4, 5, 6, 7>(n, f);
+  } else {
+    return f(n);
   }
-  return f(n);
 }
 
 /// rest := constant - rest, with an integer word.

@@ -12,6 +12,7 @@
 #include <immintrin.h>
 #endif
 
+#include "number/limbs/with_constant.h"
 #include "number/scalar/access.h"
 
 namespace quarn::block {
@@ -199,18 +200,7 @@ template <class Word, class Length>
 /// Calls f with L as a constant where numbers are short.
 template <class Function>
 auto with_places(int places, const Function& f) {
-  switch (places) {
-    case 2:
-      return f(Constant<2>());
-    case 3:
-      return f(Constant<3>());
-    case 4:
-      return f(Constant<4>());
-    case 6:
-      return f(Constant<6>());
-    default:
-      return f(places);
-  }
+  return with_constant<2, 3, 4, 6>(places, f);
 }
 
 }  // namespace quarn::block

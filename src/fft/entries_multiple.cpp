@@ -32,9 +32,15 @@ void multiple_transform(const Call& call, Sequences sequences, Integer m, Intege
 
 namespace {
 
+void transform(const Engine& engine, Sequences sequences, const Option& direct, Integer m, Integer n, Complex* x,
+               Complex* work, Integer* ifail) {
+  *ifail = Integer(engine.transform(is_backward(direct), x, view_of(sequences, m, n), work));
+}
+
 /// The passes and the scaling alone.
-Status forward_prepared(const Engine& engine, Integer m, Integer n, Complex* x, Complex* work) {
-  return engine.transform_prepared(false, x, {m, n, 1}, work);
+void transform_prepared(const Engine& engine, Sequences sequences, bool backward, Integer m, Integer n, Complex* x,
+                        Complex* work, Integer* ifail) {
+  *ifail = Integer(engine.transform_prepared(backward, x, view_of(sequences, m, n), work));
 }
 
 }  // namespace
@@ -62,48 +68,44 @@ void QuarnMPX_c06prfn_(const char* direct, Integer m, Integer n, Complex* x, Com
 
 void QuarnMP_c06prqn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
                       int direct_length) {
-  *ifail = Integer(kClassicEngine.transform(is_backward(Option(direct, direct_length)), x,
-                                            view_of(Sequences::interleaved, m, n), work));
+  tesk::transform(kClassicEngine, Sequences::interleaved, Option(direct, direct_length), m, n, x, work, ifail);
 }
 
 void QuarnMPX_c06prqn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
                        int direct_length) {
-  *ifail = Integer(kFullEngine.transform(is_backward(Option(direct, direct_length)), x,
-                                         view_of(Sequences::interleaved, m, n), work));
+  tesk::transform(kFullEngine, Sequences::interleaved, Option(direct, direct_length), m, n, x, work, ifail);
 }
 
 void QuarnMP_c06przn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
                       int direct_length) {
-  *ifail = Integer(kClassicEngine.transform(is_backward(Option(direct, direct_length)), x,
-                                            view_of(Sequences::interleaved, m, n), work));
+  tesk::transform(kClassicEngine, Sequences::interleaved, Option(direct, direct_length), m, n, x, work, ifail);
 }
 
 void QuarnMPX_c06przn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
                        int direct_length) {
-  *ifail = Integer(kFullEngine.transform(is_backward(Option(direct, direct_length)), x,
-                                         view_of(Sequences::interleaved, m, n), work));
+  tesk::transform(kFullEngine, Sequences::interleaved, Option(direct, direct_length), m, n, x, work, ifail);
 }
 
 void QuarnMP_c06prxn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
                       int direct_length) {
-  *ifail = Integer(kClassicEngine.transform_prepared(is_backward(Option(direct, direct_length)), x,
-                                                     view_of(Sequences::interleaved, m, n), work));
+  tesk::transform_prepared(kClassicEngine, Sequences::interleaved, is_backward(Option(direct, direct_length)), m, n, x,
+                           work, ifail);
 }
 
 void QuarnMPX_c06prxn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
                        int direct_length) {
-  *ifail = Integer(kFullEngine.transform_prepared(is_backward(Option(direct, direct_length)), x,
-                                                  view_of(Sequences::interleaved, m, n), work));
+  tesk::transform_prepared(kFullEngine, Sequences::interleaved, is_backward(Option(direct, direct_length)), m, n, x,
+                           work, ifail);
 }
 
 void QuarnMP_c06prwn_(const char* /*direct*/, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
                       int /*direct_length*/) {
-  *ifail = Integer(tesk::forward_prepared(kClassicEngine, m, n, x, work));
+  tesk::transform_prepared(kClassicEngine, Sequences::interleaved, false, m, n, x, work, ifail);
 }
 
 void QuarnMPX_c06prwn_(const char* /*direct*/, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
                        int /*direct_length*/) {
-  *ifail = Integer(tesk::forward_prepared(kFullEngine, m, n, x, work));
+  tesk::transform_prepared(kFullEngine, Sequences::interleaved, false, m, n, x, work, ifail);
 }
 
 void QuarnMP_c06psfn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, char* message_buffer,
@@ -120,37 +122,33 @@ void QuarnMPX_c06psfn_(const char* direct, Integer m, Integer n, Complex* x, Com
 
 void QuarnMP_c06psqn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
                       int direct_length) {
-  *ifail = Integer(kClassicEngine.transform(is_backward(Option(direct, direct_length)), x,
-                                            view_of(Sequences::contiguous, m, n), work));
+  tesk::transform(kClassicEngine, Sequences::contiguous, Option(direct, direct_length), m, n, x, work, ifail);
 }
 
 void QuarnMPX_c06psqn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
                        int direct_length) {
-  *ifail = Integer(
-      kFullEngine.transform(is_backward(Option(direct, direct_length)), x, view_of(Sequences::contiguous, m, n), work));
+  tesk::transform(kFullEngine, Sequences::contiguous, Option(direct, direct_length), m, n, x, work, ifail);
 }
 
 void QuarnMP_c06pszn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
                       int direct_length) {
-  *ifail = Integer(kClassicEngine.transform(is_backward(Option(direct, direct_length)), x,
-                                            view_of(Sequences::contiguous, m, n), work));
+  tesk::transform(kClassicEngine, Sequences::contiguous, Option(direct, direct_length), m, n, x, work, ifail);
 }
 
 void QuarnMPX_c06pszn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
                        int direct_length) {
-  *ifail = Integer(
-      kFullEngine.transform(is_backward(Option(direct, direct_length)), x, view_of(Sequences::contiguous, m, n), work));
+  tesk::transform(kFullEngine, Sequences::contiguous, Option(direct, direct_length), m, n, x, work, ifail);
 }
 
 void QuarnMP_c06psxn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
                       int direct_length) {
-  *ifail = Integer(kClassicEngine.transform_prepared(is_backward(Option(direct, direct_length)), x,
-                                                     view_of(Sequences::contiguous, m, n), work));
+  tesk::transform_prepared(kClassicEngine, Sequences::contiguous, is_backward(Option(direct, direct_length)), m, n, x,
+                           work, ifail);
 }
 
 void QuarnMPX_c06psxn_(const char* direct, Integer m, Integer n, Complex* x, Complex* work, Integer* ifail,
                        int direct_length) {
-  *ifail = Integer(kFullEngine.transform_prepared(is_backward(Option(direct, direct_length)), x,
-                                                  view_of(Sequences::contiguous, m, n), work));
+  tesk::transform_prepared(kFullEngine, Sequences::contiguous, is_backward(Option(direct, direct_length)), m, n, x,
+                           work, ifail);
 }
 }
