@@ -100,6 +100,8 @@ class Terms {
   std::size_t count_ = 0;
 };
 
+constexpr std::size_t kAhead = 16;  // entries
+
 template <class T>
 void sparse_product(std::size_t n, const QuarnSparseMatrix<T>& a, const T* x, T* y, unsigned how) {
   const bool conjugate = (how & QuarnConjugateA) != 0;
@@ -115,6 +117,10 @@ void sparse_product(std::size_t n, const QuarnSparseMatrix<T>& a, const T* x, T*
       if (rows.in_place()) {
         for (std::size_t k = rows.begin(i); k < end; ++k) {
           terms.add(a.values[k], x[a.columns[k] - 1], conjugate);
+        }
+        // What the next rows take from x comes while this one is summed.
+        for (std::size_t k = end; k < std::min(end + kAhead, a.entries); ++k) {
+          __builtin_prefetch(&x[a.columns[k] - 1]);
         }
       } else {
         for (std::size_t place = rows.begin(i); place < end; ++place) {
