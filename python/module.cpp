@@ -49,6 +49,14 @@ PYBIND11_MODULE(_core, module) {
   module.def("get_digits", QuarnDigits, "get_digits()\n\nThe working digits, 20 at first.");
   module.def("set_digits", tesk2mp::set_digits, py::arg("digits"),
              "set_digits(digits)\n\nSets the working digits, 1 to 1000000, and returns the former ones.");
+  module.def("set_threads", tesk2mp::set_threads, py::arg("threads"), R"(set_threads(threads)
+
+How many threads may work for one call: 1 at first, 0 for as many as there are processors. Large products and transforms along
+an axis use them; results are the same for every number. Returns the former number.
+
+>>> set_threads(1)
+1
+)");
   python::add_complex(module);
   python::add_kernels(module);
   python::add_linear(module);

@@ -1,6 +1,7 @@
 // Transforms, ranking, constants and random numbers.
 #include <pybind11/stl.h>
 
+#include <memory>
 #include <optional>
 
 #include "convert.h"
@@ -10,6 +11,7 @@ namespace {
 
 using tesk2mp::Order;
 using tesk2mp::Random;
+using tesk2mp::TransformPlan;
 
 Order order_of(bool descending) { return descending ? Order::descending : Order::ascending; }
 
@@ -62,6 +64,36 @@ py::object transform(py::handle x, bool backward, std::optional<long> axis, bool
   }
   std::size_t next = 0;
   return like(x, nested(extents, z, next));
+}
+
+std::unique_ptr<TransformPlan> plan_of(std::size_t length, std::optional<int> digits) {
+  const tesk2mp::Digits working(digits.value_or(QuarnDigits()));
+  return std::make_unique<TransformPlan>(length);
+}
+
+py::object transform_by(const TransformPlan& plan, py::handle x, bool backward) {
+  std::vector<Complex> z = to_vector<Complex>(x);
+  plan.transform(z, backward ? tesk2mp::Direction::backward : tesk2mp::Direction::forward);
+  return from(z, x);
+}
+
+void add_plans(py::module_& module) {
+  py::class_<TransformPlan>(module, "TransformPlan", R"(TransformPlan(length, digits=None)
+
+The tables for transforms of sequences of one length at so many digits, the working digits if none are given: made once,
+for many calls. Lengths are 1 to 2^24, digits 1 to 1100.
+
+>>> plan = TransformPlan(4)
+>>> plan.transform([1, Complex(0, 1), -1, Complex(0, -1)])
+[Complex('0', '0'), Complex('2', '0'), Complex('0', '0'), Complex('0', '0')]
+>>> plan.length, plan.digits
+(4, 20)
+)")
+      .def(py::init(&plan_of), py::arg("length"), py::arg("digits") = py::none())
+      .def_property_readonly("length", &TransformPlan::length)
+      .def_property_readonly("digits", &TransformPlan::digits)
+      .def("transform", transform_by, py::arg("x"), py::arg("backward") = false,
+           "transform(x, backward=False)\n\nThe same as the function transform, of a sequence of the plan's length.");
 }
 
 void add_unitary_transforms(py::module_& module) {
@@ -285,6 +317,7 @@ by the classic routine, which has a constant of 16 digits.
 void add_sequences(py::module_& module) {
   add_constants(module);
   add_unitary_transforms(module);
+  add_plans(module);
   add_ranking(module);
   add_random(module);
 }

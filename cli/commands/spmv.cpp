@@ -40,11 +40,11 @@ Product product(const SparseMatrix& matrix, const DenseMatrix& x, bool complex, 
   const bool triangle = matrix.symmetry != Symmetry::general;
   if (complex) {
     const auto op = transpose ? tesk2mp::Op::conjugate_transpose : tesk2mp::Op::none;
-    return {triangle ? "QuarnMP_f11xsf_" : "QuarnMP_f11xnf_",
+    return {triangle ? "QuarnMPX_f11xsf_" : "QuarnMPX_f11xnf_",
             product(matrix, matrix.values, elements_of<Complex>(x), op)};
   }
   const auto op = transpose ? tesk2mp::Op::transpose : tesk2mp::Op::none;
-  return {triangle ? "QuarnMP_f11xef_" : "QuarnMP_f11xaf_",
+  return {triangle ? "QuarnMPX_f11xef_" : "QuarnMPX_f11xaf_",
           product(matrix, real_parts(matrix.values), elements_of<QuarnFloat>(x), op)};
 }
 

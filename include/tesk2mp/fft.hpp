@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "quarn/transform.h"
 #include "tesk2mp/options.hpp"
 #include "tesk2mp/views.hpp"
 
@@ -187,6 +188,42 @@ inline void transform(std::span<Complex> x, const Shape& shape, Direction direct
 inline void transform(const MatrixView<Complex>& a, Direction direction = Direction::forward) {
   detail::transform_matrix(QuarnMPX_c06pjf_, a, direction);
 }
+
+/// What transforms of one length at one number of digits have in common, made once and kept: transform() above keeps
+/// the last few of these for each thread and makes them again after that. A plan may be used by several threads at
+/// once.
+///
+/// @code
+/// const tesk2mp::TransformPlan plan(1024);
+/// plan.transform(x);
+/// plan.transform(x, tesk2mp::Direction::backward);
+/// @endcode
+class TransformPlan {
+ public:
+  /// For the working digits. Throws InvalidArgument unless the length is 1 ... 2^24 and the digits at most 1100.
+  explicit TransformPlan(std::size_t length) : plan_(supported(length)) {}
+
+  std::size_t length() const { return std::size_t(plan_.length()); }
+  /// What results are rounded to, whatever the working digits of a call.
+  int digits() const { return plan_.digits(); }
+
+  /// The same as transform() of one sequence. Throws InvalidArgument, and leaves x alone, when x has another length.
+  void transform(std::span<Complex> x, Direction direction = Direction::forward) const {
+    detail::require(x.size() == length(), "C06PCF", 2, "a sequence of ", x.size(), " numbers for a plan of length ",
+                    length());
+    direction == Direction::forward ? plan_.forward(x.data()) : plan_.backward(x.data());
+  }
+
+ private:
+  static Integer supported(std::size_t length) {
+    const Integer n = detail::count_of(length);
+    detail::require(QuarnTransform::is_supported(n, QuarnDigits()), "C06PCF", 3, "a transform plan of length ", length,
+                    " at ", QuarnDigits(), " digits");
+    return n;
+  }
+
+  QuarnTransform plan_;
+};
 
 /// The classic entries, whose constants are doubles: some 16 digits of their results are true at any working precision.
 namespace classic {

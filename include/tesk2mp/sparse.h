@@ -123,7 +123,7 @@ TESK2MP_API void QuarnMP_f11zpfn_(Integer n, Integer* nnz, Complex* a, Integer* 
 ///   IFAIL 1   99998 TRANS
 ///
 /// @par Cost
-/// nnz multiply-adds. The companions take about half of the time up to 50 digits when the entries are sorted by rows
+/// nnz multiply-adds. The companions are faster up to 100 digits when the entries are sorted by rows, and slower beyond
 /// (docs/performance.md).
 /// @{
 TESK2MP_API void QuarnMP_f11xaf_(const char* trans, const Integer* n, const Integer* nnz, const QuarnFloat* a,

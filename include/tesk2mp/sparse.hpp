@@ -89,8 +89,8 @@ class SparseMatrix {
     return starts;
   }
 
-  /// y := A x, or op(A) x. Of a complex matrix the plain transpose is not to be had, of a symmetric or Hermitian one it
-  /// is no different.
+  /// y := A x, or op(A) x, with one rounding of each result. The plain transpose of a complex matrix is not supported;
+  /// of a symmetric or Hermitian matrix every op gives A x.
   template <VectorSource X>
   std::vector<T> multiply(const X& x, Op op = Op::none) const {
     std::vector<T> y(order());
@@ -112,12 +112,12 @@ class SparseMatrix {
     const detail::Option unchecked('N');
     detail::call([&](Integer* ifail) {
       if (storage_ == Storage::general) {
-        detail::pick<T>(QuarnMP_f11xaf_, QuarnMP_f11xnf_)(detail::Option(op == Op::none ? 'N' : 'T'), &order_, &entries,
-                                                          values_.data(), rows_.data(), columns_.data(), unchecked, x,
-                                                          y.data(), ifail, 1, 1);
+        detail::pick<T>(QuarnMPX_f11xaf_, QuarnMPX_f11xnf_)(detail::Option(op == Op::none ? 'N' : 'T'), &order_,
+                                                            &entries, values_.data(), rows_.data(), columns_.data(),
+                                                            unchecked, x, y.data(), ifail, 1, 1);
       } else {
-        detail::pick<T>(QuarnMP_f11xef_, QuarnMP_f11xsf_)(&order_, &entries, values_.data(), rows_.data(),
-                                                          columns_.data(), unchecked, x, y.data(), ifail, 1);
+        detail::pick<T>(QuarnMPX_f11xef_, QuarnMPX_f11xsf_)(&order_, &entries, values_.data(), rows_.data(),
+                                                            columns_.data(), unchecked, x, y.data(), ifail, 1);
       }
     });
   }

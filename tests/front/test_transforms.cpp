@@ -201,3 +201,35 @@ TEST_CASE("shapes that are none are refused, and the array stays") {
   CHECK_THROWS_AS(transform_columns(none), InvalidArgument);
   CHECK(z == x);
 }
+
+TEST_CASE("a plan gives what transform() gives, at its own digits, and refuses other lengths") {
+  std::vector<Complex> x;
+  for (int i = 0; i < 12; ++i) {
+    x.emplace_back(Real(i) / 7, Real(5 - i) / 3);
+  }
+  const Digits digits(33);
+  const TransformPlan plan(x.size());
+  CHECK(plan.length() == 12);
+  for (const Direction direction : {Direction::forward, Direction::backward}) {
+    std::vector<Complex> expected = x;
+    transform(expected, direction);
+    const Digits other(5);
+    std::vector<Complex> z = x;
+    plan.transform(z, direction);
+    CHECK(z == expected);
+    CHECK(plan.digits() == 33);
+  }
+  std::vector<Complex> longer(13, Complex(1, 2));
+  CHECK_THROWS_AS(plan.transform(longer), InvalidArgument);
+  CHECK(longer == std::vector<Complex>(13, Complex(1, 2)));
+  CHECK_THROWS_AS(TransformPlan(0), InvalidArgument);
+  const Digits many(2000);
+  CHECK_THROWS_AS(TransformPlan(8), InvalidArgument);
+}
+
+TEST_CASE("the number of threads") {
+  CHECK(set_threads(2) == 1);
+  CHECK_THROWS_AS(set_threads(-1), InvalidArgument);
+  set_threads(1);
+  CHECK(set_threads(1) == 1);
+}
