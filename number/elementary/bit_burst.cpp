@@ -47,28 +47,55 @@ void for_each_burst(const QuarnFloat& x, int w, const Visit& visit) {
   }
 }
 
-/// exp(x) for |x| < 10, to working digits that are w + kGuardDigits.
+/// Arguments are halved so often before they are cut into bursts: the first series have the most terms.
+constexpr int kHalvings = 20;
+
+QuarnFloat halved(const QuarnFloat& x) { return x / QuarnFloat(1 << kHalvings); }
+
+/// Digits of a whole number up to n.
+int length_of(long n) { return int(std::log10(double(n))) + 1; }
+
+/// exp(x) for |x| < 10 to a relative error of 10^-w.
 QuarnFloat exp_by_bursts(const QuarnFloat& x, int w) {
-  QuarnFloat result = 1;
-  for_each_burst(x, w, [&](const QuarnFloat& burst, int places) {
+  // Squares double relative errors; the bursts, no more than 60, leave 10^-v each.
+  const int v = w + kHalvings / 3 + 4;
+  const WorkingDigits scope(v + kGuardDigits);
+  // One division in the end.
+  QuarnFloat numerator = 1;
+  QuarnFloat denominator = 1;
+  for_each_burst(halved(x), v, [&](const QuarnFloat& burst, int places) {
     const auto term = [&burst](long k) -> Splitting { return {burst, k, burst}; };
-    const Splitting sum = split(1, 1 + terms_needed(w, places, 1), term);
-    result *= QuarnFloat(1) + sum.t / sum.q;
+    const long terms = terms_needed(v, places, 1);
+    const Splitting sum = split(1, 1 + terms, term, 2 * places + 1 + length_of(terms));
+    numerator *= sum.q + sum.t;
+    denominator *= sum.q;
   });
+  QuarnFloat result = numerator / denominator;
+  for (int i = 0; i < kHalvings; ++i) {
+    result *= result;
+  }
   return result;
 }
 
-/// sin x and cos x for |x| < 1, to working digits that are w + kGuardDigits.
+/// sin x and cos x for |x| < 1 to an absolute error of 10^-w.
 SinCos sin_cos_by_bursts(const QuarnFloat& x, int w) {
+  // A doubled angle has twice the error, and at most four times that of the last sine in the cosine.
+  const int v = w + kHalvings / 3 + 5;
+  const WorkingDigits scope(v + kGuardDigits);
   SinCos result{0, 1};
-  for_each_burst(x, w, [&](const QuarnFloat& burst, int places) {
+  for_each_burst(halved(x), v, [&](const QuarnFloat& burst, int places) {
     const QuarnFloat p = -burst * burst;
     const auto term = [&p](long k) -> Splitting { return {p, QuarnFloat(2 * k) * QuarnFloat(2 * k + 1), p}; };
-    const Splitting sum = split(1, 1 + terms_needed(w, 2 * places, 2), term);
+    const long terms = terms_needed(v, 2 * places, 2);
+    const Splitting sum = split(1, 1 + terms, term, 4 * places + 2 + 2 * length_of(2 * terms + 1));
     const QuarnFloat s = burst + burst * sum.t / sum.q;
     const QuarnFloat c = sqrt((QuarnFloat(1) - s) * (QuarnFloat(1) + s));
     result = {result.sin * c + result.cos * s, result.cos * c - result.sin * s};
   });
+  for (int i = 0; i < kHalvings; ++i) {
+    const QuarnFloat doubled = result.sin + result.sin;
+    result = {doubled * result.cos, QuarnFloat(1) - doubled * result.sin};
+  }
   return result;
 }
 

@@ -1,5 +1,5 @@
-// Logarithm and arc tangent of long decimal numbers: the inverses of exp and of sin, cos by iterations of third order,
-// and short power series close to zero.
+// Logarithm of long decimal numbers by the arithmetic-geometric mean, arc tangent as the inverse of sin and cos by an
+// iteration of third order, and short power series close to zero.
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -42,20 +42,33 @@ QuarnFloat odd_series(const QuarnFloat& x, int sign, int w) {
 /// Whether a series in x^2 has so few terms that nothing else is worth while.
 bool is_tiny(const QuarnFloat& x, int w) { return -scientific_exponent(x) > std::max(2, w / 12); }
 
-/// The logarithm of m, 0.3 < m < 3.2, to an absolute error of 10^-w.
-QuarnFloat log_by_exp(const QuarnFloat& m, int w) {
-  const View v = view_of(m);
-  QuarnFloat y = std::log(leading_fraction(m)) + double(v.exponent) * std::log(10.0);
-  for (const int digits : iteration_digits(w)) {
-    // y + 2 (m - e^y) / (m + e^y) has the error d^3 / 12 where y had d.
-    const WorkingDigits scope(digits + kGuardDigits);
-    if (kind_of(y) == Kind::zero) {
-      y = QuarnFloat(1, -16);
-    }
-    const QuarnFloat e = approximate_exp(y, digits + kGuardDigits);
-    y += QuarnFloat(2) * (m - e) / (m + e);
+/// The logarithm of m, 0.3 < m < 3.2, to an absolute error of 10^-w: with s = m 10^n large and M the
+/// arithmetic-geometric mean, log s = (pi / 2) / M(1, 4 / s) but for less than 4 k^2 (8 + log 1/k), k = 4 / s (J. M.
+/// and P. B. Borwein, Pi and the AGM, 1987, section 7.2). docs/accuracy.md adds up the roundings.
+QuarnFloat log_by_mean(const QuarnFloat& m, int w) {
+  const int places = w / 2 + 8;
+  const int digits = w + kGuardDigits;
+  const WorkingDigits scope(digits);
+  const QuarnFloat half(5, -1);
+  // M(s / 4, 1) = M(1, 4 / s) s / 4
+  const QuarnFloat start = m * QuarnFloat(25, places - 2);
+  QuarnFloat a = (start + QuarnFloat(1)) * half;
+  QuarnFloat b = sqrt(start);
+  QuarnFloat difference = (a - b) * half;
+  while (kind_of(difference) == Kind::finite && scientific_exponent(a) - scientific_exponent(difference) < w / 8 + 3) {
+    const QuarnFloat mean = (a + b) * half;
+    b = sqrt(a * b);
+    a = mean;
+    difference = (a - b) * half;
   }
-  return y;
+  // a / M(a (1 + x), a (1 - x)) = 1 + x^2 / 4 + 9 x^4 / 64 + 25 x^6 / 256 + ..., a the mean of the last two
+  a -= difference;
+  const QuarnFloat x = difference / a;
+  const QuarnFloat square = x * x * half * half;
+  const QuarnFloat series =
+      QuarnFloat(1) + square * (QuarnFloat(1) + square * (QuarnFloat(225, -2) + square * QuarnFloat(625, -2)));
+  const QuarnFloat log_s = approximate_pi(digits) * half * start * series / a;
+  return log_s - QuarnFloat(places) * approximate_ln10(digits);
 }
 
 /// atan x for |x| <= 1 to an absolute error of 10^-w.
@@ -96,7 +109,7 @@ QuarnFloat approximate_log(const QuarnFloat& x, int w) {
     const WorkingDigits scope(w + kGuardDigits);
     QuarnFloat sum = QuarnFloat(e) * approximate_ln10(w + kGuardDigits);
     if (m != QuarnFloat(1)) {
-      sum += log_by_exp(m, w + 5);
+      sum += log_by_mean(m, w + 5);
     }
     return sum;
   }
@@ -106,7 +119,7 @@ QuarnFloat approximate_log(const QuarnFloat& x, int w) {
     return QuarnFloat(2) * odd_series(t / (QuarnFloat(2) + t), -1, w + 5);
   }
   const int lost = int(-scientific_exponent(t));
-  return log_by_exp(m, w + std::max(lost, 0) + 5);
+  return log_by_mean(m, w + std::max(lost, 0) + 5);
 }
 
 QuarnFloat approximate_atan(const QuarnFloat& x, int w) {

@@ -59,6 +59,9 @@ struct LastAngle {
   QuarnFloat x;
   int digits = 0;
   quarn::fixed::RoundedSinCos values;
+  // Where fixed point does not decide them: approximations to within 10^-approximated.
+  SinCos approximations;
+  int approximated = 0;
 };
 
 /// Sine and cosine of x where fixed point decides them.
@@ -67,11 +70,23 @@ const quarn::fixed::RoundedSinCos& sin_cos_at_once(const QuarnFloat& x) {
   const int digits = QuarnDigits();
   if (last.digits != digits || last.x != x) {
     last.digits = 0;  // what is kept is good again when all of it is there
+    last.approximated = 0;
     last.values = quarn::fixed::rounded_sin_cos(x);
     last.x = x;
     last.digits = digits;
   }
   return last.values;
+}
+
+/// Both to a relative error of 10^-w, after sin_cos_at_once(x).
+const SinCos& sin_cos_approximated(const QuarnFloat& x, int w) {
+  LastAngle& last = quarn::own_cache<LastAngle>(quarn::Cache::last_angle);
+  if (last.approximated < w) {
+    last.approximated = 0;
+    last.approximations = approximate_sin_cos(x, w);
+    last.approximated = w;
+  }
+  return last.approximations;
 }
 
 }  // namespace
@@ -87,7 +102,7 @@ QuarnFloat sin(const QuarnFloat& x) {
   if (const auto& result = sin_cos_at_once(x).sin) {
     return *result;
   }
-  return correctly_rounded([&x](int w) { return approximate_sin_cos(x, w).sin; });
+  return correctly_rounded([&x](int w) { return sin_cos_approximated(x, w).sin; });
 }
 
 QuarnFloat cos(const QuarnFloat& x) {
@@ -101,7 +116,7 @@ QuarnFloat cos(const QuarnFloat& x) {
   if (const auto& result = sin_cos_at_once(x).cos) {
     return *result;
   }
-  return correctly_rounded([&x](int w) { return approximate_sin_cos(x, w).cos; });
+  return correctly_rounded([&x](int w) { return sin_cos_approximated(x, w).cos; });
 }
 
 QuarnFloat tan(const QuarnFloat& x) {

@@ -110,6 +110,28 @@ TEST_CASE("functions of one argument are correctly rounded at 1 to 1000 digits")
   MESSAGE("largest error in units of the last place: " << worst);
 }
 
+TEST_CASE("bursts of digits and the arithmetic-geometric mean are correctly rounded") {
+  std::mt19937 random(kSeed + 1);
+  INFO("seed " << kSeed + 1);
+  double worst = 0.0;
+  for (const Case1& f : kCases1) {
+    const std::string name = f.name;
+    if (name != "exp" && name != "log" && name != "sin" && name != "cos") {
+      continue;
+    }
+    for (const int digits : {2900, 3700, 10011}) {
+      for (const Range& range : f.ranges) {
+        check_one(f, random_argument(random, range, digits), digits, worst);
+      }
+    }
+    // One, a multiple of pi / 2 to 50 digits, and their neighbours.
+    for (const char* const x :
+         {"1.5707963267948966192313216916397514420985846996876", "1.00000000000000000000000000001", "3"}) {
+      check_one(f, x, 3100, worst);
+    }
+  }
+}
+
 TEST_CASE("exp, log, sin and cos are correctly rounded at every length of their fixed-point numbers") {
   std::mt19937 random(kSeed + 1);
   double worst = 0.0;
