@@ -151,9 +151,10 @@ Rounded round_half_even(typename R::Limb* a, std::size_t n, std::size_t digits, 
   bool carry = false;
   if (digits < n * R::digits) {
     const std::size_t last = digits / R::digits;  // the limb that is cut; all before it stay
-    const Limb unit = R::powers[R::digits - digits % R::digits];
+    const PowerOfTen<R>& power = kPowersOfTen<R>[R::digits - digits % R::digits];
+    const Limb unit = power.value;
     // A cut between two limbs leaves nothing of this one: its unit is the whole base.
-    const Limb kept = unit == R::base ? 0 : a[last] / unit;
+    const Limb kept = power.quotient(a[last]);
     const Limb rest = a[last] - kept * unit;
     const Limb half = unit / 2;
     const bool odd = ((unit != R::base ? kept : last > 0 ? a[last - 1] : 0) & 1) != 0;

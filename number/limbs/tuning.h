@@ -24,13 +24,11 @@ struct Thresholds {
 template <class Limb>
 inline constinit Thresholds thresholds[2]{};
 template <>
-inline constinit Thresholds thresholds<std::uint64_t>[2] {
-  {80, 76, 403, 303, 1069, 1563, 627}, { 80, 76, 80, 80, 400, 500, 140 }
-};
+inline constinit Thresholds thresholds<std::uint64_t>[2] = {{80, 76, 403, 303, 1069, 1563, 627},
+                                                            {80, 76, 76, 70, 414, 414, 190}};
 template <>
-inline constinit Thresholds thresholds<std::uint32_t>[2] {
-  {56, 53, 479, 303, 24, 24, 559}, { 56, 53, 200, 200, 24, 24, 200 }
-};
+inline constinit Thresholds thresholds<std::uint32_t>[2] = {{56, 53, 479, 303, 24, 24, 559},
+                                                            {56, 53, 40, 36, 24, 26, 99}};
 
 /// The table for this processor.
 template <class Limb>

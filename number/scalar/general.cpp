@@ -2,6 +2,9 @@
 // flag, and leaves the rounding to `rounded`.
 #include "number/scalar/general.h"
 
+#include <cstdlib>
+#include <utility>
+
 #include "number/limbs/multiply.h"
 #include "number/limbs/newton_divide.h"
 #include "number/limbs/newton_sqrt.h"
@@ -26,7 +29,8 @@ void check_interrupt(std::size_t limbs) {
 }
 
 /// out[0 .. n) = a + b / base^skipped / 10^places, or the difference when `subtracting`, in one pass; returns the
-/// carry, which a difference that is not negative has too. n holds all limbs of both.
+/// carry, which a difference that is not negative has too. n holds all limbs of both; kAligned: places is zero.
+template <bool kAligned>
 Limb add_shifted(Limb* out, std::size_t n, const View& a, const View& b, std::size_t skipped, int places,
                  bool subtracting) {
   using Index = std::ptrdiff_t;
@@ -42,8 +46,11 @@ Limb add_shifted(Limb* out, std::size_t n, const View& a, const View& b, std::si
     carry = sum >= Radix::base;
     out[i] = sum - (Radix::base & (Limb(0) - carry));
   };
-  // The digits of b in limb i of the sum: the lower ones of the limb before and the upper ones of its own.
+  // The digits of b in limb i of the sum: its own, or the lower ones of the limb before and the upper ones of its own.
   const auto shifted = [&](Index j) {
+    if constexpr (kAligned) {
+      return b.limbs[j];
+    }
     const Limb upper = quotient;
     Limb rest = 0;
     quotient = 0;
@@ -56,9 +63,9 @@ Limb add_shifted(Limb* out, std::size_t n, const View& a, const View& b, std::si
   };
   const Index first = Index(skipped);
   const Index length_a = Index(a.length);
-  const Index end_b = first + Index(b.length);  // one limb more belongs to b when it is moved within limbs
+  const Index last_b = first + Index(b.length) - Index(kAligned);  // a limb more belongs to b moved within limbs
   Index i = Index(n) - 1;
-  for (; i > end_b; --i) {
+  for (; i > last_b; --i) {
     put(i, i < length_a ? a.limbs[i] : 0, 0);
   }
   for (; i >= std::max(first, length_a); --i) {
@@ -73,40 +80,86 @@ Limb add_shifted(Limb* out, std::size_t n, const View& a, const View& b, std::si
   return carry;
 }
 
+/// The sum that stands in the n limbs of `result`, after prepare(), and `carry` before them, rounded in place; there is
+/// room for a limb more.
+QuarnFloat rounded_sum(QuarnFloat&& result, std::int64_t exponent, Limb* sum, std::size_t n, bool carry, bool sticky,
+                       int digits) {
+  if (carry) {
+    constexpr PowerOfTen<Radix> kTen = kPowersOfTen<Radix>[1];
+    Limb below = Radix::base / 10;
+    for (std::size_t i = 0; i < n; ++i) {
+      const Limb quotient = kTen.quotient(sum[i]);
+      const Limb digit = sum[i] - quotient * 10;
+      sum[i] = below + quotient;
+      below = digit * (Radix::base / 10);
+    }
+    sum[n++] = below;
+    ++exponent;
+  } else {
+    std::size_t zeros = 0;
+    while (sum[zeros] == 0) {
+      ++zeros;
+    }
+    const int leading = Radix::digits - count_digits<Radix>(sum[zeros]);
+    if (zeros != 0) {
+      std::copy(sum + zeros, sum + n, sum);
+      n -= zeros;
+    }
+    if (leading != 0) {
+      shift_left<Radix>(sum, sum, n, leading);
+    }
+    exponent -= std::int64_t(zeros) * kDigits + leading;
+  }
+  const std::size_t needed = std::size_t(digits) / kLimbDigits + 2;
+  if (n > needed) {
+    sticky = sticky || !all_zero<Radix>(sum + needed, n - needed);
+    n = needed;
+  }
+  Rounded end = round_half_even<Radix>(sum, n, std::size_t(digits), sticky);
+  if (end.carry) {
+    sum[0] = Radix::base / 10;
+    end.length = 1;
+    ++exponent;
+  }
+  if (std::abs(exponent - 1) > kMaxScientificExponent) [[unlikely]] {
+    return special(exponent > 0 ? Kind::infinite : Kind::zero, signbit(result));
+  }
+  QuarnAccess::shorten(result, std::int32_t(exponent), end.length);
+  return std::move(result);
+}
+
 /// a + b for magnitudes when `subtracting` is false, else a - b; a's exponent is not below b's.
 QuarnFloat combine(const View& a, const View& b, bool subtracting) {
   const std::int64_t distance = a.exponent - b.exponent;
   const std::size_t skipped = std::size_t(distance / kDigits);
+  const int places = int(distance % kDigits);
   const int digits = QuarnDigits();
   // From here on b cannot reach the rounding: whatever it is, it lies below a unit of a limb that a does not use.
   const std::size_t reach = std::max(a.length, std::size_t(digits) / kLimbDigits + 2);
   const bool far = skipped > reach;
-  const std::size_t n = far ? reach + 1 : std::max(a.length + 1, skipped + b.length + 1);
-  LimbBuffer<> work(n + 1);
-  Limb* const sum = work + 1;
-  work[0] = 0;
-  bool negative = a.negative;
+  const std::size_t n = far ? reach + 1 : std::max(a.length, skipped + b.length + (places != 0));
+  int order = 1;
+  if (subtracting && distance == 0) {
+    order = compare_fractions<Radix>(a.limbs, a.length, b.limbs, b.length);
+    if (order == 0) {
+      return special(Kind::zero);
+    }
+  }
+  QuarnFloat result;
+  Limb* const sum = QuarnAccess::prepare(result, a.negative != (order < 0), 0, n + 1);
+  bool carry = false;
   if (far) {
     std::copy_n(a.limbs, a.length, sum);
     std::fill_n(sum + a.length, n - a.length, Limb(0));
     if (subtracting) {
       subtract_limb<Radix>(sum, n, 1);
     }
-  } else if (!subtracting) {
-    work[0] = add_shifted(sum, n, a, b, skipped, int(distance % kDigits), false);
+  } else if (places != 0) {
+    carry = add_shifted<false>(sum, n, a, b, skipped, places, subtracting) != 0;
   } else {
-    const int order = distance > 0 ? 1 : compare_fractions<Radix>(a.limbs, a.length, b.limbs, b.length);
-    if (order == 0) {
-      return special(Kind::zero);
-    }
-    if (order > 0) {
-      add_shifted(sum, n, a, b, skipped, int(distance % kDigits), true);
-    } else {
-      add_shifted(sum, n, b, a, 0, 0, true);
-      negative = !negative;
-    }
+    carry = add_shifted<true>(sum, n, order < 0 ? b : a, order < 0 ? a : b, skipped, 0, subtracting) != 0;
   }
-  return rounded(negative, a.exponent + kDigits, work, n + 1, far, digits);
+  return rounded_sum(std::move(result), a.exponent, sum, n, carry && !subtracting, far, digits);
 }
 
 }  // namespace
