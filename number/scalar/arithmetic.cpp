@@ -256,10 +256,23 @@ bool by_length(Number&, const Number&, const Number&, std::uint32_t = 0) {
 
 using namespace quarn;
 
+namespace {
+
+// Out of line, so that the operators need no room for a number of their own.
+using Slow = QuarnFloat(const QuarnFloat&, const QuarnFloat&);
+[[gnu::noinline]] void assign(QuarnFloat& result, Slow* slow, const QuarnFloat& a, const QuarnFloat& b) {
+  result = slow(a, b);
+}
+
+QuarnFloat general_sum_of(const QuarnFloat& a, const QuarnFloat& b) { return general_sum(a, b, false); }
+QuarnFloat general_difference(const QuarnFloat& a, const QuarnFloat& b) { return general_sum(a, b, true); }
+
+}  // namespace
+
 QuarnFloat operator+(const QuarnFloat& a, const QuarnFloat& b) {
   QuarnFloat result;
   if (!by_length<Sum, false>(result, a, b)) [[unlikely]] {
-    result = general_sum(a, b, false);
+    assign(result, general_sum_of, a, b);
   }
   return result;
 }
@@ -267,7 +280,7 @@ QuarnFloat operator+(const QuarnFloat& a, const QuarnFloat& b) {
 QuarnFloat operator-(const QuarnFloat& a, const QuarnFloat& b) {
   QuarnFloat result;
   if (!by_length<Sum, false>(result, a, b, QuarnAccess::kSign)) [[unlikely]] {
-    result = general_sum(a, b, true);
+    assign(result, general_difference, a, b);
   }
   return result;
 }
@@ -275,7 +288,7 @@ QuarnFloat operator-(const QuarnFloat& a, const QuarnFloat& b) {
 QuarnFloat operator*(const QuarnFloat& a, const QuarnFloat& b) {
   QuarnFloat result;
   if (!by_length<Product>(result, a, b)) [[unlikely]] {
-    result = general_product(a, b);
+    assign(result, general_product, a, b);
   }
   return result;
 }
@@ -283,35 +296,35 @@ QuarnFloat operator*(const QuarnFloat& a, const QuarnFloat& b) {
 QuarnFloat operator/(const QuarnFloat& a, const QuarnFloat& b) {
   QuarnFloat result;
   if (!by_length<Quotient>(result, a, b)) [[unlikely]] {
-    result = general_quotient(a, b);
+    assign(result, general_quotient, a, b);
   }
   return result;
 }
 
 QuarnFloat& QuarnFloat::operator+=(const QuarnFloat& b) {
   if (!by_length<Sum, false>(*this, *this, b)) [[unlikely]] {
-    *this = general_sum(*this, b, false);
+    assign(*this, general_sum_of, *this, b);
   }
   return *this;
 }
 
 QuarnFloat& QuarnFloat::operator-=(const QuarnFloat& b) {
   if (!by_length<Sum, false>(*this, *this, b, QuarnAccess::kSign)) [[unlikely]] {
-    *this = general_sum(*this, b, true);
+    assign(*this, general_difference, *this, b);
   }
   return *this;
 }
 
 QuarnFloat& QuarnFloat::operator*=(const QuarnFloat& b) {
   if (!by_length<Product>(*this, *this, b)) [[unlikely]] {
-    *this = general_product(*this, b);
+    assign(*this, general_product, *this, b);
   }
   return *this;
 }
 
 QuarnFloat& QuarnFloat::operator/=(const QuarnFloat& b) {
   if (!by_length<Quotient>(*this, *this, b)) [[unlikely]] {
-    *this = general_quotient(*this, b);
+    assign(*this, general_quotient, *this, b);
   }
   return *this;
 }
