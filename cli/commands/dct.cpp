@@ -125,7 +125,7 @@ void declare(Command& command, const Pair& pair) {
   command.number("--type", "T", options->type, 1, 4, "the type, 1 to 4 (default: 2)");
   command.choice("--norm", "NORM", options->norm, {"backward", "ortho", "forward"},
                  "what is divided by N (default: backward, the inverse)");
-  command.flag("--inverse,--backward", options->inverse, "the inverse transform of that type");
+  command.flag("--inverse,--backward", options->inverse, "the inverse transform, from a spectrum back");
   command.add_digits();
   add_output_options(command, options->output);
   add_plot_option(command, options->output);

@@ -6,110 +6,12 @@
 
 namespace quarn::block {
 
-Route::Route(RealKind kind_given, Integer length)
-    : form(Form::forward), kind(kind_given), n(length), period(length), is_sine(kind >= RealKind::dst1), turned(false) {
-  switch (kind) {
-    case RealKind::dct1:
-      period = 2 * (std::int64_t(n) - 1);
-      break;
-    case RealKind::dst1:
-      period = 2 * (std::int64_t(n) + 1);
-      break;
-    case RealKind::dct2:
-    case RealKind::dst2:
-      turned = true;
-      break;
-    case RealKind::from_spectrum:
-      form = Form::inverse;
-      break;
-    case RealKind::dct3:
-    case RealKind::dst3:
-      form = Form::inverse;
-      turned = true;
-      break;
-    case RealKind::dct4:
-    case RealKind::dst4:
-      form = n % 2 == 0 ? Form::quarter : Form::forward;
-      break;
-    case RealKind::to_spectrum:
-      break;
-  }
-}
-
-std::int64_t Route::logical_length() const {
-  switch (kind) {
-    case RealKind::to_spectrum:
-    case RealKind::from_spectrum:
-    case RealKind::dct1:
-    case RealKind::dst1:
-      return period;
-    default:
-      return 2 * std::int64_t(n);
-  }
-}
-
-/// docs/accuracy.md. Data are off by a part's error `read`, 1.4143 read as a complex number; a turn adds T.
-Steps Route::steps() const {
-  Steps steps;
-  steps.turns_before = turned || kind == RealKind::dct1 ? 1 : 0;
-  const bool is_halved = period % 2 == 0 && form != Form::quarter;
-  if (form == Form::quarter) {
-    steps.turns_before = 1;
-    steps.turns_after = 1;
-  } else if (form == Form::forward) {
-    steps.factor_after = is_halved ? 2 : 1;
-    steps.turns_after = (is_halved ? 0.5 : 0) + (turned ? 1 : 0);
-  } else if (is_halved) {
-    steps.factor_before = 4;
-    steps.turns_before = 4 * steps.turns_before + 5;
-  } else {
-    ++steps.turns_before;
-  }
-  steps.growth = 2;
-  return steps;
-}
-
 namespace {
 
 /// Appends the magnitudes of cosine and sine.
 void append(std::vector<Limb>& out, const Rotation& rotation) {
   out.insert(out.end(), rotation.cosine.begin(), rotation.cosine.end());
   out.insert(out.end(), rotation.sine.begin(), rotation.sine.end());
-}
-
-/// For type 4 of an odd length n: of each class {+-a, 4 n +- a} of odd numbers modulo 8 n one is 8 k + n. Modulo sign,
-/// 1 + m for a = 2 m + 1 < 2 n, so that cos(pi (8 k + n) b / (4 n)) is plus or minus cos(pi a b / (4 n)) for odd b.
-std::int64_t odd_representative(std::int64_t k, std::int64_t n) {
-  const std::int64_t whole = (8 * k + n) % (8 * n);
-  const std::int64_t rest = whole % (4 * n);
-  const bool is_mirrored = rest > 2 * n;
-  const std::int64_t place = ((is_mirrored ? 4 * n - rest : rest) + 1) / 2;
-  return (whole >= 4 * n) != is_mirrored ? -place : place;
-}
-
-/// Where element j of the period comes from, as Plan::from has it.
-std::int64_t origin(const Route& route, std::int64_t j) {
-  const std::int64_t n = route.n;
-  switch (route.kind) {
-    case RealKind::dct1:
-      return j < n ? j + 1 : route.period - j + 1;
-    case RealKind::dst1:
-      return j == n + 1 ? 0 : j <= n ? j : -(route.period - j);
-    case RealKind::dct2:
-    case RealKind::dst2:
-      if (j < (n + 1) / 2) {
-        return 2 * j + 1;
-      }
-      return route.is_sine ? -(2 * (n - j)) : 2 * (n - j);
-    case RealKind::dct4:
-      return odd_representative(j, n);
-    case RealKind::dst4: {
-      const std::int64_t place = odd_representative(j, n);
-      return place > 0 ? n + 1 - place : -(n + 1 + place);
-    }
-    default:
-      return j + 1;
-  }
 }
 
 }  // namespace
@@ -174,7 +76,7 @@ QuarnRealTransform::Plan::Plan(Kind kind, Integer length, int digit_count)
   }
   if (route.form == Route::Form::forward) {
     for (std::int64_t j = 0; j < route.period; ++j) {
-      from.push_back(origin(route, j));
+      from.push_back(route.origin(j));
     }
   }
 }
@@ -521,7 +423,36 @@ class QuarnRealTransform::Plan::Run {
   quarn::Scratch<Limb> z_;
 };
 
+namespace {
+
+/// Which results are zero since the data are the same, or the opposite, in reverse: parts 0, 2, ... or 1, 3, ... .
+struct Symmetry {
+  bool even_zero = false;
+  bool odd_zero = false;
+
+  template <class Source>
+  Symmetry(const Route& route, const Source& x) {
+    const bool is_spectrum = route.kind == RealKind::to_spectrum;
+    if (route.form != Route::Form::forward || route.kind == RealKind::dct4 || route.kind == RealKind::dst4) {
+      return;
+    }
+    bool even = true;
+    bool odd = true;
+    for (std::int64_t j = 0; 2 * j <= route.n && (even || odd); ++j) {
+      const QuarnFloat& a = x[j];
+      const QuarnFloat& b = x[is_spectrum ? (route.n - j) % route.n : std::max(route.n - 1 - j, std::int64_t(0))];
+      even = even && a == b;
+      odd = odd && a == -b;
+    }
+    even_zero = odd;
+    odd_zero = even;
+  }
+};
+
+}  // namespace
+
 void QuarnRealTransform::Plan::run(const Source& x, const Target& y, QuarnDivisor divisor) const {
+  const Symmetry symmetry(route, x);
   const Survey data = survey(x);
   const bool is_spectrum = route.kind == Kind::to_spectrum || route.kind == Kind::from_spectrum;
   bool is_impulse = is_spectrum;  // nothing but in place 0
@@ -532,6 +463,11 @@ void QuarnRealTransform::Plan::run(const Source& x, const Target& y, QuarnDiviso
   }
   if (data.finite && !data.is_zero() && !is_impulse) {
     with_places(format.places, [&](auto places) { Run<decltype(places)>(*this, data, x, y, divisor, places)(); });
+    const std::int64_t results = route.kind == Kind::to_spectrum ? 2 * (route.n / 2 + 1) : route.n;
+    for (std::int64_t i = symmetry.even_zero ? 0 : 1; i < results && (symmetry.even_zero || symmetry.odd_zero);
+         i += 2) {
+      y[i] = QuarnFloat();
+    }
     return;
   }
   QuarnFloat value = data.finite ? QuarnFloat() : quarn::special(quarn::Kind::nan);

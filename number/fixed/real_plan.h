@@ -31,7 +31,13 @@ struct Route {
   std::int64_t logical_length() const;
   std::int64_t sums() const { return period % 2 == 0 ? period / 2 : period; }
   Steps steps() const;
+  /// forward: where element j of the period comes from, 1 + a place of the data, negative: negated, 0: zero.
+  std::int64_t origin(std::int64_t j) const;
 };
+
+/// For type 4 of an odd length n: of each class {+-a, 4 n +- a} of odd numbers modulo 8 n one is 8 k + n. Modulo sign,
+/// 1 + m for a = 2 m + 1 < 2 n, so that cos(pi (8 k + n) b / (4 n)) is plus or minus cos(pi a b / (4 n)) for odd b.
+std::int64_t odd_representative(std::int64_t k, std::int64_t n);
 
 }  // namespace quarn::block
 
@@ -68,10 +74,10 @@ struct QuarnRealTransform::Plan {
   quarn::block::Sums sums;
   std::vector<quarn::block::DecimalWriter> writers[3];   // for each divisor
   std::vector<quarn::block::DecimalWriter> end_writers;  // for orthogonal results without a partner
-  std::vector<std::int64_t> from;          // forward: 1 + the place of a number, negative: negated, 0: zero
-  std::vector<quarn::Limb> turns;          // exp(-2 pi i k / period), k = 1 .. ; quarter: after the sums
-  std::vector<quarn::Limb> quarter_turns;  // exp(-pi i k / (2 n)), k = 1 .. ; quarter: before the sums
-  std::vector<quarn::Limb> root_half;      // sqrt(1/2)
+  std::vector<std::int64_t> from;                        // forward: Route::origin()
+  std::vector<quarn::Limb> turns;                        // exp(-2 pi i k / period), k = 1 .. ; quarter: after the sums
+  std::vector<quarn::Limb> quarter_turns;                // exp(-pi i k / (2 n)), k = 1 .. ; quarter: before the sums
+  std::vector<quarn::Limb> root_half;                    // sqrt(1/2)
 
  private:
   template <class Length>

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "quarn/exact.h"
+#include "quarn/parallel.h"
 #include "support/digits.h"
 #include "tesk2mp/transforms.h"
 
@@ -159,6 +160,26 @@ TEST_CASE("several sequences in every layout") {
   }
 }
 
+TEST_CASE("results are the same with several threads") {
+  const Integer n = 64;
+  const Integer m = 200;
+  const Reals x = random_reals(std::size_t(n * m));
+  const Numbers z = random_numbers(std::size_t(n * m));
+  Numbers spectra[2];
+  Numbers transforms[2];
+  for (const int threads : {1, 2}) {
+    const int former = QuarnSetThreads(threads);
+    spectra[threads - 1].resize(std::size_t(half(n) * m));
+    transforms[threads - 1] = z;
+    CHECK(real_transform("B").call(n, m, x.data(), m, 1, spectra[threads - 1].data(), 1, half(n)) == 0);
+    Complex* const data = transforms[threads - 1].data();
+    CHECK(complex_transform("B", "O").call(n, m, data, 1, n, data, 1, n) == 0);
+    QuarnSetThreads(former);
+  }
+  CHECK(spectra[0] == spectra[1]);
+  CHECK(transforms[0] == transforms[1]);
+}
+
 TEST_CASE("each transform has its inverse with the same scaling, and results may take the place of the data") {
   for (const int digits : {1, 30, 1099, 1150}) {
     const support::Digits scope(digits);
@@ -279,8 +300,8 @@ TEST_CASE("convolutions: exact sums, several at once, complex ones by their part
     QuarnMPX_zconvolve_("l", 1, n, c.data(), n, d.data(), linear.data(), &ifail, 1);
     QuarnMPX_zconvolve_("C", 1, n, c.data(), n, d.data(), circular.data(), &ifail, 1);
     for (Integer k = 0; k < 2 * n - 1; ++k) {
-      const Integer first = std::max(0, k - n + 1);
-      const Integer count = std::min(k, n - 1) - first + 1;
+      const Integer first = std::max<Integer>(0, k - n + 1);
+      const Integer count = std::min<Integer>(k, n - 1) - first + 1;
       CHECK(z[std::size_t(2 * n - 1 + k)] ==
             QuarnDot(std::size_t(count), &a[std::size_t(n + first)], 1, &b[std::size_t(n + k - first)], -1));
       // re re - im im as one exact sum.

@@ -62,9 +62,13 @@ void check(QuarnConvolution kind, const Numbers& a, const Numbers& b) {
 
 TEST_CASE("convolutions round the exact sums once") {
   std::mt19937_64 random(kSeed);
-  for (const auto& [digits, spread] : {std::pair{1, 0}, {2, 3}, {20, 0}, {20, 30}, {50, 5}, {200, 9}, {333, 700}}) {
+  for (const auto& shape : {std::pair{1, 0}, {2, 3}, {20, 0}, {20, 30}, {50, 5}, {200, 9}, {333, 700}}) {
+    const int digits = shape.first;
+    const int spread = shape.second;
     const support::Digits scope(digits);
-    for (const auto& [na, nb] : {std::pair{1, 1}, {5, 3}, {60, 60}, {100, 51}, {49, 130}}) {
+    for (const auto& lengths : {std::pair{1, 1}, {5, 3}, {60, 60}, {100, 51}, {49, 130}}) {
+      const Integer na = lengths.first;
+      const Integer nb = lengths.second;
       CAPTURE(kSeed);
       CAPTURE(digits);
       CAPTURE(na);
@@ -112,7 +116,7 @@ TEST_CASE("infinities and NaN reach the results that they are part of") {
 
 TEST_CASE("fast lengths have no prime factor above 5") {
   for (Integer n = -1; n < 5000; n += 7) {
-    Integer least = std::max(n, 1);
+    Integer least = std::max<Integer>(n, 1);
     const auto is_fast = [](Integer m) {
       for (const Integer r : {2, 3, 5}) {
         while (m % r == 0) {

@@ -209,7 +209,9 @@ TEST_CASE("one transform undoes the other") {
   const support::Digits scope(40);
   for (const Integer n : {2, 3, 8, 365, 730}) {
     const Numbers x = random_numbers(std::size_t(n), 40, 0, kSeed);
-    for (const auto& [there, back] : pairs) {
+    for (const auto& pair : pairs) {
+      const Kind there = pair.there;
+      const Kind back = pair.back;
       for (const bool orthogonal : {false, true}) {
         const Numbers y =
             transformed(QuarnRealTransform(there, n), x, orthogonal ? QuarnDivisor::root : QuarnDivisor::one);
@@ -301,6 +303,37 @@ TEST_CASE("the spectrum is that of the complex transform, whose numbers 0 and n 
     }
     CHECK(parts[1] == QuarnFloat());
     CHECK((n % 2 == 1 || parts[std::size_t(n + 1)] == QuarnFloat()));
+  }
+}
+
+TEST_CASE("symmetries of the data make exact zeros") {
+  const support::Digits scope(25);
+  for (const Integer n : {2, 3, 8, 9, 37, 74}) {
+    CAPTURE(n);
+    const Numbers x = random_numbers(std::size_t(n), 25, 2, kSeed);
+    for (const int sign : {1, -1}) {
+      Numbers periodic = x;
+      Numbers reversible = x;
+      for (std::size_t j = 0; j < x.size(); ++j) {
+        periodic[j] += sign * x[(x.size() - j) % x.size()];
+        reversible[j] += sign * x[x.size() - 1 - j];
+      }
+      const auto zeros = [sign](const Numbers& y) {
+        std::size_t count = 0;
+        for (std::size_t i = sign == 1 ? 1 : 0; i < y.size(); i += 2) {
+          count += y[i] == QuarnFloat();
+        }
+        return count;
+      };
+      CHECK(zeros(transformed(QuarnRealTransform(Kind::to_spectrum, n), periodic, QuarnDivisor::one)) ==
+            std::size_t(n / 2 + 1));
+      for (const Kind kind : {Kind::dct1, Kind::dct2, Kind::dst1, Kind::dst2}) {
+        const std::size_t expected = std::size_t(sign == 1 ? n / 2 : (n + 1) / 2);
+        CHECK(zeros(transformed(QuarnRealTransform(kind, n), reversible, QuarnDivisor::root)) == expected);
+      }
+      // Others are no zeros.
+      CHECK(zeros(transformed(QuarnRealTransform(Kind::dct2, n), x, QuarnDivisor::one)) == 0);
+    }
   }
 }
 
