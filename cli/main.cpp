@@ -5,7 +5,9 @@
 #include "cli/commands/command_line.h"
 #include "cli/commands/failure.h"
 #include "cli/io/output.h"
+#include "cli/system/interrupt.h"
 #include "cli/system/progress.h"
+#include "quarn/quarnthread.h"
 
 namespace cli {
 
@@ -13,6 +15,7 @@ namespace {
 
 void run(int argc, char** argv) {
   prepare_standard_streams();
+  watch_interrupts();
   Session session;
   const Program program(session);
   const Command* command = read_command_line(program, argc, argv);
@@ -37,6 +40,9 @@ int main(int argc, char** argv) {
   } catch (const cli::Failure& failure) {
     std::fputs(failure.what(), stderr);
     return int(failure.status());
+  } catch (const QuarnInterrupted&) {
+    std::fputs("quarn: interrupted\n", stderr);
+    return cli::kInterruptedStatus;
   } catch (const std::bad_alloc&) {
     std::fputs("quarn: not enough memory\n", stderr);
     return int(cli::ExitStatus::library);

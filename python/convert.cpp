@@ -186,6 +186,9 @@ void Array::read(py::handle sequence, std::size_t depth) {
 }
 
 void Array::add(py::handle number) {
+  if (re_.size() % 1024 == 1023) {
+    check_signals();
+  }
   if (py::isinstance<Complex>(number)) {
     Complex z = to_complex(number);
     im_.resize(re_.size());

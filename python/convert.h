@@ -9,11 +9,11 @@
 #include <variant>
 #include <vector>
 
+#include "long_work.h"
 #include "tesk2mp/tesk2mp.hpp"
 
 namespace python {
 
-namespace py = pybind11;
 using tesk2mp::Complex;
 using tesk2mp::Matrix;
 using tesk2mp::Real;
@@ -30,8 +30,12 @@ struct Whole : py::detail::type_caster_base<T> {
   }
 };
 
-/// One of two, as the numbers ask for.
-using AnySparse = std::variant<tesk2mp::SparseMatrix<Real>, tesk2mp::SparseMatrix<Complex>>;
+/// One of two, as the numbers ask for. A sparse matrix may be changed: not while work outside of the interpreter's lock
+/// reads it.
+struct AnySparse : std::variant<tesk2mp::SparseMatrix<Real>, tesk2mp::SparseMatrix<Complex>> {
+  using variant::variant;
+  mutable int readers = 0;
+};
 using AnyLU = std::variant<tesk2mp::LU<Real>, tesk2mp::LU<Complex>>;
 using AnyCholesky = std::variant<tesk2mp::Cholesky<Real>, tesk2mp::Cholesky<Complex>>;
 
@@ -150,6 +154,9 @@ template <class T>
 py::object from(const std::vector<T>& x, py::handle model) {
   py::list elements;
   for (const T& element : x) {
+    if (elements.size() % 1024 == 1023) {
+      check_signals();
+    }
     if constexpr (std::is_integral_v<T>) {
       elements.append(long(element));
     } else {
@@ -162,6 +169,7 @@ template <class T>
 py::object from(const Matrix<T>& a, py::handle model) {
   py::list rows;
   for (std::size_t i = 0; i < a.rows(); ++i) {
+    check_signals();
     py::list row;
     for (std::size_t j = 0; j < a.columns(); ++j) {
       row.append(from(a(i, j)));
@@ -189,7 +197,7 @@ tesk2mp::Op op_of(const std::string& name);
 tesk2mp::Triangle triangle_of(const std::string& name);
 tesk2mp::Diagonal diagonal_of(bool unit);
 
-// The rooms of the module.
+// The parts of the module.
 void add_complex(py::module_& module);
 void add_kernels(py::module_& module);
 void add_linear(py::module_& module);

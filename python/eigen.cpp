@@ -2,10 +2,24 @@
 #include "convert.h"
 
 namespace python {
+namespace {
+
+/// routine(a) of a real matrix.
+template <class Routine>
+auto of_matrix(Routine routine, py::handle a) {
+  const Matrix<Real> matrix = to_matrix<Real>(a);
+  return outside([&] { return routine(matrix); });
+}
+
+}  // namespace
 
 void add_eigen(py::module_& module) {
   module.def(
-      "eigenvalues", [](py::handle a) { return from(tesk2mp::eigenvalues(to_matrix<Real>(a)), a); }, py::arg("a"),
+      "eigenvalues",
+      [](py::handle a) {
+        return from(of_matrix([](const Matrix<Real>& matrix) { return tesk2mp::eigenvalues(matrix); }, a), a);
+      },
+      py::arg("a"),
       R"(eigenvalues(a)
 
 The eigenvalues of a real square matrix, each a Complex; pairs stand together, positive imaginary part first.
@@ -17,7 +31,8 @@ NumericalFailure when the QR algorithm does not converge.
   module.def(
       "eigen",
       [](py::handle a) {
-        const tesk2mp::EigenSystem system = tesk2mp::eigen(to_matrix<Real>(a));
+        const tesk2mp::EigenSystem system =
+            of_matrix([](const Matrix<Real>& matrix) { return tesk2mp::eigen(matrix); }, a);
         return py::make_tuple(from(system.values, a), from(system.right, a), from(system.left, a));
       },
       py::arg("a"), R"(eigen(a)
@@ -32,7 +47,8 @@ matrix and has Euclidean norm 1: a right = right diag(values), left^H a = diag(v
   module.def(
       "eigen_conditions",
       [](py::handle a) {
-        const tesk2mp::EigenConditions conditions = tesk2mp::eigen_conditions(to_matrix<Real>(a));
+        const tesk2mp::EigenConditions conditions =
+            of_matrix([](const Matrix<Real>& matrix) { return tesk2mp::eigen_conditions(matrix); }, a);
         return py::make_tuple(from(conditions.values, a), from(conditions.value, a), from(conditions.vector, a));
       },
       py::arg("a"), R"(eigen_conditions(a)
@@ -47,7 +63,8 @@ eigenvalue i by about e / value[i] and turns its right eigenvector by about e / 
   module.def(
       "eigenvalue_conditions",
       [](py::handle a) {
-        const tesk2mp::EigenConditions conditions = tesk2mp::eigenvalue_conditions(to_matrix<Real>(a));
+        const tesk2mp::EigenConditions conditions =
+            of_matrix([](const Matrix<Real>& matrix) { return tesk2mp::eigenvalue_conditions(matrix); }, a);
         return py::make_tuple(from(conditions.values, a), from(conditions.value, a));
       },
       py::arg("a"), R"(eigenvalue_conditions(a)
@@ -61,7 +78,7 @@ The first two results of eigen_conditions, (values, value), without the work for
   module.def(
       "schur",
       [](py::handle a) {
-        const tesk2mp::Schur form = tesk2mp::schur(to_matrix<Real>(a));
+        const tesk2mp::Schur form = of_matrix([](const Matrix<Real>& matrix) { return tesk2mp::schur(matrix); }, a);
         return py::make_tuple(from(form.t, a), from(form.z, a), from(form.values, a));
       },
       py::arg("a"), R"(schur(a)
@@ -76,7 +93,8 @@ for each pair of conjugate eigenvalues.
   module.def(
       "hessenberg",
       [](py::handle a) {
-        const tesk2mp::Hessenberg form = tesk2mp::hessenberg(to_matrix<Real>(a));
+        const tesk2mp::Hessenberg form =
+            of_matrix([](const Matrix<Real>& matrix) { return tesk2mp::hessenberg(matrix); }, a);
         return py::make_tuple(from(form.h, a), from(form.q, a));
       },
       py::arg("a"), R"(hessenberg(a)
@@ -89,7 +107,11 @@ True
 )");
   module.def(
       "hessenberg_eigenvalues",
-      [](py::handle h) { return from(tesk2mp::hessenberg_eigenvalues(to_matrix<Real>(h)), h); }, py::arg("h"),
+      [](py::handle h) {
+        return from(of_matrix([](const Matrix<Real>& matrix) { return tesk2mp::hessenberg_eigenvalues(matrix); }, h),
+                    h);
+      },
+      py::arg("h"),
       R"(hessenberg_eigenvalues(h)
 
 The eigenvalues of a real upper Hessenberg matrix; what lies below its first subdiagonal is not read.
@@ -106,7 +128,8 @@ The eigenvalues of a real upper Hessenberg matrix; what lies below its first sub
                                                   {"permute", Balancing::permute},
                                                   {"scale", Balancing::scale},
                                                   {"none", Balancing::none}});
-        const tesk2mp::Balanced balanced = tesk2mp::balance(to_matrix<Real>(a), chosen);
+        const tesk2mp::Balanced balanced =
+            of_matrix([&](const Matrix<Real>& matrix) { return tesk2mp::balance(matrix, chosen); }, a);
         return py::make_tuple(from(balanced.matrix, a), balanced.low, balanced.high, from(balanced.scale, a));
       },
       py::arg("a"), py::arg("job") = "both", R"(balance(a, job='both')

@@ -9,6 +9,7 @@ using tesk2mp::MatrixView;
 using tesk2mp::Norm;
 using tesk2mp::Op;
 using tesk2mp::Side;
+using tesk2mp::Triangle;
 using tesk2mp::VectorView;
 
 Norm norm_of(const std::string& name) {
@@ -50,12 +51,12 @@ py::object multiply(py::handle a, py::handle b, const std::string& op_a, const s
           if (p.rows() == 0 || p.columns() == 0) {  // the kernel would leave y as it is
             tesk2mp::scale(keep, y, y);
           }
-          tesk2mp::gemv(first, times, p, right.vector<T>(), keep, y);
+          outside([&] { tesk2mp::gemv(first, times, p, right.vector<T>(), keep, y); });
           return from(y, a);
         }
         const Matrix<T> q = right.matrix<T>();
         Matrix<T> product = matrix_or_zeros<T>(added, rows, second == Op::none ? q.columns() : q.rows());
-        tesk2mp::gemm(first, second, times, p, q, keep, product);
+        outside([&] { tesk2mp::gemm(first, second, times, p, q, keep, product); });
         return from(product, a);
       },
       left, right, factors, added ? *added : factors);
@@ -68,18 +69,22 @@ py::object triangular_multiply(py::handle a, py::handle x, const std::string& tr
   return with_scalar(
       [&]<class T>(T) {
         const Matrix<T> factor = left.matrix<T>();
+        const Triangle stored = triangle_of(triangle);
+        const Op chosen = op_of(op);
         const auto work = [&](const VectorView<T>& column) {
-          tesk2mp::trmv(triangle_of(triangle), op_of(op), diagonal_of(unit), factor, column);
+          tesk2mp::trmv(stored, chosen, diagonal_of(unit), factor, column);
         };
         if (right.is_vector()) {
           std::vector<T> y = right.vector<T>();
-          work(y);
+          outside([&] { work(y); });
           return from(y, x);
         }
         Matrix<T> b = right.matrix<T>();
-        for (std::size_t j = 0; j < b.columns(); ++j) {
-          work(b.view().column(j));
-        }
+        outside([&] {
+          for (std::size_t j = 0; j < b.columns(); ++j) {
+            work(b.view().column(j));
+          }
+        });
         return from(b, x);
       },
       left, right);
@@ -93,13 +98,15 @@ py::object triangular_solve(py::handle a, py::handle b, const std::string& trian
   return with_scalar(
       [&]<class T>(T) {
         const Matrix<T> factor = left.matrix<T>();
+        const Triangle stored = triangle_of(triangle);
+        const Op turned = op_of(op);
         if (right.is_vector() && chosen == Side::left) {
           std::vector<T> x = right.vector<T>();
-          tesk2mp::trsv(triangle_of(triangle), op_of(op), diagonal_of(unit), factor, x);
+          outside([&] { tesk2mp::trsv(stored, turned, diagonal_of(unit), factor, x); });
           return from(x, b);
         }
         Matrix<T> x = right.matrix<T>();
-        tesk2mp::trsm(chosen, triangle_of(triangle), op_of(op), diagonal_of(unit), 1, factor, x);
+        outside([&] { tesk2mp::trsm(chosen, stored, turned, diagonal_of(unit), 1, factor, x); });
         return from(x, b);
       },
       left, right);
@@ -117,11 +124,11 @@ py::object outer(py::handle x, py::handle y, bool conjugate, py::handle alpha, p
         Matrix<T> sum = matrix_or_zeros<T>(added, p.size(), q.size());
         if constexpr (std::is_same_v<T, Complex>) {
           if (conjugate) {
-            tesk2mp::gerc(factor.number<T>(0), p, q, sum);
+            outside([&] { tesk2mp::gerc(factor.number<T>(0), p, q, sum); });
             return from(sum, x);
           }
         }
-        tesk2mp::ger(factor.number<T>(0), p, q, sum);
+        outside([&] { tesk2mp::ger(factor.number<T>(0), p, q, sum); });
         return from(sum, x);
       },
       left, right, factor, added ? *added : factor);
@@ -134,7 +141,10 @@ py::object hermitian_product(py::handle a, const std::string& op, const std::str
   const std::size_t n = chosen == Op::none ? factor.rows() : factor.columns();
   const std::optional<Array> added = optional_array(c);
   Matrix<Complex> sum = matrix_or_zeros<Complex>(added, n, n);
-  tesk2mp::herk(triangle_of(triangle), chosen, to_real(alpha), factor, added ? to_real(beta) : Real(0), sum);
+  const Triangle stored = triangle_of(triangle);
+  const Real times = to_real(alpha);
+  const Real keep = added ? to_real(beta) : Real(0);
+  outside([&] { tesk2mp::herk(stored, chosen, times, factor, keep, sum); });
   return from(sum, a);
 }
 
@@ -145,7 +155,7 @@ py::object dot(py::handle x, py::handle y, bool conjugate) {
       [&]<class T>(T) {
         const std::vector<T> p = left.vector<T>();
         const std::vector<T> q = right.vector<T>();
-        return from(conjugate ? tesk2mp::dotc(p, q) : tesk2mp::dot(p, q));
+        return from(outside([&] { return conjugate ? tesk2mp::dotc(p, q) : tesk2mp::dot(p, q); }));
       },
       left, right);
 }
@@ -168,7 +178,7 @@ py::object norm(py::handle a, const std::string& kind) {
   return with_scalar(
       [&]<class T>(T) {
         if (!given.is_vector()) {
-          return from(tesk2mp::norm(chosen, given.matrix<T>()));
+          return from(outside([&] { return tesk2mp::norm(chosen, given.matrix<T>()); }));
         }
         const std::vector<T> x = given.vector<T>();
         return from(tesk2mp::norm(chosen, MatrixView<const T>(x, x.size(), 1)));
@@ -289,7 +299,6 @@ tesk2mp::Op op_of(const std::string& name) {
 }
 
 tesk2mp::Triangle triangle_of(const std::string& name) {
-  using tesk2mp::Triangle;
   return option_of<Triangle>("triangle", name, {{"lower", Triangle::lower}, {"upper", Triangle::upper}});
 }
 

@@ -9,10 +9,10 @@ AnyLU lu_of(py::handle a, bool row_weighted) {
   return with_scalar(
       [&]<class T>(T) -> AnyLU {
         if (!row_weighted) {
-          return tesk2mp::LU<T>(given.matrix<T>());
+          return outside([&] { return tesk2mp::LU<T>(given.matrix<T>()); });
         }
         if constexpr (std::is_same_v<T, Real>) {
-          return tesk2mp::LU<Real>::row_weighted(given.matrix<Real>());
+          return outside([&] { return tesk2mp::LU<Real>::row_weighted(given.matrix<Real>()); });
         } else {
           throw py::type_error("row weights are for real matrices");
         }
@@ -23,14 +23,20 @@ AnyLU lu_of(py::handle a, bool row_weighted) {
 AnyCholesky cholesky_of(py::handle a, const std::string& triangle) {
   const Array given(a);
   return with_scalar(
-      [&]<class T>(T) -> AnyCholesky { return tesk2mp::Cholesky<T>(given.matrix<T>(), triangle_of(triangle)); }, given);
+      [&]<class T>(T) -> AnyCholesky {
+        const tesk2mp::Triangle stored = triangle_of(triangle);
+        return outside([&] { return tesk2mp::Cholesky<T>(given.matrix<T>(), stored); });
+      },
+      given);
 }
 
 /// Solves for a vector or for the columns of a matrix.
 template <class T, class Factorisation, class... Options>
 py::object solve_with(const Factorisation& factorisation, const Array& b, py::handle model, Options... options) {
-  return b.is_vector() ? from(factorisation.solve(b.vector<T>(), options...), model)
-                       : from(factorisation.solve(b.matrix<T>(), options...), model);
+  if (b.is_vector()) {
+    return from(outside([&] { return factorisation.solve(b.vector<T>(), options...); }), model);
+  }
+  return from(outside([&] { return factorisation.solve(b.matrix<T>(), options...); }), model);
 }
 
 /// Calls `work` with the factorisation that is held.
@@ -64,7 +70,9 @@ pivots[i]. singular: a pivot is exactly zero. Both, and the inverse, are lists; 
       .def("determinant",
            [](const AnyLU& self) { return on(self, [](const auto& lu) { return from(lu.determinant()); }); })
       .def("inverse",
-           [](const AnyLU& self) { return on(self, [](const auto& lu) { return from(lu.inverse(), py::none()); }); })
+           [](const AnyLU& self) {
+             return on(self, [](const auto& lu) { return from(outside([&] { return lu.inverse(); }), py::none()); });
+           })
       .def(
           "solve",
           [](const AnyLU& self, py::handle b, const std::string& op) {
@@ -95,9 +103,10 @@ solving more than once; that triangle of a is read. NumericalFailure when the ma
           [](const AnyCholesky& self) { return on(self, [](const auto& a) { return from(a.factor(), py::none()); }); })
       .def("determinant",
            [](const AnyCholesky& self) { return on(self, [](const auto& a) { return from(a.determinant()); }); })
-      .def(
-          "inverse",
-          [](const AnyCholesky& self) { return on(self, [](const auto& a) { return from(a.inverse(), py::none()); }); })
+      .def("inverse",
+           [](const AnyCholesky& self) {
+             return on(self, [](const auto& a) { return from(outside([&] { return a.inverse(); }), py::none()); });
+           })
       .def(
           "solve",
           [](const AnyCholesky& self, py::handle b) {
@@ -152,8 +161,12 @@ void add_linear(py::module_& module) {
       [](py::handle a, py::handle b) {
         const Array left(a);
         const Array right(b);
-        return with_scalar([&]<class T>(T) { return solve_with<T>(tesk2mp::LU<T>(left.matrix<T>()), right, b); }, left,
-                           right);
+        return with_scalar(
+            [&]<class T>(T) {
+              const auto lu = outside([&] { return tesk2mp::LU<T>(left.matrix<T>()); });
+              return solve_with<T>(lu, right, b);
+            },
+            left, right);
       },
       py::arg("a"), py::arg("b"), R"(solve(a, b)
 
@@ -168,7 +181,8 @@ singular.
       "determinant",
       [](py::handle a) {
         const Array given(a);
-        return with_scalar([&]<class T>(T) { return from(tesk2mp::determinant(given.matrix<T>())); }, given);
+        return with_scalar(
+            [&]<class T>(T) { return from(outside([&] { return tesk2mp::determinant(given.matrix<T>()); })); }, given);
       },
       py::arg("a"), R"(determinant(a)
 
@@ -181,7 +195,8 @@ Decimal('6')
       "inverse",
       [](py::handle a) {
         const Array given(a);
-        return with_scalar([&]<class T>(T) { return from(tesk2mp::inverse(given.matrix<T>()), a); }, given);
+        return with_scalar(
+            [&]<class T>(T) { return from(outside([&] { return tesk2mp::inverse(given.matrix<T>()); }), a); }, given);
       },
       py::arg("a"), R"(inverse(a)
 

@@ -26,7 +26,7 @@ std::vector<Integer> to_integers(py::handle sequence) {
 using Transform = void (*)(std::span<Real>);
 py::object transformed(Transform transform, py::handle x) {
   std::vector<Real> numbers = to_vector<Real>(x);
-  transform(numbers);
+  outside([&] { transform(numbers); });
   return from(numbers, x);
 }
 
@@ -53,15 +53,17 @@ py::object transform(py::handle x, bool backward, std::optional<long> axis, bool
     throw py::index_error("axis " + std::to_string(*axis) + " of " + std::to_string(depth));
   }
   const tesk2mp::Shape shape(extents.rbegin(), extents.rend());  // the library's first index varies fastest
-  if (depth == 1) {
-    classic ? tesk2mp::classic::transform(z, direction) : tesk2mp::transform(z, direction);
-  } else if (axis) {
-    const long innermost_first = *axis < 0 ? -1 - *axis : depth - 1 - *axis;
-    (classic ? tesk2mp::classic::transform_dimension : tesk2mp::transform_dimension)(
-        z, shape, std::size_t(innermost_first), direction);
-  } else {
-    classic ? tesk2mp::classic::transform(z, shape, direction) : tesk2mp::transform(z, shape, direction);
-  }
+  outside([&] {
+    if (depth == 1) {
+      classic ? tesk2mp::classic::transform(z, direction) : tesk2mp::transform(z, direction);
+    } else if (axis) {
+      const long innermost_first = *axis < 0 ? -1 - *axis : depth - 1 - *axis;
+      (classic ? tesk2mp::classic::transform_dimension : tesk2mp::transform_dimension)(
+          z, shape, std::size_t(innermost_first), direction);
+    } else {
+      classic ? tesk2mp::classic::transform(z, shape, direction) : tesk2mp::transform(z, shape, direction);
+    }
+  });
   std::size_t next = 0;
   return like(x, nested(extents, z, next));
 }
@@ -111,7 +113,12 @@ constants of 16 digits.
 [[Complex('5', '0'), Complex('-1', '0')], [Complex('-2', '0'), Complex('0', '0')]]
 )");
   module.def(
-      "spectrum", [](py::handle x) { return from(tesk2mp::spectrum(to_vector<Real>(x)), x); }, py::arg("x"),
+      "spectrum",
+      [](py::handle x) {
+        const std::vector<Real> numbers = to_vector<Real>(x);
+        return from(outside([&] { return tesk2mp::spectrum(numbers); }), x);
+      },
+      py::arg("x"),
       R"(spectrum(x)
 
 The discrete Fourier transform of n real numbers, z_k = 1/sqrt(n) sum over j of x_j exp(-2 pi i j k/n): n Complex numbers.
@@ -160,7 +167,8 @@ void add_ranking(py::module_& module) {
   module.def(
       "rank",
       [](py::handle values, bool descending) {
-        return from(tesk2mp::rank(to_vector<Real>(values), order_of(descending)), py::none());
+        const std::vector<Real> numbers = to_vector<Real>(values);
+        return from(outside([&] { return tesk2mp::rank(numbers, order_of(descending)); }), py::none());
       },
       py::arg("values"), py::arg("descending") = false, R"(rank(values, descending=False)
 
@@ -173,7 +181,7 @@ Where each of n values stands once they are sorted: a list of n ranks from 0. Eq
       "sort",
       [](py::handle values, bool descending) {
         std::vector<Real> sorted = to_vector<Real>(values);
-        tesk2mp::sort(sorted, order_of(descending));
+        outside([&] { tesk2mp::sort(sorted, order_of(descending)); });
         return from(sorted, values);
       },
       py::arg("values"), py::arg("descending") = false, R"(sort(values, descending=False)
@@ -244,7 +252,13 @@ True
           "classic()\n\nThe next number of the classic stream: some 16 digits are random with generator 0, 28 with "
           "others.")
       .def(
-          "take", [](Random& random, std::size_t count) { return from(random.take(count), py::none()); },
+          "take",
+          [](Random& random, std::size_t count) {
+            Random copy = random;
+            const std::vector<Real> numbers = interruptible([&] { return copy.take(count); });
+            random = copy;
+            return from(numbers, py::none());
+          },
           py::arg("count"), "take(count)\n\nA list of the next numbers.")
       .def_property_readonly("generator", &Random::generator)
       .def_property_readonly("state", [](const Random& random) {

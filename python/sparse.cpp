@@ -9,8 +9,29 @@ using tesk2mp::Storage;
 
 py::object list_of(std::span<const Real> x) { return from(std::vector<Real>(x.begin(), x.end()), py::none()); }
 
-/// y := function(x), of one vector in Python.
+/// While it lives, the matrix is read without the interpreter's lock; made and ended with it.
+class Reading {
+ public:
+  explicit Reading(const AnySparse& matrix) : matrix_(matrix) { ++matrix_.readers; }
+  ~Reading() { --matrix_.readers; }
+  Reading(const Reading&) = delete;
+  Reading& operator=(const Reading&) = delete;
+
+ private:
+  const AnySparse& matrix_;
+};
+
+/// The matrix, to be changed.
+AnySparse& changeable(AnySparse& matrix) {
+  if (matrix.readers > 0) {
+    throw std::runtime_error("the matrix is in use by another thread");
+  }
+  return matrix;
+}
+
+/// y := function(x), of one vector in Python, from outside of the interpreter's lock.
 void call_with_vector(const py::function& function, std::span<const Real> x, std::span<Real> y) {
+  const py::gil_scoped_acquire held;
   const std::vector<Real> result = to_vector<Real>(function(list_of(x)));
   if (result.size() != y.size()) {
     throw py::value_error("the function gave " + std::to_string(result.size()) + " numbers for " +
@@ -18,6 +39,9 @@ void call_with_vector(const py::function& function, std::span<const Real> x, std
   }
   std::copy(result.begin(), result.end(), y.begin());
 }
+
+/// A function that the caller keeps.
+py::function borrowed(PyObject* function) { return py::reinterpret_borrow<py::function>(function); }
 
 /// The function, unless it is None.
 std::optional<py::function> optional_function(const py::object& function) {
@@ -60,23 +84,24 @@ py::tuple solve_iteratively(const py::object& a, const py::object& b, const py::
   options.order = order;
   options.most_iterations = most_iterations;
   std::function<void(std::span<const Real>, std::span<Real>)> precondition;
-  if (const auto function = optional_function(preconditioner)) {
-    precondition = [function = *function](std::span<const Real> x, std::span<Real> y) {
-      call_with_vector(function, x, y);
+  if (optional_function(preconditioner)) {
+    precondition = [held = preconditioner.ptr()](std::span<const Real> x, std::span<Real> y) {
+      call_with_vector(borrowed(held), x, y);
     };
   }
   tesk2mp::Monitor look;
-  if (const auto function = optional_function(monitor)) {
-    look = [function = *function](const tesk2mp::Progress& progress, std::span<const Real> x,
+  if (optional_function(monitor)) {
+    look = [held = monitor.ptr()](const tesk2mp::Progress& progress, std::span<const Real> x,
                                   std::span<const Real> residual) {
-      return !py::bool_(function(long(progress.iterations), list_of(x), list_of(residual)));
+      const py::gil_scoped_acquire lock;
+      return !py::bool_(borrowed(held)(long(progress.iterations), list_of(x), list_of(residual)));
     };
   }
   const std::vector<Real> right = to_vector<Real>(b);
   const std::vector<Real> first = guess.is_none() ? std::vector<Real>() : to_vector<Real>(guess);
   const auto solved = [&](const auto& matrix) {
     const tesk2mp::IterativeSolution solution =
-        tesk2mp::solve_iteratively(matrix, right, options, precondition, first, look);
+        outside([&] { return tesk2mp::solve_iteratively(matrix, right, options, precondition, first, look); });
     if (solution.inconsistent && PyErr_WarnEx(PyExc_RuntimeWarning,
                                               "the residual is small beside |a| |x| alone, not beside |b|: a may be "
                                               "singular, and b not in its range",
@@ -90,19 +115,19 @@ py::tuple solve_iteratively(const py::object& a, const py::object& b, const py::
     const std::optional<py::function> transposed_product = optional_function(transpose);
     return solved([&](std::span<const Real> x, std::span<Real> y, bool transposed) {
       if (transposed && !transposed_product) {
+        const py::gil_scoped_acquire held;
         throw py::value_error("criterion 'residual' needs matrix_norm, or products with the transpose to estimate it");
       }
       call_with_vector(transposed ? *transposed_product : product, x, y);
     });
   }
-  const auto* matrix = std::get_if<SparseMatrix<Real>>(&py::cast<const AnySparse&>(a));
+  const auto& any = py::cast<const AnySparse&>(a);
+  const auto* matrix = std::get_if<SparseMatrix<Real>>(&any);
   if (matrix == nullptr) {
     throw py::type_error("the iterative solver is for real matrices");
   }
+  const Reading reading(any);
   return solved([&](std::span<const Real> x, std::span<Real> y, bool transposed) {
-    if (PyErr_CheckSignals() != 0) {  // no other place hears of an interrupt
-      throw py::error_already_set();
-    }
     matrix->multiply(x, y, transposed ? tesk2mp::Op::transpose : tesk2mp::Op::none);
   });
 }
@@ -151,7 +176,7 @@ lower triangle of a symmetric (real) or Hermitian (complex) matrix.
             [&]<class T>(SparseMatrix<T>& matrix) {
               matrix.add(to_index(row), to_index(column), Array(py::make_tuple(value)).vector<T>().front());
             },
-            self);
+            changeable(self));
       },
       py::arg("row"), py::arg("column"), py::arg("value"),
       "add(row, column, value)\n\nOne more entry; those of the same place add up.");
@@ -165,7 +190,7 @@ lower triangle of a symmetric (real) or Hermitian (complex) matrix.
             {{"sum", Duplicates::sum}, {"keep_first", Duplicates::keep_first}, {"fail", Duplicates::fail}});
         const auto nothing =
             option_of<Zeros>("zeros", zeros, {{"remove", Zeros::remove}, {"keep", Zeros::keep}, {"fail", Zeros::fail}});
-        std::visit([&](auto& matrix) { matrix.canonicalise(same_place, nothing); }, self);
+        std::visit([&](auto& matrix) { matrix.canonicalise(same_place, nothing); }, changeable(self));
         return self;
       },
       py::return_value_policy::reference_internal, py::arg("duplicates") = "sum", py::arg("zeros") = "remove",
@@ -194,7 +219,10 @@ Sorts the entries by rows, then columns, and returns the matrix. duplicates, ent
             [&]<class T>(const SparseMatrix<T>& matrix) {
               const tesk2mp::Op adjoint =
                   std::is_same_v<T, Complex> ? tesk2mp::Op::conjugate_transpose : tesk2mp::Op::transpose;
-              return from(matrix.multiply(to_vector<T>(x), transpose ? adjoint : tesk2mp::Op::none), x);
+              const std::vector<T> numbers = to_vector<T>(x);
+              const Reading reading(self);
+              return from(outside([&] { return matrix.multiply(numbers, transpose ? adjoint : tesk2mp::Op::none); }),
+                          x);
             },
             self);
       },

@@ -8,7 +8,7 @@
 
 namespace cli {
 
-/// Exit statuses of every sub-command.
+/// Exit statuses of every sub-command; kInterruptedStatus is one more.
 enum class ExitStatus : int {
   success = 0,
   library = 1,  // a routine of the library refused or failed

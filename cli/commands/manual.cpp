@@ -38,6 +38,7 @@ you want to see. Classic entries (--classic) carry constants as doubles and give
   1  the library refused, its message on standard error says why
   2  a bad option or a bad input; the message has file and line
   3  the result or the picture could not be written
+130  Ctrl-C ended it
 A run that fails writes no result.)"},
     {"progress", "Progress",
      R"(Work of more than a second shows on standard error how far it is and about how long it

@@ -10,6 +10,8 @@
 #include "cli/repl/interpreter.h"
 #include "cli/repl/lexer.h"
 #include "cli/repl/line_input.h"
+#include "cli/system/interrupt.h"
+#include "quarn/quarnthread.h"
 
 namespace cli {
 
@@ -26,22 +28,52 @@ struct Source {
   std::string name;
   std::unique_ptr<repl::LineInput> lines;
   bool stops_at_faults = true;
+  bool typed = false;
 };
 
-// Runs the lines to their end. A statement goes on to the next line while a bracket is open.
+// After Ctrl-C: at the terminal the session goes on, anywhere else the run ends.
+void give_up_line(const Source& source) {
+  if (!source.typed) {
+    throw QuarnInterrupted();
+  }
+  take_interrupt();
+}
+
+// The next statement, which goes on to the next line while a bracket is open. Counts the lines.
+repl::Read next_statement(repl::LineInput& lines, std::string& text, std::size_t& number) {
+  repl::Read read = lines.next("> ", text);
+  if (read != repl::Read::line) {
+    return read;
+  }
+  ++number;
+  std::string more;
+  for (int open = repl::open_brackets(text); open > 0 && (read = lines.next("... ", more)) == repl::Read::line;) {
+    ++number;
+    text += "\n" + more;
+    open = repl::open_brackets(more, open);
+  }
+  return read == repl::Read::cancelled ? read : repl::Read::line;
+}
+
+// Runs the lines to their end.
 void run_lines(repl::Interpreter& interpreter, const Source& source) {
   std::size_t number = 0;
   std::string text;
-  while (!interpreter.finished() && source.lines->next("> ", text)) {
-    const std::size_t first = ++number;
-    std::string more;
-    for (int open = repl::open_brackets(text); open > 0 && source.lines->next("... ", more);) {
-      ++number;
-      text += "\n" + more;
-      open = repl::open_brackets(more, open);
+  while (!interpreter.finished()) {
+    const std::size_t first = number + 1;
+    const repl::Read read = next_statement(*source.lines, text, number);
+    if (read == repl::Read::end) {
+      return;
+    }
+    if (read == repl::Read::cancelled) {
+      give_up_line(source);
+      continue;
     }
     try {
       interpreter.run(text);
+    } catch (const QuarnInterrupted&) {
+      give_up_line(source);
+      std::fputs("interrupted\n", stderr);
     } catch (const repl::Fault& fault) {
       const std::string place = source.name + ":" + std::to_string(first + repl::line_of(text, fault)) + ": ";
       const std::string heading = source.stops_at_faults ? "quarn: " + place : "error: ";
@@ -76,7 +108,8 @@ void run_source(repl::Interpreter& interpreter, const ReplOptions& options) {
     write_output("quarn " QUARN_VERSION ", " + std::to_string(QuarnDigits()) +
                  " digits; help lists what there is, quit ends\n");
     const auto names = [&](const std::string& start) { return interpreter.names_with(start); };
-    return run_lines(interpreter, {"", repl::typed_lines(names), false});
+    survive_interrupts();
+    return run_lines(interpreter, {"", repl::typed_lines(names), false, true});
   }
   run_lines(interpreter, {name_of_input("-"), repl::lines_of(std::cin), !options.keep_going});
 }
@@ -96,7 +129,8 @@ constexpr const char* kFooter =
     R"(Without a FILE, lines come from the terminal, with editing and history (~/.quarn_history,
 or the file that QUARN_HISTORY names), or from a pipe. What is wrong with a line is told
 below the place; away from a terminal it ends the run, with exit status 2 for a wrong
-line and 1 for a refusal of the library. "help" lists what the console knows.
+line and 1 for a refusal of the library. Ctrl-C cancels the line or the computation
+and nothing else; away from a terminal it ends the run. "help" lists what the console knows.
 
 Examples:
   quarn repl

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cli/commands/failure.h"
+#include "quarn/quarnthread.h"
 
 namespace cli {
 
@@ -44,6 +45,7 @@ std::string read_input(const std::string& file) {
     }
     text.append(chunk.data(), length);
   }
+  QuarnCheckInterrupt();  // which ends a read
   if (std::ferror(stream.get()) != 0) {
     throw bad_input(name + ": " + std::strerror(errno));
   }

@@ -1,9 +1,14 @@
 #include "cli/repl/line_input.h"
 
+#include <cerrno>
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <cwchar>
 #include <iostream>
+
+#include "cli/system/interrupt.h"
 #if defined(_WIN32)
 #include <io.h>
 #else
@@ -20,12 +25,20 @@ namespace {
 class StreamLines final : public LineInput {
  public:
   StreamLines(std::istream& stream, bool prompting) : stream_(stream), prompting_(prompting) {}
-  bool next(const std::string& prompt, std::string& line) override {
+  Read next(const std::string& prompt, std::string& line) override {
     if (prompting_) {
       std::fputs(prompt.c_str(), stdout);
       std::fflush(stdout);
     }
-    return bool(std::getline(stream_, line));
+    if (std::getline(stream_, line)) {
+      return Read::line;
+    }
+    if (!interrupt_requested()) {
+      return Read::end;
+    }
+    std::clearerr(stdin);
+    stream_.clear();
+    return Read::cancelled;
   }
 
  private:
@@ -53,6 +66,22 @@ char** complete(const char* text, int /*start*/, int /*end*/) {
   return rl_completion_matches(text, next_name);
 }
 
+/// A character from the terminal; Ctrl-C ends the line, as the end of the input would.
+int next_character(std::FILE* stream) {
+  std::mbstate_t state{};
+  for (;;) {
+    char byte = 0;
+    const auto length = ::read(fileno(stream), &byte, 1);
+    if (length == 0 || (length < 0 && (errno != EINTR || interrupt_requested()))) {
+      return EOF;
+    }
+    wchar_t character = 0;
+    if (length == 1 && std::mbrtowc(&character, &byte, 1, &state) != std::size_t(-2)) {
+      return character == 0 ? static_cast<unsigned char>(byte) : int(character);
+    }
+  }
+}
+
 std::string history_file() {
   if (const char* file = std::getenv("QUARN_HISTORY")) {
     return file;
@@ -67,6 +96,8 @@ class EditedLines final : public LineInput {
     completion = std::move(names);
     rl_readline_name = "quarn";
     rl_attempted_completion_function = complete;
+    std::setlocale(LC_CTYPE, "");
+    rl_getc_function = next_character;
     rl_initialize();
     using_history();
     stifle_history(kMostLines);
@@ -78,11 +109,15 @@ class EditedLines final : public LineInput {
   EditedLines(const EditedLines&) = delete;
   EditedLines& operator=(const EditedLines&) = delete;
 
-  bool next(const std::string& prompt, std::string& line) override {
+  Read next(const std::string& prompt, std::string& line) override {
     const std::unique_ptr<char, decltype(&std::free)> typed(readline(prompt.c_str()), std::free);
+    if (interrupt_requested()) {
+      std::puts("^C");
+      return Read::cancelled;
+    }
     if (typed == nullptr) {
       std::puts("");
-      return false;
+      return Read::end;
     }
     line = typed.get();
     if (!line.empty()) {
@@ -91,7 +126,7 @@ class EditedLines final : public LineInput {
         write_history(file_.c_str());  // at once: nothing is lost however the session ends
       }
     }
-    return true;
+    return Read::line;
   }
 
  private:

@@ -9,11 +9,13 @@
 
 namespace cli::repl {
 
+enum class Read { line, end, cancelled };
+
 class LineInput {
  public:
   virtual ~LineInput() = default;
-  /// The next line without its end; false when there is none.
-  virtual bool next(const std::string& prompt, std::string& line) = 0;
+  /// The next line without its end. A line is cancelled by Ctrl-C.
+  virtual Read next(const std::string& prompt, std::string& line) = 0;
 };
 
 /// Lines of a stream; no prompt is shown.

@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "quarn/quarnfloat.h"
+#include "quarn/quarnthread.h"
 #if defined(_WIN32)
 #include <windows.h>
 #else
@@ -219,12 +219,14 @@ Progress::~Progress() {
 }
 
 void Progress::advance(double steps) {
+  QuarnCheckInterrupt();
   if (counts_) {
     work.done = work.done + steps;
   }
 }
 
 void Progress::reach(double steps) {
+  QuarnCheckInterrupt();
   if (counts_) {
     work.done = steps;
   }

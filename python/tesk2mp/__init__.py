@@ -7,8 +7,9 @@ meant; Decimal(x) takes a float x as it is. Results are Decimal and Complex with
 Vectors are sequences of numbers, matrices sequences of rows, numpy arrays too. Results are lists, or numpy arrays of
 objects when the first argument is an array. Arguments are never changed.
 
-The working digits belong to the process: threads share them, and the module runs one call at a time. Arithmetic on Decimals
-outside of it is Python's own, at the digits of decimal.getcontext().
+The working digits belong to the thread, and a new one starts with 20. Long calls let other threads go on; Ctrl-C ends them with
+KeyboardInterrupt, or what the program's handler of the signal raises. Arithmetic on Decimals outside of the module is Python's
+own, at the digits of decimal.getcontext().
 
     >>> import tesk2mp
     >>> with tesk2mp.digits(40):
