@@ -1,6 +1,6 @@
 // quarn constants: the machine constants at the working precision.
 #include "cli/commands/options.h"
-#include "tesk2mp/tesk2mp.h"
+#include "tesk2mp/util.hpp"
 
 namespace cli {
 
@@ -14,13 +14,13 @@ struct Constant {
 
 std::vector<Constant> constants() {
   return {
-      {"QuarnMP_x02ajf_", "machine precision", QuarnMP_x02ajf_().to_string()},
-      {"QuarnMP_x02akf_", "smallest positive model number", QuarnMP_x02akf_().to_string()},
-      {"QuarnMP_x02alf_", "largest positive model number", QuarnMP_x02alf_().to_string()},
-      {"QuarnMP_x02amf_", "safe range", QuarnMP_x02amf_().to_string()},
-      {"QuarnMP_x02bhf_", "base of the model", std::to_string(QuarnMP_x02bhf_())},
-      {"QuarnMP_x01aaf_", "pi, classic entry: the double", QuarnMP_x01aaf_().to_string()},
-      {"QuarnMPX_x01aaf_", "pi, companion: all digits", QuarnMPX_x01aaf_().to_string()},
+      {"QuarnMP_x02ajf_", "machine precision", tesk2mp::machine_precision().to_string()},
+      {"QuarnMP_x02akf_", "smallest positive model number", tesk2mp::smallest_number().to_string()},
+      {"QuarnMP_x02alf_", "largest positive model number", tesk2mp::largest_number().to_string()},
+      {"QuarnMP_x02amf_", "safe range", tesk2mp::safe_range().to_string()},
+      {"QuarnMP_x02bhf_", "base of the model", std::to_string(tesk2mp::model_base())},
+      {"QuarnMP_x01aaf_", "pi, classic entry: the double", tesk2mp::classic::pi().to_string()},
+      {"QuarnMPX_x01aaf_", "pi, companion: all digits", tesk2mp::pi().to_string()},
   };
 }
 

@@ -1,7 +1,7 @@
 // quarn details: the library's account of itself.
 #include "cli/commands/options.h"
 #include "cli/io/output.h"
-#include "tesk2mp/tesk2mp.h"
+#include "tesk2mp/util.hpp"
 
 namespace cli {
 
@@ -13,7 +13,7 @@ void declare(Command& command) {
   auto file = std::make_shared<std::string>();
   command.add_digits();
   add_output_file_option(command, *file);
-  command.work = [file] { write_output_of(QuarnMP_a00aafn_, *file); };
+  command.work = [file] { write_output_of(tesk2mp::classic::print_details, *file); };
 }
 
 const Registered kCommand(160, "details", "show the implementation details of the library", kFooter, declare);

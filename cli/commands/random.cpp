@@ -1,6 +1,4 @@
 // quarn random: uniform random numbers on (0, 1), from a stream that a file can carry from run to run.
-#include "tesk2mp/random.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -14,6 +12,7 @@
 #include "cli/plot/plot.h"
 #include "cli/system/memory.h"
 #include "cli/system/progress.h"
+#include "tesk2mp/util.hpp"
 
 namespace cli {
 
@@ -97,7 +96,7 @@ Stream start_of(const RandomOptions& options) {
     return read_state(options.state);
   }
   Stream stream;
-  QuarnMP_g05kbx_(&stream.generator, stream.seed.data());
+  stream.seed = tesk2mp::Random().state();
   stream.generator = std::max<Integer>(0, options.generator);
   std::copy(options.seed.begin(), options.seed.end(), stream.seed.begin());
   const std::string complaint = complaint_about(stream);
@@ -146,16 +145,17 @@ Panel successive_pairs(const std::vector<QuarnFloat>& values) {
 void run_random(const RandomOptions& options) {
   Stream stream = start_of(options);
   require_memory(options.count, std::to_string(options.count) + " numbers");
-  const auto draw_one = options.classic ? QuarnMP_g05kaf_ : QuarnMPX_g05kaf_;
   const std::string routine = options.classic ? "QuarnMP_g05kaf_" : "QuarnMPX_g05kaf_";
   const std::string first_seed = seed_text(stream);
   std::vector<QuarnFloat> values;
   values.reserve(std::size_t(options.count));
+  tesk2mp::Random random(stream.generator, stream.seed);
   Progress progress("drawing numbers", options.count);
   for (Integer i = 0; i < options.count; ++i) {
     progress.advance();
-    values.push_back(draw_one(&stream.generator, stream.seed.data()));
+    values.push_back(options.classic ? random.classic() : random());
   }
+  stream.seed = random.state();
 
   const std::string digits = std::to_string(QuarnDigits());
   const std::string counted =

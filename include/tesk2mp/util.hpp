@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "quarn/quarnthread.h"
 #include "tesk2mp/views.hpp"
 
 namespace tesk2mp {
@@ -17,6 +18,9 @@ inline Real machine_precision() { return QuarnMP_x02ajf_(); }
 /// The smallest and the largest number of the model, 10 to the power -134217726 and 134217726.
 inline Real smallest_number() { return QuarnMP_x02akf_(); }
 inline Real largest_number() { return QuarnMP_x02alf_(); }
+
+/// 10, in which the numbers of the model are written.
+inline Integer model_base() { return QuarnMP_x02bhf_(); }
 
 /// The smallest number whose reciprocal is a number of the model too.
 inline Real safe_range() { return QuarnMP_x02amf_(); }
@@ -40,6 +44,9 @@ inline Complex quotient(const Complex& x, const Complex& y) {
 }
 
 namespace classic {
+
+/// Prints the library's account of itself to the console.
+inline void print_details() { QuarnMP_a00aafn_(); }
 
 inline Real pi() { return QuarnMP_x01aaf_(); }
 inline Complex sqrt(const Complex& z) {
@@ -140,12 +147,13 @@ class Random {
       QuarnMP_g05kbx_(&generator_, state_.data());
     }
   }
-  /// The state of generator 0: four numbers below 32768, not all 0. Of the others: four numbers, 1 ... 16760000.
+  /// The state of generator 0: four numbers below 32768, not all 0. Of the others: four numbers from 1, to start with
+  /// below 16760000; those of a stream that has moved on may be larger, up to the largest modulus.
   Random(Integer generator, const State& state) : generator_(generator), state_(state) {
     require_generator();
     for (const Integer word : state) {
-      detail::require(generator == 0 ? word >= 0 && word < 32768 : word >= 1 && word <= 16760000, kRoutine, 2, word,
-                      " cannot be part of a seed of generator ", generator);
+      detail::require(generator == 0 ? word >= 0 && word < 32768 : word >= 1 && word < kLargestModulus, kRoutine, 2,
+                      word, " cannot be part of a seed of generator ", generator);
     }
     detail::require(state != State{}, kRoutine, 2, "a seed of zeros gives nothing but zeros");
   }
@@ -158,6 +166,7 @@ class Random {
   std::vector<Real> take(std::size_t count) {
     std::vector<Real> numbers(count);
     for (Real& number : numbers) {
+      QuarnCheckInterrupt();
       number = (*this)();
     }
     return numbers;
@@ -169,6 +178,7 @@ class Random {
 
  private:
   static constexpr const char* kRoutine = "G05KAF";
+  static constexpr Integer kLargestModulus = 16770647;
 
   void require_generator() const {
     detail::require(generator_ >= 0 && generator_ <= 273, kRoutine, 1, "generators are 0 to 273, not ", generator_);
