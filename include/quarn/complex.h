@@ -1,0 +1,44 @@
+// Elementary functions of complex numbers, under the names of <complex>.
+//
+// Each part of a result is within one unit in its last place, near zeros, poles and branch points too; of pow that
+// holds for the modulus: a part may be off by a unit of the last place of the larger one. Branch cuts are those of C:
+// along a cut the sign of a zero part says from which side; functions without cuts give zero parts any sign. Real
+// arguments (imaginary part zero) with real results give them as the functions of QuarnFloat do. Parts that are
+// infinite or NaN give results with such parts.
+//
+// W. Kahan, Branch cuts for complex elementary functions, in: The State of the Art in Numerical Analysis (1987).
+#pragma once
+
+#include "quarn/quarnfloat.h"
+
+namespace quarn {
+
+/// |z|, without overflow unless it overflows itself.
+QRNFLOAT_API QuarnFloat abs(const Complex& z);
+/// -pi ... pi
+QRNFLOAT_API QuarnFloat arg(const Complex& z);
+
+QRNFLOAT_API Complex sqrt(const Complex& z);
+QRNFLOAT_API Complex exp(const Complex& z);
+/// The principal logarithms.
+QRNFLOAT_API Complex log(const Complex& z);
+QRNFLOAT_API Complex log10(const Complex& z);
+/// The principal power. Whole w up to a million by repeated products: Gaussian integers that fit are exact. Anything to
+/// the power 0 is 1.
+QRNFLOAT_API Complex pow(const Complex& z, const Complex& w);
+
+QRNFLOAT_API Complex sin(const Complex& z);
+QRNFLOAT_API Complex cos(const Complex& z);
+QRNFLOAT_API Complex tan(const Complex& z);
+QRNFLOAT_API Complex sinh(const Complex& z);
+QRNFLOAT_API Complex cosh(const Complex& z);
+QRNFLOAT_API Complex tanh(const Complex& z);
+
+QRNFLOAT_API Complex asin(const Complex& z);
+QRNFLOAT_API Complex acos(const Complex& z);
+QRNFLOAT_API Complex atan(const Complex& z);
+QRNFLOAT_API Complex asinh(const Complex& z);
+QRNFLOAT_API Complex acosh(const Complex& z);
+QRNFLOAT_API Complex atanh(const Complex& z);
+
+}  // namespace quarn
