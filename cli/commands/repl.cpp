@@ -55,15 +55,16 @@ repl::Read next_statement(repl::LineInput& lines, std::string& text, std::size_t
   return read == repl::Read::cancelled ? read : repl::Read::line;
 }
 
-// Runs the lines to their end.
-void run_lines(repl::Interpreter& interpreter, const Source& source) {
+// Runs the lines to their end; returns whether something was wrong that did not end the run.
+bool run_lines(repl::Interpreter& interpreter, const Source& source) {
   std::size_t number = 0;
   std::string text;
+  bool faulty = false;
   while (!interpreter.finished()) {
     const std::size_t first = number + 1;
     const repl::Read read = next_statement(*source.lines, text, number);
     if (read == repl::Read::end) {
-      return;
+      break;
     }
     if (read == repl::Read::cancelled) {
       give_up_line(source);
@@ -82,16 +83,19 @@ void run_lines(repl::Interpreter& interpreter, const Source& source) {
         throw failure;
       }
       std::fputs(failure.what(), stderr);
+      faulty = true;
     } catch (const std::bad_alloc&) {
       if (source.stops_at_faults) {
         throw;
       }
       std::fputs("error: not enough memory\n", stderr);
+      faulty = true;
     }
   }
+  return faulty;
 }
 
-void run_source(repl::Interpreter& interpreter, const ReplOptions& options) {
+bool run_source(repl::Interpreter& interpreter, const ReplOptions& options) {
   if (!options.expressions.empty()) {
     std::string text;
     for (const std::string& expression : options.expressions) {
@@ -109,9 +113,10 @@ void run_source(repl::Interpreter& interpreter, const ReplOptions& options) {
                  " digits; help lists what there is, quit ends\n");
     const auto names = [&](const std::string& start) { return interpreter.names_with(start); };
     survive_interrupts();
-    return run_lines(interpreter, {"", repl::typed_lines(names), false, true});
+    run_lines(interpreter, {"", repl::typed_lines(names), false, true});
+    return false;
   }
-  run_lines(interpreter, {name_of_input("-"), repl::lines_of(std::cin), !options.keep_going});
+  return run_lines(interpreter, {name_of_input("-"), repl::lines_of(std::cin), !options.keep_going});
 }
 
 // Statements show what they do at once; a file is written at the end, and not by a run that fails.
@@ -119,9 +124,12 @@ void run_repl(const ReplOptions& options) {
   std::string shown;
   repl::Interpreter interpreter(
       [&](const std::string& text) { options.file.empty() ? write_output(text) : void(shown += text); });
-  run_source(interpreter, options);
+  const bool faulty = run_source(interpreter, options);
   if (!options.file.empty()) {
     write_output(shown, options.file);
+  }
+  if (faulty) {
+    throw Failure(ExitStatus::library, "");
   }
 }
 
@@ -142,7 +150,7 @@ void declare(Command& command) {
   auto options = std::make_shared<ReplOptions>();
   command.argument("FILE", options->script, "lines to run; - is standard input", false);
   command.texts("--eval", "LINE", options->expressions, "run this line; may be given several times");
-  command.flag("--keep-going", options->keep_going, "go on after a wrong line");
+  command.flag("--keep-going", options->keep_going, "go on after a wrong line; the exit status is 1 in the end");
   command.add_digits();
   add_output_file_option(command, options->file);
   command.check = [options] {

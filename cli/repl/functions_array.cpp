@@ -1,10 +1,11 @@
 // Making, measuring and ordering vectors and matrices.
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <numeric>
 
-#include "cli/repl/complex_functions.h"
 #include "cli/repl/functions.h"
+#include "quarn/exact.h"
 
 namespace cli::repl {
 
@@ -87,9 +88,18 @@ Values length(State& /*state*/, const Arguments& arguments) {
   return {number(Complex(QuarnFloat(size(arguments.array(0)))))};
 }
 
+// With one rounding, or of long whole numbers exactly.
 Complex total(const Array& a) {
-  return std::accumulate(a.data(), a.data() + size(a), Complex(0),
-                         [](const Complex& x, const Complex& y) { return x + y; });
+  static_assert(sizeof(Complex) == 2 * sizeof(QuarnFloat));
+  if (size(a) == 0) {
+    return 0;
+  }
+  const QuarnFloat one(1);
+  const Complex sum(QuarnDot(size(a), &a.data()->re, 2, &one, 0), QuarnDot(size(a), &a.data()->im, 2, &one, 0));
+  if (!is_real(sum) || fabs(sum.re) < QuarnFloat(1, QuarnDigits())) {
+    return sum;
+  }
+  return std::accumulate(a.data(), a.data() + size(a), Complex(0), added);
 }
 
 Values sum(State& /*state*/, const Arguments& arguments) { return {number(total(arguments.array(0)))}; }
@@ -117,15 +127,33 @@ Values dot(State& /*state*/, const Arguments& arguments) {
   return {operate("*", left, column(elements(y)))};
 }
 
-Values smallest(State& /*state*/, const Arguments& arguments) {
-  const std::vector<QuarnFloat> values = arguments.reals(0);
-  return {number(*std::min_element(values.begin(), values.end()))};
+// The first of the elements in that order, or of two arrays element by element.
+template <class Before>
+Values first_of(const Arguments& arguments, const Before& before) {
+  if (arguments.count() == 1) {
+    const std::vector<QuarnFloat> values = arguments.reals(0);
+    return {number(*std::min_element(values.begin(), values.end(), before))};
+  }
+  const RealArray a = arguments.real_matrix(0);
+  const RealArray b = arguments.real_matrix(1);
+  const bool same = a.rows() == b.rows() && a.columns() == b.columns();
+  const std::size_t step_a = a.rows() * a.columns() == 1 ? 0 : 1;
+  const std::size_t step_b = b.rows() * b.columns() == 1 ? 0 : 1;
+  if (!same && step_a == 1 && step_b == 1) {
+    throw Unfit("as many numbers as in the first argument are needed here, or one", 1);
+  }
+  const RealArray& larger = step_a == 1 ? a : b;
+  Array result = make_array(larger.rows(), larger.columns());
+  for (std::size_t k = 0; k < size(result); ++k) {
+    const QuarnFloat& x = a.data()[k * step_a];
+    const QuarnFloat& y = b.data()[k * step_b];
+    result.data()[k] = before(y, x) ? y : x;
+  }
+  return {result};
 }
 
-Values largest(State& /*state*/, const Arguments& arguments) {
-  const std::vector<QuarnFloat> values = arguments.reals(0);
-  return {number(*std::max_element(values.begin(), values.end()))};
-}
+Values smallest(State& /*state*/, const Arguments& arguments) { return first_of(arguments, std::less<QuarnFloat>()); }
+Values largest(State& /*state*/, const Arguments& arguments) { return first_of(arguments, std::greater<QuarnFloat>()); }
 
 tesk2mp::Order order_of(const Arguments& arguments) {
   const bool descending = arguments.count() == 2 && arguments.choice(1, {"ascending", "descending"}) == 1;
@@ -164,8 +192,8 @@ constexpr auto kFunctions = std::to_array<Function>({
     {"prod", "A", "y", "product of all elements", 1, 1, prod},
     {"mean", "x", "y", "mean of a vector", 1, 1, mean},
     {"dot", "x, y", "z", "scalar product, x conjugated", 2, 2, dot},
-    {"min", "x", "y", "smallest element of a real vector", 1, 1, smallest},
-    {"max", "x", "y", "largest element of a real vector", 1, 1, largest},
+    {"min", "x [, y]", "z", "smallest element of a real vector, or of two arrays place by place", 1, 2, smallest},
+    {"max", "x [, y]", "z", "largest element of a real vector, or of two arrays place by place", 1, 2, largest},
     {"sort", "x [, \"descending\"]", "y", "a real vector in order", 1, 2, sort},
     {"rank", "x [, \"descending\"]", "p", "the rank of each element of a real vector, from 1", 1, 2, rank},
 });

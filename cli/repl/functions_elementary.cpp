@@ -1,9 +1,9 @@
 // Functions that work element by element.
 #include <array>
 
-#include "cli/repl/complex_functions.h"
 #include "cli/repl/functions.h"
 #include "cli/system/progress.h"
+#include "quarn/complex.h"
 
 namespace cli::repl {
 
@@ -60,9 +60,13 @@ Values real_pairs(State& /*state*/, const Arguments& arguments) {
   return {result};
 }
 
+QuarnFloat modulus(const Complex& z) { return quarn::abs(z); }
+QuarnFloat argument(const Complex& z) { return quarn::arg(z); }
 QuarnFloat real_part(const Complex& z) { return z.re; }
 QuarnFloat imaginary_part(const Complex& z) { return z.im; }
 Complex conjugate(const Complex& z) { return is_real(z) ? z : conj(z); }
+
+Values factorials(State& /*state*/, const Arguments& arguments) { return {factorial(arguments.array(0))}; }
 
 // Half away from zero, as in school.
 QuarnFloat rounded(const QuarnFloat& x) {
@@ -72,20 +76,25 @@ QuarnFloat rounded(const QuarnFloat& x) {
 }
 
 constexpr auto kFunctions = std::to_array<Function>({
-    {"sqrt", "x", "y", "square root, complex of negative numbers", 1, 1, complex_map<square_root>},
-    {"exp", "x", "y", "exponential", 1, 1, complex_map<exponential>},
-    {"log", "x", "y", "natural logarithm", 1, 1, complex_map<logarithm>},
-    {"log10", "x", "y", "decimal logarithm of real numbers", 1, 1, real_map<log10>},
-    {"sin", "x", "y", "sine", 1, 1, complex_map<sine>},
-    {"cos", "x", "y", "cosine", 1, 1, complex_map<cosine>},
-    {"tan", "x", "y", "tangent", 1, 1, complex_map<tangent>},
-    {"asin", "x", "y", "arc sine of real numbers", 1, 1, real_map<asin>},
-    {"acos", "x", "y", "arc cosine of real numbers", 1, 1, real_map<acos>},
-    {"atan", "x", "y", "arc tangent of real numbers", 1, 1, real_map<atan>},
+    {"sqrt", "x", "y", "square root, complex of negative numbers", 1, 1, complex_map<quarn::sqrt>},
+    {"exp", "x", "y", "exponential", 1, 1, complex_map<quarn::exp>},
+    {"log", "x", "y", "natural logarithm, complex of negative numbers", 1, 1, complex_map<quarn::log>},
+    {"ln", "x", "y", "the same as log", 1, 1, complex_map<quarn::log>},
+    {"log10", "x", "y", "decimal logarithm", 1, 1, complex_map<quarn::log10>},
+    {"sin", "x", "y", "sine", 1, 1, complex_map<quarn::sin>},
+    {"cos", "x", "y", "cosine", 1, 1, complex_map<quarn::cos>},
+    {"tan", "x", "y", "tangent", 1, 1, complex_map<quarn::tan>},
+    {"asin", "x", "y", "arc sine, complex beyond -1 and 1", 1, 1, complex_map<quarn::asin>},
+    {"acos", "x", "y", "arc cosine, complex beyond -1 and 1", 1, 1, complex_map<quarn::acos>},
+    {"atan", "x", "y", "arc tangent", 1, 1, complex_map<quarn::atan>},
     {"atan2", "y, x", "a", "angle of the point (x, y)", 2, 2, real_pairs<atan2>},
-    {"sinh", "x", "y", "hyperbolic sine", 1, 1, complex_map<hyperbolic_sine>},
-    {"cosh", "x", "y", "hyperbolic cosine", 1, 1, complex_map<hyperbolic_cosine>},
-    {"tanh", "x", "y", "hyperbolic tangent", 1, 1, complex_map<hyperbolic_tangent>},
+    {"sinh", "x", "y", "hyperbolic sine", 1, 1, complex_map<quarn::sinh>},
+    {"cosh", "x", "y", "hyperbolic cosine", 1, 1, complex_map<quarn::cosh>},
+    {"tanh", "x", "y", "hyperbolic tangent", 1, 1, complex_map<quarn::tanh>},
+    {"asinh", "x", "y", "inverse hyperbolic sine", 1, 1, complex_map<quarn::asinh>},
+    {"acosh", "x", "y", "inverse hyperbolic cosine, complex below 1", 1, 1, complex_map<quarn::acosh>},
+    {"atanh", "x", "y", "inverse hyperbolic tangent, complex beyond -1 and 1", 1, 1, complex_map<quarn::atanh>},
+    {"factorial", "n", "y", "n!, exact up to 100000 digits", 1, 1, factorials},
     {"abs", "x", "y", "magnitude", 1, 1, real_valued<modulus>},
     {"arg", "x", "y", "angle of a complex number, -pi to pi", 1, 1, real_valued<argument>},
     {"re", "x", "y", "real part", 1, 1, real_valued<real_part>},

@@ -4,7 +4,9 @@
 #include <new>
 
 #include "cli/commands/options.h"
+#include "cli/io/input.h"
 #include "cli/io/number_text.h"
+#include "cli/io/output.h"
 #include "cli/repl/fault.h"
 
 namespace cli::repl {
@@ -77,14 +79,17 @@ std::string padded(const std::string& text, std::size_t width) {
 constexpr const char* kOverview =
     R"(Expressions: + - * / ^ with the usual precedence, \ solves, ' transposes and conjugates,
 .* ./ .^ go element by element. Numbers 1.5e-3, 2i; vectors [1, 2, 3]; matrices
-[1, 2; 3, 4]; ranges 1:10 and 0:0.1:1; elements A(2, 1), A(:, 1), x(3), from 1.
+[1, 2; 3, 4]; ranges 1:10 and 0:0.1:1; elements A(2, 1), A(:, 1), x(3), x(end), from 1.
+2pi is 2*pi; 10! a factorial. Whole numbers are exact at any size, whatever the digits.
 A name takes a value by x = 1.5; several by L, U, P = lu(A). A semicolon at the end
-keeps quiet, # starts a comment.
+keeps quiet, # or % starts a comment.
 
 Commands:
   digits D        work with D digits from now on; digits alone tells them
   who             the variables
   clear [NAMES]   forget variables
+  save "FILE"     write variables, digits and random state to a file
+  load "FILE"     run the lines of such a file
   help [NAME]     this page, or what a function does
   quit, exit      end
 )";
@@ -129,6 +134,13 @@ std::string Interpreter::run_command(const Statement& statement) {
     clear(statement);
     return "";
   }
+  if (command == "save" || command == "load") {
+    if (statement.words.size() != 1 || statement.words.front().kind != Kind::text) {
+      throw Fault(statement.at, command + " takes the name of a file: " + command + " \"session.quarn\"");
+    }
+    command == "save" ? save(statement) : load(statement);
+    return "";
+  }
   if (!statement.words.empty()) {
     throw Fault(statement.words.front().at, command + " stands alone");
   }
@@ -143,6 +155,91 @@ std::string Interpreter::who() const {
     text += "  " + padded(name, 8) + "  " + (array == nullptr ? "a text" : shape(*array)) + "\n";
   }
   return text;
+}
+
+namespace {
+
+// Text that reads as the same number; infinity and NaN have no letters in the language.
+std::string part_text(const QuarnFloat& x) {
+  return isnan(x) ? "(0/0)" : isinf(x) ? (signbit(x) ? "(-1/0)" : "(1/0)") : x.to_string();
+}
+
+std::string element_text(const Complex& z) {
+  return is_real(z) ? part_text(z.re) : "(" + part_text(z.re) + " + " + part_text(z.im) + "*i)";
+}
+
+std::string array_text(const Array& a) {
+  if (size(a) == 0) {
+    return "fill(" + std::to_string(a.rows()) + ", " + std::to_string(a.columns()) + ")";
+  }
+  std::string text = "[";
+  for (std::size_t i = 0; i < a.rows(); ++i) {
+    for (std::size_t j = 0; j < a.columns(); ++j) {
+      text += (j > 0 ? ", " : i > 0 ? ";\n  " : "") + element_text(a(i, j));
+    }
+  }
+  return text + "]";
+}
+
+}  // namespace
+
+// A script: the variables with all their digits, then the working digits and the random numbers' state.
+void Interpreter::save(const Statement& statement) const {
+  std::string text;
+  std::size_t longest = std::size_t(QuarnDigits());
+  for (const auto& [name, value] : variables_) {
+    const auto* array = std::get_if<Array>(&value);
+    text += name + " = " + (array == nullptr ? "\"" + std::get<std::string>(value) + "\"" : array_text(*array)) + ";\n";
+    for (const Complex& element : array == nullptr ? std::vector<Complex>() : elements(*array)) {
+      longest = std::max({longest, element.re.to_string().size(), element.im.to_string().size()});
+    }
+  }
+  std::string seeds = std::to_string(state_.random.generator());
+  for (const Integer word : state_.random.state()) {
+    seeds += ", " + std::to_string(word);
+  }
+  const std::size_t most = std::size_t(kMostDigits);
+  write_output("# quarn session\ndigits " + std::to_string(std::min(longest, most)) + "\n" + text + "seed(" + seeds +
+                   ");\ndigits " + std::to_string(QuarnDigits()) + "\n",
+               statement.words.front().text);
+}
+
+void Interpreter::load(const Statement& statement) {
+  const Node& file = statement.words.front();
+  const std::string text = read_input(file.text);
+  try {
+    run(text);
+  } catch (const Fault& fault) {
+    const std::string place = file.text + ":" + std::to_string(line_of(text, fault) + 1) + ": ";
+    throw Fault(file.at, place + fault.what(), fault.status());
+  }
+}
+
+std::string Interpreter::suggestion(const std::string& name) const {
+  std::string best;
+  std::size_t least = std::max<std::size_t>(1, name.size() / 3) + 1;
+  for (const std::string& known : names_with("")) {
+    // Levenshtein's distance, row by row; two neighbours that changed places count once.
+    std::vector<std::vector<std::size_t>> rows(name.size() + 1, std::vector<std::size_t>(known.size() + 1));
+    for (std::size_t i = 0; i <= name.size(); ++i) {
+      for (std::size_t j = 0; j <= known.size(); ++j) {
+        if (i == 0 || j == 0) {
+          rows[i][j] = i + j;
+          continue;
+        }
+        rows[i][j] = std::min(
+            {rows[i - 1][j] + 1, rows[i][j - 1] + 1, rows[i - 1][j - 1] + (name[i - 1] == known[j - 1] ? 0 : 1)});
+        if (i > 1 && j > 1 && name[i - 1] == known[j - 2] && name[i - 2] == known[j - 1]) {
+          rows[i][j] = std::min(rows[i][j], rows[i - 2][j - 2] + 1);
+        }
+      }
+    }
+    if (rows.back().back() < std::min(least, std::max(name.size(), known.size()))) {
+      least = rows.back().back();
+      best = known;
+    }
+  }
+  return best.empty() ? "" : "; did you mean '" + best + "'?";
 }
 
 std::string Interpreter::set_digits(const Statement& statement) {
@@ -166,7 +263,7 @@ void Interpreter::clear(const Statement& statement) {
   }
   for (const Node& word : statement.words) {
     if (variables_.erase(word.text) == 0) {
-      throw Fault(word.at, "there is no variable '" + word.text + "'");
+      throw Fault(word.at, "there is no variable '" + word.text + "'" + suggestion(word.text));
     }
   }
 }
@@ -303,6 +400,10 @@ std::vector<Value> Interpreter::values_of(const Node& node) {
 Value Interpreter::evaluate(const Node& node) {
   switch (node.kind) {
     case Kind::number: {
+      // Whole numbers are taken as they are, however long.
+      const bool whole = std::all_of(node.text.begin(), node.text.end(), is_digit);
+      const std::size_t length = std::min(node.text.size(), std::size_t(kMostExactDigits));
+      const tesk2mp::Digits digits(std::max(QuarnDigits(), whole ? int(length) : 1));
       const Complex value = to_complex_number(node.text);
       if (!isfinite(value)) {
         throw Fault(node.at, "beyond the range of numbers");
@@ -312,6 +413,9 @@ Value Interpreter::evaluate(const Node& node) {
     case Kind::text:
       return node.text;
     case Kind::name: {
+      if (node.text == "end" && !ends_.empty()) {
+        return number(Complex(QuarnFloat(ends_.back())));
+      }
       if (const auto found = variables_.find(node.text); found != variables_.end()) {
         return found->second;
       }
@@ -320,7 +424,7 @@ Value Interpreter::evaluate(const Node& node) {
       }
       const Function* function = find_function(node.text);
       throw Fault(node.at, function != nullptr ? "'" + node.text + "' is a function: " + usage(*function)
-                                               : "there is no variable '" + node.text + "'");
+                                               : "there is no variable '" + node.text + "'" + suggestion(node.text));
     }
     case Kind::call: {
       std::vector<Value> values = call(node);
@@ -335,8 +439,8 @@ Value Interpreter::evaluate(const Node& node) {
     }
     case Kind::chain:
       return chain(node);
-    case Kind::transpose:
-      return transposed(node);
+    case Kind::postfix:
+      return postfixed(node);
     case Kind::range:
       return range(node);
     default:
@@ -362,10 +466,11 @@ Array Interpreter::chain(const Node& node) {
   return result;
 }
 
-Array Interpreter::transposed(const Node& node) {
+Array Interpreter::postfixed(const Node& node) {
   Array result = evaluate_array(node.children.front());
-  for (std::size_t k = 0; k < node.signs.size(); ++k) {
-    result = conjugate_transpose(result);
+  for (const Sign& sign : node.signs) {
+    result = at_place(Node{Kind::sign, sign.at, "", {}},
+                      [&] { return sign.text == "!" ? factorial(result) : conjugate_transpose(result); });
   }
   return result;
 }
@@ -449,7 +554,7 @@ std::vector<Value> Interpreter::call(const Node& node) {
   }
   const Function* function = find_function(node.text);
   if (function == nullptr) {
-    throw Fault(node.at, "there is no variable and no function '" + node.text + "'");
+    throw Fault(node.at, "there is no variable and no function '" + node.text + "'" + suggestion(node.text));
   }
   const std::size_t count = node.children.size();
   if (count < function->least || count > function->most) {
@@ -496,6 +601,13 @@ std::vector<std::size_t> Interpreter::indices(const Node& node, std::size_t size
     }
     return places;
   }
+  // Left again however the evaluation ends.
+  struct End {
+    std::vector<std::size_t>& ends;
+    ~End() { ends.pop_back(); }
+  };
+  ends_.push_back(size);
+  const End end{ends_};
   for (const Complex& value : elements(evaluate_array(node))) {
     const bool whole = value.im == 0 && isfinite(value.re) && trunc(value.re) == value.re;
     if (!whole || value.re < 1 || value.re > QuarnFloat(size)) {

@@ -27,6 +27,8 @@ class Interpreter {
   // These return what is to be shown.
   std::string run(const Statement& statement);
   std::string run_command(const Statement& statement);
+  void save(const Statement& statement) const;
+  void load(const Statement& statement);
   std::string set_digits(const Statement& statement);
   std::string help(const std::vector<Node>& words) const;
   std::string who() const;
@@ -40,16 +42,19 @@ class Interpreter {
   Value evaluate(const Node& node);
   Array evaluate_array(const Node& node);
   Array chain(const Node& node);
-  Array transposed(const Node& node);
+  Array postfixed(const Node& node);
   Array range(const Node& node);
   Array matrix(const Node& node);
   std::vector<Value> call(const Node& node);
   Array indexed(const Node& node, const Value& variable);
   std::vector<std::size_t> indices(const Node& node, std::size_t size);
+  // ", did you mean ...?", where a name is like the one that does not exist.
+  std::string suggestion(const std::string& name) const;
 
   std::function<void(const std::string&)> print_;
   std::map<std::string, Value> variables_;
   State state_;
+  std::vector<std::size_t> ends_;  // what `end` stands for: one for each index that is being evaluated
   bool finished_ = false;
 };
 

@@ -10,8 +10,8 @@ namespace cli::repl {
 
 namespace {
 
-constexpr std::string_view kSigns[] = {".*", "./", ".^", "+", "-", "*", "/", "\\", "^",
-                                       "(",  ")",  "[",  "]", ",", ";", ":", "=",  "'"};
+constexpr std::string_view kSigns[] = {".*", "./", ".^", "+", "-", "*", "/", "\\", "^", "(",
+                                       ")",  "[",  "]",  ",", ";", ":", "=", "'",  "!"};
 
 bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; }
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
@@ -34,8 +34,9 @@ class Lexer {
   char look(std::size_t ahead = 0) const { return at_ + ahead < text_.size() ? text_[at_ + ahead] : '\0'; }
 
   void skip_blanks() {
-    while (is_blank(look()) || look() == '#' || (look() == '\n' && depth_ > 0)) {
-      if (look() == '#') {
+    const auto at_comment = [this] { return look() == '#' || look() == '%'; };
+    while (is_blank(look()) || at_comment() || (look() == '\n' && depth_ > 0)) {
+      if (at_comment()) {
         at_ = std::min(text_.find('\n', at_), text_.size());
       } else {
         ++at_;
@@ -94,10 +95,10 @@ class Lexer {
       at_ += sign ? 2 : 1;
       skip_digits();
     }
-    if (look() == 'i') {
+    if (look() == 'i' && !is_letter(look(1)) && !is_digit(look(1))) {
       ++at_;
     }
-    if (is_letter(look()) || look() == '.') {
+    if (look() == '.' && look(1) != '*' && look(1) != '/' && look(1) != '^') {
       throw Fault(at_, "a number ends before this character");
     }
     add(Token::Kind::number, text_.substr(start, at_ - start), start);

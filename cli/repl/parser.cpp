@@ -79,6 +79,9 @@ class Parser {
 
   Node word() {
     const Token& token = take();
+    if (token.kind == Token::Kind::text) {
+      return {Kind::text, token.at, token.text, {}};
+    }
     if (token.kind != Token::Kind::name && token.kind != Token::Kind::number) {
       throw Fault(token.at, "a name or a number is expected here");
     }
@@ -183,7 +186,14 @@ class Parser {
       result.children.push_back(signed_power());
       return result;
     }
+    const bool is_number = look().kind == Token::Kind::number;
     Node base = postfix();
+    if (is_number && base.kind == Kind::number && look().kind == Token::Kind::name && !look().blank_before) {
+      Node product{Kind::chain, look().at, "", {}, {{"*", look().at}}};
+      product.children.push_back(std::move(base));
+      product.children.push_back(signed_power());
+      return product;
+    }
     if (!look().is("^") && !look().is(".^")) {
       return base;
     }
@@ -196,14 +206,15 @@ class Parser {
 
   Node postfix() {
     Node operand = primary();
-    std::vector<Sign> primes;
-    while (look().is("'") && !(in_row_ && look().blank_before)) {
-      primes.push_back({"'", take().at});
+    std::vector<Sign> signs;
+    while ((look().is("'") || look().is("!")) && !(in_row_ && look().blank_before)) {
+      signs.push_back({look().text, look().at});
+      take();
     }
-    if (primes.empty()) {
+    if (signs.empty()) {
       return operand;
     }
-    Node result{Kind::transpose, primes.back().at, "'", {}, std::move(primes)};
+    Node result{Kind::postfix, signs.back().at, "", {}, std::move(signs)};
     result.children.push_back(std::move(operand));
     return result;
   }
@@ -283,7 +294,7 @@ class Parser {
 }  // namespace
 
 const std::vector<std::string>& command_names() {
-  static const std::vector<std::string> kNames = {"clear", "digits", "exit", "help", "quit", "who"};
+  static const std::vector<std::string> kNames = {"clear", "digits", "exit", "help", "load", "quit", "save", "who"};
   return kNames;
 }
 

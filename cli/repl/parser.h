@@ -15,17 +15,17 @@ struct Sign {
 
 struct Node {
   enum class Kind {
-    number,     // text
-    text,       // text
-    name,       // text
-    call,       // text (children): a function's value or elements of a variable
-    sign,       // text: "+" or "-" before its only child
-    chain,      // operands joined from left to right by `signs`: one child more than signs
-    transpose,  // conjugates and transposes its only child, once for each of the `signs`
-    range,      // first : last, or first : step : last
-    all,        // a colon alone, as an index
-    matrix,     // children are rows
-    row         // children are elements
+    number,   // text
+    text,     // text
+    name,     // text
+    call,     // text (children): a function's value or elements of a variable
+    sign,     // text: "+" or "-" before its only child
+    chain,    // operands joined from left to right by `signs`: one child more than signs
+    postfix,  // its only child, conjugated and transposed for each ' among the `signs`, n! for each !
+    range,    // first : last, or first : step : last
+    all,      // a colon alone, as an index
+    matrix,   // children are rows
+    row       // children are elements
   };
   Kind kind = Kind::number;
   std::size_t at = 0;  // in the text, from 0
@@ -50,7 +50,8 @@ struct Statement {
 ///   product     signed {(* | / | \ | .* | ./) signed}
 ///   signed      {+ | -} power
 ///   power       postfix [(^ | .^) signed]         so that -2^2 is -4 and 2^3^2 is 2^9
-///   postfix     primary {'}                       the conjugate transpose
+///             | number power                      a number that touches a name: 2pi, 1/2pi is 1/(2 pi)
+///   postfix     primary {' | !}                   the conjugate transpose, the factorial
 ///   primary     number, "text", NAME, NAME(arguments), (expression), [rows between semicolons]
 /// In a row, commas or blanks part the elements: [1 -2] has two, [1 - 2] and [1-2] one.
 /// Throws Fault.

@@ -4,9 +4,9 @@
 
 #include "cli/io/number_text.h"
 #include "cli/io/result.h"
-#include "cli/repl/complex_functions.h"
 #include "cli/system/memory.h"
 #include "cli/system/progress.h"
+#include "quarn/complex.h"
 
 namespace cli::repl {
 
@@ -30,19 +30,77 @@ Array elementwise(const char* what, Operation operation, const Array& a, const A
   return result;
 }
 
+// However long.
+bool is_whole(const QuarnFloat& x) {
+  const tesk2mp::Digits digits(kMostExactDigits);
+  return isfinite(x) && trunc(x) == x;
+}
+
+// The decimal digits before the point.
+Integer places_of(const QuarnFloat& x) { return FloatToInt(floor(log10(fabs(x)))) + 1; }
+
+// A result of whole numbers that is longer than the working digits, once more with as many digits as it has.
+template <class Operate>
+Complex exact_if_whole(const Operate& operate, const QuarnFloat& a, const QuarnFloat& b) {
+  QuarnFloat result = operate(a, b);
+  if (!isfinite(result) || fabs(result) < QuarnFloat(1, QuarnDigits()) || !is_whole(a) || !is_whole(b)) {
+    return result;
+  }
+  const Integer places = places_of(result) + 1;
+  if (places > kMostExactDigits) {
+    return result;
+  }
+  const tesk2mp::Digits digits(std::max(int(places), QuarnDigits()));
+  return operate(a, b);
+}
+
 // Real numbers keep out of complex arithmetic, where 0 times infinity would spoil them.
-Complex sum(const Complex& a, const Complex& b) { return a + b; }
-Complex difference(const Complex& a, const Complex& b) { return a - b; }
+Complex sum(const Complex& a, const Complex& b) {
+  return repl::is_real(a) && repl::is_real(b)
+             ? exact_if_whole([](const auto& x, const auto& y) { return x + y; }, a.re, b.re)
+             : a + b;
+}
+Complex difference(const Complex& a, const Complex& b) {
+  return repl::is_real(a) && repl::is_real(b)
+             ? exact_if_whole([](const auto& x, const auto& y) { return x - y; }, a.re, b.re)
+             : a - b;
+}
 Complex product(const Complex& a, const Complex& b) {
   if (repl::is_real(a) && repl::is_real(b)) {
-    return a.re * b.re;
+    return exact_if_whole([](const auto& x, const auto& y) { return x * y; }, a.re, b.re);
   }
   return repl::is_real(a)   ? Complex(a.re * b.re, a.re * b.im)
          : repl::is_real(b) ? Complex(a.re * b.re, a.im * b.re)
                             : a * b;
 }
 Complex quotient(const Complex& a, const Complex& b) {
+  if (repl::is_real(a) && repl::is_real(b)) {
+    const Complex exact = exact_if_whole([](const auto& x, const auto& y) { return x / y; }, a.re, b.re);
+    return is_whole(exact.re) && product(exact, b) == a ? exact : Complex(a.re / b.re);
+  }
   return repl::is_real(b) ? Complex(a.re / b.re, repl::is_real(a) ? QuarnFloat() : a.im / b.re) : a / b;
+}
+
+Complex power(const Complex& a, const Complex& b) {
+  if (repl::is_real(a) && repl::is_real(b) && b.re > 0) {
+    if (a.re >= 0 || is_whole(b.re)) {
+      return exact_if_whole([](const auto& x, const auto& y) { return pow(x, y); }, a.re, b.re);
+    }
+  }
+  return quarn::pow(a, b);
+}
+
+// from (from + 1) ... to, by halves.
+QuarnFloat whole_product(Integer from, Integer to) {
+  if (to - from < 8) {
+    QuarnFloat result(from);
+    for (Integer k = from + 1; k <= to; ++k) {
+      result *= QuarnFloat(k);
+    }
+    return result;
+  }
+  const Integer middle = from + (to - from) / 2;
+  return whole_product(from, middle) * whole_product(middle + 1, to);
 }
 
 Array matrix_product(const Array& a, const Array& b) {
@@ -244,13 +302,50 @@ Array conjugate_transpose(const Array& a) {
   return result;
 }
 
+Complex added(const Complex& a, const Complex& b) { return sum(a, b); }
+
+Array factorial(const Array& a) {
+  constexpr Integer kLargest = 1'000'000;
+  Array result = make_array(a.rows(), a.columns());
+  for (std::size_t k = 0; k < size(a); ++k) {
+    const Complex& value = a.data()[k];
+    if (!is_real(value) || !is_whole(value.re) || value.re < 0 || value.re > kLargest) {
+      throw Unfit("factorials are of whole numbers from 0 to " + std::to_string(kLargest));
+    }
+    const Integer n = FloatToInt(value.re);
+    constexpr int kGuard = 10;
+    const int digits = QuarnDigits();
+    QuarnFloat product;
+    {
+      const tesk2mp::Digits more(std::max<int>(std::min<Integer>(6 * n, kMostExactDigits), digits) + kGuard);
+      product = n < 2 ? QuarnFloat(1) : whole_product(1, n);
+    }
+    // Beyond the exact ones it is rounded to the working digits.
+    result.data()[k] = places_of(product) <= kMostExactDigits ? product : product * QuarnFloat(1);
+  }
+  return result;
+}
+
+// Whole numbers that were worked out with more than the working digits stand in plain digits.
+std::string number_text(const Complex& value) {
+  const Complex plain = without_negative_zeros(value);
+  const std::string text = complex_text(plain);
+  const std::size_t mark = text.find("e+");
+  const std::size_t digits = mark == std::string::npos ? 0 : mark - (text[0] == '-' ? 1 : 0);
+  if (!is_real(plain) || digits <= std::size_t(QuarnDigits()) + 1 || !is_whole(plain.re) ||
+      std::size_t(places_of(plain.re)) > 2 * digits) {
+    return text;
+  }
+  return whole_number_text(plain.re);
+}
+
 std::string shown(const std::string& name, const Value& value) {
   if (const auto* text = std::get_if<std::string>(&value)) {
     return name + " = \"" + *text + "\"\n";
   }
   const Array& a = std::get<Array>(value);
   if (is_number(a)) {
-    return name + " = " + complex_text(without_negative_zeros(a(0, 0))) + "\n";
+    return name + " = " + number_text(a(0, 0)) + "\n";
   }
   if (size(a) == 0) {
     return name + " = []  (" + shape(a) + ")\n";

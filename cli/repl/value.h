@@ -15,6 +15,8 @@ using Array = tesk2mp::Matrix<Complex>;
 using RealArray = tesk2mp::Matrix<QuarnFloat>;
 using Value = std::variant<Array, std::string>;
 
+constexpr Integer kMostExactDigits = 100'000;
+
 /// The reason why a value will not do. The evaluation adds the place: the function or sign, or one of its arguments.
 class Unfit : public std::runtime_error {
  public:
@@ -36,6 +38,7 @@ inline std::size_t size(const Array& a) { return a.rows() * a.columns(); }
 inline bool is_number(const Array& a) { return size(a) == 1; }
 inline bool is_vector(const Array& a) { return size(a) > 0 && (a.rows() == 1 || a.columns() == 1); }
 bool is_real(const Array& a);
+inline bool is_real(const Complex& z) { return z.im == 0; }
 /// "2 by 3"
 std::string shape(const Array& a);
 
@@ -47,10 +50,20 @@ Array complex_array(const RealArray& a);
 /// The elements with another shape of as many.
 Array reshaped(const std::vector<Complex>& values, std::size_t rows, std::size_t columns);
 
-/// sign: + - * / \ ^ .* ./ .^ of two arrays. Throws Unfit.
+/// sign: + - * / \ ^ .* ./ .^ of two arrays. Throws Unfit. Whole numbers give whole numbers of up to kMostExactDigits
+/// digits exactly, whatever the working digits.
 Array operate(const std::string& sign, const Array& a, const Array& b);
 Array negative(const Array& a);
 Array conjugate_transpose(const Array& a);
+
+/// The sum of two numbers, by the same rule.
+Complex added(const Complex& a, const Complex& b);
+
+/// n! of each element: a whole number from 0.
+Array factorial(const Array& a);
+
+/// A number as it is shown and can be read again.
+std::string number_text(const Complex& value);
 
 /// "name = 1.5", or a heading and the rows of an array in line.
 std::string shown(const std::string& name, const Value& value);

@@ -31,7 +31,7 @@ class Transcripts(unittest.TestCase):
                 done = subprocess.run([*COMMAND, "repl", "--keep-going"], input="\n".join(typed) + "\n", text=True, timeout=60,
                                       stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
                 self.assertEqual(done.stdout.splitlines(), answered)
-                self.assertEqual(done.returncode, 0)
+                self.assertEqual(done.returncode, 1 if any(line.startswith("error: ") for line in answered) else 0)
 
 
 class Expressions(unittest.TestCase):
@@ -127,6 +127,37 @@ class Runs(unittest.TestCase):
             self.assertEqual(run_well("repl", "--eval", "1", "--eval", "2", "--output", file), "")
             with open(file, encoding="utf-8") as text:
                 self.assertEqual(text.read(), "ans = 1\nans = 2\n")
+
+    def test_a_session_is_saved_and_loaded_with_all_digits(self):
+        with tempfile.TemporaryDirectory() as folder:
+            file = os.path.join(folder, "session.quarn")
+            lines = ["x = 1/3; digits 60", "A = random(2, 3) + i*random(2, 3); B = A + 0; s = \"text\"; e0 = fill(0, 2); n = 40!",
+                     "big = [1/0, -1/0, 2]; digits 30", f'save "{file}"', "r = random()"]
+            after = [f'load "{file}"', "norm(A - B, \"max\")", "x", "s", "n", "big", "size(e0)", "r - random()", "digits"]
+            first = run_well("repl", *[part for line in lines for part in ("--eval", line)])
+            number = first.splitlines()[-1].removeprefix("r = ")
+            after[7] = f"{number} - random()"
+            shown = run_well("repl", *[part for line in after for part in ("--eval", line)])
+            self.assertEqual(shown, "ans = 0\nx = 0.33333333333333333333\ns = \"text\"\n"
+                             "n = 815915283247897734345611269596115894272000000000\nbig =\n  inf  -inf  2\nans =\n  0  2\n"
+                             "ans = 0\n30\n")
+            with open(file, "a", encoding="utf-8") as session:
+                session.write("1 +\n")
+            done = run("repl", "--eval", f'load "{file}"')
+            self.assertEqual(done.returncode, 2)
+            self.assertRegex(done.stderr, r"session\.quarn:\d+: a number, a name or a bracket is expected here")
+
+    def test_calc_inv_and_det(self):
+        self.assertEqual(run_well("calc", "30! / 28!"), "870\n")
+        self.assertEqual(run_well("calc", "[1 2]'"), "  1\n  2\n")
+        self.assertEqual(run_well("calc", "1/3", "--digits", "5"), "0.33333\n")
+        done = run("calc", "1 + sqr(2)")
+        self.assertEqual((done.returncode, done.stderr.splitlines()[-1]),
+                         (2, "quarn: there is no variable and no function 'sqr'; did you mean 'sqrt'?"))
+        self.assertEqual(run_well("det", "-", "--format", "csv", stdin="2 0\n1 3\n"), "determinant\n6\n")
+        self.assertEqual(run_well("inv", "-", "--format", "csv", stdin="2 0\n0 4\n").splitlines()[1:], ["0.5,0", "0,0.25"])
+        self.assertEqual(run("inv", "-", stdin="1 2\n2 4\n").returncode, 1)
+        self.assertEqual(run("det", "-", stdin="1 2 3\n2 4 5\n").returncode, 2)
 
     def test_help_tells_of_every_function(self):
         overview = run_well("repl", "--eval", "help")
