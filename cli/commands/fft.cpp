@@ -22,6 +22,7 @@ namespace {
 struct FftOptions {
   std::string input;
   std::string column;
+  TableOptions table;
   bool inverse = false;
   bool classic = false;
   std::string window = "none";
@@ -293,7 +294,7 @@ void check_number(const std::string& option, const std::string& text) {
 }
 
 void run_forward(const FftOptions& options) {
-  const NumberTable table = NumberTable::read(options.input);
+  const NumberTable table = NumberTable::read(options.input, options.table);
   const Sequence sequence = sequence_from(table, options.column);
   const Entry entry = entry_for(options);
   check_number("--beta", options.beta);
@@ -330,7 +331,7 @@ void run_forward(const FftOptions& options) {
 }
 
 void run_inverse(const FftOptions& options) {
-  const NumberTable table = NumberTable::read(options.input);
+  const NumberTable table = NumberTable::read(options.input, options.table);
   Sequence sequence;
   sequence.values = half_complex_from(table, options.column);
   const Entry entry = entry_for(options);
@@ -377,6 +378,7 @@ void declare(Command& command) {
   auto options = std::make_shared<FftOptions>();
   command.argument("FILE", options->input, "the data; - is standard input");
   command.text("--column", "NAME", options->column, "name or number of the column (default: the last numeric one)");
+  add_table_options(command, options->table);
   command.flag("--inverse,--backward", options->inverse, "the inverse transform, from a spectrum back");
   command.flag("--classic", options->classic,
                "use the classic entry, whose constants are doubles (about 16 digits at any precision)");

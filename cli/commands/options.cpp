@@ -32,6 +32,15 @@ Format format_of_file(Forms forms, const std::string& file) {
   return Format::text;
 }
 
+void add_table_options(Command& command, TableOptions& options) {
+  command.choice("--decimal", "SIGN", options.decimal, {"point", "comma"},
+                 "the decimal sign (default: what the numbers have)");
+  constexpr Integer kMostLines = 1'000'000;
+  command.number("--skip", "LINES", options.skip, 0, kMostLines, "leave out so many lines at the top");
+  command.choice("--missing", "WAY", options.missing, {"error", "drop", "interpolate"},
+                 "cells that are empty, NA, NaN or null: error (default), drop or interpolate");
+}
+
 void add_output_file_option(Command& command, std::string& file) {
   command.text("--output", "FILE", file, "write the result to this file; - is standard output (default)");
 }
@@ -54,6 +63,12 @@ void add_output_options(Command& command, OutputOptions& options, Forms forms) {
     options.file = values.front();
     if (!options.format_given) {
       options.format = format_of_file(forms, options.file);
+      const std::string name = options.file.substr(options.file.find_last_of("/\\") + 1);
+      const std::size_t ending = name.rfind('.');
+      if (options.format == Format::text && ending != std::string::npos && ending > 0 && !name.ends_with(".txt")) {
+        throw bad_input("--output: '" + name.substr(ending) + "' says no format: end the name in .txt, .csv" +
+                        (forms == Forms::matrix ? ", .json or .mtx" : " or .json") + ", or give --format");
+      }
     }
   };
   command.add(std::move(output));

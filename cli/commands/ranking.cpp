@@ -21,6 +21,7 @@ std::shared_ptr<RankingOptions> add_ranking_options(Command& command) {
   auto options = std::make_shared<RankingOptions>();
   command.argument("FILE", options->input, "the data; - is standard input");
   command.text("--column", "NAME", options->column, "name or number of the column (default: the last numeric one)");
+  add_table_options(command, options->table);
   command.flag("--descending", options->descending, "largest first; equal values keep their order either way");
   command.add_digits();
   add_output_options(command, options->output);
@@ -29,7 +30,7 @@ std::shared_ptr<RankingOptions> add_ranking_options(Command& command) {
 }
 
 RankedColumn rank_column(const RankingOptions& options) {
-  const NumberTable table = NumberTable::read(options.input);
+  const NumberTable table = NumberTable::read(options.input, options.table);
   const NumberTable::Column& chosen = table.choose(options.column);
   if (chosen.cells.size() > std::size_t(std::numeric_limits<Integer>::max())) {
     throw bad_input("more values than a 32-bit count can hold");

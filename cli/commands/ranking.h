@@ -15,6 +15,7 @@ namespace cli {
 struct RankingOptions {
   std::string input;
   std::string column;
+  TableOptions table;
   bool descending = false;
   OutputOptions output;
 

@@ -23,6 +23,33 @@ struct CloseUnlessStandardInput {
   }
 };
 
+// UTF-16 with its mark, as UTF-8; a lone half of a pair becomes the replacement character.
+std::string from_utf16(const std::string& bytes) {
+  const bool little = bytes[0] == '\xFF';
+  const auto unit = [&](std::size_t at) {
+    const auto first = static_cast<unsigned char>(bytes[at]);
+    const auto second = static_cast<unsigned char>(bytes[at + 1]);
+    return char32_t(little ? first + 256 * second : 256 * first + second);
+  };
+  std::string text;
+  for (std::size_t at = 2; at + 1 < bytes.size(); at += 2) {
+    char32_t c = unit(at);
+    if (c >= 0xD800 && c < 0xDC00 && at + 3 < bytes.size() && unit(at + 2) >= 0xDC00 && unit(at + 2) < 0xE000) {
+      c = 0x10000 + ((c - 0xD800) << 10) + (unit(at + 2) - 0xDC00);
+      at += 2;
+    } else if (c >= 0xD800 && c < 0xE000) {
+      c = 0xFFFD;
+    }
+    const int more = c < 0x80 ? 0 : c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
+    constexpr int kLeading[] = {0, 0xC0, 0xE0, 0xF0};
+    text += char(kLeading[more] + int(c >> (6 * more)));
+    for (int k = more - 1; k >= 0; --k) {
+      text += char(0x80 + int((c >> (6 * k)) & 0x3F));
+    }
+  }
+  return text;
+}
+
 }  // namespace
 
 std::string name_of_input(const std::string& file) { return file == "-" ? "standard input" : file; }
@@ -35,9 +62,15 @@ std::string read_input(const std::string& file) {
     throw bad_input(name + ": " + std::strerror(errno));
   }
   std::string text;
+  bool wide = false;
   std::vector<char> chunk(65536);
   while (const std::size_t length = std::fread(chunk.data(), 1, chunk.size(), stream.get())) {
-    if (std::memchr(chunk.data(), '\0', length) != nullptr) {
+    if (text.empty() && length > 1 && chunk[0] == '\x1F' && chunk[1] == '\x8B') {
+      throw bad_input(name + ": compressed; 'gunzip -c FILE | quarn ... -' reads it");
+    }
+    wide = wide || (text.empty() && length > 1 &&
+                    ((chunk[0] == '\xFF' && chunk[1] == '\xFE') || (chunk[0] == '\xFE' && chunk[1] == '\xFF')));
+    if (!wide && std::memchr(chunk.data(), '\0', length) != nullptr) {
       throw bad_input(name + ": not a text file");
     }
     if (text.size() + length > kLongestInput) {
@@ -48,6 +81,9 @@ std::string read_input(const std::string& file) {
   QuarnCheckInterrupt();  // which ends a read
   if (std::ferror(stream.get()) != 0) {
     throw bad_input(name + ": " + std::strerror(errno));
+  }
+  if (wide) {
+    text = from_utf16(text);
   }
   constexpr const char* kByteOrderMark = "\xEF\xBB\xBF";
   if (text.starts_with(kByteOrderMark)) {

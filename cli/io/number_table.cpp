@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <type_traits>
+#include <utility>
 
 #include "cli/commands/failure.h"
 #include "cli/io/input.h"
@@ -25,9 +26,9 @@ std::string_view trimmed(std::string_view text) {
 }
 
 // A character a separator of cells, or ' ' for any run of blanks.
-char separator_of(std::string_view line) {
+char separator_of(std::string_view line, bool decimal_commas) {
   for (const char candidate : {';', ',', '\t'}) {
-    if (line.find(candidate) != std::string_view::npos) {
+    if ((candidate != ',' || !decimal_commas) && line.find(candidate) != std::string_view::npos) {
       return candidate;
     }
   }
@@ -109,16 +110,20 @@ std::string shown(const std::string& cell) {
 
 }  // namespace
 
-NumberTable NumberTable::read(const std::string& file) { return parse(read_input(file), name_of_input(file)); }
+NumberTable NumberTable::read(const std::string& file, const TableOptions& options) {
+  return parse(read_input(file), name_of_input(file), options);
+}
 
-NumberTable NumberTable::parse(const std::string& text, const std::string& source) {
+NumberTable NumberTable::parse(const std::string& text, const std::string& source, const TableOptions& options) {
   NumberTable table;
   table.source_ = source;
+  table.options_ = options;
   const std::size_t first = text.find_first_not_of(" \t\r\n");
   if (first != std::string::npos && (text[first] == '{' || text[first] == '[')) {
     table.columns_ = columns_of_json(text, source);
   } else {
     table.parse_lines(text);
+    table.settle_decimals();
   }
   if (table.columns_.empty() || table.columns_.front().cells.empty()) {
     throw bad_input(source + ": no numbers in it");
@@ -129,17 +134,18 @@ NumberTable NumberTable::parse(const std::string& text, const std::string& sourc
 void NumberTable::parse_lines(const std::string& text) {
   std::size_t number = 0;
   bool started = false;
+  bool named = false;
   char separator = ' ';
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t end = std::min(text.find('\n', at), text.size());
     const std::string_view line = trimmed(std::string_view(text).substr(at, end - at));
     at = end + 1;
     ++number;
-    if (line.empty() || line[0] == '#') {
+    if (number <= std::size_t(options_.skip) || line.empty() || line[0] == '#' || line[0] == '%') {
       continue;
     }
     if (!started) {
-      separator = separator_of(line);
+      separator = separator_of(line, options_.decimal == "comma");
     }
     std::vector<std::string> cells = cells_of(line, separator);
     if (!started) {
@@ -149,18 +155,58 @@ void NumberTable::parse_lines(const std::string& text) {
         for (std::size_t i = 0; i < cells.size(); ++i) {
           columns_[i].name = std::move(cells[i]);
         }
+        named = true;
         continue;
       }
+    }
+    const bool below_names = std::exchange(named, false);
+    if (below_names && are_names(cells) && std::none_of(cells.begin(), cells.end(), is_missing)) {
+      continue;  // units
     }
     if (cells.size() != columns_.size()) {
       throw bad_input(source_ + ":" + std::to_string(number) + ": " + std::to_string(cells.size()) +
                       (cells.size() == 1 ? " cell" : " cells") + " where the lines before have " +
-                      std::to_string(columns_.size()));
+                      std::to_string(columns_.size()) +
+                      (separator == ',' && cells.size() == 2 * columns_.size()
+                           ? "; if these are decimal commas, semicolons or tabs have to part the cells"
+                           : ""));
     }
     for (std::size_t i = 0; i < cells.size(); ++i) {
-      columns_[i].cells.push_back(std::move(cells[i]));
+      columns_[i].cells.push_back(with_plain_exponent(std::move(cells[i])));
     }
     lines_.push_back(number);
+  }
+}
+
+// Commas stand for points where no number has a point.
+void NumberTable::settle_decimals() {
+  const auto find_cell = [&](const auto& is_such) -> std::pair<const Column*, std::size_t> {
+    for (const Column& column : columns_) {
+      const auto cell = std::find_if(column.cells.begin(), column.cells.end(), is_such);
+      if (cell != column.cells.end()) {
+        return {&column, std::size_t(cell - column.cells.begin())};
+      }
+    }
+    return {nullptr, 0};
+  };
+  const auto has_point = [](const std::string& cell) {
+    return cell.find('.') != std::string::npos && is_complex_number(cell);
+  };
+  if (options_.decimal == "point" || find_cell(has_decimal_comma).first == nullptr) {
+    return;
+  }
+  if (const auto [column, row] = find_cell(has_point); column != nullptr) {
+    throw bad_input(place(*column, row) + ": '" + column->cells[row] +
+                    "' has a point, and other numbers have commas: " +
+                    (options_.decimal.empty() ? "--decimal comma or --decimal point says which are right"
+                                              : "it does not go with --decimal comma"));
+  }
+  for (Column& column : columns_) {
+    for (std::string& cell : column.cells) {
+      if (has_decimal_comma(cell)) {
+        cell = with_decimal_point(std::move(cell));
+      }
+    }
   }
 }
 
@@ -194,7 +240,8 @@ const NumberTable::Column& NumberTable::choose(const std::string& name) const {
     return *column;
   }
   for (auto column = columns_.rbegin(); column != columns_.rend(); ++column) {
-    if (!column->cells.empty() && is_complex_number(column->cells.front())) {
+    const auto first = std::find_if_not(column->cells.begin(), column->cells.end(), is_missing);
+    if (first != column->cells.end() && is_complex_number(*first)) {
       return *column;
     }
   }
@@ -209,6 +256,12 @@ std::string NumberTable::place(const Column& column, std::size_t row) const {
   return source_ + ": " + (column.name.empty() ? "element " : column.name) + position;
 }
 
+Failure NumberTable::without_number(const Column& column, std::size_t row) const {
+  const std::string& cell = column.cells[row];
+  return bad_input(place(column, row) + ": " + shown(cell) + " is not a " + (is_not_finite(cell) ? "finite " : "") +
+                   "number" + (is_missing(cell) ? " (--missing drop or interpolate goes on without it)" : ""));
+}
+
 template <class T>
 std::vector<T> NumberTable::values(const Column& column, bool (*is_value)(std::string_view),
                                    T (*to_value)(const std::string&)) const {
@@ -217,13 +270,27 @@ std::vector<T> NumberTable::values(const Column& column, bool (*is_value)(std::s
   Progress progress("reading numbers", double(column.cells.size()));
   std::vector<T> values;
   values.reserve(column.cells.size());
+  const bool interpolates = options_.missing == "interpolate";
+  std::size_t known = 0;  // one behind the last row with a number
   for (std::size_t row = 0; row < column.cells.size(); ++row) {
     const std::string& cell = column.cells[row];
-    if (!is_value(cell)) {
-      throw bad_input(place(column, row) + ": " + shown(cell) + " is not a " + (is_not_finite(cell) ? "finite " : "") +
-                      "number");
+    const bool skips = options_.missing != "error" && is_missing(cell);
+    if (skips && (!interpolates || (known > 0 && row + 1 < column.cells.size()))) {
+      continue;
     }
-    values.push_back(to_value(cell));
+    if (!is_value(cell)) {
+      throw without_number(column, row);
+    }
+    // On the straight line from the last number to this one.
+    const std::size_t gap = interpolates ? row - known : 0;
+    const T next = to_value(cell);
+    const T last = gap == 0 ? next : values.back();
+    for (std::size_t k = 1; k <= gap; ++k) {
+      const QuarnFloat part = QuarnFloat(k) / QuarnFloat(gap + 1);
+      values.push_back(last + (next - last) * T(part));
+    }
+    known = row + 1;
+    values.push_back(next);
     progress.advance();
     if (!isfinite(values.back())) {
       throw bad_input(place(column, row) + ": " + shown(cell) + " is beyond the range of numbers");

@@ -6,14 +6,17 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/commands/failure.h"
+#include "cli/io/cell_text.h"
 #include "cli/io/number_text.h"
 #include "quarn/quarnfloat.h"
 
 namespace cli {
 
 /// The columns of one input. Three shapes are read, told apart by their contents:
-/// - lines of cells between commas, semicolons, tabs or blanks, with or without a line of names, where lines that start
-///   with # and empty lines do not count (a plain list of numbers is a table of one column);
+/// - lines of cells between commas, semicolons, tabs or blanks, with or without a line of names and one of units below,
+///   where lines that start with # or % and empty lines do not count (a plain list of numbers is a table of one
+///   column);
 /// - a JSON array of numbers, or of rows of numbers;
 /// - a JSON object, whose members that are arrays are the columns.
 class NumberTable {
@@ -24,9 +27,9 @@ class NumberTable {
   };
 
   /// Reads a file, or standard input for "-". Throws Failure with file, line and reason.
-  static NumberTable read(const std::string& file);
+  static NumberTable read(const std::string& file, const TableOptions& options = {});
   /// The same for a text at hand; `source` names it in messages.
-  static NumberTable parse(const std::string& text, const std::string& source);
+  static NumberTable parse(const std::string& text, const std::string& source, const TableOptions& options = {});
 
   const std::string& source() const { return source_; }
   const std::vector<Column>& columns() const { return columns_; }
@@ -34,7 +37,8 @@ class NumberTable {
   const Column* find(const std::string& name) const;
   /// The column that was asked for, or the last one that starts with a number when `name` is empty.
   const Column& choose(const std::string& name) const;
-  /// The column's numbers, rounded to the working digits. Throws Failure.
+  /// The column's numbers, rounded to the working digits; fewer than cells where missing ones are dropped. Throws
+  /// Failure.
   std::vector<QuarnFloat> numbers(const Column& column) const;
   /// The same for complex numbers, such as 2, -i or 1.5-2e3i.
   std::vector<Complex> complex_numbers(const Column& column) const;
@@ -43,11 +47,14 @@ class NumberTable {
 
  private:
   void parse_lines(const std::string& text);
+  void settle_decimals();
+  Failure without_number(const Column& column, std::size_t row) const;
   template <class T>
   std::vector<T> values(const Column& column, bool (*is_value)(std::string_view),
                         T (*to_value)(const std::string&)) const;
 
   std::string source_;
+  TableOptions options_;
   std::vector<Column> columns_;
   std::vector<std::size_t> lines_;  // of each row; empty for JSON
 };

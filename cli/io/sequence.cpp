@@ -16,7 +16,8 @@ constexpr int kPositionDigits = 40;
 // Takes start and step from a column whose numbers are evenly spaced up to a hundredth of a step, which lets positions
 // pass that were rounded when they were written, such as months in years.
 void take_positions(Sequence& sequence, const NumberTable& table, const NumberTable::Column& column) {
-  if (column.cells.size() < 2 || !std::all_of(column.cells.begin(), column.cells.end(), is_number)) {
+  const bool dropped = sequence.values.size() != column.cells.size();
+  if (dropped || column.cells.size() < 2 || !std::all_of(column.cells.begin(), column.cells.end(), is_number)) {
     return;
   }
   const tesk2mp::Digits scope(std::max(kPositionDigits, QuarnDigits()));

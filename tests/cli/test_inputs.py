@@ -21,6 +21,12 @@ SHAPES = {
     "semicolons": ("day;height\n1;1.5\n2;-2\n3;3e2\n4;4\n", "day"),
     "tabs": ("day\theight\n1\t1.5\n2\t-2\n3\t3e2\n4\t4\n", "day"),
     "blanks": ("  day  height\n   1  1.5\n   2  -2\n   3  3e2\n   4  4\n", "day"),
+    "decimal commas": ("day;height\n1;1,5\n2;-2\n3;3e2\n4;4,0\n", "day"),
+    "decimal commas and tabs": ("day\theight\n1\t1,5\n2\t-2,00\n3\t3,0e2\n4\t4\n", "day"),
+    "decimal commas in quotes": ('day;height\n"1";"1,5"\n"2";"-2,0"\n"3";"300"\n"4";"4"\n', "day"),
+    "Fortran exponents": ("day height\n1 0.15D+01\n2 -2d0\n3 3.0D2\n4 .4D+1\n", "day"),
+    "units": ("day;height\nd;cm\n1;1.5\n2;-2\n3;3e2\n4;4\n", "day"),
+    "comments with per cent signs": ("% data\n1.5\n-2\n3e2\n4\n", "sample"),
     "no names": ("10 1.5\n20 -2\n30 3e2\n40 4\n", "column 1"),
     "quotes": ('"day, ""d""","height"\n"1","1.5"\n2, "-2" \n3,3e2\n4,4\n', 'day, "d"'),
     "words beside": ("height,mark\n1.5,a\n-2,b\n3e2,c\n4,\n", "sample"),
@@ -35,6 +41,8 @@ SHAPES = {
 
 HALF_COMPLEX = "1\n2\n3\n4\n5\n"
 
+WITHOUT = " (--missing drop or interpolate goes on without it)"
+
 # What is wrong, the text, further arguments, and the line on standard error after "quarn: standard input".
 BAD = [
     ("nothing", "", [], ": no numbers in it"),
@@ -42,10 +50,17 @@ BAD = [
     ("names alone", "a,b\n", [], ": no numbers in it"),
     ("a damaged first number", "5x\n1\n", [], ":1: '5x' is not a number"),
     ("a damaged number", "a\n# c\n1\n2z\n", [], ":4: '2z' is not a number"),
-    ("a decimal comma", "a;b\n1;2,5\n", ["--column", "b"], ":2: '2,5' is not a number"),
-    ("a hole", "a,b\n1,2\n3,\n", [], ":3: nothing is not a number"),
-    ("not a number", "1\nnan\n", [], ":2: 'nan' is not a finite number"),
-    ("not a number at first", "NaN\n1\n", [], ":1: 'NaN' is not a number"),
+    ("commas and points", "a;b\n1.5;2,5\n", [],
+     ":2: '1.5' has a point, and other numbers have commas: --decimal comma or --decimal point says which are right"),
+    ("a point beside the option", "1,5\n1.250\n", ["--decimal", "comma"],
+     ":2: '1.250' has a point, and other numbers have commas: it does not go with --decimal comma"),
+    ("a comma beside the option", "a;b\n1;2,5\n", ["--column", "b", "--decimal", "point"], ":2: '2,5' is not a number"),
+    ("decimal commas between commas", "a,b\n1,5,2,5\n", [],
+     ":2: 4 cells where the lines before have 2; if these are decimal commas, semicolons or tabs have to part the cells"),
+    ("a hole", "a,b\n1,2\n3,\n", [], ":3: nothing is not a number" + WITHOUT),
+    ("a hole at the end", "a;b\n1;2\n3;\n", ["--missing", "interpolate"], ":3: nothing is not a number" + WITHOUT),
+    ("not a number", "1\nnan\n", [], ":2: 'nan' is not a finite number" + WITHOUT),
+    ("not a number at first", "NaN\n1\n", [], ":1: 'NaN' is not a finite number" + WITHOUT),
     ("infinity", "1\n-Infinity\n", [], ":2: '-Infinity' is not a finite number"),
     ("a huge exponent", "1\n1e99999999999999\n", [], ":2: '1e99999999999999' is beyond the range of numbers"),
     ("an exponent without digits", "1\n1e\n", [], ":2: '1e' is not a number"),
@@ -55,7 +70,7 @@ BAD = [
     ("no such position", "1 2\n3 4\n", ["--column", "3"], ": no column '3', there is: 1, 2"),
     ("a long cell", "1\n" + "x" * 99 + "\n", [], ":2: '" + "x" * 40 + "...' is not a number"),
     ("zero bytes", "1\n\0", [], ": not a text file"),
-    ("JSON null", "[1, null]", [], ": element [2]: 'null' is not a number"),
+    ("JSON null", "[1, null]", [], ": element [2]: 'null' is not a number" + WITHOUT),
     ("JSON word", '{"v": [1, "two"]}', [], ": v[2]: 'two' is not a number"),
     ("JSON without arrays", '{"v": 1}', [], ": no numbers in it"),
     ("JSON rows of unequal length", "[[1, 2], [3]]", [], ": row 2 has 1 numbers, the first has 2"),
@@ -101,6 +116,42 @@ class Inputs(unittest.TestCase):
                 self.assertEqual(result["unit"], unit)
                 for column in ("k", "real", "imaginary", "magnitude"):
                     self.assertEqual(result[column], expected[column])
+
+    def test_tables_with_options(self):
+        expected = run_json("sort", "-", stdin="\n".join(NUMBERS))["value"]
+        for what, text, *options in (
+            ("lines above", "Station 7;x\n5;6;7\nday;height\n1;1.5\n2;-2\n3;3e2\n4;4\n", "--skip", "2"),
+            ("missing cells", "day;height\n1;1.5\n2;\n3;-2\n4;NA\n5;3e2\n6;4\n7;null\n", "--missing", "drop"),
+            ("decimal commas between blanks", "1 1,5\n2 -2,0\n3 300\n4 4\n", "--decimal", "comma"),
+            ("JSON with holes", "[1.5, null, -2, 3e2, 4]", "--missing", "drop"),
+        ):
+            with self.subTest(what):
+                self.assertEqual(run_json("sort", "-", *options, stdin=text)["value"], expected)
+        filled = run_json("sort", "-", "--missing", "interpolate", stdin="1\n\"\"\nNA\n7\n-\n8\n")["value"]
+        self.assertEqual([round(float(value), 9) for value in filled], [1, 3, 5, 7, 7.5, 8])
+
+    def test_utf16(self):
+        expected = run_json("fft", "-", stdin="\n".join(NUMBERS))
+        for encoding in ("utf-16-le", "utf-16-be"):
+            with tempfile.TemporaryDirectory(dir=tempfile.tempdir) as folder:
+                file = os.path.join(folder, "table.csv")
+                with open(file, "wb") as table:
+                    table.write("\ufeffday;h\u00f6he \U0001d54f\r\n1;1,5\r\n2;-2\r\n3;3e2\r\n4;4\r\n".encode(encoding))
+                result = run_json("fft", file)
+            self.assertEqual((result["real"], result["unit"]), (expected["real"], "day"))
+
+    def test_compressed_files_are_named(self):
+        with tempfile.TemporaryDirectory(dir=tempfile.tempdir) as folder:
+            file = os.path.join(folder, "table.csv.gz")
+            with open(file, "wb") as table:
+                table.write(b"\x1f\x8b\x08\x00")
+            done = run("sort", file)
+        self.assertEqual((done.returncode, done.stderr), (2, f"quarn: {file}: compressed; 'gunzip -c FILE | quarn ... -' reads it\n"))
+
+    def test_an_unknown_ending_of_the_output_is_refused(self):
+        done = run("sort", "-", "--output", "result.xlsx", stdin="1\n2\n")
+        self.assertEqual((done.returncode, done.stderr),
+                         (2, "quarn: --output: '.xlsx' says no format: end the name in .txt, .csv or .json, or give --format\n"))
 
     def test_columns(self):
         text = "a,b,c\n1,5,9\n2,7,7\n4,8,2\n"

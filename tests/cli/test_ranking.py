@@ -54,7 +54,7 @@ class Ranking(unittest.TestCase):
     def test_bad_input_is_one_line(self):
         for command in ("rank", "sort"):
             for text, reason in (("1\nx\n", "standard input:2: 'x' is not a number"), ("", "standard input: no numbers in it"),
-                                 ("1\nnan\n", "standard input:2: 'nan' is not a finite number")):
+                                 ("1\nnan\n", "standard input:2: 'nan' is not a finite number (--missing drop or interpolate goes on without it)")):
                 with self.subTest(command=command, text=text):
                     done = run(command, "-", stdin=text)
                     self.assertEqual((done.returncode, done.stdout, done.stderr), (2, "", "quarn: " + reason + "\n"))
