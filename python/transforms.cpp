@@ -59,7 +59,7 @@ auto along_one(Transform transform) {
   return [transform](py::handle x, Length n, std::ptrdiff_t axis, const Name& norm) {
     const Along along{n, axis, scaling_of(norm)};
     const NdArray<T> numbers = to_array<T>(x);
-    return from_array(transform(numbers, along), x);
+    return from_array(outside([&] { return transform(numbers, along); }), x);
   };
 }
 
@@ -69,7 +69,7 @@ auto of_type(Transform transform) {
   return [transform](py::handle x, int type, Length n, std::ptrdiff_t axis, const Name& norm) {
     const Along along{n, axis, scaling_of(norm)};
     const NdArray<Real> numbers = to_array<Real>(x);
-    return from_array(transform(numbers, type, along), x);
+    return from_array(outside([&] { return transform(numbers, type, along); }), x);
   };
 }
 
@@ -79,7 +79,8 @@ auto along_several(Transform transform) {
   return [transform](py::handle x, const Axes& axes, const Name& norm) {
     const Scaling scaling = scaling_of(norm);
     const NdArray<T> numbers = to_array<T>(x);
-    return from_array(transform(numbers, axes.value_or(std::vector<std::ptrdiff_t>()), scaling), x);
+    const std::vector<std::ptrdiff_t> chosen = axes.value_or(std::vector<std::ptrdiff_t>());
+    return from_array(outside([&] { return transform(numbers, chosen, scaling); }), x);
   };
 }
 
@@ -196,7 +197,8 @@ fftn of real numbers, with the numbers 0 ... n/2 along the last axis of the list
       [](py::handle x, Length n, const Axes& axes, const Name& norm) {
         const Scaling scaling = scaling_of(norm);
         const NdArray<Complex> numbers = to_array<Complex>(x);
-        return from_array(tesk2mp::irfftn(numbers, axes.value_or(std::vector<std::ptrdiff_t>()), scaling, n), x);
+        const std::vector<std::ptrdiff_t> chosen = axes.value_or(std::vector<std::ptrdiff_t>());
+        return from_array(outside([&] { return tesk2mp::irfftn(numbers, chosen, scaling, n); }), x);
       },
       py::arg("x"), py::arg("n") = py::none(), py::arg("axes") = py::none(), py::arg("norm") = py::none(),
       R"(irfftn(x, n=None, axes=None, norm=None)
@@ -241,7 +243,9 @@ template <class Work>
 py::object of_two(py::handle a, py::handle b, const Work& work) {
   const Array left(a);
   const Array right(b);
-  return with_scalar([&]<class T>(T) { return from(work(left.vector<T>(), right.vector<T>()), a); }, left, right);
+  return with_scalar(
+      [&]<class T>(T) { return from(outside([&] { return work(left.vector<T>(), right.vector<T>()); }), a); }, left,
+      right);
 }
 
 void add_convolutions(py::module_& module) {
