@@ -22,12 +22,12 @@ void print_complex(const Numbers& numbers) {
 }
 
 void fft() {
-  //! [fft]
+  //! [fft_sequences]
   Complex z[] = {1, 2, 3, 4, 0, 1, 0, 0};  // two sequences of four
   Integer ifail = -1;
   QuarnMPX_fft_("F", "B", 4, 2, z, 1, 4, z, 1, 4, &ifail, 1, 1);
   print_complex(z);
-  //! [fft]
+  //! [fft_sequences]
 }
 
 void rfft() {
@@ -150,7 +150,7 @@ void next_fast_len() {
 }  // namespace
 
 int main() {
-  return run_examples({{"fft", fft},
+  return run_examples({{"fft_sequences", fft},
                        {"rfft", rfft},
                        {"irfft", irfft},
                        {"dct", dct},

@@ -38,7 +38,7 @@
 TESK2MP_NAMES_BEGIN
 extern "C" {
 
-/// @defgroup fft Fourier transforms of complex sequences
+/// @defgroup fft_sequences Fourier transforms of complex sequences
 ///
 /// z_k = sum over j of x_j exp(-2 pi i j k / n), backward exp(+2 pi i j k / n), N = n.
 ///
@@ -62,6 +62,9 @@ extern "C" {
 /// @par Cost
 /// Some (2/3) n log2 n complex products of D digits for each sequence where n = 2^a 3^b 5^c 7^d, 4 to 6 times that for
 /// a large prime; tables are kept for later calls.
+///
+/// @par Accuracy
+/// Each part of a result is rounded once, after an error of 10^-D M sqrt(N) / (4 divisor) at most: docs/accuracy.md.
 /// @{
 TESK2MP_API void QuarnMPX_fft_(const char* direct, const char* norm, Integer n, Integer m, const Complex* x,
                                Integer incx, Integer distx, Complex* y, Integer incy, Integer disty, Integer* ifail,
@@ -73,7 +76,7 @@ TESK2MP_API void QuarnMPX_fft_(const char* direct, const char* norm, Integer n, 
 /// z_k = sum over j of x_j exp(-2 pi i j k / n), k = 0 .. n/2, N = n; the others are z_(n-k) = conj(z_k). The imaginary
 /// parts of z_0, and of z_(n/2) for an even n, are 0.
 ///
-/// @like fft
+/// @like fft_sequences
 ///
 /// @param[in] x m sequences of n reals
 /// @param[out] y m sequences of n/2 + 1 complex numbers
@@ -118,7 +121,7 @@ TESK2MP_API void QuarnMPX_irfft_(const char* norm, Integer n, Integer m, const C
 ///
 /// The quarter-wave cosine transform is type 3, with type 2 as its inverse.
 ///
-/// @like fft
+/// @like fft_sequences
 ///
 /// @param[in] itype the type, 1 to 4
 ///
@@ -165,7 +168,7 @@ TESK2MP_API void QuarnMPX_dst_(const char* direct, const char* norm, Integer ity
 /// The transform along some dimensions of an array whose first index varies fastest. Each dimension divides by its own
 /// N. They are taken one after another with five more digits and rounded once at the end.
 ///
-/// @like fft
+/// @like fft_sequences
 ///
 /// @param[in] ndim dimensions
 /// @param[in] nd their extents
@@ -233,6 +236,9 @@ TESK2MP_API void QuarnMPX_irfftn_(const char* norm, Integer ndim, const Integer*
 /// @par Cost
 /// Three real transforms of some na + nb elements at as many digits as the exact sums have, where both sequences are
 /// longer than 48, else na nb products.
+///
+/// @par Accuracy
+/// The exact sums, rounded once.
 /// @{
 TESK2MP_API void QuarnMPX_convolve_(const char* kind, Integer m, Integer na, const QuarnFloat* a, Integer nb,
                                     const QuarnFloat* b, QuarnFloat* z, Integer* ifail, int kind_length);
@@ -268,6 +274,12 @@ TESK2MP_API void QuarnMPX_zconvolve_(const char* kind, Integer m, Integer na, co
 ///
 /// @par Method
 /// I0 by its power series, whose terms are all positive.
+///
+/// @par Accuracy
+/// Rounded once, from ten more digits.
+///
+/// @par Cost
+/// One sine for each pair of elements; of the Kaiser window some beta + 2 D terms of the series.
 /// @{
 TESK2MP_API void QuarnMPX_window_(const char* kind, Integer n, Integer periodic, QuarnFloat beta, QuarnFloat* w,
                                   Integer* ifail, int kind_length);
@@ -284,6 +296,9 @@ TESK2MP_API void QuarnMPX_window_(const char* kind, Integer n, Integer periodic,
 ///
 /// @par Failures
 /// 3 with %ld = 1, 4, 5.
+///
+/// @par Accuracy
+/// Rounded once, from a spectrum of five more digits.
 /// @{
 TESK2MP_API void QuarnMPX_power_spectrum_(Integer n, Integer m, const QuarnFloat* x, Integer incx, Integer distx,
                                           QuarnFloat* y, Integer incy, Integer disty, Integer* ifail);
@@ -297,6 +312,12 @@ TESK2MP_API void QuarnMPX_power_spectrum_(Integer n, Integer m, const QuarnFloat
 ///
 /// @par Failures
 /// None.
+///
+/// @par Accuracy
+/// Exact.
+///
+/// @par Cost
+/// Some 300 comparisons.
 /// @{
 TESK2MP_API Integer QuarnMPX_next_fast_len_(Integer n);
 /// @}
