@@ -259,20 +259,20 @@ using namespace quarn;
 namespace {
 
 // Out of line, so that the operators need no room for a number of their own.
-using Slow = QuarnFloat(const QuarnFloat&, const QuarnFloat&);
-[[gnu::noinline]] void assign(QuarnFloat& result, Slow* slow, const QuarnFloat& a, const QuarnFloat& b) {
+template <class Slow>
+[[gnu::noinline]] void assign(QuarnFloat& result, const Slow& slow, const QuarnFloat& a, const QuarnFloat& b) {
   result = slow(a, b);
 }
 
-QuarnFloat general_sum_of(const QuarnFloat& a, const QuarnFloat& b) { return general_sum(a, b, false); }
-QuarnFloat general_difference(const QuarnFloat& a, const QuarnFloat& b) { return general_sum(a, b, true); }
+constexpr auto sum_of = [](const QuarnFloat& a, const QuarnFloat& b) { return general_sum(a, b, false); };
+constexpr auto difference_of = [](const QuarnFloat& a, const QuarnFloat& b) { return general_sum(a, b, true); };
 
 }  // namespace
 
 QuarnFloat operator+(const QuarnFloat& a, const QuarnFloat& b) {
   QuarnFloat result;
   if (!by_length<Sum, false>(result, a, b)) [[unlikely]] {
-    assign(result, general_sum_of, a, b);
+    assign(result, sum_of, a, b);
   }
   return result;
 }
@@ -280,7 +280,7 @@ QuarnFloat operator+(const QuarnFloat& a, const QuarnFloat& b) {
 QuarnFloat operator-(const QuarnFloat& a, const QuarnFloat& b) {
   QuarnFloat result;
   if (!by_length<Sum, false>(result, a, b, QuarnAccess::kSign)) [[unlikely]] {
-    assign(result, general_difference, a, b);
+    assign(result, difference_of, a, b);
   }
   return result;
 }
@@ -303,14 +303,14 @@ QuarnFloat operator/(const QuarnFloat& a, const QuarnFloat& b) {
 
 QuarnFloat& QuarnFloat::operator+=(const QuarnFloat& b) {
   if (!by_length<Sum, false>(*this, *this, b)) [[unlikely]] {
-    assign(*this, general_sum_of, *this, b);
+    assign(*this, sum_of, *this, b);
   }
   return *this;
 }
 
 QuarnFloat& QuarnFloat::operator-=(const QuarnFloat& b) {
   if (!by_length<Sum, false>(*this, *this, b, QuarnAccess::kSign)) [[unlikely]] {
-    assign(*this, general_difference, *this, b);
+    assign(*this, difference_of, *this, b);
   }
   return *this;
 }

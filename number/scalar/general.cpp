@@ -3,6 +3,7 @@
 #include "number/scalar/general.h"
 
 #include <cstdlib>
+#include <type_traits>
 #include <utility>
 
 #include "number/limbs/multiply.h"
@@ -36,15 +37,18 @@ Limb add_shifted(Limb* out, std::size_t n, const View& a, const View& b, std::si
   using Index = std::ptrdiff_t;
   const PowerOfTen<Radix> low = kPowersOfTen<Radix>[std::size_t(places)];
   const Limb high = Radix::powers[std::size_t(kDigits - places)];
-  // Subtraction adds the base complement.
+  // Sums less the base, or differences: negative where nothing is carried, or something borrowed, and then a base too
+  // small. The next limb waits for that sign alone.
+  using Signed = std::make_signed_t<Limb>;
   const Limb mask = Limb(0) - Limb(subtracting);
-  const Limb complement = Radix::base & mask;
-  Limb carry = Limb(subtracting);
+  const Limb constant = subtracting ? 1 : 1 - Radix::base;
+  Limb below = ~mask;
   Limb quotient = 0;  // of the limb of b that the next limb of the sum takes
   const auto put = [&](Index i, Limb from_a, Limb from_b) {
-    const Limb sum = (from_b ^ mask) + complement + from_a + carry;
-    carry = sum >= Radix::base;
-    out[i] = sum - (Radix::base & (Limb(0) - carry));
+    const Limb alone = (from_b ^ mask) + constant + from_a;
+    const Limb sum = alone + below;
+    below = Limb(Signed(sum) >> (8 * sizeof(Limb) - 1));
+    out[i] = sum + (Radix::base & below);
   };
   // The digits of b in limb i of the sum: its own, or the lower ones of the limb before and the upper ones of its own.
   const auto shifted = [&](Index j) {
@@ -77,7 +81,7 @@ Limb add_shifted(Limb* out, std::size_t n, const View& a, const View& b, std::si
   for (; i >= 0; --i) {
     put(i, i < length_a ? a.limbs[i] : 0, i == first ? shifted(0) : 0);
   }
-  return carry;
+  return below + 1;
 }
 
 /// The sum that stands in the n limbs of `result`, after prepare(), and `carry` before them, rounded in place; there is
