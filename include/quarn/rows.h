@@ -17,7 +17,7 @@ class QRNFLOAT_API QuarnRows {
  public:
   /// Throws std::bad_alloc. `conjugate` means the conjugates of the entries.
   QuarnRows(std::size_t rows, std::size_t columns, QuarnMatrix<const QuarnFloat> entries);
-  QuarnRows(std::size_t rows, std::size_t columns, QuarnMatrix<const Complex> entries, bool conjugate = false);
+  QuarnRows(std::size_t rows, std::size_t columns, QuarnMatrix<const quarn::Complex> entries, bool conjugate = false);
   ~QuarnRows();
   QuarnRows(const QuarnRows&) = delete;
   QuarnRows& operator=(const QuarnRows&) = delete;
@@ -31,11 +31,11 @@ class QRNFLOAT_API QuarnRows {
   /// triangle of ones on the diagonal, and what it does to the rows below. `divide` divides the first `terms` elements
   /// by x(i, i) after that. A check point of interrupts, as is the next one.
   void substitute(std::size_t terms, QuarnFloat* y, std::ptrdiff_t step, bool divide = false);
-  void substitute(std::size_t terms, Complex* y, std::ptrdiff_t step, bool divide = false);
+  void substitute(std::size_t terms, quarn::Complex* y, std::ptrdiff_t step, bool divide = false);
 
   /// y(i) := y(i) - sum of x(i, l) conj(x(row, l)) over l < terms, for i = row, row + 1, ..., rows - 1.
   void subtract_products(std::size_t row, std::size_t terms, QuarnFloat* y, std::ptrdiff_t step);
-  void subtract_products(std::size_t row, std::size_t terms, Complex* y, std::ptrdiff_t step);
+  void subtract_products(std::size_t row, std::size_t terms, quarn::Complex* y, std::ptrdiff_t step);
 
  private:
   struct Store;

@@ -3,9 +3,13 @@
 #include <cstdio>
 #include <vector>
 
+#include "quarn/complex.h"
 #include "quarn/exact.h"
+#include "quarn/parallel.h"
 #include "quarn/quarnconsole.h"
 #include "quarn/quarnthread.h"
+#include "quarn/realtransform.h"
+#include "quarn/rows.h"
 #include "quarn/transform.h"
 #include "tesk2mp/tesk2mp.hpp"
 
