@@ -73,6 +73,30 @@ QuarnFloat sqrt(const QuarnFloat& x) {
   ++counted.divisions;
   return root(x);
 }
+
+using InPlace = QuarnFloat& (*)(QuarnFloat*, const QuarnFloat&);
+
+QuarnFloat& QuarnFloat::operator+=(const QuarnFloat& b) {
+  static const auto add = next<InPlace>("_ZN10QuarnFloatpLERKS_");
+  ++counted.additions;
+  return add(this, b);
+}
+QuarnFloat& QuarnFloat::operator-=(const QuarnFloat& b) {
+  static const auto subtract = next<InPlace>("_ZN10QuarnFloatmIERKS_");
+  ++counted.additions;
+  return subtract(this, b);
+}
+QuarnFloat& QuarnFloat::operator*=(const QuarnFloat& b) {
+  static const auto multiply = next<InPlace>("_ZN10QuarnFloatmLERKS_");
+  ++counted.multiplications;
+  return multiply(this, b);
+}
+QuarnFloat& QuarnFloat::operator/=(const QuarnFloat& b) {
+  static const auto divide = next<InPlace>("_ZN10QuarnFloatdVERKS_");
+  ++counted.divisions;
+  return divide(this, b);
+}
+
 Complex operator*(const Complex& a, const Complex& b) { return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re}; }
 Complex operator+(const Complex& a, const Complex& b) { return {a.re + b.re, a.im + b.im}; }
 Complex operator-(const Complex& a, const Complex& b) { return {a.re - b.re, a.im - b.im}; }
