@@ -1,4 +1,6 @@
 // Long products: schoolbook, Karatsuba and transform products against a naive one and against each other.
+#include <cfenv>
+
 #include "number/limbs/multiply.h"
 #include "tests/limbs/coefficients.h"
 
@@ -97,6 +99,19 @@ TEST_CASE_TEMPLATE("the square of all nines", R, TESK_ALL_RADICES) {
     expected[n - 1] -= 1;
     expected.back() = 1;
     CHECK(out == expected);
+  }
+}
+
+TEST_CASE("long products do not depend on the rounding mode of the host") {
+  support::Random random;
+  for (const int mode : {FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
+    const support::AnyKernel kernel(random);
+    const auto a = support::extreme_limbs<Radix>(random, 700);
+    const auto b = support::random_limbs<Radix>(random, 900);
+    std::fesetround(mode);
+    const auto found = by_dispatch<Radix>(a, b);
+    std::fesetround(FE_TONEAREST);
+    CHECK(found == support::naive_product<Radix>(a, b));
   }
 }
 
