@@ -26,12 +26,17 @@ void share(Integer n, Integer m, const Work& work) {
 void transform_sequences(bool backward, Integer n, Integer m, const Sequence<const Complex>& x,
                          const Sequence<Complex>& y, QuarnDivisor divisor) {
   if (QuarnTransform::is_supported(n, QuarnDigits())) {
-    for (Integer j = 0; j < m && x.first != y.first; ++j) {
-      for (Integer i = 0; i < n; ++i) {
-        y.at(i, j) = x.at(i, j);
+    // So many at once that a copy is still in the cache, or enough work for several threads.
+    const Integer block = std::max<Integer>(1, (QuarnThreads() > 1 ? 65536 : 1024) / n);
+    for (Integer first = 0; first < m; first += std::min(block, m - first)) {
+      const Integer count = std::min(block, m - first);
+      for (Integer j = first; j < first + count && x.first != y.first; ++j) {
+        for (Integer i = 0; i < n; ++i) {
+          y.at(i, j) = x.at(i, j);
+        }
       }
+      QuarnTransformRows(backward, &y.at(0, first), n, y.step, count, y.distance, divisor);
     }
-    QuarnTransformRows(backward, y.first, n, y.step, m, y.distance, divisor);
     return;
   }
   share(n, m, [&](Integer first, Integer end) {
