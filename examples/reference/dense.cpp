@@ -87,6 +87,15 @@ void f08nhf() {
   //! [f08nhf]
 }
 
+void dgehrd() {
+  //! [dgehrd]
+  QuarnFloat a[] = {1, 3, 4, 2, 1, 0, 2, 0, 1}, tau[2], work[3];  // the first column is (1, 3, 4)
+  Integer info;
+  QuarnMPX_dgehrd_(3, 1, 3, a, 3, tau, work, 3, &info);
+  std::cout << a[0] << " " << a[1] << "\n";
+  //! [dgehrd]
+}
+
 void dgebak() {
   //! [dgebak]
   QuarnFloat a[] = {1, 0.0001, 10000, 1}, scale[2];  // balanced: (1, 1; 1, 1) with the eigenvector (1, 1)
@@ -148,6 +157,7 @@ int main() {
                        {"dpotrf", dpotrf},
                        {"dpotrs", dpotrs},
                        {"f08nhf", f08nhf},
+                       {"dgehrd", dgehrd},
                        {"dgebak", dgebak},
                        {"f08pef", f08pef},
                        {"f08qkf", f08qkf},

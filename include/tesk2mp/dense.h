@@ -279,6 +279,36 @@ TESK2MP_API void QuarnMPX_dgebak_(const char* job, const char* side, Integer n, 
                                   int job_length, int side_length);
 /// @}
 
+/// @defgroup dgehrd reduction to Hessenberg form
+///
+/// DGEHRD: H = Q^T A Q with H upper Hessenberg and Q the product of Householder reflectors I - tau v v^T, whose vectors
+/// are left below the first subdiagonal. DORGHR: Q in the place of what DGEHRD has left.
+///
+/// @param[in] n order of A, >= 0
+/// @param[in] ilo from balancing, otherwise 1
+/// @param[in] ihi from balancing, otherwise n
+/// @param[in,out] a A, n columns of n elements, lda apart; out H and below it the vectors, or Q
+/// @param[in] lda step from column to column of A, >= max(1, n)
+/// @param[in,out] tau n - 1 factors, 0 outside ilo ... ihi - 1; out from DGEHRD, in for DORGHR
+/// @param[out] work lwork elements; work(1) is the length that is asked for, max(1, n), the others are not touched
+/// @param[in] lwork elements of work, >= max(1, n); -1 asks for the length alone
+/// @param[out] info 0, or -k when argument k is illegal
+///
+/// @par Failures
+/// Illegal: n < 0 (-1), ilo (-2), ihi (-3), lda < max(1, n) (-5), lwork (-8). Storage is taken for the time of the call.
+///
+/// @par Method
+/// Panels of 32 columns, whose reflectors reach the rest of the matrix in products that round each entry once.
+///
+/// @par Cost
+/// About 10 n^3/3 multiply-adds, a sixth of them in products with one vector; Q takes 4 n^3/3.
+/// @{
+TESK2MP_API void QuarnMPX_dgehrd_(Integer n, Integer ilo, Integer ihi, QuarnFloat* a, Integer lda, QuarnFloat* tau,
+                                  QuarnFloat* work, Integer lwork, Integer* info);
+TESK2MP_API void QuarnMPX_dorghr_(Integer n, Integer ilo, Integer ihi, QuarnFloat* a, Integer lda, QuarnFloat* tau,
+                                  QuarnFloat* work, Integer lwork, Integer* info);
+/// @}
+
 /// @defgroup f08pef eigenvalues and Schur form of a Hessenberg matrix
 ///
 /// DHSEQR: the eigenvalues wr + i wi of the upper Hessenberg matrix H of order n, a pair in consecutive places with the

@@ -61,61 +61,29 @@ struct Hessenberg {
   Matrix<Real> q;
 };
 
-namespace detail {
-
-/// The reflector I - tau v v^T, v(0) = 1, that takes x to (beta, 0, ..., 0); x becomes v.
-struct Reflector {
-  explicit Reflector(const VectorView<Real>& x) : beta(norm2(x)), tau(0) {
-    if (x[0] > 0) {
-      beta = -beta;
-    }
-    if (beta != 0) {
-      tau = (beta - x[0]) / beta;
-      scale(1 / (x[0] - beta), x, x);
-    }
-    x[0] = 1;
-  }
-  Real beta;
-  Real tau;
-};
-
-/// A := (I - tau v v^T) A
-inline void reflect_rows(const Real& tau, const VectorView<const Real>& v, const MatrixView<Real>& a) {
-  std::vector<Real> w(a.columns());
-  gemv(Op::transpose, 1, a, v, 0, w);
-  ger(-tau, v, w, a);
-}
-
-/// A := A (I - tau v v^T)
-inline void reflect_columns(const Real& tau, const VectorView<const Real>& v, const MatrixView<Real>& a) {
-  std::vector<Real> w(a.rows());
-  gemv(Op::none, 1, a, v, 0, w);
-  ger(-tau, w, v, a);
-}
-
-}  // namespace detail
-
 /// Reduces the square matrix, of which columns low ... high - 1 are not yet in Hessenberg form (from balance(); without
-/// it all of them), by Householder reflectors (Golub and Van Loan, Matrix Computations, 7.4.2). Cost: about 14/3 n^3
-/// multiply-adds, Q included.
+/// it all of them), by Householder reflectors. Cost: about 14/3 n^3 multiply-adds, Q included.
 template <MatrixSource A>
 Hessenberg hessenberg(const A& a, std::size_t low = 0, std::size_t high = std::size_t(-1)) {
+  constexpr const char* kRoutine = "F08NEF/DGEHRD";
   Hessenberg result{Matrix<Real>(a), {}};
-  const auto n = std::size_t(detail::order_of("F08NEF/DGEHRD", 4, detail::RawMatrix<Real>(result.h.view())));
-  result.q = Matrix<Real>::identity(n);
-  high = std::min(high, n);
-  const MatrixView<Real> h = result.h.view();
-  std::vector<Real> reflector;
-  for (std::size_t k = low; k + 2 < high; ++k) {
-    const std::size_t size = high - k - 1;
-    reflector = h.block(k + 1, k, size, 1).column(0).to_vector();
-    const detail::Reflector step(reflector);
-    const VectorView<const Real> v(reflector);
-    detail::reflect_rows(step.tau, v, h.block(k + 1, k, size, n - k));
-    detail::reflect_columns(step.tau, v, h.block(0, k + 1, high, size));
-    detail::reflect_columns(step.tau, v, result.q.view().block(0, k + 1, n, size));
-    h(k + 1, k) = step.beta;
-    std::fill_n(&h(k + 2, k), size - 1, Real(0));
+  const detail::RawMatrix<Real> h{result.h.view()};
+  const Integer n = detail::order_of(kRoutine, 4, h);
+  const std::size_t order = result.h.rows();
+  high = std::min(high, order);
+  if (low >= high) {
+    result.q = Matrix<Real>::identity(order);
+    return result;
+  }
+  std::vector<Real> tau(order);
+  std::vector<Real> work(order);
+  Integer info = 0;
+  QuarnMPX_dgehrd_(n, Integer(low) + 1, Integer(high), h.data, h.leading, tau.data(), work.data(), n, &info);
+  result.q = result.h;
+  const detail::RawMatrix<Real> q{result.q.view()};
+  QuarnMPX_dorghr_(n, Integer(low) + 1, Integer(high), q.data, q.leading, tau.data(), work.data(), n, &info);
+  for (std::size_t j = low; j + 2 < high; ++j) {
+    std::fill_n(&result.h(j + 2, j), high - j - 2, Real(0));
   }
   return result;
 }

@@ -51,6 +51,7 @@
 #include "tesk2mp/frame.h"
 #include "tesk2mp/iterative.h"
 #include "tesk2mp/kernels.h"
+#include "tesk2mp/orthogonal.h"
 #include "tesk2mp/random.h"
 #include "tesk2mp/sparse.h"
 #include "tesk2mp/transforms.h"

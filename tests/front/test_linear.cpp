@@ -165,3 +165,26 @@ TEST_CASE("row weights undo the scaling of equations") {
   CHECK(LU<Real>::row_weighted(Matrix<Real>::identity(9)).pivots()[8] == 8);
   CHECK_THROWS_AS(LU<Real>::row_weighted(Matrix<Real>::identity(11)), InvalidArgument);
 }
+
+TEST_CASE_TEMPLATE("QR and least squares", T, Real, Complex) {
+  const Matrix<T> a = {{1, 2}, {3, 4}, {5, 6}};
+  const QR<T> qr(a);
+  const Matrix<T> back = multiply(qr.q(), qr.r());
+  Matrix<T> padded(3, 2);
+  for (std::size_t j = 0; j < 2; ++j) {
+    for (std::size_t i = 0; i < 3; ++i) {
+      CHECK(norm2(std::vector<Complex>{Complex(back(i, j)) - Complex(a(i, j))}) < Real(1, -18));
+      padded(i, j) = i < 2 ? qr.r()(i, j) : T(0);
+    }
+  }
+  const Matrix<T> again = qr.multiply(Side::left, Op::none, padded);
+  CHECK(norm2(std::vector<Complex>{Complex(again(2, 1)) - Complex(6)}) < Real(1, -18));
+  const std::vector<T> x = least_squares(a, std::vector<T>{3, 7, 12});
+  // The residual (1, -2, 1) / 6 is orthogonal to both columns.
+  const std::vector<T> fitted = multiply(a, x);
+  CHECK(norm2(std::vector<Complex>{Complex(fitted[1]) - Complex(Real(22) / 3)}) < Real(1, -18));
+  CHECK(least_squares(Matrix<T>{{1, 1}}, Matrix<T>{{2}}).rows() == 2);
+  CHECK_THROWS_AS((void)least_squares(Matrix<T>{{1, 1}, {0, 0}}, Matrix<T>{{2}, {1}}), NumericalFailure);
+  CHECK_THROWS_AS((void)least_squares(a, Matrix<T>(2, 1)), InvalidArgument);
+  CHECK_THROWS_AS((void)qr.multiply(Side::right, Op::none, a), InvalidArgument);
+}

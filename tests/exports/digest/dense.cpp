@@ -341,6 +341,40 @@ void quartic(Suite& suite, E... entries) {
   });
 }
 
+/// QR, its orthogonal factor formed and applied, least squares.
+template <class T, class Factorise, class Form, class Apply, class Solve>
+void orthogonal(Suite& suite, const char* adjoint, Factorise factorise, Form form, Apply apply, Solve solve) {
+  suite.cases(3, [&](Case& c) {
+    const Integer m = c.size;
+    const Integer n = m > 2 ? m - c.below(2) : m;
+    const Integer ld = at_least_one(m);
+    const Integer lwork = 3 * ld + 4;
+    const auto a = c.numbers<T>(std::int64_t(ld) * ld);
+    const auto b = c.numbers<T>(std::int64_t(2) * ld);
+    const auto tau = c.numbers<T>(ld);
+    const Scratch<T> work(static_cast<std::size_t>(lwork));
+    suite.run(factorise, m, n, a, ld, tau, work, lwork, Integer(-99));
+    suite.run(form, m, n, n, a, ld, tau, work, lwork, Integer(-99));
+    for (const char* trans : {"N", adjoint, "X"}) {
+      suite.run(apply, "L", trans, m, Integer(2), n, a, ld, tau, b, ld, work, lwork, Integer(-99), 1, 1);
+      suite.run(solve, trans, m, n, Integer(2), a, ld, b, ld, work, lwork, Integer(-99), 1);
+    }
+  });
+}
+
+template <class... E>
+void hessenberg_form(Suite& suite, E... entries) {
+  suite.cases(3, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    for (const Integer lwork : {ld, Integer(-1), Integer(0)}) {
+      (suite.run(entries, n, Integer(1), n, c.numbers<QuarnFloat>(std::int64_t(ld) * ld), ld, c.numbers<QuarnFloat>(ld),
+                 Scratch<QuarnFloat>(std::size_t(ld)), lwork, Integer(-99)),
+       ...);
+    }
+  });
+}
+
 }  // namespace
 
 void dense(Suite& suite) {
@@ -359,6 +393,11 @@ void dense(Suite& suite) {
   cholesky_solutions<Complex>(suite, ENTRY(QuarnMPX_zpotrs_));
   cholesky<Complex>(suite, ENTRY(QuarnMP_f07frf_), ENTRY(QuarnMP_zpotrf_), MASTER(QuarnMP_f07frf_ENTRY),
                     ENTRY(QuarnMP_f07frz_), ENTRY(QuarnMP_zpotf2_));
+  orthogonal<QuarnFloat>(suite, "T", ENTRY(QuarnMPX_dgeqrf_), ENTRY(QuarnMPX_dorgqr_), ENTRY(QuarnMPX_dormqr_),
+                         ENTRY(QuarnMPX_dgels_));
+  orthogonal<Complex>(suite, "C", ENTRY(QuarnMPX_zgeqrf_), ENTRY(QuarnMPX_zungqr_), ENTRY(QuarnMPX_zunmqr_),
+                      ENTRY(QuarnMPX_zgels_));
+  hessenberg_form(suite, ENTRY(QuarnMPX_dgehrd_), ENTRY(QuarnMPX_dorghr_));
   tuning(suite);
 }
 

@@ -1,0 +1,317 @@
+// QR factorisation, its orthogonal factor kept and applied, least squares, and the reduction to Hessenberg form, by
+// residuals in units of the last place and by properties that define the results.
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "support/digits.h"
+#include "support/matrices.h"
+#include "tesk2mp/tesk2mp.h"
+
+using support::Matrix;
+using support::RandomNumbers;
+
+namespace {
+
+constexpr int kSpare = 20;
+
+template <class T>
+struct Exports;
+template <>
+struct Exports<QuarnFloat> {
+  static constexpr auto geqrf = QuarnMPX_dgeqrf_;
+  static constexpr auto orgqr = QuarnMPX_dorgqr_;
+  static constexpr auto ormqr = QuarnMPX_dormqr_;
+  static constexpr auto gels = QuarnMPX_dgels_;
+  static constexpr const char* adjoint = "T";
+  static constexpr const char* not_adjoint = "C";
+};
+template <>
+struct Exports<Complex> {
+  static constexpr auto geqrf = QuarnMPX_zgeqrf_;
+  static constexpr auto orgqr = QuarnMPX_zungqr_;
+  static constexpr auto ormqr = QuarnMPX_zunmqr_;
+  static constexpr auto gels = QuarnMPX_zgels_;
+  static constexpr const char* adjoint = "C";
+  static constexpr const char* not_adjoint = "T";
+};
+
+template <class T>
+Matrix<T> adjoint(const Matrix<T>& a) {
+  return op_of_matrix(tesk::Op::conjugate_transpose, a);
+}
+
+template <class T>
+QuarnFloat norm_of(const Matrix<T>& a) {
+  QuarnFloat largest = 0;
+  for (Integer j = 1; j <= a.columns(); ++j) {
+    QuarnFloat sum = 0;
+    for (Integer i = 1; i <= a.rows(); ++i) {
+      sum += tesk::modulus(a(i, j));
+    }
+    largest = std::max(largest, sum);
+  }
+  return largest;
+}
+
+template <class T>
+Matrix<T> difference(const Matrix<T>& a, const Matrix<T>& b) {
+  Matrix<T> result(a.rows(), a.columns());
+  for (Integer j = 1; j <= a.columns(); ++j) {
+    for (Integer i = 1; i <= a.rows(); ++i) {
+      result(i, j) = a(i, j) - b(i, j);
+    }
+  }
+  return result;
+}
+
+template <class T>
+Matrix<T> part(const Matrix<T>& a, Integer rows, Integer columns) {
+  Matrix<T> result(rows, columns);
+  for (Integer j = 1; j <= columns; ++j) {
+    for (Integer i = 1; i <= rows; ++i) {
+      result(i, j) = a(i, j);
+    }
+  }
+  return result;
+}
+
+template <class T>
+Matrix<T> unit(Integer n) {
+  Matrix<T> result(n, n);
+  for (Integer j = 1; j <= n; ++j) {
+    for (Integer i = 1; i <= n; ++i) {
+      result(i, j) = T(double(i == j));
+    }
+  }
+  return result;
+}
+
+/// norm / (size scale u), u the unit roundoff.
+double ratio(const QuarnFloat& norm, const QuarnFloat& scale, Integer size, int digits) {
+  return norm == 0 ? 0 : FloatToDouble(norm / (scale * QuarnFloat(5, -digits) * std::max<Integer>(1, size)));
+}
+
+struct Shape {
+  Integer m;
+  Integer n;
+};
+
+}  // namespace
+
+TEST_CASE_TEMPLATE("Q R gives the matrix back, and Q is orthogonal", T, QuarnFloat, Complex) {
+  RandomNumbers random;
+  for (const int digits : {2, 20, 50, 333}) {
+    for (const auto [m, n] : {Shape{0, 0}, {0, 3}, {1, 1}, {5, 3}, {3, 5}, {70, 40}, {64, 70}}) {
+      if (m > 60 && digits != 20) {
+        continue;
+      }
+      CAPTURE(m);
+      CAPTURE(n);
+      CAPTURE(digits);
+      const support::Digits scope(digits);
+      const Integer steps = std::min(m, n);
+      const Integer most = std::max<Integer>({1, m, n});
+      const Matrix<T> a = Matrix<T>(m, n).randomise(random);
+      Matrix<T> qr = a;
+      std::vector<T> tau(std::size_t(steps) + 1);
+      std::vector<T> work(std::size_t(most) + 1);
+      Integer info = -99;
+      Exports<T>::geqrf(m, n, qr.data(), qr.lda(), tau.data(), work.data(), most, &info);
+      CHECK(info == 0);
+      CHECK(qr.intact());
+      Matrix<T> r = part(qr, steps, n);
+      for (Integer j = 1; j <= n; ++j) {
+        for (Integer i = j + 1; i <= steps; ++i) {
+          r(i, j) = T(0.0);
+        }
+      }
+      Matrix<T> q = part(qr, m, steps);
+      Exports<T>::orgqr(m, steps, steps, q.data(), q.lda(), tau.data(), work.data(), most, &info);
+      CHECK(info == 0);
+      CHECK(q.intact());
+      // Q and its adjoint from both sides, applied to what they take to the given matrix and to units.
+      Matrix<T> c = a;
+      Exports<T>::ormqr("L", Exports<T>::adjoint, m, n, steps, qr.data(), qr.lda(), tau.data(), c.data(), c.lda(),
+                        work.data(), most, &info, 1, 1);
+      CHECK(info == 0);
+      CHECK(c.intact());
+      Matrix<T> full = unit<T>(m);
+      Exports<T>::ormqr("r", "n", m, m, steps, qr.data(), qr.lda(), tau.data(), full.data(), full.lda(), work.data(),
+                        most, &info, 1, 1);
+      CHECK(info == 0);
+      Matrix<T> back = full;
+      Exports<T>::ormqr("R", Exports<T>::adjoint, m, m, steps, qr.data(), qr.lda(), tau.data(), back.data(), back.lda(),
+                        work.data(), most, &info, 1, 1);
+      CHECK(info == 0);
+      const support::Digits finer(digits + kSpare);
+      CHECK(ratio(norm_of(difference(product(q, r), a)), norm_of(a), most, digits) < 4);
+      CHECK(ratio(norm_of(difference(product(adjoint(q), q), unit<T>(steps))), 1, most, digits) < 4);
+      CHECK(ratio(norm_of(difference(part(c, steps, n), r)), norm_of(a), most, digits) < 4);
+      CHECK(ratio(norm_of(difference(part(full, m, steps), q)), 1, most, digits) < 4);
+      CHECK(ratio(norm_of(difference(back, unit<T>(m))), 1, most, digits) < 4);
+    }
+  }
+}
+
+TEST_CASE_TEMPLATE("least squares and minimum-norm solutions", T, QuarnFloat, Complex) {
+  RandomNumbers random;
+  for (const int digits : {5, 50, 200}) {
+    for (const auto [m, n] : {Shape{1, 1}, {7, 4}, {4, 7}, {6, 6}, {5, 0}, {0, 5}}) {
+      for (const bool plain : {true, false}) {
+        CAPTURE(m);
+        CAPTURE(n);
+        CAPTURE(plain);
+        CAPTURE(digits);
+        const support::Digits scope(digits);
+        Matrix<T> a = Matrix<T>(m, n).randomise(random);
+        const Matrix<T> before = a;
+        const Integer most = std::max(m, n);
+        const Integer rows = plain ? m : n;
+        const Integer columns = plain ? n : m;
+        Matrix<T> b = Matrix<T>(most, 2).randomise(random);
+        const Matrix<T> given = part(b, rows, 2);
+        std::vector<T> work(40);
+        Integer info = -99;
+        Exports<T>::gels(plain ? "N" : Exports<T>::adjoint, m, n, 2, a.data(), a.lda(), b.data(), b.lda(), work.data(),
+                         40, &info, 1);
+        REQUIRE(info == 0);
+        CHECK(b.intact());
+        const support::Digits finer(digits + kSpare);
+        const Matrix<T> op = plain ? before : adjoint(before);
+        const Matrix<T> x = part(b, columns, 2);
+        const Matrix<T> residual = difference(product(op, x), given);
+        const QuarnFloat scale = norm_of(op) * (norm_of(op) * norm_of(x) + norm_of(given)) + QuarnFloat(1, -200);
+        // The residual is orthogonal to the columns, and an element of a right-hand side left over has its length.
+        CHECK(ratio(norm_of(product(adjoint(op), residual)), scale, most, digits) < 4);
+        if (rows < columns) {
+          // A solution of least norm has nothing in the null space: x = op(A)^H y for the y of normal equations.
+          Matrix<T> y = x;
+          std::vector<T> more(40);
+          Matrix<T> tall = adjoint(op);
+          const support::Digits same(digits + kSpare);
+          Exports<T>::gels("N", columns, rows, 2, tall.data(), tall.lda(), y.data(), y.lda(), more.data(), 40, &info,
+                           1);
+          CHECK(ratio(norm_of(difference(product(adjoint(op), part(y, rows, 2)), x)), norm_of(x) * 1000 + 1, most,
+                      digits) < 4);
+        }
+      }
+    }
+  }
+}
+
+TEST_CASE_TEMPLATE("wrong arguments of orthogonal factorisations", T, QuarnFloat, Complex) {
+  T a[4] = {T(1.0), T(2.0), T(3.0), T(4.0)};
+  T tau[2];
+  T work[8];
+  Integer info = 0;
+  const auto qr = [&](Integer m, Integer n, Integer lda, Integer lwork) {
+    Exports<T>::geqrf(m, n, a, lda, tau, work, lwork, &info);
+    return info;
+  };
+  CHECK(qr(-1, 2, 2, 2) == -1);
+  CHECK(qr(2, -1, 2, 2) == -2);
+  CHECK(qr(2, 2, 1, 2) == -4);
+  CHECK(qr(2, 2, 2, 1) == -7);
+  CHECK(qr(2, 2, 2, -1) == 0);
+  CHECK(work[0] == T(2.0));
+  const auto form = [&](Integer m, Integer n, Integer k, Integer lda, Integer lwork) {
+    Exports<T>::orgqr(m, n, k, a, lda, tau, work, lwork, &info);
+    return info;
+  };
+  CHECK(form(-1, 0, 0, 1, 1) == -1);
+  CHECK(form(1, 2, 1, 1, 2) == -2);
+  CHECK(form(2, 1, 2, 2, 2) == -3);
+  CHECK(form(2, 2, 2, 1, 2) == -5);
+  CHECK(form(2, 2, 2, 2, 0) == -8);
+  const auto apply = [&](const char* side, const char* trans, Integer m, Integer n, Integer k, Integer lda, Integer ldc,
+                         Integer lwork) {
+    Exports<T>::ormqr(side, trans, m, n, k, a, lda, tau, a, ldc, work, lwork, &info, 1, 1);
+    return info;
+  };
+  CHECK(apply("X", "N", 2, 2, 2, 2, 2, 2) == -1);
+  CHECK(apply("L", Exports<T>::not_adjoint, 2, 2, 2, 2, 2, 2) == -2);
+  CHECK(apply("L", "N", -1, 2, 2, 2, 2, 2) == -3);
+  CHECK(apply("L", "N", 2, -1, 2, 2, 2, 2) == -4);
+  CHECK(apply("L", "N", 1, 2, 2, 2, 2, 2) == -5);
+  CHECK(apply("R", "N", 1, 2, 2, 1, 2, 2) == -7);
+  CHECK(apply("L", "N", 2, 2, 2, 2, 1, 2) == -10);
+  CHECK(apply("L", "N", 2, 2, 2, 2, 2, 1) == -12);
+  const auto solve = [&](const char* trans, Integer m, Integer n, Integer nrhs, Integer lda, Integer ldb,
+                         Integer lwork) {
+    T b[2] = {};
+    Exports<T>::gels(trans, m, n, nrhs, a, lda, b, ldb, work, lwork, &info, 1);
+    return info;
+  };
+  CHECK(solve(Exports<T>::not_adjoint, 2, 2, 1, 2, 2, 4) == -1);
+  CHECK(solve("N", -2, 2, 1, 2, 2, 4) == -2);
+  CHECK(solve("N", 2, -2, 1, 2, 2, 4) == -3);
+  CHECK(solve("N", 2, 2, -1, 2, 2, 4) == -4);
+  CHECK(solve("N", 2, 2, 1, 1, 2, 4) == -6);
+  CHECK(solve("N", 1, 2, 1, 1, 1, 4) == -8);
+  CHECK(solve("N", 2, 2, 1, 2, 2, 1) == -10);
+  // A column of zeros: R(2, 2) is exactly zero.
+  a[2] = T(0.0);
+  a[3] = T(0.0);
+  CHECK(solve("N", 2, 2, 1, 2, 2, 4) == 2);
+}
+
+TEST_CASE("the reduction to Hessenberg form is a similarity, balanced or not, small or in panels") {
+  RandomNumbers random;
+  using Reals = Matrix<QuarnFloat>;
+  struct Case {
+    Integer n;
+    Integer ilo;
+    Integer ihi;
+  };
+  for (const int digits : {2, 50, 200}) {
+    for (const auto [n, ilo, ihi] : {Case{0, 1, 0}, {1, 1, 1}, {2, 1, 2}, {9, 3, 7}, {12, 1, 12}, {70, 2, 69}}) {
+      if (n == 70 && digits != 50) {
+        continue;
+      }
+      CAPTURE(n);
+      CAPTURE(digits);
+      const support::Digits scope(digits);
+      Reals a = Reals(n, n).randomise(random);
+      for (Integer j = 1; j <= n; ++j) {
+        for (Integer i = j + 1; i <= n; ++i) {
+          a(i, j) = j < ilo || i > ihi ? QuarnFloat(0) : a(i, j);
+        }
+      }
+      Reals h = a;
+      std::vector<QuarnFloat> tau(std::size_t(n) + 1);
+      std::vector<QuarnFloat> work(std::size_t(n) + 1);
+      Integer info = -99;
+      QuarnMPX_dgehrd_(n, ilo, ihi, h.data(), h.lda(), tau.data(), work.data(), n + 1, &info);
+      CHECK(info == 0);
+      Reals q = h;
+      QuarnMPX_dorghr_(n, ilo, ihi, q.data(), q.lda(), tau.data(), work.data(), n + 1, &info);
+      CHECK(info == 0);
+      CHECK(h.intact());
+      CHECK(q.intact());
+      for (Integer j = 1; j <= n; ++j) {
+        for (Integer i = j + 2; i <= n; ++i) {
+          h(i, j) = 0;
+        }
+      }
+      const support::Digits finer(digits + kSpare);
+      CHECK(ratio(norm_of(difference(product(product(q, h), adjoint(q)), a)), norm_of(a), n, digits) < 6);
+      CHECK(ratio(norm_of(difference(product(adjoint(q), q), unit<QuarnFloat>(n))), 1, n, digits) < 6);
+    }
+  }
+  Integer info = 0;
+  QuarnFloat x[4];
+  const auto wrong = [&](Integer n, Integer ilo, Integer ihi, Integer lda, Integer lwork) {
+    QuarnMPX_dgehrd_(n, ilo, ihi, x, lda, x, x, lwork, &info);
+    const Integer reduced = info;
+    QuarnMPX_dorghr_(n, ilo, ihi, x, lda, x, x, lwork, &info);
+    CHECK(info == reduced);
+    return info;
+  };
+  CHECK(wrong(-1, 1, 0, 1, 1) == -1);
+  CHECK(wrong(2, 3, 2, 2, 2) == -2);
+  CHECK(wrong(2, 1, 3, 2, 2) == -3);
+  CHECK(wrong(2, 1, 2, 1, 2) == -5);
+  CHECK(wrong(2, 1, 2, 2, 1) == -8);
+}
