@@ -8,6 +8,8 @@
 
 namespace tesk2mp {
 
+using quarn::Integer;
+
 /// Element i, 1-based, of a vector with any stride.
 template <class T>
 class OneBasedVector {
