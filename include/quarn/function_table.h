@@ -1,0 +1,114 @@
+// The functions of one and of two numbers by name: for evaluators, consoles, bindings and tests.
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "quarn/functions.h"
+
+namespace quarn {
+
+struct NamedFunction1 {
+  const char* name;
+  QuarnFloat (*apply)(const QuarnFloat&);
+  const char* summary;
+};
+
+struct NamedFunction2 {
+  const char* name;
+  QuarnFloat (*apply)(const QuarnFloat&, const QuarnFloat&);
+  const char* arguments;
+  const char* summary;
+};
+
+/// Every function of one number; the most used ones come first.
+inline std::span<const NamedFunction1> functions_of_one() noexcept {
+  static const NamedFunction1 kTable[] = {
+      {"sin", ::sin, "sine"},
+      {"cos", ::cos, "cosine"},
+      {"tan", ::tan, "tangent"},
+      {"asin", ::asin, "arc sine"},
+      {"acos", ::acos, "arc cosine"},
+      {"atan", ::atan, "arc tangent"},
+      {"sinh", ::sinh, "hyperbolic sine"},
+      {"cosh", ::cosh, "hyperbolic cosine"},
+      {"tanh", ::tanh, "hyperbolic tangent"},
+      {"exp", ::exp, "exponential"},
+      {"log", ::log, "natural logarithm"},
+      {"ln", ::log, "natural logarithm"},
+      {"log10", ::log10, "logarithm to base 10"},
+      {"sqrt", ::sqrt, "square root"},
+      {"fabs", [](const QuarnFloat& x) { return fabs(x); }, "magnitude"},
+      {"abs", [](const QuarnFloat& x) { return fabs(x); }, "magnitude"},
+      {"floor", ::floor, "largest whole number not above"},
+      {"ceil", ::ceil, "smallest whole number not below"},
+      {"trunc", ::trunc, "whole part"},
+      {"round", ::round, "nearest whole number, halves away from zero"},
+      {"rint", ::rint, "nearest whole number, halves to even"},
+      {"expm1", ::expm1, "exponential less 1"},
+      {"exp2", ::exp2, "power of 2"},
+      {"exp10", ::exp10, "power of 10"},
+      {"log1p", ::log1p, "natural logarithm of 1 + x"},
+      {"log2", ::log2, "logarithm to base 2"},
+      {"logb", ::logb, "decimal exponent"},
+      {"cbrt", ::cbrt, "cube root"},
+      {"asinh", ::asinh, "inverse hyperbolic sine"},
+      {"acosh", ::acosh, "inverse hyperbolic cosine"},
+      {"atanh", ::atanh, "inverse hyperbolic tangent"},
+      {"sinpi", ::sinpi, "sine of pi x"},
+      {"cospi", ::cospi, "cosine of pi x"},
+      {"tanpi", ::tanpi, "tangent of pi x"},
+      {"asinpi", ::asinpi, "arc sine divided by pi"},
+      {"acospi", ::acospi, "arc cosine divided by pi"},
+      {"atanpi", ::atanpi, "arc tangent divided by pi"},
+      {"gamma", ::tgamma, "gamma function"},
+      {"tgamma", ::tgamma, "gamma function"},
+      {"lgamma", ::lgamma, "logarithm of the magnitude of the gamma function"},
+      {"digamma", ::digamma, "logarithmic derivative of the gamma function"},
+      {"factorial", ::factorial, "factorial of a whole number"},
+      {"erf", ::erf, "error function"},
+      {"erfc", ::erfc, "complement of the error function"},
+  };
+  return kTable;
+}
+
+/// Every function of two numbers.
+inline std::span<const NamedFunction2> functions_of_two() noexcept {
+  static const NamedFunction2 kTable[] = {
+      {"fmod", ::fmod, "x, y", "x - y trunc(x / y)"},
+      {"pow", ::pow, "x, y", "x to the power y"},
+      {"atan2", ::atan2, "y, x", "angle of the point (x, y)"},
+      {"hypot", ::hypot, "x, y", "sqrt(x^2 + y^2)"},
+      {"remainder", ::remainder, "x, y", "x - n y for the whole n next to x / y"},
+      {"fmin", ::fmin, "x, y", "the smaller one"},
+      {"fmax", ::fmax, "x, y", "the larger one"},
+      {"fdim", ::fdim, "x, y", "x - y, or 0 if that is negative"},
+      {"copysign", [](const QuarnFloat& x, const QuarnFloat& y) { return ::copysign(x, y); }, "x, y",
+       "|x| with the sign of y"},
+      {"nextafter", ::nextafter, "x, y", "the number next to x in the direction of y"},
+      {"beta", ::beta, "x, y", "beta function"},
+      {"binomial", ::binomial, "x, k", "binomial coefficient"},
+  };
+  return kTable;
+}
+
+/// The function of that name, or a null pointer.
+inline auto find_function1(std::string_view name) noexcept -> QuarnFloat (*)(const QuarnFloat&) {
+  for (const NamedFunction1& entry : functions_of_one()) {
+    if (name == entry.name) {
+      return entry.apply;
+    }
+  }
+  return nullptr;
+}
+
+inline auto find_function2(std::string_view name) noexcept -> QuarnFloat (*)(const QuarnFloat&, const QuarnFloat&) {
+  for (const NamedFunction2& entry : functions_of_two()) {
+    if (name == entry.name) {
+      return entry.apply;
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace quarn

@@ -1,0 +1,136 @@
+// The error function and its complement.
+#include <cmath>
+
+#include "number/functions/gamma_series.h"
+#include "number/functions/support.h"
+#include "quarn/functions.h"
+
+using namespace quarn;
+
+namespace {
+
+constexpr double kLog10E = 0.43429448190325182;
+
+/// 2 / sqrt(pi) at the working digits.
+QuarnFloat factor() { return QuarnFloat(2) / sqrt(approximate_pi(QuarnDigits())); }
+
+/// erf(x), x > 0, to a relative error of 10^-w, by erf x = 2 / sqrt(pi) e^(-x^2) (x + 2 x^3 / 3 + 4 x^5 / 15 + ...),
+/// whose terms are all positive.
+QuarnFloat erf_by_series(const QuarnFloat& x, int w) {
+  const double size = magnitude(x);
+  const WorkingDigits scope(w + 8 + int(std::log10(size * size + w + 1)));
+  const QuarnFloat start = rounded(x, QuarnDigits());
+  const QuarnFloat twice_square = QuarnFloat(2) * start * start;
+  QuarnFloat term = start;
+  QuarnFloat sum = start;
+  for (int k = 1; kind_of(term) == Kind::finite; ++k) {
+    term = term * twice_square / QuarnFloat(2 * k + 1);
+    if (kind_of(term) != Kind::finite) {
+      break;
+    }
+    sum += term;
+    // From 2k + 3 > 4 x^2 on, terms halve: the rest is below the last one.
+    if (2 * k + 3 > 4 * size * size && scientific_exponent(term) < scientific_exponent(sum) - w - 3) {
+      break;
+    }
+  }
+  return factor() * sum * approximate_exp(-(start * start), w + 4);
+}
+
+/// erfc(x), x > 0, x^2 log10(e) > w + 8, to a relative error of 10^-w: e^(-x^2) / (x sqrt(pi)) (1 - 1 / (2 x^2)
+/// + 3 / (2 x^2)^2 - ...), an alternating series whose error is below the first term left out.
+QuarnFloat erfc_by_asymptotic_series(const QuarnFloat& x, int w) {
+  const double size = magnitude(x);
+  const WorkingDigits scope(w + 8 + int(2 * std::log10(size) + 2));
+  // An error of x counts 2 x^2 times.
+  const QuarnFloat start = rounded(x, QuarnDigits());
+  const QuarnFloat square = start * start;
+  const QuarnFloat inverse = QuarnFloat(1) / (square + square);
+  QuarnFloat term = 1;
+  QuarnFloat sum = 1;
+  for (int k = 1;; ++k) {
+    term = -(term * inverse * QuarnFloat(2 * k - 1));
+    if (kind_of(term) != Kind::finite || scientific_exponent(term) < -w - 3) {
+      break;
+    }
+    sum += term;
+  }
+  return factor() * approximate_exp(-square, w + 4) * sum / (start + start);
+}
+
+/// erfc(x), x > 0, to a relative error of 10^-w.
+QuarnFloat approximate_erfc(const QuarnFloat& x, int w) {
+  const double places = magnitude(x) * magnitude(x) * kLog10E;
+  if (places > w + 8) {
+    return erfc_by_asymptotic_series(x, w);
+  }
+  const int digits = w + int(places) + 4 + int(std::log10(magnitude(x) + 1));
+  const WorkingDigits scope(digits + 5);
+  return QuarnFloat(1) - erf_by_series(x, digits);
+}
+
+/// A lower bound of the decimal places that 1 - erf|x| has before its first digit, less one.
+std::int64_t places_of_complement(const QuarnFloat& x) {
+  const double size = std::min(magnitude(x), 1e7);
+  return std::int64_t(size * size * kLog10E * 0.999);
+}
+
+/// Every complement of a larger argument underflows.
+constexpr double kComplementUnderflows = 1e5;
+
+}  // namespace
+
+QuarnFloat erf(const QuarnFloat& x) {
+  const QuarnFloat one = signbit(x) ? -1 : 1;
+  if (kind_of(x) != Kind::finite) {
+    return kind_of(x) == Kind::infinite ? one : x;
+  }
+  if (magnitude(x) > 1) {
+    // 1 - erfc(x) with erfc(x) < e^(-x^2)
+    if (const auto result = perturbed(one, 1 - places_of_complement(x), true)) {
+      return *result;
+    }
+  }
+  const QuarnFloat size = fabs(x);
+  const QuarnFloat result = correctly_rounded([&size](int w) {
+    if (magnitude(size) * magnitude(size) * kLog10E > 2 * (w + 8)) {
+      const WorkingDigits scope(w + 5);
+      return QuarnFloat(1) - erfc_by_asymptotic_series(size, w);
+    }
+    return erf_by_series(size, w);
+  });
+  return signbit(x) ? -result : result;
+}
+
+QuarnFloat erfc(const QuarnFloat& x) {
+  switch (kind_of(x)) {
+    case Kind::zero:
+      return 1;
+    case Kind::infinite:
+      return signbit(x) ? 2 : 0;
+    case Kind::nan:
+      return x;
+    case Kind::finite:
+      break;
+  }
+  // 1 - 1.128 x + ...
+  if (const auto result = perturbed(1, scientific_exponent(x) + 2, !signbit(x))) {
+    return *result;
+  }
+  if (signbit(x)) {
+    if (magnitude(x) > 1) {
+      if (const auto result = perturbed(2, 1 - places_of_complement(x), true)) {
+        return *result;
+      }
+    }
+    const QuarnFloat size = fabs(x);
+    return correctly_rounded([&size](int w) {
+      const WorkingDigits scope(w + 5);
+      return QuarnFloat(1) + erf_by_series(size, w + 2);
+    });
+  }
+  if (magnitude(x) > kComplementUnderflows) {
+    return special(Kind::zero);
+  }
+  return correctly_rounded([&x](int w) { return approximate_erfc(x, w); });
+}
