@@ -41,4 +41,20 @@ QRNFLOAT_API Complex asinh(const Complex& z);
 QRNFLOAT_API Complex acosh(const Complex& z);
 QRNFLOAT_API Complex atanh(const Complex& z);
 
+// The rest of <complex> --------------------------------------------------------------------------------------------
+
+inline Complex& operator+=(Complex& a, const Complex& b) { return a = a + b; }
+inline Complex& operator-=(Complex& a, const Complex& b) { return a = a - b; }
+inline Complex& operator*=(Complex& a, const Complex& b) { return a = a * b; }
+inline Complex& operator/=(Complex& a, const Complex& b) { return a = a / b; }
+
+[[nodiscard]] inline QuarnFloat real(const Complex& z) { return z.re; }
+[[nodiscard]] inline QuarnFloat imag(const Complex& z) { return z.im; }
+/// re^2 + im^2 with one rounding.
+[[nodiscard]] QRNFLOAT_API QuarnFloat norm(const Complex& z);
+/// The projection onto the Riemann sphere: one infinity for all.
+[[nodiscard]] QRNFLOAT_API Complex proj(const Complex& z);
+/// rho e^(i theta)
+[[nodiscard]] QRNFLOAT_API Complex polar(const QuarnFloat& rho, const QuarnFloat& theta = QuarnFloat());
+
 }  // namespace quarn

@@ -55,11 +55,23 @@ using Integer = int;
 #endif
 static_assert(sizeof(Integer) == 4);
 
+/// What a QuarnFloat is explicitly converted to.
+template <class T>
+inline constexpr bool is_hardware_number = std::is_arithmetic_v<T>;
+#if defined(__SIZEOF_INT128__)
+__extension__ using Int128 = __int128;
+__extension__ using UnsignedInt128 = unsigned __int128;
+template <>
+inline constexpr bool is_hardware_number<Int128> = true;
+template <>
+inline constexpr bool is_hardware_number<UnsignedInt128> = true;
+#endif
+
 }  // namespace quarn
 
 /// The calling thread's working precision in decimal digits; at first the process's default, which is 20 when the
 /// program starts (QuarnSetDefaultDigits).
-QRNFLOAT_API int QuarnDigits() noexcept;
+[[nodiscard]] QRNFLOAT_API int QuarnDigits() noexcept;
 
 /// Sets the calling thread's working precision, 1 to 1000000 digits, and returns the former one. Any other value
 /// changes nothing. A thread's first use of numbers may throw std::bad_alloc.
@@ -113,12 +125,20 @@ class QUARN_NUMBER QuarnFloat {
 
   /// The exact value of the double, rounded to the current digits.
   QRNFLOAT_API QuarnFloat(double value);
+  QRNFLOAT_API QuarnFloat(long double value);
   /// The integer, rounded to the current digits.
   template <std::integral T>
   requires(!std::same_as<T, bool> && sizeof(T) <= 8) QuarnFloat(T value)
       : QuarnFloat(Magnitude{value < 0, value < 0 ? 0 - std::uint64_t(value) : std::uint64_t(value)}) {}
-  QuarnFloat(bool) = delete;
-  QuarnFloat(long double) = delete;
+#if defined(__SIZEOF_INT128__)
+  template <class T>
+  requires(std::same_as<T, quarn::Int128> || std::same_as<T, quarn::UnsignedInt128>) QuarnFloat(T value)
+      : QuarnFloat(value < 0, std::uint64_t((value < 0 ? 0 - quarn::UnsignedInt128(value) : value) >> 64),
+                   std::uint64_t(value < 0 ? 0 - quarn::UnsignedInt128(value) : value)) {}
+#endif
+  /// 0 or 1.
+  template <std::same_as<bool> T>
+  explicit QuarnFloat(T value) : QuarnFloat(int(value)) {}
   /// mantissa times ten to the power exponent, rounded to the current digits.
   QRNFLOAT_API QuarnFloat(int mantissa, int exponent);
   /// Reads [+-]digits[.digits][e[+-]digits], where the digits before or after the point may be missing ("5.", ".5"),
@@ -128,6 +148,11 @@ class QUARN_NUMBER QuarnFloat {
   explicit QuarnFloat(const std::string& text) : QuarnFloat(text.c_str()) {}
 
   QuarnFloat& operator=(double value) { return *this = QuarnFloat(value); }
+
+  /// Hardware numbers: the nearest floating-point number, ties to even; of integers the whole part, and beyond their
+  /// range the nearest value (NaN: 0); of bool, whether x is not zero.
+  template <class T>
+  requires(quarn::is_hardware_number<T>) explicit operator T() const noexcept;
 
   QuarnFloat operator+() const { return *this; }
   QuarnFloat operator-() const {
@@ -143,7 +168,7 @@ class QUARN_NUMBER QuarnFloat {
 
   /// Plain text for magnitudes from 1e-7 to below 1e21 and for zero, otherwise d.ddde+-x: all digits of the value,
   /// no trailing zeros. Reading it at as many digits gives the same value.
-  std::string to_string() const;
+  [[nodiscard]] std::string to_string() const;
 
   friend bool isnan(const QuarnFloat& x) noexcept { return x.exponent_ == kNaN; }
   friend bool isinf(const QuarnFloat& x) noexcept { return x.exponent_ == kInfinity; }
@@ -162,6 +187,7 @@ class QUARN_NUMBER QuarnFloat {
     std::uint64_t value;
   };
   QRNFLOAT_API explicit QuarnFloat(Magnitude magnitude);
+  QRNFLOAT_API QuarnFloat(bool negative, std::uint64_t high, std::uint64_t low);
 
   static constexpr std::uint32_t kSign = 0x80000000U;
   static constexpr std::uint32_t kLength = 0x00FFFFFFU;
@@ -208,53 +234,66 @@ class QUARN_NUMBER QuarnFloat {
   };
 };
 
-QRNFLOAT_API QuarnFloat operator+(const QuarnFloat& a, const QuarnFloat& b);
-QRNFLOAT_API QuarnFloat operator-(const QuarnFloat& a, const QuarnFloat& b);
-QRNFLOAT_API QuarnFloat operator*(const QuarnFloat& a, const QuarnFloat& b);
-QRNFLOAT_API QuarnFloat operator/(const QuarnFloat& a, const QuarnFloat& b);
+[[nodiscard]] QRNFLOAT_API QuarnFloat operator+(const QuarnFloat& a, const QuarnFloat& b);
+[[nodiscard]] QRNFLOAT_API QuarnFloat operator-(const QuarnFloat& a, const QuarnFloat& b);
+[[nodiscard]] QRNFLOAT_API QuarnFloat operator*(const QuarnFloat& a, const QuarnFloat& b);
+[[nodiscard]] QRNFLOAT_API QuarnFloat operator/(const QuarnFloat& a, const QuarnFloat& b);
 
 /// -1, 0 or 1 as a is below, equal to or above b, exactly; 2 when one of them is NaN.
-QRNFLOAT_API int QuarnCompare(const QuarnFloat& a, const QuarnFloat& b) noexcept;
+[[nodiscard]] QRNFLOAT_API int QuarnCompare(const QuarnFloat& a, const QuarnFloat& b) noexcept;
 
-inline bool operator==(const QuarnFloat& a, const QuarnFloat& b) noexcept { return QuarnCompare(a, b) == 0; }
-inline bool operator!=(const QuarnFloat& a, const QuarnFloat& b) noexcept { return QuarnCompare(a, b) != 0; }
-inline bool operator<(const QuarnFloat& a, const QuarnFloat& b) noexcept { return QuarnCompare(a, b) == -1; }
-inline bool operator>(const QuarnFloat& a, const QuarnFloat& b) noexcept { return QuarnCompare(a, b) == 1; }
-inline bool operator<=(const QuarnFloat& a, const QuarnFloat& b) noexcept { return QuarnCompare(a, b) <= 0; }
-inline bool operator>=(const QuarnFloat& a, const QuarnFloat& b) noexcept { return unsigned(QuarnCompare(a, b)) <= 1U; }
+[[nodiscard]] inline bool operator==(const QuarnFloat& a, const QuarnFloat& b) noexcept {
+  return QuarnCompare(a, b) == 0;
+}
+[[nodiscard]] inline bool operator!=(const QuarnFloat& a, const QuarnFloat& b) noexcept {
+  return QuarnCompare(a, b) != 0;
+}
+[[nodiscard]] inline bool operator<(const QuarnFloat& a, const QuarnFloat& b) noexcept {
+  return QuarnCompare(a, b) == -1;
+}
+[[nodiscard]] inline bool operator>(const QuarnFloat& a, const QuarnFloat& b) noexcept {
+  return QuarnCompare(a, b) == 1;
+}
+[[nodiscard]] inline bool operator<=(const QuarnFloat& a, const QuarnFloat& b) noexcept {
+  return QuarnCompare(a, b) <= 0;
+}
+[[nodiscard]] inline bool operator>=(const QuarnFloat& a, const QuarnFloat& b) noexcept {
+  return unsigned(QuarnCompare(a, b)) <= 1U;
+}
 
 /// Correctly rounded.
-QRNFLOAT_API QuarnFloat sqrt(const QuarnFloat& x);
+[[nodiscard]] QRNFLOAT_API QuarnFloat sqrt(const QuarnFloat& x);
 /// a - b * trunc(a / b), exact before the one rounding at the end; the sign is that of a.
-QRNFLOAT_API QuarnFloat fmod(const QuarnFloat& a, const QuarnFloat& b);
-QRNFLOAT_API QuarnFloat floor(const QuarnFloat& x);
-QRNFLOAT_API QuarnFloat ceil(const QuarnFloat& x);
-QRNFLOAT_API QuarnFloat trunc(const QuarnFloat& x);
+[[nodiscard]] QRNFLOAT_API QuarnFloat fmod(const QuarnFloat& a, const QuarnFloat& b);
+[[nodiscard]] QRNFLOAT_API QuarnFloat floor(const QuarnFloat& x);
+[[nodiscard]] QRNFLOAT_API QuarnFloat ceil(const QuarnFloat& x);
+[[nodiscard]] QRNFLOAT_API QuarnFloat trunc(const QuarnFloat& x);
 
 // Elementary functions, within one unit in the last place of the working precision. sin, cos and tan need pi to as many
 // digits as the angle has before its decimal point, and give NaN from 10^1000000 on.
-QRNFLOAT_API QuarnFloat exp(const QuarnFloat& x);
-QRNFLOAT_API QuarnFloat log(const QuarnFloat& x);
-QRNFLOAT_API QuarnFloat log10(const QuarnFloat& x);
-QRNFLOAT_API QuarnFloat sin(const QuarnFloat& x);
-QRNFLOAT_API QuarnFloat cos(const QuarnFloat& x);
-QRNFLOAT_API QuarnFloat tan(const QuarnFloat& x);
-QRNFLOAT_API QuarnFloat asin(const QuarnFloat& x);
-QRNFLOAT_API QuarnFloat acos(const QuarnFloat& x);
-QRNFLOAT_API QuarnFloat atan(const QuarnFloat& x);
-QRNFLOAT_API QuarnFloat atan2(const QuarnFloat& y, const QuarnFloat& x);
-QRNFLOAT_API QuarnFloat sinh(const QuarnFloat& x);
-QRNFLOAT_API QuarnFloat cosh(const QuarnFloat& x);
-QRNFLOAT_API QuarnFloat tanh(const QuarnFloat& x);
+[[nodiscard]] QRNFLOAT_API QuarnFloat exp(const QuarnFloat& x);
+[[nodiscard]] QRNFLOAT_API QuarnFloat log(const QuarnFloat& x);
+[[nodiscard]] QRNFLOAT_API QuarnFloat log10(const QuarnFloat& x);
+[[nodiscard]] QRNFLOAT_API QuarnFloat sin(const QuarnFloat& x);
+[[nodiscard]] QRNFLOAT_API QuarnFloat cos(const QuarnFloat& x);
+[[nodiscard]] QRNFLOAT_API QuarnFloat tan(const QuarnFloat& x);
+[[nodiscard]] QRNFLOAT_API QuarnFloat asin(const QuarnFloat& x);
+[[nodiscard]] QRNFLOAT_API QuarnFloat acos(const QuarnFloat& x);
+[[nodiscard]] QRNFLOAT_API QuarnFloat atan(const QuarnFloat& x);
+[[nodiscard]] QRNFLOAT_API QuarnFloat atan2(const QuarnFloat& y, const QuarnFloat& x);
+[[nodiscard]] QRNFLOAT_API QuarnFloat sinh(const QuarnFloat& x);
+[[nodiscard]] QRNFLOAT_API QuarnFloat cosh(const QuarnFloat& x);
+[[nodiscard]] QRNFLOAT_API QuarnFloat tanh(const QuarnFloat& x);
 /// x to the power y; exact whenever the result fits the working precision. 0 to the power 0 and a negative number to a
 /// power that is not whole are NaN.
-QRNFLOAT_API QuarnFloat pow(const QuarnFloat& x, const QuarnFloat& y);
-inline QuarnFloat pow(double x, const QuarnFloat& y) { return pow(QuarnFloat(x), y); }
+[[nodiscard]] QRNFLOAT_API QuarnFloat pow(const QuarnFloat& x, const QuarnFloat& y);
+[[nodiscard]] inline QuarnFloat pow(double x, const QuarnFloat& y) { return pow(QuarnFloat(x), y); }
 
-/// The whole part of x; values beyond the range of Integer give the nearest Integer, NaN gives 0.
-QRNFLOAT_API quarn::Integer FloatToInt(const QuarnFloat& x) noexcept;
+/// The whole part of x; values beyond the range of Integer, which has 32 bits, give the nearest Integer
+/// (123456789012345 gives 2147483647), NaN gives 0. Wider integers: static_cast<std::int64_t>(x).
+[[nodiscard]] QRNFLOAT_API quarn::Integer FloatToInt(const QuarnFloat& x) noexcept;
 /// The nearest double, ties to even.
-QRNFLOAT_API double FloatToDouble(const QuarnFloat& x) noexcept;
+[[nodiscard]] QRNFLOAT_API double FloatToDouble(const QuarnFloat& x) noexcept;
 
 /// Applies a function of one argument, named as above ("sin", "atan", "fabs", "floor", ...). An unknown name gives NaN
 /// and one line on the console.
@@ -274,17 +313,23 @@ class QUARN_NUMBER Complex {
   Complex(double real, double imaginary = 0.0) : re(real), im(imaginary) {}
   Complex(QuarnFloat real, QuarnFloat imaginary = QuarnFloat()) : re(std::move(real)), im(std::move(imaginary)) {}
 
+  const QuarnFloat& real() const noexcept { return re; }
+  const QuarnFloat& imag() const noexcept { return im; }
+  void real(QuarnFloat value) noexcept { re = std::move(value); }
+  void imag(QuarnFloat value) noexcept { im = std::move(value); }
+
+  Complex operator+() const { return *this; }
   Complex operator-() const { return {-re, -im}; }
   friend bool operator==(const Complex& a, const Complex& b) noexcept { return a.re == b.re && a.im == b.im; }
   friend bool operator!=(const Complex& a, const Complex& b) noexcept { return !(a == b); }
 };
 
-QRNFLOAT_API Complex operator+(const Complex& a, const Complex& b);
-QRNFLOAT_API Complex operator-(const Complex& a, const Complex& b);
-QRNFLOAT_API Complex operator*(const Complex& a, const Complex& b);
+[[nodiscard]] QRNFLOAT_API Complex operator+(const Complex& a, const Complex& b);
+[[nodiscard]] QRNFLOAT_API Complex operator-(const Complex& a, const Complex& b);
+[[nodiscard]] QRNFLOAT_API Complex operator*(const Complex& a, const Complex& b);
 /// Smith's method: no overflow when the quotient does not overflow.
-QRNFLOAT_API Complex operator/(const Complex& a, const Complex& b);
-inline Complex conj(const Complex& z) { return {z.re, -z.im}; }
+[[nodiscard]] QRNFLOAT_API Complex operator/(const Complex& a, const Complex& b);
+[[nodiscard]] inline Complex conj(const Complex& z) { return {z.re, -z.im}; }
 
 }  // namespace quarn
 
@@ -383,4 +428,5 @@ inline std::string QuarnFloat::to_string() const {
   return text;
 }
 
-inline std::ostream& operator<<(std::ostream& out, const QuarnFloat& x) { return out << x.to_string(); }
+#include "quarn/conversion.h"
+#include "quarn/stream.h"
