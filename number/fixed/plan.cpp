@@ -302,7 +302,9 @@ void QuarnTransform::Plan::run(bool backward, Complex* x, std::ptrdiff_t stride,
     }
     return;
   }
-  if (n == 4) {
+  // Conversions cost less than exact sums up to so many digits.
+  constexpr int kConverted = 600;
+  if (n == 4 && digits > kConverted) {
     return run_four(backward, x, stride, divisor);
   }
   const std::size_t words = std::size_t(places * kPerPlace<Limb>);
