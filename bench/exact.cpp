@@ -3,6 +3,10 @@
 #include "quarn/exact.h"
 
 #include "bench/peers.h"
+
+// After mpreal, which the macros of mpfr.h would break.
+#include <arb_mat.h>
+
 #include "tesk2mp/tesk2mp.h"
 
 namespace bench {
@@ -19,16 +23,20 @@ struct Shape {
 };
 
 const Shape kShapes[] = {
-    {"product n = 16", 16, 16, 16, 0, {50}, false},
-    {"product n = 64", 64, 64, 64, 0, {20, 50, 100, 200, 1000}, false},
+    {"product n = 8", 8, 8, 8, 0, {50}, true},
+    {"product n = 16", 16, 16, 16, 0, {50}, true},
+    {"product n = 32", 32, 32, 32, 0, {50}, true},
+    {"product n = 64", 64, 64, 64, 0, {20, 50, 100, 200, 500, 1000}, true},
     {"product n = 128", 128, 128, 128, 0, {50, 100, 200}, true},
-    {"product n = 256", 256, 256, 256, 0, {50}, false},
-    {"product 8 x 8 x 8", 8, 8, 8, 0, {50}, false},
+    {"product n = 256", 256, 256, 256, 0, {50}, true},
     {"product 256 x 1 x 256", 256, 1, 256, 0, {50}, false},
     {"product 256 x 256 x 8", 256, 256, 8, 0, {50}, false},
     {"graded by 10^(+-45), n = 128", 128, 128, 128, 45, {50}, true},
     {"graded by 10^(+-150), n = 128", 128, 128, 128, 150, {50}, true},
 };
+
+const Shape kComplex[] = {{"complex n = 64", 64, 64, 64, 0, {50}, false},
+                          {"complex n = 128", 128, 128, 128, 0, {50}, false}};
 
 template <class T>
 std::vector<T> entries(const Shape& shape, int digits, std::size_t count, unsigned seed) {
@@ -70,6 +78,56 @@ void classic(benchmark::State& state, const Shape& s, int digits) {
   std::vector<QuarnFloat> c(std::size_t(s.m) * std::size_t(s.n));
   for (auto _ : state) {
     QuarnMP_dgemm_("N", "N", s.m, s.n, s.k, 1, a.data(), s.m, b.data(), s.k, 0, c.data(), s.m, 1, 1);
+  }
+}
+
+/// A matrix of balls, by rows.
+class ArbMatrix {
+ public:
+  ArbMatrix(const Shape& s, int digits, int rows, int columns, unsigned seed) {
+    arb_mat_init(value, rows, columns);
+    const auto numbers = entries<std::string>(s, digits, std::size_t(rows) * std::size_t(columns), seed);
+    for (int i = 0; i < rows; ++i) {
+      for (int j = 0; j < columns; ++j) {
+        arb_set_str(arb_mat_entry(value, i, j), numbers[std::size_t(i + j * rows)].c_str(), bits_for(digits));
+        mag_zero(arb_radref(arb_mat_entry(value, i, j)));
+      }
+    }
+  }
+  ~ArbMatrix() { arb_mat_clear(value); }
+  ArbMatrix(const ArbMatrix&) = delete;
+  ArbMatrix& operator=(const ArbMatrix&) = delete;
+
+  arb_mat_t value;
+};
+
+void arb(benchmark::State& state, const Shape& s, int digits) {
+  set_precision(digits);
+  const ArbMatrix a(s, digits, s.m, s.k, 1);
+  const ArbMatrix b(s, digits, s.k, s.n, 2);
+  const ArbMatrix c(s, digits, s.m, s.n, 3);
+  for (auto _ : state) {
+    arb_mat_mul(const_cast<arb_mat_struct*>(c.value), a.value, b.value, bits_for(digits));
+  }
+}
+
+std::vector<Complex> complex_entries(const Shape& s, int digits, std::size_t count, unsigned seed) {
+  const auto parts = entries<QuarnFloat>(s, digits, 2 * count, seed);
+  std::vector<Complex> made(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    made[i] = {parts[2 * i], parts[2 * i + 1]};
+  }
+  return made;
+}
+
+void complex_ours(benchmark::State& state, const Shape& s, int digits) {
+  set_precision(digits);
+  const auto a = complex_entries(s, digits, std::size_t(s.m) * std::size_t(s.k), 1);
+  const auto b = complex_entries(s, digits, std::size_t(s.k) * std::size_t(s.n), 2);
+  std::vector<Complex> c(std::size_t(s.m) * std::size_t(s.n));
+  for (auto _ : state) {
+    QuarnMatrixProduct(std::size_t(s.m), std::size_t(s.n), std::size_t(s.k), Complex(1), {a.data(), 1, s.m},
+                       {b.data(), 1, s.k}, Complex(), {c.data(), 1, s.m});
   }
 }
 
@@ -200,8 +258,13 @@ const bool registered = [] {
       add(shape, digits, "classic", classic);
       if (shape.mpfr) {
         add(shape, digits, "mpfr", mpfr_loop);
+        add(shape, digits, "arb", arb);
       }
     }
+  }
+  for (const Shape& shape : kComplex) {
+    add(shape, 50, "complex", complex_ours);
+    add(shape, 50, "quarn", ours);
   }
   for (const Shape& shape : kLu) {
     for (const int digits : shape.digits) {
