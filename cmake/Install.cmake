@@ -1,6 +1,5 @@
 # What `cmake --install` puts where, and the packages that CPack makes of it. Every folder is relative to the prefix and
 # every file finds the others from where it stands, so that an installed tree may be moved.
-include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 set(TESK_LIBRARIES qrnfloat quarnc tesk2mp)
@@ -31,9 +30,8 @@ configure_file(cmake/tesk2mp.pc.in tesk2mp.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/tesk2mp.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT dev)
 
 if(TARGET quarn)
-  file(RELATIVE_PATH libraries /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
-  tesk_run_path(quarn . ${libraries})
   install(TARGETS quarn RUNTIME COMPONENT console)
+  tesk_run_path(quarn . ${CMAKE_INSTALL_BINDIR} console)
   if(NOT CMAKE_CROSSCOMPILING)
     install(FILES ${PROJECT_BINARY_DIR}/quarn.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT console)
     install(FILES ${PROJECT_BINARY_DIR}/quarn.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions

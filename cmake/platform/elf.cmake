@@ -25,8 +25,13 @@ endif()
 set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
 set(CMAKE_INSTALL_RPATH "$ORIGIN")
 
-# tesk_run_path(TARGET FOLDER...): the target looks in these folders, seen from its own.
-function(tesk_run_path target)
-  list(TRANSFORM ARGN PREPEND "$ORIGIN/")
-  set_target_properties(${target} PROPERTIES INSTALL_RPATH "${ARGN}")
+# tesk_run_path(TARGET BUILT DESTINATION COMPONENT): the target, already in the list of what is installed, looks for the
+# libraries in the folder BUILT, seen from its own in the build, and once it is installed in their folder alone.
+function(tesk_run_path target built destination component)
+  file(RELATIVE_PATH libraries /${destination} /${CMAKE_INSTALL_LIBDIR})
+  set(installed "$ORIGIN/${libraries}")
+  set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${built};${installed}")
+  set(file "\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${destination}/$<TARGET_FILE_NAME:${target}>")
+  install(CODE "file(RPATH_CHANGE FILE \"${file}\" OLD_RPATH \"$ORIGIN/${built}:${installed}\" NEW_RPATH \"${installed}\")"
+    COMPONENT ${component})
 endfunction()

@@ -13,6 +13,7 @@
 #include "number/limbs/chunk_cycle.h"
 #include "number/limbs/ntt.h"
 #include "number/limbs/prime_field.h"
+#include "number/limbs/radix.h"
 #include "number/limbs/scratch.h"
 
 namespace quarn {
@@ -41,7 +42,7 @@ class CyclicProduct {
 
   /// Takes the number a[0 .. length), the leading limb first, modulo X^points - 1. At most 64 times as long as the
   /// cycle.
-  void load(const Limb* a, std::size_t length) {
+  [[gnu::noinline]] void load(const Limb* a, std::size_t length) {
     Chunks::load(first(), points_, a, length);
     std::memcpy(second(), first(), points_ * sizeof(Limb));
     Ntt<First>::forward(first(), points_);
@@ -49,13 +50,13 @@ class CyclicProduct {
   }
 
   /// Becomes the product with the other factor (which may be this one); to be finished.
-  void multiply_by(const CyclicProduct& other) {
+  [[gnu::noinline]] void multiply_by(const CyclicProduct& other) {
     Ntt<First>::pointwise(first(), other.first(), points_);
     Ntt<Second>::pointwise(second(), other.second(), points_);
   }
 
   /// Turns the product into chunks with all carries done: a number from 0 to X^points - 1.
-  void finish() {
+  [[gnu::noinline]] void finish() {
     Ntt<First>::inverse(first(), points_);
     Ntt<Second>::inverse(second(), points_);
     carry_all();
@@ -137,5 +138,8 @@ class CyclicProduct {
   std::size_t points_;
   Scratch<Limb> residues_;
 };
+
+// Compiled once, in cyclic_product.cpp, and called: inlined, they would be compiled with each caller.
+extern template class CyclicProduct<Radix>;
 
 }  // namespace quarn

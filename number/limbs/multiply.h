@@ -112,4 +112,8 @@ void square(typename R::Limb* out, const typename R::Limb* a, std::size_t na) {
   multiply_balanced<R>(out, a, a, na);
 }
 
+// Compiled once, in instances.cpp: the transforms take the compiler seconds.
+extern template void multiply_balanced<Radix>(Radix::Limb*, const Radix::Limb*, const Radix::Limb*, std::size_t);
+extern template void multiply<Radix>(Radix::Limb*, const Radix::Limb*, std::size_t, const Radix::Limb*, std::size_t);
+
 }  // namespace quarn

@@ -269,4 +269,6 @@ bool divide(typename R::Limb* quotient, const typename R::Limb* a, std::size_t n
   return inexact;
 }
 
+extern template bool divide<Radix>(Radix::Limb*, const Radix::Limb*, std::size_t, const Radix::Limb*, std::size_t);
+
 }  // namespace quarn

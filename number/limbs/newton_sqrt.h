@@ -139,4 +139,6 @@ bool square_root(typename R::Limb* root, const typename R::Limb* radicand, std::
   return newton::square_root<R>(root, radicand, n);
 }
 
+extern template bool square_root<Radix>(Radix::Limb*, const Radix::Limb*, std::size_t);
+
 }  // namespace quarn

@@ -22,12 +22,14 @@ def below(folders, magic):
                         yield path
 
 
-def elf_problems(path, hardened):
+def elf_problems(path, hardened, installed):
     dynamic = output("readelf", "--dynamic", "--wide", path)
     for kind, listed in re.findall(r"\((RPATH|RUNPATH)\).*\[(.*)\]", dynamic):
         for element in listed.split(":"):
             if not element.startswith("$ORIGIN"):
                 yield f"{kind} [{listed}] has the element '{element}'"
+            elif installed and not any(pathlib.Path(element.replace("$ORIGIN", str(path.parent))).glob("libqrnfloat*")):
+                yield f"{kind} [{listed}] has the element '{element}', where no library is"
     if not hardened:
         return
     if "BIND_NOW" not in dynamic and not re.search(r"FLAGS_1.*\bNOW\b", dynamic):
@@ -68,6 +70,7 @@ def compiled_problems(library):
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--hardened", action="store_true", help="the build is one for use: not instrumented")
+    parser.add_argument("--installed", action="store_true", help="nothing is looked for where only a build has it")
     parser.add_argument("--libraries", nargs="*", default=[], help="libraries whose code is looked at")
     parser.add_argument("--checked-calls", help="a binary that calls the checked forms of C functions")
     parser.add_argument("--objdump", default="objdump")
@@ -77,7 +80,7 @@ def main():
     problems, count = [], 0
     for path in below(options.folders, b"\x7fELF"):
         count += 1
-        problems += [f"{path}: {problem}" for problem in elf_problems(path, options.hardened)]
+        problems += [f"{path}: {problem}" for problem in elf_problems(path, options.hardened, options.installed)]
     for path in below(options.folders, b"MZ"):
         count += 1
         problems += [f"{path}: {problem}" for problem in pe_problems(path, options.objdump)]
