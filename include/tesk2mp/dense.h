@@ -28,6 +28,9 @@ extern "C" {
 /// @param[in,out] ival the value of the cell: out when it is read, in when it is written
 /// @param[in] rwflag 0 reads, any other value writes
 ///
+/// @par Source
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: the table answers what ILAENV does.
+///
 /// @par Cost
 /// A look into a short table.
 /// @{
@@ -48,6 +51,11 @@ TESK2MP_API void QuarnMP_f07zaz_(Integer ispec, const char* name, Integer* ival,
 /// @par Failures
 /// Illegal: m < 0 (-1), n < 0 (-2), lda < max(1, m) (-4). *info = j: U(j, j) is exactly zero; the factorisation is
 /// complete. m = 0 or n = 0 touches nothing.
+///
+/// @par Source
+/// J. H. Wilkinson, The Algebraic Eigenvalue Problem, Oxford 1965, chapter 4; E. Anderson et al., LAPACK Users' Guide,
+/// SIAM 1999: DGETRF. The companion: S. Toledo, Locality of reference in LU decomposition with partial pivoting, SIAM
+/// J. Matrix Anal. Appl. 18 (1997).
 ///
 /// @par Cost
 /// About n^3/3 multiply-adds for m = n.
@@ -90,6 +98,10 @@ TESK2MP_API void QuarnMPX_zgetrf_(Integer m, Integer n, Complex* a, Integer lda,
 /// there, and row numbers are the first j - 1. At D digits a row number holds up to 10^D: the matrix has at most so
 /// many rows.
 ///
+/// @par Source
+/// H. J. Bowdler, R. S. Martin, G. Peters, J. H. Wilkinson, Solution of real and complex systems of linear equations,
+/// Numer. Math. 8 (1966).
+///
 /// @par Cost
 /// About n^3/3 multiply-adds for m = n.
 /// @{
@@ -113,6 +125,9 @@ TESK2MP_API void QuarnMP_f07adg_(Integer m, Integer n, QuarnFloat* a, Integer ld
 /// @par Failures
 /// Illegal: trans (-1), n < 0 (-2), nrhs < 0 (-3), lda < max(1, n) (-5), ldb < max(1, n) (-8). A zero on the diagonal
 /// of U is not tested for: the factorisation has reported it.
+///
+/// @par Source
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DGETRS and ZGETRS.
 ///
 /// @par Cost
 /// n^2 multiply-adds for each column of B.
@@ -161,6 +176,9 @@ TESK2MP_API void QuarnMPX_zgetri_(Integer n, Complex* a, Integer lda, Integer* i
 /// @par Failures
 /// Illegal: uplo (-1), n < 0 (-2), lda < max(1, n) (-4). *info = j: the j-th diagonal element came out not positive and
 /// is stored; the leading j - 1 columns (U) or rows (L) hold the partial factor.
+///
+/// @par Source
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: ZPOTRF.
 ///
 /// @par Cost
 /// About n^3/6 complex multiply-adds.
@@ -218,6 +236,9 @@ TESK2MP_API void QuarnMPX_zpotrs_(const char* uplo, Integer n, Integer nrhs, Com
 /// ZPOTF2: the same by columns, whatever the block size.
 ///
 /// @like f07frf
+///
+/// @par Source
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: ZPOTF2.
 /// @{
 TESK2MP_API void QuarnMP_f07frz_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int uplo_length);
 TESK2MP_API void QuarnMP_zpotf2_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info, int uplo_length);
@@ -241,6 +262,11 @@ TESK2MP_API void QuarnMP_zpotf2_(const char* uplo, Integer n, Complex* a, Intege
 ///
 /// @par Failures
 /// Illegal: job (-1), n < 0 (-2), lda < max(1, n) (-4).
+///
+/// @par Source
+/// E. E. Osborne, On pre-conditioning of matrices, J. ACM 7 (1960); B. N. Parlett, C. Reinsch, Balancing a matrix for
+/// calculation of eigenvalues and eigenvectors, Numer. Math. 13 (1969); E. Anderson et al., LAPACK Users' Guide, SIAM
+/// 1999: DGEBAL.
 ///
 /// @par Cost
 /// A few passes over the matrix.
@@ -270,6 +296,9 @@ TESK2MP_API void QuarnMPX_dgebal_(const char* job, Integer n, QuarnFloat* a, Int
 ///
 /// @par Failures
 /// Illegal: job (-1), side (-2), n < 0 (-3), ilo (-4), ihi (-5), m < 0 (-7), ldv < max(1, n) (-9).
+///
+/// @par Source
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DGEBAK.
 ///
 /// @par Cost
 /// A multiplication for each element.
@@ -325,7 +354,7 @@ TESK2MP_API void QuarnMPX_dorghr_(Integer n, Integer ilo, Integer ihi, QuarnFloa
 /// @param[out] wi n elements each, real and imaginary parts of the eigenvalues
 /// @param[in,out] z n columns of n elements, ldz apart; not referenced for compz N
 /// @param[in] ldz step from column to column of Z, >= 1, and >= n with vectors
-/// @param[out] work lwork >= max(1, n) elements; work(1) tells that least length, lwork = -1 only asks for it
+/// @param[out] work lwork >= max(1, n) elements; work(1) returns that least length, lwork = -1 only asks for it
 /// @param[in] lwork elements of work, >= max(1, n); -1 asks for the least
 ///
 /// @par Failures
@@ -338,6 +367,11 @@ TESK2MP_API void QuarnMPX_dorghr_(Integer n, Integer ilo, Integer ihi, QuarnFloa
 /// double-shift algorithm, the shipped choice, and multishift sweeps. A defective eigenvalue of multiplicity k is good
 /// to D/k digits and is approached linearly, so that beyond some 100 digits the iterations run out on it. The companion
 /// extrapolates its shifts there and allows 30 (1 + D/8) iterations for each row.
+///
+/// @par Source
+/// J. G. F. Francis, The QR transformation, Comput. J. 4 (1961 and 1962); Z. Bai, J. Demmel, On a block implementation
+/// of Hessenberg multishift QR iteration, Int. J. High Speed Comput. 1 (1989); E. Anderson et al., LAPACK Users'
+/// Guide, SIAM 1999: DHSEQR.
 ///
 /// @par Cost
 /// About 10 n^3 multiply-adds for eigenvalues, 25 n^3 with Schur form and vectors.
@@ -375,6 +409,9 @@ TESK2MP_API void QuarnMPX_dhseqr_(const char* job, const char* compz, Integer n,
 ///
 /// @par Failures
 /// *info = i > 0 as for DHSEQR.
+///
+/// @par Source
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DLAHQR.
 /// @{
 TESK2MP_API void QuarnMP_f08pez_(unsigned wantt, unsigned wantz, Integer n, Integer ilo, Integer ihi, QuarnFloat* h,
                                  Integer ldh, QuarnFloat* wr, QuarnFloat* wi, Integer iloz, Integer ihiz, QuarnFloat* z,
@@ -409,6 +446,9 @@ TESK2MP_API void QuarnMP_dlahqr_(unsigned wantt, unsigned wantz, Integer n, Inte
 ///
 /// @par Failures
 /// Illegal: side (-1), howmny (-2), n (-4), ldt (-6), ldvl (-8), ldvr (-10), mm < *m (-11).
+///
+/// @par Source
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DTREVC.
 ///
 /// @par Cost
 /// About n^3/6 multiply-adds a side for all eigenvectors, n^3/2 more for howmny B.
@@ -458,6 +498,10 @@ TESK2MP_API void QuarnMPX_dtrevc_(const char* side, const char* howmny, Integer*
 /// Illegal: job (-1), howmny (-2), n (-4), ldt (-6), ldvl (-8), ldvr (-10), mm < *m (-13), ldwork < 1, or < n for V and
 /// B (-16).
 ///
+/// @par Source
+/// Z. Bai, J. Demmel, A. McKenney, On computing condition numbers for the nonsymmetric eigenvalue problem, ACM Trans.
+/// Math. Softw. 19 (1993); E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DTRSNA.
+///
 /// @par Cost
 /// Some n multiply-adds an eigenvalue for s; about 3 n^3/2 complex ones an eigenvalue for sep.
 /// @{
@@ -502,6 +546,9 @@ TESK2MP_API void QuarnMPX_dtrsna_(const char* job, const char* howmny, Integer* 
 /// IFAIL as described in tesk2mp.h: 1: e = 0; 2: a quotient by e passes 4.49e+307; 3: the QR algorithm did not
 /// converge, which happens with multiple zeros from some 60 digits on and with NaN. Failure 2 of the companion is an
 /// infinite or NaN quotient, or an infinite e. What the arrays hold after a failure is not defined.
+///
+/// @par Source
+/// A. Edelman, H. Murakami, Polynomial roots from companion matrix eigenvalues, Math. Comp. 64 (1995).
 ///
 /// @par Cost
 /// That of the eigenvalues of a matrix of order 4.

@@ -34,6 +34,9 @@ extern "C" {
 ///
 /// @param[in] handler the function and what is handed to it; *handler must live until the next call
 ///
+/// @par Source
+/// No published one: the failure protocol of this library.
+///
 /// @par Cost
 /// A pointer is stored; of a routine that does not fail, nothing.
 /// @{

@@ -41,6 +41,9 @@ extern "C" {
 /// Mixed radices in place (C. Temperton, J. Comput. Phys. 52, 1983) on half-complex data: digit reversal, then
 /// one pass a radix, 2, 3, 4, 5 and 8 by short sequences of operations, 7 to 19 by sums over pairs of residues.
 ///
+/// @par Source
+/// C. Temperton, Self-sorting mixed-radix fast Fourier transforms, J. Comput. Phys. 52 (1983).
+///
 /// @par Cost
 /// For N = 1024: 5 multiplications and 12 additions an element, N divisions, and N/2 evaluations of a pair of
 /// cosine and sine. The companion evaluates some sqrt(N/2) pairs a pass and multiplies them instead.
@@ -124,6 +127,10 @@ TESK2MP_API void QuarnMPX_c06ebwn_(QuarnFloat* x, Integer n, Integer* radices);
 ///   3  " ** N must have less than 31 prime factors: N = %16ld."
 ///   4  " ** Unexpected failure in an internal call."
 ///
+/// @par Source
+/// C. Temperton, Self-sorting mixed-radix fast Fourier transforms, J. Comput. Phys. 52 (1983); for long prime factors
+/// C. M. Rader, Discrete Fourier transforms when the number of data samples is prime, Proc. IEEE 56 (1968).
+///
 /// @par Cost
 /// The sums cost (r-1)^2 real multiplications for a prime r. For N = 1024 apart from the table: 15 multiplications and
 /// 27 additions of reals an element; the table costs one pair of cosine and sine for each rotation, N/2 of them. The
@@ -171,6 +178,9 @@ TESK2MP_API void QuarnMPX_c06pczn_(const char* direct, Integer n, Complex* x, Co
 /// @param[in] count numbers in factors
 /// @param[in] factors the radices in order: 2, 3, 4, 5, others odd, a 1 is skipped; a list whose product is not N, or
 ///     with another number in it, does nothing.
+///
+/// @par Source
+/// C. Temperton, Self-sorting mixed-radix fast Fourier transforms, J. Comput. Phys. 52 (1983).
 ///
 /// @par Cost
 /// That of c06pcf without the table.
@@ -233,6 +243,9 @@ TESK2MP_API void QuarnMPX_c06ncsn_(Integer length, Integer blocks, const Complex
 ///   4  " ** N must have less than 31 prime factors: N = %16ld."
 ///   5  " ** Unexpected failure in an internal call."
 ///
+/// @par Source
+/// C. Temperton, Self-sorting mixed-radix fast Fourier transforms, J. Comput. Phys. 52 (1983).
+///
 /// @par Cost
 /// M times that of c06pcf, and one table.
 /// @{
@@ -293,6 +306,9 @@ TESK2MP_API void QuarnMPX_c06prwn_(const char* direct, Integer m, Integer n, Com
 /// @par Failures
 /// Failures as for c06prf.
 ///
+/// @par Source
+/// C. Temperton, Self-sorting mixed-radix fast Fourier transforms, J. Comput. Phys. 52 (1983).
+///
 /// @par Cost
 /// M times that of c06pcf, and one table.
 /// @{
@@ -350,6 +366,9 @@ TESK2MP_API void QuarnMPX_c06psxn_(const char* direct, Integer m, Integer n, Com
 ///   6  " ** LWORK, = %16ld,  must be at least:%16ld."
 ///   7  " ** ND(L) must have < 31 prime factors: ND(L) = %16ld."
 ///   8  " ** Unexpected failure in an internal call."
+///
+/// @par Source
+/// C. Temperton, Self-sorting mixed-radix fast Fourier transforms, J. Comput. Phys. 52 (1983).
 ///
 /// @par Cost
 /// That of c06pcf with N = nd[l-1], N / nd[l-1] times, and one table.

@@ -19,6 +19,9 @@ extern "C" {
 ///
 /// Prints the implementation details on the advisory-message unit: what the library is and which mark.
 ///
+/// @par Source
+/// No published one: the description of this library.
+///
 /// @par Cost
 /// That of the text which is written.
 /// @{
@@ -39,6 +42,9 @@ TESK2MP_API void QuarnMP_a00aafn_();
 ///
 /// @par Failures
 /// Ends the process where ifail asks for that.
+///
+/// @par Source
+/// No published one: the failure protocol of this library.
 ///
 /// @par Cost
 /// That of the text which is written, if any.
@@ -72,6 +78,9 @@ TESK2MP_API Integer QuarnMP_p01acfn_(Integer ifail, Integer ierror, const char* 
 /// @param[in] iflag 0 stores the unit into *nerr, 1 sets it from *nerr, any other value does nothing
 /// @param[in,out] nerr the unit: out when *iflag is 0, in when it is 1
 ///
+/// @par Source
+/// No published one: the failure protocol of this library.
+///
 /// @par Cost
 /// An integer is copied.
 /// @{
@@ -85,6 +94,10 @@ TESK2MP_API void QuarnMP_x04aaf_(Integer* iflag, Integer* nerr);
 /// pi: the companion to the working precision, the classic entry as the double 3.141592653589793, about 16 digits
 /// whatever the working precision.
 ///
+/// @par Source
+/// The companion: D. V. Chudnovsky, G. V. Chudnovsky, Approximations and complex multiplication according to
+/// Ramanujan, in: Ramanujan Revisited, Academic Press 1988.
+///
 /// @par Cost
 /// One number is made. Pi is computed when the digits have been raised, and kept.
 /// @{
@@ -96,6 +109,10 @@ TESK2MP_API QuarnFloat QuarnMPX_x01aaf_();
 ///
 /// The machine precision, 10 to the power -QuarnDigits().
 ///
+/// @par Source
+/// The model is that of W. S. Brown, A simple but realistic model of floating-point computation, ACM Trans. Math.
+/// Softw. 7 (1981).
+///
 /// @par Cost
 /// One number is made.
 /// @{
@@ -105,6 +122,10 @@ TESK2MP_API QuarnFloat QuarnMP_x02ajf_();
 /// @defgroup x02akf smallest positive model number
 ///
 /// The smallest positive model number, 10 to the power -134217726.
+///
+/// @par Source
+/// The model is that of W. S. Brown, A simple but realistic model of floating-point computation, ACM Trans. Math.
+/// Softw. 7 (1981).
 ///
 /// @par Cost
 /// One number is made.
@@ -116,6 +137,10 @@ TESK2MP_API QuarnFloat QuarnMP_x02akf_();
 ///
 /// The largest positive model number, 10 to the power 134217726.
 ///
+/// @par Source
+/// The model is that of W. S. Brown, A simple but realistic model of floating-point computation, ACM Trans. Math.
+/// Softw. 7 (1981).
+///
 /// @par Cost
 /// One number is made.
 /// @{
@@ -126,6 +151,10 @@ TESK2MP_API QuarnFloat QuarnMP_x02alf_();
 ///
 /// The safe range: the smallest positive number whose reciprocal is a model number, equal to x02akf.
 ///
+/// @par Source
+/// The model is that of W. S. Brown, A simple but realistic model of floating-point computation, ACM Trans. Math.
+/// Softw. 7 (1981).
+///
 /// @par Cost
 /// One number is made.
 /// @{
@@ -135,6 +164,10 @@ TESK2MP_API QuarnFloat QuarnMP_x02amf_();
 /// @defgroup x02bhf base of the model
 ///
 /// The base of the model, 10.
+///
+/// @par Source
+/// The model is that of W. S. Brown, A simple but realistic model of floating-point computation, ACM Trans. Math.
+/// Softw. 7 (1981).
 ///
 /// @par Cost
 /// None.
@@ -155,6 +188,9 @@ TESK2MP_API Integer QuarnMP_x02bhf_();
 /// @param[out] yr real part of the root, >= 0
 /// @param[out] yi its imaginary part
 ///
+/// @par Source
+/// P. Friedland, Algorithm 312: absolute value and square root of a complex number, Comm. ACM 10 (1967).
+///
 /// @par Cost
 /// A few multiplications, divisions and square roots, whatever the values.
 /// @{
@@ -170,6 +206,9 @@ TESK2MP_API void QuarnMPX_a02aaf_(QuarnFloat* xr, QuarnFloat* xi, QuarnFloat* yr
 ///
 /// @param[in] xr real part
 /// @param[in] xi imaginary part
+///
+/// @par Source
+/// P. Friedland, Algorithm 312: absolute value and square root of a complex number, Comm. ACM 10 (1967).
 ///
 /// @par Cost
 /// A few multiplications, divisions and square roots, whatever the values.
@@ -190,6 +229,9 @@ TESK2MP_API QuarnFloat QuarnMP_a02abfn_(QuarnFloat xr, QuarnFloat xi);
 ///
 /// @par Failures
 /// A zero divisor is not tested for: it gives what QuarnFloat gives for 0/0.
+///
+/// @par Source
+/// R. L. Smith, Algorithm 116: complex division, Comm. ACM 5 (1962).
 ///
 /// @par Cost
 /// A few multiplications, divisions and square roots, whatever the values.

@@ -3,7 +3,7 @@
 // The system is A x = b, of which the caller alone knows A.
 //
 // F11BDF sets a problem up; F11BEF iterates and comes back whenever it needs a product with A, a solution with the
-// preconditioner M, or has something to show; F11BFF tells how far it has got. The whole state is in WORK: several
+// preconditioner M, or has something to show; F11BFF reports how far it has got. The whole state is in WORK: several
 // problems in several work arrays do not know of each other, and a work array may be copied elsewhere between calls.
 //
 // Methods: RGMRES, restarted every M iterations (Y. Saad, M. H. Schultz, SIAM J. Sci. Stat. Comput. 7, 1986), one
@@ -72,6 +72,9 @@ extern "C" {
 ///   IFAIL 3   99997 M, in its place between N and TOL
 ///   IFAIL 2   99998 WORK holds a problem that has not been completed. IREVCM 6 ends it; so does WORK(4) = 0.
 ///
+/// @par Source
+/// The methods are those of the papers at the top of this header.
+///
 /// @par Cost
 /// A few comparisons, and 100 elements of WORK written.
 /// @{
@@ -132,6 +135,10 @@ TESK2MP_API void QuarnMP_f11bdfn_(const char* method, const char* precon, const 
 ///   IFAIL 9   99991 the true residual has replaced that of the recurrence, and has then not been halved: TOL asks for
 ///             more than the working precision has
 ///
+/// @par Source
+/// The methods are those of the papers at the top of this header; R. Barrett et al., Templates for the Solution of
+/// Linear Systems, SIAM 1994, compares them.
+///
 /// @par Cost
 /// The products and solutions asked for (1 for an iteration of RGMRES, 2 of CGS and TFQMR, 2 M of BICGSTAB), and beside
 /// them about 2 j N multiply-adds in the j-th iteration of RGMRES after a restart, a fixed multiple of N in CGS and
@@ -164,6 +171,9 @@ TESK2MP_API void QuarnMP_f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v,
 ///
 ///   IFAIL 2   99998 argument 7: LWORK < 100
 ///   IFAIL 1   99999 no problem in WORK
+///
+/// @par Source
+/// The methods are those of the papers at the top of this header.
 ///
 /// @par Cost
 /// Five elements of WORK are read.

@@ -25,13 +25,17 @@ extern "C" {
 
 /// @defgroup f06aaf plane rotation
 ///
-/// DROTG: the plane rotation c, s with c a + s b = r and -s a + c b = 0. *a becomes r, *b the one number that tells c
+/// DROTG: the plane rotation c, s with c a + s b = r and -s a + c b = 0. *a becomes r, *b the one number that gives c
 /// and s again: s when |a| > |b|, else 1/c, or 1 when c = 0.
 ///
 /// @param[in,out] a in a, out r
-/// @param[in,out] b in b, out the number that tells c and s
+/// @param[in,out] b in b, out the number that gives c and s
 /// @param[out] c cosine and sine, |c|, |s| <= 1
 /// @param[out] s cosine and sine, |c|, |s| <= 1
+///
+/// @par Source
+/// C. L. Lawson, R. J. Hanson, D. R. Kincaid, F. T. Krogh, Basic linear algebra subprograms for Fortran usage, ACM
+/// Trans. Math. Softw. 5 (1979): DROTG.
 ///
 /// @par Cost
 /// One square root and a few operations.
@@ -48,6 +52,10 @@ TESK2MP_API void QuarnMP_f06aaf_(QuarnFloat* a, QuarnFloat* b, QuarnFloat* c, Qu
 /// @param[in,out] x n elements, |incx| apart, replaced by alpha x
 /// @param[in] incx step through x; negative from its far end
 ///
+/// @par Source
+/// C. L. Lawson, R. J. Hanson, D. R. Kincaid, F. T. Krogh, Basic linear algebra subprograms for Fortran usage, ACM
+/// Trans. Math. Softw. 5 (1979): ZDSCAL.
+///
 /// @par Cost
 /// Two multiplications per element.
 /// @{
@@ -61,6 +69,10 @@ TESK2MP_API void QuarnMP_f06caf_(Integer n, QuarnFloat alpha, Complex* x, Intege
 /// @param[in] n elements of x; below 1 the norm is 0
 /// @param[in] x n elements, |incx| apart; not changed
 /// @param[in] incx step through x; negative from its far end
+///
+/// @par Source
+/// C. L. Lawson, R. J. Hanson, D. R. Kincaid, F. T. Krogh, Basic linear algebra subprograms for Fortran usage, ACM
+/// Trans. Math. Softw. 5 (1979): DNRM2.
 ///
 /// @par Cost
 /// A few operations per element and one square root.
@@ -79,6 +91,10 @@ TESK2MP_API QuarnFloat QuarnMP_f06ejf_(Integer n, QuarnFloat* x, Integer incx);
 /// @param[out] y n elements, |incy| apart, overwritten
 /// @param[in] incy step through y; negative from its far end
 ///
+/// @par Source
+/// C. L. Lawson, R. J. Hanson, D. R. Kincaid, F. T. Krogh, Basic linear algebra subprograms for Fortran usage, ACM
+/// Trans. Math. Softw. 5 (1979): DCOPY and DSCAL in one.
+///
 /// @par Cost
 /// One multiplication per element.
 /// @{
@@ -96,6 +112,10 @@ TESK2MP_API void QuarnMP_f06fdf_(Integer n, QuarnFloat alpha, QuarnFloat* x, Int
 /// @param[out] y n elements, |incy| apart, overwritten
 /// @param[in] incy step through y; negative from its far end
 ///
+/// @par Source
+/// C. L. Lawson, R. J. Hanson, D. R. Kincaid, F. T. Krogh, Basic linear algebra subprograms for Fortran usage, ACM
+/// Trans. Math. Softw. 5 (1979): ZCOPY and ZSCAL in one.
+///
 /// @par Cost
 /// One complex multiplication per element.
 /// @{
@@ -111,6 +131,10 @@ TESK2MP_API void QuarnMP_f06hdf_(Integer n, Complex alpha, Complex* x, Integer i
 /// @param[in] incx step through x; negative from its far end
 /// @param[out] y n elements, |incy| apart, overwritten
 /// @param[in] incy step through y; negative from its far end
+///
+/// @par Source
+/// C. L. Lawson, R. J. Hanson, D. R. Kincaid, F. T. Krogh, Basic linear algebra subprograms for Fortran usage, ACM
+/// Trans. Math. Softw. 5 (1979): ZCOPY.
 ///
 /// @par Cost
 /// One copy per element.
@@ -139,6 +163,10 @@ TESK2MP_API void QuarnMP_f06jjf_(Integer n, Complex* x, Integer incx, Complex* y
 ///
 /// @par Failures
 /// Wrong arguments: trans (1), m < 0 (2), n < 0 (3), lda < max(1, m) (6), incx = 0 (8), incy = 0 (11).
+///
+/// @par Source
+/// J. J. Dongarra, J. Du Croz, S. Hammarling, R. J. Hanson, An extended set of Fortran basic linear algebra
+/// subprograms, ACM Trans. Math. Softw. 14 (1988).
 ///
 /// @par Cost
 /// m n multiply-adds.
@@ -198,6 +226,10 @@ TESK2MP_API void QuarnMPX_zgemv_(const char* trans, Integer m, Integer n, Comple
 ///
 /// @par Failures
 /// Wrong arguments: uplo (1), trans (2), diag (3), n < 0 (4), lda < max(1, n) (6), incx = 0 (8).
+///
+/// @par Source
+/// J. J. Dongarra, J. Du Croz, S. Hammarling, R. J. Hanson, An extended set of Fortran basic linear algebra
+/// subprograms, ACM Trans. Math. Softw. 14 (1988).
 ///
 /// @par Cost
 /// n^2/2 multiply-adds.
@@ -306,6 +338,10 @@ TESK2MP_API void QuarnMPX_ztrsv_(const char* uplo, const char* trans, const char
 /// @par Failures
 /// Wrong arguments: m < 0 (1), n < 0 (2), incx = 0 (5), incy = 0 (7), lda < max(1, m) (9).
 ///
+/// @par Source
+/// J. J. Dongarra, J. Du Croz, S. Hammarling, R. J. Hanson, An extended set of Fortran basic linear algebra
+/// subprograms, ACM Trans. Math. Softw. 14 (1988).
+///
 /// @par Cost
 /// m n multiply-adds.
 /// @{
@@ -373,6 +409,10 @@ TESK2MP_API void QuarnMP_f06snf_ENTRY(int selector, Integer m, Integer n, Comple
 /// @param[in,out] c C, m by n, overwritten; overlaps neither A nor B
 /// @param[in] ldc step from column to column of C, >= max(1, m)
 ///
+/// @par Source
+/// J. J. Dongarra, J. Du Croz, S. Hammarling, I. Duff, A set of level 3 basic linear algebra subprograms, ACM Trans.
+/// Math. Softw. 16 (1990).
+///
 /// @par Cost
 /// m n k multiply-adds.
 /// @{
@@ -439,6 +479,10 @@ TESK2MP_API void QuarnMPX_zgemm_(const char* transa, const char* transb, Integer
 ///
 /// @par Failures
 /// Wrong arguments: side (1), uplo (2), transa (3), diag (4), m < 0 (5), n < 0 (6), lda (9), ldb (11).
+///
+/// @par Source
+/// J. J. Dongarra, J. Du Croz, S. Hammarling, I. Duff, A set of level 3 basic linear algebra subprograms, ACM Trans.
+/// Math. Softw. 16 (1990).
 ///
 /// @par Cost
 /// m^2 n/2 multiply-adds on the left, m n^2/2 on the right.
@@ -508,6 +552,10 @@ TESK2MP_API void QuarnMPX_ztrsm_(const char* side, const char* uplo, const char*
 /// @par Failures
 /// Wrong arguments: uplo (1), trans (2), n < 0 (3), k < 0 (4), lda (7), ldc (10).
 ///
+/// @par Source
+/// J. J. Dongarra, J. Du Croz, S. Hammarling, I. Duff, A set of level 3 basic linear algebra subprograms, ACM Trans.
+/// Math. Softw. 16 (1990).
+///
 /// @par Cost
 /// n^2 k/2 complex multiply-adds.
 /// @{
@@ -563,6 +611,9 @@ TESK2MP_API void QuarnMPX_dsyrk_(const char* uplo, const char* trans, Integer n,
 /// @param[in] lda step from column to column, >= m
 /// @param[out] work m elements for the letter I, otherwise not touched
 ///
+/// @par Source
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DLANGE.
+///
 /// @par Cost
 /// One pass over the matrix.
 /// @{
@@ -583,6 +634,9 @@ TESK2MP_API QuarnFloat QuarnMPX_f06raf_(const char* norm, Integer m, Integer n, 
 /// @param[in] lda step from column to column, >= n
 /// @param[out] work n elements for the letter I, otherwise not touched
 ///
+/// @par Source
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DLANHS.
+///
 /// @par Cost
 /// One pass over the matrix.
 /// @{
@@ -600,6 +654,9 @@ TESK2MP_API QuarnFloat QuarnMPX_f06rmf_(const char* norm, Integer n, QuarnFloat*
 /// @like f06rmf
 ///
 /// @param[in] n columns; of a Hessenberg matrix its order
+///
+/// @par Source
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: ZLANGE and ZLANHS.
 ///
 /// @par Cost
 /// One pass over the matrix, with a square root per element for the letters M, O, 1 and I.

@@ -49,6 +49,11 @@ extern "C" {
 /// Neither argument is checked. A zero state stays zero. For an IGEN outside 0 ... 273 the result is NaN and ISEED
 /// stays as it is; any ISEED is taken without harm, but only those above give random numbers.
 ///
+/// @par Source
+/// The basic generator: D. H. Lehmer's congruences, as in D. E. Knuth, The Art of Computer Programming 2, section
+/// 3.2.1. The multiple-set generators: B. A. Wichmann, I. D. Hill, Algorithm AS 183, Applied Statistics 31 (1982),
+/// with four terms.
+///
 /// @par Cost
 /// One draw and one rounding; the companion ceil(D / 9) + 1 draws.
 /// @{
@@ -74,6 +79,9 @@ TESK2MP_API QuarnFloat QuarnMPX_g05kazn_(Integer igen, Integer* iseed);
 ///
 /// @param[out] igen 0
 /// @param[out] iseed 4 integers
+///
+/// @par Source
+/// No published one: the state that this library starts with.
 ///
 /// @par Cost
 /// Five integers are stored.

@@ -42,6 +42,10 @@ extern "C" {
 ///   IFAIL 4   99992 a zero, with ZERO 'F': the first in sorted order. The entries are sorted, duplicates are merged,
 ///             NNZ and ISTR fit them.
 ///
+/// @par Source
+/// F. G. Gustavson, Two fast algorithms for sparse matrices: multiplication and permuted transposition, ACM Trans.
+/// Math. Softw. 4 (1978), orders by counting as this does.
+///
 /// @par Cost
 /// Time is linear in N + NNZ; a value is moved once at most by the sort.
 /// @{
@@ -121,6 +125,9 @@ TESK2MP_API void QuarnMP_f11zpfn_(Integer n, Integer* nnz, Complex* a, Integer* 
 ///   IFAIL 2   99997 N < 1; 99996 NNZ < 1; 99995 NNZ > N**2, computed to the working precision
 ///   IFAIL 3   99994 IROW(I) outside 1 ... N; 99993 ICOL(I) outside 1 ... N; 99992 out of order; 99991 duplicate
 ///   IFAIL 1   99998 TRANS
+///
+/// @par Source
+/// Y. Saad, Iterative Methods for Sparse Linear Systems, SIAM 2003, section 3.5.
 ///
 /// @par Cost
 /// nnz multiply-adds. The companions are faster up to 100 digits when the entries are sorted by rows, and slower beyond

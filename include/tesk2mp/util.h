@@ -36,6 +36,10 @@ extern "C" {
 /// Natural runs, built up to 10 values by insertion, linked through IRANK and merged in the order of Munro and Wild
 /// (ESA 2018): at most n H + O(n) comparisons, H <= log2 n the entropy of the run lengths, for every input.
 ///
+/// @par Source
+/// J. I. Munro, S. Wild, Nearly-optimal mergesorts: fast, practical sorting methods that optimally adapt to existing
+/// runs, ESA 2018.
+///
 /// @par Cost
 /// At most n log2 n + O(n) comparisons, n = M2 - M1 + 1; O(n) where the values come in a few runs.
 /// @{
@@ -56,7 +60,10 @@ TESK2MP_API void QuarnMPX_m01daf_(const QuarnFloat* rv, const Integer* m1, const
 ///
 /// @par Failures
 /// IFAIL 2, label 99996: some IRANK(I) is outside M1 ... M2; nothing has been moved. IFAIL 3, label 99995: a value is
-/// in IRANK(M1:M2) twice; the message tells which. RV then holds its values in some other order.
+/// in IRANK(M1:M2) twice; the message says which. RV then holds its values in some other order.
+///
+/// @par Source
+/// D. E. Knuth, The Art of Computer Programming 1, section 1.3.3: a permutation is followed along its cycles.
 ///
 /// @par Cost
 /// Linear in M2 - M1 + 1.
@@ -83,7 +90,10 @@ TESK2MP_API void QuarnMP_m01edf_(Complex* rv, const Integer* m1, const Integer* 
 ///
 /// @par Failures
 /// IFAIL 2, label 99996: some IPERM(I) is outside M1 ... M2; nothing has been changed. IFAIL 3, label 99995: a value is
-/// in IPERM(M1:M2) twice; the message tells which. Nothing has been changed.
+/// in IPERM(M1:M2) twice; the message says which. Nothing has been changed.
+///
+/// @par Source
+/// D. E. Knuth, The Art of Computer Programming 1, section 1.3.3: inverses in place.
 ///
 /// @par Cost
 /// Linear in M2 - M1 + 1.

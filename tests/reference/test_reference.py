@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """test_reference.py --xml DIRECTORY: the routine reference, as Doxygen's XML has it, is complete.
 
-Every exported name stands on a page; every page has its purpose, its arguments by name, failures, accuracy, cost, and an
-example with output.
+Every exported name stands on a page; every page has its purpose, its arguments by name, failures, published source,
+accuracy, cost, and an example with output.
 """
 import argparse
 import pathlib
@@ -12,7 +12,7 @@ import xml.etree.ElementTree as ElementTree
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tools"))
 import contract  # noqa: E402
 
-WANTED = ["Purpose", "Failures", "Accuracy", "Cost", "Example"]
+WANTED = ["Purpose", "Source", "Failures", "Accuracy", "Cost", "Example"]
 
 
 def sections(description):
