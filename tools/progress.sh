@@ -1,15 +1,19 @@
-# Sourced by the scripts of the checkout. Needs bash and the log of a build or a test run that is going on.
+# Sourced by the scripts of the checkout. Needs bash and the log of what is going on.
 
-# step_of LOG: "compiling 12 of 290" or "testing 3 of 51", as the end of the log has it; nothing before either.
+# step_of LOG: "downloading 3 of 95 packages", "installing 12 of 95 packages", "compiling 12 of 290" or "testing 3 of 51",
+# as the log has it so far; nothing before any of these.
 step_of() {
-  tail -c 20000 "$1" 2>/dev/null | tr '\r' '\n' | sed -nE \
-    -e 's/^\[([0-9]+)\/([0-9]+)\].*/compiling \1 of \2/p' \
-    -e 's/^ *([0-9]+)\/([0-9]+) Test +#.*/testing \1 of \2/p' \
-    -e 's/^(installing) .*/\1 packages/p' | tail -n 1
+  tr '\r' '\n' <"$1" 2>/dev/null | awk '
+    / newly installed, / { for (i = 2; i <= NF; ++i) if ($i == "newly") packages = $(i - 1) }
+    packages && /^Get:/ { step = "downloading " ++got " of " packages " packages" }
+    packages && /^Setting up / { step = "installing " ++set_up " of " packages " packages" }
+    match($0, /^\[[0-9]+\/[0-9]+\]/) { step = "compiling " substr($0, 2, RLENGTH - 2) }
+    / Test +#/ && match($0, /^ *[0-9]+\/[0-9]+/) { step = "testing " substr($0, 1, RLENGTH) }
+    END { gsub(/ +/, " ", step); sub(/\//, " of ", step); print step }'
 }
 
 # show_progress PID LOG NAME: while the process runs, one line at the terminal says how far it is, and how many seconds are
-# left if what is to come takes as long as what was done. Silent where standard error is no terminal.
+# left if what is to come takes as long as what was done. Where standard error is no terminal, nothing.
 show_progress() {
   local pid=$1 log=$2 name=$3 begin=$SECONDS activity= step done total left
   [ -t 2 ] || return 0
