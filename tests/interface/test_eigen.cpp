@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "front/samples.h"
+#include "interface/samples.h"
 
 using namespace front;
 using namespace tesk2mp;

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "front/samples.h"
+#include "interface/samples.h"
 #include "support/standard_output.h"
 
 using namespace front;

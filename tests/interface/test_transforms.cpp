@@ -4,7 +4,7 @@
 #include <limits>
 #include <vector>
 
-#include "front/samples.h"
+#include "interface/samples.h"
 
 using namespace front;
 using namespace tesk2mp;
@@ -44,10 +44,10 @@ TEST_CASE("transforms are those of the exports, companions by default") {
       {classic::transform_real, QuarnMP_c06faf_},
       {classic::transform_hermitian, QuarnMP_c06fbf_},
   };
-  for (const auto& [front_door, export_] : table) {
+  for (const auto& [routine, export_] : table) {
     std::vector<Real> mine = x;
     std::vector<Real> theirs = x;
-    front_door(mine);
+    routine(mine);
     export_(theirs.data(), &n, work.data(), &ifail);
     CHECK(mine == theirs);
   }

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "front/samples.h"
+#include "interface/samples.h"
 
 using namespace front;
 using namespace tesk2mp;
@@ -144,7 +144,7 @@ TEST_CASE("determinants of integer matrices are exact") {
   CHECK(Cholesky(Matrix<Real>{{4, 2}, {2, 3}}).determinant() == 8);
 }
 
-TEST_CASE("settings of factorisations change the road and not the result") {
+TEST_CASE("settings of factorisations change the path and not the result") {
   Samples samples;
   const Matrix<Real> a = samples.matrix<Real>(9, 9);
   const Matrix<Real> factors = LU(a).factors();

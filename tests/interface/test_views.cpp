@@ -5,7 +5,7 @@
 #include <array>
 #include <vector>
 
-#include "front/samples.h"
+#include "interface/samples.h"
 
 using namespace front;
 using tesk2mp::MatrixView;
