@@ -170,7 +170,7 @@ void Array::read(py::handle sequence, std::size_t depth) {
   }
   std::size_t count = 0;
   for (const py::handle element : elements_of(sequence)) {
-    // The first element of all at this depth tells whether numbers are here or deeper.
+    // The first element of all at this depth decides whether numbers are here or deeper.
     if (depth + 1 < extents_.size() || (first && count == 0 && is_sequence(element))) {
       read(element, depth + 1);
     } else {

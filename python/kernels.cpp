@@ -262,7 +262,7 @@ The vector alpha x.
       },
       py::arg("a"), py::arg("b"), R"(rotation(a, b)
 
-The plane rotation that takes the real (a, b) to (r, 0): (c, s, r, z), c a + s b = r, c b - s a = 0; z alone tells c and s
+The plane rotation that takes the real (a, b) to (r, 0): (c, s, r, z), c a + s b = r, c b - s a = 0; z alone gives c and s
 again.
 
 >>> rotation(3, 4)

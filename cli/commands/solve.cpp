@@ -43,7 +43,7 @@ LinearSystem read_system(const SolveOptions& options) {
   return linear_system(matrix, &b);
 }
 
-// How much of the way from the first residual to the bound is behind, in orders of magnitude; 0 while nothing tells it.
+// How much of the way from the first residual to the bound is behind, in orders of magnitude; 0 while it is unknown.
 double part_done(const QuarnFloat& first, const ResidualStep& now) {
   const tesk2mp::Digits few(kDefaultDigits);
   if (!(now.bound > 0) || !(now.residual > 0) || !(first > now.bound)) {

@@ -9,18 +9,18 @@ namespace cli {
 /// From now on lines are written, if standard error is a terminal.
 void enable_progress();
 
-/// A piece of work: after a second, and twice a second from then on, one line tells how far it is and about how long it
+/// A piece of work: after a second, and twice a second from then on, one line says how far it is and about how long it
 /// still takes; the line vanishes with this object. Of pieces within each other the outer one counts.
 class Progress {
  public:
-  /// Work that advance() tells the course of.
+  /// Work whose course advance() reports.
   Progress(const std::string& what, double steps);
   ~Progress();
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
   void advance(double steps = 1);
-  /// So many of the steps are done; with none the line tells the time gone by instead.
+  /// So many of the steps are done; with none the line shows the time gone by instead.
   void reach(double steps);
 
   /// A call that cannot tell how far it is: the time is estimated from that number of multiplications with an addition

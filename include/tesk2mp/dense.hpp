@@ -1,5 +1,5 @@
 // Linear equations of the C++ interface: LU and Cholesky factorisations and what follows from them. Part of
-// tesk2mp.hpp; dense.h tells of methods and costs.
+// tesk2mp.hpp; dense.h documents methods and costs.
 #pragma once
 
 #include <algorithm>

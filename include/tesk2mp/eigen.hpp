@@ -1,4 +1,4 @@
-// Eigenvalues of real matrices, and the zeros of a quartic. Part of tesk2mp.hpp; dense.h tells of methods and costs.
+// Eigenvalues of real matrices, and the zeros of a quartic. Part of tesk2mp.hpp; dense.h documents methods and costs.
 #pragma once
 
 #include <algorithm>

@@ -112,7 +112,7 @@ inline Integer count_of(std::size_t size) {
   return Integer(size);
 }
 
-/// While it lives, the library tells it of failures instead of the console.
+/// While it lives, failures are handed to it and not printed.
 class Listener {
  public:
   Listener() : former_(QuarnMPX_failure_handler(&handler_)) {}

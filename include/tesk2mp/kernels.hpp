@@ -40,7 +40,7 @@ void require_shape(const char* routine, Integer position, const RawMatrix<T>& a,
 
 // Level 1 -----------------------------------------------------------------------------------------------------------
 
-/// The plane rotation that takes (a, b) to (r, 0); z is the one number that tells c and s again.
+/// The plane rotation that takes (a, b) to (r, 0); z is the one number that gives c and s again.
 struct Rotation {
   Real c;
   Real s;

@@ -117,7 +117,7 @@ class IterativeSolver {
                       &needed, work_.data(), &length, ifail, int(method.size()), 1, 1, 1);
     };
     {
-      // Without workspace it only tells how much it needs; what else is wrong it will say again.
+      // Without workspace it only returns how much it needs; what else is wrong is reported again.
       const detail::Listener quiet;
       Integer ifail = 1;
       attempt(&ifail);

@@ -129,7 +129,7 @@ inline void sort(std::span<Real> values, Order order = Order::ascending) { rearr
 
 // Random numbers ----------------------------------------------------------------------------------------------------
 
-/// A stream of uniform random numbers on [0, 1). random.h tells what the generators are and are not good for.
+/// A stream of uniform random numbers on [0, 1). random.h documents what the generators are and are not good for.
 ///
 /// @code
 /// tesk2mp::Random random(7);     // generator 7 of 0 ... 273

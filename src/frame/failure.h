@@ -16,7 +16,7 @@
 
 namespace tesk {
 
-/// Tells the host's handler of a failure, if there is one. What has been told is not to be written anywhere.
+/// Hands a failure to the host's handler, if there is one; true when it was handed over, and is not to be written.
 bool hand_over(const QuarnFailure& failure) noexcept;
 
 /// Reads (iflag 0) or sets (iflag 1) the unit of advisory messages, such as the banner's.

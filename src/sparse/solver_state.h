@@ -18,7 +18,7 @@ inline constexpr Integer kHeaderLength = 100;
 
 enum class Phase : Integer { set_up, running, completed };
 
-/// What the caller is asked for, or tells: the values of IREVCM.
+/// What the caller is asked for, or answers: the values of IREVCM.
 enum class Request : Integer {
   transposed_product = -1,
   start = 0,

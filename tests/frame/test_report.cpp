@@ -95,7 +95,7 @@ TEST_CASE("the classic form is silent when buffer and IFAIL agree") {
   }
 }
 
-TEST_CASE("the classic form tells when buffer and IFAIL disagree") {
+TEST_CASE("the classic form says when buffer and IFAIL disagree") {
   struct Mismatch {
     const char* buffer;
     Integer ifail;
