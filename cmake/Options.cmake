@@ -16,7 +16,7 @@ if(QUARN_LIMB_BITS)
 endif()
 
 # Code that takes longer to compile than it ever runs.
-set(TESK_COLD $<$<CONFIG:Release>:-Og>)
+set(TESK_COLD $<$<CONFIG:Release>:-O1>)
 
 # Where the headers of a folder take longer than its sources, a build from nothing takes a third of the time when the
 # folder is compiled as one; names in its files have to differ then, those without linkage too.
