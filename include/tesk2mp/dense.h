@@ -153,6 +153,9 @@ TESK2MP_API void QuarnMPX_zgetrs_(const char* trans, Integer n, Integer nrhs, Co
 /// @par Failures
 /// Illegal: n < 0 (-1), lda < max(1, n) (-3), lwork (-6). Storage for n^2 elements is taken for the time of the call.
 ///
+/// @par Source
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DGETRI and ZGETRI.
+///
 /// @par Cost
 /// About n^3 multiply-adds.
 /// @{
@@ -221,6 +224,9 @@ TESK2MP_API void QuarnMPX_dpotrf_(const char* uplo, Integer n, QuarnFloat* a, In
 ///
 /// @par Failures
 /// Illegal: uplo (-1), n < 0 (-2), nrhs < 0 (-3), lda < max(1, n) (-5), ldb < max(1, n) (-7).
+///
+/// @par Source
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DPOTRS and ZPOTRS.
 ///
 /// @par Cost
 /// n^2 multiply-adds for each column of B.
@@ -324,10 +330,14 @@ TESK2MP_API void QuarnMPX_dgebak_(const char* job, const char* side, Integer n, 
 /// @param[out] info 0, or -k when argument k is illegal
 ///
 /// @par Failures
-/// Illegal: n < 0 (-1), ilo (-2), ihi (-3), lda < max(1, n) (-5), lwork (-8). Storage is taken for the time of the call.
+/// Illegal: n < 0 (-1), ilo (-2), ihi (-3), lda < max(1, n) (-5), lwork (-8). Storage is taken for the time of the
+/// call.
 ///
 /// @par Method
 /// Panels of 32 columns, whose reflectors reach the rest of the matrix in products that round each entry once.
+///
+/// @par Source
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DGEHRD and ZGEHRD.
 ///
 /// @par Cost
 /// About 10 n^3/3 multiply-adds, a sixth of them in products with one vector; Q takes 4 n^3/3.

@@ -32,6 +32,10 @@ extern "C" {
 /// @par Method
 /// By halves of panels; the reflectors of a panel reach the other columns in products that round each entry once.
 ///
+/// @par Source
+/// G. H. Golub, Numerical methods for solving linear least squares problems, Numer. Math. 7 (1965); E. Anderson et
+/// al., LAPACK Users' Guide, SIAM 1999: DGEQRF and ZGEQRF.
+///
 /// @par Cost
 /// About m n^2 - n^3/3 multiply-adds for m >= n.
 /// @{
@@ -57,6 +61,9 @@ TESK2MP_API void QuarnMPX_zgeqrf_(Integer m, Integer n, Complex* a, Integer lda,
 ///
 /// @par Failures
 /// Illegal: m < 0 (-1), n (-2), k (-3), lda < max(1, m) (-5), lwork (-8). Storage is taken for the time of the call.
+///
+/// @par Source
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DORGQR and ZUNGQR.
 ///
 /// @par Cost
 /// About 2 m n k multiply-adds.
@@ -87,8 +94,11 @@ TESK2MP_API void QuarnMPX_zungqr_(Integer m, Integer n, Integer k, Complex* a, I
 /// @param[out] info 0, or -k when argument k is illegal
 ///
 /// @par Failures
-/// Illegal: side (-1), trans (-2), m < 0 (-3), n < 0 (-4), k (-5), lda (-7), ldc (-10), lwork (-12). Storage is taken for
-/// the time of the call.
+/// Illegal: side (-1), trans (-2), m < 0 (-3), n < 0 (-4), k (-5), lda (-7), ldc (-10), lwork (-12). Storage is taken
+/// for the time of the call.
+///
+/// @par Source
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DORMQR and ZUNMQR.
 ///
 /// @par Cost
 /// About 2 m n k multiply-adds.
@@ -121,11 +131,15 @@ TESK2MP_API void QuarnMPX_zunmqr_(const char* side, const char* trans, Integer m
 /// @param[out] info 0, -k when argument k is illegal, or j when R(j, j) is exactly zero; B is then as it was
 ///
 /// @par Failures
-/// Illegal: trans (-1), m < 0 (-2), n < 0 (-3), nrhs < 0 (-4), lda (-6), ldb (-8), lwork (-10). Storage for m n elements
-/// is taken for the time of the call.
+/// Illegal: trans (-1), m < 0 (-2), n < 0 (-3), nrhs < 0 (-4), lda (-6), ldb (-8), lwork (-10). Storage for m n
+/// elements is taken for the time of the call.
 ///
 /// @par Method
 /// QR factorisation of A or its adjoint, whichever is tall.
+///
+/// @par Source
+/// G. H. Golub, Numerical methods for solving linear least squares problems, Numer. Math. 7 (1965); E. Anderson et
+/// al., LAPACK Users' Guide, SIAM 1999: DGELS and ZGELS.
 ///
 /// @par Cost
 /// About m n^2 - n^3/3 multiply-adds for m >= n, and 2 m n for each column of B.

@@ -59,6 +59,10 @@ extern "C" {
 /// @par Method
 /// quarn/transform.h.
 ///
+/// @par Source
+/// J. W. Cooley, J. W. Tukey, An algorithm for the machine calculation of complex Fourier series, Math. Comp. 19
+/// (1965); for large prime factors L. I. Bluestein, IEEE Trans. Audio Electroacoust. 18 (1970).
+///
 /// @par Cost
 /// Some (2/3) n log2 n complex products of D digits for each sequence where n = 2^a 3^b 5^c 7^d, 4 to 6 times that for
 /// a large prime; tables are kept for later calls.
@@ -233,6 +237,9 @@ TESK2MP_API void QuarnMPX_irfftn_(const char* norm, Integer ndim, const Integer*
 /// @par Method
 /// quarn/convolution.h.
 ///
+/// @par Source
+/// H. J. Nussbaumer, Fast Fourier Transform and Convolution Algorithms, Springer 1982: convolutions by transforms.
+///
 /// @par Cost
 /// Three real transforms of some na + nb elements at as many digits as the exact sums have, where both sequences are
 /// longer than 48, else na nb products.
@@ -278,6 +285,10 @@ TESK2MP_API void QuarnMPX_zconvolve_(const char* kind, Integer m, Integer na, co
 /// @par Accuracy
 /// Rounded once, from ten more digits.
 ///
+/// @par Source
+/// F. J. Harris, On the use of windows for harmonic analysis with the discrete Fourier transform, Proc. IEEE 66
+/// (1978).
+///
 /// @par Cost
 /// One sine for each pair of elements; of the Kaiser window some beta + 2 D terms of the series.
 /// @{
@@ -315,6 +326,9 @@ TESK2MP_API void QuarnMPX_power_spectrum_(Integer n, Integer m, const QuarnFloat
 ///
 /// @par Accuracy
 /// Exact.
+///
+/// @par Source
+/// No published one: all lengths of this form are compared.
 ///
 /// @par Cost
 /// Some 300 comparisons.
