@@ -18,7 +18,17 @@ struct FreeBlock {
 };
 
 /// Objects that are made when a thread first asks for them.
-enum class Cache { scratch, constants, powers, tables, last_angle, transform_plans, gamma_series, named_constants, count };
+enum class Cache {
+  scratch,
+  constants,
+  powers,
+  tables,
+  last_angle,
+  transform_plans,
+  gamma_series,
+  named_constants,
+  count
+};
 
 struct ThreadState {
   static constexpr std::size_t kSizeClasses = 96;
