@@ -16,6 +16,8 @@
 #endif
 #if defined(QUARN_EDITLINE)
 #include <editline/readline.h>
+#include <poll.h>
+#include <signal.h>
 #endif
 
 namespace cli::repl {
@@ -66,10 +68,28 @@ char** complete(const char* text, int /*start*/, int /*end*/) {
   return rl_completion_matches(text, next_name);
 }
 
+/// Waits until there is something to read. The signal comes in while waiting alone, so that it is never missed between
+/// a look at the flag and the wait.
+void wait_for_input(int descriptor) {
+  sigset_t interrupts;
+  sigset_t before;
+  sigemptyset(&interrupts);
+  sigaddset(&interrupts, SIGINT);
+  sigprocmask(SIG_BLOCK, &interrupts, &before);
+  pollfd input{descriptor, POLLIN, 0};
+  while (!interrupt_requested() && ppoll(&input, 1, nullptr, &before) < 0 && errno == EINTR) {
+  }
+  sigprocmask(SIG_SETMASK, &before, nullptr);
+}
+
 /// A character from the terminal; Ctrl-C ends the line, as the end of the input would.
 int next_character(std::FILE* stream) {
   std::mbstate_t state{};
   for (;;) {
+    wait_for_input(fileno(stream));
+    if (interrupt_requested()) {
+      return EOF;
+    }
     char byte = 0;
     const auto length = ::read(fileno(stream), &byte, 1);
     if (length == 0 || (length < 0 && (errno != EINTR || interrupt_requested()))) {

@@ -2,6 +2,7 @@
 
 import os
 import re
+import select
 import signal
 import subprocess
 import time
@@ -15,7 +16,8 @@ LONG = "inv(random(300, 300));"
 
 def start(*arguments, **options):
     """With the usual handling of the signal, which a shell in the background may have turned off."""
-    return subprocess.Popen([*COMMAND, *arguments], preexec_fn=lambda: signal.signal(signal.SIGINT, signal.SIG_DFL), **options)
+    return subprocess.Popen([*COMMAND, *arguments], preexec_fn=lambda: signal.signal(signal.SIGINT, signal.SIG_DFL),
+                            **options)
 
 
 @not_emulated
@@ -78,7 +80,8 @@ class Terminal(unittest.TestCase):
             if found:
                 before, self.shown = self.shown[:found.end()], self.shown[found.end():]
                 return before
-            self.shown += os.read(self.primary, 4096).decode()
+            if select.select([self.primary], [], [], 1)[0]:
+                self.shown += os.read(self.primary, 4096).decode()
         raise AssertionError(f"{pattern!r} is not in {self.shown!r}")
 
     def type(self, text):
