@@ -27,6 +27,7 @@ COUNTERPARTS = {
     "one_based": "multiply",
     "quotient": "Complex",
     "safe_range": "smallest_number",
+    "syrk": "hermitian_product",
     "transform_columns": "transform",
     "transform_dimension": "transform",
     "transform_rows": "transform",
