@@ -103,7 +103,9 @@ struct Shape {
 TEST_CASE_TEMPLATE("Q R gives the matrix back, and Q is orthogonal", T, QuarnFloat, Complex) {
   RandomNumbers random;
   for (const int digits : {2, 20, 50, 333}) {
-    for (const auto [m, n] : {Shape{0, 0}, {0, 3}, {1, 1}, {5, 3}, {3, 5}, {70, 40}, {64, 70}}) {
+    for (const Shape& shape : {Shape{0, 0}, {0, 3}, {1, 1}, {5, 3}, {3, 5}, {70, 40}, {64, 70}}) {
+      const Integer m = shape.m;
+      const Integer n = shape.n;
       if (m > 60 && digits != 20) {
         continue;
       }
@@ -158,7 +160,9 @@ TEST_CASE_TEMPLATE("Q R gives the matrix back, and Q is orthogonal", T, QuarnFlo
 TEST_CASE_TEMPLATE("least squares and minimum-norm solutions", T, QuarnFloat, Complex) {
   RandomNumbers random;
   for (const int digits : {5, 50, 200}) {
-    for (const auto [m, n] : {Shape{1, 1}, {7, 4}, {4, 7}, {6, 6}, {5, 0}, {0, 5}}) {
+    for (const Shape& shape : {Shape{1, 1}, {7, 4}, {4, 7}, {6, 6}, {5, 0}, {0, 5}}) {
+      const Integer m = shape.m;
+      const Integer n = shape.n;
       for (const bool plain : {true, false}) {
         CAPTURE(m);
         CAPTURE(n);
@@ -266,7 +270,10 @@ TEST_CASE("the reduction to Hessenberg form is a similarity, balanced or not, sm
     Integer ihi;
   };
   for (const int digits : {2, 50, 200}) {
-    for (const auto [n, ilo, ihi] : {Case{0, 1, 0}, {1, 1, 1}, {2, 1, 2}, {9, 3, 7}, {12, 1, 12}, {70, 2, 69}}) {
+    for (const Case& block : {Case{0, 1, 0}, {1, 1, 1}, {2, 1, 2}, {9, 3, 7}, {12, 1, 12}, {70, 2, 69}}) {
+      const Integer n = block.n;
+      const Integer ilo = block.ilo;
+      const Integer ihi = block.ihi;
       if (n == 70 && digits != 50) {
         continue;
       }

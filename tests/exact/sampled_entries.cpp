@@ -54,12 +54,8 @@ class Sampler {
     const bool large = random_.once_in(12);
     const int digits = kDigits[random_.below(std::size(kDigits))];
     const std::size_t limit = digits > 200 ? 10 : large ? 90 : 24;
-    Batch batch{1 + random_.below(limit),
-                1 + random_.below(limit),
-                1 + random_.below(limit),
-                digits,
-                kSpreads[random_.below(std::size(kSpreads))],
-                random_.once_in(8)};
+    const auto extent = [&] { return 1 + std::size_t(random_.below(limit)); };
+    Batch batch{extent(), extent(), extent(), digits, kSpreads[random_.below(std::size(kSpreads))], random_.once_in(8)};
     if (random_.once_in(4)) {
       (random_.once_in(2) ? batch.m : batch.n) = 1;
     }
