@@ -149,21 +149,32 @@ QuarnFloat combine(const View& a, const View& b, bool subtracting) {
       return special(Kind::zero);
     }
   }
-  QuarnFloat result;
-  Limb* const sum = QuarnAccess::prepare(result, a.negative != (order < 0), 0, n + 1);
-  bool carry = false;
-  if (far) {
-    std::copy_n(a.limbs, a.length, sum);
-    std::fill_n(sum + a.length, n - a.length, Limb(0));
-    if (subtracting) {
-      subtract_limb<Radix>(sum, n, 1);
+  const bool negative = a.negative != (order < 0);
+  // Writes the n limbs; whether there is one more, a 1, before them.
+  const auto form = [&](Limb* sum) {
+    if (far) {
+      std::copy_n(a.limbs, a.length, sum);
+      std::fill_n(sum + a.length, n - a.length, Limb(0));
+      if (subtracting) {
+        subtract_limb<Radix>(sum, n, 1);
+      }
+      return false;
     }
-  } else if (places != 0) {
-    carry = add_shifted<false>(sum, n, a, b, skipped, places, subtracting) != 0;
-  } else {
-    carry = add_shifted<true>(sum, n, order < 0 ? b : a, order < 0 ? a : b, skipped, 0, subtracting) != 0;
+    const Limb carry = places != 0
+                           ? add_shifted<false>(sum, n, a, b, skipped, places, subtracting)
+                           : add_shifted<true>(sum, n, order < 0 ? b : a, order < 0 ? a : b, skipped, 0, subtracting);
+    return carry != 0 && !subtracting;
+  };
+  // Results that need no storage of their own get none for a sum that is longer.
+  if (n + 1 > std::size_t(QuarnFloat::kInlineLimbs) && digits <= QuarnFloat::kInlineLimbs * int(kLimbDigits)) {
+    LimbBuffer<> work(n + 1);
+    work[0] = form(work + 1) ? 1 : 0;
+    return rounded(negative, a.exponent + kDigits, work, n + 1, far, digits);
   }
-  return rounded_sum(std::move(result), a.exponent, sum, n, carry && !subtracting, far, digits);
+  QuarnFloat result;
+  Limb* const sum = QuarnAccess::prepare(result, negative, 0, n + 1);
+  const bool carry = form(sum);
+  return rounded_sum(std::move(result), a.exponent, sum, n, carry, far, digits);
 }
 
 }  // namespace
