@@ -5,7 +5,8 @@
 
 namespace quarn {
 
-/// The nearest float and long double, ties to even; beyond the range infinity or zero.
+/// The nearest float and long double, ties to even; beyond the range infinity or zero. On Windows the nearest double
+/// stands for the long double.
 [[nodiscard]] QRNFLOAT_API float to_float(const QuarnFloat& x) noexcept;
 [[nodiscard]] QRNFLOAT_API long double to_long_double(const QuarnFloat& x) noexcept;
 

@@ -62,11 +62,12 @@ T nearest(const QuarnFloat& x, int lowest_exponent, int highest_exponent) noexce
 float to_float(const QuarnFloat& x) noexcept { return nearest<float>(x, -60, 60); }
 
 long double to_long_double(const QuarnFloat& x) noexcept {
-  if constexpr (sizeof(long double) == sizeof(double)) {
-    return FloatToDouble(x);
-  } else {
-    return nearest<long double>(x, -5000, 5000);
-  }
+#if defined(_WIN32)
+  // The C runtime, by which the standard library reads, has no numbers longer than a double.
+  return FloatToDouble(x);
+#else
+  return nearest<long double>(x, -5000, 5000);
+#endif
 }
 
 bool whole_part_words(const QuarnFloat& x, std::uint64_t (&words)[2], bool& negative) noexcept {

@@ -124,12 +124,17 @@ TEST_CASE("integers of every type go there and back") {
 }
 
 TEST_CASE("hardware floating-point numbers go there and back") {
+#if defined(_WIN32)
+  using Long = double;  // what conversions to long double give there
+#else
+  using Long = long double;
+#endif
   std::mt19937_64 random(11);
   const Digits scope(1100);
   for (int i = 0; i < 300; ++i) {
     const float f = std::ldexp(float(random() % 16777216), int(random() % 280) - 150);
     CHECK(static_cast<float>(QuarnFloat(f)) == f);
-    const long double l = std::ldexp((long double)(random()), int(random() % 2000) - 1000);
+    const Long l = std::ldexp(Long(random()), int(random() % 1800) - 900);
     CHECK(static_cast<long double>(QuarnFloat(l)) == l);
     CHECK(static_cast<long double>(QuarnFloat(-l)) == -l);
   }
@@ -139,12 +144,11 @@ TEST_CASE("hardware floating-point numbers go there and back") {
   CHECK(static_cast<float>(tie + ldexp(QuarnFloat(1), -60)) == std::nextafter(1.0F, 2.0F));
   CHECK(static_cast<float>(QuarnFloat("1e-50")) == 0.0F);
   CHECK(std::isinf(static_cast<float>(QuarnFloat("1e39"))));
-  CHECK(static_cast<long double>(QuarnFloat(std::numeric_limits<long double>::max())) ==
-        std::numeric_limits<long double>::max());
+  CHECK(static_cast<long double>(QuarnFloat(std::numeric_limits<Long>::max())) == std::numeric_limits<Long>::max());
   CHECK(std::isnan(static_cast<long double>(QuarnFloat("nan"))));
   {
     const Digits more(12'000);
-    const long double tiny = std::numeric_limits<long double>::denorm_min() * 5;
+    const Long tiny = std::numeric_limits<Long>::denorm_min() * 5;
     CHECK(static_cast<long double>(QuarnFloat(tiny)) == tiny);
   }
 }

@@ -51,7 +51,7 @@ class Console(unittest.TestCase):
         for arguments, stdin, status, text in (
             (["fft", "-"], "1\nx\n", 2, "quarn: standard input:2: 'x' is not a number\n"),
             (["fft", self.path("none.csv")], "", 2, "none.csv: No such file or directory\n"),
-            (["fft", "-"], "1\n" * 23, 1, "quarn: C06FAF: At least one prime factor of N is greater than 19. N = 23.\n"),
+            (["eig", "-"], "1 2\n", 2, "quarn: standard input: 1 by 2, but a square matrix is needed\n"),
             (["constants", "--output", self.path("no/such")], "", 3, "No such file or directory\n"),
         ):
             with self.subTest(arguments=arguments):
