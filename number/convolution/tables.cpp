@@ -116,6 +116,7 @@ constinit std::atomic<const Tables*> published = nullptr;
 }  // namespace
 
 constexpr Recombination kDecimalDigits{factor(power(kPrimes[0] % kPrimes[1], kPrimes[1] - 2, kPrimes[1]), kPrimes[1]),
+                                       // NOLINTNEXTLINE(bugprone-integer-division): whole quotients are meant
                                        double(kBase), 1.0 / double(kBase), double(kPrimes[0] / kBase),
                                        double(kPrimes[0] % kBase)};
 const Recombination kDecimal = kDecimalDigits;

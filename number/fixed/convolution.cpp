@@ -62,7 +62,7 @@ void convolve_directly(QuarnConvolution kind, const QuarnFloat* a, Integer na, c
     QuarnCheckInterrupt();
     const Integer first = std::max<Integer>(0, k - nb + 1);
     const Integer last = std::min(k, na - 1);
-    z[k] = QuarnDot(std::size_t(last - first + 1), a + first, 1, b + (k - first), -1);
+    z[k] = QuarnDot(std::size_t(last - first) + 1, a + first, 1, b + (k - first), -1);
   }
 }
 
@@ -111,7 +111,7 @@ void convolve_by_spectra(QuarnConvolution kind, const QuarnFloat* a, Integer na,
   for (Integer k = 0; k < results; ++k) {
     QuarnFloat sum = floor(sums[std::size_t(k)] + half);
     if (kind == QuarnConvolution::circular && k + na < na + nb - 1) {
-      sum += floor(sums[std::size_t(k + na)] + half);
+      sum += floor(sums[std::size_t(k) + std::size_t(na)] + half);
     }
     z[k] = rounded(sum * unit_a * unit_b, digits);
   }

@@ -18,7 +18,7 @@ using RealKind = QuarnRealTransform::Kind;
 struct Route {
   enum class Form { forward, inverse, quarter };
 
-  Route(RealKind kind, Integer n);
+  Route(RealKind kind_given, Integer length);
 
   Form form;
   RealKind kind;

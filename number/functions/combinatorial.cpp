@@ -49,7 +49,7 @@ QuarnFloat falling_product(const QuarnFloat& x, long k) {
 /// The coefficient for 0 <= k <= most_factors().
 QuarnFloat binomial_by_product(const QuarnFloat& x, long k) {
   const QuarnFloat divisor = product_of_range(2, k);
-  const QuarnFloat result = correctly_rounded(
+  QuarnFloat result = correctly_rounded(
       [&](int w) {
         const WorkingDigits scope(w + 10);
         return falling_product(x, k) / divisor;

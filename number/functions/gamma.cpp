@@ -230,7 +230,7 @@ QuarnFloat approximate_digamma(const QuarnFloat& x, int a) {
   }
   // psi(1 - x) - pi cot(pi x)
   const HalfTurns turns = half_turns(x);
-  const QuarnFloat main = digamma_of_positive(reflected(x, std::max(a, 0) + 20 + digits_before_point(x)), a + 1);
+  QuarnFloat main = digamma_of_positive(reflected(x, std::max(a, 0) + 20 + digits_before_point(x)), a + 1);
   if (kind_of(turns.rest) == Kind::zero) {
     return main;
   }

@@ -61,7 +61,7 @@ class StirlingCoefficients {
       QuarnCheckInterrupt();
       for (int j = k; j <= n; ++j) {
         QuarnFloat& target = t[std::size_t(j)];
-        target = small[std::size_t(j - k)] * t[std::size_t(j) - 1] + small[std::size_t(j - k + 2)] * target;
+        target = small[std::size_t(j - k)] * t[std::size_t(j) - 1] + small[std::size_t(j - k) + 2] * target;
       }
     }
     QuarnFloat power = 1;

@@ -66,7 +66,7 @@ QuarnFloat next_above(const QuarnFloat& x) {
     case Kind::finite:
       break;
   }
-  const QuarnFloat whole = rounded(x, QuarnDigits());
+  QuarnFloat whole = rounded(x, QuarnDigits());
   if (whole > x) {
     return whole;
   }

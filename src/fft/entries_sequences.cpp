@@ -144,14 +144,14 @@ void convolve_one(QuarnConvolution kind, const Complex* a, Integer na, const Com
   std::vector<QuarnFloat> left(std::size_t(apart + na));
   for (Integer i = 0; i < na; ++i) {
     left[std::size_t(i)] = a[i].re;
-    left[std::size_t(apart + i)] = a[i].im;
+    left[std::size_t(apart) + std::size_t(i)] = a[i].im;
   }
   for (const bool imaginary : {false, true}) {
     std::vector<QuarnFloat> right(std::size_t(apart + count));
     for (Integer j = 0; j < count; ++j) {
       const Complex& value = b[j % nb];
       right[std::size_t(j)] = imaginary ? value.re : -value.im;
-      right[std::size_t(apart + j)] = imaginary ? value.im : value.re;
+      right[std::size_t(apart) + std::size_t(j)] = imaginary ? value.im : value.re;
     }
     std::vector<QuarnFloat> all(left.size() + right.size() - 1);
     QuarnConvolve(QuarnConvolution::linear, left.data(), Integer(left.size()), right.data(), Integer(right.size()),
