@@ -4,6 +4,7 @@
 #include <pybind11/pybind11.h>
 
 #include <optional>
+#include <span>
 #include <string>
 #include <type_traits>
 #include <variant>
@@ -177,6 +178,20 @@ py::object from(const Matrix<T>& a, py::handle model) {
     rows.append(row);
   }
   return like(model, rows);
+}
+
+/// The numbers from `next` on in lists of these lengths.
+template <class T>
+py::list nested(std::span<const std::size_t> extents, std::span<const T> numbers, std::size_t& next) {
+  py::list elements;
+  for (std::size_t i = 0; i < extents.front(); ++i) {
+    if (extents.size() > 1) {
+      elements.append(nested(extents.subspan(1), numbers, next));
+    } else {
+      elements.append(from(numbers[next++]));
+    }
+  }
+  return elements;
 }
 
 /// The option of that name; a ValueError with all names otherwise.

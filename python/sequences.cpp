@@ -30,19 +30,6 @@ py::object transformed(Transform transform, py::handle x) {
   return from(numbers, x);
 }
 
-/// The numbers from `next` on in lists of these lengths.
-py::list nested(std::span<const std::size_t> extents, std::span<const Complex> numbers, std::size_t& next) {
-  py::list elements;
-  for (std::size_t i = 0; i < extents.front(); ++i) {
-    if (extents.size() > 1) {
-      elements.append(nested(extents.subspan(1), numbers, next));
-    } else {
-      elements.append(from(numbers[next++]));
-    }
-  }
-  return elements;
-}
-
 py::object transform(py::handle x, bool backward, std::optional<long> axis, bool classic) {
   const tesk2mp::Direction direction = backward ? tesk2mp::Direction::backward : tesk2mp::Direction::forward;
   const Array given(x);
@@ -65,7 +52,7 @@ py::object transform(py::handle x, bool backward, std::optional<long> axis, bool
     }
   });
   std::size_t next = 0;
-  return like(x, nested(extents, z, next));
+  return like(x, nested<Complex>(extents, z, next));
 }
 
 std::unique_ptr<TransformPlan> plan_of(std::size_t length, std::optional<int> digits) {

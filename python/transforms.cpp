@@ -33,20 +33,6 @@ NdArray<T> to_array(py::handle x) {
   return {given.numbers<T>(), given.extents()};
 }
 
-/// The elements from `next` on in lists of these lengths.
-template <class T>
-py::list nested(std::span<const std::size_t> extents, std::span<const T> numbers, std::size_t& next) {
-  py::list elements;
-  for (std::size_t i = 0; i < extents.front(); ++i) {
-    if (extents.size() > 1) {
-      elements.append(nested(extents.subspan(1), numbers, next));
-    } else {
-      elements.append(from(numbers[next++]));
-    }
-  }
-  return elements;
-}
-
 template <class T>
 py::object from_array(const NdArray<T>& array, py::handle model) {
   std::size_t next = 0;

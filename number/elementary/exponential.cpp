@@ -1,4 +1,6 @@
 // exp, log, log10 and the hyperbolic functions.
+#include "number/elementary/exponential.h"
+
 #include <algorithm>
 
 #include "number/elementary/fixed_point.h"
@@ -8,6 +10,7 @@ using quarn::approximate_exp;
 using quarn::approximate_ln10;
 using quarn::approximate_log;
 using quarn::correctly_rounded;
+using quarn::kExpOverflowExponent;
 using quarn::Kind;
 using quarn::kind_of;
 using quarn::perturbed;
@@ -18,9 +21,6 @@ using quarn::view_of;
 using quarn::WorkingDigits;
 
 namespace {
-
-/// Every exponential of a larger argument is outside the range of exponents.
-constexpr int kExpOverflowExponent = 10;
 
 /// Digits that the difference of two numbers near 1 loses for an argument of this size.
 int digits_lost(const QuarnFloat& x) { return int(std::max<std::int64_t>(-scientific_exponent(x), 0)) + 2; }
@@ -50,20 +50,10 @@ QuarnFloat approximate_tanh(const QuarnFloat& x, int w) {
 }  // namespace
 
 QuarnFloat exp(const QuarnFloat& x) {
-  switch (kind_of(x)) {
-    case Kind::nan:
-      return x;
-    case Kind::infinite:
-      return signbit(x) ? special(Kind::zero) : x;
-    case Kind::zero:
-      return 1;
-    default:
-      break;
+  if (const auto result = quarn::exponential_of_special(x, kExpOverflowExponent)) {
+    return *result;
   }
   const std::int64_t exponent = scientific_exponent(x);
-  if (exponent >= kExpOverflowExponent) {
-    return special(signbit(x) ? Kind::zero : Kind::infinite);
-  }
   // e^x = 1 + d with |d| < 2 |x|.
   if (const auto result = perturbed(1, exponent + 2, signbit(x))) {
     return *result;

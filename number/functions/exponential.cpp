@@ -1,4 +1,6 @@
 // expm1, exp2, exp10, log1p and log2.
+#include "number/elementary/exponential.h"
+
 #include "number/functions/support.h"
 #include "quarn/functions.h"
 
@@ -6,29 +8,7 @@ using namespace quarn;
 
 namespace {
 
-/// Every exponential of a larger argument is outside the range of exponents, to the bases e and 2; to base 10 from one
-/// place less on.
-constexpr int kOverflowExponent = 10;
-
 int places_below_one(const QuarnFloat& x) { return int(std::max<std::int64_t>(-scientific_exponent(x), 0)); }
-
-/// NaN, infinity and zero for a function that has exp's limits and the value at_zero at zero.
-std::optional<QuarnFloat> exponential_of_special(const QuarnFloat& x, int overflow_exponent) {
-  switch (kind_of(x)) {
-    case Kind::nan:
-      return x;
-    case Kind::infinite:
-      return signbit(x) ? special(Kind::zero) : x;
-    case Kind::zero:
-      return QuarnFloat(1);
-    default:
-      break;
-  }
-  if (scientific_exponent(x) >= overflow_exponent) {
-    return special(signbit(x) ? Kind::zero : Kind::infinite);
-  }
-  return std::nullopt;
-}
 
 /// 2^n = x, if x > 0 is such a power and n is `exponent`.
 bool is_power_of_two(const QuarnFloat& x, std::int64_t exponent) {
@@ -47,7 +27,7 @@ QuarnFloat expm1(const QuarnFloat& x) {
     return kind_of(x) == Kind::infinite && signbit(x) ? QuarnFloat(-1) : x;
   }
   const std::int64_t exponent = scientific_exponent(x);
-  if (exponent >= kOverflowExponent && !signbit(x)) {
+  if (exponent >= kExpOverflowExponent && !signbit(x)) {
     return x * special(Kind::infinite);
   }
   // x (1 + x/2 + ...)
@@ -69,7 +49,7 @@ QuarnFloat expm1(const QuarnFloat& x) {
 }
 
 QuarnFloat exp2(const QuarnFloat& x) {
-  if (const auto result = exponential_of_special(x, kOverflowExponent)) {
+  if (const auto result = exponential_of_special(x, kExpOverflowExponent)) {
     return *result;
   }
   if (is_whole(x)) {
@@ -87,7 +67,7 @@ QuarnFloat exp2(const QuarnFloat& x) {
 }
 
 QuarnFloat exp10(const QuarnFloat& x) {
-  if (const auto result = exponential_of_special(x, kOverflowExponent)) {
+  if (const auto result = exponential_of_special(x, kExpOverflowExponent)) {
     return *result;
   }
   const NearestWhole parts = nearest_whole(x);

@@ -1,10 +1,10 @@
 // Whole parts, remainders, and conversion to hardware numbers.
-#include <charconv>
 #include <cmath>
 
 #include "number/limbs/multiply.h"
 #include "number/limbs/schoolbook.h"
 #include "number/scalar/access.h"
+#include "number/scalar/nearest.h"
 #include "number/scalar/storage.h"
 
 using namespace quarn;
@@ -183,47 +183,4 @@ Integer FloatToInt(const QuarnFloat& x) noexcept {
   return Integer(std::clamp(whole, kLeast, kMost));
 }
 
-double FloatToDouble(const QuarnFloat& x) noexcept {
-  const double sign = signbit(x) ? -1.0 : 1.0;
-  switch (kind_of(x)) {
-    case Kind::zero:
-      return sign * 0.0;
-    case Kind::infinite:
-      return sign * HUGE_VAL;
-    case Kind::nan:
-      return NAN;
-    case Kind::finite:
-      break;
-  }
-  const View v = view_of(x);
-  if (v.exponent > 320) {
-    return sign * HUGE_VAL;
-  }
-  if (v.exponent < -340) {
-    return sign * 0.0;
-  }
-  // No midpoint between doubles has more than 768 digits; a final 1 stands for all that follow.
-  constexpr std::size_t kLimbs = 768 / Radix::digits + 1;
-  const std::size_t used = std::min(v.length, kLimbs);
-  char text[kLimbs * Radix::digits + 32];
-  char* end = text;
-  for (std::size_t i = 0; i < used; ++i) {
-    Limb rest = v.limbs[i];
-    for (int place = int(kDigits); place-- > 0; rest /= 10) {
-      end[place] = char('0' + rest % 10);
-    }
-    end += kDigits;
-  }
-  if (used < v.length) {
-    *end++ = '1';
-  }
-  const std::int64_t places = end - text;
-  *end++ = 'e';
-  end = std::to_chars(end, text + sizeof text, v.exponent - places).ptr;
-  double value = 0.0;
-  if (std::from_chars(text, end, value).ec == std::errc::result_out_of_range) {
-    // Out of range on either side leaves the value untouched.
-    value = v.exponent > 0 ? HUGE_VAL : 0.0;
-  }
-  return sign * value;
-}
+double FloatToDouble(const QuarnFloat& x) noexcept { return nearest<double>(x, -340, 320); }

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "number/functions/support.h"
-#include "number/text/bounded_text.h"
 #include "number/text/characters.h"
+#include "number/text/write_number.h"
 #include "quarn/functions.h"
 
 namespace quarn {
@@ -70,27 +70,7 @@ int hex_digit(char c) noexcept {
 }  // namespace
 
 std::size_t write_hex(const QuarnFloat& x, char* buffer, std::size_t capacity) {
-  BoundedText out(buffer, capacity);
-  const Kind kind = kind_of(x);
-  if (signbit(x) && kind != Kind::nan) {
-    out.put('-');
-  }
-  switch (kind) {
-    case Kind::zero:
-      out.put("0x0p+0");
-      break;
-    case Kind::finite:
-      write_finite(out, fabs(x));
-      break;
-    case Kind::infinite:
-      out.put("inf");
-      break;
-    case Kind::nan:
-      out.put("nan");
-      break;
-  }
-  out.close();
-  return std::size_t(out.length());
+  return write_number(x, buffer, capacity, "0x0p+0", [&](BoundedText& out) { write_finite(out, fabs(x)); });
 }
 
 QuarnFloat read_hex(const char* first, const char* last, const char** end) {

@@ -1,5 +1,6 @@
 // The shortest text that holds every digit of a number.
 #include "number/text/digits.h"
+#include "number/text/write_number.h"
 
 namespace quarn {
 
@@ -26,25 +27,5 @@ void write_finite(BoundedText& out, const View& number) noexcept {
 
 std::size_t QuarnText(const QuarnFloat& x, char* buffer, std::size_t capacity) noexcept {
   using namespace quarn;
-  BoundedText out(buffer, capacity);
-  const Kind kind = kind_of(x);
-  if (signbit(x) && kind != Kind::nan) {
-    out.put('-');
-  }
-  switch (kind) {
-    case Kind::zero:
-      out.put('0');
-      break;
-    case Kind::finite:
-      write_finite(out, view_of(x));
-      break;
-    case Kind::infinite:
-      out.put("inf");
-      break;
-    case Kind::nan:
-      out.put("nan");
-      break;
-  }
-  out.close();
-  return std::size_t(out.length());
+  return write_number(x, buffer, capacity, "0", [&](BoundedText& out) { write_finite(out, view_of(x)); });
 }

@@ -12,22 +12,13 @@
 #include <unordered_set>
 
 #include "quarn/numeric.hpp"
+#include "support/digits.h"
 
 using namespace quarn::literals;
+using support::Digits;
 using Limits = std::numeric_limits<QuarnFloat>;
 
 namespace {
-
-class Digits {
- public:
-  explicit Digits(int digits) : former_(QuarnSetDigits(digits)) {}
-  ~Digits() { QuarnSetDigits(former_); }
-  Digits(const Digits&) = delete;
-  Digits& operator=(const Digits&) = delete;
-
- private:
-  int former_;
-};
 
 template <class T>
 std::string written(const T& x, const char* how, int precision, int width = 0) {
