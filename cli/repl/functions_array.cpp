@@ -95,7 +95,7 @@ Complex total(const Array& a) {
     return 0;
   }
   const QuarnFloat one(1);
-  const Complex sum(QuarnDot(size(a), &a.data()->re, 2, &one, 0), QuarnDot(size(a), &a.data()->im, 2, &one, 0));
+  Complex sum(QuarnDot(size(a), &a.data()->re, 2, &one, 0), QuarnDot(size(a), &a.data()->im, 2, &one, 0));
   if (!is_real(sum) || fabs(sum.re) < QuarnFloat(1, QuarnDigits())) {
     return sum;
   }

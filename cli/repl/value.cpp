@@ -329,7 +329,7 @@ Array factorial(const Array& a) {
 // Whole numbers that were worked out with more than the working digits stand in plain digits.
 std::string number_text(const Complex& value) {
   const Complex plain = without_negative_zeros(value);
-  const std::string text = complex_text(plain);
+  std::string text = complex_text(plain);
   const std::size_t mark = text.find("e+");
   const std::size_t digits = mark == std::string::npos ? 0 : mark - (text[0] == '-' ? 1 : 0);
   if (!is_real(plain) || digits <= std::size_t(QuarnDigits()) + 1 || !is_whole(plain.re) ||

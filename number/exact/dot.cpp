@@ -131,11 +131,11 @@ void total_by_products(const Terms& row, const Span& span, Total& total) {
 }  // namespace
 
 template <class Terms>
-Span span_of(const Terms& row) noexcept {
+Span span_of(const Terms& terms) noexcept {
   Span span;
-  const std::size_t size = row.size();
+  const std::size_t size = terms.size();
   for (std::size_t l = 0; l < size; ++l) {
-    const Term term = row[l];
+    const Term term = terms[l];
     const std::uint32_t length_a = QuarnAccess::length(*term.a);
     const std::uint32_t length_b = QuarnAccess::length(*term.b);
     if (length_a == 0 || length_b == 0) {
@@ -166,7 +166,7 @@ std::size_t total_size(const Span& span) noexcept {
 }
 
 template <class Terms>
-void total_of(const Terms& row, const Span& span, Total& total) {
+void total_of(const Terms& terms, const Span& span, Total& total) {
   total.length = total_size(span);
   total.negative = false;
   if (span.longest == 0) {
@@ -178,40 +178,40 @@ void total_of(const Terms& row, const Span& span, Total& total) {
 #if QUARN_LIMB_BITS == 64
   switch (span.longest) {
     case 1:
-      return total_by_columns<1>(row, total);
+      return total_by_columns<1>(terms, total);
     case 2:
-      return total_by_columns<2>(row, total);
+      return total_by_columns<2>(terms, total);
     case 3:
-      return total_by_columns<3>(row, total);
+      return total_by_columns<3>(terms, total);
     case 4:
-      return total_by_columns<4>(row, total);
+      return total_by_columns<4>(terms, total);
     case 5:
-      return total_by_columns<5>(row, total);
+      return total_by_columns<5>(terms, total);
     case 6:
-      return total_by_columns<6>(row, total);
+      return total_by_columns<6>(terms, total);
     case 7:
-      return total_by_columns<7>(row, total);
+      return total_by_columns<7>(terms, total);
     default:
       break;
   }
 #endif
-  total_by_products(row, span, total);
+  total_by_products(terms, span, total);
 }
 
 template <class Terms>
-void rounded_total(QuarnFloat& result, const Terms& row, const Rounder& rounder, bool signed_zero) {
-  const Span span = span_of(row);
+void rounded_total(QuarnFloat& result, const Terms& terms, const Rounder& rounder, bool signed_zero) {
+  const Span span = span_of(terms);
   if (const std::size_t size = total_size(span); size != 0 && !(signed_zero && span.longest == 0)) {
     Scratch<Limb> limbs(size);
     Total total;
     total.limbs = limbs.data();
-    total_of(row, span, total);
+    total_of(terms, span, total);
     rounder.store(result, total.negative, total.exponent, total.limbs, total.length);
     return;
   }
   ExactSum sum;
-  for (std::size_t l = 0; l < row.size(); ++l) {
-    const Term term = row[l];
+  for (std::size_t l = 0; l < terms.size(); ++l) {
+    const Term term = terms[l];
     sum.add(*term.a, *term.b, term.flip);
   }
   result = sum.rounded_sum(rounder.digits(), signed_zero);

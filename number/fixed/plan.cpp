@@ -307,7 +307,7 @@ void QuarnTransform::Plan::run(bool backward, Complex* x, std::ptrdiff_t stride,
   if (n == 4 && digits > kConverted) {
     return run_four(backward, x, stride, divisor);
   }
-  const std::size_t words = std::size_t(places * kPerPlace<Limb>);
+  const std::size_t words = std::size_t(int(places)) * kPerPlace<Limb>;
   const std::size_t element = 2 * words;
   quarn::Scratch<Limb> y(std::size_t(n) * element);
   const BlockReader<Length> read(reader, format, data, places);
