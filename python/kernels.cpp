@@ -40,7 +40,8 @@ py::object multiply(py::handle a, py::handle b, const std::string& op_a, const s
   const Op second = op_of(op_b);
   return with_scalar(
       [&]<class T>(T) {
-        const auto [times, keep] = std::pair(factors.number<T>(0), added ? factors.number<T>(1) : T(0));
+        const T times = factors.number<T>(0);
+        const T keep = added ? factors.number<T>(1) : T(0);
         const Matrix<T> p = left.matrix<T>();
         const std::size_t rows = first == Op::none ? p.rows() : p.columns();
         if (right.is_vector()) {
