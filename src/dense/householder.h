@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "quarn/quarnthread.h"
 #include "src/dense/reflector.h"
 #include "src/kernels/exact_level3.h"
 
@@ -146,5 +147,27 @@ class BlockReflector {
   OwnMatrix<T> v_;
   OwnMatrix<T> t_;
 };
+
+/// C := op(Q) C or C op(Q) with Q of order m made of k reflectors, C with n columns, or rows.
+template <class T>
+void apply_reflectors(Side side, Op op, Integer m, Integer n, Integer k, OneBasedMatrix<T> a, const T* tau,
+                      OneBasedMatrix<T> c) {
+  constexpr Integer kMost = BlockReflector<T>::kMost;
+  const bool left = side == Side::left;
+  // Q = H(1) ... H(k): the last one comes first from the left, unless the adjoint is wanted.
+  const bool forward = left == (op != Op::none);
+  const Integer blocks = (k + kMost - 1) / kMost;
+  for (Integer b = 0; b < blocks; ++b) {
+    QuarnCheckInterrupt();
+    const Integer first = (forward ? b : blocks - 1 - b) * kMost + 1;
+    const Integer size = m - first + 1;
+    BlockReflector<T> block(size, std::min(kMost, k - first + 1), a.from(first, first), tau + first - 1);
+    if (left) {
+      block.apply_left(op, n, c.from(first, 1));
+    } else {
+      block.apply_right(op, n, c.from(1, first));
+    }
+  }
+}
 
 }  // namespace tesk

@@ -36,27 +36,6 @@ void factorise(Integer m, Integer n, OneBasedMatrix<T> a, T* tau) {
   factorise(m - left, n - left, a.from(left + 1, left + 1), tau + left);
 }
 
-/// C := op(Q) C or C op(Q) with Q of order m made of k reflectors, C with n columns, or rows.
-template <class T>
-void apply(Side side, Op op, Integer m, Integer n, Integer k, OneBasedMatrix<T> a, const T* tau, OneBasedMatrix<T> c) {
-  constexpr Integer kMost = BlockReflector<T>::kMost;
-  const bool left = side == Side::left;
-  // Q = H(1) ... H(k): the last one comes first from the left, unless the adjoint is wanted.
-  const bool forward = left == (op != Op::none);
-  const Integer blocks = (k + kMost - 1) / kMost;
-  for (Integer b = 0; b < blocks; ++b) {
-    QuarnCheckInterrupt();
-    const Integer first = (forward ? b : blocks - 1 - b) * kMost + 1;
-    const Integer size = m - first + 1;
-    BlockReflector<T> block(size, std::min(kMost, k - first + 1), a.from(first, first), tau + first - 1);
-    if (left) {
-      block.apply_left(op, n, c.from(first, 1));
-    } else {
-      block.apply_right(op, n, c.from(1, first));
-    }
-  }
-}
-
 template <class T>
 Integer checked_qr(Integer m, Integer n, T* a, Integer lda, T* tau, T* work, Integer lwork) {
   const Integer least = std::max<Integer>(1, n);
@@ -94,7 +73,7 @@ Integer form(Integer m, Integer n, Integer k, T* a, Integer lda, const T* tau, T
     q(j, j) = T(1.0);
   }
   const OneBasedMatrix<T> reflectors(a, lda);
-  apply(Side::left, Op::none, m, n, k, reflectors, tau, q);
+  apply_reflectors(Side::left, Op::none, m, n, k, reflectors, tau, q);
   for (Integer j = 1; j <= n; ++j) {
     for (Integer i = 1; i <= m; ++i) {
       reflectors(i, j) = std::move(q(i, j));
@@ -124,8 +103,8 @@ Integer checked_apply(const char* side, const char* trans, Integer m, Integer n,
   }
   work[0] = T(double(least));
   if (lwork != -1 && others > 0) {
-    apply<T>(side_of(side), letter(trans) == 'N' ? Op::none : Op::conjugate_transpose, order, others, k, {a, lda}, tau,
-             {c, ldc});
+    apply_reflectors<T>(side_of(side), letter(trans) == 'N' ? Op::none : Op::conjugate_transpose, order, others, k,
+                        {a, lda}, tau, {c, ldc});
   }
   return 0;
 }
@@ -179,7 +158,7 @@ Integer least_squares(const char* trans, Integer m, Integer n, Integer nrhs, T* 
     return 0;
   }
   if (tall == plain) {
-    apply(Side::left, Op::conjugate_transpose, rows, nrhs, columns, qr, tau.data(), x);
+    apply_reflectors(Side::left, Op::conjugate_transpose, rows, nrhs, columns, qr, tau.data(), x);
     solve(Op::none);
     return 0;
   }
@@ -187,7 +166,7 @@ Integer least_squares(const char* trans, Integer m, Integer n, Integer nrhs, T* 
   for (Integer j = 1; j <= nrhs; ++j) {
     fill(rows - columns, T(), x.column(j).from(columns + 1));
   }
-  apply(Side::left, Op::none, rows, nrhs, columns, qr, tau.data(), x);
+  apply_reflectors(Side::left, Op::none, rows, nrhs, columns, qr, tau.data(), x);
   return 0;
 }
 
