@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "long_work.h"
+#include "quarn/function_table.h"
 #include "tesk2mp/tesk2mp.hpp"
 
 namespace python {
@@ -208,6 +209,9 @@ Option option_of(const char* what, const std::string& name,
   throw py::value_error(std::string(what) + " is one of " + names + ", not '" + name + "'");
 }
 
+/// The function of a number, or of each in sequences of any depth.
+py::object of_each(const quarn::NamedFunction1& f, py::handle x);
+
 tesk2mp::Op op_of(const std::string& name);
 tesk2mp::Triangle triangle_of(const std::string& name);
 tesk2mp::Diagonal diagonal_of(bool unit);
@@ -220,5 +224,6 @@ void add_sparse(py::module_& module);
 void add_eigen(py::module_& module);
 void add_sequences(py::module_& module);
 void add_transforms(py::module_& module);
+void add_functions(py::module_& module);
 
 }  // namespace python

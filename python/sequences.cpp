@@ -293,6 +293,10 @@ Decimal('1E+134217726')
   module.def(
       "sqrt",
       [](py::handle number, bool classic) {
+        if (is_sequence(number) && !classic) {
+          static const quarn::NamedFunction1 kSqrt{"sqrt", ::sqrt, "", quarn::sqrt};
+          return of_each(kSqrt, number);
+        }
         const Complex z = to_complex(number);
         if (isnan(z.re) && !py::isinstance<Complex>(number)) {
           return from(z.re);
@@ -305,8 +309,8 @@ Decimal('1E+134217726')
       },
       py::arg("z"), py::arg("classic") = false, R"(sqrt(z, classic=False)
 
-The principal square root: a Complex of a Complex and of a negative number, otherwise a Decimal, correctly rounded. classic:
-by the classic routine, which has a constant of 16 digits.
+The principal square root: a Complex of a Complex and of a negative number, otherwise a Decimal, correctly rounded; of
+each number in sequences of any depth. classic: of one number by the classic routine, which has a constant of 16 digits.
 
 >>> sqrt(2), sqrt(-4)
 (Decimal('1.4142135623730950488'), Complex('0', '2'))

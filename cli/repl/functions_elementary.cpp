@@ -1,9 +1,12 @@
 // Functions that work element by element.
+#include <algorithm>
 #include <array>
+#include <string_view>
+#include <utility>
 
 #include "cli/repl/functions.h"
 #include "cli/system/progress.h"
-#include "quarn/complex.h"
+#include "quarn/function_table.h"
 
 namespace cli::repl {
 
@@ -28,36 +31,46 @@ Values complex_map(State& /*state*/, const Arguments& arguments) {
   return mapped(arguments, kMap);
 }
 
-template <QuarnFloat (*kMap)(const Complex&)>
-Values real_valued(State& /*state*/, const Arguments& arguments) {
-  return mapped(arguments, [](const Complex& z) { return Complex(kMap(z)); });
+// The value of a function of the table, or what kept it from having one.
+Complex taken(std::optional<Complex> value) {
+  return value ? *std::move(value) : throw Unfit("real numbers are needed here", 0);
 }
 
-template <QuarnFloat (*kMap)(const QuarnFloat&)>
-Values real_map(State& /*state*/, const Arguments& arguments) {
-  return mapped(arguments, [](const Complex& z) {
-    if (!is_real(z)) {
-      throw Unfit("real numbers are needed here", 0);
-    }
-    return Complex(kMap(z.re));
-  });
+/// Function k of one number in the table of the library.
+template <std::size_t kPlace>
+Values table_map(State& /*state*/, const Arguments& arguments) {
+  const quarn::NamedFunction1& f = quarn::functions_of_one()[kPlace];
+  return mapped(arguments, [&](const Complex& z) { return taken(quarn::evaluate(f, z)); });
 }
 
-template <QuarnFloat (*kMap)(const QuarnFloat&, const QuarnFloat&)>
-Values real_pairs(State& /*state*/, const Arguments& arguments) {
-  const RealArray a = arguments.real_matrix(0);
-  const RealArray b = arguments.real_matrix(1);
-  const bool single = b.rows() == 1 && b.columns() == 1;
-  if (!single && (a.rows() != b.rows() || a.columns() != b.columns())) {
+/// Function k of two numbers, element by element; one number meets every element of the other argument.
+template <std::size_t kPlace>
+Values table_pairs(State& /*state*/, const Arguments& arguments) {
+  const quarn::NamedFunction2& f = quarn::functions_of_two()[kPlace];
+  const Array& a = arguments.array(0);
+  const Array& b = arguments.array(1);
+  const bool one_a = is_number(a);
+  const bool one_b = is_number(b);
+  if (!one_a && !one_b && (a.rows() != b.rows() || a.columns() != b.columns())) {
     throw Unfit("as many numbers as in the first argument are needed here, or one", 1);
   }
-  Array result = make_array(a.rows(), a.columns());
+  const Array& shape = one_a ? b : a;
+  Array result = make_array(shape.rows(), shape.columns());
   Progress progress("evaluating", double(size(result)));
   for (std::size_t k = 0; k < size(result); ++k) {
     progress.advance();
-    result.data()[k] = kMap(a.data()[k], b.data()[single ? 0 : k]);
+    const Complex& w = b.data()[one_b ? 0 : k];
+    if (f.complex == nullptr && !is_real(w)) {
+      throw Unfit("real numbers are needed here", 1);
+    }
+    result.data()[k] = taken(quarn::evaluate(f, a.data()[one_a ? 0 : k], w));
   }
   return {result};
+}
+
+template <QuarnFloat (*kMap)(const Complex&)>
+Values real_valued(State& /*state*/, const Arguments& arguments) {
+  return mapped(arguments, [](const Complex& z) { return Complex(kMap(z)); });
 }
 
 QuarnFloat modulus(const Complex& z) { return quarn::abs(z); }
@@ -68,47 +81,55 @@ Complex conjugate(const Complex& z) { return is_real(z) ? z : conj(z); }
 
 Values factorials(State& /*state*/, const Arguments& arguments) { return {factorial(arguments.array(0))}; }
 
-// Half away from zero, as in school.
-QuarnFloat rounded(const QuarnFloat& x) {
-  const QuarnFloat whole = trunc(x);
-  const QuarnFloat rest = fabs(x - whole) * 2;
-  return rest < 1 ? whole : x < 0 ? whole - 1 : whole + 1;
-}
-
-constexpr auto kFunctions = std::to_array<Function>({
-    {"sqrt", "x", "y", "square root, complex of negative numbers", 1, 1, complex_map<quarn::sqrt>},
-    {"exp", "x", "y", "exponential", 1, 1, complex_map<quarn::exp>},
-    {"log", "x", "y", "natural logarithm, complex of negative numbers", 1, 1, complex_map<quarn::log>},
-    {"ln", "x", "y", "the same as log", 1, 1, complex_map<quarn::log>},
-    {"log10", "x", "y", "decimal logarithm", 1, 1, complex_map<quarn::log10>},
-    {"sin", "x", "y", "sine", 1, 1, complex_map<quarn::sin>},
-    {"cos", "x", "y", "cosine", 1, 1, complex_map<quarn::cos>},
-    {"tan", "x", "y", "tangent", 1, 1, complex_map<quarn::tan>},
-    {"asin", "x", "y", "arc sine, complex beyond -1 and 1", 1, 1, complex_map<quarn::asin>},
-    {"acos", "x", "y", "arc cosine, complex beyond -1 and 1", 1, 1, complex_map<quarn::acos>},
-    {"atan", "x", "y", "arc tangent", 1, 1, complex_map<quarn::atan>},
-    {"atan2", "y, x", "a", "angle of the point (x, y)", 2, 2, real_pairs<atan2>},
-    {"sinh", "x", "y", "hyperbolic sine", 1, 1, complex_map<quarn::sinh>},
-    {"cosh", "x", "y", "hyperbolic cosine", 1, 1, complex_map<quarn::cosh>},
-    {"tanh", "x", "y", "hyperbolic tangent", 1, 1, complex_map<quarn::tanh>},
-    {"asinh", "x", "y", "inverse hyperbolic sine", 1, 1, complex_map<quarn::asinh>},
-    {"acosh", "x", "y", "inverse hyperbolic cosine, complex below 1", 1, 1, complex_map<quarn::acosh>},
-    {"atanh", "x", "y", "inverse hyperbolic tangent, complex beyond -1 and 1", 1, 1, complex_map<quarn::atanh>},
-    {"factorial", "n", "y", "n!, exact up to 100000 digits", 1, 1, factorials},
+// What the table of the library does not have, or has for real numbers alone.
+constexpr auto kOwnFunctions = std::to_array<Function>({
     {"abs", "x", "y", "magnitude", 1, 1, real_valued<modulus>},
     {"arg", "x", "y", "angle of a complex number, -pi to pi", 1, 1, real_valued<argument>},
     {"re", "x", "y", "real part", 1, 1, real_valued<real_part>},
     {"im", "x", "y", "imaginary part", 1, 1, real_valued<imaginary_part>},
     {"conj", "x", "y", "conjugate", 1, 1, complex_map<conjugate>},
-    {"floor", "x", "y", "largest whole number not above", 1, 1, real_map<floor>},
-    {"ceil", "x", "y", "smallest whole number not below", 1, 1, real_map<ceil>},
-    {"round", "x", "y", "nearest whole number, halves away from zero", 1, 1, real_map<rounded>},
-    {"trunc", "x", "y", "whole part", 1, 1, real_map<trunc>},
-    {"mod", "x, y", "r", "x - y trunc(x / y), with the sign of x", 2, 2, real_pairs<fmod>},
+    {"factorial", "n", "y", "n!, exact up to 100000 digits", 1, 1, factorials},
 });
+
+using Apply = Values (*)(State& state, const Arguments& arguments);
+
+template <std::size_t... kPlaces>
+constexpr std::array<Apply, sizeof...(kPlaces)> one_by_place(std::index_sequence<kPlaces...> /*places*/) {
+  return {table_map<kPlaces>...};
+}
+template <std::size_t... kPlaces>
+constexpr std::array<Apply, sizeof...(kPlaces)> two_by_place(std::index_sequence<kPlaces...> /*places*/) {
+  return {table_pairs<kPlaces>...};
+}
+
+std::vector<Function> all_functions() {
+  constexpr auto kOne = one_by_place(std::make_index_sequence<decltype(quarn::functions_of_one())::extent>());
+  constexpr auto kTwo = two_by_place(std::make_index_sequence<decltype(quarn::functions_of_two())::extent>());
+  std::vector<Function> functions(kOwnFunctions.begin(), kOwnFunctions.end());
+  const auto is_own = [](std::string_view name) {
+    return std::any_of(kOwnFunctions.begin(), kOwnFunctions.end(), [&](const Function& f) { return name == f.name; });
+  };
+  const auto one = quarn::functions_of_one();
+  for (std::size_t k = 0; k < one.size(); ++k) {
+    if (!is_own(one[k].name)) {
+      functions.push_back({one[k].name, "x", "y", one[k].summary, 1, 1, kOne[k]});
+    }
+  }
+  const auto two = quarn::functions_of_two();
+  for (std::size_t k = 0; k < two.size(); ++k) {
+    functions.push_back({two[k].name, two[k].arguments, "z", two[k].summary, 2, 2, kTwo[k]});
+    if (std::string_view(two[k].name) == "fmod") {
+      functions.push_back({"mod", "x, y", "r", "x - y trunc(x / y), with the sign of x", 2, 2, kTwo[k]});
+    }
+  }
+  return functions;
+}
 
 }  // namespace
 
-std::span<const Function> elementary_functions() { return kFunctions; }
+std::span<const Function> elementary_functions() {
+  static const std::vector<Function> kFunctions = all_functions();
+  return kFunctions;
+}
 
 }  // namespace cli::repl

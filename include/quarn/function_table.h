@@ -1,9 +1,11 @@
 // The functions of one and of two numbers by name: for evaluators, consoles, bindings and tests.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string_view>
 
+#include "quarn/complex.h"
 #include "quarn/functions.h"
 
 namespace quarn {
@@ -12,6 +14,7 @@ struct NamedFunction1 {
   const char* name;
   QuarnFloat (*apply)(const QuarnFloat&);
   const char* summary;
+  Complex (*complex)(const Complex&) = nullptr;  // where there is one
 };
 
 struct NamedFunction2 {
@@ -19,25 +22,26 @@ struct NamedFunction2 {
   QuarnFloat (*apply)(const QuarnFloat&, const QuarnFloat&);
   const char* arguments;
   const char* summary;
+  Complex (*complex)(const Complex&, const Complex&) = nullptr;
 };
 
 /// Every function of one number; the most used ones come first.
-inline std::span<const NamedFunction1> functions_of_one() noexcept {
+inline auto functions_of_one() noexcept {
   static const NamedFunction1 kTable[] = {
-      {"sin", ::sin, "sine"},
-      {"cos", ::cos, "cosine"},
-      {"tan", ::tan, "tangent"},
-      {"asin", ::asin, "arc sine"},
-      {"acos", ::acos, "arc cosine"},
-      {"atan", ::atan, "arc tangent"},
-      {"sinh", ::sinh, "hyperbolic sine"},
-      {"cosh", ::cosh, "hyperbolic cosine"},
-      {"tanh", ::tanh, "hyperbolic tangent"},
-      {"exp", ::exp, "exponential"},
-      {"log", ::log, "natural logarithm"},
-      {"ln", ::log, "natural logarithm"},
-      {"log10", ::log10, "logarithm to base 10"},
-      {"sqrt", ::sqrt, "square root"},
+      {"sin", ::sin, "sine", quarn::sin},
+      {"cos", ::cos, "cosine", quarn::cos},
+      {"tan", ::tan, "tangent", quarn::tan},
+      {"asin", ::asin, "arc sine", quarn::asin},
+      {"acos", ::acos, "arc cosine", quarn::acos},
+      {"atan", ::atan, "arc tangent", quarn::atan},
+      {"sinh", ::sinh, "hyperbolic sine", quarn::sinh},
+      {"cosh", ::cosh, "hyperbolic cosine", quarn::cosh},
+      {"tanh", ::tanh, "hyperbolic tangent", quarn::tanh},
+      {"exp", ::exp, "exponential", quarn::exp},
+      {"log", ::log, "natural logarithm", quarn::log},
+      {"ln", ::log, "natural logarithm", quarn::log},
+      {"log10", ::log10, "logarithm to base 10", quarn::log10},
+      {"sqrt", ::sqrt, "square root", quarn::sqrt},
       {"fabs", [](const QuarnFloat& x) { return fabs(x); }, "magnitude"},
       {"abs", [](const QuarnFloat& x) { return fabs(x); }, "magnitude"},
       {"floor", ::floor, "largest whole number not above"},
@@ -52,9 +56,9 @@ inline std::span<const NamedFunction1> functions_of_one() noexcept {
       {"log2", ::log2, "logarithm to base 2"},
       {"logb", ::logb, "decimal exponent"},
       {"cbrt", ::cbrt, "cube root"},
-      {"asinh", ::asinh, "inverse hyperbolic sine"},
-      {"acosh", ::acosh, "inverse hyperbolic cosine"},
-      {"atanh", ::atanh, "inverse hyperbolic tangent"},
+      {"asinh", ::asinh, "inverse hyperbolic sine", quarn::asinh},
+      {"acosh", ::acosh, "inverse hyperbolic cosine", quarn::acosh},
+      {"atanh", ::atanh, "inverse hyperbolic tangent", quarn::atanh},
       {"sinpi", ::sinpi, "sine of pi x"},
       {"cospi", ::cospi, "cosine of pi x"},
       {"tanpi", ::tanpi, "tangent of pi x"},
@@ -69,14 +73,14 @@ inline std::span<const NamedFunction1> functions_of_one() noexcept {
       {"erf", ::erf, "error function"},
       {"erfc", ::erfc, "complement of the error function"},
   };
-  return kTable;
+  return std::span(kTable);
 }
 
 /// Every function of two numbers.
-inline std::span<const NamedFunction2> functions_of_two() noexcept {
+inline auto functions_of_two() noexcept {
   static const NamedFunction2 kTable[] = {
       {"fmod", ::fmod, "x, y", "x - y trunc(x / y)"},
-      {"pow", ::pow, "x, y", "x to the power y"},
+      {"pow", ::pow, "x, y", "x to the power y", quarn::pow},
       {"atan2", ::atan2, "y, x", "angle of the point (x, y)"},
       {"hypot", ::hypot, "x, y", "sqrt(x^2 + y^2)"},
       {"remainder", ::remainder, "x, y", "x - n y for the whole n next to x / y"},
@@ -89,7 +93,7 @@ inline std::span<const NamedFunction2> functions_of_two() noexcept {
       {"beta", ::beta, "x, y", "beta function"},
       {"binomial", ::binomial, "x, k", "binomial coefficient"},
   };
-  return kTable;
+  return std::span(kTable);
 }
 
 /// The function of that name, or a null pointer.
@@ -109,6 +113,28 @@ inline auto find_function2(std::string_view name) noexcept -> QuarnFloat (*)(con
     }
   }
   return nullptr;
+}
+
+/// f(z) as a calculator gives it: of a real number by the function of real numbers, of a complex one, and where that
+/// has no value, by the function of complex numbers. Nothing for a complex number when there is no such function.
+inline std::optional<Complex> evaluate(const NamedFunction1& f, const Complex& z) {
+  if (z.im == QuarnFloat()) {
+    QuarnFloat value = f.apply(z.re);
+    if (f.complex == nullptr || isnan(z.re) || !isnan(value)) {
+      return Complex(std::move(value));
+    }
+  }
+  return f.complex != nullptr ? std::optional(f.complex(z)) : std::nullopt;
+}
+
+inline std::optional<Complex> evaluate(const NamedFunction2& f, const Complex& z, const Complex& w) {
+  if (z.im == QuarnFloat() && w.im == QuarnFloat()) {
+    QuarnFloat value = f.apply(z.re, w.re);
+    if (f.complex == nullptr || isnan(z.re) || isnan(w.re) || !isnan(value)) {
+      return Complex(std::move(value));
+    }
+  }
+  return f.complex != nullptr ? std::optional(f.complex(z, w)) : std::nullopt;
 }
 
 }  // namespace quarn

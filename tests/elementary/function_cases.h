@@ -46,7 +46,21 @@ inline const std::vector<Case>& functions_of_one() {
   static const Range large{3, 40, true};
   static const Range positive{-3, 3, false};
   static const Range wide{-9000, 9000, false};
+  static const Range circle{-120, -3, true, "3.14159265358979323846264338327950288419716939937510582097494459"};
   static const std::vector<Case> all = {
+      {"exp", mpfr_exp, {unit, modest, tiny, {3, 8, true}}},
+      {"log", mpfr_log, {positive, wide, {-30, -1, true, "1"}}},
+      {"log10", mpfr_log10, {positive, wide, {-30, -1, true, "1"}}},
+      {"sqrt", mpfr_sqrt, {positive, wide}},
+      {"sin", mpfr_sin, {unit, modest, tiny, {3, 30, true}, circle}},
+      {"cos", mpfr_cos, {unit, modest, tiny, {3, 30, true}, circle}},
+      {"tan", mpfr_tan, {unit, modest, tiny, {3, 30, true}, circle}},
+      {"asin", mpfr_asin, {unit, tiny, {-30, -1, false, "-1"}}},
+      {"acos", mpfr_acos, {unit, tiny, {-30, -1, false, "-1"}}},
+      {"atan", mpfr_atan, {unit, modest, tiny, large}},
+      {"sinh", mpfr_sinh, {unit, modest, tiny, {3, 6, true}}},
+      {"cosh", mpfr_cosh, {unit, modest, tiny, {3, 6, true}}},
+      {"tanh", mpfr_tanh, {unit, modest, tiny}},
       {"expm1", mpfr_expm1, {unit, modest, tiny, {3, 8, true}}},
       {"exp2", mpfr_exp2, {unit, modest, tiny, {3, 8, true}}},
       {"exp10", mpfr_exp10, {unit, modest, tiny, {3, 8, true}}},
@@ -63,8 +77,17 @@ inline const std::vector<Case>& functions_of_one() {
       {"acospi", mpfr_acospi, {unit, tiny, {-20, -2, false, "-1"}}},
       {"atanpi", mpfr_atanpi, {unit, modest, tiny, large}},
       {"gamma", mpfr_gamma, {unit, {-3, 2, true}, tiny, {1, 3, false}, {-15, -1, true, "-3"}}},
-      {"lgamma", lgamma_of, {unit, {-3, 2, false}, {0, 1, true}, tiny, {-20, -1, true, "1"}, {-20, -1, true, "2"}}},
-      {"digamma", mpfr_digamma, {unit, {-3, 2, false}, {0, 1, true}, {-3, -1, true, "1.4616"}}},
+      {"lgamma",
+       lgamma_of,
+       {unit,
+        {-3, 2, false},
+        {0, 1, true},
+        tiny,
+        {-20, -1, true, "1"},
+        {-20, -1, true, "2"},
+        {-15, -1, true, "-3"},
+        {-60, -2, true, "-2.45702473822080067217499302138147769"}}},
+      {"digamma", mpfr_digamma, {unit, {-3, 2, false}, {0, 1, true}, {-3, -1, true, "1.4616"}, {-15, -1, true, "-3"}}},
       {"erf", mpfr_erf, {unit, {-6, 1, true}, tiny}},
       {"erfc", mpfr_erfc, {unit, {-6, 1, true}, {2, 2, false}, tiny}},
   };
@@ -73,6 +96,9 @@ inline const std::vector<Case>& functions_of_one() {
 
 inline const std::vector<Case2>& functions_of_two() {
   static const std::vector<Case2> all = {
+      {"pow", mpfr_pow, {-3, 3, false}, {-3, 3, true}},
+      {"pow", mpfr_pow, {-9000, 9000, false}, {-5, 1, true}},
+      {"atan2", mpfr_atan2, {-20, 20, true}, {-20, 20, true}},
       {"hypot", mpfr_hypot, {-3, 3, true}, {-3, 3, true}},
       {"hypot", mpfr_hypot, {-20, 20, true}, {-20, 20, true}},
       {"beta", mpfr_beta, {-2, 2, false}, {-2, 2, false}},

@@ -55,6 +55,31 @@ def doubles(value):
     return float(value)
 
 
+class Functions(unittest.TestCase):
+    def test_against_decimal(self):
+        context = decimal.Context(prec=30)
+        rows = [[Decimal(RANDOM.randint(1, 10**9)) / 10**6 for _ in range(3)] for _ in range(2)]
+        with tesk2mp.digits(30):
+            for ours, theirs in ((tesk2mp.exp, context.exp), (tesk2mp.log, context.ln), (tesk2mp.log10, context.log10)):
+                self.assertEqual(ours(rows), [[theirs(x) for x in row] for row in rows])
+                self.assertEqual(ours(rows[0][0]), theirs(rows[0][0]))
+            self.assertEqual(tesk2mp.sqrt(rows), [[context.sqrt(x) for x in row] for row in rows])
+            self.assertEqual(tesk2mp.fmod(rows, 7), [[context.remainder(x, 7) for x in row] for row in rows])
+            self.assertEqual(tesk2mp.fmax(2, rows[0]), [max(x, Decimal(2)) for x in rows[0]])
+
+    def test_kinds(self):
+        self.assertEqual(tesk2mp.gamma([]), [])
+        self.assertEqual(tesk2mp.log([1, -1])[0], 0)
+        self.assertIsInstance(tesk2mp.log([1, -1])[0], tesk2mp.Complex)
+        self.assertIsInstance(tesk2mp.exp(tesk2mp.Complex(1, 0)), tesk2mp.Complex)
+        self.assertTrue(tesk2mp.gamma(-1).is_nan())
+        self.assertEqual(tesk2mp.factorial(numpy.array([3, 4])).dtype, object)
+        self.assertRaises(TypeError, tesk2mp.cbrt, tesk2mp.Complex(1, 1))
+        self.assertRaises(TypeError, tesk2mp.hypot, 1, tesk2mp.Complex(1, 1))
+        self.assertRaises(TypeError, tesk2mp.gamma, 0.5)
+        self.assertRaises(ValueError, tesk2mp.hypot, [1, 2], [1, 2, 3])
+
+
 class Linear(unittest.TestCase):
     def regular(self, order):
         while True:
