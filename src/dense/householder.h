@@ -81,7 +81,8 @@ template <class T>
 class OwnMatrix {
  public:
   OwnMatrix(Integer rows, Integer columns)
-      : elements_(std::size_t(rows) * std::size_t(columns)), leading_(std::max<Integer>(1, rows)) {}
+      : elements_(std::max<std::size_t>(1, std::size_t(rows) * std::size_t(columns))),
+        leading_(std::max<Integer>(1, rows)) {}
   OneBasedMatrix<T> view() { return {elements_.data(), leading_}; }
 
  private:

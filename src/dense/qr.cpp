@@ -1,9 +1,10 @@
 // E. Anderson et al., LAPACK Users' Guide: xGEQRF, xORGQR and xUNGQR, xORMQR and xUNMQR, xGELS. G. H. Golub, Numerical
 // methods for solving linear least squares problems, Numer. Math. 7 (1965).
+#include "src/dense/qr.h"
+
 #include <utility>
 
 #include "quarn/quarnthread.h"
-#include "src/dense/householder.h"
 #include "tesk2mp/orthogonal.h"
 
 namespace tesk {
@@ -22,19 +23,43 @@ void factorise_columns(Integer m, Integer n, OneBasedMatrix<T> a, T* tau) {
   }
 }
 
+}  // namespace
+
 /// Columns by halves, so that most of the work is in products of matrices; then what is beside them.
 template <class T>
-void factorise(Integer m, Integer n, OneBasedMatrix<T> a, T* tau) {
+void factorise_qr(Integer m, Integer n, OneBasedMatrix<T> a, T* tau) {
   constexpr Integer kFewColumns = 8;
   const Integer steps = std::min(m, n);
   if (n <= kFewColumns || m <= BlockReflector<T>::kFewRows) {
     return factorise_columns(m, n, a, tau);
   }
   const Integer left = std::min(BlockReflector<T>::kMost, steps / 2);
-  factorise(m, left, a, tau);
+  factorise_qr(m, left, a, tau);
   BlockReflector<T>(m, left, a, tau).apply_left(Op::conjugate_transpose, n - left, a.from(1, left + 1));
-  factorise(m - left, n - left, a.from(left + 1, left + 1), tau + left);
+  factorise_qr(m - left, n - left, a.from(left + 1, left + 1), tau + left);
 }
+
+template <class T>
+void form_q(Integer m, Integer n, Integer k, OneBasedMatrix<T> a, const T* tau) {
+  OwnMatrix<T> own(m, n);
+  const OneBasedMatrix<T> q = own.view();
+  for (Integer j = 1; j <= n; ++j) {
+    q(j, j) = T(1.0);
+  }
+  apply_reflectors(Side::left, Op::none, m, n, k, a, tau, q);
+  for (Integer j = 1; j <= n; ++j) {
+    for (Integer i = 1; i <= m; ++i) {
+      a(i, j) = std::move(q(i, j));
+    }
+  }
+}
+
+template void factorise_qr(Integer, Integer, OneBasedMatrix<QuarnFloat>, QuarnFloat*);
+template void factorise_qr(Integer, Integer, OneBasedMatrix<Complex>, Complex*);
+template void form_q(Integer, Integer, Integer, OneBasedMatrix<QuarnFloat>, const QuarnFloat*);
+template void form_q(Integer, Integer, Integer, OneBasedMatrix<Complex>, const Complex*);
+
+namespace {
 
 template <class T>
 Integer checked_qr(Integer m, Integer n, T* a, Integer lda, T* tau, T* work, Integer lwork) {
@@ -46,14 +71,13 @@ Integer checked_qr(Integer m, Integer n, T* a, Integer lda, T* tau, T* work, Int
   }
   work[0] = T(double(least));
   if (lwork != -1) {
-    factorise<T>(m, n, {a, lda}, tau);
+    factorise_qr<T>(m, n, {a, lda}, tau);
   }
   return 0;
 }
 
-/// The first n columns of Q in the place of the k reflectors.
 template <class T>
-Integer form(Integer m, Integer n, Integer k, T* a, Integer lda, const T* tau, T* work, Integer lwork) {
+Integer checked_form(Integer m, Integer n, Integer k, T* a, Integer lda, const T* tau, T* work, Integer lwork) {
   const Integer least = std::max<Integer>(1, n);
   const Integer wrong = first_wrong({{m < 0, 1},
                                      {n < 0 || n > m, 2},
@@ -64,20 +88,8 @@ Integer form(Integer m, Integer n, Integer k, T* a, Integer lda, const T* tau, T
     return -wrong;
   }
   work[0] = T(double(least));
-  if (lwork == -1) {
-    return 0;
-  }
-  OwnMatrix<T> own(m, n);
-  const OneBasedMatrix<T> q = own.view();
-  for (Integer j = 1; j <= n; ++j) {
-    q(j, j) = T(1.0);
-  }
-  const OneBasedMatrix<T> reflectors(a, lda);
-  apply_reflectors(Side::left, Op::none, m, n, k, reflectors, tau, q);
-  for (Integer j = 1; j <= n; ++j) {
-    for (Integer i = 1; i <= m; ++i) {
-      reflectors(i, j) = std::move(q(i, j));
-    }
+  if (lwork != -1) {
+    form_q<T>(m, n, k, {a, lda}, tau);
   }
   return 0;
 }
@@ -88,10 +100,9 @@ Integer checked_apply(const char* side, const char* trans, Integer m, Integer n,
   const bool left = letter(side) == 'L';
   const Integer order = left ? m : n;
   const Integer others = left ? n : m;
-  const char adjoint = sizeof(T) == sizeof(QuarnFloat) ? 'T' : 'C';
   const Integer least = std::max<Integer>(1, others);
   const Integer wrong = first_wrong({{!is_side(side), 1},
-                                     {letter(trans) != 'N' && letter(trans) != adjoint, 2},
+                                     {!is_adjoint_option<T>(trans), 2},
                                      {m < 0, 3},
                                      {n < 0, 4},
                                      {k < 0 || k > order, 5},
@@ -103,8 +114,7 @@ Integer checked_apply(const char* side, const char* trans, Integer m, Integer n,
   }
   work[0] = T(double(least));
   if (lwork != -1 && others > 0) {
-    apply_reflectors<T>(side_of(side), letter(trans) == 'N' ? Op::none : Op::conjugate_transpose, order, others, k,
-                        {a, lda}, tau, {c, ldc});
+    apply_reflectors<T>(side_of(side), adjoint_option_of(trans), order, others, k, {a, lda}, tau, {c, ldc});
   }
   return 0;
 }
@@ -113,9 +123,8 @@ Integer checked_apply(const char* side, const char* trans, Integer m, Integer n,
 template <class T>
 Integer least_squares(const char* trans, Integer m, Integer n, Integer nrhs, T* a, Integer lda, T* b, Integer ldb,
                       T* work, Integer lwork) {
-  const char adjoint = sizeof(T) == sizeof(QuarnFloat) ? 'T' : 'C';
   const Integer least = std::max<Integer>(1, std::min(m, n) + std::max(std::min(m, n), nrhs));
-  const Integer wrong = first_wrong({{letter(trans) != 'N' && letter(trans) != adjoint, 1},
+  const Integer wrong = first_wrong({{!is_adjoint_option<T>(trans), 1},
                                      {m < 0, 2},
                                      {n < 0, 3},
                                      {nrhs < 0, 4},
@@ -132,41 +141,23 @@ Integer least_squares(const char* trans, Integer m, Integer n, Integer nrhs, T* 
   // The tall one of A and its adjoint is factorised; equations with the other one have x = Q R^-H b.
   const bool plain = letter(trans) == 'N';
   const bool tall = m >= n;
-  const Integer rows = std::max(m, n);
-  const Integer columns = std::min(m, n);
-  const OneBasedMatrix<T> given(a, lda);
-  OwnMatrix<T> own(rows, columns);
-  const OneBasedMatrix<T> qr = own.view();
-  for (Integer j = 1; j <= columns; ++j) {
-    for (Integer i = 1; i <= rows; ++i) {
-      qr(i, j) = tall ? given(i, j) : conjugate(given(j, i));
-    }
-  }
-  std::vector<T> tau{};
-  tau.resize(std::size_t(columns));
-  factorise(rows, columns, qr, tau.data());
-  for (Integer j = 1; j <= columns; ++j) {
-    if (is_zero(qr(j, j))) {
-      return j;
-    }
+  OwnQR<T> qr(tall ? Op::none : Op::conjugate_transpose, m, n, {a, lda});
+  const Integer rows = qr.rows();
+  const Integer columns = qr.columns();
+  if (const Integer zero = first_zero_on_diagonal(columns, qr.r()); zero != 0) {
+    return zero;
   }
   const OneBasedMatrix<T> x(b, ldb);
-  const auto solve = [&](Op op) {
-    exact::solve_triangular_matrix(Side::left, Triangle::upper, op, Diagonal::general, columns, nrhs, T(1.0), qr, x);
-  };
-  if (nrhs == 0) {
-    return 0;
-  }
   if (tall == plain) {
-    apply_reflectors(Side::left, Op::conjugate_transpose, rows, nrhs, columns, qr, tau.data(), x);
-    solve(Op::none);
+    qr.apply(Side::left, Op::conjugate_transpose, nrhs, x);
+    solve_upper(Op::none, columns, nrhs, qr.r(), x);
     return 0;
   }
-  solve(Op::conjugate_transpose);
+  solve_upper(Op::conjugate_transpose, columns, nrhs, qr.r(), x);
   for (Integer j = 1; j <= nrhs; ++j) {
     fill(rows - columns, T(), x.column(j).from(columns + 1));
   }
-  apply_reflectors(Side::left, Op::none, rows, nrhs, columns, qr, tau.data(), x);
+  qr.apply(Side::left, Op::none, nrhs, x);
   return 0;
 }
 
@@ -187,12 +178,12 @@ void QuarnMPX_zgeqrf_(Integer m, Integer n, Complex* a, Integer lda, Complex* ta
 
 void QuarnMPX_dorgqr_(Integer m, Integer n, Integer k, QuarnFloat* a, Integer lda, QuarnFloat* tau, QuarnFloat* work,
                       Integer lwork, Integer* info) {
-  *info = tesk::form(m, n, k, a, lda, tau, work, lwork);
+  *info = tesk::checked_form(m, n, k, a, lda, tau, work, lwork);
 }
 
 void QuarnMPX_zungqr_(Integer m, Integer n, Integer k, Complex* a, Integer lda, Complex* tau, Complex* work,
                       Integer lwork, Integer* info) {
-  *info = tesk::form(m, n, k, a, lda, tau, work, lwork);
+  *info = tesk::checked_form(m, n, k, a, lda, tau, work, lwork);
 }
 
 void QuarnMPX_dormqr_(const char* side, const char* trans, Integer m, Integer n, Integer k, QuarnFloat* a, Integer lda,
