@@ -1,8 +1,10 @@
 // What the rest of the number library may see of a QuarnFloat, and the one way to make a new one.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "number/limbs/radix.h"
 #include "quarn/quarnfloat.h"
@@ -39,9 +41,13 @@ struct QuarnAccess {
   /// The limbs of a number that is known to be short.
   static const Limb* inside(const QuarnFloat& x) noexcept { return x.inside_; }
   static Limb* inside(QuarnFloat& x) noexcept { return x.inside_; }
+  /// In one store: a number that moves on at once is read in one piece, which would have to wait for two.
   static void set(QuarnFloat& x, std::uint32_t tag, std::int32_t exponent) noexcept {
-    x.tag_ = tag;
-    x.exponent_ = exponent;
+    constexpr bool kExponentLow = std::endian::native == std::endian::little;
+    constexpr int kHalf = 32;
+    const std::uint64_t both = std::uint64_t(std::uint32_t(exponent)) << (kExponentLow ? 0 : kHalf) |
+                               std::uint64_t(tag) << (kExponentLow ? kHalf : 0);
+    std::memcpy(static_cast<void*>(&x), &both, sizeof both);
   }
   static const Limb* limbs(const QuarnFloat& x) noexcept { return x.on_heap() ? x.heap_.limbs : x.inside_; }
 
