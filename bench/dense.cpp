@@ -265,6 +265,32 @@ std::size_t eigenvalues_eigen(benchmark::State& state, int digits) {
   return 1;
 }
 
+// Symmetric eigenproblems with vectors; the lower triangle counts.
+
+template <int n>
+std::size_t symmetric_ours(benchmark::State& state, int digits) {
+  const auto given = square<QuarnFloat>(digits, n, 4);
+  std::vector<QuarnFloat> w(n);
+  std::vector<QuarnFloat> work(3 * n);
+  for (auto _ : state) {
+    auto a = given;
+    Integer info = 0;
+    QuarnMPX_dsyev_("V", "L", n, a.data(), n, w.data(), work.data(), 3 * n, &info, 1, 1);
+    benchmark::DoNotOptimize(info);
+  }
+  return 1;
+}
+
+template <int n>
+std::size_t symmetric_eigen(benchmark::State& state, int digits) {
+  const EigenMatrix a = eigen_matrix(digits, n, 4);
+  for (auto _ : state) {
+    const Eigen::SelfAdjointEigenSolver<EigenMatrix> solver(a);
+    benchmark::DoNotOptimize(solver.eigenvectors().data());
+  }
+  return 1;
+}
+
 constexpr const char* kQuartic[] = {"1.25", "-3.5", "0.7", "2.2", "-4.1"};
 
 std::size_t quartic_ours(benchmark::State& state, int /*digits*/) {
@@ -309,9 +335,18 @@ void register_order() {
   register_work("complex Cholesky" + order, "mpfr", kDigits, cholesky_mpfr<n>);
 }
 
+template <int n>
+void register_spectra() {
+  const std::string order = " n=" + std::to_string(n);
+  register_work("symmetric eigen" + order, "quarn", kDigits, symmetric_ours<n>);
+  register_work("symmetric eigen" + order, "eigen", kDigits, symmetric_eigen<n>);
+}
+
 const bool registered = [] {
   register_order<64>();
   register_order<128>();
+  register_spectra<32>();
+  register_spectra<64>();
   register_work("eigenvalues n=32", "quarn", kDigits, eigenvalues_ours);
   register_work("eigenvalues n=32", "eigen", kDigits, eigenvalues_eigen);
   register_work("quartic", "quarn", kDigits, quartic_ours);

@@ -222,6 +222,7 @@ void add_kernels(py::module_& module);
 void add_linear(py::module_& module);
 void add_sparse(py::module_& module);
 void add_eigen(py::module_& module);
+void add_spectra(py::module_& module);
 void add_sequences(py::module_& module);
 void add_transforms(py::module_& module);
 void add_functions(py::module_& module);

@@ -62,6 +62,7 @@ an axis use them; results are the same for every number. Returns the former numb
   python::add_linear(module);
   python::add_sparse(module);
   python::add_eigen(module);
+  python::add_spectra(module);
   python::add_sequences(module);
   python::add_transforms(module);
   python::add_functions(module);

@@ -46,6 +46,7 @@
 #pragma once
 
 #include "tesk2mp/dense.h"
+#include "tesk2mp/eigenproblems.h"
 #include "tesk2mp/failure.h"
 #include "tesk2mp/fft.h"
 #include "tesk2mp/frame.h"

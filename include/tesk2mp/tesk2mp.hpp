@@ -25,6 +25,7 @@
 
 #include "tesk2mp/dense.hpp"
 #include "tesk2mp/eigen.hpp"
+#include "tesk2mp/eigenproblems.hpp"
 #include "tesk2mp/error.hpp"
 #include "tesk2mp/fft.hpp"
 #include "tesk2mp/kernels.hpp"

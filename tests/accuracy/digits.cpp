@@ -310,6 +310,22 @@ Vector eigenvalues(Data& data) {
   return in_order(wr, wi);
 }
 
+/// Eigenvalues, and the eigenvectors with positive first components.
+Vector symmetric_eigensystem(Data& data) {
+  Vector a = data.reals(kElements);
+  Vector w(kOrder);
+  Vector work(3 * kOrder);
+  Integer info = 0;
+  QuarnMPX_dsyev_("V", "L", kOrder, a.data(), kOrder, w.data(), work.data(), 3 * kOrder, &info, 1, 1);
+  for (std::size_t j = 0; j < kOrder; ++j) {
+    const QuarnFloat sign = signbit(a[j * kOrder]) ? -1 : 1;
+    for (std::size_t i = 0; i < kOrder; ++i) {
+      w.push_back(sign * a[i + j * kOrder]);
+    }
+  }
+  return w;
+}
+
 /// A random upper triangle with the diagonal 1 ... n.
 Vector schur_form(Data& data) {
   Vector t = data.reals(kElements);
@@ -497,6 +513,7 @@ const std::vector<Case> kCases = {
     {"f08pef", "eigenvalues of a Hessenberg matrix, n = 16", eigenvalues, {}},
     {"f08qkf", "eigenvectors of a triangular matrix, n = 16", eigenvectors, {}},
     {"f08qlf", "their condition numbers", condition_numbers, {}},
+    {"dsyev", "symmetric eigenvalues and eigenvectors, n = 16", symmetric_eigensystem, {}},
     {"c02alf", "zeros of a quartic", quartic_zeros, {}},
     {"c06faf", "real Fourier transform, N = 360", transform(QuarnMPX_c06faf_), transform(QuarnMP_c06faf_)},
     {"c06fbf", "and its inverse", transform(QuarnMPX_c06fbf_), transform(QuarnMP_c06fbf_)},

@@ -208,6 +208,7 @@ int main(int argc, char** argv) {
   digest::kernels(suite);
   digest::dense(suite);
   digest::eigenvalues(suite);
+  digest::spectra(suite);
   digest::transforms(suite);
   digest::sequences(suite);
   digest::sparse(suite);

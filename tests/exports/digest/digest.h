@@ -266,6 +266,7 @@ void frame(Suite& suite);
 void kernels(Suite& suite);
 void dense(Suite& suite);
 void eigenvalues(Suite& suite);
+void spectra(Suite& suite);
 void transforms(Suite& suite);
 void sequences(Suite& suite);
 void sparse(Suite& suite);

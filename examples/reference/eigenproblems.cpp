@@ -1,0 +1,46 @@
+// Examples of the routine reference: symmetric and Hermitian eigenproblems.
+#include "examples/reference/run.h"
+#include "tesk2mp/tesk2mp.h"
+
+namespace {
+
+void dsyev() {
+  //! [dsyev]
+  QuarnFloat a[] = {0, 3, 3, 8}, w[2], work[5];  // eigenvalues -1 and 9
+  Integer info;
+  QuarnMPX_dsyev_("N", "L", 2, a, 2, w, work, 5, &info, 1, 1);
+  std::cout << w[0] << " " << w[1] << "\n";
+  //! [dsyev]
+}
+
+void dsytrd() {
+  //! [dsytrd]
+  QuarnFloat a[] = {1, 3, 4, 3, 2, 0, 4, 0, 2}, d[3], e[2], tau[2], work[1];
+  Integer info;
+  QuarnMPX_dsytrd_("L", 3, a, 3, d, e, tau, work, 1, &info, 1);
+  std::cout << d[0] << " " << e[0] << "\n";
+  //! [dsytrd]
+}
+
+void dorgtr() {
+  //! [dorgtr]
+  QuarnFloat a[] = {1, 3, 4, 3, 2, 0, 4, 0, 2}, d[3], e[2], tau[2], work[2];
+  Integer info;
+  QuarnMPX_dsytrd_("L", 3, a, 3, d, e, tau, work, 1, &info, 1);
+  QuarnMPX_dorgtr_("L", 3, a, 3, tau, work, 2, &info, 1);
+  std::cout << a[3] << " " << a[4] << " " << a[5] << "\n";  // the second column of Q
+  //! [dorgtr]
+}
+
+void dsteqr() {
+  //! [dsteqr]
+  QuarnFloat d[] = {0, 8}, e[] = {3};
+  Integer info;
+  QuarnMPX_dsteqr_("N", 2, d, e, nullptr, 1, nullptr, &info, 1);
+  std::cout << d[0] << " " << d[1] << "\n";
+  //! [dsteqr]
+}
+
+}  // namespace
+
+int main() { return run_examples({{"dsyev", dsyev}, {"dsytrd", dsytrd}, {"dorgtr", dorgtr}, {"dsteqr", dsteqr}}); }

@@ -1,0 +1,94 @@
+// Eigenproblems of symmetric and Hermitian matrices in the C++ interface. Part of tesk2mp.hpp; eigenproblems.h
+// documents methods and costs.
+#pragma once
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "tesk2mp/eigen.hpp"
+
+namespace tesk2mp {
+
+/// Whether the square matrix is its own adjoint, to the last digit; NaN is equal to nothing.
+template <MatrixSource A>
+bool is_hermitian(const A& a) {
+  using T = Element<A>;
+  const MatrixView<const T> given(a);
+  if (given.rows() != given.columns()) {
+    return false;
+  }
+  for (std::size_t j = 0; j < given.columns(); ++j) {
+    for (std::size_t i = 0; i <= j; ++i) {
+      if constexpr (detail::kIsComplex<T>) {
+        if (!(given(i, j) == conj(given(j, i)))) {
+          return false;
+        }
+      } else if (!(given(i, j) == given(j, i))) {
+        return false;
+      }
+    }
+  }
+  return true;
+}
+
+/// A = V diag(values) V^H of a symmetric or Hermitian matrix, values ascending, V orthogonal or unitary.
+template <Scalar T>
+struct SymmetricEigenSystem {
+  std::vector<Real> values;
+  Matrix<T> vectors;
+};
+
+namespace detail {
+
+template <class T>
+SymmetricEigenSystem<T> symmetric_eigen(char job, Matrix<T> a, Triangle stored) {
+  const char* routine = name<T>("DSYEV", "ZHEEV");
+  const RawMatrix<T> raw{a.view()};
+  const Integer n = order_of(routine, 4, raw);
+  for (std::size_t j = 0; j < a.columns(); ++j) {
+    const std::size_t first = stored == Triangle::lower ? j : 0;
+    const std::size_t last = stored == Triangle::lower ? a.rows() : j + 1;
+    for (std::size_t i = first; i < last; ++i) {
+      const Complex element(a(i, j));
+      require(isfinite(element.re) && isfinite(element.im), routine, 4, "element (", i, ", ", j, ") is not finite");
+    }
+  }
+  std::vector<Real> values(a.rows());
+  std::vector<T> work(std::max<std::size_t>(1, 3 * a.rows()));
+  Integer info = 0;
+  if constexpr (kIsComplex<T>) {
+    QuarnMPX_zheev_(Option(job), Option(stored), n, raw.data, raw.leading, values.data(), work.data(),
+                    Integer(work.size()), nullptr, &info, 1, 1);
+  } else {
+    QuarnMPX_dsyev_(Option(job), Option(stored), n, raw.data, raw.leading, values.data(), work.data(),
+                    Integer(work.size()), &info, 1, 1);
+  }
+  if (info > 0) {
+    throw NumericalFailure(routine, info, 0, std::to_string(info) + " eigenvalues were not found",
+                           {std::int64_t(info)});
+  }
+  return {std::move(values), std::move(a)};
+}
+
+}  // namespace detail
+
+/// Eigenvalues and eigenvectors of the symmetric or Hermitian matrix of which one triangle is read. Throws
+/// InvalidArgument when an element is not finite.
+///
+/// @code
+/// const auto system = tesk2mp::symmetric_eigen(tesk2mp::Matrix<tesk2mp::Real>{{2, 1}, {1, 2}});  // values 1 and 3
+/// @endcode
+template <MatrixSource A>
+SymmetricEigenSystem<Element<A>> symmetric_eigen(const A& a, Triangle stored = Triangle::lower) {
+  using T = Element<A>;
+  return detail::symmetric_eigen('V', Matrix<T>{MatrixView<const T>(a)}, stored);
+}
+/// The eigenvalues alone, ascending.
+template <MatrixSource A>
+std::vector<Real> symmetric_eigenvalues(const A& a, Triangle stored = Triangle::lower) {
+  using T = Element<A>;
+  return detail::symmetric_eigen('N', Matrix<T>{MatrixView<const T>(a)}, stored).values;
+}
+
+}  // namespace tesk2mp

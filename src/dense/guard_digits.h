@@ -1,0 +1,31 @@
+// Decompositions of order n that lose some digits to their many roundings work with that many more, and round what they
+// deliver once.
+#pragma once
+
+#include <algorithm>
+
+#include "src/frame/working_digits.h"
+#include "src/kernels/level1.h"
+
+namespace tesk {
+
+/// Digits to work with; at least so many that iterations converge at any precision.
+inline int guarded_digits(Integer n) {
+  constexpr int kLeast = 18;
+  int guard = 2;
+  for (Integer left = n; left > 0; left /= 10) {
+    ++guard;
+  }
+  return std::max(kLeast, QuarnDigits() + guard);
+}
+
+/// To the digits of the moment.
+template <class T>
+void round_elements(Integer rows, Integer columns, OneBasedMatrix<T> a) {
+  const QuarnFloat one(1);
+  for (Integer j = 1; j <= columns; ++j) {
+    scale(rows, one, a.column(j));
+  }
+}
+
+}  // namespace tesk

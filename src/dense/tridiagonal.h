@@ -1,0 +1,44 @@
+// The symmetric and Hermitian eigenproblem, without checks: the reduction to a real symmetric tridiagonal matrix, and
+// what brings that to diagonal form.
+#pragma once
+
+#include "src/dense/householder.h"
+
+namespace tesk {
+
+/// The elements of one triangle with their mirror images, n by n; imaginary parts of the diagonal count as 0. The other
+/// triangle is not read.
+template <class T>
+OwnMatrix<T> hermitian_copy(Triangle triangle, Integer n, OneBasedMatrix<T> a) {
+  OwnMatrix<T> own(n, n);
+  const OneBasedMatrix<T> full = own.view();
+  const OneBasedMatrix<T> lower = triangle == Triangle::lower ? a : a.transposed();
+  const bool upper = triangle == Triangle::upper;
+  for (Integer j = 1; j <= n; ++j) {
+    full(j, j) = lower(j, j);
+    exact::clear_imaginary(full(j, j));
+    for (Integer i = j + 1; i <= n; ++i) {
+      full(i, j) = upper ? conjugate(lower(i, j)) : lower(i, j);
+      full(j, i) = conjugate(full(i, j));
+    }
+  }
+  return own;
+}
+
+/// A = Q T Q^H of a Hermitian matrix that is given in full: d the diagonal of T, e what stands beside it (n - 1), and
+/// below the subdiagonal of A the vectors of Q with their n - 1 factors.
+template <class T>
+void tridiagonalise(Integer n, OneBasedMatrix<T> a, OneBasedVector<QuarnFloat> d, OneBasedVector<QuarnFloat> e,
+                    OneBasedVector<T> tau);
+
+/// That Q, of order n.
+template <class T>
+void form_q(Integer n, OneBasedMatrix<T> reflectors, const T* tau, OneBasedMatrix<T> q);
+
+/// Eigenvalues of the tridiagonal matrix into d, ascending, and Z := Z times its eigenvectors for a Z of `rows` rows;
+/// e is destroyed. Returns how many elements of e did not become negligible, n when an element is not finite.
+template <class T>
+Integer tridiagonal_qr(Integer n, OneBasedVector<QuarnFloat> d, OneBasedVector<QuarnFloat> e, Integer rows,
+                       OneBasedMatrix<T> z);
+
+}  // namespace tesk

@@ -1,0 +1,273 @@
+// Symmetric and Hermitian eigenproblems: residuals in units of the last place, spectra that are known, LAPACK in
+// double, and the parts of the driver one by one.
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "dense/ratios.h"
+#include "tesk2mp/tesk2mp.h"
+
+using namespace ratios;
+
+namespace {
+
+template <class T>
+struct Exports;
+template <>
+struct Exports<QuarnFloat> {
+  static Integer syev(const char* jobz, const char* uplo, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* w,
+                      QuarnFloat* work, Integer lwork) {
+    Integer info = -99;
+    QuarnMPX_dsyev_(jobz, uplo, n, a, lda, w, work, lwork, &info, 1, 1);
+    return info;
+  }
+  static constexpr auto sytrd = QuarnMPX_dsytrd_;
+  static constexpr auto orgtr = QuarnMPX_dorgtr_;
+  static constexpr auto steqr = QuarnMPX_dsteqr_;
+};
+template <>
+struct Exports<Complex> {
+  static Integer syev(const char* jobz, const char* uplo, Integer n, Complex* a, Integer lda, QuarnFloat* w,
+                      Complex* work, Integer lwork) {
+    Integer info = -99;
+    QuarnMPX_zheev_(jobz, uplo, n, a, lda, w, work, lwork, nullptr, &info, 1, 1);
+    return info;
+  }
+  static constexpr auto sytrd = QuarnMPX_zhetrd_;
+  static constexpr auto orgtr = QuarnMPX_zungtr_;
+  static constexpr auto steqr = QuarnMPX_zsteqr_;
+};
+
+/// Hermitian, of the triangle of a random matrix.
+template <class T>
+Matrix<T> hermitian(Matrix<T> a) {
+  for (Integer j = 1; j <= a.columns(); ++j) {
+    a(j, j) = a(j, j) + tesk::conjugate(a(j, j));
+    for (Integer i = j + 1; i <= a.rows(); ++i) {
+      a(j, i) = tesk::conjugate(a(i, j));
+    }
+  }
+  return a;
+}
+
+/// The triangle that is read, NaN in the other.
+template <class T>
+Matrix<T> only(const char* uplo, Matrix<T> a) {
+  for (Integer j = 1; j <= a.columns(); ++j) {
+    for (Integer i = 1; i <= a.rows(); ++i) {
+      if (*uplo == 'L' ? i < j : i > j) {
+        a(i, j) = support::nan_value(static_cast<T*>(nullptr));
+      }
+    }
+  }
+  return a;
+}
+
+template <class T>
+void check_decomposition(const Matrix<T>& a, const char* uplo, int digits) {
+  const Integer n = a.rows();
+  CAPTURE(n);
+  CAPTURE(digits);
+  Matrix<T> z = only(uplo, a);
+  std::vector<QuarnFloat> w(std::size_t(n) + 1);
+  std::vector<T> work(3 * std::size_t(n) + 1);
+  REQUIRE(Exports<T>::syev("V", uplo, n, z.data(), z.lda(), w.data(), work.data(), Integer(work.size())) == 0);
+  CHECK(z.intact());
+  CHECK(std::is_sorted(w.begin(), w.end() - 1));
+  Matrix<T> untouched = only(uplo, a);
+  std::vector<QuarnFloat> alone(w.size());
+  REQUIRE(Exports<T>::syev("N", uplo, n, untouched.data(), untouched.lda(), alone.data(), work.data(),
+                           Integer(work.size())) == 0);
+  const support::Digits finer(digits + kSpare);
+  const QuarnFloat norm = one_norm(a);
+  Matrix<T> scaled = z;
+  for (Integer j = 1; j <= n; ++j) {
+    for (Integer i = 1; i <= n; ++i) {
+      tesk::multiply_by(scaled(i, j), w[std::size_t(j - 1)]);
+    }
+  }
+  CHECK(ratio(distance(product(a, z), scaled), norm, n, digits) < kLargestRatio);
+  CHECK(ratio(distance(product(adjoint(z), z), unit<T>(n)), 1, n, digits) < kLargestRatio);
+  for (std::size_t i = 0; i < std::size_t(n); ++i) {
+    CHECK(ratio(fabs(alone[i] - w[i]), norm, n, digits) < kLargestRatio);
+  }
+}
+
+}  // namespace
+
+TEST_CASE_TEMPLATE("symmetric eigenvalues and eigenvectors of random matrices", T, QuarnFloat, Complex) {
+  support::RandomNumbers random;
+  for (const int digits : {1, 2, 16, 50, 100, 333}) {
+    for (const Integer n : {0, 1, 2, 3, 5, 8, 16, 17, 18, 40}) {
+      if (n == 40 && digits != 50) {
+        continue;
+      }
+      const support::Digits scope(digits);
+      check_decomposition(hermitian(Matrix<T>(n, n).randomise(random)), n % 2 == 0 ? "L" : "U", digits);
+    }
+  }
+}
+
+TEST_CASE_TEMPLATE("clustered, multiple, graded and extreme symmetric eigenvalues", T, QuarnFloat, Complex) {
+  support::RandomNumbers random;
+  constexpr Integer n = 12;
+  for (const int digits : {5, 50, 120}) {
+    const support::Digits scope(digits);
+    for (const int kind : {0, 1, 2, 3, 4, 5}) {
+      CAPTURE(kind);
+      Matrix<T> a = hermitian(Matrix<T>(n, n).randomise(random));
+      for (Integer j = 1; j <= n; ++j) {
+        for (Integer i = 1; i <= n; ++i) {
+          switch (kind) {
+            case 0:  // 1 and n, the former many times
+              a(i, j) = T(i == j ? 2.0 : 1.0);
+              break;
+            case 1:  // a cluster at 1
+              a(i, j) = a(i, j) * T(QuarnFloat(1, -digits + 2)) + T(double(i == j));
+              break;
+            case 2:
+              a(i, j) = a(i, j) * T(QuarnFloat(1, -int(i + j)));
+              break;
+            case 3:
+              a(i, j) = a(i, j) * T(QuarnFloat(1, 400000000));
+              break;
+            case 4:
+              a(i, j) = a(i, j) * T(QuarnFloat(1, -400000000));
+              break;
+            default:  // the eigenvalues stand in pairs of both signs
+              a(i, j) = (i <= n / 2) == (j <= n / 2) ? T(0.0) : a(i, j);
+          }
+        }
+      }
+      check_decomposition(a, kind % 2 == 0 ? "U" : "L", digits);
+    }
+  }
+}
+
+TEST_CASE("the second difference and a matrix of pairs have the eigenvalues that formulas give") {
+  for (const int digits : {16, 50, 333}) {
+    constexpr Integer n = 21;
+    const support::Digits scope(digits);
+    std::vector<QuarnFloat> d(n, 2);
+    std::vector<QuarnFloat> e(n - 1, -1);
+    Integer info = -99;
+    QuarnMPX_dsteqr_("N", n, d.data(), e.data(), nullptr, 1, nullptr, &info, 1);
+    REQUIRE(info == 0);
+    const support::Digits finer(digits + kSpare);
+    const QuarnFloat pi = acos(QuarnFloat(-1));
+    for (Integer k = 1; k <= n; ++k) {
+      const QuarnFloat half = sin(k * pi / (2 * (n + 1)));
+      // Each is good beside itself, not beside the largest alone.
+      CHECK(ratio(fabs(d[std::size_t(k - 1)] - 4 * half * half), 4 * half * half, n, digits) < kLargestRatio);
+    }
+  }
+  // Wilkinson's W21+: its largest two eigenvalues agree to 15 digits.
+  const support::Digits scope(40);
+  std::vector<QuarnFloat> d;
+  std::vector<QuarnFloat> e(20, 1);
+  for (int i = -10; i <= 10; ++i) {
+    d.push_back(QuarnFloat(i < 0 ? -i : i));
+  }
+  Integer info = -99;
+  QuarnMPX_dsteqr_("N", 21, d.data(), e.data(), nullptr, 1, nullptr, &info, 1);
+  CHECK(info == 0);
+  CHECK(d[20] - d[19] > QuarnFloat("7e-14"));
+  CHECK(d[20] - d[19] < QuarnFloat("8e-14"));
+  CHECK(fabs(d[20] - QuarnFloat("10.746194182903393")) < QuarnFloat("1e-14"));
+}
+
+TEST_CASE_TEMPLATE("tridiagonal form of either triangle, Q formed, and the driver out of its parts", T, QuarnFloat,
+                   Complex) {
+  support::RandomNumbers random;
+  for (const int digits : {2, 50}) {
+    for (const Integer n : {0, 1, 2, 7, 35}) {
+      for (const char* uplo : {"L", "u"}) {
+        CAPTURE(n);
+        CAPTURE(uplo);
+        const support::Digits scope(digits);
+        const Matrix<T> a = hermitian(Matrix<T>(n, n).randomise(random));
+        Matrix<T> q = only(*uplo == 'L' ? "L" : "U", a);
+        std::vector<QuarnFloat> d(std::size_t(n) + 1);
+        std::vector<QuarnFloat> e(d.size());
+        std::vector<T> tau(d.size());
+        std::vector<T> work(d.size());
+        Integer info = -99;
+        Exports<T>::sytrd(uplo, n, q.data(), q.lda(), d.data(), e.data(), tau.data(), work.data(), n + 1, &info, 1);
+        REQUIRE(info == 0);
+        CHECK(q.intact());
+        for (Integer j = 2; j <= n; ++j) {
+          CHECK((*uplo == 'L' ? q(j, j - 1) : q(j - 1, j)) == T(e[std::size_t(j - 2)]));
+        }
+        Exports<T>::orgtr(uplo, n, q.data(), q.lda(), tau.data(), work.data(), n + 1, &info, 1);
+        REQUIRE(info == 0);
+        CHECK(q.intact());
+        Matrix<T> t = unit<T>(n);
+        for (Integer j = 1; j <= n; ++j) {
+          t(j, j) = T(d[std::size_t(j - 1)]);
+          if (j < n) {
+            t(j, j + 1) = t(j + 1, j) = T(e[std::size_t(j - 1)]);
+          }
+        }
+        Matrix<T> z = q;
+        Exports<T>::steqr("V", n, d.data(), e.data(), z.data(), z.lda(), nullptr, &info, 1);
+        REQUIRE(info == 0);
+        const support::Digits finer(digits + kSpare);
+        CHECK(ratio(distance(product(product(q, t), adjoint(q)), a), one_norm(a), n, digits) < kLargestRatio);
+        CHECK(ratio(distance(product(adjoint(q), q), unit<T>(n)), 1, n, digits) < kLargestRatio);
+        for (Integer j = 1; j <= n; ++j) {
+          for (Integer i = 1; i <= n; ++i) {
+            t(i, j) = i == j ? T(d[std::size_t(j - 1)]) : T(0.0);
+          }
+        }
+        CHECK(ratio(distance(product(a, z), product(z, t)), one_norm(a), n, digits) < kLargestRatio);
+      }
+    }
+  }
+}
+
+TEST_CASE_TEMPLATE("what is no number in a symmetric matrix, and wrong arguments", T, QuarnFloat, Complex) {
+  constexpr Integer n = 4;
+  std::vector<QuarnFloat> w(n);
+  std::vector<T> work(3 * n);
+  for (const double bad : {HUGE_VAL, -HUGE_VAL, double(NAN)}) {
+    for (Integer at = 0; at < n * n; ++at) {
+      Matrix<T> a = unit<T>(n);
+      a(at % n + 1, at / n + 1) = T(bad);
+      const bool read = at % n >= at / n;
+      CHECK(Exports<T>::syev("V", "L", n, a.data(), a.lda(), w.data(), work.data(), 3 * n) == (read ? n : 0));
+    }
+  }
+  T a[4] = {T(1.0), T(2.0), T(3.0), T(4.0)};
+  CHECK(Exports<T>::syev("X", "L", 2, a, 2, w.data(), work.data(), 9) == -1);
+  CHECK(Exports<T>::syev("V", "X", 2, a, 2, w.data(), work.data(), 9) == -2);
+  CHECK(Exports<T>::syev("V", "L", -1, a, 2, w.data(), work.data(), 9) == -3);
+  CHECK(Exports<T>::syev("V", "L", 2, a, 1, w.data(), work.data(), 9) == -5);
+  CHECK(Exports<T>::syev("V", "L", 2, a, 2, w.data(), work.data(), 2) == -8);
+  CHECK(Exports<T>::syev("V", "L", 2, a, 2, w.data(), work.data(), -1) == 0);
+  CHECK(a[0] == T(1.0));
+  Integer info = 0;
+  const auto reduced = [&](const char* uplo, Integer order, Integer lda, Integer lwork) {
+    Exports<T>::sytrd(uplo, order, a, lda, w.data(), w.data(), a, work.data(), lwork, &info, 1);
+    return info;
+  };
+  CHECK(reduced("X", 2, 2, 2) == -1);
+  CHECK(reduced("L", -1, 2, 2) == -2);
+  CHECK(reduced("L", 2, 1, 2) == -4);
+  CHECK(reduced("L", 2, 2, 0) == -9);
+  const auto formed = [&](const char* uplo, Integer order, Integer lda, Integer lwork) {
+    Exports<T>::orgtr(uplo, order, a, lda, a, work.data(), lwork, &info, 1);
+    return info;
+  };
+  CHECK(formed("X", 2, 2, 2) == -1);
+  CHECK(formed("L", -1, 2, 2) == -2);
+  CHECK(formed("L", 2, 1, 2) == -4);
+  CHECK(formed("L", 2, 2, 0) == -7);
+  const auto solved = [&](const char* compz, Integer order, Integer ldz) {
+    Exports<T>::steqr(compz, order, w.data(), w.data(), a, ldz, nullptr, &info, 1);
+    return info;
+  };
+  CHECK(solved("X", 2, 2) == -1);
+  CHECK(solved("I", -1, 2) == -2);
+  CHECK(solved("V", 2, 1) == -6);
+}
