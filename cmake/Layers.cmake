@@ -1,7 +1,7 @@
 # Which folders a target may include from, so that the table of docs/architecture.md is compiled.
 
 # tesk_sees(TARGET FOLDER...): the target finds the headers of these folders of the checkout, as "folder/header.h", beside
-# the public ones, and no others (a single header may be named too): in a folder of the build that has a link to each of them and nothing else.
+# the public ones, and no others: in a folder of the build that has a link to each of them and nothing else.
 function(tesk_sees target)
   set(view ${PROJECT_BINARY_DIR}/layers/${target})
   file(REMOVE_RECURSE ${view})

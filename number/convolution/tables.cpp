@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-#include "number/exact/dispatch.h"
+#include "number/processor/vectors.h"
 
 namespace quarn::convolution {
 namespace {
@@ -95,7 +95,7 @@ constexpr std::uint64_t kBase = 1'000'000'000'000;
 // as the longest, because nobody knows who still looks at them.
 struct Tables {
   explicit Tables(const Kernel& kernel, std::size_t count) : fields{kFields[0], kFields[1]} {
-    const exact::PlainRounding scope;
+    const processor::PlainRounding scope;
     for (int i = 0; i < 2; ++i) {
       twiddles[i].resize(count);
       Factor* const w = twiddles[i].data();
@@ -122,11 +122,11 @@ constexpr Recombination kDecimalDigits{factor(power(kPrimes[0] % kPrimes[1], kPr
 const Recombination kDecimal = kDecimalDigits;
 
 const Kernel* kernel_in_use() noexcept {
-  const exact::Kernel* const kernel = exact::kernel_in_use();
-  return kernel == nullptr            ? nullptr
-         : kernel == exact::kKernel64 ? kKernel64
-         : kernel == exact::kKernel32 ? kKernel32
-                                      : nullptr;
+  const processor::Vectors vectors = processor::in_use();
+  if (vectors >= processor::Vectors::bytes64 && kKernel64 != nullptr) {
+    return kKernel64;
+  }
+  return vectors >= processor::Vectors::bytes32 ? kKernel32 : nullptr;
 }
 
 const Field* fields_for(const Kernel& kernel, std::size_t vectors) {

@@ -1,6 +1,5 @@
 #include "number/exact/dispatch.h"
 
-#include <atomic>
 #include <cstring>
 
 #include "quarn/exact.h"
@@ -8,70 +7,67 @@
 namespace quarn::exact {
 namespace {
 
-bool runs(const Kernel* kernel) noexcept {
-  if (kernel == nullptr) {
-    return false;
+using processor::Vectors;
+
+constexpr Vectors kWidestFirst[] = {Vectors::bytes64, Vectors::bytes32, Vectors::bytes16};
+
+/// Null where the compiler has no such instructions.
+const Kernel* kernel_for(Vectors vectors) noexcept {
+  switch (vectors) {
+    case Vectors::bytes64:
+      return kKernel64;
+    case Vectors::bytes32:
+      return kKernel32;
+    case Vectors::bytes16:
+      return kKernel16;
+    case Vectors::none:
+      break;
   }
-#if defined(__i386__) || defined(__x86_64__)
-  __builtin_cpu_init();
-  if (kernel == kKernel64) {
-    return __builtin_cpu_supports("avx512f") != 0 && __builtin_cpu_supports("avx512dq") != 0;
-  }
-  if (kernel == kKernel32) {
-    return __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("fma") != 0;
-  }
-  return __builtin_cpu_supports("sse2") != 0;
-#else
-  return true;
-#endif
+  return nullptr;
 }
 
-const Kernel* best() noexcept {
-  for (const Kernel* const kernel : {kKernel64, kKernel32, kKernel16}) {
-    if (runs(kernel)) {
-      return kernel;
+/// Whether there are kernels of that name and the processor runs them; they are then in use.
+bool choose(const char* name) noexcept {
+  if (std::strcmp(name, "none") == 0) {
+    processor::choose(Vectors::none);
+    return true;
+  }
+  if (std::strcmp(name, "best") == 0) {
+    processor::choose_widest();
+    return true;
+  }
+  for (const Vectors vectors : kWidestFirst) {
+    const Kernel* const kernel = kernel_for(vectors);
+    if (kernel != nullptr && std::strcmp(name, kernel->name) == 0 && processor::has(vectors)) {
+      processor::choose(vectors);
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+const Kernel* kernel_in_use() noexcept {
+  for (const Vectors vectors : kWidestFirst) {
+    if (vectors <= processor::in_use() && kernel_for(vectors) != nullptr) {
+      return kernel_for(vectors);
     }
   }
   return nullptr;
 }
 
-// Chosen when the library is loaded.
-const Kernel* const fastest = best();
-std::atomic<const Kernel*> chosen = fastest;
-std::atomic<bool> forced = false;
-
-}  // namespace
-
-const Kernel* kernel_in_use() noexcept { return chosen.load(std::memory_order_relaxed); }
-
 const Kernel* narrowest_kernel() noexcept {
   const Kernel* const now = kernel_in_use();
-  return now != nullptr && kKernel16 != nullptr && !forced ? kKernel16 : now;
+  return now != nullptr && kKernel16 != nullptr && !processor::chosen() ? kKernel16 : now;
 }
 
 }  // namespace quarn::exact
 
 const char* QuarnExactKernel(const char* name) noexcept {
   using namespace quarn::exact;
-  if (name != nullptr) {
-    if (std::strcmp(name, "none") == 0) {
-      chosen = nullptr;
-    } else if (std::strcmp(name, "best") == 0) {
-      chosen = fastest;
-      forced = false;
-    } else {
-      const Kernel* found = nullptr;
-      for (const Kernel* const kernel : {kKernel64, kKernel32, kKernel16}) {
-        if (kernel != nullptr && std::strcmp(name, kernel->name) == 0 && runs(kernel)) {
-          found = kernel;
-        }
-      }
-      if (found == nullptr) {
-        return nullptr;
-      }
-      chosen = found;
-      forced = true;
-    }
+  if (name != nullptr && !choose(name)) {
+    return nullptr;
   }
   const Kernel* const now = kernel_in_use();
   return now != nullptr ? now->name : "none";

@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include "number/convolution/tables.h"
-#include "number/exact/dispatch.h"
+#include "number/processor/vectors.h"
 #include "number/limbs/chunk_cycle.h"
 #include "number/limbs/ntt.h"
 #include "number/limbs/scratch.h"
@@ -48,7 +48,7 @@ class DoubleProduct {
   /// cycle.
   void load(const Limb* a, std::size_t length) {
     Chunks::load(words(), points_, a, length);
-    const exact::PlainRounding scope;
+    const processor::PlainRounding scope;
     kernel_.convert(words(), residues(1), vectors_);
     kernel_.convert(words(), residues(0), vectors_);
     for (const int i : {0, 1}) {
@@ -58,7 +58,7 @@ class DoubleProduct {
 
   /// Becomes the product with the other factor (which may be this one); to be finished.
   void multiply_by(const DoubleProduct& other) {
-    const exact::PlainRounding scope;
+    const processor::PlainRounding scope;
     for (const int i : {0, 1}) {
       // The inverse of a divisor of p - 1.
       const double scale = -double(std::int64_t((convolution::kPrimes[i] - 1) / vectors_));
@@ -69,7 +69,7 @@ class DoubleProduct {
   /// Turns the product into chunks with all carries done: a number from 0 to X^points - 1.
   void finish() {
     {
-      const exact::PlainRounding scope;
+      const processor::PlainRounding scope;
       for (const int i : {0, 1}) {
         kernel_.inverse(fields_[i], residues(i), vectors_);
       }
