@@ -1,6 +1,7 @@
 #include "number/processor/vectors.h"
 
 #include <atomic>
+#include <initializer_list>
 
 namespace quarn::processor {
 namespace {
