@@ -219,6 +219,7 @@ tesk2mp::Diagonal diagonal_of(bool unit);
 // The parts of the module.
 void add_complex(py::module_& module);
 void add_kernels(py::module_& module);
+void add_least_squares(py::module_& module);
 void add_linear(py::module_& module);
 void add_sparse(py::module_& module);
 void add_eigen(py::module_& module);

@@ -23,15 +23,19 @@ auto with_real_or_complex(const Array& a, double factorisations, const Body& bod
 Array as_array(const RealArray& a) { return complex_array(a); }
 Array as_array(Array a) { return a; }
 
+/// The second argument as columns of so many numbers; a vector in either direction.
+Array right_side(const Arguments& arguments, std::size_t rows) {
+  const Array& b = arguments.array(1);
+  const Array right = b.rows() == 1 && b.columns() == rows ? reshaped(elements(b), rows, 1) : b;
+  if (right.rows() != rows) {
+    throw Unfit("right-hand sides of " + std::to_string(rows) + " numbers are needed here, not " + shape(b), 1);
+  }
+  return right;
+}
+
 Values solve(State& /*state*/, const Arguments& arguments) {
   const Array& a = arguments.square(0);
-  const Array& b = arguments.array(1);
-  const bool row = b.rows() == 1 && b.columns() == a.rows();  // a vector in either direction
-  const Array right = row ? reshaped(elements(b), b.columns(), 1) : b;
-  if (right.rows() != a.rows()) {
-    throw Unfit("right-hand sides of " + std::to_string(a.rows()) + " numbers are needed here, not " + shape(b), 1);
-  }
-  return {operate("\\", a, right)};
+  return {operate("\\", a, right_side(arguments, a.rows()))};
 }
 
 // The parts of P A = L U.
@@ -85,6 +89,37 @@ Values inv(State& /*state*/, const Arguments& arguments) {
                               [](const auto& a) { return Values{as_array(tesk2mp::inverse(a))}; });
 }
 
+Values qr(State& /*state*/, const Arguments& arguments) {
+  return with_real_or_complex(arguments.array(0), 3, [](const auto& a) {
+    const tesk2mp::QR factors(a);
+    return Values{as_array(factors.q()), as_array(factors.r())};
+  });
+}
+
+Values lstsq(State& /*state*/, const Arguments& arguments) {
+  const Array& a = arguments.array(0);
+  const Array right = right_side(arguments, a.rows());
+  if (is_real(a) && is_real(right)) {
+    return {as_array(tesk2mp::minimum_norm(real_array(a), real_array(right)).x)};
+  }
+  return {tesk2mp::minimum_norm(a, right).x};
+}
+
+Values pinv(State& /*state*/, const Arguments& arguments) {
+  return with_real_or_complex(arguments.array(0), 4,
+                              [](const auto& a) { return Values{as_array(tesk2mp::pseudo_inverse(a))}; });
+}
+
+Values null(State& /*state*/, const Arguments& arguments) {
+  return with_real_or_complex(arguments.array(0), 3,
+                              [](const auto& a) { return Values{as_array(tesk2mp::null_space(a))}; });
+}
+
+Values matrix_rank(State& /*state*/, const Arguments& arguments) {
+  return with_real_or_complex(arguments.array(0), 3,
+                              [](const auto& a) { return Values{number(QuarnFloat(tesk2mp::matrix_rank(a)))}; });
+}
+
 Values trace(State& /*state*/, const Arguments& arguments) {
   const Array& a = arguments.square(0);
   Complex sum(0);
@@ -131,6 +166,11 @@ constexpr auto kFunctions = std::to_array<Function>({
     {"solve", "A, b", "x", "the solution of A x = b, for a vector or each column (also A \\ b)", 2, 2, solve},
     {"lu", "A", "L, U, P", "factors with P A = L U", 1, 1, lu},
     {"chol", "A", "L", "lower triangle with A = L L', A positive definite", 1, 1, chol},
+    {"qr", "A", "Q, R", "factors with A = Q R, Q with orthonormal columns", 1, 1, qr},
+    {"lstsq", "A, b", "x", "the shortest x of least norm(A x - b), A of any shape and rank", 2, 2, lstsq},
+    {"pinv", "A", "B", "pseudo-inverse", 1, 1, pinv},
+    {"null", "A", "V", "orthonormal columns that A takes to zero", 1, 1, null},
+    {"matrix_rank", "A", "r", "rank of a matrix", 1, 1, matrix_rank},
     {"det", "A", "y", "determinant", 1, 1, det},
     {"inv", "A", "B", "inverse", 1, 1, inv},
     {"trace", "A", "y", "sum of the diagonal", 1, 1, trace},

@@ -33,6 +33,35 @@ void dormqr() {
   //! [dormqr]
 }
 
+void dgelqf() {
+  //! [dgelqf]
+  QuarnFloat a[] = {3, 4}, tau[1], work[1];  // one row
+  Integer info;
+  QuarnMPX_dgelqf_(1, 2, a, 1, tau, work, 1, &info);
+  std::cout << a[0] << "\n";
+  //! [dgelqf]
+}
+
+void dorglq() {
+  //! [dorglq]
+  QuarnFloat a[] = {3, 4}, tau[1], work[1];
+  Integer info;
+  QuarnMPX_dgelqf_(1, 2, a, 1, tau, work, 1, &info);
+  QuarnMPX_dorglq_(1, 2, 1, a, 1, tau, work, 1, &info);
+  std::cout << a[0] << " " << a[1] << "\n";
+  //! [dorglq]
+}
+
+void dormlq() {
+  //! [dormlq]
+  QuarnFloat a[] = {3, 4}, c[] = {3, 4}, tau[1], work[1];
+  Integer info;
+  QuarnMPX_dgelqf_(1, 2, a, 1, tau, work, 1, &info);
+  QuarnMPX_dormlq_("L", "N", 2, 1, 1, a, 1, tau, c, 2, work, 1, &info, 1, 1);
+  std::cout << c[0] << " " << c[1] << "\n";
+  //! [dormlq]
+}
+
 void dgels() {
   //! [dgels]
   QuarnFloat a[] = {1, 1, 1, 1}, b[] = {1, 2, 4, 5}, work[8];  // one column of ones
@@ -44,4 +73,12 @@ void dgels() {
 
 }  // namespace
 
-int main() { return run_examples({{"dgeqrf", dgeqrf}, {"dorgqr", dorgqr}, {"dormqr", dormqr}, {"dgels", dgels}}); }
+int main() {
+  return run_examples({{"dgeqrf", dgeqrf},
+                       {"dorgqr", dorgqr},
+                       {"dormqr", dormqr},
+                       {"dgelqf", dgelqf},
+                       {"dorglq", dorglq},
+                       {"dormlq", dormlq},
+                       {"dgels", dgels}});
+}

@@ -111,6 +111,108 @@ TESK2MP_API void QuarnMPX_zunmqr_(const char* side, const char* trans, Integer m
                                   Integer* info, int side_length, int trans_length);
 /// @}
 
+/// @defgroup dgelqf LQ factorisation
+///
+/// DGELQF: A = L Q, A m by n, L lower triangular, Q the product of min(m, n) Householder reflectors I - tau v v^T;
+/// ZGELQF the same over Complex with v^H, Q = H(k)^H ... H(1)^H and a real diagonal of L.
+///
+/// @param[in] m rows of A, >= 0
+/// @param[in] n columns of A, >= 0
+/// @param[in,out] a A, n columns of m elements, lda apart; out L, and to the right of the diagonal the conjugates of
+/// the
+///     vectors v without their leading ones
+/// @param[in] lda step from column to column of A, >= max(1, m)
+/// @param[out] tau min(m, n) factors
+/// @param[out] work lwork elements; work(1) is the length that is asked for, max(1, m), the others are not touched
+/// @param[in] lwork elements of work, >= max(1, m); -1 asks for the length alone
+/// @param[out] info 0, or -k when argument k is illegal
+///
+/// @par Failures
+/// Illegal: m < 0 (-1), n < 0 (-2), lda < max(1, m) (-4), lwork (-7). Storage for m n elements is taken for the time of
+/// the call.
+///
+/// @par Method
+/// QR factorisation of the adjoint.
+///
+/// @par Source
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DGELQF and ZGELQF.
+///
+/// @par Cost
+/// About m^2 n - m^3/3 multiply-adds for m <= n.
+/// @{
+TESK2MP_API void QuarnMPX_dgelqf_(Integer m, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* tau, QuarnFloat* work,
+                                  Integer lwork, Integer* info);
+TESK2MP_API void QuarnMPX_zgelqf_(Integer m, Integer n, Complex* a, Integer lda, Complex* tau, Complex* work,
+                                  Integer lwork, Integer* info);
+/// @}
+
+/// @defgroup dorglq rows of Q
+///
+/// DORGLQ: the first m rows of the Q of which DGELQF has left k reflectors, in their place; ZUNGLQ over Complex.
+///
+/// @param[in] m rows of Q, 0 ... n
+/// @param[in] n columns of Q, >= 0
+/// @param[in] k reflectors, 0 ... m
+/// @param[in,out] a the reflectors, to the right of the diagonals of k rows; out Q, n columns of m elements, lda apart
+/// @param[in] lda step from column to column of A, >= max(1, m)
+/// @param[in] tau k factors
+/// @param[out] work lwork elements; work(1) is the length that is asked for, max(1, m), the others are not touched
+/// @param[in] lwork elements of work, >= max(1, m); -1 asks for the length alone
+/// @param[out] info 0, or -k when argument k is illegal
+///
+/// @par Failures
+/// Illegal: m < 0 (-1), n < m (-2), k (-3), lda < max(1, m) (-5), lwork (-8). Storage is taken for the time of the
+/// call.
+///
+/// @par Source
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DORGLQ and ZUNGLQ.
+///
+/// @par Cost
+/// About 2 m n k multiply-adds.
+/// @{
+TESK2MP_API void QuarnMPX_dorglq_(Integer m, Integer n, Integer k, QuarnFloat* a, Integer lda, QuarnFloat* tau,
+                                  QuarnFloat* work, Integer lwork, Integer* info);
+TESK2MP_API void QuarnMPX_zunglq_(Integer m, Integer n, Integer k, Complex* a, Integer lda, Complex* tau, Complex* work,
+                                  Integer lwork, Integer* info);
+/// @}
+
+/// @defgroup dormlq Q of an LQ factorisation times a matrix
+///
+/// DORMLQ: C := op(Q) C (side L) or C := C op(Q) (side R) with the Q of which DGELQF has left k reflectors; ZUNMLQ over
+/// Complex.
+///
+/// @param[in] side L: Q stands on the left, of order m; R: on the right, of order n
+/// @param[in] trans N: Q; T, for ZUNMLQ C: its adjoint
+/// @param[in] m rows of C, >= 0
+/// @param[in] n columns of C, >= 0
+/// @param[in] k reflectors, 0 ... order of Q
+/// @param[in] a the reflectors, to the right of the diagonals of k rows; not changed
+/// @param[in] lda step from column to column of A, >= max(1, k)
+/// @param[in] tau k factors
+/// @param[in,out] c C, n columns of m elements, ldc apart
+/// @param[in] ldc step from column to column of C, >= max(1, m)
+/// @param[out] work lwork elements; work(1) is the length that is asked for, the others are not touched
+/// @param[in] lwork elements of work, at least 1 and n (side L) or m (side R); -1 asks for the length alone
+/// @param[out] info 0, or -k when argument k is illegal
+///
+/// @par Failures
+/// Illegal: side (-1), trans (-2), m < 0 (-3), n < 0 (-4), k (-5), lda (-7), ldc (-10), lwork (-12). Storage is taken
+/// for the time of the call.
+///
+/// @par Source
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DORMLQ and ZUNMLQ.
+///
+/// @par Cost
+/// About 2 m n k multiply-adds.
+/// @{
+TESK2MP_API void QuarnMPX_dormlq_(const char* side, const char* trans, Integer m, Integer n, Integer k, QuarnFloat* a,
+                                  Integer lda, QuarnFloat* tau, QuarnFloat* c, Integer ldc, QuarnFloat* work,
+                                  Integer lwork, Integer* info, int side_length, int trans_length);
+TESK2MP_API void QuarnMPX_zunmlq_(const char* side, const char* trans, Integer m, Integer n, Integer k, Complex* a,
+                                  Integer lda, Complex* tau, Complex* c, Integer ldc, Complex* work, Integer lwork,
+                                  Integer* info, int side_length, int trans_length);
+/// @}
+
 /// @defgroup dgels least squares and minimum-norm solutions
 ///
 /// DGELS: for each column b of B the x of least norm(b - op(A) x), and if there are several the one of least norm(x); A

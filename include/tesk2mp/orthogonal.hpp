@@ -11,6 +11,9 @@
 
 namespace tesk2mp {
 
+template <Scalar T>
+class PivotedQR;
+
 /// A = Q R of an m by n matrix, real or complex, Q a product of Householder reflectors.
 template <Scalar T>
 class QR {
@@ -64,8 +67,117 @@ class QR {
   }
 
  private:
+  template <Scalar>
+  friend class PivotedQR;
+  QR(Matrix<T> factors, std::vector<T> tau) : factors_(std::move(factors)), tau_(std::move(tau)) {}
+
   static const char* routine() { return detail::name<T>("DORMQR", "ZUNMQR"); }
 
+  Matrix<T> factors_;
+  std::vector<T> tau_;
+};
+
+/// A P = Q R with the columns in an order in which the diagonal of R does not grow, so that it shows the rank.
+template <Scalar T>
+class PivotedQR {
+ public:
+  explicit PivotedQR(Matrix<T> a) : PivotedQR(std::move(a), Order()) {}
+
+  /// Column j of A P is column order()[j] of A; columns count from 0.
+  const std::vector<Integer>& order() const { return order_; }
+  /// R, min(m, n) by n, upper triangular.
+  Matrix<T> r() const { return factors_.r(); }
+  /// The first min(m, n) columns of Q.
+  Matrix<T> q() const { return factors_.q(); }
+  /// op(Q) C (side left) or C op(Q) (right), Q the whole matrix of order m; op is none or conjugate_transpose.
+  template <MatrixSource C>
+  Matrix<T> multiply(Side side, Op op, const C& c) const {
+    return factors_.multiply(side, op, c);
+  }
+
+ private:
+  using Order = std::vector<Integer>;
+
+  PivotedQR(Matrix<T> a, Order order) : factors_(factorise(std::move(a), order)), order_(std::move(order)) {
+    for (Integer& column : order_) {
+      --column;
+    }
+  }
+  static QR<T> factorise(Matrix<T> a, Order& order) {
+    const detail::RawMatrix<T> raw{a.view()};
+    order.resize(a.columns());
+    std::vector<T> tau(std::min(a.rows(), a.columns()));
+    std::vector<T> work(3 * a.columns() + 1);
+    Integer info = 0;
+    if constexpr (detail::kIsComplex<T>) {
+      QuarnMPX_zgeqp3_(raw.rows, raw.columns, raw.data, raw.leading, order.data(), tau.data(), work.data(),
+                       detail::count_of(work.size()), nullptr, &info);
+    } else {
+      QuarnMPX_dgeqp3_(raw.rows, raw.columns, raw.data, raw.leading, order.data(), tau.data(), work.data(),
+                       detail::count_of(work.size()), &info);
+    }
+    return QR<T>(std::move(a), std::move(tau));
+  }
+
+  QR<T> factors_;
+  Order order_;
+};
+
+/// A = L Q of an m by n matrix, real or complex, Q a product of Householder reflectors.
+template <Scalar T>
+class LQ {
+ public:
+  explicit LQ(Matrix<T> a) : factors_(std::move(a)), tau_(std::min(factors_.rows(), factors_.columns())) {
+    const detail::RawMatrix<T> raw{factors_.view()};
+    std::vector<T> work(std::max<std::size_t>(1, factors_.rows()));
+    Integer info = 0;
+    detail::pick<T>(QuarnMPX_dgelqf_, QuarnMPX_zgelqf_)(raw.rows, raw.columns, raw.data, raw.leading, tau_.data(),
+                                                        work.data(), detail::count_of(work.size()), &info);
+  }
+
+  /// L, m by min(m, n), lower triangular.
+  Matrix<T> l() const {
+    Matrix<T> result(factors_.rows(), tau_.size());
+    for (std::size_t j = 0; j < result.columns(); ++j) {
+      for (std::size_t i = j; i < result.rows(); ++i) {
+        result(i, j) = factors_(i, j);
+      }
+    }
+    return result;
+  }
+  /// The first min(m, n) rows of Q.
+  Matrix<T> q() const {
+    Matrix<T> result{MatrixView<const T>(factors_.data(), tau_.size(), factors_.columns(), factors_.leading())};
+    const detail::RawMatrix<T> raw{result.view()};
+    std::vector<T> work(std::max<std::size_t>(1, tau_.size()));
+    Integer info = 0;
+    detail::pick<T>(QuarnMPX_dorglq_, QuarnMPX_zunglq_)(raw.rows, raw.columns, raw.rows, raw.data, raw.leading,
+                                                        detail::unconst(tau_.data()), work.data(),
+                                                        detail::count_of(work.size()), &info);
+    return result;
+  }
+  /// op(Q) C (side left) or C op(Q) (right), Q the whole matrix of order n; op is none or conjugate_transpose.
+  template <MatrixSource C>
+  Matrix<T> multiply(Side side, Op op, const C& c) const {
+    const char* routine = detail::name<T>("DORMLQ", "ZUNMLQ");
+    detail::require(op != Op::transpose || !detail::kIsComplex<T>, routine, 2, "Q or its adjoint is applied");
+    Matrix<T> result{MatrixView<const T>(c)};
+    const detail::RawMatrix<T> raw{result.view()};
+    const detail::RawMatrix<T> a{factors_.view()};
+    const Integer order = side == Side::left ? raw.rows : raw.columns;
+    detail::require(order == a.columns, routine, 3, "Q of order ", a.columns, " is applied to ", raw.rows, " by ",
+                    raw.columns);
+    std::vector<T> work(std::max<std::size_t>({1, result.rows(), result.columns()}));
+    Integer info = 0;
+    const char adjoint = op == Op::none ? 'N' : detail::kIsComplex<T> ? 'C' : 'T';
+    detail::pick<T>(QuarnMPX_dormlq_, QuarnMPX_zunmlq_)(detail::Option(side), detail::Option(adjoint), raw.rows,
+                                                        raw.columns, detail::count_of(tau_.size()), a.data, a.leading,
+                                                        detail::unconst(tau_.data()), raw.data, raw.leading,
+                                                        work.data(), detail::count_of(work.size()), &info, 1, 1);
+    return result;
+  }
+
+ private:
   Matrix<T> factors_;
   std::vector<T> tau_;
 };

@@ -52,6 +52,7 @@
 #include "tesk2mp/frame.h"
 #include "tesk2mp/iterative.h"
 #include "tesk2mp/kernels.h"
+#include "tesk2mp/least_squares.h"
 #include "tesk2mp/orthogonal.h"
 #include "tesk2mp/random.h"
 #include "tesk2mp/sparse.h"

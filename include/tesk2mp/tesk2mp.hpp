@@ -29,6 +29,7 @@
 #include "tesk2mp/error.hpp"
 #include "tesk2mp/fft.hpp"
 #include "tesk2mp/kernels.hpp"
+#include "tesk2mp/least_squares.hpp"
 #include "tesk2mp/orthogonal.hpp"
 #include "tesk2mp/solver.hpp"
 #include "tesk2mp/sparse.hpp"

@@ -5,16 +5,19 @@
 #include <algorithm>
 #include <vector>
 
-#include "support/digits.h"
-#include "support/matrices.h"
+#include "support/ratios.h"
 #include "tesk2mp/tesk2mp.h"
 
+using support::adjoint;
+using support::difference;
 using support::Matrix;
+using support::norm_of;
+using support::part;
 using support::RandomNumbers;
+using support::ratio;
+using support::unit;
 
 namespace {
-
-constexpr int kSpare = 20;
 
 template <class T>
 struct Exports;
@@ -36,62 +39,6 @@ struct Exports<Complex> {
   static constexpr const char* adjoint = "C";
   static constexpr const char* not_adjoint = "T";
 };
-
-template <class T>
-Matrix<T> adjoint(const Matrix<T>& a) {
-  return op_of_matrix(tesk::Op::conjugate_transpose, a);
-}
-
-template <class T>
-QuarnFloat norm_of(const Matrix<T>& a) {
-  QuarnFloat largest = 0;
-  for (Integer j = 1; j <= a.columns(); ++j) {
-    QuarnFloat sum = 0;
-    for (Integer i = 1; i <= a.rows(); ++i) {
-      sum += tesk::modulus(a(i, j));
-    }
-    largest = std::max(largest, sum);
-  }
-  return largest;
-}
-
-template <class T>
-Matrix<T> difference(const Matrix<T>& a, const Matrix<T>& b) {
-  Matrix<T> result(a.rows(), a.columns());
-  for (Integer j = 1; j <= a.columns(); ++j) {
-    for (Integer i = 1; i <= a.rows(); ++i) {
-      result(i, j) = a(i, j) - b(i, j);
-    }
-  }
-  return result;
-}
-
-template <class T>
-Matrix<T> part(const Matrix<T>& a, Integer rows, Integer columns) {
-  Matrix<T> result(rows, columns);
-  for (Integer j = 1; j <= columns; ++j) {
-    for (Integer i = 1; i <= rows; ++i) {
-      result(i, j) = a(i, j);
-    }
-  }
-  return result;
-}
-
-template <class T>
-Matrix<T> unit(Integer n) {
-  Matrix<T> result(n, n);
-  for (Integer j = 1; j <= n; ++j) {
-    for (Integer i = 1; i <= n; ++i) {
-      result(i, j) = T(double(i == j));
-    }
-  }
-  return result;
-}
-
-/// norm / (size scale u), u the unit roundoff.
-double ratio(const QuarnFloat& norm, const QuarnFloat& scale, Integer size, int digits) {
-  return norm == 0 ? 0 : FloatToDouble(norm / (scale * QuarnFloat(5, -digits) * std::max<Integer>(1, size)));
-}
 
 struct Shape {
   Integer m;
@@ -147,7 +94,7 @@ TEST_CASE_TEMPLATE("Q R gives the matrix back, and Q is orthogonal", T, QuarnFlo
       Exports<T>::ormqr("R", Exports<T>::adjoint, m, m, steps, qr.data(), qr.lda(), tau.data(), back.data(), back.lda(),
                         work.data(), most, &info, 1, 1);
       CHECK(info == 0);
-      const support::Digits finer(digits + kSpare);
+      const support::Digits finer(digits + support::kSpareDigits);
       CHECK(ratio(norm_of(difference(product(q, r), a)), norm_of(a), most, digits) < 4);
       CHECK(ratio(norm_of(difference(product(adjoint(q), q), unit<T>(steps))), 1, most, digits) < 4);
       CHECK(ratio(norm_of(difference(part(c, steps, n), r)), norm_of(a), most, digits) < 4);
@@ -182,7 +129,7 @@ TEST_CASE_TEMPLATE("least squares and minimum-norm solutions", T, QuarnFloat, Co
                          40, &info, 1);
         REQUIRE(info == 0);
         CHECK(b.intact());
-        const support::Digits finer(digits + kSpare);
+        const support::Digits finer(digits + support::kSpareDigits);
         const Matrix<T> op = plain ? before : adjoint(before);
         const Matrix<T> x = part(b, columns, 2);
         const Matrix<T> residual = difference(product(op, x), given);
@@ -194,7 +141,7 @@ TEST_CASE_TEMPLATE("least squares and minimum-norm solutions", T, QuarnFloat, Co
           Matrix<T> y = x;
           std::vector<T> more(40);
           Matrix<T> tall = adjoint(op);
-          const support::Digits same(digits + kSpare);
+          const support::Digits same(digits + support::kSpareDigits);
           Exports<T>::gels("N", columns, rows, 2, tall.data(), tall.lda(), y.data(), y.lda(), more.data(), 40, &info,
                            1);
           CHECK(ratio(norm_of(difference(product(adjoint(op), part(y, rows, 2)), x)), norm_of(x) * 1000 + 1, most,
@@ -302,7 +249,7 @@ TEST_CASE("the reduction to Hessenberg form is a similarity, balanced or not, sm
           h(i, j) = 0;
         }
       }
-      const support::Digits finer(digits + kSpare);
+      const support::Digits finer(digits + support::kSpareDigits);
       CHECK(ratio(norm_of(difference(product(product(q, h), adjoint(q)), a)), norm_of(a), n, digits) < 6);
       CHECK(ratio(norm_of(difference(product(adjoint(q), q), unit<QuarnFloat>(n))), 1, n, digits) < 6);
     }

@@ -188,3 +188,74 @@ TEST_CASE_TEMPLATE("QR and least squares", T, Real, Complex) {
   CHECK_THROWS_AS((void)least_squares(a, Matrix<T>(2, 1)), InvalidArgument);
   CHECK_THROWS_AS((void)qr.multiply(Side::right, Op::none, a), InvalidArgument);
 }
+
+TEST_CASE_TEMPLATE("factors with pivoting and from the right, rank, null space and pseudo-inverse", T, Real, Complex) {
+  const Digits digits(40);
+  Samples samples;
+  const Matrix<T> left = samples.matrix<T>(6, 2);
+  const Matrix<T> right = samples.matrix<T>(2, 5);
+  Matrix<T> a(6, 5);  // of rank 2
+  gemm(Op::none, Op::none, T(1), left, right, T(0), a);
+  constexpr double kUnits = 1e5;
+  CHECK(matrix_rank(a) == 2);
+  CHECK(matrix_rank(left) == 2);
+  CHECK(matrix_rank(Matrix<T>(3, 0)) == 0);
+  CHECK(matrix_rank(Matrix<T>{{T(1), T(0)}, {T(0), T(Real("1e-10"))}}, Real("1e-5")) == 1);
+
+  const PivotedQR<T> pivoted(a);
+  Matrix<T> ordered(6, 5);
+  for (std::size_t j = 0; j < 5; ++j) {
+    for (std::size_t i = 0; i < 6; ++i) {
+      ordered(i, j) = a(i, std::size_t(pivoted.order()[j]));
+    }
+  }
+  Matrix<T> product(6, 5);
+  gemm(Op::none, Op::none, T(1), pivoted.q(), pivoted.r(), T(0), product);
+  CHECK(distance(product, ordered) < kUnits);
+  const LQ<T> lq(a);
+  gemm(Op::none, Op::none, T(1), lq.l(), lq.q(), T(0), product);
+  CHECK(distance(product, a) < kUnits);
+  CHECK(distance(lq.multiply(Side::right, Op::conjugate_transpose, lq.multiply(Side::right, Op::none, a)), a) < kUnits);
+
+  const Matrix<T> basis = null_space(a);
+  REQUIRE(basis.columns() == 3);
+  Matrix<T> image(6, 3);
+  gemm(Op::none, Op::none, T(1), a, basis, T(0), image);
+  CHECK(distance(image, Matrix<T>(6, 3)) < kUnits);
+  Matrix<T> gram(3, 3);
+  gemm(Op::conjugate_transpose, Op::none, T(1), basis, basis, T(0), gram);
+  CHECK(distance(gram, Matrix<T>::identity(3)) < kUnits);
+
+  // The four equations of Penrose.
+  const Matrix<T> inverse = pseudo_inverse(a);
+  Matrix<T> ab(6, 6);
+  Matrix<T> ba(5, 5);
+  Matrix<T> back(6, 5);
+  Matrix<T> again(5, 6);
+  gemm(Op::none, Op::none, T(1), a, inverse, T(0), ab);
+  gemm(Op::none, Op::none, T(1), inverse, a, T(0), ba);
+  gemm(Op::none, Op::none, T(1), ab, a, T(0), back);
+  gemm(Op::none, Op::none, T(1), ba, inverse, T(0), again);
+  CHECK(distance(back, a) < kUnits);
+  CHECK(distance(again, inverse) < kUnits);
+  for (const Matrix<T>& projection : {ab, ba}) {
+    Matrix<T> adjoint(projection.rows(), projection.rows());
+    gemm(Op::conjugate_transpose, Op::none, T(1), projection, Matrix<T>::identity(projection.rows()), T(0), adjoint);
+    CHECK(distance(projection, adjoint) < kUnits);
+  }
+  CHECK_THROWS_AS((void)minimum_norm(a, Matrix<T>(5, 1)), InvalidArgument);
+}
+
+TEST_CASE("least squares with constraints and with errors of unequal size") {
+  using Numbers = std::vector<Real>;
+  const Matrix<Real> unit = Matrix<Real>::identity(2);
+  CHECK(constrained_least_squares(unit, Numbers{10, 5}, Matrix<Real>{{3, 4}}, Numbers{25}) == Numbers{7, 1});
+  CHECK_THROWS_AS((void)constrained_least_squares(unit, Numbers{1, 5}, Matrix<Real>{{0, 0}}, Numbers{2}),
+                  NumericalFailure);
+  CHECK_THROWS_AS((void)constrained_least_squares(unit, Numbers{1}, Matrix<Real>{{0, 0}}, Numbers{2}), InvalidArgument);
+  const GaussMarkov<Real> found = gauss_markov(Matrix<Real>{{1}, {1}}, Matrix<Real>{{1, 0}, {0, 2}}, Numbers{0, 5});
+  CHECK(found.x == Numbers{1});
+  CHECK(found.y == Numbers{-1, 2});
+  CHECK_THROWS_AS((void)gauss_markov(Matrix<Real>{{0}, {0}}, unit, Numbers{0, 5}), NumericalFailure);
+  CHECK_THROWS_AS((void)gauss_markov(unit, unit, Numbers{0}), InvalidArgument);
+}

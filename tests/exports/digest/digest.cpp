@@ -209,6 +209,7 @@ int main(int argc, char** argv) {
   digest::dense(suite);
   digest::eigenvalues(suite);
   digest::spectra(suite);
+  digest::linear(suite);
   digest::transforms(suite);
   digest::sequences(suite);
   digest::sparse(suite);

@@ -267,6 +267,7 @@ void kernels(Suite& suite);
 void dense(Suite& suite);
 void eigenvalues(Suite& suite);
 void spectra(Suite& suite);
+void linear(Suite& suite);
 void transforms(Suite& suite);
 void sequences(Suite& suite);
 void sparse(Suite& suite);

@@ -1,0 +1,89 @@
+#include "tests/exports/digest/digest.h"
+
+namespace digest {
+
+namespace {
+
+Integer at_least_one(Integer n) { return n > 1 ? n : 1; }
+
+template <class T, class Factorise, class Form, class Apply>
+void lq(Suite& suite, const char* adjoint, Factorise factorise, Form form, Apply apply) {
+  suite.cases(3, [&](Case& c) {
+    const Integer m = c.size;
+    const Integer n = m + c.below(3);
+    const Integer ld = at_least_one(n);
+    const auto a = c.numbers<T>(std::int64_t(ld) * ld);
+    const auto b = c.numbers<T>(std::int64_t(2) * ld);
+    const auto tau = c.numbers<T>(ld);
+    const Scratch<T> work(static_cast<std::size_t>(ld));
+    for (const Integer lwork : {ld, Integer(-1), Integer(0)}) {
+      suite.run(factorise, m, n, a, ld, tau, work, lwork, Integer(-99));
+      suite.run(form, m, n, m, a, ld, tau, work, lwork, Integer(-99));
+    }
+    for (const char* trans : {"N", adjoint, "X"}) {
+      suite.run(apply, "L", trans, n, Integer(2), m, a, ld, tau, b, ld, work, ld, Integer(-99), 1, 1);
+    }
+  });
+}
+
+/// What the QR with column pivoting leads to; `rwork` is the argument that the complex routines have.
+template <class T, class Pivoted, class Trapezoid, class Apply, class Solve, class... R>
+void any_rank(Suite& suite, const char* adjoint, Pivoted pivoted, Trapezoid trapezoid, Apply apply, Solve solve,
+              R... rwork) {
+  suite.cases(3, [&](Case& c) {
+    const Integer m = c.size;
+    const Integer n = c.size + c.below(3);
+    const Integer ld = at_least_one(n);
+    const Integer lwork = 4 * ld + 6;
+    const auto a = c.numbers<T>(std::int64_t(ld) * ld);
+    const auto b = c.numbers<T>(std::int64_t(2) * ld);
+    const auto tau = c.numbers<T>(ld);
+    const Scratch<T> work(static_cast<std::size_t>(lwork));
+    std::vector<Integer> order(static_cast<std::size_t>(ld));
+    order[std::size_t(ld - 1)] = c.below(2);
+    suite.run(pivoted, m, n, a, ld, order, tau, work, lwork, rwork..., Integer(-99));
+    suite.run(trapezoid, m, n, a, ld, tau, work, lwork, Integer(-99));
+    for (const char* trans : {"N", adjoint, "X"}) {
+      suite.run(apply, "L", trans, n, Integer(2), m, n - m, a, ld, tau, b, ld, work, lwork, Integer(-99), 1, 1);
+    }
+    for (const Integer length : {lwork, Integer(0)}) {
+      suite.run(solve, m, n, Integer(2), a, ld, b, ld, order, QuarnFloat(1, 3 - c.digits), Integer(-99), work, length,
+                rwork..., Integer(-99));
+    }
+  });
+}
+
+template <class T, class Constrained, class Model>
+void constraints(Suite& suite, Constrained constrained, Model model) {
+  suite.cases(3, [&](Case& c) {
+    const Integer m = c.size;
+    const Integer n = c.size;
+    const Integer p = c.below(c.size + 1);
+    const Integer ld = at_least_one(n);
+    const auto a = c.numbers<T>(std::int64_t(ld) * ld);
+    const auto b = c.numbers<T>(std::int64_t(ld) * ld);
+    const auto right = c.numbers<T>(ld);
+    const std::vector<T> x(static_cast<std::size_t>(ld));
+    const Integer lwork = 3 * ld;
+    const Scratch<T> work(static_cast<std::size_t>(lwork));
+    for (const Integer length : {lwork, Integer(0)}) {
+      suite.run(constrained, m, n, p, a, ld, b, ld, right, right, x, work, length, Integer(-99));
+      suite.run(model, n, p, n, a, ld, b, ld, right, x, x, work, length, Integer(-99));
+    }
+  });
+}
+
+}  // namespace
+
+void linear(Suite& suite) {
+  lq<QuarnFloat>(suite, "T", ENTRY(QuarnMPX_dgelqf_), ENTRY(QuarnMPX_dorglq_), ENTRY(QuarnMPX_dormlq_));
+  lq<Complex>(suite, "C", ENTRY(QuarnMPX_zgelqf_), ENTRY(QuarnMPX_zunglq_), ENTRY(QuarnMPX_zunmlq_));
+  any_rank<QuarnFloat>(suite, "T", ENTRY(QuarnMPX_dgeqp3_), ENTRY(QuarnMPX_dtzrzf_), ENTRY(QuarnMPX_dormrz_),
+                       ENTRY(QuarnMPX_dgelsy_));
+  any_rank<Complex>(suite, "C", ENTRY(QuarnMPX_zgeqp3_), ENTRY(QuarnMPX_ztzrzf_), ENTRY(QuarnMPX_zunmrz_),
+                    ENTRY(QuarnMPX_zgelsy_), nullptr);
+  constraints<QuarnFloat>(suite, ENTRY(QuarnMPX_dgglse_), ENTRY(QuarnMPX_dggglm_));
+  constraints<Complex>(suite, ENTRY(QuarnMPX_zgglse_), ENTRY(QuarnMPX_zggglm_));
+}
+
+}  // namespace digest
