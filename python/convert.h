@@ -227,5 +227,6 @@ void add_spectra(py::module_& module);
 void add_sequences(py::module_& module);
 void add_transforms(py::module_& module);
 void add_functions(py::module_& module);
+void add_rounding(py::module_& module);
 
 }  // namespace python

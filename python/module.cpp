@@ -67,4 +67,5 @@ an axis use them; results are the same for every number. Returns the former numb
   python::add_sequences(module);
   python::add_transforms(module);
   python::add_functions(module);
+  python::add_rounding(module);
 }

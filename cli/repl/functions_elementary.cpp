@@ -81,6 +81,34 @@ Complex conjugate(const Complex& z) { return is_real(z) ? z : conj(z); }
 
 Values factorials(State& /*state*/, const Arguments& arguments) { return {factorial(arguments.array(0))}; }
 
+tesk2mp::Rounding mode_of(const Arguments& arguments, std::size_t k) {
+  static const std::vector<std::string> kNames = {"half_even", "half_up", "half_down", "up",
+                                                  "down",      "ceiling", "floor",     "05up"};
+  if (arguments.count() <= k) {
+    return tesk2mp::Rounding::half_even;
+  }
+  return *quarn::rounding_named(kNames[arguments.choice(k, kNames)]);
+}
+
+constexpr Integer kMostPlaces = 1'000'000;
+
+Values quantized(State& /*state*/, const Arguments& arguments) {
+  const Integer places = arguments.whole(1, -kMostPlaces, kMostPlaces);
+  const tesk2mp::Rounding mode = mode_of(arguments, 2);
+  return mapped(arguments, [&](const Complex& z) { return tesk2mp::quantize(z, int(places), mode); });
+}
+
+Values rounded_parts(State& /*state*/, const Arguments& arguments) {
+  const Integer places = arguments.whole(1, -kMostPlaces, kMostPlaces);
+  const tesk2mp::Rounding mode = mode_of(arguments, 2);
+  const bool cumulative = arguments.count() > 3 && arguments.choice(3, {"largest_remainder", "cumulative"}) == 1;
+  const Array& given = arguments.vector(0);
+  const std::vector<QuarnFloat> parts = tesk2mp::round_parts(
+      arguments.reals(0), int(places), mode,
+      cumulative ? tesk2mp::Reconciliation::cumulative : tesk2mp::Reconciliation::largest_remainder);
+  return {reshaped(std::vector<Complex>(parts.begin(), parts.end()), given.rows(), given.columns())};
+}
+
 // What the table of the library does not have, or has for real numbers alone.
 constexpr auto kOwnFunctions = std::to_array<Function>({
     {"abs", "x", "y", "magnitude", 1, 1, real_valued<modulus>},
@@ -89,6 +117,10 @@ constexpr auto kOwnFunctions = std::to_array<Function>({
     {"im", "x", "y", "imaginary part", 1, 1, real_valued<imaginary_part>},
     {"conj", "x", "y", "conjugate", 1, 1, complex_map<conjugate>},
     {"factorial", "n", "y", "n!, exact up to 100000 digits", 1, 1, factorials},
+    {"quantize", "x, places [, mode]", "y", "rounded to places, \"half_even\" or as another mode says", 2, 3,
+     quantized},
+    {"round_parts", "v, places [, mode, rule]", "w",
+     "rounded to places, with the rounded total: by \"largest_remainder\" or \"cumulative\"", 2, 4, rounded_parts},
 });
 
 using Apply = Values (*)(State& state, const Arguments& arguments);

@@ -56,5 +56,6 @@
 #include "tesk2mp/orthogonal.h"
 #include "tesk2mp/random.h"
 #include "tesk2mp/sparse.h"
+#include "tesk2mp/special.h"
 #include "tesk2mp/transforms.h"
 #include "tesk2mp/util.h"

@@ -1,5 +1,6 @@
-"""rank and sort against Python's stable sorted() of exact decimals."""
+"""rank and sort against Python's stable sorted() of exact decimals, and round against Decimal.quantize()."""
 
+import decimal
 import random
 import unittest
 
@@ -17,6 +18,33 @@ def near_values(generator, count):
 def order_of(values, descending):
     """Positions from 0 in sorted order; equal values by position in both orders."""
     return sorted(range(len(values)), key=lambda i: values[i].copy_negate() if descending else values[i])
+
+
+class Rounding(unittest.TestCase):
+    def test_against_decimal(self):
+        seed = random.randrange(2 ** 32)
+        generator = random.Random(seed)
+        texts = [f"{generator.choice(['', '-'])}{generator.randrange(10 ** 6)}.{generator.randrange(10 ** 30):030}" for _ in range(50)]
+        texts += ["0.125", "-0.135", "0.00499999999999999999999999999999999"]
+        for mode in ("half-even", "half-up", "half-down", "up", "down", "ceiling", "floor", "05up"):
+            with self.subTest(seed=seed, mode=mode), decimal.localcontext(prec=100) as context:
+                context.rounding = "ROUND_" + mode.upper().replace("-", "_")
+                done = run_json("round", "-", "--places", "2", "--mode", mode, stdin="\n".join(texts))
+                expected = [str(x.quantize(decimal.Decimal("0.01"))).replace("-0.00", "0.00") for x in decimals(texts)]
+                self.assertEqual(done["value"], expected)
+                total = sum(decimals(texts)).quantize(decimal.Decimal("0.01"))
+                for rule in ("largest-remainder", "cumulative"):
+                    parts = run_json("round", "-", "--places", "2", "--mode", mode, "--parts", rule, stdin="\n".join(texts))
+                    self.assertEqual(sum(decimals(parts["value"])), total)
+                    self.assertEqual(parts["total"], str(total))
+
+    def test_tables(self):
+        table = "item,net,tax\na,2.345,0.5\nb,-0.004,12\n"
+        self.assertEqual(run_well("round", "-", "--places", "2", "--mark", "--format", "csv", stdin=table),
+                         "item,net,net_mark,tax,tax_mark\na,2.34,inexact,0.50,exact\nb,0.00,inexact,12.00,exact\n")
+        self.assertEqual(run_well("round", "-", "--places", "-1", "--column", "tax", "--format", "csv", stdin=table),
+                         "item,net,tax\na,2.345,0\nb,-0.004,10\n")
+        self.assertEqual(run("round", "-", "--places", "1.5", stdin=table).returncode, 2)
 
 
 class Ranking(unittest.TestCase):

@@ -212,6 +212,7 @@ int main(int argc, char** argv) {
   digest::linear(suite);
   digest::transforms(suite);
   digest::sequences(suite);
+  digest::special(suite);
   digest::sparse(suite);
   digest::solver(suite);
   digest::ranking_and_random(suite);

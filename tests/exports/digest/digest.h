@@ -271,6 +271,7 @@ void linear(Suite& suite);
 void transforms(Suite& suite);
 void sequences(Suite& suite);
 void sparse(Suite& suite);
+void special(Suite& suite);
 void solver(Suite& suite);
 void ranking_and_random(Suite& suite);
 
