@@ -3,10 +3,14 @@
 //
 //   bench_real_transforms             processor time: medians of ratios over rounds
 //   bench_real_transforms errors      Euclidean norms of errors over those of one rounding of each result
-//   bench_real_transforms long D N    one spectrum and its time
+//   bench_real_transforms errors D N  the same for one length at D digits, of up to 20000 results
+//   bench_real_transforms long D N    one spectrum: its time, and the memory of the process
+//   bench_real_transforms growth D    times of spectra of 2^14 to 2^20 numbers over N log2 N
 #include <acb_dft.h>
+#include <sys/resource.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -126,7 +130,7 @@ QuarnFloat decimal(const arb_t x, int digits) {
   return value;
 }
 
-/// Of the orthonormal spectrum.
+/// Of the orthonormal spectrum, results of which are left out where there are very many.
 double error_ratio(Integer n, int digits) {
   const slong bits = slong((digits + 40) * 3.33) + 64;
   QuarnSetDigits(digits);
@@ -151,7 +155,8 @@ double error_ratio(Integer n, int digits) {
     ours += (result - exact) * (result - exact);
     rounded += (once - exact) * (once - exact);
   };
-  for (Integer k = 0; k <= n / 2; ++k) {
+  constexpr Integer kSampled = 10000;
+  for (Integer k = 0; k <= n / 2; k += std::max<Integer>(1, n / (2 * kSampled))) {
     add(z[std::size_t(k)].re, acb_realref(sums + k));
     if (k != 0 && 2 * k != n) {
       add(z[std::size_t(k)].im, acb_imagref(sums + k));
@@ -177,16 +182,52 @@ void print_errors() {
   }
 }
 
+double peak_megabytes() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return double(usage.ru_maxrss) / 1024;
+}
+
+void print_one(int digits, Integer n) {
+  QuarnSetDigits(digits);
+  const Work work = spectrum(n);
+  const double before = peak_megabytes();
+  const double fresh = seconds(work, 1);
+  const double again = seconds(work, 1);
+  std::printf(
+      "%d digits, %ld numbers: %.2f s with its tables, %.2f s by them; %.0f MB, of which data and results %.0f\n",
+      digits, long(n), fresh, again, peak_megabytes(), before);
+}
+
+void print_growth(int digits) {
+  QuarnSetDigits(digits);
+  for (Integer n = 1 << 14; n <= 1 << 20; n *= 2) {
+    const Work work = spectrum(n);
+    work();
+    std::vector<double> times;
+    for (int round = 0; round < 5; ++round) {
+      times.push_back(seconds(work, 1));
+    }
+    std::nth_element(times.begin(), times.begin() + 2, times.end());
+    std::printf("%d digits, %8ld numbers: %.3f s, %.2f ns for each N log2 N\n", digits, long(n), times[2],
+                1e9 * times[2] / (double(n) * std::log2(double(n))));
+    std::fflush(stdout);
+  }
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
-  if (count > 3 && std::strcmp(arguments[1], "long") == 0) {
-    QuarnSetDigits(std::atoi(arguments[2]));
-    const Work work = spectrum(Integer(std::atol(arguments[3])));
-    const double fresh = seconds(work, 1);
-    std::printf("%s digits, %s numbers: %.2f s with its tables, %.2f s by them\n", arguments[2], arguments[3], fresh,
-                seconds(work, 1));
-  } else if (count > 1 && std::strcmp(arguments[1], "errors") == 0) {
+  const auto is = [&](const char* mode) { return count > 1 && std::strcmp(arguments[1], mode) == 0; };
+  const int digits = count > 2 ? std::atoi(arguments[2]) : 50;
+  const Integer n = count > 3 ? Integer(std::atol(arguments[3])) : 0;
+  if (is("long") && n > 0) {
+    print_one(digits, n);
+  } else if (is("growth")) {
+    print_growth(digits);
+  } else if (is("errors") && n > 0) {
+    std::printf("%d digits, %ld numbers: %.6f\n", digits, long(n), error_ratio(n, digits));
+  } else if (is("errors")) {
     print_errors();
   } else {
     print_times();

@@ -44,7 +44,8 @@ class QRNFLOAT_API QuarnTransform {
 
  private:
   struct Plan;
-  friend QRNFLOAT_API bool QuarnTransformRows(bool, quarn::Complex*, quarn::Integer, std::ptrdiff_t, quarn::Integer,
+  friend QRNFLOAT_API bool QuarnTransformRows(bool, quarn::Integer, quarn::Integer, const quarn::Complex*,
+                                              std::ptrdiff_t, std::ptrdiff_t, quarn::Complex*, std::ptrdiff_t,
                                               std::ptrdiff_t, QuarnDivisor);
 
   std::unique_ptr<Plan> plan_;
@@ -55,4 +56,12 @@ class QRNFLOAT_API QuarnTransform {
 /// threads that quarn/parallel.h allows; when storage runs out each sequence is transformed or as it was.
 QRNFLOAT_API bool QuarnTransformRows(bool backward, quarn::Complex* x, quarn::Integer n, std::ptrdiff_t stride,
                                      quarn::Integer count, std::ptrdiff_t distance,
+                                     QuarnDivisor divisor = QuarnDivisor::root);
+
+/// The same from x to y, where element k of sequence i has the place k * stride + i * distance; y may be x where both
+/// have the same places, and does not overlap it otherwise. A sequence whose transform is not finished is as it was in
+/// y.
+QRNFLOAT_API bool QuarnTransformRows(bool backward, quarn::Integer n, quarn::Integer count, const quarn::Complex* x,
+                                     std::ptrdiff_t stride_x, std::ptrdiff_t distance_x, quarn::Complex* y,
+                                     std::ptrdiff_t stride_y, std::ptrdiff_t distance_y,
                                      QuarnDivisor divisor = QuarnDivisor::root);

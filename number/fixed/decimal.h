@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstdlib>
 #include <vector>
 
 #include "number/elementary/words.h"
@@ -77,6 +78,9 @@ class DecimalWriter {
     negate_if(magnitude, x, mask, places);
     Limb rest[room<Limb, Length>()];
     multiply_high(rest, magnitude, factor_.data(), places);
+    if (is_short(rest[n - 1], kPerPlace<Limb> == 2 ? rest[n - 2] : 0, exponent, digits)) {
+      return short_number(rest, n, exponent + exponent_, (mask != 0) != negated, digits);
+    }
     // Each unit of 10^18 takes 59 bits and more, so that as many may be forgotten at the lower end.
     constexpr int kRoom = (64 * kMaxPlaces / 59 + 2) * kLimbsPerUnit;
     Limb limbs[kRoom];
@@ -84,13 +88,7 @@ class DecimalWriter {
     for (int i = 0; i < units; ++i) {
       const int forgotten = i * 59 / 64 * kPerPlace<Limb>;
       for (int half = 0; half < kLimbsPerUnit; ++half) {
-        Limb carry = 0;
-        for (int j = forgotten; j < n; ++j) {
-          const Wide t = Wide(rest[j]) * Radix::base + carry;
-          rest[j] = Limb(t);
-          carry = Limb(t >> kBits<Limb>);
-        }
-        limbs[i * kLimbsPerUnit + half] = carry;
+        limbs[i * kLimbsPerUnit + half] = take(rest + forgotten, n - forgotten, Radix::base);
       }
     }
     QuarnFloat result =
@@ -100,6 +98,65 @@ class DecimalWriter {
 
  private:
   using Wide = Radix::Wide;
+
+  /// x := the fraction of x times factor; returns the integer before it.
+  [[gnu::always_inline]] static Limb take(Limb* x, int n, Limb factor) {
+    Limb carry = 0;
+    for (int j = 0; j < n; ++j) {
+      const Wide t = Wide(x[j]) * factor + carry;
+      x[j] = Limb(t);
+      carry = Limb(t >> kBits<Limb>);
+    }
+    return carry;
+  }
+
+  /// Is the number kept inside its object, far from the ends of the exponents, and from 10^-18 on as a fraction with
+  /// these upper bits?
+  bool is_short(Limb top, Limb next, std::int64_t exponent, int digits) const {
+    const std::uint64_t bits = kPerPlace<Limb> == 1 ? top : std::uint64_t(top) << 32 | next;
+    constexpr std::uint64_t kLeast = (~std::uint64_t(0)) / 1'000'000'000'000'000'000 + 1;
+    constexpr std::int64_t kFar = kMaxScientificExponent - 100;
+    return bits >= kLeast && digits <= QuarnFloat::kInlineLimbs * Radix::digits &&
+           std::abs(exponent + exponent_) <= kFar;
+  }
+
+  /// x * 10^exponent as write() gives it: aligned before its limbs are taken, so that nothing has to be moved.
+  static QuarnFloat short_number(Limb* x, int n, std::int64_t exponent, bool negative, int digits) {
+    Limb leading = take(x, n, Radix::base);
+    if (kLimbsPerUnit == 2 && leading == 0) {
+      leading = take(x, n, Radix::base);
+      exponent -= Radix::digits;
+    }
+    const int zeros = Radix::digits - count_digits<Radix>(leading);
+    QuarnFloat result;
+    Limb* const limbs = QuarnAccess::inside(result);
+    const Limb power = Radix::powers[std::size_t(zeros)];
+    limbs[0] = leading * power + take(x, n, power);
+    std::uint32_t length = std::uint32_t((digits - 1) / Radix::digits + 1);
+    for (std::uint32_t i = 1; i < length; ++i) {
+      limbs[i] = take(x, n, Radix::base);
+    }
+    // Something always follows: half a unit and more is rounded up.
+    const Limb unit = Radix::powers[std::size_t(int(length) * Radix::digits - digits)];
+    Limb& last = limbs[length - 1];
+    const Limb dropped = last % unit;
+    const bool up = unit == 1 ? x[n - 1] >> (kBits<Limb> - 1) != 0 : dropped >= unit / 2;
+    last += (up ? unit : 0) - dropped;
+    for (std::uint32_t i = length; i-- > 0 && limbs[i] == Radix::base;) {
+      if (i == 0) {
+        limbs[0] = Radix::base / 10;
+        ++exponent;
+      } else {
+        limbs[i] = 0;
+        ++limbs[i - 1];
+      }
+    }
+    while (limbs[length - 1] == 0) {
+      --length;
+    }
+    QuarnAccess::set(result, length | (negative ? QuarnAccess::kSign : 0), std::int32_t(exponent - zeros));
+    return result;
+  }
 
   std::vector<Limb> factor_;
   std::int64_t exponent_ = 0;  // factor = factor_ / 2^(64 L) * 10^exponent_

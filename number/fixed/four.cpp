@@ -17,7 +17,7 @@ QuarnFloat factor_of(QuarnDivisor divisor) {
 
 /// Results are sums of parts times a short number: nothing has to be converted, which is most of the work for so few
 /// numbers.
-void QuarnTransform::Plan::run_four(bool backward, Complex* x, std::ptrdiff_t stride, QuarnDivisor divisor) const {
+void QuarnTransform::Plan::run_four(bool backward, const Places& at, QuarnDivisor divisor) const {
   const quarn::WorkingDigits working(digits);
   const quarn::exact::Rounder rounder;
   const QuarnFloat factor = factor_of(divisor);
@@ -28,7 +28,7 @@ void QuarnTransform::Plan::run_four(bool backward, Complex* x, std::ptrdiff_t st
     for (unsigned j = 0; j < 4; ++j) {
       // x_j times i^turns.
       const unsigned turns = (backward ? j * k : 3 * j * k) % 4;
-      const Complex& in = x[std::ptrdiff_t(j) * stride];
+      const Complex& in = at.x[std::ptrdiff_t(j) * at.stride_x];
       const bool crossed = turns % 2 != 0;
       re[j] = {crossed ? &in.im : &in.re, &factor, turns == 1 || turns == 2};
       im[j] = {crossed ? &in.re : &in.im, &factor, turns >= 2};
@@ -37,6 +37,6 @@ void QuarnTransform::Plan::run_four(bool backward, Complex* x, std::ptrdiff_t st
     rounded_total(made[k].im, quarn::exact::TermList{im, 4}, rounder, false);
   }
   for (std::ptrdiff_t k = 0; k < 4; ++k) {
-    x[k * stride] = std::move(made[k]);
+    at.y[k * at.stride_y] = std::move(made[k]);
   }
 }

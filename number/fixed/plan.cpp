@@ -1,6 +1,7 @@
 #include "number/fixed/plan.h"
 
 #include <cmath>
+#include <utility>
 
 #include "number/limbs/scratch.h"
 #include "quarn/quarnthread.h"
@@ -205,25 +206,6 @@ QuarnFloat Sums::scale() const {
   return chirp_ ? QuarnFloat(padded_) / QuarnFloat(std::uint64_t(1) << chirp_->shift()) : QuarnFloat(1);
 }
 
-void Survey::look(const QuarnFloat& part) {
-  if (kind_of(part) == Kind::zero) {
-    return;
-  }
-  finite = finite && isfinite(part);
-  if (!finite) {
-    return;
-  }
-  const std::int64_t place = QuarnAccess::exponent(part);
-  // Nine digits, whatever a limb holds.
-  const std::uint64_t leading = QuarnAccess::limbs(part)[0] / Radix::powers[std::size_t(Radix::digits - 9)];
-  if (place > exponent) {
-    exponent = place;
-    top = leading;
-  } else if (place == exponent) {
-    top = std::max(top, leading);
-  }
-}
-
 int Survey::doublings() const {
   int count = 0;
   while (count < 3 && (top + 1) << (count + 1) <= 1'000'000'000) {
@@ -280,65 +262,73 @@ void check_now_and_then(Integer i) {
 }  // namespace
 
 template <class Length>
-void QuarnTransform::Plan::run(bool backward, Complex* x, std::ptrdiff_t stride, QuarnDivisor divisor,
-                               Length places) const {
+void QuarnTransform::Plan::run(bool backward, const Places& at, QuarnDivisor divisor, Length places) const {
   Survey data;
   bool is_real = true;
   bool is_impulse = true;  // nothing but in place 0
   for (Integer i = 0; i < n; ++i) {
-    const Complex& value = x[i * stride];
+    const Complex& value = at.x[i * at.stride_x];
     data.look(value.re);
     data.look(value.im);
     const bool real = quarn::kind_of(value.im) == Kind::zero;
     is_real = is_real && real;
     is_impulse = is_impulse && (i == 0 || (real && quarn::kind_of(value.re) == Kind::zero));
   }
-  if (!data.finite || is_impulse) {
-    const Complex value = data.finite ? Complex(quotient(x[0].re, n, divisor, digits),  //
-                                                quotient(x[0].im, n, divisor, digits))
-                                      : Complex(quarn::special(Kind::nan), quarn::special(Kind::nan));
-    for (Integer i = 0; i < n; ++i) {
-      x[i * stride] = value;
-    }
-    return;
-  }
   // Conversions cost less than exact sums up to so many digits.
   constexpr int kConverted = 600;
-  if (n == 4 && digits > kConverted) {
-    return run_four(backward, x, stride, divisor);
+  if (n == 4 && digits > kConverted && data.finite && !is_impulse) {
+    return run_four(backward, at, divisor);
   }
-  const std::size_t words = std::size_t(int(places)) * kPerPlace<Limb>;
-  const std::size_t element = 2 * words;
-  quarn::Scratch<Limb> y(std::size_t(n) * element);
-  const BlockReader<Length> read(reader, format, data, places);
-  for (Integer i = 0; i < n; ++i) {
-    check_now_and_then(i);
-    read(&y[std::size_t(i) * element], x[i * stride].re, false);
-    read(&y[std::size_t(i) * element + words], x[i * stride].im, backward);
+  const bool stores = stands_aside(digits, n);
+  std::vector<Complex> aside(stores ? std::size_t(n) : 0);
+  Complex* const out = stores ? aside.data() : at.y;
+  const std::ptrdiff_t stride = stores ? 1 : at.stride_y;
+  if (!data.finite || is_impulse) {
+    const Complex value = data.finite ? Complex(quotient(at.x[0].re, n, divisor, digits),  //
+                                                quotient(at.x[0].im, n, divisor, digits))
+                                      : Complex(quarn::special(Kind::nan), quarn::special(Kind::nan));
+    for (Integer i = 0; i < n; ++i) {
+      out[i * stride] = value;
+    }
+  } else {
+    const std::size_t words = std::size_t(int(places)) * kPerPlace<Limb>;
+    const std::size_t element = 2 * words;
+    quarn::Scratch<Limb> z(std::size_t(n) * element);
+    const BlockReader<Length> read(reader, format, data, places);
+    for (Integer i = 0; i < n; ++i) {
+      check_now_and_then(i);
+      read(&z[std::size_t(i) * element], at.x[i * at.stride_x].re, false);
+      read(&z[std::size_t(i) * element + words], at.x[i * at.stride_x].im, backward);
+    }
+    sums.run(z.data());
+    const DecimalWriter& writer = writers[int(divisor)][std::size_t(data.doublings())];
+    const Integer results = is_real ? n / 2 + 1 : n;
+    for (Integer k = 0; k < results; ++k) {
+      if (stores) {
+        check_now_and_then(k);
+      }
+      at.fetch_next(k);
+      const Integer mirror = k == 0 ? 0 : n - k;
+      const Limb* const sum = &z[sums.place(k) * element];
+      Complex& result = out[k * stride];
+      result.re = writer.write(sum, data.exponent, false, digits, places);
+      if (!is_real) {
+        result.im = writer.write(sum + words, data.exponent, backward, digits, places);
+      } else if (k == mirror) {
+        result.im = QuarnFloat();
+      } else {
+        result.im = writer.write(sum + words, data.exponent, backward, digits, places);
+        at.fetch_next(mirror);
+        out[mirror * stride].re = result.re;
+        out[mirror * stride].im = quarn::kind_of(result.im) == Kind::zero ? result.im : -result.im;
+      }
+    }
   }
-  sums.run(y.data());
-  const DecimalWriter& writer = writers[int(divisor)][std::size_t(data.doublings())];
-  for (Integer k = 0; k < n; ++k) {
-    check_now_and_then(k);
-    const Integer mirror = k == 0 ? 0 : n - k;
-    if (is_real && k > mirror) {
-      break;
-    }
-    const Limb* const z = &y[sums.place(k) * element];
-    Complex& out = x[k * stride];
-    out.re = writer.write(z, data.exponent, false, digits, places);
-    if (!is_real || k != mirror) {
-      out.im = writer.write(z + words, data.exponent, backward, digits, places);
-    } else {
-      out.im = QuarnFloat();
-    }
-    if (is_real && k != mirror) {
-      x[mirror * stride].re = out.re;
-      x[mirror * stride].im = quarn::kind_of(out.im) == Kind::zero ? out.im : -out.im;
-    }
+  for (std::size_t k = 0; k < aside.size(); ++k) {
+    at.y[std::ptrdiff_t(k) * at.stride_y] = std::move(aside[k]);
   }
 }
 
-void QuarnTransform::Plan::run(bool backward, Complex* x, std::ptrdiff_t stride, QuarnDivisor divisor) const {
-  with_places(format.places, [&](auto places) { run(backward, x, stride, divisor, places); });
+void QuarnTransform::Plan::run(bool backward, const Places& at, QuarnDivisor divisor) const {
+  with_places(format.places, [&](auto places) { run(backward, at, divisor, places); });
 }

@@ -84,7 +84,24 @@ struct Survey {
   std::int64_t exponent = INT64_MIN;  // of the largest part, unless all are zero
   std::uint64_t top = 0;
 
-  void look(const QuarnFloat& part);
+  void look(const QuarnFloat& part) {
+    if (kind_of(part) == Kind::zero) {
+      return;
+    }
+    finite = finite && isfinite(part);
+    if (!finite) {
+      return;
+    }
+    const std::int64_t place = QuarnAccess::exponent(part);
+    // Nine digits, whatever a limb holds.
+    const std::uint64_t leading = QuarnAccess::limbs(part)[0] / Radix::powers[std::size_t(Radix::digits - 9)];
+    if (place > exponent) {
+      exponent = place;
+      top = leading;
+    } else if (place == exponent) {
+      top = std::max(top, leading);
+    }
+  }
   bool is_zero() const { return exponent == INT64_MIN; }
   /// So often the data may be doubled below 10^exponent, up to three times.
   int doublings() const;
@@ -92,6 +109,12 @@ struct Survey {
 
 /// Writers for data that were doubled 0 to 3 times to come near 1, of numbers in that format times a factor.
 std::vector<DecimalWriter> writers_for(const QuarnFloat& factor, const Format& format, const DecimalReader& constants);
+
+/// Whether results are put together aside, since storage may run out on the way, or an interrupt come.
+constexpr bool stands_aside(int digits, Integer n) {
+  constexpr Integer kUninterrupted = 65536;
+  return digits > QuarnFloat::kInlineLimbs * Radix::digits || n > kUninterrupted;
+}
 
 /// Reads numbers on one scale.
 template <class Length>
@@ -123,7 +146,29 @@ class BlockReader {
 struct QuarnTransform::Plan {
   Plan(Integer length, int digit_count);
 
-  void run(bool backward, Complex* x, std::ptrdiff_t stride, QuarnDivisor divisor) const;
+  /// Where a sequence is, where its transform goes, and how far off the next ones are that follow: 0, there are none.
+  struct Places {
+    const Complex* x;
+    std::ptrdiff_t stride_x;
+    Complex* y;
+    std::ptrdiff_t stride_y;
+    std::ptrdiff_t next_x = 0;
+    std::ptrdiff_t next_y = 0;
+
+    /// Asks for element i of the next sequence, which would have to be waited for.
+    void fetch_next(Integer i) const {
+      if (next_x != 0) {
+        const Complex* const data = x + i * stride_x + next_x;
+        __builtin_prefetch(&data->re);
+        __builtin_prefetch(&data->im);
+        Complex* const results = y + i * stride_y + next_y;
+        __builtin_prefetch(&results->re, 1);
+        __builtin_prefetch(&results->im, 1);
+      }
+    }
+  };
+  /// y := the transform of x; y may be x. y is as it was when storage runs out.
+  void run(bool backward, const Places& at, QuarnDivisor divisor) const;
 
   Integer n;
   int digits;
@@ -133,9 +178,9 @@ struct QuarnTransform::Plan {
   std::vector<quarn::block::DecimalWriter> writers[3];  // for each divisor
 
  private:
-  void run_four(bool backward, Complex* x, std::ptrdiff_t stride, QuarnDivisor divisor) const;
+  void run_four(bool backward, const Places& at, QuarnDivisor divisor) const;
   template <class Length>
-  void run(bool backward, Complex* x, std::ptrdiff_t stride, QuarnDivisor divisor, Length places) const;
+  void run(bool backward, const Places& at, QuarnDivisor divisor, Length places) const;
 };
 
 namespace quarn::block {

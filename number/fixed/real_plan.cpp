@@ -1,6 +1,7 @@
 #include "number/fixed/real_plan.h"
 
 #include <cmath>
+#include <utility>
 
 #include "number/limbs/scratch.h"
 
@@ -108,12 +109,14 @@ class QuarnRealTransform::Plan::Run {
         period_(plan.route.period),
         x_(x),
         y_(y),
-        divisor_(divisor),
         exponent_(data.exponent),
         doublings_(std::size_t(data.doublings())),
         places_(places),
         words_(places * kPerPlace<Limb>),
         read_(plan.reader, plan.format, data, places),
+        scales_input_(divisor == QuarnDivisor::root && plan.route.kind != Kind::dct2 && plan.route.kind != Kind::dst2),
+        scales_output_(divisor == QuarnDivisor::root && plan.route.form != Route::Form::inverse),
+        writer_(plan.writers[std::size_t(divisor)][doublings_]),
         z_(2 * std::size_t(words_) * std::size_t(plan.route.sums())) {}
 
   void operator()() {
@@ -143,9 +146,6 @@ class QuarnRealTransform::Plan::Run {
 
   /// In orthogonal transforms, does element i of the data or result i have no partner?
   bool is_alone(std::int64_t i) const {
-    if (divisor_ != QuarnDivisor::root) {
-      return false;
-    }
     switch (plan_.route.kind) {
       case Kind::dct1:
         return i == 0 || i == n_ - 1;
@@ -163,7 +163,7 @@ class QuarnRealTransform::Plan::Run {
   /// Element i of the data of a cosine or sine transform, or part i of a spectrum.
   void read(Limb* part, std::int64_t i, bool negated) const {
     read_(part, x_[i], negated);
-    if (plan_.route.kind != Kind::dct2 && plan_.route.kind != Kind::dst2 && is_alone(i)) {
+    if (scales_input_ && is_alone(i)) {
       Limb product[kRoom];
       multiply_fraction(product, part, plan_.root_half.data(), places_);
       add(part, product, product, places_);
@@ -171,9 +171,7 @@ class QuarnRealTransform::Plan::Run {
   }
 
   void write(std::int64_t i, const Limb* part, bool negated) const {
-    const bool is_input = plan_.route.form == Route::Form::inverse;
-    const DecimalWriter& writer =
-        !is_input && is_alone(i) ? plan_.end_writers[doublings_] : plan_.writers[std::size_t(divisor_)][doublings_];
+    const DecimalWriter& writer = scales_output_ && is_alone(i) ? plan_.end_writers[doublings_] : writer_;
     y_[i] = writer.write(part, exponent_, negated, plan_.digits, places_);
   }
 
@@ -414,28 +412,61 @@ class QuarnRealTransform::Plan::Run {
   std::int64_t period_;
   const Source& x_;
   const Target& y_;
-  QuarnDivisor divisor_;
   std::int64_t exponent_;
   std::size_t doublings_;
   Length places_;
   int words_;
   BlockReader<Length> read_;
+  bool scales_input_;
+  bool scales_output_;
+  const DecimalWriter& writer_;
   quarn::Scratch<Limb> z_;
 };
 
 namespace {
 
-/// Which results are zero since the data are the same, or the opposite, in reverse: parts 0, 2, ... or 1, 3, ... .
+/// What the data make of the results exactly, whatever their rounding.
 struct Symmetry {
+  /// Parts 0, 2, ... or 1, 3, ... are zero, since the data are the same, or the opposite, in reverse.
   bool even_zero = false;
   bool odd_zero = false;
+  /// The results are the same in reverse (1) or the opposite (-1), since such parts of the data are zero.
+  int mirror = 0;
 
   template <class Source>
   Symmetry(const Route& route, const Source& x) {
-    const bool is_spectrum = route.kind == RealKind::to_spectrum;
-    if (route.form != Route::Form::forward || route.kind == RealKind::dct4 || route.kind == RealKind::dst4) {
+    if (route.kind == RealKind::dct4 || route.kind == RealKind::dst4) {
       return;
     }
+    if (route.form == Route::Form::forward) {
+      look_in_reverse(route, x);
+    }
+    if (route.form == Route::Form::inverse || route.kind == RealKind::dct1 || route.kind == RealKind::dst1) {
+      look_at_zeros(route, x);
+    }
+  }
+
+  /// Of n results.
+  template <class Target>
+  void mirror_results(const Route& route, const Target& y) const {
+    const std::int64_t first = route.kind == RealKind::from_spectrum ? 1 : 0;
+    const std::int64_t last = route.n - 1;
+    for (std::int64_t i = first, j = last; i <= j && mirror != 0; ++i, --j) {
+      if (mirror < 0) {
+        y[j] = i == j || quarn::kind_of(y[i]) == quarn::Kind::zero ? QuarnFloat() : -y[i];
+      } else {
+        y[j] = y[i];
+      }
+    }
+    if (first == 1 && mirror < 0) {
+      y[0] = QuarnFloat();
+    }
+  }
+
+ private:
+  template <class Source>
+  void look_in_reverse(const Route& route, const Source& x) {
+    const bool is_spectrum = route.kind == RealKind::to_spectrum;
     bool even = true;
     bool odd = true;
     for (std::int64_t j = 0; 2 * j <= route.n && (even || odd); ++j) {
@@ -447,11 +478,23 @@ struct Symmetry {
     even_zero = odd;
     odd_zero = even;
   }
+
+  template <class Source>
+  void look_at_zeros(const Route& route, const Source& x) {
+    const bool is_spectrum = route.kind == RealKind::from_spectrum;
+    const std::int64_t parts = is_spectrum ? 2 * (route.n / 2 + 1) : route.n;
+    bool none[2] = {true, true};
+    for (std::int64_t i = 0; i < parts && (none[0] || none[1]); ++i) {
+      const bool is_ignored = is_spectrum && (i == 1 || i == route.n + 1);
+      none[i % 2] = none[i % 2] && (is_ignored || quarn::kind_of(x[i]) == quarn::Kind::zero);
+    }
+    mirror = none[1] ? 1 : none[0] ? -1 : 0;
+  }
 };
 
 }  // namespace
 
-void QuarnRealTransform::Plan::run(const Source& x, const Target& y, QuarnDivisor divisor) const {
+void QuarnRealTransform::Plan::run_to(const Source& x, const Target& y, QuarnDivisor divisor) const {
   const Symmetry symmetry(route, x);
   const Survey data = survey(x);
   const bool is_spectrum = route.kind == Kind::to_spectrum || route.kind == Kind::from_spectrum;
@@ -468,6 +511,7 @@ void QuarnRealTransform::Plan::run(const Source& x, const Target& y, QuarnDiviso
          i += 2) {
       y[i] = QuarnFloat();
     }
+    symmetry.mirror_results(route, y);
     return;
   }
   QuarnFloat value = data.finite ? QuarnFloat() : quarn::special(quarn::Kind::nan);
@@ -477,5 +521,24 @@ void QuarnRealTransform::Plan::run(const Source& x, const Target& y, QuarnDiviso
   const Integer results = route.kind == Kind::to_spectrum ? 2 * (route.n / 2 + 1) : route.n;
   for (Integer i = 0; i < results; ++i) {
     y[i] = route.kind == Kind::to_spectrum && i % 2 == 1 && data.finite ? QuarnFloat() : value;
+  }
+}
+
+void QuarnRealTransform::Plan::run(const Source& x, const Target& y, QuarnDivisor divisor) const {
+  if (!stands_aside(digits, route.n)) {
+    return run_to(x, y, divisor);
+  }
+  if (y.real != nullptr) {
+    std::vector<QuarnFloat> results(static_cast<std::size_t>(route.n));
+    run_to(x, {results.data(), nullptr, 1}, divisor);
+    for (std::size_t i = 0; i < results.size(); ++i) {
+      y.real[std::ptrdiff_t(i) * y.stride] = std::move(results[i]);
+    }
+    return;
+  }
+  std::vector<Complex> results(std::size_t(route.n / 2 + 1));
+  run_to(x, {nullptr, results.data(), 1}, divisor);
+  for (std::size_t i = 0; i < results.size(); ++i) {
+    y.spectrum[std::ptrdiff_t(i) * y.stride] = std::move(results[i]);
   }
 }

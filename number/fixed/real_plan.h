@@ -65,6 +65,7 @@ struct QuarnRealTransform::Plan {
                              : spectrum[i / 2 * stride].im;
     }
   };
+  /// y is as it was when storage runs out.
   void run(const Source& x, const Target& y, QuarnDivisor divisor) const;
 
   quarn::block::Route route;
@@ -84,4 +85,5 @@ struct QuarnRealTransform::Plan {
   class Run;
 
   quarn::block::Survey survey(const Source& x) const;
+  void run_to(const Source& x, const Target& y, QuarnDivisor divisor) const;
 };

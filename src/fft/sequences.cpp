@@ -25,18 +25,7 @@ void share(Integer n, Integer m, const Work& work) {
 
 void transform_sequences(bool backward, Integer n, Integer m, const Sequence<const Complex>& x,
                          const Sequence<Complex>& y, QuarnDivisor divisor) {
-  if (QuarnTransform::is_supported(n, QuarnDigits())) {
-    // So many at once that a copy is still in the cache, or enough work for several threads.
-    const Integer block = std::max<Integer>(1, (QuarnThreads() > 1 ? 65536 : 1024) / n);
-    for (Integer first = 0; first < m; first += std::min(block, m - first)) {
-      const Integer count = std::min(block, m - first);
-      for (Integer j = first; j < first + count && x.first != y.first; ++j) {
-        for (Integer i = 0; i < n; ++i) {
-          y.at(i, j) = x.at(i, j);
-        }
-      }
-      QuarnTransformRows(backward, &y.at(0, first), n, y.step, count, y.distance, divisor);
-    }
+  if (QuarnTransformRows(backward, n, m, x.first, x.step, x.distance, y.first, y.step, y.distance, divisor)) {
     return;
   }
   share(n, m, [&](Integer first, Integer end) {
@@ -57,14 +46,15 @@ void transform_sequences(RealKind kind, Integer n, Integer m, const Sequence<con
   const auto plan =
       QuarnRealTransform::is_supported(kind, n, QuarnDigits()) ? QuarnRealTransform::kept(kind, n) : nullptr;
   share(n, m, [&](Integer first, Integer end) {
-    std::vector<U> results(kind == RealKind::to_spectrum ? half_of(n) : std::size_t(n));
+    std::vector<U> results;
     for (Integer j = first; j < end; ++j) {
       QuarnCheckInterrupt();
       if (plan != nullptr) {
-        plan->run(&x.at(0, j), x.step, results.data(), 1, divisor);
-      } else {
-        transform_long(kind, n, &x.at(0, j), x.step, results.data(), divisor);
+        plan->run(&x.at(0, j), x.step, &y.at(0, j), y.step, divisor);
+        continue;
       }
+      results.resize(kind == RealKind::to_spectrum ? half_of(n) : std::size_t(n));
+      transform_long(kind, n, &x.at(0, j), x.step, results.data(), divisor);
       for (std::size_t i = 0; i < results.size(); ++i) {
         std::swap(y.at(std::ptrdiff_t(i), j), results[i]);
       }

@@ -337,6 +337,39 @@ TEST_CASE("symmetries of the data make exact zeros") {
   }
 }
 
+TEST_CASE("zeros in every second place make exact symmetries") {
+  const support::Digits scope(25);
+  for (const Integer n : {2, 3, 8, 9, 37, 74}) {
+    for (const std::size_t kept : {std::size_t(0), std::size_t(1)}) {
+      const QuarnFloat sign = kept == 0 ? 1 : -1;
+      for (const Kind kind : {Kind::from_spectrum, Kind::dct1, Kind::dct3, Kind::dst1, Kind::dst3}) {
+        CAPTURE(n);
+        CAPTURE(int(kind));
+        const bool is_spectrum = kind == Kind::from_spectrum;
+        const QuarnRealTransform plan(kind, n);
+        Numbers x = random_numbers(is_spectrum ? std::size_t(2 * (n / 2 + 1)) : std::size_t(n), 25, 2, kSeed);
+        const Numbers general = transformed(plan, x, QuarnDivisor::root);
+        for (std::size_t i = 1 - kept; i < x.size(); i += 2) {
+          x[i] = QuarnFloat();
+        }
+        const Numbers y = transformed(plan, x, QuarnDivisor::root);
+        bool mirrored = true;
+        bool any_mirrored = true;
+        for (std::size_t i = is_spectrum ? 1 : 0; i < y.size(); ++i) {
+          const std::size_t j = y.size() - (is_spectrum ? 0 : 1) - i;
+          mirrored = mirrored && y[i] == sign * y[j];
+          any_mirrored = any_mirrored && general[i] == sign * general[j];
+        }
+        CHECK(mirrored);
+        CHECK((!any_mirrored || y.size() < 3));
+        if (is_spectrum && kept == 1) {
+          CHECK(y[0] == QuarnFloat());
+        }
+      }
+    }
+  }
+}
+
 TEST_CASE("real transforms that are not supported") {
   CHECK(!QuarnRealTransform::is_supported(Kind::dct1, 1, 20));
   CHECK(!QuarnRealTransform::is_supported(Kind::dct2, 0, 20));
