@@ -61,6 +61,7 @@ std::unique_ptr<TransformPlan> plan_of(std::size_t length, std::optional<int> di
 }
 
 py::object transform_by(const TransformPlan& plan, py::handle x, bool backward) {
+  const tesk2mp::Digits own(plan.digits());
   std::vector<Complex> z = to_vector<Complex>(x);
   outside([&] { plan.transform(z, backward ? tesk2mp::Direction::backward : tesk2mp::Direction::forward); });
   return from(z, x);

@@ -1,6 +1,7 @@
 // Transforms by the names and options of numpy and SciPy, convolutions, windows.
 #include <pybind11/stl.h>
 
+#include <memory>
 #include <optional>
 
 #include "convert.h"
@@ -148,6 +149,85 @@ The inverse of dst of the same type.
 >>> idst([0, 4])
 [Decimal('1'), Decimal('-1')]
 )");
+}
+
+/// A plan at so many digits, the working digits by default.
+template <class Plan, class... Values>
+std::unique_ptr<Plan> plan_of(const std::optional<int>& digits, Values... values) {
+  const tesk2mp::Digits working(digits.value_or(QuarnDigits()));
+  return std::make_unique<Plan>(values...);
+}
+
+/// plan.f(x, norm) of numbers that are rounded to the digits of the plan.
+template <class T, class Plan, class Transform>
+auto by_plan(Transform transform) {
+  return [transform](const Plan& plan, py::handle x, const Name& norm) {
+    const tesk2mp::Digits own(plan.digits());
+    const Scaling scaling = scaling_of(norm);
+    const std::vector<T> numbers = to_vector<T>(x);
+    return from(outside([&] { return (plan.*transform)(numbers, scaling); }), x);
+  };
+}
+
+template <class Plan, class Method>
+void add_typed_plan(py::module_& module, const char* name, const char* document, const char* forward_name,
+                    Method forward, const char* inverse_name, Method inverse) {
+  py::class_<Plan>(module, name, document)
+      .def(py::init([](std::size_t length, int type, std::optional<int> digits) {
+             return plan_of<Plan>(digits, length, type);
+           }),
+           py::arg("length"), py::arg("type") = 2, py::arg("digits") = py::none())
+      .def_property_readonly("length", &Plan::length)
+      .def_property_readonly("type", &Plan::type)
+      .def_property_readonly("digits", &Plan::digits)
+      .def(forward_name, by_plan<Real, Plan>(forward), py::arg("x"), py::arg("norm") = py::none(),
+           "The same as the function of this name.")
+      .def(inverse_name, by_plan<Real, Plan>(inverse), py::arg("x"), py::arg("norm") = py::none(), "Its inverse.");
+}
+
+void add_real_plans(py::module_& module) {
+  using tesk2mp::CosinePlan;
+  using tesk2mp::SinePlan;
+  using tesk2mp::SpectrumPlan;
+  py::class_<SpectrumPlan>(module, "SpectrumPlan", R"(SpectrumPlan(length, digits=None)
+
+The tables of rfft and irfft for sequences of one length at so many digits, the working digits if none are given: made once,
+for many calls. Lengths are 1 to 2^24, digits 1 to 1100.
+
+>>> plan = SpectrumPlan(4)
+>>> plan.rfft([1, 2, 3, 4])
+[Complex('10', '0'), Complex('-2', '2'), Complex('-2', '0')]
+>>> plan.irfft([10, Complex(-2, 2), -2])
+[Decimal('1'), Decimal('2'), Decimal('3'), Decimal('4')]
+)")
+      .def(
+          py::init([](std::size_t length, std::optional<int> digits) { return plan_of<SpectrumPlan>(digits, length); }),
+          py::arg("length"), py::arg("digits") = py::none())
+      .def_property_readonly("length", &SpectrumPlan::length)
+      .def_property_readonly("digits", &SpectrumPlan::digits)
+      .def("rfft", by_plan<Real, SpectrumPlan>(&SpectrumPlan::rfft), py::arg("x"), py::arg("norm") = py::none(),
+           "The same as the function rfft, of a sequence of the plan's length.")
+      .def("irfft", by_plan<Complex, SpectrumPlan>(&SpectrumPlan::irfft), py::arg("x"), py::arg("norm") = py::none(),
+           "The same as the function irfft, of length // 2 + 1 numbers.");
+  add_typed_plan<CosinePlan>(module, "CosinePlan", R"(CosinePlan(length, type=2, digits=None)
+
+The tables of dct and idct of one type, as SpectrumPlan.
+
+>>> plan = CosinePlan(3)
+>>> plan.dct([1, 1, 1])
+[Decimal('6'), Decimal('0'), Decimal('0')]
+>>> plan.idct([6, 0, 0])
+[Decimal('1'), Decimal('1'), Decimal('1')]
+)",
+                             "dct", &CosinePlan::dct, "idct", &CosinePlan::idct);
+  add_typed_plan<SinePlan>(module, "SinePlan", R"(SinePlan(length, type=2, digits=None)
+
+The tables of dst and idst of one type, as SpectrumPlan.
+
+>>> SinePlan(2).dst([1, -1])
+[Decimal('0'), Decimal('4')]
+)",
+                           "dst", &SinePlan::dst, "idst", &SinePlan::idst);
 }
 
 void add_array_transforms(py::module_& module) {
@@ -347,6 +427,7 @@ The shares of the frequencies 0 ... n/2 in the mean of the squares of n real num
 
 void add_transforms(py::module_& module) {
   add_sequence_transforms(module);
+  add_real_plans(module);
   add_array_transforms(module);
   add_convolutions(module);
   add_axes_and_windows(module);

@@ -3,11 +3,13 @@
 #pragma once
 
 #include <algorithm>
+#include <memory>
 #include <numeric>
 #include <optional>
 #include <span>
 #include <vector>
 
+#include "quarn/realtransform.h"
 #include "tesk2mp/fft.hpp"
 #include "tesk2mp/transforms.h"
 
@@ -245,6 +247,135 @@ inline std::vector<Real> dst(std::span<const Real> x, int type = 2, const Along&
 inline std::vector<Real> idst(std::span<const Real> x, int type = 2, const Along& along = {}) {
   return idst(detail::vector_of(x), type, along).elements;
 }
+
+namespace detail {
+
+inline QuarnDivisor divisor_of(Scaling norm, bool inverse) {
+  if (norm == Scaling::orthonormal) {
+    return QuarnDivisor::root;
+  }
+  return (norm == Scaling::backward) == inverse ? QuarnDivisor::length : QuarnDivisor::one;
+}
+
+inline QuarnRealTransform real_plan(const char* routine, QuarnRealTransform::Kind kind, std::size_t length) {
+  const Integer n = count_of(length);
+  require(QuarnRealTransform::is_supported(kind, n, QuarnDigits()), routine, 3, "a transform plan of length ", length,
+          " at ", QuarnDigits(), " digits");
+  return QuarnRealTransform(kind, n);
+}
+
+/// A cosine or sine transform of some type and its inverse.
+class TypedPlan {
+ public:
+  using Kind = QuarnRealTransform::Kind;
+
+  TypedPlan(const char* routine, Kind first, std::size_t length, int type) : routine_(routine) {
+    require(type >= 1 && type <= 4, routine, 6, "On entry, ITYPE is not 1 to 4: ITYPE = ", type, ".");
+    const auto kind = [first](int number) { return Kind(int(first) + number - 1); };
+    forward_ = std::make_shared<const QuarnRealTransform>(real_plan(routine, kind(type), length));
+    inverse_ = type == 1 || type == 4
+                   ? forward_
+                   : std::make_shared<const QuarnRealTransform>(real_plan(routine, kind(5 - type), length));
+  }
+  const QuarnRealTransform& forward() const { return *forward_; }
+  std::vector<Real> run(std::span<const Real> x, Scaling norm, bool inverse) const {
+    const auto n = std::size_t(forward_->length());
+    require(x.size() == n, routine_, 3, "a sequence of ", x.size(), " numbers for a plan of length ", n);
+    std::vector<Real> y(n);
+    (inverse ? inverse_ : forward_)->run(x.data(), 1, y.data(), 1, divisor_of(norm, inverse));
+    return y;
+  }
+
+ private:
+  const char* routine_;
+  std::shared_ptr<const QuarnRealTransform> forward_;
+  std::shared_ptr<const QuarnRealTransform> inverse_;
+};
+
+}  // namespace detail
+
+/// The tables of rfft() and irfft() for n numbers at the working digits: made once, for many calls, by several threads
+/// at once too. Results have the plan's digits, whatever the working digits of a call. Throws InvalidArgument unless n
+/// is 1 ... 2^24 and the digits at most 1100, and for data of another length.
+///
+/// @code
+/// const tesk2mp::SpectrumPlan plan(365);
+/// const std::vector<tesk2mp::Complex> z = plan.rfft(std::vector<tesk2mp::Real>(365, 1));
+/// @endcode
+class SpectrumPlan {
+ public:
+  explicit SpectrumPlan(std::size_t length)
+      : forward_(detail::real_plan("RFFT", QuarnRealTransform::Kind::to_spectrum, length)),
+        inverse_(detail::real_plan("IRFFT", QuarnRealTransform::Kind::from_spectrum, length)) {}
+
+  std::size_t length() const { return std::size_t(forward_.length()); }
+  int digits() const { return forward_.digits(); }
+
+  std::vector<Complex> rfft(std::span<const Real> x, Scaling norm = Scaling::backward) const {
+    detail::require(x.size() == length(), "RFFT", 3, "a sequence of ", x.size(), " numbers for a plan of length ",
+                    length());
+    std::vector<Complex> z(length() / 2 + 1);
+    forward_.run(x.data(), 1, z.data(), 1, detail::divisor_of(norm, false));
+    return z;
+  }
+  /// Of n/2 + 1 numbers.
+  std::vector<Real> irfft(std::span<const Complex> z, Scaling norm = Scaling::backward) const {
+    detail::require(z.size() == length() / 2 + 1, "IRFFT", 3, "a spectrum of ", z.size(),
+                    " numbers for a plan of length ", length());
+    std::vector<Real> x(length());
+    inverse_.run(z.data(), 1, x.data(), 1, detail::divisor_of(norm, true));
+    return x;
+  }
+
+ private:
+  QuarnRealTransform forward_;
+  QuarnRealTransform inverse_;
+};
+
+/// The tables of dct() and idct() of one type, as SpectrumPlan. n is at least 2 for type 1, and N (dct in transforms.h)
+/// at most 2^24.
+class CosinePlan {
+ public:
+  explicit CosinePlan(std::size_t length, int type = 2)
+      : plan_("DCT", QuarnRealTransform::Kind::dct1, length, type), type_(type) {}
+
+  std::size_t length() const { return std::size_t(plan_.forward().length()); }
+  int digits() const { return plan_.forward().digits(); }
+  int type() const { return type_; }
+
+  std::vector<Real> dct(std::span<const Real> x, Scaling norm = Scaling::backward) const {
+    return plan_.run(x, norm, false);
+  }
+  std::vector<Real> idct(std::span<const Real> x, Scaling norm = Scaling::backward) const {
+    return plan_.run(x, norm, true);
+  }
+
+ private:
+  detail::TypedPlan plan_;
+  int type_;
+};
+
+/// The tables of dst() and idst() of one type.
+class SinePlan {
+ public:
+  explicit SinePlan(std::size_t length, int type = 2)
+      : plan_("DST", QuarnRealTransform::Kind::dst1, length, type), type_(type) {}
+
+  std::size_t length() const { return std::size_t(plan_.forward().length()); }
+  int digits() const { return plan_.forward().digits(); }
+  int type() const { return type_; }
+
+  std::vector<Real> dst(std::span<const Real> x, Scaling norm = Scaling::backward) const {
+    return plan_.run(x, norm, false);
+  }
+  std::vector<Real> idst(std::span<const Real> x, Scaling norm = Scaling::backward) const {
+    return plan_.run(x, norm, true);
+  }
+
+ private:
+  detail::TypedPlan plan_;
+  int type_;
+};
 
 /// Along the dimensions that are listed, all of them by default; each result is rounded once.
 inline NdArray<Complex> fftn(const NdArray<Complex>& x, const std::vector<std::ptrdiff_t>& axes = {},

@@ -227,6 +227,46 @@ TEST_CASE("a plan gives what transform() gives, at its own digits, and refuses o
   CHECK_THROWS_AS(TransformPlan(8), InvalidArgument);
 }
 
+TEST_CASE("plans of real transforms give what the functions give, at their own digits, and refuse other lengths") {
+  for (const std::size_t n : {std::size_t(9), std::size_t(12)}) {
+    std::vector<Real> x;
+    for (std::size_t i = 0; i < n; ++i) {
+      x.push_back(Real(std::int64_t(i * i % 7)) / 13 - Real(2) / 7);
+    }
+    const Digits digits(33);
+    const SpectrumPlan spectra(n);
+    for (const Scaling norm : {Scaling::backward, Scaling::orthonormal, Scaling::forward}) {
+      const Along along{.n = n, .norm = norm};
+      const std::vector<Complex> z = rfft(x, along);
+      const std::vector<Real> back = irfft(z, along);
+      for (int type = 1; type <= 4; ++type) {
+        const CosinePlan cosines(n, type);
+        const SinePlan sines(n, type);
+        const std::vector<Real> results[] = {dct(x, type, along), idct(x, type, along), dst(x, type, along),
+                                             idst(x, type, along)};
+        const Digits other(5);
+        CHECK(cosines.dct(x, norm) == results[0]);
+        CHECK(cosines.idct(x, norm) == results[1]);
+        CHECK(sines.dst(x, norm) == results[2]);
+        CHECK(sines.idst(x, norm) == results[3]);
+        CHECK(cosines.digits() + sines.digits() + spectra.digits() == 99);
+      }
+      const Digits other(5);
+      CHECK(spectra.rfft(x, norm) == z);
+      CHECK(spectra.irfft(z, norm) == back);
+    }
+    CHECK_THROWS_AS(spectra.rfft(std::vector<Real>(n + 1)), InvalidArgument);
+    CHECK_THROWS_AS(spectra.irfft(std::vector<Complex>(n)), InvalidArgument);
+    CHECK_THROWS_AS(CosinePlan(n).dct(std::vector<Real>(n - 1)), InvalidArgument);
+  }
+  CHECK_THROWS_WITH_AS(CosinePlan(8, 5), "DCT: On entry, ITYPE is not 1 to 4: ITYPE = 5.", InvalidArgument);
+  CHECK_THROWS_AS(CosinePlan(1, 1), InvalidArgument);
+  CHECK_THROWS_AS(SinePlan(0), InvalidArgument);
+  CHECK_THROWS_AS(SpectrumPlan((1U << 24) + 1), InvalidArgument);
+  const Digits many(2000);
+  CHECK_THROWS_AS(SpectrumPlan(8), InvalidArgument);
+}
+
 TEST_CASE("the number of threads") {
   CHECK(set_threads(2) == 1);
   CHECK_THROWS_AS(set_threads(-1), InvalidArgument);

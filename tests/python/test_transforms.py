@@ -82,6 +82,28 @@ class Transforms(unittest.TestCase):
                                 theirs = getattr(scipy.fft, name)(x, kind, axis=axis, norm=norm)
                             self.agree(ours, theirs)
 
+    def test_plans(self):
+        x = exact(reals(12))
+        with tesk2mp.digits(40):
+            plans = {
+                tesk2mp.SpectrumPlan(12): ("rfft",),
+                tesk2mp.CosinePlan(12, type=3): ("dct", "idct"),
+                tesk2mp.SinePlan(12): ("dst", "idst"),
+            }
+            expected = {name: getattr(tesk2mp, name) for names in plans.values() for name in names}
+            kinds = {"dct": (3,), "idct": (3,)}
+            expected = {name: function(x, *kinds.get(name, ()), norm="ortho") for name, function in expected.items()}
+        for plan, names in plans.items():
+            self.assertEqual((plan.length, plan.digits), (12, 40))
+            for name in names:
+                self.assertEqual(getattr(plan, name)(x, norm="ortho"), expected[name])
+            with self.assertRaises(tesk2mp.InvalidArgument):
+                getattr(plan, names[0])(x[1:])
+        self.assertEqual(tesk2mp.SpectrumPlan(5, digits=30).digits, 30)
+        for bad in ((0,), (8, 5), (8, 0)):
+            with self.assertRaises(tesk2mp.InvalidArgument):
+                tesk2mp.CosinePlan(*bad)
+
     def test_arrays(self):
         for norm in NORMS:
             for axes in (None, [0], [2, 0], [-1, 1]):
