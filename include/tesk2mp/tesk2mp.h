@@ -54,6 +54,7 @@
 #include "tesk2mp/kernels.h"
 #include "tesk2mp/least_squares.h"
 #include "tesk2mp/orthogonal.h"
+#include "tesk2mp/proven.h"
 #include "tesk2mp/random.h"
 #include "tesk2mp/sparse.h"
 #include "tesk2mp/special.h"

@@ -31,6 +31,7 @@
 #include "tesk2mp/kernels.hpp"
 #include "tesk2mp/least_squares.hpp"
 #include "tesk2mp/orthogonal.hpp"
+#include "tesk2mp/proven.hpp"
 #include "tesk2mp/rounding.hpp"
 #include "tesk2mp/solver.hpp"
 #include "tesk2mp/sparse.hpp"

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "src/dense/factorise.h"
 #include "src/dense/tuning.h"
 #include "src/frame/check_points.h"
 #include "src/kernels/exact_level3.h"
@@ -164,6 +165,14 @@ Integer solve_with_factor(const char* uplo, Integer n, Integer nrhs, T* a, Integ
 }
 
 }  // namespace
+
+template <class T>
+Integer factorise_cholesky(Integer n, OneBasedMatrix<T> a) {
+  return n == 0 ? 0 : factorise_by_halves(n, a);
+}
+template Integer factorise_cholesky(Integer, OneBasedMatrix<QuarnFloat>);
+template Integer factorise_cholesky(Integer, OneBasedMatrix<Complex>);
+
 }  // namespace tesk
 
 extern "C" {

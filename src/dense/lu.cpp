@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "quarn/quarnthread.h"
+#include "src/dense/factorise.h"
 #include "src/dense/tuning.h"
 #include "src/frame/constants.h"
 #include "src/kernels/exact_level3.h"
@@ -241,6 +242,14 @@ Integer lu_by_halves(Integer m, Integer n, T* a, Integer lda, Integer* ipiv) {
 }
 
 }  // namespace
+
+template <class T>
+Integer factorise_lu(Integer m, Integer n, OneBasedMatrix<T> a, Integer* ipiv) {
+  return m == 0 || n == 0 ? 0 : factorise_by_halves(m, n, a, PartialPivots(ipiv));
+}
+template Integer factorise_lu(Integer, Integer, OneBasedMatrix<QuarnFloat>, Integer*);
+template Integer factorise_lu(Integer, Integer, OneBasedMatrix<Complex>, Integer*);
+
 }  // namespace tesk
 
 extern "C" {

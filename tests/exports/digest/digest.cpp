@@ -210,6 +210,7 @@ int main(int argc, char** argv) {
   digest::eigenvalues(suite);
   digest::spectra(suite);
   digest::linear(suite);
+  digest::proven(suite);
   digest::transforms(suite);
   digest::sequences(suite);
   digest::special(suite);

@@ -268,6 +268,7 @@ void dense(Suite& suite);
 void eigenvalues(Suite& suite);
 void spectra(Suite& suite);
 void linear(Suite& suite);
+void proven(Suite& suite);
 void transforms(Suite& suite);
 void sequences(Suite& suite);
 void sparse(Suite& suite);

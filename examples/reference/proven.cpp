@@ -1,0 +1,40 @@
+// Examples of the routine reference: results with proven bounds.
+#include "examples/reference/run.h"
+#include "tesk2mp/tesk2mp.h"
+
+namespace {
+
+void dproven_solve() {
+  //! [dproven_solve]
+  QuarnFloat a[] = {2, 1, 1, 3}, b[] = {3, 5}, x[2], error[2];
+  Integer info;
+  QuarnMPX_dproven_solve_(2, 1, a, 2, nullptr, 0, b, 2, nullptr, 0, x, 2, error, 2, &info);
+  std::cout << x[0] << " " << error[0] << "\n";
+  //! [dproven_solve]
+}
+
+void dproven_determinant() {
+  //! [dproven_determinant]
+  QuarnFloat a[] = {2, 1, 1, 3}, det, error;
+  Integer info;
+  QuarnMPX_dproven_determinant_(2, a, 2, nullptr, 0, &det, &error, &info);
+  std::cout << det << " " << (error < 1) << "\n";
+  //! [dproven_determinant]
+}
+
+void dproven_definite() {
+  //! [dproven_definite]
+  QuarnFloat a[] = {2, 1, 1, 3};
+  Integer info;
+  QuarnMPX_dproven_definite_("L", 2, a, 2, &info, 1);
+  std::cout << (info == 0 ? "positive definite" : "not") << "\n";
+  //! [dproven_definite]
+}
+
+}  // namespace
+
+int main() {
+  return run_examples({{"dproven_solve", dproven_solve},
+                       {"dproven_determinant", dproven_determinant},
+                       {"dproven_definite", dproven_definite}});
+}
