@@ -5,6 +5,7 @@
 
 #include "number/exact/aligned.h"
 #include "number/exact/exact_sum.h"
+#include "number/exact/leading.h"
 #include "number/exact/product.h"
 #include "quarn/quarnthread.h"
 
@@ -145,11 +146,47 @@ void Product::add_old_value(QuarnFloat& to, std::size_t i, std::size_t j, Total 
   to = sum.rounded_sum(rounder_.digits(), true);
 }
 
-void Product::entry(std::size_t i, std::size_t j) {
+/// A single row or column, where every number of the other operand is used once: what the lines have in common would
+/// cost more than it saves.
+void Product::by_leading_limbs() {
+  aside_.resize(rows_ * columns_);
+  const std::size_t lines = rows_ * columns_;
+  std::vector<Prospects> prospects(threads_);
+  share((lines + kSeveral - 1) / kSeveral, [&](std::size_t thread, std::size_t part) {
+    const std::size_t first = part * kSeveral;
+    const std::size_t count = std::min(kSeveral, lines - first);
+    Row terms[kSeveral];
+    QuarnFloat* results[kSeveral] = {};
+    bool done[kSeveral] = {};
+    for (std::size_t t = 0; t < count; ++t) {
+      const std::size_t i = columns_ == 1 ? first + t : 0;
+      const std::size_t j = columns_ == 1 ? 0 : first + t;
+      terms[t] = terms_of(i, j);
+      results[t] = &result(i, j);
+    }
+    if (prospects[thread].good()) {
+      rounded_leading_totals(count, results, terms, done, rounder_);
+      prospects[thread].take(2 * std::size_t(std::count(done, done + count, true)) > count);
+    }
+    for (std::size_t t = 0; t < count; ++t) {
+      if (!done[t]) {
+        rounded_whole_total(*results[t], terms[t], rounder_, weights_.beta[0] != nullptr);
+      }
+    }
+  });
+  move_results();
+}
+
+Row Product::terms_of(std::size_t i, std::size_t j) const {
   Row terms = row(i, j);
   if (weights_.beta[0] != nullptr) {
     terms.others[terms.more++] = {old_value(i, j), weights_.beta[0], false};
   }
+  return terms;
+}
+
+void Product::entry(std::size_t i, std::size_t j) {
+  const Row terms = terms_of(i, j);
   rounded_total(result(i, j), terms, rounder_, weights_.beta[0] != nullptr);
 }
 

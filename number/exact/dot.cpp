@@ -4,6 +4,7 @@
 
 #include "number/exact/columns.h"
 #include "number/exact/exact_sum.h"
+#include "number/exact/leading.h"
 
 namespace quarn::exact {
 namespace {
@@ -200,6 +201,13 @@ void total_of(const Terms& terms, const Span& span, Total& total) {
 
 template <class Terms>
 void rounded_total(QuarnFloat& result, const Terms& terms, const Rounder& rounder, bool signed_zero) {
+  if (!rounded_leading_total(result, terms, rounder)) {
+    rounded_whole_total(result, terms, rounder, signed_zero);
+  }
+}
+
+template <class Terms>
+void rounded_whole_total(QuarnFloat& result, const Terms& terms, const Rounder& rounder, bool signed_zero) {
   const Span span = span_of(terms);
   if (const std::size_t size = total_size(span); size != 0 && !(signed_zero && span.longest == 0)) {
     Scratch<Limb> limbs(size);
@@ -223,5 +231,7 @@ template void total_of(const Row&, const Span&, Total&);
 template void total_of(const TermList&, const Span&, Total&);
 template void rounded_total(QuarnFloat&, const Row&, const Rounder&, bool);
 template void rounded_total(QuarnFloat&, const TermList&, const Rounder&, bool);
+template void rounded_whole_total(QuarnFloat&, const Row&, const Rounder&, bool);
+template void rounded_whole_total(QuarnFloat&, const TermList&, const Rounder&, bool);
 
 }  // namespace quarn::exact

@@ -75,4 +75,8 @@ void total_of(const Terms& terms, const Span& span, Total& total);
 template <class Terms>
 void rounded_total(QuarnFloat& result, const Terms& terms, const Rounder& rounder, bool signed_zero);
 
+/// The same without trying leading limbs first.
+template <class Terms>
+void rounded_whole_total(QuarnFloat& result, const Terms& terms, const Rounder& rounder, bool signed_zero);
+
 }  // namespace quarn::exact

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "number/exact/aligned.h"
+#include "number/exact/leading.h"
 
 namespace quarn::exact {
 namespace {
@@ -45,11 +46,16 @@ Product::Product(std::size_t rows, std::size_t columns, std::size_t inner, const
 }
 
 void Product::run() {
+  // Less does not pay for starting threads.
+  const auto threads_for = [](double cost) { return cost < 500'000 ? 1 : std::size_t(QuarnThreads()); };
+  if (std::min(rows_, columns_) == 1 && !weighted_ && leading_totals(rounder_)) {
+    constexpr double kLeadingTerm = 20;
+    threads_ = threads_for(double(rows_) * double(columns_) * double(inner_) * kLeadingTerm);
+    return by_leading_limbs();
+  }
   look_at_lines();
   const Choice choice = choose();
-  // Less does not pay for starting threads.
-  constexpr double kWorthThreads = 500'000;
-  threads_ = choice.cost < kWorthThreads ? 1 : std::size_t(QuarnThreads());
+  threads_ = threads_for(choice.cost);
   for (Line& line : left_) {
     line.exactly = !line.finite || line.digits() > choice.left;
   }
@@ -72,6 +78,10 @@ void Product::run() {
   if (!all_left || !all_right) {
     one_by_one();
   }
+  move_results();
+}
+
+void Product::move_results() {
   if (!aside_.empty()) {
     for (std::size_t j = 0; j < columns_; ++j) {
       for (std::size_t i = 0; i < rows_; ++i) {

@@ -81,6 +81,8 @@ class Product {
   void finish_column(Operands& work, std::size_t thread, double* sums, std::size_t first_row, std::size_t j);
   void finish_weighted(Operands& work, std::size_t thread, double* sums, std::size_t step, std::size_t first_row,
                        std::size_t j);
+  void by_leading_limbs();
+  void move_results();
   void one_by_one();
   void tile_by_sums(std::size_t first_row, std::size_t first_column);
   void store_total(std::size_t i, std::size_t j, const Total& total, bool zero);
@@ -91,6 +93,7 @@ class Product {
   void store_weighted(std::size_t i, std::size_t j, const Total* totals);
   void term_by_term(std::size_t i, std::size_t j);
   Row row(std::size_t i, std::size_t j) const;
+  Row terms_of(std::size_t i, std::size_t j) const;
 
   std::size_t rows_;
   std::size_t columns_;

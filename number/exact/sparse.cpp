@@ -8,6 +8,7 @@
 
 #include "number/exact/dispatch.h"
 #include "number/exact/dot.h"
+#include "number/exact/leading.h"
 #include "quarn/exact.h"
 #include "quarn/parallel.h"
 #include "quarn/quarnthread.h"
@@ -86,16 +87,23 @@ class Terms {
       lists_[1][count_++] = {&a.im, &x.re, conjugate};
     }
   }
-  void round(T& y, const Rounder& rounder) const {
+  void round(T& y, const Rounder& rounder, Prospects& prospects) const {
     if constexpr (kParts == 1) {
-      rounded_total(y, TermList{lists_[0].data(), count_}, rounder, false);
+      round_list(y, 0, rounder, prospects);
     } else {
-      rounded_total(y.re, TermList{lists_[0].data(), count_}, rounder, false);
-      rounded_total(y.im, TermList{lists_[1].data(), count_}, rounder, false);
+      round_list(y.re, 0, rounder, prospects);
+      round_list(y.im, 1, rounder, prospects);
     }
   }
 
  private:
+  void round_list(QuarnFloat& y, int part, const Rounder& rounder, Prospects& prospects) const {
+    const TermList list{lists_[part].data(), count_};
+    if (!prospects.decides(y, list, rounder)) {
+      rounded_whole_total(y, list, rounder, false);
+    }
+  }
+
   std::vector<Term> lists_[kParts];
   std::size_t count_ = 0;
 };
@@ -111,25 +119,33 @@ void sparse_product(std::size_t n, const QuarnSparseMatrix<T>& a, const T* x, T*
   std::vector<T> made(n);
   const auto do_rows = [&](std::size_t first, std::size_t last) {
     Terms<T> terms(longest);
+    Prospects prospects;
     for (std::size_t i = first; i < last; ++i) {
-      terms.clear();
+      const std::size_t begin = rows.begin(i);
       const std::size_t end = rows.end(i);
+      terms.clear();
       if (rows.in_place()) {
-        for (std::size_t k = rows.begin(i); k < end; ++k) {
-          terms.add(a.values[k], x[a.columns[k] - 1], conjugate);
-        }
-        // What the next rows take from x comes while this one is summed.
-        for (std::size_t k = end; k < std::min(end + kAhead, a.entries); ++k) {
+        // What later rows take comes while this one is summed.
+        for (std::size_t k = begin + kAhead; k < std::min(end + kAhead, a.entries); ++k) {
+          __builtin_prefetch(&a.values[k]);
           __builtin_prefetch(&x[a.columns[k] - 1]);
         }
+        if constexpr (std::is_same_v<T, QuarnFloat>) {
+          if (prospects.decides(made[i], SparseRow{a.values + begin, a.columns + begin, x, end - begin}, rounder)) {
+            continue;
+          }
+        }
+        for (std::size_t k = begin; k < end; ++k) {
+          terms.add(a.values[k], x[a.columns[k] - 1], conjugate);
+        }
       } else {
-        for (std::size_t place = rows.begin(i); place < end; ++place) {
+        for (std::size_t place = begin; place < end; ++place) {
           const std::size_t k = rows[place] / 2;
           const bool mirrored = rows[place] % 2 != 0;
           terms.add(a.values[k], x[(mirrored ? a.rows[k] : a.columns[k]) - 1], conjugate != mirrored);
         }
       }
-      terms.round(made[i], rounder);
+      terms.round(made[i], rounder, prospects);
     }
   };
   // Less does not pay for starting threads.

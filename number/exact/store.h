@@ -1,8 +1,10 @@
 // A coefficient that is known in full, rounded into a number that stands already.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
+#include "number/limbs/divider.h"
 #include "number/limbs/fixed.h"
 #include "number/limbs/linear.h"
 #include "number/scalar/access.h"
@@ -29,15 +31,24 @@ template <int N>
   while (skip < length && limbs[skip] == 0) {
     ++skip;
   }
-  if (skip + N + 1 > length) [[unlikely]] {
-    return false;
-  }
+  const std::size_t known = length - skip;
   limbs += skip;
   exponent -= Radix::digits * std::int64_t(skip);
+  const bool more = known > N;
   Limb s[N + 1];
+  if (known >= N) [[likely]] {
 #pragma GCC unroll 9
-  for (int i = 0; i <= N; ++i) {
-    s[i] = limbs[i];
+    for (int i = 0; i < N; ++i) {
+      s[i] = limbs[i];
+    }
+    s[N] = more ? limbs[N] : 0;
+  } else {
+    if (doubt != 0 || known == 0) {
+      return false;
+    }
+    for (std::size_t i = 0; i <= N; ++i) {
+      s[i] = i < known ? limbs[i] : 0;
+    }
   }
   const int zeros = Radix::digits - count_digits<Radix>(s[0]);
   if (zeros != 0) {
@@ -48,9 +59,14 @@ template <int N>
   if (rest == cut.half) [[unlikely]] {
     return false;
   }
-  // What is left of the last limb has to be worth more than the doubt, and the rest more than that from the half.
-  if (doubt != 0 && (rest + 1 == cut.half || Radix::powers[std::size_t(Radix::digits - zeros)] <= doubt)) [[unlikely]] {
-    return false;
+  if (doubt != 0) {
+    // At most a twentieth of a unit, so that it does not matter whether the exact total is just below a power of ten.
+    const auto moved = fixed::Wide(known > N + 1 ? 1 : doubt) * Radix::powers[std::size_t(zeros)];
+    const Limb off = !more ? Limb(moved) : moved < fixed::kBase ? 0 : reduce(moved) + 1;
+    if (20 * moved >= fixed::Wide(cut.unit.value) * (more ? fixed::kBase : 1) ||
+        (rest + off + 1 >= cut.half && rest <= cut.half + off)) [[unlikely]] {
+      return false;
+    }
   }
   int carry = 0;
   if (!fixed::finish<N>(s, rest, rest > cut.half, cut, carry)) [[unlikely]] {

@@ -45,6 +45,48 @@ TEST_CASE("ties, cancellation and far exponents") {
   CHECK(dot({"1", "1", "1", "1"}, {"1e900", "1e-900", "-1e900", "1e-1000"}).substr(0, 3) == "1e-");
 }
 
+TEST_CASE("sums next to ties and powers of ten, with what cancels") {
+  const Restore restore;
+  Random random;
+  for (int round = 0; round < 3000; ++round) {
+    const int digits = int(random.between(1, 130));
+    const std::size_t most = random.once_in(10) ? 300 : 6;
+    QuarnSetDigits(digits);
+    std::vector<QuarnFloat> a;
+    std::vector<QuarnFloat> b;
+    const auto add = [&](const QuarnFloat& x, const QuarnFloat& y) {
+      a.push_back(x);
+      b.push_back(y);
+    };
+    // A result, half a unit of its last place or of the place behind, and a little.
+    const std::string last = std::to_string(-digits - int(random.below(2)));
+    add(QuarnFloat(random.once_in(2) ? "1" : ("0.9" + random.digits(std::size_t(digits) - 1)).c_str()), 1);
+    add(random.once_in(2) ? QuarnFloat(-1) : QuarnFloat(1), QuarnFloat("5e" + last));
+    add(random.once_in(2) ? QuarnFloat(-1) : QuarnFloat(1), QuarnFloat("1e-" + std::to_string(random.below(200))));
+    const std::size_t pairs = random.below(most);
+    for (std::size_t p = 0; p < pairs; ++p) {
+      const QuarnFloat x = exact_test::number(random, digits, random.once_in(2) ? 4 : 60);
+      const QuarnFloat y = exact_test::number(random, digits, 4);
+      add(x, y);
+      add(-x, y);
+    }
+    for (std::size_t l = a.size(); l-- > 1;) {
+      const std::size_t other = random.below(l + 1);
+      std::swap(a[l], a[other]);
+      std::swap(b[l], b[other]);
+    }
+    const QuarnFloat got = QuarnDot(a.size(), a.data(), 1, b.data(), 1);
+    QuarnSetDigits(2 * digits + 500);
+    QuarnFloat sum;
+    for (std::size_t l = 0; l < a.size(); ++l) {
+      sum += a[l] * b[l];
+    }
+    QuarnSetDigits(digits);
+    INFO("digits " << digits << ", round " << round << ", terms " << a.size());
+    CHECK(got == sum * QuarnFloat(1));
+  }
+}
+
 TEST_CASE("infinities, NaN and signed zeros follow the extended reals, at every place and with every kernel") {
   const Restore restore;
   Random random;
