@@ -192,6 +192,88 @@ The determinant of a square matrix, 0 when it is singular.
 Decimal('6')
 )");
   module.def(
+      "scaled_determinant",
+      [](py::handle a) {
+        const Array given(a);
+        return with_scalar(
+            [&]<class T>(T) {
+              const auto scaled = outside([&] { return tesk2mp::scaled_determinant(given.matrix<T>()); });
+              return py::make_tuple(from(scaled.mantissa), long(scaled.exponent), scaled.nearly_singular);
+            },
+            given);
+      },
+      py::arg("a"), R"(scaled_determinant(a)
+
+The determinant of a square matrix as mantissa and exponent of ten, however large or small, and whether roundings alone may have
+made the matrix singular or regular. The mantissa is from 1 to 10, of a Complex its larger part; 0 when the matrix is singular.
+
+>>> scaled_determinant([['1e800000000', 0], [0, '-25e800000000']])
+(Decimal('-2.5'), 1600000001, False)
+)");
+  module.def(
+      "reciprocal_condition",
+      [](py::handle a, const std::string& norm) {
+        const Array given(a);
+        const auto kind = option_of<tesk2mp::Norm>(
+            "norm", norm, {{"one", tesk2mp::Norm::one}, {"infinity", tesk2mp::Norm::infinity}});
+        return with_scalar(
+            [&]<class T>(T) {
+              return from(outside([&] { return tesk2mp::reciprocal_condition(given.matrix<T>(), kind); }));
+            },
+            given);
+      },
+      py::arg("a"), py::arg("norm") = "one", R"(reciprocal_condition(a, norm='one')
+
+An estimate of 1 / (norm(a) norm(inverse(a))) of a square matrix, in the norm 'one' or 'infinity'; the norm of the inverse is
+estimated from below, hardly ever by less than a third of it. 0 when the matrix is singular.
+
+>>> reciprocal_condition([[1, 0], [0, 4]])
+Decimal('0.25')
+)");
+  module.def(
+      "equilibrate",
+      [](py::handle a, bool powers_of_ten) {
+        const Array given(a);
+        return with_scalar(
+            [&]<class T>(T) {
+              const auto found = outside([&] { return tesk2mp::equilibrate(given.matrix<T>(), powers_of_ten); });
+              return py::make_tuple(from(found.rows, a), from(found.columns, a));
+            },
+            given);
+      },
+      py::arg("a"), py::arg("powers_of_ten") = false, R"(equilibrate(a, powers_of_ten=False)
+
+Factors r of rows and c of columns such that the largest element of each row and column of r[i] a[i][j] c[j] is 1; with powers
+of ten, which round nothing, it is from 0.1 to 1. NumericalFailure when a row or a column is zero.
+
+>>> equilibrate([[4, 0], [0, 50]])
+([Decimal('0.25'), Decimal('0.02')], [Decimal('1'), Decimal('1')])
+)");
+  module.def(
+      "solve_scaled",
+      [](py::handle a, py::handle b, const std::string& triangle, const std::string& op, bool unit) {
+        const Array left(a);
+        const Array right(b);
+        return with_scalar(
+            [&]<class T>(T) {
+              const auto found = outside([&] {
+                return tesk2mp::solve_scaled(triangle_of(triangle), op_of(op), diagonal_of(unit), left.matrix<T>(),
+                                             right.vector<T>());
+              });
+              return py::make_tuple(from(found.x, b), from(found.scale));
+            },
+            left, right);
+      },
+      py::arg("a"), py::arg("b"), py::arg("triangle") = "upper", py::arg("op") = "none", py::arg("unit") = false,
+      R"(solve_scaled(a, b, triangle='upper', op='none', unit=False)
+
+The x and the scale, at most 1, with op(a) x = scale b for a triangular matrix, such that nothing overflows: a power of ten, 1
+unless it has to be less. The scale of a singular matrix is 0, and x not zero with op(a) x = 0.
+
+>>> solve_scaled([['1e-800000000']], ['1e800000000'])
+([Decimal('1E+998999997')], Decimal('1E-601000003'))
+)");
+  module.def(
       "inverse",
       [](py::handle a) {
         const Array given(a);

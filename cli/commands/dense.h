@@ -4,7 +4,7 @@
 #include <string>
 
 #include "cli/io/matrix_input.h"
-#include "tesk2mp/dense.hpp"
+#include "tesk2mp/linear.hpp"
 
 namespace cli {
 

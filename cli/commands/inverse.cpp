@@ -15,14 +15,11 @@ struct MatrixOptions {
   OutputOptions output;
 };
 
-const char* factorisation(const DenseMatrix& matrix) {
-  return matrix.complex() ? "QuarnMPX_f07arf_" : "QuarnMPX_f07adf_";
-}
-
-Result started(const DenseMatrix& given, const std::string& what) {
+Result started(const DenseMatrix& given, const std::string& what, const char* real, const char* complex) {
+  const char* routine = given.complex() ? complex : real;
   Result result;
-  result.notes = {what + " of the " + description(given), digits_text() + ", by " + factorisation(given)};
-  result.facts = {{"routine", factorisation(given)}, {"digits", std::to_string(QuarnDigits()), true}};
+  result.notes = {what + " of the " + description(given), digits_text() + ", by " + routine};
+  result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
   return result;
 }
 
@@ -31,7 +28,7 @@ void run_inv(const MatrixOptions& options) {
   const DenseMatrix given = read_operand(options.matrix, true);
   const Progress progress =
       Progress::estimated("inverting", kFactorisations * factorisation_cost(given.rows(), given.complex()));
-  Result result = started(given, "Inverse");
+  Result result = started(given, "Inverse", "QuarnMPX_f07adf_", "QuarnMPX_f07arf_");
   const auto invert = [](const auto& a) { return DenseMatrix{"", tesk2mp::inverse(a)}; };
   const DenseMatrix inverse = std::visit(invert, given.elements);
   add_matrix(result, inverse);
@@ -39,14 +36,36 @@ void run_inv(const MatrixOptions& options) {
   deliver(result, options.output);
 }
 
+/// The number, or what stands for it beyond the exponents of numbers: "2.5e1000000007".
+template <class T>
+std::string determinant_text(const tesk2mp::ScaledDeterminant<T>& scaled) {
+  constexpr Integer kFarthest = 999999999;
+  if (scaled.exponent >= -kFarthest && scaled.exponent <= kFarthest) {
+    return exact_text(T(scaled.mantissa * T(QuarnFloat(1, int(scaled.exponent)))));
+  }
+  const std::string mantissa = exact_text(scaled.mantissa);
+  const bool complex = std::is_same_v<T, Complex>;
+  return (complex ? "(" + mantissa + ")" : mantissa) + "e" + std::to_string(scaled.exponent);
+}
+
 void run_det(const MatrixOptions& options) {
   const DenseMatrix given = read_operand(options.matrix, true);
   const Progress progress = Progress::estimated("factorising", factorisation_cost(given.rows(), given.complex()));
-  Result result = started(given, "Determinant");
-  const auto measure = [](const auto& a) { return exact_text(tesk2mp::determinant(a)); };
-  const std::string determinant = std::visit(measure, given.elements);
-  result.facts.push_back({"determinant", determinant});
-  result.data = {{"determinant", {determinant}}};
+  Result result = started(given, "Determinant", "QuarnMPX_f03aff_", "QuarnMPX_f03arf_");
+  std::visit(
+      [&](const auto& a) {
+        const auto scaled = tesk2mp::scaled_determinant(a);
+        const std::string determinant = determinant_text(scaled);
+        if (scaled.nearly_singular) {
+          result.notes.emplace_back("Matrix A is approximately singular.");
+        }
+        result.facts.push_back({"determinant", determinant});
+        result.facts.push_back({"mantissa", exact_text(scaled.mantissa)});
+        result.facts.push_back({"exponent", std::to_string(scaled.exponent), true});
+        result.facts.push_back({"rcond", exact_text(scaled.reciprocal_condition)});
+        result.data = {{"determinant", {determinant}}};
+      },
+      given.elements);
   result.table = result.data;
   deliver(result, options.output);
 }
@@ -61,7 +80,9 @@ Examples:
 
 constexpr const char* kDeterminantFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file. The determinant
-is the product of the pivots of an LU factorisation.
+is the product of the pivots of an LU factorisation, however large or small; a note says
+when roundings alone may have made the matrix singular or regular. JSON has mantissa and
+exponent of ten apart, and an estimate of the reciprocal condition number.
 
 Examples:
   quarn det examples/fs_183_1.mtx --digits 40

@@ -84,6 +84,13 @@ Values det(State& /*state*/, const Arguments& arguments) {
                               [](const auto& a) { return Values{number(tesk2mp::determinant(a))}; });
 }
 
+Values scaled_det(State& /*state*/, const Arguments& arguments) {
+  return with_real_or_complex(arguments.square(0), 1, [](const auto& a) {
+    const auto scaled = tesk2mp::scaled_determinant(a);
+    return Values{number(scaled.mantissa), number(QuarnFloat(scaled.exponent))};
+  });
+}
+
 Values inv(State& /*state*/, const Arguments& arguments) {
   return with_real_or_complex(arguments.square(0), 4,
                               [](const auto& a) { return Values{as_array(tesk2mp::inverse(a))}; });
@@ -162,6 +169,11 @@ Values cond(State& /*state*/, const Arguments& arguments) {
   return {number(norm_of(a, kOne) * norm_of(inverse, kOne))};
 }
 
+Values rcond(State& /*state*/, const Arguments& arguments) {
+  return with_real_or_complex(arguments.square(0), 2,
+                              [](const auto& a) { return Values{number(tesk2mp::reciprocal_condition(a))}; });
+}
+
 constexpr auto kFunctions = std::to_array<Function>({
     {"solve", "A, b", "x", "the solution of A x = b, for a vector or each column (also A \\ b)", 2, 2, solve},
     {"lu", "A", "L, U, P", "factors with P A = L U", 1, 1, lu},
@@ -172,6 +184,7 @@ constexpr auto kFunctions = std::to_array<Function>({
     {"null", "A", "V", "orthonormal columns that A takes to zero", 1, 1, null},
     {"matrix_rank", "A", "r", "rank of a matrix", 1, 1, matrix_rank},
     {"det", "A", "y", "determinant", 1, 1, det},
+    {"scaled_det", "A", "d, e", "determinant d 10^e, however large or small", 1, 1, scaled_det},
     {"inv", "A", "B", "inverse", 1, 1, inv},
     {"trace", "A", "y", "sum of the diagonal", 1, 1, trace},
     {"eig", "A", "x", "eigenvalues of a real matrix", 1, 1, eig},
@@ -179,6 +192,7 @@ constexpr auto kFunctions = std::to_array<Function>({
     {"norm", "A [, \"one\"]", "y", "norm: \"fro\" (root of the sum of squares, default), \"one\", \"inf\" or \"max\"",
      1, 2, norm},
     {"cond", "A", "y", "condition number in the one norm", 1, 1, cond},
+    {"rcond", "A", "y", "an estimate of 1 / cond(A) at a quarter of its cost", 1, 1, rcond},
 });
 
 }  // namespace

@@ -223,10 +223,35 @@ class Cholesky {
     solve_in_place(x);
     return x;
   }
-  Matrix<T> inverse() const { return solve(Matrix<T>::identity(factor_.rows())); }
+  Matrix<T> inverse() const {
+    Matrix<T> result = factor_;
+    const detail::RawMatrix<T> raw{result.view()};
+    Integer info = 0;
+    detail::pick<T>(QuarnMPX_dpotri_, QuarnMPX_zpotri_)(detail::Option(triangle_), raw.rows, raw.data, raw.leading,
+                                                        &info, 1);
+    for (std::size_t j = 0; j < result.columns(); ++j) {
+      for (std::size_t i = 0; i < j; ++i) {
+        const bool lower = triangle_ == Triangle::lower;
+        result(lower ? i : j, lower ? j : i) = conjugate(result(lower ? j : i, lower ? i : j));
+      }
+    }
+    return result;
+  }
+  /// 1 / (norm(A) norm(A^-1)) in the 1-norm, estimated, when that of A is given.
+  Real reciprocal_condition(const Real& norm) const {
+    const detail::RawMatrix<T> raw{factor_.view()};
+    Real result;
+    Integer info = 0;
+    detail::pick<T>(QuarnMPX_dpocon_, QuarnMPX_zpocon_)(detail::Option(triangle_), raw.rows, raw.data, raw.leading,
+                                                        norm, &result, nullptr, nullptr, &info, 1);
+    detail::require(info == 0, routine(), 5, "a norm is a number from 0");
+    return result;
+  }
 
  private:
   static const char* routine() { return detail::name<T>("DPOTRF", "F07FRF/ZPOTRF"); }
+  static Real conjugate(const Real& x) { return x; }
+  static Complex conjugate(const Complex& x) { return conj(x); }
 
   void solve_in_place(Matrix<T>& b) const {
     detail::require(b.rows() == factor_.rows(), routine(), 1, "a right-hand side of ", b.rows(), " rows for ",
@@ -246,11 +271,6 @@ class Cholesky {
 template <MatrixSource A, class B>
 auto solve(const A& a, const B& b) {
   return LU<Element<A>>(Matrix<Element<A>>(a)).solve(b);
-}
-
-template <MatrixSource A>
-Element<A> determinant(const A& a) {
-  return LU<Element<A>>(Matrix<Element<A>>(a)).determinant();
 }
 
 /// Throws NumericalFailure when A is singular.

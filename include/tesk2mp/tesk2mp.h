@@ -53,6 +53,7 @@
 #include "tesk2mp/iterative.h"
 #include "tesk2mp/kernels.h"
 #include "tesk2mp/least_squares.h"
+#include "tesk2mp/linear.h"
 #include "tesk2mp/orthogonal.h"
 #include "tesk2mp/proven.h"
 #include "tesk2mp/random.h"

@@ -30,6 +30,7 @@
 #include "tesk2mp/fft.hpp"
 #include "tesk2mp/kernels.hpp"
 #include "tesk2mp/least_squares.hpp"
+#include "tesk2mp/linear.hpp"
 #include "tesk2mp/orthogonal.hpp"
 #include "tesk2mp/proven.hpp"
 #include "tesk2mp/rounding.hpp"

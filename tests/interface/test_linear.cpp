@@ -259,3 +259,28 @@ TEST_CASE("least squares with constraints and with errors of unequal size") {
   CHECK_THROWS_AS((void)gauss_markov(Matrix<Real>{{0}, {0}}, unit, Numbers{0, 5}), NumericalFailure);
   CHECK_THROWS_AS((void)gauss_markov(unit, unit, Numbers{0}), InvalidArgument);
 }
+
+TEST_CASE_TEMPLATE("determinants beyond the numbers, condition numbers, scales", T, Real, Complex) {
+  const T huge(Real(5, 600000000));
+  const Matrix<T> large = {{huge, T(0)}, {T(0), huge}};
+  const ScaledDeterminant<T> scaled = scaled_determinant(large);
+  CHECK(scaled.mantissa == T(Real("2.5")));
+  CHECK(scaled.exponent == 1200000001);
+  CHECK(!scaled.nearly_singular);
+  CHECK_THROWS_AS((void)determinant(large), NumericalFailure);
+  CHECK(scaled_determinant(Matrix<T>{{T(1), T(1)}, {T(1), T(1)}}).nearly_singular);
+  CHECK(reciprocal_condition(Matrix<T>{{T(2), T(0)}, {T(0), T(2)}}, Norm::infinity) == 1);
+  CHECK_THROWS_AS((void)reciprocal_condition(Matrix<T>{{T(Real("inf"))}}), InvalidArgument);
+  CHECK(reciprocal_condition(Matrix<T>{{T(1), T(0)}, {T(0), T(4)}}) == Real("0.25"));
+  CHECK_THROWS_AS((void)reciprocal_condition(large, Norm::frobenius), InvalidArgument);
+  CHECK(equilibrate(Matrix<T>{{T(4)}}).rows[0] == Real("0.25"));
+  CHECK(equilibrate(Matrix<T>{{T(4)}}, true).rows[0] == Real("0.1"));
+  CHECK_THROWS_AS((void)equilibrate(Matrix<T>{{T(0)}}), NumericalFailure);
+  const auto solved = solve_scaled(Triangle::upper, Op::none, Diagonal::general, Matrix<T>{{T(Real(1, -600000000))}},
+                                   std::vector<T>{huge});
+  CHECK(solved.scale < 1);
+  CHECK(solved.x[0] * T(Real(1, -600000000)) == huge * T(solved.scale));
+  const Cholesky<T> definite(Matrix<T>{{T(4), T(0)}, {T(0), T(1)}}, Triangle::upper);
+  CHECK(definite.reciprocal_condition(4) == Real("0.25"));
+  CHECK(definite.inverse() == Matrix<T>{{T(Real("0.25")), T(0)}, {T(0), T(1)}});
+}

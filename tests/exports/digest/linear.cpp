@@ -73,6 +73,53 @@ void constraints(Suite& suite, Constrained constrained, Model model) {
   });
 }
 
+/// From factors: condition numbers, inverses, solutions that scale.
+template <class T, class General, class Definite, class Inverse, class Solve, class... Scales>
+void systems(Suite& suite, General general, Definite definite, Inverse inverse, Solve solve, Scales... scales) {
+  suite.cases(3, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    const auto a = c.numbers<T>(std::int64_t(ld) * ld);
+    const auto b = c.numbers<T>(ld);
+    const auto norm = c.number<QuarnFloat>();
+    const std::vector<QuarnFloat> reals(static_cast<std::size_t>(ld));
+    for (const char* which : {"1", "i", "X"}) {
+      suite.run(general, which, n, a, ld, norm, QuarnFloat(-1), nullptr, nullptr, Integer(-99), 1);
+    }
+    for (const char* uplo : {"U", "l", "X"}) {
+      suite.run(definite, uplo, n, a, ld, norm, QuarnFloat(-1), nullptr, nullptr, Integer(-99), 1);
+      suite.run(inverse, uplo, n, a, ld, Integer(-99), 1);
+      for (const char* trans : {"N", "T", "c"}) {
+        suite.run(solve, uplo, trans, "N", "N", n, a, ld, b, QuarnFloat(-1), reals, Integer(-99), 1, 1, 1, 1);
+      }
+    }
+    (suite.run(scales, n, n, a, ld, reals, reals, QuarnFloat(-1), QuarnFloat(-1), QuarnFloat(-1), Integer(-99)), ...);
+  });
+}
+
+template <class T, class... E>
+void determinants(Suite& suite, E... entries) {
+  suite.cases(3, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    const std::vector<Integer> rows(static_cast<std::size_t>(ld));
+    const auto a = c.numbers<T>(std::int64_t(ld) * ld);
+    (suite.run_form<0>(entries, n, a, ld, rows, T(), Integer(-99), QuarnFloat(-1)), ...);
+  });
+  suite.few_cases([&](Case& c) {
+    const std::vector<Integer> rows(4);
+    auto a = c.numbers<T>(16);
+    (suite.run_form<0>(entries, Integer(-1), a, Integer(4), rows, T(), Integer(-99), QuarnFloat(-1)), ...);
+    (suite.run_form<0>(entries, Integer(4), a, Integer(3), rows, T(), Integer(-99), QuarnFloat(-1)), ...);
+    for (const int power : {900000000, -900000000}) {
+      for (Integer i = 0; i < 16; ++i) {
+        a[std::size_t(i)] = i % 5 == 0 ? T(QuarnFloat(1, power)) : T();
+      }
+      (suite.run_form<0>(entries, Integer(4), a, Integer(4), rows, T(), Integer(-99), QuarnFloat(-1)), ...);
+    }
+  });
+}
+
 }  // namespace
 
 void linear(Suite& suite) {
@@ -84,6 +131,12 @@ void linear(Suite& suite) {
                     ENTRY(QuarnMPX_zgelsy_), nullptr);
   constraints<QuarnFloat>(suite, ENTRY(QuarnMPX_dgglse_), ENTRY(QuarnMPX_dggglm_));
   constraints<Complex>(suite, ENTRY(QuarnMPX_zgglse_), ENTRY(QuarnMPX_zggglm_));
+  systems<QuarnFloat>(suite, ENTRY(QuarnMPX_dgecon_), ENTRY(QuarnMPX_dpocon_), ENTRY(QuarnMPX_dpotri_),
+                      ENTRY(QuarnMPX_dlatrs_), ENTRY(QuarnMPX_dgeequ_), ENTRY(QuarnMPX_dgeequb_));
+  systems<Complex>(suite, ENTRY(QuarnMPX_zgecon_), ENTRY(QuarnMPX_zpocon_), ENTRY(QuarnMPX_zpotri_),
+                   ENTRY(QuarnMPX_zlatrs_), ENTRY(QuarnMPX_zgeequ_), ENTRY(QuarnMPX_zgeequb_));
+  determinants<QuarnFloat>(suite, ENTRY(QuarnMPX_f03affn_), ENTRY(QuarnMPX_f03aff_));
+  determinants<Complex>(suite, ENTRY(QuarnMPX_f03arfn_), ENTRY(QuarnMPX_f03arf_));
 }
 
 }  // namespace digest

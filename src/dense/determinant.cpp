@@ -1,0 +1,128 @@
+// The determinant as mantissa and power of ten, from an LU factorisation with partial pivoting: J. J. Dongarra, J. R.
+// Bunch, C. B. Moler, G. W. Stewart, LINPACK Users' Guide, SIAM 1979, chapter 1.
+#include <cstdint>
+#include <limits>
+
+#include "quarn/functions.h"
+#include "src/dense/condition.h"
+#include "src/dense/norm_estimate.h"
+#include "src/frame/constants.h"
+#include "src/frame/report.h"
+#include "tesk2mp/dense.h"
+#include "tesk2mp/linear.h"
+
+namespace tesk {
+namespace {
+
+Integer factorise(Integer n, QuarnFloat* a, Integer lda, Integer* ipiv) {
+  Integer info = 0;
+  QuarnMPX_dgetrf_(n, n, a, lda, ipiv, &info);
+  return info;
+}
+Integer factorise(Integer n, Complex* a, Integer lda, Integer* ipiv) {
+  Integer info = 0;
+  QuarnMPX_zgetrf_(n, n, a, lda, ipiv, &info);
+  return info;
+}
+
+/// The larger part of x.
+QuarnFloat size(const QuarnFloat& x) { return fabs(x); }
+QuarnFloat size(const Complex& x) {
+  const QuarnFloat re = fabs(x.re);
+  const QuarnFloat im = fabs(x.im);
+  return re > im ? re : im;
+}
+
+/// mantissa 10^exponent, 1 <= size(mantissa) < 10 unless it is zero or not finite.
+template <class T>
+struct Scaled {
+  T mantissa{1.0};
+  std::int64_t exponent = 0;
+
+  void multiply(T x) {
+    exponent += normalise(x);
+    multiply_by(mantissa, x);
+    exponent += normalise(mantissa);
+  }
+
+ private:
+  static std::int64_t normalise(T& x) {
+    const QuarnFloat largest = size(x);
+    if (largest == 0 || !isfinite(largest)) {
+      return 0;
+    }
+    const int power = ilogb(largest);
+    if (power != 0) {
+      multiply_by(x, QuarnFloat(1, -power));
+    }
+    return power;
+  }
+};
+
+template <class T>
+QuarnFloat one_norm(Integer n, OneBasedMatrix<T> a) {
+  QuarnFloat largest;
+  for (Integer j = 1; j <= n; ++j) {
+    QuarnFloat sum;
+    for (Integer i = 1; i <= n; ++i) {
+      sum += far_modulus(a(i, j));
+    }
+    largest = largest > sum ? largest : sum;
+  }
+  return largest;
+}
+
+template <class T>
+void determinant(Report& report, Integer n, T* a, Integer lda, Integer* ipiv, T* d, Integer* id, QuarnFloat* rcond) {
+  if (n < 0) {
+    return report.fail(1, 99999, " ** On entry, N .lt. 0: N =%16ld.", n);
+  }
+  if (lda < std::max<Integer>(1, n)) {
+    return report.fail(1, 99998, " ** On entry, LDA .lt. max(1,N):\n    LDA =%16ld, N =%16ld.", lda, n);
+  }
+  const OneBasedMatrix<T> view(a, lda);
+  const QuarnFloat norm = rcond == nullptr ? QuarnFloat() : one_norm(n, view);
+  factorise(n, a, lda, ipiv);
+  Scaled<T> product;
+  for (Integer j = 1; j <= n && !is_zero(product.mantissa); ++j) {
+    product.multiply(view(j, j));
+    if (ipiv[j - 1] != j) {
+      product.mantissa = -product.mantissa;
+    }
+  }
+  const bool zero = is_zero(product.mantissa);
+  *d = product.mantissa;
+  *id = zero ? 0 : Integer(product.exponent);
+  if (rcond != nullptr) {
+    *rcond = zero ? QuarnFloat() : reciprocal_condition(true, n, view, norm);
+  }
+  if (!zero && product.exponent < std::numeric_limits<Integer>::min()) {
+    *id = std::numeric_limits<Integer>::min();
+    return report.fail(3, 99996, " ** The value of the determinant is too small to be stored.");
+  }
+  if (!zero && product.exponent > std::numeric_limits<Integer>::max()) {
+    *id = std::numeric_limits<Integer>::max();
+    return report.fail(4, 99995, " ** The value of the determinant is too large to be stored.");
+  }
+  if (zero || (rcond != nullptr && *rcond < epsilon())) {
+    report.fail(2, 99997, " ** Matrix A is approximately singular.");
+  }
+}
+
+}  // namespace
+}  // namespace tesk
+
+extern "C" {
+
+void QuarnMPX_f03affn_(Integer n, QuarnFloat* a, Integer lda, Integer* ipiv, QuarnFloat* d, Integer* id,
+                       QuarnFloat* rcond, char* message_buffer, Integer* ifail, int /*buffer_length*/) {
+  tesk::Report report("F03AFF", message_buffer, ifail);
+  tesk::determinant(report, n, a, lda, ipiv, d, id, rcond);
+}
+
+void QuarnMPX_f03arfn_(Integer n, Complex* a, Integer lda, Integer* ipiv, Complex* d, Integer* id, QuarnFloat* rcond,
+                       char* message_buffer, Integer* ifail, int /*buffer_length*/) {
+  tesk::Report report("F03ARF", message_buffer, ifail);
+  tesk::determinant(report, n, a, lda, ipiv, d, id, rcond);
+}
+}
