@@ -221,6 +221,7 @@ void add_complex(py::module_& module);
 void add_kernels(py::module_& module);
 void add_least_squares(py::module_& module);
 void add_linear(py::module_& module);
+void add_structured(py::module_& module);
 void add_sparse(py::module_& module);
 void add_eigen(py::module_& module);
 void add_spectra(py::module_& module);

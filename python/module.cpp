@@ -61,6 +61,7 @@ an axis use them; results are the same for every number. Returns the former numb
   python::add_kernels(module);
   python::add_least_squares(module);
   python::add_linear(module);
+  python::add_structured(module);
   python::add_sparse(module);
   python::add_eigen(module);
   python::add_spectra(module);

@@ -59,5 +59,6 @@
 #include "tesk2mp/random.h"
 #include "tesk2mp/sparse.h"
 #include "tesk2mp/special.h"
+#include "tesk2mp/structured.h"
 #include "tesk2mp/transforms.h"
 #include "tesk2mp/util.h"

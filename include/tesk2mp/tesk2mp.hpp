@@ -37,6 +37,7 @@
 #include "tesk2mp/solver.hpp"
 #include "tesk2mp/sparse.hpp"
 #include "tesk2mp/special.hpp"
+#include "tesk2mp/structured.hpp"
 #include "tesk2mp/threads.hpp"
 #include "tesk2mp/transforms.hpp"
 #include "tesk2mp/util.hpp"

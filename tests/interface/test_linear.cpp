@@ -284,3 +284,31 @@ TEST_CASE_TEMPLATE("determinants beyond the numbers, condition numbers, scales",
   CHECK(definite.reciprocal_condition(4) == Real("0.25"));
   CHECK(definite.inverse() == Matrix<T>{{T(Real("0.25")), T(0)}, {T(0), T(1)}});
 }
+
+TEST_CASE_TEMPLATE("symmetric indefinite, band and tridiagonal systems", T, Real, Complex) {
+  using Numbers = std::vector<T>;
+  const Matrix<T> columns = {{T(6)}, {T(8)}};
+  const Matrix<T> indefinite = {{T(0), T(2)}, {T(2), T(0)}};
+  CHECK(solve_symmetric(indefinite, Numbers{T(6), T(8)}) == Numbers{T(4), T(3)});
+  CHECK(solve_symmetric(indefinite, columns, Triangle::upper, Symmetry::symmetric) == Matrix<T>{{T(4)}, {T(3)}});
+  CHECK_THROWS_AS((void)solve_symmetric(Matrix<T>(2, 2), columns), NumericalFailure);
+  CHECK_THROWS_AS((void)solve_symmetric(indefinite, Numbers{T(1)}), InvalidArgument);
+  CHECK_THROWS_AS((void)solve_symmetric(Matrix<T>(2, 3), columns), InvalidArgument);
+
+  const Matrix<T> diagonals = {{T(0), T(1)}, {T(2), T(3)}, {T(4), T(0)}};  // of (2 1; 4 3)
+  const BandLU<T> band(1, 1, diagonals);
+  CHECK(band.solve(Numbers{T(4), T(10)}) == Numbers{T(1), T(2)});
+  CHECK(band.solve(Numbers{T(10), T(7)}, Op::transpose) == Numbers{T(1), T(2)});
+  CHECK_THROWS_AS(BandLU<T>(1, 0, diagonals), InvalidArgument);
+  CHECK_THROWS_AS((void)solve_banded(0, 0, Matrix<T>(1, 2), columns), NumericalFailure);
+
+  const TridiagonalLU<T> tridiagonal({T(4)}, {T(2), T(3)}, {T(1)});
+  CHECK(tridiagonal.solve(Numbers{T(4), T(10)}) == Numbers{T(1), T(2)});
+  CHECK(tridiagonal.solve(Numbers{T(10), T(7)}, Op::conjugate_transpose) == Numbers{T(1), T(2)});
+  CHECK_THROWS_AS(TridiagonalLU<T>({}, {T(2), T(3)}, {T(1)}), InvalidArgument);
+  CHECK_THROWS_AS((void)solve_tridiagonal(Numbers{}, Numbers{T(0)}, Numbers{}, Numbers{T(1)}), NumericalFailure);
+  const std::vector<Real> positive = {4, 5};
+  CHECK(solve_definite_tridiagonal(positive, Numbers{T(2)}, Numbers{T(8), T(12)}) == Numbers{T(1), T(2)});
+  CHECK_THROWS_AS((void)solve_definite_tridiagonal(positive, Numbers{T(5)}, Numbers{T(8), T(12)}), NumericalFailure);
+  CHECK_THROWS_AS((void)solve_definite_tridiagonal(positive, Numbers{}, Numbers{T(8), T(12)}), InvalidArgument);
+}

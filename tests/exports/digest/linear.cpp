@@ -120,6 +120,70 @@ void determinants(Suite& suite, E... entries) {
   });
 }
 
+template <class T, class Factorise, class Solve>
+void indefinite(Suite& suite, Factorise factorise, Solve solve) {
+  suite.cases(3, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    const auto a = c.numbers<T>(std::int64_t(ld) * ld);
+    const auto b = c.numbers<T>(std::int64_t(2) * ld);
+    std::vector<Integer> rows(static_cast<std::size_t>(ld));
+    for (Integer i = 0; i < n; ++i) {
+      rows[std::size_t(i)] = i + 1;
+    }
+    for (const char* uplo : {"U", "l", "X"}) {
+      suite.run(factorise, uplo, n, a, ld, rows, Scratch<T>(1), Integer(1), Integer(-99), 1);
+      suite.run(solve, uplo, n, Integer(2), a, ld, rows, b, ld, Integer(-99), 1);
+    }
+  });
+}
+
+template <class T, class BandFactorise, class BandSolve, class Factorise, class Solve>
+void bands(Suite& suite, BandFactorise band_factorise, BandSolve band_solve, Factorise factorise, Solve solve) {
+  suite.cases(2, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    const Integer kl = c.below(3);
+    const Integer ku = c.below(3);
+    const Integer ldab = 2 * kl + ku + 1;
+    const auto ab = c.numbers<T>(std::int64_t(ldab) * ld);
+    const auto b = c.numbers<T>(std::int64_t(2) * ld);
+    const auto d = c.numbers<T>(ld);
+    std::vector<Integer> rows(static_cast<std::size_t>(ld));
+    for (Integer i = 0; i < n; ++i) {
+      rows[std::size_t(i)] = i + 1 + (i + 1 < n && kl > 0 ? c.below(2) : 0);
+    }
+    suite.run(band_factorise, n, n, kl, ku, ab, ldab, rows, Integer(-99));
+    suite.run(factorise, n, d, d, d, d, rows, Integer(-99));
+    for (const char* trans : {"N", "t", "C", "X"}) {
+      suite.run(band_solve, trans, n, kl, ku, Integer(2), ab, ldab, rows, b, ld, Integer(-99), 1);
+      suite.run(solve, trans, n, Integer(2), d, d, d, d, rows, b, ld, Integer(-99), 1);
+    }
+  });
+}
+
+template <class T, class Factorise>
+void definite_tridiagonals(Suite& suite, Factorise factorise) {
+  suite.cases(1, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    std::vector<QuarnFloat> d = c.numbers<QuarnFloat>(ld);
+    for (QuarnFloat& each : d) {
+      each = c.below(5) == 0 ? each : 4 * each * each;
+    }
+    const auto e = c.numbers<T>(ld);
+    const auto b = c.numbers<T>(std::int64_t(2) * ld);
+    suite.run(factorise, n, d, e, Integer(-99));
+    if constexpr (std::is_same_v<T, Complex>) {
+      for (const char* uplo : {"U", "l", "X"}) {
+        suite.run(ENTRY(QuarnMPX_zpttrs_), uplo, n, Integer(2), d, e, b, ld, Integer(-99), 1);
+      }
+    } else {
+      suite.run(ENTRY(QuarnMPX_dpttrs_), n, Integer(2), d, e, b, ld, Integer(-99));
+    }
+  });
+}
+
 }  // namespace
 
 void linear(Suite& suite) {
@@ -135,6 +199,15 @@ void linear(Suite& suite) {
                       ENTRY(QuarnMPX_dlatrs_), ENTRY(QuarnMPX_dgeequ_), ENTRY(QuarnMPX_dgeequb_));
   systems<Complex>(suite, ENTRY(QuarnMPX_zgecon_), ENTRY(QuarnMPX_zpocon_), ENTRY(QuarnMPX_zpotri_),
                    ENTRY(QuarnMPX_zlatrs_), ENTRY(QuarnMPX_zgeequ_), ENTRY(QuarnMPX_zgeequb_));
+  indefinite<QuarnFloat>(suite, ENTRY(QuarnMPX_dsytrf_), ENTRY(QuarnMPX_dsytrs_));
+  indefinite<Complex>(suite, ENTRY(QuarnMPX_zsytrf_), ENTRY(QuarnMPX_zsytrs_));
+  indefinite<Complex>(suite, ENTRY(QuarnMPX_zhetrf_), ENTRY(QuarnMPX_zhetrs_));
+  bands<QuarnFloat>(suite, ENTRY(QuarnMPX_dgbtrf_), ENTRY(QuarnMPX_dgbtrs_), ENTRY(QuarnMPX_dgttrf_),
+                    ENTRY(QuarnMPX_dgttrs_));
+  bands<Complex>(suite, ENTRY(QuarnMPX_zgbtrf_), ENTRY(QuarnMPX_zgbtrs_), ENTRY(QuarnMPX_zgttrf_),
+                 ENTRY(QuarnMPX_zgttrs_));
+  definite_tridiagonals<QuarnFloat>(suite, ENTRY(QuarnMPX_dpttrf_));
+  definite_tridiagonals<Complex>(suite, ENTRY(QuarnMPX_zpttrf_));
   determinants<QuarnFloat>(suite, ENTRY(QuarnMPX_f03affn_), ENTRY(QuarnMPX_f03aff_));
   determinants<Complex>(suite, ENTRY(QuarnMPX_f03arfn_), ENTRY(QuarnMPX_f03arf_));
 }
