@@ -241,8 +241,8 @@ TESK2MP_API void QuarnMPX_irfftn_(const char* norm, Integer ndim, const Integer*
 /// H. J. Nussbaumer, Fast Fourier Transform and Convolution Algorithms, Springer 1982: convolutions by transforms.
 ///
 /// @par Cost
-/// Three real transforms of some na + nb elements at as many digits as the exact sums have, where both sequences are
-/// longer than 48, else na nb products.
+/// Three real transforms of some na + nb elements at as many digits as the exact sums have, where their numbers span at
+/// most some 540 digits each, or na nb products where that is less.
 ///
 /// @par Accuracy
 /// The exact sums, rounded once.

@@ -66,7 +66,10 @@ TEST_CASE("convolutions round the exact sums once") {
     const int digits = shape.first;
     const int spread = shape.second;
     const support::Digits scope(digits);
-    for (const auto& lengths : {std::pair{1, 1}, {5, 3}, {60, 60}, {100, 51}, {49, 130}}) {
+    for (const auto& lengths : {std::pair{1, 1}, {5, 3}, {60, 60}, {100, 51}, {49, 130}, {640, 600}}) {
+      if (lengths.first == 640 && digits != 20 && digits != 200) {
+        continue;  // by spectra at any digits
+      }
       const Integer na = lengths.first;
       const Integer nb = lengths.second;
       CAPTURE(kSeed);
