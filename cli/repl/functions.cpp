@@ -105,4 +105,9 @@ const Function* find_function(const std::string& name) {
   return nullptr;
 }
 
+std::string usage(const Function& function) {
+  const std::string results = function.results;
+  return (results.empty() ? "" : results + " = ") + std::string(function.name) + "(" + function.arguments + ")";
+}
+
 }  // namespace cli::repl

@@ -56,6 +56,8 @@ struct FunctionGroup {
 std::span<const FunctionGroup> function_groups();
 /// Null when there is none of that name.
 const Function* find_function(const std::string& name);
+/// "L, U, P = lu(A)"
+std::string usage(const Function& function);
 
 // The groups, a file each.
 std::span<const Function> elementary_functions();

@@ -146,14 +146,19 @@ class Runs(unittest.TestCase):
             done = run("repl", "--eval", f'load "{file}"')
             self.assertEqual(done.returncode, 2)
             self.assertRegex(done.stderr, r"session\.quarn:\d+: a number, a name or a bracket is expected here")
+            # All of it or nothing.
+            with open(file, "w", encoding="utf-8") as session:
+                session.write("digits 50\nx = 7\ny = nothing\n")
+            shown = run("repl", "--keep-going", "--eval", "x = 1", "--eval", f'load "{file}"', "--eval", "x", "--eval", "digits")
+            self.assertEqual((shown.returncode, shown.stdout), (1, "x = 1\nx = 7\nx = 1\n20\n"))
 
     def test_calc_inv_and_det(self):
         self.assertEqual(run_well("calc", "30! / 28!"), "870\n")
         self.assertEqual(run_well("calc", "[1 2]'"), "  1\n  2\n")
         self.assertEqual(run_well("calc", "1/3", "--digits", "5"), "0.33333\n")
-        done = run("calc", "1 + sqr(2)")
+        done = run("calc", "1 + sqrtt(2)")
         self.assertEqual((done.returncode, done.stderr.splitlines()[-1]),
-                         (2, "quarn: there is no variable and no function 'sqr'; did you mean 'sqrt'?"))
+                         (2, "quarn: there is no variable and no function 'sqrtt'; did you mean 'sqrt'?"))
         self.assertEqual(run_well("det", "-", "--format", "csv", stdin="2 0\n1 3\n"), "determinant\n6\n")
         self.assertEqual(run_well("inv", "-", "--format", "csv", stdin="2 0\n0 4\n").splitlines()[1:], ["0.5,0", "0,0.25"])
         self.assertEqual(run("inv", "-", stdin="1 2\n2 4\n").returncode, 1)
