@@ -17,6 +17,9 @@ constexpr std::array<Topic, 5> kTopics = {{
     the columns. Numbers may stand as text.
 MATRIX is such a table, a row of the matrix a line, or a Matrix Market file, coordinate
 or array. Complex numbers are written 1.5-2i, or in columns named real and imaginary.
+A first column of numbers or dates (2024-03-31, 31.03.2024, with or without a time) that
+are evenly spaced gives the unit of an axis. Files compressed by gzip are read as well.
+--skip, --decimal and --missing say what a table leaves open.
 Numbers are decimal text. They are rounded once, to the working digits.)"},
     {"output", "Output",
      R"(Results go to standard output, or to the file that --output names. A file's name that
@@ -27,7 +30,8 @@ ends in .csv, .json or .mtx says the format where --format does not.
   mtx   of matrices: a Matrix Market file with every digit
 What one command writes as csv, json or mtx the others read; entries of a sparse matrix
 (columns row, column, value) as mtx alone.
---plot draws a picture as well, by gnuplot; its name ends in .svg or .png.)"},
+--plot draws a picture as well, by gnuplot; its name ends in .svg, .png or .pdf. --plot - draws
+with characters, below the result.)"},
     {"digits", "Digits",
      R"(--digits D sets the working precision, 1 to 1000000 decimal digits, 20 without it. Every
 operation is rounded to D digits, so that results lose some: work with more digits than

@@ -41,6 +41,11 @@ void add_table_options(Command& command, TableOptions& options) {
                  "cells that are empty, NA, NaN or null: error (default), drop or interpolate");
 }
 
+void add_matrix_options(Command& command, TableOptions& options) {
+  add_table_options(command, options);
+  command.flag("--mirror", options.mirror, "take a symmetric Matrix Market file that stores the upper triangle");
+}
+
 void add_output_file_option(Command& command, std::string& file) {
   command.text("--output", "FILE", file, "write the result to this file; - is standard output (default)");
 }
@@ -75,21 +80,32 @@ void add_output_options(Command& command, OutputOptions& options, Forms forms) {
 }
 
 void add_plot_option(Command& command, OutputOptions& options) {
-  Option plot{"--plot", "FILE", "draw a picture as well (.svg or .png; needs gnuplot)"};
+  Option plot{"--plot", "FILE", "draw a picture as well (.svg, .png or .pdf; needs gnuplot), or with - by characters"};
   plot.take = [&options](const std::vector<std::string>& values) {
     options.picture = values.front();
     if (!is_picture_name(options.picture)) {
-      throw bad_input("--plot: the file name must end in .svg or .png: '" + options.picture + "'");
+      throw bad_input("--plot: the file name must end in .svg, .png or .pdf, or be -: '" + options.picture + "'");
     }
   };
   command.add(std::move(plot));
 }
 
 void deliver(const Result& result, const OutputOptions& options) {
-  if (!options.picture.empty()) {
+  const bool drawn_below = options.picture == kTextPlot;
+  if (!options.picture.empty() && !drawn_below) {
     result.picture(options.picture);  // first, since a run that fails writes no result
   }
+  const bool on_terminal = options.file.empty() || options.file == "-";
+  if (drawn_below && on_terminal && options.format != Format::text) {
+    throw bad_input("--plot -: a plot would stand in the result; --output FILE puts that elsewhere");
+  }
   write_output(render(result, options.format), options.file);
+  if (drawn_below) {
+    if (on_terminal) {
+      write_output("\n", "");
+    }
+    result.picture(options.picture);
+  }
 }
 
 }  // namespace cli

@@ -18,6 +18,8 @@ struct OutputOptions {
 
 /// --decimal, --skip and --missing of a table.
 void add_table_options(Command& command, TableOptions& options);
+/// The same, and --mirror of a matrix.
+void add_matrix_options(Command& command, TableOptions& options);
 
 /// --output alone
 void add_output_file_option(Command& command, std::string& file);

@@ -8,11 +8,12 @@
 
 namespace cli {
 
-/// How to read a table, where its text leaves that open.
+/// How to read a table or a matrix, where its text leaves that open.
 struct TableOptions {
   std::string decimal;            // "point" or "comma"; empty: as the numbers look
   Integer skip = 0;               // lines at the top
   std::string missing = "error";  // "drop" or "interpolate": cells without a number
+  bool mirror = false;            // a symmetric Matrix Market file may hold its upper triangle
 };
 
 /// Whether a cell says that there is no number: nothing, NA, N/A, NaN, null, none, -, --.

@@ -14,6 +14,8 @@
 #include "cli/io/matrix_input.h"
 #include "cli/io/replacement.h"
 #include "cli/io/result.h"
+#include "cli/plot/points.h"
+#include "cli/plot/text_plot.h"
 #include "cli/system/process.h"
 #include "tesk2mp/util.hpp"
 
@@ -31,6 +33,7 @@ constexpr const char* kLabelColor = "#c0392b";
 constexpr const char* kTextColor = "#333333";
 
 bool is_png(const std::string& file) { return file.ends_with(".png"); }
+bool is_pdf(const std::string& file) { return file.ends_with(".pdf"); }
 
 // A string for gnuplot, whose quoted strings would run what stands between backquotes: all but plain characters is
 // written as an octal escape. A digit after one would count as part of it and starts a string of its own.
@@ -53,7 +56,8 @@ std::string quoted(const std::string& text) {
 }
 
 // The title of a picture so many pixels wide, in as many lines as it needs.
-std::string title_of(const std::string& text, int width) {
+std::string title_of(const std::string& given, int width) {
+  const std::string text = with_short_names(given);
   constexpr int kMargins = 120;
   constexpr int kLetter = 10;
   const auto most = std::size_t((width - kMargins) / kLetter);
@@ -77,20 +81,19 @@ std::string title_of(const std::string& text, int width) {
 // gnuplot takes a name that starts with | for a command.
 std::string safe_name(const std::string& file) { return file.starts_with("/") ? file : "./" + file; }
 
-// A picture shows some four digits: here doubles are enough, and what is a rounding error beside the largest number
-// counts as zero, so that no axis stretches below zero for its sake.
-std::string coordinate(const QuarnFloat& value, double largest = 0) {
-  constexpr double kInvisible = 1e-12;
-  double number = FloatToDouble(value);
-  if (!std::isfinite(number)) {
-    throw bad_output("cannot draw numbers beyond the range of a double");
-  }
-  if (std::fabs(number) < largest * kInvisible) {
-    number = 0;
-  }
+std::string text_of(double number) {
   char text[32];
   std::snprintf(text, sizeof text, "%.9g", number);
   return text;
+}
+
+std::string coordinate(const QuarnFloat& value) { return text_of(drawn(value)); }
+
+// The lines of a block of data.
+void add_points(std::string& script, const Points& points) {
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    script += text_of(points.x[i]) + " " + text_of(points.y[i]) + "\n";
+  }
 }
 
 // How the points are drawn, one way above the other.
@@ -153,18 +156,41 @@ std::string axes_of(const Panel& panel) {
          "set xtics " + (whole ? "1" : "autofreq") + "\n";
 }
 
+// The labels without those that would cover one before.
+std::vector<Label> clear_labels(const Panel& panel) {
+  constexpr double kWide = 0.12;
+  constexpr double kHigh = 0.08;
+  std::vector<Label> clear;
+  if (panel.labels.empty()) {
+    return clear;
+  }
+  const auto width = [](const std::vector<QuarnFloat>& values) {
+    const auto [least, most] = std::minmax_element(values.begin(), values.end());
+    return *most - *least;
+  };
+  const QuarnFloat x_near = kWide * width(panel.curve.x);
+  const QuarnFloat y_near = kHigh * width(panel.curve.y);
+  for (const Label& label : panel.labels) {
+    const auto covers = [&](const Label& other) {
+      return fabs(label.x - other.x) < x_near && fabs(label.y - other.y) < y_near;
+    };
+    if (std::none_of(clear.begin(), clear.end(), covers)) {
+      clear.push_back(label);
+    }
+  }
+  return clear;
+}
+
 void add_panel(std::string& script, const Panel& panel) {
   script += title_of(panel.title, kWidth);
   script +=
       "set xlabel " + quoted(panel.x_title) + " noenhanced\nset ylabel " + quoted(panel.y_title) + " noenhanced\n";
   script += "$curve << EOD\n";
-  const double largest = FloatToDouble(largest_magnitude(panel.curve.y));
-  for (std::size_t i = 0; i < panel.curve.x.size(); ++i) {
-    script += coordinate(panel.curve.x[i]) + " " + coordinate(panel.curve.y[i], largest) + "\n";
-  }
+  add_points(script,
+             points_of(panel.curve.x, panel.curve.y, panel.style != Panel::Style::points, kWidth, kPanelHeight));
   script += "EOD\n";
   script += axes_of(panel) + "unset label\n";
-  for (const Label& label : panel.labels) {
+  for (const Label& label : clear_labels(panel)) {
     // Text beside its point, on the side where the diagram has room.
     const bool to_the_left = panel.curve.x.back() * 3 < label.x * 4;
     script += "set label " + quoted(label.text) + " at " + coordinate(label.x) + "," + coordinate(label.y) +
@@ -184,8 +210,16 @@ void add_panel(std::string& script, const Panel& panel) {
 // What every picture starts with.
 std::string picture_of(const std::string& file, int width, int height) {
   std::string script = "set encoding utf8\n";
-  script += std::string("set terminal ") + (is_png(file) ? "pngcairo" : "svg") + " size " + std::to_string(width) +
-            "," + std::to_string(height) + " noenhanced font 'DejaVu Sans,11' background '#ffffff'\n";
+  // Inches for PDF, whose dots are points of type.
+  constexpr double kDots = 72;
+  char size[64];
+  std::snprintf(size, sizeof size, is_pdf(file) ? "%gin,%gin" : "%g,%g", is_pdf(file) ? width / kDots : width,
+                is_pdf(file) ? height / kDots : height);
+  script += std::string("set terminal ") +
+            (is_png(file)   ? "pngcairo"
+             : is_pdf(file) ? "pdfcairo"
+                            : "svg") +
+            " size " + size + " noenhanced font 'DejaVu Sans,11' background '#ffffff'\n";
   script += std::string("set border 3 linecolor rgb '#888888'\nset tics nomirror textcolor '") + kTextColor + "'\n";
   return script;
 }
@@ -234,7 +268,24 @@ Tiles tiles_of(const Spy& spy) {
 
 }  // namespace
 
-bool is_picture_name(const std::string& file) { return is_png(file) || file.ends_with(".svg"); }
+std::string with_short_names(const std::string& title) {
+  std::string text;
+  for (std::size_t at = 0; at < title.size();) {
+    const std::size_t end = std::min(title.find(' ', at), title.size());
+    const std::string word = title.substr(at, end - at);
+    const std::size_t folder = word.find_last_of("/\\");
+    const std::string name = word.substr(0, word.find_last_not_of(",:;") + 1);
+    std::error_code error;
+    const bool is_file = folder != std::string::npos && std::filesystem::is_regular_file(name, error);
+    text += (is_file ? word.substr(folder + 1) : word) + (end < title.size() ? " " : "");
+    at = end + 1;
+  }
+  return text;
+}
+
+bool is_picture_name(const std::string& file) {
+  return is_png(file) || is_pdf(file) || file.ends_with(".svg") || file == kTextPlot;
+}
 
 Panel panel_of_elements(const std::string& title, const std::string& y_title, const std::vector<QuarnFloat>& values) {
   Panel panel{title, "index", y_title, {{}, values}, {}, Panel::Style::stems};
@@ -266,6 +317,9 @@ HeatMap map_of_magnitudes(const std::string& title, const DenseMatrix& matrix) {
 }
 
 void draw(const std::vector<Panel>& panels, const std::string& file) {
+  if (file == kTextPlot) {
+    return print(panels);
+  }
   std::string script = picture_of(file, kWidth, kPanelHeight * int(panels.size()));
   script += "set grid linecolor rgb '#dddddd' linetype 1\n";
   script += "set lmargin 14\nset rmargin 4\n";
@@ -277,6 +331,9 @@ void draw(const std::vector<Panel>& panels, const std::string& file) {
 }
 
 void draw(const Chart& chart, const std::string& file) {
+  if (file == kTextPlot) {
+    return print(chart);
+  }
   std::string script = picture_of(file, kWidth, kChartHeight);
   script += "set grid linecolor rgb '#dddddd' linetype 1\n";
   script += title_of(chart.title, kWidth);
@@ -288,9 +345,7 @@ void draw(const Chart& chart, const std::string& file) {
     const Chart::Series& series = chart.series[i];
     const std::string name = "$series" + std::to_string(i);
     script += name + " << EOD\n";
-    for (std::size_t k = 0; k < series.x.size(); ++k) {
-      script += coordinate(series.x[k]) + " " + coordinate(series.exponent[k]) + "\n";
-    }
+    add_points(script, points_of(series.x, series.exponent, true, kWidth, kChartHeight));
     script += "EOD\n";
     plots += (i == 0 ? "plot " : ", ") + name + " using 1:2 with lines linewidth 1.6 linecolor rgb '" +
              kSeriesColors[i % std::size(kSeriesColors)] + "' title " + quoted(series.name);
@@ -299,6 +354,9 @@ void draw(const Chart& chart, const std::string& file) {
 }
 
 void draw(const Spy& spy, const std::string& file) {
+  if (file == kTextPlot) {
+    return print(spy);
+  }
   std::string script = picture_of(file, kSpySize, kSpySize);
   const Tiles tiles = tiles_of(spy);
   script += title_of(spy.title, kSpySize);
@@ -330,6 +388,9 @@ void draw(const Spy& spy, const std::string& file) {
 }
 
 void draw(const HeatMap& map, const std::string& file) {
+  if (file == kTextPlot) {
+    return print(map);
+  }
   constexpr Integer kMostTiles = 512;  // along a side
   const Integer side = (std::max(map.rows.count, map.columns.count) - 1) / kMostTiles + 1;
   const Integer tile_rows = (map.rows.count - 1) / side + 1;
@@ -341,7 +402,7 @@ void draw(const HeatMap& map, const std::string& file) {
     const auto column = Integer(k / std::size_t(map.rows.count)) / side;
     double& tile = tiles[std::size_t(row) * std::size_t(tile_columns) + std::size_t(column)];
     if (!map.logarithmic || map.values[k] != 0) {
-      tile = std::max(tile, std::atof(coordinate(map.logarithmic ? log10(map.values[k]) : map.values[k]).c_str()));
+      tile = std::max(tile, drawn(map.logarithmic ? log10(map.values[k]) : map.values[k]));
     }
   }
   const auto range = [side](const HeatMap::Axis& axis, Integer tile_count) {
@@ -390,21 +451,27 @@ void draw(const HeatMap& map, const std::string& file) {
     script += "\n";
   }
   script += "EOD\n";
-  std::snprintf(text, sizeof text, "plot $tiles matrix using (%.1f+%ld*$1):(%.1f+%ld*$2):3 with image\n",
-                left + 0.5 * double(side), long(side), top + 0.5 * double(side), long(side));
+  // Readers of SVG and PDF smooth images; rectangles stay sharp, where they are not too many.
+  constexpr std::size_t kMostRectangles = 16384;
+  const bool rectangles = is_png(file) || tiles.size() <= kMostRectangles;
+  std::snprintf(text, sizeof text, "plot $tiles matrix using (%.1f+%ld*$1):(%.1f+%ld*$2):3 with image%s\n",
+                left + 0.5 * double(side), long(side), top + 0.5 * double(side), long(side),
+                rectangles ? " pixels" : "");
   run_gnuplot(script + text, file);
 }
 
 void draw(const ComplexPlane& plane, const std::string& file) {
+  if (file == kTextPlot) {
+    return print(plane);
+  }
   // One square around all points and the origin, with air at its edges.
   double largest = 0;
-  std::string points;
-  for (const Complex& z : plane.points) {
-    const std::string x = coordinate(z.re);
-    const std::string y = coordinate(z.im);
-    points.append(x).append(" ").append(y).append("\n");
-    largest = std::max({largest, std::fabs(std::atof(x.c_str())), std::fabs(std::atof(y.c_str()))});
+  const Points shown = points_of(real_parts(plane.points), imaginary_parts(plane.points), false, kSpySize, kSpySize);
+  for (std::size_t i = 0; i < shown.size(); ++i) {
+    largest = std::max({largest, std::fabs(shown.x[i]), std::fabs(shown.y[i])});
   }
+  std::string points;
+  add_points(points, shown);
   char edge[32];
   std::snprintf(edge, sizeof edge, "%.6g", largest > 0 ? 1.15 * largest : 1.0);
   const std::string range = std::string("[-") + edge + ":" + edge + "] noextend\n";

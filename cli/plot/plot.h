@@ -1,4 +1,4 @@
-// Pictures, drawn by gnuplot.
+// Pictures, drawn by gnuplot, or by characters.
 #pragma once
 
 #include <string>
@@ -90,11 +90,17 @@ struct ComplexPlane {
   std::vector<Complex> points;
 };
 
-/// Whether the name ends in .svg or .png.
+/// The name of no file: the picture is printed on standard output, by characters.
+inline constexpr const char* kTextPlot = "-";
+
+/// A title in which files that exist are named without their folders.
+std::string with_short_names(const std::string& title);
+
+/// Whether the name ends in .svg, .png or .pdf, or is that of a plot of characters.
 bool is_picture_name(const std::string& file);
 
-/// Draws the panels one below the other. Throws Failure when there is no gnuplot, when it fails, or when a number is
-/// too large to be drawn.
+/// Draws the panels one below the other; of many points those that can be seen. Throws Failure when there is no
+/// gnuplot, when it fails, or when a number is too large to be drawn.
 void draw(const std::vector<Panel>& panels, const std::string& file);
 
 void draw(const Chart& chart, const std::string& file);

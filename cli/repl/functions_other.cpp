@@ -180,7 +180,7 @@ Values plot(State& /*state*/, const Arguments& arguments) {
   const std::size_t last = arguments.count() - 1;
   const std::string& file = arguments.text(last);
   if (!is_picture_name(file)) {
-    throw Unfit("a name that ends in .svg or .png is needed here", int(last));
+    throw Unfit("a name that ends in .svg, .png or .pdf, or \"-\", is needed here", int(last));
   }
   if (last == 2) {
     const std::vector<QuarnFloat> x = arguments.reals(0);

@@ -22,7 +22,9 @@ BAD_OPTIONS = [
     (["fft", "-", "--digits"], "--digits: 1 required D missing" + SEE_FFT),
     (["fft", "-", "--format", "xml"], "--format: 'xml' is not text, csv or json" + SEE_FFT),
     (["fft", "-", "--format", "0"], "--format: '0' is not text, csv or json" + SEE_FFT),
-    (["fft", "-", "--plot", "s.pdf"], "--plot: the file name must end in .svg or .png: 's.pdf'\n"),
+    (["fft", "-", "--plot", "s.eps"], "--plot: the file name must end in .svg, .png or .pdf, or be -: 's.eps'\n"),
+    (["fft", "-", "--plot", "-", "--format", "csv"],
+     "--plot -: a plot would stand in the result; --output FILE puts that elsewhere\n"),
 ]
 
 BAD_DIGITS = ["0", "-1", "1000001", "99999999999", "20.5", "many", ""]

@@ -247,6 +247,33 @@ class Pictures(unittest.TestCase):
         self.assertIn("imaginary part", self.words("s.svg"))
         self.assertIn("2 by 2", self.words("t.svg"))
 
+    def test_large_pictures_are_small(self):
+        for command in ("fft", "sort", "rank"):
+            run_well(command, "-", "--output", self.file("r.txt"), "--plot", self.file("l.svg"),
+                     stdin="".join(f"{k * k % 977}\n" for k in range(30000)))
+            self.assertLess(os.path.getsize(self.file("l.svg")), 800_000)
+
+    def test_titles_have_no_folders(self):
+        text = run_well("sort", SUNSPOTS, "--output", self.file("r.txt"), "--plot", "-")
+        self.assertIn("in sunspots.csv, ascending", text)
+        with open(self.file("r.txt"), encoding="utf-8") as file:
+            self.assertIn(SUNSPOTS, file.read())
+
+    def test_pdf(self):
+        run_well("fft", SUNSPOTS, "--plot", self.file("s.pdf"))
+        with open(self.file("s.pdf"), "rb") as file:
+            self.assertEqual(file.read(5), b"%PDF-")
+
+    def test_plots_of_characters(self):
+        shown = run_well("fft", SUNSPOTS, "--plot", "-", env={**os.environ, "LC_ALL": "C"})
+        for words in ("The 289 values of 'sunspots'", "year", "1988", "11.12 year at", "*"):
+            self.assertIn(words, shown)
+        self.assertTrue(shown.isascii())
+        self.assertLess(shown.index("magnitude\n"), shown.index("The 289 values"))
+        run_well("fft", "-", "--output", self.file("r.csv"), "--plot", "-", stdin=FOUR)
+        dots = run_well("sparse", "-", "--plot", "-", stdin="1 0\n0 1\n", env={**os.environ, "LC_ALL": "C.UTF-8"})
+        self.assertIn("\u2588", dots)
+
     def test_names_are_never_commands(self):
         name = "'`touch hit`' $(touch hit) @hit \\"
         text = f'"{name}"\n' + FOUR
