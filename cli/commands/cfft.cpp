@@ -8,6 +8,7 @@
 #include "cli/commands/failure.h"
 #include "cli/commands/options.h"
 #include "cli/commands/ranking.h"
+#include "cli/io/input.h"
 #include "cli/io/matrix_input.h"
 #include "cli/io/matrix_output.h"
 #include "cli/plot/plot.h"
@@ -51,9 +52,10 @@ std::vector<Integer> parse_shape(const std::string& text) {
   return extents;
 }
 
-Array read_array(const CfftOptions& options) {
-  const DenseMatrix given =
-      options.column.empty() ? read_dense_matrix(options.input) : read_vector(options.input, options.column);
+Array array_of(const CfftOptions& options, const std::string& text) {
+  const std::string source = name_of_input(options.input);
+  const DenseMatrix given = options.column.empty() ? dense_matrix_of(text, source, options.table)
+                                                   : vector_of(text, source, options.column, options.table);
   Array array{given.source, {given.rows()}, elements_of<Complex>(given)};
   if (array.values.size() > std::size_t(std::numeric_limits<Integer>::max())) {
     throw bad_input("more values than a 32-bit count can hold");
@@ -186,8 +188,8 @@ void draw_picture(const CfftOptions& options, const Array& array, const std::str
 
 }  // namespace
 
-void run_cfft(const CfftOptions& options) {
-  Array array = read_array(options);
+void run_cfft(const CfftOptions& options, const std::string& text) {
+  Array array = array_of(options, text);
   if (!options.output.picture.empty() && long_dimensions(array) > 2) {
     throw bad_input("--plot: an array of " + array.shape() + " has more than two dimensions");
   }
@@ -245,6 +247,7 @@ void declare(Command& command) {
   auto options = std::make_shared<CfftOptions>();
   command.argument("FILE", options->input, "the data; - is standard input");
   command.text("--column", "NAME", options->column, "name or number of the one column to take");
+  add_matrix_options(command, options->table);
   command.text("--shape", "SHAPE", options->shape, "the extents of the array, such as 4x6x5");
   command.number("--dim", "L", options->dimension, std::numeric_limits<Integer>::min(),
                  std::numeric_limits<Integer>::max(), "the one dimension to transform, from 1");
@@ -254,7 +257,7 @@ void declare(Command& command) {
   command.add_digits();
   add_output_options(command, options->output, Forms::matrix);
   add_plot_option(command, options->output);
-  command.work = [options] { run_cfft(*options); };
+  command.work = [options] { run_cfft(*options, read_input(options->input)); };
 }
 
 const Registered kCommand(20, "cfft", "Fourier transform of complex numbers, in any number of dimensions", kFooter,

@@ -14,9 +14,11 @@ struct CfftOptions {
   Integer dimension = 0;  // 0: all
   bool backward = false;
   bool classic = false;
+  TableOptions table;
   OutputOptions output;
 };
 
-void run_cfft(const CfftOptions& options);
+/// Of what the text of the input says.
+void run_cfft(const CfftOptions& options, const std::string& text);
 
 }  // namespace cli

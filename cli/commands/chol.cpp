@@ -12,6 +12,7 @@ namespace {
 
 struct CholOptions {
   std::string matrix;
+  TableOptions table;
   bool upper = false;
   OutputOptions output;
 };
@@ -34,7 +35,7 @@ void require_hermitian(const tesk2mp::Matrix<T>& a, const std::string& source) {
 }
 
 void run_chol(const CholOptions& options) {
-  const DenseMatrix given = read_operand(options.matrix, true);
+  const DenseMatrix given = read_operand(options.matrix, options.table, true);
   std::visit([&](const auto& a) { require_hermitian(a, given.source); }, given.elements);
   const auto triangle = options.upper ? tesk2mp::Triangle::upper : tesk2mp::Triangle::lower;
   constexpr double kOneTriangle = 0.5;
@@ -70,6 +71,7 @@ Examples:
 void declare(Command& command) {
   auto options = std::make_shared<CholOptions>();
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
+  add_matrix_options(command, options->table);
   command.flag("--upper", options->upper, "write U of A = U^H U");
   command.add_digits();
   add_output_options(command, options->output, Forms::matrix);

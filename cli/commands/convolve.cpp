@@ -1,8 +1,11 @@
-// quarn convolve: convolution and correlation of two real sequences.
+// quarn convolve: convolution and correlation of two sequences.
 #include <algorithm>
+#include <type_traits>
+#include <utility>
 
 #include "cli/commands/options.h"
-#include "cli/io/sequence.h"
+#include "cli/io/matrix_input.h"
+#include "cli/io/number_table.h"
 #include "cli/plot/plot.h"
 #include "cli/system/memory.h"
 #include "cli/system/progress.h"
@@ -18,28 +21,31 @@ struct ConvolveOptions {
   std::string second;
   std::string column;
   std::string second_column;
+  TableOptions table;
   std::string mode = "full";
   bool correlate = false;
   OutputOptions output;
 };
 
-using Numbers = std::vector<QuarnFloat>;
-
-Numbers result_of(const ConvolveOptions& options, const Numbers& a, const Numbers& b) {
+template <class T>
+std::vector<T> result_of(const ConvolveOptions& options, const std::vector<T>& a, const std::vector<T>& b) {
   using tesk2mp::Results;
   if (options.mode == "circular") {
     if (!options.correlate) {
       return tesk2mp::circular_convolve(a, b);
     }
-    // b at the places 0, n - 1, n - 2, ...
-    Numbers turned(b.rbegin(), b.rend());
+    // The conjugates of b at the places 0, n - 1, n - 2, ...
+    std::vector<T> turned(b.rbegin(), b.rend());
+    if constexpr (std::is_same_v<T, Complex>) {
+      std::transform(turned.begin(), turned.end(), turned.begin(), [](const Complex& z) { return conj(z); });
+    }
     std::rotate(turned.begin(), turned.end() - 1, turned.end());
     return tesk2mp::circular_convolve(a, turned);
   }
   const Results results = options.mode == "same"    ? Results::same
                           : options.mode == "valid" ? Results::valid
                                                     : Results::full;
-  return (options.correlate ? tesk2mp::correlate<QuarnFloat> : tesk2mp::convolve<QuarnFloat>)(a, b, results);
+  return (options.correlate ? tesk2mp::correlate<T> : tesk2mp::convolve<T>)(a, b, results);
 }
 
 // The k of the first result: of a correlation, how far b is moved.
@@ -49,54 +55,95 @@ std::int64_t first_index(const ConvolveOptions& options, std::size_t na, std::si
   return skipped - (options.correlate && options.mode != "circular" ? std::int64_t(nb) - 1 : 0);
 }
 
-void run_convolve(const ConvolveOptions& options) {
-  const NumberTable first = NumberTable::read(options.first);
-  const NumberTable second = options.second == options.first ? first : NumberTable::read(options.second);
-  const Numbers a = first.numbers(first.choose(options.column));
-  const Numbers b = second.numbers(second.choose(options.second_column));
-  const std::string counted = std::to_string(a.size()) + " and " + std::to_string(b.size()) + " values";
-  require_memory(6 * double(a.size() + b.size()), "a convolution of " + counted);
-  Numbers z;
+std::string title_of(const ConvolveOptions& options) {
+  const bool circular = options.mode == "circular";
+  return options.correlate ? circular ? "Circular correlation" : "Correlation"
+         : circular        ? "Circular convolution"
+                           : "Convolution";
+}
+
+// The result with an index for each number.
+template <class T>
+void convolve(const ConvolveOptions& options, const std::vector<T>& a, const std::vector<T>& b,
+              const std::string& sources) {
+  constexpr bool kComplex = std::is_same_v<T, Complex>;
+  const std::string counted =
+      std::to_string(a.size()) + " and " + std::to_string(b.size()) + (kComplex ? " complex values" : " values");
+  const char* const routine = kComplex ? "QuarnMPX_zconvolve_" : "QuarnMPX_convolve_";
+  require_memory((kComplex ? 24 : 6) * double(a.size() + b.size()), "a convolution of " + counted);
+  std::vector<T> z;
   {
-    const Progress progress = Progress::estimated("convolve", 6 * transform_cost(double(a.size() + b.size())));
+    const Progress progress =
+        Progress::estimated("convolve", (kComplex ? 24 : 6) * transform_cost(double(a.size() + b.size())));
     z = result_of(options, a, b);
   }
-  const std::string title = std::string(options.mode == "circular" ? "Circular " : "") +
-                            (options.correlate            ? options.mode == "circular" ? "correlation" : "Correlation"
-                             : options.mode == "circular" ? "convolution"
-                                                          : "Convolution") +
-                            " of " + counted;
+  const std::string title = title_of(options) + " of " + counted;
   const std::int64_t start = first_index(options, a.size(), b.size());
 
   Result result;
-  result.notes = {title + " in " + first.source() + (options.second == options.first ? "" : " and " + second.source()),
-                  precision_note("QuarnMPX_convolve_", false),
-                  options.correlate ? "z_k = sum_i a_(k+i) b_i, exact and rounded once"
-                                    : "z_k = sum_i a_i b_(k-i), exact and rounded once"};
+  result.notes = {title + " in " + sources, precision_note(routine, false),
+                  std::string(!options.correlate ? "z_k = sum_i a_i b_(k-i)"
+                              : kComplex         ? "z_k = sum_i a_(k+i) conj(b_i)"
+                                                 : "z_k = sum_i a_(k+i) b_i") +
+                      ", exact and rounded once"};
   result.facts = {{"first", options.first},
                   {"second", options.second},
-                  {"routine", "QuarnMPX_convolve_"},
+                  {"routine", routine},
                   {"digits", std::to_string(QuarnDigits()), true},
                   {"mode", options.mode}};
-  result.data = {{"k", {}, true}, {"value", exact_cells(z)}};
+  const std::vector<Complex> values(z.begin(), z.end());
+  ResultColumn index{"k", {}, true};
   for (std::size_t i = 0; i < z.size(); ++i) {
-    result.data[0].cells.push_back(std::to_string(start + std::int64_t(i)));
+    index.cells.push_back(std::to_string(start + std::int64_t(i)));
   }
-  result.table = result.data;
-  result.table[1] = aligned_column("value", z, largest_magnitude(z));
+  result.data = {index};
+  result.table = {index};
+  const std::vector<std::pair<const char*, std::vector<QuarnFloat>>> parts =
+      kComplex ? std::vector<std::pair<const char*, std::vector<QuarnFloat>>>{{"real", real_parts(values)},
+                                                                              {"imaginary", imaginary_parts(values)}}
+               : std::vector<std::pair<const char*, std::vector<QuarnFloat>>>{{"value", real_parts(values)}};
+  for (const auto& [name, part] : parts) {
+    result.data.push_back({name, exact_cells(part)});
+    result.table.push_back(aligned_column(name, part, largest_magnitude(part)));
+  }
   result.picture = [&](const std::string& file) {
-    Panel panel{title, "k", "result", {{}, z}, {}, Panel::Style::line};
-    for (std::size_t i = 0; i < z.size(); ++i) {
-      panel.curve.x.emplace_back(start + std::int64_t(i));
+    std::vector<Panel> panels;
+    for (const auto& [name, part] : parts) {
+      Panel panel{title, "k", kComplex ? std::string(name) + " part" : "result", {{}, part}, {}, Panel::Style::line};
+      for (std::size_t i = 0; i < part.size(); ++i) {
+        panel.curve.x.emplace_back(start + std::int64_t(i));
+      }
+      panels.push_back(std::move(panel));
     }
-    draw({panel}, file);
+    draw(panels, file);
   };
   deliver(result, options.output);
 }
 
+std::string described(const NumberTable& table, const std::string& column) {
+  const bool parts = column.empty() && table.find("real") != nullptr && table.find("imaginary") != nullptr;
+  return table.source() + (table.columns().size() == 1 || parts ? "" : table.described(table.choose(column)));
+}
+
+void run_convolve(const ConvolveOptions& options) {
+  const NumberTable first = NumberTable::read(options.first, options.table);
+  const NumberTable second = options.second == options.first ? first : NumberTable::read(options.second, options.table);
+  const DenseMatrix a = vector_from(first, options.column);
+  const DenseMatrix b = vector_from(second, options.second_column);
+  const std::string first_source = described(first, options.column);
+  const std::string second_source = described(second, options.second_column);
+  const std::string sources = first_source + (first_source == second_source ? "" : " and " + second_source);
+  if (a.complex() || b.complex()) {
+    convolve(options, elements_of<Complex>(a), elements_of<Complex>(b), sources);
+  } else {
+    convolve(options, elements_of<QuarnFloat>(a), elements_of<QuarnFloat>(b), sources);
+  }
+}
+
 constexpr const char* kFooter =
-    R"(A and B hold columns of numbers as for quarn fft, and may be the same file. Each result is the
-exact sum of products, rounded once: of integers it is exact where --digits suffices.
+    R"(A and B hold columns of numbers as for quarn fft, and may be the same file; columns real and
+imaginary, or cells such as 1-2i, are complex numbers. Each result is the exact sum of products,
+rounded once: of integers it is exact where --digits suffices.
 
 --mode full gives every k, same as many as the longer sequence has, valid those to which all of
 the shorter one contributes, circular the indices modulo the common length.
@@ -111,6 +158,7 @@ void declare(Command& command) {
   command.argument("B", options->second, "the second sequence");
   command.text("--column", "NAME", options->column, "the column of A (default: the last numeric one)");
   command.text("--column-b", "NAME", options->second_column, "the column of B (default: the last numeric one)");
+  add_table_options(command, options->table);
   command.choice("--mode", "MODE", options->mode, {"full", "same", "valid", "circular"},
                  "which results (default: full)");
   command.flag("--correlate", options->correlate, "correlation: sums of a_(k+i) b_i");

@@ -27,6 +27,7 @@ constexpr Pair kSine = {"QuarnMPX_dst_", "sine", tesk2mp::dst, tesk2mp::idst};
 struct DctOptions {
   std::string input;
   std::string column;
+  TableOptions table;
   Integer type = 2;
   std::string norm = "backward";
   bool inverse = false;
@@ -43,7 +44,7 @@ Panel panel_of(const std::string& title, const std::string& x_title, const std::
 }
 
 void run(const Pair& pair, const DctOptions& options) {
-  const NumberTable table = NumberTable::read(options.input);
+  const NumberTable table = NumberTable::read(options.input, options.table);
   const Sequence sequence = sequence_from(table, options.column);
   const std::vector<QuarnFloat>& x = sequence.values;
   const tesk2mp::Scaling scaling = options.norm == "ortho"     ? tesk2mp::Scaling::orthonormal
@@ -59,11 +60,12 @@ void run(const Pair& pair, const DctOptions& options) {
       std::string(options.inverse ? "Inverse " : "") +
       (options.inverse ? pair.adjective : std::string(1, char(pair.adjective[0] - 'a' + 'A')) + (pair.adjective + 1)) +
       " transform of type " + std::to_string(options.type);
-  const std::string counted =
-      std::to_string(x.size()) + " values" + (sequence.name.empty() ? "" : " of '" + sequence.name + "'");
+  const std::string count = std::to_string(x.size()) + " values";
+  const std::string counted = count + (sequence.name.empty() ? "" : " of '" + sequence.name + "'");
 
   Result result;
-  result.notes = {name + " of " + counted + " in " + table.source(), precision_note(pair.routine, false)};
+  result.notes = {name + " of " + count + sequence.described + " in " + table.source(),
+                  precision_note(pair.routine, false)};
   result.facts = {{"input", options.input},
                   {"routine", pair.routine},
                   {"digits", std::to_string(QuarnDigits()), true},
@@ -78,7 +80,7 @@ void run(const Pair& pair, const DctOptions& options) {
   result.table = result.data;
   result.table[1] = aligned_column("value", y, largest_magnitude(y));
   result.picture = [&](const std::string& file) {
-    draw({panel_of("The " + counted, sequence.unit, sequence.quantity(), sequence.start, sequence.step, x,
+    draw({panel_of("The " + counted, sequence.axis, sequence.quantity(), sequence.start, sequence.step, x,
                    Panel::Style::line),
           panel_of(name, "k", "result", 0, 1, y, Panel::Style::stems)},
          file);
@@ -122,6 +124,7 @@ void declare(Command& command, const Pair& pair) {
   auto options = std::make_shared<DctOptions>();
   command.argument("FILE", options->input, "the data; - is standard input");
   command.text("--column", "NAME", options->column, "name or number of the column (default: the last numeric one)");
+  add_table_options(command, options->table);
   command.number("--type", "T", options->type, 1, 4, "the type, 1 to 4 (default: 2)");
   command.choice("--norm", "NORM", options->norm, {"backward", "ortho", "forward"},
                  "what is divided by N (default: backward, the inverse)");

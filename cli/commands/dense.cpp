@@ -4,8 +4,8 @@
 
 namespace cli {
 
-DenseMatrix read_operand(const std::string& file, bool square) {
-  DenseMatrix matrix = read_dense_matrix(file);
+DenseMatrix read_operand(const std::string& file, const TableOptions& options, bool square) {
+  DenseMatrix matrix = read_dense_matrix(file, options);
   if (square && matrix.rows() != matrix.columns()) {
     throw bad_input(matrix.source + ": " + std::to_string(matrix.rows()) + " by " + std::to_string(matrix.columns()) +
                     ", but a square matrix is needed");

@@ -17,6 +17,7 @@ namespace {
 
 struct EigOptions {
   std::string matrix;
+  TableOptions table;
   bool vectors = false;
   bool condition = false;
   OutputOptions output;
@@ -88,7 +89,7 @@ QuarnFloat largest_residual(const tesk2mp::Matrix<QuarnFloat>& a, const Eigenval
 }
 
 void run_eig(const EigOptions& options) {
-  const DenseMatrix given = read_operand(options.matrix, true);
+  const DenseMatrix given = read_operand(options.matrix, options.table, true);
   if (given.complex()) {
     throw bad_input(given.source + ": complex, but eigenvalues are found of real matrices");
   }
@@ -153,6 +154,7 @@ Examples:
 void declare(Command& command) {
   auto options = std::make_shared<EigOptions>();
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
+  add_matrix_options(command, options->table);
   command.flag("--vectors", options->vectors, "eigenvectors as well");
   command.flag("--condition", options->condition, "how sensitive the eigenvalues are");
   command.add_digits();

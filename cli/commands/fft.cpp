@@ -3,11 +3,14 @@
 
 #include <algorithm>
 #include <limits>
-#include <optional>
+#include <utility>
 
 #include "cli/commands/cfft.h"
 #include "cli/commands/failure.h"
 #include "cli/commands/options.h"
+#include "cli/commands/spectrum.h"
+#include "cli/io/input.h"
+#include "cli/io/matrix_input.h"
 #include "cli/io/sequence.h"
 #include "cli/plot/plot.h"
 #include "cli/system/memory.h"
@@ -21,20 +24,18 @@ namespace {
 
 struct FftOptions {
   std::string input;
-  std::string column;
+  std::vector<std::string> columns;
   TableOptions table;
   bool inverse = false;
   bool classic = false;
-  std::string window = "none";
-  std::string beta = "8.6";
-  std::string axis = "frequency";
-  std::string scale = "linear";
-  std::string from;
-  std::string to;
+  SpectrumOptions shown;
   bool complex = false;
   std::string shape;
   Integer dimension = 0;
   OutputOptions output;
+
+  // The one column, or none.
+  std::string column() const { return columns.empty() ? "" : columns.front(); }
 };
 
 // In half-complex order, in place.
@@ -88,203 +89,17 @@ std::vector<Fact> facts_of(const FftOptions& options, const Entry& entry, std::s
           {"n", std::to_string(n), true}};
 }
 
-// The spectrum with what follows from it, for k = 0 ... N/2.
-struct Spectrum {
-  std::vector<QuarnFloat> half_complex;
-  std::vector<QuarnFloat> magnitudes;
-  QuarnFloat length;  // of the whole sequence, in its unit
-  std::size_t first = 0;
-  std::size_t last = 0;  // the k that are asked for
-
-  QuarnFloat period(std::size_t k) const { return length / std::int64_t(k); }
-  QuarnFloat frequency(std::int64_t k) const { return QuarnFloat(k) / length; }
-};
-
-tesk2mp::WindowKind kind_of(const std::string& window) {
-  using tesk2mp::WindowKind;
-  return window == "hann"       ? WindowKind::hann
-         : window == "hamming"  ? WindowKind::hamming
-         : window == "blackman" ? WindowKind::blackman
-                                : WindowKind::kaiser;
-}
-
-// The mean would spread over its neighbours.
-void apply_window(const FftOptions& options, std::vector<QuarnFloat>& x) {
-  if (options.window == "none" || x.empty()) {
-    return;
-  }
-  QuarnFloat mean;
-  for (const QuarnFloat& value : x) {
-    mean += value;
-  }
-  mean /= std::int64_t(x.size());
-  const std::vector<QuarnFloat> w =
-      tesk2mp::window(kind_of(options.window), x.size(), true, QuarnFloat(options.beta.c_str()));
-  for (std::size_t i = 0; i < x.size(); ++i) {
-    x[i] = (x[i] - mean) * w[i];
-  }
-}
-
-// Leaves the k within --from and --to, which are on the axis that was chosen.
-void choose_range(const FftOptions& options, Spectrum& spectrum) {
-  const bool periods = options.axis == "period";
-  const auto outside = [&](std::size_t k) {
-    if (periods && k == 0) {
-      return !options.to.empty();
-    }
-    const QuarnFloat x = periods ? spectrum.period(k) : spectrum.frequency(std::int64_t(k));
-    return (!options.from.empty() && x < QuarnFloat(options.from.c_str())) ||
-           (!options.to.empty() && x > QuarnFloat(options.to.c_str()));
-  };
-  while (spectrum.first < spectrum.last && outside(spectrum.first)) {
-    ++spectrum.first;
-  }
-  while (spectrum.last > spectrum.first && outside(spectrum.last)) {
-    --spectrum.last;
-  }
-  if (outside(spectrum.first)) {
-    throw bad_input("--from, --to: the spectrum has no " + options.axis + " between them");
-  }
-}
-
-// Magnitudes on the scale that was chosen; zeros have none on a logarithmic one.
-class MagnitudeScale {
- public:
-  MagnitudeScale(const FftOptions& options, const Spectrum& spectrum)
-      : linear_(options.scale == "linear"),
-        decibels_(options.scale == "db"),
-        largest_(largest_magnitude(spectrum.magnitudes)) {}
-
-  std::string name() const { return linear_ ? "magnitude" : decibels_ ? "decibels" : "log10 magnitude"; }
-  std::string title() const {
-    return linear_ ? "magnitude |z_k|" : decibels_ ? "|z_k| in decibels below the largest" : "log10 of |z_k|";
-  }
-  bool is_linear() const { return linear_; }
-  std::optional<QuarnFloat> operator()(const QuarnFloat& magnitude) const {
-    if (linear_) {
-      return magnitude;
-    }
-    if (magnitude == 0) {
-      return std::nullopt;
-    }
-    return decibels_ ? 20 * log10(magnitude / largest_) : log10(magnitude);
-  }
-
- private:
-  bool linear_;
-  bool decibels_;
-  QuarnFloat largest_;
-};
-
 Spectrum spectrum_of(const Sequence& sequence, const FftOptions& options, const Entry& entry) {
   Spectrum spectrum{sequence.values, {}, fabs(sequence.step) * std::int64_t(sequence.values.size()), 0, 0};
   const std::vector<QuarnFloat>& x = spectrum.half_complex;
-  apply_window(options, spectrum.half_complex);
+  apply_window(options.shown, spectrum.half_complex);
   transform(entry, spectrum.half_complex);
   for (std::size_t k = 0; k <= x.size() / 2; ++k) {
     spectrum.magnitudes.push_back(tesk2mp::abs({real_part(x, k), imaginary_part(x, k)}));
   }
   spectrum.last = x.size() / 2;
-  choose_range(options, spectrum);
+  choose_range(options.shown, spectrum);
   return spectrum;
-}
-
-std::string period_note(const Sequence& sequence, const Spectrum& spectrum) {
-  constexpr std::size_t kMostPeaks = 3;
-  std::string text;
-  for (const std::size_t k : peaks_of(spectrum.magnitudes, kMostPeaks)) {
-    text +=
-        (text.empty() ? "; highest peaks at " : ", ") + brief(spectrum.period(k)) + " (k = " + std::to_string(k) + ")";
-  }
-  return "periods in units of " + sequence.unit + text;
-}
-
-void add_text_table(Result& result, const Sequence& sequence, const Spectrum& spectrum, const MagnitudeScale& scale) {
-  constexpr int kMagnitudeDigits = 8;
-  const std::vector<QuarnFloat>& x = spectrum.half_complex;
-  const std::size_t half = x.size() / 2;
-  const QuarnFloat largest = largest_magnitude(spectrum.magnitudes);
-  const NumberFormat part(largest, QuarnDigits());
-  const int whole_digits = largest == 0 ? 1 : int(decimal_exponent(largest)) + 1;
-  const int digits = std::min(std::max(kMagnitudeDigits, whole_digits), QuarnDigits());
-  const NumberFormat magnitude(scale.is_linear() ? largest : QuarnFloat(100), digits, kBriefDigits);
-  const QuarnFloat shortest = spectrum.period(std::max<std::size_t>(half, 1));
-  const NumberFormat period(spectrum.length,
-                            kBriefDigits + int(decimal_exponent(spectrum.length) - decimal_exponent(shortest)),
-                            kBriefDigits);
-  result.table = {{"k", {}}, {"period", {}}, {"real", {}}, {"imaginary", {}}, {scale.name(), {}}};
-  for (std::size_t k = spectrum.first; k <= spectrum.last; ++k) {
-    const std::optional<QuarnFloat> scaled = scale(spectrum.magnitudes[k]);
-    const std::string cells[] = {std::to_string(k), k == 0 ? "-" : period(spectrum.period(k)), part(real_part(x, k)),
-                                 part(imaginary_part(x, k)), scaled ? magnitude(*scaled) : "-"};
-    for (std::size_t i = 0; i < result.table.size(); ++i) {
-      result.table[i].cells.push_back(cells[i]);
-    }
-  }
-  for (ResultColumn& column : result.table) {
-    align_points(column.cells);
-  }
-  const std::string n = std::to_string(x.size());
-  result.notes.push_back(period_note(sequence, spectrum));
-  result.notes.push_back("z_k = 1/sqrt(N) sum_j x_j exp(-2 pi i j k/N), N = " + n +
-                         "; z_(N-k) is the conjugate of z_k");
-}
-
-void add_data(Result& result, const Spectrum& spectrum) {
-  const std::vector<QuarnFloat>& x = spectrum.half_complex;
-  const std::size_t n = x.size();
-  result.data = {{"k", {}, true}, {"frequency", {}}, {"real", {}}, {"imaginary", {}}, {"magnitude", {}}};
-  for (std::size_t k = 0; k < n; ++k) {
-    const std::int64_t signed_k = std::int64_t(k) - (2 * k <= n ? 0 : std::int64_t(n));
-    const std::size_t partner = std::min(k, n - k);
-    if (partner < spectrum.first || partner > spectrum.last) {
-      continue;
-    }
-    const std::string cells[] = {std::to_string(k), spectrum.frequency(signed_k).to_string(),
-                                 real_part(x, k).to_string(), imaginary_part(x, k).to_string(),
-                                 spectrum.magnitudes[partner].to_string()};
-    for (std::size_t i = 0; i < result.data.size(); ++i) {
-      result.data[i].cells.push_back(cells[i]);
-    }
-  }
-}
-
-Panel panel_of(const Sequence& sequence, const std::string& title) {
-  Panel panel;
-  panel.title = "The " + title;
-  panel.x_title = sequence.unit;
-  panel.y_title = sequence.quantity();
-  panel.curve.y = sequence.values;
-  for (std::size_t i = 0; i < sequence.values.size(); ++i) {
-    panel.curve.x.push_back(sequence.start + sequence.step * std::int64_t(i));
-  }
-  return panel;
-}
-
-Panel panel_of(const Sequence& sequence, const Spectrum& spectrum, const FftOptions& options,
-               const MagnitudeScale& scale) {
-  const bool periods = options.axis == "period";
-  // Of nearly the same height they would cover each other.
-  const std::size_t most_labels = scale.is_linear() || periods ? 3 : 1;
-  const auto place = [&](std::size_t k) { return periods ? spectrum.period(k) : spectrum.frequency(std::int64_t(k)); };
-  Panel panel;
-  panel.title = "Spectrum of " + sequence.quantity() + ", highest peaks with their periods";
-  panel.x_title = periods ? "period (" + sequence.unit + ")" : "frequency (cycles per " + sequence.unit + ")";
-  panel.y_title = scale.title();
-  panel.style = scale.is_linear() && !periods && options.from.empty() ? Panel::Style::area : Panel::Style::line;
-  for (std::size_t k = std::max<std::size_t>(spectrum.first, 1); k <= spectrum.last; ++k) {
-    if (const auto magnitude = scale(spectrum.magnitudes[k])) {
-      panel.curve.x.push_back(place(k));
-      panel.curve.y.push_back(*magnitude);
-    }
-  }
-  for (const std::size_t k : peaks_of(spectrum.magnitudes, most_labels)) {
-    if (k >= spectrum.first && k <= spectrum.last) {
-      panel.labels.push_back(
-          {place(k), *scale(spectrum.magnitudes[k]), brief(spectrum.period(k)) + " " + sequence.unit});
-    }
-  }
-  return panel;
 }
 
 void check_number(const std::string& option, const std::string& text) {
@@ -293,47 +108,107 @@ void check_number(const std::string& option, const std::string& text) {
   }
 }
 
-void run_forward(const FftOptions& options) {
-  const NumberTable table = NumberTable::read(options.input, options.table);
-  const Sequence sequence = sequence_from(table, options.column);
-  const Entry entry = entry_for(options);
-  check_number("--beta", options.beta);
-  check_number("--from", options.from);
-  check_number("--to", options.to);
-  const Spectrum spectrum = spectrum_of(sequence, options, entry);
-  const MagnitudeScale scale(options, spectrum);
-  const std::string counted =
-      std::to_string(sequence.values.size()) + " values" + (sequence.name.empty() ? "" : " of '" + sequence.name + "'");
+// One column and its spectrum.
+struct Analysis {
+  Analysis(const FftOptions& options, const NumberTable& table, const std::string& column, const Entry& entry)
+      : sequence(sequence_from(table, column)),
+        spectrum(spectrum_of(sequence, options, entry)),
+        scale(options.shown, spectrum) {}
 
-  Result result;
-  result.notes = {"Fourier transform of " + counted + " in " + table.source(),
-                  precision_note(entry.name, options.classic)};
-  result.facts = facts_of(options, entry, sequence.values.size());
-  result.facts.push_back({"unit", sequence.unit});
-  if (options.window != "none") {
-    const std::string text = options.window + (options.window == "kaiser" ? ", beta " + options.beta : "");
+  std::string counted() const {
+    return std::to_string(sequence.values.size()) + " values" +
+           (sequence.name.empty() ? "" : " of '" + sequence.name + "'");
+  }
+
+  Sequence sequence;
+  Spectrum spectrum;
+  MagnitudeScale scale;
+};
+
+void add_window(const FftOptions& options, Result& result) {
+  if (options.shown.window != "none") {
+    const std::string text =
+        options.shown.window + (options.shown.window == "kaiser" ? ", beta " + options.shown.beta : "");
     result.notes.push_back("less their mean, by a window: " + text);
     result.facts.push_back({"window", text});
   }
-  if (!sequence.uneven.empty()) {
-    result.notes.push_back("'" + sequence.uneven +
-                           "' is not evenly spaced: the values are taken as samples, one by one");
+}
+
+// The columns of one spectrum, behind those that all of them have in common.
+void append(std::vector<ResultColumn>& all, std::vector<ResultColumn> columns, const std::string& name) {
+  constexpr std::size_t kCommon = 2;
+  for (std::size_t i = all.empty() ? 0 : kCommon; i < columns.size(); ++i) {
+    columns[i].name += i < kCommon ? "" : " " + name;
+    all.push_back(std::move(columns[i]));
   }
-  if (options.output.format == Format::text) {
-    add_text_table(result, sequence, spectrum, scale);
-  } else {
-    add_data(result, spectrum);
+}
+
+void run_forward(const FftOptions& options, const NumberTable& table) {
+  const Entry entry = entry_for(options);
+  check_number("--beta", options.shown.beta);
+  check_number("--from", options.shown.from);
+  check_number("--to", options.shown.to);
+  std::vector<Analysis> analyses;
+  for (const std::string& column : options.columns.empty() ? std::vector<std::string>{""} : options.columns) {
+    analyses.emplace_back(options, table, column, entry);
+  }
+  const Sequence& first = analyses.front().sequence;
+  const bool alone = analyses.size() == 1;
+  std::string described;
+  for (const Analysis& each : analyses) {
+    if (each.sequence.values.size() != first.values.size()) {
+      throw bad_input(table.source() + ": columns of " + std::to_string(first.values.size()) + " and " +
+                      std::to_string(each.sequence.values.size()) +
+                      " numbers have no frequencies in common (--missing interpolate keeps their lengths)");
+    }
+    described += (described.empty() ? "" : " and") + each.sequence.described;
+  }
+
+  Result result;
+  result.notes = {
+      "Fourier transform of " + std::to_string(first.values.size()) + " values" + described + " in " + table.source(),
+      precision_note(entry.name, options.classic)};
+  result.facts = facts_of(options, entry, first.values.size());
+  result.facts.push_back({"unit", first.unit});
+  add_window(options, result);
+  if (!first.uneven.empty()) {
+    result.notes.push_back("'" + first.uneven + "' is not evenly spaced: the values are taken as samples, one by one");
+  }
+  for (std::size_t i = 0; i < analyses.size(); ++i) {
+    const Analysis& each = analyses[i];
+    Result part;
+    if (options.output.format == Format::text) {
+      add_text_table(part, each.sequence, each.spectrum, each.scale);
+    } else {
+      add_data(part, each.spectrum);
+    }
+    if (alone) {
+      result.notes.insert(result.notes.end(), part.notes.begin(), part.notes.end());
+      result.table = std::move(part.table);
+      result.data = std::move(part.data);
+      break;
+    }
+    const std::string name = each.sequence.name.empty() ? "column " + options.columns[i] : each.sequence.name;
+    if (!part.notes.empty()) {
+      result.notes.push_back(name + ": " + part.notes.front());
+    }
+    append(result.table, std::move(part.table), name);
+    append(result.data, std::move(part.data), name);
   }
   result.picture = [&](const std::string& file) {
-    draw({panel_of(sequence, counted), panel_of(sequence, spectrum, options, scale)}, file);
+    std::vector<Panel> panels;
+    for (const Analysis& each : analyses) {
+      panels.push_back(panel_of(each.sequence, each.counted()));
+      panels.push_back(panel_of(each.sequence, each.spectrum, options.shown, each.scale));
+    }
+    draw(panels, file);
   };
   deliver(result, options.output);
 }
 
-void run_inverse(const FftOptions& options) {
-  const NumberTable table = NumberTable::read(options.input, options.table);
+void run_inverse(const FftOptions& options, const NumberTable& table) {
   Sequence sequence;
-  sequence.values = half_complex_from(table, options.column);
+  sequence.values = half_complex_from(table, options.column());
   const Entry entry = entry_for(options);
   transform(entry, sequence.values);
   const std::string counted = std::to_string(sequence.values.size()) + " values";
@@ -353,6 +228,46 @@ void run_inverse(const FftOptions& options) {
   deliver(result, options.output);
 }
 
+// Whether the input is complex, though no option says so: a matrix, columns real and imaginary, or
+// cells such as 1-2i.
+bool takes_complex(const FftOptions& options, const std::string& text, const NumberTable& table) {
+  if (options.complex || !options.shape.empty() || options.dimension != 0) {
+    return true;
+  }
+  if (is_matrix_market(text) && table.columns().size() > 1 && options.columns.empty()) {
+    return true;
+  }
+  if (options.columns.empty() && table.find("real") != nullptr && table.find("imaginary") != nullptr) {
+    return !options.inverse;  // then that of real numbers is expected
+  }
+  return is_complex(table.choose(options.column()));
+}
+
+void run(const FftOptions& options) {
+  const std::string text = read_input(options.input);
+  const NumberTable table = NumberTable::parse(text, name_of_input(options.input), options.table);
+  if (takes_complex(options, text, table)) {
+    if (options.columns.size() > 1) {
+      throw bad_input("--column: one column of complex numbers at a time");
+    }
+    if (options.shown.window != "none" || options.shown.scale != "linear" || options.shown.axis != "frequency" ||
+        !options.shown.from.empty() || !options.shown.to.empty()) {
+      throw bad_input(table.source() +
+                      ": complex numbers, of which --window, --scale, --axis, --from and --to know nothing");
+    }
+    run_cfft({options.input, options.column(), options.shape, options.dimension, options.inverse, options.classic,
+              options.table, options.output},
+             text);
+  } else if (options.inverse) {
+    if (options.columns.size() > 1) {
+      throw bad_input("--column: one spectrum at a time");
+    }
+    run_inverse(options, table);
+  } else {
+    run_forward(options, table);
+  }
+}
+
 constexpr const char* kFooter = R"(FILE holds columns of numbers: CSV (commas, semicolons, tabs or blanks, with or
 without a line of names, # starts a comment line), one number a line, or JSON.
 Where the first column is evenly spaced it gives the unit of the periods.
@@ -363,8 +278,8 @@ then the imaginary parts from the highest k down to 1.
 
 --scale log and db show logarithms of the magnitudes, and decibels below the largest one.
 --from and --to leave a range of the frequencies, or of the periods with --axis period.
---complex, --shape and --dim read and transform as quarn cfft does: complex numbers, and
-arrays of several dimensions.
+Complex numbers (columns real and imaginary, cells such as 1-2i), Matrix Market files, and
+arrays with --shape and --dim are transformed as quarn cfft does.
 
 Examples:
   quarn fft examples/sunspots.csv --digits 40
@@ -377,36 +292,30 @@ Examples:
 void declare(Command& command) {
   auto options = std::make_shared<FftOptions>();
   command.argument("FILE", options->input, "the data; - is standard input");
-  command.text("--column", "NAME", options->column, "name or number of the column (default: the last numeric one)");
+  command.texts("--column", "NAME", options->columns,
+                "name or number of the column (default: the last numeric one); once for each of several");
   add_table_options(command, options->table);
   command.flag("--inverse,--backward", options->inverse, "the inverse transform, from a spectrum back");
   command.flag("--classic", options->classic,
                "use the classic entry, whose constants are doubles (about 16 digits at any precision)");
-  command.choice("--window", "WINDOW", options->window, {"none", "hann", "hamming", "blackman", "kaiser"},
+  command.choice("--window", "WINDOW", options->shown.window, {"none", "hann", "hamming", "blackman", "kaiser"},
                  "what the values are multiplied by (default: none)");
-  command.text("--beta", "BETA", options->beta, "of the Kaiser window (default: 8.6)");
-  command.choice("--axis", "AXIS", options->axis, {"frequency", "period"},
+  command.text("--beta", "BETA", options->shown.beta, "of the Kaiser window (default: 8.6)");
+  command.choice("--axis", "AXIS", options->shown.axis, {"frequency", "period"},
                  "the axis of picture and range (default: frequency)");
-  command.choice("--scale", "SCALE", options->scale, {"linear", "log", "db"}, "of the magnitudes (default: linear)");
-  command.text("--from", "X", options->from, "the lowest frequency or period to show");
-  command.text("--to", "X", options->to, "the highest one");
+  command.choice("--scale", "SCALE", options->shown.scale, {"linear", "log", "db"},
+                 "of the magnitudes (default: linear)");
+  command.text("--from", "X", options->shown.from, "the lowest frequency or period to show");
+  command.text("--to", "X", options->shown.to, "the highest one");
   command.add_digits();
   add_output_options(command, options->output);
   add_plot_option(command, options->output);
-  command.flag("--complex", options->complex, "complex numbers, as quarn cfft reads them");
+  command.flag("--complex", options->complex,
+               "take the numbers as complex, all columns as a matrix, as quarn cfft does");
   command.text("--shape", "SHAPE", options->shape, "the extents of the array, such as 4x6x5");
   command.number("--dim", "L", options->dimension, std::numeric_limits<Integer>::min(),
                  std::numeric_limits<Integer>::max(), "the one dimension to transform, from 1");
-  command.work = [options] {
-    if (options->complex || !options->shape.empty() || options->dimension != 0) {
-      run_cfft({options->input, options->column, options->shape, options->dimension, options->inverse, options->classic,
-                options->output});
-    } else if (options->inverse) {
-      run_inverse(*options);
-    } else {
-      run_forward(*options);
-    }
-  };
+  command.work = [options] { run(*options); };
 }
 
 const Registered kCommand(10, "fft", "Fourier transform of a real sequence", kFooter, declare);

@@ -12,6 +12,7 @@ namespace {
 
 struct MatrixOptions {
   std::string matrix;
+  TableOptions table;
   OutputOptions output;
 };
 
@@ -25,7 +26,7 @@ Result started(const DenseMatrix& given, const std::string& what, const char* re
 
 void run_inv(const MatrixOptions& options) {
   constexpr double kFactorisations = 4;  // one, and as many right-hand sides as rows
-  const DenseMatrix given = read_operand(options.matrix, true);
+  const DenseMatrix given = read_operand(options.matrix, options.table, true);
   const Progress progress =
       Progress::estimated("inverting", kFactorisations * factorisation_cost(given.rows(), given.complex()));
   Result result = started(given, "Inverse", "QuarnMPX_f07adf_", "QuarnMPX_f07arf_");
@@ -49,7 +50,7 @@ std::string determinant_text(const tesk2mp::ScaledDeterminant<T>& scaled) {
 }
 
 void run_det(const MatrixOptions& options) {
-  const DenseMatrix given = read_operand(options.matrix, true);
+  const DenseMatrix given = read_operand(options.matrix, options.table, true);
   const Progress progress = Progress::estimated("factorising", factorisation_cost(given.rows(), given.complex()));
   Result result = started(given, "Determinant", "QuarnMPX_f03aff_", "QuarnMPX_f03arf_");
   std::visit(
@@ -90,6 +91,7 @@ Examples:
 
 void declare_matrix(Command& command, const std::shared_ptr<MatrixOptions>& options, Forms forms) {
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
+  add_matrix_options(command, options->table);
   command.add_digits();
   add_output_options(command, options->output, forms);
 }

@@ -15,6 +15,7 @@ namespace {
 
 struct LuOptions {
   std::string matrix;
+  TableOptions table;
   std::string part = "factors";
   bool weighted = false;
   OutputOptions output;
@@ -100,7 +101,7 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
 }
 
 void run_lu(const LuOptions& options) {
-  const DenseMatrix given = read_operand(options.matrix, false);
+  const DenseMatrix given = read_operand(options.matrix, options.table, false);
   const double inner = std::min(given.rows(), given.columns());
   const Progress progress = Progress::estimated("factorising", factorisation_cost(inner, given.complex()));
   if (options.weighted) {
@@ -128,6 +129,7 @@ Examples:
 void declare(Command& command) {
   auto options = std::make_shared<LuOptions>();
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
+  add_matrix_options(command, options->table);
   command.choice("--part", "WHAT", options->part, kParts,
                  "what to write: factors (default, both in one), l, u, p (row order)");
   command.flag("--weighted", options->weighted, "choose pivots relative to the sizes of rows");

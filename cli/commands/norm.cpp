@@ -10,6 +10,7 @@ namespace {
 
 struct NormOptions {
   std::string matrix;
+  TableOptions table;
   bool condition = false;
   OutputOptions output;
 };
@@ -25,7 +26,7 @@ constexpr NamedNorm kNorms[] = {{tesk2mp::Norm::largest, "max", "largest element
                                 {tesk2mp::Norm::frobenius, "frobenius", "square root of the sum of squares"}};
 
 void run_norm(const NormOptions& options) {
-  const DenseMatrix given = read_operand(options.matrix, options.condition);
+  const DenseMatrix given = read_operand(options.matrix, options.table, options.condition);
   ResultColumn names{"norm", {}, false, true};
   ResultColumn meanings{"meaning", {}, false, true};
   ResultColumn values{"value", {}};
@@ -69,6 +70,7 @@ Examples:
 void declare(Command& command) {
   auto options = std::make_shared<NormOptions>();
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
+  add_matrix_options(command, options->table);
   command.flag("--condition", options->condition, "the condition number as well");
   command.add_digits();
   add_output_options(command, options->output);

@@ -39,7 +39,7 @@ RankedColumn rank_column(const RankingOptions& options) {
   column.name = chosen.name.empty() ? "value" : chosen.name;
   column.values = table.numbers(chosen);
   column.counted = std::to_string(column.values.size()) + (column.values.size() == 1 ? " value" : " values") +
-                   (chosen.name.empty() ? "" : " of '" + chosen.name + "'") + " in " + table.source();
+                   table.described(chosen) + " in " + table.source();
   const Progress progress = Progress::estimated("ranking", ranking_cost(double(column.count())));
   column.ranks = tesk2mp::rank(column.values, options.order());
   return column;

@@ -19,6 +19,7 @@ namespace {
 
 struct SolveOptions {
   std::string matrix;
+  TableOptions table;
   std::string right_side;
   std::string column;
   std::string method = "bicgstab";
@@ -35,11 +36,11 @@ LinearSystem read_system(const SolveOptions& options) {
   if (options.matrix == "-" && options.right_side == "-") {
     throw bad_input("only one of MATRIX and --rhs can be standard input");
   }
-  const SparseMatrix matrix = read_matrix(options.matrix);
+  const SparseMatrix matrix = read_matrix(options.matrix, options.table);
   if (options.right_side.empty()) {
     return linear_system(matrix, nullptr);
   }
-  const DenseMatrix b = read_vector(options.right_side, options.column);
+  const DenseMatrix b = read_vector(options.right_side, options.column, options.table);
   return linear_system(matrix, &b);
 }
 
@@ -289,6 +290,7 @@ void add_iterative_options(Command& command, IterativeOptions& options) {
 void declare(Command& command) {
   auto options = std::make_shared<SolveOptions>();
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
+  add_matrix_options(command, options->table);
   command.text("--rhs", "FILE", options->right_side, "the right side; - is standard input");
   command.text("--column", "NAME", options->column, "name or number of the right side's column");
   command.choice("--method", "M", options->method, {"rgmres", "cgs", "bicgstab", "tfqmr", "all", "direct"},

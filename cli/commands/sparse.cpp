@@ -19,6 +19,7 @@ namespace {
 
 struct SparseOptions {
   std::string matrix;
+  TableOptions table;
   std::string duplicates = "sum";
   std::string zeros = "keep";
   bool expand = false;
@@ -164,7 +165,7 @@ std::string magnitudes(const std::vector<Complex>& values) {
 }
 
 void run_sparse(const SparseOptions& options) {
-  SparseMatrix given = read_matrix(options.matrix);
+  SparseMatrix given = read_matrix(options.matrix, options.table);
   if (options.expand) {
     given = expanded(given);
   }
@@ -221,6 +222,7 @@ Examples:
 void declare(Command& command) {
   auto options = std::make_shared<SparseOptions>();
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
+  add_matrix_options(command, options->table);
   command.choice("--dup", "WHAT", options->duplicates, kDuplicates,
                  "entries of the same place: sum (default), remove all but the first, fail");
   command.choice("--zero", "WHAT", options->zeros, kZeros, "entries that are zero: keep (default), remove, fail");

@@ -14,6 +14,7 @@ namespace {
 
 struct SpmvOptions {
   std::string matrix;
+  TableOptions table;
   std::string vector;
   std::string column;
   bool transpose = false;
@@ -58,8 +59,8 @@ void run_spmv(const SpmvOptions& options) {
   if (options.matrix == "-" && options.vector == "-") {
     throw bad_input("only one of MATRIX and VECTOR can be standard input");
   }
-  SparseMatrix given = read_matrix(options.matrix);
-  const DenseMatrix vector = read_vector(options.vector, options.column);
+  SparseMatrix given = read_matrix(options.matrix, options.table);
+  const DenseMatrix vector = read_vector(options.vector, options.column, options.table);
   const Integer n = given.rows;
   if (n != given.columns || n != vector.rows()) {
     throw bad_input(given.source + ": " + std::to_string(n) + " by " + std::to_string(given.columns) +
@@ -103,6 +104,7 @@ void declare(Command& command) {
   auto options = std::make_shared<SpmvOptions>();
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
   command.argument("VECTOR", options->vector, "the numbers; - is standard input");
+  add_matrix_options(command, options->table);
   command.text("--column", "NAME", options->column, "name or number of the column (default: the last numeric one)");
   command.flag("--transpose", options->transpose, "multiply by the (conjugate) transpose");
   command.add_digits();

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cli/commands/failure.h"
+#include "cli/io/gzip.h"
 #include "quarn/quarnthread.h"
 
 namespace cli {
@@ -22,6 +23,8 @@ struct CloseUnlessStandardInput {
     }
   }
 };
+
+bool is_wide(const std::string& text) { return text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"); }
 
 // UTF-16 with its mark, as UTF-8; a lone half of a pair becomes the replacement character.
 std::string from_utf16(const std::string& bytes) {
@@ -62,27 +65,29 @@ std::string read_input(const std::string& file) {
     throw bad_input(name + ": " + std::strerror(errno));
   }
   std::string text;
-  bool wide = false;
+  bool compressed = false;
   std::vector<char> chunk(65536);
   while (const std::size_t length = std::fread(chunk.data(), 1, chunk.size(), stream.get())) {
-    if (text.empty() && length > 1 && chunk[0] == '\x1F' && chunk[1] == '\x8B') {
-      throw bad_input(name + ": compressed; 'gunzip -c FILE | quarn ... -' reads it");
-    }
-    wide = wide || (text.empty() && length > 1 &&
-                    ((chunk[0] == '\xFF' && chunk[1] == '\xFE') || (chunk[0] == '\xFE' && chunk[1] == '\xFF')));
-    if (!wide && std::memchr(chunk.data(), '\0', length) != nullptr) {
-      throw bad_input(name + ": not a text file");
-    }
     if (text.size() + length > kLongestInput) {
       throw bad_input(name + ": longer than 1 GiB");
     }
+    compressed = compressed || (text.empty() && is_gzip({chunk.data(), length}));
     text.append(chunk.data(), length);
+    if (!compressed && !is_wide(text) && std::memchr(chunk.data(), '\0', length) != nullptr) {
+      throw bad_input(name + ": not a text file");
+    }
   }
   QuarnCheckInterrupt();  // which ends a read
   if (std::ferror(stream.get()) != 0) {
     throw bad_input(name + ": " + std::strerror(errno));
   }
-  if (wide) {
+  if (compressed) {
+    text = gunzip(text, name, kLongestInput);
+    if (!is_wide(text) && text.find('\0') != std::string::npos) {
+      throw bad_input(name + ": not a text file in it");
+    }
+  }
+  if (is_wide(text)) {
     text = from_utf16(text);
   }
   constexpr const char* kByteOrderMark = "\xEF\xBB\xBF";

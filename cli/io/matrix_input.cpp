@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <type_traits>
 
 #include "cli/commands/failure.h"
 #include "cli/io/input.h"
@@ -10,32 +11,32 @@ namespace cli {
 
 namespace {
 
-bool is_complex(const NumberTable::Column& column) {
-  return !std::all_of(column.cells.begin(), column.cells.end(), [](const std::string& cell) {
-    return is_number(cell) || !is_complex_number(cell);  // what is neither is complained about as a real number
-  });
-}
-
-void copy_numbers(const NumberTable& table, const NumberTable::Column& column, QuarnFloat* to) {
-  const std::vector<QuarnFloat> numbers = table.numbers(column);
-  std::copy(numbers.begin(), numbers.end(), to);
-}
-
-void copy_numbers(const NumberTable& table, const NumberTable::Column& column, Complex* to) {
-  if (is_complex(column)) {
-    const std::vector<Complex> numbers = table.complex_numbers(column);
-    std::copy(numbers.begin(), numbers.end(), to);
-  } else {
+template <class T>
+std::vector<T> numbers_of(const NumberTable& table, const NumberTable::Column& column) {
+  if constexpr (std::is_same_v<T, Complex>) {
+    if (is_complex(column)) {
+      return table.complex_numbers(column);
+    }
     const std::vector<QuarnFloat> numbers = table.numbers(column);
-    std::copy(numbers.begin(), numbers.end(), to);
+    return {numbers.begin(), numbers.end()};
+  } else {
+    return table.numbers(column);
   }
 }
 
 template <class T>
 tesk2mp::Matrix<T> columns_as(const NumberTable& table, const std::vector<const NumberTable::Column*>& columns) {
-  tesk2mp::Matrix<T> matrix(columns.front()->cells.size(), columns.size());
+  std::vector<T> elements = numbers_of<T>(table, *columns.front());
+  const std::size_t rows = elements.size();
+  if (columns.size() == 1) {
+    return matrix_of(elements, rows);
+  }
+  tesk2mp::Matrix<T> matrix(rows, columns.size());
   for (std::size_t j = 0; j < columns.size(); ++j) {
-    copy_numbers(table, *columns[j], matrix.data() + j * matrix.rows());
+    if (j > 0) {
+      elements = numbers_of<T>(table, *columns[j]);
+    }
+    std::move(elements.begin(), elements.end(), matrix.data() + j * rows);
   }
   return matrix;
 }
@@ -70,7 +71,8 @@ void require_count(const NumberTable& table, std::size_t count) {
   }
 }
 
-DenseMatrix matrix_from(const NumberTable& table) {
+DenseMatrix matrix_from(NumberTable table) {
+  table.drop_incomplete_rows();
   if (table.find("row") != nullptr && table.find("column") != nullptr) {
     throw bad_input(table.source() + ": entries of a sparse matrix, which are read from a Matrix Market file alone");
   }
@@ -141,23 +143,37 @@ DenseMatrix column_of(const DenseMatrix& matrix, const std::string& column) {
 
 }  // namespace
 
-DenseMatrix read_dense_matrix(const std::string& file) {
-  const std::string text = read_input(file);
-  const std::string source = name_of_input(file);
-  return is_matrix_market(text) ? parse_dense_matrix(text, source) : matrix_from(NumberTable::parse(text, source));
+DenseMatrix read_dense_matrix(const std::string& file, const TableOptions& options) {
+  return dense_matrix_of(read_input(file), name_of_input(file), options);
 }
 
-SparseMatrix read_matrix(const std::string& file) {
-  const std::string text = read_input(file);
-  const std::string source = name_of_input(file);
-  return text.starts_with('%') ? parse_matrix(text, source) : sparse(matrix_from(NumberTable::parse(text, source)));
+DenseMatrix dense_matrix_of(const std::string& text, const std::string& source, const TableOptions& options) {
+  return is_matrix_market(text) ? parse_dense_matrix(text, source, options.mirror)
+                                : matrix_from(NumberTable::parse(text, source, options));
 }
 
-DenseMatrix read_vector(const std::string& file, const std::string& column) {
+SparseMatrix read_matrix(const std::string& file, const TableOptions& options) {
   const std::string text = read_input(file);
   const std::string source = name_of_input(file);
-  return is_matrix_market(text) ? column_of(parse_dense_matrix(text, source), column)
-                                : vector_from(NumberTable::parse(text, source), column);
+  return text.starts_with('%') ? parse_matrix(text, source, options.mirror)
+                               : sparse(matrix_from(NumberTable::parse(text, source, options)));
+}
+
+DenseMatrix read_vector(const std::string& file, const std::string& column, const TableOptions& options) {
+  return vector_of(read_input(file), name_of_input(file), column, options);
+}
+
+DenseMatrix vector_of(const std::string& text, const std::string& source, const std::string& column,
+                      const TableOptions& options) {
+  return is_matrix_market(text) ? column_of(parse_dense_matrix(text, source, options.mirror), column)
+                                : vector_from(NumberTable::parse(text, source, options), column);
+}
+
+bool is_complex(const NumberTable::Column& column) {
+  const auto is_good = [](const std::string& cell) {
+    return is_number(cell) || !is_complex_number(cell);  // what is neither is complained about as a real number
+  };
+  return !std::all_of(column.cells.begin(), column.cells.end(), is_good);
 }
 
 DenseMatrix vector_from(const NumberTable& table, const std::string& column) {

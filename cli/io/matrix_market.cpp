@@ -145,7 +145,9 @@ tesk2mp::Matrix<T> sums_of_entries(const SparseMatrix& entries, const Part& part
 // Reads one text into one matrix: banner, sizes, entries.
 class Parser {
  public:
-  Parser(const std::string& text, const std::string& source) : lines_(text, source) { matrix_.source = source; }
+  Parser(const std::string& text, const std::string& source, bool upper) : lines_(text, source), upper_(upper) {
+    matrix_.source = source;
+  }
 
   SparseMatrix parse() {
     read_head();
@@ -290,14 +292,33 @@ class Parser {
       const Words& words = entry(2);
       const Integer row = whole_number(lines_, words[0], 1, matrix_.rows, "row");
       const Integer column = whole_number(lines_, words[1], 1, matrix_.columns, "column");
-      const bool diagonal_stored = matrix_.symmetry != Symmetry::skew_symmetric;
-      if (matrix_.symmetry != Symmetry::general && (column > row || (column == row && !diagonal_stored))) {
-        throw lines_.complaint("row " + std::to_string(row) + ", column " + std::to_string(column) +
-                               " is outside the triangle that a " + name_of(matrix_.symmetry) + " matrix stores");
+      if (matrix_.symmetry == Symmetry::general) {
+        add(row, column, value(words, 2));
+      } else if (stands_above(row, column)) {
+        add(column, row, mirrored(value(words, 2), matrix_.symmetry));
+      } else {
+        add(row, column, value(words, 2));
       }
-      add(row, column, value(words, 2));
       progress.advance();
     }
+  }
+
+  // Of a matrix that stores one triangle: whether the place is in the upper one, which has to be allowed.
+  bool stands_above(Integer row, Integer column) {
+    const bool diagonal_stored = matrix_.symmetry != Symmetry::skew_symmetric;
+    if ((column > row && !upper_) || (column == row && !diagonal_stored)) {
+      throw lines_.complaint("row " + std::to_string(row) + ", column " + std::to_string(column) +
+                             " is outside the triangle that a " + name_of(matrix_.symmetry) + " matrix stores" +
+                             (column > row ? " (--mirror takes the upper one)" : ""));
+    }
+    has_lower_ = has_lower_ || column < row;
+    has_upper_ = has_upper_ || column > row;
+    if (has_lower_ && has_upper_) {
+      throw lines_.complaint("row " + std::to_string(row) + ", column " + std::to_string(column) +
+                             " is in the other triangle than the entries before; a " + name_of(matrix_.symmetry) +
+                             " matrix stores one of them");
+    }
+    return column > row;
   }
 
   template <class Take>
@@ -313,6 +334,9 @@ class Parser {
   }
 
   LineReader lines_;
+  bool upper_;
+  bool has_upper_ = false;
+  bool has_lower_ = false;
   SparseMatrix matrix_;
   bool array_ = false;
   long long count_ = 0;
@@ -349,10 +373,12 @@ const char* name_of(Symmetry symmetry) { return kSymmetries.at(std::size_t(symme
 
 bool is_matrix_market(const std::string& text) { return lower(text.substr(0, kBanner.size())) == kBanner; }
 
-SparseMatrix parse_matrix(const std::string& text, const std::string& source) { return Parser(text, source).parse(); }
+SparseMatrix parse_matrix(const std::string& text, const std::string& source, bool upper) {
+  return Parser(text, source, upper).parse();
+}
 
-DenseMatrix parse_dense_matrix(const std::string& text, const std::string& source) {
-  return Parser(text, source).parse_dense();
+DenseMatrix parse_dense_matrix(const std::string& text, const std::string& source, bool upper) {
+  return Parser(text, source, upper).parse_dense();
 }
 
 SparseMatrix expanded(const SparseMatrix& matrix) {

@@ -32,10 +32,11 @@ bool is_matrix_market(const std::string& text);
 
 /// A matrix in either format: real, complex, integer or pattern; general, symmetric, skew-symmetric or Hermitian. Of
 /// the array format every stored element becomes an entry. `source` names the text in messages. Throws Failure with
-/// source, line and reason for any departure from the format.
-SparseMatrix parse_matrix(const std::string& text, const std::string& source);
+/// source, line and reason for any departure from the format. With `upper`, entries above the diagonal stand for those
+/// below it where there are none.
+SparseMatrix parse_matrix(const std::string& text, const std::string& source, bool upper = false);
 /// The same with all its elements, those of both triangles; entries of the same place add up.
-DenseMatrix parse_dense_matrix(const std::string& text, const std::string& source);
+DenseMatrix parse_dense_matrix(const std::string& text, const std::string& source, bool upper = false);
 /// The same matrix with both triangles: each mirrored entry follows its own.
 SparseMatrix expanded(const SparseMatrix& matrix);
 /// All elements of both triangles; entries of the same place add up.

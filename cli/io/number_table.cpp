@@ -8,6 +8,7 @@
 #include "cli/commands/failure.h"
 #include "cli/io/input.h"
 #include "cli/io/json.h"
+#include "cli/io/matrix_market.h"
 #include "cli/system/memory.h"
 #include "cli/system/progress.h"
 
@@ -108,6 +109,15 @@ std::string shown(const std::string& cell) {
   return "'" + (cell.size() > kLongest ? cell.substr(0, kLongest) + "..." : cell) + "'";
 }
 
+std::vector<NumberTable::Column> columns_of(const DenseMatrix& matrix) {
+  std::vector<NumberTable::Column> columns(static_cast<std::size_t>(matrix.columns()));
+  const std::vector<Complex> elements = elements_of<Complex>(matrix);
+  for (std::size_t k = 0; k < elements.size(); ++k) {
+    columns[k / std::size_t(matrix.rows())].cells.push_back(complex_text(elements[k]));
+  }
+  return columns;
+}
+
 }  // namespace
 
 NumberTable NumberTable::read(const std::string& file, const TableOptions& options) {
@@ -119,7 +129,9 @@ NumberTable NumberTable::parse(const std::string& text, const std::string& sourc
   table.source_ = source;
   table.options_ = options;
   const std::size_t first = text.find_first_not_of(" \t\r\n");
-  if (first != std::string::npos && (text[first] == '{' || text[first] == '[')) {
+  if (is_matrix_market(text)) {
+    table.columns_ = columns_of(parse_dense_matrix(text, source, options.mirror));
+  } else if (first != std::string::npos && (text[first] == '{' || text[first] == '[')) {
     table.columns_ = columns_of_json(text, source);
   } else {
     table.parse_lines(text);
@@ -160,8 +172,10 @@ void NumberTable::parse_lines(const std::string& text) {
       }
     }
     const bool below_names = std::exchange(named, false);
-    if (below_names && are_names(cells) && std::none_of(cells.begin(), cells.end(), is_missing)) {
-      continue;  // units
+    // Units; the first column, of dates perhaps, may have none.
+    const auto known = cells.begin() + (cells.size() > 1 && cells.front().empty() ? 1 : 0);
+    if (below_names && are_names(cells) && std::none_of(known, cells.end(), is_missing)) {
+      continue;
     }
     if (cells.size() != columns_.size()) {
       throw bad_input(source_ + ":" + std::to_string(number) + ": " + std::to_string(cells.size()) +
@@ -246,6 +260,51 @@ const NumberTable::Column& NumberTable::choose(const std::string& name) const {
     }
   }
   throw bad_input(place(columns_.back(), 0) + ": " + shown(columns_.back().cells.front()) + " is not a number");
+}
+
+std::string NumberTable::described(const Column& column) const {
+  const bool several = columns_.size() > 1;
+  const auto missing =
+      options_.missing == "error" ? 0 : std::count_if(column.cells.begin(), column.cells.end(), is_missing);
+  std::string position =
+      several ? "column " + std::to_string(&column - columns_.data() + 1) + " of " + std::to_string(columns_.size())
+              : "";
+  if (missing > 0) {
+    position += (several ? ", " : "") + std::to_string(missing) +
+                (options_.missing == "drop" ? " missing left out" : " missing interpolated");
+  }
+  if (column.name.empty()) {
+    return position.empty() ? "" : several ? " of " + position : " (" + position + ")";
+  }
+  return " of '" + column.name + "'" + (position.empty() ? "" : " (" + position + ")");
+}
+
+void NumberTable::drop_incomplete_rows() {
+  const std::size_t rows = columns_.front().cells.size();
+  const auto is_short = [rows](const Column& column) { return column.cells.size() != rows; };
+  if (options_.missing != "drop" || std::any_of(columns_.begin(), columns_.end(), is_short)) {
+    return;
+  }
+  std::size_t kept = 0;
+  for (std::size_t row = 0; row < rows; ++row) {
+    if (std::any_of(columns_.begin(), columns_.end(),
+                    [&](const Column& each) { return is_missing(each.cells[row]); })) {
+      continue;
+    }
+    for (Column& column : columns_) {
+      std::swap(column.cells[kept], column.cells[row]);
+    }
+    if (!lines_.empty()) {
+      lines_[kept] = lines_[row];
+    }
+    ++kept;
+  }
+  if (kept == 0) {
+    throw bad_input(source_ + ": no row without a missing number");
+  }
+  for (Column& column : columns_) {
+    column.cells.resize(kept);
+  }
 }
 
 std::string NumberTable::place(const Column& column, std::size_t row) const {

@@ -13,10 +13,11 @@
 
 namespace cli {
 
-/// The columns of one input. Three shapes are read, told apart by their contents:
+/// The columns of one input. Four shapes are read, told apart by their contents:
 /// - lines of cells between commas, semicolons, tabs or blanks, with or without a line of names and one of units below,
 ///   where lines that start with # or % and empty lines do not count (a plain list of numbers is a table of one
 ///   column);
+/// - a Matrix Market file, the columns of whose matrix have no names;
 /// - a JSON array of numbers, or of rows of numbers;
 /// - a JSON object, whose members that are arrays are the columns.
 class NumberTable {
@@ -37,6 +38,13 @@ class NumberTable {
   const Column* find(const std::string& name) const;
   /// The column that was asked for, or the last one that starts with a number when `name` is empty.
   const Column& choose(const std::string& name) const;
+  /// Which one of several it is, for headings: " of 'name' (column 2 of 3)"; nothing about the only column without a
+  /// name.
+  std::string described(const Column& column) const;
+  /// Where cells that are missing are dropped, leaves out all rows that have such a cell.
+  void drop_incomplete_rows();
+  /// Whether a row's cell is left out by numbers().
+  bool drops(const std::string& cell) const { return options_.missing == "drop" && is_missing(cell); }
   /// The column's numbers, rounded to the working digits; fewer than cells where missing ones are dropped. Throws
   /// Failure.
   std::vector<QuarnFloat> numbers(const Column& column) const;

@@ -1,8 +1,12 @@
 #include "cli/io/sequence.h"
 
 #include <algorithm>
+#include <iterator>
+#include <optional>
+#include <utility>
 
 #include "cli/commands/failure.h"
+#include "cli/io/dates.h"
 #include "cli/io/result.h"
 #include "tesk2mp/error.hpp"
 
@@ -13,32 +17,74 @@ namespace {
 // Positions are read with digits of their own: at few working digits neighbouring years would round to one number.
 constexpr int kPositionDigits = 40;
 
-// Takes start and step from a column whose numbers are evenly spaced up to a hundredth of a step, which lets positions
-// pass that were rounded when they were written, such as months in years.
-void take_positions(Sequence& sequence, const NumberTable& table, const NumberTable::Column& column) {
-  const bool dropped = sequence.values.size() != column.cells.size();
-  if (dropped || column.cells.size() < 2 || !std::all_of(column.cells.begin(), column.cells.end(), is_number)) {
+// The cells of a column in the rows whose number is kept.
+std::vector<std::string> kept_cells(const NumberTable& table, const NumberTable::Column& column,
+                                    const NumberTable::Column& values) {
+  std::vector<std::string> cells;
+  for (std::size_t row = 0; row < std::min(column.cells.size(), values.cells.size()); ++row) {
+    if (!table.drops(values.cells[row])) {
+      cells.push_back(column.cells[row]);
+    }
+  }
+  return cells;
+}
+
+// Dates, all of them or nothing.
+std::vector<Moment> moments_of(const std::vector<std::string>& cells) {
+  std::vector<Moment> moments;
+  for (const std::string& cell : cells) {
+    const std::optional<Moment> moment = parse_moment(cell);
+    if (!moment) {
+      return {};
+    }
+    moments.push_back(*moment);
+  }
+  return moments;
+}
+
+// Numbers that are evenly spaced up to a hundredth of a step, which lets positions pass that were rounded when they
+// were written, such as months in years: the first one and the step; nothing for others.
+std::optional<std::pair<QuarnFloat, QuarnFloat>> even_numbers(const std::vector<std::string>& cells) {
+  std::vector<QuarnFloat> positions;
+  std::transform(cells.begin(), cells.end(), std::back_inserter(positions), to_number);
+  const auto intervals = Integer(positions.size() - 1);
+  const QuarnFloat step = (positions.back() - positions.front()) / intervals;
+  const QuarnFloat tolerance = fabs(step) / 100;
+  for (Integer i = 1; i < intervals; ++i) {
+    if (fabs(positions[std::size_t(i)] - positions.front() - step * i) > tolerance) {
+      return std::nullopt;
+    }
+  }
+  return step == 0 ? std::nullopt : std::optional(std::pair(positions.front(), step));
+}
+
+// Takes start and step from a first column of numbers or dates.
+void take_positions(Sequence& sequence, const NumberTable& table, const NumberTable::Column& values) {
+  const NumberTable::Column& column = table.columns().front();
+  const std::vector<std::string> cells = kept_cells(table, column, values);
+  if (cells.size() < 2 || cells.size() != sequence.values.size()) {
     return;
   }
   const tesk2mp::Digits scope(std::max(kPositionDigits, QuarnDigits()));
-  const std::vector<QuarnFloat> positions = table.numbers(column);
-  const Integer intervals = Integer(positions.size() - 1);
-  const QuarnFloat step = (positions.back() - positions.front()) / intervals;
-  const QuarnFloat tolerance = fabs(step) / 100;
   const std::string name = column.name.empty() ? "column 1" : column.name;
-  if (step == 0) {
-    sequence.uneven = name;
-    return;
-  }
-  for (Integer i = 1; i < intervals; ++i) {
-    if (fabs(positions[std::size_t(i)] - positions.front() - step * i) > tolerance) {
+  if (std::all_of(cells.begin(), cells.end(), is_number)) {
+    if (const auto even = even_numbers(cells)) {
+      sequence.start = even->first;
+      sequence.step = even->second;
+      sequence.unit = name;
+      sequence.axis = name;
+    } else {
       sequence.uneven = name;
-      return;
+    }
+  } else if (const std::vector<Moment> moments = moments_of(cells); !moments.empty()) {
+    if (const auto even = steps_of(moments)) {
+      sequence.step = even->step;
+      sequence.unit = even->unit;
+      sequence.axis = even->unit + "s since " + cells.front();
+    } else {
+      sequence.uneven = name;
     }
   }
-  sequence.start = positions.front();
-  sequence.step = step;
-  sequence.unit = name;
 }
 
 // Whether z_k and z_(N-k) are conjugates; k = 0 and k = N/2 are their own partners.
@@ -53,9 +99,10 @@ Sequence sequence_from(const NumberTable& table, const std::string& column) {
   const NumberTable::Column& chosen = table.choose(column);
   Sequence sequence;
   sequence.name = chosen.name;
+  sequence.described = table.described(chosen);
   sequence.values = table.numbers(chosen);
   if (&chosen != &table.columns().front()) {
-    take_positions(sequence, table, table.columns().front());
+    take_positions(sequence, table, chosen);
   }
   return sequence;
 }
@@ -77,7 +124,7 @@ std::vector<QuarnFloat> half_complex_from(const NumberTable& table, const std::s
     if (!mirrored(x, imaginary, k)) {
       throw bad_input(table.place(*imaginary_column, k) + ": z_" + std::to_string(k) + " is not the conjugate of z_" +
                       std::to_string(k == 0 ? 0 : n - k) + ", as the spectrum of " + std::to_string(n) +
-                      " real numbers needs (a row for each k from 0)");
+                      " real numbers needs (a row for each k from 0; --complex takes other spectra)");
     }
   }
   for (std::size_t k = 1; 2 * k < n; ++k) {

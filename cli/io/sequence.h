@@ -10,15 +10,17 @@
 
 namespace cli {
 
-/// Evenly spaced samples. Where the input has a first column of evenly spaced positions (years, say), those count;
-/// otherwise the samples themselves do, from 0.
+/// Evenly spaced samples. Where the input has a first column of evenly spaced numbers (years, say) or dates, those
+/// count; otherwise the samples themselves do, from 0.
 struct Sequence {
-  std::string name;  // of the column; may be empty
+  std::string name;       // of the column; may be empty
+  std::string described;  // which column it is, for headings
   std::vector<QuarnFloat> values;
   std::string unit = "sample";
   QuarnFloat start;
   QuarnFloat step = 1;
-  std::string uneven;  // the name of a first column of numbers that are not evenly spaced
+  std::string axis = "sample";  // the title of an axis of positions
+  std::string uneven;           // the name of a first column of numbers or dates that are not evenly spaced
 
   std::string quantity() const { return name.empty() ? "value" : name; }
 };

@@ -1,5 +1,6 @@
 """Every shape of input that holds the same numbers gives the same spectrum; what cannot be read is named by its line."""
 
+import gzip
 import os
 import tempfile
 import unittest
@@ -77,11 +78,11 @@ BAD = [
     ("JSON numbers and rows", "[1, [2]]", [], ": numbers and rows of numbers are mixed"),
     ("JSON rows and numbers", "[[1], 2]", [], ": numbers and rows of numbers are mixed"),
     ("an asymmetric spectrum", "real,imaginary\n1,0\n2,3\n2,4\n", ["--inverse"],
-     ":3: z_1 is not the conjugate of z_2, as the spectrum of 3 real numbers needs (a row for each k from 0)"),
+     ":3: z_1 is not the conjugate of z_2, as the spectrum of 3 real numbers needs (a row for each k from 0; --complex takes other spectra)"),
     ("a spectrum with unequal real parts", "real,imaginary\n1,0\n2,3\n9,-3\n", ["--inverse"],
-     ":3: z_1 is not the conjugate of z_2, as the spectrum of 3 real numbers needs (a row for each k from 0)"),
+     ":3: z_1 is not the conjugate of z_2, as the spectrum of 3 real numbers needs (a row for each k from 0; --complex takes other spectra)"),
     ("a complex mean", "real,imaginary\n1,1\n2,3\n2,-3\n", ["--inverse"],
-     ":2: z_0 is not the conjugate of z_0, as the spectrum of 3 real numbers needs (a row for each k from 0)"),
+     ":2: z_0 is not the conjugate of z_0, as the spectrum of 3 real numbers needs (a row for each k from 0; --complex takes other spectra)"),
     ("parts of unequal length", '{"real": [1, 2], "imaginary": [0]}', ["--inverse"], ": 2 real and 1 imaginary parts"),
 ]
 
@@ -140,13 +141,114 @@ class Inputs(unittest.TestCase):
                 result = run_json("fft", file)
             self.assertEqual((result["real"], result["unit"]), (expected["real"], "day"))
 
-    def test_compressed_files_are_named(self):
+    def test_compressed_files(self):
+        table = "day;h\u00f6he\n1;1,5\n2;-2\n3;3e2\n4;4\n"
+        expected = run_json("fft", "-", stdin="\n".join(NUMBERS))["real"]
+        whole = gzip.compress(table.encode())
         with tempfile.TemporaryDirectory(dir=tempfile.tempdir) as folder:
             file = os.path.join(folder, "table.csv.gz")
-            with open(file, "wb") as table:
-                table.write(b"\x1f\x8b\x08\x00")
-            done = run("sort", file)
-        self.assertEqual((done.returncode, done.stderr), (2, f"quarn: {file}: compressed; 'gunzip -c FILE | quarn ... -' reads it\n"))
+            for what, data in (
+                ("one member", whole), ("stored", gzip.compress(table.encode(), 0)),
+                ("UTF-16", gzip.compress(("\ufeff" + table).encode("utf-16-le"))),
+                ("two members", gzip.compress(table[:20].encode()) + gzip.compress(table[20:].encode())),
+            ):
+                with self.subTest(what), open(file, "wb") as archive:
+                    archive.write(data)
+                    archive.flush()
+                    self.assertEqual(run_json("fft", file)["real"], expected)
+            wrong_sum = bytearray(whole)
+            wrong_sum[-8] ^= 1
+            for what, data in (("a head alone", whole[:4]), ("cut", whole[:-1]), ("a wrong sum", bytes(wrong_sum)),
+                               ("more behind", whole + b"x"), ("no blocks", whole[:10] + b"\xff" * 20)):
+                with self.subTest(what), open(file, "wb") as archive:
+                    archive.write(data)
+                    archive.flush()
+                    done = run("sort", file)
+                    self.assertEqual((done.returncode, done.stdout), (2, ""))
+                    self.assertIn(f"quarn: {file}: not a whole gzip file: ", done.stderr)
+
+    def test_dates(self):
+        def table(dates):
+            return "date;level\n;cm\n" + "".join(f"{date};{k * k % 7}\n" for k, date in enumerate(dates))
+
+        for dates, unit, frequency in (
+            (["2023-12-30", "2023-12-31", "2024-01-01", "2024-01-02"], "day", "0.25"),
+            (["28.02.2023", "02.03.2023", "04.03.2023", "06.03.2023"], "day", "0.125"),
+            (["2024-01-31", "2024-02-29", "2024-03-31", "2024-04-30"], "month", "0.25"),
+            (["2020-07", "2021-07", "2022-07", "2023-07"], "year", "0.25"),
+            (["2024-03-31T22:30:00Z", "2024-04-01T00:00:00+01:00", "2024-03-31T23:30Z", "2024-04-01 00:00"], "minute", None),
+            (["2024-05-05 23:00", "2024-05-06 02:00", "2024-05-06 05:00", "2024-05-06 08:00"], "hour", "0.083333"),
+            (["2024-05-05 00:00:00.5", "2024-05-05 00:00:01", "2024-05-05 00:00:01.5", "2024-05-05 00:00:02"], "second", "0.5"),
+        ):
+            with self.subTest(dates=dates):
+                result = run_json("fft", "-", "--digits", "5", stdin=table(dates))
+                self.assertEqual(result["unit"], unit)
+                if frequency is not None:
+                    self.assertEqual(result["frequency"][1], frequency)
+        for dates in (["2024-01-01", "2024-01-02", "2024-01-04", "2024-01-05"], ["2024-01-01"] * 4):
+            self.assertIn("'date' is not evenly spaced", run_well("fft", "-", stdin=table(dates)))
+        missing = "day,x\n2024-01-01,1\n2024-01-02,NA\n2024-01-03,4\n2024-01-04,2\n"
+        self.assertIn("'day' is not evenly spaced", run_well("fft", "-", "--missing", "drop", stdin=missing))
+        self.assertIn("units of day", run_well("fft", "-", "--missing", "interpolate", stdin=missing))
+        for no_date in ("2023-02-29", "2024-13-01", "2024-01-01T25:61"):
+            shown = run_json("fft", "-", stdin=table([no_date, "2024-01-02", "2024-01-03", "2024-01-04"]))
+            self.assertEqual(shown["unit"], "sample")
+
+    def test_several_columns_at_once(self):
+        text = "t,a,b\n0,1,4\n1,2,4\n2,3,1\n3,5,0\n"
+        both = run_json("fft", "-", "--column", "a", "--column", "3", stdin=text)
+        for name in ("a", "b"):
+            alone = run_json("fft", "-", "--column", name, stdin=text)
+            for part in ("real", "imaginary", "magnitude"):
+                self.assertEqual(both[f"{part} {name}"], alone[part])
+            self.assertEqual(both["frequency"], alone["frequency"])
+        self.assertIn("of 'a' (column 2 of 3) and of 'b' (column 3 of 3)",
+                      run_well("fft", "-", "--column", "a", "--column", "3", stdin=text))
+        done = run("fft", "-", "--column", "a", "--column", "b", "--missing", "drop", stdin=text.replace(",1\n", ",\n"))
+        self.assertEqual(done.returncode, 2)
+        self.assertIn("columns of 4 and 3 numbers", done.stderr)
+
+    def test_complex_numbers_are_recognised(self):
+        numbers = "1-2i\n3\ni\n"
+        expected = run_json("cfft", "-", stdin=numbers)
+        for text in (numbers, "real,imaginary\n1,-2\n3,0\n0,1\n", "x\n1-2i\n3\ni\n",
+                     "%%MatrixMarket matrix array complex general\n3 1\n1 -2\n3 0\n0 1\n"):
+            with self.subTest(text=text):
+                self.assertEqual(run_json("fft", "-", stdin=text), expected)
+        self.assertEqual(run("fft", "-", "--window", "hann", stdin=numbers).returncode, 2)
+        product = run_json("convolve", "-", "-", stdin="real,imaginary\n1,2\n0,-1\n")
+        self.assertEqual((product["real"], product["imaginary"]), (["-3", "4", "-1"], ["4", "-2", "0"]))
+        vector = "%%MatrixMarket matrix array real general\n4 1\n1.5\n-2\n3e2\n4\n"
+        for command in ("sort", "dct", "fft"):
+            self.assertEqual({**run_json(command, "-", stdin=vector), "input": ""},
+                             {**run_json(command, "-", stdin="\n".join(NUMBERS)), "input": ""})
+
+    def test_options_of_tables_are_everywhere(self):
+        table = "Station\na;b\n1,5;2\nNA;7\n0,5;-1\n"
+        options = ("--skip", "1", "--missing", "drop")
+        for command in (("lu",), ("det",), ("inv",), ("eig",), ("norm",), ("sparse",), ("cfft",)):
+            with self.subTest(command=command):
+                self.assertEqual(run_well(*command, "-", *options, "--format", "csv", stdin=table),
+                                 run_well(*command, "-", "--format", "csv", stdin="1.5 2\n0.5 -1\n"))
+        for command in ("dct", "dst"):
+            self.assertEqual(run_json(command, "-", "--column", "1", *options, stdin=table)["value"],
+                             run_json(command, "-", stdin="1.5\n0.5\n")["value"])
+        self.assertEqual(run_json("convolve", "-", "-", "--column", "a", "--column-b", "a", *options, stdin=table)["value"],
+                         ["2.25", "1.5", "0.25"])
+
+    def test_an_upper_triangle_on_request(self):
+        for field, kind, upper, lower in (
+            ("real", "symmetric", "1 1 4\n1 2 1\n2 2 5\n", "1 1 4\n2 1 1\n2 2 5\n"),
+            ("real", "skew-symmetric", "1 2 3\n", "2 1 -3\n"),
+            ("complex", "hermitian", "1 1 4 0\n1 2 1 2\n2 2 5 0\n", "1 1 4 0\n2 1 1 -2\n2 2 5 0\n"),
+        ):
+            with self.subTest(kind):
+                head = f"%%MatrixMarket matrix coordinate {field} {kind}\n2 2 {upper.count(chr(10))}\n"
+                expected = run_well("det", "-", "--format", "csv", stdin=head + lower)
+                self.assertEqual(run_well("det", "-", "--mirror", "--format", "csv", stdin=head + upper), expected)
+                self.assertIn("--mirror takes the upper one", run("det", "-", stdin=head + upper).stderr)
+        both = "%%MatrixMarket matrix coordinate real symmetric\n2 2 2\n1 2 1\n2 1 1\n"
+        self.assertIn("in the other triangle", run("det", "-", "--mirror", stdin=both).stderr)
 
     def test_an_unknown_ending_of_the_output_is_refused(self):
         done = run("sort", "-", "--output", "result.xlsx", stdin="1\n2\n")

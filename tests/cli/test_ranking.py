@@ -73,7 +73,7 @@ class Ranking(unittest.TestCase):
     def test_small_results_whole(self):
         text = "day,height\n1,2.5\n2,-4\n3,2.5\n"
         self.assertEqual(run_well("rank", "-", stdin=text),
-                         "# Ranks of 3 values of 'height' in standard input, ascending\n"
+                         "# Ranks of 3 values of 'height' (column 2 of 2) in standard input, ascending\n"
                          "# 20 digits; equal values keep their order\n"
                          "position  value  rank\n       1    2.5     2\n       2     -4     1\n       3    2.5     3\n")
         self.assertEqual(run_well("sort", "-", "--column", "day", "--descending", "--format", "csv", stdin=text),
