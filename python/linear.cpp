@@ -178,6 +178,40 @@ singular.
 [Decimal('0.1'), Decimal('0.6')]
 )");
   module.def(
+      "refine",
+      [](py::handle a, py::handle b, const std::string& op) {
+        const Array left(a);
+        const Array right(b);
+        return with_scalar(
+            [&]<class T>(T) {
+              const auto matrix = left.matrix<T>();
+              const auto refined = outside([&] {
+                const tesk2mp::LU<T> lu(matrix);
+                return right.is_vector() ? tesk2mp::refine(matrix, lu, right.vector<T>(), op_of(op))
+                                         : tesk2mp::refine(matrix, lu, right.matrix<T>(), op_of(op));
+              });
+              if (!refined.converged) {
+                PyErr_SetString(PyExc_ArithmeticError, "the matrix is singular to the working precision");
+                throw py::error_already_set();
+              }
+              if (right.is_vector()) {
+                const std::vector<T> x(refined.x.data(), refined.x.data() + refined.x.rows());
+                return py::make_tuple(from(x, b), from(refined.forward_errors[0]));
+              }
+              return py::make_tuple(from(refined.x, b), from(refined.forward_errors, py::none()));
+            },
+            left, right);
+      },
+      py::arg("a"), py::arg("b"), py::arg("op") = "none", R"(refine(a, b, op='none')
+
+The solution x of op(a) x = b, corrected with exact residuals until its largest element is good to the last digit, and an
+estimate of its largest error beside that element: (x, error), or (x, errors) for the columns of a matrix. ArithmeticError
+when a is singular, or singular to the working precision.
+
+>>> refine([[4, 1], [2, 3]], [1, 2])[0]
+[Decimal('0.1'), Decimal('0.6')]
+)");
+  module.def(
       "determinant",
       [](py::handle a) {
         const Array given(a);

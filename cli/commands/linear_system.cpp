@@ -20,11 +20,11 @@ QuarnFloat norm(const std::vector<T>& x) {
 // Sums duplicates, keeps zeros.
 template <class T>
 Equations<T> equations_of(const SparseMatrix& matrix, const std::vector<T>& values, std::vector<T> b) {
-  Equations<T> equations{tesk2mp::SparseMatrix<T>(std::size_t(matrix.rows)), {}, std::move(b)};
+  Equations<T> equations{tesk2mp::SparseMatrix<T>(std::size_t(matrix.rows)), std::move(b)};
   for (std::size_t k = 0; k < values.size(); ++k) {
     equations.a.add(std::size_t(matrix.row[k]) - 1, std::size_t(matrix.column[k]) - 1, values[k]);
   }
-  equations.starts = equations.a.canonicalise(tesk2mp::Duplicates::sum, tesk2mp::Zeros::keep);
+  equations.a.canonicalise(tesk2mp::Duplicates::sum, tesk2mp::Zeros::keep);
   if (equations.b.empty()) {
     equations.b = equations.a.multiply(std::vector<T>(std::size_t(matrix.rows), T(1)));
   }
@@ -55,25 +55,16 @@ LinearSystem linear_system(const SparseMatrix& matrix, const DenseMatrix* b) {
 }
 
 template <class T>
-std::vector<T> exact_residual(const Equations<T>& equations, const std::vector<T>& x) {
+QuarnFloat relative_residual(const Equations<T>& equations, const std::vector<T>& x) {
   const tesk2mp::Digits twice(int(std::min<Integer>(2 * QuarnDigits(), kMostDigits)));
   std::vector<T> residual = equations.a.multiply(x);
   for (std::size_t i = 0; i < residual.size(); ++i) {
     residual[i] = equations.b[i] - residual[i];
   }
-  return residual;
-}
-
-template <class T>
-QuarnFloat relative_residual(const Equations<T>& equations, const std::vector<T>& x) {
-  const std::vector<T> residual = exact_residual(equations, x);
-  const tesk2mp::Digits twice(int(std::min<Integer>(2 * QuarnDigits(), kMostDigits)));
   const QuarnFloat size = norm(equations.b);
   return size == 0 ? norm(residual) : norm(residual) / size;
 }
 
-template std::vector<QuarnFloat> exact_residual(const Equations<QuarnFloat>&, const std::vector<QuarnFloat>&);
-template std::vector<Complex> exact_residual(const Equations<Complex>&, const std::vector<Complex>&);
 template QuarnFloat relative_residual(const Equations<QuarnFloat>&, const std::vector<QuarnFloat>&);
 template QuarnFloat relative_residual(const Equations<Complex>&, const std::vector<Complex>&);
 

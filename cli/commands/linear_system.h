@@ -13,11 +13,10 @@
 namespace cli {
 
 /// A and b of one kind of numbers. The entries of A are in canonical form: rows ascending, columns ascending within a
-/// row, no place twice; row i is the entries starts[i] ... starts[i + 1] - 1.
+/// row, no place twice.
 template <class T>
 struct Equations {
   tesk2mp::SparseMatrix<T> a;
-  std::vector<Integer> starts;
   std::vector<T> b;
 };
 
@@ -36,10 +35,6 @@ struct LinearSystem {
 /// Takes the matrix, which must be square, and the right side; no right side means A (1, ..., 1). The system is complex
 /// when either is.
 LinearSystem linear_system(const SparseMatrix& matrix, const DenseMatrix* b);
-
-/// b - A x with twice the working digits.
-template <class T>
-std::vector<T> exact_residual(const Equations<T>& equations, const std::vector<T>& x);
 
 /// ||b - A x|| / ||b|| with twice the working digits, in the Euclidean norm; the plain residual where b is zero.
 template <class T>
@@ -78,7 +73,7 @@ struct IterativeOptions {
 Solution solve_iteratively(const LinearSystem& system, const std::string& method, const IterativeOptions& options,
                            const std::function<void(const ResidualStep&)>& watcher);
 
-/// Solves by the LU factorisation of the full matrix, refining the solution with residuals of twice the digits.
+/// Solves by the LU factorisation of the full matrix, refining the solution with exact residuals.
 Solution solve_directly(const LinearSystem& system);
 
 }  // namespace cli

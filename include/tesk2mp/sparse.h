@@ -225,5 +225,98 @@ TESK2MP_API void QuarnMPX_f11xsfn_(Integer n, Integer nnz, const Complex* a, con
                                    const char* check, const Complex* x, Complex* y, char* message_buffer,
                                    Integer* ifail, int check_length, int buffer_length);
 /// @}
+
+// Preconditioners --------------------------------------------------------------------------------------------------
+
+/// @defgroup sparse_diagonal rows and diagonal of a sparse matrix
+///
+/// SPARSE_DIAGONAL: where the rows of a matrix in canonical form start and where their diagonal entries are, as the
+/// preconditioners below take them; ZSPARSE_DIAGONAL over Complex.
+///
+/// @param[in] n order of A, >= 1
+/// @param[in] nnz number of entries, 1 ... N**2
+/// @param[in] a the entries, NNZ of each
+/// @param[in] irow the entries, NNZ of each
+/// @param[in] icol the entries, NNZ of each
+/// @param[out] istr N + 1: row i is A(ISTR(i)) ... A(ISTR(i + 1) - 1)
+/// @param[out] idiag N: A(IDIAG(i)) is the diagonal entry of row i; 0 where there is none
+/// @param[out] info 0; -k when argument k is illegal; i when row i has no diagonal entry or a zero there
+///
+/// @par Failures
+/// Illegal: n < 1 (-1), nnz < 1 or > N**2 (-2), a row outside 1 ... N (-4), a column outside 1 ... N, or entries that
+/// are not in canonical form (-5). ISTR and IDIAG are then not touched.
+///
+/// @par Source
+/// Y. Saad, Iterative Methods for Sparse Linear Systems, SIAM 2003, section 3.4.
+///
+/// @par Cost
+/// Time is linear in N + NNZ.
+/// @{
+TESK2MP_API void QuarnMPX_sparse_diagonal_(Integer n, Integer nnz, const QuarnFloat* a, const Integer* irow,
+                                           const Integer* icol, Integer* istr, Integer* idiag, Integer* info);
+TESK2MP_API void QuarnMPX_zsparse_diagonal_(Integer n, Integer nnz, const Complex* a, const Integer* irow,
+                                            const Integer* icol, Integer* istr, Integer* idiag, Integer* info);
+/// @}
+
+/// @defgroup jacobi Jacobi preconditioner
+///
+/// JACOBI: x := op(D)^-1 x with the diagonal D of a sparse matrix; ZJACOBI over Complex.
+///
+/// @param[in] trans N or T: op(D) = D; C: its conjugate
+/// @param[in] n order of A, >= 1
+/// @param[in] a the entries
+/// @param[in] idiag N: the diagonal entries, none of them zero, as SPARSE_DIAGONAL finds them
+/// @param[in,out] x N elements
+/// @param[out] info 0, or -k when argument k is illegal
+///
+/// @par Failures
+/// Illegal: trans (-1), n < 1 (-2).
+///
+/// @par Source
+/// Y. Saad, Iterative Methods for Sparse Linear Systems, SIAM 2003, section 10.2.
+///
+/// @par Cost
+/// n divisions.
+/// @{
+TESK2MP_API void QuarnMPX_jacobi_(const char* trans, Integer n, const QuarnFloat* a, const Integer* idiag,
+                                  QuarnFloat* x, Integer* info, int trans_length);
+TESK2MP_API void QuarnMPX_zjacobi_(const char* trans, Integer n, const Complex* a, const Integer* idiag, Complex* x,
+                                   Integer* info, int trans_length);
+/// @}
+
+/// @defgroup ssor SSOR preconditioner
+///
+/// SSOR: x := op(M)^-1 x with M = omega / (2 - omega) (D / omega + L) D^-1 (D / omega + U), A = L + D + U by its strict
+/// triangles and its diagonal; ZSSOR over Complex. M is symmetric, or Hermitian, when A is.
+///
+/// @param[in] trans N: op(M) = M; T: its transpose; C: its conjugate transpose
+/// @param[in] n order of A, >= 1
+/// @param[in] a the entries in canonical form
+/// @param[in] icol their columns
+/// @param[in] istr N + 1: the rows, as SPARSE_DIAGONAL finds them
+/// @param[in] idiag N: the diagonal entries, none of them zero, as SPARSE_DIAGONAL finds them
+/// @param[in] omega 0 < omega < 2; 1: symmetric Gauss-Seidel
+/// @param[in,out] x N elements
+/// @param[out] info 0, or -k when argument k is illegal
+///
+/// @par Failures
+/// Illegal: trans (-1), n < 1 (-2), omega outside 0 ... 2 (-7). When storage runs out x is not defined.
+///
+/// @par Method
+/// A sweep down the rows and one up; every operation is rounded.
+///
+/// @par Source
+/// D. M. Young, Iterative Solution of Large Linear Systems, Academic Press 1971.
+///
+/// @par Cost
+/// NNZ - N multiply-adds and 2 N divisions.
+/// @{
+TESK2MP_API void QuarnMPX_ssor_(const char* trans, Integer n, const QuarnFloat* a, const Integer* icol,
+                                const Integer* istr, const Integer* idiag, QuarnFloat omega, QuarnFloat* x,
+                                Integer* info, int trans_length);
+TESK2MP_API void QuarnMPX_zssor_(const char* trans, Integer n, const Complex* a, const Integer* icol,
+                                 const Integer* istr, const Integer* idiag, QuarnFloat omega, Complex* x, Integer* info,
+                                 int trans_length);
+/// @}
 }
 TESK2MP_NAMES_END

@@ -57,6 +57,10 @@ class SparseMatrix {
   const T& value(std::size_t entry) const { return values_.at(entry); }
   std::size_t row(std::size_t entry) const { return std::size_t(rows_.at(entry)) - 1; }
   std::size_t column(std::size_t entry) const { return std::size_t(columns_.at(entry)) - 1; }
+  /// The entries as the exports take them: rows and columns count from 1.
+  std::span<const T> values() const { return values_; }
+  std::span<const Integer> rows_from_one() const { return rows_; }
+  std::span<const Integer> columns_from_one() const { return columns_; }
 
   /// Sorts the entries by rows, then columns, merges those of the same place and drops zeros. Returns where each row
   /// starts: row i is the entries start[i] ... start[i + 1] - 1. Linear time. With Duplicates::fail or Zeros::fail

@@ -57,6 +57,7 @@
 #include "tesk2mp/orthogonal.h"
 #include "tesk2mp/proven.h"
 #include "tesk2mp/random.h"
+#include "tesk2mp/refinement.h"
 #include "tesk2mp/sparse.h"
 #include "tesk2mp/special.h"
 #include "tesk2mp/structured.h"

@@ -1,9 +1,10 @@
 // E. Anderson et al., LAPACK Users' Guide: xGETRS, xGETRI.
+#include "src/dense/lu_solve.h"
+
 #include <algorithm>
 #include <utility>
 #include <vector>
 
-#include "src/kernels/exact_level3.h"
 #include "tesk2mp/dense.h"
 
 namespace tesk {
@@ -16,25 +17,17 @@ void interchange(Integer columns, OneBasedMatrix<T> b, Integer k, Integer row) {
   }
 }
 
-/// Checks, then the solution of op(A) X = B from the factors; returns INFO.
+}  // namespace
+
 template <class T>
-Integer solve_with_factors(const char* trans, Integer n, Integer nrhs, T* a, Integer lda, const Integer* ipiv, T* b,
-                           Integer ldb) {
-  const Integer least = std::max<Integer>(1, n);
-  const Integer wrong =
-      first_wrong({{!is_op(trans), 1}, {n < 0, 2}, {nrhs < 0, 3}, {lda < least, 5}, {ldb < least, 8}});
-  if (wrong != 0 || n == 0 || nrhs == 0) {
-    return -wrong;
-  }
-  const Op op = op_of(trans);
-  const OneBasedMatrix<T> factors(a, lda);
-  const OneBasedMatrix<T> x(b, ldb);
+void solve_factored(Op op, Integer n, Integer columns, OneBasedMatrix<T> factors, const Integer* ipiv,
+                    OneBasedMatrix<T> x) {
   const auto solve = [&](Triangle triangle, Diagonal diagonal) {
-    exact::solve_triangular_matrix(Side::left, triangle, op, diagonal, n, nrhs, T(1.0), factors, x);
+    exact::solve_triangular_matrix(Side::left, triangle, op, diagonal, n, columns, T(1.0), factors, x);
   };
   if (op == Op::none) {
     for (Integer k = 1; k <= n; ++k) {
-      interchange(nrhs, x, k, ipiv[k - 1]);
+      interchange(columns, x, k, ipiv[k - 1]);
     }
     solve(Triangle::lower, Diagonal::unit);
     solve(Triangle::upper, Diagonal::general);
@@ -42,10 +35,28 @@ Integer solve_with_factors(const char* trans, Integer n, Integer nrhs, T* a, Int
     solve(Triangle::upper, Diagonal::general);
     solve(Triangle::lower, Diagonal::unit);
     for (Integer k = n; k >= 1; --k) {
-      interchange(nrhs, x, k, ipiv[k - 1]);
+      interchange(columns, x, k, ipiv[k - 1]);
     }
   }
-  return 0;
+}
+
+template void solve_factored(Op, Integer, Integer, OneBasedMatrix<QuarnFloat>, const Integer*,
+                             OneBasedMatrix<QuarnFloat>);
+template void solve_factored(Op, Integer, Integer, OneBasedMatrix<Complex>, const Integer*, OneBasedMatrix<Complex>);
+
+namespace {
+
+/// Checks, then the solution of op(A) X = B from the factors; returns INFO.
+template <class T>
+Integer solve_with_factors(const char* trans, Integer n, Integer nrhs, T* a, Integer lda, const Integer* ipiv, T* b,
+                           Integer ldb) {
+  const Integer least = std::max<Integer>(1, n);
+  const Integer wrong =
+      first_wrong({{!is_op(trans), 1}, {n < 0, 2}, {nrhs < 0, 3}, {lda < least, 5}, {ldb < least, 8}});
+  if (wrong == 0 && n > 0 && nrhs > 0) {
+    solve_factored<T>(op_of(trans), n, nrhs, {a, lda}, ipiv, {b, ldb});
+  }
+  return -wrong;
 }
 
 /// Checks, then the inverse of A in the place of its factors: the solution of A X = I, made beside them. Returns INFO.
@@ -71,7 +82,9 @@ Integer invert(Integer n, T* a, Integer lda, const Integer* ipiv, T* work, Integ
   for (Integer j = 1; j <= n; ++j) {
     x(j, j) = T(1.0);
   }
-  solve_with_factors<T>("N", n, n, a, lda, ipiv, inverse.data(), least);
+  if (n > 0) {
+    solve_factored(Op::none, n, n, factors, ipiv, x);
+  }
   for (Integer j = 1; j <= n; ++j) {
     for (Integer i = 1; i <= n; ++i) {
       factors(i, j) = std::move(x(i, j));

@@ -166,6 +166,18 @@ TEST_CASE("row weights undo the scaling of equations") {
   CHECK_THROWS_AS(LU<Real>::row_weighted(Matrix<Real>::identity(11)), InvalidArgument);
 }
 
+TEST_CASE_TEMPLATE("refined solutions", T, Real, Complex) {
+  const Matrix<T> a = {{3, 1}, {1, 2}};
+  const LU factors(a);
+  const Refined<T> both = refine(a, factors, Matrix<T>{{7, 4}, {9, 3}});
+  CHECK(both.converged);
+  CHECK(both.x == Matrix<T>{{1, 1}, {4, 1}});
+  CHECK(both.forward_errors.at(1) < Real(1, -18));
+  CHECK(both.backward_errors.at(0) == 0);
+  CHECK(refine(a, factors, std::vector<T>{7, 9}, Op::transpose).x == Matrix<T>{{1}, {4}});
+  CHECK_THROWS_AS((void)refine(Matrix<T>(3, 3), factors, std::vector<T>{7, 9}), InvalidArgument);
+}
+
 TEST_CASE_TEMPLATE("QR and least squares", T, Real, Complex) {
   const Matrix<T> a = {{1, 2}, {3, 4}, {5, 6}};
   const QR<T> qr(a);

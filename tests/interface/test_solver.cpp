@@ -43,19 +43,16 @@ Real error_of(const SparseMatrix<Real>& a, std::span<const Real> x, const std::v
 TEST_CASE("every method, criterion and norm, with and without a preconditioner") {
   const Digits digits(40);
   Samples samples;
-  const SparseMatrix<Real> a = dominant(samples);
+  SparseMatrix<Real> a = dominant(samples);
   const std::vector<Real> b = samples.vector<Real>(kOrder);
-  std::vector<Real> diagonal(kOrder);
-  for (std::size_t entry = 0; entry < a.entries(); ++entry) {
-    if (a.row(entry) == a.column(entry)) {
-      diagonal[a.row(entry)] += a.value(entry);
-    }
-  }
-  const auto jacobi = [&](std::span<const Real> x, std::span<Real> y) {
-    for (std::size_t i = 0; i < kOrder; ++i) {
-      y[i] = x[i] / diagonal[i];
-    }
-  };
+  CHECK_THROWS_AS(Ssor{a}, InvalidArgument);  // not in canonical form
+  a.canonicalise();
+  const Jacobi jacobi(a);
+  CHECK_THROWS_AS(Ssor(a, 2), InvalidArgument);
+  const Ssor ssor(a, Real(5) / 4);
+  SparseMatrix<Real> hollow(2);
+  hollow.add(0, 1, 1);
+  CHECK_THROWS_AS(Jacobi{hollow}, NumericalFailure);
   for (const Method method : {Method::rgmres, Method::cgs, Method::bicgstab, Method::tfqmr}) {
     for (const Criterion criterion : {Criterion::residual, Criterion::preconditioned_residual}) {
       for (const VectorNorm vector_norm : {VectorNorm::one, VectorNorm::infinity, VectorNorm::two}) {
@@ -71,6 +68,7 @@ TEST_CASE("every method, criterion and norm, with and without a preconditioner")
         CHECK(plain.progress.iterations > 1);
         CHECK(plain.progress.left <= plain.progress.right);
         CHECK(error_of(a, solve_iteratively(a, b, options, jacobi).x, b) < Real(1, -27));
+        CHECK(error_of(a, solve_iteratively(a, b, options, ssor).x, b) < Real(1, -27));
       }
     }
   }

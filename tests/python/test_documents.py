@@ -2,6 +2,7 @@
 
 import ast
 import doctest
+import inspect
 import pathlib
 import re
 import unittest
@@ -80,16 +81,38 @@ class Documents(unittest.TestCase):
                 if isinstance(node, ast.FunctionDef):
                     heading = " ".join(getattr(tesk2mp, name).__doc__.partition("\n\n")[0].split())
                     self.assertEqual(heading, f"{name}({self.arguments(node)})")
-                else:
-                    members = [part.name for part in node.body if isinstance(part, ast.FunctionDef)]
-                    self.assertEqual([member for member in members if not hasattr(getattr(tesk2mp, name), member)], [])
+                    self.assertEqual(self.real_arguments(getattr(tesk2mp, name)), self.arguments(node))
+                    continue
+                kind = getattr(tesk2mp, name)
+                members = {part.name: part for part in node.body if isinstance(part, ast.FunctionDef)}
+                public = {member for each in kind.__mro__[:-1] for member in vars(each) if not member.startswith("_")}
+                if not issubclass(kind, Exception):
+                    self.assertEqual(public, {member for member in members if not member.startswith("_")})
+                for member, part in members.items():
+                    method = kind if member == "__init__" else getattr(kind, member)
+                    if callable(method) and member != "__exit__":
+                        self.assertEqual(self.real_arguments(method), self.arguments(part), member)
+
+    @classmethod
+    def real_arguments(cls, function):
+        """What the module itself says of a function's parameters when it is called with one that does not exist."""
+        if inspect.isfunction(function) or inspect.isfunction(getattr(function, "__init__", None)):
+            text = str(inspect.signature(function))
+        else:
+            try:
+                function(**{"no such parameter": None})
+            except TypeError as error:
+                text = re.search(r"^ +1\. [\w.]*(\(.*\))(?: -> .*)?$", str(error), flags=re.M)[1]
+        return cls.arguments(ast.parse(f"def function{text}: ...").body[0])
 
     @staticmethod
     def arguments(node):
+        """The parameters but self, with their defaults; operands of operators have no names."""
         defaults = [None] * (len(node.args.args) - len(node.args.defaults)) + node.args.defaults
         return ", ".join(
-            each.arg if default is None else f"{each.arg}={ast.literal_eval(default)!r}"
+            re.sub(r"^(arg0|other)$", "_", each.arg) + ("" if default is None else f"={ast.literal_eval(default)!r}")
             for each, default in zip(node.args.args, defaults)
+            if each.arg != "self"
         )
 
 

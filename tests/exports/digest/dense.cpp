@@ -44,6 +44,26 @@ void solutions(Suite& suite, E entry) {
   });
 }
 
+template <class T, class Unused, class E>
+void refinement(Suite& suite, E entry) {
+  suite.cases(3, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    const auto a = c.numbers<T>(std::int64_t(ld) * ld);
+    const auto b = c.numbers<T>(std::int64_t(2) * ld);
+    std::vector<Integer> rows(std::size_t(ld), 1);
+    for (Integer i = 0; i < n; ++i) {
+      rows[std::size_t(i)] = i + 1;
+    }
+    const std::vector<QuarnFloat> two(2, QuarnFloat(0));
+    const Scratch<T> work(std::size_t(3) * std::size_t(ld));
+    const Scratch<Unused> unused(static_cast<std::size_t>(ld));
+    for (const char* trans : {"N", "t", "C", "X"}) {
+      suite.run(entry, trans, n, Integer(2), a, ld, a, ld, rows, b, ld, b, ld, two, two, work, unused, Integer(-99), 1);
+    }
+  });
+}
+
 void unbalanced_vectors(Suite& suite) {
   const auto entry = ENTRY(QuarnMPX_dgebak_);
   suite.cases(3, [&](Case& c) {
@@ -384,6 +404,8 @@ void dense(Suite& suite) {
   lu<Complex>(suite, ENTRY(QuarnMPX_f07arf_), ENTRY(QuarnMPX_zgetrf_));
   solutions<QuarnFloat>(suite, ENTRY(QuarnMPX_dgetrs_));
   solutions<Complex>(suite, ENTRY(QuarnMPX_zgetrs_));
+  refinement<QuarnFloat, Integer>(suite, ENTRY(QuarnMPX_dgerfs_));
+  refinement<Complex, QuarnFloat>(suite, ENTRY(QuarnMPX_zgerfs_));
   weighted_lu(suite);
   inverses<QuarnFloat>(suite, ENTRY(QuarnMPX_dgetri_));
   inverses<Complex>(suite, ENTRY(QuarnMPX_zgetri_));

@@ -109,6 +109,33 @@ void product(Suite& suite, E... forms) {
   });
 }
 
+template <class T, class Diagonal, class Jacobi, class Ssor>
+void preconditioners(Suite& suite, Diagonal diagonal, Jacobi jacobi, Ssor ssor) {
+  suite.cases(2, [&](Case& c) {
+    const auto e = entries<T>(c, false, c.below(4) != 0);
+    const std::vector<Integer> istr(std::size_t(e.n + 1), -5);
+    const std::vector<Integer> idiag(std::size_t(std::max<Integer>(1, e.n)), -5);
+    suite.run(diagonal, e.n, e.nnz, e.a, e.irow, e.icol, istr, idiag, Integer(-99));
+    // A full matrix, whose structure is known.
+    const Integer n = std::max<Integer>(1, e.n);
+    const auto a = c.numbers<T>(std::int64_t(n) * n);
+    std::vector<Integer> columns, starts, places;
+    for (Integer i = 0; i < n; ++i) {
+      starts.push_back(i * n + 1);
+      places.push_back(i * n + i + 1);
+      for (Integer j = 1; j <= n; ++j) {
+        columns.push_back(j);
+      }
+    }
+    starts.push_back(n * n + 1);
+    const auto x = c.numbers<T>(n);
+    for (const char* trans : {"N", "t", "C", "X"}) {
+      suite.run(jacobi, trans, e.n, a, places, x, Integer(-99), 1);
+      suite.run(ssor, trans, e.n, a, columns, starts, places, QuarnFloat(c.below(9)) / 4, x, Integer(-99), 1);
+    }
+  });
+}
+
 }  // namespace
 
 void sparse(Suite& suite) {
@@ -116,6 +143,8 @@ void sparse(Suite& suite) {
   canonical_form<Complex>(suite, false, ENTRY(QuarnMP_f11znf_), ENTRY(QuarnMP_f11znfn_));
   canonical_form<QuarnFloat>(suite, true, ENTRY(QuarnMP_f11zbfn_));
   canonical_form<Complex>(suite, true, ENTRY(QuarnMP_f11zpf_), ENTRY(QuarnMP_f11zpfn_));
+  preconditioners<QuarnFloat>(suite, ENTRY(QuarnMPX_sparse_diagonal_), ENTRY(QuarnMPX_jacobi_), ENTRY(QuarnMPX_ssor_));
+  preconditioners<Complex>(suite, ENTRY(QuarnMPX_zsparse_diagonal_), ENTRY(QuarnMPX_zjacobi_), ENTRY(QuarnMPX_zssor_));
   product<QuarnFloat, false>(suite, ENTRY(QuarnMP_f11xaf_), ENTRY(QuarnMP_f11xafn_));
   product<QuarnFloat, false>(suite, ENTRY(QuarnMPX_f11xaf_), ENTRY(QuarnMPX_f11xafn_));
   product<Complex, false>(suite, ENTRY(QuarnMP_f11xnf_), ENTRY(QuarnMP_f11xnfn_));
