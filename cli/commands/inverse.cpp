@@ -5,6 +5,7 @@
 #include "cli/io/matrix_output.h"
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
+#include "tesk2mp/proven.hpp"
 
 namespace cli {
 
@@ -13,8 +14,56 @@ namespace {
 struct MatrixOptions {
   std::string matrix;
   TableOptions table;
+  bool proven = false;
   OutputOptions output;
 };
+
+/// Reads the matrix: rounded to the working digits, or with all its digits where the result is to be proven.
+DenseMatrix read_matrix(const MatrixOptions& options) {
+  constexpr int kAnyNumberOfDigits = 100'000;
+  const tesk2mp::Digits scope(options.proven ? std::max(kAnyNumberOfDigits, QuarnDigits()) : QuarnDigits());
+  return read_operand(options.matrix, options.table, true);
+}
+
+/// What problem() gives, to as many true digits as are asked for; notes how many the proof took.
+template <class Problem>
+auto proven_result(Result& result, const char* routine, const Problem& problem) {
+  const int digits = QuarnDigits();
+  int worked_with = 0;
+  auto found = tesk2mp::proven::to_digits(
+      digits,
+      [&] {
+        worked_with = QuarnDigits();
+        return problem();
+      },
+      40 * digits + 1000);
+  result.notes[1] = digits_text() + ", all proven (worked with " + std::to_string(worked_with) + "), by " + routine;
+  result.facts = {{"routine", routine},
+                  {"digits", std::to_string(digits), true},
+                  {"proven", "true", true},
+                  {"working_digits", std::to_string(worked_with), true}};
+  return found;
+}
+
+/// A part of a result as it is printed: rounded to the working digits, or 0 where not even its sign is known.
+QuarnFloat shown(const tesk2mp::proven::Bounded<QuarnFloat>& x) {
+  return tesk2mp::proven::true_digits(x) > 0 ? x.value * QuarnFloat(1) : QuarnFloat();
+}
+Complex shown(const tesk2mp::proven::Bounded<Complex>& z) {
+  return {shown(tesk2mp::proven::Bounded<QuarnFloat>{z.value.re, z.error}),
+          shown(tesk2mp::proven::Bounded<QuarnFloat>{z.value.im, z.error})};
+}
+
+template <class T>
+tesk2mp::Matrix<T> shown(const tesk2mp::proven::BoundedMatrix<T>& a) {
+  tesk2mp::Matrix<T> result(a.rows(), a.columns());
+  for (std::size_t j = 0; j < a.columns(); ++j) {
+    for (std::size_t i = 0; i < a.rows(); ++i) {
+      result(i, j) = shown(a(i, j));
+    }
+  }
+  return result;
+}
 
 Result started(const DenseMatrix& given, const std::string& what, const char* real, const char* complex) {
   const char* routine = given.complex() ? complex : real;
@@ -26,11 +75,17 @@ Result started(const DenseMatrix& given, const std::string& what, const char* re
 
 void run_inv(const MatrixOptions& options) {
   constexpr double kFactorisations = 4;  // one, and as many right-hand sides as rows
-  const DenseMatrix given = read_operand(options.matrix, options.table, true);
+  const DenseMatrix given = read_matrix(options);
   const Progress progress =
       Progress::estimated("inverting", kFactorisations * factorisation_cost(given.rows(), given.complex()));
   Result result = started(given, "Inverse", "QuarnMPX_f07adf_", "QuarnMPX_f07arf_");
-  const auto invert = [](const auto& a) { return DenseMatrix{"", tesk2mp::inverse(a)}; };
+  const auto invert = [&]<class T>(const tesk2mp::Matrix<T>& a) {
+    if (!options.proven) {
+      return DenseMatrix{"", tesk2mp::inverse(a)};
+    }
+    const char* routine = given.complex() ? "QuarnMPX_zproven_solve_" : "QuarnMPX_dproven_solve_";
+    return DenseMatrix{"", shown(proven_result(result, routine, [&] { return tesk2mp::proven::inverse(a); }))};
+  };
   const DenseMatrix inverse = std::visit(invert, given.elements);
   add_matrix(result, inverse);
   result.picture = [&](const std::string& file) { draw(map_of_magnitudes(result.notes.front(), inverse), file); };
@@ -50,11 +105,20 @@ std::string determinant_text(const tesk2mp::ScaledDeterminant<T>& scaled) {
 }
 
 void run_det(const MatrixOptions& options) {
-  const DenseMatrix given = read_operand(options.matrix, options.table, true);
+  const DenseMatrix given = read_matrix(options);
   const Progress progress = Progress::estimated("factorising", factorisation_cost(given.rows(), given.complex()));
   Result result = started(given, "Determinant", "QuarnMPX_f03aff_", "QuarnMPX_f03arf_");
   std::visit(
       [&](const auto& a) {
+        if (options.proven) {
+          const char* routine = given.complex() ? "QuarnMPX_zproven_determinant_" : "QuarnMPX_dproven_determinant_";
+          const auto found = proven_result(result, routine, [&] { return tesk2mp::proven::determinant(a); });
+          const std::string determinant = exact_text(shown(found));
+          result.facts.push_back({"determinant", determinant});
+          result.facts.push_back({"error", found.error.value().to_string()});
+          result.data = {{"determinant", {determinant}}};
+          return;
+        }
         const auto scaled = tesk2mp::scaled_determinant(a);
         const std::string determinant = determinant_text(scaled);
         if (scaled.nearly_singular) {
@@ -75,8 +139,12 @@ constexpr const char* kInverseFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file. A singular matrix
 has no inverse, and the exit status is 1. --plot draws the magnitudes.
 
+With --proven the numbers of the matrix are taken with all their digits, and D digits of every
+element of the inverse are true; one of which not even the sign is known, D digits below the
+largest, is printed as 0. Where no proof is found the exit status is 1.
+
 Examples:
-  quarn inv examples/fs_183_1.mtx --digits 40 --output inverse.mtx
+  quarn inv examples/fs_183_1.mtx --digits 40 --proven --output inverse.mtx
   printf '1 2\n3 4\n' | quarn inv -)";
 
 constexpr const char* kDeterminantFooter =
@@ -85,14 +153,19 @@ is the product of the pivots of an LU factorisation, however large or small; a n
 when roundings alone may have made the matrix singular or regular. JSON has mantissa and
 exponent of ten apart, and an estimate of the reciprocal condition number.
 
+With --proven the numbers of the matrix are taken with all their digits, and all digits of the
+determinant that are printed are true. Where no proof is found, as for a singular matrix, the
+exit status is 1.
+
 Examples:
-  quarn det examples/fs_183_1.mtx --digits 40
+  quarn det examples/fs_183_1.mtx --digits 40 --proven
   printf '1 2\n3 4\n' | quarn det - --format json)";
 
 void declare_matrix(Command& command, const std::shared_ptr<MatrixOptions>& options, Forms forms) {
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
   add_matrix_options(command, options->table);
   command.add_digits();
+  command.flag("--proven", options->proven, "work with so many digits that all that are printed are true");
   add_output_options(command, options->output, forms);
 }
 

@@ -164,6 +164,20 @@ class Runs(unittest.TestCase):
         self.assertEqual(run("inv", "-", stdin="1 2\n2 4\n").returncode, 1)
         self.assertEqual(run("det", "-", stdin="1 2 3\n2 4 5\n").returncode, 2)
 
+    def test_proven_digits(self):
+        # 1e-25 apart: at 20 digits the matrix is singular, and its numbers have more digits than that.
+        matrix = "1 1\n1 1.0000000000000000000000001\n"
+        self.assertEqual(run_well("det", "-", "--proven", "--format", "csv", stdin=matrix), "determinant\n1e-25\n")
+        done = run_well("inv", "-", "--proven", stdin=matrix)
+        self.assertIn("# 20 digits, all proven (worked with ", done)
+        self.assertIn("1.0000000000000000000000001000000000000000000e+25"[:12], done)
+        hilbert = "\n".join(" ".join(f"{420 // (i + j + 1)}" for j in range(4)) for i in range(4))
+        self.assertEqual(run_well("det", "-", "--proven", "--format", "csv", stdin=hilbert), "determinant\n5145\n")
+        for command in ("det", "inv"):
+            done = run(command, "-", "--proven", stdin="1 2\n2 4\n")
+            self.assertEqual(done.returncode, 1)
+            self.assertIn("0 of 20 digits are proven with 1800 working digits", done.stderr)
+
     def test_help_tells_of_every_function(self):
         overview = run_well("repl", "--eval", "help")
         # Headings end with a colon; the names stand below them.
