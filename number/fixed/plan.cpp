@@ -275,7 +275,7 @@ void QuarnTransform::Plan::run(bool backward, const Places& at, QuarnDivisor div
     is_impulse = is_impulse && (i == 0 || (real && quarn::kind_of(value.re) == Kind::zero));
   }
   // Conversions cost less than exact sums up to so many digits.
-  constexpr int kConverted = 600;
+  constexpr int kConverted = 150;
   if (n == 4 && digits > kConverted && data.finite && !is_impulse) {
     return run_four(backward, at, divisor);
   }

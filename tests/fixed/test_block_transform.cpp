@@ -217,6 +217,9 @@ TEST_CASE("block transforms against the definition") {
     check_against_definition(24, digits, 0, false);
     check_against_definition(24, digits, 60, true);
   }
+  for (const int spread : {0, 60, 2000}) {
+    check_against_definition(4, 333, spread, spread == 60);
+  }
   check_against_definition(20, 1000, 0, false);
   check_against_definition(37, 1000, 2000, true);
   check_against_definition(210, 30, 3, false);
@@ -250,9 +253,9 @@ TEST_CASE("the largest part may lead with any digit and stand at either end of t
 }
 
 TEST_CASE("what block transforms keep exactly") {
-  for (const int digits : {2, 20, 50, 150}) {
+  for (const int digits : {2, 20, 50, 151}) {
     const support::Digits scope(digits);
-    for (const Integer n : {2, 6, 8, 15, 16, 37, 60}) {
+    for (const Integer n : {2, 4, 6, 8, 15, 16, 37, 60}) {
       CAPTURE(digits);
       CAPTURE(n);
       // Zeros, negative ones too.
