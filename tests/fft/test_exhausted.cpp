@@ -95,7 +95,7 @@ TEST_CASE("transforms whose storage runs out") {
     const support::Digits scope(digits);
     const bool blocks = digits < 1100;
     // 37 goes by convolution.
-    for (const Integer n : {4, 12, 37}) {
+    for (const Integer n : blocks ? std::vector<Integer>{4, 12, 37} : std::vector<Integer>{6}) {
       CAPTURE(n);
       const auto size = std::size_t(n);
       const Reals x = reals(3 * size);
@@ -110,7 +110,7 @@ TEST_CASE("transforms whose storage runs out") {
       failures += sweep<QuarnFloat>(3 * size, size, [&](Reals& y) {
         run(QuarnMPX_irfft_, "B", n, Integer(3), z.data(), Integer(1), n, y.data(), Integer(1), n);
       });
-      if (n == 12 || blocks) {
+      if (n != 4) {
         for (Integer type = 1; type <= 4; ++type) {
           failures += sweep<QuarnFloat>(2 * size, size, [&](Reals& y) {
             run(QuarnMPX_dct_, "F", "O", type, n, Integer(2), x.data(), Integer(1), n, y.data(), Integer(1), n);
@@ -127,7 +127,7 @@ TEST_CASE("transforms whose storage runs out") {
           size, size, [&](Reals& y) { run(QuarnMPX_window_, "K", n, Integer(0), QuarnFloat(3), y.data()); });
     }
   }
-  CHECK(failures > 1000);
+  CHECK(failures > 300);
 }
 
 TEST_CASE("arrays and convolutions whose storage runs out") {
@@ -146,11 +146,15 @@ TEST_CASE("arrays and convolutions whose storage runs out") {
         9, 9, [&](Numbers& y) { run(QuarnMPX_rfftn_, "B", two, extents, two, axes, x.data(), y.data()); });
     failures += sweep<QuarnFloat>(
         12, 12, [&](Reals& y) { run(QuarnMPX_irfftn_, "B", two, extents, two, axes, z.data(), y.data()); });
-    // By spectra and directly; two pairs.
+    // Directly and, of short numbers, by spectra; two pairs.
     for (const Integer n : {4, 60}) {
       const auto size = std::size_t(n);
-      const Reals a = reals(2 * size);
-      const Numbers b = numbers(2 * size);
+      Reals a = reals(2 * size);
+      Numbers b = numbers(2 * size);
+      for (std::size_t i = 0; i < 2 * size; ++i) {
+        a[i] = trunc(a[i]);
+        b[i] = Complex(trunc(b[i].re), trunc(b[i].im));
+      }
       for (const char* const kind : {"L", "C"}) {
         const std::size_t results = kind[0] == 'L' ? 2 * size - 1 : size;
         failures += sweep<QuarnFloat>(2 * results, results, [&](Reals& y) {
@@ -164,7 +168,7 @@ TEST_CASE("arrays and convolutions whose storage runs out") {
       }
     }
   }
-  CHECK(failures > 200);
+  CHECK(failures > 100);
 }
 
 TEST_CASE("plans whose storage runs out") {
