@@ -2,22 +2,19 @@
 // xHEEV.
 #include "src/dense/guard_digits.h"
 #include "src/dense/power_of_ten.h"
+#include "src/dense/rotation_sweeps.h"
 #include "src/dense/tridiagonal.h"
 #include "tesk2mp/eigenproblems.h"
 
 namespace tesk {
 namespace {
 
-/// The parts of a matrix of `rows` rows as numbers of their own.
-OneBasedMatrix<QuarnFloat> parts(OneBasedMatrix<QuarnFloat> a) { return a; }
-OneBasedMatrix<QuarnFloat> parts(OneBasedMatrix<Complex> a) { return {&a.first()->re, 1, 2 * a.column_stride()}; }
-
 template <class T>
 Integer symmetric_eigen(bool wants_vectors, Triangle triangle, Integer n, OneBasedMatrix<T> a, QuarnFloat* w) {
   OwnMatrix<T> own = hermitian_copy(triangle, n, a);
   const OneBasedMatrix<T> full = own.view();
   const OneBasedMatrix<QuarnFloat> numbers = parts(full);
-  const Integer rows = n * Integer(sizeof(T) / sizeof(QuarnFloat));
+  const Integer rows = n * kParts<T>;
   for (Integer j = 1; j <= n; ++j) {
     for (Integer i = 1; i <= rows; ++i) {
       if (!isfinite(numbers(i, j))) {

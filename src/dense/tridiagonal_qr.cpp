@@ -5,7 +5,7 @@
 #include "quarn/quarnthread.h"
 #include "src/dense/guard_digits.h"
 #include "src/dense/power_of_ten.h"
-#include "src/dense/rotation.h"
+#include "src/dense/rotation_sweeps.h"
 #include "src/dense/tridiagonal.h"
 #include "src/frame/constants.h"
 #include "tesk2mp/eigenproblems.h"
@@ -68,6 +68,7 @@ class TridiagonalQr {
 
   /// Eigenvalues from the top.
   bool solve_block(const TridiagonalBlock<T>& block) {
+    RotationSweeps<T> vectors(rows_, block.z);
     for (Integer low = 1; low < block.n;) {
       const Integer high = block_end(block, low);
       if (high == low) {
@@ -78,14 +79,16 @@ class TridiagonalQr {
         return false;
       }
       QuarnCheckInterrupt();
-      sweep(block, low, high);
+      sweep(block, low, high, vectors);
     }
+    vectors.apply();
     return true;
   }
 
   /// A sweep from row `high` up to row `low`, whose shift is the eigenvalue of the 2 by 2 block at `low` that is nearer
   /// to d(low).
-  void sweep(const TridiagonalBlock<T>& block, Integer low, Integer high) {
+  void sweep(const TridiagonalBlock<T>& block, Integer low, Integer high, RotationSweeps<T>& vectors) {
+    vectors.begin(high - 1);
     const OneBasedVector<QuarnFloat>& d = block.d;
     const OneBasedVector<QuarnFloat>& e = block.e;
     QuarnFloat g = (d(low + 1) - d(low)) / (2 * e(low));
@@ -106,7 +109,7 @@ class TridiagonalQr {
       p = s * r;
       d(i + 1) = g + p;
       g = c * r - b;
-      rotate(rows_, block.z.column(i + 1), block.z.column(i), c, s);
+      vectors.add(c, s);
     }
     d(low) -= p;
     e(low) = std::move(g);
