@@ -291,6 +291,32 @@ std::size_t symmetric_eigen(benchmark::State& state, int digits) {
   return 1;
 }
 
+template <int n>
+std::size_t singular_ours(benchmark::State& state, int digits) {
+  const auto given = square<QuarnFloat>(digits, n, 5);
+  std::vector<QuarnFloat> s(n);
+  std::vector<QuarnFloat> work(5 * n);
+  auto u = given;
+  auto vt = given;
+  for (auto _ : state) {
+    auto a = given;
+    Integer info = 0;
+    QuarnMPX_dgesvd_("A", "A", n, n, a.data(), n, s.data(), u.data(), n, vt.data(), n, work.data(), 5 * n, &info, 1, 1);
+    benchmark::DoNotOptimize(info);
+  }
+  return 1;
+}
+
+template <int n>
+std::size_t singular_eigen(benchmark::State& state, int digits) {
+  const EigenMatrix a = eigen_matrix(digits, n, 5);
+  for (auto _ : state) {
+    const Eigen::JacobiSVD<EigenMatrix> solver(a, Eigen::ComputeFullU | Eigen::ComputeFullV);
+    benchmark::DoNotOptimize(solver.singularValues().data());
+  }
+  return 1;
+}
+
 constexpr const char* kQuartic[] = {"1.25", "-3.5", "0.7", "2.2", "-4.1"};
 
 std::size_t quartic_ours(benchmark::State& state, int /*digits*/) {
@@ -340,6 +366,8 @@ void register_spectra() {
   const std::string order = " n=" + std::to_string(n);
   register_work("symmetric eigen" + order, "quarn", kDigits, symmetric_ours<n>);
   register_work("symmetric eigen" + order, "eigen", kDigits, symmetric_eigen<n>);
+  register_work("singular values" + order, "quarn", kDigits, singular_ours<n>);
+  register_work("singular values" + order, "eigen", kDigits, singular_eigen<n>);
 }
 
 const bool registered = [] {

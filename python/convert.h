@@ -225,6 +225,7 @@ void add_structured(py::module_& module);
 void add_sparse(py::module_& module);
 void add_eigen(py::module_& module);
 void add_spectra(py::module_& module);
+void add_polynomials(py::module_& module);
 void add_sequences(py::module_& module);
 void add_transforms(py::module_& module);
 void add_functions(py::module_& module);

@@ -17,12 +17,18 @@ void add_eigen(py::module_& module) {
   module.def(
       "eigenvalues",
       [](py::handle a) {
-        return from(of_matrix([](const Matrix<Real>& matrix) { return tesk2mp::eigenvalues(matrix); }, a), a);
+        const Array given(a);
+        return with_scalar(
+            [&]<class T>(T) {
+              const Matrix<T> matrix = given.matrix<T>();
+              return from(outside([&] { return tesk2mp::eigenvalues(matrix); }), a);
+            },
+            given);
       },
       py::arg("a"),
       R"(eigenvalues(a)
 
-The eigenvalues of a real square matrix, each a Complex; pairs stand together, positive imaginary part first.
+The eigenvalues of a square matrix, each a Complex. Of a real one pairs stand together, positive imaginary part first.
 NumericalFailure when the QR algorithm does not converge.
 
 >>> eigenvalues([[0, 1], [-1, 0]])
@@ -31,13 +37,18 @@ NumericalFailure when the QR algorithm does not converge.
   module.def(
       "eigen",
       [](py::handle a) {
-        const tesk2mp::EigenSystem system =
-            of_matrix([](const Matrix<Real>& matrix) { return tesk2mp::eigen(matrix); }, a);
-        return py::make_tuple(from(system.values, a), from(system.right, a), from(system.left, a));
+        const Array given(a);
+        return with_scalar(
+            [&]<class T>(T) {
+              const Matrix<T> matrix = given.matrix<T>();
+              const tesk2mp::EigenSystem system = outside([&] { return tesk2mp::eigen(matrix); });
+              return py::make_tuple(from(system.values, a), from(system.right, a), from(system.left, a));
+            },
+            given);
       },
       py::arg("a"), R"(eigen(a)
 
-Eigenvalues and eigenvectors of a real square matrix, n by n: (values, right, left). Eigenvector j is column j of an n by n
+Eigenvalues and eigenvectors of a square matrix, n by n: (values, right, left). Eigenvector j is column j of an n by n
 matrix and has Euclidean norm 1: a right = right diag(values), left^H a = diag(values) left^H.
 
 >>> values, right, left = eigen([[2, 0], [0, 3]])

@@ -1,4 +1,4 @@
-// Symmetric and Hermitian eigenproblems.
+// Symmetric and Hermitian eigenproblems, singular values.
 #include "convert.h"
 
 namespace python {
@@ -44,6 +44,45 @@ The eigenvalues alone.
 
 >>> symmetric_eigenvalues([[0, 3], [3, 0]])
 [Decimal('-3'), Decimal('3')]
+)");
+  module.def(
+      "svd",
+      [](py::handle a) {
+        const Array given(a);
+        return with_scalar(
+            [&]<class T>(T) {
+              const Matrix<T> matrix = given.matrix<T>();
+              const auto system = outside([&] { return tesk2mp::svd(matrix); });
+              return py::make_tuple(from(system.u, a), from(system.values, a), from(system.v, a));
+            },
+            given);
+      },
+      py::arg("a"), R"(svd(a)
+
+The singular value decomposition a = u diag(values) v^H of an m by n matrix, with min(m, n) values, descending: (u, values, v);
+u and v have orthonormal columns.
+
+>>> u, values, v = svd([[0, 2], [1, 0]])
+>>> values
+[Decimal('2'), Decimal('1')]
+)");
+  module.def(
+      "singular_values",
+      [](py::handle a) {
+        const Array given(a);
+        return with_scalar(
+            [&]<class T>(T) {
+              const Matrix<T> matrix = given.matrix<T>();
+              return from(outside([&] { return tesk2mp::singular_values(matrix); }), a);
+            },
+            given);
+      },
+      py::arg("a"), R"(singular_values(a)
+
+The singular values alone, descending.
+
+>>> singular_values([[3, 0], [0, 0], [0, -4]])
+[Decimal('4'), Decimal('3')]
 )");
   module.def(
       "is_hermitian",

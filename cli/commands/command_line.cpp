@@ -33,7 +33,9 @@ void declare(CLI::App& app, const Option& option) {
           : app.add_option_function<std::string>(
                 option.name, [&option](const std::string& value) { option.take({value}); }, option.description);
   declared->type_name(option.value)->required(option.required);
-  if (option.repeated) {
+  if (option.repeated && option.positional()) {
+    declared->expected(-1);
+  } else if (option.repeated) {
     // With more values for one option the brackets around a line would be taken off.
     declared->allow_extra_args(false)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   }

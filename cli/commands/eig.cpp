@@ -1,4 +1,4 @@
-// quarn eig: the eigenvalues of a real matrix.
+// quarn eig: the eigenvalues of a matrix.
 #include <algorithm>
 #include <numeric>
 
@@ -8,7 +8,7 @@
 #include "cli/commands/ranking.h"
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
-#include "tesk2mp/eigen.hpp"
+#include "tesk2mp/eigenproblems.hpp"
 #include "tesk2mp/util.hpp"
 
 namespace cli {
@@ -29,24 +29,64 @@ struct Eigenvalues {
   std::vector<QuarnFloat> conditions;  // reciprocal, when asked for
 };
 
+/// |y^H x| of left and right eigenvectors of norm 1.
+std::vector<QuarnFloat> conditions_of(const tesk2mp::EigenSystem& system) {
+  std::vector<QuarnFloat> conditions;
+  for (std::size_t j = 0; j < system.values.size(); ++j) {
+    Complex product(0);
+    for (std::size_t i = 0; i < system.values.size(); ++i) {
+      product = product + conj(system.left(i, j)) * system.right(i, j);
+    }
+    conditions.push_back(tesk2mp::abs(product));
+  }
+  return conditions;
+}
+
+template <class T>
+Eigenvalues symmetric_eigenvalues_of(const EigOptions& options, const tesk2mp::Matrix<T>& a) {
+  Eigenvalues result;
+  const auto take = [&](const std::vector<QuarnFloat>& values) {
+    result.values.assign(values.begin(), values.end());
+    result.conditions.assign(options.condition ? values.size() : 0, QuarnFloat(1));
+  };
+  if (!options.vectors) {
+    take(tesk2mp::symmetric_eigenvalues(a));
+    return result;
+  }
+  const tesk2mp::SymmetricEigenSystem<T> system = tesk2mp::symmetric_eigen(a);
+  take(system.values);
+  result.vectors = tesk2mp::Matrix<Complex>(a.rows(), a.rows());
+  std::copy(system.vectors.data(), system.vectors.data() + a.rows() * a.rows(), result.vectors.data());
+  return result;
+}
+
+Eigenvalues eigenvalues_of(const EigOptions& options, const tesk2mp::Matrix<Complex>& a) {
+  if (tesk2mp::is_hermitian(a)) {
+    return symmetric_eigenvalues_of(options, a);
+  }
+  if (!options.vectors && !options.condition) {
+    return {tesk2mp::eigenvalues(a), {}, {}};
+  }
+  tesk2mp::EigenSystem system = tesk2mp::eigen(a);
+  Eigenvalues result{system.values, {}, options.condition ? conditions_of(system) : std::vector<QuarnFloat>()};
+  if (options.vectors) {
+    result.vectors = std::move(system.right);
+  }
+  return result;
+}
+
 Eigenvalues eigenvalues_of(const EigOptions& options, const tesk2mp::Matrix<QuarnFloat>& a) {
-  const Progress progress =
-      Progress::estimated("eigenvalues", eigenvalue_cost(double(a.rows()), options.vectors || options.condition));
+  if (tesk2mp::is_hermitian(a)) {
+    return symmetric_eigenvalues_of(options, a);
+  }
   Eigenvalues result;
   if (options.vectors) {
     tesk2mp::EigenSystem system = tesk2mp::eigen(a);
+    if (options.condition) {
+      result.conditions = conditions_of(system);
+    }
     result.values = std::move(system.values);
     result.vectors = std::move(system.right);
-    if (options.condition) {
-      // Both vectors have norm 1, and the product of the two is what is wanted.
-      for (std::size_t j = 0; j < result.values.size(); ++j) {
-        Complex product(0);
-        for (std::size_t i = 0; i < result.values.size(); ++i) {
-          product = product + conj(system.left(i, j)) * result.vectors(i, j);
-        }
-        result.conditions.push_back(tesk2mp::abs(product));
-      }
-    }
   } else if (options.condition) {
     tesk2mp::EigenConditions conditions = tesk2mp::eigenvalue_conditions(a);
     result.values = std::move(conditions.values);
@@ -70,7 +110,8 @@ std::vector<std::size_t> by_magnitude(const std::vector<Complex>& values) {
 }
 
 /// The largest norm of A x - lambda x.
-QuarnFloat largest_residual(const tesk2mp::Matrix<QuarnFloat>& a, const Eigenvalues& found) {
+template <class T>
+QuarnFloat largest_residual(const tesk2mp::Matrix<T>& a, const Eigenvalues& found) {
   const std::size_t n = a.rows();
   QuarnFloat largest = 0;
   for (std::size_t j = 0; j < n; ++j) {
@@ -78,8 +119,7 @@ QuarnFloat largest_residual(const tesk2mp::Matrix<QuarnFloat>& a, const Eigenval
     for (std::size_t i = 0; i < n; ++i) {
       Complex difference = -(found.values[j] * found.vectors(i, j));
       for (std::size_t k = 0; k < n; ++k) {
-        difference.re += a(i, k) * found.vectors(k, j).re;
-        difference.im += a(i, k) * found.vectors(k, j).im;
+        difference = difference + Complex(a(i, k)) * found.vectors(k, j);
       }
       squares += difference.re * difference.re + difference.im * difference.im;
     }
@@ -88,21 +128,25 @@ QuarnFloat largest_residual(const tesk2mp::Matrix<QuarnFloat>& a, const Eigenval
   return largest;
 }
 
-void run_eig(const EigOptions& options) {
-  const DenseMatrix given = read_operand(options.matrix, options.table, true);
-  if (given.complex()) {
-    throw bad_input(given.source + ": complex, but eigenvalues are found of real matrices");
-  }
-  const auto& a = std::get<RealMatrix>(given.elements);
+template <class T>
+void run_on(const EigOptions& options, const DenseMatrix& given, const tesk2mp::Matrix<T>& a) {
+  const double real_cost = eigenvalue_cost(double(a.rows()), options.vectors || options.condition);
+  const Progress progress = Progress::estimated("eigenvalues", (given.complex() ? 4 : 1) * real_cost);
   const Eigenvalues found = eigenvalues_of(options, a);
+  const bool symmetric = tesk2mp::is_hermitian(a);
+  const std::string routine = symmetric         ? given.complex() ? "QuarnMPX_zheev_" : "QuarnMPX_dsyev_"
+                              : given.complex() ? "QuarnMPX_zgeev_"
+                                                : "QuarnMPX_f08pef_";
   const std::vector<std::size_t> order = by_magnitude(found.values);
 
   Result result;
   result.notes = {"Eigenvalues of the " + description(given) + ", the largest first",
-                  digits_text() + ", by QuarnMPX_f08pef_ after balancing and reduction to Hessenberg form"};
-  result.facts = {{"routine", "QuarnMPX_f08pef_"},
-                  {"digits", std::to_string(QuarnDigits()), true},
-                  {"n", std::to_string(given.rows()), true}};
+                  digits_text() + ", by " + routine +
+                      (symmetric ? std::string(": the matrix is ") + (given.complex() ? "Hermitian" : "symmetric")
+                       : given.complex() ? ""
+                                         : " after balancing and reduction to Hessenberg form")};
+  result.facts = {
+      {"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}, {"n", std::to_string(given.rows()), true}};
   std::vector<Complex> values;
   std::vector<QuarnFloat> conditions;
   for (const std::size_t j : order) {
@@ -142,8 +186,14 @@ void run_eig(const EigOptions& options) {
   deliver(result, options.output);
 }
 
+void run_eig(const EigOptions& options) {
+  const DenseMatrix given = read_operand(options.matrix, options.table, true);
+  std::visit([&](const auto& a) { run_on(options, given, a); }, given.elements);
+}
+
 constexpr const char* kFooter =
-    R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file: square and real.
+    R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file: square, real or
+complex. Symmetric and Hermitian ones are recognised: their eigenvalues are real.
 --plot draws the complex plane.
 
 Examples:
@@ -163,7 +213,7 @@ void declare(Command& command) {
   command.work = [options] { run_eig(*options); };
 }
 
-const Registered kCommand(120, "eig", "eigenvalues and eigenvectors of a real matrix", kFooter, declare);
+const Registered kCommand(120, "eig", "eigenvalues and eigenvectors", kFooter, declare);
 
 }  // namespace
 

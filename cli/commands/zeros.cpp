@@ -1,48 +1,60 @@
-// quarn zeros: the zeros of a polynomial of degree 4.
+// quarn zeros: the zeros of a polynomial.
 #include <algorithm>
-#include <array>
+#include <variant>
 
 #include "cli/commands/failure.h"
 #include "cli/commands/options.h"
 #include "cli/commands/ranking.h"
 #include "cli/io/matrix_input.h"
+#include "cli/io/number_text.h"
 #include "cli/plot/plot.h"
-#include "tesk2mp/tesk2mp.hpp"
+#include "cli/system/progress.h"
+#include "tesk2mp/polynomials.hpp"
 
 namespace cli {
 
 namespace {
 
 struct ZerosOptions {
-  std::array<std::string, 5> coefficients;
+  std::vector<std::string> coefficients;
   OutputOptions output;
 };
 
-constexpr std::array kNames = {"E", "A", "B", "C", "D"};  // of z^4 first
+std::vector<Complex> coefficients_of(const ZerosOptions& options) {
+  std::vector<Complex> coefficients;
+  for (const std::string& text : options.coefficients) {
+    if (!is_complex_number(text)) {
+      throw bad_input("coefficient " + std::to_string(coefficients.size() + 1) + ": '" + text + "' is not a number");
+    }
+    coefficients.push_back(to_complex_number(text));
+  }
+  return coefficients;
+}
 
 void run_zeros(const ZerosOptions& options) {
-  std::array<QuarnFloat, 5> k;
-  for (std::size_t i = 0; i < k.size(); ++i) {
-    k[i] = QuarnFloat(options.coefficients[i]);
-    if (!isfinite(k[i])) {
-      throw bad_input(std::string(kNames[i]) + ": '" + options.coefficients[i] + "' is not a number");
-    }
-  }
+  const std::vector<Complex> a = coefficients_of(options);
+  const bool real = std::all_of(a.begin(), a.end(), [](const Complex& x) { return x.im == 0; });
+  const double degree = double(a.size() - 1);
+  constexpr double kOperations = 40;
+  const Progress progress = Progress::estimated("zeros", kOperations * degree * degree);
+  const std::vector<tesk2mp::Zero> found =
+      real ? tesk2mp::polynomial_zeros(real_parts(a)) : tesk2mp::polynomial_zeros(a);
   std::vector<Complex> zeros;
   std::vector<QuarnFloat> errors;
-  for (const tesk2mp::Zero& zero : tesk2mp::quartic_zeros(k[0], k[1], k[2], k[3], k[4])) {
+  for (const tesk2mp::Zero& zero : found) {
     zeros.push_back(zero.value);
     errors.push_back(zero.error);
   }
 
+  const std::string routine = real ? "QuarnMPX_dpzeros_" : "QuarnMPX_zpzeros_";
   const std::vector<QuarnFloat> re = real_parts(zeros);
   const std::vector<QuarnFloat> im = imaginary_parts(zeros);
   const QuarnFloat largest = std::max(largest_magnitude(re), largest_magnitude(im));
   Result result;
-  result.notes = {"Zeros of E z^4 + A z^3 + B z^2 + C z + D", digits_text() + ", by QuarnMPX_c02alf_",
-                  "error: what one rounding of the coefficients does to the zero"};
-  result.facts = {{"routine", "QuarnMPX_c02alf_"}, {"digits", std::to_string(QuarnDigits()), true}};
-  const ResultColumn counts = count_column("i", positions(4));
+  result.notes = {"Zeros of the polynomial of degree " + std::to_string(zeros.size()),
+                  digits_text() + ", by " + routine, "error: so far away is the exact zero at most"};
+  result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
+  const ResultColumn counts = count_column("i", positions(Integer(zeros.size())));
   result.table = {counts,
                   aligned_column("real", re, largest),
                   aligned_column("imaginary", im, largest),
@@ -53,26 +65,26 @@ void run_zeros(const ZerosOptions& options) {
 }
 
 constexpr const char* kFooter =
-    R"(The five coefficients are decimal numbers, E for z^4 first; E must not be 0. A digit
-follows the minus sign: -0.5, not -.5. --plot draws the complex plane.
+    R"(The coefficients are decimal numbers, real or complex, that of the highest power first;
+it must not be 0. A digit follows the minus sign: -0.5, not -.5. Multiple zeros and zeros
+of very different sizes are found to all digits. --plot draws the complex plane.
 
 Examples:
   quarn zeros 1 -10 35 -50 24
-  quarn zeros 1 0 0 0 -2 --digits 60 --plot zeros.svg)";
+  quarn zeros 1 0 0 0 0 -2 --digits 60 --plot zeros.svg
+  quarn zeros 1 2i -3+i)";
 
 void declare(Command& command) {
   auto options = std::make_shared<ZerosOptions>();
-  for (std::size_t i = 0; i < kNames.size(); ++i) {
-    const std::string power = i + 1 == kNames.size() ? "1" : "z^" + std::to_string(kNames.size() - 1 - i);
-    command.argument(kNames[i], options->coefficients[i], "the coefficient of " + power);
-  }
+  command.texts("COEFFICIENT", "", options->coefficients, "the coefficients, that of the highest power first");
+  command.options.back().required = true;
   command.add_digits();
   add_output_options(command, options->output);
   add_plot_option(command, options->output);
   command.work = [options] { run_zeros(*options); };
 }
 
-const Registered kCommand(130, "zeros", "zeros of a polynomial of degree 4, with error estimates", kFooter, declare);
+const Registered kCommand(130, "zeros", "zeros of a polynomial, with error bounds", kFooter, declare);
 
 }  // namespace
 

@@ -141,14 +141,28 @@ Progress eigenvalue_progress(const Array& a, bool vectors) {
 }
 
 Values eig(State& /*state*/, const Arguments& arguments) {
-  const Progress progress = eigenvalue_progress(arguments.square(0), false);
-  return {column(tesk2mp::eigenvalues(arguments.real_matrix(0)))};
+  const Array& a = arguments.square(0);
+  const Progress progress = eigenvalue_progress(a, false);
+  return {column(is_real(a) ? tesk2mp::eigenvalues(real_array(a)) : tesk2mp::eigenvalues(a))};
 }
 
 Values eigvec(State& /*state*/, const Arguments& arguments) {
-  const Progress progress = eigenvalue_progress(arguments.square(0), true);
-  const tesk2mp::EigenSystem system = tesk2mp::eigen(arguments.real_matrix(0));
+  const Array& a = arguments.square(0);
+  const Progress progress = eigenvalue_progress(a, true);
+  const tesk2mp::EigenSystem system = is_real(a) ? tesk2mp::eigen(real_array(a)) : tesk2mp::eigen(a);
   return {system.right, column(system.values)};
+}
+
+Values svd(State& /*state*/, const Arguments& arguments) {
+  return with_real_or_complex(arguments.array(0), 8,
+                              [](const auto& a) { return Values{column(tesk2mp::singular_values(a))}; });
+}
+
+Values svdvec(State& /*state*/, const Arguments& arguments) {
+  return with_real_or_complex(arguments.array(0), 60, [](const auto& a) {
+    const auto system = tesk2mp::svd(a);
+    return Values{as_array(system.u), column(system.values), as_array(system.v)};
+  });
 }
 
 QuarnFloat norm_of(const Array& a, std::size_t kind) {
@@ -187,8 +201,10 @@ constexpr auto kFunctions = std::to_array<Function>({
     {"scaled_det", "A", "d, e", "determinant d 10^e, however large or small", 1, 1, scaled_det},
     {"inv", "A", "B", "inverse", 1, 1, inv},
     {"trace", "A", "y", "sum of the diagonal", 1, 1, trace},
-    {"eig", "A", "x", "eigenvalues of a real matrix", 1, 1, eig},
-    {"eigvec", "A", "V, x", "eigenvectors of a real matrix, as columns, with the eigenvalues", 1, 1, eigvec},
+    {"eig", "A", "x", "eigenvalues", 1, 1, eig},
+    {"eigvec", "A", "V, x", "eigenvectors, as columns, with the eigenvalues", 1, 1, eigvec},
+    {"svd", "A", "s", "singular values, the largest first", 1, 1, svd},
+    {"svdvec", "A", "U, s, V", "A = U diag(s) V' with orthonormal columns", 1, 1, svdvec},
     {"norm", "A [, \"one\"]", "y", "norm: \"fro\" (root of the sum of squares, default), \"one\", \"inf\" or \"max\"",
      1, 2, norm},
     {"cond", "A", "y", "condition number in the one norm", 1, 1, cond},

@@ -75,31 +75,23 @@ Values ifft2(State& /*state*/, const Arguments& arguments) {
   return {transformed(arguments.filled(0), tesk2mp::Direction::backward)};
 }
 
-// Of a quartic by its own routine, otherwise the eigenvalues of the companion matrix. Coefficients come from the
-// highest power down; leading zeros lower the degree.
+// Coefficients come from the highest power down; leading zeros lower the degree.
 Values zeros(State& /*state*/, const Arguments& arguments) {
-  std::vector<QuarnFloat> c = arguments.reals(0);
-  c.erase(c.begin(), std::find_if(c.begin(), c.end(), [](const QuarnFloat& value) { return value != 0; }));
+  std::vector<Complex> c = elements(arguments.vector(0));
+  const auto is_real_number = [](const Complex& value) { return value.im == 0; };
+  c.erase(c.begin(), std::find_if(c.begin(), c.end(), [](const Complex& value) { return value != Complex(0); }));
   if (c.size() < 2) {
     throw Unfit("the coefficients of a polynomial are needed here, from the highest power down", 0);
   }
-  constexpr std::size_t kQuartic = 5;
+  constexpr double kOperations = 40;
+  const double degree = double(c.size() - 1);
+  const Progress progress = Progress::estimated("zeros", kOperations * degree * degree);
+  std::vector<QuarnFloat> re;
+  std::transform(c.begin(), c.end(), std::back_inserter(re), [](const Complex& value) { return value.re; });
+  const bool real = std::all_of(c.begin(), c.end(), is_real_number);
   std::vector<Complex> values;
-  if (c.size() == kQuartic) {
-    for (const tesk2mp::Zero& zero : tesk2mp::quartic_zeros(c[0], c[1], c[2], c[3], c[4])) {
-      values.push_back(zero.value);
-    }
-  } else {
-    const std::size_t n = c.size() - 1;
-    RealArray companion(n, n);
-    for (std::size_t j = 0; j < n; ++j) {
-      companion(0, j) = -c[j + 1] / c[0];
-      if (j > 0) {
-        companion(j, j - 1) = 1;
-      }
-    }
-    const Progress progress = Progress::estimated("eigenvalues", eigenvalue_cost(double(n), false));
-    values = tesk2mp::eigenvalues(companion);
+  for (const tesk2mp::Zero& zero : real ? tesk2mp::polynomial_zeros(re) : tesk2mp::polynomial_zeros(c)) {
+    values.push_back(zero.value);
   }
   return {column(values)};
 }

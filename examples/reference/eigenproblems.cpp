@@ -13,6 +13,43 @@ void dsyev() {
   //! [dsyev]
 }
 
+void zgeev() {
+  //! [zgeev]
+  Complex a[] = {0, Complex(0, 1), Complex(0, 1), 0}, w[2], work[4];  // eigenvalues i and -i
+  Integer info;
+  QuarnMPX_zgeev_("N", "N", 2, a, 2, w, nullptr, 1, nullptr, 1, work, 4, nullptr, &info, 1, 1);
+  std::cout << w[0] + w[1] << " " << w[0] * w[1] << "\n";
+  //! [zgeev]
+}
+
+void zgebal() {
+  //! [zgebal]
+  Complex a[] = {1, 0, Complex(0, 1000), 2};  // triangular: nothing is left to work on
+  QuarnFloat scale[2];
+  Integer ilo, ihi, info;
+  QuarnMPX_zgebal_("B", 2, a, 2, &ilo, &ihi, scale, &info, 1);
+  std::cout << ilo << " " << ihi << "\n";
+  //! [zgebal]
+}
+
+void zhseqr() {
+  //! [zhseqr]
+  Complex h[] = {Complex(0, 3), 0, 1, 2}, w[2], work[2];
+  Integer info;
+  QuarnMPX_zhseqr_("E", "N", 2, 1, 2, h, 2, w, nullptr, 1, work, 2, &info, 1, 1);
+  std::cout << w[0] << " " << w[1] << "\n";
+  //! [zhseqr]
+}
+
+void ztrevc() {
+  //! [ztrevc]
+  Complex t[] = {1, 0, 2, 2}, x[4];
+  Integer m, info;
+  QuarnMPX_ztrevc_("R", "A", nullptr, 2, t, 2, nullptr, 1, x, 2, 2, &m, nullptr, nullptr, &info, 1, 1);
+  std::cout << x[2].re << " " << x[3].re << "\n";
+  //! [ztrevc]
+}
+
 void dsytrd() {
   //! [dsytrd]
   QuarnFloat a[] = {1, 3, 4, 3, 2, 0, 4, 0, 2}, d[3], e[2], tau[2], work[1];
@@ -43,4 +80,13 @@ void dsteqr() {
 
 }  // namespace
 
-int main() { return run_examples({{"dsyev", dsyev}, {"dsytrd", dsytrd}, {"dorgtr", dorgtr}, {"dsteqr", dsteqr}}); }
+int main() {
+  return run_examples({{"dsyev", dsyev},
+                       {"zgeev", zgeev},
+                       {"zgebal", zgebal},
+                       {"zhseqr", zhseqr},
+                       {"ztrevc", ztrevc},
+                       {"dsytrd", dsytrd},
+                       {"dorgtr", dorgtr},
+                       {"dsteqr", dsteqr}});
+}

@@ -287,7 +287,8 @@ TESK2MP_API void QuarnMPX_dgebal_(const char* job, Integer n, QuarnFloat* a, Int
 
 /// @defgroup dgebak eigenvectors of a matrix that was balanced
 ///
-/// DGEBAK: makes eigenvectors of the original matrix out of those of the balanced one, m of them, in place.
+/// DGEBAK: makes eigenvectors of the original matrix out of those of the balanced one, m of them, in place. ZGEBAK over
+/// Complex.
 ///
 /// @param[in] job what balancing did: N, P, S or B
 /// @param[in] side R: right eigenvectors; L: left ones
@@ -312,12 +313,16 @@ TESK2MP_API void QuarnMPX_dgebal_(const char* job, Integer n, QuarnFloat* a, Int
 TESK2MP_API void QuarnMPX_dgebak_(const char* job, const char* side, Integer n, Integer ilo, Integer ihi,
                                   QuarnFloat* scale, Integer m, QuarnFloat* v, Integer ldv, Integer* info,
                                   int job_length, int side_length);
+TESK2MP_API void QuarnMPX_zgebak_(const char* job, const char* side, Integer n, Integer ilo, Integer ihi,
+                                  QuarnFloat* scale, Integer m, Complex* v, Integer ldv, Integer* info, int job_length,
+                                  int side_length);
 /// @}
 
 /// @defgroup dgehrd reduction to Hessenberg form
 ///
 /// DGEHRD: H = Q^T A Q with H upper Hessenberg and Q the product of Householder reflectors I - tau v v^T, whose vectors
-/// are left below the first subdiagonal. DORGHR: Q in the place of what DGEHRD has left.
+/// are left below the first subdiagonal. DORGHR: Q in the place of what DGEHRD has left. ZGEHRD and ZUNGHR over
+/// Complex, with Q^H and v^H, and a real subdiagonal of H.
 ///
 /// @param[in] n order of A, >= 0
 /// @param[in] ilo from balancing, otherwise 1
@@ -346,6 +351,10 @@ TESK2MP_API void QuarnMPX_dgehrd_(Integer n, Integer ilo, Integer ihi, QuarnFloa
                                   QuarnFloat* work, Integer lwork, Integer* info);
 TESK2MP_API void QuarnMPX_dorghr_(Integer n, Integer ilo, Integer ihi, QuarnFloat* a, Integer lda, QuarnFloat* tau,
                                   QuarnFloat* work, Integer lwork, Integer* info);
+TESK2MP_API void QuarnMPX_zgehrd_(Integer n, Integer ilo, Integer ihi, Complex* a, Integer lda, Complex* tau,
+                                  Complex* work, Integer lwork, Integer* info);
+TESK2MP_API void QuarnMPX_zunghr_(Integer n, Integer ilo, Integer ihi, Complex* a, Integer lda, const Complex* tau,
+                                  Complex* work, Integer lwork, Integer* info);
 /// @}
 
 /// @defgroup f08pef eigenvalues and Schur form of a Hessenberg matrix

@@ -1,4 +1,4 @@
-// Eigenproblems of symmetric and Hermitian matrices.
+// Eigenproblems of symmetric, Hermitian and general complex matrices.
 //
 // These report through INFO and print nothing: 0 is success, -k says that argument k is illegal (checked in argument
 // order), and a positive value is a numerical failure. Of an option text the first character alone is read; its length
@@ -152,6 +152,136 @@ TESK2MP_API void QuarnMPX_dsteqr_(const char* compz, Integer n, QuarnFloat* d, Q
                                   Integer ldz, QuarnFloat* work, Integer* info, int compz_length);
 TESK2MP_API void QuarnMPX_zsteqr_(const char* compz, Integer n, QuarnFloat* d, QuarnFloat* e, Complex* z, Integer ldz,
                                   QuarnFloat* work, Integer* info, int compz_length);
+/// @}
+
+/// @defgroup zgeev eigenvalues and eigenvectors of a general complex matrix
+///
+/// ZGEEV: A x = w x and y^H A = w y^H for each eigenvalue w of A. Numbers of any size are good. Eigenvectors have
+/// Euclidean norm 1 and a real element of largest modulus.
+///
+/// @param[in] jobvl N: no left eigenvectors; V: they are wanted
+/// @param[in] jobvr N: no right eigenvectors; V: they are wanted
+/// @param[in] n order, >= 0
+/// @param[in] a A, n columns of n elements, lda apart; not changed
+/// @param[in] lda step from column to column of A, >= max(1, n)
+/// @param[out] w n eigenvalues
+/// @param[out] vl left eigenvectors y, n columns of n elements, ldvl apart; not used with jobvl N
+/// @param[in] ldvl step from column to column, >= 1, and >= n when it is used
+/// @param[out] vr right eigenvectors x, in the same way
+/// @param[in] ldvr step from column to column, >= 1, and >= n when it is used
+/// @param[out] work lwork elements; work(1) is the length that is asked for, the others are not touched
+/// @param[in] lwork elements of work, >= max(2, 2 n); -1 asks for the length alone
+/// @param[out] rwork not used
+/// @param[out] info 0, -k when argument k is illegal, i when the QR algorithm did not find eigenvalue i (those behind
+/// it
+///     are right, no eigenvectors are made), and n when an element of A is not finite
+///
+/// @par Failures
+/// Illegal: jobvl (-1), jobvr (-2), n < 0 (-3), lda (-5), ldvl (-8), ldvr (-10), lwork (-12). Storage for 4 n^2
+/// elements is taken for the time of the call.
+///
+/// @par Method
+/// Balancing, Hessenberg form by reflectors in panels, the implicit QR algorithm with one shift, substitution; a few
+/// digits more than the working ones.
+///
+/// @par Accuracy
+/// Those of a matrix that differs from A in units of the last place of norm(A): an eigenvalue in a chain of k is good
+/// to a k-th of the digits, and its eigenvectors come out parallel.
+///
+/// @par Source
+/// J. G. F. Francis, The QR transformation, Comput. J. 4 (1961, 1962); E. Anderson et al., LAPACK Users' Guide, SIAM
+/// 1999: ZGEEV.
+///
+/// @par Cost
+/// About 10 n^3 complex multiply-adds without eigenvectors, 25 n^3 with them.
+/// @{
+TESK2MP_API void QuarnMPX_zgeev_(const char* jobvl, const char* jobvr, Integer n, Complex* a, Integer lda, Complex* w,
+                                 Complex* vl, Integer ldvl, Complex* vr, Integer ldvr, Complex* work, Integer lwork,
+                                 QuarnFloat* rwork, Integer* info, int jobvl_length, int jobvr_length);
+/// @}
+
+/// @defgroup zgebal balancing of a general complex matrix
+///
+/// ZGEBAL: as DGEBAL's companion does it, with |re| + |im| for the sizes of elements; scaling by powers of 10 rounds
+/// nothing.
+///
+/// @like f08nhf
+/// @{
+TESK2MP_API void QuarnMPX_zgebal_(const char* job, Integer n, Complex* a, Integer lda, Integer* ilo, Integer* ihi,
+                                  QuarnFloat* scale, Integer* info, int job_length);
+/// @}
+
+/// @defgroup zhseqr eigenvalues and Schur form of a complex Hessenberg matrix
+///
+/// ZHSEQR: H = Z T Z^H with T upper triangular, the eigenvalues on its diagonal, and Z unitary.
+///
+/// @param[in] job E: eigenvalues alone; S: the Schur form too
+/// @param[in] compz N: no Schur vectors; I: those of H; V: those of the matrix that Z has reduced
+/// @param[in] n order of H, >= 0
+/// @param[in] ilo from balancing, otherwise 1
+/// @param[in] ihi from balancing, otherwise n
+/// @param[in,out] h H, n columns of n elements, ldh apart; what lies below the first subdiagonal is not read; out T or
+///     unspecified
+/// @param[in] ldh step from column to column of H, >= max(1, n)
+/// @param[out] w n eigenvalues
+/// @param[in,out] z n columns of n elements, ldz apart; not used with compz N
+/// @param[in] ldz step from column to column of Z, >= 1, and >= n with vectors
+/// @param[out] work lwork elements; work(1) is the length that is asked for, the others are not touched
+/// @param[in] lwork elements of work, >= max(1, n); -1 asks for the length alone
+/// @param[out] info 0, -k when argument k is illegal, i when eigenvalue i was not found (those behind it are right),
+/// and
+///     the last row that holds one when an element is not finite
+///
+/// @par Failures
+/// Illegal: job (-1), compz (-2), n (-3), ilo (-4), ihi (-5), ldh (-7), ldz (-10), lwork (-12).
+///
+/// @par Source
+/// J. G. F. Francis, The QR transformation, Comput. J. 4 (1961, 1962); E. Anderson et al., LAPACK Users' Guide, SIAM
+/// 1999: ZHSEQR and ZLAHQR.
+///
+/// @par Cost
+/// About 7 n^3 complex multiply-adds for eigenvalues alone, 20 n^3 with Schur form and vectors.
+/// @{
+TESK2MP_API void QuarnMPX_zhseqr_(const char* job, const char* compz, Integer n, Integer ilo, Integer ihi, Complex* h,
+                                  Integer ldh, Complex* w, Complex* z, Integer ldz, Complex* work, Integer lwork,
+                                  Integer* info, int job_length, int compz_length);
+/// @}
+
+/// @defgroup ztrevc eigenvectors of a complex triangular matrix
+///
+/// ZTREVC: T x = t(k, k) x and y^H T = t(k, k) y^H, or the products with given Schur vectors; each with |re| + |im| = 1
+/// of its largest element.
+///
+/// @param[in] side R: right eigenvectors x; L: left ones y; B: both
+/// @param[in] howmny A: all; B: all, multiplied by the Schur vectors in VL and VR; S: those that select names
+/// @param[in] select n flags, read with howmny S
+/// @param[in] n order, >= 0
+/// @param[in] t T, n columns of n elements, ldt apart; not changed
+/// @param[in] ldt step from column to column of T, >= max(1, n)
+/// @param[in,out] vl mm columns of n elements, ldvl apart; not used with side R
+/// @param[in] ldvl step from column to column, >= 1, and >= n when it is used
+/// @param[in,out] vr the same for right eigenvectors
+/// @param[in] ldvr step from column to column, >= 1, and >= n when it is used
+/// @param[in] mm columns that there are, >= m
+/// @param[out] m columns that were wanted
+/// @param[out] work not used
+/// @param[out] rwork not used
+/// @param[out] info 0, or -k when argument k is illegal
+///
+/// @par Failures
+/// Illegal: side (-1), howmny (-2), n (-4), ldt (-6), ldvl (-8), ldvr (-10), mm (-11). Storage for 2 n^2 elements is
+/// taken for the time of the call.
+///
+/// @par Source
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: ZTREVC.
+///
+/// @par Cost
+/// n^3/6 complex multiply-adds a side, and n^3 more for products.
+/// @{
+TESK2MP_API void QuarnMPX_ztrevc_(const char* side, const char* howmny, const Integer* select, Integer n, Complex* t,
+                                  Integer ldt, Complex* vl, Integer ldvl, Complex* vr, Integer ldvr, Integer mm,
+                                  Integer* m, Complex* work, QuarnFloat* rwork, Integer* info, int side_length,
+                                  int howmny_length);
 /// @}
 }
 TESK2MP_NAMES_END

@@ -1,5 +1,5 @@
-// Eigenproblems of symmetric and Hermitian matrices in the C++ interface. Part of tesk2mp.hpp; eigenproblems.h
-// documents methods and costs.
+// Eigenproblems of symmetric, Hermitian and general complex matrices in the C++ interface. Part of tesk2mp.hpp;
+// eigenproblems.h documents methods and costs.
 #pragma once
 
 #include <algorithm>
@@ -42,6 +42,12 @@ struct SymmetricEigenSystem {
 namespace detail {
 
 template <class T>
+void require_finite_element(const char* routine, Integer position, const T& element, std::size_t i, std::size_t j) {
+  const Complex value(element);
+  require(isfinite(value.re) && isfinite(value.im), routine, position, "element (", i, ", ", j, ") is not finite");
+}
+
+template <class T>
 SymmetricEigenSystem<T> symmetric_eigen(char job, Matrix<T> a, Triangle stored) {
   const char* routine = name<T>("DSYEV", "ZHEEV");
   const RawMatrix<T> raw{a.view()};
@@ -50,8 +56,7 @@ SymmetricEigenSystem<T> symmetric_eigen(char job, Matrix<T> a, Triangle stored) 
     const std::size_t first = stored == Triangle::lower ? j : 0;
     const std::size_t last = stored == Triangle::lower ? a.rows() : j + 1;
     for (std::size_t i = first; i < last; ++i) {
-      const Complex element(a(i, j));
-      require(isfinite(element.re) && isfinite(element.im), routine, 4, "element (", i, ", ", j, ") is not finite");
+      require_finite_element(routine, 4, a(i, j), i, j);
     }
   }
   std::vector<Real> values(a.rows());
@@ -89,6 +94,46 @@ template <MatrixSource A>
 std::vector<Real> symmetric_eigenvalues(const A& a, Triangle stored = Triangle::lower) {
   using T = Element<A>;
   return detail::symmetric_eigen('N', Matrix<T>{MatrixView<const T>(a)}, stored).values;
+}
+
+namespace detail {
+
+/// Job V: with eigenvectors; N: values alone.
+inline EigenSystem complex_eigen(char job, Matrix<Complex> a) {
+  constexpr const char* kRoutine = "ZGEEV";
+  const RawMatrix<Complex> raw{a.view()};
+  const Integer n = order_of(kRoutine, 4, raw);
+  for (std::size_t j = 0; j < a.columns(); ++j) {
+    for (std::size_t i = 0; i < a.rows(); ++i) {
+      require_finite_element(kRoutine, 4, a(i, j), i, j);
+    }
+  }
+  const std::size_t order = job == 'V' ? a.rows() : 0;
+  EigenSystem system{std::vector<Complex>(a.rows()), Matrix<Complex>(order, order), Matrix<Complex>(order, order)};
+  const RawMatrix<Complex> right{system.right.view()};
+  const RawMatrix<Complex> left{system.left.view()};
+  std::vector<Complex> work(std::max<std::size_t>(2, 2 * a.rows()));
+  Integer info = 0;
+  QuarnMPX_zgeev_(Option(job), Option(job), n, raw.data, raw.leading, system.values.data(), left.data, left.leading,
+                  right.data, right.leading, work.data(), Integer(work.size()), nullptr, &info, 1, 1);
+  if (info > 0) {
+    throw NumericalFailure(kRoutine, info, 0, "eigenvalue " + std::to_string(info) + " was not found",
+                           {std::int64_t(info)});
+  }
+  return system;
+}
+
+}  // namespace detail
+
+/// The eigenvalues of a square complex matrix, balanced first; in no particular order.
+template <MatrixSource A>
+requires std::same_as<Element<A>, Complex> std::vector<Complex> eigenvalues(const A& a) {
+  return detail::complex_eigen('N', Matrix<Complex>{MatrixView<const Complex>(a)}).values;
+}
+/// Eigenvalues and eigenvectors of a square complex matrix; the largest element of each vector is real.
+template <MatrixSource A>
+requires std::same_as<Element<A>, Complex> EigenSystem eigen(const A& a) {
+  return detail::complex_eigen('V', Matrix<Complex>{MatrixView<const Complex>(a)});
 }
 
 }  // namespace tesk2mp

@@ -36,6 +36,8 @@
 #include "tesk2mp/proven.hpp"
 #include "tesk2mp/refinement.hpp"
 #include "tesk2mp/rounding.hpp"
+#include "tesk2mp/polynomials.hpp"
+#include "tesk2mp/singular_values.hpp"
 #include "tesk2mp/solver.hpp"
 #include "tesk2mp/sparse.hpp"
 #include "tesk2mp/special.hpp"

@@ -8,14 +8,16 @@
 #include "src/frame/constants.h"
 #include "src/kernels/level1.h"
 #include "tesk2mp/dense.h"
+#include "tesk2mp/eigenproblems.h"
 
 namespace tesk {
 namespace {
 
+template <class T>
 class Balancing {
  public:
   /// Full accuracy: by powers of 10, which round nothing, and as far as exponents reach.
-  Balancing(Accuracy accuracy, Integer n, OneBasedMatrix<QuarnFloat> a, QuarnFloat* scale)
+  Balancing(Accuracy accuracy, Integer n, OneBasedMatrix<T> a, QuarnFloat* scale)
       : radix_(accuracy == Accuracy::full ? 10 : 8),
         n_(n),
         a_(a),
@@ -75,10 +77,10 @@ class Balancing {
     return false;
   }
 
-  bool all_zero_but(Integer j, OneBasedVector<QuarnFloat> x, Integer first) const {
+  bool all_zero_but(Integer j, OneBasedVector<T> x, Integer first) const {
     QuarnCheckInterrupt();
     for (Integer i = first; i <= high_; ++i) {
-      if (i != j && x(i) != 0) {
+      if (i != j && !is_zero(x(i))) {
         return false;
       }
     }
@@ -128,16 +130,16 @@ class Balancing {
     QuarnFloat r;
     for (Integer j = low_; j <= high_; ++j) {
       if (j != i) {
-        c += fabs(a_(j, i));
-        r += fabs(a_(i, j));
+        c += magnitude(a_(j, i));
+        r += magnitude(a_(i, j));
       }
     }
     // NaN and infinity cannot be levelled.
     if (c == 0 || r == 0 || !isfinite(c + r)) {
       return false;
     }
-    QuarnFloat ca = fabs(a_(index_of_largest(high_, a_.column(i)), i));
-    QuarnFloat ra = fabs(a_(i, low_ - 1 + index_of_largest(n_ - low_ + 1, a_.row(i).from(low_))));
+    QuarnFloat ca = magnitude(a_(index_of_largest(high_, a_.column(i)), i));
+    QuarnFloat ra = magnitude(a_(i, low_ - 1 + index_of_largest(n_ - low_ + 1, a_.row(i).from(low_))));
     QuarnFloat f = 1;
     QuarnFloat g = r / radix_;
     const QuarnFloat s = c + r;
@@ -164,7 +166,7 @@ class Balancing {
 
   int radix_;
   Integer n_;
-  OneBasedMatrix<QuarnFloat> a_;
+  OneBasedMatrix<T> a_;
   OneBasedVector<QuarnFloat> scale_;
   Integer low_;
   Integer high_;
@@ -174,8 +176,9 @@ class Balancing {
   QuarnFloat scale_largest_ = 1 / scale_smallest_;
 };
 
-void checked_balancing(Accuracy accuracy, const char* job, Integer n, QuarnFloat* a, Integer lda, Integer* ilo,
-                       Integer* ihi, QuarnFloat* scale, Integer* info) {
+template <class T>
+void checked_balancing(Accuracy accuracy, const char* job, Integer n, T* a, Integer lda, Integer* ilo, Integer* ihi,
+                       QuarnFloat* scale, Integer* info) {
   const char what = letter(job);
   const bool permutes = what == 'P' || what == 'B';
   const bool scales = what == 'S' || what == 'B';
@@ -183,10 +186,11 @@ void checked_balancing(Accuracy accuracy, const char* job, Integer n, QuarnFloat
   if (*info != 0) {
     return;
   }
-  const OneBasedMatrix<QuarnFloat> view(a, lda);
-  const Integer exponent = accuracy == Accuracy::full ? far_exponent(n, n, view) : 0;
-  multiply_by_power(n, n, view, -exponent);
-  Balancing balancing(accuracy, n, view, scale);
+  const OneBasedMatrix<T> view(a, lda);
+  const OneBasedMatrix<QuarnFloat> numbers = parts(view);
+  const Integer exponent = accuracy == Accuracy::full ? far_exponent(kParts<T> * n, n, numbers) : 0;
+  multiply_by_power(kParts<T> * n, n, numbers, -exponent);
+  Balancing<T> balancing(accuracy, n, view, scale);
   if (permutes && n > 0) {
     balancing.permute();
   }
@@ -194,7 +198,7 @@ void checked_balancing(Accuracy accuracy, const char* job, Integer n, QuarnFloat
   if (scales) {
     balancing.rescale();
   }
-  multiply_by_power(n, n, view, exponent);
+  multiply_by_power(kParts<T> * n, n, numbers, exponent);
   *ilo = balancing.low();
   *ihi = balancing.high();
 }
@@ -210,6 +214,11 @@ void QuarnMP_f08nhf_(const char* job, Integer n, QuarnFloat* a, Integer lda, Int
 }
 
 void QuarnMPX_f08nhf_(const char* job, Integer n, QuarnFloat* a, Integer lda, Integer* ilo, Integer* ihi,
+                      QuarnFloat* scale, Integer* info, int /*job_length*/) {
+  tesk::checked_balancing(tesk::Accuracy::full, job, n, a, lda, ilo, ihi, scale, info);
+}
+
+void QuarnMPX_zgebal_(const char* job, Integer n, Complex* a, Integer lda, Integer* ilo, Integer* ihi,
                       QuarnFloat* scale, Integer* info, int /*job_length*/) {
   tesk::checked_balancing(tesk::Accuracy::full, job, n, a, lda, ilo, ihi, scale, info);
 }

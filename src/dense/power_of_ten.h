@@ -6,6 +6,14 @@
 
 namespace tesk {
 
+/// The real numbers of a matrix whose columns have stride 1: of complex elements the two parts one below the other.
+inline OneBasedMatrix<QuarnFloat> parts(OneBasedMatrix<QuarnFloat> a) { return a; }
+inline OneBasedMatrix<QuarnFloat> parts(OneBasedMatrix<Complex> a) {
+  return {a.first() == nullptr ? nullptr : &a.first()->re, 1, 2 * a.column_stride()};
+}
+template <class T>
+inline constexpr Integer kParts = Integer(sizeof(T) / sizeof(QuarnFloat));
+
 /// The exponent e of the largest element when the matrix is to be multiplied by 10^-e first, otherwise 0: for a matrix
 /// of common size, of zeros, or with an element that is not finite.
 Integer far_exponent(Integer rows, Integer columns, OneBasedMatrix<QuarnFloat> a);

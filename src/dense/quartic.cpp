@@ -1,5 +1,10 @@
-// The zeros of a quartic as the eigenvalues of its companion matrix.
+// The zeros of a quartic as the eigenvalues of its companion matrix. The companion takes the zeros of the polynomial
+// itself: those of very different sizes lose no digits.
 
+#include <algorithm>
+#include <vector>
+
+#include "src/dense/polynomial.h"
 #include "src/frame/classic.h"
 #include "src/frame/constants.h"
 #include "src/kernels/level1.h"
@@ -21,6 +26,46 @@ SafeQuotient divide_for(Accuracy accuracy, const QuarnFloat& a, const QuarnFloat
   QuarnFloat value = a / b;
   const bool failed = !isfinite(value) || !isfinite(b);
   return {std::move(value), failed};
+}
+
+/// What one rounding of the coefficients does to the zero x: with a(k) the k-th Taylor coefficient there, the least of
+/// (e / |a(k)|)^(1/k), e the rounding of the sum of |coefficient| |x|^i. A zero of multiplicity k has the first k - 1
+/// vanish.
+QuarnFloat sensitivity(const std::vector<QuarnFloat>& coefficients, const Complex& x) {
+  std::vector<Complex> taylor(coefficients.size());
+  QuarnFloat rounding;
+  const QuarnFloat size = magnitude(x);
+  for (const QuarnFloat& coefficient : coefficients) {
+    for (std::size_t k = taylor.size() - 1; k > 0; --k) {
+      taylor[k] = taylor[k] * x + taylor[k - 1];
+    }
+    taylor[0] = taylor[0] * x + Complex(coefficient);
+    rounding = rounding * size + fabs(coefficient);
+  }
+  rounding *= epsilon();
+  QuarnFloat least = rounding / magnitude(taylor[1]);
+  for (Integer k = 2; k <= kOrder; ++k) {
+    if (const QuarnFloat divisor = magnitude(taylor[std::size_t(k)]); divisor != 0 && rounding != 0) {
+      const QuarnFloat change = pow(rounding / divisor, QuarnFloat(1) / k);
+      least = isnan(least) || change < least ? change : least;
+    }
+  }
+  return rounding == 0 ? QuarnFloat() : least;
+}
+
+/// False when numbers leave the range of exponents.
+bool zeros_of_polynomial(const std::vector<QuarnFloat>& coefficients, QuarnFloat* zeror, QuarnFloat* zeroi,
+                         QuarnFloat* errest) {
+  std::vector<PolynomialZero> zeros;
+  if (!polynomial_zeros(coefficients, zeros)) {
+    return false;
+  }
+  for (const PolynomialZero& zero : zeros) {
+    *zeror++ = zero.value.re;
+    *zeroi++ = zero.value.im;
+    *errest++ = std::max(zero.error, sensitivity(coefficients, zero.value));
+  }
+  return true;
 }
 
 template <Accuracy accuracy>
@@ -45,6 +90,10 @@ void quartic_core(const QuarnFloat* e, const QuarnFloat* a, const QuarnFloat* b,
       return report.fail(2, 99998, " ** The companion matrix H cannot be formed without overflow.");
     }
     companion(1, ++column) = std::move(quotient.value);
+  }
+
+  if (kFull && zeros_of_polynomial({*e, *a, *b, *c, *d}, zeror, zeroi, errest)) {
+    return;
   }
 
   Integer ilo = 1;

@@ -8,17 +8,10 @@
 #include <vector>
 
 #include "src/dense/householder.h"
+#include "src/dense/power_of_ten.h"
 #include "src/dense/rotation.h"
 
 namespace tesk {
-
-/// The real numbers of a matrix whose columns have stride 1: of complex elements the two parts one below the other.
-inline OneBasedMatrix<QuarnFloat> parts(OneBasedMatrix<QuarnFloat> a) { return a; }
-inline OneBasedMatrix<QuarnFloat> parts(OneBasedMatrix<Complex> a) {
-  return {&a.first()->re, 1, 2 * a.column_stride()};
-}
-template <class T>
-inline constexpr Integer kParts = Integer(sizeof(T) / sizeof(QuarnFloat));
 
 template <class T>
 class RotationSweeps {

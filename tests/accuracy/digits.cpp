@@ -326,6 +326,47 @@ Vector symmetric_eigensystem(Data& data) {
   return w;
 }
 
+Vector complex_eigenvalues(Data& data) {
+  ComplexVector a = data.complexes(kElements);
+  ComplexVector w(kOrder);
+  ComplexVector work(2 * kOrder);
+  Integer info = 0;
+  QuarnMPX_zgeev_("N", "N", kOrder, a.data(), kOrder, w.data(), nullptr, 1, nullptr, 1, work.data(), 2 * kOrder,
+                  nullptr, &info, 1, 1);
+  Vector re;
+  Vector im;
+  for (const Complex& value : w) {
+    re.push_back(value.re);
+    im.push_back(value.im);
+  }
+  return in_order(re, im);
+}
+
+Vector polynomial_zeros(Data& data) {
+  const Vector a = data.reals(kOrder + 1);
+  ComplexVector zeros(kOrder);
+  Vector errors(kOrder);
+  Integer info = 0;
+  QuarnMPX_dpzeros_(kOrder, a.data(), zeros.data(), errors.data(), &info);
+  Vector re;
+  Vector im;
+  for (const Complex& zero : zeros) {
+    re.push_back(zero.re);
+    im.push_back(zero.im);
+  }
+  return in_order(re, im);
+}
+
+Vector singular_values(Data& data) {
+  Vector a = data.reals(kElements);
+  Vector s(kOrder);
+  Vector work(5 * kOrder);
+  Integer info = 0;
+  QuarnMPX_dgesvd_("N", "N", kOrder, kOrder, a.data(), kOrder, s.data(), nullptr, 1, nullptr, 1, work.data(),
+                   5 * kOrder, &info, 1, 1);
+  return s;
+}
+
 /// A random upper triangle with the diagonal 1 ... n.
 Vector schur_form(Data& data) {
   Vector t = data.reals(kElements);
@@ -560,6 +601,9 @@ const std::vector<Case> kCases = {
     {"f08qkf", "eigenvectors of a triangular matrix, n = 16", eigenvectors, {}},
     {"f08qlf", "their condition numbers", condition_numbers, {}},
     {"dsyev", "symmetric eigenvalues and eigenvectors, n = 16", symmetric_eigensystem, {}},
+    {"zgeev", "complex eigenvalues, n = 16", complex_eigenvalues, {}},
+    {"dpzeros", "zeros of a polynomial, n = 16", polynomial_zeros, {}},
+    {"dgesvd", "singular values, n = 16", singular_values, {}},
     {"c02alf", "zeros of a quartic", quartic_zeros, {}},
     {"c06faf", "real Fourier transform, N = 360", transform(QuarnMPX_c06faf_), transform(QuarnMP_c06faf_)},
     {"c06fbf", "and its inverse", transform(QuarnMPX_c06fbf_), transform(QuarnMP_c06fbf_)},

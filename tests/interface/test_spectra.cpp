@@ -10,7 +10,7 @@ TEST_CASE_TEMPLATE("symmetric eigenvalues and eigenvectors", T, Real, Complex) {
   const SymmetricEigenSystem<T> system = symmetric_eigen(a);
   CHECK(system.values == std::vector<Real>{-1, 9});
   const Matrix<T> image = multiply(a, system.vectors);
-  CHECK(abs(Complex(image(0, 1)) - Complex(9) * Complex(system.vectors(0, 1))) < Real(1, -18));
+  CHECK(tesk2mp::abs(Complex(image(0, 1)) - Complex(9) * Complex(system.vectors(0, 1))) < Real(1, -18));
   // One triangle is read.
   const Matrix<T> half = {{0, T(Real("nan"))}, {3, 8}};
   CHECK(symmetric_eigenvalues(half) == system.values);
@@ -27,4 +27,46 @@ TEST_CASE("a Hermitian matrix has its conjugates in the other triangle") {
   CHECK(is_hermitian(a));
   CHECK(symmetric_eigenvalues(a, Triangle::upper) == std::vector<Real>{-1, 3});
   CHECK(!is_hermitian(Matrix<Complex>{{Complex(1, 1)}}));
+}
+
+TEST_CASE_TEMPLATE("singular values and their factors", T, Real, Complex) {
+  const Matrix<T> a = {{0, 2, 0}, {1, 0, 0}};
+  const SingularSystem<T> system = svd(a);
+  CHECK(system.values == std::vector<Real>{2, 1});
+  CHECK(singular_values(a) == system.values);
+  CHECK(system.u.rows() == 2);
+  CHECK(system.v.rows() == 3);
+  CHECK(system.v.columns() == 2);
+  const Matrix<T> image = multiply(a, system.v);
+  CHECK(tesk2mp::abs(Complex(image(0, 0)) - Complex(2) * Complex(system.u(0, 0))) < Real(1, -18));
+  CHECK(singular_values(Matrix<T>(0, 3)).empty());
+  CHECK_THROWS_AS((void)svd(Matrix<T>{{T(Real("inf"))}}), InvalidArgument);
+}
+
+TEST_CASE("eigenvalues and eigenvectors of a complex matrix") {
+  const Matrix<Complex> a = {{Complex(0, 3), 1}, {0, 2}};
+  CHECK(eigenvalues(a) == std::vector<Complex>{Complex(0, 3), 2});
+  const EigenSystem system = eigen(a);
+  CHECK(system.right(0, 0) == Complex(1));
+  CHECK(system.left(1, 1) == Complex(1));
+  CHECK_THROWS_AS((void)eigenvalues(Matrix<Complex>(2, 3)), InvalidArgument);
+  CHECK_THROWS_AS((void)eigen(Matrix<Complex>{{Complex(Real("nan"))}}), InvalidArgument);
+}
+
+TEST_CASE("polynomials") {
+  const std::vector<Real> a = {1, -6, 11, -6};
+  CHECK(polynomial_from_zeros(std::vector<Real>{1, 2, 3}) == a);
+  const std::vector<Zero> zeros = polynomial_zeros(a);
+  REQUIRE(zeros.size() == 3);
+  CHECK(zeros[0].value == Complex(3));
+  CHECK(zeros[0].error < Real(1, -18));
+  CHECK(polynomial_value(a, Real(4)) == 6);
+  CHECK(polynomial_value(std::vector<Complex>{1, 0, 1}, Complex(0, 1)) == Complex(0));
+  const PolynomialQuotient<Real> result = polynomial_quotient(a, std::vector<Real>{1, -2});
+  CHECK(result.quotient == std::vector<Real>{1, -4, 3});
+  CHECK(result.remainder == std::vector<Real>{0});
+  CHECK_THROWS_AS((void)polynomial_zeros(std::vector<Real>()), InvalidArgument);
+  CHECK_THROWS_AS((void)polynomial_zeros(std::vector<Real>{0, 1}), InvalidArgument);
+  CHECK_THROWS_AS((void)polynomial_zeros(std::vector<Complex>{1, Complex(Real("nan"))}), InvalidArgument);
+  CHECK_THROWS_AS((void)polynomial_quotient(a, std::vector<Real>{0, 1}), InvalidArgument);
 }

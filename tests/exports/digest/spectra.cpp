@@ -48,12 +48,101 @@ void symmetric(Suite& suite) {
   });
 }
 
+void complex_eigen(Suite& suite) {
+  const auto balance = ENTRY(QuarnMPX_zgebal_);
+  const auto unbalance = ENTRY(QuarnMPX_zgebak_);
+  const auto reduce = ENTRY(QuarnMPX_zgehrd_);
+  const auto form = ENTRY(QuarnMPX_zunghr_);
+  const auto schur = ENTRY(QuarnMPX_zhseqr_);
+  const auto vectors = ENTRY(QuarnMPX_ztrevc_);
+  const auto eigen = ENTRY(QuarnMPX_zgeev_);
+  suite.cases(3, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    const Integer lwork = 2 * ld;
+    const Scratch<Complex> work(static_cast<std::size_t>(lwork));
+    const Scratch<QuarnFloat> unused(1);
+    const auto a = c.numbers<Complex>(std::int64_t(ld) * ld);
+    const auto w = c.numbers<Complex>(ld);
+    const std::vector<QuarnFloat> scale(static_cast<std::size_t>(ld), 1);
+    for (const char* job : {"B", "X"}) {
+      suite.run(balance, job, n, a, ld, Integer(1), n, scale, Integer(-99), 1);
+      suite.run(unbalance, job, "R", n, Integer(1), n, scale, n, a, ld, Integer(-99), 1, 1);
+    }
+    suite.run(reduce, n, Integer(1), n, a, ld, w, work, lwork, Integer(-99));
+    suite.run(form, n, Integer(1), n, a, ld, w, work, lwork, Integer(-99));
+    suite.run(schur, "S", "I", n, Integer(1), n, a, ld, w, a, ld, work, lwork, Integer(-99), 1, 1);
+    const std::vector<Integer> select(static_cast<std::size_t>(ld), 1);
+    suite.run(vectors, "B", "B", select, n, a, ld, a, ld, a, ld, n, Integer(-99), work, unused, Integer(-99), 1, 1);
+    for (const char* job : {"N", "V"}) {
+      suite.run(eigen, job, job, n, a, ld, w, a, ld, a, ld, work, lwork, unused, Integer(-99), 1, 1);
+    }
+  });
+}
+
+template <class T, class Z, class E, class D, class F>
+void polynomials(Suite& suite, Z zeros, E value, D divide, F from) {
+  suite.cases(3, [&](Case& c) {
+    const Integer n = c.size;
+    const auto a = c.numbers<T>(n + 1);
+    const auto x = c.numbers<T>(at_least_one(n));
+    suite.run(zeros, n, a, std::vector<Complex>(std::size_t(n) + 1), c.numbers<QuarnFloat>(n + 1), Integer(-99));
+    suite.run(value, n, a, c.number<T>(), T(), Integer(-99));
+    suite.run(divide, n, a, n / 2, x, a, a, Integer(-99));
+    suite.run(from, n, x, a, Integer(-99));
+  });
+}
+
+void singular(Suite& suite) {
+  const auto real = ENTRY(QuarnMPX_dgesvd_);
+  const auto hermitian = ENTRY(QuarnMPX_zgesvd_);
+  const auto graded = ENTRY(QuarnMPX_dgejsv_);
+  const auto graded_complex = ENTRY(QuarnMPX_zgejsv_);
+  suite.cases(3, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    const Scratch<QuarnFloat> work(7);
+    const Scratch<Complex> cwork(2);
+    const auto s = c.numbers<QuarnFloat>(ld);
+    const auto a = c.numbers<QuarnFloat>(std::int64_t(ld) * ld);
+    const auto b = c.numbers<Complex>(std::int64_t(ld) * ld);
+    const std::vector<Integer> iwork(3, 0);
+    for (const char* job : {"U", "X"}) {
+      suite.run(graded, "F", job, "V", "R", "N", "N", n, n, a, ld, s, a, ld, a, ld, work, Integer(7), iwork,
+                Integer(-99), 1, 1, 1, 1, 1, 1);
+      suite.run(graded_complex, "F", job, "V", "R", "N", "N", n, n, b, ld, s, b, ld, b, ld, cwork, Integer(2), work,
+                Integer(7), iwork, Integer(-99), 1, 1, 1, 1, 1, 1);
+    }
+  });
+  suite.cases(3, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer m = n > 2 ? n - c.below(2) : n;
+    const Integer ld = at_least_one(n);
+    const Integer lwork = 5 * ld;
+    const Scratch<QuarnFloat> work(static_cast<std::size_t>(lwork));
+    const Scratch<Complex> work2(static_cast<std::size_t>(lwork));
+    const auto s = c.numbers<QuarnFloat>(ld);
+    const auto a = c.numbers<QuarnFloat>(std::int64_t(ld) * ld);
+    const auto b = c.numbers<Complex>(std::int64_t(ld) * ld);
+    for (const char* job : {"N", "S", "A"}) {
+      suite.run(real, job, job, m, n, a, ld, s, a, ld, a, ld, work, lwork, Integer(-99), 1, 1);
+      suite.run(hermitian, job, job, m, n, b, ld, s, b, ld, b, ld, work2, lwork, work, Integer(-99), 1, 1);
+    }
+  });
+}
+
 }  // namespace
 
 void spectra(Suite& suite) {
   tridiagonal<QuarnFloat>(suite, ENTRY(QuarnMPX_dsytrd_), ENTRY(QuarnMPX_dorgtr_), ENTRY(QuarnMPX_dsteqr_));
   tridiagonal<Complex>(suite, ENTRY(QuarnMPX_zhetrd_), ENTRY(QuarnMPX_zungtr_), ENTRY(QuarnMPX_zsteqr_));
   symmetric(suite);
+  complex_eigen(suite);
+  singular(suite);
+  polynomials<QuarnFloat>(suite, ENTRY(QuarnMPX_dpzeros_), ENTRY(QuarnMPX_dpeval_), ENTRY(QuarnMPX_dpdiv_),
+                          ENTRY(QuarnMPX_dpfrom_));
+  polynomials<Complex>(suite, ENTRY(QuarnMPX_zpzeros_), ENTRY(QuarnMPX_zpeval_), ENTRY(QuarnMPX_zpdiv_),
+                       ENTRY(QuarnMPX_zpfrom_));
 }
 
 }  // namespace digest

@@ -1,0 +1,82 @@
+// quarn svd: singular values of a dense matrix.
+#include "cli/commands/dense.h"
+#include "cli/commands/options.h"
+#include "cli/commands/ranking.h"
+#include "cli/io/matrix_output.h"
+#include "cli/plot/plot.h"
+#include "cli/system/progress.h"
+#include "tesk2mp/singular_values.hpp"
+
+namespace cli {
+
+namespace {
+
+struct SvdOptions {
+  std::string matrix;
+  std::string part = "values";
+  TableOptions table;
+  OutputOptions output;
+};
+
+const std::vector<std::string> kParts = {"values", "u", "v"};
+
+template <class T>
+Result result_of(const SvdOptions& options, const DenseMatrix& given, const tesk2mp::Matrix<T>& a) {
+  const bool values = options.part == "values";
+  const Progress progress = Progress::estimated(
+      "singular values",
+      (values ? 8 : 60) * factorisation_cost(std::min(given.rows(), given.columns()), given.complex()));
+  const tesk2mp::SingularSystem<T> system =
+      values ? tesk2mp::SingularSystem<T>{{}, tesk2mp::singular_values(a), {}} : tesk2mp::svd(a);
+  const std::string routine = given.complex() ? "QuarnMPX_zgesvd_" : "QuarnMPX_dgesvd_";
+  const std::string what = values ? "Singular values" : options.part == "u" ? "U of A = U S V^H" : "V of A = U S V^H";
+  Result result;
+  result.notes = {what + (values ? " of the " : ", A the ") + description(given), digits_text() + ", by " + routine};
+  result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
+  if (values) {
+    const ResultColumn counts = count_column("i", positions(Integer(system.values.size())));
+    result.table = {counts, aligned_column("value", system.values, largest_magnitude(system.values))};
+    result.data = {counts, {"value", exact_cells(system.values)}};
+    result.picture = [&given, sizes = system.values](const std::string& file) {
+      Panel panel = panel_of_elements("singular values of the " + description(given), "value", sizes);
+      panel.style = Panel::Style::points;
+      draw({panel}, file);
+    };
+    return result;
+  }
+  const DenseMatrix factor{"", options.part == "u" ? system.u : system.v};
+  add_matrix(result, factor);
+  result.picture = [what, factor](const std::string& file) { draw(map_of_magnitudes(what, factor), file); };
+  return result;
+}
+
+void run_svd(const SvdOptions& options) {
+  const DenseMatrix given = read_operand(options.matrix, options.table, false);
+  std::visit([&](const auto& a) { deliver(result_of(options, given, a), options.output); }, given.elements);
+}
+
+constexpr const char* kFooter =
+    R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file; m by n, real or
+complex. --part u and v write the first min(m, n) columns of a factor. --plot draws the
+values, or the magnitudes of the factor.
+
+Examples:
+  quarn svd examples/west0067.mtx --digits 50 --format csv
+  printf '0 2\n1 0\n' | quarn svd - --part v)";
+
+void declare(Command& command) {
+  auto options = std::make_shared<SvdOptions>();
+  command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
+  command.choice("--part", "WHAT", options->part, kParts, "what to write: values (default), u, v");
+  add_matrix_options(command, options->table);
+  command.add_digits();
+  add_output_options(command, options->output, Forms::matrix);
+  add_plot_option(command, options->output);
+  command.work = [options] { run_svd(*options); };
+}
+
+const Registered kCommand(125, "svd", "singular values of a dense matrix", kFooter, declare);
+
+}  // namespace
+
+}  // namespace cli
