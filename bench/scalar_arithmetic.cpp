@@ -1,4 +1,4 @@
-// + - * / sqrt and y = y + a * x.
+// + - * / sqrt, y = y + a * x and y += a * x.
 #include "bench/peers.h"
 
 namespace bench {
@@ -79,9 +79,20 @@ struct MultiplyAdd {
   }
 };
 
+/// The same in place, where a product by operator* is a number of its own.
+struct AddInPlace : MultiplyAdd {
+  static constexpr const char* name = "y+=a*x";
+  template <class T>
+  static void apply(T& y, const T& a, const T& x) {
+    y += a * x;
+  }
+  static void apply(RawMpfr& y, const RawMpfr& a, const RawMpfr& x) { MultiplyAdd::apply(y, a, x); }
+};
+
 const bool registered = register_operation<Add>() && register_operation<Subtract>() &&
                         register_operation<Multiply>(1'000'000) && register_operation<Divide>() &&
-                        register_operation<SquareRoot>() && register_operation<MultiplyAdd>();
+                        register_operation<SquareRoot>() && register_operation<MultiplyAdd>() &&
+                        register_operation<AddInPlace>(1000);
 
 }  // namespace
 }  // namespace bench
