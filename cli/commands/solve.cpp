@@ -266,7 +266,7 @@ right side is A (1, ..., 1), so that the solution is known.
 
 The iterative methods stop when ||b - A x|| <= tol (||b|| + ||A|| ||x||), Euclidean norms,
 ||A|| estimated; the residual is computed afresh before it is believed. --method direct
-factorises the full matrix and refines the solution with residuals of twice the digits.
+factorises the full matrix and refines the solution with exact residuals.
 --method all compares the iterative ones. Not solved is exit status 1; the last iterate and
 its residual are written all the same.
 

@@ -25,18 +25,16 @@ inline QuarnFloat sum_of_squares(Integer n, OneBasedVector<Complex> x) {
 }
 
 /// LARFG: the reflector whose adjoint takes x, n elements, to (beta, 0, ..., 0) with beta real. Leaves beta and the
-/// rest of v in x; returns tau, 0 when there is nothing to do. No rescaling is needed: exponents reach far.
+/// rest of v in x; returns tau, 0 when there is nothing to do.
 inline QuarnFloat make_reflector(Integer n, OneBasedVector<QuarnFloat> x) {
   const QuarnFloat rest = n > 1 ? sum_of_squares(n - 1, x.from(2)) : QuarnFloat();
   if (n < 1 || rest == 0) {
     return {};
   }
-  const QuarnFloat alpha = x(1);
-  QuarnFloat beta = -with_sign(sqrt(alpha * alpha + rest), alpha);
-  scale(n - 1, 1 / (alpha - beta), x.from(2));
-  QuarnFloat tau = (beta - alpha) / beta;
-  x(1) = std::move(beta);
-  return tau;
+  ReflectorScalars scalars(x(1), rest);
+  scale(n - 1, scalars.factor, x.from(2));
+  x(1) = std::move(scalars.beta);
+  return std::move(scalars.tau);
 }
 inline Complex make_reflector(Integer n, OneBasedVector<Complex> x) {
   const QuarnFloat rest = n > 1 ? sum_of_squares(n - 1, x.from(2)) : QuarnFloat();

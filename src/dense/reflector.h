@@ -1,6 +1,8 @@
 // Householder reflectors I - tau v v^T with v(1) = 1, and the standard form of a 2 by 2 block.
 #pragma once
 
+#include <utility>
+
 #include "src/kernels/level1.h"
 
 namespace tesk {
@@ -8,13 +10,22 @@ namespace tesk {
 /// |a| with the sign of b.
 inline QuarnFloat with_sign(const QuarnFloat& a, const QuarnFloat& b) { return signbit(a) == signbit(b) ? a : -a; }
 
-/// A reflector of up to kLargest elements.
+/// What takes (alpha, x) to (beta, 0, ..., 0), where the squares of x add up to `rest`, which is not zero: v = x *
+/// factor. No rescaling against underflow is needed: the exponents of QuarnFloat reach far beyond those of the model's
+/// safe minimum.
+struct ReflectorScalars {
+  QuarnFloat beta, tau, factor;
+
+  ReflectorScalars(const QuarnFloat& alpha, const QuarnFloat& rest)
+      : beta(-with_sign(sqrt(alpha * alpha + rest), alpha)), tau((beta - alpha) / beta), factor(1 / (alpha - beta)) {}
+};
+
+/// A reflector of up to kLargest elements, every operation rounded, without storage of its own.
 class Reflector {
  public:
   static constexpr Integer kLargest = 16;
 
-  /// The one that takes x to (beta, 0, ..., 0); n >= 1. No rescaling against underflow is needed: the exponents of
-  /// QuarnFloat reach far beyond those of the model's safe minimum.
+  /// The one that takes x to (beta, 0, ..., 0); n >= 1.
   Reflector(Integer n, const QuarnFloat* x) : n_(n), beta_(x[0]) {
     QuarnFloat rest;
     for (Integer i = 1; i < n; ++i) {
@@ -23,11 +34,11 @@ class Reflector {
     if (rest == 0) {
       return;
     }
-    beta_ = -with_sign(sqrt(x[0] * x[0] + rest), x[0]);
-    t_[0] = (beta_ - x[0]) / beta_;
-    const QuarnFloat factor = 1 / (x[0] - beta_);
+    ReflectorScalars scalars(x[0], rest);
+    beta_ = std::move(scalars.beta);
+    t_[0] = std::move(scalars.tau);
     for (Integer i = 1; i < n; ++i) {
-      v_[i] = x[i] * factor;
+      v_[i] = x[i] * scalars.factor;
       t_[i] = t_[0] * v_[i];
     }
   }

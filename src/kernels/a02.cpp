@@ -45,6 +45,7 @@ void square_root(const QuarnFloat& xr, const QuarnFloat& xi, QuarnFloat* yr, Qua
 
 }  // namespace
 
+// Smith's method as Complex has it, but by the reciprocal of the denominator, which the interface fixes.
 void tesk::divide(const QuarnFloat& xr, const QuarnFloat& xi, const QuarnFloat& yr, const QuarnFloat& yi,
                   QuarnFloat* zr, QuarnFloat* zi) {
   if (fabs(yr) > fabs(yi)) {
