@@ -1,5 +1,5 @@
-// Fuzzes the text reader, formatted scan and formatted print. Memory errors are the sanitizers' business; what is
-// checked here are the promises that hold for every input.
+// Fuzzes the text reader, formatted scan and formatted print, and the reader of packed numbers. Memory errors are the
+// sanitizers' business; what is checked here are the promises that hold for every input.
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -7,7 +7,9 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "quarn/interchange.h"
 #include "quarn/quarnfloat.h"
 
 namespace {
@@ -28,6 +30,7 @@ class Input {
  public:
   Input(const std::uint8_t* data, std::size_t size) : data_(data), end_(data + size) {}
 
+  std::string rest() { return {data_, end_}; }
   int byte() { return data_ == end_ ? 0 : *data_++; }
   /// Up to the next zero byte.
   std::string text() {
@@ -121,16 +124,33 @@ void try_printing(Input& input) {
   }
 }
 
+void try_unpacking(Input& input) {
+  const std::string bytes = input.rest();
+  const auto* const data = reinterpret_cast<const unsigned char*>(bytes.data());
+  QuarnFloat x = 7;
+  const std::size_t used = quarn::read_packed(data, bytes.size(), x);
+  require(used != 0 || x == 7, "a number stays where nothing is read");
+  if (used != 0) {
+    std::vector<unsigned char> again(quarn::packed_size(x));
+    require(quarn::write_packed(x, again.data()) == used, "a packed number has one size");
+    require(std::equal(again.begin(), again.end(), data), "a packed number has one form");
+    require(isnan(x) || same(QuarnFloat(x.to_string()), x) || used > 64, "an unpacked number is one");
+  }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Input input(data, size);
-  switch (input.byte() % 3) {
+  switch (input.byte() % 4) {
     case 0:
       try_reading(input);
       break;
     case 1:
       try_scanning(input);
+      break;
+    case 2:
+      try_unpacking(input);
       break;
     default:
       try_printing(input);

@@ -5,6 +5,9 @@
 
 #include <algorithm>
 #include <cctype>
+#include <string_view>
+
+#include "quarn/interchange.h"
 
 namespace python {
 namespace {
@@ -216,6 +219,21 @@ py::object like(py::handle model, py::list result) {
                                                     py::arg("dtype") = py::type::of(py::none()).attr("__base__"));
 }
 
+py::bytes packed(const std::vector<Real>& numbers) {
+  const std::vector<unsigned char> bytes = quarn::pack(numbers);
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+std::vector<Real> unpacked(const py::bytes& bytes, std::size_t count) {
+  const auto text = static_cast<std::string_view>(bytes);
+  std::vector<Real> numbers;
+  if (!quarn::unpack({reinterpret_cast<const unsigned char*>(text.data()), text.size()}, numbers) ||
+      numbers.size() != count) {
+    throw py::value_error("these bytes are no packed numbers");
+  }
+  return numbers;
+}
+
 void add_complex(py::module_& module) {
   const auto text = [](const Real& x) { return "'" + x.to_string() + "'"; };
   py::class_<Complex> type(module, "Complex", R"(Complex(real, imag=0)
@@ -239,9 +257,14 @@ A complex number: two Decimals. Arithmetic is at the working digits, with reals 
   type.def("__bool__", [](const Complex& z) { return z != Complex(0); });
   type.def("__complex__",
            [](const Complex& z) { return std::complex<double>(FloatToDouble(z.re), FloatToDouble(z.im)); });
-  using Texts = std::pair<std::string, std::string>;
-  type.def(py::pickle([](const Complex& z) { return Texts(z.re.to_string(), z.im.to_string()); },
-                      [](const Texts& parts) { return Complex(exact(parts.first), exact(parts.second)); }));
+  type.def(py::pickle(
+      [](const Complex& z) {
+        return packed({z.re, z.im});
+      },
+      [](const py::bytes& bytes) {
+        const std::vector<Real> parts = unpacked(bytes, 2);
+        return Complex(parts[0], parts[1]);
+      }));
   type.def("__repr__", [text](const Complex& z) { return "Complex(" + text(z.re) + ", " + text(z.im) + ")"; });
   type.def("__eq__", [](const Complex& z, py::handle other) {
     return py::isinstance<Complex>(other) ? z == py::cast<const Complex&>(other) : z.im == 0 && from(z.re).equal(other);

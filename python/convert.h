@@ -195,6 +195,10 @@ py::list nested(std::span<const std::size_t> extents, std::span<const T> numbers
   return elements;
 }
 
+/// Numbers in the packed form of quarn/interchange.h, for pickles; a ValueError for bytes that are not `count` of them.
+py::bytes packed(const std::vector<Real>& numbers);
+std::vector<Real> unpacked(const py::bytes& bytes, std::size_t count);
+
 /// The option of that name; a ValueError with all names otherwise.
 template <class Option>
 Option option_of(const char* what, const std::string& name,

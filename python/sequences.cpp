@@ -248,6 +248,19 @@ True
             return from(numbers, py::none());
           },
           py::arg("count"), "take(count)\n\nA list of the next numbers.")
+      .def(py::pickle(
+          [](const Random& random) {
+            const Random::State& words = random.state();
+            return py::make_tuple(long(random.generator()),
+                                  py::make_tuple(long(words[0]), long(words[1]), long(words[2]), long(words[3])));
+          },
+          [](const py::tuple& state) {
+            const std::vector<Integer> words = to_integers(state[1]);
+            if (words.size() != 4) {
+              throw py::value_error("a state has four integers");
+            }
+            return Random(to_integer(state[0]), {words[0], words[1], words[2], words[3]});
+          }))
       .def_property_readonly("generator", &Random::generator)
       .def_property_readonly("state", [](const Random& random) {
         const Random::State& words = random.state();

@@ -156,6 +156,50 @@ AnySparse sparse_of(std::size_t order, py::handle entries, bool lower_triangle) 
       numbers);
 }
 
+/// Order, storage, kind of numbers, places and packed values: what a pickle holds.
+py::tuple state_of(const AnySparse& self) {
+  return std::visit(
+      []<class T>(const SparseMatrix<T>& matrix) {
+        py::list rows;
+        py::list columns;
+        std::vector<Real> values;
+        for (std::size_t k = 0; k < matrix.entries(); ++k) {
+          rows.append(matrix.row(k));
+          columns.append(matrix.column(k));
+          if constexpr (std::is_same_v<T, Complex>) {
+            values.push_back(matrix.value(k).re);
+            values.push_back(matrix.value(k).im);
+          } else {
+            values.push_back(matrix.value(k));
+          }
+        }
+        return py::make_tuple(matrix.order(), matrix.storage() == Storage::lower_triangle, std::is_same_v<T, Complex>,
+                              rows, columns, packed(values));
+      },
+      static_cast<const AnySparse::variant&>(self));
+}
+
+template <class T>
+AnySparse restored_as(const py::tuple& state) {
+  const py::list rows = state[3];
+  const py::list columns = state[4];
+  constexpr std::size_t kParts = std::is_same_v<T, Complex> ? 2 : 1;
+  const std::vector<Real> values = unpacked(state[5], kParts * rows.size());
+  SparseMatrix<T> matrix(to_index(state[0]), py::cast<bool>(state[1]) ? Storage::lower_triangle : Storage::general);
+  for (std::size_t k = 0; k < rows.size(); ++k) {
+    if constexpr (kParts == 2) {
+      matrix.add(to_index(rows[k]), to_index(columns[k]), Complex(values[2 * k], values[2 * k + 1]));
+    } else {
+      matrix.add(to_index(rows[k]), to_index(columns[k]), values[k]);
+    }
+  }
+  return matrix;
+}
+
+AnySparse restored(const py::tuple& state) {
+  return py::cast<bool>(state[2]) ? restored_as<Complex>(state) : restored_as<Real>(state);
+}
+
 void add_matrix(py::module_& module) {
   py::class_<AnySparse> type(module, "SparseMatrix", R"(SparseMatrix(order, entries, lower_triangle=False)
 
@@ -228,6 +272,7 @@ Sorts the entries by rows, then columns, and returns the matrix. duplicates, ent
       },
       py::arg("x"), py::arg("transpose") = false,
       "multiply(x, transpose=False)\n\nThe product with a vector; of the (conjugate) transpose with transpose=True.");
+  type.def(py::pickle(&state_of, &restored));
   type.def_property_readonly("lower_triangle", [](const AnySparse& self) {
     return std::visit([](const auto& matrix) { return matrix.storage() == Storage::lower_triangle; }, self);
   });

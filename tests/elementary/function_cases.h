@@ -66,7 +66,7 @@ inline const std::vector<Case>& functions_of_one() {
       {"exp10", mpfr_exp10, {unit, modest, tiny, {3, 8, true}}},
       {"log1p", mpfr_log1p, {unit, positive, tiny, {-30, -1, false, "-1"}, wide}},
       {"log2", mpfr_log2, {positive, wide, {-30, -1, true, "1"}}},
-      {"cbrt", mpfr_cbrt, {unit, modest, tiny, large, {-9000, 9000, true}}},
+      {"cbrt", mpfr_cbrt, {unit, modest, tiny, large, {-9000, 9000, true}, {-30, -4, false, "0.001"}}},
       {"asinh", mpfr_asinh, {unit, modest, tiny, large}},
       {"acosh", mpfr_acosh, {{1, 3, false, "1"}, {-40, 0, false, "1"}, {3, 9000, false}}},
       {"atanh", mpfr_atanh, {unit, tiny, {-30, -1, false, "-1"}}},
@@ -96,12 +96,9 @@ inline const std::vector<Case>& functions_of_one() {
 
 inline const std::vector<Case2>& functions_of_two() {
   static const std::vector<Case2> all = {
-      {"pow", mpfr_pow, {-3, 3, false}, {-3, 3, true}},
-      {"pow", mpfr_pow, {-9000, 9000, false}, {-5, 1, true}},
-      {"atan2", mpfr_atan2, {-20, 20, true}, {-20, 20, true}},
-      {"hypot", mpfr_hypot, {-3, 3, true}, {-3, 3, true}},
-      {"hypot", mpfr_hypot, {-20, 20, true}, {-20, 20, true}},
-      {"beta", mpfr_beta, {-2, 2, false}, {-2, 2, false}},
+      {"pow", mpfr_pow, {-3, 3, false}, {-3, 3, true}},        {"pow", mpfr_pow, {-9000, 9000, false}, {-5, 1, true}},
+      {"atan2", mpfr_atan2, {-20, 20, true}, {-20, 20, true}}, {"hypot", mpfr_hypot, {-3, 3, true}, {-3, 3, true}},
+      {"hypot", mpfr_hypot, {-20, 20, true}, {-20, 20, true}}, {"beta", mpfr_beta, {-2, 2, false}, {-2, 2, false}},
   };
   return all;
 }

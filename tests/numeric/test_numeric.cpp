@@ -1,15 +1,18 @@
 // QuarnFloat as a standard numeric type.
 #include <doctest/doctest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <iomanip>
 #include <limits>
+#include <numeric>
 #include <random>
 #include <set>
 #include <sstream>
 #include <string>
 #include <unordered_set>
+#include <vector>
 
 #include "quarn/numeric.hpp"
 #include "support/digits.h"
@@ -299,4 +302,68 @@ TEST_CASE("Complex has what std::complex has") {
   CHECK(quarn::polar(QuarnFloat(2)) == Complex(2));
   CHECK(quarn::polar(QuarnFloat(2), QuarnFloat(1)).im == QuarnFloat("1.6829419696157930133"));
   CHECK(isinf(proj(Complex(1, QuarnFloat("-inf"))).re));
+}
+
+// What docs/guide/numeric.md says of the standard headers: a member works, or does not compile; none is silently wrong.
+
+namespace {
+
+template <class T>
+concept HasMissingFunctions = requires(T x, int* n) {
+  remquo(x, x, n);
+}
+|| requires(T x) { std::remquo(x, x, nullptr); }
+|| requires(T x) { scalbln(x, 1L); }
+|| requires(T x) { nexttoward(x, x); }
+|| requires(T x) { std::beta(x, x); }
+|| requires(T x) { std::riemann_zeta(x); }
+|| requires(T x) { std::cyl_bessel_j(x, x); }
+|| requires(T x) { std::legendre(2U, x); }
+|| requires(T x) { std::ellint_1(x, x); }
+|| requires(T x) { std::hypot(x, x, x); };
+template <class T>
+concept HasStandardNames = requires(T x) {
+  std::sin(x);
+}
+|| requires(T x) { std::pow(x, x); }
+|| requires(T x) { std::isnan(x); }
+|| requires(T x) { std::midpoint(x, x); }
+|| requires(T x) { std::lerp(x, x, x); };
+static_assert(HasMissingFunctions<double> && HasStandardNames<double>);
+static_assert(!HasMissingFunctions<QuarnFloat> && !HasStandardNames<QuarnFloat>);
+
+template <class T>
+concept HasCmath = requires(T x, int* n, T* whole) {
+  sin(x), cos(x), tan(x), asin(x), acos(x), atan(x), atan2(x, x), sinh(x), cosh(x), tanh(x), asinh(x), acosh(x);
+  atanh(x), exp(x), exp2(x), expm1(x), log(x), log2(x), log10(x), log1p(x), pow(x, x), sqrt(x), cbrt(x), hypot(x, x);
+  erf(x), erfc(x), tgamma(x), lgamma(x), fabs(x), abs(x), floor(x), ceil(x), trunc(x), round(x), rint(x);
+  nearbyint(x), lround(x), llround(x), lrint(x), llrint(x), fmod(x, x), remainder(x, x), fma(x, x, x), fmin(x, x);
+  fmax(x, x), fdim(x, x), copysign(x, x), nextafter(x, x), frexp(x, n), ldexp(x, 1), scalbn(x, 1), logb(x), ilogb(x);
+  modf(x, whole), isnan(x), isinf(x), isfinite(x), isnormal(x), signbit(x), fpclassify(x), isunordered(x, x);
+};
+static_assert(HasCmath<QuarnFloat>);
+
+template <class T>
+concept HasComplex = requires(T z, QuarnFloat x) {
+  real(z), imag(z), abs(z), arg(z), norm(z), conj(z), proj(z), exp(z), log(z), log10(z), pow(z, z), sqrt(z), sin(z);
+  cos(z), tan(z), asin(z), acos(z), atan(z), sinh(z), cosh(z), tanh(z), asinh(z), acosh(z), atanh(z);
+  z += z, z -= z, z *= z, z /= z, quarn::polar(x, x);
+};
+static_assert(HasComplex<quarn::Complex>);
+
+}  // namespace
+
+TEST_CASE("algorithms of <numeric> and <algorithm> keep every digit") {
+  QuarnSetDigits(40);
+  std::vector<QuarnFloat> x(5);
+  std::iota(x.begin(), x.end(), QuarnFloat("0.1"));
+  CHECK(std::accumulate(x.begin(), x.end(), QuarnFloat()) == QuarnFloat("10.5"));
+  CHECK(std::reduce(x.begin(), x.end()) == QuarnFloat("10.5"));
+  CHECK(std::inner_product(x.begin(), x.end(), x.begin(), QuarnFloat()) == QuarnFloat("32.05"));
+  std::partial_sum(x.begin(), x.end(), x.begin());
+  std::adjacent_difference(x.begin(), x.end(), x.begin());
+  CHECK(x.back() == QuarnFloat("4.1"));
+  CHECK(std::clamp(QuarnFloat(7), x[0], x[4]) == QuarnFloat("4.1"));
+  CHECK(*std::max_element(x.begin(), x.end()) == QuarnFloat("4.1"));
+  QuarnSetDigits(20);
 }

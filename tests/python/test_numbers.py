@@ -195,6 +195,20 @@ class Numbers(unittest.TestCase):
         with self.assertRaises(AttributeError):
             z.real = 1
 
+    def test_pickles(self):
+        a = tesk2mp.SparseMatrix(3, [(0, 1, "0.1"), (2, 0, -7)], lower_triangle=False)
+        z = tesk2mp.SparseMatrix(2, [(1, 0, tesk2mp.Complex("1e-30", 2))], lower_triangle=True)
+        for matrix in (a, z):
+            copied = pickle.loads(pickle.dumps(matrix))
+            self.assertEqual(copied.entries(), matrix.entries())
+            self.assertEqual((copied.order, copied.lower_triangle), (matrix.order, matrix.lower_triangle))
+        stream = tesk2mp.Random(7)
+        stream.take(5)
+        self.assertEqual(pickle.loads(pickle.dumps(stream)).take(3), stream.take(3))
+        state = tesk2mp.Complex(1, 2).__getstate__()
+        for broken in (b"", state[:-1], state + b"\0", b"\x0f" + state[1:]):
+            self.assertRaises(ValueError, tesk2mp.Complex.__new__(tesk2mp.Complex).__setstate__, broken)
+
     def test_objects_without_their_init(self):
         for kind, use in (
             (tesk2mp.Complex, abs),
