@@ -108,7 +108,7 @@ void Product::store_totals(std::size_t i, std::size_t j, const Total* totals, co
 /// to := total + beta * old value. The kHead limbs in front of the total's may be used.
 void Product::add_old_value(QuarnFloat& to, std::size_t i, std::size_t j, Total total) {
   const QuarnFloat& old = *old_value(i, j);
-  if (kind_of(old) == Kind::zero) {
+  if (kind_of(old) == Kind::zero && isfinite(*weights_.beta[0])) {
     rounder_.store(to, total.negative, total.exponent, total.limbs, total.length);
     return;
   }

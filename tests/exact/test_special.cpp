@@ -2,6 +2,7 @@
 // callers with a floating-point environment of their own.
 #include <doctest/doctest.h>
 
+#include <algorithm>
 #include <cfenv>
 #include <cmath>
 #include <limits>
@@ -132,6 +133,26 @@ TEST_CASE("infinities, NaN and signed zeros follow the extended reals, at every 
       }
       INFO("kernel " << kernel << ", alpha " << alpha << ", beta " << beta);
       CHECK(wrong == 0);
+    }
+  }
+}
+
+TEST_CASE("old values of zero become NaN by an infinite factor or a NaN") {
+  const Restore restore;
+  for (const char* kernel : {"none", "sse2", "best"}) {
+    QuarnExactKernel(kernel);
+    for (const int digits : {2, 20, 333}) {
+      QuarnSetDigits(digits);
+      for (const char* beta : {"nan", "inf", "-inf"}) {
+        for (const std::ptrdiff_t n : {1, 3, 20}) {
+          const auto count = std::size_t(n);
+          const std::vector<QuarnFloat> a(count * count, QuarnFloat(7));
+          std::vector<QuarnFloat> c(count * count);
+          QuarnMatrixProduct(count, count, count, 1, {a.data(), 1, n}, {a.data(), 1, n}, QuarnFloat(beta),
+                             {c.data(), 1, n});
+          CHECK(std::all_of(c.begin(), c.end(), [](const QuarnFloat& x) { return isnan(x); }));
+        }
+      }
     }
   }
 }
