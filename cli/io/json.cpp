@@ -1,8 +1,10 @@
 #include "cli/io/json.h"
 
 #include <nlohmann/json.hpp>
+#include <string_view>
 
 #include "cli/commands/failure.h"
+#include "cli/io/number_text.h"
 
 namespace cli {
 
@@ -101,9 +103,68 @@ class ColumnCollector final : public Json::json_sax_t {
 
 }  // namespace
 
+namespace {
+
+// The length of the number that starts here, by the grammar of JSON; 0 where there is none.
+std::size_t number_length(std::string_view text) {
+  std::size_t at = 0;
+  const auto digits = [&] {
+    const std::size_t first = at;
+    while (at < text.size() && is_digit(text[at])) {
+      ++at;
+    }
+    return at - first;
+  };
+  at += text.starts_with('-') ? 1 : 0;
+  const bool zero = at < text.size() && text[at] == '0';
+  const std::size_t whole = digits();
+  if (whole == 0 || (zero && whole > 1)) {
+    return 0;
+  }
+  if (at < text.size() && text[at] == '.') {
+    ++at;
+    if (digits() == 0) {
+      return 0;
+    }
+  }
+  if (at < text.size() && (text[at] == 'e' || text[at] == 'E')) {
+    ++at;
+    at += at < text.size() && (text[at] == '+' || text[at] == '-') ? 1 : 0;
+    if (digits() == 0) {
+      return 0;
+    }
+  }
+  return at;
+}
+
+// The same with numbers that may be beyond the range of a double as strings, since the parser refuses them.
+std::string with_large_numbers_quoted(const std::string& text) {
+  constexpr std::size_t kSafe = 300;
+  std::string result;
+  std::size_t done = 0;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (text[at] == '"') {
+      for (++at; at < text.size() && text[at] != '"'; ++at) {
+        at += text[at] == '\\' ? 1 : 0;
+      }
+    } else if (text[at] == '-' || is_digit(text[at])) {
+      const std::size_t length = number_length(std::string_view(text).substr(at));
+      const std::string_view number = std::string_view(text).substr(at, length);
+      if (length > kSafe || number.find_first_of("eE") != std::string_view::npos) {
+        result.append(text, done, at - done).append("\"").append(number).append("\"");
+        done = at + length;
+      }
+      at += length == 0 ? 0 : length - 1;
+    }
+  }
+  return done == 0 ? text : result.append(text, done);
+}
+
+}  // namespace
+
 std::vector<NumberTable::Column> columns_of_json(const std::string& text, const std::string& source) {
   ColumnCollector collector;
-  if (!Json::sax_parse(text, &collector)) {
+  if (!Json::sax_parse(with_large_numbers_quoted(text), &collector)) {
     throw bad_input(source + ": " + collector.error);
   }
   return std::move(collector.columns);

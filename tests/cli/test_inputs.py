@@ -1,6 +1,7 @@
 """Every shape of input that holds the same numbers gives the same spectrum; what cannot be read is named by its line."""
 
 import gzip
+import json
 import os
 import tempfile
 import unittest
@@ -166,6 +167,15 @@ class Inputs(unittest.TestCase):
                     done = run("sort", file)
                     self.assertEqual((done.returncode, done.stdout), (2, ""))
                     self.assertIn(f"quarn: {file}: not a whole gzip file: ", done.stderr)
+
+    def test_json_numbers_of_any_size(self):
+        for text, values in (("[1e400, -2.5E-400, 3]", ["-2.5e-400", "3", "1e+400"]),
+                             ('{"e1":[1e2],"x":["1e5\\"", 2]}', ["100"]), ("[1e400, 01e400]", None), ("[1" + "0" * 400 + "]", ["1e+400"])):
+            with self.subTest(text=text[:30]):
+                done = run("sort", "-", "--format", "json", stdin=text)
+                self.assertEqual(done.returncode, 2 if values is None else 0)
+                if values is not None:
+                    self.assertEqual(json.loads(done.stdout)["value"], values)
 
     def test_dates(self):
         def table(dates):
