@@ -124,7 +124,6 @@ void run_det(const MatrixOptions& options) {
         if (scaled.nearly_singular) {
           result.notes.emplace_back("Matrix A is approximately singular.");
         }
-        result.facts.push_back({"determinant", determinant});
         result.facts.push_back({"mantissa", exact_text(scaled.mantissa)});
         result.facts.push_back({"exponent", std::to_string(scaled.exponent), true});
         result.facts.push_back({"rcond", exact_text(scaled.reciprocal_condition)});

@@ -162,8 +162,11 @@ std::string Interpreter::suggestion(const std::string& name) const {
         }
       }
     }
-    if (rows.back().back() < std::min(least, std::max(name.size(), known.size()))) {
-      least = rows.back().back();
+    // Of names as near as each other, one that starts alike: few mistype the first letter.
+    const std::size_t distance = rows.back().back();
+    const bool starts_alike = !best.empty() && best.front() != name.front() && known.front() == name.front();
+    if (distance < std::min(least + (starts_alike ? 1 : 0), std::max(name.size(), known.size()))) {
+      least = distance;
       best = known;
     }
   }

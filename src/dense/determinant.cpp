@@ -91,7 +91,7 @@ void determinant(Report& report, Integer n, T* a, Integer lda, Integer* ipiv, T*
     }
   }
   const bool zero = is_zero(product.mantissa);
-  *d = product.mantissa;
+  *d = zero ? T() : product.mantissa;
   *id = zero ? 0 : Integer(product.exponent);
   if (rcond != nullptr) {
     *rcond = zero ? QuarnFloat() : reciprocal_condition(true, n, view, norm);

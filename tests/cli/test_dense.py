@@ -95,6 +95,38 @@ class Dense(unittest.TestCase):
         self.close(product(lower, [list(row) for row in zip(*lower, strict=True)]), a)
         self.close(upper, [list(row) for row in zip(*lower, strict=True)])
 
+    def test_any_shape_and_rank(self):
+        transposed = lambda rows: [list(row) for row in zip(*rows, strict=True)]
+        for m, n, rank in ((5, 3, 3), (3, 5, 3), (5, 4, 2), (4, 4, 3)):
+            a = product(self.matrix(m, rank), self.matrix(rank, n))
+            b = self.matrix(m, 1)
+            with self.subTest(seed=self.seed, a=a, b=b), tempfile.NamedTemporaryFile("w", suffix=".txt") as file:
+                file.write(text_of(b))
+                file.flush()
+                solution = self.run_on("lstsq", a, "--rhs", file.name)
+                x = numbers(solution)
+                self.assertEqual(solution["rank"], rank)
+                residual = [[p[0] - q[0]] for p, q in zip(product(a, x), b, strict=True)]
+                size = max(abs(entry) for row in a for entry in row)
+                for row in product(transposed(a), residual):
+                    self.assertLess(abs(row[0]), size ** 3 * Fraction(1, 10 ** (DIGITS - 6)))
+                self.assertLess(abs(Fraction(solution["residual"]) ** 2 - sum(row[0] ** 2 for row in residual)), Fraction(1, 10 ** (DIGITS - 8)))
+                inverse = numbers(self.run_on("pinv", a))
+                self.close(product(product(a, inverse), a), a, DIGITS - 6)
+                self.close(product(inverse, b), x, DIGITS - 8)
+                if rank < n:
+                    basis = numbers(self.run_on("null", a))
+                    self.assertEqual(len(basis[0]), n - rank)
+                    for row in product(a, basis):
+                        self.assertLess(max(map(abs, row)), size * Fraction(1, 10 ** (DIGITS - 4)))
+                    for row in product(transposed(basis), x):
+                        self.assertLess(abs(row[0]), size * Fraction(1, 10 ** (DIGITS - 8)))
+
+    def test_determinants_beyond_the_numbers(self):
+        result = run_json("det", "-", stdin="1e800000000 0\n0 -25e800000000\n")
+        self.assertEqual((result["determinant"], result["mantissa"], result["exponent"]), (["-2.5e1600000001"], "-2.5", 1600000001))
+        self.assertIn("# Matrix A is approximately singular.", run_well("det", "-", stdin="1 2\n2 4\n"))
+
     def test_norms(self):
         a = self.matrix(4, 4)
         result = self.run_on("norm", a, "--condition")
@@ -185,6 +217,8 @@ class Dense(unittest.TestCase):
     def test_refusals(self):
         for arguments, stdin, status, complaint in (
             (["eig", "-"], "1 2\n", 2, "standard input: 1 by 2, but a square matrix is needed"),
+            (["lstsq", "-"], "1 2\n", 2, "matrix and right side cannot both come from standard input"),
+            (["pinv", "-", "--tolerance", "-1"], "1 2\n", 2, "--tolerance is a number from 0, not '-1'"),
             (["chol", "-"], "1 2\n3 4\n", 2, "standard input: not symmetric: element (2, 1) differs from its mirror image"),
             (["chol", "-"], "1 2\n2 1\n", 1, "DPOTRF: the leading minor of order 2 is not positive"),
             (["norm", "-", "--condition"], "1 2\n2 4\n", 1, "F07ADF/DGETRF: U(2, 2) is exactly zero: the matrix is singular"),

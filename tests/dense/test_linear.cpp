@@ -373,6 +373,13 @@ TEST_CASE_TEMPLATE("determinants as mantissa and power of ten", T, QuarnFloat, C
     exchanged(1, 2) = T(2.0);
     exchanged(2, 1) = T(3.0);
     CHECK(determinant_of(exchanged).d == T(-6.0));
+    exchanged(1, 1) = T(1.0);
+    exchanged(2, 2) = T(4.0);
+    exchanged(2, 1) = T(2.0);
+    exchanged(1, 2) = T(2.0);
+    const Found singular = determinant_of(exchanged);
+    CHECK(singular.d == T(0.0));
+    CHECK(!signbit(Complex(singular.d).re));
     const Found zero = determinant_of(support::zeros<T>(2, 2));
     CHECK(zero.ifail == 2);
     CHECK(zero.d == T(0.0));
