@@ -2,6 +2,7 @@
 // constraints, by residuals in units of the last place and by what makes each solution the one that is asked for.
 #include <doctest/doctest.h>
 
+#include "support/pick.h"
 #include "support/ratios.h"
 #include "tesk2mp/tesk2mp.h"
 
@@ -19,30 +20,16 @@ using tesk::Triangle;
 namespace {
 
 template <class T>
-struct Exports;
-template <>
-struct Exports<QuarnFloat> {
-  static constexpr auto gelqf = QuarnMPX_dgelqf_;
-  static constexpr auto orglq = QuarnMPX_dorglq_;
-  static constexpr auto ormlq = QuarnMPX_dormlq_;
-  static constexpr auto ormqr = QuarnMPX_dormqr_;
-  static constexpr auto tzrzf = QuarnMPX_dtzrzf_;
-  static constexpr auto ormrz = QuarnMPX_dormrz_;
-  static constexpr auto gglse = QuarnMPX_dgglse_;
-  static constexpr auto ggglm = QuarnMPX_dggglm_;
-  static constexpr const char* adjoint = "T";
-};
-template <>
-struct Exports<Complex> {
-  static constexpr auto gelqf = QuarnMPX_zgelqf_;
-  static constexpr auto orglq = QuarnMPX_zunglq_;
-  static constexpr auto ormlq = QuarnMPX_zunmlq_;
-  static constexpr auto ormqr = QuarnMPX_zunmqr_;
-  static constexpr auto tzrzf = QuarnMPX_ztzrzf_;
-  static constexpr auto ormrz = QuarnMPX_zunmrz_;
-  static constexpr auto gglse = QuarnMPX_zgglse_;
-  static constexpr auto ggglm = QuarnMPX_zggglm_;
-  static constexpr const char* adjoint = "C";
+struct Exports {
+  static constexpr auto gelqf = support::pick<T>(QuarnMPX_dgelqf_, QuarnMPX_zgelqf_);
+  static constexpr auto orglq = support::pick<T>(QuarnMPX_dorglq_, QuarnMPX_zunglq_);
+  static constexpr auto ormlq = support::pick<T>(QuarnMPX_dormlq_, QuarnMPX_zunmlq_);
+  static constexpr auto ormqr = support::pick<T>(QuarnMPX_dormqr_, QuarnMPX_zunmqr_);
+  static constexpr auto tzrzf = support::pick<T>(QuarnMPX_dtzrzf_, QuarnMPX_ztzrzf_);
+  static constexpr auto ormrz = support::pick<T>(QuarnMPX_dormrz_, QuarnMPX_zunmrz_);
+  static constexpr auto gglse = support::pick<T>(QuarnMPX_dgglse_, QuarnMPX_zgglse_);
+  static constexpr auto ggglm = support::pick<T>(QuarnMPX_dggglm_, QuarnMPX_zggglm_);
+  static constexpr const char* adjoint = support::pick<T>("T", "C");
 };
 
 constexpr Integer kWork = 400;

@@ -4,6 +4,7 @@
 
 #include <limits>
 
+#include "support/pick.h"
 #include "support/ratios.h"
 #include "tesk2mp/tesk2mp.h"
 
@@ -20,32 +21,17 @@ using tesk::Triangle;
 namespace {
 
 template <class T>
-struct Exports;
-template <>
-struct Exports<QuarnFloat> {
-  static constexpr auto getrf = QuarnMPX_dgetrf_;
-  static constexpr auto getri = QuarnMPX_dgetri_;
-  static constexpr auto potrf = QuarnMPX_dpotrf_;
-  static constexpr auto potri = QuarnMPX_dpotri_;
-  static constexpr auto geequ = QuarnMPX_dgeequ_;
-  static constexpr auto geequb = QuarnMPX_dgeequb_;
-  static constexpr auto latrs = QuarnMPX_dlatrs_;
-  static constexpr auto determinant = QuarnMPX_f03aff_;
-  static constexpr auto gecon = QuarnMPX_dgecon_;
-  static constexpr auto pocon = QuarnMPX_dpocon_;
-};
-template <>
-struct Exports<Complex> {
-  static constexpr auto getrf = QuarnMPX_zgetrf_;
-  static constexpr auto getri = QuarnMPX_zgetri_;
-  static constexpr auto potrf = QuarnMPX_zpotrf_;
-  static constexpr auto potri = QuarnMPX_zpotri_;
-  static constexpr auto geequ = QuarnMPX_zgeequ_;
-  static constexpr auto geequb = QuarnMPX_zgeequb_;
-  static constexpr auto latrs = QuarnMPX_zlatrs_;
-  static constexpr auto determinant = QuarnMPX_f03arf_;
-  static constexpr auto gecon = QuarnMPX_zgecon_;
-  static constexpr auto pocon = QuarnMPX_zpocon_;
+struct Exports {
+  static constexpr auto getrf = support::pick<T>(QuarnMPX_dgetrf_, QuarnMPX_zgetrf_);
+  static constexpr auto getri = support::pick<T>(QuarnMPX_dgetri_, QuarnMPX_zgetri_);
+  static constexpr auto potrf = support::pick<T>(QuarnMPX_dpotrf_, QuarnMPX_zpotrf_);
+  static constexpr auto potri = support::pick<T>(QuarnMPX_dpotri_, QuarnMPX_zpotri_);
+  static constexpr auto geequ = support::pick<T>(QuarnMPX_dgeequ_, QuarnMPX_zgeequ_);
+  static constexpr auto geequb = support::pick<T>(QuarnMPX_dgeequb_, QuarnMPX_zgeequb_);
+  static constexpr auto latrs = support::pick<T>(QuarnMPX_dlatrs_, QuarnMPX_zlatrs_);
+  static constexpr auto determinant = support::pick<T>(QuarnMPX_f03aff_, QuarnMPX_f03arf_);
+  static constexpr auto gecon = support::pick<T>(QuarnMPX_dgecon_, QuarnMPX_zgecon_);
+  static constexpr auto pocon = support::pick<T>(QuarnMPX_dpocon_, QuarnMPX_zpocon_);
 };
 
 /// A A^H + 1, at the working digits.

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "support/pick.h"
 #include "support/ratios.h"
 #include "tesk2mp/tesk2mp.h"
 
@@ -20,24 +21,13 @@ using support::unit;
 namespace {
 
 template <class T>
-struct Exports;
-template <>
-struct Exports<QuarnFloat> {
-  static constexpr auto geqrf = QuarnMPX_dgeqrf_;
-  static constexpr auto orgqr = QuarnMPX_dorgqr_;
-  static constexpr auto ormqr = QuarnMPX_dormqr_;
-  static constexpr auto gels = QuarnMPX_dgels_;
-  static constexpr const char* adjoint = "T";
-  static constexpr const char* not_adjoint = "C";
-};
-template <>
-struct Exports<Complex> {
-  static constexpr auto geqrf = QuarnMPX_zgeqrf_;
-  static constexpr auto orgqr = QuarnMPX_zungqr_;
-  static constexpr auto ormqr = QuarnMPX_zunmqr_;
-  static constexpr auto gels = QuarnMPX_zgels_;
-  static constexpr const char* adjoint = "C";
-  static constexpr const char* not_adjoint = "T";
+struct Exports {
+  static constexpr auto geqrf = support::pick<T>(QuarnMPX_dgeqrf_, QuarnMPX_zgeqrf_);
+  static constexpr auto orgqr = support::pick<T>(QuarnMPX_dorgqr_, QuarnMPX_zungqr_);
+  static constexpr auto ormqr = support::pick<T>(QuarnMPX_dormqr_, QuarnMPX_zunmqr_);
+  static constexpr auto gels = support::pick<T>(QuarnMPX_dgels_, QuarnMPX_zgels_);
+  static constexpr const char* adjoint = support::pick<T>("T", "C");
+  static constexpr const char* not_adjoint = support::pick<T>("C", "T");
 };
 
 struct Shape {

@@ -6,6 +6,7 @@
 
 #include "support/digits.h"
 #include "support/matrices.h"
+#include "support/pick.h"
 #include "tesk2mp/tesk2mp.h"
 
 using support::Digits;
@@ -13,13 +14,6 @@ using support::Matrix;
 using support::RandomNumbers;
 
 namespace {
-
-void factorise(Matrix<QuarnFloat>& a, std::vector<Integer>& pivots, Integer& info) {
-  QuarnMPX_dgetrf_(a.rows(), a.columns(), a.data(), a.lda(), pivots.data(), &info);
-}
-void factorise(Matrix<Complex>& a, std::vector<Integer>& pivots, Integer& info) {
-  QuarnMPX_zgetrf_(a.rows(), a.columns(), a.data(), a.lda(), pivots.data(), &info);
-}
 
 template <class T>
 struct Outcome {
@@ -32,25 +26,14 @@ struct Outcome {
 /// The refined solution of op(A) x = b, from the solution that the factors give.
 template <class T>
 Outcome<T> solution(const char* trans, Matrix<T> a, Matrix<T> b) {
-  constexpr auto gerfs = [] {
-    if constexpr (std::is_same_v<T, Complex>) {
-      return QuarnMPX_zgerfs_;
-    } else {
-      return QuarnMPX_dgerfs_;
-    }
-  }();
-  constexpr auto getrs = [] {
-    if constexpr (std::is_same_v<T, Complex>) {
-      return QuarnMPX_zgetrs_;
-    } else {
-      return QuarnMPX_dgetrs_;
-    }
-  }();
+  constexpr auto getrf = support::pick<T>(QuarnMPX_dgetrf_, QuarnMPX_zgetrf_);
+  constexpr auto getrs = support::pick<T>(QuarnMPX_dgetrs_, QuarnMPX_zgetrs_);
+  constexpr auto gerfs = support::pick<T>(QuarnMPX_dgerfs_, QuarnMPX_zgerfs_);
   const Integer n = a.rows();
   Matrix<T> factors = a;
   std::vector<Integer> pivots(static_cast<std::size_t>(n));
   Outcome<T> outcome{b, {}, {}};
-  factorise(factors, pivots, outcome.info);
+  getrf(n, n, factors.data(), factors.lda(), pivots.data(), &outcome.info);
   getrs(trans, n, 1, factors.data(), factors.lda(), pivots.data(), outcome.x.data(), outcome.x.lda(), &outcome.info, 1);
   T work;
   gerfs(trans, n, 1, a.data(), a.lda(), factors.data(), factors.lda(), pivots.data(), b.data(), b.lda(),

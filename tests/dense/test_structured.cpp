@@ -1,6 +1,7 @@
 // Symmetric indefinite, band and tridiagonal systems, by residuals in units of the last place against dense matrices.
 #include <doctest/doctest.h>
 
+#include "support/pick.h"
 #include "support/ratios.h"
 #include "tesk2mp/tesk2mp.h"
 
@@ -33,22 +34,12 @@ struct Hermitian {
 };
 
 template <class T>
-struct Exports;
-template <>
-struct Exports<QuarnFloat> {
-  static constexpr auto gbtrf = QuarnMPX_dgbtrf_;
-  static constexpr auto gbtrs = QuarnMPX_dgbtrs_;
-  static constexpr auto gttrf = QuarnMPX_dgttrf_;
-  static constexpr auto gttrs = QuarnMPX_dgttrs_;
-  static constexpr auto pttrf = QuarnMPX_dpttrf_;
-};
-template <>
-struct Exports<Complex> {
-  static constexpr auto gbtrf = QuarnMPX_zgbtrf_;
-  static constexpr auto gbtrs = QuarnMPX_zgbtrs_;
-  static constexpr auto gttrf = QuarnMPX_zgttrf_;
-  static constexpr auto gttrs = QuarnMPX_zgttrs_;
-  static constexpr auto pttrf = QuarnMPX_zpttrf_;
+struct Exports {
+  static constexpr auto gbtrf = support::pick<T>(QuarnMPX_dgbtrf_, QuarnMPX_zgbtrf_);
+  static constexpr auto gbtrs = support::pick<T>(QuarnMPX_dgbtrs_, QuarnMPX_zgbtrs_);
+  static constexpr auto gttrf = support::pick<T>(QuarnMPX_dgttrf_, QuarnMPX_zgttrf_);
+  static constexpr auto gttrs = support::pick<T>(QuarnMPX_dgttrs_, QuarnMPX_zgttrs_);
+  static constexpr auto pttrf = support::pick<T>(QuarnMPX_dpttrf_, QuarnMPX_zpttrf_);
 };
 
 /// The residual of a solution over size, norms and unit roundoff.

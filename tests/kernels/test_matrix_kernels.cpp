@@ -9,6 +9,7 @@
 #include "src/kernels/entries.h"
 #include "support/digits.h"
 #include "support/matrices.h"
+#include "support/pick.h"
 
 using support::largest_difference;
 using support::Matrix;
@@ -32,26 +33,14 @@ const Integer kIncrements[] = {1, 2, -1, -3};
 
 /// The exported kernels of one scalar type.
 template <class T>
-struct Kernels;
-template <>
-struct Kernels<QuarnFloat> {
-  static constexpr auto gemv = QuarnMP_f06paf_;
-  static constexpr auto trmv = QuarnMP_f06pff_;
-  static constexpr auto trsv = QuarnMP_f06pjf_;
-  static constexpr auto exact_trsv = QuarnMPX_dtrsv_;
-  static constexpr auto exact_trsm = QuarnMPX_dtrsm_;
-  static constexpr auto gemm = QuarnMP_f06yaf_;
-  static constexpr auto trsm = QuarnMP_f06yjf_;
-};
-template <>
-struct Kernels<Complex> {
-  static constexpr auto gemv = QuarnMP_f06saf_;
-  static constexpr auto trmv = QuarnMP_f06sff_;
-  static constexpr auto trsv = QuarnMP_f06sjf_;
-  static constexpr auto exact_trsv = QuarnMPX_ztrsv_;
-  static constexpr auto exact_trsm = QuarnMPX_ztrsm_;
-  static constexpr auto gemm = QuarnMP_f06zaf_;
-  static constexpr auto trsm = QuarnMP_f06zjf_;
+struct Kernels {
+  static constexpr auto gemv = support::pick<T>(QuarnMP_f06paf_, QuarnMP_f06saf_);
+  static constexpr auto trmv = support::pick<T>(QuarnMP_f06pff_, QuarnMP_f06sff_);
+  static constexpr auto trsv = support::pick<T>(QuarnMP_f06pjf_, QuarnMP_f06sjf_);
+  static constexpr auto exact_trsv = support::pick<T>(QuarnMPX_dtrsv_, QuarnMPX_ztrsv_);
+  static constexpr auto exact_trsm = support::pick<T>(QuarnMPX_dtrsm_, QuarnMPX_ztrsm_);
+  static constexpr auto gemm = support::pick<T>(QuarnMP_f06yaf_, QuarnMP_f06zaf_);
+  static constexpr auto trsm = support::pick<T>(QuarnMP_f06yjf_, QuarnMP_f06zjf_);
 };
 
 template <class T>

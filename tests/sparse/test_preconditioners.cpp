@@ -6,6 +6,7 @@
 #include "sparse/entries.h"
 #include "src/kernels/scalar.h"
 #include "support/digits.h"
+#include "support/pick.h"
 #include "tesk2mp/sparse.h"
 
 using entries::Coordinates;
@@ -13,18 +14,10 @@ using entries::Coordinates;
 namespace {
 
 template <class T>
-struct Exports;
-template <>
-struct Exports<QuarnFloat> {
-  static constexpr auto diagonal = QuarnMPX_sparse_diagonal_;
-  static constexpr auto jacobi = QuarnMPX_jacobi_;
-  static constexpr auto ssor = QuarnMPX_ssor_;
-};
-template <>
-struct Exports<Complex> {
-  static constexpr auto diagonal = QuarnMPX_zsparse_diagonal_;
-  static constexpr auto jacobi = QuarnMPX_zjacobi_;
-  static constexpr auto ssor = QuarnMPX_zssor_;
+struct Exports {
+  static constexpr auto diagonal = support::pick<T>(QuarnMPX_sparse_diagonal_, QuarnMPX_zsparse_diagonal_);
+  static constexpr auto jacobi = support::pick<T>(QuarnMPX_jacobi_, QuarnMPX_zjacobi_);
+  static constexpr auto ssor = support::pick<T>(QuarnMPX_ssor_, QuarnMPX_zssor_);
 };
 
 template <class T>
