@@ -34,7 +34,7 @@ void declare(CLI::App& app, const Option& option) {
                 option.name, [&option](const std::string& value) { option.take({value}); }, option.description);
   declared->type_name(option.value)->required(option.required);
   if (option.repeated && option.positional()) {
-    declared->expected(-1);
+    declared->expected(1, CLI::detail::expected_max_vector_size);
   } else if (option.repeated) {
     // With more values for one option the brackets around a line would be taken off.
     declared->allow_extra_args(false)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);

@@ -57,17 +57,17 @@ void run_svd(const SvdOptions& options) {
 
 constexpr const char* kFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file; m by n, real or
-complex. --part u and v write the first min(m, n) columns of a factor. --plot draws the
+complex. --factor u and v write the first min(m, n) columns of a factor. --plot draws the
 values, or the magnitudes of the factor.
 
 Examples:
   quarn svd examples/west0067.mtx --digits 50 --format csv
-  printf '0 2\n1 0\n' | quarn svd - --part v)";
+  printf '0 2\n1 0\n' | quarn svd - --factor v)";
 
 void declare(Command& command) {
   auto options = std::make_shared<SvdOptions>();
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
-  command.choice("--part", "WHAT", options->part, kParts, "what to write: values (default), u, v");
+  command.choice("--factor", "WHAT", options->part, kParts, "what to write: values (default), u, v");
   add_matrix_options(command, options->table);
   command.add_digits();
   add_output_options(command, options->output, Forms::matrix);

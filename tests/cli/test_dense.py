@@ -180,7 +180,7 @@ class Dense(unittest.TestCase):
 
     def test_singular_values(self):
         a = self.matrix(4, 3)
-        u, v = (self.run_on("svd", a, "--part", part) for part in ("u", "v"))
+        u, v = (self.run_on("svd", a, "--factor", part) for part in ("u", "v"))
         values = [Fraction(x) for x in self.run_on("svd", a)["value"]]
         columns = lambda result: [[Fraction(x) for x in result[f"c{j + 1}"]] for j in range(3)]
         scaled = [[x * s for x in column] for column, s in zip(columns(u), values, strict=True)]
