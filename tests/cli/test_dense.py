@@ -223,7 +223,7 @@ class Dense(unittest.TestCase):
             (["chol", "-"], "1 2\n2 1\n", 1, "DPOTRF: the leading minor of order 2 is not positive"),
             (["norm", "-", "--condition"], "1 2\n2 4\n", 1, "F07ADF/DGETRF: U(2, 2) is exactly zero: the matrix is singular"),
             (["lu", "-", "--part", "x"], "1\n", 2, "--part: 'x' is not factors, l, u or p (quarn lu --help shows what there is)"),
-            (["zeros", "0", "1", "2", "3", "4"], "", 2, "DPZEROS: the first coefficient is 0, or one is not finite"),
+            (["zeros", "0", "1", "2", "3", "4"], "", 1, "DPZEROS: the first coefficient is 0, or one is not finite"),
             (["zeros", "1", "1", "2", "3", "x"], "", 2, "coefficient 5: 'x' is not a number"),
         ):
             with self.subTest(arguments=arguments):
