@@ -107,7 +107,7 @@ std::string determinant_text(const tesk2mp::ScaledDeterminant<T>& scaled) {
 void run_det(const MatrixOptions& options) {
   const DenseMatrix given = read_matrix(options);
   const Progress progress = Progress::estimated("factorising", factorisation_cost(given.rows(), given.complex()));
-  Result result = started(given, "Determinant", "QuarnMPX_f03aff_", "QuarnMPX_f03arf_");
+  Result result = started(given, "Determinant", "QuarnMPX_f03aff_", "QuarnMPX_zdeterminant_");
   std::visit(
       [&](const auto& a) {
         if (options.proven) {

@@ -14,14 +14,14 @@ void f03aff() {
   //! [f03aff]
 }
 
-void f03arf() {
-  //! [f03arf]
+void zdeterminant() {
+  //! [zdeterminant]
   Complex a[] = {Complex(1, 1), Complex(0, 0), Complex(0, 0), Complex(1, -1)}, d;
   Integer ipiv[2], id, ifail = 1;
   QuarnFloat rcond;
-  QuarnMPX_f03arf_(2, a, 2, ipiv, &d, &id, &rcond, &ifail);
+  QuarnMPX_zdeterminant_(2, a, 2, ipiv, &d, &id, &rcond, &ifail);
   std::cout << d.re << " " << d.im << " and " << id << "\n";
-  //! [f03arf]
+  //! [zdeterminant]
 }
 
 void dgecon() {
@@ -78,7 +78,7 @@ void dlatrs() {
 
 int main() {
   return run_examples({{"f03aff", f03aff},
-                       {"f03arf", f03arf},
+                       {"zdeterminant", zdeterminant},
                        {"dgecon", dgecon},
                        {"dpocon", dpocon},
                        {"dpotri", dpotri},

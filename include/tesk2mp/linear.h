@@ -44,16 +44,16 @@ TESK2MP_API void QuarnMPX_f03aff_(Integer n, QuarnFloat* a, Integer lda, Integer
                                   QuarnFloat* rcond, Integer* ifail);
 /// @}
 
-/// @defgroup f03arf determinant of a complex matrix
+/// @defgroup zdeterminant determinant of a complex matrix
 ///
 /// The same over Complex; of the parts of D the larger one is from 1 to 10.
 ///
 /// @like f03aff
 /// @{
-TESK2MP_API void QuarnMPX_f03arfn_(Integer n, Complex* a, Integer lda, Integer* ipiv, Complex* d, Integer* id,
-                                   QuarnFloat* rcond, char* message_buffer, Integer* ifail, int buffer_length);
-TESK2MP_API void QuarnMPX_f03arf_(Integer n, Complex* a, Integer lda, Integer* ipiv, Complex* d, Integer* id,
-                                  QuarnFloat* rcond, Integer* ifail);
+TESK2MP_API void QuarnMPX_zdeterminantn_(Integer n, Complex* a, Integer lda, Integer* ipiv, Complex* d, Integer* id,
+                                         QuarnFloat* rcond, char* message_buffer, Integer* ifail, int buffer_length);
+TESK2MP_API void QuarnMPX_zdeterminant_(Integer n, Complex* a, Integer lda, Integer* ipiv, Complex* d, Integer* id,
+                                        QuarnFloat* rcond, Integer* ifail);
 /// @}
 
 /// @defgroup dgecon condition number from an LU factorisation

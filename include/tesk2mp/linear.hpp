@@ -20,13 +20,14 @@ namespace detail {
 template <class T>
 ScaledDeterminant<T> scaled_determinant(Matrix<T> factors, bool with_condition) {
   const RawMatrix<T> raw{factors.view()};
-  const Integer n = order_of(name<T>("F03AFF", "F03ARF"), 1, raw);
+  const Integer n = order_of(name<T>("F03AFF", "ZDETERMINANT"), 1, raw);
   std::vector<Integer> rows(std::max<std::size_t>(1, factors.rows()));
   ScaledDeterminant<T> result;
   const Listener listener;
   Integer ifail = 1;
-  pick<T>(QuarnMPX_f03aff_, QuarnMPX_f03arf_)(n, raw.data, raw.leading, rows.data(), &result.mantissa, &result.exponent,
-                                              with_condition ? &result.reciprocal_condition : nullptr, &ifail);
+  pick<T>(QuarnMPX_f03aff_, QuarnMPX_zdeterminant_)(n, raw.data, raw.leading, rows.data(), &result.mantissa,
+                                                    &result.exponent,
+                                                    with_condition ? &result.reciprocal_condition : nullptr, &ifail);
   constexpr Integer kNearlySingular = 2;
   result.nearly_singular = ifail == kNearlySingular;
   if (ifail != 0 && !result.nearly_singular) {
@@ -51,7 +52,7 @@ Element<A> determinant(const A& a) {
   using T = Element<A>;
   constexpr Integer kFarthest = 999999999;  // the largest exponent of a number
   const ScaledDeterminant<T> scaled = detail::scaled_determinant(Matrix<T>{MatrixView<const T>(a)}, false);
-  const char* routine = detail::name<T>("F03AFF", "F03ARF");
+  const char* routine = detail::name<T>("F03AFF", "ZDETERMINANT");
   if (scaled.exponent < -kFarthest) {
     throw NumericalFailure(routine, 3, 99996, " ** The value of the determinant is too small to be stored.", {});
   }

@@ -6,6 +6,7 @@
 #include "quarn/functions.h"
 #include "src/dense/condition.h"
 #include "src/dense/norm_estimate.h"
+#include "src/frame/classic.h"
 #include "src/frame/constants.h"
 #include "src/frame/report.h"
 #include "tesk2mp/dense.h"
@@ -120,9 +121,16 @@ void QuarnMPX_f03affn_(Integer n, QuarnFloat* a, Integer lda, Integer* ipiv, Qua
   tesk::determinant(report, n, a, lda, ipiv, d, id, rcond);
 }
 
-void QuarnMPX_f03arfn_(Integer n, Complex* a, Integer lda, Integer* ipiv, Complex* d, Integer* id, QuarnFloat* rcond,
-                       char* message_buffer, Integer* ifail, int /*buffer_length*/) {
-  tesk::Report report("F03ARF", message_buffer, ifail);
+void QuarnMPX_zdeterminantn_(Integer n, Complex* a, Integer lda, Integer* ipiv, Complex* d, Integer* id,
+                             QuarnFloat* rcond, char* message_buffer, Integer* ifail, int /*buffer_length*/) {
+  tesk::Report report("ZDETERMINANT", message_buffer, ifail);
   tesk::determinant(report, n, a, lda, ipiv, d, id, rcond);
+}
+
+void QuarnMPX_zdeterminant_(Integer n, Complex* a, Integer lda, Integer* ipiv, Complex* d, Integer* id,
+                            QuarnFloat* rcond, Integer* ifail) {
+  tesk::call_core("ZDETERMINANT", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
+    QuarnMPX_zdeterminantn_(n, a, lda, ipiv, d, id, rcond, message_buffer, outcome, buffer_length);
+  });
 }
 }

@@ -11,8 +11,4 @@ extern "C" {
 void QuarnMPX_f03aff_(Integer n, QuarnFloat* a, Integer lda, Integer* ipiv, QuarnFloat* d, Integer* id, QuarnFloat* rcond, Integer* ifail) {
   tesk::call_core("F03AFF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMPX_f03affn_(n, a, lda, ipiv, d, id, rcond, message_buffer, outcome, buffer_length); });
 }
-
-void QuarnMPX_f03arf_(Integer n, Complex* a, Integer lda, Integer* ipiv, Complex* d, Integer* id, QuarnFloat* rcond, Integer* ifail) {
-  tesk::call_core("F03ARF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMPX_f03arfn_(n, a, lda, ipiv, d, id, rcond, message_buffer, outcome, buffer_length); });
-}
 }

@@ -29,7 +29,7 @@ struct Exports {
   static constexpr auto geequ = support::pick<T>(QuarnMPX_dgeequ_, QuarnMPX_zgeequ_);
   static constexpr auto geequb = support::pick<T>(QuarnMPX_dgeequb_, QuarnMPX_zgeequb_);
   static constexpr auto latrs = support::pick<T>(QuarnMPX_dlatrs_, QuarnMPX_zlatrs_);
-  static constexpr auto determinant = support::pick<T>(QuarnMPX_f03aff_, QuarnMPX_f03arf_);
+  static constexpr auto determinant = support::pick<T>(QuarnMPX_f03aff_, QuarnMPX_zdeterminant_);
   static constexpr auto gecon = support::pick<T>(QuarnMPX_dgecon_, QuarnMPX_zgecon_);
   static constexpr auto pocon = support::pick<T>(QuarnMPX_dpocon_, QuarnMPX_zpocon_);
 };

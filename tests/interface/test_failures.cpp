@@ -247,7 +247,7 @@ TEST_CASE("shapes that do not fit are refused before a routine is called") {
        "a right-hand side of 3 rows for 2 equations",
        {"3", "2"},
        [] { (void)solve(kSingular, three); }},
-      {"F03ARF", 1, 0, "a matrix of 3 by 2 is not square", {"3", "2"}, [] { (void)determinant(kTallComplex); }},
+      {"ZDETERMINANT", 1, 0, "a matrix of 3 by 2 is not square", {"3", "2"}, [] { (void)determinant(kTallComplex); }},
       {"DPOTRF", 2, 0, "a matrix of 3 by 2 is not square", {"3", "2"}, [] { (void)Cholesky(kTall); }},
       {"F08NHF/DGEBAL", 3, 0, "a matrix of 3 by 2 is not square", {"3", "2"}, [] { (void)eigenvalues(kTall); }},
       {"F08NEF/DGEHRD", 4, 0, "a matrix of 3 by 2 is not square", {"3", "2"}, [] { (void)schur(kTall); }},

@@ -209,7 +209,7 @@ void linear(Suite& suite) {
   definite_tridiagonals<QuarnFloat>(suite, ENTRY(QuarnMPX_dpttrf_));
   definite_tridiagonals<Complex>(suite, ENTRY(QuarnMPX_zpttrf_));
   determinants<QuarnFloat>(suite, ENTRY(QuarnMPX_f03affn_), ENTRY(QuarnMPX_f03aff_));
-  determinants<Complex>(suite, ENTRY(QuarnMPX_f03arfn_), ENTRY(QuarnMPX_f03arf_));
+  determinants<Complex>(suite, ENTRY(QuarnMPX_zdeterminantn_), ENTRY(QuarnMPX_zdeterminant_));
 }
 
 }  // namespace digest
