@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "quarn/bound.h"
-#include "quarn/numeric.hpp"
+#include "quarn/functions.h"
 #include "tesk2mp/kernels.hpp"
 #include "tesk2mp/proven.h"
 
