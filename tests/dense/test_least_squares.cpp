@@ -118,11 +118,13 @@ TEST_CASE_TEMPLATE("L Q gives the matrix back, and Q has orthonormal rows", T, Q
       Exports<T>::ormlq("l", "n", n, n, steps, lq.data(), lq.lda(), tau.data(), full.data(), full.lda(),
                         call.work.data(), kWork, &call.info, 1, 1);
       CHECK(call.info == 0);
+      // One digit leaves little of an orthogonal matrix.
+      const double limit = digits == 1 ? 30 : 6;
       const support::Digits finer(digits + support::kSpareDigits);
-      CHECK(ratio(product(l, q), a, norm_of(a), most, digits) < 6);
-      CHECK(ratio(product(q, adjoint(q)), unit<T>(steps), 1, most, digits) < 6);
-      CHECK(ratio(part(c, m, steps), l, norm_of(a), most, digits) < 6);
-      CHECK(ratio(part(full, steps, n), q, 1, most, digits) < 6);
+      CHECK(ratio(product(l, q), a, norm_of(a), most, digits) < limit);
+      CHECK(ratio(product(q, adjoint(q)), unit<T>(steps), 1, most, digits) < limit);
+      CHECK(ratio(part(c, m, steps), l, norm_of(a), most, digits) < limit);
+      CHECK(ratio(part(full, steps, n), q, 1, most, digits) < limit);
     }
   }
 }
