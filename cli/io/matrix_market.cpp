@@ -292,9 +292,7 @@ class Parser {
       const Words& words = entry(2);
       const Integer row = whole_number(lines_, words[0], 1, matrix_.rows, "row");
       const Integer column = whole_number(lines_, words[1], 1, matrix_.columns, "column");
-      if (matrix_.symmetry == Symmetry::general) {
-        add(row, column, value(words, 2));
-      } else if (stands_above(row, column)) {
+      if (matrix_.symmetry != Symmetry::general && stands_above(row, column)) {
         add(column, row, mirrored(value(words, 2), matrix_.symmetry));
       } else {
         add(row, column, value(words, 2));

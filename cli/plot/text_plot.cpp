@@ -255,8 +255,8 @@ std::string text_picture(const Chart& chart, bool braille) {
 
 std::string text_picture(const Spy& spy, bool braille) {
   const Integer side = (std::max(spy.rows, spy.columns) - 1) / kMostTiles + 1;
-  const auto columns = std::size_t((spy.columns - 1) / side + 1);
-  std::vector<double> counts(columns * std::size_t((spy.rows - 1) / side + 1), 0);
+  const auto columns = std::size_t((spy.columns - 1) / side) + 1;
+  std::vector<double> counts(columns * (std::size_t((spy.rows - 1) / side) + 1), 0);
   for (std::size_t k = 0; k < spy.row.size(); ++k) {
     ++counts[std::size_t((spy.row[k] - 1) / side) * columns + std::size_t((spy.column[k] - 1) / side)];
   }
@@ -269,8 +269,8 @@ std::string text_picture(const Spy& spy, bool braille) {
 
 std::string text_picture(const HeatMap& map, bool braille) {
   const Integer side = (std::max(map.rows.count, map.columns.count) - 1) / kMostTiles + 1;
-  const auto columns = std::size_t((map.columns.count - 1) / side + 1);
-  std::vector<double> tiles(columns * std::size_t((map.rows.count - 1) / side + 1),
+  const auto columns = std::size_t((map.columns.count - 1) / side) + 1;
+  std::vector<double> tiles(columns * (std::size_t((map.rows.count - 1) / side) + 1),
                             -std::numeric_limits<double>::infinity());
   for (std::size_t k = 0; k < map.values.size(); ++k) {
     const std::size_t row = k % std::size_t(map.rows.count) / std::size_t(side);

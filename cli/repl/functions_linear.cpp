@@ -26,7 +26,7 @@ Array as_array(Array a) { return a; }
 /// The second argument as columns of so many numbers; a vector in either direction.
 Array right_side(const Arguments& arguments, std::size_t rows) {
   const Array& b = arguments.array(1);
-  const Array right = b.rows() == 1 && b.columns() == rows ? reshaped(elements(b), rows, 1) : b;
+  Array right = b.rows() == 1 && b.columns() == rows ? reshaped(elements(b), rows, 1) : b;
   if (right.rows() != rows) {
     throw Unfit("right-hand sides of " + std::to_string(rows) + " numbers are needed here, not " + shape(b), 1);
   }

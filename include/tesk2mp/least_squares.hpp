@@ -42,7 +42,8 @@ struct CompleteOrthogonal {
     const RawMatrix<T> raw{factors.view()};
     const RawMatrix<T> solutions{x.view()};
     const Integer steps = std::min(raw.rows, raw.columns);
-    work.resize(std::size_t(steps + std::max({2 * steps, raw.columns + 1, steps + solutions.columns})));
+    const Integer length = steps + std::max({2 * steps, raw.columns + 1, steps + solutions.columns});
+    work.resize(std::size_t(length));
     const Real condition = tolerance.value_or(rank_tolerance(factors.rows(), factors.columns()));
     Integer info = 0;
     if constexpr (kIsComplex<T>) {
