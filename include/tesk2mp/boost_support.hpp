@@ -3,7 +3,8 @@
 //
 // Boost takes a type's precision from compile-time constants where there are some; here its hooks for types whose
 // precision is known at run time alone are used. Objects that keep tables, such as tanh_sinh, are made for the digits
-// that are set when they are constructed.
+// that are set when they are constructed. Where NDEBUG is not defined, assertions of Boost's tanh_sinh that hold for
+// fixed precisions alone end the process: define BOOST_DISABLE_ASSERTS there.
 #pragma once
 
 #if __has_include(<boost/math/policies/policy.hpp>)

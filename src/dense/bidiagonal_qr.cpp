@@ -2,6 +2,7 @@
 // J. Demmel, W. Kahan, Accurate singular values of bidiagonal matrices, SIAM J. Sci. Stat. Comput. 11 (1990), as xBDSQR
 // of E. Anderson et al., LAPACK Users' Guide, does it.
 #include "src/dense/bidiagonal.h"
+#include "src/dense/guard_digits.h"
 #include "src/dense/rotation_sweeps.h"
 #include "src/frame/constants.h"
 
@@ -225,7 +226,8 @@ void sort_singular_values(const BidiagonalBlock<T>& whole) {
 template <class T>
 Integer bidiagonal_qr(Integer n, OneBasedVector<QuarnFloat> d, OneBasedVector<QuarnFloat> e, Integer u_rows,
                       OneBasedMatrix<T> u, Integer v_rows, OneBasedMatrix<T> v) {
-  const BidiagonalBlock<T> whole{n, d, e, u_rows, u, v_rows, v};
+  T none;
+  const BidiagonalBlock<T> whole{n, d, e, u_rows, with_storage(u_rows, u, none), v_rows, with_storage(v_rows, v, none)};
   if (n > 1 && !BidiagonalQr<T>(whole).solve(whole)) {
     Integer failed = 0;
     for (Integer i = 1; i < n; ++i) {

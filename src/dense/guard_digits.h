@@ -23,9 +23,15 @@ inline int guarded_digits(Integer n) {
 template <class T>
 void round_elements(Integer rows, Integer columns, OneBasedMatrix<T> a) {
   const QuarnFloat one(1);
-  for (Integer j = 1; j <= columns; ++j) {
+  for (Integer j = 1; rows > 0 && j <= columns; ++j) {
     scale(rows, one, a.column(j));
   }
+}
+
+/// A, or where it has no rows, and perhaps no storage, one whose places are all that of `none`.
+template <class T>
+OneBasedMatrix<T> with_storage(Integer rows, OneBasedMatrix<T> a, T& none) {
+  return rows > 0 ? a : OneBasedMatrix<T>(&none, 0, 0);
 }
 
 }  // namespace tesk

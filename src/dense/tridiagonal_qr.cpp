@@ -168,6 +168,8 @@ Integer checked_tridiagonal_qr(const char* compz, Integer n, QuarnFloat* d, Quar
 template <class T>
 Integer tridiagonal_qr(Integer n, OneBasedVector<QuarnFloat> d, OneBasedVector<QuarnFloat> e, Integer rows,
                        OneBasedMatrix<T> z) {
+  T none;
+  z = with_storage(rows, z, none);
   for (Integer i = 1; i <= n; ++i) {
     if (!isfinite(d(i)) || (i < n && !isfinite(e(i)))) {
       return n;

@@ -183,7 +183,7 @@ bool exponent_refused(const DecTestCase& c) {
     return true;
   }
   const QuarnFloat exponent = c.operation == "rescale" ? pattern : QuarnFloat(exponent_of(c.operands[1]));
-  const QuarnFloat size = quarn::quantize(read_exactly(c.operands[0]), -FloatToInt(exponent), *rounding_of(c));
+  const QuarnFloat size = quarn::quantize(read_exactly(c.operands[0]), FloatToInt(-exponent), *rounding_of(c));
   return exponent > QuarnFloat(c.largest_exponent) || logb(size) > QuarnFloat(c.largest_exponent) ||
          -exponent > QuarnFloat(c.largest_exponent + c.precision - 2);
 }
