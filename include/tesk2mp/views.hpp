@@ -164,7 +164,7 @@ class Matrix {
     }
   }
   explicit Matrix(const MatrixView<const T>& view) : Matrix(view.rows(), view.columns()) {
-    for (std::size_t j = 0; j < columns_; ++j) {
+    for (std::size_t j = 0; rows_ > 0 && j < columns_; ++j) {
       std::copy_n(view.data() + j * view.leading(), rows_, elements_.begin() + std::ptrdiff_t(j * rows_));
     }
   }
