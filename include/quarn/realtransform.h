@@ -20,8 +20,8 @@
 // Accuracy, zeros, special values and support are those of quarn/transform.h: before it is rounded once to the working
 // digits D a result is off by a quarter of 10^-D M sqrt(N) / divisor at most, M the largest |part| of the data. Spectra
 // of even and odd sequences, x_(n-j) = +-x_j, are real and imaginary; dct and dst of types 1 and 2 of sequences that
-// are the same in reverse, up to the sign, have zeros in every second place. The other way round, sequences from real and
-// imaginary spectra, and dct and dst of types 1 and 3 of data with zeros in every second place, are even or odd.
+// are the same in reverse, up to the sign, have zeros in every second place. The other way round, sequences from real
+// and imaginary spectra, and dct and dst of types 1 and 3 of data with zeros in every second place, are even or odd.
 #pragma once
 
 #include <cstddef>

@@ -83,7 +83,8 @@ TESK2MP_API void QuarnMPX_zgesvd_(const char* jobu, const char* jobvt, Integer m
 /// @param[in] ldu step from column to column of U, >= 1, and >= m when it is wanted
 /// @param[out] v n columns of n elements, ldv apart
 /// @param[in] ldv step from column to column of V, >= 1, and >= n when it is wanted
-/// @param[out] work,cwork work(1) and work(2) are 1, the others are not touched
+/// @param[out] work work(1) and work(2) are 1, the others are not touched
+/// @param[out] cwork the same for ZGEJSV
 /// @param[out] rwork the same for ZGEJSV
 /// @param[in] lwork elements of work, >= 7, of cwork >= 2
 /// @param[in] lrwork elements of rwork, >= 7

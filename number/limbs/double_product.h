@@ -6,10 +6,10 @@
 #include <cstdint>
 
 #include "number/convolution/tables.h"
-#include "number/processor/vectors.h"
 #include "number/limbs/chunk_cycle.h"
 #include "number/limbs/ntt.h"
 #include "number/limbs/scratch.h"
+#include "number/processor/vectors.h"
 
 namespace quarn {
 
