@@ -125,6 +125,7 @@ void try_printing(Input& input) {
 }
 
 void try_unpacking(Input& input) {
+  QuarnSetDigits(200);  // more than the longest number whose text is read back
   const std::string bytes = input.rest();
   const auto* const data = reinterpret_cast<const unsigned char*>(bytes.data());
   QuarnFloat x = 7;

@@ -83,7 +83,7 @@ py::object quantize(py::handle x, py::handle places_given, const std::string& mo
     py::object result = in_lists(extents, make, next);
     return extents.empty() ? result : like(x, result);
   };
-  const py::object rounded =
+  py::object rounded =
       shaped([&](std::size_t k) { return complex ? from(numbers[k]) : with_places(numbers[k].re, places); });
   if (!inexact) {
     return rounded;

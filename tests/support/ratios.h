@@ -74,9 +74,11 @@ Matrix<T> unit(Integer n) {
   return result;
 }
 
-/// norm / (size scale u), u the unit roundoff of that many digits; 0 where the norm is.
+/// norm / (size scale u), u the unit roundoff of that many digits; 0 where the norm is. The roundings of a few elements
+/// to one or two digits do not average out: a size below 8 counts as 8 there.
 inline double ratio(const QuarnFloat& norm, const QuarnFloat& scale, Integer size, int digits) {
-  return norm == 0 ? 0 : FloatToDouble(norm / (scale * QuarnFloat(5, -digits) * std::max<Integer>(1, size)));
+  const Integer least = digits <= 2 ? 8 : 1;
+  return norm == 0 ? 0 : FloatToDouble(norm / (scale * QuarnFloat(5, -digits) * std::max(least, size)));
 }
 /// Of a - b.
 template <class T>
