@@ -75,9 +75,9 @@ Matrix<T> unit(Integer n) {
 }
 
 /// norm / (size scale u), u the unit roundoff of that many digits; 0 where the norm is. The roundings of a few elements
-/// to one or two digits do not average out: a size below 8 counts as 8 there.
+/// do not average out: small sizes count as 4, with two digits as 8, with one as 32.
 inline double ratio(const QuarnFloat& norm, const QuarnFloat& scale, Integer size, int digits) {
-  const Integer least = digits <= 2 ? 8 : 1;
+  const Integer least = digits == 1 ? 32 : digits == 2 ? 8 : 4;
   return norm == 0 ? 0 : FloatToDouble(norm / (scale * QuarnFloat(5, -digits) * std::max(least, size)));
 }
 /// Of a - b.
