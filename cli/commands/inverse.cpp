@@ -45,26 +45,6 @@ auto proven_result(Result& result, const char* routine, const Problem& problem) 
   return found;
 }
 
-/// A part of a result as it is printed: rounded to the working digits, or 0 where not even its sign is known.
-QuarnFloat shown(const tesk2mp::proven::Bounded<QuarnFloat>& x) {
-  return tesk2mp::proven::true_digits(x) > 0 ? x.value * QuarnFloat(1) : QuarnFloat();
-}
-Complex shown(const tesk2mp::proven::Bounded<Complex>& z) {
-  return {shown(tesk2mp::proven::Bounded<QuarnFloat>{z.value.re, z.error}),
-          shown(tesk2mp::proven::Bounded<QuarnFloat>{z.value.im, z.error})};
-}
-
-template <class T>
-tesk2mp::Matrix<T> shown(const tesk2mp::proven::BoundedMatrix<T>& a) {
-  tesk2mp::Matrix<T> result(a.rows(), a.columns());
-  for (std::size_t j = 0; j < a.columns(); ++j) {
-    for (std::size_t i = 0; i < a.rows(); ++i) {
-      result(i, j) = shown(a(i, j));
-    }
-  }
-  return result;
-}
-
 Result started(const DenseMatrix& given, const std::string& what, const char* real, const char* complex) {
   const char* routine = given.complex() ? complex : real;
   Result result;
@@ -84,7 +64,8 @@ void run_inv(const MatrixOptions& options) {
       return DenseMatrix{"", tesk2mp::inverse(a)};
     }
     const char* routine = given.complex() ? "QuarnMPX_zproven_solve_" : "QuarnMPX_dproven_solve_";
-    return DenseMatrix{"", shown(proven_result(result, routine, [&] { return tesk2mp::proven::inverse(a); }))};
+    return DenseMatrix{
+        "", tesk2mp::proven::known_value(proven_result(result, routine, [&] { return tesk2mp::proven::inverse(a); }))};
   };
   const DenseMatrix inverse = std::visit(invert, given.elements);
   add_matrix(result, inverse);
@@ -113,7 +94,7 @@ void run_det(const MatrixOptions& options) {
         if (options.proven) {
           const char* routine = given.complex() ? "QuarnMPX_zproven_determinant_" : "QuarnMPX_dproven_determinant_";
           const auto found = proven_result(result, routine, [&] { return tesk2mp::proven::determinant(a); });
-          const std::string determinant = exact_text(shown(found));
+          const std::string determinant = exact_text(tesk2mp::proven::known_value(found));
           result.facts.push_back({"determinant", determinant});
           result.facts.push_back({"error", found.error.value().to_string()});
           result.data = {{"determinant", {determinant}}};

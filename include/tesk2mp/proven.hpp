@@ -130,6 +130,22 @@ inline std::string to_text(const Bounded<Real>& x, int digits) {
   return "0 (abs < 1e" + std::to_string(reach.exponent() + 1) + ")";
 }
 
+/// The value as it is printed: rounded to the working digits, and each part of which not even the sign is known is 0.
+inline Real known_value(const Bounded<Real>& x) { return true_digits(x) > 0 ? x.value * Real(1) : Real(); }
+inline Complex known_value(const Bounded<Complex>& z) {
+  return {known_value(Bounded<Real>{z.value.re, z.error}), known_value(Bounded<Real>{z.value.im, z.error})};
+}
+template <Scalar T>
+Matrix<T> known_value(const BoundedMatrix<T>& a) {
+  Matrix<T> values(a.rows(), a.columns());
+  for (std::size_t j = 0; j < a.columns(); ++j) {
+    for (std::size_t i = 0; i < a.rows(); ++i) {
+      values(i, j) = known_value(a(i, j));
+    }
+  }
+  return values;
+}
+
 // Data ----------------------------------------------------------------------------------------------------------------
 
 /// Numbers that were rounded once to the working digits, elements such as 1 / (i + j), each with the bound of that.

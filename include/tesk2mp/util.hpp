@@ -25,8 +25,11 @@ inline Integer model_base() { return QuarnMP_x02bhf_(); }
 /// The smallest number whose reciprocal is a number of the model too.
 inline Real safe_range() { return QuarnMP_x02amf_(); }
 
-/// The principal square root; both parts of it are NaN when either of z is.
-inline Complex sqrt(const Complex& z) {
+/// The principal square root; both parts of it are NaN when either of z is. This and abs() are templates so that they
+/// give way to the functions of quarn/complex.h where both are visible.
+template <Scalar Z = Complex>
+[[nodiscard]] Complex sqrt(const Z& number) {
+  const Complex& z = number;
   if (isnan(z.re) || isnan(z.im)) {
     return {z.re + z.im, z.re + z.im};
   }
@@ -35,7 +38,11 @@ inline Complex sqrt(const Complex& z) {
   return root;
 }
 /// The modulus, without overflow unless it overflows itself.
-inline Real abs(const Complex& z) { return QuarnMP_a02abfn_(z.re, z.im); }
+template <Scalar Z = Complex>
+[[nodiscard]] Real abs(const Z& number) {
+  const Complex& z = number;
+  return QuarnMP_a02abfn_(z.re, z.im);
+}
 /// x / y, without overflow unless it overflows itself.
 inline Complex quotient(const Complex& x, const Complex& y) {
   Complex z;

@@ -310,6 +310,15 @@ TEST_CASE("zeros and signs as text") {
   CHECK(to_text(bounded("0", "0"), 20) == "0");
   CHECK(to_text(bounded("3e-50", "5e-49"), 20) == "0 (abs < 1e-48)");
   CHECK(to_text(bounded("-3e-50", "1e-50"), 20) == "-1e-50 (no digit is known)");
+  // As a value: rounded to the working digits, and 0 for a part without a sign.
+  {
+    const support::Digits all(40);
+    const Bounded<Complex> z{{Real("2.7182818284590452353602874"), Real("1e-30")}, QuarnBound(Real("1e-29"))};
+    const support::Digits few(5);
+    const Complex known = tesk2mp::proven::known_value(z);
+    CHECK(known.re.to_string() == "2.7183");
+    CHECK(known.im == 0);
+  }
   // The sign of a small part counts by its distance from the largest.
   const std::vector<Bounded<Real>> two = {bounded("1", "1e-40"), bounded("0", "1e-39")};
   CHECK(tesk2mp::proven::fewest_true_digits(two) == 37);
