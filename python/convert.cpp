@@ -113,7 +113,7 @@ Real to_real(py::handle number) {
 Complex to_complex(py::handle number) {
   if (py::isinstance<Complex>(number)) {
     const auto& z = py::cast<const Complex&>(number);
-    return {+z.re, +z.im};
+    return {z.re * 1, z.im * 1};  // rounds
   }
   return to_real(number);
 }

@@ -190,6 +190,7 @@ class Numbers(unittest.TestCase):
             long = tesk2mp.Complex(tesk2mp.pi(), 1)
         for copied in (copy.deepcopy(long), pickle.loads(pickle.dumps(long))):
             self.assertEqual(copied, long)
+        self.assertEqual((+long).real, Decimal("3.1415926535897932385"))
         with self.assertRaises(TypeError):
             z + 0.5
         with self.assertRaises(AttributeError):
