@@ -48,7 +48,7 @@ void for_each_burst(const QuarnFloat& x, int w, const Visit& visit) {
 }
 
 /// Arguments are halved so often before they are cut into bursts: the first series have the most terms.
-constexpr int kHalvings = 20;
+constexpr int kHalvings = 30;
 
 QuarnFloat halved(const QuarnFloat& x) { return x / QuarnFloat(1 << kHalvings); }
 
@@ -79,7 +79,7 @@ QuarnFloat exp_by_bursts(const QuarnFloat& x, int w) {
 
 /// sin x and cos x for |x| < 1 to an absolute error of 10^-w.
 SinCos sin_cos_by_bursts(const QuarnFloat& x, int w) {
-  // A doubled angle has twice the error, and at most four times that of the last sine in the cosine.
+  // The smallest sine has as many digits less as it has zeros in front: those of x are counted in w.
   const int v = w + kHalvings / 3 + 5;
   const WorkingDigits scope(v + kGuardDigits);
   SinCos result{0, 1};
@@ -92,11 +92,13 @@ SinCos sin_cos_by_bursts(const QuarnFloat& x, int w) {
     const QuarnFloat c = sqrt((QuarnFloat(1) - s) * (QuarnFloat(1) + s));
     result = {result.sin * c + result.cos * s, result.cos * c - result.sin * s};
   });
-  for (int i = 0; i < kHalvings; ++i) {
-    const QuarnFloat doubled = result.sin + result.sin;
-    result = {doubled * result.cos, QuarnFloat(1) - doubled * result.sin};
+  // Angles are doubled by a square each: 1 - cos 2y = 2 sin(y)^2 = 4 z - 2 z^2 with z = 1 - cos y.
+  QuarnFloat z = 2 * (result.sin * result.sin);
+  for (int i = 1; i < kHalvings; ++i) {
+    z = 4 * z - 2 * (z * z);
   }
-  return result;
+  const QuarnFloat sine = sqrt(z * (2 - z));
+  return {signbit(x) ? -sine : sine, 1 - z};
 }
 
 }  // namespace

@@ -95,21 +95,34 @@ bool square_root(typename R::Limb* root, const typename R::Limb* radicand, std::
     const std::size_t padded = 2 * (n + 2 * kExtra + 2);
     Scratch<Limb> r(padded);
     copy_leading<R>(r.data(), padded, radicand, 2 * n);
-    Scratch<Limb> inverse(h + 2);
-    inverse_sqrt<R>(inverse.data(), r.data(), h);
-    // 1. The first half, start = r / sqrt(r) within 4 units.
-    const std::size_t t = h + kExtra;
-    Scratch<Limb> product(t + h + 4);
-    multiply<R>(product.data(), r.data(), t, inverse.data(), h + 2);
+    // What the square of the first half leaves, below 32 base^h, and that divided by twice the root.
     Scratch<Limb> start(h + 2);
-    std::copy_n(product.data(), h + 2, start.data());
-    // 2. What its square leaves, below 8 base^h.
     Scratch<Limb> rest(h + 2);
-    const bool negative = residual<R>(rest.data(), h + 2, r.data(), 2 * h, start.data(), h + 2, start.data(), h + 2);
-    // 3. The second half, the rest divided by twice the root.
-    multiply<R>(product.data(), inverse.data(), h + 2, rest.data(), h + 2);
-    halve<R>(product.data(), w + 4 - h);
-    correct<R>(value.data(), w + 2, start.data(), h + 2, product.data(), w + 4 - h, negative);
+    const auto square_leaves = [&] {
+      return residual<R>(rest.data(), h + 2, r.data(), 2 * h, start.data(), h + 2, start.data(), h + 2);
+    };
+    if (h < limits<Limb>().newton_sqrt) {
+      std::fill_n(start.data(), 2, Limb(0));
+      first_root<R>(start.data() + 2, r.data(), h);
+      const bool negative = square_leaves();
+      Scratch<Limb> dividend(w + 2);
+      copy_leading<R>(dividend.data(), w + 2, rest.data(), h + 2);
+      halve<R>(dividend.data(), w + 2);
+      Scratch<Limb> second(w + 3 - h);
+      divide<R>(second.data(), dividend.data(), w + 2, start.data() + 2, h);
+      correct<R>(value.data(), w + 2, start.data(), h + 2, second.data(), w + 3 - h, negative);
+    } else {
+      Scratch<Limb> inverse(h + 2);
+      inverse_sqrt<R>(inverse.data(), r.data(), h);
+      const std::size_t t = h + kExtra;
+      Scratch<Limb> product(t + h + 4);
+      multiply<R>(product.data(), r.data(), t, inverse.data(), h + 2);
+      std::copy_n(product.data(), h + 2, start.data());
+      const bool negative = square_leaves();
+      multiply<R>(product.data(), inverse.data(), h + 2, rest.data(), h + 2);
+      halve<R>(product.data(), w + 4 - h);
+      correct<R>(value.data(), w + 2, start.data(), h + 2, product.data(), w + 4 - h, negative);
+    }
   }
   return whole_root<R>(root, value.data(), radicand, n);
 }
