@@ -198,8 +198,12 @@ TEST_CASE("bounds of the data are bounds of what follows") {
       const auto d = tesk2mp::proven::determinant(tesk2mp::proven::rounded(given));
       const support::Digits wide(4 * digits + 200);
       const tesk2mp::LU<Real> factors(exact);
-      const Matrix<Real> solution = factors.solve(exact_b);
       CHECK((!d.error.is_finite() || fabs(d.value - factors.determinant()) <= d.error.value()));
+      if (factors.singular()) {
+        CHECK(!x(0, 0).error.is_finite());
+        continue;
+      }
+      const Matrix<Real> solution = factors.solve(exact_b);
       for (std::size_t j = 0; j < n; ++j) {
         for (std::size_t i = 0; i < n; ++i) {
           const auto e = x(i, j);
