@@ -41,16 +41,19 @@ extern "C" {
 /// Storage for some four matrices of order n and three of B's shape is taken for the time of the call.
 ///
 /// @par Method
-/// An approximate inverse R by LU with partial pivoting; I - R A with one rounding of each entry, whose row sums have
-/// to be below 1; refinement by residuals with ten digits more than the working digits, until the bounds do not shrink.
-/// R has half the working digits and ten where that is enough, otherwise ten more than the working digits: matrices of
-/// condition numbers up to some 10^(D+8) are solved.
+/// Exact data and few columns: LU with partial pivoting with D/2 + 3 n/10 + 14 digits, D at least; the inverses of the
+/// comparison matrices of L and U bound what the factors are off by, with some digits more in a second attempt, as far
+/// as 2 D + 60. Otherwise an approximate inverse R; I - R A with one rounding of each entry, whose row sums have to be
+/// below 1. R has half the working digits and ten where that is enough, otherwise ten more than the working digits:
+/// matrices of condition numbers up to some 10^(D+8) are solved. Then refinement until the bounds do not shrink.
 ///
 /// @par Source
-/// S. M. Rump, Verification methods, Acta Numerica 19 (2010), chapter 10.
+/// S. M. Rump, Verification methods, Acta Numerica 19 (2010), chapter 10; S. Oishi, S. M. Rump, Fast verification of
+/// solutions of matrix equations, Numer. Math. 90 (2002).
 ///
 /// @par Cost
-/// LU, 2 n^3/3 multiply-adds for R, n^3 for I - R A, and some 2 n^2 for each column of B and round of refinement.
+/// LU, some 6 n^2 multiply-adds and as many operations on bounds for each column of B; where R is needed 2 n^3/3
+/// multiply-adds for it, n^3 for I - R A, and some 2 n^2 for each column of B and round of refinement.
 ///
 /// @par Accuracy
 /// The bounds are proven. Elements that are not much smaller than the largest of their column come with bounds near

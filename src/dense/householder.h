@@ -10,6 +10,7 @@
 #include "quarn/quarnthread.h"
 #include "src/dense/reflector.h"
 #include "src/kernels/exact_level3.h"
+#include "src/kernels/own_matrix.h"
 
 namespace tesk {
 
@@ -73,20 +74,6 @@ void reflect_right(Integer m, Integer n, const T& tau, OneBasedVector<T> v, OneB
   exact::multiply_matrix_vector(Op::none, n, m, T(1.0), c, v, T(), products);
   update_rank_one(Op::conjugate_transpose, n, m, -tau, products, v, c);
 }
-
-/// A matrix of its own, of zeros at first.
-template <class T>
-class OwnMatrix {
- public:
-  OwnMatrix(Integer rows, Integer columns)
-      : elements_(std::max<std::size_t>(1, std::size_t(rows) * std::size_t(columns))),
-        leading_(std::max<Integer>(1, rows)) {}
-  OneBasedMatrix<T> view() { return {elements_.data(), leading_}; }
-
- private:
-  std::vector<T> elements_;
-  Integer leading_;
-};
 
 /// The product of reflectors 1, ..., k of order m.
 template <class T>

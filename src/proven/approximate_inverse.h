@@ -10,27 +10,15 @@
 #include "src/dense/factorise.h"
 #include "src/frame/working_digits.h"
 #include "src/kernels/exact_level3.h"
+#include "src/kernels/own_matrix.h"
 #include "src/proven/rounding.h"
 
 namespace tesk::proven {
 
-/// A matrix with storage of its own, zeros at first.
-template <class T>
-class Own {
- public:
-  Own(Integer rows, Integer columns)
-      : elements_(std::size_t(rows) * std::size_t(columns)), leading_(std::max<Integer>(1, rows)) {}
-  OneBasedMatrix<T> view() { return {elements_.data(), leading_}; }
-
- private:
-  std::vector<T> elements_;
-  Integer leading_;
-};
-
 /// A with its entries rounded to the working digits.
 template <class T>
-Own<T> rounded_copy(Integer n, OneBasedMatrix<T> a) {
-  Own<T> copy(n, n);
+OwnMatrix<T> rounded_copy(Integer n, OneBasedMatrix<T> a) {
+  OwnMatrix<T> copy(n, n);
   const OneBasedMatrix<T> entries = copy.view();
   for (Integer j = 1; j <= n; ++j) {
     for (Integer i = 1; i <= n; ++i) {
@@ -38,15 +26,6 @@ Own<T> rounded_copy(Integer n, OneBasedMatrix<T> a) {
     }
   }
   return copy;
-}
-
-template <class T>
-void set_identity(Integer n, OneBasedMatrix<T> a) {
-  for (Integer j = 1; j <= n; ++j) {
-    for (Integer i = 1; i <= n; ++i) {
-      a(i, j) = T(i == j ? 1.0 : 0.0);
-    }
-  }
 }
 
 /// X := L^-1, L lower triangular; what is above the diagonal is not read, and zero in X. A diagonal of ones stays one.
@@ -71,7 +50,7 @@ void invert_lower(Diagonal diagonal, Integer n, OneBasedMatrix<T> l, OneBasedMat
   const OneBasedMatrix<T> last = x.from(half + 1, half + 1);
   invert_lower(diagonal, half, l, x);
   invert_lower(diagonal, rest, l.from(half + 1, half + 1), last);
-  Own<T> own(rest, half);
+  OwnMatrix<T> own(rest, half);
   const auto multiply = [&](Integer k, const T& alpha, OneBasedMatrix<T> a, OneBasedMatrix<T> b, OneBasedMatrix<T> c) {
     exact::multiply_matrices(Op::none, Op::none, rest, half, k, alpha, a, b, T(0.0), c);
   };
@@ -96,6 +75,7 @@ class Factors {
   OneBasedMatrix<T> view() { return own_.view(); }
   /// The row that row k was exchanged with.
   Integer pivot(Integer k) const { return ipiv_[std::size_t(k - 1)]; }
+  const Integer* pivots() const noexcept { return ipiv_.data(); }
   /// X := L^-1, Y := U^-1, both with zeros in their other triangles.
   void invert(OneBasedMatrix<T> x, OneBasedMatrix<T> y) {
     invert_lower(Diagonal::unit, n_, view(), x);
@@ -104,10 +84,13 @@ class Factors {
 
  private:
   Integer n_;
-  Own<T> own_;
+  OwnMatrix<T> own_;
   std::vector<Integer> ipiv_;
   bool singular_ = false;
 };
+
+/// With so many digits more than the working digits a matrix of condition 10^D is inverted well enough.
+inline constexpr int kSpareDigits = 10;
 
 /// Digits of numbers of which a bound alone is wanted.
 inline constexpr int kFewDigits = 18;
@@ -118,7 +101,7 @@ std::vector<QuarnBound> distance_from_identity(Integer n, OneBasedMatrix<T> x, O
                                                const Range& range) {
   const WorkingDigits scope(kFewDigits);
   const Rounded rounded(kFewDigits, range);
-  Own<T> own(n, n);
+  OwnMatrix<T> own(n, n);
   const OneBasedMatrix<T> e = own.view();
   set_identity(n, e);
   exact::multiply_matrices(Op::none, Op::none, n, n, n, T(-1.0), x, y, T(1.0), e);
@@ -135,14 +118,15 @@ std::vector<QuarnBound> distance_from_identity(Integer n, OneBasedMatrix<T> x, O
 template <class T>
 class ApproximateInverse {
  public:
-  ApproximateInverse(Integer n, OneBasedMatrix<T> a, const Uncertainty& of_a, int digits, Range range) : r_(n, n) {
+  ApproximateInverse(Integer n, OneBasedMatrix<T> a, const Uncertainty& of_a, int digits, Range range)
+      : n_(n), r_(n, n) {
     const WorkingDigits scope(digits);
     Factors<T> factors(n, a);
     if (factors.is_singular()) {
       return;
     }
-    Own<T> left(n, n);
-    Own<T> right(n, n);
+    OwnMatrix<T> left(n, n);
+    OwnMatrix<T> right(n, n);
     factors.invert(left.view(), right.view());
     const OneBasedMatrix<T> r = r_.view();
     exact::multiply_matrices(Op::none, Op::none, n, n, n, T(1.0), right.view(), left.view(), T(0.0), r);
@@ -169,17 +153,37 @@ class ApproximateInverse {
     norm_ = *std::max_element(rows_.begin(), rows_.end());
   }
 
-  OneBasedMatrix<T> view() { return r_.view(); }
-  /// The row sum i of |I - R A|.
-  const QuarnBound& row(Integer i) const { return rows_[std::size_t(i)]; }
-  /// The row sum i of |R|.
-  const QuarnBound& size_of_row(Integer i) const { return sizes_[std::size_t(i)]; }
+  /// Y := R X, m columns, at the working digits.
+  void apply(Integer m, OneBasedMatrix<T> x, OneBasedMatrix<T> y) {
+    exact::multiply_matrices(Op::none, Op::none, n_, m, n_, T(1.0), r_.view(), x, T(0.0), y);
+  }
+  /// Bounds of |y - A^-1 r| where apply() made y of a vector that may differ from r by `of_r`, elements from 1 on: with
+  /// E = I - R A that is (I - E)^-1 R r = R r + E (I - E)^-1 R r.
+  std::vector<QuarnBound> errors(OneBasedVector<T> y, std::vector<QuarnBound> of_r, const Range& range) const {
+    const Rounded rounded(QuarnDigits(), range);
+    const QuarnBound residual = *std::max_element(of_r.begin(), of_r.end());
+    QuarnBound largest;
+    for (Integer i = 1; i <= n_; ++i) {
+      const QuarnBound bound = sizes_[std::size_t(i)] * residual + rounded.error(y(i));
+      largest = std::max(largest, QuarnBound(y(i)) + bound);
+      of_r[std::size_t(i)] = bound;
+    }
+    largest *= over_one_minus(norm_);
+    for (Integer i = 1; i <= n_; ++i) {
+      of_r[std::size_t(i)] += rows_[std::size_t(i)] * largest;
+    }
+    return of_r;
+  }
+
   /// The largest row sum of |I - R A|.
   const QuarnBound& norm() const noexcept { return norm_; }
   const Range& range() const noexcept { return range_; }
+  /// Residuals have more digits than the working digits, so that their rounding means nothing.
+  static int digits() { return QuarnDigits() + kSpareDigits; }
 
  private:
-  Own<T> r_;
+  Integer n_;
+  OwnMatrix<T> r_;
   Range range_;
   std::vector<QuarnBound> sizes_;
   std::vector<QuarnBound> rows_;

@@ -19,14 +19,14 @@ inline Complex shifted(const Complex& z, int power) { return {scalbn(z.re, power
 /// Both triangles from the lower one, with a real diagonal. Rows and columns are divided by powers of ten, which brings
 /// the diagonal near 1 and changes nothing else, unless that might underflow.
 template <class T>
-Own<T> hermitian(Integer n, OneBasedMatrix<T> lower, const Range& range) {
+OwnMatrix<T> hermitian(Integer n, OneBasedMatrix<T> lower, const Range& range) {
   std::vector<int> power(std::size_t(n) + 1);
   for (Integer j = 1; j <= n; ++j) {
     if (const QuarnFloat& diagonal = real_part(lower(j, j)); range.is_moderate() && diagonal > 0) {
       power[std::size_t(j)] = -ilogb(diagonal) / 2;
     }
   }
-  Own<T> own(n, n);
+  OwnMatrix<T> own(n, n);
   const OneBasedMatrix<T> a = own.view();
   for (Integer j = 1; j <= n; ++j) {
     const int of_column = power[std::size_t(j)];
@@ -50,8 +50,8 @@ bool is_not_positive(Integer n, OneBasedMatrix<T> a, OneBasedMatrix<T> factor, I
   }
   // L11 L11^H z = a(1 ... step - 1, step), x = (-z, 1, 0, ...)
   const Integer before = step - 1;
-  Own<T> own(step, 1);
-  Own<T> image(step, 1);
+  OwnMatrix<T> own(step, 1);
+  OwnMatrix<T> image(step, 1);
   const OneBasedMatrix<T> x = own.view();
   copy(before, a.column(step), x.column(1));
   exact::solve_triangular_matrix(Side::left, Triangle::lower, Op::none, Diagonal::general, before, 1, T(-1.0), factor,
@@ -61,7 +61,7 @@ bool is_not_positive(Integer n, OneBasedMatrix<T> a, OneBasedMatrix<T> factor, I
   x(step, 1) = T(1.0);
   const OneBasedMatrix<T> y = image.view();
   exact::multiply_matrices(Op::none, Op::none, step, 1, step, T(1.0), a, x, T(0.0), y);
-  Own<T> form(1, 1);
+  OwnMatrix<T> form(1, 1);
   const OneBasedMatrix<T> value = form.view();
   exact::multiply_matrices(Op::conjugate_transpose, Op::none, 1, 1, step, T(1.0), x, y, T(0.0), value);
   range.take(step, 1, x);
@@ -85,7 +85,7 @@ Verdict verdict(Integer n, OneBasedMatrix<T> lower) {
   if (!range.is_finite()) {
     return kUnknown;
   }
-  Own<T> own = hermitian(n, lower, range);
+  OwnMatrix<T> own = hermitian(n, lower, range);
   const OneBasedMatrix<T> a = own.view();
   range.take(n, n, a);
   QuarnFloat largest;
@@ -93,7 +93,7 @@ Verdict verdict(Integer n, OneBasedMatrix<T> lower) {
     largest = std::max(largest, real_part(a(j, j)));
   }
   const QuarnFloat shift = largest * QuarnFloat(4.0 * double(n)) * scalbn(QuarnFloat(1), 1 - QuarnDigits());
-  Own<T> factor = own;
+  OwnMatrix<T> factor = own;
   const OneBasedMatrix<T> l = factor.view();
   for (Integer j = 1; j <= n; ++j) {
     l(j, j) = l(j, j) - T(shift);
@@ -107,7 +107,7 @@ Verdict verdict(Integer n, OneBasedMatrix<T> lower) {
     }
   }
   range.take(n, n, l);
-  Own<T> difference = own;
+  OwnMatrix<T> difference = own;
   const OneBasedMatrix<T> rest = difference.view();
   exact::multiply_matrices(Op::none, Op::conjugate_transpose, n, n, n, T(-1.0), l, l, T(1.0), rest);
   const Rounded rounded(QuarnDigits(), range);

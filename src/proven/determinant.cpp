@@ -8,8 +8,6 @@
 namespace tesk::proven {
 namespace {
 
-constexpr int kSpareDigits = 10;
-
 inline QuarnFloat reciprocal(const QuarnFloat& x) { return 1 / x; }
 inline Complex reciprocal(const Complex& z) {
   const QuarnFloat square = z.re * z.re + z.im * z.im;
@@ -57,8 +55,8 @@ Determinant<T> determinant(Integer n, OneBasedMatrix<T> a, const Uncertainty& of
   if (factors.is_singular()) {
     return result;
   }
-  Own<T> left(n, n);
-  Own<T> right(n, n);
+  OwnMatrix<T> left(n, n);
+  OwnMatrix<T> right(n, n);
   const OneBasedMatrix<T> x = left.view();
   const OneBasedMatrix<T> y = right.view();
   factors.invert(x, y);
@@ -74,7 +72,7 @@ Determinant<T> determinant(Integer n, OneBasedMatrix<T> a, const Uncertainty& of
       odd = !odd;
     }
   }
-  Own<T> own(n, n);
+  OwnMatrix<T> own(n, n);
   const OneBasedMatrix<T> product = own.view();
   exact::multiply_matrices(Op::none, Op::none, n, n, n, T(1.0), x, permuted, T(0.0), product);
   range.take(n, n, x);

@@ -4,72 +4,26 @@
 #include <optional>
 
 #include "quarn/quarnthread.h"
+#include "src/dense/guard_digits.h"
 #include "src/proven/approximate_inverse.h"
+#include "src/proven/factor_proof.h"
 #include "tesk2mp/proven.h"
 
 namespace tesk::proven {
 namespace {
 
-/// With so many digits more than the working digits a matrix of condition 10^D is inverted well enough.
-constexpr int kSpareDigits = 10;
-
 template <class T>
 class Solver {
  public:
-  Solver(Integer n, OneBasedMatrix<T> a, const Uncertainty& of_a) : n_(n), digits_(QuarnDigits()), a_(a), of_a_(of_a) {
+  Solver(Integer n, Integer m, OneBasedMatrix<T> a, const Uncertainty& of_a, OneBasedMatrix<T> b,
+         const Uncertainty& of_b, OneBasedMatrix<T> x, OneBasedMatrix<QuarnFloat> error)
+      : n_(n), m_(m), digits_(QuarnDigits()), a_(a), of_a_(of_a), b_(b), of_b_(of_b), x_(x), error_(error) {
     range_.take(n, n, a);
-    // Most matrices need no more than an inverse of half the digits; refinement supplies the others.
-    const int half = digits_ / 2 + kSpareDigits;
-    if (half < digits_) {
-      inverse_.emplace(n, a, of_a, half, range_);
-    }
-    if (!inverse_ || inverse_->norm() > QuarnBound::power_of_ten(-digits_ / 8)) {
-      inverse_.emplace(n, a, of_a, digits_ + kSpareDigits, range_);
-    }
-    range_ = inverse_->range();
+    range_.take(n, m, b);
   }
-  bool is_proven() const { return inverse_->norm() < QuarnBound::power_of_ten(0); }
 
-  /// X := A^-1 B, m columns, with bounds of the errors. Returns false, with some bounds infinite, where not all is
-  /// known.
-  bool solve(Integer m, OneBasedMatrix<T> b, const Uncertainty& of_b, OneBasedMatrix<T> x,
-             OneBasedMatrix<QuarnFloat> error) {
-    range_.take(n_, m, b);
-    Own<T> residuals(n_, m);
-    Own<T> corrections(n_, m);
-    const OneBasedMatrix<T> r = residuals.view();
-    const OneBasedMatrix<T> y = corrections.view();
-    Bounds best(std::size_t(n_) * std::size_t(m), QuarnBound::infinity());
-    multiply(m, b, x);
-    for (int round = 0; round < kMostRounds; ++round) {
-      QuarnCheckInterrupt();
-      range_.take(n_, m, x);
-      residual(m, b, x, r);
-      multiply(m, r, y);
-      Bounds next = improved(m, x, r, y, of_b);
-      if (round > 0 && !is_better(next, best)) {
-        break;
-      }
-      best = std::move(next);
-      for (Integer j = 1; j <= m; ++j) {
-        for (Integer i = 1; i <= n_; ++i) {
-          x(i, j) = std::move(y(i, j));
-        }
-      }
-      if (is_enough(m, best, x)) {
-        break;
-      }
-    }
-    bool known = true;
-    for (Integer j = 1; j <= m; ++j) {
-      for (Integer i = 1; i <= n_; ++i) {
-        const QuarnBound& bound = best[index(i, j)];
-        error(i, j) = bound.value();
-        known = known && bound.is_finite();
-      }
-    }
-    return known;
-  }
+  /// X := A^-1 B with bounds of the errors. Returns false, with some bounds infinite, where not all is known.
+  bool solve() { return solve_by_factors() || solve_by_inverse(); }
 
  private:
   using Bounds = std::vector<QuarnBound>;
@@ -77,44 +31,122 @@ class Solver {
 
   std::size_t index(Integer i, Integer j) const { return std::size_t(j - 1) * std::size_t(n_) + std::size_t(i - 1); }
 
-  /// Y := R X
-  void multiply(Integer m, OneBasedMatrix<T> x, OneBasedMatrix<T> y) {
-    exact::multiply_matrices(Op::none, Op::none, n_, m, n_, T(1.0), inverse_->view(), x, T(0.0), y);
-  }
-  /// R := B - A X, with spare digits, so that its rounding means nothing to what follows.
-  void residual(Integer m, OneBasedMatrix<T> b, OneBasedMatrix<T> x, OneBasedMatrix<T> r) {
-    const WorkingDigits scope(digits_ + kSpareDigits);
-    for (Integer j = 1; j <= m; ++j) {
-      copy(n_, b.column(j), r.column(j));
+  /// Of exact data, by the factors of A: with so many digits that the bounds, which grow with n, mean nothing.
+  bool solve_by_factors() {
+    constexpr int kAttempts = 2;
+    const QuarnBound enough = QuarnBound::power_of_ten(-4);
+    const std::int64_t most = 2 * std::int64_t(digits_) + 6 * kSpareDigits;
+    // Enough for most matrices of condition numbers to 10^(D/2).
+    std::int64_t digits = std::max<std::int64_t>(digits_, 14 + 3 * std::int64_t(n_) / 10 + digits_ / 2);
+    if (!of_a_.is_zero() || !of_b_.is_zero() || m_ > n_ / 4 + 1 || !range_.is_moderate()) {
+      return false;
     }
-    exact::multiply_matrices(Op::none, Op::none, n_, m, n_, T(-1.0), a_, x, T(1.0), r);
+    for (int attempt = 0; attempt < kAttempts && digits <= most; ++attempt) {
+      FactorProof<T> proof(n_, a_, int(digits), range_);
+      if (!proof.norm().is_finite()) {
+        return false;
+      }
+      if (proof.norm() < enough) {
+        return refine(proof);
+      }
+      digits += proof.norm().exponent() + 8;
+    }
+    return false;
   }
 
-  /// With r the rounded residual of x and y the rounded R r: puts x + y into y, and returns bounds of its errors. With
-  /// E = I - R A the exact solution is x + (I - E)^-1 R (b - A x), and (I - E)^-1 v = v + E (I - E)^-1 v.
-  Bounds improved(Integer m, OneBasedMatrix<T> x, OneBasedMatrix<T> r, OneBasedMatrix<T> y, const Uncertainty& of_b) {
-    const Rounded rounded(digits_, range_);
-    const Rounded of_residual(digits_ + kSpareDigits, range_);
-    Bounds bounds(std::size_t(n_) * std::size_t(m));
-    for (Integer j = 1; j <= m; ++j) {
-      QuarnBound residual;
-      for (Integer i = 1; i <= n_; ++i) {
-        QuarnBound bound = of_residual.error(r(i, j)) + of_b(i, j);
-        for (Integer k = 1; k <= n_ && !of_a_.is_zero(); ++k) {
-          bound += of_a_(i, k) * QuarnBound(x(k, j));
+  bool solve_by_inverse() {
+    std::optional<ApproximateInverse<T>> inverse;
+    // Most matrices need no more than an inverse of half the digits; refinement supplies the others.
+    const int half = digits_ / 2 + kSpareDigits;
+    if (half < digits_) {
+      inverse.emplace(n_, a_, of_a_, half, range_);
+    }
+    if (!inverse || inverse->norm() > QuarnBound::power_of_ten(-digits_ / 8)) {
+      inverse.emplace(n_, a_, of_a_, digits_ + kSpareDigits, range_);
+    }
+    if (inverse->norm() < QuarnBound::power_of_ten(0)) {
+      return refine(*inverse);
+    }
+    set_errors(Bounds(std::size_t(n_) * std::size_t(m_), QuarnBound::infinity()));
+    return false;
+  }
+
+  /// x := x + y with the solution y for the residual of x, until the bounds do not shrink.
+  template <class Proof>
+  bool refine(Proof& proof) {
+    range_ = proof.range();
+    OwnMatrix<T> residuals(n_, m_);
+    OwnMatrix<T> corrections(n_, m_);
+    const OneBasedMatrix<T> r = residuals.view();
+    const OneBasedMatrix<T> y = corrections.view();
+    Bounds best(std::size_t(n_) * std::size_t(m_), QuarnBound::infinity());
+    proof.apply(m_, b_, x_);
+    round_elements(n_, m_, x_);
+    for (int round = 0; round < kMostRounds; ++round) {
+      QuarnCheckInterrupt();
+      range_.take(n_, m_, x_);
+      residual(proof.digits(), r);
+      proof.apply(m_, r, y);
+      Bounds next = improved(proof, r, y);
+      if (round > 0 && !is_better(next, best)) {
+        break;
+      }
+      best = std::move(next);
+      for (Integer j = 1; j <= m_; ++j) {
+        for (Integer i = 1; i <= n_; ++i) {
+          x_(i, j) = std::move(y(i, j));
         }
-        residual = std::max(residual, bound);
       }
-      QuarnBound largest;
-      for (Integer i = 1; i <= n_; ++i) {
-        const QuarnBound bound = inverse_->size_of_row(i) * residual + rounded.error(y(i, j));
-        largest = std::max(largest, QuarnBound(y(i, j)) + bound);
-        bounds[index(i, j)] = bound;
+      if (is_enough(best)) {
+        break;
       }
-      largest *= over_one_minus(inverse_->norm());
+    }
+    return set_errors(best);
+  }
+
+  /// Are all of them finite?
+  bool set_errors(const Bounds& bounds) {
+    bool known = true;
+    for (Integer j = 1; j <= m_; ++j) {
       for (Integer i = 1; i <= n_; ++i) {
-        y(i, j) = x(i, j) + y(i, j);
-        bounds[index(i, j)] += inverse_->row(i) * largest + rounded.error(y(i, j));
+        const QuarnBound& bound = bounds[index(i, j)];
+        error_(i, j) = bound.value();
+        known = known && bound.is_finite();
+      }
+    }
+    return known;
+  }
+
+  /// R := B - A X
+  void residual(int digits, OneBasedMatrix<T> r) {
+    const WorkingDigits scope(digits);
+    for (Integer j = 1; j <= m_; ++j) {
+      copy(n_, b_.column(j), r.column(j));
+    }
+    exact::multiply_matrices(Op::none, Op::none, n_, m_, n_, T(-1.0), a_, x_, T(1.0), r);
+  }
+
+  /// With r the rounded residual of x and y near A^-1 r: puts x + y into y, and returns bounds of its errors.
+  template <class Proof>
+  Bounds improved(const Proof& proof, OneBasedMatrix<T> r, OneBasedMatrix<T> y) {
+    range_.take(n_, m_, r);
+    range_.take(n_, m_, y);
+    const Rounded rounded(digits_, range_);
+    const Rounded of_residual(proof.digits(), range_);
+    Bounds bounds(std::size_t(n_) * std::size_t(m_));
+    for (Integer j = 1; j <= m_; ++j) {
+      Bounds of_r(std::size_t(n_) + 1);
+      for (Integer i = 1; i <= n_; ++i) {
+        QuarnBound& bound = of_r[std::size_t(i)];
+        bound = of_residual.error(r(i, j)) + of_b_(i, j);
+        for (Integer k = 1; k <= n_ && !of_a_.is_zero(); ++k) {
+          bound += of_a_(i, k) * QuarnBound(x_(k, j));
+        }
+      }
+      const Bounds of_y = proof.errors(y.column(j), std::move(of_r), range_);
+      for (Integer i = 1; i <= n_; ++i) {
+        y(i, j) = x_(i, j) + y(i, j);
+        bounds[index(i, j)] = of_y[std::size_t(i)] + rounded.error(y(i, j));
       }
     }
     return bounds;
@@ -130,10 +162,10 @@ class Solver {
     return false;
   }
   /// Little more than what rounding the result costs?
-  bool is_enough(Integer m, const Bounds& bounds, OneBasedMatrix<T> x) const {
-    for (Integer j = 1; j <= m; ++j) {
+  bool is_enough(const Bounds& bounds) const {
+    for (Integer j = 1; j <= m_; ++j) {
       for (Integer i = 1; i <= n_; ++i) {
-        const QuarnBound unit = QuarnBound(x(i, j)).half_unit(digits_);
+        const QuarnBound unit = QuarnBound(x_(i, j)).half_unit(digits_);
         if (bounds[index(i, j)] * QuarnBound::count(100) > unit * QuarnBound::count(101)) {
           return false;
         }
@@ -143,11 +175,15 @@ class Solver {
   }
 
   Integer n_;
+  Integer m_;
   int digits_;
   OneBasedMatrix<T> a_;
   Uncertainty of_a_;
+  OneBasedMatrix<T> b_;
+  Uncertainty of_b_;
+  OneBasedMatrix<T> x_;
+  OneBasedMatrix<QuarnFloat> error_;
   Range range_;
-  std::optional<ApproximateInverse<T>> inverse_;
 };
 
 /// Checks, then the solution; returns INFO.
@@ -166,18 +202,8 @@ Integer solve(Integer n, Integer nrhs, T* a, Integer lda, QuarnFloat* aerror, In
   if (wrong != 0 || n == 0 || nrhs == 0) {
     return -wrong;
   }
-  Solver<T> solver(n, {a, lda}, {aerror, ldaerror});
-  const OneBasedMatrix<QuarnFloat> errors(error, lderror);
-  if (solver.is_proven()) {
-    return solver.solve(nrhs, {b, ldb}, {berror, ldberror}, {x, ldx}, errors) ? 0 : 1;
-  }
-  const QuarnFloat unknown = QuarnBound::infinity().value();
-  for (Integer j = 1; j <= nrhs; ++j) {
-    for (Integer i = 1; i <= n; ++i) {
-      errors(i, j) = unknown;
-    }
-  }
-  return 1;
+  Solver<T> solver(n, nrhs, {a, lda}, {aerror, ldaerror}, {b, ldb}, {berror, ldberror}, {x, ldx}, {error, lderror});
+  return solver.solve() ? 0 : 1;
 }
 
 }  // namespace
