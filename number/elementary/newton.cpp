@@ -42,20 +42,31 @@ QuarnFloat odd_series(const QuarnFloat& x, int sign, int w) {
 /// Whether a series in x^2 has so few terms that nothing else is worth while.
 bool is_tiny(const QuarnFloat& x, int w) { return -scientific_exponent(x) > std::max(2, w / 12); }
 
-/// The logarithm of m, 0.3 < m < 3.2, to an absolute error of 10^-w: with s = m 10^n large and M the
-/// arithmetic-geometric mean, log s = (pi / 2) / M(1, 4 / s) but for less than 4 k^2 (8 + log 1/k), k = 4 / s (J. M.
-/// and P. B. Borwein, Pi and the AGM, 1987, section 7.2). docs/accuracy.md adds up the roundings.
+/// The logarithm of m, 0.3 < m < 3.2, to an absolute error of 10^-w: for 0 < q < 1 and M the arithmetic-geometric mean,
+/// -log q = (pi / 4) / M(theta_2(q^4)^2, theta_3(q^4)^2) (T. Sasaki, Y. Kanada, Practically fast multiple-precision
+/// evaluation of log(x), J. Inf. Process. 5, 1982), here with q = m / 10^n. docs/accuracy.md adds up the roundings.
 QuarnFloat log_by_mean(const QuarnFloat& m, int w) {
-  const int places = w / 2 + 8;
+  const int places = w / 36 + 2;
   const int digits = w + kGuardDigits;
   const WorkingDigits scope(digits);
   const QuarnFloat half(5, -1);
-  // M(s / 4, 1) = M(1, 4 / s) s / 4
-  const QuarnFloat start = m * QuarnFloat(25, places - 2);
-  QuarnFloat a = (start + QuarnFloat(1)) * half;
-  QuarnFloat b = sqrt(start);
+  const QuarnFloat q = m * QuarnFloat(1, -places);
+  // q^k, which is added to 1: its leading zeros are known.
+  const auto power = [&](int k, const QuarnFloat& x, const QuarnFloat& y) {
+    const WorkingDigits fewer(digits - k * places);
+    return x * y;
+  };
+  const QuarnFloat q2 = power(4, q, q);
+  const QuarnFloat q4 = power(4, q2, q2);
+  const QuarnFloat q8 = power(8, q4, q4);
+  const QuarnFloat q24 = power(24, q8, power(24, q8, q8));
+  const QuarnFloat theta_2 = 2 * (q * (1 + q8 + q24));
+  const QuarnFloat theta_3 = 1 + 2 * (q4 + power(16, q8, q8));
+  QuarnFloat a = (theta_3 * theta_3 + theta_2 * theta_2) * half;
+  QuarnFloat b = theta_2 * theta_3;
   QuarnFloat difference = (a - b) * half;
-  while (kind_of(difference) == Kind::finite && scientific_exponent(a) - scientific_exponent(difference) < w / 8 + 3) {
+  const auto zeros = [&] { return scientific_exponent(a) - scientific_exponent(difference); };
+  while (kind_of(difference) == Kind::finite && zeros() < w / 8 + 3) {
     const QuarnFloat mean = (a + b) * half;
     b = sqrt(a * b);
     a = mean;
@@ -63,12 +74,15 @@ QuarnFloat log_by_mean(const QuarnFloat& m, int w) {
   }
   // a / M(a (1 + x), a (1 - x)) = 1 + x^2 / 4 + 9 x^4 / 64 + 25 x^6 / 256 + ..., a the mean of the last two
   a -= difference;
-  const QuarnFloat x = difference / a;
-  const QuarnFloat square = x * x * half * half;
-  const QuarnFloat series =
-      QuarnFloat(1) + square * (QuarnFloat(1) + square * (QuarnFloat(225, -2) + square * QuarnFloat(625, -2)));
-  const QuarnFloat log_s = approximate_pi(digits) * half * start * series / a;
-  return log_s - QuarnFloat(places) * approximate_ln10(digits);
+  QuarnFloat series = 0;
+  if (kind_of(difference) == Kind::finite) {
+    const WorkingDigits fewer(digits - 2 * int(zeros()) + 2);
+    const QuarnFloat x = difference / a;
+    const QuarnFloat square = x * x * half * half;
+    series = square + square * square * (QuarnFloat(225, -2) + square * QuarnFloat(625, -2));
+  }
+  const QuarnFloat minus_log_q = approximate_pi(digits) * half * half * (1 + series) / a;
+  return QuarnFloat(places) * approximate_ln10(digits) - minus_log_q;
 }
 
 /// atan x for |x| <= 1 to an absolute error of 10^-w.
