@@ -7,7 +7,9 @@
 #include <cctype>
 #include <string_view>
 
+#include "context.h"
 #include "quarn/interchange.h"
+#include "quarn/rounding.h"
 
 namespace python {
 namespace {
@@ -83,12 +85,18 @@ Real from_integer(py::handle number) {
   return Real(overflow == 0 ? std::to_string(value) : integer_text(integer));
 }
 
+/// To the working digits: of a number that may have been made with more of them.
+Real rounded(const Real& number) { return round_digits(number, QuarnDigits(), quarn::Rounding::half_even); }
+
 // As deep as arrays of several dimensions may be; what contains itself is deeper.
 constexpr std::size_t kDeepest = 64;
 
 }  // namespace
 
 Real to_real(py::handle number) {
+  if (py::isinstance<Real>(number)) {
+    return rounded(py::cast<const Real&>(number));
+  }
   if (is_text(number)) {
     return read(number);
   }
@@ -110,10 +118,17 @@ Real to_real(py::handle number) {
   throw py::type_error("a number is a Decimal, an int, a Fraction or text, not " + type_name(number));
 }
 
+Real to_exact(py::handle number) {
+  if (py::isinstance<Real>(number)) {
+    return py::cast<const Real&>(number);
+  }
+  return py::isinstance(number, decimal_type()) ? exact(text_of(number)) : to_real(number);
+}
+
 Complex to_complex(py::handle number) {
   if (py::isinstance<Complex>(number)) {
     const auto& z = py::cast<const Complex&>(number);
-    return {z.re * 1, z.im * 1};  // rounds
+    return {rounded(z.re), rounded(z.im)};
   }
   return to_real(number);
 }
@@ -208,7 +223,8 @@ void Array::require(bool holds, const char* text) {
   }
 }
 
-py::object from(const Real& number) { return decimal_type()(number.to_string()); }
+py::object to_decimal(const Real& number) { return decimal_type()(number.to_string()); }
+py::object from(const Real& number) { return results_are_real() ? py::cast(number) : to_decimal(number); }
 py::object from(const Complex& number) { return py::cast(number); }
 
 py::object like(py::handle model, py::list result) {
@@ -267,10 +283,11 @@ A complex number: two Decimals. Arithmetic is at the working digits, with reals 
       }));
   type.def("__repr__", [text](const Complex& z) { return "Complex(" + text(z.re) + ", " + text(z.im) + ")"; });
   type.def("__eq__", [](const Complex& z, py::handle other) {
-    return py::isinstance<Complex>(other) ? z == py::cast<const Complex&>(other) : z.im == 0 && from(z.re).equal(other);
+    return py::isinstance<Complex>(other) ? z == py::cast<const Complex&>(other)
+                                          : z.im == 0 && to_decimal(z.re).equal(other);
   });
   type.def("__hash__", [](const Complex& z) {
-    return z.im == 0 ? py::hash(from(z.re)) : py::hash(py::make_tuple(from(z.re), from(z.im)));
+    return z.im == 0 ? py::hash(to_decimal(z.re)) : py::hash(py::make_tuple(to_decimal(z.re), to_decimal(z.im)));
   });
 
   // An array takes an operation into its own hands, element by element.

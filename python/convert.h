@@ -44,6 +44,8 @@ using AnyCholesky = std::variant<tesk2mp::Cholesky<Real>, tesk2mp::Cholesky<Comp
 }  // namespace python
 
 template <>
+struct pybind11::detail::type_caster<tesk2mp::Real> : python::Whole<tesk2mp::Real> {};
+template <>
 struct pybind11::detail::type_caster<tesk2mp::Complex> : python::Whole<tesk2mp::Complex> {};
 template <>
 struct pybind11::detail::type_caster<tesk2mp::Random> : python::Whole<tesk2mp::Random> {};
@@ -56,10 +58,12 @@ struct pybind11::detail::type_caster<python::AnyCholesky> : python::Whole<python
 
 namespace python {
 
-/// decimal.Decimal, int, fractions.Fraction or text, rounded once to the working digits. Anything else is a TypeError,
-/// float too: its digits are not what its writer meant. Text that is no number is a ValueError.
+/// Real, decimal.Decimal, int, fractions.Fraction or text, rounded once to the working digits. Anything else is a
+/// TypeError, float too: its digits are not what its writer meant. Text that is no number is a ValueError.
 Real to_real(py::handle number);
-/// The same, or a Complex.
+/// The same, but of a Real or a Decimal with all its digits.
+Real to_exact(py::handle number);
+/// As to_real(), or a Complex.
 Complex to_complex(py::handle number);
 /// An int of 32 bits; one from 0. A TypeError for what is no int, a ValueError for one out of range.
 Integer to_integer(py::handle number);
@@ -146,7 +150,9 @@ auto with_scalar(Work work, const Arrays&... arrays) {
   return (arrays.is_complex() || ...) ? work(Complex()) : work(Real());
 }
 
-/// A Decimal with the number's digits; a Complex.
+/// A Decimal with the number's digits, whatever kind of results the caller wants.
+py::object to_decimal(const Real& number);
+/// A Decimal with the number's digits, or a Real where the caller wants those; a Complex.
 py::object from(const Real& number);
 py::object from(const Complex& number);
 
@@ -222,6 +228,7 @@ tesk2mp::Diagonal diagonal_of(bool unit);
 
 // The parts of the module.
 void add_complex(py::module_& module);
+void add_real(py::module_& module);
 void add_kernels(py::module_& module);
 void add_least_squares(py::module_& module);
 void add_linear(py::module_& module);

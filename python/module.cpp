@@ -1,4 +1,5 @@
 // The extension behind the package tesk2mp.
+#include "context.h"
 #include "convert.h"
 
 namespace python {
@@ -47,8 +48,11 @@ PYBIND11_MODULE(_core, module) {
   options.disable_function_signatures();
   py::register_exception_translator(python::translate);
   module.def("get_digits", QuarnDigits, "get_digits()\n\nThe working digits, 20 at first.");
-  module.def("set_digits", tesk2mp::set_digits, py::arg("digits"),
-             "set_digits(digits)\n\nSets the working digits, 1 to 1000000, and returns the former ones.");
+  module.def("set_digits", python::set_context_digits, py::arg("digits"),
+             R"(set_digits(digits)
+
+Sets the working digits of the context, 1 to 1000000, and returns the former ones: of this thread, or of this asyncio task. A
+new thread starts with the default, 20.)");
   module.def("set_threads", tesk2mp::set_threads, py::arg("threads"), R"(set_threads(threads)
 
 How many threads may work for one call: 1 at first, 0 for as many as there are processors. Large products and transforms along
@@ -70,4 +74,7 @@ an axis use them; results are the same for every number. Returns the former numb
   python::add_transforms(module);
   python::add_functions(module);
   python::add_rounding(module);
+  python::add_real(module);
+  module.attr("__version__") = TESK_VERSION;
+  python::work_in_context(module);
 }

@@ -1,4 +1,5 @@
 // Sparse matrices and iterative solution.
+#include "context.h"
 #include "convert.h"
 
 namespace python {
@@ -32,6 +33,7 @@ AnySparse& changeable(AnySparse& matrix) {
 /// y := function(x), of one vector in Python, from outside of the interpreter's lock.
 void call_with_vector(const py::function& function, std::span<const Real> x, std::span<Real> y) {
   const py::gil_scoped_acquire held;
+  const CallbackDigits guard;
   const std::vector<Real> result = to_vector<Real>(function(list_of(x)));
   if (result.size() != y.size()) {
     throw py::value_error("the function gave " + std::to_string(result.size()) + " numbers for " +
@@ -94,6 +96,7 @@ py::tuple solve_iteratively(const py::object& a, const py::object& b, const py::
     look = [held = monitor.ptr()](const tesk2mp::Progress& progress, std::span<const Real> x,
                                   std::span<const Real> residual) {
       const py::gil_scoped_acquire lock;
+      const CallbackDigits guard;
       return !py::bool_(borrowed(held)(long(progress.iterations), list_of(x), list_of(residual)));
     };
   }

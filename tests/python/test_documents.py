@@ -10,7 +10,7 @@ import unittest
 import tesk2mp
 
 TOP = pathlib.Path(__file__).resolve().parent.parent.parent
-PLAIN = {"Error", "InvalidArgument", "NumericalFailure", "get_digits", "set_digits"}
+PLAIN = {"Error", "InvalidArgument", "InvalidType", "NumericalFailure", "get_digits", "set_digits"}
 
 # What the C++ interface calls otherwise, or what Python has another way.
 COUNTERPARTS = {

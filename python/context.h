@@ -1,0 +1,46 @@
+// The working digits of a call are those of the caller's context: of its thread, or of its asyncio task.
+#pragma once
+
+#include <pybind11/pybind11.h>
+
+namespace python {
+
+namespace py = pybind11;
+
+/// The digits and the kind of results that the caller's context asks for, while it lives.
+class ContextDigits {
+ public:
+  ContextDigits();
+  ~ContextDigits();
+  ContextDigits(const ContextDigits&) = delete;
+  ContextDigits& operator=(const ContextDigits&) = delete;
+
+ private:
+  int former_digits_;
+  bool former_real_;
+};
+
+/// While a function of the caller works for a routine, Python's decimal arithmetic has some digits more than the
+/// routine.
+class CallbackDigits {
+ public:
+  CallbackDigits();
+  ~CallbackDigits();
+  CallbackDigits(const CallbackDigits&) = delete;
+  CallbackDigits& operator=(const CallbackDigits&) = delete;
+
+ private:
+  py::object context_;  // none where nothing was changed
+  py::object former_;
+};
+
+/// Results of this call are numbers of the class Real, not Decimals.
+bool results_are_real();
+
+/// Sets the digits of the caller's context and returns the former ones.
+int set_context_digits(int digits);
+
+/// Lets every function and method that the module has by now, those of its classes too, work in the caller's context.
+void work_in_context(py::module_& module);
+
+}  // namespace python

@@ -1,0 +1,127 @@
+"""The working digits and the kind of results of a thread or an asyncio task."""
+
+import contextvars
+import decimal
+import functools
+import inspect
+
+from . import _core
+
+
+class _Scope:
+    """A context manager and decorator that may be entered again, from several threads and tasks at once."""
+
+    def __init__(self):
+        # What each entry has to put back, of the thread or task that entered.
+        self._entered = contextvars.ContextVar("entered", default=())
+
+    def __enter__(self):
+        self._entered.set((self._enter(), *self._entered.get()))
+        return self
+
+    def __exit__(self, *unused):
+        former, *others = self._entered.get()
+        self._entered.set(tuple(others))
+        self._leave(former)
+
+    def __call__(self, function):
+        if inspect.isgeneratorfunction(function) or inspect.isasyncgenfunction(function):
+            raise TypeError("a generator runs between other statements of its caller: use `with` around what it computes")
+        if inspect.iscoroutinefunction(function):
+
+            @functools.wraps(function)
+            async def task(*arguments, **named):
+                with self:
+                    return await function(*arguments, **named)
+
+            return task
+
+        @functools.wraps(function)
+        def call(*arguments, **named):
+            with self:
+                return function(*arguments, **named)
+
+        return call
+
+
+class digits(_Scope):  # pylint: disable=invalid-name
+    """digits(count)
+
+    The working digits for a block of statements or a function, 1 to 1000000; the former ones come back after it, exceptions
+    or not. The precision of Python's decimal arithmetic is the same meanwhile.
+
+    They belong to the thread or the asyncio task: a new thread starts with the default, unless it runs in a copy of its
+    maker's context (contextvars.copy_context().run); a new task starts with those of its maker. A generator has no context of
+    its own: a block that it leaves by `yield` holds for the caller too.
+
+    >>> with digits(50):
+    ...     with digits(5):
+    ...         inner = solve([[3]], [1])
+    ...     inner, solve([[3]], [1])
+    ([Decimal('0.33333')], [Decimal('0.33333333333333333333333333333333333333333333333333')])
+    >>> from decimal import Decimal
+    >>> @digits(30)
+    ... def third():
+    ...     return Decimal(1) / 3, solve([[3]], [1])[0]
+    >>> third()
+    (Decimal('0.333333333333333333333333333333'), Decimal('0.333333333333333333333333333333'))
+    """
+
+    def __init__(self, count):
+        super().__init__()
+        self._count = count
+
+    def __repr__(self):
+        return f"digits({self._count})"
+
+    def __reduce__(self):
+        return digits, (self._count,)
+
+    def _enter(self):
+        token = _core._digits.set(_core.get_digits())
+        try:
+            _core.set_digits(self._count)
+            former = decimal.getcontext()
+            context = former.copy()
+            context.prec = _core.get_digits()
+            decimal.setcontext(context)
+        except BaseException:
+            _core._digits.reset(token)
+            raise
+        return token, former
+
+    def _leave(self, former):
+        token, context = former
+        decimal.setcontext(context)
+        _core._digits.reset(token)
+
+
+class results(_Scope):  # pylint: disable=invalid-name
+    """results(kind)
+
+    The class of real results for a block of statements or a function: Decimal, as without it, or Real, whose operators work
+    at the working digits. It belongs to the thread or task, as digits() does.
+
+    >>> with results(Real):
+    ...     x = solve([[3]], [1])
+    >>> x, x[0] * 3
+    ([Real('0.33333333333333333333')], Real('0.99999999999999999999'))
+    """
+
+    def __init__(self, kind):
+        super().__init__()
+        if kind not in (decimal.Decimal, _core.Real):
+            raise TypeError("results are of the class Decimal or Real")
+        self._kind = kind
+
+    def __repr__(self):
+        return f"results({self._kind.__name__})"
+
+    def __reduce__(self):
+        return results, (self._kind,)
+
+    def _enter(self):
+        return _core._results.set(self._kind is _core.Real)
+
+    def _leave(self, former):
+        _core._results.reset(former)

@@ -1,0 +1,79 @@
+"""Binary numbers, exactly."""
+
+from decimal import MAX_EMAX, MAX_PREC, MIN_EMIN, Context, Decimal
+
+from ._context import digits
+from ._core import Complex, Real
+from ._errors import InvalidArgument, InvalidType, refusal
+
+# Enough for any number here: nothing is ever rounded.
+_WIDE = Context(prec=MAX_PREC, Emax=MAX_EMAX, Emin=MIN_EMIN)
+_MPMATH_SPECIAL = {0: "0", -456: "Infinity", -789: "-Infinity"}
+
+
+def exact(x, real=False):
+    """exact(x, real=False)
+
+    Exactly the number x: a float, a complex, a number of numpy, an mpf or mpc of mpmath, or what the package takes anyway;
+    or each of the numbers in lists of any depth, or of an array, as an array of objects. All digits are kept, whatever the
+    working ones are. They are Decimals, with real=True Reals; complex ones are Complex. InvalidArgument for a Fraction
+    without an end in decimal.
+
+    >>> exact(0.1)
+    Decimal('0.1000000000000000055511151231257827021181583404541015625')
+    >>> exact([1, [0.5, 1j]])
+    [Decimal('1'), [Decimal('0.5'), Complex('0', '1')]]
+    """
+    if hasattr(x, "__array__") and getattr(x, "shape", ()):
+        import numpy
+
+        result = numpy.empty(x.shape, dtype=object)
+        for place in numpy.ndindex(x.shape):
+            result[place] = exact(x[place], real=real)
+        return result
+    if isinstance(x, (list, tuple)):
+        return [exact(each, real=real) for each in x]
+    if isinstance(x, Complex):
+        return x
+    if hasattr(x, "_mpc_"):
+        return _with_all_digits(Complex, *(_of_mpmath(*part) for part in x._mpc_))
+    if isinstance(x, complex) or getattr(getattr(x, "dtype", None), "kind", "") == "c":
+        return _with_all_digits(Complex, _decimal(x.real), _decimal(x.imag))
+    number = _decimal(x)
+    return _with_all_digits(Real, number) if real else number
+
+
+def _decimal(x):
+    if isinstance(x, Real):
+        return x.decimal()
+    if hasattr(x, "_mpf_"):
+        return _of_mpmath(*x._mpf_)
+    if isinstance(x, (Decimal, float, int, str)):
+        return Decimal(x)
+    if hasattr(x, "__index__"):
+        return Decimal(x.__index__())
+    if not hasattr(x, "as_integer_ratio"):
+        raise refusal(InvalidType, f"a number is needed, not {type(x).__name__}")
+    if x != x or x in (float("inf"), -float("inf")):
+        return Decimal(float(x))
+    return _quotient(*x.as_integer_ratio())
+
+
+def _quotient(numerator, denominator):
+    """The quotient, which ends if the denominator has no factors but 2 and 5."""
+    scale = 10 ** denominator.bit_length()
+    if scale % denominator != 0:
+        raise refusal(InvalidArgument, f"{numerator}/{denominator} has no end in decimal")
+    return Decimal(numerator * (scale // denominator)).scaleb(-denominator.bit_length(), _WIDE).normalize(_WIDE)
+
+
+def _of_mpmath(sign, mantissa, exponent, _):
+    if mantissa == 0:
+        return Decimal(_MPMATH_SPECIAL.get(exponent, "NaN"))
+    number = -int(mantissa) if sign else int(mantissa)
+    return Decimal(number << exponent) if exponent >= 0 else _quotient(number, 1 << -exponent)
+
+
+def _with_all_digits(kind, *parts):
+    with digits(max(1, *(len(part.as_tuple().digits) for part in parts))):
+        return kind(*parts)
