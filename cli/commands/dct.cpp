@@ -60,7 +60,7 @@ void run(const Pair& pair, const DctOptions& options) {
       std::string(options.inverse ? "Inverse " : "") +
       (options.inverse ? pair.adjective : std::string(1, char(pair.adjective[0] - 'a' + 'A')) + (pair.adjective + 1)) +
       " transform of type " + std::to_string(options.type);
-  const std::string count = std::to_string(x.size()) + " values";
+  const std::string count = counted(Integer(x.size()), "value", "values");
   const std::string counted = count + (sequence.name.empty() ? "" : " of '" + sequence.name + "'");
 
   Result result;

@@ -181,7 +181,7 @@ void run_on(const EigOptions& options, const DenseMatrix& given, const tesk2mp::
     }
   }
   result.picture = [&](const std::string& file) {
-    draw(ComplexPlane{"eigenvalues of the " + description(given), values}, file);
+    draw(ComplexPlane{"Eigenvalues of the " + description(given), values}, file);
   };
   deliver(result, options.output);
 }

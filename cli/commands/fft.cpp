@@ -116,7 +116,7 @@ struct Analysis {
         scale(options.shown, spectrum) {}
 
   std::string counted() const {
-    return std::to_string(sequence.values.size()) + " values" +
+    return cli::counted(Integer(sequence.values.size()), "value", "values") +
            (sequence.name.empty() ? "" : " of '" + sequence.name + "'");
   }
 
@@ -165,9 +165,9 @@ void run_forward(const FftOptions& options, const NumberTable& table) {
   }
 
   Result result;
-  result.notes = {
-      "Fourier transform of " + std::to_string(first.values.size()) + " values" + described + " in " + table.source(),
-      precision_note(entry.name, options.classic)};
+  result.notes = {"Fourier transform of " + cli::counted(Integer(first.values.size()), "value", "values") + described +
+                      " in " + table.source(),
+                  precision_note(entry.name, options.classic)};
   result.facts = facts_of(options, entry, first.values.size());
   result.facts.push_back({"unit", first.unit});
   add_window(options, result);
@@ -211,10 +211,10 @@ void run_inverse(const FftOptions& options, const NumberTable& table) {
   sequence.values = half_complex_from(table, options.column());
   const Entry entry = entry_for(options);
   transform(entry, sequence.values);
-  const std::string counted = std::to_string(sequence.values.size()) + " values";
+  const std::string values = counted(Integer(sequence.values.size()), "value", "values");
 
   Result result;
-  result.notes = {"Real sequence of " + counted + " from the spectrum in " + table.source(),
+  result.notes = {"Real sequence of " + values + " from the spectrum in " + table.source(),
                   precision_note(entry.name, options.classic),
                   "x_j = 1/sqrt(N) sum_k z_k exp(+2 pi i j k/N), N = " + std::to_string(sequence.values.size())};
   result.facts = facts_of(options, entry, sequence.values.size());
@@ -224,7 +224,7 @@ void run_inverse(const FftOptions& options, const NumberTable& table) {
   }
   result.table = result.data;
   result.table[1] = aligned_column("value", sequence.values, largest_magnitude(sequence.values));
-  result.picture = [&](const std::string& file) { draw({panel_of(sequence, counted)}, file); };
+  result.picture = [&](const std::string& file) { draw({panel_of(sequence, values)}, file); };
   deliver(result, options.output);
 }
 
@@ -276,7 +276,7 @@ Where the first column is evenly spaced it gives the unit of the periods.
 for each k), or one column in half-complex order: the real parts of z_0 ... z_(N/2),
 then the imaginary parts from the highest k down to 1.
 
---scale log and db show logarithms of the magnitudes, and decibels below the largest one.
+--scale log has an axis of powers of ten, --scale db shows decibels below the largest magnitude.
 --from and --to leave a range of the frequencies, or of the periods with --axis period.
 Complex numbers (columns real and imaginary, cells such as 1-2i), Matrix Market files, and
 arrays with --shape and --dim are transformed as quarn cfft does.

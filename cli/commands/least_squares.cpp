@@ -5,6 +5,7 @@
 #include "cli/commands/failure.h"
 #include "cli/commands/options.h"
 #include "cli/io/matrix_output.h"
+#include "cli/plot/plot.h"
 #include "cli/system/progress.h"
 #include "tesk2mp/kernels.hpp"
 
@@ -65,6 +66,11 @@ void solve(const RankOptions& options, const DenseMatrix& matrix, const DenseMat
   result.notes.push_back("||b - A x|| = " + brief(residual));
   result.facts.push_back({"residual", residual.to_string()});
   add_matrix(result, DenseMatrix{"", solution.x});
+  result.picture = [&](const std::string& file) {
+    draw(panels_of_elements(result.notes.front(), elements_of<Complex>(DenseMatrix{"", solution.x}),
+                            matrix.complex() || right.complex()),
+         file);
+  };
   deliver(result, options.output);
 }
 
@@ -92,7 +98,9 @@ void run_pinv(const RankOptions& options) {
       [&]<class T>(const tesk2mp::Matrix<T>& a) {
         const auto found = tesk2mp::minimum_norm(a, tesk2mp::Matrix<T>::identity(a.rows()), tolerance_of(options));
         Result result = started("Pseudo-inverse of the " + description(given), given, found.rank);
-        add_matrix(result, DenseMatrix{"", found.x});
+        const DenseMatrix inverse{"", found.x};
+        add_matrix(result, inverse);
+        result.picture = [&](const std::string& file) { draw(map_of_magnitudes(result.notes.front(), inverse), file); };
         deliver(result, options.output);
       },
       given.elements);
@@ -105,7 +113,9 @@ void run_null(const RankOptions& options) {
       [&](const auto& a) {
         const auto basis = tesk2mp::null_space(a, tolerance_of(options));
         Result result = started("Null space of the " + description(given), given, a.columns() - basis.columns());
-        add_matrix(result, DenseMatrix{"", basis});
+        const DenseMatrix vectors{"", basis};
+        add_matrix(result, vectors);
+        result.picture = [&](const std::string& file) { draw(map_of_magnitudes(result.notes.front(), vectors), file); };
         deliver(result, options.output);
       },
       given.elements);
@@ -158,6 +168,7 @@ const Registered kLeastSquares(
     106, "lstsq", "least squares with a dense matrix of any shape and rank", kLeastSquaresFooter, [](Command& command) {
       auto options = std::make_shared<RankOptions>();
       declare(command, options);
+      add_plot_option(command, options->output);
       command.text("--rhs", "FILE", options->right_side, "the right side; - is standard input");
       command.text("--column", "NAME", options->column, "name or number of the right side's column");
       command.work = [options] { run_lstsq(*options); };
@@ -167,6 +178,7 @@ const Registered kPseudoInverse(107, "pinv", "the pseudo-inverse of a dense matr
                                 [](Command& command) {
                                   auto options = std::make_shared<RankOptions>();
                                   declare(command, options);
+                                  add_plot_option(command, options->output);
                                   command.work = [options] { run_pinv(*options); };
                                 });
 
@@ -174,6 +186,7 @@ const Registered kNullSpace(108, "null", "the null space of a dense matrix, and 
                             [](Command& command) {
                               auto options = std::make_shared<RankOptions>();
                               declare(command, options);
+                              add_plot_option(command, options->output);
                               command.work = [options] { run_null(*options); };
                             });
 

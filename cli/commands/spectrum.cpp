@@ -138,6 +138,7 @@ Panel panel_of(const Sequence& sequence, const Spectrum& spectrum, const Spectru
   panel.title = "Spectrum of " + sequence.quantity() + ", highest peaks with their periods";
   panel.x_title = periods ? "period (" + sequence.unit + ")" : "frequency (cycles per " + sequence.unit + ")";
   panel.y_title = scale.title();
+  panel.exponents = scale.is_logarithmic();
   panel.style = scale.is_linear() && !periods && options.from.empty() ? Panel::Style::area : Panel::Style::line;
   for (std::size_t k = std::max<std::size_t>(spectrum.first, 1); k <= spectrum.last; ++k) {
     if (const auto magnitude = scale(spectrum.magnitudes[k])) {

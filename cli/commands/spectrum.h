@@ -47,10 +47,9 @@ class MagnitudeScale {
         largest_(largest_magnitude(spectrum.magnitudes)) {}
 
   std::string name() const { return linear_ ? "magnitude" : decibels_ ? "decibels" : "log10 magnitude"; }
-  std::string title() const {
-    return linear_ ? "magnitude |z_k|" : decibels_ ? "|z_k| in decibels below the largest" : "log10 of |z_k|";
-  }
+  std::string title() const { return decibels_ ? "|z_k| in decibels below the largest" : "magnitude |z_k|"; }
   bool is_linear() const { return linear_; }
+  bool is_logarithmic() const { return !linear_ && !decibels_; }
   std::optional<QuarnFloat> operator()(const QuarnFloat& magnitude) const {
     if (linear_) {
       return magnitude;

@@ -1,4 +1,6 @@
 // quarn svd: singular values of a dense matrix.
+#include <algorithm>
+
 #include "cli/commands/dense.h"
 #include "cli/commands/options.h"
 #include "cli/commands/ranking.h"
@@ -38,8 +40,13 @@ Result result_of(const SvdOptions& options, const DenseMatrix& given, const tesk
     result.table = {counts, aligned_column("value", system.values, largest_magnitude(system.values))};
     result.data = {counts, {"value", exact_cells(system.values)}};
     result.picture = [&given, sizes = system.values](const std::string& file) {
-      Panel panel = panel_of_elements("singular values of the " + description(given), "value", sizes);
+      Panel panel = panel_of_elements("Singular values of the " + description(given), "value", sizes);
       panel.style = Panel::Style::points;
+      // Sorted, the largest first; orders of magnitude apart they are powers of ten.
+      if (!sizes.empty() && sizes.back() > 0 && sizes.front() > 1000 * sizes.back()) {
+        panel.exponents = true;
+        std::transform(sizes.begin(), sizes.end(), panel.curve.y.begin(), [](const QuarnFloat& x) { return log10(x); });
+      }
       draw({panel}, file);
     };
     return result;
@@ -75,7 +82,7 @@ void declare(Command& command) {
   command.work = [options] { run_svd(*options); };
 }
 
-const Registered kCommand(125, "svd", "singular values of a dense matrix", kFooter, declare);
+const Registered kCommand(125, "svd", "Singular values of a dense matrix", kFooter, declare);
 
 }  // namespace
 

@@ -60,7 +60,7 @@ void run_zeros(const ZerosOptions& options) {
                   aligned_column("imaginary", im, largest),
                   {"error", brief_cells(errors)}};
   result.data = {counts, {"real", exact_cells(re)}, {"imaginary", exact_cells(im)}, {"error", exact_cells(errors)}};
-  result.picture = [&](const std::string& file) { draw(ComplexPlane{"zeros of the polynomial", zeros}, file); };
+  result.picture = [&](const std::string& file) { draw(ComplexPlane{"Zeros of the polynomial", zeros}, file); };
   deliver(result, options.output);
 }
 

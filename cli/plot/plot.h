@@ -36,6 +36,7 @@ struct Panel {
   Curve curve;
   std::vector<Label> labels;
   Style style = Style::line;
+  bool exponents = false;  // y stands for powers of ten
 };
 
 /// Numbers over their indices from 1.
@@ -100,7 +101,7 @@ std::string with_short_names(const std::string& title);
 bool is_picture_name(const std::string& file);
 
 /// Draws the panels one below the other; of many points those that can be seen. Throws Failure when there is no
-/// gnuplot, when it fails, or when a number is too large to be drawn.
+/// gnuplot or when it fails.
 void draw(const std::vector<Panel>& panels, const std::string& file);
 
 void draw(const Chart& chart, const std::string& file);

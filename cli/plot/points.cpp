@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 
 #include "cli/commands/failure.h"
+#include "cli/io/matrix_input.h"
 #include "cli/io/result.h"
 #include "quarn/quarnthread.h"
 
@@ -33,7 +35,7 @@ class Scale {
 
 Points joined_points(const Points& all, std::size_t width) {
   const Scale column(all.x, width);
-  Points kept;
+  Points kept{{}, {}, all.x_exponent, all.y_exponent};
   for (std::size_t first = 0; first < all.size();) {
     const std::size_t here = column(all.x[first]);
     std::size_t end = first;
@@ -58,7 +60,7 @@ Points single_points(const Points& all, std::size_t width, std::size_t height) {
   const Scale column(all.x, width);
   const Scale row(all.y, height);
   std::vector<bool> taken(width * height);
-  Points kept;
+  Points kept{{}, {}, all.x_exponent, all.y_exponent};
   for (std::size_t i = 0; i < all.size(); ++i) {
     const std::size_t dot = row(all.y[i]) * width + column(all.x[i]);
     if (!taken[dot]) {
@@ -72,29 +74,64 @@ Points single_points(const Points& all, std::size_t width, std::size_t height) {
 
 }  // namespace
 
-double drawn(const QuarnFloat& value, double largest) {
+double drawn(const QuarnFloat& value, std::int64_t exponent, double largest) {
   constexpr double kInvisible = 1e-12;
-  const double number = FloatToDouble(value);
+  const double number = FloatToDouble(exponent == 0 ? value : value / QuarnFloat(1, int(exponent)));
   if (!std::isfinite(number)) {
     throw bad_output("cannot draw numbers beyond the range of a double");
   }
   return std::fabs(number) < largest * kInvisible ? 0 : number;
 }
 
-Points points_of(const std::vector<QuarnFloat>& x, const std::vector<QuarnFloat>& y, bool joined, std::size_t width,
-                 std::size_t height) {
+std::int64_t unit_exponent(const std::vector<QuarnFloat>& values) {
+  constexpr std::int64_t kFar = 300;
+  const QuarnFloat largest = largest_magnitude(values);
+  const std::int64_t exponent = largest == 0 || !isfinite(largest) ? 0 : decimal_exponent(largest);
+  return exponent > kFar || exponent < -kFar ? exponent : 0;
+}
+
+std::string in_unit(const std::string& title, std::int64_t exponent) {
+  return exponent == 0 ? title : title + " / 1e" + std::to_string(exponent);
+}
+
+std::string power_text(double exponent) {
+  double whole = std::floor(exponent);
+  double mantissa = std::round(10 * std::pow(10, exponent - whole)) / 10;
+  if (mantissa >= 10) {
+    mantissa = 1;
+    ++whole;
+  }
+  char text[48];
+  std::snprintf(text, sizeof text, "%ge%.0f", mantissa, whole);
+  return text;
+}
+
+namespace {
+
+Points points_in(const std::vector<QuarnFloat>& x, std::int64_t x_exponent, const std::vector<QuarnFloat>& y,
+                 std::int64_t y_exponent) {
   constexpr std::size_t kOften = 65536;
-  const double largest = FloatToDouble(largest_magnitude(y));
+  const double largest = std::fabs(drawn(largest_magnitude(y), y_exponent));
   Points all;
+  all.x_exponent = x_exponent;
+  all.y_exponent = y_exponent;
   all.x.reserve(x.size());
   all.y.reserve(x.size());
   for (std::size_t i = 0; i < x.size(); ++i) {
     if (i % kOften == 0) {
       QuarnCheckInterrupt();
     }
-    all.x.push_back(drawn(x[i]));
-    all.y.push_back(drawn(y[i], largest));
+    all.x.push_back(drawn(x[i], x_exponent));
+    all.y.push_back(drawn(y[i], y_exponent, largest));
   }
+  return all;
+}
+
+}  // namespace
+
+Points points_of(const std::vector<QuarnFloat>& x, const std::vector<QuarnFloat>& y, bool joined, std::size_t width,
+                 std::size_t height) {
+  Points all = points_in(x, unit_exponent(x), y, unit_exponent(y));
   if (all.size() <= 4 * width) {
     return all;
   }
@@ -103,6 +140,14 @@ Points points_of(const std::vector<QuarnFloat>& x, const std::vector<QuarnFloat>
   }
   const bool in_order = std::is_sorted(all.x.begin(), all.x.end()) || std::is_sorted(all.x.rbegin(), all.x.rend());
   return in_order ? joined_points(all, width) : all;
+}
+
+Points points_of(const std::vector<Complex>& values, std::size_t width, std::size_t height) {
+  const std::vector<QuarnFloat> x = real_parts(values);
+  const std::vector<QuarnFloat> y = imaginary_parts(values);
+  const std::int64_t exponent = unit_exponent({largest_magnitude(x), largest_magnitude(y)});
+  Points all = points_in(x, exponent, y, exponent);
+  return all.size() <= 4 * width ? all : single_points(all, width, height);
 }
 
 }  // namespace cli

@@ -131,13 +131,12 @@ struct Diagram {
   std::vector<Points> curves;
   std::size_t columns = kColumns;
   std::size_t rows = kRows;
+  bool plane = false;  // both axes in the same scale, about the origin
 };
 
 std::string headed(const std::string& title) { return title.empty() ? "" : with_short_names(title) + "\n"; }
 
-std::string y_label(const Diagram& diagram, double y) {
-  return diagram.exponents ? "1e" + std::to_string(std::lround(y)) : short_text(y);
-}
+std::string y_label(const Diagram& diagram, double y) { return diagram.exponents ? power_text(y) : short_text(y); }
 
 std::string text_of(const Diagram& diagram, bool braille) {
   Range x;
@@ -151,6 +150,17 @@ std::string text_of(const Diagram& diagram, bool braille) {
   if (from_zero && y.low <= y.high) {
     y.add(0);
   }
+  // Bars as wide as their distance, but for a gap.
+  double bar = 0;
+  if (diagram.style == Panel::Style::bars && x.low <= x.high) {
+    const auto bars = double(diagram.curves.front().size());
+    bar = bars > 1 ? (x.high - x.low) / (bars - 1) : 1;
+    x = {x.low - bar / 2, x.high + bar / 2};
+  }
+  if (diagram.plane && x.low <= x.high) {
+    const double edge = std::max({std::fabs(x.low), std::fabs(x.high), std::fabs(y.low), std::fabs(y.high)});
+    x = y = {-edge, edge};
+  }
   x.settle();
   y.settle();
   Canvas canvas(diagram.columns, diagram.rows, braille);
@@ -163,6 +173,12 @@ std::string text_of(const Diagram& diagram, bool braille) {
       const auto here = place(points, i);
       if (diagram.style == Panel::Style::points) {
         canvas.set(here.first, here.second);
+      } else if (diagram.style == Panel::Style::bars) {
+        const std::size_t left = x.dot(points.x[i] - bar / 2, canvas.width());
+        const std::size_t right = x.dot(points.x[i] + bar / 2, canvas.width());
+        for (std::size_t column = left; column < std::max(right, left + 2) - 1; ++column) {
+          canvas.join({column, y.dot(0, canvas.height())}, {column, here.second});
+        }
       } else if (!joined) {
         canvas.join({here.first, y.dot(0, canvas.height())}, here);
       } else {
@@ -234,12 +250,15 @@ bool has_braille() {
 }
 
 std::string text_picture(const Panel& panel, bool braille) {
-  Diagram diagram{panel.title, panel.x_title, panel.y_title, panel.style, false, {}};
+  Diagram diagram{panel.title, panel.x_title, panel.y_title, panel.style, panel.exponents, {}};
   diagram.curves = {
       points_of(panel.curve.x, panel.curve.y, panel.style != Panel::Style::points, 2 * kColumns, 4 * kRows)};
+  const std::int64_t exponent = diagram.curves.front().x_exponent;
+  diagram.x_title = in_unit(panel.x_title, exponent);
+  diagram.y_title = in_unit(panel.y_title, diagram.curves.front().y_exponent);
   std::string text = text_of(diagram, braille);
   for (const Label& label : panel.labels) {
-    text += std::string(kLabel + 1, ' ') + label.text + " at " + short_text(drawn(label.x)) + "\n";
+    text += std::string(kLabel + 1, ' ') + label.text + " at " + short_text(drawn(label.x, exponent)) + "\n";
   }
   return text;
 }
@@ -268,8 +287,12 @@ std::string text_picture(const Spy& spy, bool braille) {
 }
 
 std::string text_picture(const HeatMap& map, bool braille) {
+  if (map.values.empty()) {
+    return headed(map.title + ": no elements");
+  }
   const Integer side = (std::max(map.rows.count, map.columns.count) - 1) / kMostTiles + 1;
   const auto columns = std::size_t((map.columns.count - 1) / side) + 1;
+  const std::int64_t exponent = map.logarithmic ? 0 : unit_exponent(map.values);
   std::vector<double> tiles(columns * (std::size_t((map.rows.count - 1) / side) + 1),
                             -std::numeric_limits<double>::infinity());
   for (std::size_t k = 0; k < map.values.size(); ++k) {
@@ -277,7 +300,7 @@ std::string text_picture(const HeatMap& map, bool braille) {
     const std::size_t column = k / std::size_t(map.rows.count) / std::size_t(side);
     if (!map.logarithmic || map.values[k] != 0) {
       double& tile = tiles[row * columns + column];
-      tile = std::max(tile, drawn(map.logarithmic ? log10(map.values[k]) : map.values[k]));
+      tile = std::max(tile, map.logarithmic ? drawn(log10(map.values[k])) : drawn(map.values[k], exponent));
     }
   }
   Range range;
@@ -290,18 +313,20 @@ std::string text_picture(const HeatMap& map, bool braille) {
   if (map.logarithmic && range.low < range.high - kDecades) {
     range.low = range.high - kDecades;
   }
-  const std::string sign = map.logarithmic ? "1e" : "";
-  const std::string ends =
-      range.low > range.high ? "" : ", " + sign + short_text(range.low) + " to " + sign + short_text(range.high);
+  const auto text = [&](double end) { return map.logarithmic ? power_text(end) : short_text(end); };
+  const std::string ends = range.low > range.high ? "" : ", " + text(range.low) + " to " + text(range.high);
+  const bool indices = map.rows.title == "row" && map.columns.title == "column";
   range.settle();
-  return headed(map.title) + text_of_tiles(tiles, columns, range, braille) + "  " + map.value_title + ends +
-         "; rows: " + map.rows.title + ", columns: " + map.columns.title + "\n";
+  return headed(map.title) + text_of_tiles(tiles, columns, range, braille) + "  " + in_unit(map.value_title, exponent) +
+         ends + (indices ? "" : "; rows: " + map.rows.title + ", columns: " + map.columns.title) + "\n";
 }
 
 std::string text_picture(const ComplexPlane& plane, bool braille) {
   constexpr std::size_t kSide = 21;
-  Diagram diagram{plane.title, "real part", "imaginary part", Panel::Style::points, false, {}, 2 * kSide, kSide};
-  diagram.curves = {points_of(real_parts(plane.points), imaginary_parts(plane.points), false, 4 * kSide, 4 * kSide)};
+  Diagram diagram{plane.title, "", "", Panel::Style::points, false, {}, 2 * kSide, kSide, true};
+  diagram.curves = {points_of(plane.points, 4 * kSide, 4 * kSide)};
+  diagram.x_title = in_unit("real part", diagram.curves.front().x_exponent);
+  diagram.y_title = in_unit("imaginary part", diagram.curves.front().y_exponent);
   return text_of(diagram, braille);
 }
 

@@ -235,6 +235,13 @@ class Pictures(unittest.TestCase):
             (["lu", a, "--part", "p"], "", ["Row order of the 2 by 2 matrix", "row of L U", "row of A"]),
             (["chol", a, "--upper"], "", ["U of A = U^H U", "magnitude"]),
             (["lu", "-"], "0 0\n0 0\n", ["L and U"]),
+            (["null", "-"], "1 0\n0 1\n", ["Null space of the 2 by 2 matrix", "no elements"]),
+            (["pinv", "-"], "3\n4\n", ["Pseudo-inverse", "magnitude", "1e-1"]),
+            (["svd", "-"], "1 0\n0 1e-7\n", ["Singular values", "1e-6"]),
+            (["fft", "-", "--scale", "log"], "5\n", ["The 1 value", "magnitude |z_k|"]),
+            (["fft", "-", "--scale", "log"], "1e400\n3e400\n1e400\n", ["value / 1e400", "1e400", "2e400"]),
+            (["fft", "-"], "1e-400\n3e-400\n2e-400\n", ["value / 1e-400", "magnitude |z_k| / 1e-401"]),
+            (["zeros", "1", "-6e400", "11e800", "-6e1200"], "", ["real part / 1e400", "imaginary part / 1e400"]),
         ):
             with self.subTest(arguments=arguments, stdin=stdin):
                 run_well(*arguments, "--plot", self.file("p+1.svg"), stdin=stdin)
@@ -273,6 +280,14 @@ class Pictures(unittest.TestCase):
         run_well("fft", "-", "--output", self.file("r.csv"), "--plot", "-", stdin=FOUR)
         dots = run_well("sparse", "-", "--plot", "-", stdin="1 0\n0 1\n", env={**os.environ, "LC_ALL": "C.UTF-8"})
         self.assertIn("\u2588", dots)
+        # Bars side by side, one scale for both axes of the plane, and powers of ten with their first digits.
+        plain = {**os.environ, "LC_ALL": "C"}
+        bars = run_well("random", "--count", "8", "--output", self.file("r.csv"), "--plot", "-", env=plain)
+        self.assertRegex(bars, r"\n +0 \+(\*{5,7} +){3,}")
+        plane = run_well("zeros", "1", "0", "-4", "--output", self.file("r.csv"), "--plot", "-", env=plain)
+        self.assertRegex(plane, r"(?s)\n +2 \+\n.*\n +0 \+\*.*\*\n.*\n +-2 \+\n")
+        self.assertIn("2.5e-2 to 1e2\n", run_well("inv", "-", "--output", self.file("r.csv"), "--plot", "-", env=plain,
+                                                  stdin="40 0\n0 0.01\n"))
 
     def test_names_are_never_commands(self):
         name = "'`touch hit`' $(touch hit) @hit \\"
