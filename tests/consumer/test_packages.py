@@ -148,6 +148,43 @@ class Linux(Consumer):
         run(*AS_ROOT, "dpkg", f"--root={root}", "--purge", *packages)
         self.assertEqual(files_below(root) - before, set())
 
+    def test_wheel(self):
+        """Built in one environment, without a network, and used in an empty one, which knows nothing of the build."""
+        folder = empty_folder(self.folder / "wheel")
+        maker, user = folder / "maker", folder / "user"
+        run("/usr/bin/python3", "-m", "venv", "--system-site-packages", maker)
+        offline = {"TESK_BUILD": OPTIONS.release, "PIP_NO_INDEX": 1, "PIP_DISABLE_PIP_VERSION_CHECK": 1}
+        run(maker / "bin/pip", "wheel", "--no-build-isolation", "-w", folder, TOP, env=environment(**offline))
+        (wheel,) = folder.glob("*.whl")
+        with zipfile.ZipFile(wheel) as contents:
+            files = {name.partition("/")[2]: name for name in contents.namelist() if name.startswith("tesk2mp/")}
+            libraries = [name for name in files if re.search(r"\.so(\.\d+)?$", name)]
+            self.assertEqual(len(libraries), 4, libraries)
+            self.assertLessEqual({"__init__.py", "__init__.pyi", "py.typed"}, set(files))
+            contents.extractall(folder / "unpacked")
+        version = run("/usr/bin/python3", "-c", "import sys; print(*sys.version_info[:2], sep='')").strip()
+        platform = f"cp{version}-cp{version}-linux_{os.uname().machine}.whl"
+        self.assertRegex(wheel.name, rf"^tesk2mp-[\d.]+-{re.escape(platform)}$")
+        for library in libraries:
+            told = run("readelf", "-d", folder / "unpacked/tesk2mp" / library)
+            self.assertEqual(re.findall(r"\((?:RUNPATH|RPATH)\).*\[(.*)\]", told), ["$ORIGIN"], library)
+        shutil.rmtree(folder / "unpacked")
+        run("/usr/bin/python3", "-m", "venv", user)
+        run(user / "bin/pip", "install", wheel, env=environment(**offline))
+        program = (
+            "import re, tesk2mp; print(tesk2mp.__version__, *tesk2mp.solve([[4, 1], [2, 3]], [1, 2], digits=40));"
+            "print(*sorted(set(re.findall(r'/\\S*(?:tesk2mp|quarnc|qrnfloat)\\S*\\.so\\S*', open('/proc/self/maps').read()))))"
+        )
+        printed = run(user / "bin/python", "-I", "-c", program, cwd="/").splitlines()
+        self.assertEqual(printed[0].split(), [wheel.name.split("-")[1], "0.1", "0.6"])
+        home = user / f"lib/python{version[0]}.{version[1:]}/site-packages/tesk2mp"
+        self.assertEqual([os.path.dirname(path) for path in printed[1].split()], [str(home)] * 4)
+        run(user / "bin/python", TOP / "tests/python/test_context.py", cwd="/")
+        run(user / "bin/pip", "uninstall", "-y", "tesk2mp")
+        self.assertFalse(home.exists())
+        run(maker / "bin/pip", "install", "--no-build-isolation", TOP, env=environment(**offline))
+        self.assertIn("0.6", run(maker / "bin/python", "-I", "-c", program, cwd="/"))
+
     def make_system(self, root, ours, depends):
         """A system of its own: this one's shell, loader and libraries, and its word for the packages that are there."""
         for name in ("usr/bin", "usr/sbin", "usr/lib", "usr/lib64", "etc", "tmp", "var/lib/dpkg/info", "var/lib/dpkg/updates"):
