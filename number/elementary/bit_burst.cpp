@@ -77,20 +77,44 @@ QuarnFloat exp_by_bursts(const QuarnFloat& x, int w) {
   return result;
 }
 
+/// 1 - cos y from s = sin y, |s| <= 10^-places, to an absolute error of 10^-digits, the working digits.
+QuarnFloat one_less_cosine(const QuarnFloat& s, int places, int digits) {
+  if (10 * places < digits) {
+    return QuarnFloat(1) - sqrt((QuarnFloat(1) - s) * (QuarnFloat(1) + s));
+  }
+  // 1 - sqrt(1 - y) = y / 2 + y^2 / 8 + y^3 / 16 + 5 y^4 / 128 + ...
+  const WorkingDigits fewer(std::max(digits - 2 * places, kGuardDigits));
+  const QuarnFloat y = s * s;
+  return y * (QuarnFloat(5, -1) + y * (QuarnFloat(125, -3) + y * (QuarnFloat(625, -4) + y * QuarnFloat(390625, -7))));
+}
+
 /// sin x and cos x for |x| < 1 to an absolute error of 10^-w.
 SinCos sin_cos_by_bursts(const QuarnFloat& x, int w) {
   // The smallest sine has as many digits less as it has zeros in front: those of x are counted in w.
   const int v = w + kHalvings / 3 + 5;
-  const WorkingDigits scope(v + kGuardDigits);
+  const int digits = v + kGuardDigits;
+  const WorkingDigits scope(digits);
   SinCos result{0, 1};
   for_each_burst(halved(x), v, [&](const QuarnFloat& burst, int places) {
     const QuarnFloat p = -burst * burst;
     const auto term = [&p](long k) -> Splitting { return {p, QuarnFloat(2 * k) * QuarnFloat(2 * k + 1), p}; };
     const long terms = terms_needed(v, 2 * places, 2);
     const Splitting sum = split(1, 1 + terms, term, 4 * places + 2 + 2 * length_of(2 * terms + 1));
-    const QuarnFloat s = burst + burst * sum.t / sum.q;
-    const QuarnFloat c = sqrt((QuarnFloat(1) - s) * (QuarnFloat(1) + s));
-    result = {result.sin * c + result.cos * s, result.cos * c - result.sin * s};
+    QuarnFloat s;
+    {
+      const WorkingDigits fewer(std::max(digits - 2 * places, kGuardDigits));  // small beside the burst
+      s = burst * sum.t / sum.q;
+    }
+    s += burst;
+    const QuarnFloat z = one_less_cosine(s, places, digits);
+    // sin' - sin = cos s - sin z and cos - cos' = cos z + sin s by three products, small beside sin and cos.
+    SinCos change;
+    {
+      const WorkingDigits fewer(std::max(digits - places, kGuardDigits));
+      const QuarnFloat both = s * (result.sin + result.cos);
+      change = {both - result.sin * (z + s), both + result.cos * (z - s)};
+    }
+    result = {result.sin + change.sin, result.cos - change.cos};
   });
   // Angles are doubled by a square each: 1 - cos 2y = 2 sin(y)^2 = 4 z - 2 z^2 with z = 1 - cos y.
   QuarnFloat z = 2 * (result.sin * result.sin);

@@ -46,7 +46,7 @@ bool is_tiny(const QuarnFloat& x, int w) { return -scientific_exponent(x) > std:
 /// -log q = (pi / 4) / M(theta_2(q^4)^2, theta_3(q^4)^2) (T. Sasaki, Y. Kanada, Practically fast multiple-precision
 /// evaluation of log(x), J. Inf. Process. 5, 1982), here with q = m / 10^n. docs/accuracy.md adds up the roundings.
 QuarnFloat log_by_mean(const QuarnFloat& m, int w) {
-  const int places = w / 36 + 2;
+  const int places = w / 48 + 2;
   const int digits = w + kGuardDigits;
   const WorkingDigits scope(digits);
   const QuarnFloat half(5, -1);
@@ -59,11 +59,15 @@ QuarnFloat log_by_mean(const QuarnFloat& m, int w) {
   const QuarnFloat q2 = power(4, q, q);
   const QuarnFloat q4 = power(4, q2, q2);
   const QuarnFloat q8 = power(8, q4, q4);
-  const QuarnFloat q24 = power(24, q8, power(24, q8, q8));
+  const QuarnFloat q16 = power(16, q8, q8);
+  const QuarnFloat q24 = power(24, q8, q16);
+  const QuarnFloat q36 = power(36, q24, power(36, q8, q4));
   const QuarnFloat theta_2 = 2 * (q * (1 + q8 + q24));
-  const QuarnFloat theta_3 = 1 + 2 * (q4 + power(16, q8, q8));
-  QuarnFloat a = (theta_3 * theta_3 + theta_2 * theta_2) * half;
+  const QuarnFloat theta_3 = 1 + 2 * (q4 + q16 + q36);
+  // The first step has its root: sqrt(theta_2^2 theta_3^2).
   QuarnFloat b = theta_2 * theta_3;
+  const QuarnFloat sum = theta_2 + theta_3;
+  QuarnFloat a = sum * sum * half - b;
   QuarnFloat difference = (a - b) * half;
   const auto zeros = [&] { return scientific_exponent(a) - scientific_exponent(difference); };
   while (kind_of(difference) == Kind::finite && zeros() < w / 8 + 3) {
