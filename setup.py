@@ -1,7 +1,7 @@
 """The extension and the libraries below it, by CMake.
 
 TESK_BUILD names a folder where CMake has built everything already, for this interpreter; otherwise it is built in
-build/wheel/cmake, with as many compilers at a time as CMAKE_BUILD_PARALLEL_LEVEL says.
+build/wheel/cmake, with as many compilers at a time as CMAKE_BUILD_PARALLEL_LEVEL says, or as there are processors.
 """
 
 import os
@@ -26,7 +26,8 @@ class CMakeBuild(build_ext):
             built = TOP / "build/wheel/cmake"
             options = ["TESK_BUILD_PYTHON=ON", "TESK_BUILD_CLI=OFF", f"Python_EXECUTABLE={sys.executable}"]
             subprocess.run(["cmake", "-S", TOP, "-B", built, *(f"-D{option}" for option in options)], check=True)
-            subprocess.run(["cmake", "--build", built, "--parallel", "--target", "tesk2mp_python"], check=True)
+            compilers = os.environ.get("CMAKE_BUILD_PARALLEL_LEVEL") or str(os.cpu_count() or 1)
+            subprocess.run(["cmake", "--build", built, "--parallel", compilers, "--target", "tesk2mp_python"], check=True)
         package = pathlib.Path(self.get_ext_fullpath(ext.name)).resolve().parent
         subprocess.run(
             ["cmake", "--install", built, "--component", "wheel", "--strip", "--prefix", package.parent], check=True
