@@ -25,6 +25,8 @@ Failures are exceptions, Error and its kinds InvalidArgument and NumericalFailur
     ('C06FAF', 3, ' ** On entry, N .le. 1: N =               1.')
 """
 
+import importlib
+
 from . import _core
 from ._context import digits, results
 from ._core import __version__
@@ -41,3 +43,11 @@ for _name, _value in _public.items():
     globals()[_name] = _value if isinstance(_value, type) or _name in _plain else routine(_value)
 
 __all__ = sorted([*_own, *_public])
+
+# The modules look for the names above. `fft` is one of these as well as a module: the function, with the module's functions.
+_fft = globals()["fft"]
+from . import linalg, sparse, special  # noqa: E402
+
+_module = importlib.import_module(".fft", __name__)
+fft = _fft
+vars(fft).update({name: getattr(_module, name) for name in _module.__all__})

@@ -5,6 +5,9 @@ from fractions import Fraction
 from types import TracebackType
 from typing import Any, Literal, TypeVar, overload
 
+from . import linalg as linalg
+from . import sparse as sparse
+from . import special as special
 from ._types import (
     Matrix,
     Nested,

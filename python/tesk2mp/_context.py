@@ -1,5 +1,6 @@
 """The working digits and the kind of results of a thread or an asyncio task."""
 
+import contextlib
 import contextvars
 import decimal
 import functools
@@ -125,3 +126,13 @@ class results(_Scope):  # pylint: disable=invalid-name
 
     def _leave(self, former):
         _core._results.reset(former)
+
+
+def at(count):
+    """The block at so many digits, or at those that are set when there is no count."""
+    return contextlib.nullcontext() if count is None else digits(count)
+
+
+def plain(x):
+    """The Real x as a number of the class that results have."""
+    return x if _core._results.get() else x.decimal()

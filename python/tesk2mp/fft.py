@@ -1,0 +1,41 @@
+"""Transforms under the names of numpy.fft and scipy.fft: the functions of the package that are called so."""
+
+from . import (
+    dct,
+    dst,
+    fft,
+    fftfreq,
+    fftn,
+    fftshift,
+    idct,
+    idst,
+    ifft,
+    ifftn,
+    ifftshift,
+    irfft,
+    irfftn,
+    next_fast_len,
+    rfft,
+    rfftfreq,
+    rfftn,
+)
+
+__all__ = [
+    "dct",
+    "dst",
+    "fft",
+    "fftfreq",
+    "fftn",
+    "fftshift",
+    "idct",
+    "idst",
+    "ifft",
+    "ifftn",
+    "ifftshift",
+    "irfft",
+    "irfftn",
+    "next_fast_len",
+    "rfft",
+    "rfftfreq",
+    "rfftn",
+]

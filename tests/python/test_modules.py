@@ -1,0 +1,157 @@
+"""The modules under the names of numpy and scipy give what those give, to the digits of doubles."""
+
+import doctest
+import inspect
+import multiprocessing
+import os
+import time
+import unittest
+from concurrent.futures import ProcessPoolExecutor
+from functools import partial
+
+import numpy
+import scipy.fft
+import scipy.linalg
+import scipy.sparse.linalg
+import scipy.special
+import tesk2mp
+from tesk2mp import exact, linalg, sparse, special
+
+SEED = int(os.environ.get("TESK_SEED", time.time())) % 2**32
+print(f"TESK_SEED={SEED}")
+RANDOM = numpy.random.default_rng(SEED)
+THEIRS = {
+    linalg: (scipy.linalg, numpy.linalg),
+    special: (scipy.special,),
+    tesk2mp.fft: (scipy.fft,),
+    sparse.linalg: (scipy.sparse.linalg,),
+}
+
+
+def doubles(x):
+    """An array of doubles, real or complex, of what the package returned."""
+    return numpy.array(x, dtype=object).astype(complex)
+
+
+class Modules(unittest.TestCase):
+    def close(self, ours, theirs, what=""):
+        for one, other in zip(ours, theirs, strict=True) if isinstance(theirs, tuple) else [(ours, theirs)]:
+            one, other = doubles(one), numpy.asarray(other)
+            self.assertEqual(one.shape, other.shape, what)
+            self.assertLess(numpy.abs(one - other).max(initial=0), 1e-9 * (1 + numpy.abs(other).max(initial=0)), what)
+
+    def test_examples(self):
+        for module in (linalg, special, sparse.linalg):
+            with self.subTest(module.__name__):
+                self.assertEqual(doctest.testmod(module).failed, 0)
+                for name in module.__all__:
+                    self.assertIn(">>>", getattr(module, name).__doc__, name)
+
+    def test_names_are_theirs(self):
+        """Each name is one of numpy's or scipy's, and each function takes digits."""
+        ours_alone = {"exp10", "exp2", "next_fast_len"}
+        for module, theirs in THEIRS.items():
+            for name in getattr(module, "__all__", None) or [name for name in vars(module) if name[0] != "_"]:
+                with self.subTest(name):
+                    self.assertTrue(name in ours_alone or any(hasattr(each, name) for each in theirs))
+                    self.assertIn("digits", inspect.signature(getattr(module, name)).parameters)
+
+    def test_linalg(self):
+        for kind in ("real", "complex"):
+            a = RANDOM.standard_normal((5, 5)) + (1j * RANDOM.standard_normal((5, 5)) if kind == "complex" else 0)
+            a += 5 * numpy.eye(5)
+            b, c, tall = a[:, 0] + 1, a[:, :2], a[:, :3]
+            hermitian, definite = a + a.conj().T, a @ a.conj().T
+            x, xb, xc, xt, xh, xd = map(exact, (a, b, c, tall, hermitian, definite))
+            triangle = exact(numpy.triu(a))
+            self.close(linalg.solve(x, xb), scipy.linalg.solve(a, b))
+            self.close(linalg.solve(x, xc, digits=40), scipy.linalg.solve(a, c))
+            for assume, matrix in (("her", hermitian), ("pos", definite), ("sym", a + a.T)):
+                for lower in (False, True):
+                    ours = linalg.solve(exact(matrix), xc, lower, assume)
+                    self.close(ours, scipy.linalg.solve(matrix, c, lower=lower, assume_a=assume), assume)
+            for trans in (0, 1, 2, "T"):
+                self.close(
+                    linalg.solve_triangular(triangle, xb, trans), scipy.linalg.solve_triangular(numpy.triu(a), b, trans)
+                )
+            for trans in (0, 1, 2):
+                theirs = scipy.linalg.lu_solve(scipy.linalg.lu_factor(a), b, trans)
+                self.close(linalg.lu_solve(linalg.lu_factor(x), xb, trans), theirs)
+            self.close(linalg.cho_solve(linalg.cho_factor(xd), xb), scipy.linalg.solve(definite, b))
+            for name, ours, theirs in (
+                ("inv", (x,), (a,)),
+                ("det", (x,), (a,)),
+                ("svdvals", (xt,), (tall,)),
+                ("cholesky", (xd, True), (definite, True)),
+                ("cholesky", (xd, False), (definite, False)),
+                ("eigvalsh", (xh,), (hermitian,)),
+                ("pinv", (xt,), (tall,)),
+            ):
+                self.close(getattr(linalg, name)(*ours), getattr(scipy.linalg, name)(*theirs), name)
+            self.close(linalg.slogdet(x), tuple(numpy.linalg.slogdet(a)))
+            self.close(linalg.lstsq(xt, xb)[0], numpy.linalg.lstsq(tall, b, rcond=None)[0])
+            self.assertEqual((linalg.matrix_rank(xt), linalg.lstsq(xt, xb)[1]), (3, 3))
+            for order in (None, "fro", 1, 2, numpy.inf):
+                self.close(linalg.cond(x, order), numpy.linalg.cond(a, order), f"cond {order}")
+                self.close(linalg.norm(xt, order), numpy.linalg.norm(tall, order), f"norm {order}")
+                if order != "fro":
+                    self.close(linalg.norm(xb, order), numpy.linalg.norm(b, order), f"norm {order}")
+            u, s, vh = map(doubles, linalg.svd(xt))
+            self.close(u @ numpy.diag(s) @ vh, tall)
+            self.assertEqual([type(each) for each in linalg.svd(xt)], [numpy.ndarray] * 3)
+            q, r = map(doubles, linalg.qr(xt))
+            self.close(q @ r, tall)
+            w, v = map(doubles, linalg.eig(x))
+            self.close(a @ v, v * w)
+            w, v = map(doubles, linalg.eigh(xh, lower=False))
+            self.close(hermitian @ v, v * w)
+            self.close(tall.T @ doubles(linalg.null_space(exact(tall.T))), numpy.zeros((3, 2)))
+            self.assertEqual(sorted(map(complex, linalg.eigvals(x)), key=str), sorted(map(complex, linalg.eig(x)[0]), key=str))
+            if kind == "real":
+                for name in ("schur", "hessenberg"):
+                    h, q = map(doubles, getattr(linalg, name)(x))
+                    self.close(q @ h @ q.T, a)
+                bands = exact(numpy.array([[0, 1, 2], [4, 5, 6], [1, 2, 0]], dtype=float))
+                self.close(
+                    linalg.solve_banded((1, 1), bands, xb[:3]), scipy.linalg.solve_banded((1, 1), bands.astype(float), b[:3])
+                )
+        self.assertEqual(linalg.cond([[1, 2], [2, 4]], digits=30) > 10**28, True)
+        self.assertEqual(linalg.slogdet([[0]]), (0, tesk2mp.Real("-inf")))
+        for call in (lambda: linalg.norm([1], 3), lambda: linalg.solve([[1]], [1], assume_a="none"), lambda: linalg.cond([[1]], "nuc")):
+            with self.assertRaises(tesk2mp.InvalidArgument):
+                call()
+
+    def test_special(self):
+        for name in special.__all__:
+            arguments = {"beta": (exact(5.5), 3), "binom": (exact(5.5), 3), "factorial": (3,)}.get(name, (exact(3.75),))
+            self.close(getattr(special, name)(*arguments), getattr(scipy.special, name)(*map(float, arguments)), name)
+
+    def test_fft(self):
+        z = RANDOM.standard_normal(12)
+        for name in vars(tesk2mp.fft):
+            if name.endswith(("fft", "fftn", "ct", "st")):
+                self.close(getattr(tesk2mp.fft, name)(exact(z)), getattr(scipy.fft, name)(z), name)
+
+    def test_iterations(self):
+        a = RANDOM.standard_normal((6, 6)) + 10 * numpy.eye(6)
+        x = exact(a)
+        matrix = sparse.SparseMatrix(6, [(i, j, x[i, j]) for i in range(6) for j in range(6)])
+        diagonal = [x[i, i] for i in range(6)]
+        for name in sparse.linalg.__all__:
+            seen = []
+            found, info = getattr(sparse.linalg, name)(
+                matrix, [1] * 6, rtol="1e-20", digits=40, callback=seen.append, M=lambda r: [e / d for e, d in zip(r, diagonal)]
+            )
+            self.assertEqual((info, len(seen) > 1), (0, True))
+            self.close(found, numpy.linalg.solve(a, numpy.ones(6)), name)
+
+    def test_processes(self):
+        """Workers compute with the digits that the call names, whatever way they are started."""
+        expected = [linalg.inv([[n]], digits=40) for n in (3, 7)]
+        for way in ("fork", "spawn"):
+            with ProcessPoolExecutor(1, mp_context=multiprocessing.get_context(way)) as pool:
+                self.assertEqual(list(pool.map(partial(linalg.inv, digits=40), [[[3]], [[7]]])), expected)
+
+
+if __name__ == "__main__":
+    unittest.main()
