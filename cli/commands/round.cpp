@@ -46,7 +46,7 @@ std::string fixed_text(const QuarnFloat& value, int places) {
 }
 
 bool is_numeric(const NumberTable::Column& column) {
-  return !column.cells.empty() && is_number(with_plain_exponent(column.cells.front()));
+  return !column.cells.empty() && is_number(with_plain_signs(column.cells.front()));
 }
 
 Numbers rounded_column(const RoundOptions& options, int places, tesk2mp::Rounding mode, const Numbers& given) {

@@ -25,7 +25,11 @@ bool has_decimal_comma(std::string_view cell);
 /// The same with a point.
 std::string with_decimal_point(std::string cell);
 
-/// A cell with a Fortran exponent, 1.5D+03, in the usual way; any other cell as it is.
-std::string with_plain_exponent(std::string cell);
+/// A cell with a Fortran exponent, 1.5D+03, or typographic minus signs in the usual way; any other cell as it is.
+std::string with_plain_signs(std::string cell);
+
+/// Whether a cell that is no number was meant as one: digits in groups, 1,234.5 or 1.234,5 or 12 345, or two numbers
+/// with a blank between; no date.
+bool has_groups(std::string_view cell);
 
 }  // namespace cli

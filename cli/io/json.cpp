@@ -1,5 +1,6 @@
 #include "cli/io/json.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <string_view>
 
@@ -13,7 +14,7 @@ namespace {
 using Json = nlohmann::json;
 
 // The parser hands over numbers as they are written, so no digit is lost.
-// Collects an array of scalars, an array of rows, or the arrays of an object; anything deeper is skipped.
+// Collects an array of scalars, of rows or of objects, or the arrays of an object; anything deeper is skipped.
 class ColumnCollector final : public Json::json_sax_t {
  public:
   bool null() override { return add("null"); }
@@ -26,6 +27,13 @@ class ColumnCollector final : public Json::json_sax_t {
 
   bool start_object(std::size_t) override {
     nesting_ += '{';
+    if (nesting_ == kRecord) {
+      ++records_;
+      position_ = 0;
+      return rows_ == 0 && (records_ > 1 || columns.empty() || columns.front().cells.empty())
+                 ? true
+                 : refuse("numbers and objects are mixed");
+    }
     return true;
   }
   bool key(string_t& name) override {
@@ -45,11 +53,18 @@ class ColumnCollector final : public Json::json_sax_t {
     } else if (nesting_ == kRow) {
       ++rows_;
       position_ = 0;
-      return rows_ > 1 || columns.front().cells.empty() || refuse("numbers and rows of numbers are mixed");
+      return records_ == 0 && (rows_ > 1 || columns.front().cells.empty())
+                 ? true
+                 : refuse("numbers and rows of numbers are mixed");
     }
     return true;
   }
   bool end_array() override {
+    if (nesting_ == kArray && records_ > 0) {
+      for (NumberTable::Column& column : columns) {
+        column.cells.resize(records_, "null");
+      }
+    }
     if (nesting_ == kRow && position_ != columns.size()) {
       return refuse("row " + std::to_string(rows_) + " has " + std::to_string(position_) + " numbers, the first has " +
                     std::to_string(columns.size()));
@@ -69,6 +84,7 @@ class ColumnCollector final : public Json::json_sax_t {
   static constexpr const char* kMemberArray = "{[";
   static constexpr const char* kArray = "[";
   static constexpr const char* kRow = "[[";
+  static constexpr const char* kRecord = "[{";
 
   bool refuse(const std::string& reason) {
     error = reason;
@@ -78,9 +94,11 @@ class ColumnCollector final : public Json::json_sax_t {
   bool add(const std::string& cell) {
     if (nesting_ == kMemberArray) {
       columns.back().cells.push_back(cell);
+    } else if (nesting_ == kRecord) {
+      record_column().cells.push_back(cell);
     } else if (nesting_ == kArray) {
-      if (rows_ > 0) {
-        return refuse("numbers and rows of numbers are mixed");
+      if (rows_ > 0 || records_ > 0) {
+        return refuse(rows_ > 0 ? "numbers and rows of numbers are mixed" : "numbers and objects are mixed");
       }
       columns.back().cells.push_back(cell);
     } else if (nesting_ == kRow) {
@@ -95,10 +113,29 @@ class ColumnCollector final : public Json::json_sax_t {
     return true;
   }
 
+  /// The column of the member being read, with nothing for the objects before that lack it. The members of most arrays
+  /// come in the same order each time.
+  NumberTable::Column& record_column() {
+    const auto is_named = [&](const NumberTable::Column& column) { return column.name == name_; };
+    if (records_ == 1 && columns.size() == 1 && columns.front().name.empty() && columns.front().cells.empty()) {
+      columns.clear();  // the one that an array of numbers has
+    }
+    if (position_ >= columns.size() || !is_named(columns[position_])) {
+      position_ = std::size_t(std::find_if(columns.begin(), columns.end(), is_named) - columns.begin());
+    }
+    if (position_ == columns.size()) {
+      columns.push_back({name_, {}});
+    }
+    NumberTable::Column& column = columns[position_++];
+    column.cells.resize(records_ - 1, "null");
+    return column;
+  }
+
   std::string nesting_;  // the open brackets
   std::string name_;
   std::size_t rows_ = 0;      // of an array of rows
-  std::size_t position_ = 0;  // in the row being read
+  std::size_t records_ = 0;   // of an array of objects
+  std::size_t position_ = 0;  // in the row or object being read
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <optional>
 #include <type_traits>
 #include <utility>
 
@@ -36,8 +37,9 @@ char separator_of(std::string_view line, bool decimal_commas) {
   return ' ';
 }
 
-// One line's cells. A cell in double quotes may hold the separator, and a quote as two of them.
-std::vector<std::string> cells_of(std::string_view line, char separator) {
+// One line's cells. A cell in double quotes may hold the separator, and a quote as two of them. Nothing where a quote
+// is not closed.
+std::optional<std::vector<std::string>> cells_of(std::string_view line, char separator) {
   std::vector<std::string> cells;
   std::size_t at = 0;
   for (;;) {
@@ -46,7 +48,10 @@ std::vector<std::string> cells_of(std::string_view line, char separator) {
     }
     std::string cell;
     if (at < line.size() && line[at] == '"') {
-      for (++at; at < line.size(); ++at) {
+      for (++at;; ++at) {
+        if (at >= line.size()) {
+          return std::nullopt;
+        }
         if (line[at] == '"' && line.substr(at, 2) != "\"\"") {
           ++at;
           break;
@@ -60,7 +65,7 @@ std::vector<std::string> cells_of(std::string_view line, char separator) {
     if (at < end) {
       cell += trimmed(line.substr(at, end - at));
     }
-    cells.push_back(cell);
+    cells.push_back(with_plain_signs(std::move(cell)));
     at = end;
     if (separator == ' ') {
       at = std::min(line.find_first_not_of(kBlanks, at), line.size());
@@ -73,6 +78,18 @@ std::vector<std::string> cells_of(std::string_view line, char separator) {
       ++at;
     }
   }
+}
+
+// The line without a comment: a # behind a blank, outside quotes.
+std::string_view without_comment(std::string_view line) {
+  bool quoted = false;
+  for (std::size_t at = 1; at < line.size(); ++at) {
+    quoted = quoted != (line[at - 1] == '"');
+    if (line[at] == '#' && !quoted && kBlanks.find(line[at - 1]) != std::string_view::npos) {
+      return line.substr(0, at);
+    }
+  }
+  return line;
 }
 
 bool is_not_finite(std::string_view cell) {
@@ -147,23 +164,42 @@ void NumberTable::parse_lines(const std::string& text) {
   std::size_t number = 0;
   bool started = false;
   bool named = false;
-  char separator = ' ';
+  const auto parted = [&](std::string_view line) {
+    std::optional<std::vector<std::string>> cells = cells_of(line, separator_);
+    if (!cells) {
+      throw bad_input(source_ + ":" + std::to_string(number) + ": a quotation mark is not closed");
+    }
+    return std::move(*cells);
+  };
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t end = std::min(text.find('\n', at), text.size());
-    const std::string_view line = trimmed(std::string_view(text).substr(at, end - at));
+    const std::string_view whole = std::string_view(text).substr(at, end - at);
+    const std::string_view line = trimmed(whole);
     at = end + 1;
     ++number;
     if (number <= std::size_t(options_.skip) || line.empty() || line[0] == '#' || line[0] == '%') {
       continue;
     }
     if (!started) {
-      separator = separator_of(line, options_.decimal == "comma");
+      separator_ = separator_of(line, options_.decimal == "comma");
     }
-    std::vector<std::string> cells = cells_of(line, separator);
+    // A cell before the first tab or behind the last one may be empty.
+    const auto cells_in = [&](std::string_view part) {
+      std::vector<std::string> cells = parted(part);
+      while (separator_ == '\t' && cells.size() > 1 && cells.back().empty() &&
+             (!started || cells.size() > columns_.size())) {
+        cells.pop_back();
+      }
+      return cells;
+    };
+    const std::string_view given = separator_ == '\t' ? whole : line;
+    std::vector<std::string> cells = cells_in(without_comment(given));
     if (!started) {
+      const bool names = are_names(cells);
+      cells = names ? cells_in(given) : cells;  // of names # is a character like others
       started = true;
       columns_.resize(cells.size());
-      if (are_names(cells)) {
+      if (names) {
         for (std::size_t i = 0; i < cells.size(); ++i) {
           columns_[i].name = std::move(cells[i]);
         }
@@ -181,14 +217,24 @@ void NumberTable::parse_lines(const std::string& text) {
       throw bad_input(source_ + ":" + std::to_string(number) + ": " + std::to_string(cells.size()) +
                       (cells.size() == 1 ? " cell" : " cells") + " where the lines before have " +
                       std::to_string(columns_.size()) +
-                      (separator == ',' && cells.size() == 2 * columns_.size()
+                      (separator_ == ',' && cells.size() == 2 * columns_.size()
                            ? "; if these are decimal commas, semicolons or tabs have to part the cells"
                            : ""));
     }
     for (std::size_t i = 0; i < cells.size(); ++i) {
-      columns_[i].cells.push_back(with_plain_exponent(std::move(cells[i])));
+      columns_[i].cells.push_back(std::move(cells[i]));
     }
     lines_.push_back(number);
+  }
+  drop_indentation();
+}
+
+// Lines that all start with a tab have no column before it.
+void NumberTable::drop_indentation() {
+  const auto is_empty = [](const std::string& cell) { return cell.empty(); };
+  while (separator_ == '\t' && columns_.size() > 1 && columns_.front().name.empty() &&
+         std::all_of(columns_.front().cells.begin(), columns_.front().cells.end(), is_empty)) {
+    columns_.erase(columns_.begin());
   }
 }
 
@@ -253,11 +299,26 @@ const NumberTable::Column& NumberTable::choose(const std::string& name) const {
     }
     return *column;
   }
+  const Column* chosen = nullptr;
   for (auto column = columns_.rbegin(); column != columns_.rend(); ++column) {
     const auto first = std::find_if_not(column->cells.begin(), column->cells.end(), is_missing);
-    if (first != column->cells.end() && is_complex_number(*first)) {
-      return *column;
+    if (first == column->cells.end()) {
+      continue;
     }
+    // What was meant as a number, behind the others or parted at its decimal commas, is not passed over.
+    if (has_groups(*first) && (chosen == nullptr || separator_ == ',')) {
+      throw bad_input(place(*column, std::size_t(first - column->cells.begin())) + ": " + shown(*first) +
+                      " is not a number" +
+                      (separator_ == ',' && first->find(' ') != std::string::npos
+                           ? " (--decimal comma, if commas are decimal; --column takes another column)"
+                           : " (numbers have no thousands separators; --column takes another column)"));
+    }
+    if (chosen == nullptr && is_complex_number(*first)) {
+      chosen = &*column;
+    }
+  }
+  if (chosen != nullptr) {
+    return *chosen;
   }
   throw bad_input(place(columns_.back(), 0) + ": " + shown(columns_.back().cells.front()) + " is not a number");
 }

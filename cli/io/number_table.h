@@ -15,10 +15,10 @@ namespace cli {
 
 /// The columns of one input. Four shapes are read, told apart by their contents:
 /// - lines of cells between commas, semicolons, tabs or blanks, with or without a line of names and one of units below,
-///   where lines that start with # or % and empty lines do not count (a plain list of numbers is a table of one
-///   column);
+///   where lines that start with # or %, what follows a # behind numbers, and empty lines do not count (a plain list of
+///   numbers is a table of one column);
 /// - a Matrix Market file, the columns of whose matrix have no names;
-/// - a JSON array of numbers, or of rows of numbers;
+/// - a JSON array of numbers, of rows of numbers, or of objects, whose members are the columns;
 /// - a JSON object, whose members that are arrays are the columns.
 class NumberTable {
  public:
@@ -56,6 +56,7 @@ class NumberTable {
  private:
   void parse_lines(const std::string& text);
   void settle_decimals();
+  void drop_indentation();
   Failure without_number(const Column& column, std::size_t row) const;
   template <class T>
   std::vector<T> values(const Column& column, bool (*is_value)(std::string_view),
@@ -65,6 +66,7 @@ class NumberTable {
   TableOptions options_;
   std::vector<Column> columns_;
   std::vector<std::size_t> lines_;  // of each row; empty for JSON
+  char separator_ = ' ';
 };
 
 }  // namespace cli
