@@ -2,48 +2,95 @@
 #include "convert.h"
 
 namespace python {
+namespace {
+
+tesk2mp::DefiniteProblem problem_of(int problem) {
+  if (problem < 1 || problem > 3) {
+    throw py::value_error("problem is 1, 2 or 3");
+  }
+  return tesk2mp::DefiniteProblem(problem);
+}
+
+/// Calls `work` with the matrix, the eigenvalues that are chosen and its triangle, or with both matrices, the problem
+/// and the triangle.
+template <class Work>
+auto of_symmetric(py::handle a, const std::string& triangle, py::handle b, int problem, py::handle interval,
+                  py::handle indices, const Work& work) {
+  const Array given(a);
+  const tesk2mp::Triangle stored = triangle_of(triangle);
+  const int choices = int(!b.is_none()) + int(!interval.is_none()) + int(!indices.is_none());
+  if (choices > 1) {
+    throw py::value_error("b, interval and indices exclude each other");
+  }
+  if (!b.is_none()) {
+    const Array beside(b);
+    const tesk2mp::DefiniteProblem wanted = problem_of(problem);
+    return with_scalar([&]<class T>(T) { return work(given.matrix<T>(), beside.matrix<T>(), wanted, stored); }, given,
+                       beside);
+  }
+  if (!interval.is_none()) {
+    const auto ends = py::cast<py::sequence>(interval);
+    const tesk2mp::EigenInterval chosen{to_real(ends[0]), to_real(ends[1])};
+    return with_scalar([&]<class T>(T) { return work(given.matrix<T>(), chosen, stored); }, given);
+  }
+  if (!indices.is_none()) {
+    const auto [first, end] = py::cast<std::pair<std::size_t, std::size_t>>(indices);
+    const tesk2mp::EigenIndices chosen{first, end};
+    return with_scalar([&]<class T>(T) { return work(given.matrix<T>(), chosen, stored); }, given);
+  }
+  return with_scalar([&]<class T>(T) { return work(given.matrix<T>(), stored); }, given);
+}
+
+}  // namespace
 
 void add_spectra(py::module_& module) {
   module.def(
       "symmetric_eigen",
-      [](py::handle a, const std::string& triangle) {
-        const Array given(a);
-        const tesk2mp::Triangle stored = triangle_of(triangle);
-        return with_scalar(
-            [&]<class T>(T) {
-              const Matrix<T> matrix = given.matrix<T>();
-              const auto system = outside([&] { return tesk2mp::symmetric_eigen(matrix, stored); });
-              return py::make_tuple(from(system.values, a), from(system.vectors, a));
-            },
-            given);
+      [](py::handle a, const std::string& triangle, py::handle b, int problem, py::handle interval,
+         py::handle indices) {
+        return of_symmetric(a, triangle, b, problem, interval, indices, [&](const auto&... matrices) {
+          const auto system = outside([&] { return tesk2mp::symmetric_eigen(matrices...); });
+          return py::make_tuple(from(system.values, a), from(system.vectors, a));
+        });
       },
-      py::arg("a"), py::arg("triangle") = "lower", R"(symmetric_eigen(a, triangle='lower')
+      py::arg("a"), py::arg("triangle") = "lower", py::arg("b") = py::none(), py::arg("problem") = 1,
+      py::arg("interval") = py::none(), py::arg("indices") = py::none(),
+      R"(symmetric_eigen(a, triangle='lower', b=None, problem=1, interval=None, indices=None)
 
 Eigenvalues, ascending, and eigenvectors of a symmetric or Hermitian matrix, of which that triangle is read: (values,
-vectors), a vectors = vectors diag(values); eigenvector j is column j.
+vectors), a vectors = vectors diag(values); eigenvector j is column j. With a positive definite matrix b those of
+a x = lambda b x; problem 2 stands for a b x = lambda x, 3 for b a x = lambda x. Then vectors^H b vectors = 1, of
+problem 3 vectors^H b^-1 vectors = 1. With interval=(low, high) those with low < value <= high, with indices=(first, end)
+those numbered first ... end - 1, from 0, in ascending order.
 
 >>> values, vectors = symmetric_eigen([[2, 0], [0, 1]])
 >>> values, vectors
 ([Decimal('1'), Decimal('2')], [[Decimal('0'), Decimal('1')], [Decimal('1'), Decimal('0')]])
+>>> symmetric_eigen([[8]], b=[[4]])
+([Decimal('2')], [[Decimal('0.5')]])
+>>> symmetric_eigen([[1, 0], [0, 5]], interval=(2, 5))
+([Decimal('5')], [[Decimal('0')], [Decimal('1')]])
 )");
   module.def(
       "symmetric_eigenvalues",
-      [](py::handle a, const std::string& triangle) {
-        const Array given(a);
-        const tesk2mp::Triangle stored = triangle_of(triangle);
-        return with_scalar(
-            [&]<class T>(T) {
-              const Matrix<T> matrix = given.matrix<T>();
-              return from(outside([&] { return tesk2mp::symmetric_eigenvalues(matrix, stored); }), a);
-            },
-            given);
+      [](py::handle a, const std::string& triangle, py::handle b, int problem, py::handle interval,
+         py::handle indices) {
+        return of_symmetric(a, triangle, b, problem, interval, indices, [&](const auto&... matrices) {
+          return from(outside([&] { return tesk2mp::symmetric_eigenvalues(matrices...); }), a);
+        });
       },
-      py::arg("a"), py::arg("triangle") = "lower", R"(symmetric_eigenvalues(a, triangle='lower')
+      py::arg("a"), py::arg("triangle") = "lower", py::arg("b") = py::none(), py::arg("problem") = 1,
+      py::arg("interval") = py::none(), py::arg("indices") = py::none(),
+      R"(symmetric_eigenvalues(a, triangle='lower', b=None, problem=1, interval=None, indices=None)
 
 The eigenvalues alone.
 
 >>> symmetric_eigenvalues([[0, 3], [3, 0]])
 [Decimal('-3'), Decimal('3')]
+>>> symmetric_eigenvalues([[8]], b=[[4]], problem=2)
+[Decimal('32')]
+>>> symmetric_eigenvalues([[0, 3], [3, 0]], indices=(0, 1))
+[Decimal('-3')]
 )");
   module.def(
       "svd",

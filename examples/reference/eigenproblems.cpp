@@ -13,6 +13,34 @@ void dsyev() {
   //! [dsyev]
 }
 
+void dsyevx() {
+  //! [dsyevx]
+  QuarnFloat a[] = {0, 3, 3, 8}, w[2], work[16];  // the second of the eigenvalues -1 and 9
+  Integer m, info;
+  QuarnMPX_dsyevx_("N", "I", "L", 2, a, 2, 0, 0, 2, 2, 0, &m, w, nullptr, 1, work, 16, nullptr, nullptr, &info, 1, 1,
+                   1);
+  std::cout << m << ": " << w[0] << "\n";
+  //! [dsyevx]
+}
+
+void dstebz() {
+  //! [dstebz]
+  QuarnFloat d[] = {0, 8}, e[] = {3}, w[2];
+  Integer m, nsplit, iblock[2], isplit[2], info;
+  QuarnMPX_dstebz_("V", "B", 2, -2, 0, 0, 0, 0, d, e, &m, &nsplit, w, iblock, isplit, nullptr, nullptr, &info, 1, 1);
+  std::cout << m << ": " << w[0] << "\n";
+  //! [dstebz]
+}
+
+void dstein() {
+  //! [dstein]
+  QuarnFloat d[] = {2, 2}, e[] = {1}, w[] = {3}, z[2];
+  Integer iblock[] = {1}, isplit[] = {2}, ifail[1], info;
+  QuarnMPX_dstein_(2, d, e, 1, w, iblock, isplit, z, 2, nullptr, nullptr, ifail, &info);
+  std::cout << z[0] << " " << z[1] << "\n";
+  //! [dstein]
+}
+
 void zgeev() {
   //! [zgeev]
   Complex a[] = {0, Complex(0, 1), Complex(0, 1), 0}, w[2], work[4];  // eigenvalues i and -i
@@ -82,6 +110,9 @@ void dsteqr() {
 
 int main() {
   return run_examples({{"dsyev", dsyev},
+                       {"dsyevx", dsyevx},
+                       {"dstebz", dstebz},
+                       {"dstein", dstein},
                        {"zgeev", zgeev},
                        {"zgebal", zgebal},
                        {"zhseqr", zhseqr},

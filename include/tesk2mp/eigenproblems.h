@@ -57,6 +57,151 @@ TESK2MP_API void QuarnMPX_zheev_(const char* jobz, const char* uplo, Integer n, 
                                  int uplo_length);
 /// @}
 
+/// @defgroup dsyevx chosen eigenvalues and eigenvectors of a symmetric or Hermitian matrix
+///
+/// DSYEVX: those of a symmetric matrix in an interval, or by their numbers in ascending order; ZHEEVX of a Hermitian
+/// one. Numbers of any size are good.
+///
+/// @param[in] jobz N: eigenvalues alone; V: eigenvectors as well
+/// @param[in] range A: all; V: those with vl < w <= vu; I: numbers il ... iu
+/// @param[in] uplo U: the upper triangle of A is read; L: the lower one
+/// @param[in] n order, >= 0
+/// @param[in] a A, n columns of n elements, lda apart; not changed
+/// @param[in] lda step from column to column of A, >= max(1, n)
+/// @param[in] vl lower end of the interval, read with V
+/// @param[in] vu upper end of the interval, > vl
+/// @param[in] il first number, from 1, read with I
+/// @param[in] iu last number, il <= iu <= n
+/// @param[in] abstol how far eigenvalues may be wrong; not positive for the last place of the largest one
+/// @param[out] m how many were found
+/// @param[out] w n elements: the m eigenvalues, ascending
+/// @param[out] z m columns of n elements, ldz apart: the eigenvectors; not used with jobz N
+/// @param[in] ldz step from column to column of Z, >= 1, and >= n when it is used
+/// @param[out] work lwork elements; work(1) is the length that is asked for, the others are not touched
+/// @param[in] lwork elements of work, >= max(1, 8 n), for ZHEEVX >= max(1, 2 n); -1 asks for the length alone
+/// @param[out] rwork not used
+/// @param[out] iwork not used
+/// @param[out] ifail m elements, with jobz V: the numbers of the eigenvectors that did not converge, then zeros
+/// @param[out] info 0, -k when argument k is illegal, i when i eigenvectors did not converge, n when an element of A is
+///     not finite
+///
+/// @par Failures
+/// Illegal: jobz (-1), range (-2), uplo (-3), n < 0 (-4), lda (-6), vu (-8), il (-9), iu (-10), ldz (-15), lwork (-17).
+/// Storage for 2 n^2 elements is taken for the time of the call. A large abstol may leave eigenvalues too coarse for
+/// their eigenvectors.
+///
+/// @par Method
+/// Tridiagonal form, bisection, inverse iteration; with range A and no tolerance the QL algorithm of DSYEV. A few
+/// digits more than the working ones.
+///
+/// @par Accuracy
+/// The errors of eigenvalues are some units of the last place of the largest one; eigenvectors are orthogonal to the
+/// last digits, those of close eigenvalues as well.
+///
+/// @par Source
+/// W. Barth, R. S. Martin, J. H. Wilkinson, Calculation of the eigenvalues of a symmetric tridiagonal matrix by the
+/// method of bisection, Numer. Math. 9 (1967); E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DSYEVX and ZHEEVX.
+///
+/// @par Cost
+/// About 4/3 n^3 multiply-adds for the tridiagonal form, 20 to 30 passes of 4 n operations for each eigenvalue, 2 n^2
+/// multiply-adds for each eigenvector.
+/// @{
+TESK2MP_API void QuarnMPX_dsyevx_(const char* jobz, const char* range, const char* uplo, Integer n, QuarnFloat* a,
+                                  Integer lda, QuarnFloat vl, QuarnFloat vu, Integer il, Integer iu, QuarnFloat abstol,
+                                  Integer* m, QuarnFloat* w, QuarnFloat* z, Integer ldz, QuarnFloat* work,
+                                  Integer lwork, Integer* iwork, Integer* ifail, Integer* info, int jobz_length,
+                                  int range_length, int uplo_length);
+TESK2MP_API void QuarnMPX_zheevx_(const char* jobz, const char* range, const char* uplo, Integer n, Complex* a,
+                                  Integer lda, QuarnFloat vl, QuarnFloat vu, Integer il, Integer iu, QuarnFloat abstol,
+                                  Integer* m, QuarnFloat* w, Complex* z, Integer ldz, Complex* work, Integer lwork,
+                                  QuarnFloat* rwork, Integer* iwork, Integer* ifail, Integer* info, int jobz_length,
+                                  int range_length, int uplo_length);
+/// @}
+
+/// @defgroup dstebz chosen eigenvalues of a symmetric tridiagonal matrix
+///
+/// DSTEBZ: those of the real symmetric matrix with d on its diagonal and e beside it that are in an interval, or have
+/// these numbers in ascending order.
+///
+/// @param[in] range A: all; V: those with vl < w <= vu; I: numbers il ... iu
+/// @param[in] order E: ascending; B: block by block, ascending in each, as DSTEIN takes them
+/// @param[in] n order, >= 0
+/// @param[in] vl lower end of the interval, read with V
+/// @param[in] vu upper end of the interval, > vl
+/// @param[in] il first number, from 1, read with I
+/// @param[in] iu last number, il <= iu <= n
+/// @param[in] abstol how far eigenvalues may be wrong; not positive for the last place of the largest element
+/// @param[in] d n elements of the diagonal
+/// @param[in] e n - 1 elements beside it
+/// @param[out] m how many were found
+/// @param[out] nsplit how many blocks negligible elements of e divide the matrix into
+/// @param[out] w n elements: the m eigenvalues
+/// @param[out] iblock n elements: the block of each eigenvalue, from 1
+/// @param[out] isplit n elements: the last rows of the blocks
+/// @param[out] work not used
+/// @param[out] iwork not used
+/// @param[out] info 0, -k when argument k is illegal, 1 when an element is not finite: m is 0 then
+///
+/// @par Failures
+/// Illegal: range (-1), order (-2), n < 0 (-3), vu (-5), il (-6), iu (-7).
+///
+/// @par Method
+/// Counts of sign changes isolate each eigenvalue; Newton's iteration on the determinant, with counts at either side,
+/// doubles its digits from there.
+///
+/// @par Source
+/// W. Barth, R. S. Martin, J. H. Wilkinson, Calculation of the eigenvalues of a symmetric tridiagonal matrix by the
+/// method of bisection, Numer. Math. 9 (1967); E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DSTEBZ.
+///
+/// @par Cost
+/// 20 to 30 passes of 4 n operations for each eigenvalue; in a cluster as many more as it takes to tell them apart.
+/// @{
+TESK2MP_API void QuarnMPX_dstebz_(const char* range, const char* order, Integer n, QuarnFloat vl, QuarnFloat vu,
+                                  Integer il, Integer iu, QuarnFloat abstol, QuarnFloat* d, QuarnFloat* e, Integer* m,
+                                  Integer* nsplit, QuarnFloat* w, Integer* iblock, Integer* isplit, QuarnFloat* work,
+                                  Integer* iwork, Integer* info, int range_length, int order_length);
+/// @}
+
+/// @defgroup dstein eigenvectors of a symmetric tridiagonal matrix for given eigenvalues
+///
+/// DSTEIN: eigenvectors of norm 1 for the eigenvalues that DSTEBZ has found, by inverse iteration; ZSTEIN into a
+/// complex Z, as the tridiagonal form of a Hermitian matrix needs.
+///
+/// @param[in] n order, >= 0
+/// @param[in] d n elements of the diagonal
+/// @param[in] e n - 1 elements beside it
+/// @param[in] m how many eigenvalues there are, <= n
+/// @param[in] w m eigenvalues by blocks, ascending in each: DSTEBZ with order B
+/// @param[in] iblock m elements: the block of each eigenvalue
+/// @param[in] isplit the last rows of the blocks
+/// @param[out] z m columns of n elements, ldz apart
+/// @param[in] ldz step from column to column of Z, >= max(1, n)
+/// @param[out] work not used
+/// @param[out] iwork not used
+/// @param[out] ifail m elements: the numbers of those that did not converge, then zeros
+/// @param[out] info 0, -k when argument k is illegal, i when i eigenvectors did not converge, m when an element is not
+///     finite
+///
+/// @par Failures
+/// Illegal: n < 0 (-1), m (-4), w (-5), iblock (-6), isplit (-7), ldz (-9).
+///
+/// @par Source
+/// G. Peters, J. H. Wilkinson, The calculation of specified eigenvectors by inverse iteration, in J. H. Wilkinson, C.
+/// Reinsch, Handbook for Automatic Computation 2, Springer 1971; E. Anderson et al., LAPACK Users' Guide, SIAM 1999:
+/// DSTEIN and ZSTEIN.
+///
+/// @par Cost
+/// Some 40 n multiply-adds for each vector, and 6 n k more where it is the k-th of eigenvalues within a thousandth of
+/// the norm.
+/// @{
+TESK2MP_API void QuarnMPX_dstein_(Integer n, QuarnFloat* d, QuarnFloat* e, Integer m, QuarnFloat* w, Integer* iblock,
+                                  Integer* isplit, QuarnFloat* z, Integer ldz, QuarnFloat* work, Integer* iwork,
+                                  Integer* ifail, Integer* info);
+TESK2MP_API void QuarnMPX_zstein_(Integer n, QuarnFloat* d, QuarnFloat* e, Integer m, QuarnFloat* w, Integer* iblock,
+                                  Integer* isplit, Complex* z, Integer ldz, QuarnFloat* work, Integer* iwork,
+                                  Integer* ifail, Integer* info);
+/// @}
+
 /// @defgroup dsytrd tridiagonal form of a symmetric or Hermitian matrix
 ///
 /// DSYTRD: A = Q T Q^T, T symmetric tridiagonal, Q the product of n - 1 reflectors I - tau v v^T; ZHETRD: A = Q T Q^H

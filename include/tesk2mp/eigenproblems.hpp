@@ -32,6 +32,16 @@ bool is_hermitian(const A& a) {
   return true;
 }
 
+/// Chosen eigenvalues: those with low < w <= high, or the ones numbered first ... end - 1 in ascending order, from 0.
+struct EigenInterval {
+  Real low;
+  Real high;
+};
+struct EigenIndices {
+  std::size_t first;
+  std::size_t end;
+};
+
 /// A = V diag(values) V^H of a symmetric or Hermitian matrix, values ascending, V orthogonal or unitary.
 template <Scalar T>
 struct SymmetricEigenSystem {
@@ -47,18 +57,24 @@ void require_finite_element(const char* routine, Integer position, const T& elem
   require(isfinite(value.re) && isfinite(value.im), routine, position, "element (", i, ", ", j, ") is not finite");
 }
 
+/// The triangle of a square matrix holds finite numbers alone.
+template <class T>
+void require_finite_triangle(const char* routine, Integer position, const Matrix<T>& a, Triangle stored) {
+  for (std::size_t j = 0; j < a.columns(); ++j) {
+    const std::size_t first = stored == Triangle::lower ? j : 0;
+    const std::size_t last = stored == Triangle::lower ? a.rows() : j + 1;
+    for (std::size_t i = first; i < last; ++i) {
+      require_finite_element(routine, position, a(i, j), i, j);
+    }
+  }
+}
+
 template <class T>
 SymmetricEigenSystem<T> symmetric_eigen(char job, Matrix<T> a, Triangle stored) {
   const char* routine = name<T>("DSYEV", "ZHEEV");
   const RawMatrix<T> raw{a.view()};
   const Integer n = order_of(routine, 4, raw);
-  for (std::size_t j = 0; j < a.columns(); ++j) {
-    const std::size_t first = stored == Triangle::lower ? j : 0;
-    const std::size_t last = stored == Triangle::lower ? a.rows() : j + 1;
-    for (std::size_t i = first; i < last; ++i) {
-      require_finite_element(routine, 4, a(i, j), i, j);
-    }
-  }
+  require_finite_triangle(routine, 4, a, stored);
   std::vector<Real> values(a.rows());
   std::vector<T> work(std::max<std::size_t>(1, 3 * a.rows()));
   Integer info = 0;
@@ -74,6 +90,50 @@ SymmetricEigenSystem<T> symmetric_eigen(char job, Matrix<T> a, Triangle stored) 
                            {std::int64_t(info)});
   }
   return {std::move(values), std::move(a)};
+}
+
+}  // namespace detail
+
+namespace detail {
+
+template <class T>
+SymmetricEigenSystem<T> chosen_eigen(char job, char range, const EigenInterval& interval, const EigenIndices& indices,
+                                     Matrix<T> a, Triangle stored) {
+  const char* routine = name<T>("DSYEVX", "ZHEEVX");
+  const RawMatrix<T> raw{a.view()};
+  const Integer n = order_of(routine, 5, raw);
+  require_finite_triangle(routine, 5, a, stored);
+  require(range != 'V' || interval.low < interval.high, routine, 8, "the interval is empty");
+  require(range != 'I' || (indices.first < indices.end && indices.end <= a.rows()), routine, 10, "indices ",
+          indices.first, " ... ", indices.end, " - 1 of ", a.rows(), " eigenvalues");
+  const bool wanted = job == 'V';
+  Matrix<T> z(wanted ? a.rows() : 0, wanted ? a.rows() : 0);
+  const RawMatrix<T> raw_z{z.view()};
+  std::vector<Real> values(a.rows());
+  std::vector<T> work(std::max<std::size_t>(1, 8 * a.rows()));
+  std::vector<Integer> failed(a.rows());
+  const Integer first = Integer(indices.first) + 1;
+  const Integer last = Integer(indices.end);
+  Integer m = 0;
+  Integer info = 0;
+  if constexpr (kIsComplex<T>) {
+    QuarnMPX_zheevx_(Option(job), Option(range), Option(stored), n, raw.data, raw.leading, interval.low, interval.high,
+                     first, last, Real(), &m, values.data(), raw_z.data, raw_z.leading, work.data(),
+                     Integer(work.size()), nullptr, nullptr, failed.data(), &info, 1, 1, 1);
+  } else {
+    QuarnMPX_dsyevx_(Option(job), Option(range), Option(stored), n, raw.data, raw.leading, interval.low, interval.high,
+                     first, last, Real(), &m, values.data(), raw_z.data, raw_z.leading, work.data(),
+                     Integer(work.size()), nullptr, failed.data(), &info, 1, 1, 1);
+  }
+  if (info > 0) {
+    throw NumericalFailure(routine, info, 0, std::to_string(info) + " eigenvectors did not converge",
+                           {std::int64_t(info)});
+  }
+  values.resize(std::size_t(m));
+  const std::size_t columns = wanted ? values.size() : 0;
+  Matrix<T> vectors(wanted ? a.rows() : 0, columns);
+  std::copy_n(z.data(), a.rows() * columns, vectors.data());
+  return {std::move(values), std::move(vectors)};
 }
 
 }  // namespace detail
@@ -94,6 +154,34 @@ template <MatrixSource A>
 std::vector<Real> symmetric_eigenvalues(const A& a, Triangle stored = Triangle::lower) {
   using T = Element<A>;
   return detail::symmetric_eigen('N', Matrix<T>{MatrixView<const T>(a)}, stored).values;
+}
+
+/// The same of chosen eigenvalues alone, by bisection and inverse iteration.
+///
+/// @code
+/// const auto lowest = tesk2mp::symmetric_eigen(a, tesk2mp::EigenIndices{0, 3});
+/// @endcode
+template <MatrixSource A>
+SymmetricEigenSystem<Element<A>> symmetric_eigen(const A& a, const EigenInterval& interval,
+                                                 Triangle stored = Triangle::lower) {
+  using T = Element<A>;
+  return detail::chosen_eigen('V', 'V', interval, {}, Matrix<T>{MatrixView<const T>(a)}, stored);
+}
+template <MatrixSource A>
+SymmetricEigenSystem<Element<A>> symmetric_eigen(const A& a, const EigenIndices& indices,
+                                                 Triangle stored = Triangle::lower) {
+  using T = Element<A>;
+  return detail::chosen_eigen('V', 'I', {}, indices, Matrix<T>{MatrixView<const T>(a)}, stored);
+}
+template <MatrixSource A>
+std::vector<Real> symmetric_eigenvalues(const A& a, const EigenInterval& interval, Triangle stored = Triangle::lower) {
+  using T = Element<A>;
+  return detail::chosen_eigen('N', 'V', interval, {}, Matrix<T>{MatrixView<const T>(a)}, stored).values;
+}
+template <MatrixSource A>
+std::vector<Real> symmetric_eigenvalues(const A& a, const EigenIndices& indices, Triangle stored = Triangle::lower) {
+  using T = Element<A>;
+  return detail::chosen_eigen('N', 'I', {}, indices, Matrix<T>{MatrixView<const T>(a)}, stored).values;
 }
 
 namespace detail {

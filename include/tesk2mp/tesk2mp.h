@@ -50,6 +50,7 @@
 #include "tesk2mp/failure.h"
 #include "tesk2mp/fft.h"
 #include "tesk2mp/frame.h"
+#include "tesk2mp/generalised.h"
 #include "tesk2mp/iterative.h"
 #include "tesk2mp/kernels.h"
 #include "tesk2mp/least_squares.h"

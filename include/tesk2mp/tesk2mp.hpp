@@ -28,6 +28,7 @@
 #include "tesk2mp/eigenproblems.hpp"
 #include "tesk2mp/error.hpp"
 #include "tesk2mp/fft.hpp"
+#include "tesk2mp/generalised.hpp"
 #include "tesk2mp/kernels.hpp"
 #include "tesk2mp/least_squares.hpp"
 #include "tesk2mp/linear.hpp"

@@ -7,10 +7,9 @@
 #include "tesk2mp/eigenproblems.h"
 
 namespace tesk {
-namespace {
 
 template <class T>
-Integer symmetric_eigen(bool wants_vectors, Triangle triangle, Integer n, OneBasedMatrix<T> a, QuarnFloat* w) {
+Integer hermitian_eigen(bool wants_vectors, Triangle triangle, Integer n, OneBasedMatrix<T> a, QuarnFloat* w) {
   OwnMatrix<T> own = hermitian_copy(triangle, n, a);
   const OneBasedMatrix<T> full = own.view();
   const OneBasedMatrix<QuarnFloat> numbers = parts(full);
@@ -35,6 +34,10 @@ Integer symmetric_eigen(bool wants_vectors, Triangle triangle, Integer n, OneBas
   multiply_by_power(n, 1, {w, n}, exponent);
   return info;
 }
+template Integer hermitian_eigen(bool, Triangle, Integer, OneBasedMatrix<QuarnFloat>, QuarnFloat*);
+template Integer hermitian_eigen(bool, Triangle, Integer, OneBasedMatrix<Complex>, QuarnFloat*);
+
+namespace {
 
 template <class T>
 Integer checked_symmetric_eigen(const char* jobz, const char* uplo, Integer n, T* a, Integer lda, QuarnFloat* w,
@@ -55,7 +58,7 @@ Integer checked_symmetric_eigen(const char* jobz, const char* uplo, Integer n, T
   Integer info = 0;
   {
     const WorkingDigits more(guarded_digits(n));
-    info = symmetric_eigen<T>(wants_vectors, triangle_of(uplo), n, {a, lda}, w);
+    info = hermitian_eigen<T>(wants_vectors, triangle_of(uplo), n, {a, lda}, w);
   }
   round_elements<QuarnFloat>(n, 1, {w, n});
   round_elements<T>(n, wants_vectors ? n : 0, {a, lda});

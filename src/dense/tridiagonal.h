@@ -41,4 +41,9 @@ template <class T>
 Integer tridiagonal_qr(Integer n, OneBasedVector<QuarnFloat> d, OneBasedVector<QuarnFloat> e, Integer rows,
                        OneBasedMatrix<T> z);
 
+/// Eigenvalues w, ascending, of the Hermitian matrix of which that triangle is read, and if wanted its eigenvectors
+/// into A, at the digits of the moment. Returns INFO as xSYEV does.
+template <class T>
+Integer hermitian_eigen(bool wants_vectors, Triangle triangle, Integer n, OneBasedMatrix<T> a, QuarnFloat* w);
+
 }  // namespace tesk

@@ -326,6 +326,32 @@ Vector symmetric_eigensystem(Data& data) {
   return w;
 }
 
+Vector chosen_eigenvalues(Data& data) {
+  Vector a = data.reals(kElements);
+  Vector w(kOrder);
+  Vector work(8 * kOrder);
+  Integer m = 0;
+  Integer info = 0;
+  QuarnMPX_dsyevx_("N", "I", "L", kOrder, a.data(), kOrder, 0, 0, 2, kOrder, 0, &m, w.data(), nullptr, 1, work.data(),
+                   8 * kOrder, nullptr, nullptr, &info, 1, 1, 1);
+  return w;
+}
+
+/// B is diagonally dominant.
+Vector generalised_symmetric_eigenvalues(Data& data) {
+  Vector a = data.reals(kElements);
+  Vector b = data.reals(kElements);
+  for (std::size_t i = 0; i < b.size(); i += kOrder + 1) {
+    b[i] += kOrder + 1;
+  }
+  Vector w(kOrder);
+  Vector work(3 * kOrder);
+  Integer info = 0;
+  QuarnMPX_dsygv_(1, "N", "L", kOrder, a.data(), kOrder, b.data(), kOrder, w.data(), work.data(), 3 * kOrder, &info, 1,
+                  1);
+  return w;
+}
+
 Vector complex_eigenvalues(Data& data) {
   ComplexVector a = data.complexes(kElements);
   ComplexVector w(kOrder);
@@ -601,6 +627,8 @@ const std::vector<Case> kCases = {
     {"f08qkf", "eigenvectors of a triangular matrix, n = 16", eigenvectors, {}},
     {"f08qlf", "their condition numbers", condition_numbers, {}},
     {"dsyev", "symmetric eigenvalues and eigenvectors, n = 16", symmetric_eigensystem, {}},
+    {"dsyevx", "chosen symmetric eigenvalues, n = 16", chosen_eigenvalues, {}},
+    {"dsygv", "generalised symmetric eigenvalues, n = 16", generalised_symmetric_eigenvalues, {}},
     {"zgeev", "complex eigenvalues, n = 16", complex_eigenvalues, {}},
     {"dpzeros", "zeros of a polynomial, n = 16", polynomial_zeros, {}},
     {"dgesvd", "singular values, n = 16", singular_values, {}},

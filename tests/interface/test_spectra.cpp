@@ -29,6 +29,34 @@ TEST_CASE("a Hermitian matrix has its conjugates in the other triangle") {
   CHECK(!is_hermitian(Matrix<Complex>{{Complex(1, 1)}}));
 }
 
+TEST_CASE_TEMPLATE("eigenvalues beside a definite matrix", T, Real, Complex) {
+  const Matrix<T> a = {{2, -1}, {-1, 2}};
+  const Matrix<T> b = {{4, 0}, {0, 4}};
+  const SymmetricEigenSystem<T> system = symmetric_eigen(a, b);
+  CHECK(system.values == std::vector<Real>{Real("0.25"), Real("0.75")});
+  CHECK(tesk2mp::abs(Complex(system.vectors(0, 0) * system.vectors(0, 0)) - Complex(Real("0.125"))) < Real(1, -18));
+  CHECK(symmetric_eigenvalues(a, b, DefiniteProblem::bax_x, Triangle::upper) == std::vector<Real>{4, 12});
+  CHECK(symmetric_eigenvalues(Matrix<T>(), Matrix<T>()).empty());
+  CHECK_THROWS_AS((void)symmetric_eigen(a, Matrix<T>(1, 1)), InvalidArgument);
+  CHECK_THROWS_AS((void)symmetric_eigen(a, Matrix<T>{{1, 0}, {T(Real("nan")), 1}}), InvalidArgument);
+  CHECK_THROWS_AS((void)symmetric_eigen(a, Matrix<T>{{1, 2}, {2, 1}}), NumericalFailure);
+}
+
+TEST_CASE_TEMPLATE("chosen eigenvalues", T, Real, Complex) {
+  const Matrix<T> a = {{1, 0, 0}, {0, 5, 0}, {0, 0, 3}};
+  const SymmetricEigenSystem<T> top = symmetric_eigen(a, EigenIndices{1, 3});
+  CHECK(top.values == std::vector<Real>{3, 5});
+  CHECK(top.vectors.columns() == 2);
+  CHECK(top.vectors(2, 0) == T(1));
+  CHECK(symmetric_eigen(a, EigenInterval{1, 3}, Triangle::upper).values == std::vector<Real>{3});
+  CHECK(symmetric_eigenvalues(a, EigenIndices{0, 1}) == std::vector<Real>{1});
+  CHECK(symmetric_eigenvalues(a, EigenInterval{6, 7}).empty());
+  CHECK_THROWS_AS((void)symmetric_eigen(a, EigenIndices{1, 4}), InvalidArgument);
+  CHECK_THROWS_AS((void)symmetric_eigen(a, EigenIndices{1, 1}), InvalidArgument);
+  CHECK_THROWS_AS((void)symmetric_eigen(a, EigenInterval{1, 1}), InvalidArgument);
+  CHECK_THROWS_AS((void)symmetric_eigen(Matrix<T>(2, 3), EigenInterval{1, 2}), InvalidArgument);
+}
+
 TEST_CASE_TEMPLATE("singular values and their factors", T, Real, Complex) {
   const Matrix<T> a = {{0, 2, 0}, {1, 0, 0}};
   const SingularSystem<T> system = svd(a);

@@ -48,6 +48,67 @@ void symmetric(Suite& suite) {
   });
 }
 
+void chosen(Suite& suite) {
+  const auto values = ENTRY(QuarnMPX_dstebz_);
+  const auto real_vectors = ENTRY(QuarnMPX_dstein_);
+  const auto vectors = ENTRY(QuarnMPX_zstein_);
+  const auto real = ENTRY(QuarnMPX_dsyevx_);
+  const auto hermitian = ENTRY(QuarnMPX_zheevx_);
+  suite.cases(3, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    const Integer lwork = 8 * ld;
+    const auto d = c.numbers<QuarnFloat>(ld);
+    const auto e = c.numbers<QuarnFloat>(ld);
+    const auto a = c.numbers<QuarnFloat>(std::int64_t(ld) * ld);
+    const auto b = c.numbers<Complex>(std::int64_t(ld) * ld);
+    const Scratch<QuarnFloat> work(static_cast<std::size_t>(lwork));
+    const Scratch<Complex> work2(static_cast<std::size_t>(lwork));
+    const Scratch<Integer> unused(1);
+    const std::vector<Integer> one(static_cast<std::size_t>(ld), 1);
+    std::vector<Integer> split(static_cast<std::size_t>(ld), n);
+    const QuarnFloat low(-1);
+    const QuarnFloat high(1);
+    for (const char* range : {"A", "V", "I"}) {
+      suite.run(values, range, "B", n, low, high, Integer(1), n, QuarnFloat(), d, e, Integer(-99), Integer(-99), d, one,
+                split, work, unused, Integer(-99), 1, 1);
+      suite.run(real, "V", range, "L", n, a, ld, low, high, Integer(1), n, QuarnFloat(), Integer(-99), d, a, ld, work,
+                lwork, unused, one, Integer(-99), 1, 1, 1);
+      suite.run(hermitian, "V", range, "U", n, b, ld, low, high, Integer(1), n, QuarnFloat(), Integer(-99), d, b, ld,
+                work2, lwork, work, unused, one, Integer(-99), 1, 1, 1);
+    }
+    suite.run(real_vectors, n, d, e, std::min<Integer>(n, 1), d, one, split, a, ld, work, unused, one, Integer(-99));
+    suite.run(vectors, n, d, e, std::min<Integer>(n, 1), d, one, split, b, ld, work, unused, one, Integer(-99));
+  });
+}
+
+template <class T, class Reduce>
+void generalised_symmetric(Suite& suite, Reduce reduce) {
+  const auto real = ENTRY(QuarnMPX_dsygv_);
+  const auto hermitian = ENTRY(QuarnMPX_zhegv_);
+  suite.cases(3, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    const Integer lwork = 3 * ld;
+    const auto a = c.numbers<T>(std::int64_t(ld) * ld);
+    auto b = c.numbers<T>(std::int64_t(ld) * ld);
+    for (Integer i = 0; i < n; ++i) {
+      b[std::size_t(i) * std::size_t(n + 1)] = T(QuarnFloat(1, 3));
+    }
+    const auto w = c.numbers<QuarnFloat>(ld);
+    const Scratch<T> work(static_cast<std::size_t>(lwork));
+    const Scratch<QuarnFloat> unused(1);
+    for (const Integer itype : {1, 2, 3}) {
+      suite.run(reduce, itype, "L", n, a, ld, b, ld, Integer(-99), 1);
+      if constexpr (sizeof(T) == sizeof(QuarnFloat)) {
+        suite.run(real, itype, "V", "U", n, a, ld, b, ld, w, work, lwork, Integer(-99), 1, 1);
+      } else {
+        suite.run(hermitian, itype, "V", "U", n, a, ld, b, ld, w, work, lwork, unused, Integer(-99), 1, 1);
+      }
+    }
+  });
+}
+
 void complex_eigen(Suite& suite) {
   const auto balance = ENTRY(QuarnMPX_zgebal_);
   const auto unbalance = ENTRY(QuarnMPX_zgebak_);
@@ -137,6 +198,9 @@ void spectra(Suite& suite) {
   tridiagonal<QuarnFloat>(suite, ENTRY(QuarnMPX_dsytrd_), ENTRY(QuarnMPX_dorgtr_), ENTRY(QuarnMPX_dsteqr_));
   tridiagonal<Complex>(suite, ENTRY(QuarnMPX_zhetrd_), ENTRY(QuarnMPX_zungtr_), ENTRY(QuarnMPX_zsteqr_));
   symmetric(suite);
+  chosen(suite);
+  generalised_symmetric<QuarnFloat>(suite, ENTRY(QuarnMPX_dsygst_));
+  generalised_symmetric<Complex>(suite, ENTRY(QuarnMPX_zhegst_));
   complex_eigen(suite);
   singular(suite);
   polynomials<QuarnFloat>(suite, ENTRY(QuarnMPX_dpzeros_), ENTRY(QuarnMPX_dpeval_), ENTRY(QuarnMPX_dpdiv_),

@@ -1,0 +1,28 @@
+// Examples of the routine reference: generalised eigenproblems.
+#include "examples/reference/run.h"
+#include "tesk2mp/tesk2mp.h"
+
+namespace {
+
+void dsygv() {
+  //! [dsygv]
+  QuarnFloat a[] = {2, -1, -1, 2}, b[] = {4, 0, 0, 4}, w[2], work[5];  // eigenvalues 1/4 and 3/4
+  Integer info;
+  QuarnMPX_dsygv_(1, "N", "L", 2, a, 2, b, 2, w, work, 5, &info, 1, 1);
+  std::cout << w[0] << " " << w[1] << "\n";
+  //! [dsygv]
+}
+
+void dsygst() {
+  //! [dsygst]
+  QuarnFloat a[] = {2, -1, -1, 2}, b[] = {4, 0, 0, 4};
+  Integer info;
+  QuarnMPX_dpotrf_("L", 2, b, 2, &info, 1);
+  QuarnMPX_dsygst_(1, "L", 2, a, 2, b, 2, &info, 1);
+  std::cout << a[0] << " " << a[1] << "\n";
+  //! [dsygst]
+}
+
+}  // namespace
+
+int main() { return run_examples({{"dsygv", dsygv}, {"dsygst", dsygst}}); }

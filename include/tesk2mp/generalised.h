@@ -1,0 +1,95 @@
+// Generalised eigenproblems A x = lambda B x.
+//
+// These report through INFO and print nothing: 0 is success, -k says that argument k is illegal (checked in argument
+// order), and a positive value is a numerical failure. Of an option text the first character alone is read; its length
+// argument is not used.
+#pragma once
+
+#include "quarn/quarnfloat.h"
+#include "tesk2mp/api.h"
+
+TESK2MP_NAMES_BEGIN
+extern "C" {
+
+/// @defgroup dsygv generalised eigenvalues and eigenvectors of a symmetric or Hermitian matrix and a definite one
+///
+/// DSYGV: A x = lambda B x (itype 1), A B x = lambda x (2) or B A x = lambda x (3) with A symmetric and B symmetric
+/// positive definite; ZHEGV with Hermitian matrices. Eigenvectors X satisfy X^H B X = I, with itype 3 X^H B^-1 X = I.
+/// Numbers of any size are good.
+///
+/// @param[in] itype 1, 2 or 3
+/// @param[in] jobz N: eigenvalues alone; V: eigenvectors as well
+/// @param[in] uplo U: the upper triangles of A and B are read; L: the lower ones
+/// @param[in] n order, >= 0
+/// @param[in,out] a A, n columns of n elements, lda apart; out with jobz V the eigenvectors, a column each, otherwise
+///     as it was
+/// @param[in] lda step from column to column of A, >= max(1, n)
+/// @param[in,out] b B, in the same way; out, when info is 0, U of B = U^H U or L of B = L L^H in its triangle
+/// @param[in] ldb step from column to column of B, >= max(1, n)
+/// @param[out] w n eigenvalues, ascending
+/// @param[out] work lwork elements; work(1) is the length that is asked for, the others are not touched
+/// @param[in] lwork elements of work, >= max(1, 3 n - 1), for ZHEGV >= max(1, 2 n - 1); -1 asks for the length alone
+/// @param[out] rwork not used
+/// @param[out] info 0, -k when argument k is illegal, i <= n as of DSYEV (n when an element of A is not finite), n + i
+///     when the leading minor of order i of B is not positive or row i of B has an element that is not finite
+///
+/// @par Failures
+/// Illegal: itype (-1), jobz (-2), uplo (-3), n < 0 (-4), lda (-6), ldb (-8), lwork (-11). Storage for 5 n^2 elements
+/// is taken for the time of the call.
+///
+/// @par Method
+/// The Cholesky factor of B takes the problem to a standard one, which is solved as by DSYEV, and its eigenvectors
+/// back; a few digits more than the working ones, and as many more, up to twice the working ones, as the diagonal of
+/// the factor says that B takes away.
+///
+/// @par Accuracy
+/// The errors of eigenvalues are some units of the last place of the largest one, also of an ill-conditioned B as
+/// long as the diagonal of its factor shows that.
+///
+/// @par Source
+/// R. S. Martin, J. H. Wilkinson, Reduction of the symmetric eigenproblem Ax = lambda Bx and related problems to
+/// standard form, Numer. Math. 11 (1968); E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DSYGV and ZHEGV.
+///
+/// @par Cost
+/// That of DSYEV and about 2 n^3 multiply-adds.
+/// @{
+TESK2MP_API void QuarnMPX_dsygv_(Integer itype, const char* jobz, const char* uplo, Integer n, QuarnFloat* a,
+                                 Integer lda, QuarnFloat* b, Integer ldb, QuarnFloat* w, QuarnFloat* work,
+                                 Integer lwork, Integer* info, int jobz_length, int uplo_length);
+TESK2MP_API void QuarnMPX_zhegv_(Integer itype, const char* jobz, const char* uplo, Integer n, Complex* a, Integer lda,
+                                 Complex* b, Integer ldb, QuarnFloat* w, Complex* work, Integer lwork,
+                                 QuarnFloat* rwork, Integer* info, int jobz_length, int uplo_length);
+/// @}
+
+/// @defgroup dsygst reduction of a generalised symmetric problem to a standard one
+///
+/// DSYGST: A := L^-1 A L^-T (itype 1) or L^T A L (2 and 3) with B = L L^T; ZHEGST of Hermitian matrices. With uplo U
+/// B = U^H U, and L is U^H.
+///
+/// @param[in] itype 1, 2 or 3
+/// @param[in] uplo U: the upper triangles of A and B are read, and that of A is written; L: the lower ones
+/// @param[in] n order, >= 0
+/// @param[in,out] a A, n columns of n elements, lda apart; out the matrix of the standard problem
+/// @param[in] lda step from column to column of A, >= max(1, n)
+/// @param[in] b the factor of B as DPOTRF's companion leaves it; not changed
+/// @param[in] ldb step from column to column of B, >= max(1, n)
+/// @param[out] info 0, or -k when argument k is illegal
+///
+/// @par Failures
+/// Illegal: itype (-1), uplo (-2), n < 0 (-3), lda (-5), ldb (-7). Storage for 3 n^2 elements is taken for the time of
+/// the call.
+///
+/// @par Source
+/// R. S. Martin, J. H. Wilkinson, Reduction of the symmetric eigenproblem Ax = lambda Bx and related problems to
+/// standard form, Numer. Math. 11 (1968); E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DSYGST and ZHEGST.
+///
+/// @par Cost
+/// About n^3 multiply-adds, in products and sums that round each entry once.
+/// @{
+TESK2MP_API void QuarnMPX_dsygst_(Integer itype, const char* uplo, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* b,
+                                  Integer ldb, Integer* info, int uplo_length);
+TESK2MP_API void QuarnMPX_zhegst_(Integer itype, const char* uplo, Integer n, Complex* a, Integer lda, Complex* b,
+                                  Integer ldb, Integer* info, int uplo_length);
+/// @}
+}
+TESK2MP_NAMES_END
