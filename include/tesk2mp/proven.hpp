@@ -25,7 +25,16 @@ struct Bounded {
   QuarnBound error = QuarnBound::infinity();
 };
 
-/// A matrix of such numbers.
+/// An eigenvalue or a zero: `count` of them, this one included, are within `error` of `value`; with a count of 1 it is
+/// the only one there. A real one is exactly real.
+struct BoundedRoot {
+  Complex value{};
+  QuarnBound error = QuarnBound::infinity();
+  std::size_t count = 1;
+  bool is_real = false;
+};
+
+/// A matrix of numbers with bounds.
 template <Scalar T>
 class BoundedMatrix {
  public:
@@ -74,9 +83,14 @@ void for_each_part(const Bounded<Complex>& z, const Visit& visit) {
   visit(Bounded<Real>{z.value.re, z.error});
   visit(Bounded<Real>{z.value.im, z.error});
 }
+template <class Visit>
+void for_each_part(const BoundedRoot& z, const Visit& visit) {
+  visit(Bounded<Real>{z.value.re, z.error});
+  visit(Bounded<Real>{z.value.im, z.is_real ? QuarnBound() : z.error});
+}
 template <class T, class Visit>
-void for_each_part(const std::vector<Bounded<T>>& x, const Visit& visit) {
-  for (const Bounded<T>& element : x) {
+void for_each_part(const std::vector<T>& x, const Visit& visit) {
+  for (const T& element : x) {
     for_each_part(element, visit);
   }
 }
@@ -135,6 +149,7 @@ inline Real known_value(const Bounded<Real>& x) { return true_digits(x) > 0 ? x.
 inline Complex known_value(const Bounded<Complex>& z) {
   return {known_value(Bounded<Real>{z.value.re, z.error}), known_value(Bounded<Real>{z.value.im, z.error})};
 }
+inline Complex known_value(const BoundedRoot& z) { return known_value(Bounded<Complex>{z.value, z.error}); }
 template <Scalar T>
 Matrix<T> known_value(const BoundedMatrix<T>& a) {
   Matrix<T> values(a.rows(), a.columns());

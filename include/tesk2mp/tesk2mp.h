@@ -58,6 +58,7 @@
 #include "tesk2mp/orthogonal.h"
 #include "tesk2mp/polynomials.h"
 #include "tesk2mp/proven.h"
+#include "tesk2mp/proven_spectra.h"
 #include "tesk2mp/random.h"
 #include "tesk2mp/refinement.h"
 #include "tesk2mp/singular_values.h"

@@ -1,0 +1,272 @@
+// Eigenvalues, singular values, zeros of polynomials and least squares with proven error bounds in the C++ interface.
+// Part of tesk2mp.hpp; proven_spectra.h describes methods and costs.
+#pragma once
+
+#include <algorithm>
+#include <vector>
+
+#include "tesk2mp/eigenproblems.hpp"
+#include "tesk2mp/polynomials.hpp"
+#include "tesk2mp/proven.hpp"
+#include "tesk2mp/proven_spectra.h"
+#include "tesk2mp/singular_values.hpp"
+
+namespace tesk2mp::proven {
+namespace detail {
+
+/// Approximations have so many digits more than results.
+inline constexpr int kSpareDigits = 6;
+
+/// The value rounded to the working digits.
+inline Bounded<Real> delivered(const Real& value, const QuarnBound& error) {
+  Bounded<Real> result{value * Real(1), error};
+  result.error += QuarnBound(result.value).half_unit(QuarnDigits());
+  return result;
+}
+inline Bounded<Complex> delivered(const Complex& value, const QuarnBound& error) {
+  const Bounded<Real> re = delivered(value.re, QuarnBound());
+  const Bounded<Real> im = delivered(value.im, QuarnBound());
+  return {{re.value, im.value}, error + hypotenuse(re.error, im.error)};
+}
+inline std::vector<Bounded<Real>> delivered(const std::vector<Real>& values, const std::vector<Real>& errors) {
+  std::vector<Bounded<Real>> result;
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    result.push_back(delivered(values[i], QuarnBound(errors[i])));
+  }
+  return result;
+}
+
+/// What the exports of roots write.
+struct Roots {
+  std::vector<Complex> values;
+  std::vector<Real> errors;
+  std::vector<Integer> counts;
+
+  explicit Roots(std::vector<Complex> approximations)
+      : values(std::move(approximations)), errors(values.size()), counts(values.size()) {}
+
+  QuarnBound largest_error() const {
+    QuarnBound largest;
+    for (const Real& error : errors) {
+      largest = std::max(largest, QuarnBound(error));
+    }
+    return largest;
+  }
+  std::vector<BoundedRoot> delivered(bool pairs) const {
+    std::vector<BoundedRoot> result;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      const Bounded<Complex> rounded = detail::delivered(values[i], QuarnBound(errors[i]));
+      const bool is_real = pairs && counts[i] == 1 && values[i].im == 0;
+      result.push_back({rounded.value, rounded.error, std::size_t(counts[i]), is_real});
+    }
+    return result;
+  }
+};
+
+/// A matrix with its elements changed by some 10^-places of the largest one, no two alike: its eigenvalues are apart.
+template <class T>
+Matrix<T> perturbed(const Matrix<T>& a, int places) {
+  Real largest;
+  for (std::size_t j = 0; j < a.columns(); ++j) {
+    for (std::size_t i = 0; i < a.rows(); ++i) {
+      largest = std::max(largest, fabs(Complex(a(i, j)).re) + fabs(Complex(a(i, j)).im));
+    }
+  }
+  const Real unit = largest * Real(1, -places);
+  Matrix<T> result = a;
+  std::uint32_t state = 1;
+  for (std::size_t j = 0; j < a.columns(); ++j) {
+    for (std::size_t i = 0; i < a.rows(); ++i) {
+      state = state * 1664525U + 1013904223U;
+      result(i, j) = a(i, j) + T(unit * Real(double(state >> 8) / 16777216.0 - 0.5));
+    }
+  }
+  return result;
+}
+
+template <class T>
+Roots eigenvalue_bounds(const Data<T>& matrix, const Matrix<T>& near) {
+  auto system = tesk2mp::eigen(near);
+  Roots roots(std::move(system.values));
+  const tesk2mp::detail::RawMatrix<Complex> vectors{system.right.view()};
+  Integer info = 0;
+  tesk2mp::detail::pick<T>(QuarnMPX_dproven_eigenvalues_, QuarnMPX_zproven_eigenvalues_)(
+      matrix.values.rows, matrix.values.data, matrix.values.leading, matrix.errors.data, matrix.errors.leading,
+      roots.values.data(), vectors.data, vectors.leading, roots.errors.data(), roots.counts.data(), &info);
+  return roots;
+}
+
+/// The values of data.
+template <MatrixSource A>
+Matrix<Element<A>> values_of(const A& a) {
+  return Matrix<Element<A>>{MatrixView<const Element<A>>(a)};
+}
+template <class T>
+const Matrix<T>& values_of(const BoundedMatrix<T>& a) {
+  return a.values();
+}
+
+}  // namespace detail
+
+/// Eigenvalues of a symmetric or Hermitian matrix, ascending, and eigenvectors of norm 1.
+template <Scalar T>
+struct SymmetricEigenBounds {
+  std::vector<Bounded<Real>> values;
+  BoundedMatrix<T> vectors;
+};
+
+/// The eigenvalues and eigenvectors of the symmetric or Hermitian matrix of which one triangle is read. Eigenvectors
+/// whose eigenvalues are not apart at the working digits have infinite bounds.
+template <DataSource A>
+SymmetricEigenBounds<detail::ElementOfData<A>> symmetric_eigen(const A& a, Triangle stored = Triangle::lower) {
+  using T = detail::ElementOfData<A>;
+  const detail::Data<T> matrix(a);
+  const auto n = std::size_t(matrix.values.rows);
+  std::vector<Real> errors(n);
+  std::vector<Real> of_vectors(n);
+  SymmetricEigenSystem<T> system;
+  {
+    const Digits scope(QuarnDigits() + detail::kSpareDigits);
+    system = tesk2mp::symmetric_eigen(detail::values_of(a), stored);
+    const tesk2mp::detail::RawMatrix<T> vectors{system.vectors.view()};
+    Integer info = 0;
+    tesk2mp::detail::pick<T>(QuarnMPX_dproven_symmetric_, QuarnMPX_zproven_symmetric_)(
+        tesk2mp::detail::Option(stored), matrix.values.rows, matrix.values.data, matrix.values.leading,
+        matrix.errors.data, matrix.errors.leading, system.values.data(), vectors.data, vectors.leading, errors.data(),
+        of_vectors.data(), &info, 1);
+  }
+  Matrix<Real> vector_errors(n, n);
+  for (std::size_t j = 0; j < n; ++j) {
+    for (std::size_t i = 0; i < n; ++i) {
+      Bounded<T> element = detail::delivered(system.vectors(i, j), QuarnBound(of_vectors[j]));
+      system.vectors(i, j) = std::move(element.value);
+      vector_errors(i, j) = element.error.value();
+    }
+  }
+  return {detail::delivered(system.values, errors), {std::move(system.vectors), std::move(vector_errors)}};
+}
+/// The eigenvalues alone.
+template <DataSource A>
+std::vector<Bounded<Real>> symmetric_eigenvalues(const A& a, Triangle stored = Triangle::lower) {
+  return proven::symmetric_eigen(a, stored).values;
+}
+
+/// The singular values, descending.
+template <DataSource A>
+std::vector<Bounded<Real>> singular_values(const A& a) {
+  using T = detail::ElementOfData<A>;
+  const detail::Data<T> matrix(a);
+  SingularSystem<T> system;
+  std::vector<Real> errors;
+  {
+    const Digits scope(QuarnDigits() + detail::kSpareDigits);
+    system = tesk2mp::svd(detail::values_of(a));
+    errors.resize(system.values.size());
+    const tesk2mp::detail::RawMatrix<T> u{system.u.view()};
+    const tesk2mp::detail::RawMatrix<T> v{system.v.view()};
+    Integer info = 0;
+    tesk2mp::detail::pick<T>(QuarnMPX_dproven_singular_, QuarnMPX_zproven_singular_)(
+        matrix.values.rows, matrix.values.columns, matrix.values.data, matrix.values.leading, matrix.errors.data,
+        matrix.errors.leading, system.values.data(), u.data, u.leading, v.data, v.leading, errors.data(), &info);
+  }
+  return detail::delivered(system.values, errors);
+}
+
+/// The eigenvalues of a square matrix. Multiple ones, and those too close for the working digits, share a disc; where
+/// there are such, eigenvalues and vectors of a matrix within 10^-D of A serve as approximations, with 2 D digits.
+///
+/// @code
+/// const auto values = tesk2mp::proven::eigenvalues(tesk2mp::Matrix<tesk2mp::Real>{{0, 1}, {1, 1}});
+/// const bool proven = values[0].error.is_finite() && values[0].is_real;
+/// @endcode
+template <DataSource A>
+std::vector<BoundedRoot> eigenvalues(const A& a) {
+  using T = detail::ElementOfData<A>;
+  const detail::Data<T> matrix(a);
+  const Matrix<T>& values = detail::values_of(a);
+  constexpr bool kPairs = !tesk2mp::detail::kIsComplex<T>;
+  const int digits = QuarnDigits();
+  const auto bounds = [&](int working, const Matrix<T>& near) {
+    const Digits scope(working);
+    return detail::eigenvalue_bounds<T>(matrix, near);
+  };
+  detail::Roots roots = bounds(digits + detail::kSpareDigits, values);
+  if (std::any_of(roots.counts.begin(), roots.counts.end(), [](Integer count) { return count > 1; })) {
+    const int working = 2 * digits + 2 * detail::kSpareDigits;
+    const auto near = [&] {
+      const Digits scope(working);
+      return detail::perturbed(values, digits);
+    };
+    detail::Roots others = bounds(working, near());
+    if (others.largest_error() < roots.largest_error()) {
+      roots = std::move(others);
+    }
+  }
+  return roots.delivered(kPairs);
+}
+
+/// The zeros of a polynomial with exact coefficients, from the highest power down; k equal or very close ones share a
+/// disc of count k. Throws InvalidArgument when the first coefficient is 0 or one is not finite.
+template <VectorSource A>
+std::vector<BoundedRoot> zeros(const A& coefficients) {
+  using T = Element<A>;
+  const std::vector<T> a = VectorView<const T>(coefficients).to_vector();
+  detail::Roots roots({});
+  {
+    const Digits scope(QuarnDigits() + detail::kSpareDigits);
+    std::vector<Complex> approximations;
+    for (Zero& zero : tesk2mp::polynomial_zeros(a)) {
+      approximations.push_back(std::move(zero.value));
+    }
+    roots = detail::Roots(std::move(approximations));
+    Integer info = 0;
+    tesk2mp::detail::pick<T>(QuarnMPX_dproven_zeros_, QuarnMPX_zproven_zeros_)(
+        tesk2mp::detail::count_of(a.size() - 1), a.data(), roots.values.data(), roots.errors.data(),
+        roots.counts.data(), &info);
+  }
+  return roots.delivered(!tesk2mp::detail::kIsComplex<T>);
+}
+
+/// The x that minimises the Euclidean norm of A x - b for each column of b; that A has full column rank is part of the
+/// proof. It is the solution of [I A; A^H 0] [r; x] = [b; 0]: S. M. Rump, Verified bounds for least squares problems
+/// and underdetermined linear systems, SIAM J. Matrix Anal. Appl. 33 (2012).
+template <MatrixSource A, MatrixSource B>
+BoundedMatrix<Element<A>> least_squares(const A& a, const B& b) {
+  using T = Element<A>;
+  const MatrixView<const T> matrix(a);
+  const MatrixView<const T> right(b);
+  const std::size_t m = matrix.rows();
+  const std::size_t n = matrix.columns();
+  const char* routine = tesk2mp::detail::name<T>("DPROVEN_SOLVE", "ZPROVEN_SOLVE");
+  tesk2mp::detail::require(m >= n, routine, 1, "a matrix of ", m, " by ", n, " has more columns than rows");
+  tesk2mp::detail::require(right.rows() == m, routine, 2, "a right-hand side of ", right.rows(), " rows for ", m,
+                           " equations");
+  Matrix<T> augmented(m + n, m + n);
+  Matrix<T> extended(m + n, right.columns());
+  for (std::size_t i = 0; i < m; ++i) {
+    augmented(i, i) = T(1);
+    for (std::size_t j = 0; j < n; ++j) {
+      augmented(i, m + j) = matrix(i, j);
+      if constexpr (tesk2mp::detail::kIsComplex<T>) {
+        augmented(m + j, i) = conj(matrix(i, j));
+      } else {
+        augmented(m + j, i) = matrix(i, j);
+      }
+    }
+    for (std::size_t j = 0; j < right.columns(); ++j) {
+      extended(i, j) = right(i, j);
+    }
+  }
+  const BoundedMatrix<T> both = proven::solve(augmented, extended);
+  Matrix<T> x(n, right.columns());
+  Matrix<Real> errors(n, right.columns());
+  for (std::size_t j = 0; j < right.columns(); ++j) {
+    for (std::size_t i = 0; i < n; ++i) {
+      x(i, j) = both.values()(m + i, j);
+      errors(i, j) = both.errors()(m + i, j);
+    }
+  }
+  return {std::move(x), std::move(errors)};
+}
+
+}  // namespace tesk2mp::proven

@@ -1,0 +1,76 @@
+// Discs in the complex plane that together hold as many numbers as there are discs, every connected set of k of them k.
+#pragma once
+
+#include <vector>
+
+#include "src/proven/norms.h"
+
+namespace tesk::proven {
+
+/// What is known of the number that `value` approximates: `count` numbers, it among them, are within `error`, and they
+/// are all that are there.
+struct Disc {
+  Complex value;
+  QuarnBound error = QuarnBound::infinity();
+  Integer count = 1;
+};
+
+inline bool are_apart(const Complex& a, const QuarnBound& of_a, const Complex& b, const QuarnBound& of_b) {
+  const QuarnBound reach = of_a + of_b;
+  return reach.is_finite() && least_size(a - b) > reach.value();
+}
+
+/// Gives the members of each connected set an error and a count that hold for all of it. With numbers that stand in
+/// conjugate pairs, as those of real data do, a disc for itself around a real point holds a real one.
+inline void resolve(std::vector<Disc>& discs, bool pairs) {
+  const std::size_t n = discs.size();
+  if (pairs) {
+    for (std::size_t i = 0; i < n; ++i) {
+      const Complex centre(discs[i].value.re);
+      const QuarnBound reach = discs[i].error + QuarnBound(discs[i].value.im);
+      bool alone = QuarnBound(discs[i].value.im) <= discs[i].error && reach.is_finite();
+      for (std::size_t j = 0; j < n && alone; ++j) {
+        alone = j == i || are_apart(centre, reach, discs[j].value, discs[j].error);
+      }
+      if (alone) {
+        discs[i] = {centre, reach};
+      }
+    }
+  }
+  std::vector<bool> done(n, false);
+  for (std::size_t first = 0; first < n; ++first) {
+    if (done[first]) {
+      continue;
+    }
+    std::vector<std::size_t> members{first};
+    done[first] = true;
+    for (std::size_t k = 0; k < members.size(); ++k) {
+      const Disc& disc = discs[members[k]];
+      for (std::size_t j = 0; j < n; ++j) {
+        if (!done[j] && !are_apart(disc.value, disc.error, discs[j].value, discs[j].error)) {
+          done[j] = true;
+          members.push_back(j);
+        }
+      }
+    }
+    if (members.size() == 1) {
+      continue;
+    }
+    std::vector<QuarnBound> errors;
+    for (const std::size_t i : members) {
+      QuarnBound error;
+      for (const std::size_t j : members) {
+        const WorkingDigits scope(kFewDigits);
+        const QuarnBound distance(discs[i].value - discs[j].value);
+        error = std::max(error, distance + distance.half_unit(kFewDigits - 2) + discs[j].error);
+      }
+      errors.push_back(error);
+    }
+    for (std::size_t k = 0; k < members.size(); ++k) {
+      discs[members[k]].error = errors[k];
+      discs[members[k]].count = Integer(members.size());
+    }
+  }
+}
+
+}  // namespace tesk::proven
