@@ -5,44 +5,59 @@ import contextvars
 import decimal
 import functools
 import inspect
+from collections.abc import Callable
+from contextlib import AbstractContextManager
+from types import TracebackType
+from typing import Any, Self, TypeVar
 
 from . import _core
+
+_Function = TypeVar("_Function", bound=Callable[..., Any])
 
 
 class _Scope:
     """A context manager and decorator that may be entered again, from several threads and tasks at once."""
 
-    def __init__(self):
+    def __init__(self) -> None:
         # What each entry has to put back, of the thread or task that entered.
-        self._entered = contextvars.ContextVar("entered", default=())
+        self._entered: contextvars.ContextVar[tuple[Any, ...]] = contextvars.ContextVar("entered", default=())
 
-    def __enter__(self):
+    def _enter(self) -> Any:
+        """Sets what the scope is for, and returns what _leave() needs to put the former state back."""
+        raise NotImplementedError
+
+    def _leave(self, former: Any) -> None:
+        raise NotImplementedError
+
+    def __enter__(self) -> Self:
         self._entered.set((self._enter(), *self._entered.get()))
         return self
 
-    def __exit__(self, *unused):
+    def __exit__(
+        self, kind: type[BaseException] | None, error: BaseException | None, traceback: TracebackType | None
+    ) -> None:
         former, *others = self._entered.get()
         self._entered.set(tuple(others))
         self._leave(former)
 
-    def __call__(self, function):
+    def __call__(self, function: _Function) -> _Function:
         if inspect.isgeneratorfunction(function) or inspect.isasyncgenfunction(function):
             raise TypeError("a generator runs between other statements of its caller: use `with` around what it computes")
         if inspect.iscoroutinefunction(function):
 
             @functools.wraps(function)
-            async def task(*arguments, **named):
+            async def task(*arguments: Any, **named: Any) -> Any:
                 with self:
                     return await function(*arguments, **named)
 
-            return task
+            return task  # type: ignore[return-value]
 
         @functools.wraps(function)
-        def call(*arguments, **named):
+        def call(*arguments: Any, **named: Any) -> Any:
             with self:
                 return function(*arguments, **named)
 
-        return call
+        return call  # type: ignore[return-value]
 
 
 class digits(_Scope):  # pylint: disable=invalid-name
@@ -68,17 +83,17 @@ class digits(_Scope):  # pylint: disable=invalid-name
     (Decimal('0.333333333333333333333333333333'), Decimal('0.333333333333333333333333333333'))
     """
 
-    def __init__(self, count):
+    def __init__(self, count: int) -> None:
         super().__init__()
         self._count = count
 
-    def __repr__(self):
+    def __repr__(self) -> str:
         return f"digits({self._count})"
 
-    def __reduce__(self):
+    def __reduce__(self) -> tuple[type, tuple[int]]:
         return digits, (self._count,)
 
-    def _enter(self):
+    def _enter(self) -> Any:
         token = _core._digits.set(_core.get_digits())
         try:
             _core.set_digits(self._count)
@@ -91,7 +106,7 @@ class digits(_Scope):  # pylint: disable=invalid-name
             raise
         return token, former
 
-    def _leave(self, former):
+    def _leave(self, former: Any) -> None:
         token, context = former
         decimal.setcontext(context)
         _core._digits.reset(token)
@@ -109,30 +124,32 @@ class results(_Scope):  # pylint: disable=invalid-name
     ([Real('0.33333333333333333333')], Real('0.99999999999999999999'))
     """
 
-    def __init__(self, kind):
+    def __init__(self, kind: type[decimal.Decimal] | type[_core.Real]) -> None:
         super().__init__()
         if kind not in (decimal.Decimal, _core.Real):
             raise TypeError("results are of the class Decimal or Real")
         self._kind = kind
 
-    def __repr__(self):
+    def __repr__(self) -> str:
         return f"results({self._kind.__name__})"
 
-    def __reduce__(self):
+    def __reduce__(self) -> tuple[type, tuple[type]]:
         return results, (self._kind,)
 
-    def _enter(self):
+    def _enter(self) -> Any:
         return _core._results.set(self._kind is _core.Real)
 
-    def _leave(self, former):
+    def _leave(self, former: Any) -> None:
         _core._results.reset(former)
 
 
-def at(count):
+def at(count: int | None) -> AbstractContextManager[Any]:
     """The block at so many digits, or at those that are set when there is no count."""
-    return contextlib.nullcontext() if count is None else digits(count)
+    if count is None:
+        return contextlib.nullcontext()
+    return digits(count)
 
 
-def plain(x):
+def plain(x: Any) -> Any:
     """The Real x as a number of the class that results have."""
     return x if _core._results.get() else x.decimal()

@@ -1,5 +1,8 @@
 """What goes wrong in the library, as exceptions."""
 
+from decimal import Decimal
+from typing import Any
+
 
 class Error(Exception):
     """A routine failed.
@@ -9,7 +12,15 @@ class Error(Exception):
     values in the text.
     """
 
-    def __init__(self, message, routine, code, label, text, values):
+    routine: str
+    code: int
+    label: int
+    text: str
+    values: tuple[int | Decimal | str, ...]
+
+    def __init__(
+        self, message: str, routine: str, code: int, label: int, text: str, values: tuple[int | Decimal | str, ...]
+    ) -> None:
         super().__init__(message)
         self.routine = routine
         self.code = code
@@ -17,7 +28,7 @@ class Error(Exception):
         self.text = text
         self.values = values
 
-    def __reduce__(self):
+    def __reduce__(self) -> tuple[Any, ...]:
         return type(self), (str(self), self.routine, self.code, self.label, self.text, self.values)
 
 
@@ -33,7 +44,7 @@ class NumericalFailure(Error, ArithmeticError):
     """The arguments were right, but the mathematics failed: a singular matrix, no convergence."""
 
 
-def refusal(kind, text):
+def refusal(kind: type[Error], text: str) -> Error:
     """An exception of that class for an argument that no routine has seen."""
     return kind(text, "", 0, 0, text, ())
 

@@ -1,6 +1,7 @@
 """Binary numbers, exactly."""
 
 from decimal import MAX_EMAX, MAX_PREC, MIN_EMIN, Context, Decimal
+from typing import Any
 
 from ._context import digits
 from ._core import Complex, Real
@@ -11,7 +12,7 @@ _WIDE = Context(prec=MAX_PREC, Emax=MAX_EMAX, Emin=MIN_EMIN)
 _MPMATH_SPECIAL = {0: "0", -456: "Infinity", -789: "-Infinity"}
 
 
-def exact(x, real=False):
+def exact(x: Any, real: bool = False) -> Any:
     """exact(x, real=False)
 
     Exactly the number x: a float, a complex, a number of numpy, an mpf or mpc of mpmath, or what the package takes anyway;
@@ -24,7 +25,7 @@ def exact(x, real=False):
     >>> exact([1, [0.5, 1j]])
     [Decimal('1'), [Decimal('0.5'), Complex('0', '1')]]
     """
-    if hasattr(x, "__array__") and getattr(x, "shape", ()):
+    if hasattr(x, "__array__") and getattr(x, "shape", None):
         import numpy
 
         result = numpy.empty(x.shape, dtype=object)
@@ -43,9 +44,9 @@ def exact(x, real=False):
     return _with_all_digits(Real, number) if real else number
 
 
-def _decimal(x):
+def _decimal(x: Any) -> Decimal:
     if isinstance(x, Real):
-        return x.decimal()
+        return Decimal(x.decimal())
     if hasattr(x, "_mpf_"):
         return _of_mpmath(*x._mpf_)
     if isinstance(x, (Decimal, float, int, str)):
@@ -59,7 +60,7 @@ def _decimal(x):
     return _quotient(*x.as_integer_ratio())
 
 
-def _quotient(numerator, denominator):
+def _quotient(numerator: int, denominator: int) -> Decimal:
     """The quotient, which ends if the denominator has no factors but 2 and 5."""
     scale = 10 ** denominator.bit_length()
     if scale % denominator != 0:
@@ -67,13 +68,13 @@ def _quotient(numerator, denominator):
     return Decimal(numerator * (scale // denominator)).scaleb(-denominator.bit_length(), _WIDE).normalize(_WIDE)
 
 
-def _of_mpmath(sign, mantissa, exponent, _):
+def _of_mpmath(sign: int, mantissa: Any, exponent: int, _: int) -> Decimal:
     if mantissa == 0:
         return Decimal(_MPMATH_SPECIAL.get(exponent, "NaN"))
     number = -int(mantissa) if sign else int(mantissa)
     return Decimal(number << exponent) if exponent >= 0 else _quotient(number, 1 << -exponent)
 
 
-def _with_all_digits(kind, *parts):
+def _with_all_digits(kind: Any, *parts: Decimal) -> Any:
     with digits(max(1, *(len(part.as_tuple().digits) for part in parts))):
         return kind(*parts)

@@ -2,14 +2,17 @@
 
 import ast
 import inspect
+from collections.abc import Callable
+from typing import Any
 
 from ._context import digits as at_digits
 
 
-def signature_of(heading):
+def signature_of(heading: str) -> inspect.Signature:
     """The signature in the first line of a docstring, name(a, b=1), with the keyword `digits` beside."""
     node = ast.parse(f"def {heading}: ...").body[0]
-    defaults = [inspect.Parameter.empty] * (len(node.args.args) - len(node.args.defaults))
+    assert isinstance(node, ast.FunctionDef), heading
+    defaults: list[Any] = [inspect.Parameter.empty] * (len(node.args.args) - len(node.args.defaults))
     defaults += [ast.literal_eval(each) for each in node.args.defaults]
     parameters = [
         inspect.Parameter(each.arg, inspect.Parameter.POSITIONAL_OR_KEYWORD, default=default)
@@ -18,10 +21,10 @@ def signature_of(heading):
     return inspect.Signature([*parameters, inspect.Parameter("digits", inspect.Parameter.KEYWORD_ONLY, default=None)])
 
 
-def routine(core):
+def routine(core: Callable[..., Any]) -> Callable[..., Any]:
     """The function of Python around one of the extension."""
 
-    def function(*arguments, digits=None, **named):
+    def function(*arguments: Any, digits: int | None = None, **named: Any) -> Any:
         if digits is None:
             return core(*arguments, **named)
         with at_digits(digits):
@@ -30,5 +33,6 @@ def routine(core):
     function.__name__ = function.__qualname__ = core.__name__
     function.__module__ = "tesk2mp"
     function.__doc__ = core.__doc__
-    function.__signature__ = signature_of(" ".join(core.__doc__.partition("\n\n")[0].split()))
+    heading = " ".join((core.__doc__ or "").partition("\n\n")[0].split())
+    setattr(function, "__signature__", signature_of(heading))
     return function

@@ -3,17 +3,27 @@
 from collections.abc import Sequence
 from decimal import Decimal
 from fractions import Fraction
-from typing import TypeAlias, Union
+from typing import Any, Protocol, TypeAlias, Union
 
 from . import Complex, Real
 
+
+class Array(Protocol):
+    """An array of numpy, or what looks like one."""
+
+    def __array__(self) -> Any: ...
+
+    def tolist(self) -> Any: ...
+
+
 RealLike: TypeAlias = Real | Decimal | int | Fraction | str
 Number: TypeAlias = RealLike | Complex
-Vector: TypeAlias = Sequence[Number]
-Matrix: TypeAlias = Sequence[Vector]
+RealVector: TypeAlias = Sequence[RealLike] | Array
+Vector: TypeAlias = Sequence[Number] | Array
+Matrix: TypeAlias = Sequence[Vector] | Array
 Numbers: TypeAlias = list[Decimal] | list[Complex]
 Rows: TypeAlias = list[list[Decimal]] | list[list[Complex]]
-Nested: TypeAlias = Sequence[Union[Number, "Nested"]]
+Nested: TypeAlias = Sequence[Union[Number, "Nested"]] | Array
 NestedComplex: TypeAlias = list[Union[Complex, "NestedComplex"]]
 NestedReal: TypeAlias = list[Union[Decimal, "NestedReal"]]
 Value: TypeAlias = Decimal | Complex | NestedReal | NestedComplex

@@ -6,7 +6,7 @@ not converge, there is a NumericalFailure.
 """
 
 from decimal import Decimal
-from typing import Any, Literal
+from typing import Any, Literal, cast
 
 from . import (
     LU,
@@ -156,7 +156,7 @@ def slogdet(a: Matrix, *, digits: int | None = None) -> tuple[Decimal | Complex,
     with at(digits):
         mantissa, exponent, _ = scaled_determinant(a)
         size = Real(abs(mantissa))
-        if size == 0:
+        if not size:
             return plain(Real(0)), plain(Real("-Infinity"))
         sign = mantissa / size if isinstance(mantissa, Complex) else plain(Real(mantissa) / size)
         return sign, plain(size.log() + Real(10).log() * exponent)
@@ -291,9 +291,11 @@ def cond(a: Matrix, p: None | Literal["fro", 1, 2] | float = None, *, digits: in
     with at(digits):
         if p is None or p == 2:
             s = svdvals(a)
-            return plain(Real(s[0]) / s[-1])
-        kind = _option("p", _NORMS, p)
-        return plain(Real(_norm(a, kind)) * _norm(inverse(a), kind))
+            product = Real(s[0]) / s[-1]
+        else:
+            kind = _option("p", _NORMS, p)
+            product = Real(_norm(a, kind)) * _norm(inverse(a), kind)
+        return cast(Decimal, plain(product))
 
 
 def norm(
@@ -306,7 +308,7 @@ def norm(
     """
     with at(digits):
         if ord == 2:
-            return svdvals(a)[0] if _is_matrix(a) else _norm(a)
+            return singular_values(cast(Matrix, a))[0] if _is_matrix(a) else _norm(a)
         return _norm(a, _option("ord", _NORMS, ord))
 
 

@@ -2,6 +2,7 @@
 
 import ast
 import doctest
+import importlib
 import inspect
 import pathlib
 import re
@@ -76,7 +77,16 @@ class Documents(unittest.TestCase):
         stub = pathlib.Path(tesk2mp.__file__).with_suffix(".pyi")
         nodes = ast.parse(stub.read_text()).body
         declared = {node.name: node for node in nodes if isinstance(node, (ast.ClassDef, ast.FunctionDef))}
-        self.assertEqual(sorted(declared), sorted(tesk2mp.__all__))
+        elsewhere = {
+            each.asname: importlib.import_module(f"tesk2mp.{node.module}")
+            for node in nodes
+            if isinstance(node, ast.ImportFrom) and node.module and node.level
+            for each in node.names
+            if each.asname
+        }
+        self.assertEqual(sorted([*declared, *elsewhere]), sorted(tesk2mp.__all__))
+        for name, module in elsewhere.items():
+            self.assertIs(getattr(module, name), getattr(tesk2mp, name))
         for name, node in declared.items():
             with self.subTest(name):
                 if isinstance(node, ast.FunctionDef):
