@@ -45,10 +45,6 @@ std::string fixed_text(const QuarnFloat& value, int places) {
   return text;
 }
 
-bool is_numeric(const NumberTable::Column& column) {
-  return !column.cells.empty() && is_number(with_plain_signs(column.cells.front()));
-}
-
 Numbers rounded_column(const RoundOptions& options, int places, tesk2mp::Rounding mode, const Numbers& given) {
   if (options.parts.empty()) {
     return tesk2mp::quantize(given, places, mode);
@@ -72,7 +68,7 @@ void run_round(const RoundOptions& options) {
     const std::string name = !column.name.empty()          ? column.name
                              : table.columns().size() == 1 ? "value"
                                                            : "c" + std::to_string(k + 1);
-    if (chosen != nullptr ? &column != chosen : !is_numeric(column)) {
+    if (chosen != nullptr ? &column != chosen : !table.holds_numbers(column)) {
       result.data.push_back({name, column.cells, false, true});
       continue;
     }
@@ -106,6 +102,9 @@ void run_round(const RoundOptions& options) {
     if (options.mark) {
       result.data.push_back(marks);
     }
+  }
+  if (count == 0) {
+    throw bad_input(table.source() + ": no column of numbers");
   }
   for (const ResultColumn& column : result.data) {
     if (column.cells.size() != result.data.front().cells.size()) {

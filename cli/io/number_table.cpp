@@ -106,7 +106,7 @@ bool is_not_finite(std::string_view cell) {
 bool are_names(const std::vector<std::string>& cells) {
   bool words = false;
   for (const std::string& cell : cells) {
-    if (cell.empty()) {
+    if (is_missing(cell)) {
       continue;
     }
     if (is_number(cell) || is_not_finite(cell) || is_digit(cell[0]) ||
@@ -286,6 +286,21 @@ const NumberTable::Column* NumberTable::find(const std::string& name) const {
   return nullptr;
 }
 
+bool NumberTable::holds_numbers(const Column& column) const {
+  const auto first = std::find_if_not(column.cells.begin(), column.cells.end(), is_missing);
+  if (first == column.cells.end()) {
+    return false;
+  }
+  if (has_groups(*first)) {
+    throw bad_input(place(column, std::size_t(first - column.cells.begin())) + ": " + shown(*first) +
+                    " is not a number" +
+                    (separator_ == ',' && first->find(' ') != std::string::npos
+                         ? " (--decimal comma, if commas are decimal; --column takes another column)"
+                         : " (numbers have no thousands separators; --column takes another column)"));
+  }
+  return is_complex_number(*first);
+}
+
 const NumberTable::Column& NumberTable::choose(const std::string& name) const {
   if (!name.empty()) {
     const Column* column = find(name);
@@ -301,19 +316,8 @@ const NumberTable::Column& NumberTable::choose(const std::string& name) const {
   }
   const Column* chosen = nullptr;
   for (auto column = columns_.rbegin(); column != columns_.rend(); ++column) {
-    const auto first = std::find_if_not(column->cells.begin(), column->cells.end(), is_missing);
-    if (first == column->cells.end()) {
-      continue;
-    }
-    // What was meant as a number, behind the others or parted at its decimal commas, is not passed over.
-    if (has_groups(*first) && (chosen == nullptr || separator_ == ',')) {
-      throw bad_input(place(*column, std::size_t(first - column->cells.begin())) + ": " + shown(*first) +
-                      " is not a number" +
-                      (separator_ == ',' && first->find(' ') != std::string::npos
-                           ? " (--decimal comma, if commas are decimal; --column takes another column)"
-                           : " (numbers have no thousands separators; --column takes another column)"));
-    }
-    if (chosen == nullptr && is_complex_number(*first)) {
+    // Behind the others, or parted at its decimal commas, no number is passed over.
+    if ((chosen == nullptr || separator_ == ',') && holds_numbers(*column) && chosen == nullptr) {
       chosen = &*column;
     }
   }

@@ -36,6 +36,8 @@ class NumberTable {
   const std::vector<Column>& columns() const { return columns_; }
   /// The column of that name, or at that position counted from 1; null when there is none.
   const Column* find(const std::string& name) const;
+  /// Whether the first cell that is not missing is a number. Throws Failure for what was meant as one.
+  bool holds_numbers(const Column& column) const;
   /// The column that was asked for, or the last one that starts with a number when `name` is empty.
   const Column& choose(const std::string& name) const;
   /// Which one of several it is, for headings: " of 'name' (column 2 of 3)"; nothing about the only column without a

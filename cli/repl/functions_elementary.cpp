@@ -54,6 +54,7 @@ Values table_pairs(State& /*state*/, const Arguments& arguments) {
   if (!one_a && !one_b && (a.rows() != b.rows() || a.columns() != b.columns())) {
     throw Unfit("as many numbers as in the first argument are needed here, or one", 1);
   }
+  const bool counts = std::string_view(f.name) == "binomial";  // whole numbers, exact however long
   const Array& shape = one_a ? b : a;
   Array result = make_array(shape.rows(), shape.columns());
   Progress progress("evaluating", double(size(result)));
@@ -63,7 +64,8 @@ Values table_pairs(State& /*state*/, const Arguments& arguments) {
     if (f.complex == nullptr && !is_real(w)) {
       throw Unfit("real numbers are needed here", 1);
     }
-    result.data()[k] = taken(quarn::evaluate(f, a.data()[one_a ? 0 : k], w));
+    const Complex& z = a.data()[one_a ? 0 : k];
+    result.data()[k] = counts && is_real(z) ? exact_binomial(z.re, w.re) : taken(quarn::evaluate(f, z, w));
   }
   return {result};
 }

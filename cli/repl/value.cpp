@@ -7,6 +7,7 @@
 #include "cli/system/memory.h"
 #include "cli/system/progress.h"
 #include "quarn/complex.h"
+#include "quarn/functions.h"
 
 namespace cli::repl {
 
@@ -300,6 +301,10 @@ Array conjugate_transpose(const Array& a) {
     }
   }
   return result;
+}
+
+Complex exact_binomial(const QuarnFloat& n, const QuarnFloat& k) {
+  return exact_if_whole([](const auto& x, const auto& y) { return binomial(x, y); }, n, k);
 }
 
 Complex added(const Complex& a, const Complex& b) { return sum(a, b); }

@@ -61,6 +61,7 @@ Complex added(const Complex& a, const Complex& b);
 
 /// n! of each element: a whole number from 0.
 Array factorial(const Array& a);
+Complex exact_binomial(const QuarnFloat& n, const QuarnFloat& k);
 
 /// A number as it is shown and can be read again.
 std::string number_text(const Complex& value);

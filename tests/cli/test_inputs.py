@@ -72,6 +72,7 @@ BAD = [
      ":2: '1\u202f234,5' is not a number (numbers have no thousands separators; --column takes another column)"),
     ("decimal commas between blanks", "1,5 2,5\n3,5 4,5\n", [],
      ":1: '5 2' is not a number (--decimal comma, if commas are decimal; --column takes another column)"),
+    ("a missing number at first", "NA\n1\n", [], ":1: 'NA' is not a number" + WITHOUT),
     ("an open quote", 'a\n"1\n2\n', [], ":2: a quotation mark is not closed"),
     ("JSON objects and numbers", '[{"v": 1}, 2]', [], ": numbers and objects are mixed"),
     ("JSON numbers and objects", '[2, {"v": 1}]', [], ": numbers and objects are mixed"),

@@ -50,7 +50,14 @@ TEST_CASE("few points are all kept, of many the extremes of each column of dots"
   const std::vector<QuarnFloat> same(1000, QuarnFloat(3));
   CHECK(cli::points_of(same, same, true, 10, 10).size() == 2);
   CHECK(cli::points_of(same, same, false, 10, 10).size() == 1);
-  CHECK_THROWS(cli::points_of({0}, {QuarnFloat("1e400")}, true, 10, 10));
+  const cli::Points far = cli::points_of({QuarnFloat("2e-400")}, {QuarnFloat("-15e400")}, true, 10, 10);
+  CHECK(far.x == std::vector<double>{2});
+  CHECK(far.y == std::vector<double>{-1.5});
+  CHECK(far.x_exponent == -400);
+  CHECK(far.y_exponent == 401);
+  CHECK_THROWS(cli::points_of({0}, {QuarnFloat("nan")}, true, 10, 10));
+  CHECK(cli::power_text(2.3979400086720375) == "2.5e2");
+  CHECK(cli::power_text(-0.0001) == "1e0");
 }
 
 TEST_CASE("a plot of characters") {

@@ -45,6 +45,10 @@ class Rounding(unittest.TestCase):
         self.assertEqual(run_well("round", "-", "--places", "-1", "--column", "tax", "--format", "csv", stdin=table),
                          "item,net,tax\na,2.345,0\nb,-0.004,10\n")
         self.assertEqual(run("round", "-", "--places", "1.5", stdin=table).returncode, 2)
+        for text, complaint in (("item;net\na;1.234,50\nb;2,345\n", ":2: '1.234,50' is not a number"), ("x\na\nb\n", ": no column of numbers")):
+            done = run("round", "-", stdin=text)
+            self.assertEqual((done.returncode, done.stdout), (2, ""))
+            self.assertIn("quarn: standard input" + complaint, done.stderr)
 
 
 class Ranking(unittest.TestCase):
