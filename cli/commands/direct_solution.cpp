@@ -1,6 +1,7 @@
 // Linear systems by factorisation of the full matrix and refinement.
 #include "cli/commands/failure.h"
 #include "cli/commands/linear_system.h"
+#include "cli/commands/proven.h"
 #include "cli/system/memory.h"
 #include "tesk2mp/refinement.hpp"
 
@@ -40,7 +41,29 @@ Solution refined_solution(const Equations<T>& equations) {
   return solution;
 }
 
+template <class T>
+Solution proven_solution(const Equations<T>& equations) {
+  const tesk2mp::Matrix<T> a = full_matrix(equations);
+  Solution solution;
+  const auto found = with_true_digits(solution.worked_with, [&] { return tesk2mp::proven::solve(a, equations.b); });
+  tesk2mp::Matrix<T> x(found.size(), 1);
+  for (std::size_t i = 0; i < found.size(); ++i) {
+    x(i, 0) = tesk2mp::proven::known_value(found[i]);
+  }
+  solution.errors = errors_of(found);
+  solution.residual = relative_residual(equations, std::vector<T>(x.data(), x.data() + x.rows()));
+  solution.x.elements = std::move(x);
+  return solution;
+}
+
 }  // namespace
+
+Solution solve_proven(const LinearSystem& system) {
+  Solution solution = std::visit([](const auto& equations) { return proven_solution(equations); }, system.equations);
+  solution.method = "proven";
+  solution.routine = system.complex() ? "QuarnMPX_zproven_solve_" : "QuarnMPX_dproven_solve_";
+  return solution;
+}
 
 Solution solve_directly(const LinearSystem& system) {
   Solution solution = std::visit([](const auto& equations) { return refined_solution(equations); }, system.equations);

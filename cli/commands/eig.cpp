@@ -5,10 +5,11 @@
 #include "cli/commands/dense.h"
 #include "cli/commands/failure.h"
 #include "cli/commands/options.h"
+#include "cli/commands/proven.h"
 #include "cli/commands/ranking.h"
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
-#include "tesk2mp/eigenproblems.hpp"
+#include "tesk2mp/proven_spectra.hpp"
 #include "tesk2mp/util.hpp"
 
 namespace cli {
@@ -20,6 +21,7 @@ struct EigOptions {
   TableOptions table;
   bool vectors = false;
   bool condition = false;
+  bool proven = false;
   OutputOptions output;
 };
 
@@ -186,15 +188,79 @@ void run_on(const EigOptions& options, const DenseMatrix& given, const tesk2mp::
   deliver(result, options.output);
 }
 
+/// As discs, of a symmetric matrix too.
+template <class T>
+std::vector<tesk2mp::proven::BoundedRoot> proven_eigenvalues_of(const tesk2mp::Matrix<T>& a, bool symmetric) {
+  if (!symmetric) {
+    return tesk2mp::proven::eigenvalues(a);
+  }
+  std::vector<tesk2mp::proven::BoundedRoot> roots;
+  for (const auto& value : tesk2mp::proven::symmetric_eigenvalues(a)) {
+    roots.push_back({Complex(value.value), value.error, 1, true});
+  }
+  return roots;
+}
+
+template <class T>
+void run_proven(const EigOptions& options, const DenseMatrix& given, const tesk2mp::Matrix<T>& a) {
+  const double cost = eigenvalue_cost(double(a.rows()), true);
+  const Progress progress = Progress::estimated("eigenvalues", (given.complex() ? 4 : 1) * cost);
+  const bool symmetric = tesk2mp::is_hermitian(a);
+  const std::string routine = std::string("QuarnMPX_") + (given.complex() ? "z" : "d") +
+                              (symmetric ? "proven_symmetric_" : "proven_eigenvalues_");
+  Result result;
+  result.notes = {"Eigenvalues of the " + description(given) + ", the largest first", ""};
+  std::vector<tesk2mp::proven::BoundedRoot> found =
+      proven_result(result, routine, [&] { return proven_eigenvalues_of(a, symmetric); });
+  result.facts.push_back({"n", std::to_string(given.rows()), true});
+  std::vector<Complex> values;
+  std::vector<tesk2mp::proven::BoundedRoot> roots;
+  for (const auto& root : found) {
+    values.push_back(tesk2mp::proven::known_value(root));
+  }
+  const std::vector<std::size_t> order = by_magnitude(values);
+  const std::vector<Complex> unordered = std::move(values);
+  values = {};
+  for (const std::size_t j : order) {
+    values.push_back(unordered[j]);
+    roots.push_back(found[j]);
+  }
+  const std::vector<QuarnFloat> re = real_parts(values);
+  const std::vector<QuarnFloat> im = imaginary_parts(values);
+  const QuarnFloat largest = std::max(largest_magnitude(re), largest_magnitude(im));
+  const ResultColumn counts = count_column("i", positions(given.rows()));
+  result.table = {counts, aligned_column("real", re, largest), aligned_column("imaginary", im, largest)};
+  result.data = {counts, {"real", exact_cells(re)}, {"imaginary", exact_cells(im)}};
+  add_errors(result, errors_of(roots), "value");
+  add_counts(result, roots);
+  result.picture = [&](const std::string& file) {
+    draw(ComplexPlane{"Eigenvalues of the " + description(given), values}, file);
+  };
+  deliver(result, options.output);
+}
+
 void run_eig(const EigOptions& options) {
-  const DenseMatrix given = read_operand(options.matrix, options.table, true);
-  std::visit([&](const auto& a) { run_on(options, given, a); }, given.elements);
+  if (options.proven && (options.vectors || options.condition)) {
+    throw bad_input("--proven is for the values: without --vectors and --condition");
+  }
+  const auto read = [&] {
+    const tesk2mp::Digits scope(digits_of_data(options.proven));
+    return read_operand(options.matrix, options.table, true);
+  };
+  const DenseMatrix given = read();
+  std::visit([&](const auto& a) { options.proven ? run_proven(options, given, a) : run_on(options, given, a); },
+             given.elements);
 }
 
 constexpr const char* kFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file: square, real or
 complex. Symmetric and Hermitian ones are recognised: their eigenvalues are real.
 --plot draws the complex plane.
+
+With --proven the numbers of the matrix are taken with all their digits, and D digits of both
+parts of every eigenvalue are true; a part of which none is known, D digits below the largest,
+is printed as 0. Multiple eigenvalues have a count. Where no proof is found the exit status
+is 1.
 
 Examples:
   quarn eig examples/west0067.mtx --digits 50 --plot west0067.svg
@@ -208,6 +274,7 @@ void declare(Command& command) {
   command.flag("--vectors", options->vectors, "eigenvectors as well");
   command.flag("--condition", options->condition, "how sensitive the eigenvalues are");
   command.add_digits();
+  add_proven_option(command, options->proven);
   add_output_options(command, options->output);
   add_plot_option(command, options->output);
   command.work = [options] { run_eig(*options); };

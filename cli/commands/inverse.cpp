@@ -2,10 +2,10 @@
 #include "cli/commands/dense.h"
 #include "cli/commands/failure.h"
 #include "cli/commands/options.h"
+#include "cli/commands/proven.h"
 #include "cli/io/matrix_output.h"
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
-#include "tesk2mp/proven.hpp"
 
 namespace cli {
 
@@ -20,29 +20,8 @@ struct MatrixOptions {
 
 /// Reads the matrix: rounded to the working digits, or with all its digits where the result is to be proven.
 DenseMatrix read_matrix(const MatrixOptions& options) {
-  constexpr int kAnyNumberOfDigits = 100'000;
-  const tesk2mp::Digits scope(options.proven ? std::max(kAnyNumberOfDigits, QuarnDigits()) : QuarnDigits());
+  const tesk2mp::Digits scope(digits_of_data(options.proven));
   return read_operand(options.matrix, options.table, true);
-}
-
-/// What problem() gives, to as many true digits as are asked for; notes how many the proof took.
-template <class Problem>
-auto proven_result(Result& result, const char* routine, const Problem& problem) {
-  const int digits = QuarnDigits();
-  int worked_with = 0;
-  auto found = tesk2mp::proven::to_digits(
-      digits,
-      [&] {
-        worked_with = QuarnDigits();
-        return problem();
-      },
-      40 * digits + 1000);
-  result.notes[1] = digits_text() + ", all proven (worked with " + std::to_string(worked_with) + "), by " + routine;
-  result.facts = {{"routine", routine},
-                  {"digits", std::to_string(digits), true},
-                  {"proven", "true", true},
-                  {"working_digits", std::to_string(worked_with), true}};
-  return found;
 }
 
 Result started(const DenseMatrix& given, const std::string& what, const char* real, const char* complex) {
@@ -145,7 +124,7 @@ void declare_matrix(Command& command, const std::shared_ptr<MatrixOptions>& opti
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
   add_matrix_options(command, options->table);
   command.add_digits();
-  command.flag("--proven", options->proven, "work with so many digits that all that are printed are true");
+  add_proven_option(command, options->proven);
   add_output_options(command, options->output, forms);
 }
 

@@ -55,7 +55,9 @@ struct Solution {
   std::vector<ResidualStep> history;
   Integer iterations = 0;
   Integer products = 0;
-  std::string failure;  // what the library says; empty when the solution is one
+  std::vector<QuarnFloat> errors;  // proven bounds, where there are
+  int worked_with = 0;             // digits of the proof
+  std::string failure;             // what the library says; empty when the solution is one
 };
 
 struct IterativeOptions {
@@ -75,5 +77,8 @@ Solution solve_iteratively(const LinearSystem& system, const std::string& method
 
 /// Solves by the LU factorisation of the full matrix, refining the solution with exact residuals.
 Solution solve_directly(const LinearSystem& system);
+
+/// The same with so many digits that those of the moment are true. Throws NumericalFailure where none suffice.
+Solution solve_proven(const LinearSystem& system);
 
 }  // namespace cli

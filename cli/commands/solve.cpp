@@ -6,12 +6,14 @@
 #include "cli/commands/failure.h"
 #include "cli/commands/linear_system.h"
 #include "cli/commands/options.h"
+#include "cli/commands/proven.h"
 #include "cli/io/matrix_input.h"
 #include "cli/io/matrix_output.h"
 #include "cli/io/number_text.h"
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
 #include "tesk2mp/error.hpp"
+#include "tesk2mp/util.hpp"
 
 namespace cli {
 
@@ -26,6 +28,7 @@ struct SolveOptions {
   IterativeOptions iterative;
   std::string history;
   bool progress = false;
+  bool proven = false;
   OutputOptions output;
 };
 
@@ -36,6 +39,7 @@ LinearSystem read_system(const SolveOptions& options) {
   if (options.matrix == "-" && options.right_side == "-") {
     throw bad_input("only one of MATRIX and --rhs can be standard input");
   }
+  const tesk2mp::Digits scope(digits_of_data(options.proven));
   const SparseMatrix matrix = read_matrix(options.matrix, options.table);
   if (options.right_side.empty()) {
     return linear_system(matrix, nullptr);
@@ -54,9 +58,9 @@ double part_done(const QuarnFloat& first, const ResidualStep& now) {
 }
 
 Solution solve(const LinearSystem& system, const std::string& method, const SolveOptions& options) {
-  if (method == "direct") {
+  if (method == "direct" || method == "proven") {
     const Progress progress = Progress::estimated("factorising", factorisation_cost(system.n, system.complex()));
-    return solve_directly(system);
+    return method == "direct" ? solve_directly(system) : solve_proven(system);
   }
   std::optional<Progress> progress;
   if (!options.progress) {
@@ -185,6 +189,34 @@ bool is_inconsistent(const Solution& solution, const QuarnFloat& residual, const
   return solution.method != "direct" && solution.failure.empty() && residual > sqrt(used);
 }
 
+/// The largest distance of a component from 1.
+QuarnFloat distance_from_ones(const DenseMatrix& x) {
+  QuarnFloat largest;
+  std::visit(
+      [&](const auto& elements) {
+        for (std::size_t i = 0; i < elements.rows(); ++i) {
+          largest = std::max(largest, tesk2mp::abs(Complex(elements(i, 0)) - Complex(1)));
+        }
+      },
+      x.elements);
+  return largest;
+}
+
+Result proven_result_of(const LinearSystem& system, const Solution& solution, const SolveOptions& options) {
+  Result result;
+  result.notes = {system_note(system, options), proof_note(solution.worked_with, solution.routine)};
+  result.facts = {{"routine", solution.routine},
+                  {"digits", std::to_string(QuarnDigits()), true},
+                  {"n", std::to_string(system.n), true},
+                  {"method", solution.method},
+                  {"proven", "true", true},
+                  {"working_digits", std::to_string(solution.worked_with), true},
+                  {"relative_residual", solution.residual.to_string()}};
+  add_matrix(result, solution.x);
+  add_errors(result, solution.errors, "component");
+  return result;
+}
+
 Result one_result(const LinearSystem& system, const Solution& solution, const SolveOptions& options) {
   const QuarnFloat& residual = solution.residual;
   const bool direct = solution.method == "direct";
@@ -198,7 +230,15 @@ Result one_result(const LinearSystem& system, const Solution& solution, const So
   if (is_inconsistent(solution, residual, options)) {
     result.notes.push_back("the residual is small beside ||A|| ||x|| alone: A may be singular, and b not in its range");
   }
+  if (options.right_side.empty()) {
+    const QuarnFloat error = distance_from_ones(solution.x);
+    result.notes.push_back("the largest error of a component is " + brief(error) + ": all are 1, b being made of them");
+    result.facts.push_back({"largest_error", error.to_string()});
+  } else if (!direct) {
+    result.notes.emplace_back("an estimate: the residual is small, and how far x is off depends on A");
+  }
   add_history_notes(result, solution);
+  const std::vector<Fact> more = result.facts;
   result.facts = {{"routine", solution.routine},
                   {"digits", std::to_string(QuarnDigits()), true},
                   {"n", std::to_string(system.n), true},
@@ -207,6 +247,7 @@ Result one_result(const LinearSystem& system, const Solution& solution, const So
                   {"products", std::to_string(solution.products), true},
                   {"relative_residual", residual.to_string()},
                   {"failure", solution.failure}};
+  result.facts.insert(result.facts.end(), more.begin(), more.end());
   return result;
 }
 
@@ -236,10 +277,17 @@ Result comparison(const LinearSystem& system, const std::vector<Solution>& solut
 }
 
 void run_solve(const SolveOptions& options) {
+  if (options.proven && (!options.history.empty() || !options.output.picture.empty())) {
+    throw bad_input("--proven has no course of the residual: without --history and --plot");
+  }
   if (options.method == "all" && options.output.format == Format::mtx) {
     throw bad_input("--method all gives a comparison, which is no matrix");
   }
   const LinearSystem system = read_system(options);
+  if (options.proven) {
+    deliver(proven_result_of(system, solve(system, "proven", options), options), options.output);
+    return;
+  }
   std::vector<Solution> solutions;
   for (const std::string& method : options.method == "all" ? kIterative : std::vector<std::string>{options.method}) {
     solutions.push_back(solve(system, method, options));
@@ -268,7 +316,13 @@ The iterative methods stop when ||b - A x|| <= tol (||b|| + ||A|| ||x||), Euclid
 ||A|| estimated; the residual is computed afresh before it is believed. --method direct
 factorises the full matrix and refines the solution with exact residuals.
 --method all compares the iterative ones. Not solved is exit status 1; the last iterate and
-its residual are written all the same.
+its residual are written all the same. A small residual is an estimate: where b was made
+up the largest error is written beside it.
+
+--proven factorises the full matrix, takes A and b with all their digits, and works with so
+many that D digits of every component are true, whatever the method; one of which none is
+known, D digits below the largest, is printed as 0. Where no proof is found the exit status
+is 1.
 
 Examples:
   quarn solve examples/west0067.mtx --method all --digits 50 --tol 1e-40 --plot history.svg
@@ -299,6 +353,7 @@ void declare(Command& command) {
   command.text("--history", "FILE", options->history, "write the course of the residual (.csv, .json or .txt)");
   command.flag("--progress", options->progress, "tell every iteration on standard error, terminal or not");
   command.add_digits();
+  add_proven_option(command, options->proven);
   add_output_options(command, options->output, Forms::matrix);
   add_plot_option(command, options->output);
   command.work = [options] { run_solve(*options); };

@@ -3,11 +3,12 @@
 
 #include "cli/commands/dense.h"
 #include "cli/commands/options.h"
+#include "cli/commands/proven.h"
 #include "cli/commands/ranking.h"
 #include "cli/io/matrix_output.h"
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
-#include "tesk2mp/singular_values.hpp"
+#include "tesk2mp/proven_spectra.hpp"
 
 namespace cli {
 
@@ -17,6 +18,7 @@ struct SvdOptions {
   std::string matrix;
   std::string part = "values";
   TableOptions table;
+  bool proven = false;
   OutputOptions output;
 };
 
@@ -28,17 +30,33 @@ Result result_of(const SvdOptions& options, const DenseMatrix& given, const tesk
   const Progress progress = Progress::estimated(
       "singular values",
       (values ? 8 : 60) * factorisation_cost(std::min(given.rows(), given.columns()), given.complex()));
-  const tesk2mp::SingularSystem<T> system =
-      values ? tesk2mp::SingularSystem<T>{{}, tesk2mp::singular_values(a), {}} : tesk2mp::svd(a);
+  std::vector<QuarnFloat> errors;
+  tesk2mp::SingularSystem<T> system;
   const std::string routine = given.complex() ? "QuarnMPX_zgesvd_" : "QuarnMPX_dgesvd_";
   const std::string what = values ? "Singular values" : options.part == "u" ? "U of A = U S V^H" : "V of A = U S V^H";
   Result result;
   result.notes = {what + (values ? " of the " : ", A the ") + description(given), digits_text() + ", by " + routine};
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
+  if (options.proven) {
+    const auto bounded =
+        proven_result(result, given.complex() ? "QuarnMPX_zproven_singular_" : "QuarnMPX_dproven_singular_",
+                      [&] { return tesk2mp::proven::singular_values(a); });
+    errors = errors_of(bounded);
+    for (const auto& value : bounded) {
+      system.values.push_back(tesk2mp::proven::known_value(value));
+    }
+  } else if (values) {
+    system.values = tesk2mp::singular_values(a);
+  } else {
+    system = tesk2mp::svd(a);
+  }
   if (values) {
     const ResultColumn counts = count_column("i", positions(Integer(system.values.size())));
     result.table = {counts, aligned_column("value", system.values, largest_magnitude(system.values))};
     result.data = {counts, {"value", exact_cells(system.values)}};
+    if (options.proven) {
+      add_errors(result, errors, "value");
+    }
     result.picture = [&given, sizes = system.values](const std::string& file) {
       Panel panel = panel_of_elements("Singular values of the " + description(given), "value", sizes);
       panel.style = Panel::Style::points;
@@ -58,7 +76,14 @@ Result result_of(const SvdOptions& options, const DenseMatrix& given, const tesk
 }
 
 void run_svd(const SvdOptions& options) {
-  const DenseMatrix given = read_operand(options.matrix, options.table, false);
+  if (options.proven && options.part != "values") {
+    throw bad_input("--proven is for the values: without --factor");
+  }
+  const auto read = [&] {
+    const tesk2mp::Digits scope(digits_of_data(options.proven));
+    return read_operand(options.matrix, options.table, false);
+  };
+  const DenseMatrix given = read();
   std::visit([&](const auto& a) { deliver(result_of(options, given, a), options.output); }, given.elements);
 }
 
@@ -66,6 +91,10 @@ constexpr const char* kFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file; m by n, real or
 complex. --factor u and v write the first min(m, n) columns of a factor. --plot draws the
 values, or the magnitudes of the factor.
+
+With --proven the numbers of the matrix are taken with all their digits, and D digits of every
+value are true; one of which none is known, D digits below the largest, is printed as 0. Where
+no proof is found the exit status is 1.
 
 Examples:
   quarn svd examples/west0067.mtx --digits 50 --format csv
@@ -77,6 +106,7 @@ void declare(Command& command) {
   command.choice("--factor", "WHAT", options->part, kParts, "what to write: values (default), u, v");
   add_matrix_options(command, options->table);
   command.add_digits();
+  add_proven_option(command, options->proven);
   add_output_options(command, options->output, Forms::matrix);
   add_plot_option(command, options->output);
   command.work = [options] { run_svd(*options); };

@@ -4,12 +4,13 @@
 
 #include "cli/commands/failure.h"
 #include "cli/commands/options.h"
+#include "cli/commands/proven.h"
 #include "cli/commands/ranking.h"
 #include "cli/io/matrix_input.h"
 #include "cli/io/number_text.h"
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
-#include "tesk2mp/polynomials.hpp"
+#include "tesk2mp/proven_spectra.hpp"
 
 namespace cli {
 
@@ -17,10 +18,12 @@ namespace {
 
 struct ZerosOptions {
   std::vector<std::string> coefficients;
+  bool proven = false;
   OutputOptions output;
 };
 
 std::vector<Complex> coefficients_of(const ZerosOptions& options) {
+  const tesk2mp::Digits scope(digits_of_data(options.proven));
   std::vector<Complex> coefficients;
   for (const std::string& text : options.coefficients) {
     if (!is_complex_number(text)) {
@@ -37,29 +40,36 @@ void run_zeros(const ZerosOptions& options) {
   const double degree = double(a.size() - 1);
   constexpr double kOperations = 40;
   const Progress progress = Progress::estimated("zeros", kOperations * degree * degree);
-  const std::vector<tesk2mp::Zero> found =
-      real ? tesk2mp::polynomial_zeros(real_parts(a)) : tesk2mp::polynomial_zeros(a);
+  Result result;
+  const std::string routine = real ? "QuarnMPX_dpzeros_" : "QuarnMPX_zpzeros_";
   std::vector<Complex> zeros;
+  std::vector<tesk2mp::proven::BoundedRoot> roots;
   std::vector<QuarnFloat> errors;
-  for (const tesk2mp::Zero& zero : found) {
-    zeros.push_back(zero.value);
-    errors.push_back(zero.error);
+  result.notes = {"Zeros of the polynomial of degree " + std::to_string(a.size() - 1),
+                  digits_text() + ", by " + routine};
+  result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
+  if (options.proven) {
+    roots = proven_result(result, real ? "QuarnMPX_dproven_zeros_" : "QuarnMPX_zproven_zeros_",
+                          [&] { return real ? tesk2mp::proven::zeros(real_parts(a)) : tesk2mp::proven::zeros(a); });
+    errors = errors_of(roots);
+    for (const auto& root : roots) {
+      zeros.push_back(tesk2mp::proven::known_value(root));
+    }
+  } else {
+    for (const tesk2mp::Zero& zero : real ? tesk2mp::polynomial_zeros(real_parts(a)) : tesk2mp::polynomial_zeros(a)) {
+      zeros.push_back(zero.value);
+      errors.push_back(zero.error);
+    }
   }
 
-  const std::string routine = real ? "QuarnMPX_dpzeros_" : "QuarnMPX_zpzeros_";
   const std::vector<QuarnFloat> re = real_parts(zeros);
   const std::vector<QuarnFloat> im = imaginary_parts(zeros);
   const QuarnFloat largest = std::max(largest_magnitude(re), largest_magnitude(im));
-  Result result;
-  result.notes = {"Zeros of the polynomial of degree " + std::to_string(zeros.size()),
-                  digits_text() + ", by " + routine, "error: so far away is the exact zero at most"};
-  result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
   const ResultColumn counts = count_column("i", positions(Integer(zeros.size())));
-  result.table = {counts,
-                  aligned_column("real", re, largest),
-                  aligned_column("imaginary", im, largest),
-                  {"error", brief_cells(errors)}};
-  result.data = {counts, {"real", exact_cells(re)}, {"imaginary", exact_cells(im)}, {"error", exact_cells(errors)}};
+  result.table = {counts, aligned_column("real", re, largest), aligned_column("imaginary", im, largest)};
+  result.data = {counts, {"real", exact_cells(re)}, {"imaginary", exact_cells(im)}};
+  add_errors(result, errors, "zero");
+  add_counts(result, roots);
   result.picture = [&](const std::string& file) { draw(ComplexPlane{"Zeros of the polynomial", zeros}, file); };
   deliver(result, options.output);
 }
@@ -67,7 +77,9 @@ void run_zeros(const ZerosOptions& options) {
 constexpr const char* kFooter =
     R"(The coefficients are decimal numbers, real or complex, that of the highest power first;
 it must not be 0. A digit follows the minus sign: -0.5, not -.5. Multiple zeros and zeros
-of very different sizes are found to all digits. --plot draws the complex plane.
+of very different sizes are found to all digits. --plot draws the complex plane. With
+--proven the coefficients are taken with all their digits, and D digits of every zero are
+true; zeros that share a disc have a count.
 
 Examples:
   quarn zeros 1 -10 35 -50 24
@@ -79,6 +91,7 @@ void declare(Command& command) {
   command.texts("COEFFICIENT", "", options->coefficients, "the coefficients, that of the highest power first");
   command.options.back().required = true;
   command.add_digits();
+  add_proven_option(command, options->proven);
   add_output_options(command, options->output);
   add_plot_option(command, options->output);
   command.work = [options] { run_zeros(*options); };

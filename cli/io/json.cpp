@@ -210,7 +210,9 @@ std::vector<NumberTable::Column> columns_of_json(const std::string& text, const 
 std::string render_json(const Result& result) {
   nlohmann::ordered_json object = nlohmann::ordered_json::object();
   for (const Fact& fact : result.facts) {
-    if (fact.count) {
+    if (fact.value == "true" && fact.count) {
+      object[fact.name] = true;
+    } else if (fact.count) {
       object[fact.name] = std::stoll(fact.value);
     } else {
       object[fact.name] = fact.value;

@@ -23,7 +23,7 @@ struct ResultColumn {
 struct Fact {
   std::string name;
   std::string value;
-  bool count = false;
+  bool count = false;  // a whole number or "true", which JSON writes without quotes
 };
 
 struct Result {

@@ -2,6 +2,7 @@
 
 import contextlib
 import glob
+import json
 import os
 import random
 import re
@@ -173,7 +174,27 @@ class Runs(unittest.TestCase):
         self.assertIn("1.0000000000000000000000001000000000000000000e+25"[:12], done)
         hilbert = "\n".join(" ".join(f"{420 // (i + j + 1)}" for j in range(4)) for i in range(4))
         self.assertEqual(run_well("det", "-", "--proven", "--format", "csv", stdin=hilbert), "determinant\n5145\n")
-        for command in ("det", "inv"):
+        determinant = json.loads(run_well("det", "-", "--proven", "--format", "json", stdin=matrix))
+        self.assertEqual((determinant["proven"], determinant["working_digits"] > 40), (True, True))
+        # Eigenvalues 2 +- 1e-20, which 20 digits of the matrix do not show; a double one; 1 and 3 of a symmetric matrix.
+        apart = json.loads(run_well("eig", "-", "--proven", "--digits", "25", "--format", "json",
+                                    stdin="2 1\n1e-40 2\n"))
+        self.assertEqual(apart["real"], ["2.00000000000000000001", "1.99999999999999999999"])
+        self.assertTrue(all(0 < float(error) < 1e-24 for error in apart["error"]))
+        double = json.loads(run_well("eig", "-", "--proven", "--format", "json", stdin="2 1\n0 2\n"))
+        self.assertEqual((double["count"], double["imaginary"]), ([2, 2], ["0", "0"]))
+        self.assertEqual(run_well("eig", "-", "--proven", "--format", "csv", stdin="2 1\n1 2\n").splitlines()[1][:6],
+                         "1,3,0,")
+        # The golden ratio and its inverse.
+        values = run_well("svd", "-", "--proven", "--digits", "30", "--format", "csv", stdin="1 1\n1 0\n").splitlines()
+        self.assertEqual([line.split(",")[1] for line in values[1:]],
+                         ["1.61803398874989484820458683437", "0.618033988749894848204586834366"])
+        zeros = json.loads(run_well("zeros", "1", "-3", "3", "-1", "--proven", "--format", "json"))
+        self.assertEqual((zeros["real"], zeros["count"]), (["1"] * 3, [3] * 3))
+        self.assertEqual(run_well("solve", "-", "--proven", "--format", "csv", stdin=matrix).splitlines()[1][:4], "1,1,")
+        for arguments in (["eig", "-", "--vectors"], ["svd", "-", "--factor", "u"], ["solve", "-", "--history", "h.csv"]):
+            self.assertEqual(run(*arguments, "--proven", stdin=matrix).returncode, 2)
+        for command in ("det", "inv", "solve"):
             done = run(command, "-", "--proven", stdin="1 2\n2 4\n")
             self.assertEqual(done.returncode, 1)
             self.assertIn("0 of 20 digits are proven with 1800 working digits", done.stderr)
