@@ -40,28 +40,29 @@ int context_digits(int otherwise) {
   return value ? int(PyLong_AsLong(value.ptr())) : otherwise;
 }
 
-/// What the functions did before they were made to look at the context.
-std::unordered_map<const Record*, py::handle (*)(Call&)>& originals() {
-  static std::unordered_map<const Record*, py::handle (*)(Call&)> table;
+/// What a function did before it was made to look at the context, and whether another one has its name.
+struct Original {
+  py::handle (*impl)(Call&);
+  bool overloaded;
+};
+std::unordered_map<const Record*, Original>& originals() {
+  static std::unordered_map<const Record*, Original> table;
   return table;
-}
-
-/// Raises the exception class of that name from the package, for an argument that no routine has seen.
-[[noreturn]] void refuse(const char* name, const std::exception& error) {
-  const py::module_ errors = py::module_::import("tesk2mp._errors");
-  const py::object type = errors.attr(name);
-  PyErr_SetObject(type.ptr(), errors.attr("refusal")(type, error.what()).ptr());
-  throw py::error_already_set();
 }
 
 py::handle call_in_context(Call& call) {
   const ContextDigits digits;
+  const Original& original = originals().at(&call.func);
   try {
-    return originals().at(&call.func)(call);
+    const py::handle result = original.impl(call);
+    if (result.ptr() == PYBIND11_TRY_NEXT_OVERLOAD && !original.overloaded) {
+      throw py::type_error("an argument of another type than in " + std::string(call.func.name) + call.func.signature);
+    }
+    return result;
   } catch (const py::type_error& error) {
-    refuse("InvalidType", error);
+    refuse("InvalidType", error.what());
   } catch (const py::value_error& error) {
-    refuse("InvalidArgument", error);
+    refuse("InvalidArgument", error.what());
   }
 }
 
@@ -82,10 +83,10 @@ void follow(py::handle attribute) {
   if (self == nullptr || PyCapsule_CheckExact(self) == 0) {
     return;
   }
-  for (auto* record = py::reinterpret_borrow<py::capsule>(self).get_pointer<Record>(); record != nullptr;
-       record = record->next) {
+  auto* const first = py::reinterpret_borrow<py::capsule>(self).get_pointer<Record>();
+  for (Record* record = first; record != nullptr; record = record->next) {
     if (record->impl != call_in_context) {
-      originals()[record] = record->impl;
+      originals()[record] = {record->impl, first->next != nullptr};
       record->impl = call_in_context;
     }
   }
@@ -126,6 +127,13 @@ CallbackDigits::~CallbackDigits() {
       PyErr_Clear();
     }
   }
+}
+
+void refuse(const char* kind, const char* text) {
+  const py::module_ errors = py::module_::import("tesk2mp._errors");
+  const py::object type = errors.attr(kind);
+  PyErr_SetObject(type.ptr(), errors.attr("refusal")(type, text).ptr());
+  throw py::error_already_set();
 }
 
 bool results_are_real() { return real_results; }

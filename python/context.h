@@ -34,6 +34,9 @@ class CallbackDigits {
   py::object former_;
 };
 
+/// Raises the exception class of that name from the package, for what no routine has reported.
+[[noreturn]] void refuse(const char* kind, const char* text);
+
 /// Results of this call are numbers of the class Real, not Decimals.
 bool results_are_real();
 

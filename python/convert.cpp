@@ -36,12 +36,17 @@ std::string type_name(py::handle value) { return py::str(py::type::handle_of(val
 
 constexpr std::size_t kMostDigits = 1000000;
 
-/// What a call into the interpreter gave; nothing is a pending exception.
-py::object checked(PyObject* result) {
-  if (result == nullptr) {
-    throw py::error_already_set();
+/// The object as a Python int.
+py::object to_index_object(py::handle number) {
+  PyObject* const result = PyNumber_Index(number.ptr());
+  if (result != nullptr) {
+    return py::reinterpret_steal<py::object>(result);
   }
-  return py::reinterpret_steal<py::object>(result);
+  if (PyErr_ExceptionMatches(PyExc_TypeError) != 0) {
+    PyErr_Clear();
+    throw py::type_error("'" + type_name(number) + "' object cannot be interpreted as an integer");
+  }
+  throw py::error_already_set();
 }
 
 Real read(py::handle text) {
@@ -79,7 +84,7 @@ Real divide(py::handle fraction) {
 }
 
 Real from_integer(py::handle number) {
-  const py::object integer = checked(PyNumber_Index(number.ptr()));
+  const py::object integer = to_index_object(number);
   int overflow = 0;
   const long long value = PyLong_AsLongLongAndOverflow(integer.ptr(), &overflow);
   return Real(overflow == 0 ? std::to_string(value) : integer_text(integer));
@@ -134,7 +139,7 @@ Complex to_complex(py::handle number) {
 }
 
 Integer to_integer(py::handle number) {
-  const py::object integer = checked(PyNumber_Index(number.ptr()));
+  const py::object integer = to_index_object(number);
   int overflow = 0;
   const long long value = PyLong_AsLongLongAndOverflow(integer.ptr(), &overflow);
   if (overflow != 0 || value != Integer(value)) {

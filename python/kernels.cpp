@@ -19,7 +19,13 @@ Norm norm_of(const std::string& name) {
 }
 
 /// A number as an array of one, so that it has its say in the choice of the scalar.
-Array one_number(py::handle number) { return Array(py::make_tuple(number)); }
+Array one_number(py::handle number) {
+  Array numbers(py::make_tuple(number));
+  if (!numbers.is_vector()) {
+    throw py::type_error("a number is needed, not a sequence");
+  }
+  return numbers;
+}
 
 /// The array as a matrix, or zeros of those extents when there is none.
 template <class T>

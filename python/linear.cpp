@@ -1,4 +1,5 @@
 // Linear equations with a dense matrix.
+#include "context.h"
 #include "convert.h"
 
 namespace python {
@@ -191,8 +192,7 @@ singular.
                                          : tesk2mp::refine(matrix, lu, right.matrix<T>(), op_of(op));
               });
               if (!refined.converged) {
-                PyErr_SetString(PyExc_ArithmeticError, "the matrix is singular to the working precision");
-                throw py::error_already_set();
+                refuse("NumericalFailure", "the matrix is singular to the working precision");
               }
               if (right.is_vector()) {
                 const std::vector<T> x(refined.x.data(), refined.x.data() + refined.x.rows());
@@ -205,7 +205,7 @@ singular.
       py::arg("a"), py::arg("b"), py::arg("op") = "none", R"(refine(a, b, op='none')
 
 The solution x of op(a) x = b, corrected with exact residuals until its largest element is good to the last digit, and an
-estimate of its largest error beside that element: (x, error), or (x, errors) for the columns of a matrix. ArithmeticError
+estimate of its largest error beside that element: (x, error), or (x, errors) for the columns of a matrix. NumericalFailure
 when a is singular, or singular to the working precision.
 
 >>> refine([[4, 1], [2, 3]], [1, 2])[0]

@@ -1,6 +1,6 @@
 """Binary numbers, exactly."""
 
-from decimal import MAX_EMAX, MAX_PREC, MIN_EMIN, Context, Decimal
+from decimal import MAX_EMAX, MAX_PREC, MIN_EMIN, Context, Decimal, InvalidOperation
 from typing import Any
 
 from ._context import digits
@@ -10,6 +10,9 @@ from ._errors import InvalidArgument, InvalidType, refusal
 # Enough for any number here: nothing is ever rounded.
 _WIDE = Context(prec=MAX_PREC, Emax=MAX_EMAX, Emin=MIN_EMIN)
 _MPMATH_SPECIAL = {0: "0", -456: "Infinity", -789: "-Infinity"}
+
+
+_DEEPEST = 64  # as of the sequences that the routines take
 
 
 def exact(x: Any, real: bool = False) -> Any:
@@ -25,15 +28,21 @@ def exact(x: Any, real: bool = False) -> Any:
     >>> exact([1, [0.5, 1j]])
     [Decimal('1'), [Decimal('0.5'), Complex('0', '1')]]
     """
+    return _exact(x, real, 0)
+
+
+def _exact(x: Any, real: bool, depth: int) -> Any:
+    if depth > _DEEPEST:
+        raise refusal(InvalidArgument, f"sequences more than {_DEEPEST} deep, or one that contains itself")
     if hasattr(x, "__array__") and getattr(x, "shape", None):
         import numpy
 
         result = numpy.empty(x.shape, dtype=object)
         for place in numpy.ndindex(x.shape):
-            result[place] = exact(x[place], real=real)
+            result[place] = _exact(x[place], real, depth + 1)
         return result
     if isinstance(x, (list, tuple)):
-        return [exact(each, real=real) for each in x]
+        return [_exact(each, real, depth + 1) for each in x]
     if isinstance(x, Complex):
         return x
     if hasattr(x, "_mpc_"):
@@ -49,7 +58,9 @@ def _decimal(x: Any) -> Decimal:
         return Decimal(x.decimal())
     if hasattr(x, "_mpf_"):
         return _of_mpmath(*x._mpf_)
-    if isinstance(x, (Decimal, float, int, str)):
+    if isinstance(x, str):
+        return _of_text(x)
+    if isinstance(x, (Decimal, float, int)):
         return Decimal(x)
     if hasattr(x, "__index__"):
         return Decimal(x.__index__())
@@ -58,6 +69,13 @@ def _decimal(x: Any) -> Decimal:
     if x != x or x in (float("inf"), -float("inf")):
         return Decimal(float(x))
     return _quotient(*x.as_integer_ratio())
+
+
+def _of_text(x: str) -> Decimal:
+    try:
+        return Decimal(x)
+    except InvalidOperation:
+        raise refusal(InvalidArgument, f"not a number: {x!r}") from None
 
 
 def _quotient(numerator: int, denominator: int) -> Decimal:

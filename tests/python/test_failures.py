@@ -1,11 +1,14 @@
 """Failures are exceptions with all that the library says, and neither standard stream gets a byte."""
 
+import inspect
+import itertools
 import pickle
 import subprocess
 import sys
 import unittest
 
 import tesk2mp
+from tesk2mp import Complex, Real
 
 ROWS = [
     (lambda: tesk2mp.spectrum([1]), "InvalidArgument", "C06FAF", 3, 99999, " ** On entry, N .le. 1: N =               1.", (1,)),
@@ -70,6 +73,22 @@ ROWS = [
 ]
 
 
+class Huge:
+    """An integer that no index is."""
+
+    def __index__(self):
+        return 10**30
+
+
+ENDLESS = []
+ENDLESS.append(ENDLESS)
+HOSTILE = [
+    *(None, 1.5, float("nan"), "x", "nan", b"1", object(), Huge(), 10**30, 2**31, -1, 0),
+    *({1: 2}, [], [[]], [[], []], [None], ["x"], ["nan"], ENDLESS, [[1, 2], [3]], [[1, 2]], [0], [[0]], [[0, 0], [0, 0]]),
+    *([["nan", "inf"], ["1", "2"]], Complex(1, 2), [Complex(1, 2)], Real.__new__(Real), [Complex.__new__(Complex)]),
+]
+
+
 def provoke():
     """Lets everything fail that can."""
     for call, *_ in ROWS:
@@ -95,6 +114,52 @@ class Failures(unittest.TestCase):
                 self.assertEqual(str(error), f"{routine}: {' '.join(text.removeprefix(' ** ').split())}")
         self.assertTrue(issubclass(tesk2mp.InvalidArgument, ValueError))
         self.assertTrue(issubclass(tesk2mp.NumericalFailure, ArithmeticError))
+
+    def test_hostile_arguments(self):
+        """What the package is given ends in a result or in an exception of its own."""
+        for name in sorted(set(tesk2mp.__all__) - {"Error", "InvalidArgument", "InvalidType", "NumericalFailure", "set_threads"}):
+            function = getattr(tesk2mp, name)
+            if inspect.isfunction(function):
+                parameters = inspect.signature(function).parameters.values()
+                count = sum(each.default is each.empty and each.kind is each.POSITIONAL_OR_KEYWORD for each in parameters)
+            else:
+                count = {"SparseMatrix": 2, "get_digits": 0}.get(name, 1)
+            with self.subTest(name):
+                every = itertools.product(HOSTILE, repeat=count) if count < 3 else zip(*[HOSTILE] * count)
+                for arguments in every:
+                    try:
+                        function(*arguments)
+                    except tesk2mp.Error:
+                        continue
+                    except TypeError:
+                        self.assertIn(name, ("digits", "results"))  # classes of Python
+        with self.assertRaisesRegex(tesk2mp.InvalidType, "a number is needed, not a sequence"):
+            tesk2mp.scale([], [])
+
+    def test_memory_ends(self):
+        program = """
+import resource, tesk2mp
+a = [[i * j % 97 + (i == j) * 50 for j in range(40)] for i in range(40)]
+before = tesk2mp.inverse(a)
+used = int(open("/proc/self/statm").read().split()[0]) * resource.getpagesize()
+resource.setrlimit(resource.RLIMIT_AS, (used + 2**25, resource.RLIM_INFINITY))
+failures = 0
+for call in (
+    lambda: tesk2mp.Random(1).take(10**7),
+    lambda: tesk2mp.window("hann", 2**24),
+    lambda: tesk2mp.outer(range(3000), range(3000)),
+    lambda: tesk2mp.fft(range(2**20), digits=60),
+):
+    try:
+        call()
+    except MemoryError:
+        failures += 1
+    assert tesk2mp.inverse(a) == before and tesk2mp.get_digits() == 20
+print(failures)
+"""
+        done = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True, check=False)
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        self.assertEqual(int(done.stdout), 4)
 
     def test_silence(self):
         done = subprocess.run(
