@@ -27,7 +27,7 @@ Failures are exceptions, Error and its kinds InvalidArgument and NumericalFailur
 
 import importlib
 
-from . import _core
+from . import _classes, _core
 from ._context import digits, results
 from ._core import __version__
 from ._errors import Error, InvalidArgument, InvalidType, NumericalFailure

@@ -112,6 +112,26 @@ class Reals(unittest.TestCase):
         with self.assertRaises(tesk2mp.InvalidType):
             exact([None])
 
+    def test_classes(self):
+        with tesk2mp.digits(30):
+            plans = tesk2mp.TransformPlan(8), tesk2mp.SpectrumPlan(8), tesk2mp.CosinePlan(8, 3), tesk2mp.SinePlan(8, 1)
+        for plan in plans:
+            for again in (pickle.loads(pickle.dumps(plan)), copy.deepcopy(plan), eval(repr(plan), vars(tesk2mp))):
+                self.assertEqual((repr(again), again.digits), (repr(plan), 30))
+        self.assertEqual(repr(plans[2]), "CosinePlan(8, 3, 30)")
+        self.assertEqual(pickle.loads(pickle.dumps(plans[1])).rfft(range(8)), plans[1].rfft(range(8)))
+        source = tesk2mp.Random(3)
+        source()
+        self.assertEqual(eval(repr(source), vars(tesk2mp))(), source())
+        a = [[4, 1], [1, 3]]
+        matrix = tesk2mp.SparseMatrix(2, [(0, 1, "0.5")] * 30)
+        shown = [(tesk2mp.LU(a), "<LU of 2 by 2>"), (tesk2mp.LU([[0]]), "<LU of 1 by 1, singular>")]
+        shown += [(tesk2mp.Cholesky(a), "<Cholesky of order 2>"), (matrix, "<SparseMatrix of order 2, 30 entries>")]
+        for thing, text in shown:
+            self.assertEqual(repr(thing), text)
+            self.assertIn("<td>", thing._repr_html_())
+        self.assertEqual(matrix._repr_html_().count("<tr>"), 21)
+
 
 if __name__ == "__main__":
     unittest.main()

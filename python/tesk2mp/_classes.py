@@ -1,0 +1,68 @@
+"""What the classes of the extension show of themselves, and what pickles of plans hold."""
+
+import html
+from collections.abc import Iterable
+from typing import Any
+
+from . import _core
+
+_MOST_ROWS = 20
+
+
+def _table(rows: Iterable[Iterable[object]]) -> str:
+    cells = ("".join(f"<td>{html.escape(str(each))}</td>" for each in row) for row in rows)
+    return "<table>" + "".join(f"<tr>{row}</tr>" for row in cells) + "</table>"
+
+
+def _plan(self: Any) -> tuple[type, tuple[int, ...]]:
+    kind = (self.type,) if hasattr(self, "type") else ()
+    return type(self), (self.length, *kind, self.digits)
+
+
+def _show_plan(self: Any) -> str:
+    return f"{type(self).__name__}({', '.join(map(str, _plan(self)[1]))})"
+
+
+def _show_random(self: Any) -> str:
+    return f"Random({self.generator}, {self.state})"
+
+
+def _show_lu(self: Any) -> str:
+    rows = self.factors
+    return f"<LU of {len(rows)} by {len(rows[0]) if rows else 0}{', singular' if self.singular else ''}>"
+
+
+def _show_cholesky(self: Any) -> str:
+    return f"<Cholesky of order {len(self.factor)}>"
+
+
+def _show_sparse(self: Any) -> str:
+    kind = ", lower triangle" if self.lower_triangle else ""
+    return f"<SparseMatrix of order {self.order}, {len(self.entries())} entries{kind}>"
+
+
+def _sparse_html(self: Any) -> str:
+    entries = self.entries()
+    shown = _table([("row", "column", "value"), *entries[:_MOST_ROWS]])
+    return f"<p>{html.escape(_show_sparse(self))}</p>{shown}" + ("<p>...</p>" if len(entries) > _MOST_ROWS else "")
+
+
+def _lu_html(self: Any) -> str:
+    return f"<p>{html.escape(_show_lu(self))}</p>{_table(self.factors[:_MOST_ROWS])}"
+
+
+def _cholesky_html(self: Any) -> str:
+    return f"<p>{html.escape(_show_cholesky(self))}</p>{_table(self.factor[:_MOST_ROWS])}"
+
+
+for _kind in (_core.TransformPlan, _core.SpectrumPlan, _core.CosinePlan, _core.SinePlan):
+    _kind.__reduce__ = _plan
+    _kind.__repr__ = _show_plan
+for _kind, _show, _html in (
+    (_core.LU, _show_lu, _lu_html),
+    (_core.Cholesky, _show_cholesky, _cholesky_html),
+    (_core.SparseMatrix, _show_sparse, _sparse_html),
+):
+    _kind.__repr__ = _show
+    _kind._repr_html_ = _html
+_core.Random.__repr__ = _show_random
