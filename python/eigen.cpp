@@ -87,21 +87,6 @@ The first two results of eigen_conditions, (values, value), without the work for
 [Decimal('1'), Decimal('1')]
 )");
   module.def(
-      "schur",
-      [](py::handle a) {
-        const tesk2mp::Schur form = of_matrix([](const Matrix<Real>& matrix) { return tesk2mp::schur(matrix); }, a);
-        return py::make_tuple(from(form.t, a), from(form.z, a), from(form.values, a));
-      },
-      py::arg("a"), R"(schur(a)
-
-The real Schur form a = z t z^T of a square matrix: (t, z, values), z orthogonal, t upper triangular but for a 2 by 2 block
-for each pair of conjugate eigenvalues.
-
->>> t, z, values = schur([[1, 2], [0, 3]])
->>> t
-[[Decimal('1'), Decimal('2')], [Decimal('0'), Decimal('3')]]
-)");
-  module.def(
       "hessenberg",
       [](py::handle a) {
         const tesk2mp::Hessenberg form =

@@ -64,12 +64,16 @@ an axis use them; results are the same for every number. Returns the former numb
   python::add_complex(module);
   python::add_kernels(module);
   python::add_least_squares(module);
+  python::add_function_zeros(module);
+  python::add_gallery(module);
   python::add_linear(module);
+  python::add_matrix_functions(module);
   python::add_structured(module);
   python::add_sparse(module);
   python::add_eigen(module);
   python::add_spectra(module);
   python::add_polynomials(module);
+  python::add_schur_forms(module);
   python::add_sequences(module);
   python::add_transforms(module);
   python::add_functions(module);

@@ -86,10 +86,11 @@ std::size_t Arguments::choice(std::size_t k, const std::vector<std::string>& wor
 }
 
 std::span<const FunctionGroup> function_groups() {
-  static const std::array<FunctionGroup, 4> kGroups = {
+  static const std::array<FunctionGroup, 5> kGroups = {
       {{"Functions of numbers, element by element", elementary_functions()},
        {"Vectors and matrices", array_functions()},
        {"Linear algebra", linear_functions()},
+       {"Test matrices of order n; toeplitz(c, r) and the like of vectors", gallery_functions()},
        {"Transforms, zeros, random numbers, files and pictures", other_functions()}}};
   return kGroups;
 }

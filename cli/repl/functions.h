@@ -63,6 +63,7 @@ std::string usage(const Function& function);
 std::span<const Function> elementary_functions();
 std::span<const Function> array_functions();
 std::span<const Function> linear_functions();
+std::span<const Function> gallery_functions();
 std::span<const Function> other_functions();
 
 }  // namespace cli::repl

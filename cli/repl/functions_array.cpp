@@ -33,17 +33,6 @@ Values identity(State& /*state*/, const Arguments& arguments) {
   return {result};
 }
 
-Values hilbert(State& /*state*/, const Arguments& arguments) {
-  const auto n = std::size_t(arguments.whole(0, 0, kLargestSize));
-  Array result = make_array(n, n);
-  for (std::size_t i = 0; i < n; ++i) {
-    for (std::size_t j = 0; j < n; ++j) {
-      result(i, j) = QuarnFloat(1) / std::int64_t(i + j + 1);
-    }
-  }
-  return {result};
-}
-
 Values linspace(State& /*state*/, const Arguments& arguments) {
   const Integer n = arguments.whole(2, 2, kLargestSize);
   const Complex first = arguments.number(0);
@@ -182,7 +171,6 @@ Values rank(State& /*state*/, const Arguments& arguments) {
 constexpr auto kFunctions = std::to_array<Function>({
     {"fill", "rows, columns [, value]", "A", "a matrix of one value, 0 without it", 2, 3, fill},
     {"identity", "n", "A", "the identity matrix", 1, 1, identity},
-    {"hilbert", "n", "A", "the matrix of 1/(i + j - 1), badly conditioned", 1, 1, hilbert},
     {"linspace", "a, b, n", "x", "n evenly spaced numbers from a to b", 3, 3, linspace},
     {"diag", "x", "A", "the matrix with that diagonal, or the diagonal of a matrix", 1, 1, diag},
     {"transpose", "A", "B", "rows and columns exchanged, nothing conjugated (A' conjugates)", 1, 1, transpose},

@@ -165,6 +165,42 @@ Values svdvec(State& /*state*/, const Arguments& arguments) {
   });
 }
 
+// A real matrix without a real result has a complex one.
+template <class Body>
+Values matrix_function(const Array& a, double factorisations, const Body& body) {
+  const Progress progress =
+      Progress::estimated("matrix function", factorisations * factorisation_cost(double(a.rows()), !is_real(a)));
+  if (is_real(a)) {
+    try {
+      return {as_array(body(real_array(a)))};
+    } catch (const tesk2mp::NumericalFailure&) {
+      return {body(a)};
+    }
+  }
+  return {body(a)};
+}
+
+Values expm(State& /*state*/, const Arguments& arguments) {
+  return matrix_function(arguments.square(0), 60, [](const auto& a) { return tesk2mp::expm(a); });
+}
+
+Values sqrtm(State& /*state*/, const Arguments& arguments) {
+  return matrix_function(arguments.square(0), 60, [](const auto& a) { return tesk2mp::sqrtm(a); });
+}
+
+Values logm(State& /*state*/, const Arguments& arguments) {
+  return matrix_function(arguments.square(0), 120, [](const auto& a) { return tesk2mp::logm(a); });
+}
+
+Values powm(State& /*state*/, const Arguments& arguments) {
+  const Complex power = arguments.number(1);
+  if (power.im != 0) {
+    throw Unfit("a real number is needed here", 1);
+  }
+  return matrix_function(arguments.square(0), 180,
+                         [&](const auto& a) { return tesk2mp::fractional_matrix_power(a, power.re); });
+}
+
 QuarnFloat norm_of(const Array& a, std::size_t kind) {
   constexpr tesk2mp::Norm kKinds[] = {tesk2mp::Norm::frobenius, tesk2mp::Norm::one, tesk2mp::Norm::infinity,
                                       tesk2mp::Norm::largest};
@@ -205,6 +241,10 @@ constexpr auto kFunctions = std::to_array<Function>({
     {"eigvec", "A", "V, x", "eigenvectors, as columns, with the eigenvalues", 1, 1, eigvec},
     {"svd", "A", "s", "singular values, the largest first", 1, 1, svd},
     {"svdvec", "A", "U, s, V", "A = U diag(s) V' with orthonormal columns", 1, 1, svdvec},
+    {"expm", "A", "B", "exponential of a matrix", 1, 1, expm},
+    {"sqrtm", "A", "B", "principal square root of a matrix", 1, 1, sqrtm},
+    {"logm", "A", "B", "principal logarithm of a matrix", 1, 1, logm},
+    {"powm", "A, p", "B", "a real power of a matrix", 2, 2, powm},
     {"norm", "A [, \"one\"]", "y", "norm: \"fro\" (root of the sum of squares, default), \"one\", \"inf\" or \"max\"",
      1, 2, norm},
     {"cond", "A", "y", "condition number in the one norm", 1, 1, cond},

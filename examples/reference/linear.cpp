@@ -74,6 +74,16 @@ void dlatrs() {
   //! [dlatrs]
 }
 
+void dgedi() {
+  //! [dgedi]
+  QuarnFloat a[] = {QuarnFloat("1e600000000"), 0, 0, QuarnFloat("2e600000000")}, det[2];
+  Integer ipvt[2], info;
+  QuarnMPX_dgetrf_(2, 2, a, 2, ipvt, &info);
+  QuarnMPX_dgedi_(a, 2, 2, ipvt, det, nullptr, 10);
+  std::cout << det[0] << " 10^" << det[1] << "\n";
+  //! [dgedi]
+}
+
 }  // namespace
 
 int main() {
@@ -83,5 +93,6 @@ int main() {
                        {"dpocon", dpocon},
                        {"dpotri", dpotri},
                        {"dgeequ", dgeequ},
-                       {"dlatrs", dlatrs}});
+                       {"dlatrs", dlatrs},
+                       {"dgedi", dgedi}});
 }

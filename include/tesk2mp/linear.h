@@ -44,6 +44,37 @@ TESK2MP_API void QuarnMPX_f03aff_(Integer n, QuarnFloat* a, Integer lda, Integer
                                   QuarnFloat* rcond, Integer* ifail);
 /// @}
 
+/// @defgroup dgedi determinant and inverse from an LU factorisation
+///
+/// DGEDI: the determinant as det(1) 10^det(2), 1 <= |det(1)| < 10 or zero, and the inverse in the place of the factors
+/// that DGETRF left; ZGEDI over Complex, where the larger part of det(1) is in that range.
+///
+/// @param[in,out] a the factors, n columns of n elements, lda apart; out the inverse if it is wanted and there is one
+/// @param[in] lda step from column to column of A, >= max(1, n)
+/// @param[in] n order, >= 0
+/// @param[in] ipvt n rows interchanged, from 1
+/// @param[out] det 2 elements; the second one has as many digits as its value needs
+/// @param[out] work n elements, used for the inverse alone
+/// @param[in] job 10: determinant; 1: inverse; 11: both
+///
+/// @par Failures
+/// None: arguments are not checked. The inverse of a singular matrix is not formed.
+///
+/// @par Accuracy
+/// n roundings of the determinant of the factors.
+///
+/// @par Source
+/// J. J. Dongarra, J. R. Bunch, C. B. Moler, G. W. Stewart, LINPACK Users' Guide, SIAM 1979: DGEDI and ZGEDI.
+///
+/// @par Cost
+/// n multiplications for the determinant, about 2/3 n^3 multiply-adds for the inverse.
+/// @{
+TESK2MP_API void QuarnMPX_dgedi_(QuarnFloat* a, Integer lda, Integer n, Integer* ipvt, QuarnFloat* det,
+                                 QuarnFloat* work, Integer job);
+TESK2MP_API void QuarnMPX_zgedi_(Complex* a, Integer lda, Integer n, Integer* ipvt, Complex* det, Complex* work,
+                                 Integer job);
+/// @}
+
 /// @defgroup zdeterminant determinant of a complex matrix
 ///
 /// The same over Complex; of the parts of D the larger one is from 1 to 10.

@@ -9,6 +9,7 @@
 #include "src/frame/classic.h"
 #include "src/frame/constants.h"
 #include "src/frame/report.h"
+#include "src/frame/working_digits.h"
 #include "tesk2mp/dense.h"
 #include "tesk2mp/linear.h"
 
@@ -60,6 +61,42 @@ struct Scaled {
   }
 };
 
+/// The determinant of a matrix from its factors P A = L U.
+template <class T>
+Scaled<T> product_of_pivots(Integer n, OneBasedMatrix<T> factors, const Integer* ipiv) {
+  Scaled<T> product;
+  for (Integer j = 1; j <= n && !is_zero(product.mantissa); ++j) {
+    product.multiply(factors(j, j));
+    if (ipiv[j - 1] != j) {
+      product.mantissa = -product.mantissa;
+    }
+  }
+  return product;
+}
+
+void invert(QuarnFloat* a, Integer lda, Integer n, Integer* ipvt, QuarnFloat* work) {
+  Integer info = 0;
+  QuarnMPX_dgetri_(n, a, lda, ipvt, work, n, &info);
+}
+void invert(Complex* a, Integer lda, Integer n, Integer* ipvt, Complex* work) {
+  Integer info = 0;
+  QuarnMPX_zgetri_(n, a, lda, ipvt, work, n, &info);
+}
+
+template <class T>
+void determinant_and_inverse(T* a, Integer lda, Integer n, Integer* ipvt, T* det, T* work, Integer job) {
+  if (job / 10 != 0) {
+    const Scaled<T> product = product_of_pivots(n, OneBasedMatrix<T>(a, lda), ipvt);
+    constexpr int kExponentDigits = 20;
+    const WorkingDigits more(std::max(kExponentDigits, QuarnDigits()));
+    det[0] = product.mantissa;
+    det[1] = T(QuarnFloat(is_zero(product.mantissa) ? 0 : product.exponent));
+  }
+  if (job % 10 != 0 && n > 0) {
+    invert(a, lda, n, ipvt, work);
+  }
+}
+
 template <class T>
 QuarnFloat one_norm(Integer n, OneBasedMatrix<T> a) {
   QuarnFloat largest;
@@ -84,13 +121,7 @@ void determinant(Report& report, Integer n, T* a, Integer lda, Integer* ipiv, T*
   const OneBasedMatrix<T> view(a, lda);
   const QuarnFloat norm = rcond == nullptr ? QuarnFloat() : one_norm(n, view);
   factorise(n, a, lda, ipiv);
-  Scaled<T> product;
-  for (Integer j = 1; j <= n && !is_zero(product.mantissa); ++j) {
-    product.multiply(view(j, j));
-    if (ipiv[j - 1] != j) {
-      product.mantissa = -product.mantissa;
-    }
-  }
+  const Scaled<T> product = product_of_pivots(n, view, ipiv);
   const bool zero = is_zero(product.mantissa);
   *d = zero ? T() : product.mantissa;
   *id = zero ? 0 : Integer(product.exponent);
@@ -132,5 +163,14 @@ void QuarnMPX_zdeterminant_(Integer n, Complex* a, Integer lda, Integer* ipiv, C
   tesk::call_core("ZDETERMINANT", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) {
     QuarnMPX_zdeterminantn_(n, a, lda, ipiv, d, id, rcond, message_buffer, outcome, buffer_length);
   });
+}
+
+void QuarnMPX_dgedi_(QuarnFloat* a, Integer lda, Integer n, Integer* ipvt, QuarnFloat* det, QuarnFloat* work,
+                     Integer job) {
+  tesk::determinant_and_inverse(a, lda, n, ipvt, det, work, job);
+}
+
+void QuarnMPX_zgedi_(Complex* a, Integer lda, Integer n, Integer* ipvt, Complex* det, Complex* work, Integer job) {
+  tesk::determinant_and_inverse(a, lda, n, ipvt, det, work, job);
 }
 }

@@ -66,6 +66,32 @@ class Dense(unittest.TestCase):
     def run_on(self, command, rows, *options):
         return run_json(command, "-", "--digits", str(DIGITS), *options, stdin=text_of(rows))
 
+    def test_selftest(self):
+        result = run_json("selftest", "dgeqrf", "zgetrf", "dexpm", "--digits", "40", "--order", "6")
+        self.assertEqual(sorted(result["routine"]), ["dexpm", "dgeqrf", "zgetrf"])
+        for ratio, verdict in zip(result["ratio"], result["verdict"], strict=True):
+            self.assertEqual(verdict, "good")
+            self.assertLess(Decimal(ratio), 30)
+        for arguments in (["nothing"], ["dgeqrf", "--digits", "5"], ["--order", "0"]):
+            self.assertNotEqual(run("selftest", *arguments).returncode, 0, arguments)
+
+    def test_gallery(self):
+        result = run_json("gallery", "hilbert", "4", "--digits", "50")
+        for i, row in enumerate(numbers(result)):
+            for j, cell in enumerate(row):
+                self.assertLessEqual(abs(cell - Fraction(1, i + j + 1)), Fraction(1, 10 ** 50))
+        names = run_json("gallery")["name"]
+        self.assertEqual(names, sorted(names))
+        self.assertIn("kahan", names)
+        one, two, other = (run_json("gallery", "random_normal", "3", "--seed", *seed.split())
+                           for seed in ("1 2 3 4", "1 2 3 4", "1 2 3 5"))
+        self.assertEqual(numbers(one), numbers(two))
+        self.assertNotEqual(numbers(one), numbers(other))
+        for arguments in (["nothing", "3"], ["hilbert"], ["hilbert", "x"], ["hilbert", "3", "1"], ["companion", "1", "0", "1"],
+                          ["kahan", "2", "x"], ["godunov", "3"], ["hilbert", "0"], ["list", "--format", "mtx"]):
+            outcome = run("gallery", *arguments)
+            self.assertNotEqual(outcome.returncode, 0, arguments)
+
     def test_lu_of_any_shape(self):
         for shape in ((1, 1), (5, 5), (7, 4), (3, 6)):
             for weighted in ([], ["--weighted"]):

@@ -16,8 +16,10 @@ PLAIN = {"Error", "InvalidArgument", "InvalidType", "NumericalFailure", "get_dig
 # What the C++ interface calls otherwise, or what Python has another way.
 COUNTERPARTS = {
     "abs": "Complex",
+    "complex_schur": "schur",
     "copy": "scale",
     "dotc": "dot",
+    "find_zero_near": "find_zero",
     "gemm": "multiply",
     "gemv": "multiply",
     "ger": "outer",
@@ -27,6 +29,7 @@ COUNTERPARTS = {
     "model_base": "machine_precision",
     "norm2": "norm",
     "one_based": "multiply",
+    "order_schur": "schur",
     "quotient": "Complex",
     "safe_range": "smallest_number",
     "syrk": "hermitian_product",

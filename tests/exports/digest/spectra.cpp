@@ -192,9 +192,120 @@ void singular(Suite& suite) {
   });
 }
 
+template <class T, class G, class R>
+void gallery(Suite& suite, G matrix, R random) {
+  suite.cases(2, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    const auto a = c.numbers<T>(std::int64_t(ld) * ld);
+    const std::vector<Integer> seed = {6698, 7535, 26792, 30140};
+    for (const char* name : {"hilbert", "kahan", "random_values", "nothing"}) {
+      suite.run(matrix, name, n, a, Integer(0), seed, a, ld, Integer(-99), 1);
+    }
+    for (Integer idist = 0; idist <= 5; ++idist) {
+      suite.run(random, idist, seed, n, c.numbers<T>(ld));
+    }
+  });
+}
+
+void function_zeros(Suite& suite) {
+  const auto search = ENTRY(QuarnMPX_dbrack_);
+  const auto search_core = ENTRY(QuarnMPX_dbrackn_);
+  const auto refine = ENTRY(QuarnMPX_dzeroin_);
+  const auto refine_core = ENTRY(QuarnMPX_dzeroinn_);
+  suite.cases(2, [&](Case& c) {
+    const QuarnFloat x = c.number<QuarnFloat>();
+    const QuarnFloat y = c.number<QuarnFloat>();
+    const std::vector<QuarnFloat> work(16);
+    const std::vector<char> buffer(200);
+    for (const Integer begin : {-1, 0, 1, 2}) {
+      suite.run(search, begin, x, y, y, x, y, QuarnFloat(-2), QuarnFloat(2), work, Integer(1));
+      suite.run(search_core, begin, x, y, y, x, y, QuarnFloat(-2), QuarnFloat(2), work, buffer, Integer(1), 200);
+      suite.run(refine, begin, x, x, y, y, QuarnFloat(0), work, Integer(1));
+      suite.run(refine_core, begin, x, x, y, y, QuarnFloat(0), work, buffer, Integer(1), 200);
+    }
+  });
+}
+
+void schur_forms(Suite& suite) {
+  const auto real_equation = ENTRY(QuarnMPX_dtrsyl_);
+  const auto complex_equation = ENTRY(QuarnMPX_ztrsyl_);
+  const auto real_exchange = ENTRY(QuarnMPX_dtrexc_);
+  const auto complex_exchange = ENTRY(QuarnMPX_ztrexc_);
+  const auto real_selection = ENTRY(QuarnMPX_dtrsen_);
+  const auto complex_selection = ENTRY(QuarnMPX_ztrsen_);
+  suite.cases(2, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    auto a = c.numbers<QuarnFloat>(std::int64_t(ld) * ld);
+    auto z = c.numbers<Complex>(std::int64_t(ld) * ld);
+    for (Integer j = 0; j < n; ++j) {
+      for (Integer i = j + 1; i < n; ++i) {
+        a[std::size_t(i + j * ld)] = 0;
+        z[std::size_t(i + j * ld)] = Complex();
+      }
+    }
+    const auto w = c.numbers<QuarnFloat>(ld);
+    std::vector<Integer> select(static_cast<std::size_t>(ld) + 1, 0);
+    select[std::size_t(ld - 1)] = 1;
+    const Scratch<QuarnFloat> work(1);
+    const Scratch<Complex> work2(1);
+    for (const char* op : {"N", "C"}) {
+      suite.run(real_equation, op, "N", Integer(1), n, n, a, ld, a, ld, a, ld, QuarnFloat(), Integer(-99), 1, 1);
+      suite.run(complex_equation, op, "N", Integer(1), n, n, z, ld, z, ld, z, ld, QuarnFloat(), Integer(-99), 1, 1);
+    }
+    suite.run(real_exchange, "V", n, a, ld, a, ld, Integer(1), n, work, Integer(-99), 1);
+    suite.run(complex_exchange, "V", n, z, ld, z, ld, Integer(1), n, Integer(-99), 1);
+    suite.run(real_selection, "B", "V", select, n, a, ld, a, ld, w, w, Integer(-99), QuarnFloat(), QuarnFloat(), work,
+              Integer(1), select, Integer(1), Integer(-99), 1, 1);
+    suite.run(complex_selection, "B", "V", select, n, z, ld, z, ld, z, Integer(-99), QuarnFloat(), QuarnFloat(), work2,
+              Integer(1), Integer(-99), 1, 1);
+  });
+}
+
+template <class T, class F, class P>
+void matrix_functions(Suite& suite, P power, const std::vector<F>& functions) {
+  suite.cases(1, [&](Case& c) {
+    const Integer n = std::min<Integer>(c.size, 4);
+    const Integer ld = at_least_one(n);
+    const auto a = c.numbers<T>(std::int64_t(ld) * ld);
+    for (const F& function : functions) {
+      suite.run(function, n, a, ld, a, ld, Integer(-99));
+    }
+    suite.run(power, n, a, ld, QuarnFloat(2.5), a, ld, Integer(-99));
+  });
+}
+
+template <class T, class E>
+void from_factors(Suite& suite, E entry) {
+  suite.cases(1, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    const auto a = c.numbers<T>(std::int64_t(ld) * ld);
+    std::vector<Integer> rows(static_cast<std::size_t>(ld), n);
+    const Scratch<T> work(static_cast<std::size_t>(ld));
+    for (const Integer job : {10, 1, 11}) {
+      suite.run(entry, a, ld, n, rows, std::vector<T>(2), work, job);
+    }
+  });
+}
+
 }  // namespace
 
 void spectra(Suite& suite) {
+  function_zeros(suite);
+  schur_forms(suite);
+  from_factors<QuarnFloat>(suite, ENTRY(QuarnMPX_dgedi_));
+  from_factors<Complex>(suite, ENTRY(QuarnMPX_zgedi_));
+  const std::vector real = {ENTRY(QuarnMPX_dexpm_), ENTRY(QuarnMPX_dsqrtm_), ENTRY(QuarnMPX_dlogm_)};
+  const std::vector complex = {ENTRY(QuarnMPX_zexpm_), ENTRY(QuarnMPX_zsqrtm_), ENTRY(QuarnMPX_zlogm_)};
+  matrix_functions<QuarnFloat>(suite, ENTRY(QuarnMPX_dpowm_), real);
+  matrix_functions<Complex>(suite, ENTRY(QuarnMPX_zpowm_), complex);
+  for (Integer field = 1; field <= 3; ++field) {
+    suite.run(ENTRY(QuarnMPX_gallery_text_), Integer(1), field);
+  }
+  gallery<QuarnFloat>(suite, ENTRY(QuarnMPX_dgallery_), ENTRY(QuarnMPX_dlarnv_));
+  gallery<Complex>(suite, ENTRY(QuarnMPX_zgallery_), ENTRY(QuarnMPX_zlarnv_));
   tridiagonal<QuarnFloat>(suite, ENTRY(QuarnMPX_dsytrd_), ENTRY(QuarnMPX_dorgtr_), ENTRY(QuarnMPX_dsteqr_));
   tridiagonal<Complex>(suite, ENTRY(QuarnMPX_zhetrd_), ENTRY(QuarnMPX_zungtr_), ENTRY(QuarnMPX_zsteqr_));
   symmetric(suite);
