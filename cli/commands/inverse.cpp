@@ -52,18 +52,6 @@ void run_inv(const MatrixOptions& options) {
   deliver(result, options.output);
 }
 
-/// The number, or what stands for it beyond the exponents of numbers: "2.5e1000000007".
-template <class T>
-std::string determinant_text(const tesk2mp::ScaledDeterminant<T>& scaled) {
-  constexpr Integer kFarthest = 999999999;
-  if (scaled.exponent >= -kFarthest && scaled.exponent <= kFarthest) {
-    return exact_text(T(scaled.mantissa * T(QuarnFloat(1, int(scaled.exponent)))));
-  }
-  const std::string mantissa = exact_text(scaled.mantissa);
-  const bool complex = std::is_same_v<T, Complex>;
-  return (complex ? "(" + mantissa + ")" : mantissa) + "e" + std::to_string(scaled.exponent);
-}
-
 void run_det(const MatrixOptions& options) {
   const DenseMatrix given = read_matrix(options);
   const Progress progress = Progress::estimated("factorising", factorisation_cost(given.rows(), given.complex()));
@@ -80,7 +68,7 @@ void run_det(const MatrixOptions& options) {
           return;
         }
         const auto scaled = tesk2mp::scaled_determinant(a);
-        const std::string determinant = determinant_text(scaled);
+        const std::string determinant = determinant_text(scaled.mantissa, scaled.exponent);
         if (scaled.nearly_singular) {
           result.notes.emplace_back("Matrix A is approximately singular.");
         }

@@ -66,7 +66,8 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
   result.notes = {"A = P L U of the " + description(given), digits_text() + ", by " + routine};
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
   if (given.rows() == given.columns()) {
-    const std::string determinant = exact_text(lu.determinant());
+    const auto parts = lu.determinant_parts();
+    const std::string determinant = determinant_text(parts.mantissa, parts.exponent);
     result.notes.push_back("determinant " + determinant +
                            "; row interchanges: " + std::to_string(interchanges(lu.pivots())) +
                            (lu.singular() ? "; singular: a pivot is exactly zero" : ""));

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -71,17 +73,38 @@ class LU {
   /// The factorisation came upon a zero pivot: some U(j, j) is exactly zero.
   bool singular() const { return info_ > 0; }
 
-  /// The determinant of A, 0 when singular().
-  T determinant() const {
+  /// The determinant of A as mantissa 10^exponent, the mantissa from 1 to 10 (of a complex one the larger part) or
+  /// zero.
+  struct DeterminantParts {
+    T mantissa{};
+    std::int64_t exponent = 0;
+  };
+  DeterminantParts determinant_parts() const {
     require_square();
-    T product(1);
-    for (std::size_t i = 0; i < factors_.rows(); ++i) {
-      product = product * factors_(i, i);
-      if (std::size_t(pivots_[i]) != i) {
-        product = -product;
-      }
+    std::vector<Integer> rows(pivots_.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      rows[i] = pivots_[i] + 1;
     }
-    return product;
+    const detail::RawMatrix<T> raw{factors_.view()};
+    constexpr Integer kDeterminant = 10;
+    std::array<T, 2> parts{};
+    detail::pick<T>(QuarnMPX_dgedi_, QuarnMPX_zgedi_)(raw.data, raw.leading, raw.rows, rows.data(), parts.data(),
+                                                      nullptr, kDeterminant);
+    return {parts[0], std::int64_t(FloatToDouble(Complex(parts[1]).re))};
+  }
+  /// The determinant of A, 0 when singular(). Throws NumericalFailure when no number holds it; determinant_parts() has
+  /// it then.
+  T determinant() const {
+    constexpr std::int64_t kFarthest = 999999999;  // the largest exponent of a number
+    const DeterminantParts parts = determinant_parts();
+    if (parts.exponent < -kFarthest || parts.exponent > kFarthest) {
+      const bool small = parts.exponent < 0;
+      throw NumericalFailure(detail::name<T>("DGEDI", "ZGEDI"), small ? 3 : 4, small ? 99996 : 99995,
+                             small ? " ** The value of the determinant is too small to be stored."
+                                   : " ** The value of the determinant is too large to be stored.",
+                             {});
+    }
+    return parts.mantissa * T(Real(1, int(parts.exponent)));
   }
   /// The solution x of op(A) x = b, for one right-hand side or for each column. Throws NumericalFailure when
   /// singular().
