@@ -2,6 +2,7 @@
 // mpreal and over raw MPFR, and Eigen over mpreal.
 #include <Eigen/Dense>
 #include <Eigen/Eigenvalues>
+#include <complex>
 
 #include "bench/peers.h"
 #include "tesk2mp/tesk2mp.h"
@@ -317,6 +318,113 @@ std::size_t singular_eigen(benchmark::State& state, int digits) {
   return 1;
 }
 
+/// Positive definite, of the lower triangle.
+template <class T>
+std::vector<T> dominant(int digits, int n, unsigned seed) {
+  auto b = square<T>(digits, n, seed);
+  for (std::size_t i = 0; i < b.size(); i += std::size_t(n) + 1) {
+    b[i] = T(1000 * n);
+  }
+  return b;
+}
+
+template <int n>
+std::size_t definite_ours(benchmark::State& state, int digits) {
+  const auto a = square<QuarnFloat>(digits, n, 6);
+  const auto b = dominant<QuarnFloat>(digits, n, 7);
+  std::vector<QuarnFloat> w(n);
+  std::vector<QuarnFloat> work(3 * n);
+  for (auto _ : state) {
+    auto x = a;
+    auto factor = b;
+    Integer info = 0;
+    QuarnMPX_dsygv_(1, "V", "L", n, x.data(), n, factor.data(), n, w.data(), work.data(), 3 * n, &info, 1, 1);
+    benchmark::DoNotOptimize(info);
+  }
+  return 1;
+}
+
+template <int n>
+std::size_t definite_eigen(benchmark::State& state, int digits) {
+  const EigenMatrix a = eigen_matrix(digits, n, 6);
+  const auto values = dominant<mpreal>(digits, n, 7);
+  EigenMatrix b(n, n);
+  std::copy(values.begin(), values.end(), b.data());
+  for (auto _ : state) {
+    const Eigen::GeneralizedSelfAdjointEigenSolver<EigenMatrix> solver(a, b);
+    benchmark::DoNotOptimize(solver.eigenvectors().data());
+  }
+  return 1;
+}
+
+template <int n>
+std::size_t pencil_ours(benchmark::State& state, int digits) {
+  const auto a = square<QuarnFloat>(digits, n, 8);
+  const auto b = square<QuarnFloat>(digits, n, 9);
+  std::vector<QuarnFloat> re(n);
+  auto im = re;
+  auto beta = re;
+  auto x = a;
+  std::vector<QuarnFloat> work(8 * n);
+  for (auto _ : state) {
+    auto p = a;
+    auto q = b;
+    Integer info = 0;
+    QuarnMPX_dggev_("N", "V", n, p.data(), n, q.data(), n, re.data(), im.data(), beta.data(), nullptr, 1, x.data(), n,
+                    work.data(), 8 * n, &info, 1, 1);
+    benchmark::DoNotOptimize(info);
+  }
+  return 1;
+}
+
+template <int n>
+std::size_t pencil_eigen(benchmark::State& state, int digits) {
+  const EigenMatrix a = eigen_matrix(digits, n, 8);
+  const EigenMatrix b = eigen_matrix(digits, n, 9);
+  for (auto _ : state) {
+    const Eigen::GeneralizedEigenSolver<EigenMatrix> solver(a, b, true);
+    benchmark::DoNotOptimize(solver.alphas().data());
+  }
+  return 1;
+}
+
+template <int n>
+std::size_t complex_ours(benchmark::State& state, int digits) {
+  const auto re = square<QuarnFloat>(digits, n, 10);
+  const auto im = square<QuarnFloat>(digits, n, 11);
+  std::vector<Complex> given(re.size());
+  for (std::size_t i = 0; i < re.size(); ++i) {
+    given[i] = {re[i], im[i]};
+  }
+  std::vector<Complex> w(n);
+  std::vector<Complex> work(2 * n);
+  auto x = given;
+  for (auto _ : state) {
+    auto a = given;
+    Integer info = 0;
+    QuarnMPX_zgeev_("N", "V", n, a.data(), n, w.data(), nullptr, 1, x.data(), n, work.data(), 2 * n, nullptr, &info, 1,
+                    1);
+    benchmark::DoNotOptimize(info);
+  }
+  return 1;
+}
+
+template <int n>
+std::size_t complex_eigen(benchmark::State& state, int digits) {
+  using Number = std::complex<mpreal>;
+  const auto re = square<mpreal>(digits, n, 10);
+  const auto im = square<mpreal>(digits, n, 11);
+  Eigen::Matrix<Number, Eigen::Dynamic, Eigen::Dynamic> a(n, n);
+  for (std::size_t i = 0; i < re.size(); ++i) {
+    a.data()[i] = Number(re[i], im[i]);
+  }
+  for (auto _ : state) {
+    const Eigen::ComplexEigenSolver<Eigen::Matrix<Number, Eigen::Dynamic, Eigen::Dynamic>> solver(a, true);
+    benchmark::DoNotOptimize(solver.eigenvalues().data());
+  }
+  return 1;
+}
+
 constexpr const char* kQuartic[] = {"1.25", "-3.5", "0.7", "2.2", "-4.1"};
 
 std::size_t quartic_ours(benchmark::State& state, int /*digits*/) {
@@ -368,6 +476,12 @@ void register_spectra() {
   register_work("symmetric eigen" + order, "eigen", kDigits, symmetric_eigen<n>);
   register_work("singular values" + order, "quarn", kDigits, singular_ours<n>);
   register_work("singular values" + order, "eigen", kDigits, singular_eigen<n>);
+  register_work("complex eigen" + order, "quarn", kDigits, complex_ours<n>);
+  register_work("complex eigen" + order, "eigen", kDigits, complex_eigen<n>);
+  register_work("definite pencil" + order, "quarn", kDigits, definite_ours<n>);
+  register_work("definite pencil" + order, "eigen", kDigits, definite_eigen<n>);
+  register_work("pencil" + order, "quarn", kDigits, pencil_ours<n>);
+  register_work("pencil" + order, "eigen", kDigits, pencil_eigen<n>);
 }
 
 const bool registered = [] {

@@ -16,8 +16,18 @@ auto of_matrix(Routine routine, py::handle a) {
 void add_eigen(py::module_& module) {
   module.def(
       "eigenvalues",
-      [](py::handle a) {
+      [](py::handle a, py::handle b) {
         const Array given(a);
+        if (!b.is_none()) {
+          const Array beside(b);
+          return with_scalar(
+              [&]<class T>(T) {
+                const Matrix<T> left = given.matrix<T>();
+                const Matrix<T> right = beside.matrix<T>();
+                return from(outside([&] { return tesk2mp::eigenvalues(left, right); }), a);
+              },
+              given, beside);
+        }
         return with_scalar(
             [&]<class T>(T) {
               const Matrix<T> matrix = given.matrix<T>();
@@ -25,19 +35,33 @@ void add_eigen(py::module_& module) {
             },
             given);
       },
-      py::arg("a"),
-      R"(eigenvalues(a)
+      py::arg("a"), py::arg("b") = py::none(),
+      R"(eigenvalues(a, b=None)
 
 The eigenvalues of a square matrix, each a Complex. Of a real one pairs stand together, positive imaginary part first.
-NumericalFailure when the QR algorithm does not converge.
+NumericalFailure when the QR algorithm does not converge. With a second matrix those of a x = lambda b x, infinite ones as
+Complex('Infinity', '0'); NumericalFailure when every number is one.
 
 >>> eigenvalues([[0, 1], [-1, 0]])
 [Complex('0', '1'), Complex('0', '-1')]
+>>> eigenvalues([[2, 0], [0, 3]], [[1, 0], [0, 0]])
+[Complex('2', '0'), Complex('Infinity', '0')]
 )");
   module.def(
       "eigen",
-      [](py::handle a) {
+      [](py::handle a, py::handle b) {
         const Array given(a);
+        if (!b.is_none()) {
+          const Array beside(b);
+          return with_scalar(
+              [&]<class T>(T) {
+                const Matrix<T> left = given.matrix<T>();
+                const Matrix<T> right = beside.matrix<T>();
+                const auto system = outside([&] { return tesk2mp::eigen(left, right); });
+                return py::make_tuple(from(system.values(), a), from(system.right, a), from(system.left, a));
+              },
+              given, beside);
+        }
         return with_scalar(
             [&]<class T>(T) {
               const Matrix<T> matrix = given.matrix<T>();
@@ -46,10 +70,11 @@ NumericalFailure when the QR algorithm does not converge.
             },
             given);
       },
-      py::arg("a"), R"(eigen(a)
+      py::arg("a"), py::arg("b") = py::none(), R"(eigen(a, b=None)
 
 Eigenvalues and eigenvectors of a square matrix, n by n: (values, right, left). Eigenvector j is column j of an n by n
-matrix and has Euclidean norm 1: a right = right diag(values), left^H a = diag(values) left^H.
+matrix and has Euclidean norm 1: a right = right diag(values), left^H a = diag(values) left^H. With a second matrix those of a x = lambda b x, left^H a = diag(values) left^H b, and
+eigenvectors whose largest element has |re| + |im| = 1.
 
 >>> values, right, left = eigen([[2, 0], [0, 3]])
 >>> [value.real for value in values], right[1][1]

@@ -13,6 +13,15 @@ void dsygv() {
   //! [dsygv]
 }
 
+void dggev() {
+  //! [dggev]
+  QuarnFloat a[] = {2, 0, 0, 3}, b[] = {4, 0, 0, 0}, alphar[2], alphai[2], beta[2], work[16];  // 1/2 and infinity
+  Integer info;
+  QuarnMPX_dggev_("N", "N", 2, a, 2, b, 2, alphar, alphai, beta, nullptr, 1, nullptr, 1, work, 16, &info, 1, 1);
+  std::cout << alphar[0] / beta[0] << " " << beta[1] << "\n";
+  //! [dggev]
+}
+
 void dsygst() {
   //! [dsygst]
   QuarnFloat a[] = {2, -1, -1, 2}, b[] = {4, 0, 0, 4};
@@ -25,4 +34,4 @@ void dsygst() {
 
 }  // namespace
 
-int main() { return run_examples({{"dsygv", dsygv}, {"dsygst", dsygst}}); }
+int main() { return run_examples({{"dsygv", dsygv}, {"dggev", dggev}, {"dsygst", dsygst}}); }

@@ -61,6 +61,63 @@ TESK2MP_API void QuarnMPX_zhegv_(Integer itype, const char* jobz, const char* up
                                  QuarnFloat* rwork, Integer* info, int jobz_length, int uplo_length);
 /// @}
 
+/// @defgroup dggev generalised eigenvalues and eigenvectors of general matrices
+///
+/// DGGEV: A x = lambda B x and y^H A = lambda y^H B of real matrices, lambda = alpha / beta; ZGGEV of complex ones. An
+/// infinite eigenvalue, which a singular B has, is one with beta = 0. Where alpha and beta are both 0, or vanish beside
+/// the roundings of A and B, both are 0: the pencil is singular to the working digits, every number is an eigenvalue of
+/// it, and the others say nothing. Numbers of any size are good.
+///
+/// @param[in] jobvl N: no left eigenvectors; V: they are wanted
+/// @param[in] jobvr N: no right eigenvectors; V: they are wanted
+/// @param[in] n order, >= 0
+/// @param[in] a A, n columns of n elements, lda apart; not changed
+/// @param[in] lda step from column to column of A, >= max(1, n)
+/// @param[in] b B, in the same way; not changed
+/// @param[in] ldb step from column to column of B, >= max(1, n)
+/// @param[out] alphar n real parts of alpha; a pair is in consecutive places, the one above the real axis first
+/// @param[out] alphai n imaginary parts
+/// @param[out] alpha n elements, of ZGGEV
+/// @param[out] beta n elements, real and >= 0
+/// @param[out] vl left eigenvectors y, n columns of n elements, ldvl apart; of a pair of DGGEV the real part and the
+///     imaginary part of the first one; |re| + |im| of the largest element is 1; not used with jobvl N
+/// @param[in] ldvl step from column to column, >= 1, and >= n when it is used
+/// @param[out] vr right eigenvectors x, in the same way
+/// @param[in] ldvr step from column to column, >= 1, and >= n when it is used
+/// @param[out] work lwork elements; work(1) is the length that is asked for, the others are not touched
+/// @param[in] lwork elements of work, >= max(1, 8 n), for ZGGEV >= max(1, 2 n); -1 asks for the length alone
+/// @param[out] rwork not used
+/// @param[out] info 0, -k when argument k is illegal, i <= n when the QZ algorithm did not find eigenvalue i (those
+///     behind it are right, no eigenvectors are made), and n + 1 when an element of A or B is not finite
+///
+/// @par Failures
+/// Illegal: jobvl (-1), jobvr (-2), n < 0 (-3), lda (-5), ldb (-7), ldvl (-12, ZGGEV -11), ldvr (-14, -13), lwork (-16,
+/// -15). Storage for 5 n^2 elements is taken for the time of the call.
+///
+/// @par Method
+/// B to triangular and A to Hessenberg form, the implicit QZ algorithm with two shifts, of complex matrices with one,
+/// substitution; a few digits more than the working ones.
+///
+/// @par Accuracy
+/// Those of matrices that differ from A and B in units of the last place of their norms.
+///
+/// @par Source
+/// C. B. Moler, G. W. Stewart, An algorithm for generalized matrix eigenvalue problems, SIAM J. Numer. Anal. 10 (1973);
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DGGEV and ZGGEV.
+///
+/// @par Cost
+/// About 30 n^3 multiply-adds without eigenvectors, 70 n^3 with those of both sides.
+/// @{
+TESK2MP_API void QuarnMPX_dggev_(const char* jobvl, const char* jobvr, Integer n, QuarnFloat* a, Integer lda,
+                                 QuarnFloat* b, Integer ldb, QuarnFloat* alphar, QuarnFloat* alphai, QuarnFloat* beta,
+                                 QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, QuarnFloat* work,
+                                 Integer lwork, Integer* info, int jobvl_length, int jobvr_length);
+TESK2MP_API void QuarnMPX_zggev_(const char* jobvl, const char* jobvr, Integer n, Complex* a, Integer lda, Complex* b,
+                                 Integer ldb, Complex* alpha, Complex* beta, Complex* vl, Integer ldvl, Complex* vr,
+                                 Integer ldvr, Complex* work, Integer lwork, QuarnFloat* rwork, Integer* info,
+                                 int jobvl_length, int jobvr_length);
+/// @}
+
 /// @defgroup dsygst reduction of a generalised symmetric problem to a standard one
 ///
 /// DSYGST: A := L^-1 A L^-T (itype 1) or L^T A L (2 and 3) with B = L L^T; ZHEGST of Hermitian matrices. With uplo U

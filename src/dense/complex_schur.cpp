@@ -7,64 +7,13 @@
 
 #include "quarn/complex.h"
 #include "quarn/quarnthread.h"
+#include "src/dense/guard_digits.h"
+#include "src/dense/plane_rotation.h"
 #include "src/dense/power_of_ten.h"
 #include "src/frame/constants.h"
 
 namespace tesk {
 namespace {
-
-/// The rotation (c, s; -conj(s), c), c real, that takes (f, g) to (r, 0).
-struct ComplexRotation {
-  QuarnFloat c;
-  Complex s;
-  Complex r;
-
-  ComplexRotation(const Complex& f, const Complex& g) : c(1), r(f) {
-    if (is_zero(g)) {
-      return;
-    }
-    const QuarnFloat g_size = modulus(g);
-    if (is_zero(f)) {
-      c = 0;
-      s = conj(g);
-      multiply_by(s, 1 / g_size);
-      r = Complex(g_size);
-      return;
-    }
-    const QuarnFloat f_size = modulus(f);
-    const QuarnFloat size = sqrt(f_size * f_size + g_size * g_size);
-    c = f_size / size;
-    Complex direction = f;
-    multiply_by(direction, 1 / f_size);
-    s = conj(g) * direction;
-    multiply_by(s, 1 / size);
-    r = direction;
-    multiply_by(r, size);
-  }
-
-  /// x := c x + s y, y := c y - conj(s) x
-  void apply(Integer n, OneBasedVector<Complex> x, OneBasedVector<Complex> y) const {
-    for (Integer i = 1; i <= n; ++i) {
-      Complex turned = x(i);
-      multiply_by(turned, c);
-      add_product(turned, s, y(i));
-      multiply_by(y(i), c);
-      subtract_product(y(i), Op::conjugate_transpose, s, x(i));
-      x(i) = std::move(turned);
-    }
-  }
-  /// The adjoint from the right: x := c x + conj(s) y, y := c y - s x
-  void apply_adjoint(Integer n, OneBasedVector<Complex> x, OneBasedVector<Complex> y) const {
-    for (Integer i = 1; i <= n; ++i) {
-      Complex turned = x(i);
-      multiply_by(turned, c);
-      add_product(turned, Op::conjugate_transpose, s, Op::none, y(i));
-      multiply_by(y(i), c);
-      subtract_product(y(i), s, x(i));
-      x(i) = std::move(turned);
-    }
-  }
-};
 
 class ComplexQr {
  public:
@@ -86,7 +35,7 @@ class ComplexQr {
           return i;
         }
         QuarnCheckInterrupt();
-        sweep(low, i, iteration % 10 == 0 ? exceptional_shift(i) : shift(i));
+        sweep(low, i, iteration % period_ == 0 ? exceptional_shift(i) : shift(i));
       }
       --i;
     }
@@ -163,6 +112,7 @@ class ComplexQr {
   Integer rows_;
   OneBasedMatrix<Complex> z_;
   QuarnFloat ulp_ = 5 * epsilon();
+  Integer period_ = exceptional_period();
 };
 
 }  // namespace

@@ -19,6 +19,16 @@ inline int guarded_digits(Integer n) {
   return std::max(kLeast, QuarnDigits() + guard);
 }
 
+/// After so many iterations without success shifts are exceptional once: convergence doubles digits, and takes longer
+/// the more there are.
+inline Integer exceptional_period() {
+  Integer period = 10;
+  for (int left = QuarnDigits() / 16; left > 0; left /= 2) {
+    ++period;
+  }
+  return period;
+}
+
 /// To the digits of the moment.
 template <class T>
 void round_elements(Integer rows, Integer columns, OneBasedMatrix<T> a) {

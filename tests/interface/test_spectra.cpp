@@ -1,6 +1,8 @@
 // Spectra through the C++ interface: shapes, options and failures; the tests of the library judge the digits.
 #include <doctest/doctest.h>
 
+#include <algorithm>
+
 #include "tesk2mp/tesk2mp.hpp"
 
 using namespace tesk2mp;
@@ -40,6 +42,28 @@ TEST_CASE_TEMPLATE("eigenvalues beside a definite matrix", T, Real, Complex) {
   CHECK_THROWS_AS((void)symmetric_eigen(a, Matrix<T>(1, 1)), InvalidArgument);
   CHECK_THROWS_AS((void)symmetric_eigen(a, Matrix<T>{{1, 0}, {T(Real("nan")), 1}}), InvalidArgument);
   CHECK_THROWS_AS((void)symmetric_eigen(a, Matrix<T>{{1, 2}, {2, 1}}), NumericalFailure);
+}
+
+TEST_CASE_TEMPLATE("eigenvalues of pencils", T, Real, Complex) {
+  const Matrix<T> a = {{0, 2, 0}, {-2, 0, 0}, {0, 0, 3}};
+  const Matrix<T> b = {{1, 0, 0}, {0, 1, 0}, {0, 0, 0}};
+  const PencilEigenSystem system = eigen(a, b);
+  const std::vector<Complex> values = system.values();
+  REQUIRE(values.size() == 3);
+  CHECK(std::count_if(values.begin(), values.end(), [](const Complex& w) { return isinf(w.re); }) == 1);
+  for (std::size_t j = 0; j < 3; ++j) {
+    if (system.beta[j] != 0) {
+      CHECK(tesk2mp::abs(values[j] * values[j] + Complex(4)) < Real(1, -18));
+      const Complex residual = Complex(2) * system.right(1, j) - values[j] * system.right(0, j);
+      CHECK(tesk2mp::abs(residual) < Real(1, -18));
+    }
+  }
+  CHECK(eigenvalues(a, b).size() == 3);
+  CHECK(eigenvalues(Matrix<T>(), Matrix<T>()).empty());
+  CHECK(eigen(b, b).singular());
+  CHECK_THROWS_AS((void)eigenvalues(b, b), NumericalFailure);
+  CHECK_THROWS_AS((void)eigenvalues(a, Matrix<T>(2, 2)), InvalidArgument);
+  CHECK_THROWS_AS((void)eigenvalues(Matrix<T>{{1}}, Matrix<T>{{T(Real("nan"))}}), InvalidArgument);
 }
 
 TEST_CASE_TEMPLATE("chosen eigenvalues", T, Real, Complex) {

@@ -109,6 +109,29 @@ void generalised_symmetric(Suite& suite, Reduce reduce) {
   });
 }
 
+void pencils(Suite& suite) {
+  const auto real = ENTRY(QuarnMPX_dggev_);
+  const auto complex = ENTRY(QuarnMPX_zggev_);
+  suite.cases(3, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    const Integer lwork = 8 * ld;
+    const Scratch<QuarnFloat> work(static_cast<std::size_t>(lwork));
+    const Scratch<Complex> work2(static_cast<std::size_t>(lwork));
+    const std::int64_t count = std::int64_t(ld) * ld;
+    const auto a = c.numbers<QuarnFloat>(count);
+    const auto b = c.numbers<QuarnFloat>(count);
+    const auto w = c.numbers<QuarnFloat>(ld);
+    const auto a2 = c.numbers<Complex>(count);
+    const auto b2 = c.numbers<Complex>(count);
+    const auto w2 = c.numbers<Complex>(ld);
+    for (const char* job : {"N", "V"}) {
+      suite.run(real, job, "V", n, a, ld, b, ld, w, w, w, a, ld, a, ld, work, lwork, Integer(-99), 1, 1);
+      suite.run(complex, job, "V", n, a2, ld, b2, ld, w2, w2, a2, ld, a2, ld, work2, lwork, work, Integer(-99), 1, 1);
+    }
+  });
+}
+
 void complex_eigen(Suite& suite) {
   const auto balance = ENTRY(QuarnMPX_zgebal_);
   const auto unbalance = ENTRY(QuarnMPX_zgebak_);
@@ -312,6 +335,7 @@ void spectra(Suite& suite) {
   chosen(suite);
   generalised_symmetric<QuarnFloat>(suite, ENTRY(QuarnMPX_dsygst_));
   generalised_symmetric<Complex>(suite, ENTRY(QuarnMPX_zhegst_));
+  pencils(suite);
   complex_eigen(suite);
   singular(suite);
   polynomials<QuarnFloat>(suite, ENTRY(QuarnMPX_dpzeros_), ENTRY(QuarnMPX_dpeval_), ENTRY(QuarnMPX_dpdiv_),
