@@ -53,10 +53,10 @@ class Reflector {
     }
     QuarnFloat sum = x(1);
     for (Integer i = 1; i < n_; ++i) {
-      sum += v_[i] * x(i + 1);
+      add_product(sum, v_[i], x(i + 1));
     }
     for (Integer i = 0; i < n_; ++i) {
-      x(i + 1) -= sum * t_[i];
+      subtract_product(x(i + 1), sum, t_[i]);
     }
   }
 
@@ -71,9 +71,11 @@ class Reflector {
 inline void rotate(Integer n, OneBasedVector<QuarnFloat> x, OneBasedVector<QuarnFloat> y, const QuarnFloat& c,
                    const QuarnFloat& s) {
   for (Integer i = 1; i <= n; ++i) {
-    const QuarnFloat temp = c * x(i) + s * y(i);
-    y(i) = c * y(i) - s * x(i);
-    x(i) = temp;
+    QuarnFloat turned = c * x(i);
+    add_product(turned, s, y(i));
+    y(i) *= c;
+    subtract_product(y(i), s, x(i));
+    x(i) = std::move(turned);
   }
 }
 
