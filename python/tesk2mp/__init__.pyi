@@ -4,6 +4,7 @@ from fractions import Fraction
 from typing import Any, overload
 
 from . import linalg as linalg
+from . import optimize as optimize
 from . import sparse as sparse
 from . import special as special
 from ._context import digits as digits

@@ -12,16 +12,18 @@ from functools import partial
 import numpy
 import scipy.fft
 import scipy.linalg
+import scipy.optimize
 import scipy.sparse.linalg
 import scipy.special
 import tesk2mp
-from tesk2mp import exact, linalg, sparse, special
+from tesk2mp import exact, linalg, optimize, sparse, special
 
 SEED = int(os.environ.get("TESK_SEED", time.time())) % 2**32
 print(f"TESK_SEED={SEED}")
 RANDOM = numpy.random.default_rng(SEED)
 THEIRS = {
     linalg: (scipy.linalg, numpy.linalg),
+    optimize: (scipy.optimize,),
     special: (scipy.special,),
     tesk2mp.fft: (scipy.fft,),
     sparse.linalg: (scipy.sparse.linalg,),
@@ -41,7 +43,7 @@ class Modules(unittest.TestCase):
             self.assertLess(numpy.abs(one - other).max(initial=0), 1e-9 * (1 + numpy.abs(other).max(initial=0)), what)
 
     def test_examples(self):
-        for module in (linalg, special, sparse.linalg):
+        for module in (linalg, optimize, special, sparse.linalg):
             with self.subTest(module.__name__):
                 self.assertEqual(doctest.testmod(module).failed, 0)
                 for name in module.__all__:
