@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 
 #include "cli/io/matrix_input.h"
@@ -116,10 +117,10 @@ std::string power_tics(const Points& points) {
     return "set ytics " + text_of(std::ceil((high - low) / kMostMarks)) + "\nset format y '1e%.0f'\n";
   }
   std::string marks;
-  for (double power = low; power <= high; ++power) {
+  for (auto power = std::int64_t(low); power <= std::int64_t(high); ++power) {
     for (const int digit : {1, 2, 5}) {
-      const std::string mark = std::to_string(digit) + "e" + text_of(power);
-      marks += (marks.empty() ? "'" : ", '") + mark + "' " + text_of(power + std::log10(digit));
+      const std::string mark = std::to_string(digit) + "e" + std::to_string(power);
+      marks += (marks.empty() ? "'" : ", '") + mark + "' " + text_of(double(power) + std::log10(digit));
     }
   }
   return "set ytics (" + marks + ")\n";
