@@ -64,12 +64,12 @@ exit status is 1 when a ratio is more than 30. At least 7 digits are needed.
 
 Examples:
   quarn selftest --digits 50
-  quarn selftest dgesvd zgesvd --order 40)";
+  quarn selftest dgesvd zgesvd --size 40)";
 
 void declare(Command& command) {
   auto options = std::make_shared<SelftestOptions>();
   command.texts("ROUTINE", "", options->routines, "the routines to examine");
-  command.number("--order", "N", options->order, 1, kLargestOrder, "order of the matrices, 1 to 500 (default 10)");
+  command.number("--size", "N", options->order, 1, kLargestOrder, "order of the matrices, 1 to 500 (default 10)");
   command.add_digits();
   add_output_options(command, options->output);
   command.work = [options] { run_selftest(*options); };

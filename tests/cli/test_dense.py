@@ -67,12 +67,12 @@ class Dense(unittest.TestCase):
         return run_json(command, "-", "--digits", str(DIGITS), *options, stdin=text_of(rows))
 
     def test_selftest(self):
-        result = run_json("selftest", "dgeqrf", "zgetrf", "dexpm", "--digits", "40", "--order", "6")
+        result = run_json("selftest", "dgeqrf", "zgetrf", "dexpm", "--digits", "40", "--size", "6")
         self.assertEqual(sorted(result["routine"]), ["dexpm", "dgeqrf", "zgetrf"])
         for ratio, verdict in zip(result["ratio"], result["verdict"], strict=True):
             self.assertEqual(verdict, "good")
             self.assertLess(Decimal(ratio), 30)
-        for arguments in (["nothing"], ["dgeqrf", "--digits", "5"], ["--order", "0"]):
+        for arguments in (["nothing"], ["dgeqrf", "--digits", "5"], ["--size", "0"]):
             self.assertNotEqual(run("selftest", *arguments).returncode, 0, arguments)
 
     def test_gallery(self):
