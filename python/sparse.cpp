@@ -58,9 +58,14 @@ tesk2mp::SolverOptions options_of(const std::string& method, const py::object& t
   using tesk2mp::Method;
   using tesk2mp::VectorNorm;
   tesk2mp::SolverOptions options;
-  options.method = option_of<Method>(
-      "method", method,
-      {{"rgmres", Method::rgmres}, {"cgs", Method::cgs}, {"bicgstab", Method::bicgstab}, {"tfqmr", Method::tfqmr}});
+  options.method = option_of<Method>("method", method,
+                                     {{"rgmres", Method::rgmres},
+                                      {"cgs", Method::cgs},
+                                      {"bicgstab", Method::bicgstab},
+                                      {"tfqmr", Method::tfqmr},
+                                      {"cg", Method::cg},
+                                      {"minres", Method::minres},
+                                      {"symmlq", Method::symmlq}});
   options.criterion = option_of<Criterion>(
       "criterion", criterion,
       {{"preconditioned_residual", Criterion::preconditioned_residual}, {"residual", Criterion::residual}});
@@ -301,7 +306,8 @@ void add_sparse(py::module_& module) {
 The solution of a x = b by iteration: (x, residual b - a x, number of iterations). a: a SparseMatrix, or a function that takes
 a list of n numbers and gives the n numbers of their product with the matrix. RuntimeWarning when x is so large that the
 criterion holds although |b - a x| > sqrt(tolerance) |b|, as with a singular matrix. preconditioner: a function that solves with
-a matrix near a. method: 'rgmres', 'cgs', 'bicgstab' or 'tfqmr'; order: iterations to a restart of RGMRES, the order of
+a matrix near a. method: 'rgmres', 'cgs', 'bicgstab' or 'tfqmr'; for a symmetric matrix also 'minres', 'symmlq' and, when it
+is positive definite, 'cg'; order: iterations to a restart of RGMRES, the order of
 BICGSTAB, 0 for the usual one. tolerance: 0 for the square root of the machine precision. NumericalFailure when the method
 breaks down or runs out of iterations.
 

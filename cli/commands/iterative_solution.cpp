@@ -48,6 +48,9 @@ tesk2mp::Method method_of(const std::string& name) {
   return name == "rgmres"     ? tesk2mp::Method::rgmres
          : name == "cgs"      ? tesk2mp::Method::cgs
          : name == "bicgstab" ? tesk2mp::Method::bicgstab
+         : name == "cg"       ? tesk2mp::Method::cg
+         : name == "minres"   ? tesk2mp::Method::minres
+         : name == "symmlq"   ? tesk2mp::Method::symmlq
                               : tesk2mp::Method::tfqmr;
 }
 
@@ -71,7 +74,35 @@ tesk2mp::SolverOptions solver_options(const std::string& method, const Iterative
   return result;
 }
 
+/// Of entries in canonical form.
+bool is_symmetric(const tesk2mp::SparseMatrix<QuarnFloat>& a) {
+  tesk2mp::SparseMatrix<QuarnFloat> transposed(a.order());
+  for (std::size_t k = 0; k < a.entries(); ++k) {
+    transposed.add(a.column(k), a.row(k), a.value(k));
+  }
+  transposed.canonicalise(tesk2mp::Duplicates::sum, tesk2mp::Zeros::keep);
+  return std::ranges::equal(a.rows_from_one(), transposed.rows_from_one()) &&
+         std::ranges::equal(a.columns_from_one(), transposed.columns_from_one()) &&
+         std::ranges::equal(a.values(), transposed.values());
+}
+
+bool has_positive_diagonal(const tesk2mp::SparseMatrix<QuarnFloat>& a) {
+  std::size_t positive = 0;
+  for (std::size_t k = 0; k < a.entries(); ++k) {
+    positive += a.row(k) == a.column(k) && a.value(k) > 0 ? 1 : 0;
+  }
+  return positive == a.order();
+}
+
 }  // namespace
+
+std::string automatic_method(const LinearSystem& system) {
+  const auto* equations = std::get_if<Equations<QuarnFloat>>(&system.equations);
+  if (equations == nullptr || !is_symmetric(equations->a)) {
+    return "bicgstab";
+  }
+  return has_positive_diagonal(equations->a) ? "cg" : "minres";
+}
 
 Solution solve_iteratively(const LinearSystem& system, const std::string& method, const IterativeOptions& options,
                            const std::function<void(const ResidualStep&)>& watcher) {
@@ -86,7 +117,7 @@ Solution solve_iteratively(const LinearSystem& system, const std::string& method
 
   Solution solution;
   solution.method = method;
-  solution.routine = "QuarnMP_f11bef_";
+  solution.routine = "QuarnMPX_f11bef_";
   tesk2mp::IterativeSolver solver(equations->b, {}, bool(precondition), settings);
   const auto look = [&] {
     const tesk2mp::Progress now = solver.progress();

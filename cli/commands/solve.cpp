@@ -33,6 +33,7 @@ struct SolveOptions {
 };
 
 const std::vector<std::string> kIterative = {"rgmres", "cgs", "bicgstab", "tfqmr"};
+constexpr const char* kBreakdown = "IFAIL 7";
 constexpr Integer kMostIterations = 2147483647;
 
 LinearSystem read_system(const SolveOptions& options) {
@@ -253,7 +254,7 @@ Result one_result(const LinearSystem& system, const Solution& solution, const So
 
 Result comparison(const LinearSystem& system, const std::vector<Solution>& solutions, const SolveOptions& options) {
   Result result;
-  result.notes = {system_note(system, options), precision_note(options, "QuarnMP_f11bef_")};
+  result.notes = {system_note(system, options), precision_note(options, "QuarnMPX_f11bef_")};
   result.table = {{"method", {}, false, true},
                   {"iterations", {}, true},
                   {"products", {}, true},
@@ -289,8 +290,16 @@ void run_solve(const SolveOptions& options) {
     return;
   }
   std::vector<Solution> solutions;
-  for (const std::string& method : options.method == "all" ? kIterative : std::vector<std::string>{options.method}) {
+  if (options.method == "auto") {
+    const std::string method = automatic_method(system);
     solutions.push_back(solve(system, method, options));
+    if (method == "cg" && solutions.front().failure.starts_with(kBreakdown)) {
+      solutions.front() = solve(system, "minres", options);
+    }
+  } else {
+    for (const std::string& method : options.method == "all" ? kIterative : std::vector<std::string>{options.method}) {
+      solutions.push_back(solve(system, method, options));
+    }
   }
 
   const bool all = options.method == "all";
@@ -315,9 +324,11 @@ right side is A (1, ..., 1), so that the solution is known.
 The iterative methods stop when ||b - A x|| <= tol (||b|| + ||A|| ||x||), Euclidean norms,
 ||A|| estimated; the residual is computed afresh before it is believed. --method direct
 factorises the full matrix and refines the solution with exact residuals.
---method all compares the iterative ones. Not solved is exit status 1; the last iterate and
-its residual are written all the same. A small residual is an estimate: where b was made
-up the largest error is written beside it.
+--method all compares the iterative ones for general matrices. cg, minres and symmlq are for
+symmetric ones; --method auto takes cg when the diagonal is positive too (and minres when cg
+finds the matrix indefinite), minres when it is not, bicgstab when there is no symmetry.
+Not solved is exit status 1; the last iterate and its residual are written all the same.
+A small residual is an estimate: where b was made up the largest error is written beside it.
 
 --proven factorises the full matrix, takes A and b with all their digits, and works with so
 many that D digits of every component are true, whatever the method; one of which none is
@@ -347,8 +358,11 @@ void declare(Command& command) {
   add_matrix_options(command, options->table);
   command.text("--rhs", "FILE", options->right_side, "the right side; - is standard input");
   command.text("--column", "NAME", options->column, "name or number of the right side's column");
-  command.choice("--method", "M", options->method, {"rgmres", "cgs", "bicgstab", "tfqmr", "all", "direct"},
-                 "rgmres, cgs, bicgstab (default), tfqmr, all of these, or direct");
+  command.choice(
+      "--method", "M", options->method,
+      {"rgmres", "cgs", "bicgstab", "tfqmr", "all", "cg", "minres", "symmlq", "auto", "direct"},
+      "rgmres, cgs, bicgstab (default), tfqmr, all of these; for symmetric matrices cg (positive definite), minres, "
+      "symmlq; auto: cg, minres or bicgstab by the matrix; or direct");
   add_iterative_options(command, options->iterative);
   command.text("--history", "FILE", options->history, "write the course of the residual (.csv, .json or .txt)");
   command.flag("--progress", options->progress, "tell every iteration on standard error, terminal or not");

@@ -11,6 +11,11 @@
 // D. R. Fokkema, Electron. Trans. Numer. Anal. 1, 1993; with M = 1 H. A. van der Vorst's Bi-CGSTAB), 2 M; TFQMR
 // (R. W. Freund, SIAM J. Sci. Comput. 14, 1993), two. With a preconditioner they work on M^-1 A x = M^-1 b.
 //
+// The companions (QuarnMPX_) have three methods for a symmetric A besides, one product an iteration: CG (M. R.
+// Hestenes, E. Stiefel, J. Res. Nat. Bur. Standards 49, 1952), for a positive definite one; MINRES and SYMMLQ (C. C.
+// Paige, M. A. Saunders, SIAM J. Numer. Anal. 12, 1975), for any. Their preconditioner must be symmetric positive
+// definite.
+//
 // Criteria. r = b - A x; the norm is that of NORM, with WEIGHT 'W' that of the vector times the weights:
 //
 //   ITERM 1   ||r||      <= tau (||b||      + ANORM  ||x||)   ANORM  stands for ||A||
@@ -43,9 +48,13 @@ extern "C" {
 ///   CGS       5
 ///   BICGSTAB  2 M + 2
 ///   TFQMR     7
+///   CG        2, with a preconditioner 4
+///   MINRES    5, with a preconditioner 8
+///   SYMMLQ    7, with a preconditioner 10
 ///
 /// @param[in] method "RGMRES", "CGS", "BICGSTAB" or "TFQMR", blanks before it and letters of either case allowed, what
-///     follows the name ignored; at most 32 characters between blanks
+///     follows the name ignored; at most 32 characters between blanks. The companion also takes "CG", "MINRES" and
+///     "SYMMLQ"; the classic entry refuses them.
 /// @param[in] precon 'P' the caller solves with a preconditioner, 'N' there is none
 /// @param[in] norm '1' sum of magnitudes, 'I' largest magnitude, '2' Euclidean
 /// @param[in] weight 'W' norms are weighted by WGT, 'N' they are not. Inner products of the methods never are.
@@ -84,11 +93,22 @@ TESK2MP_API void QuarnMP_f11bdf_(const char* method, const char* precon, const c
                                  const Integer* monit, Integer* lwreq, QuarnFloat* work, const Integer* lwork,
                                  Integer* ifail, int method_length, int precon_length, int norm_length,
                                  int weight_length);
+TESK2MP_API void QuarnMPX_f11bdf_(const char* method, const char* precon, const char* norm, const char* weight,
+                                  const Integer* iterm, const Integer* n, const Integer* m, const QuarnFloat* tol,
+                                  const Integer* maxitn, const QuarnFloat* anorm, const QuarnFloat* sigmax,
+                                  const Integer* monit, Integer* lwreq, QuarnFloat* work, const Integer* lwork,
+                                  Integer* ifail, int method_length, int precon_length, int norm_length,
+                                  int weight_length);
 TESK2MP_API void QuarnMP_f11bdfn_(const char* method, const char* precon, const char* norm, const char* weight,
                                   Integer iterm, Integer n, Integer m, QuarnFloat tol, Integer maxitn, QuarnFloat anorm,
                                   QuarnFloat sigmax, Integer monit, Integer* lwreq, QuarnFloat* work, Integer lwork,
                                   char* message_buffer, Integer* ifail, int method_length, int precon_length,
                                   int norm_length, int weight_length, int buffer_length);
+TESK2MP_API void QuarnMPX_f11bdfn_(const char* method, const char* precon, const char* norm, const char* weight,
+                                   Integer iterm, Integer n, Integer m, QuarnFloat tol, Integer maxitn,
+                                   QuarnFloat anorm, QuarnFloat sigmax, Integer monit, Integer* lwreq, QuarnFloat* work,
+                                   Integer lwork, char* message_buffer, Integer* ifail, int method_length,
+                                   int precon_length, int norm_length, int weight_length, int buffer_length);
 /// @}
 
 /// @defgroup f11bef iterative solution by reverse communication
@@ -104,6 +124,9 @@ TESK2MP_API void QuarnMP_f11bdfn_(const char* method, const char* precon, const 
 ///    4                                                the end: U is the solution, V its residual
 ///    5       in place of 1, -1, 2 or 3, the request being done: stop after this iteration
 ///    6       stop at once: U is the last iterate that is complete, V is not touched
+///
+/// The companion iterates what either set-up has set up; the classic entry does not know the problems of CG, MINRES and
+/// SYMMLQ (IFAIL 2).
 ///
 /// A request keeps nothing in mind but WORK, so U, V may be other arrays at the next call. The working precision may
 /// change between calls, from 10 digits on.
@@ -128,9 +151,12 @@ TESK2MP_API void QuarnMP_f11bdfn_(const char* method, const char* precon, const 
 ///   IFAIL 5   99995 ended after this iteration, not converged
 ///   IFAIL 6   99994 the same, after the true residual has had to replace that of the recurrence
 ///   IFAIL 7   99993 breakdown: a divisor of the method has vanished to working precision, and again after new starts
-///             that have not halved the residual (one of RGMRES, four with other shadow vectors of the others); a
-///             number has left the range of QuarnFloat (or what the caller brought was not finite); a cycle of RGMRES
-///             has gained nothing
+///             that have not halved the residual (one of RGMRES, CG, MINRES and SYMMLQ, four with other shadow vectors
+///             of the others); a number has left the range of QuarnFloat (or what the caller brought was not finite); a
+///             cycle of RGMRES has gained nothing; CG, MINRES or SYMMLQ have met what they are not for: a direction p
+///             of CG with p^T A p < 0 (A is not positive definite), a residual with r^T M^-1 r < 0 (M is not), or inner
+///             products that differ by more than sqrt(eps) where symmetry makes them equal (looked at in the first
+///             iterations)
 ///   IFAIL 8   99992 not converged after MAXITN iterations
 ///   IFAIL 9   99991 the true residual has replaced that of the recurrence, and has then not been halved: TOL asks for
 ///             more than the working precision has
@@ -140,14 +166,19 @@ TESK2MP_API void QuarnMP_f11bdfn_(const char* method, const char* precon, const 
 /// Linear Systems, SIAM 1994, compares them.
 ///
 /// @par Cost
-/// The products and solutions asked for (1 for an iteration of RGMRES, 2 of CGS and TFQMR, 2 M of BICGSTAB), and beside
-/// them about 2 j N multiply-adds in the j-th iteration of RGMRES after a restart, a fixed multiple of N in CGS and
+/// The products and solutions asked for (1 for an iteration of RGMRES, CG, MINRES and SYMMLQ, 2 of CGS and TFQMR, 2 M
+/// of BICGSTAB). Beside them, about 2 j N multiply-adds in the j-th iteration of RGMRES after a restart; without a
+/// preconditioner 9 N in one of CG, 14 N of MINRES, 20 N of SYMMLQ, norms included; a fixed multiple of N in CGS and
 /// TFQMR, of the order of M^2 N in BICGSTAB.
 /// @{
 TESK2MP_API void QuarnMP_f11bef_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, QuarnFloat* work,
                                  const Integer* lwork, Integer* ifail);
+TESK2MP_API void QuarnMPX_f11bef_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, QuarnFloat* work,
+                                  const Integer* lwork, Integer* ifail);
 TESK2MP_API void QuarnMP_f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, QuarnFloat* work,
                                   Integer lwork, char* message_buffer, Integer* ifail, int buffer_length);
+TESK2MP_API void QuarnMPX_f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, QuarnFloat* work,
+                                   Integer lwork, char* message_buffer, Integer* ifail, int buffer_length);
 /// @}
 
 /// @defgroup f11bff progress of an iterative solution
@@ -180,9 +211,14 @@ TESK2MP_API void QuarnMP_f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v,
 /// @{
 TESK2MP_API void QuarnMP_f11bff_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm,
                                  QuarnFloat* sigmax, QuarnFloat* work, const Integer* lwork, Integer* ifail);
+TESK2MP_API void QuarnMPX_f11bff_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm,
+                                  QuarnFloat* sigmax, QuarnFloat* work, const Integer* lwork, Integer* ifail);
 TESK2MP_API void QuarnMP_f11bffn_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm,
                                   QuarnFloat* sigmax, QuarnFloat* work, Integer lwork, char* message_buffer,
                                   Integer* ifail, int buffer_length);
+TESK2MP_API void QuarnMPX_f11bffn_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm,
+                                   QuarnFloat* sigmax, QuarnFloat* work, Integer lwork, char* message_buffer,
+                                   Integer* ifail, int buffer_length);
 /// @}
 
 /// @defgroup f11bezn the steps of one method
@@ -210,6 +246,6 @@ TESK2MP_NAMES_END
 
 // Layout of WORK, 1-based. 1 ... 100 the header, of which these places are promised: 4 and 20 the markers 1739512 and
 // 840653 of a problem that has been set up; 5 is 0 after set-up, 1 while it runs, 2 when it is completed; 6 the method
-// (1 RGMRES, 2 CGS, 3 BICGSTAB, 4 TFQMR); 16 the iterations done; 53 ... 56 both sides of the criterion, ANORM, SIGMAX.
-// From 101 on vectors of N: x, b, the preconditioned residual, b - A x, those of the method, and with a preconditioner
-// M^-1 (b - A x); last what RGMRES has beside vectors.
+// (1 RGMRES, 2 CGS, 3 BICGSTAB, 4 TFQMR, 5 CG, 6 MINRES, 7 SYMMLQ); 16 the iterations done; 53 ... 56 both sides of the
+// criterion, ANORM, SIGMAX. From 101 on vectors of N: x, b, the preconditioned residual, b - A x, those of the method,
+// and with a preconditioner M^-1 (b - A x); last what RGMRES has beside vectors.

@@ -13,7 +13,8 @@
 
 namespace tesk2mp {
 
-enum class Method { rgmres, cgs, bicgstab, tfqmr };
+/// cg, minres and symmlq: for symmetric matrices, cg for positive definite ones.
+enum class Method { rgmres, cgs, bicgstab, tfqmr, cg, minres, symmlq };
 enum class VectorNorm : char { one = '1', infinity = 'I', two = '2' };
 /// When an iterate is good enough: by its residual b - A x beside |b| + |A| |x|, or by the preconditioned one. The
 /// first needs products with the transpose unless the norm of A is given.
@@ -91,8 +92,8 @@ class IterativeSolver {
     Progress progress;
     const Integer length = detail::count_of(work_.size());
     detail::call([&](Integer* ifail) {
-      QuarnMP_f11bff_(&progress.iterations, &progress.left, &progress.right, &progress.matrix_norm,
-                      &progress.largest_singular_value, work_.data(), &length, ifail);
+      QuarnMPX_f11bff_(&progress.iterations, &progress.left, &progress.right, &progress.matrix_norm,
+                       &progress.largest_singular_value, work_.data(), &length, ifail);
     });
     return progress;
   }
@@ -101,7 +102,7 @@ class IterativeSolver {
   static constexpr const char* kSetUp = "F11BDF";
 
   void set_up(bool preconditioned, const SolverOptions& options) {
-    static constexpr const char* kNames[] = {"RGMRES", "CGS", "BICGSTAB", "TFQMR"};
+    static constexpr const char* kNames[] = {"RGMRES", "CGS", "BICGSTAB", "TFQMR", "CG", "MINRES", "SYMMLQ"};
     detail::require(std::size_t(options.method) < std::size(kNames), kSetUp, 1, "no such method");
     const std::string method = kNames[std::size_t(options.method)];
     const Integer n = detail::count_of(v_.size());
@@ -111,10 +112,10 @@ class IterativeSolver {
     Integer needed = 0;
     const auto attempt = [&](Integer* ifail) {
       const Integer length = detail::count_of(work_.size());
-      QuarnMP_f11bdf_(method.c_str(), detail::Option(preconditioned ? 'P' : 'N'), detail::Option(options.norm),
-                      detail::Option(weights_.empty() ? 'N' : 'W'), &criterion, &n, &order, &options.tolerance,
-                      &options.most_iterations, &options.matrix_norm, &options.largest_singular_value, &options.monitor,
-                      &needed, work_.data(), &length, ifail, int(method.size()), 1, 1, 1);
+      QuarnMPX_f11bdf_(method.c_str(), detail::Option(preconditioned ? 'P' : 'N'), detail::Option(options.norm),
+                       detail::Option(weights_.empty() ? 'N' : 'W'), &criterion, &n, &order, &options.tolerance,
+                       &options.most_iterations, &options.matrix_norm, &options.largest_singular_value,
+                       &options.monitor, &needed, work_.data(), &length, ifail, int(method.size()), 1, 1, 1);
     };
     {
       // Without workspace it only returns how much it needs; what else is wrong is reported again.
@@ -131,7 +132,7 @@ class IterativeSolver {
     const detail::Listener listener;
     Integer ifail = 1;
     request_ = answer;
-    QuarnMP_f11bef_(&request_, u_.data(), v_.data(), weights_.data(), work_.data(), &length, &ifail);
+    QuarnMPX_f11bef_(&request_, u_.data(), v_.data(), weights_.data(), work_.data(), &length, &ifail);
     const bool asked_for = ifail >= 4 && ifail <= 6;
     if (ifail != 0 && !asked_for) {
       listener.raise({7, 8, 9});

@@ -36,9 +36,15 @@ class MethodName {
   char name_[kLongest + 1] = {};
 };
 
-/// The method that METHOD names, or null.
-const SolverMethod* method_named(const MethodName& name) {
-  for (const SolverMethod* method : {&kRgmres, &kCgs, &kBicgstab, &kTfqmr}) {
+/// Whose methods: the classic entries know those for general systems, the companions those for symmetric ones besides.
+enum class Methods { general, all };
+
+/// The method that METHOD names, or null. CG comes last: it is the beginning of another name.
+const SolverMethod* method_named(Methods methods, const MethodName& name) {
+  for (const SolverMethod* method : {&kRgmres, &kCgs, &kBicgstab, &kTfqmr, &kMinres, &kSymmlq, &kCg}) {
+    if (methods == Methods::general && symmetric_method(method->code) != nullptr) {
+      continue;
+    }
     if (name.starts_with(method->name)) {
       return method;
     }
@@ -98,9 +104,9 @@ Step step_of(Integer method) {
   }
 }
 
-/// One step of the method: from what the caller brings to what it is asked for next. It may be interrupted before
-/// anything is changed, so that the same call may be made again.
-void step(const SolverMethod& method, Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt,
+/// One step of the method, or of any for null: from what the caller brings to what it is asked for next. It may be
+/// interrupted before anything is changed, so that the same call may be made again.
+void step(const SolverMethod* method, Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt,
           Integer* info) {
   QuarnCheckInterrupt();
   const Integer lwork = *info;
@@ -109,11 +115,12 @@ void step(const SolverMethod& method, Integer* irevcm, QuarnFloat* work, QuarnFl
     return;
   }
   SolverState state(work);
-  if (!solver_state(StateMode::continuation, work) || !state.load() || &solver_method(state.method) != &method) {
+  if (!solver_state(StateMode::continuation, work) || !state.load() ||
+      (method != nullptr && &state.rules() != method)) {
     *info = Integer(Ending::not_set_up);
     return;
   }
-  if (lwork < work_length(method, state.n, state.m, state.preconditioned != 0)) {
+  if (lwork < work_length(state.rules(), state.n, state.m, state.preconditioned != 0)) {
     *info = -kParameterLwork;
     return;
   }
@@ -161,20 +168,13 @@ void report_ending(Report& report, Integer info, Integer itn, bool initial) {
   }
 }
 
-}  // namespace
-}  // namespace tesk
-
-using namespace tesk;
-
-extern "C" {
-
-void QuarnMP_f11bdfn_(const char* method, const char* precon, const char* norm, const char* weight, Integer iterm,
-                      Integer n, Integer m, QuarnFloat tol, Integer maxitn, QuarnFloat anorm, QuarnFloat sigmax,
-                      Integer monit, Integer* lwreq, QuarnFloat* work, Integer lwork, char* message_buffer,
-                      Integer* ifail, int method_length, int precon_length, int norm_length, int weight_length,
-                      int /*buffer_length*/) {
+void set_up(Methods methods, const char* method, const char* precon, const char* norm, const char* weight,
+            Integer iterm, Integer n, Integer m, const QuarnFloat& tol, Integer maxitn, const QuarnFloat& anorm,
+            const QuarnFloat& sigmax, Integer monit, Integer* lwreq, QuarnFloat* work, Integer lwork,
+            char* message_buffer, Integer* ifail, int method_length, int precon_length, int norm_length,
+            int weight_length) {
   Report report("F11BDF", message_buffer, ifail);
-  const SolverMethod* rules = method_named(MethodName(method, method_length));
+  const SolverMethod* rules = method_named(methods, MethodName(method, method_length));
   const Option precon_option(precon, precon_length);
   const Option norm_option(norm, norm_length);
   const Option weight_option(weight, weight_length);
@@ -204,7 +204,7 @@ void QuarnMP_f11bdfn_(const char* method, const char* precon, const char* norm, 
                : report_parameter(report, fault->parameter);
   }
   SolverState state(work);
-  state.method = rules->code;
+  state.choose(*rules);
   state.n = n;
   state.m = rules->takes_m ? m : 1;
   state.preconditioned = precon_option.letter() == 'P' ? 1 : 0;
@@ -234,8 +234,8 @@ void QuarnMP_f11bdfn_(const char* method, const char* precon, const char* norm, 
   solver_state(StateMode::set_up, work);
 }
 
-void QuarnMP_f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, QuarnFloat* work, Integer lwork,
-                      char* message_buffer, Integer* ifail, int /*buffer_length*/) {
+void iterate(Methods methods, Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, QuarnFloat* work,
+             Integer lwork, char* message_buffer, Integer* ifail) {
   Report report("F11BEF", message_buffer, ifail);
   const bool initial = Request(*irevcm) == Request::start;
   Integer info = lwork;
@@ -243,6 +243,8 @@ void QuarnMP_f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat*
     info = -kParameterLwork;
   } else if (!solver_state(StateMode::continuation, work)) {
     info = Integer(Ending::not_set_up);
+  } else if (methods == Methods::all) {
+    step(nullptr, irevcm, work, u, v, wgt, &info);
   } else {
     step_of(solver_method_code(work))(irevcm, work, u, v, wgt, &info);
   }
@@ -254,8 +256,8 @@ void QuarnMP_f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat*
   *irevcm = Integer(Request::completion);
 }
 
-void QuarnMP_f11bffn_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm, QuarnFloat* sigmax,
-                      QuarnFloat* work, Integer lwork, char* message_buffer, Integer* ifail, int /*buffer_length*/) {
+void progress(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm, QuarnFloat* sigmax,
+              QuarnFloat* work, Integer lwork, char* message_buffer, Integer* ifail) {
   Report report("F11BFF", message_buffer, ifail);
   if (lwork < kHeaderLength) {
     return report.fail(2, 99998, " ** On entry, parameter number %2ld had an illegal value.", 7);
@@ -271,19 +273,64 @@ void QuarnMP_f11bffn_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, Quar
   *sigmax = state[Place::sigmax];
 }
 
+}  // namespace
+}  // namespace tesk
+
+using namespace tesk;
+
+extern "C" {
+
+void QuarnMP_f11bdfn_(const char* method, const char* precon, const char* norm, const char* weight, Integer iterm,
+                      Integer n, Integer m, QuarnFloat tol, Integer maxitn, QuarnFloat anorm, QuarnFloat sigmax,
+                      Integer monit, Integer* lwreq, QuarnFloat* work, Integer lwork, char* message_buffer,
+                      Integer* ifail, int method_length, int precon_length, int norm_length, int weight_length,
+                      int /*buffer_length*/) {
+  set_up(Methods::general, method, precon, norm, weight, iterm, n, m, tol, maxitn, anorm, sigmax, monit, lwreq, work,
+         lwork, message_buffer, ifail, method_length, precon_length, norm_length, weight_length);
+}
+
+void QuarnMP_f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, QuarnFloat* work, Integer lwork,
+                      char* message_buffer, Integer* ifail, int /*buffer_length*/) {
+  tesk::iterate(Methods::general, irevcm, u, v, wgt, work, lwork, message_buffer, ifail);
+}
+
+void QuarnMP_f11bffn_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm, QuarnFloat* sigmax,
+                      QuarnFloat* work, Integer lwork, char* message_buffer, Integer* ifail, int /*buffer_length*/) {
+  progress(itn, stplhs, stprhs, anorm, sigmax, work, lwork, message_buffer, ifail);
+}
+
+void QuarnMPX_f11bdfn_(const char* method, const char* precon, const char* norm, const char* weight, Integer iterm,
+                       Integer n, Integer m, QuarnFloat tol, Integer maxitn, QuarnFloat anorm, QuarnFloat sigmax,
+                       Integer monit, Integer* lwreq, QuarnFloat* work, Integer lwork, char* message_buffer,
+                       Integer* ifail, int method_length, int precon_length, int norm_length, int weight_length,
+                       int /*buffer_length*/) {
+  set_up(Methods::all, method, precon, norm, weight, iterm, n, m, tol, maxitn, anorm, sigmax, monit, lwreq, work, lwork,
+         message_buffer, ifail, method_length, precon_length, norm_length, weight_length);
+}
+
+void QuarnMPX_f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, QuarnFloat* work, Integer lwork,
+                       char* message_buffer, Integer* ifail, int /*buffer_length*/) {
+  tesk::iterate(Methods::all, irevcm, u, v, wgt, work, lwork, message_buffer, ifail);
+}
+
+void QuarnMPX_f11bffn_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm, QuarnFloat* sigmax,
+                       QuarnFloat* work, Integer lwork, char* message_buffer, Integer* ifail, int /*buffer_length*/) {
+  progress(itn, stplhs, stprhs, anorm, sigmax, work, lwork, message_buffer, ifail);
+}
+
 void QuarnMP_f11bezn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
-  step(kRgmres, irevcm, work, u, v, wgt, info);
+  step(&kRgmres, irevcm, work, u, v, wgt, info);
 }
 
 void QuarnMP_f11betn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
-  step(kCgs, irevcm, work, u, v, wgt, info);
+  step(&kCgs, irevcm, work, u, v, wgt, info);
 }
 
 void QuarnMP_f11bepn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
-  step(kBicgstab, irevcm, work, u, v, wgt, info);
+  step(&kBicgstab, irevcm, work, u, v, wgt, info);
 }
 
 void QuarnMP_f11beln_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
-  step(kTfqmr, irevcm, work, u, v, wgt, info);
+  step(&kTfqmr, irevcm, work, u, v, wgt, info);
 }
 }

@@ -105,6 +105,9 @@ Outcome Solver::apply(Integer source, Integer target, Integer next_step) {
 void Solver::advance() {
   switch (Task(state_.task)) {
     case Task::precondition:
+      if (method_.beside_preconditioner > 0) {
+        copy(state_.target, product_slot());
+      }
       return ask(Request::preconditioner, state_.target, state_.target, Task::applied);
     case Task::applied:
       if (state_.iterm == 2 && !selects(&SolverIntegers::sigmax_known)) {
@@ -122,6 +125,8 @@ void Solver::advance() {
           return watch();
         case Outcome::broken:
           return evaluate(kBroken);
+        case Outcome::unsuitable:
+          return evaluate(kUnsuitable);
       }
       return;
     case Task::right_side:
@@ -204,7 +209,7 @@ void Solver::judge() {
   if (finite && left <= right) {
     return finish(Ending::none);
   }
-  if (!finite) {
+  if (!finite || (state_.reason & kUnsuitable) != 0) {
     return finish(Ending::breakdown);
   }
   state_[Place::ratio] = left / norm(residual);

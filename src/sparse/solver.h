@@ -78,7 +78,7 @@ inline QuarnFloat euclidean_norm(Integer n, SolverVector x) {
 class Solver {
  public:
   Solver(SolverState& state, QuarnFloat* u, QuarnFloat* v, const QuarnFloat* wgt)
-      : state_(state), method_(solver_method(state.method)), u_(u, 1), v_(v, 1), wgt_(wgt) {}
+      : state_(state), method_(state.rules()), u_(u, 1), v_(v, 1), wgt_(wgt) {}
 
   /// Takes what the caller brings and goes on to the next request. The outcome is 0, a failure's number, or the
   /// negative number of an argument that is wrong.
@@ -94,6 +94,10 @@ class Solver {
   }
   /// target := M^-1 A source, then on with the method at that step. source and target differ.
   Outcome apply(Integer source, Integer target, Integer next_step);
+  bool preconditioned() const noexcept { return state_.preconditioned != 0; }
+  /// With a preconditioner, the vector beside those of the method that apply() leaves A source in; the next ones are at
+  /// the method's disposal.
+  Integer product_slot() const noexcept { return kMethodSlot + method_.vectors(state_.m); }
   /// Is |a| of no significance beside `size`, to working precision? NaN is.
   bool vanishes(const QuarnFloat& a, const QuarnFloat& size) const;
   QuarnFloat dot(Integer a, Integer b) const { return tesk::dot(n(), vector(a), vector(b)); }
@@ -130,7 +134,7 @@ class Solver {
     judgement       // M^-1 (b - A x)
   };
   /// Why an iterate is judged: a sum of these.
-  enum Reason : Integer { kLook = 0, kCandidate = 1, kRestart = 2, kBroken = 4 };
+  enum Reason : Integer { kLook = 0, kCandidate = 1, kRestart = 2, kBroken = 4, kUnsuitable = 8 };
 
   bool selects(Integer SolverIntegers::*option) const noexcept { return state_.*option != 0; }
   bool weights_are_valid() const;

@@ -9,9 +9,10 @@ class Solver;
 
 /// Where a method has got to.
 enum class Outcome {
-  waiting,   // for the answer to a request
-  iterated,  // one more iteration is done
-  broken     // a divisor has vanished to working precision
+  waiting,    // for the answer to a request
+  iterated,   // one more iteration is done
+  broken,     // a divisor has vanished to working precision
+  unsuitable  // matrix or preconditioner is not what the method is for
 };
 
 /// What a method knows of its iterate without forming it.
@@ -29,6 +30,8 @@ struct SolverMethod {
   Integer last_step;
   Integer (*vectors)(Integer m);    // of N elements, beside those of the solver
   Integer (*constants)(Integer m);  // behind the vectors
+  Integer
+      beside_preconditioner;  // vectors more where there is one, the first of which keeps A v when M^-1 A v is formed
   Outcome (*resume)(Solver& solver);
   Bounds (*bounds)(const Solver& solver);
   /// The Euclidean norm of the preconditioned residual, as far as the recurrence knows.
@@ -41,11 +44,20 @@ extern const SolverMethod kRgmres;
 extern const SolverMethod kCgs;
 extern const SolverMethod kBicgstab;
 extern const SolverMethod kTfqmr;
+extern const SolverMethod kCg;
+extern const SolverMethod kMinres;
+extern const SolverMethod kSymmlq;
 
-/// The method of a code: 1, 2, 3, or any other for the last one.
+/// The method of a code of the classic entries: 1, 2, 3, or any other for the last one.
 inline const SolverMethod& solver_method(Integer code) {
   const SolverMethod* const methods[] = {&kRgmres, &kCgs, &kBicgstab};
   return code >= 1 && code <= 3 ? *methods[code - 1] : kTfqmr;
+}
+
+/// The method of a code that only the companions know, or null.
+inline const SolverMethod* symmetric_method(Integer code) {
+  const SolverMethod* const methods[] = {&kCg, &kMinres, &kSymmlq};
+  return code >= 5 && code <= 7 ? methods[code - 5] : nullptr;
 }
 
 /// Vectors that belong to the solver, whatever the method.
@@ -58,7 +70,7 @@ enum Slot : Integer {
 inline constexpr Integer kMethodSlot = 4;
 
 inline Integer vector_count(const SolverMethod& method, Integer m, bool preconditioned) {
-  return kMethodSlot + method.vectors(m) + (preconditioned ? 1 : 0);
+  return kMethodSlot + method.vectors(m) + (preconditioned ? method.beside_preconditioner + 1 : 0);
 }
 
 /// LWREQ, before it is cut to the largest Integer.

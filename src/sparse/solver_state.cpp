@@ -41,7 +41,7 @@ constexpr IntegerPlace kPlaces[] = {
     {&SolverIntegers::step, 18, 0, 15},
     {&SolverIntegers::inner, 19, 0, 50},
     {&SolverIntegers::iterate, 21, 0, kLargest},
-    {&SolverIntegers::reason, 22, 0, 7},
+    {&SolverIntegers::reason, 22, 0, 15},
     {&SolverIntegers::tidy, 23, 0, 1},
     {&SolverIntegers::replacements, 24, 0, kLargest},
     {&SolverIntegers::estimate_round, 26, 0, kLargest},
@@ -49,8 +49,9 @@ constexpr IntegerPlace kPlaces[] = {
     {&SolverIntegers::fruitless, 28, 0, kLargest},
 };
 
-Integer check_sum(const SolverIntegers& integers) {
-  std::uint32_t sum = 1;
+/// Codes of the classic methods are not part of the sum: any number beyond them means the last one.
+Integer check_sum(const SolverIntegers& integers, const SolverMethod& rules) {
+  std::uint32_t sum = symmetric_method(rules.code) == nullptr ? 1 : std::uint32_t(rules.code);
   for (const IntegerPlace& at : kPlaces) {
     sum = (sum ^ std::uint32_t(integers.*at.member)) * 16777619U;
   }
@@ -88,12 +89,17 @@ Phase solver_phase(const QuarnFloat* work) { return Phase(nearest_integer(work[k
 Integer solver_method_code(const QuarnFloat* work) { return nearest_integer(work[kMethodPlace - 1]); }
 Integer solver_iterations(const QuarnFloat* work) { return nearest_integer(work[kIterationsPlace - 1]); }
 
+void SolverState::choose(const SolverMethod& rules) noexcept {
+  method = rules.code;
+  rules_ = &rules;
+}
+
 void SolverState::save() const {
   work_[kMethodPlace - 1] = method;
   for (const IntegerPlace& at : kPlaces) {
     work_[at.place - 1] = this->*at.member;
   }
-  work_[kCheckSumPlace - 1] = check_sum(*this);
+  work_[kCheckSumPlace - 1] = check_sum(*this, *rules_);
 }
 
 bool SolverState::load() {
@@ -105,10 +111,12 @@ bool SolverState::load() {
     }
     this->*at.member = value;
   }
-  const SolverMethod& rules = solver_method(method);
-  const Integer vectors = vector_count(rules, m, preconditioned != 0);
-  return nearest_integer(work_[kCheckSumPlace - 1]) == check_sum(*this) && m <= rules.largest_m && target < vectors &&
-         iterate < vectors && step <= rules.last_step && (inner < m || (inner == m && step == 0));
+  const Integer sum = nearest_integer(work_[kCheckSumPlace - 1]);
+  const SolverMethod* const symmetric = symmetric_method(method);
+  rules_ = symmetric != nullptr && sum == check_sum(*this, *symmetric) ? symmetric : &solver_method(method);
+  const Integer vectors = vector_count(*rules_, m, preconditioned != 0);
+  return sum == check_sum(*this, *rules_) && m <= rules_->largest_m && target < vectors && iterate < vectors &&
+         step <= rules_->last_step && (inner < m || (inner == m && step == 0));
 }
 
 }  // namespace tesk

@@ -13,6 +13,8 @@
 
 namespace tesk {
 
+struct SolverMethod;
+
 /// Elements of WORK before the first vector: the least LWORK there is.
 inline constexpr Integer kHeaderLength = 100;
 
@@ -76,6 +78,10 @@ class SolverState : public SolverIntegers {
  public:
   explicit SolverState(QuarnFloat* work) noexcept : work_(work) {}
 
+  /// Known after set-up and load().
+  const SolverMethod& rules() const noexcept { return *rules_; }
+  void choose(const SolverMethod& rules) noexcept;
+
   QuarnFloat& operator[](Place place) const noexcept { return work_[Integer(place) - 1]; }
   QuarnFloat& scalar(Integer i) const noexcept { return work_[Integer(Place::method) - 1 + i]; }
   /// A vector of N elements, counted from 0.
@@ -90,6 +96,7 @@ class SolverState : public SolverIntegers {
 
  private:
   QuarnFloat* work_;
+  const SolverMethod* rules_ = nullptr;
 };
 
 /// What the state routine is asked to do.

@@ -152,6 +152,30 @@ class Solve(unittest.TestCase):
         self.assertEqual((done.returncode, done.stderr),
                          (1, "quarn: F07ADF/DGETRF: U(2, 2) is exactly zero: the matrix is singular\n"))
 
+    def test_automatic_methods(self):
+        head = HEAD + "real symmetric\n"
+        matrices = {"cg": head + "2 2 3\n1 1 4\n2 1 1\n2 2 3\n",
+                    "minres": head + "2 2 2\n2 1 1\n2 2 3\n",
+                    "indefinite": head + "2 2 3\n1 1 1\n2 1 5\n2 2 1\n",
+                    "bicgstab": HEAD + "real general\n2 2 4\n1 1 4\n1 2 1\n2 1 2\n2 2 3\n"}
+        right_side = self.write("b.csv", "1\n-2\n")
+        for name, text in matrices.items():
+            with self.subTest(name):
+                result = run_json("solve", self.write("a.mtx", text), "--rhs", right_side, "--method", "auto", "--tol", "1e-20",
+                                  "--digits", "30")
+                self.assertEqual(result["method"], "minres" if name == "indefinite" else name)
+                self.assertEqual(result["failure"], "")
+                self.assertLess(Decimal(result["relative_residual"]), Decimal("1e-19"))
+
+    def test_symmetric_methods(self):
+        for method in ("cg", "minres", "symmlq"):
+            result = run_json("solve", matrix_of("bcsstk01"), "--method", method, "--precon", "ssor", "--tol", "1e-25", "--digits", "40")
+            self.assertEqual((result["routine"], result["failure"]), ("QuarnMPX_f11bef_", ""))
+            self.assertLess(Decimal(result["relative_residual"]), Decimal("1e-20"))
+        done = run("solve", matrix_of("west0067"), "--method", "minres", "--format", "json")
+        self.assertEqual(done.returncode, 1)
+        self.assertRegex(json.loads(done.stdout)["failure"], "^IFAIL 7: Algorithm breakdown at iteration no.")
+
     def test_what_is_refused(self):
         wide = self.write("w.mtx", HEAD + "real general\n2 3 1\n1 1 1\n")
         square = self.write("q.mtx", HEAD + "real general\n2 2 2\n1 1 1\n2 1 1\n")
@@ -167,7 +191,7 @@ class Solve(unittest.TestCase):
                 (("-", "--rhs", "-"), 2, "quarn: only one of MATRIX and --rhs can be standard input"),
                 ((square, "--method", "all", "--format", "mtx"), 2, "quarn: --method all gives a comparison, which is no matrix"),
                 ((square, "--method", "gmres"), 2,
-                 "quarn: --method: 'gmres' is not rgmres, cgs, bicgstab, tfqmr, all or direct" + help_line),
+                 "quarn: --method: 'gmres' is not rgmres, cgs, bicgstab, tfqmr, all, cg, minres, symmlq, auto or direct" + help_line),
                 ((square, "--restart", "51"), 2, "quarn: --restart: Value 51 not in range 1 to 50" + help_line)):
             with self.subTest(arguments=arguments):
                 done = run("solve", *arguments, stdin="1\n2\n3\n")

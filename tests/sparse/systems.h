@@ -166,11 +166,21 @@ struct Setup {
   Integer monit = 0;
 };
 
-/// A problem and its caller. Jacobi's preconditioner when there is to be one.
+inline bool is_symmetric_method(const std::string& method) {
+  return method == "CG" || method == "MINRES" || method == "SYMMLQ";
+}
+
+/// A problem and its caller, classic where the classic entries know the method. Jacobi's preconditioner when there is
+/// to be one.
 class Caller {
  public:
   Caller(const System& system, const Setup& setup, const Numbers& right_side, Numbers weights = {})
-      : system_(&system), diagonal_(system.diagonal()), u(right_side.size()), v(right_side), wgt(std::move(weights)) {
+      : system_(&system),
+        classic_(!is_symmetric_method(setup.method)),
+        diagonal_(system.diagonal()),
+        u(right_side.size()),
+        v(right_side),
+        wgt(std::move(weights)) {
     Integer lwreq = 0;
     ifail = 1;
     call_set_up(setup, lwreq, 0);
@@ -190,7 +200,8 @@ class Caller {
     support::ConsoleCapture console;
     ifail = -13;
     const Integer length = lwork();
-    QuarnMP_f11bef_(&irevcm, u.data(), v.data(), wgt.data(), work.data(), &length, &ifail);
+    (classic_ ? QuarnMP_f11bef_ : QuarnMPX_f11bef_)(&irevcm, u.data(), v.data(), wgt.data(), work.data(), &length,
+                                                    &ifail);
     message = console.text();
     switch (irevcm) {
       case 1:
@@ -222,18 +233,21 @@ class Caller {
   void progress() {
     Integer outcome = 1;
     const Integer length = lwork();
-    QuarnMP_f11bff_(&itn, &left, &right, &anorm, &sigmax, work.data(), &length, &outcome);
+    (classic_ ? QuarnMP_f11bff_ : QuarnMPX_f11bff_)(&itn, &left, &right, &anorm, &sigmax, work.data(), &length,
+                                                    &outcome);
     REQUIRE(outcome == 0);
   }
 
  private:
   void call_set_up(const Setup& setup, Integer& lwreq, Integer length) {
-    QuarnMP_f11bdf_(setup.method.data(), setup.precon.data(), setup.norm.data(), setup.weight.data(), &setup.iterm,
-                    &system_->n, &setup.m, &setup.tol, &setup.maxitn, &setup.anorm, &setup.sigmax, &setup.monit, &lwreq,
-                    work.data(), &length, &ifail, int(setup.method.size()), 1, 1, 1);
+    (classic_ ? QuarnMP_f11bdf_ : QuarnMPX_f11bdf_)(
+        setup.method.data(), setup.precon.data(), setup.norm.data(), setup.weight.data(), &setup.iterm, &system_->n,
+        &setup.m, &setup.tol, &setup.maxitn, &setup.anorm, &setup.sigmax, &setup.monit, &lwreq, work.data(), &length,
+        &ifail, int(setup.method.size()), 1, 1, 1);
   }
 
   const System* system_;
+  bool classic_;
   Numbers diagonal_;
 
  public:

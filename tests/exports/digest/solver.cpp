@@ -238,6 +238,8 @@ void solver(Suite& suite) {
   solve(suite, setup_by(setup_core), iterate_by(iterate_core), progress_core);
   steps(suite, setup_by(setup), ENTRY(QuarnMP_f11bezn_), ENTRY(QuarnMP_f11betn_), ENTRY(QuarnMP_f11bepn_),
         ENTRY(QuarnMP_f11beln_));
+  solve(suite, setup_by(ENTRY(QuarnMPX_f11bdf_)), iterate_by(ENTRY(QuarnMPX_f11bef_)), ENTRY(QuarnMPX_f11bff_));
+  solve(suite, setup_by(ENTRY(QuarnMPX_f11bdfn_)), iterate_by(ENTRY(QuarnMPX_f11befn_)), ENTRY(QuarnMPX_f11bffn_));
 }
 
 }  // namespace digest

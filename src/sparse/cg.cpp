@@ -1,0 +1,97 @@
+// CG: M. R. Hestenes, E. Stiefel, Methods of conjugate gradients for solving linear systems, J. Res. Nat. Bur.
+// Standards 49 (1952), with a preconditioner. r is b - A x and z = M^-1 r by their recurrences; without a
+// preconditioner they are one vector.
+#include "src/sparse/solver.h"
+#include "src/sparse/symmetry.h"
+
+namespace tesk {
+namespace {
+
+enum CgSlot : Integer { kP = kMethodSlot, kImage, kEnd };
+enum CgScalar : Integer { kRho, kIterations };
+enum CgStep : Integer { kStart, kNextDirection, kHaveImage };
+constexpr Integer kVectorsBesidePreconditioner = 2;  // A p, r
+
+Integer product_of(const Solver& solver) { return solver.preconditioned() ? solver.product_slot() : Integer(kImage); }
+Integer plain_residual(const Solver& solver) {
+  return solver.preconditioned() ? solver.product_slot() + 1 : Integer(kResidual);
+}
+
+/// r^T z, which makes the direction and is positive for a positive definite preconditioner.
+Outcome next_direction(Solver& solver, bool first) {
+  const SolverState& state = solver.state();
+  const Integer r = plain_residual(solver);
+  const QuarnFloat rho = solver.dot(r, kResidual);
+  const Outcome verdict = judge_positive(solver, rho, r, kResidual);
+  if (verdict != Outcome::iterated) {
+    return verdict;
+  }
+  if (first) {
+    solver.copy(kResidual, kP);
+  } else {
+    const QuarnFloat beta = rho / state.scalar(kRho);
+    const auto z = solver.vector(kResidual);
+    const auto p = solver.vector(kP);
+    for (Integer i = 1; i <= solver.n(); ++i) {
+      p(i) = z(i) + beta * p(i);
+    }
+  }
+  state.scalar(kRho) = rho;
+  return solver.apply(kP, kImage, kHaveImage);
+}
+
+Outcome resume_cg(Solver& solver) {
+  SolverState& state = solver.state();
+  switch (state.step) {
+    case kStart:
+      if (solver.preconditioned()) {
+        copy_unpreconditioned(solver, plain_residual(solver));
+      }
+      state.scalar(kIterations) = 0;
+      return next_direction(solver, true);
+    case kNextDirection:
+      return next_direction(solver, false);
+    default: {
+      const Integer product = product_of(solver);
+      const QuarnFloat curvature = solver.dot(kP, product);
+      const Outcome verdict = judge_positive(solver, curvature, kP, product);
+      if (verdict != Outcome::iterated) {
+        return verdict;
+      }
+      // z is p less a multiple of the direction before, which A p is orthogonal to when A and M are symmetric.
+      if (looks_for_symmetry(state.scalar(kIterations)) &&
+          !agree(solver, curvature, solver.dot(kResidual, product), kResidual, product)) {
+        return Outcome::unsuitable;
+      }
+      const QuarnFloat alpha = state.scalar(kRho) / curvature;
+      if (!solver.advance_iterate(alpha, kP)) {
+        return Outcome::broken;
+      }
+      if (solver.preconditioned()) {
+        solver.add(-alpha, product, plain_residual(solver));
+      }
+      solver.add(-alpha, kImage, kResidual);
+      state.scalar(kIterations) += 1;
+      state.step = kNextDirection;
+      return Outcome::iterated;
+    }
+  }
+}
+
+}  // namespace
+
+const SolverMethod kCg = {5,
+                          "CG",
+                          1,
+                          false,
+                          false,
+                          kHaveImage,
+                          [](Integer) { return kEnd - kMethodSlot; },
+                          [](Integer) { return Integer(0); },
+                          kVectorsBesidePreconditioner,
+                          resume_cg,
+                          kept_bounds,
+                          kept_residual,
+                          kept_iterate};
+
+}  // namespace tesk

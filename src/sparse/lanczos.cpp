@@ -1,0 +1,112 @@
+#include "src/sparse/lanczos.h"
+
+#include "src/sparse/symmetry.h"
+
+namespace tesk {
+
+void Lanczos::scale_both(Integer slot, const QuarnFloat& factor) const {
+  scale(solver_.n(), factor, solver_.vector(slot));
+  if (solver_.preconditioned()) {
+    scale(solver_.n(), factor, solver_.vector(weighted(slot)));
+  }
+}
+
+Outcome Lanczos::start() const {
+  const SolverState& state = solver_.state();
+  state.scalar(kLanczosCount) = 0;
+  state.scalar(kLanczosParity) = 0;
+  solver_.copy(kResidual, current());
+  solver_.clear(other());
+  if (solver_.preconditioned()) {
+    const Integer residual = weighted(current());
+    copy_unpreconditioned(solver_, residual);
+    solver_.clear(weighted(other()));
+    const QuarnFloat product = solver_.dot(residual, kResidual);
+    const Outcome verdict = judge_positive(solver_, product, residual, kResidual);
+    if (verdict != Outcome::iterated) {
+      return verdict;
+    }
+    state.scalar(kLanczosBeta) = sqrt(product);
+  } else {
+    state.scalar(kLanczosBeta) = solver_.euclidean(kResidual);
+  }
+  if (beta() == 0) {
+    return Outcome::broken;
+  }
+  scale_both(current(), 1 / beta());
+  return Outcome::iterated;
+}
+
+void Lanczos::subtract(const QuarnFloat& alpha, Integer v, const QuarnFloat& beta, Integer w, Integer image) const {
+  const auto now = solver_.vector(v);
+  const auto former = solver_.vector(w);
+  const auto x = solver_.vector(image);
+  for (Integer i = 1; i <= solver_.n(); ++i) {
+    former(i) = x(i) - alpha * now(i) - beta * former(i);
+  }
+}
+
+Outcome Lanczos::step() const {
+  const SolverState& state = solver_.state();
+  const Integer product = solver_.preconditioned() ? solver_.product_slot() : Integer(kLanczosImage);
+  const Integer v = current();
+  const Integer next = other();
+  if (looks_for_symmetry(state.scalar(kLanczosCount)) &&
+      !agree(solver_, beta(), solver_.dot(next, product), next, product)) {
+    return Outcome::unsuitable;
+  }
+  QuarnFloat size = solver_.euclidean(kLanczosImage);
+  size *= solver_.preconditioned() ? solver_.euclidean(product) : size;
+  state.scalar(kLanczosAlpha) = solver_.dot(v, product);
+  subtract(alpha(), v, beta(), next, kLanczosImage);
+  if (solver_.preconditioned()) {
+    subtract(alpha(), weighted(v), beta(), weighted(next), product);
+  }
+  const QuarnFloat squared = solver_.dot(next, weighted(next));
+  const QuarnFloat noise = 10 * epsilon();
+  if (!(fabs(squared) > noise * noise * size)) {
+    state.scalar(kLanczosNextBeta) = 0;
+    solver_.clear(next);
+    return Outcome::iterated;
+  }
+  if (squared < 0) {
+    return Outcome::unsuitable;
+  }
+  state.scalar(kLanczosNextBeta) = sqrt(squared);
+  scale_both(next, 1 / next_beta());
+  return Outcome::iterated;
+}
+
+void Lanczos::flip() const {
+  const SolverState& state = solver_.state();
+  state.scalar(kLanczosParity) = 1 - parity();
+  state.scalar(kLanczosCount) += 1;
+  state.scalar(kLanczosBeta) = next_beta();
+}
+
+Outcome resume_lanczos(Solver& solver, void (*begin)(const Solver&, const Lanczos&),
+                       Outcome (*iterate)(const Solver&, const Lanczos&)) {
+  const Lanczos lanczos(solver);
+  Outcome outcome = Outcome::iterated;
+  switch (solver.state().step) {
+    case kLanczosStart:
+      outcome = lanczos.start();
+      if (outcome != Outcome::iterated) {
+        return outcome;
+      }
+      begin(solver, lanczos);
+      return lanczos.ask();
+    case kLanczosNextVector:
+      return lanczos.beta() == 0 ? Outcome::broken : lanczos.ask();
+    default:
+      outcome = lanczos.step();
+      outcome = outcome == Outcome::iterated ? iterate(solver, lanczos) : outcome;
+      if (outcome == Outcome::iterated) {
+        lanczos.flip();
+        solver.state().step = kLanczosNextVector;
+      }
+      return outcome;
+  }
+}
+
+}  // namespace tesk

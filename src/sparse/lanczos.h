@@ -1,0 +1,63 @@
+// The Lanczos process that MINRES and SYMMLQ are built on: C. Lanczos, An iteration method for the solution of the
+// eigenvalue problem of linear differential and integral operators, J. Res. Nat. Bur. Standards 45 (1950). With a
+// preconditioner it works in the inner product of M (O. Widlund, SIAM J. Numer. Anal. 15, 1978): beside every vector v
+// there is M v, and v^T M v is 1.
+#pragma once
+
+#include "src/sparse/solver.h"
+
+namespace tesk {
+
+enum LanczosSlot : Integer { kLanczosFirst = kMethodSlot, kLanczosSecond, kLanczosImage, kLanczosEnd };
+enum LanczosScalar : Integer {
+  kLanczosCount,
+  kLanczosParity,
+  kLanczosAlpha,
+  kLanczosBeta,
+  kLanczosNextBeta,
+  kLanczosEndScalar
+};
+enum LanczosStep : Integer { kLanczosStart, kLanczosNextVector, kLanczosHaveImage };
+inline constexpr Integer kLanczosBesidePreconditioner = 3;  // A v, and M v of two vectors
+
+class Lanczos {
+ public:
+  explicit Lanczos(Solver& solver) noexcept : solver_(solver) {}
+
+  /// v_1 from the residual, beta_1 its norm. iterated: all is well.
+  Outcome start() const;
+  /// Asks for M^-1 A v_k.
+  Outcome ask() const { return solver_.apply(current(), kLanczosImage, kLanczosHaveImage); }
+  /// From the image of v_k: alpha_k, beta_(k+1), v_(k+1); beta_(k+1) and v_(k+1) are 0 at the end of the process.
+  Outcome step() const;
+  /// v_(k+1) becomes v_k.
+  void flip() const;
+
+  /// v_k
+  Integer current() const { return kLanczosFirst + parity(); }
+  /// v_(k-1), after step() v_(k+1)
+  Integer other() const { return kLanczosSecond - parity(); }
+  Integer parity() const { return solver_.state().scalar(kLanczosParity) == 0 ? 0 : 1; }
+  /// k is 1.
+  bool is_first() const { return solver_.state().scalar(kLanczosCount) == 0; }
+  const QuarnFloat& alpha() const { return solver_.state().scalar(kLanczosAlpha); }
+  const QuarnFloat& beta() const { return solver_.state().scalar(kLanczosBeta); }
+  const QuarnFloat& next_beta() const { return solver_.state().scalar(kLanczosNextBeta); }
+
+ private:
+  /// M v for one of the two vectors.
+  Integer weighted(Integer slot) const {
+    return solver_.preconditioned() ? solver_.product_slot() + 1 + (slot - kLanczosFirst) : slot;
+  }
+  /// x := x - alpha v - beta w
+  void subtract(const QuarnFloat& alpha, Integer v, const QuarnFloat& beta, Integer w, Integer image) const;
+  void scale_both(Integer slot, const QuarnFloat& factor) const;
+
+  Solver& solver_;
+};
+
+/// The course of a method: begin() once v_1 and beta_1 are there, iterate() after each step().
+Outcome resume_lanczos(Solver& solver, void (*begin)(const Solver&, const Lanczos&),
+                       Outcome (*iterate)(const Solver&, const Lanczos&));
+
+}  // namespace tesk

@@ -1,0 +1,37 @@
+// What the methods for symmetric systems have in common: the residual before the preconditioner, and what their inner
+// products say of matrix and preconditioner.
+#pragma once
+
+#include "src/frame/constants.h"
+#include "src/sparse/solver.h"
+
+namespace tesk {
+
+/// At a new start with a preconditioner, b - A x in the units of the method.
+inline void copy_unpreconditioned(const Solver& solver, Integer slot) {
+  solver.copy(kTrueResidual, slot);
+  if (solver.unit() != 1) {
+    scale(solver.n(), 1 / solver.unit(), solver.vector(slot));
+  }
+}
+
+/// Of an inner product of two vectors that a positive definite matrix makes positive.
+inline Outcome judge_positive(const Solver& solver, const QuarnFloat& product, Integer a, Integer b) {
+  if (a == b ? !(product > 0) : solver.vanishes(product, solver.euclidean(a) * solver.euclidean(b))) {
+    return Outcome::broken;
+  }
+  return product > 0 ? Outcome::iterated : Outcome::unsuitable;
+}
+
+/// Iterations after a start that are looked at for symmetry; the first has nothing to show.
+inline bool looks_for_symmetry(const QuarnFloat& iterations) {
+  constexpr int kLast = 8;
+  return iterations > 0 && iterations <= kLast;
+}
+
+/// Are an inner product of two vectors, and the number that symmetry makes it, the same to half the digits?
+inline bool agree(const Solver& solver, const QuarnFloat& expected, const QuarnFloat& product, Integer a, Integer b) {
+  return fabs(product - expected) <= sqrt(epsilon()) * (solver.euclidean(a) * solver.euclidean(b));
+}
+
+}  // namespace tesk

@@ -1,0 +1,109 @@
+// SYMMLQ: C. C. Paige, M. A. Saunders, Solution of sparse indefinite systems of linear equations, SIAM J. Numer. Anal.
+// 12 (1975). The tridiagonal matrix of the Lanczos process is factorised as L Q; x goes along orthogonal directions w.
+// The iterate is that of conjugate gradients, a step along the direction under way, unless that step is not defined or
+// the residual of x is the smaller one. The images of the directions are carried along, so that both residuals are
+// known as vectors.
+#include "src/sparse/lanczos.h"
+
+namespace tesk {
+namespace {
+
+enum SymmlqSlot : Integer { kDirection = kLanczosEnd, kDirectionImage, kLqResidual, kPoint, kEnd };
+// gamma-bar and delta-bar of the column under way, and what is left of its right sides.
+enum SymmlqScalar : Integer { kGammaBar = kLanczosEndScalar, kDeltaBar, kRight, kNextRight };
+
+/// The rotation that takes beta_k out of the row of v_k: x and the direction go on. False when x would not be finite.
+bool rotate(const Solver& solver, const Lanczos& lanczos) {
+  const SolverState& state = solver.state();
+  QuarnFloat& gamma_bar = state.scalar(kGammaBar);
+  QuarnFloat& delta_bar = state.scalar(kDeltaBar);
+  QuarnFloat& right = state.scalar(kRight);
+  QuarnFloat& next_right = state.scalar(kNextRight);
+  const QuarnFloat gamma = sqrt(gamma_bar * gamma_bar + lanczos.beta() * lanczos.beta());
+  const QuarnFloat cos = gamma_bar / gamma;
+  const QuarnFloat sin = lanczos.beta() / gamma;
+  const QuarnFloat delta = cos * delta_bar + sin * lanczos.alpha();
+  gamma_bar = sin * delta_bar - cos * lanczos.alpha();
+  delta_bar = -cos * lanczos.next_beta();
+  const QuarnFloat zeta = right / gamma;
+  right = next_right - delta * zeta;
+  next_right = -sin * lanczos.next_beta() * zeta;
+
+  if (!solver.advance_iterate(zeta * cos, kDirection) || !solver.advance_iterate(zeta * sin, lanczos.current())) {
+    return false;
+  }
+  solver.add(-zeta * cos, kDirectionImage, kLqResidual);
+  solver.add(-zeta * sin, kLanczosImage, kLqResidual);
+  const auto turn = [&](Integer source, Integer target) {
+    const auto v = solver.vector(source);
+    const auto w = solver.vector(target);
+    for (Integer i = 1; i <= solver.n(); ++i) {
+      w(i) = sin * w(i) - cos * v(i);
+    }
+  };
+  turn(lanczos.current(), kDirection);
+  turn(kLanczosImage, kDirectionImage);
+  return true;
+}
+
+/// The point of conjugate gradients, or x where that is better.
+void choose_point(const Solver& solver, const Lanczos& lanczos) {
+  const SolverState& state = solver.state();
+  const QuarnFloat& gamma_bar = state.scalar(kGammaBar);
+  solver.copy(kIterate, kPoint);
+  solver.copy(kLqResidual, kResidual);
+  if (solver.vanishes(gamma_bar, fabs(lanczos.alpha()) + lanczos.beta())) {
+    return;
+  }
+  const QuarnFloat zeta = state.scalar(kRight) / gamma_bar;
+  solver.add(-zeta, kDirectionImage, kResidual);
+  if (!(solver.euclidean(kResidual) <= solver.euclidean(kLqResidual))) {
+    return solver.copy(kLqResidual, kResidual);
+  }
+  solver.add(zeta * solver.unit(), kDirection, kPoint);
+}
+
+Outcome iterate(const Solver& solver, const Lanczos& lanczos) {
+  const SolverState& state = solver.state();
+  if (lanczos.is_first()) {
+    solver.copy(lanczos.current(), kDirection);
+    solver.copy(kLanczosImage, kDirectionImage);
+    state.scalar(kGammaBar) = lanczos.alpha();
+    state.scalar(kDeltaBar) = lanczos.next_beta();
+    state.scalar(kRight) = lanczos.beta();
+    state.scalar(kNextRight) = 0;
+  } else if (!rotate(solver, lanczos)) {
+    return Outcome::broken;
+  }
+  choose_point(solver, lanczos);
+  return Outcome::iterated;
+}
+
+void begin(const Solver& solver, const Lanczos& /*lanczos*/) { solver.copy(kResidual, kLqResidual); }
+
+Outcome resume_symmlq(Solver& solver) {
+  if (solver.state().step == kLanczosStart) {
+    solver.copy(kIterate, kPoint);  // where the process cannot begin, that is the iterate too
+  }
+  return resume_lanczos(solver, begin, iterate);
+}
+
+}  // namespace
+
+const SolverMethod kSymmlq = {7,
+                              "SYMMLQ",
+                              1,
+                              false,
+                              false,
+                              kLanczosHaveImage,
+                              [](Integer) { return kEnd - kMethodSlot; },
+                              [](Integer) { return Integer(0); },
+                              kLanczosBesidePreconditioner,
+                              resume_symmlq,
+                              [](const Solver& solver) {
+                                return Bounds{solver.norm(kResidual), solver.norm(kPoint)};
+                              },
+                              kept_residual,
+                              [](Solver& /*solver*/) { return Integer(kPoint); }};
+
+}  // namespace tesk
