@@ -241,6 +241,7 @@ void add_eigen(py::module_& module);
 void add_spectra(py::module_& module);
 void add_polynomials(py::module_& module);
 void add_schur_forms(py::module_& module);
+void add_proven(py::module_& module);
 void add_sequences(py::module_& module);
 void add_transforms(py::module_& module);
 void add_functions(py::module_& module);

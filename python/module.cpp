@@ -74,6 +74,7 @@ an axis use them; results are the same for every number. Returns the former numb
   python::add_spectra(module);
   python::add_polynomials(module);
   python::add_schur_forms(module);
+  python::add_proven(module);
   python::add_sequences(module);
   python::add_transforms(module);
   python::add_functions(module);

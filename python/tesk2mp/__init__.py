@@ -46,7 +46,7 @@ __all__ = sorted([*_own, *_public])
 
 # The modules look for the names above. `fft` is one of these as well as a module: the function, with the module's functions.
 _fft = globals()["fft"]
-from . import linalg, optimize, sparse, special  # noqa: E402
+from . import linalg, optimize, proven, sparse, special  # noqa: E402
 
 _module = importlib.import_module(".fft", __name__)
 fft = _fft

@@ -5,6 +5,7 @@ from typing import Any, overload
 
 from . import linalg as linalg
 from . import optimize as optimize
+from . import proven as proven
 from . import sparse as sparse
 from . import special as special
 from ._context import digits as digits

@@ -45,7 +45,7 @@ COUNTERPARTS = {
 class Documents(unittest.TestCase):
     def test_cpp_interface(self):
         names = set()
-        # Results with proven bounds are for C++ and the console alone.
+        # Those with proven bounds are in the module proven.
         for header in sorted(set((TOP / "include/tesk2mp").glob("*.hpp")) - set((TOP / "include/tesk2mp").glob("proven*.hpp"))):
             text = re.sub(r"namespace (\w+) \{(?:(?!\nnamespace).)*?\}  // namespace \1", "", header.read_text(), flags=re.S)
             names.update(re.findall(r"^(?:inline )?(?!using|struct|class|requires)[\w:<>]+ (\w+)\(", text, flags=re.M))

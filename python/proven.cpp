@@ -1,0 +1,127 @@
+// Results with proven error bounds. The package's module `proven` gives them their form: what stands here returns
+// values and bounds side by side.
+#include "convert.h"
+
+namespace python {
+namespace {
+
+namespace proven = tesk2mp::proven;
+
+/// The numbers with all their digits: a proof is one for what is given.
+Array exact(py::handle numbers) {
+  constexpr int kAnyNumberOfDigits = 100'000;
+  const tesk2mp::Digits scope(std::max(kAnyNumberOfDigits, QuarnDigits()));
+  return Array(numbers);
+}
+
+/// (values, errors)
+template <class T>
+py::object both(const proven::BoundedMatrix<T>& a) {
+  return py::make_tuple(from(a.values(), py::none()), from(a.errors(), py::none()));
+}
+template <class T>
+py::object both(const std::vector<proven::Bounded<T>>& x) {
+  py::list values;
+  py::list errors;
+  for (const proven::Bounded<T>& element : x) {
+    values.append(from(element.value));
+    errors.append(from(element.error.value()));
+  }
+  return py::make_tuple(values, errors);
+}
+/// (value, error, count, is it real) of each.
+py::object roots(const std::vector<proven::BoundedRoot>& found) {
+  py::list result;
+  for (const proven::BoundedRoot& root : found) {
+    result.append(py::make_tuple(root.value, from(root.error.value()), root.count, root.is_real));
+  }
+  return result;
+}
+
+/// Calls work(matrix): exact, or with bounds of its elements.
+template <class T, class Work>
+auto with_data(const Array& a, py::handle errors, const Work& work) {
+  if (errors.is_none()) {
+    return work(a.matrix<T>());
+  }
+  return work(proven::BoundedMatrix<T>(a.matrix<T>(), exact(errors).matrix<Real>()));
+}
+
+template <class Work>
+py::object spectrum(py::handle a, py::handle errors, const Work& work) {
+  const Array given = exact(a);
+  return with_scalar(
+      [&]<class T>(T) -> py::object {
+        return with_data<T>(given, errors, [&](const auto& matrix) -> py::object { return work(matrix); });
+      },
+      given);
+}
+
+}  // namespace
+
+void add_proven(py::module_& module) {
+  module.def("_proven_solve", [](py::handle a, py::handle errors, py::handle b) {
+    const Array given = exact(a);
+    const Array right = exact(b);
+    return with_scalar(
+        [&]<class T>(T) -> py::object {
+          const Matrix<T> columns = right.matrix<T>();
+          return with_data<T>(given, errors, [&](const auto& matrix) {
+            return both(outside([&] { return proven::solve(matrix, columns); }));
+          });
+        },
+        given, right);
+  });
+  module.def("_proven_determinant", [](py::handle a, py::handle errors) {
+    return spectrum(a, errors, [](const auto& matrix) -> py::object {
+      const auto result = outside([&] { return proven::determinant(matrix); });
+      return py::make_tuple(from(result.value), from(result.error.value()));
+    });
+  });
+  module.def("_proven_definite", [](py::handle a) {
+    const Array given = exact(a);
+    return with_scalar(
+        [&]<class T>(T) -> py::object {
+          const Matrix<T> matrix = given.matrix<T>();
+          const auto answer = outside([&] { return proven::is_positive_definite(matrix); });
+          return answer ? py::object(py::bool_(*answer)) : py::none();
+        },
+        given);
+  });
+  module.def("_proven_symmetric", [](py::handle a, py::handle errors) {
+    return spectrum(a, errors, [](const auto& matrix) -> py::object {
+      const auto system = outside([&] { return proven::symmetric_eigen(matrix); });
+      return py::make_tuple(both(system.values), both(system.vectors));
+    });
+  });
+  module.def("_proven_singular", [](py::handle a, py::handle errors) {
+    return spectrum(a, errors,
+                    [](const auto& matrix) { return both(outside([&] { return proven::singular_values(matrix); })); });
+  });
+  module.def("_proven_eigenvalues", [](py::handle a, py::handle errors) {
+    return spectrum(a, errors,
+                    [](const auto& matrix) { return roots(outside([&] { return proven::eigenvalues(matrix); })); });
+  });
+  module.def("_proven_zeros", [](py::handle a) {
+    const Array given = exact(a);
+    return with_scalar(
+        [&]<class T>(T) {
+          const std::vector<T> coefficients = given.vector<T>();
+          return roots(outside([&] { return proven::zeros(coefficients); }));
+        },
+        given);
+  });
+  module.def("_proven_least_squares", [](py::handle a, py::handle b) {
+    const Array given = exact(a);
+    const Array right = exact(b);
+    return with_scalar(
+        [&]<class T>(T) {
+          const Matrix<T> matrix = given.matrix<T>();
+          const Matrix<T> columns = right.matrix<T>();
+          return both(outside([&] { return proven::least_squares(matrix, columns); }));
+        },
+        given, right);
+  });
+}
+
+}  // namespace python

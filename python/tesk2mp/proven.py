@@ -1,0 +1,313 @@
+"""Results that are proven: values with bounds of their distance from the exact ones.
+
+Data are taken as the exact numbers that they are, whatever the working digits: int, Decimal and text with all their digits,
+fractions.Fraction too, whose rounding is part of the bounds. Where the working digits do not suffice the bounds are infinite.
+
+    >>> from fractions import Fraction
+    >>> from tesk2mp import proven
+    >>> hilbert = [[Fraction(1, i + j + 1) for j in range(20)] for i in range(20)]
+    >>> proven.to_digits(40, lambda: proven.determinant(hilbert)).text(40)
+    '4.206178956624722655882045573396941339798E-226'
+
+All of these digits are true; at 20 digits without a proof a determinant of 4.7E-213 comes out.
+"""
+
+import decimal
+from collections.abc import Callable, Iterator
+from fractions import Fraction
+from typing import Any, NamedTuple, TypeVar
+
+from . import _core
+from ._context import digits as _at_digits
+from ._errors import InvalidArgument, NumericalFailure, refusal
+
+__all__ = [
+    "Bounded",
+    "Root",
+    "determinant",
+    "eigenvalues",
+    "inverse",
+    "is_positive_definite",
+    "least_squares",
+    "singular_values",
+    "solve",
+    "symmetric_eigen",
+    "symmetric_eigenvalues",
+    "to_digits",
+    "true_digits",
+    "zeros",
+]
+
+_Complex = _core.Complex
+_Result = TypeVar("_Result")
+_Part = tuple[decimal.Decimal, decimal.Decimal]
+_MARGIN = 5
+
+
+def _decimal(number: Any) -> decimal.Decimal:
+    return number if isinstance(number, decimal.Decimal) else decimal.Decimal(str(number))
+
+
+def _known(part: decimal.Decimal, error: decimal.Decimal) -> int | None:
+    """How many digits are true: within 0.51 units of the last of them. None: all."""
+    if not error:
+        return None
+    if not error.is_finite() or not part.is_finite():
+        return 0
+    return max(0, (part.adjusted() if part else error.adjusted()) - error.adjusted() - 2)
+
+
+def _text(part: decimal.Decimal, error: decimal.Decimal, most: int | None) -> str:
+    known = _known(part, error)
+    if known == 0:
+        if not error.is_finite() or not part.is_finite():
+            return "?"
+        return f"0 (abs < 1E{(abs(part) + error).adjusted() + 1:+d})"
+    wanted = [each for each in (known, most) if each is not None]
+    if not wanted:
+        return str(part)
+    with decimal.localcontext() as context:
+        context.prec = min(wanted)
+        return str(+part)
+
+
+class Bounded(NamedTuple):
+    """A number and a bound: |value - exact| <= error. str() shows the digits that are true, of both parts of a Complex."""
+
+    value: Any
+    error: decimal.Decimal
+
+    def parts(self) -> list[_Part]:
+        """The real number, or real and imaginary part, each with its bound."""
+        if isinstance(self.value, _Complex):
+            return [(_decimal(self.value.real), self.error), (_decimal(self.value.imag), self.error)]
+        return [(_decimal(self.value), self.error)]
+
+    def text(self, most: int | None = None) -> str:
+        """The true digits, `most` at most; "0 (abs < 1E-40)" where the sign is not known, "?" where nothing is."""
+        return " ".join(_text(part, error, most) for part, error in self.parts())
+
+    def __str__(self) -> str:
+        return self.text()
+
+
+class Root(NamedTuple):
+    """An eigenvalue or a zero: `multiplicity` of them, this one included, are within `error` of `value`; with 1 it is
+    the only one there. A real one is exactly real."""
+
+    value: Any
+    error: decimal.Decimal
+    multiplicity: int
+    is_real: bool
+
+    def parts(self) -> list[_Part]:
+        """Real and imaginary part, each with its bound."""
+        of_imaginary = decimal.Decimal(0) if self.is_real else self.error
+        return [(_decimal(self.value.real), self.error), (_decimal(self.value.imag), of_imaginary)]
+
+    def text(self, most: int | None = None) -> str:
+        """The true digits, `most` at most; of a real one those of the real part alone."""
+        return " ".join(_text(part, error, most) for part, error in self.parts()[: 1 if self.is_real else 2])
+
+    def __str__(self) -> str:
+        return self.text()
+
+
+def _parts(result: Any) -> Iterator[_Part]:
+    if isinstance(result, (Bounded, Root)):
+        yield from result.parts()
+    else:
+        for each in result:
+            yield from _parts(each)
+
+
+def true_digits(result: Any) -> int | None:
+    """How many significant digits of every number in a result are true: within 0.51 units of the last of them. A part of
+    which not even the sign is known counts by how far its bound is below the largest part. None: the result is exact.
+
+    >>> true_digits(solve([[4, 1], [2, 3]], [1, 2]))
+    18
+    """
+    parts = list(_parts(result))
+    largest = max((part.adjusted() for part, _ in parts if part and part.is_finite()), default=None)
+    fewest: int | None = None
+    for part, error in parts:
+        known = _known(part, error)
+        if known == 0 and largest is not None and error.is_finite() and error >= abs(part):
+            known = max(0, largest - error.adjusted() - 2)
+        if known is not None:
+            fewest = known if fewest is None else min(fewest, known)
+    return fewest
+
+
+def to_digits(k: int, problem: Callable[[], _Result], most: int = 100000) -> _Result:
+    """Calls problem() with more and more working digits until k digits of all numbers that it returns are true.
+    NumericalFailure when `most` working digits do not suffice, which says how many are known.
+
+    >>> ratio = to_digits(30, lambda: symmetric_eigenvalues([[1, 1], [1, 0]]))
+    >>> ratio[1].text(30)
+    '1.61803398874989484820458683437'
+    """
+    if k < 1 or most < k:
+        raise refusal(InvalidArgument, f"{k} true digits with at most {most} working digits")
+    working = min(most, k + _MARGIN)
+    while True:
+        with _at_digits(working):
+            result = problem()
+        known = true_digits(result)
+        if known is None or known >= k:
+            return result
+        if working == most:
+            raise refusal(NumericalFailure, f"{known} of {k} digits are proven with {working} working digits")
+        working = min(most, working + k - known + _MARGIN if known > 0 else 2 * working + 2 * _MARGIN)
+
+
+def _is_short(fraction: Fraction) -> bool:
+    """Does it have a finite decimal expansion?"""
+    rest = fraction.denominator
+    for prime in (2, 5):
+        while rest % prime == 0:
+            rest //= prime
+    return rest == 1
+
+
+def _given(matrix: Any) -> tuple[list[list[Any]], list[list[Any]] | None]:
+    """The elements, Fractions rounded to the working digits, and bounds of that; None where nothing is rounded."""
+    values = [list(row) for row in matrix]
+    if not any(isinstance(each, Fraction) and not _is_short(each) for row in values for each in row):
+        return values, None
+    errors: list[list[Any]] = [[0 for _ in row] for row in values]
+    with decimal.localcontext() as context:
+        context.prec = _core.get_digits()
+        for row, bounds in zip(values, errors):
+            for j, each in enumerate(row):
+                if isinstance(each, Fraction) and not _is_short(each):
+                    # Numerator, denominator and quotient are rounded.
+                    row[j] = decimal.Decimal(each.numerator) / decimal.Decimal(each.denominator)
+                    bounds[j] = decimal.Decimal((0, (1,), row[j].adjusted() - context.prec + 1))
+    return values, errors
+
+
+def _matrix(both: tuple[list[list[Any]], list[list[decimal.Decimal]]]) -> list[list[Bounded]]:
+    return [[Bounded(value, _decimal(error)) for value, error in zip(*rows)] for rows in zip(*both)]
+
+
+def _vector(both: tuple[list[Any], list[decimal.Decimal]]) -> list[Bounded]:
+    return [Bounded(value, _decimal(error)) for value, error in zip(*both)]
+
+
+def _exact_columns(b: Any) -> tuple[list[list[Any]], bool]:
+    """The right-hand sides as a matrix; and was it a vector?"""
+    rows = list(b)
+    is_vector = not rows or not hasattr(rows[0], "__iter__") or isinstance(rows[0], str)
+    return [[each] for each in rows] if is_vector else [list(row) for row in rows], is_vector
+
+
+def solve(a: Any, b: Any) -> Any:
+    """The solution of a x = b, for a vector b or the columns of a matrix, as Bounded numbers; that a is regular is part of
+    the proof. The numbers of b are taken as exact.
+
+    >>> [str(x) for x in solve([[4, 1], [2, 3]], ['0.1', 1])]
+    ['-0.07', '0.38']
+    """
+    values, errors = _given(a)
+    columns, is_vector = _exact_columns(b)
+    x = _matrix(_core._proven_solve(values, errors, columns))
+    return [row[0] for row in x] if is_vector else x
+
+
+def inverse(a: Any) -> list[list[Bounded]]:
+    """The inverse.
+
+    >>> str(inverse([[4]])[0][0])
+    '0.25'
+    """
+    order = len(list(a))
+    result = solve(a, [[int(i == j) for j in range(order)] for i in range(order)])
+    assert isinstance(result, list)
+    return result
+
+
+def least_squares(a: Any, b: Any) -> Any:
+    """The x that minimises the norm of a x - b, for a vector b or each column of a matrix; that a has full column rank is
+    part of the proof. The numbers are taken as exact.
+
+    >>> least_squares([[1], [1], [1]], [1, 2, 4])[0].text(10)
+    '2.333333333'
+    """
+    columns, is_vector = _exact_columns(b)
+    x = _matrix(_core._proven_least_squares([list(row) for row in a], columns))
+    return [row[0] for row in x] if is_vector else x
+
+
+def determinant(a: Any) -> Bounded:
+    """The determinant.
+
+    >>> determinant([[1, 2], [3, 4]]).text(10)
+    '-2'
+    """
+    value, error = _core._proven_determinant(*_given(a))
+    return Bounded(value, _decimal(error))
+
+
+def is_positive_definite(a: Any) -> bool | None:
+    """Is the symmetric or Hermitian matrix, of which the lower triangle is read, positive definite? None where the working
+    digits do not decide.
+
+    >>> is_positive_definite([[2, 1], [1, 2]]), is_positive_definite([[1, 2], [2, 1]])
+    (True, False)
+    """
+    answer = _core._proven_definite([list(row) for row in a])
+    return None if answer is None else bool(answer)
+
+
+def symmetric_eigen(a: Any) -> tuple[list[Bounded], list[list[Bounded]]]:
+    """Eigenvalues, ascending, and eigenvectors of norm 1, a column each, of the symmetric or Hermitian matrix of which the
+    lower triangle is read. Vectors whose eigenvalues are not apart at the working digits have infinite bounds.
+
+    >>> values, vectors = symmetric_eigen([[2, 1], [1, 2]])
+    >>> [value.text(10) for value in values], vectors[0][1].text(10)
+    (['1', '3'], '0.7071067812')
+    """
+    values, vectors = _core._proven_symmetric(*_given(a))
+    return _vector(values), _matrix(vectors)
+
+
+def symmetric_eigenvalues(a: Any) -> list[Bounded]:
+    """The eigenvalues of symmetric_eigen() alone.
+
+    >>> [value.text(10) for value in symmetric_eigenvalues([[2, 1], [1, 2]])]
+    ['1', '3']
+    """
+    return symmetric_eigen(a)[0]
+
+
+def singular_values(a: Any) -> list[Bounded]:
+    """The singular values, descending.
+
+    >>> [value.text(10) for value in singular_values([[1, 1], [1, 0]])]
+    ['1.618033989', '0.6180339887']
+    """
+    return _vector(_core._proven_singular(*_given(a)))
+
+
+def _roots(found: list[tuple[Any, decimal.Decimal, int, bool]]) -> list[Root]:
+    return [Root(value, _decimal(error), count, is_real) for value, error, count, is_real in found]
+
+
+def eigenvalues(a: Any) -> list[Root]:
+    """The eigenvalues of a square matrix. Multiple ones, and those too close for the working digits, share a disc.
+
+    >>> [(root.text(10), root.multiplicity) for root in eigenvalues([[0, 1], [1, 1]])]
+    [('-0.6180339887', 1), ('1.618033989', 1)]
+    """
+    return _roots(_core._proven_eigenvalues(*_given(a)))
+
+
+def zeros(a: Any) -> list[Root]:
+    """The zeros of a[0] z^n + ... + a[n]; k equal or very close ones share a disc.
+
+    >>> [(root.text(10), root.multiplicity) for root in zeros([1, -3, 3, -1])]
+    [('1 0 (abs < 1E-19)', 3), ('1 0 (abs < 1E-19)', 3), ('1 0 (abs < 1E-19)', 3)]
+    """
+    return _roots(_core._proven_zeros(list(a)))
