@@ -9,6 +9,7 @@
 #include "cli/commands/ranking.h"
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
+#include "tesk2mp/generalised.hpp"
 #include "tesk2mp/proven_spectra.hpp"
 #include "tesk2mp/util.hpp"
 
@@ -18,6 +19,8 @@ namespace {
 
 struct EigOptions {
   std::string matrix;
+  std::string mass;
+  std::vector<Integer> select;  // first and last, from 1 in ascending order
   TableOptions table;
   bool vectors = false;
   bool condition = false;
@@ -29,6 +32,7 @@ struct Eigenvalues {
   std::vector<Complex> values;
   tesk2mp::Matrix<Complex> vectors;    // a column each, when asked for
   std::vector<QuarnFloat> conditions;  // reciprocal, when asked for
+  std::string routine;
 };
 
 /// |y^H x| of left and right eigenvectors of norm 1.
@@ -44,21 +48,69 @@ std::vector<QuarnFloat> conditions_of(const tesk2mp::EigenSystem& system) {
   return conditions;
 }
 
-template <class T>
-Eigenvalues symmetric_eigenvalues_of(const EigOptions& options, const tesk2mp::Matrix<T>& a) {
+std::string routine_of(bool complex, const char* real_name, const char* complex_name) {
+  return std::string("QuarnMPX_") + (complex ? complex_name : real_name) + "_";
+}
+
+/// Of a symmetric or Hermitian matrix, alone, beside a definite one, or chosen.
+template <class T, class... More>
+Eigenvalues symmetric_eigenvalues_of(const EigOptions& options, const tesk2mp::Matrix<T>& a, const More&... more) {
   Eigenvalues result;
   const auto take = [&](const std::vector<QuarnFloat>& values) {
     result.values.assign(values.begin(), values.end());
     result.conditions.assign(options.condition ? values.size() : 0, QuarnFloat(1));
   };
   if (!options.vectors) {
-    take(tesk2mp::symmetric_eigenvalues(a));
+    take(tesk2mp::symmetric_eigenvalues(a, more...));
     return result;
   }
-  const tesk2mp::SymmetricEigenSystem<T> system = tesk2mp::symmetric_eigen(a);
+  const tesk2mp::SymmetricEigenSystem<T> system = tesk2mp::symmetric_eigen(a, more...);
   take(system.values);
-  result.vectors = tesk2mp::Matrix<Complex>(a.rows(), a.rows());
-  std::copy(system.vectors.data(), system.vectors.data() + a.rows() * a.rows(), result.vectors.data());
+  result.vectors = tesk2mp::Matrix<Complex>(a.rows(), system.values.size());
+  std::copy(system.vectors.data(), system.vectors.data() + a.rows() * system.values.size(), result.vectors.data());
+  return result;
+}
+
+/// Of A x = lambda B x.
+template <class T>
+Eigenvalues pencil_eigenvalues_of(const EigOptions& options, const tesk2mp::Matrix<T>& a, const tesk2mp::Matrix<T>& b) {
+  constexpr bool kComplex = std::is_same_v<T, Complex>;
+  if (tesk2mp::is_hermitian(a) && tesk2mp::is_hermitian(b)) {
+    try {
+      Eigenvalues result = symmetric_eigenvalues_of(options, a, b);
+      result.routine = routine_of(kComplex, "dsygv", "zhegv");
+      return result;
+    } catch (const tesk2mp::NumericalFailure&) {
+      // B is not definite.
+    }
+  }
+  Eigenvalues result;
+  if (options.vectors) {
+    tesk2mp::PencilEigenSystem system = tesk2mp::eigen(a, b);
+    result.values = system.values();
+    result.vectors = std::move(system.right);
+  } else {
+    result.values = tesk2mp::eigenvalues(a, b);
+  }
+  result.routine = routine_of(kComplex, "dggev", "zggev");
+  return result;
+}
+
+/// Those that --select names.
+template <class T>
+Eigenvalues chosen_eigenvalues_of(const EigOptions& options, const tesk2mp::Matrix<T>& a) {
+  if (!tesk2mp::is_hermitian(a)) {
+    throw bad_input("--select needs a symmetric or Hermitian matrix");
+  }
+  const Integer first = options.select[0];
+  const Integer last = options.select[1];
+  if (first < 1 || first > last || last > Integer(a.rows())) {
+    throw bad_input("--select: the eigenvalues have numbers 1 to " + std::to_string(a.rows()) +
+                    ", and the first of them comes first");
+  }
+  Eigenvalues result =
+      symmetric_eigenvalues_of(options, a, tesk2mp::EigenIndices{std::size_t(first - 1), std::size_t(last)});
+  result.routine = routine_of(std::is_same_v<T, Complex>, "dsyevx", "zheevx");
   return result;
 }
 
@@ -67,10 +119,10 @@ Eigenvalues eigenvalues_of(const EigOptions& options, const tesk2mp::Matrix<Comp
     return symmetric_eigenvalues_of(options, a);
   }
   if (!options.vectors && !options.condition) {
-    return {tesk2mp::eigenvalues(a), {}, {}};
+    return {tesk2mp::eigenvalues(a), {}, {}, {}};
   }
   tesk2mp::EigenSystem system = tesk2mp::eigen(a);
-  Eigenvalues result{system.values, {}, options.condition ? conditions_of(system) : std::vector<QuarnFloat>()};
+  Eigenvalues result{system.values, {}, options.condition ? conditions_of(system) : std::vector<QuarnFloat>(), {}};
   if (options.vectors) {
     result.vectors = std::move(system.right);
   }
@@ -111,18 +163,22 @@ std::vector<std::size_t> by_magnitude(const std::vector<Complex>& values) {
   return order;
 }
 
-/// The largest norm of A x - lambda x.
+/// The largest norm of A x - lambda B x, B the identity where there is none; of an infinite eigenvalue that of B x.
 template <class T>
-QuarnFloat largest_residual(const tesk2mp::Matrix<T>& a, const Eigenvalues& found) {
+QuarnFloat largest_residual(const tesk2mp::Matrix<T>& a, const tesk2mp::Matrix<T>* b, const Eigenvalues& found) {
   const std::size_t n = a.rows();
   QuarnFloat largest = 0;
-  for (std::size_t j = 0; j < n; ++j) {
+  for (std::size_t j = 0; j < found.values.size(); ++j) {
+    const bool finite = isfinite(found.values[j].re);
     QuarnFloat squares = 0;
     for (std::size_t i = 0; i < n; ++i) {
-      Complex difference = -(found.values[j] * found.vectors(i, j));
+      Complex image = b == nullptr ? found.vectors(i, j) : Complex(0);
+      Complex difference(0);
       for (std::size_t k = 0; k < n; ++k) {
         difference = difference + Complex(a(i, k)) * found.vectors(k, j);
+        image = b == nullptr ? image : image + Complex((*b)(i, k)) * found.vectors(k, j);
       }
+      difference = finite ? difference - found.values[j] * image : image;
       squares += difference.re * difference.re + difference.im * difference.im;
     }
     largest = std::max(largest, sqrt(squares));
@@ -131,22 +187,26 @@ QuarnFloat largest_residual(const tesk2mp::Matrix<T>& a, const Eigenvalues& foun
 }
 
 template <class T>
-void run_on(const EigOptions& options, const DenseMatrix& given, const tesk2mp::Matrix<T>& a) {
+void run_on(const EigOptions& options, const DenseMatrix& given, const tesk2mp::Matrix<T>& a,
+            const tesk2mp::Matrix<T>* b) {
   const double real_cost = eigenvalue_cost(double(a.rows()), options.vectors || options.condition);
   const Progress progress = Progress::estimated("eigenvalues", (given.complex() ? 4 : 1) * real_cost);
-  const Eigenvalues found = eigenvalues_of(options, a);
-  const bool symmetric = tesk2mp::is_hermitian(a);
-  const std::string routine = symmetric         ? given.complex() ? "QuarnMPX_zheev_" : "QuarnMPX_dsyev_"
-                              : given.complex() ? "QuarnMPX_zgeev_"
-                                                : "QuarnMPX_f08pef_";
+  const Eigenvalues found = b != nullptr             ? pencil_eigenvalues_of(options, a, *b)
+                            : options.select.empty() ? eigenvalues_of(options, a)
+                                                     : chosen_eigenvalues_of(options, a);
+  const bool symmetric = b == nullptr && tesk2mp::is_hermitian(a);
+  const bool complex = std::is_same_v<T, Complex>;
+  const std::string routine = !found.routine.empty() ? found.routine
+                              : symmetric            ? routine_of(complex, "dsyev", "zheev")
+                                                     : routine_of(complex, "f08pef", "zgeev");
   const std::vector<std::size_t> order = by_magnitude(found.values);
 
   Result result;
   result.notes = {"Eigenvalues of the " + description(given) + ", the largest first",
                   digits_text() + ", by " + routine +
                       (symmetric ? std::string(": the matrix is ") + (given.complex() ? "Hermitian" : "symmetric")
-                       : given.complex() ? ""
-                                         : " after balancing and reduction to Hessenberg form")};
+                       : complex || b != nullptr ? ""
+                                                 : " after balancing and reduction to Hessenberg form")};
   result.facts = {
       {"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}, {"n", std::to_string(given.rows()), true}};
   std::vector<Complex> values;
@@ -160,7 +220,7 @@ void run_on(const EigOptions& options, const DenseMatrix& given, const tesk2mp::
   const std::vector<QuarnFloat> re = real_parts(values);
   const std::vector<QuarnFloat> im = imaginary_parts(values);
   const QuarnFloat largest = std::max(largest_magnitude(re), largest_magnitude(im));
-  const ResultColumn counts = count_column("i", positions(given.rows()));
+  const ResultColumn counts = count_column("i", positions(Integer(values.size())));
   result.table = {counts, aligned_column("real", re, largest), aligned_column("imaginary", im, largest)};
   result.data = {counts, {"real", exact_cells(re)}, {"imaginary", exact_cells(im)}};
   if (options.condition) {
@@ -169,11 +229,12 @@ void run_on(const EigOptions& options, const DenseMatrix& given, const tesk2mp::
     result.data.push_back({"s", exact_cells(conditions)});
   }
   if (options.vectors) {
-    const QuarnFloat residual = largest_residual(a, found);
-    result.notes.push_back("x1, x2, ...: the eigenvector of norm 1; largest norm of A x - lambda x: " +
-                           brief(residual));
+    const QuarnFloat residual = largest_residual(a, b, found);
+    result.notes.push_back(
+        b == nullptr ? "x1, x2, ...: the eigenvector of norm 1; largest norm of A x - lambda x: " + brief(residual)
+                     : "x1, x2, ...: the eigenvector; largest norm of A x - lambda B x: " + brief(residual));
     result.facts.push_back({"largest_residual", residual.to_string()});
-    for (std::size_t i = 0; i < order.size(); ++i) {
+    for (std::size_t i = 0; i < a.rows(); ++i) {
       ResultColumn column{"x" + std::to_string(i + 1), {}};
       for (const std::size_t j : order) {
         column.cells.push_back(exact_text(found.vectors(i, j)));
@@ -240,21 +301,45 @@ void run_proven(const EigOptions& options, const DenseMatrix& given, const tesk2
 }
 
 void run_eig(const EigOptions& options) {
-  if (options.proven && (options.vectors || options.condition)) {
-    throw bad_input("--proven is for the values: without --vectors and --condition");
+  const bool alone = options.mass.empty();
+  if (options.proven && (options.vectors || options.condition || !alone || !options.select.empty())) {
+    throw bad_input("--proven is for the values: without --vectors, --condition, --mass and --select");
+  }
+  if (!alone && (options.condition || !options.select.empty())) {
+    throw bad_input("--condition and --select do not go with --mass");
   }
   const auto read = [&] {
     const tesk2mp::Digits scope(digits_of_data(options.proven));
     return read_operand(options.matrix, options.table, true);
   };
   const DenseMatrix given = read();
-  std::visit([&](const auto& a) { options.proven ? run_proven(options, given, a) : run_on(options, given, a); },
-             given.elements);
+  if (alone) {
+    std::visit(
+        [&]<class T>(const tesk2mp::Matrix<T>& a) {
+          options.proven ? run_proven(options, given, a) : run_on<T>(options, given, a, nullptr);
+        },
+        given.elements);
+    return;
+  }
+  const DenseMatrix mass = read_operand(options.mass, options.table, true);
+  if (mass.rows() != given.rows()) {
+    throw bad_input(mass.source + ": a matrix of " + std::to_string(given.rows()) + " rows is needed, not of " +
+                    std::to_string(mass.rows()));
+  }
+  const auto order = std::size_t(given.rows());
+  if (given.complex() || mass.complex()) {
+    const auto b = matrix_of(elements_of<Complex>(mass), order);
+    run_on(options, given, matrix_of(elements_of<Complex>(given), order), &b);
+  } else {
+    const auto b = matrix_of(elements_of<QuarnFloat>(mass), order);
+    run_on(options, given, matrix_of(elements_of<QuarnFloat>(given), order), &b);
+  }
 }
 
 constexpr const char* kFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file: square, real or
 complex. Symmetric and Hermitian ones are recognised: their eigenvalues are real.
+With --mass B may be singular: it has infinite eigenvalues then.
 --plot draws the complex plane.
 
 With --proven the numbers of the matrix are taken with all their digits, and D digits of both
@@ -265,13 +350,18 @@ is 1.
 Examples:
   quarn eig examples/west0067.mtx --digits 50 --plot west0067.svg
   printf '0 1\n-1 0\n' | quarn eig - --vectors
-  quarn eig matrix.csv --condition --format csv)";
+  quarn eig matrix.csv --condition --format csv
+  quarn eig stiffness.txt --mass mass.txt --vectors
+  quarn eig symmetric.mtx --select 1 3)";
 
 void declare(Command& command) {
   auto options = std::make_shared<EigOptions>();
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
   add_matrix_options(command, options->table);
   command.flag("--vectors", options->vectors, "eigenvectors as well");
+  command.text("--mass", "FILE", options->mass, "the matrix B of A x = lambda B x");
+  command.numbers("--select", "FIRST LAST", 2, options->select,
+                  "these eigenvalues alone, counted from 1 in ascending order");
   command.flag("--condition", options->condition, "how sensitive the eigenvalues are");
   command.add_digits();
   add_proven_option(command, options->proven);

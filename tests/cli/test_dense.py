@@ -204,6 +204,27 @@ class Dense(unittest.TestCase):
                 self.assertEqual([result["real"], result["imaginary"]], [real, imaginary])
                 self.assertLess(Decimal(result["largest_residual"]), Decimal("1e-18"))
 
+    def test_pencils_and_chosen_eigenvalues(self):
+        """A x = lambda B x with B definite, singular and common; and some eigenvalues of a symmetric matrix."""
+        with tempfile.TemporaryDirectory() as folder:
+            mass = os.path.join(folder, "mass.txt")
+            for a, b, routine, real in (
+                ("2 -1\n-1 2\n", "4 0\n0 4\n", "dsygv", ["0.75", "0.25"]),
+                ("2 i\n-i 2\n", "4 0\n0 4\n", "zhegv", ["0.75", "0.25"]),
+                ("2 0\n0 3\n", "-4 0\n0 0\n", "dggev", ["inf", "-0.5"]),
+                ("2i 0\n1 3i\n", "i 0\n0 i\n", "zggev", ["3", "2"]),
+            ):
+                with self.subTest(routine=routine):
+                    with open(mass, "w", encoding="ascii") as file:
+                        file.write(b)
+                    result = run_json("eig", "-", "--mass", mass, "--vectors", stdin=a)
+                    self.assertEqual(result["routine"], f"QuarnMPX_{routine}_")
+                    self.assertEqual(result["real"], real)
+                    self.assertLess(Decimal(result["largest_residual"]), Decimal("1e-18"))
+        result = run_json("eig", "-", "--select", "2", "3", "--vectors", stdin="1 0 0\n0 5 0\n0 0 3\n")
+        self.assertEqual((result["routine"], result["real"]), ("QuarnMPX_dsyevx_", ["5", "3"]))
+        self.assertEqual(result["x2"], ["1+0i", "0+0i"])
+
     def test_singular_values(self):
         a = self.matrix(4, 3)
         u, v = (self.run_on("svd", a, "--factor", part) for part in ("u", "v"))
