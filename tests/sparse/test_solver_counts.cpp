@@ -157,6 +157,24 @@ int gmres_count(const Problem& problem, int restart) {
   return problem.most;
 }
 
+int cg_count(const Problem& problem) {
+  Doubles x(problem.b.size()), r = problem.b, p = r;
+  double rho = dot(r, r);
+  for (int count = 1; count < problem.most; ++count) {
+    const Doubles v = problem.times(p);
+    const double alpha = rho / dot(p, v);
+    x = axpy(alpha, p, x);
+    if (problem.solved_by(x)) {
+      return count;
+    }
+    r = axpy(-alpha, v, r);
+    const double next = dot(r, r);
+    p = axpy(next / rho, p, r);
+    rho = next;
+  }
+  return problem.most;
+}
+
 Problem in_doubles(const System& system, const Numbers& b, double tol) {
   Problem problem{&system, {}, {}, FloatToDouble(one_norm(system)), tol};
   for (const QuarnFloat& a : system.value) {
@@ -197,6 +215,27 @@ TEST_CASE("iteration counts are those of the published methods") {
       const int expected = each.count(problem);
       CHECK(expected < problem.most);
       CHECK(std::abs(int(caller.itn) - expected) <= 1);
+    }
+  }
+}
+
+TEST_CASE("symmetric methods at 50 digits need no more iterations than conjugate gradients in doubles") {
+  const support::Digits digits(50);
+  for (const System& system : {from_file("bcsstk01"), convection_diffusion(20, 0)}) {
+    const Numbers b = system.times(Numbers(std::size_t(system.n), QuarnFloat(1)));
+    Problem problem = in_doubles(system, b, 1e-8);
+    problem.anorm = 0;  // residuals beside b alone, which takes the ill-conditioned matrix beyond its order
+    const int expected = cg_count(problem);
+    CHECK(expected < problem.most);
+    for (const char* method : {"CG", "MINRES", "SYMMLQ"}) {
+      INFO(system.name, ", ", method, ", conjugate gradients in doubles ", expected);
+      Setup setup{method};
+      setup.tol = QuarnFloat("1e-8");
+      setup.anorm = QuarnFloat("1e-200");
+      Caller caller(system, setup, b);
+      caller.finish();
+      CHECK(caller.ifail == 0);
+      CHECK(caller.itn <= expected + 2);
     }
   }
 }
