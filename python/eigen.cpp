@@ -40,12 +40,12 @@ void add_eigen(py::module_& module) {
 
 The eigenvalues of a square matrix, each a Complex. Of a real one pairs stand together, positive imaginary part first.
 NumericalFailure when the QR algorithm does not converge. With a second matrix those of a x = lambda b x, infinite ones as
-Complex('Infinity', '0'); NumericalFailure when every number is one.
+Complex('inf', '0'); NumericalFailure when every number is one.
 
 >>> eigenvalues([[0, 1], [-1, 0]])
 [Complex('0', '1'), Complex('0', '-1')]
 >>> eigenvalues([[2, 0], [0, 3]], [[1, 0], [0, 0]])
-[Complex('2', '0'), Complex('Infinity', '0')]
+[Complex('2', '0'), Complex('inf', '0')]
 )");
   module.def(
       "eigen",
