@@ -403,6 +403,11 @@ void whole_power(Integer n, View<T> a, std::int64_t k, View<T> f) {
 
 template <class T>
 Integer safe_exponential(Integer n, View<T> a, View<T> f) {
+  constexpr int kLargestExponent = 300;
+  const QuarnFloat norm = one_norm(n, a);
+  if (!isfinite(norm) || ilogb(norm + 1) > kLargestExponent) {
+    return kNotFound;
+  }
   int extra = 6;
   for (int attempt = 0;; ++attempt) {
     double lost = 0;
