@@ -20,9 +20,8 @@ extern "C" {
 /// @param[in] lda step from column to column of A, >= max(1, n)
 /// @param[out] f F, n columns of n elements, ldf apart
 /// @param[in] ldf step from column to column of F, >= max(1, n)
-/// @param[out] info 0, -k when argument k is illegal, 1 when an element of A or F is not finite, 2 when more than
-/// 100000
-///     digits would be lost on the way
+/// @param[out] info 0, -k when argument k is illegal, 1 when an element of A or F is not finite, 2 when norm(A)
+///     is beyond 10^300, or 100000 digits would be lost on the way
 ///
 /// @par Failures
 /// Illegal: n < 0 (-1), lda (-3), ldf (-5). Storage for some 2 sqrt(D) n^2 elements is taken for the time of the call.
