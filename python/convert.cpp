@@ -32,7 +32,6 @@ py::handle decimal_text() {
 }
 
 bool is_text(py::handle value) { return PyUnicode_Check(value.ptr()) != 0; }
-std::string type_name(py::handle value) { return py::str(py::type::handle_of(value).attr("__name__")); }
 
 constexpr std::size_t kMostDigits = 1000000;
 
@@ -97,6 +96,8 @@ Real rounded(const Real& number) { return round_digits(number, QuarnDigits(), qu
 constexpr std::size_t kDeepest = 64;
 
 }  // namespace
+
+std::string type_name(py::handle value) { return py::str(py::type::handle_of(value).attr("__name__")); }
 
 Real to_real(py::handle number) {
   if (py::isinstance<Real>(number)) {

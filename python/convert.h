@@ -69,6 +69,9 @@ Complex to_complex(py::handle number);
 Integer to_integer(py::handle number);
 std::size_t to_index(py::handle number);
 
+/// For messages.
+std::string type_name(py::handle value);
+
 /// A vector or a matrix, whatever its elements, and no number, text, set or dict.
 bool is_sequence(py::handle value);
 /// An iterator over the elements of a vector or the rows of a matrix; a TypeError for what is neither.

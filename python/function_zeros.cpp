@@ -7,6 +7,9 @@ namespace python {
 void add_function_zeros(py::module_& module) {
   // The function is Python's own: the interpreter's lock is kept, and what it raises passes through the library.
   const auto called = [](const py::object& f) {
+    if (PyCallable_Check(f.ptr()) == 0) {
+      throw py::type_error("a function is needed, not " + type_name(f));
+    }
     return [f](const Real& x) {
       const CallbackDigits guard;
       return to_real(f(from(x)));

@@ -12,7 +12,7 @@ COMMON = {"--help", "--digits", "--quiet"}
 
 def options_of(*command):
     """Long options and their descriptions, as the help lists them."""
-    return dict(re.findall(r"^  (?:-h,)?(--[a-z-]+)\S*(?: [A-Z][^ ]*(?: x \d)?)?  +(.*)$", run_well(*command, "--help"), re.MULTILINE))
+    return dict(re.findall(r"^  (?:-h,)?(--[a-z-]+)\S*(?: [A-Z][^ ]*)*(?: x \d)?  +(.*)$", run_well(*command, "--help"), re.MULTILINE))
 
 
 def commands():

@@ -19,7 +19,7 @@ ALLOWED = r"""
 tesk2mp\.(LU|Cholesky|Complex|Real|Random|\w+Plan|SparseMatrix)
 tesk2mp\.(Error|InvalidArgument|InvalidType|NumericalFailure)
 tesk2mp\._.*
-tesk2mp\.(fft|linalg|special|sparse|optimize)\..*
+tesk2mp\.(fft|linalg|special|sparse|optimize|proven)\..*
 """
 
 
