@@ -15,12 +15,13 @@ from . import _core
 _Function = TypeVar("_Function", bound=Callable[..., Any])
 
 
+# The scopes that a thread or task has entered, the last one first, with what puts the former state back. One variable for
+# all: those of contexts are never freed.
+_entered: contextvars.ContextVar[tuple[tuple["_Scope", Any], ...]] = contextvars.ContextVar("entered", default=())
+
+
 class _Scope:
     """A context manager and decorator that may be entered again, from several threads and tasks at once."""
-
-    def __init__(self) -> None:
-        # What each entry has to put back, of the thread or task that entered.
-        self._entered: contextvars.ContextVar[tuple[Any, ...]] = contextvars.ContextVar("entered", default=())
 
     def _enter(self) -> Any:
         """Sets what the scope is for, and returns what _leave() needs to put the former state back."""
@@ -30,15 +31,16 @@ class _Scope:
         raise NotImplementedError
 
     def __enter__(self) -> Self:
-        self._entered.set((self._enter(), *self._entered.get()))
+        _entered.set(((self, self._enter()), *_entered.get()))
         return self
 
     def __exit__(
         self, kind: type[BaseException] | None, error: BaseException | None, traceback: TracebackType | None
     ) -> None:
-        former, *others = self._entered.get()
-        self._entered.set(tuple(others))
-        self._leave(former)
+        entries = _entered.get()
+        at = next(i for i, (scope, _) in enumerate(entries) if scope is self)
+        _entered.set(entries[:at] + entries[at + 1 :])
+        self._leave(entries[at][1])
 
     def __call__(self, function: _Function) -> _Function:
         if inspect.isgeneratorfunction(function) or inspect.isasyncgenfunction(function):
@@ -84,7 +86,6 @@ class digits(_Scope):  # pylint: disable=invalid-name
     """
 
     def __init__(self, count: int) -> None:
-        super().__init__()
         self._count = count
 
     def __repr__(self) -> str:
@@ -125,7 +126,6 @@ class results(_Scope):  # pylint: disable=invalid-name
     """
 
     def __init__(self, kind: type[decimal.Decimal] | type[_core.Real]) -> None:
-        super().__init__()
         if kind not in (decimal.Decimal, _core.Real):
             raise TypeError("results are of the class Decimal or Real")
         self._kind = kind

@@ -109,6 +109,14 @@ class Callbacks(unittest.TestCase):
         """Rounded at every step as Python's context says."""
         return [sum((a * b for a, b in zip(row, x)), Decimal(0)) for row in self.MATRIX]
 
+    def test_contexts_do_not_grow(self):
+        seventh()
+        variables = len(contextvars.copy_context())
+        for turn in range(20):
+            with tesk2mp.digits(20 + turn), tesk2mp.results(tesk2mp.Real):
+                tesk2mp.solve([[7]], [1], digits=30)
+        self.assertLessEqual(len(contextvars.copy_context()), variables + 3)
+
     def test_guard_digits(self):
         for method in ("rgmres", "bicgstab", "tfqmr"):
             with self.subTest(method):
