@@ -74,6 +74,37 @@ TEST_CASE("every method, criterion and norm, with and without a preconditioner")
   }
 }
 
+TEST_CASE("symmetric systems by their own methods") {
+  const Digits digits(40);
+  constexpr std::size_t kSize = 20;
+  SparseMatrix<Real> a(kSize);
+  for (std::size_t i = 0; i < kSize; ++i) {
+    a.add(i, i, Real(2));
+    if (i > 0) {
+      a.add(i, i - 1, Real(-1));
+      a.add(i - 1, i, Real(-1));
+    }
+  }
+  a.canonicalise();
+  const std::vector<Real> b(kSize, Real(1));
+  SolverOptions options;
+  options.tolerance = Real(1, -30);
+  for (const Method method : {Method::cg, Method::minres, Method::symmlq}) {
+    CAPTURE(int(method));
+    options.method = method;
+    CHECK(error_of(a, solve_iteratively(a, b, options).x, b) < Real(1, -27));
+    CHECK(error_of(a, solve_iteratively(a, b, options, Ssor(a)).x, b) < Real(1, -27));
+  }
+  const auto skew = [](std::span<const Real> x, std::span<Real> y) {
+    y[0] = x[0] - x[1];
+    y[1] = x[0] + x[1] + x[2];
+    y[2] = x[2] - x[1];
+  };
+  options.criterion = Criterion::residual;
+  options.matrix_norm = 2;
+  CHECK_THROWS_AS(solve_iteratively(skew, std::vector<Real>{1, 2, 4}, options), NumericalFailure);
+}
+
 TEST_CASE("operators that are functions, a first guess, weights") {
   const Digits digits(30);
   Samples samples;

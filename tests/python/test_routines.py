@@ -293,6 +293,15 @@ class Iterative(unittest.TestCase):
         for method in ("rgmres", "cgs", "bicgstab", "tfqmr"):
             self.check(self.matrix, self.b, method=method)
 
+    def test_symmetric_methods(self):
+        entries = [(i, j, 4 if i == j else -1) for i in range(9) for j in range(9) if abs(i - j) <= 1]
+        matrix = tesk2mp.SparseMatrix(9, entries)
+        b = list(range(1, 10))
+        for method in ("cg", "minres", "symmlq"):
+            with tesk2mp.digits(40):
+                x, _, _ = tesk2mp.solve_iteratively(matrix, b, tolerance="1e-30", method=method)
+                self.assertLess(max(abs(p - q) for p, q in zip(b, matrix.multiply(x))), Decimal("1e-27"))
+
     def test_functions(self):
         x, _ = self.check(self.matrix.multiply, self.b, preconditioner=lambda r: [each / 50 for each in r])
         _, iterations = self.check(self.matrix, self.b, guess=x)
