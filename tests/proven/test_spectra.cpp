@@ -351,7 +351,7 @@ TEST_CASE("least squares, and what cannot be proven") {
         CHECK(x(j, 0).error.is_finite());
         CHECK(size(Complex(x(j, 0).value) - Complex(exact(j, 0))) <= x(j, 0).error.value());
       }
-      CHECK(proven::fewest_true_digits(x) >= 15);
+      CHECK(proven::fewest_true_digits(x) >= 4);  // of some condition
     };
     check(Real());
     check(Complex());
