@@ -22,9 +22,10 @@ std::string with_decimals(const QuarnFloat& value, long decimals, char conversio
   return formatted(("%." + std::to_string(decimals) + conversion).c_str(), value);
 }
 
-// The exponent of a number in scientific form.
+// The exponent of a number in scientific form, 0 of an infinity or NaN.
 long exponent_of(const std::string& text) {
-  return std::strtol(text.c_str() + text.find_first_of("eE") + 1, nullptr, 10);
+  const std::size_t mark = text.find_first_of("eE");
+  return mark == std::string::npos ? 0 : std::strtol(text.c_str() + mark + 1, nullptr, 10);
 }
 
 constexpr long kSmallestFixed = -5;

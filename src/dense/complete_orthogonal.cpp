@@ -319,7 +319,7 @@ Integer checked_apply(const char* side, const char* trans, Integer m, Integer n,
     return -wrong;
   }
   work[0] = T(double(least));
-  if (lwork != -1) {
+  if (lwork != -1 && m > 0 && n > 0) {
     apply_z<T>(side_of(side), adjoint_option_of(trans), m, n, k, l, OneBasedMatrix<T>(a, lda).from(1, order - l + 1),
                tau, {c, ldc});
   }

@@ -72,8 +72,8 @@ TEST_CASE_TEMPLATE("chosen eigenvalues", T, Real, Complex) {
   CHECK(top.values == std::vector<Real>{3, 5});
   CHECK(top.vectors.columns() == 2);
   CHECK(top.vectors(2, 0) == T(1));
-  CHECK(symmetric_eigen(a, EigenInterval{1, 3}, Triangle::upper).values == std::vector<Real>{3});
-  CHECK(symmetric_eigenvalues(a, EigenIndices{0, 1}) == std::vector<Real>{1});
+  CHECK(symmetric_eigen(a, EigenInterval{1, 3}, Triangle::upper).values == std::vector<Real>{Real(3)});
+  CHECK(symmetric_eigenvalues(a, EigenIndices{0, 1}) == std::vector<Real>{Real(1)});
   CHECK(symmetric_eigenvalues(a, EigenInterval{6, 7}).empty());
   CHECK_THROWS_AS((void)symmetric_eigen(a, EigenIndices{1, 4}), InvalidArgument);
   CHECK_THROWS_AS((void)symmetric_eigen(a, EigenIndices{1, 1}), InvalidArgument);
