@@ -275,6 +275,7 @@ void run_proven(const EigOptions& options, const DenseMatrix& given, const tesk2
       proven_result(result, routine, [&] { return proven_eigenvalues_of(a, symmetric); });
   result.facts.push_back({"n", std::to_string(given.rows()), true});
   std::vector<Complex> values;
+  values.reserve(found.size());
   std::vector<tesk2mp::proven::BoundedRoot> roots;
   for (const auto& root : found) {
     values.push_back(tesk2mp::proven::known_value(root));

@@ -56,6 +56,7 @@ auto proven_result(Result& result, const std::string& routine, const Problem& pr
 template <class Bound>
 std::vector<QuarnFloat> errors_of(const std::vector<Bound>& results) {
   std::vector<QuarnFloat> errors;
+  errors.reserve(results.size());
   for (const Bound& each : results) {
     errors.push_back(each.error.value());
   }

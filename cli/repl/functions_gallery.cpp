@@ -21,7 +21,7 @@ const std::vector<tesk2mp::gallery::Entry>& entries() {
 
 template <class T>
 Array made(State& state, const std::string& name, std::size_t order, const std::vector<T>& parameters) {
-  const tesk2mp::Matrix<T> a = tesk2mp::gallery::matrix<T>(name, order, parameters, state.random);
+  tesk2mp::Matrix<T> a = tesk2mp::gallery::matrix<T>(name, order, parameters, state.random);
   if constexpr (std::is_same_v<T, Complex>) {
     return a;
   } else {

@@ -16,8 +16,8 @@ Matrix<T> function_of_matrix(const char* routine, const MatrixView<const T>& a, 
   const RawMatrix<T> f{result.view()};
   for (std::size_t j = 0; j < a.columns(); ++j) {
     for (std::size_t i = 0; i < a.rows(); ++i) {
-      const Complex element(a(i, j));
-      require(isfinite(element.re) && isfinite(element.im), routine, 2, "element (", i, ", ", j, ") is not finite");
+      require(isfinite(Complex(a(i, j)).re) && isfinite(Complex(a(i, j)).im), routine, 2, "element (", i, ", ", j,
+              ") is not finite");
     }
   }
   Integer info = 0;

@@ -92,9 +92,11 @@ class Search {
     return FloatToInt(work_[kOnes]) + 10 * FloatToInt(work_[kTens]) + 100 * FloatToInt(work_[kHundreds]);
   }
   void set_step(Integer step) {
+    const Integer tens = step / 10;
+    const Integer hundreds = step / 100;
     work_[kOnes] = step % 10;
-    work_[kTens] = step / 10 % 10;
-    work_[kHundreds] = step / 100;
+    work_[kTens] = tens % 10;
+    work_[kHundreds] = hundreds;
   }
 
   QuarnFloat scaled(Integer doublings) const {

@@ -143,7 +143,7 @@ void polynomial(Integer n, View<T> x, const std::vector<QuarnFloat>& c, View<T> 
     copy_matrix(n, n, f, former);
     multiply(n, former, powers[std::size_t(step)].view(), f);
     for (Integer k = 0; k < step && block * step + k < terms; ++k) {
-      const QuarnFloat& factor = c[std::size_t(block * step + k)];
+      const QuarnFloat& factor = c[std::size_t(block) * std::size_t(step) + std::size_t(k)];
       for (Integer j = 1; j <= n && k == 0; ++j) {
         f(j, j) = f(j, j) + T(factor);
       }

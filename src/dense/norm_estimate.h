@@ -24,7 +24,7 @@ inline Complex unit_of(const Complex& x) {
 template <class T, class Product>
 QuarnFloat estimated_one_norm(Integer n, const Product& product) {
   constexpr int kMostRounds = 5;
-  const QuarnFloat infinity("inf");
+  QuarnFloat infinity("inf");
   std::vector<T> store(std::size_t(n), T(1 / QuarnFloat(n)));
   const OneBasedVector<T> x(store.data(), 1);
   const auto norm = [&] {

@@ -96,7 +96,7 @@ Integer checked_division(Integer m, const T* a, Integer n, const T* b, T* q, T* 
       T& lead = rest[std::size_t(k)];
       lead = quotient(lead, b[0]);
       for (Integer i = 1; i <= n; ++i) {
-        subtract_product(rest[std::size_t(k + i)], lead, b[i]);
+        subtract_product(rest[std::size_t(k) + std::size_t(i)], lead, b[i]);
       }
     }
   }

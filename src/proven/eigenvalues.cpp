@@ -97,6 +97,7 @@ Integer checked_eigenvalues(Integer n, T* a, Integer lda, QuarnFloat* aerror, In
   }
   const std::vector<QuarnBound> reach = radii(n, own.view(), {aerror, ldaerror}, w, {x, ldx});
   std::vector<Disc> discs;
+  discs.reserve(reach.size());
   for (Integer j = 0; j < n; ++j) {
     discs.push_back({w[j], reach[std::size_t(j)]});
   }
