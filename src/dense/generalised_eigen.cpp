@@ -6,6 +6,7 @@
 #include "src/dense/guard_digits.h"
 #include "src/dense/power_of_ten.h"
 #include "src/dense/qr.h"
+#include "src/dense/schur_order.h"
 #include "src/frame/constants.h"
 #include "tesk2mp/generalised.h"
 
@@ -105,9 +106,10 @@ class GeneralisedEigen {
     const OneBasedMatrix<T> t = t_.view();
     OwnMatrix<T> own(n_, n_);
     const OneBasedMatrix<T> x = own.view();
+    const PencilSizes sizes{largest_element(n_, h), largest_element(n_, t)};
     for (const PencilEigenvalue& each : eigenvalues_) {
       const std::vector<Complex> vector =
-          left ? left_pencil_vector(n_, h, t, each) : right_pencil_vector(n_, h, t, each);
+          left ? left_pencil_vector(n_, h, t, sizes, each) : right_pencil_vector(n_, h, t, sizes, each);
       for (Integer i = 1; i <= n_; ++i) {
         store(vector[std::size_t(i - 1)], each, i, x);
       }

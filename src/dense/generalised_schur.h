@@ -39,13 +39,19 @@ struct PencilEigenvalue {
 template <class T>
 std::vector<PencilEigenvalue> pencil_eigenvalues(Integer n, OneBasedMatrix<T> h, OneBasedMatrix<T> t);
 
+/// The largest elements of H and T: divisors that are small beside them are replaced.
+struct PencilSizes {
+  QuarnFloat of_h;
+  QuarnFloat of_t;
+};
+
 /// The right eigenvector of the generalised Schur form: beta H x = alpha T x.
 template <class T>
-std::vector<Complex> right_pencil_vector(Integer n, OneBasedMatrix<T> h, OneBasedMatrix<T> t,
+std::vector<Complex> right_pencil_vector(Integer n, OneBasedMatrix<T> h, OneBasedMatrix<T> t, const PencilSizes& sizes,
                                          const PencilEigenvalue& eigenvalue);
 /// The left one: beta y^H H = alpha y^H T.
 template <class T>
-std::vector<Complex> left_pencil_vector(Integer n, OneBasedMatrix<T> h, OneBasedMatrix<T> t,
+std::vector<Complex> left_pencil_vector(Integer n, OneBasedMatrix<T> h, OneBasedMatrix<T> t, const PencilSizes& sizes,
                                         const PencilEigenvalue& eigenvalue);
 
 }  // namespace tesk

@@ -134,13 +134,13 @@ class GeneralisedSymmetric {
       return n_ + info;
     }
     // What the factor of an ill-conditioned B takes away is added before.
-    if (const int lost = std::min(digits_lost(), QuarnDigits()); lost > 0) {
-      info = factorise(digits + lost);
-      info = info == 0 ? solve_standard(digits + lost, wants_vectors, a, w) : n_ + info;
-    } else {
-      info = solve_standard(digits, wants_vectors, a, w);
+    const int lost = std::min(digits_lost(), QuarnDigits());
+    if (lost > 0 && (info = factorise(digits + lost)) != 0) {
+      return n_ + info;
     }
+    info = solve_standard(digits + std::max(lost, 0), wants_vectors, a, w);
     if (info != 0) {
+      round_elements<QuarnFloat>(n_, 1, {w, n_});
       return info;
     }
     const Integer w_exponent = a_exponent + (problem_ == kAxIsBx ? -2 : 2) * half;

@@ -51,17 +51,6 @@ void solve_pair(Complex a, Complex b, Complex c, Complex d, Complex& x, Complex&
   x = quotient(x, a);
 }
 
-template <class T>
-QuarnFloat largest_of(Integer n, OneBasedMatrix<T> a) {
-  QuarnFloat largest;
-  for (Integer j = 1; j <= n; ++j) {
-    for (Integer i = 1; i <= std::min(n, j + 1); ++i) {
-      largest = std::max(largest, magnitude(a(i, j)));
-    }
-  }
-  return largest;
-}
-
 }  // namespace
 
 template <class T>
@@ -90,7 +79,7 @@ std::vector<PencilEigenvalue> pencil_eigenvalues(Integer n, OneBasedMatrix<T> h,
 }
 
 template <class T>
-std::vector<Complex> right_pencil_vector(Integer n, OneBasedMatrix<T> h, OneBasedMatrix<T> t,
+std::vector<Complex> right_pencil_vector(Integer n, OneBasedMatrix<T> h, OneBasedMatrix<T> t, const PencilSizes& sizes,
                                          const PencilEigenvalue& eigenvalue) {
   // Divisors that two equal eigenvalues give are replaced, and long chains of them are scaled on the way.
   constexpr int kLargeExponent = 200000000;
@@ -98,7 +87,7 @@ std::vector<Complex> right_pencil_vector(Integer n, OneBasedMatrix<T> h, OneBase
   const Singular<T> m(h, t, eigenvalue);
   auto values = std::vector<Complex>(std::size_t(n));
   const OneBasedVector<Complex> x(values.data(), 1);
-  QuarnFloat size = std::max(eigenvalue.beta * largest_of(n, h), magnitude(eigenvalue.alpha) * largest_of(n, t));
+  QuarnFloat size = std::max(eigenvalue.beta * sizes.of_h, magnitude(eigenvalue.alpha) * sizes.of_t);
   const QuarnFloat smallest = size == 0 ? smallest_number() : epsilon() * kBase * size;
   const auto subtract_column = [&](Integer j, Integer rows) {
     for (Integer i = 1; i <= rows; ++i) {
@@ -148,13 +137,13 @@ std::vector<Complex> right_pencil_vector(Integer n, OneBasedMatrix<T> h, OneBase
 }
 
 template <class T>
-std::vector<Complex> left_pencil_vector(Integer n, OneBasedMatrix<T> h, OneBasedMatrix<T> t,
+std::vector<Complex> left_pencil_vector(Integer n, OneBasedMatrix<T> h, OneBasedMatrix<T> t, const PencilSizes& sizes,
                                         const PencilEigenvalue& eigenvalue) {
   // Mirrored in the other diagonal the form stays what it is, and right eigenvectors become left ones, conjugated and
   // in the opposite order.
   PencilEigenvalue mirrored = eigenvalue;
   mirrored.row = n + 1 - eigenvalue.row - (eigenvalue.pair ? 1 : 0);
-  std::vector<Complex> y = right_pencil_vector(n, h.antitransposed(n), t.antitransposed(n), mirrored);
+  std::vector<Complex> y = right_pencil_vector(n, h.antitransposed(n), t.antitransposed(n), sizes, mirrored);
   std::reverse(y.begin(), y.end());
   conjugate_vector(n, OneBasedVector<Complex>(y.data(), 1));
   return y;
@@ -164,12 +153,12 @@ template std::vector<PencilEigenvalue> pencil_eigenvalues(Integer, OneBasedMatri
                                                           OneBasedMatrix<QuarnFloat>);
 template std::vector<PencilEigenvalue> pencil_eigenvalues(Integer, OneBasedMatrix<Complex>, OneBasedMatrix<Complex>);
 template std::vector<Complex> right_pencil_vector(Integer, OneBasedMatrix<QuarnFloat>, OneBasedMatrix<QuarnFloat>,
-                                                  const PencilEigenvalue&);
+                                                  const PencilSizes&, const PencilEigenvalue&);
 template std::vector<Complex> right_pencil_vector(Integer, OneBasedMatrix<Complex>, OneBasedMatrix<Complex>,
-                                                  const PencilEigenvalue&);
+                                                  const PencilSizes&, const PencilEigenvalue&);
 template std::vector<Complex> left_pencil_vector(Integer, OneBasedMatrix<QuarnFloat>, OneBasedMatrix<QuarnFloat>,
-                                                 const PencilEigenvalue&);
+                                                 const PencilSizes&, const PencilEigenvalue&);
 template std::vector<Complex> left_pencil_vector(Integer, OneBasedMatrix<Complex>, OneBasedMatrix<Complex>,
-                                                 const PencilEigenvalue&);
+                                                 const PencilSizes&, const PencilEigenvalue&);
 
 }  // namespace tesk

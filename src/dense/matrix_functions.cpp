@@ -107,14 +107,6 @@ void multiply(Integer n, View<T> a, View<T> b, View<T> c) {
   exact::multiply_matrices(Op::none, Op::none, n, n, n, T(1.0), a, b, T(), c);
 }
 
-template <class T>
-void set_unit(Integer n, View<T> a) {
-  for (Integer j = 1; j <= n; ++j) {
-    fill(n, T(), a.column(j));
-    a(j, j) = T(1.0);
-  }
-}
-
 /// F := sum of c(k) X^k, k = 0, 1, ..., with about 2 sqrt(k) products: M. S. Paterson, L. J. Stockmeyer, On the number
 /// of nonscalar multiplications necessary to evaluate polynomials, SIAM J. Comput. 2 (1973).
 template <class T>
@@ -138,10 +130,13 @@ void polynomial(Integer n, View<T> x, const std::vector<QuarnFloat>& c, View<T> 
   for (Integer j = 1; j <= n; ++j) {
     fill(n, T(), f.column(j));
   }
-  for (Integer block = (terms - 1) / step; block >= 0; --block) {
+  const Integer last = (terms - 1) / step;
+  for (Integer block = last; block >= 0; --block) {
     QuarnCheckInterrupt();
-    copy_matrix(n, n, f, former);
-    multiply(n, former, powers[std::size_t(step)].view(), f);
+    if (block < last) {
+      copy_matrix(n, n, f, former);
+      multiply(n, former, powers[std::size_t(step)].view(), f);
+    }
     for (Integer k = 0; k < step && block * step + k < terms; ++k) {
       const QuarnFloat& factor = c[std::size_t(block) * std::size_t(step) + std::size_t(k)];
       for (Integer j = 1; j <= n && k == 0; ++j) {
@@ -193,7 +188,7 @@ template <class T>
 double exponential(Integer n, View<T> a, View<T> f) {
   const QuarnFloat norm = one_norm(n, a);
   if (norm == 0) {
-    set_unit(n, f);
+    set_identity(n, f);
     return 0;
   }
   const Scaling scaling(log10_of(norm), QuarnDigits() + 1);
@@ -387,7 +382,7 @@ void whole_power(Integer n, View<T> a, std::int64_t k, View<T> f) {
   const View<T> temporary = own.view();
   const View<T> base = copy_of_base.view();
   copy_matrix(n, n, a, base);
-  set_unit(n, f);
+  set_identity(n, f);
   for (; k > 0; k /= 2) {
     QuarnCheckInterrupt();
     if (k % 2 == 1) {
@@ -434,7 +429,12 @@ Integer power(Integer n, View<T> a, const QuarnFloat& p, View<T> f) {
   }
   const QuarnFloat nearest = rint(p);
   const QuarnFloat rest = p - nearest;
-  const auto k = std::int64_t(FloatToDouble(nearest));
+  auto k = std::int64_t(FloatToDouble(nearest));
+  {
+    // Beyond 2^53 a double leaves something.
+    const WorkingDigits exact(std::max(QuarnDigits(), kMostDigits + 2));
+    k += std::int64_t(FloatToDouble(nearest - QuarnFloat(k)));
+  }
   const int extra = 6 + (k == 0 ? 0 : ilogb(QuarnFloat(k < 0 ? -k : k)));
   const WorkingDigits more(QuarnDigits() + extra);
   OwnMatrix<T> whole(n, n);
@@ -442,7 +442,7 @@ Integer power(Integer n, View<T> a, const QuarnFloat& p, View<T> f) {
     OwnMatrix<T> copy_of_a(n, n);
     OwnMatrix<T> inverse(n, n);
     copy_matrix(n, n, a, copy_of_a.view());
-    set_unit(n, inverse.view());
+    set_identity(n, inverse.view());
     if (!solve(n, copy_of_a.view(), inverse.view())) {
       return kNone;
     }

@@ -1,9 +1,23 @@
 // What is done with Schur forms: Sylvester equations and the order of eigenvalues, real and complex, without checks.
 #pragma once
 
+#include <algorithm>
+
 #include "src/dense/householder.h"
 
 namespace tesk {
+
+/// The largest element on and above the diagonal, and beside it.
+template <class T>
+QuarnFloat largest_element(Integer n, OneBasedMatrix<T> a) {
+  QuarnFloat largest;
+  for (Integer j = 1; j <= n; ++j) {
+    for (Integer i = 1; i <= std::min(n, j + 1); ++i) {
+      largest = std::max(largest, magnitude(a(i, j)));
+    }
+  }
+  return largest;
+}
 
 /// Solves A X + sign X B = C for X in the place of C, A (m by m) and B (n by n) in Schur form. Returns whether a
 /// divisor was as small as roundings of A and B and has been replaced: the two have a common eigenvalue, or nearly.

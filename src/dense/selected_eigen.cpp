@@ -121,6 +121,9 @@ Integer checked_inverse_iteration(Integer n, QuarnFloat* d, QuarnFloat* e, Integ
     }
     row = last;
   }
+  if (m > 0 && (iblock[0] < 1 || std::size_t(iblock[m - 1]) > split.size())) {
+    return -6;
+  }
   if (ldz < std::max<Integer>(1, n)) {
     return -9;
   }
@@ -163,7 +166,7 @@ struct SelectedEigen {
     if (wanted.selection.kind == Selection::Kind::all && !(wanted.tolerance > 0)) {
       w.resize(std::size_t(n));
       unsolved = hermitian_eigen(wanted.vectors, Triangle::lower, n, full, w.data());
-      for (Integer j = 1; wanted.vectors && j <= n; ++j) {
+      for (Integer j = 1; wanted.vectors && unsolved == 0 && j <= n; ++j) {
         copy(n, full.column(j), z.column(j));
       }
       return;

@@ -97,9 +97,11 @@ class Sylvester {
                  std::array<Integer, kMost>& unknown) {
     Integer row = k;
     Integer column = k;
+    QuarnFloat largest = magnitude(s(k, k));
     for (Integer j = k; j <= count; ++j) {
       for (Integer i = k; i <= count; ++i) {
-        if (magnitude(s(i, j)) > magnitude(s(row, column))) {
+        if (QuarnFloat size = magnitude(s(i, j)); size > largest) {
+          largest = std::move(size);
           row = i;
           column = j;
         }
@@ -116,7 +118,7 @@ class Sylvester {
     for (Integer i = k + 1; i <= count; ++i) {
       const T factor = quotient(s(i, k), s(k, k));
       subtract_product(x(i), factor, x(k));
-      for (Integer j = k; j <= count; ++j) {
+      for (Integer j = k + 1; j <= count; ++j) {
         subtract_product(s(i, j), factor, s(k, j));
       }
     }
@@ -126,18 +128,6 @@ class Sylvester {
   const QuarnFloat& smallest_;
   bool replaced_ = false;
 };
-
-/// The largest element on and above the diagonal, and beside it.
-template <class T>
-QuarnFloat largest_element(Integer n, OneBasedMatrix<T> a) {
-  QuarnFloat largest;
-  for (Integer j = 1; j <= n; ++j) {
-    for (Integer i = 1; i <= std::min(n, j + 1); ++i) {
-      largest = std::max(largest, magnitude(a(i, j)));
-    }
-  }
-  return largest;
-}
 
 /// op(A) in the order that makes it a Schur form again, where op is not none: rows and columns backward.
 template <class T>

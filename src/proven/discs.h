@@ -16,6 +16,8 @@ struct Disc {
 };
 
 inline bool are_apart(const Complex& a, const QuarnBound& of_a, const Complex& b, const QuarnBound& of_b) {
+  // With fewer digits the rounding of the difference would count.
+  const WorkingDigits scope(std::max(QuarnDigits(), kFewDigits));
   const QuarnBound reach = of_a + of_b;
   return reach.is_finite() && least_size(a - b) > reach.value();
 }

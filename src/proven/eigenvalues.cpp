@@ -15,11 +15,13 @@ using Matrix = OneBasedMatrix<Complex>;
 void scale_columns(Integer n, Matrix x, const Complex* d, Matrix c, const Range& range,
                    std::vector<QuarnBound>& errors) {
   const QuarnBound units = QuarnBound::power_of_ten(2 - QuarnDigits());
+  const QuarnBound of_zeros = range.of_zero() * QuarnBound::count(8);
   for (Integer j = 1; j <= n; ++j) {
+    const QuarnBound factor(d[j - 1]);
     for (Integer i = 1; i <= n; ++i) {
       c(i, j) = x(i, j) * d[j - 1];
       // Four products and two sums, each rounded.
-      errors.push_back(QuarnBound(x(i, j)) * QuarnBound(d[j - 1]) * units + range.of_zero() * QuarnBound::count(8));
+      errors.push_back(QuarnBound(x(i, j)) * factor * units + of_zeros);
     }
   }
 }
@@ -64,11 +66,15 @@ std::vector<QuarnBound> radii(Integer n, Matrix a, const Uncertainty& of_a, cons
   std::fill(result.begin(), result.end(), QuarnBound());
   for (Integer j = 1; j <= n; ++j) {
     std::vector<QuarnBound> of_column(std::size_t(n) + 1);
+    std::vector<QuarnBound> sizes;
+    for (Integer k = 1; k <= n && !of_a.is_zero(); ++k) {
+      sizes.emplace_back(x(k, j));
+    }
     for (Integer i = 1; i <= n; ++i) {
       QuarnBound& bound = of_column[std::size_t(i)];
       bound = of_residual[std::size_t(j - 1) * std::size_t(n) + std::size_t(i - 1)] + rounded.error(residual(i, j));
       for (Integer k = 1; k <= n && !of_a.is_zero(); ++k) {
-        bound += of_a(i, k) * QuarnBound(x(k, j));
+        bound += of_a(i, k) * sizes[std::size_t(k - 1)];
       }
     }
     const std::vector<QuarnBound> of_y = inverse->errors(y.column(j), std::move(of_column), range);

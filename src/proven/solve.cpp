@@ -136,11 +136,15 @@ class Solver {
     Bounds bounds(std::size_t(n_) * std::size_t(m_));
     for (Integer j = 1; j <= m_; ++j) {
       Bounds of_r(std::size_t(n_) + 1);
+      Bounds sizes;
+      for (Integer k = 1; k <= n_ && !of_a_.is_zero(); ++k) {
+        sizes.emplace_back(x_(k, j));
+      }
       for (Integer i = 1; i <= n_; ++i) {
         QuarnBound& bound = of_r[std::size_t(i)];
         bound = of_residual.error(r(i, j)) + of_b_(i, j);
         for (Integer k = 1; k <= n_ && !of_a_.is_zero(); ++k) {
-          bound += of_a_(i, k) * QuarnBound(x_(k, j));
+          bound += of_a_(i, k) * sizes[std::size_t(k - 1)];
         }
       }
       const Bounds of_y = proof.errors(y.column(j), std::move(of_r), range_);

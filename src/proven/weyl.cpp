@@ -2,6 +2,7 @@
 // product of its approximate factors, and these from orthonormal ones. H. Weyl, Math. Ann. 71 (1912); A. M. Ostrowski,
 // Proc. Nat. Acad. Sci. 45 (1959); S. M. Rump, Verified bounds for singular values, BIT 51 (2011). Eigenvectors: C.
 // Davis, W. M. Kahan, SIAM J. Numer. Anal. 7 (1970).
+#include "src/dense/tridiagonal.h"
 #include "src/proven/norms.h"
 #include "tesk2mp/proven_spectra.h"
 
@@ -128,26 +129,17 @@ Integer checked_symmetric(const char* uplo, Integer n, T* a, Integer lda, QuarnF
   if (wrong != 0 || n == 0) {
     return -wrong;
   }
-  // Both triangles, with a real diagonal.
-  const bool lower = triangle_of(uplo) == Triangle::lower;
-  const OneBasedMatrix<T> given(a, lda);
+  const Triangle triangle = triangle_of(uplo);
+  OwnMatrix<T> own = hermitian_copy<T>(triangle, n, {a, lda});
   const Uncertainty of_given(aerror, ldaerror);
-  OwnMatrix<T> own(n, n);
-  OwnMatrix<QuarnFloat> own_errors(n, n);
-  for (Integer j = 1; j <= n; ++j) {
+  const Integer uncertain = of_given.is_zero() ? 0 : n;
+  OwnMatrix<QuarnFloat> own_errors(uncertain, uncertain);
+  for (Integer j = 1; j <= uncertain; ++j) {
     for (Integer i = j; i <= n; ++i) {
-      const Integer row = lower ? i : j;
-      const Integer column = lower ? j : i;
-      T element = given(row, column);
-      if (i == j) {
-        exact::clear_imaginary(element);
-      }
-      own.view()(column, row) = conjugate(element);
-      own.view()(row, column) = std::move(element);
-      if (!of_given.is_zero()) {
-        own_errors.view()(row, column) = of_given(row, column).value();
-        own_errors.view()(column, row) = own_errors.view()(row, column);
-      }
+      const bool lower = triangle == Triangle::lower;
+      const QuarnBound error_of_element = lower ? of_given(i, j) : of_given(j, i);
+      own_errors.view()(i, j) = error_of_element.value();
+      own_errors.view()(j, i) = own_errors.view()(i, j);
     }
   }
   const Uncertainty of_a(own_errors.view().first(), of_given.is_zero() ? 0 : least);

@@ -117,6 +117,10 @@ TEST_CASE("closed forms") {
     CHECK(tesk2mp::sqrtm(Dense<Real>(3, 3)) == Dense<Real>(3, 3));
     // Whole powers.
     const Dense<Real> fibonacci = {{1, 1}, {1, 0}};
+    if (digits >= 16) {
+      // Odd, and no double.
+      CHECK(tesk2mp::fractional_matrix_power(Dense<Real>{{-1}}, Real("9007199254740993"))(0, 0) == -1);
+    }
     CHECK(tesk2mp::fractional_matrix_power(fibonacci, 60)(0, 1) == Real("1548008755920"));
     CHECK(tesk2mp::fractional_matrix_power(fibonacci, -1) == Dense<Real>{{0, 1}, {1, -1}});
     CHECK(tesk2mp::fractional_matrix_power(fibonacci, 0) == Dense<Real>::identity(2));

@@ -328,6 +328,22 @@ TEST_CASE("zeros of polynomials are within their discs") {
   CHECK(proven::fewest_true_digits(at_zero) >= 37);
 }
 
+TEST_CASE("discs that touch by less than few digits show are connected") {
+  // 1.2 + 0.86 is 2.06, and 2.1 in two digits; the radii, twice the errors, add up to 2.08.
+  Real a[] = {Real("1.2"), 0, 0, Real("-0.86")};
+  Real errors[] = {Real("0.52"), 0, 0, Real("0.52")};
+  Complex x[] = {1, 0, 0, 1};
+  Complex w[] = {Complex(a[0]), Complex(a[3])};
+  Real radius[2];
+  Integer count[2];
+  Integer info = -99;
+  const support::Digits scope(2);
+  QuarnMPX_dproven_eigenvalues_(2, a, 2, errors, 2, w, x, 2, radius, count, &info);
+  CHECK(info == 0);
+  CHECK(count[0] == 2);
+  CHECK(count[1] == 2);
+}
+
 TEST_CASE("least squares, and what cannot be proven") {
   const support::Digits scope(30);
   support::Random random;
