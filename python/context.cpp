@@ -61,6 +61,8 @@ py::handle call_in_context(Call& call) {
     return result;
   } catch (const py::type_error& error) {
     refuse("InvalidType", error.what());
+  } catch (const py::cast_error& error) {
+    refuse("InvalidType", error.what());
   } catch (const py::value_error& error) {
     refuse("InvalidArgument", error.what());
   }

@@ -11,6 +11,17 @@ tesk2mp::DefiniteProblem problem_of(int problem) {
   return tesk2mp::DefiniteProblem(problem);
 }
 
+std::pair<py::object, py::object> two_of(py::handle pair, const char* name) {
+  std::vector<py::object> both;
+  for (const py::handle each : elements_of(pair)) {
+    both.push_back(py::reinterpret_borrow<py::object>(each));
+  }
+  if (both.size() != 2) {
+    throw py::value_error(std::string(name) + " is two numbers");
+  }
+  return {both[0], both[1]};
+}
+
 /// Calls `work` with the matrix, the eigenvalues that are chosen and its triangle, or with both matrices, the problem
 /// and the triangle.
 template <class Work>
@@ -29,13 +40,13 @@ auto of_symmetric(py::handle a, const std::string& triangle, py::handle b, int p
                        beside);
   }
   if (!interval.is_none()) {
-    const auto ends = py::cast<py::sequence>(interval);
-    const tesk2mp::EigenInterval chosen{to_real(ends[0]), to_real(ends[1])};
+    const auto [low, high] = two_of(interval, "interval");
+    const tesk2mp::EigenInterval chosen{to_real(low), to_real(high)};
     return with_scalar([&]<class T>(T) { return work(given.matrix<T>(), chosen, stored); }, given);
   }
   if (!indices.is_none()) {
-    const auto [first, end] = py::cast<std::pair<std::size_t, std::size_t>>(indices);
-    const tesk2mp::EigenIndices chosen{first, end};
+    const auto [first, end] = two_of(indices, "indices");
+    const tesk2mp::EigenIndices chosen{to_index(first), to_index(end)};
     return with_scalar([&]<class T>(T) { return work(given.matrix<T>(), chosen, stored); }, given);
   }
   return with_scalar([&]<class T>(T) { return work(given.matrix<T>(), stored); }, given);

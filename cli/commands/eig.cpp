@@ -274,15 +274,14 @@ void run_proven(const EigOptions& options, const DenseMatrix& given, const tesk2
   std::vector<tesk2mp::proven::BoundedRoot> found =
       proven_result(result, routine, [&] { return proven_eigenvalues_of(a, symmetric); });
   result.facts.push_back({"n", std::to_string(given.rows()), true});
-  std::vector<Complex> values;
-  values.reserve(found.size());
-  std::vector<tesk2mp::proven::BoundedRoot> roots;
+  std::vector<Complex> unordered;
+  unordered.reserve(found.size());
   for (const auto& root : found) {
-    values.push_back(tesk2mp::proven::known_value(root));
+    unordered.push_back(tesk2mp::proven::known_value(root));
   }
-  const std::vector<std::size_t> order = by_magnitude(values);
-  const std::vector<Complex> unordered = std::move(values);
-  values = {};
+  const std::vector<std::size_t> order = by_magnitude(unordered);
+  std::vector<Complex> values;
+  std::vector<tesk2mp::proven::BoundedRoot> roots;
   for (const std::size_t j : order) {
     values.push_back(unordered[j]);
     roots.push_back(found[j]);
@@ -308,6 +307,9 @@ void run_eig(const EigOptions& options) {
   }
   if (!alone && (options.condition || !options.select.empty())) {
     throw bad_input("--condition and --select do not go with --mass");
+  }
+  if (options.matrix == "-" && options.mass == "-") {
+    throw bad_input("only one of MATRIX and --mass can be standard input");
   }
   const auto read = [&] {
     const tesk2mp::Digits scope(digits_of_data(options.proven));

@@ -25,6 +25,14 @@ struct GalleryOptions {
 };
 
 void list_gallery(const GalleryOptions& options) {
+  for (const auto& [given, what] :
+       {std::pair{options.output.format == Format::mtx, "--format mtx"},
+        std::pair{!options.output.picture.empty(), "--plot"}, std::pair{!options.seed.empty(), "--seed"},
+        std::pair{!options.order.empty(), "N"}}) {
+    if (given) {
+      throw bad_input(std::string(what) + " is for a matrix, and the list of matrices is none");
+    }
+  }
   Result result;
   result.notes = {"Test matrices: quarn gallery NAME N [PARAMETER ...]"};
   ResultColumn names{"name", {}, false, true};
@@ -37,9 +45,6 @@ void list_gallery(const GalleryOptions& options) {
   }
   result.data = {names, parameters, purposes};
   result.table = result.data;
-  if (options.output.format == Format::mtx) {
-    throw bad_input("--format mtx: the list of matrices is not a matrix");
-  }
   deliver(result, options.output);
 }
 

@@ -98,7 +98,10 @@ bool has_positive_diagonal(const tesk2mp::SparseMatrix<QuarnFloat>& a) {
 
 std::string automatic_method(const LinearSystem& system) {
   const auto* equations = std::get_if<Equations<QuarnFloat>>(&system.equations);
-  if (equations == nullptr || !is_symmetric(equations->a)) {
+  if (equations == nullptr) {
+    return "direct";
+  }
+  if (!is_symmetric(equations->a)) {
     return "bicgstab";
   }
   return has_positive_diagonal(equations->a) ? "cg" : "minres";

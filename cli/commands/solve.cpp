@@ -326,7 +326,8 @@ The iterative methods stop when ||b - A x|| <= tol (||b|| + ||A|| ||x||), Euclid
 factorises the full matrix and refines the solution with exact residuals.
 --method all compares the iterative ones for general matrices. cg, minres and symmlq are for
 symmetric ones; --method auto takes cg when the diagonal is positive too (and minres when cg
-finds the matrix indefinite), minres when it is not, bicgstab when there is no symmetry.
+finds the matrix indefinite), minres when it is not, bicgstab when there is no symmetry,
+direct when the system is complex.
 Not solved is exit status 1; the last iterate and its residual are written all the same.
 A small residual is an estimate: where b was made up the largest error is written beside it.
 

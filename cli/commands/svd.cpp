@@ -112,7 +112,7 @@ void declare(Command& command) {
   command.work = [options] { run_svd(*options); };
 }
 
-const Registered kCommand(125, "svd", "Singular values of a dense matrix", kFooter, declare);
+const Registered kCommand(125, "svd", "singular values of a dense matrix", kFooter, declare);
 
 }  // namespace
 

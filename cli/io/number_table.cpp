@@ -316,8 +316,11 @@ const NumberTable::Column& NumberTable::choose(const std::string& name) const {
   }
   const Column* chosen = nullptr;
   for (auto column = columns_.rbegin(); column != columns_.rend(); ++column) {
-    // Behind the others, or parted at its decimal commas, no number is passed over.
-    if ((chosen == nullptr || separator_ == ',') && holds_numbers(*column) && chosen == nullptr) {
+    if (chosen != nullptr && separator_ != ',') {
+      break;
+    }
+    // Parted at their decimal commas, numbers in front are refused, not passed over.
+    if (holds_numbers(*column) && chosen == nullptr) {
       chosen = &*column;
     }
   }

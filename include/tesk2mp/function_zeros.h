@@ -1,5 +1,6 @@
-// Zeros of a function of one variable by reverse communication: the routines say at which x the value is needed, and
-// are called again with it, so that they do not see the function.
+// Zeros of a function of one variable by reverse communication.
+//
+// The routines say at which x the value is needed, and are called again with it: they do not see the function.
 #pragma once
 
 #include "quarn/quarnfloat.h"

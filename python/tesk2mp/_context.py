@@ -38,7 +38,9 @@ class _Scope:
         self, kind: type[BaseException] | None, error: BaseException | None, traceback: TracebackType | None
     ) -> None:
         entries = _entered.get()
-        at = next(i for i, (scope, _) in enumerate(entries) if scope is self)
+        at = next((i for i, (scope, _) in enumerate(entries) if scope is self), None)
+        if at is None:
+            raise RuntimeError(f"{self!r} was not entered in this thread, task or context")
         _entered.set(entries[:at] + entries[at + 1 :])
         self._leave(entries[at][1])
 

@@ -37,7 +37,7 @@ from . import (
 from . import cholesky as _cholesky
 from . import hessenberg as _hessenberg
 from ._context import at, plain
-from ._errors import InvalidArgument, refusal
+from ._errors import InvalidArgument, InvalidType, refusal
 from ._types import Matrix, Numbers, RealLike, Rows, Vector
 
 __all__ = [
@@ -125,7 +125,10 @@ def solve_banded(
     >>> solve_banded((1, 1), [[0, 1], [2, 3], [4, 0]], [4, 10])
     [Decimal('1'), Decimal('2')]
     """
-    below, above = l_and_u
+    try:
+        below, above = l_and_u
+    except TypeError as error:
+        raise refusal(InvalidType, "l_and_u is two numbers of diagonals") from error
     return _solve_banded(below, above, ab, b, digits=digits)
 
 
@@ -237,6 +240,8 @@ def lu_solve(lu: LU, b: Vector | Matrix, trans: Literal[0, 1, 2] = 0, *, digits:
     >>> lu_solve(lu_factor([[0, 2], [4, 1]]), [2, 9])
     [Decimal('2'), Decimal('1')]
     """
+    if not isinstance(lu, LU):
+        raise refusal(InvalidType, f"the factors are an LU of lu_factor(), not {type(lu).__name__}")
     with at(digits):
         return lu.solve(b, _option("trans", _OPERATIONS, trans))
 
@@ -257,6 +262,8 @@ def cho_solve(c: Cholesky, b: Vector | Matrix, *, digits: int | None = None) -> 
     >>> cho_solve(cho_factor([[4, 2], [2, 5]]), [8, 12])
     [Decimal('1'), Decimal('2')]
     """
+    if not isinstance(c, Cholesky):
+        raise refusal(InvalidType, f"the factor is a Cholesky of cho_factor(), not {type(c).__name__}")
     with at(digits):
         return c.solve(b)
 
@@ -283,7 +290,8 @@ def svdvals(a: Matrix, *, digits: int | None = None) -> list[Decimal]:
 
 
 def cond(a: Matrix, p: None | Literal["fro", 1, 2] | float = None, *, digits: int | None = None) -> Decimal:
-    """norm(a) norm(inverse(a)) in the 2-norm, by singular values, or in the norm of that name; infinite for a singular a.
+    """norm(a) norm(inverse(a)) in the 2-norm, by singular values, or in the norm of that name; infinite, or as large as
+    roundings make it, for a singular a.
 
     >>> cond([[1, 0], [0, 4]]), cond([[1, 2], [3, 4]], 1)
     (Decimal('4'), Decimal('21'))
@@ -291,7 +299,7 @@ def cond(a: Matrix, p: None | Literal["fro", 1, 2] | float = None, *, digits: in
     with at(digits):
         if p is None or p == 2:
             s = svdvals(a)
-            product = Real(s[0]) / s[-1]
+            product = Real(0) if len(s) == 0 else Real("Infinity") if s[-1] == 0 else Real(s[0]) / s[-1]
         else:
             kind = _option("p", _NORMS, p)
             product = Real(_norm(a, kind)) * _norm(inverse(a), kind)
@@ -308,7 +316,7 @@ def norm(
     """
     with at(digits):
         if ord == 2:
-            return singular_values(cast(Matrix, a))[0] if _is_matrix(a) else _norm(a)
+            return max(singular_values(cast(Matrix, a)), default=_norm([])) if _is_matrix(a) else _norm(a)
         return _norm(a, _option("ord", _NORMS, ord))
 
 
@@ -371,12 +379,15 @@ def hessenberg(a: Matrix, *, digits: int | None = None) -> tuple[Rows, Rows]:
 
 
 def _option(what: str, options: dict[Any, str], name: object) -> str:
-    if name not in options:
-        raise refusal(InvalidArgument, f"{what} is one of {', '.join(map(repr, options))}, not {name!r}")
-    return options[name]
+    for option, meaning in options.items():
+        if option == name:
+            return meaning
+    raise refusal(InvalidArgument, f"{what} is one of {', '.join(map(repr, options))}, not {name!r}")
 
 
 def _is_matrix(a: Any) -> bool:
+    if not hasattr(a, "__iter__"):
+        raise refusal(InvalidType, f"a vector or a matrix is needed, not {type(a).__name__}")
     first: Any = next(iter(a), 0)
     return hasattr(first, "__iter__") and not isinstance(first, (str, Complex))
 

@@ -19,7 +19,7 @@ from typing import Any, NamedTuple, TypeVar
 
 from . import _core
 from ._context import digits as _at_digits
-from ._errors import InvalidArgument, NumericalFailure, refusal
+from ._errors import InvalidArgument, InvalidType, NumericalFailure, refusal
 
 __all__ = [
     "Bounded",
@@ -116,9 +116,11 @@ class Root(NamedTuple):
 def _parts(result: Any) -> Iterator[_Part]:
     if isinstance(result, (Bounded, Root)):
         yield from result.parts()
-    else:
+    elif isinstance(result, (list, tuple)):
         for each in result:
             yield from _parts(each)
+    else:
+        raise refusal(InvalidType, f"proven numbers are needed, not {type(result).__name__}")
 
 
 def true_digits(result: Any) -> int | None:
@@ -148,6 +150,10 @@ def to_digits(k: int, problem: Callable[[], _Result], most: int = 100000) -> _Re
     >>> ratio[1].text(30)
     '1.61803398874989484820458683437'
     """
+    if not (isinstance(k, int) and isinstance(most, int)):
+        raise refusal(InvalidType, "numbers of digits are integers")
+    if not callable(problem):
+        raise refusal(InvalidType, f"a function is needed, not {type(problem).__name__}")
     if k < 1 or most < k:
         raise refusal(InvalidArgument, f"{k} true digits with at most {most} working digits")
     working = min(most, k + _MARGIN)
@@ -171,9 +177,16 @@ def _is_short(fraction: Fraction) -> bool:
     return rest == 1
 
 
+def _rows(matrix: Any) -> list[list[Any]]:
+    try:
+        return [list(row) for row in matrix]
+    except TypeError as error:
+        raise refusal(InvalidType, "a matrix is a sequence of rows") from error
+
+
 def _given(matrix: Any) -> tuple[list[list[Any]], list[list[Any]] | None]:
     """The elements, Fractions rounded to the working digits, and bounds of that; None where nothing is rounded."""
-    values = [list(row) for row in matrix]
+    values = _rows(matrix)
     if not any(isinstance(each, Fraction) and not _is_short(each) for row in values for each in row):
         return values, None
     errors: list[list[Any]] = [[0 for _ in row] for row in values]
@@ -198,7 +211,7 @@ def _vector(both: tuple[list[Any], list[decimal.Decimal]]) -> list[Bounded]:
 
 def _exact_columns(b: Any) -> tuple[list[list[Any]], bool]:
     """The right-hand sides as a matrix; and was it a vector?"""
-    rows = list(b)
+    rows = list(b) if hasattr(b, "__iter__") else [b]
     is_vector = not rows or not hasattr(rows[0], "__iter__") or isinstance(rows[0], str)
     return [[each] for each in rows] if is_vector else [list(row) for row in rows], is_vector
 
@@ -222,8 +235,9 @@ def inverse(a: Any) -> list[list[Bounded]]:
     >>> str(inverse([[4]])[0][0])
     '0.25'
     """
-    order = len(list(a))
-    result = solve(a, [[int(i == j) for j in range(order)] for i in range(order)])
+    rows = _rows(a)
+    order = len(rows)
+    result = solve(rows, [[int(i == j) for j in range(order)] for i in range(order)])
     assert isinstance(result, list)
     return result
 
