@@ -32,6 +32,16 @@ void dproven_eigenvalues() {
   //! [dproven_eigenvalues]
 }
 
+void dproven_eigen() {
+  //! [dproven_eigen]
+  QuarnFloat a[] = {2, 0, 1, 2}, error[2], xerror[2];
+  Complex w[] = {2, 2}, x[] = {1, 0, 1, 0};
+  Integer count[2], info;
+  QuarnMPX_dproven_eigen_(2, a, 2, nullptr, 0, nullptr, 0, nullptr, 0, w, x, 2, error, xerror, count, &info);
+  std::cout << w[0].re << " " << (error[0] < QuarnFloat("1e-18")) << " " << count[0] << " " << xerror[0] << "\n";
+  //! [dproven_eigen]
+}
+
 void dproven_zeros() {
   //! [dproven_zeros]
   QuarnFloat a[] = {1, 0, -2}, error[2];
@@ -48,5 +58,6 @@ int main() {
   return run_examples({{"dproven_symmetric", dproven_symmetric},
                        {"dproven_singular", dproven_singular},
                        {"dproven_eigenvalues", dproven_eigenvalues},
+                       {"dproven_eigen", dproven_eigen},
                        {"dproven_zeros", dproven_zeros}});
 }

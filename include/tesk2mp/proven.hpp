@@ -25,8 +25,8 @@ struct Bounded {
   QuarnBound error = QuarnBound::infinity();
 };
 
-/// An eigenvalue or a zero: `count` of them, this one included, are within `error` of `value`; with a count of 1 it is
-/// the only one there. A real one is exactly real.
+/// An eigenvalue or a zero: `count` of them, this one included, are within `error` of `value`, and each of them has
+/// such a disc; discs of others may reach into it once they are rounded. A real one is exactly real.
 struct BoundedRoot {
   Complex value{};
   QuarnBound error = QuarnBound::infinity();
@@ -322,6 +322,8 @@ auto to_digits(int k, const Problem& problem, int most = 100'000) {
   tesk2mp::detail::require(k >= 1, "TO_DIGITS", 1, k, " digits are less than one");
   tesk2mp::detail::require(most >= k, "TO_DIGITS", 2, "at most ", most, " working digits for ", k, " true ones");
   int working = std::min(most, k + kMargin);
+  int working_before = 0;
+  std::int64_t known_before = 0;
   while (true) {
     std::int64_t known = 0;
     {
@@ -338,9 +340,17 @@ auto to_digits(int k, const Problem& problem, int most = 100'000) {
                                  std::to_string(working) + " working digits",
                              {known, std::int64_t(k), std::int64_t(working)});
     }
-    // Where some digits are known the loss is known too.
-    const std::int64_t wanted =
-        known > 0 ? std::int64_t(working) + (k - known) + kMargin : 2 * std::int64_t(working) + 2 * kMargin;
+    // Where some digits are known the loss is known too; of k-fold roots k more digits of work bring one.
+    std::int64_t wanted = 2 * std::int64_t(working) + 2 * kMargin;
+    if (known > 0) {
+      const std::int64_t missing = k - known + kMargin;
+      const bool seen = known_before > 0 && known > known_before;
+      const std::int64_t rate =
+          seen ? (working - working_before + known - known_before - 1) / (known - known_before) : 1;
+      wanted = std::min(wanted + missing, working + std::max<std::int64_t>(rate, 1) * missing);
+    }
+    known_before = known;
+    working_before = working;
     working = int(std::min<std::int64_t>(wanted, most));
   }
 }

@@ -3,9 +3,12 @@
 #pragma once
 
 #include <algorithm>
+#include <concepts>
+#include <utility>
 #include <vector>
 
 #include "tesk2mp/eigenproblems.hpp"
+#include "tesk2mp/generalised.hpp"
 #include "tesk2mp/polynomials.hpp"
 #include "tesk2mp/proven.hpp"
 #include "tesk2mp/proven_spectra.h"
@@ -45,13 +48,6 @@ struct Roots {
   explicit Roots(std::vector<Complex> approximations)
       : values(std::move(approximations)), errors(values.size()), counts(values.size()) {}
 
-  QuarnBound largest_error() const {
-    QuarnBound largest;
-    for (const Real& error : errors) {
-      largest = std::max(largest, QuarnBound(error));
-    }
-    return largest;
-  }
   std::vector<BoundedRoot> delivered(bool pairs) const {
     std::vector<BoundedRoot> result;
     for (std::size_t i = 0; i < values.size(); ++i) {
@@ -62,39 +58,6 @@ struct Roots {
     return result;
   }
 };
-
-/// A matrix with its elements changed by some 10^-places of the largest one, no two alike: its eigenvalues are apart.
-template <class T>
-Matrix<T> perturbed(const Matrix<T>& a, int places) {
-  Real largest;
-  for (std::size_t j = 0; j < a.columns(); ++j) {
-    for (std::size_t i = 0; i < a.rows(); ++i) {
-      largest = std::max(largest, fabs(Complex(a(i, j)).re) + fabs(Complex(a(i, j)).im));
-    }
-  }
-  const Real unit = largest * Real(1, -places);
-  Matrix<T> result = a;
-  std::uint32_t state = 1;
-  for (std::size_t j = 0; j < a.columns(); ++j) {
-    for (std::size_t i = 0; i < a.rows(); ++i) {
-      state = state * 1664525U + 1013904223U;
-      result(i, j) = a(i, j) + T(unit * Real(double(state >> 8) / 16777216.0 - 0.5));
-    }
-  }
-  return result;
-}
-
-template <class T>
-Roots eigenvalue_bounds(const Data<T>& matrix, const Matrix<T>& near) {
-  auto system = tesk2mp::eigen(near);
-  Roots roots(std::move(system.values));
-  const tesk2mp::detail::RawMatrix<Complex> vectors{system.right.view()};
-  Integer info = 0;
-  tesk2mp::detail::pick<T>(QuarnMPX_dproven_eigenvalues_, QuarnMPX_zproven_eigenvalues_)(
-      matrix.values.rows, matrix.values.data, matrix.values.leading, matrix.errors.data, matrix.errors.leading,
-      roots.values.data(), vectors.data, vectors.leading, roots.errors.data(), roots.counts.data(), &info);
-  return roots;
-}
 
 /// The values of data.
 template <MatrixSource A>
@@ -172,8 +135,83 @@ std::vector<Bounded<Real>> singular_values(const A& a) {
   return detail::delivered(system.values, errors);
 }
 
-/// The eigenvalues of a square matrix. Multiple ones, and those too close for the working digits, share a disc; where
-/// there are such, eigenvalues and vectors of a matrix within 10^-D of A serve as approximations, with 2 D digits.
+/// Eigenvalues, and eigenvectors of norm 1, a column each.
+struct EigenBounds {
+  std::vector<BoundedRoot> values;
+  BoundedMatrix<Complex> vectors;
+};
+
+namespace detail {
+
+/// Without a second matrix: of A x = lambda x.
+template <class T>
+Data<T> no_data() {
+  Data<T> data(Matrix<T>(0, 0));
+  data.values.leading = 0;
+  return data;
+}
+
+/// Enclosures of what near() returns, approximations with spare digits.
+template <class T, class Near>
+EigenBounds eigen_bounds(bool with_vectors, const Data<T>& a, const Data<T>& b, const Near& near) {
+  const auto n = std::size_t(a.values.rows);
+  std::vector<Real> of_vectors(with_vectors ? n : 0);
+  Matrix<Complex> x;
+  Roots roots({});
+  {
+    const Digits scope(QuarnDigits() + kSpareDigits);
+    auto [values, vectors] = near();
+    roots = Roots(std::move(values));
+    x = std::move(vectors);
+    const tesk2mp::detail::RawMatrix<Complex> raw{x.view()};
+    Integer info = 0;
+    tesk2mp::detail::pick<T>(QuarnMPX_dproven_eigen_, QuarnMPX_zproven_eigen_)(
+        a.values.rows, a.values.data, a.values.leading, a.errors.data, a.errors.leading, b.values.data,
+        b.values.leading, b.errors.data, b.errors.leading, roots.values.data(), raw.data, raw.leading,
+        roots.errors.data(), with_vectors ? of_vectors.data() : nullptr, roots.counts.data(), &info);
+  }
+  EigenBounds result{roots.delivered(!tesk2mp::detail::kIsComplex<T>), {}};
+  if (with_vectors) {
+    Matrix<Real> errors(n, n);
+    for (std::size_t j = 0; j < n; ++j) {
+      for (std::size_t i = 0; i < n; ++i) {
+        Bounded<Complex> element = delivered(x(i, j), QuarnBound(of_vectors[j]));
+        x(i, j) = std::move(element.value);
+        errors(i, j) = element.error.value();
+      }
+    }
+    result.vectors = {std::move(x), std::move(errors)};
+  }
+  return result;
+}
+
+template <class A>
+EigenBounds general_eigen(bool with_vectors, const A& a) {
+  using T = ElementOfData<A>;
+  return eigen_bounds<T>(with_vectors, Data<T>(a), no_data<T>(), [&] {
+    auto system = tesk2mp::eigen(values_of(a));
+    return std::pair(std::move(system.values), std::move(system.right));
+  });
+}
+
+template <class A, class B>
+EigenBounds general_eigen(bool with_vectors, const A& a, const B& b) {
+  using T = ElementOfData<A>;
+  return eigen_bounds<T>(with_vectors, Data<T>(a), Data<T>(b), [&] {
+    auto system = tesk2mp::eigen(values_of(a), values_of(b));
+    std::vector<Complex> values;
+    for (std::size_t j = 0; j < system.beta.size(); ++j) {
+      const bool finite = system.beta[j] != 0;
+      const Real& beta = system.beta[j];
+      values.push_back(finite ? Complex(system.alpha[j].re / beta, system.alpha[j].im / beta) : Complex());
+    }
+    return std::pair(std::move(values), std::move(system.right));
+  });
+}
+
+}  // namespace detail
+
+/// The eigenvalues of a square matrix. Multiple ones, and those too close for the working digits, share a disc.
 ///
 /// @code
 /// const auto values = tesk2mp::proven::eigenvalues(tesk2mp::Matrix<tesk2mp::Real>{{0, 1}, {1, 1}});
@@ -181,28 +219,70 @@ std::vector<Bounded<Real>> singular_values(const A& a) {
 /// @endcode
 template <DataSource A>
 std::vector<BoundedRoot> eigenvalues(const A& a) {
-  using T = detail::ElementOfData<A>;
-  const detail::Data<T> matrix(a);
-  const Matrix<T>& values = detail::values_of(a);
-  constexpr bool kPairs = !tesk2mp::detail::kIsComplex<T>;
-  const int digits = QuarnDigits();
-  const auto bounds = [&](int working, const Matrix<T>& near) {
-    const Digits scope(working);
-    return detail::eigenvalue_bounds<T>(matrix, near);
-  };
-  detail::Roots roots = bounds(digits + detail::kSpareDigits, values);
-  if (std::any_of(roots.counts.begin(), roots.counts.end(), [](Integer count) { return count > 1; })) {
-    const int working = 2 * digits + 2 * detail::kSpareDigits;
-    const auto near = [&] {
-      const Digits scope(working);
-      return detail::perturbed(values, digits);
-    };
-    detail::Roots others = bounds(working, near());
-    if (others.largest_error() < roots.largest_error()) {
-      roots = std::move(others);
+  return detail::general_eigen(false, a).values;
+}
+/// Eigenvalues and eigenvectors of norm 1, each up to a factor of modulus 1. Vectors of eigenvalues that share a disc
+/// have infinite bounds.
+template <DataSource A>
+EigenBounds eigen(const A& a) {
+  return detail::general_eigen(true, a);
+}
+
+/// The same of A x = lambda B x. Where the working digits do not prove that B is regular the bounds are infinite.
+template <DataSource A, DataSource B>
+requires std::same_as<detail::ElementOfData<A>, detail::ElementOfData<B>> std::vector<BoundedRoot> eigenvalues(
+    const A& a, const B& b) {
+  return detail::general_eigen(false, a, b).values;
+}
+template <DataSource A, DataSource B>
+requires std::same_as<detail::ElementOfData<A>, detail::ElementOfData<B>> EigenBounds eigen(const A& a, const B& b) {
+  return detail::general_eigen(true, a, b);
+}
+
+/// The eigenvalues of A x = lambda B x, ascending, A symmetric or Hermitian and B positive definite, of which one
+/// triangle is read. That B is definite is part of the proof: the bounds are infinite where the digits do not decide
+/// that, and NumericalFailure is thrown where it is not.
+template <MatrixSource A, MatrixSource B>
+requires std::same_as<Element<A>, Element<B>> std::vector<Bounded<Real>> symmetric_eigenvalues(
+    const A& a, const B& b, Triangle stored = Triangle::lower) {
+  using T = Element<A>;
+  const auto whole = [&](const auto& given) {
+    Matrix<T> both{MatrixView<const T>(given)};
+    for (std::size_t j = 0; j < both.columns(); ++j) {
+      for (std::size_t i = 0; i <= j && j < both.rows(); ++i) {
+        T& lower = both(j, i);
+        T& upper = both(i, j);
+        if constexpr (tesk2mp::detail::kIsComplex<T>) {
+          (stored == Triangle::lower ? upper : lower) = conj(stored == Triangle::lower ? lower : upper);
+          if (i == j) {
+            lower = Complex(lower.re);
+          }
+        } else {
+          (stored == Triangle::lower ? upper : lower) = stored == Triangle::lower ? lower : upper;
+        }
+      }
     }
+    return both;
+  };
+  const Matrix<T> left = whole(a);
+  const Matrix<T> right = whole(b);
+  const bool definite = proven::is_positive_definite(right).value_or(false);
+  const auto found = detail::eigen_bounds<T>(false, detail::Data<T>(left), detail::Data<T>(right), [&] {
+    const auto system = tesk2mp::symmetric_eigen(left, right);
+    Matrix<Complex> vectors(left.rows(), left.rows());
+    for (std::size_t j = 0; j < left.rows(); ++j) {
+      for (std::size_t i = 0; i < left.rows(); ++i) {
+        vectors(i, j) = Complex(system.vectors(i, j));
+      }
+    }
+    return std::pair(std::vector<Complex>(system.values.begin(), system.values.end()), std::move(vectors));
+  });
+  std::vector<Bounded<Real>> values;
+  for (const BoundedRoot& root : found.values) {
+    values.push_back({root.value.re, definite ? root.error + QuarnBound(root.value.im) : QuarnBound::infinity()});
   }
-  return roots.delivered(kPairs);
+  std::sort(values.begin(), values.end(), [](const auto& x, const auto& y) { return x.value < y.value; });
+  return values;
 }
 
 /// The zeros of a polynomial with exact coefficients, from the highest power down; k equal or very close ones share a

@@ -92,8 +92,8 @@ class Bounded(NamedTuple):
 
 
 class Root(NamedTuple):
-    """An eigenvalue or a zero: `multiplicity` of them, this one included, are within `error` of `value`; with 1 it is
-    the only one there. A real one is exactly real."""
+    """An eigenvalue or a zero: `multiplicity` of them, this one included, are within `error` of `value`, and each of
+    them has such a disc. A real one is exactly real."""
 
     value: Any
     error: decimal.Decimal

@@ -22,8 +22,8 @@ inline bool are_apart(const Complex& a, const QuarnBound& of_a, const Complex& b
   return reach.is_finite() && least_size(a - b) > reach.value();
 }
 
-/// Gives the members of each connected set an error and a count that hold for all of it. With numbers that stand in
-/// conjugate pairs, as those of real data do, a disc for itself around a real point holds a real one.
+/// Gives the members of each connected set a centre, an error and a count that hold for all of it. With numbers that
+/// stand in conjugate pairs, as those of real data do, a disc for itself around a real point holds a real one.
 inline void resolve(std::vector<Disc>& discs, bool pairs) {
   const std::size_t n = discs.size();
   if (pairs) {
@@ -58,19 +58,28 @@ inline void resolve(std::vector<Disc>& discs, bool pairs) {
     if (members.size() == 1) {
       continue;
     }
-    std::vector<QuarnBound> errors;
+    // Around their mean, which is better known than they are.
+    const WorkingDigits scope(std::max(QuarnDigits(), kFewDigits));
+    Complex mean;
     for (const std::size_t i : members) {
-      QuarnBound error;
-      for (const std::size_t j : members) {
-        const WorkingDigits scope(kFewDigits);
-        const QuarnBound distance(discs[i].value - discs[j].value);
-        error = std::max(error, distance + distance.half_unit(kFewDigits - 2) + discs[j].error);
-      }
-      errors.push_back(error);
+      mean = mean + discs[i].value;
     }
-    for (std::size_t k = 0; k < members.size(); ++k) {
-      discs[members[k]].error = errors[k];
-      discs[members[k]].count = Integer(members.size());
+    multiply_by(mean, QuarnFloat(1) / Integer(members.size()));
+    const auto error_of = [&](const Complex& centre) {
+      QuarnBound error;
+      for (const std::size_t i : members) {
+        const QuarnBound distance(centre - discs[i].value);
+        error = std::max(error, distance + distance.half_unit(kFewDigits - 2) + discs[i].error);
+      }
+      return error;
+    };
+    QuarnBound error = error_of(mean);
+    if (pairs && QuarnBound(mean.im) <= error) {
+      mean = Complex(mean.re);
+      error = error_of(mean);
+    }
+    for (const std::size_t i : members) {
+      discs[i] = {mean, error, Integer(members.size())};
     }
   }
 }

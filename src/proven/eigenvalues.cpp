@@ -1,9 +1,11 @@
-// Eigenvalues of general matrices: bounds of approximations, with approximate eigenvectors X, by Gerschgorin's discs of
-// X^-1 A X = D + X^-1 (A X - X D). S. Miyajima, Numerical enclosure for each eigenvalue in generalized eigenvalue
-// problem, J. Comput. Appl. Math. 236 (2012).
-#include <optional>
+// Eigenvalues of general matrices and pencils, with approximate eigenvectors X: bounds by Gerschgorin's discs of
+// (B X)^-1 A X. Where discs overlap, an invariant subspace for each set of eigenvalues takes the place of eigenvectors.
+#include <algorithm>
+#include <utility>
 
-#include "src/proven/discs.h"
+#include "src/dense/householder.h"
+#include "src/proven/block_diagonal.h"
+#include "src/proven/spectrum.h"
 #include "tesk2mp/proven_spectra.h"
 
 namespace tesk::proven {
@@ -11,78 +13,16 @@ namespace {
 
 using Matrix = OneBasedMatrix<Complex>;
 
-/// C := X D with its errors, at the digits of the moment.
-void scale_columns(Integer n, Matrix x, const Complex* d, Matrix c, const Range& range,
-                   std::vector<QuarnBound>& errors) {
-  const QuarnBound units = QuarnBound::power_of_ten(2 - QuarnDigits());
-  const QuarnBound of_zeros = range.of_zero() * QuarnBound::count(8);
-  for (Integer j = 1; j <= n; ++j) {
-    const QuarnBound factor(d[j - 1]);
-    for (Integer i = 1; i <= n; ++i) {
-      c(i, j) = x(i, j) * d[j - 1];
-      // Four products and two sums, each rounded.
-      errors.push_back(QuarnBound(x(i, j)) * factor * units + of_zeros);
-    }
+/// Puts the discs; INFO.
+Integer deliver(std::vector<Disc> discs, Complex* w, QuarnFloat* error, Integer* count) {
+  Integer info = 0;
+  for (std::size_t j = 0; j < discs.size(); ++j) {
+    w[j] = std::move(discs[j].value);
+    error[j] = discs[j].error.value();
+    count[j] = discs[j].count;
+    info = discs[j].error.is_finite() ? info : 1;
   }
-}
-
-/// The radii: row sums of |X^-1 (A X - X D)|.
-std::vector<QuarnBound> radii(Integer n, Matrix a, const Uncertainty& of_a, const Complex* d, Matrix x) {
-  std::vector<QuarnBound> result(std::size_t(n), QuarnBound::infinity());
-  Range range;
-  range.take(n, n, a);
-  range.take(n, n, x);
-  for (Integer j = 0; j < n; ++j) {
-    range.take(d[j]);
-  }
-  if (!range.is_finite()) {
-    return result;
-  }
-  OwnMatrix<Complex> own(n, n);
-  const Matrix residual = own.view();
-  std::vector<QuarnBound> of_residual;
-  {
-    const WorkingDigits scope(2 * QuarnDigits() + kSpareDigits);
-    scale_columns(n, x, d, residual, range, of_residual);
-  }
-  std::optional<ApproximateInverse<Complex>> inverse;
-  for (const int digits : {QuarnDigits() / 2 + kSpareDigits, QuarnDigits() + kSpareDigits}) {
-    inverse.emplace(n, x, Uncertainty(nullptr, 0), digits, range);
-    if (inverse->norm() < QuarnBound::power_of_ten(-2)) {
-      break;
-    }
-  }
-  if (!(inverse->norm() < QuarnBound::count(1))) {
-    return result;
-  }
-  range = inverse->range();
-  const WorkingDigits scope(kFewDigits);
-  const Rounded rounded(kFewDigits, range);
-  exact::multiply_matrices(Op::none, Op::none, n, n, n, Complex(1.0), a, x, Complex(-1.0), residual);
-  range.take(n, n, residual);
-  OwnMatrix<Complex> product(n, n);
-  const Matrix y = product.view();
-  inverse->apply(n, residual, y);
-  std::fill(result.begin(), result.end(), QuarnBound());
-  for (Integer j = 1; j <= n; ++j) {
-    std::vector<QuarnBound> of_column(std::size_t(n) + 1);
-    std::vector<QuarnBound> sizes;
-    for (Integer k = 1; k <= n && !of_a.is_zero(); ++k) {
-      sizes.emplace_back(x(k, j));
-    }
-    for (Integer i = 1; i <= n; ++i) {
-      QuarnBound& bound = of_column[std::size_t(i)];
-      bound = of_residual[std::size_t(j - 1) * std::size_t(n) + std::size_t(i - 1)] + rounded.error(residual(i, j));
-      for (Integer k = 1; k <= n && !of_a.is_zero(); ++k) {
-        bound += of_a(i, k) * sizes[std::size_t(k - 1)];
-      }
-    }
-    const std::vector<QuarnBound> of_y = inverse->errors(y.column(j), std::move(of_column), range);
-    for (Integer i = 1; i <= n; ++i) {
-      result[std::size_t(i - 1)] += QuarnBound(y(i, j)) + of_y[std::size_t(i)];
-    }
-  }
-  return result;
+  return info;
 }
 
 template <class T>
@@ -94,29 +34,153 @@ Integer checked_eigenvalues(Integer n, T* a, Integer lda, QuarnFloat* aerror, In
   if (wrong != 0) {
     return -wrong;
   }
-  const OneBasedMatrix<T> given(a, lda);
-  OwnMatrix<Complex> own(n, n);
-  for (Integer j = 1; j <= n; ++j) {
-    for (Integer i = 1; i <= n; ++i) {
-      own.view()(i, j) = Complex(given(i, j));
-    }
-  }
-  const std::vector<QuarnBound> reach = radii(n, own.view(), {aerror, ldaerror}, w, {x, ldx});
-  std::vector<Disc> discs;
-  discs.reserve(reach.size());
+  const Pencil<T> pencil{n, {a, lda}, {aerror, ldaerror}, {a, lda}, {nullptr, 0}, false};
+  auto discs = std::vector<Disc>(std::size_t(n));
   for (Integer j = 0; j < n; ++j) {
-    discs.push_back({w[j], reach[std::size_t(j)]});
+    discs[std::size_t(j)].value = w[j];
+  }
+  if (const auto bounds = distance_from_diagonal(pencil, {x, ldx}, w)) {
+    discs = Spectrum(n, w, *bounds).discs();
   }
   resolve(discs, std::is_same_v<T, QuarnFloat>);
-  Integer info = 0;
-  for (Integer j = 0; j < n; ++j) {
-    Disc& disc = discs[std::size_t(j)];
-    w[j] = std::move(disc.value);
-    error[j] = disc.error.value();
-    count[j] = disc.count;
-    info = disc.error.is_finite() ? info : 1;
+  return deliver(std::move(discs), w, error, count);
+}
+
+/// Eigenvalues, with vectors and their bounds.
+struct Enclosure {
+  explicit Enclosure(Integer n) : discs(std::size_t(n)), of_vectors(std::size_t(n), QuarnBound::infinity()) {}
+
+  QuarnBound largest_error() const {
+    QuarnBound largest;
+    for (const Disc& disc : discs) {
+      largest = std::max(largest, disc.error);
+    }
+    return largest;
   }
-  return info;
+  bool are_apart() const {
+    return std::all_of(discs.begin(), discs.end(),
+                       [](const Disc& disc) { return disc.count == 1 && disc.error.is_finite(); });
+  }
+
+  std::vector<Disc> discs;
+  std::vector<QuarnBound> of_vectors;
+};
+
+/// A bound of the distance of column i of X from an eigenvector of norm 1, whose coefficients of the other columns are
+/// within `coefficients`.
+QuarnBound vector_error(Integer n, Integer i, Matrix x, const std::vector<QuarnBound>& coefficients) {
+  std::vector<QuarnBound> errors;
+  QuarnBound squares;
+  Range range;
+  for (Integer k = 1; k <= n; ++k) {
+    QuarnBound error;
+    for (Integer j = 1; j <= n; ++j) {
+      error += j == i ? QuarnBound() : QuarnBound(x(k, j)) * coefficients[std::size_t(j)];
+    }
+    errors.push_back(error);
+    squares += error * error;
+    range.take(x(k, i));
+  }
+  // |u - x| <= (|v - x| + h |x|) / (1 - h) for u = v / |v|, where h bounds ||v| - 1|.
+  const QuarnBound norm = defect(n, 1, x.from(1, i), range) + sqrt(squares);
+  const QuarnBound stretch = over_one_minus(norm);
+  QuarnBound largest;
+  for (Integer k = 1; k <= n; ++k) {
+    largest = std::max(largest, (errors[std::size_t(k - 1)] + norm * QuarnBound(x(k, i))) * stretch);
+  }
+  return largest;
+}
+
+Enclosure enclosure(Integer n, const Spectrum& spectrum, Matrix x, bool pairs, bool wants_vectors) {
+  Enclosure result(n);
+  result.discs = spectrum.discs();
+  for (Integer i = 1; wants_vectors && i <= n; ++i) {
+    const auto coefficients = spectrum.coefficients(i);
+    if (std::all_of(coefficients.begin() + 1, coefficients.end(), [](const auto& z) { return z.is_finite(); })) {
+      result.of_vectors[std::size_t(i - 1)] = vector_error(n, i, x, coefficients);
+    }
+    QuarnCheckInterrupt();
+  }
+  resolve(result.discs, pairs);
+  return result;
+}
+
+/// Columns of norm 1.
+void normalise(Integer n, Matrix x) {
+  for (Integer j = 1; j <= n; ++j) {
+    if (const QuarnFloat size = sqrt(sum_of_squares(n, x.column(j))); size > 0) {
+      scale(n, 1 / size, x.column(j));
+    }
+  }
+}
+
+/// By invariant subspaces, at twice the digits: of a double eigenvalue half of them are left.
+void improve(Enclosure& known, const Pencil<Complex>& pencil, Matrix x, bool pairs, bool wants_vectors) {
+  const WorkingDigits scope(2 * QuarnDigits());
+  auto form = block_diagonal_form(pencil);
+  if (!form) {
+    return;
+  }
+  const Integer n = pencil.n;
+  const auto bounds = distance_from_blocks(pencil, form->x.view(), form->m.view(), form->blocks);
+  if (!bounds) {
+    return;
+  }
+  const Spectrum spectrum(n, form->m.view(), form->blocks, *bounds);
+  Enclosure found = enclosure(n, spectrum, form->x.view(), pairs, wants_vectors);
+  if (found.largest_error() < known.largest_error()) {
+    known = std::move(found);
+    for (Integer j = 1; j <= n; ++j) {
+      copy(n, form->x.view().column(j), x.column(j));
+    }
+  }
+}
+
+template <class T>
+Integer checked_eigen(Integer n, T* a, Integer lda, QuarnFloat* aerror, Integer ldaerror, T* b, Integer ldb,
+                      QuarnFloat* berror, Integer ldberror, Complex* w, Complex* x, Integer ldx, QuarnFloat* error,
+                      QuarnFloat* xerror, Integer* count) {
+  const Integer least = std::max<Integer>(1, n);
+  const Integer wrong = first_wrong({{n < 0, 1},
+                                     {lda < least, 3},
+                                     {ldaerror != 0 && ldaerror < least, 5},
+                                     {ldb != 0 && ldb < least, 7},
+                                     {ldberror != 0 && ldberror < least, 9},
+                                     {ldx < least, 12}});
+  if (wrong != 0) {
+    return -wrong;
+  }
+  constexpr bool kPairs = std::is_same_v<T, QuarnFloat>;
+  const bool has_b = ldb != 0;
+  const Pencil<T> pencil{n,    {a, lda}, {aerror, ldaerror}, {has_b ? b : a, has_b ? ldb : lda}, {berror, ldberror},
+                         has_b};
+  const Matrix vectors(x, ldx);
+  const bool wants_vectors = xerror != nullptr;
+  Range range;
+  range.take(n, n, pencil.a);
+  range.take(n, n, pencil.b);
+  Enclosure known(n);
+  for (Integer j = 0; j < n; ++j) {
+    known.discs[std::size_t(j)].value = w[j];
+  }
+  if (range.is_finite()) {
+    normalise(n, vectors);
+    if (const auto bounds = distance_from_diagonal(pencil, vectors, w)) {
+      known = enclosure(n, Spectrum(n, w, *bounds), vectors, kPairs, wants_vectors);
+    }
+    if (!known.are_apart()) {
+      if constexpr (kPairs) {
+        ComplexPencil same(pencil);
+        improve(known, same.view(), vectors, true, wants_vectors);
+      } else {
+        improve(known, pencil, vectors, false, wants_vectors);
+      }
+    }
+  }
+  for (Integer j = 0; wants_vectors && j < n; ++j) {
+    xerror[j] = known.of_vectors[std::size_t(j)].value();
+  }
+  return deliver(std::move(known.discs), w, error, count);
 }
 
 }  // namespace
@@ -132,5 +196,18 @@ void QuarnMPX_dproven_eigenvalues_(Integer n, QuarnFloat* a, Integer lda, QuarnF
 void QuarnMPX_zproven_eigenvalues_(Integer n, Complex* a, Integer lda, QuarnFloat* aerror, Integer ldaerror, Complex* w,
                                    Complex* x, Integer ldx, QuarnFloat* error, Integer* count, Integer* info) {
   *info = tesk::proven::checked_eigenvalues(n, a, lda, aerror, ldaerror, w, x, ldx, error, count);
+}
+
+void QuarnMPX_dproven_eigen_(Integer n, QuarnFloat* a, Integer lda, QuarnFloat* aerror, Integer ldaerror, QuarnFloat* b,
+                             Integer ldb, QuarnFloat* berror, Integer ldberror, Complex* w, Complex* x, Integer ldx,
+                             QuarnFloat* error, QuarnFloat* xerror, Integer* count, Integer* info) {
+  *info = tesk::proven::checked_eigen(n, a, lda, aerror, ldaerror, b, ldb, berror, ldberror, w, x, ldx, error, xerror,
+                                      count);
+}
+void QuarnMPX_zproven_eigen_(Integer n, Complex* a, Integer lda, QuarnFloat* aerror, Integer ldaerror, Complex* b,
+                             Integer ldb, QuarnFloat* berror, Integer ldberror, Complex* w, Complex* x, Integer ldx,
+                             QuarnFloat* error, QuarnFloat* xerror, Integer* count, Integer* info) {
+  *info = tesk::proven::checked_eigen(n, a, lda, aerror, ldaerror, b, ldb, berror, ldberror, w, x, ldx, error, xerror,
+                                      count);
 }
 }

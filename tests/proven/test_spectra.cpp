@@ -2,52 +2,12 @@
 // hundred, or closed forms.
 #include <doctest/doctest.h>
 
-#include <algorithm>
-#include <vector>
-
+#include "spectra.h"
 #include "support/digits.h"
-#include "support/random.h"
-#include "tesk2mp/tesk2mp.hpp"
 
-namespace proven = tesk2mp::proven;
-using proven::Bounded;
-using proven::BoundedRoot;
-using tesk2mp::Matrix;
-using tesk2mp::Real;
+using namespace spectra;
 
 namespace {
-
-template <class T>
-T random_number(support::Random& random) {
-  const auto part = [&] {
-    return Real(((random.once_in(2) ? "-0." : "0.") + random.digits(std::size_t(QuarnDigits()))).c_str());
-  };
-  if constexpr (sizeof(T) == sizeof(Real)) {
-    return part();
-  } else {
-    return T(part(), part());
-  }
-}
-
-/// Random elements of spread columns; now and then a column twice, or small integers, which have multiple eigenvalues.
-template <class T>
-Matrix<T> random_matrix(support::Random& random, std::size_t m, std::size_t n) {
-  Matrix<T> a(m, n);
-  const bool integers = random.once_in(4);
-  const bool twice = random.once_in(4);
-  for (std::size_t j = 0; j < n; ++j) {
-    const T scale(Real(1, random.once_in(3) ? int(random.between(-8, 8)) : 0));
-    for (std::size_t i = 0; i < m; ++i) {
-      a(i, j) = integers ? T(double(random.between(-1, 1))) : random_number<T>(random) * scale;
-      if (twice && j > 0) {
-        a(i, j) = a(i, 0);
-      }
-    }
-  }
-  return a;
-}
-
-Real size(const Complex& z) { return sqrt(z.re * z.re + z.im * z.im); }
 
 /// Each reference near its value; what the reference may be off by is 10^-slack of the largest.
 void check_ordered(const std::vector<Bounded<Real>>& values, const std::vector<Real>& references) {
@@ -59,30 +19,6 @@ void check_ordered(const std::vector<Bounded<Real>>& values, const std::vector<R
   const Real slack = largest * Real(1, -QuarnDigits() / 2);
   for (std::size_t i = 0; i < values.size(); ++i) {
     CHECK((!values[i].error.is_finite() || fabs(values[i].value - references[i]) <= values[i].error.value() + slack));
-  }
-}
-
-/// As many references in each disc as it counts.
-void check_roots(const std::vector<BoundedRoot>& roots, const std::vector<Complex>& references, const Real& slack) {
-  REQUIRE(roots.size() == references.size());
-  for (const BoundedRoot& root : roots) {
-    if (!root.error.is_finite()) {
-      continue;
-    }
-    std::size_t inside = 0;
-    bool real = true;
-    for (const Complex& reference : references) {
-      if (size(reference - root.value) <= root.error.value() + slack) {
-        ++inside;
-        real = real && fabs(reference.im) <= slack;
-      }
-    }
-    CHECK(inside >= root.count);
-    if (root.is_real) {
-      CHECK(root.value.im == 0);
-      CHECK(root.count == 1);
-      CHECK((inside > 1 || real));
-    }
   }
 }
 
@@ -99,20 +35,11 @@ void check_symmetric(support::Random& random, int digits) {
     if (!QuarnBound(system.vectors.errors()(0, j)).is_finite()) {
       continue;
     }
-    // Of norm 1, up to a factor of modulus 1: that of the inner product brings the vectors nearest to each other.
-    Complex inner;
+    std::vector<Complex> vector;
     for (std::size_t i = 0; i < n; ++i) {
-      inner = inner + conj(Complex(reference.vectors(i, j))) * Complex(system.vectors.values()(i, j));
+      vector.emplace_back(reference.vectors(i, j));
     }
-    const Complex turn = inner / Complex(size(inner));
-    Real distance;
-    Real bound;
-    for (std::size_t i = 0; i < n; ++i) {
-      const Complex difference = Complex(system.vectors.values()(i, j)) - turn * Complex(reference.vectors(i, j));
-      distance += difference.re * difference.re + difference.im * difference.im;
-      bound += system.vectors.errors()(i, j) * system.vectors.errors()(i, j);
-    }
-    CHECK(distance <= bound);
+    CHECK(is_near_vector(system.vectors, j, vector));
   }
 }
 

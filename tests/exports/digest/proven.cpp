@@ -26,8 +26,8 @@ void systems(Suite& suite, Solve solve, Determine determine, Decide decide) {
   });
 }
 
-template <class T, class Symmetric, class Singular, class Eigenvalues, class Zeros>
-void spectra(Suite& suite, Symmetric symmetric, Singular singular, Eigenvalues eigenvalues, Zeros zeros) {
+template <class T, class Symmetric, class Singular, class Eigenvalues, class Eigen, class Zeros>
+void spectra(Suite& suite, Symmetric symmetric, Singular singular, Eigenvalues eigenvalues, Eigen eigen, Zeros zeros) {
   suite.cases(3, [&](Case& c) {
     const Integer n = c.size;
     const Integer ld = n < 1 ? 1 : n;
@@ -45,6 +45,10 @@ void spectra(Suite& suite, Symmetric symmetric, Singular singular, Eigenvalues e
       suite.run(symmetric, "L", n, a, ld, small, given, sizes, x, ld, bounds, bounds, Integer(-99), 1);
       suite.run(singular, n, Integer(1), a, ld, small, given, sizes, x, ld, x, ld, bounds, Integer(-99));
       suite.run(eigenvalues, n, a, ld, small, given, w, z, ld, bounds, counts, Integer(-99));
+      suite.run(eigen, n, a, ld, small, given, x, ld, small, Integer(0), w, z, ld, bounds, bounds, counts,
+                Integer(-99));
+      suite.run(eigen, n, a, ld, small, Integer(0), x, Integer(0), small, given, w, z, ld, bounds, bounds, counts,
+                Integer(-99));
     }
     suite.run(zeros, n, coefficients, w, bounds, counts, Integer(-99));
   });
@@ -58,9 +62,11 @@ void proven(Suite& suite) {
   systems<Complex>(suite, ENTRY(QuarnMPX_zproven_solve_), ENTRY(QuarnMPX_zproven_determinant_),
                    ENTRY(QuarnMPX_zproven_definite_));
   spectra<QuarnFloat>(suite, ENTRY(QuarnMPX_dproven_symmetric_), ENTRY(QuarnMPX_dproven_singular_),
-                      ENTRY(QuarnMPX_dproven_eigenvalues_), ENTRY(QuarnMPX_dproven_zeros_));
+                      ENTRY(QuarnMPX_dproven_eigenvalues_), ENTRY(QuarnMPX_dproven_eigen_),
+                      ENTRY(QuarnMPX_dproven_zeros_));
   spectra<Complex>(suite, ENTRY(QuarnMPX_zproven_symmetric_), ENTRY(QuarnMPX_zproven_singular_),
-                   ENTRY(QuarnMPX_zproven_eigenvalues_), ENTRY(QuarnMPX_zproven_zeros_));
+                   ENTRY(QuarnMPX_zproven_eigenvalues_), ENTRY(QuarnMPX_zproven_eigen_),
+                   ENTRY(QuarnMPX_zproven_zeros_));
 }
 
 }  // namespace digest
