@@ -1,4 +1,4 @@
-// Elementary functions of complex numbers, under the names of <complex>.
+// Elementary functions of complex numbers, under the names of <complex>, and special functions.
 //
 // Each part of a result is within one unit in its last place, near zeros, poles and branch points too; of pow that
 // holds for the modulus: a part may be off by a unit of the last place of the larger one. Branch cuts are those of C:
@@ -40,6 +40,23 @@ QRNFLOAT_API Complex atan(const Complex& z);
 QRNFLOAT_API Complex asinh(const Complex& z);
 QRNFLOAT_API Complex acosh(const Complex& z);
 QRNFLOAT_API Complex atanh(const Complex& z);
+
+// Special functions ------------------------------------------------------------------------------------------------
+//
+// Where the exponent of a result is beyond the range and its angle is not known, the parts are infinity and NaN. A part
+// that is zero to some eight times as many digits as it was asked for beside the other one is as good as that.
+
+/// The gamma function; NaN at its poles.
+[[nodiscard]] QRNFLOAT_API Complex tgamma(const Complex& z);
+/// log Gamma(z), continuous but for the cut along the negative real axis: the imaginary part is not reduced to -pi ...
+/// pi.
+[[nodiscard]] QRNFLOAT_API Complex lgamma(const Complex& z);
+/// The logarithmic derivative of the gamma function; NaN at its poles.
+[[nodiscard]] QRNFLOAT_API Complex digamma(const Complex& z);
+/// 2 / sqrt(pi) times the integral of exp(-t^2) from 0 to z.
+[[nodiscard]] QRNFLOAT_API Complex erf(const Complex& z);
+/// 1 - erf(z), with all its digits in the right half plane.
+[[nodiscard]] QRNFLOAT_API Complex erfc(const Complex& z);
 
 // The rest of <complex> --------------------------------------------------------------------------------------------
 

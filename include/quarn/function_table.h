@@ -65,13 +65,14 @@ inline auto functions_of_one() noexcept {
       {"asinpi", ::asinpi, "arc sine divided by pi"},
       {"acospi", ::acospi, "arc cosine divided by pi"},
       {"atanpi", ::atanpi, "arc tangent divided by pi"},
-      {"gamma", ::tgamma, "gamma function"},
-      {"tgamma", ::tgamma, "gamma function"},
-      {"lgamma", ::lgamma, "logarithm of the magnitude of the gamma function"},
-      {"digamma", ::digamma, "logarithmic derivative of the gamma function"},
+      {"gamma", ::tgamma, "gamma function", quarn::tgamma},
+      {"tgamma", ::tgamma, "gamma function", quarn::tgamma},
+      {"lgamma", ::lgamma, "logarithm of the magnitude of the gamma function; of complex numbers its logarithm",
+       quarn::lgamma},
+      {"digamma", ::digamma, "logarithmic derivative of the gamma function", quarn::digamma},
       {"factorial", ::factorial, "factorial of a whole number"},
-      {"erf", ::erf, "error function"},
-      {"erfc", ::erfc, "complement of the error function"},
+      {"erf", ::erf, "error function", quarn::erf},
+      {"erfc", ::erfc, "complement of the error function", quarn::erfc},
   };
   return std::span(kTable);
 }

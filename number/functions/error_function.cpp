@@ -1,18 +1,10 @@
 // The error function and its complement.
-#include <cmath>
+#include "number/functions/error_function.h"
 
-#include "number/functions/gamma_series.h"
-#include "number/functions/support.h"
 #include "quarn/functions.h"
 
-using namespace quarn;
-
+namespace quarn {
 namespace {
-
-constexpr double kLog10E = 0.43429448190325182;
-
-/// 2 / sqrt(pi) at the working digits.
-QuarnFloat factor() { return QuarnFloat(2) / sqrt(approximate_pi(QuarnDigits())); }
 
 /// The last k of 1 + t/3 + t^2/(3 5) + ... + t^k/(3 5 ... (2k + 1)), t = 2 x^2, that counts beside 10^-w of the sum:
 /// from there on terms halve.
@@ -48,43 +40,69 @@ int last_term(const QuarnFloat& x, int w) {
   return k;
 }
 
-/// erf(x), x > 0, to a relative error of 10^-w, by erf x = 2 / sqrt(pi) e^(-x^2) (x + 2 x^3 / 3 + 4 x^5 / 15 + ...),
-/// whose terms are all positive. Horner's rule over the product of all divisors: one quotient at the end.
-QuarnFloat erf_by_series(const QuarnFloat& x, int w) {
-  const double size = magnitude(x);
-  const WorkingDigits scope(w + 8 + int(std::log10(size * size + w + 1)));
-  const QuarnFloat start = rounded(x, QuarnDigits());
-  const QuarnFloat square = start * start;
-  const QuarnFloat twice_square = square + square;
+QuarnFloat exponential(const QuarnFloat& x, int w) { return approximate_exp(x, w); }
+Complex exponential(const Complex& z, int w) {
+  const WorkingDigits scope(w + 1);
+  return exp(z);
+}
+
+QuarnFloat modulus(const QuarnFloat& x) { return x; }
+QuarnFloat modulus(const Complex& z) { return abs(z); }
+
+/// Digits for what the error may be larger than the first term left out.
+int slack(const QuarnFloat& /*real*/) { return 0; }
+int slack(const Complex& /*complex*/) { return 6; }
+
+}  // namespace
+
+QuarnFloat two_over_root_pi() { return QuarnFloat(2) / ::sqrt(approximate_pi(QuarnDigits())); }
+
+template <class T>
+T erf_by_series(const T& z, int w, int more) {
+  const double size = magnitude(modulus(z));
+  const WorkingDigits scope(w + more + 8 + int(std::log10(size * size + w + more + 1)));
+  const T start = rounded(z, QuarnDigits());
+  const T square = start * start;
+  const T twice_square = square + square;
   QuarnFloat divisors = 1;
-  QuarnFloat sum = 1;
-  for (int k = last_term(start, w); k > 0; --k) {
+  T sum = 1;
+  for (int k = last_term(modulus(start), w + more); k > 0; --k) {
     divisors *= QuarnFloat(2 * k + 1);
     sum = sum * twice_square + divisors;
   }
-  return factor() * (start * sum / divisors) * approximate_exp(-square, w + 4);
+  return two_over_root_pi() * (start * sum / divisors) * exponential(-square, w + 4);
 }
 
-/// erfc(x), x > 0, x^2 log10(e) > w + 8, to a relative error of 10^-w: e^(-x^2) / (x sqrt(pi)) (1 - 1 / (2 x^2)
-/// + 3 / (2 x^2)^2 - ...), an alternating series whose error is below the first term left out.
-QuarnFloat erfc_by_asymptotic_series(const QuarnFloat& x, int w) {
-  const double size = magnitude(x);
-  const WorkingDigits scope(w + 8 + int(2 * std::log10(size) + 2));
-  // An error of x counts 2 x^2 times.
-  const QuarnFloat start = rounded(x, QuarnDigits());
-  const QuarnFloat square = start * start;
-  const QuarnFloat inverse = QuarnFloat(1) / (square + square);
-  QuarnFloat term = 1;
-  QuarnFloat sum = 1;
+template <class T>
+T erfc_by_asymptotic_series(const T& z, int w) {
+  const double size = magnitude(modulus(z));
+  const WorkingDigits scope(w + 8 + slack(z) + int(2 * std::log10(size) + 2));
+  // An error of z counts 2 z^2 times.
+  const T start = rounded(z, QuarnDigits());
+  const T square = start * start;
+  const T inverse = T(1) / (square + square);
+  T term = 1;
+  T sum = 1;
   for (int k = 1;; ++k) {
     term = -(term * inverse * QuarnFloat(2 * k - 1));
-    if (kind_of(term) != Kind::finite || scientific_exponent(term) < -w - 3) {
+    if (largest_exponent(term) < -w - 3 - slack(z)) {
       break;
     }
     sum += term;
   }
-  return factor() * approximate_exp(-square, w + 4) * sum / (start + start);
+  return two_over_root_pi() * exponential(-square, w + 4) * sum / (start + start);
 }
+
+template QuarnFloat erf_by_series(const QuarnFloat&, int, int);
+template Complex erf_by_series(const Complex&, int, int);
+template QuarnFloat erfc_by_asymptotic_series(const QuarnFloat&, int);
+template Complex erfc_by_asymptotic_series(const Complex&, int);
+
+}  // namespace quarn
+
+using namespace quarn;
+
+namespace {
 
 /// erfc(x), x > 0, to a relative error of 10^-w.
 QuarnFloat approximate_erfc(const QuarnFloat& x, int w) {

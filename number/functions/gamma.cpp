@@ -207,21 +207,7 @@ QuarnFloat digamma_of_positive(const QuarnFloat& x, int a) {
   const WorkingDigits scope(std::max(a + places + 15 + int(std::log10(double(steps) + 1)), 10));
   const int w = QuarnDigits();
   const QuarnFloat start = rounded(x, w);
-  const QuarnFloat z = start + QuarnFloat(steps);
-  QuarnFloat sum = log_or_zero(z, w) - QuarnFloat(5, -1) / z - stirling_sum(z, a + 2, true);
-  // 1/(x + j) + 1/(x + n - 1 - j) = (2 x + n - 1) / (c + j (n - 1 - j)), c = x (x + n - 1)
-  if (steps > 1) {
-    const QuarnFloat c = start * (start + QuarnFloat(steps - 1));
-    QuarnFloat inverses;
-    for (long j = 0; j < steps / 2; ++j) {
-      inverses += QuarnFloat(1) / (c + QuarnFloat(j * (steps - 1 - j)));
-    }
-    sum -= inverses * (start + start + QuarnFloat(steps - 1));
-  }
-  if (steps % 2 != 0) {
-    sum -= QuarnFloat(1) / (start + QuarnFloat(steps / 2));
-  }
-  return sum;
+  return digamma_by_stirling(start, steps, a + 2);
 }
 
 QuarnFloat approximate_digamma(const QuarnFloat& x, int a) {

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <vector>
 
+#include "number/functions/complex_parts.h"
 #include "number/scalar/thread_state.h"
 
 namespace quarn {
@@ -87,6 +88,29 @@ double log10_of(const QuarnFloat& x) noexcept {
   return std::log10(std::fabs(leading_fraction(x))) + double(view_of(x).exponent);
 }
 
+/// |z| cos(arg(z) / 2)
+double stirling_size(double re, double im) noexcept {
+  const double size = std::hypot(re, im);
+  return std::sqrt(size) * std::sqrt((size + re) / 2);
+}
+
+/// The logarithm of the size that counts.
+double log_of_size(const QuarnFloat& z) noexcept { return log10_of(z); }
+double log_of_size(const Complex& z) noexcept {
+  constexpr std::int64_t kFar = 290;
+  const std::int64_t exponent = largest_exponent(z);
+  return exponent > kFar ? double(exponent) - 0.2 : std::log10(stirling_size(magnitude(z.re), magnitude(z.im)));
+}
+
+QuarnFloat logarithm(const QuarnFloat& z, int w) { return approximate_log(z, w); }
+Complex logarithm(const Complex& z, int w) {
+  const WorkingDigits scope(w + 1);
+  return log(z);
+}
+
+bool is_one(const QuarnFloat& z) { return z == QuarnFloat(1); }
+bool is_one(const Complex& /*not real*/) { return false; }
+
 /// An upper estimate of the number of terms, from |B(2k)| < 4 (2k)! / (2 pi)^2k.
 int terms_at_most(double log_z, int a) {
   int k = 1;
@@ -115,18 +139,36 @@ double stirling_start(int a) noexcept {
   return a <= 0 ? 3 : 3 + 0.52 * a;
 }
 
-long steps_to_stirling(const QuarnFloat& x, int a) noexcept {
-  const double missing = stirling_start(a) - magnitude(x);
+long steps_to_stirling(const QuarnFloat& z, int a) noexcept {
+  const double missing = stirling_start(a) - magnitude(z);
   return missing <= 0 ? 0 : long(missing) + 1;
 }
 
-QuarnFloat stirling_sum(const QuarnFloat& z, int a, bool derivative) {
+long steps_to_stirling(const Complex& z, int a) noexcept {
+  const double start = stirling_start(a);
+  const double re = magnitude(z.re);
+  const double im = magnitude(z.im);
+  // |z + n| grows with n, and so does its cosine.
+  long low = -1;
+  long high = long(start) + 1;
+  if (stirling_size(re, im) >= start) {
+    return 0;
+  }
+  while (high - low > 1) {
+    const long middle = low + (high - low) / 2;
+    (stirling_size(re + double(middle), im) >= start ? high : low) = middle;
+  }
+  return high;
+}
+
+template <class T>
+T stirling_sum(const T& z, int a, bool derivative) {
   StirlingCoefficients& c = own_cache<StirlingCoefficients>(Cache::gamma_series);
-  const double log_z = log10_of(z);
+  const double log_z = log_of_size(z);
   const double more = derivative ? 4 : 0;  // the factor 2k - 1
   const int wanted = a + 8 + int(more);
   if (wanted <= 0 || log_z > wanted) {
-    return QuarnFloat();
+    return T();
   }
   // The term with index last + 1 is left out, and its size bounds the error.
   const auto last_term = [&] {
@@ -140,19 +182,19 @@ QuarnFloat stirling_sum(const QuarnFloat& z, int a, bool derivative) {
     c.prepare(terms_at_most(log_z, a + int(more)), wanted);
   }
   const int last = last_term();
-  const QuarnFloat inverse_square = [&] {
+  const T inverse_square = [&] {
     const WorkingDigits scope(wanted);
-    return QuarnFloat(1) / (z * z);
+    return T(1) / (z * z);
   }();
   // Horner's rule, each step to the digits that count: an error at term k counts as much as the term does. Shorter
   // steps pay where numbers are long.
   const int slack = 8 + int(more) + int(std::log10(last + 1.0));
   const auto digits_of = [&](int k) { return std::max(int(wanted + c.size(k) - (2.0 * k - 1) * log_z), 0) + slack; };
-  QuarnFloat sum;
+  T sum;
   for (int k = last; k > 0;) {
     const int digits = wanted < 126 ? wanted + 10 : std::min(digits_of(k) + wanted / 16 + 20, wanted + 10);
     const WorkingDigits scope(digits);
-    const QuarnFloat factor = rounded(inverse_square, digits);
+    const T factor = rounded(inverse_square, digits);
     do {
       sum = sum * factor + (derivative ? c.value(k) * QuarnFloat(2 * k - 1) : c.value(k));
       --k;
@@ -162,33 +204,56 @@ QuarnFloat stirling_sum(const QuarnFloat& z, int a, bool derivative) {
   return derivative ? sum * inverse_square : sum / z;
 }
 
-QuarnFloat log_gamma_by_stirling(const QuarnFloat& z, int a) {
-  const int whole = int(std::max<std::int64_t>(scientific_exponent(z), 0)) + 10;
+template <class T>
+T log_gamma_by_stirling(const T& z, int a) {
+  const int whole = int(std::max<std::int64_t>(largest_exponent(z), 0)) + 10;
   const WorkingDigits scope(std::max(a + whole, 1) + 5);
   const int w = QuarnDigits();
-  const QuarnFloat sum = (z - QuarnFloat(5, -1)) * approximate_log(z, w) - z;
+  const T sum = (z - QuarnFloat(5, -1)) * logarithm(z, w) - z;
   return sum + own_cache<StirlingCoefficients>(Cache::gamma_series).half_log_two_pi(w) + stirling_sum(z, a + 1, false);
 }
 
-QuarnFloat rising_product(const QuarnFloat& x, long n) {
-  // Factors from both ends: (x + j)(x + n - 1 - j) = c + j (n - 1 - j) with c = x (x + n - 1), and two of these
-  // together are c^2 + (p + q) c + p q.
-  QuarnFloat product = 1;
-  QuarnFloat first = x;
+template <class T>
+T digamma_by_stirling(const T& z, long steps, int a) {
+  const int w = QuarnDigits();
+  const T far = z + QuarnFloat(steps);
+  T sum = (is_one(far) ? T() : logarithm(far, w)) - QuarnFloat(5, -1) / far - stirling_sum(far, a, true);
+  // 1/(z + j) + 1/(z + n - 1 - j) = (2 z + n - 1) / (c + j (n - 1 - j)), c = z (z + n - 1)
+  if (steps > 1) {
+    const T c = z * (z + QuarnFloat(steps - 1));
+    T inverses;
+    for (long j = 0; j < steps / 2; ++j) {
+      inverses = inverses + T(1) / (c + QuarnFloat(j * (steps - 1 - j)));
+    }
+    sum = sum - inverses * (z + z + QuarnFloat(steps - 1));
+  }
+  if (steps % 2 != 0) {
+    sum = sum - T(1) / (z + QuarnFloat(steps / 2));
+  }
+  return sum;
+}
+
+template <class T>
+T rising_product(const T& z, long n) {
+  // Factors from both ends: (z + j)(z + n - 1 - j) = c + j (n - 1 - j) with c = z (z + n - 1), and two of these
+  // together are c^2 + (p + q) c + p q. No sum is much smaller than its terms, since the real part of z is not
+  // negative.
+  T product = 1;
+  T first = z;
   if (n % 2 != 0) {
-    product = x;
-    first = x + QuarnFloat(1);
+    product = z;
+    first = z + QuarnFloat(1);
     --n;
   }
   if (n == 0) {
     return product;
   }
-  const QuarnFloat c = first * (first + QuarnFloat(n - 1));
+  const T c = first * (first + QuarnFloat(n - 1));
   const long pairs = n / 2;
   const auto added = [n](long j) { return j * (n - 1 - j); };
   long j = 0;
   if (pairs >= 4 && n < 50'000) {
-    const QuarnFloat square = c * c;
+    const T square = c * c;
     for (; j + 1 < pairs; j += 2) {
       const std::int64_t p = added(j);
       const std::int64_t q = added(j + 1);
@@ -200,5 +265,14 @@ QuarnFloat rising_product(const QuarnFloat& x, long n) {
   }
   return product;
 }
+
+template QuarnFloat stirling_sum(const QuarnFloat&, int, bool);
+template Complex stirling_sum(const Complex&, int, bool);
+template QuarnFloat log_gamma_by_stirling(const QuarnFloat&, int);
+template Complex log_gamma_by_stirling(const Complex&, int);
+template QuarnFloat digamma_by_stirling(const QuarnFloat&, long, int);
+template Complex digamma_by_stirling(const Complex&, long, int);
+template QuarnFloat rising_product(const QuarnFloat&, long);
+template Complex rising_product(const Complex&, long);
 
 }  // namespace quarn

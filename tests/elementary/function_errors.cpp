@@ -1,10 +1,11 @@
-// Prints the largest error of each function against MPFR, and of the functions of complex numbers against MPC, over
-// many random arguments, in units of the last place, as the table of docs/accuracy.md. Run as: function_errors
+// Prints the largest error of each function against MPFR, and of the functions of complex numbers against MPC and Arb,
+// over many random arguments, in units of the last place, as the table of docs/accuracy.md. Run as: function_errors
 // SEED[:NAME] CASES DIGITS [CASES DIGITS]...; a name restricts it to the functions of that name.
 #include <cstdio>
 #include <cstdlib>
 
 #include "elementary/complex_cases.h"
+#include "elementary/special_complex_cases.h"
 
 namespace {
 
@@ -75,6 +76,14 @@ int main(int argc, char** argv) {
       if (chosen(name)) {
         run.sweep(
             name, 1, [&](std::size_t) { return cases::random_complex(run.random, f, run.digits); },
+            [&](const std::string& re, const std::string& im) { return cases::error_of(f, re, im, run.digits); });
+      }
+    }
+    for (const cases::SpecialComplexCase& f : cases::special_complex_functions()) {
+      const std::string name = std::string(f.name) + "(z)";
+      if (chosen(name)) {
+        run.sweep(
+            name, 0.51, [&](std::size_t) { return cases::random_special_complex(run.random, f, run.digits); },
             [&](const std::string& re, const std::string& im) { return cases::error_of(f, re, im, run.digits); });
       }
     }
