@@ -1,6 +1,7 @@
 // Sparse matrices and iterative solution.
 #include "context.h"
 #include "convert.h"
+#include "incomplete.h"
 
 namespace python {
 namespace {
@@ -9,18 +10,6 @@ using tesk2mp::SparseMatrix;
 using tesk2mp::Storage;
 
 py::object list_of(std::span<const Real> x) { return from(std::vector<Real>(x.begin(), x.end()), py::none()); }
-
-/// While it lives, the matrix is read without the interpreter's lock; made and ended with it.
-class Reading {
- public:
-  explicit Reading(const AnySparse& matrix) : matrix_(matrix) { ++matrix_.readers; }
-  ~Reading() { --matrix_.readers; }
-  Reading(const Reading&) = delete;
-  Reading& operator=(const Reading&) = delete;
-
- private:
-  const AnySparse& matrix_;
-};
 
 /// The matrix, to be changed.
 AnySparse& changeable(AnySparse& matrix) {
@@ -80,6 +69,16 @@ tesk2mp::SolverOptions options_of(const std::string& method, const py::object& t
   return options;
 }
 
+/// Factors that the caller keeps, as a preconditioner without Python.
+template <class Factors, class Any>
+std::function<void(std::span<const Real>, std::span<Real>)> native(const Any& any) {
+  const auto* factors = std::get_if<Factors>(&any);
+  if (factors == nullptr) {
+    throw py::type_error("the iterative solver is for real matrices");
+  }
+  return [factors](std::span<const Real> x, std::span<Real> y) { (*factors)(x, y); };
+}
+
 py::tuple solve_iteratively(const py::object& a, const py::object& b, const py::object& preconditioner,
                             const std::string& method, Integer order, const py::object& tolerance,
                             Integer most_iterations, const py::object& guess, const py::object& transpose,
@@ -91,7 +90,11 @@ py::tuple solve_iteratively(const py::object& a, const py::object& b, const py::
   options.order = order;
   options.most_iterations = most_iterations;
   std::function<void(std::span<const Real>, std::span<Real>)> precondition;
-  if (optional_function(preconditioner)) {
+  if (py::isinstance<AnyIncompleteLU>(preconditioner)) {
+    precondition = native<tesk2mp::IncompleteLU<Real>>(py::cast<const AnyIncompleteLU&>(preconditioner));
+  } else if (py::isinstance<AnyIncompleteCholesky>(preconditioner)) {
+    precondition = native<tesk2mp::IncompleteCholesky<Real>>(py::cast<const AnyIncompleteCholesky&>(preconditioner));
+  } else if (optional_function(preconditioner)) {
     precondition = [held = preconditioner.ptr()](std::span<const Real> x, std::span<Real> y) {
       call_with_vector(borrowed(held), x, y);
     };
@@ -306,7 +309,7 @@ void add_sparse(py::module_& module) {
 The solution of a x = b by iteration: (x, residual b - a x, number of iterations). a: a SparseMatrix, or a function that takes
 a list of n numbers and gives the n numbers of their product with the matrix. RuntimeWarning when x is so large that the
 criterion holds although |b - a x| > sqrt(tolerance) |b|, as with a singular matrix. preconditioner: a function that solves with
-a matrix near a. method: 'rgmres', 'cgs', 'bicgstab' or 'tfqmr'; for a symmetric matrix also 'minres', 'symmlq' and, when it
+a matrix near a, an IncompleteLU or an IncompleteCholesky. method: 'rgmres', 'cgs', 'bicgstab' or 'tfqmr'; for a symmetric matrix also 'minres', 'symmlq' and, when it
 is positive definite, 'cg'; order: iterations to a restart of RGMRES, the order of
 BICGSTAB, 0 for the usual one. tolerance: 0 for the square root of the machine precision. NumericalFailure when the method
 breaks down or runs out of iterations.

@@ -1,10 +1,12 @@
 // Linear systems by the library's iterative methods, with a course of the residual.
 #include <algorithm>
+#include <memory>
 
 #include "cli/commands/failure.h"
 #include "cli/commands/linear_system.h"
 #include "cli/io/number_text.h"
 #include "cli/system/memory.h"
+#include "tesk2mp/incomplete.hpp"
 #include "tesk2mp/preconditioners.hpp"
 #include "tesk2mp/solver.hpp"
 
@@ -23,11 +25,42 @@ QuarnFloat number(const std::string& option, const std::string& text) {
 
 using Preconditioner = std::function<void(std::span<const QuarnFloat>, std::span<QuarnFloat>)>;
 
+/// What the factors are shared for: a function is copied, and they need not be.
+template <class Factors>
+Preconditioner shared(Factors&& factors) {
+  return [held = std::make_shared<const Factors>(std::forward<Factors>(factors))](
+             std::span<const QuarnFloat> x, std::span<QuarnFloat> y) { (*held)(x, y); };
+}
+
+Preconditioner incomplete_factors(const std::string& source, const tesk2mp::SparseMatrix<QuarnFloat>& a,
+                                  const IterativeOptions& options) {
+  tesk2mp::FillOptions fill;
+  fill.level = options.fill;
+  fill.modified = options.modified;
+  if (!options.drop.empty()) {
+    fill.level = -1;
+    fill.drop_tolerance = number("--drop", options.drop);
+    if (!(fill.drop_tolerance >= 0) || !isfinite(fill.drop_tolerance)) {
+      throw bad_input("--drop: must not be negative");
+    }
+  }
+  if (options.precon == "ilu") {
+    return shared(tesk2mp::IncompleteLU(a, fill));
+  }
+  if (!tesk2mp::is_hermitian(a)) {
+    throw bad_input(source + ": --precon ic is for symmetric matrices");
+  }
+  return shared(tesk2mp::IncompleteCholesky(tesk2mp::lower_triangle(a), fill));
+}
+
 /// Null where none is wanted.
 Preconditioner preconditioner_of(const std::string& source, const Equations<QuarnFloat>& equations,
                                  const IterativeOptions& options) {
   if (options.precon == "none") {
     return {};
+  }
+  if (options.precon == "ilu" || options.precon == "ic") {
+    return incomplete_factors(source, equations.a, options);
   }
   const QuarnFloat omega = number("--omega", options.omega);
   if (!(omega > 0 && omega < 2)) {
@@ -74,18 +107,6 @@ tesk2mp::SolverOptions solver_options(const std::string& method, const Iterative
   return result;
 }
 
-/// Of entries in canonical form.
-bool is_symmetric(const tesk2mp::SparseMatrix<QuarnFloat>& a) {
-  tesk2mp::SparseMatrix<QuarnFloat> transposed(a.order());
-  for (std::size_t k = 0; k < a.entries(); ++k) {
-    transposed.add(a.column(k), a.row(k), a.value(k));
-  }
-  transposed.canonicalise(tesk2mp::Duplicates::sum, tesk2mp::Zeros::keep);
-  return std::ranges::equal(a.rows_from_one(), transposed.rows_from_one()) &&
-         std::ranges::equal(a.columns_from_one(), transposed.columns_from_one()) &&
-         std::ranges::equal(a.values(), transposed.values());
-}
-
 bool has_positive_diagonal(const tesk2mp::SparseMatrix<QuarnFloat>& a) {
   std::size_t positive = 0;
   for (std::size_t k = 0; k < a.entries(); ++k) {
@@ -101,7 +122,7 @@ std::string automatic_method(const LinearSystem& system) {
   if (equations == nullptr) {
     return "direct";
   }
-  if (!is_symmetric(equations->a)) {
+  if (!tesk2mp::is_hermitian(equations->a)) {
     return "bicgstab";
   }
   return has_positive_diagonal(equations->a) ? "cg" : "minres";

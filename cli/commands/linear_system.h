@@ -65,6 +65,9 @@ struct IterativeOptions {
   Integer maxit = 1000;
   std::string precon = "none";
   std::string omega = "1";
+  Integer fill = 0;  // of incomplete factors, by level
+  std::string drop;  // by drop tolerance where it is not empty
+  bool modified = false;
   Integer restart = 30;
   Integer order = 2;
   Integer every = 1;

@@ -344,8 +344,13 @@ Examples:
 void add_iterative_options(Command& command, IterativeOptions& options) {
   command.text("--tol", "T", options.tolerance, "tolerance, below 1 (default: the root of the machine precision)");
   command.number("--maxit", "K", options.maxit, 1, kMostIterations, "most iterations (default 1000)");
-  command.choice("--precon", "P", options.precon, {"none", "jacobi", "ssor"},
-                 "preconditioner: none (default), jacobi, ssor");
+  command.choice("--precon", "P", options.precon, {"none", "jacobi", "ssor", "ilu", "ic"},
+                 "preconditioner: none (default), jacobi, ssor, ilu (incomplete LU), ic (incomplete Cholesky, of "
+                 "symmetric matrices)");
+  command.number("--fill", "K", options.fill, 0, kMostIterations,
+                 "ilu, ic: level of the fill that is kept (default 0)");
+  command.text("--drop", "T", options.drop, "ilu, ic: keep fill of any level that is larger than T times its row");
+  command.flag("--modified", options.modified, "ilu, ic: add what is dropped to the diagonal");
   command.text("--omega", "W", options.omega, "relaxation of ssor, between 0 and 2 (default 1)");
   command.number("--restart", "M", options.restart, 1, 50, "rgmres: iterations to a restart, 1 to 50 (default 30)");
   command.number("--order", "L", options.order, 1, 10, "bicgstab: its order, 1 to 10 (default 2)");

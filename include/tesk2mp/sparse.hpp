@@ -1,6 +1,7 @@
 // Sparse matrices of the C++ interface. Part of tesk2mp.hpp; sparse.h describes storage and methods.
 #pragma once
 
+#include <algorithm>
 #include <limits>
 #include <string>
 #include <utility>
@@ -140,5 +141,69 @@ class SparseMatrix {
   std::vector<Integer> rows_;  // from 1, as the exports take them
   std::vector<Integer> columns_;
 };
+
+namespace detail {
+
+/// Entries (row, column, value) of a into a matrix of another storage.
+template <Scalar T, class Add>
+SparseMatrix<T> rearranged(const SparseMatrix<T>& a, Storage storage, const Add& add) {
+  SparseMatrix<T> result(a.order(), storage);
+  for (std::size_t k = 0; k < a.entries(); ++k) {
+    add(result, a.row(k), a.column(k), a.value(k));
+  }
+  result.canonicalise(Duplicates::sum, Zeros::keep);
+  return result;
+}
+
+template <Scalar T>
+T mirrored(const T& value) {
+  if constexpr (kIsComplex<T>) {
+    return conj(value);
+  } else {
+    return value;
+  }
+}
+
+}  // namespace detail
+
+/// The matrix with both of its triangles, in canonical form.
+template <Scalar T>
+SparseMatrix<T> whole(const SparseMatrix<T>& a) {
+  const bool triangle = a.storage() == Storage::lower_triangle;
+  return detail::rearranged(a, Storage::general,
+                            [&](auto& result, std::size_t row, std::size_t column, const T& value) {
+                              result.add(row, column, value);
+                              if (triangle && row != column) {
+                                result.add(column, row, detail::mirrored(value));
+                              }
+                            });
+}
+
+/// The lower triangle of a symmetric or Hermitian matrix, in canonical form; what is above the diagonal is left out.
+template <Scalar T>
+SparseMatrix<T> lower_triangle(const SparseMatrix<T>& a) {
+  return detail::rearranged(a, Storage::lower_triangle,
+                            [](auto& result, std::size_t row, std::size_t column, const T& value) {
+                              if (column <= row) {
+                                result.add(row, column, value);
+                              }
+                            });
+}
+
+/// Is the matrix symmetric (real) or Hermitian (complex)? Of entries in canonical form, zeros among them where they
+/// mirror each other.
+template <Scalar T>
+bool is_hermitian(const SparseMatrix<T>& a) {
+  if (a.storage() == Storage::lower_triangle) {
+    return true;
+  }
+  const SparseMatrix<T> adjoint =
+      detail::rearranged(a, Storage::general, [](auto& result, std::size_t row, std::size_t column, const T& value) {
+        result.add(column, row, detail::mirrored(value));
+      });
+  return std::ranges::equal(a.rows_from_one(), adjoint.rows_from_one()) &&
+         std::ranges::equal(a.columns_from_one(), adjoint.columns_from_one()) &&
+         std::ranges::equal(a.values(), adjoint.values());
+}
 
 }  // namespace tesk2mp

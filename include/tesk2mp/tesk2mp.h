@@ -53,6 +53,7 @@
 #include "tesk2mp/function_zeros.h"
 #include "tesk2mp/gallery.h"
 #include "tesk2mp/generalised.h"
+#include "tesk2mp/incomplete.h"
 #include "tesk2mp/iterative.h"
 #include "tesk2mp/kernels.h"
 #include "tesk2mp/least_squares.h"

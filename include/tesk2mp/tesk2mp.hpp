@@ -31,6 +31,7 @@
 #include "tesk2mp/function_zeros.hpp"
 #include "tesk2mp/gallery.hpp"
 #include "tesk2mp/generalised.hpp"
+#include "tesk2mp/incomplete.hpp"
 #include "tesk2mp/kernels.hpp"
 #include "tesk2mp/least_squares.hpp"
 #include "tesk2mp/linear.hpp"

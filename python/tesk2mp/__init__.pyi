@@ -258,6 +258,55 @@ class SinePlan:
     def dst(self, x: RealVector, norm: str | None = None) -> list[Decimal]: ...
     def idst(self, x: RealVector, norm: str | None = None) -> list[Decimal]: ...
 
+class IncompleteLU:
+    def __init__(
+        self,
+        a: SparseMatrix,
+        level: int = 0,
+        drop_tolerance: RealLike | None = None,
+        modified: bool = False,
+        search: str = "none",
+    ) -> None: ...
+    @property
+    def order(self) -> int: ...
+    @property
+    def entries(self) -> int: ...
+    @property
+    def corrected_pivots(self) -> int: ...
+    @property
+    def lower(self) -> SparseMatrix: ...
+    @property
+    def upper(self) -> SparseMatrix: ...
+    @property
+    def row_order(self) -> list[int]: ...
+    @property
+    def column_order(self) -> list[int]: ...
+    def solve(self, b: Vector, op: str = "none") -> Numbers: ...
+
+class IncompleteCholesky:
+    def __init__(
+        self,
+        a: SparseMatrix,
+        level: int = 0,
+        drop_tolerance: RealLike | None = None,
+        modified: bool = False,
+        search: str = "none",
+        shift: RealLike = 0,
+    ) -> None: ...
+    @property
+    def order(self) -> int: ...
+    @property
+    def entries(self) -> int: ...
+    @property
+    def corrected_pivots(self) -> int: ...
+    @property
+    def lower(self) -> SparseMatrix: ...
+    @property
+    def diagonal(self) -> Numbers: ...
+    @property
+    def row_order(self) -> list[int]: ...
+    def solve(self, b: Vector) -> Numbers: ...
+
 class SparseMatrix:
     def __init__(
         self, order: int, entries: Iterable[tuple[int, int, Number]], lower_triangle: bool = False
@@ -408,7 +457,7 @@ def solve(
 def solve_iteratively(
     a: SparseMatrix | Callable[[list[Decimal]], RealVector],
     b: RealVector,
-    preconditioner: Callable[[list[Decimal]], RealVector] | None = None,
+    preconditioner: Callable[[list[Decimal]], RealVector] | IncompleteLU | IncompleteCholesky | None = None,
     method: str = "rgmres",
     order: int = 0,
     tolerance: RealLike = 0,

@@ -1,51 +1,12 @@
 // Products of a sparse matrix and a vector: entries.
 #include "src/frame/option.h"
 #include "src/frame/report.h"
-#include "src/sparse/messages.h"
 #include "src/sparse/spmv.h"
-#include "src/sparse/structure.h"
+#include "src/sparse/structure_report.h"
 #include "tesk2mp/sparse.h"
 
 namespace tesk {
 namespace {
-
-/// Reports what is wrong with the structure, labels counting down from `first_label`; false when something is.
-bool structure_is_valid(Report& report, Integer first_label, Integer n, Integer nnz, const Integer* irow,
-                        const Integer* icol, Storage storage) {
-  const auto [fault, entry] = f11_check_cs(n, nnz, irow, icol, storage);
-  const Integer label = first_label + 1 - Integer(fault);
-  const bool general = storage == Storage::general;
-  switch (fault) {
-    case StructureFault::none:
-      return true;
-    case StructureFault::order:
-      report.fail(2, label, " ** On entry, N .lt. 1: N =%16ld.", n);
-      break;
-    case StructureFault::few_entries:
-      report.fail(2, label, " ** On entry, NNZ .lt. 1: NNZ =%16ld.", nnz);
-      break;
-    case StructureFault::many_entries:
-      report.fail(2, label,
-                  general ? " ** On entry, NNZ .gt. N**2:\n    NNZ =%16ld N =%16ld."
-                          : " ** On entry, NNZ .gt. N*(N+1)/2:\n    NNZ =%16ld N =%16ld.",
-                  nnz, n);
-      break;
-    case StructureFault::row_range:
-      report.fail(3, label, kRowRange, entry, irow[entry - 1], n);
-      break;
-    case StructureFault::column_range:
-      report.fail(3, label, general ? kColumnRange : kTriangleRange, entry, icol[entry - 1],
-                  general ? n : irow[entry - 1]);
-      break;
-    case StructureFault::out_of_order:
-      report.fail(3, label, " ** On entry, A(I) is out of order:\n    I =%16ld.", entry);
-      break;
-    case StructureFault::duplicate:
-      report.fail(3, label, " ** On entry, the location (IROW(I), ICOL(I)) is a duplicate:\n    I =%16ld.", entry);
-      break;
-  }
-  return false;
-}
 
 /// The check of CHECK, and with 'C' that of the structure; false when one fails.
 template <class Value>
@@ -55,7 +16,8 @@ bool matrix_is_valid(Report& report, const Option& check, Integer structure_labe
     report.fail(1, 99999, " ** On entry, CHECK .ne. 'C' or 'N': CHECK = '%s'.", check.text());
     return false;
   }
-  return check.letter() == 'N' || structure_is_valid(report, structure_label, m.n, m.nnz, m.irow, m.icol, storage);
+  return check.letter() == 'N' ||
+         structure_is_valid(report, StructureReport{structure_label, 2, 3}, storage, m.n, m.nnz, m.irow, m.icol);
 }
 
 template <class Value>

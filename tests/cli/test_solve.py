@@ -68,7 +68,7 @@ class Solve(unittest.TestCase):
         matrix = self.write("a.mtx", f"{HEAD}real general\n{n} {n} {len(entries)}\n" + "\n".join(entries) + "\n")
         right_side = self.write("b.csv", "name,b\n" + "".join(f"{i},{value}\n" for i, value in enumerate(b)))
         for method in METHODS:
-            for precon in ("none",) if method == "direct" else ("none", "jacobi", "ssor"):
+            for precon in ("none",) if method == "direct" else ("none", "jacobi", "ssor", "ilu"):
                 with self.subTest(seed=seed, method=method, precon=precon):
                     result = run_json("solve", matrix, "--rhs", right_side, "--method", method, "--precon", precon, "--digits", "60",
                                       "--tol", "1e-50", "--restart", "12")
@@ -82,6 +82,21 @@ class Solve(unittest.TestCase):
                            "40")["iterations"] for precon in ("none", "jacobi", "ssor")]
         self.assertEqual(counts, sorted(counts, reverse=True))
         self.assertLess(3 * counts[2], counts[0])
+
+    def test_incomplete_factors_save_iterations(self):
+        def iterations(*options):
+            result = run_json("solve", matrix_of("bcsstk01"), "--method", "cg", "--tol", "1e-25", "--digits", "40", *options)
+            self.assertEqual(result["failure"], "")
+            return result["iterations"]
+
+        plain = iterations()
+        self.assertLess(2 * iterations("--precon", "ic"), plain)
+        self.assertLess(iterations("--precon", "ic", "--drop", "1e-4"), 10)
+        self.assertEqual(iterations("--precon", "ilu", "--fill", "48"), 1)
+        done = run("solve", matrix_of("west0067"), "--precon", "ic")
+        self.assertEqual(done.returncode, 2)
+        self.assertIn("--precon ic is for symmetric matrices", done.stderr)
+        self.assertIn("--drop: must not be negative", run("solve", matrix_of("bcsstk01"), "--precon", "ic", "--drop", "-1").stderr)
 
     def test_a_complex_system_is_solved_directly(self):
         matrix = self.write("c.mtx", HEAD + "complex general\n2 2 3\n1 1 1 1\n1 2 0 2\n2 2 4 0\n")

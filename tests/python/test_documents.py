@@ -26,6 +26,7 @@ COUNTERPARTS = {
     "gerc": "outer",
     "herk": "hermitian_product",
     "iterate": "solve_iteratively",
+    "lower_triangle": "SparseMatrix",
     "model_base": "machine_precision",
     "norm2": "norm",
     "one_based": "multiply",
@@ -39,6 +40,7 @@ COUNTERPARTS = {
     "trmv": "triangular_multiply",
     "trsm": "triangular_solve",
     "trsv": "triangular_solve",
+    "whole": "SparseMatrix",
 }
 
 

@@ -128,6 +128,33 @@ class Linear(unittest.TestCase):
             product[[row, other]] = product[[other, row]]
         self.assertTrue(numpy.allclose(product, a))
 
+    def test_incomplete_factors(self):
+        rows = [[5, 1, 0, 2], [1, 6, 1, 0], [0, 1, 7, 1], [2, 0, 1, 8]]
+        entries = [(i, j, rows[i][j]) for i in range(4) for j in range(4) if rows[i][j]]
+        for kind in (1, tesk2mp.Complex(0, 1)):
+            above, below = (1, 1) if kind == 1 else (kind, tesk2mp.Complex(0, -1))
+            a = tesk2mp.SparseMatrix(4, [(i, j, value * (1 if i == j else above if i < j else below)) for i, j, value in entries])
+            for search in ("none", "rows", "columns", "both"):
+                factors = tesk2mp.IncompleteLU(a, drop_tolerance=0, search=search)
+                self.assertEqual(factors.corrected_pivots, 0)
+                self.assertEqual(sorted(factors.row_order), [0, 1, 2, 3])
+                for op in ("none", "conjugate_transpose"):
+                    x = factors.solve([1, 2, 3, 4], op=op)
+                    back = a.multiply(x, transpose=op != "none")
+                    self.assertTrue(all(abs(complex(u - v)) < 1e-15 for u, v in zip(back, [1, 2, 3, 4])))
+            x = tesk2mp.IncompleteCholesky(a, drop_tolerance=0, search="least_fill").solve([1, 2, 3, 4])
+            self.assertTrue(all(abs(complex(u - v)) < 1e-15 for u, v in zip(a.multiply(x), [1, 2, 3, 4])))
+        a = tesk2mp.SparseMatrix(4, entries)
+        plain = tesk2mp.solve_iteratively(a, [1, 2, 3, 4], tolerance="1e-15")
+        for factors in (tesk2mp.IncompleteLU(a), tesk2mp.IncompleteCholesky(a, shift="0.01"), tesk2mp.IncompleteLU(a, level=1).solve):
+            x, _, iterations = tesk2mp.solve_iteratively(a, [1, 2, 3, 4], factors, tolerance="1e-15")
+            self.assertLessEqual(iterations, plain[2])
+            self.assertTrue(all(abs(u - v) < Decimal("1e-13") for u, v in zip(x, plain[0])))
+        with self.assertRaises(tesk2mp.InvalidArgument):
+            tesk2mp.IncompleteLU(a, drop_tolerance=-1)
+        with self.assertRaises(TypeError):
+            tesk2mp.solve_iteratively(a, [1, 2, 3, 4], tesk2mp.IncompleteLU(tesk2mp.SparseMatrix(1, [(0, 0, tesk2mp.Complex(1, 1))])))
+
     def test_sparse_products(self):
         entries = [(RANDOM.randrange(6), RANDOM.randrange(6), RANDOM.randint(-9, 9)) for _ in range(20)]
         dense = numpy.zeros((6, 6), dtype=int)

@@ -136,9 +136,81 @@ void preconditioners(Suite& suite, Diagonal diagonal, Jacobi jacobi, Ssor ssor) 
   });
 }
 
+/// The forms of an incomplete factorisation. A triangle has one permutation and no places of pivots.
+template <class T, bool kTriangle, class... E>
+void incomplete_factors(Suite& suite, E... forms) {
+  suite.cases(2, [&](Case& c) {
+    for (const char* search : {"N", "R", "C", "b", "d", "M"}) {
+      auto e = entries<T>(c, kTriangle, c.below(5) != 0);
+      const auto n = std::size_t(std::max<Integer>(1, e.n));
+      const Integer la = e.nnz + Integer(n * n) - Integer(c.below(8) == 0 ? n * n : 0);
+      e.a.resize(std::size_t(std::max<Integer>(la, 1)));
+      e.irow.resize(e.a.size());
+      e.icol.resize(e.a.size());
+      const std::vector<Integer> orders(n, -5), starts(n + 1, -5);
+      const Integer level = Integer(c.below(4)) - 1;
+      const QuarnFloat drop = QuarnFloat(c.below(4)) / 10;
+      if constexpr (kTriangle) {
+        (suite.run_form<2>(forms, e.n, e.nnz, e.a, la, e.irow, e.icol, level, drop, "m", drop, search, orders, starts,
+                           Integer(-9), Integer(-9)),
+         ...);
+      } else {
+        (suite.run_form<2>(forms, e.n, e.nnz, e.a, la, e.irow, e.icol, level, drop, search, "n", orders, orders, starts,
+                           orders, Integer(-9), Integer(-9)),
+         ...);
+      }
+    }
+  });
+}
+
+/// Solutions with full factors that follow one entry.
+template <class T, bool kTriangle, class... E>
+void factor_solutions(Suite& suite, E... forms) {
+  suite.cases(2, [&](Case& c) {
+    const Integer n = std::max<Integer>(1, c.size);
+    std::vector<Integer> irow = {1}, icol = {1}, order, starts = {2}, places;
+    for (Integer i = 1; i <= n; ++i) {
+      for (Integer j = 1; j <= (kTriangle ? i : n); ++j) {
+        irow.push_back(i);
+        icol.push_back(j);
+        if (i == j) {
+          places.push_back(Integer(irow.size()));
+        }
+      }
+      starts.push_back(Integer(irow.size()) + 1);
+      order.push_back(n + 1 - i);
+    }
+    const auto a = c.numbers<T>(std::int64_t(irow.size()));
+    if (c.below(3) == 0) {
+      irow[std::size_t(c.below(Integer(irow.size())))] = 0;
+    }
+    const auto y = c.numbers<T>(n);
+    const std::vector<T> x(std::size_t(n), T(5.0));
+    for (const char* check : {"c", "X"}) {
+      if constexpr (kTriangle) {
+        (suite.run_form<1>(forms, n, a, Integer(irow.size()), irow, icol, order, starts, check, y, x), ...);
+      } else {
+        for (const char* trans : {"N", "t", "X"}) {
+          (suite.run_form<2>(forms, trans, n, a, Integer(irow.size()), irow, icol, order, order, starts, places, check,
+                             y, x),
+           ...);
+        }
+      }
+    }
+  });
+}
+
 }  // namespace
 
 void sparse(Suite& suite) {
+  incomplete_factors<QuarnFloat, false>(suite, ENTRY(QuarnMP_f11daf_), ENTRY(QuarnMP_f11dafn_));
+  incomplete_factors<Complex, false>(suite, ENTRY(QuarnMP_f11dnf_), ENTRY(QuarnMP_f11dnfn_));
+  incomplete_factors<QuarnFloat, true>(suite, ENTRY(QuarnMP_f11jaf_), ENTRY(QuarnMP_f11jafn_));
+  incomplete_factors<Complex, true>(suite, ENTRY(QuarnMP_f11jnf_), ENTRY(QuarnMP_f11jnfn_));
+  factor_solutions<QuarnFloat, false>(suite, ENTRY(QuarnMP_f11dbf_), ENTRY(QuarnMP_f11dbfn_));
+  factor_solutions<Complex, false>(suite, ENTRY(QuarnMP_f11dpf_), ENTRY(QuarnMP_f11dpfn_));
+  factor_solutions<QuarnFloat, true>(suite, ENTRY(QuarnMP_f11jbf_), ENTRY(QuarnMP_f11jbfn_));
+  factor_solutions<Complex, true>(suite, ENTRY(QuarnMP_f11jpf_), ENTRY(QuarnMP_f11jpfn_));
   canonical_form<QuarnFloat>(suite, false, ENTRY(QuarnMP_f11zaf_), ENTRY(QuarnMP_f11zafn_));
   canonical_form<Complex>(suite, false, ENTRY(QuarnMP_f11znf_), ENTRY(QuarnMP_f11znfn_));
   canonical_form<QuarnFloat>(suite, true, ENTRY(QuarnMP_f11zbfn_));

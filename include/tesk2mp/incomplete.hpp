@@ -1,0 +1,255 @@
+// Incomplete factorisations of the C++ interface, which are preconditioners. Part of tesk2mp.hpp; incomplete.h
+// describes them.
+#pragma once
+
+#include <algorithm>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "tesk2mp/sparse.hpp"
+
+namespace tesk2mp {
+
+/// Where the pivot of a step is looked for.
+enum class PivotSearch : char { none = 'N', rows = 'R', columns = 'C', both = 'B' };
+/// Which diagonal element a step takes: the next, the largest, or that with the fewest entries left in its row.
+enum class DiagonalSearch : char { none = 'N', largest = 'D', least_fill = 'M' };
+
+/// What of the fill is kept.
+struct FillOptions {
+  Integer level = 0;        ///< up to this level; negative: drop_tolerance decides
+  Real drop_tolerance = 0;  ///< fill below it times the largest element of its row is dropped; 0: none
+  bool modified = false;    ///< what is dropped goes into the pivots, so that row sums stay
+};
+
+namespace detail {
+
+/// The arrays of a factorisation without the matrix before them; permutations and starts count from 1 there.
+template <Scalar T>
+class Factors {
+ public:
+  using value_type = T;
+
+  std::size_t order() const { return starts_.size() - 1; }
+  /// Of both factors, the diagonal once.
+  std::size_t entries() const { return values_.size(); }
+  /// Pivots that have been replaced because there were none; not 0: the factors may be poor.
+  Integer corrected_pivots() const { return corrected_; }
+  /// L with its unit diagonal.
+  SparseMatrix<T> lower() const {
+    SparseMatrix<T> l(order());
+    for (std::size_t k = 0; k < values_.size(); ++k) {
+      if (columns_[k] <= rows_[k]) {
+        l.add(std::size_t(rows_[k]) - 1, std::size_t(columns_[k]) - 1,
+              columns_[k] == rows_[k] ? T(Real(1)) : values_[k]);
+      }
+    }
+    return l;
+  }
+
+ protected:
+  template <class Factorise>
+  Factors(const SparseMatrix<T>& a, const Factorise& factorise) : starts_(a.order() + 1) {
+    const auto before = std::ptrdiff_t(a.entries());
+    // Three times the matrix is enough for most factors; the routine says what others need.
+    std::size_t room = 4 * a.entries() + a.order();
+    for (Integer needed = 0;; room = a.entries() + std::size_t(needed)) {
+      values_.assign(a.values().begin(), a.values().end());
+      rows_.assign(a.rows_from_one().begin(), a.rows_from_one().end());
+      columns_.assign(a.columns_from_one().begin(), a.columns_from_one().end());
+      values_.resize(room);
+      rows_.resize(room);
+      columns_.resize(room);
+      const Integer n = count_of(a.order());
+      const Integer nnz = count_of(a.entries());
+      const Integer la = count_of(room);
+      const Listener listener;
+      Integer ifail = 1;
+      factorise(&n, &nnz, values_.data(), &la, rows_.data(), columns_.data(), starts_.data(), &needed, &corrected_,
+                &ifail);
+      if (ifail == 0) {
+        room = std::size_t(needed);
+        break;
+      }
+      if (ifail != 3) {
+        listener.raise({});
+      }
+    }
+    const auto cut = [&](auto& array) {
+      array.erase(array.begin(), array.begin() + before);
+      array.resize(room);
+      array.shrink_to_fit();
+    };
+    cut(values_);
+    cut(rows_);
+    cut(columns_);
+    for (Integer& start : starts_) {
+      start -= Integer(before);
+    }
+  }
+
+  static std::vector<std::size_t> from_zero(const std::vector<Integer>& order) {
+    std::vector<std::size_t> from_zero;
+    for (const Integer i : order) {
+      from_zero.push_back(std::size_t(i) - 1);
+    }
+    return from_zero;
+  }
+
+  std::vector<T> values_;
+  std::vector<Integer> rows_;
+  std::vector<Integer> columns_;
+  std::vector<Integer> starts_;
+  Integer corrected_ = 0;
+};
+
+}  // namespace detail
+
+/// P A Q = L U + R with sparse triangles, as a preconditioner or, with complete fill (level -1), to solve with.
+///
+/// @code
+/// const tesk2mp::IncompleteLU factors(a, {.level = 1});
+/// const auto x = tesk2mp::solve_iteratively(a, b, options, factors).x;
+/// @endcode
+template <Scalar T>
+class IncompleteLU : public detail::Factors<T> {
+ public:
+  /// a: general, in canonical form.
+  explicit IncompleteLU(const SparseMatrix<T>& a, const FillOptions& fill = {}, PivotSearch search = PivotSearch::none)
+      : IncompleteLU(a, fill, search, std::vector<Integer>(a.order()), std::vector<Integer>(a.order()),
+                     std::vector<Integer>(a.order())) {}
+
+  /// x := op(M)^-1 x with M = P^T L U Q^T
+  void solve(std::span<T> x, Op op = Op::none) const {
+    const char* const routine = detail::name<T>("F11DBF", "F11DPF");
+    const Integer n = detail::count_of(this->order());
+    const Integer la = detail::count_of(this->entries());
+    detail::require_length(routine, 13, detail::count_of(x.size()), n);
+    const bool conjugated = detail::kIsComplex<T> && op == Op::transpose;
+    conjugate_if(conjugated, x);
+    detail::call([&](Integer* ifail) {
+      detail::pick<T>(QuarnMP_f11dbf_, QuarnMP_f11dpf_)(
+          detail::Option(op == Op::none ? 'N' : 'T'), &n, this->values_.data(), &la, this->rows_.data(),
+          this->columns_.data(), row_order_.data(), column_order_.data(), this->starts_.data(), diagonals_.data(),
+          detail::Option('N'), x.data(), x.data(), ifail, 1, 1);
+    });
+    conjugate_if(conjugated, x);
+  }
+  /// y := M^-1 x
+  void operator()(std::span<const T> x, std::span<T> y) const {
+    std::copy(x.begin(), x.end(), y.begin());
+    solve(y);
+  }
+
+  SparseMatrix<T> upper() const {
+    SparseMatrix<T> u(this->order());
+    for (std::size_t k = 0; k < this->values_.size(); ++k) {
+      if (this->columns_[k] >= this->rows_[k]) {
+        u.add(std::size_t(this->rows_[k]) - 1, std::size_t(this->columns_[k]) - 1, this->values_[k]);
+      }
+    }
+    return u;
+  }
+  /// Row k of L U is this row of A, column k this column.
+  std::vector<std::size_t> row_order() const { return this->from_zero(row_order_); }
+  std::vector<std::size_t> column_order() const { return this->from_zero(column_order_); }
+
+ private:
+  IncompleteLU(const SparseMatrix<T>& a, const FillOptions& fill, PivotSearch search, std::vector<Integer> rows,
+               std::vector<Integer> columns, std::vector<Integer> diagonals)
+      : detail::Factors<T>(general(a),
+                           [&](const Integer* n, const Integer* nnz, T* values, const Integer* la, Integer* irow,
+                               Integer* icol, Integer* istr, Integer* nnzc, Integer* npivm, Integer* ifail) {
+                             detail::pick<T>(QuarnMP_f11daf_, QuarnMP_f11dnf_)(
+                                 n, nnz, values, la, irow, icol, &fill.level, &fill.drop_tolerance,
+                                 detail::Option(search), detail::Option(fill.modified ? 'M' : 'N'), rows.data(),
+                                 columns.data(), istr, diagonals.data(), nnzc, npivm, ifail, 1, 1);
+                           }),
+        row_order_(std::move(rows)),
+        column_order_(std::move(columns)),
+        diagonals_(std::move(diagonals)) {
+    for (Integer& place : diagonals_) {
+      place -= detail::count_of(a.entries());
+    }
+  }
+
+  static const SparseMatrix<T>& general(const SparseMatrix<T>& a) {
+    detail::require(a.storage() == Storage::general, detail::name<T>("F11DAF", "F11DNF"), 3,
+                    "a triangle in place of a whole matrix");
+    return a;
+  }
+  static void conjugate_if(bool wanted, std::span<T> x) {
+    if constexpr (detail::kIsComplex<T>) {
+      for (std::size_t i = 0; wanted && i < x.size(); ++i) {
+        x[i].im = -x[i].im;
+      }
+    }
+  }
+
+  std::vector<Integer> row_order_;
+  std::vector<Integer> column_order_;
+  std::vector<Integer> diagonals_;
+};
+
+/// P A P^T = L D L^H + R of a symmetric or Hermitian matrix, as a preconditioner or, with complete fill (level -1), to
+/// solve with.
+template <Scalar T>
+class IncompleteCholesky : public detail::Factors<T> {
+ public:
+  /// a: a lower triangle, in canonical form. shift: its diagonal is multiplied by 1 + shift first.
+  explicit IncompleteCholesky(const SparseMatrix<T>& a, const FillOptions& fill = {},
+                              DiagonalSearch search = DiagonalSearch::none, const Real& shift = 0)
+      : IncompleteCholesky(a, fill, search, shift, std::vector<Integer>(a.order())) {}
+
+  /// x := M^-1 x with M = P^T L D L^H P
+  void solve(std::span<T> x) const {
+    const Integer n = detail::count_of(this->order());
+    const Integer la = detail::count_of(this->entries());
+    detail::require_length(detail::name<T>("F11JBF", "F11JPF"), 10, detail::count_of(x.size()), n);
+    detail::call([&](Integer* ifail) {
+      detail::pick<T>(QuarnMP_f11jbf_, QuarnMP_f11jpf_)(&n, this->values_.data(), &la, this->rows_.data(),
+                                                        this->columns_.data(), order_.data(), this->starts_.data(),
+                                                        detail::Option('N'), x.data(), x.data(), ifail, 1);
+    });
+  }
+  /// y := M^-1 x
+  void operator()(std::span<const T> x, std::span<T> y) const {
+    std::copy(x.begin(), x.end(), y.begin());
+    solve(y);
+  }
+
+  /// The elements of D, positive unless A holds NaN.
+  std::vector<T> diagonal() const {
+    std::vector<T> d;
+    for (std::size_t k = 1; k < this->starts_.size(); ++k) {
+      d.push_back(this->values_[std::size_t(this->starts_[k]) - 2]);
+    }
+    return d;
+  }
+  /// Row k of L is this row of A.
+  std::vector<std::size_t> row_order() const { return this->from_zero(order_); }
+
+ private:
+  IncompleteCholesky(const SparseMatrix<T>& a, const FillOptions& fill, DiagonalSearch search, const Real& shift,
+                     std::vector<Integer> order)
+      : detail::Factors<T>(triangle(a),
+                           [&](const Integer* n, const Integer* nnz, T* values, const Integer* la, Integer* irow,
+                               Integer* icol, Integer* istr, Integer* nnzc, Integer* npivm, Integer* ifail) {
+                             detail::pick<T>(QuarnMP_f11jaf_, QuarnMP_f11jnf_)(
+                                 n, nnz, values, la, irow, icol, &fill.level, &fill.drop_tolerance,
+                                 detail::Option(fill.modified ? 'M' : 'N'), &shift, detail::Option(search),
+                                 order.data(), istr, nnzc, npivm, ifail, 1, 1);
+                           }),
+        order_(std::move(order)) {}
+
+  static const SparseMatrix<T>& triangle(const SparseMatrix<T>& a) {
+    detail::require(a.storage() == Storage::lower_triangle, detail::name<T>("F11JAF", "F11JNF"), 3,
+                    "a whole matrix in place of a lower triangle");
+    return a;
+  }
+
+  std::vector<Integer> order_;
+};
+
+}  // namespace tesk2mp

@@ -1,0 +1,32 @@
+// Incomplete factors, real or complex, as Python holds them.
+#pragma once
+
+#include "convert.h"
+
+namespace python {
+
+struct AnyIncompleteLU : std::variant<tesk2mp::IncompleteLU<Real>, tesk2mp::IncompleteLU<Complex>> {
+  using variant::variant;
+};
+struct AnyIncompleteCholesky : std::variant<tesk2mp::IncompleteCholesky<Real>, tesk2mp::IncompleteCholesky<Complex>> {
+  using variant::variant;
+};
+
+/// While it lives, the matrix is read without the interpreter's lock; made and ended with it.
+class Reading {
+ public:
+  explicit Reading(const AnySparse& matrix) : matrix_(matrix) { ++matrix_.readers; }
+  ~Reading() { --matrix_.readers; }
+  Reading(const Reading&) = delete;
+  Reading& operator=(const Reading&) = delete;
+
+ private:
+  const AnySparse& matrix_;
+};
+
+}  // namespace python
+
+template <>
+struct pybind11::detail::type_caster<python::AnyIncompleteLU> : python::Whole<python::AnyIncompleteLU> {};
+template <>
+struct pybind11::detail::type_caster<python::AnyIncompleteCholesky> : python::Whole<python::AnyIncompleteCholesky> {};

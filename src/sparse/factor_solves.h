@@ -1,0 +1,29 @@
+// Solutions with the factors of an incomplete factorisation.
+#pragma once
+
+#include "src/kernels/options.h"
+#include "src/sparse/coordinate.h"
+
+namespace tesk {
+
+/// The factors as IncompleteFactors has them, but everything counts from 1.
+template <class Value>
+struct FactorView {
+  Integer n;
+  const Value* a;
+  const Integer* icol;
+  const Integer* istr;
+  const Integer* idiag;  // of L D L^H null: the last element of each row
+  const Integer* row_order;
+  const Integer* column_order;
+};
+
+/// x := op(M)^-1 y with P M Q = L U; x may be y. Throws when storage runs out, x as it was.
+template <class Value>
+void solve_lu(Op op, const FactorView<Value>& factors, const Value* y, Value* x);
+
+/// x := M^-1 y with P M P^T = L D L^H; likewise.
+template <class Value>
+void solve_cholesky(const FactorView<Value>& factors, const Value* y, Value* x);
+
+}  // namespace tesk

@@ -1,0 +1,294 @@
+// Incomplete factorisations by the properties that define them: the places of the factors are those of the levels, and
+// L U is A at these places; complete fill gives A, whatever the order; pivots are what the search says.
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <numeric>
+
+#include "sparse/factorisation.h"
+#include "support/digits.h"
+
+using entries::Coordinates;
+using factorisation::Factors;
+using factorisation::Full;
+using support::Random;
+
+namespace {
+
+constexpr int kFar = 1 << 20;
+
+/// The places of level `most` or less: elimination on a full table of levels.
+Full<int> levels_within(Full<int> level, int most) {
+  const std::size_t n = level.size();
+  for (std::size_t k = 0; k < n; ++k) {
+    for (std::size_t i = k + 1; i < n; ++i) {
+      for (std::size_t j = k + 1; level[i][k] <= most && j < n; ++j) {
+        if (level[k][j] <= most) {
+          level[i][j] = std::min(level[i][j], level[i][k] + level[k][j] + 1);
+        }
+      }
+    }
+  }
+  for (auto& row : level) {
+    for (int& each : row) {
+      each = each <= most ? 1 : 0;
+    }
+  }
+  return level;
+}
+
+template <class T>
+Full<int> levels_of(const Coordinates<T>& a, bool triangle) {
+  Full<int> level(std::size_t(a.n), std::vector<int>(std::size_t(a.n), kFar));
+  for (std::size_t k = 0; k < a.a.size(); ++k) {
+    const auto i = std::size_t(a.irow[k] - 1);
+    const auto j = std::size_t(a.icol[k] - 1);
+    level[i][j] = 0;
+    level[j][i] = triangle ? 0 : level[j][i];
+  }
+  for (std::size_t i = 0; i < level.size(); ++i) {
+    level[i][i] = 0;
+  }
+  return level;
+}
+
+template <class T>
+QuarnFloat largest(const Full<T>& a) {
+  QuarnFloat size;
+  for (const auto& row : a) {
+    for (const T& x : row) {
+      size = std::max(size, tesk::magnitude(x));
+    }
+  }
+  return size;
+}
+
+/// P A Q with the orders of the factors.
+template <class T>
+Full<T> permuted(const Full<T>& a, const Factors<T>& factors) {
+  Full<T> p = a;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    for (std::size_t j = 0; j < a.size(); ++j) {
+      p[i][j] = a[factors.row(i)][factors.column(j)];
+    }
+  }
+  return p;
+}
+
+/// In units of rounding at the digits of the moment.
+template <class T>
+QuarnFloat distance(const T& x, const T& y, const QuarnFloat& size) {
+  return tesk::magnitude(x - y) / (size * QuarnFloat(1, 1 - QuarnDigits()));
+}
+
+}  // namespace
+
+TEST_CASE_TEMPLATE("the factors agree with A at the places of the levels", T, QuarnFloat, Complex) {
+  Random random;
+  for (const int digits : {2, 17, 50, 333}) {
+    const support::Digits scope(digits);
+    for (const bool triangle : {false, true}) {
+      for (const int level : {0, 1, 2, 99}) {
+        const auto n = Integer(random.between(1, 12));
+        const Coordinates<T> a = factorisation::sample<T>(random, n, triangle, 1);
+        Factors<T> factors(a, triangle);
+        factors.lfill = level;
+        REQUIRE(factors.factorise().ifail == 0);
+        CHECK(factors.npivm == 0);
+        CHECK(factors.nnzc == factors.istr[std::size_t(n)] - factors.istr[0]);
+        const Full<int> expected = levels_within(levels_of(a, triangle), level);
+        const Full<int> found = factors.pattern();
+        const Full<T> whole = factorisation::written_out(a, triangle);
+        const QuarnFloat size = largest(whole);
+        Full<T> m;
+        {
+          const support::Digits more(digits + 10);
+          m = factorisation::product(factors.lower(), factors.upper());
+        }
+        for (std::size_t i = 0; i < std::size_t(n); ++i) {
+          for (std::size_t j = 0; j < std::size_t(triangle ? i + 1 : std::size_t(n)); ++j) {
+            CHECK(found[i][j] == expected[i][j]);
+            if (expected[i][j] == 1) {
+              CHECK(distance(m[i][j], whole[i][j], size) <= 30);
+            }
+          }
+        }
+      }
+    }
+  }
+}
+
+TEST_CASE_TEMPLATE("modified factors keep row sums", T, QuarnFloat, Complex) {
+  Random random;
+  const support::Digits scope(40);
+  for (const bool triangle : {false, true}) {
+    for (const int level : {0, 1, -1}) {
+      Coordinates<T> a = factorisation::sample<T>(random, 12, triangle, 1);
+      if (triangle) {  // of complex ones only the real parts are kept
+        std::transform(a.a.begin(), a.a.end(), a.a.begin(), [](const T& x) { return T(tesk::magnitude(x)); });
+      }
+      Factors<T> factors(a, triangle);
+      factors.lfill = level;
+      factors.dtol = QuarnFloat(1, -3);
+      factors.modified = "m";
+      factors.search = triangle ? "M" : level == 1 ? "C" : "N";
+      REQUIRE(factors.factorise().ifail == 0);
+      CHECK(factors.npivm == 0);
+      const Full<T> whole = permuted(factorisation::written_out(a, triangle), factors);
+      const Full<T> m = factorisation::product(factors.lower(), factors.upper());
+      for (std::size_t i = 0; i < m.size(); ++i) {
+        const auto sum = [i](const Full<T>& x) { return std::accumulate(x[i].begin(), x[i].end(), T(0.0)); };
+        CHECK(distance(sum(m), sum(whole), largest(whole)) <= 100);
+      }
+    }
+  }
+}
+
+TEST_CASE_TEMPLATE("complete fill gives A back in every order", T, QuarnFloat, Complex) {
+  Random random;
+  for (const int digits : {30, 200}) {
+    const support::Digits scope(digits);
+    for (const char* search : {"N", "R", "C", "B", "D", "M"}) {
+      const bool triangle = *search == 'D' || *search == 'M';
+      const Coordinates<T> a = factorisation::sample<T>(random, 14, triangle, *search == 'N' || triangle ? 1 : 0);
+      Factors<T> factors(a, triangle);
+      factors.lfill = -1;
+      factors.search = search;
+      REQUIRE(factors.factorise().ifail == 0);
+      const Full<T> whole = permuted(factorisation::written_out(a, triangle), factors);
+      const Full<T> l = factors.lower();
+      const Full<T> u = factors.upper();
+      const Full<T> m = factorisation::product(l, u);
+      const QuarnFloat one = 1 + QuarnFloat(1, 2 - digits);
+      for (std::size_t i = 0; i < m.size(); ++i) {
+        for (std::size_t j = 0; j < m.size(); ++j) {
+          CHECK(distance(m[i][j], whole[i][j], largest(u)) <= 100);
+          if (*search == 'R' || *search == 'B') {
+            CHECK(tesk::modulus(l[i][j]) <= one * (sizeof(T) == sizeof(Complex) ? 2 : 1));
+          }
+          if (*search == 'C' || *search == 'B') {
+            CHECK(tesk::magnitude(u[i][j]) <= (j < i ? QuarnFloat(0) : one * tesk::magnitude(u[i][i])));
+          }
+        }
+        if (*search == 'D' && i > 0) {
+          CHECK(tesk::magnitude(u[i][i]) <= one * tesk::magnitude(u[i - 1][i - 1]));
+        }
+      }
+      // Solutions, plain and transposed, in place and not.
+      for (const char* trans : {"N", "t"}) {
+        std::vector<T> x(m.size()), y(m.size());
+        std::generate(y.begin(), y.end(), [&random] { return entries::random_value<T>(random); });
+        CHECK(factors.solve(trans, y, x).ifail == 0);
+        std::vector<T> in_place = y;
+        CHECK(factors.solve(trans, in_place, in_place, "n").ifail == 0);
+        CHECK(in_place == x);
+        const Full<T> original = factorisation::written_out(a, triangle);
+        for (std::size_t i = 0; i < m.size(); ++i) {
+          T sum(0.0);
+          QuarnFloat size = tesk::magnitude(y[i]);
+          for (std::size_t j = 0; j < m.size(); ++j) {
+            const T& element = original[*trans == 'N' ? i : j][*trans == 'N' ? j : i];
+            sum = sum + (*trans == 'N' ? element : tesk::conjugate(element)) * x[j];
+            size = std::max(size, largest(original) * tesk::magnitude(x[j]));
+          }
+          CHECK(distance(sum, y[i], size) <= 1e6);
+        }
+      }
+    }
+  }
+}
+
+TEST_CASE("least fill takes the row with the fewest entries left") {
+  Random random;
+  const Coordinates<QuarnFloat> a = factorisation::sample<QuarnFloat>(random, 15, true, 1);
+  Factors<QuarnFloat> factors(a, true);
+  factors.lfill = -1;
+  factors.search = "M";
+  REQUIRE(factors.factorise().ifail == 0);
+  Full<int> left = levels_of(a, true);
+  std::vector<std::size_t> rows(15);
+  std::iota(rows.begin(), rows.end(), 0);
+  for (std::size_t k = 0; k < 15; ++k) {
+    const auto count = [&](std::size_t i) {
+      return std::count_if(rows.begin(), rows.end(), [&](std::size_t j) { return left[i][j] < kFar; });
+    };
+    const auto chosen =
+        std::min_element(rows.begin(), rows.end(), [&](std::size_t i, std::size_t j) { return count(i) < count(j); });
+    const std::size_t p = *chosen;
+    CHECK(factors.row(k) == p);
+    rows.erase(chosen);
+    for (const std::size_t i : rows) {
+      for (const std::size_t j : rows) {
+        left[i][j] = left[i][p] < kFar && left[p][j] < kFar ? 0 : left[i][j];
+      }
+    }
+  }
+}
+
+TEST_CASE("drop tolerance drops small fill alone") {
+  // Fill at (2, 3) is -1, at (3, 2) it is -1e-3: rows (1, 0.001, 1), (1, 4, 0), (1, 0, 4).
+  Coordinates<QuarnFloat> a{3, {}, {}, {}};
+  for (Integer i = 1; i <= 3; ++i) {
+    a.add(i, 1, 1);
+    if (i != 2) {
+      a.add(i, i == 1 ? 2 : 3, i == 1 ? QuarnFloat("0.001") : QuarnFloat(4));
+    } else {
+      a.add(2, 2, 4);
+    }
+    if (i == 1) {
+      a.add(1, 3, 1);
+    }
+  }
+  Factors<QuarnFloat> factors(a, false);
+  factors.lfill = -1;
+  factors.dtol = QuarnFloat("0.01");
+  REQUIRE(factors.factorise().ifail == 0);
+  CHECK(factors.pattern() == Full<int>{{1, 1, 1}, {1, 1, 1}, {1, 0, 1}});
+  factors.la = factors.nnz + 3;
+  CHECK(factors.factorise().ifail == 3);
+  CHECK(factors.nnzc == 8);
+}
+
+TEST_CASE("pivots that are no pivots are replaced and counted") {
+  Coordinates<QuarnFloat> swap{2, {}, {}, {}};
+  swap.add(1, 2, 3);
+  swap.add(2, 1, -6);
+  Factors<QuarnFloat> plain(swap, false);
+  REQUIRE(plain.factorise().ifail == 0);
+  CHECK(plain.npivm == 1);
+  CHECK(plain.upper() == Full<QuarnFloat>{{3, 3}, {0, 6}});
+  for (const char* search : {"R", "C", "B"}) {
+    Factors<QuarnFloat> searched(swap, false);
+    searched.search = search;
+    REQUIRE(searched.factorise().ifail == 0);
+    CHECK(searched.npivm == 0);
+    CHECK(searched.nnzc == 2);
+  }
+  Coordinates<QuarnFloat> indefinite{3, {}, {}, {}};
+  indefinite.add(1, 1, 4);
+  indefinite.add(2, 1, 8);
+  indefinite.add(2, 2, -1);  // pivot -17
+  Factors<QuarnFloat> cholesky(indefinite, true);
+  REQUIRE(cholesky.factorise().ifail == 0);
+  CHECK(cholesky.npivm == 2);  // row 3 is empty
+  CHECK(cholesky.upper() == Full<QuarnFloat>{{4, 8, 0}, {0, 8, 0}, {0, 0, 1}});
+  cholesky.dscale = 7;  // the diagonal 32, -8
+  REQUIRE(cholesky.factorise().ifail == 0);
+  CHECK(cholesky.upper()[0][0] == 32);
+}
+
+TEST_CASE_TEMPLATE("NaN and infinities end in factors and solutions, whatever the search", T, QuarnFloat, Complex) {
+  Random random;
+  for (const char* special : {"nan", "inf"}) {
+    for (const char* search : {"N", "R", "C", "B", "D", "M"}) {
+      const bool triangle = *search == 'D' || *search == 'M';
+      Coordinates<T> a = factorisation::sample<T>(random, 6, triangle, 1);
+      a.a[random.below(a.a.size())] = T(QuarnFloat(special));
+      Factors<T> factors(a, triangle);
+      factors.lfill = 1;
+      factors.search = search;
+      CHECK(factors.factorise().ifail == 0);
+      CHECK(factors.nnzc >= 6);
+    }
+  }
+}
