@@ -163,22 +163,26 @@ std::vector<std::size_t> by_magnitude(const std::vector<Complex>& values) {
   return order;
 }
 
+/// A times the eigenvectors.
+template <class T>
+tesk2mp::Matrix<Complex> images(const tesk2mp::Matrix<T>& a, const tesk2mp::Matrix<Complex>& vectors) {
+  tesk2mp::Matrix<Complex> wide(a.rows(), a.columns());
+  std::copy(a.data(), a.data() + a.rows() * a.columns(), wide.data());
+  return tesk2mp::multiply(wide, vectors);
+}
+
 /// The largest norm of A x - lambda B x, B the identity where there is none; of an infinite eigenvalue that of B x.
 template <class T>
 QuarnFloat largest_residual(const tesk2mp::Matrix<T>& a, const tesk2mp::Matrix<T>* b, const Eigenvalues& found) {
   const std::size_t n = a.rows();
+  const tesk2mp::Matrix<Complex> left = images(a, found.vectors);
+  const tesk2mp::Matrix<Complex> right = b == nullptr ? found.vectors : images(*b, found.vectors);
   QuarnFloat largest = 0;
   for (std::size_t j = 0; j < found.values.size(); ++j) {
     const bool finite = isfinite(found.values[j].re);
     QuarnFloat squares = 0;
     for (std::size_t i = 0; i < n; ++i) {
-      Complex image = b == nullptr ? found.vectors(i, j) : Complex(0);
-      Complex difference(0);
-      for (std::size_t k = 0; k < n; ++k) {
-        difference = difference + Complex(a(i, k)) * found.vectors(k, j);
-        image = b == nullptr ? image : image + Complex((*b)(i, k)) * found.vectors(k, j);
-      }
-      difference = finite ? difference - found.values[j] * image : image;
+      const Complex difference = finite ? left(i, j) - found.values[j] * right(i, j) : right(i, j);
       squares += difference.re * difference.re + difference.im * difference.im;
     }
     largest = std::max(largest, sqrt(squares));

@@ -385,12 +385,16 @@ TESK2MP_API void QuarnMPX_zunghr_(Integer n, Integer ilo, Integer ihi, Complex* 
 /// Tuning values 4 (shifts, at most 15) and 8 (largest block for two shifts) of the row F08PEF choose between the
 /// double-shift algorithm, the shipped choice, and multishift sweeps. A defective eigenvalue of multiplicity k is good
 /// to D/k digits and is approached linearly, so that beyond some 100 digits the iterations run out on it. The companion
-/// extrapolates its shifts there and allows 30 (1 + D/8) iterations for each row.
+/// extrapolates its shifts there and allows 30 (1 + D/8) iterations for each row. From 60 rows on with the Schur form,
+/// 90 without it, the companion sweeps with chains of bulges, splits off eigenvalues of the last rows early, and does
+/// most of the work in products that round each element once; storage for some 5 n times 60 elements is taken then for
+/// the time of the call.
 ///
 /// @par Source
-/// J. G. F. Francis, The QR transformation, Comput. J. 4 (1961 and 1962); Z. Bai, J. Demmel, On a block implementation
-/// of Hessenberg multishift QR iteration, Int. J. High Speed Comput. 1 (1989); E. Anderson et al., LAPACK Users'
-/// Guide, SIAM 1999: DHSEQR.
+/// J. G. F. Francis, The QR transformation, Comput. J. 4 (1961 and 1962); K. Braman, R. Byers, R. Mathias, The
+/// multishift QR algorithm, SIAM J. Matrix Anal. Appl. 23 (2002); Z. Bai, J. Demmel, On a block implementation of
+/// Hessenberg multishift QR iteration, Int. J. High Speed Comput. 1 (1989); E. Anderson et al., LAPACK Users' Guide,
+/// SIAM 1999: DHSEQR.
 ///
 /// @par Cost
 /// About 10 n^3 multiply-adds for eigenvalues, 25 n^3 with Schur form and vectors.

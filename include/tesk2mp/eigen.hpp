@@ -61,31 +61,42 @@ struct Hessenberg {
   Matrix<Real> q;
 };
 
-/// Reduces the square matrix, of which columns low ... high - 1 are not yet in Hessenberg form (from balance(); without
-/// it all of them), by Householder reflectors. Cost: about 14/3 n^3 multiply-adds, Q included.
-template <MatrixSource A>
-Hessenberg hessenberg(const A& a, std::size_t low = 0, std::size_t high = std::size_t(-1)) {
+namespace detail {
+
+/// H, and Q if it is wanted.
+inline Hessenberg reduce(Matrix<Real> a, std::size_t low, std::size_t high, bool wants_q) {
   constexpr const char* kRoutine = "F08NEF/DGEHRD";
-  Hessenberg result{Matrix<Real>(a), {}};
-  const detail::RawMatrix<Real> h{result.h.view()};
-  const Integer n = detail::order_of(kRoutine, 4, h);
+  Hessenberg result{std::move(a), {}};
+  const RawMatrix<Real> h{result.h.view()};
+  const Integer n = order_of(kRoutine, 4, h);
   const std::size_t order = result.h.rows();
   high = std::min(high, order);
   if (low >= high) {
-    result.q = Matrix<Real>::identity(order);
+    result.q = Matrix<Real>::identity(wants_q ? order : 0);
     return result;
   }
   std::vector<Real> tau(order);
   std::vector<Real> work(order);
   Integer info = 0;
   QuarnMPX_dgehrd_(n, Integer(low) + 1, Integer(high), h.data, h.leading, tau.data(), work.data(), n, &info);
-  result.q = result.h;
-  const detail::RawMatrix<Real> q{result.q.view()};
-  QuarnMPX_dorghr_(n, Integer(low) + 1, Integer(high), q.data, q.leading, tau.data(), work.data(), n, &info);
+  if (wants_q) {
+    result.q = result.h;
+    const RawMatrix<Real> q{result.q.view()};
+    QuarnMPX_dorghr_(n, Integer(low) + 1, Integer(high), q.data, q.leading, tau.data(), work.data(), n, &info);
+  }
   for (std::size_t j = low; j + 2 < high; ++j) {
     std::fill_n(&result.h(j + 2, j), high - j - 2, Real(0));
   }
   return result;
+}
+
+}  // namespace detail
+
+/// Reduces the square matrix, of which columns low ... high - 1 are not yet in Hessenberg form (from balance(); without
+/// it all of them), by Householder reflectors. Cost: about 14/3 n^3 multiply-adds, Q included.
+template <MatrixSource A>
+Hessenberg hessenberg(const A& a, std::size_t low = 0, std::size_t high = std::size_t(-1)) {
+  return detail::reduce(Matrix<Real>(a), low, high, true);
 }
 
 /// A = Z T Z^T: Z orthogonal; T upper triangular but for 2 by 2 blocks on its diagonal, a pair of conjugate eigenvalues
@@ -152,8 +163,8 @@ Schur schur(const A& a) {
 template <MatrixSource A>
 std::vector<Complex> eigenvalues(const A& a) {
   detail::require_finite("F08NHF/DGEBAL", 3, a);
-  const Balanced balanced = balance(a);
-  Hessenberg reduced = hessenberg(balanced.matrix, balanced.low, balanced.high);
+  Balanced balanced = balance(a);
+  Hessenberg reduced = detail::reduce(std::move(balanced.matrix), balanced.low, balanced.high, false);
   return detail::hessenberg_qr('E', reduced, balanced.low, balanced.high);
 }
 

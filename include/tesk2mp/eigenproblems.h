@@ -380,9 +380,14 @@ TESK2MP_API void QuarnMPX_zgebal_(const char* job, Integer n, Complex* a, Intege
 /// @par Failures
 /// Illegal: job (-1), compz (-2), n (-3), ilo (-4), ihi (-5), ldh (-7), ldz (-10), lwork (-12).
 ///
+/// @par Method
+/// Sweeps with one shift; from 60 rows on with the Schur form, 90 without it, with chains of bulges and early deflation
+/// as of DHSEQR.
+///
 /// @par Source
-/// J. G. F. Francis, The QR transformation, Comput. J. 4 (1961, 1962); E. Anderson et al., LAPACK Users' Guide, SIAM
-/// 1999: ZHSEQR and ZLAHQR.
+/// J. G. F. Francis, The QR transformation, Comput. J. 4 (1961, 1962); K. Braman, R. Byers, R. Mathias, The multishift
+/// QR algorithm, SIAM J. Matrix Anal. Appl. 23 (2002); E. Anderson et al., LAPACK Users' Guide, SIAM 1999: ZHSEQR and
+/// ZLAHQR.
 ///
 /// @par Cost
 /// About 7 n^3 complex multiply-adds for eigenvalues alone, 20 n^3 with Schur form and vectors.

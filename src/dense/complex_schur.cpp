@@ -8,6 +8,7 @@
 #include "quarn/complex.h"
 #include "quarn/quarnthread.h"
 #include "src/dense/guard_digits.h"
+#include "src/dense/multishift_qr.h"
 #include "src/dense/plane_rotation.h"
 #include "src/dense/power_of_ten.h"
 #include "src/frame/constants.h"
@@ -134,12 +135,19 @@ Integer complex_hessenberg_qr(bool wants_schur_form, Integer n, Integer ilo, Int
   const OneBasedMatrix<QuarnFloat> part = parts(wants_schur_form ? h : h.from(ilo, ilo));
   const Integer exponent = n == 0 ? 0 : far_exponent(2 * whole, whole, part);
   multiply_by_power(2 * whole, whole, part, -exponent);
-  const Integer info = n == 0 ? 0 : ComplexQr(wants_schur_form, n, ilo, ihi, h, rows, z).solve();
+  const bool large = ihi - ilo + 1 >= fewest_for_multishift(wants_schur_form);
+  const Integer info = n == 0  ? 0
+                       : large ? multishift_qr(wants_schur_form, n, ilo, ihi, h, rows, z)
+                               : ComplexQr(wants_schur_form, n, ilo, ihi, h, rows, z).solve();
   multiply_by_power(2 * whole, whole, part, exponent);
   for (Integer i = 1; i <= n; ++i) {
     w(i) = h(i, i);
   }
   return info;
+}
+
+Integer small_qr(bool wants_schur_form, Integer n, OneBasedMatrix<Complex> h, OneBasedMatrix<Complex> z) {
+  return ComplexQr(wants_schur_form, n, 1, n, h, wants_schur_form ? n : 0, z).solve();
 }
 
 void triangular_eigenvector(Integer n, OneBasedMatrix<Complex> t, Integer k, OneBasedVector<Complex> x) {

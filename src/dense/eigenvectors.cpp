@@ -2,11 +2,15 @@
 // et al., LAPACK Users' Guide. The classic entries do not rescale solutions on the way: chains of eight and more equal
 // eigenvalues leave the range of exponents. Full accuracy does, and takes matrices of any size.
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 #include "quarn/quarnthread.h"
 #include "src/dense/power_of_ten.h"
 #include "src/dense/schur_vectors.h"
 #include "src/frame/constants.h"
+#include "src/kernels/exact.h"
+#include "src/kernels/own_matrix.h"
 #include "tesk2mp/dense.h"
 #include "tesk2mp/frame.h"
 #include "tesk2mp/kernels.h"
@@ -40,28 +44,32 @@ QuarnFloat smallest_divisor(Integer n, OneBasedMatrix<QuarnFloat> t, const Block
                   smallest_number() * (QuarnFloat(n) / ulp) * std::max(QuarnFloat(1), fabs(t(1, 1))));
 }
 
-/// Stores x, or V x, scaled to largest element 1, into column `column` (a pair: real and imaginary parts into two).
-void store(Integer n, const std::vector<Complex>& x, bool pair, bool transforms, Integer column, Integer first,
-           Integer last, OneBasedMatrix<QuarnFloat> v) {
-  std::vector<Complex> result = x;
+/// Stores the vector scaled to largest element 1 into column `column` (a pair: real and imaginary parts into two).
+void store(Integer n, OneBasedVector<Complex> x, bool pair, Integer column, OneBasedMatrix<QuarnFloat> v) {
+  const QuarnFloat factor = 1 / magnitude(x(index_of_largest(n, x)));
+  for (Integer i = 1; i <= n; ++i) {
+    v(i, column) = x(i).re * factor;
+    if (pair) {
+      v(i, column + 1) = x(i).im * factor;
+    }
+  }
+}
+
+/// The same of x, or of V x, where x is zero outside rows first ... last.
+void store(Integer n, std::vector<Complex> x, bool pair, bool transforms, Integer column, Integer first, Integer last,
+           OneBasedMatrix<QuarnFloat> v) {
   if (transforms) {
+    const std::vector<Complex> given = x;
     for (Integer i = 1; i <= n; ++i) {
       Complex sum;
       for (Integer k = first; k <= last; ++k) {
-        sum.re += v(i, k) * x[std::size_t(k - 1)].re;
-        sum.im += v(i, k) * x[std::size_t(k - 1)].im;
+        sum.re += v(i, k) * given[std::size_t(k - 1)].re;
+        sum.im += v(i, k) * given[std::size_t(k - 1)].im;
       }
-      result[std::size_t(i - 1)] = sum;
+      x[std::size_t(i - 1)] = std::move(sum);
     }
   }
-  const OneBasedVector<Complex> view(result.data(), 1);
-  const QuarnFloat factor = 1 / magnitude(view(index_of_largest(n, view)));
-  for (Integer i = 1; i <= n; ++i) {
-    v(i, column) = view(i).re * factor;
-    if (pair) {
-      v(i, column + 1) = view(i).im * factor;
-    }
-  }
+  store(n, OneBasedVector<Complex>(x.data(), 1), pair, column, v);
 }
 
 /// Column `column` of V as a complex vector.
@@ -192,6 +200,38 @@ class NearOne {
   Integer exponent_ = 0;
 };
 
+/// The eigenvectors of one side, X or V X, whose elements are rounded once.
+template <class Vector>
+void store_together(Integer n, const std::vector<BlockEigenvalue>& blocks, bool transforms, const Vector& vector,
+                    OneBasedMatrix<QuarnFloat> v) {
+  const Integer m = columns_of(blocks);
+  OwnMatrix<QuarnFloat> own(n, m);
+  const OneBasedMatrix<QuarnFloat> x = own.view();
+  Integer column = 1;
+  for (const BlockEigenvalue& block : blocks) {
+    std::vector<Complex> solution = vector(block);
+    for (Integer i = 1; i <= n; ++i) {
+      Complex& element = solution[std::size_t(i - 1)];
+      x(i, column) = std::move(element.re);
+      if (block.pair) {
+        x(i, column + 1) = std::move(element.im);
+      }
+    }
+    column += block.pair ? 2 : 1;
+  }
+  OwnMatrix<QuarnFloat> product(n, transforms ? m : 0);
+  if (transforms) {
+    exact::multiply_matrices(Op::none, Op::none, n, m, n, QuarnFloat(1), v, x, QuarnFloat(), product.view());
+  }
+  const OneBasedMatrix<QuarnFloat> result = transforms ? product.view() : x;
+  column = 1;
+  for (const BlockEigenvalue& block : blocks) {
+    std::vector<Complex> delivered = stored_vector(n, result, column, block.pair);
+    store(n, OneBasedVector<Complex>(delivered.data(), 1), block.pair, column, v);
+    column += block.pair ? 2 : 1;
+  }
+}
+
 void checked_vectors(Accuracy accuracy, const char* side, const char* howmny, const Integer* select, Integer n,
                      QuarnFloat* t, Integer ldt, QuarnFloat* vl, Integer ldvl, QuarnFloat* vr, Integer ldvr, Integer mm,
                      Integer* m, Integer* info) {
@@ -215,6 +255,23 @@ void checked_vectors(Accuracy accuracy, const char* side, const char* howmny, co
   *m = columns_of(blocks);
   if (mm < *m) {
     *info = -11;
+    return;
+  }
+  if (accuracy == Accuracy::full) {
+    if (right) {
+      store_together(n, blocks, how == 'B',
+                     [&](const BlockEigenvalue& block) {
+                       return right_eigenvector(accuracy, n, tv, block, smallest_divisor(n, tv, block));
+                     },
+                     {vr, ldvr});
+    }
+    if (left) {
+      store_together(n, blocks, how == 'B',
+                     [&](const BlockEigenvalue& block) {
+                       return left_eigenvector(accuracy, n, tv, block, smallest_divisor(n, tv, block));
+                     },
+                     {vl, ldvl});
+    }
     return;
   }
   // With V x in place of x the columns that a vector needs must still stand: right ones are made from the last to the

@@ -4,11 +4,15 @@
 #include "src/dense/hessenberg_qr.h"
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 #include "quarn/quarnthread.h"
 #include "src/dense/cluster_shifts.h"
+#include "src/dense/multishift_qr.h"
 #include "src/dense/power_of_ten.h"
 #include "src/dense/reflector.h"
+#include "src/dense/schur_vectors.h"
 #include "src/dense/tuning.h"
 #include "src/frame/constants.h"
 #include "tesk2mp/dense.h"
@@ -382,6 +386,19 @@ Integer last_bad_row(Integer ilo, Integer ihi, OneBasedMatrix<QuarnFloat> h) {
   return 0;
 }
 
+/// Reads the eigenvalues of rows ilo ... ihi of a Schur form.
+void read_eigenvalues(Integer ilo, Integer ihi, OneBasedMatrix<QuarnFloat> h, QuarnFloat* wr, QuarnFloat* wi) {
+  for (BlockEigenvalue& value : block_eigenvalues(ihi - ilo + 1, h.from(ilo, ilo))) {
+    const auto at = std::size_t(ilo + value.row - 2);
+    if (value.pair) {
+      wr[at + 1] = value.re;
+      wi[at + 1] = -value.im;
+    }
+    wr[at] = std::move(value.re);
+    wi[at] = std::move(value.im);
+  }
+}
+
 }  // namespace
 
 QrOutcome hessenberg_qr(Accuracy accuracy, bool wants_schur_form, Integer n, Integer ilo, Integer ihi,
@@ -421,11 +438,37 @@ QrOutcome hessenberg_qr(Accuracy accuracy, bool wants_schur_form, Integer n, Int
   HessenbergQr qr(accuracy, wants_schur_form, n, ilo, ihi, h, wr, wi, vectors);
   const Integer block = std::max<Integer>(3, wanted_block);
   const bool small = wanted_shifts <= 2 || wanted_shifts > order || wanted_block >= order;
-  const Integer info = small ? qr.double_shift() : qr.multishift(std::min({wanted_shifts, block, kMostShifts}), block);
+  Integer info = 0;
+  if (small && accuracy == Accuracy::full && order >= fewest_for_multishift(wants_schur_form)) {
+    const Integer rows = std::max<Integer>(0, vectors.last - vectors.first + 1);
+    info =
+        multishift_qr(wants_schur_form, n, ilo, ihi, h, rows, rows > 0 ? vectors.z.from(vectors.first, 1) : vectors.z);
+    read_eigenvalues(ilo, ihi, h, wr, wi);
+  } else {
+    info = small ? qr.double_shift() : qr.multishift(std::min({wanted_shifts, block, kMostShifts}), block);
+  }
   multiply_by_power(whole, whole, part, exponent);
   multiply_by_power(order, 1, {wr + ilo - 1, order}, exponent);
   multiply_by_power(order, 1, {wi + ilo - 1, order}, exponent);
   return {info, qr.sweeps()};
+}
+
+Integer small_qr(bool wants_schur_form, Integer n, OneBasedMatrix<QuarnFloat> h, OneBasedMatrix<QuarnFloat> z) {
+  std::vector<QuarnFloat> wr(static_cast<std::size_t>(n));
+  std::vector<QuarnFloat> wi(wr.size());
+  const SchurVectors vectors{z, 1, wants_schur_form ? n : 0};
+  const Integer info =
+      HessenbergQr(Accuracy::full, wants_schur_form, n, 1, n, h, wr.data(), wi.data(), vectors).double_shift();
+  for (Integer j = 1; !wants_schur_form && j <= n; ++j) {
+    const auto at = std::size_t(j - 1);
+    h(j, j) = wr[at];
+    if (j < n) {
+      const bool pair = wi[at] > 0;
+      h(j + 1, j) = pair ? wi[at] : QuarnFloat();
+      h(j, j + 1) = pair ? -wi[at] : QuarnFloat();
+    }
+  }
+  return info;
 }
 
 Integer double_shift_qr(bool wants_schur_form, Integer n, Integer ilo, Integer ihi, OneBasedMatrix<QuarnFloat> h,

@@ -51,8 +51,8 @@ std::vector<Complex> right_eigenvector(Accuracy accuracy, Integer n, OneBasedMat
   const OneBasedVector<Complex> x(values.data(), 1);
   const auto subtract_column = [&](Integer j, Integer rows) {
     for (Integer i = 1; i <= rows; ++i) {
-      x(i).re -= x(j).re * t(i, j);
-      x(i).im -= x(j).im * t(i, j);
+      subtract_product(x(i).re, x(j).re, t(i, j));
+      subtract_product(x(i).im, x(j).im, t(i, j));
     }
   };
   const QuarnFloat large(1, kLargeExponent);
