@@ -1,7 +1,7 @@
 # What every target is compiled with.
 add_library(tesk_options INTERFACE)
 target_include_directories(tesk_options INTERFACE ${PROJECT_SOURCE_DIR}/include)
-target_compile_options(tesk_options INTERFACE -Wall -Wextra -Wshadow -Wnon-virtual-dtor)
+target_compile_options(tesk_options INTERFACE -Wall -Wextra -Wnon-virtual-dtor)
 # GCC 12 sees overlapping copies in the additions of std::string where there are none (its bug 105651). Clang warns of
 # numbers returned through C linkage; both sides are C++.
 target_compile_options(tesk_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
@@ -18,9 +18,24 @@ endif()
 # Code that takes longer to compile than it ever runs.
 set(TESK_COLD $<$<CONFIG:Release>:-O1>)
 
-# Where the headers of a folder take longer than its sources, a build from nothing takes a third of the time when the
-# folder is compiled as one; names in its files have to differ then, those without linkage too.
-option(TESK_UNITY "Compile some folders as one source each" ON)
+# Headers take longer than most sources, so that a build from nothing takes a third of the time when several sources are
+# compiled as one; names in the files of a folder have to differ then, those without linkage too. OFF: none; ON: those
+# folders that are seldom worked at; ALL: every folder, as a build that nobody will change files of.
+set(TESK_UNITY ON CACHE STRING "Compile several sources as one: OFF, ON: in some folders, ALL: in all")
+
+# What one source defines, the next ones see as if a header had declared it.
+if(TESK_UNITY STREQUAL "ALL")
+  target_compile_options(tesk_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+else()
+  target_compile_options(tesk_options INTERFACE -Wshadow)
+endif()
+
+# tesk_unity(TARGET BATCH ALWAYS): this many sources of the target are compiled as one, or all of them if 0.
+function(tesk_unity target batch always)
+  if(TESK_UNITY STREQUAL "ALL" OR (TESK_UNITY AND always))
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${batch})
+  endif()
+endfunction()
 
 option(TESK_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
 if(TESK_SANITIZE)

@@ -31,7 +31,7 @@ void run_calc(const CalcOptions& options) {
   write_output(shown, options.file);
 }
 
-constexpr const char* kFooter =
+constexpr const char* kCalcFooter =
     R"(The language is that of quarn repl ("help" there lists it); quotes keep the shell from
 reading it. An expression that starts with a minus sign comes after --.
 
@@ -40,7 +40,7 @@ Examples:
   quarn calc 'asin(2)' --digits 50
   quarn calc 'det(hilbert(12))')";
 
-void declare(Command& command) {
+void declare_calc(Command& command) {
   auto options = std::make_shared<CalcOptions>();
   command.argument("EXPRESSION", options->expression, "what is to be worked out");
   command.add_digits();
@@ -48,7 +48,7 @@ void declare(Command& command) {
   command.work = [options] { run_calc(*options); };
 }
 
-const Registered kCommand(138, "calc", "the value of an expression", kFooter, declare);
+const Registered kCalcCommand(138, "calc", "the value of an expression", kCalcFooter, declare_calc);
 
 }  // namespace
 

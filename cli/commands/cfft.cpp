@@ -227,7 +227,7 @@ void run_cfft(const CfftOptions& options, const std::string& text) {
 
 namespace {
 
-constexpr const char* kFooter =
+constexpr const char* kCfftFooter =
     R"(FILE holds complex numbers: columns real and imaginary; one column of cells such as
 1-2i (--column says which); a table of such cells, or a Matrix Market file, which is an
 array of two dimensions.
@@ -243,7 +243,7 @@ Examples:
   quarn cfft --backward spectrum.mtx --digits 40 --format mtx
   quarn cfft numbers.csv --shape 4x6x5 --dim 2 --format csv)";
 
-void declare(Command& command) {
+void declare_cfft(Command& command) {
   auto options = std::make_shared<CfftOptions>();
   command.argument("FILE", options->input, "the data; - is standard input");
   command.text("--column", "NAME", options->column, "name or number of the one column to take");
@@ -260,8 +260,8 @@ void declare(Command& command) {
   command.work = [options] { run_cfft(*options, read_input(options->input)); };
 }
 
-const Registered kCommand(20, "cfft", "Fourier transform of complex numbers, in any number of dimensions", kFooter,
-                          declare);
+const Registered kCfftCommand(20, "cfft", "Fourier transform of complex numbers, in any number of dimensions",
+                              kCfftFooter, declare_cfft);
 
 }  // namespace
 

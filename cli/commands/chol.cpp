@@ -58,7 +58,7 @@ void run_chol(const CholOptions& options) {
   std::visit(factorise, given.elements);
 }
 
-constexpr const char* kFooter =
+constexpr const char* kCholFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file: symmetric or
 Hermitian. When it is not positive definite, the order of the first leading minor that
 is not positive is told, and the exit status is 1. --plot draws the magnitudes of the
@@ -68,7 +68,7 @@ Examples:
   quarn chol examples/bcsstk01.mtx --digits 40 --output factor.mtx
   printf '4 2\n2 5\n' | quarn chol - --upper)";
 
-void declare(Command& command) {
+void declare_chol(Command& command) {
   auto options = std::make_shared<CholOptions>();
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
   add_matrix_options(command, options->table);
@@ -79,7 +79,8 @@ void declare(Command& command) {
   command.work = [options] { run_chol(*options); };
 }
 
-const Registered kCommand(100, "chol", "factorise a positive definite matrix, A = L L^H", kFooter, declare);
+const Registered kCholCommand(100, "chol", "factorise a positive definite matrix, A = L L^H", kCholFooter,
+                              declare_chol);
 
 }  // namespace
 

@@ -41,16 +41,17 @@ Result list_constants() {
   return result;
 }
 
-constexpr const char* kFooter = "Example:\n  quarn constants --digits 100";
+constexpr const char* kConstantsFooter = "Example:\n  quarn constants --digits 100";
 
-void declare(Command& command) {
+void declare_constants(Command& command) {
   auto options = std::make_shared<OutputOptions>();
   command.add_digits();
   add_output_options(command, *options);
   command.work = [options] { deliver(list_constants(), *options); };
 }
 
-const Registered kCommand(30, "constants", "show the machine constants at the working precision", kFooter, declare);
+const Registered kConstantsCommand(30, "constants", "show the machine constants at the working precision",
+                                   kConstantsFooter, declare_constants);
 
 }  // namespace
 

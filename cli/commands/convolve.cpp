@@ -55,7 +55,7 @@ std::int64_t first_index(const ConvolveOptions& options, std::size_t na, std::si
   return skipped - (options.correlate && options.mode != "circular" ? std::int64_t(nb) - 1 : 0);
 }
 
-std::string title_of(const ConvolveOptions& options) {
+std::string convolution_title(const ConvolveOptions& options) {
   const bool circular = options.mode == "circular";
   return options.correlate ? circular ? "Circular correlation" : "Correlation"
          : circular        ? "Circular convolution"
@@ -77,7 +77,7 @@ void convolve(const ConvolveOptions& options, const std::vector<T>& a, const std
         Progress::estimated("convolve", (kComplex ? 24 : 6) * transform_cost(double(a.size() + b.size())));
     z = result_of(options, a, b);
   }
-  const std::string title = title_of(options) + " of " + counted;
+  const std::string title = convolution_title(options) + " of " + counted;
   const std::int64_t start = first_index(options, a.size(), b.size());
 
   Result result;
@@ -140,7 +140,7 @@ void run_convolve(const ConvolveOptions& options) {
   }
 }
 
-constexpr const char* kFooter =
+constexpr const char* kConvolveFooter =
     R"(A and B hold columns of numbers as for quarn fft, and may be the same file; columns real and
 imaginary, or cells such as 1-2i, are complex numbers. Each result is the exact sum of products,
 rounded once: of integers it is exact where --digits suffices.
@@ -152,7 +152,7 @@ Examples:
   quarn convolve signal.csv kernel.csv --mode same --digits 40
   quarn convolve data.csv data.csv --correlate --column 2 --column-b 2 --plot correlation.svg)";
 
-void declare(Command& command) {
+void declare_convolve(Command& command) {
   auto options = std::make_shared<ConvolveOptions>();
   command.argument("A", options->first, "the first sequence; - is standard input");
   command.argument("B", options->second, "the second sequence");
@@ -168,7 +168,8 @@ void declare(Command& command) {
   command.work = [options] { run_convolve(*options); };
 }
 
-const Registered kCommand(26, "convolve", "Convolution and correlation of two sequences", kFooter, declare);
+const Registered kConvolveCommand(26, "convolve", "Convolution and correlation of two sequences", kConvolveFooter,
+                                  declare_convolve);
 
 }  // namespace
 

@@ -120,7 +120,7 @@ Examples:
   seq 1 8 | quarn dst - --type 1 --norm ortho --format csv
   quarn dst --inverse coefficients.csv)";
 
-void declare(Command& command, const Pair& pair) {
+void declare_dct(Command& command, const Pair& pair) {
   auto options = std::make_shared<DctOptions>();
   command.argument("FILE", options->input, "the data; - is standard input");
   command.text("--column", "NAME", options->column, "name or number of the column (default: the last numeric one)");
@@ -136,9 +136,9 @@ void declare(Command& command, const Pair& pair) {
 }
 
 const Registered kDct(22, "dct", "Cosine transforms of a real sequence", kCosineFooter,
-                      [](Command& command) { declare(command, kCosine); });
+                      [](Command& command) { declare_dct(command, kCosine); });
 const Registered kDst(24, "dst", "Sine transforms of a real sequence", kSineFooter,
-                      [](Command& command) { declare(command, kSine); });
+                      [](Command& command) { declare_dct(command, kSine); });
 
 }  // namespace
 

@@ -7,16 +7,17 @@ namespace cli {
 
 namespace {
 
-constexpr const char* kFooter = "Example:\n  quarn details";
+constexpr const char* kDetailsFooter = "Example:\n  quarn details";
 
-void declare(Command& command) {
+void declare_details(Command& command) {
   auto file = std::make_shared<std::string>();
   command.add_digits();
   add_output_file_option(command, *file);
   command.work = [file] { write_output_of(tesk2mp::classic::print_details, *file); };
 }
 
-const Registered kCommand(160, "details", "show the implementation details of the library", kFooter, declare);
+const Registered kDetailsCommand(160, "details", "show the implementation details of the library", kDetailsFooter,
+                                 declare_details);
 
 }  // namespace
 

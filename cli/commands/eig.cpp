@@ -343,7 +343,7 @@ void run_eig(const EigOptions& options) {
   }
 }
 
-constexpr const char* kFooter =
+constexpr const char* kEigFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file: square, real or
 complex. Symmetric and Hermitian ones are recognised: their eigenvalues are real.
 With --mass B may be singular: it has infinite eigenvalues then.
@@ -361,7 +361,7 @@ Examples:
   quarn eig stiffness.txt --mass mass.txt --vectors
   quarn eig symmetric.mtx --select 1 3)";
 
-void declare(Command& command) {
+void declare_eig(Command& command) {
   auto options = std::make_shared<EigOptions>();
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
   add_matrix_options(command, options->table);
@@ -377,7 +377,7 @@ void declare(Command& command) {
   command.work = [options] { run_eig(*options); };
 }
 
-const Registered kCommand(120, "eig", "eigenvalues and eigenvectors", kFooter, declare);
+const Registered kEigCommand(120, "eig", "eigenvalues and eigenvectors", kEigFooter, declare_eig);
 
 }  // namespace
 

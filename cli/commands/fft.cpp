@@ -268,7 +268,7 @@ void run(const FftOptions& options) {
   }
 }
 
-constexpr const char* kFooter = R"(FILE holds columns of numbers: CSV (commas, semicolons, tabs or blanks, with or
+constexpr const char* kFftFooter = R"(FILE holds columns of numbers: CSV (commas, semicolons, tabs or blanks, with or
 without a line of names, # starts a comment line), one number a line, or JSON.
 Where the first column is evenly spaced it gives the unit of the periods.
 
@@ -289,7 +289,7 @@ Examples:
   quarn fft --inverse spectrum.csv --digits 40
   seq 1 100 | quarn fft - --format json)";
 
-void declare(Command& command) {
+void declare_fft(Command& command) {
   auto options = std::make_shared<FftOptions>();
   command.argument("FILE", options->input, "the data; - is standard input");
   command.texts("--column", "NAME", options->columns,
@@ -318,7 +318,7 @@ void declare(Command& command) {
   command.work = [options] { run(*options); };
 }
 
-const Registered kCommand(10, "fft", "Fourier transform of a real sequence", kFooter, declare);
+const Registered kFftCommand(10, "fft", "Fourier transform of a real sequence", kFftFooter, declare_fft);
 
 }  // namespace
 

@@ -94,7 +94,7 @@ void run_gallery(const GalleryOptions& options) {
   deliver_matrix(options, order, real_parts(parameters));
 }
 
-constexpr const char* kFooter =
+constexpr const char* kGalleryFooter =
     R"(Without NAME, or with the name list, the matrices and their parameters are listed.
 Random matrices start at the default seed of generator 0, or at --seed.
 
@@ -103,7 +103,7 @@ Examples:
   quarn gallery kahan 30 1.1 --output kahan.mtx
   quarn gallery random_values 4 1000 --seed 1 2 3 4 | quarn svd -)";
 
-void declare(Command& command) {
+void declare_gallery(Command& command) {
   auto options = std::make_shared<GalleryOptions>();
   command.argument("NAME", options->name, "the matrix", false);
   command.argument("N", options->order, "its order", false);
@@ -115,7 +115,8 @@ void declare(Command& command) {
   command.work = [options] { run_gallery(*options); };
 }
 
-const Registered kCommand(127, "gallery", "test matrices with known properties", kFooter, declare);
+const Registered kGalleryCommand(127, "gallery", "test matrices with known properties", kGalleryFooter,
+                                 declare_gallery);
 
 }  // namespace
 

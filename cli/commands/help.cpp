@@ -42,12 +42,12 @@ void run_help(const HelpOptions& options) {
                options.file);
 }
 
-constexpr const char* kFooter = R"(Examples:
+constexpr const char* kHelpFooter = R"(Examples:
   quarn help exit-status
   quarn help --man | man -l -
   source <(quarn help --bash-completion))";
 
-void declare(Command& command) {
+void declare_help(Command& command) {
   auto options = std::make_shared<HelpOptions>();
   command.argument("TOPIC", options->topic, "a sub-command, or one of: " + list_of_topics(), false);
   command.flag("--man", options->manual, "write the manual page, for man");
@@ -56,7 +56,7 @@ void declare(Command& command) {
   command.work = [options] { run_help(*options); };
 }
 
-const Registered kCommand(170, "help", "explain a sub-command or a topic", kFooter, declare);
+const Registered kHelpCommand(170, "help", "explain a sub-command or a topic", kHelpFooter, declare_help);
 
 }  // namespace
 

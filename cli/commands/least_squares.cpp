@@ -155,7 +155,7 @@ Example:
 0 0 4
 ' | quarn null -)";
 
-void declare(Command& command, const std::shared_ptr<RankOptions>& options) {
+void declare_least_squares(Command& command, const std::shared_ptr<RankOptions>& options) {
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
   command.text("--tolerance", "T", options->tolerance,
                "the rank's triangle has a condition number up to 1/T (default: the roundings)");
@@ -167,7 +167,7 @@ void declare(Command& command, const std::shared_ptr<RankOptions>& options) {
 const Registered kLeastSquares(
     106, "lstsq", "least squares with a dense matrix of any shape and rank", kLeastSquaresFooter, [](Command& command) {
       auto options = std::make_shared<RankOptions>();
-      declare(command, options);
+      declare_least_squares(command, options);
       add_plot_option(command, options->output);
       command.text("--rhs", "FILE", options->right_side, "the right side; - is standard input");
       command.text("--column", "NAME", options->column, "name or number of the right side's column");
@@ -177,7 +177,7 @@ const Registered kLeastSquares(
 const Registered kPseudoInverse(107, "pinv", "the pseudo-inverse of a dense matrix", kPseudoInverseFooter,
                                 [](Command& command) {
                                   auto options = std::make_shared<RankOptions>();
-                                  declare(command, options);
+                                  declare_least_squares(command, options);
                                   add_plot_option(command, options->output);
                                   command.work = [options] { run_pinv(*options); };
                                 });
@@ -185,7 +185,7 @@ const Registered kPseudoInverse(107, "pinv", "the pseudo-inverse of a dense matr
 const Registered kNullSpace(108, "null", "the null space of a dense matrix, and its rank", kNullSpaceFooter,
                             [](Command& command) {
                               auto options = std::make_shared<RankOptions>();
-                              declare(command, options);
+                              declare_least_squares(command, options);
                               add_plot_option(command, options->output);
                               command.work = [options] { run_null(*options); };
                             });

@@ -117,7 +117,7 @@ void run_lu(const LuOptions& options) {
              given.elements);
 }
 
-constexpr const char* kFooter =
+constexpr const char* kLuFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file; m by n, real or
 complex. Pivots are the largest elements of their columns, with --weighted relative to
 the Euclidean norms of their rows. --plot draws the magnitudes of what is written.
@@ -127,7 +127,7 @@ Examples:
   printf '2 1\n1 3\n' | quarn lu - --part l
   quarn lu matrix.csv --part p)";
 
-void declare(Command& command) {
+void declare_lu(Command& command) {
   auto options = std::make_shared<LuOptions>();
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
   add_matrix_options(command, options->table);
@@ -140,7 +140,7 @@ void declare(Command& command) {
   command.work = [options] { run_lu(*options); };
 }
 
-const Registered kCommand(90, "lu", "factorise a dense matrix, A = P L U; determinant", kFooter, declare);
+const Registered kLuCommand(90, "lu", "factorise a dense matrix, A = P L U; determinant", kLuFooter, declare_lu);
 
 }  // namespace
 

@@ -59,7 +59,7 @@ void run_norm(const NormOptions& options) {
   deliver(result, options.output);
 }
 
-constexpr const char* kFooter =
+constexpr const char* kNormFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file. --condition inverts
 the matrix; a singular one has no condition number, and the exit status is 1.
 
@@ -67,7 +67,7 @@ Examples:
   quarn norm examples/fs_183_1.mtx --condition --digits 50
   printf '1 2\n3 4\n' | quarn norm - --format json)";
 
-void declare(Command& command) {
+void declare_norm(Command& command) {
   auto options = std::make_shared<NormOptions>();
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
   add_matrix_options(command, options->table);
@@ -77,7 +77,7 @@ void declare(Command& command) {
   command.work = [options] { run_norm(*options); };
 }
 
-const Registered kCommand(110, "norm", "norms and condition number of a dense matrix", kFooter, declare);
+const Registered kNormCommand(110, "norm", "norms and condition number of a dense matrix", kNormFooter, declare_norm);
 
 }  // namespace
 

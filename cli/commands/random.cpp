@@ -187,7 +187,8 @@ void run_random(const RandomOptions& options) {
   }
 }
 
-constexpr const char* kFooter = R"(Generator 0 is congruential; 1 to 273 are combined of four, with longer periods.
+constexpr const char* kRandomFooter =
+    R"(Generator 0 is congruential; 1 to 273 are combined of four, with longer periods.
 --state goes on with the stream saved in FILE, or starts one there.
 --plot draws how many numbers fall where, and each number against the next.
 
@@ -196,7 +197,7 @@ Examples:
   quarn random --count 1000 --igen 7 --seed 11 12 13 14 --format csv
   quarn random --count 3 --state stream.txt)";
 
-void declare(Command& command) {
+void declare_random(Command& command) {
   auto options = std::make_shared<RandomOptions>();
   command.number("--count", "N", options->count, 1, kMostNumbers, "how many, 1 to 100000000 (default 1)");
   command.number("--igen", "I", options->generator, 0, kLastGenerator, "the generator, 0 to 273 (default 0)");
@@ -214,7 +215,7 @@ void declare(Command& command) {
   command.work = [options] { run_random(*options); };
 }
 
-const Registered kCommand(60, "random", "draw uniform random numbers", kFooter, declare);
+const Registered kRandomCommand(60, "random", "draw uniform random numbers", kRandomFooter, declare_random);
 
 }  // namespace
 

@@ -24,16 +24,16 @@ void run_rank(const RankingOptions& options) {
   deliver(result, options.output);
 }
 
-constexpr const char* kFooter =
+constexpr const char* kRankFooter =
     "--plot draws the ranks over the numbers: how these are distributed.\n\n"
     "Example:\n  quarn rank examples/sunspots.csv --descending";
 
-void declare(Command& command) {
+void declare_rank(Command& command) {
   const auto options = add_ranking_options(command);
   command.work = [options] { run_rank(*options); };
 }
 
-const Registered kCommand(40, "rank", "rank the numbers of a column", kFooter, declare);
+const Registered kRankCommand(40, "rank", "rank the numbers of a column", kRankFooter, declare_rank);
 
 }  // namespace
 

@@ -133,7 +133,7 @@ void run_repl(const ReplOptions& options) {
   }
 }
 
-constexpr const char* kFooter =
+constexpr const char* kReplFooter =
     R"(Without a FILE, lines come from the terminal, with editing and history (~/.quarn_history,
 or the file that QUARN_HISTORY names), or from a pipe. What is wrong with a line is told
 below the place; away from a terminal it ends the run, with exit status 2 for a wrong
@@ -146,7 +146,7 @@ Examples:
   echo 'x = solve(hilbert(5), [1; 1; 1; 1; 1])' | quarn repl
   quarn repl --eval 'A = load("examples/bcsstk01.mtx");' --eval 'norm(A, "one")')";
 
-void declare(Command& command) {
+void declare_repl(Command& command) {
   auto options = std::make_shared<ReplOptions>();
   command.argument("FILE", options->script, "lines to run; - is standard input", false);
   command.texts("--eval", "LINE", options->expressions, "run this line; may be given several times");
@@ -161,7 +161,7 @@ void declare(Command& command) {
   command.work = [options] { run_repl(*options); };
 }
 
-const Registered kCommand(140, "repl", "calculate line by line", kFooter, declare);
+const Registered kReplCommand(140, "repl", "calculate line by line", kReplFooter, declare_repl);
 
 }  // namespace
 

@@ -129,7 +129,7 @@ void run_round(const RoundOptions& options) {
   deliver(result, options.output);
 }
 
-constexpr const char* kFooter =
+constexpr const char* kRoundFooter =
     R"(FILE is a table as for quarn fft. Every column whose first cell is a number is rounded, or the one
 that --column names; the others stay as they are. Numbers are taken with all digits that are written.
 
@@ -140,7 +140,7 @@ Examples:
   printf '2.345\n2.355\n' | quarn round - --places 2 --mode half-up
   printf '33.333\n33.333\n33.334\n' | quarn round - --places 2 --parts largest-remainder --mark)";
 
-void declare(Command& command) {
+void declare_round(Command& command) {
   auto options = std::make_shared<RoundOptions>();
   command.argument("FILE", options->input, "the numbers; - is standard input");
   command.text("--places", "N", options->places, "digits after the point; negative: zeros before it (default: 0)");
@@ -156,7 +156,7 @@ void declare(Command& command) {
   command.work = [options] { run_round(*options); };
 }
 
-const Registered kCommand(55, "round", "round numbers to decimal places", kFooter, declare);
+const Registered kRoundCommand(55, "round", "round numbers to decimal places", kRoundFooter, declare_round);
 
 }  // namespace
 

@@ -12,7 +12,7 @@ namespace cli {
 namespace {
 
 constexpr Integer kDefaultOrder = 10;
-constexpr Integer kLargestOrder = 500;
+constexpr Integer kLargestTestOrder = 500;
 
 struct SelftestOptions {
   std::vector<std::string> routines;
@@ -56,7 +56,7 @@ void run_selftest(const SelftestOptions& options) {
   }
 }
 
-constexpr const char* kFooter =
+constexpr const char* kSelftestFooter =
     R"(Without ROUTINE all are examined, real and complex: dgetrf, zgetrf, dgetrs, dpotrf,
 dgeqrf, dgesvd, dsyev, dhseqr, dgeev, dtrsen, dtrsyl, dsqrtm, dexpm and others. The
 matrices are those of 'quarn gallery', the random ones drawn from the default seed. The
@@ -66,16 +66,17 @@ Examples:
   quarn selftest --digits 50
   quarn selftest dgesvd zgesvd --size 40)";
 
-void declare(Command& command) {
+void declare_selftest(Command& command) {
   auto options = std::make_shared<SelftestOptions>();
   command.texts("ROUTINE", "", options->routines, "the routines to examine");
-  command.number("--size", "N", options->order, 1, kLargestOrder, "order of the matrices, 1 to 500 (default 10)");
+  command.number("--size", "N", options->order, 1, kLargestTestOrder, "order of the matrices, 1 to 500 (default 10)");
   command.add_digits();
   add_output_options(command, options->output);
   command.work = [options] { run_selftest(*options); };
 }
 
-const Registered kCommand(128, "selftest", "test ratios of routines on this machine", kFooter, declare);
+const Registered kSelftestCommand(128, "selftest", "test ratios of routines on this machine", kSelftestFooter,
+                                  declare_selftest);
 
 }  // namespace
 

@@ -317,7 +317,7 @@ void run_solve(const SolveOptions& options) {
   }
 }
 
-constexpr const char* kFooter =
+constexpr const char* kSolveFooter =
     R"(MATRIX is a Matrix Market file, or a table of numbers, a row a line. Without --rhs the
 right side is A (1, ..., 1), so that the solution is known.
 
@@ -358,7 +358,7 @@ void add_iterative_options(Command& command, IterativeOptions& options) {
                  "look at every K-th iteration, at the price of a product each (default 1); 0: at the end alone");
 }
 
-void declare(Command& command) {
+void declare_solve(Command& command) {
   auto options = std::make_shared<SolveOptions>();
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
   add_matrix_options(command, options->table);
@@ -379,7 +379,7 @@ void declare(Command& command) {
   command.work = [options] { run_solve(*options); };
 }
 
-const Registered kCommand(150, "solve", "solve a linear system with a sparse matrix", kFooter, declare);
+const Registered kSolveCommand(150, "solve", "solve a linear system with a sparse matrix", kSolveFooter, declare_solve);
 
 }  // namespace
 

@@ -26,16 +26,16 @@ void run_sort(const RankingOptions& options) {
   deliver(result, options.output);
 }
 
-constexpr const char* kFooter =
+constexpr const char* kSortFooter =
     "--plot draws the numbers over their ranks.\n\n"
     "Example:\n  quarn sort examples/sunspots.csv --descending --format csv";
 
-void declare(Command& command) {
+void declare_sort(Command& command) {
   const auto options = add_ranking_options(command);
   command.work = [options] { run_sort(*options); };
 }
 
-const Registered kCommand(50, "sort", "sort the numbers of a column", kFooter, declare);
+const Registered kSortCommand(50, "sort", "sort the numbers of a column", kSortFooter, declare_sort);
 
 }  // namespace
 

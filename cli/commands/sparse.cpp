@@ -208,7 +208,7 @@ void run_sparse(const SparseOptions& options) {
   deliver(result, options.output);
 }
 
-constexpr const char* kFooter =
+constexpr const char* kSparseFooter =
     R"(MATRIX is a Matrix Market file, or a table of numbers, a row a line. Its entries come out
 in canonical form: rows ascending, columns ascending within a row, no place twice.
 Duplicates are merged before zeros are looked at. Of a symmetric matrix the lower
@@ -219,7 +219,7 @@ Examples:
   quarn sparse matrix.mtx --dup fail --zero remove --output canonical.mtx
   quarn sparse - --expand --format json < examples/bcsstk01.mtx)";
 
-void declare(Command& command) {
+void declare_sparse(Command& command) {
   auto options = std::make_shared<SparseOptions>();
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
   add_matrix_options(command, options->table);
@@ -233,7 +233,8 @@ void declare(Command& command) {
   command.work = [options] { run_sparse(*options); };
 }
 
-const Registered kCommand(80, "sparse", "bring a sparse matrix into canonical form", kFooter, declare);
+const Registered kSparseCommand(80, "sparse", "bring a sparse matrix into canonical form", kSparseFooter,
+                                declare_sparse);
 
 }  // namespace
 

@@ -88,7 +88,7 @@ void run_spmv(const SpmvOptions& options) {
   deliver(result, options.output);
 }
 
-constexpr const char* kFooter =
+constexpr const char* kSpmvFooter =
     R"(MATRIX is a Matrix Market file, or a table of numbers, a row a line; VECTOR is one column
 of numbers: of a table (columns real and imaginary are one complex column, or cells such
 as 1-2i), of JSON, or of a Matrix Market file.
@@ -100,7 +100,7 @@ Examples:
   seq 1 48 | quarn spmv examples/bcsstk01.mtx - --digits 40
   quarn spmv examples/west0067.mtx x.csv --column 2 --transpose --format csv)";
 
-void declare(Command& command) {
+void declare_spmv(Command& command) {
   auto options = std::make_shared<SpmvOptions>();
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
   command.argument("VECTOR", options->vector, "the numbers; - is standard input");
@@ -113,7 +113,7 @@ void declare(Command& command) {
   command.work = [options] { run_spmv(*options); };
 }
 
-const Registered kCommand(70, "spmv", "multiply a sparse matrix by a vector", kFooter, declare);
+const Registered kSpmvCommand(70, "spmv", "multiply a sparse matrix by a vector", kSpmvFooter, declare_spmv);
 
 }  // namespace
 

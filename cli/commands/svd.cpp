@@ -22,7 +22,7 @@ struct SvdOptions {
   OutputOptions output;
 };
 
-const std::vector<std::string> kParts = {"values", "u", "v"};
+const std::vector<std::string> kSvdParts = {"values", "u", "v"};
 
 template <class T>
 Result result_of(const SvdOptions& options, const DenseMatrix& given, const tesk2mp::Matrix<T>& a) {
@@ -87,7 +87,7 @@ void run_svd(const SvdOptions& options) {
   std::visit([&](const auto& a) { deliver(result_of(options, given, a), options.output); }, given.elements);
 }
 
-constexpr const char* kFooter =
+constexpr const char* kSvdFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file; m by n, real or
 complex. --factor u and v write the first min(m, n) columns of a factor. --plot draws the
 values, or the magnitudes of the factor.
@@ -100,10 +100,10 @@ Examples:
   quarn svd examples/west0067.mtx --digits 50 --format csv
   printf '0 2\n1 0\n' | quarn svd - --factor v)";
 
-void declare(Command& command) {
+void declare_svd(Command& command) {
   auto options = std::make_shared<SvdOptions>();
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
-  command.choice("--factor", "WHAT", options->part, kParts, "what to write: values (default), u, v");
+  command.choice("--factor", "WHAT", options->part, kSvdParts, "what to write: values (default), u, v");
   add_matrix_options(command, options->table);
   command.add_digits();
   add_proven_option(command, options->proven);
@@ -112,7 +112,7 @@ void declare(Command& command) {
   command.work = [options] { run_svd(*options); };
 }
 
-const Registered kCommand(125, "svd", "singular values of a dense matrix", kFooter, declare);
+const Registered kSvdCommand(125, "svd", "singular values of a dense matrix", kSvdFooter, declare_svd);
 
 }  // namespace
 

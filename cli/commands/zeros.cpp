@@ -74,7 +74,7 @@ void run_zeros(const ZerosOptions& options) {
   deliver(result, options.output);
 }
 
-constexpr const char* kFooter =
+constexpr const char* kZerosFooter =
     R"(The coefficients are decimal numbers, real or complex, that of the highest power first;
 it must not be 0. A digit follows the minus sign: -0.5, not -.5. Multiple zeros and zeros
 of very different sizes are found to all digits. --plot draws the complex plane. With
@@ -86,7 +86,7 @@ Examples:
   quarn zeros 1 0 0 0 0 -2 --digits 60 --plot zeros.svg
   quarn zeros 1 2i -3+i)";
 
-void declare(Command& command) {
+void declare_zeros(Command& command) {
   auto options = std::make_shared<ZerosOptions>();
   command.texts("COEFFICIENT", "", options->coefficients, "the coefficients, that of the highest power first");
   command.options.back().required = true;
@@ -97,7 +97,7 @@ void declare(Command& command) {
   command.work = [options] { run_zeros(*options); };
 }
 
-const Registered kCommand(130, "zeros", "zeros of a polynomial, with error bounds", kFooter, declare);
+const Registered kZerosCommand(130, "zeros", "zeros of a polynomial, with error bounds", kZerosFooter, declare_zeros);
 
 }  // namespace
 

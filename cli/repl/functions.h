@@ -9,6 +9,9 @@
 
 namespace cli::repl {
 
+/// What rows, columns and points are counted to.
+constexpr Integer kLargestSize = 100'000'000;
+
 /// What functions remember between calls.
 struct State {
   tesk2mp::Random random;

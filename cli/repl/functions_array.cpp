@@ -13,8 +13,6 @@ namespace {
 
 using Values = std::vector<Value>;
 
-constexpr Integer kLargestSize = 100'000'000;
-
 Values fill(State& /*state*/, const Arguments& arguments) {
   Array result =
       make_array(std::size_t(arguments.whole(0, 0, kLargestSize)), std::size_t(arguments.whole(1, 0, kLargestSize)));
@@ -168,7 +166,7 @@ Values rank(State& /*state*/, const Arguments& arguments) {
   return {like(arguments.array(0), values)};
 }
 
-constexpr auto kFunctions = std::to_array<Function>({
+constexpr auto kArrayFunctions = std::to_array<Function>({
     {"fill", "rows, columns [, value]", "A", "a matrix of one value, 0 without it", 2, 3, fill},
     {"identity", "n", "A", "the identity matrix", 1, 1, identity},
     {"linspace", "a, b, n", "x", "n evenly spaced numbers from a to b", 3, 3, linspace},
@@ -188,6 +186,6 @@ constexpr auto kFunctions = std::to_array<Function>({
 
 }  // namespace
 
-std::span<const Function> array_functions() { return kFunctions; }
+std::span<const Function> array_functions() { return kArrayFunctions; }
 
 }  // namespace cli::repl

@@ -20,9 +20,6 @@ auto with_real_or_complex(const Array& a, double factorisations, const Body& bod
   return is_real(a) ? body(real_array(a)) : body(a);
 }
 
-Array as_array(const RealArray& a) { return complex_array(a); }
-Array as_array(Array a) { return a; }
-
 /// The second argument as columns of so many numbers; a vector in either direction.
 Array right_side(const Arguments& arguments, std::size_t rows) {
   const Array& b = arguments.array(1);
@@ -224,7 +221,7 @@ Values rcond(State& /*state*/, const Arguments& arguments) {
                               [](const auto& a) { return Values{number(tesk2mp::reciprocal_condition(a))}; });
 }
 
-constexpr auto kFunctions = std::to_array<Function>({
+constexpr auto kLinearFunctions = std::to_array<Function>({
     {"solve", "A, b", "x", "the solution of A x = b, for a vector or each column (also A \\ b)", 2, 2, solve},
     {"lu", "A", "L, U, P", "factors with P A = L U", 1, 1, lu},
     {"chol", "A", "L", "lower triangle with A = L L', A positive definite", 1, 1, chol},
@@ -253,6 +250,6 @@ constexpr auto kFunctions = std::to_array<Function>({
 
 }  // namespace
 
-std::span<const Function> linear_functions() { return kFunctions; }
+std::span<const Function> linear_functions() { return kLinearFunctions; }
 
 }  // namespace cli::repl

@@ -15,8 +15,6 @@ namespace {
 
 using Values = std::vector<Value>;
 
-constexpr Integer kLargestSize = 100'000'000;
-
 // The element that is the conjugate of the one at (i, j) where an array is the spectrum of real numbers.
 template <class Matrix>
 auto& mirror(Matrix& a, std::size_t i, std::size_t j) {
@@ -141,9 +139,6 @@ DenseMatrix dense_matrix(const Array& a, const std::string& source) {
   return is_real(a) ? DenseMatrix{source, real_array(a)} : DenseMatrix{source, a};
 }
 
-Array as_array(const RealArray& a) { return complex_array(a); }
-Array as_array(const Array& a) { return a; }
-
 Values load(State& /*state*/, const Arguments& arguments) {
   const DenseMatrix matrix = read_dense_matrix(arguments.text(0));
   return {std::visit([](const auto& a) { return as_array(a); }, matrix.elements)};
@@ -194,7 +189,7 @@ Values plot(State& /*state*/, const Arguments& arguments) {
   return {};
 }
 
-constexpr auto kFunctions = std::to_array<Function>({
+constexpr auto kOtherFunctions = std::to_array<Function>({
     {"fft", "x", "z", "z_k = 1/sqrt(N) sum x_j exp(-2 pi i j k/N)", 1, 1, fft},
     {"ifft", "z", "x", "the inverse of fft", 1, 1, ifft},
     {"fft2", "A", "Z", "the transform of a matrix in both dimensions", 1, 1, fft2},
@@ -211,6 +206,6 @@ constexpr auto kFunctions = std::to_array<Function>({
 
 }  // namespace
 
-std::span<const Function> other_functions() { return kFunctions; }
+std::span<const Function> other_functions() { return kOtherFunctions; }
 
 }  // namespace cli::repl

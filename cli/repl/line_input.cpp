@@ -143,7 +143,7 @@ class EditedLines final : public LineInput {
     if (!line.empty()) {
       add_history(line.c_str());
       if (!file_.empty()) {
-        write_history(file_.c_str());  // at once: nothing is lost however the session ends
+        ::write_history(file_.c_str());  // at once: nothing is lost however the session ends
       }
     }
     return Read::line;

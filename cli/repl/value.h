@@ -47,6 +47,8 @@ std::vector<Complex> elements(const Array& a);
 std::vector<QuarnFloat> real_elements(const Array& a);
 RealArray real_array(const Array& a);
 Array complex_array(const RealArray& a);
+inline Array as_array(const RealArray& a) { return complex_array(a); }
+inline Array as_array(Array a) { return a; }
 /// The elements with another shape of as many.
 Array reshaped(const std::vector<Complex>& values, std::size_t rows, std::size_t columns);
 

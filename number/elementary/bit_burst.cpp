@@ -11,7 +11,7 @@
 namespace quarn {
 namespace {
 
-constexpr int kGuardDigits = 20;
+constexpr int kBurstGuardDigits = 20;
 
 /// Below log10(n!), n > 0, by less than 1 / (27 n): Stirling's formula. std::lgamma writes a variable of the process.
 double log10_factorial(double n) {
@@ -59,7 +59,7 @@ int length_of(long n) { return int(std::log10(double(n))) + 1; }
 QuarnFloat exp_by_bursts(const QuarnFloat& x, int w) {
   // Squares double relative errors; the bursts, no more than 60, leave 10^-v each.
   const int v = w + kHalvings / 3 + 4;
-  const WorkingDigits scope(v + kGuardDigits);
+  const WorkingDigits scope(v + kBurstGuardDigits);
   // One division in the end.
   QuarnFloat numerator = 1;
   QuarnFloat denominator = 1;
@@ -83,7 +83,7 @@ QuarnFloat one_less_cosine(const QuarnFloat& s, int places, int digits) {
     return QuarnFloat(1) - sqrt((QuarnFloat(1) - s) * (QuarnFloat(1) + s));
   }
   // 1 - sqrt(1 - y) = y / 2 + y^2 / 8 + y^3 / 16 + 5 y^4 / 128 + ...
-  const WorkingDigits fewer(std::max(digits - 2 * places, kGuardDigits));
+  const WorkingDigits fewer(std::max(digits - 2 * places, kBurstGuardDigits));
   const QuarnFloat y = s * s;
   return y * (QuarnFloat(5, -1) + y * (QuarnFloat(125, -3) + y * (QuarnFloat(625, -4) + y * QuarnFloat(390625, -7))));
 }
@@ -92,7 +92,7 @@ QuarnFloat one_less_cosine(const QuarnFloat& s, int places, int digits) {
 SinCos sin_cos_by_bursts(const QuarnFloat& x, int w) {
   // The smallest sine has as many digits less as it has zeros in front: those of x are counted in w.
   const int v = w + kHalvings / 3 + 5;
-  const int digits = v + kGuardDigits;
+  const int digits = v + kBurstGuardDigits;
   const WorkingDigits scope(digits);
   SinCos result{0, 1};
   for_each_burst(halved(x), v, [&](const QuarnFloat& burst, int places) {
@@ -102,7 +102,7 @@ SinCos sin_cos_by_bursts(const QuarnFloat& x, int w) {
     const Splitting sum = split(1, 1 + terms, term, 4 * places + 2 + 2 * length_of(2 * terms + 1));
     QuarnFloat s;
     {
-      const WorkingDigits fewer(std::max(digits - 2 * places, kGuardDigits));  // small beside the burst
+      const WorkingDigits fewer(std::max(digits - 2 * places, kBurstGuardDigits));  // small beside the burst
       s = burst * sum.t / sum.q;
     }
     s += burst;
@@ -110,7 +110,7 @@ SinCos sin_cos_by_bursts(const QuarnFloat& x, int w) {
     // sin' - sin = cos s - sin z and cos - cos' = cos z + sin s by three products, small beside sin and cos.
     SinCos change;
     {
-      const WorkingDigits fewer(std::max(digits - places, kGuardDigits));
+      const WorkingDigits fewer(std::max(digits - places, kBurstGuardDigits));
       const QuarnFloat both = s * (result.sin + result.cos);
       change = {both - result.sin * (z + s), both + result.cos * (z - s)};
     }
@@ -132,8 +132,8 @@ QuarnFloat approximate_exp(const QuarnFloat& x, int w) {
     return result->value;
   }
   // Ten digits for the multiple of ln 10 that is taken away.
-  const WorkingDigits digits(w + kGuardDigits + 10);
-  const QuarnFloat ln10 = approximate_ln10(w + kGuardDigits + 10);
+  const WorkingDigits digits(w + kBurstGuardDigits + 10);
+  const QuarnFloat ln10 = approximate_ln10(w + kBurstGuardDigits + 10);
   const QuarnFloat power = floor(x / ln10);
   if (power > kMaxScientificExponent) {
     return special(Kind::infinite);
@@ -144,7 +144,7 @@ QuarnFloat approximate_exp(const QuarnFloat& x, int w) {
   const QuarnFloat rest = x - power * ln10;
   const QuarnFloat mantissa = kind_of(rest) == Kind::zero ? QuarnFloat(1) : exp_by_bursts(rest, w + 10);
   const View v = view_of(mantissa);
-  return rounded(false, v.exponent + FloatToInt(power), v.limbs, v.length, false, w + kGuardDigits);
+  return rounded(false, v.exponent + FloatToInt(power), v.limbs, v.length, false, w + kBurstGuardDigits);
 }
 
 SinCos approximate_sin_cos(const QuarnFloat& x, int w) {
@@ -163,7 +163,7 @@ SinCos approximate_sin_cos(const QuarnFloat& x, int w) {
   const int integer_digits = int(std::max<std::int64_t>(scientific_exponent(x) + 1, 0));
   int lost = 0;
   for (;;) {
-    const int reduction = w + integer_digits + lost + kGuardDigits;
+    const int reduction = w + integer_digits + lost + kBurstGuardDigits;
     QuarnFloat rest = x;
     int quadrant = 0;
     if (scientific_exponent(x) >= -1) {
@@ -180,7 +180,7 @@ SinCos approximate_sin_cos(const QuarnFloat& x, int w) {
       }
     }
     const int absolute = w + int(std::max<std::int64_t>(-scientific_exponent(rest), 0));
-    const WorkingDigits digits(absolute + kGuardDigits);
+    const WorkingDigits digits(absolute + kBurstGuardDigits);
     SinCos result = sin_cos_by_bursts(rest, absolute + 5);
     switch (quadrant & 3) {
       case 1:

@@ -12,7 +12,6 @@ namespace quarn::exact {
 namespace {
 
 constexpr int kMostLimbs = 8;
-constexpr int kDigits = Radix::digits;
 
 /// out = the limbs of x behind 10^top, with its sign.
 template <int N>
@@ -27,8 +26,8 @@ template <int N>
   }
   const auto distance = length == 0 ? 0 : std::uint64_t(top - QuarnAccess::exponent(x));
   Limb moved[2 * N + 1] = {};
-  fixed::move_right<N>(moved + N, padded, int(distance % kDigits));
-  const std::size_t skip = std::min<std::size_t>(distance / kDigits, N);
+  fixed::move_right<N>(moved + N, padded, int(distance % Radix::digits));
+  const std::size_t skip = std::min<std::size_t>(distance / Radix::digits, N);
   const std::int64_t mask = -std::int64_t(QuarnAccess::negative(x) != entry.flip);
 #pragma GCC unroll 8
   for (std::size_t i = 0; i < N; ++i) {
@@ -87,7 +86,7 @@ int aligned_limbs(const Line& line) noexcept {
   if (!line.finite) {
     return 0;
   }
-  const std::int64_t limbs = line.top == INT64_MIN ? 1 : (line.top - line.low + kDigits - 1) / kDigits;
+  const std::int64_t limbs = line.top == INT64_MIN ? 1 : (line.top - line.low + Radix::digits - 1) / Radix::digits;
   return limbs > kMostLimbs ? 0 : int(limbs);
 }
 
@@ -142,7 +141,7 @@ void AlignedTile::add(const Grid& a, const Grid& b, std::size_t first_row, std::
 
 bool AlignedTile::total(std::size_t row, std::size_t column, std::int64_t top, Total& total) noexcept {
   total.length = length_;
-  total.exponent = top + std::int64_t(kTotalHead) * kDigits;
+  total.exponent = top + std::int64_t(kTotalHead) * Radix::digits;
   carry_columns(sums_.data() + (row * columns_ + column) * length_, total);
   return all_zero<Radix>(total.limbs, total.length);
 }

@@ -9,7 +9,6 @@
 namespace quarn::exact {
 namespace {
 
-constexpr std::int64_t kDigits = Radix::digits;
 // Limbs of a total that are summed in place; wider ones are sorted by exponents.
 constexpr std::size_t kWidest = 512;
 // Two limbs in front of the largest term take the carries.
@@ -85,9 +84,9 @@ void total_by_columns(const Terms& row, Total& total) {
       }
       const std::uint64_t distance =
           std::uint64_t(top - QuarnAccess::exponent(*term.a) - QuarnAccess::exponent(*term.b));
-      const std::uint64_t skip = distance / std::uint64_t(kDigits);
+      const std::uint64_t skip = distance / std::uint64_t(Radix::digits);
       const bool negative = (QuarnAccess::negative(*term.a) != QuarnAccess::negative(*term.b)) != term.flip;
-      add_columns<N>(columns.data() + skip, *term.a, *term.b, int(distance % std::uint64_t(kDigits)), negative);
+      add_columns<N>(columns.data() + skip, *term.a, *term.b, int(distance % std::uint64_t(Radix::digits)), negative);
     }
     if (last < size) {
       for (std::size_t c = length; c-- > 1;) {
@@ -119,10 +118,10 @@ void total_by_products(const Terms& row, const Span& span, Total& total) {
     const View b = view_of(*term.b);
     const std::size_t n = a.length + b.length;
     const std::int64_t distance = total.exponent - a.exponent - b.exponent;
-    shift_right<Radix>(moved, a.limbs, a.length, int(distance % kDigits));
+    shift_right<Radix>(moved, a.limbs, a.length, int(distance % Radix::digits));
     multiply<Radix>(product, moved, a.length + 1, b.limbs, b.length);
     Limb* const sum = sums[(a.negative != b.negative) != term.flip];
-    Limb* const to = sum + distance / kDigits;
+    Limb* const to = sum + distance / Radix::digits;
     const Limb carry = quarn::add<Radix>(to, to, product, n + 1);
     add_limb<Radix>(sum, std::size_t(to - sum), carry);
   }
@@ -146,7 +145,7 @@ Span span_of(const Terms& terms) noexcept {
     const std::int64_t top = std::int64_t(QuarnAccess::exponent(*term.a)) + QuarnAccess::exponent(*term.b);
     span.bottom = span.longest == 0 ? top : std::min(span.bottom, top);
     span.top = std::max(span.top, top);
-    span.low = std::min(span.low, top - kDigits * std::int64_t(length_a + length_b));
+    span.low = std::min(span.low, top - Radix::digits * std::int64_t(length_a + length_b));
     span.longest = std::max({span.longest, length_a, length_b});
   }
   return span;
@@ -160,9 +159,10 @@ std::size_t total_size(const Span& span) noexcept {
     return 1;
   }
   // In columns shorter operands are padded to the longest one.
-  const std::int64_t size = kHeadroom + 3 +
-                            (by_columns(span) ? (span.top - span.bottom) / kDigits + 2 * std::int64_t(span.longest)
-                                              : (span.top - span.low) / kDigits);
+  const std::int64_t size =
+      kHeadroom + 3 +
+      (by_columns(span) ? (span.top - span.bottom) / Radix::digits + 2 * std::int64_t(span.longest)
+                        : (span.top - span.low) / Radix::digits);
   return size > std::int64_t(kWidest + 4 * span.longest) ? 0 : std::size_t(size);
 }
 
@@ -175,7 +175,7 @@ void total_of(const Terms& terms, const Span& span, Total& total) {
     total.exponent = 0;
     return;
   }
-  total.exponent = span.top + kHeadroom * kDigits;
+  total.exponent = span.top + kHeadroom * Radix::digits;
 #if QUARN_LIMB_BITS == 64
   switch (span.longest) {
     case 1:

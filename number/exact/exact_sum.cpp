@@ -5,8 +5,6 @@
 namespace quarn::exact {
 namespace {
 
-constexpr std::int64_t kDigits = Radix::digits;
-
 /// Takes b off a, both of n limbs and a not below b, or the other way round; returns the sign of a - b.
 int subtract_magnitudes(Limb* a, Limb* b, std::size_t n) {
   const int order = compare<Radix>(a, b, n);
@@ -28,7 +26,7 @@ void ExactSum::add(const QuarnFloat& a, const QuarnFloat& b, bool flip) {
     const View x = view_of(a);
     const View y = view_of(b);
     const std::int64_t top = x.exponent + y.exponent;
-    products_.push_back({x, y, negative, top, top - kDigits * std::int64_t(x.length + y.length)});
+    products_.push_back({x, y, negative, top, top - Radix::digits * std::int64_t(x.length + y.length)});
   } else if (kind_a == Kind::nan || kind_b == Kind::nan) {
     nan_ = true;
   } else if (kind_a == Kind::infinite || kind_b == Kind::infinite) {
@@ -42,7 +40,7 @@ void ExactSum::add(const View& a, const QuarnFloat& b) {
   if (a.length != 0 && kind_of(b) == Kind::finite) {
     const View y = view_of(b);
     const std::int64_t top = a.exponent + y.exponent;
-    products_.push_back({a, y, a.negative != y.negative, top, top - kDigits * std::int64_t(a.length + y.length)});
+    products_.push_back({a, y, a.negative != y.negative, top, top - Radix::digits * std::int64_t(a.length + y.length)});
   } else if (kind_of(b) == Kind::nan || kind_of(b) == Kind::infinite) {
     nan_ = nan_ || kind_of(b) == Kind::nan || a.length == 0;
     infinite_[a.negative != signbit(b)] = true;
@@ -53,8 +51,8 @@ void ExactSum::add(const View& a, const QuarnFloat& b) {
 ExactSum::Cluster ExactSum::sum_of(std::size_t first, std::size_t last, std::int64_t low) const {
   Cluster cluster;
   // A limb in front takes the carries of less than 10^18 (10^9) terms.
-  cluster.exponent = products_[first].top + 2 * kDigits;
-  const std::size_t length = std::size_t((cluster.exponent - low + kDigits - 1) / kDigits) + 1;
+  cluster.exponent = products_[first].top + 2 * Radix::digits;
+  const std::size_t length = std::size_t((cluster.exponent - low + Radix::digits - 1) / Radix::digits) + 1;
   cluster.limbs.assign(2 * length, 0);
   Limb* const positive = cluster.limbs.data();
   Limb* const negative = positive + length;
@@ -67,8 +65,8 @@ ExactSum::Cluster ExactSum::sum_of(std::size_t first, std::size_t last, std::int
     Limb* const product = moved + n + 1;
     multiply<Radix>(product, term.a.limbs, term.a.length, term.b.limbs, term.b.length);
     const std::int64_t distance = cluster.exponent - term.top;
-    shift_right<Radix>(moved, product, n, int(distance % kDigits));
-    Limb* const to = (term.negative ? negative : positive) + distance / kDigits;
+    shift_right<Radix>(moved, product, n, int(distance % Radix::digits));
+    Limb* const to = (term.negative ? negative : positive) + distance / Radix::digits;
     const Limb carry = quarn::add<Radix>(to, to, moved, n + 1);
     Limb* const sum = term.negative ? negative : positive;
     add_limb<Radix>(sum, std::size_t(to - sum), carry);
@@ -87,8 +85,8 @@ QuarnFloat ExactSum::rounded_sum(int digits, bool signed_zero) {
   }
   std::sort(products_.begin(), products_.end(), [](const Product& a, const Product& b) { return a.top > b.top; });
   // Terms so far below all before them that their sum, whatever it is, only decides a rounding are left for later.
-  const std::size_t guard = std::size_t(digits) / std::size_t(kDigits) + 3;
-  const std::int64_t gap = kDigits * std::int64_t(guard + 3);
+  const std::size_t guard = std::size_t(digits) / std::size_t(Radix::digits) + 3;
+  const std::int64_t gap = Radix::digits * std::int64_t(guard + 3);
   Cluster lead;
   for (std::size_t first = 0; first < products_.size();) {
     std::int64_t low = products_[first].low;

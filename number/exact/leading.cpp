@@ -8,6 +8,7 @@
 #include "number/exact/leading.h"
 
 #include <algorithm>
+#include <type_traits>
 
 #include "number/limbs/digitwise.h"
 
@@ -19,7 +20,6 @@ namespace {
 
 using fixed::Signed;
 
-constexpr int kDigits = Radix::digits;
 // So that the doubt fits a limb with room, and so does the limb that takes what passes the largest term.
 constexpr std::size_t kMostTerms = 1'000'000;
 
@@ -77,9 +77,9 @@ template <int N, int W>
   const Limb* const from_a = padded<N>(buffers[0], *term.a);
   const Limb* const from_b = padded<N>(buffers[1], *term.b);
   Limb moved[N + 1];
-  fixed::move_right<N>(moved, from_a, int(distance % kDigits));
-  if (distance >= kDigits) [[unlikely]] {
-    const std::size_t skip = std::size_t(distance / kDigits);
+  fixed::move_right<N>(moved, from_a, int(distance % Radix::digits));
+  if (distance >= Radix::digits) [[unlikely]] {
+    const std::size_t skip = std::size_t(distance / Radix::digits);
     for (std::size_t i = N + 1; i-- > 0;) {
       moved[i] = i < skip ? 0 : moved[i - skip];
     }
@@ -137,7 +137,7 @@ template <int N, int W, class Terms>
     }
     const std::uint64_t distance =
         std::uint64_t(sum.top - QuarnAccess::exponent(*term.a) - QuarnAccess::exponent(*term.b));
-    if (distance < W * kDigits) [[likely]] {
+    if (distance < W * Radix::digits) [[likely]] {
       add_leading<N, W>(sum.columns, term, distance);
     }
   }
@@ -183,7 +183,14 @@ template <bool kAll, int W>
     result = QuarnFloat();
     return true;
   }
-  return rounder.store_if_decided(result, negative, sum.top + kDigits, limbs, kLast + 1, kAll ? 0 : doubt);
+  return rounder.store_if_decided(result, negative, sum.top + Radix::digits, limbs, kLast + 1, kAll ? 0 : doubt);
+}
+
+/// The same as a call, where fewer copies of it matter more than some nanoseconds.
+template <bool kAll, int W>
+[[gnu::noinline]] bool finish_by_call(QuarnFloat& result, const LeadingSum<W>& sum, const Rounder& rounder,
+                                      Limb doubt) noexcept {
+  return finish<kAll>(result, sum, rounder, doubt);
 }
 
 enum class Outcome { done, undecided, not_for_this };
@@ -201,7 +208,7 @@ template <int N, bool kFirst, class Terms>
       continue;
     }
     const std::uint64_t distance = std::uint64_t(top - QuarnAccess::exponent(*term.a) - QuarnAccess::exponent(*term.b));
-    if (distance >= kDigits) [[unlikely]] {
+    if (distance >= Radix::digits) [[unlikely]] {
       return Outcome::not_for_this;
     }
     Limb buffer[N];
@@ -225,7 +232,7 @@ template <int N, bool kFirst, class Terms>
       held = 0;
     }
   }
-  return finish<true>(result, sum, rounder, 0) ? Outcome::done : Outcome::undecided;
+  return finish_by_call<true>(result, sum, rounder, 0) ? Outcome::done : Outcome::undecided;
 }
 
 template <int N, int W, class Terms>
@@ -246,7 +253,11 @@ bool try_leading(QuarnFloat& result, const Terms& terms, const Rounder& rounder,
     const std::size_t last = std::min(size, first + kHold<N>);
     add_terms<N>(sum, terms, first, last, last < size);
   }
-  return finish<false>(result, sum, rounder, doubt);
+  if constexpr (std::is_same_v<Terms, Row>) {
+    return finish<false>(result, sum, rounder, doubt);
+  } else {
+    return finish_by_call<false>(result, sum, rounder, doubt);
+  }
 }
 
 template <int N, int W>
@@ -285,10 +296,10 @@ struct Plan {
 
   Plan(std::size_t count, const Rounder& rounder) noexcept
       : possible(leading_totals(rounder) && count <= kMostTerms),
-        length(std::size_t(rounder.digits() / kDigits + 1)),
+        length(std::size_t(rounder.digits() / Radix::digits + 1)),
         doubt(Limb(count) * Limb(length + 3) + 21) {
     // A product may start two digits below its exponent. With three more digits one result in a thousand is undecided.
-    longer = int(length) * kDigits - rounder.digits() - 2 - count_digits<Radix>(doubt) < 3;
+    longer = int(length) * Radix::digits - rounder.digits() - 2 - count_digits<Radix>(doubt) < 3;
   }
 };
 

@@ -5,12 +5,10 @@
 namespace quarn::exact {
 namespace {
 
-constexpr int kDigits = Radix::digits;
-
 /// Zeros at the end of a limb, not all of them: a number of few digits has many, and one of as many digits as the
 /// working precision ends within a limb.
 int trailing_zeros(Limb limb) noexcept {
-  constexpr int kThird = kDigits / 3;
+  constexpr int kThird = Radix::digits / 3;
   int zeros = 0;
   const Limb third = limb / Radix::powers[kThird];
   if (third * Radix::powers[kThird] == limb) {
@@ -44,7 +42,7 @@ Block block_of(const Limb* limbs, std::size_t i) {
   return {{high / 1000, high % 1000 * 1000 + low / 1'000'000, low % 1'000'000}};
 }
 #endif
-constexpr std::size_t kBlockLimbs = 18 / kDigits;
+constexpr std::size_t kPackedLimbs = 18 / Radix::digits;
 
 }  // namespace
 
@@ -55,7 +53,7 @@ void Line::take(const QuarnFloat& x) noexcept {
     return;
   }
   const std::int64_t exponent = QuarnAccess::exponent(x);
-  const std::int64_t bottom = exponent - std::int64_t(length) * kDigits;
+  const std::int64_t bottom = exponent - std::int64_t(length) * Radix::digits;
   top = std::max(top, exponent);
   if (bottom < low) {
     low = std::min(low, bottom + trailing_zeros(QuarnAccess::limbs(x)[length - 1]));
@@ -66,7 +64,7 @@ std::size_t Packer::digits_size(const Kernel& kernel, int count) noexcept {
   return kBatch * std::size_t(kernel.group) * std::size_t(count);
 }
 
-std::size_t Packer::limbs_size(int count) noexcept { return std::size_t(count) / 3 * kBlockLimbs + 4 * kBlockLimbs; }
+std::size_t Packer::limbs_size(int count) noexcept { return std::size_t(count) / 3 * kPackedLimbs + 4 * kPackedLimbs; }
 
 double* Packer::place() const noexcept {
   return digits_ + group_ * std::size_t(kernel_.group) * std::size_t(count_) + row_;
@@ -84,15 +82,15 @@ void Packer::put(const Entry& entry, const Line& line) noexcept {
   const int places = int(distance % 18);
   const Limb* limbs = QuarnAccess::limbs(x);
   std::size_t size = length;
-  if (places != 0 || kBlockLimbs > 1) {
+  if (places != 0 || kPackedLimbs > 1) {
     std::size_t front = 0;
-    for (int rest = places; rest >= kDigits; rest -= kDigits) {
+    for (int rest = places; rest >= Radix::digits; rest -= Radix::digits) {
       limbs_[front++] = 0;
     }
-    shift_right<Radix>(limbs_ + front, limbs, length, places % kDigits);
+    shift_right<Radix>(limbs_ + front, limbs, length, places % Radix::digits);
     limbs = limbs_;
     size += front + 1;
-    if (size % kBlockLimbs != 0) {
+    if (size % kPackedLimbs != 0) {
       limbs_[size++] = 0;
     }
   }
@@ -106,7 +104,7 @@ void Packer::put(const Entry& entry, const Line& line) noexcept {
   for (std::size_t i = 0; i < 3 * skip && s >= 0; ++i) {
     put_digit(0);
   }
-  const std::size_t blocks = size / kBlockLimbs;
+  const std::size_t blocks = size / kPackedLimbs;
   std::size_t i = 0;
   for (; i < blocks && s >= 2 * step; ++i) {
     const Block block = block_of(limbs, i);

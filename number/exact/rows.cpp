@@ -35,12 +35,11 @@ using fixed::kBase;
 using fixed::Signed;
 using Word = std::int64_t;
 
-constexpr int kDigits = Radix::digits;
 constexpr int kLongest = 8;  // limbs of a prepared entry
 // Terms below 2.25 10^36 each in a column, so that bases_of can take its carries.
 constexpr std::size_t kTogether = 32;
-constexpr std::size_t kMostTerms = 128;
-constexpr Limb kDoubt = 1000;  // > kLongest kMostTerms / 2, and carries
+constexpr std::size_t kMostRowTerms = 128;
+constexpr Limb kDoubt = 1000;  // > kLongest kMostRowTerms / 2, and carries
 
 /// x as W limbs at 10^exponent, or with the opposite sign; false when it does not fit exactly.
 template <int W>
@@ -51,7 +50,7 @@ bool align(Word* out, const QuarnFloat& x, std::int64_t exponent, bool flip) noe
     return kind_of(x) == Kind::zero;
   }
   const std::int64_t distance = exponent - QuarnAccess::exponent(x);
-  if (distance < 0 || distance >= W * kDigits || length > W) {
+  if (distance < 0 || distance >= W * Radix::digits || length > W) {
     return false;
   }
   const Limb* const from = QuarnAccess::limbs(x);
@@ -60,8 +59,8 @@ bool align(Word* out, const QuarnFloat& x, std::int64_t exponent, bool flip) noe
     padded[i] = i < length ? from[i] : 0;
   }
   Limb moved[W + 1];
-  fixed::move_right<W>(moved, padded, int(distance % kDigits));
-  const int skip = int(distance / kDigits);
+  fixed::move_right<W>(moved, padded, int(distance % Radix::digits));
+  const int skip = int(distance / Radix::digits);
   for (int i = W - skip; i <= W; ++i) {
     if (moved[i] != 0) {
       return false;
@@ -92,8 +91,8 @@ bool subtract_sum(QuarnFloat& y, const Word* a, const Word* b, std::size_t terms
       return false;
     }
   } else {
-    const std::int64_t distance = exponent + (kHead - 1) * kDigits - QuarnAccess::exponent(y);
-    if (distance < 0 || distance >= W * kDigits || length > W) {
+    const std::int64_t distance = exponent + (kHead - 1) * Radix::digits - QuarnAccess::exponent(y);
+    if (distance < 0 || distance >= W * Radix::digits || length > W) {
       return false;
     }
     const Limb* const from = QuarnAccess::limbs(y);
@@ -101,7 +100,7 @@ bool subtract_sum(QuarnFloat& y, const Word* a, const Word* b, std::size_t terms
     for (std::uint32_t i = 0; i < W; ++i) {
       padded[i] = i < length ? from[i] : 0;
     }
-    fixed::move_right<W>(old + 1 + distance / kDigits, padded, int(distance % kDigits));
+    fixed::move_right<W>(old + 1 + distance / Radix::digits, padded, int(distance % Radix::digits));
   }
   Signed columns[W] = {};
   Signed over = 0;
@@ -156,7 +155,7 @@ bool subtract_sum(QuarnFloat& y, const Word* a, const Word* b, std::size_t terms
   } else {
     limbs[0] = Limb(carry);
   }
-  return rounder.store_if_decided(y, negative, exponent + kHead * kDigits, limbs, kLength, kDoubt);
+  return rounder.store_if_decided(y, negative, exponent + kHead * Radix::digits, limbs, kLength, kDoubt);
 }
 
 /// What depends on the length of a prepared entry.
@@ -201,7 +200,7 @@ struct QuarnRows::Store {
       : rows(row_count), columns(column_count), grid(entries) {
 #if QUARN_LIMB_BITS == 64
     const int length = rounder.digits() / quarn::Radix::digits + 2;
-    if (length > quarn::exact::kLongest || columns * parts() > quarn::exact::kMostTerms) {
+    if (length > quarn::exact::kLongest || columns * parts() > quarn::exact::kMostRowTerms) {
       return;
     }
     width = std::size_t(length);

@@ -10,7 +10,7 @@
 namespace quarn::exact {
 namespace {
 
-constexpr std::int64_t kBase = 1'000'000;
+constexpr std::int64_t kTableBase = 1'000'000;
 constexpr int kTop = 1 << 23;
 constexpr int kReach = 1 << 15;
 // Every prime is above 2^23 - 2^15: so many ten-thousandths of a bit.
@@ -101,11 +101,11 @@ std::unique_ptr<const SharedTables::Owned> SharedTables::make(int count) {
     std::int64_t carry = 0;
     for (std::int64_t& digit : product) {
       carry += digit * prime[std::size_t(q)];
-      digit = carry % kBase;
-      carry /= kBase;
+      digit = carry % kTableBase;
+      carry /= kTableBase;
     }
-    for (; carry != 0; carry /= kBase) {
-      product.push_back(carry % kBase);
+    for (; carry != 0; carry /= kTableBase) {
+      product.push_back(carry % kTableBase);
     }
   }
   const int digits = int(product.size()) + 4;
@@ -135,15 +135,15 @@ std::unique_ptr<const SharedTables::Owned> SharedTables::make(int count) {
     for (int s = 0; s < digits; ++s) {
       powers[(std::size_t(q / kTablePanel) * std::size_t(digits) + std::size_t(s)) * kTablePanel +
              std::size_t(q % kTablePanel)] = balanced(power, p);
-      power = power * kBase % p;
+      power = power * kTableBase % p;
     }
     std::int64_t rest = 0;
     std::int64_t modulo = 0;
     for (std::size_t i = product.size(); i-- > 0;) {
-      rest = rest * kBase + product[i];
+      rest = rest * kTableBase + product[i];
       quotient[i] = rest / p;
       rest %= p;
-      modulo = (modulo * kBase + quotient[i]) % p;
+      modulo = (modulo * kTableBase + quotient[i]) % p;
     }
     cofactor[q] = balanced(inverse_modulo(modulo, p), p);
     put_weights(q, quotient, 1);

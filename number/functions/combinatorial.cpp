@@ -17,8 +17,6 @@ QuarnFloat sum_exactly(const QuarnFloat& x, const QuarnFloat& y) {
   return x + y;
 }
 
-bool is_pole(const QuarnFloat& x) { return kind_of(x) == Kind::zero || (signbit(x) && is_whole(x)); }
-
 /// Up to here products of so many factors are faster than logarithms of gamma functions, and exact results occur.
 long most_factors() { return 4 * (long(QuarnDigits()) + 30); }
 

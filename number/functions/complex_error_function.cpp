@@ -6,7 +6,7 @@ namespace quarn {
 namespace {
 
 /// Beyond, the angle of a value that overflows is not worked out.
-constexpr std::int64_t kFarExponent = 1000;
+constexpr std::int64_t kFarErfExponent = 1000;
 
 bool is_far(const Complex& z, int w) {
   const double size = std::hypot(magnitude(z.re), magnitude(z.im));
@@ -72,10 +72,10 @@ QuarnFloat small_part(const QuarnFloat& large, const QuarnFloat& small, bool rea
   return two_over_root_pi() * small * ::exp(real_axis ? -square : square);
 }
 
-const Complex kNan(special(Kind::nan), special(Kind::nan));
+const Complex kNanErf(special(Kind::nan), special(Kind::nan));
 
 /// The most digits more than the working ones that a part is looked for with.
-int most_digits(const Complex& z) { return 8 * longest(z) + 100; }
+int most_erf_digits(const Complex& z) { return 8 * longest(z) + 100; }
 
 /// Where the exponential over- or underflows for certain: 1 where erfc(z) vanishes, -1 where it is infinite.
 int beyond_range(const Complex& z) {
@@ -102,10 +102,10 @@ std::optional<ErrorFunctions> far_values(const Complex& z) {
     const QuarnFloat one = signbit(z.re) ? -1 : 1;
     return ErrorFunctions{{one, special(Kind::zero, signbit(z.im))}, {QuarnFloat(1) - one, QuarnFloat()}};
   }
-  if (beyond == 0 && largest_exponent(z) <= kFarExponent) {
+  if (beyond == 0 && largest_exponent(z) <= kFarErfExponent) {
     return std::nullopt;
   }
-  const Complex unknown = beyond < 0 ? Complex(special(Kind::infinite), special(Kind::nan)) : kNan;
+  const Complex unknown = beyond < 0 ? Complex(special(Kind::infinite), special(Kind::nan)) : kNanErf;
   return ErrorFunctions{unknown, unknown};
 }
 
@@ -118,7 +118,7 @@ QuarnFloat on_imaginary_axis(const QuarnFloat& y) {
                found.value.re = found.value.im;
                return found;
              },
-             most_digits(z))
+             most_erf_digits(z))
       .im;
 }
 
@@ -141,7 +141,7 @@ Complex erf(const Complex& z) {
     return {::erf(z.re), z.im};
   }
   if (has_nan(z) || isinf(z.im)) {
-    return kNan;
+    return kNanErf;
   }
   if (isinf(z.re)) {
     return {::erf(z.re), special(Kind::zero, signbit(z.im))};
@@ -167,7 +167,7 @@ Complex erf(const Complex& z) {
     found.value = signbit(z.re) ? -found.value : found.value;
     return found;
   };
-  return parts_from(near, most_digits(z));
+  return parts_from(near, most_erf_digits(z));
 }
 
 Complex erfc(const Complex& z) {
@@ -175,7 +175,7 @@ Complex erfc(const Complex& z) {
     return {::erfc(z.re), -z.im};
   }
   if (has_nan(z) || isinf(z.im)) {
-    return kNan;
+    return kNanErf;
   }
   if (isinf(z.re)) {
     return {::erfc(z.re), special(Kind::zero, !signbit(z.im))};
@@ -200,7 +200,7 @@ Complex erfc(const Complex& z) {
     const WorkingDigits result(digits);
     return {rounded(real, digits), -on_imaginary_axis(z.im)};
   }
-  return parts_from([&z](int w) { return near_erfc_of_any(z, w); }, most_digits(z));
+  return parts_from([&z](int w) { return near_erfc_of_any(z, w); }, most_erf_digits(z));
 }
 
 }  // namespace quarn

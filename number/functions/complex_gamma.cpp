@@ -11,7 +11,7 @@
 namespace quarn {
 namespace {
 
-constexpr double kLog10E = 0.43429448190325182;
+constexpr double kLog10OfE = 0.43429448190325182;
 constexpr double kPi = 3.14159265358979323846;
 /// Beyond, the angle of a value that overflows is not worked out.
 constexpr std::int64_t kFarExponent = 1000;
@@ -19,16 +19,15 @@ constexpr std::int64_t kFarExponent = 1000;
 int whole_digits(const Complex& z) { return int(std::max<std::int64_t>(largest_exponent(z) + 1, 0)); }
 
 bool is_real(const Complex& z) { return kind_of(z.im) == Kind::zero; }
-bool is_pole(const QuarnFloat& x) { return kind_of(x) == Kind::zero || (signbit(x) && is_whole(x)); }
 
 /// Sine and cosine of pi (z - floor x) to a relative error of 10^-w.
-struct HalfTurns {
+struct ComplexHalfTurns {
   Complex sin;
   Complex cos;
 };
 
 /// From there on the cotangent of pi z is -i to 10^-w.
-bool is_far_above(const Complex& z, int w) { return 2 * kPi * kLog10E * magnitude(z.im) > w + 5; }
+bool is_far_above(const Complex& z, int w) { return 2 * kPi * kLog10OfE * magnitude(z.im) > w + 5; }
 
 QuarnFloat floor_of(const QuarnFloat& x) {
   const WorkingDigits scope(stored_digits(x) + Radix::digits);
@@ -36,7 +35,7 @@ QuarnFloat floor_of(const QuarnFloat& x) {
 }
 
 /// z is above the real axis or on it, and not far.
-HalfTurns half_turns(const Complex& z, int w) {
+ComplexHalfTurns complex_half_turns(const Complex& z, int w) {
   const WorkingDigits scope(std::max(w, 1) + 20);
   const QuarnFloat angle = z.im * approximate_pi(QuarnDigits());
   const QuarnFloat s = fabs(sinpi(z.re));
@@ -63,7 +62,7 @@ Complex log_gamma(const Complex& z, int a) {
       }();
       sine = {pi * z.im - approximate_ln2(w), pi * (QuarnFloat(5, -1) - rest)};
     } else {
-      sine = log(half_turns(z, a + 5).sin);
+      sine = log(complex_half_turns(z, a + 5).sin);
     }
     const Complex other = log_gamma({QuarnFloat(1) - z.re, z.im}, a + 1);
     return Complex(approximate_log(pi, w), pi * whole) - sine - conj(other);
@@ -98,7 +97,7 @@ Complex digamma_of(const Complex& z, int a) {
     const WorkingDigits scope(w + 10);
     Complex cotangent(0, -1);
     if (!is_far_above(z, w)) {
-      const HalfTurns f = half_turns(z, w);
+      const ComplexHalfTurns f = complex_half_turns(z, w);
       cotangent = f.cos / f.sin;
     }
     return conj(digamma_of({QuarnFloat(1) - z.re, z.im}, a + 1)) - approximate_pi(QuarnDigits()) * cotangent;

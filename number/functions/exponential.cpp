@@ -8,8 +8,6 @@ using namespace quarn;
 
 namespace {
 
-int places_below_one(const QuarnFloat& x) { return int(std::max<std::int64_t>(-scientific_exponent(x), 0)); }
-
 /// 2^n = x, if x > 0 is such a power and n is `exponent`.
 bool is_power_of_two(const QuarnFloat& x, std::int64_t exponent) {
   // 2^n has 0.30 n digits, 2^-n has 0.70 n.

@@ -24,8 +24,6 @@ QuarnFloat product_of(long first, long last) {
   return product_of(first, middle) * product_of(middle + 1, last);
 }
 
-bool is_pole(const QuarnFloat& x) { return kind_of(x) == Kind::zero || (signbit(x) && is_whole(x)); }
-
 /// sin(pi x), to a relative error of 10^-w; x is not whole.
 QuarnFloat sine_of_half_turns(const QuarnFloat& x, int w) {
   const HalfTurns turns = half_turns(x);

@@ -6,8 +6,6 @@ using namespace quarn;
 
 namespace {
 
-int places_below_one(const QuarnFloat& x) { return int(std::max<std::int64_t>(-scientific_exponent(x), 0)); }
-
 /// Where x + sqrt(x^2 + 1) and x + sqrt(x^2 - 1) are 2 x to w digits.
 bool is_large(const QuarnFloat& x, int w) { return scientific_exponent(x) > w; }
 

@@ -12,7 +12,7 @@ using namespace quarn;
 namespace {
 
 /// x + 1/2 and the like without rounding, for numbers that are not so large that they are whole.
-QuarnFloat sum_exactly(const QuarnFloat& x, const QuarnFloat& y) {
+QuarnFloat sum_with_half(const QuarnFloat& x, const QuarnFloat& y) {
   const WorkingDigits scope(stored_digits(x) + 3 * Radix::digits);
   return x + y;
 }
@@ -23,13 +23,13 @@ QuarnFloat nearest(const QuarnFloat& x, bool half_to_even) {
     return rounded(x, QuarnDigits());
   }
   const QuarnFloat half(5, -1);
-  const QuarnFloat up = sum_exactly(fabs(x), half);
+  const QuarnFloat up = sum_with_half(fabs(x), half);
   QuarnFloat whole = [&] {
     const WorkingDigits scope(stored_digits(up) + Radix::digits);
     return floor(up);
   }();
   if (half_to_even && whole == up && is_odd_whole(whole)) {
-    whole = sum_exactly(whole, -1);
+    whole = sum_with_half(whole, -1);
   }
   whole = rounded(whole, QuarnDigits());
   return signbit(x) ? -whole : whole;

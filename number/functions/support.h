@@ -18,6 +18,12 @@ bool is_whole(const QuarnFloat& x) noexcept;
 /// x is whole and odd.
 bool is_odd_whole(const QuarnFloat& x) noexcept;
 
+/// x is a pole of the gamma function.
+inline bool is_pole(const QuarnFloat& x) { return kind_of(x) == Kind::zero || (view_of(x).negative && is_whole(x)); }
+
+/// Zeros between the decimal point and the first digit.
+inline int places_below_one(const QuarnFloat& x) { return int(std::max<std::int64_t>(-scientific_exponent(x), 0)); }
+
 /// x times 10^power, with all digits of x. x is finite and not zero.
 inline QuarnFloat shifted(const QuarnFloat& x, std::int64_t power) {
   const View v = view_of(x);

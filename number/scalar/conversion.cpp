@@ -6,8 +6,6 @@
 
 namespace quarn {
 
-constexpr std::int64_t kDigits = Radix::digits;
-
 float to_float(const QuarnFloat& x) noexcept { return nearest<float>(x, -60, 60); }
 
 long double to_long_double(const QuarnFloat& x) noexcept {
@@ -45,10 +43,11 @@ bool whole_part_words(const QuarnFloat& x, std::uint64_t (&words)[2], bool& nega
   for (std::int64_t place = 0; place < v.exponent; place += 9) {
     // Nine digits at a time: factor and digits have 32 bits.
     const std::int64_t count = std::min<std::int64_t>(9, v.exponent - place);
-    const std::size_t limb = std::size_t(place / kDigits);
+    const std::size_t limb = std::size_t(place / Radix::digits);
     const Limb value = limb < v.length ? v.limbs[limb] : 0;
-    const std::int64_t within = place % kDigits;
-    const Limb part = value / Radix::powers[std::size_t(kDigits - within - count)] % Radix::powers[std::size_t(count)];
+    const std::int64_t within = place % Radix::digits;
+    const Limb part =
+        value / Radix::powers[std::size_t(Radix::digits - within - count)] % Radix::powers[std::size_t(count)];
     if (!append(std::uint64_t(Radix::powers[std::size_t(count)]), std::uint64_t(part))) {
       return false;
     }

@@ -16,7 +16,6 @@
 namespace quarn {
 namespace {
 
-constexpr std::int64_t kDigits = Radix::digits;
 constexpr std::size_t kLimbDigits = Radix::digits;
 // What fixed-length code leaves undecided, mostly exact results, is this short, and is settled on the stack.
 constexpr std::size_t kShort = Radix::digits == 18 ? 16 : 48;
@@ -36,7 +35,7 @@ Limb add_shifted(Limb* out, std::size_t n, const View& a, const View& b, std::si
                  bool subtracting) {
   using Index = std::ptrdiff_t;
   const PowerOfTen<Radix> low = kPowersOfTen<Radix>[std::size_t(places)];
-  const Limb high = Radix::powers[std::size_t(kDigits - places)];
+  const Limb high = Radix::powers[std::size_t(Radix::digits - places)];
   // Sums less the base, or differences: negative where nothing is carried, or something borrowed, and then a base too
   // small. The next limb waits for that sign alone.
   using Signed = std::make_signed_t<Limb>;
@@ -112,7 +111,7 @@ QuarnFloat rounded_sum(QuarnFloat&& result, std::int64_t exponent, Limb* sum, st
     if (leading != 0) {
       shift_left<Radix>(sum, sum, n, leading);
     }
-    exponent -= std::int64_t(zeros) * kDigits + leading;
+    exponent -= std::int64_t(zeros) * Radix::digits + leading;
   }
   const std::size_t needed = std::size_t(digits) / kLimbDigits + 2;
   if (n > needed) {
@@ -135,8 +134,8 @@ QuarnFloat rounded_sum(QuarnFloat&& result, std::int64_t exponent, Limb* sum, st
 /// a + b for magnitudes when `subtracting` is false, else a - b; a's exponent is not below b's.
 QuarnFloat combine(const View& a, const View& b, bool subtracting) {
   const std::int64_t distance = a.exponent - b.exponent;
-  const std::size_t skipped = std::size_t(distance / kDigits);
-  const int places = int(distance % kDigits);
+  const std::size_t skipped = std::size_t(distance / Radix::digits);
+  const int places = int(distance % Radix::digits);
   const int digits = QuarnDigits();
   // From here on b cannot reach the rounding: whatever it is, it lies below a unit of a limb that a does not use.
   const std::size_t reach = std::max(a.length, std::size_t(digits) / kLimbDigits + 2);
@@ -169,7 +168,7 @@ QuarnFloat combine(const View& a, const View& b, bool subtracting) {
   if (n + 1 > std::size_t(QuarnFloat::kInlineLimbs) && digits <= QuarnFloat::kInlineLimbs * int(kLimbDigits)) {
     LimbBuffer<> work(n + 1);
     work[0] = form(work + 1) ? 1 : 0;
-    return rounded(negative, a.exponent + kDigits, work, n + 1, far, digits);
+    return rounded(negative, a.exponent + Radix::digits, work, n + 1, far, digits);
   }
   QuarnFloat result;
   Limb* const sum = QuarnAccess::prepare(result, negative, 0, n + 1);
@@ -285,7 +284,7 @@ QuarnFloat general_quotient(const QuarnFloat& a, const QuarnFloat& b) {
     sticky = divide<Radix>(quotient, dividend, size, y.limbs, y.length);
   }
   // quotient * base^(1 - length) = 0.x / 0.y
-  return rounded(x.negative != y.negative, x.exponent - y.exponent + kDigits, quotient, length, sticky);
+  return rounded(x.negative != y.negative, x.exponent - y.exponent + Radix::digits, quotient, length, sticky);
 }
 
 QuarnFloat general_square_root(const QuarnFloat& a) {

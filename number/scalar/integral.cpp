@@ -11,8 +11,6 @@ using namespace quarn;
 
 namespace {
 
-constexpr std::int64_t kDigits = Radix::digits;
-
 enum class Direction { down, up, towards_zero };
 
 QuarnFloat whole_part(const QuarnFloat& x, Direction direction) {
@@ -20,24 +18,24 @@ QuarnFloat whole_part(const QuarnFloat& x, Direction direction) {
     return x;
   }
   const View v = view_of(x);
-  if (v.exponent >= std::int64_t(v.length) * kDigits) {
+  if (v.exponent >= std::int64_t(v.length) * Radix::digits) {
     return rounded(x, QuarnDigits());
   }
   // The limbs that hold the whole digits, with one more in front for a carry.
   const std::int64_t whole_digits = std::max<std::int64_t>(v.exponent, 0);
-  const std::size_t n = std::size_t((whole_digits + kDigits - 1) / kDigits);
+  const std::size_t n = std::size_t((whole_digits + Radix::digits - 1) / Radix::digits);
   LimbBuffer<> work(n + 1);
   work[0] = 0;
   std::copy_n(v.limbs, n, work + 1);
-  const Limb unit = n == 0 ? 1 : Radix::powers[std::int64_t(n) * kDigits - whole_digits];
+  const Limb unit = n == 0 ? 1 : Radix::powers[std::int64_t(n) * Radix::digits - whole_digits];
   const Limb fraction = n == 0 ? 0 : work[n] % unit;
   work[n] -= fraction;
   const bool exact = n > 0 && fraction == 0 && all_zero<Radix>(v.limbs + n, v.length - n);
   const bool away = direction == Direction::up ? !v.negative : direction == Direction::down && v.negative;
-  std::int64_t exponent = std::int64_t(n + 1) * kDigits;
+  std::int64_t exponent = std::int64_t(n + 1) * Radix::digits;
   if (n > 0) {
     // Aligned to the decimal point of the limbs as they stand.
-    exponent = v.exponent + kDigits;
+    exponent = v.exponent + Radix::digits;
   }
   if (away && !exact) {
     add_limb<Radix>(work, n + 1, unit);
@@ -46,7 +44,7 @@ QuarnFloat whole_part(const QuarnFloat& x, Direction direction) {
 }
 
 /// The least significant digit's power of ten.
-std::int64_t lowest_exponent(const View& v) { return v.exponent - std::int64_t(v.length) * kDigits; }
+std::int64_t lowest_exponent(const View& v) { return v.exponent - std::int64_t(v.length) * Radix::digits; }
 
 /// a = a * b mod m for integers below m of n limbs each; work holds 4n limbs.
 void multiply_modulo(Limb* a, const Limb* b, const Limb* m, std::size_t n, Limb* work) {
@@ -81,15 +79,15 @@ void power_of_ten_modulo(Limb* out, std::int64_t power, const Limb* m, std::size
 QuarnFloat finite_remainder(const View& a, const View& b) {
   const std::int64_t gap = lowest_exponent(a) - lowest_exponent(b);
   // What is divided: a followed by zeros, or a by b followed by zeros.
-  const std::size_t zeros_b = gap < 0 ? std::size_t((-gap + kDigits - 1) / kDigits) : 0;
+  const std::size_t zeros_b = gap < 0 ? std::size_t((-gap + Radix::digits - 1) / Radix::digits) : 0;
   const std::size_t n = b.length + zeros_b;
   LimbBuffer<> divisor(n);
   std::fill_n(static_cast<Limb*>(divisor), n, Limb(0));
   int places = 0;
   if (gap < 0) {
     // b * 10^-gap: in limbs, with its lowest digits in the last one.
-    const int rest = int(-gap % kDigits);
-    places = rest == 0 ? 0 : int(kDigits) - rest;
+    const int rest = int(-gap % Radix::digits);
+    places = rest == 0 ? 0 : Radix::digits - rest;
     if (places == 0) {
       std::copy_n(b.limbs, b.length, static_cast<Limb*>(divisor));
     } else {
@@ -106,7 +104,7 @@ QuarnFloat finite_remainder(const View& a, const View& b) {
   }
   const std::int64_t lowest = std::min(lowest_exponent(a), lowest_exponent(b));
   // Few zeros are appended; for many, 10^zeros mod b is found by repeated squaring.
-  const std::size_t extension = gap > 0 ? std::size_t(gap / kDigits) : 0;
+  const std::size_t extension = gap > 0 ? std::size_t(gap / Radix::digits) : 0;
   const bool by_power = extension > 8 * nm + 64;
   const std::size_t na = a.length + (gap > 0 && !by_power ? extension + 1 : 0);
   const std::size_t size = std::max(na, nm) + 1;
@@ -115,7 +113,7 @@ QuarnFloat finite_remainder(const View& a, const View& b) {
   if (gap > 0 && !by_power) {
     Limb* const target = dividend + (size - na);
     std::copy_n(a.limbs, a.length, target + 1);
-    target[0] = shift_left<Radix>(target + 1, target + 1, a.length, int(gap % kDigits));
+    target[0] = shift_left<Radix>(target + 1, target + 1, a.length, int(gap % Radix::digits));
   } else {
     std::copy_n(a.limbs, a.length, dividend + (size - a.length));
   }
@@ -128,7 +126,7 @@ QuarnFloat finite_remainder(const View& a, const View& b) {
     power_of_ten_modulo(power, gap, m, nm);
     multiply_modulo(remainder, power, m, nm, work);
   }
-  return rounded(a.negative, lowest + std::int64_t(nm) * kDigits, remainder, nm, false);
+  return rounded(a.negative, lowest + std::int64_t(nm) * Radix::digits, remainder, nm, false);
 }
 
 }  // namespace
@@ -173,11 +171,11 @@ Integer FloatToInt(const QuarnFloat& x) noexcept {
   }
   // At most ten digits: within one limb of 18, or two of 9.
   std::int64_t whole = 0;
-  if (v.exponent <= kDigits) {
-    whole = std::int64_t(v.limbs[0] / Radix::powers[kDigits - v.exponent]);
+  if (v.exponent <= Radix::digits) {
+    whole = std::int64_t(v.limbs[0] / Radix::powers[Radix::digits - v.exponent]);
   } else {
     const Limb next = v.length > 1 ? v.limbs[1] : 0;
-    whole = std::int64_t(v.limbs[0]) * 10 + std::int64_t(next / Radix::powers[kDigits - 1]);
+    whole = std::int64_t(v.limbs[0]) * 10 + std::int64_t(next / Radix::powers[Radix::digits - 1]);
   }
   whole = negative ? -whole : whole;
   return Integer(std::clamp(whole, kLeast, kMost));

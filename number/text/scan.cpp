@@ -9,9 +9,9 @@ namespace quarn {
 
 namespace {
 
-using Type = QFTarget::Type;
+using TargetType = QFTarget::Type;
 
-struct Conversion {
+struct ScanConversion {
   bool stored = true;
   std::size_t width = 0;  // zero: not given
   char letter = '\0';
@@ -29,22 +29,22 @@ class Scanner {
   int run(const char* format);
 
  private:
-  Outcome convert(const Conversion& conversion);
+  Outcome convert(const ScanConversion& conversion);
   Outcome match(char c) noexcept;
   void skip_blanks() noexcept;
   const char* limit(std::size_t width) const noexcept;
   /// Hands out the next target. No target is wanted by a starred conversion; one that is missing or of another type
   /// ends the scan.
-  bool take(const Conversion& conversion, Type type, const QFTarget*& target) noexcept;
+  bool take(const ScanConversion& conversion, TargetType type, const QFTarget*& target) noexcept;
   void count(const QFTarget* target) noexcept {
     ++conversions_;
     set_ += target == nullptr ? 0 : 1;
   }
 
-  Outcome scan_integer(const Conversion& conversion, const QFTarget* target) noexcept;
-  Outcome scan_real(const Conversion& conversion, const QFTarget* target);
-  Outcome scan_word(const Conversion& conversion, const QFTarget* target) noexcept;
-  Outcome scan_characters(const Conversion& conversion, const QFTarget* target) noexcept;
+  Outcome scan_integer(const ScanConversion& conversion, const QFTarget* target) noexcept;
+  Outcome scan_real(const ScanConversion& conversion, const QFTarget* target);
+  Outcome scan_word(const ScanConversion& conversion, const QFTarget* target) noexcept;
+  Outcome scan_characters(const ScanConversion& conversion, const QFTarget* target) noexcept;
   Outcome tell_position(const QFTarget* target) noexcept;
 
   const char* begin_;
@@ -56,8 +56,8 @@ class Scanner {
   int set_ = 0;
 };
 
-Conversion read_conversion(const char*& format) noexcept {
-  Conversion conversion;
+ScanConversion read_conversion(const char*& format) noexcept {
+  ScanConversion conversion;
   if (*format == '*') {
     conversion.stored = false;
     ++format;
@@ -110,7 +110,7 @@ const char* Scanner::limit(std::size_t width) const noexcept {
   return width == 0 || std::size_t(end_ - text_) < width ? end_ : text_ + width;
 }
 
-bool Scanner::take(const Conversion& conversion, Type type, const QFTarget*& target) noexcept {
+bool Scanner::take(const ScanConversion& conversion, TargetType type, const QFTarget*& target) noexcept {
   target = nullptr;
   if (!conversion.stored) {
     return true;
@@ -123,7 +123,7 @@ bool Scanner::take(const Conversion& conversion, Type type, const QFTarget*& tar
   return true;
 }
 
-Outcome Scanner::convert(const Conversion& conversion) {
+Outcome Scanner::convert(const ScanConversion& conversion) {
   const QFTarget* target = nullptr;
   switch (conversion.letter) {
     case '%':
@@ -131,26 +131,26 @@ Outcome Scanner::convert(const Conversion& conversion) {
       return match('%');
     case 'd':
     case 'u':
-      return take(conversion, Type::integer, target) ? scan_integer(conversion, target) : Outcome::different;
+      return take(conversion, TargetType::integer, target) ? scan_integer(conversion, target) : Outcome::different;
     case 'e':
     case 'E':
     case 'f':
     case 'F':
     case 'g':
     case 'G':
-      return take(conversion, Type::real, target) ? scan_real(conversion, target) : Outcome::different;
+      return take(conversion, TargetType::real, target) ? scan_real(conversion, target) : Outcome::different;
     case 's':
-      return take(conversion, Type::text, target) ? scan_word(conversion, target) : Outcome::different;
+      return take(conversion, TargetType::text, target) ? scan_word(conversion, target) : Outcome::different;
     case 'c':
-      return take(conversion, Type::text, target) ? scan_characters(conversion, target) : Outcome::different;
+      return take(conversion, TargetType::text, target) ? scan_characters(conversion, target) : Outcome::different;
     case 'n':
-      return take(conversion, Type::integer, target) ? tell_position(target) : Outcome::different;
+      return take(conversion, TargetType::integer, target) ? tell_position(target) : Outcome::different;
     default:
       return Outcome::different;
   }
 }
 
-Outcome Scanner::scan_integer(const Conversion& conversion, const QFTarget* target) noexcept {
+Outcome Scanner::scan_integer(const ScanConversion& conversion, const QFTarget* target) noexcept {
   skip_blanks();
   if (text_ == end_) {
     return Outcome::ended;
@@ -171,7 +171,7 @@ Outcome Scanner::scan_integer(const Conversion& conversion, const QFTarget* targ
   return Outcome::matched;
 }
 
-Outcome Scanner::scan_real(const Conversion& conversion, const QFTarget* target) {
+Outcome Scanner::scan_real(const ScanConversion& conversion, const QFTarget* target) {
   skip_blanks();
   if (text_ == end_) {
     return Outcome::ended;
@@ -188,7 +188,7 @@ Outcome Scanner::scan_real(const Conversion& conversion, const QFTarget* target)
   return Outcome::matched;
 }
 
-Outcome Scanner::scan_word(const Conversion& conversion, const QFTarget* target) noexcept {
+Outcome Scanner::scan_word(const ScanConversion& conversion, const QFTarget* target) noexcept {
   skip_blanks();
   if (text_ == end_) {
     return Outcome::ended;
@@ -207,7 +207,7 @@ Outcome Scanner::scan_word(const Conversion& conversion, const QFTarget* target)
   return Outcome::matched;
 }
 
-Outcome Scanner::scan_characters(const Conversion& conversion, const QFTarget* target) noexcept {
+Outcome Scanner::scan_characters(const ScanConversion& conversion, const QFTarget* target) noexcept {
   const std::size_t wanted = std::max<std::size_t>(conversion.width, 1);
   if (std::size_t(end_ - text_) < wanted) {
     return Outcome::ended;

@@ -3,11 +3,10 @@
 // (1989).
 #include "src/dense/bidiagonal.h"
 
+#include "src/dense/parts.h"
+
 namespace tesk {
 namespace {
-
-const QuarnFloat& real_part(const QuarnFloat& x) { return x; }
-const QuarnFloat& real_part(const Complex& x) { return x.re; }
 
 /// The first k rows and columns of the m by n matrix; then the rest of it, in one product, as A - L R^H with
 /// L = (v1, x1, v2, x2, ...) and R = (y1, w1, y2, w2, ...): v and w are the vectors of the reflectors from the left and

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "src/dense/factorise.h"
+#include "src/dense/parts.h"
 #include "src/dense/tuning.h"
 #include "src/frame/check_points.h"
 #include "src/kernels/exact_level3.h"
@@ -77,9 +78,6 @@ Integer factorise(Integer nb, Triangle stored, Integer n, OneBasedMatrix<Complex
   }
   return 0;
 }
-
-const QuarnFloat& real_part(const QuarnFloat& x) { return x; }
-const QuarnFloat& real_part(const Complex& x) { return x.re; }
 
 /// The lower triangle a column after the other: what is on the left of it is taken off, the root of the diagonal
 /// divides the rest. Returns INFO.

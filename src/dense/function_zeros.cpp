@@ -146,9 +146,9 @@ void search(Report& report, Integer* irevcm, QuarnFloat* x, const QuarnFloat* fx
 }
 
 /// The refinement. a < b bracket the zero, d was an end before, e another one before that.
-class Refinement {
+class ZeroRefinement {
  public:
-  Refinement(QuarnFloat* work, const QuarnFloat& tolerance) : work_(work), tolerance_(tolerance) {}
+  ZeroRefinement(QuarnFloat* work, const QuarnFloat& tolerance) : work_(work), tolerance_(tolerance) {}
 
   enum Phase : Integer { kIdle = 0, kFirst, kSecond, kSecant, kQuadratic, kInverse, kInverseAgain, kLong, kHalf };
 
@@ -338,38 +338,38 @@ class Refinement {
 
 void refine(Report& report, Integer* irevcm, QuarnFloat* x, QuarnFloat* fx, QuarnFloat* y, QuarnFloat* fy,
             const QuarnFloat& tolerance, QuarnFloat* work) {
-  Refinement state(work, tolerance);
+  ZeroRefinement state(work, tolerance);
   const Integer call = std::exchange(*irevcm, kEnd);
   const bool begins = call == kBegin || call == kBeginWithValues;
-  const Integer wrong = !begins && call != kValue                       ? 1
-                        : !isfinite(*x)                                 ? 2
-                        : begins && (!isfinite(*y) || *x == *y)         ? 4
-                        : !(tolerance >= 0)                             ? 6
-                        : !begins && state.phase() == Refinement::kIdle ? 7
-                                                                        : 0;
+  const Integer wrong = !begins && call != kValue                           ? 1
+                        : !isfinite(*x)                                     ? 2
+                        : begins && (!isfinite(*y) || *x == *y)             ? 4
+                        : !(tolerance >= 0)                                 ? 6
+                        : !begins && state.phase() == ZeroRefinement::kIdle ? 7
+                                                                            : 0;
   if (wrong != 0) {
     return report.fail(1, 99999, kWrongArgument, wrong);
   }
   if (call == kBegin) {
-    state.set_phase(Refinement::kFirst);
+    state.set_phase(ZeroRefinement::kFirst);
     *irevcm = kValue;
     return;
   }
   if (isnan(*fx) || (call == kBeginWithValues && isnan(*fy))) {
-    state.set_phase(Refinement::kIdle);
+    state.set_phase(ZeroRefinement::kIdle);
     return report.fail(3, 99997, " ** The function has no value at X = %12.4e.", isnan(*fx) ? *x : *y);
   }
-  if (call == kValue && state.phase() == Refinement::kFirst) {
+  if (call == kValue && state.phase() == ZeroRefinement::kFirst) {
     std::swap(*x, *y);
     *fy = *fx;
-    state.set_phase(Refinement::kSecond);
+    state.set_phase(ZeroRefinement::kSecond);
     *irevcm = kValue;
     return;
   }
   bool finished = false;
-  if (begins || state.phase() == Refinement::kSecond) {
+  if (begins || state.phase() == ZeroRefinement::kSecond) {
     if (!state.begin(*x, *fx, *y, *fy)) {
-      state.set_phase(Refinement::kIdle);
+      state.set_phase(ZeroRefinement::kIdle);
       return report.fail(2, 99998, " ** The function has the same sign at both ends of the interval.");
     }
     finished = state.finished();
@@ -381,7 +381,7 @@ void refine(Report& report, Integer* irevcm, QuarnFloat* x, QuarnFloat* fx, Quar
     *irevcm = kValue;
     return;
   }
-  state.set_phase(Refinement::kIdle);
+  state.set_phase(ZeroRefinement::kIdle);
   state.deliver(x, fx, y, fy);
   if (state.is_pole()) {
     report.fail(4, 99996, " ** The function changes its sign at a pole near X = %12.4e.", *x);

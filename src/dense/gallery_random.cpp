@@ -7,6 +7,7 @@
 #include "quarn/complex.h"
 #include "quarn/functions.h"
 #include "src/dense/gallery.h"
+#include "src/dense/parts.h"
 #include "src/frame/working_digits.h"
 #include "src/kernels/exact.h"
 #include "tesk2mp/gallery.h"
@@ -124,9 +125,6 @@ void make_orthogonal(Integer n, Integer* seed, OneBasedMatrix<T> q) {
     scale(n, turn[std::size_t(j - 1)], q.column(j));
   }
 }
-
-QuarnFloat real_part(const QuarnFloat& x) { return x; }
-QuarnFloat real_part(const Complex& x) { return x.re; }
 
 /// The n values that are given, or a geometric row from 1 down to 1 / condition; empty when they are none.
 template <class T>

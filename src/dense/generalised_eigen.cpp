@@ -170,7 +170,7 @@ class GeneralisedEigen {
   std::vector<PencilEigenvalue> eigenvalues_;
 };
 
-bool is_job(const char* job) { return letter(job) == 'N' || letter(job) == 'V'; }
+bool is_pencil_job(const char* job) { return letter(job) == 'N' || letter(job) == 'V'; }
 
 /// Where the arguments stand behind beta, and how long the workspace is.
 struct Places {
@@ -184,8 +184,8 @@ Integer checked_eigen(const Places& places, const char* jobvl, const char* jobvr
   const bool wants_left = letter(jobvl) == 'V';
   const bool wants_right = letter(jobvr) == 'V';
   const Integer order = std::max<Integer>(1, n);
-  const Integer wrong = first_wrong({{!is_job(jobvl), 1},
-                                     {!is_job(jobvr), 2},
+  const Integer wrong = first_wrong({{!is_pencil_job(jobvl), 1},
+                                     {!is_pencil_job(jobvr), 2},
                                      {n < 0, 3},
                                      {lda < order, 5},
                                      {ldb < order, 7},

@@ -26,7 +26,7 @@ Integer checked_lq(Integer m, Integer n, T* a, Integer lda, T* tau, T* work, Int
 
 /// The first m rows of Q in the place of the k reflectors.
 template <class T>
-Integer checked_form(Integer m, Integer n, Integer k, T* a, Integer lda, const T* tau, T* work, Integer lwork) {
+Integer checked_lq_form(Integer m, Integer n, Integer k, T* a, Integer lda, const T* tau, T* work, Integer lwork) {
   const Integer least = std::max<Integer>(1, m);
   const Integer wrong =
       first_wrong({{m < 0, 1}, {n < m, 2}, {k < 0 || k > m, 3}, {lda < least, 5}, {lwork < least && lwork != -1, 8}});
@@ -45,8 +45,8 @@ Integer checked_form(Integer m, Integer n, Integer k, T* a, Integer lda, const T
 }
 
 template <class T>
-Integer checked_apply(const char* side, const char* trans, Integer m, Integer n, Integer k, T* a, Integer lda,
-                      const T* tau, T* c, Integer ldc, T* work, Integer lwork) {
+Integer checked_lq_apply(const char* side, const char* trans, Integer m, Integer n, Integer k, T* a, Integer lda,
+                         const T* tau, T* c, Integer ldc, T* work, Integer lwork) {
   const bool left = letter(side) == 'L';
   const Integer order = left ? m : n;
   const Integer others = left ? n : m;
@@ -88,23 +88,23 @@ void QuarnMPX_zgelqf_(Integer m, Integer n, Complex* a, Integer lda, Complex* ta
 
 void QuarnMPX_dorglq_(Integer m, Integer n, Integer k, QuarnFloat* a, Integer lda, QuarnFloat* tau, QuarnFloat* work,
                       Integer lwork, Integer* info) {
-  *info = tesk::checked_form(m, n, k, a, lda, tau, work, lwork);
+  *info = tesk::checked_lq_form(m, n, k, a, lda, tau, work, lwork);
 }
 
 void QuarnMPX_zunglq_(Integer m, Integer n, Integer k, Complex* a, Integer lda, Complex* tau, Complex* work,
                       Integer lwork, Integer* info) {
-  *info = tesk::checked_form(m, n, k, a, lda, tau, work, lwork);
+  *info = tesk::checked_lq_form(m, n, k, a, lda, tau, work, lwork);
 }
 
 void QuarnMPX_dormlq_(const char* side, const char* trans, Integer m, Integer n, Integer k, QuarnFloat* a, Integer lda,
                       QuarnFloat* tau, QuarnFloat* c, Integer ldc, QuarnFloat* work, Integer lwork, Integer* info,
                       int /*side_length*/, int /*trans_length*/) {
-  *info = tesk::checked_apply(side, trans, m, n, k, a, lda, tau, c, ldc, work, lwork);
+  *info = tesk::checked_lq_apply(side, trans, m, n, k, a, lda, tau, c, ldc, work, lwork);
 }
 
 void QuarnMPX_zunmlq_(const char* side, const char* trans, Integer m, Integer n, Integer k, Complex* a, Integer lda,
                       Complex* tau, Complex* c, Integer ldc, Complex* work, Integer lwork, Integer* info,
                       int /*side_length*/, int /*trans_length*/) {
-  *info = tesk::checked_apply(side, trans, m, n, k, a, lda, tau, c, ldc, work, lwork);
+  *info = tesk::checked_lq_apply(side, trans, m, n, k, a, lda, tau, c, ldc, work, lwork);
 }
 }

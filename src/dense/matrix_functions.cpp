@@ -12,6 +12,7 @@
 #include "quarn/functions.h"
 #include "src/dense/guard_digits.h"
 #include "src/dense/norm_estimate.h"
+#include "src/dense/parts.h"
 #include "src/dense/qr.h"
 #include "src/dense/schur_order.h"
 #include "src/frame/constants.h"
@@ -74,7 +75,7 @@ bool solve(Integer n, View<Complex> a, View<Complex> b) {
 }
 
 template <class T>
-QuarnFloat one_norm(Integer n, View<T> a) {
+QuarnFloat one_norm_or_nan(Integer n, View<T> a) {
   QuarnFloat largest;
   for (Integer j = 1; j <= n; ++j) {
     QuarnFloat sum;
@@ -85,9 +86,6 @@ QuarnFloat one_norm(Integer n, View<T> a) {
   }
   return largest;
 }
-
-bool is_finite(const QuarnFloat& x) { return isfinite(x); }
-bool is_finite(const Complex& x) { return isfinite(x.re) && isfinite(x.im); }
 
 template <class T>
 bool all_finite(Integer n, View<T> a) {
@@ -186,7 +184,7 @@ struct Scaling {
 /// F := exp(A) at the digits of the moment; returns how many of these digits the squarings may have lost.
 template <class T>
 double exponential(Integer n, View<T> a, View<T> f) {
-  const QuarnFloat norm = one_norm(n, a);
+  const QuarnFloat norm = one_norm_or_nan(n, a);
   if (norm == 0) {
     set_identity(n, f);
     return 0;
@@ -209,12 +207,12 @@ double exponential(Integer n, View<T> a, View<T> f) {
   polynomial(n, x, c, f);
   // Relative to norms: err(X^2) <= 2 err(X) |X|^2 / |X^2|, and a rounding.
   double lost = 1;
-  QuarnFloat size = one_norm(n, f);
+  QuarnFloat size = one_norm_or_nan(n, f);
   for (int k = 0; k < scaling.halvings && isfinite(size) && size > 0; ++k) {
     QuarnCheckInterrupt();
     copy_matrix(n, n, f, x);
     multiply(n, x, x, f);
-    QuarnFloat squared = one_norm(n, f);
+    QuarnFloat squared = one_norm_or_nan(n, f);
     lost += std::log10(2.0) + (squared > 0 && isfinite(squared) ? 2 * log10_of(size) - log10_of(squared) : 0);
     size = std::move(squared);
   }
@@ -323,7 +321,7 @@ bool logarithm(Integer n, View<T> t, int* roots) {
     for (Integer j = 1; j <= n; ++j) {
       x(j, j) = x(j, j) - T(1.0);
     }
-    if (one_norm(n, x) <= limit) {
+    if (one_norm_or_nan(n, x) <= limit) {
       break;
     }
     if (*roots == kMostRoots || !square_root(n, t)) {
@@ -399,7 +397,7 @@ void whole_power(Integer n, View<T> a, std::int64_t k, View<T> f) {
 template <class T>
 Integer safe_exponential(Integer n, View<T> a, View<T> f) {
   constexpr int kLargestExponent = 300;
-  const QuarnFloat norm = one_norm(n, a);
+  const QuarnFloat norm = one_norm_or_nan(n, a);
   if (!isfinite(norm) || ilogb(norm + 1) > kLargestExponent) {
     return kNotFound;
   }

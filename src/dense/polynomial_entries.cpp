@@ -2,15 +2,13 @@
 #include <algorithm>
 #include <vector>
 
+#include "src/dense/parts.h"
 #include "src/dense/polynomial.h"
 #include "src/frame/working_digits.h"
 #include "tesk2mp/polynomials.h"
 
 namespace tesk {
 namespace {
-
-bool is_finite(const QuarnFloat& x) { return isfinite(x); }
-bool is_finite(const Complex& x) { return isfinite(x.re) && isfinite(x.im); }
 
 template <class T>
 Integer checked_zeros(Integer n, const T* a, Complex* zeros, QuarnFloat* errors) {

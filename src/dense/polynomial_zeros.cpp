@@ -19,7 +19,7 @@ QuarnFloat power_of_ten(double x) {
   const double whole = std::floor(x);
   return QuarnFloat(std::pow(10.0, x - whole)) * QuarnFloat(1, int(whole));
 }
-double log10_of(const QuarnFloat& x) {
+double rough_log10(const QuarnFloat& x) {
   const WorkingDigits few(kFewDigits);
   return FloatToDouble(log10(x));
 }
@@ -98,7 +98,7 @@ void ZeroFinder<T>::start() {
     if (sizes_[i] == 0) {
       continue;
     }
-    logs[i] = log10_of(sizes_[i]);
+    logs[i] = rough_log10(sizes_[i]);
     while (hull.size() > 1) {
       const std::size_t b = hull.back();
       const std::size_t a = hull[hull.size() - 2];
@@ -262,7 +262,7 @@ int ZeroFinder<T>::digits_wanted(int working) const {
     }
     const QuarnFloat target = least * QuarnFloat(1, -digits_ - 1);
     if (!(cluster.reach <= target)) {
-      const double lacking = isfinite(cluster.reach) && target > 0 ? log10_of(cluster.reach / target) : working;
+      const double lacking = isfinite(cluster.reach) && target > 0 ? rough_log10(cluster.reach / target) : working;
       most = std::max(most, working + int(std::min(1e6, lacking * double(cluster.members.size()))) + 6);
     }
   }
@@ -415,7 +415,7 @@ int take_out_size(std::vector<T>& a) {
   }
   const auto size = [](const T& x) {
     const WorkingDigits few(kFewDigits);
-    return log10_of(magnitude(x));
+    return rough_log10(magnitude(x));
   };
   const double first = size(a.front());
   const double slope = std::floor((size(a.back()) - first) / double(n) + 0.5);

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "quarn/functions.h"
+#include "src/dense/parts.h"
 #include "tesk2mp/linear.h"
 
 namespace tesk {
@@ -21,9 +22,6 @@ std::int64_t size_exponent(const QuarnFloat& x) { return x == 0 ? kOfZero : std:
 std::int64_t size_exponent(const Complex& x) { return std::max(size_exponent(x.re), size_exponent(x.im)) + 1; }
 
 namespace {
-
-bool is_finite(const QuarnFloat& x) { return isfinite(x); }
-bool is_finite(const Complex& x) { return isfinite(x.re) && isfinite(x.im); }
 
 /// The size of the elements, and of their sum.
 template <class T>

@@ -261,7 +261,7 @@ QuarnFloat separation(Integer n, Integer m, OneBasedMatrix<T> t) {
 }
 
 template <class T>
-QuarnFloat one_norm(Integer n, OneBasedMatrix<T> t) {
+QuarnFloat one_norm_of_form(Integer n, OneBasedMatrix<T> t) {
   QuarnFloat largest;
   for (Integer j = 1; j <= n; ++j) {
     QuarnFloat sum;
@@ -314,7 +314,7 @@ Integer checked_selection(const char* job, const char* compq, const Integer* sel
     *s = info != 0 ? QuarnFloat() : proper ? mean_condition(n, *m, form) : QuarnFloat(1);
   }
   if (wants_gap) {
-    *sep = info != 0 ? QuarnFloat() : proper ? separation(n, *m, form) : one_norm(n, form);
+    *sep = info != 0 ? QuarnFloat() : proper ? separation(n, *m, form) : one_norm_of_form(n, form);
   }
   return info;
 }

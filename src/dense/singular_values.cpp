@@ -91,7 +91,7 @@ void deliver(bool as_rows, Integer rows, Integer columns, OneBasedMatrix<T> x, O
   round_elements(as_rows ? columns : rows, as_rows ? rows : columns, to);
 }
 
-bool is_job(const char* job) {
+bool is_svd_job(const char* job) {
   const char c = letter(job);
   return c == 'A' || c == 'S' || c == 'O' || c == 'N';
 }
@@ -103,8 +103,8 @@ Integer checked_svd(const char* jobu, const char* jobvt, Integer m, Integer n, T
   const char job_v = letter(jobvt);
   const Integer few = std::min(m, n);
   const Integer rows_of_vt = job_v == 'A' ? n : job_v == 'S' ? few : 1;
-  const Integer wrong = first_wrong({{!is_job(jobu), 1},
-                                     {!is_job(jobvt) || (job_u == 'O' && job_v == 'O'), 2},
+  const Integer wrong = first_wrong({{!is_svd_job(jobu), 1},
+                                     {!is_svd_job(jobvt) || (job_u == 'O' && job_v == 'O'), 2},
                                      {m < 0, 3},
                                      {n < 0, 4},
                                      {lda < std::max<Integer>(1, m), 6},

@@ -145,15 +145,15 @@ OneBasedMatrix<T> form_of(Op op, Integer n, OneBasedMatrix<T> a, OwnMatrix<T>& o
 }
 
 template <class T>
-bool is_op(const char* option) {
+bool is_sylvester_op(const char* option) {
   return is_adjoint_option<T>(option) || (letter(option) == 'C' && adjoint_letter<T>() == 'T');
 }
 
 template <class T>
 Integer checked(const char* trana, const char* tranb, Integer isgn, Integer m, Integer n, const T* a, Integer lda,
                 const T* b, Integer ldb, T* c, Integer ldc, QuarnFloat* scale) {
-  const Integer wrong = first_wrong({{!is_op<T>(trana), 1},
-                                     {!is_op<T>(tranb), 2},
+  const Integer wrong = first_wrong({{!is_sylvester_op<T>(trana), 1},
+                                     {!is_sylvester_op<T>(tranb), 2},
                                      {isgn != 1 && isgn != -1, 3},
                                      {m < 0, 4},
                                      {n < 0, 5},

@@ -3,13 +3,11 @@
 // Comput. Appl. Math. 27 (1989).
 #include "src/dense/tridiagonal.h"
 
+#include "src/dense/parts.h"
 #include "tesk2mp/eigenproblems.h"
 
 namespace tesk {
 namespace {
-
-const QuarnFloat& real_part(const QuarnFloat& x) { return x; }
-const QuarnFloat& real_part(const Complex& x) { return x.re; }
 
 /// The first k columns of the Hermitian matrix of order m; then the rest of it, in one product, as A - X Y^H with
 /// X = (v1, w1, v2, w2, ...) and Y = (w1, v1, w2, v2, ...).

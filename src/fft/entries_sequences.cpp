@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "quarn/convolution.h"
+#include "src/fft/complex_cores.h"
 #include "src/fft/sequences.h"
 #include "src/frame/option.h"
 #include "src/frame/report.h"
@@ -92,8 +93,6 @@ class Checks {
   char buffer_[kMessageBufferLength];
   Report report_;
 };
-
-bool is_backward(const Option& direct) { return direct.letter() == 'B'; }
 
 QuarnDivisor divisor_of(const Option& norm, bool backward) {
   if (norm.letter() == 'O') {
