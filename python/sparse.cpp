@@ -9,7 +9,10 @@ namespace {
 using tesk2mp::SparseMatrix;
 using tesk2mp::Storage;
 
-py::object list_of(std::span<const Real> x) { return from(std::vector<Real>(x.begin(), x.end()), py::none()); }
+template <class T>
+py::object list_of(std::span<const T> x) {
+  return from(std::vector<T>(x.begin(), x.end()), py::none());
+}
 
 /// The matrix, to be changed.
 AnySparse& changeable(AnySparse& matrix) {
@@ -20,10 +23,11 @@ AnySparse& changeable(AnySparse& matrix) {
 }
 
 /// y := function(x), of one vector in Python, from outside of the interpreter's lock.
-void call_with_vector(const py::function& function, std::span<const Real> x, std::span<Real> y) {
+template <class T>
+void call_with_vector(const py::function& function, std::span<const T> x, std::span<T> y) {
   const py::gil_scoped_acquire held;
   const CallbackDigits guard;
-  const std::vector<Real> result = to_vector<Real>(function(list_of(x)));
+  const std::vector<T> result = to_vector<T>(function(list_of<T>(x)));
   if (result.size() != y.size()) {
     throw py::value_error("the function gave " + std::to_string(result.size()) + " numbers for " +
                           std::to_string(y.size()));
@@ -69,14 +73,81 @@ tesk2mp::SolverOptions options_of(const std::string& method, const py::object& t
   return options;
 }
 
+template <class T>
+using Preconditioner = std::function<void(std::span<const T>, std::span<T>)>;
+
 /// Factors that the caller keeps, as a preconditioner without Python.
-template <class Factors, class Any>
-std::function<void(std::span<const Real>, std::span<Real>)> native(const Any& any) {
+template <class T, class Factors, class Any>
+Preconditioner<T> native(const Any& any) {
   const auto* factors = std::get_if<Factors>(&any);
   if (factors == nullptr) {
-    throw py::type_error("the iterative solver is for real matrices");
+    throw py::type_error("the factors are complex, or those of another kind of system");
   }
-  return [factors](std::span<const Real> x, std::span<Real> y) { (*factors)(x, y); };
+  return [factors](std::span<const T> x, std::span<T> y) { (*factors)(x, y); };
+}
+
+template <class T>
+Preconditioner<T> preconditioner_of(const py::object& given) {
+  if (py::isinstance<AnyIncompleteLU>(given)) {
+    return native<T, tesk2mp::IncompleteLU<T>>(py::cast<const AnyIncompleteLU&>(given));
+  }
+  if (py::isinstance<AnyIncompleteCholesky>(given)) {
+    return native<T, tesk2mp::IncompleteCholesky<T>>(py::cast<const AnyIncompleteCholesky&>(given));
+  }
+  if (!optional_function(given)) {
+    return {};
+  }
+  return [held = given.ptr()](std::span<const T> x, std::span<T> y) { call_with_vector<T>(borrowed(held), x, y); };
+}
+
+template <class T>
+tesk2mp::BasicMonitor<T> monitor_of(const py::object& given) {
+  if (!optional_function(given)) {
+    return {};
+  }
+  return [held = given.ptr()](const tesk2mp::Progress& progress, std::span<const T> x, std::span<const T> residual) {
+    const py::gil_scoped_acquire lock;
+    const CallbackDigits guard;
+    return !py::bool_(borrowed(held)(long(progress.iterations), list_of<T>(x), list_of<T>(residual)));
+  };
+}
+
+/// What Python gives of a system, but for the matrix.
+struct GivenSystem {
+  const py::object& b;
+  const py::object& preconditioner;
+  const py::object& guess;
+  const py::object& monitor;
+  const tesk2mp::SolverOptions& options;
+};
+
+template <class T, class Operator>
+py::tuple solved(const Operator& matrix, const GivenSystem& given) {
+  const Preconditioner<T> precondition = preconditioner_of<T>(given.preconditioner);
+  const tesk2mp::BasicMonitor<T> look = monitor_of<T>(given.monitor);
+  const std::vector<T> right = to_vector<T>(given.b);
+  const std::vector<T> first = given.guess.is_none() ? std::vector<T>() : to_vector<T>(given.guess);
+  const auto solution = outside([&] {
+    return tesk2mp::solve_iteratively(matrix, std::span<const T>(right), given.options, precondition,
+                                      std::span<const T>(first), look);
+  });
+  if (solution.inconsistent && PyErr_WarnEx(PyExc_RuntimeWarning,
+                                            "the residual is small beside |a| |x| alone, not beside |b|: a may be "
+                                            "singular, and b not in its range",
+                                            1) != 0) {
+    throw py::error_already_set();
+  }
+  return py::make_tuple(from(solution.x, given.b), from(solution.residual, given.b),
+                        long(solution.progress.iterations));
+}
+
+template <class T>
+py::tuple solved_with(const SparseMatrix<T>& matrix, const GivenSystem& given) {
+  return solved<T>(
+      [&](std::span<const T> x, std::span<T> y, bool transposed) {
+        matrix.multiply(x, y, transposed ? tesk2mp::Op::conjugate_transpose : tesk2mp::Op::none);
+      },
+      given);
 }
 
 py::tuple solve_iteratively(const py::object& a, const py::object& b, const py::object& preconditioner,
@@ -89,58 +160,35 @@ py::tuple solve_iteratively(const py::object& a, const py::object& b, const py::
       options_of(method, tolerance, criterion, norm, weights, matrix_norm, largest_singular_value);
   options.order = order;
   options.most_iterations = most_iterations;
-  std::function<void(std::span<const Real>, std::span<Real>)> precondition;
-  if (py::isinstance<AnyIncompleteLU>(preconditioner)) {
-    precondition = native<tesk2mp::IncompleteLU<Real>>(py::cast<const AnyIncompleteLU&>(preconditioner));
-  } else if (py::isinstance<AnyIncompleteCholesky>(preconditioner)) {
-    precondition = native<tesk2mp::IncompleteCholesky<Real>>(py::cast<const AnyIncompleteCholesky&>(preconditioner));
-  } else if (optional_function(preconditioner)) {
-    precondition = [held = preconditioner.ptr()](std::span<const Real> x, std::span<Real> y) {
-      call_with_vector(borrowed(held), x, y);
-    };
-  }
-  tesk2mp::Monitor look;
-  if (optional_function(monitor)) {
-    look = [held = monitor.ptr()](const tesk2mp::Progress& progress, std::span<const Real> x,
-                                  std::span<const Real> residual) {
-      const py::gil_scoped_acquire lock;
-      const CallbackDigits guard;
-      return !py::bool_(borrowed(held)(long(progress.iterations), list_of(x), list_of(residual)));
-    };
-  }
-  const std::vector<Real> right = to_vector<Real>(b);
-  const std::vector<Real> first = guess.is_none() ? std::vector<Real>() : to_vector<Real>(guess);
-  const auto solved = [&](const auto& matrix) {
-    const tesk2mp::IterativeSolution solution =
-        outside([&] { return tesk2mp::solve_iteratively(matrix, right, options, precondition, first, look); });
-    if (solution.inconsistent && PyErr_WarnEx(PyExc_RuntimeWarning,
-                                              "the residual is small beside |a| |x| alone, not beside |b|: a may be "
-                                              "singular, and b not in its range",
-                                              1) != 0) {
-      throw py::error_already_set();
-    }
-    return py::make_tuple(from(solution.x, b), from(solution.residual, b), long(solution.progress.iterations));
-  };
+  const py::object right = py::isinstance<py::sequence>(b) ? b : py::object(py::list(b));
+  const GivenSystem given{right, preconditioner, guess, monitor, options};
+  const bool is_complex = Array(right).is_complex() || (!guess.is_none() && Array(guess).is_complex());
   if (!py::isinstance<AnySparse>(a)) {
     const py::function product(a);
     const std::optional<py::function> transposed_product = optional_function(transpose);
-    return solved([&](std::span<const Real> x, std::span<Real> y, bool transposed) {
+    const auto multiply = [&]<class T>(std::span<const T> x, std::span<T> y, bool transposed) {
       if (transposed && !transposed_product) {
         const py::gil_scoped_acquire held;
         throw py::value_error("criterion 'residual' needs matrix_norm, or products with the transpose to estimate it");
       }
-      call_with_vector(transposed ? *transposed_product : product, x, y);
-    });
+      call_with_vector<T>(transposed ? *transposed_product : product, x, y);
+    };
+    return is_complex ? solved<Complex>(multiply, given) : solved<Real>(multiply, given);
   }
   const auto& any = py::cast<const AnySparse&>(a);
-  const auto* matrix = std::get_if<SparseMatrix<Real>>(&any);
-  if (matrix == nullptr) {
-    throw py::type_error("the iterative solver is for real matrices");
-  }
   const Reading reading(any);
-  return solved([&](std::span<const Real> x, std::span<Real> y, bool transposed) {
-    matrix->multiply(x, y, transposed ? tesk2mp::Op::transpose : tesk2mp::Op::none);
-  });
+  if (const auto* matrix = std::get_if<SparseMatrix<Complex>>(&any)) {
+    return solved_with(*matrix, given);
+  }
+  const auto& matrix = std::get<SparseMatrix<Real>>(any);
+  if (!is_complex) {
+    return solved_with(matrix, given);
+  }
+  SparseMatrix<Complex> widened(matrix.order(), matrix.storage());
+  for (std::size_t k = 0; k < matrix.entries(); ++k) {
+    widened.add(matrix.row(k), matrix.column(k), Complex(matrix.value(k)));
+  }
+  return solved_with(widened, given);
 }
 
 AnySparse sparse_of(std::size_t order, py::handle entries, bool lower_triangle) {
@@ -306,17 +354,18 @@ void add_sparse(py::module_& module) {
                   transpose=None, criterion='preconditioned_residual', norm='infinity', weights=None, matrix_norm=0,
                   largest_singular_value=0, monitor=None)
 
-The solution of a x = b by iteration: (x, residual b - a x, number of iterations). a: a SparseMatrix, or a function that takes
+The solution of a x = b by iteration, real or complex: (x, residual b - a x, number of iterations). a: a SparseMatrix, or a function that takes
 a list of n numbers and gives the n numbers of their product with the matrix. RuntimeWarning when x is so large that the
 criterion holds although |b - a x| > sqrt(tolerance) |b|, as with a singular matrix. preconditioner: a function that solves with
-a matrix near a, an IncompleteLU or an IncompleteCholesky. method: 'rgmres', 'cgs', 'bicgstab' or 'tfqmr'; for a symmetric matrix also 'minres', 'symmlq' and, when it
-is positive definite, 'cg'; order: iterations to a restart of RGMRES, the order of
+a matrix near a, an IncompleteLU or an IncompleteCholesky. method: 'rgmres', 'cgs', 'bicgstab' or 'tfqmr'; for a symmetric or Hermitian matrix also 'minres',
+'symmlq' and, when it is positive definite, 'cg'; order: iterations to a restart of RGMRES, the order of
 BICGSTAB, 0 for the usual one. tolerance: 0 for the square root of the machine precision. NumericalFailure when the method
 breaks down or runs out of iterations.
 
 criterion: an iterate x is good enough when its 'residual' is small beside |b| + |a| |x|, or its 'preconditioned_residual'
 beside that of the preconditioned system. norm: 'infinity', 'one' or 'two', with positive weights if given. matrix_norm: of a,
-for 'residual'; 0: estimated, with products of a function `transpose` when a is a function. largest_singular_value: of the
+for 'residual'; 0: estimated, with products of a function `transpose`
+(conjugated, when complex) when a is a function. largest_singular_value: of the
 preconditioned matrix, for the other one; 0: estimated. monitor: a function of the number of iterations, x and the residual,
 called after each; what is true ends the iterations.
 

@@ -8,6 +8,7 @@
 #include "cli/system/memory.h"
 #include "tesk2mp/incomplete.hpp"
 #include "tesk2mp/preconditioners.hpp"
+#include "tesk2mp/solve_sparse.hpp"
 #include "tesk2mp/solver.hpp"
 
 namespace cli {
@@ -23,17 +24,19 @@ QuarnFloat number(const std::string& option, const std::string& text) {
   return to_number(text);
 }
 
-using Preconditioner = std::function<void(std::span<const QuarnFloat>, std::span<QuarnFloat>)>;
+template <class T>
+using Preconditioner = std::function<void(std::span<const T>, std::span<T>)>;
 
 /// What the factors are shared for: a function is copied, and they need not be.
-template <class Factors>
-Preconditioner shared(Factors&& factors) {
-  return [held = std::make_shared<const Factors>(std::forward<Factors>(factors))](
-             std::span<const QuarnFloat> x, std::span<QuarnFloat> y) { (*held)(x, y); };
+template <class T, class Factors>
+Preconditioner<T> shared(Factors&& factors) {
+  return [held = std::make_shared<const Factors>(std::forward<Factors>(factors))](std::span<const T> x,
+                                                                                  std::span<T> y) { (*held)(x, y); };
 }
 
-Preconditioner incomplete_factors(const std::string& source, const tesk2mp::SparseMatrix<QuarnFloat>& a,
-                                  const IterativeOptions& options) {
+template <class T>
+Preconditioner<T> incomplete_factors(const std::string& source, const tesk2mp::SparseMatrix<T>& a,
+                                     const IterativeOptions& options) {
   tesk2mp::FillOptions fill;
   fill.level = options.fill;
   fill.modified = options.modified;
@@ -45,17 +48,18 @@ Preconditioner incomplete_factors(const std::string& source, const tesk2mp::Spar
     }
   }
   if (options.precon == "ilu") {
-    return shared(tesk2mp::IncompleteLU(a, fill));
+    return shared<T>(tesk2mp::IncompleteLU(a, fill));
   }
   if (!tesk2mp::is_hermitian(a)) {
-    throw bad_input(source + ": --precon ic is for symmetric matrices");
+    throw bad_input(source + ": --precon ic is for symmetric and Hermitian matrices");
   }
-  return shared(tesk2mp::IncompleteCholesky(tesk2mp::lower_triangle(a), fill));
+  return shared<T>(tesk2mp::IncompleteCholesky(tesk2mp::lower_triangle(a), fill));
 }
 
 /// Null where none is wanted.
-Preconditioner preconditioner_of(const std::string& source, const Equations<QuarnFloat>& equations,
-                                 const IterativeOptions& options) {
+template <class T>
+Preconditioner<T> preconditioner_of(const std::string& source, const Equations<T>& equations,
+                                    const IterativeOptions& options) {
   if (options.precon == "none") {
     return {};
   }
@@ -107,52 +111,25 @@ tesk2mp::SolverOptions solver_options(const std::string& method, const Iterative
   return result;
 }
 
-bool has_positive_diagonal(const tesk2mp::SparseMatrix<QuarnFloat>& a) {
-  std::size_t positive = 0;
-  for (std::size_t k = 0; k < a.entries(); ++k) {
-    positive += a.row(k) == a.column(k) && a.value(k) > 0 ? 1 : 0;
-  }
-  return positive == a.order();
-}
-
-}  // namespace
-
-std::string automatic_method(const LinearSystem& system) {
-  const auto* equations = std::get_if<Equations<QuarnFloat>>(&system.equations);
-  if (equations == nullptr) {
-    return "direct";
-  }
-  if (!tesk2mp::is_hermitian(equations->a)) {
-    return "bicgstab";
-  }
-  return has_positive_diagonal(equations->a) ? "cg" : "minres";
-}
-
-Solution solve_iteratively(const LinearSystem& system, const std::string& method, const IterativeOptions& options,
-                           const std::function<void(const ResidualStep&)>& watcher) {
-  const auto* equations = std::get_if<Equations<QuarnFloat>>(&system.equations);
-  if (equations == nullptr) {
-    throw bad_input(system.source + ": the system is complex, which --method direct alone can solve");
-  }
-  const Preconditioner precondition = preconditioner_of(system.source, *equations, options);
-  const tesk2mp::SolverOptions settings = solver_options(method, options, system.n);
-  constexpr double kVectors = 10;
-  require_memory((kVectors + settings.order) * system.n, "the work array of " + method);
-
+template <class T>
+Solution solve_by(const std::string& source, const Equations<T>& equations, const std::string& method,
+                  const IterativeOptions& options, const tesk2mp::SolverOptions& settings,
+                  const std::function<void(const ResidualStep&)>& watcher) {
+  const Preconditioner<T> precondition = preconditioner_of(source, equations, options);
   Solution solution;
   solution.method = method;
-  solution.routine = "QuarnMPX_f11bef_";
-  tesk2mp::IterativeSolver solver(equations->b, {}, bool(precondition), settings);
+  solution.routine = std::is_same_v<T, Complex> ? "QuarnMPX_zf11bef_" : "QuarnMPX_f11bef_";
+  tesk2mp::BasicIterativeSolver<T> solver(equations.b, {}, bool(precondition), settings);
   const auto look = [&] {
     const tesk2mp::Progress now = solver.progress();
     solution.history.push_back({now.iterations, now.left, now.right});
     watcher(solution.history.back());
   };
-  const auto product = [&](std::span<const QuarnFloat> x, std::span<QuarnFloat> y, bool transposed) {
+  const auto product = [&](std::span<const T> x, std::span<T> y, bool transposed) {
     ++solution.products;
-    equations->a.multiply(x, y, transposed ? tesk2mp::Op::transpose : tesk2mp::Op::none);
+    equations.a.multiply(x, y, transposed ? tesk2mp::Op::conjugate_transpose : tesk2mp::Op::none);
   };
-  const auto monitor = [&](tesk2mp::IterativeSolver& /*solver*/) {
+  const auto monitor = [&](tesk2mp::BasicIterativeSolver<T>& /*solver*/) {
     look();
     return true;
   };
@@ -165,8 +142,26 @@ Solution solve_iteratively(const LinearSystem& system, const std::string& method
   look();
   solution.iterations = solution.history.back().iteration;
   solution.x.elements = matrix_of(solver.solution(), solver.solution().size());
-  solution.residual = relative_residual(*equations, solver.solution());
+  solution.residual = relative_residual(equations, solver.solution());
   return solution;
+}
+
+}  // namespace
+
+std::string automatic_method(const LinearSystem& system) {
+  const tesk2mp::Method method =
+      std::visit([](const auto& equations) { return tesk2mp::automatic_method(equations.a); }, system.equations);
+  return method == tesk2mp::Method::cg ? "cg" : method == tesk2mp::Method::minres ? "minres" : "bicgstab";
+}
+
+Solution solve_iteratively(const LinearSystem& system, const std::string& method, const IterativeOptions& options,
+                           const std::function<void(const ResidualStep&)>& watcher) {
+  const tesk2mp::SolverOptions settings = solver_options(method, options, system.n);
+  constexpr double kVectors = 10;
+  require_memory((kVectors + settings.order) * system.n, "the work array of " + method);
+  return std::visit(
+      [&](const auto& equations) { return solve_by(system.source, equations, method, options, settings, watcher); },
+      system.equations);
 }
 
 }  // namespace cli

@@ -254,7 +254,7 @@ Result one_result(const LinearSystem& system, const Solution& solution, const So
 
 Result comparison(const LinearSystem& system, const std::vector<Solution>& solutions, const SolveOptions& options) {
   Result result;
-  result.notes = {system_note(system, options), precision_note(options, "QuarnMPX_f11bef_")};
+  result.notes = {system_note(system, options), precision_note(options, solutions.front().routine)};
   result.table = {{"method", {}, false, true},
                   {"iterations", {}, true},
                   {"products", {}, true},
@@ -325,9 +325,9 @@ The iterative methods stop when ||b - A x|| <= tol (||b|| + ||A|| ||x||), Euclid
 ||A|| estimated; the residual is computed afresh before it is believed. --method direct
 factorises the full matrix and refines the solution with exact residuals.
 --method all compares the iterative ones for general matrices. cg, minres and symmlq are for
-symmetric ones; --method auto takes cg when the diagonal is positive too (and minres when cg
-finds the matrix indefinite), minres when it is not, bicgstab when there is no symmetry,
-direct when the system is complex.
+symmetric or Hermitian ones; --method auto takes cg when the diagonal is positive too (and
+minres when cg finds the matrix indefinite), minres when it is not, bicgstab when there is no
+symmetry.
 Not solved is exit status 1; the last iterate and its residual are written all the same.
 A small residual is an estimate: where b was made up the largest error is written beside it.
 

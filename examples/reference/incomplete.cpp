@@ -60,8 +60,44 @@ void f11jbf() {
   //! [f11jbf]
 }
 
+void f11dcf() {
+  //! [f11dcf]
+  const Integer n = 2, nnz = 4, la = 8, lfill = 0, m = 1, maxitn = 10;
+  const QuarnFloat dtol = 0, tol(1, -15), b[2] = {6, 4};
+  QuarnFloat a[8] = {4, 2, 2, 2}, x[2] = {0, 0}, rnorm;  // rows (4, 2) and (2, 2)
+  Integer irow[8] = {1, 1, 2, 2}, icol[8] = {1, 2, 1, 2};
+  Integer ipivp[2], ipivq[2], istr[3], idiag[2], nnzc, npivm, itn, ifail = -1;
+  QuarnMP_f11daf_(&n, &nnz, a, &la, irow, icol, &lfill, &dtol, "N", "N", ipivp, ipivq, istr, idiag, &nnzc, &npivm,
+                  &ifail, 1, 1);
+  QuarnMP_f11dcf_("BICGSTAB", &n, &nnz, a, &la, irow, icol, ipivp, ipivq, istr, idiag, b, &m, &tol, &maxitn, x, &rnorm,
+                  &itn, &ifail, 8);
+  std::cout << x[0] << " " << x[1] << "\n";
+  //! [f11dcf]
+}
+
+void f11jqf() {
+  //! [f11jqf]
+  const Integer n = 2, nnz = 3, la = 6, lfill = 0, maxitn = 10;
+  const QuarnFloat none = 0, tol(1, -15);
+  const Complex b[2] = {Complex(2, 0), Complex(2, 0)};
+  Complex a[6] = {2, Complex(0, 1), 2}, x[2];  // rows (2, -i) and (i, 2)
+  Integer irow[6] = {1, 2, 2}, icol[6] = {1, 1, 2};
+  QuarnFloat rnorm;
+  Integer ipiv[2], istr[3], nnzc, npivm, itn, ifail = -1;
+  QuarnMP_f11jnf_(&n, &nnz, a, &la, irow, icol, &lfill, &none, "N", &none, "N", ipiv, istr, &nnzc, &npivm, &ifail, 1,
+                  1);
+  QuarnMP_f11jqf_("CG", &n, &nnz, a, &la, irow, icol, ipiv, istr, b, &tol, &maxitn, x, &rnorm, &itn, &ifail, 2);
+  std::cout << (rnorm < tol) << ", " << itn << " iteration\n";
+  //! [f11jqf]
+}
+
 }  // namespace
 
 int main() {
-  return run_examples({{"f11daf", f11daf}, {"f11dbf", f11dbf}, {"f11jaf", f11jaf}, {"f11jbf", f11jbf}});
+  return run_examples({{"f11daf", f11daf},
+                       {"f11dbf", f11dbf},
+                       {"f11jaf", f11jaf},
+                       {"f11jbf", f11jbf},
+                       {"f11dcf", f11dcf},
+                       {"f11jqf", f11jqf}});
 }

@@ -72,6 +72,30 @@ void f11bezn() {
   //! [f11bezn]
 }
 
+void zf11bdf() {
+  //! [zf11bdf]
+  const Integer iterm = 2, n = 2, m = 0, maxitn = 10, monit = 0, lwork = 200;
+  const QuarnFloat tol(1, -15), unknown = 0;
+  Complex work[200], u[2], v[2] = {Complex(0, 2), Complex(4, 0)};  // x_0 and b
+  Integer lwreq, irevcm = 0, ifail = -1;
+  QuarnMPX_zf11bdf_("CGS", "N", "2", "N", &iterm, &n, &m, &tol, &maxitn, &unknown, &unknown, &monit, &lwreq, work,
+                    &lwork, &ifail, 3, 1, 1, 1);
+  while (irevcm != 4) {
+    ifail = -1;
+    QuarnMPX_zf11bef_(&irevcm, u, v, nullptr, work, &lwork, &ifail);
+    if (irevcm == 1) {  // A = diag(2 i, 4)
+      v[0] = Complex(0, 2) * u[0];
+      v[1] = Complex(4, 0) * u[1];
+    }
+  }
+  const QuarnFloat near(1, -14);
+  std::cout << "IFAIL " << ifail << ", near (1, 1): " << (fabs(u[0].re - 1) < near && fabs(u[1].re - 1) < near) << "\n";
+  //! [zf11bdf]
+}
+
 }  // namespace
 
-int main() { return run_examples({{"f11bdf", f11bdf}, {"f11bef", f11bef}, {"f11bff", f11bff}, {"f11bezn", f11bezn}}); }
+int main() {
+  return run_examples(
+      {{"f11bdf", f11bdf}, {"f11bef", f11bef}, {"f11bff", f11bff}, {"f11bezn", f11bezn}, {"zf11bdf", zf11bdf}});
+}

@@ -303,5 +303,123 @@ TESK2MP_API void QuarnMP_f11jpfn_(Integer n, const Complex* a, Integer la, const
                                   Complex* x, char* message_buffer, Integer* ifail, int check_length,
                                   int buffer_length);
 /// @}
+/// @defgroup f11dcf solution of a sparse system with an incomplete LU factorisation
+///
+/// Solves A x = b by an iterative method for general matrices, preconditioned by the factors of F11DAF. The criterion
+/// is that of F11BEF with ITERM 1, ||b - A x|| <= tau (||b|| + ||A|| ||x||) in the infinity norm, ||A|| estimated, and
+/// holds of the true residual.
+///
+/// @param[in] method "RGMRES", "CGS", "BICGSTAB" or "TFQMR", as F11BDF takes it
+/// @param[in] n order of A, N >= 1
+/// @param[in] nnz number of entries of A
+/// @param[in] a as F11DAF has left it: matrix and factors
+/// @param[in] la length of A, IROW and ICOL
+/// @param[in] irow as F11DAF has left it
+/// @param[in] icol as F11DAF has left it
+/// @param[in] ipivp as F11DAF has left it
+/// @param[in] ipivq as F11DAF has left it
+/// @param[in] istr as F11DAF has left it
+/// @param[in] idiag as F11DAF has left it
+/// @param[in] b N elements
+/// @param[in] m RGMRES: iterations to a restart, 1 ... min(N, 50). BICGSTAB: the order, 1 ... min(N, 10). Otherwise not
+///     looked at
+/// @param[in] tol tolerance, below 1; <= 0 means sqrt(eps); tau as for F11BEF
+/// @param[in] maxitn most iterations, >= 1
+/// @param[in,out] x N elements: the first iterate, then the solution, or the last iterate with IFAIL 4, 5 and 6
+/// @param[out] rnorm largest modulus of an element of b - A x
+/// @param[out] itn iterations done
+///
+/// @par Failures
+/// The checks, in this order; with them X, RNORM and ITN are not touched. All texts of IFAIL 2 and 3, and those about
+/// NNZ, end in the advice to check that the arrays have not been corrupted between the calls.
+///
+///   IFAIL 1   99999 METHOD; 99998 N < 1; 99997 NNZ < 1; 99996 NNZ > N**2
+///   IFAIL 2   99995 IROW(I) outside 1 ... N; 99994 ICOL(I) outside 1 ... N; 99993 out of order; 99992 duplicate
+///   IFAIL 1   99991 M; 99990 TOL; 99989 MAXITN; 99988 fewer than 10 working digits
+///   IFAIL 3   99986 ... 99974 the factors, as the 13 labels of F11DBF from 99996 on
+///   IFAIL 4   99973 the tolerance asks for more than the working precision has
+///   IFAIL 5   99972 not converged after MAXITN iterations
+///   IFAIL 6   99971 breakdown, as IFAIL 7 of F11BEF
+///
+/// When storage runs out X is not touched.
+///
+/// @par Source
+/// R. Barrett et al., Templates for the Solution of Linear Systems, SIAM 1994.
+///
+/// @par Cost
+/// As F11BEF; each product is that of F11XAF's companion, each solution that of F11DBF.
+/// @{
+TESK2MP_API void QuarnMP_f11dcf_(const char* method, const Integer* n, const Integer* nnz, const QuarnFloat* a,
+                                 const Integer* la, const Integer* irow, const Integer* icol, const Integer* ipivp,
+                                 const Integer* ipivq, const Integer* istr, const Integer* idiag, const QuarnFloat* b,
+                                 const Integer* m, const QuarnFloat* tol, const Integer* maxitn, QuarnFloat* x,
+                                 QuarnFloat* rnorm, Integer* itn, Integer* ifail, int method_length);
+TESK2MP_API void QuarnMP_f11dcfn_(const char* method, Integer n, Integer nnz, const QuarnFloat* a, Integer la,
+                                  const Integer* irow, const Integer* icol, const Integer* ipivp, const Integer* ipivq,
+                                  const Integer* istr, const Integer* idiag, const QuarnFloat* b, Integer m,
+                                  QuarnFloat tol, Integer maxitn, QuarnFloat* x, QuarnFloat* rnorm, Integer* itn,
+                                  char* message_buffer, Integer* ifail, int method_length, int buffer_length);
+/// @}
+
+/// @defgroup f11dqf solution of a complex sparse system with an incomplete LU factorisation
+///
+/// The same for complex values, with the factors of F11DNF.
+///
+/// @like f11dcf
+/// @{
+TESK2MP_API void QuarnMP_f11dqf_(const char* method, const Integer* n, const Integer* nnz, const Complex* a,
+                                 const Integer* la, const Integer* irow, const Integer* icol, const Integer* ipivp,
+                                 const Integer* ipivq, const Integer* istr, const Integer* idiag, const Complex* b,
+                                 const Integer* m, const QuarnFloat* tol, const Integer* maxitn, Complex* x,
+                                 QuarnFloat* rnorm, Integer* itn, Integer* ifail, int method_length);
+TESK2MP_API void QuarnMP_f11dqfn_(const char* method, Integer n, Integer nnz, const Complex* a, Integer la,
+                                  const Integer* irow, const Integer* icol, const Integer* ipivp, const Integer* ipivq,
+                                  const Integer* istr, const Integer* idiag, const Complex* b, Integer m,
+                                  QuarnFloat tol, Integer maxitn, Complex* x, QuarnFloat* rnorm, Integer* itn,
+                                  char* message_buffer, Integer* ifail, int method_length, int buffer_length);
+/// @}
+
+/// @defgroup f11jqf solution of a Hermitian sparse system with an incomplete Cholesky factorisation
+///
+/// Solves A x = b for a Hermitian matrix A by CG (positive definite A), MINRES or SYMMLQ, preconditioned by the factors
+/// of F11JNF. The criterion is that of F11DCF.
+///
+/// @param[in] method "CG", "MINRES" or "SYMMLQ", as F11BDF's companion takes it
+/// @param[in] n order of A, N >= 1
+/// @param[in] nnz number of entries of the lower triangle of A
+/// @param[in] a as F11JNF has left it: matrix and factors
+/// @param[in] la length of A, IROW and ICOL
+/// @param[in] irow as F11JNF has left it
+/// @param[in] icol as F11JNF has left it
+/// @param[in] ipiv as F11JNF has left it
+/// @param[in] istr as F11JNF has left it
+/// @param[in] b N elements
+/// @param[in] tol tolerance, below 1; <= 0 means sqrt(eps); tau as for F11BEF
+/// @param[in] maxitn most iterations, >= 1
+/// @param[in,out] x N elements: the first iterate, then the solution, or the last iterate with IFAIL 4, 5 and 6
+/// @param[out] rnorm largest modulus of an element of b - A x
+/// @param[out] itn iterations done
+///
+/// @par Failures
+/// As F11DCF, with NNZ at most N (N + 1) / 2, ICOL(I) at most IROW(I), no M, and
+///
+///   IFAIL 3   99986 ... 99976 the factors, as the 11 labels of F11JBF from 99997 on
+///
+/// @par Source
+/// R. Barrett et al., Templates for the Solution of Linear Systems, SIAM 1994.
+///
+/// @par Cost
+/// As F11BEF; each product is that of F11XSF's companion, each solution that of F11JPF.
+/// @{
+TESK2MP_API void QuarnMP_f11jqf_(const char* method, const Integer* n, const Integer* nnz, const Complex* a,
+                                 const Integer* la, const Integer* irow, const Integer* icol, const Integer* ipiv,
+                                 const Integer* istr, const Complex* b, const QuarnFloat* tol, const Integer* maxitn,
+                                 Complex* x, QuarnFloat* rnorm, Integer* itn, Integer* ifail, int method_length);
+TESK2MP_API void QuarnMP_f11jqfn_(const char* method, Integer n, Integer nnz, const Complex* a, Integer la,
+                                  const Integer* irow, const Integer* icol, const Integer* ipiv, const Integer* istr,
+                                  const Complex* b, QuarnFloat tol, Integer maxitn, Complex* x, QuarnFloat* rnorm,
+                                  Integer* itn, char* message_buffer, Integer* ifail, int method_length,
+                                  int buffer_length);
+/// @}
 }
 TESK2MP_NAMES_END

@@ -221,6 +221,58 @@ TESK2MP_API void QuarnMPX_f11bffn_(Integer* itn, QuarnFloat* stplhs, QuarnFloat*
                                    Integer* ifail, int buffer_length);
 /// @}
 
+/// @defgroup zf11bdf set-up of a complex iterative solution
+///
+/// The companions of F11BDF, F11BEF and F11BFF over Complex: ZF11BDF sets up, with all methods; ZF11BEF iterates;
+/// ZF11BFF reports the progress. CG, MINRES and SYMMLQ are for Hermitian matrices.
+///
+/// WORK, U and V are complex; weights, norms and tolerance are real. The sizes of complex numbers are their moduli.
+/// With IREVCM -1 V is to become A^H U. Failures are those of the real routines, under their names.
+///
+/// @param[in] method as F11BDF; "CG", "MINRES" and "SYMMLQ" too
+/// @param[in] precon as F11BDF
+/// @param[in] norm as F11BDF
+/// @param[in] weight as F11BDF
+/// @param[in] iterm as F11BDF
+/// @param[in] n as F11BDF
+/// @param[in] m as F11BDF
+/// @param[in] tol as F11BDF
+/// @param[in] maxitn as F11BDF
+/// @param[in,out] anorm as F11BDF and F11BFF
+/// @param[in,out] sigmax as F11BDF and F11BFF
+/// @param[in] monit as F11BDF
+/// @param[out] lwreq as F11BDF
+/// @param[in,out] work LWORK elements: the whole state
+/// @param[in] lwork length of WORK, LWORK >= LWREQ
+/// @param[in,out] irevcm as F11BEF
+/// @param[in,out] u N elements, as F11BEF
+/// @param[in,out] v N elements, as F11BEF
+/// @param[in] wgt as F11BEF
+/// @param[out] itn as F11BFF
+/// @param[out] stplhs as F11BFF
+/// @param[out] stprhs as F11BFF
+///
+/// @par Failures
+/// As F11BDF, F11BEF and F11BFF.
+///
+/// @par Source
+/// The methods are those of the papers at the top of this header.
+///
+/// @par Cost
+/// As F11BEF, in complex operations.
+/// @{
+TESK2MP_API void QuarnMPX_zf11bdf_(const char* method, const char* precon, const char* norm, const char* weight,
+                                   const Integer* iterm, const Integer* n, const Integer* m, const QuarnFloat* tol,
+                                   const Integer* maxitn, const QuarnFloat* anorm, const QuarnFloat* sigmax,
+                                   const Integer* monit, Integer* lwreq, Complex* work, const Integer* lwork,
+                                   Integer* ifail, int method_length, int precon_length, int norm_length,
+                                   int weight_length);
+TESK2MP_API void QuarnMPX_zf11bef_(Integer* irevcm, Complex* u, Complex* v, QuarnFloat* wgt, Complex* work,
+                                   const Integer* lwork, Integer* ifail);
+TESK2MP_API void QuarnMPX_zf11bff_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm,
+                                   QuarnFloat* sigmax, Complex* work, const Integer* lwork, Integer* ifail);
+/// @}
+
 /// @defgroup f11bezn the steps of one method
 ///
 /// The steps of RGMRES, CGS, BICGSTAB and TFQMR that F11BEF takes, for hosts that report in their own way. WORK must

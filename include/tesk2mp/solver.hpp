@@ -13,7 +13,7 @@
 
 namespace tesk2mp {
 
-/// cg, minres and symmlq: for symmetric matrices, cg for positive definite ones.
+/// cg, minres and symmlq: for symmetric or Hermitian matrices, cg for positive definite ones.
 enum class Method { rgmres, cgs, bicgstab, tfqmr, cg, minres, symmlq };
 enum class VectorNorm : char { one = '1', infinity = 'I', two = '2' };
 /// When an iterate is good enough: by its residual b - A x beside |b| + |A| |x|, or by the preconditioned one. The
@@ -34,8 +34,8 @@ struct SolverOptions {
   Integer monitor = 0;              ///< every that many iterations Request::monitor; 0: never
 };
 
-/// What a step of IterativeSolver asks for: output() is to become A input(), A^T input() or M^-1 input(); or just to
-/// look, input() the iterate and output() its residual; or nothing any more.
+/// What a step of IterativeSolver asks for: output() is to become A input(), A^T input() (A^H of a complex one) or M^-1
+/// input(); or just to look, input() the iterate and output() its residual; or nothing any more.
 enum class Request : Integer { product = 1, transposed_product = -1, precondition = 2, monitor = 3, finished = 4 };
 
 /// How far a solver has got. The criterion holds when left <= right.
@@ -58,12 +58,15 @@ struct Progress {
 /// }
 /// use(solver.solution());
 /// @endcode
-class IterativeSolver {
+///
+/// IterativeSolver is the real one, ComplexIterativeSolver the complex one.
+template <Scalar T>
+class BasicIterativeSolver {
  public:
   /// b: the right-hand side. guess: the first iterate; empty: zeros. preconditioned: whether precondition is asked for.
-  IterativeSolver(std::span<const Real> b, std::span<const Real> guess, bool preconditioned,
-                  const SolverOptions& options)
-      : u_(guess.empty() ? std::vector<Real>(b.size()) : std::vector<Real>(guess.begin(), guess.end())),
+  BasicIterativeSolver(std::span<const T> b, std::span<const T> guess, bool preconditioned,
+                       const SolverOptions& options)
+      : u_(guess.empty() ? std::vector<T>(b.size()) : std::vector<T>(guess.begin(), guess.end())),
         v_(b.begin(), b.end()),
         weights_(options.weights) {
     detail::require(u_.size() == v_.size(), kSetUp, 6, "a first iterate of ", u_.size(), " elements for ", v_.size(),
@@ -81,10 +84,10 @@ class IterativeSolver {
   /// In place of next(): ends at once, with the last iterate that is complete.
   void stop() { step(6); }
 
-  std::span<const Real> input() const { return u_; }
-  std::span<Real> output() { return v_; }
-  const std::vector<Real>& solution() const { return u_; }
-  const std::vector<Real>& residual() const { return v_; }
+  std::span<const T> input() const { return u_; }
+  std::span<T> output() { return v_; }
+  const std::vector<T>& solution() const { return u_; }
+  const std::vector<T>& residual() const { return v_; }
   /// The criterion holds: not so after stop(), finish_iteration() or an exception.
   bool converged() const { return converged_; }
 
@@ -92,8 +95,9 @@ class IterativeSolver {
     Progress progress;
     const Integer length = detail::count_of(work_.size());
     detail::call([&](Integer* ifail) {
-      QuarnMPX_f11bff_(&progress.iterations, &progress.left, &progress.right, &progress.matrix_norm,
-                       &progress.largest_singular_value, work_.data(), &length, ifail);
+      detail::pick<T>(QuarnMPX_f11bff_, QuarnMPX_zf11bff_)(&progress.iterations, &progress.left, &progress.right,
+                                                           &progress.matrix_norm, &progress.largest_singular_value,
+                                                           work_.data(), &length, ifail);
     });
     return progress;
   }
@@ -112,10 +116,11 @@ class IterativeSolver {
     Integer needed = 0;
     const auto attempt = [&](Integer* ifail) {
       const Integer length = detail::count_of(work_.size());
-      QuarnMPX_f11bdf_(method.c_str(), detail::Option(preconditioned ? 'P' : 'N'), detail::Option(options.norm),
-                       detail::Option(weights_.empty() ? 'N' : 'W'), &criterion, &n, &order, &options.tolerance,
-                       &options.most_iterations, &options.matrix_norm, &options.largest_singular_value,
-                       &options.monitor, &needed, work_.data(), &length, ifail, int(method.size()), 1, 1, 1);
+      detail::pick<T>(QuarnMPX_f11bdf_, QuarnMPX_zf11bdf_)(
+          method.c_str(), detail::Option(preconditioned ? 'P' : 'N'), detail::Option(options.norm),
+          detail::Option(weights_.empty() ? 'N' : 'W'), &criterion, &n, &order, &options.tolerance,
+          &options.most_iterations, &options.matrix_norm, &options.largest_singular_value, &options.monitor, &needed,
+          work_.data(), &length, ifail, int(method.size()), 1, 1, 1);
     };
     {
       // Without workspace it only returns how much it needs; what else is wrong is reported again.
@@ -132,7 +137,8 @@ class IterativeSolver {
     const detail::Listener listener;
     Integer ifail = 1;
     request_ = answer;
-    QuarnMPX_f11bef_(&request_, u_.data(), v_.data(), weights_.data(), work_.data(), &length, &ifail);
+    detail::pick<T>(QuarnMPX_f11bef_, QuarnMPX_zf11bef_)(&request_, u_.data(), v_.data(), weights_.data(), work_.data(),
+                                                         &length, &ifail);
     const bool asked_for = ifail >= 4 && ifail <= 6;
     if (ifail != 0 && !asked_for) {
       listener.raise({7, 8, 9});
@@ -141,18 +147,22 @@ class IterativeSolver {
     return Request(request_);
   }
 
-  std::vector<Real> u_;
-  std::vector<Real> v_;
+  std::vector<T> u_;
+  std::vector<T> v_;
   std::vector<Real> weights_;
-  std::vector<Real> work_;
+  std::vector<T> work_;
   Integer request_ = 0;
   bool converged_ = false;
 };
 
+using IterativeSolver = BasicIterativeSolver<Real>;
+using ComplexIterativeSolver = BasicIterativeSolver<Complex>;
+
 /// What solve_iteratively() found.
-struct IterativeSolution {
-  std::vector<Real> x;
-  std::vector<Real> residual;  ///< b - A x
+template <Scalar T>
+struct BasicIterativeSolution {
+  std::vector<T> x;
+  std::vector<T> residual;  ///< b - A x
   Progress progress;
   bool converged = true;   ///< the criterion holds, no monitor has ended the iterations before
   Real relative_residual;  ///< |b - A x| / |b|, largest elements; 0 when b = 0
@@ -162,31 +172,37 @@ struct IterativeSolution {
   bool inconsistent = false;
 };
 
+using IterativeSolution = BasicIterativeSolution<Real>;
+using ComplexIterativeSolution = BasicIterativeSolution<Complex>;
+
 /// Looks at an iterate and its residual; false ends the iterations.
-using Monitor = std::function<bool(const Progress& progress, std::span<const Real> x, std::span<const Real> residual)>;
+template <Scalar T>
+using BasicMonitor = std::function<bool(const Progress& progress, std::span<const T> x, std::span<const T> residual)>;
+using Monitor = BasicMonitor<Real>;
+using ComplexMonitor = BasicMonitor<Complex>;
 
 namespace detail {
 
 /// The norm of the criterion.
-inline Real criterion_norm(const SolverOptions& options, std::span<const Real> x) {
-  std::vector<Real> weighted(x.begin(), x.end());
+template <Scalar T>
+Real criterion_norm(const SolverOptions& options, std::span<const T> x) {
+  std::vector<T> weighted(x.begin(), x.end());
   for (std::size_t i = 0; i < options.weights.size(); ++i) {
-    weighted[i] *= options.weights[i];
+    weighted[i] = weighted[i] * options.weights[i];
   }
   const Norm kind = options.norm == VectorNorm::one   ? Norm::one
                     : options.norm == VectorNorm::two ? Norm::frobenius
                                                       : Norm::largest;
-  return norm(kind, MatrixView<const Real>(weighted, weighted.size(), 1));
+  return norm(kind, MatrixView<const T>(weighted, weighted.size(), 1));
 }
 
 /// Adds to a solution what its size says of the system. right: b, or M^-1 b where the criterion is about that.
-inline void assess(IterativeSolution& solution, const SolverOptions& options, std::span<const Real> b,
-                   std::span<const Real> right) {
-  const auto largest = [](std::span<const Real> x) {
-    return norm(Norm::largest, MatrixView<const Real>(x, x.size(), 1));
-  };
+template <Scalar T>
+void assess(BasicIterativeSolution<T>& solution, const SolverOptions& options, std::span<const T> b,
+            std::span<const T> right) {
+  const auto largest = [](std::span<const T> x) { return norm(Norm::largest, MatrixView<const T>(x, x.size(), 1)); };
   const Real size = largest(b);
-  const Real right_size = criterion_norm(options, right);
+  const Real right_size = criterion_norm<T>(options, right);
   if (size == 0 || right_size == 0) {
     return;
   }
@@ -194,17 +210,18 @@ inline void assess(IterativeSolution& solution, const SolverOptions& options, st
   const Real& matrix_norm =
       options.criterion == Criterion::residual ? progress.matrix_norm : progress.largest_singular_value;
   solution.relative_residual = largest(solution.residual) / size;
-  solution.growth = matrix_norm * (criterion_norm(options, solution.x) / right_size);
+  solution.growth = matrix_norm * (criterion_norm<T>(options, solution.x) / right_size);
   const Real tolerance = options.tolerance > 0 ? options.tolerance : ::sqrt(QuarnMP_x02ajf_());
   solution.inconsistent = solution.converged && solution.relative_residual > ::sqrt(tolerance);
 }
 
-/// y := A x or A^T x, whatever A is: a sparse matrix, or something to call with (x, y) or with (x, y, transposed).
-template <class Operator>
-void apply_operator(const Operator& a, std::span<const Real> x, std::span<Real> y, bool transposed) {
-  if constexpr (std::same_as<Operator, SparseMatrix<Real>>) {
-    a.multiply(x, y, transposed ? Op::transpose : Op::none);
-  } else if constexpr (std::invocable<const Operator&, std::span<const Real>, std::span<Real>, bool>) {
+/// y := A x or A^T x (A^H x of a complex one), whatever A is: a sparse matrix, or something to call with (x, y) or with
+/// (x, y, transposed).
+template <Scalar T, class Operator>
+void apply_operator(const Operator& a, std::span<const T> x, std::span<T> y, bool transposed) {
+  if constexpr (std::same_as<Operator, SparseMatrix<T>>) {
+    a.multiply(x, y, transposed ? Op::conjugate_transpose : Op::none);
+  } else if constexpr (std::invocable<const Operator&, std::span<const T>, std::span<T>, bool>) {
     a(x, y, transposed);
   } else {
     require(!transposed, "F11BEF", 1,
@@ -219,8 +236,9 @@ void apply_operator(const Operator& a, std::span<const Real> x, std::span<Real> 
 /// Does what a solver asks for until it has finished or the monitor, called with the solver, returns false. a and
 /// precondition: as for solve_iteratively(). Throws as IterativeSolver::next() does; the solver then has the last
 /// iterate.
-template <class Operator, class Precondition, class Watch>
-void iterate(IterativeSolver& solver, const Operator& a, const Precondition& precondition, const Watch& monitor) {
+template <Scalar T, class Operator, class Precondition, class Watch>
+void iterate(BasicIterativeSolver<T>& solver, const Operator& a, const Precondition& precondition,
+             const Watch& monitor) {
   for (Request request = solver.next(); request != Request::finished; request = solver.next()) {
     if (request == Request::precondition) {
       precondition(solver.input(), solver.output());
@@ -229,10 +247,34 @@ void iterate(IterativeSolver& solver, const Operator& a, const Precondition& pre
         return;
       }
     } else {
-      detail::apply_operator(a, solver.input(), solver.output(), request == Request::transposed_product);
+      detail::apply_operator<T>(a, solver.input(), solver.output(), request == Request::transposed_product);
     }
   }
 }
+
+namespace detail {
+
+template <Scalar T, class Operator>
+BasicIterativeSolution<T> solve_iteratively_as(
+    const Operator& a, std::span<const T> b, SolverOptions options,
+    const std::function<void(std::span<const T>, std::span<T>)>& precondition, std::span<const T> guess,
+    const BasicMonitor<T>& monitor) {
+  options.monitor = monitor && options.monitor == 0 ? 1 : options.monitor;
+  BasicIterativeSolver<T> solver(b, guess, bool(precondition), options);
+  iterate(solver, a, precondition, [&monitor](BasicIterativeSolver<T>& now) {
+    return !monitor || monitor(now.progress(), now.input(), now.output());
+  });
+  BasicIterativeSolution<T> solution{
+      solver.solution(), solver.residual(), solver.progress(), solver.converged(), {}, {}};
+  std::vector<T> right(b.begin(), b.end());
+  if (precondition && options.criterion == Criterion::preconditioned_residual) {
+    precondition(b, right);
+  }
+  assess<T>(solution, options, b, right);
+  return solution;
+}
+
+}  // namespace detail
 
 /// Solves A x = b iteratively. a: a SparseMatrix, or a function a(x, y) that sets y to A x (a(x, y, transposed) where
 /// A^T x may be asked for). precondition(x, y): sets y to M^-1 x; a null one is none. monitor: called every
@@ -245,20 +287,18 @@ void iterate(IterativeSolver& solver, const Operator& a, const Precondition& pre
 /// @endcode
 template <class Operator>
 IterativeSolution solve_iteratively(
-    const Operator& a, std::span<const Real> b, SolverOptions options = {},
+    const Operator& a, std::span<const Real> b, const SolverOptions& options = {},
     const std::function<void(std::span<const Real>, std::span<Real>)>& precondition = {},
     std::span<const Real> guess = {}, const Monitor& monitor = {}) {
-  options.monitor = monitor && options.monitor == 0 ? 1 : options.monitor;
-  IterativeSolver solver(b, guess, bool(precondition), options);
-  iterate(solver, a, precondition,
-          [&monitor](IterativeSolver& now) { return !monitor || monitor(now.progress(), now.input(), now.output()); });
-  IterativeSolution solution{solver.solution(), solver.residual(), solver.progress(), solver.converged(), {}, {}};
-  std::vector<Real> right(b.begin(), b.end());
-  if (precondition && options.criterion == Criterion::preconditioned_residual) {
-    precondition(b, right);
-  }
-  detail::assess(solution, options, b, right);
-  return solution;
+  return detail::solve_iteratively_as<Real>(a, b, options, precondition, guess, monitor);
+}
+/// The same of a complex system; criteria with the norm of A ask for A^H x.
+template <class Operator>
+ComplexIterativeSolution solve_iteratively(
+    const Operator& a, std::span<const Complex> b, const SolverOptions& options = {},
+    const std::function<void(std::span<const Complex>, std::span<Complex>)>& precondition = {},
+    std::span<const Complex> guess = {}, const ComplexMonitor& monitor = {}) {
+  return detail::solve_iteratively_as<Complex>(a, b, options, precondition, guess, monitor);
 }
 
 }  // namespace tesk2mp

@@ -45,6 +45,7 @@
 #include "tesk2mp/rounding.hpp"
 #include "tesk2mp/schur_forms.hpp"
 #include "tesk2mp/singular_values.hpp"
+#include "tesk2mp/solve_sparse.hpp"
 #include "tesk2mp/solver.hpp"
 #include "tesk2mp/sparse.hpp"
 #include "tesk2mp/special.hpp"

@@ -455,24 +455,24 @@ def solve(
     digits: int | None = None,
 ) -> Rows: ...
 def solve_iteratively(
-    a: SparseMatrix | Callable[[list[Decimal]], RealVector],
-    b: RealVector,
-    preconditioner: Callable[[list[Decimal]], RealVector] | IncompleteLU | IncompleteCholesky | None = None,
+    a: SparseMatrix | Callable[[Any], Vector],
+    b: Vector,
+    preconditioner: Callable[[Any], Vector] | IncompleteLU | IncompleteCholesky | None = None,
     method: str = "rgmres",
     order: int = 0,
     tolerance: RealLike = 0,
     most_iterations: int = 1000,
-    guess: RealVector | None = None,
-    transpose: Callable[[list[Decimal]], RealVector] | None = None,
+    guess: Vector | None = None,
+    transpose: Callable[[Any], Vector] | None = None,
     criterion: str = "preconditioned_residual",
     norm: str = "infinity",
     weights: RealVector | None = None,
     matrix_norm: RealLike = 0,
     largest_singular_value: RealLike = 0,
-    monitor: Callable[[int, list[Decimal], list[Decimal]], object] | None = None,
+    monitor: Callable[[int, Any, Any], object] | None = None,
     *,
     digits: int | None = None,
-) -> tuple[list[Decimal], list[Decimal], int]: ...
+) -> tuple[Any, Any, int]: ...
 @overload  # type: ignore[misc]
 def refine(
     a: Matrix, b: Vector, op: str = "none",

@@ -39,4 +39,16 @@ void QuarnMP_f11jbf_(const Integer* n, const QuarnFloat* a, const Integer* la, c
 void QuarnMP_f11jpf_(const Integer* n, const Complex* a, const Integer* la, const Integer* irow, const Integer* icol, const Integer* ipiv, const Integer* istr, const char* check, const Complex* y, Complex* x, Integer* ifail, int check_length) {
   tesk::call_core("F11JPF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMP_f11jpfn_(*n, a, *la, irow, icol, ipiv, istr, check, y, x, message_buffer, outcome, check_length, buffer_length); });
 }
+
+void QuarnMP_f11dcf_(const char* method, const Integer* n, const Integer* nnz, const QuarnFloat* a, const Integer* la, const Integer* irow, const Integer* icol, const Integer* ipivp, const Integer* ipivq, const Integer* istr, const Integer* idiag, const QuarnFloat* b, const Integer* m, const QuarnFloat* tol, const Integer* maxitn, QuarnFloat* x, QuarnFloat* rnorm, Integer* itn, Integer* ifail, int method_length) {
+  tesk::call_core("F11DCF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMP_f11dcfn_(method, *n, *nnz, a, *la, irow, icol, ipivp, ipivq, istr, idiag, b, *m, *tol, *maxitn, x, rnorm, itn, message_buffer, outcome, method_length, buffer_length); });
+}
+
+void QuarnMP_f11dqf_(const char* method, const Integer* n, const Integer* nnz, const Complex* a, const Integer* la, const Integer* irow, const Integer* icol, const Integer* ipivp, const Integer* ipivq, const Integer* istr, const Integer* idiag, const Complex* b, const Integer* m, const QuarnFloat* tol, const Integer* maxitn, Complex* x, QuarnFloat* rnorm, Integer* itn, Integer* ifail, int method_length) {
+  tesk::call_core("F11DQF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMP_f11dqfn_(method, *n, *nnz, a, *la, irow, icol, ipivp, ipivq, istr, idiag, b, *m, *tol, *maxitn, x, rnorm, itn, message_buffer, outcome, method_length, buffer_length); });
+}
+
+void QuarnMP_f11jqf_(const char* method, const Integer* n, const Integer* nnz, const Complex* a, const Integer* la, const Integer* irow, const Integer* icol, const Integer* ipiv, const Integer* istr, const Complex* b, const QuarnFloat* tol, const Integer* maxitn, Complex* x, QuarnFloat* rnorm, Integer* itn, Integer* ifail, int method_length) {
+  tesk::call_core("F11JQF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMP_f11jqfn_(method, *n, *nnz, a, *la, irow, icol, ipiv, istr, b, *tol, *maxitn, x, rnorm, itn, message_buffer, outcome, method_length, buffer_length); });
+}
 }

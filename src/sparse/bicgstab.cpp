@@ -19,18 +19,22 @@ enum BicgstabScalar : Integer { kRho, kAlpha, kOmega };
 enum BicgstabStep : Integer { kStart, kIteration, kHaveImageOfU, kHaveImageOfR };
 constexpr Integer kShadow = kMethodSlot;
 Integer r(Integer i) { return i == 0 ? Integer(kResidual) : kShadow + i; }
-Integer u(const Solver& solver, Integer i) { return kShadow + 1 + solver.state().m + i; }
+template <class T>
+Integer u(const Solver<T>& solver, Integer i) {
+  return kShadow + 1 + solver.state().m + i;
+}
 
 /// The next BiCG direction, j = inner: beta, u_i = r_i - beta u_i, A u_j.
-Outcome next_direction(Solver& solver) {
-  const SolverState& state = solver.state();
+template <class T>
+Outcome next_direction(Solver<T>& solver) {
+  const SolverState<T>& state = solver.state();
   const Integer j = state.inner;
-  QuarnFloat& rho = state.scalar(kRho);
-  const QuarnFloat next_rho = solver.dot(kShadow, r(j));
+  T& rho = state.scalar(kRho);
+  const T next_rho = solver.dot(kShadow, r(j));
   if (solver.vanishes(next_rho, solver.euclidean(kShadow) * solver.euclidean(r(j)))) {
     return Outcome::broken;
   }
-  const QuarnFloat beta = state.scalar(kAlpha) * next_rho / rho;
+  const T beta = quotient(state.scalar(kAlpha) * next_rho, rho);
   rho = next_rho;
   for (Integer i = 0; i <= j; ++i) {
     const auto direction = solver.vector(u(solver, i));
@@ -43,15 +47,16 @@ Outcome next_direction(Solver& solver) {
 }
 
 /// The step along u_0, then A r_j.
-Outcome step_along_direction(Solver& solver) {
-  const SolverState& state = solver.state();
+template <class T>
+Outcome step_along_direction(Solver<T>& solver) {
+  const SolverState<T>& state = solver.state();
   const Integer j = state.inner;
-  const QuarnFloat gamma = solver.dot(kShadow, u(solver, j + 1));
+  const T gamma = solver.dot(kShadow, u(solver, j + 1));
   if (solver.vanishes(gamma, solver.euclidean(kShadow) * solver.euclidean(u(solver, j + 1)))) {
     return Outcome::broken;
   }
-  QuarnFloat& alpha = state.scalar(kAlpha);
-  alpha = state.scalar(kRho) / gamma;
+  T& alpha = state.scalar(kAlpha);
+  alpha = quotient(state.scalar(kRho), gamma);
   for (Integer i = 0; i <= j; ++i) {
     solver.add(-alpha, u(solver, i + 1), r(i));
   }
@@ -62,27 +67,29 @@ Outcome step_along_direction(Solver& solver) {
 }
 
 /// r_0 made as small as r_1 ... r_l can make it, by the modified Gram-Schmidt process. Names are those of the paper.
-Outcome minimise_residual(Solver& solver) {
+template <class T>
+Outcome minimise_residual(Solver<T>& solver) {
   const Integer l = solver.state().m;
-  std::array<std::array<QuarnFloat, kLargestL + 1>, kLargestL + 1> tau;
-  std::array<QuarnFloat, kLargestL + 1> sigma, gamma, gamma1, gamma2;
+  std::array<std::array<T, kLargestL + 1>, kLargestL + 1> tau;
+  std::array<T, kLargestL + 1> gamma, gamma1, gamma2;
+  std::array<QuarnFloat, kLargestL + 1> sigma;
 
   for (Integer j = 1; j <= l; ++j) {
     const QuarnFloat size = solver.euclidean(r(j));
     for (Integer i = 1; i < j; ++i) {
-      tau[i][j] = solver.dot(r(j), r(i)) / sigma[i];
+      tau[i][j] = solver.dot(r(i), r(j)) / sigma[i];
       solver.add(-tau[i][j], r(i), r(j));
     }
-    if (solver.vanishes(solver.euclidean(r(j)), size)) {
+    if (solver.vanishes(T(solver.euclidean(r(j))), size)) {
       return Outcome::broken;
     }
-    sigma[j] = solver.dot(r(j), r(j));
-    gamma1[j] = solver.dot(r(0), r(j)) / sigma[j];
+    sigma[j] = real_part(solver.dot(r(j), r(j)));
+    gamma1[j] = solver.dot(r(j), r(0)) / sigma[j];
   }
   const QuarnFloat ratio = solver.euclidean(r(0)) / sqrt(sigma[l]);
   // A smaller one would cost the recurrence half its digits.
-  if (fabs(gamma1[l]) <= sqrt(epsilon()) * ratio) {
-    gamma1[l] = QuarnFloat(7) / 10 * ratio;
+  if (size_of(gamma1[l]) <= sqrt(epsilon()) * ratio) {
+    gamma1[l] = T(QuarnFloat(7) / 10 * ratio);
   }
 
   gamma[l] = gamma1[l];
@@ -111,20 +118,21 @@ Outcome minimise_residual(Solver& solver) {
   return finite ? Outcome::iterated : Outcome::broken;
 }
 
-Outcome resume_bicgstab(Solver& solver) {
-  SolverState& state = solver.state();
-  QuarnFloat& rho = state.scalar(kRho);
+template <class T>
+Outcome resume_bicgstab(Solver<T>& solver) {
+  SolverState<T>& state = solver.state();
+  T& rho = state.scalar(kRho);
   switch (state.step) {
     case kStart:
       solver.choose_shadow(kShadow);
       solver.clear(u(solver, 0));
-      rho = 1;
-      state.scalar(kAlpha) = 0;
-      state.scalar(kOmega) = 1;
+      rho = T(1.0);
+      state.scalar(kAlpha) = T(0.0);
+      state.scalar(kOmega) = T(1.0);
       [[fallthrough]];
     case kIteration:
       rho = -state.scalar(kOmega) * rho;
-      return rho == 0 ? Outcome::broken : next_direction(solver);
+      return is_zero(rho) ? Outcome::broken : next_direction(solver);
     case kHaveImageOfU:
       return step_along_direction(solver);
     default:
@@ -137,6 +145,9 @@ Outcome resume_bicgstab(Solver& solver) {
   }
 }
 
+template <class T>
+constexpr SolverSteps<T> kSteps = {resume_bicgstab<T>, kept_bounds<T>, kept_residual<T>, kept_iterate<T>};
+
 }  // namespace
 
 const SolverMethod kBicgstab = {3,
@@ -148,9 +159,7 @@ const SolverMethod kBicgstab = {3,
                                 [](Integer m) { return 2 * m + 2; },
                                 [](Integer) { return Integer(0); },
                                 0,
-                                resume_bicgstab,
-                                kept_bounds,
-                                kept_residual,
-                                kept_iterate};
+                                kSteps<QuarnFloat>,
+                                kSteps<Complex>};
 
 }  // namespace tesk

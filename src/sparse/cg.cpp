@@ -12,16 +12,21 @@ enum CgScalar : Integer { kRho, kIterations };
 enum CgStep : Integer { kStart, kNextDirection, kHaveImage };
 constexpr Integer kVectorsBesidePreconditioner = 2;  // A p, r
 
-Integer product_of(const Solver& solver) { return solver.preconditioned() ? solver.product_slot() : Integer(kImage); }
-Integer plain_residual(const Solver& solver) {
+template <class T>
+Integer product_of(const Solver<T>& solver) {
+  return solver.preconditioned() ? solver.product_slot() : Integer(kImage);
+}
+template <class T>
+Integer plain_residual(const Solver<T>& solver) {
   return solver.preconditioned() ? solver.product_slot() + 1 : Integer(kResidual);
 }
 
 /// r^T z, which makes the direction and is positive for a positive definite preconditioner.
-Outcome next_direction(Solver& solver, bool first) {
-  const SolverState& state = solver.state();
+template <class T>
+Outcome next_direction(Solver<T>& solver, bool first) {
+  const SolverState<T>& state = solver.state();
   const Integer r = plain_residual(solver);
-  const QuarnFloat rho = solver.dot(r, kResidual);
+  const QuarnFloat rho = real_part(solver.dot(r, kResidual));
   const Outcome verdict = judge_positive(solver, rho, r, kResidual);
   if (verdict != Outcome::iterated) {
     return verdict;
@@ -29,41 +34,42 @@ Outcome next_direction(Solver& solver, bool first) {
   if (first) {
     solver.copy(kResidual, kP);
   } else {
-    const QuarnFloat beta = rho / state.scalar(kRho);
+    const QuarnFloat beta = rho / state.real(kRho);
     const auto z = solver.vector(kResidual);
     const auto p = solver.vector(kP);
     for (Integer i = 1; i <= solver.n(); ++i) {
-      p(i) = z(i) + beta * p(i);
+      p(i) = z(i) + times(beta, p(i));
     }
   }
-  state.scalar(kRho) = rho;
+  state.real(kRho) = rho;
   return solver.apply(kP, kImage, kHaveImage);
 }
 
-Outcome resume_cg(Solver& solver) {
-  SolverState& state = solver.state();
+template <class T>
+Outcome resume_cg(Solver<T>& solver) {
+  SolverState<T>& state = solver.state();
   switch (state.step) {
     case kStart:
       if (solver.preconditioned()) {
         copy_unpreconditioned(solver, plain_residual(solver));
       }
-      state.scalar(kIterations) = 0;
+      state.real(kIterations) = 0;
       return next_direction(solver, true);
     case kNextDirection:
       return next_direction(solver, false);
     default: {
       const Integer product = product_of(solver);
-      const QuarnFloat curvature = solver.dot(kP, product);
+      const QuarnFloat curvature = real_part(solver.dot(kP, product));
       const Outcome verdict = judge_positive(solver, curvature, kP, product);
       if (verdict != Outcome::iterated) {
         return verdict;
       }
       // z is p less a multiple of the direction before, which A p is orthogonal to when A and M are symmetric.
-      if (looks_for_symmetry(state.scalar(kIterations)) &&
+      if (looks_for_symmetry(state.real(kIterations)) &&
           !agree(solver, curvature, solver.dot(kResidual, product), kResidual, product)) {
         return Outcome::unsuitable;
       }
-      const QuarnFloat alpha = state.scalar(kRho) / curvature;
+      const QuarnFloat alpha = state.real(kRho) / curvature;
       if (!solver.advance_iterate(alpha, kP)) {
         return Outcome::broken;
       }
@@ -71,12 +77,15 @@ Outcome resume_cg(Solver& solver) {
         solver.add(-alpha, product, plain_residual(solver));
       }
       solver.add(-alpha, kImage, kResidual);
-      state.scalar(kIterations) += 1;
+      state.real(kIterations) += 1;
       state.step = kNextDirection;
       return Outcome::iterated;
     }
   }
 }
+
+template <class T>
+constexpr SolverSteps<T> kSteps = {resume_cg<T>, kept_bounds<T>, kept_residual<T>, kept_iterate<T>};
 
 }  // namespace
 
@@ -89,9 +98,7 @@ const SolverMethod kCg = {5,
                           [](Integer) { return kEnd - kMethodSlot; },
                           [](Integer) { return Integer(0); },
                           kVectorsBesidePreconditioner,
-                          resume_cg,
-                          kept_bounds,
-                          kept_residual,
-                          kept_iterate};
+                          kSteps<QuarnFloat>,
+                          kSteps<Complex>};
 
 }  // namespace tesk

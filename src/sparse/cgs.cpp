@@ -10,7 +10,8 @@ enum CgsScalar : Integer { kRho };
 enum CgsStep : Integer { kStart, kIteration, kHaveDirection, kHaveUpdate };
 
 /// u = r + beta q, p = u + beta (q + beta p)
-void next_directions(const Solver& solver, const QuarnFloat& beta) {
+template <class T>
+void next_directions(const Solver<T>& solver, const T& beta) {
   const auto r = solver.vector(kResidual);
   const auto u = solver.vector(kU);
   const auto p = solver.vector(kP);
@@ -21,30 +22,31 @@ void next_directions(const Solver& solver, const QuarnFloat& beta) {
   }
 }
 
-Outcome resume_cgs(Solver& solver) {
-  QuarnFloat& rho = solver.state().scalar(kRho);
+template <class T>
+Outcome resume_cgs(Solver<T>& solver) {
+  T& rho = solver.state().scalar(kRho);
   switch (solver.state().step) {
     case kStart:
       solver.choose_shadow(kShadow);
       solver.clear(kP);
       solver.clear(kQ);
-      rho = 1;
+      rho = T(1.0);
       [[fallthrough]];
     case kIteration: {
-      const QuarnFloat former_rho = rho;
+      const T former_rho = rho;
       rho = solver.dot(kShadow, kResidual);
       if (solver.vanishes(rho, solver.euclidean(kShadow) * solver.euclidean(kResidual))) {
         return Outcome::broken;
       }
-      next_directions(solver, rho / former_rho);
+      next_directions(solver, quotient(rho, former_rho));
       return solver.apply(kP, kImage, kHaveDirection);
     }
     case kHaveDirection: {
-      const QuarnFloat sigma = solver.dot(kShadow, kImage);
+      const T sigma = solver.dot(kShadow, kImage);
       if (solver.vanishes(sigma, solver.euclidean(kShadow) * solver.euclidean(kImage))) {
         return Outcome::broken;
       }
-      const QuarnFloat alpha = rho / sigma;
+      const T alpha = quotient(rho, sigma);
       const auto u = solver.vector(kU);
       const auto q = solver.vector(kQ);
       const auto image = solver.vector(kImage);
@@ -55,14 +57,17 @@ Outcome resume_cgs(Solver& solver) {
       return solver.apply(kU, kImage, kHaveUpdate);
     }
     default:
-      if (!solver.advance_iterate(1, kU)) {
+      if (!solver.advance_iterate(T(1.0), kU)) {
         return Outcome::broken;
       }
-      solver.add(-1, kImage, kResidual);
+      solver.add(T(-1.0), kImage, kResidual);
       solver.state().step = kIteration;
       return Outcome::iterated;
   }
 }
+
+template <class T>
+constexpr SolverSteps<T> kSteps = {resume_cgs<T>, kept_bounds<T>, kept_residual<T>, kept_iterate<T>};
 
 }  // namespace
 
@@ -75,9 +80,7 @@ const SolverMethod kCgs = {2,
                            [](Integer) { return kEnd - kMethodSlot; },
                            [](Integer) { return Integer(0); },
                            0,
-                           resume_cgs,
-                           kept_bounds,
-                           kept_residual,
-                           kept_iterate};
+                           kSteps<QuarnFloat>,
+                           kSteps<Complex>};
 
 }  // namespace tesk

@@ -2,13 +2,13 @@
 // method.
 
 #include <algorithm>
-#include <cstring>
 #include <limits>
 
 #include "quarn/quarnthread.h"
 #include "src/frame/constants.h"
 #include "src/frame/option.h"
 #include "src/frame/report.h"
+#include "src/sparse/method_names.h"
 #include "src/sparse/solver.h"
 #include "tesk2mp/frame.h"
 #include "tesk2mp/iterative.h"
@@ -16,52 +16,9 @@
 namespace tesk {
 namespace {
 
-/// METHOD without blanks at its ends, in capital letters; empty when it does not fit.
-class MethodName {
- public:
-  MethodName(const char* text, int length) noexcept {
-    const char* end = std::find(text, text + std::max(length, 0), '\0');
-    const char* first = std::find_if(text, end, [](char c) { return c != ' '; });
-    while (end != first && end[-1] == ' ') {
-      --end;
-    }
-    if (end - first <= kLongest) {
-      std::transform(first, end, name_, capital);
-    }
-  }
-  bool starts_with(const char* name) const noexcept { return std::strncmp(name_, name, std::strlen(name)) == 0; }
-
- private:
-  static constexpr std::ptrdiff_t kLongest = 32;
-  char name_[kLongest + 1] = {};
-};
-
-/// Whose methods: the classic entries know those for general systems, the companions those for symmetric ones besides.
-enum class Methods { general, all };
-
-/// The method that METHOD names, or null. CG comes last: it is the beginning of another name.
-const SolverMethod* method_named(Methods methods, const MethodName& name) {
-  for (const SolverMethod* method : {&kRgmres, &kCgs, &kBicgstab, &kTfqmr, &kMinres, &kSymmlq, &kCg}) {
-    if (methods == Methods::general && symmetric_method(method->code) != nullptr) {
-      continue;
-    }
-    if (name.starts_with(method->name)) {
-      return method;
-    }
-  }
-  return nullptr;
-}
-
 /// '1', 'I' or '2': 0, 1, 2; anything else -1.
 Integer norm_code(const Option& norm) {
   return norm.letter() == '1' ? 0 : norm.letter() == 'I' ? 1 : norm.letter() == '2' ? 2 : -1;
-}
-
-/// The tolerance in use: no less than what rounding lets any residual reach.
-QuarnFloat tolerance(const QuarnFloat& tol, Integer n) {
-  const QuarnFloat eps = epsilon();
-  const QuarnFloat least = std::max(10 * eps, sqrt(QuarnFloat(n)) * eps);
-  return std::max(tol > 0 ? tol : sqrt(eps), least);
 }
 
 /// The working digits that every Integer of the state needs.
@@ -106,15 +63,15 @@ Step step_of(Integer method) {
 
 /// One step of the method, or of any for null: from what the caller brings to what it is asked for next. It may be
 /// interrupted before anything is changed, so that the same call may be made again.
-void step(const SolverMethod* method, Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt,
-          Integer* info) {
+template <class T>
+void step(const SolverMethod* method, Integer* irevcm, T* work, T* u, T* v, const QuarnFloat* wgt, Integer* info) {
   QuarnCheckInterrupt();
   const Integer lwork = *info;
   if (lwork < kHeaderLength) {
     *info = -kParameterLwork;
     return;
   }
-  SolverState state(work);
+  SolverState<T> state(work);
   if (!solver_state(StateMode::continuation, work) || !state.load() ||
       (method != nullptr && &state.rules() != method)) {
     *info = Integer(Ending::not_set_up);
@@ -124,7 +81,7 @@ void step(const SolverMethod* method, Integer* irevcm, QuarnFloat* work, QuarnFl
     *info = -kParameterLwork;
     return;
   }
-  *info = Solver(state, u, v, wgt).proceed(Request(*irevcm));
+  *info = Solver<T>(state, u, v, wgt).proceed(Request(*irevcm));
   if (*info >= 0) {
     *irevcm = state.request;
     state.save();
@@ -168,11 +125,11 @@ void report_ending(Report& report, Integer info, Integer itn, bool initial) {
   }
 }
 
+template <class T>
 void set_up(Methods methods, const char* method, const char* precon, const char* norm, const char* weight,
             Integer iterm, Integer n, Integer m, const QuarnFloat& tol, Integer maxitn, const QuarnFloat& anorm,
-            const QuarnFloat& sigmax, Integer monit, Integer* lwreq, QuarnFloat* work, Integer lwork,
-            char* message_buffer, Integer* ifail, int method_length, int precon_length, int norm_length,
-            int weight_length) {
+            const QuarnFloat& sigmax, Integer monit, Integer* lwreq, T* work, Integer lwork, char* message_buffer,
+            Integer* ifail, int method_length, int precon_length, int norm_length, int weight_length) {
   Report report("F11BDF", message_buffer, ifail);
   const SolverMethod* rules = method_named(methods, MethodName(method, method_length));
   const Option precon_option(precon, precon_length);
@@ -203,7 +160,7 @@ void set_up(Methods methods, const char* method, const char* precon, const char*
                              m)
                : report_parameter(report, fault->parameter);
   }
-  SolverState state(work);
+  SolverState<T> state(work);
   state.choose(*rules);
   state.n = n;
   state.m = rules->takes_m ? m : 1;
@@ -219,23 +176,18 @@ void set_up(Methods methods, const char* method, const char* precon, const char*
                        " ** twice or F11BEF has not terminated its current task.");
   }
 
-  fill(kHeaderLength, QuarnFloat(), SolverVector(work, 1));
+  fill(kHeaderLength, T(), SolverVector<T>(work, 1));
   state.norm = norm_code(norm_option);
   state.weighted = weight_option.letter() == 'W' ? 1 : 0;
   state.iterm = iterm;
   state.maxitn = maxitn;
   state.monit = monit;
-  state.anorm_known = anorm > 0 ? 1 : 0;
-  state.sigmax_known = sigmax > 0 ? 1 : 0;
-  state[Place::anorm] = std::max(anorm, QuarnFloat(0));
-  state[Place::sigmax] = std::max(sigmax, QuarnFloat(0));
-  state[Place::tol] = tolerance(tol, n);
-  state.save();
-  solver_state(StateMode::set_up, work);
+  begin_problem(state, tol, anorm, sigmax);
 }
 
-void iterate(Methods methods, Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, QuarnFloat* work,
-             Integer lwork, char* message_buffer, Integer* ifail) {
+template <class T>
+void iterate(Methods methods, Integer* irevcm, T* u, T* v, QuarnFloat* wgt, T* work, Integer lwork,
+             char* message_buffer, Integer* ifail) {
   Report report("F11BEF", message_buffer, ifail);
   const bool initial = Request(*irevcm) == Request::start;
   Integer info = lwork;
@@ -244,8 +196,8 @@ void iterate(Methods methods, Integer* irevcm, QuarnFloat* u, QuarnFloat* v, Qua
   } else if (!solver_state(StateMode::continuation, work)) {
     info = Integer(Ending::not_set_up);
   } else if (methods == Methods::all) {
-    step(nullptr, irevcm, work, u, v, wgt, &info);
-  } else {
+    step<T>(nullptr, irevcm, work, u, v, wgt, &info);
+  } else if constexpr (std::is_same_v<T, QuarnFloat>) {
     step_of(solver_method_code(work))(irevcm, work, u, v, wgt, &info);
   }
   if (info == 0) {
@@ -256,8 +208,9 @@ void iterate(Methods methods, Integer* irevcm, QuarnFloat* u, QuarnFloat* v, Qua
   *irevcm = Integer(Request::completion);
 }
 
-void progress(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm, QuarnFloat* sigmax,
-              QuarnFloat* work, Integer lwork, char* message_buffer, Integer* ifail) {
+template <class T>
+void progress(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm, QuarnFloat* sigmax, T* work,
+              Integer lwork, char* message_buffer, Integer* ifail) {
   Report report("F11BFF", message_buffer, ifail);
   if (lwork < kHeaderLength) {
     return report.fail(2, 99998, " ** On entry, parameter number %2ld had an illegal value.", 7);
@@ -265,12 +218,12 @@ void progress(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* 
   if (!solver_state(StateMode::monitoring, work)) {
     return report.fail(1, 99999, " ** F11BFF has been called out of sequence.");
   }
-  const SolverState state(work);
   *itn = solver_iterations(work);
-  *stplhs = state[Place::stplhs];
-  *stprhs = state[Place::stprhs];
-  *anorm = state[Place::anorm];
-  *sigmax = state[Place::sigmax];
+  const auto at = [work](Place place) { return real_part(work[Integer(place) - 1]); };
+  *stplhs = at(Place::stplhs);
+  *stprhs = at(Place::stprhs);
+  *anorm = at(Place::anorm);
+  *sigmax = at(Place::sigmax);
 }
 
 }  // namespace
@@ -319,18 +272,40 @@ void QuarnMPX_f11bffn_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, Qua
 }
 
 void QuarnMP_f11bezn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
-  step(&kRgmres, irevcm, work, u, v, wgt, info);
+  step<QuarnFloat>(&kRgmres, irevcm, work, u, v, wgt, info);
 }
 
 void QuarnMP_f11betn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
-  step(&kCgs, irevcm, work, u, v, wgt, info);
+  step<QuarnFloat>(&kCgs, irevcm, work, u, v, wgt, info);
 }
 
 void QuarnMP_f11bepn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
-  step(&kBicgstab, irevcm, work, u, v, wgt, info);
+  step<QuarnFloat>(&kBicgstab, irevcm, work, u, v, wgt, info);
 }
 
 void QuarnMP_f11beln_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
-  step(&kTfqmr, irevcm, work, u, v, wgt, info);
+  step<QuarnFloat>(&kTfqmr, irevcm, work, u, v, wgt, info);
+}
+
+void QuarnMPX_zf11bdf_(const char* method, const char* precon, const char* norm, const char* weight,
+                       const Integer* iterm, const Integer* n, const Integer* m, const QuarnFloat* tol,
+                       const Integer* maxitn, const QuarnFloat* anorm, const QuarnFloat* sigmax, const Integer* monit,
+                       Integer* lwreq, Complex* work, const Integer* lwork, Integer* ifail, int method_length,
+                       int precon_length, int norm_length, int weight_length) {
+  char buffer[kMessageBufferLength];
+  set_up(Methods::all, method, precon, norm, weight, *iterm, *n, *m, *tol, *maxitn, *anorm, *sigmax, *monit, lwreq,
+         work, *lwork, buffer, ifail, method_length, precon_length, norm_length, weight_length);
+}
+
+void QuarnMPX_zf11bef_(Integer* irevcm, Complex* u, Complex* v, QuarnFloat* wgt, Complex* work, const Integer* lwork,
+                       Integer* ifail) {
+  char buffer[kMessageBufferLength];
+  tesk::iterate(Methods::all, irevcm, u, v, wgt, work, *lwork, buffer, ifail);
+}
+
+void QuarnMPX_zf11bff_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm, QuarnFloat* sigmax,
+                       Complex* work, const Integer* lwork, Integer* ifail) {
+  char buffer[kMessageBufferLength];
+  progress(itn, stplhs, stprhs, anorm, sigmax, work, *lwork, buffer, ifail);
 }
 }

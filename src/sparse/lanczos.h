@@ -20,9 +20,10 @@ enum LanczosScalar : Integer {
 enum LanczosStep : Integer { kLanczosStart, kLanczosNextVector, kLanczosHaveImage };
 inline constexpr Integer kLanczosBesidePreconditioner = 3;  // A v, and M v of two vectors
 
+template <class T>
 class Lanczos {
  public:
-  explicit Lanczos(Solver& solver) noexcept : solver_(solver) {}
+  explicit Lanczos(Solver<T>& solver) noexcept : solver_(solver) {}
 
   /// v_1 from the residual, beta_1 its norm. iterated: all is well.
   Outcome start() const;
@@ -37,12 +38,12 @@ class Lanczos {
   Integer current() const { return kLanczosFirst + parity(); }
   /// v_(k-1), after step() v_(k+1)
   Integer other() const { return kLanczosSecond - parity(); }
-  Integer parity() const { return solver_.state().scalar(kLanczosParity) == 0 ? 0 : 1; }
+  Integer parity() const { return solver_.state().real(kLanczosParity) == 0 ? 0 : 1; }
   /// k is 1.
-  bool is_first() const { return solver_.state().scalar(kLanczosCount) == 0; }
-  const QuarnFloat& alpha() const { return solver_.state().scalar(kLanczosAlpha); }
-  const QuarnFloat& beta() const { return solver_.state().scalar(kLanczosBeta); }
-  const QuarnFloat& next_beta() const { return solver_.state().scalar(kLanczosNextBeta); }
+  bool is_first() const { return solver_.state().real(kLanczosCount) == 0; }
+  const QuarnFloat& alpha() const { return solver_.state().real(kLanczosAlpha); }
+  const QuarnFloat& beta() const { return solver_.state().real(kLanczosBeta); }
+  const QuarnFloat& next_beta() const { return solver_.state().real(kLanczosNextBeta); }
 
  private:
   /// M v for one of the two vectors.
@@ -53,11 +54,12 @@ class Lanczos {
   void subtract(const QuarnFloat& alpha, Integer v, const QuarnFloat& beta, Integer w, Integer image) const;
   void scale_both(Integer slot, const QuarnFloat& factor) const;
 
-  Solver& solver_;
+  Solver<T>& solver_;
 };
 
 /// The course of a method: begin() once v_1 and beta_1 are there, iterate() after each step().
-Outcome resume_lanczos(Solver& solver, void (*begin)(const Solver&, const Lanczos&),
-                       Outcome (*iterate)(const Solver&, const Lanczos&));
+template <class T>
+Outcome resume_lanczos(Solver<T>& solver, void (*begin)(const Solver<T>&, const Lanczos<T>&),
+                       Outcome (*iterate)(const Solver<T>&, const Lanczos<T>&));
 
 }  // namespace tesk

@@ -13,57 +13,66 @@ enum MinresSlot : Integer { kFirstW = kLanczosEnd, kSecondW, kEnd };
 enum MinresScalar : Integer { kCos = kLanczosEndScalar, kSin, kDeltaBar, kEpsilon, kPhiBar };
 
 /// w_k = (v_k - second w_(k-2) - first w_(k-1)) / gamma, in place of w_(k-2).
-void next_direction(const Solver& solver, const Lanczos& lanczos, const QuarnFloat& second, const QuarnFloat& first,
-                    const QuarnFloat& gamma) {
+template <class T>
+void next_direction(const Solver<T>& solver, const Lanczos<T>& lanczos, const QuarnFloat& second,
+                    const QuarnFloat& first, const QuarnFloat& gamma) {
   const auto v = solver.vector(lanczos.current());
   const auto w = solver.vector(kFirstW + lanczos.parity());
   const auto former = solver.vector(kSecondW - lanczos.parity());
   const QuarnFloat reciprocal = 1 / gamma;
   for (Integer i = 1; i <= solver.n(); ++i) {
-    w(i) = (v(i) - second * w(i) - first * former(i)) * reciprocal;
+    w(i) = times(reciprocal, v(i) - times(second, w(i)) - times(first, former(i)));
   }
 }
 
-Outcome iterate(const Solver& solver, const Lanczos& lanczos) {
-  const SolverState& state = solver.state();
-  QuarnFloat& cos = state.scalar(kCos);
-  QuarnFloat& sin = state.scalar(kSin);
-  const QuarnFloat second = state.scalar(kEpsilon);
-  const QuarnFloat& delta_bar = state.scalar(kDeltaBar);
+template <class T>
+Outcome iterate(const Solver<T>& solver, const Lanczos<T>& lanczos) {
+  const SolverState<T>& state = solver.state();
+  QuarnFloat& cos = state.real(kCos);
+  QuarnFloat& sin = state.real(kSin);
+  const QuarnFloat second = state.real(kEpsilon);
+  const QuarnFloat& delta_bar = state.real(kDeltaBar);
   const QuarnFloat delta = cos * delta_bar + sin * lanczos.alpha();
   const QuarnFloat gamma_bar = sin * delta_bar - cos * lanczos.alpha();
   const QuarnFloat gamma = sqrt(gamma_bar * gamma_bar + lanczos.next_beta() * lanczos.next_beta());
-  if (solver.vanishes(gamma, fabs(lanczos.alpha()) + lanczos.beta())) {
+  if (solver.vanishes(T(gamma), fabs(lanczos.alpha()) + lanczos.beta())) {
     return Outcome::broken;
   }
-  state.scalar(kEpsilon) = sin * lanczos.next_beta();
-  state.scalar(kDeltaBar) = -cos * lanczos.next_beta();
+  state.real(kEpsilon) = sin * lanczos.next_beta();
+  state.real(kDeltaBar) = -cos * lanczos.next_beta();
   cos = gamma_bar / gamma;
   sin = lanczos.next_beta() / gamma;
-  const QuarnFloat phi = cos * state.scalar(kPhiBar);
-  state.scalar(kPhiBar) *= sin;
+  const QuarnFloat phi = cos * state.real(kPhiBar);
+  state.real(kPhiBar) *= sin;
 
   next_direction(solver, lanczos, second, delta, gamma);
   if (!solver.advance_iterate(phi, kFirstW + lanczos.parity())) {
     return Outcome::broken;
   }
   scale(solver.n(), sin * sin, solver.vector(kResidual));
-  solver.add(-state.scalar(kPhiBar) * cos, lanczos.other(), kResidual);
+  solver.add(-state.real(kPhiBar) * cos, lanczos.other(), kResidual);
   return Outcome::iterated;
 }
 
-void begin(const Solver& solver, const Lanczos& lanczos) {
-  const SolverState& state = solver.state();
+template <class T>
+void begin(const Solver<T>& solver, const Lanczos<T>& lanczos) {
+  const SolverState<T>& state = solver.state();
   solver.clear(kFirstW);
   solver.clear(kSecondW);
-  state.scalar(kCos) = -1;
-  state.scalar(kSin) = 0;
-  state.scalar(kDeltaBar) = 0;
-  state.scalar(kEpsilon) = 0;
-  state.scalar(kPhiBar) = lanczos.beta();
+  state.real(kCos) = -1;
+  state.real(kSin) = 0;
+  state.real(kDeltaBar) = 0;
+  state.real(kEpsilon) = 0;
+  state.real(kPhiBar) = lanczos.beta();
 }
 
-Outcome resume_minres(Solver& solver) { return resume_lanczos(solver, begin, iterate); }
+template <class T>
+Outcome resume_minres(Solver<T>& solver) {
+  return resume_lanczos<T>(solver, begin<T>, iterate<T>);
+}
+
+template <class T>
+constexpr SolverSteps<T> kSteps = {resume_minres<T>, kept_bounds<T>, kept_residual<T>, kept_iterate<T>};
 
 }  // namespace
 
@@ -76,9 +85,7 @@ const SolverMethod kMinres = {6,
                               [](Integer) { return kEnd - kMethodSlot; },
                               [](Integer) { return Integer(0); },
                               kLanczosBesidePreconditioner,
-                              resume_minres,
-                              kept_bounds,
-                              kept_residual,
-                              kept_iterate};
+                              kSteps<QuarnFloat>,
+                              kSteps<Complex>};
 
 }  // namespace tesk

@@ -13,14 +13,27 @@ constexpr Integer conjugate_norm(Integer norm) { return norm == kTwoNorm ? norm 
 // The estimate stops when it grows by less than a hundredth, and after so many rounds.
 constexpr Integer kEstimateRounds = 10;
 
+QuarnFloat sign(const QuarnFloat& x) { return x < 0 ? -1 : 1; }
+Complex sign(const Complex& x) {
+  const QuarnFloat size = size_of(x);
+  return size > 0 ? Complex(x.re / size, x.im / size) : Complex(1);
+}
+
+void divide_by(QuarnFloat& x, const QuarnFloat& a) { x /= a; }
+void divide_by(Complex& x, const QuarnFloat& a) {
+  x.re /= a;
+  x.im /= a;
+}
+
 }  // namespace
 
-void Solver::begin_norm_estimate() {
+template <class T>
+void Solver<T>::begin_norm_estimate() {
   // Alternating signs and growing sizes: smooth vectors are close to the null space of many matrices.
   const Integer last = std::max(Integer(1), n() - 1);
   for (Integer i = 1; i <= n(); ++i) {
     const QuarnFloat size = 1 + QuarnFloat(i - 1) / last;
-    vector(kResidual)(i) = i % 2 == 1 ? size : -size;
+    vector(kResidual)(i) = T(i % 2 == 1 ? size : -size);
   }
   scale(n(), 1 / plain_norm(state_.norm, kResidual), vector(kResidual));
   state_[Place::anorm] = 0;
@@ -28,12 +41,14 @@ void Solver::begin_norm_estimate() {
   ask_for_image();
 }
 
-void Solver::ask_for_image() {
+template <class T>
+void Solver<T>::ask_for_image() {
   divide_by_weights(kResidual);
   ask(Request::product, kResidual, kTrueResidual, Task::norm_image);
 }
 
-void Solver::ask_for_next_image() {
+template <class T>
+void Solver<T>::ask_for_next_image() {
   divide_by_weights(kTrueResidual);
   const Integer conjugate = conjugate_norm(state_.norm);
   const QuarnFloat size = plain_norm(conjugate, kTrueResidual);
@@ -46,7 +61,8 @@ void Solver::ask_for_next_image() {
   ask_for_image();
 }
 
-void Solver::ask_for_dual() {
+template <class T>
+void Solver<T>::ask_for_dual() {
   multiply_by_weights(kTrueResidual);
   const QuarnFloat size = plain_norm(state_.norm, kTrueResidual);
   QuarnFloat& estimate = state_[Place::anorm];
@@ -60,10 +76,10 @@ void Solver::ask_for_dual() {
   ask(Request::transposed_product, kTrueResidual, kTrueResidual, Task::norm_dual);
 }
 
-// v := the vector y whose conjugate norm is 1 and for which y^T v is the norm of v.
-void Solver::replace_by_dual(Integer norm, Integer slot) const {
-  const SolverVector v = vector(slot);
-  const auto sign = [](const QuarnFloat& x) { return QuarnFloat(x < 0 ? -1 : 1); };
+// v := the vector y whose conjugate norm is 1 and for which y^H v is the norm of v.
+template <class T>
+void Solver<T>::replace_by_dual(Integer norm, Integer slot) const {
+  const SolverVector<T> v = vector(slot);
   if (norm == kTwoNorm) {
     const QuarnFloat size = plain_norm(norm, slot);
     return size > 0 ? scale(n(), 1 / size, v) : void();
@@ -75,21 +91,38 @@ void Solver::replace_by_dual(Integer norm, Integer slot) const {
     return;
   }
   const Integer largest = index_of_largest(n(), v);
-  const QuarnFloat direction = sign(v(largest));
+  const T direction = sign(v(largest));
   clear(slot);
   v(largest) = direction;
 }
 
-void Solver::multiply_by_weights(Integer slot) const {
+template <class T>
+void Solver<T>::multiply_by_weights(Integer slot) const {
   for (Integer i = 1; i <= n() && selects(&SolverIntegers::weighted); ++i) {
-    vector(slot)(i) *= wgt_[i - 1];
+    multiply_by(vector(slot)(i), wgt_[i - 1]);
   }
 }
 
-void Solver::divide_by_weights(Integer slot) const {
+template <class T>
+void Solver<T>::divide_by_weights(Integer slot) const {
   for (Integer i = 1; i <= n() && selects(&SolverIntegers::weighted); ++i) {
-    vector(slot)(i) /= wgt_[i - 1];
+    divide_by(vector(slot)(i), wgt_[i - 1]);
   }
 }
+
+template void Solver<QuarnFloat>::begin_norm_estimate();
+template void Solver<Complex>::begin_norm_estimate();
+template void Solver<QuarnFloat>::ask_for_image();
+template void Solver<Complex>::ask_for_image();
+template void Solver<QuarnFloat>::ask_for_next_image();
+template void Solver<Complex>::ask_for_next_image();
+template void Solver<QuarnFloat>::ask_for_dual();
+template void Solver<Complex>::ask_for_dual();
+template void Solver<QuarnFloat>::replace_by_dual(Integer, Integer) const;
+template void Solver<Complex>::replace_by_dual(Integer, Integer) const;
+template void Solver<QuarnFloat>::multiply_by_weights(Integer) const;
+template void Solver<Complex>::multiply_by_weights(Integer) const;
+template void Solver<QuarnFloat>::divide_by_weights(Integer) const;
+template void Solver<Complex>::divide_by_weights(Integer) const;
 
 }  // namespace tesk

@@ -19,67 +19,86 @@ constexpr Integer kTrial = kMethodSlot;
 constexpr Integer basis(Integer j) { return kMethodSlot + j; }
 
 /// The small problem min ||beta e_1 - H y||: R of the QR factorisation of H, its rotations and the right-hand side.
+template <class T>
 struct SmallProblem {
-  explicit SmallProblem(const Solver& solver)
+  explicit SmallProblem(const Solver<T>& solver)
       : m(solver.state().m),
         h(solver.constants(), m + 1),
         c(solver.constants() + (m + 1) * m, 1),
         s(&c(1) + m, 1),
         g(&s(1) + m, 1) {}
-  static Integer length(Integer m) { return (m + 1) * m + 3 * m + 1; }
-
   Integer m;
-  OneBasedMatrix<QuarnFloat> h;
-  SolverVector c, s, g;
+  OneBasedMatrix<T> h;
+  SolverVector<T> c, s, g;
 };
 
-/// (a, b) := (c a + s b, c b - s a)
-void rotate(const QuarnFloat& c, const QuarnFloat& s, QuarnFloat& a, QuarnFloat& b) {
-  QuarnFloat rotated = c * a + s * b;
-  b = c * b - s * a;
+Integer small_length(Integer m) { return (m + 1) * m + 3 * m + 1; }
+
+/// (a, b) := (c a + s b, c b - conj(s) a), c real
+template <class T>
+void rotate(const T& c, const T& s, T& a, T& b) {
+  T rotated = c * a + s * b;
+  b = c * b - conjugate(s) * a;
   a = std::move(rotated);
 }
 
+/// The rotation that takes b to 0; a becomes what a becomes.
+void make_rotation(QuarnFloat& a, QuarnFloat& b, QuarnFloat& c, QuarnFloat& s) { QuarnMP_f06aaf_(&a, &b, &c, &s); }
+void make_rotation(Complex& a, Complex& b, Complex& c, Complex& s) {
+  const QuarnFloat size = size_of(a);
+  const QuarnFloat other = size_of(b);
+  const QuarnFloat norm = size_of(Complex(size, other));
+  const Complex direction = size > 0 ? Complex(a.re / size, a.im / size) : Complex(1.0);
+  c = norm > 0 ? Complex(size / norm) : Complex(1.0);
+  s = norm > 0 ? times(1 / norm, direction * conjugate(b)) : Complex();
+  a = times(norm, direction);
+  b = Complex();
+}
+
 /// Column j of H from v_(j+1) = A v_j: makes it orthogonal to the basis and solves the small problem with it.
-Outcome extend(Solver& solver) {
+template <class T>
+Outcome extend(Solver<T>& solver) {
   const Integer j = ++solver.state().inner;
-  const SmallProblem small(solver);
+  const SmallProblem<T> small(solver);
   const auto column = small.h.column(j);
   const QuarnFloat size = solver.euclidean(basis(j + 1));
   for (Integer i = 1; i <= j; ++i) {
     column(i) = solver.dot(basis(i), basis(j + 1));
     solver.add(-column(i), basis(i), basis(j + 1));
   }
-  column(j + 1) = solver.euclidean(basis(j + 1));
+  const QuarnFloat rest = solver.euclidean(basis(j + 1));
+  column(j + 1) = T(rest);
   if (solver.vanishes(column(j + 1), size)) {
-    column(j + 1) = 0;  // the basis spans an invariant space: the solution is in it, unless the matrix is singular
+    column(j + 1) = T(0.0);  // the basis spans an invariant space: the solution is in it, unless the matrix is singular
   } else {
-    scale(solver.n(), 1 / column(j + 1), solver.vector(basis(j + 1)));
+    scale(solver.n(), 1 / rest, solver.vector(basis(j + 1)));
   }
 
   for (Integer i = 1; i < j; ++i) {
     rotate(small.c(i), small.s(i), column(i), column(i + 1));
   }
-  QuarnMP_f06aaf_(&column(j), &column(j + 1), &small.c(j), &small.s(j));
+  make_rotation(column(j), column(j + 1), small.c(j), small.s(j));
   if (solver.vanishes(column(j), size)) {
     --solver.state().inner;
     return Outcome::broken;
   }
-  small.g(j + 1) = 0;
+  small.g(j + 1) = T(0.0);
   rotate(small.c(j), small.s(j), small.g(j), small.g(j + 1));
-  const bool last = j == small.m || small.g(j + 1) == 0;
+  const bool last = j == small.m || is_zero(small.g(j + 1));
   solver.state().step = last ? kStart : kNext;
   return Outcome::iterated;
 }
 
-Outcome resume_rgmres(Solver& solver) {
-  SolverState& state = solver.state();
+template <class T>
+Outcome resume_rgmres(Solver<T>& solver) {
+  SolverState<T>& state = solver.state();
   switch (state.step) {
     case kStart: {
-      const SmallProblem small(solver);
-      small.g(1) = solver.euclidean(kResidual);
+      const SmallProblem<T> small(solver);
+      const QuarnFloat size = solver.euclidean(kResidual);
+      small.g(1) = T(size);
       solver.copy(kResidual, basis(1));
-      scale(solver.n(), 1 / small.g(1), solver.vector(basis(1)));
+      scale(solver.n(), 1 / size, solver.vector(basis(1)));
       state.inner = 0;
       return solver.apply(basis(1), basis(2), kHaveImage);
     }
@@ -91,47 +110,46 @@ Outcome resume_rgmres(Solver& solver) {
 }
 
 /// y of the small problem, as far as it has been built.
-std::array<QuarnFloat, kLargestRestart> coefficients(const Solver& solver) {
-  const SmallProblem small(solver);
-  std::array<QuarnFloat, kLargestRestart> y;
+template <class T>
+std::array<T, kLargestRestart> coefficients(const Solver<T>& solver) {
+  const SmallProblem<T> small(solver);
+  std::array<T, kLargestRestart> y;
   const Integer j = solver.state().inner;
-  copy(j, small.g, SolverVector(y.data(), 1));
-  solve_triangular(Triangle::upper, Op::none, Diagonal::general, j, small.h, SolverVector(y.data(), 1));
+  copy(j, small.g, SolverVector<T>(y.data(), 1));
+  solve_triangular(Triangle::upper, Op::none, Diagonal::general, j, small.h, SolverVector<T>(y.data(), 1));
   return y;
 }
 
-Bounds rgmres_bounds(const Solver& solver) {
+template <class T>
+Bounds rgmres_bounds(const Solver<T>& solver) {
   auto y = coefficients(solver);
-  const QuarnFloat correction = euclidean_norm(solver.state().inner, SolverVector(y.data(), 1));
-  return {solver.least_norm(fabs(SmallProblem(solver).g(solver.state().inner + 1))),
+  const QuarnFloat correction = euclidean_norm(solver.state().inner, SolverVector<T>(y.data(), 1));
+  return {solver.least_norm(size_of(SmallProblem<T>(solver).g(solver.state().inner + 1))),
           solver.norm(kIterate) + solver.largest_norm(correction) * solver.unit()};
 }
 
-QuarnFloat rgmres_residual(const Solver& solver) { return fabs(SmallProblem(solver).g(solver.state().inner + 1)); }
+template <class T>
+QuarnFloat rgmres_residual(const Solver<T>& solver) {
+  return size_of(SmallProblem<T>(solver).g(solver.state().inner + 1));
+}
 
-Integer rgmres_iterate(Solver& solver) {
+template <class T>
+Integer rgmres_iterate(Solver<T>& solver) {
   solver.copy(kIterate, kTrial);
   const auto y = coefficients(solver);
   for (Integer j = 1; j <= solver.state().inner; ++j) {
-    solver.add(y[std::size_t(j) - 1] * solver.unit(), basis(j), kTrial);
+    solver.add(times(solver.unit(), y[std::size_t(j) - 1]), basis(j), kTrial);
   }
   return isfinite(solver.norm(kTrial)) ? kTrial : kIterate;
 }
 
+template <class T>
+constexpr SolverSteps<T> kSteps = {resume_rgmres<T>, rgmres_bounds<T>, rgmres_residual<T>, rgmres_iterate<T>};
+
 }  // namespace
 
-const SolverMethod kRgmres = {1,
-                              "RGMRES",
-                              kLargestRestart,
-                              true,
-                              false,
-                              kNext,
-                              [](Integer m) { return m + 2; },
-                              SmallProblem::length,
-                              0,
-                              resume_rgmres,
-                              rgmres_bounds,
-                              rgmres_residual,
-                              rgmres_iterate};
+const SolverMethod kRgmres = {
+    1, "RGMRES",           kLargestRestart, true, false, kNext, [](Integer m) { return m + 2; }, small_length,
+    0, kSteps<QuarnFloat>, kSteps<Complex>};
 
 }  // namespace tesk

@@ -27,9 +27,9 @@ QuarnFloat norm_of(Integer norm, Integer n, const Element& element) {
   QuarnFloat sum;
   for (Integer i = 1; i <= n; ++i) {
     if (norm == kOneNorm) {
-      sum += fabs(element(i));
-    } else if (!(fabs(element(i)) <= sum)) {  // a NaN must not get lost
-      sum = isnan(sum) ? sum : fabs(element(i));
+      sum += size_of(element(i));
+    } else if (!(size_of(element(i)) <= sum)) {  // a NaN must not get lost
+      sum = isnan(sum) ? sum : size_of(element(i));
     }
   }
   return sum;
@@ -41,7 +41,8 @@ Integer decade_of(const QuarnFloat& x) { return FloatToInt(floor(QuarnEvalf1("lo
 
 // Requests ---------------------------------------------------------------------------------------------------------
 
-Integer Solver::proceed(Request brought) {
+template <class T>
+Integer Solver<T>::proceed(Request brought) {
   const auto phase = Phase(state_.phase);
   if (phase == Phase::completed) {
     return Integer(Ending::already_completed);
@@ -85,7 +86,8 @@ Integer Solver::proceed(Request brought) {
   return Integer(ending_);
 }
 
-void Solver::ask(Request request, Integer source, Integer target, Task task) {
+template <class T>
+void Solver<T>::ask(Request request, Integer source, Integer target, Task task) {
   tesk::copy(n(), vector(source), u_);
   state_.request = Integer(request);
   state_.target = target;
@@ -93,7 +95,8 @@ void Solver::ask(Request request, Integer source, Integer target, Task task) {
   asked_ = true;
 }
 
-Outcome Solver::apply(Integer source, Integer target, Integer next_step) {
+template <class T>
+Outcome Solver<T>::apply(Integer source, Integer target, Integer next_step) {
   if (state_.iterm == 2 && !selects(&SolverIntegers::sigmax_known)) {
     state_[Place::source] = norm(source);
   }
@@ -102,7 +105,8 @@ Outcome Solver::apply(Integer source, Integer target, Integer next_step) {
   return Outcome::waiting;
 }
 
-void Solver::advance() {
+template <class T>
+void Solver<T>::advance() {
   switch (Task(state_.task)) {
     case Task::precondition:
       if (method_.beside_preconditioner > 0) {
@@ -117,7 +121,7 @@ void Solver::advance() {
       [[fallthrough]];
     case Task::method:
       state_.task = Integer(Task::method);
-      switch (method_.resume(*this)) {
+      switch (steps_.resume(*this)) {
         case Outcome::waiting:
           return;
         case Outcome::iterated:
@@ -138,7 +142,7 @@ void Solver::advance() {
       return ask_for_next_image();
     case Task::true_residual:
       for (Integer i = 1; i <= n(); ++i) {
-        QuarnFloat& residual = vector(kTrueResidual)(i);
+        T& residual = vector(kTrueResidual)(i);
         residual = vector(kRightSide)(i) - residual;
       }
       if (selects(&SolverIntegers::preconditioned)) {
@@ -153,7 +157,8 @@ void Solver::advance() {
 
 // The course of a solution -----------------------------------------------------------------------------------------
 
-void Solver::begin() {
+template <class T>
+void Solver<T>::begin() {
   state_.phase = Integer(Phase::running);
   tesk::copy(n(), u_, vector(kIterate));
   tesk::copy(n(), v_, vector(kRightSide));
@@ -173,15 +178,20 @@ void Solver::begin() {
   evaluate(kRestart);
 }
 
-QuarnFloat Solver::right_side(const QuarnFloat& iterate_norm) const {
+template <class T>
+QuarnFloat Solver<T>::right_side(const QuarnFloat& iterate_norm) const {
   const QuarnFloat& matrix_norm = state_[state_.iterm == 1 ? Place::anorm : Place::sigmax];
   return state_[Place::tol] * (state_[Place::right_hand_side] + matrix_norm * iterate_norm);
 }
 
-bool Solver::monitoring_is_due() const { return state_.monit > 0 && state_.itn > 0 && state_.itn % state_.monit == 0; }
+template <class T>
+bool Solver<T>::monitoring_is_due() const {
+  return state_.monit > 0 && state_.itn > 0 && state_.itn % state_.monit == 0;
+}
 
-void Solver::watch() {
-  const Bounds bounds = method_.bounds(*this);
+template <class T>
+void Solver<T>::watch() {
+  const Bounds bounds = steps_.bounds(*this);
   if (!isfinite(bounds.residual) || !isfinite(bounds.iterate)) {
     return evaluate(kBroken);
   }
@@ -195,13 +205,15 @@ void Solver::watch() {
   }
 }
 
-void Solver::evaluate(Integer reason) {
+template <class T>
+void Solver<T>::evaluate(Integer reason) {
   state_.reason = reason;
-  state_.iterate = method_.iterate(*this);
+  state_.iterate = steps_.iterate(*this);
   ask(Request::product, state_.iterate, kTrueResidual, Task::true_residual);
 }
 
-void Solver::judge() {
+template <class T>
+void Solver<T>::judge() {
   const Integer residual = preconditioned_slot();
   const QuarnFloat& left = state_[Place::stplhs] = norm(state_.iterm == 1 ? Integer(kTrueResidual) : residual);
   const QuarnFloat& right = state_[Place::stprhs] = right_side(norm(state_.iterate));
@@ -216,7 +228,7 @@ void Solver::judge() {
 
   const QuarnFloat size = euclidean(residual);
   const bool broken = (state_.reason & kBroken) != 0;
-  const bool parted = (state_.reason & kCandidate) != 0 && 2 * method_.residual(*this) * unit() < size;
+  const bool parted = (state_.reason & kCandidate) != 0 && 2 * steps_.residual(*this) * unit() < size;
   if (broken || parted) {
     const bool gained = state_.replacements == 0 || 2 * left <= state_[Place::replaced_residual];
     ++state_.replacements;
@@ -251,7 +263,8 @@ void Solver::judge() {
   }
 }
 
-void Solver::restart() {
+template <class T>
+void Solver<T>::restart() {
   if (state_.iterate != kIterate) {
     copy(state_.iterate, kIterate);
   }
@@ -267,39 +280,49 @@ void Solver::restart() {
   state_.inner = 0;
 }
 
-bool Solver::advance_iterate(const QuarnFloat& alpha, Integer source) const {
+template <class T>
+bool Solver<T>::advance_iterate(const T& alpha, Integer source) const {
   constexpr int kOrdinary = 400'000'000;
   const QuarnFloat bound(1, kOrdinary);
-  const QuarnFloat factor = alpha * unit();
-  const SolverVector v = vector(source);
-  bool ordinary = fabs(factor) < bound;
+  T factor = alpha;
+  multiply_by(factor, unit());
+  const SolverVector<T> v = vector(source);
+  bool ordinary = is_below(factor, bound);
   for (Integer i = 1; i <= n() && ordinary; ++i) {
-    ordinary = v(i) < bound && -bound < v(i);
+    ordinary = is_below(v(i), bound);
   }
-  if (!ordinary && !isfinite(fabs(factor) * plain_norm(kInfinityNorm, source) + plain_norm(kInfinityNorm, kIterate))) {
+  if (!ordinary &&
+      !isfinite(size_of(factor) * plain_norm(kInfinityNorm, source) + plain_norm(kInfinityNorm, kIterate))) {
     return false;
   }
   add(factor, source, kIterate);
   return true;
 }
 
-void Solver::choose_shadow(Integer slot) const {
+template <class T>
+void Solver<T>::choose_shadow(Integer slot) const {
   if (state_.breakdowns == 0) {
     return copy(kResidual, slot);
   }
   Integer seed[4] = {(2 * state_.breakdowns + 1) % 32768, 7535, 26792, 30140};
-  const SolverVector shadow = vector(slot);
+  const SolverVector<T> shadow = vector(slot);
+  const auto random = [&seed] { return QuarnFloat(Integer(next_nine_digits(0, seed) - 500'000'000), -9); };
   for (Integer i = 1; i <= n(); ++i) {
-    shadow(i) = QuarnFloat(Integer(next_nine_digits(0, seed) - 500'000'000), -9);
+    shadow(i) = T(random());
+    if constexpr (std::is_same_v<T, Complex>) {
+      shadow(i).im = random();
+    }
   }
 }
 
-void Solver::hand_out_iterate() {
+template <class T>
+void Solver<T>::hand_out_iterate() {
   tesk::copy(n(), vector(state_.iterate), u_);
   tesk::copy(n(), vector(kTrueResidual), v_);
 }
 
-void Solver::finish(Ending ending) {
+template <class T>
+void Solver<T>::finish(Ending ending) {
   const bool parted_before = state_.replacements > 0;
   ending_ = ending == Ending::tidy && parted_before ? Ending::tidy_inaccurate : ending;
   hand_out_iterate();
@@ -310,46 +333,57 @@ void Solver::finish(Ending ending) {
 
 // Norms ------------------------------------------------------------------------------------------------------------
 
-bool Solver::weights_are_valid() const {
+template <class T>
+bool Solver<T>::weights_are_valid() const {
   if (!selects(&SolverIntegers::weighted)) {
     return true;
   }
   return std::all_of(wgt_, wgt_ + n(), [](const QuarnFloat& weight) { return isfinite(weight) && weight > 0; });
 }
 
-Integer Solver::preconditioned_slot() const {
+template <class T>
+Integer Solver<T>::preconditioned_slot() const {
   return selects(&SolverIntegers::preconditioned) ? vector_count(method_, state_.m, true) - 1 : Integer(kTrueResidual);
 }
 
-QuarnFloat Solver::weighted(Integer slot, Integer i) const { return wgt_[i - 1] * vector(slot)(i); }
+template <class T>
+T Solver<T>::weighted(Integer slot, Integer i) const {
+  T x = vector(slot)(i);
+  multiply_by(x, wgt_[i - 1]);
+  return x;
+}
 
-QuarnFloat Solver::norm(Integer slot) const {
+template <class T>
+QuarnFloat Solver<T>::norm(Integer slot) const {
   return selects(&SolverIntegers::weighted) ? norm_of(state_.norm, n(), [&](Integer i) { return weighted(slot, i); })
                                             : plain_norm(state_.norm, slot);
 }
 
-QuarnFloat Solver::plain_norm(Integer norm, Integer slot) const {
-  const SolverVector v = vector(slot);
-  return norm_of(norm, n(), [&](Integer i) -> const QuarnFloat& { return v(i); });
+template <class T>
+QuarnFloat Solver<T>::plain_norm(Integer norm, Integer slot) const {
+  const SolverVector<T> v = vector(slot);
+  return norm_of(norm, n(), [&](Integer i) -> const T& { return v(i); });
 }
 
 // ||v||_inf sqrt(n) >= ||v||_2 >= ||v||_1 / sqrt(n), ||v||_1 >= ||v||_2 >= ||v||_inf
-QuarnFloat Solver::least_norm(const QuarnFloat& euclidean) const {
+template <class T>
+QuarnFloat Solver<T>::least_norm(const QuarnFloat& euclidean) const {
   const QuarnFloat least = state_.norm == kInfinityNorm ? euclidean / sqrt(QuarnFloat(n())) : euclidean;
   return selects(&SolverIntegers::weighted) ? least * *std::min_element(wgt_, wgt_ + n()) : least;
 }
 
-QuarnFloat Solver::largest_norm(const QuarnFloat& euclidean) const {
+template <class T>
+QuarnFloat Solver<T>::largest_norm(const QuarnFloat& euclidean) const {
   const QuarnFloat largest = state_.norm == kOneNorm ? euclidean * sqrt(QuarnFloat(n())) : euclidean;
   return selects(&SolverIntegers::weighted) ? largest * *std::max_element(wgt_, wgt_ + n()) : largest;
 }
 
-bool Solver::vanishes(const QuarnFloat& a, const QuarnFloat& size) const { return !(fabs(a) > epsilon() * size); }
+template <class T>
+bool Solver<T>::vanishes(const T& a, const QuarnFloat& size) const {
+  return !(size_of(a) > epsilon() * size);
+}
 
-// Methods that keep iterate and residual -----------------------------------------------------------------------------
-
-Bounds kept_bounds(const Solver& solver) { return {solver.norm(kResidual), solver.norm(kIterate)}; }
-QuarnFloat kept_residual(const Solver& solver) { return solver.euclidean(kResidual); }
-Integer kept_iterate(Solver& /*solver*/) { return kIterate; }
+template class Solver<QuarnFloat>;
+template class Solver<Complex>;
 
 }  // namespace tesk

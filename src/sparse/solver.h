@@ -15,12 +15,34 @@
 
 #include <algorithm>
 
+#include "quarn/complex.h"
 #include "src/kernels/level1.h"
 #include "src/sparse/solver_methods.h"
 
 namespace tesk {
 
-using SolverVector = OneBasedVector<QuarnFloat>;
+template <class T>
+using SolverVector = OneBasedVector<T>;
+
+/// The modulus, which does not overflow.
+inline QuarnFloat size_of(const QuarnFloat& x) { return fabs(x); }
+inline QuarnFloat size_of(const Complex& x) { return quarn::abs(x); }
+
+/// A real number times any.
+inline QuarnFloat times(const QuarnFloat& a, const QuarnFloat& x) { return a * x; }
+inline Complex times(const QuarnFloat& a, const Complex& x) { return {a * x.re, a * x.im}; }
+
+/// Are all parts of x below the bound in size? NaN is not.
+inline bool is_below(const QuarnFloat& x, const QuarnFloat& bound) { return x < bound && -bound < x; }
+inline bool is_below(const Complex& x, const QuarnFloat& bound) {
+  return is_below(x.re, bound) && is_below(x.im, bound);
+}
+
+inline void add_square(QuarnFloat& sum, const QuarnFloat& x) { add_product(sum, x, x); }
+inline void add_square(QuarnFloat& sum, const Complex& x) {
+  add_product(sum, x.re, x.re);
+  add_product(sum, x.im, x.im);
+}
 
 /// Numbers of F11BEF's failures, in the order of its messages.
 enum class Ending : Integer {
@@ -50,8 +72,7 @@ QuarnFloat euclidean_norm(Integer n, const Element& element) {
   const auto root_of_squares = [&](const auto& scaled) {
     QuarnFloat sum;
     for (Integer i = 1; i <= n; ++i) {
-      const QuarnFloat& x = scaled(i);
-      add_product(sum, x, x);
+      add_square(sum, scaled(i));
     }
     return sqrt(sum);
   };
@@ -62,36 +83,41 @@ QuarnFloat euclidean_norm(Integer n, const Element& element) {
   }
   QuarnFloat largest;
   for (Integer i = 1; i <= n; ++i) {
-    largest = std::max(largest, fabs(element(i)));
+    largest = std::max(largest, size_of(element(i)));
   }
   if (largest == 0 || isinf(largest)) {
     return largest;
   }
   const Integer decade = decade_of(largest);
   const QuarnFloat unit(1, -decade);
-  return root_of_squares([&](Integer i) { return unit * element(i); }) * QuarnFloat(1, decade);
+  return root_of_squares([&](Integer i) {
+           auto scaled = element(i);
+           multiply_by(scaled, unit);
+           return scaled;
+         }) *
+         QuarnFloat(1, decade);
 }
-inline QuarnFloat euclidean_norm(Integer n, SolverVector x) {
-  return euclidean_norm(n, [&](Integer i) -> const QuarnFloat& { return x(i); });
+template <class T>
+QuarnFloat euclidean_norm(Integer n, SolverVector<T> x) {
+  return euclidean_norm(n, [&](Integer i) -> const T& { return x(i); });
 }
 
+template <class T>
 class Solver {
  public:
-  Solver(SolverState& state, QuarnFloat* u, QuarnFloat* v, const QuarnFloat* wgt)
-      : state_(state), method_(state.rules()), u_(u, 1), v_(v, 1), wgt_(wgt) {}
+  Solver(SolverState<T>& state, T* u, T* v, const QuarnFloat* wgt)
+      : state_(state), method_(state.rules()), steps_(method_.template steps<T>()), u_(u, 1), v_(v, 1), wgt_(wgt) {}
 
   /// Takes what the caller brings and goes on to the next request. The outcome is 0, a failure's number, or the
   /// negative number of an argument that is wrong.
   Integer proceed(Request brought);
 
   // For the methods.
-  SolverState& state() const noexcept { return state_; }
+  SolverState<T>& state() const noexcept { return state_; }
   Integer n() const noexcept { return state_.n; }
-  SolverVector vector(Integer slot) const noexcept { return state_.vector(slot); }
+  SolverVector<T> vector(Integer slot) const noexcept { return state_.vector(slot); }
   /// What the method has behind the vectors.
-  QuarnFloat* constants() const noexcept {
-    return &vector(vector_count(method_, state_.m, state_.preconditioned != 0))(1);
-  }
+  T* constants() const noexcept { return &vector(vector_count(method_, state_.m, state_.preconditioned != 0))(1); }
   /// target := M^-1 A source, then on with the method at that step. source and target differ.
   Outcome apply(Integer source, Integer target, Integer next_step);
   bool preconditioned() const noexcept { return state_.preconditioned != 0; }
@@ -99,22 +125,23 @@ class Solver {
   /// the method's disposal.
   Integer product_slot() const noexcept { return kMethodSlot + method_.vectors(state_.m); }
   /// Is |a| of no significance beside `size`, to working precision? NaN is.
-  bool vanishes(const QuarnFloat& a, const QuarnFloat& size) const;
-  QuarnFloat dot(Integer a, Integer b) const { return tesk::dot(n(), vector(a), vector(b)); }
+  bool vanishes(const T& a, const QuarnFloat& size) const;
+  /// a^H b, a^T b of real vectors.
+  T dot(Integer a, Integer b) const { return tesk::dot(n(), vector(a), vector(b), Op::conjugate_transpose); }
   QuarnFloat euclidean(Integer slot) const { return euclidean_norm(n(), vector(slot)); }
   /// vector(target) += alpha vector(source)
-  void add(const QuarnFloat& alpha, Integer source, Integer target) const {
+  void add(const T& alpha, Integer source, Integer target) const {
     add_multiple(n(), alpha, vector(source), vector(target));
   }
   /// The iterate += alpha vector(source), in the units of the iterate; false, and nothing done, when a number would not
   /// be finite.
-  bool advance_iterate(const QuarnFloat& alpha, Integer source) const;
+  bool advance_iterate(const T& alpha, Integer source) const;
   /// What the vectors of the method are to be multiplied by.
   const QuarnFloat& unit() const noexcept { return state_[Place::unit]; }
   /// A shadow vector for a new start: the residual, after a breakdown seeded random numbers.
   void choose_shadow(Integer slot) const;
   void copy(Integer source, Integer target) const { tesk::copy(n(), vector(source), vector(target)); }
-  void clear(Integer slot) const { fill(n(), QuarnFloat(), vector(slot)); }
+  void clear(Integer slot) const { fill(n(), T(), vector(slot)); }
   /// The norm of the stopping criterion, weights included.
   QuarnFloat norm(Integer slot) const;
   /// Bounds for the norm of a vector that is known by its Euclidean norm alone.
@@ -139,7 +166,7 @@ class Solver {
   bool selects(Integer SolverIntegers::*option) const noexcept { return state_.*option != 0; }
   bool weights_are_valid() const;
   Integer preconditioned_slot() const;
-  QuarnFloat weighted(Integer slot, Integer i) const;
+  T weighted(Integer slot, Integer i) const;
   QuarnFloat right_side(const QuarnFloat& iterate_norm) const;
   bool monitoring_is_due() const;
 
@@ -162,18 +189,28 @@ class Solver {
   void multiply_by_weights(Integer slot) const;
   void divide_by_weights(Integer slot) const;
 
-  SolverState& state_;
+  SolverState<T>& state_;
   const SolverMethod& method_;
-  SolverVector u_;
-  SolverVector v_;
+  const SolverSteps<T>& steps_;
+  SolverVector<T> u_;
+  SolverVector<T> v_;
   const QuarnFloat* wgt_;
   Ending ending_ = Ending::none;
   bool asked_ = false;
 };
 
 /// Bounds and iterates of methods that keep both vectors at hand.
-Bounds kept_bounds(const Solver& solver);
-QuarnFloat kept_residual(const Solver& solver);
-Integer kept_iterate(Solver& solver);
+template <class T>
+Bounds kept_bounds(const Solver<T>& solver) {
+  return {solver.norm(kResidual), solver.norm(kIterate)};
+}
+template <class T>
+QuarnFloat kept_residual(const Solver<T>& solver) {
+  return solver.euclidean(kResidual);
+}
+template <class T>
+Integer kept_iterate(Solver<T>& /*solver*/) {
+  return kIterate;
+}
 
 }  // namespace tesk

@@ -1,10 +1,13 @@
 // The iterative methods, each a machine that stops wherever it needs a product and goes on with the answer.
 #pragma once
 
+#include <type_traits>
+
 #include "src/sparse/solver_state.h"
 
 namespace tesk {
 
+template <class T>
 class Solver;
 
 /// Where a method has got to.
@@ -21,6 +24,17 @@ struct Bounds {
   QuarnFloat iterate;   // the norm of the iterate is no more
 };
 
+/// What a method does, with real or complex vectors.
+template <class T>
+struct SolverSteps {
+  Outcome (*resume)(Solver<T>& solver);
+  Bounds (*bounds)(const Solver<T>& solver);
+  /// The Euclidean norm of the preconditioned residual, as far as the recurrence knows.
+  QuarnFloat (*residual)(const Solver<T>& solver);
+  /// Forms the iterate and gives its vector.
+  Integer (*iterate)(Solver<T>& solver);
+};
+
 struct SolverMethod {
   Integer code;
   const char* name;   // as many leading characters of METHOD count
@@ -32,12 +46,17 @@ struct SolverMethod {
   Integer (*constants)(Integer m);  // behind the vectors
   Integer
       beside_preconditioner;  // vectors more where there is one, the first of which keeps A v when M^-1 A v is formed
-  Outcome (*resume)(Solver& solver);
-  Bounds (*bounds)(const Solver& solver);
-  /// The Euclidean norm of the preconditioned residual, as far as the recurrence knows.
-  QuarnFloat (*residual)(const Solver& solver);
-  /// Forms the iterate and gives its vector.
-  Integer (*iterate)(Solver& solver);
+  SolverSteps<QuarnFloat> real;
+  SolverSteps<Complex> complex;
+
+  template <class T>
+  const SolverSteps<T>& steps() const {
+    if constexpr (std::is_same_v<T, Complex>) {
+      return complex;
+    } else {
+      return real;
+    }
+  }
 };
 
 extern const SolverMethod kRgmres;

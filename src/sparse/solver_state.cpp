@@ -1,7 +1,9 @@
 #include "src/sparse/solver_state.h"
 
+#include <algorithm>
 #include <limits>
 
+#include "src/frame/constants.h"
 #include "src/sparse/solver_methods.h"
 
 namespace tesk {
@@ -58,6 +60,13 @@ Integer check_sum(const SolverIntegers& integers, const SolverMethod& rules) {
   return Integer(sum >> 1);
 }
 
+/// The tolerance in use: no less than what rounding lets any residual reach.
+QuarnFloat tolerance(const QuarnFloat& tol, Integer n) {
+  const QuarnFloat eps = epsilon();
+  const QuarnFloat least = std::max(10 * eps, sqrt(QuarnFloat(n)) * eps);
+  return std::max(tol > 0 ? tol : sqrt(eps), least);
+}
+
 }  // namespace
 
 Integer nearest_integer(const QuarnFloat& x) {
@@ -70,9 +79,10 @@ Integer nearest_integer(const QuarnFloat& x) {
   return FloatToInt(x < 0 ? -whole : whole);
 }
 
-bool solver_state(StateMode mode, QuarnFloat* work) {
+template <class T>
+bool solver_state(StateMode mode, T* work) {
   for (const auto& [place, value] : kMarkers) {
-    QuarnFloat& marker = work[place - 1];
+    QuarnFloat& marker = real_part(work[place - 1]);
     if (mode == StateMode::set_up) {
       marker = value;
     } else if (nearest_integer(marker) != value) {
@@ -80,43 +90,79 @@ bool solver_state(StateMode mode, QuarnFloat* work) {
     }
   }
   if (mode == StateMode::set_up) {
-    work[kPhasePlace - 1] = 0;
+    real_part(work[kPhasePlace - 1]) = 0;
   }
   return true;
 }
 
-Phase solver_phase(const QuarnFloat* work) { return Phase(nearest_integer(work[kPhasePlace - 1])); }
-Integer solver_method_code(const QuarnFloat* work) { return nearest_integer(work[kMethodPlace - 1]); }
-Integer solver_iterations(const QuarnFloat* work) { return nearest_integer(work[kIterationsPlace - 1]); }
+template <class T>
+Phase solver_phase(const T* work) {
+  return Phase(nearest_integer(real_part(work[kPhasePlace - 1])));
+}
+template <class T>
+Integer solver_method_code(const T* work) {
+  return nearest_integer(real_part(work[kMethodPlace - 1]));
+}
+template <class T>
+Integer solver_iterations(const T* work) {
+  return nearest_integer(real_part(work[kIterationsPlace - 1]));
+}
 
-void SolverState::choose(const SolverMethod& rules) noexcept {
+template <class T>
+void SolverState<T>::choose(const SolverMethod& rules) noexcept {
   method = rules.code;
   rules_ = &rules;
 }
 
-void SolverState::save() const {
-  work_[kMethodPlace - 1] = method;
+template <class T>
+void SolverState<T>::save() const {
+  real_part(work_[kMethodPlace - 1]) = method;
   for (const IntegerPlace& at : kPlaces) {
-    work_[at.place - 1] = this->*at.member;
+    real_part(work_[at.place - 1]) = this->*at.member;
   }
-  work_[kCheckSumPlace - 1] = check_sum(*this, *rules_);
+  real_part(work_[kCheckSumPlace - 1]) = check_sum(*this, *rules_);
 }
 
-bool SolverState::load() {
-  method = nearest_integer(work_[kMethodPlace - 1]);
+template <class T>
+bool SolverState<T>::load() {
+  method = nearest_integer(real_part(work_[kMethodPlace - 1]));
   for (const IntegerPlace& at : kPlaces) {
-    const Integer value = nearest_integer(work_[at.place - 1]);
+    const Integer value = nearest_integer(real_part(work_[at.place - 1]));
     if (value < at.low || value > at.high) {
       return false;
     }
     this->*at.member = value;
   }
-  const Integer sum = nearest_integer(work_[kCheckSumPlace - 1]);
+  const Integer sum = nearest_integer(real_part(work_[kCheckSumPlace - 1]));
   const SolverMethod* const symmetric = symmetric_method(method);
   rules_ = symmetric != nullptr && sum == check_sum(*this, *symmetric) ? symmetric : &solver_method(method);
   const Integer vectors = vector_count(*rules_, m, preconditioned != 0);
   return sum == check_sum(*this, *rules_) && m <= rules_->largest_m && target < vectors && iterate < vectors &&
          step <= rules_->last_step && (inner < m || (inner == m && step == 0));
 }
+
+template <class T>
+void begin_problem(SolverState<T>& state, const QuarnFloat& tol, const QuarnFloat& anorm, const QuarnFloat& sigmax) {
+  state.anorm_known = anorm > 0 ? 1 : 0;
+  state.sigmax_known = sigmax > 0 ? 1 : 0;
+  state[Place::anorm] = std::max(anorm, QuarnFloat(0));
+  state[Place::sigmax] = std::max(sigmax, QuarnFloat(0));
+  state[Place::tol] = tolerance(tol, state.n);
+  state.save();
+  solver_state(StateMode::set_up, state.work());
+}
+
+template void begin_problem(SolverState<QuarnFloat>&, const QuarnFloat&, const QuarnFloat&, const QuarnFloat&);
+template void begin_problem(SolverState<Complex>&, const QuarnFloat&, const QuarnFloat&, const QuarnFloat&);
+template class SolverState<QuarnFloat>;
+template class SolverState<Complex>;
+template bool solver_state(StateMode, QuarnFloat*);
+template bool solver_state(StateMode, Complex*);
+template Phase solver_phase(const QuarnFloat*);
+template Phase solver_phase(const Complex*);
+template Integer solver_method_code(const QuarnFloat*);
+template Integer solver_method_code(const Complex*);
+template Integer solver_iterations(const QuarnFloat*);
+template Integer solver_iterations(const Complex*);
 
 }  // namespace tesk

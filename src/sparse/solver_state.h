@@ -73,19 +73,27 @@ enum class Place : Integer {
   method              // first of those that belong to the method
 };
 
-/// The work array through its layout.
+inline QuarnFloat& real_part(QuarnFloat& x) noexcept { return x; }
+inline const QuarnFloat& real_part(const QuarnFloat& x) noexcept { return x; }
+inline QuarnFloat& real_part(Complex& x) noexcept { return x.re; }
+inline const QuarnFloat& real_part(const Complex& x) noexcept { return x.re; }
+
+/// The work array through its layout. What is real stands in the real parts of a complex one.
+template <class T>
 class SolverState : public SolverIntegers {
  public:
-  explicit SolverState(QuarnFloat* work) noexcept : work_(work) {}
+  explicit SolverState(T* work) noexcept : work_(work) {}
 
+  T* work() const noexcept { return work_; }
   /// Known after set-up and load().
   const SolverMethod& rules() const noexcept { return *rules_; }
   void choose(const SolverMethod& rules) noexcept;
 
-  QuarnFloat& operator[](Place place) const noexcept { return work_[Integer(place) - 1]; }
-  QuarnFloat& scalar(Integer i) const noexcept { return work_[Integer(Place::method) - 1 + i]; }
+  QuarnFloat& operator[](Place place) const noexcept { return real_part(work_[Integer(place) - 1]); }
+  T& scalar(Integer i) const noexcept { return work_[Integer(Place::method) - 1 + i]; }
+  QuarnFloat& real(Integer i) const noexcept { return real_part(scalar(i)); }
   /// A vector of N elements, counted from 0.
-  OneBasedVector<QuarnFloat> vector(Integer slot) const noexcept {
+  OneBasedVector<T> vector(Integer slot) const noexcept {
     return {work_ + kHeaderLength + std::ptrdiff_t(slot) * n, 1};
   }
 
@@ -95,7 +103,7 @@ class SolverState : public SolverIntegers {
   bool load();
 
  private:
-  QuarnFloat* work_;
+  T* work_;
   const SolverMethod* rules_ = nullptr;
 };
 
@@ -104,14 +112,23 @@ enum class StateMode : Integer { set_up = -1, continuation, monitoring };
 
 /// The markers that tell a work array that has been set up: written in mode set_up, compared otherwise. False when they
 /// are missing.
-bool solver_state(StateMode mode, QuarnFloat* work);
+template <class T>
+bool solver_state(StateMode mode, T* work);
+
+/// What set-up does once the integers of the problem are in the state: tolerance, norms that are known (positive) or to
+/// be estimated, markers. The header of WORK is zero before.
+template <class T>
+void begin_problem(SolverState<T>& state, const QuarnFloat& tol, const QuarnFloat& anorm, const QuarnFloat& sigmax);
 
 /// The whole number nearest to x.
 Integer nearest_integer(const QuarnFloat& x);
 
 // Of a work array that holds the markers, which alone have been looked at: phase, code of the method, iterations done.
-Phase solver_phase(const QuarnFloat* work);
-Integer solver_method_code(const QuarnFloat* work);
-Integer solver_iterations(const QuarnFloat* work);
+template <class T>
+Phase solver_phase(const T* work);
+template <class T>
+Integer solver_method_code(const T* work);
+template <class T>
+Integer solver_iterations(const T* work);
 
 }  // namespace tesk

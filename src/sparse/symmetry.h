@@ -8,7 +8,8 @@
 namespace tesk {
 
 /// At a new start with a preconditioner, b - A x in the units of the method.
-inline void copy_unpreconditioned(const Solver& solver, Integer slot) {
+template <class T>
+void copy_unpreconditioned(const Solver<T>& solver, Integer slot) {
   solver.copy(kTrueResidual, slot);
   if (solver.unit() != 1) {
     scale(solver.n(), 1 / solver.unit(), solver.vector(slot));
@@ -16,8 +17,9 @@ inline void copy_unpreconditioned(const Solver& solver, Integer slot) {
 }
 
 /// Of an inner product of two vectors that a positive definite matrix makes positive.
-inline Outcome judge_positive(const Solver& solver, const QuarnFloat& product, Integer a, Integer b) {
-  if (a == b ? !(product > 0) : solver.vanishes(product, solver.euclidean(a) * solver.euclidean(b))) {
+template <class T>
+Outcome judge_positive(const Solver<T>& solver, const QuarnFloat& product, Integer a, Integer b) {
+  if (a == b ? !(product > 0) : solver.vanishes(T(product), solver.euclidean(a) * solver.euclidean(b))) {
     return Outcome::broken;
   }
   return product > 0 ? Outcome::iterated : Outcome::unsuitable;
@@ -30,8 +32,9 @@ inline bool looks_for_symmetry(const QuarnFloat& iterations) {
 }
 
 /// Are an inner product of two vectors, and the number that symmetry makes it, the same to half the digits?
-inline bool agree(const Solver& solver, const QuarnFloat& expected, const QuarnFloat& product, Integer a, Integer b) {
-  return fabs(product - expected) <= sqrt(epsilon()) * (solver.euclidean(a) * solver.euclidean(b));
+template <class T>
+bool agree(const Solver<T>& solver, const QuarnFloat& expected, const T& product, Integer a, Integer b) {
+  return size_of(product - T(expected)) <= sqrt(epsilon()) * (solver.euclidean(a) * solver.euclidean(b));
 }
 
 }  // namespace tesk

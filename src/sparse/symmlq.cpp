@@ -13,12 +13,13 @@ enum SymmlqSlot : Integer { kDirection = kLanczosEnd, kDirectionImage, kLqResidu
 enum SymmlqScalar : Integer { kGammaBar = kLanczosEndScalar, kDeltaBar, kRight, kNextRight };
 
 /// The rotation that takes beta_k out of the row of v_k: x and the direction go on. False when x would not be finite.
-bool rotate(const Solver& solver, const Lanczos& lanczos) {
-  const SolverState& state = solver.state();
-  QuarnFloat& gamma_bar = state.scalar(kGammaBar);
-  QuarnFloat& delta_bar = state.scalar(kDeltaBar);
-  QuarnFloat& right = state.scalar(kRight);
-  QuarnFloat& next_right = state.scalar(kNextRight);
+template <class T>
+bool rotate(const Solver<T>& solver, const Lanczos<T>& lanczos) {
+  const SolverState<T>& state = solver.state();
+  QuarnFloat& gamma_bar = state.real(kGammaBar);
+  QuarnFloat& delta_bar = state.real(kDeltaBar);
+  QuarnFloat& right = state.real(kRight);
+  QuarnFloat& next_right = state.real(kNextRight);
   const QuarnFloat gamma = sqrt(gamma_bar * gamma_bar + lanczos.beta() * lanczos.beta());
   const QuarnFloat cos = gamma_bar / gamma;
   const QuarnFloat sin = lanczos.beta() / gamma;
@@ -38,7 +39,7 @@ bool rotate(const Solver& solver, const Lanczos& lanczos) {
     const auto v = solver.vector(source);
     const auto w = solver.vector(target);
     for (Integer i = 1; i <= solver.n(); ++i) {
-      w(i) = sin * w(i) - cos * v(i);
+      w(i) = times(sin, w(i)) - times(cos, v(i));
     }
   };
   turn(lanczos.current(), kDirection);
@@ -47,15 +48,16 @@ bool rotate(const Solver& solver, const Lanczos& lanczos) {
 }
 
 /// The point of conjugate gradients, or x where that is better.
-void choose_point(const Solver& solver, const Lanczos& lanczos) {
-  const SolverState& state = solver.state();
-  const QuarnFloat& gamma_bar = state.scalar(kGammaBar);
+template <class T>
+void choose_point(const Solver<T>& solver, const Lanczos<T>& lanczos) {
+  const SolverState<T>& state = solver.state();
+  const QuarnFloat& gamma_bar = state.real(kGammaBar);
   solver.copy(kIterate, kPoint);
   solver.copy(kLqResidual, kResidual);
-  if (solver.vanishes(gamma_bar, fabs(lanczos.alpha()) + lanczos.beta())) {
+  if (solver.vanishes(T(gamma_bar), fabs(lanczos.alpha()) + lanczos.beta())) {
     return;
   }
-  const QuarnFloat zeta = state.scalar(kRight) / gamma_bar;
+  const QuarnFloat zeta = state.real(kRight) / gamma_bar;
   solver.add(-zeta, kDirectionImage, kResidual);
   if (!(solver.euclidean(kResidual) <= solver.euclidean(kLqResidual))) {
     return solver.copy(kLqResidual, kResidual);
@@ -63,15 +65,16 @@ void choose_point(const Solver& solver, const Lanczos& lanczos) {
   solver.add(zeta * solver.unit(), kDirection, kPoint);
 }
 
-Outcome iterate(const Solver& solver, const Lanczos& lanczos) {
-  const SolverState& state = solver.state();
+template <class T>
+Outcome iterate(const Solver<T>& solver, const Lanczos<T>& lanczos) {
+  const SolverState<T>& state = solver.state();
   if (lanczos.is_first()) {
     solver.copy(lanczos.current(), kDirection);
     solver.copy(kLanczosImage, kDirectionImage);
-    state.scalar(kGammaBar) = lanczos.alpha();
-    state.scalar(kDeltaBar) = lanczos.next_beta();
-    state.scalar(kRight) = lanczos.beta();
-    state.scalar(kNextRight) = 0;
+    state.real(kGammaBar) = lanczos.alpha();
+    state.real(kDeltaBar) = lanczos.next_beta();
+    state.real(kRight) = lanczos.beta();
+    state.real(kNextRight) = 0;
   } else if (!rotate(solver, lanczos)) {
     return Outcome::broken;
   }
@@ -79,14 +82,31 @@ Outcome iterate(const Solver& solver, const Lanczos& lanczos) {
   return Outcome::iterated;
 }
 
-void begin(const Solver& solver, const Lanczos& /*lanczos*/) { solver.copy(kResidual, kLqResidual); }
+template <class T>
+void begin(const Solver<T>& solver, const Lanczos<T>& /*lanczos*/) {
+  solver.copy(kResidual, kLqResidual);
+}
 
-Outcome resume_symmlq(Solver& solver) {
+template <class T>
+Outcome resume_symmlq(Solver<T>& solver) {
   if (solver.state().step == kLanczosStart) {
     solver.copy(kIterate, kPoint);  // where the process cannot begin, that is the iterate too
   }
-  return resume_lanczos(solver, begin, iterate);
+  return resume_lanczos<T>(solver, begin<T>, iterate<T>);
 }
+
+template <class T>
+Bounds symmlq_bounds(const Solver<T>& solver) {
+  return {solver.norm(kResidual), solver.norm(kPoint)};
+}
+
+template <class T>
+Integer symmlq_iterate(Solver<T>& /*solver*/) {
+  return kPoint;
+}
+
+template <class T>
+constexpr SolverSteps<T> kSteps = {resume_symmlq<T>, symmlq_bounds<T>, kept_residual<T>, symmlq_iterate<T>};
 
 }  // namespace
 
@@ -99,11 +119,7 @@ const SolverMethod kSymmlq = {7,
                               [](Integer) { return kEnd - kMethodSlot; },
                               [](Integer) { return Integer(0); },
                               kLanczosBesidePreconditioner,
-                              resume_symmlq,
-                              [](const Solver& solver) {
-                                return Bounds{solver.norm(kResidual), solver.norm(kPoint)};
-                              },
-                              kept_residual,
-                              [](Solver& /*solver*/) { return Integer(kPoint); }};
+                              kSteps<QuarnFloat>,
+                              kSteps<Complex>};
 
 }  // namespace tesk

@@ -16,13 +16,14 @@ enum TfqmrStep : Integer { kStart, kSecondImage, kIteration, kNextImage };
 
 /// One half step with y and its image A y: w -= alpha A y, then the quasi-minimisation along d. False when the iterate
 /// would not be finite.
-bool half_step(const Solver& solver) {
-  const SolverState& state = solver.state();
-  QuarnFloat& tau = state.scalar(kTau);
-  QuarnFloat& theta = state.scalar(kTheta);
-  QuarnFloat& eta = state.scalar(kEta);
-  const QuarnFloat& alpha = state.scalar(kAlpha);
-  const QuarnFloat carried = theta * theta * eta / alpha;
+template <class T>
+bool half_step(const Solver<T>& solver) {
+  const SolverState<T>& state = solver.state();
+  QuarnFloat& tau = state.real(kTau);
+  QuarnFloat& theta = state.real(kTheta);
+  T& eta = state.scalar(kEta);
+  const T& alpha = state.scalar(kAlpha);
+  const T carried = quotient(theta * theta * eta, alpha);
   const auto y = solver.vector(kY);
   const auto image = solver.vector(kImage);
   const auto d = solver.vector(kD);
@@ -36,7 +37,7 @@ bool half_step(const Solver& solver) {
   const QuarnFloat c_squared = 1 / (1 + theta * theta);
   tau *= theta * sqrt(c_squared);
   eta = c_squared * alpha;
-  state.scalar(kHalfSteps) += 1;
+  state.real(kHalfSteps) += 1;
   if (!solver.advance_iterate(eta, kD)) {
     return false;
   }
@@ -45,14 +46,15 @@ bool half_step(const Solver& solver) {
 }
 
 /// From the image of y1: alpha, the first half step, y2 = y1 - alpha v.
-Outcome first_half(Solver& solver) {
-  const SolverState& state = solver.state();
-  const QuarnFloat sigma = solver.dot(kShadow, kV);
+template <class T>
+Outcome first_half(Solver<T>& solver) {
+  const SolverState<T>& state = solver.state();
+  const T sigma = solver.dot(kShadow, kV);
   if (solver.vanishes(sigma, solver.euclidean(kShadow) * solver.euclidean(kV))) {
     return Outcome::broken;
   }
-  state.scalar(kAlpha) = state.scalar(kRho) / sigma;
-  if (!half_step(solver) || state.scalar(kTau) == 0) {
+  state.scalar(kAlpha) = quotient(state.scalar(kRho), sigma);
+  if (!half_step(solver) || state.real(kTau) == 0) {
     return Outcome::broken;  // when tau is zero luckily: so is the residual
   }
   solver.add(-state.scalar(kAlpha), kV, kY);
@@ -60,14 +62,15 @@ Outcome first_half(Solver& solver) {
 }
 
 /// y1 = w + beta y2, and v = beta (A y2 + beta v), to which A y1 is still to come.
-Outcome next_direction(Solver& solver) {
-  QuarnFloat& rho = solver.state().scalar(kRho);
-  const QuarnFloat former_rho = rho;
+template <class T>
+Outcome next_direction(Solver<T>& solver) {
+  T& rho = solver.state().scalar(kRho);
+  const T former_rho = rho;
   rho = solver.dot(kShadow, kW);
   if (solver.vanishes(rho, solver.euclidean(kShadow) * solver.euclidean(kW))) {
     return Outcome::broken;
   }
-  const QuarnFloat beta = rho / former_rho;
+  const T beta = quotient(rho, former_rho);
   const auto w = solver.vector(kW);
   const auto y = solver.vector(kY);
   const auto image = solver.vector(kImage);
@@ -79,8 +82,9 @@ Outcome next_direction(Solver& solver) {
   return solver.apply(kY, kImage, kNextImage);
 }
 
-Outcome resume_tfqmr(Solver& solver) {
-  SolverState& state = solver.state();
+template <class T>
+Outcome resume_tfqmr(Solver<T>& solver) {
+  SolverState<T>& state = solver.state();
   switch (state.step) {
     case kStart:
       solver.choose_shadow(kShadow);
@@ -89,14 +93,14 @@ Outcome resume_tfqmr(Solver& solver) {
       solver.clear(kV);
       solver.clear(kD);
       solver.clear(kImageOfD);
-      state.scalar(kTau) = solver.euclidean(kResidual);
+      state.real(kTau) = solver.euclidean(kResidual);
       state.scalar(kRho) = solver.dot(kShadow, kResidual);
-      state.scalar(kTheta) = 0;
-      state.scalar(kEta) = 0;
-      state.scalar(kHalfSteps) = 0;
+      state.real(kTheta) = 0;
+      state.scalar(kEta) = T(0.0);
+      state.real(kHalfSteps) = 0;
       return solver.apply(kY, kImage, kNextImage);
     case kNextImage:
-      solver.add(1, kImage, kV);
+      solver.add(T(1.0), kImage, kV);
       return first_half(solver);
     case kSecondImage:
       if (!half_step(solver)) {
@@ -109,17 +113,22 @@ Outcome resume_tfqmr(Solver& solver) {
   }
 }
 
-QuarnFloat tfqmr_residual(const Solver& solver) {
-  const SolverState& state = solver.state();
-  return std::min(solver.euclidean(kResidual), state.scalar(kTau) * sqrt(state.scalar(kHalfSteps) + 1));
+template <class T>
+QuarnFloat tfqmr_residual(const Solver<T>& solver) {
+  const SolverState<T>& state = solver.state();
+  return std::min(solver.euclidean(kResidual), state.real(kTau) * sqrt(state.real(kHalfSteps) + 1));
 }
 
-Bounds tfqmr_bounds(const Solver& solver) {
+template <class T>
+Bounds tfqmr_bounds(const Solver<T>& solver) {
   const QuarnFloat carried = solver.euclidean(kResidual);
   const QuarnFloat claimed = tfqmr_residual(solver);
   const QuarnFloat residual = solver.norm(kResidual);
   return {claimed < carried ? residual * (claimed / carried) : residual, solver.norm(kIterate)};
 }
+
+template <class T>
+constexpr SolverSteps<T> kSteps = {resume_tfqmr<T>, tfqmr_bounds<T>, tfqmr_residual<T>, kept_iterate<T>};
 
 }  // namespace
 
@@ -132,9 +141,7 @@ const SolverMethod kTfqmr = {4,
                              [](Integer) { return kEnd - kMethodSlot; },
                              [](Integer) { return Integer(0); },
                              0,
-                             resume_tfqmr,
-                             tfqmr_bounds,
-                             tfqmr_residual,
-                             kept_iterate};
+                             kSteps<QuarnFloat>,
+                             kSteps<Complex>};
 
 }  // namespace tesk

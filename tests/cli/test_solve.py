@@ -95,16 +95,39 @@ class Solve(unittest.TestCase):
         self.assertEqual(iterations("--precon", "ilu", "--fill", "48"), 1)
         done = run("solve", matrix_of("west0067"), "--precon", "ic")
         self.assertEqual(done.returncode, 2)
-        self.assertIn("--precon ic is for symmetric matrices", done.stderr)
+        self.assertIn("--precon ic is for symmetric and Hermitian matrices", done.stderr)
         self.assertIn("--drop: must not be negative", run("solve", matrix_of("bcsstk01"), "--precon", "ic", "--drop", "-1").stderr)
 
     def test_a_complex_system_is_solved_directly(self):
         matrix = self.write("c.mtx", HEAD + "complex general\n2 2 3\n1 1 1 1\n1 2 0 2\n2 2 4 0\n")
         result = run_json("solve", matrix, "--method", "direct", "--rhs", "-", "--digits", "30", stdin="1+3i\n4\n")
         self.assertEqual((result["real"], result["imaginary"], result["routine"]), (["1", "1"], ["0", "0"], "QuarnMPX_zgerfs_"))
-        done = run("solve", matrix)
-        self.assertEqual((done.returncode, done.stderr),
-                         (2, f"quarn: {matrix}: the system is complex, which --method direct alone can solve\n"))
+
+    def test_complex_systems_by_every_method(self):
+        seed = int(os.environ.get("TESK_SEED", "0")) or random.randrange(1 << 30)
+        chance = random.Random(seed)
+        n = 15
+        for hermitian in (False, True):
+            a = {}
+            for i in range(n):
+                a[i, i] = (60 + chance.randint(0, 9), 0 if hermitian else chance.randint(-9, 9))
+                for j in range(i):
+                    if chance.random() < 0.3:
+                        a[i, j] = (chance.randint(-9, 9), chance.randint(-9, 9))
+                        if not hermitian:
+                            a[j, i] = (chance.randint(-9, 9), chance.randint(-9, 9))
+            entries = [f"{i + 1} {j + 1} {re} {im}" for (i, j), (re, im) in sorted(a.items())]
+            kind = "hermitian" if hermitian else "general"
+            matrix = self.write("a.mtx", f"{HEAD}complex {kind}\n{n} {n} {len(entries)}\n" + "\n".join(entries) + "\n")
+            methods = ("cg", "minres", "symmlq", "auto") if hermitian else ("rgmres", "cgs", "bicgstab", "tfqmr", "auto")
+            for method in methods:
+                for precon in ("none", "jacobi", "ssor", "ic" if hermitian else "ilu"):
+                    with self.subTest(seed=seed, method=method, precon=precon):
+                        result = run_json("solve", matrix, "--method", method, "--precon", precon, "--digits", "60", "--tol", "1e-50",
+                                          "--restart", "15")
+                        self.assertEqual((result["failure"], result["routine"]), ("", "QuarnMPX_zf11bef_"))
+                        self.assertLess(Decimal(result["relative_residual"]), Decimal("1e-48"))
+                        self.assertLess(Decimal(result["largest_error"]), Decimal("1e-48"))
 
     def test_direct_solutions_are_true_to_the_last_digits(self):
         for name in ("west0067", "fs_183_1", "bcsstk01"):

@@ -16,6 +16,7 @@ PLAIN = {"Error", "InvalidArgument", "InvalidType", "NumericalFailure", "get_dig
 # What the C++ interface calls otherwise, or what Python has another way.
 COUNTERPARTS = {
     "abs": "Complex",
+    "automatic_method": "solve_iteratively",
     "complex_schur": "schur",
     "copy": "scale",
     "dotc": "dot",
@@ -33,6 +34,7 @@ COUNTERPARTS = {
     "order_schur": "schur",
     "quotient": "Complex",
     "safe_range": "smallest_number",
+    "solve_sparse": "solve_iteratively",
     "syrk": "hermitian_product",
     "transform_columns": "transform",
     "transform_dimension": "transform",

@@ -1,42 +1,88 @@
-"""Iterative solution of real linear systems under the names of scipy.sparse.linalg.
+"""Solution of sparse linear systems under the names of scipy.sparse.linalg, real and complex.
 
-a is a SparseMatrix, or a function that takes a list of n Decimals and returns the n numbers of their product with the matrix; M
-a function that solves with a matrix near a. rtol is the tolerance, 0 for the square root of the machine precision; callback is
-called with each iterate. The result is (x, 0): what does not converge is a NumericalFailure. While a function works, `decimal`
-has ten digits more than the solver.
+a is a SparseMatrix, a sparse matrix of scipy, a LinearOperator, or a function that takes a list of n numbers and returns the n
+numbers of their product with the matrix. The floats of a sparse matrix of scipy are taken exactly as they are. M solves with a
+matrix near a: what spilu returns, a LinearOperator or a function. rtol is the tolerance, 0 for the square root of the machine
+precision; callback is called with each iterate. The result is (x, 0): what does not converge is a NumericalFailure. While a
+function works, `decimal` has ten digits more than the solver.
 """
 
-from collections.abc import Callable, Sequence
+from collections.abc import Callable
 from decimal import Decimal
-from typing import TypeAlias
+from typing import Any, TypeAlias
 
-from .. import SparseMatrix, solve_iteratively
-from .._types import RealLike
+from .. import Complex, IncompleteCholesky, IncompleteLU, SparseMatrix, solve_iteratively
+from .._context import digits as at_digits
+from .._types import Number, Numbers, RealLike, Vector
 
-__all__ = ["bicgstab", "cgs", "gmres", "tfqmr"]
+__all__ = ["LinearOperator", "bicgstab", "cg", "cgs", "gmres", "minres", "spilu", "splu", "spsolve", "tfqmr"]
 
-Product: TypeAlias = Callable[[list[Decimal]], Sequence[RealLike]]
-Operator: TypeAlias = SparseMatrix | Product
+Product: TypeAlias = Callable[[Any], Vector]
+
+
+class LinearOperator:
+    """A matrix that is known by its products alone: matvec(x) is A x, rmatvec(x) the product with the conjugate transpose.
+
+    >>> double = LinearOperator((2, 2), lambda x: [2 * number for number in x])
+    >>> cg(double, [1, 2], digits=20)
+    ([Decimal('0.5'), Decimal('1')], 0)
+    """
+
+    def __init__(self, shape: tuple[int, int], matvec: Product, rmatvec: Product | None = None) -> None:
+        self.shape = shape
+        self.matvec = matvec
+        self.rmatvec = rmatvec
+
+    def __call__(self, x: Any) -> Vector:
+        return self.matvec(x)
+
+
+# Sparse matrices of scipy have no types that a program without scipy could name.
+Operator: TypeAlias = SparseMatrix | LinearOperator | Product | Any
+Preconditioner: TypeAlias = IncompleteLU | IncompleteCholesky | LinearOperator | Product
+
+
+def _number(value: Any) -> Number:
+    if isinstance(value, complex):
+        return Complex(Decimal(value.real), Decimal(value.imag))
+    if isinstance(value, float):
+        return Decimal(value)
+    number: Number = value
+    return number
+
+
+def _matrix(a: Any) -> SparseMatrix | None:
+    """The SparseMatrix that is meant, None where there are products alone."""
+    if isinstance(a, SparseMatrix):
+        return a
+    if not hasattr(a, "tocoo"):
+        return None
+    entries = a.tocoo()
+    rows, columns = entries.shape
+    if rows != columns:
+        raise ValueError(f"a matrix of {rows} by {columns} is not square")
+    triples = zip(entries.row.tolist(), entries.col.tolist(), map(_number, entries.data.tolist()))
+    return SparseMatrix(rows, triples).canonicalise(zeros="keep")
 
 
 def _solve(
     method: str,
     a: Operator,
-    b: Sequence[RealLike],
-    x0: Sequence[RealLike] | None,
+    b: Vector,
+    x0: Vector | None,
     rtol: RealLike,
     order: int,
     maxiter: int,
-    preconditioner: Product | None,
-    callback: Callable[[list[Decimal]], object] | None,
+    preconditioner: Preconditioner | None,
+    callback: Callable[[Any], object] | None,
     digits: int | None,
-) -> tuple[list[Decimal], int]:
-    def monitor(_iterations: int, x: list[Decimal], _residual: list[Decimal]) -> None:
+) -> tuple[Numbers, int]:
+    def monitor(_iterations: int, x: Any, _residual: Any) -> None:
         if callback is not None:
             callback(x)
 
     x, _, _ = solve_iteratively(
-        a,
+        _matrix(a) or a,
         b,
         preconditioner,
         method,
@@ -50,18 +96,72 @@ def _solve(
     return x, 0
 
 
+def _square(a: Any) -> SparseMatrix:
+    matrix = _matrix(a)
+    if matrix is None:
+        raise TypeError("the entries of a sparse matrix are needed, not its products")
+    return matrix
+
+
+def spilu(
+    A: Any,
+    drop_tol: RealLike | None = None,
+    level: int = 0,
+    modified: bool = False,
+    search: str = "none",
+    *,
+    digits: int | None = None,
+) -> IncompleteLU:
+    """Incomplete LU factors: fill up to a level is kept, or with drop_tol what is larger than that times its row.
+
+    >>> a = SparseMatrix(2, [(0, 0, 4), (0, 1, 1), (1, 0, 2), (1, 1, 3)])
+    >>> spilu(a).entries
+    4
+    """
+    matrix = _square(A)
+    if digits is None:
+        return IncompleteLU(matrix, level, drop_tol, modified, search)
+    with at_digits(digits):
+        return IncompleteLU(matrix, level, drop_tol, modified, search)
+
+
+def splu(A: Any, *, digits: int | None = None) -> IncompleteLU:
+    """LU factors with all their fill, and pivots looked for in each column.
+
+    >>> a = SparseMatrix(2, [(0, 1, 1), (1, 0, 2)])
+    >>> splu(a).solve([3, 4])
+    [Decimal('2'), Decimal('3')]
+    """
+    return spilu(A, 0, search="rows", digits=digits)
+
+
+def spsolve(A: Any, b: Vector, *, digits: int | None = None) -> Numbers:
+    """The x with A x = b by LU factors with all their fill, refined until ||b - A x|| is as small as rounding lets it be.
+
+    >>> a = SparseMatrix(2, [(0, 0, 4), (0, 1, 1), (1, 0, 2), (1, 1, 3)])
+    >>> [round(number, 20) for number in spsolve(a, [1, 2], digits=30)]
+    [Decimal('0.10000000000000000000'), Decimal('0.60000000000000000000')]
+    """
+    matrix = _square(A)
+    x: Numbers
+    x, _, _ = solve_iteratively(
+        matrix, b, splu(matrix, digits=digits), criterion="residual", tolerance="1e-100000000", digits=digits
+    )
+    return x
+
+
 def gmres(
     a: Operator,
-    b: Sequence[RealLike],
-    x0: Sequence[RealLike] | None = None,
+    b: Vector,
+    x0: Vector | None = None,
     *,
     rtol: RealLike = 0,
     restart: int = 0,
     maxiter: int = 1000,
-    M: Product | None = None,
-    callback: Callable[[list[Decimal]], object] | None = None,
+    M: Preconditioner | None = None,
+    callback: Callable[[Any], object] | None = None,
     digits: int | None = None,
-) -> tuple[list[Decimal], int]:
+) -> tuple[Numbers, int]:
     """The x with a x = b by restarted GMRES, which starts anew after `restart` iterations, 0 for the usual number.
 
     >>> a = SparseMatrix(2, [(0, 0, 4), (0, 1, 1), (1, 0, 2), (1, 1, 3)])
@@ -74,15 +174,15 @@ def gmres(
 
 def cgs(
     a: Operator,
-    b: Sequence[RealLike],
-    x0: Sequence[RealLike] | None = None,
+    b: Vector,
+    x0: Vector | None = None,
     *,
     rtol: RealLike = 0,
     maxiter: int = 1000,
-    M: Product | None = None,
-    callback: Callable[[list[Decimal]], object] | None = None,
+    M: Preconditioner | None = None,
+    callback: Callable[[Any], object] | None = None,
     digits: int | None = None,
-) -> tuple[list[Decimal], int]:
+) -> tuple[Numbers, int]:
     """The x with a x = b by the squared conjugate gradients.
 
     >>> a = SparseMatrix(2, [(0, 0, 4), (0, 1, 1), (1, 0, 2), (1, 1, 3)])
@@ -95,16 +195,16 @@ def cgs(
 
 def bicgstab(
     a: Operator,
-    b: Sequence[RealLike],
-    x0: Sequence[RealLike] | None = None,
+    b: Vector,
+    x0: Vector | None = None,
     *,
     rtol: RealLike = 0,
     order: int = 0,
     maxiter: int = 1000,
-    M: Product | None = None,
-    callback: Callable[[list[Decimal]], object] | None = None,
+    M: Preconditioner | None = None,
+    callback: Callable[[Any], object] | None = None,
     digits: int | None = None,
-) -> tuple[list[Decimal], int]:
+) -> tuple[Numbers, int]:
     """The x with a x = b by BiCGSTAB(order), 0 for the usual order.
 
     >>> a = SparseMatrix(2, [(0, 0, 4), (0, 1, 1), (1, 0, 2), (1, 1, 3)])
@@ -117,15 +217,15 @@ def bicgstab(
 
 def tfqmr(
     a: Operator,
-    b: Sequence[RealLike],
-    x0: Sequence[RealLike] | None = None,
+    b: Vector,
+    x0: Vector | None = None,
     *,
     rtol: RealLike = 0,
     maxiter: int = 1000,
-    M: Product | None = None,
-    callback: Callable[[list[Decimal]], object] | None = None,
+    M: Preconditioner | None = None,
+    callback: Callable[[Any], object] | None = None,
     digits: int | None = None,
-) -> tuple[list[Decimal], int]:
+) -> tuple[Numbers, int]:
     """The x with a x = b by the transpose-free quasi-minimal residuals.
 
     >>> a = SparseMatrix(2, [(0, 0, 4), (0, 1, 1), (1, 0, 2), (1, 1, 3)])
@@ -134,3 +234,45 @@ def tfqmr(
     ([Decimal('0.10000000000000000000'), Decimal('0.60000000000000000000')], 0)
     """
     return _solve("tfqmr", a, b, x0, rtol, 0, maxiter, M, callback, digits)
+
+
+def cg(
+    a: Operator,
+    b: Vector,
+    x0: Vector | None = None,
+    *,
+    rtol: RealLike = 0,
+    maxiter: int = 1000,
+    M: Preconditioner | None = None,
+    callback: Callable[[Any], object] | None = None,
+    digits: int | None = None,
+) -> tuple[Numbers, int]:
+    """The x with a x = b by conjugate gradients, for a symmetric or Hermitian matrix that is positive definite.
+
+    >>> a = SparseMatrix(2, [(0, 0, 4), (1, 0, 1), (1, 1, 3)], lower_triangle=True)
+    >>> x, info = cg(a, [1, 2], rtol='1e-25', digits=30)
+    >>> [round(number * 11, 20) for number in x], info
+    ([Decimal('1.00000000000000000000'), Decimal('7.00000000000000000000')], 0)
+    """
+    return _solve("cg", a, b, x0, rtol, 0, maxiter, M, callback, digits)
+
+
+def minres(
+    a: Operator,
+    b: Vector,
+    x0: Vector | None = None,
+    *,
+    rtol: RealLike = 0,
+    maxiter: int = 1000,
+    M: Preconditioner | None = None,
+    callback: Callable[[Any], object] | None = None,
+    digits: int | None = None,
+) -> tuple[Numbers, int]:
+    """The x with a x = b by minimal residuals, for a symmetric or Hermitian matrix.
+
+    >>> a = SparseMatrix(2, [(0, 0, 4), (1, 0, 1), (1, 1, 3)], lower_triangle=True)
+    >>> x, info = minres(a, [1, 2], rtol='1e-25', digits=30)
+    >>> [round(number * 11, 20) for number in x], info
+    ([Decimal('1.00000000000000000000'), Decimal('7.00000000000000000000')], 0)
+    """
+    return _solve("minres", a, b, x0, rtol, 0, maxiter, M, callback, digits)

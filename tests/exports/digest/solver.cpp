@@ -5,28 +5,31 @@ namespace digest {
 namespace {
 
 /// A system that the caller alone knows: a matrix and a diagonal preconditioner.
+template <class T>
 struct System {
   Integer n;
-  std::vector<QuarnFloat> a, diagonal;
+  std::vector<T> a, diagonal;
 
-  void multiply(const std::vector<QuarnFloat>& x, std::vector<QuarnFloat>& y, bool transposed) const {
+  void multiply(const std::vector<T>& x, std::vector<T>& y, bool transposed) const {
     for (Integer i = 0; i < n; ++i) {
-      QuarnFloat sum;
+      T sum = T();
       for (Integer j = 0; j < n; ++j) {
-        QuarnAddProduct(sum, a[std::size_t(transposed ? j + i * n : i + j * n)], x[std::size_t(j)]);
+        QuarnAddProduct(sum, a[std::size_t(transposed ? j + i * n : i + j * n)], x[std::size_t(j)],
+                        transposed ? QuarnConjugateA : 0U);
       }
       y[std::size_t(i)] = sum;
     }
   }
 };
 
-System system_of(Case& c) {
-  System made = {c.size, c.numbers<QuarnFloat>(std::int64_t(c.size) * c.size), {}};
+template <class T>
+System<T> system_of(Case& c) {
+  System<T> made = {c.size, c.numbers<T>(std::int64_t(c.size) * c.size), {}};
   for (Integer i = 0; i < made.n; ++i) {
     if (c.size % 5 != 4) {
-      made.a[std::size_t(i * (made.n + 1))] = made.n + i;
+      made.a[std::size_t(i * (made.n + 1))] = T(QuarnFloat(made.n + i));
     }
-    made.diagonal.push_back(made.n + i);
+    made.diagonal.push_back(T(QuarnFloat(made.n + i)));
   }
   return made;
 }
@@ -47,18 +50,18 @@ constexpr Problem kProblems[] = {
 };
 
 /// Sets up, iterates to the end, and looks at the progress on the way; through one family of forms.
-template <class Setup, class Iterate, class Progress>
+template <class T, class Setup, class Iterate, class Progress>
 void solve(Suite& suite, Setup setup, Iterate iterate, Progress progress) {
   suite.cases(3, [&](Case& c) {
     if (c.size < 2 || c.kind == Kind::special) {
       return;
     }
     for (const Problem& problem : kProblems) {
-      const System system = system_of(c);
+      const System<T> system = system_of<T>(c);
       const auto length = std::size_t(system.n);
-      std::vector<QuarnFloat> work(100 + length * 16 + 40);
-      auto u = c.numbers<QuarnFloat>(system.n);
-      auto v = c.numbers<QuarnFloat>(system.n);
+      std::vector<T> work(100 + length * 16 + 40);
+      auto u = c.numbers<T>(system.n);
+      auto v = c.numbers<T>(system.n);
       std::vector<QuarnFloat> wgt(length, QuarnFloat("0.5"));
       const auto lwork = Integer(work.size());
       const Integer m = problem.m < system.n ? problem.m : system.n;
@@ -85,7 +88,7 @@ void solve(Suite& suite, Setup setup, Iterate iterate, Progress progress) {
           ifail = 0;
         }
       }
-      suite.run_form<0>(iterate.entry, Integer(0), u, v, wgt, Scratch<QuarnFloat>(work.begin(), work.end()), lwork);
+      suite.run_form<0>(iterate.entry, Integer(0), u, v, wgt, Scratch<T>(work.begin(), work.end()), lwork);
     }
   });
 }
@@ -94,11 +97,12 @@ template <class F>
 struct Setup {
   Result* result;
   F function;
-  void step(const Problem& p, Integer n, Integer m, Integer& lwreq, std::vector<QuarnFloat>& work, Integer lwork,
+  template <class T>
+  void step(const Problem& p, Integer n, Integer m, Integer& lwreq, std::vector<T>& work, Integer lwork,
             Integer& ifail) const {
     const QuarnFloat none;
     char buffer[200];
-    if constexpr (std::is_same_v<F, decltype(&QuarnMP_f11bdf_)>) {
+    if constexpr (std::is_same_v<F, decltype(&QuarnMP_f11bdf_)> || std::is_same_v<T, Complex>) {
       function(p.method, p.precon, p.norm, p.weight, &p.iterm, &n, &m, &none, &p.maxitn, &none, &none, &p.monit, &lwreq,
                work.data(), &lwork, &ifail, 8, 1, 1, 1);
     } else {
@@ -112,11 +116,12 @@ template <class F>
 struct Iterate {
   Entry<F> entry;
   Result* result;
-  void step(Integer& irevcm, std::vector<QuarnFloat>& u, std::vector<QuarnFloat>& v, std::vector<QuarnFloat>& wgt,
-            std::vector<QuarnFloat>& work, Integer lwork, Integer& ifail) const {
+  template <class T>
+  void step(Integer& irevcm, std::vector<T>& u, std::vector<T>& v, std::vector<QuarnFloat>& wgt, std::vector<T>& work,
+            Integer lwork, Integer& ifail) const {
     char buffer[200];
     ifail = 1;
-    if constexpr (std::is_same_v<F, decltype(&QuarnMP_f11bef_)>) {
+    if constexpr (std::is_same_v<F, decltype(&QuarnMP_f11bef_)> || std::is_same_v<T, Complex>) {
       entry.function(&irevcm, u.data(), v.data(), wgt.data(), work.data(), &lwork, &ifail);
     } else {
       entry.function(&irevcm, u.data(), v.data(), wgt.data(), work.data(), lwork, buffer, &ifail, 200);
@@ -192,7 +197,7 @@ auto iterate_by(E entry) {
 template <class Setup, class... E>
 void steps(Suite& suite, Setup setup, E... entries) {
   suite.few_cases([&](Case& c) {
-    const System system = system_of(c);
+    const System<QuarnFloat> system = system_of<QuarnFloat>(c);
     const auto length = std::size_t(system.n);
     const Problem* problem = kProblems;
     const auto one = [&](auto entry) {
@@ -222,6 +227,49 @@ void steps(Suite& suite, Setup setup, E... entries) {
   });
 }
 
+/// A tridiagonal system with its diagonal as the factors.
+template <class T, bool kTriangle = false, class... E>
+void drivers(Suite& suite, E... forms) {
+  suite.cases(2, [&](Case& c) {
+    const Integer n = std::max<Integer>(2, c.size);
+    std::vector<T> a;
+    std::vector<Integer> irow, icol, order, starts, places;
+    for (Integer i = 1; i <= n; ++i) {
+      for (Integer j = std::max<Integer>(1, i - 1); j <= (kTriangle ? i : std::min(n, i + 1)); ++j) {
+        a.push_back(i == j ? T(4.0) : T(-1.0));
+        irow.push_back(i);
+        icol.push_back(j);
+      }
+    }
+    const auto nnz = Integer(a.size());
+    for (Integer i = 1; i <= n; ++i) {
+      a.push_back(T(4.0));
+      irow.push_back(i);
+      icol.push_back(c.below(40) == 0 ? 1 : i);
+      order.push_back(i);
+      starts.push_back(nnz + i);
+      places.push_back(nnz + i);
+    }
+    starts.push_back(nnz + n + 1);
+    const auto la = Integer(a.size());
+    const auto b = c.numbers<T>(n);
+    for (const char* method : {"RGMRES", "TFQMR ", "CG    ", "MINRES"}) {
+      for (const Integer most : {0, 2, 50}) {
+        const QuarnFloat tolerance(1, -6);
+        if constexpr (kTriangle) {
+          (suite.run_form<1>(forms, method, n, nnz, a, la, irow, icol, order, starts, b, tolerance, most,
+                             std::vector<T>(b.size()), QuarnFloat(), Integer(-9)),
+           ...);
+        } else {
+          (suite.run_form<1>(forms, method, n, nnz, a, la, irow, icol, order, order, starts, places, b, Integer(2),
+                             tolerance, most, std::vector<T>(b.size()), QuarnFloat(), Integer(-9)),
+           ...);
+        }
+      }
+    }
+  });
+}
+
 }  // namespace
 
 void solver(Suite& suite) {
@@ -234,12 +282,19 @@ void solver(Suite& suite) {
   wrong_setups(suite, setup, setup_core);
   wrong_calls(suite, iterate, progress);
   wrong_calls(suite, iterate_core, progress_core);
-  solve(suite, setup_by(setup), iterate_by(iterate), progress);
-  solve(suite, setup_by(setup_core), iterate_by(iterate_core), progress_core);
+  solve<QuarnFloat>(suite, setup_by(setup), iterate_by(iterate), progress);
+  solve<QuarnFloat>(suite, setup_by(setup_core), iterate_by(iterate_core), progress_core);
   steps(suite, setup_by(setup), ENTRY(QuarnMP_f11bezn_), ENTRY(QuarnMP_f11betn_), ENTRY(QuarnMP_f11bepn_),
         ENTRY(QuarnMP_f11beln_));
-  solve(suite, setup_by(ENTRY(QuarnMPX_f11bdf_)), iterate_by(ENTRY(QuarnMPX_f11bef_)), ENTRY(QuarnMPX_f11bff_));
-  solve(suite, setup_by(ENTRY(QuarnMPX_f11bdfn_)), iterate_by(ENTRY(QuarnMPX_f11befn_)), ENTRY(QuarnMPX_f11bffn_));
+  solve<QuarnFloat>(suite, setup_by(ENTRY(QuarnMPX_f11bdf_)), iterate_by(ENTRY(QuarnMPX_f11bef_)),
+                    ENTRY(QuarnMPX_f11bff_));
+  solve<Complex>(suite, setup_by(ENTRY(QuarnMPX_zf11bdf_)), iterate_by(ENTRY(QuarnMPX_zf11bef_)),
+                 ENTRY(QuarnMPX_zf11bff_));
+  drivers<QuarnFloat>(suite, ENTRY(QuarnMP_f11dcf_), ENTRY(QuarnMP_f11dcfn_));
+  drivers<Complex>(suite, ENTRY(QuarnMP_f11dqf_), ENTRY(QuarnMP_f11dqfn_));
+  drivers<Complex, true>(suite, ENTRY(QuarnMP_f11jqf_), ENTRY(QuarnMP_f11jqfn_));
+  solve<QuarnFloat>(suite, setup_by(ENTRY(QuarnMPX_f11bdfn_)), iterate_by(ENTRY(QuarnMPX_f11befn_)),
+                    ENTRY(QuarnMPX_f11bffn_));
 }
 
 }  // namespace digest
