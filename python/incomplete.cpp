@@ -8,7 +8,6 @@ namespace python {
 namespace {
 
 using tesk2mp::SparseMatrix;
-using tesk2mp::Storage;
 
 tesk2mp::FillOptions fill_of(Integer level, const py::object& drop_tolerance, bool modified) {
   tesk2mp::FillOptions fill;
@@ -28,7 +27,8 @@ AnyIncompleteLU incomplete_lu_of(const AnySparse& a, Integer level, const py::ob
                                              {{"none", PivotSearch::none},
                                               {"rows", PivotSearch::rows},
                                               {"columns", PivotSearch::columns},
-                                              {"both", PivotSearch::both}});
+                                              {"both", PivotSearch::both},
+                                              {"least_fill", PivotSearch::least_fill}});
   const Reading reading(a);
   return std::visit(
       [&]<class T>(const SparseMatrix<T>& matrix) -> AnyIncompleteLU {
@@ -102,7 +102,8 @@ void add_incomplete(py::module_& module) {
 
 Sparse triangles with P a Q = L U + R, of a SparseMatrix in canonical form; R is the fill that is dropped: what has a higher
 level, or with drop_tolerance what is smaller than that times the largest element of its row (0 drops none). modified: what is
-dropped is added to the pivots, so that row sums stay. search: where pivots are looked for, 'none', 'rows', 'columns' or 'both'.
+dropped is added to the pivots, so that row sums stay. search: where pivots are looked for, 'none', 'rows', 'columns', 'both', or 'least_fill'
+among elements that are large enough.
 Serves as preconditioner of solve_iteratively and, with drop_tolerance=0, to solve with.
 
 lower, upper: the triangles. row_order, column_order: row k of L U is this row of a, column k this column. entries: of both,

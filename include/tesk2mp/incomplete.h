@@ -29,12 +29,11 @@ extern "C" {
 /// @param[in,out] icol LA elements: columns, likewise
 /// @param[in] lfill >= 0: fill up to this level is kept; < 0: DTOL decides
 /// @param[in] dtol with LFILL < 0: fill smaller than DTOL times the largest element of its row of A is dropped, DTOL >=
-/// 0;
-///     0 drops none. Sizes of complex numbers are |re| + |im|
+///     0; 0 drops none. Sizes of complex numbers are |re| + |im|
 /// @param[in] pstrat where the pivot of a step is looked for: 'N' nowhere, the diagonal is taken in its order; 'R'
-/// among
-///     the rows of the next column; 'C' among the columns of the next row; 'B' in both, of all that is left. The
-///     largest element is taken, the first one of several
+///     among the rows of the next column; 'C' among the columns of the next row; 'B' in both, of all that is left; 'M'
+///     in the four shortest rows, for least fill, among elements of a tenth of their rows' largest at least. Of all but
+///     'M' the largest element is taken, the first one of several
 /// @param[in] milu 'M' modified: what is dropped of a row is added to its pivot, so that (A - P^T L U Q^T) times the
 ///     vector of ones is 0; 'N' not
 /// @param[out] ipivp N: row k of the factors is row IPIVP(k) of A
@@ -56,16 +55,17 @@ extern "C" {
 /// NaN and infinities in A spread into the factors. When storage runs out nothing is touched.
 ///
 /// @par Method
-/// Elimination by steps with the entries that are left in rows; fill is dropped or kept when
-/// its row or column is eliminated, and is not used before.
+/// Elimination by steps with the entries that are left in rows; fill is dropped or kept when its row or column is
+/// eliminated, and is not used before.
 ///
 /// @par Source
 /// Y. Saad, Iterative Methods for Sparse Linear Systems, SIAM 2003, sections 10.3 and 10.4; I. Gustafsson, BIT 18,
-/// 1978, for the modified one.
+/// 1978, for the modified one; I. S. Duff, A. M. Erisman, J. K. Reid, Direct Methods for Sparse Matrices, Oxford 1986,
+/// for the search of least fill.
 ///
 /// @par Cost
 /// A multiply-add for each entry of U in the row of the pivot of each entry of L. 'B' compares the rows that are left
-/// in each step besides.
+/// in each step besides, 'M' the entries of a few.
 /// @{
 TESK2MP_API void QuarnMP_f11daf_(const Integer* n, const Integer* nnz, QuarnFloat* a, const Integer* la, Integer* irow,
                                  Integer* icol, const Integer* lfill, const QuarnFloat* dtol, const char* pstrat,
@@ -181,19 +181,17 @@ TESK2MP_API void QuarnMP_f11dpfn_(const char* trans, Integer n, const Complex* a
 ///     dropped, DTOL >= 0; 0 drops none. Sizes of complex numbers are |re| + |im|
 /// @param[in] mic 'M' modified: what is dropped of a row is added to its pivot (its real part), so that row sums stay;
 ///     'N' not
-/// @param[in] dscale the diagonal is multiplied by 1 + DSCALE first, DSCALE >= 0: more makes the pivots of an A that
-///     is not an M-matrix safer, and M less like A
+/// @param[in] dscale the diagonal is multiplied by 1 + DSCALE first, DSCALE >= 0: more makes the pivots of an A that is
+///     not an M-matrix safer, and M less like A
 /// @param[in] pstrat which diagonal element a step takes: 'N' the next one; 'D' the largest of those left; 'M' that
-/// with
-///     the fewest entries left in its row, for least fill. The first one of several
+///     with the fewest entries left in its row, for least fill. The first one of several
 /// @param[out] ipiv N: row k of the factors is row IPIV(k) of A
 /// @param[out] istr N + 1: row k of the factors is A(ISTR(k)) ... A(ISTR(k + 1) - 1), its last element the pivot;
 ///     ISTR(1) = NNZ + 1
 /// @param[out] nnzc number of entries of the factors; also with IFAIL 3
 /// @param[out] npivm number of pivots that were negative, zero, or no larger than eps times the largest element of
-/// their
-///     row of A, and have been replaced by it, or by 1 in a row of zeros. Not 0: A is not positive definite, or too
-///     much has been dropped, which DSCALE, more fill or MIC 'N' may mend
+///     their row of A, and have been replaced by it, or by 1 in a row of zeros. Not 0: A is not positive definite, or
+///     too much has been dropped, which DSCALE, more fill or MIC 'N' may mend
 ///
 /// @par Failures
 /// The checks, in this order; all of one entry come before those of the next. On failure nothing but NNZC is touched.
@@ -206,8 +204,8 @@ TESK2MP_API void QuarnMP_f11dpfn_(const char* trans, Integer n, const Complex* a
 /// NaN and infinities in A spread into the factors. When storage runs out nothing is touched.
 ///
 /// @par Method
-/// Elimination by steps with the lower triangle that is left in rows; fill is dropped or kept when
-/// its row or column is eliminated, and is not used before.
+/// Elimination by steps with the lower triangle that is left in rows; fill is dropped or kept when its row or column is
+/// eliminated, and is not used before.
 ///
 /// @par Source
 /// J. A. Meijerink, H. A. van der Vorst, Math. Comp. 31, 1977; N. Munksgaard, ACM Trans. Math. Software 6, 1980; T. A.

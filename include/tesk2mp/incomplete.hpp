@@ -11,8 +11,8 @@
 
 namespace tesk2mp {
 
-/// Where the pivot of a step is looked for.
-enum class PivotSearch : char { none = 'N', rows = 'R', columns = 'C', both = 'B' };
+/// Where the pivot of a step is looked for; least_fill takes one that fills little, among those that are large enough.
+enum class PivotSearch : char { none = 'N', rows = 'R', columns = 'C', both = 'B', least_fill = 'M' };
 /// Which diagonal element a step takes: the next, the largest, or that with the fewest entries left in its row.
 enum class DiagonalSearch : char { none = 'N', largest = 'D', least_fill = 'M' };
 
@@ -91,6 +91,7 @@ class Factors {
 
   static std::vector<std::size_t> from_zero(const std::vector<Integer>& order) {
     std::vector<std::size_t> from_zero;
+    from_zero.reserve(order.size());
     for (const Integer i : order) {
       from_zero.push_back(std::size_t(i) - 1);
     }

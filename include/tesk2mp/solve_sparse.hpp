@@ -17,7 +17,7 @@
 namespace tesk2mp {
 
 /// Jacobi, SSOR, incomplete LU (of any matrix), incomplete Cholesky (of symmetric and Hermitian ones), or the LU
-/// factors with all their fill, with pivots looked for in columns and rows.
+/// factors with all their fill, with pivots that fill little.
 enum class Preconditioning { none, jacobi, ssor, ilu, ic, direct };
 
 /// How solve_sparse() works. Where nothing is said of method and preconditioner the matrix decides.
@@ -80,7 +80,7 @@ Precondition<T> preconditioner(const SparseMatrix<T>& a, Preconditioning kind, c
     case Preconditioning::direct: {
       FillOptions all;
       all.level = -1;
-      return shared<T>(IncompleteLU<T>(a, all, PivotSearch::rows));
+      return shared<T>(IncompleteLU<T>(a, all, PivotSearch::least_fill));
     }
   }
   return {};

@@ -69,8 +69,8 @@ void factorise_lu(const char* routine, const Arrays<Value>& arrays, Integer lfil
   if (!structure_is_valid(report, kStructure, Storage::general, arrays.n, arrays.nnz, arrays.irow, arrays.icol)) {
     return;
   }
-  if (!pstrat.is_one_of("NRCB")) {
-    return report.fail(1, 99992, " ** On entry, PSTRAT .ne. 'N', 'R', 'C' or 'B': PSTRAT = '%s'.", pstrat.text());
+  if (!pstrat.is_one_of("NRCBM")) {
+    return report.fail(1, 99992, " ** On entry, PSTRAT .ne. 'N', 'R', 'C', 'B' or 'M': PSTRAT = '%s'.", pstrat.text());
   }
   if (!milu.is_one_of("NM")) {
     return report.fail(1, 99991, " ** On entry, MILU .ne. 'N' or 'M': MILU = '%s'.", milu.text());
@@ -82,7 +82,8 @@ void factorise_lu(const char* routine, const Arrays<Value>& arrays, Integer lfil
   const PivotSearch search = pstrat.letter() == 'N'   ? PivotSearch::none
                              : pstrat.letter() == 'R' ? PivotSearch::rows
                              : pstrat.letter() == 'C' ? PivotSearch::columns
-                                                      : PivotSearch::both;
+                             : pstrat.letter() == 'B' ? PivotSearch::both
+                                                      : PivotSearch::least_fill;
   IncompleteFactors<Value> factors = incomplete_lu(arrays.matrix(), {lfill, dtol, milu.letter() == 'M'}, search);
   if (store(report, arrays, factors, nnzc, npivm)) {
     number(factors.diagonals, arrays.nnz + 1, idiag);

@@ -17,7 +17,7 @@ struct FillRule {
 };
 
 /// Where a pivot is looked for in what is left of the matrix.
-enum class PivotSearch { none, rows, columns, both };
+enum class PivotSearch { none, rows, columns, both, least_fill };
 enum class DiagonalSearch { none, largest, least_fill };
 
 /// The factors row by row, columns ascending: L without its unit diagonal, then the pivot, then the rest of U. Indices

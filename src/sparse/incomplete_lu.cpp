@@ -1,11 +1,18 @@
 // Incomplete LU factorisation: step k takes a pivot, and subtracts multiples of its row from those below it.
 
+#include <set>
+
 #include "src/sparse/active_rows.h"
 
 namespace tesk {
 namespace {
 
 constexpr Integer kNone = -1;
+
+// A search for least fill looks at so many rows, and at elements no smaller than a part of their rows' largest: I. S.
+// Duff, A. M. Erisman, J. K. Reid, Direct Methods for Sparse Matrices, Oxford 1986, sections 5.4 and 7.2.
+constexpr int kRowsSearched = 4;
+constexpr int kLargestOverPivot = 10;
 
 template <class Value>
 class IncompleteLu {
@@ -21,7 +28,8 @@ class IncompleteLu {
         pivots_(std::size_t(n_)),
         row_step_(std::size_t(n_), kNone),
         column_step_(std::size_t(n_), kNone),
-        best_(std::size_t(search == PivotSearch::both ? n_ : 0)) {}
+        best_(std::size_t(search == PivotSearch::both ? n_ : 0)),
+        column_count_(std::size_t(n_)) {}
 
   IncompleteFactors<Value> factorise() {
     for (Integer i = 0; search_ == PivotSearch::none && i < n_; ++i) {
@@ -29,6 +37,12 @@ class IncompleteLu {
     }
     for (Integer i = 0; i < Integer(best_.size()); ++i) {
       best_[std::size_t(i)] = best_of_row(i);
+    }
+    for (Integer i = 0; search_ == PivotSearch::least_fill && i < n_; ++i) {
+      queue_.emplace(active_.row(i).size(), i);
+      for (const ActiveEntry<Value>& entry : active_.row(i)) {
+        ++column_count_[std::size_t(entry.column)];
+      }
     }
     for (Integer k = 0; k < n_; ++k) {
       advance(next_row_, row_step_);
@@ -84,6 +98,8 @@ class IncompleteLu {
       }
       case PivotSearch::both:
         return best_of_all();
+      case PivotSearch::least_fill:
+        return least_fill();
     }
     return {next_row_, next_row_};
   }
@@ -116,6 +132,45 @@ class IncompleteLu {
     return row == kNone ? Place{next_row_, next_column_} : Place{row, best_[std::size_t(row)].column};
   }
 
+  /// Of the elements that are large enough in the shortest rows, that with the least product of the others in its row
+  /// and its column.
+  Place least_fill() {
+    Place best{next_row_, next_column_};
+    std::int64_t least = -1;
+    int searched = 0;
+    for (auto at = queue_.begin(); at != queue_.end() && searched < kRowsSearched && least != 0; ++at) {
+      const Integer i = at->second;
+      const Candidate largest = best_of_row(i);
+      searched += largest.column == kNone ? 0 : 1;
+      for (const ActiveEntry<Value>& entry : active_.row(i)) {
+        const std::int64_t fill = (std::int64_t(at->first) - 1) * (column_count_[std::size_t(entry.column)] - 1);
+        if ((least < 0 || fill < least) && !active_.is_dropped(i, entry) &&
+            kLargestOverPivot * size_of(i, entry) >= largest.size) {
+          best = {i, entry.column};
+          least = fill;
+        }
+      }
+    }
+    return best;
+  }
+
+  /// Row p leaves the counts.
+  void forget(Integer p) {
+    if (search_ == PivotSearch::least_fill) {
+      queue_.erase({active_.row(p).size(), p});
+      for (const ActiveEntry<Value>& entry : active_.row(p)) {
+        --column_count_[std::size_t(entry.column)];
+      }
+    }
+  }
+  /// A row has changed its length.
+  void recount(Integer i, std::size_t former) {
+    if (search_ == PivotSearch::least_fill && former != active_.row(i).size()) {
+      queue_.erase({former, i});
+      queue_.emplace(active_.row(i).size(), i);
+    }
+  }
+
   void lose(Integer i, const Value& dropped) {
     if (modified_) {
       lost_[std::size_t(i)] = lost_[std::size_t(i)] + dropped;
@@ -137,6 +192,7 @@ class IncompleteLu {
 
   void eliminate(Integer k, Integer p, Integer q) {
     Value& pivot = pivots_[std::size_t(k)];
+    forget(p);
     if (active_.find(p, q) != nullptr) {
       pivot = active_.take(p, q).value;
     }
@@ -155,15 +211,18 @@ class IncompleteLu {
       if (row_step_[std::size_t(i)] != kNone) {
         continue;
       }
+      const std::size_t length = active_.row(i).size();
       ActiveEntry<Value> factor = active_.take(i, q);
       if (active_.is_dropped(i, factor)) {
         lose(i, factor.value);
       } else {
         factor.column = k;
         factor.value = quotient(factor.value, pivot);
-        active_.subtract(i, factor.value, factor.level, source, n_, [](Integer /*column*/) {});
+        active_.subtract(i, factor.value, factor.level, source, n_,
+                         [&](Integer column) { ++column_count_[std::size_t(column)]; });
         lower_[std::size_t(i)].push_back(std::move(factor));
       }
+      recount(i, length);
       if (!best_.empty()) {
         best_[std::size_t(i)] = best_of_row(i);
       }
@@ -212,8 +271,10 @@ class IncompleteLu {
   std::vector<Integer> column_step_;  // and a column
   std::vector<Integer> row_order_;
   std::vector<Integer> column_order_;
-  std::vector<Candidate> best_;  // of each row, for a search of rows and columns
-  Integer next_row_ = 0;         // the first that is left
+  std::vector<Candidate> best_;                      // of each row, for a search of rows and columns
+  std::set<std::pair<std::size_t, Integer>> queue_;  // of the rows that are left, by length, for a search of least fill
+  std::vector<Integer> column_count_;                // of the elements that are left
+  Integer next_row_ = 0;                             // the first that is left
   Integer next_column_ = 0;
   Integer corrected_ = 0;
 };

@@ -134,7 +134,7 @@ class Linear(unittest.TestCase):
         for kind in (1, tesk2mp.Complex(0, 1)):
             above, below = (1, 1) if kind == 1 else (kind, tesk2mp.Complex(0, -1))
             a = tesk2mp.SparseMatrix(4, [(i, j, value * (1 if i == j else above if i < j else below)) for i, j, value in entries])
-            for search in ("none", "rows", "columns", "both"):
+            for search in ("none", "rows", "columns", "both", "least_fill"):
                 factors = tesk2mp.IncompleteLU(a, drop_tolerance=0, search=search)
                 self.assertEqual(factors.corrected_pivots, 0)
                 self.assertEqual(sorted(factors.row_order), [0, 1, 2, 3])

@@ -13,7 +13,6 @@
 using support::Random;
 using tesk2mp::Criterion;
 using tesk2mp::Method;
-using tesk2mp::Preconditioning;
 using tesk2mp::SparseMatrix;
 using tesk2mp::VectorNorm;
 

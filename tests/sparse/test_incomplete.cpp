@@ -148,8 +148,8 @@ TEST_CASE_TEMPLATE("complete fill gives A back in every order", T, QuarnFloat, C
   Random random;
   for (const int digits : {30, 200}) {
     const support::Digits scope(digits);
-    for (const char* search : {"N", "R", "C", "B", "D", "M"}) {
-      const bool triangle = *search == 'D' || *search == 'M';
+    for (const char* search : {"N", "R", "C", "B", "M", "Diagonal", "Mtriangle"}) {
+      const bool triangle = search[1] != '\0';
       const Coordinates<T> a = factorisation::sample<T>(random, 14, triangle, *search == 'N' || triangle ? 1 : 0);
       Factors<T> factors(a, triangle);
       factors.lfill = -1;
@@ -225,6 +225,50 @@ TEST_CASE("least fill takes the row with the fewest entries left") {
   }
 }
 
+TEST_CASE("a search of least fill saves fill, and keeps to large elements") {
+  // Five-point differences on a grid, and an arrow that points the wrong way: its first row and column are full.
+  constexpr Integer kSide = 12;
+  const auto entries_of = [](const Coordinates<QuarnFloat>& a, const char* search) {
+    Factors<QuarnFloat> factors(a, false);
+    factors.lfill = -1;
+    factors.search = search;
+    CHECK(factors.factorise().ifail == 0);
+    CHECK(factors.npivm == 0);
+    return factors.nnzc;
+  };
+  Coordinates<QuarnFloat> grid{kSide * kSide, {}, {}, {}};
+  Coordinates<QuarnFloat> arrow{40, {}, {}, {}};
+  for (Integer i = 1; i <= grid.n; ++i) {
+    for (const Integer j : {i - kSide, i - 1, i, i + 1, i + kSide}) {
+      const bool wraps = (j == i - 1 && i % kSide == 1) || (j == i + 1 && i % kSide == 0);
+      if (j >= 1 && j <= grid.n && !wraps) {
+        grid.add(i, j, i == j ? 4 : -1);
+      }
+    }
+  }
+  for (Integer i = 1; i <= arrow.n; ++i) {
+    for (Integer j = 1; j <= arrow.n; ++j) {
+      if (i == j || i == 1 || j == 1) {
+        arrow.add(i, j, i == j ? 100 : 1);
+      }
+    }
+  }
+  CHECK(5 * entries_of(grid, "M") < 4 * entries_of(grid, "N"));
+  CHECK(entries_of(arrow, "N") == 1600);
+  CHECK(entries_of(arrow, "M") == arrow.nnz());
+  // 0.05 beside 1 in its row is too small a pivot, though it would fill nothing.
+  Coordinates<QuarnFloat> small{2, {}, {}, {}};
+  small.add(1, 1, QuarnFloat("0.05"));
+  small.add(1, 2, 1);
+  small.add(2, 1, 1);
+  small.add(2, 2, 1);
+  Factors<QuarnFloat> factors(small, false);
+  factors.lfill = -1;
+  factors.search = "M";
+  REQUIRE(factors.factorise().ifail == 0);
+  CHECK(factors.column(0) == 1);
+}
+
 TEST_CASE("drop tolerance drops small fill alone") {
   // Fill at (2, 3) is -1, at (3, 2) it is -1e-3: rows (1, 0.001, 1), (1, 4, 0), (1, 0, 4).
   Coordinates<QuarnFloat> a{3, {}, {}, {}};
@@ -257,7 +301,7 @@ TEST_CASE("pivots that are no pivots are replaced and counted") {
   REQUIRE(plain.factorise().ifail == 0);
   CHECK(plain.npivm == 1);
   CHECK(plain.upper() == Full<QuarnFloat>{{3, 3}, {0, 6}});
-  for (const char* search : {"R", "C", "B"}) {
+  for (const char* search : {"R", "C", "B", "M"}) {
     Factors<QuarnFloat> searched(swap, false);
     searched.search = search;
     REQUIRE(searched.factorise().ifail == 0);

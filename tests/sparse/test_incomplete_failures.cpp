@@ -230,7 +230,7 @@ TEST_CASE_TEMPLATE("wrong arguments are refused in their order", T, QuarnFloat, 
             [](auto& f) { f.nnz = 10; });
     refused(2, 99994, " ** On entry, A(I) is out of order:\n    I =" + wide(2) + ".", [](auto& f) { f.irow[0] = 3; });
     refused(1, 99992,
-            std::string(" ** On entry, PSTRAT .ne. ") + (triangle ? "'N', 'D' or 'M'" : "'N', 'R', 'C' or 'B'") +
+            std::string(" ** On entry, PSTRAT .ne. ") + (triangle ? "'N', 'D' or 'M'" : "'N', 'R', 'C', 'B' or 'M'") +
                 ": PSTRAT = 'X'.",
             [](auto& f) { f.search = "X", f.modified = "X"; });
     refused(1, 99991,

@@ -126,13 +126,13 @@ def spilu(
 
 
 def splu(A: Any, *, digits: int | None = None) -> IncompleteLU:
-    """LU factors with all their fill, and pivots looked for in each column.
+    """LU factors with all their fill, and pivots that fill little among those that are large enough.
 
     >>> a = SparseMatrix(2, [(0, 1, 1), (1, 0, 2)])
     >>> splu(a).solve([3, 4])
     [Decimal('2'), Decimal('3')]
     """
-    return spilu(A, 0, search="rows", digits=digits)
+    return spilu(A, 0, search="least_fill", digits=digits)
 
 
 def spsolve(A: Any, b: Vector, *, digits: int | None = None) -> Numbers:
