@@ -102,6 +102,22 @@ void add_proven(py::module_& module) {
     return spectrum(a, errors,
                     [](const auto& matrix) { return roots(outside([&] { return proven::eigenvalues(matrix); })); });
   });
+  module.def("_proven_eigen", [](py::handle a, py::handle errors) {
+    return spectrum(a, errors, [](const auto& matrix) -> py::object {
+      const auto system = outside([&] { return proven::eigen(matrix); });
+      return py::make_tuple(roots(system.values), both(system.vectors));
+    });
+  });
+  module.def("_proven_rank", [](py::handle a) {
+    const Array given = exact(a);
+    return with_scalar(
+        [&]<class T>(T) -> py::object {
+          const Matrix<T> matrix = given.matrix<T>();
+          const auto found = outside([&] { return proven::rank(matrix); });
+          return found ? py::object(py::int_(*found)) : py::none();
+        },
+        given);
+  });
   module.def("_proven_zeros", [](py::handle a) {
     const Array given = exact(a);
     return with_scalar(

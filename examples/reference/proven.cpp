@@ -31,10 +31,20 @@ void dproven_definite() {
   //! [dproven_definite]
 }
 
+void dproven_rank() {
+  //! [dproven_rank]
+  QuarnFloat a[] = {1, 2, 2, 4};
+  Integer rank, info;
+  QuarnMPX_dproven_rank_(2, 2, a, 2, &rank, &info);
+  std::cout << "rank " << rank << "\n";
+  //! [dproven_rank]
+}
+
 }  // namespace
 
 int main() {
   return run_examples({{"dproven_solve", dproven_solve},
                        {"dproven_determinant", dproven_determinant},
-                       {"dproven_definite", dproven_definite}});
+                       {"dproven_definite", dproven_definite},
+                       {"dproven_rank", dproven_rank}});
 }

@@ -139,5 +139,41 @@ TESK2MP_API void QuarnMPX_dproven_definite_(const char* uplo, Integer n, QuarnFl
 TESK2MP_API void QuarnMPX_zproven_definite_(const char* uplo, Integer n, Complex* a, Integer lda, Integer* info,
                                             int uplo_length);
 /// @}
+
+/// @defgroup dproven_rank the rank of an exact matrix
+///
+/// DPROVEN_RANK: the rank of a real matrix, whose elements are taken as the exact decimal numbers that they are;
+/// ZPROVEN_RANK of a complex one. A square matrix whose rank is below its order is proven to be singular.
+///
+/// @param[in] m rows of A, >= 0
+/// @param[in] n columns of A, >= 0
+/// @param[in] a A, n columns of m elements, lda apart
+/// @param[in] lda step from column to column of A, >= max(1, m)
+/// @param[out] rank the rank; 0 where it is not known
+/// @param[out] info 0; 1 when the rank is not known: it would take too long, or an element is not finite; -k when
+/// argument k is illegal
+///
+/// @par Failures
+/// Illegal: m < 0 (-1), n < 0 (-2), lda (-4). Storage for m n residues and the digits of A is taken for the time of the
+/// call.
+///
+/// @par Method
+/// Rows are multiplied by powers of ten, which makes them integers. The rank is at least that modulo any prime; where
+/// it is r modulo so many primes that their product is above Hadamard's bound of all minors of order r + 1, these are
+/// 0. Of complex numbers i becomes a root of -1, and the bound that of the norm.
+///
+/// @par Source
+/// J. von zur Gathen, J. Gerhard, Modern Computer Algebra, section 5.5.
+///
+/// @par Cost
+/// m n min(m, n) operations with 64 bits for each prime: one where the rank is full, otherwise one for nine digits of
+/// Hadamard's bound. Beyond some 2 10^10 operations, a minute or two, INFO is 1.
+///
+/// @par Accuracy
+/// The rank is proven.
+/// @{
+TESK2MP_API void QuarnMPX_dproven_rank_(Integer m, Integer n, QuarnFloat* a, Integer lda, Integer* rank, Integer* info);
+TESK2MP_API void QuarnMPX_zproven_rank_(Integer m, Integer n, Complex* a, Integer lda, Integer* rank, Integer* info);
+/// @}
 }
 TESK2MP_NAMES_END

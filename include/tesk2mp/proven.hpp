@@ -221,10 +221,52 @@ concept DataSource = requires {
   typename detail::ElementOfData<A>;
 };
 
+// Rank --------------------------------------------------------------------------------------------------------------
+
+/// The rank of a matrix whose elements are taken as the exact numbers that they are; no value where that would take too
+/// long, or an element is not finite.
+template <MatrixSource A>
+std::optional<std::size_t> rank(const A& a) {
+  using T = Element<A>;
+  const tesk2mp::detail::RawMatrix<T> matrix{MatrixView<const T>(a)};
+  Integer found = 0;
+  Integer info = 0;
+  tesk2mp::detail::pick<T>(QuarnMPX_dproven_rank_, QuarnMPX_zproven_rank_)(matrix.rows, matrix.columns, matrix.data,
+                                                                           matrix.leading, &found, &info);
+  return info == 0 ? std::optional<std::size_t>(std::size_t(found)) : std::nullopt;
+}
+
+namespace detail {
+
+template <class A>
+void require_finite(const char* routine, const A& a) {
+  if constexpr (MatrixSource<A>) {
+    const MatrixView<const Element<A>> view(a);
+    for (std::size_t j = 0; j < view.columns(); ++j) {
+      for (std::size_t i = 0; i < view.rows(); ++i) {
+        tesk2mp::detail::require(QuarnBound(view(i, j)).is_finite(), routine, 2, "element (", i, ", ", j,
+                                 ") is not finite");
+      }
+    }
+  }
+}
+
+/// Is an exact square matrix proven to be singular?
+template <class A>
+bool is_singular(const A& a) {
+  if constexpr (MatrixSource<A>) {
+    return rank(a).value_or(MatrixView<const Element<A>>(a).rows()) < MatrixView<const Element<A>>(a).rows();
+  }
+  return false;
+}
+
+}  // namespace detail
+
 // Linear equations --------------------------------------------------------------------------------------------------
 
 /// The solution of A x = b for each column of b, with |x - exact| bounded, for all A and b within their bounds. Where
-/// the working digits do not suffice the bounds are infinite.
+/// the working digits do not suffice the bounds are infinite. Throws NumericalFailure when an exact A is proven to be
+/// singular, InvalidArgument when an element of exact data is not finite.
 ///
 /// @code
 /// const tesk2mp::Matrix<tesk2mp::Real> a = {{2, 1}, {1, 3}};
@@ -235,6 +277,8 @@ template <DataSource A, DataSource B>
 BoundedMatrix<detail::ElementOfData<A>> solve(const A& a, const B& b) {
   using T = detail::ElementOfData<A>;
   const char* routine = tesk2mp::detail::name<T>("DPROVEN_SOLVE", "ZPROVEN_SOLVE");
+  detail::require_finite(routine, a);
+  detail::require_finite(routine, b);
   const detail::Data<T> matrix(a);
   const detail::Data<T> right(b);
   const Integer n = matrix.values.rows;
@@ -251,6 +295,9 @@ BoundedMatrix<detail::ElementOfData<A>> solve(const A& a, const B& b) {
       n, right.values.columns, matrix.values.data, matrix.values.leading, matrix.errors.data, matrix.errors.leading,
       right.values.data, right.values.leading, right.errors.data, right.errors.leading, solution.data, solution.leading,
       bounds.data, bounds.leading, &info);
+  if (info == 1 && detail::is_singular(a)) {
+    throw NumericalFailure(routine, 1, 0, "the matrix is singular: its rank is less than " + std::to_string(n), {n});
+  }
   return {std::move(x), std::move(errors)};
 }
 /// The same for a vector b, whose elements are exact.
@@ -274,9 +321,12 @@ BoundedMatrix<detail::ElementOfData<A>> inverse(const A& a) {
   return proven::solve(a, Matrix<T>::identity(std::size_t(detail::Data<T>(a).values.rows)));
 }
 
+/// The determinant; of an exact matrix that is proven to be singular 0, exactly. Throws InvalidArgument when an element
+/// of an exact matrix is not finite.
 template <DataSource A>
 Bounded<detail::ElementOfData<A>> determinant(const A& a) {
   using T = detail::ElementOfData<A>;
+  detail::require_finite(tesk2mp::detail::name<T>("DPROVEN_DETERMINANT", "ZPROVEN_DETERMINANT"), a);
   const detail::Data<T> matrix(a);
   tesk2mp::detail::require(matrix.values.rows == matrix.values.columns,
                            tesk2mp::detail::name<T>("DPROVEN_DETERMINANT", "ZPROVEN_DETERMINANT"), 1, "a matrix of ",
@@ -287,6 +337,9 @@ Bounded<detail::ElementOfData<A>> determinant(const A& a) {
   tesk2mp::detail::pick<T>(QuarnMPX_dproven_determinant_, QuarnMPX_zproven_determinant_)(
       matrix.values.rows, matrix.values.data, matrix.values.leading, matrix.errors.data, matrix.errors.leading, &value,
       &error, &info);
+  if (info == 1 && detail::is_singular(a)) {
+    return {T{}, QuarnBound()};
+  }
   return {std::move(value), QuarnBound(error)};
 }
 

@@ -308,8 +308,9 @@ std::vector<BoundedRoot> zeros(const A& coefficients) {
 }
 
 /// The x that minimises the Euclidean norm of A x - b for each column of b; that A has full column rank is part of the
-/// proof. It is the solution of [I A; A^H 0] [r; x] = [b; 0]: S. M. Rump, Verified bounds for least squares problems
-/// and underdetermined linear systems, SIAM J. Matrix Anal. Appl. 33 (2012).
+/// proof, and NumericalFailure is thrown where it is proven to have none. It is the solution of [I A; A^H 0] [r; x] =
+/// [b; 0]: S. M. Rump, Verified bounds for least squares problems and underdetermined linear systems, SIAM J. Matrix
+/// Anal. Appl. 33 (2012).
 template <MatrixSource A, MatrixSource B>
 BoundedMatrix<Element<A>> least_squares(const A& a, const B& b) {
   using T = Element<A>;
@@ -337,7 +338,12 @@ BoundedMatrix<Element<A>> least_squares(const A& a, const B& b) {
       extended(i, j) = right(i, j);
     }
   }
-  const BoundedMatrix<T> both = proven::solve(augmented, extended);
+  BoundedMatrix<T> both;
+  try {
+    both = proven::solve(augmented, extended);
+  } catch (const NumericalFailure&) {
+    throw NumericalFailure(routine, 1, 0, "the matrix does not have full column rank", {});
+  }
   Matrix<T> x(n, right.columns());
   Matrix<Real> errors(n, right.columns());
   for (std::size_t j = 0; j < right.columns(); ++j) {

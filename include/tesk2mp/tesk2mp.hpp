@@ -40,6 +40,7 @@
 #include "tesk2mp/polynomials.hpp"
 #include "tesk2mp/preconditioners.hpp"
 #include "tesk2mp/proven.hpp"
+#include "tesk2mp/proven_arithmetic.hpp"
 #include "tesk2mp/proven_spectra.hpp"
 #include "tesk2mp/refinement.hpp"
 #include "tesk2mp/rounding.hpp"

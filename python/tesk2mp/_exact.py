@@ -78,10 +78,14 @@ def _of_text(x: str) -> Decimal:
         raise refusal(InvalidArgument, f"not a number: {x!r}") from None
 
 
+def has_end(denominator: int) -> bool:
+    """Do quotients by it end in decimal: has it no factors but 2 and 5?"""
+    return 10 ** denominator.bit_length() % denominator == 0
+
+
 def _quotient(numerator: int, denominator: int) -> Decimal:
-    """The quotient, which ends if the denominator has no factors but 2 and 5."""
     scale = 10 ** denominator.bit_length()
-    if scale % denominator != 0:
+    if not has_end(denominator):
         raise refusal(InvalidArgument, f"{numerator}/{denominator} has no end in decimal")
     return Decimal(numerator * (scale // denominator)).scaleb(-denominator.bit_length(), _WIDE).normalize(_WIDE)
 

@@ -20,15 +20,18 @@ from typing import Any, NamedTuple, TypeVar
 from . import _core
 from ._context import digits as _at_digits
 from ._errors import InvalidArgument, InvalidType, NumericalFailure, refusal
+from ._exact import has_end
 
 __all__ = [
     "Bounded",
     "Root",
     "determinant",
+    "eigen",
     "eigenvalues",
     "inverse",
     "is_positive_definite",
     "least_squares",
+    "rank",
     "singular_values",
     "solve",
     "symmetric_eigen",
@@ -168,15 +171,6 @@ def to_digits(k: int, problem: Callable[[], _Result], most: int = 100000) -> _Re
         working = min(most, working + k - known + _MARGIN if known > 0 else 2 * working + 2 * _MARGIN)
 
 
-def _is_short(fraction: Fraction) -> bool:
-    """Does it have a finite decimal expansion?"""
-    rest = fraction.denominator
-    for prime in (2, 5):
-        while rest % prime == 0:
-            rest //= prime
-    return rest == 1
-
-
 def _rows(matrix: Any) -> list[list[Any]]:
     try:
         return [list(row) for row in matrix]
@@ -187,14 +181,14 @@ def _rows(matrix: Any) -> list[list[Any]]:
 def _given(matrix: Any) -> tuple[list[list[Any]], list[list[Any]] | None]:
     """The elements, Fractions rounded to the working digits, and bounds of that; None where nothing is rounded."""
     values = _rows(matrix)
-    if not any(isinstance(each, Fraction) and not _is_short(each) for row in values for each in row):
+    if not any(isinstance(each, Fraction) and not has_end(each.denominator) for row in values for each in row):
         return values, None
     errors: list[list[Any]] = [[0 for _ in row] for row in values]
     with decimal.localcontext() as context:
         context.prec = _core.get_digits()
         for row, bounds in zip(values, errors):
             for j, each in enumerate(row):
-                if isinstance(each, Fraction) and not _is_short(each):
+                if isinstance(each, Fraction) and not has_end(each.denominator):
                     # Numerator, denominator and quotient are rounded.
                     row[j] = decimal.Decimal(each.numerator) / decimal.Decimal(each.denominator)
                     bounds[j] = decimal.Decimal((0, (1,), row[j].adjusted() - context.prec + 1))
@@ -316,6 +310,28 @@ def eigenvalues(a: Any) -> list[Root]:
     [('-0.6180339887', 1), ('1.618033989', 1)]
     """
     return _roots(_core._proven_eigenvalues(*_given(a)))
+
+
+def eigen(a: Any) -> tuple[list[Root], list[list[Bounded]]]:
+    """The eigenvalues of a square matrix, and eigenvectors of norm 1, a column each, up to a factor of modulus 1. Vectors of
+    eigenvalues that share a disc have infinite bounds.
+
+    >>> values, vectors = eigen([[2, 0], [0, 3]])
+    >>> [value.text(10) for value in values], vectors[0][1].error < 1e-15
+    (['2', '3'], True)
+    """
+    values, vectors = _core._proven_eigen(*_given(a))
+    return _roots(values), _matrix(vectors)
+
+
+def rank(a: Any) -> int | None:
+    """The rank of a matrix whose elements are taken as exact; None where finding it would take too long.
+
+    >>> rank([[1, 2], [2, 4]])
+    1
+    """
+    found = _core._proven_rank([list(row) for row in a])
+    return None if found is None else int(found)
 
 
 def zeros(a: Any) -> list[Root]:

@@ -103,7 +103,8 @@ void Spectrum::set_weights(Integer first, Integer next) {
     }
   }
   for (Integer i = 0; i < order; ++i) {
-    weights_[std::size_t(first + i)] = exponent(i, best);
+    const Integer row = first + i;
+    weights_[std::size_t(row)] = exponent(i, best);
   }
 }
 

@@ -64,7 +64,11 @@ class Proven(unittest.TestCase):
             with self.subTest(a=a, b=b, digits=digits), tesk2mp.digits(digits):
                 x, determinant = eliminate(a, b)
                 known += self.check(proven.determinant(a), determinant)
-                result = proven.solve(a, b)
+                try:
+                    result = proven.solve(a, b)
+                except tesk2mp.NumericalFailure:
+                    self.assertIsNone(x)
+                    continue
                 if x is None:
                     self.assertFalse(result[0][0].error.is_finite())
                     continue

@@ -6,8 +6,8 @@
 namespace digest {
 namespace {
 
-template <class T, class Solve, class Determine, class Decide>
-void systems(Suite& suite, Solve solve, Determine determine, Decide decide) {
+template <class T, class Solve, class Determine, class Decide, class Rank>
+void systems(Suite& suite, Solve solve, Determine determine, Decide decide, Rank rank) {
   suite.cases(3, [&](Case& c) {
     const Integer n = c.size;
     const Integer ld = n < 1 ? 1 : n;
@@ -20,6 +20,7 @@ void systems(Suite& suite, Solve solve, Determine determine, Decide decide) {
       suite.run(solve, n, Integer(1), a, ld, small, given, b, ld, small, given, x, ld, bounds, ld, Integer(-99));
       suite.run(determine, n, a, ld, small, given, T(0), QuarnFloat(0), Integer(-99));
     }
+    suite.run(rank, n, n, a, ld, Integer(-99), Integer(-99));
     for (const char* triangle : {"U", "l", "X"}) {
       suite.run(decide, triangle, n, a, ld, Integer(-99), 1);
     }
@@ -58,9 +59,9 @@ void spectra(Suite& suite, Symmetric symmetric, Singular singular, Eigenvalues e
 
 void proven(Suite& suite) {
   systems<QuarnFloat>(suite, ENTRY(QuarnMPX_dproven_solve_), ENTRY(QuarnMPX_dproven_determinant_),
-                      ENTRY(QuarnMPX_dproven_definite_));
+                      ENTRY(QuarnMPX_dproven_definite_), ENTRY(QuarnMPX_dproven_rank_));
   systems<Complex>(suite, ENTRY(QuarnMPX_zproven_solve_), ENTRY(QuarnMPX_zproven_determinant_),
-                   ENTRY(QuarnMPX_zproven_definite_));
+                   ENTRY(QuarnMPX_zproven_definite_), ENTRY(QuarnMPX_zproven_rank_));
   spectra<QuarnFloat>(suite, ENTRY(QuarnMPX_dproven_symmetric_), ENTRY(QuarnMPX_dproven_singular_),
                       ENTRY(QuarnMPX_dproven_eigenvalues_), ENTRY(QuarnMPX_dproven_eigen_),
                       ENTRY(QuarnMPX_dproven_zeros_));
