@@ -77,14 +77,14 @@ TEST_CASE("terms of the proof by an inverse") {
 }
 
 TEST_CASE("terms of the proof by factors") {
-  // Its theorem evaluated with 60 digits, for n = 1 and factors of three digits: g = k u / (1 - k u), k u = 72 * 0.005.
+  // Its theorem evaluated with 60 digits, for n = 1 and factors of four digits: g = k u / (1 - k u), k u = 72 * 0.0005.
   std::vector<QuarnFloat> three{number("3")};
-  const FactorProof<QuarnFloat> proof(1, matrix(three, 1), 3, range_of(three));
+  const FactorProof<QuarnFloat> proof(1, matrix(three, 1), 4, range_of(three));
   std::vector<QuarnFloat> y{number("1")};
   const OneBasedVector<QuarnFloat> vector(y.data(), 1);
   const QuarnBound bound = proof.errors(vector, {QuarnBound(), QuarnBound()}, range_of(y))[1];
   const support::Digits scope(kFine);
-  const QuarnFloat units = QuarnFloat("0.36");
+  const QuarnFloat units = QuarnFloat("0.036");
   const QuarnFloat g = units / (1 - units);
   const QuarnFloat of_triangles = 2 * g + g * g;
   CHECK(proof.norm().value() >= g);
@@ -119,17 +119,19 @@ TEST_CASE("terms of norms and defects") {
 }
 
 TEST_CASE("terms of Miyajima's bounds") {
-  QuarnFloat radius[2];
-  Integer count[2];
+  QuarnFloat radius[3];
+  Integer count[3];
   Integer info = -99;
   {
-    // Of the rounding of A X - X D: the two residuals 0.001 differ by 4e-22.
+    // Of the rounding of A X - X D, whose last column is (0, 0.0010000000000000000004, 0.001): X^-1 of that begins with
+    // 4e-22, and with 0 once it is rounded.
     const support::Digits scope(20);
-    std::vector<QuarnFloat> a{number("1.0010000000000000000004"), 0, 0, number("1.001")};
-    Complex w[] = {Complex(a[0]), 1};
-    Complex x[] = {1, 0, 1, 1};
-    QuarnMPX_dproven_eigenvalues_(2, a.data(), 2, nullptr, 0, w, x, 2, radius, count, &info);
+    QuarnFloat a[] = {100, 0, 0, -98, 2, 0, 98, number("0.0010000000000000000004"), number("2.001")};
+    Complex w[] = {100, 2, 2};
+    Complex x[] = {1, 0, 0, 1, 1, 0, 0, 1, 1};
+    QuarnMPX_dproven_eigenvalues_(3, a, 3, nullptr, 0, w, x, 3, radius, count, &info);
     CHECK(radius[0] >= number("4e-22"));
+    CHECK(radius[0] <= number("4e-20"));
   }
   {
     // Of that of X D, twelve digits here.
