@@ -87,14 +87,18 @@ class Proven(unittest.TestCase):
             for element, value in zip(row, exact):
                 self.assertLessEqual(abs(Fraction(element.text(35)) - value), Fraction(51, 100) * 10 ** (len(str(abs(value))) - 35))
         with self.assertRaisesRegex(tesk2mp.NumericalFailure, "0 of 10 digits are proven with 200 working digits"):
-            proven.to_digits(10, lambda: proven.solve([[1, 2], [2, 4]], [1, 1]), most=200)
+            third = Fraction(1, 3)
+            proven.to_digits(10, lambda: proven.solve([[third, third], [third, third]], [1, 1]), most=200)
+        with self.assertRaisesRegex(tesk2mp.NumericalFailure, "the matrix is singular"):
+            proven.to_digits(10, lambda: proven.solve([[1, 2], [2, 4]], [1, 1]))
+        self.assertEqual(proven.to_digits(10, lambda: proven.determinant([[1, 2], [2, 4]])), (0, 0))
         with self.assertRaises(tesk2mp.InvalidArgument):
             proven.to_digits(0, lambda: [])
         self.assertEqual(tesk2mp.get_digits(), 20)
 
     def test_roots(self):
         roots = proven.to_digits(30, lambda: proven.eigenvalues([[3, 1, 0], [0, 3, 1], [0, 0, 3]]))
-        self.assertEqual([(root.multiplicity, root.text(30)[:30]) for root in roots], [(3, "3." + "0" * 28)] * 3)
+        self.assertEqual([(root.multiplicity, root.text(30)[:9]) for root in roots], [(3, "3 0 (abs ")] * 3)
         complex_roots = proven.zeros([tesk2mp.Complex(1), 0, 0, tesk2mp.Complex(0, 8)])
         self.assertEqual({root.multiplicity for root in complex_roots}, {1})
         self.assertTrue(any(root.value.imag == 2 or abs(root.value.imag - 2) <= root.error for root in complex_roots))
