@@ -1,7 +1,7 @@
-// large_run [--count N] [--order MOST] [--seed S] [--digits MOST]: random problems of every kind with condition numbers
-// to 10^(2 D), defective and clustered eigenvalues among them; every bound beside a reference with three times the
-// working digits of the proof and a hundred, or a closed form. Prints the number of problems, of proofs that were found
-// and of violations, and the median of how far bounds overestimate, and fails where a bound is wrong.
+// large_run [--count N] [--least ORDER] [--order MOST] [--seed S] [--digits MOST]: random problems of every kind with
+// condition numbers to 10^(2 D), defective and clustered eigenvalues among them; every bound beside a reference with
+// three times the working digits of the proof and a hundred, or a closed form. Prints the number of problems, of proofs
+// that were found and of violations, and the median of how far bounds overestimate, and fails where a bound is wrong.
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -33,12 +33,13 @@ struct Tally {
 
 class Run {
  public:
-  Run(std::uint64_t seed, std::size_t order, int digits) : random_(seed), order_(order), most_digits_(digits) {}
+  Run(std::uint64_t seed, std::size_t least, std::size_t order, int digits)
+      : random_(seed), least_(least), order_(order), most_digits_(digits) {}
 
   void problem() {
     digits_ =
         int(std::exp(std::log(2.0) + std::log(double(most_digits_) / 2) * double(random_.between(0, 1000)) / 1000));
-    n_ = std::size_t(random_.between(1, std::int64_t(order_)));
+    n_ = std::size_t(random_.between(std::int64_t(least_), std::int64_t(order_)));
     wide_ = 3 * (digits_ + 10) + 100;
     if (random_.once_in(2)) {
       any_kind<Real>();
@@ -290,6 +291,7 @@ class Run {
   }
 
   support::Random random_;
+  std::size_t least_;
   std::size_t order_;
   int most_digits_;
   int digits_ = 0;
@@ -301,15 +303,17 @@ class Run {
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::map<std::string, std::uint64_t> options{{"--count", 1000}, {"--order", 8}, {"--seed", 1}, {"--digits", 200}};
+  std::map<std::string, std::uint64_t> options{
+      {"--count", 1000}, {"--least", 1}, {"--order", 8}, {"--seed", 1}, {"--digits", 200}};
   for (int i = 1; i + 1 < argc; i += 2) {
     if (options.find(argv[i]) == options.end()) {
-      std::cerr << "large_run [--count N] [--order MOST] [--seed S] [--digits MOST]\n";
+      std::cerr << "large_run [--count N] [--least ORDER] [--order MOST] [--seed S] [--digits MOST]\n";
       return 2;
     }
     options[argv[i]] = std::strtoull(argv[i + 1], nullptr, 10);
   }
-  Run run(options["--seed"], std::size_t(options["--order"]), int(options["--digits"]));
+  Run run(options["--seed"], std::size_t(options["--least"]), std::size_t(options["--order"]),
+          int(options["--digits"]));
   for (std::uint64_t i = 0; i < options["--count"]; ++i) {
     run.problem();
   }
