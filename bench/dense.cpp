@@ -5,7 +5,7 @@
 #include <complex>
 
 #include "bench/peers.h"
-#include "tesk2mp/tesk2mp.h"
+#include "tesk2mp/tesk2mp.hpp"
 
 namespace bench {
 namespace {
@@ -318,6 +318,52 @@ std::size_t singular_eigen(benchmark::State& state, int digits) {
   return 1;
 }
 
+template <int n>
+std::size_t qr_ours(benchmark::State& state, int digits) {
+  const auto given = square<QuarnFloat>(digits, n, 12);
+  std::vector<QuarnFloat> tau(n);
+  std::vector<QuarnFloat> work(n);
+  for (auto _ : state) {
+    auto a = given;
+    Integer info = 0;
+    QuarnMPX_dgeqrf_(n, n, a.data(), n, tau.data(), work.data(), n, &info);
+    benchmark::DoNotOptimize(info);
+  }
+  return 1;
+}
+
+template <int n>
+std::size_t qr_eigen(benchmark::State& state, int digits) {
+  const EigenMatrix a = eigen_matrix(digits, n, 12);
+  for (auto _ : state) {
+    const Eigen::HouseholderQR<EigenMatrix> solver(a);
+    benchmark::DoNotOptimize(solver.matrixQR().data());
+  }
+  return 1;
+}
+
+/// Left and right eigenvectors; the peer has right ones alone.
+template <int n>
+std::size_t general_ours(benchmark::State& state, int digits) {
+  const auto given = square<QuarnFloat>(digits, n, 13);
+  const tesk2mp::MatrixView<const QuarnFloat> a(given.data(), n, n, n);
+  for (auto _ : state) {
+    const tesk2mp::EigenSystem system = tesk2mp::eigen(a);
+    benchmark::DoNotOptimize(system.values.data());
+  }
+  return 1;
+}
+
+template <int n>
+std::size_t general_eigen(benchmark::State& state, int digits) {
+  const EigenMatrix a = eigen_matrix(digits, n, 13);
+  for (auto _ : state) {
+    const Eigen::EigenSolver<EigenMatrix> solver(a, true);
+    benchmark::DoNotOptimize(solver.eigenvalues().data());
+  }
+  return 1;
+}
+
 /// Positive definite, of the lower triangle.
 template <class T>
 std::vector<T> dominant(int digits, int n, unsigned seed) {
@@ -476,6 +522,10 @@ void register_spectra() {
   register_work("symmetric eigen" + order, "eigen", kDigits, symmetric_eigen<n>);
   register_work("singular values" + order, "quarn", kDigits, singular_ours<n>);
   register_work("singular values" + order, "eigen", kDigits, singular_eigen<n>);
+  register_work("QR" + order, "quarn", kDigits, qr_ours<n>);
+  register_work("QR" + order, "eigen", kDigits, qr_eigen<n>);
+  register_work("general eigen" + order, "quarn", kDigits, general_ours<n>);
+  register_work("general eigen" + order, "eigen", kDigits, general_eigen<n>);
   register_work("complex eigen" + order, "quarn", kDigits, complex_ours<n>);
   register_work("complex eigen" + order, "eigen", kDigits, complex_eigen<n>);
   register_work("definite pencil" + order, "quarn", kDigits, definite_ours<n>);

@@ -106,6 +106,15 @@ void dsteqr() {
   //! [dsteqr]
 }
 
+void dstedc() {
+  //! [dstedc]
+  QuarnFloat d[] = {0, 8}, e[] = {3}, z[4];
+  Integer info;
+  QuarnMPX_dstedc_("I", 2, d, e, z, 2, nullptr, 1, nullptr, 1, &info, 1);
+  std::cout << d[0] << " " << d[1] << "\n";
+  //! [dstedc]
+}
+
 }  // namespace
 
 int main() {
@@ -119,5 +128,6 @@ int main() {
                        {"ztrevc", ztrevc},
                        {"dsytrd", dsytrd},
                        {"dorgtr", dorgtr},
-                       {"dsteqr", dsteqr}});
+                       {"dsteqr", dsteqr},
+                       {"dstedc", dstedc}});
 }

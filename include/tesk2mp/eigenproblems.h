@@ -299,6 +299,49 @@ TESK2MP_API void QuarnMPX_zsteqr_(const char* compz, Integer n, QuarnFloat* d, Q
                                   QuarnFloat* work, Integer* info, int compz_length);
 /// @}
 
+/// @defgroup dstedc eigenvalues and eigenvectors of a symmetric tridiagonal matrix by divide and conquer
+///
+/// DSTEDC: what DSTEQR finds, with eigenvectors faster; ZSTEDC with a complex Z.
+///
+/// @param[in] compz N: eigenvalues alone; I: Z becomes the eigenvectors; V: Z becomes Z times the eigenvectors
+/// @param[in] n order, >= 0
+/// @param[in,out] d n elements of the diagonal; out the eigenvalues, ascending
+/// @param[in,out] e n - 1 elements beside it; destroyed
+/// @param[in,out] z n columns of n elements, ldz apart; not used with N
+/// @param[in] ldz step from column to column of Z, >= 1, and >= n when it is used
+/// @param[out] work not used
+/// @param[in] lwork not used
+/// @param[out] rwork not used
+/// @param[in] lrwork not used
+/// @param[out] iwork not used
+/// @param[in] liwork not used
+/// @param[out] info 0, -k when argument k is illegal, otherwise how many elements of e did not become negligible, and n
+///     when an element is not finite
+///
+/// @par Failures
+/// Illegal: compz (-1), n < 0 (-2), ldz (-6). Storage for 5 n^2 elements is taken for the time of the call.
+///
+/// @par Method
+/// Halves down to 24 rows, which DSTEQR's algorithm solves, and rank-one changes that join them: zeros of a secular
+/// equation, eigenvectors of the matrix that has these zeros exactly, products that round each element once. What a
+/// change leaves as it is, and equal eigenvalues, are left out.
+///
+/// @par Source
+/// J. J. M. Cuppen, A divide and conquer method for the symmetric tridiagonal eigenproblem, Numer. Math. 36 (1981); M.
+/// Gu, S. C. Eisenstat, A divide-and-conquer algorithm for the symmetric tridiagonal eigenproblem, SIAM J. Matrix Anal.
+/// Appl. 16 (1995); E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DSTEDC and ZSTEDC.
+///
+/// @par Cost
+/// About 20 n^2 divisions for each halving and 4/3 n^3 multiply-adds at most.
+/// @{
+TESK2MP_API void QuarnMPX_dstedc_(const char* compz, Integer n, QuarnFloat* d, QuarnFloat* e, QuarnFloat* z,
+                                  Integer ldz, QuarnFloat* work, Integer lwork, Integer* iwork, Integer liwork,
+                                  Integer* info, int compz_length);
+TESK2MP_API void QuarnMPX_zstedc_(const char* compz, Integer n, QuarnFloat* d, QuarnFloat* e, Complex* z, Integer ldz,
+                                  Complex* work, Integer lwork, QuarnFloat* rwork, Integer lrwork, Integer* iwork,
+                                  Integer liwork, Integer* info, int compz_length);
+/// @}
+
 /// @defgroup zgeev eigenvalues and eigenvectors of a general complex matrix
 ///
 /// ZGEEV: A x = w x and y^H A = w y^H for each eigenvalue w of A. Numbers of any size are good. Eigenvectors have

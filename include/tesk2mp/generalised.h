@@ -148,5 +148,108 @@ TESK2MP_API void QuarnMPX_dsygst_(Integer itype, const char* uplo, Integer n, Qu
 TESK2MP_API void QuarnMPX_zhegst_(Integer itype, const char* uplo, Integer n, Complex* a, Integer lda, Complex* b,
                                   Integer ldb, Integer* info, int uplo_length);
 /// @}
+
+/// @defgroup dgghrd Hessenberg-triangular form of a pencil
+///
+/// DGGHRD: A = Q H Z^T and B = Q T Z^T with H upper Hessenberg, for a B that is upper triangular; ZGGHRD of complex
+/// matrices, with Z^H.
+///
+/// @param[in] compq N: Q is not wanted; I: Q becomes the factor; V: Q becomes Q times the factor
+/// @param[in] compz N, I or V, in the same way for Z
+/// @param[in] n order, >= 0
+/// @param[in] ilo columns before ilo of A are upper triangular, 1 otherwise
+/// @param[in] ihi rows behind ihi of A are upper triangular, n otherwise
+/// @param[in,out] a A, n columns of n elements, lda apart; out H
+/// @param[in] lda step from column to column of A, >= max(1, n)
+/// @param[in,out] b B, in the same way; what is below its diagonal is not read; out T
+/// @param[in] ldb step from column to column of B, >= max(1, n)
+/// @param[in,out] q n columns of n elements, ldq apart; not used with compq N
+/// @param[in] ldq step from column to column, >= 1, and >= n when it is used
+/// @param[in,out] z n columns of n elements, ldz apart; not used with compz N
+/// @param[in] ldz step from column to column, >= 1, and >= n when it is used
+/// @param[out] info 0, or -k when argument k is illegal
+///
+/// @par Failures
+/// Illegal: compq (-1), compz (-2), n < 0 (-3), ilo (-4), ihi (-5), lda (-7), ldb (-9), ldq (-11), ldz (-13).
+///
+/// @par Accuracy
+/// Those of a pencil that differs from the given one in units of the last place: some digits more than the working ones
+/// are used.
+///
+/// @par Source
+/// C. B. Moler, G. W. Stewart, An algorithm for generalized matrix eigenvalue problems, SIAM J. Numer. Anal. 10 (1973);
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DGGHRD and ZGGHRD.
+///
+/// @par Cost
+/// About 8 n^3 multiply-adds, 3 n^3 more for each of Q and Z.
+/// @{
+TESK2MP_API void QuarnMPX_dgghrd_(const char* compq, const char* compz, Integer n, Integer ilo, Integer ihi,
+                                  QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb, QuarnFloat* q, Integer ldq,
+                                  QuarnFloat* z, Integer ldz, Integer* info, int compq_length, int compz_length);
+TESK2MP_API void QuarnMPX_zgghrd_(const char* compq, const char* compz, Integer n, Integer ilo, Integer ihi, Complex* a,
+                                  Integer lda, Complex* b, Integer ldb, Complex* q, Integer ldq, Complex* z,
+                                  Integer ldz, Integer* info, int compq_length, int compz_length);
+/// @}
+
+/// @defgroup dhgeqz generalised Schur form of a Hessenberg-triangular pencil
+///
+/// DHGEQZ: H = Q S Z^T and T = Q P Z^T with P upper triangular and S upper triangular but for 2 by 2 blocks on its
+/// diagonal, a pair of eigenvalues each, over which P is diagonal; ZHGEQZ of complex matrices, with S upper triangular.
+/// The eigenvalues are alpha / beta, infinite with beta = 0.
+///
+/// @param[in] job E: eigenvalues alone; S: the generalised Schur form too
+/// @param[in] compq N: Q is not wanted; I: Q becomes the factor; V: Q becomes Q times the factor
+/// @param[in] compz N, I or V, in the same way for Z
+/// @param[in] n order, >= 0
+/// @param[in] ilo columns before ilo of H are upper triangular, 1 otherwise
+/// @param[in] ihi rows behind ihi of H are upper triangular, n otherwise
+/// @param[in,out] h H, n columns of n elements, ldh apart; what is below its first subdiagonal is not read; out S, or
+///     unspecified
+/// @param[in] ldh step from column to column of H, >= max(1, n)
+/// @param[in,out] t T, in the same way; what is below its diagonal is not read; out P, its diagonal >= 0, or
+/// unspecified
+/// @param[in] ldt step from column to column of T, >= max(1, n)
+/// @param[out] alphar n real parts of alpha; a pair is in consecutive places, the one above the real axis first
+/// @param[out] alphai n imaginary parts
+/// @param[out] alpha n elements, of ZHGEQZ
+/// @param[out] beta n elements, real and >= 0
+/// @param[in,out] q n columns of n elements, ldq apart; not used with compq N
+/// @param[in] ldq step from column to column, >= 1, and >= n when it is used
+/// @param[in,out] z n columns of n elements, ldz apart; not used with compz N
+/// @param[in] ldz step from column to column, >= 1, and >= n when it is used
+/// @param[out] work lwork elements; work(1) is the length that is asked for, the others are not touched
+/// @param[in] lwork elements of work, >= max(1, n); -1 asks for the length alone
+/// @param[out] rwork not used
+/// @param[out] info 0, -k when argument k is illegal, i <= n when eigenvalue i was not found (those behind it are
+///     right), and n + 1 when an element is not finite
+///
+/// @par Failures
+/// Illegal: job (-1), compq (-2), compz (-3), n < 0 (-4), ilo (-5), ihi (-6), ldh (-8), ldt (-10), ldq (-15, ZHGEQZ
+/// -14), ldz (-17, -16), lwork (-19, -18).
+///
+/// @par Method
+/// The implicit QZ algorithm with two shifts, of complex matrices with one; a few digits more than the working ones.
+///
+/// @par Accuracy
+/// Those of a pencil that differs from the given one in units of the last place.
+///
+/// @par Source
+/// C. B. Moler, G. W. Stewart, An algorithm for generalized matrix eigenvalue problems, SIAM J. Numer. Anal. 10 (1973);
+/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DHGEQZ and ZHGEQZ.
+///
+/// @par Cost
+/// About 15 n^3 multiply-adds for eigenvalues alone, 50 n^3 with Schur form and factors.
+/// @{
+TESK2MP_API void QuarnMPX_dhgeqz_(const char* job, const char* compq, const char* compz, Integer n, Integer ilo,
+                                  Integer ihi, QuarnFloat* h, Integer ldh, QuarnFloat* t, Integer ldt,
+                                  QuarnFloat* alphar, QuarnFloat* alphai, QuarnFloat* beta, QuarnFloat* q, Integer ldq,
+                                  QuarnFloat* z, Integer ldz, QuarnFloat* work, Integer lwork, Integer* info,
+                                  int job_length, int compq_length, int compz_length);
+TESK2MP_API void QuarnMPX_zhgeqz_(const char* job, const char* compq, const char* compz, Integer n, Integer ilo,
+                                  Integer ihi, Complex* h, Integer ldh, Complex* t, Integer ldt, Complex* alpha,
+                                  Complex* beta, Complex* q, Integer ldq, Complex* z, Integer ldz, Complex* work,
+                                  Integer lwork, QuarnFloat* rwork, Integer* info, int job_length, int compq_length,
+                                  int compz_length);
+/// @}
 }
 TESK2MP_NAMES_END

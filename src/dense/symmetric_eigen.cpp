@@ -7,22 +7,28 @@
 #include "tesk2mp/eigenproblems.h"
 
 namespace tesk {
+namespace {
+
+// Fewer rows are left to the QL algorithm.
+constexpr Integer kFewestToDivide = 40;
+
+}  // namespace
 
 template <class T>
 Integer hermitian_eigen(bool wants_vectors, Triangle triangle, Integer n, OneBasedMatrix<T> a, QuarnFloat* w) {
   OwnMatrix<T> own = hermitian_copy(triangle, n, a);
   const OneBasedMatrix<T> full = own.view();
   const OneBasedMatrix<QuarnFloat> numbers = parts(full);
-  const Integer rows = n * kParts<T>;
+  const Integer height = n * kParts<T>;
   for (Integer j = 1; j <= n; ++j) {
-    for (Integer i = 1; i <= rows; ++i) {
+    for (Integer i = 1; i <= height; ++i) {
       if (!isfinite(numbers(i, j))) {
         return n;
       }
     }
   }
-  const Integer exponent = far_exponent(rows, n, numbers);
-  multiply_by_power(rows, n, numbers, -exponent);
+  const Integer exponent = far_exponent(height, n, numbers);
+  multiply_by_power(height, n, numbers, -exponent);
   std::vector<QuarnFloat> e(static_cast<std::size_t>(n));
   std::vector<T> tau(e.size());
   const OneBasedVector<QuarnFloat> d(w, 1);
@@ -30,7 +36,9 @@ Integer hermitian_eigen(bool wants_vectors, Triangle triangle, Integer n, OneBas
   if (wants_vectors) {
     form_q(n, full, tau.data(), a);
   }
-  const Integer info = tridiagonal_qr<T>(n, d, {e.data(), 1}, wants_vectors ? n : 0, a);
+  const Integer rows = wants_vectors ? n : 0;
+  const Integer info = rows >= kFewestToDivide ? divide_and_conquer<T>(n, d, {e.data(), 1}, rows, a)
+                                               : tridiagonal_qr<T>(n, d, {e.data(), 1}, rows, a);
   multiply_by_power(n, 1, {w, n}, exponent);
   return info;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "src/dense/householder.h"
+#include "src/dense/power_of_ten.h"
 
 namespace tesk {
 
@@ -35,11 +36,37 @@ void tridiagonalise(Integer n, OneBasedMatrix<T> a, OneBasedVector<QuarnFloat> d
 template <class T>
 void form_q(Integer n, OneBasedMatrix<T> reflectors, const T* tau, OneBasedMatrix<T> q);
 
+/// Does the work on the tridiagonal matrix brought near 1 by a power of ten, and takes it back; n when an element is
+/// not finite, otherwise what `solve` returns.
+template <class Solve>
+Integer near_one(Integer n, OneBasedVector<QuarnFloat> d, OneBasedVector<QuarnFloat> e, const Solve& solve) {
+  for (Integer i = 1; i <= n; ++i) {
+    if (!isfinite(d(i)) || (i < n && !isfinite(e(i)))) {
+      return n;
+    }
+  }
+  const OneBasedMatrix<QuarnFloat> diagonal(d.first(), d.stride(), 0);
+  const OneBasedMatrix<QuarnFloat> beside(e.first(), e.stride(), 0);
+  Integer exponent = far_exponent(n, 1, diagonal);
+  exponent = exponent != 0 || n < 2 ? exponent : far_exponent(n - 1, 1, beside);
+  multiply_by_power(n, 1, diagonal, -exponent);
+  multiply_by_power(n - 1, 1, beside, -exponent);
+  const Integer info = solve();
+  multiply_by_power(n, 1, diagonal, exponent);
+  multiply_by_power(n - 1, 1, beside, exponent);
+  return info;
+}
+
 /// Eigenvalues of the tridiagonal matrix into d, ascending, and Z := Z times its eigenvectors for a Z of `rows` rows;
 /// e is destroyed. Returns how many elements of e did not become negligible, n when an element is not finite.
 template <class T>
 Integer tridiagonal_qr(Integer n, OneBasedVector<QuarnFloat> d, OneBasedVector<QuarnFloat> e, Integer rows,
                        OneBasedMatrix<T> z);
+
+/// The same by divide and conquer.
+template <class T>
+Integer divide_and_conquer(Integer n, OneBasedVector<QuarnFloat> d, OneBasedVector<QuarnFloat> e, Integer rows,
+                           OneBasedMatrix<T> z);
 
 /// Eigenvalues w, ascending, of the Hermitian matrix of which that triangle is read, and if wanted its eigenvectors
 /// into A, at the digits of the moment. Returns INFO as xSYEV does.

@@ -136,8 +136,10 @@ void sort_eigenvalues(Integer n, OneBasedVector<QuarnFloat> d, Integer rows, One
   }
 }
 
+/// `divides`: by divide and conquer where there are eigenvectors.
 template <class T>
-Integer checked_tridiagonal_qr(const char* compz, Integer n, QuarnFloat* d, QuarnFloat* e, T* z, Integer ldz) {
+Integer checked_tridiagonal(bool divides, const char* compz, Integer n, QuarnFloat* d, QuarnFloat* e, T* z,
+                            Integer ldz) {
   const char job = letter(compz);
   const bool wanted = job != 'N';
   const Integer wrong = first_wrong(
@@ -156,7 +158,8 @@ Integer checked_tridiagonal_qr(const char* compz, Integer n, QuarnFloat* d, Quar
   Integer info = 0;
   {
     const WorkingDigits more(guarded_digits(n));
-    info = tridiagonal_qr<T>(n, {d, 1}, {e, 1}, rows, vectors);
+    info = divides && wanted ? divide_and_conquer<T>(n, {d, 1}, {e, 1}, rows, vectors)
+                             : tridiagonal_qr<T>(n, {d, 1}, {e, 1}, rows, vectors);
   }
   round_elements<QuarnFloat>(n, 1, {d, std::max<Integer>(1, n)});
   round_elements(rows, rows, vectors);
@@ -170,29 +173,17 @@ Integer tridiagonal_qr(Integer n, OneBasedVector<QuarnFloat> d, OneBasedVector<Q
                        OneBasedMatrix<T> z) {
   T none;
   z = with_storage(rows, z, none);
-  for (Integer i = 1; i <= n; ++i) {
-    if (!isfinite(d(i)) || (i < n && !isfinite(e(i)))) {
-      return n;
+  return near_one(n, d, e, [&] {
+    if (n < 2 || TridiagonalQr<T>(n, rows).solve({n, d, e, z})) {
+      sort_eigenvalues(n, d, rows, z);
+      return Integer(0);
     }
-  }
-  const OneBasedMatrix<QuarnFloat> diagonal(d.first(), d.stride(), 0);
-  const OneBasedMatrix<QuarnFloat> beside(e.first(), e.stride(), 0);
-  Integer exponent = far_exponent(n, 1, diagonal);
-  exponent = exponent != 0 || n < 2 ? exponent : far_exponent(n - 1, 1, beside);
-  multiply_by_power(n, 1, diagonal, -exponent);
-  multiply_by_power(n - 1, 1, beside, -exponent);
-  const bool solved = n < 2 || TridiagonalQr<T>(n, rows).solve({n, d, e, z});
-  multiply_by_power(n, 1, diagonal, exponent);
-  multiply_by_power(n - 1, 1, beside, exponent);
-  if (solved) {
-    sort_eigenvalues(n, d, rows, z);
-    return 0;
-  }
-  Integer failed = 0;
-  for (Integer i = 1; i < n; ++i) {
-    failed += e(i) == 0 ? 0 : 1;
-  }
-  return failed;
+    Integer failed = 0;
+    for (Integer i = 1; i < n; ++i) {
+      failed += e(i) == 0 ? 0 : 1;
+    }
+    return failed;
+  });
 }
 
 template Integer tridiagonal_qr(Integer, OneBasedVector<QuarnFloat>, OneBasedVector<QuarnFloat>, Integer,
@@ -206,11 +197,23 @@ extern "C" {
 
 void QuarnMPX_dsteqr_(const char* compz, Integer n, QuarnFloat* d, QuarnFloat* e, QuarnFloat* z, Integer ldz,
                       QuarnFloat* /*work*/, Integer* info, int /*compz_length*/) {
-  *info = tesk::checked_tridiagonal_qr(compz, n, d, e, z, ldz);
+  *info = tesk::checked_tridiagonal(false, compz, n, d, e, z, ldz);
 }
 
 void QuarnMPX_zsteqr_(const char* compz, Integer n, QuarnFloat* d, QuarnFloat* e, Complex* z, Integer ldz,
                       QuarnFloat* /*work*/, Integer* info, int /*compz_length*/) {
-  *info = tesk::checked_tridiagonal_qr(compz, n, d, e, z, ldz);
+  *info = tesk::checked_tridiagonal(false, compz, n, d, e, z, ldz);
+}
+
+void QuarnMPX_dstedc_(const char* compz, Integer n, QuarnFloat* d, QuarnFloat* e, QuarnFloat* z, Integer ldz,
+                      QuarnFloat* /*work*/, Integer /*lwork*/, Integer* /*iwork*/, Integer /*liwork*/, Integer* info,
+                      int /*compz_length*/) {
+  *info = tesk::checked_tridiagonal(true, compz, n, d, e, z, ldz);
+}
+
+void QuarnMPX_zstedc_(const char* compz, Integer n, QuarnFloat* d, QuarnFloat* e, Complex* z, Integer ldz,
+                      Complex* /*work*/, Integer /*lwork*/, QuarnFloat* /*rwork*/, Integer /*lrwork*/,
+                      Integer* /*iwork*/, Integer /*liwork*/, Integer* info, int /*compz_length*/) {
+  *info = tesk::checked_tridiagonal(true, compz, n, d, e, z, ldz);
 }
 }

@@ -264,3 +264,89 @@ TEST_CASE_TEMPLATE("singular pencils, what is no number, and wrong arguments of 
   CHECK(call("N", "N", 2, 2, 2, 1, 1, -1) == 0);
   CHECK(call("N", "N", 2, 2, 2, 1, 1, 16) == 0);
 }
+
+TEST_CASE_TEMPLATE("Hessenberg-triangular and generalised Schur form out of their exports", T, QuarnFloat, Complex) {
+  support::RandomNumbers random;
+  constexpr bool kReal = sizeof(T) == sizeof(QuarnFloat);
+  for (const int digits : {2, 50, 333}) {
+    for (const Integer n : {0, 1, 2, 5, 14}) {
+      CAPTURE(digits);
+      CAPTURE(n);
+      const support::Digits scope(digits);
+      const Matrix<T> a = Matrix<T>(n, n).randomise(random);
+      Matrix<T> b = Matrix<T>(n, n).randomise(random);
+      for (Integer j = 1; j <= n; ++j) {
+        for (Integer i = j + 1; i <= n; ++i) {
+          b(i, j) = T(0.0);
+        }
+      }
+      Matrix<T> h = a;
+      Matrix<T> t = b;
+      Matrix<T> q(n, n);
+      Matrix<T> z(n, n);
+      Integer info = -99;
+      std::vector<QuarnFloat> re(std::size_t(n) + 1);
+      std::vector<QuarnFloat> im(re.size());
+      std::vector<QuarnFloat> real_beta(re.size());
+      std::vector<Complex> alpha(re.size());
+      std::vector<Complex> beta(re.size());
+      std::vector<T> work(re.size());
+      for (const bool schur : {false, true}) {
+        CAPTURE(schur);
+        if constexpr (kReal) {
+          if (schur) {
+            QuarnMPX_dhgeqz_("S", "V", "V", n, 1, n, h.data(), h.lda(), t.data(), t.lda(), re.data(), im.data(),
+                             real_beta.data(), q.data(), q.lda(), z.data(), z.lda(), work.data(), n + 1, &info, 1, 1,
+                             1);
+          } else {
+            QuarnMPX_dgghrd_("I", "I", n, 1, n, h.data(), h.lda(), t.data(), t.lda(), q.data(), q.lda(), z.data(),
+                             z.lda(), &info, 1, 1);
+          }
+        } else if (schur) {
+          QuarnMPX_zhgeqz_("S", "V", "V", n, 1, n, h.data(), h.lda(), t.data(), t.lda(), alpha.data(), beta.data(),
+                           q.data(), q.lda(), z.data(), z.lda(), work.data(), n + 1, nullptr, &info, 1, 1, 1);
+        } else {
+          QuarnMPX_zgghrd_("I", "I", n, 1, n, h.data(), h.lda(), t.data(), t.lda(), q.data(), q.lda(), z.data(),
+                           z.lda(), &info, 1, 1);
+        }
+        REQUIRE(info == 0);
+        CHECK(h.intact());
+        CHECK(t.intact());
+        CHECK(q.intact());
+        CHECK(z.intact());
+        for (Integer j = 1; j <= n; ++j) {
+          for (Integer i = j + 1; i <= n; ++i) {
+            CHECK(tesk::is_zero(t(i, j)));
+            CHECK((tesk::is_zero(h(i, j)) || (i == j + 1 && (kReal || !schur))));
+          }
+        }
+        const support::Digits finer(digits + kSpare);
+        CHECK(ratio(distance(product(a, z), product(q, h)), one_norm(a), n, digits) < kLargestRatio);
+        CHECK(ratio(distance(product(b, z), product(q, t)), one_norm(b), n, digits) < kLargestRatio);
+        CHECK(ratio(distance(product(adjoint(q), q), unit<T>(n)), 1, n, digits) < kLargestRatio);
+        CHECK(ratio(distance(product(adjoint(z), z), unit<T>(n)), 1, n, digits) < kLargestRatio);
+      }
+      for (Integer j = 1; !kReal && j <= n; ++j) {
+        const auto at = std::size_t(j - 1);
+        CHECK(tesk::modulus(alpha[at] - Complex(h(j, j))) <= QuarnFloat(10, -digits) * tesk::modulus(alpha[at]));
+        CHECK(beta[at].re >= 0);
+      }
+    }
+  }
+  Integer info = 0;
+  T x[1] = {T(1.0)};
+  if constexpr (kReal) {
+    QuarnMPX_dgghrd_("I", "Q", 1, 1, 1, x, 1, x, 1, x, 1, x, 1, &info, 1, 1);
+    CHECK(info == -2);
+    QuarnMPX_dhgeqz_("S", "N", "N", 1, 1, 2, x, 1, x, 1, x, x, x, x, 1, x, 1, x, 1, &info, 1, 1, 1);
+    CHECK(info == -6);
+    QuarnMPX_dhgeqz_("S", "I", "I", 1, 1, 1, x, 1, x, 1, x, x, x, x, 1, x, 0, x, 1, &info, 1, 1, 1);
+    CHECK(info == -17);
+    QuarnFloat h[] = {QuarnFloat("nan")};
+    QuarnMPX_dhgeqz_("S", "N", "N", 1, 1, 1, h, 1, x, 1, x, x, x, x, 1, x, 1, x, 1, &info, 1, 1, 1);
+    CHECK(info == 2);
+  } else {
+    QuarnMPX_zhgeqz_("S", "N", "N", 1, 1, 1, x, 1, x, 1, x, x, x, 1, x, 1, x, 0, nullptr, &info, 1, 1, 1);
+    CHECK(info == -18);
+  }
+}

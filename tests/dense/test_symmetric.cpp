@@ -247,3 +247,83 @@ TEST_CASE_TEMPLATE("what is no number in a symmetric matrix, and wrong arguments
   CHECK(solved("I", -1, 2) == -2);
   CHECK(solved("V", 2, 1) == -6);
 }
+
+TEST_CASE("divide and conquer: joined, deflated and far tridiagonal matrices") {
+  support::RandomNumbers random;
+  for (const int digits : {1, 16, 50, 333}) {
+    const support::Digits scope(digits);
+    for (int kind = 0; kind < 6; ++kind) {
+      const Integer n = digits == 50 ? 101 : 51;
+      CAPTURE(digits);
+      CAPTURE(kind);
+      const Matrix<QuarnFloat> numbers = Matrix<QuarnFloat>(n, 2).randomise(random);
+      Matrix<QuarnFloat> t(n, n);
+      for (Integer j = 1; j <= n; ++j) {
+        for (Integer i = 1; i <= n; ++i) {
+          t(i, j) = 0;
+        }
+      }
+      for (Integer i = 1; i <= n; ++i) {
+        const QuarnFloat far(1, 200000000);
+        // Random; the second difference; pairs that agree to many digits; split at the halves, with a negative element
+        // beside; all equal; far numbers.
+        t(i, i) = kind == 0   ? numbers(i, 1)
+                  : kind == 1 ? QuarnFloat(2)
+                  : kind == 2 ? QuarnFloat(i > n / 2 ? i - n / 2 : n / 2 - i)
+                  : kind == 3 ? QuarnFloat(i % 3)
+                  : kind == 4 ? QuarnFloat(7)
+                              : numbers(i, 1) * far;
+        if (i < n) {
+          const QuarnFloat beside = kind == 0   ? numbers(i, 2)
+                                    : kind == 1 ? QuarnFloat(-1)
+                                    : kind == 2 ? QuarnFloat(1)
+                                    : kind == 3 ? QuarnFloat(i == n / 2 ? 0 : -1)
+                                    : kind == 4 ? QuarnFloat(0)
+                                                : numbers(i, 2) * far;
+          t(i + 1, i) = beside;
+          t(i, i + 1) = beside;
+        }
+      }
+      std::vector<QuarnFloat> d(std::size_t(n) + 1);
+      std::vector<QuarnFloat> e(d.size());
+      for (Integer i = 1; i <= n; ++i) {
+        d[std::size_t(i - 1)] = t(i, i);
+        e[std::size_t(i - 1)] = i < n ? t(i + 1, i) : QuarnFloat(0);
+      }
+      std::vector<QuarnFloat> same_d = d;
+      std::vector<QuarnFloat> same_e = e;
+      Matrix<Complex> z = unit<Complex>(n);
+      Integer info = -99;
+      QuarnMPX_zstedc_("V", n, d.data(), e.data(), z.data(), z.lda(), nullptr, 1, nullptr, 1, nullptr, 1, &info, 1);
+      REQUIRE(info == 0);
+      CHECK(z.intact());
+      QuarnMPX_dstedc_("N", n, same_d.data(), same_e.data(), nullptr, 1, nullptr, 1, nullptr, 1, &info, 1);
+      REQUIRE(info == 0);
+      CHECK(std::is_sorted(d.begin(), d.end() - 1));
+      const support::Digits finer(digits + kSpare);
+      const QuarnFloat norm = one_norm(t);
+      Matrix<QuarnFloat> vectors(n, n);
+      Matrix<QuarnFloat> scaled(n, n);
+      for (Integer j = 1; j <= n; ++j) {
+        CHECK(ratio(fabs(d[std::size_t(j - 1)] - same_d[std::size_t(j - 1)]), norm, n, digits) < kLargestRatio);
+        for (Integer i = 1; i <= n; ++i) {
+          CHECK(z(i, j).im == 0);
+          vectors(i, j) = z(i, j).re;
+          scaled(i, j) = z(i, j).re * d[std::size_t(j - 1)];
+        }
+      }
+      CHECK(ratio(distance(product(t, vectors), scaled), norm, n, digits) < kLargestRatio);
+      CHECK(ratio(distance(product(adjoint(vectors), vectors), unit<QuarnFloat>(n)), 1, n, digits) < kLargestRatio);
+    }
+  }
+  QuarnFloat d[] = {1, QuarnFloat("nan"), 2};
+  QuarnFloat e[] = {1, 1};
+  QuarnFloat z[9];
+  Integer info = 0;
+  QuarnMPX_dstedc_("I", 3, d, e, z, 3, nullptr, 1, nullptr, 1, &info, 1);
+  CHECK(info == 3);
+  QuarnMPX_dstedc_("X", 3, d, e, z, 3, nullptr, 1, nullptr, 1, &info, 1);
+  CHECK(info == -1);
+  QuarnMPX_dstedc_("I", 3, d, e, z, 2, nullptr, 1, nullptr, 1, &info, 1);
+  CHECK(info == -6);
+}

@@ -29,6 +29,27 @@ void tridiagonal(Suite& suite, Reduce reduce, Form form, Solve solve) {
   });
 }
 
+void divide_and_conquer(Suite& suite) {
+  const auto real = ENTRY(QuarnMPX_dstedc_);
+  const auto complex = ENTRY(QuarnMPX_zstedc_);
+  suite.cases(3, [&](Case& c) {
+    const Integer n = c.size;
+    const Integer ld = at_least_one(n);
+    const auto d = c.numbers<QuarnFloat>(ld);
+    const auto e = c.numbers<QuarnFloat>(ld);
+    const auto z = c.numbers<QuarnFloat>(std::int64_t(ld) * ld);
+    const auto z2 = c.numbers<Complex>(std::int64_t(ld) * ld);
+    const Scratch<QuarnFloat> work(1);
+    const Scratch<Complex> work2(1);
+    const Scratch<Integer> unused(1);
+    for (const char* compz : {"N", "I", "V"}) {
+      suite.run(real, compz, n, d, e, z, ld, work, Integer(1), unused, Integer(1), Integer(-99), 1);
+      suite.run(complex, compz, n, d, e, z2, ld, work2, Integer(1), work, Integer(1), unused, Integer(1), Integer(-99),
+                1);
+    }
+  });
+}
+
 void symmetric(Suite& suite) {
   const auto real = ENTRY(QuarnMPX_dsyev_);
   const auto hermitian = ENTRY(QuarnMPX_zheev_);
@@ -112,6 +133,10 @@ void generalised_symmetric(Suite& suite, Reduce reduce) {
 void pencils(Suite& suite) {
   const auto real = ENTRY(QuarnMPX_dggev_);
   const auto complex = ENTRY(QuarnMPX_zggev_);
+  const auto reduce = ENTRY(QuarnMPX_dgghrd_);
+  const auto reduce2 = ENTRY(QuarnMPX_zgghrd_);
+  const auto schur = ENTRY(QuarnMPX_dhgeqz_);
+  const auto schur2 = ENTRY(QuarnMPX_zhgeqz_);
   suite.cases(3, [&](Case& c) {
     const Integer n = c.size;
     const Integer ld = at_least_one(n);
@@ -128,6 +153,14 @@ void pencils(Suite& suite) {
     for (const char* job : {"N", "V"}) {
       suite.run(real, job, "V", n, a, ld, b, ld, w, w, w, a, ld, a, ld, work, lwork, Integer(-99), 1, 1);
       suite.run(complex, job, "V", n, a2, ld, b2, ld, w2, w2, a2, ld, a2, ld, work2, lwork, work, Integer(-99), 1, 1);
+    }
+    for (const char* comp : {"N", "I", "V"}) {
+      suite.run(reduce, comp, "I", n, Integer(1), n, a, ld, b, ld, a, ld, a, ld, Integer(-99), 1, 1);
+      suite.run(reduce2, comp, "I", n, Integer(1), n, a2, ld, b2, ld, a2, ld, a2, ld, Integer(-99), 1, 1);
+      suite.run(schur, "S", comp, "V", n, Integer(1), n, a, ld, b, ld, w, w, w, a, ld, a, ld, work, lwork, Integer(-99),
+                1, 1, 1);
+      suite.run(schur2, "E", comp, "N", n, Integer(1), n, a2, ld, b2, ld, w2, w2, a2, ld, a2, ld, work2, lwork, work,
+                Integer(-99), 1, 1, 1);
     }
   });
 }
@@ -331,6 +364,7 @@ void spectra(Suite& suite) {
   gallery<Complex>(suite, ENTRY(QuarnMPX_zgallery_), ENTRY(QuarnMPX_zlarnv_));
   tridiagonal<QuarnFloat>(suite, ENTRY(QuarnMPX_dsytrd_), ENTRY(QuarnMPX_dorgtr_), ENTRY(QuarnMPX_dsteqr_));
   tridiagonal<Complex>(suite, ENTRY(QuarnMPX_zhetrd_), ENTRY(QuarnMPX_zungtr_), ENTRY(QuarnMPX_zsteqr_));
+  divide_and_conquer(suite);
   symmetric(suite);
   chosen(suite);
   generalised_symmetric<QuarnFloat>(suite, ENTRY(QuarnMPX_dsygst_));
