@@ -77,6 +77,23 @@ class Balls {
 
 long proven_digits(const acb_t z) { return std::max(0L, long(double(acb_rel_accuracy_bits(z)) * 0.30103)); }
 
+bool all_meet = true;
+
+/// Do a ball and a proven interval have a common point, as two enclosures of one number do?
+void check_meeting(const arb_t ball, const Real& value, const QuarnBound& error) {
+  if (!error.is_finite()) {
+    return;
+  }
+  arb_t interval;
+  arb_init(interval);
+  arb_set_str(interval, (value.to_string() + " +/- " + error.value().to_string()).c_str(), 4 * kBits);
+  if (arb_overlaps(ball, interval) == 0) {
+    all_meet = false;
+    std::fputs("a proven interval and a ball have no common point\n", stderr);
+  }
+  arb_clear(interval);
+}
+
 struct Way {
   std::string name;
   std::function<void()> run;
@@ -176,6 +193,9 @@ void systems(const std::string& name, const Matrix<Real>& a, int rounds) {
            [&] { return long(proven::fewest_true_digits(bounded)); },
            {}}},
          rounds);
+  for (std::size_t i = 0; solved && i < n; ++i) {
+    check_meeting(arb_mat_entry(solution, slong(i), 0), bounded.values()(i, 0), QuarnBound(bounded.errors()(i, 0)));
+  }
   arb_mat_clear(balls);
   arb_mat_clear(right);
   arb_mat_clear(solution);
@@ -230,6 +250,22 @@ void spectra(const std::string& name, const Matrix<Real>& a, int rounds) {
            [&] { return long(proven::fewest_true_digits(roots)); },
            {}}},
          rounds);
+  // Each ball beside the disc that is nearest to it.
+  for (std::size_t i = 0; isolated && i < n; ++i) {
+    const acb_struct* ball = enclosures + i;
+    const auto middle = [](const arb_t x) {
+      char* text = arb_get_str(x, 60, ARB_STR_NO_RADIUS);
+      const Real result(text[0] == '[' ? "0" : text);
+      flint_free(text);
+      return result;
+    };
+    const Complex centre(middle(acb_realref(ball)), middle(acb_imagref(ball)));
+    const auto nearest = std::min_element(roots.begin(), roots.end(), [&](const auto& one, const auto& other) {
+      return size(one.value - centre) < size(other.value - centre);
+    });
+    check_meeting(acb_realref(ball), nearest->value.re, nearest->error);
+    check_meeting(acb_imagref(ball), nearest->value.im, nearest->is_real ? QuarnBound() : nearest->error);
+  }
   _acb_vec_clear(enclosures, slong(n));
 }
 
@@ -315,5 +351,5 @@ int main(int argc, char** argv) {
     classic(name, tesk2mp::gallery::matrix(name, order));
   }
   classic("companion of (z - 1)^4", tesk2mp::gallery::companion(std::vector<Real>{1, -4, 6, -4, 1}));
-  return 0;
+  return all_meet ? 0 : 1;
 }
