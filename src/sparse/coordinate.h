@@ -5,6 +5,11 @@
 
 namespace tesk {
 
+inline QuarnFloat& real_part(QuarnFloat& x) noexcept { return x; }
+inline const QuarnFloat& real_part(const QuarnFloat& x) noexcept { return x; }
+inline QuarnFloat& real_part(Complex& x) noexcept { return x.re; }
+inline const QuarnFloat& real_part(const Complex& x) noexcept { return x.re; }
+
 /// What of a matrix is stored: every entry, or the lower triangle of a symmetric or Hermitian one.
 enum class Storage { general, lower_triangle };
 

@@ -9,8 +9,6 @@
 namespace tesk {
 namespace {
 
-constexpr int kLeastDigits = 10;  // for the counters in the state
-
 /// What the drivers take.
 template <class Value>
 struct DriverArguments {

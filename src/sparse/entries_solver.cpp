@@ -21,9 +21,6 @@ Integer norm_code(const Option& norm) {
   return norm.letter() == '1' ? 0 : norm.letter() == 'I' ? 1 : norm.letter() == '2' ? 2 : -1;
 }
 
-/// The working digits that every Integer of the state needs.
-constexpr int kLeastDigits = 10;
-
 enum BdfParameter : Integer {
   kMethod = 1,
   kPrecon,

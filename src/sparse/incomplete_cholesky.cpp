@@ -7,9 +7,6 @@
 namespace tesk {
 namespace {
 
-const QuarnFloat& real_part(const QuarnFloat& x) { return x; }
-const QuarnFloat& real_part(const Complex& x) { return x.re; }
-
 template <class Value>
 class IncompleteCholesky {
  public:

@@ -10,6 +10,7 @@
 
 #include "quarn/quarnfloat.h"
 #include "src/kernels/views.h"
+#include "src/sparse/coordinate.h"
 
 namespace tesk {
 
@@ -17,6 +18,9 @@ struct SolverMethod;
 
 /// Elements of WORK before the first vector: the least LWORK there is.
 inline constexpr Integer kHeaderLength = 100;
+
+/// The working digits that every Integer of the state needs.
+inline constexpr int kLeastDigits = 10;
 
 enum class Phase : Integer { set_up, running, completed };
 
@@ -72,11 +76,6 @@ enum class Place : Integer {
   unit,               // the power of ten that the vectors of the method are to be multiplied by
   method              // first of those that belong to the method
 };
-
-inline QuarnFloat& real_part(QuarnFloat& x) noexcept { return x; }
-inline const QuarnFloat& real_part(const QuarnFloat& x) noexcept { return x; }
-inline QuarnFloat& real_part(Complex& x) noexcept { return x.re; }
-inline const QuarnFloat& real_part(const Complex& x) noexcept { return x.re; }
 
 /// The work array through its layout. What is real stands in the real parts of a complex one.
 template <class T>
