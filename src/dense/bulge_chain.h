@@ -189,14 +189,13 @@ class BulgeChain {
       reflector.apply_right(h_.row(i).from(k + 1));
     }
     const Integer column = k + 2 - begin;
-    Filled rows = filled_[std::size_t(column - 1)];
+    Filled* columns = filled_.data() + (column - 1);
+    Filled rows = columns[0];
     for (Integer i = 1; i < nr; ++i) {
-      const Filled& other = filled_[std::size_t(column - 1 + i)];
+      const Filled& other = columns[i];
       rows = {std::min(rows.first, other.first), std::max(rows.last, other.last)};
     }
-    for (Integer i = 0; i < nr; ++i) {
-      filled_[std::size_t(column - 1 + i)] = rows;
-    }
+    std::fill(columns, columns + nr, rows);
     for (Integer i = rows.first; i <= rows.last; ++i) {
       reflector.apply_right(u.row(i).from(column));
     }

@@ -389,7 +389,7 @@ Integer last_bad_row(Integer ilo, Integer ihi, OneBasedMatrix<QuarnFloat> h) {
 /// Reads the eigenvalues of rows ilo ... ihi of a Schur form.
 void read_eigenvalues(Integer ilo, Integer ihi, OneBasedMatrix<QuarnFloat> h, QuarnFloat* wr, QuarnFloat* wi) {
   for (BlockEigenvalue& value : block_eigenvalues(ihi - ilo + 1, h.from(ilo, ilo))) {
-    const auto at = std::size_t(ilo + value.row - 2);
+    const Integer at = ilo + value.row - 2;
     if (value.pair) {
       wr[at + 1] = value.re;
       wi[at + 1] = -value.im;

@@ -85,7 +85,7 @@ TEST_CASE("zeros of Wilkinson's polynomials, multiple and far ones") {
 TEST_CASE("zeros of Chebyshev polynomials, and of a truncated exponential") {
   const int digits = 50;
   const support::Digits scope(digits);
-  constexpr Integer n = 40;
+  constexpr Integer n = 100;
   Reals before{1};
   Reals now{1, 0};
   {
@@ -133,6 +133,38 @@ TEST_CASE("zeros of Chebyshev polynomials, and of a truncated exponential") {
     CHECK(tesk::modulus(p) <= 2 * found.errors[i] * tesk::modulus(derivative));
     CHECK(found.errors[i] <= tesk::modulus(z) * QuarnFloat(1, 1 - digits));
     CHECK(found.zeros[i % 2 == 0 ? i + 1 : i - 1].re == z.re);
+  }
+}
+
+TEST_CASE("zeros of a polynomial of the Mandelbrot set") {
+  // p := z p^2 + 1, five times more from z + 1: degree 63.
+  const int digits = 50;
+  const support::Digits scope(digits);
+  Reals p{1, 1};
+  for (int k = 0; k < 5; ++k) {
+    Reals square(2 * p.size(), QuarnFloat(0));
+    for (std::size_t i = 0; i < p.size(); ++i) {
+      for (std::size_t j = 0; j < p.size(); ++j) {
+        square[i + j] += p[i] * p[j];
+      }
+    }
+    square.back() = 1;
+    p = std::move(square);
+  }
+  REQUIRE(p.size() == 64);
+  const Zeros found(p);
+  REQUIRE(found.info == 0);
+  const support::Digits finer(120);
+  for (std::size_t i = 0; i < found.zeros.size(); ++i) {
+    const Complex& z = found.zeros[i];
+    Complex value(1);
+    Complex derivative;
+    for (int k = 0; k < 6; ++k) {
+      derivative = value * value + Complex(2) * z * value * derivative;
+      value = z * value * value + Complex(1);
+    }
+    CHECK(tesk::modulus(value) <= 2 * found.errors[i] * tesk::modulus(derivative));
+    CHECK(found.errors[i] <= QuarnFloat(1, -30));
   }
 }
 
