@@ -49,6 +49,18 @@ struct QuarnAccess {
                                std::uint64_t(tag) << (kExponentLow ? kHalf : 0);
     std::memcpy(static_cast<void*>(&x), &both, sizeof both);
   }
+  /// In one store too.
+  static void set_block(QuarnFloat& x, Limb* limbs, std::uint32_t capacity) noexcept {
+#if QUARN_LIMB_BITS == 64
+    if constexpr (std::endian::native == std::endian::little && sizeof limbs == 8) {
+      using Both = std::uint64_t __attribute__((vector_size(16)));
+      const Both both = {std::uint64_t(reinterpret_cast<std::uintptr_t>(limbs)), capacity};
+      std::memcpy(static_cast<void*>(&x.heap_), &both, sizeof x.heap_);
+      return;
+    }
+#endif
+    x.heap_ = {limbs, capacity};
+  }
   static const Limb* limbs(const QuarnFloat& x) noexcept { return x.on_heap() ? x.heap_.limbs : x.inside_; }
 
   static quarn::Kind kind(const QuarnFloat& x) noexcept {
@@ -69,6 +81,8 @@ struct QuarnAccess {
 
   /// Makes x, which holds no heap block, a finite number of `length` limbs and returns them, to be filled in.
   static Limb* prepare(QuarnFloat& x, bool negative, std::int32_t exponent, std::size_t length);
+  /// The same for any x, in the storage that it has; null, with x untouched, where that is too small.
+  static Limb* prepare_again(QuarnFloat& x, bool negative, std::size_t length);
   /// Keeps the first limbs of a number just prepared.
   static void shorten(QuarnFloat& x, std::int32_t exponent, std::size_t length) noexcept;
 };

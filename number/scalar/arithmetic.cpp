@@ -62,15 +62,19 @@ using namespace quarn;
 
 namespace {
 
-constexpr auto sum_of = [](const QuarnFloat& a, const QuarnFloat& b) { return general_sum(a, b, false); };
-constexpr auto difference_of = [](const QuarnFloat& a, const QuarnFloat& b) { return general_sum(a, b, true); };
+template <bool kFlip>
+[[gnu::noinline]] void long_sum(QuarnFloat& result, const QuarnFloat& a, const QuarnFloat& b) {
+  if (!sum_of_full(result, a, b, kFlip)) {
+    result = general_sum(a, b, kFlip);
+  }
+}
 
 }  // namespace
 
 QuarnFloat operator+(const QuarnFloat& a, const QuarnFloat& b) {
   QuarnFloat result;
   if (!by_length<Sum, false>(result, a, b)) [[unlikely]] {
-    assign(result, sum_of, a, b);
+    long_sum<false>(result, a, b);
   }
   return result;
 }
@@ -78,7 +82,7 @@ QuarnFloat operator+(const QuarnFloat& a, const QuarnFloat& b) {
 QuarnFloat operator-(const QuarnFloat& a, const QuarnFloat& b) {
   QuarnFloat result;
   if (!by_length<Sum, false>(result, a, b, QuarnAccess::kSign)) [[unlikely]] {
-    assign(result, difference_of, a, b);
+    long_sum<true>(result, a, b);
   }
   return result;
 }
@@ -93,14 +97,14 @@ QuarnFloat operator/(const QuarnFloat& a, const QuarnFloat& b) {
 
 QuarnFloat& QuarnFloat::operator+=(const QuarnFloat& b) {
   if (!by_length<Sum, false>(*this, *this, b)) [[unlikely]] {
-    assign(*this, sum_of, *this, b);
+    long_sum<false>(*this, *this, b);
   }
   return *this;
 }
 
 QuarnFloat& QuarnFloat::operator-=(const QuarnFloat& b) {
   if (!by_length<Sum, false>(*this, *this, b, QuarnAccess::kSign)) [[unlikely]] {
-    assign(*this, difference_of, *this, b);
+    long_sum<true>(*this, *this, b);
   }
   return *this;
 }

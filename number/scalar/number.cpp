@@ -82,11 +82,21 @@ Limb* QuarnAccess::prepare(QuarnFloat& x, bool negative, std::int32_t exponent, 
   if (length > std::size_t(QuarnFloat::kInlineLimbs)) {
     std::uint32_t capacity = 0;
     limbs = quarn::acquire_limbs(length, capacity);
-    x.heap_ = {limbs, capacity};
+    set_block(x, limbs, capacity);
   }
-  x.exponent_ = exponent;
-  x.tag_ = std::uint32_t(length) | (negative ? QuarnFloat::kSign : 0);
+  set(x, std::uint32_t(length) | (negative ? kSign : 0), exponent);
   return limbs;
+}
+
+Limb* QuarnAccess::prepare_again(QuarnFloat& x, bool negative, std::size_t length) {
+  if (!x.on_heap()) {
+    return prepare(x, negative, 0, length);
+  }
+  if (x.heap_.capacity < length) {
+    return nullptr;
+  }
+  set(x, std::uint32_t(length) | (negative ? kSign : 0), 0);
+  return x.heap_.limbs;
 }
 
 void QuarnAccess::shorten(QuarnFloat& x, std::int32_t exponent, std::size_t length) noexcept {

@@ -21,9 +21,8 @@ struct SizeClass {
 SizeClass size_class(std::size_t wanted) {
   const std::size_t size = wanted < kSmallest ? kSmallest : wanted;
   const int octave = std::bit_width(size - 1) - 1;  // size is in (2^octave, 2^(octave+1)]
-  const std::size_t step = std::size_t(1) << (octave - 2);
-  const std::size_t quarter = (size - 1 - (std::size_t(1) << octave)) / step;
-  return {std::size_t(octave - 3) * 4 + quarter, std::uint32_t((std::size_t(1) << octave) + (quarter + 1) * step)};
+  const std::size_t quarter = ((size - 1) >> (octave - 2)) & 3;
+  return {std::size_t(octave - 3) * 4 + quarter, std::uint32_t((quarter + 5) << (octave - 2))};
 }
 
 // Blocks that a thread keeps for later may take so much memory; more goes back to the system.
@@ -37,12 +36,13 @@ Limb* acquire_limbs(std::size_t wanted, std::uint32_t& capacity) {
     throw std::bad_alloc();
   }
   capacity = fit.capacity;
-  ThreadState& state = own_state();
-  if (FreeBlock* const block = state.free_blocks[fit.index]) {
+  if (FreeBlock* const block = thread_state().free_blocks[fit.index]) {
+    ThreadState& state = const_cast<ThreadState&>(thread_state());  // its own: the shared one keeps nothing
     state.free_blocks[fit.index] = block->next;
     state.kept_bytes -= fit.capacity * sizeof(Limb);
     return reinterpret_cast<Limb*>(block);
   }
+  own_state();
   return static_cast<Limb*>(::operator new(fit.capacity * sizeof(Limb)));
 }
 
