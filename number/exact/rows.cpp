@@ -2,18 +2,21 @@
 // a result has. A limb but the first is within half a base of zero, so that a column of the product takes kTogether
 // terms.
 //
-// Of the W^2 products of limbs the W (W + 1) / 2 leading ones are formed. What is left out, and what carries leave,
-// changes the last limb kept by less than kDoubt units; a sum whose rounding that might change is formed again from the
-// entries themselves. Results therefore are those of exact sums, with limbs of any width.
+// Of the W^2 products of limbs the W (W + 1) / 2 leading ones are formed, those of the last column in doubles, since
+// only what it carries counts. What is left out, and what doubles and carries leave, changes the last limb kept by less
+// than kDoubt units; a sum whose rounding that might change is formed again from the entries themselves. Results
+// therefore are those of exact sums, with limbs of any width.
 #include "quarn/rows.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <utility>
 #include <vector>
 
 #include "number/exact/dot.h"
 #include "number/limbs/digitwise.h"
+#include "number/processor/vectors.h"
 #include "quarn/quarnthread.h"
 
 namespace quarn::exact {
@@ -39,7 +42,58 @@ constexpr int kLongest = 8;  // limbs of a prepared entry
 // Terms below 2.25 10^36 each in a column, so that bases_of can take its carries.
 constexpr std::size_t kTogether = 32;
 constexpr std::size_t kMostRowTerms = 128;
-constexpr Limb kDoubt = 1000;  // > kLongest kMostRowTerms / 2, and carries
+// Products left out take up to kLongest kMostRowTerms / 2 units. The last column is below 3.2 10^38: it has
+// kMostRowTerms kLongest products, a quarter of 10^36 each but for the two with a first limb, which are below half of
+// it. Each half of them, added in 512 steps one by one, is off by 512 2^-52 1.6 10^38 at most, whatever the rounding
+// mode: together below 3.7 10^7 units of 10^18.
+constexpr Limb kDoubt = 40'000'000;
+
+using Pair = double __attribute__((vector_size(16)));
+
+/// Words of an entry: its limbs, and the same as doubles.
+constexpr std::size_t words_of(std::size_t limbs) { return 2 * limbs; }
+
+/// The doubles of an entry behind its limbs, the last limb first for factors.
+template <int W>
+void add_doubles(Word* entry, bool reversed) noexcept {
+  double doubles[W];
+  for (int i = 0; i < W; ++i) {
+    doubles[i] = double(entry[reversed ? W - 1 - i : i]);
+  }
+  std::memcpy(entry + W, doubles, sizeof doubles);
+}
+
+/// The sum of the last column's products.
+template <int W>
+class LastColumn {
+ public:
+  [[gnu::always_inline]] void add(const Word* row, const Word* factor) noexcept {
+#pragma GCC unroll 4
+    for (int i = 0; i + 1 < W; i += 2) {
+      Pair x;
+      Pair y;
+      std::memcpy(&x, row + W + i, sizeof x);
+      std::memcpy(&y, factor + W + i, sizeof y);
+      pairs_[i / 2 % 2] += x * y;
+    }
+    if constexpr (W % 2 != 0) {
+      double x = 0;
+      double y = 0;
+      std::memcpy(&x, row + 2 * W - 1, sizeof x);
+      std::memcpy(&y, factor + 2 * W - 1, sizeof y);
+      lone_ += x * y;
+    }
+  }
+  /// In bases, to a thousand of them.
+  [[nodiscard]] Signed bases() const noexcept {
+    const Pair pair = pairs_[0] + pairs_[1];
+    return Signed(std::int64_t((pair[0] + pair[1] + lone_) * (1e-3 / double(kBase)))) * 1000;
+  }
+
+ private:
+  Pair pairs_[2] = {};  // two, so that a sum does not wait for the one before
+  double lone_ = 0;
+};
 
 /// x as W limbs at 10^exponent, or with the opposite sign; false when it does not fit exactly.
 template <int W>
@@ -102,21 +156,24 @@ bool subtract_sum(QuarnFloat& y, const Word* a, const Word* b, std::size_t terms
     }
     fixed::move_right<W>(old + 1 + distance / Radix::digits, padded, int(distance % Radix::digits));
   }
-  Signed columns[W] = {};
+  constexpr int kColumns = W - 1;
+  Signed columns[kColumns] = {};
+  LastColumn<W> last;
   Signed over = 0;
   for (std::size_t left = terms; left > 0; left -= std::min(kTogether, left)) {
-    for (std::size_t l = 0; l < std::min(kTogether, left); ++l, a += W, b += W) {
+    for (std::size_t l = 0; l < std::min(kTogether, left); ++l, a += words_of(W), b += words_of(W)) {
 #pragma GCC unroll 8
-      for (int i = 0; i < W; ++i) {
+      for (int i = 0; i < kColumns; ++i) {
 #pragma GCC unroll 8
-        for (int j = 0; j < W - i; ++j) {
+        for (int j = 0; j < kColumns - i; ++j) {
           columns[i + j] += Signed(a[i]) * b[j];
         }
       }
+      last.add(a, b);
     }
     if (left > kTogether) {
 #pragma GCC unroll 8
-      for (int c = W - 1; c >= 0; --c) {
+      for (int c = kColumns - 1; c >= 0; --c) {
         const Signed bases = fixed::bases_of(columns[c]);
         columns[c] -= bases * Signed(kBase);
         (c > 0 ? columns[c - 1] : over) += bases;
@@ -126,7 +183,7 @@ bool subtract_sum(QuarnFloat& y, const Word* a, const Word* b, std::size_t terms
   // Column c belongs to limb c + 1 behind the head.
   const bool minus = QuarnAccess::negative(y);
   Limb limbs[kLength];
-  Signed carry = fixed::bases_of(-columns[W - 1]);
+  Signed carry = -last.bases();
 #pragma GCC unroll 8
   for (int q = W - 1; q >= -1; --q) {
     const Limb digit = old[kHead + q];
@@ -160,12 +217,13 @@ bool subtract_sum(QuarnFloat& y, const Word* a, const Word* b, std::size_t terms
 
 /// What depends on the length of a prepared entry.
 struct Lengthwise {
+  void (*add_doubles)(Word* entry, bool reversed) noexcept;
   bool (*align)(Word* out, const QuarnFloat& x, std::int64_t exponent, bool flip) noexcept;
   bool (*subtract_sum)(QuarnFloat& y, const Word* a, const Word* b, std::size_t terms, std::int64_t exponent,
                        const Rounder& rounder) noexcept;
 };
 template <int W>
-constexpr Lengthwise kOf = {align<W>, subtract_sum<W>};
+constexpr Lengthwise kOf = {add_doubles<W>, align<W>, subtract_sum<W>};
 constexpr Lengthwise kLengthwise[] = {{}, {}, kOf<2>, kOf<3>, kOf<4>, kOf<5>, kOf<6>, kOf<7>, kOf<8>};
 
 #endif
@@ -186,7 +244,8 @@ struct QuarnRows::Store {
 #if QUARN_LIMB_BITS == 64
   using Word = quarn::exact::Word;
 
-  std::size_t width = 0;  // limbs of an entry, 0 where all sums are formed from the entries
+  std::size_t width = 0;   // limbs of an entry, 0 where all sums are formed from the entries
+  std::size_t stride = 0;  // words of a part of it
   std::vector<Aligned> aligned{};
   std::vector<Word> words{};  // [row][column][part]
   // A vector, for a complex one the two that give real and imaginary parts of sums.
@@ -205,9 +264,10 @@ struct QuarnRows::Store {
     }
     width = std::size_t(length);
     aligned.resize(rows);
-    words.resize(rows * columns * parts() * width);
+    stride = quarn::exact::words_of(width);
+    words.resize(rows * columns * parts() * stride);
     for (std::size_t part = 0; part < parts(); ++part) {
-      factors[part].resize(columns * parts() * width);
+      factors[part].resize(columns * parts() * stride);
     }
 #endif
   }
@@ -222,15 +282,16 @@ struct QuarnRows::Store {
 
 #if QUARN_LIMB_BITS == 64
   const quarn::exact::Lengthwise& by_length() const { return quarn::exact::kLengthwise[width]; }
-  Word* entry(std::size_t i, std::size_t l) { return words.data() + (i * columns + l) * parts() * width; }
+  Word* entry(std::size_t i, std::size_t l) { return words.data() + (i * columns + l) * parts() * stride; }
 
   void prepare(std::size_t i, std::size_t l) noexcept {
     const QuarnFloat* const numbers = grid.first + std::ptrdiff_t(i) * grid.row;
     append(aligned[i], l, numbers, grid.column, [&](std::size_t q, const QuarnFloat* number, std::int64_t exponent) {
       bool fits = true;
       for (std::size_t part = 0; part < parts(); ++part) {
-        fits =
-            fits && by_length().align(entry(i, q) + part * width, number[part], exponent, part != 0 && grid.conjugate);
+        Word* const to = entry(i, q) + part * stride;
+        fits = fits && by_length().align(to, number[part], exponent, part != 0 && grid.conjugate);
+        by_length().add_doubles(to, false);
       }
       return fits;
     });
@@ -239,16 +300,29 @@ struct QuarnRows::Store {
   /// Element l of the vector joins the factors of sums: (re, -im) for real parts, (im, re) for imaginary ones.
   void take_factor(std::size_t l, const QuarnFloat* numbers, std::ptrdiff_t step) noexcept {
     append(vector, l, numbers, step, [&](std::size_t q, const QuarnFloat* number, std::int64_t exponent) {
-      Word* const first = factors[0].data() + q * parts() * width;
-      bool fits = by_length().align(first, number[0], exponent, false);
+      bool fits = by_length().align(factor(0, q), number[0], exponent, false);
       if (grid.parts != 0) {
-        Word* const second = factors[1].data() + q * 2 * width;
-        fits = fits && by_length().align(second, number[1], exponent, false);
-        std::copy_n(first, width, second + width);
-        std::transform(second, second + width, first + width, [](Word limb) { return -limb; });
+        fits = fits && by_length().align(factor(1, q), number[1], exponent, false);
       }
+      complete_factor(q);
       return fits;
     });
+  }
+
+  Word* factor(std::size_t part, std::size_t l) { return factors[part].data() + l * parts() * stride; }
+
+  /// From the limbs of its parts, each the first one of a factor, all that sums need of element l.
+  void complete_factor(std::size_t l) noexcept {
+    Word* const first = factor(0, l);
+    if (grid.parts != 0) {
+      Word* const second = factor(1, l);
+      std::copy_n(first, width, second + stride);
+      std::transform(second, second + width, first + stride, [](Word limb) { return -limb; });
+      by_length().add_doubles(first + stride, true);
+      by_length().add_doubles(second, true);
+      by_length().add_doubles(second + stride, true);
+    }
+    by_length().add_doubles(first, true);
   }
 
   /// Number l joins the earlier ones, which move to a larger exponent if it needs one.
@@ -319,6 +393,7 @@ void QuarnRows::Store::substitute(std::size_t terms, QuarnFloat* numbers, std::p
   QuarnCheckInterrupt();
   const Grid vector_grid{numbers, step, 0, grid.parts, false};
 #if QUARN_LIMB_BITS == 64
+  const quarn::processor::PlainRounding plain;
   vector = Aligned();
   if (width != 0) {
     for (std::size_t i = 0; i < std::min(terms, rows); ++i) {
@@ -362,16 +437,16 @@ void QuarnRows::Store::subtract_products(std::size_t row, std::size_t terms, Qua
   }
   const Grid vector_grid{grid.first + std::ptrdiff_t(row) * grid.row, grid.column, 0, grid.parts, !grid.conjugate};
 #if QUARN_LIMB_BITS == 64
+  const quarn::processor::PlainRounding plain;
   if (width != 0) {
     vector = aligned[row];
     for (std::size_t l = 0; l < terms; ++l) {
       const Word* const from = entry(row, l);
-      std::copy_n(from, parts() * width, factors[0].data() + l * parts() * width);
+      std::copy_n(from, width, factor(0, l));
       if (grid.parts != 0) {
-        Word* const second = factors[1].data() + l * 2 * width;
-        std::copy_n(from, width, second + width);
-        std::transform(from + width, from + 2 * width, second, [](Word limb) { return -limb; });
+        std::transform(from + stride, from + stride + width, factor(1, l), [](Word limb) { return -limb; });
       }
+      complete_factor(l);
     }
   }
 #endif
@@ -393,6 +468,7 @@ void QuarnRows::prepare([[maybe_unused]] std::size_t column, [[maybe_unused]] st
                         [[maybe_unused]] std::size_t last) noexcept {
 #if QUARN_LIMB_BITS == 64
   if (store_->width != 0) {
+    const quarn::processor::PlainRounding plain;
     for (std::size_t i = first; i < last; ++i) {
       store_->prepare(i, column);
     }
@@ -403,7 +479,7 @@ void QuarnRows::prepare([[maybe_unused]] std::size_t column, [[maybe_unused]] st
 void QuarnRows::exchange([[maybe_unused]] std::size_t i, [[maybe_unused]] std::size_t k) noexcept {
 #if QUARN_LIMB_BITS == 64
   if (store_->width != 0 && i != k) {
-    const std::size_t size = store_->columns * store_->parts() * store_->width;
+    const std::size_t size = store_->columns * store_->parts() * store_->stride;
     std::swap_ranges(store_->entry(i, 0), store_->entry(i, 0) + size, store_->entry(k, 0));
     std::swap(store_->aligned[i], store_->aligned[k]);
   }
