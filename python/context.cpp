@@ -59,6 +59,8 @@ py::handle call_in_context(Call& call) {
       throw py::type_error("an argument of another type than in " + std::string(call.func.name) + call.func.signature);
     }
     return result;
+  } catch (const py::reference_cast_error&) {  // None where an object is needed
+    refuse("InvalidType", "an argument of another type than in the signature");
   } catch (const py::type_error& error) {
     refuse("InvalidType", error.what());
   } catch (const py::cast_error& error) {

@@ -15,20 +15,24 @@ void add_function_zeros(py::module_& module) {
       return to_real(f(from(x)));
     };
   };
+  const auto step_of = [](const py::object& step, const Real& start) {
+    const Real length = step.is_none() ? tesk2mp::detail::first_step(start) : to_real(step);
+    if (length == 0) {
+      refuse("InvalidArgument", "a step of 0 finds no interval");
+    }
+    return length;
+  };
   module.def(
       "find_zero",
-      [called](const py::object& f, py::handle a, const py::object& b, const py::object& step,
-               const py::object& tolerance) {
+      [called, step_of](const py::object& f, py::handle a, const py::object& b, const py::object& step,
+                        const py::object& tolerance) {
         const Real from_here = to_real(a);
         const Real within = to_real(tolerance);
         return from(interruptible([&] {
           if (!b.is_none()) {
             return tesk2mp::find_zero(called(f), from_here, to_real(b), within).x;
           }
-          return tesk2mp::find_zero_near(called(f), from_here,
-                                         step.is_none() ? tesk2mp::detail::first_step(from_here) : to_real(step),
-                                         within)
-              .x;
+          return tesk2mp::find_zero_near(called(f), from_here, step_of(step, from_here), within).x;
         }));
       },
       py::arg("f"), py::arg("a"), py::arg("b") = py::none(), py::arg("step") = py::none(), py::arg("tolerance") = 0,
@@ -46,11 +50,11 @@ Decimal('1.5707963267948966192')
 )");
   module.def(
       "bracket_zero",
-      [called](const py::object& f, py::handle start, const py::object& step, const py::object& low,
-               const py::object& high) {
+      [called, step_of](const py::object& f, py::handle start, const py::object& step, const py::object& low,
+                        const py::object& high) {
         const Real x = to_real(start);
         const tesk2mp::Bracket ends = interruptible([&] {
-          return tesk2mp::bracket_zero(called(f), x, step.is_none() ? tesk2mp::detail::first_step(x) : to_real(step),
+          return tesk2mp::bracket_zero(called(f), x, step_of(step, x),
                                        low.is_none() ? tesk2mp::detail::infinity(-1) : to_real(low),
                                        high.is_none() ? tesk2mp::detail::infinity(1) : to_real(high));
         });

@@ -46,6 +46,75 @@ auto on(const Any& held, Work work) {
   return std::visit(work, held);
 }
 
+/// Kind of numbers, rows, columns and packed elements of a matrix, in a pickle.
+template <class T>
+py::tuple state_of(const Matrix<T>& matrix) {
+  std::vector<Real> values;
+  for (std::size_t k = 0; k < matrix.rows() * matrix.columns(); ++k) {
+    if constexpr (std::is_same_v<T, Complex>) {
+      values.push_back(matrix.data()[k].re);
+      values.push_back(matrix.data()[k].im);
+    } else {
+      values.push_back(matrix.data()[k]);
+    }
+  }
+  return py::make_tuple(std::is_same_v<T, Complex>, matrix.rows(), matrix.columns(), packed(values));
+}
+
+/// Calls make(matrix) with the matrix of such a state.
+template <class Make>
+auto restored(const py::handle& state, const Make& make) {
+  const auto parts = py::cast<py::tuple>(state);
+  const auto matrix = [&]<class T>(T) {
+    const std::size_t rows = to_index(parts[1]);
+    const std::size_t columns = to_index(parts[2]);
+    constexpr std::size_t kParts = std::is_same_v<T, Complex> ? 2 : 1;
+    const auto bytes = py::cast<py::bytes>(parts[3]);
+    if (columns != 0 && rows > py::len(bytes) / columns) {
+      throw py::value_error("these bytes are no packed matrix");
+    }
+    const std::vector<Real> values = unpacked(bytes, kParts * rows * columns);
+    Matrix<T> result(rows, columns);
+    for (std::size_t k = 0; k < rows * columns; ++k) {
+      if constexpr (kParts == 2) {
+        result.data()[k] = Complex(values[2 * k], values[2 * k + 1]);
+      } else {
+        result.data()[k] = values[k];
+      }
+    }
+    return result;
+  };
+  return py::cast<bool>(parts[0]) ? make(matrix(Complex())) : make(matrix(Real()));
+}
+
+py::tuple state_of_lu(const AnyLU& self) {
+  return on(self, [](const auto& lu) { return py::make_tuple(state_of(lu.factors()), from(lu.pivots(), py::none())); });
+}
+
+AnyLU restored_lu(const py::tuple& state) {
+  std::vector<Integer> pivots;
+  for (const py::handle row : py::cast<py::list>(state[1])) {
+    pivots.push_back(to_integer(row));
+  }
+  return restored(state[0], [&]<class T>(Matrix<T> factors) -> AnyLU {
+    return tesk2mp::LU<T>::from_factors(std::move(factors), std::move(pivots));
+  });
+}
+
+py::tuple state_of_cholesky(const AnyCholesky& self) {
+  return on(self, [](const auto& a) {
+    return py::make_tuple(state_of(a.factor()), a.triangle() == tesk2mp::Triangle::lower);
+  });
+}
+
+AnyCholesky restored_cholesky(const py::tuple& state) {
+  return restored(state[0], [&]<class T>(Matrix<T> factor) -> AnyCholesky {
+    using tesk2mp::Triangle;
+    return tesk2mp::Cholesky<T>::from_factor(std::move(factor),
+                                             py::cast<bool>(state[1]) ? Triangle::lower : Triangle::upper);
+  });
+}
+
 void add_lu(py::module_& module) {
   py::class_<AnyLU>(module, "LU", R"(LU(a, row_weighted=False)
 
@@ -60,6 +129,7 @@ pivots[i]. singular: a pivot is exactly zero. Both, and the inverse, are lists; 
 ([Decimal('2'), Decimal('1')], [Decimal('1'), Decimal('1')], Decimal('-8'), [1, 1])
 )")
       .def(py::init(&lu_of), py::arg("a"), py::arg("row_weighted") = false)
+      .def(py::pickle(&state_of_lu, &restored_lu))
       .def_property_readonly(
           "factors",
           [](const AnyLU& self) { return on(self, [](const auto& lu) { return from(lu.factors(), py::none()); }); })
@@ -99,6 +169,7 @@ solving more than once; that triangle of a is read. NumericalFailure when the ma
 [[Decimal('2'), Decimal('0')], [Decimal('1'), Decimal('2')]]
 )")
       .def(py::init(&cholesky_of), py::arg("a"), py::arg("triangle") = "lower")
+      .def(py::pickle(&state_of_cholesky, &restored_cholesky))
       .def_property_readonly(
           "factor",
           [](const AnyCholesky& self) { return on(self, [](const auto& a) { return from(a.factor(), py::none()); }); })

@@ -65,6 +65,24 @@ class LU {
   /// matter. Throws NumericalFailure when a pivot is below 8 times the machine precision, InvalidArgument for more than
   /// 10^D rows at D digits.
   static LU row_weighted(Matrix<T> a) requires std::same_as<T, Real> { return {std::move(a), true}; }
+  /// What factors() and pivots() of another one have returned, such as from a file. Throws InvalidArgument for pivots
+  /// that are no rows of the matrix.
+  static LU from_factors(Matrix<T> factors, std::vector<Integer> pivots) {
+    LU result;
+    const std::size_t count = std::min(factors.rows(), factors.columns());
+    detail::require(pivots.size() == count, routine(), 4, "a matrix of ", factors.rows(), " rows and ",
+                    factors.columns(), " columns has ", count, " pivots, not ", pivots.size());
+    for (std::size_t i = count; i-- > 0;) {
+      detail::require(pivots[i] >= 0 && std::size_t(pivots[i]) < factors.rows(), routine(), 4, "pivot ", i, " is row ",
+                      pivots[i], " of ", factors.rows());
+      if (factors(i, i) == T(0)) {
+        result.info_ = Integer(i) + 1;
+      }
+    }
+    result.factors_ = std::move(factors);
+    result.pivots_ = std::move(pivots);
+    return result;
+  }
 
   /// L below the diagonal, its ones left out; U on the diagonal and above.
   const Matrix<T>& factors() const { return factors_; }
@@ -132,6 +150,7 @@ class LU {
   }
 
  private:
+  LU() = default;
   LU(Matrix<T> a, bool row_weighted) : factors_(std::move(a)) {
     const detail::RawMatrix<T> raw{factors_.view()};
     pivots_.resize(std::size_t(std::min(raw.rows, raw.columns)));
@@ -225,8 +244,16 @@ class Cholesky {
     }
   }
 
+  /// What factor() and triangle() of another one have returned. Throws InvalidArgument for a factor that is not square.
+  static Cholesky from_factor(Matrix<T> factor, Triangle triangle) {
+    detail::order_of(routine(), 2, detail::RawMatrix<T>(factor.view()));
+    return {std::move(factor), triangle, 0};
+  }
+
   /// The triangular factor, zeros in its other triangle.
   const Matrix<T>& factor() const { return factor_; }
+  /// Which one it is.
+  Triangle triangle() const { return triangle_; }
   /// The determinant of A.
   Real determinant() const {
     Real product(1);
@@ -272,6 +299,8 @@ class Cholesky {
   }
 
  private:
+  Cholesky(Matrix<T> factor, Triangle triangle, int /*factorised*/) : triangle_(triangle), factor_(std::move(factor)) {}
+
   static const char* routine() { return detail::name<T>("DPOTRF", "F07FRF/ZPOTRF"); }
   static Real conjugate(const Real& x) { return x; }
   static Complex conjugate(const Complex& x) { return conj(x); }

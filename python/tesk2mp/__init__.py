@@ -28,21 +28,29 @@ Failures are exceptions, Error and its kinds InvalidArgument and NumericalFailur
 import importlib
 
 from . import _classes, _core
-from ._context import digits, results
+from ._context import checked as _checked, digits, results
 from ._core import __version__
 from ._errors import Error, InvalidArgument, InvalidType, NumericalFailure
 from ._exact import exact
+from ._progress import progress
 from ._routines import routine
+from ._truth import true_digits
 
 # Every public name of the extension is one of the package: its classes as they are, its functions as functions of Python.
 # What they are, with their types, is written down in the stub beside this file.
-_own = ["Error", "InvalidArgument", "InvalidType", "NumericalFailure", "digits", "exact", "results"]
+_own = ["Error", "InvalidArgument", "InvalidType", "NumericalFailure", "digits", "exact", "progress", "results", "true_digits"]
 _plain = {"get_digits", "set_digits", "set_threads"}
 _public = {name: value for name, value in vars(_core).items() if not name.startswith("_")}
 for _name, _value in _public.items():
     globals()[_name] = _value if isinstance(_value, type) or _name in _plain else routine(_value)
 
 __all__ = sorted([*_own, *_public])
+
+def set_digits(digits: int) -> int:  # pylint: disable=missing-function-docstring
+    return _core.set_digits(_checked(digits))
+
+
+set_digits.__doc__ = _core.set_digits.__doc__
 
 # The modules look for the names above. `fft` is one of these as well as a module: the function, with the module's functions.
 _fft = globals()["fft"]

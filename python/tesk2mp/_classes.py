@@ -1,10 +1,12 @@
 """What the classes of the extension show of themselves, and what pickles of plans hold."""
 
 import html
-from collections.abc import Iterable
+import inspect
+from collections.abc import Callable, Iterable
 from typing import Any
 
-from . import _core
+from . import _core, _truth
+from ._routines import signature_of
 
 _MOST_ROWS = 20
 
@@ -66,3 +68,25 @@ for _kind, _show, _html in (
     _kind.__repr__ = _show
     _kind._repr_html_ = _html
 _core.Random.__repr__ = _show_random
+
+
+def _unproven(method: Callable[..., Any], kind: type) -> Callable[..., Any]:
+    """The method, which is refused where results are to be proven."""
+
+    def call(*arguments: Any, **named: Any) -> Any:
+        if _truth.wanted() is not None:
+            raise _truth.no_proof(kind.__name__)
+        return method(*arguments, **named)
+
+    call.__name__, call.__doc__ = method.__name__, method.__doc__
+    described = kind.__doc__ if method.__name__ == "__init__" else method.__doc__
+    heading = (described or "").partition("\n")[0]
+    signature = signature_of(heading if "(" in heading else "method()", [])
+    own = inspect.Parameter("self", inspect.Parameter.POSITIONAL_OR_KEYWORD)
+    setattr(call, "__signature__", signature.replace(parameters=[own, *signature.parameters.values()]))
+    return call
+
+
+for _kind in (_core.LU, _core.Cholesky):
+    for _method in ("__init__", "solve", "inverse", "determinant"):
+        setattr(_kind, _method, _unproven(getattr(_kind, _method), _kind))

@@ -11,6 +11,7 @@ from types import TracebackType
 from typing import Any, Self, TypeVar
 
 from . import _core
+from ._errors import InvalidArgument, InvalidType, refusal
 
 _Function = TypeVar("_Function", bound=Callable[..., Any])
 
@@ -64,6 +65,20 @@ class _Scope:
         return call  # type: ignore[return-value]
 
 
+_MOST_DIGITS = 1_000_000
+
+
+def checked(count: Any) -> int:
+    """The number of digits, if it can be set."""
+    if isinstance(count, bool) or not hasattr(count, "__index__"):
+        raise refusal(InvalidType, f"a number of digits is an integer, not {type(count).__name__}")
+    number = int(count.__index__())
+    if not 1 <= number <= _MOST_DIGITS:
+        shown = number if abs(number) < 10**20 else "that many"
+        raise refusal(InvalidArgument, f"digits are 1 to {_MOST_DIGITS}, not {shown}")
+    return number
+
+
 class digits(_Scope):  # pylint: disable=invalid-name
     """digits(count)
 
@@ -99,7 +114,7 @@ class digits(_Scope):  # pylint: disable=invalid-name
     def _enter(self) -> Any:
         token = _core._digits.set(_core.get_digits())
         try:
-            _core.set_digits(self._count)
+            _core.set_digits(checked(self._count))
             former = decimal.getcontext()
             context = former.copy()
             context.prec = _core.get_digits()

@@ -12,6 +12,7 @@ _WIDE = Context(prec=MAX_PREC, Emax=MAX_EMAX, Emin=MIN_EMIN)
 _MPMATH_SPECIAL = {0: "0", -456: "Infinity", -789: "-Infinity"}
 
 
+_MOST_DIGITS = 1_000_000
 _DEEPEST = 64  # as of the sequences that the routines take
 
 
@@ -94,7 +95,13 @@ def _of_mpmath(sign: int, mantissa: Any, exponent: int, _: int) -> Decimal:
     if mantissa == 0:
         return Decimal(_MPMATH_SPECIAL.get(exponent, "NaN"))
     number = -int(mantissa) if sign else int(mantissa)
-    return Decimal(number << exponent) if exponent >= 0 else _quotient(number, 1 << -exponent)
+    # number 2^e, or number 5^-e 10^e
+    length = int(number.bit_length() * 0.30103 + abs(exponent) * (0.30103 if exponent >= 0 else 0.69897)) + 2
+    if length > _MOST_DIGITS:
+        raise refusal(InvalidArgument, f"a number of some {length} digits: there are {_MOST_DIGITS} at most")
+    context = Context(prec=length, Emax=MAX_EMAX, Emin=MIN_EMIN)
+    power = context.power(Decimal(2 if exponent >= 0 else 5), abs(exponent))
+    return context.multiply(context.create_decimal(number), power).scaleb(min(exponent, 0), _WIDE)
 
 
 def _with_all_digits(kind: Any, *parts: Decimal) -> Any:

@@ -5,11 +5,19 @@ import inspect
 from collections.abc import Callable
 from typing import Any
 
-from ._context import digits as at_digits
+from . import _progress, _truth
+from ._context import at
+
+# Those that may take long say how far they are on request; for the others there is `with progress(report)`.
+_LONG = {
+    *("solve", "refine", "inverse", "determinant", "multiply", "minimum_norm", "solve_iteratively", "polynomial_zeros"),
+    *("eigenvalues", "eigen", "symmetric_eigen", "symmetric_eigenvalues", "svd", "singular_values", "schur"),
+    *("fft", "ifft", "rfft", "irfft", "fftn", "ifftn", "convolve", "expm", "sqrtm", "logm"),
+}
 
 
-def signature_of(heading: str) -> inspect.Signature:
-    """The signature in the first line of a docstring, name(a, b=1), with the keyword `digits` beside."""
+def signature_of(heading: str, keywords: list[str]) -> inspect.Signature:
+    """The signature in the first line of a docstring, name(a, b=1), with keywords that are None by default."""
     node = ast.parse(f"def {heading}: ...").body[0]
     assert isinstance(node, ast.FunctionDef), heading
     defaults: list[Any] = [inspect.Parameter.empty] * (len(node.args.args) - len(node.args.defaults))
@@ -18,21 +26,43 @@ def signature_of(heading: str) -> inspect.Signature:
         inspect.Parameter(each.arg, inspect.Parameter.POSITIONAL_OR_KEYWORD, default=default)
         for each, default in zip(node.args.args, defaults)
     ]
-    return inspect.Signature([*parameters, inspect.Parameter("digits", inspect.Parameter.KEYWORD_ONLY, default=None)])
+    parameters += [inspect.Parameter(each, inspect.Parameter.KEYWORD_ONLY, default=None) for each in keywords]
+    return inspect.Signature(parameters)
 
 
 def routine(core: Callable[..., Any]) -> Callable[..., Any]:
     """The function of Python around one of the extension."""
+    heading = " ".join((core.__doc__ or "").partition("\n\n")[0].split())
+    keywords = ["digits", "progress"] if core.__name__ in _LONG else ["digits"]
+    signature = signature_of(heading, keywords)
+    iterates = "monitor" in signature.parameters
 
-    def function(*arguments: Any, digits: int | None = None, **named: Any) -> Any:
-        if digits is None:
-            return core(*arguments, **named)
-        with at_digits(digits):
-            return core(*arguments, **named)
+    def in_scopes(digits: int | None, report: Any, arguments: Any, named: dict[str, Any]) -> Any:
+        with at(digits):
+            work = core
+            if _truth.wanted() is not None:
+                work = lambda *arguments, **named: _truth.call(core, arguments, named)
+            report = _progress.current() if report is None else report
+            if report is None:
+                return work(*arguments, **named)
+            return _progress.call(work, report, arguments, named, iterates)
+
+    if core.__name__ in _LONG:
+
+        def function(*arguments: Any, digits: int | None = None, progress: Any = None, **named: Any) -> Any:
+            if digits is None and progress is None and not _progress.scopes:
+                return core(*arguments, **named)
+            return in_scopes(digits, progress, arguments, named)
+
+    else:
+
+        def function(*arguments: Any, digits: int | None = None, **named: Any) -> Any:
+            if digits is None and not _progress.scopes:
+                return core(*arguments, **named)
+            return in_scopes(digits, None, arguments, named)
 
     function.__name__ = function.__qualname__ = core.__name__
     function.__module__ = "tesk2mp"
     function.__doc__ = core.__doc__
-    heading = " ".join((core.__doc__ or "").partition("\n\n")[0].split())
-    setattr(function, "__signature__", signature_of(heading))
+    setattr(function, "__signature__", signature)
     return function

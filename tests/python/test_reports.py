@@ -1,0 +1,222 @@
+"""Reports of long calls, blocks with proven digits, factors that are kept in files."""
+
+import contextlib
+import copy
+import fractions
+import pickle
+import random
+import signal
+import threading
+import time
+import unittest
+from decimal import Decimal
+
+import numpy
+import tesk2mp
+from tesk2mp import Complex, linalg, proven
+
+
+def matrix(n, seed=1):
+    source = random.Random(seed)
+    return [[source.randint(-99, 99) for _ in range(n)] for _ in range(n)]
+
+
+class Bar:
+    def __init__(self):
+        self.n = 0
+
+    def update(self, n):
+        self.n += n
+
+
+class Reports(unittest.TestCase):
+    def test_seconds(self):
+        told = []
+        a = matrix(120)
+        expected = tesk2mp.eigenvalues(a, digits=100)
+        begin = time.monotonic()
+        self.assertEqual(tesk2mp.eigenvalues(a, digits=100, progress=told.append), expected)
+        taken = time.monotonic() - begin
+        self.assertEqual(told, sorted(told))
+        self.assertGreaterEqual(told[0], 0)
+        self.assertLessEqual(told[-1], taken)
+        self.assertLessEqual(len(told), taken / 0.1 + 2)
+        bar = Bar()
+        with tesk2mp.progress(bar):
+            linalg.det(a)
+            linalg.inv(a)
+        self.assertGreater(bar.n, 0)
+        self.assertLess(bar.n, time.monotonic() - begin)
+
+    def test_iterations(self):
+        n = 60
+        entries = [(i, j, 4 if i == j else -1) for i in range(n) for j in (i - 1, i, i + 1) if 0 <= j < n]
+        a = tesk2mp.SparseMatrix(n, entries)
+        bar = Bar()
+        _, _, iterations = tesk2mp.solve_iteratively(a, [1] * n, progress=bar)
+        self.assertEqual(bar.n, iterations)
+        told, seen = [], []
+        with tesk2mp.progress(told.append):
+            tesk2mp.solve_iteratively(a, [1] * n, monitor=lambda count, x, residual: seen.append(count))
+        self.assertGreater(len(seen), 1)
+        self.assertGreaterEqual(len(told), 1)
+
+    def test_exception_ends_the_call(self):
+        def stop(_):
+            raise LookupError("enough")
+
+        a = matrix(200)
+        handler = signal.getsignal(signal.SIGINT)
+        for _ in range(3):
+            with self.assertRaises(LookupError):
+                tesk2mp.eigenvalues(a, digits=300, progress=stop)
+        self.assertIs(signal.getsignal(signal.SIGINT), handler)
+        time.sleep(0.05)
+        self.assertEqual(tesk2mp.solve([[2]], [1], progress=lambda _: None), [Decimal("0.5")])
+        with self.assertRaises(LookupError):
+            tesk2mp.solve([[2]], [1], progress=stop)
+
+    def test_in_threads(self):
+        """A report belongs to the thread; what it calls has the caller's digits and is not reported."""
+        digits, others = [], []
+
+        def report(_):
+            digits.append(tesk2mp.get_digits())
+            tesk2mp.solve([[3]], [1])
+
+        def other():
+            tesk2mp.determinant(matrix(40))
+            others.append(tesk2mp.get_digits())
+
+        with tesk2mp.digits(33), tesk2mp.progress(report):
+            thread = threading.Thread(target=other)
+            thread.start()
+            tesk2mp.determinant(matrix(40))
+            thread.join()
+        self.assertEqual(set(digits), {33})
+        self.assertEqual(len(others), 1)
+
+    def test_what_is_no_report(self):
+        with self.assertRaises(tesk2mp.InvalidType):
+            tesk2mp.progress(3)
+        with self.assertRaises(tesk2mp.InvalidType):
+            tesk2mp.solve([[1]], [1], progress="x")
+
+
+class ProvenBlocks(unittest.TestCase):
+    def test_digits_are_true(self):
+        n = 12
+        hilbert = [[fractions.Fraction(1, i + j + 1) for j in range(n)] for i in range(n)]
+        exact = [fractions.Fraction(0)] * n
+        with tesk2mp.digits(120):
+            reference = tesk2mp.inverse([[Decimal(1) / (i + j + 1) for j in range(n)] for i in range(n)])
+            determinant = tesk2mp.determinant([[Decimal(1) / (i + j + 1) for j in range(n)] for i in range(n)])
+            smallest = tesk2mp.symmetric_eigenvalues(
+                [[Decimal(1) / (i + j + 1) for j in range(n)] for i in range(n)]
+            )[0]
+        for k in (1, 7, 40):
+            with tesk2mp.true_digits(k):
+                self.assertEqual(tesk2mp.get_digits(), k)
+                inverse = linalg.inv(hilbert)
+                found = [linalg.det(hilbert), linalg.eigvalsh(hilbert)[0]]
+            pairs = [(inverse[i][j], reference[i][j]) for i in range(n) for j in range(n)]
+            for one, other in [*pairs, *zip(found, (determinant, smallest))]:
+                with tesk2mp.digits(130):
+                    self.assertLessEqual(len(one.as_tuple().digits), k)
+                    self.assertLessEqual(abs(one - other), Decimal("1.02") * Decimal((0, (1,), other.adjusted() - k + 1)))
+        self.assertEqual(len(exact), n)
+        self.assertEqual(tesk2mp.get_digits(), 20)
+
+    def test_long_numbers_are_not_rounded_on_their_way(self):
+        one = "1." + "0" * 60 + "1"
+        with tesk2mp.true_digits(5):
+            self.assertEqual(tesk2mp.solve([[one, 1], [1, 1]], [1, 0])[0], Decimal("1E+61"))
+            self.assertEqual(tesk2mp.solve(iter([iter([one, 1]), (1, 1)]), iter([1, 0]))[0], Decimal("1E+61"))
+            self.assertEqual(tesk2mp.determinant([[Decimal(one), 1], [1, 1]]), Decimal("1E-61"))
+
+    def test_kinds_of_results(self):
+        with tesk2mp.true_digits(25):
+            array = linalg.solve(numpy.array([[4, 1], [2, 3]]), [1, 2])
+            self.assertIsInstance(array, numpy.ndarray)
+            self.assertEqual(list(array), [Decimal("0.1"), Decimal("0.6")])
+            roots = linalg.eigvals([[0, 1], [-1, 0]])
+            self.assertEqual({(z.real, z.imag) for z in roots}, {(0, 1), (0, -1)})
+            self.assertEqual(tesk2mp.solve([[Complex(0, 1)]], [1])[0], Complex(0, -1))
+            self.assertEqual(
+                linalg.eigvalsh([[2, Complex(0, 1)], [5, 2]], lower=False), linalg.eigvalsh([[2, 9], [Complex(0, -1), 2]])
+            )
+            with tesk2mp.results(tesk2mp.Real):
+                self.assertIsInstance(tesk2mp.determinant([[3]]), tesk2mp.Real)
+            self.assertEqual(tesk2mp.sin(1), tesk2mp.sin(1, digits=25))
+
+    def test_what_has_no_proof_is_refused(self):
+        lu = tesk2mp.LU([[2]])
+        calls = (
+            lambda: tesk2mp.fft([1, 2]),
+            lambda: tesk2mp.LU([[2]]),
+            lambda: lu.solve([1]),
+            lambda: linalg.solve([[2]], [1], assume_a="pos"),
+            lambda: linalg.eigvals([[2]], [[1]]) if False else tesk2mp.eigenvalues([[2]], [[1]]),
+            lambda: tesk2mp.symmetric_eigenvalues([[2]], indices=(0, 0)),
+            lambda: tesk2mp.solve([[2]], [fractions.Fraction(1, 3)]),
+        )
+        for call in calls:
+            with tesk2mp.true_digits(9), self.assertRaises(tesk2mp.InvalidArgument):
+                call()
+        with tesk2mp.true_digits(9), self.assertRaises(tesk2mp.NumericalFailure):
+            with tesk2mp.true_digits(9, most=40):
+                tesk2mp.solve([[1, 1], [1, 1]], [1, 2])
+        for count, most in ((0, 9), (9, 8)):
+            with self.assertRaises(tesk2mp.InvalidArgument):
+                tesk2mp.true_digits(count, most)
+        self.assertEqual(lu.solve([1]), [Decimal("0.5")])
+        self.assertEqual(proven.true_digits(proven.solve([[4]], [1])), 18)
+
+
+class KeptFactors(unittest.TestCase):
+    def test_round_trips(self):
+        a, c = matrix(7), [[Complex(x, y) for x, y in zip(*rows)] for rows in zip(matrix(7), matrix(7, 2))]
+        definite = [[sum(x * y for x, y in zip(p, q)) + 10000 * (i == j) for j, q in enumerate(a)] for i, p in enumerate(a)]
+        with tesk2mp.digits(60):
+            kept = [
+                tesk2mp.LU(a),
+                tesk2mp.LU(c),
+                tesk2mp.LU(a, row_weighted=True),
+                tesk2mp.Cholesky(definite),
+                tesk2mp.Cholesky(definite, "upper"),
+            ]
+            for one in kept:
+                for other in (pickle.loads(pickle.dumps(one)), copy.copy(one), copy.deepcopy(one)):
+                    self.assertIs(type(other), type(one))
+                    self.assertEqual(other.solve(range(7)), one.solve(range(7)))
+                    self.assertEqual(other.inverse(), one.inverse())
+                    self.assertEqual(other.determinant(), one.determinant())
+        with self.assertRaises(tesk2mp.NumericalFailure):
+            pickle.loads(pickle.dumps(tesk2mp.LU([[1, 1], [1, 1]]))).solve([1, 2])
+        wide = pickle.loads(pickle.dumps(tesk2mp.LU([[1, 2, 3], [4, 5, 7]])))
+        self.assertEqual(wide.factors, tesk2mp.LU([[1, 2, 3], [4, 5, 7]]).factors)
+        empty = pickle.loads(pickle.dumps(tesk2mp.LU([])))
+        self.assertEqual(empty.factors, [])
+
+    def test_broken_states(self):
+        good = tesk2mp.LU([[1, 2], [3, 4]]).__reduce_ex__(2)[2]
+        (kind, rows, columns, values), pivots = good
+        broken = [
+            ((kind, rows, columns, values), [0, 5]),
+            ((kind, rows, columns, values), [0, -1]),
+            ((kind, rows, columns, values), [0]),
+            ((kind, 2**40, 2**40, values), pivots),
+            ((kind, rows, columns, values[:-1]), pivots),
+            ((True, rows, columns, values), pivots),
+        ]
+        for state in broken:
+            fresh = tesk2mp.LU.__new__(tesk2mp.LU)
+            with self.assertRaises((ValueError, tesk2mp.Error)):
+                fresh.__setstate__(state)
+            with contextlib.suppress(TypeError, ValueError, tesk2mp.Error):
+                fresh.solve([1, 2])
+        self.assertEqual(tesk2mp.LU([[1, 2], [3, 4]]).solve([3, 7]), [1, 1])
+
+
+if __name__ == "__main__":
+    unittest.main()
