@@ -160,7 +160,7 @@ py::tuple solve_iteratively(const py::object& a, const py::object& b, const py::
       options_of(method, tolerance, criterion, norm, weights, matrix_norm, largest_singular_value);
   options.order = order;
   options.most_iterations = most_iterations;
-  const py::object right = py::isinstance<py::sequence>(b) ? b : py::object(py::list(b));
+  const py::object right = py::isinstance<py::sequence>(b) ? b : py::object(py::list(elements_of(b)));
   const GivenSystem given{right, preconditioner, guess, monitor, options};
   const bool is_complex = Array(right).is_complex() || (!guess.is_none() && Array(guess).is_complex());
   if (!py::isinstance<AnySparse>(a)) {
