@@ -119,9 +119,8 @@ void Command::choice(const std::string& name_, const std::string& value, std::st
   add(std::move(option));
 }
 
-void Command::add_digits() {
-  number("--digits", "D", session_.digits, 1, kMostDigits,
-         "working precision in decimal digits, 1 to 1000000 (default 20)");
+void Command::add_digits(const char* what) {
+  number("--digits", "D", session_.digits, 1, kMostDigits, std::string(what) + ", 1 to 1000000 (default 20)");
   flag("--quiet", session_.quiet, "no progress lines on standard error");
 }
 

@@ -59,7 +59,7 @@ class Command {
               const std::vector<std::string>& words, const std::string& description);
   void add(Option option);
   /// --digits and --quiet
-  void add_digits();
+  void add_digits(const char* what = "working precision in decimal digits");
 
   std::string name;
   std::string purpose;

@@ -42,10 +42,11 @@ Solution refined_solution(const Equations<T>& equations) {
 }
 
 template <class T>
-Solution proven_solution(const Equations<T>& equations) {
+Solution proven_solution(const Equations<T>& equations, const ProofOptions& options) {
   const tesk2mp::Matrix<T> a = full_matrix(equations);
   Solution solution;
-  const auto found = with_true_digits(solution.worked_with, [&] { return tesk2mp::proven::solve(a, equations.b); });
+  const auto found =
+      with_true_digits(options, solution.worked_with, [&] { return tesk2mp::proven::solve(a, equations.b); });
   tesk2mp::Matrix<T> x(found.size(), 1);
   for (std::size_t i = 0; i < found.size(); ++i) {
     x(i, 0) = tesk2mp::proven::known_value(found[i]);
@@ -58,8 +59,9 @@ Solution proven_solution(const Equations<T>& equations) {
 
 }  // namespace
 
-Solution solve_proven(const LinearSystem& system) {
-  Solution solution = std::visit([](const auto& equations) { return proven_solution(equations); }, system.equations);
+Solution solve_proven(const LinearSystem& system, const ProofOptions& options) {
+  Solution solution =
+      std::visit([&](const auto& equations) { return proven_solution(equations, options); }, system.equations);
   solution.method = "proven";
   solution.routine = system.complex() ? "QuarnMPX_zproven_solve_" : "QuarnMPX_dproven_solve_";
   return solution;

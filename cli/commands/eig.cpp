@@ -24,7 +24,7 @@ struct EigOptions {
   TableOptions table;
   bool vectors = false;
   bool condition = false;
-  bool proven = false;
+  ProofOptions proof;
   OutputOptions output;
 };
 
@@ -80,7 +80,10 @@ Eigenvalues pencil_eigenvalues_of(const EigOptions& options, const tesk2mp::Matr
       Eigenvalues result = symmetric_eigenvalues_of(options, a, b);
       result.routine = routine_of(kComplex, "dsygv", "zhegv");
       return result;
-    } catch (const tesk2mp::NumericalFailure&) {
+    } catch (const tesk2mp::NumericalFailure& failure) {
+      if (failure.code() <= Integer(a.rows())) {
+        throw;
+      }
       // B is not definite.
     }
   }
@@ -192,7 +195,7 @@ QuarnFloat largest_residual(const tesk2mp::Matrix<T>& a, const tesk2mp::Matrix<T
 
 template <class T>
 void run_on(const EigOptions& options, const DenseMatrix& given, const tesk2mp::Matrix<T>& a,
-            const tesk2mp::Matrix<T>* b) {
+            const tesk2mp::Matrix<T>* b, const std::string& why_not = "") {
   const double real_cost = eigenvalue_cost(double(a.rows()), options.vectors || options.condition);
   const Progress progress = Progress::estimated("eigenvalues", (given.complex() ? 4 : 1) * real_cost);
   const Eigenvalues found = b != nullptr             ? pencil_eigenvalues_of(options, a, *b)
@@ -213,6 +216,11 @@ void run_on(const EigOptions& options, const DenseMatrix& given, const tesk2mp::
                                                  : " after balancing and reduction to Hessenberg form")};
   result.facts = {
       {"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}, {"n", std::to_string(given.rows()), true}};
+  if (!why_not.empty()) {
+    result.notes.push_back(why_not);
+  }
+  result.notes.emplace_back(options.condition ? "an estimate, without a proof"
+                                              : "an estimate, without a proof; --condition says how sensitive it is");
   std::vector<Complex> values;
   std::vector<QuarnFloat> conditions;
   for (const std::size_t j : order) {
@@ -276,7 +284,7 @@ void run_proven(const EigOptions& options, const DenseMatrix& given, const tesk2
   Result result;
   result.notes = {"Eigenvalues of the " + description(given) + ", the largest first", ""};
   std::vector<tesk2mp::proven::BoundedRoot> found =
-      proven_result(result, routine, [&] { return proven_eigenvalues_of(a, symmetric); });
+      proven_result(options.proof, result, routine, [&] { return proven_eigenvalues_of(a, symmetric); });
   result.facts.push_back({"n", std::to_string(given.rows()), true});
   std::vector<Complex> unordered;
   unordered.reserve(found.size());
@@ -296,7 +304,7 @@ void run_proven(const EigOptions& options, const DenseMatrix& given, const tesk2
   const ResultColumn counts = count_column("i", positions(given.rows()));
   result.table = {counts, aligned_column("real", re, largest), aligned_column("imaginary", im, largest)};
   result.data = {counts, {"real", exact_cells(re)}, {"imaginary", exact_cells(im)}};
-  add_errors(result, errors_of(roots), "value");
+  add_errors(result, errors_of(roots), "value", options.proof.errors);
   add_counts(result, roots);
   result.picture = [&](const std::string& file) {
     draw(ComplexPlane{"Eigenvalues of the " + description(given), values}, file);
@@ -306,7 +314,8 @@ void run_proven(const EigOptions& options, const DenseMatrix& given, const tesk2
 
 void run_eig(const EigOptions& options) {
   const bool alone = options.mass.empty();
-  if (options.proven && (options.vectors || options.condition || !alone || !options.select.empty())) {
+  const bool values_alone = !options.vectors && !options.condition && alone && options.select.empty();
+  if (options.proof.insisted && !values_alone) {
     throw bad_input("--proven is for the values: without --vectors, --condition, --mass and --select");
   }
   if (!alone && (options.condition || !options.select.empty())) {
@@ -316,14 +325,17 @@ void run_eig(const EigOptions& options) {
     throw bad_input("only one of MATRIX and --mass can be standard input");
   }
   const auto read = [&] {
-    const tesk2mp::Digits scope(digits_of_data(options.proven));
+    const tesk2mp::Digits scope(digits_of_data(options.proof.wanted() && values_alone));
     return read_operand(options.matrix, options.table, true);
   };
   const DenseMatrix given = read();
   if (alone) {
     std::visit(
         [&]<class T>(const tesk2mp::Matrix<T>& a) {
-          options.proven ? run_proven(options, given, a) : run_on<T>(options, given, a, nullptr);
+          std::string why_not;
+          if (!values_alone || !try_proof(options.proof, why_not, [&] { run_proven(options, given, a); })) {
+            run_on<T>(options, given, a, nullptr, why_not);
+          }
         },
         given.elements);
     return;
@@ -349,10 +361,10 @@ complex. Symmetric and Hermitian ones are recognised: their eigenvalues are real
 With --mass B may be singular: it has infinite eigenvalues then.
 --plot draws the complex plane.
 
-With --proven the numbers of the matrix are taken with all their digits, and D digits of both
-parts of every eigenvalue are true; a part of which none is known, D digits below the largest,
-is printed as 0. Multiple eigenvalues have a count. Where no proof is found the exit status
-is 1.
+The numbers of the matrix are taken with all their digits, and D digits of both parts of every
+eigenvalue are true; a part of which none is known, D digits below the largest, is printed
+as 0. Multiple eigenvalues have a count. Where no proof is found, and with --vectors,
+--condition, --mass and --select, a note says that the result is an estimate.
 
 Examples:
   quarn eig examples/west0067.mtx --digits 50 --plot west0067.svg
@@ -370,11 +382,13 @@ void declare_eig(Command& command) {
   command.numbers("--select", "FIRST LAST", 2, options->select,
                   "these eigenvalues alone, counted from 1 in ascending order");
   command.flag("--condition", options->condition, "how sensitive the eigenvalues are");
-  command.add_digits();
-  add_proven_option(command, options->proven);
+  add_true_digits(command, options->proof);
   add_output_options(command, options->output);
   add_plot_option(command, options->output);
-  command.work = [options] { run_eig(*options); };
+  command.work = [options] {
+    options->proof.start();
+    run_eig(*options);
+  };
 }
 
 const Registered kEigCommand(120, "eig", "eigenvalues and eigenvectors", kEigFooter, declare_eig);

@@ -79,7 +79,9 @@ void run_gallery(const GalleryOptions& options) {
       std::all_of(options.order.begin(), options.order.end(), [](char c) { return c >= '0' && c <= '9'; });
   const std::size_t order = whole ? std::stoul(options.order) : 0;
   if (order < 1 || order > kLargestOrder) {
-    throw bad_input("N: '" + options.order + "' is not an order from 1 to " + std::to_string(kLargestOrder));
+    throw bad_input(options.order.empty()
+                        ? "N, the order of the matrix, is missing"
+                        : "N: '" + options.order + "' is not an order from 1 to " + std::to_string(kLargestOrder));
   }
   std::vector<Complex> parameters;
   for (const std::string& text : options.parameters) {

@@ -14,13 +14,13 @@ namespace {
 struct MatrixOptions {
   std::string matrix;
   TableOptions table;
-  bool proven = false;
+  ProofOptions proof;
   OutputOptions output;
 };
 
 /// Reads the matrix: rounded to the working digits, or with all its digits where the result is to be proven.
 DenseMatrix read_matrix(const MatrixOptions& options) {
-  const tesk2mp::Digits scope(digits_of_data(options.proven));
+  const tesk2mp::Digits scope(digits_of_data(options.proof.wanted()));
   return read_operand(options.matrix, options.table, true);
 }
 
@@ -32,22 +32,45 @@ Result started(const DenseMatrix& given, const std::string& what, const char* re
   return result;
 }
 
+/// Why there is no proof, if one was tried, and what the result is worth.
+void add_estimate(Result& result, const std::string& why_not, const QuarnFloat& reciprocal_condition) {
+  if (!why_not.empty()) {
+    result.notes.push_back(why_not);
+  }
+  result.notes.push_back(estimate_note(reciprocal_condition, "the condition number"));
+}
+
 void run_inv(const MatrixOptions& options) {
   constexpr double kFactorisations = 4;  // one, and as many right-hand sides as rows
   const DenseMatrix given = read_matrix(options);
   const Progress progress =
       Progress::estimated("inverting", kFactorisations * factorisation_cost(given.rows(), given.complex()));
+  tesk2mp::Matrix<QuarnFloat> errors;
   Result result = started(given, "Inverse", "QuarnMPX_f07adf_", "QuarnMPX_f07arf_");
   const auto invert = [&]<class T>(const tesk2mp::Matrix<T>& a) {
-    if (!options.proven) {
-      return DenseMatrix{"", tesk2mp::inverse(a)};
+    DenseMatrix found;
+    std::string why_not;
+    const bool proven = try_proof(options.proof, why_not, [&] {
+      const char* routine = given.complex() ? "QuarnMPX_zproven_solve_" : "QuarnMPX_dproven_solve_";
+      const auto bounded = proven_result(options.proof, result, routine, [&] { return tesk2mp::proven::inverse(a); });
+      found.elements = tesk2mp::proven::known_value(bounded);
+      errors = bounded.errors();
+    });
+    if (!proven) {
+      found.elements = tesk2mp::inverse(a);
+      add_estimate(result, why_not, tesk2mp::reciprocal_condition(a));
     }
-    const char* routine = given.complex() ? "QuarnMPX_zproven_solve_" : "QuarnMPX_dproven_solve_";
-    return DenseMatrix{
-        "", tesk2mp::proven::known_value(proven_result(result, routine, [&] { return tesk2mp::proven::inverse(a); }))};
+    return found;
   };
   const DenseMatrix inverse = std::visit(invert, given.elements);
   add_matrix(result, inverse);
+  if (errors.rows() > 0) {
+    const QuarnFloat largest = *std::max_element(errors.data(), errors.data() + errors.rows() * errors.columns());
+    result.facts.push_back({"largest_error", largest.to_string()});
+    if (options.proof.errors) {
+      result.notes.push_back("so far away is the exact value of an element at most: " + brief(largest));
+    }
+  }
   result.picture = [&](const std::string& file) { draw(map_of_magnitudes(result.notes.front(), inverse), file); };
   deliver(result, options.output);
 }
@@ -58,13 +81,22 @@ void run_det(const MatrixOptions& options) {
   Result result = started(given, "Determinant", "QuarnMPX_f03aff_", "QuarnMPX_zdeterminant_");
   std::visit(
       [&](const auto& a) {
-        if (options.proven) {
+        std::string why_not;
+        const bool proven = try_proof(options.proof, why_not, [&] {
           const char* routine = given.complex() ? "QuarnMPX_zproven_determinant_" : "QuarnMPX_dproven_determinant_";
-          const auto found = proven_result(result, routine, [&] { return tesk2mp::proven::determinant(a); });
+          const auto found =
+              proven_result(options.proof, result, routine, [&] { return tesk2mp::proven::determinant(a); });
           const std::string determinant = exact_text(tesk2mp::proven::known_value(found));
+          const QuarnFloat error = found.error.value();
           result.facts.push_back({"determinant", determinant});
-          result.facts.push_back({"error", found.error.value().to_string()});
-          result.data = {{"determinant", {determinant}}};
+          result.facts.push_back({"error", error.to_string()});
+          result.table = {{"determinant", {determinant}}};
+          result.data = {{"determinant", {determinant}}, {"error", exact_cells({error})}};
+          if (options.proof.errors) {
+            result.table.push_back({"error", brief_cells({error})});
+          }
+        });
+        if (proven) {
           return;
         }
         const auto scaled = tesk2mp::scaled_determinant(a);
@@ -72,13 +104,14 @@ void run_det(const MatrixOptions& options) {
         if (scaled.nearly_singular) {
           result.notes.emplace_back("Matrix A is approximately singular.");
         }
+        add_estimate(result, why_not, scaled.reciprocal_condition);
         result.facts.push_back({"mantissa", exact_text(scaled.mantissa)});
         result.facts.push_back({"exponent", std::to_string(scaled.exponent), true});
         result.facts.push_back({"rcond", exact_text(scaled.reciprocal_condition)});
         result.data = {{"determinant", {determinant}}};
+        result.table = result.data;
       },
       given.elements);
-  result.table = result.data;
   deliver(result, options.output);
 }
 
@@ -86,33 +119,33 @@ constexpr const char* kInverseFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file. A singular matrix
 has no inverse, and the exit status is 1. --plot draws the magnitudes.
 
-With --proven the numbers of the matrix are taken with all their digits, and D digits of every
-element of the inverse are true; one of which not even the sign is known, D digits below the
-largest, is printed as 0. Where no proof is found the exit status is 1.
+The numbers of the matrix are taken with all their digits, and D digits of every element of
+the inverse are true; one of which not even the sign is known, D digits below the largest, is
+printed as 0. Where no proof is found a note says so, and what the estimate is.
 
 Examples:
-  quarn inv examples/fs_183_1.mtx --digits 40 --proven --output inverse.mtx
+  quarn inv examples/fs_183_1.mtx --digits 40 --output inverse.mtx
   printf '1 2\n3 4\n' | quarn inv -)";
 
 constexpr const char* kDeterminantFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file. The determinant
-is the product of the pivots of an LU factorisation, however large or small; a note says
-when roundings alone may have made the matrix singular or regular. JSON has mantissa and
-exponent of ten apart, and an estimate of the reciprocal condition number.
+may be however large or small. The numbers of the matrix are taken with all their digits, and
+all digits of the determinant that are printed are true. Where no proof is found, as for a
+singular matrix, a note says so.
 
-With --proven the numbers of the matrix are taken with all their digits, and all digits of the
-determinant that are printed are true. Where no proof is found, as for a singular matrix, the
-exit status is 1.
+With --working-digits, and without a proof, it is the product of the pivots of an LU
+factorisation; a note says when roundings alone may have made the matrix singular or regular.
+JSON has mantissa and exponent of ten apart, and an estimate of the reciprocal condition
+number.
 
 Examples:
-  quarn det examples/fs_183_1.mtx --digits 40 --proven
+  quarn det examples/fs_183_1.mtx --digits 40
   printf '1 2\n3 4\n' | quarn det - --format json)";
 
 void declare_matrix(Command& command, const std::shared_ptr<MatrixOptions>& options, Forms forms) {
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
   add_matrix_options(command, options->table);
-  command.add_digits();
-  add_proven_option(command, options->proven);
+  add_true_digits(command, options->proof);
   add_output_options(command, options->output, forms);
 }
 
@@ -120,14 +153,20 @@ const Registered kInverse(104, "inv", "the inverse of a dense matrix", kInverseF
   auto options = std::make_shared<MatrixOptions>();
   declare_matrix(command, options, Forms::matrix);
   add_plot_option(command, options->output);
-  command.work = [options] { run_inv(*options); };
+  command.work = [options] {
+    options->proof.start();
+    run_inv(*options);
+  };
 });
 
 const Registered kDeterminant(105, "det", "the determinant of a dense matrix", kDeterminantFooter,
                               [](Command& command) {
                                 auto options = std::make_shared<MatrixOptions>();
                                 declare_matrix(command, options, Forms::table);
-                                command.work = [options] { run_det(*options); };
+                                command.work = [options] {
+                                  options->proof.start();
+                                  run_det(*options);
+                                };
                               });
 
 }  // namespace

@@ -137,6 +137,7 @@ Solution solve_by(const std::string& source, const Equations<T>& equations, cons
     tesk2mp::iterate(solver, product, precondition, monitor);
   } catch (const tesk2mp::NumericalFailure& failure) {
     const std::string text = failure.what();
+    solution.failure_code = failure.code();
     solution.failure = "IFAIL " + std::to_string(failure.code()) + ": " + text.substr(failure.routine().size() + 2);
   }
   look();

@@ -12,6 +12,8 @@
 
 namespace cli {
 
+struct ProofOptions;
+
 /// A and b of one kind of numbers. The entries of A are in canonical form: rows ascending, columns ascending within a
 /// row, no place twice.
 template <class T>
@@ -57,6 +59,7 @@ struct Solution {
   Integer products = 0;
   std::vector<QuarnFloat> errors;  // proven bounds, where there are
   int worked_with = 0;             // digits of the proof
+  Integer failure_code = 0;        // of the routine
   std::string failure;             // what the library says; empty when the solution is one
 };
 
@@ -86,6 +89,6 @@ Solution solve_iteratively(const LinearSystem& system, const std::string& method
 Solution solve_directly(const LinearSystem& system);
 
 /// The same with so many digits that those of the moment are true. Throws NumericalFailure where none suffice.
-Solution solve_proven(const LinearSystem& system);
+Solution solve_proven(const LinearSystem& system, const ProofOptions& options);
 
 }  // namespace cli

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <algorithm>
+#include <chrono>
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -12,8 +14,29 @@
 
 namespace cli {
 
-inline void add_proven_option(Command& command, bool& proven) {
-  command.flag("--proven", proven, "work with so many digits that all that are printed are true");
+/// What --digits means: digits that are proven to be true, or, with --working-digits, those of one computation.
+struct ProofOptions {
+  Integer once = 0;  // working digits; 0: a proof
+  Integer seconds = 60;
+  bool insisted = false;
+  bool errors = false;
+
+  bool wanted() const { return once == 0 || insisted; }
+  /// For the work of a command, before its data are read.
+  void start() const {
+    if (!wanted()) {
+      QuarnSetDigits(int(once));
+    }
+  }
+};
+
+inline void add_true_digits(Command& command, ProofOptions& proof) {
+  command.add_digits("digits that are printed, and proven to be true");
+  command.number("--working-digits", "D", proof.once, 1, kMostDigits, "compute once with D digits, without a proof");
+  command.number("--proof-time", "S", proof.seconds, 0, 1'000'000,
+                 "after S seconds try no more working digits for a proof (default 60)");
+  command.flag("--proven", proof.insisted, "print nothing that is not proven");
+  command.flag("--error", proof.errors, "a column of bounds of the errors; csv and json have it always");
 }
 
 /// With so many digits data are read: all that they have where the result is to be proven.
@@ -24,15 +47,56 @@ inline int digits_of_data(bool proven) {
 
 /// What problem() gives, to as many true digits as are asked for, and with how many the proof worked.
 template <class Problem>
-auto with_true_digits(int& worked_with, const Problem& problem) {
+auto with_true_digits(const ProofOptions& options, int& worked_with, const Problem& problem) {
+  using Clock = std::chrono::steady_clock;
   const int digits = QuarnDigits();
+  const Clock::time_point end = Clock::now() + std::chrono::seconds(options.seconds);
+  std::int64_t known = 0;
+  worked_with = 0;
   return tesk2mp::proven::to_digits(
       digits,
       [&] {
+        if (worked_with != 0 && Clock::now() > end) {
+          throw tesk2mp::NumericalFailure("TO_DIGITS", 1, 0,
+                                          std::to_string(known) + " of " + std::to_string(digits) +
+                                              " digits are proven with " + std::to_string(worked_with) +
+                                              " working digits, after " + std::to_string(options.seconds) + " s",
+                                          {known, std::int64_t(digits), std::int64_t(worked_with)});
+        }
         worked_with = QuarnDigits();
-        return problem();
+        auto result = problem();
+        known = tesk2mp::proven::fewest_true_digits(result);
+        return result;
       },
       40 * digits + 1000);
+}
+
+/// Runs attempt(), which proves its result. Where there is no proof and none was insisted on: false, and why.
+template <class Attempt>
+bool try_proof(const ProofOptions& options, std::string& why_not, const Attempt& attempt) {
+  if (!options.wanted()) {
+    return false;
+  }
+  try {
+    attempt();
+    return true;
+  } catch (const tesk2mp::NumericalFailure& failure) {
+    if (options.insisted || failure.routine() != "TO_DIGITS") {
+      throw;
+    }
+    why_not = "not proven: " + failure.text() + "; what follows is an estimate, computed once with " + digits_text();
+    return false;
+  }
+}
+
+/// What a computation without a proof is worth, by a reciprocal condition number.
+inline std::string estimate_note(const QuarnFloat& reciprocal_condition, const std::string& method) {
+  constexpr double kLost = 1;
+  double digits = 0;
+  if (reciprocal_condition > 0) {
+    digits = QuarnDigits() + std::min(0, ilogb(reciprocal_condition)) - kLost;
+  }
+  return "about " + std::to_string(std::max(0, int(digits))) + " digits are true (estimate by " + method + ")";
 }
 
 inline std::string proof_note(int worked_with, const std::string& routine) {
@@ -41,9 +105,9 @@ inline std::string proof_note(int worked_with, const std::string& routine) {
 
 /// The same, said in the second note and the facts.
 template <class Problem>
-auto proven_result(Result& result, const std::string& routine, const Problem& problem) {
+auto proven_result(const ProofOptions& options, Result& result, const std::string& routine, const Problem& problem) {
   int worked_with = 0;
-  auto found = with_true_digits(worked_with, problem);
+  auto found = with_true_digits(options, worked_with, problem);
   result.notes[1] = proof_note(worked_with, routine);
   result.facts = {{"routine", routine},
                   {"digits", std::to_string(QuarnDigits()), true},
@@ -63,10 +127,13 @@ std::vector<QuarnFloat> errors_of(const std::vector<Bound>& results) {
   return errors;
 }
 
-/// A column of bounds.
-inline void add_errors(Result& result, const std::vector<QuarnFloat>& errors, const std::string& what) {
-  result.notes.push_back("error: so far away is the exact " + what + " at most");
-  result.table.push_back({"error", brief_cells(errors)});
+/// A column of bounds, in text where it is wanted there.
+inline void add_errors(Result& result, const std::vector<QuarnFloat>& errors, const std::string& what,
+                       bool in_text = true) {
+  if (in_text) {
+    result.notes.push_back("error: so far away is the exact " + what + " at most");
+    result.table.push_back({"error", brief_cells(errors)});
+  }
   result.data.push_back({"error", exact_cells(errors)});
 }
 

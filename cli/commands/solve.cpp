@@ -24,24 +24,40 @@ struct SolveOptions {
   TableOptions table;
   std::string right_side;
   std::string column;
-  std::string method = "bicgstab";
+  std::string method;  // empty: a proof, and bicgstab where there is none
   IterativeOptions iterative;
   std::string history;
   bool progress = false;
-  bool proven = false;
+  ProofOptions proof;
   OutputOptions output;
 };
 
 const std::vector<std::string> kIterative = {"rgmres", "cgs", "bicgstab", "tfqmr"};
-constexpr const char* kBreakdown = "IFAIL 7";
+constexpr Integer kBreakdown = 7;
+constexpr Integer kMostProven = 1000;
 constexpr Integer kMostIterations = 2147483647;
+
+/// Whether D proven digits are wanted: nothing says how to solve the system instead.
+bool is_proof_wanted(const SolveOptions& options) {
+  const IterativeOptions given;
+  const IterativeOptions& iterative = options.iterative;
+  return options.proof.insisted ||
+         (options.proof.wanted() && options.method.empty() && iterative.tolerance.empty() &&
+          iterative.precon == given.precon && iterative.maxit == given.maxit && iterative.every == given.every &&
+          options.history.empty() && !options.progress && options.output.picture.empty());
+}
 
 LinearSystem read_system(const SolveOptions& options) {
   if (options.matrix == "-" && options.right_side == "-") {
     throw bad_input("only one of MATRIX and --rhs can be standard input");
   }
-  const tesk2mp::Digits scope(digits_of_data(options.proven));
-  const SparseMatrix matrix = read_matrix(options.matrix, options.table);
+  const bool wanted = is_proof_wanted(options);
+  const auto read = [&] {
+    const tesk2mp::Digits all(digits_of_data(wanted));
+    return read_matrix(options.matrix, options.table);
+  };
+  const SparseMatrix matrix = read();
+  const tesk2mp::Digits scope(digits_of_data(wanted && (options.proof.insisted || matrix.rows <= kMostProven)));
   if (options.right_side.empty()) {
     return linear_system(matrix, nullptr);
   }
@@ -61,7 +77,7 @@ double part_done(const QuarnFloat& first, const ResidualStep& now) {
 Solution solve(const LinearSystem& system, const std::string& method, const SolveOptions& options) {
   if (method == "direct" || method == "proven") {
     const Progress progress = Progress::estimated("factorising", factorisation_cost(system.n, system.complex()));
-    return method == "direct" ? solve_directly(system) : solve_proven(system);
+    return method == "direct" ? solve_directly(system) : solve_proven(system, options.proof);
   }
   std::optional<Progress> progress;
   if (!options.progress) {
@@ -214,7 +230,7 @@ Result proven_result_of(const LinearSystem& system, const Solution& solution, co
                   {"working_digits", std::to_string(solution.worked_with), true},
                   {"relative_residual", solution.residual.to_string()}};
   add_matrix(result, solution.x);
-  add_errors(result, solution.errors, "component");
+  add_errors(result, solution.errors, "component", options.proof.errors);
   return result;
 }
 
@@ -277,23 +293,31 @@ Result comparison(const LinearSystem& system, const std::vector<Solution>& solut
   return result;
 }
 
-void run_solve(const SolveOptions& options) {
-  if (options.proven && (!options.history.empty() || !options.output.picture.empty())) {
+void run_solve(SolveOptions options) {
+  if (options.proof.insisted && (!options.history.empty() || !options.output.picture.empty())) {
     throw bad_input("--proven has no course of the residual: without --history and --plot");
   }
   if (options.method == "all" && options.output.format == Format::mtx) {
     throw bad_input("--method all gives a comparison, which is no matrix");
   }
   const LinearSystem system = read_system(options);
-  if (options.proven) {
-    deliver(proven_result_of(system, solve(system, "proven", options), options), options.output);
-    return;
+  std::string why_not;
+  if (is_proof_wanted(options)) {
+    const auto prove = [&] {
+      deliver(proven_result_of(system, solve(system, "proven", options), options), options.output);
+    };
+    if (!options.proof.insisted && system.n > kMostProven) {
+      why_not = "not proven: of more than " + std::to_string(kMostProven) + " unknowns --proven alone does that";
+    } else if (try_proof(options.proof, why_not, prove)) {
+      return;
+    }
   }
+  options.method = options.method.empty() ? "bicgstab" : options.method;
   std::vector<Solution> solutions;
   if (options.method == "auto") {
     const std::string method = automatic_method(system);
     solutions.push_back(solve(system, method, options));
-    if (method == "cg" && solutions.front().failure.starts_with(kBreakdown)) {
+    if (method == "cg" && solutions.front().failure_code == kBreakdown) {
       solutions.front() = solve(system, "minres", options);
     }
   } else {
@@ -304,6 +328,9 @@ void run_solve(const SolveOptions& options) {
 
   const bool all = options.method == "all";
   Result result = all ? comparison(system, solutions, options) : one_result(system, solutions.front(), options);
+  if (!why_not.empty()) {
+    result.notes.insert(result.notes.begin() + 2, why_not);
+  }
   if (!all) {
     add_matrix(result, solutions.front().x);
   }
@@ -331,10 +358,11 @@ symmetry.
 Not solved is exit status 1; the last iterate and its residual are written all the same.
 A small residual is an estimate: where b was made up the largest error is written beside it.
 
---proven factorises the full matrix, takes A and b with all their digits, and works with so
-many that D digits of every component are true, whatever the method; one of which none is
-known, D digits below the largest, is printed as 0. Where no proof is found the exit status
-is 1.
+Where nothing but --digits says how to solve a system of up to 1000 unknowns, its full matrix is
+factorised, A and b are taken with all their digits, and D digits of every component are true;
+one of which none is known, D digits below the largest, is printed as 0. Where no proof is
+found bicgstab is tried, and a note says that. --proven does it whatever the method, for any
+number of unknowns, or fails.
 
 Examples:
   quarn solve examples/west0067.mtx --method all --digits 50 --tol 1e-40 --plot history.svg
@@ -364,19 +392,22 @@ void declare_solve(Command& command) {
   add_matrix_options(command, options->table);
   command.text("--rhs", "FILE", options->right_side, "the right side; - is standard input");
   command.text("--column", "NAME", options->column, "name or number of the right side's column");
-  command.choice(
-      "--method", "M", options->method,
-      {"rgmres", "cgs", "bicgstab", "tfqmr", "all", "cg", "minres", "symmlq", "auto", "direct"},
-      "rgmres, cgs, bicgstab (default), tfqmr, all of these; for symmetric matrices cg (positive definite), minres, "
-      "symmlq; auto: cg, minres or bicgstab by the matrix; or direct");
+  command.choice("--method", "M", options->method,
+                 {"rgmres", "cgs", "bicgstab", "tfqmr", "all", "cg", "minres", "symmlq", "auto", "direct"},
+                 "rgmres, cgs, bicgstab, tfqmr, all of these; for symmetric matrices cg (positive definite), minres, "
+                 "symmlq; auto: cg, minres or bicgstab by the matrix; or direct (default: with a proof; bicgstab where "
+                 "other options are "
+                 "given)");
   add_iterative_options(command, options->iterative);
   command.text("--history", "FILE", options->history, "write the course of the residual (.csv, .json or .txt)");
   command.flag("--progress", options->progress, "tell every iteration on standard error, terminal or not");
-  command.add_digits();
-  add_proven_option(command, options->proven);
+  add_true_digits(command, options->proof);
   add_output_options(command, options->output, Forms::matrix);
   add_plot_option(command, options->output);
-  command.work = [options] { run_solve(*options); };
+  command.work = [options] {
+    options->proof.start();
+    run_solve(*options);
+  };
 }
 
 const Registered kSolveCommand(150, "solve", "solve a linear system with a sparse matrix", kSolveFooter, declare_solve);

@@ -18,7 +18,7 @@ struct SvdOptions {
   std::string matrix;
   std::string part = "values";
   TableOptions table;
-  bool proven = false;
+  ProofOptions proof;
   OutputOptions output;
 };
 
@@ -37,25 +37,35 @@ Result result_of(const SvdOptions& options, const DenseMatrix& given, const tesk
   Result result;
   result.notes = {what + (values ? " of the " : ", A the ") + description(given), digits_text() + ", by " + routine};
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
-  if (options.proven) {
-    const auto bounded =
-        proven_result(result, given.complex() ? "QuarnMPX_zproven_singular_" : "QuarnMPX_dproven_singular_",
-                      [&] { return tesk2mp::proven::singular_values(a); });
+  std::string why_not;
+  const auto prove = [&] {
+    const auto bounded = proven_result(options.proof, result,
+                                       given.complex() ? "QuarnMPX_zproven_singular_" : "QuarnMPX_dproven_singular_",
+                                       [&] { return tesk2mp::proven::singular_values(a); });
     errors = errors_of(bounded);
     for (const auto& value : bounded) {
       system.values.push_back(tesk2mp::proven::known_value(value));
     }
-  } else if (values) {
-    system.values = tesk2mp::singular_values(a);
-  } else {
+  };
+  if (!values) {
     system = tesk2mp::svd(a);
+    result.notes.emplace_back("an estimate: singular vectors are computed once, without a proof");
+  } else if (!try_proof(options.proof, why_not, prove)) {
+    system.values = tesk2mp::singular_values(a);
+    if (!why_not.empty()) {
+      result.notes.push_back(why_not);
+    }
+    if (!system.values.empty() && system.values.front() > 0) {
+      result.notes.push_back("of the smallest " + estimate_note(system.values.back() / system.values.front(),
+                                                                "its size beside the largest"));
+    }
   }
   if (values) {
     const ResultColumn counts = count_column("i", positions(Integer(system.values.size())));
     result.table = {counts, aligned_column("value", system.values, largest_magnitude(system.values))};
     result.data = {counts, {"value", exact_cells(system.values)}};
-    if (options.proven) {
-      add_errors(result, errors, "value");
+    if (!errors.empty()) {
+      add_errors(result, errors, "value", options.proof.errors);
     }
     result.picture = [&given, sizes = system.values](const std::string& file) {
       Panel panel = panel_of_elements("Singular values of the " + description(given), "value", sizes);
@@ -76,11 +86,11 @@ Result result_of(const SvdOptions& options, const DenseMatrix& given, const tesk
 }
 
 void run_svd(const SvdOptions& options) {
-  if (options.proven && options.part != "values") {
+  if (options.proof.insisted && options.part != "values") {
     throw bad_input("--proven is for the values: without --factor");
   }
   const auto read = [&] {
-    const tesk2mp::Digits scope(digits_of_data(options.proven));
+    const tesk2mp::Digits scope(digits_of_data(options.proof.wanted() && options.part == "values"));
     return read_operand(options.matrix, options.table, false);
   };
   const DenseMatrix given = read();
@@ -92,9 +102,9 @@ constexpr const char* kSvdFooter =
 complex. --factor u and v write the first min(m, n) columns of a factor. --plot draws the
 values, or the magnitudes of the factor.
 
-With --proven the numbers of the matrix are taken with all their digits, and D digits of every
-value are true; one of which none is known, D digits below the largest, is printed as 0. Where
-no proof is found the exit status is 1.
+The numbers of the matrix are taken with all their digits, and D digits of every value are
+true; one of which none is known, D digits below the largest, is printed as 0. Where no proof
+is found, and for factors, a note says that the result is an estimate.
 
 Examples:
   quarn svd examples/west0067.mtx --digits 50 --format csv
@@ -105,11 +115,13 @@ void declare_svd(Command& command) {
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
   command.choice("--factor", "WHAT", options->part, kSvdParts, "what to write: values (default), u, v");
   add_matrix_options(command, options->table);
-  command.add_digits();
-  add_proven_option(command, options->proven);
+  add_true_digits(command, options->proof);
   add_output_options(command, options->output, Forms::matrix);
   add_plot_option(command, options->output);
-  command.work = [options] { run_svd(*options); };
+  command.work = [options] {
+    options->proof.start();
+    run_svd(*options);
+  };
 }
 
 const Registered kSvdCommand(125, "svd", "singular values of a dense matrix", kSvdFooter, declare_svd);

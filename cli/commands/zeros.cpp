@@ -18,12 +18,12 @@ namespace {
 
 struct ZerosOptions {
   std::vector<std::string> coefficients;
-  bool proven = false;
+  ProofOptions proof;
   OutputOptions output;
 };
 
 std::vector<Complex> coefficients_of(const ZerosOptions& options) {
-  const tesk2mp::Digits scope(digits_of_data(options.proven));
+  const tesk2mp::Digits scope(digits_of_data(options.proof.wanted()));
   std::vector<Complex> coefficients;
   for (const std::string& text : options.coefficients) {
     if (!is_complex_number(text)) {
@@ -48,14 +48,19 @@ void run_zeros(const ZerosOptions& options) {
   result.notes = {"Zeros of the polynomial of degree " + std::to_string(a.size() - 1),
                   digits_text() + ", by " + routine};
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
-  if (options.proven) {
-    roots = proven_result(result, real ? "QuarnMPX_dproven_zeros_" : "QuarnMPX_zproven_zeros_",
+  std::string why_not;
+  const bool proven = try_proof(options.proof, why_not, [&] {
+    roots = proven_result(options.proof, result, real ? "QuarnMPX_dproven_zeros_" : "QuarnMPX_zproven_zeros_",
                           [&] { return real ? tesk2mp::proven::zeros(real_parts(a)) : tesk2mp::proven::zeros(a); });
     errors = errors_of(roots);
     for (const auto& root : roots) {
       zeros.push_back(tesk2mp::proven::known_value(root));
     }
-  } else {
+  });
+  if (!proven) {
+    if (!why_not.empty()) {
+      result.notes.push_back(why_not);
+    }
     for (const tesk2mp::Zero& zero : real ? tesk2mp::polynomial_zeros(real_parts(a)) : tesk2mp::polynomial_zeros(a)) {
       zeros.push_back(zero.value);
       errors.push_back(zero.error);
@@ -77,9 +82,9 @@ void run_zeros(const ZerosOptions& options) {
 constexpr const char* kZerosFooter =
     R"(The coefficients are decimal numbers, real or complex, that of the highest power first;
 it must not be 0. A digit follows the minus sign: -0.5, not -.5. Multiple zeros and zeros
-of very different sizes are found to all digits. --plot draws the complex plane. With
---proven the coefficients are taken with all their digits, and D digits of every zero are
-true; zeros that share a disc have a count.
+of very different sizes are found to all digits. --plot draws the complex plane.
+The coefficients are taken with all their digits, and D digits of every zero are true;
+zeros that share a disc have a count.
 
 Examples:
   quarn zeros 1 -10 35 -50 24
@@ -90,11 +95,13 @@ void declare_zeros(Command& command) {
   auto options = std::make_shared<ZerosOptions>();
   command.texts("COEFFICIENT", "", options->coefficients, "the coefficients, that of the highest power first");
   command.options.back().required = true;
-  command.add_digits();
-  add_proven_option(command, options->proven);
+  add_true_digits(command, options->proof);
   add_output_options(command, options->output);
   add_plot_option(command, options->output);
-  command.work = [options] { run_zeros(*options); };
+  command.work = [options] {
+    options->proof.start();
+    run_zeros(*options);
+  };
 }
 
 const Registered kZerosCommand(130, "zeros", "zeros of a polynomial, with error bounds", kZerosFooter, declare_zeros);

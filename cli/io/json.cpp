@@ -6,6 +6,7 @@
 
 #include "cli/commands/failure.h"
 #include "cli/io/number_text.h"
+#include "quarn/quarnthread.h"
 
 namespace cli {
 
@@ -221,6 +222,7 @@ std::string render_json(const Result& result) {
   for (const ResultColumn& column : result.data) {
     auto& array = object[column.name] = nlohmann::ordered_json::array();
     for (const std::string& cell : column.cells) {
+      QuarnCheckInterrupt();
       if (column.counts) {
         array.push_back(std::stoll(cell));
       } else {

@@ -7,6 +7,7 @@
 #include "cli/io/json.h"
 #include "cli/io/one_line.h"
 #include "cli/system/progress.h"
+#include "quarn/quarnthread.h"
 
 namespace cli {
 
@@ -57,6 +58,7 @@ std::string render_text(const Result& result) {
   };
   add_line([](const ResultColumn& column) -> const std::string& { return column.name; });
   for (std::size_t row = 0; row < result.table.front().cells.size(); ++row) {
+    QuarnCheckInterrupt();
     add_line([row](const ResultColumn& column) -> const std::string& { return column.cells[row]; });
   }
   return text;
@@ -83,6 +85,7 @@ std::string render_csv(const Result& result) {
   };
   add_line([](const ResultColumn& column) -> const std::string& { return column.name; });
   for (std::size_t row = 0; row < result.data.front().cells.size(); ++row) {
+    QuarnCheckInterrupt();
     add_line([row](const ResultColumn& column) -> const std::string& { return column.cells[row]; });
   }
   return text;

@@ -149,9 +149,13 @@ class Dense(unittest.TestCase):
                         self.assertLess(abs(row[0]), size * Fraction(1, 10 ** (DIGITS - 8)))
 
     def test_determinants_beyond_the_numbers(self):
-        result = run_json("det", "-", stdin="1e800000000 0\n0 -25e800000000\n")
+        result = run_json("det", "-", "--working-digits", "20", stdin="1e800000000 0\n0 -25e800000000\n")
         self.assertEqual((result["determinant"], result["mantissa"], result["exponent"]), (["-2.5e1600000001"], "-2.5", 1600000001))
-        self.assertIn("# Matrix A is approximately singular.", run_well("det", "-", stdin="1 2\n2 4\n"))
+        nearly = "1 1\n1 1.0000000000000000000000000000000000000001\n"
+        self.assertIn("# Matrix A is approximately singular.", run_well("det", "-", "--working-digits", "20", stdin="1 2\n2 4\n"))
+        self.assertRegex(run_well("det", "-", "--proof-time", "0", stdin=nearly),
+                         r"# not proven: \d+ of 20 digits are proven with 25 working digits, after 0 s; what follows is an estimate")
+        self.assertIn("\n1e-40\n", run_well("det", "-", stdin=nearly).replace(" ", ""))
 
     def test_norms(self):
         a = self.matrix(4, 4)

@@ -160,7 +160,7 @@ class Runs(unittest.TestCase):
         done = run("calc", "1 + sqrtt(2)")
         self.assertEqual((done.returncode, done.stderr.splitlines()[-1]),
                          (2, "quarn: there is no variable and no function 'sqrtt'; did you mean 'sqrt'?"))
-        self.assertEqual(run_well("det", "-", "--format", "csv", stdin="2 0\n1 3\n"), "determinant\n6\n")
+        self.assertEqual(run_well("det", "-", "--format", "csv", stdin="2 0\n1 3\n").splitlines()[1].split(",")[0], "6")
         self.assertEqual(run_well("inv", "-", "--format", "csv", stdin="2 0\n0 4\n").splitlines()[1:], ["0.5,0", "0,0.25"])
         self.assertEqual(run("inv", "-", stdin="1 2\n2 4\n").returncode, 1)
         self.assertEqual(run("det", "-", stdin="1 2 3\n2 4 5\n").returncode, 2)
@@ -168,33 +168,40 @@ class Runs(unittest.TestCase):
     def test_proven_digits(self):
         # 1e-25 apart: at 20 digits the matrix is singular, and its numbers have more digits than that.
         matrix = "1 1\n1 1.0000000000000000000000001\n"
-        self.assertEqual(run_well("det", "-", "--proven", "--format", "csv", stdin=matrix), "determinant\n1e-25\n")
-        done = run_well("inv", "-", "--proven", stdin=matrix)
+        value, error = run_well("det", "-", "--format", "csv", stdin=matrix).splitlines()[1].split(",")
+        self.assertEqual((value, 0 <= float(error) < 1e-45), ("1e-25", True))
+        once = run_well("det", "-", "--working-digits", "40", stdin=matrix)
+        self.assertIn("# about 13 digits are true (estimate by the condition number)", once)
+        self.assertNotIn("proven", once)
+        done = run_well("inv", "-", stdin=matrix)
         self.assertIn("# 20 digits, all proven (worked with ", done)
         self.assertIn("1.0000000000000000000000001000000000000000000e+25"[:12], done)
         hilbert = "\n".join(" ".join(f"{420 // (i + j + 1)}" for j in range(4)) for i in range(4))
-        self.assertEqual(run_well("det", "-", "--proven", "--format", "csv", stdin=hilbert), "determinant\n5145\n")
-        determinant = json.loads(run_well("det", "-", "--proven", "--format", "json", stdin=matrix))
+        self.assertEqual(run_well("det", "-", "--format", "csv", stdin=hilbert).splitlines()[1].split(",")[0], "5145")
+        self.assertNotIn("error", run_well("eig", "-", stdin=hilbert))
+        self.assertIn("error", run_well("eig", "-", "--error", stdin=hilbert))
+        self.assertIn("# an estimate, without a proof", run_well("eig", "-", "--vectors", stdin=hilbert))
+        determinant = json.loads(run_well("det", "-", "--format", "json", stdin=matrix))
         self.assertEqual((determinant["proven"], determinant["working_digits"] > 40), (True, True))
         # Eigenvalues 2 +- 1e-20, which 20 digits of the matrix do not show; a double one; 1 and 3 of a symmetric matrix.
-        apart = json.loads(run_well("eig", "-", "--proven", "--digits", "25", "--format", "json",
+        apart = json.loads(run_well("eig", "-", "--digits", "25", "--format", "json",
                                     stdin="2 1\n1e-40 2\n"))
         self.assertEqual(apart["real"], ["2.00000000000000000001", "1.99999999999999999999"])
         self.assertTrue(all(0 < float(error) < 1e-24 for error in apart["error"]))
-        double = json.loads(run_well("eig", "-", "--proven", "--format", "json", stdin="2 1\n0 2\n"))
+        double = json.loads(run_well("eig", "-", "--format", "json", stdin="2 1\n0 2\n"))
         self.assertEqual((double["count"], double["imaginary"]), ([2, 2], ["0", "0"]))
-        self.assertEqual(run_well("eig", "-", "--proven", "--format", "csv", stdin="2 1\n1 2\n").splitlines()[1][:6],
+        self.assertEqual(run_well("eig", "-", "--format", "csv", stdin="2 1\n1 2\n").splitlines()[1][:6],
                          "1,3,0,")
         # The golden ratio and its inverse.
-        values = run_well("svd", "-", "--proven", "--digits", "30", "--format", "csv", stdin="1 1\n1 0\n").splitlines()
+        values = run_well("svd", "-", "--digits", "30", "--format", "csv", stdin="1 1\n1 0\n").splitlines()
         self.assertEqual([line.split(",")[1] for line in values[1:]],
                          ["1.61803398874989484820458683437", "0.618033988749894848204586834366"])
-        zeros = json.loads(run_well("zeros", "1", "-3", "3", "-1", "--proven", "--format", "json"))
+        zeros = json.loads(run_well("zeros", "1", "-3", "3", "-1", "--format", "json"))
         self.assertEqual((zeros["real"], zeros["count"]), (["1"] * 3, [3] * 3))
-        self.assertEqual(run_well("solve", "-", "--proven", "--format", "csv", stdin=matrix).splitlines()[1][:4], "1,1,")
+        self.assertEqual(run_well("solve", "-", "--format", "csv", stdin=matrix).splitlines()[1][:4], "1,1,")
         for arguments in (["eig", "-", "--vectors"], ["svd", "-", "--factor", "u"], ["solve", "-", "--history", "h.csv"]):
             self.assertEqual(run(*arguments, "--proven", stdin=matrix).returncode, 2)
-        self.assertEqual(run_well("det", "-", "--proven", "--format", "csv", stdin="1 2\n2 4\n"), "determinant\n0\n")
+        self.assertEqual(run_well("det", "-", "--proven", "--format", "csv", stdin="1 2\n2 4\n"), "determinant,error\n0,0\n")
         for command in ("inv", "solve"):
             done = run(command, "-", "--proven", stdin="1 2\n2 4\n")
             self.assertEqual(done.returncode, 1)
