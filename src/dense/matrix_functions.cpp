@@ -88,7 +88,7 @@ QuarnFloat one_norm_or_nan(Integer n, View<T> a) {
 }
 
 template <class T>
-bool all_finite(Integer n, View<T> a) {
+bool matrix_is_finite(Integer n, View<T> a) {
   for (Integer j = 1; j <= n; ++j) {
     for (Integer i = 1; i <= n; ++i) {
       if (!is_finite(a(i, j))) {
@@ -408,7 +408,7 @@ Integer safe_exponential(Integer n, View<T> a, View<T> f) {
       const WorkingDigits more(QuarnDigits() + extra);
       lost = exponential(n, a, f);
     }
-    if (!all_finite(n, f)) {
+    if (!matrix_is_finite(n, f)) {
       return kNone;
     }
     constexpr int kMostExtra = 100000;
@@ -450,7 +450,7 @@ Integer power(Integer n, View<T> a, const QuarnFloat& p, View<T> f) {
   }
   if (rest == 0) {
     copy_matrix(n, n, whole.view(), f);
-    return all_finite(n, f) ? kDone : kNone;
+    return matrix_is_finite(n, f) ? kDone : kNone;
   }
   OwnMatrix<T> logarithms(n, n);
   OwnMatrix<T> part(n, n);
@@ -463,7 +463,7 @@ Integer power(Integer n, View<T> a, const QuarnFloat& p, View<T> f) {
   }
   outcome = safe_exponential(n, logarithms.view(), part.view());
   multiply(n, whole.view(), part.view(), f);
-  return outcome != kDone ? outcome : all_finite(n, f) ? kDone : kNone;
+  return outcome != kDone ? outcome : matrix_is_finite(n, f) ? kDone : kNone;
 }
 
 /// Checks, copies A aside, does the work at more digits, and rounds once. Positions: n 1, a 2, lda 3, then ldf.
@@ -478,7 +478,7 @@ Integer function_of_matrix(Integer n, const T* a, Integer lda, T* f, Integer ldf
   OwnMatrix<T> given(n, n);
   OwnMatrix<T> result(n, n);
   copy_matrix(n, n, View<T>(const_cast<T*>(a), lda), given.view());
-  if (!all_finite(n, given.view())) {
+  if (!matrix_is_finite(n, given.view())) {
     return kNone;
   }
   Integer outcome = kDone;
