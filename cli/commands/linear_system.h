@@ -76,12 +76,12 @@ struct IterativeOptions {
   Integer every = 1;
 };
 
-/// The method for a matrix: cg when it is symmetric or Hermitian with a positive diagonal, minres when it is symmetric or
-/// Hermitian, else bicgstab.
+/// The method for a matrix: cg when it is symmetric or Hermitian with a positive diagonal, minres when it is symmetric
+/// or Hermitian, else bicgstab.
 std::string automatic_method(const LinearSystem& system);
 
-/// Solves by F11BEF, showing the watcher every iteration that is looked at. Throws Failure for preconditioners that need
-/// a diagonal where there is none.
+/// Solves by F11BEF, showing the watcher every iteration that is looked at. Throws Failure for preconditioners that
+/// need a diagonal where there is none.
 Solution solve_iteratively(const LinearSystem& system, const std::string& method, const IterativeOptions& options,
                            const std::function<void(const ResidualStep&)>& watcher);
 
