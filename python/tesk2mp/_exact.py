@@ -81,7 +81,7 @@ def _of_text(x: str) -> Decimal:
 
 def has_end(denominator: int) -> bool:
     """Do quotients by it end in decimal: has it no factors but 2 and 5?"""
-    return 10 ** denominator.bit_length() % denominator == 0
+    return pow(10, denominator.bit_length(), denominator) == 0
 
 
 def _quotient(numerator: int, denominator: int) -> Decimal:
