@@ -55,7 +55,7 @@ class Merge {
   void deflate() {
     QuarnFloat largest;
     for (const Column& column : columns_) {
-      largest = std::max({largest, fabs(column.d), fabs(column.z)});
+      largest = std::max({largest, fabs(column.d), rho_ * fabs(column.z)});
     }
     const QuarnFloat small = 8 * epsilon() * largest;
     for (Column& column : columns_) {

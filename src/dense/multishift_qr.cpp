@@ -101,7 +101,7 @@ class MultishiftQr {
       stalls = deflated > 0 ? 0 : stalls + 1;
       high -= deflated;
       // Many at a time: there may be more.
-      if (100 * deflated <= kGoodPercentage * window && high - low >= kSmallBlock) {
+      if (!shifts_.empty() && 100 * deflated <= kGoodPercentage * window && high - low >= kSmallBlock) {
         BulgeChain<T>(low, high, shifts_, reach(low, high)).chase();
       }
     }

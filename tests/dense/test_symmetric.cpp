@@ -252,7 +252,7 @@ TEST_CASE("divide and conquer: joined, deflated and far tridiagonal matrices") {
   support::RandomNumbers random;
   for (const int digits : {1, 16, 50, 333}) {
     const support::Digits scope(digits);
-    for (int kind = 0; kind < 6; ++kind) {
+    for (int kind = 0; kind < 7; ++kind) {
       const Integer n = digits == 50 ? 101 : 51;
       CAPTURE(digits);
       CAPTURE(kind);
@@ -265,21 +265,24 @@ TEST_CASE("divide and conquer: joined, deflated and far tridiagonal matrices") {
       }
       for (Integer i = 1; i <= n; ++i) {
         const QuarnFloat far(1, 200000000);
+        const QuarnFloat tiny(1, -2 * digits);
         // Random; the second difference; pairs that agree to many digits; split at the halves, with a negative element
-        // beside; all equal; far numbers.
+        // beside; all equal; far numbers; a norm far below one unit of 1.
         t(i, i) = kind == 0   ? numbers(i, 1)
                   : kind == 1 ? QuarnFloat(2)
                   : kind == 2 ? QuarnFloat(i > n / 2 ? i - n / 2 : n / 2 - i)
                   : kind == 3 ? QuarnFloat(i % 3)
                   : kind == 4 ? QuarnFloat(7)
-                              : numbers(i, 1) * far;
+                  : kind == 5 ? numbers(i, 1) * far
+                              : 2 * tiny;
         if (i < n) {
           const QuarnFloat beside = kind == 0   ? numbers(i, 2)
                                     : kind == 1 ? QuarnFloat(-1)
                                     : kind == 2 ? QuarnFloat(1)
                                     : kind == 3 ? QuarnFloat(i == n / 2 ? 0 : -1)
                                     : kind == 4 ? QuarnFloat(0)
-                                                : numbers(i, 2) * far;
+                                    : kind == 5 ? numbers(i, 2) * far
+                                                : -tiny;
           t(i + 1, i) = beside;
           t(i, i + 1) = beside;
         }
