@@ -26,7 +26,7 @@ struct Bounded {
 };
 
 /// An eigenvalue or a zero: `count` of them, this one included, are within `error` of `value`, and each of them has
-/// such a disc; discs of others may reach into it once they are rounded. A real one is exactly real.
+/// such a disc; those of others may reach into it, or be inside. A real one is exactly real.
 struct BoundedRoot {
   Complex value{};
   QuarnBound error = QuarnBound::infinity();

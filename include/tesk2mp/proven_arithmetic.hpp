@@ -67,7 +67,7 @@ inline Bounded<Real> operator/(const Bounded<Real>& x, const Bounded<Real>& y) {
   const QuarnBound least = detail::least_size(y);
   Bounded<Real> quotient = detail::once_rounded(x.value / y.value, QuarnBound());
   if (y.error.is_zero()) {
-    quotient.error += x.error / detail::least_size(y);
+    quotient.error += x.error / least;
   } else {
     // |x' / y' - x / y| <= (|dx| + |x / y| |dy|) / |y'|
     quotient.error += (x.error + (QuarnBound(quotient.value) + quotient.error) * y.error) / least;
@@ -182,7 +182,12 @@ Bounded<Element<X>> sum(const X& x) {
 template <VectorSource X>
 requires std::same_as<Element<X>, Real> Bounded<Real> norm(const X& x) {
   const std::vector<Real> elements = VectorView<const Real>(x).to_vector();
-  return proven::sqrt(proven::dot(elements, elements));
+  const Bounded<Real> square = proven::dot(elements, elements);
+  if (square.value <= square.error.value()) {
+    // Between 0 and the upper end; the lower one may be negative.
+    return {Real(), sqrt(QuarnBound(square.value) + square.error)};
+  }
+  return proven::sqrt(square);
 }
 
 }  // namespace tesk2mp::proven

@@ -183,9 +183,9 @@ TESK2MP_API void QuarnMPX_zproven_eigenvalues_(Integer n, Complex* a, Integer ld
 /// @par Method
 /// Gerschgorin's discs of (B X)^-1 A X, of real data with the real and imaginary parts of pairs. Where they are not
 /// apart X is made anew, with twice the digits: the Schur form of B^-1 A is made block diagonal, with a block for all
-/// eigenvalues that cannot be separated by elements below 10^(D/3), and rows and columns of a block are scaled so that
-/// its elements above the diagonal weigh as much as the errors. k equal eigenvalues are then known to some 1/k of these
-/// digits.
+/// eigenvalues that cannot be separated by elements below 10^(2 D/3), and rows and columns of a block are scaled so
+/// that its elements above the diagonal weigh as much as the errors. k equal eigenvalues are then known to some 1/k of
+/// these digits.
 ///
 /// @par Source
 /// S. Miyajima, Numerical enclosure for each eigenvalue in generalized eigenvalue problem, J. Comput. Appl. Math. 236

@@ -7,8 +7,8 @@
 
 namespace tesk::proven {
 
-/// What is known of the number that `value` approximates: `count` numbers, it among them, are within `error`, and they
-/// are all that are there.
+/// What is known of the number that `value` approximates: `count` numbers, it among them, are within `error`. With a
+/// count of 1 no other one is; the disc around several may reach over those of others.
 struct Disc {
   Complex value;
   QuarnBound error = QuarnBound::infinity();
@@ -79,7 +79,7 @@ inline void resolve(std::vector<Disc>& discs, bool pairs) {
       error = error_of(mean);
     }
     for (const std::size_t i : members) {
-      discs[i] = {mean, error, Integer(members.size())};
+      discs[i] = {error.is_finite() ? mean : discs[i].value, error, Integer(members.size())};
     }
   }
 }
