@@ -77,11 +77,30 @@ template <class T>
 using Preconditioner = std::function<void(std::span<const T>, std::span<T>)>;
 
 /// Factors that the caller keeps, as a preconditioner without Python.
-template <class T, class Factors, class Any>
+template <class T, template <class> class FactorsOf, class Any>
 Preconditioner<T> native(const Any& any) {
+  using Factors = FactorsOf<T>;
+  if constexpr (std::is_same_v<T, Complex>) {
+    // Real factors serve both parts.
+    if (const auto* real = std::get_if<FactorsOf<Real>>(&any)) {
+      return [real](std::span<const T> x, std::span<T> y) {
+        std::vector<Real> re(x.size());
+        std::vector<Real> im(x.size());
+        for (std::size_t i = 0; i < x.size(); ++i) {
+          re[i] = x[i].re;
+          im[i] = x[i].im;
+        }
+        real->solve(std::span<Real>(re));
+        real->solve(std::span<Real>(im));
+        for (std::size_t i = 0; i < y.size(); ++i) {
+          y[i] = Complex(re[i], im[i]);
+        }
+      };
+    }
+  }
   const auto* factors = std::get_if<Factors>(&any);
   if (factors == nullptr) {
-    throw py::type_error("the factors are complex, or those of another kind of system");
+    throw py::type_error("the factors are complex, and the system is real");
   }
   return [factors](std::span<const T> x, std::span<T> y) { (*factors)(x, y); };
 }
@@ -89,10 +108,10 @@ Preconditioner<T> native(const Any& any) {
 template <class T>
 Preconditioner<T> preconditioner_of(const py::object& given) {
   if (py::isinstance<AnyIncompleteLU>(given)) {
-    return native<T, tesk2mp::IncompleteLU<T>>(py::cast<const AnyIncompleteLU&>(given));
+    return native<T, tesk2mp::IncompleteLU>(py::cast<const AnyIncompleteLU&>(given));
   }
   if (py::isinstance<AnyIncompleteCholesky>(given)) {
-    return native<T, tesk2mp::IncompleteCholesky<T>>(py::cast<const AnyIncompleteCholesky&>(given));
+    return native<T, tesk2mp::IncompleteCholesky>(py::cast<const AnyIncompleteCholesky&>(given));
   }
   if (!optional_function(given)) {
     return {};

@@ -85,9 +85,9 @@ def has_end(denominator: int) -> bool:
 
 
 def _quotient(numerator: int, denominator: int) -> Decimal:
-    scale = 10 ** denominator.bit_length()
     if not has_end(denominator):
         raise refusal(InvalidArgument, f"{numerator}/{denominator} has no end in decimal")
+    scale = 10 ** denominator.bit_length()
     return Decimal(numerator * (scale // denominator)).scaleb(-denominator.bit_length(), _WIDE).normalize(_WIDE)
 
 

@@ -45,8 +45,8 @@ class progress(_Scope):  # pylint: disable=invalid-name
     Reports on every call of a block of statements, or of a function: report(seconds) is called with the seconds that the call
     has taken, ten times a second and at its end, from a thread of its own, in a copy of the caller's context. A bar of tqdm,
     or what else has a method update(n), gets the seconds since it was last told. An iterative solution without a monitor
-    reports its iterations instead, each when it is done. An exception that the report raises ends a call of the main thread,
-    and is raised by it; that of another thread it follows when that ends.
+    reports its iterations instead, each when it is done. An exception that the report raises ends a call of the main thread
+    where Ctrl-C would be a KeyboardInterrupt, and is raised by it; other calls it follows when they end.
 
     >>> told = []
     >>> with progress(told.append):
@@ -106,7 +106,9 @@ class _Watch:
                 self._tell(time.monotonic() - self._start)
         except BaseException as error:  # pylint: disable=broad-except
             self._error = error
-            if self._caller is threading.main_thread() and not self._done.is_set():
+            # Another handler than Python's own would take this for a Ctrl-C.
+            usual = hasattr(signal, "pthread_kill") and signal.getsignal(signal.SIGINT) is signal.default_int_handler
+            if usual and self._caller is threading.main_thread() and not self._done.is_set():
                 signal.pthread_kill(threading.main_thread().ident or 0, signal.SIGINT)
 
     def __enter__(self) -> None:

@@ -31,8 +31,8 @@ class true_digits(_Scope):  # pylint: disable=invalid-name
     is a NumericalFailure. They are rounded to `count` digits; a number of which not even the sign is known, so far below the
     largest one of the result, is 0. This is for solve, inverse, determinant, eigenvalues, symmetric_eigen,
     symmetric_eigenvalues, singular_values, and for what the modules call of these (linalg.solve, inv, det, eigvals, eigh,
-    eigvalsh, svdvals); the functions of numbers are correctly rounded anyway; other routines are an InvalidArgument.
-    Matrices are taken with all their digits, a Fraction exactly.
+    eigvalsh, svdvals). Functions of numbers are correctly rounded anyway, and take decimal numbers of `count` digits at most;
+    other routines are an InvalidArgument. Matrices are taken with all their digits, a Fraction exactly.
 
     >>> with true_digits(30):
     ...     symmetric_eigenvalues([[1, 1], [1, 0]])
@@ -88,20 +88,20 @@ def _lists(argument: Any) -> Any:
 
 
 def _length(number: Any) -> int:
-    """The digits that a number is written with."""
+    """The digits that hold a number, at most: those that it is written with, less zeros at the end."""
     if isinstance(number, fractions.Fraction):
-        return len(str(abs(number.numerator))) + len(str(number.denominator))
+        return _length(number.numerator) + _length(number.denominator)
+    if isinstance(number, int):
+        number = decimal.Decimal(number)
     if isinstance(number, decimal.Decimal):
-        return len(number.as_tuple().digits)
+        return len(bytes(number.as_tuple().digits).rstrip(b"\0"))
     return sum(each.isdigit() for each in str(number))
 
 
 def _rounded(part: decimal.Decimal, error: decimal.Decimal, count: int) -> decimal.Decimal:
-    if error and error >= abs(part):
+    if error and error >= part.copy_abs():
         return decimal.Decimal(0)
-    with decimal.localcontext() as context:
-        context.prec = count
-        return +part
+    return decimal.Context(count, decimal.ROUND_HALF_EVEN, decimal.MIN_EMIN, decimal.MAX_EMAX).plus(part)
 
 
 def _plain(result: Any, count: int) -> Any:
@@ -141,6 +141,10 @@ def _names() -> dict[str, Callable[..., Any]]:
         return proven.eigenvalues(a)
 
     def lower(a: Any, triangle: str, others: tuple[Any, ...]) -> Any:
+        if triangle not in ("lower", "upper"):
+            raise refusal(InvalidArgument, f"triangle is 'lower' or 'upper', not {triangle!r}")
+        if any(not isinstance(row, list) or len(row) != len(a) for row in a):
+            raise refusal(InvalidArgument, "a square matrix is needed")
         if any(each is not None for each in others):
             raise refusal(InvalidArgument, "in a block of true_digits() all eigenvalues of one matrix are found")
         if triangle == "upper":
@@ -182,14 +186,20 @@ def call(core: Callable[..., Any], arguments: Any, named: dict[str, Any]) -> Any
     name = core.__name__
     count = _wanted.get()
     assert count is not None
-    if name in _ROUNDED:
-        return core(*arguments, **named)
-    if name not in _names():
+    if name not in _ROUNDED and name not in _names():
         raise no_proof(name)
-    proof = _names()[name]
     model = arguments[0] if arguments else None
-    given = [_lists(each) for each in arguments]
+    given = [each if hasattr(each, "__array__") else _lists(each) for each in arguments]
     options = {key: _lists(value) for key, value in named.items()}
+    if name in _ROUNDED:
+        for each in _numbers([*given, *options.values()]):
+            if isinstance(each, fractions.Fraction) or _length(each) > count:
+                raise refusal(
+                    InvalidArgument, f"{name} in a block of true_digits({count}) takes numbers of {count} decimal digits at most"
+                )
+        return core(*given, **options)
+    given = [_lists(each) for each in given]
+    proof = _names()[name]
     working = _with_all_digits([*given, *options.values()], name, name == "solve")
 
     def problem() -> Any:

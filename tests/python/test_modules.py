@@ -7,6 +7,7 @@ import os
 import time
 import unittest
 from concurrent.futures import ProcessPoolExecutor
+from decimal import Decimal
 from functools import partial
 
 import numpy
@@ -64,6 +65,16 @@ class Modules(unittest.TestCase):
                         n, [(i, j, sparse.linalg._number(a[i, j].item())) for i in range(n) for j in range(n) if a[i, j]]).multiply)
                     if not complex_too:
                         self.close(solver(operator, b, rtol="1e-20", digits=40)[0], expected, name)
+        tenth = scipy.sparse.csr_matrix([[0.1]])
+        found = sparse.linalg.spsolve(tenth, [1], digits=50)[0]
+        with tesk2mp.digits(60):
+            self.assertLess(abs(found * Decimal(0.1) - 1), Decimal("1e-48"))
+        two = tesk2mp.SparseMatrix(1, [(0, 0, 2)])
+        self.assertEqual(sparse.linalg.spsolve(two, [tesk2mp.Complex(0, 1)]), [tesk2mp.Complex(0, "0.5")])
+        singular = tesk2mp.SparseMatrix(2, [(i, j, 1) for i in (0, 1) for j in (0, 1)])
+        for call in (lambda: sparse.linalg.splu(singular), lambda: sparse.linalg.spsolve(singular, [1, 2])):
+            with self.assertRaises(tesk2mp.NumericalFailure):
+                call()
         with self.assertRaises(ValueError):
             sparse.linalg.cg(scipy.sparse.csr_matrix(full[:3]), [1, 2, 3])
         with self.assertRaises(TypeError):

@@ -13,15 +13,20 @@ from typing import Any, TypeAlias
 
 from .. import Complex, IncompleteCholesky, IncompleteLU, SparseMatrix, solve_iteratively
 from .._context import digits as at_digits
+from .._errors import InvalidArgument, InvalidType, NumericalFailure, refusal
 from .._types import Number, Numbers, RealLike, Vector
 
 __all__ = ["LinearOperator", "bicgstab", "cg", "cgs", "gmres", "minres", "spilu", "splu", "spsolve", "tfqmr"]
 
 Product: TypeAlias = Callable[[Any], Vector]
 
+# No float has more.
+_DIGITS_OF_FLOATS = 767
+
 
 class LinearOperator:
-    """A matrix that is known by its products alone: matvec(x) is A x, rmatvec(x) the product with the conjugate transpose.
+    """A matrix that is known by its products alone: matvec(x) is A x. rmatvec(x), the
+    product with the conjugate transpose, is kept for other programs: no method here needs it.
 
     >>> double = LinearOperator((2, 2), lambda x: [2 * number for number in x])
     >>> cg(double, [1, 2], digits=20)
@@ -60,9 +65,10 @@ def _matrix(a: Any) -> SparseMatrix | None:
     entries = a.tocoo()
     rows, columns = entries.shape
     if rows != columns:
-        raise ValueError(f"a matrix of {rows} by {columns} is not square")
+        raise refusal(InvalidArgument, f"a matrix of {rows} by {columns} is not square")
     triples = zip(entries.row.tolist(), entries.col.tolist(), map(_number, entries.data.tolist()))
-    return SparseMatrix(rows, triples).canonicalise(zeros="keep")
+    with at_digits(_DIGITS_OF_FLOATS):
+        return SparseMatrix(rows, triples).canonicalise(zeros="keep")
 
 
 def _solve(
@@ -99,7 +105,7 @@ def _solve(
 def _square(a: Any) -> SparseMatrix:
     matrix = _matrix(a)
     if matrix is None:
-        raise TypeError("the entries of a sparse matrix are needed, not its products")
+        raise refusal(InvalidType, "the entries of a sparse matrix are needed, not its products")
     return matrix
 
 
@@ -126,13 +132,17 @@ def spilu(
 
 
 def splu(A: Any, *, digits: int | None = None) -> IncompleteLU:
-    """LU factors with all their fill, and pivots that fill little among those that are large enough.
+    """LU factors with all their fill, and pivots that fill little among those that are large enough. A NumericalFailure for
+    matrices that are singular to working precision.
 
     >>> a = SparseMatrix(2, [(0, 1, 1), (1, 0, 2)])
     >>> splu(a).solve([3, 4])
     [Decimal('2'), Decimal('3')]
     """
-    return spilu(A, 0, search="least_fill", digits=digits)
+    factors = spilu(A, 0, search="least_fill", digits=digits)
+    if factors.corrected_pivots:
+        raise refusal(NumericalFailure, "the matrix is singular to working precision")
+    return factors
 
 
 def spsolve(A: Any, b: Vector, *, digits: int | None = None) -> Numbers:
