@@ -219,8 +219,9 @@ void run_on(const EigOptions& options, const DenseMatrix& given, const tesk2mp::
   if (!why_not.empty()) {
     result.notes.push_back(why_not);
   }
-  result.notes.emplace_back(options.condition ? "an estimate, without a proof"
-                                              : "an estimate, without a proof; --condition says how sensitive it is");
+  result.notes.emplace_back(options.condition || b != nullptr
+                                ? "an estimate, without a proof"
+                                : "an estimate, without a proof; --condition says how sensitive it is");
   std::vector<Complex> values;
   std::vector<QuarnFloat> conditions;
   for (const std::size_t j : order) {

@@ -130,8 +130,8 @@ Examples:
 constexpr const char* kDeterminantFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file. The determinant
 may be however large or small. The numbers of the matrix are taken with all their digits, and
-all digits of the determinant that are printed are true. Where no proof is found, as for a
-singular matrix, a note says so.
+all digits of the determinant that are printed are true. That of a singular matrix is 0,
+proven by its rank. Where no proof is found a note says so.
 
 With --working-digits, and without a proof, it is the product of the pivots of an LU
 factorisation; a note says when roundings alone may have made the matrix singular or regular.

@@ -24,6 +24,9 @@ struct ProofOptions {
   bool wanted() const { return once == 0 || insisted; }
   /// For the work of a command, before its data are read.
   void start() const {
+    if (insisted && once != 0) {
+      throw bad_input("--proven and --working-digits exclude each other");
+    }
     if (!wanted()) {
       QuarnSetDigits(int(once));
     }
@@ -36,14 +39,11 @@ inline void add_true_digits(Command& command, ProofOptions& proof) {
   command.number("--proof-time", "S", proof.seconds, 0, 1'000'000,
                  "after S seconds try no more working digits for a proof (default 60)");
   command.flag("--proven", proof.insisted, "print nothing that is not proven");
-  command.flag("--error", proof.errors, "a column of bounds of the errors; csv and json have it always");
+  command.flag("--error", proof.errors, "bounds of the errors as well; csv and json of columns have them always");
 }
 
 /// With so many digits data are read: all that they have where the result is to be proven.
-inline int digits_of_data(bool proven) {
-  constexpr int kAnyNumberOfDigits = 100'000;
-  return proven ? std::max(kAnyNumberOfDigits, QuarnDigits()) : QuarnDigits();
-}
+inline int digits_of_data(bool proven) { return proven ? int(kMostDigits) : QuarnDigits(); }
 
 /// What problem() gives, to as many true digits as are asked for, and with how many the proof worked.
 template <class Problem>
@@ -68,7 +68,7 @@ auto with_true_digits(const ProofOptions& options, int& worked_with, const Probl
         known = tesk2mp::proven::fewest_true_digits(result);
         return result;
       },
-      40 * digits + 1000);
+      std::min(int(kMostDigits), 40 * digits + 1000));
 }
 
 /// Runs attempt(), which proves its result. Where there is no proof and none was insisted on: false, and why.

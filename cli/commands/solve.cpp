@@ -44,6 +44,8 @@ bool is_proof_wanted(const SolveOptions& options) {
   return options.proof.insisted ||
          (options.proof.wanted() && options.method.empty() && iterative.tolerance.empty() &&
           iterative.precon == given.precon && iterative.maxit == given.maxit && iterative.every == given.every &&
+          iterative.order == given.order && iterative.restart == given.restart && iterative.omega == given.omega &&
+          iterative.fill == given.fill && iterative.drop == given.drop && iterative.modified == given.modified &&
           options.history.empty() && !options.progress && options.output.picture.empty());
 }
 
