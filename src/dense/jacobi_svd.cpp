@@ -16,7 +16,8 @@ class OneSidedRotations {
  public:
   OneSidedRotations(Integer n, OneBasedMatrix<T> x, Integer rows, OneBasedMatrix<T> j)
       : n_(n), x_(x), rows_(rows), j_(j) {
-    const QuarnFloat tolerance = epsilon() * n;
+    constexpr Integer kOfRotation = 4;  // roundings of a rotation that the product of two columns shows
+    const QuarnFloat tolerance = 5 * epsilon() * (n + kOfRotation);
     squared_ = tolerance * tolerance;
   }
 
