@@ -294,15 +294,27 @@ class Qz : Rotator<T> {
     return m.d - quotient(product, sum);
   }
 
+  /// Exceptional shifts are ever rarer: a defective eigenvalue is approached linearly, and each of them throws that
+  /// back.
+  bool is_exceptional(Integer iteration) {
+    if (iteration == 1) {
+      exceptional_at_ = exceptional_period();
+    }
+    const bool exceptional = iteration == exceptional_at_;
+    exceptional_at_ *= exceptional ? 2 : 1;
+    return exceptional;
+  }
+
   void sweep(Integer first, Integer last, Integer iteration) {
+    const bool exceptional = is_exceptional(iteration);
     if constexpr (kIsReal) {
       if (last - first > 1) {
-        double_sweep(first, last, iteration);
+        double_sweep(first, last, exceptional);
         return;
       }
     }
     T by;
-    if (iteration % period_ == 0) {
+    if (exceptional) {
       exceptional_ = exceptional_ + quotient(p_.h(last, last - 1), p_.t(last - 1, last - 1));
       by = exceptional_;
     } else {
@@ -343,11 +355,11 @@ class Qz : Rotator<T> {
     v[2] = third * l.c;
   }
 
-  void double_sweep(Integer first, Integer last, Integer iteration) const {
+  void double_sweep(Integer first, Integer last, bool exceptional) const {
     const Integer columns = last_column(last);
     const Integer top = whole_ ? 1 : first;
     QuarnFloat v[3] = {0, 1, QuarnFloat(1.1605)};
-    if (iteration % period_ != 0) {
+    if (!exceptional) {
       first_column(first, last, v);
     }
     for (Integer j = first; j <= last - 2; ++j) {
@@ -394,7 +406,7 @@ class Qz : Rotator<T> {
   QuarnFloat small_h_;
   QuarnFloat small_t_;
   T exceptional_{};
-  Integer period_ = exceptional_period();
+  Integer exceptional_at_ = 0;
 };
 
 }  // namespace
