@@ -79,9 +79,11 @@ class Block {
   Bracket whole(const QuarnFloat& ulp) const {
     QuarnFloat low = d_[0];
     QuarnFloat high = d_[0];
+    QuarnFloat before;
     for (Integer i = 0; i < n_; ++i) {
-      const QuarnFloat radius =
-          (i > 0 ? sqrt(squares_[i - 1]) : QuarnFloat()) + (i + 1 < n_ ? sqrt(squares_[i]) : QuarnFloat());
+      QuarnFloat beside = i + 1 < n_ ? sqrt(squares_[i]) : QuarnFloat();
+      const QuarnFloat radius = before + beside;
+      before = std::move(beside);
       low = std::min(low, d_[i] - radius);
       high = std::max(high, d_[i] + radius);
     }

@@ -30,10 +30,10 @@ ChosenEigenvalues bisect(const Selection& selection, Integer n, OneBasedVector<Q
                          OneBasedVector<QuarnFloat> e, const QuarnFloat& tolerance);
 
 /// Their eigenvectors into the columns of Z, by inverse iteration; those of close eigenvalues are made orthogonal.
-/// Returns the numbers, from 1, of those that did not converge.
+/// Returns the numbers, from 1, of those that did not converge. known: the unit roundoff of the eigenvalues.
 template <class T>
 std::vector<Integer> inverse_iteration(Integer n, OneBasedVector<QuarnFloat> d, OneBasedVector<QuarnFloat> e,
-                                       const ChosenEigenvalues& chosen, OneBasedMatrix<T> z);
+                                       const ChosenEigenvalues& chosen, const QuarnFloat& known, OneBasedMatrix<T> z);
 
 /// All eigenvalues in ascending order: their places among the chosen ones.
 std::vector<std::size_t> ascending(const ChosenEigenvalues& chosen);

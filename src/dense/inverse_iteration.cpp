@@ -80,7 +80,9 @@ class ShiftedFactors {
 /// The eigenvectors of one block, a neighbour after the other.
 class BlockVectors {
  public:
-  BlockVectors(Integer n, OneBasedVector<QuarnFloat> d, OneBasedVector<QuarnFloat> e) : n_(n), d_(d), e_(e) {
+  /// error: of the eigenvalues.
+  BlockVectors(Integer n, OneBasedVector<QuarnFloat> d, OneBasedVector<QuarnFloat> e, const QuarnFloat& error)
+      : n_(n), d_(d), e_(e), error_(error) {
     for (Integer i = 1; i <= n; ++i) {
       norm_ =
           std::max(norm_, fabs(d(i)) + (i > 1 ? fabs(e(i - 1)) : QuarnFloat()) + (i < n ? fabs(e(i)) : QuarnFloat()));
@@ -112,12 +114,13 @@ class BlockVectors {
   bool iterate(const ShiftedFactors& factors, std::vector<QuarnFloat>& y) {
     constexpr int kMostSteps = 8;
     constexpr int kMoreSteps = 2;  // after the first one that was good
-    const QuarnFloat limit = 4 * QuarnFloat(n_) * sqrt(QuarnFloat(n_)) * ulp_ * norm_;
+    const QuarnFloat limit = 4 * QuarnFloat(n_) * sqrt(QuarnFloat(n_)) * error_;
     start(y);
+    QuarnFloat size = norm_of(y);
     int good = 0;
     for (int step = 0; step < kMostSteps && good <= kMoreSteps; ++step) {
       QuarnCheckInterrupt();
-      normalise(y);
+      normalise(y, size);
       factors.solve(y);
       for (const std::vector<QuarnFloat>& known : group_) {
         const OneBasedVector<QuarnFloat> z(const_cast<QuarnFloat*>(known.data()), 1);
@@ -125,9 +128,10 @@ class BlockVectors {
         add_multiple(n_, -QuarnDot(y.size(), known.data(), 1, y.data(), 1), z, own);
       }
       // y had norm 1: its residual is 1 / norm(y).
-      good += norm_of(y) * limit >= 1 ? 1 : 0;
+      size = norm_of(y);
+      good += size * limit >= 1 ? 1 : 0;
     }
-    normalise(y);
+    normalise(y, size);
     return good > 0;
   }
 
@@ -143,10 +147,9 @@ class BlockVectors {
     return sqrt(QuarnDot(y.size(), y.data(), 1, y.data(), 1));
   }
 
-  /// Norm 1, and a positive element of largest magnitude.
-  void normalise(std::vector<QuarnFloat>& y) const {
+  /// From this norm to norm 1, with a positive element of largest magnitude.
+  void normalise(std::vector<QuarnFloat>& y, const QuarnFloat& size) const {
     const OneBasedVector<QuarnFloat> x(y.data(), 1);
-    const QuarnFloat size = norm_of(y);
     if (size == 0) {
       y[0] = 1;
       return;
@@ -159,6 +162,7 @@ class BlockVectors {
   OneBasedVector<QuarnFloat> e_;
   QuarnFloat norm_;
   QuarnFloat ulp_ = 5 * epsilon();
+  QuarnFloat error_;
   QuarnFloat former_;
   std::vector<std::vector<QuarnFloat>> group_;
   std::uint32_t state_ = 1;
@@ -168,14 +172,20 @@ class BlockVectors {
 
 template <class T>
 std::vector<Integer> inverse_iteration(Integer n, OneBasedVector<QuarnFloat> d, OneBasedVector<QuarnFloat> e,
-                                       const ChosenEigenvalues& chosen, OneBasedMatrix<T> z) {
+                                       const ChosenEigenvalues& chosen, const QuarnFloat& known, OneBasedMatrix<T> z) {
+  // Eigenvalues are known to roundings of the whole matrix, also where a block has smaller numbers.
+  QuarnFloat norm;
+  for (Integer i = 1; i <= n; ++i) {
+    norm = std::max(norm, std::max(fabs(d(i)), i < n ? fabs(e(i)) : QuarnFloat()));
+  }
+  const QuarnFloat error = 3 * known * norm;
   std::vector<Integer> failed;
   std::vector<QuarnFloat> y;
   std::size_t j = 0;
   Integer first = 1;
   for (std::size_t b = 0; b < chosen.split.size(); ++b) {
     const Integer rows = chosen.split[b] - first + 1;
-    BlockVectors block(rows, d.from(first), e.from(first));
+    BlockVectors block(rows, d.from(first), e.from(first), error);
     for (; j < chosen.w.size() && chosen.block[j] == Integer(b + 1); ++j) {
       const OneBasedVector<T> column = z.column(Integer(j + 1));
       if (!block.next(chosen.w[j], y)) {
@@ -191,8 +201,9 @@ std::vector<Integer> inverse_iteration(Integer n, OneBasedVector<QuarnFloat> d, 
   return failed;
 }
 template std::vector<Integer> inverse_iteration(Integer, OneBasedVector<QuarnFloat>, OneBasedVector<QuarnFloat>,
-                                                const ChosenEigenvalues&, OneBasedMatrix<QuarnFloat>);
+                                                const ChosenEigenvalues&, const QuarnFloat&,
+                                                OneBasedMatrix<QuarnFloat>);
 template std::vector<Integer> inverse_iteration(Integer, OneBasedVector<QuarnFloat>, OneBasedVector<QuarnFloat>,
-                                                const ChosenEigenvalues&, OneBasedMatrix<Complex>);
+                                                const ChosenEigenvalues&, const QuarnFloat&, OneBasedMatrix<Complex>);
 
 }  // namespace tesk

@@ -6,6 +6,7 @@
 #include "src/dense/guard_digits.h"
 #include "src/dense/power_of_ten.h"
 #include "src/dense/tridiagonal.h"
+#include "src/frame/constants.h"
 #include "tesk2mp/eigenproblems.h"
 
 namespace tesk {
@@ -138,10 +139,11 @@ Integer checked_inverse_iteration(Integer n, QuarnFloat* d, QuarnFloat* e, Integ
   std::vector<QuarnFloat> diagonal = multiplied(n, d, -exponent);
   std::vector<QuarnFloat> beside = multiplied(n - 1, e, -exponent);
   const ChosenEigenvalues chosen{multiplied(m, w, -exponent), {iblock, iblock + m}, std::move(split)};
+  const QuarnFloat known = 5 * epsilon();
   std::vector<Integer> failed;
   {
     const WorkingDigits more(guarded_digits(n));
-    failed = inverse_iteration<T>(n, {diagonal.data(), 1}, {beside.data(), 1}, chosen, {z, ldz});
+    failed = inverse_iteration<T>(n, {diagonal.data(), 1}, {beside.data(), 1}, chosen, known, {z, ldz});
   }
   round_elements<T>(n, m, {z, ldz});
   std::copy(failed.begin(), failed.end(), ifail);
@@ -154,6 +156,23 @@ struct Wanted {
   Selection selection;
   QuarnFloat tolerance;
 };
+
+/// Elements beside the diagonal that are as small as what the roundings of the reduction leave become zero: inverse
+/// iteration cannot tell apart the vectors of a multiple eigenvalue that they couple. All together that is a fifth of a
+/// rounding of the largest element before the guard digits.
+void divide(const std::vector<QuarnFloat>& d, std::vector<QuarnFloat>& e) {
+  QuarnFloat largest;
+  for (std::size_t i = 0; i < d.size(); ++i) {
+    largest = std::max(largest, std::max(fabs(d[i]), fabs(e[i])));
+  }
+  constexpr Integer kRoundings = 100;
+  largest *= kRoundings * Integer(d.size()) * epsilon();
+  for (QuarnFloat& element : e) {
+    if (fabs(element) <= largest) {
+      element = 0;
+    }
+  }
+}
 
 /// The eigenvalues that are wanted, with their eigenvectors in the first columns of Z.
 template <class T>
@@ -175,6 +194,7 @@ struct SelectedEigen {
     std::vector<QuarnFloat> e(d.size());
     std::vector<T> tau(d.size());
     tridiagonalise<T>(n, full, {d.data(), 1}, {e.data(), 1}, {tau.data(), 1});
+    divide(d, e);
     const ChosenEigenvalues chosen = bisect(wanted.selection, n, {d.data(), 1}, {e.data(), 1}, wanted.tolerance);
     const Integer m = Integer(chosen.w.size());
     const std::vector<std::size_t> places = ascending(chosen);
@@ -185,7 +205,8 @@ struct SelectedEigen {
       return;
     }
     OwnMatrix<T> own(n, m);
-    const std::vector<Integer> not_found = inverse_iteration<T>(n, {d.data(), 1}, {e.data(), 1}, chosen, own.view());
+    const std::vector<Integer> not_found =
+        inverse_iteration<T>(n, {d.data(), 1}, {e.data(), 1}, chosen, 5 * epsilon(), own.view());
     if (n > 1) {
       apply_reflectors(Side::left, Op::none, n - 1, m, n - 1, full.from(2, 1), tau.data(), own.view().from(2, 1));
     }
