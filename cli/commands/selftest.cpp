@@ -57,10 +57,11 @@ void run_selftest(const SelftestOptions& options) {
 }
 
 constexpr const char* kSelftestFooter =
-    R"(Without ROUTINE all are examined, real and complex: dgetrf, zgetrf, dgetrs, dpotrf,
-dgeqrf, dgesvd, dsyev, dhseqr, dgeev, dtrsen, dtrsyl, dsqrtm, dexpm and others. The
-matrices are those of 'quarn gallery', the random ones drawn from the default seed. The
-exit status is 1 when a ratio is more than 30. At least 7 digits are needed.
+    R"(Without ROUTINE all are examined, real and complex: dgetrf, zgetrf, dgetri, dpotrf,
+dsytrs, dgeqp3, dgelsy, dgglse, dgesvd, dgejsv, dsyev, dsyevx, dstedc, dsygv, dhseqr,
+dgeev, dhgeqz, dggev, dtrsen, dtrsyl, dsqrtm, dlogm, dexpm and others. The matrices are
+those of 'quarn gallery', the random ones drawn from the default seed. The exit status
+is 1 when a ratio is more than 30. At least 7 digits are needed.
 
 Examples:
   quarn selftest --digits 50

@@ -139,6 +139,28 @@ TEST_CASE("test matrices have their eigenvalues") {
   }
 }
 
+TEST_CASE("defective eigenvalues have the digits that there are, and condition numbers that say so") {
+  const int digits = 50;
+  const support::Digits scope(digits);
+  for (const int n : {2, 4, 8}) {
+    CAPTURE(n);
+    tesk2mp::Random random;
+    const auto q = gallery::random_orthogonal<Real>(std::size_t(n), random);
+    const auto a =
+        tesk2mp::multiply(tesk2mp::multiply(q, gallery::jordan(std::size_t(n), Real(2))), tesk2mp::inverse(q));
+    const tesk2mp::EigenSystem system = tesk2mp::eigen(a);
+    const tesk2mp::EigenConditions conditions = tesk2mp::eigenvalue_conditions(a);
+    for (std::size_t j = 0; j < std::size_t(n); ++j) {
+      CHECK(hypot(system.values[j].re - 2, system.values[j].im) < Real(1, 2 - digits / n));
+      CHECK(conditions.value[j] < Real(1, 3 - digits + digits / n));
+    }
+  }
+  // No number is more of an eigenvalue than another.
+  const auto nilpotent = gallery::jordan(3, Real(0));
+  CHECK(tesk2mp::eigen(nilpotent, nilpotent).singular());
+  CHECK_THROWS_AS((void)tesk2mp::eigenvalues(nilpotent, nilpotent), tesk2mp::NumericalFailure);
+}
+
 TEST_CASE("Chebyshev differentiation takes powers to their derivatives") {
   const support::Digits scope(kDigits);
   for (const std::size_t n : {2, 3, 7, 16}) {
