@@ -52,4 +52,34 @@ void dtrevc_(const char*, const char*, const int*, const int*, const double*, co
              const int*, const int*, int*, double*, int*, int, int);
 void dtrsna_(const char*, const char*, const int*, const int*, const double*, const int*, const double*, const int*,
              const double*, const int*, double*, double*, const int*, int*, double*, const int*, int*, int*, int, int);
+
+void dsygv_(const int*, const char*, const char*, const int*, double*, const int*, double*, const int*, double*,
+            double*, const int*, int*, int, int);
+void zhegv_(const int*, const char*, const char*, const int*, C16*, const int*, C16*, const int*, double*, C16*,
+            const int*, double*, int*, int, int);
+void dstebz_(const char*, const char*, const int*, const double*, const double*, const int*, const int*, const double*,
+             const double*, const double*, int*, int*, double*, int*, int*, double*, int*, int*, int, int);
+void dstein_(const int*, const double*, const double*, const int*, const double*, const int*, const int*, double*,
+             const int*, double*, int*, int*, int*);
+void dstedc_(const char*, const int*, double*, double*, double*, const int*, double*, const int*, int*, const int*,
+             int*, int);
+void dggev_(const char*, const char*, const int*, double*, const int*, double*, const int*, double*, double*, double*,
+            double*, const int*, double*, const int*, double*, const int*, int*, int, int);
+void zggev_(const char*, const char*, const int*, C16*, const int*, C16*, const int*, C16*, C16*, C16*, const int*,
+            C16*, const int*, C16*, const int*, double*, int*, int, int);
+void dtrsyl_(const char*, const char*, const int*, const int*, const int*, const double*, const int*, const double*,
+             const int*, double*, const int*, double*, int*, int, int);
+void ztrsyl_(const char*, const char*, const int*, const int*, const int*, const C16*, const int*, const C16*,
+             const int*, C16*, const int*, double*, int*, int, int);
+void dtrexc_(const char*, const int*, double*, const int*, double*, const int*, int*, int*, double*, int*, int);
+void dtrsen_(const char*, const char*, const int*, const int*, double*, const int*, double*, const int*, double*,
+             double*, int*, double*, double*, double*, const int*, int*, const int*, int*, int, int);
+void dgelsy_(const int*, const int*, const int*, double*, const int*, double*, const int*, int*, const double*, int*,
+             double*, const int*, int*);
+void dgglse_(const int*, const int*, const int*, double*, const int*, double*, const int*, double*, double*, double*,
+             double*, const int*, int*);
+void dggglm_(const int*, const int*, const int*, double*, const int*, double*, const int*, double*, double*, double*,
+             double*, const int*, int*);
+void dsytrf_(const char*, const int*, double*, const int*, int*, double*, const int*, int*, int);
+void dgeqp3_(const int*, const int*, double*, const int*, int*, double*, double*, const int*, int*);
 }
