@@ -35,7 +35,11 @@ from . import (
     triangular_solve,
 )
 from . import cholesky as _cholesky
+from . import expm as _expm
+from . import fractional_matrix_power as _fractional_matrix_power
 from . import hessenberg as _hessenberg
+from . import logm as _logm
+from . import sqrtm as _sqrtm
 from ._context import at, plain
 from ._errors import InvalidArgument, InvalidType, refusal
 from ._types import Matrix, Numbers, RealLike, Rows, Vector
@@ -50,8 +54,11 @@ __all__ = [
     "eigh",
     "eigvals",
     "eigvalsh",
+    "expm",
+    "fractional_matrix_power",
     "hessenberg",
     "inv",
+    "logm",
     "lstsq",
     "lu_factor",
     "lu_solve",
@@ -65,6 +72,7 @@ __all__ = [
     "solve",
     "solve_banded",
     "solve_triangular",
+    "sqrtm",
     "svd",
     "svdvals",
 ]
@@ -376,6 +384,42 @@ def hessenberg(a: Matrix, *, digits: int | None = None) -> tuple[Rows, Rows]:
     """
     h, q = _hessenberg(a, digits=digits)
     return h, q
+
+
+def expm(a: Matrix, *, digits: int | None = None) -> Rows:
+    """The exponential of a square matrix.
+
+    >>> expm([[0, 1], [0, 0]])
+    [[Decimal('1'), Decimal('1')], [Decimal('0'), Decimal('1')]]
+    """
+    return _expm(a, digits=digits)
+
+
+def sqrtm(a: Matrix, *, digits: int | None = None) -> Rows:
+    """The principal square root of a square matrix, Complex where a real matrix has no real one.
+
+    >>> sqrtm([[4, 0], [0, 9]])
+    [[Decimal('2'), Decimal('0')], [Decimal('0'), Decimal('3')]]
+    """
+    return _sqrtm(a, digits=digits)
+
+
+def logm(a: Matrix, *, digits: int | None = None) -> Rows:
+    """The principal logarithm of a regular square matrix, Complex where a real matrix has no real one.
+
+    >>> logm([[1, 1], [0, 1]])
+    [[Decimal('0'), Decimal('1')], [Decimal('0'), Decimal('0')]]
+    """
+    return _logm(a, digits=digits)
+
+
+def fractional_matrix_power(A: Matrix, t: RealLike, *, digits: int | None = None) -> Rows:
+    """A^t: products for a whole t, otherwise exp(t log(A)), Complex where a real matrix has no real one.
+
+    >>> fractional_matrix_power([[1, 1], [1, 0]], 10)
+    [[Decimal('89'), Decimal('55')], [Decimal('55'), Decimal('34')]]
+    """
+    return _fractional_matrix_power(A, t, digits=digits)
 
 
 def _option(what: str, options: dict[Any, str], name: object) -> str:

@@ -127,6 +127,10 @@ class Modules(unittest.TestCase):
                 ("cholesky", (xd, False), (definite, False)),
                 ("eigvalsh", (xh,), (hermitian,)),
                 ("pinv", (xt,), (tall,)),
+                ("expm", (x,), (a,)),
+                ("sqrtm", (xd,), (definite,)),
+                ("logm", (xd,), (definite,)),
+                ("fractional_matrix_power", (xd, "0.3"), (definite, 0.3)),
             ):
                 self.close(getattr(linalg, name)(*ours), getattr(scipy.linalg, name)(*theirs), name)
             self.close(linalg.slogdet(x), tuple(numpy.linalg.slogdet(a)))
