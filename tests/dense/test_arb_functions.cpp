@@ -23,7 +23,7 @@ class Balls {
   Balls(const Dense& a, slong bits) : Balls(a.rows()) {
     for (std::size_t i = 0; i < a.rows(); ++i) {
       for (std::size_t j = 0; j < a.columns(); ++j) {
-        acb_ptr const element = acb_mat_entry(value_, slong(i), slong(j));
+        acb_struct* const element = acb_mat_entry(value_, slong(i), slong(j));
         arb_set_str(acb_realref(element), a(i, j).re.to_string().c_str(), bits);
         arb_set_str(acb_imagref(element), a(i, j).im.to_string().c_str(), bits);
       }

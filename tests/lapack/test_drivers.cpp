@@ -69,6 +69,9 @@ C16 number(support::Random& random, const C16& /*kind*/) {
   return {re, number(random, 0.0)};
 }
 
+/// Of element (i, j), both from 0.
+std::size_t place(int i, int j) { return std::size_t(i) + std::size_t(j) * std::size_t(kLeading); }
+
 /// Square, of kOrder columns, with `more` added to the diagonal.
 template <class T>
 std::vector<T> square(support::Random& random, double more = 0) {
@@ -77,7 +80,7 @@ std::vector<T> square(support::Random& random, double more = 0) {
     x = number(random, T());
   }
   for (int i = 0; i < kOrder; ++i) {
-    a[std::size_t(i + i * kLeading)] += more;
+    a[place(i, i)] += more;
   }
   return a;
 }
@@ -85,13 +88,13 @@ template <class T>
 std::vector<T> hermitian(support::Random& random, double more = 0) {
   std::vector<T> a = square<T>(random, more);
   for (int j = 0; j < kOrder; ++j) {
-    a[std::size_t(j + j * kLeading)] = real_part(a[std::size_t(j + j * kLeading)]);
+    a[place(j, j)] = real_part(a[place(j, j)]);
     for (int i = 0; i < j; ++i) {
-      T& above = a[std::size_t(i + j * kLeading)];
+      T& above = a[place(i, j)];
       if constexpr (sizeof(T) == sizeof(double)) {
-        above = a[std::size_t(j + i * kLeading)];
+        above = a[place(j, i)];
       } else {
-        above = std::conj(a[std::size_t(j + i * kLeading)]);
+        above = std::conj(a[place(j, i)]);
       }
     }
   }
@@ -103,15 +106,15 @@ std::vector<T> triangular(support::Random& random, double first) {
   std::vector<T> a = square<T>(random);
   for (int j = 0; j < kOrder; ++j) {
     for (int i = j; i < kOrder; ++i) {
-      a[std::size_t(i + j * kLeading)] = i == j ? first + j : 0;
+      a[place(i, j)] = i == j ? first + j : 0;
     }
   }
   return a;
 }
 std::vector<double> numbers(support::Random& random, int count) {
-  std::vector<double> x;
-  for (int i = 0; i < count; ++i) {
-    x.push_back(number(random, 0.0));
+  std::vector<double> x(static_cast<std::size_t>(count));
+  for (double& each : x) {
+    each = number(random, 0.0);
   }
   return x;
 }
@@ -215,7 +218,7 @@ TEST_CASE_FIXTURE(Sixteen, "tridiagonal eigenproblems against the reference") {
     for (int j = 0; j < m; ++j) {
       for (int i = 0; i < order; ++i) {
         const auto at = [&](int row) {
-          return row < 0 || row >= order ? 0 : FloatToDouble(z.ours[std::size_t(row + j * order)]);
+          return row < 0 || row >= order ? 0 : FloatToDouble(z.ours[std::size_t(row) + std::size_t(j) * count]);
         };
         const double sum = (diagonal[std::size_t(i)] - w.theirs[std::size_t(j)]) * at(i) +
                            (i > 0 ? beside[std::size_t(i - 1)] : 0) * at(i - 1) +
@@ -308,7 +311,7 @@ TEST_CASE_FIXTURE(Sixteen, "Schur forms in another order against the reference")
   const std::vector<double> given = triangular<double>(random, 1);
   std::vector<double> unit(given.size());
   for (int i = 0; i < n; ++i) {
-    unit[std::size_t(i + i * lda)] = 1;
+    unit[place(i, i)] = 1;
   }
   for (const auto& [from, to] : {std::pair{1, kOrder}, std::pair{9, 3}, std::pair{4, 5}}) {
     Both<double> t(given);
@@ -360,7 +363,7 @@ TEST_CASE_FIXTURE(Sixteen, "least squares of any rank, constrained and generalis
     std::vector<double> whole = square<double>(random);
     for (int j = rank; j < columns; ++j) {  // combinations of the others, exact in both arithmetics
       for (int i = 0; i < n; ++i) {
-        whole[std::size_t(i + j * lda)] = whole[std::size_t(i)] + double(j) * whole[std::size_t(i + lda)];
+        whole[place(i, j)] = whole[std::size_t(i)] + double(j) * whole[place(i, 1)];
       }
     }
     Both<double> a(whole);
