@@ -16,7 +16,7 @@ void add_function_zeros(py::module_& module) {
     };
   };
   const auto step_of = [](const py::object& step, const Real& start) {
-    const Real length = step.is_none() ? tesk2mp::detail::first_step(start) : to_real(step);
+    Real length = step.is_none() ? tesk2mp::detail::first_step(start) : to_real(step);
     if (length == 0) {
       refuse("InvalidArgument", "a step of 0 finds no interval");
     }
