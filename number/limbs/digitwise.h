@@ -89,11 +89,15 @@ template <class Count, class LengthA, class LengthB>
   const int nb = length_b;
   const int slack = 128 + (kConstant ? 0 : 8 * count);
   // The two leading limbs as a binary word, rounded up.
-  const int shift = std::countl_zero(b[0]);
+  int shift = std::countl_zero(b[0]);
   Limb divisor = b[0] << shift;
   if (nb > 1) {
-    const Limb low = reduce(Wide(b[1]) << shift) + 2;
-    divisor = divisor + low < divisor ? ~Limb(0) : divisor + low;
+    divisor += reduce(Wide(b[1]) << shift) + 2;
+    if (divisor >> 63 == 0) [[unlikely]] {
+      // Next to a power of two, which has one bit more. A word below it would make digits too large.
+      divisor = Limb(1) << 63;
+      --shift;
+    }
   }
   const LimbDivider<R> by(divisor, shift);
   // Three columns of the remainder from column i on; those behind are made when they are needed.

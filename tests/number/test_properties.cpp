@@ -240,3 +240,23 @@ TEST_CASE("square roots whose short code finds a digit too large") {
     CHECK(sqrt(QuarnFloat(row.x)) == QuarnFloat(row.root));
   }
 }
+
+TEST_CASE("quotients by numbers next below powers of two, whose leading digits fill a word") {
+  support::Random random;
+  for (const int digits : {40, 50, 100, 333, 1000}) {
+    for (int i = 0; i < 300; ++i) {
+      const support::Digits scope(digits);
+      const std::int64_t power = std::int64_t(1) << random.between(55, 59);
+      const QuarnFloat b(std::to_string(power - 1) + "." + std::string(std::size_t(random.between(5, 19)), '9') +
+                         random.digits(std::size_t(random.between(1, digits))));
+      const QuarnFloat a(random.digits(std::size_t(random.between(1, digits))) + "7");
+      CAPTURE(digits);
+      CAPTURE(a);
+      CAPTURE(b);
+      const QuarnFloat quotient = a / b;
+      const support::Digits exact(3 * digits);
+      const QuarnFloat unit = quotient * QuarnFloat(1, 1 - digits);
+      CHECK(fabs(a - quotient * b) <= unit * b / 2);
+    }
+  }
+}
