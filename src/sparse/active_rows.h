@@ -101,7 +101,9 @@ class ActiveRows {
         subtract_product(place->value, factor, entry.value);
         place->level = std::min(place->level, fill_level);
       } else {
-        fill_.push_back({entry.column, fill_level, Value()});
+        fill_.emplace_back();
+        fill_.back().column = entry.column;
+        fill_.back().level = fill_level;
         subtract_product(fill_.back().value, factor, entry.value);
         holders(entry.column).push_back(i);
         filled(entry.column);
