@@ -1,12 +1,10 @@
 // Vector and matrix kernels.
 //
-// Each follows the published algorithm of its published name, in its order of operations.
-//
-// Level 2 and 3: a wrong argument is always fatal: the routine's name and the argument's position are printed and the
-// process ends with exit status 0. Option letters are accepted in either case; an increment may be negative (the vector
-// is walked from its far end) but not zero. Each kernel has three names of one meaning: its routine code, its published
-// name, and the master of both, whose selector changes nothing. Of an option text the first character alone is read;
-// its length argument is not used.
+// Each follows the published algorithm of its published name, in its order of operations. Level 2 and 3: a wrong
+// argument is always fatal: the routine's name and the argument's position are printed and the process ends with exit
+// status 0. Of an option text the first character is read, in either case; its length argument is not used. An
+// increment may be negative (the vector is walked from its far end) but not zero. Each kernel has three names of one
+// meaning: its routine code, its published name, and the master of both, whose selector changes nothing.
 #pragma once
 
 #include "quarn/quarnfloat.h"
@@ -593,82 +591,6 @@ TESK2MP_API void QuarnMPX_zherk_(const char* uplo, const char* trans, Integer n,
 TESK2MP_API void QuarnMPX_dsyrk_(const char* uplo, const char* trans, Integer n, Integer k, QuarnFloat alpha,
                                  QuarnFloat* a, Integer lda, QuarnFloat beta, QuarnFloat* c, Integer ldc,
                                  int uplo_length, int trans_length);
-/// @}
-
-// Norms -------------------------------------------------------------------------------------------------------------
-
-/// @defgroup f06raf norm of a matrix
-///
-/// A norm of a real m by n matrix, by the first letter of `norm` in either case: M largest |a(i,j)|; O or 1 largest
-/// column sum; I largest row sum; F or E square root of the sum of squares, scaled against overflow. Any other letter
-/// gives 0, and so does m < 1 or n < 1. NaN makes F NaN; under the other letters comparisons may pass over it,
-/// except in the companions, where a NaN that is read makes every norm NaN.
-///
-/// @param[in] norm M, O or 1, I, F or E
-/// @param[in] m rows
-/// @param[in] n columns
-/// @param[in] a n columns of m elements, lda apart; not changed
-/// @param[in] lda step from column to column, >= m
-/// @param[out] work m elements for the letter I, otherwise not touched
-///
-/// @par Source
-/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DLANGE.
-///
-/// @par Cost
-/// One pass over the matrix.
-/// @{
-TESK2MP_API QuarnFloat QuarnMP_f06raf_(const char* norm, Integer m, Integer n, QuarnFloat* a, Integer lda,
-                                       QuarnFloat* work, int norm_length);
-TESK2MP_API QuarnFloat QuarnMPX_f06raf_(const char* norm, Integer m, Integer n, QuarnFloat* a, Integer lda,
-                                        QuarnFloat* work, int norm_length);
-/// @}
-
-/// @defgroup f06rmf norm of a Hessenberg matrix
-///
-/// The same of an upper Hessenberg matrix of order n; elements below the first subdiagonal are not read.
-///
-/// @like f06raf
-///
-/// @param[in] n order
-/// @param[in] a n columns of n elements, lda apart; not changed
-/// @param[in] lda step from column to column, >= n
-/// @param[out] work n elements for the letter I, otherwise not touched
-///
-/// @par Source
-/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: DLANHS.
-///
-/// @par Cost
-/// One pass over the matrix.
-/// @{
-TESK2MP_API QuarnFloat QuarnMP_f06rmf_(const char* norm, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* work,
-                                       int norm_length);
-TESK2MP_API QuarnFloat QuarnMPX_f06rmf_(const char* norm, Integer n, QuarnFloat* a, Integer lda, QuarnFloat* work,
-                                        int norm_length);
-/// @}
-
-/// @defgroup f06uaf norms of complex matrices
-///
-/// The same of complex matrices: |z| is formed as sqrt(re re + im im), which may overflow, except under the letters F
-/// and E.
-///
-/// @like f06rmf
-///
-/// @param[in] n columns; of a Hessenberg matrix its order
-///
-/// @par Source
-/// E. Anderson et al., LAPACK Users' Guide, SIAM 1999: ZLANGE and ZLANHS.
-///
-/// @par Cost
-/// One pass over the matrix, with a square root per element for the letters M, O, 1 and I.
-/// @{
-TESK2MP_API QuarnFloat QuarnMP_f06uaf_(const char* norm, Integer m, Integer n, Complex* a, Integer lda,
-                                       QuarnFloat* work, int norm_length);
-TESK2MP_API QuarnFloat QuarnMPX_f06uaf_(const char* norm, Integer m, Integer n, Complex* a, Integer lda,
-                                        QuarnFloat* work, int norm_length);
-TESK2MP_API QuarnFloat QuarnMP_f06umf_(const char* norm, Integer n, Complex* a, Integer lda, QuarnFloat* work,
-                                       int norm_length);
-TESK2MP_API QuarnFloat QuarnMPX_f06umf_(const char* norm, Integer n, Complex* a, Integer lda, QuarnFloat* work,
-                                        int norm_length);
 /// @}
 }
 TESK2MP_NAMES_END

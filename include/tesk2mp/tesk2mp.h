@@ -59,6 +59,7 @@
 #include "tesk2mp/least_squares.h"
 #include "tesk2mp/linear.h"
 #include "tesk2mp/matrix_functions.h"
+#include "tesk2mp/norms.h"
 #include "tesk2mp/orthogonal.h"
 #include "tesk2mp/polynomials.h"
 #include "tesk2mp/proven.h"

@@ -13,7 +13,7 @@
 #include "src/kernels/own_matrix.h"
 #include "tesk2mp/dense.h"
 #include "tesk2mp/frame.h"
-#include "tesk2mp/kernels.h"
+#include "tesk2mp/norms.h"
 
 namespace tesk {
 namespace {

@@ -17,7 +17,7 @@
 #include "src/frame/constants.h"
 #include "tesk2mp/dense.h"
 #include "tesk2mp/frame.h"
-#include "tesk2mp/kernels.h"
+#include "tesk2mp/norms.h"
 
 namespace tesk {
 namespace {

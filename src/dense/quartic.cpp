@@ -10,7 +10,7 @@
 #include "src/kernels/level1.h"
 #include "tesk2mp/dense.h"
 #include "tesk2mp/frame.h"
-#include "tesk2mp/kernels.h"
+#include "tesk2mp/norms.h"
 
 namespace tesk {
 namespace {

@@ -4,7 +4,7 @@
 #include "src/frame/check_points.h"
 #include "src/frame/constants.h"
 #include "src/kernels/level1.h"
-#include "tesk2mp/kernels.h"
+#include "tesk2mp/norms.h"
 
 namespace tesk {
 namespace {

@@ -10,7 +10,7 @@
 #include "support/digits.h"
 #include "support/matrices.h"
 #include "tesk2mp/dense.h"
-#include "tesk2mp/kernels.h"
+#include "tesk2mp/norms.h"
 
 using support::Matrix;
 
