@@ -19,18 +19,6 @@ namespace tesk2mp::selftest {
 
 namespace detail {
 
-/// Other working digits for a scope.
-class WorkingDigits {
- public:
-  explicit WorkingDigits(int digits) : former_(QuarnSetDigits(digits)) {}
-  ~WorkingDigits() { QuarnSetDigits(former_); }
-  WorkingDigits(const WorkingDigits&) = delete;
-  WorkingDigits& operator=(const WorkingDigits&) = delete;
-
- private:
-  int former_;
-};
-
 /// Forms residuals at more digits than the routine had.
 template <class T>
 class Judge {
@@ -76,7 +64,7 @@ class Judge {
   static constexpr int kSpare = 20;
 
   Real unit_;
-  WorkingDigits finer_;
+  Digits finer_;
 };
 
 template <class T>
@@ -139,20 +127,19 @@ Real singular(const Matrix<T>& a) {
 }
 inline Schur schur_of(const Matrix<Real>& a) { return schur(a); }
 inline ComplexSchur schur_of(const Matrix<Complex>& a) { return complex_schur(a); }
-template <class T>
-Real schur_factors(const Matrix<T>& a) {
-  const auto form = schur_of(a);
+template <class T, class Form>
+Real similarity_ratio(const Matrix<T>& a, const Form& form) {
   const Judge<T> judge;
   const Matrix<T> product = judge.product(Op::none, judge.product(form.z, form.t), Op::conjugate_transpose, form.z);
   return largest({judge.ratio(product, a, judge.norm(a)), judge.orthogonality(form.z)});
 }
 template <class T>
+Real schur_factors(const Matrix<T>& a) {
+  return similarity_ratio(a, schur_of(a));
+}
+template <class T>
 Real ordered_schur(const Matrix<T>& a) {
-  const auto ordered = order_schur(schur_of(a), [](const Complex& z) { return z.re < 1; }).form;
-  const Judge<T> judge;
-  const Matrix<T> product =
-      judge.product(Op::none, judge.product(ordered.z, ordered.t), Op::conjugate_transpose, ordered.z);
-  return largest({judge.ratio(product, a, judge.norm(a)), judge.orthogonality(ordered.z)});
+  return similarity_ratio(a, order_schur(schur_of(a), [](const Complex& z) { return z.re < 1; }).form);
 }
 template <class T>
 Real eigensystem(const Matrix<T>& a) {
@@ -184,13 +171,17 @@ inline Matrix<Real> with_adjoint(const Matrix<Real>& a) {
   return sum;
 }
 template <class T>
-Real symmetric_system(const Matrix<T>& a) {
-  const Matrix<T> hermitian = with_adjoint(a);
-  const SymmetricEigenSystem<T> system = symmetric_eigen(hermitian);
+Real symmetric_ratio(const Matrix<T>& hermitian, const SymmetricEigenSystem<T>& system) {
   const Judge<T> judge;
   const Matrix<T> image = judge.product(hermitian, system.vectors);
   return largest({judge.ratio(image, judge.scaled(system.vectors, system.values), judge.norm(hermitian)),
                   judge.orthogonality(system.vectors)});
+}
+template <class T>
+Real symmetric_system(const Matrix<T>& a) {
+  const Matrix<T> hermitian = with_adjoint(a);
+  const SymmetricEigenSystem<T> system = symmetric_eigen(hermitian);
+  return symmetric_ratio(hermitian, system);
 }
 /// A^H A + I, positive definite.
 template <class T>
@@ -427,10 +418,7 @@ Real chosen_system(const Matrix<T>& a) {
   }
   const Matrix<T> hermitian = with_adjoint(a);
   const SymmetricEigenSystem<T> system = symmetric_eigen(hermitian, EigenIndices{0, a.rows()});
-  const Judge<T> judge;
-  const Matrix<T> image = judge.product(hermitian, system.vectors);
-  return largest({judge.ratio(image, judge.scaled(system.vectors, system.values), judge.norm(hermitian)),
-                  judge.orthogonality(system.vectors)});
+  return symmetric_ratio(hermitian, system);
 }
 /// Of the tridiagonal part of A + A^H.
 template <class T>

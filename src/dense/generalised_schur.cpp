@@ -296,13 +296,9 @@ class Qz : Rotator<T> {
 
   /// Exceptional shifts are ever rarer: a defective eigenvalue is approached linearly, and each of them throws that
   /// back.
-  bool is_exceptional(Integer iteration) {
-    if (iteration == 1) {
-      exceptional_at_ = exceptional_period();
-    }
-    const bool exceptional = iteration == exceptional_at_;
-    exceptional_at_ *= exceptional ? 2 : 1;
-    return exceptional;
+  bool is_exceptional(Integer iteration) const {
+    const Integer turn = iteration / period_;
+    return iteration % period_ == 0 && (turn & (turn - 1)) == 0;
   }
 
   void sweep(Integer first, Integer last, Integer iteration) {
@@ -406,7 +402,7 @@ class Qz : Rotator<T> {
   QuarnFloat small_h_;
   QuarnFloat small_t_;
   T exceptional_{};
-  Integer exceptional_at_ = 0;
+  Integer period_ = exceptional_period();
 };
 
 }  // namespace

@@ -248,10 +248,7 @@ bool root_of_block(Integer /*n*/, View<Complex> r) {
 
 template <class T>
 bool square_root(Integer n, View<T> r) {
-  Integer half = n / 2;
-  if (half > 0 && !is_zero(r(half + 1, half))) {
-    half = half + 1 < n ? half + 1 : half - 1;
-  }
+  const Integer half = half_of_form(n, r);
   if (half == 0) {
     return root_of_block(n, r);
   }

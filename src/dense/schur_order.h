@@ -19,6 +19,16 @@ QuarnFloat largest_element(Integer n, OneBasedMatrix<T> a) {
   return largest;
 }
 
+/// Where to divide a Schur form of order n between two blocks; 0 for a single block.
+template <class T>
+Integer half_of_form(Integer n, OneBasedMatrix<T> a) {
+  const Integer half = n / 2;
+  if (half == 0 || is_zero(a(half + 1, half))) {
+    return half;
+  }
+  return half + 1 < n ? half + 1 : half - 1;
+}
+
 /// Solves A X + sign X B = C for X in the place of C, A (m by m) and B (n by n) in Schur form. Returns whether a
 /// divisor was as small as roundings of A and B and has been replaced: the two have a common eigenvalue, or nearly.
 template <class T>

@@ -42,12 +42,6 @@ bool all_finite(Integer n, OneBasedVector<QuarnFloat> x) {
   return true;
 }
 
-/// The power of ten that d and e are multiplied by before work on them.
-Integer common_exponent(Integer n, OneBasedVector<QuarnFloat> d, OneBasedVector<QuarnFloat> e) {
-  const Integer exponent = far_exponent(n, 1, {d.first(), d.stride(), 0});
-  return exponent != 0 || n < 2 ? exponent : far_exponent(n - 1, 1, {e.first(), e.stride(), 0});
-}
-
 std::vector<QuarnFloat> multiplied(Integer n, const QuarnFloat* x, Integer exponent) {
   std::vector<QuarnFloat> copy(x, x + std::max<Integer>(0, n));
   copy.resize(std::size_t(std::max<Integer>(1, n)));

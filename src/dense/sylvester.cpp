@@ -22,8 +22,8 @@ class Sylvester {
     if (m == 0 || n == 0) {
       return;
     }
-    const Integer above = split(m, a);
-    const Integer left = split(n, b);
+    const Integer above = half_of_form(m, a);
+    const Integer left = half_of_form(n, b);
     if (above > 0 && (m >= n || left == 0)) {
       const Integer below = m - above;
       const OneBasedMatrix<T> last = c.from(above + 1, 1);
@@ -45,15 +45,6 @@ class Sylvester {
 
  private:
   static constexpr Integer kMost = 4;
-
-  /// Where to divide a Schur form of order n between two blocks; 0 for a single block.
-  static Integer split(Integer n, OneBasedMatrix<T> a) {
-    Integer half = n / 2;
-    if (half > 0 && !is_zero(a(half + 1, half))) {
-      half = half + 1 < n ? half + 1 : half - 1;
-    }
-    return half;
-  }
 
   /// A system of at most four equations, by elimination with complete pivoting.
   void solve_block(Integer m, Integer n, OneBasedMatrix<T> a, OneBasedMatrix<T> b, OneBasedMatrix<T> c) {

@@ -36,6 +36,12 @@ void tridiagonalise(Integer n, OneBasedMatrix<T> a, OneBasedVector<QuarnFloat> d
 template <class T>
 void form_q(Integer n, OneBasedMatrix<T> reflectors, const T* tau, OneBasedMatrix<T> q);
 
+/// The power of ten that numbers of d or e are far from 1 by; 0: none.
+inline Integer common_exponent(Integer n, OneBasedVector<QuarnFloat> d, OneBasedVector<QuarnFloat> e) {
+  const Integer exponent = far_exponent(n, 1, {d.first(), d.stride(), 0});
+  return exponent != 0 || n < 2 ? exponent : far_exponent(n - 1, 1, {e.first(), e.stride(), 0});
+}
+
 /// Does the work on the tridiagonal matrix brought near 1 by a power of ten, and takes it back; n when an element is
 /// not finite, otherwise what `solve` returns.
 template <class Solve>
@@ -47,8 +53,7 @@ Integer near_one(Integer n, OneBasedVector<QuarnFloat> d, OneBasedVector<QuarnFl
   }
   const OneBasedMatrix<QuarnFloat> diagonal(d.first(), d.stride(), 0);
   const OneBasedMatrix<QuarnFloat> beside(e.first(), e.stride(), 0);
-  Integer exponent = far_exponent(n, 1, diagonal);
-  exponent = exponent != 0 || n < 2 ? exponent : far_exponent(n - 1, 1, beside);
+  const Integer exponent = common_exponent(n, d, e);
   multiply_by_power(n, 1, diagonal, -exponent);
   multiply_by_power(n - 1, 1, beside, -exponent);
   const Integer info = solve();
