@@ -1,6 +1,7 @@
 // Discs in the complex plane that together hold as many numbers as there are discs, every connected set of k of them k.
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "src/proven/norms.h"
@@ -22,22 +23,28 @@ inline bool are_apart(const Complex& a, const QuarnBound& of_a, const Complex& b
   return reach.is_finite() && least_size(a - b) > reach.value();
 }
 
-/// Gives the members of each connected set a centre, an error and a count that hold for all of it. With numbers that
-/// stand in conjugate pairs, as those of real data do, a disc for itself around a real point holds a real one.
+/// Of numbers that stand in conjugate pairs: a disc of one that meets the real axis, and is apart from the others when
+/// it is moved there, has a real one.
+inline void make_real(std::vector<Disc>& discs) {
+  for (std::size_t i = 0; i < discs.size(); ++i) {
+    const Complex centre(discs[i].value.re);
+    const QuarnBound reach = discs[i].error + QuarnBound(discs[i].value.im);
+    bool alone = discs[i].count == 1 && QuarnBound(discs[i].value.im) <= discs[i].error && reach.is_finite();
+    for (std::size_t j = 0; j < discs.size() && alone; ++j) {
+      alone = j == i || are_apart(centre, reach, discs[j].value, discs[j].error);
+    }
+    if (alone) {
+      discs[i] = {centre, reach};
+    }
+  }
+}
+
+/// Gives the members of each connected set a centre, an error and a count that hold for all of it. pairs: the numbers
+/// stand in conjugate pairs, as those of real data do.
 inline void resolve(std::vector<Disc>& discs, bool pairs) {
   const std::size_t n = discs.size();
   if (pairs) {
-    for (std::size_t i = 0; i < n; ++i) {
-      const Complex centre(discs[i].value.re);
-      const QuarnBound reach = discs[i].error + QuarnBound(discs[i].value.im);
-      bool alone = QuarnBound(discs[i].value.im) <= discs[i].error && reach.is_finite();
-      for (std::size_t j = 0; j < n && alone; ++j) {
-        alone = j == i || are_apart(centre, reach, discs[j].value, discs[j].error);
-      }
-      if (alone) {
-        discs[i] = {centre, reach};
-      }
-    }
+    make_real(discs);
   }
   std::vector<bool> done(n, false);
   for (std::size_t first = 0; first < n; ++first) {
@@ -82,6 +89,18 @@ inline void resolve(std::vector<Disc>& discs, bool pairs) {
       discs[i] = {error.is_finite() ? mean : discs[i].value, error, Integer(members.size())};
     }
   }
+}
+
+/// Puts the discs; INFO.
+inline Integer deliver(std::vector<Disc> discs, Complex* values, QuarnFloat* error, Integer* count) {
+  Integer info = 0;
+  for (std::size_t j = 0; j < discs.size(); ++j) {
+    values[j] = std::move(discs[j].value);
+    error[j] = discs[j].error.value();
+    count[j] = discs[j].count;
+    info = discs[j].error.is_finite() ? info : 1;
+  }
+  return info;
 }
 
 }  // namespace tesk::proven

@@ -13,18 +13,6 @@ namespace {
 
 using Matrix = OneBasedMatrix<Complex>;
 
-/// Puts the discs; INFO.
-Integer deliver(std::vector<Disc> discs, Complex* w, QuarnFloat* error, Integer* count) {
-  Integer info = 0;
-  for (std::size_t j = 0; j < discs.size(); ++j) {
-    w[j] = std::move(discs[j].value);
-    error[j] = discs[j].error.value();
-    count[j] = discs[j].count;
-    info = discs[j].error.is_finite() ? info : 1;
-  }
-  return info;
-}
-
 template <class T>
 Integer checked_eigenvalues(Integer n, T* a, Integer lda, QuarnFloat* aerror, Integer ldaerror, Complex* w, Complex* x,
                             Integer ldx, QuarnFloat* error, Integer* count) {
@@ -66,16 +54,17 @@ struct Enclosure {
   std::vector<QuarnBound> of_vectors;
 };
 
-/// A bound of the distance of column i of X from an eigenvector of norm 1, whose coefficients of the other columns are
-/// within `coefficients`.
-QuarnBound vector_error(Integer n, Integer i, Matrix x, const std::vector<QuarnBound>& coefficients) {
+/// A bound of the distance of column i of X, whose elements have these sizes, from an eigenvector of norm 1, whose
+/// coefficients of the other columns are within `coefficients`.
+QuarnBound vector_error(Integer n, Integer i, Matrix x, const BoundMatrix& sizes,
+                        const std::vector<QuarnBound>& coefficients) {
   std::vector<QuarnBound> errors;
   QuarnBound squares;
   Range range;
   for (Integer k = 1; k <= n; ++k) {
     QuarnBound error;
     for (Integer j = 1; j <= n; ++j) {
-      error += j == i ? QuarnBound() : QuarnBound(x(k, j)) * coefficients[std::size_t(j)];
+      error += j == i ? QuarnBound() : sizes(k, j) * coefficients[std::size_t(j)];
     }
     errors.push_back(error);
     squares += error * error;
@@ -86,7 +75,7 @@ QuarnBound vector_error(Integer n, Integer i, Matrix x, const std::vector<QuarnB
   const QuarnBound stretch = over_one_minus(norm);
   QuarnBound largest;
   for (Integer k = 1; k <= n; ++k) {
-    largest = std::max(largest, (errors[std::size_t(k - 1)] + norm * QuarnBound(x(k, i))) * stretch);
+    largest = std::max(largest, (errors[std::size_t(k - 1)] + norm * sizes(k, i)) * stretch);
   }
   return largest;
 }
@@ -94,10 +83,16 @@ QuarnBound vector_error(Integer n, Integer i, Matrix x, const std::vector<QuarnB
 Enclosure enclosure(Integer n, const Spectrum& spectrum, Matrix x, bool pairs, bool wants_vectors) {
   Enclosure result(n);
   result.discs = spectrum.discs();
+  BoundMatrix sizes(wants_vectors ? n : 0);
+  for (Integer j = 1; wants_vectors && j <= n; ++j) {
+    for (Integer k = 1; k <= n; ++k) {
+      sizes(k, j) = QuarnBound(x(k, j));
+    }
+  }
   for (Integer i = 1; wants_vectors && i <= n; ++i) {
     const auto coefficients = spectrum.coefficients(i);
     if (std::all_of(coefficients.begin() + 1, coefficients.end(), [](const auto& z) { return z.is_finite(); })) {
-      result.of_vectors[std::size_t(i - 1)] = vector_error(n, i, x, coefficients);
+      result.of_vectors[std::size_t(i - 1)] = vector_error(n, i, x, sizes, coefficients);
     }
     QuarnCheckInterrupt();
   }

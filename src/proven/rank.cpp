@@ -119,6 +119,9 @@ struct Decimal {
   bool is_zero() const { return groups.empty(); }
   /// Of the number times 10^-least.
   std::uint64_t residue(const Field& field, std::int64_t least) const {
+    if (is_zero()) {
+      return 0;
+    }
     std::uint64_t x = 0;
     for (const std::uint32_t group : groups) {
       x = (x * (1'000'000'000 % field.prime()) + group) % field.prime();

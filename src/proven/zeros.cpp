@@ -194,20 +194,6 @@ class ZeroBounds {
     }
   }
 
-  /// A disc of one zero that meets the real axis, and is apart from the others when it is moved there, has a real zero.
-  static void make_real(std::vector<Disc>& discs) {
-    for (std::size_t i = 0; i < discs.size(); ++i) {
-      const QuarnBound reach = discs[i].error + QuarnBound(discs[i].value.im);
-      bool alone = discs[i].count == 1 && QuarnBound(discs[i].value.im) <= discs[i].error && reach.is_finite();
-      for (std::size_t j = 0; j < discs.size() && alone; ++j) {
-        alone = j == i || are_apart(Complex(discs[i].value.re), reach, discs[j].value, discs[j].error);
-      }
-      if (alone) {
-        discs[i] = {Complex(discs[i].value.re), reach, 1};
-      }
-    }
-  }
-
   std::vector<T> a_;
   std::size_t n_;
   int digits_;
@@ -223,15 +209,7 @@ Integer checked_zeros(Integer n, const T* a, Complex* zeros, QuarnFloat* error, 
   if (is_zero(a[0])) {
     return -2;
   }
-  const std::vector<Disc> discs = ZeroBounds<T>(std::vector<T>(a, a + n + 1), zeros).discs();
-  Integer info = 0;
-  for (std::size_t i = 0; i < discs.size(); ++i) {
-    zeros[i] = discs[i].value;
-    error[i] = discs[i].error.value();
-    count[i] = discs[i].count;
-    info = discs[i].error.is_finite() ? info : 1;
-  }
-  return info;
+  return deliver(ZeroBounds<T>(std::vector<T>(a, a + n + 1), zeros).discs(), zeros, error, count);
 }
 
 }  // namespace
