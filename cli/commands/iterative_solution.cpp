@@ -1,6 +1,5 @@
 // Linear systems by the library's iterative methods, with a course of the residual.
 #include <algorithm>
-#include <memory>
 
 #include "cli/commands/failure.h"
 #include "cli/commands/linear_system.h"
@@ -27,13 +26,6 @@ QuarnFloat number(const std::string& option, const std::string& text) {
 template <class T>
 using Preconditioner = std::function<void(std::span<const T>, std::span<T>)>;
 
-/// What the factors are shared for: a function is copied, and they need not be.
-template <class T, class Factors>
-Preconditioner<T> shared(Factors&& factors) {
-  return [held = std::make_shared<const Factors>(std::forward<Factors>(factors))](std::span<const T> x,
-                                                                                  std::span<T> y) { (*held)(x, y); };
-}
-
 template <class T>
 Preconditioner<T> incomplete_factors(const std::string& source, const tesk2mp::SparseMatrix<T>& a,
                                      const IterativeOptions& options) {
@@ -48,12 +40,12 @@ Preconditioner<T> incomplete_factors(const std::string& source, const tesk2mp::S
     }
   }
   if (options.precon == "ilu") {
-    return shared<T>(tesk2mp::IncompleteLU(a, fill));
+    return tesk2mp::IncompleteLU(a, fill);
   }
   if (!tesk2mp::is_hermitian(a)) {
     throw bad_input(source + ": --precon ic is for symmetric and Hermitian matrices");
   }
-  return shared<T>(tesk2mp::IncompleteCholesky(tesk2mp::lower_triangle(a), fill));
+  return tesk2mp::IncompleteCholesky(tesk2mp::lower_triangle(a), fill);
 }
 
 /// Null where none is wanted.
@@ -159,7 +151,7 @@ Solution solve_iteratively(const LinearSystem& system, const std::string& method
                            const std::function<void(const ResidualStep&)>& watcher) {
   const tesk2mp::SolverOptions settings = solver_options(method, options, system.n);
   constexpr double kVectors = 10;
-  require_memory((kVectors + settings.order) * system.n, "the work array of " + method);
+  require_memory((system.complex() ? 2 : 1) * (kVectors + settings.order) * system.n, "the work array of " + method);
   return std::visit(
       [&](const auto& equations) { return solve_by(system.source, equations, method, options, settings, watcher); },
       system.equations);

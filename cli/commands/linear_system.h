@@ -74,6 +74,8 @@ struct IterativeOptions {
   Integer restart = 30;
   Integer order = 2;
   Integer every = 1;
+
+  bool operator==(const IterativeOptions&) const = default;
 };
 
 /// The method for a matrix: cg when it is symmetric or Hermitian with a positive diagonal, minres when it is symmetric

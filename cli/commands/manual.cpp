@@ -20,7 +20,8 @@ or array. Complex numbers are written 1.5-2i, or in columns named real and imagi
 A first column of numbers or dates (2024-03-31, 31.03.2024, with or without a time) that
 are evenly spaced gives the unit of an axis. Files compressed by gzip are read as well.
 --skip, --decimal and --missing say what a table leaves open.
-Numbers are decimal text. They are rounded once, to the working digits.)"},
+Numbers are decimal text. They are rounded once, to the working digits; for a proof they are
+taken with all their digits.)"},
     {"output", "Output",
      R"(Results go to standard output, or to the file that --output names. A file's name that
 ends in .csv, .json or .mtx says the format where --format does not.
@@ -35,8 +36,11 @@ with characters, below the result.)"},
     {"digits", "Digits",
      R"(--digits D sets the working precision, 1 to 1000000 decimal digits, 20 without it. Every
 operation is rounded to D digits, so that results lose some: work with more digits than
-you want to see. Classic entries (--classic) carry constants as doubles and give about
-16 true digits at any precision.)"},
+you want to see. In solve, inv, det, eig, svd and zeros D digits of the result are proven
+to be true instead, by as many working digits as that takes; --working-digits D computes
+once with D. Options that ask for what has no proof (--method, --vectors and the like) make
+D the working precision. Classic entries (--classic) carry constants as doubles and give
+about 16 true digits at any precision.)"},
     {"exit-status", "Exit status",
      R"(  0  done
   1  the library refused, its message on standard error says why

@@ -39,13 +39,8 @@ constexpr Integer kMostIterations = 2147483647;
 
 /// Whether D proven digits are wanted: nothing says how to solve the system instead.
 bool is_proof_wanted(const SolveOptions& options) {
-  const IterativeOptions given;
-  const IterativeOptions& iterative = options.iterative;
   return options.proof.insisted ||
-         (options.proof.wanted() && options.method.empty() && iterative.tolerance.empty() &&
-          iterative.precon == given.precon && iterative.maxit == given.maxit && iterative.every == given.every &&
-          iterative.order == given.order && iterative.restart == given.restart && iterative.omega == given.omega &&
-          iterative.fill == given.fill && iterative.drop == given.drop && iterative.modified == given.modified &&
+         (options.proof.wanted() && options.method.empty() && options.iterative == IterativeOptions() &&
           options.history.empty() && !options.progress && options.output.picture.empty());
 }
 

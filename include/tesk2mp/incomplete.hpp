@@ -52,7 +52,7 @@ class Factors {
   template <class Factorise>
   Factors(const SparseMatrix<T>& a, const Factorise& factorise) : starts_(a.order() + 1) {
     const auto before = std::ptrdiff_t(a.entries());
-    // Three times the matrix is enough for most factors; the routine says what others need.
+    // A guess: where it is too small the routine says what it needs, and works twice.
     std::size_t room = 4 * a.entries() + a.order();
     for (Integer needed = 0;; room = a.entries() + std::size_t(needed)) {
       values_.assign(a.values().begin(), a.values().end());
@@ -123,25 +123,19 @@ class IncompleteLU : public detail::Factors<T> {
 
   /// x := op(M)^-1 x with M = P^T L U Q^T
   void solve(std::span<T> x, Op op = Op::none) const {
-    const char* const routine = detail::name<T>("F11DBF", "F11DPF");
-    const Integer n = detail::count_of(this->order());
-    const Integer la = detail::count_of(this->entries());
-    detail::require_length(routine, 13, detail::count_of(x.size()), n);
-    const bool conjugated = detail::kIsComplex<T> && op == Op::transpose;
-    conjugate_if(conjugated, x);
-    detail::call([&](Integer* ifail) {
-      detail::pick<T>(QuarnMP_f11dbf_, QuarnMP_f11dpf_)(
-          detail::Option(op == Op::none ? 'N' : 'T'), &n, this->values_.data(), &la, this->rows_.data(),
-          this->columns_.data(), row_order_.data(), column_order_.data(), this->starts_.data(), diagonals_.data(),
-          detail::Option('N'), x.data(), x.data(), ifail, 1, 1);
-    });
-    conjugate_if(conjugated, x);
+    if constexpr (detail::kIsComplex<T>) {
+      if (op == Op::transpose) {
+        std::vector<T> conjugated(x.begin(), x.end());
+        conjugate(conjugated);
+        apply('T', conjugated, x);
+        conjugate(x);
+        return;
+      }
+    }
+    apply(op == Op::none ? 'N' : 'T', x, x);
   }
   /// y := M^-1 x
-  void operator()(std::span<const T> x, std::span<T> y) const {
-    std::copy(x.begin(), x.end(), y.begin());
-    solve(y);
-  }
+  void operator()(std::span<const T> x, std::span<T> y) const { apply('N', x, y); }
 
   SparseMatrix<T> upper() const {
     SparseMatrix<T> u(this->order());
@@ -180,12 +174,24 @@ class IncompleteLU : public detail::Factors<T> {
                     "a triangle in place of a whole matrix");
     return a;
   }
-  static void conjugate_if(bool wanted, std::span<T> x) {
-    if constexpr (detail::kIsComplex<T>) {
-      for (std::size_t i = 0; wanted && i < x.size(); ++i) {
-        x[i].im = -x[i].im;
-      }
+  static void conjugate(std::span<T> x) {
+    for (T& z : x) {
+      z.im = -z.im;
     }
+  }
+  /// x := op(M)^-1 y; they may be the same.
+  void apply(char trans, std::span<const T> y, std::span<T> x) const {
+    const char* const routine = detail::name<T>("F11DBF", "F11DPF");
+    const Integer n = detail::count_of(this->order());
+    const Integer la = detail::count_of(this->entries());
+    detail::require_length(routine, 13, detail::count_of(x.size()), n);
+    detail::require_length(routine, 12, detail::count_of(y.size()), n);
+    detail::call([&](Integer* ifail) {
+      detail::pick<T>(QuarnMP_f11dbf_, QuarnMP_f11dpf_)(detail::Option(trans), &n, this->values_.data(), &la,
+                                                        this->rows_.data(), this->columns_.data(), row_order_.data(),
+                                                        column_order_.data(), this->starts_.data(), diagonals_.data(),
+                                                        detail::Option('N'), y.data(), x.data(), ifail, 1, 1);
+    });
   }
 
   std::vector<Integer> row_order_;
@@ -204,20 +210,19 @@ class IncompleteCholesky : public detail::Factors<T> {
       : IncompleteCholesky(a, fill, search, shift, std::vector<Integer>(a.order())) {}
 
   /// x := M^-1 x with M = P^T L D L^H P
-  void solve(std::span<T> x) const {
+  void solve(std::span<T> x) const { (*this)(x, x); }
+  /// y := M^-1 x
+  void operator()(std::span<const T> x, std::span<T> y) const {
+    const char* const routine = detail::name<T>("F11JBF", "F11JPF");
     const Integer n = detail::count_of(this->order());
     const Integer la = detail::count_of(this->entries());
-    detail::require_length(detail::name<T>("F11JBF", "F11JPF"), 10, detail::count_of(x.size()), n);
+    detail::require_length(routine, 10, detail::count_of(y.size()), n);
+    detail::require_length(routine, 9, detail::count_of(x.size()), n);
     detail::call([&](Integer* ifail) {
       detail::pick<T>(QuarnMP_f11jbf_, QuarnMP_f11jpf_)(&n, this->values_.data(), &la, this->rows_.data(),
                                                         this->columns_.data(), order_.data(), this->starts_.data(),
-                                                        detail::Option('N'), x.data(), x.data(), ifail, 1);
+                                                        detail::Option('N'), x.data(), y.data(), ifail, 1);
     });
-  }
-  /// y := M^-1 x
-  void operator()(std::span<const T> x, std::span<T> y) const {
-    std::copy(x.begin(), x.end(), y.begin());
-    solve(y);
   }
 
   /// The elements of D, positive unless A holds NaN.

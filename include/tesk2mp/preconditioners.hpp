@@ -65,6 +65,8 @@ class Jacobi : detail::DiagonalPlaces<T> {
   }
   /// y := D^-1 x
   void operator()(std::span<const T> x, std::span<T> y) const {
+    this->require_order(detail::name<T>("JACOBI", "ZJACOBI"), 5, y.size());
+    this->require_order(detail::name<T>("JACOBI", "ZJACOBI"), 5, x.size());
     std::copy(x.begin(), x.end(), y.begin());
     solve(y);
   }
@@ -91,6 +93,8 @@ class Ssor : detail::DiagonalPlaces<T> {
   }
   /// y := M^-1 x
   void operator()(std::span<const T> x, std::span<T> y) const {
+    this->require_order(routine(), 8, y.size());
+    this->require_order(routine(), 8, x.size());
     std::copy(x.begin(), x.end(), y.begin());
     solve(y);
   }

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <span>
 #include <type_traits>
@@ -56,13 +55,6 @@ namespace detail {
 template <Scalar T>
 using Precondition = std::function<void(std::span<const T>, std::span<T>)>;
 
-/// Factors that are copied with a function need not be: it shares them.
-template <Scalar T, class Factors>
-Precondition<T> shared(Factors&& factors) {
-  return [held = std::make_shared<const std::decay_t<Factors>>(std::forward<Factors>(factors))](
-             std::span<const T> x, std::span<T> y) { (*held)(x, y); };
-}
-
 /// a: whole, in canonical form, and kept by the caller.
 template <Scalar T>
 Precondition<T> preconditioner(const SparseMatrix<T>& a, Preconditioning kind, const SparseOptions& options) {
@@ -74,13 +66,13 @@ Precondition<T> preconditioner(const SparseMatrix<T>& a, Preconditioning kind, c
     case Preconditioning::ssor:
       return Ssor<T>(a, options.omega);
     case Preconditioning::ilu:
-      return shared<T>(IncompleteLU<T>(a, options.fill));
+      return IncompleteLU<T>(a, options.fill);
     case Preconditioning::ic:
-      return shared<T>(IncompleteCholesky<T>(lower_triangle(a), options.fill));
+      return IncompleteCholesky<T>(lower_triangle(a), options.fill);
     case Preconditioning::direct: {
       FillOptions all;
       all.level = -1;
-      return shared<T>(IncompleteLU<T>(a, all, PivotSearch::least_fill));
+      return IncompleteLU<T>(a, all, PivotSearch::least_fill);
     }
   }
   return {};

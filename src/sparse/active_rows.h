@@ -110,21 +110,16 @@ class ActiveRows {
       }
     }
     if (!fill_.empty()) {
-      merged_.clear();
-      std::merge(std::make_move_iterator(entries.begin()), std::make_move_iterator(entries.end()),
-                 std::make_move_iterator(fill_.begin()), std::make_move_iterator(fill_.end()),
-                 std::back_inserter(merged_), [](const Entry& a, const Entry& b) { return a.column < b.column; });
-      entries.swap(merged_);
+      const auto middle = std::ptrdiff_t(entries.size());
+      entries.insert(entries.end(), std::make_move_iterator(fill_.begin()), std::make_move_iterator(fill_.end()));
+      std::inplace_merge(entries.begin(), entries.begin() + middle, entries.end(),
+                         [](const Entry& a, const Entry& b) { return a.column < b.column; });
     }
   }
 
-  /// A pivot that is no larger than rounding makes it becomes the largest element of its row of A, or 1; NaN stays.
-  /// Returns whether it has.
-  bool correct(Integer i, bool too_small, Value& pivot) const {
-    if (too_small) {
-      pivot = largest_[std::size_t(i)] > 0 ? Value(largest_[std::size_t(i)]) : Value(1);
-    }
-    return too_small;
+  /// What a pivot becomes that is no larger than rounding makes it: the largest element of its row of A, or 1.
+  Value replacement(Integer i) const {
+    return largest_[std::size_t(i)] > 0 ? Value(largest_[std::size_t(i)]) : Value(1);
   }
   QuarnFloat rounding(Integer i) const { return epsilon() * largest_[std::size_t(i)]; }
 
@@ -144,7 +139,6 @@ class ActiveRows {
   std::vector<std::vector<Integer>> holders_;
   std::vector<QuarnFloat> largest_;
   Row fill_;
-  Row merged_;
   CheckPoints check_points_;
 };
 

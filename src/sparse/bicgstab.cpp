@@ -80,7 +80,7 @@ Outcome minimise_residual(Solver<T>& solver) {
       tau[i][j] = solver.dot(r(i), r(j)) / sigma[i];
       solver.add(-tau[i][j], r(i), r(j));
     }
-    if (solver.vanishes(T(solver.euclidean(r(j))), size)) {
+    if (solver.vanishes(solver.euclidean(r(j)), size)) {
       return Outcome::broken;
     }
     sigma[j] = real_part(solver.dot(r(j), r(j)));

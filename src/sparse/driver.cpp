@@ -11,10 +11,10 @@ namespace {
 constexpr Integer kResidualCriterion = 1;
 
 template <class T>
-void set_up(SolverState<T>& state, const DriverProblem<T>& problem) {
+void set_up(SolverState<T>& state, const DriverProblem<T>& problem, Integer m) {
   state.choose(*problem.method);
   state.n = problem.n;
-  state.m = problem.method->takes_m ? problem.m : 1;
+  state.m = m;
   state.preconditioned = 1;
   state.norm = kInfinityNorm;
   state.iterm = kResidualCriterion;
@@ -31,7 +31,7 @@ DriverOutcome solve_to_end(const DriverProblem<T>& problem, T* x) {
   std::vector<T> u(x, x + problem.n);
   std::vector<T> v(problem.b, problem.b + problem.n);
   SolverState<T> state(work.data());
-  set_up(state, problem);
+  set_up(state, problem, m);
   Integer info = 0;
   for (auto request = Request::start; request != Request::completion; request = Request(state.request)) {
     QuarnCheckInterrupt();
@@ -42,11 +42,8 @@ DriverOutcome solve_to_end(const DriverProblem<T>& problem, T* x) {
     }
     info = Solver<T>(state, u.data(), v.data(), nullptr).proceed(request);
   }
-  DriverOutcome outcome{Ending(info), {}, state.itn};
-  for (const T& residual : v) {
-    const QuarnFloat size = size_of(residual);
-    outcome.residual = size <= outcome.residual ? outcome.residual : size;
-  }
+  QuarnFloat residual = norm_of(kInfinityNorm, problem.n, [&](Integer i) -> const T& { return v[std::size_t(i - 1)]; });
+  DriverOutcome outcome{Ending(info), std::move(residual), state.itn};
   std::move(u.begin(), u.end(), x);
   return outcome;
 }

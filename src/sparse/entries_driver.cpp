@@ -1,6 +1,7 @@
 // Solution of sparse systems with incomplete factors: entries.
 #include "src/frame/option.h"
 #include "src/sparse/driver.h"
+#include "src/sparse/messages.h"
 #include "src/sparse/method_names.h"
 #include "src/sparse/returned_factors.h"
 #include "src/sparse/spmv.h"
@@ -60,7 +61,7 @@ bool arguments_are_valid(Report& report, const Advice& advice, const DriverArgum
     return false;
   }
   if (method->takes_m && (given.m < 1 || given.m > std::min(given.n, method->largest_m))) {
-    report.fail(1, 99991, " ** On entry, M .lt. 1 or M .gt. MIN (N,%2ld):\n    M =%16ld", method->largest_m, given.m);
+    report.fail(1, 99991, kOrderRange, method->largest_m, given.m);
     return false;
   }
   if (!(given.tol < 1)) {
@@ -75,20 +76,18 @@ bool arguments_are_valid(Report& report, const Advice& advice, const DriverArgum
     report.fail(1, 99988, " ** On entry, the working precision is too low: %16ld digits.", Integer(QuarnDigits()));
     return false;
   }
-  return ReturnedFactors<Value>(report, 3, advice, given.storage(), given.factors(), given.la, given.irow)
+  return ReturnedFactors<Value>(report, advice, given.storage(), given.factors(), given.la, given.irow)
       .are_valid(99987);
 }
 
 void report_end(Report& report, const DriverOutcome& outcome) {
   switch (outcome.ending) {
     case Ending::inaccurate:
-      return report.fail(4, 99973,
-                         " ** The required accuracy could not be obtained.\n"
-                         " ** However, a reasonable accuracy may have been achieved.");
+      return report.fail(4, 99973, kInaccurate);
     case Ending::not_converged:
-      return report.fail(5, 99972, " ** The solution has not converged after%7ld iterations.", outcome.iterations);
+      return report.fail(5, 99972, kNotConverged, outcome.iterations);
     case Ending::breakdown:
-      return report.fail(6, 99971, " ** Algorithm breakdown at iteration no.%7ld", outcome.iterations);
+      return report.fail(6, 99971, kBreakdown, outcome.iterations);
     default:
       return;
   }
@@ -117,9 +116,9 @@ void solve_system(const char* routine, const Advice& advice, const DriverArgumen
       solve_cholesky(given.factors(), source, target);
     }
   };
-  const DriverOutcome outcome = solve_to_end<Value>(
+  DriverOutcome outcome = solve_to_end<Value>(
       {method, given.m, given.n, given.b, given.tol, given.maxitn, multiply, precondition}, given.x);
-  *given.rnorm = outcome.residual;
+  *given.rnorm = std::move(outcome.residual);
   *given.itn = outcome.iterations;
   report_end(report, outcome);
 }

@@ -1,5 +1,6 @@
 // Solutions with incomplete factorisations: entries.
 #include "src/frame/option.h"
+#include "src/sparse/messages.h"
 #include "src/sparse/returned_factors.h"
 #include "tesk2mp/incomplete.h"
 
@@ -11,11 +12,11 @@ template <class Value>
 bool factors_are_valid(Report& report, const Advice& advice, Storage storage, const FactorView<Value>& factors,
                        Integer la, const Integer* irow, const Option& check, Integer label) {
   if (!check.is_one_of("CN")) {
-    report.fail(1, label, " ** On entry, CHECK .ne. 'C' or 'N': CHECK = '%s'.", check.text());
+    report.fail(1, label, kCheckOption, check.text());
     return false;
   }
   return check.letter() == 'N' ||
-         ReturnedFactors<Value>(report, 3, advice, storage, factors, la, irow).are_valid(label - 1);
+         ReturnedFactors<Value>(report, advice, storage, factors, la, irow).are_valid(label - 1);
 }
 
 template <class Value>

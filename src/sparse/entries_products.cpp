@@ -1,6 +1,7 @@
 // Products of a sparse matrix and a vector: entries.
 #include "src/frame/option.h"
 #include "src/frame/report.h"
+#include "src/sparse/messages.h"
 #include "src/sparse/spmv.h"
 #include "src/sparse/structure_report.h"
 #include "tesk2mp/sparse.h"
@@ -13,7 +14,7 @@ template <class Value>
 bool matrix_is_valid(Report& report, const Option& check, Integer structure_label, const CoordinateMatrix<Value>& m,
                      Storage storage) {
   if (!check.is_one_of("CN")) {
-    report.fail(1, 99999, " ** On entry, CHECK .ne. 'C' or 'N': CHECK = '%s'.", check.text());
+    report.fail(1, 99999, kCheckOption, check.text());
     return false;
   }
   return check.letter() == 'N' ||

@@ -8,6 +8,7 @@
 #include "src/frame/constants.h"
 #include "src/frame/option.h"
 #include "src/frame/report.h"
+#include "src/sparse/messages.h"
 #include "src/sparse/method_names.h"
 #include "src/sparse/solver.h"
 #include "tesk2mp/frame.h"
@@ -112,13 +113,11 @@ void report_ending(Report& report, Integer info, Integer itn, bool initial) {
           " ** User-requested termination: the required accuracy could not be obtained.\n"
           " ** However, a reasonable accuracy may have been achieved.");
     case Ending::breakdown:
-      return fail(" ** Algorithm breakdown at iteration no.%7ld", itn);
+      return fail(kBreakdown, itn);
     case Ending::not_converged:
-      return fail(" ** The solution has not converged after%7ld iterations.", itn);
+      return fail(kNotConverged, itn);
     case Ending::inaccurate:
-      return fail(
-          " ** The required accuracy could not be obtained.\n"
-          " ** However, a reasonable accuracy may have been achieved.");
+      return fail(kInaccurate);
   }
 }
 
@@ -152,10 +151,8 @@ void set_up(Methods methods, const char* method, const char* precon, const char*
                       {QuarnDigits() < kLeastDigits, kWork}};
   const auto* fault = std::find_if(std::begin(checks), std::end(checks), [](const auto& check) { return check.wrong; });
   if (fault != std::end(checks)) {
-    return fault->parameter == kM
-               ? report.fail(3, 99997, " ** On entry, M .lt. 1 or M .gt. MIN (N,%2ld):\n    M =%16ld", rules->largest_m,
-                             m)
-               : report_parameter(report, fault->parameter);
+    return fault->parameter == kM ? report.fail(3, 99997, kOrderRange, rules->largest_m, m)
+                                  : report_parameter(report, fault->parameter);
   }
   SolverState<T> state(work);
   state.choose(*rules);

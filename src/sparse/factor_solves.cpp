@@ -38,11 +38,11 @@ class Sweep {
     }
     check_points_.pass(end - first + 1);
   }
-  /// z := z - conjugated (or plain, when real) elements times z_k
-  void spread(Integer k, Integer first, Integer end, Op op) {
+  /// z := z - conjugated elements times z_k
+  void spread(Integer k, Integer first, Integer end) {
     const Value& source = z_[std::size_t(k)];
     for (Integer at = first; at < end; ++at) {
-      subtract_product(z_[std::size_t(factors_.icol[at - 1] - 1)], op, factors_.a[at - 1], source);
+      subtract_product(z_[std::size_t(factors_.icol[at - 1] - 1)], Op::conjugate_transpose, factors_.a[at - 1], source);
     }
     check_points_.pass(end - first + 1);
   }
@@ -67,8 +67,8 @@ void solve_lu(Op op, const FactorView<Value>& factors, const Value* y, Value* x)
     if (plain) {
       sweep.collect(k, istr[k], idiag[k]);
     } else {
-      z[std::size_t(k)] = quotient(z[std::size_t(k)], op == Op::conjugate_transpose ? conjugate(pivot) : pivot);
-      sweep.spread(k, idiag[k] + 1, istr[k + 1], op);
+      z[std::size_t(k)] = quotient(z[std::size_t(k)], conjugate(pivot));
+      sweep.spread(k, idiag[k] + 1, istr[k + 1]);
     }
   }
   for (Integer k = factors.n - 1; k >= 0; --k) {
@@ -76,7 +76,7 @@ void solve_lu(Op op, const FactorView<Value>& factors, const Value* y, Value* x)
       sweep.collect(k, idiag[k] + 1, istr[k + 1]);
       z[std::size_t(k)] = quotient(z[std::size_t(k)], factors.a[idiag[k] - 1]);
     } else {
-      sweep.spread(k, istr[k], idiag[k], op);
+      sweep.spread(k, istr[k], idiag[k]);
     }
   }
   scatter(z, plain ? factors.column_order : factors.row_order, x);
@@ -94,7 +94,7 @@ void solve_cholesky(const FactorView<Value>& factors, const Value* y, Value* x) 
     z[std::size_t(k)] = quotient(z[std::size_t(k)], factors.a[istr[k + 1] - 2]);
   }
   for (Integer k = factors.n - 1; k >= 0; --k) {
-    sweep.spread(k, istr[k], istr[k + 1] - 1, Op::conjugate_transpose);
+    sweep.spread(k, istr[k], istr[k + 1] - 1);
   }
   scatter(z, factors.row_order, x);
 }

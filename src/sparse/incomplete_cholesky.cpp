@@ -37,6 +37,7 @@ class IncompleteCholesky {
 
   IncompleteFactors<Value> factorise() {
     for (Integer k = 0; k < n_; ++k) {
+      QuarnCheckInterrupt();
       eliminate(k, choose());
     }
     return collected();
@@ -105,7 +106,10 @@ class IncompleteCholesky {
     order_.push_back(q);
     const ActiveRow<Value> elements = column(q);
     Value& pivot = pivots_[std::size_t(k)] = Value(diagonal_[std::size_t(q)]);
-    corrected_ += active_.correct(q, diagonal_[std::size_t(q)] <= active_.rounding(q), pivot) ? 1 : 0;
+    if (diagonal_[std::size_t(q)] <= active_.rounding(q)) {
+      pivot = active_.replacement(q);
+      ++corrected_;
+    }
 
     ActiveRow<Value> source = elements;
     for (ActiveEntry<Value>& entry : source) {

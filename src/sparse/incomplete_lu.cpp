@@ -45,6 +45,7 @@ class IncompleteLu {
       }
     }
     for (Integer k = 0; k < n_; ++k) {
+      QuarnCheckInterrupt();
       advance(next_row_, row_step_);
       advance(next_column_, column_step_);
       const auto [row, column] = choose();
@@ -180,13 +181,18 @@ class IncompleteLu {
   /// The rest of row p, without what is dropped.
   ActiveRow<Value> kept_row(Integer p) {
     ActiveRow<Value> row = std::move(active_.row(p));
-    const auto is_dropped = [&](const ActiveEntry<Value>& entry) { return active_.is_dropped(p, entry); };
-    for (const ActiveEntry<Value>& entry : row) {
-      if (modified_ && is_dropped(entry)) {
+    auto end = row.begin();
+    for (ActiveEntry<Value>& entry : row) {
+      if (active_.is_dropped(p, entry)) {
         lose(p, entry.value);
+      } else {
+        if (&*end != &entry) {
+          *end = std::move(entry);
+        }
+        ++end;
       }
     }
-    row.erase(std::remove_if(row.begin(), row.end(), is_dropped), row.end());
+    row.erase(end, row.end());
     return row;
   }
 
@@ -200,7 +206,10 @@ class IncompleteLu {
     if (modified_) {
       pivot = pivot + lost_[std::size_t(p)];
     }
-    corrected_ += active_.correct(p, magnitude(pivot) <= active_.rounding(p), pivot) ? 1 : 0;
+    if (magnitude(pivot) <= active_.rounding(p)) {
+      pivot = active_.replacement(p);
+      ++corrected_;
+    }
     row_step_[std::size_t(p)] = k;
     column_step_[std::size_t(q)] = k;
     row_order_.push_back(p);

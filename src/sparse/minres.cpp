@@ -35,7 +35,7 @@ Outcome iterate(const Solver<T>& solver, const Lanczos<T>& lanczos) {
   const QuarnFloat delta = cos * delta_bar + sin * lanczos.alpha();
   const QuarnFloat gamma_bar = sin * delta_bar - cos * lanczos.alpha();
   const QuarnFloat gamma = sqrt(gamma_bar * gamma_bar + lanczos.next_beta() * lanczos.next_beta());
-  if (solver.vanishes(T(gamma), fabs(lanczos.alpha()) + lanczos.beta())) {
+  if (solver.vanishes(gamma, fabs(lanczos.alpha()) + lanczos.beta())) {
     return Outcome::broken;
   }
   state.real(kEpsilon) = sin * lanczos.next_beta();

@@ -13,25 +13,18 @@ namespace tesk {
 /// name the real partner: the interface fixes them so.
 struct Advice {
   const char* arrays;
-  const char* permutations;
+  const char* permutations = arrays;
 };
 
 inline constexpr Advice kRealLu = {
     "\n    Check that A, IROW, ICOL, IPIVP, IPIVQ, ISTR and IDIAG\n    have not been corrupted between calls to F11DAF "
-    "and "
-    "F11DBF.",
-    "\n    Check that A, IROW, ICOL, IPIVP, IPIVQ, ISTR and IDIAG\n    have not been corrupted between calls to F11DAF "
-    "and "
-    "F11DBF."};
+    "and F11DBF."};
 inline constexpr Advice kComplexLu = {
     "\n    Check that A, IROW, ICOL, IPIVP, IPIVQ, ISTR and IDIAG\n    have not been corrupted between calls to F11DNF "
-    "and "
-    "F11DPF.",
+    "and F11DPF.",
     "\n    Check that A, IROW, ICOL, IPIVP, IPIVQ, ISTR and IDIAG\n    have not been corrupted between calls to F11DNF "
-    "and "
-    "F11DBF."};
+    "and F11DBF."};
 inline constexpr Advice kRealCholesky = {
-    "\n    Check that A, IROW, ICOL, IPIV and ISTR\n    have not been corrupted between calls to F11JAF and F11JBF.",
     "\n    Check that A, IROW, ICOL, IPIV and ISTR\n    have not been corrupted between calls to F11JAF and F11JBF."};
 inline constexpr Advice kComplexCholesky = {
     "\n    Check that A, IROW, ICOL, IPIV and ISTR\n    have not been corrupted between calls to F11JNF and F11JPF.",
@@ -39,25 +32,22 @@ inline constexpr Advice kComplexCholesky = {
 
 inline constexpr Advice kRealLuDriver = {
     "\n    Check that A, IROW, ICOL, IPIVP, IPIVQ, ISTR and IDIAG\n    have not been corrupted between calls to F11DAF "
-    "and F11DCF.",
-    "\n    Check that A, IROW, ICOL, IPIVP, IPIVQ, ISTR and IDIAG\n    have not been corrupted between calls to F11DAF "
     "and F11DCF."};
 inline constexpr Advice kComplexLuDriver = {
     "\n    Check that A, IROW, ICOL, IPIVP, IPIVQ, ISTR and IDIAG\n    have not been corrupted between calls to F11DNF "
     "and F11DQF.",
-    "\n    Check that A, IROW, ICOL, IPIVP, IPIVQ, ISTR and IDIAG\n    have not been corrupted between calls to F11DNF "
-    "and F11DBF."};
+    kComplexLu.permutations};
 inline constexpr Advice kComplexCholeskyDriver = {
     "\n    Check that A, IROW, ICOL, IPIV and ISTR\n    have not been corrupted between calls to F11JNF and F11JQF.",
-    "\n    Check that A, IROW, ICOL, IPIV and ISTR\n    have not been corrupted between calls to F11JNF and F11JBF."};
+    kComplexCholesky.permutations};
 
 /// Factors as they come back. Each check returns false when it has reported a failure.
 template <class Value>
 class ReturnedFactors {
  public:
-  ReturnedFactors(Report& report, Integer ierror, const Advice& advice, Storage storage,
-                  const FactorView<Value>& factors, Integer la, const Integer* irow)
-      : report_(report), ierror_(ierror), advice_(advice), storage_(storage), factors_(factors), la_(la), irow_(irow) {}
+  ReturnedFactors(Report& report, const Advice& advice, Storage storage, const FactorView<Value>& factors, Integer la,
+                  const Integer* irow)
+      : report_(report), advice_(advice), storage_(storage), factors_(factors), la_(la), irow_(irow) {}
 
   /// `first` is the label of N < 1.
   bool are_valid(Integer first) {
@@ -80,9 +70,11 @@ class ReturnedFactors {
   }
 
  private:
+  static constexpr Integer kFailure = 3;
+
   template <class... Values>
   bool fail(Integer label, const char* message, const Values&... values) {
-    report_.fail(ierror_, label, AdvisedMessage(message, advice_.arrays), values...);
+    report_.fail(kFailure, label, AdvisedMessage(message, advice_.arrays), values...);
     return false;
   }
   bool fail_at_start(Integer first, Integer i) {
@@ -105,7 +97,7 @@ class ReturnedFactors {
 
   bool entries_are_valid(Integer first) {
     const Integer before = factors_.istr[0] - 1;
-    return structure_is_valid(report_, {first, ierror_, ierror_, advice_.arrays, before}, storage_, factors_.n,
+    return structure_is_valid(report_, {first, kFailure, kFailure, advice_.arrays, before}, storage_, factors_.n,
                               factors_.istr[factors_.n] - factors_.istr[0], irow_ + before, factors_.icol + before);
   }
 
@@ -138,7 +130,7 @@ class ReturnedFactors {
     for (Integer i = 0; i < factors_.n; ++i) {
       const bool outside = order[i] < 1 || order[i] > factors_.n;
       if (outside || seen[std::size_t(order[i])] != 0) {
-        report_.fail(ierror_, outside ? label : label - 1,
+        report_.fail(kFailure, outside ? label : label - 1,
                      AdvisedMessage(outside ? out_of_range : repeated, advice_.permutations), i + 1, order[i]);
         return false;
       }
@@ -148,7 +140,6 @@ class ReturnedFactors {
   }
 
   Report& report_;
-  Integer ierror_;
   const Advice& advice_;
   Storage storage_;
   const FactorView<Value>& factors_;

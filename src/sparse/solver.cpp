@@ -18,23 +18,6 @@ constexpr Integer kMostFruitlessStarts = 3;
 // A residual beyond 10 to the power +- this is scaled for the method.
 constexpr int kScaledDecades = 100'000'000;
 
-/// The norm of element(1) ... element(n).
-template <class Element>
-QuarnFloat norm_of(Integer norm, Integer n, const Element& element) {
-  if (norm == kTwoNorm) {
-    return euclidean_norm(n, element);
-  }
-  QuarnFloat sum;
-  for (Integer i = 1; i <= n; ++i) {
-    if (norm == kOneNorm) {
-      sum += size_of(element(i));
-    } else if (!(size_of(element(i)) <= sum)) {  // a NaN must not get lost
-      sum = isnan(sum) ? sum : size_of(element(i));
-    }
-  }
-  return sum;
-}
-
 }  // namespace
 
 Integer decade_of(const QuarnFloat& x) { return FloatToInt(floor(QuarnEvalf1("log10", x))); }
@@ -376,11 +359,6 @@ template <class T>
 QuarnFloat Solver<T>::largest_norm(const QuarnFloat& euclidean) const {
   const QuarnFloat largest = state_.norm == kOneNorm ? euclidean * sqrt(QuarnFloat(n())) : euclidean;
   return selects(&SolverIntegers::weighted) ? largest * *std::max_element(wgt_, wgt_ + n()) : largest;
-}
-
-template <class T>
-bool Solver<T>::vanishes(const T& a, const QuarnFloat& size) const {
-  return !(size_of(a) > epsilon() * size);
 }
 
 template class Solver<QuarnFloat>;

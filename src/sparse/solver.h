@@ -16,6 +16,7 @@
 #include <algorithm>
 
 #include "quarn/complex.h"
+#include "src/frame/constants.h"
 #include "src/kernels/level1.h"
 #include "src/sparse/solver_methods.h"
 
@@ -102,6 +103,23 @@ QuarnFloat euclidean_norm(Integer n, SolverVector<T> x) {
   return euclidean_norm(n, [&](Integer i) -> const T& { return x(i); });
 }
 
+/// The norm of element(1) ... element(n).
+template <class Element>
+QuarnFloat norm_of(Integer norm, Integer n, const Element& element) {
+  if (norm == kTwoNorm) {
+    return euclidean_norm(n, element);
+  }
+  QuarnFloat sum;
+  for (Integer i = 1; i <= n; ++i) {
+    if (norm == kOneNorm) {
+      sum += size_of(element(i));
+    } else if (!(size_of(element(i)) <= sum)) {  // a NaN must not get lost
+      sum = isnan(sum) ? sum : size_of(element(i));
+    }
+  }
+  return sum;
+}
+
 template <class T>
 class Solver {
  public:
@@ -125,7 +143,10 @@ class Solver {
   /// the method's disposal.
   Integer product_slot() const noexcept { return kMethodSlot + method_.vectors(state_.m); }
   /// Is |a| of no significance beside `size`, to working precision? NaN is.
-  bool vanishes(const T& a, const QuarnFloat& size) const;
+  template <class Number>
+  bool vanishes(const Number& a, const QuarnFloat& size) const {
+    return !(size_of(a) > epsilon() * size);
+  }
   /// a^H b, a^T b of real vectors.
   T dot(Integer a, Integer b) const { return tesk::dot(n(), vector(a), vector(b), Op::conjugate_transpose); }
   QuarnFloat euclidean(Integer slot) const { return euclidean_norm(n(), vector(slot)); }

@@ -19,7 +19,7 @@ void copy_unpreconditioned(const Solver<T>& solver, Integer slot) {
 /// Of an inner product of two vectors that a positive definite matrix makes positive.
 template <class T>
 Outcome judge_positive(const Solver<T>& solver, const QuarnFloat& product, Integer a, Integer b) {
-  if (a == b ? !(product > 0) : solver.vanishes(T(product), solver.euclidean(a) * solver.euclidean(b))) {
+  if (a == b ? !(product > 0) : solver.vanishes(product, solver.euclidean(a) * solver.euclidean(b))) {
     return Outcome::broken;
   }
   return product > 0 ? Outcome::iterated : Outcome::unsuitable;

@@ -54,7 +54,7 @@ void choose_point(const Solver<T>& solver, const Lanczos<T>& lanczos) {
   const QuarnFloat& gamma_bar = state.real(kGammaBar);
   solver.copy(kIterate, kPoint);
   solver.copy(kLqResidual, kResidual);
-  if (solver.vanishes(T(gamma_bar), fabs(lanczos.alpha()) + lanczos.beta())) {
+  if (solver.vanishes(gamma_bar, fabs(lanczos.alpha()) + lanczos.beta())) {
     return;
   }
   const QuarnFloat zeta = state.real(kRight) / gamma_bar;

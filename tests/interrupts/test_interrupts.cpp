@@ -168,6 +168,23 @@ Numbers solution(tesk2mp::Method method) {
   return tesk2mp::solve_iteratively(a, vector_of<Real>(n, 7), options).x;
 }
 
+template <class Factors>
+Numbers incomplete_factors(tesk2mp::Storage storage) {
+  const std::size_t n = 24;
+  tesk2mp::SparseMatrix<Real> a(n, storage);
+  for (std::size_t i = 0; i < n; ++i) {
+    for (std::size_t j = i < 5 ? 0 : i - 5; j < i; j += 2) {
+      a.add(i, j, -1);
+    }
+    a.add(i, i, 9);
+  }
+  Numbers x = vector_of<Real>(n, 9);
+  tesk2mp::FillOptions fill;
+  fill.level = 2;
+  Factors(a, fill).solve(std::span<Real>(x));
+  return x;
+}
+
 Numbers ranks(std::size_t n) {
   Numbers x = vector_of<Real>(n, 8);
   tesk2mp::sort(x);
@@ -225,6 +242,9 @@ TEST_CASE("work that is interrupted leaves nothing behind and gives the same dig
       {"CGS", 30, [] { return solution(tesk2mp::Method::cgs); }},
       {"BiCGSTAB", 30, [] { return solution(tesk2mp::Method::bicgstab); }},
       {"TFQMR", 30, [] { return solution(tesk2mp::Method::tfqmr); }},
+      {"incomplete LU", 30, [] { return incomplete_factors<tesk2mp::IncompleteLU<Real>>(tesk2mp::Storage::general); }},
+      {"incomplete Cholesky", 30,
+       [] { return incomplete_factors<tesk2mp::IncompleteCholesky<Real>>(tesk2mp::Storage::lower_triangle); }},
       {"sorting", 20, [] { return ranks(5000); }},
       {"elementary functions", 4500, functions},
   };
