@@ -169,6 +169,8 @@ auto by_plan(Transform transform) {
   };
 }
 
+std::string heading(const std::string& method, const std::string& text) { return method + "(x, norm=None)\n\n" + text; }
+
 template <class Plan, class Method>
 void add_typed_plan(py::module_& module, const char* name, const char* document, const char* forward_name,
                     Method forward, const char* inverse_name, Method inverse) {
@@ -181,8 +183,9 @@ void add_typed_plan(py::module_& module, const char* name, const char* document,
       .def_property_readonly("type", &Plan::type)
       .def_property_readonly("digits", &Plan::digits)
       .def(forward_name, by_plan<Real, Plan>(forward), py::arg("x"), py::arg("norm") = py::none(),
-           "The same as the function of this name.")
-      .def(inverse_name, by_plan<Real, Plan>(inverse), py::arg("x"), py::arg("norm") = py::none(), "Its inverse.");
+           heading(forward_name, "The same as the function of this name.").c_str())
+      .def(inverse_name, by_plan<Real, Plan>(inverse), py::arg("x"), py::arg("norm") = py::none(),
+           heading(inverse_name, "Its inverse.").c_str());
 }
 
 void add_real_plans(py::module_& module) {
@@ -206,9 +209,9 @@ for many calls. Lengths are 1 to 2^24, digits 1 to 1100.
       .def_property_readonly("length", &SpectrumPlan::length)
       .def_property_readonly("digits", &SpectrumPlan::digits)
       .def("rfft", by_plan<Real, SpectrumPlan>(&SpectrumPlan::rfft), py::arg("x"), py::arg("norm") = py::none(),
-           "The same as the function rfft, of a sequence of the plan's length.")
+           "rfft(x, norm=None)\n\nThe same as the function rfft, of a sequence of the plan's length.")
       .def("irfft", by_plan<Complex, SpectrumPlan>(&SpectrumPlan::irfft), py::arg("x"), py::arg("norm") = py::none(),
-           "The same as the function irfft, of length // 2 + 1 numbers.");
+           "irfft(x, norm=None)\n\nThe same as the function irfft, of length // 2 + 1 numbers.");
   add_typed_plan<CosinePlan>(module, "CosinePlan", R"(CosinePlan(length, type=2, digits=None)
 
 The tables of dct and idct of one type, as SpectrumPlan.

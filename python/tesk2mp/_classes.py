@@ -74,7 +74,7 @@ def _unproven(method: Callable[..., Any], kind: type) -> Callable[..., Any]:
     """The method, which is refused where results are to be proven."""
 
     def call(*arguments: Any, **named: Any) -> Any:
-        if _truth.wanted() is not None:
+        if _truth.wanted():
             raise _truth.no_proof(kind.__name__)
         return method(*arguments, **named)
 
@@ -87,6 +87,17 @@ def _unproven(method: Callable[..., Any], kind: type) -> Callable[..., Any]:
     return call
 
 
-for _kind in (_core.LU, _core.Cholesky):
-    for _method in ("__init__", "solve", "inverse", "determinant"):
+_FACTORS = ("__init__", "solve", "inverse", "determinant")
+for _kind, _methods in (
+    (_core.LU, _FACTORS),
+    (_core.Cholesky, _FACTORS),
+    (_core.IncompleteLU, ("__init__", "solve")),
+    (_core.IncompleteCholesky, ("__init__", "solve")),
+    (_core.SparseMatrix, ("multiply",)),
+    (_core.TransformPlan, ("transform",)),
+    (_core.SpectrumPlan, ("rfft", "irfft")),
+    (_core.CosinePlan, ("dct", "idct")),
+    (_core.SinePlan, ("dst", "idst")),
+):
+    for _method in _methods:
         setattr(_kind, _method, _unproven(getattr(_kind, _method), _kind))

@@ -3,7 +3,7 @@
 from decimal import MAX_EMAX, MAX_PREC, MIN_EMIN, Context, Decimal, InvalidOperation
 from typing import Any
 
-from ._context import digits
+from ._context import _MOST_DIGITS, digits
 from ._core import Complex, Real
 from ._errors import InvalidArgument, InvalidType, refusal
 
@@ -12,7 +12,6 @@ _WIDE = Context(prec=MAX_PREC, Emax=MAX_EMAX, Emin=MIN_EMIN)
 _MPMATH_SPECIAL = {0: "0", -456: "Infinity", -789: "-Infinity"}
 
 
-_MOST_DIGITS = 1_000_000
 _DEEPEST = 64  # as of the sequences that the routines take
 
 

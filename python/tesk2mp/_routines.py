@@ -40,7 +40,7 @@ def routine(core: Callable[..., Any]) -> Callable[..., Any]:
     def in_scopes(digits: int | None, report: Any, arguments: Any, named: dict[str, Any]) -> Any:
         with at(digits):
             work = core
-            if _truth.wanted() is not None:
+            if _truth.wanted():
                 work = lambda *arguments, **named: _truth.call(core, arguments, named)
             report = _progress.current() if report is None else report
             if report is None:

@@ -6,11 +6,11 @@ import fractions
 from collections.abc import Callable, Iterator
 from typing import Any
 
-from . import _core, _progress
+from . import _core, _progress, proven
 from ._context import _Scope, digits
 from ._errors import Error, InvalidArgument, InvalidType, refusal
 
-_wanted: contextvars.ContextVar[int | None] = contextvars.ContextVar("true_digits", default=None)
+_wanted: contextvars.ContextVar["true_digits | None"] = contextvars.ContextVar("true_digits", default=None)
 # Functions of numbers are correctly rounded, and the others here are exact.
 _ROUNDED = {
     *(name for name in dir(_core.Real) if not name.startswith("_")),
@@ -19,8 +19,8 @@ _ROUNDED = {
 }
 
 
-def wanted() -> int | None:
-    return _wanted.get()
+def wanted() -> bool:
+    return _wanted.get() is not None
 
 
 class true_digits(_Scope):  # pylint: disable=invalid-name
@@ -44,30 +44,26 @@ class true_digits(_Scope):  # pylint: disable=invalid-name
             raise refusal(InvalidType, "numbers of digits are integers")
         if count < 1 or most < count:
             raise refusal(InvalidArgument, f"{count} true digits with at most {most} working digits")
-        self._count = count
-        self._most = most
+        self.count = count
+        self.most = most
 
     def __repr__(self) -> str:
-        return f"true_digits({self._count})"
+        return f"true_digits({self.count})"
 
     def __reduce__(self) -> tuple[type, tuple[int, int]]:
-        return true_digits, (self._count, self._most)
+        return true_digits, (self.count, self.most)
 
     def _enter(self) -> Any:
-        inner = digits(self._count)
+        inner = digits(self.count)
         inner.__enter__()
         _progress.count_scopes(1)
-        return _wanted.set(self._count), _most.set(self._most), inner
+        return _wanted.set(self), inner
 
     def _leave(self, former: Any) -> None:
-        count, most, inner = former
-        _wanted.reset(count)
-        _most.reset(most)
+        scope, inner = former
+        _wanted.reset(scope)
         _progress.count_scopes(-1)
         inner.__exit__(None, None, None)
-
-
-_most: contextvars.ContextVar[int] = contextvars.ContextVar("most_digits", default=100000)
 
 
 def _numbers(argument: Any) -> Iterator[Any]:
@@ -123,57 +119,48 @@ def _with_all_digits(given: list[Any], name: str, right: bool) -> int:
     return max(lengths, default=1)
 
 
-def _names() -> dict[str, Callable[..., Any]]:
-    from . import proven
+def _eigenvalues(a: Any, b: Any = None) -> Any:
+    if b is not None:
+        raise refusal(InvalidArgument, "pencils have no proven eigenvalues in a block of true_digits()")
+    return proven.eigenvalues(a)
 
-    def solve(a: Any, b: Any) -> Any:
-        return proven.solve(a, b)
 
-    def inverse(a: Any) -> Any:
-        return proven.inverse(a)
+def _symmetric(proof: Callable[[Any], Any]) -> Callable[..., Any]:
+    """The proof, of the matrix of which a triangle is given."""
 
-    def determinant(a: Any) -> Any:
-        return proven.determinant(a)
-
-    def eigenvalues(a: Any, b: Any = None) -> Any:
-        if b is not None:
-            raise refusal(InvalidArgument, "pencils have no proven eigenvalues in a block of true_digits()")
-        return proven.eigenvalues(a)
-
-    def lower(a: Any, triangle: str, others: tuple[Any, ...]) -> Any:
+    def call(
+        a: Any, triangle: str = "lower", b: Any = None, problem: int = 1, interval: Any = None, indices: Any = None
+    ) -> Any:
         if triangle not in ("lower", "upper"):
             raise refusal(InvalidArgument, f"triangle is 'lower' or 'upper', not {triangle!r}")
         if any(not isinstance(row, list) or len(row) != len(a) for row in a):
             raise refusal(InvalidArgument, "a square matrix is needed")
-        if any(each is not None for each in others):
+        if any(each is not None for each in (b, interval, indices)):
             raise refusal(InvalidArgument, "in a block of true_digits() all eigenvalues of one matrix are found")
         if triangle == "upper":
-            return [[_conjugate(a[j][i]) for j in range(i + 1)] + [0] * (len(a) - i - 1) for i in range(len(a))]
-        return a
+            a = [[_conjugate(a[j][i]) for j in range(i + 1)] + [0] * (len(a) - i - 1) for i in range(len(a))]
+        return proof(a)
 
-    def symmetric_eigen(
-        a: Any, triangle: str = "lower", b: Any = None, problem: int = 1, interval: Any = None, indices: Any = None
-    ) -> Any:
-        return proven.symmetric_eigen(lower(a, triangle, (b, interval, indices)))
-
-    def symmetric_eigenvalues(
-        a: Any, triangle: str = "lower", b: Any = None, problem: int = 1, interval: Any = None, indices: Any = None
-    ) -> Any:
-        return proven.symmetric_eigenvalues(lower(a, triangle, (b, interval, indices)))
-
-    def singular_values(a: Any) -> Any:
-        return proven.singular_values(a)
-
-    own: tuple[Any, ...] = (solve, inverse, determinant, eigenvalues, symmetric_eigen, symmetric_eigenvalues, singular_values)
-    return {each.__name__: each for each in own}
+    return call
 
 
 def _conjugate(z: Any) -> Any:
     return z.conjugate() if isinstance(z, _core.Complex) else z
 
 
+_PROOFS: dict[str, Callable[..., Any]] = {
+    "solve": proven.solve,
+    "inverse": proven.inverse,
+    "determinant": proven.determinant,
+    "eigenvalues": _eigenvalues,
+    "symmetric_eigen": _symmetric(proven.symmetric_eigen),
+    "symmetric_eigenvalues": _symmetric(proven.symmetric_eigenvalues),
+    "singular_values": proven.singular_values,
+}
+
+
 def no_proof(name: str) -> Error:
-    known = ", ".join(_names())
+    known = ", ".join(_PROOFS)
     return refusal(
         InvalidArgument, f"{name} has no proven results: a block of true_digits() is for {known}, and functions of numbers"
     )
@@ -181,12 +168,11 @@ def no_proof(name: str) -> Error:
 
 def call(core: Callable[..., Any], arguments: Any, named: dict[str, Any]) -> Any:
     """The call with proven digits, in a block that asks for them."""
-    from . import proven
-
     name = core.__name__
-    count = _wanted.get()
-    assert count is not None
-    if name not in _ROUNDED and name not in _names():
+    scope = _wanted.get()
+    assert scope is not None
+    count = scope.count
+    if name not in _ROUNDED and name not in _PROOFS:
         raise no_proof(name)
     model = arguments[0] if arguments else None
     given = [each if hasattr(each, "__array__") else _lists(each) for each in arguments]
@@ -199,7 +185,7 @@ def call(core: Callable[..., Any], arguments: Any, named: dict[str, Any]) -> Any
                 )
         return core(*given, **options)
     given = [_lists(each) for each in given]
-    proof = _names()[name]
+    proof = _PROOFS[name]
     working = _with_all_digits([*given, *options.values()], name, name == "solve")
 
     def problem() -> Any:
@@ -209,7 +195,8 @@ def call(core: Callable[..., Any], arguments: Any, named: dict[str, Any]) -> Any
 
     former = _wanted.set(None)
     try:
-        result = _plain(proven.to_digits(count, problem, max(_most.get(), count)), count)
+        with digits(count):
+            result = _plain(proven.to_digits(count, problem, scope.most), count)
     finally:
         _wanted.reset(former)
     return _as_array(result) if hasattr(model, "__array__") else result

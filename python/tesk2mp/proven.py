@@ -160,6 +160,7 @@ def to_digits(k: int, problem: Callable[[], _Result], most: int = 100000) -> _Re
     if k < 1 or most < k:
         raise refusal(InvalidArgument, f"{k} true digits with at most {most} working digits")
     working = min(most, k + _MARGIN)
+    before: tuple[int, int] | None = None
     while True:
         with _at_digits(working):
             result = problem()
@@ -168,7 +169,16 @@ def to_digits(k: int, problem: Callable[[], _Result], most: int = 100000) -> _Re
             return result
         if working == most:
             raise refusal(NumericalFailure, f"{known} of {k} digits are proven with {working} working digits")
-        working = min(most, working + k - known + _MARGIN if known > 0 else 2 * working + 2 * _MARGIN)
+        # Where some digits are known the loss is known too; of k-fold roots k more digits of work bring one.
+        wanted = 2 * working + 2 * _MARGIN
+        if known > 0:
+            missing = k - known + _MARGIN
+            rate = 1
+            if before is not None and before[1] < known:
+                rate = max(1, -((before[0] - working) // (known - before[1])))
+            wanted = min(wanted + missing, working + rate * missing)
+        before = (working, known) if known > 0 else None
+        working = min(most, wanted)
 
 
 def _rows(matrix: Any) -> list[list[Any]]:
@@ -244,7 +254,7 @@ def least_squares(a: Any, b: Any) -> Any:
     '2.333333333'
     """
     columns, is_vector = _exact_columns(b)
-    x = _matrix(_core._proven_least_squares([list(row) for row in a], columns))
+    x = _matrix(_core._proven_least_squares(_rows(a), columns))
     return [row[0] for row in x] if is_vector else x
 
 
@@ -265,7 +275,7 @@ def is_positive_definite(a: Any) -> bool | None:
     >>> is_positive_definite([[2, 1], [1, 2]]), is_positive_definite([[1, 2], [2, 1]])
     (True, False)
     """
-    answer = _core._proven_definite([list(row) for row in a])
+    answer = _core._proven_definite(_rows(a))
     return None if answer is None else bool(answer)
 
 
@@ -330,7 +340,7 @@ def rank(a: Any) -> int | None:
     >>> rank([[1, 2], [2, 4]])
     1
     """
-    found = _core._proven_rank([list(row) for row in a])
+    found = _core._proven_rank(_rows(a))
     return None if found is None else int(found)
 
 

@@ -62,7 +62,7 @@ class Modules(unittest.TestCase):
                     for M in (None, factors, factors.solve) if name != "minres" else (None,):
                         self.close(solver(matrix, b, rtol="1e-20", M=M, digits=40)[0], expected, name)
                     operator = sparse.linalg.LinearOperator(a.shape, tesk2mp.SparseMatrix(
-                        n, [(i, j, sparse.linalg._number(a[i, j].item())) for i in range(n) for j in range(n) if a[i, j]]).multiply)
+                        n, [(i, j, exact(a[i, j].item())) for i in range(n) for j in range(n) if a[i, j]]).multiply)
                     if not complex_too:
                         self.close(solver(operator, b, rtol="1e-20", digits=40)[0], expected, name)
         tenth = scipy.sparse.csr_matrix([[0.1]])

@@ -165,14 +165,22 @@ class ProvenBlocks(unittest.TestCase):
             )
             with tesk2mp.results(tesk2mp.Real):
                 self.assertIsInstance(tesk2mp.determinant([[3]]), tesk2mp.Real)
+                self.assertEqual(str(tesk2mp.solve([[3]], [1], digits=4)[0]), "0." + "3" * 25)
             self.assertEqual(tesk2mp.sin(1), tesk2mp.sin(1, digits=25))
 
     def test_what_has_no_proof_is_refused(self):
         lu = tesk2mp.LU([[2]])
+        sparse = tesk2mp.SparseMatrix(1, [(0, 0, 2)])
+        factors = tesk2mp.IncompleteLU(sparse)
+        plan = tesk2mp.TransformPlan(3)
         calls = (
             lambda: tesk2mp.fft([1, 2]),
             lambda: tesk2mp.LU([[2]]),
             lambda: lu.solve([1]),
+            lambda: tesk2mp.IncompleteLU(sparse),
+            lambda: factors.solve([1]),
+            lambda: sparse.multiply([1]),
+            lambda: plan.transform([1, 2, 3]),
             lambda: linalg.solve([[2]], [1], assume_a="pos"),
             lambda: tesk2mp.eigenvalues([[2]], [[1]]),
             lambda: tesk2mp.symmetric_eigenvalues([[2]], indices=(0, 0)),

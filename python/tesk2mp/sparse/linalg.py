@@ -8,13 +8,14 @@ function works, `decimal` has ten digits more than the solver.
 """
 
 from collections.abc import Callable
-from decimal import Decimal
 from typing import Any, TypeAlias
 
-from .. import Complex, IncompleteCholesky, IncompleteLU, SparseMatrix, solve_iteratively
+from .. import IncompleteCholesky, IncompleteLU, SparseMatrix, solve_iteratively
+from .._context import at
 from .._context import digits as at_digits
 from .._errors import InvalidArgument, InvalidType, NumericalFailure, refusal
-from .._types import Number, Numbers, RealLike, Vector
+from .._exact import exact
+from .._types import Numbers, RealLike, Vector
 
 __all__ = ["LinearOperator", "bicgstab", "cg", "cgs", "gmres", "minres", "spilu", "splu", "spsolve", "tfqmr"]
 
@@ -47,15 +48,6 @@ Operator: TypeAlias = SparseMatrix | LinearOperator | Product | Any
 Preconditioner: TypeAlias = IncompleteLU | IncompleteCholesky | LinearOperator | Product
 
 
-def _number(value: Any) -> Number:
-    if isinstance(value, complex):
-        return Complex(Decimal(value.real), Decimal(value.imag))
-    if isinstance(value, float):
-        return Decimal(value)
-    number: Number = value
-    return number
-
-
 def _matrix(a: Any) -> SparseMatrix | None:
     """The SparseMatrix that is meant, None where there are products alone."""
     if isinstance(a, SparseMatrix):
@@ -66,7 +58,7 @@ def _matrix(a: Any) -> SparseMatrix | None:
     rows, columns = entries.shape
     if rows != columns:
         raise refusal(InvalidArgument, f"a matrix of {rows} by {columns} is not square")
-    triples = zip(entries.row.tolist(), entries.col.tolist(), map(_number, entries.data.tolist()))
+    triples = zip(entries.row.tolist(), entries.col.tolist(), map(exact, entries.data.tolist()))
     with at_digits(_DIGITS_OF_FLOATS):
         return SparseMatrix(rows, triples).canonicalise(zeros="keep")
 
@@ -125,9 +117,7 @@ def spilu(
     4
     """
     matrix = _square(A)
-    if digits is None:
-        return IncompleteLU(matrix, level, drop_tol, modified, search)
-    with at_digits(digits):
+    with at(digits):
         return IncompleteLU(matrix, level, drop_tol, modified, search)
 
 
