@@ -4,7 +4,6 @@ import doctest
 import os
 import pathlib
 import re
-import shutil
 import subprocess
 import sys
 import tempfile
@@ -23,7 +22,6 @@ tesk2mp\.(fft|linalg|special|sparse|optimize|proven)\..*
 """
 
 
-@unittest.skipUnless(shutil.which("mypy"), "mypy is not installed")
 class Types(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
