@@ -24,6 +24,9 @@ BOUND = "include/quarn/bound.h"
 TERMS = "tests/proven/test_terms.cpp"
 BOUNDS = "tests/proven/test_bound.cpp"
 EIGENVALUES = "src/proven/eigenvalues.cpp"
+REAL = "include/tesk2mp/proven_functions.hpp"
+SUMS = "include/tesk2mp/proven_sums.hpp"
+FUNCTIONS = "tests/proven/test_functions.cpp"
 
 # proof, file, text, what takes its place, what is compiled anew, test case
 MUTANTS = [
@@ -86,6 +89,15 @@ MUTANTS = [
      "terms of Pellet*"),
     ("Pellet", ZEROS, "power *= r;\n    sum += (QuarnBound(t.values[j]) + t.errors[j]) * power;", "power *= r;", [ZEROS],
      "terms of Pellet*"),
+    ("functions", REAL, "detail::decimal(1588, 3) *", "detail::decimal(158, 2) *", [FUNCTIONS], "terms of functions"),
+    ("functions", REAL, "decimal(15708, 4)", "decimal(157, 2)", [FUNCTIONS], "terms of functions"),
+    ("functions", REAL, "detail::above(::exp(at.high))", "detail::above(::exp(at.low))", [FUNCTIONS], "terms of functions"),
+    ("functions", REAL, "std::max(detail::gamma_slope(at.low), detail::gamma_slope(at.high))", "detail::gamma_slope(at.high)",
+     [FUNCTIONS], "terms of functions"),
+    ("functions", REAL, "fabs(::cos(x.value)), x.error)", "fabs(::cos(x.value)))", [FUNCTIONS], "terms of functions"),
+    ("functions", REAL, "return over + over * over;", "return over * over;", [FUNCTIONS], "terms of functions"),
+    ("products", SUMS, "(of_right.values[r] + of_right.errors[r])", "of_right.values[r]", [FUNCTIONS], "*norms and transforms*"),
+    ("transforms", SUMS, "error + carried}", "error}", [FUNCTIONS], "*norms and transforms*"),
 ]
 
 
@@ -113,7 +125,8 @@ def main():
         assert text.count(old) >= 1, f"{file} has no {old!r}"
         with tempfile.TemporaryDirectory() as folder:
             tree = pathlib.Path(folder)
-            for header in [*(ROOT / "src/proven").glob("*"), *(ROOT / "include/quarn").glob("*")]:
+            for header in [*(ROOT / "src/proven").glob("*"), *(ROOT / "include/quarn").glob("*"),
+                           *(ROOT / "include/tesk2mp").glob("proven*")]:
                 copy = tree / header.relative_to(ROOT)
                 copy.parent.mkdir(parents=True, exist_ok=True)
                 copy.write_text(header.read_text())
@@ -122,7 +135,7 @@ def main():
             changed = [compiled(source, tree, tree / f"{k}.o", include) for k, source in enumerate(sources)]
             kept = [str(path) for source, path in tests.items() if source not in sources]
             program = tree / "program"
-            subprocess.run(["g++", *kept, *map(str, changed), *archives, f"-L{build}/bin", "-lqrnfloat", "-lquarnc",
+            subprocess.run(["g++", *map(str, changed), *kept, *archives, f"-L{build}/bin", "-lqrnfloat", "-lquarnc",
                             f"-Wl,-rpath,{build}/bin", "-o", str(program)], check=True)
             run = subprocess.run([str(program), f"-tc={case}"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         lives = run.returncode == 0

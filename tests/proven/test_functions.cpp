@@ -1,0 +1,362 @@
+// Functions, sums and transforms of bounded numbers: what numbers within the bounds of the data have as results at many
+// digits lies within the bounds.
+#include "quarn/function_table.h"
+#include "spectra.h"
+#include "support/digits.h"
+
+using namespace spectra;
+
+namespace {
+
+constexpr int kFine = 400;
+
+QuarnBound error_bound(support::Random& random) {
+  return random.once_in(4) ? QuarnBound()
+                           : QuarnBound(Real(double(random.between(1, 99)), -int(random.between(0, 60))));
+}
+/// An end of the interval, its middle, or between; never -0.
+Real within(const Bounded<Real>& x, support::Random& random) {
+  const support::Digits wide(kFine);
+  return x.value + Real(double(random.between(-4, 4))) / 4 * x.error.value() + Real();
+}
+
+/// Of sizes that suit most functions, next to whole numbers and halves, tiny, and large.
+Bounded<Real> argument(support::Random& random) {
+  Real value = random_number<Real>(random);
+  switch (random.between(0, 5)) {
+    case 0:
+      value = value * Real(1, int(random.between(-30, 3)));
+      break;
+    case 1:
+      value = Real(double(random.between(-12, 12))) / 2 + value * Real(1, -int(random.between(1, 40)));
+      break;
+    case 2:
+      value = Real(double(random.between(-3, 3)));
+      break;
+    case 3:
+      value = value * 20;
+      break;
+    default:
+      break;
+  }
+  return {value, error_bound(random)};
+}
+
+Real reference(Real (*f)(const Real&), const Real& x) {
+  const support::Digits wide(kFine);
+  return f(x);
+}
+
+struct Function {
+  const char* name;
+  Bounded<Real> (*bounded)(const Bounded<Real>&);
+  Real (*exact)(const Real&);
+};
+
+#define TESK_FUNCTION(name) \
+  { #name, proven::name, ::name }
+const Function kFunctions[] = {
+    TESK_FUNCTION(exp),   TESK_FUNCTION(expm1), TESK_FUNCTION(exp2),   TESK_FUNCTION(exp10),  TESK_FUNCTION(log),
+    TESK_FUNCTION(log1p), TESK_FUNCTION(log2),  TESK_FUNCTION(log10),  TESK_FUNCTION(sqrt),   TESK_FUNCTION(cbrt),
+    TESK_FUNCTION(sin),   TESK_FUNCTION(cos),   TESK_FUNCTION(tan),    TESK_FUNCTION(sinpi),  TESK_FUNCTION(cospi),
+    TESK_FUNCTION(tanpi), TESK_FUNCTION(asin),  TESK_FUNCTION(acos),   TESK_FUNCTION(asinpi), TESK_FUNCTION(acospi),
+    TESK_FUNCTION(atan),  TESK_FUNCTION(sinh),  TESK_FUNCTION(cosh),   TESK_FUNCTION(tanh),   TESK_FUNCTION(asinh),
+    TESK_FUNCTION(acosh), TESK_FUNCTION(atanh), TESK_FUNCTION(tgamma), TESK_FUNCTION(lgamma), TESK_FUNCTION(digamma),
+    TESK_FUNCTION(erf),   TESK_FUNCTION(erfc),  TESK_FUNCTION(atanpi), TESK_FUNCTION(floor),  TESK_FUNCTION(ceil),
+    TESK_FUNCTION(trunc), TESK_FUNCTION(round), TESK_FUNCTION(rint)};
+#undef TESK_FUNCTION
+
+bool holds(const Bounded<Real>& result, const Real& exact) {
+  const support::Digits wide(kFine);
+  return !result.error.is_finite() || fabs(result.value - exact) <= result.error.value();
+}
+bool holds(const Bounded<Complex>& result, const Complex& exact) {
+  const support::Digits wide(kFine);
+  return !result.error.is_finite() || size(result.value - exact) <= result.error.value();
+}
+
+struct ComplexFunction {
+  const char* name;
+  Bounded<Complex> (*bounded)(const Bounded<Complex>&);
+  Complex (*exact)(const Complex&);
+};
+
+#define TESK_FUNCTION(name) \
+  { #name, proven::name, quarn::name }
+const ComplexFunction kComplexFunctions[] = {
+    TESK_FUNCTION(exp),    TESK_FUNCTION(log),  TESK_FUNCTION(log10), TESK_FUNCTION(sqrt),   TESK_FUNCTION(sin),
+    TESK_FUNCTION(cos),    TESK_FUNCTION(tan),  TESK_FUNCTION(sinh),  TESK_FUNCTION(cosh),   TESK_FUNCTION(tanh),
+    TESK_FUNCTION(asin),   TESK_FUNCTION(acos), TESK_FUNCTION(atan),  TESK_FUNCTION(asinh),  TESK_FUNCTION(acosh),
+    TESK_FUNCTION(atanh),  TESK_FUNCTION(erf),  TESK_FUNCTION(erfc),  TESK_FUNCTION(tgamma), TESK_FUNCTION(lgamma),
+    TESK_FUNCTION(digamma)};
+#undef TESK_FUNCTION
+
+/// A disc, and a number in it or on its edge.
+struct ComplexSample {
+  explicit ComplexSample(support::Random& random) : given{Complex(argument(random).value, argument(random).value)} {
+    given.error = error_bound(random);
+    if (random.once_in(4)) {
+      (random.once_in(2) ? given.value.re : given.value.im) = 0;
+    }
+    static const char* const kDirections[][2] = {{"1", "0"},     {"0", "-1"},     {"-1", "0"},     {"0", "1"},
+                                                 {"0.6", "0.8"}, {"-0.8", "0.6"}, {"0.2", "-0.3"}, {"0", "0"}};
+    const auto& direction = kDirections[random.between(0, 7)];
+    const support::Digits wide(kFine);
+    const Real radius = given.error.value();
+    exact = given.value + Complex(Real(direction[0]) * radius, Real(direction[1]) * radius) + Complex();
+  }
+  Bounded<Complex> given;
+  Complex exact;
+};
+
+}  // namespace
+
+TEST_CASE("functions of bounded real numbers") {
+  support::Random random;
+  for (const int digits : {1, 2, 9, 30}) {
+    const support::Digits scope(digits);
+    for (const Function& f : kFunctions) {
+      std::size_t finite = 0;
+      for (int round = 0; round < 40; ++round) {
+        const Bounded<Real> x = argument(random);
+        const Bounded<Real> result = f.bounded(x);
+        const Real exact = reference(f.exact, within(x, random));
+        finite += result.error.is_finite() ? 1 : 0;
+        CAPTURE(f.name);
+        CAPTURE(digits);
+        CAPTURE(x.value.to_string());
+        CAPTURE(x.error.value().to_string());
+        // Beyond the domain nothing is known.
+        CHECK(((isnan(exact) || isinf(exact)) ? !result.error.is_finite() : holds(result, exact)));
+      }
+      CAPTURE(f.name);
+      CHECK(finite >= 1);
+    }
+  }
+}
+
+TEST_CASE("functions of two bounded real numbers") {
+  support::Random random;
+  for (const int digits : {1, 2, 20}) {
+    const support::Digits scope(digits);
+    for (int round = 0; round < 300; ++round) {
+      const Bounded<Real> x = argument(random);
+      const Bounded<Real> y = random.once_in(3) ? proven::exact(Real(double(random.between(-7, 7)))) : argument(random);
+      const Real exact_x = within(x, random);
+      const Real exact_y = within(y, random);
+      CAPTURE(digits);
+      CAPTURE(x.value.to_string());
+      CAPTURE(x.error.value().to_string());
+      CAPTURE(y.value.to_string());
+      CAPTURE(y.error.value().to_string());
+      const auto check = [&](const char* name, const Bounded<Real>& result, Real (*f)(const Real&, const Real&)) {
+        CAPTURE(name);
+        const support::Digits wide(kFine);
+        const Real exact = f(exact_x, exact_y);
+        CHECK(((isnan(exact) || isinf(exact)) ? !result.error.is_finite() : holds(result, exact)));
+      };
+      check("pow", proven::pow(x, y), ::pow);
+      check("atan2", proven::atan2(x, y), ::atan2);
+      check("hypot", proven::hypot(x, y), ::hypot);
+      check("fmod", proven::fmod(x, y), ::fmod);
+      check("fmin", proven::fmin(x, y), ::fmin);
+      check("fmax", proven::fmax(x, y), ::fmax);
+    }
+  }
+}
+
+TEST_CASE("arithmetic and functions of bounded complex numbers") {
+  support::Random random;
+  for (const int digits : {1, 2, 9, 25}) {
+    const support::Digits scope(digits);
+    for (const ComplexFunction& f : kComplexFunctions) {
+      std::size_t finite = 0;
+      for (int round = 0; round < 15; ++round) {
+        const ComplexSample z(random);
+        const Bounded<Complex> result = f.bounded(z.given);
+        const support::Digits wide(120);
+        const Complex exact = f.exact(z.exact);
+        finite += result.error.is_finite() ? 1 : 0;
+        CAPTURE(f.name);
+        CAPTURE(digits);
+        CAPTURE(z.given.value.re.to_string());
+        CAPTURE(z.given.value.im.to_string());
+        CAPTURE(z.given.error.value().to_string());
+        CHECK((isfinite(exact.re) && isfinite(exact.im) ? holds(result, exact) : !result.error.is_finite()));
+      }
+      CAPTURE(f.name);
+      CHECK(finite >= 1);
+    }
+    for (int round = 0; round < 100; ++round) {
+      const ComplexSample z(random);
+      const ComplexSample w(random);
+      const auto exactly = [&](const auto& f) {
+        const support::Digits wide(kFine);
+        return f(z.exact, w.exact);
+      };
+      CHECK(holds(z.given + w.given, exactly([](const auto& a, const auto& b) { return a + b; })));
+      CHECK(holds(z.given - w.given, exactly([](const auto& a, const auto& b) { return a - b; })));
+      CHECK(holds(z.given * w.given, exactly([](const auto& a, const auto& b) { return a * b; })));
+      if (size(w.exact) != 0) {
+        CHECK(holds(z.given / w.given, exactly([](const auto& a, const auto& b) { return a / b; })));
+      }
+      CHECK(holds(proven::abs(z.given), exactly([](const auto& a, const auto&) { return quarn::abs(a); })));
+      CHECK(holds(proven::arg(z.given), exactly([](const auto& a, const auto&) { return quarn::arg(a); })));
+      const auto whole = proven::exact(Complex(Real(double(random.between(1, 5)))));
+      const support::Digits wide(kFine);
+      const Complex power = quarn::pow(z.exact, whole.value);
+      const support::Digits narrow(digits);
+      CHECK(holds(proven::pow(z.given, whole), power));
+    }
+  }
+}
+
+TEST_CASE("terms of functions") {
+  // Nearly attained where the derivative is largest, at few digits.
+  const support::Digits scope(2);
+  const auto error = [](const char* value, const char* error_of_x, auto f) {
+    return f(Bounded<Real>{Real(value), QuarnBound(Real(error_of_x))}).error.value();
+  };
+  const auto between = [](const Real& x, const char* low, const char* high) {
+    const support::Digits wide(20);
+    return Real(low) <= x && x <= Real(high);
+  };
+  using B = const Bounded<Real>&;
+  CHECK(between(error("1", "0.5", [](B x) { return exp(x); }), "2.2", "2.3"));
+  CHECK(between(error("1", "0.5", [](B x) { return log(x); }), "1", "1.01"));
+  CHECK(between(error("1", "0.5", [](B x) { return log1p(x); }), "0.33", "0.35"));
+  CHECK(between(error("0", "0.5", [](B x) { return atan(x); }), "0.5", "0.51"));
+  CHECK(between(error("1", "0.5", [](B x) { return atan(x); }), "0.4", "0.41"));
+  CHECK(between(error("1", "1", [](B x) { return sqrt(x); }), "1.04", "1.06"));
+  CHECK(between(error("1", "0.75", [](B x) { return sqrt(x); }), "0.79", "0.81"));
+  CHECK(between(error("0", "1", [](B x) { return cbrt(x); }), "1.587", "1.59"));
+  CHECK(between(error("0", "1", [](B x) { return asin(x); }), "1.5707", "1.572"));
+  CHECK(between(error("0", "0.5", [](B x) { return asin(x); }), "0.577", "0.59"));
+  CHECK(between(error("0", "0.5", [](B x) { return atanh(x); }), "0.666", "0.67"));
+  CHECK(between(error("2", "1", [](B x) { return acosh(x); }), "1.4", "1.5"));
+  CHECK(between(error("0", "0.5", [](B x) { return tan(x); }), "2", "2.1"));
+  CHECK(between(error("0", "0.5", [](B x) { return sinh(x); }), "0.56", "0.57"));
+  CHECK(between(error("1", "0.5", [](B x) { return cosh(x); }), "1.06", "1.15"));
+  CHECK(between(error("0", "0.5", [](B x) { return erf(x); }), "0.564", "0.57"));
+  CHECK(between(error("1", "0.5", [](B x) { return digamma(x); }), "3", "3.1"));
+  CHECK(between(error("1", "0.5", [](B x) { return tgamma(x); }), "1.7", "1.8"));
+  CHECK(between(error("1", "0.5", [](B x) { return lgamma(x); }), "0.98", "1"));
+  CHECK(between(error("2", "0.5", [](B x) { return proven::pow(x, proven::exact(3)); }), "9.3", "9.5"));
+  CHECK(between(error("0.5", "0.1", [](B x) { return proven::floor(x); }), "0", "0"));
+  CHECK(between(error("0.95", "0.1", [](B x) { return proven::floor(x); }), "1", "1"));
+  // Zero width: half a unit, or nothing.
+  CHECK(between(error("2", "0", [](B x) { return sqrt(x); }), "0.05", "0.06"));
+  CHECK(error("4", "0", [](B x) { return sqrt(x); }) == 0);
+  CHECK(error("0", "0", [](B x) { return exp(x); }) == 0);
+  CHECK(proven::pow(proven::exact(3), proven::exact(4)).error.is_zero());
+  CHECK(!proven::pow(proven::exact(7), proven::exact(4)).error.is_zero());
+  // Poles, cuts and ends of domains.
+  const auto unknown = [](const Bounded<Real>& x) { return !x.error.is_finite(); };
+  const Bounded<Real> near_zero{Real("0.1"), QuarnBound(Real("0.1"))};
+  CHECK(unknown(log(near_zero)));
+  CHECK(unknown(tgamma(near_zero)));
+  CHECK(unknown(lgamma(Bounded<Real>{Real("-1.5"), QuarnBound(Real("0.5"))})));
+  CHECK(unknown(tan(Bounded<Real>{Real("1.5"), QuarnBound(Real("0.08"))})));
+  CHECK(unknown(proven::tanpi(Bounded<Real>{Real("0.4"), QuarnBound(Real("0.1"))})));
+  CHECK(unknown(acos(Bounded<Real>{Real("0.9"), QuarnBound(Real("0.2"))})));
+  CHECK(unknown(proven::atan2({Real("0.1"), QuarnBound(Real("0.1"))}, proven::exact(-1))));
+  CHECK(!unknown(proven::atan2({Real("0.2"), QuarnBound(Real("0.1"))}, proven::exact(-1))));
+  const Bounded<Complex> across{Complex(-1, Real("0.1")), QuarnBound(Real("0.1"))};
+  CHECK(!log(across).error.is_finite());
+  CHECK(!sqrt(across).error.is_finite());
+  CHECK(!asin(Bounded<Complex>{Complex(2, Real("0.1")), QuarnBound(Real("0.1"))}).error.is_finite());
+  CHECK(!tgamma(Bounded<Complex>{Complex(-1, Real("0.1")), QuarnBound(Real("0.1"))}).error.is_finite());
+  // Ends of the range, and what is not a number.
+  CHECK(unknown(exp(proven::exact(Real(1, 12)))));
+  CHECK(exp(proven::exact(-Real(1, 12))).error == QuarnBound::power_of_ten(-999'999'999));
+  CHECK(unknown(exp(proven::exact(Real("nan")))));
+  CHECK(unknown(sin(Bounded<Real>{1, QuarnBound::infinity()})));
+  CHECK(unknown(exp(Bounded<Real>{Real(1, 9), QuarnBound(Real(3, 9))})));
+}
+
+TEST_CASE("sums, norms and transforms of bounded numbers") {
+  support::Random random;
+  for (const int digits : {1, 2, 30}) {
+    for (int round = 0; round < 12; ++round) {
+      const support::Digits scope(digits);
+      const auto n = std::size_t(random.between(2, 9));
+      std::vector<Bounded<Complex>> x;
+      std::vector<Bounded<Real>> y;
+      std::vector<Complex> exact_x;
+      std::vector<Real> exact_y;
+      for (std::size_t k = 0; k < n; ++k) {
+        const ComplexSample z(random);
+        x.push_back(z.given);
+        exact_x.push_back(z.exact);
+        y.push_back({random_number<Real>(random), error_bound(random)});
+        exact_y.push_back(within(y.back(), random));
+      }
+      const auto at_many = [](const auto& f) {
+        const support::Digits wide(kFine);
+        return f();
+      };
+      using QuarnKind = QuarnRealTransform::Kind;
+      for (const QuarnDivisor divisor : {QuarnDivisor::one, QuarnDivisor::root, QuarnDivisor::length}) {
+        for (const auto direction : {tesk2mp::Direction::forward, tesk2mp::Direction::backward}) {
+          const auto result = proven::transform(x, direction, divisor);
+          std::vector<Complex> exact = exact_x;
+          at_many([&] {
+            return QuarnTransformRows(direction == tesk2mp::Direction::backward, exact.data(), Integer(n), 1, 1,
+                                      Integer(n), divisor);
+          });
+          for (std::size_t k = 0; k < n; ++k) {
+            CHECK(holds(result[k], exact[k]));
+          }
+        }
+        for (const QuarnKind kind : {QuarnKind::dct1, QuarnKind::dct2, QuarnKind::dct3, QuarnKind::dct4,
+                                     QuarnKind::dst1, QuarnKind::dst2, QuarnKind::dst3, QuarnKind::dst4}) {
+          const auto result = proven::transform(kind, y, divisor);
+          std::vector<Real> exact = exact_y;
+          at_many([&] {
+            QuarnRealTransform(kind, Integer(n)).run(exact.data(), 1, exact.data(), 1, divisor);
+            return 0;
+          });
+          for (std::size_t k = 0; k < n; ++k) {
+            CHECK(holds(result[k], exact[k]));
+          }
+        }
+      }
+      CHECK(holds(proven::sum(y), at_many([&] {
+                    Real total;
+                    for (const Real& each : exact_y) {
+                      total += each;
+                    }
+                    return total;
+                  })));
+      CHECK(holds(proven::norm(y), at_many([&] { return proven::norm(proven::exact(exact_y)).value; })));
+      const auto a = proven::as_matrix(x);
+      const auto b = proven::as_matrix(x, true);
+      const auto product = proven::multiply(a, b);
+      for (std::size_t i = 0; i < n; ++i) {
+        CHECK(holds(product(i, 0), at_many([&] { return exact_x[i] * exact_x[0]; })));
+      }
+      CHECK(holds(proven::norm(tesk2mp::Norm::one, a), at_many([&] {
+                    Real total;
+                    for (const Complex& z : exact_x) {
+                      total += quarn::abs(z);
+                    }
+                    return total;
+                  })));
+    }
+  }
+  // Nearly attained.
+  const support::Digits scope(2);
+  const Bounded<Complex> one{1, QuarnBound(Real("0.5"))};
+  CHECK(proven::transform(std::vector<Bounded<Complex>>{one, one}, tesk2mp::Direction::forward, QuarnDivisor::one)[0]
+            .error >= QuarnBound(Real("1.05")));
+  CHECK(proven::multiply(proven::as_matrix(std::vector<Bounded<Complex>>{one}),
+                         proven::as_matrix(std::vector<Bounded<Complex>>{one}))(0, 0)
+            .error >= QuarnBound(Real("1.25")));
+  tesk2mp::Matrix<Real> whole(2, 2);
+  whole(0, 0) = 3;
+  whole(1, 0) = 4;
+  CHECK(proven::multiply(whole, whole)(1, 0).error.is_zero());
+  CHECK(proven::norm(tesk2mp::Norm::frobenius, whole).error.is_zero());
+  whole(0, 0) = 11;
+  CHECK(!proven::multiply(whole, whole)(0, 0).error.is_zero());
+}
