@@ -1,4 +1,4 @@
-// Incomplete factorisations of sparse matrices.
+// Incomplete and complete factorisations of sparse matrices.
 #include "incomplete.h"
 
 #include "context.h"
@@ -55,6 +55,37 @@ AnyIncompleteCholesky incomplete_cholesky_of(const AnySparse& a, Integer level, 
       static_cast<const AnySparse::variant&>(a));
 }
 
+/// None, or the rows of the matrix in the order of their elimination.
+std::vector<std::size_t> order_of(const py::object& order) {
+  std::vector<std::size_t> rows;
+  if (!order.is_none()) {
+    for (const py::handle row : py::iterable(order)) {
+      rows.push_back(to_index(row));
+    }
+  }
+  return rows;
+}
+
+AnySparseLU sparse_lu_of(const AnySparse& a, const py::object& order) {
+  const std::vector<std::size_t> rows = order_of(order);
+  const Reading reading(a);
+  return std::visit(
+      [&]<class T>(const SparseMatrix<T>& matrix) -> AnySparseLU {
+        return outside([&] { return tesk2mp::SparseLU<T>(tesk2mp::whole(matrix), rows); });
+      },
+      static_cast<const AnySparse::variant&>(a));
+}
+
+AnySparseCholesky sparse_cholesky_of(const AnySparse& a, const py::object& order) {
+  const std::vector<std::size_t> rows = order_of(order);
+  const Reading reading(a);
+  return std::visit(
+      [&]<class T>(const SparseMatrix<T>& matrix) -> AnySparseCholesky {
+        return outside([&] { return tesk2mp::SparseCholesky<T>(tesk2mp::lower_triangle(matrix), rows); });
+      },
+      static_cast<const AnySparse::variant&>(a));
+}
+
 py::list list_of(const std::vector<std::size_t>& order) {
   py::list list;
   for (const std::size_t i : order) {
@@ -94,6 +125,43 @@ void add_factor_properties(Type& type) {
       });
 }
 
+template <class Type>
+void add_lu_properties(Type& type) {
+  using Any = typename Type::type;
+  add_factor_properties(type);
+  type.def_property_readonly(
+          "upper",
+          [](const Any& self) { return std::visit([](const auto& f) -> AnySparse { return f.upper(); }, self); })
+      .def_property_readonly(
+          "column_order",
+          [](const Any& self) { return std::visit([](const auto& f) { return list_of(f.column_order()); }, self); })
+      .def(
+          "solve",
+          [](const Any& self, const py::object& b, const std::string& op) {
+            const tesk2mp::Op wanted = op_of(op);
+            return solution_of(self, b, [&](const auto& factors, auto x) { factors.solve(x, wanted); });
+          },
+          py::arg("b"), py::arg("op") = "none",
+          "solve(b, op='none')\n\nThe x with op(M) x = b, M = P^T L U Q^T; op is 'none', 'transpose' or "
+          "'conjugate_transpose'.");
+}
+
+template <class Type>
+void add_cholesky_properties(Type& type) {
+  using Any = typename Type::type;
+  add_factor_properties(type);
+  type.def_property_readonly("diagonal",
+                             [](const Any& self) {
+                               return std::visit([](const auto& f) { return from(f.diagonal(), py::none()); }, self);
+                             })
+      .def(
+          "solve",
+          [](const Any& self, const py::object& b) {
+            return solution_of(self, b, [](const auto& factors, auto x) { factors.solve(x); });
+          },
+          py::arg("b"), "solve(b)\n\nThe x with M x = b, M = P^T L D L^H P.");
+}
+
 }  // namespace
 
 void add_incomplete(py::module_& module) {
@@ -118,24 +186,7 @@ the diagonal once. corrected_pivots: number of pivots that were zero and have be
 )");
   lu.def(py::init(&incomplete_lu_of), py::arg("a"), py::arg("level") = 0, py::arg("drop_tolerance") = py::none(),
          py::arg("modified") = false, py::arg("search") = "none");
-  add_factor_properties(lu);
-  lu.def_property_readonly("upper",
-                           [](const AnyIncompleteLU& self) {
-                             return std::visit([](const auto& f) -> AnySparse { return f.upper(); }, self);
-                           })
-      .def_property_readonly("column_order",
-                             [](const AnyIncompleteLU& self) {
-                               return std::visit([](const auto& f) { return list_of(f.column_order()); }, self);
-                             })
-      .def(
-          "solve",
-          [](const AnyIncompleteLU& self, const py::object& b, const std::string& op) {
-            const tesk2mp::Op wanted = op_of(op);
-            return solution_of(self, b, [&](const auto& factors, auto x) { factors.solve(x, wanted); });
-          },
-          py::arg("b"), py::arg("op") = "none",
-          "solve(b, op='none')\n\nThe x with op(M) x = b, M = P^T L U Q^T; op is 'none', 'transpose' or "
-          "'conjugate_transpose'.");
+  add_lu_properties(lu);
 
   py::class_<AnyIncompleteCholesky> cholesky(
       module, "IncompleteCholesky",
@@ -153,18 +204,33 @@ form, of which the lower triangle counts. As IncompleteLU; search: which diagona
   cholesky.def(py::init(&incomplete_cholesky_of), py::arg("a"), py::arg("level") = 0,
                py::arg("drop_tolerance") = py::none(), py::arg("modified") = false, py::arg("search") = "none",
                py::arg("shift") = 0);
-  add_factor_properties(cholesky);
-  cholesky
-      .def_property_readonly("diagonal",
-                             [](const AnyIncompleteCholesky& self) {
-                               return std::visit([](const auto& f) { return from(f.diagonal(), py::none()); }, self);
-                             })
-      .def(
-          "solve",
-          [](const AnyIncompleteCholesky& self, const py::object& b) {
-            return solution_of(self, b, [](const auto& factors, auto x) { factors.solve(x); });
-          },
-          py::arg("b"), "solve(b)\n\nThe x with M x = b, M = P^T L D L^H P.");
+  add_cholesky_properties(cholesky);
+
+  py::class_<AnySparseLU> complete_lu(module, "SparseLU", R"(SparseLU(a, order=None)
+
+Sparse triangles with P a Q = L U, of a SparseMatrix in canonical form, to solve with. order: the rows of a as they are to be
+eliminated, each with its largest element left as the pivot; None: an order that fills little. A NumericalFailure where a is
+singular to working precision. Everything else is as IncompleteLU has it.
+
+>>> a = SparseMatrix(3, [(0, 1, 2), (1, 0, 4), (1, 2, 1), (2, 2, 3)])
+>>> SparseLU(a).solve([2, 5, 3])
+[Decimal('1'), Decimal('1'), Decimal('1')]
+)");
+  complete_lu.def(py::init(&sparse_lu_of), py::arg("a"), py::arg("order") = py::none());
+  add_lu_properties(complete_lu);
+
+  py::class_<AnySparseCholesky> complete_cholesky(module, "SparseCholesky", R"(SparseCholesky(a, order=None)
+
+A sparse triangle L and a positive diagonal D with P a P^T = L D L^H, of a positive definite SparseMatrix in canonical form, of
+which the lower triangle counts. order: the rows of a as they are to be eliminated; None: an order that fills little. A
+NumericalFailure where a is not positive definite. Everything else is as IncompleteCholesky has it.
+
+>>> a = SparseMatrix(2, [(0, 0, 4), (1, 0, 2), (1, 1, 3)], lower_triangle=True)
+>>> SparseCholesky(a).solve([8, 8])
+[Decimal('1'), Decimal('2')]
+)");
+  complete_cholesky.def(py::init(&sparse_cholesky_of), py::arg("a"), py::arg("order") = py::none());
+  add_cholesky_properties(complete_cholesky);
 }
 
 }  // namespace python

@@ -1,4 +1,4 @@
-// Incomplete factors, real or complex, as Python holds them.
+// Incomplete and complete factors, real or complex, as Python holds them.
 #pragma once
 
 #include "convert.h"
@@ -9,6 +9,13 @@ struct AnyIncompleteLU : std::variant<tesk2mp::IncompleteLU<Real>, tesk2mp::Inco
   using variant::variant;
 };
 struct AnyIncompleteCholesky : std::variant<tesk2mp::IncompleteCholesky<Real>, tesk2mp::IncompleteCholesky<Complex>> {
+  using variant::variant;
+};
+
+struct AnySparseLU : std::variant<tesk2mp::SparseLU<Real>, tesk2mp::SparseLU<Complex>> {
+  using variant::variant;
+};
+struct AnySparseCholesky : std::variant<tesk2mp::SparseCholesky<Real>, tesk2mp::SparseCholesky<Complex>> {
   using variant::variant;
 };
 
@@ -30,3 +37,7 @@ template <>
 struct pybind11::detail::type_caster<python::AnyIncompleteLU> : python::Whole<python::AnyIncompleteLU> {};
 template <>
 struct pybind11::detail::type_caster<python::AnyIncompleteCholesky> : python::Whole<python::AnyIncompleteCholesky> {};
+template <>
+struct pybind11::detail::type_caster<python::AnySparseLU> : python::Whole<python::AnySparseLU> {};
+template <>
+struct pybind11::detail::type_caster<python::AnySparseCholesky> : python::Whole<python::AnySparseCholesky> {};

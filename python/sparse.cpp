@@ -113,6 +113,12 @@ Preconditioner<T> preconditioner_of(const py::object& given) {
   if (py::isinstance<AnyIncompleteCholesky>(given)) {
     return native<T, tesk2mp::IncompleteCholesky>(py::cast<const AnyIncompleteCholesky&>(given));
   }
+  if (py::isinstance<AnySparseLU>(given)) {
+    return native<T, tesk2mp::SparseLU>(py::cast<const AnySparseLU&>(given));
+  }
+  if (py::isinstance<AnySparseCholesky>(given)) {
+    return native<T, tesk2mp::SparseCholesky>(py::cast<const AnySparseCholesky&>(given));
+  }
   if (!optional_function(given)) {
     return {};
   }
@@ -376,7 +382,7 @@ void add_sparse(py::module_& module) {
 The solution of a x = b by iteration, real or complex: (x, residual b - a x, number of iterations). a: a SparseMatrix, or a function that takes
 a list of n numbers and gives the n numbers of their product with the matrix. RuntimeWarning when x is so large that the
 criterion holds although |b - a x| > sqrt(tolerance) |b|, as with a singular matrix. preconditioner: a function that solves with
-a matrix near a, an IncompleteLU or an IncompleteCholesky. method: 'rgmres', 'cgs', 'bicgstab' or 'tfqmr'; for a symmetric or Hermitian matrix also 'minres',
+a matrix near a, an IncompleteLU, IncompleteCholesky, SparseLU or SparseCholesky. method: 'rgmres', 'cgs', 'bicgstab' or 'tfqmr'; for a symmetric or Hermitian matrix also 'minres',
 'symmlq' and, when it is positive definite, 'cg'; order: iterations to a restart of RGMRES, the order of
 BICGSTAB, 0 for the usual one. tolerance: 0 for the square root of the machine precision. NumericalFailure when the method
 breaks down or runs out of iterations.

@@ -49,8 +49,11 @@ class Factors {
   }
 
  protected:
+  explicit Factors(std::size_t order) : starts_(order + 1) {}
+
+  /// By a routine that stores the factors behind the matrix.
   template <class Factorise>
-  Factors(const SparseMatrix<T>& a, const Factorise& factorise) : starts_(a.order() + 1) {
+  void factorise_behind(const SparseMatrix<T>& a, const Factorise& factorise) {
     const auto before = std::ptrdiff_t(a.entries());
     // A guess: where it is too small the routine says what it needs, and works twice.
     std::size_t room = 4 * a.entries() + a.order();
@@ -105,25 +108,13 @@ class Factors {
   Integer corrected_ = 0;
 };
 
-}  // namespace detail
-
-/// P A Q = L U + R with sparse triangles, as a preconditioner or, with complete fill (level -1), to solve with.
-///
-/// @code
-/// const tesk2mp::IncompleteLU factors(a, {.level = 1});
-/// const auto x = tesk2mp::solve_iteratively(a, b, options, factors).x;
-/// @endcode
+/// P A Q = L U, or near it, and solutions with that.
 template <Scalar T>
-class IncompleteLU : public detail::Factors<T> {
+class LuFactors : public Factors<T> {
  public:
-  /// a: general, in canonical form.
-  explicit IncompleteLU(const SparseMatrix<T>& a, const FillOptions& fill = {}, PivotSearch search = PivotSearch::none)
-      : IncompleteLU(a, fill, search, std::vector<Integer>(a.order()), std::vector<Integer>(a.order()),
-                     std::vector<Integer>(a.order())) {}
-
   /// x := op(M)^-1 x with M = P^T L U Q^T
   void solve(std::span<T> x, Op op = Op::none) const {
-    if constexpr (detail::kIsComplex<T>) {
+    if constexpr (kIsComplex<T>) {
       if (op == Op::transpose) {
         std::vector<T> conjugated(x.begin(), x.end());
         conjugate(conjugated);
@@ -150,30 +141,15 @@ class IncompleteLU : public detail::Factors<T> {
   std::vector<std::size_t> row_order() const { return this->from_zero(row_order_); }
   std::vector<std::size_t> column_order() const { return this->from_zero(column_order_); }
 
- private:
-  IncompleteLU(const SparseMatrix<T>& a, const FillOptions& fill, PivotSearch search, std::vector<Integer> rows,
-               std::vector<Integer> columns, std::vector<Integer> diagonals)
-      : detail::Factors<T>(general(a),
-                           [&](const Integer* n, const Integer* nnz, T* values, const Integer* la, Integer* irow,
-                               Integer* icol, Integer* istr, Integer* nnzc, Integer* npivm, Integer* ifail) {
-                             detail::pick<T>(QuarnMP_f11daf_, QuarnMP_f11dnf_)(
-                                 n, nnz, values, la, irow, icol, &fill.level, &fill.drop_tolerance,
-                                 detail::Option(search), detail::Option(fill.modified ? 'M' : 'N'), rows.data(),
-                                 columns.data(), istr, diagonals.data(), nnzc, npivm, ifail, 1, 1);
-                           }),
-        row_order_(std::move(rows)),
-        column_order_(std::move(columns)),
-        diagonals_(std::move(diagonals)) {
-    for (Integer& place : diagonals_) {
-      place -= detail::count_of(a.entries());
-    }
-  }
+ protected:
+  explicit LuFactors(std::size_t order)
+      : Factors<T>(order), row_order_(order), column_order_(order), diagonals_(order) {}
 
-  static const SparseMatrix<T>& general(const SparseMatrix<T>& a) {
-    detail::require(a.storage() == Storage::general, detail::name<T>("F11DAF", "F11DNF"), 3,
-                    "a triangle in place of a whole matrix");
-    return a;
-  }
+  std::vector<Integer> row_order_;
+  std::vector<Integer> column_order_;
+  std::vector<Integer> diagonals_;
+
+ private:
   static void conjugate(std::span<T> x) {
     for (T& z : x) {
       z.im = -z.im;
@@ -181,47 +157,36 @@ class IncompleteLU : public detail::Factors<T> {
   }
   /// x := op(M)^-1 y; they may be the same.
   void apply(char trans, std::span<const T> y, std::span<T> x) const {
-    const char* const routine = detail::name<T>("F11DBF", "F11DPF");
-    const Integer n = detail::count_of(this->order());
-    const Integer la = detail::count_of(this->entries());
-    detail::require_length(routine, 13, detail::count_of(x.size()), n);
-    detail::require_length(routine, 12, detail::count_of(y.size()), n);
-    detail::call([&](Integer* ifail) {
-      detail::pick<T>(QuarnMP_f11dbf_, QuarnMP_f11dpf_)(detail::Option(trans), &n, this->values_.data(), &la,
-                                                        this->rows_.data(), this->columns_.data(), row_order_.data(),
-                                                        column_order_.data(), this->starts_.data(), diagonals_.data(),
-                                                        detail::Option('N'), y.data(), x.data(), ifail, 1, 1);
+    const char* const routine = name<T>("F11DBF", "F11DPF");
+    const Integer n = count_of(this->order());
+    const Integer la = count_of(this->entries());
+    require_length(routine, 13, count_of(x.size()), n);
+    require_length(routine, 12, count_of(y.size()), n);
+    call([&](Integer* ifail) {
+      pick<T>(QuarnMP_f11dbf_, QuarnMP_f11dpf_)(
+          Option(trans), &n, this->values_.data(), &la, this->rows_.data(), this->columns_.data(), row_order_.data(),
+          column_order_.data(), this->starts_.data(), diagonals_.data(), Option('N'), y.data(), x.data(), ifail, 1, 1);
     });
   }
-
-  std::vector<Integer> row_order_;
-  std::vector<Integer> column_order_;
-  std::vector<Integer> diagonals_;
 };
 
-/// P A P^T = L D L^H + R of a symmetric or Hermitian matrix, as a preconditioner or, with complete fill (level -1), to
-/// solve with.
+/// P A P^T = L D L^H, or near it, and solutions with that.
 template <Scalar T>
-class IncompleteCholesky : public detail::Factors<T> {
+class CholeskyFactors : public Factors<T> {
  public:
-  /// a: a lower triangle, in canonical form. shift: its diagonal is multiplied by 1 + shift first.
-  explicit IncompleteCholesky(const SparseMatrix<T>& a, const FillOptions& fill = {},
-                              DiagonalSearch search = DiagonalSearch::none, const Real& shift = 0)
-      : IncompleteCholesky(a, fill, search, shift, std::vector<Integer>(a.order())) {}
-
   /// x := M^-1 x with M = P^T L D L^H P
   void solve(std::span<T> x) const { (*this)(x, x); }
   /// y := M^-1 x
   void operator()(std::span<const T> x, std::span<T> y) const {
-    const char* const routine = detail::name<T>("F11JBF", "F11JPF");
-    const Integer n = detail::count_of(this->order());
-    const Integer la = detail::count_of(this->entries());
-    detail::require_length(routine, 10, detail::count_of(y.size()), n);
-    detail::require_length(routine, 9, detail::count_of(x.size()), n);
-    detail::call([&](Integer* ifail) {
-      detail::pick<T>(QuarnMP_f11jbf_, QuarnMP_f11jpf_)(&n, this->values_.data(), &la, this->rows_.data(),
-                                                        this->columns_.data(), order_.data(), this->starts_.data(),
-                                                        detail::Option('N'), x.data(), y.data(), ifail, 1);
+    const char* const routine = name<T>("F11JBF", "F11JPF");
+    const Integer n = count_of(this->order());
+    const Integer la = count_of(this->entries());
+    require_length(routine, 10, count_of(y.size()), n);
+    require_length(routine, 9, count_of(x.size()), n);
+    call([&](Integer* ifail) {
+      pick<T>(QuarnMP_f11jbf_, QuarnMP_f11jpf_)(&n, this->values_.data(), &la, this->rows_.data(),
+                                                this->columns_.data(), order_.data(), this->starts_.data(), Option('N'),
+                                                x.data(), y.data(), ifail, 1);
     });
   }
 
@@ -236,26 +201,59 @@ class IncompleteCholesky : public detail::Factors<T> {
   /// Row k of L is this row of A.
   std::vector<std::size_t> row_order() const { return this->from_zero(order_); }
 
- private:
-  IncompleteCholesky(const SparseMatrix<T>& a, const FillOptions& fill, DiagonalSearch search, const Real& shift,
-                     std::vector<Integer> order)
-      : detail::Factors<T>(triangle(a),
-                           [&](const Integer* n, const Integer* nnz, T* values, const Integer* la, Integer* irow,
-                               Integer* icol, Integer* istr, Integer* nnzc, Integer* npivm, Integer* ifail) {
-                             detail::pick<T>(QuarnMP_f11jaf_, QuarnMP_f11jnf_)(
-                                 n, nnz, values, la, irow, icol, &fill.level, &fill.drop_tolerance,
-                                 detail::Option(fill.modified ? 'M' : 'N'), &shift, detail::Option(search),
-                                 order.data(), istr, nnzc, npivm, ifail, 1, 1);
-                           }),
-        order_(std::move(order)) {}
-
-  static const SparseMatrix<T>& triangle(const SparseMatrix<T>& a) {
-    detail::require(a.storage() == Storage::lower_triangle, detail::name<T>("F11JAF", "F11JNF"), 3,
-                    "a whole matrix in place of a lower triangle");
-    return a;
-  }
+ protected:
+  explicit CholeskyFactors(std::size_t order) : Factors<T>(order), order_(order) {}
 
   std::vector<Integer> order_;
+};
+
+}  // namespace detail
+
+/// P A Q = L U + R with sparse triangles, as a preconditioner or, with complete fill (level -1), to solve with.
+///
+/// @code
+/// const tesk2mp::IncompleteLU factors(a, {.level = 1});
+/// const auto x = tesk2mp::solve_iteratively(a, b, options, factors).x;
+/// @endcode
+template <Scalar T>
+class IncompleteLU : public detail::LuFactors<T> {
+ public:
+  /// a: general, in canonical form.
+  explicit IncompleteLU(const SparseMatrix<T>& a, const FillOptions& fill = {}, PivotSearch search = PivotSearch::none)
+      : detail::LuFactors<T>(a.order()) {
+    detail::require(a.storage() == Storage::general, detail::name<T>("F11DAF", "F11DNF"), 3,
+                    "a triangle in place of a whole matrix");
+    this->factorise_behind(a, [&](const Integer* n, const Integer* nnz, T* values, const Integer* la, Integer* irow,
+                                  Integer* icol, Integer* istr, Integer* nnzc, Integer* npivm, Integer* ifail) {
+      detail::pick<T>(QuarnMP_f11daf_, QuarnMP_f11dnf_)(
+          n, nnz, values, la, irow, icol, &fill.level, &fill.drop_tolerance, detail::Option(search),
+          detail::Option(fill.modified ? 'M' : 'N'), this->row_order_.data(), this->column_order_.data(), istr,
+          this->diagonals_.data(), nnzc, npivm, ifail, 1, 1);
+    });
+    for (Integer& place : this->diagonals_) {
+      place -= detail::count_of(a.entries());
+    }
+  }
+};
+
+/// P A P^T = L D L^H + R of a symmetric or Hermitian matrix, as a preconditioner or, with complete fill (level -1), to
+/// solve with.
+template <Scalar T>
+class IncompleteCholesky : public detail::CholeskyFactors<T> {
+ public:
+  /// a: a lower triangle, in canonical form. shift: its diagonal is multiplied by 1 + shift first.
+  explicit IncompleteCholesky(const SparseMatrix<T>& a, const FillOptions& fill = {},
+                              DiagonalSearch search = DiagonalSearch::none, const Real& shift = 0)
+      : detail::CholeskyFactors<T>(a.order()) {
+    detail::require(a.storage() == Storage::lower_triangle, detail::name<T>("F11JAF", "F11JNF"), 3,
+                    "a whole matrix in place of a lower triangle");
+    this->factorise_behind(a, [&](const Integer* n, const Integer* nnz, T* values, const Integer* la, Integer* irow,
+                                  Integer* icol, Integer* istr, Integer* nnzc, Integer* npivm, Integer* ifail) {
+      detail::pick<T>(QuarnMP_f11jaf_, QuarnMP_f11jnf_)(
+          n, nnz, values, la, irow, icol, &fill.level, &fill.drop_tolerance, detail::Option(fill.modified ? 'M' : 'N'),
+          &shift, detail::Option(search), this->order_.data(), istr, nnzc, npivm, ifail, 1, 1);
+    });
+  }
 };
 
 }  // namespace tesk2mp

@@ -12,11 +12,12 @@
 #include "tesk2mp/incomplete.hpp"
 #include "tesk2mp/preconditioners.hpp"
 #include "tesk2mp/solver.hpp"
+#include "tesk2mp/sparse_direct.hpp"
 
 namespace tesk2mp {
 
-/// Jacobi, SSOR, incomplete LU (of any matrix), incomplete Cholesky (of symmetric and Hermitian ones), or the LU
-/// factors with all their fill, with pivots that fill little.
+/// Jacobi, SSOR, incomplete LU (of any matrix), incomplete Cholesky (of symmetric and Hermitian ones), or complete
+/// factors: SparseCholesky where the matrix turns out to be positive definite, otherwise SparseLU.
 enum class Preconditioning { none, jacobi, ssor, ilu, ic, direct };
 
 /// How solve_sparse() works. Where nothing is said of method and preconditioner the matrix decides.
@@ -55,6 +56,17 @@ namespace detail {
 template <Scalar T>
 using Precondition = std::function<void(std::span<const T>, std::span<T>)>;
 
+template <Scalar T>
+Precondition<T> complete_factors(const SparseMatrix<T>& a) {
+  if (automatic_method(a) == Method::cg) {
+    try {
+      return shared<T>(SparseCholesky<T>(lower_triangle(a)));
+    } catch (const NumericalFailure&) {  // indefinite, in spite of its diagonal
+    }
+  }
+  return shared<T>(SparseLU<T>(a));
+}
+
 /// a: whole, in canonical form, and kept by the caller.
 template <Scalar T>
 Precondition<T> preconditioner(const SparseMatrix<T>& a, Preconditioning kind, const SparseOptions& options) {
@@ -69,11 +81,8 @@ Precondition<T> preconditioner(const SparseMatrix<T>& a, Preconditioning kind, c
       return IncompleteLU<T>(a, options.fill);
     case Preconditioning::ic:
       return IncompleteCholesky<T>(lower_triangle(a), options.fill);
-    case Preconditioning::direct: {
-      FillOptions all;
-      all.level = -1;
-      return IncompleteLU<T>(a, all, PivotSearch::least_fill);
-    }
+    case Preconditioning::direct:
+      return complete_factors(a);
   }
   return {};
 }
@@ -103,8 +112,8 @@ SparseSolution<T> solve_sparse_by(const SparseMatrix<T>& a, std::span<const T> b
 /// criterion.
 ///
 /// With neither method nor preconditioner given: incomplete Cholesky factors and CG, or incomplete LU factors and
-/// BICGSTAB, or of an indefinite symmetric matrix MINRES alone; where that fails, the LU factors with all their fill
-/// and RGMRES. Throws NumericalFailure as IterativeSolver does when the last attempt fails.
+/// BICGSTAB, or of an indefinite symmetric matrix MINRES alone; where that fails, complete factors and
+/// RGMRES. Throws NumericalFailure as IterativeSolver does when the last attempt fails.
 ///
 /// @code
 /// const auto x = tesk2mp::solve_sparse(a, b, {.tolerance = tesk2mp::Real(1, -40)}).x;

@@ -69,6 +69,7 @@
 #include "tesk2mp/schur_forms.h"
 #include "tesk2mp/singular_values.h"
 #include "tesk2mp/sparse.h"
+#include "tesk2mp/sparse_direct.h"
 #include "tesk2mp/special.h"
 #include "tesk2mp/structured.h"
 #include "tesk2mp/transforms.h"

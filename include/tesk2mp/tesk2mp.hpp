@@ -52,6 +52,7 @@
 #include "tesk2mp/solve_sparse.hpp"
 #include "tesk2mp/solver.hpp"
 #include "tesk2mp/sparse.hpp"
+#include "tesk2mp/sparse_direct.hpp"
 #include "tesk2mp/special.hpp"
 #include "tesk2mp/structured.hpp"
 #include "tesk2mp/threads.hpp"

@@ -93,6 +93,8 @@ for _kind, _methods in (
     (_core.Cholesky, _FACTORS),
     (_core.IncompleteLU, ("__init__", "solve")),
     (_core.IncompleteCholesky, ("__init__", "solve")),
+    (_core.SparseLU, ("__init__", "solve")),
+    (_core.SparseCholesky, ("__init__", "solve")),
     (_core.SparseMatrix, ("multiply",)),
     (_core.TransformPlan, ("transform",)),
     (_core.SpectrumPlan, ("rfft", "irfft")),

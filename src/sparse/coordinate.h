@@ -10,6 +10,12 @@ inline const QuarnFloat& real_part(const QuarnFloat& x) noexcept { return x; }
 inline QuarnFloat& real_part(Complex& x) noexcept { return x.re; }
 inline const QuarnFloat& real_part(const Complex& x) noexcept { return x.re; }
 
+inline void divide_by(QuarnFloat& x, const QuarnFloat& a) { x /= a; }
+inline void divide_by(Complex& x, const QuarnFloat& a) {
+  x.re /= a;
+  x.im /= a;
+}
+
 /// What of a matrix is stored: every entry, or the lower triangle of a symmetric or Hermitian one.
 enum class Storage { general, lower_triangle };
 

@@ -19,12 +19,6 @@ Complex sign(const Complex& x) {
   return size > 0 ? Complex(x.re / size, x.im / size) : Complex(1);
 }
 
-void divide_by(QuarnFloat& x, const QuarnFloat& a) { x /= a; }
-void divide_by(Complex& x, const QuarnFloat& a) {
-  x.re /= a;
-  x.im /= a;
-}
-
 }  // namespace
 
 template <class T>

@@ -11,31 +11,11 @@
 namespace tesk {
 namespace {
 
-/// The position of the argument that a fault is in.
-Integer illegal_argument(StructureFault fault) {
-  switch (fault) {
-    case StructureFault::none:
-      return 0;
-    case StructureFault::order:
-      return 1;
-    case StructureFault::few_entries:
-    case StructureFault::many_entries:
-      return 2;
-    case StructureFault::row_range:
-      return 4;
-    case StructureFault::column_range:
-    case StructureFault::out_of_order:
-    case StructureFault::duplicate:
-      break;
-  }
-  return 5;
-}
-
 /// Checks, then the starts of the rows and the places of their diagonal entries; returns INFO.
 template <class T>
 Integer find_diagonal(Integer n, Integer nnz, const T* a, const Integer* irow, const Integer* icol, Integer* istr,
                       Integer* idiag) {
-  const Integer wrong = illegal_argument(f11_check_cs(n, nnz, irow, icol, Storage::general).fault);
+  const Integer wrong = argument_at_fault(f11_check_cs(n, nnz, irow, icol, Storage::general).fault);
   if (wrong != 0) {
     return -wrong;
   }

@@ -48,4 +48,23 @@ StructureCheck f11_check_cs(Integer n, Integer nnz, const Integer* irow, const I
   return {StructureFault::none, 0};
 }
 
+Integer argument_at_fault(StructureFault fault) {
+  switch (fault) {
+    case StructureFault::none:
+      return 0;
+    case StructureFault::order:
+      return 1;
+    case StructureFault::few_entries:
+    case StructureFault::many_entries:
+      return 2;
+    case StructureFault::row_range:
+      return 4;
+    case StructureFault::column_range:
+    case StructureFault::out_of_order:
+    case StructureFault::duplicate:
+      break;
+  }
+  return 5;
+}
+
 }  // namespace tesk

@@ -26,4 +26,7 @@ struct StructureCheck {
 /// arithmetic, which cannot overflow; below ten working digits it is rounded like every other number.
 StructureCheck f11_check_cs(Integer n, Integer nnz, const Integer* irow, const Integer* icol, Storage storage);
 
+/// The position of the argument that a fault is in, of a routine that begins with N, NNZ, A, IROW, ICOL; 0 for none.
+Integer argument_at_fault(StructureFault fault);
+
 }  // namespace tesk

@@ -168,9 +168,8 @@ Numbers solution(tesk2mp::Method method) {
   return tesk2mp::solve_iteratively(a, vector_of<Real>(n, 7), options).x;
 }
 
-template <class Factors>
-Numbers incomplete_factors(tesk2mp::Storage storage) {
-  const std::size_t n = 24;
+template <class Factors, class... Options>
+Numbers solved_by_factors(tesk2mp::Storage storage, std::size_t n, const Options&... options) {
   tesk2mp::SparseMatrix<Real> a(n, storage);
   for (std::size_t i = 0; i < n; ++i) {
     for (std::size_t j = i < 5 ? 0 : i - 5; j < i; j += 2) {
@@ -179,10 +178,14 @@ Numbers incomplete_factors(tesk2mp::Storage storage) {
     a.add(i, i, 9);
   }
   Numbers x = vector_of<Real>(n, 9);
+  Factors(a, options...).solve(std::span<Real>(x));
+  return x;
+}
+template <class Factors>
+Numbers incomplete_factors(tesk2mp::Storage storage) {
   tesk2mp::FillOptions fill;
   fill.level = 2;
-  Factors(a, fill).solve(std::span<Real>(x));
-  return x;
+  return solved_by_factors<Factors>(storage, 24, fill);
 }
 
 Numbers ranks(std::size_t n) {
@@ -245,6 +248,9 @@ TEST_CASE("work that is interrupted leaves nothing behind and gives the same dig
       {"incomplete LU", 30, [] { return incomplete_factors<tesk2mp::IncompleteLU<Real>>(tesk2mp::Storage::general); }},
       {"incomplete Cholesky", 30,
        [] { return incomplete_factors<tesk2mp::IncompleteCholesky<Real>>(tesk2mp::Storage::lower_triangle); }},
+      {"sparse LU", 30, [] { return solved_by_factors<tesk2mp::SparseLU<Real>>(tesk2mp::Storage::general, 300); }},
+      {"sparse Cholesky", 30,
+       [] { return solved_by_factors<tesk2mp::SparseCholesky<Real>>(tesk2mp::Storage::lower_triangle, 300); }},
       {"sorting", 20, [] { return ranks(5000); }},
       {"elementary functions", 4500, functions},
   };

@@ -56,6 +56,10 @@ class Modules(unittest.TestCase):
                     expected = scipy.sparse.linalg.spsolve(scipy.sparse.csc_matrix(a), right)
                     self.close(sparse.linalg.spsolve(matrix, b, digits=30), expected)
                     self.close(sparse.linalg.splu(matrix).solve(b), expected)
+                    for order in (None, list(range(n))[::-1]):
+                        self.close(tesk2mp.SparseLU(sparse.linalg._square(matrix), order).solve(b), expected)
+                if "cg" in names:
+                    self.close(sparse.linalg.cholesky(matrix, digits=30).solve(b), expected)
                 factors = sparse.linalg.spilu(matrix)
                 for name in names:
                     solver = getattr(sparse.linalg, name)
@@ -79,6 +83,12 @@ class Modules(unittest.TestCase):
             sparse.linalg.cg(scipy.sparse.csr_matrix(full[:3]), [1, 2, 3])
         with self.assertRaises(TypeError):
             sparse.linalg.spilu(lambda x: x)
+        indefinite = tesk2mp.SparseMatrix(2, [(0, 0, 1), (1, 0, 3), (1, 1, 1)], lower_triangle=True)
+        with self.assertRaises(tesk2mp.NumericalFailure):
+            sparse.linalg.cholesky(indefinite)
+        self.assertEqual(sparse.linalg.spsolve(indefinite, [4, 4]), [1, 1])
+        with self.assertRaises(ValueError):
+            tesk2mp.SparseLU(indefinite, [0, 0])
 
     def test_examples(self):
         for module in (linalg, optimize, special, sparse.linalg):
@@ -89,7 +99,7 @@ class Modules(unittest.TestCase):
 
     def test_names_are_theirs(self):
         """Each name is one of numpy's or scipy's, and each function takes digits."""
-        ours_alone = {"exp10", "exp2", "next_fast_len"}
+        ours_alone = {"cholesky", "exp10", "exp2", "next_fast_len"}
         for module, theirs in THEIRS.items():
             for name in getattr(module, "__all__", None) or [name for name in vars(module) if name[0] != "_"]:
                 with self.subTest(name):

@@ -10,14 +10,14 @@ function works, `decimal` has ten digits more than the solver.
 from collections.abc import Callable
 from typing import Any, TypeAlias
 
-from .. import IncompleteCholesky, IncompleteLU, SparseMatrix, solve_iteratively
+from .. import IncompleteCholesky, IncompleteLU, SparseCholesky, SparseLU, SparseMatrix, solve_iteratively
 from .._context import at
 from .._context import digits as at_digits
 from .._errors import InvalidArgument, InvalidType, NumericalFailure, refusal
 from .._exact import exact
 from .._types import Numbers, RealLike, Vector
 
-__all__ = ["LinearOperator", "bicgstab", "cg", "cgs", "gmres", "minres", "spilu", "splu", "spsolve", "tfqmr"]
+__all__ = ["LinearOperator", "bicgstab", "cg", "cgs", "cholesky", "gmres", "minres", "spilu", "splu", "spsolve", "tfqmr"]
 
 Product: TypeAlias = Callable[[Any], Vector]
 
@@ -45,7 +45,7 @@ class LinearOperator:
 
 # Sparse matrices of scipy have no types that a program without scipy could name.
 Operator: TypeAlias = SparseMatrix | LinearOperator | Product | Any
-Preconditioner: TypeAlias = IncompleteLU | IncompleteCholesky | LinearOperator | Product
+Preconditioner: TypeAlias = IncompleteLU | IncompleteCholesky | SparseLU | SparseCholesky | LinearOperator | Product
 
 
 def _matrix(a: Any) -> SparseMatrix | None:
@@ -121,32 +121,50 @@ def spilu(
         return IncompleteLU(matrix, level, drop_tol, modified, search)
 
 
-def splu(A: Any, *, digits: int | None = None) -> IncompleteLU:
-    """LU factors with all their fill, and pivots that fill little among those that are large enough. A NumericalFailure for
-    matrices that are singular to working precision.
+def splu(A: Any, *, digits: int | None = None) -> SparseLU:
+    """LU factors with all their fill, of rows in an order that fills little, each with its largest element left as the pivot. A
+    NumericalFailure for matrices that are singular to working precision.
 
     >>> a = SparseMatrix(2, [(0, 1, 1), (1, 0, 2)])
     >>> splu(a).solve([3, 4])
     [Decimal('2'), Decimal('3')]
     """
-    factors = spilu(A, 0, search="least_fill", digits=digits)
-    if factors.corrected_pivots:
-        raise refusal(NumericalFailure, "the matrix is singular to working precision")
-    return factors
+    matrix = _square(A)
+    with at(digits):
+        return SparseLU(matrix)
+
+
+def cholesky(A: Any, *, digits: int | None = None) -> SparseCholesky:
+    """Cholesky factors with all their fill, in an order that fills little, of a positive definite matrix, of which the lower
+    triangle counts. A NumericalFailure for any other.
+
+    >>> a = SparseMatrix(2, [(0, 0, 4), (1, 0, 2), (1, 1, 3)], lower_triangle=True)
+    >>> cholesky(a).solve([8, 8])
+    [Decimal('1'), Decimal('2')]
+    """
+    matrix = _square(A)
+    with at(digits):
+        return SparseCholesky(matrix)
 
 
 def spsolve(A: Any, b: Vector, *, digits: int | None = None) -> Numbers:
-    """The x with A x = b by LU factors with all their fill, refined until ||b - A x|| is as small as rounding lets it be.
+    """The x with A x = b by complete LU factors, or Cholesky factors of a triangle that is positive definite, refined until
+    ||b - A x|| is as small as rounding lets it be.
 
     >>> a = SparseMatrix(2, [(0, 0, 4), (0, 1, 1), (1, 0, 2), (1, 1, 3)])
     >>> [round(number, 20) for number in spsolve(a, [1, 2], digits=30)]
     [Decimal('0.10000000000000000000'), Decimal('0.60000000000000000000')]
     """
     matrix = _square(A)
+    factors: SparseLU | SparseCholesky
+    try:
+        factors = cholesky(matrix, digits=digits) if matrix.lower_triangle else splu(matrix, digits=digits)
+    except NumericalFailure:
+        if not matrix.lower_triangle:
+            raise
+        factors = splu(matrix, digits=digits)
     x: Numbers
-    x, _, _ = solve_iteratively(
-        matrix, b, splu(matrix, digits=digits), criterion="residual", tolerance="1e-100000000", digits=digits
-    )
+    x, _, _ = solve_iteratively(matrix, b, factors, criterion="residual", tolerance="1e-100000000", digits=digits)
     return x
 
 

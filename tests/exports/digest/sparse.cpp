@@ -200,9 +200,66 @@ void factor_solutions(Suite& suite, E... forms) {
   });
 }
 
+/// The arrays that a complete factorisation asks for.
+template <class T>
+struct FactorArrays {
+  std::vector<T> a;
+  std::vector<Integer> irow, icol;
+
+  static void make(void* context, Integer count, T** a, Integer** irow, Integer** icol) {
+    auto& arrays = *static_cast<FactorArrays*>(context);
+    arrays.a.resize(std::size_t(count));
+    arrays.irow.resize(std::size_t(count));
+    arrays.icol.resize(std::size_t(count));
+    *a = arrays.a.data();
+    *irow = arrays.irow.data();
+    *icol = arrays.icol.data();
+  }
+};
+
+template <class T, class Lu, class Cholesky>
+void direct_factors(Suite& suite, const Lu& lu, const Cholesky& cholesky) {
+  if (lu.function == nullptr || cholesky.function == nullptr) {
+    return;
+  }
+  suite.cases(2, [&](Case& c) {
+    for (const bool triangle : {false, true}) {
+      const auto e = entries<T>(c, triangle, c.below(5) != 0);
+      FactorArrays<T> arrays;
+      std::vector<Integer> rows(std::size_t(e.n) + 1), columns(rows), starts(rows), diagonals(rows), order(rows);
+      for (Integer k = 0; k < e.n; ++k) {
+        order[std::size_t(k)] = e.n - k;
+      }
+      const Integer* const given = c.below(3) == 0 ? order.data() : nullptr;
+      Integer info = -99;
+      if (triangle) {
+        cholesky.function(e.n, e.nnz, e.a.data(), e.irow.data(), e.icol.data(), given, FactorArrays<T>::make, &arrays,
+                          rows.data(), starts.data(), &info);
+      } else {
+        lu.function(e.n, e.nnz, e.a.data(), e.irow.data(), e.icol.data(), given, FactorArrays<T>::make, &arrays,
+                    rows.data(), columns.data(), starts.data(), diagonals.data(), &info);
+      }
+      Suite::take(triangle ? *cholesky.result : *lu.result, arrays.a, arrays.irow, arrays.icol, rows, columns, starts,
+                  diagonals, info);
+    }
+  });
+}
+
+void fill_order(Suite& suite, const Entry<decltype(&QuarnMPX_sparse_order_)>& order) {
+  suite.cases(2, [&](Case& c) {
+    for (const char* kind : {"S", "r", "X"}) {
+      const auto e = entries<QuarnFloat>(c, false, c.below(2) == 0);
+      suite.run(order, kind, e.n, e.nnz, e.irow, e.icol, std::vector<Integer>(std::size_t(e.n) + 1), Integer(-99), 1);
+    }
+  });
+}
+
 }  // namespace
 
 void sparse(Suite& suite) {
+  fill_order(suite, ENTRY(QuarnMPX_sparse_order_));
+  direct_factors<QuarnFloat>(suite, ENTRY(QuarnMPX_sparse_lu_), ENTRY(QuarnMPX_sparse_cholesky_));
+  direct_factors<Complex>(suite, ENTRY(QuarnMPX_zsparse_lu_), ENTRY(QuarnMPX_zsparse_cholesky_));
   incomplete_factors<QuarnFloat, false>(suite, ENTRY(QuarnMP_f11daf_), ENTRY(QuarnMP_f11dafn_));
   incomplete_factors<Complex, false>(suite, ENTRY(QuarnMP_f11dnf_), ENTRY(QuarnMP_f11dnfn_));
   incomplete_factors<QuarnFloat, true>(suite, ENTRY(QuarnMP_f11jaf_), ENTRY(QuarnMP_f11jafn_));
