@@ -32,6 +32,7 @@ install(FILES ${PROJECT_BINARY_DIR}/tesk2mp.pc DESTINATION ${CMAKE_INSTALL_LIBDI
 if(TARGET quarn)
   install(TARGETS quarn RUNTIME COMPONENT console)
   tesk_run_path(quarn . ${CMAKE_INSTALL_BINDIR} console)
+  install(PROGRAMS python/tesk2mp/verify_certificate.py DESTINATION ${CMAKE_INSTALL_DATADIR}/tesk2mp COMPONENT console)
   if(NOT CMAKE_CROSSCOMPILING)
     install(FILES ${PROJECT_BINARY_DIR}/quarn.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT console)
     install(FILES ${PROJECT_BINARY_DIR}/quarn.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions

@@ -1,8 +1,10 @@
 // Linear systems by factorisation of the full matrix and refinement.
+#include "cli/commands/certificate.h"
 #include "cli/commands/failure.h"
 #include "cli/commands/linear_system.h"
 #include "cli/commands/proven.h"
 #include "cli/system/memory.h"
+#include "tesk2mp/proven_certify.hpp"
 #include "tesk2mp/refinement.hpp"
 
 namespace cli {
@@ -52,6 +54,13 @@ Solution proven_solution(const Equations<T>& equations, const ProofOptions& opti
     x(i, 0) = tesk2mp::proven::known_value(found[i]);
   }
   solution.errors = errors_of(found);
+  if (!options.certificate.empty()) {
+    tesk2mp::Matrix<T> b(found.size(), 1);
+    std::copy(equations.b.begin(), equations.b.end(), b.data());
+    tesk2mp::Matrix<QuarnFloat> errors(found.size(), 1);
+    std::copy(solution.errors.begin(), solution.errors.end(), errors.data());
+    write_certificate(options.certificate, tesk2mp::proven::certify_solution(a, &b, x, errors, solution.worked_with));
+  }
   solution.residual = relative_residual(equations, std::vector<T>(x.data(), x.data() + x.rows()));
   solution.x.elements = std::move(x);
   return solution;

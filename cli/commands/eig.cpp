@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "cli/commands/certificate.h"
 #include "cli/commands/dense.h"
 #include "cli/commands/failure.h"
 #include "cli/commands/options.h"
@@ -10,7 +11,7 @@
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
 #include "tesk2mp/generalised.hpp"
-#include "tesk2mp/proven_spectra.hpp"
+#include "tesk2mp/proven_certify.hpp"
 #include "tesk2mp/util.hpp"
 
 namespace cli {
@@ -284,8 +285,9 @@ void run_proven(const EigOptions& options, const DenseMatrix& given, const tesk2
                               (symmetric ? "proven_symmetric_" : "proven_eigenvalues_");
   Result result;
   result.notes = {"Eigenvalues of the " + description(given) + ", the largest first", ""};
+  int worked_with = 0;
   std::vector<tesk2mp::proven::BoundedRoot> found =
-      proven_result(options.proof, result, routine, [&] { return proven_eigenvalues_of(a, symmetric); });
+      proven_result(options.proof, result, routine, worked_with, [&] { return proven_eigenvalues_of(a, symmetric); });
   result.facts.push_back({"n", std::to_string(given.rows()), true});
   std::vector<Complex> unordered;
   unordered.reserve(found.size());
@@ -301,6 +303,11 @@ void run_proven(const EigOptions& options, const DenseMatrix& given, const tesk2
   }
   const std::vector<QuarnFloat> re = real_parts(values);
   const std::vector<QuarnFloat> im = imaginary_parts(values);
+  if (!options.proof.certificate.empty()) {
+    write_certificate(options.proof.certificate,
+                      symmetric ? tesk2mp::proven::certify_values(false, a, re, errors_of(roots), worked_with)
+                                : tesk2mp::proven::certify_eigenvalues(a, printed_roots(roots), worked_with));
+  }
   const QuarnFloat largest = std::max(largest_magnitude(re), largest_magnitude(im));
   const ResultColumn counts = count_column("i", positions(given.rows()));
   result.table = {counts, aligned_column("real", re, largest), aligned_column("imaginary", im, largest)};
@@ -317,7 +324,8 @@ void run_eig(const EigOptions& options) {
   const bool alone = options.mass.empty();
   const bool values_alone = !options.vectors && !options.condition && alone && options.select.empty();
   if (options.proof.insisted && !values_alone) {
-    throw bad_input("--proven is for the values: without --vectors, --condition, --mass and --select");
+    throw bad_input(
+        "--proven and --certificate are for the values: without --vectors, --condition, --mass and --select");
   }
   if (!alone && (options.condition || !options.select.empty())) {
     throw bad_input("--condition and --select do not go with --mass");
@@ -384,6 +392,7 @@ void declare_eig(Command& command) {
                   "these eigenvalues alone, counted from 1 in ascending order");
   command.flag("--condition", options->condition, "how sensitive the eigenvalues are");
   add_true_digits(command, options->proof);
+  add_certificate(command, options->proof);
   add_output_options(command, options->output);
   add_plot_option(command, options->output);
   command.work = [options] {

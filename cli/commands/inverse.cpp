@@ -1,4 +1,5 @@
 // quarn inv and quarn det: the inverse and the determinant of a dense matrix.
+#include "cli/commands/certificate.h"
 #include "cli/commands/dense.h"
 #include "cli/commands/failure.h"
 #include "cli/commands/options.h"
@@ -6,6 +7,7 @@
 #include "cli/io/matrix_output.h"
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
+#include "tesk2mp/proven_certify.hpp"
 
 namespace cli {
 
@@ -52,9 +54,22 @@ void run_inv(const MatrixOptions& options) {
     std::string why_not;
     const bool proven = try_proof(options.proof, why_not, [&] {
       const char* routine = given.complex() ? "QuarnMPX_zproven_solve_" : "QuarnMPX_dproven_solve_";
-      const auto bounded = proven_result(options.proof, result, routine, [&] { return tesk2mp::proven::inverse(a); });
-      found.elements = tesk2mp::proven::known_value(bounded);
+      int worked_with = 0;
+      const auto bounded =
+          proven_result(options.proof, result, routine, worked_with, [&] { return tesk2mp::proven::inverse(a); });
+      tesk2mp::Matrix<T> known = tesk2mp::proven::known_value(bounded);
       errors = bounded.errors();
+      for (std::size_t j = 0; j < errors.columns(); ++j) {
+        for (std::size_t i = 0; i < errors.rows(); ++i) {
+          errors(i, j) = printed_error(bounded(i, j)).value();
+        }
+      }
+      if (!options.proof.certificate.empty()) {
+        const tesk2mp::Matrix<T>* unit = nullptr;
+        write_certificate(options.proof.certificate,
+                          tesk2mp::proven::certify_solution(a, unit, known, errors, worked_with));
+      }
+      found.elements = std::move(known);
     });
     if (!proven) {
       found.elements = tesk2mp::inverse(a);
@@ -84,10 +99,16 @@ void run_det(const MatrixOptions& options) {
         std::string why_not;
         const bool proven = try_proof(options.proof, why_not, [&] {
           const char* routine = given.complex() ? "QuarnMPX_zproven_determinant_" : "QuarnMPX_dproven_determinant_";
-          const auto found =
-              proven_result(options.proof, result, routine, [&] { return tesk2mp::proven::determinant(a); });
-          const std::string determinant = exact_text(tesk2mp::proven::known_value(found));
-          const QuarnFloat error = found.error.value();
+          int worked_with = 0;
+          const auto found = proven_result(options.proof, result, routine, worked_with,
+                                           [&] { return tesk2mp::proven::determinant(a); });
+          const auto known = tesk2mp::proven::known_value(found);
+          const std::string determinant = exact_text(known);
+          const QuarnFloat error = printed_error(found).value();
+          if (!options.proof.certificate.empty()) {
+            write_certificate(options.proof.certificate,
+                              tesk2mp::proven::certify_determinant(a, known, printed_error(found), worked_with));
+          }
           result.facts.push_back({"determinant", determinant});
           result.facts.push_back({"error", error.to_string()});
           result.table = {{"determinant", {determinant}}};
@@ -146,6 +167,7 @@ void declare_matrix(Command& command, const std::shared_ptr<MatrixOptions>& opti
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
   add_matrix_options(command, options->table);
   add_true_digits(command, options->proof);
+  add_certificate(command, options->proof);
   add_output_options(command, options->output, forms);
 }
 

@@ -20,10 +20,12 @@ struct ProofOptions {
   Integer seconds = 60;
   bool insisted = false;
   bool errors = false;
+  std::string certificate;  // the file for it; empty: none
 
   bool wanted() const { return once == 0 || insisted; }
   /// For the work of a command, before its data are read.
-  void start() const {
+  void start() {
+    insisted = insisted || !certificate.empty();
     if (insisted && once != 0) {
       throw bad_input("--proven and --working-digits exclude each other");
     }
@@ -40,6 +42,11 @@ inline void add_true_digits(Command& command, ProofOptions& proof) {
                  "after S seconds try no more working digits for a proof (default 60)");
   command.flag("--proven", proof.insisted, "print nothing that is not proven");
   command.flag("--error", proof.errors, "bounds of the errors as well; csv and json of columns have them always");
+}
+
+inline void add_certificate(Command& command, ProofOptions& proof) {
+  command.text("--certificate", "FILE", proof.certificate,
+               "write what proves the result, for `quarn verify`; implies --proven");
 }
 
 /// With so many digits data are read: all that they have where the result is to be proven.
@@ -105,8 +112,8 @@ inline std::string proof_note(int worked_with, const std::string& routine) {
 
 /// The same, said in the second note and the facts.
 template <class Problem>
-auto proven_result(const ProofOptions& options, Result& result, const std::string& routine, const Problem& problem) {
-  int worked_with = 0;
+auto proven_result(const ProofOptions& options, Result& result, const std::string& routine, int& worked_with,
+                   const Problem& problem) {
   auto found = with_true_digits(options, worked_with, problem);
   result.notes[1] = proof_note(worked_with, routine);
   result.facts = {{"routine", routine},
@@ -116,15 +123,35 @@ auto proven_result(const ProofOptions& options, Result& result, const std::strin
   return found;
 }
 
+/// How far the exact number is at most from the one that is printed, which is rounded to the digits.
+template <class Bounded>
+QuarnBound printed_error(const Bounded& x) {
+  constexpr int kFewDigits = 18;
+  const auto printed = tesk2mp::proven::known_value(x);
+  const tesk2mp::Digits scope(kFewDigits);
+  const QuarnBound distance(x.value - printed);
+  return x.error + distance + distance.half_unit(kFewDigits - 1);
+}
+
 /// Bounds as numbers.
 template <class Bound>
 std::vector<QuarnFloat> errors_of(const std::vector<Bound>& results) {
   std::vector<QuarnFloat> errors;
   errors.reserve(results.size());
   for (const Bound& each : results) {
-    errors.push_back(each.error.value());
+    errors.push_back(printed_error(each).value());
   }
   return errors;
+}
+
+/// Roots as they are printed, with bounds that hold for that.
+inline std::vector<tesk2mp::proven::BoundedRoot> printed_roots(std::vector<tesk2mp::proven::BoundedRoot> roots) {
+  for (tesk2mp::proven::BoundedRoot& root : roots) {
+    const QuarnBound error = printed_error(root);
+    root.value = tesk2mp::proven::known_value(root);
+    root.error = error;
+  }
+  return roots;
 }
 
 /// A column of bounds, in text where it is wanted there.

@@ -292,7 +292,7 @@ Result comparison(const LinearSystem& system, const std::vector<Solution>& solut
 
 void run_solve(SolveOptions options) {
   if (options.proof.insisted && (!options.history.empty() || !options.output.picture.empty())) {
-    throw bad_input("--proven has no course of the residual: without --history and --plot");
+    throw bad_input("--proven and --certificate have no course of the residual: without --history and --plot");
   }
   if (options.method == "all" && options.output.format == Format::mtx) {
     throw bad_input("--method all gives a comparison, which is no matrix");
@@ -399,6 +399,7 @@ void declare_solve(Command& command) {
   command.text("--history", "FILE", options->history, "write the course of the residual (.csv, .json or .txt)");
   command.flag("--progress", options->progress, "tell every iteration on standard error, terminal or not");
   add_true_digits(command, options->proof);
+  add_certificate(command, options->proof);
   add_output_options(command, options->output, Forms::matrix);
   add_plot_option(command, options->output);
   command.work = [options] {

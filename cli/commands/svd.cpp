@@ -1,6 +1,7 @@
 // quarn svd: singular values of a dense matrix.
 #include <algorithm>
 
+#include "cli/commands/certificate.h"
 #include "cli/commands/dense.h"
 #include "cli/commands/options.h"
 #include "cli/commands/proven.h"
@@ -8,7 +9,7 @@
 #include "cli/io/matrix_output.h"
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
-#include "tesk2mp/proven_spectra.hpp"
+#include "tesk2mp/proven_certify.hpp"
 
 namespace cli {
 
@@ -39,12 +40,17 @@ Result result_of(const SvdOptions& options, const DenseMatrix& given, const tesk
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
   std::string why_not;
   const auto prove = [&] {
+    int worked_with = 0;
     const auto bounded = proven_result(options.proof, result,
                                        given.complex() ? "QuarnMPX_zproven_singular_" : "QuarnMPX_dproven_singular_",
-                                       [&] { return tesk2mp::proven::singular_values(a); });
+                                       worked_with, [&] { return tesk2mp::proven::singular_values(a); });
     errors = errors_of(bounded);
     for (const auto& value : bounded) {
       system.values.push_back(tesk2mp::proven::known_value(value));
+    }
+    if (!options.proof.certificate.empty()) {
+      write_certificate(options.proof.certificate,
+                        tesk2mp::proven::certify_values(true, a, system.values, errors, worked_with));
     }
   };
   if (!values) {
@@ -87,7 +93,7 @@ Result result_of(const SvdOptions& options, const DenseMatrix& given, const tesk
 
 void run_svd(const SvdOptions& options) {
   if (options.proof.insisted && options.part != "values") {
-    throw bad_input("--proven is for the values: without --factor");
+    throw bad_input("--proven and --certificate are for the values: without --factor");
   }
   const auto read = [&] {
     const tesk2mp::Digits scope(digits_of_data(options.proof.wanted() && options.part == "values"));
@@ -116,6 +122,7 @@ void declare_svd(Command& command) {
   command.choice("--factor", "WHAT", options->part, kSvdParts, "what to write: values (default), u, v");
   add_matrix_options(command, options->table);
   add_true_digits(command, options->proof);
+  add_certificate(command, options->proof);
   add_output_options(command, options->output, Forms::matrix);
   add_plot_option(command, options->output);
   command.work = [options] {

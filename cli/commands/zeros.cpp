@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <variant>
 
+#include "cli/commands/certificate.h"
 #include "cli/commands/failure.h"
 #include "cli/commands/options.h"
 #include "cli/commands/proven.h"
@@ -10,7 +11,7 @@
 #include "cli/io/number_text.h"
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
-#include "tesk2mp/proven_spectra.hpp"
+#include "tesk2mp/proven_certify.hpp"
 
 namespace cli {
 
@@ -50,11 +51,17 @@ void run_zeros(const ZerosOptions& options) {
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
   std::string why_not;
   const bool proven = try_proof(options.proof, why_not, [&] {
-    roots = proven_result(options.proof, result, real ? "QuarnMPX_dproven_zeros_" : "QuarnMPX_zproven_zeros_",
-                          [&] { return real ? tesk2mp::proven::zeros(real_parts(a)) : tesk2mp::proven::zeros(a); });
+    int worked_with = 0;
+    roots =
+        proven_result(options.proof, result, real ? "QuarnMPX_dproven_zeros_" : "QuarnMPX_zproven_zeros_", worked_with,
+                      [&] { return real ? tesk2mp::proven::zeros(real_parts(a)) : tesk2mp::proven::zeros(a); });
     errors = errors_of(roots);
     for (const auto& root : roots) {
       zeros.push_back(tesk2mp::proven::known_value(root));
+    }
+    if (!options.proof.certificate.empty()) {
+      write_certificate(options.proof.certificate,
+                        tesk2mp::proven::certify_zeros(a, printed_roots(roots), worked_with));
     }
   });
   if (!proven) {
@@ -96,6 +103,7 @@ void declare_zeros(Command& command) {
   command.texts("COEFFICIENT", "", options->coefficients, "the coefficients, that of the highest power first");
   command.options.back().required = true;
   add_true_digits(command, options->proof);
+  add_certificate(command, options->proof);
   add_output_options(command, options->output);
   add_plot_option(command, options->output);
   command.work = [options] {

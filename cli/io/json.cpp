@@ -233,4 +233,59 @@ std::string render_json(const Result& result) {
   return object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 
+std::string render_matrices(const std::string& key, const NamedMatrices& given) {
+  nlohmann::ordered_json object = {{key, given.kind}};
+  for (const auto& [name, rows] : given.matrices) {
+    auto& array = object[name] = nlohmann::ordered_json::array();
+    for (const std::vector<std::string>& row : rows) {
+      if (row.size() == 1) {
+        array.push_back(row.front());
+      } else {
+        array.push_back(row);
+      }
+    }
+  }
+  return object.dump(1) + "\n";
+}
+
+NamedMatrices matrices_of_json(const std::string& text, const std::string& source, const std::string& key) {
+  const Json object = Json::parse(text, nullptr, false);
+  if (!object.is_object() || !object.contains(key) || !object[key].is_string()) {
+    throw bad_input(source + ": it is not a JSON object with a '" + key + "'");
+  }
+  const auto refuse = [&](const std::string& name, const char* what) {
+    throw bad_input(source + ": '" + name + "' " + what);
+  };
+  NamedMatrices result{object[key].get<std::string>(), {}};
+  for (const auto& member : object.items()) {
+    const std::string& name = member.key();
+    const Json& rows = member.value();
+    if (name == key) {
+      continue;
+    }
+    NamedMatrices::Rows& matrix = result.matrices.emplace_back(name, NamedMatrices::Rows()).second;
+    if (!rows.is_array()) {
+      refuse(name, "is not a list");
+    }
+    for (const Json& row : rows) {
+      std::vector<std::string>& cells = matrix.emplace_back();
+      const auto take = [&](const Json& cell) {
+        if (!cell.is_string()) {
+          refuse(name, "has something that is not the text of a number");
+        }
+        cells.push_back(cell.get<std::string>());
+      };
+      if (row.is_array()) {
+        std::for_each(row.begin(), row.end(), take);
+      } else {
+        take(row);
+      }
+      if (cells.empty() || cells.size() != matrix.front().size()) {
+        refuse(name, "has rows of different lengths, or empty ones");
+      }
+    }
+  }
+  return result;
+}
+
 }  // namespace cli

@@ -79,7 +79,8 @@ class Documents(unittest.TestCase):
                 os.symlink(BIN, os.path.join(folder, "build", "release", "bin"))
                 os.symlink(module, os.path.join(folder, "build", "release", "python"))
                 os.symlink(os.path.join(BIN, "quarn"), os.path.join(folder, "quarn"))
-                os.symlink(os.path.join(TOP, "examples"), os.path.join(folder, "examples"))
+                for name in ("examples", "python"):
+                    os.symlink(os.path.join(TOP, name), os.path.join(folder, name))
                 for _, kind, text in blocks(document):
                     for command, shown in commands(text) if kind == "console" else []:
                         if "PYTHONPATH" in command and not module_built:
