@@ -122,8 +122,9 @@ TESK2MP_API void QuarnMPX_f11bdfn_(const char* method, const char* precon, const
 ///    2       V holds M^-1 U                           set V := M^-1 U
 ///    3       go on                                    look: U is the iterate, V its residual b - A U
 ///    4                                                the end: U is the solution, V its residual
-///    5       in place of 1, -1, 2 or 3, the request being done: stop after this iteration
+///    5       in place of 1, -1, 2, 3 or 7, the request being done: stop after this iteration
 ///    6       stop at once: U is the last iterate that is complete, V is not touched
+///    7       the sums are in WORK                      of a problem of F11BDD: form sums, which WORK(31) counts
 ///
 /// The companion iterates what either set-up has set up; the classic entry does not know the problems of CG, MINRES and
 /// SYMMLQ (IFAIL 2).
@@ -273,6 +274,91 @@ TESK2MP_API void QuarnMPX_zf11bff_(Integer* itn, QuarnFloat* stplhs, QuarnFloat*
                                    QuarnFloat* sigmax, Complex* work, const Integer* lwork, Integer* ifail);
 /// @}
 
+/// @defgroup f11bdd set-up of a distributed iterative solution
+///
+/// Sets up a problem whose vectors are shared out among several programs, ranks from here on: each has a block of rows,
+/// and solves with QuarnMPX_f11bef_ and QuarnMPX_f11bff_ as F11BDF describes, on vectors of NLOC elements. All ranks
+/// call in step and are asked for the same. A product takes what the rank needs of U from the others; with IREVCM 7 the
+/// ranks form sums over all elements of vectors of which each has its part in WORK. Nothing else is common.
+///
+/// With IREVCM 7, K = WORK(31) sums are asked for at a time, in one message, and P = WORK(32) says where they stand:
+/// sum k = 0, 1, ..., K - 1 in WORK(P + 4 k) and the three elements after it. Of a complex problem the real parts
+/// count, and the value is complex.
+///
+///   WORK(P + 4 k)       kind  1 the sum of conj(x_i) y_i
+///                             2 the Euclidean norm of x
+///                             3 the sum of |x_i|
+///                             4 the largest |x_i|
+///                             12, 13, 14 like 2, 3 and 4, of x_i times the weight of the row
+///   WORK(P + 4 k + 1)   where x begins: WORK has its NLOC elements from there on
+///   WORK(P + 4 k + 2)   where y begins; of other kinds as x
+///   WORK(P + 4 k + 3)   to be set to the value, the same on every rank
+///
+/// When the values are exact sums rounded once (quarn/accumulator.h), all digits are those of one rank with all the
+/// rows, whatever the partition; a preconditioner has to be the same operator then, which that of a diagonal is and
+/// that of blocks is not.
+///
+/// Requests of an iteration: RGMRES 2, whatever M, CGS 2, BICGSTAB 3 M, TFQMR 4, CG 2, MINRES 3, SYMMLQ 4, and two at
+/// a new start or when an iterate is judged. RGMRES makes its basis orthogonal by the classical Gram-Schmidt process
+/// applied twice, BICGSTAB its residuals by the classical process; rounding errors of the others are those of F11BDF.
+/// Where the range of QuarnFloat is left no rank can say so of the whole vector in time: the last iterate may then have
+/// elements that are not finite (IFAIL 7).
+///
+/// LWREQ is that of F11BDF with NLOC for N, and 512 more.
+///
+/// @param[in] method as F11BDF; "CG", "MINRES" and "SYMMLQ" too
+/// @param[in] precon as F11BDF
+/// @param[in] norm as F11BDF
+/// @param[in] weight as F11BDF; WGT has the weights of the rank's rows
+/// @param[in] iterm as F11BDF
+/// @param[in] n order of the system, N >= 1, the same on all ranks, as are all arguments but NLOC and FIRST
+/// @param[in] nloc how many rows this rank has, 1 ... N
+/// @param[in] first the first of them, 1 ... N - NLOC + 1
+/// @param[in] m as F11BDF
+/// @param[in] tol as F11BDF
+/// @param[in] maxitn as F11BDF
+/// @param[in] anorm as F11BDF
+/// @param[in] sigmax as F11BDF
+/// @param[in] monit as F11BDF
+/// @param[out] lwreq the least LWORK
+/// @param[in,out] work LWORK elements: the whole state of this rank
+/// @param[in] lwork length of WORK, LWORK >= LWREQ
+///
+/// @par Failures
+/// As F11BDF, under the name F11BDD; arguments have the numbers that they have here: NLOC 7, FIRST 8, ... LWORK 17.
+/// Weights are checked by the rank that has them.
+///
+/// @par Source
+/// The methods are those of the papers at the top of this header.
+///
+/// @par Cost
+/// As F11BDF.
+/// @{
+TESK2MP_API void QuarnMPX_f11bdd_(const char* method, const char* precon, const char* norm, const char* weight,
+                                  const Integer* iterm, const Integer* n, const Integer* nloc, const Integer* first,
+                                  const Integer* m, const QuarnFloat* tol, const Integer* maxitn,
+                                  const QuarnFloat* anorm, const QuarnFloat* sigmax, const Integer* monit,
+                                  Integer* lwreq, QuarnFloat* work, const Integer* lwork, Integer* ifail,
+                                  int method_length, int precon_length, int norm_length, int weight_length);
+/// @}
+
+/// @defgroup zf11bdd set-up of a distributed complex solution
+///
+/// F11BDD over Complex, for QuarnMPX_zf11bef_ and QuarnMPX_zf11bff_: WORK is complex.
+///
+/// @like f11bdd
+///
+/// @par Failures
+/// As F11BDD.
+/// @{
+TESK2MP_API void QuarnMPX_zf11bdd_(const char* method, const char* precon, const char* norm, const char* weight,
+                                   const Integer* iterm, const Integer* n, const Integer* nloc, const Integer* first,
+                                   const Integer* m, const QuarnFloat* tol, const Integer* maxitn,
+                                   const QuarnFloat* anorm, const QuarnFloat* sigmax, const Integer* monit,
+                                   Integer* lwreq, Complex* work, const Integer* lwork, Integer* ifail,
+                                   int method_length, int precon_length, int norm_length, int weight_length);
+/// @}
+
 /// @defgroup f11bezn the steps of one method
 ///
 /// The steps of RGMRES, CGS, BICGSTAB and TFQMR that F11BEF takes, for hosts that report in their own way. WORK must
@@ -299,5 +385,6 @@ TESK2MP_NAMES_END
 // Layout of WORK, 1-based. 1 ... 100 the header, of which these places are promised: 4 and 20 the markers 1739512 and
 // 840653 of a problem that has been set up; 5 is 0 after set-up, 1 while it runs, 2 when it is completed; 6 the method
 // (1 RGMRES, 2 CGS, 3 BICGSTAB, 4 TFQMR, 5 CG, 6 MINRES, 7 SYMMLQ); 16 the iterations done; 53 ... 56 both sides of the
-// criterion, ANORM, SIGMAX. From 101 on vectors of N: x, b, the preconditioned residual, b - A x, those of the method,
-// and with a preconditioner M^-1 (b - A x); last what RGMRES has beside vectors.
+// criterion, ANORM, SIGMAX; of a problem of F11BDD 31 and 32 how many sums are asked for, and where. From 101 on
+// vectors of N: x, b, the preconditioned residual, b - A x, those of the method, and with a preconditioner M^-1 (b - A
+// x); last what RGMRES has beside vectors, and the sums of F11BDD.

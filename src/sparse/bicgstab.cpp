@@ -16,7 +16,15 @@ constexpr Integer kLargestL = 10;
 
 // r_0 is the solver's residual; r_1 ... r_l, u_0 ... u_l follow the shadow residual.
 enum BicgstabScalar : Integer { kRho, kAlpha, kOmega };
-enum BicgstabStep : Integer { kStart, kIteration, kHaveImageOfU, kHaveImageOfR };
+enum BicgstabStep : Integer {
+  kStart,
+  kIteration,
+  kHaveImageOfU,
+  kHaveImageOfR,
+  kHaveRhoSums,
+  kHaveGammaSums,
+  kHaveColumnSums
+};
 constexpr Integer kShadow = kMethodSlot;
 Integer r(Integer i) { return i == 0 ? Integer(kResidual) : kShadow + i; }
 template <class T>
@@ -26,7 +34,7 @@ Integer u(const Solver<T>& solver, Integer i) {
 
 /// The next BiCG direction, j = inner: beta, u_i = r_i - beta u_i, A u_j.
 template <class T>
-Outcome next_direction(Solver<T>& solver) {
+Outcome make_direction(Solver<T>& solver) {
   const SolverState<T>& state = solver.state();
   const Integer j = state.inner;
   T& rho = state.scalar(kRho);
@@ -44,6 +52,12 @@ Outcome next_direction(Solver<T>& solver) {
     }
   }
   return solver.apply(u(solver, j), u(solver, j + 1), kHaveImageOfU);
+}
+
+template <class T>
+Outcome next_direction(Solver<T>& solver) {
+  const auto wants = [&solver] { solver.want_beside(kShadow, r(solver.state().inner)); };
+  return solver.must_ask(kHaveRhoSums, wants) ? Outcome::waiting : make_direction(solver);
 }
 
 /// The step along u_0, then A r_j.
@@ -66,26 +80,47 @@ Outcome step_along_direction(Solver<T>& solver) {
   return solver.apply(r(j), r(j + 1), kHaveImageOfR);
 }
 
-/// r_0 made as small as r_1 ... r_l can make it, by the modified Gram-Schmidt process. Names are those of the paper.
+/// What the modified Gram-Schmidt process leaves of r_1 ... r_l: r_j = sum of tau_ij r_i, squares sigma, r_0 along
+/// them.
 template <class T>
-Outcome minimise_residual(Solver<T>& solver) {
-  const Integer l = solver.state().m;
+struct Columns {
   std::array<std::array<T, kLargestL + 1>, kLargestL + 1> tau;
-  std::array<T, kLargestL + 1> gamma, gamma1, gamma2;
+  std::array<T, kLargestL + 1> gamma;
   std::array<QuarnFloat, kLargestL + 1> sigma;
+};
 
-  for (Integer j = 1; j <= l; ++j) {
+/// Those of r_j once it is orthogonal to the ones before.
+template <class T>
+void take_column(const Solver<T>& solver, Integer j, Columns<T>& columns) {
+  columns.sigma[j] = real_part(solver.dot(r(j), r(j)));
+  columns.gamma[j] = solver.dot(r(j), r(0)) / columns.sigma[j];
+}
+
+/// False when r_1 ... r_l are dependent.
+template <class T>
+bool make_orthogonal(const Solver<T>& solver, Columns<T>& columns) {
+  for (Integer j = 1; j <= solver.state().m; ++j) {
     const QuarnFloat size = solver.euclidean(r(j));
     for (Integer i = 1; i < j; ++i) {
-      tau[i][j] = solver.dot(r(i), r(j)) / sigma[i];
-      solver.add(-tau[i][j], r(i), r(j));
+      columns.tau[i][j] = solver.dot(r(i), r(j)) / columns.sigma[i];
+      solver.add(-columns.tau[i][j], r(i), r(j));
     }
     if (solver.vanishes(solver.euclidean(r(j)), size)) {
-      return Outcome::broken;
+      return false;
     }
-    sigma[j] = real_part(solver.dot(r(j), r(j)));
-    gamma1[j] = solver.dot(r(j), r(0)) / sigma[j];
+    take_column(solver, j, columns);
   }
+  return true;
+}
+
+/// r_0 made as small as r_1 ... r_l can make it. Names are those of the paper.
+template <class T>
+Outcome minimise_residual(Solver<T>& solver, const Columns<T>& columns) {
+  const Integer l = solver.state().m;
+  const auto& tau = columns.tau;
+  const auto& sigma = columns.sigma;
+  std::array<T, kLargestL + 1> gamma, gamma1 = columns.gamma, gamma2;
+
   const QuarnFloat ratio = solver.euclidean(r(0)) / sqrt(sigma[l]);
   // A smaller one would cost the recurrence half its digits.
   if (size_of(gamma1[l]) <= sqrt(epsilon()) * ratio) {
@@ -118,6 +153,71 @@ Outcome minimise_residual(Solver<T>& solver) {
   return finite ? Outcome::iterated : Outcome::broken;
 }
 
+// Where the caller forms sums, one request serves a column: those of r_j, made orthogonal, and those that make the next
+// one so (which is the classical process, for l > 2 less exact than the modified one).
+
+template <class T>
+void want_column(const Solver<T>& solver, Integer j) {
+  solver.want_dot(r(j), r(j));
+  solver.want_dot(r(j), r(0));
+  if (j == solver.state().m) {
+    return solver.want_euclidean(r(0));
+  }
+  solver.want_euclidean(r(j + 1));
+  for (Integer i = 1; i <= j; ++i) {
+    solver.want_dot(r(i), r(j + 1));
+  }
+}
+
+template <class T>
+Outcome ask_for_columns(Solver<T>& solver) {
+  Columns<T> columns;
+  const auto wants = [&solver] {
+    solver.want_euclidean(r(1));
+    want_column(solver, 1);
+  };
+  if (solver.must_ask(kHaveColumnSums, wants)) {
+    return Outcome::waiting;
+  }
+  solver.state().step = kIteration;
+  return make_orthogonal(solver, columns) ? minimise_residual(solver, columns) : Outcome::broken;
+}
+
+/// With the sums of column j = inner + 1.
+template <class T>
+Outcome next_column(Solver<T>& solver) {
+  SolverState<T>& state = solver.state();
+  const Integer j = state.inner + 1;
+  if (solver.vanishes(sqrt(real_part(solver.dot(r(j), r(j)))), solver.euclidean(r(j)))) {
+    state.inner = 0;
+    return Outcome::broken;
+  }
+  if (j < state.m) {
+    for (Integer i = 1; i <= j; ++i) {
+      solver.add(-(solver.dot(r(i), r(j + 1)) / real_part(solver.dot(r(i), r(i)))), r(i), r(j + 1));
+    }
+    state.inner = j;
+    solver.must_ask_more(kHaveColumnSums, [&solver, j] { want_column(solver, j + 1); });
+    return Outcome::waiting;
+  }
+  Columns<T> columns;
+  for (Integer k = 1; k <= j; ++k) {
+    take_column(solver, k, columns);
+    for (Integer i = 1; i < k; ++i) {
+      columns.tau[i][k] = solver.dot(r(i), r(k)) / columns.sigma[i];
+    }
+  }
+  state.inner = 0;
+  state.step = kIteration;
+  return minimise_residual(solver, columns);
+}
+
+template <class T>
+void want_next(Solver<T>& solver) {
+  want_kept_bounds(solver);
+  solver.want_beside(kShadow, kResidual);
+}
+
 template <class T>
 Outcome resume_bicgstab(Solver<T>& solver) {
   SolverState<T>& state = solver.state();
@@ -133,20 +233,28 @@ Outcome resume_bicgstab(Solver<T>& solver) {
     case kIteration:
       rho = -state.scalar(kOmega) * rho;
       return is_zero(rho) ? Outcome::broken : next_direction(solver);
+    case kHaveRhoSums:
+      return make_direction(solver);
     case kHaveImageOfU:
+      if (solver.must_ask(kHaveGammaSums, [&] { solver.want_beside(kShadow, u(solver, state.inner + 1)); })) {
+        return Outcome::waiting;
+      }
+      [[fallthrough]];
+    case kHaveGammaSums:
       return step_along_direction(solver);
-    default:
+    case kHaveImageOfR:
       if (++state.inner < state.m) {
         return next_direction(solver);
       }
       state.inner = 0;
-      state.step = kIteration;
-      return minimise_residual(solver);
+      return ask_for_columns(solver);
+    default:
+      return next_column(solver);
   }
 }
 
 template <class T>
-constexpr SolverSteps<T> kSteps = {resume_bicgstab<T>, kept_bounds<T>, kept_residual<T>, kept_iterate<T>};
+constexpr SolverSteps<T> kSteps = {resume_bicgstab<T>, kept_bounds<T>, kept_residual<T>, kept_iterate<T>, want_next<T>};
 
 }  // namespace
 
@@ -155,7 +263,7 @@ const SolverMethod kBicgstab = {3,
                                 kLargestL,
                                 true,
                                 true,
-                                kHaveImageOfR,
+                                kHaveColumnSums,
                                 [](Integer m) { return 2 * m + 2; },
                                 [](Integer) { return Integer(0); },
                                 0,

@@ -9,7 +9,7 @@ namespace {
 
 enum CgSlot : Integer { kP = kMethodSlot, kImage, kEnd };
 enum CgScalar : Integer { kRho, kIterations };
-enum CgStep : Integer { kStart, kNextDirection, kHaveImage };
+enum CgStep : Integer { kStart, kNextDirection, kHaveImage, kHaveRho, kHaveCurvature };
 constexpr Integer kVectorsBesidePreconditioner = 2;  // A p, r
 
 template <class T>
@@ -21,9 +21,15 @@ Integer plain_residual(const Solver<T>& solver) {
   return solver.preconditioned() ? solver.product_slot() + 1 : Integer(kResidual);
 }
 
+template <class T>
+void want_rho(const Solver<T>& solver) {
+  const Integer r = plain_residual(solver);
+  solver.want_beside(r, kResidual);
+}
+
 /// r^T z, which makes the direction and is positive for a positive definite preconditioner.
 template <class T>
-Outcome next_direction(Solver<T>& solver, bool first) {
+Outcome next_direction(Solver<T>& solver) {
   const SolverState<T>& state = solver.state();
   const Integer r = plain_residual(solver);
   const QuarnFloat rho = real_part(solver.dot(r, kResidual));
@@ -31,7 +37,7 @@ Outcome next_direction(Solver<T>& solver, bool first) {
   if (verdict != Outcome::iterated) {
     return verdict;
   }
-  if (first) {
+  if (state.real(kIterations) == 0) {
     solver.copy(kResidual, kP);
   } else {
     const QuarnFloat beta = rho / state.real(kRho);
@@ -46,6 +52,16 @@ Outcome next_direction(Solver<T>& solver, bool first) {
 }
 
 template <class T>
+void want_curvature(const Solver<T>& solver) {
+  const Integer product = product_of(solver);
+  solver.want_beside(kP, product);
+  if (looks_for_symmetry(solver.state().real(kIterations))) {
+    solver.want_dot(kResidual, product);
+    solver.want_euclidean(kResidual);
+  }
+}
+
+template <class T>
 Outcome resume_cg(Solver<T>& solver) {
   SolverState<T>& state = solver.state();
   switch (state.step) {
@@ -54,9 +70,19 @@ Outcome resume_cg(Solver<T>& solver) {
         copy_unpreconditioned(solver, plain_residual(solver));
       }
       state.real(kIterations) = 0;
-      return next_direction(solver, true);
+      [[fallthrough]];
     case kNextDirection:
-      return next_direction(solver, false);
+      if (solver.must_ask(kHaveRho, [&solver] { want_rho(solver); })) {
+        return Outcome::waiting;
+      }
+      [[fallthrough]];
+    case kHaveRho:
+      return next_direction(solver);
+    case kHaveImage:
+      if (solver.must_ask(kHaveCurvature, [&solver] { want_curvature(solver); })) {
+        return Outcome::waiting;
+      }
+      [[fallthrough]];
     default: {
       const Integer product = product_of(solver);
       const QuarnFloat curvature = real_part(solver.dot(kP, product));
@@ -85,7 +111,13 @@ Outcome resume_cg(Solver<T>& solver) {
 }
 
 template <class T>
-constexpr SolverSteps<T> kSteps = {resume_cg<T>, kept_bounds<T>, kept_residual<T>, kept_iterate<T>};
+void want_next(Solver<T>& solver) {
+  want_kept_bounds(solver);
+  want_rho(solver);
+}
+
+template <class T>
+constexpr SolverSteps<T> kSteps = {resume_cg<T>, kept_bounds<T>, kept_residual<T>, kept_iterate<T>, want_next<T>};
 
 }  // namespace
 
@@ -94,7 +126,7 @@ const SolverMethod kCg = {5,
                           1,
                           false,
                           false,
-                          kHaveImage,
+                          kHaveCurvature,
                           [](Integer) { return kEnd - kMethodSlot; },
                           [](Integer) { return Integer(0); },
                           kVectorsBesidePreconditioner,

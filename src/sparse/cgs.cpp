@@ -7,7 +7,7 @@ namespace {
 
 enum CgsSlot : Integer { kShadow = kMethodSlot, kU, kP, kQ, kImage, kEnd };
 enum CgsScalar : Integer { kRho };
-enum CgsStep : Integer { kStart, kIteration, kHaveDirection, kHaveUpdate };
+enum CgsStep : Integer { kStart, kIteration, kHaveDirection, kHaveUpdate, kHaveRho, kHaveSigma };
 
 /// u = r + beta q, p = u + beta (q + beta p)
 template <class T>
@@ -23,6 +23,11 @@ void next_directions(const Solver<T>& solver, const T& beta) {
 }
 
 template <class T>
+void want_rho(const Solver<T>& solver) {
+  solver.want_beside(kShadow, kResidual);
+}
+
+template <class T>
 Outcome resume_cgs(Solver<T>& solver) {
   T& rho = solver.state().scalar(kRho);
   switch (solver.state().step) {
@@ -32,7 +37,12 @@ Outcome resume_cgs(Solver<T>& solver) {
       solver.clear(kQ);
       rho = T(1.0);
       [[fallthrough]];
-    case kIteration: {
+    case kIteration:
+      if (solver.must_ask(kHaveRho, [&solver] { want_rho(solver); })) {
+        return Outcome::waiting;
+      }
+      [[fallthrough]];
+    case kHaveRho: {
       const T former_rho = rho;
       rho = solver.dot(kShadow, kResidual);
       if (solver.vanishes(rho, solver.euclidean(kShadow) * solver.euclidean(kResidual))) {
@@ -41,7 +51,12 @@ Outcome resume_cgs(Solver<T>& solver) {
       next_directions(solver, quotient(rho, former_rho));
       return solver.apply(kP, kImage, kHaveDirection);
     }
-    case kHaveDirection: {
+    case kHaveDirection:
+      if (solver.must_ask(kHaveSigma, [&solver] { solver.want_beside(kShadow, kImage); })) {
+        return Outcome::waiting;
+      }
+      [[fallthrough]];
+    case kHaveSigma: {
       const T sigma = solver.dot(kShadow, kImage);
       if (solver.vanishes(sigma, solver.euclidean(kShadow) * solver.euclidean(kImage))) {
         return Outcome::broken;
@@ -67,7 +82,13 @@ Outcome resume_cgs(Solver<T>& solver) {
 }
 
 template <class T>
-constexpr SolverSteps<T> kSteps = {resume_cgs<T>, kept_bounds<T>, kept_residual<T>, kept_iterate<T>};
+void want_next(Solver<T>& solver) {
+  want_kept_bounds(solver);
+  want_rho(solver);
+}
+
+template <class T>
+constexpr SolverSteps<T> kSteps = {resume_cgs<T>, kept_bounds<T>, kept_residual<T>, kept_iterate<T>, want_next<T>};
 
 }  // namespace
 
@@ -76,7 +97,7 @@ const SolverMethod kCgs = {2,
                            1,
                            false,
                            true,
-                           kHaveUpdate,
+                           kHaveSigma,
                            [](Integer) { return kEnd - kMethodSlot; },
                            [](Integer) { return Integer(0); },
                            0,

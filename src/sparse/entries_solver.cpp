@@ -22,13 +22,16 @@ Integer norm_code(const Option& norm) {
   return norm.letter() == '1' ? 0 : norm.letter() == 'I' ? 1 : norm.letter() == '2' ? 2 : -1;
 }
 
-enum BdfParameter : Integer {
+/// The arguments of the set-up, as F11BDD has them; F11BDF has neither NLOC nor FIRST.
+enum BddParameter : Integer {
   kMethod = 1,
   kPrecon,
   kNorm,
   kWeight,
   kIterm,
   kN,
+  kNloc,
+  kFirst,
   kM,
   kTol,
   kMaxitn,
@@ -38,6 +41,12 @@ enum BdfParameter : Integer {
   kLwreq,
   kWork,
   kLwork
+};
+
+/// Which rows of the system vectors have, counted from 1.
+struct Rows {
+  Integer count;
+  Integer first;
 };
 
 void report_parameter(Report& report, Integer number) {
@@ -71,11 +80,11 @@ void step(const SolverMethod* method, Integer* irevcm, T* work, T* u, T* v, cons
   }
   SolverState<T> state(work);
   if (!solver_state(StateMode::continuation, work) || !state.load() ||
-      (method != nullptr && &state.rules() != method)) {
+      (method != nullptr && (&state.rules() != method || state.is_distributed()))) {
     *info = Integer(Ending::not_set_up);
     return;
   }
-  if (lwork < work_length(state.rules(), state.n, state.m, state.preconditioned != 0)) {
+  if (lwork < work_length(state)) {
     *info = -kParameterLwork;
     return;
   }
@@ -125,14 +134,18 @@ template <class T>
 void set_up(Methods methods, const char* method, const char* precon, const char* norm, const char* weight,
             Integer iterm, Integer n, Integer m, const QuarnFloat& tol, Integer maxitn, const QuarnFloat& anorm,
             const QuarnFloat& sigmax, Integer monit, Integer* lwreq, T* work, Integer lwork, char* message_buffer,
-            Integer* ifail, int method_length, int precon_length, int norm_length, int weight_length) {
-  Report report("F11BDF", message_buffer, ifail);
+            Integer* ifail, int method_length, int precon_length, int norm_length, int weight_length,
+            const Rows* rows = nullptr) {
+  Report report(rows == nullptr ? "F11BDF" : "F11BDD", message_buffer, ifail);
   const SolverMethod* rules = method_named(methods, MethodName(method, method_length));
   const Option precon_option(precon, precon_length);
   const Option norm_option(norm, norm_length);
   const Option weight_option(weight, weight_length);
   const Integer largest_m = rules == nullptr ? 1 : std::min(n, rules->largest_m);
 
+  const auto number_of = [rows](Integer parameter) {
+    return rows == nullptr && parameter > kN ? parameter - (kM - kNloc) : parameter;
+  };
   struct {
     bool wrong;
     Integer parameter;
@@ -142,6 +155,8 @@ void set_up(Methods methods, const char* method, const char* precon, const char*
                       {!weight_option.is_one_of("NW"), kWeight},
                       {iterm < 1 || iterm > 2, kIterm},
                       {n < 1, kN},
+                      {rows != nullptr && (rows->count < 1 || rows->count > n), kNloc},
+                      {rows != nullptr && (rows->first < 1 || rows->first - 1 > n - rows->count), kFirst},
                       {rules != nullptr && rules->takes_m && (m < 1 || m > largest_m), kM},
                       {!(tol < 1), kTol},
                       {maxitn < 1, kMaxitn},
@@ -152,17 +167,19 @@ void set_up(Methods methods, const char* method, const char* precon, const char*
   const auto* fault = std::find_if(std::begin(checks), std::end(checks), [](const auto& check) { return check.wrong; });
   if (fault != std::end(checks)) {
     return fault->parameter == kM ? report.fail(3, 99997, kOrderRange, rules->largest_m, m)
-                                  : report_parameter(report, fault->parameter);
+                                  : report_parameter(report, number_of(fault->parameter));
   }
   SolverState<T> state(work);
   state.choose(*rules);
-  state.n = n;
+  state.n = rows == nullptr ? n : rows->count;
+  state.order = rows == nullptr ? 0 : n;
+  state.first = rows == nullptr ? 0 : rows->first;
   state.m = rules->takes_m ? m : 1;
   state.preconditioned = precon_option.letter() == 'P' ? 1 : 0;
-  const std::int64_t required = work_length(*rules, n, state.m, state.preconditioned != 0);
+  const std::int64_t required = work_length(state);
   *lwreq = Integer(std::min<std::int64_t>(required, std::numeric_limits<Integer>::max()));
   if (lwork < required) {
-    return report_parameter(report, kLwork);
+    return report_parameter(report, number_of(kLwork));
   }
   if (solver_state(StateMode::continuation, work) && solver_phase(work) != Phase::completed) {
     return report.fail(2, 99998,
@@ -289,6 +306,30 @@ void QuarnMPX_zf11bdf_(const char* method, const char* precon, const char* norm,
   char buffer[kMessageBufferLength];
   set_up(Methods::all, method, precon, norm, weight, *iterm, *n, *m, *tol, *maxitn, *anorm, *sigmax, *monit, lwreq,
          work, *lwork, buffer, ifail, method_length, precon_length, norm_length, weight_length);
+}
+
+void QuarnMPX_f11bdd_(const char* method, const char* precon, const char* norm, const char* weight,
+                      const Integer* iterm, const Integer* n, const Integer* nloc, const Integer* first,
+                      const Integer* m, const QuarnFloat* tol, const Integer* maxitn, const QuarnFloat* anorm,
+                      const QuarnFloat* sigmax, const Integer* monit, Integer* lwreq, QuarnFloat* work,
+                      const Integer* lwork, Integer* ifail, int method_length, int precon_length, int norm_length,
+                      int weight_length) {
+  char buffer[kMessageBufferLength];
+  const Rows rows{*nloc, *first};
+  set_up(Methods::all, method, precon, norm, weight, *iterm, *n, *m, *tol, *maxitn, *anorm, *sigmax, *monit, lwreq,
+         work, *lwork, buffer, ifail, method_length, precon_length, norm_length, weight_length, &rows);
+}
+
+void QuarnMPX_zf11bdd_(const char* method, const char* precon, const char* norm, const char* weight,
+                       const Integer* iterm, const Integer* n, const Integer* nloc, const Integer* first,
+                       const Integer* m, const QuarnFloat* tol, const Integer* maxitn, const QuarnFloat* anorm,
+                       const QuarnFloat* sigmax, const Integer* monit, Integer* lwreq, Complex* work,
+                       const Integer* lwork, Integer* ifail, int method_length, int precon_length, int norm_length,
+                       int weight_length) {
+  char buffer[kMessageBufferLength];
+  const Rows rows{*nloc, *first};
+  set_up(Methods::all, method, precon, norm, weight, *iterm, *n, *m, *tol, *maxitn, *anorm, *sigmax, *monit, lwreq,
+         work, *lwork, buffer, ifail, method_length, precon_length, norm_length, weight_length, &rows);
 }
 
 void QuarnMPX_zf11bef_(Integer* irevcm, Complex* u, Complex* v, QuarnFloat* wgt, Complex* work, const Integer* lwork,

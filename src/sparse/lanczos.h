@@ -17,7 +17,18 @@ enum LanczosScalar : Integer {
   kLanczosNextBeta,
   kLanczosEndScalar
 };
-enum LanczosStep : Integer { kLanczosStart, kLanczosNextVector, kLanczosHaveImage };
+enum LanczosStep : Integer {
+  kLanczosStart,
+  kLanczosNextVector,
+  kLanczosHaveImage,
+  kLanczosHaveSize,
+  kLanczosHaveAlpha,
+  kLanczosHaveBeta,
+  kLanczosHavePoint,
+  kLanczosLastStep = kLanczosHavePoint
+};
+// Where the caller forms sums, what alpha and beta are judged by.
+inline constexpr Integer kLanczosSize = 20;
 inline constexpr Integer kLanczosBesidePreconditioner = 3;  // A v, and M v of two vectors
 
 template <class T>
@@ -25,12 +36,19 @@ class Lanczos {
  public:
   explicit Lanczos(Solver<T>& solver) noexcept : solver_(solver) {}
 
-  /// v_1 from the residual, beta_1 its norm. iterated: all is well.
+  /// The residual becomes the first vector.
+  void prepare() const;
+  void want_size() const;
+  /// beta_1, and v_1 of length 1. iterated: all is well.
   Outcome start() const;
   /// Asks for M^-1 A v_k.
   Outcome ask() const { return solver_.apply(current(), kLanczosImage, kLanczosHaveImage); }
-  /// From the image of v_k: alpha_k, beta_(k+1), v_(k+1); beta_(k+1) and v_(k+1) are 0 at the end of the process.
-  Outcome step() const;
+  void want_alpha() const;
+  /// From the image of v_k: alpha_k, and the direction of v_(k+1).
+  Outcome make_orthogonal() const;
+  void want_beta() const;
+  /// beta_(k+1), and v_(k+1) of length 1; both are 0 at the end of the process.
+  Outcome normalise() const;
   /// v_(k+1) becomes v_k.
   void flip() const;
 
@@ -53,13 +71,16 @@ class Lanczos {
   /// x := x - alpha v - beta w
   void subtract(const QuarnFloat& alpha, Integer v, const QuarnFloat& beta, Integer w, Integer image) const;
   void scale_both(Integer slot, const QuarnFloat& factor) const;
+  Integer product() const { return solver_.preconditioned() ? solver_.product_slot() : Integer(kLanczosImage); }
 
   Solver<T>& solver_;
 };
 
-/// The course of a method: begin() once v_1 and beta_1 are there, iterate() after each step().
+/// The course of a method: begin() once v_1 and beta_1 are there, iterate() after each step of the process; when that
+/// waits for sums at kLanczosHavePoint, then settle().
 template <class T>
 Outcome resume_lanczos(Solver<T>& solver, void (*begin)(const Solver<T>&, const Lanczos<T>&),
-                       Outcome (*iterate)(const Solver<T>&, const Lanczos<T>&));
+                       Outcome (*iterate)(Solver<T>&, const Lanczos<T>&),
+                       Outcome (*settle)(Solver<T>&, const Lanczos<T>&));
 
 }  // namespace tesk

@@ -26,7 +26,7 @@ void next_direction(const Solver<T>& solver, const Lanczos<T>& lanczos, const Qu
 }
 
 template <class T>
-Outcome iterate(const Solver<T>& solver, const Lanczos<T>& lanczos) {
+Outcome iterate(Solver<T>& solver, const Lanczos<T>& lanczos) {
   const SolverState<T>& state = solver.state();
   QuarnFloat& cos = state.real(kCos);
   QuarnFloat& sin = state.real(kSin);
@@ -68,11 +68,12 @@ void begin(const Solver<T>& solver, const Lanczos<T>& lanczos) {
 
 template <class T>
 Outcome resume_minres(Solver<T>& solver) {
-  return resume_lanczos<T>(solver, begin<T>, iterate<T>);
+  return resume_lanczos<T>(solver, begin<T>, iterate<T>, iterate<T>);
 }
 
 template <class T>
-constexpr SolverSteps<T> kSteps = {resume_minres<T>, kept_bounds<T>, kept_residual<T>, kept_iterate<T>};
+constexpr SolverSteps<T> kSteps = {resume_minres<T>, kept_bounds<T>, kept_residual<T>, kept_iterate<T>,
+                                   want_kept_bounds<T>};
 
 }  // namespace
 
@@ -81,7 +82,7 @@ const SolverMethod kMinres = {6,
                               1,
                               false,
                               false,
-                              kLanczosHaveImage,
+                              kLanczosLastStep,
                               [](Integer) { return kEnd - kMethodSlot; },
                               [](Integer) { return Integer(0); },
                               kLanczosBesidePreconditioner,

@@ -22,13 +22,32 @@ Complex sign(const Complex& x) {
 }  // namespace
 
 template <class T>
+bool Solver<T>::wants_norm(Task task, Integer norm, Integer slot) {
+  if (distributed()) {
+    forget_sums();
+    want(Integer(kind_of(norm)), slot, slot);
+    ask_for_sums(task);
+  }
+  return distributed();
+}
+
+template <class T>
 void Solver<T>::begin_norm_estimate() {
   // Alternating signs and growing sizes: smooth vectors are close to the null space of many matrices.
-  const Integer last = std::max(Integer(1), n() - 1);
+  const Integer last = std::max(Integer(1), order() - 1);
+  const Integer before = distributed() ? state_.first - 1 : 0;
   for (Integer i = 1; i <= n(); ++i) {
-    const QuarnFloat size = 1 + QuarnFloat(i - 1) / last;
-    vector(kResidual)(i) = T(i % 2 == 1 ? size : -size);
+    const Integer row = before + i;
+    const QuarnFloat size = 1 + QuarnFloat(row - 1) / last;
+    vector(kResidual)(i) = T(row % 2 == 1 ? size : -size);
   }
+  if (!wants_norm(Task::estimate_start, state_.norm, kResidual)) {
+    start_norm_estimate();
+  }
+}
+
+template <class T>
+void Solver<T>::start_norm_estimate() {
   scale(n(), 1 / plain_norm(state_.norm, kResidual), vector(kResidual));
   state_[Place::anorm] = 0;
   state_.estimate_round = 0;
@@ -42,22 +61,15 @@ void Solver<T>::ask_for_image() {
 }
 
 template <class T>
-void Solver<T>::ask_for_next_image() {
-  divide_by_weights(kTrueResidual);
-  const Integer conjugate = conjugate_norm(state_.norm);
-  const QuarnFloat size = plain_norm(conjugate, kTrueResidual);
-  if (!isfinite(size)) {
-    state_[Place::anorm] = size;
-    return evaluate(kRestart);
+void Solver<T>::take_image() {
+  multiply_by_weights(kTrueResidual);
+  if (!wants_norm(Task::image_size, state_.norm, kTrueResidual)) {
+    measure_image();
   }
-  copy(kTrueResidual, kResidual);
-  replace_by_dual(conjugate, kResidual);
-  ask_for_image();
 }
 
 template <class T>
-void Solver<T>::ask_for_dual() {
-  multiply_by_weights(kTrueResidual);
+void Solver<T>::measure_image() {
   const QuarnFloat size = plain_norm(state_.norm, kTrueResidual);
   QuarnFloat& estimate = state_[Place::anorm];
   const bool grows = isfinite(size) && 100 * size > 101 * estimate;
@@ -65,29 +77,82 @@ void Solver<T>::ask_for_dual() {
   if (!grows || ++state_.estimate_round >= kEstimateRounds) {
     return evaluate(kRestart);
   }
-  replace_by_dual(state_.norm, kTrueResidual);
+  if (replace_by_dual(state_.norm, kTrueResidual, size, Task::image_dual_count)) {
+    ask_for_dual();
+  }
+}
+
+template <class T>
+void Solver<T>::ask_for_dual() {
+  finish_dual(state_.norm, kTrueResidual);
   multiply_by_weights(kTrueResidual);
   ask(Request::transposed_product, kTrueResidual, kTrueResidual, Task::norm_dual);
 }
 
-// v := the vector y whose conjugate norm is 1 and for which y^H v is the norm of v.
 template <class T>
-void Solver<T>::replace_by_dual(Integer norm, Integer slot) const {
+void Solver<T>::take_dual() {
+  divide_by_weights(kTrueResidual);
+  if (!wants_norm(Task::dual_size, conjugate_norm(state_.norm), kTrueResidual)) {
+    measure_dual();
+  }
+}
+
+template <class T>
+void Solver<T>::measure_dual() {
+  const Integer conjugate = conjugate_norm(state_.norm);
+  const QuarnFloat size = plain_norm(conjugate, kTrueResidual);
+  if (!isfinite(size)) {
+    state_[Place::anorm] = size;
+    return evaluate(kRestart);
+  }
+  copy(kTrueResidual, kResidual);
+  if (replace_by_dual(conjugate, kResidual, size, Task::dual_dual_count)) {
+    finish_next_vector();
+  }
+}
+
+template <class T>
+void Solver<T>::finish_next_vector() {
+  finish_dual(conjugate_norm(state_.norm), kResidual);
+  ask_for_image();
+}
+
+// v, of that size, := the vector y whose conjugate norm is 1 and for which y^H v is the norm of v. False when it takes
+// finish_dual(), once the task has the sum that is asked for.
+template <class T>
+bool Solver<T>::replace_by_dual(Integer norm, Integer slot, const QuarnFloat& size, Task count) {
   const SolverVector<T> v = vector(slot);
   if (norm == kTwoNorm) {
-    const QuarnFloat size = plain_norm(norm, slot);
-    return size > 0 ? scale(n(), 1 / size, v) : void();
+    if (size > 0) {
+      scale(n(), 1 / size, v);
+    }
+    return true;
   }
   if (norm == kOneNorm) {
     for (Integer i = 1; i <= n(); ++i) {
       v(i) = sign(v(i));
     }
-    return;
+    return true;
+  }
+  if (distributed()) {
+    // No part knows which of the largest elements is the first one: all of them, and then their mean.
+    for (Integer i = 1; i <= n(); ++i) {
+      v(i) = size_of(v(i)) == size ? sign(v(i)) : T();
+    }
+    return !wants_norm(count, kOneNorm, slot);
   }
   const Integer largest = index_of_largest(n(), v);
   const T direction = sign(v(largest));
   clear(slot);
   v(largest) = direction;
+  return true;
+}
+
+template <class T>
+void Solver<T>::finish_dual(Integer norm, Integer slot) const {
+  if (distributed() && norm == kInfinityNorm) {
+    scale(n(), 1 / plain_norm(kOneNorm, slot), vector(slot));
+  }
 }
 
 template <class T>
@@ -106,17 +171,19 @@ void Solver<T>::divide_by_weights(Integer slot) const {
 
 template void Solver<QuarnFloat>::begin_norm_estimate();
 template void Solver<Complex>::begin_norm_estimate();
-template void Solver<QuarnFloat>::ask_for_image();
-template void Solver<Complex>::ask_for_image();
-template void Solver<QuarnFloat>::ask_for_next_image();
-template void Solver<Complex>::ask_for_next_image();
+template void Solver<QuarnFloat>::start_norm_estimate();
+template void Solver<Complex>::start_norm_estimate();
+template void Solver<QuarnFloat>::take_image();
+template void Solver<Complex>::take_image();
+template void Solver<QuarnFloat>::measure_image();
+template void Solver<Complex>::measure_image();
 template void Solver<QuarnFloat>::ask_for_dual();
 template void Solver<Complex>::ask_for_dual();
-template void Solver<QuarnFloat>::replace_by_dual(Integer, Integer) const;
-template void Solver<Complex>::replace_by_dual(Integer, Integer) const;
-template void Solver<QuarnFloat>::multiply_by_weights(Integer) const;
-template void Solver<Complex>::multiply_by_weights(Integer) const;
-template void Solver<QuarnFloat>::divide_by_weights(Integer) const;
-template void Solver<Complex>::divide_by_weights(Integer) const;
+template void Solver<QuarnFloat>::take_dual();
+template void Solver<Complex>::take_dual();
+template void Solver<QuarnFloat>::measure_dual();
+template void Solver<Complex>::measure_dual();
+template void Solver<QuarnFloat>::finish_next_vector();
+template void Solver<Complex>::finish_next_vector();
 
 }  // namespace tesk

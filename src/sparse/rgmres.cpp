@@ -13,7 +13,9 @@ namespace {
 
 constexpr Integer kLargestRestart = 50;
 
-enum RgmresStep : Integer { kStart, kHaveImage, kNext };
+enum RgmresStep : Integer { kStart, kHaveImage, kNext, kHaveSize, kHaveProjection, kHaveCorrection };
+// Where the caller forms sums, the norm of a column of H.
+enum RgmresScalar : Integer { kColumnSize };
 constexpr Integer kTrial = kMethodSlot;
 /// v_j of the basis, j = 1 ... m + 1
 constexpr Integer basis(Integer j) { return kMethodSlot + j; }
@@ -55,18 +57,13 @@ void make_rotation(Complex& a, Complex& b, Complex& c, Complex& s) {
   b = Complex();
 }
 
-/// Column j of H from v_(j+1) = A v_j: makes it orthogonal to the basis and solves the small problem with it.
+/// Column j = inner + 1 of H, whose vector before it was made orthogonal to the basis was of that size and is of length
+/// `rest` now: the small problem with it.
 template <class T>
-Outcome extend(Solver<T>& solver) {
+Outcome extend(Solver<T>& solver, const QuarnFloat& size, const QuarnFloat& rest) {
   const Integer j = ++solver.state().inner;
   const SmallProblem<T> small(solver);
   const auto column = small.h.column(j);
-  const QuarnFloat size = solver.euclidean(basis(j + 1));
-  for (Integer i = 1; i <= j; ++i) {
-    column(i) = solver.dot(basis(i), basis(j + 1));
-    solver.add(-column(i), basis(i), basis(j + 1));
-  }
-  const QuarnFloat rest = solver.euclidean(basis(j + 1));
   column(j + 1) = T(rest);
   if (solver.vanishes(column(j + 1), size)) {
     column(j + 1) = T(0.0);  // the basis spans an invariant space: the solution is in it, unless the matrix is singular
@@ -89,11 +86,72 @@ Outcome extend(Solver<T>& solver) {
   return Outcome::iterated;
 }
 
+/// Makes v_(j+1) = A v_j orthogonal to the basis by the modified Gram-Schmidt process.
+template <class T>
+Outcome extend(Solver<T>& solver) {
+  const Integer j = solver.state().inner + 1;
+  const auto column = SmallProblem<T>(solver).h.column(j);
+  const QuarnFloat size = solver.euclidean(basis(j + 1));
+  for (Integer i = 1; i <= j; ++i) {
+    column(i) = solver.dot(basis(i), basis(j + 1));
+    solver.add(-column(i), basis(i), basis(j + 1));
+  }
+  return extend(solver, size, solver.euclidean(basis(j + 1)));
+}
+
+// Where the caller forms sums, the process is the classical one, twice: two requests for any number of vectors.
+
+template <class T>
+void want_projection(const Solver<T>& solver) {
+  const Integer j = solver.state().inner + 1;
+  for (Integer i = 1; i <= j; ++i) {
+    solver.want_dot(basis(i), basis(j + 1));
+  }
+  solver.want_euclidean(basis(j + 1));
+}
+
+template <class T>
+Outcome project(Solver<T>& solver) {
+  const Integer j = solver.state().inner + 1;
+  const auto column = SmallProblem<T>(solver).h.column(j);
+  solver.state().real(kColumnSize) = solver.euclidean(basis(j + 1));
+  for (Integer i = 1; i <= j; ++i) {
+    column(i) = solver.dot(basis(i), basis(j + 1));
+    solver.add(-column(i), basis(i), basis(j + 1));
+  }
+  solver.must_ask(kHaveCorrection, [&solver] {
+    want_projection(solver);
+    solver.want_norm(kIterate);
+  });
+  return Outcome::waiting;
+}
+
+template <class T>
+Outcome correct(Solver<T>& solver) {
+  const Integer j = solver.state().inner + 1;
+  const auto column = SmallProblem<T>(solver).h.column(j);
+  const QuarnFloat before = solver.euclidean(basis(j + 1));
+  QuarnFloat squared = before * before;
+  for (Integer i = 1; i <= j; ++i) {
+    const T correction = solver.dot(basis(i), basis(j + 1));
+    solver.add(-correction, basis(i), basis(j + 1));
+    column(i) += correction;
+    const QuarnFloat size = size_of(correction);
+    squared -= size * size;
+  }
+  return extend(solver, solver.state().real(kColumnSize), squared < 0 ? QuarnFloat() : sqrt(squared));
+}
+
 template <class T>
 Outcome resume_rgmres(Solver<T>& solver) {
   SolverState<T>& state = solver.state();
   switch (state.step) {
-    case kStart: {
+    case kStart:
+      if (solver.must_ask(kHaveSize, [&solver] { solver.want_euclidean(kResidual); })) {
+        return Outcome::waiting;
+      }
+      [[fallthrough]];
+    case kHaveSize: {
       const SmallProblem<T> small(solver);
       const QuarnFloat size = solver.euclidean(kResidual);
       small.g(1) = T(size);
@@ -104,8 +162,13 @@ Outcome resume_rgmres(Solver<T>& solver) {
     }
     case kNext:
       return solver.apply(basis(state.inner + 1), basis(state.inner + 2), kHaveImage);
+    case kHaveImage:
+      return solver.must_ask(kHaveProjection, [&solver] { want_projection(solver); }) ? Outcome::waiting
+                                                                                      : extend(solver);
+    case kHaveProjection:
+      return project(solver);
     default:
-      return extend(solver);
+      return correct(solver);
   }
 }
 
@@ -140,16 +203,16 @@ Integer rgmres_iterate(Solver<T>& solver) {
   for (Integer j = 1; j <= solver.state().inner; ++j) {
     solver.add(times(solver.unit(), y[std::size_t(j) - 1]), basis(j), kTrial);
   }
-  return isfinite(solver.norm(kTrial)) ? kTrial : kIterate;
+  return solver.distributed() || isfinite(solver.norm(kTrial)) ? kTrial : kIterate;
 }
 
 template <class T>
-constexpr SolverSteps<T> kSteps = {resume_rgmres<T>, rgmres_bounds<T>, rgmres_residual<T>, rgmres_iterate<T>};
+constexpr SolverSteps<T> kSteps = {resume_rgmres<T>, rgmres_bounds<T>, rgmres_residual<T>, rgmres_iterate<T>, nullptr};
 
 }  // namespace
 
 const SolverMethod kRgmres = {
-    1, "RGMRES",           kLargestRestart, true, false, kNext, [](Integer m) { return m + 2; }, small_length,
+    1, "RGMRES",           kLargestRestart, true, false, kHaveCorrection, [](Integer m) { return m + 2; }, small_length,
     0, kSteps<QuarnFloat>, kSteps<Complex>};
 
 }  // namespace tesk

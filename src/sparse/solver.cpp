@@ -1,6 +1,7 @@
 #include "src/sparse/solver.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "src/frame/constants.h"
 #include "src/util/random.h"
@@ -57,7 +58,9 @@ Integer Solver<T>::proceed(Request brought) {
     if (brought == Request::tidy_end) {
       state_.tidy = 1;
     }
-    if (!monitored) {
+    if (Request(state_.request) == Request::sums) {
+      take_growth();
+    } else if (!monitored) {
       tesk::copy(n(), v_, vector(state_.target));
     } else if (selects(&SolverIntegers::tidy)) {
       finish(Ending::tidy);
@@ -80,7 +83,11 @@ void Solver<T>::ask(Request request, Integer source, Integer target, Task task) 
 
 template <class T>
 Outcome Solver<T>::apply(Integer source, Integer target, Integer next_step) {
-  if (state_.iterm == 2 && !selects(&SolverIntegers::sigmax_known)) {
+  const bool measured = state_.iterm == 2 && !selects(&SolverIntegers::sigmax_known);
+  if (distributed()) {
+    state_.fresh = 0;
+    state_.growth = measured ? source + 1 : 0;
+  } else if (measured) {
     state_[Place::source] = norm(source);
   }
   state_.step = next_step;
@@ -97,7 +104,7 @@ void Solver<T>::advance() {
       }
       return ask(Request::preconditioner, state_.target, state_.target, Task::applied);
     case Task::applied:
-      if (state_.iterm == 2 && !selects(&SolverIntegers::sigmax_known)) {
+      if (state_.iterm == 2 && !selects(&SolverIntegers::sigmax_known) && !distributed()) {
         const QuarnFloat growth = norm(state_.target) / state_[Place::source];
         state_[Place::sigmax] = growth > state_[Place::sigmax] ? growth : state_[Place::sigmax];
       }
@@ -117,12 +124,35 @@ void Solver<T>::advance() {
       }
       return;
     case Task::right_side:
+      if (distributed()) {
+        forget_sums();
+        want_norm(kTrueResidual);
+        return ask_for_sums(Task::right_side_size);
+      }
+      [[fallthrough]];
+    case Task::right_side_size:
       state_[Place::right_hand_side] = norm(kTrueResidual);
       return evaluate(kRestart);
+    case Task::watching:
+      return decide();
+    case Task::beginning:
+      return begin_with_right_side();
+    case Task::judging:
+      return pronounce();
+    case Task::estimate_start:
+      return start_norm_estimate();
     case Task::norm_image:
+      return take_image();
+    case Task::image_size:
+      return measure_image();
+    case Task::image_dual_count:
       return ask_for_dual();
     case Task::norm_dual:
-      return ask_for_next_image();
+      return take_dual();
+    case Task::dual_size:
+      return measure_dual();
+    case Task::dual_dual_count:
+      return finish_next_vector();
     case Task::true_residual:
       for (Integer i = 1; i <= n(); ++i) {
         T& residual = vector(kTrueResidual)(i);
@@ -145,6 +175,28 @@ void Solver<T>::begin() {
   state_.phase = Integer(Phase::running);
   tesk::copy(n(), u_, vector(kIterate));
   tesk::copy(n(), v_, vector(kRightSide));
+  if (!distributed()) {
+    return begin_with_right_side();
+  }
+  forget_sums();
+  want_norm(kRightSide);
+  if (selects(&SolverIntegers::weighted)) {
+    for (Integer i = 1; i <= n(); ++i) {
+      vector(kTrueResidual)(i) = T(wgt_[i - 1]);
+      vector(kResidual)(i) = T(1 / wgt_[i - 1]);
+    }
+    want(Integer(SumKind::largest), kTrueResidual, kTrueResidual);
+    want(Integer(SumKind::largest), kResidual, kResidual);
+  }
+  ask_for_sums(Task::beginning);
+}
+
+template <class T>
+void Solver<T>::begin_with_right_side() {
+  if (distributed() && selects(&SolverIntegers::weighted)) {
+    state_[Place::largest_weight] = plain_norm(kInfinityNorm, kTrueResidual);
+    state_[Place::least_weight] = 1 / plain_norm(kInfinityNorm, kResidual);
+  }
   state_[Place::right_hand_side] = norm(kRightSide);
   if (state_[Place::right_hand_side] == 0) {
     clear(kIterate);
@@ -174,6 +226,16 @@ bool Solver<T>::monitoring_is_due() const {
 
 template <class T>
 void Solver<T>::watch() {
+  if (distributed() && steps_.want != nullptr) {
+    forget_sums();
+    steps_.want(*this);
+    return ask_for_sums(Task::watching);
+  }
+  decide();
+}
+
+template <class T>
+void Solver<T>::decide() {
   const Bounds bounds = steps_.bounds(*this);
   if (!isfinite(bounds.residual) || !isfinite(bounds.iterate)) {
     return evaluate(kBroken);
@@ -184,12 +246,16 @@ void Solver<T>::watch() {
   const Integer reason = (left <= (indirect ? kPreconditionedMargin * right : right) ? kCandidate : kLook) |
                          (state_.step == 0 ? Integer(kRestart) : Integer(0));
   if (reason != kLook || monitoring_is_due() || selects(&SolverIntegers::tidy) || state_.itn >= state_.maxitn) {
-    evaluate(reason);
+    return evaluate(reason);
   }
+  state_.fresh = Task(state_.task) == Task::watching ? 1 : 0;
+  state_.task = Integer(Task::method);
 }
 
 template <class T>
 void Solver<T>::evaluate(Integer reason) {
+  state_.fresh = 0;
+  state_.growth = 0;
   state_.reason = reason;
   state_.iterate = steps_.iterate(*this);
   ask(Request::product, state_.iterate, kTrueResidual, Task::true_residual);
@@ -197,6 +263,20 @@ void Solver<T>::evaluate(Integer reason) {
 
 template <class T>
 void Solver<T>::judge() {
+  if (distributed()) {
+    forget_sums();
+    want_norm(kTrueResidual);
+    want_norm(preconditioned_slot());
+    want_norm(state_.iterate);
+    want_euclidean(preconditioned_slot());
+    want_euclidean(kResidual);
+    return ask_for_sums(Task::judging);
+  }
+  pronounce();
+}
+
+template <class T>
+void Solver<T>::pronounce() {
   const Integer residual = preconditioned_slot();
   const QuarnFloat& left = state_[Place::stplhs] = norm(state_.iterm == 1 ? Integer(kTrueResidual) : residual);
   const QuarnFloat& right = state_[Place::stprhs] = right_side(norm(state_.iterate));
@@ -274,7 +354,7 @@ bool Solver<T>::advance_iterate(const T& alpha, Integer source) const {
   for (Integer i = 1; i <= n() && ordinary; ++i) {
     ordinary = is_below(v(i), bound);
   }
-  if (!ordinary &&
+  if (!ordinary && !distributed() &&
       !isfinite(size_of(factor) * plain_norm(kInfinityNorm, source) + plain_norm(kInfinityNorm, kIterate))) {
     return false;
   }
@@ -290,10 +370,15 @@ void Solver<T>::choose_shadow(Integer slot) const {
   Integer seed[4] = {(2 * state_.breakdowns + 1) % 32768, 7535, 26792, 30140};
   const SolverVector<T> shadow = vector(slot);
   const auto random = [&seed] { return QuarnFloat(Integer(next_nine_digits(0, seed) - 500'000'000), -9); };
-  for (Integer i = 1; i <= n(); ++i) {
-    shadow(i) = T(random());
+  // Each part takes its own of the numbers that the whole vector has.
+  const Integer first = distributed() ? state_.first : 1;
+  for (Integer row = 1; row - first < n(); ++row) {
+    T number(random());
     if constexpr (std::is_same_v<T, Complex>) {
-      shadow(i).im = random();
+      number.im = random();
+    }
+    if (row >= first) {
+      shadow(row - first + 1) = number;
     }
   }
 }
@@ -338,12 +423,18 @@ T Solver<T>::weighted(Integer slot, Integer i) const {
 
 template <class T>
 QuarnFloat Solver<T>::norm(Integer slot) const {
+  if (distributed()) {
+    return real_part(answer(sum_code(), slot, slot));
+  }
   return selects(&SolverIntegers::weighted) ? norm_of(state_.norm, n(), [&](Integer i) { return weighted(slot, i); })
                                             : plain_norm(state_.norm, slot);
 }
 
 template <class T>
 QuarnFloat Solver<T>::plain_norm(Integer norm, Integer slot) const {
+  if (distributed()) {
+    return real_part(answer(kind_of(norm), slot, slot));
+  }
   const SolverVector<T> v = vector(slot);
   return norm_of(norm, n(), [&](Integer i) -> const T& { return v(i); });
 }
@@ -351,14 +442,75 @@ QuarnFloat Solver<T>::plain_norm(Integer norm, Integer slot) const {
 // ||v||_inf sqrt(n) >= ||v||_2 >= ||v||_1 / sqrt(n), ||v||_1 >= ||v||_2 >= ||v||_inf
 template <class T>
 QuarnFloat Solver<T>::least_norm(const QuarnFloat& euclidean) const {
-  const QuarnFloat least = state_.norm == kInfinityNorm ? euclidean / sqrt(QuarnFloat(n())) : euclidean;
+  const QuarnFloat least = state_.norm == kInfinityNorm ? euclidean / sqrt(QuarnFloat(order())) : euclidean;
+  if (distributed()) {
+    return selects(&SolverIntegers::weighted) ? least * state_[Place::least_weight] : least;
+  }
   return selects(&SolverIntegers::weighted) ? least * *std::min_element(wgt_, wgt_ + n()) : least;
 }
 
 template <class T>
 QuarnFloat Solver<T>::largest_norm(const QuarnFloat& euclidean) const {
-  const QuarnFloat largest = state_.norm == kOneNorm ? euclidean * sqrt(QuarnFloat(n())) : euclidean;
+  const QuarnFloat largest = state_.norm == kOneNorm ? euclidean * sqrt(QuarnFloat(order())) : euclidean;
+  if (distributed()) {
+    return selects(&SolverIntegers::weighted) ? largest * state_[Place::largest_weight] : largest;
+  }
   return selects(&SolverIntegers::weighted) ? largest * *std::max_element(wgt_, wgt_ + n()) : largest;
+}
+
+// Sums that the caller forms --------------------------------------------------------------------------------------
+
+template <class T>
+Integer Solver<T>::sum_code() const noexcept {
+  return Integer(kind_of(state_.norm)) + (selects(&SolverIntegers::weighted) ? kWeightedSum : 0);
+}
+
+template <class T>
+void Solver<T>::want(Integer code, Integer a, Integer b) const {
+  const auto place_of = [this](Integer slot) { return QuarnFloat(kHeaderLength + std::int64_t(slot) * n() + 1); };
+  const T wanted[] = {T(QuarnFloat(code)), T(place_of(a)), T(place_of(b)), T()};
+  T* const end = table() + std::ptrdiff_t(state_.known + state_.sums) * kSumElements;
+  for (const T* known = table(); known != end; known += kSumElements) {
+    if (std::equal(wanted, wanted + kSumElements - 1, known)) {
+      return;
+    }
+  }
+  std::copy(std::begin(wanted), std::end(wanted), end);
+  ++state_.sums;
+}
+
+template <class T>
+T Solver<T>::answer(Integer code, Integer a, Integer b) const {
+  const auto place_of = [this](Integer slot) { return QuarnFloat(kHeaderLength + std::int64_t(slot) * n() + 1); };
+  const T wanted[] = {T(QuarnFloat(code)), T(place_of(a)), T(place_of(b))};
+  const T* const end = table() + std::ptrdiff_t(state_.known + state_.sums) * kSumElements;
+  for (const T* known = table(); known != end; known += kSumElements) {
+    if (std::equal(std::begin(wanted), std::end(wanted), known)) {
+      return known[kSumElements - 1];
+    }
+  }
+  return T(QuarnFloat(std::numeric_limits<double>::quiet_NaN()));  // somebody has written over WORK
+}
+
+template <class T>
+void Solver<T>::ask_for_sums(Task task) {
+  if (state_.growth != 0) {
+    want_norm(state_.growth - 1);
+    want_norm(state_.target);
+  }
+  state_.sums_place = Integer(table() - state_.work()) + state_.known * kSumElements + 1;
+  state_.request = Integer(Request::sums);
+  state_.task = Integer(task);
+  asked_ = true;
+}
+
+template <class T>
+void Solver<T>::take_growth() {
+  if (state_.growth != 0) {
+    const QuarnFloat growth = norm(state_.target) / norm(state_.growth - 1);
+    state_[Place::sigmax] = growth > state_[Place::sigmax] ? growth : state_[Place::sigmax];
+    state_.growth = 0;
+  }
 }
 
 template class Solver<QuarnFloat>;

@@ -8,6 +8,10 @@
 // starts anew from the iterate; two replacements with less than a factor of two between them mean that the precision is
 // used up. A method that has broken down starts anew with another shadow vector, a few times.
 //
+// Sums over all elements of a vector, inner products and norms, are formed here when they are needed. Where the vectors
+// are parts of longer ones the caller forms them: a method wants() those of its next step, which makes one request of
+// them, and goes on at a step of its own once they are there. The same lines then find them instead of forming them.
+//
 // Range. Squares of numbers beyond 10^+-500000000 leave the range of QuarnFloat. Norms scale such numbers; and where
 // the residual is beyond 10^+-100000000 at a new start, the method works on it divided by a power of ten, so that its
 // inner products are safe. Both are exact. Iterate, right-hand side and true residual stay as they are.
@@ -43,6 +47,11 @@ inline void add_square(QuarnFloat& sum, const QuarnFloat& x) { add_product(sum, 
 inline void add_square(QuarnFloat& sum, const Complex& x) {
   add_product(sum, x.re, x.re);
   add_product(sum, x.im, x.im);
+}
+
+/// What the caller forms where vectors are parts of longer ones.
+constexpr SumKind kind_of(Integer norm) {
+  return norm == kTwoNorm ? SumKind::two_norm : norm == kOneNorm ? SumKind::one_norm : SumKind::largest;
 }
 
 /// Numbers of F11BEF's failures, in the order of its messages.
@@ -133,6 +142,8 @@ class Solver {
   // For the methods.
   SolverState<T>& state() const noexcept { return state_; }
   Integer n() const noexcept { return state_.n; }
+  /// Of the system, of which n() rows are here.
+  Integer order() const noexcept { return distributed() ? state_.order : n(); }
   SolverVector<T> vector(Integer slot) const noexcept { return state_.vector(slot); }
   /// What the method has behind the vectors.
   T* constants() const noexcept { return &vector(vector_count(method_, state_.m, state_.preconditioned != 0))(1); }
@@ -148,14 +159,56 @@ class Solver {
     return !(size_of(a) > epsilon() * size);
   }
   /// a^H b, a^T b of real vectors.
-  T dot(Integer a, Integer b) const { return tesk::dot(n(), vector(a), vector(b), Op::conjugate_transpose); }
-  QuarnFloat euclidean(Integer slot) const { return euclidean_norm(n(), vector(slot)); }
+  T dot(Integer a, Integer b) const {
+    return distributed() ? answer(SumKind::inner_product, a, b)
+                         : tesk::dot(n(), vector(a), vector(b), Op::conjugate_transpose);
+  }
+  QuarnFloat euclidean(Integer slot) const {
+    return distributed() ? plain_norm(kTwoNorm, slot) : euclidean_norm(n(), vector(slot));
+  }
+  /// Are the vectors parts of longer ones, so that the caller forms what is summed over their elements?
+  bool distributed() const noexcept { return state_.is_distributed(); }
+  void want_dot(Integer a, Integer b) const { want(Integer(SumKind::inner_product), a, b); }
+  void want_euclidean(Integer slot) const { want(Integer(SumKind::two_norm), slot, slot); }
+  /// An inner product, and the norms that say whether it vanishes.
+  void want_beside(Integer a, Integer b) const {
+    want_dot(a, b);
+    want_euclidean(a);
+    want_euclidean(b);
+  }
+  void want_norm(Integer slot) const { want(sum_code(), slot, slot); }
+  /// True when the caller has to form the sums that `wants` wants first: the method waits, and goes on at next_step.
+  template <class Wants>
+  bool must_ask(Integer next_step, const Wants& wants) {
+    if (!distributed()) {
+      return false;
+    }
+    if (state_.fresh != 0) {
+      state_.fresh = 0;
+      return false;
+    }
+    forget_sums();
+    return must_ask_more(next_step, wants);
+  }
+  /// The same, where the answers before are to stay.
+  template <class Wants>
+  bool must_ask_more(Integer next_step, const Wants& wants) {
+    if (!distributed()) {
+      return false;
+    }
+    state_.known += state_.sums;
+    state_.sums = 0;
+    wants();
+    state_.step = next_step;
+    ask_for_sums(Task::method);
+    return true;
+  }
   /// vector(target) += alpha vector(source)
   void add(const T& alpha, Integer source, Integer target) const {
     add_multiple(n(), alpha, vector(source), vector(target));
   }
   /// The iterate += alpha vector(source), in the units of the iterate; false, and nothing done, when a number would not
-  /// be finite.
+  /// be finite. Of parts of vectors nobody here can say so; the next norm does.
   bool advance_iterate(const T& alpha, Integer source) const;
   /// What the vectors of the method are to be multiplied by.
   const QuarnFloat& unit() const noexcept { return state_[Place::unit]; }
@@ -179,7 +232,17 @@ class Solver {
     norm_image,     // A x of the norm estimate
     norm_dual,      // A^T y of the norm estimate
     true_residual,  // A x of the iterate being judged
-    judgement       // M^-1 (b - A x)
+    judgement,      // M^-1 (b - A x)
+    // and to sums
+    watching,          // the bounds of an iterate
+    beginning,         // the norm of b
+    right_side_size,   // that of M^-1 b
+    judging,           // of an iterate
+    estimate_start,    // of the first vector of the norm estimate
+    image_size,        // of A x of the norm estimate
+    image_dual_count,  // how many elements of A x are the largest ones
+    dual_size,         // of A^T y
+    dual_dual_count    // how many elements of A^T y are the largest ones
   };
   /// Why an iterate is judged: a sum of these.
   enum Reason : Integer { kLook = 0, kCandidate = 1, kRestart = 2, kBroken = 4, kUnsuitable = 8 };
@@ -191,22 +254,41 @@ class Solver {
   QuarnFloat right_side(const QuarnFloat& iterate_norm) const;
   bool monitoring_is_due() const;
 
+  void forget_sums() noexcept { state_.known = state_.sums = 0; }
+  T* table() const noexcept { return constants() + method_.constants(state_.m); }
+  Integer sum_code() const noexcept;
+  void want(Integer code, Integer a, Integer b) const;
+  T answer(Integer code, Integer a, Integer b) const;
+  T answer(SumKind kind, Integer a, Integer b) const { return answer(Integer(kind), a, b); }
+  void ask_for_sums(Task task);
+  void take_growth();
+
   void begin();
+  void begin_with_right_side();
   void ask(Request request, Integer source, Integer target, Task task);
   void hand_out_iterate();
   void advance();
   void watch();
+  void decide();
   void evaluate(Integer reason);
   void judge();
+  void pronounce();
   void restart();
   void finish(Ending ending);
 
   void begin_norm_estimate();
+  void start_norm_estimate();
   void ask_for_image();
-  void ask_for_next_image();
+  void take_dual();
+  void measure_dual();
+  void finish_next_vector();
+  void take_image();
+  void measure_image();
   void ask_for_dual();
+  bool wants_norm(Task task, Integer norm, Integer slot);
   QuarnFloat plain_norm(Integer norm, Integer slot) const;
-  void replace_by_dual(Integer norm, Integer slot) const;
+  bool replace_by_dual(Integer norm, Integer slot, const QuarnFloat& size, Task count);
+  void finish_dual(Integer norm, Integer slot) const;
   void multiply_by_weights(Integer slot) const;
   void divide_by_weights(Integer slot) const;
 
@@ -224,6 +306,11 @@ class Solver {
 template <class T>
 Bounds kept_bounds(const Solver<T>& solver) {
   return {solver.norm(kResidual), solver.norm(kIterate)};
+}
+template <class T>
+void want_kept_bounds(Solver<T>& solver) {
+  solver.want_norm(kResidual);
+  solver.want_norm(kIterate);
 }
 template <class T>
 QuarnFloat kept_residual(const Solver<T>& solver) {

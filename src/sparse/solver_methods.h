@@ -33,6 +33,8 @@ struct SolverSteps {
   QuarnFloat (*residual)(const Solver<T>& solver);
   /// Forms the iterate and gives its vector.
   Integer (*iterate)(Solver<T>& solver);
+  /// Wants the sums that bounds(), and then the next step, take.
+  void (*want)(Solver<T>& solver);
 };
 
 struct SolverMethod {
@@ -93,8 +95,14 @@ inline Integer vector_count(const SolverMethod& method, Integer m, bool precondi
 }
 
 /// LWREQ, before it is cut to the largest Integer.
-inline std::int64_t work_length(const SolverMethod& method, Integer n, Integer m, bool preconditioned) {
-  return kHeaderLength + std::int64_t(n) * vector_count(method, m, preconditioned) + method.constants(m);
+inline std::int64_t work_length(const SolverMethod& method, Integer n, Integer m, bool preconditioned,
+                                bool distributed = false) {
+  return kHeaderLength + std::int64_t(n) * vector_count(method, m, preconditioned) + method.constants(m) +
+         (distributed ? kMostSums * kSumElements : 0);
+}
+template <class T>
+std::int64_t work_length(const SolverState<T>& state) {
+  return work_length(state.rules(), state.n, state.m, state.preconditioned != 0, state.is_distributed());
 }
 
 }  // namespace tesk

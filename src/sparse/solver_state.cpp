@@ -36,10 +36,10 @@ constexpr IntegerPlace kPlaces[] = {
     {&SolverIntegers::monit, 11, 0, kLargest},
     {&SolverIntegers::anorm_known, 12, 0, 1},
     {&SolverIntegers::sigmax_known, 13, 0, 1},
-    {&SolverIntegers::request, 14, -1, 4},
+    {&SolverIntegers::request, 14, -1, 7},
     {&SolverIntegers::target, 15, 0, kLargest},
     {&SolverIntegers::itn, kIterationsPlace, 0, kLargest},
-    {&SolverIntegers::task, 17, 0, 15},
+    {&SolverIntegers::task, 17, 0, 31},
     {&SolverIntegers::step, 18, 0, 15},
     {&SolverIntegers::inner, 19, 0, 50},
     {&SolverIntegers::iterate, 21, 0, kLargest},
@@ -51,11 +51,21 @@ constexpr IntegerPlace kPlaces[] = {
     {&SolverIntegers::fruitless, 28, 0, kLargest},
 };
 
+/// Those of problems whose vectors are parts of longer ones; zero in others.
+constexpr IntegerPlace kDistributedPlaces[] = {
+    {&SolverIntegers::order, 29, 0, kLargest},  {&SolverIntegers::first, 30, 0, kLargest},
+    {&SolverIntegers::sums, 31, 0, kMostSums},  {&SolverIntegers::sums_place, 32, 0, kLargest},
+    {&SolverIntegers::fresh, 33, 0, 1},         {&SolverIntegers::growth, 34, 0, kLargest},
+    {&SolverIntegers::known, 35, 0, kMostSums},
+};
+
 /// Codes of the classic methods are not part of the sum: any number beyond them means the last one.
 Integer check_sum(const SolverIntegers& integers, const SolverMethod& rules) {
   std::uint32_t sum = symmetric_method(rules.code) == nullptr ? 1 : std::uint32_t(rules.code);
-  for (const IntegerPlace& at : kPlaces) {
-    sum = (sum ^ std::uint32_t(integers.*at.member)) * 16777619U;
+  const auto take = [&](const IntegerPlace& at) { sum = (sum ^ std::uint32_t(integers.*at.member)) * 16777619U; };
+  std::for_each(std::begin(kPlaces), std::end(kPlaces), take);
+  if (integers.order != 0) {
+    std::for_each(std::begin(kDistributedPlaces), std::end(kDistributedPlaces), take);
   }
   return Integer(sum >> 1);
 }
@@ -117,28 +127,32 @@ void SolverState<T>::choose(const SolverMethod& rules) noexcept {
 template <class T>
 void SolverState<T>::save() const {
   real_part(work_[kMethodPlace - 1]) = method;
-  for (const IntegerPlace& at : kPlaces) {
-    real_part(work_[at.place - 1]) = this->*at.member;
-  }
+  const auto write = [this](const IntegerPlace& at) { real_part(work_[at.place - 1]) = this->*at.member; };
+  std::for_each(std::begin(kPlaces), std::end(kPlaces), write);
+  std::for_each(std::begin(kDistributedPlaces), std::end(kDistributedPlaces), write);
   real_part(work_[kCheckSumPlace - 1]) = check_sum(*this, *rules_);
 }
 
 template <class T>
 bool SolverState<T>::load() {
   method = nearest_integer(real_part(work_[kMethodPlace - 1]));
-  for (const IntegerPlace& at : kPlaces) {
+  const auto read = [this](const IntegerPlace& at) {
     const Integer value = nearest_integer(real_part(work_[at.place - 1]));
-    if (value < at.low || value > at.high) {
-      return false;
-    }
     this->*at.member = value;
+    return value >= at.low && value <= at.high;
+  };
+  if (!std::all_of(std::begin(kPlaces), std::end(kPlaces), read) ||
+      !std::all_of(std::begin(kDistributedPlaces), std::end(kDistributedPlaces), read)) {
+    return false;
   }
   const Integer sum = nearest_integer(real_part(work_[kCheckSumPlace - 1]));
   const SolverMethod* const symmetric = symmetric_method(method);
   rules_ = symmetric != nullptr && sum == check_sum(*this, *symmetric) ? symmetric : &solver_method(method);
   const Integer vectors = vector_count(*rules_, m, preconditioned != 0);
   return sum == check_sum(*this, *rules_) && m <= rules_->largest_m && target < vectors && iterate < vectors &&
-         step <= rules_->last_step && (inner < m || (inner == m && step == 0));
+         growth <= vectors && known + sums <= kMostSums &&
+         (order == 0 || (n <= order && first >= 1 && first <= order - n + 1)) && step <= rules_->last_step &&
+         (inner < m || (inner == m && step == 0));
 }
 
 template <class T>
@@ -147,7 +161,7 @@ void begin_problem(SolverState<T>& state, const QuarnFloat& tol, const QuarnFloa
   state.sigmax_known = sigmax > 0 ? 1 : 0;
   state[Place::anorm] = std::max(anorm, QuarnFloat(0));
   state[Place::sigmax] = std::max(sigmax, QuarnFloat(0));
-  state[Place::tol] = tolerance(tol, state.n);
+  state[Place::tol] = tolerance(tol, state.is_distributed() ? state.order : state.n);
   state.save();
   solver_state(StateMode::set_up, state.work());
 }

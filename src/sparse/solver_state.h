@@ -22,6 +22,15 @@ inline constexpr Integer kHeaderLength = 100;
 /// The working digits that every Integer of the state needs.
 inline constexpr int kLeastDigits = 10;
 
+/// Sums that the caller may be asked for at a time, and the elements of WORK that each takes: kind, where its vectors
+/// begin, value.
+inline constexpr Integer kMostSums = 128;
+inline constexpr Integer kSumElements = 4;
+
+/// The kinds of sums over the elements of a vector; kWeighted more where they are multiplied by their weights before.
+enum class SumKind : Integer { inner_product = 1, two_norm, one_norm, largest };
+inline constexpr Integer kWeightedSum = 10;
+
 enum class Phase : Integer { set_up, running, completed };
 
 /// What the caller is asked for, or answers: the values of IREVCM.
@@ -33,7 +42,8 @@ enum class Request : Integer {
   monitoring = 3,
   completion = 4,
   tidy_end = 5,
-  immediate_end = 6
+  immediate_end = 6,
+  sums = 7
 };
 
 /// The norms of the criterion, as SolverIntegers::norm has them.
@@ -59,6 +69,14 @@ struct SolverIntegers {
   Integer estimate_round = 0;  // of the norm estimate
   Integer breakdowns = 0;      // since the start
   Integer fruitless = 0;       // new starts since the residual was last halved
+  // where vectors are parts of longer ones
+  Integer order = 0;       // of the system, 0 where all of it is here
+  Integer first = 0;       // the row of the system that the first element here belongs to
+  Integer sums = 0;        // how many sums the caller has been asked for
+  Integer known = 0;       // how many before these still have their values
+  Integer sums_place = 0;  // where they stand in WORK, 1-based
+  Integer fresh = 0;       // the answers are also those that the next step of the method asks for
+  Integer growth = 0;      // a product of which SIGMAX is to take notice: that of this vector, counted from 1
 };
 
 /// Where real scalars live in WORK, 1-based.
@@ -74,7 +92,9 @@ enum class Place : Integer {
   restart_residual,   // Euclidean norm of the preconditioned residual when the method was last started
   source,             // norm of the vector that a product has been asked for
   unit,               // the power of ten that the vectors of the method are to be multiplied by
-  method              // first of those that belong to the method
+  method,             // first of those that belong to the method
+  least_weight = 99,  // these two where the vectors are parts of longer ones
+  largest_weight
 };
 
 /// The work array through its layout. What is real stands in the real parts of a complex one.
@@ -91,6 +111,7 @@ class SolverState : public SolverIntegers {
   QuarnFloat& operator[](Place place) const noexcept { return real_part(work_[Integer(place) - 1]); }
   T& scalar(Integer i) const noexcept { return work_[Integer(Place::method) - 1 + i]; }
   QuarnFloat& real(Integer i) const noexcept { return real_part(scalar(i)); }
+  bool is_distributed() const noexcept { return order != 0; }
   /// A vector of N elements, counted from 0.
   OneBasedVector<T> vector(Integer slot) const noexcept {
     return {work_ + kHeaderLength + std::ptrdiff_t(slot) * n, 1};

@@ -47,26 +47,40 @@ bool rotate(const Solver<T>& solver, const Lanczos<T>& lanczos) {
   return true;
 }
 
+/// The step to the point of conjugate gradients, unless x is better.
+template <class T>
+Outcome settle_point(Solver<T>& solver, const Lanczos<T>& /*lanczos*/) {
+  const SolverState<T>& state = solver.state();
+  if (solver.euclidean(kResidual) <= solver.euclidean(kLqResidual)) {
+    const QuarnFloat zeta = state.real(kRight) / state.real(kGammaBar);
+    solver.add(zeta * solver.unit(), kDirection, kPoint);
+  } else {
+    solver.copy(kLqResidual, kResidual);
+  }
+  return Outcome::iterated;
+}
+
 /// The point of conjugate gradients, or x where that is better.
 template <class T>
-void choose_point(const Solver<T>& solver, const Lanczos<T>& lanczos) {
+Outcome choose_point(Solver<T>& solver, const Lanczos<T>& lanczos) {
   const SolverState<T>& state = solver.state();
   const QuarnFloat& gamma_bar = state.real(kGammaBar);
   solver.copy(kIterate, kPoint);
   solver.copy(kLqResidual, kResidual);
   if (solver.vanishes(gamma_bar, fabs(lanczos.alpha()) + lanczos.beta())) {
-    return;
+    return Outcome::iterated;
   }
   const QuarnFloat zeta = state.real(kRight) / gamma_bar;
   solver.add(-zeta, kDirectionImage, kResidual);
-  if (!(solver.euclidean(kResidual) <= solver.euclidean(kLqResidual))) {
-    return solver.copy(kLqResidual, kResidual);
-  }
-  solver.add(zeta * solver.unit(), kDirection, kPoint);
+  const auto wants = [&solver] {
+    solver.want_euclidean(kResidual);
+    solver.want_euclidean(kLqResidual);
+  };
+  return solver.must_ask(kLanczosHavePoint, wants) ? Outcome::waiting : settle_point(solver, lanczos);
 }
 
 template <class T>
-Outcome iterate(const Solver<T>& solver, const Lanczos<T>& lanczos) {
+Outcome iterate(Solver<T>& solver, const Lanczos<T>& lanczos) {
   const SolverState<T>& state = solver.state();
   if (lanczos.is_first()) {
     solver.copy(lanczos.current(), kDirection);
@@ -78,8 +92,7 @@ Outcome iterate(const Solver<T>& solver, const Lanczos<T>& lanczos) {
   } else if (!rotate(solver, lanczos)) {
     return Outcome::broken;
   }
-  choose_point(solver, lanczos);
-  return Outcome::iterated;
+  return choose_point(solver, lanczos);
 }
 
 template <class T>
@@ -92,7 +105,7 @@ Outcome resume_symmlq(Solver<T>& solver) {
   if (solver.state().step == kLanczosStart) {
     solver.copy(kIterate, kPoint);  // where the process cannot begin, that is the iterate too
   }
-  return resume_lanczos<T>(solver, begin<T>, iterate<T>);
+  return resume_lanczos<T>(solver, begin<T>, iterate<T>, settle_point<T>);
 }
 
 template <class T>
@@ -106,7 +119,14 @@ Integer symmlq_iterate(Solver<T>& /*solver*/) {
 }
 
 template <class T>
-constexpr SolverSteps<T> kSteps = {resume_symmlq<T>, symmlq_bounds<T>, kept_residual<T>, symmlq_iterate<T>};
+void want_bounds(Solver<T>& solver) {
+  solver.want_norm(kResidual);
+  solver.want_norm(kPoint);
+}
+
+template <class T>
+constexpr SolverSteps<T> kSteps = {resume_symmlq<T>, symmlq_bounds<T>, kept_residual<T>, symmlq_iterate<T>,
+                                   want_bounds<T>};
 
 }  // namespace
 
@@ -115,7 +135,7 @@ const SolverMethod kSymmlq = {7,
                               1,
                               false,
                               false,
-                              kLanczosHaveImage,
+                              kLanczosLastStep,
                               [](Integer) { return kEnd - kMethodSlot; },
                               [](Integer) { return Integer(0); },
                               kLanczosBesidePreconditioner,

@@ -12,18 +12,25 @@ namespace {
 
 enum TfqmrSlot : Integer { kShadow = kMethodSlot, kW, kY, kImage, kV, kD, kImageOfD, kEnd };
 enum TfqmrScalar : Integer { kRho, kTau, kTheta, kEta, kAlpha, kHalfSteps };
-enum TfqmrStep : Integer { kStart, kSecondImage, kIteration, kNextImage };
+enum TfqmrStep : Integer {
+  kStart,
+  kSecondImage,
+  kIteration,
+  kNextImage,
+  kHaveStartSums,
+  kHaveSigmaSums,
+  kHaveFirstTheta,
+  kHaveSecondTheta,
+  kHaveRhoSums
+};
 
-/// One half step with y and its image A y: w -= alpha A y, then the quasi-minimisation along d. False when the iterate
-/// would not be finite.
+/// One half step with y and its image A y: w -= alpha A y, and the direction d.
 template <class T>
-bool half_step(const Solver<T>& solver) {
+void take_image(const Solver<T>& solver) {
   const SolverState<T>& state = solver.state();
-  QuarnFloat& tau = state.real(kTau);
-  QuarnFloat& theta = state.real(kTheta);
-  T& eta = state.scalar(kEta);
+  const QuarnFloat& theta = state.real(kTheta);
   const T& alpha = state.scalar(kAlpha);
-  const T carried = quotient(theta * theta * eta, alpha);
+  const T carried = quotient(theta * theta * state.scalar(kEta), alpha);
   const auto y = solver.vector(kY);
   const auto image = solver.vector(kImage);
   const auto d = solver.vector(kD);
@@ -33,10 +40,19 @@ bool half_step(const Solver<T>& solver) {
     image_of_d(i) = image(i) + carried * image_of_d(i);
   }
   solver.add(-alpha, kImage, kW);
+}
+
+/// Its end, the quasi-minimisation along d. False when the iterate would not be finite.
+template <class T>
+bool half_step(const Solver<T>& solver) {
+  const SolverState<T>& state = solver.state();
+  QuarnFloat& tau = state.real(kTau);
+  QuarnFloat& theta = state.real(kTheta);
+  T& eta = state.scalar(kEta);
   theta = solver.euclidean(kW) / tau;
   const QuarnFloat c_squared = 1 / (1 + theta * theta);
   tau *= theta * sqrt(c_squared);
-  eta = c_squared * alpha;
+  eta = c_squared * state.scalar(kAlpha);
   state.real(kHalfSteps) += 1;
   if (!solver.advance_iterate(eta, kD)) {
     return false;
@@ -45,7 +61,23 @@ bool half_step(const Solver<T>& solver) {
   return true;
 }
 
-/// From the image of y1: alpha, the first half step, y2 = y1 - alpha v.
+template <class T>
+bool must_wait_for_theta(Solver<T>& solver, Integer step) {
+  return solver.must_ask(step, [&solver] { solver.want_euclidean(kW); });
+}
+
+/// The end of the first half step, y2 = y1 - alpha v.
+template <class T>
+Outcome end_first_half(Solver<T>& solver) {
+  const SolverState<T>& state = solver.state();
+  if (!half_step(solver) || state.real(kTau) == 0) {
+    return Outcome::broken;  // when tau is zero luckily: so is the residual
+  }
+  solver.add(-state.scalar(kAlpha), kV, kY);
+  return solver.apply(kY, kImage, kSecondImage);
+}
+
+/// From the image of y1: alpha, and the first half step.
 template <class T>
 Outcome first_half(Solver<T>& solver) {
   const SolverState<T>& state = solver.state();
@@ -54,11 +86,8 @@ Outcome first_half(Solver<T>& solver) {
     return Outcome::broken;
   }
   state.scalar(kAlpha) = quotient(state.scalar(kRho), sigma);
-  if (!half_step(solver) || state.real(kTau) == 0) {
-    return Outcome::broken;  // when tau is zero luckily: so is the residual
-  }
-  solver.add(-state.scalar(kAlpha), kV, kY);
-  return solver.apply(kY, kImage, kSecondImage);
+  take_image(solver);
+  return must_wait_for_theta(solver, kHaveFirstTheta) ? Outcome::waiting : end_first_half(solver);
 }
 
 /// y1 = w + beta y2, and v = beta (A y2 + beta v), to which A y1 is still to come.
@@ -93,6 +122,11 @@ Outcome resume_tfqmr(Solver<T>& solver) {
       solver.clear(kV);
       solver.clear(kD);
       solver.clear(kImageOfD);
+      if (solver.must_ask(kHaveStartSums, [&solver] { solver.want_beside(kShadow, kResidual); })) {
+        return Outcome::waiting;
+      }
+      [[fallthrough]];
+    case kHaveStartSums:
       state.real(kTau) = solver.euclidean(kResidual);
       state.scalar(kRho) = solver.dot(kShadow, kResidual);
       state.real(kTheta) = 0;
@@ -101,13 +135,31 @@ Outcome resume_tfqmr(Solver<T>& solver) {
       return solver.apply(kY, kImage, kNextImage);
     case kNextImage:
       solver.add(T(1.0), kImage, kV);
+      if (solver.must_ask(kHaveSigmaSums, [&solver] { solver.want_beside(kShadow, kV); })) {
+        return Outcome::waiting;
+      }
+      [[fallthrough]];
+    case kHaveSigmaSums:
       return first_half(solver);
+    case kHaveFirstTheta:
+      return end_first_half(solver);
     case kSecondImage:
+      take_image(solver);
+      if (must_wait_for_theta(solver, kHaveSecondTheta)) {
+        return Outcome::waiting;
+      }
+      [[fallthrough]];
+    case kHaveSecondTheta:
       if (!half_step(solver)) {
         return Outcome::broken;
       }
       state.step = kIteration;
       return Outcome::iterated;
+    case kIteration:
+      if (solver.must_ask(kHaveRhoSums, [&solver] { solver.want_beside(kShadow, kW); })) {
+        return Outcome::waiting;
+      }
+      [[fallthrough]];
     default:
       return next_direction(solver);
   }
@@ -128,7 +180,14 @@ Bounds tfqmr_bounds(const Solver<T>& solver) {
 }
 
 template <class T>
-constexpr SolverSteps<T> kSteps = {resume_tfqmr<T>, tfqmr_bounds<T>, tfqmr_residual<T>, kept_iterate<T>};
+void want_next(Solver<T>& solver) {
+  want_kept_bounds(solver);
+  solver.want_euclidean(kResidual);
+  solver.want_beside(kShadow, kW);
+}
+
+template <class T>
+constexpr SolverSteps<T> kSteps = {resume_tfqmr<T>, tfqmr_bounds<T>, tfqmr_residual<T>, kept_iterate<T>, want_next<T>};
 
 }  // namespace
 
@@ -137,7 +196,7 @@ const SolverMethod kTfqmr = {4,
                              1,
                              false,
                              true,
-                             kNextImage,
+                             kHaveRhoSums,
                              [](Integer) { return kEnd - kMethodSlot; },
                              [](Integer) { return Integer(0); },
                              0,

@@ -49,6 +49,33 @@ constexpr Problem kProblems[] = {
     {"TFQMR   ", "N", "2", "W", 1, 0, 40, 0}, {"TFQMR   ", "P", "I", "N", 2, 0, 7, 3},
 };
 
+/// The sums that a problem of one rank, with all the rows, asks for.
+template <class T>
+void form_sums(std::vector<T>& work, std::size_t n) {
+  const auto integer = [](const T& x) {
+    if constexpr (std::is_same_v<T, Complex>) {
+      return std::size_t(FloatToInt(x.re));
+    } else {
+      return std::size_t(FloatToInt(x));
+    }
+  };
+  const std::size_t count = integer(work[30]);
+  for (std::size_t k = 0; k < count; ++k) {
+    T* const sum = &work[integer(work[31]) - 1 + 4 * k];
+    const std::size_t kind = integer(sum[0]);
+    T total = T();
+    for (std::size_t i = 0; i < n; ++i) {
+      const T& x = work[integer(sum[1]) - 1 + i];
+      QuarnAddProduct(total, x, work[integer(sum[2]) - 1 + i], QuarnConjugateA);
+    }
+    if constexpr (std::is_same_v<T, Complex>) {
+      sum[3] = kind == 1 ? total : T(sqrt(total.re));
+    } else {
+      sum[3] = kind == 1 ? total : sqrt(total);
+    }
+  }
+}
+
 /// Sets up, iterates to the end, and looks at the progress on the way; through one family of forms.
 template <class T, class Setup, class Iterate, class Progress>
 void solve(Suite& suite, Setup setup, Iterate iterate, Progress progress) {
@@ -59,7 +86,7 @@ void solve(Suite& suite, Setup setup, Iterate iterate, Progress progress) {
     for (const Problem& problem : kProblems) {
       const System<T> system = system_of<T>(c);
       const auto length = std::size_t(system.n);
-      std::vector<T> work(100 + length * 16 + 40);
+      std::vector<T> work(100 + length * 16 + 40 + (Setup::kShared ? 512 : 0));
       auto u = c.numbers<T>(system.n);
       auto v = c.numbers<T>(system.n);
       std::vector<QuarnFloat> wgt(length, QuarnFloat("0.5"));
@@ -79,6 +106,8 @@ void solve(Suite& suite, Setup setup, Iterate iterate, Progress progress) {
           for (std::size_t i = 0; i < length; ++i) {
             v[i] = u[i] / system.diagonal[i];
           }
+        } else if (irevcm == 7) {
+          form_sums(work, length);
         }
         if (count % 7 == 6) {
           suite.run_form<0>(progress, Integer(-9), QuarnFloat(), QuarnFloat(), QuarnFloat(), QuarnFloat(), work, lwork);
@@ -95,6 +124,8 @@ void solve(Suite& suite, Setup setup, Iterate iterate, Progress progress) {
 
 template <class F>
 struct Setup {
+  static constexpr bool kShared =
+      std::is_same_v<F, decltype(&QuarnMPX_f11bdd_)> || std::is_same_v<F, decltype(&QuarnMPX_zf11bdd_)>;
   Result* result;
   F function;
   template <class T>
@@ -102,7 +133,11 @@ struct Setup {
             Integer& ifail) const {
     const QuarnFloat none;
     char buffer[200];
-    if constexpr (std::is_same_v<F, decltype(&QuarnMP_f11bdf_)> || std::is_same_v<T, Complex>) {
+    if constexpr (kShared) {
+      const Integer first = 1;
+      function(p.method, p.precon, p.norm, p.weight, &p.iterm, &n, &n, &first, &m, &none, &p.maxitn, &none, &none,
+               &p.monit, &lwreq, work.data(), &lwork, &ifail, 8, 1, 1, 1);
+    } else if constexpr (std::is_same_v<F, decltype(&QuarnMP_f11bdf_)> || std::is_same_v<T, Complex>) {
       function(p.method, p.precon, p.norm, p.weight, &p.iterm, &n, &m, &none, &p.maxitn, &none, &none, &p.monit, &lwreq,
                work.data(), &lwork, &ifail, 8, 1, 1, 1);
     } else {
@@ -289,6 +324,10 @@ void solver(Suite& suite) {
   solve<QuarnFloat>(suite, setup_by(ENTRY(QuarnMPX_f11bdf_)), iterate_by(ENTRY(QuarnMPX_f11bef_)),
                     ENTRY(QuarnMPX_f11bff_));
   solve<Complex>(suite, setup_by(ENTRY(QuarnMPX_zf11bdf_)), iterate_by(ENTRY(QuarnMPX_zf11bef_)),
+                 ENTRY(QuarnMPX_zf11bff_));
+  solve<QuarnFloat>(suite, setup_by(ENTRY(QuarnMPX_f11bdd_)), iterate_by(ENTRY(QuarnMPX_f11bef_)),
+                    ENTRY(QuarnMPX_f11bff_));
+  solve<Complex>(suite, setup_by(ENTRY(QuarnMPX_zf11bdd_)), iterate_by(ENTRY(QuarnMPX_zf11bef_)),
                  ENTRY(QuarnMPX_zf11bff_));
   drivers<QuarnFloat>(suite, ENTRY(QuarnMP_f11dcf_), ENTRY(QuarnMP_f11dcfn_));
   drivers<Complex>(suite, ENTRY(QuarnMP_f11dqf_), ENTRY(QuarnMP_f11dqfn_));
