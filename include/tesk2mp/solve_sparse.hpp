@@ -60,11 +60,11 @@ template <Scalar T>
 Precondition<T> complete_factors(const SparseMatrix<T>& a) {
   if (automatic_method(a) == Method::cg) {
     try {
-      return shared<T>(SparseCholesky<T>(lower_triangle(a)));
+      return SparseCholesky<T>(lower_triangle(a));
     } catch (const NumericalFailure&) {  // indefinite, in spite of its diagonal
     }
   }
-  return shared<T>(SparseLU<T>(a));
+  return SparseLU<T>(a);
 }
 
 /// a: whole, in canonical form, and kept by the caller.
