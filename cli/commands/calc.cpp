@@ -12,11 +12,15 @@ namespace {
 struct CalcOptions {
   std::string expression;
   std::string file;
+  repl::ProofLimits limits;
 };
 
 void run_calc(const CalcOptions& options) {
   std::string shown;
-  repl::Interpreter interpreter([&](const std::string& text) { shown += text; });
+  if (options.limits.once > 0) {
+    QuarnSetDigits(int(options.limits.once));
+  }
+  repl::Interpreter interpreter([&](const std::string& text) { shown += text; }, options.limits);
   try {
     interpreter.run(options.expression);
   } catch (const repl::Fault& fault) {
@@ -43,7 +47,11 @@ Examples:
 void declare_calc(Command& command) {
   auto options = std::make_shared<CalcOptions>();
   command.argument("EXPRESSION", options->expression, "what is to be worked out");
-  command.add_digits();
+  command.add_digits("digits that are printed, and proven to be true");
+  command.number("--working-digits", "D", options->limits.once, 1, kMostDigits,
+                 "compute once with D digits, without a proof");
+  command.number("--proof-time", "S", options->limits.seconds, 0, 1'000'000,
+                 "after S seconds try no more working digits for a proof (default 60)");
   add_output_file_option(command, options->file);
   command.work = [options] { run_calc(*options); };
 }

@@ -22,6 +22,7 @@ struct ReplOptions {
   std::vector<std::string> expressions;
   bool keep_going = false;
   std::string file;
+  repl::ProofLimits limits;
 };
 
 struct Source {
@@ -122,8 +123,12 @@ bool run_source(repl::Interpreter& interpreter, const ReplOptions& options) {
 // Statements show what they do at once; a file is written at the end, and not by a run that fails.
 void run_repl(const ReplOptions& options) {
   std::string shown;
+  if (options.limits.once > 0) {
+    QuarnSetDigits(int(options.limits.once));
+  }
   repl::Interpreter interpreter(
-      [&](const std::string& text) { options.file.empty() ? write_output(text) : void(shown += text); });
+      [&](const std::string& text) { options.file.empty() ? write_output(text) : void(shown += text); },
+      options.limits);
   const bool faulty = run_source(interpreter, options);
   if (!options.file.empty()) {
     write_output(shown, options.file);
@@ -151,7 +156,11 @@ void declare_repl(Command& command) {
   command.argument("FILE", options->script, "lines to run; - is standard input", false);
   command.texts("--eval", "LINE", options->expressions, "run this line; may be given several times");
   command.flag("--keep-going", options->keep_going, "go on after a wrong line; the exit status is 1 in the end");
-  command.add_digits();
+  command.add_digits("digits that are printed, and proven to be true");
+  command.number("--working-digits", "D", options->limits.once, 1, kMostDigits,
+                 "compute once with D digits, without a proof");
+  command.number("--proof-time", "S", options->limits.seconds, 0, 1'000'000,
+                 "after S seconds try no more working digits for a proof (default 60)");
   add_output_file_option(command, options->file);
   command.check = [options] {
     if (!options->script.empty() && !options->expressions.empty()) {

@@ -26,7 +26,7 @@ A name takes a value by x = 1.5; several by L, U, P = lu(A). A semicolon at the 
 keeps quiet, # or % starts a comment.
 
 Commands:
-  digits D        work with D digits from now on; digits alone tells them
+  digits D        show D digits from now on, all proven; digits alone says how many
   who             the variables
   clear [NAMES]   forget variables
   save "FILE"     write variables, digits and random state to a file
@@ -65,8 +65,8 @@ std::string Interpreter::run_command(const Statement& statement) {
 
 std::string Interpreter::who() const {
   std::string text;
-  for (const auto& [name, value] : variables_) {
-    const auto* array = std::get_if<Array>(&value);
+  for (const auto& [name, variable] : variables_) {
+    const auto* array = std::get_if<Array>(&variable.value().value);
     text += "  " + padded(name, 8) + "  " + (array == nullptr ? "a text" : shape(*array)) + "\n";
   }
   return text;
@@ -98,11 +98,18 @@ std::string array_text(const Array& a) {
 
 }  // namespace
 
-// A script: the variables with all their digits, then the working digits and the random numbers' state.
-void Interpreter::save(const Statement& statement) const {
+// A script: the variables with the digits that are proven, exact ones with all, then the digits and the random numbers'
+// state.
+void Interpreter::save(const Statement& statement) {
   std::string text;
   std::size_t longest = std::size_t(QuarnDigits());
-  for (const auto& [name, value] : variables_) {
+  for (const auto& [name, variable] : variables_) {
+    const bool known = prove(*variable.recipe, {variable.place}) > 0 || !variable.recipe->unproven.empty();
+    if (!known) {
+      throw Fault(statement.at, "no digit of '" + name + "' is proven");
+    }
+    const Known& held = variable.value();
+    const Value value = held.is_exact() ? held.value : Value(rounded_values(held));
     const auto* array = std::get_if<Array>(&value);
     text += name + " = " + (array == nullptr ? "\"" + std::get<std::string>(value) + "\"" : array_text(*array)) + ";\n";
     for (const Complex& element : array == nullptr ? std::vector<Complex>() : elements(*array)) {

@@ -10,10 +10,10 @@ namespace cli::repl {
 namespace {
 
 constexpr Constant kConstants[] = {
-    {"pi", "the circle's ratio", [] { return Complex(tesk2mp::pi()); }},
-    {"e", "the base of natural logarithms", [] { return Complex(exp(QuarnFloat(1))); }},
+    {"pi", "the circle's ratio", [] { return Complex(tesk2mp::pi()); }, true},
+    {"e", "the base of natural logarithms", [] { return Complex(exp(QuarnFloat(1))); }, true},
     {"i", "the imaginary unit", [] { return Complex(0, 1); }},
-    {"eps", "machine precision, 10^-digits", [] { return Complex(tesk2mp::machine_precision()); }},
+    {"eps", "machine precision, 10^-digits", [] { return Complex(tesk2mp::machine_precision()); }, false, true},
 };
 
 }  // namespace

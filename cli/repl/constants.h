@@ -12,6 +12,8 @@ struct Constant {
   const char* name;
   const char* purpose;
   Complex (*value)();  // at the working digits of the moment
+  bool is_rounded = false;
+  bool follows_digits = false;  // another number with other digits
 };
 
 std::span<const Constant> constants();

@@ -22,6 +22,13 @@ Values fill(State& /*state*/, const Arguments& arguments) {
   return {result};
 }
 
+Values ones(State& /*state*/, const Arguments& arguments) {
+  Array result =
+      make_array(std::size_t(arguments.whole(0, 0, kLargestSize)), std::size_t(arguments.whole(1, 0, kLargestSize)));
+  std::fill_n(result.data(), size(result), Complex(1));
+  return {result};
+}
+
 Values identity(State& /*state*/, const Arguments& arguments) {
   const auto n = std::size_t(arguments.whole(0, 0, kLargestSize));
   Array result = make_array(n, n);
@@ -168,6 +175,7 @@ Values rank(State& /*state*/, const Arguments& arguments) {
 
 constexpr auto kArrayFunctions = std::to_array<Function>({
     {"fill", "rows, columns [, value]", "A", "a matrix of one value, 0 without it", 2, 3, fill},
+    {"ones", "rows, columns", "A", "a matrix of ones", 2, 2, ones},
     {"identity", "n", "A", "the identity matrix", 1, 1, identity},
     {"linspace", "a, b, n", "x", "n evenly spaced numbers from a to b", 3, 3, linspace},
     {"diag", "x", "A", "the matrix with that diagonal, or the diagonal of a matrix", 1, 1, diag},

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 
+#include "cli/commands/command.h"
 #include "cli/io/number_text.h"
 #include "cli/repl/constants.h"
 #include "cli/repl/fault.h"
@@ -35,16 +36,6 @@ auto at_place(const Node& node, const Work& work) {
   }
 }
 
-std::vector<std::string> names_in(const std::string& list) {
-  std::vector<std::string> names;
-  for (std::size_t at = 0; at < list.size();) {
-    const std::size_t end = std::min(list.find(", ", at), list.size());
-    names.push_back(list.substr(at, end - at));
-    at = end + 2;
-  }
-  return names;
-}
-
 }  // namespace
 
 void Interpreter::run(const std::string& text) {
@@ -60,99 +51,34 @@ void Interpreter::run(const std::string& text) {
   }
 }
 
-std::string Interpreter::run(const Statement& statement) {
-  if (!statement.command.empty()) {
-    return run_command(statement);
-  }
-  std::vector<Value> values = values_of(statement.value);
-  if (!statement.targets.empty()) {
-    assign(statement, values);
-  } else if (!values.empty()) {
-    variables_["ans"] = values.front();
-  }
-  return statement.silent ? "" : text_of(statement, values);
+std::vector<Known> Interpreter::values_of(const Node& node) {
+  return node.kind == Kind::call ? call(node) : std::vector<Known>{evaluate(node)};
 }
 
-void Interpreter::assign(const Statement& statement, std::vector<Value> values) {
-  if (values.size() < statement.targets.size()) {
-    const std::string reason = values.empty()       ? "there is no value to assign"
-                               : values.size() == 1 ? "there is only 1 value"
-                                                    : "there are only " + std::to_string(values.size()) + " values";
-    throw Fault(statement.targets[values.size()].at, reason);
+const Variable* Interpreter::find_variable(const Node& node) {
+  const Variables& scope = recipe_ != nullptr ? recipe_->environment : variables_;
+  const auto found = scope.find(node.text);
+  if (found == scope.end()) {
+    return nullptr;
   }
-  for (std::size_t k = 0; k < statement.targets.size(); ++k) {
-    const Node& target = statement.targets[k];
-    if (target.kind == Kind::name) {
-      variables_[target.text] = std::move(values[k]);
-    } else {
-      at_place(target, [&] { assign_elements(target, values[k]); });
-    }
+  const Variable& variable = found->second;
+  try {
+    evaluate_anew(*variable.recipe);
+  } catch (const Fault& fault) {
+    throw Fault(node.at, fault.what(), fault.status());
   }
+  if (recipe_ != nullptr && !variable.recipe->unproven.empty()) {
+    recipe_->unproven = variable.recipe->unproven;
+  }
+  return &variable;
 }
 
-void Interpreter::assign_elements(const Node& target, const Value& value) {
-  const auto found = variables_.find(target.text);
-  if (found == variables_.end() || !std::holds_alternative<Array>(found->second)) {
-    throw Fault(target.at, "there is no matrix '" + target.text + "'");
-  }
-  const auto* source = std::get_if<Array>(&value);
-  if (source == nullptr) {
-    throw Fault(target.at, "an element is a number");
-  }
-  Array changed = std::get<Array>(found->second);
-  std::vector<std::size_t> places;
-  if (target.children.size() == 1) {
-    places = indices(target.children[0], size(changed));
-  } else if (target.children.size() == 2) {
-    const std::vector<std::size_t> rows = indices(target.children[0], changed.rows());
-    for (const std::size_t j : indices(target.children[1], changed.columns())) {
-      for (const std::size_t i : rows) {
-        places.push_back(i + j * changed.rows());
-      }
-    }
-  } else {
-    throw Fault(target.at, "an element has one index or two");
-  }
-  if (!is_number(*source) && size(*source) != places.size()) {
-    throw Fault(target.at, std::to_string(places.size()) + " elements cannot take " + shape(*source));
-  }
-  for (std::size_t k = 0; k < places.size(); ++k) {
-    changed.data()[places[k]] = source->data()[is_number(*source) ? 0 : k];
-  }
-  found->second = std::move(changed);
-}
-
-std::string Interpreter::text_of(const Statement& statement, const std::vector<Value>& values) {
-  std::string text;
-  for (const Node& target : statement.targets) {
-    text += shown(target.text, variables_[target.text]);
-  }
-  if (!statement.targets.empty()) {
-    return text;
-  }
-  std::vector<std::string> names = {"ans"};
-  if (statement.value.kind == Kind::name) {
-    names = {statement.value.text};
-  } else if (values.size() > 1) {
-    names = names_in(find_function(statement.value.text)->results);
-  }
-  for (std::size_t k = 0; k < values.size(); ++k) {
-    text += shown(names[k], values[k]);
-  }
-  return text;
-}
-
-std::vector<Value> Interpreter::values_of(const Node& node) {
-  return node.kind == Kind::call ? call(node) : std::vector<Value>{evaluate(node)};
-}
-
-Value Interpreter::evaluate(const Node& node) {
+Known Interpreter::evaluate(const Node& node) {
   switch (node.kind) {
     case Kind::number: {
-      // Whole numbers are taken as they are, however long.
-      const bool whole = std::all_of(node.text.begin(), node.text.end(), is_digit);
+      // Numbers are taken as they are, however long.
       const std::size_t length = std::min(node.text.size(), std::size_t(kMostExactDigits));
-      const tesk2mp::Digits digits(std::max(QuarnDigits(), whole ? int(length) : 1));
+      const tesk2mp::Digits digits(std::max(QuarnDigits(), int(length)));
       const Complex value = to_complex_number(node.text);
       if (!isfinite(value)) {
         throw Fault(node.at, "beyond the range of numbers");
@@ -160,30 +86,33 @@ Value Interpreter::evaluate(const Node& node) {
       return number(value);
     }
     case Kind::text:
-      return node.text;
+      return Value(node.text);
     case Kind::name: {
       if (node.text == "end" && !ends_.empty()) {
         return number(Complex(QuarnFloat(ends_.back())));
       }
-      if (const auto found = variables_.find(node.text); found != variables_.end()) {
-        return found->second;
+      if (const Variable* variable = find_variable(node)) {
+        return variable->value();
       }
       if (const Constant* constant = find_constant(node.text)) {
-        return number(constant->value());
+        const tesk2mp::Digits digits(constant->follows_digits && recipe_ != nullptr ? recipe_->asked : QuarnDigits());
+        const Complex value = constant->value();
+        const QuarnBound error = constant->is_rounded ? QuarnBound(value).half_unit(QuarnDigits()) : QuarnBound();
+        return {number(value), {{error, QuarnBound()}}};
       }
       const Function* function = find_function(node.text);
       throw Fault(node.at, function != nullptr ? "'" + node.text + "' is a function: " + usage(*function)
                                                : "there is no variable '" + node.text + "'" + suggestion(node.text));
     }
     case Kind::call: {
-      std::vector<Value> values = call(node);
+      std::vector<Known> values = call(node);
       if (values.empty()) {
         throw Fault(node.at, "'" + node.text + "' has no value");
       }
       return std::move(values.front());
     }
     case Kind::sign: {
-      Array value = evaluate_array(node.children.front());
+      Known value = evaluate_array(node.children.front());
       return node.text == "-" ? negative(value) : value;
     }
     case Kind::chain:
@@ -197,26 +126,26 @@ Value Interpreter::evaluate(const Node& node) {
   }
 }
 
-Array Interpreter::evaluate_array(const Node& node) {
-  Value value = evaluate(node);
-  if (auto* array = std::get_if<Array>(&value)) {
-    return std::move(*array);
+Known Interpreter::evaluate_array(const Node& node) {
+  Known value = evaluate(node);
+  if (std::holds_alternative<Array>(value.value)) {
+    return value;
   }
   throw Fault(node.at, "a number is needed here, not a text");
 }
 
-Array Interpreter::chain(const Node& node) {
-  Array result = evaluate_array(node.children.front());
+Known Interpreter::chain(const Node& node) {
+  Known result = evaluate_array(node.children.front());
   for (std::size_t k = 0; k < node.signs.size(); ++k) {
-    const Array right = evaluate_array(node.children[k + 1]);
+    const Known right = evaluate_array(node.children[k + 1]);
     const Sign& sign = node.signs[k];
     result = at_place(Node{Kind::sign, sign.at, "", {}}, [&] { return operate(sign.text, result, right); });
   }
   return result;
 }
 
-Array Interpreter::postfixed(const Node& node) {
-  Array result = evaluate_array(node.children.front());
+Known Interpreter::postfixed(const Node& node) {
+  Known result = evaluate_array(node.children.front());
   for (const Sign& sign : node.signs) {
     result = at_place(Node{Kind::sign, sign.at, "", {}},
                       [&] { return sign.text == "!" ? factorial(result) : conjugate_transpose(result); });
@@ -224,49 +153,54 @@ Array Interpreter::postfixed(const Node& node) {
   return result;
 }
 
-Array Interpreter::range(const Node& node) {
-  std::vector<QuarnFloat> ends;
+Known Interpreter::range(const Node& node) {
+  std::vector<Number> ends;
   for (const Node& child : node.children) {
-    const Array value = evaluate_array(child);
-    if (!is_number(value) || !is_real(value) || !isfinite(value(0, 0).re)) {
+    const Known value = evaluate_array(child);
+    if (!is_number(value.array()) || !is_real(value) || !isfinite(value.array()(0, 0).re)) {
       throw Fault(child.at, "a range needs real numbers");
     }
-    ends.push_back(value(0, 0).re);
+    ends.push_back(element(value, 0));
   }
-  const QuarnFloat step = ends.size() == 3 ? ends[1] : QuarnFloat(1);
-  if (step == 0) {
+  const Number step = ends.size() == 3 ? ends[1] : Number{proven::exact(1)};
+  if (step.re.value == 0) {
     throw Fault(node.at, "the step of a range cannot be 0");
   }
   constexpr Integer kMost = 100'000'000;
-  const QuarnFloat steps = floor((ends.back() - ends.front()) / step);
-  if (steps >= kMost) {
+  // An end that cannot be told from one of the numbers is one.
+  const BoundedReal distance = divide(subtract(ends.back(), ends.front()), step).re;
+  const QuarnFloat steps = floor(distance.value + (distance.error.is_finite() ? distance.error.value() : QuarnFloat()));
+  if (!(steps < kMost)) {
     throw Fault(node.at, "a range of more than " + std::to_string(kMost) + " numbers");
   }
   const Integer count = steps < 0 ? 0 : FloatToInt(steps) + 1;
   return at_place(node, [&] {
-    Array result = make_array(1, std::size_t(count));
+    std::vector<Number> numbers;
+    numbers.reserve(std::size_t(count));
     for (Integer k = 0; k < count; ++k) {
-      result(0, std::size_t(k)) = ends.front() + step * k;
+      numbers.push_back(add(ends.front(), multiply(step, {proven::exact(QuarnFloat(k))})));
     }
-    return result;
+    return known(1, numbers.size(), numbers);
   });
 }
 
-Array Interpreter::matrix(const Node& node) {
-  std::vector<Array> rows;
+Known Interpreter::matrix(const Node& node) {
+  std::vector<std::vector<Known>> rows;
   std::size_t height = 0;
   std::size_t width = 0;
   for (const Node& row : node.children) {
     // Matrices side by side, then these rows below each other.
-    std::vector<Array> blocks;
+    std::vector<Known> blocks;
     std::size_t columns = 0;
     for (const Node& child : row.children) {
       blocks.push_back(evaluate_array(child));
-      if (blocks.back().rows() != blocks.front().rows()) {
-        throw Fault(child.at, "this has " + std::to_string(blocks.back().rows()) + " rows, what stands left of it " +
-                                  std::to_string(blocks.front().rows()));
+      const Array& block = blocks.back().array();
+      const std::size_t first_rows = blocks.front().array().rows();
+      if (block.rows() != first_rows) {
+        throw Fault(child.at, "this has " + std::to_string(block.rows()) + " rows, what stands left of it " +
+                                  std::to_string(first_rows));
       }
-      columns += blocks.back().columns();
+      columns += block.columns();
     }
     if (blocks.empty()) {
       continue;
@@ -275,31 +209,37 @@ Array Interpreter::matrix(const Node& node) {
       throw Fault(row.at, "this row has " + std::to_string(columns) + (columns == 1 ? " column" : " columns") +
                               ", the first has " + std::to_string(width));
     }
-    Array joined = at_place(node, [&] { return make_array(blocks.front().rows(), columns); });
-    Complex* next = joined.data();
-    for (const Array& block : blocks) {
-      next = std::copy_n(block.data(), size(block), next);
-    }
     width = columns;
-    height += joined.rows();
-    rows.push_back(std::move(joined));
+    height += blocks.front().array().rows();
+    rows.push_back(std::move(blocks));
   }
-  Array result = at_place(node, [&] { return make_array(height, width); });
-  std::size_t first = 0;
-  for (const Array& row : rows) {
-    for (std::size_t j = 0; j < width; ++j) {
-      for (std::size_t i = 0; i < row.rows(); ++i) {
-        result(first + i, j) = row(i, j);
+  return at_place(node, [&] {
+    Array values = make_array(height, width);
+    std::vector<PartErrors> errors;
+    std::size_t first = 0;
+    for (const std::vector<Known>& blocks : rows) {
+      std::size_t column = 0;
+      for (const Known& block : blocks) {
+        const Array& array = block.array();
+        for (std::size_t k = 0; k < size(array); ++k) {
+          const std::size_t place = first + k % array.rows() + (column + k / array.rows()) * height;
+          values.data()[place] = array.data()[k];
+          if (!block.is_exact()) {
+            errors.resize(size(values));
+            errors[place] = block.errors[k];
+          }
+        }
+        column += array.columns();
       }
+      first += blocks.front().array().rows();
     }
-    first += row.rows();
-  }
-  return result;
+    return Known(std::move(values), std::move(errors));
+  });
 }
 
-std::vector<Value> Interpreter::call(const Node& node) {
-  if (const auto found = variables_.find(node.text); found != variables_.end()) {
-    return {indexed(node, found->second)};
+std::vector<Known> Interpreter::call(const Node& node) {
+  if (const Variable* variable = find_variable(node)) {
+    return {indexed(node, variable->value())};
   }
   const Function* function = find_function(node.text);
   if (function == nullptr) {
@@ -309,37 +249,115 @@ std::vector<Value> Interpreter::call(const Node& node) {
   if (count < function->least || count > function->most) {
     throw Fault(node.at, "it is called so: " + usage(*function));
   }
-  std::vector<Value> values;
-  for (const Node& child : node.children) {
-    values.push_back(evaluate(child));
+  if (has_effect(*function)) {
+    throw Fault(node.at, "'" + node.text + "' has no value");
   }
-  return at_place(node, [&] { return function->apply(state_, Arguments(std::move(values))); });
+  if (recipe_ != nullptr) {
+    if (const auto found = recipe_->data.find(node.at); found != recipe_->data.end()) {
+      return {found->second};
+    }
+  }
+  std::vector<Known> arguments;
+  for (const Node& child : node.children) {
+    arguments.push_back(evaluate(child));
+  }
+  return at_place(node, [&] {
+    Evaluation evaluation{"", recipe_ != nullptr ? recipe_->asked : QuarnDigits()};
+    std::vector<Known> results;
+    const auto drawn = state_.random.state();
+    if (gives_data(*function)) {
+      // With the digits asked for; of a file with all that it has.
+      const tesk2mp::Digits digits(function->name == std::string("load") ? int(kMostDigits) : evaluation.digits);
+      for (Value& value : function->apply(state_, plain(arguments))) {
+        results.emplace_back(std::move(value));
+      }
+    } else {
+      results = apply(*function, state_, arguments, evaluation);
+    }
+    if (recipe_ != nullptr) {
+      if (!evaluation.unproven.empty()) {
+        recipe_->unproven = evaluation.unproven;
+      }
+      if (gives_data(*function) || state_.random.state() != drawn) {
+        // Not drawn or read a second time.
+        recipe_->data[node.at] = Known(results.front().value);
+        results.resize(1);
+        results.front().errors.clear();
+      }
+    }
+    return results;
+  });
 }
 
-Array Interpreter::indexed(const Node& node, const Value& variable) {
-  const auto* array = std::get_if<Array>(&variable);
+Known Interpreter::indexed(const Node& node, const Known& variable) {
+  const auto* array = std::get_if<Array>(&variable.value);
   if (array == nullptr) {
     throw Fault(node.at, "'" + node.text + "' is a text");
   }
+  std::vector<std::size_t> places;
+  std::size_t height = 0;
+  std::size_t width = 1;
   if (node.children.size() == 1) {
-    const std::vector<std::size_t> places = indices(node.children[0], size(*array));
+    places = indices(node.children[0], size(*array));
     const bool row = array->rows() == 1 && array->columns() != 1;
-    Array result = row ? make_array(1, places.size()) : make_array(places.size(), 1);
-    std::transform(places.begin(), places.end(), result.data(), [&](std::size_t k) { return array->data()[k]; });
-    return result;
-  }
-  if (node.children.size() != 2) {
+    height = row ? 1 : places.size();
+    width = row ? places.size() : 1;
+  } else if (node.children.size() == 2) {
+    const std::vector<std::size_t> rows = indices(node.children[0], array->rows());
+    const std::vector<std::size_t> columns = indices(node.children[1], array->columns());
+    height = rows.size();
+    width = columns.size();
+    for (const std::size_t j : columns) {
+      for (const std::size_t i : rows) {
+        places.push_back(i + j * array->rows());
+      }
+    }
+  } else {
     throw Fault(node.at, "an element has one index or two");
   }
-  const std::vector<std::size_t> rows = indices(node.children[0], array->rows());
-  const std::vector<std::size_t> columns = indices(node.children[1], array->columns());
-  Array result = make_array(rows.size(), columns.size());
-  for (std::size_t j = 0; j < columns.size(); ++j) {
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-      result(i, j) = (*array)(rows[i], columns[j]);
+  Array values = make_array(height, width);
+  std::vector<PartErrors> errors(variable.is_exact() ? 0 : places.size());
+  for (std::size_t k = 0; k < places.size(); ++k) {
+    values.data()[k] = array->data()[places[k]];
+    if (!errors.empty()) {
+      errors[k] = variable.errors[places[k]];
     }
   }
-  return result;
+  return {std::move(values), std::move(errors)};
+}
+
+Known Interpreter::replaced(const Node& target, const Known& before, const Known& source) {
+  const Array& given = before.array();
+  const Array& elements = source.array();
+  std::vector<std::size_t> places;
+  if (target.children.size() == 1) {
+    places = indices(target.children[0], size(given));
+  } else if (target.children.size() == 2) {
+    const std::vector<std::size_t> rows = indices(target.children[0], given.rows());
+    for (const std::size_t j : indices(target.children[1], given.columns())) {
+      for (const std::size_t i : rows) {
+        places.push_back(i + j * given.rows());
+      }
+    }
+  } else {
+    throw Fault(target.at, "an element has one index or two");
+  }
+  if (!is_number(elements) && size(elements) != places.size()) {
+    throw Fault(target.at, std::to_string(places.size()) + " elements cannot take " + shape(elements));
+  }
+  Array values = given;
+  std::vector<PartErrors> errors = before.errors;
+  if (!source.is_exact()) {
+    errors.resize(size(values));
+  }
+  for (std::size_t k = 0; k < places.size(); ++k) {
+    const std::size_t from = is_number(elements) ? 0 : k;
+    values.data()[places[k]] = elements.data()[from];
+    if (!errors.empty()) {
+      errors[places[k]] = source.is_exact() ? PartErrors() : source.errors[from];
+    }
+  }
+  return {std::move(values), std::move(errors)};
 }
 
 std::vector<std::size_t> Interpreter::indices(const Node& node, std::size_t size) {
@@ -357,8 +375,13 @@ std::vector<std::size_t> Interpreter::indices(const Node& node, std::size_t size
   };
   ends_.push_back(size);
   const End end{ends_};
-  for (const Complex& value : elements(evaluate_array(node))) {
+  const Known found = evaluate_array(node);
+  for (std::size_t k = 0; k < repl::size(found.array()); ++k) {
+    const Complex& value = found.array().data()[k];
     const bool whole = value.im == 0 && isfinite(value.re) && trunc(value.re) == value.re;
+    if (!element(found, k).is_exact() && value.im == 0) {
+      throw Fault(node.at, "this index is not known exactly");
+    }
     if (!whole || value.re < 1 || value.re > QuarnFloat(size)) {
       throw Fault(node.at, "index " + complex_text(value) + " is not one of 1 to " + std::to_string(size));
     }

@@ -8,13 +8,16 @@
 
 #include "cli/repl/functions.h"
 #include "cli/repl/parser.h"
+#include "cli/repl/proofs.h"
+#include "cli/repl/recipe.h"
 
 namespace cli::repl {
 
 class Interpreter {
  public:
   /// `print` takes what statements show.
-  explicit Interpreter(std::function<void(const std::string&)> print) : print_(std::move(print)) {}
+  explicit Interpreter(std::function<void(const std::string&)> print, const ProofLimits& limits = {})
+      : print_(std::move(print)), limits_(limits) {}
 
   /// Runs the statements of the text, one after the other. Throws Fault; the statements before it have been run.
   void run(const std::string& text);
@@ -27,34 +30,52 @@ class Interpreter {
   // These return what is to be shown.
   std::string run(const Statement& statement);
   std::string run_command(const Statement& statement);
-  void save(const Statement& statement) const;
+  void save(const Statement& statement);
   void load(const Statement& statement);
   std::string set_digits(const Statement& statement);
   std::string help(const std::vector<Node>& words) const;
   std::string who() const;
-  std::string text_of(const Statement& statement, const std::vector<Value>& values);
+  std::string text_of(const Statement& statement, const std::shared_ptr<Recipe>& recipe);
 
   void clear(const Statement& statement);
-  void assign(const Statement& statement, std::vector<Value> values);
-  void assign_elements(const Node& target, const Value& value);
+  std::vector<Variable> assign(const Statement& statement, const std::shared_ptr<Recipe>& recipe);
+  Variable assigned_elements(const Node& target, const Variable& value);
 
-  std::vector<Value> values_of(const Node& node);
-  Value evaluate(const Node& node);
-  Array evaluate_array(const Node& node);
-  Array chain(const Node& node);
-  Array postfixed(const Node& node);
-  Array range(const Node& node);
-  Array matrix(const Node& node);
-  std::vector<Value> call(const Node& node);
-  Array indexed(const Node& node, const Value& variable);
+  // Recipes.
+  std::shared_ptr<Recipe> made(const Node& expression);
+  /// Evaluates, unless that has been done with as many digits. The digits are those of the call.
+  void evaluate_anew(Recipe& recipe);
+  void settle(Recipe& recipe);
+  /// Raises the digits until those asked for are proven, or a limit is met; returns how many are.
+  std::int64_t prove(Recipe& recipe, const std::vector<std::size_t>& places);
+  /// The same with a text about what is not proven.
+  std::string shown_proven(const std::vector<std::pair<std::string, Variable>>& values);
+  std::string shown_estimate(const std::vector<std::pair<std::string, Variable>>& values);
+  /// Of a call that has an effect and no value: the arguments are proven, then rounded.
+  void run_effect(const Node& call, const Function& function);
+  int first_digits() const;
+
+  std::vector<Known> values_of(const Node& node);
+  Known evaluate(const Node& node);
+  Known evaluate_array(const Node& node);
+  Known chain(const Node& node);
+  Known postfixed(const Node& node);
+  Known range(const Node& node);
+  Known matrix(const Node& node);
+  std::vector<Known> call(const Node& node);
+  Known indexed(const Node& node, const Known& variable);
+  Known replaced(const Node& target, const Known& before, const Known& source);
   std::vector<std::size_t> indices(const Node& node, std::size_t size);
+  const Variable* find_variable(const Node& node);
   // ", did you mean ...?", where a name is like the one that does not exist.
   std::string suggestion(const std::string& name) const;
 
   std::function<void(const std::string&)> print_;
-  std::map<std::string, Value> variables_;
+  ProofLimits limits_;
+  Variables variables_;
   State state_;
   std::vector<std::size_t> ends_;  // what `end` stands for: one for each index that is being evaluated
+  Recipe* recipe_ = nullptr;       // which is being evaluated
   bool finished_ = false;
 };
 

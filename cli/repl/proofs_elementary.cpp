@@ -1,0 +1,237 @@
+// Functions of numbers with bounds.
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string_view>
+
+#include "cli/repl/proofs.h"
+#include "quarn/function_table.h"
+#include "tesk2mp/util.hpp"
+
+namespace cli::repl {
+
+namespace {
+
+struct ElementProof {
+  std::string_view name;
+  BoundedReal (*real)(const BoundedReal&);
+  BoundedComplex (*complex)(const BoundedComplex&) = nullptr;
+};
+
+constexpr ElementProof kElementProofs[] = {
+    {"sin", proven::sin, proven::sin},
+    {"cos", proven::cos, proven::cos},
+    {"tan", proven::tan, proven::tan},
+    {"asin", proven::asin, proven::asin},
+    {"acos", proven::acos, proven::acos},
+    {"atan", proven::atan, proven::atan},
+    {"sinh", proven::sinh, proven::sinh},
+    {"cosh", proven::cosh, proven::cosh},
+    {"tanh", proven::tanh, proven::tanh},
+    {"exp", proven::exp, proven::exp},
+    {"log", proven::log, proven::log},
+    {"ln", proven::log, proven::log},
+    {"log10", proven::log10, proven::log10},
+    {"sqrt", proven::sqrt, proven::sqrt},
+    {"fabs", proven::fabs},
+    {"floor", proven::floor},
+    {"ceil", proven::ceil},
+    {"trunc", proven::trunc},
+    {"round", proven::round},
+    {"rint", proven::rint},
+    {"expm1", proven::expm1},
+    {"exp2", proven::exp2},
+    {"exp10", proven::exp10},
+    {"log1p", proven::log1p},
+    {"log2", proven::log2},
+    {"cbrt", proven::cbrt},
+    {"asinh", proven::asinh, proven::asinh},
+    {"acosh", proven::acosh, proven::acosh},
+    {"atanh", proven::atanh, proven::atanh},
+    {"sinpi", proven::sinpi},
+    {"cospi", proven::cospi},
+    {"tanpi", proven::tanpi},
+    {"asinpi", proven::asinpi},
+    {"acospi", proven::acospi},
+    {"atanpi", proven::atanpi},
+    {"gamma", proven::tgamma, proven::tgamma},
+    {"tgamma", proven::tgamma, proven::tgamma},
+    {"lgamma", proven::lgamma, proven::lgamma},
+    {"digamma", proven::digamma, proven::digamma},
+    {"erf", proven::erf, proven::erf},
+    {"erfc", proven::erfc, proven::erfc},
+};
+
+const ElementProof* find_element_proof(std::string_view name) {
+  const auto* found = std::find_if(std::begin(kElementProofs), std::end(kElementProofs),
+                                   [&](const ElementProof& each) { return each.name == name; });
+  return found == std::end(kElementProofs) ? nullptr : found;
+}
+
+BoundedReal half_pi() { return proven::detail::once_rounded(tesk2mp::pi(), QuarnBound()) / proven::exact(2); }
+
+// Results of real numbers beyond the domain: those of the principal values above their cuts, part by part.
+std::optional<Number> beyond(std::string_view name, const BoundedReal& x) {
+  const BoundedReal one = proven::exact(1);
+  const BoundedReal zero = proven::exact(QuarnFloat());
+  const bool is_negative = x.value < 0;
+  const BoundedReal size = proven::fabs(x);
+  if (is_negative && name == "sqrt") {
+    return Number{zero, proven::sqrt(size)};
+  }
+  if (is_negative && (name == "log" || name == "ln")) {
+    return Number{proven::log(size), half_pi() * proven::exact(2)};
+  }
+  if (is_negative && name == "log10") {
+    return Number{proven::log10(size), half_pi() * proven::exact(2) / proven::log(proven::exact(10))};
+  }
+  if (name == "asin" || name == "acos") {
+    // asin(x) = pi/2 + i acosh(x) for x > 1, -pi/2 + i acosh(-x) for x < -1; acos(x) = pi/2 - asin(x)
+    const BoundedReal im = proven::acosh(size);
+    if (name == "asin") {
+      return Number{is_negative ? -half_pi() : half_pi(), im};
+    }
+    return Number{is_negative ? half_pi() * proven::exact(2) : zero, -im};
+  }
+  if (name == "acosh") {
+    return size.value <= 1 ? Number{zero, proven::acos(x)} : Number{proven::acosh(size), half_pi() * proven::exact(2)};
+  }
+  if (name == "atanh" && size.value > 1) {
+    const BoundedReal re = proven::log((size + one) / (size - one)) / proven::exact(2);
+    return Number{is_negative ? -re : re, half_pi()};
+  }
+  return std::nullopt;
+}
+
+Number function_value(const quarn::NamedFunction1& f, const Number& z, Evaluation& evaluation) {
+  const ElementProof* proof = find_element_proof(f.name);
+  if (!z.is_real()) {
+    if (f.complex == nullptr) {
+      if (z.im.error.is_zero() || z.im.error < QuarnBound(z.im.value)) {
+        throw Unfit("real numbers are needed here", 0);
+      }
+      // Perhaps real: that is not proven.
+      evaluation.unproven = f.name;
+      return function_value(f, as_number(z.re), evaluation);
+    }
+    if (proof == nullptr || proof->complex == nullptr) {
+      evaluation.unproven = f.name;
+      const Complex value = f.complex(Complex(z.re.value, z.im.value));
+      return {proven::exact(value.re), proven::exact(value.im)};
+    }
+    const BoundedComplex result = proof->complex(as_complex(z));
+    const bool is_value = !z.is_exact() || (isfinite(result.value.re) && isfinite(result.value.im));
+    return is_value ? as_number(result) : Number{proven::exact(result.value.re), proven::exact(result.value.im)};
+  }
+  if (!z.is_exact()) {
+    if (proof == nullptr) {
+      evaluation.unproven = f.name;
+      return as_number(proven::exact(f.apply(z.re.value)));
+    }
+    const BoundedReal result = proof->real(z.re);
+    if (!result.error.is_finite() && isnan(result.value)) {
+      return beyond(f.name, z.re).value_or(as_number(result));
+    }
+    return as_number(result);
+  }
+  const BoundedReal result =
+      proof != nullptr ? proof->real(z.re) : proven::detail::once_rounded(f.apply(z.re.value), QuarnBound());
+  if (isnan(result.value) && !isnan(z.re.value) && f.complex != nullptr) {
+    if (const std::optional<Number> found = beyond(f.name, z.re)) {
+      return *found;
+    }
+    if (proof != nullptr && proof->complex != nullptr) {
+      return as_number(proof->complex(as_complex(z)));
+    }
+  }
+  // Infinities and NaN of exact arguments are what they are.
+  return as_number(isfinite(result.value) ? result : proven::exact(result.value));
+}
+
+BoundedReal real_argument(const Number& z, int place) {
+  return z.is_real() ? z.re : throw Unfit("real numbers are needed here", place);
+}
+
+Number function_value(const quarn::NamedFunction2& f, const Number& z, const Number& w, Evaluation& evaluation) {
+  const std::string_view name = f.name;
+  if (name == "pow") {
+    return power(z, w);
+  }
+  const BoundedReal x = real_argument(z, 0);
+  const BoundedReal y = real_argument(w, 1);
+  if (z.is_exact() && w.is_exact()) {
+    if (name == "binomial") {
+      const QuarnFloat value = exact_binomial(x.value, y.value).re;
+      const bool whole = ::trunc(x.value) == x.value && ::trunc(y.value) == y.value;
+      return as_number(whole ? proven::exact(value) : proven::detail::once_rounded(value, QuarnBound()));
+    }
+    if (name == "nextafter" || name == "copysign") {
+      const tesk2mp::Digits scope(name == "nextafter" ? evaluation.digits : QuarnDigits());
+      return as_number(proven::exact(f.apply(x.value, y.value)));
+    }
+    const BoundedReal result = proven::detail::once_rounded(f.apply(x.value, y.value), QuarnBound());
+    return as_number(isfinite(result.value) && result.value != 0 ? result : proven::exact(result.value));
+  }
+  if (name == "atan2") {
+    return as_number(proven::atan2(x, y));
+  }
+  if (name == "hypot") {
+    return as_number(proven::hypot(x, y));
+  }
+  if (name == "fmod") {
+    return as_number(proven::fmod(x, y));
+  }
+  if (name == "fmin" || name == "fmax") {
+    return as_number(name == "fmin" ? proven::fmin(x, y) : proven::fmax(x, y));
+  }
+  evaluation.unproven = f.name;
+  return as_number(proven::exact(f.apply(x.value, y.value)));
+}
+
+}  // namespace
+
+bool apply_to_elements(const std::string& name, const Knowns& arguments, Evaluation& evaluation, Known& result) {
+  const std::string plain = name == "mod" ? "fmod" : name;
+  if (name == "abs" || name == "re" || name == "im" || name == "conj" || name == "arg") {
+    result = mapped(arguments[0], [&](const Number& z) {
+      if (name == "abs") {
+        return as_number(modulus(z));
+      }
+      if (name == "arg") {
+        return as_number(proven::atan2(z.im, z.re));
+      }
+      return name == "re" ? as_number(z.re) : name == "im" ? as_number(z.im) : Number{z.re, z.is_real() ? z.im : -z.im};
+    });
+    return true;
+  }
+  if (arguments.size() == 1) {
+    for (const quarn::NamedFunction1& f : quarn::functions_of_one()) {
+      if (plain == f.name && plain != "factorial") {
+        result = mapped(arguments[0], [&](const Number& z) { return function_value(f, z, evaluation); });
+        return true;
+      }
+    }
+    return false;
+  }
+  for (const quarn::NamedFunction2& f : quarn::functions_of_two()) {
+    if (arguments.size() != 2 || plain != f.name) {
+      continue;
+    }
+    const Array& a = arguments[0].array(0);
+    const Array& b = arguments[1].array(1);
+    if (!is_number(a) && !is_number(b) && (a.rows() != b.rows() || a.columns() != b.columns())) {
+      throw Unfit("as many numbers as in the first argument are needed here, or one", 1);
+    }
+    const Array& larger = is_number(a) ? b : a;
+    std::vector<Number> elements;
+    for (std::size_t k = 0; k < size(larger); ++k) {
+      elements.push_back(function_value(f, element(arguments[0], is_number(a) ? 0 : k),
+                                        element(arguments[1], is_number(b) ? 0 : k), evaluation));
+    }
+    result = known(larger.rows(), larger.columns(), elements);
+    return true;
+  }
+  return false;
+}
+
+}  // namespace cli::repl

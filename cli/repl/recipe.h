@@ -1,0 +1,54 @@
+// What a variable was made from: it is evaluated anew when more digits are needed.
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cli/repl/known.h"
+#include "cli/repl/parser.h"
+
+namespace cli::repl {
+
+struct Recipe;
+
+/// One of the results of a recipe.
+struct Variable {
+  std::shared_ptr<Recipe> recipe;
+  std::size_t place = 0;
+
+  const Known& value() const;
+};
+using Variables = std::map<std::string, Variable>;
+
+/// An expression, with the variables that it names as they were; or elements of a variable that were replaced by those
+/// of `source`. Values without errors need neither.
+struct Recipe {
+  explicit Recipe(std::vector<Known> values = {}) : results(std::move(values)), is_fixed(!results.empty()) {}
+
+  Node expression;
+  std::unique_ptr<Node> target;  // name(indices) of the variable whose elements are replaced
+  Variable source;
+  Variables environment;
+  /// Random numbers and files, by the places of their calls: read once.
+  std::map<std::size_t, Known> data;
+  int asked = 0;  // the digits that were asked for when it was made
+
+  std::vector<Known> results;
+  int digits = 0;  // which the results were computed with
+  std::string unproven;
+  std::size_t depth = 0;  // of recipes that it needs
+  bool is_fixed = false;  // never to be evaluated again
+};
+
+inline const Known& Variable::value() const { return recipe->results.at(place); }
+
+/// How far proofs go.
+struct ProofLimits {
+  Integer once = 0;  // working digits of a single computation without a proof; 0: proofs
+  Integer seconds = 60;
+};
+
+}  // namespace cli::repl
