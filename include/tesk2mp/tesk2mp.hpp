@@ -45,6 +45,7 @@
 #include "tesk2mp/proven_functions.hpp"
 #include "tesk2mp/proven_spectra.hpp"
 #include "tesk2mp/proven_sums.hpp"
+#include "tesk2mp/proven_zero.hpp"
 #include "tesk2mp/refinement.hpp"
 #include "tesk2mp/rounding.hpp"
 #include "tesk2mp/schur_forms.hpp"

@@ -12,7 +12,7 @@ constexpr int kFine = 400;
 
 QuarnBound error_bound(support::Random& random) {
   return random.once_in(4) ? QuarnBound()
-                           : QuarnBound(Real(double(random.between(1, 99)), -int(random.between(0, 60))));
+                           : QuarnBound(Real(int(random.between(1, 99)), -int(random.between(0, 60))));
 }
 /// An end of the interval, its middle, or between; never -0.
 Real within(const Bounded<Real>& x, support::Random& random) {
@@ -359,4 +359,31 @@ TEST_CASE("sums, norms and transforms of bounded numbers") {
   CHECK(proven::norm(tesk2mp::Norm::frobenius, whole).error.is_zero());
   whole(0, 0) = 11;
   CHECK(!proven::multiply(whole, whole)(0, 0).error.is_zero());
+}
+
+TEST_CASE("zeros of functions of bounded numbers") {
+  const auto check = [](const auto& f, const Real& low, const Real& high, Real (*exact)()) {
+    for (const int digits : {1, 2, 20, 120}) {
+      const auto found = proven::to_digits(digits, [&] { return proven::zero(f, low, high); });
+      const support::Digits wide(kFine);
+      CAPTURE(digits);
+      CHECK(found.error.is_finite());
+      CHECK(holds(found, exact()));
+    }
+  };
+  using B = const Bounded<Real>&;
+  check([](B x) { return cos(x); }, 1, 2, [] { return tesk2mp::pi() / 2; });
+  check([](B x) { return x * x - proven::exact(2); }, 0, 2, [] { return sqrt(Real(2)); });
+  check([](B x) { return exp(x) - proven::exact(3); }, 0, 100, [] { return log(Real(3)); });
+  check([](B x) { return x * x * x - proven::exact(Real(1, -60)) * x - x * x + proven::exact(Real(1, -60)); },
+        Real("0.5"), 7, [] { return Real(1); });
+  check([](B x) { return proven::exact(1) / proven::exact(3) - x; }, -1, 1, [] { return Real(1) / 3; });
+  // A pole changes the sign too, and is none; nor is what the digits leave open; two signs that are alike.
+  const support::Digits scope(20);
+  CHECK(!proven::zero([](B x) { return tan(x); }, Real(1), Real(2)).error.is_finite());
+  CHECK(!proven::zero([](B x) { return sin(x) * sin(x) + cos(x) * cos(x) - proven::exact(1); }, Real(1), Real(2))
+             .error.is_finite());
+  CHECK_THROWS_AS((void)proven::zero([](B x) { return exp(x); }, Real(1), Real(2)), tesk2mp::InvalidArgument);
+  CHECK_THROWS_AS((void)proven::zero([](B x) { return x; }, Real(2), Real(1)), tesk2mp::InvalidArgument);
+  CHECK(proven::zero([](B x) { return x - proven::exact(3); }, Real(1), Real(5)).error.is_zero());
 }
