@@ -28,6 +28,19 @@ SizeClass size_class(std::size_t wanted) {
 // Blocks that a thread keeps for later may take so much memory; more goes back to the system.
 constexpr std::size_t kMostKept = std::size_t(256) << 20;
 
+/// From the system. When that has no more, the thread's free blocks, which are of other sizes, go back to it first.
+void* fresh_block(std::size_t bytes) {
+  ThreadState& state = own_state();
+  try {
+    return ::operator new(bytes);
+  } catch (const std::bad_alloc&) {
+    if (!state.release_blocks()) {
+      throw;
+    }
+  }
+  return ::operator new(bytes);
+}
+
 }  // namespace
 
 Limb* acquire_limbs(std::size_t wanted, std::uint32_t& capacity) {
@@ -42,8 +55,7 @@ Limb* acquire_limbs(std::size_t wanted, std::uint32_t& capacity) {
     state.kept_bytes -= fit.capacity * sizeof(Limb);
     return reinterpret_cast<Limb*>(block);
   }
-  own_state();
-  return static_cast<Limb*>(::operator new(fit.capacity * sizeof(Limb)));
+  return static_cast<Limb*>(fresh_block(fit.capacity * sizeof(Limb)));
 }
 
 void recycle_limbs(Limb* limbs, std::uint32_t capacity) noexcept {

@@ -82,16 +82,23 @@ void end_thread(void* ended) noexcept {
     }
   }
   store_state(nullptr);
-  for (FreeBlock*& first : state->free_blocks) {
+  state->release_blocks();
+  delete state;
+}
+
+}  // namespace
+
+bool ThreadState::release_blocks() noexcept {
+  const bool any = kept_bytes != 0;
+  for (FreeBlock*& first : free_blocks) {
     while (FreeBlock* const block = first) {
       first = block->next;
       ::operator delete(block);
     }
   }
-  delete state;
+  kept_bytes = 0;
+  return any;
 }
-
-}  // namespace
 
 #if !defined(_WIN32)
 

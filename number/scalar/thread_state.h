@@ -44,6 +44,9 @@ struct ThreadState {
   FreeBlock* free_blocks[kSizeClasses]{};
   void* slots[QuarnThreadSlots]{};
   Held caches[std::size_t(Cache::count)]{};
+
+  /// Gives the free blocks back to the system: were there any?
+  bool release_blocks() noexcept;
 };
 
 #if defined(_WIN32)

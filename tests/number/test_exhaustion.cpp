@@ -203,6 +203,33 @@ TEST_CASE("after a failed allocation every result is right") {
   MESSAGE(sweep.cases << " failed allocations");
 }
 
+TEST_CASE("free blocks of other sizes go before an allocation fails") {
+  const int status = in_child([] {
+    QuarnSetDigits(5000);
+    const QuarnFloat number(std::string(900, '7'));
+    // No block of this size is free after so many copies.
+    const std::vector<QuarnFloat> held(32, number);
+    const auto can_copy = [&](bool once) {
+      allocations.fail(1, once);
+      bool right = false;
+      try {
+        const QuarnFloat copy = number;
+        right = copy == number;
+      } catch (const std::bad_alloc&) {
+        right = false;
+      }
+      allocations.stop_failing();
+      return right;
+    };
+    if (can_copy(false) || can_copy(true)) {
+      return 1;  // nothing is left to be given back, so that one failure is reported
+    }
+    { const QuarnFloat other(std::string(5000, '3')); }
+    return can_copy(true) ? 0 : 2;
+  });
+  CHECK(status == 0);
+}
+
 TEST_CASE("a failure is reported without memory") {
   const int status = in_child([] {
     const auto count = [](const char*, void* texts) { ++*static_cast<int*>(texts); };
