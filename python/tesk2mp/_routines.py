@@ -1,6 +1,7 @@
 """The functions of the extension as functions of Python: with a signature, for pickles, and for a call at other digits."""
 
 import ast
+import contextlib
 import inspect
 from collections.abc import Callable
 from typing import Any
@@ -45,6 +46,10 @@ def routine(core: Callable[..., Any]) -> Callable[..., Any]:
             report = _progress.current() if report is None else report
             if report is None:
                 return work(*arguments, **named)
+            if iterates:
+                # A monitor may be the last of many arguments. What cannot be called is the routine's to say.
+                with contextlib.suppress(TypeError):
+                    named, arguments = signature.bind_partial(*arguments, **named).arguments, ()
             return _progress.call(work, report, arguments, named, iterates)
 
     if core.__name__ in _LONG:

@@ -291,13 +291,18 @@ def symmetric_eigen(a: Any) -> tuple[list[Bounded], list[list[Bounded]]]:
     return _vector(values), _matrix(vectors)
 
 
-def symmetric_eigenvalues(a: Any) -> list[Bounded]:
-    """The eigenvalues of symmetric_eigen() alone.
+def symmetric_eigenvalues(a: Any, b: Any = None) -> list[Bounded]:
+    """The eigenvalues of symmetric_eigen() alone; with a positive definite b, which is part of the proof, those of
+    a x = lambda b x, whose numbers are taken as exact.
 
     >>> [value.text(10) for value in symmetric_eigenvalues([[2, 1], [1, 2]])]
     ['1', '3']
+    >>> [value.text(10) for value in symmetric_eigenvalues([[2, 0], [0, 1]], [[4, 0], [0, 3]])]
+    ['0.3333333333', '0.5']
     """
-    return symmetric_eigen(a)[0]
+    if b is None:
+        return symmetric_eigen(a)[0]
+    return _vector(_core._proven_symmetric_pencil(_rows(a), _rows(b)))
 
 
 def singular_values(a: Any) -> list[Bounded]:
@@ -313,12 +318,15 @@ def _roots(found: list[tuple[Any, decimal.Decimal, int, bool]]) -> list[Root]:
     return [Root(value, _decimal(error), count, is_real) for value, error, count, is_real in found]
 
 
-def eigenvalues(a: Any) -> list[Root]:
-    """The eigenvalues of a square matrix. Multiple ones, and those too close for the working digits, share a disc.
+def eigenvalues(a: Any, b: Any = None) -> list[Root]:
+    """The eigenvalues of a square matrix, with b those of a x = lambda b x; that b is regular is part of the proof. Multiple
+    ones, and those too close for the working digits, share a disc.
 
     >>> [(root.text(10), root.multiplicity) for root in eigenvalues([[0, 1], [1, 1]])]
     [('-0.6180339887', 1), ('1.618033989', 1)]
     """
+    if b is not None:
+        return _roots(_core._proven_pencil(*_given(a), *_given(b)))
     return _roots(_core._proven_eigenvalues(*_given(a)))
 
 

@@ -42,6 +42,10 @@ class Search {
   }
   void end() { work_[kRunning] = 0; }
 
+  /// What has been searched.
+  const QuarnFloat& left() const { return work_[kLeft]; }
+  const QuarnFloat& right() const { return work_[kRight]; }
+
   /// Takes F(x) in; true when the interval from x to y is found.
   bool take(const QuarnFloat& x, const QuarnFloat& fx, QuarnFloat* y, QuarnFloat* fy) {
     if (fx == 0) {
@@ -140,7 +144,9 @@ void search(Report& report, Integer* irevcm, QuarnFloat* x, const QuarnFloat* fx
   }
   if (!state.next(x)) {
     state.end();
-    return report.fail(3, 99997, " ** No change of sign was found.");
+    return report.fail(3, 99997,
+                       " ** The function has the same sign wherever it was asked for from X = %12.4e to %12.4e.",
+                       state.left(), state.right());
   }
   *irevcm = kValue;
 }

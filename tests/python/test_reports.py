@@ -99,6 +99,14 @@ class Reports(unittest.TestCase):
     def test_what_is_no_report(self):
         with self.assertRaises(tesk2mp.InvalidType):
             tesk2mp.progress(3)
+        # A monitor that is given by position
+        a = tesk2mp.SparseMatrix(2, [(0, 0, 4), (0, 1, 1), (1, 0, 2), (1, 1, 3)])
+        given = (a, [1, 2], None, "rgmres", 0, 0, 10, None, None, "preconditioned_residual", "infinity", None, 0, 0)
+        counts, told = [], []
+        tesk2mp.solve_iteratively(*given, lambda count, x, residual: counts.append(count), progress=told.append)
+        self.assertTrue(counts and told)
+        _, _, iterations = tesk2mp.solve_iteratively(*given, None, progress=told.append)
+        self.assertEqual(told[-1], iterations)
         with self.assertRaises(tesk2mp.InvalidType):
             tesk2mp.solve([[1]], [1], progress="x")
 
@@ -168,6 +176,47 @@ class ProvenBlocks(unittest.TestCase):
                 self.assertEqual(str(tesk2mp.solve([[3]], [1], digits=4)[0]), "0." + "3" * 25)
             self.assertEqual(tesk2mp.sin(1), tesk2mp.sin(1, digits=25))
 
+    def test_fits_vectors_pencils_and_zeros(self):
+        third = fractions.Fraction(1, 3)
+        k = 30
+        with tesk2mp.true_digits(k):
+            fit, rank = linalg.lstsq([[1, third], [1, 2], [1, 3]], ["0.1", 2, 4])
+            pencil = tesk2mp.symmetric_eigenvalues([[2, 1], [1, third]], b=[[1, 0], [0, 3]])
+            roots = tesk2mp.eigenvalues([[2, 1], [1, third]], [[1, 0], [0, 3]])
+            values, right, left = tesk2mp.eigen([[third, 1], [2, 5]])
+            zeros = tesk2mp.polynomial_zeros([third, 0, 0, -2])
+            self.assertEqual(linalg.matrix_rank([[third, 2 * third], [1, 2]]), 1)
+            self.assertEqual(tesk2mp.solve([[2]], [third]), [Decimal("0.1" + "6" * 28 + "7")])
+            self.assertEqual(tesk2mp.convolve(["1e30", 1, "-1e30"], [1, 1, 1], "valid"), [1])
+        # By hand: the normal equations; 3 x^2 - 19/3 x - 1/3 = 0 of the pencil; x^2 - 16/3 x - 1/3 = 0.
+        exact = [fractions.Fraction(-249, 490), fractions.Fraction(1401, 980)]
+        self.assertEqual(rank, 2)
+        with tesk2mp.digits(60), localcontext() as context:
+            context.prec = 60
+            half = Decimal(19) / 18
+            root = (half * half + Decimal(1) / 9).sqrt()
+            exact_values = [(Decimal(8) / 3) - (Decimal(67) / 9).sqrt(), (Decimal(8) / 3) + (Decimal(67) / 9).sqrt()]
+            pairs = [
+                *zip(fit, (Decimal(each.numerator) / each.denominator for each in exact)),
+                *zip(pencil, (half - root, half + root)),
+                *zip((each.real for each in roots), (half + root, half - root)),
+                *zip((each.real for each in values), exact_values),
+                (zeros[2][0].real, Decimal(6) ** (Decimal(1) / 3)),
+            ]
+            for one, other in pairs:
+                self.assertLessEqual(abs(one - other), Decimal("0.51") * Decimal((0, (1,), other.adjusted() - k + 1)))
+            for zero, error in zeros:
+                self.assertLess(error, Decimal("1e-28"))
+                self.assertLess(abs(zero * zero * zero - 6), Decimal("1e-28"))
+            for j, value in enumerate(values):
+                x, y = [row[j].real for row in right], [row[j].real for row in left]
+                self.assertLess(abs(x[0] / 3 + x[1] - value.real * x[0]), Decimal("1e-28"))
+                self.assertLess(abs(y[0] + 5 * y[1] - value.real * y[1]), Decimal("1e-28"))
+                self.assertLess(abs(x[0] * x[0] + x[1] * x[1] - 1), Decimal("1e-28"))
+        for call in (lambda: linalg.eig([[1, 1], [0, 1]]), lambda: linalg.eigh([[1, 0], [0, 1]])):
+            with tesk2mp.true_digits(9), self.assertRaises(tesk2mp.NumericalFailure):
+                call()
+
     def test_what_has_no_proof_is_refused(self):
         lu = tesk2mp.LU([[2]])
         sparse = tesk2mp.SparseMatrix(1, [(0, 0, 2)])
@@ -182,9 +231,11 @@ class ProvenBlocks(unittest.TestCase):
             lambda: sparse.multiply([1]),
             lambda: plan.transform([1, 2, 3]),
             lambda: linalg.solve([[2]], [1], assume_a="pos"),
-            lambda: tesk2mp.eigenvalues([[2]], [[1]]),
+            lambda: tesk2mp.eigen([[2]], [[1]]),
+            lambda: tesk2mp.dot([1], [2]),
+            lambda: tesk2mp.matrix_rank([[1]], "0.1"),
+            lambda: tesk2mp.polynomial_zeros([fractions.Fraction(1, 3), "1e999999"]),
             lambda: tesk2mp.symmetric_eigenvalues([[2]], indices=(0, 0)),
-            lambda: tesk2mp.solve([[2]], [fractions.Fraction(1, 3)]),
         )
         for call in calls:
             with tesk2mp.true_digits(9), self.assertRaises(tesk2mp.InvalidArgument):

@@ -26,12 +26,15 @@ _DIGITS_OF_FLOATS = 767
 
 
 class LinearOperator:
-    """A matrix that is known by its products alone: matvec(x) is A x. rmatvec(x), the
-    product with the conjugate transpose, is kept for other programs: no method here needs it.
+    """A matrix that is known by its products alone: matvec(x) is A x, rmatvec(x) the product with the conjugate transpose, which
+    is the matrix H. No method here needs the second one by itself.
 
     >>> double = LinearOperator((2, 2), lambda x: [2 * number for number in x])
     >>> cg(double, [1, 2], digits=20)
     ([Decimal('0.5'), Decimal('1')], 0)
+    >>> turn = LinearOperator((2, 2), lambda x: [-x[1], x[0]], lambda x: [x[1], -x[0]])
+    >>> turn.H.matvec([1, 2])
+    [2, -1]
     """
 
     def __init__(self, shape: tuple[int, int], matvec: Product, rmatvec: Product | None = None) -> None:
@@ -41,6 +44,13 @@ class LinearOperator:
 
     def __call__(self, x: Any) -> Vector:
         return self.matvec(x)
+
+    @property
+    def H(self) -> "LinearOperator":
+        """The conjugate transpose. InvalidArgument where its products are not known."""
+        if self.rmatvec is None:
+            raise refusal(InvalidArgument, "products with the conjugate transpose are not known: rmatvec was not given")
+        return LinearOperator((self.shape[1], self.shape[0]), self.rmatvec, self.matvec)
 
 
 # Sparse matrices of scipy have no types that a program without scipy could name.
