@@ -6,10 +6,14 @@
 #include "cli/system/memory.h"
 #include "tesk2mp/proven_certify.hpp"
 #include "tesk2mp/refinement.hpp"
+#include "tesk2mp/solve_sparse.hpp"
 
 namespace cli {
 
 namespace {
+
+// Of a tolerance that asks for all that rounding allows.
+constexpr int kBeyondDigits = 100'000'000;
 
 template <class T>
 tesk2mp::Matrix<T> full_matrix(const Equations<T>& equations) {
@@ -40,6 +44,31 @@ Solution refined_solution(const Equations<T>& equations) {
     solution.failure = "the refinement does not converge: the matrix is singular to working precision";
   }
   solution.x.elements = std::move(refined.x);
+  return solution;
+}
+
+/// By complete sparse factors, which precondition the iterations that refine.
+template <class T>
+Solution sparse_solution(const Equations<T>& equations) {
+  tesk2mp::SparseOptions options;
+  options.method = tesk2mp::Method::rgmres;
+  options.preconditioning = tesk2mp::Preconditioning::direct;
+  options.tolerance = tesk2mp::Real(1, -kBeyondDigits);
+  Solution solution;
+  std::vector<T> x(equations.b.size());
+  try {
+    auto found = tesk2mp::solve_sparse(equations.a, std::span<const T>(equations.b), options);
+    solution.iterations = found.progress.iterations;
+    x = std::move(found.x);
+  } catch (const tesk2mp::NumericalFailure& failure) {
+    solution.failure = failure.what();
+    solution.failure_code = failure.code();
+  }
+  solution.residual = relative_residual(equations, x);
+  solution.history.push_back({solution.iterations, solution.residual, QuarnFloat()});
+  tesk2mp::Matrix<T> column(x.size(), 1);
+  std::move(x.begin(), x.end(), column.data());
+  solution.x.elements = std::move(column);
   return solution;
 }
 
@@ -76,10 +105,18 @@ Solution solve_proven(const LinearSystem& system, const ProofOptions& options) {
   return solution;
 }
 
+bool is_for_sparse_factors(const LinearSystem& system) {
+  constexpr Integer kMostFull = 1000;
+  return system.n > kMostFull;
+}
+
 Solution solve_directly(const LinearSystem& system) {
-  Solution solution = std::visit([](const auto& equations) { return refined_solution(equations); }, system.equations);
+  const bool sparse = is_for_sparse_factors(system);
+  Solution solution = std::visit(
+      [&](const auto& equations) { return sparse ? sparse_solution(equations) : refined_solution(equations); },
+      system.equations);
   solution.method = "direct";
-  solution.routine = system.complex() ? "QuarnMPX_zgerfs_" : "QuarnMPX_dgerfs_";
+  solution.routine = sparse ? "complete sparse factors" : system.complex() ? "QuarnMPX_zgerfs_" : "QuarnMPX_dgerfs_";
   return solution;
 }
 

@@ -87,7 +87,11 @@ std::string automatic_method(const LinearSystem& system);
 Solution solve_iteratively(const LinearSystem& system, const std::string& method, const IterativeOptions& options,
                            const std::function<void(const ResidualStep&)>& watcher);
 
-/// Solves by the LU factorisation of the full matrix, refining the solution with exact residuals.
+/// Is the matrix too large to be factorised in full?
+bool is_for_sparse_factors(const LinearSystem& system);
+
+/// Solves by the LU factorisation of the full matrix, refining the solution with exact residuals, or by complete sparse
+/// factors.
 Solution solve_directly(const LinearSystem& system);
 
 /// The same with so many digits that those of the moment are true. Throws NumericalFailure where none suffice.

@@ -73,6 +73,9 @@ double part_done(const QuarnFloat& first, const ResidualStep& now) {
 
 Solution solve(const LinearSystem& system, const std::string& method, const SolveOptions& options) {
   if (method == "direct" || method == "proven") {
+    if (method == "direct" && is_for_sparse_factors(system)) {  // whose cost is not known beforehand
+      return solve_directly(system);
+    }
     const Progress progress = Progress::estimated("factorising", factorisation_cost(system.n, system.complex()));
     return method == "direct" ? solve_directly(system) : solve_proven(system, options.proof);
   }
@@ -347,7 +350,9 @@ right side is A (1, ..., 1), so that the solution is known.
 
 The iterative methods stop when ||b - A x|| <= tol (||b|| + ||A|| ||x||), Euclidean norms,
 ||A|| estimated; the residual is computed afresh before it is believed. --method direct
-factorises the full matrix and refines the solution with exact residuals.
+factorises the full matrix and refines the solution with exact residuals; of more than 1000
+unknowns it takes complete sparse factors, Cholesky where the matrix is positive definite, else
+LU, in an order that fills little.
 --method all compares the iterative ones for general matrices. cg, minres and symmlq are for
 symmetric or Hermitian ones; --method auto takes cg when the diagonal is positive too (and
 minres when cg finds the matrix indefinite), minres when it is not, bicgstab when there is no

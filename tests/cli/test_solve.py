@@ -139,6 +139,16 @@ class Solve(unittest.TestCase):
             # The entries themselves are short, so that both precisions hold the same system.
             self.assertLess(max(abs(x - y) for x, y in zip(low, high, strict=True)), largest * Decimal("1e-29"), name)
 
+    def test_large_systems_are_solved_by_sparse_factors(self):
+        n = 1200
+        for first in (4, -4, 1):  # definite, negative definite, not symmetric
+            entries = [f"{i} {i} {first if i % 2 else 4}" for i in range(1, n + 1)]
+            entries += [f"{i} {i - 1} -1" for i in range(2, n + 1)] + [f"{i - 1} {i} {-1 if first != 1 else 2}" for i in range(2, n + 1)]
+            matrix = self.write("large.mtx", f"{HEAD}real general\n{n} {n} {len(entries)}\n" + "\n".join(entries) + "\n")
+            result = run_json("solve", matrix, "--method", "direct", "--digits", "30")
+            self.assertEqual((result["failure"], len(result["value"])), ("", n))
+            self.assertLess(max(abs(x - 1) for x in decimals(result["value"])), Decimal("1e-26"))
+
     def test_the_history_is_that_of_true_residuals(self):
         history = os.path.join(self.folder, "h.csv")
         run_well("solve", matrix_of("west0067"), "--method", "cgs", "--digits", "50", "--tol", "1e-40", "--history", history)
