@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "tesk2mp/partial_sums.hpp"
 #include "tesk2mp/sparse.hpp"
 
 namespace tesk2mp {
@@ -32,11 +33,23 @@ struct SolverOptions {
   Real matrix_norm = 0;             ///< of A, for Criterion::residual; 0: estimated with products
   Real largest_singular_value = 0;  ///< of M^-1 A, for the other one; 0: estimated on the way
   Integer monitor = 0;              ///< every that many iterations Request::monitor; 0: never
+  // Rows that are shared out among ranks, each with its part of b, of the first iterate and of the weights:
+  Integer rows = 0;       ///< of the whole system; 0: all of them are here
+  Integer first_row = 0;  ///< of the whole system, the row of the first element here
+  SumExchange dot;        ///< takes care of every Request::dot; none: next() returns it
 };
 
 /// What a step of IterativeSolver asks for: output() is to become A input(), A^T input() (A^H of a complex one) or M^-1
-/// input(); or just to look, input() the iterate and output() its residual; or nothing any more.
-enum class Request : Integer { product = 1, transposed_product = -1, precondition = 2, monitor = 3, finished = 4 };
+/// input(); or just to look, input() the iterate and output() its residual; or nothing any more. dot: partial_sums()
+/// are to become the totals of all ranks.
+enum class Request : Integer {
+  product = 1,
+  transposed_product = -1,
+  precondition = 2,
+  monitor = 3,
+  finished = 4,
+  dot = 7
+};
 
 /// How far a solver has got. The criterion holds when left <= right.
 struct Progress {
@@ -60,6 +73,9 @@ struct Progress {
 /// @endcode
 ///
 /// IterativeSolver is the real one, ComplexIterativeSolver the complex one.
+/// Where the rows of the system are shared out (options.rows) each rank makes one of its rows, and all of them take the
+/// same steps; products take what the rank needs of input() from the others. Sums are exact and rounded once, so that
+/// the digits do not depend on the partition, as long as the preconditioner does not.
 template <Scalar T>
 class BasicIterativeSolver {
  public:
@@ -68,7 +84,8 @@ class BasicIterativeSolver {
                        const SolverOptions& options)
       : u_(guess.empty() ? std::vector<T>(b.size()) : std::vector<T>(guess.begin(), guess.end())),
         v_(b.begin(), b.end()),
-        weights_(options.weights) {
+        weights_(options.weights),
+        dot_(options.dot) {
     detail::require(u_.size() == v_.size(), kSetUp, 6, "a first iterate of ", u_.size(), " elements for ", v_.size(),
                     " equations");
     detail::require(weights_.empty() || weights_.size() == v_.size(), kSetUp, 4, weights_.size(), " weights for ",
@@ -78,9 +95,9 @@ class BasicIterativeSolver {
 
   /// Goes on once the last request is done. Throws NumericalFailure when the method breaks down (code 7), runs out of
   /// iterations (8) or cannot get better at the working precision (9); solution() then is the last iterate.
-  Request next() { return step(request_); }
+  Request next() { return proceed(request_); }
   /// In place of next(): ends after this iteration, with all requests that it still needs.
-  Request finish_iteration() { return step(5); }
+  Request finish_iteration() { return proceed(5); }
   /// In place of next(): ends at once, with the last iterate that is complete.
   void stop() { step(6); }
 
@@ -90,6 +107,34 @@ class BasicIterativeSolver {
   const std::vector<T>& residual() const { return v_; }
   /// The criterion holds: not so after stop(), finish_iteration() or an exception.
   bool converged() const { return converged_; }
+
+  /// After Request::dot: what the elements here add to each sum, exactly. Complex inner products are two of them.
+  std::vector<PartialSum> partial_sums() const {
+    std::vector<PartialSum> sums;
+    for (std::size_t k = 0; k < sum_count(); ++k) {
+      add_partial_sums(k, sums);
+    }
+    return sums;
+  }
+  /// The totals of all ranks, in the same order.
+  void take_totals(std::span<const PartialSum> totals) {
+    std::size_t used = 0;
+    for (std::size_t k = 0; k < sum_count(); ++k) {
+      const int kind = sum_kind(k);
+      const PartialSum& total = totals[used++];
+      T& value = work_[sum_place(k) + 3];
+      if (kind == kInnerProduct) {
+        value = T(total.sum().rounded());
+        if constexpr (std::same_as<T, Complex>) {
+          value.im = totals[used++].sum().rounded();
+        }
+      } else {
+        value = T(kind == kTwoNorm   ? total.sum().rounded_root()
+                  : kind == kOneNorm ? total.sum().rounded()
+                                     : total.largest());
+      }
+    }
+  }
 
   Progress progress() {
     Progress progress;
@@ -110,12 +155,22 @@ class BasicIterativeSolver {
     detail::require(std::size_t(options.method) < std::size(kNames), kSetUp, 1, "no such method");
     const std::string method = kNames[std::size_t(options.method)];
     const Integer n = detail::count_of(v_.size());
-    const Integer usual = options.method == Method::rgmres ? std::min<Integer>(n, 30) : 1;
+    const Integer rows = options.rows == 0 ? n : options.rows;
+    const Integer usual = options.method == Method::rgmres ? std::min<Integer>(rows, 30) : 1;
     const Integer order = options.order == 0 ? usual : options.order;
     const auto criterion = Integer(options.criterion);
     Integer needed = 0;
     const auto attempt = [&](Integer* ifail) {
       const Integer length = detail::count_of(work_.size());
+      if (options.rows != 0) {
+        const Integer first = options.first_row + 1;
+        detail::pick<T>(QuarnMPX_f11bdd_, QuarnMPX_zf11bdd_)(
+            method.c_str(), detail::Option(preconditioned ? 'P' : 'N'), detail::Option(options.norm),
+            detail::Option(weights_.empty() ? 'N' : 'W'), &criterion, &options.rows, &n, &first, &order,
+            &options.tolerance, &options.most_iterations, &options.matrix_norm, &options.largest_singular_value,
+            &options.monitor, &needed, work_.data(), &length, ifail, int(method.size()), 1, 1, 1);
+        return;
+      }
       detail::pick<T>(QuarnMPX_f11bdf_, QuarnMPX_zf11bdf_)(
           method.c_str(), detail::Option(preconditioned ? 'P' : 'N'), detail::Option(options.norm),
           detail::Option(weights_.empty() ? 'N' : 'W'), &criterion, &n, &order, &options.tolerance,
@@ -130,6 +185,68 @@ class BasicIterativeSolver {
     }
     work_.resize(std::size_t(std::max<Integer>(needed, 100)));
     detail::call(attempt);
+  }
+
+  // The sums of Request::dot, as F11BDD lays them out.
+  static constexpr int kInnerProduct = 1;
+  static constexpr int kTwoNorm = 2;
+  static constexpr int kOneNorm = 3;
+  static constexpr int kWeighted = 10;
+  std::size_t whole(std::size_t place) const { return std::size_t(FloatToInt(Complex(work_[place]).re)); }
+  std::size_t sum_count() const { return whole(30); }
+  std::size_t sum_place(std::size_t k) const { return whole(31) - 1 + 4 * k; }
+  int sum_kind(std::size_t k) const { return int(whole(sum_place(k))) % kWeighted; }
+
+  void add_partial_sums(std::size_t k, std::vector<PartialSum>& sums) const {
+    const bool weighted = int(whole(sum_place(k))) > kWeighted;
+    const int kind = sum_kind(k);
+    std::span<const T> x(work_.data() + whole(sum_place(k) + 1) - 1, u_.size());
+    const std::span<const T> y(work_.data() + whole(sum_place(k) + 2) - 1, u_.size());
+    std::vector<T> scaled;
+    if (weighted) {
+      scaled.assign(x.begin(), x.end());
+      for (std::size_t i = 0; i < scaled.size(); ++i) {
+        scaled[i] = scaled[i] * weights_[i];
+      }
+      x = scaled;
+    }
+    if (kind == kInnerProduct || kind == kTwoNorm) {
+      const T* const other = kind == kInnerProduct ? y.data() : x.data();
+      PartialSum real;
+      if constexpr (std::same_as<T, Complex>) {
+        PartialSum imaginary;
+        quarn::add_inner_product(x.size(), x.data(), other, real.sum(), imaginary.sum());
+        sums.push_back(std::move(real));
+        if (kind == kInnerProduct) {
+          sums.push_back(std::move(imaginary));
+        }
+      } else {
+        real.sum().add_dot(x.size(), x.data(), 1, other, 1);
+        sums.push_back(std::move(real));
+      }
+      return;
+    }
+    PartialSum part(kind == kOneNorm ? PartialSum::Kind::sum : PartialSum::Kind::largest);
+    for (const T& element : x) {
+      const Real size = detail::part_size(element);
+      if (kind == kOneNorm) {
+        part.sum() += size;
+      } else {
+        part.take(size);
+      }
+    }
+    sums.push_back(std::move(part));
+  }
+
+  Request proceed(Integer answer) {
+    Request request = step(answer);
+    while (request == Request::dot && dot_) {
+      std::vector<PartialSum> sums = partial_sums();
+      dot_(sums);
+      take_totals(sums);
+      request = step(request_);
+    }
+    return request;
   }
 
   Request step(Integer answer) {
@@ -151,6 +268,7 @@ class BasicIterativeSolver {
   std::vector<T> v_;
   std::vector<Real> weights_;
   std::vector<T> work_;
+  SumExchange dot_;
   Integer request_ = 0;
   bool converged_ = false;
 };
@@ -183,12 +301,35 @@ using ComplexMonitor = BasicMonitor<Complex>;
 
 namespace detail {
 
+/// The norm of a vector of which each rank has a part.
+template <Scalar T>
+Real shared_norm(const SolverOptions& options, VectorNorm norm, std::span<const T> x) {
+  PartialSum part(norm == VectorNorm::infinity ? PartialSum::Kind::largest : PartialSum::Kind::sum);
+  for (const T& element : x) {
+    const Real size = part_size(element);
+    if (norm == VectorNorm::two) {
+      part.sum().add_product(size, size);
+    } else if (norm == VectorNorm::one) {
+      part.sum() += size;
+    } else {
+      part.take(size);
+    }
+  }
+  options.dot({&part, 1});
+  return norm == VectorNorm::infinity ? part.largest()
+         : norm == VectorNorm::two    ? part.sum().rounded_root()
+                                      : part.sum().rounded();
+}
+
 /// The norm of the criterion.
 template <Scalar T>
 Real criterion_norm(const SolverOptions& options, std::span<const T> x) {
   std::vector<T> weighted(x.begin(), x.end());
   for (std::size_t i = 0; i < options.weights.size(); ++i) {
     weighted[i] = weighted[i] * options.weights[i];
+  }
+  if (options.dot) {
+    return shared_norm<T>(options, options.norm, weighted);
   }
   const Norm kind = options.norm == VectorNorm::one   ? Norm::one
                     : options.norm == VectorNorm::two ? Norm::frobenius
@@ -200,7 +341,10 @@ Real criterion_norm(const SolverOptions& options, std::span<const T> x) {
 template <Scalar T>
 void assess(BasicIterativeSolution<T>& solution, const SolverOptions& options, std::span<const T> b,
             std::span<const T> right) {
-  const auto largest = [](std::span<const T> x) { return norm(Norm::largest, MatrixView<const T>(x, x.size(), 1)); };
+  const auto largest = [&options](std::span<const T> x) {
+    return options.dot ? shared_norm<T>(options, VectorNorm::infinity, x)
+                       : norm(Norm::largest, MatrixView<const T>(x, x.size(), 1));
+  };
   const Real size = largest(b);
   const Real right_size = criterion_norm<T>(options, right);
   if (size == 0 || right_size == 0) {

@@ -37,6 +37,7 @@
 #include "tesk2mp/linear.hpp"
 #include "tesk2mp/matrix_functions.hpp"
 #include "tesk2mp/orthogonal.hpp"
+#include "tesk2mp/partial_sums.hpp"
 #include "tesk2mp/polynomials.hpp"
 #include "tesk2mp/preconditioners.hpp"
 #include "tesk2mp/proven.hpp"
