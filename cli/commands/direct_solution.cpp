@@ -5,6 +5,7 @@
 #include "cli/commands/proven.h"
 #include "cli/system/memory.h"
 #include "tesk2mp/proven_certify.hpp"
+#include "tesk2mp/proven_sparse.hpp"
 #include "tesk2mp/refinement.hpp"
 #include "tesk2mp/solve_sparse.hpp"
 
@@ -74,10 +75,21 @@ Solution sparse_solution(const Equations<T>& equations) {
 
 template <class T>
 Solution proven_solution(const Equations<T>& equations, const ProofOptions& options) {
-  const tesk2mp::Matrix<T> a = full_matrix(equations);
+  constexpr std::size_t kLeastSparse = 100;
+  constexpr std::size_t kMostFull = 1000;
+  const std::size_t n = equations.b.size();
+  const bool sparse = options.certificate.empty() && n >= kLeastSparse && equations.a.entries() < n * n / 8;
+  const tesk2mp::Matrix<T> a = sparse && n > kMostFull ? tesk2mp::Matrix<T>() : full_matrix(equations);
   Solution solution;
-  const auto found =
-      with_true_digits(options, solution.worked_with, [&] { return tesk2mp::proven::solve(a, equations.b); });
+  const auto found = with_true_digits(options, solution.worked_with, [&] {
+    if (sparse) {
+      auto by_sparse_factors = tesk2mp::proven::solve(equations.a, equations.b);
+      if (a.rows() == 0 || by_sparse_factors.front().error.is_finite()) {
+        return by_sparse_factors;
+      }
+    }
+    return tesk2mp::proven::solve(a, equations.b);
+  });
   tesk2mp::Matrix<T> x(found.size(), 1);
   for (std::size_t i = 0; i < found.size(); ++i) {
     x(i, 0) = tesk2mp::proven::known_value(found[i]);
