@@ -1,4 +1,6 @@
 // Cube root and the length of a vector.
+#include "number/limbs/linear.h"
+// Names of its templates stand before those of the number.
 #include <cmath>
 #include <limits>
 
@@ -12,20 +14,30 @@ namespace {
 /// Digits of the start below: that of hardware where long double has 64 bits, and one limb.
 constexpr int kStartDigits = std::numeric_limits<long double>::digits >= 64 && Radix::digits == 18 ? 17 : 8;
 
-/// The cube root of x as one limb, off by at most 0.53 of its last unit.
-QuarnFloat start_of_root(const QuarnFloat& x) {
+/// The cube root of a number as one limb, off by at most 0.53 of its last unit: 0.limb 10^third. The number is
+/// 0.L0 L1 ... 10^(3 third - shift).
+struct Start {
+  Limb limb;
+  std::int64_t third;
+  int shift;
+  bool negative;
+
+  QuarnFloat number() const { return rounded(negative, third, &limb, 1, false, Radix::digits); }
+};
+
+Start start_of_root(const QuarnFloat& x) {
   // x = m 10^(3 third), 0.001 <= m < 1
   const View v = view_of(x);
   const std::int64_t third = (v.exponent >= 0 ? v.exponent + 2 : v.exponent) / 3;
+  const int shift = int(3 * third - v.exponent);
   constexpr long double kUnit = 1 / (long double)(Radix::base);
   constexpr long double kScale[] = {1, 0.1L, 0.01L};
   const long double next = v.length > 1 ? (long double)(std::int64_t(v.limbs[1])) * kUnit : 0;
-  const long double m = ((long double)(std::int64_t(v.limbs[0])) + next) * kUnit * kScale[3 * third - v.exponent];
+  const long double m = ((long double)(std::int64_t(v.limbs[0])) + next) * kUnit * kScale[shift];
   long double root = std::cbrt(double(m));
   root -= (root * root * root - m) / (3 * root * root);
   const long double unit_root = root * (long double)(Radix::base) + 0.5L;
-  const auto limb = Limb(std::int64_t(std::min(unit_root, (long double)(Radix::base - 1))));
-  return rounded(v.negative, third, &limb, 1, false, Radix::digits);
+  return {Limb(std::int64_t(std::min(unit_root, (long double)(Radix::base - 1)))), third, shift, v.negative};
 }
 
 /// Halley's step: with a relative error of d before, it is below d^3 after.
@@ -34,18 +46,29 @@ QuarnFloat halley_step(const QuarnFloat& x, const QuarnFloat& root) {
   return root * (cube + (x + x)) / ((cube + cube) + x);
 }
 
-/// The same of a start of one limb, x as long as three: the exact residual, and a correction that is as short as its
-/// size allows.
-QuarnFloat first_halley_step(const QuarnFloat& x, const QuarnFloat& root) {
-  QuarnFloat cube;
-  QuarnFloat residual;
-  {
-    const WorkingDigits scope(4 * Radix::digits);
-    cube = root * root * root;
-    residual = x - cube;
-  }
-  const WorkingDigits scope(2 * kStartDigits + 6);
-  const QuarnFloat correction = residual * root / (cube + cube + x);
+/// The same of a start of one limb and four limbs of x, in limbs up to the quotient, which is as short as its size
+/// allows.
+QuarnFloat first_halley_step(const QuarnFloat& x, const Start& start) {
+  // Whole part and fraction of x 10^shift, and of the cube
+  constexpr std::size_t kLimbs = 5;
+  const View v = view_of(x);
+  Limb given[kLimbs] = {};
+  std::copy_n(v.limbs, std::min<std::size_t>(v.length, kLimbs - 1), given + 1);
+  Limb cube[kLimbs] = {0, 0, 0, start.limb, 0};
+  cube[2] = multiply_limb<Radix>(cube + 3, cube + 3, 1, start.limb);
+  cube[1] = multiply_limb<Radix>(cube + 2, cube + 2, 2, start.limb);
+  cube[0] = multiply_limb<Radix>(cube + 1, cube + 1, 3, Radix::powers[std::size_t(start.shift)]);
+  const bool above = compare<Radix>(cube, given, kLimbs) > 0;
+  Limb residual[kLimbs];
+  subtract<Radix>(residual, above ? cube : given, above ? given : cube, kLimbs);
+  add<Radix>(cube, cube, cube, kLimbs);
+  add<Radix>(cube, cube, given, kLimbs);
+
+  const QuarnFloat root = start.number();
+  constexpr int kQuotient = 2 * kStartDigits + 6;
+  const WorkingDigits scope(kQuotient);
+  const QuarnFloat correction =
+      rounded(above, 0, residual, kLimbs, false, kQuotient) * root / rounded(false, 0, cube, kLimbs, false, kQuotient);
   const WorkingDigits all(3 * kStartDigits + 5);
   return root + correction;
 }
@@ -56,7 +79,7 @@ QuarnFloat approximate_cube_root(const QuarnFloat& x, int w) {
   for (int digits = w; digits > kStartDigits; digits = (digits + 4) / 3) {
     ++steps;
   }
-  QuarnFloat root = start_of_root(x);
+  QuarnFloat root = start_of_root(x).number();
   int digits = kStartDigits;
   while (steps-- > 0) {
     digits = std::min(3 * digits, w) - 1;
@@ -82,11 +105,11 @@ QuarnFloat cbrt(const QuarnFloat& x) {
   constexpr int kCertain = 3 * kStartDigits + 1;
   if (digits <= kCertain - 2) {
     // One step usually decides.
-    const QuarnFloat start = start_of_root(x);
-    const QuarnFloat root = first_halley_step(rounded(x, kCertain + 4), start);
+    const Start start = start_of_root(x);
+    const QuarnFloat root = first_halley_step(x, start);
     // 2/3 d^3 with d = 0.53 10^-17 / 1.1 is below 0.8 10^-52 (10^-25 of short limbs); next to a power of ten d is
     // larger.
-    const bool long_enough = view_of(start).limbs[0] > Radix::base / 100 * 11;
+    const bool long_enough = start.limb > Radix::base / 100 * 11;
     if (rounds_safely(root, digits, long_enough ? kCertain : kCertain - 1)) {
       return rounded(root, digits);
     }
