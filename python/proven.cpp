@@ -78,9 +78,89 @@ py::object spectrum(py::handle a, py::handle errors, const Work& work) {
       given);
 }
 
+template <class T>
+std::vector<proven::Bounded<T>> bounded(const Array& values, py::handle errors) {
+  const std::vector<T> numbers = values.vector<T>();
+  const std::vector<Real> bounds = exact(errors).vector<Real>();
+  tesk2mp::detail::require(bounds.size() == numbers.size(), "PROVEN", 2, "a bound for each number is needed");
+  std::vector<proven::Bounded<T>> result;
+  for (std::size_t k = 0; k < numbers.size(); ++k) {
+    result.push_back({numbers[k], QuarnBound(bounds[k])});
+  }
+  return result;
+}
+
+template <class T>
+proven::Bounded<T> operated(const std::string& sign, const proven::Bounded<T>& x, const proven::Bounded<T>& y) {
+  return sign == "+" ? x + y : sign == "-" ? x - y : sign == "*" ? x * y : sign == "/" ? x / y : proven::pow(x, y);
+}
+
+template <class T>
+proven::Bounded<T> value_of(const proven::NamedFunction& function, const proven::Bounded<T>& x) {
+  if constexpr (std::is_same_v<T, Real>) {
+    return function.real(x);
+  } else {
+    tesk2mp::detail::require(function.complex != nullptr, "PROVEN", 2, "this function takes real numbers");
+    return function.complex(x);
+  }
+}
+
+/// Arithmetic, functions, products and transforms of bounded numbers, values and bounds side by side.
+void add_bounded_functions(py::module_& module) {
+  module.def("_proven_function", [](const std::string& name, py::handle x, py::handle errors) {
+    const proven::NamedFunction* function = proven::find_function(name);
+    tesk2mp::detail::require(function != nullptr, "PROVEN", 1, "no function has the name ", name);
+    const Array given = exact(x);
+    return with_scalar(
+        [&]<class T>(T) {
+          std::vector<proven::Bounded<T>> numbers = bounded<T>(given, errors);
+          for (proven::Bounded<T>& each : numbers) {
+            each = value_of(*function, each);
+          }
+          return both(numbers);
+        },
+        given);
+  });
+  module.def("_proven_operation",
+             [](const std::string& sign, py::handle x, py::handle x_errors, py::handle y, py::handle y_errors) {
+               const Array left = exact(x);
+               const Array right = exact(y);
+               return with_scalar(
+                   [&]<class T>(T) {
+                     std::vector<proven::Bounded<T>> numbers = bounded<T>(left, x_errors);
+                     const std::vector<proven::Bounded<T>> others = bounded<T>(right, y_errors);
+                     tesk2mp::detail::require(others.size() == numbers.size(), "PROVEN", 4,
+                                              "as many numbers are needed on both sides");
+                     for (std::size_t k = 0; k < numbers.size(); ++k) {
+                       numbers[k] = operated(sign, numbers[k], others[k]);
+                     }
+                     return both(numbers);
+                   },
+                   left, right);
+             });
+  module.def("_proven_dot", [](py::handle x, py::handle x_errors, py::handle y, py::handle y_errors) {
+    const Array left = exact(x);
+    const Array right = exact(y);
+    return with_scalar(
+        [&]<class T>(T) {
+          return both(std::vector{proven::dot(bounded<T>(left, x_errors), bounded<T>(right, y_errors))});
+        },
+        left, right);
+  });
+  module.def("_proven_norm", [](py::handle x, py::handle errors) {
+    const Array given = exact(x);
+    return with_scalar([&]<class T>(T) { return both(std::vector{proven::norm(bounded<T>(given, errors))}); }, given);
+  });
+  module.def("_proven_transform", [](py::handle x, py::handle errors, bool backward) {
+    const auto direction = backward ? tesk2mp::Direction::backward : tesk2mp::Direction::forward;
+    return both(proven::transform(bounded<Complex>(exact(x), errors), direction));
+  });
+}
+
 }  // namespace
 
 void add_proven(py::module_& module) {
+  add_bounded_functions(module);
   module.def("_proven_solve", [](py::handle a, py::handle errors, py::handle b) {
     const Array given = exact(a);
     const Array right = exact(b);

@@ -6,67 +6,12 @@
 
 #include "cli/repl/proofs.h"
 #include "quarn/function_table.h"
+#include "tesk2mp/proven_table.hpp"
 #include "tesk2mp/util.hpp"
 
 namespace cli::repl {
 
 namespace {
-
-struct ElementProof {
-  std::string_view name;
-  BoundedReal (*real)(const BoundedReal&);
-  BoundedComplex (*complex)(const BoundedComplex&) = nullptr;
-};
-
-constexpr ElementProof kElementProofs[] = {
-    {"sin", proven::sin, proven::sin},
-    {"cos", proven::cos, proven::cos},
-    {"tan", proven::tan, proven::tan},
-    {"asin", proven::asin, proven::asin},
-    {"acos", proven::acos, proven::acos},
-    {"atan", proven::atan, proven::atan},
-    {"sinh", proven::sinh, proven::sinh},
-    {"cosh", proven::cosh, proven::cosh},
-    {"tanh", proven::tanh, proven::tanh},
-    {"exp", proven::exp, proven::exp},
-    {"log", proven::log, proven::log},
-    {"ln", proven::log, proven::log},
-    {"log10", proven::log10, proven::log10},
-    {"sqrt", proven::sqrt, proven::sqrt},
-    {"fabs", proven::fabs},
-    {"floor", proven::floor},
-    {"ceil", proven::ceil},
-    {"trunc", proven::trunc},
-    {"round", proven::round},
-    {"rint", proven::rint},
-    {"expm1", proven::expm1},
-    {"exp2", proven::exp2},
-    {"exp10", proven::exp10},
-    {"log1p", proven::log1p},
-    {"log2", proven::log2},
-    {"cbrt", proven::cbrt},
-    {"asinh", proven::asinh, proven::asinh},
-    {"acosh", proven::acosh, proven::acosh},
-    {"atanh", proven::atanh, proven::atanh},
-    {"sinpi", proven::sinpi},
-    {"cospi", proven::cospi},
-    {"tanpi", proven::tanpi},
-    {"asinpi", proven::asinpi},
-    {"acospi", proven::acospi},
-    {"atanpi", proven::atanpi},
-    {"gamma", proven::tgamma, proven::tgamma},
-    {"tgamma", proven::tgamma, proven::tgamma},
-    {"lgamma", proven::lgamma, proven::lgamma},
-    {"digamma", proven::digamma, proven::digamma},
-    {"erf", proven::erf, proven::erf},
-    {"erfc", proven::erfc, proven::erfc},
-};
-
-const ElementProof* find_element_proof(std::string_view name) {
-  const auto* found = std::find_if(std::begin(kElementProofs), std::end(kElementProofs),
-                                   [&](const ElementProof& each) { return each.name == name; });
-  return found == std::end(kElementProofs) ? nullptr : found;
-}
 
 BoundedReal half_pi() { return proven::detail::once_rounded(tesk2mp::pi(), QuarnBound()) / proven::exact(2); }
 
@@ -104,7 +49,7 @@ std::optional<Number> beyond(std::string_view name, const BoundedReal& x) {
 }
 
 Number function_value(const quarn::NamedFunction1& f, const Number& z, Evaluation& evaluation) {
-  const ElementProof* proof = find_element_proof(f.name);
+  const proven::NamedFunction* proof = proven::find_function(f.name);
   if (!z.is_real()) {
     if (f.complex == nullptr) {
       if (z.im.error.is_zero() || z.im.error < QuarnBound(z.im.value)) {

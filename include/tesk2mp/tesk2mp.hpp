@@ -46,6 +46,7 @@
 #include "tesk2mp/proven_functions.hpp"
 #include "tesk2mp/proven_spectra.hpp"
 #include "tesk2mp/proven_sums.hpp"
+#include "tesk2mp/proven_table.hpp"
 #include "tesk2mp/proven_zero.hpp"
 #include "tesk2mp/refinement.hpp"
 #include "tesk2mp/rounding.hpp"

@@ -25,18 +25,23 @@ from ._exact import has_end
 __all__ = [
     "Bounded",
     "Root",
+    "bounded",
     "determinant",
+    "dot",
     "eigen",
     "eigenvalues",
+    "function",
     "inverse",
     "is_positive_definite",
     "least_squares",
+    "norm",
     "rank",
     "singular_values",
     "solve",
     "symmetric_eigen",
     "symmetric_eigenvalues",
     "to_digits",
+    "transform",
     "true_digits",
     "zeros",
 ]
@@ -92,6 +97,41 @@ class Bounded(NamedTuple):
 
     def __str__(self) -> str:
         return self.text()
+
+    # With another Bounded, or a number, which is exact; a Fraction without an end in decimal is rounded with a bound.
+
+    def __add__(self, other: Any) -> "Bounded":  # type: ignore[override]
+        return _operated("+", self, other)
+
+    def __radd__(self, other: Any) -> "Bounded":
+        return _operated("+", other, self)
+
+    def __sub__(self, other: Any) -> "Bounded":
+        return _operated("-", self, other)
+
+    def __rsub__(self, other: Any) -> "Bounded":
+        return _operated("-", other, self)
+
+    def __mul__(self, other: Any) -> "Bounded":  # type: ignore[override]
+        return _operated("*", self, other)
+
+    def __rmul__(self, other: Any) -> "Bounded":  # type: ignore[override]
+        return _operated("*", other, self)
+
+    def __truediv__(self, other: Any) -> "Bounded":
+        return _operated("/", self, other)
+
+    def __rtruediv__(self, other: Any) -> "Bounded":
+        return _operated("/", other, self)
+
+    def __pow__(self, other: Any) -> "Bounded":
+        return _operated("^", self, other)
+
+    def __rpow__(self, other: Any) -> "Bounded":
+        return _operated("^", other, self)
+
+    def __neg__(self) -> "Bounded":
+        return _operated("-", 0, self)
 
 
 class Root(NamedTuple):
@@ -218,6 +258,67 @@ def _exact_columns(b: Any) -> tuple[list[list[Any]], bool]:
     rows = list(b) if hasattr(b, "__iter__") else [b]
     is_vector = not rows or not hasattr(rows[0], "__iter__") or isinstance(rows[0], str)
     return [[each] for each in rows] if is_vector else [list(row) for row in rows], is_vector
+
+
+def bounded(x: Any) -> Bounded:
+    """A number with its bound: 0, or that of the rounding of a Fraction that has no end in decimal.
+
+    >>> with _at_digits(30):
+    ...     (bounded(Fraction(1, 3)) * 3 - 1).text()
+    '0 (abs < 1E-29)'
+    """
+    if isinstance(x, Bounded):
+        return x
+    values, errors = _given([[x]])
+    return Bounded(values[0][0], decimal.Decimal(0) if errors is None else _decimal(errors[0][0]))
+
+
+def _operated(sign: str, x: Any, y: Any) -> Bounded:
+    left, right = bounded(x), bounded(y)
+    return _vector(_core._proven_operation(sign, [left.value], [left.error], [right.value], [right.error]))[0]
+
+
+def function(name: str, x: Any) -> Bounded:
+    """The function of that name, one of tesk2mp's functions of one number, of a number with a bound. Where a pole, the end of
+    the domain or a branch cut may be within the bounds the bound of the result is infinite.
+
+    >>> to_digits(30, lambda: function("exp", Fraction(1, 3))).text(30)
+    '1.39561242508608952862812531960'
+    """
+    given = bounded(x)
+    return _vector(_core._proven_function(name, [given.value], [given.error]))[0]
+
+
+def _parallel(x: Any) -> tuple[list[Any], list[decimal.Decimal]]:
+    numbers = [bounded(each) for each in x]
+    return [each.value for each in numbers], [each.error for each in numbers]
+
+
+def dot(x: Any, y: Any) -> Bounded:
+    """The sum of the products of x and y, rounded once.
+
+    >>> str(dot([1, 2], ["0.5", 3]))
+    '6.5'
+    """
+    return _vector(_core._proven_dot(*_parallel(x), *_parallel(y)))[0]
+
+
+def norm(x: Any) -> Bounded:
+    """The Euclidean norm of a vector.
+
+    >>> str(norm([3, 4]))
+    '5'
+    """
+    return _vector(_core._proven_norm(*_parallel(x)))[0]
+
+
+def transform(x: Any, backward: bool = False) -> list[Bounded]:
+    """The discrete Fourier transform of a vector, divided by the root of its length.
+
+    >>> transform([1, 1])[0].text(10)
+    '1.414213562 0 (abs < 1E-19)'
+    """
+    return _vector(_core._proven_transform(*_parallel(x), backward))
 
 
 def solve(a: Any, b: Any) -> Any:
