@@ -323,7 +323,7 @@ QuarnFloat Accumulator::rounded_root() const {
   }
   const std::int64_t exponent = kGroupDigits * (std::int64_t(groups_.back().place) + 1);
   const std::int64_t half = (exponent - (exponent & 1)) / 2;
-  const QuarnFloat root = sqrt(number_of(groups_, 2 * half));
+  QuarnFloat root = sqrt(number_of(groups_, 2 * half));
   if (quarn::kind_of(root) != Kind::finite) {
     return root;
   }
