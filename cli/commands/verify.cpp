@@ -57,7 +57,7 @@ void run_verify(const std::string& file) {
   }
 }
 
-constexpr const char* kFooter =
+constexpr const char* kVerifyFooter =
     R"(FILE is what --certificate of `quarn solve`, `inv`, `det`, `eig`, `svd` and `zeros` has written:
 the problem, the answer, bounds of its errors and what proves them, as exact decimal numbers.
 Sums and products of these are formed exactly, and compared; nothing is solved. Where an
@@ -75,7 +75,8 @@ void declare_verify(Command& command) {
   command.work = [file] { run_verify(*file); };
 }
 
-const Registered kVerifyCommand(155, "verify", "check the certificate of a proven result", kFooter, declare_verify);
+const Registered kVerifyCommand(155, "verify", "check the certificate of a proven result", kVerifyFooter,
+                                declare_verify);
 
 }  // namespace
 

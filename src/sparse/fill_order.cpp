@@ -14,7 +14,7 @@
 namespace tesk {
 namespace {
 
-constexpr Integer kNone = -1;
+constexpr Integer kNobody = -1;
 
 using Cliques = std::vector<std::vector<Integer>>;
 
@@ -26,9 +26,9 @@ class LeastDegree {
         of_node_(std::size_t(n)),
         outside_(cliques_.size() + of_node_.size()),
         seen_(outside_.size()),
-        member_(of_node_.size(), kNone),
+        member_(of_node_.size(), kNobody),
         degree_(of_node_.size()),
-        first_(of_node_.size(), kNone),
+        first_(of_node_.size(), kNobody),
         next_(of_node_.size()),
         previous_(of_node_.size()) {
     const std::size_t given = cliques_.size();
@@ -48,7 +48,7 @@ class LeastDegree {
     std::vector<Integer> order;
     order.reserve(of_node_.size());
     for (Integer least = 0; order.size() < of_node_.size();) {
-      while (first_[std::size_t(least)] == kNone) {
+      while (first_[std::size_t(least)] == kNobody) {
         ++least;
       }
       const Integer node = first_[std::size_t(least)];
@@ -65,8 +65,8 @@ class LeastDegree {
   void insert(Integer i) {
     Integer& first = first_[std::size_t(degree_[std::size_t(i)])];
     next_[std::size_t(i)] = first;
-    previous_[std::size_t(i)] = kNone;
-    if (first != kNone) {
+    previous_[std::size_t(i)] = kNobody;
+    if (first != kNobody) {
       previous_[std::size_t(first)] = i;
     }
     first = i;
@@ -74,8 +74,8 @@ class LeastDegree {
   void remove(Integer i) {
     const Integer next = next_[std::size_t(i)];
     const Integer previous = previous_[std::size_t(i)];
-    (previous == kNone ? first_[std::size_t(degree_[std::size_t(i)])] : next_[std::size_t(previous)]) = next;
-    if (next != kNone) {
+    (previous == kNobody ? first_[std::size_t(degree_[std::size_t(i)])] : next_[std::size_t(previous)]) = next;
+    if (next != kNobody) {
       previous_[std::size_t(next)] = previous;
     }
   }
