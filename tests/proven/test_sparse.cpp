@@ -151,6 +151,9 @@ TEST_CASE("terms of sparse proofs") {
   const Real off("0.0033333333333333");
   CHECK(third[0].error >= QuarnBound(off));
   CHECK(third[0].error.value() < Real("0.06"));
+  // The bound of A^-1 r itself, which the rounding of x hides.
+  const tesk2mp::proven::detail::SparseFactorProof<Real> proof(tesk2mp::SparseLU<Real>(one), 30);
+  CHECK(proof.bounds({QuarnBound::count(1)})[0].value() >= Real("0.333"));
   // (1, 1; 1, 1 + e): the factors hold e by far more digits than the working ones, or know nothing.
   SparseMatrix<Real> near(2);
   near.add(0, 0, 1);
