@@ -285,9 +285,9 @@ template <class T>
 End<T> plain_end(const Line<T>& line, const Setup& setup, const std::vector<T>& b) {
   End<T> end;
   std::vector<T> u(b.size()), v = b, work(100 + 60 * b.size() + 3000);
-  std::vector<QuarnFloat> weights;
-  for (Integer i = 0; i < line.n; ++i) {
-    weights.push_back(QuarnFloat(1 + i % 3) / 2);
+  std::vector<QuarnFloat> weights(b.size());
+  for (std::size_t i = 0; i < weights.size(); ++i) {
+    weights[i] = QuarnFloat(Integer(1 + i % 3)) / 2;
   }
   const Integer length = Integer(work.size());
   Integer lwreq = 0;
