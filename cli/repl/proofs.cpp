@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "quarn/transform.h"
 #include "tesk2mp/proven_spectra.hpp"
 
 namespace cli::repl {
@@ -45,6 +46,16 @@ Knowns gallery(const Function& function, State& state, const Knowns& arguments) 
     result = Known(values, std::move(errors));
   }
   return results;
+}
+
+// Long transforms and those with many digits have no bound.
+bool is_transform_beyond(const Function& function, const Knowns& arguments) {
+  if (!is_one_of(function, {"fft", "ifft", "fft2", "ifft2"})) {
+    return false;
+  }
+  const Array& a = arguments[0].array(0);
+  const std::size_t longest = is_one_of(function, {"fft", "ifft"}) ? size(a) : std::max(a.rows(), a.columns());
+  return longest > 0 && !QuarnTransform::is_supported(Integer(longest), QuarnDigits());
 }
 
 // Exact data alone: a least squares solution where the columns are independent, zeros, a rank.
@@ -131,7 +142,8 @@ Knowns apply(const Function& function, State& state, const Knowns& arguments, Ev
   if (apply_to_elements(function.name, arguments, evaluation, result)) {
     return {result};
   }
-  if (const Proof proof = find_matrix_proof(function.name)) {
+  const Proof proof = find_matrix_proof(function.name);
+  if (proof != nullptr && !is_transform_beyond(function, arguments)) {
     return proof(arguments);
   }
   if (is_one_of(function, {"factorial"})) {

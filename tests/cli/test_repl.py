@@ -151,6 +151,7 @@ class Expressions(unittest.TestCase):
     def test_what_is_not_proven_says_so(self):
         self.assertIn("# about 20 digits are true (estimate by a second computation: expm has no proof)",
                       run_well("calc", "expm([1 2; 3 4])"))
+        self.assertIn("computation: fft has no proof)", run_well("calc", "fft([1 2 3])", "--digits", "1200"))
         self.assertIn("# about 0 digits are true (estimate by error bounds)",
                       run_well("calc", "det(hilbert(20))", "--working-digits", "20"))
         self.assertEqual(run_well("calc", "1/(1/3*3 - 1)"), "?\n# 0 of 20 digits are proven with 1800 working digits\n")
