@@ -41,7 +41,7 @@ struct AccumulatorGroup {
 };
 }  // namespace detail
 
-/// An exact sum; 0 when made. What throws is std::bad_alloc, and leaves the sum as it was.
+/// An exact sum; 0 when made. std::bad_alloc leaves it as it was, and so does QuarnInterrupted, of rounded_root() alone.
 class Accumulator {
  public:
   QRNFLOAT_API Accumulator& operator+=(const QuarnFloat& x);

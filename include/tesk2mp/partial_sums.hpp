@@ -72,9 +72,10 @@ class PartialSum {
 }
 
 /// The totals of what several programs have packed, one message after the other in `bytes`, each with as many sums of
-/// the same kinds as `sums`, which become the totals. Throws InvalidArgument for other bytes, with the sums as they
-/// were.
+/// the same kinds as `sums`, which become the totals. Throws InvalidArgument for other bytes, and for none where there
+/// are sums, with the sums as they were.
 inline void add_messages(std::span<const unsigned char> bytes, std::span<PartialSum> sums) {
+  detail::require(!bytes.empty() || sums.empty(), "F11BDD", 7, "no message of any rank");
   std::vector<PartialSum> totals;
   for (const PartialSum& sum : sums) {
     totals.emplace_back(sum.kind());

@@ -94,12 +94,16 @@ class BasicIterativeSolver {
   }
 
   /// Goes on once the last request is done. Throws NumericalFailure when the method breaks down (code 7), runs out of
-  /// iterations (8) or cannot get better at the working precision (9); solution() then is the last iterate.
+  /// iterations (8) or cannot get better at the working precision (9); solution() then is the last iterate. What
+  /// options.dot throws is passed on; next() and finish_iteration() then call it again for the same sums.
   Request next() { return proceed(request_); }
   /// In place of next(): ends after this iteration, with all requests that it still needs.
   Request finish_iteration() { return proceed(5); }
   /// In place of next(): ends at once, with the last iterate that is complete.
-  void stop() { step(6); }
+  void stop() {
+    unanswered_ = false;
+    step(6);
+  }
 
   std::span<const T> input() const { return u_; }
   std::span<T> output() { return v_; }
@@ -116,23 +120,29 @@ class BasicIterativeSolver {
     }
     return sums;
   }
-  /// The totals of all ranks, in the same order.
+  /// The totals of all ranks, in the same order. Throws InvalidArgument for another number of them, or other kinds; the
+  /// solver takes all of them or none.
   void take_totals(std::span<const PartialSum> totals) {
+    require_totals(totals);
+    std::vector<T> values;
+    values.reserve(sum_count());
     std::size_t used = 0;
     for (std::size_t k = 0; k < sum_count(); ++k) {
       const int kind = sum_kind(k);
       const PartialSum& total = totals[used++];
-      T& value = work_[sum_place(k) + 3];
       if (kind == kInnerProduct) {
-        value = T(total.sum().rounded());
+        T& value = values.emplace_back(total.sum().rounded());
         if constexpr (std::same_as<T, Complex>) {
           value.im = totals[used++].sum().rounded();
         }
       } else {
-        value = T(kind == kTwoNorm   ? total.sum().rounded_root()
-                  : kind == kOneNorm ? total.sum().rounded()
-                                     : total.largest());
+        values.emplace_back(kind == kTwoNorm   ? total.sum().rounded_root()
+                            : kind == kOneNorm ? total.sum().rounded()
+                                               : total.largest());
       }
+    }
+    for (std::size_t k = 0; k < values.size(); ++k) {
+      std::swap(work_[sum_place(k) + 3], values[k]);
     }
   }
 
@@ -238,12 +248,35 @@ class BasicIterativeSolver {
     sums.push_back(std::move(part));
   }
 
+  void require_totals(std::span<const PartialSum> totals) const {
+    std::size_t used = 0;
+    for (std::size_t k = 0; k < sum_count(); ++k) {
+      const bool largest = sum_kind(k) > kOneNorm;
+      const auto wanted = largest ? PartialSum::Kind::largest : PartialSum::Kind::sum;
+      const std::size_t count = sum_kind(k) == kInnerProduct && std::same_as<T, Complex> ? 2 : 1;
+      for (std::size_t part = 0; part < count; ++part, ++used) {
+        detail::require(used >= totals.size() || totals[used].kind() == wanted, "F11BDD", 7, "total ", used,
+                        largest ? " is a sum in place of a largest size" : " is a largest size in place of a sum");
+      }
+    }
+    detail::require(totals.size() == used, "F11BDD", 7, totals.size(), " totals of ", used, " sums");
+  }
+
+  void exchange_sums() {
+    unanswered_ = true;
+    std::vector<PartialSum> sums = partial_sums();
+    dot_(sums);
+    take_totals(sums);
+    unanswered_ = false;
+  }
+
   Request proceed(Integer answer) {
+    if (unanswered_) {  // the exchange has thrown before
+      exchange_sums();
+    }
     Request request = step(answer);
     while (request == Request::dot && dot_) {
-      std::vector<PartialSum> sums = partial_sums();
-      dot_(sums);
-      take_totals(sums);
+      exchange_sums();
       request = step(request_);
     }
     return request;
@@ -271,6 +304,7 @@ class BasicIterativeSolver {
   SumExchange dot_;
   Integer request_ = 0;
   bool converged_ = false;
+  bool unanswered_ = false;  // dot_ has been called for the sums, and has thrown
 };
 
 using IterativeSolver = BasicIterativeSolver<Real>;
@@ -379,7 +413,7 @@ void apply_operator(const Operator& a, std::span<const T> x, std::span<T> y, boo
 
 /// Does what a solver asks for until it has finished or the monitor, called with the solver, returns false. a and
 /// precondition: as for solve_iteratively(). Throws as IterativeSolver::next() does; the solver then has the last
-/// iterate.
+/// iterate. Where rows are shared out, options.dot has to form the sums.
 template <Scalar T, class Operator, class Precondition, class Watch>
 void iterate(BasicIterativeSolver<T>& solver, const Operator& a, const Precondition& precondition,
              const Watch& monitor) {
@@ -391,6 +425,7 @@ void iterate(BasicIterativeSolver<T>& solver, const Operator& a, const Precondit
         return;
       }
     } else {
+      detail::require(request != Request::dot, "F11BDD", 7, "rows that are shared out, without SolverOptions::dot");
       detail::apply_operator<T>(a, solver.input(), solver.output(), request == Request::transposed_product);
     }
   }

@@ -136,8 +136,10 @@ bool Solver<T>::replace_by_dual(Integer norm, Integer slot, const QuarnFloat& si
   }
   if (distributed()) {
     // No part knows which of the largest elements is the first one: all of them, and then their mean.
+    // The caller's rounding of `size` need not be the one here.
+    const QuarnFloat least = size * std::max(1 - 10 * epsilon(), QuarnFloat(5, -1));
     for (Integer i = 1; i <= n(); ++i) {
-      v(i) = size_of(v(i)) == size ? sign(v(i)) : T();
+      v(i) = size_of(v(i)) < least ? T() : sign(v(i));
     }
     return !wants_norm(count, kOneNorm, slot);
   }

@@ -131,15 +131,17 @@ Outcome correct(Solver<T>& solver) {
   const Integer j = solver.state().inner + 1;
   const auto column = SmallProblem<T>(solver).h.column(j);
   const QuarnFloat before = solver.euclidean(basis(j + 1));
-  QuarnFloat squared = before * before;
+  QuarnFloat left = 1;  // of the squared norm, the part that is orthogonal to the basis
   for (Integer i = 1; i <= j; ++i) {
     const T correction = solver.dot(basis(i), basis(j + 1));
     solver.add(-correction, basis(i), basis(j + 1));
     column(i) += correction;
-    const QuarnFloat size = size_of(correction);
-    squared -= size * size;
+    if (before > 0) {
+      const QuarnFloat part = size_of(correction) / before;
+      left -= part * part;
+    }
   }
-  return extend(solver, solver.state().real(kColumnSize), squared < 0 ? QuarnFloat() : sqrt(squared));
+  return extend(solver, solver.state().real(kColumnSize), left < 0 ? QuarnFloat() : before * sqrt(left));
 }
 
 template <class T>

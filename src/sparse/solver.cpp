@@ -468,7 +468,8 @@ Integer Solver<T>::sum_code() const noexcept {
 template <class T>
 void Solver<T>::want(Integer code, Integer a, Integer b) const {
   const auto place_of = [this](Integer slot) { return QuarnFloat(kHeaderLength + std::int64_t(slot) * n() + 1); };
-  const T wanted[] = {T(QuarnFloat(code)), T(place_of(a)), T(place_of(b)), T()};
+  const T wanted[] = {T(QuarnFloat(code)), T(place_of(a)), T(place_of(b)),
+                      T(QuarnFloat(std::numeric_limits<double>::quiet_NaN()))};  // until the caller has formed it
   T* const end = table() + std::ptrdiff_t(state_.known + state_.sums) * kSumElements;
   for (const T* known = table(); known != end; known += kSumElements) {
     if (std::equal(wanted, wanted + kSumElements - 1, known)) {
