@@ -16,6 +16,9 @@ namespace {
 // Of a tolerance that asks for all that rounding allows.
 constexpr int kBeyondDigits = 100'000'000;
 
+// Refinement that ends with a larger residual beside b has found a solution of size 1 / eps.
+constexpr double kSingularResidual = 0.001;
+
 template <class T>
 tesk2mp::Matrix<T> full_matrix(const Equations<T>& equations) {
   const std::size_t n = equations.b.size();
@@ -51,21 +54,26 @@ Solution refined_solution(const Equations<T>& equations) {
 /// By complete sparse factors, which precondition the iterations that refine.
 template <class T>
 Solution sparse_solution(const Equations<T>& equations) {
-  tesk2mp::SparseOptions options;
+  tesk2mp::SolverOptions options;
   options.method = tesk2mp::Method::rgmres;
-  options.preconditioning = tesk2mp::Preconditioning::direct;
+  options.criterion = tesk2mp::Criterion::residual;
   options.tolerance = tesk2mp::Real(1, -kBeyondDigits);
+  const tesk2mp::SparseMatrix<T> a = tesk2mp::whole(equations.a);
+  const auto factors = tesk2mp::complete_factors(a);
+  tesk2mp::BasicIterativeSolver<T> solver(equations.b, {}, true, options);
   Solution solution;
-  std::vector<T> x(equations.b.size());
   try {
-    auto found = tesk2mp::solve_sparse(equations.a, std::span<const T>(equations.b), options);
-    solution.iterations = found.progress.iterations;
-    x = std::move(found.x);
+    tesk2mp::iterate(solver, a, factors, [](const auto& /*solver*/) { return true; });
   } catch (const tesk2mp::NumericalFailure& failure) {
     solution.failure = failure.what();
     solution.failure_code = failure.code();
   }
+  solution.iterations = solver.progress().iterations;
+  std::vector<T> x = solver.solution();
   solution.residual = relative_residual(equations, x);
+  if (solution.failure.empty() && solution.residual > kSingularResidual) {
+    solution.failure = "the matrix is singular to working precision, and the right-hand side not in its range";
+  }
   solution.history.push_back({solution.iterations, solution.residual, QuarnFloat()});
   tesk2mp::Matrix<T> column(x.size(), 1);
   std::move(x.begin(), x.end(), column.data());

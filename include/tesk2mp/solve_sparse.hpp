@@ -17,7 +17,8 @@
 namespace tesk2mp {
 
 /// Jacobi, SSOR, incomplete LU (of any matrix), incomplete Cholesky (of symmetric and Hermitian ones), or complete
-/// factors: SparseCholesky where the matrix turns out to be positive definite, otherwise SparseLU.
+/// factors: SparseCholesky where the matrix turns out to be positive definite, otherwise SparseLU, and of a matrix that
+/// is singular to working precision IncompleteLU with all fill, which replaces the pivots that are missing.
 enum class Preconditioning { none, jacobi, ssor, ilu, ic, direct };
 
 /// How solve_sparse() works. Where nothing is said of method and preconditioner the matrix decides.
@@ -51,21 +52,28 @@ Method automatic_method(const SparseMatrix<T>& a) {
   return positive == a.order() ? Method::cg : Method::minres;
 }
 
-namespace detail {
-
+/// The factors of Preconditioning::direct, of a whole matrix in canonical form, to be called with b and x.
 template <Scalar T>
-using Precondition = std::function<void(std::span<const T>, std::span<T>)>;
-
-template <Scalar T>
-Precondition<T> complete_factors(const SparseMatrix<T>& a) {
+std::function<void(std::span<const T>, std::span<T>)> complete_factors(const SparseMatrix<T>& a) {
   if (automatic_method(a) == Method::cg) {
     try {
       return SparseCholesky<T>(lower_triangle(a));
     } catch (const NumericalFailure&) {  // indefinite, in spite of its diagonal
     }
   }
-  return SparseLU<T>(a);
+  try {
+    return SparseLU<T>(a);
+  } catch (const NumericalFailure&) {  // singular; b may be in its range
+  }
+  FillOptions all;
+  all.level = -1;
+  return IncompleteLU<T>(a, all, PivotSearch::least_fill);
 }
+
+namespace detail {
+
+template <Scalar T>
+using Precondition = std::function<void(std::span<const T>, std::span<T>)>;
 
 /// a: whole, in canonical form, and kept by the caller.
 template <Scalar T>
@@ -113,7 +121,8 @@ SparseSolution<T> solve_sparse_by(const SparseMatrix<T>& a, std::span<const T> b
 ///
 /// With neither method nor preconditioner given: incomplete Cholesky factors and CG, or incomplete LU factors and
 /// BICGSTAB, or of an indefinite symmetric matrix MINRES alone; where that fails, complete factors and
-/// RGMRES. Throws NumericalFailure as IterativeSolver does when the last attempt fails.
+/// RGMRES. Throws NumericalFailure as IterativeSolver does when the last attempt fails; a singular system has a
+/// solution when b is in the range of A, which may be found.
 ///
 /// @code
 /// const auto x = tesk2mp::solve_sparse(a, b, {.tolerance = tesk2mp::Real(1, -40)}).x;

@@ -65,7 +65,10 @@ struct FactorArrays {
 };
 
 inline void raise_unfactored(const char* routine, Integer info, const char* what) {
-  require(info >= 0, routine, -info, "entries that are not in canonical form, or an order that is no permutation");
+  require(info >= 0, routine, -info,
+          info == -6   ? "an order that is no permutation"
+          : info <= -4 ? "entries outside the matrix, or not in canonical form"
+                       : "a matrix without rows or entries, or with more entries than places");
   if (info > 0) {
     throw NumericalFailure(routine, info, 0, what + std::string(": step ") + std::to_string(info),
                            {std::int64_t(info)});

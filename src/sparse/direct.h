@@ -1,6 +1,7 @@
 // Complete factorisations of sparse matrices, with factors by rows as incomplete.h has them.
 #pragma once
 
+#include <algorithm>
 #include <vector>
 
 #include "src/frame/constants.h"
@@ -24,8 +25,9 @@ struct DirectFactors {
   Integer failed = 0;  // the step, from 1, without a pivot; the factors are then not complete
 };
 
-/// A pivot this small beside what it was before elimination is a rounding.
-inline QuarnFloat rounding_of(const QuarnFloat& size) { return 10 * epsilon() * size; }
+/// A pivot this small beside what it was before elimination is a rounding. At one and two digits 10 eps is as large as
+/// pivots themselves.
+inline QuarnFloat rounding_of(const QuarnFloat& size) { return std::min(10 * epsilon(), QuarnFloat(1, -2)) * size; }
 
 /// P A Q = L U of a matrix in canonical form. Rows are eliminated in the given order (from 0), each with the largest of
 /// its elements as the pivot.

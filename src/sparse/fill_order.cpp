@@ -175,6 +175,8 @@ Cliques columns(Integer n, Integer nnz, const Integer* irow, const Integer* icol
   }
   const auto dense = std::size_t(std::max(16.0, 10 * std::sqrt(double(n))));
   for (std::vector<Integer>& clique : cliques) {
+    std::sort(clique.begin(), clique.end());
+    clique.erase(std::unique(clique.begin(), clique.end()), clique.end());
     if (clique.size() < 2 || clique.size() > dense) {
       clique.clear();
     }

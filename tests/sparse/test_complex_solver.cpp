@@ -185,6 +185,24 @@ TEST_CASE("one call solves whatever the matrix is") {
       check(tesk2mp::lower_triangle(c), std::vector<Complex>(kOrder, Complex(3, 1)));
     }
   }
+
+  // Singular, with b in its range.
+  SparseMatrix<QuarnFloat> circle(kOrder);
+  for (std::size_t i = 0; i < kOrder; ++i) {
+    circle.add(i, i, 2);
+    circle.add(i, (i + 1) % kOrder, -1);
+    circle.add(i, (i + kOrder - 1) % kOrder, -1);
+  }
+  tesk2mp::SparseOptions options;
+  options.method = Method::rgmres;
+  options.preconditioning = tesk2mp::Preconditioning::direct;
+  std::vector<QuarnFloat> x;
+  for (std::size_t i = 0; i < kOrder; ++i) {
+    x.push_back(random_part(random));
+  }
+  const auto found = tesk2mp::solve_sparse(circle, circle.multiply(x), options);
+  CHECK(found.converged);
+  CHECK(found.relative_residual < QuarnFloat(1, -20));
 }
 
 TEST_CASE("the drivers solve, and report what is wrong") {
