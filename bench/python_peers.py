@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """The Python package beside mpmath (with gmpy2), Arb called from C, and numpy and scipy in double: python_peers.py [--table].
 
-Two tables, those of docs/guide/python-peers.md: which functions each of them has, where every name is looked up, and tasks
+Two tables, those of docs/python-peers.md: which functions each of them has, where every name is looked up, and tasks
 at 50 digits. A row of the second is CPU seconds of the fastest of three interleaved runs, and decimal digits of the largest
 number of the result that are true, by mpmath at 100 digits; of Arb's balls also those that are proven. PYTHONPATH names the
 folder where the package is; the program arb_tasks of the preset `bench` has to be built. --table prints the first one alone.

@@ -286,6 +286,8 @@ TEST_CASE("at 50 digits no more iterations than SciPy in doubles, and all system
     Caller caller(*each.system, setup, b);
     caller.finish();
     CHECK(caller.ifail == 0);
-    CHECK((each.theirs == 0 || caller.itn <= each.theirs + 2));
+    if (each.theirs > 0) {
+      CHECK(caller.itn <= each.theirs);
+    }
   }
 }
