@@ -23,6 +23,9 @@ class Fault : public std::runtime_error {
   ExitStatus status_;
 };
 
+/// Thrown where more digits may decide what these do not, and never at the last attempt.
+class Undecided : public std::exception {};
+
 /// The line of the text that the fault is in, a caret below its place, and the reason after what it is headed by.
 std::string explanation(const std::string& text, const Fault& fault, const std::string& heading);
 

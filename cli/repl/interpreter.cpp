@@ -80,7 +80,9 @@ Known Interpreter::evaluate(const Node& node) {
       const std::size_t length = std::min(node.text.size(), std::size_t(kMostExactDigits));
       const tesk2mp::Digits digits(std::max(QuarnDigits(), int(length)));
       const Complex value = to_complex_number(node.text);
-      if (!isfinite(value)) {
+      const std::string mantissa = node.text.substr(0, node.text.find_first_of("eE"));
+      const bool is_lost = value == Complex(0) && mantissa.find_first_of("123456789") != std::string::npos;
+      if (!isfinite(value) || is_lost) {
         throw Fault(node.at, "beyond the range of numbers");
       }
       return number(value);
@@ -153,6 +155,31 @@ Known Interpreter::postfixed(const Node& node) {
   return result;
 }
 
+// Of a range whose end is so many steps away.
+Integer Interpreter::range_length(const Node& node, const BoundedReal& distance) const {
+  constexpr Integer kMost = 100'000'000;
+  constexpr int kLeastDigits = 20;
+  const tesk2mp::Digits digits(std::max(QuarnDigits(), kLeastDigits));
+  const bool is_bounded = distance.error.is_finite();
+  const QuarnFloat error = is_bounded ? distance.error.value() : QuarnFloat();
+  QuarnFloat most = floor(quarn::add(distance.value, error, quarn::Rounding::ceiling));
+  QuarnFloat least = floor(quarn::subtract(distance.value, error, quarn::Rounding::floor));
+  if (distance.error.is_zero()) {
+    most = least = floor(distance.value);
+  }
+  if (!is_last_ && (!is_bounded || (most != least && most >= 0))) {
+    throw Undecided();
+  }
+  // An end that cannot be distinguished from one of the numbers counts as one.
+  if (!is_bounded || (most >= 0 && most > least + 1)) {
+    throw Fault(node.at, "the length of this range is not known");
+  }
+  if (!(most < kMost)) {
+    throw Fault(node.at, "a range of more than " + std::to_string(kMost) + " numbers");
+  }
+  return most < 0 ? 0 : FloatToInt(most) + 1;
+}
+
 Known Interpreter::range(const Node& node) {
   std::vector<Number> ends;
   for (const Node& child : node.children) {
@@ -166,14 +193,7 @@ Known Interpreter::range(const Node& node) {
   if (step.re.value == 0) {
     throw Fault(node.at, "the step of a range cannot be 0");
   }
-  constexpr Integer kMost = 100'000'000;
-  // An end that cannot be told from one of the numbers is one.
-  const BoundedReal distance = divide(subtract(ends.back(), ends.front()), step).re;
-  const QuarnFloat steps = floor(distance.value + (distance.error.is_finite() ? distance.error.value() : QuarnFloat()));
-  if (!(steps < kMost)) {
-    throw Fault(node.at, "a range of more than " + std::to_string(kMost) + " numbers");
-  }
-  const Integer count = steps < 0 ? 0 : FloatToInt(steps) + 1;
+  const Integer count = range_length(node, divide(subtract(ends.back(), ends.front()), step).re);
   return at_place(node, [&] {
     std::vector<Number> numbers;
     numbers.reserve(std::size_t(count));
@@ -262,7 +282,7 @@ std::vector<Known> Interpreter::call(const Node& node) {
     arguments.push_back(evaluate(child));
   }
   return at_place(node, [&] {
-    Evaluation evaluation{"", recipe_ != nullptr ? recipe_->asked : QuarnDigits()};
+    Evaluation evaluation{"", recipe_ != nullptr ? recipe_->asked : QuarnDigits(), is_last_};
     std::vector<Known> results;
     const auto drawn = state_.random.state();
     if (gives_data(*function)) {

@@ -45,6 +45,8 @@ class Interpreter {
   std::shared_ptr<Recipe> made(const Node& expression);
   /// Evaluates, unless that has been done with as many digits. The digits are those of the call.
   void evaluate_anew(Recipe& recipe);
+  /// The same with so many digits, or as many as it takes to decide the length of ranges and the like.
+  void evaluate_decided(Recipe& recipe, int digits);
   void settle(Recipe& recipe);
   /// Raises the digits until those asked for are proven, or a limit is met; returns how many are.
   std::int64_t prove(Recipe& recipe, const std::vector<std::size_t>& places);
@@ -61,6 +63,7 @@ class Interpreter {
   Known chain(const Node& node);
   Known postfixed(const Node& node);
   Known range(const Node& node);
+  Integer range_length(const Node& node, const BoundedReal& distance) const;
   Known matrix(const Node& node);
   std::vector<Known> call(const Node& node);
   Known indexed(const Node& node, const Known& variable);
@@ -76,6 +79,7 @@ class Interpreter {
   State state_;
   std::vector<std::size_t> ends_;  // what `end` stands for: one for each index that is being evaluated
   Recipe* recipe_ = nullptr;       // which is being evaluated
+  bool is_last_ = false;           // no more digits follow
   bool finished_ = false;
 };
 

@@ -13,9 +13,14 @@ bool is_whole_number(const QuarnFloat& x) {
   return isfinite(x) && trunc(x) == x;
 }
 
-// Infinities and NaN of exact data are what they are; other results are infinitely uncertain then.
-BoundedReal settled(BoundedReal result, bool exact_data) {
-  if (exact_data && !isfinite(result.value)) {
+// Infinities and NaN of exact data are what they are, unless numbers left the range of numbers; other results are
+// infinitely uncertain then.
+BoundedReal settled(BoundedReal result, const BoundedReal& a, const BoundedReal& b, bool has_pole) {
+  const bool exact_data = a.error.is_zero() && b.error.is_zero();
+  const bool is_overflow = isinf(result.value) && isfinite(a.value) && isfinite(b.value) && !has_pole;
+  if (is_overflow) {
+    result.error = QuarnBound::infinity();
+  } else if (exact_data && !isfinite(result.value)) {
     result.error = QuarnBound();
   }
   return result;
@@ -23,9 +28,9 @@ BoundedReal settled(BoundedReal result, bool exact_data) {
 
 // Of whole numbers, however long, the result is exact.
 template <class Operation>
-BoundedReal exact_if_whole(const Operation& operation, const BoundedReal& a, const BoundedReal& b) {
+BoundedReal exact_if_whole(const Operation& operation, const BoundedReal& a, const BoundedReal& b, bool has_pole) {
   const bool exact_data = a.error.is_zero() && b.error.is_zero();
-  BoundedReal result = settled(operation(a, b), exact_data);
+  BoundedReal result = settled(operation(a, b), a, b, has_pole);
   if (result.error.is_zero() || !exact_data || !is_whole_number(a.value) || !is_whole_number(b.value)) {
     return result;
   }
@@ -42,13 +47,13 @@ BoundedReal exact_if_whole(const Operation& operation, const BoundedReal& a, con
 }
 
 BoundedReal sum(const BoundedReal& a, const BoundedReal& b) {
-  return exact_if_whole([](const auto& x, const auto& y) { return x + y; }, a, b);
+  return exact_if_whole([](const auto& x, const auto& y) { return x + y; }, a, b, false);
 }
 BoundedReal product(const BoundedReal& a, const BoundedReal& b) {
-  return exact_if_whole([](const auto& x, const auto& y) { return x * y; }, a, b);
+  return exact_if_whole([](const auto& x, const auto& y) { return x * y; }, a, b, false);
 }
 BoundedReal quotient(const BoundedReal& a, const BoundedReal& b) {
-  return exact_if_whole([](const auto& x, const auto& y) { return x / y; }, a, b);
+  return exact_if_whole([](const auto& x, const auto& y) { return x / y; }, a, b, b.value == 0);
 }
 
 Known product(const Known& a, const Known& b) {
@@ -198,11 +203,16 @@ Number power(const Number& a, const Number& b) {
   constexpr int kMostProducts = 1000;
   const bool whole = b.is_real() && b.is_exact() && is_whole_number(b.re.value);
   if (a.is_real() && b.is_real() && (whole || a.re.value >= 0)) {
-    BoundedReal result = exact_if_whole([](const auto& x, const auto& y) { return proven::pow(x, y); }, a.re, b.re);
+    BoundedReal result =
+        exact_if_whole([](const auto& x, const auto& y) { return proven::pow(x, y); }, a.re, b.re, a.re.value == 0);
     if (whole && b.re.value == 0) {
       result = proven::exact(1);
     }
-    return as_number(settled(result, a.is_exact() && b.is_exact()));
+    Number power = as_number(result);
+    if (!whole && !result.error.is_finite() && !a.is_exact()) {
+      power.im.error = QuarnBound::infinity();  // of a number that is perhaps negative
+    }
+    return power;
   }
   if (whole && fabs(b.re.value) <= kMostProducts) {
     Number result{proven::exact(1)};

@@ -122,7 +122,7 @@ Known factorial(const Known& a);
 std::vector<BoundedReal> parts_of(const Known& a);
 
 /// "name = 1.5" and so on with the digits that are true, at most the working ones; "0 (abs < 1e-40)" where the sign is
-/// not known. `digits` tells how many of all parts are known.
+/// not known. `digits` says how many of all parts are known.
 std::string shown(const std::string& name, const Known& value, std::int64_t digits);
 /// Rounded to the working digits, zeros where the sign is not known.
 Array rounded_values(const Known& a);

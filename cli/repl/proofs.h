@@ -15,6 +15,8 @@ struct Evaluation {
   std::string unproven;
   /// The digits that are asked for; the working digits are more.
   int digits = 0;
+  /// No more digits follow: what cannot be decided is not known.
+  bool is_last = false;
 };
 
 using Knowns = std::vector<Known>;

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string_view>
 
+#include "cli/repl/fault.h"
 #include "cli/repl/proofs.h"
 #include "quarn/function_table.h"
 #include "tesk2mp/proven_table.hpp"
@@ -48,6 +49,22 @@ std::optional<Number> beyond(std::string_view name, const BoundedReal& x) {
   return std::nullopt;
 }
 
+bool has_cut(std::string_view name) {
+  constexpr std::array<std::string_view, 8> kNames = {"sqrt", "log", "ln", "log10", "asin", "acos", "acosh", "atanh"};
+  return std::find(kNames.begin(), kNames.end(), name) != kNames.end();
+}
+
+// Is the result infinite because it is beyond the range of numbers, and not because the argument is a pole?
+bool is_overflow(const Number& z, const Complex& result) {
+  const QuarnFloat& x = z.re.value;
+  const QuarnFloat& y = z.im.value;
+  if (!(isinf(result.re) || isinf(result.im)) || !isfinite(x) || !isfinite(y)) {
+    return false;
+  }
+  const bool is_unit = (y == 0 && fabs(x) == 1) || (x == 0 && fabs(y) == 1);
+  return !is_unit && !(x == 0 && y == 0);
+}
+
 Number function_value(const quarn::NamedFunction1& f, const Number& z, Evaluation& evaluation) {
   const proven::NamedFunction* proof = proven::find_function(f.name);
   if (!z.is_real()) {
@@ -65,7 +82,8 @@ Number function_value(const quarn::NamedFunction1& f, const Number& z, Evaluatio
       return {proven::exact(value.re), proven::exact(value.im)};
     }
     const BoundedComplex result = proof->complex(as_complex(z));
-    const bool is_value = !z.is_exact() || (isfinite(result.value.re) && isfinite(result.value.im));
+    const bool is_value =
+        !z.is_exact() || (isfinite(result.value.re) && isfinite(result.value.im)) || is_overflow(z, result.value);
     return is_value ? as_number(result) : Number{proven::exact(result.value.re), proven::exact(result.value.im)};
   }
   if (!z.is_exact()) {
@@ -73,11 +91,19 @@ Number function_value(const quarn::NamedFunction1& f, const Number& z, Evaluatio
       evaluation.unproven = f.name;
       return as_number(proven::exact(f.apply(z.re.value)));
     }
-    const BoundedReal result = proof->real(z.re);
-    if (!result.error.is_finite() && isnan(result.value)) {
-      return beyond(f.name, z.re).value_or(as_number(result));
+    const BoundedReal real = proof->real(z.re);
+    Number result = as_number(real);
+    if (!real.error.is_finite() && isnan(real.value)) {
+      result = beyond(f.name, z.re).value_or(result);
     }
-    return as_number(result);
+    if (has_cut(f.name) && !(result.re.error.is_finite() && result.im.error.is_finite())) {
+      // Perhaps real, perhaps not.
+      if (!evaluation.is_last) {
+        throw Undecided();
+      }
+      result.re.error = result.im.error = QuarnBound::infinity();
+    }
+    return result;
   }
   const BoundedReal result =
       proof != nullptr ? proof->real(z.re) : proven::detail::once_rounded(f.apply(z.re.value), QuarnBound());
@@ -89,12 +115,29 @@ Number function_value(const quarn::NamedFunction1& f, const Number& z, Evaluatio
       return as_number(proof->complex(as_complex(z)));
     }
   }
-  // Infinities and NaN of exact arguments are what they are.
+  const bool is_gamma = std::string_view(f.name).find("gamma") != std::string_view::npos;
+  if (is_overflow(z, Complex(result.value)) && !(is_gamma && z.re.value < 0)) {
+    return as_number(BoundedReal{result.value, QuarnBound::infinity()});
+  }
+  // Other infinities and NaN of exact arguments are what they are.
   return as_number(isfinite(result.value) ? result : proven::exact(result.value));
 }
 
 BoundedReal real_argument(const Number& z, int place) {
   return z.is_real() ? z.re : throw Unfit("real numbers are needed here", place);
+}
+
+// Zeros, infinities and NaN of exact arguments, unless they stand for what is beyond the range of numbers.
+bool is_exact_result(std::string_view name, const QuarnFloat& x, const QuarnFloat& y, const QuarnFloat& result) {
+  const bool are_finite = isfinite(x) && isfinite(y);
+  const bool has_zero = x == 0 || y == 0;
+  if (result == 0) {
+    if (name == "atan2") {
+      return x == 0 || !are_finite;
+    }
+    return name == "fdim" ? x <= y : name != "beta" && (name != "hypot" || (x == 0 && y == 0));
+  }
+  return isnan(result) || (isinf(result) && (!are_finite || has_zero));
 }
 
 Number function_value(const quarn::NamedFunction2& f, const Number& z, const Number& w, Evaluation& evaluation) {
@@ -107,7 +150,7 @@ Number function_value(const quarn::NamedFunction2& f, const Number& z, const Num
   if (z.is_exact() && w.is_exact()) {
     if (name == "binomial") {
       const QuarnFloat value = exact_binomial(x.value, y.value).re;
-      const bool whole = ::trunc(x.value) == x.value && ::trunc(y.value) == y.value;
+      const bool whole = ::trunc(x.value) == x.value && ::trunc(y.value) == y.value && ilogb(value) < kMostExactDigits;
       return as_number(whole ? proven::exact(value) : proven::detail::once_rounded(value, QuarnBound()));
     }
     if (name == "nextafter" || name == "copysign") {
@@ -115,7 +158,7 @@ Number function_value(const quarn::NamedFunction2& f, const Number& z, const Num
       return as_number(proven::exact(f.apply(x.value, y.value)));
     }
     const BoundedReal result = proven::detail::once_rounded(f.apply(x.value, y.value), QuarnBound());
-    return as_number(isfinite(result.value) && result.value != 0 ? result : proven::exact(result.value));
+    return as_number(is_exact_result(name, x.value, y.value, result.value) ? proven::exact(result.value) : result);
   }
   if (name == "atan2") {
     return as_number(proven::atan2(x, y));

@@ -91,6 +91,9 @@ std::int64_t common_digits(const Known& a, const Known& b) {
   return digits;
 }
 
+// Where proofs end.
+int most_digits() { return int(std::min<Integer>(40 * Integer(QuarnDigits()) + 1000, kMostDigits)); }
+
 }  // namespace
 
 int Interpreter::first_digits() const { return limits_.once > 0 ? QuarnDigits() : QuarnDigits() + kSpareDigits; }
@@ -127,10 +130,30 @@ std::shared_ptr<Recipe> Interpreter::made(const Node& expression) {
   recipe->expression = expression;
   recipe->asked = QuarnDigits();
   collect_names(expression, variables_, recipe->environment);
-  const tesk2mp::Digits digits(first_digits());
-  evaluate_anew(*recipe);
+  evaluate_decided(*recipe, first_digits());
   settle(*recipe);
   return recipe;
+}
+
+void Interpreter::evaluate_decided(Recipe& recipe, int digits) {
+  using Clock = std::chrono::steady_clock;
+  const Clock::time_point end = Clock::now() + std::chrono::seconds(limits_.seconds);
+  const int most = std::max(digits, most_digits());
+  struct Scope {
+    bool& is_last;
+    bool former;
+    ~Scope() { is_last = former; }
+  };
+  while (true) {
+    const tesk2mp::Digits scope(digits);
+    const bool is_last = limits_.once > 0 || digits == most || Clock::now() > end;
+    const Scope last{is_last_, std::exchange(is_last_, is_last)};
+    try {
+      return evaluate_anew(recipe);
+    } catch (const Undecided&) {
+      digits = int(std::min<Integer>(2 * Integer(digits) + kSpareDigits, most));
+    }
+  }
 }
 
 void Interpreter::evaluate_anew(Recipe& recipe) {
@@ -143,13 +166,18 @@ void Interpreter::evaluate_anew(Recipe& recipe) {
     Recipe* former;
     std::vector<std::size_t>& ends;
     std::vector<std::size_t> former_ends;
+    std::string former_unproven;
+    bool is_done = false;
     ~Scope() {
+      if (!is_done) {
+        current->unproven.swap(former_unproven);  // that of the results, which stay
+      }
       current = former;
       ends.swap(former_ends);
     }
   };
-  const Scope scope{recipe_, std::exchange(recipe_, &recipe), ends_, std::exchange(ends_, {})};
-  recipe.unproven.clear();
+  Scope scope{recipe_, std::exchange(recipe_, &recipe), ends_, std::exchange(ends_, {}),
+              std::exchange(recipe.unproven, {})};
   std::vector<Known> results;
   if (recipe.target != nullptr) {
     const Variable before = recipe.environment.at(recipe.target->text);
@@ -164,6 +192,7 @@ void Interpreter::evaluate_anew(Recipe& recipe) {
   }
   recipe.results.swap(results);
   recipe.digits = QuarnDigits();
+  scope.is_done = true;
 }
 
 // Exact values need no recipe any more, and long chains of recipes end with a value of many digits.
@@ -180,8 +209,7 @@ void Interpreter::settle(Recipe& recipe) {
     return;
   }
   if (!exact && limits_.once == 0) {
-    const tesk2mp::Digits digits(int(std::min<Integer>(2 * Integer(QuarnDigits()) + 20, kMostDigits)));
-    evaluate_anew(recipe);
+    evaluate_decided(recipe, int(std::min<Integer>(2 * Integer(first_digits()) + 20, kMostDigits)));
   }
   recipe.is_fixed = true;
   recipe.depth = 0;
@@ -223,8 +251,7 @@ Variable Interpreter::assigned_elements(const Node& target, const Variable& valu
   recipe->asked = QuarnDigits();
   recipe->source = value;
   collect_names(target, variables_, recipe->environment);
-  const tesk2mp::Digits digits(first_digits());
-  evaluate_anew(*recipe);
+  evaluate_decided(*recipe, first_digits());
   settle(*recipe);
   return {recipe, 0};
 }
@@ -233,15 +260,12 @@ std::int64_t Interpreter::prove(Recipe& recipe, const std::vector<std::size_t>& 
   using Clock = std::chrono::steady_clock;
   const Clock::time_point end = Clock::now() + std::chrono::seconds(limits_.seconds);
   const int wanted = QuarnDigits();
-  const int most = int(std::min<Integer>(40 * Integer(wanted) + 1000, kMostDigits));
+  const int most = most_digits();
   int working = first_digits();
   int working_before = 0;
   std::int64_t known_before = 0;
   while (true) {
-    {
-      const tesk2mp::Digits digits(working);
-      evaluate_anew(recipe);
-    }
+    evaluate_decided(recipe, working);
     const std::int64_t known = fewest_digits(recipe, places);
     const bool enough = known >= wanted || (working >= 4 * wanted && only_zeros_are_missing(recipe, places, wanted));
     if (enough || limits_.once > 0 || recipe.is_fixed || !recipe.unproven.empty()) {
@@ -268,6 +292,7 @@ std::int64_t Interpreter::prove(Recipe& recipe, const std::vector<std::size_t>& 
 std::string Interpreter::shown_proven(const NamedValues& values) {
   std::string text;
   std::string note;
+  std::int64_t fewest = QuarnDigits();
   for (const auto& [name, variable] : values) {
     Recipe& recipe = *variable.recipe;
     const std::int64_t digits = prove(recipe, {variable.place});
@@ -279,7 +304,8 @@ std::string Interpreter::shown_proven(const NamedValues& values) {
     text += once && std::holds_alternative<Array>(value.value)
                 ? shown(name, Known(rounded_values(value)), QuarnDigits())
                 : shown(name, value, digits);
-    if (digits < QuarnDigits()) {
+    if (digits < fewest) {
+      fewest = digits;
       note = once ? "# about " + digit_count(digits) + " digits are true (estimate by error bounds)\n"
                   : "# " + digit_count(digits) + " of " + std::to_string(QuarnDigits()) + " digits are proven with " +
                         std::to_string(recipe.digits) + " working digits\n";
@@ -299,8 +325,10 @@ std::string Interpreter::shown_estimate(const NamedValues& values) {
     unproven = recipe.unproven.empty() ? unproven : recipe.unproven;
     const Known first = variable.value();
     if (limits_.once == 0 && !recipe.is_fixed) {
-      const tesk2mp::Digits digits(int(std::min<Integer>(2 * Integer(QuarnDigits()) + 3 * kSpareDigits, kMostDigits)));
-      evaluate_anew(recipe);
+      // More than it has been computed with, also where it is shown again.
+      const Integer more = std::max(2 * Integer(QuarnDigits()) + 3 * kSpareDigits,
+                                    Integer(recipe.digits) + QuarnDigits() + kSpareDigits);
+      evaluate_decided(recipe, int(std::min<Integer>(more, kMostDigits)));
     }
     is_compared = is_compared && !recipe.is_fixed;
     const std::int64_t digits = std::min<std::int64_t>(common_digits(first, variable.value()), QuarnDigits());

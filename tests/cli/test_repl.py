@@ -148,6 +148,28 @@ class Expressions(unittest.TestCase):
                         shown = run_well("calc", f"{name}({text}) + 0", "--digits", "25").split()[0].replace("i", "j")
                         self.assertLess(abs(complex(shown) - getattr(cmath, name)(complex(x, 0))), 1e-14)
 
+    def test_more_digits_decide_what_some_leave_open(self):
+        exact = {"length(1:(1e30*(sqrt(2)^2-2)+5))": 5, "length(1:(5-exp(-80)))": 4, "length(1:(5+exp(-80)))": 5,
+                 "length(0:0.1:1)": 11, "length(0:pi/8:pi)": 9, "length(2:1)": 0, "im(log(sqrt(5)^2 - 5 + 5e-30))": 0,
+                 "atan2(0, 1)": 0, "fmod(6, 3)": 0, "1/0": "inf", "log(0)": "inf", "0/0": "nan"}
+        for expression, value in exact.items():
+            with self.subTest(expression):
+                self.assertEqual(run_well("calc", expression).strip().lstrip("-"), str(value))
+        with localcontext() as context:
+            context.prec = 20
+            root = str(Decimal("5e-30").sqrt())
+        for expression in ("re(sqrt(sqrt(5)^2-5+5e-30))", "im(sqrt(sqrt(3)^2-3-5e-30))", "max(sqrt(sqrt(5)^2-5+5e-30), 0)"):
+            self.assertEqual(Decimal(run_well("calc", expression)), Decimal(root), expression)
+        self.assertRegex(run_well("calc", "sqrt(sqrt(3)^2-3-5e-30)"), r"^0\+2\.236067977\d+e-15i\n$")
+        self.assertIn("the length of this range is not known", run("calc", "1:1/(1/3*3 - 1)").stderr)
+        # Both ends of the range of numbers: neither an exact 0 nor an exact infinity.
+        for expression in ("1/exp(1e10)", "1/10^1e10", "1/(1e900000000*1e900000000)", "gamma(1e10)"):
+            self.assertRegex(run_well("calc", expression), r"^\?\n# 0 of 20 digits are proven")
+        for expression in ("beta(1e11, 1e11)", "atan2(1e-900000000, 1e900000000)"):
+            self.assertRegex(run_well("calc", expression), r"^0 \(abs < 1e-\d+\)\n$")
+        self.assertIn("beyond the range of numbers", run("calc", "1e-2000000000").stderr)
+        self.assertEqual(run_well("calc", "0e-2000000000"), "0\n")
+
     def test_what_is_not_proven_says_so(self):
         self.assertIn("# about 20 digits are true (estimate by a second computation: expm has no proof)",
                       run_well("calc", "expm([1 2; 3 4])"))
