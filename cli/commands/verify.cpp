@@ -1,6 +1,7 @@
 // quarn verify, and the files that it reads.
 #include <cctype>
 #include <cstdlib>
+#include <string_view>
 
 #include "cli/commands/certificate.h"
 #include "cli/commands/command.h"
@@ -33,10 +34,25 @@ bool has_moderate_exponents(const std::string& text) {
   return true;
 }
 
+/// a or a+bi, as certificates have them; elsewhere parts may be left out, and the letter may be j.
+bool is_written_out(std::string_view text) {
+  if (!text.ends_with('i')) {
+    return is_number(text);
+  }
+  text.remove_suffix(1);
+  for (std::size_t at = text.size(); at-- > 1;) {
+    const bool of_exponent = text[at - 1] == 'e' || text[at - 1] == 'E';
+    if ((text[at] == '+' || text[at] == '-') && !of_exponent) {
+      return is_number(text.substr(0, at)) && is_number(text.substr(at));
+    }
+  }
+  return false;
+}
+
 Complex number_of(const std::string& text, const std::string& where) {
   constexpr std::size_t kMostLength = 100'000;
   constexpr std::size_t kShown = 40;
-  if (text.size() > kMostLength || !is_complex_number(text)) {
+  if (text.size() > kMostLength || !is_written_out(text)) {
     throw bad_input(where + " has '" + text.substr(0, kShown) + "', which is not the text of a number");
   }
   if (!has_moderate_exponents(text)) {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <optional>
+#include <set>
 #include <string_view>
 
 #include "cli/commands/failure.h"
@@ -249,13 +251,25 @@ std::string render_matrices(const std::string& key, const NamedMatrices& given) 
 }
 
 NamedMatrices matrices_of_json(const std::string& text, const std::string& source, const std::string& key) {
-  const Json object = Json::parse(text, nullptr, false);
+  std::set<std::string> names;
+  std::optional<std::string> twice;
+  const auto note_name = [&](int depth, Json::parse_event_t event, const Json& parsed) {
+    if (event == Json::parse_event_t::key && depth == 1 && !names.insert(parsed.get<std::string>()).second) {
+      twice = parsed.get<std::string>();
+    }
+    return true;
+  };
+  const Json object = Json::parse(text, note_name, false);
   if (!object.is_object() || !object.contains(key) || !object[key].is_string()) {
     throw bad_input(source + ": it is not a JSON object with a '" + key + "'");
   }
   const auto refuse = [&](const std::string& name, const char* what) {
     throw bad_input(source + ": '" + name + "' " + what);
   };
+  if (twice) {
+    constexpr std::size_t kShown = 40;
+    refuse(twice->substr(0, kShown), "is there twice");
+  }
   NamedMatrices result{object[key].get<std::string>(), {}};
   for (const auto& member : object.items()) {
     const std::string& name = member.key();

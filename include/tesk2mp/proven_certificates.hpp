@@ -394,13 +394,38 @@ inline std::string check_zeros(ExactParts& parts) {
   return "the zeros of a polynomial of degree " + std::to_string(n);
 }
 
+/// What certificates consist of, by their kinds.
+inline const std::map<std::string, std::vector<std::string>>& parts_of_kinds() {
+  static const std::map<std::string, std::vector<std::string>> kParts = {
+      {"solution", {"a", "b", "x", "errors", "near", "near_errors", "approximate_inverse"}},
+      {"inverse", {"a", "x", "errors", "near", "near_errors", "approximate_inverse"}},
+      {"determinant", {"a", "determinant", "errors", "near", "near_errors", "rows", "left", "right"}},
+      {"symmetric eigenvalues", {"a", "values", "errors", "near", "near_errors", "left"}},
+      {"singular values", {"a", "values", "errors", "near", "near_errors", "left", "right"}},
+      {"eigenvalues",
+       {"a", "values", "errors", "counts", "real", "groups", "near", "near_errors", "vectors", "approximate_inverse",
+        "middle", "weights"}},
+      {"zeros", {"a", "values", "errors", "counts", "real", "groups", "near", "near_errors"}},
+  };
+  return kParts;
+}
+
 }  // namespace detail
 
-/// What the certificate proves, in words. Throws InvalidArgument for one that is incomplete, or whose numbers are too
-/// far apart, and NumericalFailure, which names the inequality, where the proof does not hold.
+/// What the certificate proves, in words. Throws InvalidArgument for one that is incomplete, that has a part twice or
+/// one that its kind does not have, or whose numbers are too far apart, and NumericalFailure, which names the
+/// inequality, where the proof does not hold.
 inline std::string verify(const Certificate& certificate) {
-  detail::ExactParts parts(certificate);
   const std::string& kind = certificate.kind;
+  const auto of_kind = detail::parts_of_kinds().find(kind);
+  detail::require_part(of_kind != detail::parts_of_kinds().end(), "it has no 'certificate' of a known kind");
+  for (const auto& [name, values] : certificate.parts) {
+    constexpr std::size_t kShown = 40;
+    detail::require_part(std::count(of_kind->second.begin(), of_kind->second.end(), name) == 1, "'",
+                         name.substr(0, kShown), "' is no part of this kind");
+    detail::require_part(certificate.find(name) == &values, "it has '", name, "' twice");
+  }
+  detail::ExactParts parts(certificate);
   if (kind == "solution" || kind == "inverse") {
     return detail::check_solution(parts, kind == "inverse");
   }
@@ -413,7 +438,6 @@ inline std::string verify(const Certificate& certificate) {
   if (kind == "eigenvalues") {
     return detail::check_eigenvalues(parts);
   }
-  detail::require_part(kind == "zeros", "it has no 'certificate' of a known kind");
   return detail::check_zeros(parts);
 }
 

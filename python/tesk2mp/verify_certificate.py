@@ -17,6 +17,7 @@ from typing import Any
 Rows = list[list[int]]
 
 MOST_EXPONENT = 100_000  # of a number
+MOST_INTEGER = 1_000_000_000  # of what is counted
 MOST_LENGTH = 100_000  # of a number's text
 MOST_DIGITS = 100_000_000  # of a matrix whose numbers are brought to a common power of ten
 MOST_WORK = 100_000_000_000  # products of machine words, some minutes
@@ -111,6 +112,8 @@ def combined(a: Rows | None, b: Rows | None, sign: int) -> Rows | None:
 
 
 def difference(a: Exact, b: Exact) -> Exact:
+    if (a.rows, a.columns) != (b.rows, b.columns):
+        raise Malformed("matrices of different shapes are subtracted")
     a, b = together(a, b)
     return Exact(combined(a.re, b.re, -1) or [], combined(a.im, b.im, -1), a.places)
 
@@ -137,6 +140,8 @@ def whole_product(a: Rows | None, b: Rows | None) -> Rows | None:
 
 
 def product(a: Exact, b: Exact) -> Exact:
+    if a.columns != b.rows:
+        raise Malformed("matrices are multiplied whose shapes do not fit")
     re_ = combined(whole_product(a.re, b.re), whole_product(a.im, b.im), -1)
     im = combined(whole_product(a.re, b.im), whole_product(a.im, b.re), 1)
     return Exact(re_ or [], im, a.places + b.places)
@@ -152,7 +157,7 @@ def parsed_part(text: str) -> tuple[int, int]:
     match = PART.fullmatch(text)
     assert match
     sign, whole, fraction, exponent = match.groups()
-    if exponent and len(exponent) > 9 or abs(int(exponent or 0)) > MOST_EXPONENT:
+    if exponent and len(exponent.lstrip("+-")) > 8 or abs(int(exponent or 0)) > MOST_EXPONENT:
         raise Malformed(f"the exponent of {text[:40]} is beyond {MOST_EXPONENT}")
     digits = (whole + fraction).rstrip("0")
     power = int(exponent or 0) - len(fraction) + len(whole + fraction) - len(digits)
@@ -214,9 +219,10 @@ class Certificate:
 
     def integers(self, name: str, rows: int) -> list[int]:
         x = self.get(name, rows, 1, real=True)
-        if x.places > 0:
-            raise Malformed(f"'{name}' has numbers that are not whole")
-        return [row[0] for row in x.aligned(0).re]
+        whole = [row[0] for row in x.aligned(max(x.places, 0)).re]
+        if x.places > 0 or any(abs(each) > MOST_INTEGER for each in whole):
+            raise Malformed(f"'{name}' has numbers that are not whole, or too large")
+        return whole
 
 
 def where(i: int, j: int, x: Exact) -> str:
@@ -310,12 +316,14 @@ def check_determinant(c: Certificate) -> str:
 def check_weyl(c: Certificate) -> str:
     """A = U D V^H + F: the j-th value is within ||F|| + d_j g of d_j, g >= ||1 - U^H U|| and ||1 - V^H V||."""
     a, u = c.get("a"), c.get("left")
-    k = u.columns
+    k = min(a.rows, a.columns)
     c.get("left", a.rows, k)
     singular = c.kind == "singular values"
     v = c.get("right", a.columns, k) if singular else u
-    if k != min(a.rows, a.columns) or not singular and any(map(any, difference(a, a.conjugate_transposed()).sizes())):
-        raise Malformed("'a' is not Hermitian" if not singular else "'left' has the wrong number of columns")
+    if not singular:
+        c.get("a", k, k)
+        if any(map(any, difference(a, a.conjugate_transposed()).sizes())):
+            raise Malformed("'a' is not Hermitian")
     of_u = defect(u.conjugate_transposed(), u, "U^H U")
     of_v = defect(v.conjugate_transposed(), v, "V^H V") if singular else of_u
     g, one = max([(largest, unit) for _, largest, unit in (of_u, of_v)], key=lambda x: x[0] * of_u[2] * of_v[2] // x[1])
@@ -430,15 +438,26 @@ def check_zeros(c: Certificate) -> str:
     return f"the zeros of a polynomial of degree {n}"
 
 
-KINDS: dict[str, Callable[[Certificate], str]] = {
-    "solution": check_solution,
-    "inverse": check_solution,
-    "determinant": check_determinant,
-    "eigenvalues": check_eigenvalues,
-    "symmetric eigenvalues": check_weyl,
-    "singular values": check_weyl,
-    "zeros": check_zeros,
+# What checks a kind, and its parts beside 'certificate', 'a', 'errors', 'near' and 'near_errors'.
+KINDS: dict[str, tuple[Callable[[Certificate], str], str]] = {
+    "solution": (check_solution, "b x approximate_inverse"),
+    "inverse": (check_solution, "x approximate_inverse"),
+    "determinant": (check_determinant, "determinant rows left right"),
+    "eigenvalues": (check_eigenvalues, "values counts real groups vectors approximate_inverse middle weights"),
+    "symmetric eigenvalues": (check_weyl, "values left"),
+    "singular values": (check_weyl, "values left right"),
+    "zeros": (check_zeros, "values counts real groups"),
 }
+
+
+def members(pairs: list[tuple[str, Any]]) -> dict[str, Any]:
+    """An object of JSON, whose names have to be different."""
+    known: dict[str, Any] = {}
+    for name, value in pairs:
+        if name in known:
+            raise Malformed(f"'{name[:40]}' is there twice")
+        known[name] = value
+    return known
 
 
 def check(text: str) -> str:
@@ -447,12 +466,16 @@ def check(text: str) -> str:
     if hasattr(sys, "set_int_max_str_digits"):
         sys.set_int_max_str_digits(0)
     try:
-        parts = json.loads(text, parse_int=float)
+        parts = json.loads(text, parse_int=float, object_pairs_hook=members)
     except (ValueError, RecursionError) as error:
         raise Malformed(f"it is not JSON: {error}") from None
     if not isinstance(parts, dict) or parts.get("certificate") not in list(KINDS):
         raise Malformed("it has no 'certificate' of a known kind")
-    return KINDS[parts["certificate"]](Certificate(parts))
+    checker, names = KINDS[parts["certificate"]]
+    for name in parts:
+        if name not in {"certificate", "a", "errors", "near", "near_errors", *names.split()}:
+            raise Malformed(f"'{name[:40]}' is no part of this kind")
+    return checker(Certificate(parts))
 
 
 def main(files: list[str]) -> int:

@@ -91,6 +91,11 @@ def changed(certificate, name, path, text):
     return result
 
 
+def fractions(text):
+    """Both parts of a number."""
+    return [Fraction(part or "0") for part in checker.NUMBER.fullmatch(text).groups()]
+
+
 def plus(text, amount):
     """The first part of a number, with something added exactly."""
     (whole, power), _ = checker.parsed(text, "")
@@ -172,12 +177,24 @@ class Certificates(unittest.TestCase):
     def test_other_proofs_are_refused_or_hold(self):
         # Whatever is changed in a proof, the two checkers agree, and a proof that still holds is one.
         for name, _, certificate in self.all:
+            answer = dict(numbers_of(certificate[ANSWERS.get(certificate["certificate"], "values")]))
+            errors = dict(numbers_of(certificate["errors"]))
             for part in set(certificate) - {"certificate", "a", "b", "x", "errors", "values", "determinant"}:
                 path, text = random.choice(list(numbers_of(certificate[part])))
                 for new in (plus(text, "1"), plus(text, "1e-3"), plus(text, "-1e-60"), "0"):
                     tampered = changed(certificate, part, path, new)
-                    self.assertEqual(python_says(tampered)[0], console_says(tampered)[0],
-                                     (name, part, path, new, python_says(tampered), console_says(tampered)))
+                    says = python_says(tampered), console_says(tampered)
+                    what = (name, part, path, new, says)
+                    self.assertEqual(says[0][0], says[1][0], what)
+                    if fractions(new) == fractions(text):
+                        self.assertEqual(says[0][0], 0, what)
+                    elif part == "near" and says[0][0] == 0:
+                        distance = sum((x - y) ** 2 for x, y in zip(fractions(new), fractions(answer[path])))
+                        self.assertLessEqual(distance, Fraction(errors[path]) ** 2, what)
+                    elif part == "near_errors" and says[0][0] == 0:
+                        self.assertTrue(0 < Fraction(new) <= Fraction(errors[path]), what)
+                    elif part in ("counts", "rows"):
+                        self.assertNotEqual(says[0][0], 0, what)
 
     def test_each_inequality(self):
         by_name = {name: certificate for name, _, certificate in self.all}
@@ -218,7 +235,8 @@ class Certificates(unittest.TestCase):
         self.refused(dict(eigen, weights=["0"] * 6 + ["90"]), "weights that enlarge a row sum")
 
     def test_what_is_no_certificate(self):
-        certificate = next(certificate for name, _, certificate in self.all if name == "solution")
+        by_name = {name: certificate for name, _, certificate in self.all}
+        certificate = by_name["solution"]
         broken = ["", "[1]", "{", "nan", '"solution"', "[" * 100_000, "{}", '{"certificate": 1}', '{"certificate": "proof"}',
                   json.dumps(certificate)[:-5]]
         broken += [{key: value for key, value in certificate.items() if key != name} for name in certificate]
@@ -231,6 +249,28 @@ class Certificates(unittest.TestCase):
                 broken.append(changed(certificate, name, path, text))
         broken.append(changed(certificate, "errors", (0,), "-1e-30"))
         broken.append(dict(certificate, certificate="determinant"))
+        # Not square, and "symmetric" with what would suffice for a part of it.
+        proof = {"certificate": "symmetric eigenvalues", "near": ["1", "2"], "values": ["1", "2"], "errors": ["0", "0"],
+                 "near_errors": ["0", "0"]}
+        broken += [dict(proof, a=[["1", "0", "7"], ["0", "2", "9"]], left=[["1", "0"], ["0", "1"]]),
+                   dict(proof, a=[["1", "0"], ["0", "2"], ["7", "9"]], left=[["1", "0"], ["0", "1"], ["0", "0"]]),
+                   dict(proof, a=[["1", "0"], ["0", "2"], ["0", "0"]], left=[["1", "0"], ["0", "1"], ["0", "0"]])]
+        # A name twice, of which either could count, and what the kind does not have.
+        for _, _, other in self.all:
+            name = random.choice(list(other))
+            text = json.dumps(other)
+            broken += [f'{{{json.dumps(name)}: {json.dumps(other[name])}, {text[1:]}',
+                       f'{text[:-1]}, {json.dumps(name)}: {json.dumps(other[name])}}}', dict(other, proof=["1"]), {**other, "": ["1"]}]
+            if other["certificate"] != "solution":
+                broken.append(dict(other, b=other["a"]))
+        broken.append(dict(by_name["symmetric eigenvalues"], right=by_name["symmetric eigenvalues"]["left"]))
+        # Complex numbers that are not written out, where they would be right.
+        zeros = by_name["complex zeros"]
+        broken += [changed(zeros, "a", (1,), text)
+                   for text in ("2i", "+2i", "0+2j", "0+2I", "0+i", "0++2i", "0+2i ", "(0,2)", "2i+0", "0 +2i", "0+2ii")]
+        self.assertEqual({says(changed(zeros, "a", (1,), text))[0] for says in (python_says, console_says)
+                          for text in ("0+2i", "-0.+.2e1i", "0e5+20E-1i", "0+2e+00000000i", "+.0+2e0i")}, {0})
+        broken += [changed(zeros, "a", (1,), f"0+2e{'0' * 9}i"), changed(zeros, "groups", (0,), "1000000001")]
         for each in broken:
             for says in (python_says, console_says):
                 status, text = says(each)
