@@ -15,6 +15,18 @@ namespace tesk2mp::proven {
 namespace detail {
 
 inline constexpr int kAttempts = 4;
+inline constexpr const char* kCertify = "CERTIFY";
+
+/// That the arguments fit together.
+template <class... Pieces>
+void require_problem(bool holds, const Pieces&... pieces) {
+  tesk2mp::detail::require(holds, kCertify, 1, pieces...);
+}
+template <class T>
+void require_square(const Matrix<T>& a) {
+  require_problem(a.rows() > 0 && a.rows() == a.columns(), "the matrix is ", a.rows(), " by ", a.columns(),
+                  ", not square, of order 1 or more");
+}
 
 /// The first certificate that is right, made with more and more digits than those of the proof.
 template <class Make>
@@ -27,7 +39,7 @@ Certificate first_that_holds(int worked_with, const Make& make) {
       return certificate;
     } catch (const NumericalFailure& failure) {
       if (attempt + 1 == kAttempts) {
-        throw NumericalFailure("CERTIFY", 1, 0, "no certificate is found: " + failure.text(), {});
+        throw NumericalFailure(kCertify, 1, 0, "no certificate is found: " + failure.text(), {});
       }
     }
   }
@@ -68,11 +80,11 @@ template <class T>
 Matrix<T> short_inverse(const Matrix<T>& a, int most_digits) {
   for (int digits = 12;; digits *= 2) {
     Matrix<T> inverse;
-    {
-      const Digits scope(std::min(digits, most_digits));
-      inverse = tesk2mp::inverse(a);
-    }
     try {
+      {
+        const Digits scope(std::min(digits, most_digits));
+        inverse = tesk2mp::inverse(a);  // few digits may take a regular matrix for a singular one
+      }
       const ExactMatrix product = ExactMatrix(widened(inverse)) * ExactMatrix(widened(a));
       if (defect(product, "R A").largest.value < Real(1, -2)) {
         return inverse;
@@ -94,9 +106,10 @@ struct Assignment {
   Matrix<Complex> groups;
 };
 
-/// Gives every answer its disc: the smallest ones first choose the approximations that are nearest.
+/// Gives every answer its disc: the smallest ones first choose the approximations that are nearest, one for each.
 inline Assignment assign(const std::vector<BoundedRoot>& roots, const std::vector<Complex>& near) {
   const std::size_t n = roots.size();
+  require_proof(near.size() == n, "there are ", near.size(), " approximations of ", n, " roots");
   const auto same = [&](std::size_t i, std::size_t j) {
     return roots[i].count > 1 && roots[i].count == roots[j].count && roots[i].value == roots[j].value &&
            roots[i].error == roots[j].error;
@@ -155,16 +168,21 @@ inline void add_roots(Certificate& certificate, const std::vector<BoundedRoot>& 
 }  // namespace detail
 
 /// The certificate of x, near A^-1 B, with the bounds `errors`, which a proof with `worked_with` digits has shown; B is
-/// the identity where there is none. Throws NumericalFailure where no certificate is found.
+/// the identity where there is none. Throws NumericalFailure where no certificate is found, InvalidArgument where the
+/// shapes do not fit, or there is nothing in them.
 template <Scalar T>
 Certificate certify_solution(const Matrix<T>& a, const Matrix<T>* b, const Matrix<T>& x, const Matrix<Real>& errors,
                              int worked_with) {
+  detail::require_square(a);
   const Matrix<T> right = b == nullptr ? Matrix<T>::identity(a.rows()) : *b;
-  const Matrix<T> r = detail::short_inverse(a, worked_with + 20);
+  const auto fits = [&](const auto& y) { return y.rows() == a.rows() && y.columns() == right.columns(); };
+  detail::require_problem(right.columns() > 0 && fits(right) && fits(x) && fits(errors),
+                          "right-hand sides, solutions and bounds differ in shape, or there are none");
   const detail::ExactMatrix exact_a(detail::widened(a));
   const detail::ExactMatrix exact_b(detail::widened(right));
-  const detail::ExactMatrix exact_r(detail::widened(r));
   return detail::first_that_holds(worked_with, [&](int digits) {
+    const Matrix<T> r = detail::short_inverse(a, digits + 20);
+    const detail::ExactMatrix exact_r(detail::widened(r));
     const Digits scope(digits);
     const Matrix<Complex> near = detail::widened(proven::solve(a, right).values());
     const detail::SolutionCheck proof(exact_a, exact_b, detail::ExactMatrix(near), exact_r);
@@ -191,6 +209,7 @@ Certificate certify_solution(const Matrix<T>& a, const Matrix<T>* b, const Matri
 /// The same of a determinant that is not 0.
 template <Scalar T>
 Certificate certify_determinant(const Matrix<T>& a, const T& determinant, const QuarnBound& error, int worked_with) {
+  detail::require_square(a);
   const std::size_t n = a.rows();
   detail::require_proof(!error.is_zero() || determinant != T(0),
                         "a determinant that is 0 is proven by the rank, without a certificate");
@@ -236,6 +255,11 @@ Certificate certify_determinant(const Matrix<T>& a, const T& determinant, const 
 template <Scalar T>
 Certificate certify_values(bool singular, const Matrix<T>& a, const std::vector<Real>& values,
                            const std::vector<Real>& errors, int worked_with) {
+  const std::size_t count = std::min(a.rows(), a.columns());
+  detail::require_problem(count > 0 && (singular || a.rows() == a.columns()), "the matrix is ", a.rows(), " by ",
+                          a.columns());
+  detail::require_problem(values.size() == count && errors.size() == count, "there are ", values.size(), " values and ",
+                          errors.size(), " bounds, not ", count);
   return detail::first_that_holds(worked_with, [&](int digits) {
     const Digits scope(digits);
     std::vector<Real> near;
@@ -291,7 +315,9 @@ Certificate certify_values(bool singular, const Matrix<T>& a, const std::vector<
 /// with so many digits that its triangle can be scaled away.
 template <Scalar T>
 Certificate certify_eigenvalues(const Matrix<T>& a, const std::vector<BoundedRoot>& roots, int worked_with) {
+  detail::require_square(a);
   const std::size_t n = a.rows();
+  detail::require_problem(roots.size() == n, "there are ", roots.size(), " eigenvalues, not ", n);
   const auto made_of = [&](const std::vector<Complex>& centres, const Matrix<Complex>& vectors,
                            const Matrix<Complex>* middle, int step) {
     const detail::Assignment assignment = detail::assign(roots, centres);
@@ -357,6 +383,8 @@ Certificate certify_eigenvalues(const Matrix<T>& a, const std::vector<BoundedRoo
 /// The same of the zeros of a polynomial, the coefficient of the highest power first.
 inline Certificate certify_zeros(const std::vector<Complex>& a, const std::vector<BoundedRoot>& roots,
                                  int worked_with) {
+  detail::require_problem(a.size() > 1 && a.front() != Complex(0), "there is no coefficient of the highest power");
+  detail::require_problem(roots.size() == a.size() - 1, "there are ", roots.size(), " zeros, not ", a.size() - 1);
   const bool real = std::all_of(a.begin(), a.end(), [](const Complex& x) { return x.im == 0; });
   return detail::first_that_holds(worked_with, [&](int digits) {
     const Digits scope(digits);

@@ -292,6 +292,16 @@ class Certificates(unittest.TestCase):
             self.assertIn("good.json: the proof holds: a solution of order 5", out.getvalue())
             self.assertIn("component 1: |answer - near| <= error - near_error fails", out.getvalue())
 
+    def test_regular_matrices_that_few_digits_take_for_singular_ones(self):
+        # The determinant is -1e-12, or -1e-40.
+        for third in ("0." + "3" * 12, "0." + "3" * 40):
+            for arguments in (["inv", "-"], ["solve", "-"], ["det", "-"]):
+                with tempfile.TemporaryDirectory() as folder:
+                    file = os.path.join(folder, "certificate.json")
+                    run_well(*arguments, "--certificate", file, stdin=f"3 1\n1 {third}\n")
+                    certificate = json.loads(pathlib.Path(file).read_text(encoding="utf-8"))
+                    self.assertEqual((python_says(certificate)[0], console_says(certificate)[0]), (0, 0), (third, arguments))
+
     def test_without_a_proof_there_is_no_certificate(self):
         for arguments in (["solve", "-", "--working-digits", "30"], ["eig", "-", "--vectors"], ["svd", "-", "--factor", "u"]):
             self.assertEqual(run(*arguments, "--certificate", "c.json", stdin="1 2\n3 4\n").returncode, 2)
