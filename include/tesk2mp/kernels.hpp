@@ -87,7 +87,7 @@ inline void copy(const VectorView<const Complex>& x, const VectorView<Complex>& 
 
 // Level 2 -----------------------------------------------------------------------------------------------------------
 
-/// y := alpha op(A) x + beta y; a matrix without elements leaves y alone.
+/// y := alpha op(A) x + beta y, each element rounded once; a matrix without elements leaves y alone.
 template <MatrixSource A, VectorSource X, VectorTarget Y>
 void gemv(Op op, const Element<A>& alpha, const A& a, const X& x, const Element<A>& beta, Y&& y) {
   using T = Element<A>;
@@ -98,8 +98,9 @@ void gemv(Op op, const Element<A>& alpha, const A& a, const X& x, const Element<
   detail::require_length(routine, 7, rx.size, detail::rows_of(op, ra.columns, ra.rows));
   detail::require_length(routine, 10, ry.size, detail::rows_of(op, ra.rows, ra.columns));
   detail::call_kernel([&] {
-    detail::pick<T>(QuarnMP_dgemv_, QuarnMP_zgemv_)(detail::Option(op), ra.rows, ra.columns, alpha, ra.data, ra.leading,
-                                                    rx.data, rx.increment, beta, ry.data, ry.increment, 1);
+    detail::pick<T>(QuarnMPX_dgemv_, QuarnMPX_zgemv_)(detail::Option(op), ra.rows, ra.columns, alpha, ra.data,
+                                                      ra.leading, rx.data, rx.increment, beta, ry.data, ry.increment,
+                                                      1);
   });
 }
 

@@ -18,7 +18,7 @@ TEST_CASE("results are those of the exports, digit for digit") {
 
   std::vector<Real> y = samples.vector<Real>(5);
   std::vector<Real> expected = y;
-  QuarnMP_dgemv_("N", 5, 4, alpha, a.data(), 5, x.data(), 1, beta, expected.data(), 1, 1);
+  QuarnMPX_dgemv_("N", 5, 4, alpha, a.data(), 5, x.data(), 1, beta, expected.data(), 1, 1);
   gemv(Op::none, alpha, a, x, beta, y);
   CHECK(y == expected);
 
@@ -83,6 +83,9 @@ TEST_CASE_TEMPLATE("kernels do what they say", T, Real, Complex) {
   CHECK(std::vector<T>{dot(x, x)} == multiply(Matrix<T>(MatrixView<const T>(x, 1, n)), x));
   const std::vector<T> reversed(x.rbegin(), x.rend());
   CHECK(dot(VectorView<const T>(&x[n - 1], n, -1), x) == dot(reversed, x));
+  const std::vector<T> cancelling = {T(Real("1e300")), T(1), T(Real("-1e300"))};
+  CHECK(dot(cancelling, std::vector<T>{T(1), T(1), T(1)}) == T(1));
+  CHECK(dotc(cancelling, std::vector<T>{T(1), T(1), T(1)}) == T(1));
   CHECK(fabs(widen(Matrix<T>{{dotc(x, x)}})(0, 0).re - norm2(x) * norm2(x)) < Real(1, 2 - 50));
   std::vector<T> doubled(n);
   scale(2, x, doubled);
