@@ -30,6 +30,20 @@ inline Bounded<Real> once_rounded(Real value, const QuarnBound& error) {
   return {std::move(value), error + rounding};
 }
 
+/// Also of numbers of more digits than the working ones, to which trunc would round.
+inline bool is_whole(const Real& x) {
+  constexpr int kMostDigits = 1'000'000;
+  if (!isfinite(x) || x == 0) {
+    return x == 0;
+  }
+  const auto places = ilogb(x);
+  if (places >= kMostDigits) {
+    return true;
+  }
+  const Digits scope(std::max(QuarnDigits(), int(places) + 1));
+  return ::trunc(x) == x;
+}
+
 /// Not above |x| - error; 0 where the sign is not known.
 inline QuarnBound least_size(const Bounded<Real>& x) {
   if (!x.error.is_finite() || !QuarnBound(x.value).is_finite() || !(x.error.value() < fabs(x.value))) {

@@ -29,8 +29,8 @@ inline void check_answer(const ExactMatrix& values, const ExactMatrix& errors, c
                          const ExactMatrix& of_near) {
   for (std::size_t j = 0; j < values.columns(); ++j) {
     for (std::size_t i = 0; i < values.rows(); ++i) {
-      const ExactNumber room = errors.re(i, j) - of_near.re(i, j);
-      require_element(room.value >= 0 && square_of_distance(values, i, near, i, j) <= room.square(), i, j, values,
+      const ExactNumber slack = errors.re(i, j) - of_near.re(i, j);
+      require_element(slack.value >= 0 && square_of_distance(values, i, near, i, j) <= slack.square(), i, j, values,
                       "|answer - near| <= error - near_error fails");
     }
   }
@@ -183,8 +183,8 @@ class WeylCheck {
 
   void check(const ExactMatrix& near, const ExactMatrix& of_near) const {
     for (std::size_t j = 0; j < near.rows(); ++j) {
-      const ExactNumber room = of_near.re(j) - near.re(j).size() * g_;
-      require_proof(room.value >= 0 && square_ <= room.square(), "value ", j + 1,
+      const ExactNumber slack = of_near.re(j) - near.re(j).size() * g_;
+      require_proof(slack.value >= 0 && square_ <= slack.square(), "value ", j + 1,
                     ": ||F|| + |d| g <= near_error fails");
     }
   }
@@ -246,8 +246,8 @@ inline void check_discs(ExactParts& parts, const ExactMatrix& near, const ExactM
                       j + 1, " meets the conjugate of its own");
         continue;
       }
-      const ExactNumber room = errors.re(i) - of_near.re(j);
-      require_proof(room.value >= 0 && square_of_distance(values, i, near, j) <= room.square(), "value ", i + 1,
+      const ExactNumber slack = errors.re(i) - of_near.re(j);
+      require_proof(slack.value >= 0 && square_of_distance(values, i, near, j) <= slack.square(), "value ", i + 1,
                     ": |answer - near| <= error - near_error fails for disc ", j + 1);
     }
   }

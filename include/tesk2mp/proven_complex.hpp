@@ -244,7 +244,7 @@ inline Bounded<Complex> pow(const Bounded<Complex>& z, const Bounded<Complex>& w
   if (z.error.is_zero() && w.error.is_zero()) {
     return {std::move(value), rounding};
   }
-  const bool is_whole = w.error.is_zero() && w.value.im == 0 && ::trunc(w.value.re) == w.value.re && w.value.re >= 1;
+  const bool is_whole = w.error.is_zero() && w.value.im == 0 && w.value.re >= 1 && detail::is_whole(w.value.re);
   QuarnBound away;
   if (!z.error.is_finite() || !w.error.is_finite()) {
     away = QuarnBound::infinity();
@@ -262,10 +262,10 @@ inline Bounded<Complex> pow(const Bounded<Complex>& z, const Bounded<Complex>& w
 
 /// |z|
 inline Bounded<Real> abs(const Bounded<Complex>& z) {
-  Real value = quarn::abs(z.value);
   if (z.value.re == 0 || z.value.im == 0) {
-    return {std::move(value), z.error};
+    return {fabs(z.value.im == 0 ? z.value.re : z.value.im), z.error};
   }
+  Real value = quarn::abs(z.value);
   const QuarnBound size(value);
   return detail::once_rounded(std::move(value), z.error + size.half_unit(QuarnDigits()));
 }

@@ -33,8 +33,13 @@ inline QuarnBound above(const Real& v) {
   const QuarnBound size(v);
   return size.is_zero() ? QuarnBound::power_of_ten(-999'999'999) : size + size.half_unit(kBoundDigits - 2);
 }
-/// The same, not above v; 0 unless v is positive.
-inline QuarnBound below(const Real& v) { return v > 0 ? QuarnBound(v * (1 - Real(2, -8))) : QuarnBound(); }
+/// The same, not above v; 0 unless v is positive. What has overflown is larger than any number.
+inline QuarnBound below(const Real& v) {
+  if (isinf(v)) {
+    return v > 0 ? QuarnBound::power_of_ten(999'999'999) : QuarnBound();
+  }
+  return v > 0 ? QuarnBound(v * (1 - Real(2, -8))) : QuarnBound();
+}
 /// Not above c - error; 0 where that is not positive.
 inline QuarnBound below(const Real& c, const QuarnBound& error) {
   return below(quarn::subtract(c * (1 - Real(1, -15)), error.value(), quarn::Rounding::floor));
@@ -299,11 +304,20 @@ inline Bounded<Real> rint(const Bounded<Real>& x) { return detail::stepped(::rin
 
 // Functions of two numbers -----------------------------------------------------------------------------------------
 
+namespace detail {
+
+inline Bounded<Real> either(bool first, const Bounded<Real>& x, const Bounded<Real>& y) {
+  const bool known = !isnan(x.value) && !isnan(y.value);
+  return {first ? x.value : y.value, known ? std::max(x.error, y.error) : QuarnBound::infinity()};
+}
+
+}  // namespace detail
+
 inline Bounded<Real> fmin(const Bounded<Real>& x, const Bounded<Real>& y) {
-  return {x.value < y.value ? x.value : y.value, std::max(x.error, y.error)};
+  return detail::either(x.value < y.value, x, y);
 }
 inline Bounded<Real> fmax(const Bounded<Real>& x, const Bounded<Real>& y) {
-  return {x.value < y.value ? y.value : x.value, std::max(x.error, y.error)};
+  return detail::either(y.value < x.value, x, y);
 }
 inline Bounded<Real> hypot(const Bounded<Real>& x, const Bounded<Real>& y) {
   return detail::once_rounded(::hypot(x.value, y.value), hypotenuse(x.error, y.error));
@@ -313,7 +327,8 @@ inline Bounded<Real> atan2(const Bounded<Real>& y, const Bounded<Real>& x) {
   Real angle = ::atan2(y.value == 0 ? Real() : y.value, x.value == 0 ? Real() : x.value);
   const QuarnBound error = hypotenuse(x.error, y.error);
   if (error.is_zero()) {
-    return angle == 0 ? exact(angle) : detail::once_rounded(std::move(angle), QuarnBound());
+    const bool is_exact = y.value == 0 && angle == 0;
+    return is_exact ? exact(angle) : detail::once_rounded(std::move(angle), QuarnBound());
   }
   const bool across = !(x.error.value() < x.value) && !y.error.is_zero() && !(y.error.value() < fabs(y.value));
   QuarnBound least;
@@ -375,7 +390,11 @@ inline Bounded<Real> whole_power(const Bounded<Real>& x, const Real& n) {
     const Ends at(x);
     // |n| |x|^(n - 1) at the end where that is largest
     const QuarnBound size(fabs(n));
-    away = n > 0 ? size * above(::pow(at.farthest(), n - 1)) : size / below(::pow(at.nearest(), 1 - n));
+    const auto power = [&](const Real& base, bool at_least) {
+      const auto rounding = (base >= 1) == at_least ? quarn::Rounding::ceiling : quarn::Rounding::floor;
+      return ::pow(base, n > 0 ? quarn::subtract(n, 1, rounding) : quarn::subtract(1, n, rounding));
+    };
+    away = n > 0 ? size * above(power(at.farthest(), true)) : size / below(power(at.nearest(), false));
   }
   return once_rounded(std::move(value), away * x.error);
 }
@@ -387,7 +406,7 @@ inline QuarnBound growth(const QuarnBound& a) { return a * over_one_minus(a); }
 
 /// For x > 0, or a whole y that is exact.
 inline Bounded<Real> pow(const Bounded<Real>& x, const Bounded<Real>& y) {
-  if (y.error.is_zero() && isfinite(y.value) && (ilogb(y.value) > QuarnDigits() || ::trunc(y.value) == y.value)) {
+  if (y.error.is_zero() && detail::is_whole(y.value)) {
     return detail::whole_power(x, y.value);
   }
   Bounded<Real> value = detail::once_rounded(::pow(x.value, y.value), QuarnBound());

@@ -54,7 +54,6 @@ struct Sizes {
   bool are_exact = true;
 };
 
-inline bool is_whole(const Real& x) { return isfinite(x) && ::trunc(x) == x; }
 inline bool is_whole(const Complex& z) { return is_whole(z.re) && is_whole(z.im); }
 template <class T>
 bool are_whole(const Matrix<T>& a) {
@@ -247,13 +246,9 @@ Bounded<Real> norm(Norm kind, const A& a) {
 
 namespace detail {
 
-inline QuarnBound divisor_bound(QuarnDivisor divisor, std::size_t period) {
-  const QuarnBound n = QuarnBound(Real(double(period)));
-  return divisor == QuarnDivisor::one ? one() : divisor == QuarnDivisor::root ? sqrt(n) : n;
-}
 /// 10^-D M sqrt(N) / (4 divisor), the error of each part of a result before its own rounding.
 inline QuarnBound transform_error(const QuarnBound& largest_part, QuarnDivisor divisor, std::size_t period) {
-  const QuarnBound n = QuarnBound(Real(double(period)));
+  const QuarnBound n = QuarnBound::count(std::uint32_t(period));
   const QuarnBound scale = divisor == QuarnDivisor::one    ? sqrt(n)
                            : divisor == QuarnDivisor::root ? one()
                                                            : sqrt(one() / n);

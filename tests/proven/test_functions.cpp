@@ -11,8 +11,7 @@ namespace {
 constexpr int kFine = 400;
 
 QuarnBound error_bound(support::Random& random) {
-  return random.once_in(4) ? QuarnBound()
-                           : QuarnBound(Real(int(random.between(1, 99)), -int(random.between(0, 60))));
+  return random.once_in(4) ? QuarnBound() : QuarnBound(Real(int(random.between(1, 99)), -int(random.between(0, 60))));
 }
 /// An end of the interval, its middle, or between; never -0.
 Real within(const Bounded<Real>& x, support::Random& random) {
@@ -386,4 +385,38 @@ TEST_CASE("zeros of functions of bounded numbers") {
   CHECK_THROWS_AS((void)proven::zero([](B x) { return exp(x); }, Real(1), Real(2)), tesk2mp::InvalidArgument);
   CHECK_THROWS_AS((void)proven::zero([](B x) { return x; }, Real(2), Real(1)), tesk2mp::InvalidArgument);
   CHECK(proven::zero([](B x) { return x - proven::exact(3); }, Real(1), Real(5)).error.is_zero());
+}
+
+// Digits are neither lost by operands longer than the working ones nor by steps that leave the range of exponents.
+TEST_CASE("bounds where numbers are long, huge or no numbers") {
+  const auto long_number = [](const char* text) {
+    const support::Digits wide(30);
+    return Real(text);
+  };
+  const Real imaginary = long_number("1.23456789012");
+  const Real exponent = long_number("10000.5");
+  const Real whole = long_number("10001");
+  const support::Digits scope(3);
+  const Bounded<Real> size = proven::abs(proven::exact(Complex(Real(), -imaginary)));
+  CHECK(size.value - imaginary == 0);
+  CHECK(size.error.is_zero());
+  const Bounded<Real> power = proven::pow(proven::exact(Real(100)), proven::exact(exponent));
+  CHECK(power.value / Real("1e20001") == 1);
+  CHECK(proven::pow(proven::exact(Real(-1)), proven::exact(whole)).value == -1);
+
+  const Bounded<Real> tiny = proven::atan2(proven::exact(Real("1e-999999999")), proven::exact(Real("1e10")));
+  CHECK(!tiny.error.is_zero());
+  CHECK(proven::atan2(proven::exact(Real()), proven::exact(Real(7))).error.is_zero());
+
+  // The power is within the range, and its derivative's divisor is not.
+  const Bounded<Real> moved = proven::pow({Real("2e10"), QuarnBound(Real(1))}, proven::exact(Real(-97'077'670)));
+  CHECK(moved.error >= QuarnBound(moved.value) * QuarnBound(Real("0.004")));
+
+  const Real nan = Real(0) / Real(0);
+  for (const bool first : {false, true}) {
+    const auto x = proven::exact(first ? nan : Real(1));
+    const auto y = proven::exact(first ? Real(1) : nan);
+    CHECK(!proven::fmin(x, y).error.is_finite());
+    CHECK(!proven::fmax(x, y).error.is_finite());
+  }
 }
