@@ -100,7 +100,7 @@ class Bounded(NamedTuple):
 
     # With another Bounded, or a number, which is exact; a Fraction without an end in decimal is rounded with a bound.
 
-    def __add__(self, other: Any) -> "Bounded":  # type: ignore[override]
+    def __add__(self, other: Any) -> "Bounded":
         return _operated("+", self, other)
 
     def __radd__(self, other: Any) -> "Bounded":
@@ -112,10 +112,10 @@ class Bounded(NamedTuple):
     def __rsub__(self, other: Any) -> "Bounded":
         return _operated("-", other, self)
 
-    def __mul__(self, other: Any) -> "Bounded":  # type: ignore[override]
+    def __mul__(self, other: Any) -> "Bounded":
         return _operated("*", self, other)
 
-    def __rmul__(self, other: Any) -> "Bounded":  # type: ignore[override]
+    def __rmul__(self, other: Any) -> "Bounded":
         return _operated("*", other, self)
 
     def __truediv__(self, other: Any) -> "Bounded":

@@ -16,7 +16,10 @@ PLAIN = {"Error", "InvalidArgument", "InvalidType", "NumericalFailure", "get_dig
 # What the C++ interface calls otherwise, or what Python has another way.
 COUNTERPARTS = {
     "abs": "Complex",
+    "add_messages": "solve_iteratively",
+    "amd": "SparseLU",
     "automatic_method": "solve_iteratively",
+    "colamd": "SparseLU",
     "complex_schur": "schur",
     "copy": "scale",
     "dotc": "dot",
@@ -27,6 +30,7 @@ COUNTERPARTS = {
     "gerc": "outer",
     "herk": "hermitian_product",
     "iterate": "solve_iteratively",
+    "least_fill_order": "SparseLU",
     "lower_triangle": "SparseMatrix",
     "model_base": "machine_precision",
     "norm2": "norm",
