@@ -93,9 +93,11 @@ Solution proven_solution(const Equations<T>& equations, const ProofOptions& opti
     if (sparse) {
       auto by_sparse_factors = tesk2mp::proven::solve(equations.a, equations.b);
       if (a.rows() == 0 || by_sparse_factors.front().error.is_finite()) {
+        solution.routine = "proven sparse factors";
         return by_sparse_factors;
       }
     }
+    solution.routine = std::is_same_v<T, Complex> ? "QuarnMPX_zproven_solve_" : "QuarnMPX_dproven_solve_";
     return tesk2mp::proven::solve(a, equations.b);
   });
   tesk2mp::Matrix<T> x(found.size(), 1);
@@ -121,7 +123,6 @@ Solution solve_proven(const LinearSystem& system, const ProofOptions& options) {
   Solution solution =
       std::visit([&](const auto& equations) { return proven_solution(equations, options); }, system.equations);
   solution.method = "proven";
-  solution.routine = system.complex() ? "QuarnMPX_zproven_solve_" : "QuarnMPX_dproven_solve_";
   return solution;
 }
 

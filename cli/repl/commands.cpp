@@ -104,12 +104,18 @@ void Interpreter::save(const Statement& statement) {
   std::string text;
   std::size_t longest = std::size_t(QuarnDigits());
   for (const auto& [name, variable] : variables_) {
-    const bool known = prove(*variable.recipe, {variable.place}) > 0 || !variable.recipe->unproven.empty();
-    if (!known) {
+    const std::int64_t digits = prove(*variable.recipe, {variable.place});
+    if (!variable.recipe->unproven.empty()) {
+      throw Fault(statement.at, "'" + name + "' is not proven (" + variable.recipe->unproven +
+                                    " has no proof), and what is saved is exact when it is loaded; clear forgets it");
+    }
+    if (digits <= 0) {
       throw Fault(statement.at, "no digit of '" + name + "' is proven");
     }
-    const Known& held = variable.value();
-    const Value value = held.is_exact() ? held.value : Value(rounded_values(held));
+    if (digits < QuarnDigits()) {
+      text += "# " + std::to_string(digits) + " of " + std::to_string(QuarnDigits()) + " digits were proven\n";
+    }
+    const Value value = proven_value(variable.value(), digits);
     const auto* array = std::get_if<Array>(&value);
     text += name + " = " + (array == nullptr ? "\"" + std::get<std::string>(value) + "\"" : array_text(*array)) + ";\n";
     for (const Complex& element : array == nullptr ? std::vector<Complex>() : elements(*array)) {

@@ -274,7 +274,10 @@ std::vector<Known> Interpreter::call(const Node& node) {
   }
   if (recipe_ != nullptr) {
     if (const auto found = recipe_->data.find(node.at); found != recipe_->data.end()) {
-      return {found->second};
+      if (!found->second.unproven.empty()) {
+        recipe_->unproven = found->second.unproven;
+      }
+      return {found->second.value};
     }
   }
   std::vector<Known> arguments;
@@ -300,7 +303,7 @@ std::vector<Known> Interpreter::call(const Node& node) {
       }
       if (gives_data(*function) || state_.random.state() != drawn) {
         // Not drawn or read a second time.
-        recipe_->data[node.at] = Known(results.front().value);
+        recipe_->data[node.at] = {Known(results.front().value), evaluation.unproven};
         results.resize(1);
         results.front().errors.clear();
       }

@@ -321,6 +321,7 @@ namespace {
 bool is_unknown_zero(const BoundedReal& x) {
   return x.error.is_finite() && !x.error.is_zero() && isfinite(x.value) && x.error.value() >= fabs(x.value);
 }
+bool has_no_digit(const BoundedReal& x) { return proven::true_digits(x) <= 0 && !is_unknown_zero(x); }
 // "abs < 1e-40"
 std::string reach_text(const QuarnBound& reach) { return "abs < 1e" + std::to_string(reach.exponent() + 1); }
 QuarnBound reach(const BoundedReal& x) { return QuarnBound(x.value) + x.error; }
@@ -344,7 +345,7 @@ std::string number_shown(const Number& z) {
     if (!part.error.is_finite()) {
       return "?";
     }
-    if (proven::true_digits(part) == 0 && !is_unknown_zero(part)) {
+    if (has_no_digit(part)) {
       return z.is_real() ? proven::to_text(part, 1) : "?";
     }
   }
@@ -385,6 +386,11 @@ Array rounded_values(const Known& a) {
   return values;
 }
 
+Value proven_value(const Known& a, std::int64_t digits) {
+  const tesk2mp::Digits scope{int(std::clamp<std::int64_t>(digits, 1, QuarnDigits()))};
+  return a.is_exact() ? a.value : Value(rounded_values(a));
+}
+
 std::string shown(const std::string& name, const Known& value, std::int64_t digits) {
   const auto* array = std::get_if<Array>(&value.value);
   if (array == nullptr || size(*array) == 0) {
@@ -398,7 +404,14 @@ std::string shown(const std::string& name, const Known& value, std::int64_t digi
     return name + " = ?  (" + shape(*array) + ")\n";
   }
   const tesk2mp::Digits scope{int(std::clamp<std::int64_t>(digits, 1, QuarnDigits()))};
-  std::string text = shown(name, Value(rounded_values(value)));
+  std::vector<std::size_t> unknown;
+  for (std::size_t k = 0; k < size(*array); ++k) {
+    const Number z = element(value, k);
+    if (has_no_digit(z.re) || has_no_digit(z.im)) {
+      unknown.push_back(k);
+    }
+  }
+  std::string text = shown(name, rounded_values(value), unknown);
   QuarnBound largest;
   for (const BoundedReal& part : parts) {
     largest = is_unknown_zero(part) ? std::max(largest, reach(part)) : largest;

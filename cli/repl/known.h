@@ -126,5 +126,7 @@ std::vector<BoundedReal> parts_of(const Known& a);
 std::string shown(const std::string& name, const Known& value, std::int64_t digits);
 /// Rounded to the working digits, zeros where the sign is not known.
 Array rounded_values(const Known& a);
+/// What is exact as it is, other values rounded to so many digits, at most the working ones.
+Value proven_value(const Known& a, std::int64_t digits);
 
 }  // namespace cli::repl

@@ -102,20 +102,23 @@ Knowns sorted(const Function& function, State& state, const Knowns& arguments) {
 
 // What is rounded to places is exact where both ends of the interval give the same.
 Knowns quantized(const Function& function, State& state, const Knowns& arguments) {
-  const auto at_end = [&](int sign) {
+  const auto at_end = [&](bool is_upper) {
     Array moved = arguments[0].array(0);
     for (std::size_t k = 0; k < arguments[0].errors.size(); ++k) {
       const PartErrors& error = arguments[0].errors[k];
       Complex& z = moved.data()[k];
       const tesk2mp::Digits scope(QuarnDigits() + 20);
-      z = Complex(z.re + sign * error.re.value(), z.im + sign * error.im.value());
+      z = is_upper ? Complex(quarn::add(z.re, error.re.value(), quarn::Rounding::ceiling),
+                             quarn::add(z.im, error.im.value(), quarn::Rounding::ceiling))
+                   : Complex(quarn::subtract(z.re, error.re.value(), quarn::Rounding::floor),
+                             quarn::subtract(z.im, error.im.value(), quarn::Rounding::floor));
     }
     Knowns all = arguments;
     all[0] = Known(moved);
     return exactly(function.apply(state, plain(all)))[0].array();
   };
-  const Array low = at_end(-1);
-  const Array high = at_end(1);
+  const Array low = at_end(false);
+  const Array high = at_end(true);
   std::vector<PartErrors> errors(size(low));
   for (std::size_t k = 0; k < size(low); ++k) {
     errors[k].re = low.data()[k].re == high.data()[k].re ? QuarnBound() : QuarnBound::infinity();

@@ -78,10 +78,14 @@ Knowns diag(const Knowns& arguments) {
   return {moved(arguments[0], places.size(), 1, places)};
 }
 
+Integer exact_size(const Knowns& arguments, std::size_t k, Integer least) {
+  const Integer size = plain(arguments).whole(k, least, kLargestSize);
+  return arguments[k].is_exact() ? size : throw Unfit("this size is not known exactly", int(k));
+}
+
 Knowns fill(const Knowns& arguments) {
   const Arguments sizes = plain(arguments);
-  const Array shape =
-      make_array(std::size_t(sizes.whole(0, 0, kLargestSize)), std::size_t(sizes.whole(1, 0, kLargestSize)));
+  const Array shape = make_array(std::size_t(exact_size(arguments, 0, 0)), std::size_t(exact_size(arguments, 1, 0)));
   if (arguments.size() < 3) {
     return {shape};
   }
@@ -135,7 +139,7 @@ Knowns first_of(const Knowns& arguments) {
 
 Knowns linspace(const Knowns& arguments) {
   const Arguments values = plain(arguments);
-  const Integer n = values.whole(2, 2, kLargestSize);
+  const Integer n = exact_size(arguments, 2, 2);
   (void)values.number(0);
   (void)values.number(1);
   const Number first = element(arguments[0], 0);

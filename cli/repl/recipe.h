@@ -23,6 +23,12 @@ struct Variable {
 };
 using Variables = std::map<std::string, Variable>;
 
+/// What is read once, and what in it has no proof.
+struct Datum {
+  Known value;
+  std::string unproven;
+};
+
 /// An expression, with the variables that it names as they were; or elements of a variable that were replaced by those
 /// of `source`. Values without errors need neither.
 struct Recipe {
@@ -33,7 +39,7 @@ struct Recipe {
   Variable source;
   Variables environment;
   /// Random numbers and files, by the places of their calls: read once.
-  std::map<std::size_t, Known> data;
+  std::map<std::size_t, Datum> data;
   int asked = 0;  // the digits that were asked for when it was made
 
   std::vector<Known> results;

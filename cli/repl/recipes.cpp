@@ -330,7 +330,9 @@ std::string Interpreter::shown_estimate(const NamedValues& values) {
                                     Integer(recipe.digits) + QuarnDigits() + kSpareDigits);
       evaluate_decided(recipe, int(std::min<Integer>(more, kMostDigits)));
     }
-    is_compared = is_compared && !recipe.is_fixed;
+    const bool is_kept = std::any_of(recipe.data.begin(), recipe.data.end(),
+                                     [](const auto& each) { return !each.second.unproven.empty(); });
+    is_compared = is_compared && !recipe.is_fixed && !is_kept;
     const std::int64_t digits = std::min<std::int64_t>(common_digits(first, variable.value()), QuarnDigits());
     fewest = std::min(fewest, digits);
     const tesk2mp::Digits scope(int(std::max<std::int64_t>(digits, 1)));
@@ -350,9 +352,19 @@ void Interpreter::run_effect(const Node& call, const Function& function) {
   std::vector<Value> arguments;
   for (const Node& child : call.children) {
     const std::shared_ptr<Recipe> recipe = made(child);
-    prove(*recipe, {0});
+    const std::int64_t digits = prove(*recipe, {0});
+    if (digits <= 0) {
+      throw Fault(child.at, "no digit of this is proven");
+    }
+    const bool is_proven = recipe->unproven.empty();
     const Known& value = recipe->results.at(0);
-    arguments.push_back(value.is_exact() ? value.value : Value(rounded_values(value)));
+    const bool is_text = std::holds_alternative<std::string>(value.value);
+    arguments.push_back(is_proven || is_text ? proven_value(value, digits) : Value(rounded_values(value)));
+    if (!is_proven) {
+      print_("# not proven: " + recipe->unproven + " has no proof\n");
+    } else if (digits < QuarnDigits()) {
+      print_("# rounded to " + std::to_string(digits) + " digits, those that are proven\n");
+    }
   }
   try {
     function.apply(state_, Arguments(std::move(arguments)));

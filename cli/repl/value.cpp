@@ -176,9 +176,12 @@ std::vector<std::string> cells_of(const Array& a, bool& rounded) {
 }
 
 // The cells of each column, all of one width; of real numbers that were rounded the points stand in line.
-std::vector<std::vector<std::string>> columns_of(const Array& a) {
+std::vector<std::vector<std::string>> columns_of(const Array& a, const std::vector<std::size_t>& unknown) {
   bool rounded = false;
-  const std::vector<std::string> cells = cells_of(a, rounded);
+  std::vector<std::string> cells = cells_of(a, rounded);
+  for (const std::size_t k : unknown) {
+    cells[k] = "?";
+  }
   std::vector<std::vector<std::string>> columns;
   for (auto first = cells.begin(); first != cells.end(); first += std::ptrdiff_t(a.rows())) {
     std::vector<std::string>& column = columns.emplace_back(first, first + std::ptrdiff_t(a.rows()));
@@ -355,7 +358,11 @@ std::string shown(const std::string& name, const Value& value) {
   if (size(a) == 0) {
     return name + " = []  (" + shape(a) + ")\n";
   }
-  const std::vector<std::vector<std::string>> columns = columns_of(a);
+  return shown(name, a, {});
+}
+
+std::string shown(const std::string& name, const Array& a, const std::vector<std::size_t>& unknown) {
+  const std::vector<std::vector<std::string>> columns = columns_of(a, unknown);
   std::string text = name + " =\n";
   for (std::size_t i = 0; i < a.rows(); ++i) {
     for (const std::vector<std::string>& column : columns) {

@@ -70,5 +70,7 @@ std::string number_text(const Complex& value);
 
 /// "name = 1.5", or a heading and the rows of an array in line.
 std::string shown(const std::string& name, const Value& value);
+/// A matrix with question marks for some of its elements.
+std::string shown(const std::string& name, const Array& a, const std::vector<std::size_t>& unknown);
 
 }  // namespace cli::repl

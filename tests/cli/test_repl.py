@@ -170,6 +170,25 @@ class Expressions(unittest.TestCase):
         self.assertIn("beyond the range of numbers", run("calc", "1e-2000000000").stderr)
         self.assertEqual(run_well("calc", "0e-2000000000"), "0\n")
 
+    def test_what_is_saved_has_proven_digits(self):
+        seven = "1e1795*(sqrt(2)^2 - 2) + 123456.5"
+        with tempfile.TemporaryDirectory() as folder:
+            file = os.path.join(folder, "saved")
+            shown = run_well("repl", stdin=f'y = {seven}; save "{file}"\nsave(y, "{file}.csv")\nsave(expm([1, 2; 3, 4]), "{file}.csv")\n')
+            self.assertEqual(shown, "# rounded to 7 digits, those that are proven\n# not proven: expm has no proof\n")
+            with open(file, encoding="utf-8") as text:
+                self.assertIn("\n# 7 of 20 digits were proven\ny = [123456.5];\n", text.read())
+            self.assertIn("'L' is not proven (lu has no proof)",
+                          run("repl", "--eval", "L, U, P = lu([1 2; 3 4]);", "--eval", f'save "{file}"').stderr)
+            self.assertIn("no digit of this is proven", run("repl", "--eval", f'save(1/(1/3*3 - 1), "{file}")').stderr)
+        self.assertEqual(run_well("calc", "[1, 2, 1e1800*(sqrt(2)^2 - 2) + 1234.5]"),
+                         "  1  2  ?\n# 0 of 20 digits are proven with 1800 working digits\n")
+        self.assertIn("not known exactly", run("calc", "fill(2*cos(0) + sqrt(2)^2 - 2, 1)").stderr)
+        self.assertIn("not known exactly", run("calc", "linspace(0, 1, 3*cos(0) + sqrt(2)^2 - 2)").stderr)
+        # The mark stays where values are shown again.
+        lines = ["A = expm([1 2; 3 4]);", "A(1, 1)", "A(1, 1)"]
+        self.assertEqual(run_well("repl", stdin="\n".join(lines)).count("expm has no proof"), 2)
+
     def test_what_is_not_proven_says_so(self):
         self.assertIn("# about 20 digits are true (estimate by a second computation: expm has no proof)",
                       run_well("calc", "expm([1 2; 3 4])"))
