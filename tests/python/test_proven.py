@@ -83,7 +83,7 @@ class Proven(unittest.TestCase):
         hilbert = [[Fraction(1, i + j + 1) for j in range(8)] for i in range(8)]
         inverse, determinant = eliminate(hilbert, [[int(i == j) for j in range(8)] for i in range(8)])
         result = proven.to_digits(35, lambda: (proven.determinant(hilbert), proven.inverse(hilbert)))
-        self.check(result[0], determinant)
+        self.assertTrue(self.check(result[0], determinant))
         self.assertGreaterEqual(proven.true_digits(result), 35)
         for row, exact in zip(result[1], inverse):
             for element, value in zip(row, exact):
@@ -99,18 +99,20 @@ class Proven(unittest.TestCase):
         self.assertEqual(tesk2mp.get_digits(), 20)
 
     def test_arithmetic_and_functions_of_bounded_numbers(self):
+        finite = []
         for _ in range(60):
             with tesk2mp.digits(RANDOM.choice([2, 5, 16, 40])):
                 x, y = (Fraction(RANDOM.randint(-99, 99), RANDOM.randint(1, 99)) for _ in range(2))
                 a = proven.bounded(x)
-                self.check(a + y, x + y)
-                self.check(1 - a * y, 1 - x * y)
-                self.check(a**3 - 2, x**3 - 2)
-                self.check(proven.dot([a, 1], [y, x]), x * y + x)
+                finite.append(self.check(a + y, x + y))
+                finite.append(self.check(1 - a * y, 1 - x * y))
+                finite.append(self.check(a**3 - 2, x**3 - 2))
+                finite.append(self.check(proven.dot([a, 1], [y, x]), x * y + x))
                 if y:
-                    self.check(a / y, x / y)
+                    finite.append(self.check(a / y, x / y))
                 z = proven.function("log", proven.function("exp", a)) - a
-                self.check(z, 0)
+                finite.append(self.check(z, 0))
+        self.assertGreater(sum(finite), 0.9 * len(finite))
         third = proven.to_digits(40, lambda: proven.function("atan", Fraction(1, 3)) + proven.function("atan", Fraction(1, 2)))
         with tesk2mp.digits(40):
             self.assertEqual(third.text(40), str(tesk2mp.atan(1)))
