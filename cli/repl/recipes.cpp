@@ -1,6 +1,7 @@
 // Statements: assignments as recipes, results with the digits that are proven.
 #include <algorithm>
 #include <chrono>
+#include <set>
 #include <utility>
 
 #include "cli/commands/command.h"
@@ -58,6 +59,19 @@ bool only_zeros_are_missing(const Recipe& recipe, const std::vector<std::size_t>
     }
   }
   return true;
+}
+
+// Does it need something without a proof that a second computation leaves as it is?
+bool keeps_unproven(const Recipe& recipe, std::set<const Recipe*>& seen) {
+  if (!seen.insert(&recipe).second) {
+    return false;
+  }
+  const auto is_marked = [](const auto& each) { return !each.second.unproven.empty(); };
+  return (recipe.is_fixed && !recipe.unproven.empty()) ||
+         std::any_of(recipe.data.begin(), recipe.data.end(), is_marked) ||
+         (recipe.source.recipe != nullptr && keeps_unproven(*recipe.source.recipe, seen)) ||
+         std::any_of(recipe.environment.begin(), recipe.environment.end(),
+                     [&](const auto& each) { return keeps_unproven(*each.second.recipe, seen); });
 }
 
 std::string digit_count(std::int64_t digits) { return std::to_string(std::max<std::int64_t>(0, digits)); }
@@ -330,9 +344,8 @@ std::string Interpreter::shown_estimate(const NamedValues& values) {
                                     Integer(recipe.digits) + QuarnDigits() + kSpareDigits);
       evaluate_decided(recipe, int(std::min<Integer>(more, kMostDigits)));
     }
-    const bool is_kept = std::any_of(recipe.data.begin(), recipe.data.end(),
-                                     [](const auto& each) { return !each.second.unproven.empty(); });
-    is_compared = is_compared && !recipe.is_fixed && !is_kept;
+    std::set<const Recipe*> seen;
+    is_compared = is_compared && !keeps_unproven(recipe, seen);
     const std::int64_t digits = std::min<std::int64_t>(common_digits(first, variable.value()), QuarnDigits());
     fewest = std::min(fewest, digits);
     const tesk2mp::Digits scope(int(std::max<std::int64_t>(digits, 1)));

@@ -188,6 +188,9 @@ class Expressions(unittest.TestCase):
         # The mark stays where values are shown again.
         lines = ["A = expm([1 2; 3 4]);", "A(1, 1)", "A(1, 1)"]
         self.assertEqual(run_well("repl", stdin="\n".join(lines)).count("expm has no proof"), 2)
+        # Drawn once from a matrix that is not exact, not to be compared with itself.
+        lines = ["A = random_values(2, 1/3, 2/3);", "A(1, 1)", "B = A + 1;", "B(1, 1)"]
+        self.assertEqual(run_well("repl", stdin="\n".join(lines)).count("# not proven: random_values has no proof"), 2)
 
     def test_what_is_not_proven_says_so(self):
         self.assertIn("# about 20 digits are true (estimate by a second computation: expm has no proof)",
