@@ -358,7 +358,7 @@ std::string shown(const std::string& name, const Value& value) {
   if (size(a) == 0) {
     return name + " = []  (" + shape(a) + ")\n";
   }
-  return shown(name, a, {});
+  return shown(name, a, std::vector<std::size_t>());
 }
 
 std::string shown(const std::string& name, const Array& a, const std::vector<std::size_t>& unknown) {

@@ -35,6 +35,14 @@ thread_local long stop_at = 0;  // 0: never
 }  // namespace
 
 void* operator new(std::size_t size) { return allocate(size, 16); }
+// As std::inplace_merge asks for its buffer.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return operator new(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
 void* operator new(std::size_t size, std::align_val_t alignment) { return allocate(size, std::size_t(alignment)); }
 void operator delete(void* p) noexcept { release(p); }
 void operator delete(void* p, std::size_t) noexcept { release(p); }

@@ -38,6 +38,14 @@ inline void* allocate(std::size_t size, std::size_t alignment) {
 }  // namespace support
 
 void* operator new(std::size_t size) { return support::allocate(size, 16); }
+// As std::inplace_merge asks for its buffer.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return operator new(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
 void* operator new(std::size_t size, std::align_val_t alignment) {
   return support::allocate(size, std::size_t(alignment));
 }
