@@ -41,7 +41,8 @@ struct AccumulatorGroup {
 };
 }  // namespace detail
 
-/// An exact sum; 0 when made. std::bad_alloc leaves it as it was, and so does QuarnInterrupted, of rounded_root() alone.
+/// An exact sum; 0 when made. std::bad_alloc leaves it as it was, and so does QuarnInterrupted, of rounded_root()
+/// alone.
 class Accumulator {
  public:
   QRNFLOAT_API Accumulator& operator+=(const QuarnFloat& x);

@@ -71,8 +71,8 @@ TESK2MP_API void QuarnMPX_sparse_order_(const char* kind, Integer n, Integer nnz
 /// Illegal: n < 1 (-1), nnz < 1 or > N**2 (-2), a row outside 1 ... N (-4), a column outside 1 ... N, or entries that
 /// are not in canonical form (-5), order (-6). A pivot is the largest element of what is left of its row; none is found
 /// where that is not finite, or no larger than min(10 eps, 1/100) times the largest element of its row of A and as well
-/// of its column. On failure, and when storage runs out, nothing is written, and STORAGE has not been called unless it is what
-/// failed.
+/// of its column. On failure, and when storage runs out, nothing is written, and STORAGE has not been called unless it
+/// is what failed.
 ///
 /// @par Method
 /// Row after row, over those rows of U that the row's pattern reaches. Of equal pivots that on the diagonal is taken.
@@ -117,7 +117,8 @@ TESK2MP_API void QuarnMPX_zsparse_lu_(Integer n, Integer nnz, const Complex* a, 
 /// @param[out] istr N + 1: row k of the factors is A(ISTR(k)) ... A(ISTR(k + 1) - 1) in the arrays of STORAGE, its last
 ///     element the pivot; ISTR(1) = 1
 /// @param[out] info 0; -k when argument k is illegal; k when the pivot of step k is not positive, no larger than
-///     min(10 eps, 1/100) times its diagonal element of A, or not finite: A is not positive definite to working precision
+///     min(10 eps, 1/100) times its diagonal element of A, or not finite: A is not positive definite to working
+///     precision
 ///
 /// @par Failures
 /// Illegal: n < 1 (-1), nnz < 1 or > N (N + 1) / 2 (-2), a row outside 1 ... N (-4), a column outside 1 ... IROW(I), or

@@ -1,10 +1,11 @@
 
+#include "tesk2mp/norms.h"
+
 #include <algorithm>
 
 #include "src/frame/check_points.h"
 #include "src/frame/constants.h"
 #include "src/kernels/level1.h"
-#include "tesk2mp/norms.h"
 
 namespace tesk {
 namespace {

@@ -27,7 +27,8 @@ inline constexpr int kLeastDigits = 10;
 inline constexpr Integer kMostSums = 128;
 inline constexpr Integer kSumElements = 4;
 
-/// The kinds of sums over the elements of a vector; kWeightedSum more where they are multiplied by their weights before.
+/// The kinds of sums over the elements of a vector; kWeightedSum more where they are multiplied by their weights
+/// before.
 enum class SumKind : Integer { inner_product = 1, two_norm, one_norm, largest };
 inline constexpr Integer kWeightedSum = 10;
 
