@@ -171,7 +171,6 @@ void want_column(const Solver<T>& solver, Integer j) {
 
 template <class T>
 Outcome ask_for_columns(Solver<T>& solver) {
-  Columns<T> columns;
   const auto wants = [&solver] {
     solver.want_euclidean(r(1));
     want_column(solver, 1);
@@ -180,6 +179,7 @@ Outcome ask_for_columns(Solver<T>& solver) {
     return Outcome::waiting;
   }
   solver.state().step = kIteration;
+  Columns<T> columns;
   return make_orthogonal(solver, columns) ? minimise_residual(solver, columns) : Outcome::broken;
 }
 

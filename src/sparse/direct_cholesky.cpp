@@ -42,11 +42,10 @@ class DirectCholesky {
 
   DirectFactors<Value> factorise() {
     find_places();
-    if (!compute_columns()) {
-      return std::move(factors_);
+    if (compute_columns()) {
+      collect_rows();
+      factors_.row_order = order_;
     }
-    collect_rows();
-    factors_.row_order = order_;
     return std::move(factors_);
   }
 

@@ -86,20 +86,28 @@ Outcome extend(Solver<T>& solver, const QuarnFloat& size, const QuarnFloat& rest
   return Outcome::iterated;
 }
 
-/// Makes v_(j+1) = A v_j orthogonal to the basis by the modified Gram-Schmidt process.
+/// Makes v_(j+1) = A v_j orthogonal to the basis; returns its length before. Where the inner products are formed one
+/// after the other this is the modified Gram-Schmidt process, where the caller has formed them before the classical
+/// one.
 template <class T>
-Outcome extend(Solver<T>& solver) {
+QuarnFloat make_orthogonal(const Solver<T>& solver) {
   const Integer j = solver.state().inner + 1;
   const auto column = SmallProblem<T>(solver).h.column(j);
-  const QuarnFloat size = solver.euclidean(basis(j + 1));
+  QuarnFloat size = solver.euclidean(basis(j + 1));
   for (Integer i = 1; i <= j; ++i) {
     column(i) = solver.dot(basis(i), basis(j + 1));
     solver.add(-column(i), basis(i), basis(j + 1));
   }
-  return extend(solver, size, solver.euclidean(basis(j + 1)));
+  return size;
 }
 
-// Where the caller forms sums, the process is the classical one, twice: two requests for any number of vectors.
+template <class T>
+Outcome extend(Solver<T>& solver) {
+  const QuarnFloat size = make_orthogonal(solver);
+  return extend(solver, size, solver.euclidean(basis(solver.state().inner + 2)));
+}
+
+// The classical process is done twice: two requests for any number of vectors.
 
 template <class T>
 void want_projection(const Solver<T>& solver) {
@@ -112,13 +120,7 @@ void want_projection(const Solver<T>& solver) {
 
 template <class T>
 Outcome project(Solver<T>& solver) {
-  const Integer j = solver.state().inner + 1;
-  const auto column = SmallProblem<T>(solver).h.column(j);
-  solver.state().real(kColumnSize) = solver.euclidean(basis(j + 1));
-  for (Integer i = 1; i <= j; ++i) {
-    column(i) = solver.dot(basis(i), basis(j + 1));
-    solver.add(-column(i), basis(i), basis(j + 1));
-  }
+  solver.state().real(kColumnSize) = make_orthogonal(solver);
   solver.must_ask(kHaveCorrection, [&solver] {
     want_projection(solver);
     solver.want_norm(kIterate);
