@@ -78,8 +78,27 @@ class Accumulator {
 QRNFLOAT_API void add_inner_product(std::size_t n, const Complex* a, const Complex* b, Accumulator& real,
                                     Accumulator& imaginary);
 
+namespace detail {
+/// What has packed_size() and write_packed(), one after the other.
+template <class Sum>
+std::vector<unsigned char> pack_all(std::span<const Sum> sums) {
+  std::size_t size = 0;
+  for (const Sum& sum : sums) {
+    size += sum.packed_size();
+  }
+  std::vector<unsigned char> bytes(size);
+  std::size_t at = 0;
+  for (const Sum& sum : sums) {
+    at += sum.write_packed(bytes.data() + at);
+  }
+  return bytes;
+}
+}  // namespace detail
+
 /// Sums one after the other.
-[[nodiscard]] QRNFLOAT_API std::vector<unsigned char> pack(std::span<const Accumulator> sums);
+[[nodiscard]] inline std::vector<unsigned char> pack(std::span<const Accumulator> sums) {
+  return detail::pack_all(sums);
+}
 
 /// Adds to each sum the one of its place in the bytes, in which as many were packed one after the other. False, with
 /// the sums as they were, for other bytes.

@@ -59,16 +59,7 @@ class PartialSum {
 
 /// One message: the sums one after the other.
 [[nodiscard]] inline std::vector<unsigned char> pack(std::span<const PartialSum> sums) {
-  std::size_t size = 0;
-  for (const PartialSum& sum : sums) {
-    size += sum.packed_size();
-  }
-  std::vector<unsigned char> bytes(size);
-  std::size_t at = 0;
-  for (const PartialSum& sum : sums) {
-    at += sum.write_packed(bytes.data() + at);
-  }
-  return bytes;
+  return quarn::detail::pack_all(sums);
 }
 
 /// The totals of what several programs have packed, one message after the other in `bytes`, each with as many sums of

@@ -39,6 +39,48 @@ struct SolverOptions {
   SumExchange dot;        ///< takes care of every Request::dot; none: next() returns it
 };
 
+namespace detail {
+
+/// What the elements here add to the sum of conj(x) y, or its real part, to which the other one belongs.
+inline PartialSum part_of_inner_product(std::span<const Real> x, std::span<const Real> y, PartialSum& /*imaginary*/) {
+  PartialSum part;
+  part.sum().add_dot(x.size(), x.data(), 1, y.data(), 1);
+  return part;
+}
+inline PartialSum part_of_inner_product(std::span<const Complex> x, std::span<const Complex> y, PartialSum& imaginary) {
+  PartialSum part;
+  quarn::add_inner_product(x.size(), x.data(), y.data(), part.sum(), imaginary.sum());
+  return part;
+}
+
+/// What the elements here add to a norm.
+template <Scalar T>
+PartialSum part_of_norm(VectorNorm norm, std::span<const T> x) {
+  if (norm == VectorNorm::two) {
+    PartialSum none;
+    return part_of_inner_product(x, x, none);
+  }
+  PartialSum part(norm == VectorNorm::one ? PartialSum::Kind::sum : PartialSum::Kind::largest);
+  for (const T& element : x) {
+    const Real size = part_size(element);
+    if (norm == VectorNorm::one) {
+      part.sum() += size;
+    } else {
+      part.take(size);
+    }
+  }
+  return part;
+}
+
+/// The norm, of what all elements add to it.
+inline Real norm_of(VectorNorm norm, const PartialSum& total) {
+  return norm == VectorNorm::infinity ? total.largest()
+         : norm == VectorNorm::two    ? total.sum().rounded_root()
+                                      : total.sum().rounded();
+}
+
+}  // namespace detail
+
 /// What a step of IterativeSolver asks for: output() is to become A input(), A^T input() (A^H of a complex one) or M^-1
 /// input(); or just to look, input() the iterate and output() its residual; or nothing any more. dot: partial_sums()
 /// are to become the totals of all ranks.
@@ -136,9 +178,7 @@ class BasicIterativeSolver {
           value.im = totals[used++].sum().rounded();
         }
       } else {
-        values.emplace_back(kind == kTwoNorm   ? total.sum().rounded_root()
-                            : kind == kOneNorm ? total.sum().rounded()
-                                               : total.largest());
+        values.emplace_back(detail::norm_of(norm_of_kind(kind), total));
       }
     }
     for (std::size_t k = 0; k < values.size(); ++k) {
@@ -206,6 +246,9 @@ class BasicIterativeSolver {
   std::size_t sum_count() const { return whole(30); }
   std::size_t sum_place(std::size_t k) const { return whole(31) - 1 + 4 * k; }
   int sum_kind(std::size_t k) const { return int(whole(sum_place(k))) % kWeighted; }
+  static VectorNorm norm_of_kind(int kind) {
+    return kind == kTwoNorm ? VectorNorm::two : kind == kOneNorm ? VectorNorm::one : VectorNorm::infinity;
+  }
 
   void add_partial_sums(std::size_t k, std::vector<PartialSum>& sums) const {
     const bool weighted = int(whole(sum_place(k))) > kWeighted;
@@ -220,32 +263,15 @@ class BasicIterativeSolver {
       }
       x = scaled;
     }
-    if (kind == kInnerProduct || kind == kTwoNorm) {
-      const T* const other = kind == kInnerProduct ? y.data() : x.data();
-      PartialSum real;
-      if constexpr (std::same_as<T, Complex>) {
-        PartialSum imaginary;
-        quarn::add_inner_product(x.size(), x.data(), other, real.sum(), imaginary.sum());
-        sums.push_back(std::move(real));
-        if (kind == kInnerProduct) {
-          sums.push_back(std::move(imaginary));
-        }
-      } else {
-        real.sum().add_dot(x.size(), x.data(), 1, other, 1);
-        sums.push_back(std::move(real));
-      }
+    if (kind != kInnerProduct) {
+      sums.push_back(detail::part_of_norm(norm_of_kind(kind), x));
       return;
     }
-    PartialSum part(kind == kOneNorm ? PartialSum::Kind::sum : PartialSum::Kind::largest);
-    for (const T& element : x) {
-      const Real size = detail::part_size(element);
-      if (kind == kOneNorm) {
-        part.sum() += size;
-      } else {
-        part.take(size);
-      }
+    PartialSum imaginary;
+    sums.push_back(detail::part_of_inner_product(x, y, imaginary));
+    if constexpr (std::same_as<T, Complex>) {
+      sums.push_back(std::move(imaginary));
     }
-    sums.push_back(std::move(part));
   }
 
   void require_totals(std::span<const PartialSum> totals) const {
@@ -338,21 +364,9 @@ namespace detail {
 /// The norm of a vector of which each rank has a part.
 template <Scalar T>
 Real shared_norm(const SolverOptions& options, VectorNorm norm, std::span<const T> x) {
-  PartialSum part(norm == VectorNorm::infinity ? PartialSum::Kind::largest : PartialSum::Kind::sum);
-  for (const T& element : x) {
-    const Real size = part_size(element);
-    if (norm == VectorNorm::two) {
-      part.sum().add_product(size, size);
-    } else if (norm == VectorNorm::one) {
-      part.sum() += size;
-    } else {
-      part.take(size);
-    }
-  }
+  PartialSum part = part_of_norm(norm, x);
   options.dot({&part, 1});
-  return norm == VectorNorm::infinity ? part.largest()
-         : norm == VectorNorm::two    ? part.sum().rounded_root()
-                                      : part.sum().rounded();
+  return norm_of(norm, part);
 }
 
 /// The norm of the criterion.

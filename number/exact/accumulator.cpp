@@ -143,37 +143,24 @@ Groups sum_of_far_terms(const exact::TermList& terms) {
   return groups;
 }
 
-struct Value {
-  unsigned char kind = kFinite;
-  Groups groups;
-};
-
-/// The sum of the groups, if it is finite, and the terms.
-Value with_terms(const Groups& groups, unsigned char kind, const exact::Row& row) {
-  Value value{kind, groups};
+Accumulator sum_of_terms(const exact::Row& row) {
+  Accumulator sum;
+  Groups& groups = AccumulatorAccess::groups(sum);
   const exact::Span span = exact::span_of(row);
   if (!span.finite) {
+    unsigned char& kind = AccumulatorAccess::kind(sum);
     for (std::size_t l = 0; l < row.size(); ++l) {
       const exact::Term term = row[l];
-      value.kind = sum_of_kinds(value.kind, kind_of_product(*term.a, *term.b, term.flip));
+      kind = sum_of_kinds(kind, kind_of_product(*term.a, *term.b, term.flip));
     }
-    value.groups.clear();
-  } else if (kind == kFinite && span.longest != 0 && !add_close_terms(value.groups, row, span)) {
+  } else if (span.longest != 0 && !add_close_terms(groups, row, span)) {
     std::vector<exact::Term> terms(row.size());
     for (std::size_t l = 0; l < terms.size(); ++l) {
       terms[l] = row[l];
     }
-    add(value.groups, sum_of_far_terms({terms.data(), terms.size()}));
+    groups = sum_of_far_terms({terms.data(), terms.size()});
   }
-  return value;
-}
-
-void add_terms(Accumulator& sum, const exact::Row& row) {
-  unsigned char& kind = AccumulatorAccess::kind(sum);
-  Groups& groups = AccumulatorAccess::groups(sum);
-  Value value = with_terms(groups, kind, row);
-  kind = value.kind;
-  groups.swap(value.groups);
+  return sum;
 }
 
 exact::Row row_of(std::size_t n, exact::Grid a, exact::Grid b) { return {a, b, 0, 0, n}; }
@@ -290,8 +277,7 @@ Accumulator& Accumulator::add_product(const QuarnFloat& a, const QuarnFloat& b) 
 
 Accumulator& Accumulator::add_dot(std::size_t n, const QuarnFloat* a, std::ptrdiff_t step_a, const QuarnFloat* b,
                                   std::ptrdiff_t step_b) {
-  add_terms(*this, row_of(n, {a, 0, step_a, 0, false}, {b, step_b, 0, 0, false}));
-  return *this;
+  return *this += sum_of_terms(row_of(n, {a, 0, step_a, 0, false}, {b, step_b, 0, 0, false}));
 }
 
 void add_inner_product(std::size_t n, const Complex* a, const Complex* b, Accumulator& real, Accumulator& imaginary) {
@@ -299,13 +285,11 @@ void add_inner_product(std::size_t n, const Complex* a, const Complex* b, Accumu
     return;
   }
   exact::Row row = row_of(2 * n, {&a->re, 0, 2, 1, true}, {&b->re, 2, 0, 1, false});
-  Accumulator sums[2];
+  Accumulator sums[2] = {real, imaginary};
   for (std::size_t part = 0; part < 2; ++part) {
     row.j = part;
-    add_terms(sums[part], row);
+    sums[part] += sum_of_terms(row);
   }
-  sums[0] += real;
-  sums[1] += imaginary;
   real = std::move(sums[0]);
   imaginary = std::move(sums[1]);
 }
@@ -390,19 +374,6 @@ std::size_t Accumulator::read_packed(const unsigned char* bytes, std::size_t siz
   kind_ = bytes[0];
   groups_.swap(groups);
   return std::size_t(at - bytes);
-}
-
-std::vector<unsigned char> pack(std::span<const Accumulator> sums) {
-  std::size_t size = 0;
-  for (const Accumulator& sum : sums) {
-    size += sum.packed_size();
-  }
-  std::vector<unsigned char> bytes(size);
-  std::size_t at = 0;
-  for (const Accumulator& sum : sums) {
-    at += sum.write_packed(bytes.data() + at);
-  }
-  return bytes;
 }
 
 bool add_packed(std::span<const unsigned char> bytes, std::span<Accumulator> sums) {
