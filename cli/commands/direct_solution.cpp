@@ -13,6 +13,9 @@ namespace cli {
 
 namespace {
 
+// Rows of matrices that are made full where a sparse form would do.
+constexpr std::size_t kMostFull = 1000;
+
 // Of a tolerance that asks for all that rounding allows.
 constexpr int kBeyondDigits = 100'000'000;
 
@@ -84,7 +87,6 @@ Solution sparse_solution(const Equations<T>& equations) {
 template <class T>
 Solution proven_solution(const Equations<T>& equations, const ProofOptions& options) {
   constexpr std::size_t kLeastSparse = 100;
-  constexpr std::size_t kMostFull = 1000;
   const std::size_t n = equations.b.size();
   const bool sparse = options.certificate.empty() && n >= kLeastSparse && equations.a.entries() < n * n / 8;
   const tesk2mp::Matrix<T> a = sparse && n > kMostFull ? tesk2mp::Matrix<T>() : full_matrix(equations);
@@ -126,10 +128,7 @@ Solution solve_proven(const LinearSystem& system, const ProofOptions& options) {
   return solution;
 }
 
-bool is_for_sparse_factors(const LinearSystem& system) {
-  constexpr Integer kMostFull = 1000;
-  return system.n > kMostFull;
-}
+bool is_for_sparse_factors(const LinearSystem& system) { return std::size_t(system.n) > kMostFull; }
 
 Solution solve_directly(const LinearSystem& system) {
   const bool sparse = is_for_sparse_factors(system);

@@ -2,17 +2,25 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <optional>
 #include <utility>
 #include <vector>
 
 #include "quarn/complex.h"
+#include "tesk2mp/partial_sums.hpp"
 #include "tesk2mp/proven.hpp"
 #include "tesk2mp/sparse_direct.hpp"
 
 namespace tesk2mp::proven {
 namespace detail {
+
+/// Far enough from the ends of the range for all that is formed here.
+inline bool is_moderate(const QuarnBound& size) {
+  constexpr std::int64_t kFarthest = 100'000'000;
+  return size.is_finite() && (size.is_zero() || std::abs(size.exponent()) < kFarthest);
+}
 
 /// P A Q = L U - F, |F| <= g |L| |U|, of an exact sparse matrix, with what that proves of solutions. |(L U)^-1| is at
 /// most the product of the inverses of the comparison matrices: N. J. Higham, Accuracy and Stability of Numerical
@@ -73,26 +81,18 @@ class SparseFactorProof {
 
   /// Sizes of the elements of a triangle beside its diagonal; that of U as reciprocals.
   std::vector<std::vector<Element>> rows_of(const SparseMatrix<T>& triangle, bool unit) {
-    constexpr std::int64_t kFarthest = 100'000'000;
     std::vector<std::vector<Element>> rows(triangle.order());
     over_pivots_.resize(triangle.order());
     for (std::size_t k = 0; k < triangle.entries(); ++k) {
       const std::size_t i = triangle.row(k);
       const T& value = triangle.value(k);
       const QuarnBound size(value);
-      is_moderate_ = is_moderate_ && size.is_finite() && (size.is_zero() || std::abs(size.exponent()) < kFarthest);
+      is_moderate_ = is_moderate_ && is_moderate(size);
       if (triangle.column(k) != i) {
         rows[i].push_back({triangle.column(k), size});
       } else if (!unit) {
         // The modulus and the quotient are rounded a few times.
-        const Real modulus = [&] {
-          if constexpr (tesk2mp::detail::kIsComplex<T>) {
-            return quarn::abs(value);
-          } else {
-            return fabs(value);
-          }
-        }();
-        const QuarnBound quotient(Real(1) / modulus);
+        const QuarnBound quotient(Real(1) / tesk2mp::detail::part_size(value));
         over_pivots_[i] = quotient + quotient * QuarnBound::power_of_ten(2 - QuarnDigits());
         rows[i].push_back({i, size});
       }
@@ -198,18 +198,15 @@ std::vector<Bounded<T>> solve(const SparseMatrix<T>& given, const std::vector<T>
   tesk2mp::detail::require(b.size() == n, routine, 2, "a right-hand side of ", b.size(), " rows for ", n, " equations");
   std::vector<Bounded<T>> result(n);
   const int digits = QuarnDigits();
-  constexpr int kFarthest = 100'000'000;
   constexpr int kAttempts = 4;
   constexpr int kMostRounds = 60;
-  const auto is_moderate = [](const T& x) {
-    const QuarnBound size(x);
-    return size.is_finite() && (size.is_zero() || std::abs(size.exponent()) < kFarthest);
-  };
+  constexpr std::int64_t kMostDigits = 1'000'000;
+  const auto is_moderate = [](const T& x) { return detail::is_moderate(QuarnBound(x)); };
   if (a.entries() == 0 || !std::all_of(a.values().begin(), a.values().end(), is_moderate) ||
       !std::all_of(b.begin(), b.end(), is_moderate)) {
     return result;
   }
-  const auto proof = detail::sparse_factors(a, 8 * digits + 500);
+  const auto proof = detail::sparse_factors(a, int(std::min(kMostDigits, 8 * std::int64_t(digits) + 500)));
   if (!proof) {
     return result;
   }
@@ -221,7 +218,7 @@ std::vector<Bounded<T>> solve(const SparseMatrix<T>& given, const std::vector<T>
     QuarnBound former = QuarnBound::infinity();
     for (int round = 0; round < kMostRounds; ++round) {
       // Sums that cancel: a residual has twice the digits of x.
-      const int of_sums = int(2 * of_x + 10);
+      const int of_sums = int(std::min(kMostDigits, 2 * of_x + 10));
       const Digits scope(of_sums);
       std::vector<T> r = a.multiply(x);
       QuarnBound largest;
@@ -236,7 +233,7 @@ std::vector<Bounded<T>> solve(const SparseMatrix<T>& given, const std::vector<T>
         break;
       }
       former = largest;
-      const Digits fewer{int(of_x)};
+      const Digits fewer{int(std::min(kMostDigits, of_x))};
       proof->apply(r);
       for (std::size_t i = 0; i < n; ++i) {
         x[i] = x[i] + r[i];
