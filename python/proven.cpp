@@ -47,25 +47,27 @@ auto with_data(const Array& a, py::handle errors, const Work& work) {
   return work(proven::BoundedMatrix<T>(a.matrix<T>(), exact(errors).matrix<Real>()));
 }
 
-/// Calls work(a, b): both exact, or both with bounds of their elements.
+/// Calls work(a, b).
 template <class Work>
-py::object pencil(py::handle a, py::handle a_errors, py::handle b, py::handle b_errors, const Work& work) {
+py::object exact_pair(py::handle a, py::handle b, const Work& work) {
   const Array left = exact(a);
   const Array right = exact(b);
-  return with_scalar(
-      [&]<class T>(T) -> py::object {
-        const Matrix<T> first = left.matrix<T>();
-        const Matrix<T> second = right.matrix<T>();
-        if (a_errors.is_none() && b_errors.is_none()) {
-          return work(first, second);
-        }
-        const auto bounded = [](const Matrix<T>& values, py::handle errors) {
-          return proven::BoundedMatrix<T>(
-              values, errors.is_none() ? Matrix<Real>(values.rows(), values.columns()) : exact(errors).matrix<Real>());
-        };
-        return work(bounded(first, a_errors), bounded(second, b_errors));
-      },
-      left, right);
+  return with_scalar([&]<class T>(T) -> py::object { return work(left.matrix<T>(), right.matrix<T>()); }, left, right);
+}
+
+/// The same; both exact, or both with bounds of their elements.
+template <class Work>
+py::object pencil(py::handle a, py::handle a_errors, py::handle b, py::handle b_errors, const Work& work) {
+  return exact_pair(a, b, [&]<class T>(const Matrix<T>& first, const Matrix<T>& second) -> py::object {
+    if (a_errors.is_none() && b_errors.is_none()) {
+      return work(first, second);
+    }
+    const auto bounded = [](const Matrix<T>& values, py::handle errors) {
+      return proven::BoundedMatrix<T>(
+          values, errors.is_none() ? Matrix<Real>(values.rows(), values.columns()) : exact(errors).matrix<Real>());
+    };
+    return work(bounded(first, a_errors), bounded(second, b_errors));
+  });
 }
 
 template <class Work>
@@ -209,15 +211,9 @@ void add_proven(py::module_& module) {
     });
   });
   module.def("_proven_symmetric_pencil", [](py::handle a, py::handle b) {
-    const Array left = exact(a);
-    const Array right = exact(b);
-    return with_scalar(
-        [&]<class T>(T) -> py::object {
-          const Matrix<T> first = left.matrix<T>();
-          const Matrix<T> second = right.matrix<T>();
-          return both(outside([&] { return proven::symmetric_eigenvalues(first, second); }));
-        },
-        left, right);
+    return exact_pair(a, b, [](const auto& first, const auto& second) -> py::object {
+      return both(outside([&] { return proven::symmetric_eigenvalues(first, second); }));
+    });
   });
   module.def("_proven_eigen", [](py::handle a, py::handle errors) {
     return spectrum(a, errors, [](const auto& matrix) -> py::object {
