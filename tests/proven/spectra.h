@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "support/random.h"
+#include "support/random_number.h"
 #include "tesk2mp/tesk2mp.hpp"
 
 namespace spectra {
@@ -15,20 +15,9 @@ namespace spectra {
 namespace proven = tesk2mp::proven;
 using proven::Bounded;
 using proven::BoundedRoot;
+using support::random_number;
 using tesk2mp::Matrix;
 using tesk2mp::Real;
-
-template <class T>
-T random_number(support::Random& random) {
-  const auto part = [&] {
-    return Real(((random.once_in(2) ? "-0." : "0.") + random.digits(std::size_t(QuarnDigits()))).c_str());
-  };
-  if constexpr (sizeof(T) == sizeof(Real)) {
-    return part();
-  } else {
-    return T(part(), part());
-  }
-}
 
 /// Random elements of spread columns; now and then a column twice, or small integers, which have multiple eigenvalues.
 template <class T>

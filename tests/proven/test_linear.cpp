@@ -7,27 +7,15 @@
 #include <vector>
 
 #include "support/digits.h"
-#include "support/random.h"
+#include "support/random_number.h"
 #include "tesk2mp/tesk2mp.hpp"
 
+using support::random_number;
 using tesk2mp::Matrix;
 using tesk2mp::Real;
 using tesk2mp::proven::Bounded;
 
 namespace {
-
-template <class T>
-T random_number(support::Random& random) {
-  const auto part = [&] {
-    const std::string text = random.digits(std::size_t(QuarnDigits()));
-    return Real(((random.once_in(2) ? "-0." : "0.") + text).c_str());
-  };
-  if constexpr (sizeof(T) == sizeof(Real)) {
-    return part();
-  } else {
-    return T(part(), part());
-  }
-}
 
 /// Random entries; the last row is the first one and something 10^-closeness times smaller, and the columns' exponents
 /// spread.

@@ -5,10 +5,11 @@
 #include <vector>
 
 #include "support/digits.h"
-#include "support/random.h"
+#include "support/random_number.h"
 #include "tesk2mp/proven_sparse.hpp"
 #include "tesk2mp/tesk2mp.hpp"
 
+using support::random_number;
 using tesk2mp::Matrix;
 using tesk2mp::Real;
 using tesk2mp::SparseMatrix;
@@ -34,18 +35,6 @@ SparseMatrix<Real> grid(std::size_t m) {
     }
   }
   return a;
-}
-
-template <class T>
-T random_number(support::Random& random) {
-  const auto part = [&] {
-    return Real(((random.once_in(2) ? "-0." : "0.") + random.digits(std::size_t(QuarnDigits()))).c_str());
-  };
-  if constexpr (sizeof(T) == sizeof(Real)) {
-    return part();
-  } else {
-    return T(part(), part());
-  }
 }
 
 /// A diagonal, and three more elements a row; the last row is near the first one.
