@@ -5,7 +5,6 @@
 #include "cli/commands/command.h"
 #include "cli/commands/failure.h"
 #include "cli/io/matrix_input.h"
-#include "cli/system/memory.h"
 #include "tesk2mp/error.hpp"
 
 namespace cli {
@@ -34,12 +33,10 @@ Equations<T> equations_of(const SparseMatrix& matrix, const std::vector<T>& valu
 }  // namespace
 
 LinearSystem linear_system(const SparseMatrix& matrix, const DenseMatrix* b) {
-  constexpr double kVectors = 4;
   if (matrix.rows != matrix.columns || matrix.rows < 1) {
     throw bad_input(matrix.source + ": " + std::to_string(matrix.rows) + " by " + std::to_string(matrix.columns) +
                     ", but a system needs a square matrix");
   }
-  require_memory(kVectors * 2 * matrix.rows, "a system of order " + std::to_string(matrix.rows));
   if (b != nullptr && b->rows() != matrix.rows) {
     throw bad_input(matrix.source + ": order " + std::to_string(matrix.rows) + ", but the right side has " +
                     std::to_string(b->rows()) + (b->rows() == 1 ? " number" : " numbers"));

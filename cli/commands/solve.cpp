@@ -11,6 +11,7 @@
 #include "cli/io/matrix_output.h"
 #include "cli/io/number_text.h"
 #include "cli/plot/plot.h"
+#include "cli/system/memory.h"
 #include "cli/system/progress.h"
 #include "tesk2mp/error.hpp"
 #include "tesk2mp/util.hpp"
@@ -54,6 +55,9 @@ LinearSystem read_system(const SolveOptions& options) {
     return read_matrix(options.matrix, options.table);
   };
   const SparseMatrix matrix = read();
+  // What is read with all its digits has few; the vectors of the solution have those that are at work.
+  constexpr double kNumbers = 8;
+  require_memory(kNumbers * matrix.rows, "a system of order " + std::to_string(matrix.rows));
   const tesk2mp::Digits scope(digits_of_data(wanted && (options.proof.insisted || matrix.rows <= kMostProven)));
   if (options.right_side.empty()) {
     return linear_system(matrix, nullptr);
