@@ -9,7 +9,7 @@ fractions.Fraction too, whose rounding is part of the bounds. Where the working 
     >>> proven.to_digits(40, lambda: proven.determinant(hilbert)).text(40)
     '4.206178956624722655882045573396941339798E-226'
 
-All of these digits are true; at 20 digits without a proof a determinant of 4.7E-213 comes out.
+All of these digits are true; tesk2mp.determinant(hilbert) at 20 digits is 8.88E-214, that of the rounded matrix.
 """
 
 import decimal
