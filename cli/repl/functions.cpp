@@ -2,15 +2,23 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace cli::repl {
 
-const Array& Arguments::array(std::size_t k) const {
-  if (const auto* array = std::get_if<Array>(&values_[k])) {
-    return *array;
-  }
-  throw Unfit("numbers are needed here, not a text", int(k));
+namespace {
+
+bool is_one_of(const Function& function, std::initializer_list<std::string_view> names) {
+  return std::find(names.begin(), names.end(), function.name) != names.end();
 }
+
+}  // namespace
+
+bool Arguments::are_exact() const {
+  return std::all_of(values_.begin(), values_.end(), [](const Known& each) { return each.is_exact(); });
+}
+
+const Array& Arguments::array(std::size_t k) const { return values_[k].array(int(k)); }
 
 const Array& Arguments::square(std::size_t k) const {
   const Array& a = array(k);
@@ -67,7 +75,7 @@ Integer Arguments::whole(std::size_t k, Integer least, Integer most) const {
 }
 
 const std::string& Arguments::text(std::size_t k) const {
-  if (const auto* text = std::get_if<std::string>(&values_[k])) {
+  if (const auto* text = std::get_if<std::string>(&values_[k].value)) {
     return *text;
   }
   throw Unfit("a text is needed here, such as \"name\"", int(k));
@@ -105,6 +113,9 @@ const Function* find_function(const std::string& name) {
   }
   return nullptr;
 }
+
+bool gives_data(const Function& function) { return is_one_of(function, {"random", "load"}); }
+bool has_effect(const Function& function) { return is_one_of(function, {"seed", "save", "plot"}); }
 
 std::string usage(const Function& function) {
   const std::string results = function.results;

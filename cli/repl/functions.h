@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/repl/value.h"
+#include "cli/repl/known.h"
 
 namespace cli::repl {
 
@@ -17,12 +17,18 @@ struct State {
   tesk2mp::Random random;
 };
 
+using Values = std::vector<Value>;
+using Knowns = std::vector<Known>;
+
 /// The values that a function is called with. Each access throws Unfit for a value that is something else.
 class Arguments {
  public:
-  explicit Arguments(std::vector<Value> values) : values_(std::move(values)) {}
+  explicit Arguments(Knowns values) : values_(std::move(values)) {}
 
   std::size_t count() const { return values_.size(); }
+  const Known& known(std::size_t k) const { return values_[k]; }
+  bool are_exact() const;
+  // What follows leaves the bounds out.
   const Array& array(std::size_t k) const;
   const Array& square(std::size_t k) const;
   const Array& vector(std::size_t k) const;
@@ -37,7 +43,19 @@ class Arguments {
   std::size_t choice(std::size_t k, const std::vector<std::string>& words) const;
 
  private:
-  std::vector<Value> values_;
+  Knowns values_;
+};
+
+/// The call of a function.
+struct Evaluation {
+  State& state;
+  const char* name;
+  /// The digits that are asked for; the working digits are more.
+  int digits = 0;
+  /// No more digits follow: what cannot be decided is not known.
+  bool is_last = false;
+  /// A function that took part and has no proof for its arguments; empty: everything is proven.
+  std::string unproven = {};
 };
 
 struct Function {
@@ -47,8 +65,42 @@ struct Function {
   const char* purpose;
   std::size_t least;  // number of arguments
   std::size_t most;
-  std::vector<Value> (*apply)(State& state, const Arguments& arguments);
+  /// Results without a proof have no bounds; the evaluation says so.
+  Knowns (*apply)(Evaluation& evaluation, const Arguments& arguments);
 };
+
+/// A function of values without bounds.
+using PlainFunction = Values (*)(State& state, const Arguments& arguments);
+
+/// The results are exact whatever the bounds of the arguments.
+template <PlainFunction kFunction>
+Knowns plain(Evaluation& evaluation, const Arguments& arguments) {
+  const Values values = kFunction(evaluation.state, arguments);
+  return {values.begin(), values.end()};
+}
+/// The results have no proof. Of several faults that of the first argument, an array, is reported.
+template <PlainFunction kFunction>
+Knowns estimated(Evaluation& evaluation, const Arguments& arguments) {
+  (void)arguments.array(0);
+  evaluation.unproven = evaluation.name;
+  return plain<kFunction>(evaluation, arguments);
+}
+/// The results of exact arguments are exact, those of others have no proof.
+template <PlainFunction kFunction>
+Knowns exact_or_estimated(Evaluation& evaluation, const Arguments& arguments) {
+  (void)arguments.array(0);
+  return arguments.are_exact() ? plain<kFunction>(evaluation, arguments) : estimated<kFunction>(evaluation, arguments);
+}
+
+/// operation(x, y) of the elements of two arguments, of which one may be a number.
+template <class Operation>
+Known paired(const Arguments& arguments, const Operation& operation) {
+  const Array& a = arguments.array(0);
+  if (!are_paired(a, arguments.array(1))) {
+    throw Unfit("as many numbers as in the first argument are needed here, or one", 1);
+  }
+  return pairwise(arguments.known(0), arguments.known(1), operation);
+}
 
 struct FunctionGroup {
   const char* title;
@@ -61,6 +113,10 @@ std::span<const FunctionGroup> function_groups();
 const Function* find_function(const std::string& name);
 /// "L, U, P = lu(A)"
 std::string usage(const Function& function);
+/// Random numbers and files: results that are kept when an expression is evaluated anew.
+bool gives_data(const Function& function);
+/// It writes, draws or starts random numbers anew, and has no value.
+bool has_effect(const Function& function);
 
 // The groups, a file each.
 std::span<const Function> elementary_functions();

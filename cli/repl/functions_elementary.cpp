@@ -4,84 +4,38 @@
 #include <string_view>
 #include <utility>
 
-#include "cli/repl/functions.h"
-#include "cli/system/progress.h"
+#include "cli/repl/proofs_elementary.h"
 #include "quarn/function_table.h"
 
 namespace cli::repl {
 
 namespace {
 
-using Values = std::vector<Value>;
-
-template <class Map>
-Values mapped(const Arguments& arguments, const Map& map) {
-  const Array& a = arguments.array(0);
-  Array result = make_array(a.rows(), a.columns());
-  Progress progress("evaluating", double(size(a)));
-  for (std::size_t k = 0; k < size(a); ++k) {
-    result.data()[k] = map(a.data()[k]);
-    progress.advance();
-  }
-  return {result};
-}
-
-template <Complex (*kMap)(const Complex&)>
-Values complex_map(State& /*state*/, const Arguments& arguments) {
-  return mapped(arguments, kMap);
-}
-
-// The value of a function of the table, or what kept it from having one.
-Complex taken(std::optional<Complex> value) {
-  return value ? *std::move(value) : throw Unfit("real numbers are needed here", 0);
-}
-
-/// Function k of one number in the table of the library.
+/// The function at a place of the library's table of one number, element by element.
 template <std::size_t kPlace>
-Values table_map(State& /*state*/, const Arguments& arguments) {
+Knowns table_map(Evaluation& evaluation, const Arguments& arguments) {
   const quarn::NamedFunction1& f = quarn::functions_of_one()[kPlace];
-  return mapped(arguments, [&](const Complex& z) { return taken(quarn::evaluate(f, z)); });
+  return {mapped(arguments.known(0), [&](const Number& z) { return function_value(f, z, evaluation); })};
 }
 
-/// Function k of two numbers, element by element; one number meets every element of the other argument.
+/// The same of two numbers.
 template <std::size_t kPlace>
-Values table_pairs(State& /*state*/, const Arguments& arguments) {
+Knowns table_pairs(Evaluation& evaluation, const Arguments& arguments) {
   const quarn::NamedFunction2& f = quarn::functions_of_two()[kPlace];
-  const Array& a = arguments.array(0);
-  const Array& b = arguments.array(1);
-  const bool one_a = is_number(a);
-  const bool one_b = is_number(b);
-  if (!one_a && !one_b && (a.rows() != b.rows() || a.columns() != b.columns())) {
-    throw Unfit("as many numbers as in the first argument are needed here, or one", 1);
-  }
-  const bool counts = std::string_view(f.name) == "binomial";  // whole numbers, exact however long
-  const Array& shape = one_a ? b : a;
-  Array result = make_array(shape.rows(), shape.columns());
-  Progress progress("evaluating", double(size(result)));
-  for (std::size_t k = 0; k < size(result); ++k) {
-    progress.advance();
-    const Complex& w = b.data()[one_b ? 0 : k];
-    if (f.complex == nullptr && !is_real(w)) {
-      throw Unfit("real numbers are needed here", 1);
-    }
-    const Complex& z = a.data()[one_a ? 0 : k];
-    result.data()[k] = counts && is_real(z) ? exact_binomial(z.re, w.re) : taken(quarn::evaluate(f, z, w));
-  }
-  return {result};
+  return {paired(arguments, [&](const Number& z, const Number& w) { return function_value(f, z, w, evaluation); })};
 }
 
-template <QuarnFloat (*kMap)(const Complex&)>
-Values real_valued(State& /*state*/, const Arguments& arguments) {
-  return mapped(arguments, [](const Complex& z) { return Complex(kMap(z)); });
+template <Number (*kMap)(const Number&)>
+Knowns map(Evaluation& /*evaluation*/, const Arguments& arguments) {
+  return {mapped(arguments.known(0), kMap)};
 }
 
-QuarnFloat modulus(const Complex& z) { return quarn::abs(z); }
-QuarnFloat argument(const Complex& z) { return quarn::arg(z); }
-QuarnFloat real_part(const Complex& z) { return z.re; }
-QuarnFloat imaginary_part(const Complex& z) { return z.im; }
-Complex conjugate(const Complex& z) { return is_real(z) ? z : conj(z); }
+Number magnitude(const Number& z) { return as_number(modulus(z)); }
+Number angle(const Number& z) { return as_number(proven::atan2(z.im, z.re)); }
+Number real_part(const Number& z) { return as_number(z.re); }
+Number imaginary_part(const Number& z) { return as_number(z.im); }
 
-Values factorials(State& /*state*/, const Arguments& arguments) { return {factorial(arguments.array(0))}; }
+Knowns factorials(Evaluation& /*evaluation*/, const Arguments& arguments) { return {factorial(arguments.known(0))}; }
 
 tesk2mp::Rounding mode_of(const Arguments& arguments, std::size_t k) {
   static const std::vector<std::string> kNames = {"half_even", "half_up", "half_down", "up",
@@ -94,10 +48,36 @@ tesk2mp::Rounding mode_of(const Arguments& arguments, std::size_t k) {
 
 constexpr Integer kMostPlaces = 1'000'000;
 
-Values quantized(State& /*state*/, const Arguments& arguments) {
+// What is rounded to places is exact where both ends of the interval give the same.
+Number quantized(const Number& z, int places, tesk2mp::Rounding mode) {
+  const auto part = [&](const BoundedReal& x) {
+    QuarnFloat low = x.value;
+    QuarnFloat high = x.value;
+    if (!x.error.is_zero()) {
+      const tesk2mp::Digits scope(QuarnDigits() + 20);
+      low = quarn::subtract(x.value, x.error.value(), quarn::Rounding::floor);
+      high = quarn::add(x.value, x.error.value(), quarn::Rounding::ceiling);
+    }
+    low = tesk2mp::quantize(low, places, mode);
+    high = tesk2mp::quantize(high, places, mode);
+    return BoundedReal{low, low == high ? QuarnBound() : QuarnBound::infinity()};
+  };
+  return {part(z.re), part(z.im)};
+}
+
+Values estimated_quantize(State& /*state*/, const Arguments& arguments) {
+  const Integer places = arguments.whole(1, -kMostPlaces, kMostPlaces);
+  return {tesk2mp::quantize(arguments.array(0), int(places), mode_of(arguments, 2))};
+}
+
+Knowns quantize(Evaluation& evaluation, const Arguments& arguments) {
+  (void)arguments.array(0);
+  if (!arguments.known(1).is_exact()) {
+    return estimated<estimated_quantize>(evaluation, arguments);
+  }
   const Integer places = arguments.whole(1, -kMostPlaces, kMostPlaces);
   const tesk2mp::Rounding mode = mode_of(arguments, 2);
-  return mapped(arguments, [&](const Complex& z) { return tesk2mp::quantize(z, int(places), mode); });
+  return {mapped(arguments.known(0), [&](const Number& z) { return quantized(z, int(places), mode); })};
 }
 
 Values rounded_parts(State& /*state*/, const Arguments& arguments) {
@@ -113,19 +93,19 @@ Values rounded_parts(State& /*state*/, const Arguments& arguments) {
 
 // What the table of the library does not have, or has for real numbers alone.
 constexpr auto kOwnFunctions = std::to_array<Function>({
-    {"abs", "x", "y", "magnitude", 1, 1, real_valued<modulus>},
-    {"arg", "x", "y", "angle of a complex number, -pi to pi", 1, 1, real_valued<argument>},
-    {"re", "x", "y", "real part", 1, 1, real_valued<real_part>},
-    {"im", "x", "y", "imaginary part", 1, 1, real_valued<imaginary_part>},
-    {"conj", "x", "y", "conjugate", 1, 1, complex_map<conjugate>},
+    {"abs", "x", "y", "magnitude", 1, 1, map<magnitude>},
+    {"arg", "x", "y", "angle of a complex number, -pi to pi", 1, 1, map<angle>},
+    {"re", "x", "y", "real part", 1, 1, map<real_part>},
+    {"im", "x", "y", "imaginary part", 1, 1, map<imaginary_part>},
+    {"conj", "x", "y", "conjugate", 1, 1, map<conjugate>},
     {"factorial", "n", "y", "n!, exact up to 100000 digits", 1, 1, factorials},
-    {"quantize", "x, places [, mode]", "y", "rounded to places, \"half_even\" or as another mode says", 2, 3,
-     quantized},
+    {"quantize", "x, places [, mode]", "y", "rounded to places, \"half_even\" or as another mode says", 2, 3, quantize},
     {"round_parts", "v, places [, mode, rule]", "w",
-     "rounded to places, with the rounded total: by \"largest_remainder\" or \"cumulative\"", 2, 4, rounded_parts},
+     "rounded to places, with the rounded total: by \"largest_remainder\" or \"cumulative\"", 2, 4,
+     exact_or_estimated<rounded_parts>},
 });
 
-using Apply = Values (*)(State& state, const Arguments& arguments);
+using Apply = Knowns (*)(Evaluation& evaluation, const Arguments& arguments);
 
 template <std::size_t... kPlaces>
 constexpr std::array<Apply, sizeof...(kPlaces)> one_by_place(std::index_sequence<kPlaces...> /*places*/) {

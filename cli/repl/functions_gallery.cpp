@@ -9,8 +9,6 @@ namespace cli::repl {
 
 namespace {
 
-using Values = std::vector<Value>;
-
 constexpr Integer kLargestOrder = 10'000;
 constexpr std::size_t kMostRows = 64;
 
@@ -30,11 +28,10 @@ Array made(State& state, const std::string& name, std::size_t order, const std::
 }
 
 // name(order, parameters), or name(vector [, vector]).
-Values matrix(State& state, const std::string& name, const Arguments& arguments) {
+Array matrix(State& state, const std::string& name, const Arguments& arguments) {
   if (size(arguments.filled(0)) > 1) {
     const std::vector<Complex> second = arguments.count() > 1 ? elements(arguments.vector(1)) : std::vector<Complex>();
-    const Array a = tesk2mp::gallery::from_vectors(name, elements(arguments.vector(0)), second);
-    return {a};
+    return tesk2mp::gallery::from_vectors(name, elements(arguments.vector(0)), second);
   }
   const auto order = std::size_t(arguments.whole(0, 0, kLargestOrder));
   std::vector<Complex> parameters;
@@ -43,21 +40,49 @@ Values matrix(State& state, const std::string& name, const Arguments& arguments)
     parameters.insert(parameters.end(), more.begin(), more.end());
   }
   if (std::any_of(parameters.begin(), parameters.end(), [](const Complex& z) { return z.im != 0; })) {
-    return {made(state, name, order, parameters)};
+    return made(state, name, order, parameters);
   }
   std::vector<QuarnFloat> real;
   std::transform(parameters.begin(), parameters.end(), std::back_inserter(real), [](const Complex& z) { return z.re; });
-  return {made(state, name, order, real)};
+  return made(state, name, order, real);
 }
 
 template <std::size_t kRow>
 Values row(State& state, const Arguments& arguments) {
-  return matrix(state, entries()[kRow].name, arguments);
+  return {matrix(state, entries()[kRow].name, arguments)};
+}
+
+// Elements are rounded from more digits: a unit of the last place. Zeros stand where there is nothing, and without
+// parameters whole numbers are no roundings of other ones.
+Known with_bounds(const Array& values, bool has_parameters) {
+  const auto error = [&](const QuarnFloat& x) {
+    const bool whole = !has_parameters && ilogb(x) < QuarnDigits() && trunc(x) == x;
+    return whole ? QuarnBound() : QuarnBound::count(2) * QuarnBound(x).half_unit(QuarnDigits());
+  };
+  std::vector<PartErrors> errors;
+  for (const Complex& z : elements(values)) {
+    errors.push_back({error(z.re), error(z.im)});
+  }
+  return {values, std::move(errors)};
+}
+
+template <std::size_t kRow>
+Knowns bounded_row(Evaluation& evaluation, const Arguments& arguments) {
+  if (!arguments.are_exact()) {
+    return estimated<row<kRow>>(evaluation, arguments);
+  }
+  const std::string& name = entries()[kRow].name;
+  const Array values = matrix(evaluation.state, name, arguments);
+  const bool is_of_vectors = size(arguments.array(0)) > 1;
+  if (is_of_vectors && (name == "toeplitz" || name == "hankel" || name == "circulant")) {
+    return {Known(values)};  // moved elements
+  }
+  return {with_bounds(values, arguments.count() > 1 || is_of_vectors)};
 }
 
 template <std::size_t... kRows>
 std::vector<Function> table(std::index_sequence<kRows...> /*rows*/) {
-  constexpr std::array kApply = {row<kRows>...};
+  constexpr std::array kApply = {bounded_row<kRows>...};
   static std::vector<std::string> arguments;
   for (const auto& entry : entries()) {
     const bool optional = entry.parameters.starts_with("[");

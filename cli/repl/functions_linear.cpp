@@ -4,35 +4,116 @@
 
 #include "cli/repl/functions.h"
 #include "cli/system/progress.h"
+#include "tesk2mp/proven_spectra.hpp"
 
 namespace cli::repl {
 
 namespace {
 
-using Values = std::vector<Value>;
+// The work is counted in factorisations.
+Progress factorising(const Array& a, bool is_real, double factorisations) {
+  const double order = double(std::min(a.rows(), a.columns()));
+  return Progress::estimated("factorising", factorisations * factorisation_cost(order, !is_real));
+}
 
-// Real matrices take the real routines, at a quarter of the cost: body(matrix) for either. The work is told in
-// factorisations.
+// Real matrices take the real routines, at a quarter of the cost: body(matrix) for either, without bounds.
 template <class Body>
 auto with_real_or_complex(const Array& a, double factorisations, const Body& body) {
-  const double order = double(std::min(a.rows(), a.columns()));
-  const Progress progress = Progress::estimated("factorising", factorisations * factorisation_cost(order, !is_real(a)));
+  const Progress progress = factorising(a, is_real(a), factorisations);
   return is_real(a) ? body(real_array(a)) : body(a);
 }
 
-/// The second argument as columns of so many numbers; a vector in either direction.
-Array right_side(const Arguments& arguments, std::size_t rows) {
-  const Array& b = arguments.array(1);
-  Array right = b.rows() == 1 && b.columns() == rows ? reshaped(elements(b), rows, 1) : b;
-  if (right.rows() != rows) {
-    throw Unfit("right-hand sides of " + std::to_string(rows) + " numbers are needed here, not " + shape(b), 1);
-  }
-  return right;
+// The same with bounds.
+template <class Body>
+auto with_bounded(const Known& a, double factorisations, const Body& body) {
+  const Progress progress = factorising(a.array(), is_real(a), factorisations);
+  return with_matrix(a, body);
 }
 
-Values solve(State& /*state*/, const Arguments& arguments) {
-  const Array& a = arguments.square(0);
-  return {operate("\\", a, right_side(arguments, a.rows()))};
+const Known& known_square(const Arguments& arguments) {
+  (void)arguments.square(0);
+  return arguments.known(0);
+}
+
+/// The second argument as columns of so many numbers; a vector in either direction.
+Known right_side(const Arguments& arguments, std::size_t rows) {
+  const Array& b = arguments.array(1);
+  if (b.rows() == 1 && b.columns() == rows) {
+    return {reshaped(elements(b), rows, 1), arguments.known(1).errors};
+  }
+  if (b.rows() != rows) {
+    throw Unfit("right-hand sides of " + std::to_string(rows) + " numbers are needed here, not " + shape(b), 1);
+  }
+  return arguments.known(1);
+}
+
+Knowns solve(Evaluation& /*evaluation*/, const Arguments& arguments) {
+  const Known& a = known_square(arguments);
+  const std::size_t rows = a.array().rows();
+  const Known right = right_side(arguments, rows);
+  // Also where A is a number.
+  return {rows == 1 ? elementwise("divide", divide, right, a) : operate("\\", a, right)};
+}
+
+Knowns det(Evaluation& /*evaluation*/, const Arguments& arguments) {
+  return {
+      known(with_bounded(known_square(arguments), 3, [](const auto& a) { return as_number(proven::determinant(a)); }))};
+}
+
+Known inverse(const Known& given) {
+  return with_bounded(given, 8, [](const auto& a) { return known(proven::inverse(a)); });
+}
+
+Knowns inv(Evaluation& /*evaluation*/, const Arguments& arguments) { return {inverse(known_square(arguments))}; }
+
+Knowns trace(Evaluation& /*evaluation*/, const Arguments& arguments) {
+  const Known& a = known_square(arguments);
+  Number sum;
+  for (std::size_t i = 0; i < a.array().rows(); ++i) {
+    sum = add(sum, element(a, i + i * a.array().rows()));
+  }
+  return {known(sum)};
+}
+
+Progress eigenvalue_progress(const Known& a, bool vectors) {
+  return Progress::estimated("eigenvalues", 2 * eigenvalue_cost(double(a.array().rows()), vectors));
+}
+
+Knowns eig(Evaluation& /*evaluation*/, const Arguments& arguments) {
+  const Known& given = known_square(arguments);
+  const Progress progress = eigenvalue_progress(given, false);
+  return {with_matrix(given, [](const auto& a) { return known_column(proven::eigenvalues(a)); })};
+}
+
+Knowns eigvec(Evaluation& /*evaluation*/, const Arguments& arguments) {
+  const Known& given = known_square(arguments);
+  const Progress progress = eigenvalue_progress(given, true);
+  return with_matrix(given, [](const auto& a) {
+    const proven::EigenBounds system = proven::eigen(a);
+    return Knowns{known(system.vectors), known_column(system.values)};
+  });
+}
+
+Knowns svd(Evaluation& /*evaluation*/, const Arguments& arguments) {
+  (void)arguments.array(0);
+  return {with_bounded(arguments.known(0), 60, [](const auto& a) { return known_column(proven::singular_values(a)); })};
+}
+
+Number norm_of(const Known& given, tesk2mp::Norm kind) {
+  return with_matrix(given, [&](const auto& a) { return as_number(proven::norm(kind, a)); });
+}
+
+Knowns norm(Evaluation& /*evaluation*/, const Arguments& arguments) {
+  constexpr tesk2mp::Norm kKinds[] = {tesk2mp::Norm::frobenius, tesk2mp::Norm::one, tesk2mp::Norm::infinity,
+                                      tesk2mp::Norm::largest};
+  (void)arguments.array(0);
+  const std::size_t kind = arguments.count() == 2 ? arguments.choice(1, {"fro", "one", "inf", "max"}) : 0;
+  return {known(norm_of(arguments.known(0), kKinds[kind]))};
+}
+
+Knowns cond(Evaluation& /*evaluation*/, const Arguments& arguments) {
+  const Known& a = known_square(arguments);
+  return {known(multiply(norm_of(a, tesk2mp::Norm::one), norm_of(inverse(a), tesk2mp::Norm::one)))};
 }
 
 // The parts of P A = L U.
@@ -76,21 +157,11 @@ Values chol(State& /*state*/, const Arguments& arguments) {
                               [](const auto& a) { return Values{as_array(tesk2mp::Cholesky(a).factor())}; });
 }
 
-Values det(State& /*state*/, const Arguments& arguments) {
-  return with_real_or_complex(arguments.square(0), 1,
-                              [](const auto& a) { return Values{number(tesk2mp::determinant(a))}; });
-}
-
 Values scaled_det(State& /*state*/, const Arguments& arguments) {
   return with_real_or_complex(arguments.square(0), 1, [](const auto& a) {
     const auto scaled = tesk2mp::scaled_determinant(a);
     return Values{number(scaled.mantissa), number(QuarnFloat(scaled.exponent))};
   });
-}
-
-Values inv(State& /*state*/, const Arguments& arguments) {
-  return with_real_or_complex(arguments.square(0), 4,
-                              [](const auto& a) { return Values{as_array(tesk2mp::inverse(a))}; });
 }
 
 Values qr(State& /*state*/, const Arguments& arguments) {
@@ -100,13 +171,29 @@ Values qr(State& /*state*/, const Arguments& arguments) {
   });
 }
 
-Values lstsq(State& /*state*/, const Arguments& arguments) {
+Values estimated_lstsq(State& /*state*/, const Arguments& arguments) {
   const Array& a = arguments.array(0);
-  const Array right = right_side(arguments, a.rows());
+  const Array right = right_side(arguments, a.rows()).array();
   if (is_real(a) && is_real(right)) {
     return {as_array(tesk2mp::minimum_norm(real_array(a), real_array(right)).x)};
   }
   return {tesk2mp::minimum_norm(a, right).x};
+}
+
+// No value where the working digits do not decide.
+auto proven_rank(const Array& a) { return is_real(a) ? proven::rank(real_array(a)) : proven::rank(a); }
+
+// Proven where the columns are independent.
+Knowns lstsq(Evaluation& evaluation, const Arguments& arguments) {
+  const Array& a = arguments.array(0);
+  const Array b = right_side(arguments, a.rows()).array();
+  const bool is_independent =
+      arguments.are_exact() && a.columns() > 0 && a.rows() >= a.columns() && proven_rank(a) == a.columns();
+  if (!is_independent) {
+    return estimated<estimated_lstsq>(evaluation, arguments);
+  }
+  return {is_real(a) && is_real(b) ? known(proven::least_squares(real_array(a), real_array(b)))
+                                   : known(proven::least_squares(a, b))};
 }
 
 Values pinv(State& /*state*/, const Arguments& arguments) {
@@ -119,40 +206,15 @@ Values null(State& /*state*/, const Arguments& arguments) {
                               [](const auto& a) { return Values{as_array(tesk2mp::null_space(a))}; });
 }
 
-Values matrix_rank(State& /*state*/, const Arguments& arguments) {
+Values estimated_rank(State& /*state*/, const Arguments& arguments) {
   return with_real_or_complex(arguments.array(0), 3,
                               [](const auto& a) { return Values{number(QuarnFloat(tesk2mp::matrix_rank(a)))}; });
 }
 
-Values trace(State& /*state*/, const Arguments& arguments) {
-  const Array& a = arguments.square(0);
-  Complex sum(0);
-  for (std::size_t i = 0; i < a.rows(); ++i) {
-    sum = sum + a(i, i);
-  }
-  return {number(sum)};
-}
-
-Progress eigenvalue_progress(const Array& a, bool vectors) {
-  return Progress::estimated("eigenvalues", eigenvalue_cost(double(a.rows()), vectors));
-}
-
-Values eig(State& /*state*/, const Arguments& arguments) {
-  const Array& a = arguments.square(0);
-  const Progress progress = eigenvalue_progress(a, false);
-  return {column(is_real(a) ? tesk2mp::eigenvalues(real_array(a)) : tesk2mp::eigenvalues(a))};
-}
-
-Values eigvec(State& /*state*/, const Arguments& arguments) {
-  const Array& a = arguments.square(0);
-  const Progress progress = eigenvalue_progress(a, true);
-  const tesk2mp::EigenSystem system = is_real(a) ? tesk2mp::eigen(real_array(a)) : tesk2mp::eigen(a);
-  return {system.right, column(system.values)};
-}
-
-Values svd(State& /*state*/, const Arguments& arguments) {
-  return with_real_or_complex(arguments.array(0), 8,
-                              [](const auto& a) { return Values{column(tesk2mp::singular_values(a))}; });
+Knowns matrix_rank(Evaluation& evaluation, const Arguments& arguments) {
+  const Array& a = arguments.array(0);
+  const auto rank = arguments.are_exact() ? proven_rank(a) : std::nullopt;
+  return rank ? Knowns{Known(number(QuarnFloat(*rank)))} : estimated<estimated_rank>(evaluation, arguments);
 }
 
 Values svdvec(State& /*state*/, const Arguments& arguments) {
@@ -198,24 +260,6 @@ Values powm(State& /*state*/, const Arguments& arguments) {
                          [&](const auto& a) { return tesk2mp::fractional_matrix_power(a, power.re); });
 }
 
-QuarnFloat norm_of(const Array& a, std::size_t kind) {
-  constexpr tesk2mp::Norm kKinds[] = {tesk2mp::Norm::frobenius, tesk2mp::Norm::one, tesk2mp::Norm::infinity,
-                                      tesk2mp::Norm::largest};
-  return with_real_or_complex(a, 0, [&](const auto& matrix) { return tesk2mp::norm(kKinds[kind], matrix); });
-}
-
-Values norm(State& /*state*/, const Arguments& arguments) {
-  const std::size_t kind = arguments.count() == 2 ? arguments.choice(1, {"fro", "one", "inf", "max"}) : 0;
-  return {number(norm_of(arguments.array(0), kind))};
-}
-
-Values cond(State& /*state*/, const Arguments& arguments) {
-  constexpr std::size_t kOne = 1;
-  const Array& a = arguments.square(0);
-  const Array inverse = operate("\\", a, complex_array(RealArray::identity(a.rows())));
-  return {number(norm_of(a, kOne) * norm_of(inverse, kOne))};
-}
-
 Values rcond(State& /*state*/, const Arguments& arguments) {
   return with_real_or_complex(arguments.square(0), 2,
                               [](const auto& a) { return Values{number(tesk2mp::reciprocal_condition(a))}; });
@@ -223,29 +267,29 @@ Values rcond(State& /*state*/, const Arguments& arguments) {
 
 constexpr auto kLinearFunctions = std::to_array<Function>({
     {"solve", "A, b", "x", "the solution of A x = b, for a vector or each column (also A \\ b)", 2, 2, solve},
-    {"lu", "A", "L, U, P", "factors with P A = L U", 1, 1, lu},
-    {"chol", "A", "L", "lower triangle with A = L L', A positive definite", 1, 1, chol},
-    {"qr", "A", "Q, R", "factors with A = Q R, Q with orthonormal columns", 1, 1, qr},
+    {"lu", "A", "L, U, P", "factors with P A = L U", 1, 1, estimated<lu>},
+    {"chol", "A", "L", "lower triangle with A = L L', A positive definite", 1, 1, estimated<chol>},
+    {"qr", "A", "Q, R", "factors with A = Q R, Q with orthonormal columns", 1, 1, estimated<qr>},
     {"lstsq", "A, b", "x", "the shortest x of least norm(A x - b), A of any shape and rank", 2, 2, lstsq},
-    {"pinv", "A", "B", "pseudo-inverse", 1, 1, pinv},
-    {"null", "A", "V", "orthonormal columns that A takes to zero", 1, 1, null},
+    {"pinv", "A", "B", "pseudo-inverse", 1, 1, estimated<pinv>},
+    {"null", "A", "V", "orthonormal columns that A takes to zero", 1, 1, estimated<null>},
     {"matrix_rank", "A", "r", "rank of a matrix", 1, 1, matrix_rank},
     {"det", "A", "y", "determinant", 1, 1, det},
-    {"scaled_det", "A", "d, e", "determinant d 10^e, however large or small", 1, 1, scaled_det},
+    {"scaled_det", "A", "d, e", "determinant d 10^e, however large or small", 1, 1, estimated<scaled_det>},
     {"inv", "A", "B", "inverse", 1, 1, inv},
     {"trace", "A", "y", "sum of the diagonal", 1, 1, trace},
     {"eig", "A", "x", "eigenvalues", 1, 1, eig},
     {"eigvec", "A", "V, x", "eigenvectors, as columns, with the eigenvalues", 1, 1, eigvec},
     {"svd", "A", "s", "singular values, the largest first", 1, 1, svd},
-    {"svdvec", "A", "U, s, V", "A = U diag(s) V' with orthonormal columns", 1, 1, svdvec},
-    {"expm", "A", "B", "exponential of a matrix", 1, 1, expm},
-    {"sqrtm", "A", "B", "principal square root of a matrix", 1, 1, sqrtm},
-    {"logm", "A", "B", "principal logarithm of a matrix", 1, 1, logm},
-    {"powm", "A, p", "B", "a real power of a matrix", 2, 2, powm},
+    {"svdvec", "A", "U, s, V", "A = U diag(s) V' with orthonormal columns", 1, 1, estimated<svdvec>},
+    {"expm", "A", "B", "exponential of a matrix", 1, 1, estimated<expm>},
+    {"sqrtm", "A", "B", "principal square root of a matrix", 1, 1, estimated<sqrtm>},
+    {"logm", "A", "B", "principal logarithm of a matrix", 1, 1, estimated<logm>},
+    {"powm", "A, p", "B", "a real power of a matrix", 2, 2, estimated<powm>},
     {"norm", "A [, \"one\"]", "y", "norm: \"fro\" (root of the sum of squares, default), \"one\", \"inf\" or \"max\"",
      1, 2, norm},
     {"cond", "A", "y", "condition number in the one norm", 1, 1, cond},
-    {"rcond", "A", "y", "an estimate of 1 / cond(A) at a quarter of its cost", 1, 1, rcond},
+    {"rcond", "A", "y", "an estimate of 1 / cond(A) at a quarter of its cost", 1, 1, estimated<rcond>},
 });
 
 }  // namespace

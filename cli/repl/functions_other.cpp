@@ -8,112 +8,168 @@
 #include "cli/plot/plot.h"
 #include "cli/repl/functions.h"
 #include "cli/system/progress.h"
+#include "quarn/transform.h"
+#include "tesk2mp/proven_spectra.hpp"
 
 namespace cli::repl {
 
 namespace {
 
-using Values = std::vector<Value>;
-
-// The element that is the conjugate of the one at (i, j) where an array is the spectrum of real numbers.
-template <class Matrix>
-auto& mirror(Matrix& a, std::size_t i, std::size_t j) {
-  return a((a.rows() - i) % a.rows(), (a.columns() - j) % a.columns());
+// The place of the element that is the conjugate of element k where an array is the spectrum of real numbers.
+std::size_t mirrored_place(const Array& shape, std::size_t k) {
+  const std::size_t rows = shape.rows();
+  const std::size_t columns = shape.columns();
+  return (rows - k % rows) % rows + (columns - k / rows) % columns * rows;
 }
 
 bool is_mirrored(const Array& a) {
-  for (std::size_t j = 0; j < a.columns(); ++j) {
-    for (std::size_t i = 0; i < a.rows(); ++i) {
-      if (a(i, j) != conj(mirror(a, i, j))) {
-        return false;
-      }
+  for (std::size_t k = 0; k < size(a); ++k) {
+    if (a.data()[k] != conj(a.data()[mirrored_place(a, k)])) {
+      return false;
     }
   }
   return true;
 }
 
 // The spectrum of real numbers mirrors itself to the last digit, and what mirrors itself goes back to real numbers.
-Array transformed(Array a, tesk2mp::Direction direction) {
+template <tesk2mp::Direction kDirection>
+Values estimated_transform(State& /*state*/, const Arguments& arguments) {
+  Array a = arguments.array(0);
   const bool real = is_real(a);
   const bool mirrored = is_mirrored(a);
   const Progress progress = Progress::estimated("transform", complex_transform_cost(size(a)));
   if (is_vector(a)) {
-    tesk2mp::transform({a.data(), size(a)}, direction);
+    tesk2mp::transform({a.data(), size(a)}, kDirection);
   } else {
-    tesk2mp::transform(a, direction);
+    tesk2mp::transform(a, kDirection);
   }
-  for (std::size_t j = 0; j < a.columns(); ++j) {
-    for (std::size_t i = 0; i < a.rows(); ++i) {
-      if (mirrored) {
-        a(i, j).im = 0;
-      }
-      if (real) {
-        Complex& other = mirror(a, i, j);
-        a(i, j).im = &other == &a(i, j) ? QuarnFloat() : a(i, j).im;
-        other = conj(a(i, j));
-      }
+  for (std::size_t k = 0; k < size(a); ++k) {
+    if (mirrored) {
+      a.data()[k].im = 0;
+    }
+    if (real) {
+      const std::size_t other = mirrored_place(a, k);
+      a.data()[k].im = other == k ? QuarnFloat() : a.data()[k].im;
+      a.data()[other] = conj(a.data()[k]);
     }
   }
-  return a;
+  return {a};
 }
 
-Values fft(State& /*state*/, const Arguments& arguments) {
-  return {transformed(arguments.vector(0), tesk2mp::Direction::forward)};
+std::vector<Number> transformed(const std::vector<Number>& given, tesk2mp::Direction direction) {
+  std::vector<BoundedComplex> sequence;
+  std::transform(given.begin(), given.end(), std::back_inserter(sequence), as_complex);
+  std::vector<Number> result;
+  for (const BoundedComplex& z : proven::transform(sequence, direction)) {
+    result.push_back(as_number(z));
+  }
+  return result;
 }
 
-Values ifft(State& /*state*/, const Arguments& arguments) {
-  return {transformed(arguments.vector(0), tesk2mp::Direction::backward)};
+// The same of numbers with bounds; `given` is what has been transformed.
+Known without_imaginary_parts(const Known& given, std::vector<Number> result) {
+  const Array& a = given.array();
+  const bool real = is_real(given);
+  const bool mirrored = given.is_exact() && is_mirrored(a);
+  for (std::size_t k = 0; k < result.size(); ++k) {
+    if (mirrored || (real && mirrored_place(a, k) == k)) {
+      result[k] = as_number(result[k].re);
+    }
+  }
+  return known(a.rows(), a.columns(), result);
 }
 
-Values fft2(State& /*state*/, const Arguments& arguments) {
-  return {transformed(arguments.filled(0), tesk2mp::Direction::forward)};
+// Long transforms and those with many digits have no bound.
+bool is_beyond_bounds(std::size_t length) {
+  return length > 0 && !QuarnTransform::is_supported(Integer(length), QuarnDigits());
 }
 
-Values ifft2(State& /*state*/, const Arguments& arguments) {
-  return {transformed(arguments.filled(0), tesk2mp::Direction::backward)};
+template <tesk2mp::Direction kDirection>
+Knowns fft(Evaluation& evaluation, const Arguments& arguments) {
+  if (is_beyond_bounds(size(arguments.vector(0)))) {
+    return estimated<estimated_transform<kDirection>>(evaluation, arguments);
+  }
+  const Known& given = arguments.known(0);
+  return {without_imaginary_parts(given, transformed(numbers(given), kDirection))};
+}
+
+template <tesk2mp::Direction kDirection>
+Knowns fft2(Evaluation& evaluation, const Arguments& arguments) {
+  const Array& a = arguments.filled(0);
+  if (is_beyond_bounds(std::max(a.rows(), a.columns()))) {
+    return estimated<estimated_transform<kDirection>>(evaluation, arguments);
+  }
+  std::vector<Number> all = numbers(arguments.known(0));
+  const auto transform_lines = [&](std::size_t count, std::size_t distance, std::size_t length, std::size_t step) {
+    for (std::size_t line = 0; line < count; ++line) {
+      std::vector<Number> sequence;
+      for (std::size_t k = 0; k < length; ++k) {
+        sequence.push_back(all[line * distance + k * step]);
+      }
+      sequence = transformed(sequence, kDirection);
+      for (std::size_t k = 0; k < length; ++k) {
+        all[line * distance + k * step] = sequence[k];
+      }
+    }
+  };
+  transform_lines(a.columns(), a.rows(), a.rows(), 1);
+  transform_lines(a.rows(), 1, a.columns(), a.rows());
+  return {without_imaginary_parts(arguments.known(0), std::move(all))};
 }
 
 // Coefficients come from the highest power down; leading zeros lower the degree.
-Values zeros(State& /*state*/, const Arguments& arguments) {
+std::vector<Complex> coefficients(const Arguments& arguments) {
   std::vector<Complex> c = elements(arguments.vector(0));
-  const auto is_real_number = [](const Complex& value) { return value.im == 0; };
   c.erase(c.begin(), std::find_if(c.begin(), c.end(), [](const Complex& value) { return value != Complex(0); }));
   if (c.size() < 2) {
     throw Unfit("the coefficients of a polynomial are needed here, from the highest power down", 0);
   }
+  return c;
+}
+
+Values estimated_zeros(State& /*state*/, const Arguments& arguments) {
+  const std::vector<Complex> c = coefficients(arguments);
   constexpr double kOperations = 40;
   const double degree = double(c.size() - 1);
   const Progress progress = Progress::estimated("zeros", kOperations * degree * degree);
-  std::vector<QuarnFloat> re;
-  std::transform(c.begin(), c.end(), std::back_inserter(re), [](const Complex& value) { return value.re; });
-  const bool real = std::all_of(c.begin(), c.end(), is_real_number);
   std::vector<Complex> values;
-  for (const tesk2mp::Zero& zero : real ? tesk2mp::polynomial_zeros(re) : tesk2mp::polynomial_zeros(c)) {
+  for (const tesk2mp::Zero& zero : is_real(arguments.array(0)) ? tesk2mp::polynomial_zeros(real_elements(column(c)))
+                                                               : tesk2mp::polynomial_zeros(c)) {
     values.push_back(zero.value);
   }
   return {column(values)};
 }
 
+Knowns zeros(Evaluation& evaluation, const Arguments& arguments) {
+  const std::vector<Complex> c = coefficients(arguments);
+  if (!arguments.are_exact()) {
+    return estimated<estimated_zeros>(evaluation, arguments);
+  }
+  return {known_column(is_real(arguments.array(0)) ? proven::zeros(real_elements(column(c))) : proven::zeros(c))};
+}
+
 // Horner's rule.
-Values polyval(State& /*state*/, const Arguments& arguments) {
-  const Array& x = arguments.array(1);
-  Array y = make_array(x.rows(), x.columns());
-  for (const Complex& coefficient : elements(arguments.vector(0))) {
-    y = operate("+", operate(".*", y, x), number(coefficient));
+Knowns polyval(Evaluation& /*evaluation*/, const Arguments& arguments) {
+  Known y(make_array(arguments.array(1).rows(), arguments.array(1).columns()));
+  (void)arguments.vector(0);
+  for (const Number& coefficient : numbers(arguments.known(0))) {
+    y = operate("+", operate(".*", y, arguments.known(1)), known(coefficient));
   }
   return {y};
 }
 
-Values random(State& state, const Arguments& arguments) {
+// With the digits that are asked for.
+Knowns random(Evaluation& evaluation, const Arguments& arguments) {
   const Integer rows = arguments.count() > 0 ? arguments.whole(0, 0, kLargestSize) : 1;
   const Integer columns = arguments.count() > 1 ? arguments.whole(1, 0, kLargestSize) : 1;
   Array result = make_array(std::size_t(rows), std::size_t(columns));
   Progress progress("drawing numbers", double(size(result)));
+  const tesk2mp::Digits digits(evaluation.digits);
   std::generate_n(result.data(), size(result), [&] {
     progress.advance();
-    return Complex(state.random());
+    return Complex(evaluation.state.random());
   });
-  return {result};
+  return {Known(std::move(result))};
 }
 
 Values seed(State& state, const Arguments& arguments) {
@@ -139,7 +195,9 @@ DenseMatrix dense_matrix(const Array& a, const std::string& source) {
   return is_real(a) ? DenseMatrix{source, real_array(a)} : DenseMatrix{source, a};
 }
 
+// With all digits that the file has.
 Values load(State& /*state*/, const Arguments& arguments) {
+  const tesk2mp::Digits digits(int{kMostDigits});
   const DenseMatrix matrix = read_dense_matrix(arguments.text(0));
   return {std::visit([](const auto& a) { return as_array(a); }, matrix.elements)};
 }
@@ -190,18 +248,18 @@ Values plot(State& /*state*/, const Arguments& arguments) {
 }
 
 constexpr auto kOtherFunctions = std::to_array<Function>({
-    {"fft", "x", "z", "z_k = 1/sqrt(N) sum x_j exp(-2 pi i j k/N)", 1, 1, fft},
-    {"ifft", "z", "x", "the inverse of fft", 1, 1, ifft},
-    {"fft2", "A", "Z", "the transform of a matrix in both dimensions", 1, 1, fft2},
-    {"ifft2", "Z", "A", "the inverse of fft2", 1, 1, ifft2},
+    {"fft", "x", "z", "z_k = 1/sqrt(N) sum x_j exp(-2 pi i j k/N)", 1, 1, fft<tesk2mp::Direction::forward>},
+    {"ifft", "z", "x", "the inverse of fft", 1, 1, fft<tesk2mp::Direction::backward>},
+    {"fft2", "A", "Z", "the transform of a matrix in both dimensions", 1, 1, fft2<tesk2mp::Direction::forward>},
+    {"ifft2", "Z", "A", "the inverse of fft2", 1, 1, fft2<tesk2mp::Direction::backward>},
     {"zeros", "c", "z", "zeros of the polynomial c(1) z^n + ... + c(n + 1)", 1, 1, zeros},
     {"polyval", "c, x", "y", "the polynomial's values", 2, 2, polyval},
     {"random", "[rows [, columns]]", "A", "random numbers on (0, 1), random to the last digit", 0, 2, random},
-    {"seed", "generator [, s1, s2, s3, s4]", "", "start one of the generators 0 to 273 anew", 1, 5, seed},
-    {"load", "\"file\"", "A", "a matrix from a file: Matrix Market, CSV, JSON", 1, 1, load},
-    {"save", "A, \"file\"", "", "write to a file that ends in .mtx, .csv or .json", 2, 2, save},
+    {"seed", "generator [, s1, s2, s3, s4]", "", "start one of the generators 0 to 273 anew", 1, 5, plain<seed>},
+    {"load", "\"file\"", "A", "a matrix from a file: Matrix Market, CSV, JSON", 1, 1, plain<load>},
+    {"save", "A, \"file\"", "", "write to a file that ends in .mtx, .csv or .json", 2, 2, plain<save>},
     {"plot", "[x,] y, \"file\"", "", "draw a vector, complex numbers in the plane, or the magnitudes of a matrix", 2, 3,
-     plot},
+     plain<plot>},
 });
 
 }  // namespace

@@ -280,23 +280,15 @@ std::vector<Known> Interpreter::call(const Node& node) {
       return {found->second.value};
     }
   }
-  std::vector<Known> arguments;
+  Knowns values;
   for (const Node& child : node.children) {
-    arguments.push_back(evaluate(child));
+    values.push_back(evaluate(child));
   }
+  const Arguments arguments(std::move(values));
   return at_place(node, [&] {
-    Evaluation evaluation{"", recipe_ != nullptr ? recipe_->asked : QuarnDigits(), is_last_};
-    std::vector<Known> results;
+    Evaluation evaluation{state_, function->name, recipe_ != nullptr ? recipe_->asked : QuarnDigits(), is_last_};
     const auto drawn = state_.random.state();
-    if (gives_data(*function)) {
-      // With the digits asked for; of a file with all that it has.
-      const tesk2mp::Digits digits(function->name == std::string("load") ? int(kMostDigits) : evaluation.digits);
-      for (Value& value : function->apply(state_, plain(arguments))) {
-        results.emplace_back(std::move(value));
-      }
-    } else {
-      results = apply(*function, state_, arguments, evaluation);
-    }
+    Knowns results = function->apply(evaluation, arguments);
     if (recipe_ != nullptr) {
       if (!evaluation.unproven.empty()) {
         recipe_->unproven = evaluation.unproven;
@@ -312,38 +304,39 @@ std::vector<Known> Interpreter::call(const Node& node) {
   });
 }
 
+Interpreter::Places Interpreter::element_places(const Node& node, const Array& array) {
+  if (node.children.size() == 1) {
+    std::vector<std::size_t> elements = indices(node.children[0], size(array));
+    const std::size_t count = elements.size();
+    const bool is_row = array.rows() == 1 && array.columns() != 1;
+    return {std::move(elements), is_row ? 1 : count, is_row ? count : 1};
+  }
+  if (node.children.size() != 2) {
+    throw Fault(node.at, "an element has one index or two");
+  }
+  const std::vector<std::size_t> rows = indices(node.children[0], array.rows());
+  const std::vector<std::size_t> columns = indices(node.children[1], array.columns());
+  Places places{{}, rows.size(), columns.size()};
+  for (const std::size_t j : columns) {
+    for (const std::size_t i : rows) {
+      places.elements.push_back(i + j * array.rows());
+    }
+  }
+  return places;
+}
+
 Known Interpreter::indexed(const Node& node, const Known& variable) {
   const auto* array = std::get_if<Array>(&variable.value);
   if (array == nullptr) {
     throw Fault(node.at, "'" + node.text + "' is a text");
   }
-  std::vector<std::size_t> places;
-  std::size_t height = 0;
-  std::size_t width = 1;
-  if (node.children.size() == 1) {
-    places = indices(node.children[0], size(*array));
-    const bool row = array->rows() == 1 && array->columns() != 1;
-    height = row ? 1 : places.size();
-    width = row ? places.size() : 1;
-  } else if (node.children.size() == 2) {
-    const std::vector<std::size_t> rows = indices(node.children[0], array->rows());
-    const std::vector<std::size_t> columns = indices(node.children[1], array->columns());
-    height = rows.size();
-    width = columns.size();
-    for (const std::size_t j : columns) {
-      for (const std::size_t i : rows) {
-        places.push_back(i + j * array->rows());
-      }
-    }
-  } else {
-    throw Fault(node.at, "an element has one index or two");
-  }
-  Array values = make_array(height, width);
-  std::vector<PartErrors> errors(variable.is_exact() ? 0 : places.size());
-  for (std::size_t k = 0; k < places.size(); ++k) {
-    values.data()[k] = array->data()[places[k]];
+  const Places places = element_places(node, *array);
+  Array values = make_array(places.rows, places.columns);
+  std::vector<PartErrors> errors(variable.is_exact() ? 0 : size(values));
+  for (std::size_t k = 0; k < size(values); ++k) {
+    values.data()[k] = array->data()[places.elements[k]];
     if (!errors.empty()) {
-      errors[k] = variable.errors[places[k]];
+      errors[k] = variable.errors[places.elements[k]];
     }
   }
   return {std::move(values), std::move(errors)};
@@ -352,19 +345,7 @@ Known Interpreter::indexed(const Node& node, const Known& variable) {
 Known Interpreter::replaced(const Node& target, const Known& before, const Known& source) {
   const Array& given = before.array();
   const Array& elements = source.array();
-  std::vector<std::size_t> places;
-  if (target.children.size() == 1) {
-    places = indices(target.children[0], size(given));
-  } else if (target.children.size() == 2) {
-    const std::vector<std::size_t> rows = indices(target.children[0], given.rows());
-    for (const std::size_t j : indices(target.children[1], given.columns())) {
-      for (const std::size_t i : rows) {
-        places.push_back(i + j * given.rows());
-      }
-    }
-  } else {
-    throw Fault(target.at, "an element has one index or two");
-  }
+  const std::vector<std::size_t> places = element_places(target, given).elements;
   if (!is_number(elements) && size(elements) != places.size()) {
     throw Fault(target.at, std::to_string(places.size()) + " elements cannot take " + shape(elements));
   }

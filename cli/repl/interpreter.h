@@ -8,7 +8,6 @@
 
 #include "cli/repl/functions.h"
 #include "cli/repl/parser.h"
-#include "cli/repl/proofs.h"
 #include "cli/repl/recipe.h"
 
 namespace cli::repl {
@@ -51,8 +50,8 @@ class Interpreter {
   /// Raises the digits until those asked for are proven, or a limit is met; returns how many are.
   std::int64_t prove(Recipe& recipe, const std::vector<std::size_t>& places);
   /// The same with a text about what is not proven.
-  std::string shown_proven(const std::vector<std::pair<std::string, Variable>>& values);
-  std::string shown_estimate(const std::vector<std::pair<std::string, Variable>>& values);
+  std::string shown_proven(const NamedValues& values);
+  std::string shown_estimate(const NamedValues& values);
   /// Of a call that has an effect and no value: the arguments are proven, then rounded.
   void run_effect(const Node& call, const Function& function);
   int first_digits() const;
@@ -66,6 +65,13 @@ class Interpreter {
   Integer range_length(const Node& node, const BoundedReal& distance) const;
   Known matrix(const Node& node);
   std::vector<Known> call(const Node& node);
+  /// What indices name, column by column, and the shape that it has.
+  struct Places {
+    std::vector<std::size_t> elements;
+    std::size_t rows;
+    std::size_t columns;
+  };
+  Places element_places(const Node& node, const Array& array);
   Known indexed(const Node& node, const Known& variable);
   Known replaced(const Node& target, const Known& before, const Known& source);
   std::vector<std::size_t> indices(const Node& node, std::size_t size);

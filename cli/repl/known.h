@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "cli/repl/value.h"
+#include "cli/system/progress.h"
 #include "tesk2mp/proven_sums.hpp"
 
 namespace cli::repl {
@@ -45,6 +46,7 @@ struct Known {
 
 Number element(const Known& a, std::size_t k);
 Known known(std::size_t rows, std::size_t columns, const std::vector<Number>& elements);
+std::vector<Number> numbers(const Known& a);
 Known known(const Number& number);
 Number as_number(const BoundedReal& x);
 Number as_number(const BoundedComplex& z);
@@ -93,6 +95,8 @@ Number multiply(const Number& a, const Number& b);
 Number divide(const Number& a, const Number& b);
 Number power(const Number& a, const Number& b);
 Number negative(const Number& a);
+Number conjugate(const Number& z);
+Number total(const std::vector<Number>& all);
 /// |z|
 BoundedReal modulus(const Number& z);
 
@@ -102,12 +106,31 @@ Known mapped(const Known& a, const Map& map) {
   const Array& values = a.array(0);
   std::vector<Number> elements;
   elements.reserve(size(values));
+  Progress progress("evaluating", double(size(values)));
   for (std::size_t k = 0; k < size(values); ++k) {
+    progress.advance();
     elements.push_back(map(element(a, k)));
   }
   return known(values.rows(), values.columns(), elements);
 }
-/// The same of two arrays; one number meets every element of the other. Throws Unfit.
+/// Have they one shape, or is one of them a number?
+bool are_paired(const Array& a, const Array& b);
+/// The same of two arrays that are paired; one number meets every element of the other.
+template <class Operation>
+Known pairwise(const Known& a, const Known& b, const Operation& operation) {
+  const bool one_a = is_number(a.array());
+  const bool one_b = is_number(b.array());
+  const Array& shape = one_a ? b.array() : a.array();
+  std::vector<Number> elements;
+  elements.reserve(size(shape));
+  Progress progress("evaluating", double(size(shape)));
+  for (std::size_t k = 0; k < size(shape); ++k) {
+    progress.advance();
+    elements.push_back(operation(element(a, one_a ? 0 : k), element(b, one_b ? 0 : k)));
+  }
+  return known(shape.rows(), shape.columns(), elements);
+}
+/// The same with a check: throws Unfit.
 Known elementwise(const char* what, Number (*operation)(const Number&, const Number&), const Known& a, const Known& b);
 
 Known operate(const std::string& sign, const Known& a, const Known& b);

@@ -1,12 +1,11 @@
-// Functions of numbers with bounds.
+#include "cli/repl/proofs_elementary.h"
+
 #include <algorithm>
 #include <array>
 #include <optional>
 #include <string_view>
 
 #include "cli/repl/fault.h"
-#include "cli/repl/proofs.h"
-#include "quarn/function_table.h"
 #include "tesk2mp/proven_table.hpp"
 #include "tesk2mp/util.hpp"
 
@@ -64,6 +63,8 @@ bool is_overflow(const Number& z, const Complex& result) {
   const bool is_unit = (y == 0 && fabs(x) == 1) || (x == 0 && fabs(y) == 1);
   return !is_unit && !(x == 0 && y == 0);
 }
+
+}  // namespace
 
 Number function_value(const quarn::NamedFunction1& f, const Number& z, Evaluation& evaluation) {
   const proven::NamedFunction* proof = proven::find_function(f.name);
@@ -123,6 +124,8 @@ Number function_value(const quarn::NamedFunction1& f, const Number& z, Evaluatio
   return as_number(isfinite(result.value) ? result : proven::exact(result.value));
 }
 
+namespace {
+
 BoundedReal real_argument(const Number& z, int place) {
   return z.is_real() ? z.re : throw Unfit("real numbers are needed here", place);
 }
@@ -140,6 +143,8 @@ bool is_exact_result(std::string_view name, const QuarnFloat& x, const QuarnFloa
   return isnan(result) || (isinf(result) && (!are_finite || has_zero));
 }
 
+}  // namespace
+
 Number function_value(const quarn::NamedFunction2& f, const Number& z, const Number& w, Evaluation& evaluation) {
   const std::string_view name = f.name;
   if (name == "pow") {
@@ -149,7 +154,7 @@ Number function_value(const quarn::NamedFunction2& f, const Number& z, const Num
   const BoundedReal y = real_argument(w, 1);
   if (z.is_exact() && w.is_exact()) {
     if (name == "binomial") {
-      const QuarnFloat value = exact_binomial(x.value, y.value).re;
+      const QuarnFloat value = exact_binomial(x.value, y.value);
       const bool whole = ::trunc(x.value) == x.value && ::trunc(y.value) == y.value && ilogb(value) < kMostExactDigits;
       return as_number(whole ? proven::exact(value) : proven::detail::once_rounded(value, QuarnBound()));
     }
@@ -174,52 +179,6 @@ Number function_value(const quarn::NamedFunction2& f, const Number& z, const Num
   }
   evaluation.unproven = f.name;
   return as_number(proven::exact(f.apply(x.value, y.value)));
-}
-
-}  // namespace
-
-bool apply_to_elements(const std::string& name, const Knowns& arguments, Evaluation& evaluation, Known& result) {
-  const std::string plain = name == "mod" ? "fmod" : name;
-  if (name == "abs" || name == "re" || name == "im" || name == "conj" || name == "arg") {
-    result = mapped(arguments[0], [&](const Number& z) {
-      if (name == "abs") {
-        return as_number(modulus(z));
-      }
-      if (name == "arg") {
-        return as_number(proven::atan2(z.im, z.re));
-      }
-      return name == "re" ? as_number(z.re) : name == "im" ? as_number(z.im) : Number{z.re, z.is_real() ? z.im : -z.im};
-    });
-    return true;
-  }
-  if (arguments.size() == 1) {
-    for (const quarn::NamedFunction1& f : quarn::functions_of_one()) {
-      if (plain == f.name && plain != "factorial") {
-        result = mapped(arguments[0], [&](const Number& z) { return function_value(f, z, evaluation); });
-        return true;
-      }
-    }
-    return false;
-  }
-  for (const quarn::NamedFunction2& f : quarn::functions_of_two()) {
-    if (arguments.size() != 2 || plain != f.name) {
-      continue;
-    }
-    const Array& a = arguments[0].array(0);
-    const Array& b = arguments[1].array(1);
-    if (!is_number(a) && !is_number(b) && (a.rows() != b.rows() || a.columns() != b.columns())) {
-      throw Unfit("as many numbers as in the first argument are needed here, or one", 1);
-    }
-    const Array& larger = is_number(a) ? b : a;
-    std::vector<Number> elements;
-    for (std::size_t k = 0; k < size(larger); ++k) {
-      elements.push_back(function_value(f, element(arguments[0], is_number(a) ? 0 : k),
-                                        element(arguments[1], is_number(b) ? 0 : k), evaluation));
-    }
-    result = known(larger.rows(), larger.columns(), elements);
-    return true;
-  }
-  return false;
 }
 
 }  // namespace cli::repl

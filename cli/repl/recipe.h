@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cli/repl/known.h"
@@ -14,6 +15,9 @@ namespace cli::repl {
 
 struct Recipe;
 
+/// Working digits beyond those that are wanted.
+constexpr int kSpareDigits = 10;
+
 /// One of the results of a recipe.
 struct Variable {
   std::shared_ptr<Recipe> recipe;
@@ -22,6 +26,7 @@ struct Variable {
   const Known& value() const;
 };
 using Variables = std::map<std::string, Variable>;
+using NamedValues = std::vector<std::pair<std::string, Variable>>;
 
 /// What is read once, and what in it has no proof.
 struct Datum {

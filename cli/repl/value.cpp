@@ -5,7 +5,6 @@
 #include "cli/io/number_text.h"
 #include "cli/io/result.h"
 #include "cli/system/memory.h"
-#include "cli/system/progress.h"
 #include "quarn/complex.h"
 #include "quarn/functions.h"
 
@@ -13,83 +12,8 @@ namespace cli::repl {
 
 namespace {
 
-using Operation = Complex (*)(const Complex&, const Complex&);
-
-// An array of one element goes with every element of the other.
-Array elementwise(const char* what, Operation operation, const Array& a, const Array& b) {
-  const bool same = a.rows() == b.rows() && a.columns() == b.columns();
-  if (!same && !is_number(a) && !is_number(b)) {
-    throw Unfit("cannot " + std::string(what) + " " + shape(a) + " and " + shape(b));
-  }
-  const Array& larger = is_number(a) ? b : a;
-  Array result = make_array(larger.rows(), larger.columns());
-  Progress progress("evaluating", double(size(larger)));
-  for (std::size_t k = 0; k < size(larger); ++k) {
-    progress.advance();
-    result.data()[k] = operation(a.data()[is_number(a) ? 0 : k], b.data()[is_number(b) ? 0 : k]);
-  }
-  return result;
-}
-
-// However long.
-bool is_whole(const QuarnFloat& x) {
-  const tesk2mp::Digits digits(kMostExactDigits);
-  return isfinite(x) && trunc(x) == x;
-}
-
 // The decimal digits before the point.
 Integer places_of(const QuarnFloat& x) { return FloatToInt(floor(log10(fabs(x)))) + 1; }
-
-// A result of whole numbers that is longer than the working digits, once more with as many digits as it has.
-template <class Operate>
-Complex exact_if_whole(const Operate& operate, const QuarnFloat& a, const QuarnFloat& b) {
-  QuarnFloat result = operate(a, b);
-  if (!isfinite(result) || fabs(result) < QuarnFloat(1, QuarnDigits()) || !is_whole(a) || !is_whole(b)) {
-    return result;
-  }
-  const Integer places = places_of(result) + 1;
-  if (places > kMostExactDigits) {
-    return result;
-  }
-  const tesk2mp::Digits digits(std::max(int(places), QuarnDigits()));
-  return operate(a, b);
-}
-
-// Real numbers keep out of complex arithmetic, where 0 times infinity would spoil them.
-Complex sum(const Complex& a, const Complex& b) {
-  return repl::is_real(a) && repl::is_real(b)
-             ? exact_if_whole([](const auto& x, const auto& y) { return x + y; }, a.re, b.re)
-             : a + b;
-}
-Complex difference(const Complex& a, const Complex& b) {
-  return repl::is_real(a) && repl::is_real(b)
-             ? exact_if_whole([](const auto& x, const auto& y) { return x - y; }, a.re, b.re)
-             : a - b;
-}
-Complex product(const Complex& a, const Complex& b) {
-  if (repl::is_real(a) && repl::is_real(b)) {
-    return exact_if_whole([](const auto& x, const auto& y) { return x * y; }, a.re, b.re);
-  }
-  return repl::is_real(a)   ? Complex(a.re * b.re, a.re * b.im)
-         : repl::is_real(b) ? Complex(a.re * b.re, a.im * b.re)
-                            : a * b;
-}
-Complex quotient(const Complex& a, const Complex& b) {
-  if (repl::is_real(a) && repl::is_real(b)) {
-    const Complex exact = exact_if_whole([](const auto& x, const auto& y) { return x / y; }, a.re, b.re);
-    return is_whole(exact.re) && product(exact, b) == a ? exact : Complex(a.re / b.re);
-  }
-  return repl::is_real(b) ? Complex(a.re / b.re, repl::is_real(a) ? QuarnFloat() : a.im / b.re) : a / b;
-}
-
-Complex power(const Complex& a, const Complex& b) {
-  if (repl::is_real(a) && repl::is_real(b) && b.re > 0) {
-    if (a.re >= 0 || is_whole(b.re)) {
-      return exact_if_whole([](const auto& x, const auto& y) { return pow(x, y); }, a.re, b.re);
-    }
-  }
-  return quarn::pow(a, b);
-}
 
 // from (from + 1) ... to, by halves.
 QuarnFloat whole_product(Integer from, Integer to) {
@@ -102,50 +26,6 @@ QuarnFloat whole_product(Integer from, Integer to) {
   }
   const Integer middle = from + (to - from) / 2;
   return whole_product(from, middle) * whole_product(middle + 1, to);
-}
-
-Array matrix_product(const Array& a, const Array& b) {
-  if (a.columns() != b.rows()) {
-    throw Unfit("cannot multiply " + shape(a) + " by " + shape(b) + "; .* multiplies element by element");
-  }
-  const bool real = is_real(a) && is_real(b);
-  const Progress progress =
-      Progress::estimated("multiplying", double(a.rows()) * double(size(b)) * (real ? 1 : kComplexCost));
-  if (real) {
-    return complex_array(tesk2mp::multiply(real_array(a), real_array(b)));
-  }
-  return tesk2mp::multiply(a, b);
-}
-
-Array solution(const Array& a, const Array& b) {
-  if (a.rows() != a.columns() || b.rows() != a.rows()) {
-    throw Unfit("cannot solve a system of " + shape(a) + " with right-hand sides of " + shape(b));
-  }
-  const bool real = is_real(a) && is_real(b);
-  const Progress progress =
-      Progress::estimated("solving", factorisation_cost(double(a.rows()), !real) +
-                                         double(a.rows()) * double(size(b)) * (real ? 1 : kComplexCost));
-  if (real) {
-    return complex_array(tesk2mp::solve(real_array(a), real_array(b)));
-  }
-  return tesk2mp::solve(a, b);
-}
-
-Array matrix_power(const Array& a, const Array& b) {
-  constexpr Integer kLargest = 1'000'000;
-  const Complex exponent = is_number(b) ? b(0, 0) : Complex(0.5);
-  if (a.rows() != a.columns() || !repl::is_real(exponent) || trunc(exponent.re) != exponent.re ||
-      fabs(exponent.re) > kLargest) {
-    throw Unfit("a square matrix has whole powers alone; .^ takes powers element by element");
-  }
-  Array result = complex_array(RealArray::identity(a.rows()));
-  const Array base = exponent.re < 0 ? solution(a, result) : a;
-  const Integer power = FloatToInt(fabs(exponent.re));
-  for (Integer bit = 1 << 20; bit > 0; bit >>= 1) {
-    result = matrix_product(result, result);
-    result = (power & bit) != 0 ? matrix_product(result, base) : result;
-  }
-  return result;
 }
 
 // A zero's sign says nothing to a reader.
@@ -200,6 +80,11 @@ std::vector<std::vector<std::string>> columns_of(const Array& a, const std::vect
 }
 
 }  // namespace
+
+bool is_whole_number(const QuarnFloat& x) {
+  const tesk2mp::Digits digits(kMostExactDigits);
+  return isfinite(x) && trunc(x) == x;
+}
 
 Array make_array(std::size_t rows, std::size_t columns) {
   require_memory(2 * double(rows) * double(columns),
@@ -259,36 +144,6 @@ Array complex_array(const RealArray& a) {
   return result;
 }
 
-Array operate(const std::string& sign, const Array& a, const Array& b) {
-  const bool numbers = is_number(a) || is_number(b);
-  if (sign == "+") {
-    return elementwise("add", sum, a, b);
-  }
-  if (sign == "-") {
-    return elementwise("subtract", difference, a, b);
-  }
-  if (sign == ".*" || (sign == "*" && numbers)) {
-    return elementwise("multiply", product, a, b);
-  }
-  if (sign == "./" || (sign == "/" && is_number(b))) {
-    return elementwise("divide", quotient, a, b);
-  }
-  if (sign == ".^" || (sign == "^" && is_number(a) && is_number(b))) {
-    return elementwise("raise", power, a, b);
-  }
-  if (sign == "*") {
-    return matrix_product(a, b);
-  }
-  if (sign == "\\") {
-    return is_number(a) ? elementwise("divide", quotient, b, a) : solution(a, b);
-  }
-  if (sign == "^") {
-    return matrix_power(a, b);
-  }
-  // X / A solves X A = B: the transposes have the usual order.
-  return conjugate_transpose(solution(conjugate_transpose(b), conjugate_transpose(a)));
-}
-
 Array negative(const Array& a) {
   Array result = a;
   std::transform(a.data(), a.data() + size(a), result.data(),
@@ -306,18 +161,25 @@ Array conjugate_transpose(const Array& a) {
   return result;
 }
 
-Complex exact_binomial(const QuarnFloat& n, const QuarnFloat& k) {
-  return exact_if_whole([](const auto& x, const auto& y) { return binomial(x, y); }, n, k);
+QuarnFloat exact_binomial(const QuarnFloat& n, const QuarnFloat& k) {
+  QuarnFloat result = binomial(n, k);
+  if (!isfinite(result) || fabs(result) < QuarnFloat(1, QuarnDigits()) || !is_whole_number(n) || !is_whole_number(k)) {
+    return result;
+  }
+  const Integer places = places_of(result) + 1;
+  if (places > kMostExactDigits) {
+    return result;
+  }
+  const tesk2mp::Digits digits(std::max(int(places), QuarnDigits()));
+  return binomial(n, k);
 }
-
-Complex added(const Complex& a, const Complex& b) { return sum(a, b); }
 
 Array factorial(const Array& a) {
   constexpr Integer kLargest = 1'000'000;
   Array result = make_array(a.rows(), a.columns());
   for (std::size_t k = 0; k < size(a); ++k) {
     const Complex& value = a.data()[k];
-    if (!is_real(value) || !is_whole(value.re) || value.re < 0 || value.re > kLargest) {
+    if (!is_real(value) || !is_whole_number(value.re) || value.re < 0 || value.re > kLargest) {
       throw Unfit("factorials are of whole numbers from 0 to " + std::to_string(kLargest));
     }
     const Integer n = FloatToInt(value.re);
@@ -340,7 +202,7 @@ std::string number_text(const Complex& value) {
   std::string text = complex_text(plain);
   const std::size_t mark = text.find("e+");
   const std::size_t digits = mark == std::string::npos ? 0 : mark - (text[0] == '-' ? 1 : 0);
-  if (!is_real(plain) || digits <= std::size_t(QuarnDigits()) + 1 || !is_whole(plain.re) ||
+  if (!is_real(plain) || digits <= std::size_t(QuarnDigits()) + 1 || !is_whole_number(plain.re) ||
       std::size_t(places_of(plain.re)) > 2 * digits) {
     return text;
   }

@@ -39,6 +39,8 @@ inline bool is_number(const Array& a) { return size(a) == 1; }
 inline bool is_vector(const Array& a) { return size(a) > 0 && (a.rows() == 1 || a.columns() == 1); }
 bool is_real(const Array& a);
 inline bool is_real(const Complex& z) { return z.im == 0; }
+/// However long.
+bool is_whole_number(const QuarnFloat& x);
 /// "2 by 3"
 std::string shape(const Array& a);
 
@@ -52,18 +54,13 @@ inline Array as_array(Array a) { return a; }
 /// The elements with another shape of as many.
 Array reshaped(const std::vector<Complex>& values, std::size_t rows, std::size_t columns);
 
-/// sign: + - * / \ ^ .* ./ .^ of two arrays. Throws Unfit. Whole numbers give whole numbers of up to kMostExactDigits
-/// digits exactly, whatever the working digits.
-Array operate(const std::string& sign, const Array& a, const Array& b);
 Array negative(const Array& a);
 Array conjugate_transpose(const Array& a);
 
-/// The sum of two numbers, by the same rule.
-Complex added(const Complex& a, const Complex& b);
-
 /// n! of each element: a whole number from 0.
 Array factorial(const Array& a);
-Complex exact_binomial(const QuarnFloat& n, const QuarnFloat& k);
+/// Of whole numbers exact up to kMostExactDigits digits, whatever the working digits.
+QuarnFloat exact_binomial(const QuarnFloat& n, const QuarnFloat& k);
 
 /// A number as it is shown and can be read again.
 std::string number_text(const Complex& value);

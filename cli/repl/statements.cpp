@@ -1,0 +1,216 @@
+// Statements: what they assign, and their results with the digits that are proven.
+#include <algorithm>
+#include <limits>
+#include <set>
+
+#include "cli/commands/command.h"
+#include "cli/repl/fault.h"
+#include "cli/repl/interpreter.h"
+
+namespace cli::repl {
+
+namespace {
+
+using Kind = Node::Kind;
+
+std::vector<std::string> names_in(const std::string& list) {
+  std::vector<std::string> names;
+  for (std::size_t at = 0; at < list.size();) {
+    const std::size_t end = std::min(list.find(", ", at), list.size());
+    names.push_back(list.substr(at, end - at));
+    at = end + 2;
+  }
+  return names;
+}
+
+// Does it need something without a proof that a second computation leaves as it is?
+bool keeps_unproven(const Recipe& recipe, std::set<const Recipe*>& seen) {
+  if (!seen.insert(&recipe).second) {
+    return false;
+  }
+  const auto is_marked = [](const auto& each) { return !each.second.unproven.empty(); };
+  return (recipe.is_fixed && !recipe.unproven.empty()) ||
+         std::any_of(recipe.data.begin(), recipe.data.end(), is_marked) ||
+         (recipe.source.recipe != nullptr && keeps_unproven(*recipe.source.recipe, seen)) ||
+         std::any_of(recipe.environment.begin(), recipe.environment.end(),
+                     [&](const auto& each) { return keeps_unproven(*each.second.recipe, seen); });
+}
+
+std::string digit_count(std::int64_t digits) { return std::to_string(std::max<std::int64_t>(0, digits)); }
+
+// How many digits of all elements two computations have in common.
+std::int64_t common_digits(const Known& a, const Known& b) {
+  const auto* left = std::get_if<Array>(&a.value);
+  const auto* right = std::get_if<Array>(&b.value);
+  if (left == nullptr || right == nullptr) {
+    return proven::kAllDigits;
+  }
+  if (left->rows() != right->rows() || left->columns() != right->columns()) {
+    return 0;
+  }
+  std::int64_t digits = proven::kAllDigits;
+  int largest = std::numeric_limits<int>::min();
+  for (std::size_t k = 0; k < size(*right); ++k) {
+    const Complex& z = right->data()[k];
+    largest = std::max({largest, ilogb(z.re), ilogb(z.im)});
+  }
+  for (std::size_t k = 0; k < size(*right); ++k) {
+    const Complex& x = left->data()[k];
+    const Complex& y = right->data()[k];
+    for (const auto& [first, second] : {std::pair(&x.re, &y.re), std::pair(&x.im, &y.im)}) {
+      const QuarnFloat difference = *first - *second;
+      if (difference != 0 && !(isnan(*first) && isnan(*second))) {
+        digits = std::min<std::int64_t>(digits, std::int64_t(largest) - ilogb(difference) - 1);
+      }
+    }
+  }
+  return digits;
+}
+
+}  // namespace
+
+std::string Interpreter::run(const Statement& statement) {
+  if (!statement.command.empty()) {
+    return run_command(statement);
+  }
+  if (statement.value.kind == Kind::call && variables_.find(statement.value.text) == variables_.end()) {
+    const Function* function = find_function(statement.value.text);
+    if (function != nullptr && has_effect(*function)) {
+      run_effect(statement.value, *function);
+      if (!statement.targets.empty()) {
+        throw Fault(statement.targets.front().at, "there is no value to assign");
+      }
+      return "";
+    }
+  }
+  const std::shared_ptr<Recipe> recipe = made(statement.value);
+  if (!statement.targets.empty()) {
+    const std::vector<Variable> assigned = assign(statement, recipe);
+    NamedValues values;
+    for (std::size_t k = 0; k < assigned.size(); ++k) {
+      values.emplace_back(statement.targets[k].text, assigned[k]);
+    }
+    return statement.silent ? "" : shown_proven(values);
+  }
+  variables_["ans"] = {recipe, 0};
+  return statement.silent ? "" : text_of(statement, recipe);
+}
+
+std::vector<Variable> Interpreter::assign(const Statement& statement, const std::shared_ptr<Recipe>& recipe) {
+  const std::vector<Known>& values = recipe->results;
+  if (values.size() < statement.targets.size()) {
+    const std::string reason = values.empty()       ? "there is no value to assign"
+                               : values.size() == 1 ? "there is only 1 value"
+                                                    : "there are only " + std::to_string(values.size()) + " values";
+    throw Fault(statement.targets[values.size()].at, reason);
+  }
+  std::vector<Variable> assigned;
+  for (std::size_t k = 0; k < statement.targets.size(); ++k) {
+    const Node& target = statement.targets[k];
+    assigned.push_back(target.kind == Kind::name ? Variable{recipe, k}
+                                                 : assigned_elements(target, Variable{recipe, k}));
+    variables_[target.text] = assigned.back();
+  }
+  return assigned;
+}
+
+std::string Interpreter::shown_proven(const NamedValues& values) {
+  std::string text;
+  std::string note;
+  std::int64_t fewest = QuarnDigits();
+  for (const auto& [name, variable] : values) {
+    Recipe& recipe = *variable.recipe;
+    const std::int64_t digits = prove(recipe, {variable.place});
+    if (!recipe.unproven.empty()) {
+      return shown_estimate(values);
+    }
+    const bool once = limits_.once > 0;
+    const Known& value = variable.value();
+    text += once && std::holds_alternative<Array>(value.value)
+                ? shown(name, Known(rounded_values(value)), QuarnDigits())
+                : shown(name, value, digits);
+    if (digits < fewest) {
+      fewest = digits;
+      note = once ? "# about " + digit_count(digits) + " digits are true (estimate by error bounds)\n"
+                  : "# " + digit_count(digits) + " of " + std::to_string(QuarnDigits()) + " digits are proven with " +
+                        std::to_string(recipe.digits) + " working digits\n";
+    }
+  }
+  return text + note;
+}
+
+// What has no proof is computed a second time, with more digits.
+std::string Interpreter::shown_estimate(const NamedValues& values) {
+  std::string text;
+  std::string unproven;
+  std::int64_t fewest = QuarnDigits();
+  bool is_compared = limits_.once == 0;
+  for (const auto& [name, variable] : values) {
+    Recipe& recipe = *variable.recipe;
+    unproven = recipe.unproven.empty() ? unproven : recipe.unproven;
+    const Known first = variable.value();
+    if (limits_.once == 0 && !recipe.is_fixed) {
+      // More than it has been computed with, also where it is shown again.
+      const Integer more = std::max(2 * Integer(QuarnDigits()) + 3 * kSpareDigits,
+                                    Integer(recipe.digits) + QuarnDigits() + kSpareDigits);
+      evaluate_decided(recipe, int(std::min<Integer>(more, kMostDigits)));
+    }
+    std::set<const Recipe*> seen;
+    is_compared = is_compared && !keeps_unproven(recipe, seen);
+    const std::int64_t digits = std::min<std::int64_t>(common_digits(first, variable.value()), QuarnDigits());
+    fewest = std::min(fewest, digits);
+    const tesk2mp::Digits scope(int(std::max<std::int64_t>(digits, 1)));
+    const Known& value = variable.value();
+    text += shown(name, std::holds_alternative<Array>(value.value) ? Known(rounded_values(value)) : value, digits);
+  }
+  return text + (is_compared
+                     ? "# about " + digit_count(fewest) +
+                           " digits are true (estimate by a second computation: " + unproven + " has no proof)\n"
+                     : "# not proven: " + unproven + " has no proof\n");
+}
+
+void Interpreter::run_effect(const Node& call, const Function& function) {
+  if (call.children.size() < function.least || call.children.size() > function.most) {
+    throw Fault(call.at, "it is called so: " + usage(function));
+  }
+  Knowns arguments;
+  for (const Node& child : call.children) {
+    const std::shared_ptr<Recipe> recipe = made(child);
+    const std::int64_t digits = prove(*recipe, {0});
+    if (digits <= 0) {
+      throw Fault(child.at, "no digit of this is proven");
+    }
+    const bool is_proven = recipe->unproven.empty();
+    const Known& value = recipe->results.at(0);
+    const bool is_text = std::holds_alternative<std::string>(value.value);
+    arguments.push_back(is_proven || is_text ? Known(proven_value(value, digits)) : Known(rounded_values(value)));
+    if (!is_proven) {
+      print_("# not proven: " + recipe->unproven + " has no proof\n");
+    } else if (digits < QuarnDigits()) {
+      print_("# rounded to " + std::to_string(digits) + " digits, those that are proven\n");
+    }
+  }
+  try {
+    Evaluation evaluation{state_, function.name};
+    function.apply(evaluation, Arguments(std::move(arguments)));
+  } catch (const Unfit& unfit) {
+    const auto argument = std::size_t(unfit.argument());
+    throw Fault(unfit.argument() >= 0 ? call.children.at(argument).at : call.at, unfit.what());
+  }
+}
+
+std::string Interpreter::text_of(const Statement& statement, const std::shared_ptr<Recipe>& recipe) {
+  std::vector<std::string> names = {"ans"};
+  if (statement.value.kind == Kind::name) {
+    names = {statement.value.text};
+  } else if (recipe->results.size() > 1) {
+    names = names_in(find_function(statement.value.text)->results);
+  }
+  NamedValues values;
+  for (std::size_t k = 0; k < recipe->results.size(); ++k) {
+    values.emplace_back(names[k], Variable{recipe, k});
+  }
+  return shown_proven(values);
+}
+
+}  // namespace cli::repl
