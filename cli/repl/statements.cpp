@@ -76,10 +76,10 @@ std::string Interpreter::run(const Statement& statement) {
   if (statement.value.kind == Kind::call && variables_.find(statement.value.text) == variables_.end()) {
     const Function* function = find_function(statement.value.text);
     if (function != nullptr && has_effect(*function)) {
-      run_effect(statement.value, *function);
       if (!statement.targets.empty()) {
         throw Fault(statement.targets.front().at, "there is no value to assign");
       }
+      run_effect(statement.value, *function);
       return "";
     }
   }
@@ -105,11 +105,19 @@ std::vector<Variable> Interpreter::assign(const Statement& statement, const std:
     throw Fault(statement.targets[values.size()].at, reason);
   }
   std::vector<Variable> assigned;
-  for (std::size_t k = 0; k < statement.targets.size(); ++k) {
-    const Node& target = statement.targets[k];
-    assigned.push_back(target.kind == Kind::name ? Variable{recipe, k}
-                                                 : assigned_elements(target, Variable{recipe, k}));
-    variables_[target.text] = assigned.back();
+  Variables before = statement.targets.size() > 1 ? variables_ : Variables();
+  try {
+    for (std::size_t k = 0; k < statement.targets.size(); ++k) {
+      const Node& target = statement.targets[k];
+      assigned.push_back(target.kind == Kind::name ? Variable{recipe, k}
+                                                   : assigned_elements(target, Variable{recipe, k}));
+      variables_[target.text] = assigned.back();
+    }
+  } catch (...) {
+    if (statement.targets.size() > 1) {
+      variables_.swap(before);
+    }
+    throw;
   }
   return assigned;
 }
