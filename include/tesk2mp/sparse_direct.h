@@ -16,6 +16,9 @@ typedef void (*QuarnComplexFactorStorage)(void* context, Integer count, Complex*
 
 /// @defgroup sparse_order order of elimination that fills little
 ///
+/// SPARSE_ORDER: from the pattern of A alone, by least degree, the order of its rows in which they are eliminated with
+/// few new entries.
+///
 /// @param[in] kind S: pivots stay on the diagonal, the pattern is that of A + A^T; one triangle is enough. R: rows are
 ///     eliminated, each with any of its columns as the pivot
 /// @param[in] n order of A, >= 1

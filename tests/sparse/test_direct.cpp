@@ -7,13 +7,14 @@
 #include <numeric>
 #include <vector>
 
-#include "sparse/entries.h"
+#include "sparse/samples.h"
 #include "src/kernels/scalar.h"
 #include "support/digits.h"
-#include "support/failing_new.h"
 #include "tesk2mp/suitesparse.hpp"
 #include "tesk2mp/tesk2mp.hpp"
 
+using samples::definite_sample;
+using samples::general_sample;
 using support::Digits;
 using support::Random;
 using tesk2mp::FillOf;
@@ -38,47 +39,6 @@ Full<T> full(const SparseMatrix<T>& a) {
     dense[all.row(k)][all.column(k)] = all.value(k);
   }
   return dense;
-}
-
-/// About three entries a row beside a diagonal that may be missing; sizes 10 to the power +-`spread`.
-template <class T>
-SparseMatrix<T> general_sample(Random& random, std::size_t n, int spread) {
-  SparseMatrix<T> a(n);
-  for (std::size_t i = 0; i < n; ++i) {
-    const auto value = [&] {
-      return entries::random_value<T>(random) * T(Real(1, Integer(random.between(-spread, spread))));
-    };
-    a.add(i, (i + 1) % n, value());
-    if (!random.once_in(3)) {
-      a.add(i, i, value());
-    }
-    for (int k = 0; k < 2; ++k) {
-      a.add(i, std::size_t(random.below(n)), value());
-    }
-  }
-  a.canonicalise(tesk2mp::Duplicates::sum, tesk2mp::Zeros::keep);
-  return a;
-}
-
-template <class T>
-SparseMatrix<T> definite_sample(Random& random, std::size_t n) {
-  SparseMatrix<T> a(n, Storage::lower_triangle);
-  for (std::size_t i = 0; i < n; ++i) {
-    for (int k = 0; k < 2 && i > 0; ++k) {
-      a.add(i, std::size_t(random.below(i)), entries::random_value<T>(random));
-    }
-  }
-  a.canonicalise();
-  std::vector<Real> sums(n, Real(1));
-  for (std::size_t k = 0; k < a.entries(); ++k) {
-    sums[a.row(k)] += tesk::magnitude(a.value(k));
-    sums[a.column(k)] += tesk::magnitude(a.value(k));
-  }
-  for (std::size_t i = 0; i < n; ++i) {
-    a.add(i, i, T(2 * sums[i]));
-  }
-  a.canonicalise();
-  return a;
 }
 
 /// The five-point Laplacian of a square, or with its left neighbours counting for more.
@@ -425,45 +385,4 @@ TEST_CASE("wrong arguments are named in their order, and the caller's arrays sta
   CHECK(order[0] == -7);
   CHECK(order_info("r", 2, 0) == 0);
   CHECK(is_permutation({std::size_t(order[0]) - 1, std::size_t(order[1]) - 1}));
-}
-
-TEST_CASE("when storage runs out at any place nothing is lost, of complete and incomplete factorisations") {
-  const Digits scope(200);  // numbers that take storage too
-  Random random;
-  const SparseMatrix<Real> a = general_sample<Real>(random, 12, 0);
-  const SparseMatrix<Real> triangle = definite_sample<Real>(random, 12);
-  tesk2mp::FillOptions fill;
-  fill.level = 1;
-  const auto sweep = [&](const auto& work) {
-    const std::vector<Real> expected = work();
-    long wrong = 0;
-    for (long k = 1;; k += 1 + k / 40) {
-      support::allocations.fail(k, random.once_in(2));
-      bool failed = false;
-      try {
-        work();
-      } catch (const std::bad_alloc&) {
-        failed = true;
-      }
-      const bool reached = support::allocations.count >= k;
-      support::allocations.stop_failing();
-      wrong += work() == expected ? 0 : 1;
-      if (!reached) {
-        CHECK(!failed);
-        break;
-      }
-    }
-    CHECK(wrong == 0);
-  };
-  const std::vector<Real> b(12, Real(1) / 3);
-  const auto solved = [&](const auto& factors) {
-    std::vector<Real> x = b;
-    factors.solve(std::span<Real>(x));
-    return x;
-  };
-  sweep([&] { return solved(SparseLU<Real>(a)); });
-  sweep([&] { return solved(SparseCholesky<Real>(triangle)); });
-  sweep([&] { return solved(tesk2mp::IncompleteLU<Real>(a, fill, tesk2mp::PivotSearch::both)); });
-  sweep([&] { return solved(tesk2mp::IncompleteLU<Real>(a, fill, tesk2mp::PivotSearch::least_fill)); });
-  sweep([&] { return solved(tesk2mp::IncompleteCholesky<Real>(triangle, fill)); });
 }
