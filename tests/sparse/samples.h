@@ -5,6 +5,7 @@
 
 #include "sparse/entries.h"
 #include "src/kernels/scalar.h"
+#include "tesk2mp/tesk2mp.hpp"
 
 namespace samples {
 
@@ -14,7 +15,7 @@ tesk2mp::SparseMatrix<T> general_sample(support::Random& random, std::size_t n, 
   tesk2mp::SparseMatrix<T> a(n);
   for (std::size_t i = 0; i < n; ++i) {
     const auto value = [&] {
-      return entries::random_value<T>(random) * T(Real(1, Integer(random.between(-spread, spread))));
+      return entries::random_value<T>(random) * T(tesk2mp::Real(1, Integer(random.between(-spread, spread))));
     };
     a.add(i, (i + 1) % n, value());
     if (!random.once_in(3)) {
@@ -37,7 +38,7 @@ tesk2mp::SparseMatrix<T> definite_sample(support::Random& random, std::size_t n)
     }
   }
   a.canonicalise();
-  std::vector<Real> sums(n, Real(1));
+  std::vector<tesk2mp::Real> sums(n, tesk2mp::Real(1));
   for (std::size_t k = 0; k < a.entries(); ++k) {
     sums[a.row(k)] += tesk::magnitude(a.value(k));
     sums[a.column(k)] += tesk::magnitude(a.value(k));

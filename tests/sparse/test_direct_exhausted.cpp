@@ -11,6 +11,7 @@
 
 using support::Digits;
 using support::Random;
+using tesk2mp::Real;
 using tesk2mp::SparseCholesky;
 using tesk2mp::SparseLU;
 using tesk2mp::SparseMatrix;
