@@ -259,35 +259,68 @@ TEST_CASE("at 50 digits CGS and TFQMR converge where they stall in double precis
   }
 }
 
+namespace {
+
+/// A problem of scipy_counts.py.
+struct Case {
+  const System* system;
+  Setup setup;
+  int theirs;  // iterations of SciPy to 1e-8 ||b||; 0: here to 1e-45 (||b|| + ||A|| ||x||)
+};
+
+void check_counts(const std::vector<Case>& cases) {
+  for (const Case& each : cases) {
+    const System& system = *each.system;
+    const int theirs = each.theirs;
+    Setup setup = each.setup;
+    setup.tol = QuarnFloat(theirs > 0 ? "1e-8" : "1e-45");
+    setup.anorm = theirs > 0 ? QuarnFloat("1e-200") : one_norm(system);
+    setup.maxitn = 3000;
+    const Numbers b = system.times(Numbers(std::size_t(system.n), QuarnFloat(1)));
+    Caller caller(system, setup, b);
+    caller.finish();
+    INFO(system.name, ", ", setup.method, " ", int(setup.m), ": ", int(caller.itn), " iterations, theirs ", theirs);
+    CHECK(caller.ifail == 0);
+    CHECK(relative_residual(system, caller.u, b) <= setup.tol * QuarnFloat("1.0001"));
+    if (theirs > 0) {
+      CHECK(caller.itn <= theirs + 2);
+    }
+  }
+}
+
+}  // namespace
+
+// What scipy_counts.py prints: where the true residual is 1e-8 ||b||, and of GMRES where it stops. MINRES stops at 118
+// and 34, by an estimate of ||r|| / (||A|| ||x||). GMRES restarted after 30 or 50 never ends on west0067, there or
+// here.
 TEST_CASE("at 50 digits no more iterations than SciPy in doubles, and all systems to 45 digits") {
   const support::Digits digits(50);
   const System stiffness = from_file("bcsstk01");
   const System laplacian = convection_diffusion(20, 0);
   const System convection = convection_diffusion(40, 32.8);
   const System column = from_file("west0067");
-  // Printed by scipy_counts.py: where the true residual is 1e-8 ||b||, and of GMRES where it stops. MINRES stops at 118
-  // and 34, by an estimate of ||r|| / (||A|| ||x||).
-  const struct {
-    const System* system;
-    Setup setup;
-    int theirs;
-  } cases[] = {{&stiffness, {"CG"}, 131},    {&stiffness, {"MINRES"}, 145},     {&laplacian, {"CG"}, 38},
-               {&laplacian, {"MINRES"}, 38}, {&laplacian, {"RGMRES", 30}, 40},  {&convection, {"RGMRES", 30}, 337},
-               {&stiffness, {"CG"}, 0},      {&stiffness, {"MINRES"}, 0},       {&laplacian, {"CG"}, 0},
-               {&laplacian, {"MINRES"}, 0},  {&convection, {"BICGSTAB", 2}, 0}, {&column, {"CGS"}, 0},
-               {&column, {"BICGSTAB", 2}, 0}};
-  for (const auto& each : cases) {
-    INFO(each.system->name, ", ", each.setup.method);
-    const Numbers b = each.system->times(Numbers(std::size_t(each.system->n), QuarnFloat(1)));
-    Setup setup = each.setup;
-    setup.tol = QuarnFloat(each.theirs > 0 ? "1e-8" : "1e-45");
-    setup.anorm = each.theirs > 0 ? QuarnFloat("1e-200") : one_norm(*each.system);
-    setup.maxitn = 3000;
-    Caller caller(*each.system, setup, b);
-    caller.finish();
-    CHECK(caller.ifail == 0);
-    if (each.theirs > 0) {
-      CHECK(caller.itn <= each.theirs);
-    }
+  std::vector<Case> cases = {
+      {&stiffness, {"CG"}, 131},          {&stiffness, {"MINRES"}, 145},   {&stiffness, {"RGMRES", 30}, 2589},
+      {&laplacian, {"CG"}, 38},           {&laplacian, {"MINRES"}, 38},    {&laplacian, {"RGMRES", 30}, 40},
+      {&convection, {"RGMRES", 30}, 337}, {&stiffness, {"RGMRES", 48}, 0}, {&laplacian, {"RGMRES", 50}, 0}};
+  for (const char* method : {"CG", "MINRES", "SYMMLQ"}) {
+    cases.push_back({&stiffness, {method}, 0});
+    cases.push_back({&laplacian, {method}, 0});
   }
+  for (const System* system : {&stiffness, &laplacian, &convection, &column}) {
+    cases.push_back({system, {"CGS"}, 0});
+    cases.push_back({system, {"BICGSTAB", 2}, 0});
+    cases.push_back({system, {"TFQMR"}, 0});
+  }
+  check_counts(cases);
+}
+
+TEST_CASE("the same of convection and diffusion on 100 x 100 points" * doctest::skip()) {  // minutes; by --no-skip
+  const support::Digits digits(50);
+  const System convection = convection_diffusion(100, 80.8);
+  check_counts({{&convection, {"RGMRES", 30}, 515},
+                {&convection, {"RGMRES", 50}, 0},
+                {&convection, {"CGS"}, 0},
+                {&convection, {"BICGSTAB", 2}, 0},
+                {&convection, {"TFQMR"}, 0}});
 }
