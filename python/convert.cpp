@@ -128,6 +128,9 @@ Real to_exact(py::handle number) {
   if (py::isinstance<Real>(number)) {
     return py::cast<const Real&>(number);
   }
+  if (PyLong_Check(number.ptr()) != 0) {
+    return exact(integer_text(number));
+  }
   return py::isinstance(number, decimal_type()) ? exact(text_of(number)) : to_real(number);
 }
 
@@ -246,12 +249,18 @@ py::bytes packed(const std::vector<Real>& numbers) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-std::vector<Real> unpacked(const py::bytes& bytes, std::size_t count) {
+std::vector<Real> unpacked(const py::bytes& bytes) {
   const auto text = static_cast<std::string_view>(bytes);
   std::vector<Real> numbers;
-  if (!quarn::unpack({reinterpret_cast<const unsigned char*>(text.data()), text.size()}, numbers) ||
-      numbers.size() != count) {
+  if (!quarn::unpack({reinterpret_cast<const unsigned char*>(text.data()), text.size()}, numbers)) {
     throw py::value_error("these bytes are no packed numbers");
+  }
+  return numbers;
+}
+std::vector<Real> unpacked(const py::bytes& bytes, std::size_t count) {
+  std::vector<Real> numbers = unpacked(bytes);
+  if (numbers.size() != count) {
+    throw py::value_error(std::to_string(numbers.size()) + " packed numbers in place of " + std::to_string(count));
   }
   return numbers;
 }

@@ -61,7 +61,7 @@ namespace python {
 /// Real, decimal.Decimal, int, fractions.Fraction or text, rounded once to the working digits. Anything else is a
 /// TypeError, float too: its digits are not what its writer meant. Text that is no number is a ValueError.
 Real to_real(py::handle number);
-/// The same, but of a Real or a Decimal with all its digits.
+/// The same, but of a Real, a Decimal or an int with all its digits.
 Real to_exact(py::handle number);
 /// As to_real(), or a Complex.
 Complex to_complex(py::handle number);
@@ -204,8 +204,9 @@ py::list nested(std::span<const std::size_t> extents, std::span<const T> numbers
   return elements;
 }
 
-/// Numbers in the packed form of quarn/interchange.h, for pickles; a ValueError for bytes that are not `count` of them.
+/// Numbers in the packed form of quarn/interchange.h; a ValueError for bytes that are none, or not `count` of them.
 py::bytes packed(const std::vector<Real>& numbers);
+std::vector<Real> unpacked(const py::bytes& bytes);
 std::vector<Real> unpacked(const py::bytes& bytes, std::size_t count);
 
 /// The option of that name; a ValueError with all names otherwise.
@@ -230,6 +231,7 @@ tesk2mp::Triangle triangle_of(const std::string& name);
 tesk2mp::Diagonal diagonal_of(bool unit);
 
 // The parts of the module.
+void add_accumulator(py::module_& module);
 void add_complex(py::module_& module);
 void add_real(py::module_& module);
 void add_kernels(py::module_& module);

@@ -61,6 +61,7 @@ an axis use them; results are the same for every number. Returns the former numb
 >>> set_threads(1)
 1
 )");
+  python::add_accumulator(module);
   python::add_complex(module);
   python::add_kernels(module);
   python::add_least_squares(module);

@@ -137,6 +137,36 @@ tesk2mp::BasicMonitor<T> monitor_of(const py::object& given) {
   };
 }
 
+/// All messages of a sum, joined: what the function returned is bytes, or several of them.
+py::bytes messages_of(const py::object& returned) {
+  PyObject* const joined = PyObject_CheckBuffer(returned.ptr()) != 0
+                               ? PyBytes_FromObject(returned.ptr())
+                               : PyObject_CallMethod(py::bytes().ptr(), "join", "O", returned.ptr());
+  if (joined == nullptr) {
+    if (PyErr_ExceptionMatches(PyExc_TypeError) == 0) {
+      throw py::error_already_set();
+    }
+    PyErr_Clear();
+    throw py::type_error("exchange returns the bytes of all ranks, joined or one by one, not " + type_name(returned));
+  }
+  return py::reinterpret_steal<py::bytes>(joined);
+}
+
+tesk2mp::SumExchange exchange_of(const py::object& given) {
+  if (!optional_function(given)) {
+    return {};
+  }
+  return [held = given.ptr()](std::span<tesk2mp::PartialSum> sums) {
+    const std::vector<unsigned char> mine = tesk2mp::pack(sums);
+    const py::gil_scoped_acquire lock;
+    const CallbackDigits guard;
+    const py::bytes all =
+        messages_of(borrowed(held)(py::bytes(reinterpret_cast<const char*>(mine.data()), mine.size())));
+    const auto bytes = static_cast<std::string_view>(all);
+    tesk2mp::add_messages({reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()}, sums);
+  };
+}
+
 /// What Python gives of a system, but for the matrix.
 struct GivenSystem {
   const py::object& b;
@@ -180,11 +210,17 @@ py::tuple solve_iteratively(const py::object& a, const py::object& b, const py::
                             Integer most_iterations, const py::object& guess, const py::object& transpose,
                             const std::string& criterion, const std::string& norm, const py::object& weights,
                             const py::object& matrix_norm, const py::object& largest_singular_value,
-                            const py::object& monitor) {
+                            const py::object& monitor, Integer rows, Integer first_row, const py::object& exchange) {
   tesk2mp::SolverOptions options =
       options_of(method, tolerance, criterion, norm, weights, matrix_norm, largest_singular_value);
   options.order = order;
   options.most_iterations = most_iterations;
+  options.rows = rows;
+  options.first_row = first_row;
+  options.dot = exchange_of(exchange);
+  if (bool(options.dot) != (rows != 0)) {
+    throw py::value_error("rows that are shared out need both rows, of the whole system, and exchange");
+  }
   const py::object right = py::isinstance<py::sequence>(b) ? b : py::object(py::list(elements_of(b)));
   const GivenSystem given{right, preconditioner, guess, monitor, options};
   const bool is_complex = Array(right).is_complex() || (!guess.is_none() && Array(guess).is_complex());
@@ -375,9 +411,10 @@ void add_sparse(py::module_& module) {
       py::arg("guess") = py::none(), py::arg("transpose") = py::none(),
       py::arg("criterion") = "preconditioned_residual", py::arg("norm") = "infinity", py::arg("weights") = py::none(),
       py::arg("matrix_norm") = 0, py::arg("largest_singular_value") = 0, py::arg("monitor") = py::none(),
+      py::arg("rows") = 0, py::arg("first_row") = 0, py::arg("exchange") = py::none(),
       R"(solve_iteratively(a, b, preconditioner=None, method='rgmres', order=0, tolerance=0, most_iterations=1000, guess=None,
                   transpose=None, criterion='preconditioned_residual', norm='infinity', weights=None, matrix_norm=0,
-                  largest_singular_value=0, monitor=None)
+                  largest_singular_value=0, monitor=None, rows=0, first_row=0, exchange=None)
 
 The solution of a x = b by iteration, real or complex: (x, residual b - a x, number of iterations). a: a SparseMatrix, or a function that takes
 a list of n numbers and gives the n numbers of their product with the matrix. RuntimeWarning when x is so large that the
@@ -393,6 +430,12 @@ for 'residual'; 0: estimated, with products of a function `transpose`
 (conjugated, when complex) when a is a function. largest_singular_value: of the
 preconditioned matrix, for the other one; 0: estimated. monitor: a function of the number of iterations, x and the residual,
 called after each; what is true ends the iterations.
+
+Rows may be shared out among several programs: each calls with its block of b, guess and weights, the number of rows of the
+whole system, that of its first row, from 0, and functions a and preconditioner for its block, which take what they need of
+others. exchange: a function that takes bytes, what this program knows of inner products and norms, and returns those of all
+programs, joined or one by one; with mpi4py comm.allgather. Sums are exact and rounded once: the digits do not depend on how rows
+are shared out.
 
 >>> a = SparseMatrix(2, [(0, 0, 4), (0, 1, 1), (1, 0, 2), (1, 1, 3)])
 >>> with digits(30):

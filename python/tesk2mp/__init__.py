@@ -28,6 +28,7 @@ Failures are exceptions, Error and its kinds InvalidArgument and NumericalFailur
 import importlib
 
 from . import _classes, _core
+from ._carried import with_digits
 from ._context import checked as _checked, digits, results
 from ._core import __version__
 from ._errors import Error, InvalidArgument, InvalidType, NumericalFailure
@@ -38,7 +39,7 @@ from ._truth import true_digits
 
 # Every public name of the extension is one of the package: its classes as they are, its functions as functions of Python.
 # What they are, with their types, is written down in the stub beside this file.
-_own = ["Error", "InvalidArgument", "InvalidType", "NumericalFailure", "digits", "exact", "progress", "results", "true_digits"]
+_own = ["Error", "InvalidArgument", "InvalidType", "NumericalFailure", "digits", "exact", "progress", "results", "true_digits", "with_digits"]
 _plain = {"get_digits", "set_digits", "set_threads"}
 _public = {name: value for name, value in vars(_core).items() if not name.startswith("_")}
 for _name, _value in _public.items():

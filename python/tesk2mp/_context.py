@@ -47,7 +47,9 @@ class _Scope:
 
     def __call__(self, function: _Function) -> _Function:
         if inspect.isgeneratorfunction(function) or inspect.isasyncgenfunction(function):
-            raise TypeError("a generator runs between other statements of its caller: use `with` around what it computes")
+            raise refusal(
+                InvalidType, "a generator runs between other statements of its caller: use `with` around what it computes"
+            )
         if inspect.iscoroutinefunction(function):
 
             @functools.wraps(function)

@@ -28,6 +28,10 @@ def wanted() -> bool:
     return _wanted.get() is not None
 
 
+def wanted_scope() -> "true_digits | None":
+    return _wanted.get()
+
+
 class true_digits(_Scope):  # pylint: disable=invalid-name
     """true_digits(count, most=100000)
 

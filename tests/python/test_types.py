@@ -15,7 +15,7 @@ TOP = pathlib.Path(__file__).resolve().parent.parent.parent
 PACKAGES = pathlib.Path(tesk2mp.__file__).parent.parent
 # The classes of the extension have a metaclass of their own; what modules import is not theirs.
 ALLOWED = r"""
-tesk2mp\.(LU|Cholesky|Complex|Real|Random|\w+Plan|SparseMatrix|IncompleteLU|IncompleteCholesky|SparseLU|SparseCholesky)
+tesk2mp\.(Accumulator|LU|Cholesky|Complex|Real|Random|\w+Plan|SparseMatrix|IncompleteLU|IncompleteCholesky|SparseLU|SparseCholesky)
 tesk2mp\.(Error|InvalidArgument|InvalidType|NumericalFailure)
 tesk2mp\._.*
 tesk2mp\.(fft|linalg|special|sparse|optimize|proven|verify_certificate)\..*
