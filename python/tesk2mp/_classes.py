@@ -57,6 +57,7 @@ def _cholesky_html(self: Any) -> str:
     return f"<p>{html.escape(_show_cholesky(self))}</p>{_table(self.factor[:_MOST_ROWS])}"
 
 
+_kind: Any  # the classes of the extension are changed here, which their types do not foresee
 for _kind in (_core.TransformPlan, _core.SpectrumPlan, _core.CosinePlan, _core.SinePlan):
     _kind.__reduce__ = _plan
     _kind.__repr__ = _show_plan
@@ -67,7 +68,7 @@ for _kind, _show, _html in (
 ):
     _kind.__repr__ = _show
     _kind._repr_html_ = _html
-_core.Random.__repr__ = _show_random
+setattr(_core.Random, "__repr__", _show_random)
 
 
 def _unproven(method: Callable[..., Any], kind: type) -> Callable[..., Any]:

@@ -5,7 +5,7 @@ from decimal import Decimal
 from fractions import Fraction
 from typing import Any, Protocol, TypeAlias, Union
 
-from . import Complex, Real
+from ._core import Complex, Real
 
 
 class Array(Protocol):
