@@ -52,17 +52,24 @@ Method automatic_method(const SparseMatrix<T>& a) {
   return positive == a.order() ? Method::cg : Method::minres;
 }
 
-/// The factors of Preconditioning::direct, of a whole matrix in canonical form, to be called with b and x.
+/// SparseCholesky of a whole matrix in canonical form where it turns out to be positive definite, otherwise SparseLU, to
+/// be called with b and x.
 template <Scalar T>
-std::function<void(std::span<const T>, std::span<T>)> complete_factors(const SparseMatrix<T>& a) {
+std::function<void(std::span<const T>, std::span<T>)> regular_factors(const SparseMatrix<T>& a) {
   if (automatic_method(a) == Method::cg) {
     try {
       return SparseCholesky<T>(lower_triangle(a));
     } catch (const NumericalFailure&) {  // indefinite, in spite of its diagonal
     }
   }
+  return SparseLU<T>(a);
+}
+
+/// The factors of Preconditioning::direct, of a whole matrix in canonical form, to be called with b and x.
+template <Scalar T>
+std::function<void(std::span<const T>, std::span<T>)> complete_factors(const SparseMatrix<T>& a) {
   try {
-    return SparseLU<T>(a);
+    return regular_factors(a);
   } catch (const NumericalFailure&) {  // singular; b may be in its range
   }
   FillOptions all;

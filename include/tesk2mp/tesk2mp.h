@@ -56,6 +56,7 @@
 #include "tesk2mp/incomplete.h"
 #include "tesk2mp/iterative.h"
 #include "tesk2mp/kernels.h"
+#include "tesk2mp/krylov.h"
 #include "tesk2mp/least_squares.h"
 #include "tesk2mp/linear.h"
 #include "tesk2mp/matrix_functions.h"

@@ -33,6 +33,7 @@
 #include "tesk2mp/generalised.hpp"
 #include "tesk2mp/incomplete.hpp"
 #include "tesk2mp/kernels.hpp"
+#include "tesk2mp/krylov.hpp"
 #include "tesk2mp/least_squares.hpp"
 #include "tesk2mp/linear.hpp"
 #include "tesk2mp/matrix_functions.hpp"

@@ -14,6 +14,7 @@
 #include "src/dense/norm_estimate.h"
 #include "src/dense/parts.h"
 #include "src/dense/qr.h"
+#include "src/dense/schur_form.h"
 #include "src/dense/schur_order.h"
 #include "src/frame/constants.h"
 #include "tesk2mp/dense.h"
@@ -27,30 +28,6 @@ enum Outcome : Integer { kDone = 0, kNone = 1, kNotFound = 2 };
 
 template <class T>
 using View = OneBasedMatrix<T>;
-
-Integer form_schur(Integer n, View<QuarnFloat> a, View<QuarnFloat> z) {
-  std::vector<QuarnFloat> tau(static_cast<std::size_t>(n));
-  std::vector<QuarnFloat> work(tau.size());
-  std::vector<QuarnFloat> wr(tau.size());
-  std::vector<QuarnFloat> wi(tau.size());
-  Integer info = 0;
-  QuarnMPX_dgehrd_(n, 1, n, a.first(), n, tau.data(), work.data(), n, &info);
-  copy_matrix(n, n, a, z);
-  QuarnMPX_dorghr_(n, 1, n, z.first(), n, tau.data(), work.data(), n, &info);
-  QuarnMPX_dhseqr_("S", "V", n, 1, n, a.first(), n, wr.data(), wi.data(), z.first(), n, work.data(), n, &info, 1, 1);
-  return info;
-}
-Integer form_schur(Integer n, View<Complex> a, View<Complex> z) {
-  std::vector<Complex> tau(static_cast<std::size_t>(n));
-  std::vector<Complex> work(tau.size());
-  std::vector<Complex> w(tau.size());
-  Integer info = 0;
-  QuarnMPX_zgehrd_(n, 1, n, a.first(), n, tau.data(), work.data(), n, &info);
-  copy_matrix(n, n, a, z);
-  QuarnMPX_zunghr_(n, 1, n, z.first(), n, tau.data(), work.data(), n, &info);
-  QuarnMPX_zhseqr_("S", "V", n, 1, n, a.first(), n, w.data(), z.first(), n, work.data(), n, &info, 1, 1);
-  return info;
-}
 
 /// B := A^-1 B, A is overwritten; false when A is singular.
 bool solve(Integer n, View<QuarnFloat> a, View<QuarnFloat> b) {

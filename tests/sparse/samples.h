@@ -9,6 +9,8 @@
 
 namespace samples {
 
+using tesk2mp::Real;
+
 /// About three entries a row beside a diagonal that may be missing; sizes 10 to the power +-`spread`.
 template <class T>
 tesk2mp::SparseMatrix<T> general_sample(support::Random& random, std::size_t n, int spread) {
@@ -45,6 +47,29 @@ tesk2mp::SparseMatrix<T> definite_sample(support::Random& random, std::size_t n)
   }
   for (std::size_t i = 0; i < n; ++i) {
     a.add(i, i, T(2 * sums[i]));
+  }
+  a.canonicalise();
+  return a;
+}
+
+/// The five-point Laplacian of a square, or with its left neighbours counting for more.
+inline tesk2mp::SparseMatrix<Real> grid(std::size_t side, tesk2mp::Storage storage, const Real& wind = 0) {
+  tesk2mp::SparseMatrix<Real> a(side * side, storage);
+  const bool whole = storage == tesk2mp::Storage::general;
+  for (std::size_t i = 0; i < side * side; ++i) {
+    a.add(i, i, 4);
+    if (i >= side) {
+      a.add(i, i - side, -1 - wind);
+    }
+    if (i % side != 0) {
+      a.add(i, i - 1, -1 - wind);
+    }
+    if (whole && i % side != side - 1) {
+      a.add(i, i + 1, -1 + wind);
+    }
+    if (whole && i + side < side * side) {
+      a.add(i, i + side, -1 + wind);
+    }
   }
   a.canonicalise();
   return a;

@@ -15,6 +15,7 @@
 
 using samples::definite_sample;
 using samples::general_sample;
+using samples::grid;
 using support::Digits;
 using support::Random;
 using tesk2mp::FillOf;
@@ -39,29 +40,6 @@ Full<T> full(const SparseMatrix<T>& a) {
     dense[all.row(k)][all.column(k)] = all.value(k);
   }
   return dense;
-}
-
-/// The five-point Laplacian of a square, or with its left neighbours counting for more.
-SparseMatrix<Real> grid(std::size_t side, Storage storage, const Real& wind = 0) {
-  SparseMatrix<Real> a(side * side, storage);
-  const bool whole = storage == Storage::general;
-  for (std::size_t i = 0; i < side * side; ++i) {
-    a.add(i, i, 4);
-    if (i >= side) {
-      a.add(i, i - side, -1 - wind);
-    }
-    if (i % side != 0) {
-      a.add(i, i - 1, -1 - wind);
-    }
-    if (whole && i % side != side - 1) {
-      a.add(i, i + 1, -1 + wind);
-    }
-    if (whole && i + side < side * side) {
-      a.add(i, i + side, -1 + wind);
-    }
-  }
-  a.canonicalise();
-  return a;
 }
 
 bool is_permutation(std::vector<std::size_t> order) {

@@ -214,6 +214,7 @@ int main(int argc, char** argv) {
   digest::transforms(suite);
   digest::sequences(suite);
   digest::special(suite);
+  digest::krylov(suite);
   digest::sparse(suite);
   digest::solver(suite);
   digest::ranking_and_random(suite);

@@ -271,6 +271,7 @@ void linear(Suite& suite);
 void proven(Suite& suite);
 void transforms(Suite& suite);
 void sequences(Suite& suite);
+void krylov(Suite& suite);
 void sparse(Suite& suite);
 void special(Suite& suite);
 void solver(Suite& suite);

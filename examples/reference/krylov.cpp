@@ -1,0 +1,32 @@
+// Examples of the routine reference: large matrices that are functions.
+#include <vector>
+
+#include "examples/reference/run.h"
+#include "tesk2mp/tesk2mp.h"
+
+namespace {
+
+//! [operator]
+// Second differences on N points; its inverse is not known here.
+constexpr Integer N = 30;
+
+void differences(void*, Integer, const QuarnFloat* x, QuarnFloat* y) {
+  for (Integer i = 0; i < N; ++i) {
+    y[i] = 2 * x[i] - (i > 0 ? x[i - 1] : 0) - (i + 1 < N ? x[i + 1] : 0);
+  }
+}
+//! [operator]
+
+void deigsh() {
+  //! [deigsh]
+  QuarnFloat w[2], resid[2];  // 2 - 2 cos(30 pi / 31) is the largest eigenvalue
+  Integer nprod, info;
+  QuarnMPX_deigsh_("LA", N, 2, nullptr, differences, nullptr, 0, 0, 1000, nullptr, w, nullptr, N, resid, &nprod, &info,
+                   2);
+  std::cout << w[0] << " " << w[1] << "\n";
+  //! [deigsh]
+}
+
+}  // namespace
+
+int main() { return run_examples({{"deigsh", deigsh}}); }

@@ -1,0 +1,156 @@
+// Eigenvalues of large matrices in the C++ interface. Part of tesk2mp.hpp; krylov.h documents the methods.
+#pragma once
+
+#include <algorithm>
+#include <concepts>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "tesk2mp/solve_sparse.hpp"
+
+namespace tesk2mp {
+
+/// Which eigenvalues of a symmetric or Hermitian matrix are wanted; both_ends: the larger ones first.
+enum class Extreme { largest_magnitude, smallest_magnitude, largest, smallest, both_ends };
+
+/// y := function(x), of vectors whose lengths are those of the matrix. It works at the digits of the moment, which are
+/// some more than the caller's.
+template <Scalar T>
+using Product = std::function<void(std::span<const T> x, std::span<T> y)>;
+
+/// How eigsh() works.
+template <Scalar T>
+struct HermitianEigenOptions {
+  Extreme which = Extreme::largest_magnitude;  ///< with sigma of 1 / (lambda - sigma): largest_magnitude is the nearest
+  std::optional<Real> sigma;                   ///< the eigenvalues near this number
+  bool vectors = true;
+  Real tolerance = 0;         ///< of residuals beside the norm of A; 0: the machine precision
+  std::size_t basis = 0;      ///< vectors at a time; 0: the usual number
+  Integer most_products = 0;  ///< 0: 20 n, and no less than 10,000
+  std::vector<T> start;       ///< where to begin; empty: random numbers, the same ones in each call
+};
+
+/// Some eigenvalues of a symmetric or Hermitian matrix, ascending, with orthonormal eigenvectors in the columns of
+/// `vectors`, and the norms of A v - lambda v.
+template <Scalar T>
+struct HermitianEigenpairs {
+  std::vector<Real> values;
+  Matrix<T> vectors;
+  std::vector<Real> residuals;
+  Integer products = 0;
+};
+
+namespace detail {
+
+/// What the exports ask for, of functions that work on spans of these lengths.
+template <Scalar T>
+struct OperatorContext {
+  std::size_t rows;
+  std::size_t columns;
+  Product<T> product;
+  Product<T> adjoint;
+  Product<T> solve;
+
+  static void form(void* context, Integer what, const T* x, T* y) {
+    const auto& self = *static_cast<OperatorContext*>(context);
+    const bool adjoint = what == 1;
+    const std::size_t from = adjoint ? self.rows : self.columns;
+    const std::size_t to = adjoint ? self.columns : self.rows;
+    (what == 2 ? self.solve : adjoint ? self.adjoint : self.product)(std::span<const T>(x, from), std::span<T>(y, to));
+  }
+};
+
+inline Integer most_products(Integer given, std::size_t n) {
+  return given != 0 ? given : count_of(std::max<std::size_t>(10000, 20 * n));
+}
+
+[[noreturn]] inline void raise_krylov(const char* routine, Integer info) {
+  throw NumericalFailure(routine, info, 0,
+                         info == 1 ? "the iteration did not converge"
+                                   : "a product with the matrix is not finite, or a projection has no values",
+                         {});
+}
+
+/// (A - sigma I)^-1 x of a whole matrix that the caller keeps, by complete factors, which are made anew when more
+/// digits are asked for than they have.
+template <Scalar T, class Shift>
+Product<T> shifted_solve(const SparseMatrix<T>& a, const Shift& sigma) {
+  struct State {
+    int digits = 0;
+    std::function<void(std::span<const T>, std::span<T>)> factors;
+  };
+  return [&a, sigma, state = std::make_shared<State>()](std::span<const T> x, std::span<T> y) {
+    if (state->digits < QuarnDigits()) {
+      SparseMatrix<T> shifted = a;
+      for (std::size_t i = 0; i < a.order(); ++i) {
+        shifted.add(i, i, T(-sigma));
+      }
+      shifted.canonicalise(Duplicates::sum, Zeros::keep);
+      state->factors = regular_factors(shifted);
+      state->digits = QuarnDigits();
+    }
+    state->factors(x, y);
+  };
+}
+
+}  // namespace detail
+
+/// k eigenvalues of a symmetric or Hermitian matrix of order n that is known by its products; with options.sigma
+/// `solve` is (A - sigma I)^-1. Throws InvalidArgument; NumericalFailure 1 when options.most_products did not do, 2
+/// when a product is not finite. What the functions throw passes through.
+///
+/// @code
+/// const auto top = tesk2mp::eigsh<tesk2mp::Real>(n, product, 3).values;
+/// @endcode
+template <Scalar T>
+HermitianEigenpairs<T> eigsh(std::size_t n, const std::type_identity_t<Product<T>>& product, std::size_t k,
+                             const HermitianEigenOptions<T>& options = {},
+                             const std::type_identity_t<Product<T>>& solve = {}) {
+  const char* const routine = detail::name<T>("DEIGSH", "ZEIGSH");
+  detail::require(n >= 1, routine, 2, "a matrix of order 0");
+  detail::require(k >= 1 && k <= n, routine, 3, k, " eigenvalues of a matrix of order ", n);
+  detail::require(!options.sigma || bool(solve), routine, 4, "sigma without solutions of A - sigma I");
+  detail::require(options.start.empty() || options.start.size() == n, routine, 10, "a start vector of ",
+                  options.start.size(), " elements");
+  constexpr const char* kWhich[] = {"LM", "SM", "LA", "SA", "BE"};
+  detail::OperatorContext<T> context{n, n, product, {}, solve};
+  HermitianEigenpairs<T> pairs{std::vector<Real>(k), Matrix<T>(options.vectors ? n : 0, options.vectors ? k : 0),
+                               std::vector<Real>(k)};
+  Integer info = 0;
+  detail::pick<T>(QuarnMPX_deigsh_, QuarnMPX_zeigsh_)(
+      kWhich[std::size_t(options.which)], detail::count_of(n), detail::count_of(k),
+      options.sigma ? &*options.sigma : nullptr, detail::OperatorContext<T>::form, &context,
+      detail::count_of(options.basis), options.tolerance, detail::most_products(options.most_products, n),
+      options.start.empty() ? nullptr : options.start.data(), pairs.values.data(),
+      options.vectors ? detail::RawMatrix<T>{pairs.vectors.view()}.data : nullptr, detail::count_of(n),
+      pairs.residuals.data(), &pairs.products, &info, 2);
+  detail::require(info >= 0, routine, -info,
+                  info == -4    ? "sigma is not finite"
+                  : info == -7  ? "a basis that is neither n nor larger than k + 1"
+                  : info == -8  ? "a tolerance outside 0 ... 1"
+                  : info == -10 ? "a start vector that is zero or not finite"
+                                : "a wrong number");
+  if (info > 0) {
+    detail::raise_krylov(routine, info);
+  }
+  return pairs;
+}
+
+/// The same of a sparse matrix, which is Hermitian: a triangle, or a whole matrix that is_hermitian(). With
+/// options.sigma its complete factors are made; NumericalFailure of SPARSE_LU when sigma is an eigenvalue.
+template <Scalar T>
+HermitianEigenpairs<T> eigsh(const SparseMatrix<T>& a, std::size_t k, const HermitianEigenOptions<T>& options = {}) {
+  const SparseMatrix<T> matrix = whole(a);
+  detail::require(a.storage() == Storage::lower_triangle || is_hermitian(matrix), detail::name<T>("DEIGSH", "ZEIGSH"),
+                  5, "a matrix that is not its own adjoint");
+  const Product<T> product = [&matrix](std::span<const T> x, std::span<T> y) { matrix.multiply(x, y); };
+  return eigsh<T>(a.order(), product, k, options,
+                  options.sigma ? detail::shifted_solve<T>(matrix, *options.sigma) : Product<T>());
+}
+
+}  // namespace tesk2mp

@@ -1,0 +1,72 @@
+// Digests of the exports for large matrices that are functions: of a full matrix that the context holds.
+#include "digest.h"
+
+namespace digest {
+namespace {
+
+template <class T>
+T adjoint_of(const T& x) {
+  if constexpr (std::is_same_v<T, Complex>) {
+    return conj(x);
+  } else {
+    return x;
+  }
+}
+
+/// A matrix of n rows, and its products.
+template <class T>
+struct Full {
+  std::vector<T> a;
+  Integer n;
+
+  static void form(void* context, Integer what, const T* x, T* y) {
+    const auto& self = *static_cast<const Full*>(context);
+    const auto columns = Integer(self.a.size()) / self.n;
+    const bool adjoint = what == 1;
+    for (Integer i = 0; i < (adjoint ? columns : self.n); ++i) {
+      y[i] = T();
+      for (Integer j = 0; j < (adjoint ? self.n : columns); ++j) {
+        const T& element = self.a[std::size_t(adjoint ? i * self.n + j : j * self.n + i)];
+        y[i] = y[i] + (adjoint ? adjoint_of(element) : element) * x[j];
+      }
+    }
+  }
+};
+
+template <class T, class F>
+void hermitian(Suite& suite, const Entry<F>& entry) {
+  if (entry.function == nullptr) {
+    return;
+  }
+  suite.cases(3, [&](Case& c) {
+    const Integer n = c.size + 1;
+    Full<T> matrix{c.numbers<T>(std::int64_t(n) * n), n};
+    for (Integer j = 0; j < n; ++j) {
+      for (Integer i = 0; i <= j; ++i) {
+        T& above = matrix.a[std::size_t(j * n + i)];
+        T& below = matrix.a[std::size_t(i * n + j)];
+        above = above + adjoint_of(below);
+        below = adjoint_of(above);
+      }
+    }
+    for (const char* which : {"LM", "sa", "BE", "XX"}) {
+      const Integer k = 1 + c.below(n);
+      std::vector<QuarnFloat> w(static_cast<std::size_t>(k)), residuals(w);
+      std::vector<T> z(std::size_t(n) * w.size());
+      Integer products = -99;
+      Integer info = -99;
+      entry.function(which, n, k, nullptr, Full<T>::form, &matrix, 0, 0, 1000, nullptr, w.data(), z.data(), n,
+                     residuals.data(), &products, &info, 2);
+      Suite::take(*entry.result, w, z, residuals, products, info);
+    }
+  });
+}
+
+}  // namespace
+
+void krylov(Suite& suite) {
+  hermitian<QuarnFloat>(suite, ENTRY(QuarnMPX_deigsh_));
+  hermitian<Complex>(suite, ENTRY(QuarnMPX_zeigsh_));
+}
+
+}  // namespace digest
