@@ -3,11 +3,13 @@
 
 #include <algorithm>
 #include <limits>
+#include <numeric>
 #include <utility>
 
 #include "cli/commands/failure.h"
 #include "cli/commands/options.h"
 #include "cli/commands/ranking.h"
+#include "cli/commands/true_transform.h"
 #include "cli/io/input.h"
 #include "cli/io/matrix_input.h"
 #include "cli/io/matrix_output.h"
@@ -36,6 +38,10 @@ struct Array {
   }
 };
 
+bool is_sequence(const Array& array) {
+  return array.extents.size() == 1 && std::size_t(array.extents[0]) == array.values.size();
+}
+
 // "4x6x5"
 std::vector<Integer> parse_shape(const std::string& text) {
   constexpr std::size_t kMostDigits = 9;
@@ -54,6 +60,7 @@ std::vector<Integer> parse_shape(const std::string& text) {
 
 Array array_of(const CfftOptions& options, const std::string& text) {
   const std::string source = name_of_input(options.input);
+  const tesk2mp::Digits scope(digits_of_data(options.proof.wanted() && !options.classic));
   const DenseMatrix given = options.column.empty() ? dense_matrix_of(text, source, options.table)
                                                    : vector_of(text, source, options.column, options.table);
   Array array{given.source, {given.rows()}, elements_of<Complex>(given)};
@@ -68,34 +75,6 @@ Array array_of(const CfftOptions& options, const std::string& text) {
   return array;
 }
 
-// Calls the routine for what is asked for, and returns its name. The library refuses shapes that do not fit.
-std::string transform(const CfftOptions& options, Array& array) {
-  using tesk2mp::Direction;
-  const Direction direction = options.backward ? Direction::backward : Direction::forward;
-  const std::string prefix = options.classic ? "QuarnMP_" : "QuarnMPX_";
-  const tesk2mp::Shape shape(array.extents.begin(), array.extents.end());
-  const std::span<Complex> x = array.values;
-  constexpr double kWithWorkspace = 2;
-  require_memory(kWithWorkspace * 2 * double(x.size()), "a transform of " + std::to_string(x.size()) + " values");
-  const Progress progress = Progress::estimated("transform", complex_transform_cost(x.size()));
-  if (options.dimension != 0) {
-    if (options.dimension < 1 || std::size_t(options.dimension) > shape.size()) {
-      throw bad_input("--dim: " + std::to_string(options.dimension) + " is not one of 1 to " +
-                      std::to_string(shape.size()));
-    }
-    const auto dimension = std::size_t(options.dimension) - 1;
-    (options.classic ? tesk2mp::classic::transform_dimension : tesk2mp::transform_dimension)(x, shape, dimension,
-                                                                                             direction);
-    return prefix + "c06pff_";
-  }
-  if (shape.size() > 1 || shape[0] != x.size()) {
-    options.classic ? tesk2mp::classic::transform(x, shape, direction) : tesk2mp::transform(x, shape, direction);
-    return prefix + "c06pjf_";
-  }
-  options.classic ? tesk2mp::classic::transform(x, direction) : tesk2mp::transform(x, direction);
-  return prefix + "c06pcf_";
-}
-
 std::vector<QuarnFloat> magnitudes_of(const std::vector<Complex>& values) {
   std::vector<QuarnFloat> magnitudes;
   magnitudes.reserve(values.size());
@@ -105,10 +84,102 @@ std::vector<QuarnFloat> magnitudes_of(const std::vector<Complex>& values) {
   return magnitudes;
 }
 
+using BoundedComplex = tesk2mp::proven::Bounded<Complex>;
+
+// Which dimensions are transformed, from 0.
+std::vector<std::size_t> dimensions_of(const CfftOptions& options, const Array& array) {
+  if (options.dimension == 0) {
+    std::vector<std::size_t> all(array.extents.size());
+    std::iota(all.begin(), all.end(), 0);
+    return all;
+  }
+  if (options.dimension < 1 || std::size_t(options.dimension) > array.extents.size()) {
+    throw bad_input("--dim: " + std::to_string(options.dimension) + " is not one of 1 to " +
+                    std::to_string(array.extents.size()));
+  }
+  return {std::size_t(options.dimension) - 1};
+}
+
+std::string routine_for(const CfftOptions& options, const Array& array) {
+  const std::string prefix = options.classic ? "QuarnMP_" : "QuarnMPX_";
+  return prefix + (options.dimension != 0 ? "c06pff_" : is_sequence(array) ? "c06pcf_" : "c06pjf_");
+}
+
+// By the working digits, with no word about how true they are. The library refuses shapes that do not fit.
+std::vector<Complex> transformed_once(const CfftOptions& options, const Array& array) {
+  using tesk2mp::Direction;
+  const Direction direction = options.backward ? Direction::backward : Direction::forward;
+  const tesk2mp::Shape shape(array.extents.begin(), array.extents.end());
+  std::vector<Complex> values = array.values;
+  const std::span<Complex> x = values;
+  if (options.dimension != 0) {
+    const auto dimension = std::size_t(options.dimension) - 1;
+    (options.classic ? tesk2mp::classic::transform_dimension : tesk2mp::transform_dimension)(x, shape, dimension,
+                                                                                             direction);
+  } else if (!is_sequence(array)) {
+    options.classic ? tesk2mp::classic::transform(x, shape, direction) : tesk2mp::transform(x, shape, direction);
+  } else {
+    options.classic ? tesk2mp::classic::transform(x, direction) : tesk2mp::transform(x, direction);
+  }
+  return values;
+}
+
+// Line after line along each dimension.
+std::vector<BoundedComplex> transformed_with_bounds(const CfftOptions& options, const Array& array) {
+  const auto direction = options.backward ? tesk2mp::Direction::backward : tesk2mp::Direction::forward;
+  std::vector<BoundedComplex> z = at_working_digits(array.values);
+  for (const std::size_t dimension : dimensions_of(options, array)) {
+    std::size_t step = 1;
+    for (std::size_t l = 0; l < dimension; ++l) {
+      step *= std::size_t(array.extents[l]);
+    }
+    const auto extent = std::size_t(array.extents[dimension]);
+    std::vector<BoundedComplex> line(extent);
+    for (std::size_t start = 0; start < z.size(); start += step * extent) {
+      for (std::size_t i = start; i < start + step; ++i) {
+        for (std::size_t j = 0; j < extent; ++j) {
+          line[j] = std::move(z[i + j * step]);
+        }
+        line = tesk2mp::proven::transform(line, direction);
+        for (std::size_t j = 0; j < extent; ++j) {
+          z[i + j * step] = std::move(line[j]);
+        }
+      }
+    }
+  }
+  return z;
+}
+
+// Does the shape fit the numbers? The library says it where not.
+bool fits(const Array& array) {
+  double count = 1;
+  for (const Integer extent : array.extents) {
+    count *= double(extent);
+  }
+  return count == double(array.values.size()) && count > 0;
+}
+
+// To the digits that are asked for, said in the second note and facts.
+TrueNumbers<Complex> transform(const CfftOptions& options, const Array& array, Result& result) {
+  constexpr double kWithWorkspace = 2;
+  constexpr double kWithBounds = 4;
+  require_memory((options.proof.wanted() ? kWithBounds : kWithWorkspace) * 2 * double(array.values.size()),
+                 "a transform of " + std::to_string(array.values.size()) + " values");
+  const Progress progress = Progress::estimated("transform", complex_transform_cost(array.values.size()));
+  dimensions_of(options, array);
+  if (options.classic || !fits(array)) {
+    std::vector<Complex> z = transformed_once(options, array);
+    std::vector<QuarnFloat> magnitudes = magnitudes_of(z);
+    return {std::move(z), {}, std::move(magnitudes)};
+  }
+  return true_transform<Complex>(
+      options.proof, routine_for(options, array), true, [&] { return transformed_with_bounds(options, array); },
+      [&] { return transformed_once(options, array); }, result);
+}
+
 // A sequence is a row for each number, with its magnitude.
-void add_sequence(Result& result, const std::vector<Complex>& z) {
+void add_sequence(Result& result, const std::vector<Complex>& z, const std::vector<QuarnFloat>& magnitudes) {
   constexpr int kMagnitudeDigits = 8;
-  const std::vector<QuarnFloat> magnitudes = magnitudes_of(z);
   add_matrix(result, DenseMatrix{"", matrix_of(z, z.size())});
   for (std::vector<ResultColumn>* columns : {&result.table, &result.data}) {
     columns->front().name = "k";
@@ -193,7 +264,6 @@ void run_cfft(const CfftOptions& options, const std::string& text) {
   if (!options.output.picture.empty() && long_dimensions(array) > 2) {
     throw bad_input("--plot: an array of " + array.shape() + " has more than two dimensions");
   }
-  const std::string routine = transform(options, array);
   const bool sequence = array.extents.size() == 1;
   const std::string counted = sequence ? std::to_string(array.values.size()) + " complex numbers"
                                        : "array of " + array.shape() + " complex numbers";
@@ -203,18 +273,28 @@ void run_cfft(const CfftOptions& options, const std::string& text) {
   Result result;
   result.notes = {std::string(options.backward ? "Backward Fourier transform of " : "Fourier transform of ") +
                       (sequence ? "" : "the ") + counted + " in " + array.source + along,
-                  precision_note(routine, options.classic),
-                  std::string("z_k = 1/sqrt(N) sum_j x_j exp(") + (options.backward ? "+" : "-") + "2 pi i j k/N)" +
-                      (sequence        ? ", N = " + std::to_string(array.values.size())
-                       : along.empty() ? " along each dimension"
-                                       : "")};
+                  precision_note(routine_for(options, array), options.classic)};
   result.facts = {{"input", options.input},
-                  {"routine", routine},
+                  {"routine", routine_for(options, array)},
                   {"digits", std::to_string(QuarnDigits()), true},
                   {"shape", array.shape()},
                   {"direction", options.backward ? "backward" : "forward"}};
+  TrueNumbers<Complex> found = transform(options, array, result);
+  array.values = std::move(found.values);
+  result.notes.push_back(std::string("z_k = 1/sqrt(N) sum_j x_j exp(") + (options.backward ? "+" : "-") +
+                         "2 pi i j k/N)" +
+                         (sequence        ? ", N = " + std::to_string(array.values.size())
+                          : along.empty() ? " along each dimension"
+                                          : ""));
+  if (!found.errors.empty()) {
+    const QuarnFloat largest = largest_magnitude(found.errors);
+    result.facts.push_back({"largest_error", largest.to_string()});
+    if (options.proof.errors) {
+      result.notes.push_back("so far away is the exact z_k at most: " + brief(largest));
+    }
+  }
   if (sequence) {
-    add_sequence(result, array.values);
+    add_sequence(result, array.values, found.magnitudes);
   } else {
     add_matrix(result, DenseMatrix{"", matrix_of(array.values, std::size_t(array.extents.front()))});
   }
@@ -238,6 +318,9 @@ fastest. All dimensions are transformed unless --dim names one, from 1.
 --plot draws magnitudes, as a heat map where two dimensions are longer than 1;
 frequencies have zero in the middle.
 
+The numbers are taken with all their digits, and D digits of every part are proven; one of
+which not even the sign is known, D digits below the largest, is 0.
+
 Examples:
   quarn cfft examples/aperture.mtx --plot aperture.svg --output spectrum.mtx
   quarn cfft --backward spectrum.mtx --digits 40 --format mtx
@@ -254,10 +337,16 @@ void declare_cfft(Command& command) {
   command.flag("--inverse,--backward", options->backward, "the inverse transform, from a spectrum back");
   command.flag("--classic", options->classic,
                "use the classic entry, whose constants are doubles (about 16 digits at any precision)");
-  command.add_digits();
+  add_true_digits(command, options->proof);
   add_output_options(command, options->output, Forms::matrix);
   add_plot_option(command, options->output);
-  command.work = [options] { run_cfft(*options, read_input(options->input)); };
+  command.work = [options] {
+    options->proof.start();
+    if (options->classic && options->proof.insisted) {
+      throw bad_input("--proven: the classic entry's constants are doubles");
+    }
+    run_cfft(*options, read_input(options->input));
+  };
 }
 
 const Registered kCfftCommand(20, "cfft", "Fourier transform of complex numbers, in any number of dimensions",

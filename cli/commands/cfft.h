@@ -4,6 +4,7 @@
 #include <string>
 
 #include "cli/commands/options.h"
+#include "cli/commands/proven.h"
 
 namespace cli {
 
@@ -15,6 +16,7 @@ struct CfftOptions {
   bool backward = false;
   bool classic = false;
   TableOptions table;
+  ProofOptions proof;
   OutputOptions output;
 };
 

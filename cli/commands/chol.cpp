@@ -1,5 +1,6 @@
 // quarn chol: the Cholesky factorisation of a dense Hermitian positive definite matrix.
 #include "cli/commands/dense.h"
+#include "cli/commands/estimate.h"
 #include "cli/commands/failure.h"
 #include "cli/commands/options.h"
 #include "cli/io/matrix_output.h"
@@ -14,6 +15,7 @@ struct CholOptions {
   std::string matrix;
   TableOptions table;
   bool upper = false;
+  ProofOptions proof;
   OutputOptions output;
 };
 
@@ -34,28 +36,59 @@ void require_hermitian(const tesk2mp::Matrix<T>& a, const std::string& source) {
   }
 }
 
-void run_chol(const CholOptions& options) {
-  const DenseMatrix given = read_operand(options.matrix, options.table, true);
+DenseMatrix read_exactly(const CholOptions& options) {
+  const tesk2mp::Digits scope(digits_of_data(options.proof.wanted()));
+  DenseMatrix given = read_operand(options.matrix, options.table, true);
   std::visit([&](const auto& a) { require_hermitian(a, given.source); }, given.elements);
+  return given;
+}
+
+template <class T>
+Result result_of(const CholOptions& options, const DenseMatrix& given, const tesk2mp::Matrix<T>& a) {
   const auto triangle = options.upper ? tesk2mp::Triangle::upper : tesk2mp::Triangle::lower;
-  constexpr double kOneTriangle = 0.5;
-  const Progress progress = Progress::estimated("factorising", kOneTriangle * factorisation_cost(given.rows(), true));
-  const auto factorise = [&](const auto& a) {
-    const tesk2mp::Cholesky cholesky(a, triangle);
-    const char* const routine =
-        std::is_same_v<decltype(cholesky), const tesk2mp::Cholesky<Complex>> ? "QuarnMPX_zpotrf_" : "QuarnMPX_dpotrf_";
-    const std::string determinant = exact_text(cholesky.determinant());
-    Result result;
-    result.notes = {std::string(options.upper ? "U of A = U^H U" : "L of A = L L^H") + ", A the " + description(given),
-                    digits_text() + ", by " + routine, "positive definite; determinant " + determinant};
-    result.facts = {
-        {"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}, {"determinant", determinant}};
-    const DenseMatrix factor{"", cholesky.factor()};
-    add_matrix(result, factor);
-    result.picture = [&](const std::string& file) { draw(map_of_magnitudes(result.notes.front(), factor), file); };
-    deliver(result, options.output);
+  const char* const routine = std::is_same_v<T, Complex> ? "QuarnMPX_zpotrf_" : "QuarnMPX_dpotrf_";
+  std::optional<tesk2mp::NumericalFailure> refusal;
+  const Estimated<T> estimate = estimated<T>(options.proof, [&]() -> std::optional<std::vector<T>> {
+    try {
+      const tesk2mp::Cholesky<T> cholesky(a, triangle);
+      const tesk2mp::Matrix<T>& factor = cholesky.factor();
+      std::vector<T> numbers(factor.data(), factor.data() + a.rows() * a.columns());
+      numbers.emplace_back(cholesky.determinant());
+      return numbers;
+    } catch (const tesk2mp::NumericalFailure& failure) {
+      if (!options.proof.wanted() || tesk2mp::proven::is_positive_definite(a, triangle) == false) {
+        throw;
+      }
+      refusal = failure;
+      return std::nullopt;
+    }
+  });
+  std::vector<T> numbers = known_values(estimate.numbers);
+  if (numbers.size() != std::size_t(given.rows()) * std::size_t(given.rows()) + 1) {
+    throw *refusal;  // with all digits that were tried
+  }
+  const std::string determinant = exact_text(Complex(numbers.back()).re);
+  numbers.pop_back();
+  Result result;
+  result.notes = {std::string(options.upper ? "U of A = U^H U" : "L of A = L L^H") + ", A the " + description(given),
+                  ""};
+  result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
+  result.notes.push_back("positive definite; determinant " + determinant);
+  result.facts.push_back({"determinant", determinant});
+  add_estimate(options.proof, estimate, routine, result);
+  const DenseMatrix factor{"", matrix_of(numbers, a.rows())};
+  add_matrix(result, factor);
+  result.picture = [title = result.notes.front(), factor](const std::string& file) {
+    draw(map_of_magnitudes(title, factor), file);
   };
-  std::visit(factorise, given.elements);
+  return result;
+}
+
+void run_chol(const CholOptions& options) {
+  const DenseMatrix given = read_exactly(options);
+  constexpr double kTwoTriangles = 1;
+  const Progress progress = Progress::estimated("factorising", kTwoTriangles * factorisation_cost(given.rows(), true));
+  std::visit([&](const auto& a) { deliver(result_of(options, given, a), options.output); }, given.elements);
 }
 
 constexpr const char* kCholFooter =
@@ -63,6 +96,10 @@ constexpr const char* kCholFooter =
 Hermitian. When it is not positive definite, the order of the first leading minor that
 is not positive is told, and the exit status is 1. --plot draws the magnitudes of the
 factor.
+
+The numbers of the matrix are taken with all their digits; that it is not positive definite is
+proven. The factor is computed twice, with more and more digits until both agree to D of them:
+an estimate, no proof.
 
 Examples:
   quarn chol examples/bcsstk01.mtx --digits 40 --output factor.mtx
@@ -73,10 +110,13 @@ void declare_chol(Command& command) {
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
   add_matrix_options(command, options->table);
   command.flag("--upper", options->upper, "write U of A = U^H U");
-  command.add_digits();
+  add_estimated_digits(command, options->proof);
   add_output_options(command, options->output, Forms::matrix);
   add_plot_option(command, options->output);
-  command.work = [options] { run_chol(*options); };
+  command.work = [options] {
+    options->proof.start();
+    run_chol(*options);
+  };
 }
 
 const Registered kCholCommand(100, "chol", "factorise a positive definite matrix, A = L L^H", kCholFooter,

@@ -81,7 +81,7 @@ void convolve(const ConvolveOptions& options, const std::vector<T>& a, const std
   const std::int64_t start = first_index(options, a.size(), b.size());
 
   Result result;
-  result.notes = {title + " in " + sources, precision_note(routine, false),
+  result.notes = {title + " in " + sources, digits_text() + ", all of them true, by " + routine,
                   std::string(!options.correlate ? "z_k = sum_i a_i b_(k-i)"
                               : kComplex         ? "z_k = sum_i a_(k+i) conj(b_i)"
                                                  : "z_k = sum_i a_(k+i) b_i") +
@@ -128,8 +128,12 @@ std::string described(const NumberTable& table, const std::string& column) {
 void run_convolve(const ConvolveOptions& options) {
   const NumberTable first = NumberTable::read(options.first, options.table);
   const NumberTable second = options.second == options.first ? first : NumberTable::read(options.second, options.table);
-  const DenseMatrix a = vector_from(first, options.column);
-  const DenseMatrix b = vector_from(second, options.second_column);
+  const auto exactly = [](const NumberTable& table, const std::string& column) {
+    const tesk2mp::Digits scope{int(kMostDigits)};
+    return vector_from(table, column);
+  };
+  const DenseMatrix a = exactly(first, options.column);
+  const DenseMatrix b = exactly(second, options.second_column);
   const std::string first_source = described(first, options.column);
   const std::string second_source = described(second, options.second_column);
   const std::string sources = first_source + (first_source == second_source ? "" : " and " + second_source);
@@ -142,8 +146,9 @@ void run_convolve(const ConvolveOptions& options) {
 
 constexpr const char* kConvolveFooter =
     R"(A and B hold columns of numbers as for quarn fft, and may be the same file; columns real and
-imaginary, or cells such as 1-2i, are complex numbers. Each result is the exact sum of products,
-rounded once: of integers it is exact where --digits suffices.
+imaginary, or cells such as 1-2i, are complex numbers. They are taken with all their digits, and
+each result is the exact sum of products, rounded once: of integers it is exact where --digits
+suffices.
 
 --mode full gives every k, same as many as the longer sequence has, valid those to which all of
 the shorter one contributes, circular the indices modulo the common length.

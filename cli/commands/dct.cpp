@@ -2,6 +2,7 @@
 #include <span>
 
 #include "cli/commands/options.h"
+#include "cli/commands/true_transform.h"
 #include "cli/io/sequence.h"
 #include "cli/plot/plot.h"
 #include "cli/system/memory.h"
@@ -18,11 +19,15 @@ using Transform = std::vector<QuarnFloat> (*)(std::span<const QuarnFloat> x, int
 struct Pair {
   const char* routine;
   const char* adjective;
+  QuarnRealTransform::Kind kinds[4];
   Transform forward;
   Transform inverse;
 };
-constexpr Pair kCosine = {"QuarnMPX_dct_", "cosine", tesk2mp::dct, tesk2mp::idct};
-constexpr Pair kSine = {"QuarnMPX_dst_", "sine", tesk2mp::dst, tesk2mp::idst};
+using Kind = QuarnRealTransform::Kind;
+constexpr Pair kCosine = {
+    "QuarnMPX_dct_", "cosine", {Kind::dct1, Kind::dct2, Kind::dct3, Kind::dct4}, tesk2mp::dct, tesk2mp::idct};
+constexpr Pair kSine = {
+    "QuarnMPX_dst_", "sine", {Kind::dst1, Kind::dst2, Kind::dst3, Kind::dst4}, tesk2mp::dst, tesk2mp::idst};
 
 struct DctOptions {
   std::string input;
@@ -31,8 +36,20 @@ struct DctOptions {
   Integer type = 2;
   std::string norm = "backward";
   bool inverse = false;
+  ProofOptions proof;
   OutputOptions output;
 };
+
+// The transform itself or, of the inverse, the type that is: 2 and 3 are each other's.
+Kind kind_of(const Pair& pair, const DctOptions& options) {
+  const Integer type = options.inverse && (options.type == 2 || options.type == 3) ? 5 - options.type : options.type;
+  return pair.kinds[type - 1];
+}
+
+QuarnDivisor divisor_of(const DctOptions& options) {
+  const bool divided = options.norm == (options.inverse ? "backward" : "forward");
+  return options.norm == "ortho" ? QuarnDivisor::root : divided ? QuarnDivisor::length : QuarnDivisor::one;
+}
 
 Panel panel_of(const std::string& title, const std::string& x_title, const std::string& y_title,
                const QuarnFloat& start, const QuarnFloat& step, const std::vector<QuarnFloat>& y, Panel::Style style) {
@@ -45,17 +62,11 @@ Panel panel_of(const std::string& title, const std::string& x_title, const std::
 
 void run(const Pair& pair, const DctOptions& options) {
   const NumberTable table = NumberTable::read(options.input, options.table);
-  const Sequence sequence = sequence_from(table, options.column);
+  const Sequence sequence = sequence_from(table, options.column, digits_of_data(options.proof.wanted()));
   const std::vector<QuarnFloat>& x = sequence.values;
   const tesk2mp::Scaling scaling = options.norm == "ortho"     ? tesk2mp::Scaling::orthonormal
                                    : options.norm == "forward" ? tesk2mp::Scaling::forward
                                                                : tesk2mp::Scaling::backward;
-  require_memory(3 * double(x.size()), "a transform of " + std::to_string(x.size()) + " values");
-  std::vector<QuarnFloat> y;
-  {
-    const Progress progress = Progress::estimated("transform", transform_cost(double(x.size())));
-    y = (options.inverse ? pair.inverse : pair.forward)(x, int(options.type), {.norm = scaling});
-  }
   const std::string name =
       std::string(options.inverse ? "Inverse " : "") +
       (options.inverse ? pair.adjective : std::string(1, char(pair.adjective[0] - 'a' + 'A')) + (pair.adjective + 1)) +
@@ -73,12 +84,26 @@ void run(const Pair& pair, const DctOptions& options) {
                   {"type", std::to_string(options.type), true},
                   {"direction", options.inverse ? "inverse" : "forward"},
                   {"norm", options.norm}};
+  constexpr double kWithBounds = 8;
+  require_memory(kWithBounds * double(x.size()), "a transform of " + std::to_string(x.size()) + " values");
+  const TrueNumbers<QuarnFloat> found = [&] {
+    const Progress progress = Progress::estimated("transform", transform_cost(double(x.size())));
+    return true_transform<QuarnFloat>(
+        options.proof, pair.routine, true,
+        [&] { return tesk2mp::proven::transform(kind_of(pair, options), at_working_digits(x), divisor_of(options)); },
+        [&] { return (options.inverse ? pair.inverse : pair.forward)(x, int(options.type), {.norm = scaling}); },
+        result);
+  }();
+  const std::vector<QuarnFloat>& y = found.values;
   result.data = {{"k", {}, true}, {"value", exact_cells(y)}};
   for (std::size_t k = 0; k < y.size(); ++k) {
     result.data[0].cells.push_back(std::to_string(k));
   }
   result.table = result.data;
   result.table[1] = aligned_column("value", y, largest_magnitude(y));
+  if (!found.errors.empty()) {
+    add_errors(result, found.errors, "value", options.proof.errors);
+  }
   result.picture = [&](const std::string& file) {
     draw({panel_of("The " + counted, sequence.axis, sequence.quantity(), sequence.start, sequence.step, x,
                    Panel::Style::line),
@@ -129,10 +154,13 @@ void declare_dct(Command& command, const Pair& pair) {
   command.choice("--norm", "NORM", options->norm, {"backward", "ortho", "forward"},
                  "what is divided by N (default: backward, the inverse)");
   command.flag("--inverse,--backward", options->inverse, "the inverse transform, from a spectrum back");
-  command.add_digits();
+  add_true_digits(command, options->proof);
   add_output_options(command, options->output);
   add_plot_option(command, options->output);
-  command.work = [options, &pair] { run(pair, *options); };
+  command.work = [options, &pair] {
+    options->proof.start();
+    run(pair, *options);
+  };
 }
 
 const Registered kDct(22, "dct", "Cosine transforms of a real sequence", kCosineFooter,

@@ -9,6 +9,7 @@
 #include "cli/commands/failure.h"
 #include "cli/commands/options.h"
 #include "cli/commands/spectrum.h"
+#include "cli/commands/true_transform.h"
 #include "cli/io/input.h"
 #include "cli/io/matrix_input.h"
 #include "cli/io/sequence.h"
@@ -29,6 +30,7 @@ struct FftOptions {
   bool inverse = false;
   bool classic = false;
   SpectrumOptions shown;
+  ProofOptions proof;
   bool complex = false;
   std::string shape;
   Integer dimension = 0;
@@ -38,64 +40,95 @@ struct FftOptions {
   std::string column() const { return columns.empty() ? "" : columns.front(); }
 };
 
-// In half-complex order, in place.
-struct Entry {
-  const char* name;
-  void (*transform)(std::span<QuarnFloat> x);
-};
+// z_0 ... z_(n/2) of x, and the n numbers back; the classic entries have half-complex order.
+using Bins = std::vector<Complex>;
 
 constexpr tesk2mp::Along kUnitary = {.norm = tesk2mp::Scaling::orthonormal};
 
-void transform_real(std::span<QuarnFloat> x) {
-  const std::vector<Complex> z = tesk2mp::rfft(std::span<const QuarnFloat>(x), kUnitary);
+Bins bins_of(const std::vector<QuarnFloat>& half_complex) {
+  Bins z;
+  for (std::size_t k = 0; 2 * k <= half_complex.size(); ++k) {
+    z.emplace_back(real_part(half_complex, k), imaginary_part(half_complex, k));
+  }
+  return z;
+}
+
+std::vector<QuarnFloat> half_complex_of(const Bins& z, std::size_t n) {
+  std::vector<QuarnFloat> x(n);
   for (std::size_t k = 0; k < z.size(); ++k) {
     x[k] = z[k].re;
-    if (k > 0 && 2 * k < x.size()) {
-      x[x.size() - k] = z[k].im;
+    if (k > 0 && 2 * k < n) {
+      x[n - k] = z[k].im;
     }
   }
+  return x;
 }
 
-void transform_hermitian(std::span<QuarnFloat> x) {
-  std::vector<Complex> z;
-  for (std::size_t k = 0; 2 * k <= x.size(); ++k) {
-    z.emplace_back(x[k], k > 0 && 2 * k < x.size() ? x[x.size() - k] : QuarnFloat());
+const char* routine_for(const FftOptions& options) {
+  return options.inverse   ? options.classic ? "QuarnMP_c06fbf_" : "QuarnMPX_irfft_"
+         : options.classic ? "QuarnMP_c06faf_"
+                           : "QuarnMPX_rfft_";
+}
+
+// With all digits that the numbers have, where they are to be proven or estimated.
+int digits_of_data(const FftOptions& options) {
+  return cli::digits_of_data(options.proof.wanted() && !options.classic);
+}
+
+Progress progress_of(const FftOptions& options, std::size_t n) {
+  constexpr double kWithBounds = 8;
+  require_memory((options.proof.wanted() ? kWithBounds : 2) * double(n),
+                 "a transform of " + std::to_string(n) + " values");
+  return Progress::estimated("transform", transform_cost(double(n)));
+}
+
+// By the working digits, with no word about how true they are.
+Bins spectrum_once(const FftOptions& options, std::vector<QuarnFloat> x) {
+  apply_window(options.shown, x);
+  if (options.classic) {
+    tesk2mp::classic::transform_real(x);
+    return bins_of(x);
+  }
+  return tesk2mp::rfft(x, kUnitary);
+}
+
+std::vector<QuarnFloat> sequence_once(const FftOptions& options, const std::vector<QuarnFloat>& half_complex) {
+  if (options.classic) {
+    std::vector<QuarnFloat> x = half_complex;
+    tesk2mp::classic::transform_hermitian(x);
+    return x;
   }
   tesk2mp::Along along = kUnitary;
-  along.n = x.size();
-  const std::vector<QuarnFloat> values = tesk2mp::irfft(z, along);
-  std::copy(values.begin(), values.end(), x.begin());
+  along.n = half_complex.size();
+  return tesk2mp::irfft(bins_of(half_complex), along);
 }
 
-Entry entry_for(const FftOptions& options) {
-  if (options.inverse) {
-    return options.classic ? Entry{"QuarnMP_c06fbf_", tesk2mp::classic::transform_hermitian}
-                           : Entry{"QuarnMPX_irfft_", transform_hermitian};
-  }
-  return options.classic ? Entry{"QuarnMP_c06faf_", tesk2mp::classic::transform_real}
-                         : Entry{"QuarnMPX_rfft_", transform_real};
-}
-
-void transform(const Entry& entry, std::vector<QuarnFloat>& x) {
-  require_memory(2 * double(x.size()), "a transform of " + std::to_string(x.size()) + " values");
-  const Progress progress = Progress::estimated("transform", transform_cost(double(x.size())));
-  entry.transform(x);
-}
-
-std::vector<Fact> facts_of(const FftOptions& options, const Entry& entry, std::size_t n) {
+std::vector<Fact> facts_of(const FftOptions& options, std::size_t n) {
   return {{"input", options.input},
-          {"routine", entry.name},
+          {"routine", routine_for(options)},
           {"digits", std::to_string(QuarnDigits()), true},
           {"n", std::to_string(n), true}};
 }
 
-Spectrum spectrum_of(const Sequence& sequence, const FftOptions& options, const Entry& entry) {
-  Spectrum spectrum{sequence.values, {}, fabs(sequence.step) * std::int64_t(sequence.values.size()), 0, 0};
-  const std::vector<QuarnFloat>& x = spectrum.half_complex;
-  apply_window(options.shown, spectrum.half_complex);
-  transform(entry, spectrum.half_complex);
-  for (std::size_t k = 0; k <= x.size() / 2; ++k) {
-    spectrum.magnitudes.push_back(tesk2mp::abs({real_part(x, k), imaginary_part(x, k)}));
+// The note and the facts of `said` are about the digits.
+Spectrum spectrum_of(const Sequence& sequence, const FftOptions& options, Result& said) {
+  const std::vector<QuarnFloat>& x = sequence.values;
+  Spectrum spectrum{{}, {}, fabs(sequence.step) * std::int64_t(x.size()), 0, 0, {}};
+  const Progress progress = progress_of(options, x.size());
+  if (options.classic) {
+    const Bins z = spectrum_once(options, x);
+    spectrum.half_complex = half_complex_of(z, x.size());
+    for (const Complex& each : z) {
+      spectrum.magnitudes.push_back(tesk2mp::abs(each));
+    }
+  } else {
+    TrueNumbers<Complex> found = true_transform<Complex>(
+        options.proof, routine_for(options), options.shown.window == "none",
+        [&] { return tesk2mp::proven::spectrum(at_working_digits(x)); }, [&] { return spectrum_once(options, x); },
+        said, x.size() % 2 == 0 ? 2 : 1);
+    spectrum.half_complex = half_complex_of(found.values, x.size());
+    spectrum.magnitudes = std::move(found.magnitudes);
+    spectrum.errors = std::move(found.errors);
   }
   spectrum.last = x.size() / 2;
   choose_range(options.shown, spectrum);
@@ -110,9 +143,9 @@ void check_number(const std::string& option, const std::string& text) {
 
 // One column and its spectrum.
 struct Analysis {
-  Analysis(const FftOptions& options, const NumberTable& table, const std::string& column, const Entry& entry)
-      : sequence(sequence_from(table, column)),
-        spectrum(spectrum_of(sequence, options, entry)),
+  Analysis(const FftOptions& options, const NumberTable& table, const std::string& column)
+      : sequence(sequence_from(table, column, digits_of_data(options))),
+        spectrum(spectrum_of(sequence, options, said)),
         scale(options.shown, spectrum) {}
 
   std::string counted() const {
@@ -120,6 +153,7 @@ struct Analysis {
            (sequence.name.empty() ? "" : " of '" + sequence.name + "'");
   }
 
+  Result said{{"", ""}, {}, {}, {}, {}, {}};  // about the digits: the second note and the last one, facts
   Sequence sequence;
   Spectrum spectrum;
   MagnitudeScale scale;
@@ -144,13 +178,12 @@ void append(std::vector<ResultColumn>& all, std::vector<ResultColumn> columns, c
 }
 
 void run_forward(const FftOptions& options, const NumberTable& table) {
-  const Entry entry = entry_for(options);
   check_number("--beta", options.shown.beta);
   check_number("--from", options.shown.from);
   check_number("--to", options.shown.to);
   std::vector<Analysis> analyses;
   for (const std::string& column : options.columns.empty() ? std::vector<std::string>{""} : options.columns) {
-    analyses.emplace_back(options, table, column, entry);
+    analyses.emplace_back(options, table, column);
   }
   const Sequence& first = analyses.front().sequence;
   const bool alone = analyses.size() == 1;
@@ -167,8 +200,8 @@ void run_forward(const FftOptions& options, const NumberTable& table) {
   Result result;
   result.notes = {"Fourier transform of " + cli::counted(Integer(first.values.size()), "value", "values") + described +
                       " in " + table.source(),
-                  precision_note(entry.name, options.classic)};
-  result.facts = facts_of(options, entry, first.values.size());
+                  options.classic ? precision_note(routine_for(options), true) : analyses.front().said.notes[1]};
+  result.facts = facts_of(options, first.values.size());
   result.facts.push_back({"unit", first.unit});
   add_window(options, result);
   if (!first.uneven.empty()) {
@@ -177,20 +210,22 @@ void run_forward(const FftOptions& options, const NumberTable& table) {
   for (std::size_t i = 0; i < analyses.size(); ++i) {
     const Analysis& each = analyses[i];
     Result part;
+    part.notes.assign(each.said.notes.begin() + 2, each.said.notes.end());
     if (options.output.format == Format::text) {
-      add_text_table(part, each.sequence, each.spectrum, each.scale);
+      add_text_table(part, each.sequence, each.spectrum, each.scale, options.shown.with_errors);
     } else {
       add_data(part, each.spectrum);
     }
     if (alone) {
+      result.facts.insert(result.facts.end(), each.said.facts.begin(), each.said.facts.end());
       result.notes.insert(result.notes.end(), part.notes.begin(), part.notes.end());
       result.table = std::move(part.table);
       result.data = std::move(part.data);
       break;
     }
     const std::string name = each.sequence.name.empty() ? "column " + options.columns[i] : each.sequence.name;
-    if (!part.notes.empty()) {
-      result.notes.push_back(name + ": " + part.notes.front());
+    for (const std::string& note : part.notes) {
+      result.notes.push_back(name + ": " + note);
     }
     append(result.table, std::move(part.table), name);
     append(result.data, std::move(part.data), name);
@@ -208,22 +243,41 @@ void run_forward(const FftOptions& options, const NumberTable& table) {
 
 void run_inverse(const FftOptions& options, const NumberTable& table) {
   Sequence sequence;
-  sequence.values = half_complex_from(table, options.column());
-  const Entry entry = entry_for(options);
-  transform(entry, sequence.values);
-  const std::string values = counted(Integer(sequence.values.size()), "value", "values");
+  const std::vector<QuarnFloat> given = [&] {
+    const tesk2mp::Digits scope(digits_of_data(options));
+    return half_complex_from(table, options.column());
+  }();
+  const std::size_t n = given.size();
+  const std::string values = counted(Integer(n), "value", "values");
 
   Result result;
   result.notes = {"Real sequence of " + values + " from the spectrum in " + table.source(),
-                  precision_note(entry.name, options.classic),
-                  "x_j = 1/sqrt(N) sum_k z_k exp(+2 pi i j k/N), N = " + std::to_string(sequence.values.size())};
-  result.facts = facts_of(options, entry, sequence.values.size());
+                  precision_note(routine_for(options), options.classic)};
+  result.facts = facts_of(options, n);
+  std::vector<QuarnFloat> errors;
+  {
+    const Progress progress = progress_of(options, n);
+    if (options.classic) {
+      sequence.values = sequence_once(options, given);
+    } else {
+      TrueNumbers<QuarnFloat> found = true_transform<QuarnFloat>(
+          options.proof, routine_for(options), true,
+          [&] { return tesk2mp::proven::from_spectrum(at_working_digits(bins_of(given)), n); },
+          [&] { return sequence_once(options, given); }, result);
+      sequence.values = std::move(found.values);
+      errors = std::move(found.errors);
+    }
+  }
+  result.notes.push_back("x_j = 1/sqrt(N) sum_k z_k exp(+2 pi i j k/N), N = " + std::to_string(n));
   result.data = {{"sample", {}, true}, {"value", exact_cells(sequence.values)}};
   for (std::size_t j = 0; j < sequence.values.size(); ++j) {
     result.data[0].cells.push_back(std::to_string(j));
   }
   result.table = result.data;
   result.table[1] = aligned_column("value", sequence.values, largest_magnitude(sequence.values));
+  if (!errors.empty()) {
+    add_errors(result, errors, "value", options.proof.errors);
+  }
   result.picture = [&](const std::string& file) { draw({panel_of(sequence, values)}, file); };
   deliver(result, options.output);
 }
@@ -243,7 +297,12 @@ bool takes_complex(const FftOptions& options, const std::string& text, const Num
   return is_complex(table.choose(options.column()));
 }
 
-void run(const FftOptions& options) {
+void run(FftOptions options) {
+  options.proof.start();
+  options.shown.with_errors = options.proof.errors;
+  if (options.classic && options.proof.insisted) {
+    throw bad_input("--proven: the classic entry's constants are doubles");
+  }
   const std::string text = read_input(options.input);
   const NumberTable table = NumberTable::parse(text, name_of_input(options.input), options.table);
   if (takes_complex(options, text, table)) {
@@ -256,7 +315,7 @@ void run(const FftOptions& options) {
                       ": complex numbers, of which --window, --scale, --axis, --from and --to know nothing");
     }
     run_cfft({options.input, options.column(), options.shape, options.dimension, options.inverse, options.classic,
-              options.table, options.output},
+              options.table, options.proof, options.output},
              text);
   } else if (options.inverse) {
     if (options.columns.size() > 1) {
@@ -275,6 +334,10 @@ Where the first column is evenly spaced it gives the unit of the periods.
 --inverse reads what --format csv or json wrote (columns real and imaginary, a row
 for each k), or one column in half-complex order: the real parts of z_0 ... z_(N/2),
 then the imaginary parts from the highest k down to 1.
+
+The numbers are taken with all their digits, and D digits of every part are proven; one of
+which not even the sign is known, D digits below the largest, is 0. Behind a window two
+computations agree to the digits instead.
 
 --scale log has an axis of powers of ten, --scale db shows decibels below the largest magnitude.
 --from and --to leave a range of the frequencies, or of the periods with --axis period.
@@ -307,7 +370,7 @@ void declare_fft(Command& command) {
                  "of the magnitudes (default: linear)");
   command.text("--from", "X", options->shown.from, "the lowest frequency or period to show");
   command.text("--to", "X", options->shown.to, "the highest one");
-  command.add_digits();
+  add_true_digits(command, options->proof);
   add_output_options(command, options->output);
   add_plot_option(command, options->output);
   command.flag("--complex", options->complex,

@@ -2,12 +2,14 @@
 #include "tesk2mp/least_squares.hpp"
 
 #include "cli/commands/dense.h"
+#include "cli/commands/estimate.h"
 #include "cli/commands/failure.h"
 #include "cli/commands/options.h"
 #include "cli/io/matrix_output.h"
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
 #include "tesk2mp/kernels.hpp"
+#include "tesk2mp/proven_spectra.hpp"
 
 namespace cli {
 
@@ -19,12 +21,14 @@ struct RankOptions {
   std::string right_side = "-";
   std::string column;
   std::string tolerance;
+  ProofOptions proof;
   OutputOptions output;
 };
 
-std::optional<QuarnFloat> tolerance_of(const RankOptions& options) {
+/// The tolerance of the digits that are asked for, also where more of them are worked with.
+QuarnFloat tolerance_of(const RankOptions& options, const DenseMatrix& matrix) {
   if (options.tolerance.empty()) {
-    return std::nullopt;
+    return QuarnFloat(std::max(matrix.rows(), matrix.columns())) * QuarnFloat(1, 1 - QuarnDigits());
   }
   QuarnFloat tolerance(options.tolerance.c_str());
   if (!(tolerance >= 0)) {
@@ -33,17 +37,37 @@ std::optional<QuarnFloat> tolerance_of(const RankOptions& options) {
   return tolerance;
 }
 
-Result started(const std::string& title, const DenseMatrix& matrix, std::size_t rank) {
-  const char* routine = matrix.complex() ? "QuarnMPX_zgelsy_" : "QuarnMPX_dgelsy_";
+const char* routine_for(const DenseMatrix& matrix) {
+  return matrix.complex() ? "QuarnMPX_zgelsy_" : "QuarnMPX_dgelsy_";
+}
+
+/// Title, digits and what they are worth, rank.
+template <class T>
+Result started(const RankOptions& options, const std::string& title, const DenseMatrix& matrix,
+               const Estimated<T>& estimate, std::size_t rank) {
+  const std::string routine = routine_for(matrix);
   Result result;
-  result.notes = {title, digits_text() + ", by " + routine + "; rank " + std::to_string(rank)};
-  result.facts = {
-      {"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}, {"rank", std::to_string(rank), true}};
+  result.notes = {title, ""};
+  result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
+  add_estimate(options.proof, estimate, routine, result);
+  result.notes[1] += "; rank " + std::to_string(rank);
+  result.facts.push_back({"rank", std::to_string(rank), true});
   return result;
 }
 
+/// With all its digits, unless one computation is asked for.
+DenseMatrix read_exactly(const RankOptions& options) {
+  const tesk2mp::Digits scope(digits_of_data(options.proof.wanted()));
+  return read_operand(options.matrix, options.table, false);
+}
+
+template <class T>
+std::vector<T> elements(const tesk2mp::Matrix<T>& a) {
+  return {a.data(), a.data() + a.rows() * a.columns()};
+}
+
 Progress progress_of(const DenseMatrix& matrix) {
-  constexpr double kFactorisations = 4;
+  constexpr double kFactorisations = 8;
   return Progress::estimated(
       "factorising", kFactorisations * factorisation_cost(std::min(matrix.rows(), matrix.columns()), matrix.complex()));
 }
@@ -57,17 +81,65 @@ QuarnFloat residual_norm(const tesk2mp::Matrix<T>& a, const tesk2mp::Matrix<T>& 
 }
 
 template <class T>
+Result proven_solution(const RankOptions& options, const std::string& title, const tesk2mp::Matrix<T>& a,
+                       const tesk2mp::Matrix<T>& b, tesk2mp::Matrix<T>& x, std::vector<QuarnFloat>& errors) {
+  const std::string routine = std::is_same_v<T, Complex> ? "QuarnMPX_zproven_solve_" : "QuarnMPX_dproven_solve_";
+  Result result;
+  result.notes = {title, ""};
+  int worked_with = 0;
+  const auto bounded =
+      proven_result(options.proof, result, routine, worked_with, [&] { return tesk2mp::proven::least_squares(a, b); });
+  result.notes[1] += "; rank " + std::to_string(a.columns()) + ", proven";
+  result.facts.push_back({"rank", std::to_string(a.columns()), true});
+  x = tesk2mp::proven::known_value(bounded);
+  for (std::size_t i = 0; i < x.rows(); ++i) {
+    errors.push_back(printed_error(bounded(i, 0)).value());
+  }
+  return result;
+}
+
+template <class T>
 void solve(const RankOptions& options, const DenseMatrix& matrix, const DenseMatrix& right) {
   const tesk2mp::Matrix<T> a = matrix_of(elements_of<T>(matrix), std::size_t(matrix.rows()));
   const tesk2mp::Matrix<T> b = matrix_of(elements_of<T>(right), std::size_t(right.rows()));
-  const auto solution = tesk2mp::minimum_norm(a, b, tolerance_of(options));
-  Result result = started("Least squares with the " + description(matrix), matrix, solution.rank);
-  const QuarnFloat residual = residual_norm(a, solution.x, b);
+  const std::string title = "Least squares with the " + description(matrix);
+  Result result;
+  tesk2mp::Matrix<T> x;
+  std::vector<QuarnFloat> errors;
+  std::string why_not;
+  bool is_proven = false;
+  // Less than full rank, and a rank by a tolerance, have no proof.
+  if (a.rows() >= a.columns() && (options.tolerance.empty() || options.proof.insisted)) {
+    try {
+      is_proven = try_proof(options.proof, why_not, [&] { result = proven_solution(options, title, a, b, x, errors); });
+    } catch (const tesk2mp::NumericalFailure&) {
+      if (options.proof.insisted) {
+        throw;
+      }
+    }
+  } else if (options.proof.insisted) {
+    throw bad_input("--proven is for matrices with as many rows as columns or more");
+  }
+  if (!is_proven) {
+    std::size_t rank = 0;
+    const QuarnFloat tolerance = tolerance_of(options, matrix);
+    const auto estimate = estimated<T>(options.proof, [&] {
+      const auto solution = tesk2mp::minimum_norm(a, b, tolerance);
+      rank = solution.rank;
+      return std::optional(elements(solution.x));
+    });
+    x = matrix_of(known_values(estimate.numbers), a.columns());
+    result = started(options, title, matrix, estimate, rank);
+  }
+  const QuarnFloat residual = residual_norm(a, x, b);
   result.notes.push_back("||b - A x|| = " + brief(residual));
   result.facts.push_back({"residual", residual.to_string()});
-  add_matrix(result, DenseMatrix{"", solution.x});
+  add_matrix(result, DenseMatrix{"", x});
+  if (!errors.empty()) {
+    add_errors(result, errors, "value", options.proof.errors);
+  }
   result.picture = [&](const std::string& file) {
-    draw(panels_of_elements(result.notes.front(), elements_of<Complex>(DenseMatrix{"", solution.x}),
+    draw(panels_of_elements(result.notes.front(), elements_of<Complex>(DenseMatrix{"", x}),
                             matrix.complex() || right.complex()),
          file);
   };
@@ -78,8 +150,11 @@ void run_lstsq(const RankOptions& options) {
   if (options.matrix == "-" && options.right_side == "-") {
     throw bad_input("matrix and right side cannot both come from standard input");
   }
-  const DenseMatrix matrix = read_operand(options.matrix, options.table, false);
-  const DenseMatrix right = read_vector(options.right_side, options.column, options.table);
+  const DenseMatrix matrix = read_exactly(options);
+  const DenseMatrix right = [&] {
+    const tesk2mp::Digits scope(digits_of_data(options.proof.wanted()));
+    return read_vector(options.right_side, options.column, options.table);
+  }();
   if (right.rows() != matrix.rows()) {
     throw bad_input(matrix.source + ": " + counted(matrix.rows(), "row", "rows") + ", but the right side has " +
                     counted(right.rows(), "number", "numbers"));
@@ -91,32 +166,44 @@ void run_lstsq(const RankOptions& options) {
   solve<QuarnFloat>(options, matrix, right);
 }
 
+/// A matrix whose rank the tolerance says: find(tolerance, rank) computes it.
+template <class T, class Find>
+void deliver_matrix(const RankOptions& options, const std::string& what, const DenseMatrix& given, std::size_t rows,
+                    const Find& find) {
+  std::size_t rank = 0;
+  const QuarnFloat tolerance = tolerance_of(options, given);
+  const auto estimate = estimated<T>(options.proof, [&] { return std::optional(elements(find(tolerance, rank))); });
+  Result result = started(options, what + " of the " + description(given), given, estimate, rank);
+  const DenseMatrix matrix{"", matrix_of(known_values(estimate.numbers), rows)};
+  add_matrix(result, matrix);
+  result.picture = [&](const std::string& file) { draw(map_of_magnitudes(result.notes.front(), matrix), file); };
+  deliver(result, options.output);
+}
+
 void run_pinv(const RankOptions& options) {
-  const DenseMatrix given = read_operand(options.matrix, options.table, false);
+  const DenseMatrix given = read_exactly(options);
   const Progress progress = progress_of(given);
   std::visit(
       [&]<class T>(const tesk2mp::Matrix<T>& a) {
-        const auto found = tesk2mp::minimum_norm(a, tesk2mp::Matrix<T>::identity(a.rows()), tolerance_of(options));
-        Result result = started("Pseudo-inverse of the " + description(given), given, found.rank);
-        const DenseMatrix inverse{"", found.x};
-        add_matrix(result, inverse);
-        result.picture = [&](const std::string& file) { draw(map_of_magnitudes(result.notes.front(), inverse), file); };
-        deliver(result, options.output);
+        deliver_matrix<T>(options, "Pseudo-inverse", given, a.columns(), [&](const QuarnFloat& tolerance, auto& rank) {
+          auto found = tesk2mp::minimum_norm(a, tesk2mp::Matrix<T>::identity(a.rows()), tolerance);
+          rank = found.rank;
+          return std::move(found.x);
+        });
       },
       given.elements);
 }
 
 void run_null(const RankOptions& options) {
-  const DenseMatrix given = read_operand(options.matrix, options.table, false);
+  const DenseMatrix given = read_exactly(options);
   const Progress progress = progress_of(given);
   std::visit(
-      [&](const auto& a) {
-        const auto basis = tesk2mp::null_space(a, tolerance_of(options));
-        Result result = started("Null space of the " + description(given), given, a.columns() - basis.columns());
-        const DenseMatrix vectors{"", basis};
-        add_matrix(result, vectors);
-        result.picture = [&](const std::string& file) { draw(map_of_magnitudes(result.notes.front(), vectors), file); };
-        deliver(result, options.output);
+      [&]<class T>(const tesk2mp::Matrix<T>& a) {
+        deliver_matrix<T>(options, "Null space", given, a.columns(), [&](const QuarnFloat& tolerance, auto& rank) {
+          auto basis = tesk2mp::null_space(a, tolerance);
+          rank = a.columns() - basis.columns();
+          return basis;
+        });
       },
       given.elements);
 }
@@ -126,6 +213,9 @@ constexpr const char* kLeastSquaresFooter =
 solution x has the least ||b - A x||, and of several such x the least ||x||. The rank is what a
 QR factorisation with column pivoting shows; the residual is computed with twice the digits.
 Without --rhs the right side is read from standard input.
+
+The numbers are taken with all their digits. Where the rank is the number of columns the digits
+are proven, and so is the rank; else, and with --tolerance, two computations agree to them.
 
 Examples:
   printf '1 0
@@ -139,7 +229,7 @@ Examples:
 
 constexpr const char* kPseudoInverseFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file, m by n of any rank. The
-result is the Moore-Penrose inverse, n by m.
+result is the Moore-Penrose inverse, n by m, to the digits to which two computations agree.
 
 Example:
   printf '3
@@ -148,7 +238,8 @@ Example:
 
 constexpr const char* kNullSpaceFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file, m by n. The columns of
-the result are an orthonormal basis of the vectors x with A x = 0; there are n - rank of them.
+the result are an orthonormal basis of the vectors x with A x = 0; there are n - rank of them,
+to the digits to which two computations agree.
 
 Example:
   printf '3 0 0
@@ -160,34 +251,43 @@ void declare_least_squares(Command& command, const std::shared_ptr<RankOptions>&
   command.text("--tolerance", "T", options->tolerance,
                "the rank's triangle has a condition number up to 1/T (default: the roundings)");
   add_matrix_options(command, options->table);
-  command.add_digits();
   add_output_options(command, options->output, Forms::matrix);
+}
+
+void start(const std::shared_ptr<RankOptions>& options, Command& command, void (*run)(const RankOptions&)) {
+  command.work = [options, run] {
+    options->proof.start();
+    run(*options);
+  };
 }
 
 const Registered kLeastSquares(
     106, "lstsq", "least squares with a dense matrix of any shape and rank", kLeastSquaresFooter, [](Command& command) {
       auto options = std::make_shared<RankOptions>();
       declare_least_squares(command, options);
+      add_true_digits(command, options->proof);
       add_plot_option(command, options->output);
       command.text("--rhs", "FILE", options->right_side, "the right side; - is standard input");
       command.text("--column", "NAME", options->column, "name or number of the right side's column");
-      command.work = [options] { run_lstsq(*options); };
+      start(options, command, run_lstsq);
     });
 
 const Registered kPseudoInverse(107, "pinv", "the pseudo-inverse of a dense matrix", kPseudoInverseFooter,
                                 [](Command& command) {
                                   auto options = std::make_shared<RankOptions>();
                                   declare_least_squares(command, options);
+                                  add_estimated_digits(command, options->proof);
                                   add_plot_option(command, options->output);
-                                  command.work = [options] { run_pinv(*options); };
+                                  start(options, command, run_pinv);
                                 });
 
 const Registered kNullSpace(108, "null", "the null space of a dense matrix, and its rank", kNullSpaceFooter,
                             [](Command& command) {
                               auto options = std::make_shared<RankOptions>();
                               declare_least_squares(command, options);
+                              add_estimated_digits(command, options->proof);
                               add_plot_option(command, options->output);
-                              command.work = [options] { run_null(*options); };
+                              start(options, command, run_null);
                             });
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "cli/commands/dense.h"
+#include "cli/commands/estimate.h"
 #include "cli/commands/failure.h"
 #include "cli/commands/options.h"
 #include "cli/commands/ranking.h"
@@ -18,6 +19,7 @@ struct LuOptions {
   TableOptions table;
   std::string part = "factors";
   bool weighted = false;
+  ProofOptions proof;
   OutputOptions output;
 };
 
@@ -57,22 +59,72 @@ std::size_t interchanges(const std::vector<Integer>& pivots) {
   return count;
 }
 
+/// The factors with all that is written of them.
 template <class T>
-Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2mp::LU<T>& lu) {
+struct Factors {
+  tesk2mp::Matrix<T> packed;
+  std::vector<Integer> pivots;
+  bool singular = false;
+  T mantissa{};
+  std::int64_t exponent = 0;  // of the determinant; of square matrices
+};
+
+template <class T>
+tesk2mp::LU<T> factorised(const LuOptions& options, const tesk2mp::Matrix<T>& a) {
+  if constexpr (std::is_same_v<T, QuarnFloat>) {
+    if (options.weighted) {
+      return tesk2mp::LU<T>::row_weighted(a);
+    }
+  }
+  return tesk2mp::LU<T>(a);
+}
+
+/// The factors to the digits that are asked for.
+template <class T>
+Factors<T> factors_of(const LuOptions& options, const tesk2mp::Matrix<T>& a, Estimated<T>& estimate) {
+  Factors<T> found;
+  const bool square = a.rows() == a.columns();
+  estimate = estimated<T>(options.proof, [&] {
+    const tesk2mp::LU<T> lu = factorised(options, a);
+    found.packed = lu.factors();
+    found.pivots = lu.pivots();
+    found.singular = lu.singular();
+    std::optional<std::vector<T>> numbers(std::in_place, found.packed.data(),
+                                          found.packed.data() + a.rows() * a.columns());
+    if (square) {
+      const auto parts = lu.determinant_parts();
+      found.exponent = parts.exponent;
+      numbers->push_back(parts.mantissa);
+    }
+    return numbers;
+  });
+  std::vector<T> numbers = known_values(estimate.numbers);
+  if (square && !numbers.empty()) {
+    found.mantissa = numbers.back();
+    numbers.pop_back();
+  }
+  found.packed = matrix_of(numbers, a.rows());
+  return found;
+}
+
+template <class T>
+Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2mp::Matrix<T>& a) {
   const std::string routine = options.weighted  ? "QuarnMP_f07adg_"
                               : given.complex() ? "QuarnMPX_f07arf_"
                                                 : "QuarnMPX_f07adf_";
+  Estimated<T> estimate;
+  const Factors<T> lu = factors_of(options, a, estimate);
   Result result;
-  result.notes = {"A = P L U of the " + description(given), digits_text() + ", by " + routine};
+  result.notes = {"A = P L U of the " + description(given), ""};
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
   if (given.rows() == given.columns()) {
-    const auto parts = lu.determinant_parts();
-    const std::string determinant = determinant_text(parts.mantissa, parts.exponent);
+    const std::string determinant = determinant_text(lu.mantissa, lu.exponent);
     result.notes.push_back("determinant " + determinant +
-                           "; row interchanges: " + std::to_string(interchanges(lu.pivots())) +
-                           (lu.singular() ? "; singular: a pivot is exactly zero" : ""));
+                           "; row interchanges: " + std::to_string(interchanges(lu.pivots)) +
+                           (lu.singular ? "; singular: a pivot is exactly zero" : ""));
     result.facts.push_back({"determinant", determinant});
   }
+  add_estimate(options.proof, estimate, routine, result);
   const std::string title = std::string(options.part == "factors" ? "L and U"
                                         : options.part == "p"     ? "Row order"
                                         : options.part == "l"     ? "L"
@@ -80,7 +132,7 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
                             " of the " + description(given);
   if (options.part == "p") {
     result.notes.push_back("row i of L U is row p(i) of A");
-    const std::vector<Integer> order = permuted_rows(lu.pivots(), given.rows());
+    const std::vector<Integer> order = permuted_rows(lu.pivots, given.rows());
     result.table = {count_column("i", positions(given.rows())), count_column("p", order)};
     result.data = result.table;
     result.picture = [title, order](const std::string& file) {
@@ -95,32 +147,36 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
   result.notes.emplace_back(both ? "U on the diagonal and above, L below; its diagonal of ones is left out"
                             : options.part == "l" ? "L"
                                                   : "U");
-  const DenseMatrix factor{"", both ? lu.factors() : triangle(lu.factors(), options.part == "l")};
+  const DenseMatrix factor{"", both ? lu.packed : triangle(lu.packed, options.part == "l")};
   add_matrix(result, factor);
   result.picture = [title, factor](const std::string& file) { draw(map_of_magnitudes(title, factor), file); };
   return result;
 }
 
+DenseMatrix read_exactly(const LuOptions& options) {
+  const tesk2mp::Digits scope(digits_of_data(options.proof.wanted()));
+  return read_operand(options.matrix, options.table, false);
+}
+
 void run_lu(const LuOptions& options) {
-  const DenseMatrix given = read_operand(options.matrix, options.table, false);
-  const double inner = std::min(given.rows(), given.columns());
-  const Progress progress = Progress::estimated("factorising", factorisation_cost(inner, given.complex()));
-  if (options.weighted) {
-    if (given.complex()) {
-      throw bad_input("--weighted: the matrix in " + given.source + " is complex; weighted pivoting is for real ones");
-    }
-    return deliver(
-        result_of(options, given, tesk2mp::LU<QuarnFloat>::row_weighted(std::get<RealMatrix>(given.elements))),
-        options.output);
+  const DenseMatrix given = read_exactly(options);
+  if (options.weighted && given.complex()) {
+    throw bad_input("--weighted: the matrix in " + given.source + " is complex; weighted pivoting is for real ones");
   }
-  std::visit([&](const auto& a) { deliver(result_of(options, given, tesk2mp::LU(a)), options.output); },
-             given.elements);
+  constexpr double kComputations = 2;
+  const Progress progress = Progress::estimated(
+      "factorising", kComputations * factorisation_cost(std::min(given.rows(), given.columns()), given.complex()));
+  std::visit([&](const auto& a) { deliver(result_of(options, given, a), options.output); }, given.elements);
 }
 
 constexpr const char* kLuFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file; m by n, real or
 complex. Pivots are the largest elements of their columns, with --weighted relative to
 the Euclidean norms of their rows. --plot draws the magnitudes of what is written.
+
+The numbers of the matrix are taken with all their digits. The factors are computed twice, with
+more and more digits until both agree to D of them; pivots that are equal in magnitude are
+chosen alike. That is an estimate, no proof; quarn det has one.
 
 Examples:
   quarn lu examples/west0067.mtx --digits 50 --format json
@@ -134,10 +190,13 @@ void declare_lu(Command& command) {
   command.choice("--part", "WHAT", options->part, kParts,
                  "what to write: factors (default, both in one), l, u, p (row order)");
   command.flag("--weighted", options->weighted, "choose pivots relative to the sizes of rows");
-  command.add_digits();
+  add_estimated_digits(command, options->proof);
   add_output_options(command, options->output, Forms::matrix);
   add_plot_option(command, options->output);
-  command.work = [options] { run_lu(*options); };
+  command.work = [options] {
+    options->proof.start();
+    run_lu(*options);
+  };
 }
 
 const Registered kLuCommand(90, "lu", "factorise a dense matrix, A = P L U; determinant", kLuFooter, declare_lu);

@@ -36,10 +36,11 @@ with characters, below the result.)"},
     {"digits", "Digits",
      R"(--digits D sets the working precision, 1 to 1000000 decimal digits, 20 without it. Every
 operation is rounded to D digits, so that results lose some: work with more digits than
-you want to see. In solve, inv, det, eig, svd and zeros D digits of the result are proven
-to be true instead, by as many working digits as that takes; --working-digits D computes
-once with D. Options that ask for what has no proof (--method, --vectors and the like) make
-D the working precision. Classic entries (--classic) carry constants as doubles and give
+you want to see. In solve, inv, det, norm, lstsq, eig, svd, zeros, fft, cfft, dct and dst D
+digits of the result are proven to be true instead, by as many working digits as that takes;
+in lu, chol, pinv and null two computations agree to them. --working-digits D computes once
+with D. Options that ask for what has no proof (--method, --vectors and the like) make D the
+working precision. Classic entries (--classic) carry constants as doubles and give
 about 16 true digits at any precision.)"},
     {"exit-status", "Exit status",
      R"(  0  done

@@ -2,7 +2,9 @@
 #include "cli/commands/dense.h"
 #include "cli/commands/failure.h"
 #include "cli/commands/options.h"
+#include "cli/commands/proven.h"
 #include "cli/system/progress.h"
+#include "tesk2mp/proven_sums.hpp"
 
 namespace cli {
 
@@ -12,6 +14,7 @@ struct NormOptions {
   std::string matrix;
   TableOptions table;
   bool condition = false;
+  ProofOptions proof;
   OutputOptions output;
 };
 
@@ -25,43 +28,91 @@ constexpr NamedNorm kNorms[] = {{tesk2mp::Norm::largest, "max", "largest element
                                 {tesk2mp::Norm::infinity, "infinity", "largest row sum"},
                                 {tesk2mp::Norm::frobenius, "frobenius", "square root of the sum of squares"}};
 
-void run_norm(const NormOptions& options) {
-  const DenseMatrix given = read_operand(options.matrix, options.table, options.condition);
-  ResultColumn names{"norm", {}, false, true};
-  ResultColumn meanings{"meaning", {}, false, true};
-  ResultColumn values{"value", {}};
-  const auto add = [&](const char* name, const char* meaning, const QuarnFloat& value) {
-    names.cells.emplace_back(name);
-    meanings.cells.emplace_back(meaning);
-    values.cells.push_back(exact_text(value));
-  };
-  const auto measure = [&](const auto& a) {
-    for (const auto& [norm, name, meaning] : kNorms) {
-      add(name, meaning, tesk2mp::norm(norm, a));
-    }
-    if (options.condition) {
-      constexpr double kSolving = 3;  // n right-hand sides on top of the factorisation
-      const Progress progress =
-          Progress::estimated("inverting", (1 + kSolving) * factorisation_cost(given.rows(), given.complex()));
-      const auto inverse = tesk2mp::inverse(a);
-      add("condition", "one-norm of A times one-norm of its inverse",
-          tesk2mp::norm(tesk2mp::Norm::one, a) * tesk2mp::norm(tesk2mp::Norm::one, inverse));
-    }
-  };
-  std::visit(measure, given.elements);
+using BoundedReal = tesk2mp::proven::Bounded<QuarnFloat>;
 
+/// The norms, and the condition number where it is asked for; all with bounds.
+template <class T>
+std::vector<BoundedReal> proven_norms(const NormOptions& options, const tesk2mp::Matrix<T>& a) {
+  std::vector<BoundedReal> norms;
+  for (const NamedNorm& each : kNorms) {
+    norms.push_back(tesk2mp::proven::norm(each.norm, a));
+  }
+  if (options.condition) {
+    norms.push_back(tesk2mp::proven::norm(tesk2mp::Norm::one, a) *
+                    tesk2mp::proven::norm(tesk2mp::Norm::one, tesk2mp::proven::inverse(a)));
+  }
+  return norms;
+}
+
+template <class T>
+std::vector<QuarnFloat> computed_norms(const NormOptions& options, const tesk2mp::Matrix<T>& a) {
+  std::vector<QuarnFloat> norms;
+  for (const NamedNorm& each : kNorms) {
+    norms.push_back(tesk2mp::norm(each.norm, a));
+  }
+  if (options.condition) {
+    norms.push_back(tesk2mp::norm(tesk2mp::Norm::one, a) * tesk2mp::norm(tesk2mp::Norm::one, tesk2mp::inverse(a)));
+  }
+  return norms;
+}
+
+DenseMatrix read_exactly(const NormOptions& options) {
+  const tesk2mp::Digits scope(digits_of_data(options.proof.wanted()));
+  return read_operand(options.matrix, options.table, options.condition);
+}
+
+void run_norm(const NormOptions& options) {
+  const DenseMatrix given = read_exactly(options);
   const std::string routine = given.complex() ? "QuarnMPX_f06uaf_" : "QuarnMPX_f06raf_";
   Result result;
   result.notes = {"Norms of the " + description(given), digits_text() + ", by " + routine};
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
-  result.table = {names, meanings, values};
-  result.data = {names, values};
+  constexpr double kInverting = 4;
+  const Progress progress = Progress::estimated(
+      "computing", options.condition ? kInverting * factorisation_cost(given.rows(), given.complex()) : 0);
+  std::vector<QuarnFloat> values;
+  std::vector<QuarnFloat> errors;
+  std::string why_not;
+  std::visit(
+      [&](const auto& a) {
+        const bool is_proven = try_proof(options.proof, why_not, [&] {
+          int worked_with = 0;
+          const std::vector<BoundedReal> bounded =
+              proven_result(options.proof, result, "exact sums", worked_with, [&] { return proven_norms(options, a); });
+          values = known_values(bounded);
+          errors = errors_of(bounded);
+        });
+        if (!is_proven) {
+          values = computed_norms(options, a);
+        }
+      },
+      given.elements);
+  if (!why_not.empty()) {
+    result.notes.push_back(why_not);
+  }
+  ResultColumn names{"norm", {}, false, true};
+  ResultColumn meanings{"meaning", {}, false, true};
+  for (const NamedNorm& each : kNorms) {
+    names.cells.emplace_back(each.name);
+    meanings.cells.emplace_back(each.meaning);
+  }
+  if (options.condition) {
+    names.cells.emplace_back("condition");
+    meanings.cells.emplace_back("one-norm of A times one-norm of its inverse");
+  }
+  const ResultColumn column{"value", exact_cells(values)};
+  result.table = {names, meanings, column};
+  result.data = {names, column};
+  if (!errors.empty()) {
+    add_errors(result, errors, "value", options.proof.errors);
+  }
   deliver(result, options.output);
 }
 
 constexpr const char* kNormFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file. --condition inverts
-the matrix; a singular one has no condition number, and the exit status is 1.
+the matrix; a singular one has no condition number, and the exit status is 1. The numbers of
+the matrix are taken with all their digits, and those of the result are proven.
 
 Examples:
   quarn norm examples/fs_183_1.mtx --condition --digits 50
@@ -72,9 +123,12 @@ void declare_norm(Command& command) {
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
   add_matrix_options(command, options->table);
   command.flag("--condition", options->condition, "the condition number as well");
-  command.add_digits();
+  add_true_digits(command, options->proof);
   add_output_options(command, options->output);
-  command.work = [options] { run_norm(*options); };
+  command.work = [options] {
+    options->proof.start();
+    run_norm(*options);
+  };
 }
 
 const Registered kNormCommand(110, "norm", "norms and condition number of a dense matrix", kNormFooter, declare_norm);

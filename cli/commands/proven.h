@@ -35,11 +35,21 @@ struct ProofOptions {
   }
 };
 
-inline void add_true_digits(Command& command, ProofOptions& proof) {
-  command.add_digits("digits that are printed, and proven to be true");
+inline void add_working_digits(Command& command, ProofOptions& proof) {
   command.number("--working-digits", "D", proof.once, 1, kMostDigits, "compute once with D digits, without a proof");
   command.number("--proof-time", "S", proof.seconds, 0, 1'000'000,
                  "after S seconds try no more working digits for a proof (default 60)");
+}
+
+/// The options of results that have no proof.
+inline void add_estimated_digits(Command& command, ProofOptions& proof) {
+  command.add_digits("digits that are printed, and estimated to be true");
+  add_working_digits(command, proof);
+}
+
+inline void add_true_digits(Command& command, ProofOptions& proof) {
+  command.add_digits("digits that are printed, and proven to be true");
+  add_working_digits(command, proof);
   command.flag("--proven", proof.insisted, "print nothing that is not proven");
   command.flag("--error", proof.errors, "bounds of the errors as well; csv and json of columns have them always");
 }
@@ -78,6 +88,33 @@ auto with_true_digits(const ProofOptions& options, int& worked_with, const Probl
       std::min(int(kMostDigits), 40 * digits + 1000));
 }
 
+inline QuarnBound rounding_of(const QuarnFloat& x) { return QuarnBound(x).half_unit(QuarnDigits()); }
+inline QuarnBound rounding_of(const Complex& z) { return hypotenuse(rounding_of(z.re), rounding_of(z.im)); }
+
+/// The numbers rounded to the working digits, with bounds of that; those that fit are exact.
+template <class T>
+std::vector<tesk2mp::proven::Bounded<T>> at_working_digits(const std::vector<T>& exact) {
+  std::vector<tesk2mp::proven::Bounded<T>> rounded;
+  rounded.reserve(exact.size());
+  for (const T& x : exact) {
+    T nearest = x * T(1);
+    const QuarnBound error = nearest == x ? QuarnBound() : rounding_of(nearest);
+    rounded.push_back({std::move(nearest), error});
+  }
+  return rounded;
+}
+
+/// Values as they are printed.
+template <class T>
+std::vector<T> known_values(const std::vector<tesk2mp::proven::Bounded<T>>& bounded) {
+  std::vector<T> values;
+  values.reserve(bounded.size());
+  for (const auto& each : bounded) {
+    values.push_back(tesk2mp::proven::known_value(each));
+  }
+  return values;
+}
+
 /// Runs attempt(), which proves its result. Where there is no proof and none was insisted on: false, and why.
 template <class Attempt>
 bool try_proof(const ProofOptions& options, std::string& why_not, const Attempt& attempt) {
@@ -110,6 +147,23 @@ inline std::string proof_note(int worked_with, const std::string& routine) {
   return digits_text() + ", all proven (worked with " + std::to_string(worked_with) + "), by " + routine;
 }
 
+/// A note about the zeros that are printed where no sign is known; `structural` of them need no proof.
+template <class Found>
+void add_zeros(Result& result, const Found& found, std::size_t structural = 0) {
+  std::size_t count = 0;
+  QuarnBound largest;
+  tesk2mp::proven::detail::for_each_part(found, [&](const tesk2mp::proven::Bounded<QuarnFloat>& x) {
+    if (!x.error.is_zero() && tesk2mp::proven::true_digits(x) <= 0) {
+      ++count;
+      largest = std::max(largest, x.error);
+    }
+  });
+  if (count > structural) {
+    result.notes.push_back("0 (abs < 1e" + std::to_string(largest.exponent() + 1) + "): so much is proven of " +
+                           counted(Integer(count - structural), "zero", "zeros") + ", no sign");
+  }
+}
+
 /// The same, said in the second note and the facts.
 template <class Problem>
 auto proven_result(const ProofOptions& options, Result& result, const std::string& routine, int& worked_with,
@@ -120,6 +174,7 @@ auto proven_result(const ProofOptions& options, Result& result, const std::strin
                   {"digits", std::to_string(QuarnDigits()), true},
                   {"proven", "true", true},
                   {"working_digits", std::to_string(worked_with), true}};
+  add_zeros(result, found);
   return found;
 }
 

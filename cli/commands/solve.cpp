@@ -233,6 +233,15 @@ Result proven_result_of(const LinearSystem& system, const Solution& solution, co
                   {"proven", "true", true},
                   {"working_digits", std::to_string(solution.worked_with), true},
                   {"relative_residual", solution.residual.to_string()}};
+  std::visit(
+      [&]<class T>(const tesk2mp::Matrix<T>& x) {
+        std::vector<tesk2mp::proven::Bounded<T>> bounded;
+        for (std::size_t i = 0; i < x.rows(); ++i) {
+          bounded.push_back({x(i, 0), QuarnBound(solution.errors[i])});
+        }
+        add_zeros(result, bounded);
+      },
+      solution.x.elements);
   add_matrix(result, solution.x);
   add_errors(result, solution.errors, "component", options.proof.errors);
   return result;

@@ -66,7 +66,8 @@ void choose_range(const SpectrumOptions& options, Spectrum& spectrum) {
   }
 }
 
-void add_text_table(Result& result, const Sequence& sequence, const Spectrum& spectrum, const MagnitudeScale& scale) {
+void add_text_table(Result& result, const Sequence& sequence, const Spectrum& spectrum, const MagnitudeScale& scale,
+                    bool with_errors) {
   constexpr int kMagnitudeDigits = 8;
   const std::vector<QuarnFloat>& x = spectrum.half_complex;
   const std::size_t half = x.size() / 2;
@@ -91,6 +92,11 @@ void add_text_table(Result& result, const Sequence& sequence, const Spectrum& sp
   for (ResultColumn& column : result.table) {
     align_points(column.cells);
   }
+  if (with_errors && !spectrum.errors.empty()) {
+    result.table.push_back({"error", brief_cells({spectrum.errors.begin() + std::ptrdiff_t(spectrum.first),
+                                                  spectrum.errors.begin() + std::ptrdiff_t(spectrum.last) + 1})});
+    result.notes.emplace_back("error: so far away is the exact z_k at most");
+  }
   const std::string n = std::to_string(x.size());
   result.notes.push_back(period_note(sequence, spectrum));
   result.notes.push_back("z_k = 1/sqrt(N) sum_j x_j exp(-2 pi i j k/N), N = " + n +
@@ -101,15 +107,21 @@ void add_data(Result& result, const Spectrum& spectrum) {
   const std::vector<QuarnFloat>& x = spectrum.half_complex;
   const std::size_t n = x.size();
   result.data = {{"k", {}, true}, {"frequency", {}}, {"real", {}}, {"imaginary", {}}, {"magnitude", {}}};
+  if (!spectrum.errors.empty()) {
+    result.data.push_back({"error", {}});
+  }
   for (std::size_t k = 0; k < n; ++k) {
     const std::int64_t signed_k = std::int64_t(k) - (2 * k <= n ? 0 : std::int64_t(n));
     const std::size_t partner = std::min(k, n - k);
     if (partner < spectrum.first || partner > spectrum.last) {
       continue;
     }
-    const std::string cells[] = {std::to_string(k), spectrum.frequency(signed_k).to_string(),
-                                 real_part(x, k).to_string(), imaginary_part(x, k).to_string(),
-                                 spectrum.magnitudes[partner].to_string()};
+    const std::string cells[] = {std::to_string(k),
+                                 spectrum.frequency(signed_k).to_string(),
+                                 real_part(x, k).to_string(),
+                                 imaginary_part(x, k).to_string(),
+                                 spectrum.magnitudes[partner].to_string(),
+                                 spectrum.errors.empty() ? "" : spectrum.errors[partner].to_string()};
     for (std::size_t i = 0; i < result.data.size(); ++i) {
       result.data[i].cells.push_back(cells[i]);
     }

@@ -18,6 +18,7 @@ struct SpectrumOptions {
   std::string scale = "linear";
   std::string from;
   std::string to;
+  bool with_errors = false;  // for people too
 };
 
 /// The spectrum with what follows from it, for k = 0 ... N/2.
@@ -26,7 +27,8 @@ struct Spectrum {
   std::vector<QuarnFloat> magnitudes;
   QuarnFloat length;  // of the whole sequence, in its unit
   std::size_t first = 0;
-  std::size_t last = 0;  // the k that are asked for
+  std::size_t last = 0;            // the k that are asked for
+  std::vector<QuarnFloat> errors;  // of z_k at most, where they are proven
 
   QuarnFloat period(std::size_t k) const { return length / std::int64_t(k); }
   QuarnFloat frequency(std::int64_t k) const { return QuarnFloat(k) / length; }
@@ -67,7 +69,8 @@ class MagnitudeScale {
 };
 
 /// For people: k, period, parts and magnitudes, with the highest peaks in a note.
-void add_text_table(Result& result, const Sequence& sequence, const Spectrum& spectrum, const MagnitudeScale& scale);
+void add_text_table(Result& result, const Sequence& sequence, const Spectrum& spectrum, const MagnitudeScale& scale,
+                    bool with_errors);
 /// For programs: every digit of all N coefficients.
 void add_data(Result& result, const Spectrum& spectrum);
 

@@ -83,7 +83,7 @@ DenseMatrix matrix_from(NumberTable table) {
   require_count(table, rows);
   std::vector<const NumberTable::Column*> columns;
   for (const NumberTable::Column& column : table.columns()) {
-    if (column.name == "i") {
+    if (column.name == "i" || table.is_about_errors(column)) {
       continue;
     }
     if (column.cells.size() != rows) {

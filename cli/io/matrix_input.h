@@ -12,7 +12,8 @@ namespace cli {
 /// A dense matrix from a file, or from standard input for "-", told apart by its contents:
 /// - Matrix Market, either format, every symmetry;
 /// - a table of numbers, a row a line (see NumberTable), cells such as 2, -i or 1.5-2e3i. A column named "i" counts the
-///   rows and is left out; columns "real" and "imaginary" are one complex column.
+///   rows and is left out, and so are bounds of errors, which results have in a column "error"; columns "real" and
+///   "imaginary" are one complex column.
 /// Rows with a missing number are left out, or the number is interpolated within its column, as the options say. Throws
 /// Failure with file, line and reason.
 DenseMatrix read_dense_matrix(const std::string& file, const TableOptions& options = {});

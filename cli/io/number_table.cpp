@@ -12,6 +12,7 @@
 #include "cli/io/matrix_market.h"
 #include "cli/system/memory.h"
 #include "cli/system/progress.h"
+#include "tesk2mp/error.hpp"
 
 namespace cli {
 
@@ -301,6 +302,11 @@ bool NumberTable::holds_numbers(const Column& column) const {
   return is_complex_number(*first);
 }
 
+bool NumberTable::is_about_errors(const Column& column) const {
+  const bool count = column.name == "count" && find("error") != nullptr;
+  return &column != columns_.data() && (column.name == "error" || count);
+}
+
 const NumberTable::Column& NumberTable::choose(const std::string& name) const {
   if (!name.empty()) {
     const Column* column = find(name);
@@ -320,7 +326,7 @@ const NumberTable::Column& NumberTable::choose(const std::string& name) const {
       break;
     }
     // Parted at their decimal commas, numbers in front are refused, not passed over.
-    if (holds_numbers(*column) && chosen == nullptr) {
+    if (holds_numbers(*column) && chosen == nullptr && !is_about_errors(*column)) {
       chosen = &*column;
     }
   }
@@ -410,6 +416,8 @@ std::vector<T> NumberTable::values(const Column& column, bool (*is_value)(std::s
     }
     // On the straight line from the last number to this one.
     const std::size_t gap = interpolates ? row - known : 0;
+    constexpr int kMostInterpolated = 10'000;  // digits, where numbers are read with all that they have
+    const tesk2mp::Digits scope(gap == 0 ? QuarnDigits() : std::min(QuarnDigits(), kMostInterpolated));
     const T next = to_value(cell);
     const T last = gap == 0 ? next : values.back();
     for (std::size_t k = 1; k <= gap; ++k) {

@@ -38,7 +38,10 @@ class NumberTable {
   const Column* find(const std::string& name) const;
   /// Whether the first cell that is not missing is a number. Throws Failure for what was meant as one.
   bool holds_numbers(const Column& column) const;
-  /// The column that was asked for, or the last one that starts with a number when `name` is empty.
+  /// Whether it says how true the columns before it are, as results have it: "error", and "count" beside that.
+  bool is_about_errors(const Column& column) const;
+  /// The column that was asked for, or when `name` is empty the last one that starts with a number and is not about
+  /// errors.
   const Column& choose(const std::string& name) const;
   /// Which one of several it is, for headings: " of 'name' (column 2 of 3)"; nothing about the only column without a
   /// name.

@@ -95,12 +95,15 @@ bool mirrored(const std::vector<QuarnFloat>& real, const std::vector<QuarnFloat>
 
 }  // namespace
 
-Sequence sequence_from(const NumberTable& table, const std::string& column) {
+Sequence sequence_from(const NumberTable& table, const std::string& column, int digits) {
   const NumberTable::Column& chosen = table.choose(column);
   Sequence sequence;
   sequence.name = chosen.name;
   sequence.described = table.described(chosen);
-  sequence.values = table.numbers(chosen);
+  {
+    const tesk2mp::Digits scope(digits);
+    sequence.values = table.numbers(chosen);
+  }
   if (&chosen != &table.columns().front()) {
     take_positions(sequence, table, chosen);
   }

@@ -25,8 +25,9 @@ struct Sequence {
   std::string quantity() const { return name.empty() ? "value" : name; }
 };
 
-/// Takes a sequence from a table: the column named, or the last numeric one. Throws Failure.
-Sequence sequence_from(const NumberTable& table, const std::string& column);
+/// Takes a sequence from a table: the column named, or the last numeric one; its values rounded to so many digits.
+/// Throws Failure.
+Sequence sequence_from(const NumberTable& table, const std::string& column, int digits);
 
 /// Half-complex order from a table: from columns "real" and "imaginary" with a row for each of the N coefficients, of
 /// which the second half must mirror the first, else from the one column named, or the last numeric one, as it stands.

@@ -266,6 +266,25 @@ QuarnBound carried_error(const std::vector<Bounded<T>>& x, QuarnDivisor divisor,
   return divisor == QuarnDivisor::one ? sum : sum / below(divisor == QuarnDivisor::root ? ::sqrt(n) : n);
 }
 
+/// Results with what the transform, their own roundings and the errors of the data make.
+template <class T>
+std::vector<Bounded<T>> bounded_transform(std::vector<T> results, const QuarnBound& largest_part, QuarnDivisor divisor,
+                                          std::size_t period, const QuarnBound& carried) {
+  const QuarnBound of_part = transform_error(largest_part, divisor, period);
+  std::vector<Bounded<T>> bounded;
+  bounded.reserve(results.size());
+  for (T& z : results) {
+    QuarnBound error;
+    if constexpr (tesk2mp::detail::kIsComplex<T>) {
+      error = hypotenuse(of_part + rounding_of(z.re), of_part + rounding_of(z.im));
+    } else {
+      error = of_part + rounding_of(z);
+    }
+    bounded.push_back({std::move(z), error + carried});
+  }
+  return bounded;
+}
+
 }  // namespace detail
 
 /// z_k = sum over j of x_j exp(-2 pi i j k / n), or exp(+2 pi i j k / n) backward, divided by sqrt(n) or another
@@ -286,19 +305,57 @@ inline std::vector<Bounded<Complex>> transform(const std::vector<Bounded<Complex
   tesk2mp::detail::require(
       QuarnTransformRows(direction == Direction::backward, values.data(), Integer(n), 1, 1, Integer(n), divisor),
       "PROVEN::TRANSFORM", 1, "a sequence of ", n, " numbers at ", QuarnDigits(), " digits");
-  const QuarnBound of_part = detail::transform_error(largest, divisor, n);
-  const QuarnBound carried = detail::carried_error(x, divisor, n);
-  std::vector<Bounded<Complex>> result;
-  for (Complex& z : values) {
-    const QuarnBound error = hypotenuse(of_part + detail::rounding_of(z.re), of_part + detail::rounding_of(z.im));
-    result.push_back({std::move(z), error + carried});
-  }
-  return result;
+  return detail::bounded_transform(std::move(values), largest, divisor, n, detail::carried_error(x, divisor, n));
 }
 template <VectorSource X>
 requires std::same_as<Element<X>, Complex> std::vector<Bounded<Complex>> transform(
     const X& x, Direction direction = Direction::forward, QuarnDivisor divisor = QuarnDivisor::root) {
   return proven::transform(proven::exact(x), direction, divisor);
+}
+
+/// z_0 ... z_(n/2) of n real numbers, without the conjugates that follow. Throws as transform() does.
+inline std::vector<Bounded<Complex>> spectrum(const std::vector<Bounded<Real>>& x,
+                                              QuarnDivisor divisor = QuarnDivisor::root) {
+  using Kind = QuarnRealTransform::Kind;
+  const std::size_t n = x.size();
+  if (n == 0) {
+    return {};
+  }
+  tesk2mp::detail::require(QuarnRealTransform::is_supported(Kind::to_spectrum, Integer(n), QuarnDigits()),
+                           "PROVEN::SPECTRUM", 1, "a sequence of ", n, " numbers at ", QuarnDigits(), " digits");
+  std::vector<Real> values;
+  QuarnBound largest;
+  for (const Bounded<Real>& each : x) {
+    values.push_back(each.value);
+    largest = std::max(largest, QuarnBound(each.value));
+  }
+  std::vector<Complex> z(n / 2 + 1);
+  QuarnRealTransform::kept(Kind::to_spectrum, Integer(n))->run(values.data(), 1, z.data(), 1, divisor);
+  return detail::bounded_transform(std::move(z), largest, divisor, n, detail::carried_error(x, divisor, n));
+}
+
+/// The n real numbers of which z_0 ... z_(n/2) are the spectrum. Throws as transform() does.
+inline std::vector<Bounded<Real>> from_spectrum(const std::vector<Bounded<Complex>>& z, std::size_t n,
+                                                QuarnDivisor divisor = QuarnDivisor::root) {
+  using Kind = QuarnRealTransform::Kind;
+  if (n == 0) {
+    return {};
+  }
+  tesk2mp::detail::require(z.size() == n / 2 + 1, "PROVEN::FROM_SPECTRUM", 2, n, " numbers of a spectrum of ",
+                           z.size());
+  tesk2mp::detail::require(QuarnRealTransform::is_supported(Kind::from_spectrum, Integer(n), QuarnDigits()),
+                           "PROVEN::FROM_SPECTRUM", 1, "a sequence of ", n, " numbers at ", QuarnDigits(), " digits");
+  std::vector<Complex> values;
+  QuarnBound largest;
+  for (const Bounded<Complex>& each : z) {
+    values.push_back(each.value);
+    largest = std::max({largest, QuarnBound(each.value.re), QuarnBound(each.value.im)});
+  }
+  std::vector<Real> x(n);
+  QuarnRealTransform::kept(Kind::from_spectrum, Integer(n))->run(values.data(), 1, x.data(), 1, divisor);
+  // Each counts with its conjugate.
+  return detail::bounded_transform(std::move(x), largest, divisor, n,
+                                   QuarnBound::count(2) * detail::carried_error(z, divisor, n));
 }
 
 /// A cosine or sine transform of quarn/realtransform.h. Throws InvalidArgument for what that does not support.
@@ -317,15 +374,9 @@ inline std::vector<Bounded<Real>> transform(QuarnRealTransform::Kind kind, const
     largest = std::max(largest, QuarnBound(each.value));
   }
   QuarnRealTransform::kept(kind, Integer(n))->run(values.data(), 1, values.data(), 1, divisor);
-  const QuarnBound of_part = detail::transform_error(largest, divisor, period);
   // No element counts more than twice.
-  const QuarnBound carried = QuarnBound::count(2) * detail::carried_error(x, divisor, period);
-  std::vector<Bounded<Real>> result;
-  for (Real& y : values) {
-    const QuarnBound error = of_part + detail::rounding_of(y) + carried;
-    result.push_back({std::move(y), error});
-  }
-  return result;
+  return detail::bounded_transform(std::move(values), largest, divisor, period,
+                                   QuarnBound::count(2) * detail::carried_error(x, divisor, period));
 }
 
 }  // namespace tesk2mp::proven

@@ -99,3 +99,16 @@ def relative_difference(a, b) -> Decimal:
     with decimal.localcontext() as context:
         context.prec = 30
         return (sum((p - q) ** 2 for p, q in zip(a, b, strict=True)).sqrt()) / sum(q * q for q in b).sqrt()
+
+
+def untrue(text, exact, digits, error=None):
+    """What is wrong with a number that is printed with so many true digits and, where there is one, with a bound."""
+    with decimal.localcontext() as context:
+        context.prec = 400
+        shown = Decimal(text)
+        distance = abs(shown - exact)
+        if error is not None and distance > Decimal(error):
+            return f"{text} is {distance:.3e} from {exact:.30e}, not {error}"
+        if shown != 0 and distance > Decimal("0.51") * Decimal(10) ** (shown.adjusted() - digits + 1):
+            return f"{text} is not {digits} digits of {exact:.30e}"
+        return None

@@ -4,9 +4,9 @@ import os
 import random
 import tempfile
 import unittest
-from decimal import Decimal, localcontext
+from decimal import Decimal, getcontext, localcontext
 
-from console import SUNSPOTS, decimals, not_emulated, pi, relative_difference, run, run_json, run_well, transform
+from console import SUNSPOTS, decimals, not_emulated, pi, relative_difference, run, run_json, run_well, transform, untrue
 
 SEED = int(os.environ.get("TESK_SEED", random.randrange(10**6)))
 print(f"TESK_SEED={SEED}")
@@ -15,7 +15,7 @@ print(f"TESK_SEED={SEED}")
 def cosine(angle):
     """By its series, at the digits of the context."""
     term, total, k = Decimal(1), Decimal(1), 0
-    while abs(term) > Decimal(10) ** -60:
+    while abs(term) > Decimal(10) ** -getcontext().prec:
         k += 2
         term *= -angle * angle / (k * (k - 1))
         total += term
@@ -52,6 +52,29 @@ class Transforms(unittest.TestCase):
             spectrum = self.file("s.csv", run_well("fft", "-", "--digits", "40", "--format", "csv", stdin="\n".join(texts)))
             back = run_json("fft", "--inverse", spectrum, "--digits", "30")["value"]
             self.assertLess(relative_difference(decimals(back), decimals(texts)), Decimal("1e-29"))
+
+    def test_every_digit_is_true(self):
+        generator = random.Random(SEED)
+        for digits in (1, 2, 7, 20):
+            n = generator.randint(1, 12)
+            texts = [f"{generator.randint(-10**30, 10**30)}e{generator.randint(-50, 5)}" for _ in range(n)]
+            real, imaginary = transform(decimals(texts), 150)
+            with localcontext() as context:
+                context.prec = 150
+                cosines = type_two(decimals(texts))
+            for arguments, expected in (
+                (["fft", "-"], {"real": real, "imaginary": imaginary}),
+                (["cfft", "-"], {"real": real, "imaginary": imaginary}),
+                (["dct", "-"], {"value": cosines}),
+            ):
+                shown = run_json(*arguments, "--digits", str(digits), stdin="\n".join(texts))
+                for name, values in expected.items():
+                    errors = shown.get("error") or [None] * n
+                    for text, exact, error in zip(shown[name], values, errors, strict=True):
+                        self.assertIsNone(untrue(text, exact, digits, error), arguments)
+        # What the working digits of the data would have lost.
+        self.assertEqual(run_json("convolve", self.file("a", "1e30\n1\n-1e30\n"), self.file("b", "1\n1\n1\n"),
+                                  "--digits", "2", "--mode", "valid")["value"], ["1"])
 
     def test_cosines_and_sines(self):
         generator = random.Random(SEED)
