@@ -62,7 +62,7 @@ enum QuarnSparseStorage : unsigned { QuarnMirrored = 8 };
 /// y := A x with one rounding of each of the n numbers, of each part of them for complex ones. Entries may stand in any
 /// order; those sorted by rows cost least. `how` may have QuarnConjugateA, and QuarnMirrored: an entry off the diagonal
 /// stands for its conjugate in the mirrored place too. Rows and columns exchanged give the transpose. y must not
-/// overlap x or A. Throws std::bad_alloc, with y as it was; temporary storage: y once more, and 4 bytes an entry unless
+/// overlap x or A. Throws std::bad_alloc, with y as it was; temporary storage: y once more, and 8 bytes an entry unless
 /// sorted.
 QRNFLOAT_API void QuarnSparseProduct(std::size_t n, const QuarnSparseMatrix<QuarnFloat>& a, const QuarnFloat* x,
                                      QuarnFloat* y, unsigned how = QuarnPlain);

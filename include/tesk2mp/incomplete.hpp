@@ -163,7 +163,7 @@ class LuFactors : public Factors<T> {
     require_length(routine, 13, count_of(x.size()), n);
     require_length(routine, 12, count_of(y.size()), n);
     call([&](Integer* ifail) {
-      pick<T>(QuarnMP_f11dbf_, QuarnMP_f11dpf_)(
+      pick<T>(QuarnMPX_f11dbf_, QuarnMPX_f11dpf_)(
           Option(trans), &n, this->values_.data(), &la, this->rows_.data(), this->columns_.data(), row_order_.data(),
           column_order_.data(), this->starts_.data(), diagonals_.data(), Option('N'), y.data(), x.data(), ifail, 1, 1);
     });
@@ -184,9 +184,9 @@ class CholeskyFactors : public Factors<T> {
     require_length(routine, 10, count_of(y.size()), n);
     require_length(routine, 9, count_of(x.size()), n);
     call([&](Integer* ifail) {
-      pick<T>(QuarnMP_f11jbf_, QuarnMP_f11jpf_)(&n, this->values_.data(), &la, this->rows_.data(),
-                                                this->columns_.data(), order_.data(), this->starts_.data(), Option('N'),
-                                                x.data(), y.data(), ifail, 1);
+      pick<T>(QuarnMPX_f11jbf_, QuarnMPX_f11jpf_)(&n, this->values_.data(), &la, this->rows_.data(),
+                                                  this->columns_.data(), order_.data(), this->starts_.data(),
+                                                  Option('N'), x.data(), y.data(), ifail, 1);
     });
   }
 

@@ -233,5 +233,6 @@ template void rounded_total(QuarnFloat&, const Row&, const Rounder&, bool);
 template void rounded_total(QuarnFloat&, const TermList&, const Rounder&, bool);
 template void rounded_whole_total(QuarnFloat&, const Row&, const Rounder&, bool);
 template void rounded_whole_total(QuarnFloat&, const TermList&, const Rounder&, bool);
+template void rounded_whole_total(QuarnFloat&, const SparseRow&, const Rounder&, bool);
 
 }  // namespace quarn::exact

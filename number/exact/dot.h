@@ -58,7 +58,7 @@ struct Span {
   bool finite = true;            // all operands
 };
 
-// What follows takes terms as a Row or a TermList.
+// What follows takes terms as a Row, a TermList or a SparseRow (leading.h).
 
 template <class Terms>
 Span span_of(const Terms& terms) noexcept;

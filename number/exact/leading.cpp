@@ -34,6 +34,16 @@ struct LeadingSum {
   Signed columns[W] = {};
 };
 
+/// The terms that are formed as products: all but the number that a sparse row may add to them.
+template <class Terms>
+std::size_t products_of(const Terms& terms) noexcept {
+  if constexpr (std::is_same_v<Terms, SparseRow>) {
+    return terms.products();
+  } else {
+    return terms.size();
+  }
+}
+
 /// Raises the top to that of terms; false when they are not for leading limbs.
 template <int N, int W, class Terms>
 [[gnu::always_inline]] inline bool find_top(LeadingSum<W>& sum, const Terms& terms, std::size_t first,
@@ -54,6 +64,17 @@ template <int N, int W, class Terms>
     top = std::max(top, std::int64_t(QuarnAccess::exponent(*term.a)) + QuarnAccess::exponent(*term.b));
   }
   sum.top = top;
+  return true;
+}
+
+/// The same for a number that is added to them.
+template <int N, int W>
+[[gnu::always_inline]] inline bool find_top_of_number(LeadingSum<W>& sum, const QuarnFloat& x) noexcept {
+  const std::uint32_t length = QuarnAccess::length(x);
+  if (length - 1 >= std::uint32_t(N)) [[unlikely]] {
+    return length <= std::uint32_t(N) && isfinite(x);
+  }
+  sum.top = std::max(sum.top, std::int64_t(QuarnAccess::exponent(x)));
   return true;
 }
 
@@ -111,6 +132,24 @@ template <int N, int W>
   }
 }
 
+/// Adds the leading limbs of a number: limb i, from 0, is in the column of limbs whose places add up to i - 1.
+template <int N, int W>
+[[gnu::always_inline]] inline void add_number(LeadingSum<W>& sum, const QuarnFloat& x) noexcept {
+  const std::uint64_t distance = std::uint64_t(sum.top - QuarnAccess::exponent(x));
+  if (QuarnAccess::length(x) == 0 || distance >= W * Radix::digits) [[unlikely]] {
+    return;
+  }
+  Limb buffer[N];
+  Limb moved[N + 1];
+  fixed::move_right<N>(moved, padded<N>(buffer, x), int(distance % Radix::digits));
+  const std::int64_t mask = -std::int64_t(QuarnAccess::negative(x));
+  const int skip = int(distance / Radix::digits);
+  for (int i = 0; i <= N && i + skip <= W; ++i) {
+    const Signed limb = (std::int64_t(moved[i]) ^ mask) - mask;
+    (i + skip == 0 ? sum.over : sum.columns[i + skip - 1]) += limb;
+  }
+}
+
 // A column takes up to N products of 10^36 for each term, and 84 fit what bases_of can hold.
 template <int N>
 constexpr std::size_t kHold = 80 / N;
@@ -146,14 +185,13 @@ template <int N, int W, class Terms>
   }
 }
 
-/// Carries, rounds and stores. kAll says that the columns are the whole sum, so that the last limb is in them too.
-template <bool kAll, int W>
-[[gnu::always_inline]] inline bool finish(QuarnFloat& result, const LeadingSum<W>& sum, const Rounder& rounder,
-                                          Limb doubt) noexcept {
+/// Carries, rounds and stores a whole sum, the last column with it.
+template <int W>
+[[gnu::noinline]] bool finish_whole(QuarnFloat& result, const LeadingSum<W>& sum, const Rounder& rounder) noexcept {
   // Column c belongs to limb c + 2, the first of which takes what passes the largest term.
-  constexpr int kLast = W + kAll;
+  constexpr int kLast = W + 1;
   Limb limbs[kLast + 1];
-  Signed carry = kAll ? 0 : fixed::bases_of(sum.columns[W - 1]);
+  Signed carry = 0;
 #pragma GCC unroll 9
   for (int q = kLast; q > 0; --q) {
     const Signed column = carry + (q > 1 ? sum.columns[q - 2] : sum.over);
@@ -179,18 +217,84 @@ template <bool kAll, int W>
   } else {
     limbs[0] = Limb(carry);
   }
-  if (kAll && all_zero<Radix>(limbs, kLast + 1)) {
+  if (all_zero<Radix>(limbs, kLast + 1)) {
     result = QuarnFloat();
     return true;
   }
-  return rounder.store_if_decided(result, negative, sum.top + Radix::digits, limbs, kLast + 1, kAll ? 0 : doubt);
+  return rounder.store_if_decided(result, negative, sum.top + Radix::digits, limbs, kLast + 1, 0);
+}
+
+/// Whole bases of what carries leave in a column: rounded down, or one more next to a whole number. |column| < 2^81.
+inline std::int64_t few_bases_of(Signed column) noexcept {
+  constexpr std::int64_t kReciprocal = std::int64_t((fixed::Wide(1) << 88) / fixed::kBase);
+  return std::int64_t((Signed(std::int64_t(column >> 24)) * kReciprocal) >> 64);
+}
+
+/// Carries, rounds and stores leading columns, N limbs. False also where the first limbs cancel. Carries of all columns
+/// move at once, each twice; what is left then is a carry between limbs that are full, which is rare.
+template <int N, int W>
+[[gnu::always_inline]] inline bool finish(QuarnFloat& result, const LeadingSum<W>& sum, const Rounder& rounder,
+                                          Limb doubt) noexcept {
+  // 10^18 times what passes the first column and that column, in units of 2^18; the columns behind add less than 100.
+  constexpr std::int64_t kPart = std::int64_t(fixed::kBase >> 18);
+  const Signed lead = sum.over * kPart + (sum.columns[0] >> 18);
+  const Signed sign = lead >> 127;
+  if (((lead ^ sign) - sign) < 200 * Signed(kPart)) [[unlikely]] {
+    return false;
+  }
+  // Column c belongs to limb c + 2; limb 1 takes what passes the largest term.
+  Signed rest[W + 1];
+  Signed bases[W + 1];
+#pragma GCC unroll 9
+  for (int c = 0; c < W; ++c) {
+    const Signed column = (sum.columns[c] ^ sign) - sign;
+    bases[c] = fixed::bases_of(column);
+    rest[c + 1] = column - bases[c] * Signed(fixed::kBase);
+  }
+  rest[0] = (sum.over ^ sign) - sign;
+  std::int64_t carry[W + 1];
+  Limb limbs[W + 1];
+#pragma GCC unroll 9
+  for (int q = 0; q < W; ++q) {
+    const Signed column = rest[q] + bases[q];
+    // One less than there are, so that no limb is negative.
+    carry[q] = few_bases_of(column) - 1;
+    limbs[q + 1] = Limb(column) - Limb(carry[q]) * fixed::kBase;
+  }
+  Limb over[W + 2];
+  over[W + 1] = 0;
+#pragma GCC unroll 9
+  for (int q = 1; q <= W; ++q) {
+    const Limb limb = limbs[q] + (q < W ? Limb(carry[q]) : 0);
+    over[q] = Limb(limb >= fixed::kBase) + Limb(limb >= 2 * fixed::kBase) + Limb(limb >= 3 * fixed::kBase);
+    limbs[q] = limb - over[q] * fixed::kBase;
+  }
+  limbs[0] = Limb(carry[0]);
+  Limb full = 0;
+#pragma GCC unroll 9
+  for (int q = 0; q <= W; ++q) {
+    limbs[q] += over[q + 1];
+    full |= fixed::kBase - 1 - limbs[q];
+  }
+  if (full >> 63 != 0) [[unlikely]] {
+    for (int q = W; q > 0; --q) {
+      const Limb more = limbs[q] / fixed::kBase;
+      limbs[q] -= more * fixed::kBase;
+      limbs[q - 1] += more;
+    }
+  }
+  const bool negative = sign != 0;
+  if (limbs[0] == 0 && limbs[1] != 0) [[likely]] {
+    return rounder.store_known<N, W>(result, negative, sum.top, limbs + 1, doubt);
+  }
+  return rounder.store_if_decided(result, negative, sum.top + Radix::digits, limbs, W + 1, doubt);
 }
 
 /// The same as a call, where fewer copies of it matter more than some nanoseconds.
-template <bool kAll, int W>
+template <int N, int W>
 [[gnu::noinline]] bool finish_by_call(QuarnFloat& result, const LeadingSum<W>& sum, const Rounder& rounder,
                                       Limb doubt) noexcept {
-  return finish<kAll>(result, sum, rounder, doubt);
+  return finish<N>(result, sum, rounder, doubt);
 }
 
 enum class Outcome { done, undecided, not_for_this };
@@ -232,17 +336,25 @@ template <int N, bool kFirst, class Terms>
       held = 0;
     }
   }
-  return finish_by_call<true>(result, sum, rounder, 0) ? Outcome::done : Outcome::undecided;
+  return finish_whole(result, sum, rounder) ? Outcome::done : Outcome::undecided;
 }
 
 template <int N, int W, class Terms>
 bool try_leading(QuarnFloat& result, const Terms& terms, const Rounder& rounder, Limb doubt) noexcept {
   LeadingSum<W> sum;
-  const std::size_t size = terms.size();
-  if (!find_top<N>(sum, terms, 0, size) || sum.top == sum.kNone) {
+  const std::size_t size = products_of(terms);
+  if (!find_top<N>(sum, terms, 0, size)) {
     return false;
   }
-  if (sum.length_a == 1 || sum.length_b == 1) [[unlikely]] {
+  if constexpr (std::is_same_v<Terms, SparseRow>) {
+    if (terms.addend != nullptr && !find_top_of_number<N>(sum, *terms.addend)) {
+      return false;
+    }
+  }
+  if (sum.top == sum.kNone) {
+    return false;
+  }
+  if ((sum.length_a == 1 || sum.length_b == 1) && size == terms.size()) [[unlikely]] {
     const Outcome outcome = sum.length_a == 1 ? try_short<N, true>(result, terms, rounder, sum.top)
                                               : try_short<N, false>(result, terms, rounder, sum.top);
     if (outcome != Outcome::not_for_this) {
@@ -253,10 +365,15 @@ bool try_leading(QuarnFloat& result, const Terms& terms, const Rounder& rounder,
     const std::size_t last = std::min(size, first + kHold<N>);
     add_terms<N>(sum, terms, first, last, last < size);
   }
+  if constexpr (std::is_same_v<Terms, SparseRow>) {
+    if (terms.addend != nullptr) {
+      add_number<N>(sum, *terms.addend);
+    }
+  }
   if constexpr (std::is_same_v<Terms, Row>) {
-    return finish<false>(result, sum, rounder, doubt);
+    return finish<N>(result, sum, rounder, doubt);
   } else {
-    return finish_by_call<false>(result, sum, rounder, doubt);
+    return finish_by_call<N>(result, sum, rounder, doubt);
   }
 }
 
@@ -283,7 +400,7 @@ void try_several(std::size_t count, QuarnFloat* const* results, const Row* rows,
     add_terms<N>(sums[t], rows[t], first, last, last < size);
   });
   for (std::size_t t = 0; t < count; ++t) {
-    done[t] = done[t] && sums[t].top != sums[t].kNone && finish<false>(*results[t], sums[t], rounder, doubt);
+    done[t] = done[t] && sums[t].top != sums[t].kNone && finish<N>(*results[t], sums[t], rounder, doubt);
   }
 }
 

@@ -6,15 +6,36 @@
 
 namespace quarn::exact {
 
-/// A row of a sparse matrix whose entries are neighbours, and a vector.
+/// A row of a sparse matrix, of a real or a complex one, times a vector: the terms of one part of the result.
+///
+/// Values are neighbours, or names say which they are: twice the place, and one more for the conjugate in the mirrored
+/// place. A number may be added to the products, which count with the opposite sign then.
 struct SparseRow {
   const QuarnFloat* values;
-  const Integer* columns;  // from 1
+  const Integer* columns;  // from 1, neighbours always
   const QuarnFloat* vector;
   std::size_t count;
+  unsigned parts = 0;  // 1 for complex entries
+  unsigned part = 0;   // of the result
+  bool conjugate = false;
+  const std::uint32_t* names = nullptr;
+  const QuarnFloat* addend = nullptr;
+  const QuarnFloat* one = nullptr;
 
-  std::size_t size() const noexcept { return count; }
-  Term operator[](std::size_t l) const noexcept { return {values + l, vector + (columns[l] - 1), false}; }
+  std::size_t products() const noexcept { return count << parts; }
+  std::size_t size() const noexcept { return products() + (addend != nullptr ? 1 : 0); }
+  Term operator[](std::size_t l) const noexcept {
+    if (l >= products()) [[unlikely]] {
+      return {addend, one, false};
+    }
+    const std::size_t entry = l >> parts;
+    const std::size_t place = names != nullptr ? names[entry] / 2 : entry;
+    const bool mirrored = names != nullptr && names[entry] % 2 != 0;
+    const unsigned from = unsigned(l) & parts;
+    const bool opposite = from != 0 && (conjugate != mirrored) == (part != 0);
+    return {values + (place << parts) + from, vector + (std::size_t(columns[entry] - 1) << parts) + (from ^ part),
+            opposite != (addend != nullptr)};
+  }
 };
 
 /// Whether rounded_leading_total does anything at so many digits.

@@ -21,19 +21,12 @@ inline void store_slowly(QuarnFloat& result, bool negative, std::int64_t exponen
 
 #if QUARN_LIMB_BITS == 64
 
-/// The same where N limbs hold the digits and decide; false, and nothing done, where they do not. The last limb may be
-/// off by less than `doubt` units.
+/// The same where N limbs hold the digits and decide; false, and nothing done, where they do not. limbs[0] is not zero;
+/// the last of `known` limbs may be off by less than `doubt` units.
 template <int N>
-[[gnu::always_inline]] inline bool store_quickly(QuarnFloat& result, bool negative, std::int64_t exponent,
-                                                 const Limb* limbs, std::size_t length, const fixed::Cut& cut,
-                                                 Limb doubt = 0) {
-  std::size_t skip = 0;
-  while (skip < length && limbs[skip] == 0) {
-    ++skip;
-  }
-  const std::size_t known = length - skip;
-  limbs += skip;
-  exponent -= Radix::digits * std::int64_t(skip);
+[[gnu::always_inline]] inline bool store_known(QuarnFloat& result, bool negative, std::int64_t exponent,
+                                               const Limb* limbs, std::size_t known, const fixed::Cut& cut,
+                                               Limb doubt) {
   const bool more = known > N;
   Limb s[N + 1];
   if (known >= N) [[likely]] {
@@ -43,7 +36,7 @@ template <int N>
     }
     s[N] = more ? limbs[N] : 0;
   } else {
-    if (doubt != 0 || known == 0) {
+    if (doubt != 0) {
       return false;
     }
     for (std::size_t i = 0; i <= N; ++i) {
@@ -51,10 +44,8 @@ template <int N>
     }
   }
   const int zeros = Radix::digits - count_digits<Radix>(s[0]);
-  if (zeros != 0) {
-    fixed::move_left<N + 1>(s, zeros);
-    exponent -= zeros;
-  }
+  fixed::move_left<N + 1>(s, zeros);
+  exponent -= zeros;
   const Limb rest = s[N - 1] - cut.unit.quotient(s[N - 1]) * cut.unit.value;
   if (rest == cut.half) [[unlikely]] {
     return false;
@@ -92,6 +83,18 @@ template <int N>
   return true;
 }
 
+/// The same of limbs that may be zero in front.
+template <int N>
+bool store_quickly(QuarnFloat& result, bool negative, std::int64_t exponent, const Limb* limbs, std::size_t length,
+                   const fixed::Cut& cut, Limb doubt = 0) {
+  std::size_t skip = 0;
+  while (skip < length && limbs[skip] == 0) {
+    ++skip;
+  }
+  return skip < length && store_known<N>(result, negative, exponent - Radix::digits * std::int64_t(skip), limbs + skip,
+                                         length - skip, cut, doubt);
+}
+
 #endif
 
 /// Rounds and stores at the digits that were in force when it was made.
@@ -127,6 +130,13 @@ class Rounder {
   bool store_if_decided(QuarnFloat& result, bool negative, std::int64_t exponent, const Limb* limbs, std::size_t length,
                         Limb doubt) const {
     return doubtful_(result, negative, exponent, limbs, length, cut_, doubt);
+  }
+
+  /// The same of `kKnown` limbs of which the first is not zero, where N limbs hold results.
+  template <int N, int kKnown>
+  [[gnu::always_inline]] bool store_known(QuarnFloat& result, bool negative, std::int64_t exponent, const Limb* limbs,
+                                          Limb doubt) const {
+    return exact::store_known<N>(result, negative, exponent, limbs, kKnown, cut_, doubt);
   }
 #endif
 

@@ -130,7 +130,7 @@ template <int N>
   return std::any_of(moved + (N + 1 - skipped), moved + (N + 1), [](Limb limb) { return limb != 0; });
 }
 
-/// s[0 .. M) moved left by z digits, 1 <= z <= 17; what falls off the front is lost, and `below` follows.
+/// s[0 .. M) moved left by z digits, 0 <= z <= 17; what falls off the front is lost, and `below` follows.
 template <int M>
 [[gnu::always_inline]] inline void move_left(Limb* s, int z) {
   const PowerOfTen<R> low = kPowersOfTen<R>[std::size_t(R::digits - z)];

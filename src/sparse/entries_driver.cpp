@@ -111,9 +111,9 @@ void solve_system(const char* routine, const Advice& advice, const DriverArgumen
   };
   const auto precondition = [&](const Value* source, Value* target) {
     if (general) {
-      solve_lu(Op::none, given.factors(), source, target);
+      solve_lu(Sums::in_order, Op::none, given.factors(), source, target);
     } else {
-      solve_cholesky(given.factors(), source, target);
+      solve_cholesky(Sums::in_order, given.factors(), source, target);
     }
   };
   DriverOutcome outcome = solve_to_end<Value>(

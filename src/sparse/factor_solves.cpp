@@ -1,7 +1,10 @@
 #include "src/sparse/factor_solves.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <vector>
 
+#include "quarn/substitution.h"
 #include "src/frame/check_points.h"
 #include "src/kernels/scalar.h"
 
@@ -10,9 +13,10 @@ namespace {
 
 template <class Value>
 std::vector<Value> gathered(Integer n, const Integer* order, const Value* y) {
-  auto z = std::vector<Value>(std::size_t(n));
+  std::vector<Value> z;
+  z.reserve(std::size_t(n));
   for (Integer k = 0; k < n; ++k) {
-    z[std::size_t(k)] = y[order[k] - 1];
+    z.push_back(y[order[k] - 1]);
   }
   return z;
 }
@@ -24,12 +28,20 @@ void scatter(std::vector<Value>& z, const Integer* order, Value* x) {
   }
 }
 
+constexpr Integer kAhead = 8;  // rows
+
 /// Steps of a triangular solution by the elements first ... end - 1 of row k, counted from 1.
 template <class Value>
 class Sweep {
  public:
   Sweep(const FactorView<Value>& factors, std::vector<Value>& z) : factors_(factors), z_(z) {}
 
+  /// Elements that a row some turns later takes are on their way meanwhile.
+  void expect(Integer first, Integer end) const {
+    for (Integer at = first; at < end; ++at) {
+      __builtin_prefetch(&factors_.a[at - 1]);
+    }
+  }
   /// z_k := z_k - sum of elements times z
   void collect(Integer k, Integer first, Integer end) {
     Value& sum = z_[std::size_t(k)];
@@ -53,16 +65,25 @@ class Sweep {
   CheckPoints check_points_;
 };
 
-}  // namespace
+/// Whether exact sums pay: they take longer than a few operations, and half the time of many. A row of `triangles`
+/// triangles is summed at a time.
+template <class Value>
+bool are_long(const FactorView<Value>& factors, std::int64_t triangles) {
+  constexpr std::int64_t kFew = 6;
+  const std::int64_t elements = std::int64_t(factors.istr[factors.n]) - factors.istr[0] - factors.n;
+  return elements > kFew * triangles * factors.n;
+}
 
 template <class Value>
-void solve_lu(Op op, const FactorView<Value>& factors, const Value* y, Value* x) {
+void solve_lu_in_order(Op op, const FactorView<Value>& factors, std::vector<Value>& z) {
   const Integer* const istr = factors.istr;
   const Integer* const idiag = factors.idiag;
   const bool plain = op == Op::none;
-  std::vector<Value> z = gathered(factors.n, plain ? factors.row_order : factors.column_order, y);
   Sweep<Value> sweep(factors, z);
   for (Integer k = 0; k < factors.n; ++k) {
+    if (const Integer later = k + kAhead; later < factors.n) {
+      plain ? sweep.expect(istr[later], idiag[later]) : sweep.expect(idiag[later], istr[later + 1]);
+    }
     const Value& pivot = factors.a[idiag[k] - 1];
     if (plain) {
       sweep.collect(k, istr[k], idiag[k]);
@@ -72,6 +93,9 @@ void solve_lu(Op op, const FactorView<Value>& factors, const Value* y, Value* x)
     }
   }
   for (Integer k = factors.n - 1; k >= 0; --k) {
+    if (const Integer later = k - kAhead; later >= 0) {
+      plain ? sweep.expect(idiag[later], istr[later + 1]) : sweep.expect(istr[later], idiag[later]);
+    }
     if (plain) {
       sweep.collect(k, idiag[k] + 1, istr[k + 1]);
       z[std::size_t(k)] = quotient(z[std::size_t(k)], factors.a[idiag[k] - 1]);
@@ -79,29 +103,70 @@ void solve_lu(Op op, const FactorView<Value>& factors, const Value* y, Value* x)
       sweep.spread(k, istr[k], idiag[k]);
     }
   }
+}
+
+template <class Value>
+void divide_by_pivots(const FactorView<Value>& factors, std::vector<Value>& z) {
+  for (Integer k = 0; k < factors.n; ++k) {
+    z[std::size_t(k)] = quotient(z[std::size_t(k)], factors.a[factors.istr[k + 1] - 2]);
+  }
+}
+
+template <class Value>
+void solve_cholesky_in_order(const FactorView<Value>& factors, std::vector<Value>& z) {
+  const Integer* const istr = factors.istr;
+  Sweep<Value> sweep(factors, z);
+  for (Integer k = 0; k < factors.n; ++k) {
+    if (const Integer later = k + kAhead; later < factors.n) {
+      sweep.expect(istr[later], istr[later + 1]);
+    }
+    sweep.collect(k, istr[k], istr[k + 1] - 1);
+  }
+  divide_by_pivots(factors, z);
+  for (Integer k = factors.n - 1; k >= 0; --k) {
+    if (const Integer later = k - kAhead; later >= 0) {
+      sweep.expect(istr[later], istr[later + 1]);
+    }
+    sweep.spread(k, istr[k], istr[k + 1] - 1);
+  }
+}
+
+}  // namespace
+
+template <class Value>
+void solve_lu(Sums sums, Op op, const FactorView<Value>& factors, const Value* y, Value* x) {
+  const bool plain = op == Op::none;
+  std::vector<Value> z = gathered(factors.n, plain ? factors.row_order : factors.column_order, y);
+  if (sums == Sums::in_order || !are_long(factors, 2)) {
+    solve_lu_in_order(op, factors, z);
+  } else {
+    const QuarnSparseRows<Value> rows{z.size(), factors.a, factors.icol, factors.istr, factors.idiag};
+    QuarnSparseSubstitution(rows, z.data(), plain ? unsigned(QuarnUnit) : unsigned(QuarnUpper) | QuarnAdjoint);
+    QuarnSparseSubstitution(rows, z.data(), plain ? unsigned(QuarnUpper) : unsigned(QuarnUnit) | QuarnAdjoint);
+  }
   scatter(z, plain ? factors.column_order : factors.row_order, x);
 }
 
 template <class Value>
-void solve_cholesky(const FactorView<Value>& factors, const Value* y, Value* x) {
-  const Integer* const istr = factors.istr;
+void solve_cholesky(Sums sums, const FactorView<Value>& factors, const Value* y, Value* x) {
   std::vector<Value> z = gathered(factors.n, factors.row_order, y);
-  Sweep<Value> sweep(factors, z);
-  for (Integer k = 0; k < factors.n; ++k) {
-    sweep.collect(k, istr[k], istr[k + 1] - 1);
-  }
-  for (Integer k = 0; k < factors.n; ++k) {
-    z[std::size_t(k)] = quotient(z[std::size_t(k)], factors.a[istr[k + 1] - 2]);
-  }
-  for (Integer k = factors.n - 1; k >= 0; --k) {
-    sweep.spread(k, istr[k], istr[k + 1] - 1);
+  if (sums == Sums::in_order || !are_long(factors, 1)) {
+    solve_cholesky_in_order(factors, z);
+  } else {
+    std::vector<Integer> diagonals(z.size());
+    std::transform(factors.istr + 1, factors.istr + 1 + factors.n, diagonals.begin(),
+                   [](Integer next) { return Integer(next - 1); });
+    const QuarnSparseRows<Value> rows{z.size(), factors.a, factors.icol, factors.istr, diagonals.data()};
+    QuarnSparseSubstitution(rows, z.data(), QuarnUnit);
+    divide_by_pivots(factors, z);
+    QuarnSparseSubstitution(rows, z.data(), unsigned(QuarnUnit) | QuarnAdjoint);
   }
   scatter(z, factors.row_order, x);
 }
 
-template void solve_lu(Op, const FactorView<QuarnFloat>&, const QuarnFloat*, QuarnFloat*);
-template void solve_lu(Op, const FactorView<Complex>&, const Complex*, Complex*);
-template void solve_cholesky(const FactorView<QuarnFloat>&, const QuarnFloat*, QuarnFloat*);
-template void solve_cholesky(const FactorView<Complex>&, const Complex*, Complex*);
+template void solve_lu(Sums, Op, const FactorView<QuarnFloat>&, const QuarnFloat*, QuarnFloat*);
+template void solve_lu(Sums, Op, const FactorView<Complex>&, const Complex*, Complex*);
+template void solve_cholesky(Sums, const FactorView<QuarnFloat>&, const QuarnFloat*, QuarnFloat*);
+template void solve_cholesky(Sums, const FactorView<Complex>&, const Complex*, Complex*);
 
 }  // namespace tesk

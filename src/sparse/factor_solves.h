@@ -3,6 +3,7 @@
 
 #include "src/kernels/options.h"
 #include "src/sparse/coordinate.h"
+#include "src/sparse/spmv.h"
 
 namespace tesk {
 
@@ -18,12 +19,13 @@ struct FactorView {
   const Integer* column_order;
 };
 
-/// x := op(M)^-1 y with P M Q = L U; x may be y. Throws when storage runs out, x as it was.
+/// x := op(M)^-1 y with P M Q = L U; x may be y. Throws when storage runs out, x as it was. Sums::exact: what an
+/// element loses to those before it is rounded once.
 template <class Value>
-void solve_lu(Op op, const FactorView<Value>& factors, const Value* y, Value* x);
+void solve_lu(Sums sums, Op op, const FactorView<Value>& factors, const Value* y, Value* x);
 
 /// x := M^-1 y with P M P^T = L D L^H; likewise.
 template <class Value>
-void solve_cholesky(const FactorView<Value>& factors, const Value* y, Value* x);
+void solve_cholesky(Sums sums, const FactorView<Value>& factors, const Value* y, Value* x);
 
 }  // namespace tesk

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "quarn/exact.h"
@@ -38,6 +39,24 @@ inline QuarnFloat number(support::Random& random, int digits, int spread) {
   text += random.digits(std::size_t(digits) - 1);
   return QuarnFloat(text + "e" + std::to_string(random.between(-spread / 2, spread - spread / 2)));
 }
+
+template <class T>
+T entry(support::Random& random, int digits, int spread) {
+  if constexpr (std::is_same_v<T, Complex>) {
+    return {number(random, digits, spread), number(random, digits, spread)};
+  } else {
+    return number(random, digits, spread);
+  }
+}
+
+/// Leaves these digits in force.
+inline QuarnFloat rounded_to(int digits, const QuarnFloat& x) {
+  QuarnSetDigits(digits);
+  return x * QuarnFloat(1);
+}
+inline Complex rounded_to(int digits, const Complex& z) { return {rounded_to(digits, z.re), rounded_to(digits, z.im)}; }
+inline QuarnFloat conjugate(const QuarnFloat& x) { return x; }
+inline Complex conjugate(const Complex& z) { return conj(z); }
 
 /// A matrix inside a larger array, stored either way round, forwards or backwards.
 struct Sample {

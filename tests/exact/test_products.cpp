@@ -6,17 +6,15 @@
 
 #include "exact/samples.h"
 
+using exact_test::conjugate;
+using exact_test::entry;
 using exact_test::number;
 using exact_test::Restore;
+using exact_test::rounded_to;
 using exact_test::Sample;
 using support::Random;
 
 namespace {
-
-QuarnFloat rounded_to(int digits, const QuarnFloat& x) {
-  QuarnSetDigits(digits);
-  return x * QuarnFloat(1);
-}
 
 /// 1 or -1, or any number of a few digits.
 QuarnFloat scalar(Random& random, int digits) {
@@ -207,24 +205,6 @@ TEST_CASE("dot products") {
   }
 }
 
-namespace {
-
-template <class T>
-T entry(Random& random, int digits, int spread) {
-  if constexpr (std::is_same_v<T, Complex>) {
-    return {number(random, digits, spread), number(random, digits, spread)};
-  } else {
-    return number(random, digits, spread);
-  }
-}
-
-QuarnFloat rounded_parts(int digits, const QuarnFloat& x) { return rounded_to(digits, x); }
-Complex rounded_parts(int digits, const Complex& z) { return {rounded_to(digits, z.re), rounded_to(digits, z.im)}; }
-QuarnFloat conjugate(const QuarnFloat& x) { return x; }
-Complex conjugate(const Complex& z) { return conj(z); }
-
-}  // namespace
-
 TEST_CASE_TEMPLATE("sparse products: entries in any order, doubled, mirrored, conjugated", T, QuarnFloat, Complex) {
   const Restore restore;
   Random random;
@@ -264,7 +244,7 @@ TEST_CASE_TEMPLATE("sparse products: entries in any order, doubled, mirrored, co
       }
       int wrong = 0;
       for (std::size_t i = 0; i < n; ++i) {
-        wrong += int(rounded_parts(digits, expected[i]) != y[i]);
+        wrong += int(rounded_to(digits, expected[i]) != y[i]);
       }
       INFO("digits " << digits << ", n " << n << ", entries " << entries << ", how " << how);
       CHECK(wrong == 0);

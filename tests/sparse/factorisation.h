@@ -63,16 +63,18 @@ struct Factors {
     });
   }
   support::Outcome solve(const std::string& trans, const std::vector<T>& y, std::vector<T>& x,
-                         const std::string& check = "C") const {
+                         const std::string& check = "C", bool companion = false) const {
     return support::outcome_of([&](char* buffer, Integer* ifail, int length) {
       if (triangle) {
-        support::pick<T>(QuarnMP_f11jbfn_, QuarnMP_f11jpfn_)(n, a.data(), la, irow.data(), icol.data(), ipivp.data(),
-                                                             istr.data(), check.c_str(), y.data(), x.data(), buffer,
-                                                             ifail, 1, length);
+        const auto solver = companion ? support::pick<T>(QuarnMPX_f11jbfn_, QuarnMPX_f11jpfn_)
+                                      : support::pick<T>(QuarnMP_f11jbfn_, QuarnMP_f11jpfn_);
+        solver(n, a.data(), la, irow.data(), icol.data(), ipivp.data(), istr.data(), check.c_str(), y.data(), x.data(),
+               buffer, ifail, 1, length);
       } else {
-        support::pick<T>(QuarnMP_f11dbfn_, QuarnMP_f11dpfn_)(
-            trans.c_str(), n, a.data(), la, irow.data(), icol.data(), ipivp.data(), ipivq.data(), istr.data(),
-            idiag.data(), check.c_str(), y.data(), x.data(), buffer, ifail, 1, 1, length);
+        const auto solver = companion ? support::pick<T>(QuarnMPX_f11dbfn_, QuarnMPX_f11dpfn_)
+                                      : support::pick<T>(QuarnMP_f11dbfn_, QuarnMP_f11dpfn_);
+        solver(trans.c_str(), n, a.data(), la, irow.data(), icol.data(), ipivp.data(), ipivq.data(), istr.data(),
+               idiag.data(), check.c_str(), y.data(), x.data(), buffer, ifail, 1, 1, length);
       }
     });
   }

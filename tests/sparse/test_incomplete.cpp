@@ -75,6 +75,15 @@ Full<T> permuted(const Full<T>& a, const Factors<T>& factors) {
   return p;
 }
 
+template <class T>
+std::vector<T> permuted_rows(const std::vector<T>& y, const Factors<T>& factors) {
+  std::vector<T> z;
+  for (std::size_t k = 0; k < y.size(); ++k) {
+    z.push_back(y[factors.row(k)]);
+  }
+  return z;
+}
+
 /// In units of rounding at the digits of the moment.
 template <class T>
 QuarnFloat distance(const T& x, const T& y, const QuarnFloat& size) {
@@ -150,7 +159,7 @@ TEST_CASE_TEMPLATE("complete fill gives A back in every order", T, QuarnFloat, C
     const support::Digits scope(digits);
     for (const char* search : {"N", "R", "C", "B", "M", "Diagonal", "Mtriangle"}) {
       const bool triangle = search[1] != '\0';
-      const Coordinates<T> a = factorisation::sample<T>(random, 14, triangle, *search == 'N' || triangle ? 1 : 0);
+      const Coordinates<T> a = factorisation::sample<T>(random, 20, triangle, *search == 'N' || triangle ? 1 : 0);
       Factors<T> factors(a, triangle);
       factors.lfill = -1;
       factors.search = search;
@@ -174,25 +183,65 @@ TEST_CASE_TEMPLATE("complete fill gives A back in every order", T, QuarnFloat, C
           CHECK(tesk::magnitude(u[i][i]) <= one * tesk::magnitude(u[i - 1][i - 1]));
         }
       }
-      // Solutions, plain and transposed, in place and not.
+      // Solutions, plain and transposed, in place and not, by rounded operations and by exact sums.
       for (const char* trans : {"N", "t"}) {
-        std::vector<T> x(m.size()), y(m.size());
+        std::vector<T> y(m.size());
         std::generate(y.begin(), y.end(), [&random] { return entries::random_value<T>(random); });
-        CHECK(factors.solve(trans, y, x).ifail == 0);
-        std::vector<T> in_place = y;
-        CHECK(factors.solve(trans, in_place, in_place, "n").ifail == 0);
-        CHECK(in_place == x);
-        const Full<T> original = factorisation::written_out(a, triangle);
-        for (std::size_t i = 0; i < m.size(); ++i) {
-          T sum(0.0);
-          QuarnFloat size = tesk::magnitude(y[i]);
-          for (std::size_t j = 0; j < m.size(); ++j) {
-            const T& element = original[*trans == 'N' ? i : j][*trans == 'N' ? j : i];
-            sum = sum + (*trans == 'N' ? element : tesk::conjugate(element)) * x[j];
-            size = std::max(size, largest(original) * tesk::magnitude(x[j]));
+        for (const bool companion : {false, true}) {
+          std::vector<T> x(m.size());
+          CHECK(factors.solve(trans, y, x, "C", companion).ifail == 0);
+          std::vector<T> in_place = y;
+          CHECK(factors.solve(trans, in_place, in_place, "n", companion).ifail == 0);
+          CHECK(in_place == x);
+          const Full<T> original = factorisation::written_out(a, triangle);
+          for (std::size_t i = 0; i < m.size(); ++i) {
+            T sum(0.0);
+            QuarnFloat size = tesk::magnitude(y[i]);
+            for (std::size_t j = 0; j < m.size(); ++j) {
+              const T& element = original[*trans == 'N' ? i : j][*trans == 'N' ? j : i];
+              sum = sum + (*trans == 'N' ? element : tesk::conjugate(element)) * x[j];
+              size = std::max(size, largest(original) * tesk::magnitude(x[j]));
+            }
+            CHECK(distance(sum, y[i], size) <= 1e6);
           }
-          CHECK(distance(sum, y[i], size) <= 1e6);
         }
+      }
+    }
+  }
+}
+
+TEST_CASE_TEMPLATE("companions sum rows of many elements exactly", T, QuarnFloat, Complex) {
+  Random random;
+  for (const int digits : {1, 2, 16, 50, 333}) {
+    const support::Digits scope(digits);
+    for (const bool triangle : {false, true}) {
+      for (const Integer n : {Integer(5), Integer(40)}) {
+        Factors<T> factors(factorisation::sample<T>(random, n, triangle, 1), triangle);
+        factors.lfill = n == 5 ? 0 : -1;
+        REQUIRE(factors.factorise().ifail == 0);
+        std::vector<T> y(std::size_t(n), T(0.0)), x = y, exact = y;
+        std::generate(y.begin(), y.end(), [&random] { return entries::random_value<T>(random); });
+        CHECK(factors.solve("N", y, x).ifail == 0);
+        CHECK(factors.solve("N", y, exact, "C", true).ifail == 0);
+        if (n == 5) {
+          CHECK(exact == x);
+          continue;
+        }
+        // The last element of L^-1 P y is divided by its pivot, and nothing else happens to it.
+        const Full<T> u = factors.upper();
+        const Full<T> l = factors.lower();
+        std::vector<T> z = permuted_rows(y, factors);
+        for (std::size_t i = 0; i < z.size(); ++i) {
+          const support::Digits more(4 * digits + 100);
+          for (std::size_t j = 0; j < i; ++j) {
+            z[i] = z[i] - l[i][j] * z[j];
+          }
+          const support::Digits fewer(digits);
+          z[i] = z[i] * T(QuarnFloat(1));
+        }
+        const std::size_t last = z.size() - 1;
+        const T& pivot = u[last][last];
+        CHECK(exact[factors.column(last)] == (triangle ? tesk::quotient(z[last], pivot) : z[last] / pivot));
       }
     }
   }

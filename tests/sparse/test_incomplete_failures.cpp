@@ -199,6 +199,7 @@ TEST_CASE_TEMPLATE("each corrupted array is reported with advice", T, QuarnFloat
       CHECK(outcome.ifail == row.ifail);
       CHECK(outcome.console == message + advice<T>(triangle, row.about_permutation));
       CHECK(outcome.buffer == support::buffer_text(solver<T>(triangle), row.ifail, label, values));
+      CHECK(factors.solve("N", y, x, "C", true).console == outcome.console);
       CHECK(x == std::vector<T>(3, T(7.0)));
     }
   }

@@ -265,9 +265,13 @@ void sparse(Suite& suite) {
   incomplete_factors<QuarnFloat, true>(suite, ENTRY(QuarnMP_f11jaf_), ENTRY(QuarnMP_f11jafn_));
   incomplete_factors<Complex, true>(suite, ENTRY(QuarnMP_f11jnf_), ENTRY(QuarnMP_f11jnfn_));
   factor_solutions<QuarnFloat, false>(suite, ENTRY(QuarnMP_f11dbf_), ENTRY(QuarnMP_f11dbfn_));
+  factor_solutions<QuarnFloat, false>(suite, ENTRY(QuarnMPX_f11dbf_), ENTRY(QuarnMPX_f11dbfn_));
   factor_solutions<Complex, false>(suite, ENTRY(QuarnMP_f11dpf_), ENTRY(QuarnMP_f11dpfn_));
+  factor_solutions<Complex, false>(suite, ENTRY(QuarnMPX_f11dpf_), ENTRY(QuarnMPX_f11dpfn_));
   factor_solutions<QuarnFloat, true>(suite, ENTRY(QuarnMP_f11jbf_), ENTRY(QuarnMP_f11jbfn_));
+  factor_solutions<QuarnFloat, true>(suite, ENTRY(QuarnMPX_f11jbf_), ENTRY(QuarnMPX_f11jbfn_));
   factor_solutions<Complex, true>(suite, ENTRY(QuarnMP_f11jpf_), ENTRY(QuarnMP_f11jpfn_));
+  factor_solutions<Complex, true>(suite, ENTRY(QuarnMPX_f11jpf_), ENTRY(QuarnMPX_f11jpfn_));
   canonical_form<QuarnFloat>(suite, false, ENTRY(QuarnMP_f11zaf_), ENTRY(QuarnMP_f11zafn_));
   canonical_form<Complex>(suite, false, ENTRY(QuarnMP_f11znf_), ENTRY(QuarnMP_f11znfn_));
   canonical_form<QuarnFloat>(suite, true, ENTRY(QuarnMP_f11zbfn_));
