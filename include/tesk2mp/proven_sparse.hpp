@@ -4,11 +4,14 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <functional>
 #include <optional>
+#include <span>
 #include <utility>
 #include <vector>
 
 #include "quarn/complex.h"
+#include "quarn/exact.h"
 #include "tesk2mp/partial_sums.hpp"
 #include "tesk2mp/proven.hpp"
 #include "tesk2mp/sparse_direct.hpp"
@@ -24,39 +27,41 @@ inline bool is_moderate(const QuarnBound& size) {
 
 /// P A Q = L U - F, |F| <= g |L| |U|, of an exact sparse matrix, with what that proves of solutions. |(L U)^-1| is at
 /// most the product of the inverses of the comparison matrices: N. J. Higham, Accuracy and Stability of Numerical
-/// Algorithms, sections 8.3, 9.3.
+/// Algorithms, sections 8.3, 9.3; of Cholesky's factors with U = D L^H, section 10.1.
 template <Scalar T>
 class SparseFactorProof {
  public:
   /// The factors with so many digits.
-  SparseFactorProof(SparseLU<T> factors, int digits)
-      : factors_(std::move(factors)), rows_(factors_.row_order()), columns_(factors_.column_order()) {
+  SparseFactorProof(SparseLU<T> factors, int digits) : rows_(factors.row_order()), columns_(factors.column_order()) {
     const Digits scope(digits);
-    const std::size_t n = rows_.size();
-    lower_ = rows_of(factors_.lower(), true);
-    upper_ = rows_of(factors_.upper(), false);
-    Bounds most(n);
-    for (std::size_t i = 0; i < n; ++i) {
-      for (const Element& element : upper_[i]) {
-        most[element.column] = std::max(most[element.column], element.size);
+    take(factors.lower(), false);
+    take(factors.upper(), true);
+    conclude(digits);
+    solve_ = [kept = std::move(factors)](std::span<T> x) { kept.solve(x); };
+  }
+  SparseFactorProof(SparseCholesky<T> factors, int digits) : rows_(factors.row_order()), columns_(rows_) {
+    const Digits scope(digits);
+    const std::vector<T> pivots = factors.diagonal();
+    const SparseMatrix<T> lower = factors.lower();
+    take(lower, false);
+    SparseMatrix<T> diagonal(pivots.size());
+    for (std::size_t j = 0; j < pivots.size(); ++j) {
+      diagonal.add(j, j, pivots[j]);
+    }
+    take(diagonal, true);
+    for (std::size_t k = 0; k < lower.entries(); ++k) {
+      if (const std::size_t j = lower.column(k); j != lower.row(k)) {
+        upper_[j].push_back({lower.row(k), QuarnBound(pivots[j]) * QuarnBound(lower.value(k))});
       }
     }
-    for (std::size_t j = 0; j < n; ++j) {
-      weights_.push_back(QuarnBound::power_of_ten(-most[j].exponent()));
-    }
-    // k u / (1 - k u), with k = 8 n + 64 half units for complex arithmetic and the rounding of A too.
-    const QuarnBound units = QuarnBound::count(4 * std::uint32_t(n) + 32) * QuarnBound::power_of_ten(1 - digits);
-    gamma_ = units * over_one_minus(units);
-    spread_ = weights_;
-    multiply(spread_);
-    solve(spread_);
-    norm_ = is_moderate_ ? gamma_ * largest(spread_) : QuarnBound::infinity();
+    conclude(digits);
+    solve_ = [kept = std::move(factors)](std::span<T> x) { kept.solve(x); };
   }
 
   /// A bound of the weighted norm of I - (L U)^-1 P A Q.
   const QuarnBound& norm() const noexcept { return norm_; }
   /// x := near A^-1 x
-  void apply(std::vector<T>& x) const { factors_.solve(std::span<T>(x)); }
+  void apply(std::vector<T>& x) const { solve_(x); }
   /// Bounds of |A^-1 r|, out of those of |r|.
   std::vector<QuarnBound> bounds(const std::vector<QuarnBound>& of_r) const {
     Bounds z(of_r.size());
@@ -79,9 +84,10 @@ class SparseFactorProof {
     QuarnBound size;
   };
 
-  /// Sizes of the elements of a triangle beside its diagonal; that of U as reciprocals.
-  std::vector<std::vector<Element>> rows_of(const SparseMatrix<T>& triangle, bool unit) {
-    std::vector<std::vector<Element>> rows(triangle.order());
+  /// Sizes of the elements of a triangle: of L beside its diagonal, of U with that and its reciprocals.
+  void take(const SparseMatrix<T>& triangle, bool is_upper) {
+    std::vector<std::vector<Element>>& rows = is_upper ? upper_ : lower_;
+    rows.resize(triangle.order());
     over_pivots_.resize(triangle.order());
     for (std::size_t k = 0; k < triangle.entries(); ++k) {
       const std::size_t i = triangle.row(k);
@@ -90,14 +96,33 @@ class SparseFactorProof {
       is_moderate_ = is_moderate_ && is_moderate(size);
       if (triangle.column(k) != i) {
         rows[i].push_back({triangle.column(k), size});
-      } else if (!unit) {
+      } else if (is_upper) {
         // The modulus and the quotient are rounded a few times.
         const QuarnBound quotient(Real(1) / tesk2mp::detail::part_size(value));
         over_pivots_[i] = quotient + quotient * QuarnBound::power_of_ten(2 - QuarnDigits());
         rows[i].push_back({i, size});
       }
     }
-    return rows;
+  }
+
+  void conclude(int digits) {
+    const std::size_t n = rows_.size();
+    Bounds most(n);
+    for (std::size_t i = 0; i < n; ++i) {
+      for (const Element& element : upper_[i]) {
+        most[element.column] = std::max(most[element.column], element.size);
+      }
+    }
+    for (std::size_t j = 0; j < n; ++j) {
+      weights_.push_back(QuarnBound::power_of_ten(-most[j].exponent()));
+    }
+    // k u / (1 - k u), with k = 8 n + 64 half units for complex arithmetic and the rounding of A too.
+    const QuarnBound units = QuarnBound::count(4 * std::uint32_t(n) + 32) * QuarnBound::power_of_ten(1 - digits);
+    gamma_ = units * over_one_minus(units);
+    spread_ = weights_;
+    multiply(spread_);
+    solve(spread_);
+    norm_ = is_moderate_ ? gamma_ * largest(spread_) : QuarnBound::infinity();
   }
 
   /// v := |L| |U| v
@@ -138,7 +163,7 @@ class SparseFactorProof {
     return result;
   }
 
-  SparseLU<T> factors_;
+  std::function<void(std::span<T>)> solve_;
   std::vector<std::size_t> rows_;
   std::vector<std::size_t> columns_;
   bool is_moderate_ = true;
@@ -155,13 +180,23 @@ class SparseFactorProof {
 template <Scalar T>
 std::optional<SparseFactorProof<T>> sparse_factors(const SparseMatrix<T>& a, int most) {
   constexpr int kLeast = 36;
+  bool may_be_definite = is_hermitian(a);
   const std::vector<std::size_t> order =
-      is_hermitian(a) ? least_fill_order(a, FillOf::symmetric) : std::vector<std::size_t>();
+      may_be_definite ? least_fill_order(a, FillOf::symmetric) : std::vector<std::size_t>();
   std::optional<SparseFactorProof<T>> proof;
   for (std::int64_t digits = kLeast; digits <= most;) {
+    const Digits scope{int(digits)};
     try {
-      const Digits scope{int(digits)};
-      proof.emplace(SparseLU<T>(a, order), int(digits));
+      if (may_be_definite) {
+        try {
+          proof.emplace(SparseCholesky<T>(lower_triangle(a), order), int(digits));
+        } catch (const NumericalFailure&) {
+          may_be_definite = false;
+        }
+      }
+      if (!proof) {
+        proof.emplace(SparseLU<T>(a, order), int(digits));
+      }
       if (proof->norm() < QuarnBound::power_of_ten(-4)) {
         return proof;
       }
@@ -175,74 +210,96 @@ std::optional<SparseFactorProof<T>> sparse_factors(const SparseMatrix<T>& a, int
   return std::nullopt;
 }
 
-}  // namespace detail
-
-/// The solution of A x = b for a sparse A, by sparse factors, with |x - exact| bounded: the data are exact. Where the
-/// working digits do not suffice, or 8 D + 500 digits do not for factors, the bounds are infinite. Throws
-/// InvalidArgument for an entry that is given twice.
-///
-/// With P A Q = L U - F and M the product of the inverses of the comparison matrices of U and L, which is not below
-/// |(L U)^-1|, and weights w: s = max (M |F| w)_i / w_i < 1 proves that A is regular, and with the residual r of x the
-/// error is at most z + M |F| w max(z_i / w_i) / (1 - s), z = M |P r|, in the order of Q. x is refined with so many
-/// digits more that what M overestimates means nothing.
-///
-/// @code
-/// const auto x = tesk2mp::proven::solve(a, b);  // a: SparseMatrix<Real>
-/// @endcode
+/// b - A x, each element with one rounding: b is one more column of A.
 template <Scalar T>
-std::vector<Bounded<T>> solve(const SparseMatrix<T>& given, const std::vector<T>& b) {
-  const char* routine = tesk2mp::detail::name<T>("SPARSE_LU", "ZSPARSE_LU");
-  SparseMatrix<T> a = given.storage() == Storage::general ? given : whole(given);
-  static_cast<void>(a.canonicalise(Duplicates::fail));
-  const std::size_t n = a.order();
-  tesk2mp::detail::require(b.size() == n, routine, 2, "a right-hand side of ", b.size(), " rows for ", n, " equations");
-  std::vector<Bounded<T>> result(n);
-  const int digits = QuarnDigits();
-  constexpr int kAttempts = 4;
+class SparseResidual {
+ public:
+  explicit SparseResidual(const SparseMatrix<T>& a) : x_(a.order() + 1), r_(a.order() + 1) {
+    const std::size_t n = a.order();
+    std::size_t k = 0;
+    for (std::size_t i = 0; i < n; ++i) {
+      for (; k < a.entries() && a.row(k) == i; ++k) {
+        add(i, a.column(k), a.value(k));
+      }
+      of_b_.push_back(values_.size());
+      add(i, n, T());
+    }
+  }
+
+  void take(const std::vector<T>& b) {
+    for (std::size_t i = 0; i < b.size(); ++i) {
+      values_[of_b_[i]] = b[i];
+    }
+  }
+  /// The residual, at the working digits, and bounds of the sizes of its elements before they were rounded.
+  std::vector<QuarnBound> residual(const std::vector<T>& x, std::vector<T>& r) {
+    for (std::size_t i = 0; i < x.size(); ++i) {
+      x_[i] = -x[i];
+    }
+    x_.back() = T(1);
+    QuarnSparseProduct(x_.size(), {values_.size(), values_.data(), rows_.data(), columns_.data()}, x_.data(),
+                       r_.data());
+    std::copy(r_.begin(), r_.end() - 1, r.begin());
+    std::vector<QuarnBound> sizes;
+    for (const T& each : r) {
+      sizes.push_back(QuarnBound(each) + rounding(each, QuarnDigits()));
+    }
+    return sizes;
+  }
+  /// Half a unit of the last place of each part.
+  static QuarnBound rounding(const Real& x, int digits) { return QuarnBound(x).half_unit(digits); }
+  static QuarnBound rounding(const Complex& z, int digits) {
+    return hypotenuse(rounding(z.re, digits), rounding(z.im, digits));
+  }
+
+ private:
+  void add(std::size_t row, std::size_t column, const T& value) {
+    values_.push_back(value);
+    rows_.push_back(tesk2mp::detail::count_of(row + 1));
+    columns_.push_back(tesk2mp::detail::count_of(column + 1));
+  }
+
+  std::vector<T> values_;
+  std::vector<Integer> rows_;
+  std::vector<Integer> columns_;
+  std::vector<std::size_t> of_b_;
+  std::vector<T> x_;
+  std::vector<T> r_;
+};
+
+/// x near the solution, refined until no digit of its `digits` is in doubt, and bounds of its elements' errors.
+template <Scalar T>
+std::vector<QuarnBound> refine(const SparseFactorProof<T>& proof, SparseResidual<T>& equations, int digits,
+                               std::vector<T>& x) {
+  constexpr int kMostPasses = 4;
   constexpr int kMostRounds = 60;
   constexpr std::int64_t kMostDigits = 1'000'000;
-  const auto is_moderate = [](const T& x) { return detail::is_moderate(QuarnBound(x)); };
-  if (a.entries() == 0 || !std::all_of(a.values().begin(), a.values().end(), is_moderate) ||
-      !std::all_of(b.begin(), b.end(), is_moderate)) {
-    return result;
-  }
-  const auto proof = detail::sparse_factors(a, int(std::min(kMostDigits, 8 * std::int64_t(digits) + 500)));
-  if (!proof) {
-    return result;
-  }
-  std::vector<T> x(n);
+  const std::size_t n = x.size();
   std::vector<QuarnBound> bounds;
+  std::vector<T> r(n);
   std::int64_t of_x = digits + 10;
-  for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    std::vector<QuarnBound> of_r(n);
+  for (int attempt = 0; attempt < kMostPasses; ++attempt) {
+    const Digits scope{int(std::min(kMostDigits, of_x))};
     QuarnBound former = QuarnBound::infinity();
-    for (int round = 0; round < kMostRounds; ++round) {
-      // Sums that cancel: a residual has twice the digits of x.
-      const int of_sums = int(std::min(kMostDigits, 2 * of_x + 10));
-      const Digits scope(of_sums);
-      std::vector<T> r = a.multiply(x);
-      QuarnBound largest;
-      for (std::size_t i = 0; i < n; ++i) {
-        of_r[i] = QuarnBound(r[i]).half_unit(of_sums - 1);
-        r[i] = b[i] - r[i];
-        of_r[i] += QuarnBound(r[i]) + QuarnBound(r[i]).half_unit(of_sums - 1);
-        largest = std::max(largest, of_r[i]);
-      }
-      const bool last = round + 1 == kMostRounds || largest.is_zero();
-      if (last || largest * QuarnBound::count(10) > former) {
+    for (int round = 0;; ++round) {
+      const std::vector<QuarnBound> of_r = equations.residual(x, r);
+      const QuarnBound largest = *std::max_element(of_r.begin(), of_r.end());
+      if (round + 1 == kMostRounds || largest.is_zero() || largest * QuarnBound::count(10) > former) {
+        bounds = proof.bounds(of_r);
         break;
       }
       former = largest;
-      const Digits fewer{int(std::min(kMostDigits, of_x))};
-      proof->apply(r);
+      proof.apply(r);
       for (std::size_t i = 0; i < n; ++i) {
         x[i] = x[i] + r[i];
       }
     }
-    bounds = proof->bounds(of_r);
     std::int64_t missing = 0;
     for (std::size_t i = 0; i < n; ++i) {
       const QuarnBound size(x[i]);
+      if (!is_moderate(size)) {  // a product may have underflowed
+        return std::vector<QuarnBound>(n, QuarnBound::infinity());
+      }
       if (!size.is_zero() && bounds[i].is_finite() && !bounds[i].is_zero()) {
         missing = std::max(missing, bounds[i].exponent() - (size.exponent() - digits - 3));
       }
@@ -252,16 +309,68 @@ std::vector<Bounded<T>> solve(const SparseMatrix<T>& given, const std::vector<T>
     }
     of_x += std::min<std::int64_t>(missing + 5, 4 * std::int64_t(digits) + 400);
   }
-  const auto half_unit = [&](const T& value) {
-    if constexpr (tesk2mp::detail::kIsComplex<T>) {
-      return hypotenuse(QuarnBound(value.re).half_unit(digits), QuarnBound(value.im).half_unit(digits));
-    } else {
-      return QuarnBound(value).half_unit(digits);
+  return bounds;
+}
+
+}  // namespace detail
+
+/// The solutions of A X = B for a sparse A, by sparse factors, with |X - exact| bounded: the data are exact. Where the
+/// working digits do not suffice, or 8 D + 500 digits do not for factors, the bounds are infinite. Throws
+/// InvalidArgument for an entry that is given twice. One factorisation, of Cholesky where A is Hermitian and that
+/// finds it positive definite; two triangular solutions and a product with A for each column and step of refinement.
+///
+/// With P A Q = L U - F and M the product of the inverses of the comparison matrices of U and L, which is not below
+/// |(L U)^-1|, and weights w: s = max (M |F| w)_i / w_i < 1 proves that A is regular, and with the residual r of x the
+/// error is at most z + M |F| w max(z_i / w_i) / (1 - s), z = M |P r|, in the order of Q. x is refined with so many
+/// digits more that what M overestimates means nothing.
+template <Scalar T>
+BoundedMatrix<T> solve(const SparseMatrix<T>& given, const Matrix<T>& b) {
+  const char* routine = tesk2mp::detail::name<T>("SPARSE_LU", "ZSPARSE_LU");
+  SparseMatrix<T> a = given.storage() == Storage::general ? given : whole(given);
+  static_cast<void>(a.canonicalise(Duplicates::fail));
+  const std::size_t n = a.order();
+  const std::size_t m = b.columns();
+  tesk2mp::detail::require(b.rows() == n, routine, 2, "a right-hand side of ", b.rows(), " rows for ", n, " equations");
+  Matrix<T> solution(n, m);
+  Matrix<Real> errors(n, m);
+  std::fill(errors.data(), errors.data() + n * m, QuarnBound::infinity().value());
+  const int digits = QuarnDigits();
+  constexpr std::int64_t kMostDigits = 1'000'000;
+  const auto is_moderate = [](const T& x) { return detail::is_moderate(QuarnBound(x)); };
+  if (a.entries() == 0 || m == 0 || !std::all_of(a.values().begin(), a.values().end(), is_moderate) ||
+      !std::all_of(b.data(), b.data() + n * m, is_moderate)) {
+    return {std::move(solution), std::move(errors)};
+  }
+  const auto proof = detail::sparse_factors(a, int(std::min(kMostDigits, 8 * std::int64_t(digits) + 500)));
+  if (!proof) {
+    return {std::move(solution), std::move(errors)};
+  }
+  detail::SparseResidual<T> equations(a);
+  for (std::size_t j = 0; j < m; ++j) {
+    equations.take(std::vector<T>(b.data() + j * n, b.data() + (j + 1) * n));
+    std::vector<T> x(n);
+    const std::vector<QuarnBound> bounds = detail::refine(*proof, equations, digits, x);
+    for (std::size_t i = 0; i < n; ++i) {
+      solution(i, j) = x[i] * T(Real(1));
+      errors(i, j) = (bounds[i] + detail::SparseResidual<T>::rounding(solution(i, j), digits)).value();
     }
-  };
-  for (std::size_t i = 0; i < n; ++i) {
-    result[i].value = x[i] * T(Real(1));
-    result[i].error = bounds[i] + half_unit(result[i].value);
+  }
+  return {std::move(solution), std::move(errors)};
+}
+
+/// The same of one right-hand side.
+///
+/// @code
+/// const auto x = tesk2mp::proven::solve(a, b);  // a: SparseMatrix<Real>
+/// @endcode
+template <Scalar T>
+std::vector<Bounded<T>> solve(const SparseMatrix<T>& a, const std::vector<T>& b) {
+  Matrix<T> column(b.size(), 1);
+  std::copy(b.begin(), b.end(), column.data());
+  const BoundedMatrix<T> x = proven::solve(a, column);
+  std::vector<Bounded<T>> result;
+  for (std::size_t i = 0; i < b.size(); ++i) {
+    result.push_back(x(i, 0));
   }
   return result;
 }
