@@ -49,9 +49,9 @@ inline QuarnBound least_size(const Bounded<Real>& x) {
   if (!x.error.is_finite() || !QuarnBound(x.value).is_finite() || !(x.error.value() < fabs(x.value))) {
     return {};
   }
-  // Of 18 digits rounded to nearest seven units of the ninth are left out.
   const Digits scope(std::max(18, QuarnDigits()));
-  const Real least = (fabs(x.value) - x.error.value()) * (1 - Real(1, -8));
+  const Real least = fabs(x.value) - x.error.value();
+  // Rounded to nearest at nine digits, it may grow by five units.
   const Digits few(9);
   return QuarnBound(least * (1 - Real(7, -9)));
 }

@@ -42,7 +42,7 @@ inline QuarnBound below(const Real& v) {
 }
 /// Not above c - error; 0 where that is not positive.
 inline QuarnBound below(const Real& c, const QuarnBound& error) {
-  return below(quarn::subtract(c * (1 - Real(1, -15)), error.value(), quarn::Rounding::floor));
+  return below(c * (1 - Real(1, -15)) - error.value());
 }
 /// constant / 10^places
 inline QuarnBound decimal(std::uint32_t constant, int places) {
@@ -338,15 +338,114 @@ inline Bounded<Real> atan2(const Bounded<Real>& y, const Bounded<Real>& x) {
   }
   return detail::once_rounded(std::move(angle), error / least);
 }
+/// x - y, or 0 where that is negative.
+inline Bounded<Real> fdim(const Bounded<Real>& x, const Bounded<Real>& y) {
+  if (x.value <= y.value) {
+    // 0 is certain where no number of the one interval is above one of the other.
+    const bool known = isfinite(x.value) && isfinite(y.value);
+    const Bounded<Real> least = y - x;
+    const QuarnBound above =
+        detail::least_size(least).is_zero() && !least.error.is_zero() ? x.error + y.error : QuarnBound();
+    return {Real(), known ? above : QuarnBound::infinity()};
+  }
+  return x - y;
+}
+
+namespace detail {
+
+/// x - y n by a function that is exact but for one rounding, where the whole number n is certain.
+inline Bounded<Real> remaining(Real (*f)(const Real&, const Real&), const Bounded<Real>& x, const Bounded<Real>& y,
+                               Bounded<Real> (*whole)(const Bounded<Real>&)) {
+  Real rest = f(x.value, y.value);
+  if (x.error.is_zero() && y.error.is_zero()) {
+    return once_rounded(std::move(rest), QuarnBound());
+  }
+  const Bounded<Real> times = whole(x / y);
+  const QuarnBound error = times.error.is_zero() ? x.error + QuarnBound(times.value) * y.error : QuarnBound::infinity();
+  return once_rounded(std::move(rest), error);
+}
+
+}  // namespace detail
+
 /// x - y trunc(x / y), where that whole number is certain.
 inline Bounded<Real> fmod(const Bounded<Real>& x, const Bounded<Real>& y) {
-  Real rest = ::fmod(x.value, y.value);
+  return detail::remaining(::fmod, x, y, proven::trunc);
+}
+/// x - y rint(x / y), where that whole number is certain.
+inline Bounded<Real> remainder(const Bounded<Real>& x, const Bounded<Real>& y) {
+  return detail::remaining(::remainder, x, y, proven::rint);
+}
+
+namespace detail {
+
+/// Of B(x, y), x and y > 0: |B_x| dx + |B_y| dy. |B_x| = B(x, y) (digamma(x + y) - digamma(x)) is the integral of
+/// t^(x-1) (1-t)^(y-1) |log t| over (0, 1), largest at both lower ends; digamma' is at most 1 / x + 1 / x^2.
+inline QuarnBound beta_spread(const Bounded<Real>& x, const Bounded<Real>& y) {
+  const Real low_x = Ends(x).low;
+  const Real low_y = Ends(y).low;
+  const Real sum = quarn::add(low_x, low_y, quarn::Rounding::ceiling);
+  const auto slope = [&](const Real& at, const Real& step) {
+    const QuarnBound over = one() / below(at);
+    const Real end = ::digamma(sum);
+    const Real start = ::digamma(at);
+    const QuarnBound lost = (QuarnBound(end) + QuarnBound(start)).half_unit(kBoundDigits - 2);
+    return std::min(QuarnBound(step) * (over + over * over), QuarnBound(end - start) + lost);
+  };
+  return above(::beta(low_x, low_y)) * (slope(low_x, low_y) * x.error + slope(low_y, low_x) * y.error);
+}
+
+}  // namespace detail
+
+/// Gamma(x) Gamma(y) / Gamma(x + y).
+inline Bounded<Real> beta(const Bounded<Real>& x, const Bounded<Real>& y) {
+  constexpr int kSpare = 10;
   if (x.error.is_zero() && y.error.is_zero()) {
-    return detail::once_rounded(std::move(rest), QuarnBound());
+    return detail::once_rounded(::beta(x.value, y.value), QuarnBound());
   }
-  const Bounded<Real> times = proven::trunc(x / y);
-  const QuarnBound error = times.error.is_zero() ? x.error + QuarnBound(times.value) * y.error : QuarnBound::infinity();
-  return detail::once_rounded(std::move(rest), error);
+  if (x.error.is_finite() && y.error.is_finite() && x.error.value() < x.value && y.error.value() < y.value) {
+    Real value = ::beta(x.value, y.value);
+    QuarnBound away;
+    {
+      const Digits scope(detail::kBoundDigits);
+      away = detail::beta_spread(x, y);
+    }
+    return detail::once_rounded(std::move(value), away);
+  }
+  Bounded<Real> quotient;
+  {
+    const Digits scope(QuarnDigits() + kSpare);
+    quotient = proven::tgamma(x) * proven::tgamma(y) / proven::tgamma(x + y);
+  }
+  return detail::once_rounded(quotient.value * Real(1), quotient.error);
+}
+
+/// x (x - 1) ... (x - k + 1) / k! for an exact whole k, 0 for k < 0.
+inline Bounded<Real> binomial(const Bounded<Real>& x, const Bounded<Real>& k) {
+  constexpr int kMostFactors = 100'000;
+  Real value = ::binomial(x.value, k.value);
+  if (isnan(value) || !k.error.is_zero() || !x.error.is_finite()) {
+    return {std::move(value), QuarnBound::infinity()};
+  }
+  if (k.value <= 0) {
+    return exact(value);
+  }
+  if (x.error.is_zero()) {
+    const bool fits = detail::is_whole(x.value) && QuarnBound(value) < QuarnBound::power_of_ten(QuarnDigits());
+    return fits ? exact(value) : detail::once_rounded(std::move(value), QuarnBound());
+  }
+  // Each factor moves by the error: the sum over one of them of the product of the others, as far from 0 as they reach.
+  QuarnBound away = k.value <= kMostFactors ? QuarnBound() : QuarnBound::infinity();
+  QuarnBound product = detail::one();
+  {
+    const Digits scope(detail::kBoundDigits);
+    for (std::uint32_t j = 0; away.is_finite() && Real(double(j)) < k.value; ++j) {
+      const QuarnBound over = detail::one() / QuarnBound::count(j + 1);
+      const QuarnBound factor = (detail::above(fabs(x.value - Real(double(j)))) + x.error) * over;
+      away = away * factor + product * over * x.error;
+      product *= factor;
+    }
+  }
+  return detail::once_rounded(std::move(value), away);
 }
 
 namespace detail {

@@ -2,16 +2,13 @@
 // below c: then the smallest eigenvalue of A is positive. S. M. Rump, Verification of positive definiteness, BIT 46
 // (2006), here with the product L L^H as it is instead of a bound of its rounding errors.
 #include "quarn/functions.h"
-#include "src/proven/approximate_inverse.h"
+#include "src/proven/forms.h"
 #include "tesk2mp/proven.h"
 
 namespace tesk::proven {
 namespace {
 
 enum Verdict : Integer { kDefinite = 0, kNotDefinite = 1, kUnknown = 2 };
-
-inline const QuarnFloat& real_part(const QuarnFloat& x) { return x; }
-inline const QuarnFloat& real_part(const Complex& x) { return x.re; }
 
 inline QuarnFloat shifted(const QuarnFloat& x, int power) { return scalbn(x, power); }
 inline Complex shifted(const Complex& z, int power) { return {scalbn(z.re, power), scalbn(z.im, power)}; }
@@ -42,7 +39,7 @@ OwnMatrix<T> hermitian(Integer n, OneBasedMatrix<T> lower, const Range& range) {
 /// Is x^H A x certainly not positive for some x other than 0: a unit vector, or the vector by which the elimination of
 /// A met a pivot that is not positive?
 template <class T>
-bool is_not_positive(Integer n, OneBasedMatrix<T> a, OneBasedMatrix<T> factor, Integer step, Range range) {
+bool is_not_positive(Integer n, OneBasedMatrix<T> a, OneBasedMatrix<T> factor, Integer step, const Range& range) {
   for (Integer j = 1; j <= n; ++j) {
     if (!(real_part(a(j, j)) > 0)) {
       return true;
@@ -51,7 +48,6 @@ bool is_not_positive(Integer n, OneBasedMatrix<T> a, OneBasedMatrix<T> factor, I
   // L11 L11^H z = a(1 ... step - 1, step), x = (-z, 1, 0, ...)
   const Integer before = step - 1;
   OwnMatrix<T> own(step, 1);
-  OwnMatrix<T> image(step, 1);
   const OneBasedMatrix<T> x = own.view();
   copy(before, a.column(step), x.column(1));
   exact::solve_triangular_matrix(Side::left, Triangle::lower, Op::none, Diagonal::general, before, 1, T(-1.0), factor,
@@ -59,19 +55,8 @@ bool is_not_positive(Integer n, OneBasedMatrix<T> a, OneBasedMatrix<T> factor, I
   exact::solve_triangular_matrix(Side::left, Triangle::lower, Op::conjugate_transpose, Diagonal::general, before, 1,
                                  T(1.0), factor, x);
   x(step, 1) = T(1.0);
-  const OneBasedMatrix<T> y = image.view();
-  exact::multiply_matrices(Op::none, Op::none, step, 1, step, T(1.0), a, x, T(0.0), y);
-  OwnMatrix<T> form(1, 1);
-  const OneBasedMatrix<T> value = form.view();
-  exact::multiply_matrices(Op::conjugate_transpose, Op::none, 1, 1, step, T(1.0), x, y, T(0.0), value);
-  range.take(step, 1, x);
-  range.take(step, 1, y);
-  const Rounded rounded(QuarnDigits(), range);
-  QuarnBound error = rounded.error(value(1, 1));
-  for (Integer i = 1; i <= step; ++i) {
-    error += QuarnBound(x(i, 1)) * rounded.error(y(i, 1));
-  }
-  return error.value() < -real_part(value(1, 1));
+  const Form form = hermitian_form(step, a, x, range);
+  return form.error.value() < -form.value;
 }
 
 template <class T>
@@ -107,23 +92,7 @@ Verdict verdict(Integer n, OneBasedMatrix<T> lower) {
     }
   }
   range.take(n, n, l);
-  OwnMatrix<T> difference = own;
-  const OneBasedMatrix<T> rest = difference.view();
-  exact::multiply_matrices(Op::none, Op::conjugate_transpose, n, n, n, T(-1.0), l, l, T(1.0), rest);
-  const Rounded rounded(QuarnDigits(), range);
-  QuarnBound norm;
-  for (Integer j = 1; j <= n; ++j) {
-    QuarnBound sum;
-    for (Integer i = 1; i <= n; ++i) {
-      sum += rounded.error(rest(i, j));
-      if (i == j) {
-        rest(i, j) = rest(i, j) - T(shift);
-      }
-      sum += rounded.size(rest(i, j));
-    }
-    norm = std::max(norm, sum);
-  }
-  return norm.value() < shift ? kDefinite : kUnknown;
+  return distance_from_factors(n, a, l, shift, range).value() < shift ? kDefinite : kUnknown;
 }
 
 /// Checks, then the verdict; returns INFO.

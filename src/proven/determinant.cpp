@@ -105,10 +105,9 @@ Determinant<T> determinant(Integer n, OneBasedMatrix<T> a, const Uncertainty& of
     pivots = pivots * y(k, k);
   }
   result.value = reciprocal(pivots);
-  // Ten times 10^-digits, relative, is more than a product or a reciprocal of complex numbers can lose: some four half
-  // units.
-  const QuarnBound steps = QuarnBound::count(std::uint32_t(n) + 2) * QuarnBound::power_of_ten(2 - digits);
-  const QuarnBound of_steps = steps * over_one_minus(steps);
+  // A product or a reciprocal of complex numbers loses four half units at most: n + 2 of them, one on top of the other,
+  // less than five times that.
+  const QuarnBound of_steps = QuarnBound::count(std::uint32_t(n) + 2) * QuarnBound::power_of_ten(2 - digits);
   const QuarnBound size(result.value);
   const bool in_range = size.is_finite() && !size.is_zero() && QuarnBound(pivots).is_finite();
   result.error = in_range ? size * (of_distance + of_steps + of_distance * of_steps) : QuarnBound::infinity();

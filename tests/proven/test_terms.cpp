@@ -5,8 +5,11 @@
 #include <vector>
 
 #include "src/proven/factor_proof.h"
+#include "src/proven/forms.h"
 #include "src/proven/spectrum.h"
+#include "src/proven/taylor.h"
 #include "support/digits.h"
+#include "tesk2mp/proven.h"
 #include "tesk2mp/proven_spectra.h"
 
 using tesk::OneBasedMatrix;
@@ -192,4 +195,101 @@ TEST_CASE("terms of Pellet's circles") {
   QuarnMPX_dproven_zeros_(2, a.data(), zeros, error, count, &info);
   CHECK((!QuarnBound(error[0]).is_finite() || count[0] == 2 || error[0] >= number("0.141")));
   CHECK((!QuarnBound(error[1]).is_finite() || count[1] == 2 || error[1] >= number("3.9")));
+}
+
+TEST_CASE("terms of expansions and circles") {
+  // 1.5 + 9 c at c = 1.5 with one digit, and the bound of that evaluated with 60: 32 half units of 1.5 + 9 c.
+  std::vector<QuarnFloat> a{number("1.5"), number("9")};
+  const Complex c(number("1.5"));
+  const auto relative_of = [](const char* units) {
+    const support::Digits scope(kFine);
+    return QuarnFloat(units) / (1 - QuarnFloat(units));
+  };
+  for (const auto& [digits, units] : {std::pair(3, "0.24"), std::pair(12, "0.24e-9")}) {
+    const support::Digits scope(digits);
+    const Taylor t = taylor(a, c);
+    const QuarnFloat relative = relative_of(units);
+    const support::Digits fine(kFine);
+    CHECK(t.errors[0].value() >= relative * number("11.25"));
+    CHECK(t.errors[1].value() >= relative * number("1.5"));
+    CHECK(QuarnBound(t.values[0] - Complex(number("11.25"))) <= t.errors[0]);
+  }
+  // t(1) = 4 beside t(0) = 1.5, t(2) = 1.5, r = 1; errors of a half each do not leave it.
+  const QuarnBound one = QuarnBound::count(1);
+  const QuarnBound half = QuarnBound::count(5) * QuarnBound::power_of_ten(-1);
+  const auto is_dominant = [&](std::vector<QuarnBound> errors) {
+    return dominates({{Complex(number("1.5")), Complex(4), Complex(number("1.5"))}, std::move(errors)}, 1, one);
+  };
+  CHECK(is_dominant({QuarnBound(), QuarnBound(), QuarnBound()}));
+  CHECK(is_dominant({half, QuarnBound(), QuarnBound()}));
+  for (std::size_t large = 0; large < 3; ++large) {
+    std::vector<QuarnBound> errors(3);
+    errors[large] = one;
+    CHECK(!is_dominant(errors));
+  }
+  // What is as large is not larger, whatever the digits at work round it to.
+  const support::Digits scope(2);
+  for (const char* size : {"0.945", "0.955", "0.965", "0.975", "0.985", "0.995", "1.05", "1.15"}) {
+    CHECK(!dominates({{Complex(number(size)), Complex(number(size))}, {QuarnBound(), QuarnBound()}}, 1, one));
+  }
+}
+
+TEST_CASE("terms of forms and Cholesky factors") {
+  const support::Digits scope(1);
+  const auto form = [](const char* a, const char* x) {
+    std::vector<QuarnFloat> matrix_of{number(a)};
+    std::vector<QuarnFloat> vector{number(x)};
+    const Form result = hermitian_form(1, matrix(matrix_of, 1), matrix(vector, 1), range_of(matrix_of));
+    const support::Digits fine(kFine);
+    return result.error.value() >= fabs(result.value - number(a) * number(x) * number(x));
+  };
+  CHECK(form("0.5", "3"));  // 1.5 becomes 2, 4.5 becomes 6
+  CHECK(form("6", "1.5"));  // 9 times 1.5 becomes 10
+  const auto distance = [](const char* a, const char* l, const char* c) {
+    std::vector<QuarnFloat> matrix_of{number(a)};
+    std::vector<QuarnFloat> factor{number(l)};
+    const QuarnBound bound =
+        distance_from_factors(1, matrix(matrix_of, 1), matrix(factor, 1), number(c), range_of(matrix_of));
+    const support::Digits fine(kFine);
+    return bound.value() >= fabs(number(a) - number(l) * number(l) - number(c));
+  };
+  CHECK(distance("1.49", "0", "1"));      // 1.49 becomes 1
+  CHECK(distance("1", "0", "24"));        // 23 becomes 20
+  CHECK(distance("-0.24", "0.9", "24"));  // -1.05 and -25.05, which become -1 and -20
+  std::vector<QuarnFloat> a{1, 3, 3, 1};
+  std::vector<QuarnFloat> l{1, 0, 0, 1};
+  CHECK(distance_from_factors(2, matrix(a, 2), matrix(l, 2), 2, range_of(a)) >= QuarnBound::count(5));
+}
+
+TEST_CASE("terms of determinants") {
+  const auto error_of = [](std::vector<QuarnFloat> a, std::vector<QuarnFloat> of_a, Integer n) {
+    QuarnFloat determinant;
+    QuarnFloat error;
+    Integer info = -99;
+    QuarnMPX_dproven_determinant_(n, a.data(), n, of_a.data(), of_a.empty() ? 0 : n, &determinant, &error, &info);
+    CHECK(info == 0);
+    return error;
+  };
+  const auto is_just = [](const QuarnFloat& error, const char* least) {
+    const support::Digits fine(kFine);
+    return error >= number(least) && error <= number(least) * number("1.000001");
+  };
+  const support::Digits scope(1);
+  // Three steps of 10^(2 - 11), and the rounding of the result.
+  CHECK(is_just(error_of({8}, {}, 1), "0.500000024"));
+  CHECK(is_just(error_of({4, 0, 0, 4}, {1, 0, 0, 1}, 2), "21"));  // 0.5 / (1 - 0.5) of 16, and 5
+  // 30 ones, the first of them within 1 / 2: s / (1 - s) of 0.5000000015, 32 / 10^9, their product, and 0.5.
+  constexpr Integer kOrder = 30;
+  std::vector<QuarnFloat> identity(std::size_t(kOrder * kOrder));
+  for (std::size_t k = 0; k < std::size_t(kOrder); ++k) {
+    identity[k * (std::size_t(kOrder) + 1)] = 1;
+  }
+  std::vector<QuarnFloat> uncertain(identity.size());
+  uncertain[0] = number("0.5");
+  CHECK(is_just(error_of(identity, uncertain, kOrder), "1.50000007"));
+  CHECK(error_of(identity, uncertain, kOrder) >= number("1.50000007"));
+  // X has 1 and 1.5 in its columns, Y 0.01 and 1, in the order of the pivots: 100 * 0.75 / 0.25, and 50.
+  CHECK(is_just(error_of({50, 100, 1, 0}, {0, 0, 0, number("0.5")}, 2), "350"));
+  // (3, 10^8; 0, 7) by its inverse of 11 digits.
+  CHECK(is_just(error_of({3, 0, 100'000'000, 7}, {}, 2), "5.02633306"));
 }
