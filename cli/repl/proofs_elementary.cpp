@@ -4,6 +4,7 @@
 #include <array>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "cli/repl/fault.h"
 #include "tesk2mp/proven_table.hpp"
@@ -165,17 +166,15 @@ Number function_value(const quarn::NamedFunction2& f, const Number& z, const Num
     const BoundedReal result = proven::detail::once_rounded(f.apply(x.value, y.value), QuarnBound());
     return as_number(is_exact_result(name, x.value, y.value, result.value) ? proven::exact(result.value) : result);
   }
-  if (name == "atan2") {
-    return as_number(proven::atan2(x, y));
-  }
-  if (name == "hypot") {
-    return as_number(proven::hypot(x, y));
-  }
-  if (name == "fmod") {
-    return as_number(proven::fmod(x, y));
-  }
-  if (name == "fmin" || name == "fmax") {
-    return as_number(name == "fmin" ? proven::fmin(x, y) : proven::fmax(x, y));
+  using OfTwo = BoundedReal (*)(const BoundedReal&, const BoundedReal&);
+  static constexpr std::pair<std::string_view, OfTwo> kProven[] = {
+      {"atan2", proven::atan2},         {"hypot", proven::hypot}, {"fmod", proven::fmod},
+      {"remainder", proven::remainder}, {"fdim", proven::fdim},   {"fmin", proven::fmin},
+      {"fmax", proven::fmax},           {"beta", proven::beta},   {"binomial", proven::binomial}};
+  for (const auto& [each, apply] : kProven) {
+    if (name == each) {
+      return as_number(apply(x, y));
+    }
   }
   evaluation.unproven = f.name;
   return as_number(proven::exact(f.apply(x.value, y.value)));
