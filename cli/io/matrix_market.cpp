@@ -12,6 +12,7 @@
 #include "cli/io/one_line.h"
 #include "cli/system/memory.h"
 #include "cli/system/progress.h"
+#include "tesk2mp/error.hpp"
 
 namespace cli {
 
@@ -127,6 +128,9 @@ void set(ComplexMatrix& matrix, Integer row, Integer column, const Complex& valu
 }
 
 void require_dense_memory(const SparseMatrix& matrix) {
+  // Elements that are read with all their digits have few, and most are zeros.
+  constexpr int kFewDigits = 40;
+  const tesk2mp::Digits scope(std::min(QuarnDigits(), kFewDigits));
   require_memory((matrix.complex() ? 2 : 1) * double(matrix.rows) * double(matrix.columns),
                  "a dense matrix of " + std::to_string(matrix.rows) + " by " + std::to_string(matrix.columns));
 }

@@ -399,7 +399,15 @@ template <class T>
 std::vector<T> NumberTable::values(const Column& column, bool (*is_value)(std::string_view),
                                    T (*to_value)(const std::string&)) const {
   constexpr std::size_t kParts = std::is_same_v<T, Complex> ? 2 : 1;
-  require_memory(double(kParts * column.cells.size()), std::to_string(column.cells.size()) + " numbers");
+  {
+    // Read with all their digits, numbers have those that are written.
+    std::size_t longest = 1;
+    for (const std::string& cell : column.cells) {
+      longest = std::max(longest, cell.size());
+    }
+    const tesk2mp::Digits scope(int(std::min(std::size_t(QuarnDigits()), longest)));
+    require_memory(double(kParts * column.cells.size()), std::to_string(column.cells.size()) + " numbers");
+  }
   Progress progress("reading numbers", double(column.cells.size()));
   std::vector<T> values;
   values.reserve(column.cells.size());

@@ -320,8 +320,11 @@ class Inputs(unittest.TestCase):
     def test_more_than_memory_holds_is_refused_before_the_work(self):
         done = run("fft", "-", "--digits", "1000000", stdin="1\n" * 1000000)
         self.assertEqual((done.returncode, done.stdout), (2, ""))
-        self.assertRegex(done.stderr, r"^quarn: 1000000 numbers at 1000000 digits needs \d+\.\d GB of memory, "
+        self.assertRegex(done.stderr, r"^quarn: a transform of 1000000 values at 1000000 digits needs \d+\.\d GB of memory, "
                                       r"this machine has \d+\.\d GB\n$")
+        # Numbers that are read with all their digits take storage for those that they have.
+        ones = run("norm", "-", stdin="%%MatrixMarket matrix coordinate real general\n600 600 1\n1 1 1\n")
+        self.assertEqual((ones.returncode, ones.stderr), (0, ""))
 
     def test_the_column_of_years_gives_the_unit(self):
         result = run_json("fft", SUNSPOTS)
