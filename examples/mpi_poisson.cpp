@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <string_view>
 #include <vector>
 
@@ -32,9 +33,18 @@ struct Block {
 
 long messages = 0;
 long volume = 0;
+std::clock_t waiting = 0;  // processor time in calls of MPI
+
+/// Counts the time that it lives.
+struct Communication {
+  std::clock_t begun = std::clock();
+
+  ~Communication() { waiting += std::clock() - begun; }
+};
 
 /// What all ranks have to say, one after the other.
 Bytes gather(const Bytes& mine, int ranks) {
+  const Communication counted;
   int size = int(mine.size());
   std::vector<int> sizes(std::size_t(ranks), 0);
   std::vector<int> places(std::size_t(ranks) + 1, 0);
@@ -52,10 +62,14 @@ std::vector<Real> exchange(std::span<const Real> line, int to, int from) {
   const Bytes out = to == MPI_PROC_NULL ? Bytes() : quarn::pack(line);
   int size = int(out.size());
   int coming = 0;
-  MPI_Sendrecv(&size, 1, MPI_INT, to, 0, &coming, 1, MPI_INT, from, 0, MPI_COMM_WORLD, MPI_STATUS_IGNORE);
-  Bytes in(std::size_t(coming), 0);
-  MPI_Sendrecv(out.data(), size, MPI_BYTE, to, 1, in.data(), coming, MPI_BYTE, from, 1, MPI_COMM_WORLD,
-               MPI_STATUS_IGNORE);
+  Bytes in;
+  {
+    const Communication counted;
+    MPI_Sendrecv(&size, 1, MPI_INT, to, 0, &coming, 1, MPI_INT, from, 0, MPI_COMM_WORLD, MPI_STATUS_IGNORE);
+    in.resize(std::size_t(coming));
+    MPI_Sendrecv(out.data(), size, MPI_BYTE, to, 1, in.data(), coming, MPI_BYTE, from, 1, MPI_COMM_WORLD,
+                 MPI_STATUS_IGNORE);
+  }
   messages += to == MPI_PROC_NULL ? 0 : 1;
   volume += size;
   std::vector<Real> numbers;
@@ -75,9 +89,13 @@ void multiply(const Block& block, std::span<const Real> x, std::span<Real> y) {
   const int below = block.rank + 1 < block.ranks ? block.rank + 1 : MPI_PROC_NULL;
   const std::vector<Real> before = exchange(x.last(side), below, above);
   const std::vector<Real> after = exchange(x.first(side), above, below);
+  Real here;
   for (std::size_t at = 0; at < x.size(); ++at) {
     const std::size_t column = at % side;
-    y[at] = diagonal(block, block.first() + int(at / side)) * x[at];
+    if (column == 0) {
+      here = diagonal(block, block.first() + int(at / side));
+    }
+    y[at] = here * x[at];
     y[at] -= at < side ? before[at] : x[at - side];
     y[at] -= at + side < x.size() ? x[at + side] : after[column];
     if (column > 0) {
@@ -115,8 +133,12 @@ void solve(const Block& block, bool jacobi) {
 
   const int iterations = solver.progress().iterations;
   const double per_iteration[] = {double(messages) / iterations, double(volume) / iterations};
-  std::fprintf(stderr, "rank %d of %d: %d rows; an iteration sends %.1f messages, %.0f bytes\n", block.rank,
-               block.ranks, int(size), per_iteration[0], per_iteration[1]);
+  const double computing = double(std::clock() - waiting) / CLOCKS_PER_SEC;
+  std::fprintf(
+      stderr,
+      "rank %d of %d: %d rows, %.2f s of processor time outside of MPI; an iteration sends %.1f messages, %.0f "
+      "bytes\n",
+      block.rank, block.ranks, int(size), computing, per_iteration[0], per_iteration[1]);
   const Bytes all = gather(quarn::pack(solver.solution()), block.ranks);
   std::vector<Real> x;
   if (block.rank == 0 && quarn::unpack(all, x)) {
