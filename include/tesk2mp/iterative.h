@@ -14,7 +14,10 @@
 // The companions (QuarnMPX_) have three methods for a symmetric A besides, one product an iteration: CG (M. R.
 // Hestenes, E. Stiefel, J. Res. Nat. Bur. Standards 49, 1952), for a positive definite one; MINRES and SYMMLQ (C. C.
 // Paige, M. A. Saunders, SIAM J. Numer. Anal. 12, 1975), for any. Their preconditioner must be symmetric positive
-// definite.
+// definite. For a general A they have FGMRES (Y. Saad, SIAM J. Sci. Comput. 14, 1993), which is RGMRES with the
+// preconditioner on the right, A M^-1 y = b, where M may be another one in each iteration; and IDR of order M
+// (P. Sonneveld, M. B. van Gijzen, same journal 31, 2008; the biorthogonal variant, ACM Trans. Math. Softw. 38, 2012).
+// Both take one product an iteration.
 //
 // Criteria. r = b - A x; the norm is that of NORM, with WEIGHT 'W' that of the vector times the weights:
 //
@@ -22,11 +25,13 @@
 //   ITERM 2   ||M^-1 r|| <= tau (||M^-1 b|| + SIGMAX ||x||)   SIGMAX stands for ||M^-1 A||, in the 2-norm the largest
 //                                                             singular value
 //
+// With FGMRES both speak of r, b and A alone: M^-1 counts as 1 there.
+//
 // tau is TOL, or sqrt(eps) when TOL <= 0, but at least 10 eps and sqrt(N) eps, with eps the machine precision.
 // No iterate is accepted for what a recurrence says: its residual is computed afresh, at one more product (and, with a
 // preconditioner, solution), and IFAIL 0 means that this residual satisfies the criterion. Where it does not and the
 // recurrence has lost touch with it, or the method has broken down, the method starts anew from the true residual;
-// after a breakdown CGS, BICGSTAB and TFQMR take a random shadow vector, the same ones in every run.
+// after a breakdown CGS, BICGSTAB, TFQMR and IDR take a random shadow vector, the same ones in every run.
 //
 // The criterion bounds the backward error. With a singular matrix and a b outside its range ||x|| may grow until
 // ||A|| ||x|| excuses any residual: compare ||b - A x|| with ||b||, and ||A|| ||x|| with ||b||.
@@ -51,17 +56,19 @@ extern "C" {
 ///   CG        2, with a preconditioner 4
 ///   MINRES    5, with a preconditioner 8
 ///   SYMMLQ    7, with a preconditioner 10
+///   FGMRES    M + 2, with a preconditioner 2 M + 1, and (M + 1) M + 4 M + 1 elements more
+///   IDR       3 M + 1, and M M + M elements more
 ///
 /// @param[in] method "RGMRES", "CGS", "BICGSTAB" or "TFQMR", blanks before it and letters of either case allowed, what
-///     follows the name ignored; at most 32 characters between blanks. The companion also takes "CG", "MINRES" and
-///     "SYMMLQ"; the classic entry refuses them.
+///     follows the name ignored; at most 32 characters between blanks. The companion also takes "CG", "MINRES",
+///     "SYMMLQ", "FGMRES" and "IDR"; the classic entry refuses them.
 /// @param[in] precon 'P' the caller solves with a preconditioner, 'N' there is none
 /// @param[in] norm '1' sum of magnitudes, 'I' largest magnitude, '2' Euclidean
 /// @param[in] weight 'W' norms are weighted by WGT, 'N' they are not. Inner products of the methods never are.
 /// @param[in] iterm criterion, 1 or 2
 /// @param[in] n order of the system, N >= 1
-/// @param[in] m RGMRES: iterations to a restart, 1 ... min(N, 50). BICGSTAB: the order, 1 ... min(N, 10). Otherwise not
-///     looked at
+/// @param[in] m RGMRES: iterations to a restart, 1 ... min(N, 50); FGMRES: the same, 1 ... min(N, 100). BICGSTAB and
+///     IDR: the order, 1 ... min(N, 10). Otherwise not looked at
 /// @param[in] tol tolerance tau, below 1; <= 0 means sqrt(eps)
 /// @param[in] maxitn most iterations, >= 1
 /// @param[in] anorm norm of A for ITERM 1; with weights, of W A W^-1. <= 0: F11BEF estimates it first, and asks for at
@@ -126,8 +133,8 @@ TESK2MP_API void QuarnMPX_f11bdfn_(const char* method, const char* precon, const
 ///    6       stop at once: U is the last iterate that is complete, V is not touched
 ///    7       the sums are in WORK                      of a problem of F11BDD: form sums, which WORK(31) counts
 ///
-/// The companion iterates what either set-up has set up; the classic entry does not know the problems of CG, MINRES and
-/// SYMMLQ (IFAIL 2).
+/// The companion iterates what either set-up has set up; the classic entry does not know the problems of CG, MINRES,
+/// SYMMLQ, FGMRES and IDR (IFAIL 2).
 ///
 /// A request keeps nothing in mind but WORK, so U, V may be other arrays at the next call. The working precision may
 /// change between calls, from 10 digits on.
@@ -152,12 +159,12 @@ TESK2MP_API void QuarnMPX_f11bdfn_(const char* method, const char* precon, const
 ///   IFAIL 5   99995 ended after this iteration, not converged
 ///   IFAIL 6   99994 the same, after the true residual has had to replace that of the recurrence
 ///   IFAIL 7   99993 breakdown: a divisor of the method has vanished to working precision, and again after new starts
-///             that have not halved the residual (one of RGMRES, CG, MINRES and SYMMLQ, four with other shadow vectors
-///             of the others); a number has left the range of QuarnFloat (or what the caller brought was not finite); a
-///             cycle of RGMRES has gained nothing; CG, MINRES or SYMMLQ have met what they are not for: a direction p
-///             of CG with p^T A p < 0 (A is not positive definite), a residual with r^T M^-1 r < 0 (M is not), or inner
-///             products that differ by more than sqrt(eps) where symmetry makes them equal (looked at in the first
-///             iterations)
+///             that have not halved the residual (one of RGMRES, FGMRES, CG, MINRES and SYMMLQ, four with other shadow
+///             vectors of the others); a number has left the range of QuarnFloat (or what the caller brought was not
+///             finite); a cycle of RGMRES or FGMRES has gained nothing; CG, MINRES or SYMMLQ have met what they are not
+///             for: a direction p of CG with p^T A p < 0 (A is not positive definite), a residual with r^T M^-1 r < 0
+///             (M is not), or inner products that differ by more than sqrt(eps) where symmetry makes them equal (looked
+///             at in the first iterations)
 ///   IFAIL 8   99992 not converged after MAXITN iterations
 ///   IFAIL 9   99991 the true residual has replaced that of the recurrence, and has then not been halved: TOL asks for
 ///             more than the working precision has
@@ -167,10 +174,10 @@ TESK2MP_API void QuarnMPX_f11bdfn_(const char* method, const char* precon, const
 /// Linear Systems, SIAM 1994, compares them.
 ///
 /// @par Cost
-/// The products and solutions asked for (1 for an iteration of RGMRES, CG, MINRES and SYMMLQ, 2 of CGS and TFQMR, 2 M
-/// of BICGSTAB). Beside them, about 2 j N multiply-adds in the j-th iteration of RGMRES after a restart; without a
-/// preconditioner 9 N in one of CG, 14 N of MINRES, 20 N of SYMMLQ, norms included; a fixed multiple of N in CGS and
-/// TFQMR, of the order of M^2 N in BICGSTAB.
+/// The products and solutions asked for (1 for an iteration of RGMRES, FGMRES, IDR, CG, MINRES and SYMMLQ, 2 of CGS and
+/// TFQMR, 2 M of BICGSTAB). Beside them, about 2 j N multiply-adds in the j-th iteration of RGMRES and FGMRES after a
+/// restart; without a preconditioner 9 N in one of CG, 14 N of MINRES, 20 N of SYMMLQ, norms included; a fixed multiple
+/// of N in CGS and TFQMR, of the order of M^2 N in BICGSTAB, of M N in IDR.
 /// @{
 TESK2MP_API void QuarnMP_f11bef_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, QuarnFloat* work,
                                  const Integer* lwork, Integer* ifail);
@@ -230,7 +237,7 @@ TESK2MP_API void QuarnMPX_f11bffn_(Integer* itn, QuarnFloat* stplhs, QuarnFloat*
 /// WORK, U and V are complex; weights, norms and tolerance are real. The sizes of complex numbers are their moduli.
 /// With IREVCM -1 V is to become A^H U. Failures are those of the real routines, under their names.
 ///
-/// @param[in] method as F11BDF; "CG", "MINRES" and "SYMMLQ" too
+/// @param[in] method as F11BDF; "CG", "MINRES", "SYMMLQ", "FGMRES" and "IDR" too
 /// @param[in] precon as F11BDF
 /// @param[in] norm as F11BDF
 /// @param[in] weight as F11BDF
@@ -298,15 +305,15 @@ TESK2MP_API void QuarnMPX_zf11bff_(Integer* itn, QuarnFloat* stplhs, QuarnFloat*
 /// rows, whatever the partition; a preconditioner has to be the same operator then, which that of a diagonal is and
 /// that of blocks is not.
 ///
-/// Requests of an iteration: RGMRES 2, whatever M, CGS 2, BICGSTAB 3 M, TFQMR 4, CG 2, MINRES 3, SYMMLQ 4, and two at
-/// a new start or when an iterate is judged. RGMRES makes its basis orthogonal by the classical Gram-Schmidt process
-/// applied twice, BICGSTAB its residuals by the classical process; rounding errors of the others are those of F11BDF.
-/// Where the range of QuarnFloat is left no rank can say so of the whole vector in time: the last iterate may then have
-/// elements that are not finite (IFAIL 7).
+/// Requests of an iteration: RGMRES and FGMRES 2, whatever M, IDR 2, CGS 2, BICGSTAB 3 M, TFQMR 4, CG 2, MINRES 3,
+/// SYMMLQ 4, and two at a new start or when an iterate is judged. RGMRES and FGMRES make their basis orthogonal by the
+/// classical Gram-Schmidt process applied twice, BICGSTAB its residuals by the classical process; rounding errors of
+/// the others are those of F11BDF. Where the range of QuarnFloat is left no rank can say so of the whole vector in
+/// time: the last iterate may then have elements that are not finite (IFAIL 7).
 ///
 /// LWREQ is that of F11BDF with NLOC for N, and 512 more.
 ///
-/// @param[in] method as F11BDF; "CG", "MINRES" and "SYMMLQ" too
+/// @param[in] method as F11BDF; "CG", "MINRES", "SYMMLQ", "FGMRES" and "IDR" too
 /// @param[in] precon as F11BDF
 /// @param[in] norm as F11BDF
 /// @param[in] weight as F11BDF; WGT has the weights of the rank's rows
@@ -384,7 +391,7 @@ TESK2MP_NAMES_END
 
 // Layout of WORK, 1-based. 1 ... 100 the header, of which these places are promised: 4 and 20 the markers 1739512 and
 // 840653 of a problem that has been set up; 5 is 0 after set-up, 1 while it runs, 2 when it is completed; 6 the method
-// (1 RGMRES, 2 CGS, 3 BICGSTAB, 4 TFQMR, 5 CG, 6 MINRES, 7 SYMMLQ); 16 the iterations done; 53 ... 56 both sides of the
-// criterion, ANORM, SIGMAX; of a problem of F11BDD 31 and 32 how many sums are asked for, and where. From 101 on
-// vectors of N: x, b, the preconditioned residual, b - A x, those of the method, and with a preconditioner M^-1 (b - A
-// x); last what RGMRES has beside vectors, and the sums of F11BDD.
+// (1 RGMRES, 2 CGS, 3 BICGSTAB, 4 TFQMR, 5 CG, 6 MINRES, 7 SYMMLQ, 8 FGMRES, 9 IDR); 16 the iterations done; 53 ... 56
+// both sides of the criterion, ANORM, SIGMAX; of a problem of F11BDD 31 and 32 how many sums are asked for, and where.
+// From 101 on vectors of N: x, b, the preconditioned residual, b - A x, those of the method, and with a preconditioner
+// M^-1 (b - A x); last what RGMRES has beside vectors, and the sums of F11BDD.

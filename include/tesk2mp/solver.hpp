@@ -14,8 +14,9 @@
 
 namespace tesk2mp {
 
-/// cg, minres and symmlq: for symmetric or Hermitian matrices, cg for positive definite ones.
-enum class Method { rgmres, cgs, bicgstab, tfqmr, cg, minres, symmlq };
+/// cg, minres and symmlq: for symmetric or Hermitian matrices, cg for positive definite ones. fgmres: rgmres with the
+/// preconditioner on the right, which may be another one each time.
+enum class Method { rgmres, cgs, bicgstab, tfqmr, cg, minres, symmlq, fgmres, idrs };
 enum class VectorNorm : char { one = '1', infinity = 'I', two = '2' };
 /// When an iterate is good enough: by its residual b - A x beside |b| + |A| |x|, or by the preconditioned one. The
 /// first needs products with the transpose unless the norm of A is given.
@@ -24,7 +25,9 @@ enum class Criterion : Integer { residual = 1, preconditioned_residual = 2 };
 /// How to iterate. Zeros mean what the comments say.
 struct SolverOptions {
   Method method = Method::rgmres;
-  Integer order = 0;               ///< 0: RGMRES restarts every min(N, 30) iterations, BICGSTAB is of order 1
+  /// 0: RGMRES and FGMRES restart every min(N, 30) iterations, BICGSTAB is of order 1, IDR(s) has min(N, 4) shadow
+  /// vectors
+  Integer order = 0;
   Real tolerance = 0;              ///< 0: the square root of the machine precision
   Integer most_iterations = 1000;  ///
   Criterion criterion = Criterion::preconditioned_residual;
@@ -201,12 +204,14 @@ class BasicIterativeSolver {
   static constexpr const char* kSetUp = "F11BDF";
 
   void set_up(bool preconditioned, const SolverOptions& options) {
-    static constexpr const char* kNames[] = {"RGMRES", "CGS", "BICGSTAB", "TFQMR", "CG", "MINRES", "SYMMLQ"};
+    static constexpr const char* kNames[] = {"RGMRES", "CGS",    "BICGSTAB", "TFQMR", "CG",
+                                             "MINRES", "SYMMLQ", "FGMRES",   "IDR"};
     detail::require(std::size_t(options.method) < std::size(kNames), kSetUp, 1, "no such method");
     const std::string method = kNames[std::size_t(options.method)];
     const Integer n = detail::count_of(v_.size());
     const Integer rows = options.rows == 0 ? n : options.rows;
-    const Integer usual = options.method == Method::rgmres ? std::min<Integer>(rows, 30) : 1;
+    const bool restarted = options.method == Method::rgmres || options.method == Method::fgmres;
+    const Integer usual = std::min<Integer>(rows, restarted ? 30 : options.method == Method::idrs ? 4 : 1);
     const Integer order = options.order == 0 ? usual : options.order;
     const auto criterion = Integer(options.criterion);
     Integer needed = 0;
@@ -460,7 +465,8 @@ BasicIterativeSolution<T> solve_iteratively_as(
   BasicIterativeSolution<T> solution{
       solver.solution(), solver.residual(), solver.progress(), solver.converged(), {}, {}};
   std::vector<T> right(b.begin(), b.end());
-  if (precondition && options.criterion == Criterion::preconditioned_residual) {
+  const bool left = options.method != Method::fgmres;
+  if (precondition && left && options.criterion == Criterion::preconditioned_residual) {
     precondition(b, right);
   }
   assess<T>(solution, options, b, right);

@@ -40,9 +40,11 @@ struct DriverArguments {
 
 /// The method that METHOD names, or null.
 const SolverMethod* method_for(Storage storage, const MethodName& name) {
-  const SolverMethod* const method = method_named(storage == Storage::general ? Methods::general : Methods::all, name);
-  const bool symmetric = method != nullptr && symmetric_method(method->code) != nullptr;
-  return symmetric == (storage == Storage::lower_triangle) ? method : nullptr;
+  if (storage == Storage::general) {
+    return method_named(Methods::classic, name);
+  }
+  const SolverMethod* const method = method_named(Methods::all, name);
+  return method != nullptr && is_for_symmetric_systems(*method) ? method : nullptr;
 }
 
 template <class Value>

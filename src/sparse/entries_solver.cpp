@@ -249,13 +249,13 @@ void QuarnMP_f11bdfn_(const char* method, const char* precon, const char* norm, 
                       Integer monit, Integer* lwreq, QuarnFloat* work, Integer lwork, char* message_buffer,
                       Integer* ifail, int method_length, int precon_length, int norm_length, int weight_length,
                       int /*buffer_length*/) {
-  set_up(Methods::general, method, precon, norm, weight, iterm, n, m, tol, maxitn, anorm, sigmax, monit, lwreq, work,
+  set_up(Methods::classic, method, precon, norm, weight, iterm, n, m, tol, maxitn, anorm, sigmax, monit, lwreq, work,
          lwork, message_buffer, ifail, method_length, precon_length, norm_length, weight_length);
 }
 
 void QuarnMP_f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, QuarnFloat* work, Integer lwork,
                       char* message_buffer, Integer* ifail, int /*buffer_length*/) {
-  tesk::iterate(Methods::general, irevcm, u, v, wgt, work, lwork, message_buffer, ifail);
+  tesk::iterate(Methods::classic, irevcm, u, v, wgt, work, lwork, message_buffer, ifail);
 }
 
 void QuarnMP_f11bffn_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm, QuarnFloat* sigmax,

@@ -29,13 +29,13 @@ class MethodName {
   char name_[kLongest + 1] = {};
 };
 
-/// Whose methods: the classic entries know those for general systems, the companions those for symmetric ones besides.
-enum class Methods { general, all };
+/// Whose methods: the companions know more than the classic entries.
+enum class Methods { classic, all };
 
 /// The method that METHOD names, or null. CG comes last: it is the beginning of another name.
 inline const SolverMethod* method_named(Methods methods, const MethodName& name) {
-  for (const SolverMethod* method : {&kRgmres, &kCgs, &kBicgstab, &kTfqmr, &kMinres, &kSymmlq, &kCg}) {
-    if (methods == Methods::general && symmetric_method(method->code) != nullptr) {
+  for (const SolverMethod* method : {&kRgmres, &kCgs, &kBicgstab, &kTfqmr, &kMinres, &kSymmlq, &kFgmres, &kIdr, &kCg}) {
+    if (methods == Methods::classic && companion_method(method->code) != nullptr) {
       continue;
     }
     if (name.starts_with(method->name)) {

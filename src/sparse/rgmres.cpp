@@ -1,6 +1,10 @@
 // RGMRES: Y. Saad, M. H. Schultz, GMRES: a generalized minimal residual algorithm for solving nonsymmetric linear
 // systems, SIAM J. Sci. Stat. Comput. 7 (1986), restarted every M iterations. The Arnoldi basis is built by the
 // modified Gram-Schmidt process, the least-squares problem solved by plane rotations. One product an iteration.
+//
+// FGMRES: Y. Saad, A flexible inner-outer preconditioned GMRES algorithm, SIAM J. Sci. Comput. 14 (1993). The
+// preconditioner is applied from the right, and may be another one in each iteration: beside every v_j of the basis
+// there is z_j, what it has made of v_j, and the iterate goes along the z_j. Without a preconditioner z_j is v_j.
 #include <algorithm>
 #include <array>
 
@@ -13,12 +17,24 @@ namespace {
 
 constexpr Integer kLargestRestart = 50;
 
-enum RgmresStep : Integer { kStart, kHaveImage, kNext, kHaveSize, kHaveProjection, kHaveCorrection };
+enum RgmresStep : Integer { kStart, kHaveImage, kNext, kHaveSize, kHaveProjection, kHaveCorrection, kHaveDirection };
 // Where the caller forms sums, the norm of a column of H.
 enum RgmresScalar : Integer { kColumnSize };
 constexpr Integer kTrial = kMethodSlot;
 /// v_j of the basis, j = 1 ... m + 1
 constexpr Integer basis(Integer j) { return kMethodSlot + j; }
+
+/// Are there z_j beside the v_j?
+template <class T>
+bool has_directions(const Solver<T>& solver) {
+  return solver.state().rules().flexible && solver.preconditioned();
+}
+
+/// z_j, along which the iterate goes.
+template <class T>
+Integer direction(const Solver<T>& solver, Integer j) {
+  return has_directions(solver) ? basis(solver.state().m + 1 + j) : basis(j);
+}
 
 /// The small problem min ||beta e_1 - H y||: R of the QR factorisation of H, its rotations and the right-hand side.
 template <class T>
@@ -28,13 +44,16 @@ struct SmallProblem {
         h(solver.constants(), m + 1),
         c(solver.constants() + (m + 1) * m, 1),
         s(&c(1) + m, 1),
-        g(&s(1) + m, 1) {}
+        g(&s(1) + m, 1),
+        sizes(&g(1) + m + 1, 1) {}
   Integer m;
   OneBasedMatrix<T> h;
   SolverVector<T> c, s, g;
+  SolverVector<T> sizes;  // of the z_j, where a flexible method has them
 };
 
-Integer small_length(Integer m) { return (m + 1) * m + 3 * m + 1; }
+constexpr Integer small_length(Integer m) { return (m + 1) * m + 3 * m + 1; }
+constexpr Integer small_length_with_sizes(Integer m) { return small_length(m) + m; }
 
 /// (a, b) := (c a + s b, c b - conj(s) a), c real
 template <class T>
@@ -92,7 +111,11 @@ Outcome extend(Solver<T>& solver, const QuarnFloat& size, const QuarnFloat& rest
 template <class T>
 QuarnFloat make_orthogonal(const Solver<T>& solver) {
   const Integer j = solver.state().inner + 1;
-  const auto column = SmallProblem<T>(solver).h.column(j);
+  const SmallProblem<T> small(solver);
+  const auto column = small.h.column(j);
+  if (has_directions(solver)) {
+    small.sizes(j) = T(solver.euclidean(direction(solver, j)));
+  }
   QuarnFloat size = solver.euclidean(basis(j + 1));
   for (Integer i = 1; i <= j; ++i) {
     column(i) = solver.dot(basis(i), basis(j + 1));
@@ -146,6 +169,14 @@ Outcome correct(Solver<T>& solver) {
   return extend(solver, solver.state().real(kColumnSize), left < 0 ? QuarnFloat() : before * sqrt(left));
 }
 
+/// v_(j+1) := A v_j, or A z_j, of the next j.
+template <class T>
+Outcome extend_space(Solver<T>& solver) {
+  const Integer j = solver.state().inner + 1;
+  return has_directions(solver) ? solver.precondition(basis(j), direction(solver, j), kHaveDirection)
+                                : solver.apply(basis(j), basis(j + 1), kHaveImage);
+}
+
 template <class T>
 Outcome resume_rgmres(Solver<T>& solver) {
   SolverState<T>& state = solver.state();
@@ -162,13 +193,22 @@ Outcome resume_rgmres(Solver<T>& solver) {
       solver.copy(kResidual, basis(1));
       scale(solver.n(), 1 / size, solver.vector(basis(1)));
       state.inner = 0;
-      return solver.apply(basis(1), basis(2), kHaveImage);
+      return extend_space(solver);
     }
     case kNext:
-      return solver.apply(basis(state.inner + 1), basis(state.inner + 2), kHaveImage);
+      return extend_space(solver);
+    case kHaveDirection:
+      return solver.apply(direction(solver, state.inner + 1), basis(state.inner + 2), kHaveImage);
     case kHaveImage:
-      return solver.must_ask(kHaveProjection, [&solver] { want_projection(solver); }) ? Outcome::waiting
-                                                                                      : extend(solver);
+      return solver.must_ask(kHaveProjection,
+                             [&solver] {
+                               want_projection(solver);
+                               if (has_directions(solver)) {
+                                 solver.want_euclidean(direction(solver, solver.state().inner + 1));
+                               }
+                             })
+                 ? Outcome::waiting
+                 : extend(solver);
     case kHaveProjection:
       return project(solver);
     default:
@@ -178,9 +218,9 @@ Outcome resume_rgmres(Solver<T>& solver) {
 
 /// y of the small problem, as far as it has been built.
 template <class T>
-std::array<T, kLargestRestart> coefficients(const Solver<T>& solver) {
+std::array<T, kLargestOrder> coefficients(const Solver<T>& solver) {
   const SmallProblem<T> small(solver);
-  std::array<T, kLargestRestart> y;
+  std::array<T, kLargestOrder> y;
   const Integer j = solver.state().inner;
   copy(j, small.g, SolverVector<T>(y.data(), 1));
   solve_triangular(Triangle::upper, Op::none, Diagonal::general, j, small.h, SolverVector<T>(y.data(), 1));
@@ -190,8 +230,17 @@ std::array<T, kLargestRestart> coefficients(const Solver<T>& solver) {
 template <class T>
 Bounds rgmres_bounds(const Solver<T>& solver) {
   auto y = coefficients(solver);
-  const QuarnFloat correction = euclidean_norm(solver.state().inner, SolverVector<T>(y.data(), 1));
-  return {solver.least_norm(size_of(SmallProblem<T>(solver).g(solver.state().inner + 1))),
+  const Integer j = solver.state().inner;
+  const SmallProblem<T> small(solver);
+  QuarnFloat correction;  // its Euclidean norm, or a bound for that
+  if (has_directions(solver)) {
+    for (Integer i = 1; i <= j; ++i) {
+      correction += size_of(y[std::size_t(i) - 1]) * real_part(small.sizes(i));
+    }
+  } else {
+    correction = euclidean_norm(j, SolverVector<T>(y.data(), 1));
+  }
+  return {solver.least_norm(size_of(small.g(j + 1))),
           solver.norm(kIterate) + solver.largest_norm(correction) * solver.unit()};
 }
 
@@ -205,7 +254,7 @@ Integer rgmres_iterate(Solver<T>& solver) {
   solver.copy(kIterate, kTrial);
   const auto y = coefficients(solver);
   for (Integer j = 1; j <= solver.state().inner; ++j) {
-    solver.add(times(solver.unit(), y[std::size_t(j) - 1]), basis(j), kTrial);
+    solver.add(times(solver.unit(), y[std::size_t(j) - 1]), direction(solver, j), kTrial);
   }
   return solver.distributed() || isfinite(solver.norm(kTrial)) ? kTrial : kIterate;
 }
@@ -213,10 +262,16 @@ Integer rgmres_iterate(Solver<T>& solver) {
 template <class T>
 constexpr SolverSteps<T> kSteps = {resume_rgmres<T>, rgmres_bounds<T>, rgmres_residual<T>, rgmres_iterate<T>, nullptr};
 
+constexpr Integer basis_and_trial(Integer m) { return m + 2; }
+
 }  // namespace
 
-const SolverMethod kRgmres = {
-    1, "RGMRES",           kLargestRestart, true, false, kHaveCorrection, [](Integer m) { return m + 2; }, small_length,
-    0, kSteps<QuarnFloat>, kSteps<Complex>};
+const SolverMethod kRgmres = {1,     "RGMRES",           kLargestRestart, true,
+                              false, kHaveCorrection,    basis_and_trial, small_length,
+                              0,     kSteps<QuarnFloat>, kSteps<Complex>};
+
+const SolverMethod kFgmres = {8,     "FGMRES",           kLargestOrder,   true,
+                              false, kHaveDirection,     basis_and_trial, small_length_with_sizes,
+                              0,     kSteps<QuarnFloat>, kSteps<Complex>, true};
 
 }  // namespace tesk

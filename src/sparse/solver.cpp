@@ -91,7 +91,15 @@ Outcome Solver<T>::apply(Integer source, Integer target, Integer next_step) {
     state_[Place::source] = norm(source);
   }
   state_.step = next_step;
-  ask(Request::product, source, target, selects(&SolverIntegers::preconditioned) ? Task::precondition : Task::applied);
+  ask(Request::product, source, target, preconditioned_left() ? Task::precondition : Task::applied);
+  return Outcome::waiting;
+}
+
+template <class T>
+Outcome Solver<T>::precondition(Integer source, Integer target, Integer next_step) {
+  state_.fresh = 0;
+  state_.step = next_step;
+  ask(Request::preconditioner, source, target, Task::method);
   return Outcome::waiting;
 }
 
@@ -158,7 +166,7 @@ void Solver<T>::advance() {
         T& residual = vector(kTrueResidual)(i);
         residual = vector(kRightSide)(i) - residual;
       }
-      if (selects(&SolverIntegers::preconditioned)) {
+      if (preconditioned_left()) {
         return ask(Request::preconditioner, kTrueResidual, preconditioned_slot(), Task::judgement);
       }
       [[fallthrough]];
@@ -207,7 +215,7 @@ void Solver<T>::begin_with_right_side() {
   if (state_.iterm == 1 && !selects(&SolverIntegers::anorm_known)) {
     return begin_norm_estimate();
   }
-  if (state_.iterm == 2 && selects(&SolverIntegers::preconditioned)) {
+  if (state_.iterm == 2 && preconditioned_left()) {
     return ask(Request::preconditioner, kRightSide, kTrueResidual, Task::right_side);
   }
   evaluate(kRestart);
@@ -242,7 +250,7 @@ void Solver<T>::decide() {
   }
   const QuarnFloat& left = state_[Place::stplhs] = state_[Place::ratio] * bounds.residual * unit();
   const QuarnFloat& right = state_[Place::stprhs] = right_side(bounds.iterate);
-  const bool indirect = state_.iterm == 1 && selects(&SolverIntegers::preconditioned);
+  const bool indirect = state_.iterm == 1 && preconditioned_left();
   const Integer reason = (left <= (indirect ? kPreconditionedMargin * right : right) ? kCandidate : kLook) |
                          (state_.step == 0 ? Integer(kRestart) : Integer(0));
   if (reason != kLook || monitoring_is_due() || selects(&SolverIntegers::tidy) || state_.itn >= state_.maxitn) {
@@ -367,7 +375,12 @@ void Solver<T>::choose_shadow(Integer slot) const {
   if (state_.breakdowns == 0) {
     return copy(kResidual, slot);
   }
-  Integer seed[4] = {(2 * state_.breakdowns + 1) % 32768, 7535, 26792, 30140};
+  fill_randomly(slot, 7535);
+}
+
+template <class T>
+void Solver<T>::fill_randomly(Integer slot, Integer second_seed) const {
+  Integer seed[4] = {(2 * state_.breakdowns + 1) % 32768, second_seed, 26792, 30140};
   const SolverVector<T> shadow = vector(slot);
   const auto random = [&seed] { return QuarnFloat(Integer(next_nine_digits(0, seed) - 500'000'000), -9); };
   // Each part takes its own of the numbers that the whole vector has.
@@ -411,7 +424,7 @@ bool Solver<T>::weights_are_valid() const {
 
 template <class T>
 Integer Solver<T>::preconditioned_slot() const {
-  return selects(&SolverIntegers::preconditioned) ? vector_count(method_, state_.m, true) - 1 : Integer(kTrueResidual);
+  return preconditioned_left() ? vector_count(method_, state_.m, true) - 1 : Integer(kTrueResidual);
 }
 
 template <class T>

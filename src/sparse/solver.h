@@ -1,7 +1,7 @@
 // What the iterative methods have in common: requests, norms, and the judgement of an iterate by its true residual.
 //
 // Left preconditioning is no business of a method: it works on the system M^-1 A x = M^-1 b by apply(), which asks the
-// caller for a product and then for a solution with M.
+// caller for a product and then for a solution with M. A flexible method asks for both itself, and works on A x = b.
 //
 // An iterate is accepted only when its residual, computed afresh, satisfies the criterion. The recurrence says when
 // that is worth a product. Where the two part company, the true residual replaces that of the recurrence and the method
@@ -149,6 +149,8 @@ class Solver {
   T* constants() const noexcept { return &vector(vector_count(method_, state_.m, state_.preconditioned != 0))(1); }
   /// target := M^-1 A source, then on with the method at that step. source and target differ.
   Outcome apply(Integer source, Integer target, Integer next_step);
+  /// The same of target := M^-1 source, for a flexible method.
+  Outcome precondition(Integer source, Integer target, Integer next_step);
   bool preconditioned() const noexcept { return state_.preconditioned != 0; }
   /// With a preconditioner, the vector beside those of the method that apply() leaves A source in; the next ones are at
   /// the method's disposal.
@@ -214,6 +216,8 @@ class Solver {
   const QuarnFloat& unit() const noexcept { return state_[Place::unit]; }
   /// A shadow vector for a new start: the residual, after a breakdown seeded random numbers.
   void choose_shadow(Integer slot) const;
+  /// Seeded random numbers, others after each breakdown and for each second seed.
+  void fill_randomly(Integer slot, Integer second_seed) const;
   void copy(Integer source, Integer target) const { tesk::copy(n(), vector(source), vector(target)); }
   void clear(Integer slot) const { fill(n(), T(), vector(slot)); }
   /// The norm of the stopping criterion, weights included.
@@ -248,6 +252,8 @@ class Solver {
   enum Reason : Integer { kLook = 0, kCandidate = 1, kRestart = 2, kBroken = 4, kUnsuitable = 8 };
 
   bool selects(Integer SolverIntegers::*option) const noexcept { return state_.*option != 0; }
+  /// Is the system M^-1 A x = M^-1 b?
+  bool preconditioned_left() const noexcept { return preconditioned() && !method_.flexible; }
   bool weights_are_valid() const;
   Integer preconditioned_slot() const;
   T weighted(Integer slot, Integer i) const;

@@ -50,6 +50,8 @@ struct SolverMethod {
       beside_preconditioner;  // vectors more where there is one, the first of which keeps A v when M^-1 A v is formed
   SolverSteps<QuarnFloat> real;
   SolverSteps<Complex> complex;
+  /// It asks for solutions with a preconditioner itself, from the right, and keeps one of each of the m iterations.
+  bool flexible = false;
 
   template <class T>
   const SolverSteps<T>& steps() const {
@@ -68,6 +70,8 @@ extern const SolverMethod kTfqmr;
 extern const SolverMethod kCg;
 extern const SolverMethod kMinres;
 extern const SolverMethod kSymmlq;
+extern const SolverMethod kFgmres;
+extern const SolverMethod kIdr;
 
 /// The method of a code of the classic entries: 1, 2, 3, or any other for the last one.
 inline const SolverMethod& solver_method(Integer code) {
@@ -76,10 +80,15 @@ inline const SolverMethod& solver_method(Integer code) {
 }
 
 /// The method of a code that only the companions know, or null.
-inline const SolverMethod* symmetric_method(Integer code) {
-  const SolverMethod* const methods[] = {&kCg, &kMinres, &kSymmlq};
-  return code >= 5 && code <= 7 ? methods[code - 5] : nullptr;
+inline const SolverMethod* companion_method(Integer code) {
+  const SolverMethod* const methods[] = {&kCg, &kMinres, &kSymmlq, &kFgmres, &kIdr};
+  return code >= 5 && code <= 9 ? methods[code - 5] : nullptr;
 }
+
+inline bool is_for_symmetric_systems(const SolverMethod& method) { return method.code >= 5 && method.code <= 7; }
+
+/// The largest M of all methods.
+inline constexpr Integer kLargestOrder = 100;
 
 /// Vectors that belong to the solver, whatever the method.
 enum Slot : Integer {
@@ -91,7 +100,8 @@ enum Slot : Integer {
 inline constexpr Integer kMethodSlot = 4;
 
 inline Integer vector_count(const SolverMethod& method, Integer m, bool preconditioned) {
-  return kMethodSlot + method.vectors(m) + (preconditioned ? method.beside_preconditioner + 1 : 0);
+  const Integer beside_preconditioner = method.flexible ? m : method.beside_preconditioner + 1;
+  return kMethodSlot + method.vectors(m) + (preconditioned ? beside_preconditioner : 0);
 }
 
 /// LWREQ, before it is cut to the largest Integer.

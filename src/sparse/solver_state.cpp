@@ -26,7 +26,7 @@ struct IntegerPlace {
 
 constexpr IntegerPlace kPlaces[] = {
     {&SolverIntegers::n, 1, 1, kLargest},
-    {&SolverIntegers::m, 2, 1, 50},
+    {&SolverIntegers::m, 2, 1, kLargestOrder},
     {&SolverIntegers::preconditioned, 3, 0, 1},
     {&SolverIntegers::phase, kPhasePlace, 0, 2},
     {&SolverIntegers::norm, 7, 0, 2},
@@ -41,7 +41,7 @@ constexpr IntegerPlace kPlaces[] = {
     {&SolverIntegers::itn, kIterationsPlace, 0, kLargest},
     {&SolverIntegers::task, 17, 0, 31},
     {&SolverIntegers::step, 18, 0, 15},
-    {&SolverIntegers::inner, 19, 0, 50},
+    {&SolverIntegers::inner, 19, 0, kLargestOrder},
     {&SolverIntegers::iterate, 21, 0, kLargest},
     {&SolverIntegers::reason, 22, 0, 15},
     {&SolverIntegers::tidy, 23, 0, 1},
@@ -61,7 +61,7 @@ constexpr IntegerPlace kDistributedPlaces[] = {
 
 /// Codes of the classic methods are not part of the sum: any number beyond them means the last one.
 Integer check_sum(const SolverIntegers& integers, const SolverMethod& rules) {
-  std::uint32_t sum = symmetric_method(rules.code) == nullptr ? 1 : std::uint32_t(rules.code);
+  std::uint32_t sum = companion_method(rules.code) == nullptr ? 1 : std::uint32_t(rules.code);
   const auto take = [&](const IntegerPlace& at) { sum = (sum ^ std::uint32_t(integers.*at.member)) * 16777619U; };
   std::for_each(std::begin(kPlaces), std::end(kPlaces), take);
   if (integers.order != 0) {
@@ -146,8 +146,8 @@ bool SolverState<T>::load() {
     return false;
   }
   const Integer sum = nearest_integer(real_part(work_[kCheckSumPlace - 1]));
-  const SolverMethod* const symmetric = symmetric_method(method);
-  rules_ = symmetric != nullptr && sum == check_sum(*this, *symmetric) ? symmetric : &solver_method(method);
+  const SolverMethod* const companion = companion_method(method);
+  rules_ = companion != nullptr && sum == check_sum(*this, *companion) ? companion : &solver_method(method);
   const Integer vectors = vector_count(*rules_, m, preconditioned != 0);
   return sum == check_sum(*this, *rules_) && m <= rules_->largest_m && target < vectors && iterate < vectors &&
          growth <= vectors && known + sums <= kMostSums &&

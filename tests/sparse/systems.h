@@ -166,8 +166,9 @@ struct Setup {
   Integer monit = 0;
 };
 
-inline bool is_symmetric_method(const std::string& method) {
-  return method == "CG" || method == "MINRES" || method == "SYMMLQ";
+/// Do the companions alone know the method?
+inline bool is_of_companions(const std::string& method) {
+  return method == "CG" || method == "MINRES" || method == "SYMMLQ" || method == "FGMRES" || method == "IDR";
 }
 
 /// A problem and its caller, classic where the classic entries know the method. Jacobi's preconditioner when there is
@@ -176,7 +177,7 @@ class Caller {
  public:
   Caller(const System& system, const Setup& setup, const Numbers& right_side, Numbers weights = {})
       : system_(&system),
-        classic_(!is_symmetric_method(setup.method)),
+        classic_(!is_of_companions(setup.method)),
         diagonal_(system.diagonal()),
         u(right_side.size()),
         v(right_side),

@@ -10,8 +10,8 @@ using namespace systems;
 
 namespace {
 
-const std::array<Setup, 7> kMethods = {
-    {{"RGMRES", 7}, {"CGS"}, {"BICGSTAB", 3}, {"TFQMR"}, {"CG"}, {"MINRES"}, {"SYMMLQ"}}};
+const std::array<Setup, 9> kMethods = {
+    {{"RGMRES", 7}, {"CGS"}, {"BICGSTAB", 3}, {"TFQMR"}, {"CG"}, {"MINRES"}, {"SYMMLQ"}, {"FGMRES", 7}, {"IDR", 3}}};
 
 /// A system for all methods: symmetric, and with a right side that has no symmetry to end the iteration early.
 System laplacian(Integer side) { return convection_diffusion(side, 0); }
