@@ -58,7 +58,9 @@ tesk2mp::SolverOptions options_of(const std::string& method, const py::object& t
                                       {"tfqmr", Method::tfqmr},
                                       {"cg", Method::cg},
                                       {"minres", Method::minres},
-                                      {"symmlq", Method::symmlq}});
+                                      {"symmlq", Method::symmlq},
+                                      {"fgmres", Method::fgmres},
+                                      {"idrs", Method::idrs}});
   options.criterion = option_of<Criterion>(
       "criterion", criterion,
       {{"preconditioned_residual", Criterion::preconditioned_residual}, {"residual", Criterion::residual}});
@@ -419,9 +421,10 @@ void add_sparse(py::module_& module) {
 The solution of a x = b by iteration, real or complex: (x, residual b - a x, number of iterations). a: a SparseMatrix, or a function that takes
 a list of n numbers and gives the n numbers of their product with the matrix. RuntimeWarning when x is so large that the
 criterion holds although |b - a x| > sqrt(tolerance) |b|, as with a singular matrix. preconditioner: a function that solves with
-a matrix near a, an IncompleteLU, IncompleteCholesky, SparseLU or SparseCholesky. method: 'rgmres', 'cgs', 'bicgstab' or 'tfqmr'; for a symmetric or Hermitian matrix also 'minres',
-'symmlq' and, when it is positive definite, 'cg'; order: iterations to a restart of RGMRES, the order of
-BICGSTAB, 0 for the usual one. tolerance: 0 for the square root of the machine precision. NumericalFailure when the method
+a matrix near a, an IncompleteLU, IncompleteCholesky, SparseLU or SparseCholesky. method: 'rgmres', 'cgs',
+'bicgstab', 'tfqmr', 'idrs' or 'fgmres', whose preconditioner may change from call to call; for a symmetric or Hermitian matrix
+also 'minres', 'symmlq' and, when it is positive definite, 'cg'; order: iterations to a restart of RGMRES and FGMRES, the order
+of BICGSTAB and IDR, 0 for the usual one. tolerance: 0 for the square root of the machine precision. NumericalFailure when the method
 breaks down or runs out of iterations.
 
 criterion: an iterate x is good enough when its 'residual' is small beside |b| + |a| |x|, or its 'preconditioned_residual'

@@ -43,7 +43,7 @@ Preconditioner<T> incomplete_factors(const std::string& source, const tesk2mp::S
     return tesk2mp::IncompleteLU(a, fill);
   }
   if (!tesk2mp::is_hermitian(a)) {
-    throw bad_input(source + ": --precon ic is for symmetric and Hermitian matrices");
+    throw Unsuitable(source, "ic is for symmetric and Hermitian matrices");
   }
   return tesk2mp::IncompleteCholesky(tesk2mp::lower_triangle(a), fill);
 }
@@ -68,25 +68,36 @@ Preconditioner<T> preconditioner_of(const std::string& source, const Equations<T
     }
     return tesk2mp::Ssor(equations.a, omega);
   } catch (const tesk2mp::NumericalFailure& failure) {
-    throw bad_input(source + ": --precon " + options.precon + " divides by the diagonal, but row " +
-                    std::to_string(failure.code()) + " has none");
+    throw Unsuitable(
+        source, options.precon + " divides by the diagonal, but row " + std::to_string(failure.code()) + " has none");
   }
 }
 
+struct NamedMethod {
+  const char* name;
+  tesk2mp::Method method;
+  bool symmetric = false;
+};
+constexpr NamedMethod kMethods[] = {{"rgmres", tesk2mp::Method::rgmres},
+                                    {"fgmres", tesk2mp::Method::fgmres},
+                                    {"cgs", tesk2mp::Method::cgs},
+                                    {"bicgstab", tesk2mp::Method::bicgstab},
+                                    {"tfqmr", tesk2mp::Method::tfqmr},
+                                    {"idrs", tesk2mp::Method::idrs},
+                                    {"cg", tesk2mp::Method::cg, true},
+                                    {"minres", tesk2mp::Method::minres, true},
+                                    {"symmlq", tesk2mp::Method::symmlq, true}};
+
 tesk2mp::Method method_of(const std::string& name) {
-  return name == "rgmres"     ? tesk2mp::Method::rgmres
-         : name == "cgs"      ? tesk2mp::Method::cgs
-         : name == "bicgstab" ? tesk2mp::Method::bicgstab
-         : name == "cg"       ? tesk2mp::Method::cg
-         : name == "minres"   ? tesk2mp::Method::minres
-         : name == "symmlq"   ? tesk2mp::Method::symmlq
-                              : tesk2mp::Method::tfqmr;
+  return std::find_if(std::begin(kMethods), std::end(kMethods) - 1, [&](const auto& each) { return each.name == name; })
+      ->method;
 }
 
 tesk2mp::SolverOptions solver_options(const std::string& method, const IterativeOptions& options, Integer n) {
+  constexpr Integer kMostOfRgmres = 50;
   tesk2mp::SolverOptions result;
   result.method = method_of(method);
-  result.order = std::min(method == "rgmres" ? options.restart : options.order, n);
+  result.order = order_of(method, options, n);
   result.tolerance = options.tolerance.empty() ? QuarnFloat(0) : number("--tol", options.tolerance);
   result.most_iterations = options.maxit;
   result.criterion = tesk2mp::Criterion::residual;
@@ -96,6 +107,9 @@ tesk2mp::SolverOptions solver_options(const std::string& method, const Iterative
   if (!(result.tolerance < 1)) {
     throw bad_input("--tol: must be below 1");
   }
+  if (method == "rgmres" && result.order > kMostOfRgmres) {
+    throw bad_input("--restart: of --method rgmres " + std::to_string(kMostOfRgmres) + " at most");
+  }
   if (QuarnDigits() < kFewestDigits) {
     throw bad_input("--digits: --method " + method + " needs " + std::to_string(kFewestDigits) +
                     " at least; --method direct takes fewer");
@@ -104,10 +118,8 @@ tesk2mp::SolverOptions solver_options(const std::string& method, const Iterative
 }
 
 template <class T>
-Solution solve_by(const std::string& source, const Equations<T>& equations, const std::string& method,
-                  const IterativeOptions& options, const tesk2mp::SolverOptions& settings,
-                  const std::function<void(const ResidualStep&)>& watcher) {
-  const Preconditioner<T> precondition = preconditioner_of(source, equations, options);
+Solution solve_by(const Equations<T>& equations, const std::string& method, const tesk2mp::SolverOptions& settings,
+                  const Preconditioner<T>& precondition, const std::function<void(const ResidualStep&)>& watcher) {
   Solution solution;
   solution.method = method;
   solution.routine = std::is_same_v<T, Complex> ? "QuarnMPX_zf11bef_" : "QuarnMPX_f11bef_";
@@ -147,14 +159,49 @@ std::string automatic_method(const LinearSystem& system) {
   return method == tesk2mp::Method::cg ? "cg" : method == tesk2mp::Method::minres ? "minres" : "bicgstab";
 }
 
-Solution solve_iteratively(const LinearSystem& system, const std::string& method, const IterativeOptions& options,
-                           const std::function<void(const ResidualStep&)>& watcher) {
-  const tesk2mp::SolverOptions settings = solver_options(method, options, system.n);
-  constexpr double kVectors = 10;
-  require_memory((system.complex() ? 2 : 1) * (kVectors + settings.order) * system.n, "the work array of " + method);
-  return std::visit(
-      [&](const auto& equations) { return solve_by(system.source, equations, method, options, settings, watcher); },
+std::vector<std::string> methods_for(const LinearSystem& system, const std::string& precon) {
+  const bool hermitian =
+      std::visit([](const auto& equations) { return tesk2mp::is_hermitian(equations.a); }, system.equations);
+  std::vector<std::string> names;
+  for (const NamedMethod& each : kMethods) {
+    const bool same_as_another = precon == "none" && each.method == tesk2mp::Method::fgmres;
+    if ((hermitian || !each.symmetric) && !same_as_another) {
+      names.emplace_back(each.name);
+    }
+  }
+  return names;
+}
+
+Integer order_of(const std::string& method, const IterativeOptions& options, Integer n) {
+  const Integer given = method == "rgmres" || method == "fgmres" ? options.restart : options.order;
+  const Integer usual = method == "bicgstab" ? 2 : method == "idrs" ? 4 : 1;
+  return std::min(given == 0 ? usual : given, n);
+}
+
+PreconditionedSystem::PreconditionedSystem(const LinearSystem& system, IterativeOptions options)
+    : system_(system), options_(std::move(options)) {
+  std::visit(
+      [&]<class T>(const Equations<T>& equations) {
+        precondition_ = preconditioner_of(system.source, equations, options_);
+      },
       system.equations);
+}
+
+Solution PreconditionedSystem::solve(const std::string& method,
+                                     const std::function<void(const ResidualStep&)>& watcher) const {
+  const tesk2mp::SolverOptions settings = solver_options(method, options_, system_.n);
+  constexpr double kVectors = 10;
+  // idrs has three vectors for each shadow vector, fgmres two for each iteration to a restart.
+  const double for_each = method == "idrs" ? 3 : method == "fgmres" || method == "bicgstab" ? 2 : 1;
+  require_memory((system_.complex() ? 2 : 1) * (kVectors + for_each * settings.order) * system_.n,
+                 "the work array of " + method);
+  Solution solution = std::visit(
+      [&]<class T>(const Equations<T>& equations) {
+        return solve_by(equations, method, settings, std::get<Preconditioner<T>>(precondition_), watcher);
+      },
+      system_.equations);
+  solution.precon = options_.precon;
+  return solution;
 }
 
 }  // namespace cli

@@ -2,10 +2,12 @@
 #pragma once
 
 #include <functional>
+#include <span>
 #include <string>
 #include <variant>
 #include <vector>
 
+#include "cli/commands/failure.h"
 #include "cli/io/matrix_market.h"
 #include "quarn/quarnfloat.h"
 #include "tesk2mp/sparse.hpp"
@@ -51,6 +53,7 @@ struct ResidualStep {
 
 struct Solution {
   std::string method;
+  std::string precon = "none";
   std::string routine;
   DenseMatrix x;
   QuarnFloat residual;  // as relative_residual() has it
@@ -72,7 +75,7 @@ struct IterativeOptions {
   std::string drop;  // by drop tolerance where it is not empty
   bool modified = false;
   Integer restart = 30;
-  Integer order = 2;
+  Integer order = 0;  // 0: that of the method
   Integer every = 1;
 
   bool operator==(const IterativeOptions&) const = default;
@@ -82,10 +85,42 @@ struct IterativeOptions {
 /// or Hermitian, else bicgstab.
 std::string automatic_method(const LinearSystem& system);
 
-/// Solves by F11BEF, showing the watcher every iteration that is looked at. Throws Failure for preconditioners that
-/// need a diagonal where there is none.
-Solution solve_iteratively(const LinearSystem& system, const std::string& method, const IterativeOptions& options,
-                           const std::function<void(const ResidualStep&)>& watcher);
+/// All methods for the matrix, those for symmetric and Hermitian ones last. fgmres only beside a preconditioner:
+/// without one it is rgmres.
+std::vector<std::string> methods_for(const LinearSystem& system, const std::string& precon);
+
+/// M of rgmres, fgmres, bicgstab and idrs; 1 of the others.
+Integer order_of(const std::string& method, const IterativeOptions& options, Integer n);
+
+/// The preconditioner needs what the matrix has not.
+class Unsuitable : public Failure {
+ public:
+  explicit Unsuitable(const std::string& source, std::string reason)
+      : Failure(bad_input(source + ": --precon " + reason)), reason_(std::move(reason)) {}
+  /// In words that begin with the preconditioner.
+  const std::string& reason() const { return reason_; }
+
+ private:
+  std::string reason_;
+};
+
+/// A system with its preconditioner, made once for all methods that are to solve it.
+class PreconditionedSystem {
+ public:
+  /// Keeps both. Throws Unsuitable for preconditioners that need a diagonal or symmetry where there is none.
+  PreconditionedSystem(const LinearSystem& system, IterativeOptions options);
+
+  /// Solves by F11BEF, showing the watcher every iteration that is looked at.
+  Solution solve(const std::string& method, const std::function<void(const ResidualStep&)>& watcher) const;
+
+ private:
+  template <class T>
+  using Preconditioner = std::function<void(std::span<const T>, std::span<T>)>;
+
+  const LinearSystem& system_;
+  IterativeOptions options_;
+  std::variant<Preconditioner<QuarnFloat>, Preconditioner<Complex>> precondition_;
+};
 
 /// Is the matrix too large to be factorised in full?
 bool is_for_sparse_factors(const LinearSystem& system);

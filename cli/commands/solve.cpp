@@ -7,6 +7,7 @@
 #include "cli/commands/linear_system.h"
 #include "cli/commands/options.h"
 #include "cli/commands/proven.h"
+#include "cli/commands/solution_history.h"
 #include "cli/io/matrix_input.h"
 #include "cli/io/matrix_output.h"
 #include "cli/io/number_text.h"
@@ -33,7 +34,7 @@ struct SolveOptions {
   OutputOptions output;
 };
 
-const std::vector<std::string> kIterative = {"rgmres", "cgs", "bicgstab", "tfqmr"};
+constexpr const char* kPreconditioners[] = {"none", "jacobi", "ssor", "ilu", "ic"};
 constexpr Integer kBreakdown = 7;
 constexpr Integer kMostProven = 1000;
 constexpr Integer kMostIterations = 2147483647;
@@ -75,20 +76,21 @@ double part_done(const QuarnFloat& first, const ResidualStep& now) {
   return FloatToDouble(log(first / now.residual) / log(first / now.bound));
 }
 
-Solution solve(const LinearSystem& system, const std::string& method, const SolveOptions& options) {
-  if (method == "direct" || method == "proven") {
-    if (method == "direct" && is_for_sparse_factors(system)) {  // whose cost is not known beforehand
-      return solve_directly(system);
-    }
-    const Progress progress = Progress::estimated("factorising", factorisation_cost(system.n, system.complex()));
-    return method == "direct" ? solve_directly(system) : solve_proven(system, options.proof);
+Solution factorise(const LinearSystem& system, const SolveOptions& options, bool proven) {
+  if (!proven && is_for_sparse_factors(system)) {  // whose cost is not known beforehand
+    return solve_directly(system);
   }
+  const Progress progress = Progress::estimated("factorising", factorisation_cost(system.n, system.complex()));
+  return proven ? solve_proven(system, options.proof) : solve_directly(system);
+}
+
+Solution iterate(const PreconditionedSystem& system, const std::string& method, const SolveOptions& options) {
   std::optional<Progress> progress;
   if (!options.progress) {
     progress.emplace(method, 1);
   }
   QuarnFloat first;
-  return solve_iteratively(system, method, options.iterative, [&](const ResidualStep& now) {
+  return system.solve(method, [&](const ResidualStep& now) {
     first = first == 0 ? now.residual : first;
     if (progress) {
       progress->reach(part_done(first, now));
@@ -98,93 +100,6 @@ Solution solve(const LinearSystem& system, const std::string& method, const Solv
       std::fputs(line.c_str(), stderr);
     }
   });
-}
-
-std::vector<std::string> history_cells(const Solution& solution, QuarnFloat ResidualStep::*member, int digits = 0) {
-  std::vector<QuarnFloat> values;
-  for (const ResidualStep& progress : solution.history) {
-    values.push_back(progress.*member);
-  }
-  std::vector<std::string> cells = exact_cells(values);
-  for (std::size_t i = 0; i < cells.size() && digits > 0; ++i) {
-    char text[32];
-    QFsnprintf(text, sizeof text, "%.*e", digits - 1, values[i]);
-    cells[i] = text;
-  }
-  return cells;
-}
-
-// Rows of a long history that tell its course: the first and last ones, and some between.
-std::vector<std::size_t> telling_rows(std::size_t count) {
-  constexpr std::size_t kMostRows = 16;
-  std::vector<std::size_t> rows;
-  for (std::size_t i = 0; i < count; ++i) {
-    const std::size_t stride = (count - 1) / kMostRows + 1;
-    if ((count - 1 - i) % stride == 0) {
-      rows.push_back(i);
-    }
-  }
-  return rows;
-}
-
-void add_history_notes(Result& result, const Solution& solution) {
-  const bool bounded = solution.method != "direct";
-  result.notes.push_back(std::string("iteration  residual") + (bounded ? "   to reach" : ""));
-  const std::vector<std::string> residuals = history_cells(solution, &ResidualStep::residual, 3);
-  const std::vector<std::string> bounds = history_cells(solution, &ResidualStep::bound, 3);
-  for (const std::size_t i : telling_rows(solution.history.size())) {
-    const std::string iteration = std::to_string(solution.history[i].iteration);
-    result.notes.push_back(std::string(9 - std::min<std::size_t>(9, iteration.size()), ' ') + iteration + "  " +
-                           residuals[i] + (bounded ? "  " + bounds[i] : ""));
-  }
-}
-
-std::string name_of(const Solution& solution, const SolveOptions& options, Integer n) {
-  if (solution.method == "rgmres") {
-    return "rgmres(" + std::to_string(std::min(options.iterative.restart, n)) + ")";
-  }
-  return solution.method == "bicgstab" ? "bicgstab(" + std::to_string(std::min(options.iterative.order, n)) + ")"
-                                       : solution.method;
-}
-
-void write_history(const std::vector<Solution>& solutions, const std::string& file) {
-  Result result;
-  result.data = {{"method", {}, false, true}, {"iteration", {}, true}, {"residual", {}}, {"bound", {}}};
-  for (const Solution& solution : solutions) {
-    const std::vector<std::string> residuals = history_cells(solution, &ResidualStep::residual);
-    const std::vector<std::string> bounds = history_cells(solution, &ResidualStep::bound);
-    for (std::size_t i = 0; i < solution.history.size(); ++i) {
-      result.data[0].cells.push_back(solution.method);
-      result.data[1].cells.push_back(std::to_string(solution.history[i].iteration));
-      result.data[2].cells.push_back(residuals[i]);
-      result.data[3].cells.push_back(bounds[i]);
-    }
-  }
-  result.table = result.data;
-  OutputOptions output;
-  output.file = file;
-  output.format = file.ends_with(".json") ? Format::json : file.ends_with(".txt") ? Format::text : Format::csv;
-  deliver(result, output);
-}
-
-void draw_history(const std::vector<Solution>& solutions, const LinearSystem& system, const SolveOptions& options,
-                  const std::string& file) {
-  Chart chart{system.source + ", " + digits_text() +
-                  (options.iterative.precon == "none" ? "" : ", preconditioner " + options.iterative.precon),
-              "iteration",
-              "residual",
-              {}};
-  for (const Solution& solution : solutions) {
-    Chart::Series series{name_of(solution, options, system.n), {}, {}};
-    for (const ResidualStep& progress : solution.history) {
-      if (progress.residual > 0) {
-        series.x.push_back(progress.iteration);
-        series.exponent.push_back(log10(progress.residual));
-      }
-    }
-    chart.series.push_back(series);
-  }
-  draw(chart, file);
 }
 
 std::string system_note(const LinearSystem& system, const SolveOptions& options) {
@@ -252,7 +167,8 @@ Result one_result(const LinearSystem& system, const Solution& solution, const So
   const bool direct = solution.method == "direct";
   Result result;
   result.notes = {system_note(system, options), precision_note(options, solution.routine),
-                  name_of(solution, options, system.n) + (solution.failure.empty() ? ": solved" : ": not solved") +
+                  name_of(solution, options.iterative, system.n) +
+                      (solution.failure.empty() ? ": solved" : ": not solved") +
                       (direct ? ", " + counted(solution.iterations, "refinement", "refinements")
                               : " after " + counted(solution.iterations, "iteration", "iterations") + ", " +
                                     counted(solution.products, "product", "products")) +
@@ -281,43 +197,96 @@ Result one_result(const LinearSystem& system, const Solution& solution, const So
   return result;
 }
 
+bool compares(const SolveOptions& options) {
+  return options.method == "all" || (options.iterative.precon == "all" && options.method != "direct");
+}
+
 Result comparison(const LinearSystem& system, const std::vector<Solution>& solutions, const SolveOptions& options) {
   Result result;
   result.notes = {system_note(system, options), precision_note(options, solutions.front().routine)};
-  result.table = {{"method", {}, false, true},
-                  {"iterations", {}, true},
-                  {"products", {}, true},
-                  {"relative_residual", {}},
-                  {"outcome", {}, false, true}};
-  result.data = result.table;
+  ResultColumn method{"method", {}, false, true};
+  ResultColumn precon{"preconditioner", {}, false, true};
+  ResultColumn iterations{"iterations", {}, true};
+  ResultColumn products{"products", {}, true};
+  ResultColumn rounded{"relative_residual", {}};
+  ResultColumn exact = rounded;
+  ResultColumn outcome{"outcome", {}, false, true};
   for (const Solution& solution : solutions) {
     const QuarnFloat& residual = solution.residual;
-    for (auto* columns : {&result.table, &result.data}) {
-      (*columns)[0].cells.push_back(name_of(solution, options, system.n));
-      (*columns)[1].cells.push_back(std::to_string(solution.iterations));
-      (*columns)[2].cells.push_back(std::to_string(solution.products));
-      (*columns)[3].cells.push_back(columns == &result.table ? brief(residual) : residual.to_string());
-      (*columns)[4].cells.push_back(!solution.failure.empty()                      ? solution.failure
-                                    : is_inconsistent(solution, residual, options) ? "solved beside ||A|| ||x|| alone"
-                                                                                   : "solved");
+    method.cells.push_back(name_of(solution, options.iterative, system.n));
+    precon.cells.push_back(solution.precon);
+    iterations.cells.push_back(std::to_string(solution.iterations));
+    products.cells.push_back(std::to_string(solution.products));
+    rounded.cells.push_back(brief(residual));
+    exact.cells.push_back(residual.to_string());
+    outcome.cells.push_back(!solution.failure.empty()                      ? solution.failure
+                            : is_inconsistent(solution, residual, options) ? "solved beside ||A|| ||x|| alone"
+                                                                           : "solved");
+  }
+  result.table = {method, iterations, products, rounded, outcome};
+  result.data = {method, iterations, products, exact, outcome};
+  for (auto* columns : {&result.table, &result.data}) {
+    if (options.iterative.precon == "all") {
+      columns->insert(columns->begin() + 1, precon);
     }
   }
   result.facts = {{"digits", std::to_string(QuarnDigits()), true}, {"n", std::to_string(system.n), true}};
   return result;
 }
 
+/// Solutions by one preconditioner.
+void add_solutions(std::vector<Solution>& solutions, const LinearSystem& system, const SolveOptions& options,
+                   const IterativeOptions& iterative) {
+  const PreconditionedSystem prepared(system, iterative);
+  const bool automatic = options.method == "auto";
+  const std::vector<std::string> methods =
+      options.method == "all" ? methods_for(system, iterative.precon)
+                              : std::vector<std::string>{automatic ? automatic_method(system) : options.method};
+  for (const std::string& method : methods) {
+    Solution solution = iterate(prepared, method, options);
+    if (automatic && method == "cg" && solution.failure_code == kBreakdown) {
+      solution = iterate(prepared, "minres", options);
+    }
+    solutions.push_back(std::move(solution));
+  }
+}
+
+/// By every method and preconditioner that is asked for. Of all preconditioners those that the matrix does not admit
+/// are left out, and noted.
+std::vector<Solution> all_solutions(const LinearSystem& system, const SolveOptions& options,
+                                    std::vector<std::string>& notes) {
+  std::vector<Solution> solutions;
+  if (options.method == "direct") {
+    solutions.push_back(factorise(system, options, false));
+  } else if (options.iterative.precon != "all") {
+    add_solutions(solutions, system, options, options.iterative);
+  } else {
+    for (const char* const precon : kPreconditioners) {
+      IterativeOptions iterative = options.iterative;
+      iterative.precon = precon;
+      try {
+        add_solutions(solutions, system, options, iterative);
+      } catch (const Unsuitable& unsuitable) {
+        notes.push_back("left out: " + unsuitable.reason());
+      }
+    }
+  }
+  return solutions;
+}
+
 void run_solve(SolveOptions options) {
   if (options.proof.insisted && (!options.history.empty() || !options.output.picture.empty())) {
     throw bad_input("--proven and --certificate have no course of the residual: without --history and --plot");
   }
-  if (options.method == "all" && options.output.format == Format::mtx) {
-    throw bad_input("--method all gives a comparison, which is no matrix");
+  if (compares(options) && options.output.format == Format::mtx) {
+    throw bad_input(std::string(options.method == "all" ? "--method" : "--precon") +
+                    " all gives a comparison, which is no matrix");
   }
   const LinearSystem system = read_system(options);
   std::string why_not;
   if (is_proof_wanted(options)) {
     const auto prove = [&] {
-      deliver(proven_result_of(system, solve(system, "proven", options), options), options.output);
+      deliver(proven_result_of(system, factorise(system, options, true), options), options.output);
     };
     if (!options.proof.insisted && system.n > kMostProven) {
       why_not = "not proven: of more than " + std::to_string(kMostProven) + " unknowns --proven alone does that";
@@ -326,31 +295,21 @@ void run_solve(SolveOptions options) {
     }
   }
   options.method = options.method.empty() ? "bicgstab" : options.method;
-  std::vector<Solution> solutions;
-  if (options.method == "auto") {
-    const std::string method = automatic_method(system);
-    solutions.push_back(solve(system, method, options));
-    if (method == "cg" && solutions.front().failure_code == kBreakdown) {
-      solutions.front() = solve(system, "minres", options);
-    }
-  } else {
-    for (const std::string& method : options.method == "all" ? kIterative : std::vector<std::string>{options.method}) {
-      solutions.push_back(solve(system, method, options));
-    }
-  }
-
-  const bool all = options.method == "all";
+  std::vector<std::string> notes;
+  const std::vector<Solution> solutions = all_solutions(system, options, notes);
+  const bool all = compares(options);
   Result result = all ? comparison(system, solutions, options) : one_result(system, solutions.front(), options);
+  result.notes.insert(result.notes.end(), notes.begin(), notes.end());
   if (!why_not.empty()) {
     result.notes.insert(result.notes.begin() + 2, why_not);
   }
   if (!all) {
     add_matrix(result, solutions.front().x);
   }
-  result.picture = [&](const std::string& file) { draw_history(solutions, system, options, file); };
+  result.picture = [&](const std::string& file) { draw_history(solutions, system, options.iterative, file); };
   deliver(result, options.output);
   if (!options.history.empty()) {
-    write_history(solutions, options.history);
+    write_history(solutions, options.iterative.precon == "all", options.history);
   }
   if (std::all_of(solutions.begin(), solutions.end(), [](const Solution& s) { return !s.failure.empty(); })) {
     throw Failure(ExitStatus::library, "quarn: not solved: " + solutions.front().failure + "\n");
@@ -366,10 +325,11 @@ The iterative methods stop when ||b - A x|| <= tol (||b|| + ||A|| ||x||), Euclid
 factorises the full matrix and refines the solution with exact residuals; of more than 1000
 unknowns it takes complete sparse factors, Cholesky where the matrix is positive definite, else
 LU, in an order that fills little.
---method all compares the iterative ones for general matrices. cg, minres and symmlq are for
-symmetric or Hermitian ones; --method auto takes cg when the diagonal is positive too (and
-minres when cg finds the matrix indefinite), minres when it is not, bicgstab when there is no
-symmetry.
+--method all compares the iterative ones, --precon all the preconditioners, both the two: the
+picture has a chart for each preconditioner then. cg, minres and symmlq are for symmetric or
+Hermitian matrices; --method auto takes cg when the diagonal is positive too (and minres when
+cg finds the matrix indefinite), minres when it is not, bicgstab when there is no symmetry.
+fgmres has the preconditioner on the right; without one it is rgmres.
 Not solved is exit status 1; the last iterate and its residual are written all the same.
 A small residual is an estimate: where b was made up the largest error is written beside it.
 
@@ -381,22 +341,24 @@ number of unknowns, or fails.
 
 Examples:
   quarn solve examples/west0067.mtx --method all --digits 50 --tol 1e-40 --plot history.svg
+  quarn solve examples/bcsstk01.mtx --method all --precon all --plot courses.png
   quarn solve examples/fs_183_1.mtx --method direct --digits 30 --output x.csv
   quarn solve examples/bcsstk01.mtx --precon ssor --rhs b.csv --history history.csv)";
 
 void add_iterative_options(Command& command, IterativeOptions& options) {
   command.text("--tol", "T", options.tolerance, "tolerance, below 1 (default: the root of the machine precision)");
   command.number("--maxit", "K", options.maxit, 1, kMostIterations, "most iterations (default 1000)");
-  command.choice("--precon", "P", options.precon, {"none", "jacobi", "ssor", "ilu", "ic"},
+  command.choice("--precon", "P", options.precon, {"none", "jacobi", "ssor", "ilu", "ic", "all"},
                  "preconditioner: none (default), jacobi, ssor, ilu (incomplete LU), ic (incomplete Cholesky, of "
-                 "symmetric matrices)");
+                 "symmetric matrices), or all that the matrix admits, side by side");
   command.number("--fill", "K", options.fill, 0, kMostIterations,
                  "ilu, ic: level of the fill that is kept (default 0)");
   command.text("--drop", "T", options.drop, "ilu, ic: keep fill of any level that is larger than T times its row");
   command.flag("--modified", options.modified, "ilu, ic: add what is dropped to the diagonal");
   command.text("--omega", "W", options.omega, "relaxation of ssor, between 0 and 2 (default 1)");
-  command.number("--restart", "M", options.restart, 1, 50, "rgmres: iterations to a restart, 1 to 50 (default 30)");
-  command.number("--order", "L", options.order, 1, 10, "bicgstab: its order, 1 to 10 (default 2)");
+  command.number("--restart", "M", options.restart, 1, 100,
+                 "rgmres, fgmres: iterations to a restart, 1 to 50, of fgmres 100 (default 30)");
+  command.number("--order", "L", options.order, 1, 10, "bicgstab, idrs: its order, 1 to 10 (default 2, idrs 4)");
   command.number("--every", "K", options.every, 0, kMostIterations,
                  "look at every K-th iteration, at the price of a product each (default 1); 0: at the end alone");
 }
@@ -407,12 +369,12 @@ void declare_solve(Command& command) {
   add_matrix_options(command, options->table);
   command.text("--rhs", "FILE", options->right_side, "the right side; - is standard input");
   command.text("--column", "NAME", options->column, "name or number of the right side's column");
-  command.choice("--method", "M", options->method,
-                 {"rgmres", "cgs", "bicgstab", "tfqmr", "all", "cg", "minres", "symmlq", "auto", "direct"},
-                 "rgmres, cgs, bicgstab, tfqmr, all of these; for symmetric matrices cg (positive definite), minres, "
-                 "symmlq; auto: cg, minres or bicgstab by the matrix; or direct (default: with a proof; bicgstab where "
-                 "other options are "
-                 "given)");
+  command.choice(
+      "--method", "M", options->method,
+      {"rgmres", "fgmres", "cgs", "bicgstab", "tfqmr", "idrs", "cg", "minres", "symmlq", "all", "auto", "direct"},
+      "rgmres, fgmres, cgs, bicgstab, tfqmr, idrs; for symmetric matrices cg (positive definite), minres, "
+      "symmlq; all that are for the matrix, side by side; auto: cg, minres or bicgstab by the matrix; or "
+      "direct (default: with a proof; bicgstab where other options are given)");
   add_iterative_options(command, options->iterative);
   command.text("--history", "FILE", options->history, "write the course of the residual (.csv, .json or .txt)");
   command.flag("--progress", options->progress, "tell every iteration on standard error, terminal or not");

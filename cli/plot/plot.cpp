@@ -17,7 +17,8 @@ namespace {
 constexpr int kWidth = 1000;
 constexpr int kPanelHeight = 360;
 constexpr int kChartHeight = 560;
-constexpr const char* kSeriesColors[] = {"#1f5fa8", "#c0392b", "#2e8b57", "#8e5ea2", "#b8860b"};
+constexpr const char* kSeriesColors[] = {"#1f5fa8", "#c0392b", "#2e8b57", "#8e5ea2", "#b8860b",
+                                         "#17a2b8", "#7f5539", "#e377c2", "#5c5c5c"};
 constexpr const char* kLabelColor = "#c0392b";
 constexpr std::size_t kFewPoints = 100;
 
@@ -158,6 +159,65 @@ void add_panel(std::string& script, const Panel& panel) {
   script += "\n";
 }
 
+struct Size {
+  int width;
+  int height;
+};
+
+/// All names, each once: the place of one gives its colour.
+std::vector<std::string> names_of(const std::vector<Chart>& charts) {
+  std::vector<std::string> names;
+  for (const Chart& chart : charts) {
+    for (const Chart::Series& series : chart.series) {
+      if (std::find(names.begin(), names.end(), series.name) == names.end()) {
+        names.push_back(series.name);
+      }
+    }
+  }
+  return names;
+}
+
+/// One range for the y axes of all charts.
+std::string y_range_of(const std::vector<Chart>& charts) {
+  const QuarnFloat* least = nullptr;
+  const QuarnFloat* most = nullptr;
+  for (const Chart& chart : charts) {
+    for (const Chart::Series& series : chart.series) {
+      for (const QuarnFloat& exponent : series.exponent) {
+        least = least == nullptr || exponent < *least ? &exponent : least;
+        most = most == nullptr || *most < exponent ? &exponent : most;
+      }
+    }
+  }
+  if (least == nullptr) {
+    return "set yrange [-1:1]\n";
+  }
+  return "set yrange [" + text_of(std::floor(FloatToDouble(*least))) + ":" +
+         text_of(std::floor(FloatToDouble(*most)) + 1) + "]\n";
+}
+
+void add_chart(std::string& script, const Chart& chart, Size size, const std::vector<std::string>& names) {
+  script += "set grid linecolor rgb '#dddddd' linetype 1\n";
+  script +=
+      "set xlabel " + quoted(chart.x_title) + " noenhanced\nset ylabel " + quoted(chart.y_title) + " noenhanced\n";
+  script += "set format y '1e%.0f'\nset xrange [0:*]\n";
+  std::string plots;
+  for (std::size_t i = 0; i < chart.series.size(); ++i) {
+    const Chart::Series& series = chart.series[i];
+    const std::string name = "$series" + std::to_string(i);
+    const auto color = std::size_t(std::find(names.begin(), names.end(), series.name) - names.begin());
+    const Points points = points_of(series.x, series.exponent, true, std::size_t(size.width), std::size_t(size.height));
+    const bool single = points.size() == 1;  // which a line would not show
+    script += name + " << EOD\n";
+    add_points(script, points);
+    script += "EOD\n";
+    plots += (i == 0 ? "plot " : ", ") + (points.size() == 0 ? "NaN" : name + " using 1:2") + " with " +
+             (single ? "points pointtype 7 pointsize 0.6" : "lines linewidth 1.6") + " linecolor rgb '" +
+             kSeriesColors[color % std::size(kSeriesColors)] + "' title " + quoted(series.name);
+  }
+  script += plots + "\n";
+}
+
 }  // namespace
 
 bool is_picture_name(const std::string& file) {
@@ -199,22 +259,42 @@ void draw(const Chart& chart, const std::string& file) {
     return print(chart);
   }
   std::string script = picture_of(file, kWidth, kChartHeight);
-  script += "set grid linecolor rgb '#dddddd' linetype 1\n";
-  script += title_of(chart.title, kWidth);
-  script +=
-      "set xlabel " + quoted(chart.x_title) + " noenhanced\nset ylabel " + quoted(chart.y_title) + " noenhanced\n";
-  script += "set format y '1e%.0f'\nset key top right noenhanced\nset xrange [0:*]\n";
-  std::string plots;
-  for (std::size_t i = 0; i < chart.series.size(); ++i) {
-    const Chart::Series& series = chart.series[i];
-    const std::string name = "$series" + std::to_string(i);
-    script += name + " << EOD\n";
-    add_points(script, points_of(series.x, series.exponent, true, kWidth, kChartHeight));
-    script += "EOD\n";
-    plots += (i == 0 ? "plot " : ", ") + name + " using 1:2 with lines linewidth 1.6 linecolor rgb '" +
-             kSeriesColors[i % std::size(kSeriesColors)] + "' title " + quoted(series.name);
+  script += "set key top right noenhanced\n" + title_of(chart.title, kWidth);
+  add_chart(script, chart, {kWidth, kChartHeight}, names_of({chart}));
+  run_gnuplot(script, file);
+}
+
+void draw(const std::string& title, const std::vector<Chart>& charts, const std::string& file) {
+  if (file == kTextPlot) {
+    return print(title, charts);
   }
-  run_gnuplot(script + plots + "\n", file);
+  constexpr std::size_t kMostColumns = 3;
+  constexpr int kTitleHeight = 50;
+  constexpr Size kEach = {480, 400};
+  // As many columns as rows, or one more.
+  std::size_t columns = 1;
+  while (columns < kMostColumns && columns * columns < charts.size()) {
+    ++columns;
+  }
+  const std::size_t rows = (charts.size() - 1) / columns + 1;
+  const int width = kEach.width * int(columns);
+  const int height = kEach.height * int(rows) + kTitleHeight;
+  std::string script = picture_of(file, width, height);
+  script += "set multiplot\nset key top right noenhanced font ',9' samplen 2\n";
+  script += y_range_of(charts);
+  const std::vector<std::string> names = names_of(charts);
+  for (std::size_t i = 0; i < charts.size(); ++i) {
+    const double part = double(kEach.height) / height;
+    char place[160];
+    std::snprintf(place, sizeof place, "set size %.6f, %.6f\nset origin %.6f, %.6f\n", 1.0 / double(columns), part,
+                  double(i % columns) / double(columns), double(rows - 1 - i / columns) * part);
+    script += place + title_of(charts[i].title, kEach.width);
+    add_chart(script, charts[i], kEach, names);
+  }
+  // The title of all stands over an empty diagram.
+  script += "set size 1, 1\nset origin 0, 0\nunset border\nunset tics\nunset xlabel\nunset ylabel\nunset key\n";
+  script += "unset grid\nset xrange [0:1]\nset yrange [0:1]\n" + title_of(title, width) + "plot NaN\n";
+  run_gnuplot(script + "unset multiplot\n", file);
 }
 
 void draw(const ComplexPlane& plane, const std::string& file) {

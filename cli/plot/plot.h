@@ -106,6 +106,10 @@ void draw(const std::vector<Panel>& panels, const std::string& file);
 
 void draw(const Chart& chart, const std::string& file);
 
+/// Draws several charts side by side, under one title: the same names have the same colours, and the y axes the same
+/// range.
+void draw(const std::string& title, const std::vector<Chart>& charts, const std::string& file);
+
 /// Draws the places; those of a large matrix together on square tiles, shaded by how many of them are filled.
 void draw(const Spy& spy, const std::string& file);
 

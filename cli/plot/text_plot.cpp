@@ -336,6 +336,13 @@ void print(const std::vector<Panel>& panels) {
   }
 }
 void print(const Chart& chart) { write_output(text_picture(chart, has_braille()), ""); }
+void print(const std::string& title, const std::vector<Chart>& charts) {
+  std::string text = headed(title);
+  for (const Chart& chart : charts) {
+    text += text_picture(chart, has_braille()) + (&chart == &charts.back() ? "" : "\n");
+  }
+  write_output(text, "");
+}
 void print(const Spy& spy) { write_output(text_picture(spy, has_braille()), ""); }
 void print(const HeatMap& map) { write_output(text_picture(map, has_braille()), ""); }
 void print(const ComplexPlane& plane) { write_output(text_picture(plane, has_braille()), ""); }

@@ -20,6 +20,7 @@ std::string text_picture(const ComplexPlane& plane, bool braille);
 /// These write them to standard output.
 void print(const std::vector<Panel>& panels);
 void print(const Chart& chart);
+void print(const std::string& title, const std::vector<Chart>& charts);
 void print(const Spy& spy);
 void print(const HeatMap& map);
 void print(const ComplexPlane& plane);

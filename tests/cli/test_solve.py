@@ -12,7 +12,7 @@ from fractions import Fraction
 
 from console import DATA, decimals, not_emulated, run, run_json, run_well
 
-METHODS = ("rgmres", "cgs", "bicgstab", "tfqmr", "direct")
+METHODS = ("rgmres", "fgmres", "cgs", "bicgstab", "tfqmr", "idrs", "direct")
 HEAD = "%%MatrixMarket matrix coordinate "
 
 
@@ -165,11 +165,31 @@ class Solve(unittest.TestCase):
     def test_all_methods_side_by_side(self):
         arguments = ("solve", matrix_of("west0067"), "--method", "all", "--digits", "50", "--tol", "1e-30", "--maxit", "300")
         rows = list(csv.DictReader(io.StringIO(run_well(*arguments, "--format", "csv"))))
-        self.assertEqual([row["method"] for row in rows], ["rgmres(30)", "cgs", "bicgstab(2)", "tfqmr"])
+        self.assertEqual([row["method"] for row in rows], ["rgmres(30)", "cgs", "bicgstab(2)", "tfqmr", "idrs(4)"])
         self.assertEqual([row["outcome"] for row in rows],
-                         ["IFAIL 8: The solution has not converged after 300 iterations.", "solved", "solved", "solved"])
+                         ["IFAIL 8: The solution has not converged after 300 iterations."] + 4 * ["solved"])
         for row in rows[1:]:
             self.assertLess(Decimal(row["relative_residual"]), Decimal("1e-28"))
+
+    def test_all_preconditioners_side_by_side(self):
+        arguments = ("--precon", "all", "--digits", "40", "--tol", "1e-25")
+        rows = list(csv.DictReader(io.StringIO(run_well("solve", matrix_of("bcsstk01"), "--method", "all", *arguments, "--format", "csv"))))
+        general = ["rgmres(30)", "fgmres(30)", "cgs", "bicgstab(2)", "tfqmr", "idrs(4)"]
+        names = general + ["cg", "minres", "symmlq"]
+        expected = [(name, precon) for precon in ("none", "jacobi", "ssor", "ilu", "ic") for name in names
+                    if (name, precon) != ("fgmres(30)", "none")]
+        self.assertEqual([(row["method"], row["preconditioner"]) for row in rows], expected)
+        for row in rows:
+            if row["outcome"] == "solved":
+                self.assertLess(Decimal(row["relative_residual"]), Decimal("1e-15"))
+        self.assertEqual({row["outcome"] for row in rows if row["preconditioner"] in ("ssor", "ilu", "ic")}, {"solved"})
+        history = os.path.join(self.folder, "h.csv")
+        text = run_well("solve", matrix_of("west0067"), "--method", "cgs", *arguments, "--history", history)
+        self.assertIn("# left out: jacobi divides by the diagonal, but row 1 has none", text)
+        self.assertIn("# left out: ic is for symmetric and Hermitian matrices", text)
+        with open(history, encoding="utf-8") as file:
+            self.assertEqual({row["preconditioner"] for row in csv.DictReader(file)}, {"none", "ilu"})
+        self.assertEqual(run("solve", matrix_of("west0067"), "--precon", "all", "--format", "mtx").returncode, 2)
 
     @not_emulated
     def test_pictures_of_histories(self):
@@ -181,6 +201,11 @@ class Solve(unittest.TestCase):
         for name in ("rgmres(30)", "cgs", "bicgstab(2)", "tfqmr", "1e-450", "jacobi"):
             self.assertIn(name, text)
         run_well("solve", matrix_of("bcsstk01"), "--method", "direct", "--plot", picture)
+        run_well("solve", matrix_of("bcsstk01"), "--method", "all", "--precon", "all", "--maxit", "60", "--tol", "1e-12", "--plot", picture)
+        with open(picture, encoding="utf-8") as file:
+            text = file.read()
+        for name in ("preconditioner none", "preconditioner ilu", "idrs(4)", "minres", "bcsstk01.mtx, 20 digits"):
+            self.assertIn(name, text)
 
     def test_progress(self):
         done = run("solve", matrix_of("bcsstk01"), "--precon", "ssor", "--progress", "--every", "5")
@@ -240,8 +265,9 @@ class Solve(unittest.TestCase):
                 (("-", "--rhs", "-"), 2, "quarn: only one of MATRIX and --rhs can be standard input"),
                 ((square, "--method", "all", "--format", "mtx"), 2, "quarn: --method all gives a comparison, which is no matrix"),
                 ((square, "--method", "gmres"), 2,
-                 "quarn: --method: 'gmres' is not rgmres, cgs, bicgstab, tfqmr, all, cg, minres, symmlq, auto or direct" + help_line),
-                ((square, "--restart", "51"), 2, "quarn: --restart: Value 51 not in range 1 to 50" + help_line)):
+                 "quarn: --method: 'gmres' is not rgmres, fgmres, cgs, bicgstab, tfqmr, idrs, cg, minres, symmlq, all, auto or direct" + help_line),
+                ((square, "--restart", "101"), 2, "quarn: --restart: Value 101 not in range 1 to 100" + help_line),
+                ((matrix_of("west0067"), "--method", "rgmres", "--restart", "51"), 2, "quarn: --restart: of --method rgmres 50 at most")):
             with self.subTest(arguments=arguments):
                 done = run("solve", *arguments, stdin="1\n2\n3\n")
                 self.assertEqual((done.returncode, done.stdout, done.stderr), (status, "", complaint + "\n"))

@@ -50,7 +50,7 @@ class Modules(unittest.TestCase):
             full = full + (1j * RANDOM.normal(size=(n, n)) * (full != 0) if complex_too else 0) + 8 * numpy.eye(n)
             right = RANDOM.normal(size=n)
             b = [str(x) for x in right]
-            for a, names in ((full, ("gmres", "bicgstab", "cgs", "tfqmr")), (full + full.conj().T, ("cg", "minres", "gmres"))):
+            for a, names in ((full, ("gmres", "bicgstab", "cgs", "tfqmr", "fgmres", "idrs")), (full + full.conj().T, ("cg", "minres", "gmres"))):
                 for kind in (scipy.sparse.csr_matrix, scipy.sparse.csc_array, scipy.sparse.coo_matrix):
                     matrix = kind(a)
                     expected = scipy.sparse.linalg.spsolve(scipy.sparse.csc_matrix(a), right)
@@ -99,7 +99,7 @@ class Modules(unittest.TestCase):
 
     def test_names_are_theirs(self):
         """Each name is one of numpy's or scipy's, and each function takes digits."""
-        ours_alone = {"cholesky", "exp10", "exp2", "next_fast_len"}
+        ours_alone = {"cholesky", "exp10", "exp2", "fgmres", "idrs", "next_fast_len"}
         for module, theirs in THEIRS.items():
             for name in getattr(module, "__all__", None) or [name for name in vars(module) if name[0] != "_"]:
                 with self.subTest(name):
@@ -192,7 +192,7 @@ class Modules(unittest.TestCase):
         x = exact(a)
         matrix = sparse.SparseMatrix(6, [(i, j, x[i, j]) for i in range(6) for j in range(6)])
         diagonal = [x[i, i] for i in range(6)]
-        for name in ("bicgstab", "cgs", "gmres", "tfqmr"):
+        for name in ("bicgstab", "cgs", "gmres", "tfqmr", "fgmres", "idrs"):
             seen = []
             found, info = getattr(sparse.linalg, name)(
                 matrix, [1] * 6, rtol="1e-20", digits=40, callback=seen.append, M=lambda r: [e / d for e, d in zip(r, diagonal)]

@@ -317,7 +317,7 @@ class Iterative(unittest.TestCase):
                 tesk2mp.solve_iteratively(a, [1, 2, 1], tolerance="1e-20")
 
     def test_methods(self):
-        for method in ("rgmres", "cgs", "bicgstab", "tfqmr"):
+        for method in ("rgmres", "cgs", "bicgstab", "tfqmr", "fgmres", "idrs"):
             self.check(self.matrix, self.b, method=method)
 
     def test_symmetric_methods(self):

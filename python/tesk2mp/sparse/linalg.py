@@ -17,7 +17,21 @@ from .._errors import InvalidArgument, InvalidType, NumericalFailure, refusal
 from .._exact import exact
 from .._types import Numbers, RealLike, Vector
 
-__all__ = ["LinearOperator", "bicgstab", "cg", "cgs", "cholesky", "gmres", "minres", "spilu", "splu", "spsolve", "tfqmr"]
+__all__ = [
+    "LinearOperator",
+    "bicgstab",
+    "cg",
+    "cgs",
+    "cholesky",
+    "fgmres",
+    "gmres",
+    "idrs",
+    "minres",
+    "spilu",
+    "splu",
+    "spsolve",
+    "tfqmr",
+]
 
 Product: TypeAlias = Callable[[Any], Vector]
 
@@ -200,6 +214,29 @@ def gmres(
     return _solve("rgmres", a, b, x0, rtol, restart, maxiter, M, callback, digits)
 
 
+def fgmres(
+    a: Operator,
+    b: Vector,
+    x0: Vector | None = None,
+    *,
+    rtol: RealLike = 0,
+    restart: int = 0,
+    maxiter: int = 1000,
+    M: Preconditioner | None = None,
+    callback: Callable[[Any], object] | None = None,
+    digits: int | None = None,
+) -> tuple[Numbers, int]:
+    """The x with a x = b by flexible GMRES, which starts anew after `restart` iterations, 0 for the usual number. M is applied from
+    the right and may be an iteration of its own, another solution with each call.
+
+    >>> a = SparseMatrix(2, [(0, 0, 4), (0, 1, 1), (1, 0, 2), (1, 1, 3)])
+    >>> x, info = fgmres(a, [1, 2], rtol='1e-25', digits=30)
+    >>> [round(number, 20) for number in x], info
+    ([Decimal('0.10000000000000000000'), Decimal('0.60000000000000000000')], 0)
+    """
+    return _solve("fgmres", a, b, x0, rtol, restart, maxiter, M, callback, digits)
+
+
 def cgs(
     a: Operator,
     b: Vector,
@@ -241,6 +278,28 @@ def bicgstab(
     ([Decimal('0.10000000000000000000'), Decimal('0.60000000000000000000')], 0)
     """
     return _solve("bicgstab", a, b, x0, rtol, order, maxiter, M, callback, digits)
+
+
+def idrs(
+    a: Operator,
+    b: Vector,
+    x0: Vector | None = None,
+    *,
+    rtol: RealLike = 0,
+    s: int = 0,
+    maxiter: int = 1000,
+    M: Preconditioner | None = None,
+    callback: Callable[[Any], object] | None = None,
+    digits: int | None = None,
+) -> tuple[Numbers, int]:
+    """The x with a x = b by IDR(s) with s shadow vectors, 0 for the usual number.
+
+    >>> a = SparseMatrix(2, [(0, 0, 4), (0, 1, 1), (1, 0, 2), (1, 1, 3)])
+    >>> x, info = idrs(a, [1, 2], rtol='1e-25', digits=30)
+    >>> [round(number, 20) for number in x], info
+    ([Decimal('0.10000000000000000000'), Decimal('0.60000000000000000000')], 0)
+    """
+    return _solve("idrs", a, b, x0, rtol, s, maxiter, M, callback, digits)
 
 
 def tfqmr(
