@@ -27,6 +27,25 @@ void deigsh() {
   //! [deigsh]
 }
 
+//! [turn]
+// To the next of N points on a circle.
+void turn(void*, Integer, const QuarnFloat* x, QuarnFloat* y) {
+  for (Integer i = 0; i < N; ++i) {
+    y[i] = x[(i + 1) % N];
+  }
+}
+//! [turn]
+
+void deigs() {
+  //! [deigs]
+  Complex w[3];  // roots of unity; sin(14 pi / 30) is the largest imaginary part
+  QuarnFloat resid[3];
+  Integer m, nprod, info;
+  QuarnMPX_deigs_("LI", N, 2, nullptr, turn, nullptr, 0, 0, 1000, nullptr, w, nullptr, N, resid, &m, &nprod, &info, 2);
+  std::cout << m << ": +-" << w[0].im << "\n";
+  //! [deigs]
+}
+
 }  // namespace
 
-int main() { return run_examples({{"deigsh", deigsh}}); }
+int main() { return run_examples({{"deigsh", deigsh}, {"deigs", deigs}}); }

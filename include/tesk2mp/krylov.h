@@ -75,5 +75,60 @@ TESK2MP_API void QuarnMPX_zeigsh_(const char* which, Integer n, Integer k, const
                                   Integer most, const Complex* v0, QuarnFloat* w, Complex* z, Integer ldz,
                                   QuarnFloat* resid, Integer* nprod, Integer* info, int which_length);
 /// @}
+
+/// @defgroup deigs some eigenvalues of a large general matrix
+///
+/// DEIGS: K eigenvalues of a real matrix, with eigenvectors; ZEIGS of a complex one. A multiple eigenvalue with several
+/// eigenvectors is found several times, as DEIGSH does it.
+///
+/// @param[in] which LM or SM: the largest or smallest in magnitude; LR or SR: by their real parts; LI or SI: by their
+///     imaginary parts, for DEIGS without the sign. With SIGMA this is said of 1 / (lambda - sigma): LM are the nearest
+///     to SIGMA
+/// @param[in] n order of A, >= 1
+/// @param[in] k how many, 1 ... N
+/// @param[in] sigma where eigenvalues are sought, finite; null: by products with A alone
+/// @param[in] product is asked for A x, and with SIGMA for (A - sigma I)^-1 x
+/// @param[in] context for PRODUCT
+/// @param[in] ncv vectors at a time, K + 2 ... N, or N; 0: max(2 K + 2, 20 + digits / 4), or N
+/// @param[in] tol largest residual beside the norm of A, 0 <= TOL < 1, with SIGMA of 1 / (lambda - sigma) beside
+///     itself; 0: the machine precision, and no more than 10^-8
+/// @param[in] most products after which the routine gives up at its next restart, >= 1
+/// @param[in] v0 N: where to begin, finite and not zero; null: random numbers, the same ones in each call
+/// @param[out] w K eigenvalues, the most wanted first, and with DEIGS one more where two conjugates would be parted
+/// @param[out] z their eigenvectors, of length 1: as many columns of N elements, LDZ apart; null: not wanted
+/// @param[in] ldz step from column to column of Z, >= N
+/// @param[out] resid as many norms of A z - w z for W and Z as returned, whether or not Z is wanted
+/// @param[out] m K, or K + 1
+/// @param[out] nprod products that were formed
+/// @param[out] info 0; -j when argument j is illegal; 1 when MOST products were not enough: the arrays hold the best
+///     there is, and RESID says how good it is; 2 when a product is not finite, or the eigenvalues of a projection were
+///     not found
+///
+/// @par Failures
+/// Illegal: which (-1), n < 1 (-2), k (-3), sigma (-4), product null (-5), ncv (-7), tol (-8), most < 1 (-9), v0 (-10),
+/// ldz < n (-13). With these, with 2, and when storage runs out or PRODUCT throws, nothing is written.
+///
+/// @par Method
+/// Arnoldi's method, restarted by the ordered Schur form of the projection; digits as with DEIGSH.
+///
+/// @par Accuracy
+/// Residuals are some units of the last place of the norm of A. Errors of W are larger by the condition number of the
+/// eigenvalue: of a defective one of multiplicity j they are about the j-th root.
+///
+/// @par Source
+/// G. W. Stewart, A Krylov-Schur algorithm for large eigenproblems, SIAM J. Matrix Anal. Appl. 23 (2001).
+///
+/// @par Cost
+/// A product, and 4 N NCV multiply-adds, for each vector; storage of N NCV numbers.
+/// @{
+TESK2MP_API void QuarnMPX_deigs_(const char* which, Integer n, Integer k, const QuarnFloat* sigma,
+                                 QuarnRealOperator product, void* context, Integer ncv, QuarnFloat tol, Integer most,
+                                 const QuarnFloat* v0, Complex* w, Complex* z, Integer ldz, QuarnFloat* resid,
+                                 Integer* m, Integer* nprod, Integer* info, int which_length);
+TESK2MP_API void QuarnMPX_zeigs_(const char* which, Integer n, Integer k, const Complex* sigma,
+                                 QuarnComplexOperator product, void* context, Integer ncv, QuarnFloat tol, Integer most,
+                                 const Complex* v0, Complex* w, Complex* z, Integer ldz, QuarnFloat* resid, Integer* m,
+                                 Integer* nprod, Integer* info, int which_length);
+/// @}
 }
 TESK2MP_NAMES_END

@@ -18,21 +18,43 @@ namespace tesk2mp {
 /// Which eigenvalues of a symmetric or Hermitian matrix are wanted; both_ends: the larger ones first.
 enum class Extreme { largest_magnitude, smallest_magnitude, largest, smallest, both_ends };
 
+/// Which eigenvalues of a general matrix are wanted. Imaginary parts count without their sign when the matrix is real.
+enum class Dominant {
+  largest_magnitude,
+  smallest_magnitude,
+  largest_real,
+  smallest_real,
+  largest_imaginary,
+  smallest_imaginary
+};
+
 /// y := function(x), of vectors whose lengths are those of the matrix. It works at the digits of the moment, which are
 /// some more than the caller's.
 template <Scalar T>
 using Product = std::function<void(std::span<const T> x, std::span<T> y)>;
 
-/// How eigsh() works.
+/// What eigsh() and eigs() share.
 template <Scalar T>
-struct HermitianEigenOptions {
-  Extreme which = Extreme::largest_magnitude;  ///< with sigma of 1 / (lambda - sigma): largest_magnitude is the nearest
-  std::optional<Real> sigma;                   ///< the eigenvalues near this number
+struct KrylovOptions {
   bool vectors = true;
   Real tolerance = 0;         ///< of residuals beside the norm of A; 0: the machine precision
   std::size_t basis = 0;      ///< vectors at a time; 0: the usual number
   Integer most_products = 0;  ///< 0: 20 n, and no less than 10,000
   std::vector<T> start;       ///< where to begin; empty: random numbers, the same ones in each call
+};
+
+/// How eigsh() works.
+template <Scalar T>
+struct HermitianEigenOptions : KrylovOptions<T> {
+  Extreme which = Extreme::largest_magnitude;  ///< with sigma of 1 / (lambda - sigma): largest_magnitude is the nearest
+  std::optional<Real> sigma;                   ///< the eigenvalues near this number
+};
+
+/// How eigs() works.
+template <Scalar T>
+struct EigenOptions : KrylovOptions<T> {
+  Dominant which = Dominant::largest_magnitude;  ///< as with eigsh()
+  std::optional<T> sigma;
 };
 
 /// Some eigenvalues of a symmetric or Hermitian matrix, ascending, with orthonormal eigenvectors in the columns of
@@ -41,6 +63,15 @@ template <Scalar T>
 struct HermitianEigenpairs {
   std::vector<Real> values;
   Matrix<T> vectors;
+  std::vector<Real> residuals;
+  Integer products = 0;
+};
+
+/// Some eigenvalues of a general matrix, the most wanted first, with eigenvectors of length 1 in the columns of
+/// `vectors`, and the norms of A v - lambda v.
+struct Eigenpairs {
+  std::vector<Complex> values;
+  Matrix<Complex> vectors;
   std::vector<Real> residuals;
   Integer products = 0;
 };
@@ -69,11 +100,28 @@ inline Integer most_products(Integer given, std::size_t n) {
   return given != 0 ? given : count_of(std::max<std::size_t>(10000, 20 * n));
 }
 
-[[noreturn]] inline void raise_krylov(const char* routine, Integer info) {
-  throw NumericalFailure(routine, info, 0,
-                         info == 1 ? "the iteration did not converge"
-                                   : "a product with the matrix is not finite, or a projection has no values",
-                         {});
+template <class Options>
+void require_krylov(const char* routine, std::size_t n, std::size_t k, const Options& options, bool can_solve) {
+  require(n >= 1, routine, 2, "a matrix of order 0");
+  require(k >= 1 && k <= n, routine, 3, k, " eigenvalues of a matrix of order ", n);
+  require(!options.sigma || can_solve, routine, 4, "sigma without solutions of A - sigma I");
+  require(options.start.empty() || options.start.size() == n, routine, 10, "a start vector of ", options.start.size(),
+          " elements");
+}
+
+inline void raise_krylov(const char* routine, Integer info) {
+  require(info >= 0, routine, -info,
+          info == -4    ? "sigma is not finite"
+          : info == -7  ? "a basis that is neither n nor larger than k + 1"
+          : info == -8  ? "a tolerance outside 0 ... 1"
+          : info == -10 ? "a start vector that is zero or not finite"
+                        : "a wrong number");
+  if (info > 0) {
+    throw NumericalFailure(routine, info, 0,
+                           info == 1 ? "the iteration did not converge"
+                                     : "a product with the matrix is not finite, or a projection has no values",
+                           {});
+  }
 }
 
 /// (A - sigma I)^-1 x of a whole matrix that the caller keeps, by complete factors, which are made anew when more
@@ -112,11 +160,7 @@ HermitianEigenpairs<T> eigsh(std::size_t n, const std::type_identity_t<Product<T
                              const HermitianEigenOptions<T>& options = {},
                              const std::type_identity_t<Product<T>>& solve = {}) {
   const char* const routine = detail::name<T>("DEIGSH", "ZEIGSH");
-  detail::require(n >= 1, routine, 2, "a matrix of order 0");
-  detail::require(k >= 1 && k <= n, routine, 3, k, " eigenvalues of a matrix of order ", n);
-  detail::require(!options.sigma || bool(solve), routine, 4, "sigma without solutions of A - sigma I");
-  detail::require(options.start.empty() || options.start.size() == n, routine, 10, "a start vector of ",
-                  options.start.size(), " elements");
+  detail::require_krylov(routine, n, k, options, bool(solve));
   constexpr const char* kWhich[] = {"LM", "SM", "LA", "SA", "BE"};
   detail::OperatorContext<T> context{n, n, product, {}, solve};
   HermitianEigenpairs<T> pairs{std::vector<Real>(k), Matrix<T>(options.vectors ? n : 0, options.vectors ? k : 0),
@@ -129,15 +173,7 @@ HermitianEigenpairs<T> eigsh(std::size_t n, const std::type_identity_t<Product<T
       options.start.empty() ? nullptr : options.start.data(), pairs.values.data(),
       options.vectors ? detail::RawMatrix<T>{pairs.vectors.view()}.data : nullptr, detail::count_of(n),
       pairs.residuals.data(), &pairs.products, &info, 2);
-  detail::require(info >= 0, routine, -info,
-                  info == -4    ? "sigma is not finite"
-                  : info == -7  ? "a basis that is neither n nor larger than k + 1"
-                  : info == -8  ? "a tolerance outside 0 ... 1"
-                  : info == -10 ? "a start vector that is zero or not finite"
-                                : "a wrong number");
-  if (info > 0) {
-    detail::raise_krylov(routine, info);
-  }
+  detail::raise_krylov(routine, info);
   return pairs;
 }
 
@@ -151,6 +187,51 @@ HermitianEigenpairs<T> eigsh(const SparseMatrix<T>& a, std::size_t k, const Herm
   const Product<T> product = [&matrix](std::span<const T> x, std::span<T> y) { matrix.multiply(x, y); };
   return eigsh<T>(a.order(), product, k, options,
                   options.sigma ? detail::shifted_solve<T>(matrix, *options.sigma) : Product<T>());
+}
+
+/// k eigenvalues of a general matrix of order n that is known by its products, one more where a real matrix has two
+/// conjugates that would be parted; with options.sigma `solve` is (A - sigma I)^-1. Throws as eigsh() does.
+template <Scalar T>
+Eigenpairs eigs(std::size_t n, const std::type_identity_t<Product<T>>& product, std::size_t k,
+                const EigenOptions<T>& options = {}, const std::type_identity_t<Product<T>>& solve = {}) {
+  const char* const routine = detail::name<T>("DEIGS", "ZEIGS");
+  detail::require_krylov(routine, n, k, options, bool(solve));
+  constexpr const char* kWhich[] = {"LM", "SM", "LR", "SR", "LI", "SI"};
+  detail::OperatorContext<T> context{n, n, product, {}, solve};
+  Eigenpairs pairs{std::vector<Complex>(k + 1), Matrix<Complex>(options.vectors ? n : 0, options.vectors ? k + 1 : 0),
+                   std::vector<Real>(k + 1)};
+  Integer found = 0;
+  Integer info = 0;
+  detail::pick<T>(QuarnMPX_deigs_, QuarnMPX_zeigs_)(
+      kWhich[std::size_t(options.which)], detail::count_of(n), detail::count_of(k),
+      options.sigma ? &*options.sigma : nullptr, detail::OperatorContext<T>::form, &context,
+      detail::count_of(options.basis), options.tolerance, detail::most_products(options.most_products, n),
+      options.start.empty() ? nullptr : options.start.data(), pairs.values.data(),
+      options.vectors ? detail::RawMatrix<Complex>{pairs.vectors.view()}.data : nullptr, detail::count_of(n),
+      pairs.residuals.data(), &found, &pairs.products, &info, 2);
+  detail::raise_krylov(routine, info);
+  pairs.values.resize(std::size_t(found));
+  pairs.residuals.resize(std::size_t(found));
+  if (options.vectors && std::size_t(found) == k) {
+    Matrix<Complex> vectors(n, k);
+    for (std::size_t j = 0; j < k; ++j) {
+      for (std::size_t i = 0; i < n; ++i) {
+        vectors(i, j) = std::move(pairs.vectors(i, j));
+      }
+    }
+    pairs.vectors = std::move(vectors);
+  }
+  return pairs;
+}
+
+/// The same of a sparse matrix. With options.sigma its complete factors are made; NumericalFailure of SPARSE_LU when
+/// sigma is an eigenvalue.
+template <Scalar T>
+Eigenpairs eigs(const SparseMatrix<T>& a, std::size_t k, const EigenOptions<T>& options = {}) {
+  const SparseMatrix<T> matrix = whole(a);
+  const Product<T> product = [&matrix](std::span<const T> x, std::span<T> y) { matrix.multiply(x, y); };
+  return eigs<T>(a.order(), product, k, options,
+                 options.sigma ? detail::shifted_solve<T>(matrix, *options.sigma) : Product<T>());
 }
 
 }  // namespace tesk2mp

@@ -17,8 +17,10 @@
 namespace tesk {
 namespace {
 
-/// How much an eigenvalue is wanted.
+/// How much an eigenvalue is wanted. Of a real matrix the two of a pair are wanted alike.
+template <class T>
 QuarnFloat preference(Wanted wanted, const Complex& value) {
+  const auto height = [&] { return std::is_same_v<T, Complex> ? value.im : fabs(value.im); };
   switch (wanted) {
     case Wanted::largest_size:
       return quarn::abs(value);
@@ -27,9 +29,9 @@ QuarnFloat preference(Wanted wanted, const Complex& value) {
     case Wanted::smallest_real:
       return -value.re;
     case Wanted::largest_imaginary:
-      return fabs(value.im);
+      return height();
     case Wanted::smallest_imaginary:
-      return -fabs(value.im);
+      return -height();
     default:
       return value.re;
   }
@@ -118,7 +120,7 @@ class KrylovSchur {
     return std::max(asked, rounding);
   }
   QuarnFloat key(Integer i) {
-    const QuarnFloat most = preference(problem_.wanted, value(i));
+    const QuarnFloat most = preference<T>(problem_.wanted, value(i));
     return both_ends() && i % 2 == 0 ? -most : most;
   }
 
@@ -156,7 +158,7 @@ class KrylovSchur {
     }
     std::vector<Integer> order(values.size());
     std::iota(order.begin(), order.end(), 0);
-    const auto most = [&](Integer i) { return preference(problem_.wanted, Complex(values[std::size_t(i)])); };
+    const auto most = [&](Integer i) { return preference<T>(problem_.wanted, Complex(values[std::size_t(i)])); };
     std::stable_sort(order.begin(), order.end(), [&](Integer i, Integer j) { return most(i) > most(j); });
     if (both_ends()) {
       const std::vector<Integer> descending = order;
@@ -182,7 +184,7 @@ class KrylovSchur {
     }
     SchurOrder<T> order(size_, form.view(), size_, vectors.view());
     const auto most = [&](Integer i) {
-      return preference(problem_.wanted, block_value(form.view(), i, order.size_at(i)));
+      return preference<T>(problem_.wanted, block_value(form.view(), i, order.size_at(i)));
     };
     for (Integer place = 1; place <= size_; place += order.size_at(place)) {
       Integer best = place;

@@ -62,11 +62,35 @@ void hermitian(Suite& suite, const Entry<F>& entry) {
   });
 }
 
+template <class T, class F>
+void general(Suite& suite, const Entry<F>& entry) {
+  if (entry.function == nullptr) {
+    return;
+  }
+  suite.cases(3, [&](Case& c) {
+    const Integer n = c.size + 1;
+    Full<T> matrix{c.numbers<T>(std::int64_t(n) * n), n};
+    for (const char* which : {"LM", "sr", "LI", "XX"}) {
+      const Integer k = 1 + c.below(n);
+      std::vector<Complex> w(std::size_t(k) + 1), z(std::size_t(n) * w.size());
+      std::vector<QuarnFloat> residuals(w.size());
+      Integer found = -99;
+      Integer products = -99;
+      Integer info = -99;
+      entry.function(which, n, k, nullptr, Full<T>::form, &matrix, 0, 0, 1000, nullptr, w.data(), z.data(), n,
+                     residuals.data(), &found, &products, &info, 2);
+      Suite::take(*entry.result, w, z, residuals, found, products, info);
+    }
+  });
+}
+
 }  // namespace
 
 void krylov(Suite& suite) {
   hermitian<QuarnFloat>(suite, ENTRY(QuarnMPX_deigsh_));
   hermitian<Complex>(suite, ENTRY(QuarnMPX_zeigsh_));
+  general<QuarnFloat>(suite, ENTRY(QuarnMPX_deigs_));
+  general<Complex>(suite, ENTRY(QuarnMPX_zeigs_));
 }
 
 }  // namespace digest

@@ -1,0 +1,170 @@
+// Some eigenvalues of large general matrices: entries.
+#include <vector>
+
+#include "src/dense/complex_schur.h"
+#include "src/dense/schur_vectors.h"
+#include "src/krylov/call.h"
+
+namespace tesk {
+namespace {
+
+constexpr WantedName kWanted[] = {{"LM", Wanted::largest_size},      {"SM", Wanted::smallest_size},
+                                  {"LR", Wanted::largest_real},      {"SR", Wanted::smallest_real},
+                                  {"LI", Wanted::largest_imaginary}, {"SI", Wanted::smallest_imaginary}};
+
+struct Eigenpair {
+  Complex value;
+  std::vector<Complex> vector;
+  bool pair;  // the conjugates are another one
+};
+
+/// Eigenvalues and eigenvectors of a form of order n, from the top. Divisors below `smallest` are replaced by it.
+std::vector<Eigenpair> pairs_of_form(Integer n, OneBasedMatrix<QuarnFloat> s, const QuarnFloat& smallest) {
+  std::vector<Eigenpair> pairs;
+  for (const BlockEigenvalue& each : block_eigenvalues(n, s)) {
+    pairs.push_back({{each.re, each.im}, right_eigenvector(Accuracy::full, n, s, each, smallest), each.pair});
+  }
+  return pairs;
+}
+std::vector<Eigenpair> pairs_of_form(Integer n, OneBasedMatrix<Complex> s, const QuarnFloat& /*smallest*/) {
+  std::vector<Eigenpair> pairs;
+  for (Integer k = 1; k <= n; ++k) {
+    pairs.push_back({s(k, k), std::vector<Complex>(static_cast<std::size_t>(n)), false});
+    triangular_eigenvector(n, s, k, {pairs.back().vector.data(), 1});
+  }
+  return pairs;
+}
+
+template <class T>
+struct GeneralCall {
+  EigenArguments<T, T> given;
+  Complex* w;
+  Complex* z;
+  QuarnFloat* resid;
+  Integer* m;
+  Integer* nprod;
+
+  Integer find() const {
+    const Wanted* const wanted = given.wanted_of(kWanted);
+    if (const Integer wrong = given.first_wrong(wanted); wrong != 0) {
+      return -wrong;
+    }
+    KrylovSpace<T> space = given.find(false, *wanted);
+    return space.end == KrylovEnd::failed ? 2 : deliver(space);
+  }
+
+ private:
+  /// Vectors and values are rounded first, so that residuals are those of what is returned.
+  Integer deliver(KrylovSpace<T>& space) const {
+    const Integer n = given.n;
+    std::vector<Eigenpair> pairs = expanded(space);
+    std::vector<QuarnFloat> rests;
+    Integer products = space.products;
+    for (Eigenpair& each : pairs) {
+      const OneBasedMatrix<Complex> x(each.vector.data(), n);
+      round_elements<Complex>(n, 1, x);
+      multiply_by(each.value, QuarnFloat(1));
+      std::vector<Complex> image(each.vector.size());
+      QuarnFloat rest;
+      {
+        const WorkingDigits more(guarded_digits(n));
+        products += multiply(each.vector, image);
+        add_multiple<Complex>(n, -each.value, x.column(1), {image.data(), 1});
+        rest = sqrt(sum_of_squares(n, OneBasedVector<Complex>(image.data(), 1)));
+      }
+      if (!isfinite(rest)) {
+        return 2;
+      }
+      rests.push_back(rest * 1);
+    }
+    Integer count = 0;
+    for (std::size_t i = 0; i < pairs.size(); ++i) {
+      for (int of_pair = 0; of_pair <= (pairs[i].pair ? 1 : 0); ++of_pair, ++count) {
+        w[count] = of_pair == 0 ? pairs[i].value : conjugate(pairs[i].value);
+        resid[count] = rests[i];
+        const OneBasedVector<Complex> x(pairs[i].vector.data(), 1);
+        if (z != nullptr) {
+          const OneBasedVector<Complex> column(z + std::ptrdiff_t(count) * given.ldz, 1);
+          copy(n, x, column);
+          if (of_pair != 0) {
+            conjugate_vector(n, column);
+          }
+        }
+      }
+    }
+    *m = count;
+    *nprod = products;
+    return space.end == KrylovEnd::converged ? 0 : 1;
+  }
+
+  /// The eigenpairs of A that those of the form stand for; vectors of length 1.
+  std::vector<Eigenpair> expanded(KrylovSpace<T>& space) const {
+    const Integer n = given.n;
+    const WorkingDigits more(guarded_digits(n));
+    const QuarnFloat smallest = std::max(epsilon() * space.norm, smallest_number());
+    std::vector<Eigenpair> pairs = pairs_of_form(space.size, space.s.view(), smallest);
+    OwnMatrix<Complex> v(n, space.size);
+    for (Integer j = 1; j <= space.size; ++j) {
+      for (Integer i = 1; i <= n; ++i) {
+        v.view()(i, j) = Complex(space.v.view()(i, j));
+      }
+    }
+    for (Eigenpair& each : pairs) {
+      std::vector<Complex> x(static_cast<std::size_t>(n));
+      const OneBasedVector<Complex> view(x.data(), 1);
+      exact::multiply_matrix_vector<Complex>(Op::none, n, space.size, Complex(1.0), v.view(), {each.vector.data(), 1},
+                                             Complex(), view);
+      scale(n, 1 / sqrt(sum_of_squares(n, view)), view);
+      each.vector = std::move(x);
+      if (given.sigma != nullptr) {
+        each.value = Complex(*given.sigma) + quotient(Complex(1.0), each.value);
+      }
+    }
+    return pairs;
+  }
+
+  /// y := A x; how many products it took.
+  Integer multiply(const std::vector<Complex>& x, std::vector<Complex>& y) const {
+    if constexpr (std::is_same_v<T, Complex>) {
+      given.product(given.context, kProduct, x.data(), y.data());
+      return 1;
+    } else {
+      std::vector<QuarnFloat> part(x.size());
+      std::vector<QuarnFloat> image(x.size());
+      for (const auto member : {&Complex::re, &Complex::im}) {
+        std::transform(x.begin(), x.end(), part.begin(), [member](const Complex& each) { return each.*member; });
+        given.product(given.context, kProduct, part.data(), image.data());
+        for (std::size_t i = 0; i < y.size(); ++i) {
+          y[i].*member = std::move(image[i]);
+        }
+      }
+      return 2;
+    }
+  }
+};
+
+}  // namespace
+}  // namespace tesk
+
+extern "C" {
+
+void QuarnMPX_deigs_(const char* which, Integer n, Integer k, const QuarnFloat* sigma, QuarnRealOperator product,
+                     void* context, Integer ncv, QuarnFloat tol, Integer most, const QuarnFloat* v0, Complex* w,
+                     Complex* z, Integer ldz, QuarnFloat* resid, Integer* m, Integer* nprod, Integer* info,
+                     int /*which_length*/) {
+  *info =
+      tesk::GeneralCall<QuarnFloat>{
+          {which, n, k, sigma, product, context, ncv, std::move(tol), most, v0, ldz}, w, z, resid, m, nprod}
+          .find();
+}
+
+void QuarnMPX_zeigs_(const char* which, Integer n, Integer k, const Complex* sigma, QuarnComplexOperator product,
+                     void* context, Integer ncv, QuarnFloat tol, Integer most, const Complex* v0, Complex* w,
+                     Complex* z, Integer ldz, QuarnFloat* resid, Integer* m, Integer* nprod, Integer* info,
+                     int /*which_length*/) {
+  *info =
+      tesk::GeneralCall<Complex>{
+          {which, n, k, sigma, product, context, ncv, std::move(tol), most, v0, ldz}, w, z, resid, m, nprod}
+          .find();
+}
+}
