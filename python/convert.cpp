@@ -118,8 +118,14 @@ Real to_real(py::handle number) {
   }
   if (PyFloat_Check(number.ptr()) != 0) {
     throw py::type_error(
-        "a float is a binary number: write '0.1' or Decimal('0.1') for what you mean, Decimal(x) for "
-        "exactly the float x");
+        "a float is a binary number: write '0.1' or Decimal('0.1') for what you mean, tesk2mp.exact(x) for exactly the "
+        "float x, or an array of them");
+  }
+  if (PyComplex_Check(number.ptr()) != 0) {
+    throw py::type_error(
+        "a number is needed, not complex, which is two binary ones: write Complex('0.1', 1) for what you mean, "
+        "tesk2mp.exact(z) for exactly the "
+        "complex z, or an array of them");
   }
   throw py::type_error("a number is a Decimal, an int, a Fraction or text, not " + type_name(number));
 }

@@ -198,6 +198,9 @@ py::list nested(std::span<const std::size_t> extents, std::span<const T> numbers
     if (extents.size() > 1) {
       elements.append(nested(extents.subspan(1), numbers, next));
     } else {
+      if (next % 1024 == 1023) {
+        check_signals();
+      }
       elements.append(from(numbers[next++]));
     }
   }

@@ -148,6 +148,7 @@ py::object of_two(const quarn::NamedFunction2& f, py::handle x, py::handle y) {
   std::vector<Complex> results(shape.size());
   outside([&] {
     for (std::size_t k = 0; k < results.size(); ++k) {
+      QuarnCheckInterrupt();
       results[k] = *quarn::evaluate(f, a[k], b[k]);
     }
   });
@@ -164,6 +165,7 @@ py::object of_each(const quarn::NamedFunction1& f, py::handle x) {
   std::vector<Complex> results(a.size());
   outside([&] {
     for (std::size_t k = 0; k < results.size(); ++k) {
+      QuarnCheckInterrupt();
       results[k] = *quarn::evaluate(f, a[k]);
     }
   });

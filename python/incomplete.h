@@ -19,6 +19,15 @@ struct AnySparseCholesky : std::variant<tesk2mp::SparseCholesky<Real>, tesk2mp::
   using variant::variant;
 };
 
+/// The matrix as a complex one.
+inline tesk2mp::SparseMatrix<Complex> widened(const tesk2mp::SparseMatrix<Real>& matrix) {
+  tesk2mp::SparseMatrix<Complex> result(matrix.order(), matrix.storage());
+  for (std::size_t k = 0; k < matrix.entries(); ++k) {
+    result.add(matrix.row(k), matrix.column(k), Complex(matrix.value(k)));
+  }
+  return result;
+}
+
 /// While it lives, the matrix is read without the interpreter's lock; made and ended with it.
 class Reading {
  public:

@@ -28,10 +28,11 @@ class InterruptWatch {
 /// Runs the handlers of signals that have come, and raises what they raise.
 void check_signals();
 
-/// Does the work, which may be interrupted, and keeps the interpreter's lock.
+/// Does the work, which may be interrupted, and keeps the interpreter's lock. Other handlers of signals run before it.
 template <class Work>
 auto interruptible(const Work& work) {
   const InterruptWatch watch;
+  check_signals();  // one that came before the watch
   try {
     return work();
   } catch (const QuarnInterrupted&) {

@@ -1,34 +1,14 @@
-// Results with proven error bounds. The package's module `proven` gives them their form: what stands here returns
-// values and bounds side by side.
-#include "convert.h"
+// Solutions, spectra and zeros of polynomials with proven error bounds.
+#include "proven.h"
+
+#include "incomplete.h"
+#include "tesk2mp/proven_sparse.hpp"
 
 namespace python {
 namespace {
 
 namespace proven = tesk2mp::proven;
 
-/// The numbers with all their digits: a proof is one for what is given.
-Array exact(py::handle numbers) {
-  constexpr int kAnyNumberOfDigits = 100'000;
-  const tesk2mp::Digits scope(std::max(kAnyNumberOfDigits, QuarnDigits()));
-  return Array(numbers);
-}
-
-/// (values, errors)
-template <class T>
-py::object both(const proven::BoundedMatrix<T>& a) {
-  return py::make_tuple(from(a.values(), py::none()), from(a.errors(), py::none()));
-}
-template <class T>
-py::object both(const std::vector<proven::Bounded<T>>& x) {
-  py::list values;
-  py::list errors;
-  for (const proven::Bounded<T>& element : x) {
-    values.append(from(element.value));
-    errors.append(from(element.error.value()));
-  }
-  return py::make_tuple(values, errors);
-}
 /// (value, error, count, is it real) of each.
 py::object roots(const std::vector<proven::BoundedRoot>& found) {
   py::list result;
@@ -44,7 +24,7 @@ auto with_data(const Array& a, py::handle errors, const Work& work) {
   if (errors.is_none()) {
     return work(a.matrix<T>());
   }
-  return work(proven::BoundedMatrix<T>(a.matrix<T>(), exact(errors).matrix<Real>()));
+  return work(bounded_matrix(a.matrix<T>(), errors));
 }
 
 /// Calls work(a, b).
@@ -62,11 +42,7 @@ py::object pencil(py::handle a, py::handle a_errors, py::handle b, py::handle b_
     if (a_errors.is_none() && b_errors.is_none()) {
       return work(first, second);
     }
-    const auto bounded = [](const Matrix<T>& values, py::handle errors) {
-      return proven::BoundedMatrix<T>(
-          values, errors.is_none() ? Matrix<Real>(values.rows(), values.columns()) : exact(errors).matrix<Real>());
-    };
-    return work(bounded(first, a_errors), bounded(second, b_errors));
+    return work(bounded_matrix(first, a_errors), bounded_matrix(second, b_errors));
   });
 }
 
@@ -80,100 +56,40 @@ py::object spectrum(py::handle a, py::handle errors, const Work& work) {
       given);
 }
 
-template <class T>
-std::vector<proven::Bounded<T>> bounded(const Array& values, py::handle errors) {
-  const std::vector<T> numbers = values.vector<T>();
-  const std::vector<Real> bounds = exact(errors).vector<Real>();
-  tesk2mp::detail::require(bounds.size() == numbers.size(), "PROVEN", 2, "a bound for each number is needed");
-  std::vector<proven::Bounded<T>> result;
-  for (std::size_t k = 0; k < numbers.size(); ++k) {
-    result.push_back({numbers[k], QuarnBound(bounds[k])});
-  }
-  return result;
-}
-
-template <class T>
-proven::Bounded<T> operated(const std::string& sign, const proven::Bounded<T>& x, const proven::Bounded<T>& y) {
-  return sign == "+" ? x + y : sign == "-" ? x - y : sign == "*" ? x * y : sign == "/" ? x / y : proven::pow(x, y);
-}
-
-template <class T>
-proven::Bounded<T> value_of(const proven::NamedFunction& function, const proven::Bounded<T>& x) {
-  if constexpr (std::is_same_v<T, Real>) {
-    return function.real(x);
-  } else {
-    tesk2mp::detail::require(function.complex != nullptr, "PROVEN", 2, "this function takes real numbers");
-    return function.complex(x);
-  }
-}
-
-/// Arithmetic, functions, products and transforms of bounded numbers, values and bounds side by side.
-void add_bounded_functions(py::module_& module) {
-  module.def("_proven_function", [](const std::string& name, py::handle x, py::handle errors) {
-    const proven::NamedFunction* function = proven::find_function(name);
-    tesk2mp::detail::require(function != nullptr, "PROVEN", 1, "no function has the name ", name);
-    const Array given = exact(x);
-    return with_scalar(
-        [&]<class T>(T) {
-          std::vector<proven::Bounded<T>> numbers = bounded<T>(given, errors);
-          for (proven::Bounded<T>& each : numbers) {
-            each = value_of(*function, each);
-          }
-          return both(numbers);
-        },
-        given);
-  });
-  module.def("_proven_operation",
-             [](const std::string& sign, py::handle x, py::handle x_errors, py::handle y, py::handle y_errors) {
-               const Array left = exact(x);
-               const Array right = exact(y);
-               return with_scalar(
-                   [&]<class T>(T) {
-                     std::vector<proven::Bounded<T>> numbers = bounded<T>(left, x_errors);
-                     const std::vector<proven::Bounded<T>> others = bounded<T>(right, y_errors);
-                     tesk2mp::detail::require(others.size() == numbers.size(), "PROVEN", 4,
-                                              "as many numbers are needed on both sides");
-                     for (std::size_t k = 0; k < numbers.size(); ++k) {
-                       numbers[k] = operated(sign, numbers[k], others[k]);
-                     }
-                     return both(numbers);
-                   },
-                   left, right);
-             });
-  module.def("_proven_dot", [](py::handle x, py::handle x_errors, py::handle y, py::handle y_errors) {
-    const Array left = exact(x);
-    const Array right = exact(y);
-    return with_scalar(
-        [&]<class T>(T) {
-          return both(std::vector{proven::dot(bounded<T>(left, x_errors), bounded<T>(right, y_errors))});
-        },
-        left, right);
-  });
-  module.def("_proven_norm", [](py::handle x, py::handle errors) {
-    const Array given = exact(x);
-    return with_scalar([&]<class T>(T) { return both(std::vector{proven::norm(bounded<T>(given, errors))}); }, given);
-  });
-  module.def("_proven_transform", [](py::handle x, py::handle errors, bool backward) {
-    const auto direction = backward ? tesk2mp::Direction::backward : tesk2mp::Direction::forward;
-    return both(proven::transform(bounded<Complex>(exact(x), errors), direction));
-  });
-}
-
 }  // namespace
 
+Array exact(py::handle numbers) {
+  constexpr int kAnyNumberOfDigits = 100'000;
+  const tesk2mp::Digits scope(std::max(kAnyNumberOfDigits, QuarnDigits()));
+  return Array(numbers);
+}
+
 void add_proven(py::module_& module) {
-  add_bounded_functions(module);
-  module.def("_proven_solve", [](py::handle a, py::handle errors, py::handle b) {
+  add_bounded(module);
+  module.def("_proven_solve", [](py::handle a, py::handle errors, py::handle b, py::handle b_errors) {
     const Array given = exact(a);
     const Array right = exact(b);
     return with_scalar(
         [&]<class T>(T) -> py::object {
-          const Matrix<T> columns = right.matrix<T>();
           return with_data<T>(given, errors, [&](const auto& matrix) {
-            return both(outside([&] { return proven::solve(matrix, columns); }));
+            return with_data<T>(right, b_errors, [&](const auto& columns) {
+              return both(outside([&] { return proven::solve(matrix, columns); }));
+            });
           });
         },
         given, right);
+  });
+  module.def("_proven_sparse_solve", [](const AnySparse& a, py::handle b) {
+    const Array right = exact(b);
+    const Reading reading(a);
+    const auto solved = [&]<class T>(const tesk2mp::SparseMatrix<T>& matrix) {
+      const Matrix<T> columns = right.matrix<T>();
+      return both(outside([&] { return proven::solve(matrix, columns); }));
+    };
+    if (const auto* real = std::get_if<tesk2mp::SparseMatrix<Real>>(&a)) {
+      return right.is_complex() ? solved(widened(*real)) : solved(*real);
+    }
+    return solved(std::get<tesk2mp::SparseMatrix<Complex>>(a));
   });
   module.def("_proven_determinant", [](py::handle a, py::handle errors) {
     return spectrum(a, errors, [](const auto& matrix) -> py::object {
@@ -215,9 +131,20 @@ void add_proven(py::module_& module) {
       return both(outside([&] { return proven::symmetric_eigenvalues(first, second); }));
     });
   });
-  module.def("_proven_eigen", [](py::handle a, py::handle errors) {
-    return spectrum(a, errors, [](const auto& matrix) -> py::object {
+  module.def("_proven_eigen", [](py::handle a, py::handle errors, bool left) {
+    return spectrum(a, errors, [&](const auto& matrix) -> py::object {
       const auto system = outside([&] { return proven::eigen(matrix); });
+      const py::object vectors = both(system.vectors);
+      if (!left) {
+        return py::make_tuple(roots(system.values), vectors);
+      }
+      const auto others = outside([&] { return proven::left_eigenvectors(matrix, system.values); });
+      return py::make_tuple(roots(system.values), vectors, both(others));
+    });
+  });
+  module.def("_proven_eigen_pencil", [](py::handle a, py::handle a_errors, py::handle b, py::handle b_errors) {
+    return pencil(a, a_errors, b, b_errors, [](const auto& first, const auto& second) -> py::object {
+      const auto system = outside([&] { return proven::eigen(first, second); });
       return py::make_tuple(roots(system.values), both(system.vectors));
     });
   });

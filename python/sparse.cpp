@@ -191,7 +191,7 @@ py::tuple solved(const Operator& matrix, const GivenSystem& given) {
   if (solution.inconsistent && PyErr_WarnEx(PyExc_RuntimeWarning,
                                             "the residual is small beside |a| |x| alone, not beside |b|: a may be "
                                             "singular, and b not in its range",
-                                            1) != 0) {
+                                            3) != 0) {  // the caller of the function of Python
     throw py::error_already_set();
   }
   return py::make_tuple(from(solution.x, given.b), from(solution.residual, given.b),
@@ -247,11 +247,7 @@ py::tuple solve_iteratively(const py::object& a, const py::object& b, const py::
   if (!is_complex) {
     return solved_with(matrix, given);
   }
-  SparseMatrix<Complex> widened(matrix.order(), matrix.storage());
-  for (std::size_t k = 0; k < matrix.entries(); ++k) {
-    widened.add(matrix.row(k), matrix.column(k), Complex(matrix.value(k)));
-  }
-  return solved_with(widened, given);
+  return solved_with(widened(matrix), given);
 }
 
 AnySparse sparse_of(std::size_t order, py::handle entries, bool lower_triangle) {

@@ -166,15 +166,8 @@ Number function_value(const quarn::NamedFunction2& f, const Number& z, const Num
     const BoundedReal result = proven::detail::once_rounded(f.apply(x.value, y.value), QuarnBound());
     return as_number(is_exact_result(name, x.value, y.value, result.value) ? proven::exact(result.value) : result);
   }
-  using OfTwo = BoundedReal (*)(const BoundedReal&, const BoundedReal&);
-  static constexpr std::pair<std::string_view, OfTwo> kProven[] = {
-      {"atan2", proven::atan2},         {"hypot", proven::hypot}, {"fmod", proven::fmod},
-      {"remainder", proven::remainder}, {"fdim", proven::fdim},   {"fmin", proven::fmin},
-      {"fmax", proven::fmax},           {"beta", proven::beta},   {"binomial", proven::binomial}};
-  for (const auto& [each, apply] : kProven) {
-    if (name == each) {
-      return as_number(apply(x, y));
-    }
+  if (const proven::NamedFunction2* const bounded = proven::find_function_of_two(name)) {
+    return as_number(bounded->real(x, y));
   }
   evaluation.unproven = f.name;
   return as_number(proven::exact(f.apply(x.value, y.value)));

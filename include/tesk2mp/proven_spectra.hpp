@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "quarn/rounding.h"
 #include "tesk2mp/eigenproblems.hpp"
 #include "tesk2mp/generalised.hpp"
 #include "tesk2mp/polynomials.hpp"
@@ -226,6 +227,72 @@ std::vector<BoundedRoot> eigenvalues(const A& a) {
 template <DataSource A>
 EigenBounds eigen(const A& a) {
   return detail::general_eigen(true, a);
+}
+
+namespace detail {
+
+template <class T>
+T conjugate_of(const T& x) {
+  if constexpr (tesk2mp::detail::kIsComplex<T>) {
+    return quarn::conj(x);
+  } else {
+    return x;
+  }
+}
+template <MatrixSource A>
+Matrix<Element<A>> adjoint(const A& a) {
+  const MatrixView<const Element<A>> view(a);
+  Matrix<Element<A>> result(view.columns(), view.rows());
+  for (std::size_t j = 0; j < view.columns(); ++j) {
+    for (std::size_t i = 0; i < view.rows(); ++i) {
+      result(j, i) = conjugate_of(view(i, j));
+    }
+  }
+  return result;
+}
+template <class T>
+BoundedMatrix<T> adjoint(const BoundedMatrix<T>& a) {
+  return {adjoint(a.values()), adjoint(a.errors())};
+}
+
+/// May discs have a common point, the second one mirrored in the real axis?
+inline bool may_meet(const BoundedRoot& root, const BoundedRoot& mirrored) {
+  const QuarnBound reach = root.error + mirrored.error;
+  const auto may_be_near = [&reach](const Real& x, const Real& y) {
+    const Real distance = quarn::subtract(x, y, quarn::Rounding::down);
+    return !reach.is_finite() || !(distance > reach.value() || -distance > reach.value());
+  };
+  return may_be_near(root.value.re, mirrored.value.re) && may_be_near(root.value.im, -mirrored.value.im);
+}
+
+}  // namespace detail
+
+/// Left eigenvectors y of norm 1, y^H A = lambda y^H, of the eigenvalues that eigen(a) has found, a column each, up to
+/// a factor of modulus 1: eigenvectors of A^H, each beside the one disc that meets the mirrored one of its own. Where
+/// several do, or roots share a disc, the bounds are infinite.
+template <DataSource A>
+BoundedMatrix<Complex> left_eigenvectors(const A& a, const std::vector<BoundedRoot>& values) {
+  const EigenBounds found = proven::eigen(detail::adjoint(a));
+  const std::size_t n = found.values.size();
+  tesk2mp::detail::require(values.size() == n, "PROVEN::LEFT_EIGENVECTORS", 2, values.size(), " eigenvalues of ", n);
+  Matrix<Complex> vectors(n, n);
+  Matrix<Real> errors(n, n);
+  for (std::size_t j = 0; j < n; ++j) {
+    std::size_t partner = 0;
+    std::size_t partners = 0;
+    for (std::size_t k = 0; k < n; ++k) {
+      if (detail::may_meet(values[j], found.values[k])) {
+        partner = k;
+        ++partners;
+      }
+    }
+    for (std::size_t i = 0; i < n; ++i) {
+      const Bounded<Complex> element = found.vectors(i, partner);
+      vectors(i, j) = element.value;
+      errors(i, j) = partners == 1 && values[j].count == 1 ? element.error.value() : QuarnBound::infinity().value();
+    }
+  }
+  return {std::move(vectors), std::move(errors)};
 }
 
 /// The same of A x = lambda B x. Where the working digits do not prove that B is regular the bounds are infinite.

@@ -1,4 +1,5 @@
-// The functions of one bounded number by name, for evaluators and bindings: the names of quarn/function_table.h.
+// The functions of one and of two bounded numbers by name, for evaluators and bindings: the names of
+// quarn/function_table.h.
 #pragma once
 
 #include <algorithm>
@@ -62,11 +63,35 @@ inline std::span<const NamedFunction> functions() noexcept {
   return kTable;
 }
 
+/// A function of two bounded numbers.
+struct NamedFunction2 {
+  std::string_view name;
+  Bounded<Real> (*real)(const Bounded<Real>&, const Bounded<Real>&);
+  Bounded<Complex> (*complex)(const Bounded<Complex>&, const Bounded<Complex>&) = nullptr;
+};
+
+inline std::span<const NamedFunction2> functions_of_two() noexcept {
+  static constexpr NamedFunction2 kTable[] = {
+      {"fmod", fmod}, {"pow", pow, pow}, {"atan2", atan2}, {"hypot", hypot}, {"remainder", remainder},
+      {"fmin", fmin}, {"fmax", fmax},    {"fdim", fdim},   {"beta", beta},   {"binomial", binomial},
+  };
+  return kTable;
+}
+
+namespace detail {
+template <class Named>
+const Named* find_named(std::span<const Named> all, std::string_view name) noexcept {
+  const auto found = std::find_if(all.begin(), all.end(), [&](const Named& each) { return each.name == name; });
+  return found == all.end() ? nullptr : &*found;
+}
+}  // namespace detail
+
 /// Null when there is none of that name.
 inline const NamedFunction* find_function(std::string_view name) noexcept {
-  const auto all = functions();
-  const auto found = std::find_if(all.begin(), all.end(), [&](const NamedFunction& each) { return each.name == name; });
-  return found == all.end() ? nullptr : &*found;
+  return detail::find_named(functions(), name);
+}
+inline const NamedFunction2* find_function_of_two(std::string_view name) noexcept {
+  return detail::find_named(functions_of_two(), name);
 }
 
 }  // namespace tesk2mp::proven

@@ -2,10 +2,13 @@
 
 import html
 import inspect
+import numbers
+import re
 from collections.abc import Callable, Iterable
 from typing import Any
 
 from . import _core, _truth
+from ._errors import InvalidArgument, refusal
 from ._routines import signature_of
 
 _MOST_ROWS = 20
@@ -69,6 +72,21 @@ for _kind, _show, _html in (
     _kind.__repr__ = _show
     _kind._repr_html_ = _html
 setattr(_core.Random, "__repr__", _show_random)
+# As Decimal is one: a number that does not mix with floats.
+numbers.Number.register(_core.Real)
+numbers.Number.register(_core.Complex)
+
+
+def _format_complex(self: Any, spec: str) -> str:
+    """Both parts by the format of real numbers, in the width and alignment of the whole."""
+    parts = re.fullmatch(r"((?:.?[<>^])?)([ +-]?)(\d*)((?:[,_]?)(?:\.\d+)?(?:[eEfFgGn]?))", spec)
+    if parts is None:
+        raise refusal(InvalidArgument, f"a format of complex numbers, such as '.3f' or '>30.4e', not {spec!r}")
+    alignment, sign, width, rest = parts.groups()
+    return format(f"{self.real:{sign}{rest}}{self.imag:+{rest}}j", f"{alignment or '>'}{width}")
+
+
+setattr(_core.Complex, "__format__", _format_complex)
 
 
 def _unproven(method: Callable[..., Any], kind: type) -> Callable[..., Any]:

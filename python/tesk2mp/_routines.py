@@ -8,6 +8,7 @@ from typing import Any
 
 from . import _progress, _truth
 from ._context import at
+from ._errors import InvalidType, refusal
 
 # Those that may take long say how far they are on request; for the others there is `with progress(report)`.
 _LONG = {
@@ -31,12 +32,33 @@ def signature_of(heading: str, keywords: list[str]) -> inspect.Signature:
     return inspect.Signature(parameters)
 
 
+def _explained(core: Callable[..., Any], signature: inspect.Signature) -> Callable[..., Any]:
+    """The function, which says of arguments that it does not take what a function of Python says."""
+
+    def call(*arguments: Any, **named: Any) -> Any:
+        try:
+            return core(*arguments, **named)
+        except TypeError as error:
+            if type(error) is not TypeError or "incompatible function arguments" not in str(error):
+                raise
+            try:
+                signature.bind(*arguments, **named)
+                reason = f"arguments of other types than in {core.__name__}{signature}"
+            except TypeError as refused:
+                reason = f"{core.__name__}(): {refused}"
+            raise refusal(InvalidType, reason) from None
+
+    call.__name__, call.__doc__ = core.__name__, core.__doc__
+    return call
+
+
 def routine(core: Callable[..., Any]) -> Callable[..., Any]:
     """The function of Python around one of the extension."""
     heading = " ".join((core.__doc__ or "").partition("\n\n")[0].split())
     keywords = ["digits", "progress"] if core.__name__ in _LONG else ["digits"]
     signature = signature_of(heading, keywords)
     iterates = "monitor" in signature.parameters
+    core = _explained(core, signature_of(heading, []))
 
     def in_scopes(digits: int | None, report: Any, arguments: Any, named: dict[str, Any]) -> Any:
         with at(digits):

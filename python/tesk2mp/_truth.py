@@ -2,15 +2,14 @@
 
 import contextvars
 import decimal
-import math
-from collections.abc import Callable, Iterator
+from collections.abc import Callable
 from fractions import Fraction
 from typing import Any
 
 from . import _core, _progress, proven
+from ._bounded import Bounded, evaluated, is_number, numbers_in
 from ._context import _Scope, digits
 from ._errors import Error, InvalidArgument, InvalidType, NumericalFailure, refusal
-from ._exact import has_end
 
 _wanted: contextvars.ContextVar["true_digits | None"] = contextvars.ContextVar("true_digits", default=None)
 # In the proof of a call: how many digits of it are wanted.
@@ -40,15 +39,21 @@ class true_digits(_Scope):  # pylint: disable=invalid-name
     is a NumericalFailure. They are rounded to `count` digits; a number of which not even the sign is known, so far below the
     largest one of the result, is 0. This is for solve, inverse, determinant, least_squares and minimum_norm of full column
     rank, matrix_rank, eigenvalues and symmetric_eigenvalues, of pencils too, eigen, symmetric_eigen, singular_values,
-    polynomial_zeros, and for what the modules call of these (linalg.solve, inv, det, lstsq, eig, eigvals, eigh, eigvalsh,
+    polynomial_zeros, multiply, dot, norm, sparse.linalg.spsolve, and for what the modules call of these (linalg.solve, inv, det, lstsq, eig, eigvals, eigh, eigvalsh,
     svdvals, matrix_rank). Eigenvectors have norm 1 and are known up to a factor of modulus 1, those of multiple eigenvalues not
     at all: a NumericalFailure. Functions of numbers and convolve are correctly rounded anyway, and take decimal numbers
-    of `count` digits at most; other routines are an InvalidArgument. Matrices are taken with all their digits, a Fraction
-    exactly.
+    of `count` digits at most; other routines are an InvalidArgument.
+
+    Matrices and vectors are taken with all their digits, a Fraction exactly. A function without arguments, or the name of a
+    matrix of gallery() with its order, stands for what it gives with any number of digits: it is called anew at each
+    precision, and its numbers, but for int and Fraction, count as right to the working digits.
 
     >>> with true_digits(30):
     ...     symmetric_eigenvalues([[1, 1], [1, 0]])
     [Decimal('-0.618033988749894848204586834366'), Decimal('1.61803398874989484820458683437')]
+    >>> with true_digits(20):
+    ...     determinant("hilbert(20)"), determinant(lambda: [[sqrt(2), 1], [1, sqrt(3)]])
+    (Decimal('4.2061789566247226559E-226'), Decimal('1.4494897427831780982'))
     """
 
     def __init__(self, count: int, most: int = 100000) -> None:
@@ -78,21 +83,9 @@ class true_digits(_Scope):  # pylint: disable=invalid-name
         inner.__exit__(None, None, None)
 
 
-def _numbers(argument: Any) -> Iterator[Any]:
-    if hasattr(argument, "__iter__") and not isinstance(argument, str):
-        for each in argument:
-            yield from _numbers(each)
-    elif isinstance(argument, _core.Complex):
-        yield from (argument.real, argument.imag)
-    else:
-        yield argument
-
-
 def _lists(argument: Any) -> Any:
     """Sequences and generators as lists, which can be gone through again."""
-    if hasattr(argument, "__iter__") and not isinstance(argument, str):
-        return [_lists(each) for each in argument]
-    return argument
+    return argument if is_number(argument) else [_lists(each) for each in argument]
 
 
 def _length(number: Any) -> int:
@@ -124,64 +117,24 @@ def _plain(result: Any, count: int) -> Any:
     return result
 
 
-def _quotient(name: str, number: Any) -> Fraction:
-    """Exactly the number, one without a far exponent."""
-    if isinstance(number, (int, Fraction)):
-        return Fraction(number)
-    try:
-        value = decimal.Decimal(str(number))
-    except decimal.InvalidOperation:
-        value = decimal.Decimal("NaN")
-    if not value.is_finite() or abs(value.adjusted()) > 10000:
-        raise refusal(InvalidArgument, f"{name} in a block of true_digits() takes no {number} beside quotients")
-    return Fraction(value)
-
-
-def _whole(name: str, *groups: Any) -> tuple[Any, ...]:
-    """The groups, all of them times one number if that is needed to make quotients without an end whole: the solutions,
-    zeros or eigenvalues stay the same."""
-    given = [each for group in groups for each in _numbers(group)]
-    if all(not isinstance(each, Fraction) or has_end(each.denominator) for each in given):
-        return groups
-    factor = math.lcm(*(_quotient(name, each).denominator for each in given))
-
-    def times(argument: Any) -> Any:
-        if isinstance(argument, list):
-            return [times(each) for each in argument]
-        if isinstance(argument, _core.Complex):
-            raise refusal(InvalidArgument, f"{name} in a block of true_digits() takes no Complex beside quotients")
-        return int(_quotient(name, argument) * factor)
-
-    return tuple(times(group) for group in groups)
-
-
 def _conjugate(z: Any) -> Any:
+    if isinstance(z, Bounded):
+        return z._replace(value=_conjugate(z.value))
     return z.conjugate() if isinstance(z, _core.Complex) else z
 
 
-def _solve(a: Any, b: Any) -> Any:
-    # Bounds hold for quotients in a, but not for those in b.
-    if any(isinstance(each, Fraction) and not has_end(each.denominator) for each in _numbers(b)):
-        a, b = _whole("solve", a, b)
-    return proven.solve(a, b)
+def _multiply(a: Any, b: Any) -> Any:
+    return proven.multiply(a, b)
 
 
-def _least_squares(a: Any, b: Any) -> Any:
-    return proven.least_squares(*_whole("least_squares", a, b))
+def _dot(x: Any, y: Any, conjugate: bool = False) -> Any:
+    return proven.dot([_conjugate(each) for each in evaluated(x)] if conjugate else x, y)
 
 
 def _minimum_norm(a: Any, b: Any, tolerance: Any = None) -> Any:
     if tolerance is not None:
         raise refusal(InvalidArgument, "in a block of true_digits() a rank is exact: it takes no tolerance")
-    return _least_squares(a, b)
-
-
-def _zeros(a: Any) -> Any:
-    return proven.zeros(*_whole("polynomial_zeros", a))
-
-
-def _eigenvalues(a: Any, b: Any = None) -> Any:
-    return proven.eigenvalues(a) if b is None else proven.eigenvalues(*_whole("eigenvalues", a, b))
+    return proven.least_squares(a, b)
 
 
 def _check_apart(vectors: Any) -> None:
@@ -191,31 +144,10 @@ def _check_apart(vectors: Any) -> None:
         raise refusal(NumericalFailure, f"{_core.get_digits()} digits do not tell eigenvalues apart that eigenvectors are asked of")
 
 
-def _partner(root: proven.Root, others: list[proven.Root]) -> int | None:
-    """The one of others, discs of conjugate numbers, that meets the disc of the root, if it is one alone."""
-    with decimal.localcontext() as context:
-        context.prec = _core.get_digits() + 5
-        meets = []
-        for k, other in enumerate(others):
-            differences = [abs(one - two) for (one, _), (two, _) in zip(root.parts(), proven.Root.parts(_mirrored(other)))]
-            if max(differences) <= root.error + other.error:
-                meets.append(k)
-    return meets[0] if len(meets) == 1 else None
-
-
-def _mirrored(root: proven.Root) -> proven.Root:
-    return root._replace(value=_conjugate(root.value))
-
-
 def _eigen(a: Any, b: Any = None) -> Any:
-    """Left eigenvectors are right ones of the conjugate transpose."""
     if b is not None:
         raise refusal(InvalidArgument, "in a block of true_digits() pencils have eigenvalues, but no eigenvectors")
-    values, right = proven.eigen(a)
-    others, left = proven.eigen([[_conjugate(row[j]) for row in a] for j in range(len(a))])
-    order = [_partner(value, others) for value in values]
-    unknown = decimal.Decimal("Infinity")
-    left = [[row[0]._replace(error=unknown) if k is None else row[k] for k in order] for row in left]
+    values, right, left = proven.eigen(a, left=True)
     for vectors in (right, left):
         if vectors:
             _check_apart(vectors)
@@ -234,7 +166,7 @@ def _symmetric(proof: Callable[..., Any], pencils: bool) -> Callable[..., Any]:
             raise refusal(InvalidArgument, "in a block of true_digits() all eigenvalues of problem 1 are found")
         if b is not None and not pencils:
             raise refusal(InvalidArgument, "in a block of true_digits() pencils have eigenvalues, but no eigenvectors")
-        given = [a] if b is None else [a, b]
+        given = [evaluated(each) for each in ([a] if b is None else [a, b])]
         for each in given:
             if any(not isinstance(row, list) or len(row) != len(each) for row in each):
                 raise refusal(InvalidArgument, "a square matrix is needed")
@@ -243,7 +175,7 @@ def _symmetric(proof: Callable[..., Any], pencils: bool) -> Callable[..., Any]:
                 [[_conjugate(each[j][i]) for j in range(i + 1)] + [0] * (len(each) - i - 1) for i in range(len(each))]
                 for each in given
             ]
-        result = proof(*given) if b is None else proof(*_whole("symmetric_eigenvalues", *given))
+        result = proof(*given)
         if not pencils and result[1]:
             _check_apart(result[1])
         return result
@@ -252,17 +184,20 @@ def _symmetric(proof: Callable[..., Any], pencils: bool) -> Callable[..., Any]:
 
 
 _PROOFS: dict[str, Callable[..., Any]] = {
-    "solve": _solve,
+    "solve": proven.solve,
     "inverse": proven.inverse,
     "determinant": proven.determinant,
-    "least_squares": _least_squares,
+    "least_squares": proven.least_squares,
     "minimum_norm": _minimum_norm,
-    "eigenvalues": _eigenvalues,
+    "eigenvalues": proven.eigenvalues,
     "eigen": _eigen,
     "symmetric_eigen": _symmetric(proven.symmetric_eigen, False),
     "symmetric_eigenvalues": _symmetric(proven.symmetric_eigenvalues, True),
     "singular_values": proven.singular_values,
-    "polynomial_zeros": _zeros,
+    "polynomial_zeros": proven.zeros,
+    "multiply": _multiply,
+    "dot": _dot,
+    "norm": proven.norm,
 }
 
 
@@ -276,7 +211,7 @@ def no_proof(name: str) -> Error:
 def _matrix_rank(a: Any, tolerance: Any = None) -> int:
     if tolerance is not None:
         raise refusal(InvalidArgument, "in a block of true_digits() a rank is exact: it takes no tolerance")
-    found = proven.rank(*_whole("matrix_rank", a))
+    found = proven.rank(a)
     if found is None:
         raise refusal(NumericalFailure, "the exact rank would take too long")
     return found
@@ -300,6 +235,36 @@ def _with_bounds(roots: list[proven.Root], count: int) -> list[tuple[Any, decima
     return sorted(pairs, key=modulus, reverse=True)
 
 
+def _proved(proof: Callable[[], Any], *data: Any) -> Any:
+    """What the proof gives with as many working digits as the block needs."""
+    scope = _wanted.get()
+    assert scope is not None
+    working = max((_length(each) for each in numbers_in(data)), default=1)
+
+    def problem() -> Any:
+        # No number is rounded on its way in.
+        with digits(max(working, _core.get_digits())):
+            return proof()
+
+    former = _wanted.set(None)
+    count_before = _wanted_digits.set(scope.count)
+    try:
+        with digits(scope.count):
+            return proven.to_digits(scope.count, problem, scope.most)
+    finally:
+        _wanted_digits.reset(count_before)
+        _wanted.reset(former)
+
+
+def proved(proof: Callable[[], Any]) -> Any:
+    """The numbers that the proof gives, rounded to the digits of the block."""
+    scope = _wanted.get()
+    assert scope is not None
+    found = _proved(proof)
+    with digits(scope.count):
+        return _plain(found, scope.count)
+
+
 def call(core: Callable[..., Any], arguments: Any, named: dict[str, Any]) -> Any:
     """The call with proven digits, in a block that asks for them."""
     name = core.__name__
@@ -312,7 +277,7 @@ def call(core: Callable[..., Any], arguments: Any, named: dict[str, Any]) -> Any
     given = [each if hasattr(each, "__array__") else _lists(each) for each in arguments]
     options = {key: _lists(value) for key, value in named.items()}
     if name in _ROUNDED:
-        for each in _numbers([*given, *options.values()]):
+        for each in numbers_in([*given, *options.values()]):
             if isinstance(each, Fraction) or _length(each) > count:
                 raise refusal(
                     InvalidArgument, f"{name} in a block of true_digits({count}) takes numbers of {count} decimal digits at most"
@@ -321,26 +286,12 @@ def call(core: Callable[..., Any], arguments: Any, named: dict[str, Any]) -> Any
     given = [_lists(each) for each in given]
     if name == "matrix_rank":
         return _matrix_rank(*given, **options)
-    proof = _PROOFS[name]
-    working = max((_length(each) for each in _numbers([*given, *options.values()])), default=1)
-
-    def problem() -> Any:
-        # No number is rounded on its way in.
-        with digits(max(working, _core.get_digits())):
-            return proof(*given, **options)
-
-    former = _wanted.set(None)
-    count_before = _wanted_digits.set(count)
-    try:
-        with digits(count):
-            found = proven.to_digits(count, problem, scope.most)
-            result = _with_bounds(found, count) if name == "polynomial_zeros" else _plain(found, count)
-    finally:
-        _wanted_digits.reset(count_before)
-        _wanted.reset(former)
+    found = _proved(lambda: _PROOFS[name](*given, **options), *given, *options.values())
+    with digits(count):
+        result = _with_bounds(found, count) if name == "polynomial_zeros" else _plain(found, count)
     if hasattr(model, "__array__") and name != "polynomial_zeros":
         result = _as_array(result)
-    return (result, len(given[0][0])) if name == "minimum_norm" else result
+    return (result, len(result)) if name == "minimum_norm" else result
 
 
 def _as_array(result: Any) -> Any:

@@ -1,6 +1,6 @@
 """The types of arguments and results: what the stub of the package and the modules beside it are written in."""
 
-from collections.abc import Sequence
+from collections.abc import Callable, Sequence
 from decimal import Decimal
 from fractions import Fraction
 from typing import Any, Protocol, TypeAlias, Union
@@ -20,7 +20,8 @@ RealLike: TypeAlias = Real | Decimal | int | Fraction | str
 Number: TypeAlias = RealLike | Complex
 RealVector: TypeAlias = Sequence[RealLike] | Array
 Vector: TypeAlias = Sequence[Number] | Array
-Matrix: TypeAlias = Sequence[Vector] | Array
+# A function stands for the matrix that it gives with any number of digits, in a block of true_digits().
+Matrix: TypeAlias = Sequence[Vector] | Array | Callable[[], Any]
 Numbers: TypeAlias = list[Decimal] | list[Complex]
 Rows: TypeAlias = list[list[Decimal]] | list[list[Complex]]
 Nested: TypeAlias = Sequence[Union[Number, "Nested"]] | Array

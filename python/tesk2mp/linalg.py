@@ -41,10 +41,12 @@ from . import hessenberg as _hessenberg
 from . import logm as _logm
 from . import sqrtm as _sqrtm
 from ._context import at, plain
-from ._errors import InvalidArgument, InvalidType, refusal
+from ._errors import InvalidArgument, InvalidType, NumericalFailure, refusal
+from ._products import kron, matmul, matrix_power, multi_dot, outer, trace
 from ._types import Matrix, Numbers, RealLike, Rows, Vector
 
 __all__ = [
+    "LinAlgError",
     "cho_factor",
     "cho_solve",
     "cholesky",
@@ -58,13 +60,18 @@ __all__ = [
     "fractional_matrix_power",
     "hessenberg",
     "inv",
+    "kron",
     "logm",
     "lstsq",
     "lu_factor",
     "lu_solve",
+    "matmul",
+    "matrix_power",
     "matrix_rank",
+    "multi_dot",
     "norm",
     "null_space",
+    "outer",
     "pinv",
     "qr",
     "schur",
@@ -75,10 +82,13 @@ __all__ = [
     "sqrtm",
     "svd",
     "svdvals",
+    "trace",
 ]
 
 _OPERATIONS = {0: "none", 1: "transpose", 2: "conjugate_transpose", "N": "none", "T": "transpose", "C": "conjugate_transpose"}
 _NORMS = {None: "frobenius", "fro": "frobenius", 1: "one", float("inf"): "infinity"}
+# numpy's name for what is raised of singular matrices and where nothing converges.
+LinAlgError = NumericalFailure
 
 
 def solve(

@@ -14,13 +14,33 @@ All of these digits are true; tesk2mp.determinant(hilbert) at 20 digits is 8.88E
 
 import decimal
 from collections.abc import Callable, Iterator
-from fractions import Fraction
 from typing import Any, NamedTuple, TypeVar
 
-from . import _core
+from . import _bounded_functions, _core
+from ._bounded import (
+    Bounded,
+    _decimal,
+    _given,
+    _given_columns,
+    _known,
+    _matrix,
+    _Part,
+    _rows,
+    _text,
+    _vector,
+    bounded,
+    dot,
+    exact_data,
+    function,
+    multiply,
+    norm,
+    rounded,
+    sum,
+    transform,
+)
+from ._bounded_functions import *  # noqa: F403
 from ._context import digits as _at_digits
 from ._errors import InvalidArgument, InvalidType, NumericalFailure, refusal
-from ._exact import has_end
 
 __all__ = [
     "Bounded",
@@ -34,104 +54,26 @@ __all__ = [
     "inverse",
     "is_positive_definite",
     "least_squares",
+    "multiply",
     "norm",
     "rank",
+    "rounded",
     "singular_values",
     "solve",
+    "sum",
     "symmetric_eigen",
     "symmetric_eigenvalues",
     "to_digits",
     "transform",
     "true_digits",
+    "zero",
     "zeros",
 ]
+__all__ += _bounded_functions.__all__
 
-_Complex = _core.Complex
 _Result = TypeVar("_Result")
-_Part = tuple[decimal.Decimal, decimal.Decimal]
+_Complex = _core.Complex
 _MARGIN = 5
-
-
-def _decimal(number: Any) -> decimal.Decimal:
-    return number if isinstance(number, decimal.Decimal) else decimal.Decimal(str(number))
-
-
-def _known(part: decimal.Decimal, error: decimal.Decimal) -> int | None:
-    """How many digits are true: within 0.51 units of the last of them. None: all."""
-    if not error:
-        return None
-    if not error.is_finite() or not part.is_finite():
-        return 0
-    return max(0, (part.adjusted() if part else error.adjusted()) - error.adjusted() - 2)
-
-
-def _text(part: decimal.Decimal, error: decimal.Decimal, most: int | None) -> str:
-    known = _known(part, error)
-    if known == 0:
-        if not error.is_finite() or not part.is_finite():
-            return "?"
-        return f"0 (abs < 1E{(abs(part) + error).adjusted() + 1:+d})"
-    wanted = [each for each in (known, most) if each is not None]
-    if not wanted:
-        return str(part)
-    with decimal.localcontext() as context:
-        context.prec = min(wanted)
-        return str(+part)
-
-
-class Bounded(NamedTuple):
-    """A number and a bound: |value - exact| <= error. str() shows the digits that are true, of both parts of a Complex."""
-
-    value: Any
-    error: decimal.Decimal
-
-    def parts(self) -> list[_Part]:
-        """The real number, or real and imaginary part, each with its bound."""
-        if isinstance(self.value, _Complex):
-            return [(_decimal(self.value.real), self.error), (_decimal(self.value.imag), self.error)]
-        return [(_decimal(self.value), self.error)]
-
-    def text(self, most: int | None = None) -> str:
-        """The true digits, `most` at most; "0 (abs < 1E-40)" where the sign is not known, "?" where nothing is."""
-        return " ".join(_text(part, error, most) for part, error in self.parts())
-
-    def __str__(self) -> str:
-        return self.text()
-
-    # With another Bounded, or a number, which is exact; a Fraction without an end in decimal is rounded with a bound.
-
-    def __add__(self, other: Any) -> "Bounded":
-        return _operated("+", self, other)
-
-    def __radd__(self, other: Any) -> "Bounded":
-        return _operated("+", other, self)
-
-    def __sub__(self, other: Any) -> "Bounded":
-        return _operated("-", self, other)
-
-    def __rsub__(self, other: Any) -> "Bounded":
-        return _operated("-", other, self)
-
-    def __mul__(self, other: Any) -> "Bounded":
-        return _operated("*", self, other)
-
-    def __rmul__(self, other: Any) -> "Bounded":
-        return _operated("*", other, self)
-
-    def __truediv__(self, other: Any) -> "Bounded":
-        return _operated("/", self, other)
-
-    def __rtruediv__(self, other: Any) -> "Bounded":
-        return _operated("/", other, self)
-
-    def __pow__(self, other: Any) -> "Bounded":
-        return _operated("^", self, other)
-
-    def __rpow__(self, other: Any) -> "Bounded":
-        return _operated("^", other, self)
-
-    def __neg__(self) -> "Bounded":
-        return _operated("-", 0, self)
 
 
 class Root(NamedTuple):
@@ -221,116 +163,28 @@ def to_digits(k: int, problem: Callable[[], _Result], most: int = 100000) -> _Re
         working = min(most, wanted)
 
 
-def _rows(matrix: Any) -> list[list[Any]]:
-    try:
-        return [list(row) for row in matrix]
-    except TypeError as error:
-        raise refusal(InvalidType, "a matrix is a sequence of rows") from error
-
-
-def _given(matrix: Any) -> tuple[list[list[Any]], list[list[Any]] | None]:
-    """The elements, Fractions rounded to the working digits, and bounds of that; None where nothing is rounded."""
-    values = _rows(matrix)
-    if not any(isinstance(each, Fraction) and not has_end(each.denominator) for row in values for each in row):
-        return values, None
-    errors: list[list[Any]] = [[0 for _ in row] for row in values]
-    with decimal.localcontext() as context:
-        context.prec = _core.get_digits()
-        for row, bounds in zip(values, errors):
-            for j, each in enumerate(row):
-                if isinstance(each, Fraction) and not has_end(each.denominator):
-                    # Numerator, denominator and quotient are rounded.
-                    row[j] = decimal.Decimal(each.numerator) / decimal.Decimal(each.denominator)
-                    bounds[j] = decimal.Decimal((0, (1,), row[j].adjusted() - context.prec + 1))
-    return values, errors
-
-
-def _matrix(both: tuple[list[list[Any]], list[list[decimal.Decimal]]]) -> list[list[Bounded]]:
-    return [[Bounded(value, _decimal(error)) for value, error in zip(*rows)] for rows in zip(*both)]
-
-
-def _vector(both: tuple[list[Any], list[decimal.Decimal]]) -> list[Bounded]:
-    return [Bounded(value, _decimal(error)) for value, error in zip(*both)]
-
-
-def _exact_columns(b: Any) -> tuple[list[list[Any]], bool]:
-    """The right-hand sides as a matrix; and was it a vector?"""
-    rows = list(b) if hasattr(b, "__iter__") else [b]
-    is_vector = not rows or not hasattr(rows[0], "__iter__") or isinstance(rows[0], str)
-    return [[each] for each in rows] if is_vector else [list(row) for row in rows], is_vector
-
-
-def bounded(x: Any) -> Bounded:
-    """A number with its bound: 0, or that of the rounding of a Fraction that has no end in decimal.
-
-    >>> with _at_digits(30):
-    ...     (bounded(Fraction(1, 3)) * 3 - 1).text()
-    '0 (abs < 1E-29)'
-    """
-    if isinstance(x, Bounded):
-        return x
-    values, errors = _given([[x]])
-    return Bounded(values[0][0], decimal.Decimal(0) if errors is None else _decimal(errors[0][0]))
-
-
-def _operated(sign: str, x: Any, y: Any) -> Bounded:
-    left, right = bounded(x), bounded(y)
-    return _vector(_core._proven_operation(sign, [left.value], [left.error], [right.value], [right.error]))[0]
-
-
-def function(name: str, x: Any) -> Bounded:
-    """The function of that name, one of tesk2mp's functions of one number, of a number with a bound. Where a pole, the end of
-    the domain or a branch cut may be within the bounds the bound of the result is infinite.
-
-    >>> to_digits(30, lambda: function("exp", Fraction(1, 3))).text(30)
-    '1.39561242508608952862812531960'
-    """
-    given = bounded(x)
-    return _vector(_core._proven_function(name, [given.value], [given.error]))[0]
-
-
-def _parallel(x: Any) -> tuple[list[Any], list[decimal.Decimal]]:
-    numbers = [bounded(each) for each in x]
-    return [each.value for each in numbers], [each.error for each in numbers]
-
-
-def dot(x: Any, y: Any) -> Bounded:
-    """The sum of the products of x and y, rounded once.
-
-    >>> str(dot([1, 2], ["0.5", 3]))
-    '6.5'
-    """
-    return _vector(_core._proven_dot(*_parallel(x), *_parallel(y)))[0]
-
-
-def norm(x: Any) -> Bounded:
-    """The Euclidean norm of a vector.
-
-    >>> str(norm([3, 4]))
-    '5'
-    """
-    return _vector(_core._proven_norm(*_parallel(x)))[0]
-
-
-def transform(x: Any, backward: bool = False) -> list[Bounded]:
-    """The discrete Fourier transform of a vector, divided by the root of its length.
-
-    >>> transform([1, 1])[0].text(10)
-    '1.414213562 0 (abs < 1E-19)'
-    """
-    return _vector(_core._proven_transform(*_parallel(x), backward))
-
-
 def solve(a: Any, b: Any) -> Any:
     """The solution of a x = b, for a vector b or the columns of a matrix, as Bounded numbers; that a is regular is part of
-    the proof. The numbers of b are taken as exact.
+    the proof. Of a SparseMatrix, or a sparse matrix of scipy, by sparse factors, whose floats are taken exactly as they are.
 
     >>> [str(x) for x in solve([[4, 1], [2, 3]], ['0.1', 1])]
     ['-0.07', '0.38']
     """
-    values, errors = _given(a)
-    columns, is_vector = _exact_columns(b)
-    x = _matrix(_core._proven_solve(values, errors, columns))
+    if isinstance(a, _core.SparseMatrix) or hasattr(a, "tocoo"):
+        return _solve_sparse(a, b)
+    columns, is_vector = _given_columns(b)
+    x = _matrix(_core._proven_solve(*_given(a), *columns))
+    return [row[0] for row in x] if is_vector else x
+
+
+def _solve_sparse(a: Any, b: Any) -> Any:
+    from .sparse.linalg import as_sparse
+
+    matrix = as_sparse(a)
+    ((values, errors), is_vector) = _given_columns(b)
+    if errors is not None:
+        raise refusal(InvalidArgument, "the right-hand side of a sparse matrix is exact")
+    x = _matrix(_core._proven_sparse_solve(matrix, values))
     return [row[0] for row in x] if is_vector else x
 
 
@@ -354,7 +208,8 @@ def least_squares(a: Any, b: Any) -> Any:
     >>> least_squares([[1], [1], [1]], [1, 2, 4])[0].text(10)
     '2.333333333'
     """
-    columns, is_vector = _exact_columns(b)
+    a, b = exact_data("least_squares", a, b)
+    (columns, _), is_vector = _given_columns(b)
     x = _matrix(_core._proven_least_squares(_rows(a), columns))
     return [row[0] for row in x] if is_vector else x
 
@@ -376,7 +231,7 @@ def is_positive_definite(a: Any) -> bool | None:
     >>> is_positive_definite([[2, 1], [1, 2]]), is_positive_definite([[1, 2], [2, 1]])
     (True, False)
     """
-    answer = _core._proven_definite(_rows(a))
+    answer = _core._proven_definite(_rows(*exact_data("is_positive_definite", a)))
     return None if answer is None else bool(answer)
 
 
@@ -403,7 +258,7 @@ def symmetric_eigenvalues(a: Any, b: Any = None) -> list[Bounded]:
     """
     if b is None:
         return symmetric_eigen(a)[0]
-    return _vector(_core._proven_symmetric_pencil(_rows(a), _rows(b)))
+    return _vector(_core._proven_symmetric_pencil(*map(_rows, exact_data("symmetric_eigenvalues", a, b))))
 
 
 def singular_values(a: Any) -> list[Bounded]:
@@ -431,16 +286,25 @@ def eigenvalues(a: Any, b: Any = None) -> list[Root]:
     return _roots(_core._proven_eigenvalues(*_given(a)))
 
 
-def eigen(a: Any) -> tuple[list[Root], list[list[Bounded]]]:
-    """The eigenvalues of a square matrix, and eigenvectors of norm 1, a column each, up to a factor of modulus 1. Vectors of
-    eigenvalues that share a disc have infinite bounds.
+def eigen(a: Any, b: Any = None, left: bool = False) -> Any:
+    """The eigenvalues of a square matrix, and eigenvectors of norm 1, a column each, up to a factor of modulus 1; with b of
+    a x = lambda b x. Vectors of eigenvalues that share a disc have infinite bounds. left: the left eigenvectors y too, of
+    norm 1, y^H a = lambda y^H.
 
     >>> values, vectors = eigen([[2, 0], [0, 3]])
     >>> [value.text(10) for value in values], vectors[0][1].error < 1e-15
     (['2', '3'], True)
+    >>> values, right, left = eigen([[2, 1], [0, 3]], left=True)
+    >>> [abs(row[0].value) for row in right], [round(abs(row[0].value), 15) for row in left]
+    ([Decimal('1'), Decimal('0')], [Decimal('0.707106781186548'), Decimal('0.707106781186548')])
     """
-    values, vectors = _core._proven_eigen(*_given(a))
-    return _roots(values), _matrix(vectors)
+    if b is None:
+        values, *vectors = _core._proven_eigen(*_given(a), left)
+    elif left:
+        raise refusal(InvalidArgument, "pencils have no proven left eigenvectors")
+    else:
+        values, *vectors = _core._proven_eigen_pencil(*_given(a), *_given(b))
+    return _roots(values), *map(_matrix, vectors)
 
 
 def rank(a: Any) -> int | None:
@@ -449,7 +313,7 @@ def rank(a: Any) -> int | None:
     >>> rank([[1, 2], [2, 4]])
     1
     """
-    found = _core._proven_rank(_rows(a))
+    found = _core._proven_rank(_rows(*exact_data("rank", a)))
     return None if found is None else int(found)
 
 
@@ -459,4 +323,23 @@ def zeros(a: Any) -> list[Root]:
     >>> [(root.text(10), root.multiplicity) for root in zeros([1, -3, 3, -1])]
     [('1 0 (abs < 1E-19)', 3), ('1 0 (abs < 1E-19)', 3), ('1 0 (abs < 1E-19)', 3)]
     """
-    return _roots(_core._proven_zeros(list(a)))
+    return _roots(_core._proven_zeros(*exact_data("zeros", a)))
+
+
+def zero(f: Callable[[Bounded], Any], low: Any, high: Any) -> Bounded:
+    """A zero of a real f between low and high, where it has values of different signs: f takes a Bounded number and returns one,
+    made by operators and functions of this module but for steps (floor and the like). The bound is proven by a change of
+    sign, such an f being continuous where its bounds over the interval are finite; it is infinite where the working digits do not tell the signs. InvalidArgument unless
+    low < high, and where the signs are proven to be the same.
+
+    >>> to_digits(30, lambda: zero(lambda x: exp(x) - 3, 1, 2)).text(30)
+    '1.09861228866810969139524523692'
+    """
+
+    def call(value: Any, error: Any) -> tuple[Any, decimal.Decimal]:
+        y = bounded(f(Bounded(value, _decimal(error))))
+        return y.value, y.error
+
+    if not callable(f):
+        raise refusal(InvalidType, f"a function is needed, not {type(f).__name__}")
+    return _vector(_core._proven_zero(call, low, high))[0]

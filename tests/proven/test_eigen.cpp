@@ -48,6 +48,12 @@ std::size_t check_eigen(support::Random& random, int digits) {
   const support::Digits wide(9 * (4 * digits + 40) + 100);
   const auto reference = tesk2mp::eigen(a);
   check_roots(system.values, reference.values, Real(1, -4 * digits - 60));
+  // Of discs that meet no other one the left eigenvector is that of the value.
+  const auto left = [&] {
+    const support::Digits narrow(digits);
+    return proven::EigenBounds{system.values, proven::left_eigenvectors(a, system.values)};
+  }();
+  static_cast<void>(check_vectors(left, reference.values, reference.left));
   return check_vectors(system, reference.values, reference.right);
 }
 

@@ -91,21 +91,54 @@ class Modules(unittest.TestCase):
             tesk2mp.SparseLU(indefinite, [0, 0])
 
     def test_examples(self):
-        for module in (linalg, optimize, special, sparse.linalg):
+        for module in (linalg, tesk2mp._products, optimize, special, sparse.linalg):
             with self.subTest(module.__name__):
                 self.assertEqual(doctest.testmod(module).failed, 0)
                 for name in module.__all__:
-                    self.assertIn(">>>", getattr(module, name).__doc__, name)
+                    if name != "LinAlgError":
+                        self.assertIn(">>>", getattr(module, name).__doc__, name)
 
     def test_names_are_theirs(self):
         """Each name is one of numpy's or scipy's, and each function takes digits."""
         ours_alone = {"cholesky", "exp10", "exp2", "fgmres", "idrs", "next_fast_len"}
+        classes = {"LinearOperator", "LinAlgError"}
         for module, theirs in THEIRS.items():
             for name in getattr(module, "__all__", None) or [name for name in vars(module) if name[0] != "_"]:
                 with self.subTest(name):
-                    self.assertTrue(name in ours_alone or any(hasattr(each, name) for each in theirs))
-                    if name != "LinearOperator":
+                    self.assertTrue(name in ours_alone or any(hasattr(each, name) for each in (*theirs, numpy)))
+                    if name not in classes:
                         self.assertIn("digits", inspect.signature(getattr(module, name)).parameters)
+
+    def test_products(self):
+        for kind in (0, 1j):
+            a, b = (RANDOM.integers(-99, 99, shape) + kind * RANDOM.integers(-99, 99, shape) for shape in ((3, 4), (4, 2)))
+            x, y = exact(a), exact(b)
+            self.close(linalg.matmul(x, y), a @ b)
+            self.close(linalg.matmul(x, y[:, 0]), a @ b[:, 0])
+            self.close(linalg.matmul(x[:, 0], x), a[:, 0] @ a)
+            self.close(linalg.matmul(x[0], x[1]), a[0] @ a[1])
+            self.close(linalg.multi_dot([x[0], y, y.T, y[:, 0]]), numpy.linalg.multi_dot([a[0], b, b.T, b[:, 0]]))
+            self.close(linalg.kron(x, y), numpy.kron(a, b))
+            self.close(linalg.kron(x.tolist(), y.tolist()), numpy.kron(a, b))
+            self.close(linalg.outer(x[0], y[0]), numpy.outer(a[0], b[0]))
+            self.close(linalg.trace(x), numpy.trace(a))
+            for power in (0, 1, 5):
+                self.close(linalg.matrix_power(x[:3, :3], power, digits=40), numpy.linalg.matrix_power(a[:3, :3], power))
+        self.assertEqual(linalg.matmul(([each] for each in (1, 2)), [[3]]), [[3], [6]])
+        for wrong in (
+            lambda: linalg.matmul(2, [1]),
+            lambda: linalg.matmul([[1]], 2),
+            lambda: linalg.multi_dot([[1]]),
+            lambda: linalg.matrix_power([[2]], "0.5"),
+            lambda: linalg.matrix_power([[2]], True),
+            lambda: linalg.trace([[1, 2], [3]][::-1] + [[1]]),
+            lambda: linalg.trace([1, 2]),
+            lambda: linalg.matmul([[1, 2]], [[1, 2]]),
+        ):
+            with self.assertRaises(tesk2mp.Error):
+                wrong()
+        with self.assertRaises(linalg.LinAlgError):
+            linalg.inv([[1, 1], [1, 1]])
 
     def test_linalg(self):
         for kind in ("real", "complex"):

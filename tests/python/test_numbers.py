@@ -2,6 +2,7 @@
 
 import copy
 import decimal
+import numbers
 import os
 import pickle
 import random
@@ -12,6 +13,7 @@ from fractions import Fraction
 
 import numpy
 import tesk2mp
+from tesk2mp import Complex, Real
 
 SEED = int(os.environ.get("TESK_SEED", time.time()))
 print(f"TESK_SEED={SEED}")
@@ -225,6 +227,28 @@ class Numbers(unittest.TestCase):
 
 
 class Digits(unittest.TestCase):
+    def test_formats_of_complex_numbers(self):
+        z = Complex("1.23456", "-2")
+        for spec, text in ((".2f", "1.23-2.00j"), ("", "1.23456-2j"), ("+.1e", "+1.2e+0-2.0e+0j"), (">14.1f", "      1.2-2.0j"),
+                           ("_^12.0f", "____1-2j____"), ("12.1f", "    1.2-2.0j")):
+            self.assertEqual(format(z, spec), text)
+        for wrong in ("x", "=5", ".2f "):
+            with self.assertRaises(tesk2mp.InvalidArgument):
+                format(z, wrong)
+        self.assertIsInstance(z, numbers.Number)
+        self.assertIsInstance(Real(1), numbers.Number)
+
+    def test_wrong_arguments_are_named(self):
+        for call, words in (
+            (lambda: tesk2mp.sin(), "sin(): missing a required argument: 'x'"),
+            (lambda: tesk2mp.sin(1, 2), "sin(): too many positional arguments"),
+            (lambda: tesk2mp.solve([[1]], [1], c=2), "solve(): got an unexpected keyword argument 'c'"),
+            (lambda: tesk2mp.norm([1], 5), "norm("),
+        ):
+            with self.assertRaises(tesk2mp.InvalidType) as caught:
+                call()
+            self.assertIn(words, str(caught.exception))
+
     def test_blocks_nest_and_come_back(self):
         self.assertEqual(tesk2mp.get_digits(), 20)
         block = tesk2mp.digits(30)

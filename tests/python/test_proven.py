@@ -46,9 +46,14 @@ class Proven(unittest.TestCase):
         return bounded.error.is_finite()
 
     def test_examples(self):
-        self.assertEqual(doctest.testmod(proven).failed, 0)
-        for name in proven.__all__:
-            self.assertTrue(">>>" in getattr(proven, name).__doc__ or isinstance(getattr(proven, name), type), name)
+        runner = doctest.DocTestRunner()
+        names = {**vars(proven), "Fraction": Fraction}
+        for name, text in [("", proven.__doc__), *((name, getattr(proven, name).__doc__) for name in proven.__all__)]:
+            example = doctest.DocTestParser().get_doctest(text, dict(names), name, None, 0)
+            self.assertTrue(example.examples or isinstance(getattr(proven, name), type), name)
+            report = []
+            runner.run(example, out=report.append)
+            self.assertEqual(report, [])
 
     def test_bounds_hold_for_the_numbers_that_are_given(self):
         known = 0
@@ -123,6 +128,153 @@ class Proven(unittest.TestCase):
                          "0.471404520791031682933896241403")
         for wrong in (lambda: proven.function("nothing", 1), lambda: proven.function("cbrt", tesk2mp.Complex(0, 1))):
             self.assertRaises(tesk2mp.InvalidArgument, wrong)
+
+    def test_products_norms_and_sums_of_matrices(self):
+        finite = []
+        for _ in range(25):
+            with tesk2mp.digits(RANDOM.choice([1, 2, 16, 40, 333])):
+                m, n, k = (RANDOM.randint(1, 4) for _ in range(3))
+                a, b = (
+                    [[Fraction(RANDOM.randint(-99, 99), RANDOM.randint(1, 9)) for _ in range(columns)] for _ in range(rows)]
+                    for rows, columns in ((m, n), (n, k))
+                )
+                bounded = [[proven.bounded(each) for each in row] for row in b]
+                for row, product in zip(a, proven.multiply(a, bounded)):
+                    for j, each in enumerate(product):
+                        finite.append(self.check(each, sum(x * y[j] for x, y in zip(row, b))))
+                finite.append(self.check(proven.sum(a[0]), sum(a[0])))
+                norms = (
+                    ("one", max(sum(abs(row[j]) for row in a) for j in range(n))),
+                    ("infinity", max(sum(map(abs, row)) for row in a)),
+                    ("largest", max(abs(each) for row in a for each in row)),
+                )
+                for kind, exact in norms:
+                    finite.append(self.check(proven.norm(a, kind), exact))
+                square = proven.norm(a) * proven.norm(a)
+                finite.append(self.check(square, sum(each * each for row in a for each in row)))
+        self.assertTrue(all(finite))
+        self.assertEqual(str(proven.multiply([[1, 2]], [3, 4])[0]), "11")
+        for wrong in (
+            lambda: proven.multiply([[1, 2]], [[1, 2]]),
+            lambda: proven.multiply([1, 2], [1, 2]),
+            lambda: proven.norm([1], "two"),
+            lambda: proven.transform([1, 2], kind="dct5"),
+            lambda: proven.transform([1, 2], divisor="none"),
+            lambda: proven.transform([1, 2], backward=True, kind="dct2"),
+        ):
+            self.assertRaises(tesk2mp.Error, wrong)
+        back = proven.transform(proven.transform([1, Fraction(1, 3), 5], divisor="one"), backward=True, divisor="length")
+        self.assertEqual([each.text(6) for each in proven.transform([3, 1, 2], kind="dct2", divisor="one")][0], "12")
+        for each, exact in zip(back, (1, Fraction(1, 3), 5)):
+            self.assertTrue(self.check(proven.Bounded(each.value.real, each.error), exact))
+
+    def test_functions_of_two_numbers(self):
+        with tesk2mp.digits(25):
+            a, b = proven.bounded(Fraction(22, 7)), proven.bounded(Fraction(-5, 3))
+            self.assertTrue(self.check(proven.fmod(a, b), Fraction(22, 7) - Fraction(5, 3)))
+            self.assertTrue(self.check(proven.fmax(a, b), Fraction(22, 7)) and self.check(proven.fmin(a, b), Fraction(-5, 3)))
+            self.assertTrue(self.check(proven.hypot(a, b) ** 2, Fraction(22, 7) ** 2 + Fraction(5, 3) ** 2))
+            self.assertTrue(self.check(proven.pow(a, 3), Fraction(22, 7) ** 3))
+            self.assertTrue(self.check(proven.tan(proven.atan2(a, b)), Fraction(-66, 35)))
+        self.assertFalse(proven.atan2(proven.Bounded(Decimal(0), Decimal("0.1")), -1).error.is_finite())
+        for wrong in (lambda: proven.function("hypot", 1), lambda: proven.function("sin", 1, 2),
+                      lambda: proven.hypot(tesk2mp.Complex(0, 1), 1), lambda: proven.exp("x")):
+            self.assertRaises(tesk2mp.Error, wrong)
+
+    def test_names_of_functions(self):
+        one, two = (set(tesk2mp._core._proven_function_names(of_two)) for of_two in (False, True))
+        self.assertEqual((one | two) - {"round"}, {name for name in proven.__all__ if name in one | two})
+
+    def test_zeros_of_functions(self):
+        def f(x):
+            return proven.exp(x) * x - 1
+
+        for k in (5, 60):
+            zero = proven.to_digits(k, lambda: proven.zero(f, 0, 1))
+            with tesk2mp.digits(k + 10):
+                w = tesk2mp.optimize.brentq(lambda x: tesk2mp.exp(x) * x - 1, 0, 1)
+                self.assertLessEqual(abs(w - zero.value), zero.error + Decimal(10) ** -(k + 5))
+        self.assertEqual(proven.zero(lambda x: x * x - 4, 0, 4)[:], (2, 0))
+        self.assertFalse(proven.zero(lambda x: 1 / x, -1, 2).error.is_finite())
+        for wrong in (lambda: proven.zero(f, 1, 2), lambda: proven.zero(f, 1, 0), lambda: proven.zero(5, 0, 1),
+                      lambda: proven.zero(lambda x: "x", 0, 1), lambda: proven.zero(lambda x: 0.5, 0, 1)):
+            self.assertRaises(tesk2mp.Error, wrong)
+        self.assertRaises(ZeroDivisionError, lambda: proven.zero(lambda x: 1 // 0, 0, 1))
+
+    def test_sparse_matrices(self):
+        import scipy.sparse
+
+        n = 6
+        a = [[Fraction(RANDOM.randint(-9, 9)) if abs(i - j) < 2 else Fraction(0) for j in range(n)] for i in range(n)]
+        for i in range(n):
+            a[i][i] += 30
+        b = [[Fraction(RANDOM.randint(-9, 9), 8) for _ in range(2)] for _ in range(n)]
+        exact, _ = eliminate(a, b)
+        entries = [(i, j, x) for i, row in enumerate(a) for j, x in enumerate(row) if x]
+        given = tesk2mp.SparseMatrix(n, entries)
+        theirs = scipy.sparse.csr_matrix([[float(x) for x in row] for row in a])
+        for matrix in (given, theirs):
+            with tesk2mp.digits(RANDOM.choice([2, 30])):
+                self.assertTrue(all(self.check(x, y) for x, y in zip(proven.solve(matrix, [row[0] for row in b]), (row[0] for row in exact))))
+                columns = proven.solve(matrix, b)
+                self.assertTrue(all(self.check(*pair) for pairs in zip(columns, exact) for pair in zip(*pairs)))
+            with tesk2mp.true_digits(30):
+                x = tesk2mp.sparse.linalg.spsolve(matrix, [row[1] for row in b])
+            for number, row in zip(x, exact):
+                self.assertLessEqual(abs(Fraction(number) - row[1]), Fraction(51, 100) * Fraction(10) ** (number.adjusted() - 29))
+        wide = proven.solve(given, [tesk2mp.Complex(0, 1)] * n)
+        self.assertTrue(all(each.error.is_finite() and each.value.real == 0 for each in wide))
+        singular = tesk2mp.SparseMatrix(2, [(0, 0, 1), (0, 1, 1), (1, 0, 1), (1, 1, 1)])
+        self.assertFalse(proven.solve(singular, [1, 2])[0].error.is_finite())
+        for wrong in (lambda: proven.solve(given, [1]), lambda: proven.solve(given, [proven.bounded(Fraction(1, 3))] * n)):
+            self.assertRaises(tesk2mp.InvalidArgument, wrong)
+
+    def test_recipes(self):
+        hilbert = [[Fraction(1, i + j + 1) for j in range(12)] for i in range(12)]
+        _, determinant = eliminate(hilbert, [[0]] * 12)
+        seen = set()
+
+        def recipe():
+            seen.add(tesk2mp.get_digits())
+            one = tesk2mp.Real(1)
+            return [[one / (i + j + 1) for j in range(12)] for i in range(12)]
+
+        for matrix in (recipe, "hilbert(12)", lambda: hilbert, lambda: tesk2mp.gallery("hilbert", 12)):
+            self.assertTrue(self.check(proven.to_digits(20, lambda: proven.determinant(matrix)), determinant))
+            with tesk2mp.true_digits(20):
+                found = tesk2mp.linalg.det(matrix)
+            self.assertLessEqual(abs(Fraction(found) - determinant), Fraction(51, 100) * Fraction(10) ** (found.adjusted() - 19))
+        self.assertGreater(len(seen), 1)
+        with tesk2mp.true_digits(15):
+            self.assertEqual(tesk2mp.linalg.eigvalsh("hilbert(3)"), tesk2mp.linalg.eigvalsh([row[:3] for row in hilbert[:3]]))
+            third = tesk2mp.linalg.solve([[3]], lambda: [tesk2mp.sqrt(2)])
+            self.assertEqual(str(third[0]), "0.471404520791032")
+            values, _, left = tesk2mp.eigen(lambda: [[2, tesk2mp.sqrt(3)], [0, 3]])
+            self.assertEqual(abs(left[1][0] / left[0][0]), abs(Decimal(3).sqrt()))
+            self.assertEqual(tesk2mp.linalg.norm(lambda: [tesk2mp.sqrt(2), tesk2mp.sqrt(2)]), 2)
+            self.assertEqual(str(tesk2mp.multiply("hilbert(2)", [3, 0])[1]), "1.5")
+        for wrong in ("hilbert", "hilbert(0x)", "nothing(3)", "hilbert(99999999)", lambda: 5, lambda: [[0.5]]):
+            self.assertRaises(tesk2mp.Error, lambda: proven.determinant(wrong))
+        for refused in (lambda: proven.rank("hilbert(3)"), lambda: proven.least_squares(recipe, [1] * 12)):
+            self.assertRaises(tesk2mp.InvalidArgument, refused)
+        self.assertEqual(proven.least_squares([[Fraction(1, 3)], [Fraction(1, 3)]], [1, 1])[0].value, 3)
+
+    def test_left_eigenvectors(self):
+        for complex_numbers in (False, True):
+            n = RANDOM.randint(2, 5)
+            part = lambda: RANDOM.randint(-99, 99)
+            a = [[tesk2mp.Complex(part(), part()) if complex_numbers else part() for _ in range(n)] for _ in range(n)]
+            with tesk2mp.digits(30):
+                values, _, left = proven.eigen(a, left=True)
+                for j, value in enumerate(values):
+                    if not left[0][j].error.is_finite():
+                        continue
+                    y = [row[j].value.conjugate() for row in left]
+                    for k in range(n):
+                        residual = sum((y[i] * a[i][k] for i in range(n)), tesk2mp.Complex(0)) - value.value * y[k]
+                        self.assertLess(abs(residual), Decimal("1e-23"))
+        values, _, left = proven.eigen([[1, 1], [0, 1]], left=True)
+        self.assertFalse(left[0][0].error.is_finite())
 
     def test_roots(self):
         roots = proven.to_digits(30, lambda: proven.eigenvalues([[3, 1, 0], [0, 3, 1], [0, 0, 3]]))

@@ -232,7 +232,7 @@ class ProvenBlocks(unittest.TestCase):
             lambda: plan.transform([1, 2, 3]),
             lambda: linalg.solve([[2]], [1], assume_a="pos"),
             lambda: tesk2mp.eigen([[2]], [[1]]),
-            lambda: tesk2mp.dot([1], [2]),
+            lambda: tesk2mp.outer([1], [2]),
             lambda: tesk2mp.matrix_rank([[1]], "0.1"),
             lambda: tesk2mp.polynomial_zeros([fractions.Fraction(1, 3), "1e999999"]),
             lambda: tesk2mp.symmetric_eigenvalues([[2]], indices=(0, 0)),

@@ -10,6 +10,7 @@ function works, `decimal` has ten digits more than the solver.
 from collections.abc import Callable
 from typing import Any, TypeAlias
 
+from .. import _truth, proven
 from .. import IncompleteCholesky, IncompleteLU, SparseCholesky, SparseLU, SparseMatrix, solve_iteratively
 from .._context import at
 from .._context import digits as at_digits
@@ -72,7 +73,7 @@ Operator: TypeAlias = SparseMatrix | LinearOperator | Product | Any
 Preconditioner: TypeAlias = IncompleteLU | IncompleteCholesky | SparseLU | SparseCholesky | LinearOperator | Product
 
 
-def _matrix(a: Any) -> SparseMatrix | None:
+def as_sparse(a: Any) -> SparseMatrix | None:
     """The SparseMatrix that is meant, None where there are products alone."""
     if isinstance(a, SparseMatrix):
         return a
@@ -104,7 +105,7 @@ def _solve(
             callback(x)
 
     x, _, _ = solve_iteratively(
-        _matrix(a) or a,
+        as_sparse(a) or a,
         b,
         preconditioner,
         method,
@@ -119,7 +120,7 @@ def _solve(
 
 
 def _square(a: Any) -> SparseMatrix:
-    matrix = _matrix(a)
+    matrix = as_sparse(a)
     if matrix is None:
         raise refusal(InvalidType, "the entries of a sparse matrix are needed, not its products")
     return matrix
@@ -173,13 +174,16 @@ def cholesky(A: Any, *, digits: int | None = None) -> SparseCholesky:
 
 def spsolve(A: Any, b: Vector, *, digits: int | None = None) -> Numbers:
     """The x with A x = b by complete LU factors, or Cholesky factors of a triangle that is positive definite, refined until
-    ||b - A x|| is as small as rounding lets it be.
+    ||b - A x|| is as small as rounding lets it be; proven in a block of true_digits().
 
     >>> a = SparseMatrix(2, [(0, 0, 4), (0, 1, 1), (1, 0, 2), (1, 1, 3)])
     >>> [round(number, 20) for number in spsolve(a, [1, 2], digits=30)]
     [Decimal('0.10000000000000000000'), Decimal('0.60000000000000000000')]
     """
     matrix = _square(A)
+    if _truth.wanted():
+        proved: Numbers = _truth.proved(lambda: proven.solve(matrix, b))
+        return proved
     factors: SparseLU | SparseCholesky
     try:
         factors = cholesky(matrix, digits=digits) if matrix.lower_triangle else splu(matrix, digits=digits)

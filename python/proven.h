@@ -1,0 +1,40 @@
+// Proven results between Python and the C++ interface: values and bounds side by side, which the package's module
+// `proven` gives their form.
+#pragma once
+
+#include "convert.h"
+
+namespace python {
+
+/// The numbers with all their digits: a proof is one for what is given.
+Array exact(py::handle numbers);
+
+/// (values, errors)
+template <class T>
+py::object both(const tesk2mp::proven::BoundedMatrix<T>& a) {
+  return py::make_tuple(from(a.values(), py::none()), from(a.errors(), py::none()));
+}
+template <class T>
+py::object both(const std::vector<tesk2mp::proven::Bounded<T>>& x) {
+  py::list values;
+  py::list errors;
+  for (const tesk2mp::proven::Bounded<T>& element : x) {
+    values.append(from(element.value));
+    errors.append(from(element.error.value()));
+  }
+  return py::make_tuple(values, errors);
+}
+
+/// The matrix; its elements are exact where there are no bounds of their errors.
+template <class T>
+tesk2mp::proven::BoundedMatrix<T> bounded_matrix(Matrix<T> matrix, py::handle errors) {
+  Matrix<Real> bounds = errors.is_none() ? Matrix<Real>(matrix.rows(), matrix.columns()) : exact(errors).matrix<Real>();
+  tesk2mp::detail::require(bounds.rows() == matrix.rows() && bounds.columns() == matrix.columns(), "PROVEN", 2,
+                           "a bound for each number is needed");
+  return {std::move(matrix), std::move(bounds)};
+}
+
+/// Adds what works on single bounded numbers, vectors and products of matrices.
+void add_bounded(py::module_& module);
+
+}  // namespace python
