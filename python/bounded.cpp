@@ -102,13 +102,6 @@ void add_functions_of_bounded(py::module_& module) {
   });
 }
 
-tesk2mp::Norm norm_of(const std::string& name) {
-  using tesk2mp::Norm;
-  return option_of<Norm>(
-      "kind", name,
-      {{"largest", Norm::largest}, {"one", Norm::one}, {"infinity", Norm::infinity}, {"frobenius", Norm::frobenius}});
-}
-
 void add_sums(py::module_& module) {
   module.def("_proven_multiply", [](py::handle a, py::handle a_errors, py::handle b, py::handle b_errors) {
     const Array left = exact(a);

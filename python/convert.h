@@ -230,6 +230,7 @@ Option option_of(const char* what, const std::string& name,
 py::object of_each(const quarn::NamedFunction1& f, py::handle x);
 
 tesk2mp::Op op_of(const std::string& name);
+tesk2mp::Norm norm_of(const std::string& name);
 tesk2mp::Triangle triangle_of(const std::string& name);
 tesk2mp::Diagonal diagonal_of(bool unit);
 

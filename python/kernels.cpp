@@ -12,12 +12,6 @@ using tesk2mp::Side;
 using tesk2mp::Triangle;
 using tesk2mp::VectorView;
 
-Norm norm_of(const std::string& name) {
-  return option_of<Norm>(
-      "kind", name,
-      {{"largest", Norm::largest}, {"one", Norm::one}, {"infinity", Norm::infinity}, {"frobenius", Norm::frobenius}});
-}
-
 /// A number as an array of one, so that it has its say in the choice of the scalar.
 Array one_number(py::handle number) {
   Array numbers(py::make_tuple(number));
@@ -303,6 +297,12 @@ Decimal('18')
 tesk2mp::Op op_of(const std::string& name) {
   return option_of<Op>(
       "op", name, {{"none", Op::none}, {"transpose", Op::transpose}, {"conjugate_transpose", Op::conjugate_transpose}});
+}
+
+tesk2mp::Norm norm_of(const std::string& name) {
+  return option_of<Norm>(
+      "kind", name,
+      {{"largest", Norm::largest}, {"one", Norm::one}, {"infinity", Norm::infinity}, {"frobenius", Norm::frobenius}});
 }
 
 tesk2mp::Triangle triangle_of(const std::string& name) {

@@ -1,6 +1,8 @@
 """Long calls: Ctrl-C ends them with KeyboardInterrupt and leaves everything as it was, other threads go on meanwhile."""
 
 import copy
+import ctypes
+import itertools
 import os
 import random
 import signal
@@ -93,6 +95,20 @@ class Interrupts(unittest.TestCase):
         expected = digits_of(tesk2mp.inverse(small))
         self.check_interrupted(tesk2mp.eigen, self.a)
         self.assertEqual(digits_of(tesk2mp.inverse(small)), expected)
+
+    def test_a_signal_that_came_before_the_work_ends_it(self):
+        # Called by map without an instruction of Python, so that no handler runs before the work.
+        pending = ctypes.pythonapi.PyErr_SetInterrupt
+        pending.restype = ctypes.c_bool
+        numbers = 20 * ["1.5"]
+        start = time.monotonic()
+        tesk2mp.exp(numbers, digits=50000)
+        whole = time.monotonic() - start
+        start = time.monotonic()
+        with self.assertRaises(KeyboardInterrupt):
+            tesk2mp.exp(itertools.chain(map(pending, [0]), numbers), digits=50000)
+        self.assertLess(time.monotonic() - start, whole / 2)
+        self.assertEqual(tesk2mp.get_digits(), 20)
 
     def test_handlers_stay_and_decide(self):
         def handler(*_):
