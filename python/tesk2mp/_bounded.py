@@ -270,8 +270,8 @@ def rounded(x: Any) -> Any:
 
 def function(name: str, x: Any, y: Any = None) -> Bounded:
     """The function of that name, one of tesk2mp's functions of one number, of a number with a bound; of two: fmod, pow, atan2,
-    hypot, remainder, fmin, fmax, fdim, beta, binomial. Where a pole, the end of the domain or a branch cut may be within the bounds the bound of the result is
-    infinite.
+    hypot, remainder, fmin, fmax, fdim, beta, binomial. Where a pole, the end of the domain or a branch cut may be within the
+    bounds the bound of the result is infinite.
 
     >>> to_digits(30, lambda: function("exp", Fraction(1, 3))).text(30)
     '1.39561242508608952862812531960'
