@@ -53,10 +53,11 @@ Values row(State& state, const Arguments& arguments) {
 }
 
 // Elements are rounded from more digits: a unit of the last place. Zeros stand where there is nothing, and without
-// parameters whole numbers are no roundings of other ones.
+// parameters whole numbers are no roundings of other ones, which few digits might bring there: a cosine near 1.
 Known with_bounds(const Array& values, bool has_parameters) {
+  constexpr int kFewDigits = 20;
   const auto error = [&](const QuarnFloat& x) {
-    const bool whole = !has_parameters && ilogb(x) < QuarnDigits() && trunc(x) == x;
+    const bool whole = !has_parameters && QuarnDigits() >= kFewDigits && ilogb(x) < QuarnDigits() && trunc(x) == x;
     return whole ? QuarnBound() : QuarnBound::count(2) * QuarnBound(x).half_unit(QuarnDigits());
   };
   std::vector<PartErrors> errors;

@@ -173,31 +173,18 @@ std::int64_t Interpreter::prove(Recipe& recipe, const std::vector<std::size_t>& 
   const Clock::time_point end = Clock::now() + std::chrono::seconds(limits_.seconds);
   const int wanted = QuarnDigits();
   const int most = most_digits();
-  int working = first_digits();
-  int working_before = 0;
-  std::int64_t known_before = 0;
-  while (true) {
+  for (tesk2mp::proven::detail::DigitSearch search(wanted, first_digits(), most, kSpareDigits);;) {
+    const int working = search.working();
     evaluate_decided(recipe, working);
     const std::int64_t known = fewest_digits(recipe, places);
     const bool enough = known >= wanted || (working >= 4 * wanted && only_zeros_are_missing(recipe, places, wanted));
     if (enough || limits_.once > 0 || recipe.is_fixed || !recipe.unproven.empty()) {
       return enough ? std::max<std::int64_t>(known, wanted) : known;
     }
-    if (working == most || Clock::now() > end) {
+    if (search.is_at_end() || Clock::now() > end) {
       return known;
     }
-    // Where some digits are known the loss is known too.
-    std::int64_t next = 2 * std::int64_t(working) + kSpareDigits;
-    if (known > 0) {
-      const std::int64_t missing = wanted - known + kSpareDigits;
-      const bool seen = known_before > 0 && known > known_before;
-      const std::int64_t rate =
-          seen ? (working - working_before + known - known_before - 1) / (known - known_before) : 1;
-      next = std::min(next + missing, working + std::max<std::int64_t>(rate, 1) * missing);
-    }
-    known_before = known;
-    working_before = working;
-    working = int(std::min<std::int64_t>(next, most));
+    search.raise(known);
   }
 }
 

@@ -187,7 +187,9 @@ namespace detail {
 
 /// Left and right eigenvectors of a Schur form, packed as the exports do, a pair in two columns; multiplied by z if so.
 struct PackedVectors {
-  PackedVectors(const Schur& schur, char howmny) : left(schur.z), right(schur.z) {
+  /// side B: both; R: right ones, and what is left is not changed.
+  PackedVectors(const Schur& schur, char howmny, char side = 'B')
+      : left(side == 'B' ? schur.z : Matrix<Real>()), right(schur.z) {
     const RawMatrix<Real> t{schur.t.view()};
     require_finite("F08QKF/DTREVC", 5, schur.t.view());
     require_shape("F08QKF/DTREVC", 5, t, Integer(schur.values.size()), Integer(schur.values.size()));
@@ -198,7 +200,7 @@ struct PackedVectors {
     std::vector<Real> work(3 * schur.values.size());
     Integer used = 0;
     Integer info = 0;
-    QuarnMPX_dtrevc_(Option('B'), Option(howmny), select.data(), t.rows, t.data, t.leading, vl.data, vl.leading,
+    QuarnMPX_dtrevc_(Option(side), Option(howmny), select.data(), t.rows, t.data, t.leading, vl.data, vl.leading,
                      vr.data, vr.leading, t.rows, &used, work.data(), &info, 1, 1);
   }
   Matrix<Real> left;
@@ -233,6 +235,23 @@ inline Matrix<Complex> unpack(const std::vector<Complex>& values, const Matrix<R
   return vectors;
 }
 
+/// Of a square matrix, balanced first; side R: without left eigenvectors.
+template <MatrixSource A>
+EigenSystem real_eigen(const A& a, char side) {
+  require_finite("F08NHF/DGEBAL", 3, a);
+  const Balanced balanced = balance(a);
+  Hessenberg reduced = hessenberg(balanced.matrix, balanced.low, balanced.high);
+  std::vector<Complex> values = hessenberg_qr('S', reduced, balanced.low, balanced.high);
+  const Schur schur{std::move(reduced.h), std::move(reduced.q), std::move(values)};
+  PackedVectors packed(schur, 'B', side);
+  unbalance(balanced, Side::right, packed.right);
+  if (side == 'B') {
+    unbalance(balanced, Side::left, packed.left);
+  }
+  return {schur.values, unpack(schur.values, packed.right),
+          side == 'B' ? unpack(schur.values, packed.left) : Matrix<Complex>()};
+}
+
 }  // namespace detail
 
 /// Eigenvalues and eigenvectors of the matrix Z T Z^T.
@@ -244,15 +263,7 @@ inline EigenSystem eigen(const Schur& schur) {
 /// parallel.
 template <MatrixSource A>
 EigenSystem eigen(const A& a) {
-  detail::require_finite("F08NHF/DGEBAL", 3, a);
-  const Balanced balanced = balance(a);
-  Hessenberg reduced = hessenberg(balanced.matrix, balanced.low, balanced.high);
-  std::vector<Complex> values = detail::hessenberg_qr('S', reduced, balanced.low, balanced.high);
-  const Schur schur{std::move(reduced.h), std::move(reduced.q), std::move(values)};
-  detail::PackedVectors packed(schur, 'B');
-  detail::unbalance(balanced, Side::right, packed.right);
-  detail::unbalance(balanced, Side::left, packed.left);
-  return {schur.values, detail::unpack(schur.values, packed.right), detail::unpack(schur.values, packed.left)};
+  return detail::real_eigen(a, 'B');
 }
 
 /// How eigenvalues and eigenvectors react to a change of the matrix. value[i]: reciprocal condition number of

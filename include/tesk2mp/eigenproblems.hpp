@@ -186,7 +186,7 @@ std::vector<Real> symmetric_eigenvalues(const A& a, const EigenIndices& indices,
 
 namespace detail {
 
-/// Job V: with eigenvectors; N: values alone.
+/// Job V: with eigenvectors; N: values alone; R: with right eigenvectors alone.
 inline EigenSystem complex_eigen(char job, Matrix<Complex> a) {
   constexpr const char* kRoutine = "ZGEEV";
   const RawMatrix<Complex> raw{a.view()};
@@ -196,14 +196,18 @@ inline EigenSystem complex_eigen(char job, Matrix<Complex> a) {
       require_finite_element(kRoutine, 4, a(i, j), i, j);
     }
   }
-  const std::size_t order = job == 'V' ? a.rows() : 0;
-  EigenSystem system{std::vector<Complex>(a.rows()), Matrix<Complex>(order, order), Matrix<Complex>(order, order)};
+  const char of_left = job == 'V' ? 'V' : 'N';
+  const char of_right = job == 'N' ? 'N' : 'V';
+  const std::size_t left_order = job == 'V' ? a.rows() : 0;
+  const std::size_t right_order = job == 'N' ? 0 : a.rows();
+  EigenSystem system{std::vector<Complex>(a.rows()), Matrix<Complex>(right_order, right_order),
+                     Matrix<Complex>(left_order, left_order)};
   const RawMatrix<Complex> right{system.right.view()};
   const RawMatrix<Complex> left{system.left.view()};
   std::vector<Complex> work(std::max<std::size_t>(2, 2 * a.rows()));
   Integer info = 0;
-  QuarnMPX_zgeev_(Option(job), Option(job), n, raw.data, raw.leading, system.values.data(), left.data, left.leading,
-                  right.data, right.leading, work.data(), Integer(work.size()), nullptr, &info, 1, 1);
+  QuarnMPX_zgeev_(Option(of_left), Option(of_right), n, raw.data, raw.leading, system.values.data(), left.data,
+                  left.leading, right.data, right.leading, work.data(), Integer(work.size()), nullptr, &info, 1, 1);
   if (info > 0) {
     throw NumericalFailure(kRoutine, info, 0, "eigenvalue " + std::to_string(info) + " was not found",
                            {std::int64_t(info)});

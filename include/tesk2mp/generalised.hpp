@@ -136,7 +136,7 @@ Matrix<Complex> pencil_vectors(const Matrix<T>& v, const std::vector<Complex>& a
   return result;
 }
 
-/// Job V: with eigenvectors; N: values alone.
+/// Job V: with eigenvectors; N: values alone; R: with right eigenvectors alone.
 template <class T>
 PencilEigenSystem pencil_eigen(char job, Matrix<T> a, Matrix<T> b) {
   const char* routine = name<T>("DGGEV", "ZGGEV");
@@ -147,9 +147,12 @@ PencilEigenSystem pencil_eigen(char job, Matrix<T> a, Matrix<T> b) {
   require_finite_elements(routine, 4, a);
   require_finite_elements(routine, 6, b);
   const std::size_t order = a.rows();
-  const std::size_t columns = job == 'V' ? order : 0;
-  Matrix<T> left(columns, columns);
-  Matrix<T> right(columns, columns);
+  const char of_left = job == 'V' ? 'V' : 'N';
+  const char of_right = job == 'N' ? 'N' : 'V';
+  const std::size_t left_columns = job == 'V' ? order : 0;
+  const std::size_t right_columns = job == 'N' ? 0 : order;
+  Matrix<T> left(left_columns, left_columns);
+  Matrix<T> right(right_columns, right_columns);
   const RawMatrix<T> vl{left.view()};
   const RawMatrix<T> vr{right.view()};
   std::vector<T> work(std::max<std::size_t>(1, 8 * order));
@@ -158,7 +161,7 @@ PencilEigenSystem pencil_eigen(char job, Matrix<T> a, Matrix<T> b) {
   if constexpr (kIsComplex<T>) {
     system.alpha.resize(order);
     std::vector<Complex> beta(order);
-    QuarnMPX_zggev_(Option(job), Option(job), n, raw_a.data, raw_a.leading, raw_b.data, raw_b.leading,
+    QuarnMPX_zggev_(Option(of_left), Option(of_right), n, raw_a.data, raw_a.leading, raw_b.data, raw_b.leading,
                     system.alpha.data(), beta.data(), vl.data, vl.leading, vr.data, vr.leading, work.data(),
                     Integer(work.size()), nullptr, &info, 1, 1);
     for (const Complex& each : beta) {
@@ -168,8 +171,8 @@ PencilEigenSystem pencil_eigen(char job, Matrix<T> a, Matrix<T> b) {
     system.beta.resize(order);
     std::vector<Real> re(order);
     std::vector<Real> im(order);
-    QuarnMPX_dggev_(Option(job), Option(job), n, raw_a.data, raw_a.leading, raw_b.data, raw_b.leading, re.data(),
-                    im.data(), system.beta.data(), vl.data, vl.leading, vr.data, vr.leading, work.data(),
+    QuarnMPX_dggev_(Option(of_left), Option(of_right), n, raw_a.data, raw_a.leading, raw_b.data, raw_b.leading,
+                    re.data(), im.data(), system.beta.data(), vl.data, vl.leading, vr.data, vr.leading, work.data(),
                     Integer(work.size()), &info, 1, 1);
     for (std::size_t j = 0; j < order; ++j) {
       system.alpha.emplace_back(re[j], im[j]);

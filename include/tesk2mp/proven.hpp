@@ -163,18 +163,21 @@ Matrix<T> known_value(const BoundedMatrix<T>& a) {
 
 // Data ----------------------------------------------------------------------------------------------------------------
 
-/// Numbers that were rounded once to the working digits, elements such as 1 / (i + j), each with the bound of that.
+/// Numbers that were rounded to the working digits, elements such as 1 / (i + j), each with the bound of that: 0.51
+/// units of the last place, as of the gallery's elements, which are rounded from some more digits.
 template <MatrixSource A>
 BoundedMatrix<Element<A>> rounded(const A& a) {
   using T = Element<A>;
   Matrix<T> values{MatrixView<const T>(a)};
   Matrix<Real> errors(values.rows(), values.columns());
   const auto error = [](const T& x) {
-    const auto half_unit = [](const Real& part) { return QuarnBound(part).half_unit(QuarnDigits()); };
+    const auto of_part = [](const Real& part) {
+      return QuarnBound::count(102) * QuarnBound::power_of_ten(-2) * QuarnBound(part).half_unit(QuarnDigits());
+    };
     if constexpr (tesk2mp::detail::kIsComplex<T>) {
-      return hypotenuse(half_unit(x.re), half_unit(x.im));
+      return hypotenuse(of_part(x.re), of_part(x.im));
     } else {
-      return half_unit(x);
+      return of_part(x);
     }
   };
   for (std::size_t j = 0; j < values.columns(); ++j) {
@@ -360,6 +363,44 @@ std::optional<bool> is_positive_definite(const A& a, Triangle triangle = Triangl
 
 // As many digits as are asked for -----------------------------------------------------------------------------------
 
+namespace detail {
+
+/// The working digits of a search for k true ones, each time as many more as what is known says.
+class DigitSearch {
+ public:
+  /// spare: more than k that are worth while at each step
+  DigitSearch(int k, int first, int most, int spare)
+      : wanted_(k), spare_(spare), most_(most), working_(std::min(first, most)) {}
+
+  int working() const noexcept { return working_; }
+  bool is_at_end() const noexcept { return working_ >= most_; }
+  /// `known` digits are true with the present working digits.
+  void raise(std::int64_t known) {
+    // Where some digits are known the loss is known too; of k-fold roots k more digits of work bring one.
+    std::int64_t next = 2 * std::int64_t(working_) + 2 * spare_;
+    if (known > 0) {
+      const std::int64_t missing = wanted_ - known + spare_;
+      const bool seen = known_before_ > 0 && known > known_before_;
+      const std::int64_t rate =
+          seen ? (working_ - working_before_ + known - known_before_ - 1) / (known - known_before_) : 1;
+      next = std::min(next + missing, working_ + std::max<std::int64_t>(rate, 1) * missing);
+    }
+    known_before_ = known;
+    working_before_ = working_;
+    working_ = int(std::min<std::int64_t>(next, most_));
+  }
+
+ private:
+  int wanted_;
+  int spare_;
+  int most_;
+  int working_;
+  int working_before_ = 0;
+  std::int64_t known_before_ = 0;
+};
+
+}  // namespace detail
+
 /// Calls problem(), which computes at the working digits and returns a Bounded number, a vector or a matrix of them,
 /// with more and more working digits until k digits of every part are true. Data that the problem holds are exact; what
 /// it computes anew, as a function of the digits, needs bounds of its own, as rounded() makes them. Throws
@@ -374,37 +415,23 @@ auto to_digits(int k, const Problem& problem, int most = 100'000) {
   constexpr int kMargin = 5;
   tesk2mp::detail::require(k >= 1, "TO_DIGITS", 1, k, " digits are less than one");
   tesk2mp::detail::require(most >= k, "TO_DIGITS", 2, "at most ", most, " working digits for ", k, " true ones");
-  int working = std::min(most, k + kMargin);
-  int working_before = 0;
-  std::int64_t known_before = 0;
-  while (true) {
+  for (detail::DigitSearch search(k, k + kMargin, most, kMargin);;) {
     std::int64_t known = 0;
     {
-      const Digits scope(working);
+      const Digits scope(search.working());
       auto result = problem();
       known = fewest_true_digits(result);
       if (known >= k) {
         return result;
       }
     }
-    if (working == most) {
+    if (search.is_at_end()) {
       throw NumericalFailure("TO_DIGITS", 1, 0,
                              std::to_string(known) + " of " + std::to_string(k) + " digits are proven with " +
-                                 std::to_string(working) + " working digits",
-                             {known, std::int64_t(k), std::int64_t(working)});
+                                 std::to_string(most) + " working digits",
+                             {known, std::int64_t(k), std::int64_t(most)});
     }
-    // Where some digits are known the loss is known too; of k-fold roots k more digits of work bring one.
-    std::int64_t wanted = 2 * std::int64_t(working) + 2 * kMargin;
-    if (known > 0) {
-      const std::int64_t missing = k - known + kMargin;
-      const bool seen = known_before > 0 && known > known_before;
-      const std::int64_t rate =
-          seen ? (working - working_before + known - known_before - 1) / (known - known_before) : 1;
-      wanted = std::min(wanted + missing, working + std::max<std::int64_t>(rate, 1) * missing);
-    }
-    known_before = known;
-    working_before = working;
-    working = int(std::min<std::int64_t>(wanted, most));
+    search.raise(known);
   }
 }
 

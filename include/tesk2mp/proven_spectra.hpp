@@ -186,11 +186,21 @@ EigenBounds eigen_bounds(bool with_vectors, const Data<T>& a, const Data<T>& b, 
   return result;
 }
 
+/// Left eigenvectors take no part in proofs.
+template <Scalar T>
+EigenSystem right_eigensystem(Matrix<T> a) {
+  if constexpr (tesk2mp::detail::kIsComplex<T>) {
+    return tesk2mp::detail::complex_eigen('R', std::move(a));
+  } else {
+    return tesk2mp::detail::real_eigen(a, 'R');
+  }
+}
+
 template <class A>
 EigenBounds general_eigen(bool with_vectors, const A& a) {
   using T = ElementOfData<A>;
   return eigen_bounds<T>(with_vectors, Data<T>(a), no_data<T>(), [&] {
-    auto system = tesk2mp::eigen(values_of(a));
+    auto system = right_eigensystem(values_of(a));
     return std::pair(std::move(system.values), std::move(system.right));
   });
 }
@@ -199,7 +209,7 @@ template <class A, class B>
 EigenBounds general_eigen(bool with_vectors, const A& a, const B& b) {
   using T = ElementOfData<A>;
   return eigen_bounds<T>(with_vectors, Data<T>(a), Data<T>(b), [&] {
-    auto system = tesk2mp::eigen(values_of(a), values_of(b));
+    auto system = tesk2mp::detail::pencil_eigen('R', Matrix<T>{values_of(a)}, Matrix<T>{values_of(b)});
     std::vector<Complex> values;
     for (std::size_t j = 0; j < system.beta.size(); ++j) {
       const bool finite = system.beta[j] != 0;

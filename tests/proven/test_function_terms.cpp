@@ -211,6 +211,7 @@ TEST_CASE("terms of arithmetic") {
     CHECK(quotient_reaches(proven::exact(1), bounded("4", "0.5"), "0.285714285"));
     CHECK(is_just((proven::exact(1) / proven::exact(4)).error, "0.05"));
     CHECK((proven::exact(1) / proven::exact(5)).error.is_zero());
+    CHECK(is_just((bounded("3", "0.25") * proven::exact(7)).error, "6.75"));
     CHECK((proven::exact(Real(1, -999'999'999)) * proven::exact(number("0.5"))).error.value() >= Real(1, -999'999'999));
   }
   {
@@ -241,6 +242,10 @@ TEST_CASE("terms of arithmetic") {
     CHECK(
         is_just((proven::exact(Complex(number("1.5"), 0)) * proven::exact(Complex(number("1.1"), number("1.1")))).error,
                 "0.0707106781"));
+    CHECK(is_just(
+        (proven::exact(Complex(number("1.5"), number("1.2"))) * proven::exact(Complex(number("1.1"), number("1.3"))))
+            .error,
+        "0.0500025"));
     // Of the quotient's parts, the sums above and below the line, and their quotient.
     const Bounded<Complex> part = proven::exact(Complex(1)) / proven::exact(Complex(3, 1));
     const support::Digits wide(30);

@@ -230,7 +230,12 @@ TEST_CASE("terms of expansions and circles") {
   // What is as large is not larger, whatever the digits at work round it to.
   const support::Digits scope(2);
   for (const char* size : {"0.945", "0.955", "0.965", "0.975", "0.985", "0.995", "1.05", "1.15"}) {
-    CHECK(!dominates({{Complex(number(size)), Complex(number(size))}, {QuarnBound(), QuarnBound()}}, 1, one));
+    const auto part = [&](const char* cosine) {
+      const support::Digits fine(kFine);
+      return number(size) * QuarnFloat(cosine);
+    };
+    const Complex turned(part("0.6"), part("0.8"));
+    CHECK(!dominates({{Complex(number(size)), turned}, {QuarnBound(), QuarnBound()}}, 1, one));
   }
 }
 
