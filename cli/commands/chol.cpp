@@ -48,7 +48,7 @@ Result result_of(const CholOptions& options, const DenseMatrix& given, const tes
   const auto triangle = options.upper ? tesk2mp::Triangle::upper : tesk2mp::Triangle::lower;
   const char* const routine = std::is_same_v<T, Complex> ? "QuarnMPX_zpotrf_" : "QuarnMPX_dpotrf_";
   std::optional<tesk2mp::NumericalFailure> refusal;
-  const Estimated<T> estimate = estimated<T>(options.proof, [&]() -> std::optional<std::vector<T>> {
+  const auto compute = [&]() -> std::optional<std::vector<T>> {
     try {
       const tesk2mp::Cholesky<T> cholesky(a, triangle);
       const tesk2mp::Matrix<T>& factor = cholesky.factor();
@@ -62,7 +62,9 @@ Result result_of(const CholOptions& options, const DenseMatrix& given, const tes
       refusal = failure;
       return std::nullopt;
     }
-  });
+  };
+  const Estimated<T> estimate = estimated<T>(
+      options.proof, compute, [&] { return tesk2mp::proven::rank(a).value_or(a.rows()) < std::size_t(a.rows()); });
   std::vector<T> numbers = known_values(estimate.numbers);
   if (numbers.size() != std::size_t(given.rows()) * std::size_t(given.rows()) + 1) {
     throw *refusal;  // with all digits that were tried

@@ -40,16 +40,21 @@ Estimated<T> estimated_once(const ProofOptions& options, const Compute& compute)
 }
 
 /// The same with as many working digits as make all digits true that are asked for, or with --working-digits at once.
-/// Where that is not found in the time and digits that proofs have: what was found last.
-template <class T, class Compute>
-Estimated<T> estimated(const ProofOptions& options, const Compute& compute) {
+/// Where that is not found in the time and digits that proofs have, or is_hopeless() says after a first try that it
+/// never is: what was found last.
+template <class T, class Compute, class IsHopeless>
+Estimated<T> estimated(const ProofOptions& options, const Compute& compute, const IsHopeless& is_hopeless) {
   if (!options.wanted()) {
     return estimated_once<T>(options, compute);
   }
   Estimated<T> estimate;
   try {
     int worked_with = 0;
+    int tries = 0;
     with_true_digits(options, worked_with, [&] {
+      if (++tries == 2 && is_hopeless()) {
+        throw tesk2mp::NumericalFailure("TO_DIGITS", 1, 0, "more digits do not help", {});
+      }
       estimate = estimated_once<T>(options, compute);
       return estimate.numbers;
     });
@@ -59,6 +64,10 @@ Estimated<T> estimated(const ProofOptions& options, const Compute& compute) {
     }
   }
   return estimate;
+}
+template <class T, class Compute>
+Estimated<T> estimated(const ProofOptions& options, const Compute& compute) {
+  return estimated<T>(options, compute, [] { return false; });
 }
 
 /// "20 digits, by ROUTINE (worked with 25)" as the second note, how many of them are true as the last one, and both as

@@ -65,6 +65,7 @@ struct Factors {
   tesk2mp::Matrix<T> packed;
   std::vector<Integer> pivots;
   bool singular = false;
+  std::optional<std::size_t> deficient_rank;
   T mantissa{};
   std::int64_t exponent = 0;  // of the determinant; of square matrices
 };
@@ -84,7 +85,8 @@ template <class T>
 Factors<T> factors_of(const LuOptions& options, const tesk2mp::Matrix<T>& a, Estimated<T>& estimate) {
   Factors<T> found;
   const bool square = a.rows() == a.columns();
-  estimate = estimated<T>(options.proof, [&] {
+  std::optional<std::int64_t> exponent;
+  const auto compute = [&] {
     const tesk2mp::LU<T> lu = factorised(options, a);
     found.packed = lu.factors();
     found.pivots = lu.pivots();
@@ -93,14 +95,26 @@ Factors<T> factors_of(const LuOptions& options, const tesk2mp::Matrix<T>& a, Est
                                           found.packed.data() + a.rows() * a.columns());
     if (square) {
       const auto parts = lu.determinant_parts();
-      found.exponent = parts.exponent;
-      numbers->push_back(parts.mantissa);
+      // Beside one exponent, so that mantissas can be compared.
+      constexpr std::int64_t kFar = 1'000'000;
+      const std::int64_t places = exponent ? parts.exponent - *exponent : 0;
+      exponent = exponent.value_or(parts.exponent);
+      numbers->push_back(parts.mantissa * T(QuarnFloat(1, int(std::clamp(places, -kFar, kFar)))));
     }
     return numbers;
+  };
+  // Of lower rank, the pivots that are exactly 0 are rounding errors at any precision, and what is divided by them too.
+  estimate = estimated<T>(options.proof, compute, [&] {
+    const std::optional<std::size_t> rank = tesk2mp::proven::rank(a);
+    if (rank && *rank < std::min(a.rows(), a.columns())) {
+      found.deficient_rank = rank;
+    }
+    return found.deficient_rank.has_value();
   });
   std::vector<T> numbers = known_values(estimate.numbers);
   if (square && !numbers.empty()) {
-    found.mantissa = numbers.back();
+    found.mantissa = found.deficient_rank ? T() : numbers.back();
+    found.exponent = *exponent;
     numbers.pop_back();
   }
   found.packed = matrix_of(numbers, a.rows());
@@ -118,11 +132,15 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
   result.notes = {"A = P L U of the " + description(given), ""};
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
   if (given.rows() == given.columns()) {
-    const std::string determinant = determinant_text(lu.mantissa, lu.exponent);
+    const std::string determinant = determinant_text(lu.mantissa == T() ? T() : lu.mantissa, lu.exponent);
     result.notes.push_back("determinant " + determinant +
                            "; row interchanges: " + std::to_string(interchanges(lu.pivots)) +
                            (lu.singular ? "; singular: a pivot is exactly zero" : ""));
     result.facts.push_back({"determinant", determinant});
+  }
+  if (lu.deficient_rank) {
+    result.notes.push_back("the rank is " + std::to_string(*lu.deficient_rank) +
+                           ", proven; pivots that are rounding errors make what follows them so");
   }
   add_estimate(options.proof, estimate, routine, result);
   const std::string title = std::string(options.part == "factors" ? "L and U"

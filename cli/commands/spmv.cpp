@@ -59,8 +59,12 @@ void run_spmv(const SpmvOptions& options) {
   if (options.matrix == "-" && options.vector == "-") {
     throw bad_input("only one of MATRIX and VECTOR can be standard input");
   }
-  SparseMatrix given = read_matrix(options.matrix, options.table);
-  const DenseMatrix vector = read_vector(options.vector, options.column, options.table);
+  const auto exactly = [](const auto& read) {
+    const tesk2mp::Digits all(int{kMostDigits});
+    return read();
+  };
+  SparseMatrix given = exactly([&] { return read_matrix(options.matrix, options.table); });
+  const DenseMatrix vector = exactly([&] { return read_vector(options.vector, options.column, options.table); });
   const Integer n = given.rows;
   if (n != given.columns || n != vector.rows()) {
     throw bad_input(given.source + ": " + std::to_string(n) + " by " + std::to_string(given.columns) +
@@ -78,7 +82,7 @@ void run_spmv(const SpmvOptions& options) {
   Result result;
   result.notes = {"Product of " + transposed + name_of_input(options.matrix) + " (" + shape + "order " +
                       std::to_string(n) + ", " + std::to_string(entries) + " entries) and " + vector.source,
-                  digits_text() + ", by " + done.routine};
+                  digits_text() + ", all of them true, by " + done.routine};
   result.facts = {
       {"routine", done.routine}, {"digits", std::to_string(QuarnDigits()), true}, {"n", std::to_string(n), true}};
   add_matrix(result, done.y);
@@ -95,6 +99,8 @@ as 1-2i), of JSON, or of a Matrix Market file.
 
 --transpose multiplies by A^T, and by the conjugate transpose A^H where the matrix or
 the vector is complex. --plot draws the product's elements.
+
+The numbers are taken with all their digits, and each element of the product is rounded once.
 
 Examples:
   seq 1 48 | quarn spmv examples/bcsstk01.mtx - --digits 40

@@ -126,6 +126,9 @@ class Dense(unittest.TestCase):
         # One computation with 8 digits says that it knows next to nothing; a matrix on the edge is not decided by it.
         once = run_json("lu", "-", "--working-digits", "8", stdin=text_of(hilbert))
         self.assertLess(once["true_digits_estimated"], 3)
+        # More digits do not help where the rank is lower, and none are tried.
+        singular = run_json("lu", "-", "--digits", "300", stdin=text_of([[1, 2, 4], [2, 5, 7], [3, 7, 11]]))
+        self.assertEqual((singular["determinant"], singular["working_digits"]), ("0", 305))
         indefinite = [row[:] for row in hilbert]
         indefinite[n - 1][n - 1] -= 1
         self.assertIn("leading minor of order 10 is not positive", run("chol", "-", stdin=text_of(indefinite)).stderr)
