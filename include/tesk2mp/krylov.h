@@ -1,4 +1,4 @@
-// Eigenvalues of large matrices that are known by their products alone.
+// Eigenvalues, singular values and least squares of large matrices that are known by their products alone.
 //
 // The matrix is a function of the caller. The routines report through INFO and print nothing: 0 is success, -k says
 // that argument k is illegal (checked in argument order), and a positive value is a numerical failure. Of an option
@@ -129,6 +129,117 @@ TESK2MP_API void QuarnMPX_zeigs_(const char* which, Integer n, Integer k, const 
                                  QuarnComplexOperator product, void* context, Integer ncv, QuarnFloat tol, Integer most,
                                  const Complex* v0, Complex* w, Complex* z, Integer ldz, QuarnFloat* resid, Integer* m,
                                  Integer* nprod, Integer* info, int which_length);
+/// @}
+
+/// @defgroup dsvds some singular values of a large matrix
+///
+/// DSVDS: K singular values of an m by n matrix, descending, with singular vectors; ZSVDS of a complex one. Multiple
+/// ones are found several times, as DEIGSH does it.
+///
+/// @param[in] which LM or SM: the largest or the smallest
+/// @param[in] m rows of A, >= 1
+/// @param[in] n columns of A, >= 1
+/// @param[in] k how many, 1 ... min(M, N)
+/// @param[in] product is asked for A x and A^H x
+/// @param[in] context for PRODUCT
+/// @param[in] ncv vectors of each kind at a time, K + 2 ... min(M, N), or min(M, N); 0: max(2 K + 2, 20 + digits / 4),
+///     or min(M, N)
+/// @param[in] tol largest residual beside the norm of A, 0 <= TOL < 1; 0: the machine precision, and no more than 10^-8
+/// @param[in] most products after which the routine gives up at its next restart, >= 1
+/// @param[in] v0 N elements, M when M < N: where to begin, finite and not zero; null: random numbers, the same ones in
+///     each call
+/// @param[out] s K singular values
+/// @param[out] u left vectors, orthonormal: K columns of M elements, LDU apart; null: not wanted
+/// @param[in] ldu step from column to column of U, >= M
+/// @param[out] v right vectors, orthonormal: K columns of N elements, LDV apart; null: not wanted
+/// @param[in] ldv step from column to column of V, >= N
+/// @param[out] resid K: the larger of the norms of A v - s u and A^H u - s v for S, U and V as found
+/// @param[out] nprod products that were formed
+/// @param[out] info 0; -j when argument j is illegal; 1 when MOST products were not enough: the arrays hold the best
+///     there is, and RESID says how good it is; 2 when a product is not finite, or the singular values of a projection
+///     were not found
+///
+/// @par Failures
+/// Illegal: which (-1), m < 1 (-2), n < 1 (-3), k (-4), product null (-5), ncv (-7), tol (-8), most < 1 (-9), v0 (-10),
+/// ldu < m (-13), ldv < n (-15). With these, with 2, and when storage runs out or PRODUCT throws, nothing is written.
+///
+/// @par Method
+/// Lanczos bidiagonalisation with full reorthogonalisation and thick restart, by a few digits more than asked for.
+///
+/// @par Accuracy
+/// Errors of S are some units of the last place of the largest singular value of A at most: small ones have fewer
+/// digits, and those of which A has many close together converge slowly.
+///
+/// @par Source
+/// J. Baglama, L. Reichel, Augmented implicitly restarted Lanczos bidiagonalization methods, SIAM J. Sci. Comput. 27
+/// (2005).
+///
+/// @par Cost
+/// Two products, and 4 (M + N) NCV multiply-adds, for each pair of vectors; storage of (M + N) NCV numbers.
+/// @{
+TESK2MP_API void QuarnMPX_dsvds_(const char* which, Integer m, Integer n, Integer k, QuarnRealOperator product,
+                                 void* context, Integer ncv, QuarnFloat tol, Integer most, const QuarnFloat* v0,
+                                 QuarnFloat* s, QuarnFloat* u, Integer ldu, QuarnFloat* v, Integer ldv,
+                                 QuarnFloat* resid, Integer* nprod, Integer* info, int which_length);
+TESK2MP_API void QuarnMPX_zsvds_(const char* which, Integer m, Integer n, Integer k, QuarnComplexOperator product,
+                                 void* context, Integer ncv, QuarnFloat tol, Integer most, const Complex* v0,
+                                 QuarnFloat* s, Complex* u, Integer ldu, Complex* v, Integer ldv, QuarnFloat* resid,
+                                 Integer* nprod, Integer* info, int which_length);
+/// @}
+
+/// @defgroup dlsmr least squares of a large matrix
+///
+/// DLSMR: the x of least norm(b - A x)^2 + damp^2 norm(x)^2 for an m by n matrix; ZLSMR for a complex one. Without
+/// damping, and of those that are as good, it is the shortest.
+///
+/// @param[in] m rows of A, >= 1
+/// @param[in] n columns of A, >= 1
+/// @param[in] product is asked for A x and A^H x
+/// @param[in] context for PRODUCT
+/// @param[in] b M elements
+/// @param[in] damp the damping, >= 0
+/// @param[in] atol relative error of A, 0 <= ATOL < 1; 0: the machine precision, and no more than 10^-8
+/// @param[in] btol relative error of B, likewise
+/// @param[in] conlim ends when the condition number seems to be larger than that, >= 0; 0: never
+/// @param[in] most iterations before the routine gives up, >= 1
+/// @param[out] x N elements
+/// @param[out] rnorm norm of the residual r = b - A x, with damp x below it, for X as returned
+/// @param[out] arnorm norm of A^H r - damp^2 x, likewise
+/// @param[out] anorm an estimate of the Frobenius norm of A with the damping below it, from below for few iterations
+/// @param[out] acond an estimate of its condition number, from below
+/// @param[out] itn iterations
+/// @param[out] istop 1: rnorm <= BTOL norm(b) + ATOL anorm norm(x), A x = b is solved; 2: arnorm <= ATOL anorm rnorm,
+///     the least squares problem is solved; 3: CONLIM is reached; 7: MOST is reached
+/// @param[out] info 0; -j when argument j is illegal; 1 with ISTOP 7, X being the last iterate; 2 when a product is not
+///     finite
+///
+/// @par Failures
+/// Illegal: m < 1 (-1), n < 1 (-2), product null (-3), damp (-6), atol (-7), btol (-8), conlim (-9), most < 1 (-10).
+/// With these, with 2, and when storage runs out or PRODUCT throws, nothing is written.
+///
+/// @par Method
+/// Golub-Kahan bidiagonalisation, of which each step makes arnorm smaller, with a few digits more than asked for, and a
+/// tenth of the tolerances, so that roundings of X do not break them. An ill-conditioned A takes more iterations than
+/// it has columns, and fewer with more digits.
+///
+/// @par Accuracy
+/// The two norms are those of X as returned, to the last digits.
+///
+/// @par Source
+/// D. C.-L. Fong, M. Saunders, LSMR: An iterative algorithm for sparse least-squares problems, SIAM J. Sci. Comput. 33
+/// (2011).
+///
+/// @par Cost
+/// Two products, and 2 M + 8 N multiply-adds, for each iteration; storage of 2 M + 6 N numbers.
+/// @{
+TESK2MP_API void QuarnMPX_dlsmr_(Integer m, Integer n, QuarnRealOperator product, void* context, const QuarnFloat* b,
+                                 QuarnFloat damp, QuarnFloat atol, QuarnFloat btol, QuarnFloat conlim, Integer most,
+                                 QuarnFloat* x, QuarnFloat* rnorm, QuarnFloat* arnorm, QuarnFloat* anorm,
+                                 QuarnFloat* acond, Integer* itn, Integer* istop, Integer* info);
+TESK2MP_API void QuarnMPX_zlsmr_(Integer m, Integer n, QuarnComplexOperator product, void* context, const Complex* b,
+                                 QuarnFloat damp, QuarnFloat atol, QuarnFloat btol, QuarnFloat conlim, Integer most,
+                                 Complex* x, QuarnFloat* rnorm, QuarnFloat* arnorm, QuarnFloat* anorm,
+                                 QuarnFloat* acond, Integer* itn, Integer* istop, Integer* info);
 /// @}
 }
 TESK2MP_NAMES_END

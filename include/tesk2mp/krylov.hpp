@@ -1,4 +1,5 @@
-// Eigenvalues of large matrices in the C++ interface. Part of tesk2mp.hpp; krylov.h documents the methods.
+// Eigenvalues, singular values and least squares of large matrices in the C++ interface. Part of tesk2mp.hpp; krylov.h
+// documents the methods.
 #pragma once
 
 #include <algorithm>
@@ -232,6 +233,170 @@ Eigenpairs eigs(const SparseMatrix<T>& a, std::size_t k, const EigenOptions<T>& 
   const Product<T> product = [&matrix](std::span<const T> x, std::span<T> y) { matrix.multiply(x, y); };
   return eigs<T>(a.order(), product, k, options,
                  options.sigma ? detail::shifted_solve<T>(matrix, *options.sigma) : Product<T>());
+}
+
+/// An m by n sparse matrix as a list of entries, real or complex. Indices count from 0.
+template <Scalar T>
+class SparseRectangle {
+ public:
+  using value_type = T;
+
+  SparseRectangle(std::size_t rows, std::size_t columns)
+      : rows_(rows), columns_(columns), square_(std::max(rows, columns)) {
+    detail::require(rows >= 1 && columns >= 1, detail::name<T>("F11XAF", "F11XNF"), 2, "a sparse matrix of ", rows,
+                    " by ", columns);
+  }
+
+  /// One more entry; those of the same place add up.
+  void add(std::size_t row, std::size_t column, T value) {
+    const char* const routine = detail::name<T>("F11XAF", "F11XNF");
+    detail::require(row < rows_, routine, 5, "row ", row, " of a matrix of ", rows_, " rows");
+    detail::require(column < columns_, routine, 6, "column ", column, " of a matrix of ", columns_, " columns");
+    square_.add(row, column, std::move(value));
+  }
+
+  std::size_t rows() const { return rows_; }
+  std::size_t columns() const { return columns_; }
+  std::size_t entries() const { return square_.entries(); }
+  /// The matrix with zeros below it or beside it.
+  const SparseMatrix<T>& square() const { return square_; }
+
+  /// y := A x, or A^H x, with one rounding of each element.
+  void multiply(std::span<const T> x, std::span<T> y, bool adjoint = false) const {
+    const char* const routine = detail::name<T>("F11XAF", "F11XNF");
+    detail::require_length(routine, 8, detail::count_of(x.size()), detail::count_of(adjoint ? rows_ : columns_));
+    detail::require_length(routine, 9, detail::count_of(y.size()), detail::count_of(adjoint ? columns_ : rows_));
+    std::vector<T> longer(x.begin(), x.end());
+    longer.resize(square_.order());
+    std::vector<T> image = square_.multiply(longer, adjoint ? Op::conjugate_transpose : Op::none);
+    std::move(image.begin(), image.begin() + std::ptrdiff_t(y.size()), y.begin());
+  }
+
+ private:
+  std::size_t rows_;
+  std::size_t columns_;
+  SparseMatrix<T> square_;
+};
+
+/// How svds() works; `start` has as many elements as there are columns, or rows when these are fewer.
+template <Scalar T>
+struct SingularOptions : KrylovOptions<T> {
+  bool smallest = false;
+};
+
+/// Some singular values, descending, with orthonormal singular vectors in the columns of U and V, and the larger of the
+/// norms of A v - s u and A^H u - s v.
+template <Scalar T>
+struct SingularTriplets {
+  Matrix<T> u;
+  std::vector<Real> values;
+  Matrix<T> v;
+  std::vector<Real> residuals;
+  Integer products = 0;
+};
+
+/// k singular values of a matrix that is known by its products and those of its adjoint. Throws as eigsh() does.
+template <Scalar T>
+SingularTriplets<T> svds(std::size_t rows, std::size_t columns, const std::type_identity_t<Product<T>>& product,
+                         const std::type_identity_t<Product<T>>& adjoint, std::size_t k,
+                         const SingularOptions<T>& options = {}) {
+  const char* const routine = detail::name<T>("DSVDS", "ZSVDS");
+  const std::size_t few = std::min(rows, columns);
+  detail::require(few >= 1, routine, rows < 1 ? 2 : 3, "a matrix of ", rows, " by ", columns);
+  detail::require(k >= 1 && k <= few, routine, 4, k, " singular values of a matrix of ", rows, " by ", columns);
+  detail::require(options.start.empty() || options.start.size() == few, routine, 10, "a start vector of ",
+                  options.start.size(), " elements");
+  detail::OperatorContext<T> context{rows, columns, product, adjoint, {}};
+  const std::size_t wanted = options.vectors ? k : 0;
+  SingularTriplets<T> found{Matrix<T>(rows, wanted), std::vector<Real>(k), Matrix<T>(columns, wanted),
+                            std::vector<Real>(k)};
+  Integer info = 0;
+  detail::pick<T>(QuarnMPX_dsvds_, QuarnMPX_zsvds_)(
+      options.smallest ? "SM" : "LM", detail::count_of(rows), detail::count_of(columns), detail::count_of(k),
+      detail::OperatorContext<T>::form, &context, detail::count_of(options.basis), options.tolerance,
+      detail::most_products(options.most_products, few), options.start.empty() ? nullptr : options.start.data(),
+      found.values.data(), options.vectors ? detail::RawMatrix<T>{found.u.view()}.data : nullptr,
+      detail::count_of(rows), options.vectors ? detail::RawMatrix<T>{found.v.view()}.data : nullptr,
+      detail::count_of(columns), found.residuals.data(), &found.products, &info, 2);
+  detail::raise_krylov(routine, info);
+  return found;
+}
+
+template <Scalar T>
+SingularTriplets<T> svds(const SparseRectangle<T>& a, std::size_t k, const SingularOptions<T>& options = {}) {
+  return svds<T>(
+      a.rows(), a.columns(), [&a](std::span<const T> x, std::span<T> y) { a.multiply(x, y); },
+      [&a](std::span<const T> x, std::span<T> y) { a.multiply(x, y, true); }, k, options);
+}
+template <Scalar T>
+SingularTriplets<T> svds(const SparseMatrix<T>& a, std::size_t k, const SingularOptions<T>& options = {}) {
+  return svds<T>(
+      a.order(), a.order(), [&a](std::span<const T> x, std::span<T> y) { a.multiply(x, y); },
+      [&a](std::span<const T> x, std::span<T> y) { a.multiply(x, y, Op::conjugate_transpose); }, k, options);
+}
+
+/// How lsmr() works.
+struct LsmrOptions {
+  Real damp = 0;
+  Real atol = 0;  ///< relative errors of A and b; 0: the machine precision
+  Real btol = 0;
+  Real largest_condition = 0;   ///< ends there; 0: never
+  Integer most_iterations = 0;  ///< 0: 10 min(m, n), and no less than 1000
+};
+
+enum class LsmrStop { solved = 1, least_squares = 2, condition = 3 };
+
+/// The x, how the iteration ended, the norms of the residual and of its product with the adjoint for x as it is, and
+/// estimates of norm and condition of A.
+template <Scalar T>
+struct LsmrSolution {
+  std::vector<T> x;
+  LsmrStop stop = LsmrStop::solved;
+  Integer iterations = 0;
+  Real residual_norm;
+  Real gradient_norm;
+  Real matrix_norm;
+  Real condition;
+};
+
+/// The x of least ||b - A x||^2 + damp^2 ||x||^2, for a matrix of b.size() rows that is known by its products and those
+/// of its adjoint. Throws InvalidArgument; NumericalFailure 1 when the iterations did not do, 2 when a product is not
+/// finite. What the functions throw passes through.
+template <Scalar T>
+LsmrSolution<T> lsmr(std::size_t columns, const std::type_identity_t<Product<T>>& product,
+                     const std::type_identity_t<Product<T>>& adjoint, std::span<const std::type_identity_t<T>> b,
+                     const LsmrOptions& options = {}) {
+  const char* const routine = detail::name<T>("DLSMR", "ZLSMR");
+  const std::size_t rows = b.size();
+  detail::require(rows >= 1 && columns >= 1, routine, rows < 1 ? 1 : 2, "a matrix of ", rows, " by ", columns);
+  detail::OperatorContext<T> context{rows, columns, product, adjoint, {}};
+  const std::size_t usual = std::max<std::size_t>(1000, 10 * std::min(rows, columns));
+  LsmrSolution<T> solution;
+  solution.x.resize(columns);
+  Integer stop = 1;
+  Integer info = 0;
+  detail::pick<T>(QuarnMPX_dlsmr_, QuarnMPX_zlsmr_)(
+      detail::count_of(rows), detail::count_of(columns), detail::OperatorContext<T>::form, &context, b.data(),
+      options.damp, options.atol, options.btol, options.largest_condition,
+      options.most_iterations != 0 ? options.most_iterations : detail::count_of(usual), solution.x.data(),
+      &solution.residual_norm, &solution.gradient_norm, &solution.matrix_norm, &solution.condition,
+      &solution.iterations, &stop, &info);
+  detail::require(info >= 0, routine, -info,
+                  info == -6 ? "a damping that is negative or not finite" : "a wrong number");
+  if (info > 0) {
+    throw NumericalFailure(
+        routine, info, 0, info == 1 ? "the iteration did not converge" : "a product with the matrix is not finite", {});
+  }
+  solution.stop = LsmrStop(stop);
+  return solution;
+}
+template <Scalar T>
+LsmrSolution<T> lsmr(const SparseRectangle<T>& a, std::span<const std::type_identity_t<T>> b,
+                     const LsmrOptions& options = {}) {
+  detail::require_length(detail::name<T>("DLSMR", "ZLSMR"), 5, detail::count_of(b.size()), detail::count_of(a.rows()));
+  return lsmr<T>(
+      a.columns(), [&a](std::span<const T> x, std::span<T> y) { a.multiply(x, y); },
+      [&a](std::span<const T> x, std::span<T> y) { a.multiply(x, y, true); }, b, options);
 }
 
 }  // namespace tesk2mp

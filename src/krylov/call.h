@@ -43,6 +43,11 @@ inline Integer usual_basis(Integer n, Integer k, Integer ncv) {
   return ncv != 0 ? ncv : std::min(n, std::max(2 * std::min(k, n) + 2, 20 + Integer(QuarnDigits()) / 4));
 }
 
+/// The first two letters are those.
+inline bool is_option(const char* given, std::string_view letters) {
+  return capital(given[0]) == letters[0] && capital(given[1]) == letters[1];
+}
+
 /// To work with a tenth of, so that the sum of what is left out stays below.
 inline QuarnFloat usual_tolerance(const QuarnFloat& tol) {
   return (tol == 0 ? std::min(epsilon(), QuarnFloat(1, -8)) : tol) / 10;
@@ -105,7 +110,7 @@ struct EigenArguments {
   template <std::size_t kCount>
   const Wanted* wanted_of(const WantedName (&names)[kCount]) const {
     for (const WantedName& each : names) {
-      if (capital(which[0]) == each.letters[0] && capital(which[1]) == each.letters[1]) {
+      if (is_option(which, each.letters)) {
         return &each.wanted;
       }
     }

@@ -207,6 +207,25 @@ Numbers functions() {
   return numbers(exp(x), log(x), sin(x), atan(x), pow(x, x), tesk2mp::pi(), tanh(x));
 }
 
+/// Eigenvalues, singular values and least squares of second differences.
+Numbers values_of_operator() {
+  constexpr std::size_t kOrder = 30;
+  const tesk2mp::Product<Real> differences = [](std::span<const Real> x, std::span<Real> y) {
+    for (std::size_t i = 0; i < kOrder; ++i) {
+      y[i] = 2 * x[i] - (i > 0 ? x[i - 1] : Real(0)) - (i + 1 < kOrder ? x[i + 1] : Real(0));
+    }
+  };
+  Numbers all = tesk2mp::eigsh<Real>(kOrder, differences, 2).values;
+  for (const Complex& each : tesk2mp::eigs<Real>(kOrder, differences, 2).values) {
+    all.push_back(each.re);
+  }
+  const Numbers singular = tesk2mp::svds<Real>(kOrder, kOrder, differences, differences, 1).values;
+  all.insert(all.end(), singular.begin(), singular.end());
+  const Numbers x = tesk2mp::lsmr<Real>(kOrder, differences, differences, Numbers(kOrder, Real(1))).x;
+  all.insert(all.end(), x.begin(), x.end());
+  return all;
+}
+
 struct Case {
   const char* name;
   int digits;
@@ -259,6 +278,7 @@ TEST_CASE("work that is interrupted leaves nothing behind and gives the same dig
       {"sparse LU", 30, [] { return solved_by_factors<tesk2mp::SparseLU<Real>>(tesk2mp::Storage::general, 300); }},
       {"sparse Cholesky", 30,
        [] { return solved_by_factors<tesk2mp::SparseCholesky<Real>>(tesk2mp::Storage::lower_triangle, 300); }},
+      {"eigenvalues of operators", 10, [] { return values_of_operator(); }},
       {"sorting", 20, [] { return ranks(5000); }},
       {"elementary functions", 4500, functions},
   };

@@ -16,7 +16,7 @@ using tesk2mp::SparseCholesky;
 using tesk2mp::SparseLU;
 using tesk2mp::SparseMatrix;
 
-TEST_CASE("when storage runs out at any place nothing is lost, of complete and incomplete factorisations") {
+TEST_CASE("when storage runs out at any place nothing is lost, of factorisations and what is found by products") {
   const Digits scope(200);  // numbers that take storage too
   Random random;
   const SparseMatrix<Real> a = samples::general_sample<Real>(random, 12, 0);
@@ -55,4 +55,12 @@ TEST_CASE("when storage runs out at any place nothing is lost, of complete and i
   sweep([&] { return solved(tesk2mp::IncompleteLU<Real>(a, fill, tesk2mp::PivotSearch::both)); });
   sweep([&] { return solved(tesk2mp::IncompleteLU<Real>(a, fill, tesk2mp::PivotSearch::least_fill)); });
   sweep([&] { return solved(tesk2mp::IncompleteCholesky<Real>(triangle, fill)); });
+  const SparseMatrix<Real> small = samples::definite_sample<Real>(random, 4);
+  tesk2mp::SparseRectangle<Real> tall(5, 3);
+  for (std::size_t i = 0; i < 5; ++i) {
+    tall.add(i, i % 3, Real(int(i) + 1));
+  }
+  sweep([&] { return tesk2mp::eigsh(small, 2).values; });
+  sweep([&] { return tesk2mp::svds(tall, 2).values; });
+  sweep([&] { return tesk2mp::lsmr<Real>(tall, std::vector<Real>(5, Real(1))).x; });
 }

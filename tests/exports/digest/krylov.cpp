@@ -1,4 +1,6 @@
 // Digests of the exports for large matrices that are functions: of a full matrix that the context holds.
+#include <algorithm>
+
 #include "digest.h"
 
 namespace digest {
@@ -84,6 +86,51 @@ void general(Suite& suite, const Entry<F>& entry) {
   });
 }
 
+template <class T, class F>
+void singular(Suite& suite, const Entry<F>& entry) {
+  if (entry.function == nullptr) {
+    return;
+  }
+  suite.cases(3, [&](Case& c) {
+    const Integer m = c.size + 1;
+    const Integer n = 1 + c.below(m + 3);
+    Full<T> matrix{c.numbers<T>(std::int64_t(m) * n), m};
+    for (const char* which : {"LM", "sm", "XX"}) {
+      const Integer k = 1 + c.below(std::min(m, n));
+      std::vector<QuarnFloat> s(static_cast<std::size_t>(k)), residuals(s.size());
+      std::vector<T> u(std::size_t(m) * s.size()), v(std::size_t(n) * s.size());
+      Integer products = -99;
+      Integer info = -99;
+      entry.function(which, m, n, k, Full<T>::form, &matrix, 0, 0, 1000, nullptr, s.data(), u.data(), m, v.data(), n,
+                     residuals.data(), &products, &info, 2);
+      Suite::take(*entry.result, s, u, v, residuals, products, info);
+    }
+  });
+}
+
+template <class T, class F>
+void least_squares(Suite& suite, const Entry<F>& entry) {
+  if (entry.function == nullptr) {
+    return;
+  }
+  suite.cases(2, [&](Case& c) {
+    const Integer m = c.size + 1;
+    const Integer n = 1 + c.below(m);
+    Full<T> matrix{c.numbers<T>(std::int64_t(m) * n), m};
+    const std::vector<T> b = c.numbers<T>(m);
+    for (const int damp : {0, 1, -1}) {
+      std::vector<T> x(static_cast<std::size_t>(n));
+      std::vector<QuarnFloat> norms(4);
+      Integer iterations = -99;
+      Integer stop = -99;
+      Integer info = -99;
+      entry.function(m, n, Full<T>::form, &matrix, b.data(), damp, 0, 0, 0, 200, x.data(), &norms[0], &norms[1],
+                     &norms[2], &norms[3], &iterations, &stop, &info);
+      Suite::take(*entry.result, x, norms, iterations, stop, info);
+    }
+  });
+}
+
 }  // namespace
 
 void krylov(Suite& suite) {
@@ -91,6 +138,10 @@ void krylov(Suite& suite) {
   hermitian<Complex>(suite, ENTRY(QuarnMPX_zeigsh_));
   general<QuarnFloat>(suite, ENTRY(QuarnMPX_deigs_));
   general<Complex>(suite, ENTRY(QuarnMPX_zeigs_));
+  singular<QuarnFloat>(suite, ENTRY(QuarnMPX_dsvds_));
+  singular<Complex>(suite, ENTRY(QuarnMPX_zsvds_));
+  least_squares<QuarnFloat>(suite, ENTRY(QuarnMPX_dlsmr_));
+  least_squares<Complex>(suite, ENTRY(QuarnMPX_zlsmr_));
 }
 
 }  // namespace digest

@@ -1,0 +1,143 @@
+// Some singular values of large matrices: entries.
+#include <numeric>
+#include <vector>
+
+#include "src/krylov/call.h"
+#include "src/krylov/lanczos_bidiagonal.h"
+
+namespace tesk {
+namespace {
+
+template <class T>
+struct SingularCall {
+  const char* which;
+  Integer m;
+  Integer n;
+  Integer k;
+  Operator<T> product;
+  void* context;
+  Integer ncv;
+  QuarnFloat tol;
+  Integer most;
+  const T* v0;
+  QuarnFloat* s;
+  T* u;
+  Integer ldu;
+  T* v;
+  Integer ldv;
+  QuarnFloat* resid;
+  Integer* nprod;
+
+  Integer find() const {
+    const Integer few = std::min(m, n);
+    const bool largest = is_option(which, "LM");
+    const Integer wrong = first_wrong({{!largest && !is_option(which, "SM"), 1},
+                                       {m < 1, 2},
+                                       {n < 1, 3},
+                                       {k < 1 || k > few, 4},
+                                       {product == nullptr, 5},
+                                       {!is_basis(few, k, ncv), 7},
+                                       {!(tol >= 0 && tol < 1), 8},
+                                       {most < 1, 9},
+                                       {!is_start(few, v0), 10},
+                                       {ldu < m, 13},
+                                       {ldv < n, 15}});
+    if (wrong != 0) {
+      return -wrong;
+    }
+    // The adjoint of a wide matrix is tall.
+    const bool wide = m < n;
+    const Integer basis = usual_basis(few, k, ncv);
+    const QuarnFloat tolerance = usual_tolerance(tol);
+    const auto by = [this](Integer what) { return [this, what](const T* x, T* y) { product(context, what, x, y); }; };
+    SingularSpace<T> space = [&] {
+      const WorkingDigits more(guarded_digits(std::max(m, n)));
+      return lanczos_bidiagonal<T>({std::max(m, n), few, by(wide ? kAdjointProduct : kProduct),
+                                    by(wide ? kProduct : kAdjointProduct), !largest, k, basis, tolerance, most, v0});
+    }();
+    if (space.end == KrylovEnd::failed) {
+      return 2;
+    }
+    return deliver(space, wide ? space.v.view() : space.u.view(), wide ? space.u.view() : space.v.view());
+  }
+
+ private:
+  /// Vectors are rounded first, so that values and residuals are those of what is returned.
+  Integer deliver(const SingularSpace<T>& space, OneBasedMatrix<T> left, OneBasedMatrix<T> right) const {
+    round_elements<T>(m, k, left);
+    round_elements<T>(n, k, right);
+    std::vector<QuarnFloat> values(static_cast<std::size_t>(k));
+    std::vector<QuarnFloat> rests(values.size());
+    std::vector<T> image(static_cast<std::size_t>(m));
+    std::vector<T> adjoint_image(static_cast<std::size_t>(n));
+    const OneBasedVector<T> av(image.data(), 1);
+    const OneBasedVector<T> ahu(adjoint_image.data(), 1);
+    for (Integer j = 1; j <= k; ++j) {
+      const OneBasedVector<T> x = left.column(j);
+      const OneBasedVector<T> y = right.column(j);
+      QuarnFloat& value = values[std::size_t(j) - 1];
+      QuarnFloat& rest = rests[std::size_t(j) - 1];
+      {
+        const WorkingDigits more(guarded_digits(std::max(m, n)));
+        product(context, kProduct, y.first(), av.first());
+        product(context, kAdjointProduct, x.first(), ahu.first());
+        T quotient{};
+        exact::multiply_matrix_vector<T>(Op::conjugate_transpose, m, 1, T(1.0), {x.first(), m}, av, T(),
+                                         {&quotient, 1});
+        value = fabs(real_part(quotient)) / sqrt(sum_of_squares(m, x) * sum_of_squares(n, y));
+      }
+      value *= 1;
+      {
+        const WorkingDigits more(guarded_digits(std::max(m, n)));
+        add_multiple(m, T(-value), x, av);
+        add_multiple(n, T(-value), y, ahu);
+        rest = sqrt(std::max(sum_of_squares(m, av), sum_of_squares(n, ahu)));
+      }
+      rest *= 1;
+      if (!isfinite(rest)) {
+        return 2;
+      }
+    }
+    std::vector<Integer> order(values.size());
+    std::iota(order.begin(), order.end(), 0);
+    std::stable_sort(order.begin(), order.end(),
+                     [&](Integer i, Integer j) { return values[std::size_t(i)] > values[std::size_t(j)]; });
+    for (std::size_t i = 0; i < order.size(); ++i) {
+      const auto from = std::size_t(order[i]);
+      s[i] = std::move(values[from]);
+      resid[i] = std::move(rests[from]);
+      if (u != nullptr) {
+        copy(m, left.column(order[i] + 1), OneBasedVector<T>(u + std::ptrdiff_t(i) * ldu, 1));
+      }
+      if (v != nullptr) {
+        copy(n, right.column(order[i] + 1), OneBasedVector<T>(v + std::ptrdiff_t(i) * ldv, 1));
+      }
+    }
+    *nprod = space.products + 2 * k;
+    return space.end == KrylovEnd::converged ? 0 : 1;
+  }
+};
+
+}  // namespace
+}  // namespace tesk
+
+extern "C" {
+
+void QuarnMPX_dsvds_(const char* which, Integer m, Integer n, Integer k, QuarnRealOperator product, void* context,
+                     Integer ncv, QuarnFloat tol, Integer most, const QuarnFloat* v0, QuarnFloat* s, QuarnFloat* u,
+                     Integer ldu, QuarnFloat* v, Integer ldv, QuarnFloat* resid, Integer* nprod, Integer* info,
+                     int /*which_length*/) {
+  *info = tesk::SingularCall<QuarnFloat>{which, m, n, k,   product, context, ncv,   std::move(tol), most,
+                                         v0,    s, u, ldu, v,       ldv,     resid, nprod}
+              .find();
+}
+
+void QuarnMPX_zsvds_(const char* which, Integer m, Integer n, Integer k, QuarnComplexOperator product, void* context,
+                     Integer ncv, QuarnFloat tol, Integer most, const Complex* v0, QuarnFloat* s, Complex* u,
+                     Integer ldu, Complex* v, Integer ldv, QuarnFloat* resid, Integer* nprod, Integer* info,
+                     int /*which_length*/) {
+  *info = tesk::SingularCall<Complex>{which, m, n, k,   product, context, ncv,   std::move(tol), most,
+                                      v0,    s, u, ldu, v,       ldv,     resid, nprod}
+              .find();
+}
+}
