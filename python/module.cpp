@@ -1,6 +1,7 @@
 // The extension behind the package tesk2mp.
 #include "context.h"
 #include "convert.h"
+#include "quarn/storage.h"
 
 namespace python {
 namespace {
@@ -36,6 +37,9 @@ void translate(std::exception_ptr thrown) {
     raise("NumericalFailure", failure);
   } catch (const tesk2mp::InvalidArgument& refusal) {
     raise("InvalidArgument", refusal);
+  } catch (const std::bad_alloc&) {
+    QuarnReleaseStorage();  // what comes next needs memory
+    PyErr_NoMemory();
   }
 }
 

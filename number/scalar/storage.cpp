@@ -4,6 +4,7 @@
 #include <new>
 
 #include "number/scalar/thread_state.h"
+#include "quarn/storage.h"
 
 namespace quarn {
 namespace {
@@ -71,3 +72,9 @@ void recycle_limbs(Limb* limbs, std::uint32_t capacity) noexcept {
 }
 
 }  // namespace quarn
+
+void QuarnReleaseStorage() noexcept {
+  if (quarn::ThreadState* const state = quarn::existing_state()) {
+    state->release_blocks();
+  }
+}
