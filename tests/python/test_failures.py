@@ -149,8 +149,8 @@ for call in (
     lambda: tesk2mp.window("hann", 2**24),
     lambda: tesk2mp.outer(range(3000), range(3000)),
     lambda: tesk2mp.fft(range(2**20), digits=60),
-    lambda: tesk2mp.inverse(a, digits=30000),
-    lambda: tesk2mp.digits(30000)(tesk2mp.proven.solve)(a, a[0]),
+    lambda: tesk2mp.inverse(a, digits=10**5),
+    lambda: tesk2mp.digits(10**5)(tesk2mp.proven.solve)(a, a[0]),
 ):
     try:
         call()
