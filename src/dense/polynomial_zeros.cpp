@@ -123,6 +123,7 @@ void ZeroFinder<T>::start() {
 
 template <class T>
 void ZeroFinder<T>::evaluate(const Complex& x, Complex& p, Complex& derivative) const {
+  QuarnCheckInterrupt();
   p = Complex(a_[0]);
   derivative = Complex();
   for (std::size_t i = 1; i <= n_; ++i) {
@@ -153,7 +154,6 @@ void ZeroFinder<T>::iterate() {
   std::vector<bool> settled(n_, false);
   const std::size_t most = 200 + std::size_t(8 * working);
   for (std::size_t sweep = 0; sweep < most; ++sweep) {
-    QuarnCheckInterrupt();
     bool all = true;
     for (std::size_t i = 0; i < n_; ++i) {
       if (settled[i]) {
