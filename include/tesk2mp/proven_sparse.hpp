@@ -241,6 +241,7 @@ class SparseResidual {
                        r_.data());
     std::copy(r_.begin(), r_.end() - 1, r.begin());
     std::vector<QuarnBound> sizes;
+    sizes.reserve(r.size());
     for (const T& each : r) {
       sizes.push_back(QuarnBound(each) + rounding(each, QuarnDigits()));
     }

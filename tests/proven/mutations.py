@@ -341,7 +341,8 @@ MUTANTS = [
         ("error = of_part + rounding_of(z);", "error = rounding_of(z);"),
         ("error = of_part + rounding_of(z);", "error = of_part;"),
         ("bounded.push_back({std::move(z), error + carried});", "bounded.push_back({std::move(z), error});"),
-        ("QuarnBound::count(2) * detail::carried_error", "detail::carried_error"),
+        ("QuarnBound::count(2) * detail::carried_error(z", "detail::carried_error(z"),
+        ("QuarnBound::count(2) * detail::carried_error(x", "detail::carried_error(x"),
         ("sum += each.error;", "sum = std::max(sum, each.error);"),
     )),
     *((("zeros of functions", ZERO, *change, [FUNCTION_TERMS], OF_SUMS)) for change in (

@@ -131,7 +131,8 @@ TEST_CASE("terms of functions of a complex number") {
                             {number("0.2"), number("2.7")},
                             {number("2.7"), number("-0.3")},
                             {number("1.5708"), number("0.3")},
-                            {number("0.3"), number("1.5708")}};
+                            {number("0.3"), number("1.5708")},
+                            {number("5.2"), number("0.3")}};
   for (const ComplexFunction& f : kComplexFunctions) {
     for (const Complex& point : points) {
       for (const char* error : kErrors) {
@@ -280,6 +281,10 @@ TEST_CASE("terms of sums, norms, transforms and zeros") {
     CHECK(is_just(sum[0].error, "0.75"));
     const std::vector<Bounded<Real>> pair{bounded("0", "0"), bounded("0", "0.5")};
     CHECK(is_just(proven::transform(QuarnKind::dct2, pair)[0].error, "1"));
+    // Of a spectrum all but the ends count twice.
+    const std::vector<Bounded<Complex>> half{bounded(Complex(), "0"), bounded(Complex(), "0.5"),
+                                             bounded(Complex(), "0")};
+    CHECK(is_just(proven::from_spectrum(half, 4, QuarnDivisor::one)[0].error, "1"));
   }
   {
     const support::Digits scope(1);
