@@ -4,6 +4,7 @@
 #include "cli/io/output.h"
 #include "cli/repl/fault.h"
 #include "cli/repl/interpreter.h"
+#include "cli/repl/proof_flags.h"
 
 namespace cli {
 
@@ -52,7 +53,9 @@ void declare_calc(Command& command) {
                  "compute once with D digits, without a proof");
   command.number("--proof-time", "S", options->limits.seconds, 0, 1'000'000,
                  "after S seconds try no more working digits for a proof (default 60)");
+  repl::add_proof_flags(command, options->limits);
   add_output_file_option(command, options->file);
+  command.check = [options] { repl::check_proof_flags(options->limits); };
   command.work = [options] { run_calc(*options); };
 }
 

@@ -10,6 +10,7 @@
 #include "cli/repl/interpreter.h"
 #include "cli/repl/lexer.h"
 #include "cli/repl/line_input.h"
+#include "cli/repl/proof_flags.h"
 #include "cli/system/interrupt.h"
 #include "quarn/quarnthread.h"
 
@@ -161,8 +162,10 @@ void declare_repl(Command& command) {
                  "compute once with D digits, without a proof");
   command.number("--proof-time", "S", options->limits.seconds, 0, 1'000'000,
                  "after S seconds try no more working digits for a proof (default 60)");
+  repl::add_proof_flags(command, options->limits);
   add_output_file_option(command, options->file);
   command.check = [options] {
+    repl::check_proof_flags(options->limits);
     if (!options->script.empty() && !options->expressions.empty()) {
       throw bad_input("FILE and --eval exclude each other");
     }

@@ -1,7 +1,9 @@
 // Linear equations, factorisations, eigenvalues, norms.
 #include <algorithm>
 #include <array>
+#include <optional>
 
+#include "cli/repl/fault.h"
 #include "cli/repl/functions.h"
 #include "cli/system/progress.h"
 #include "tesk2mp/proven_spectra.hpp"
@@ -111,9 +113,12 @@ Knowns norm(Evaluation& /*evaluation*/, const Arguments& arguments) {
   return {known(norm_of(arguments.known(0), kKinds[kind]))};
 }
 
+Number condition(const Known& a) {
+  return multiply(norm_of(a, tesk2mp::Norm::one), norm_of(inverse(a), tesk2mp::Norm::one));
+}
+
 Knowns cond(Evaluation& /*evaluation*/, const Arguments& arguments) {
-  const Known& a = known_square(arguments);
-  return {known(multiply(norm_of(a, tesk2mp::Norm::one), norm_of(inverse(a), tesk2mp::Norm::one)))};
+  return {known(condition(known_square(arguments)))};
 }
 
 // The parts of P A = L U.
@@ -152,9 +157,62 @@ Values lu(State& /*state*/, const Arguments& arguments) {
   return with_real_or_complex(arguments.array(0), 1, [](const auto& a) { return lu_parts(a); });
 }
 
-Values chol(State& /*state*/, const Arguments& arguments) {
+Values estimated_chol(State& /*state*/, const Arguments& arguments) {
   return with_real_or_complex(arguments.square(0), 0.5,
                               [](const auto& a) { return Values{as_array(tesk2mp::Cholesky(a).factor())}; });
+}
+
+// The lower triangle L of A = L L^H, column by column. Nothing where a pivot is perhaps not positive; `refuted` is the
+// order of a leading minor that is proven not to be.
+std::optional<Known> bounded_cholesky(const Known& a, std::size_t& refuted) {
+  const std::size_t n = a.array().rows();
+  std::vector<Number> l(n * n);
+  Progress progress("factorising", double(n));
+  for (std::size_t j = 0; j < n; ++j) {
+    progress.advance();
+    for (std::size_t i = j; i < n; ++i) {
+      Number rest = element(a, i + j * n);
+      for (std::size_t k = 0; k < j; ++k) {
+        rest = subtract(rest, multiply(l[i + k * n], conjugate(l[j + k * n])));
+      }
+      if (i > j) {
+        l[i + j * n] = divide(rest, l[j + j * n]);
+        continue;
+      }
+      const auto& [pivot, error] = rest.re;
+      if (error.is_finite() && pivot + error.value() <= 0) {
+        refuted = j + 1;
+        return std::nullopt;
+      }
+      if (!error.is_finite() || !(error.value() < pivot)) {
+        return std::nullopt;
+      }
+      l[j + j * n].re = proven::sqrt(rest.re);
+    }
+  }
+  return known(n, n, l);
+}
+
+Knowns chol(Evaluation& evaluation, const Arguments& arguments) {
+  constexpr std::size_t kLargestProven = 60;
+  const Known& a = known_square(arguments);
+  const bool is_provable = a.array().rows() <= kLargestProven &&
+                           std::all_of(a.array().data(), a.array().data() + size(a.array()),
+                                       [](const Complex& z) { return isfinite(z.re) && isfinite(z.im); });
+  std::size_t refuted = 0;
+  if (is_provable) {
+    if (const std::optional<Known> found = bounded_cholesky(a, refuted)) {
+      return {*found};
+    }
+    if (refuted == 0 && !evaluation.is_last) {
+      throw Undecided();
+    }
+  }
+  Knowns plain = estimated<estimated_chol>(evaluation, arguments);
+  if (refuted != 0) {
+    throw Unfit("the leading minor of order " + std::to_string(refuted) + " is not positive");
+  }
+  return plain;
 }
 
 Values scaled_det(State& /*state*/, const Arguments& arguments) {
@@ -196,9 +254,29 @@ Knowns lstsq(Evaluation& evaluation, const Arguments& arguments) {
                                    : known(proven::least_squares(a, b))};
 }
 
-Values pinv(State& /*state*/, const Arguments& arguments) {
+Values estimated_pinv(State& /*state*/, const Arguments& arguments) {
   return with_real_or_complex(arguments.array(0), 4,
                               [](const auto& a) { return Values{as_array(tesk2mp::pseudo_inverse(a))}; });
+}
+
+// Of a matrix whose columns are independent.
+Known left_inverse(const Array& a) {
+  const RealArray one = RealArray::identity(a.rows());
+  return is_real(a) ? known(proven::least_squares(real_array(a), one))
+                    : known(proven::least_squares(a, complex_array(one)));
+}
+
+// Proven where the columns or the rows are independent.
+Knowns pinv(Evaluation& evaluation, const Arguments& arguments) {
+  const Array& a = arguments.array(0);
+  const auto rank = arguments.are_exact() && size(a) > 0 ? proven_rank(a) : std::nullopt;
+  if (rank && *rank == a.columns()) {
+    return {left_inverse(a)};
+  }
+  if (rank && *rank == a.rows()) {
+    return {conjugate_transpose(left_inverse(conjugate_transpose(a)))};
+  }
+  return estimated<estimated_pinv>(evaluation, arguments);
 }
 
 Values null(State& /*state*/, const Arguments& arguments) {
@@ -251,7 +329,7 @@ Values logm(State& /*state*/, const Arguments& arguments) {
   return matrix_function(arguments.square(0), 120, [](const auto& a) { return tesk2mp::logm(a); });
 }
 
-Values powm(State& /*state*/, const Arguments& arguments) {
+Values estimated_powm(State& /*state*/, const Arguments& arguments) {
   const Complex power = arguments.number(1);
   if (power.im != 0) {
     throw Unfit("a real number is needed here", 1);
@@ -260,18 +338,37 @@ Values powm(State& /*state*/, const Arguments& arguments) {
                          [&](const auto& a) { return tesk2mp::fractional_matrix_power(a, power.re); });
 }
 
-Values rcond(State& /*state*/, const Arguments& arguments) {
+// Whole powers are products, and proven.
+Knowns powm(Evaluation& evaluation, const Arguments& arguments) {
+  constexpr Integer kLargest = 1'000'000;
+  const Known& a = known_square(arguments);
+  const Complex power = arguments.number(1);
+  const bool is_whole = is_real(power) && is_whole_number(power.re) && fabs(power.re) <= kLargest;
+  return is_whole && arguments.known(1).is_exact() ? Knowns{operate("^", a, arguments.known(1))}
+                                                   : estimated<estimated_powm>(evaluation, arguments);
+}
+
+Values estimated_rcond(State& /*state*/, const Arguments& arguments) {
   return with_real_or_complex(arguments.square(0), 2,
                               [](const auto& a) { return Values{number(tesk2mp::reciprocal_condition(a))}; });
+}
+
+Knowns rcond(Evaluation& evaluation, const Arguments& arguments) {
+  const Known& a = known_square(arguments);
+  const auto rank = arguments.are_exact() && size(a.array()) > 0 ? proven_rank(a.array()) : std::nullopt;
+  if (!rank) {
+    return estimated<estimated_rcond>(evaluation, arguments);
+  }
+  return {*rank < a.array().rows() ? Known(number(QuarnFloat())) : known(divide({proven::exact(1)}, condition(a)))};
 }
 
 constexpr auto kLinearFunctions = std::to_array<Function>({
     {"solve", "A, b", "x", "the solution of A x = b, for a vector or each column (also A \\ b)", 2, 2, solve},
     {"lu", "A", "L, U, P", "factors with P A = L U", 1, 1, estimated<lu>},
-    {"chol", "A", "L", "lower triangle with A = L L', A positive definite", 1, 1, estimated<chol>},
+    {"chol", "A", "L", "lower triangle with A = L L', A positive definite", 1, 1, chol},
     {"qr", "A", "Q, R", "factors with A = Q R, Q with orthonormal columns", 1, 1, estimated<qr>},
     {"lstsq", "A, b", "x", "the shortest x of least norm(A x - b), A of any shape and rank", 2, 2, lstsq},
-    {"pinv", "A", "B", "pseudo-inverse", 1, 1, estimated<pinv>},
+    {"pinv", "A", "B", "pseudo-inverse", 1, 1, pinv},
     {"null", "A", "V", "orthonormal columns that A takes to zero", 1, 1, estimated<null>},
     {"matrix_rank", "A", "r", "rank of a matrix", 1, 1, matrix_rank},
     {"det", "A", "y", "determinant", 1, 1, det},
@@ -285,11 +382,11 @@ constexpr auto kLinearFunctions = std::to_array<Function>({
     {"expm", "A", "B", "exponential of a matrix", 1, 1, estimated<expm>},
     {"sqrtm", "A", "B", "principal square root of a matrix", 1, 1, estimated<sqrtm>},
     {"logm", "A", "B", "principal logarithm of a matrix", 1, 1, estimated<logm>},
-    {"powm", "A, p", "B", "a real power of a matrix", 2, 2, estimated<powm>},
+    {"powm", "A, p", "B", "a real power of a matrix", 2, 2, powm},
     {"norm", "A [, \"one\"]", "y", "norm: \"fro\" (root of the sum of squares, default), \"one\", \"inf\" or \"max\"",
      1, 2, norm},
     {"cond", "A", "y", "condition number in the one norm", 1, 1, cond},
-    {"rcond", "A", "y", "an estimate of 1 / cond(A) at a quarter of its cost", 1, 1, estimated<rcond>},
+    {"rcond", "A", "y", "1 / cond(A), 0 of a singular matrix", 1, 1, rcond},
 });
 
 }  // namespace

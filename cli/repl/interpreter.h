@@ -49,8 +49,8 @@ class Interpreter {
   void settle(Recipe& recipe);
   /// Raises the digits until those asked for are proven, or a limit is met; returns how many are.
   std::int64_t prove(Recipe& recipe, const std::vector<std::size_t>& places);
-  /// The same with a text about what is not proven.
-  std::string shown_proven(const NamedValues& values);
+  /// The same with a text about what is not proven; `at` is where the expression stands.
+  std::string shown_proven(const NamedValues& values, std::size_t at);
   std::string shown_estimate(const NamedValues& values);
   /// Of a call that has an effect and no value: the arguments are proven, then rounded.
   void run_effect(const Node& call, const Function& function);

@@ -147,6 +147,8 @@ std::vector<BoundedReal> parts_of(const Known& a);
 /// "name = 1.5" and so on with the digits that are true, at most the working ones; "0 (abs < 1e-40)" where the sign is
 /// not known. `digits` says how many of all parts are known.
 std::string shown(const std::string& name, const Known& value, std::int64_t digits);
+/// How far the exact elements are from those of that text at most, parts of them.
+std::string shown_errors(const std::string& name, const Known& value, std::int64_t digits);
 /// Rounded to the working digits, zeros where the sign is not known.
 Array rounded_values(const Known& a);
 /// What is exact as it is, other values rounded to so many digits, at most the working ones.

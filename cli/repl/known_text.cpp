@@ -29,6 +29,14 @@ QuarnFloat known_part(const BoundedReal& x) {
   return rounded_value(x);
 }
 
+// Between the exact number and the one that is printed; `printed` is rounded.
+QuarnBound printed_error(const BoundedReal& x, const QuarnFloat& printed) {
+  constexpr int kFewDigits = 18;
+  const tesk2mp::Digits scope(kFewDigits);
+  const QuarnBound distance(x.value - printed);
+  return x.error + distance + distance.half_unit(kFewDigits - 1);
+}
+
 std::string number_shown(const Number& z) {
   for (const BoundedReal& part : {z.re, z.im}) {
     if (!part.error.is_finite()) {
@@ -106,6 +114,27 @@ std::string shown(const std::string& name, const Known& value, std::int64_t digi
     largest = is_unknown_zero(part) ? std::max(largest, reach(part)) : largest;
   }
   return largest.is_zero() ? text : text + "# 0: " + reach_text(largest) + "\n";
+}
+
+std::string shown_errors(const std::string& name, const Known& value, std::int64_t digits) {
+  const auto* array = std::get_if<Array>(&value.value);
+  if (array == nullptr || size(*array) == 0) {
+    return "";
+  }
+  const bool one = is_number(*array);
+  const tesk2mp::Digits scope{int(std::clamp<std::int64_t>(digits, 1, QuarnDigits()))};
+  Array errors = make_array(array->rows(), array->columns());
+  for (std::size_t k = 0; k < size(*array); ++k) {
+    const Number z = element(value, k);
+    QuarnBound largest;
+    for (const BoundedReal& part : {z.re, z.im}) {
+      largest = std::max(largest, printed_error(part, one ? known_part(part) : rounded_value(part)));
+    }
+    errors.data()[k] = Complex(largest.value());
+  }
+  constexpr int kBoundDigits = 9;
+  const tesk2mp::Digits few(kBoundDigits);
+  return one ? "# error: " + number_text(errors(0, 0)) + "\n" : shown("error of " + name, Value(errors));
 }
 
 }  // namespace cli::repl

@@ -60,6 +60,8 @@ inline const Known& Variable::value() const { return recipe->results.at(place); 
 struct ProofLimits {
   Integer once = 0;  // working digits of a single computation without a proof; 0: proofs
   Integer seconds = 60;
+  bool insisted = false;  // nothing is shown that is not proven
+  bool errors = false;    // bounds are shown as well
 };
 
 }  // namespace cli::repl

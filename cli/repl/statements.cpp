@@ -4,6 +4,7 @@
 #include <set>
 
 #include "cli/commands/command.h"
+#include "cli/io/result.h"
 #include "cli/repl/fault.h"
 #include "cli/repl/interpreter.h"
 
@@ -90,7 +91,7 @@ std::string Interpreter::run(const Statement& statement) {
     for (std::size_t k = 0; k < assigned.size(); ++k) {
       values.emplace_back(statement.targets[k].text, assigned[k]);
     }
-    return statement.silent ? "" : shown_proven(values);
+    return statement.silent ? "" : shown_proven(values, statement.value.at);
   }
   variables_["ans"] = {recipe, 0};
   return statement.silent ? "" : text_of(statement, recipe);
@@ -122,13 +123,19 @@ std::vector<Variable> Interpreter::assign(const Statement& statement, const std:
   return assigned;
 }
 
-std::string Interpreter::shown_proven(const NamedValues& values) {
+std::string Interpreter::shown_proven(const NamedValues& values, std::size_t at) {
   std::string text;
   std::string note;
   std::int64_t fewest = QuarnDigits();
+  int worked_with = 0;
   for (const auto& [name, variable] : values) {
     Recipe& recipe = *variable.recipe;
     const std::int64_t digits = prove(recipe, {variable.place});
+    if (limits_.insisted && (!recipe.unproven.empty() || digits < QuarnDigits())) {
+      throw Fault(at, !recipe.unproven.empty() ? "'" + name + "' is not proven: " + recipe.unproven + " has no proof"
+                                               : digit_count(digits) + " of " + digits_text() + " are proven with " +
+                                                     std::to_string(recipe.digits) + " working digits");
+    }
     if (!recipe.unproven.empty()) {
       return shown_estimate(values);
     }
@@ -137,12 +144,18 @@ std::string Interpreter::shown_proven(const NamedValues& values) {
     text += once && std::holds_alternative<Array>(value.value)
                 ? shown(name, Known(rounded_values(value)), QuarnDigits())
                 : shown(name, value, digits);
+    text += limits_.errors && !once ? shown_errors(name, value, digits) : "";
+    worked_with = value.is_exact() ? worked_with : std::max(worked_with, recipe.digits);
     if (digits < fewest) {
       fewest = digits;
       note = once ? "# about " + digit_count(digits) + " digits are true (estimate by error bounds)\n"
                   : "# " + digit_count(digits) + " of " + std::to_string(QuarnDigits()) + " digits are proven with " +
                         std::to_string(recipe.digits) + " working digits\n";
     }
+  }
+  if (limits_.insisted) {
+    note = worked_with == 0 ? "# exact\n"
+                            : "# " + digits_text() + ", all proven (worked with " + std::to_string(worked_with) + ")\n";
   }
   return text + note;
 }
@@ -218,7 +231,7 @@ std::string Interpreter::text_of(const Statement& statement, const std::shared_p
   for (std::size_t k = 0; k < recipe->results.size(); ++k) {
     values.emplace_back(names[k], Variable{recipe, k});
   }
-  return shown_proven(values);
+  return shown_proven(values, statement.value.at);
 }
 
 }  // namespace cli::repl

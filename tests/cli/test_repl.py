@@ -192,6 +192,40 @@ class Expressions(unittest.TestCase):
         lines = ["A = random_values(2, 1/3, 2/3);", "A(1, 1)", "B = A + 1;", "B(1, 1)"]
         self.assertEqual(run_well("repl", stdin="\n".join(lines)).count("# not proven: random_values has no proof"), 2)
 
+    def test_proofs_are_said_on_request(self):
+        self.assertRegex(run_well("calc", "1/3", "--proven", "--error"),
+                         r"^0\.33333333333333333333\n# error: 3\.333\d*e-21\n# 20 digits, all proven \(worked with 30\)\n$")
+        self.assertEqual(run_well("calc", "2^100", "--proven", "--error"), f"{2**100}\n# error: 0\n# exact\n")
+        self.assertRegex(run_well("repl", "--digits", "5", "--error", "--eval", "[1/3, 2; 1e-7/3, -2/3]"),
+                         r"^ans =\n.*\n.*\nerror of ans =\n +3\.33\d*e-06 +0\.0*e\+00\n +3\.33\d*e-13 +3\.33\d*e-06\n$")
+        # An error is no smaller than what rounding to fewer digits makes it.
+        self.assertEqual(run_well("calc", "1.55555", "--digits", "3", "--error"), "1.56\n# error: 0.00445000001\n")
+        done = run("calc", "expm([1 2; 3 4])", "--proven")
+        self.assertEqual((done.returncode, done.stdout), (2, ""))
+        self.assertIn("'ans' is not proven: expm has no proof", done.stderr)
+        self.assertIn("0 of 20 digits are proven", run("calc", "1/(1/3*3 - 1)", "--proven").stderr)
+        self.assertEqual(run("calc", "1/3", "--error", "--working-digits", "5").returncode, 2)
+
+    def test_functions_of_matrices_that_are_proven(self):
+        for expression, shown in (
+                ("2*abs(chol([2 i; -i 2])).^2", "4 0; 1 3"),
+                # Which few digits take for one that is not definite.
+                ("prod(diag(chol(hilbert(40))))^2/det(hilbert(40))", "1"),
+                ("pinv([1 2; 3 4; 5 6])*12", "-16 -4 8; 13 4 -5"),
+                ("pinv([1 3 5; 2 4 6])*12", "-16 13; -4 4; 8 -5"),
+                ("rcond([1 2; 3 4])*21", "1"),
+                ("rcond([1 2; 2 4])", "0"),
+                ("powm([1 1; 1 0], 100)*[0; 1] - [354224848179261915075; 218922995834555169026]", "0; 0"),
+                ("powm([2 0; 0 4], -1)", "0.5 0; 0 0.25")):
+            with self.subTest(expression=expression):
+                lines = run_well("calc", expression, "--digits", "30", "--proven").splitlines()
+                self.assertRegex(lines[-1], "^# (exact|30 digits, all proven)")
+                values = [" ".join(line.split()) for line in lines[:-1] if not line.startswith("#")]
+                self.assertEqual("; ".join(values), shown)
+        self.assertIn("pinv has no proof", run_well("calc", "pinv([1 2; 2 4])"))
+        self.assertIn("powm has no proof", run_well("calc", "powm([2 1; 1 3], 0.5)"))
+        self.assertIn("singular", run("calc", "powm([1 2; 2 4], -1)").stderr)
+
     def test_what_is_not_proven_says_so(self):
         self.assertIn("# about 20 digits are true (estimate by a second computation: expm has no proof)",
                       run_well("calc", "expm([1 2; 3 4])"))
