@@ -53,9 +53,9 @@ extern "C" {
 ///   CGS       5
 ///   BICGSTAB  2 M + 2
 ///   TFQMR     7
-///   CG        2, with a preconditioner 4
-///   MINRES    5, with a preconditioner 8
-///   SYMMLQ    7, with a preconditioner 10
+///   CG        2, with a preconditioner 4, and 50 elements more
+///   MINRES    5, with a preconditioner 8, and 50 elements more
+///   SYMMLQ    7, with a preconditioner 10, and 50 elements more
 ///   FGMRES    M + 2, with a preconditioner 2 M + 1, and (M + 1) M + 4 M + 1 elements more
 ///   IDR       3 M + 1, and M M + M elements more
 ///
@@ -73,7 +73,9 @@ extern "C" {
 /// @param[in] maxitn most iterations, >= 1
 /// @param[in] anorm norm of A for ITERM 1; with weights, of W A W^-1. <= 0: F11BEF estimates it first, and asks for at
 ///     most ten products with A and nine with its transpose
-/// @param[in] sigmax norm of M^-1 A for ITERM 2. <= 0: the largest growth of a vector in the products so far
+/// @param[in] sigmax norm of M^-1 A for ITERM 2. <= 0: the largest growth of a vector in the products so far; of CG,
+///     MINRES and SYMMLQ the largest eigenvalue in size that the Lanczos process shows, to a part in a thousand, where
+///     that is more. Both are lower bounds
 /// @param[in] monit every that many iterations F11BEF comes back to be monitored; 0: never
 /// @param[out] lwreq the least LWORK, at most 2^31 - 1; set unless one of the arguments before it is wrong
 /// @param[in,out] work LWORK elements: the whole state, which belongs to F11BEF until it is completed

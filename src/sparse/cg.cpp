@@ -1,6 +1,7 @@
 // CG: M. R. Hestenes, E. Stiefel, Methods of conjugate gradients for solving linear systems, J. Res. Nat. Bur.
 // Standards 49 (1952), with a preconditioner. r is b - A x and z = M^-1 r by their recurrences; without a
 // preconditioner they are one vector.
+#include "src/sparse/ritz.h"
 #include "src/sparse/solver.h"
 #include "src/sparse/symmetry.h"
 
@@ -8,7 +9,8 @@ namespace tesk {
 namespace {
 
 enum CgSlot : Integer { kP = kMethodSlot, kImage, kEnd };
-enum CgScalar : Integer { kRho, kIterations };
+// Of the iteration before: alpha; beta, the ratio of two rho.
+enum CgScalar : Integer { kRho, kIterations, kAlpha, kBeta, kFirstRho };
 enum CgStep : Integer { kStart, kNextDirection, kHaveImage, kHaveRho, kHaveCurvature };
 constexpr Integer kVectorsBesidePreconditioner = 2;  // A p, r
 
@@ -40,22 +42,46 @@ Outcome next_direction(Solver<T>& solver) {
   if (state.real(kIterations) == 0) {
     solver.copy(kResidual, kP);
   } else {
-    const QuarnFloat beta = rho / state.real(kRho);
+    const QuarnFloat& beta = state.real(kBeta) = rho / state.real(kRho);
     const auto z = solver.vector(kResidual);
     const auto p = solver.vector(kP);
     for (Integer i = 1; i <= solver.n(); ++i) {
       p(i) = z(i) + times(beta, p(i));
     }
   }
+  if (state.real(kIterations) == 0) {
+    state.real(kFirstRho) = rho;
+  }
   state.real(kRho) = rho;
   return solver.apply(kP, kImage, kHaveImage);
+}
+
+/// What step length alpha says of SIGMAX: the element of the tridiagonal matrix, and that beside it.
+template <class T>
+void estimate(const Solver<T>& solver, const QuarnFloat& alpha) {
+  const SolverState<T>& state = solver.state();
+  const QuarnFloat& before = state.real(kIterations);
+  if (before == 0) {
+    RitzEstimate<T>(solver).take(1, 1 / alpha, 0);
+  } else if (before < kRitzIterations) {
+    const QuarnFloat& former = state.real(kAlpha);
+    RitzEstimate<T>(solver).take(FloatToInt(before) + 1, 1 / alpha + state.real(kBeta) / former,
+                                 sqrt(state.real(kBeta)) / former);
+  }
+  state.real(kAlpha) = alpha;
+}
+
+template <class T>
+bool looks_for_symmetry(const Solver<T>& solver) {
+  const SolverState<T>& state = solver.state();
+  return tesk::looks_for_symmetry(state.real(kIterations), state.real(kRho) / state.real(kFirstRho));
 }
 
 template <class T>
 void want_curvature(const Solver<T>& solver) {
   const Integer product = product_of(solver);
   solver.want_beside(kP, product);
-  if (looks_for_symmetry(solver.state().real(kIterations))) {
+  if (looks_for_symmetry(solver)) {
     solver.want_dot(kResidual, product);
     solver.want_euclidean(kResidual);
   }
@@ -91,11 +117,11 @@ Outcome resume_cg(Solver<T>& solver) {
         return verdict;
       }
       // z is p less a multiple of the direction before, which A p is orthogonal to when A and M are symmetric.
-      if (looks_for_symmetry(state.real(kIterations)) &&
-          !agree(solver, curvature, solver.dot(kResidual, product), kResidual, product)) {
+      if (looks_for_symmetry(solver) && !agree(solver, curvature, solver.dot(kResidual, product), kResidual, product)) {
         return Outcome::unsuitable;
       }
       const QuarnFloat alpha = state.real(kRho) / curvature;
+      estimate(solver, alpha);
       if (!solver.advance_iterate(alpha, kP)) {
         return Outcome::broken;
       }
@@ -128,7 +154,7 @@ const SolverMethod kCg = {5,
                           false,
                           kHaveCurvature,
                           [](Integer) { return kEnd - kMethodSlot; },
-                          [](Integer) { return Integer(0); },
+                          ritz_constants,
                           kVectorsBesidePreconditioner,
                           kSteps<QuarnFloat>,
                           kSteps<Complex>};

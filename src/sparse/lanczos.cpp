@@ -16,6 +16,7 @@ template <class T>
 void Lanczos<T>::prepare() const {
   const SolverState<T>& state = solver_.state();
   state.real(kLanczosCount) = 0;
+  state.real(kLanczosLeft) = 1;
   state.real(kLanczosParity) = 0;
   solver_.copy(kResidual, current());
   solver_.clear(other());
@@ -66,8 +67,14 @@ void Lanczos<T>::subtract(const QuarnFloat& alpha, Integer v, const QuarnFloat& 
 }
 
 template <class T>
+bool Lanczos<T>::looks_for_symmetry() const {
+  const SolverState<T>& state = solver_.state();
+  return tesk::looks_for_symmetry(state.real(kLanczosCount), state.real(kLanczosLeft));
+}
+
+template <class T>
 void Lanczos<T>::want_alpha() const {
-  if (looks_for_symmetry(solver_.state().real(kLanczosCount))) {
+  if (looks_for_symmetry()) {
     solver_.want_beside(other(), product());
   }
   solver_.want_euclidean(kLanczosImage);
@@ -80,8 +87,7 @@ Outcome Lanczos<T>::make_orthogonal() const {
   const SolverState<T>& state = solver_.state();
   const Integer v = current();
   const Integer next = other();
-  if (looks_for_symmetry(state.real(kLanczosCount)) &&
-      !agree(solver_, beta(), solver_.dot(next, product()), next, product())) {
+  if (looks_for_symmetry() && !agree(solver_, beta(), solver_.dot(next, product()), next, product())) {
     return Outcome::unsuitable;
   }
   QuarnFloat size = solver_.euclidean(kLanczosImage);
@@ -117,8 +123,17 @@ Outcome Lanczos<T>::normalise() const {
     return Outcome::iterated;
   }
   state.real(kLanczosNextBeta) = sqrt(squared);
+  state.real(kLanczosLeft) *= squared / size;
   scale_both(next, 1 / next_beta());
   return Outcome::iterated;
+}
+
+template <class T>
+void Lanczos<T>::estimate() const {
+  const QuarnFloat& before = solver_.state().real(kLanczosCount);
+  if (before < kRitzIterations) {
+    RitzEstimate<T>(solver_).take(FloatToInt(before) + 1, alpha(), is_first() ? QuarnFloat() : beta());
+  }
 }
 
 template <class T>

@@ -4,6 +4,7 @@
 // there is M v, and v^T M v is 1.
 #pragma once
 
+#include "src/sparse/ritz.h"
 #include "src/sparse/solver.h"
 
 namespace tesk {
@@ -27,8 +28,9 @@ enum LanczosStep : Integer {
   kLanczosHavePoint,
   kLanczosLastStep = kLanczosHavePoint
 };
-// Where the caller forms sums, what alpha and beta are judged by.
+// What alpha and beta are judged by; and, about as the residual squared, how much of it is left.
 inline constexpr Integer kLanczosSize = 20;
+inline constexpr Integer kLanczosLeft = 21;
 inline constexpr Integer kLanczosBesidePreconditioner = 3;  // A v, and M v of two vectors
 
 template <class T>
@@ -49,6 +51,8 @@ class Lanczos {
   void want_beta() const;
   /// beta_(k+1), and v_(k+1) of length 1; both are 0 at the end of the process.
   Outcome normalise() const;
+  /// What alpha_k and beta_k say of SIGMAX.
+  void estimate() const;
   /// v_(k+1) becomes v_k.
   void flip() const;
 
@@ -71,6 +75,7 @@ class Lanczos {
   /// x := x - alpha v - beta w
   void subtract(const QuarnFloat& alpha, Integer v, const QuarnFloat& beta, Integer w, Integer image) const;
   void scale_both(Integer slot, const QuarnFloat& factor) const;
+  bool looks_for_symmetry() const;
   Integer product() const { return solver_.preconditioned() ? solver_.product_slot() : Integer(kLanczosImage); }
 
   Solver<T>& solver_;

@@ -28,6 +28,7 @@ void next_direction(const Solver<T>& solver, const Lanczos<T>& lanczos, const Qu
 template <class T>
 Outcome iterate(Solver<T>& solver, const Lanczos<T>& lanczos) {
   const SolverState<T>& state = solver.state();
+  lanczos.estimate();
   QuarnFloat& cos = state.real(kCos);
   QuarnFloat& sin = state.real(kSin);
   const QuarnFloat second = state.real(kEpsilon);
@@ -84,7 +85,7 @@ const SolverMethod kMinres = {6,
                               false,
                               kLanczosLastStep,
                               [](Integer) { return kEnd - kMethodSlot; },
-                              [](Integer) { return Integer(0); },
+                              ritz_constants,
                               kLanczosBesidePreconditioner,
                               kSteps<QuarnFloat>,
                               kSteps<Complex>};

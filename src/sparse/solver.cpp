@@ -83,11 +83,10 @@ void Solver<T>::ask(Request request, Integer source, Integer target, Task task) 
 
 template <class T>
 Outcome Solver<T>::apply(Integer source, Integer target, Integer next_step) {
-  const bool measured = state_.iterm == 2 && !selects(&SolverIntegers::sigmax_known);
   if (distributed()) {
     state_.fresh = 0;
-    state_.growth = measured ? source + 1 : 0;
-  } else if (measured) {
+    state_.growth = measures_growth() ? source + 1 : 0;
+  } else if (measures_growth()) {
     state_[Place::source] = norm(source);
   }
   state_.step = next_step;
@@ -112,7 +111,7 @@ void Solver<T>::advance() {
       }
       return ask(Request::preconditioner, state_.target, state_.target, Task::applied);
     case Task::applied:
-      if (state_.iterm == 2 && !selects(&SolverIntegers::sigmax_known) && !distributed()) {
+      if (measures_growth() && !distributed()) {
         const QuarnFloat growth = norm(state_.target) / state_[Place::source];
         state_[Place::sigmax] = growth > state_[Place::sigmax] ? growth : state_[Place::sigmax];
       }

@@ -152,6 +152,8 @@ class Solver {
   /// The same of target := M^-1 source, for a flexible method.
   Outcome precondition(Integer source, Integer target, Integer next_step);
   bool preconditioned() const noexcept { return state_.preconditioned != 0; }
+  /// Does SIGMAX grow with what the products show?
+  bool measures_growth() const noexcept { return state_.iterm == 2 && !selects(&SolverIntegers::sigmax_known); }
   /// With a preconditioner, the vector beside those of the method that apply() leaves A source in; the next ones are at
   /// the method's disposal.
   Integer product_slot() const noexcept { return kMethodSlot + method_.vectors(state_.m); }

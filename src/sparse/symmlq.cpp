@@ -82,6 +82,7 @@ Outcome choose_point(Solver<T>& solver, const Lanczos<T>& lanczos) {
 template <class T>
 Outcome iterate(Solver<T>& solver, const Lanczos<T>& lanczos) {
   const SolverState<T>& state = solver.state();
+  lanczos.estimate();
   if (lanczos.is_first()) {
     solver.copy(lanczos.current(), kDirection);
     solver.copy(kLanczosImage, kDirectionImage);
@@ -137,7 +138,7 @@ const SolverMethod kSymmlq = {7,
                               false,
                               kLanczosLastStep,
                               [](Integer) { return kEnd - kMethodSlot; },
-                              [](Integer) { return Integer(0); },
+                              ritz_constants,
                               kLanczosBesidePreconditioner,
                               kSteps<QuarnFloat>,
                               kSteps<Complex>};

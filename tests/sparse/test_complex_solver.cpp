@@ -1,6 +1,8 @@
 // The iterative methods over Complex, the drivers, and one-call solution.
 #include <doctest/doctest.h>
 
+#include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -59,6 +61,41 @@ SparseMatrix<Complex> turned(const SparseMatrix<QuarnFloat>& a) {
   return result;
 }
 
+/// The same, of either kind.
+template <class T>
+SparseMatrix<T> sample_of(Random& random, bool symmetric) {
+  if constexpr (std::is_same_v<T, Complex>) {
+    return turned(sample(random, symmetric));
+  } else {
+    return sample(random, symmetric);
+  }
+}
+
+template <class T>
+std::vector<T> random_vector(Random& random) {
+  std::vector<T> x(kOrder);
+  for (T& each : x) {
+    each = T(random_part(random));
+    if constexpr (std::is_same_v<T, Complex>) {
+      each.im = random_part(random);
+    }
+  }
+  return x;
+}
+
+/// Each preconditioner that suits the method, and none.
+template <class T>
+tesk2mp::detail::Precondition<T> random_preconditioner(Random& random, const SparseMatrix<T>& a, bool symmetric) {
+  using tesk2mp::Preconditioning;
+  const Preconditioning kinds[] = {Preconditioning::none, Preconditioning::jacobi, Preconditioning::ssor,
+                                   Preconditioning::direct, symmetric ? Preconditioning::ic : Preconditioning::ilu};
+  tesk2mp::SparseOptions options;
+  options.fill.level = random.once_in(2) ? -1 : Integer(random.below(2));
+  options.fill.drop_tolerance = QuarnFloat(1, -2);
+  options.omega = QuarnFloat(Integer(random.between(5, 15))) / 10;
+  return tesk2mp::detail::preconditioner(a, kinds[random.below(5)], options);
+}
+
 template <class T>
 QuarnFloat size_of(const std::vector<T>& x, VectorNorm norm, const std::vector<QuarnFloat>& weights) {
   QuarnFloat size;
@@ -110,47 +147,130 @@ TEST_CASE("a turned system takes the course of the real one") {
   }
 }
 
-TEST_CASE("what is reported solved satisfies its criterion") {
+TEST_CASE_TEMPLATE("what is reported solved satisfies its criterion with twice the digits and 30 more", T, QuarnFloat,
+                   Complex) {
   Random random;
-  constexpr int kDigits = 30;
-  for (const Method method : kMethods) {
-    for (const auto norm : {VectorNorm::one, VectorNorm::infinity, VectorNorm::two}) {
-      for (const auto criterion : {Criterion::residual, Criterion::preconditioned_residual}) {
-        for (const int kind : {0, 1, 2}) {
-          const support::Digits scope(kDigits);
-          const SparseMatrix<QuarnFloat> real = sample(random, is_symmetric(method));
-          SparseMatrix<Complex> a = turned(real);
-          std::vector<Complex> b(kOrder);
-          for (Complex& each : b) {
-            each = Complex(random_part(random), random_part(random));
-          }
-          tesk2mp::SolverOptions options;
-          options.method = method;
-          options.norm = norm;
-          options.criterion = criterion;
-          options.tolerance = QuarnFloat(1, -15);
-          for (std::size_t i = 0; kind == 1 && i < kOrder; ++i) {
-            options.weights.push_back(QuarnFloat(Integer(random.between(1, 9))));
-          }
-          const auto precondition = [&]() -> tesk2mp::detail::Precondition<Complex> {
-            return kind == 0              ? tesk2mp::detail::Precondition<Complex>()
-                   : is_symmetric(method) ? tesk2mp::IncompleteCholesky(tesk2mp::lower_triangle(a))
-                                          : tesk2mp::detail::Precondition<Complex>(tesk2mp::IncompleteLU(a));
-          }();
-          const auto solution = tesk2mp::solve_iteratively(a, std::span<const Complex>(b), options, precondition);
-          const support::Digits more(2 * kDigits + 30);
-          std::vector<Complex> residual = a.multiply(solution.x);
-          for (std::size_t i = 0; i < kOrder; ++i) {
-            residual[i] = b[i] - residual[i];
-          }
-          if (precondition && criterion == Criterion::preconditioned_residual && method != Method::fgmres) {
-            precondition(std::vector<Complex>(residual), residual);
-          }
-          CAPTURE(int(method));
-          CAPTURE(kind);
-          CHECK(size_of(residual, norm, options.weights) <= solution.progress.right * (1 + QuarnFloat(1, -10)));
-        }
+  int successes = 0;
+  constexpr int kChoices = 600;
+  for (int choice = 0; choice < kChoices; ++choice) {
+    const Method method = kMethods[random.below(std::size(kMethods))];
+    const int digits = choice % 20 == 0 ? 333 : random.once_in(2) ? 50 : random.once_in(3) ? 10 : 16;
+    const support::Digits scope(digits);
+    const SparseMatrix<T> a = sample_of<T>(random, is_symmetric(method));
+    const std::vector<T> b = random_vector<T>(random);
+    tesk2mp::SolverOptions options;
+    options.method = method;
+    options.norm = std::array{VectorNorm::one, VectorNorm::infinity, VectorNorm::two}[random.below(3)];
+    options.criterion = random.once_in(2) ? Criterion::residual : Criterion::preconditioned_residual;
+    options.tolerance = QuarnFloat(1, -Integer(random.between(2, digits - 5)));
+    for (std::size_t i = 0; choice % 2 == 0 && i < kOrder; ++i) {
+      options.weights.push_back(QuarnFloat(Integer(random.between(1, 9))));
+    }
+    if (random.once_in(3)) {  // beside b alone
+      (options.criterion == Criterion::residual ? options.matrix_norm : options.largest_singular_value) =
+          QuarnFloat(1, -1000);
+    }
+    const auto precondition = random_preconditioner<T>(random, a, is_symmetric(method));
+    CAPTURE(int(method));
+    CAPTURE(digits);
+    const auto solution = [&]() -> std::optional<tesk2mp::BasicIterativeSolution<T>> {
+      try {
+        return tesk2mp::solve_iteratively(a, std::span<const T>(b), options, precondition);
+      } catch (const tesk2mp::NumericalFailure& failure) {  // rounding errors at few digits
+        MESSAGE(int(method), " ", digits, " digits, tol ", options.tolerance.to_string(), " ", std::string(failure.what()));
+        return std::nullopt;
       }
+    }();
+    if (!solution) {
+      continue;
+    }
+    ++successes;
+    CHECK(solution->converged);
+
+    const QuarnFloat rounding = QuarnFloat(1, 3 - digits);  // of the residual beside the right side of the criterion
+    const support::Digits more(2 * digits + 30);
+    const bool left =
+        precondition && options.criterion == Criterion::preconditioned_residual && method != Method::fgmres;
+    const auto criterion_size = [&](std::vector<T> x) {
+      if (left) {
+        precondition(std::vector<T>(x), x);
+      }
+      return size_of(x, options.norm, options.weights);
+    };
+    std::vector<T> residual = a.multiply(solution->x);
+    for (std::size_t i = 0; i < kOrder; ++i) {
+      residual[i] = b[i] - residual[i];
+    }
+    const tesk2mp::Progress& progress = solution->progress;
+    const QuarnFloat& matrix_norm =
+        options.criterion == Criterion::residual ? progress.matrix_norm : progress.largest_singular_value;
+    const QuarnFloat beside = criterion_size(b) + matrix_norm * size_of(solution->x, options.norm, options.weights);
+    CHECK(criterion_size(residual) <= (options.tolerance + rounding) * beside);
+  }
+  CHECK(10 * successes >= 9 * kChoices);
+}
+
+TEST_CASE_TEMPLATE("numbers that are not finite, wherever they come from, are never a solution", T, QuarnFloat,
+                   Complex) {
+  Random random;
+  const support::Digits scope(25);
+  using tesk2mp::Request;
+  for (const Method method : kMethods) {
+    for (int choice = 0; choice < 40; ++choice) {
+      SparseMatrix<T> a = sample_of<T>(random, is_symmetric(method));
+      std::vector<T> b = random_vector<T>(random);
+      const T bad(QuarnFloat(random.once_in(2) ? "nan" : "-inf"));
+      // In the matrix, in b, or in answers from some request on.
+      const auto where = random.below(4);
+      if (where == 0) {
+        a.add(random.below(kOrder), random.below(kOrder), bad);
+        a.canonicalise();
+      } else if (where == 1) {
+        b[random.below(kOrder)] = bad;
+      }
+      int good = where < 2 ? 1000 : int(random.below(25));
+      tesk2mp::SolverOptions options;
+      options.method = method;
+      options.criterion = random.once_in(2) ? Criterion::residual : Criterion::preconditioned_residual;
+      options.tolerance = QuarnFloat(1, -20);
+      const SparseMatrix<T> other = sample_of<T>(random, is_symmetric(method));
+      const tesk2mp::Jacobi<T> jacobi(other);
+      tesk2mp::BasicIterativeSolver<T> solver(std::span<const T>(b), {}, true, options);
+      CAPTURE(int(method));
+      CAPTURE(where);
+      int code = 0;
+      try {
+        for (Request request = solver.next(); request != Request::finished; request = solver.next()) {
+          if (request == Request::precondition) {
+            jacobi(solver.input(), solver.output());
+          } else {
+            a.multiply(solver.input(), solver.output(),
+                       request == Request::transposed_product ? tesk2mp::Op::conjugate_transpose : tesk2mp::Op::none);
+          }
+          if (--good < 0) {
+            solver.output()[random.below(kOrder)] = bad;
+          }
+        }
+      } catch (const tesk2mp::NumericalFailure& failure) {
+        code = int(failure.code());
+      }
+      CHECK(solver.converged() == (good >= 0 && where >= 2));
+      CHECK(code == (solver.converged() ? 0 : 7));
+      CHECK(isfinite(size_of(solver.solution(), VectorNorm::infinity, {})));
+    }
+  }
+}
+
+TEST_CASE("fewer than ten digits are refused by every method") {
+  Random random;
+  for (const int digits : {1, 2, 9}) {
+    const support::Digits scope(digits);
+    const SparseMatrix<QuarnFloat> a = sample(random, true);
+    for (const Method method : kMethods) {
+      tesk2mp::SolverOptions options;
+      options.method = method;
+      const std::vector<QuarnFloat> b(kOrder, 1);
+      CHECK_THROWS_AS(tesk2mp::solve_iteratively(a, std::span<const QuarnFloat>(b), options), tesk2mp::InvalidArgument);
     }
   }
 }
@@ -158,14 +278,7 @@ TEST_CASE("what is reported solved satisfies its criterion") {
 TEST_CASE_TEMPLATE("flexible GMRES takes another preconditioner in every iteration", T, QuarnFloat, Complex) {
   Random random;
   const support::Digits scope(40);
-  SparseMatrix<T> a = [&random] {
-    SparseMatrix<QuarnFloat> real = sample(random, false);
-    if constexpr (std::is_same_v<T, Complex>) {
-      return turned(real);
-    } else {
-      return real;
-    }
-  }();
+  const SparseMatrix<T> a = sample_of<T>(random, false);
   const tesk2mp::Jacobi<T> jacobi(a);
   int calls = 0;
   // Richardson's iteration, one to four steps of it, and other scales.
@@ -188,10 +301,7 @@ TEST_CASE_TEMPLATE("flexible GMRES takes another preconditioner in every iterati
     }
     ++calls;
   };
-  std::vector<T> b(kOrder);
-  for (T& each : b) {
-    each = T(random_part(random));
-  }
+  const std::vector<T> b = random_vector<T>(random);
   tesk2mp::SolverOptions options;
   options.method = Method::fgmres;
   options.tolerance = QuarnFloat(1, -30);
@@ -300,6 +410,15 @@ TEST_CASE("the drivers solve, and report what is wrong") {
   CHECK(late.ifail == 5);
   CHECK(late.console == " ** The solution has not converged after      1 iterations.");
   CHECK(itn == 1);
+  const Complex value = a[2];
+  for (const char* bad : {"nan", "inf"}) {  // the norm of the residual does not hide it
+    a[2] = Complex(QuarnFloat(bad));
+    x.assign(3, Complex(1));
+    CHECK(solve("CG    ", QuarnFloat(1, -15), 5).ifail == 6);
+    CHECK(!isfinite(rnorm));
+    CHECK(x == std::vector<Complex>(3, Complex(1)));
+  }
+  a[2] = value;
   icol[3] = 3;
   icol[4] = 2;
   CHECK(solve("CG    ", none, 5).console ==

@@ -1,4 +1,6 @@
 // CG, MINRES and SYMMLQ: what they solve, and how they end on what they are not for.
+#include <cmath>
+
 #include "sparse/systems.h"
 #include "support/digits.h"
 
@@ -107,6 +109,47 @@ TEST_CASE("definite systems of one method and another: equal solutions, all meth
       CHECK(caller.itn == (setup.precon == "P" ? 1 : 5));
       for (std::size_t i = 0; i < eigenvalues.size(); ++i) {
         CHECK(fabs(caller.u[i] * eigenvalues[i] - 1) <= QuarnFloat("1e-48"));
+      }
+    }
+  }
+}
+
+TEST_CASE("the Lanczos process estimates the norm of the preconditioned matrix from below and closely") {
+  support::Random random;
+  for (const int digits : {12, 50, 333}) {
+    const support::Digits scope(digits);
+    const Integer side = 12;
+    for (const bool negative : {false, true}) {
+      System system = laplacian(side);
+      for (QuarnFloat& value : system.value) {
+        value = negative ? -value : value;
+      }
+      Numbers b;
+      for (Integer i = 0; i < system.n; ++i) {
+        b.push_back(QuarnFloat(random.between(-1000, 1000)) / 7);
+      }
+      for (const char* method : kMethods) {
+        for (const char* precon : {"N", "P"}) {
+          if (negative && (std::string(method) == "CG" || std::string(precon) == "P")) {
+            continue;  // what they are not for
+          }
+          for (const char* norm : {"1", "2"}) {
+            Setup setup{method};
+            setup.precon = precon;
+            setup.norm = norm;
+            setup.iterm = 2;
+            setup.tol = QuarnFloat(1, -digits / 2);
+            Caller caller(system, setup, b);
+            caller.finish();
+            INFO(method, " ", precon, " ", norm, ", ", digits, " digits");
+            CHECK(caller.ifail == 0);
+            const double half_angle = std::acos(-1.0) / (2 * (side + 1));
+            const double largest = std::pow(std::cos(half_angle), 2) * (*precon == 'P' ? 2 : 8);
+            const double found = FloatToDouble(caller.sigmax) / (*norm == '2' ? largest : *precon == 'P' ? 2 : 8);
+            CHECK(found >= (*norm == '2' ? 0.96 : 0.9));
+            CHECK(found <= 1 + 1e-9);
+          }
+        }
       }
     }
   }
