@@ -136,7 +136,7 @@ void f11bdd() {
 
 void zf11bdd() {
   //! [zf11bdd]
-  const Integer iterm = 2, n = 1000, nloc = 250, first = 501, m = 0, maxitn = 10, monit = 0, lwork = 2862;
+  const Integer iterm = 2, n = 1000, nloc = 250, first = 501, m = 0, maxitn = 10, monit = 0, lwork = 2912;
   const QuarnFloat tol(1, -15), unknown = 0;
   std::vector<Complex> work(lwork);
   Integer lwreq, ifail = -1;
