@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "cli/commands/failure.h"
+#include "cli/commands/fill.h"
 #include "cli/commands/linear_system.h"
 #include "cli/io/number_text.h"
 #include "cli/system/memory.h"
@@ -29,16 +30,7 @@ using Preconditioner = std::function<void(std::span<const T>, std::span<T>)>;
 template <class T>
 Preconditioner<T> incomplete_factors(const std::string& source, const tesk2mp::SparseMatrix<T>& a,
                                      const IterativeOptions& options) {
-  tesk2mp::FillOptions fill;
-  fill.level = options.fill;
-  fill.modified = options.modified;
-  if (!options.drop.empty()) {
-    fill.level = -1;
-    fill.drop_tolerance = number("--drop", options.drop);
-    if (!(fill.drop_tolerance >= 0) || !isfinite(fill.drop_tolerance)) {
-      throw bad_input("--drop: must not be negative");
-    }
-  }
+  const tesk2mp::FillOptions fill = fill_options(options.fill, options.drop, options.modified);
   if (options.precon == "ilu") {
     return tesk2mp::IncompleteLU(a, fill);
   }
@@ -152,6 +144,20 @@ Solution solve_by(const Equations<T>& equations, const std::string& method, cons
 }
 
 }  // namespace
+
+tesk2mp::FillOptions fill_options(Integer level, const std::string& drop, bool modified) {
+  tesk2mp::FillOptions fill;
+  fill.level = level;
+  fill.modified = modified;
+  if (!drop.empty()) {
+    fill.level = -1;
+    fill.drop_tolerance = number("--drop", drop);
+    if (!(fill.drop_tolerance >= 0) || !isfinite(fill.drop_tolerance)) {
+      throw bad_input("--drop: must not be negative");
+    }
+  }
+  return fill;
+}
 
 std::string automatic_method(const LinearSystem& system) {
   const tesk2mp::Method method =

@@ -7,6 +7,7 @@
 
 #include "cli/commands/failure.h"
 #include "cli/commands/options.h"
+#include "cli/commands/sparse_factors.h"
 #include "cli/io/matrix_input.h"
 #include "cli/io/matrix_output.h"
 #include "cli/plot/plot.h"
@@ -23,6 +24,7 @@ struct SparseOptions {
   std::string duplicates = "sum";
   std::string zeros = "keep";
   bool expand = false;
+  FactorOptions factors;
   OutputOptions output;
 };
 
@@ -165,6 +167,9 @@ std::string magnitudes(const std::vector<Complex>& values) {
 }
 
 void run_sparse(const SparseOptions& options) {
+  if (!options.factors.kind.empty()) {
+    return deliver(factors_of(read_matrix(options.matrix, options.table), options.factors), options.output);
+  }
   SparseMatrix given = read_matrix(options.matrix, options.table);
   if (options.expand) {
     given = expanded(given);
@@ -214,8 +219,13 @@ in canonical form: rows ascending, columns ascending within a row, no place twic
 Duplicates are merged before zeros are looked at. Of a symmetric matrix the lower
 triangle is kept, unless --expand is given. The picture shows both triangles.
 
+Of factors the result has U and L without its unit diagonal in one matrix, of cholesky and ic L
+and the diagonal D of L D L^H, rows and columns in the order of the factors. The picture shows
+the matrix and its factors side by side.
+
 Examples:
   quarn sparse examples/west0067.mtx --plot west0067.svg
+  quarn sparse examples/bcsstk01.mtx --factors cholesky --plot fill.svg
   quarn sparse matrix.mtx --dup fail --zero remove --output canonical.mtx
   quarn sparse - --expand --format json < examples/bcsstk01.mtx)";
 
@@ -227,6 +237,13 @@ void declare_sparse(Command& command) {
                  "entries of the same place: sum (default), remove all but the first, fail");
   command.choice("--zero", "WHAT", options->zeros, kZeros, "entries that are zero: keep (default), remove, fail");
   command.flag("--expand", options->expand, "give both triangles of a symmetric matrix");
+  command.choice("--factors", "F", options->factors.kind, {"lu", "cholesky", "ilu", "ic"},
+                 "give its factors instead: lu or cholesky with all their fill, in an order that fills little; ilu or "
+                 "ic, incomplete ones");
+  command.number("--fill", "K", options->factors.fill, 0, std::numeric_limits<Integer>::max(),
+                 "ilu, ic: level of the fill that is kept (default 0)");
+  command.text("--drop", "T", options->factors.drop,
+               "ilu, ic: keep fill of any level that is larger than T times its row");
   command.add_digits();
   add_output_options(command, options->output, Forms::matrix);
   add_plot_option(command, options->output);

@@ -35,26 +35,7 @@ Tiles tiles_of(const Spy& spy) {
   return tiles;
 }
 
-}  // namespace
-
-HeatMap map_of_magnitudes(const std::string& title, const DenseMatrix& matrix) {
-  HeatMap map;
-  map.title = title;
-  map.value_title = "magnitude";
-  map.rows = {"row", 1, matrix.rows()};
-  map.columns = {"column", 1, matrix.columns()};
-  map.logarithmic = true;
-  for (const Complex& z : elements_of<Complex>(matrix)) {
-    map.values.push_back(tesk2mp::abs(z));
-  }
-  return map;
-}
-
-void draw(const Spy& spy, const std::string& file) {
-  if (file == kTextPlot) {
-    return print(spy);
-  }
-  std::string script = picture_of(file, kSquareSize, kSquareSize);
+void add_spy(std::string& script, const Spy& spy) {
   const Tiles tiles = tiles_of(spy);
   script += title_of(spy.title, kSquareSize);
   script += "set size ratio " + std::to_string(double(spy.rows) / double(spy.columns)) + "\n";
@@ -81,7 +62,36 @@ void draw(const Spy& spy, const std::string& file) {
                 ? "plot NaN\n"
                 : "plot $tiles using (($1+$2)/2):(($3+$4)/2):1:2:3:4:5 with boxxyerror fillstyle solid 1 "
                   "noborder fillcolor palette\n";
-  run_gnuplot(script, file);
+}
+
+}  // namespace
+
+HeatMap map_of_magnitudes(const std::string& title, const DenseMatrix& matrix) {
+  HeatMap map;
+  map.title = title;
+  map.value_title = "magnitude";
+  map.rows = {"row", 1, matrix.rows()};
+  map.columns = {"column", 1, matrix.columns()};
+  map.logarithmic = true;
+  for (const Complex& z : elements_of<Complex>(matrix)) {
+    map.values.push_back(tesk2mp::abs(z));
+  }
+  return map;
+}
+
+void draw(const Spy& spy, const std::string& file) { draw(std::vector<Spy>{spy}, file); }
+
+void draw(const std::vector<Spy>& spies, const std::string& file) {
+  if (file == kTextPlot) {
+    return print(spies);
+  }
+  const bool several = spies.size() > 1;
+  std::string script = picture_of(file, kSquareSize * int(spies.size()), kSquareSize);
+  script += several ? "set multiplot layout 1," + std::to_string(spies.size()) + "\n" : "";
+  for (const Spy& spy : spies) {
+    add_spy(script, spy);
+  }
+  run_gnuplot(script + (several ? "unset multiplot\n" : ""), file);
 }
 
 void draw(const HeatMap& map, const std::string& file) {

@@ -113,6 +113,9 @@ void draw(const std::string& title, const std::vector<Chart>& charts, const std:
 /// Draws the places; those of a large matrix together on square tiles, shaded by how many of them are filled.
 void draw(const Spy& spy, const std::string& file);
 
+/// The same of several matrices side by side.
+void draw(const std::vector<Spy>& spies, const std::string& file);
+
 /// Draws the numbers, the first row on top; of a large map the largest number of each square tile.
 void draw(const HeatMap& map, const std::string& file);
 

@@ -343,7 +343,13 @@ void print(const std::string& title, const std::vector<Chart>& charts) {
   }
   write_output(text, "");
 }
-void print(const Spy& spy) { write_output(text_picture(spy, has_braille()), ""); }
+void print(const std::vector<Spy>& spies) {
+  std::string text;
+  for (const Spy& spy : spies) {
+    text += (text.empty() ? "" : "\n") + text_picture(spy, has_braille());
+  }
+  write_output(text, "");
+}
 void print(const HeatMap& map) { write_output(text_picture(map, has_braille()), ""); }
 void print(const ComplexPlane& plane) { write_output(text_picture(plane, has_braille()), ""); }
 

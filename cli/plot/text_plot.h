@@ -21,7 +21,7 @@ std::string text_picture(const ComplexPlane& plane, bool braille);
 void print(const std::vector<Panel>& panels);
 void print(const Chart& chart);
 void print(const std::string& title, const std::vector<Chart>& charts);
-void print(const Spy& spy);
+void print(const std::vector<Spy>& spies);
 void print(const HeatMap& map);
 void print(const ComplexPlane& plane);
 

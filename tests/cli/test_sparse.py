@@ -124,6 +124,34 @@ class Sparse(unittest.TestCase):
         self.assertEqual((done.returncode, done.stdout), (2, ""))
         self.assertIn("entries of a sparse matrix", done.stderr)
 
+    def test_factors(self):
+        def factors(text, kind, *options):
+            result = run_json("sparse", "-", "--factors", kind, *options, stdin=f"%%MatrixMarket matrix coordinate real {text}")
+            return {(i, j): Fraction(x) for i, j, x in zip(result["row"], result["column"], result["value"], strict=True)}
+
+        general = "general\n3 3 6\n1 1 4\n1 2 1\n2 1 2\n2 2 3\n3 1 1\n3 3 2\n"
+        # U, and L below its diagonal; the place (3, 2) fills in.
+        kept = {(1, 1): 4, (1, 2): 1, (2, 1): Fraction(1, 2), (2, 2): Fraction(5, 2), (3, 1): Fraction(1, 4), (3, 3): 2}
+        self.assertEqual(factors(general, "ilu"), kept)
+        self.assertEqual(factors(general, "ilu", "--fill", "1"), {**kept, (3, 2): Fraction(-1, 10)})
+        complete = factors(general, "lu")
+        product = 1
+        for k in (1, 2, 3):
+            product *= complete[k, k]
+        self.assertLess(abs(abs(product) - 20), Fraction(1, 10 ** 17))  # the determinant
+        symmetric = "symmetric\n2 2 3\n1 1 4\n2 1 2\n2 2 3\n"
+        for kind in ("ic", "cholesky"):
+            found = factors(symmetric, kind)
+            self.assertEqual(sorted(found), [(1, 1), (2, 1), (2, 2)])
+            self.assertLess(abs(found[1, 1] * found[2, 2] - 8), Fraction(1, 10 ** 17))
+            done = run("sparse", "-", "--factors", kind, stdin=f"%%MatrixMarket matrix coordinate real {general}")
+            self.assertEqual((done.returncode, done.stderr), (2, f"quarn: standard input: --factors {kind} is for symmetric and Hermitian matrices\n"))
+        done = run("sparse", "-", "--factors", "lu", stdin="%%MatrixMarket matrix coordinate real general\n2 3 1\n1 1 1\n")
+        self.assertEqual((done.returncode, done.stderr), (2, "quarn: standard input: 2 by 3, but --factors needs a square matrix\n"))
+        text = run_well("sparse", os.path.join(DATA, "bcsstk01.mtx"), "--factors", "cholesky", "--plot", "-")
+        self.assertIn("bcsstk01.mtx: 400 entries", text)
+        self.assertIn("cholesky, L: 493 entries", text)
+
     @not_emulated
     def test_a_picture_has_a_tile_for_each_place(self):
         picture = self.written.replace(".mtx", ".svg")

@@ -1,0 +1,23 @@
+// Factors of sparse matrices as results.
+#pragma once
+
+#include <string>
+
+#include "cli/io/matrix_market.h"
+#include "cli/io/result.h"
+
+namespace cli {
+
+struct FactorOptions {
+  std::string kind;  // lu, cholesky, ilu or ic; empty: none
+  Integer fill = 0;  // of ilu and ic
+  std::string drop;
+};
+
+/// The factors in one matrix: of lu and ilu U with what is below the diagonal of L, of cholesky and ic L with D on the
+/// diagonal; rows and columns in the order of the factors. The picture shows where entries stand beside those of the
+/// matrix. Throws Failure for matrices that are not square, and for cholesky and ic of those that are not symmetric or
+/// Hermitian.
+Result factors_of(const SparseMatrix& matrix, const FactorOptions& options);
+
+}  // namespace cli
