@@ -246,6 +246,7 @@ void add_linear(py::module_& module);
 void add_matrix_functions(py::module_& module);
 void add_structured(py::module_& module);
 void add_incomplete(py::module_& module);
+void add_krylov(py::module_& module);
 void add_sparse(py::module_& module);
 void add_eigen(py::module_& module);
 void add_spectra(py::module_& module);

@@ -76,6 +76,7 @@ an axis use them; results are the same for every number. Returns the former numb
   python::add_structured(module);
   python::add_sparse(module);
   python::add_incomplete(module);
+  python::add_krylov(module);
   python::add_eigen(module);
   python::add_spectra(module);
   python::add_polynomials(module);

@@ -1,4 +1,5 @@
 // Sparse matrices and iterative solution.
+#include "callbacks.h"
 #include "context.h"
 #include "convert.h"
 #include "incomplete.h"
@@ -9,38 +10,12 @@ namespace {
 using tesk2mp::SparseMatrix;
 using tesk2mp::Storage;
 
-template <class T>
-py::object list_of(std::span<const T> x) {
-  return from(std::vector<T>(x.begin(), x.end()), py::none());
-}
-
 /// The matrix, to be changed.
 AnySparse& changeable(AnySparse& matrix) {
   if (matrix.readers > 0) {
     throw std::runtime_error("the matrix is in use by another thread");
   }
   return matrix;
-}
-
-/// y := function(x), of one vector in Python, from outside of the interpreter's lock.
-template <class T>
-void call_with_vector(const py::function& function, std::span<const T> x, std::span<T> y) {
-  const py::gil_scoped_acquire held;
-  const CallbackDigits guard;
-  const std::vector<T> result = to_vector<T>(function(list_of<T>(x)));
-  if (result.size() != y.size()) {
-    throw py::value_error("the function gave " + std::to_string(result.size()) + " numbers for " +
-                          std::to_string(y.size()));
-  }
-  std::copy(result.begin(), result.end(), y.begin());
-}
-
-/// A function that the caller keeps.
-py::function borrowed(PyObject* function) { return py::reinterpret_borrow<py::function>(function); }
-
-/// The function, unless it is None.
-std::optional<py::function> optional_function(const py::object& function) {
-  return function.is_none() ? std::nullopt : std::optional<py::function>(function);
 }
 
 /// Those options that have names or are given as numbers.

@@ -215,6 +215,61 @@ def solve_iteratively(
     *,
     digits: int | None = None, progress: Progress | None = None,
 ) -> tuple[Any, Any, int]: ...
+def eigsh(
+    a: SparseMatrix | Callable[[Any], Vector],
+    k: int,
+    n: int = 0,
+    which: str = "LM",
+    sigma: RealLike | None = None,
+    solve: Callable[[Any], Vector] | None = None,
+    v0: Vector | None = None,
+    ncv: int = 0,
+    tolerance: RealLike = 0,
+    most_products: int = 0,
+    *,
+    digits: int | None = None, progress: Progress | None = None,
+) -> tuple[list[Decimal], Rows, list[Decimal]]: ...
+def eigs(
+    a: SparseMatrix | Callable[[Any], Vector],
+    k: int,
+    n: int = 0,
+    which: str = "LM",
+    sigma: RealLike | Complex | None = None,
+    solve: Callable[[Any], Vector] | None = None,
+    v0: Vector | None = None,
+    ncv: int = 0,
+    tolerance: RealLike = 0,
+    most_products: int = 0,
+    *,
+    digits: int | None = None, progress: Progress | None = None,
+) -> tuple[list[Complex], list[list[Complex]], list[Decimal]]: ...
+def svds(
+    a: SparseMatrix | Callable[[Any], Vector],
+    k: int,
+    rows: int = 0,
+    columns: int = 0,
+    adjoint: Callable[[Any], Vector] | None = None,
+    which: str = "LM",
+    v0: Vector | None = None,
+    ncv: int = 0,
+    tolerance: RealLike = 0,
+    most_products: int = 0,
+    *,
+    digits: int | None = None, progress: Progress | None = None,
+) -> tuple[Rows, list[Decimal], Rows, list[Decimal]]: ...
+def lsmr(
+    a: SparseMatrix | Callable[[Any], Vector],
+    b: Vector,
+    columns: int = 0,
+    adjoint: Callable[[Any], Vector] | None = None,
+    damp: RealLike = 0,
+    atol: RealLike = 0,
+    btol: RealLike = 0,
+    conlim: RealLike = 0,
+    most_iterations: int = 0,
+    *,
+    digits: int | None = None, progress: Progress | None = None,
+) -> tuple[Numbers, int, int, Decimal, Decimal, Decimal, Decimal]: ...
 @overload  # type: ignore[misc]
 def refine(
     a: Matrix, b: Vector, op: str = "none",

@@ -15,6 +15,7 @@ _LONG = {
     *("solve", "refine", "inverse", "determinant", "multiply", "minimum_norm", "solve_iteratively", "polynomial_zeros"),
     *("eigenvalues", "eigen", "symmetric_eigen", "symmetric_eigenvalues", "svd", "singular_values", "schur"),
     *("fft", "ifft", "rfft", "irfft", "fftn", "ifftn", "convolve", "expm", "sqrtm", "logm"),
+    *("eigsh", "eigs", "svds", "lsmr"),
 }
 
 

@@ -43,6 +43,46 @@ class Modules(unittest.TestCase):
             self.assertEqual(one.shape, other.shape, what)
             self.assertLess(numpy.abs(one - other).max(initial=0), 1e-9 * (1 + numpy.abs(other).max(initial=0)), what)
 
+    def test_few_values_of_scipy(self):
+        n = 30
+        for complex_too in (False, True):
+            full = RANDOM.normal(size=(n, n)) * (RANDOM.random((n, n)) < 0.2)
+            full = full + (1j * RANDOM.normal(size=(n, n)) * (full != 0) if complex_too else 0)
+            hermitian = full + full.conj().T
+            every = numpy.linalg.eigvalsh(hermitian)
+            wanted = {"LA": every[-4:], "SA": every[:4], "BE": every[[0, 1, -2, -1]]}
+            for which in ("LM", *wanted):
+                w, v = sparse.linalg.eigsh(scipy.sparse.csr_matrix(hermitian), 4, which=which, digits=30)
+                self.close(w, wanted.get(which, numpy.sort(sorted(every, key=abs)[-4:])))
+                self.close(hermitian @ doubles(v), doubles(v) * doubles(w))
+            near = sparse.linalg.eigsh(scipy.sparse.csr_matrix(hermitian), 2, sigma="0.3", return_eigenvectors=False)
+            self.close(near, numpy.sort(sorted(every, key=lambda x: abs(x - 0.3))[:2]))
+            w, v = sparse.linalg.eigs(scipy.sparse.csr_matrix(full), 3, digits=30)
+            self.close(full @ doubles(v), doubles(v) * doubles(w))
+            largest = sorted(abs(numpy.linalg.eigvals(full)))[::-1]
+            self.close([abs(x) for x in w], largest[: len(w)])
+            for tall in (full[:, :20], full[:20, :]):
+                u, s, vh = sparse.linalg.svds(scipy.sparse.csr_matrix(tall), 3, digits=30)
+                self.close(s, numpy.linalg.svd(tall, compute_uv=False)[:3])
+                self.close(tall @ doubles(vh).conj().T, doubles(u) * doubles(s))
+                b = RANDOM.normal(size=tall.shape[0])
+                x, *_ = sparse.linalg.lsmr(scipy.sparse.csr_matrix(tall), [str(each) for each in b], "0.5", digits=30)
+                stacked = numpy.vstack([tall, 0.5 * numpy.eye(tall.shape[1])])
+                longer = numpy.concatenate([b, numpy.zeros(tall.shape[1])])
+                self.close(x, numpy.linalg.lstsq(stacked, longer, rcond=None)[0])
+
+    def test_few_values_of_functions(self):
+        turn = sparse.linalg.LinearOperator((2, 2), lambda x: [-x[1], x[0]], lambda x: [x[1], -x[0]])
+        self.assertEqual(len(sparse.linalg.eigs(turn, 1, return_eigenvectors=False)), 2)
+        self.assertEqual(sparse.linalg.svds(turn, 2, return_singular_vectors=False), [1, 1])
+        self.assertEqual(sparse.linalg.lsmr(turn, [-2, 1])[0], [1, 2])
+        with self.assertRaises(tesk2mp.InvalidArgument):
+            sparse.linalg.eigsh(tesk2mp.SparseMatrix(2, [(0, 1, 1)]), 1)
+        with self.assertRaises(tesk2mp.InvalidType):
+            sparse.linalg.eigsh(lambda x: x, 1)
+        with self.assertRaises(ZeroDivisionError):
+            tesk2mp.eigsh(lambda x: 1 / 0, 1, 3)
+
     def test_sparse_systems_of_scipy(self):
         n = 40
         for complex_too in (False, True):

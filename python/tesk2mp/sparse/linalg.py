@@ -12,6 +12,10 @@ from typing import Any, TypeAlias
 
 from .. import _truth, proven
 from .. import IncompleteCholesky, IncompleteLU, SparseCholesky, SparseLU, SparseMatrix, solve_iteratively
+from .. import eigs as _eigs
+from .. import eigsh as _eigsh
+from .. import lsmr as _lsmr
+from .. import svds as _svds
 from .._context import at
 from .._context import digits as at_digits
 from .._errors import InvalidArgument, InvalidType, NumericalFailure, refusal
@@ -24,13 +28,17 @@ __all__ = [
     "cg",
     "cgs",
     "cholesky",
+    "eigs",
+    "eigsh",
     "fgmres",
     "gmres",
     "idrs",
+    "lsmr",
     "minres",
     "spilu",
     "splu",
     "spsolve",
+    "svds",
     "tfqmr",
 ]
 
@@ -73,19 +81,42 @@ Operator: TypeAlias = SparseMatrix | LinearOperator | Product | Any
 Preconditioner: TypeAlias = IncompleteLU | IncompleteCholesky | SparseLU | SparseCholesky | LinearOperator | Product
 
 
-def as_sparse(a: Any) -> SparseMatrix | None:
-    """The SparseMatrix that is meant, None where there are products alone."""
+def _rectangle(a: Any) -> tuple[SparseMatrix, tuple[int, int]] | None:
+    """The SparseMatrix that is meant, with rows or columns of zeros where it is not square, and its shape; None where there are
+    products alone."""
     if isinstance(a, SparseMatrix):
-        return a
+        return a, (a.order, a.order)
     if not hasattr(a, "tocoo"):
         return None
     entries = a.tocoo()
     rows, columns = entries.shape
-    if rows != columns:
-        raise refusal(InvalidArgument, f"a matrix of {rows} by {columns} is not square")
     triples = zip(entries.row.tolist(), entries.col.tolist(), map(exact, entries.data.tolist()))
     with at_digits(_DIGITS_OF_FLOATS):
-        return SparseMatrix(rows, triples).canonicalise(zeros="keep")
+        return SparseMatrix(max(rows, columns), triples).canonicalise(zeros="keep"), (rows, columns)
+
+
+def as_sparse(a: Any) -> SparseMatrix | None:
+    """The SparseMatrix that is meant, None where there are products alone."""
+    found = _rectangle(a)
+    if found is None:
+        return None
+    matrix, (rows, columns) = found
+    if rows != columns:
+        raise refusal(InvalidArgument, f"a matrix of {rows} by {columns} is not square")
+    return matrix
+
+
+def _shape(a: Any) -> tuple[int, int]:
+    if not hasattr(a, "shape"):
+        raise refusal(InvalidType, "a function has no shape; a LinearOperator has")
+    rows, columns = a.shape
+    return rows, columns
+
+
+def _with_adjoint(a: Any) -> tuple[Any, tuple[int, int], Product | None]:
+    """What forms products, its shape, and where that is no SparseMatrix its conjugate transpose."""
+    found = _rectangle(a)
+    return (*found, None) if found else (a, _shape(a), a.H)
 
 
 def _solve(
@@ -367,3 +398,108 @@ def minres(
     ([Decimal('1.00000000000000000000'), Decimal('7.00000000000000000000')], 0)
     """
     return _solve("minres", a, b, x0, rtol, 0, maxiter, M, callback, digits)
+
+
+def _eigen(
+    routine: Callable[..., Any], A: Operator, k: int, v0: Any, with_vectors: bool, digits: int | None, *settings: Any
+) -> Any:
+    which, sigma, inverse, *limits = settings
+    matrix = as_sparse(A)
+    order = 0 if matrix else _shape(A)[0]
+    w, v, _ = routine(matrix or A, k, order, which, sigma, inverse, v0, *limits, digits=digits)
+    return (w, v) if with_vectors else w
+
+
+def eigsh(
+    A: Operator,
+    k: int = 6,
+    *,
+    sigma: RealLike | None = None,
+    which: str = "LM",
+    v0: Vector | None = None,
+    ncv: int = 0,
+    maxiter: int = 0,
+    tol: RealLike = 0,
+    return_eigenvectors: bool = True,
+    OPinv: Product | None = None,
+    digits: int | None = None,
+) -> Any:
+    """k eigenvalues, ascending, of a symmetric or Hermitian matrix, and a matrix with their vectors in its columns. maxiter
+    is the number of products after which it gives up, 0 for the usual one; OPinv the inverse of A - sigma where A is no
+    sparse matrix.
+
+    >>> a = SparseMatrix(3, [(0, 0, 1), (1, 1, 2), (2, 2, 5)])
+    >>> eigsh(a, 2, which='SA', return_eigenvectors=False)
+    [Decimal('1'), Decimal('2')]
+    """
+    return _eigen(_eigsh, A, k, v0, return_eigenvectors, digits, which, sigma, OPinv, ncv, tol, maxiter)
+
+
+def eigs(
+    A: Operator,
+    k: int = 6,
+    *,
+    sigma: Any = None,
+    which: str = "LM",
+    v0: Vector | None = None,
+    ncv: int = 0,
+    maxiter: int = 0,
+    tol: RealLike = 0,
+    return_eigenvectors: bool = True,
+    OPinv: Product | None = None,
+    digits: int | None = None,
+) -> Any:
+    """k eigenvalues of a general matrix, the most wanted first, k + 1 where conjugates would be parted, and a matrix with
+    their vectors in its columns; arguments as with eigsh.
+
+    >>> a = SparseMatrix(2, [(0, 1, 1), (1, 0, -1)])
+    >>> [round(abs(each), 10) for each in eigs(a, 1, return_eigenvectors=False)]
+    [Decimal('1.0000000000'), Decimal('1.0000000000')]
+    """
+    return _eigen(_eigs, A, k, v0, return_eigenvectors, digits, which, sigma, OPinv, ncv, tol, maxiter)
+
+
+def svds(
+    A: Operator,
+    k: int = 6,
+    *,
+    which: str = "LM",
+    v0: Vector | None = None,
+    ncv: int = 0,
+    maxiter: int = 0,
+    tol: RealLike = 0,
+    return_singular_vectors: bool = True,
+    digits: int | None = None,
+) -> Any:
+    """(u, s, vh) with k singular values, descending, 'LM' the largest or 'SM' the smallest: A vh^H = u diag(s).
+
+    >>> svds(SparseMatrix(2, [(0, 0, 1), (1, 1, -2)]), 2, return_singular_vectors=False)
+    [Decimal('2'), Decimal('1')]
+    """
+    matrix, (rows, columns), adjoint = _with_adjoint(A)
+    u, s, v, _ = _svds(matrix, k, rows, columns, adjoint, which, v0, ncv, tol, maxiter, digits=digits)
+    if not return_singular_vectors:
+        return s
+    return u, s, [[each.conjugate() for each in column] for column in zip(*v)]
+
+
+def lsmr(
+    A: Operator,
+    b: Vector,
+    damp: RealLike = 0,
+    *,
+    atol: RealLike = 0,
+    btol: RealLike = 0,
+    conlim: RealLike = 0,
+    maxiter: int = 0,
+    digits: int | None = None,
+) -> tuple[Any, ...]:
+    """(x, istop, itn, normr, normar, norma, conda) for the x of least |b - A x|^2 + damp^2 |x|^2. istop is 1 where A x = b,
+    2 for least squares, 3 where the condition of A is conlim or more. Tolerances of 0 stand for the machine precision.
+
+    >>> identity = LinearOperator((2, 2), lambda x: x, lambda x: x)
+    >>> lsmr(identity, [1, 2])[1:3]
+    (1, 1)
+    """
+    matrix, (_, columns), adjoint = _with_adjoint(A)
+    return _lsmr(matrix, b, columns, adjoint, damp, atol, btol, conlim, maxiter, digits=digits)
