@@ -52,8 +52,8 @@ Method automatic_method(const SparseMatrix<T>& a) {
   return positive == a.order() ? Method::cg : Method::minres;
 }
 
-/// SparseCholesky of a whole matrix in canonical form where it turns out to be positive definite, otherwise SparseLU, to
-/// be called with b and x.
+/// SparseCholesky of a whole matrix in canonical form where it turns out to be positive definite, otherwise SparseLU,
+/// to be called with b and x.
 template <Scalar T>
 std::function<void(std::span<const T>, std::span<T>)> regular_factors(const SparseMatrix<T>& a) {
   if (automatic_method(a) == Method::cg) {
