@@ -284,10 +284,12 @@ void draw(const std::string& title, const std::vector<Chart>& charts, const std:
   script += y_range_of(charts);
   const std::vector<std::string> names = names_of(charts);
   for (std::size_t i = 0; i < charts.size(); ++i) {
+    const std::size_t row = i / columns;
+    const std::size_t column = i % columns;
     const double part = double(kEach.height) / height;
     char place[160];
     std::snprintf(place, sizeof place, "set size %.6f, %.6f\nset origin %.6f, %.6f\n", 1.0 / double(columns), part,
-                  double(i % columns) / double(columns), double(rows - 1 - i / columns) * part);
+                  double(column) / double(columns), double(rows - 1 - row) * part);
     script += place + title_of(charts[i].title, kEach.width);
     add_chart(script, charts[i], kEach, names);
   }
