@@ -151,7 +151,7 @@ TEST_CASE_TEMPLATE("what is reported solved satisfies its criterion with twice t
                    Complex) {
   Random random;
   int successes = 0;
-  constexpr int kChoices = 600;
+  constexpr int kChoices = 250;
   for (int choice = 0; choice < kChoices; ++choice) {
     const Method method = kMethods[random.below(std::size(kMethods))];
     const int digits = choice % 20 == 0 ? 333 : random.once_in(2) ? 50 : random.once_in(3) ? 10 : 16;
