@@ -37,10 +37,26 @@ void require_hermitian(const tesk2mp::Matrix<T>& a, const std::string& source) {
 }
 
 DenseMatrix read_exactly(const CholOptions& options) {
-  const tesk2mp::Digits scope(digits_of_data(options.proof.wanted()));
+  const tesk2mp::Digits scope(digits_of_data(true));
   DenseMatrix given = read_operand(options.matrix, options.table, true);
   std::visit([&](const auto& a) { require_hermitian(a, given.source); }, given.elements);
   return given;
+}
+
+/// Is the leading minor of that order proven to be the first that is not positive?
+template <class T>
+bool is_first_not_positive(const tesk2mp::Matrix<T>& a, std::size_t order) {
+  const auto leading = [&](std::size_t n) {
+    tesk2mp::Matrix<T> block(n, n);
+    for (std::size_t j = 0; j < n; ++j) {
+      for (std::size_t i = 0; i < n; ++i) {
+        block(i, j) = a(i, j);
+      }
+    }
+    return block;
+  };
+  return tesk2mp::proven::is_positive_definite(leading(order)) == false &&
+         (order == 1 || tesk2mp::proven::is_positive_definite(leading(order - 1)) == true);
 }
 
 template <class T>
@@ -48,15 +64,14 @@ Result result_of(const CholOptions& options, const DenseMatrix& given, const tes
   const auto triangle = options.upper ? tesk2mp::Triangle::upper : tesk2mp::Triangle::lower;
   const char* const routine = std::is_same_v<T, Complex> ? "QuarnMPX_zpotrf_" : "QuarnMPX_dpotrf_";
   std::optional<tesk2mp::NumericalFailure> refusal;
-  const auto compute = [&]() -> std::optional<std::vector<T>> {
+  const auto compute = [&]() -> std::optional<Computed<T>> {
     try {
       const tesk2mp::Cholesky<T> cholesky(a, triangle);
       const tesk2mp::Matrix<T>& factor = cholesky.factor();
-      std::vector<T> numbers(factor.data(), factor.data() + a.rows() * a.columns());
-      numbers.emplace_back(cholesky.determinant());
-      return numbers;
+      return Computed<T>{{factor.data(), factor.data() + a.rows() * a.columns()}, {T(cholesky.determinant())}, 0};
     } catch (const tesk2mp::NumericalFailure& failure) {
-      if (!options.proof.wanted() || tesk2mp::proven::is_positive_definite(a, triangle) == false) {
+      const auto order = std::size_t(failure.code());
+      if (!options.proof.wanted() || order == 0 || order > a.rows() || is_first_not_positive(a, order)) {
         throw;
       }
       refusal = failure;
@@ -65,12 +80,10 @@ Result result_of(const CholOptions& options, const DenseMatrix& given, const tes
   };
   const Estimated<T> estimate = estimated<T>(
       options.proof, compute, [&] { return tesk2mp::proven::rank(a).value_or(a.rows()) < std::size_t(a.rows()); });
-  std::vector<T> numbers = known_values(estimate.numbers);
-  if (numbers.size() != std::size_t(given.rows()) * std::size_t(given.rows()) + 1) {
+  if (!estimate.choice) {
     throw *refusal;  // with all digits that were tried
   }
-  const std::string determinant = exact_text(Complex(numbers.back()).re);
-  numbers.pop_back();
+  const std::string determinant = exact_text(Complex(estimated_values(options.proof, estimate.single).back()).re);
   Result result;
   result.notes = {std::string(options.upper ? "U of A = U^H U" : "L of A = L L^H") + ", A the " + description(given),
                   ""};
@@ -78,7 +91,7 @@ Result result_of(const CholOptions& options, const DenseMatrix& given, const tes
   result.notes.push_back("positive definite; determinant " + determinant);
   result.facts.push_back({"determinant", determinant});
   add_estimate(options.proof, estimate, routine, result);
-  const DenseMatrix factor{"", matrix_of(numbers, a.rows())};
+  const DenseMatrix factor{"", matrix_of(estimated_values(options.proof, estimate.numbers), a.rows())};
   add_matrix(result, factor);
   result.picture = [title = result.notes.front(), factor](const std::string& file) {
     draw(map_of_magnitudes(title, factor), file);

@@ -62,7 +62,7 @@ Panel panel_of(const std::string& title, const std::string& x_title, const std::
 
 void run(const Pair& pair, const DctOptions& options) {
   const NumberTable table = NumberTable::read(options.input, options.table);
-  const Sequence sequence = sequence_from(table, options.column, digits_of_data(options.proof.wanted()));
+  const Sequence sequence = sequence_from(table, options.column, digits_of_data(true));
   const std::vector<QuarnFloat>& x = sequence.values;
   const tesk2mp::Scaling scaling = options.norm == "ortho"     ? tesk2mp::Scaling::orthonormal
                                    : options.norm == "forward" ? tesk2mp::Scaling::forward

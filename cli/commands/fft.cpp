@@ -71,9 +71,7 @@ const char* routine_for(const FftOptions& options) {
 }
 
 // With all digits that the numbers have, where they are to be proven or estimated.
-int digits_of_data(const FftOptions& options) {
-  return cli::digits_of_data(options.proof.wanted() && !options.classic);
-}
+int digits_of_data(const FftOptions& options) { return cli::digits_of_data(!options.classic); }
 
 Progress progress_of(const FftOptions& options, std::size_t n) {
   constexpr double kWithBounds = 8;
@@ -113,7 +111,11 @@ std::vector<Fact> facts_of(const FftOptions& options, std::size_t n) {
 // The note and the facts of `said` are about the digits.
 Spectrum spectrum_of(const Sequence& sequence, const FftOptions& options, Result& said) {
   const std::vector<QuarnFloat>& x = sequence.values;
-  Spectrum spectrum{{}, {}, fabs(sequence.step) * std::int64_t(x.size()), 0, 0, {}};
+  Spectrum spectrum;
+  {
+    const tesk2mp::Digits scope(position_digits());
+    spectrum.length = fabs(sequence.step) * std::int64_t(x.size());
+  }
   const Progress progress = progress_of(options, x.size());
   if (options.classic) {
     const Bins z = spectrum_once(options, x);
@@ -200,7 +202,9 @@ void run_forward(const FftOptions& options, const NumberTable& table) {
   Result result;
   result.notes = {"Fourier transform of " + cli::counted(Integer(first.values.size()), "value", "values") + described +
                       " in " + table.source(),
-                  options.classic ? precision_note(routine_for(options), true) : analyses.front().said.notes[1]};
+                  options.classic ? precision_note(routine_for(options), true)
+                  : alone         ? analyses.front().said.notes[1]
+                                  : digits_text() + ", by " + routine_for(options)};
   result.facts = facts_of(options, first.values.size());
   result.facts.push_back({"unit", first.unit});
   add_window(options, result);
@@ -224,6 +228,12 @@ void run_forward(const FftOptions& options, const NumberTable& table) {
       break;
     }
     const std::string name = each.sequence.name.empty() ? "column " + options.columns[i] : each.sequence.name;
+    if (!options.classic) {
+      result.notes.push_back(name + ": " + each.said.notes[1]);
+    }
+    for (const Fact& fact : each.said.facts) {
+      result.facts.push_back({fact.name + " " + name, fact.value, fact.count});
+    }
     for (const std::string& note : part.notes) {
       result.notes.push_back(name + ": " + note);
     }
@@ -337,7 +347,7 @@ then the imaginary parts from the highest k down to 1.
 
 The numbers are taken with all their digits, and D digits of every part are proven; one of
 which not even the sign is known, D digits below the largest, is 0. Behind a window two
-computations agree to the digits instead.
+computations agree to the digits instead, and so they do with more than some 1100 digits.
 
 --scale log has an axis of powers of ten, --scale db shows decibels below the largest magnitude.
 --from and --to leave a range of the frequencies, or of the periods with --axis period.

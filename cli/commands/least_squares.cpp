@@ -44,20 +44,20 @@ const char* routine_for(const DenseMatrix& matrix) {
 /// Title, digits and what they are worth, rank.
 template <class T>
 Result started(const RankOptions& options, const std::string& title, const DenseMatrix& matrix,
-               const Estimated<T>& estimate, std::size_t rank) {
+               const Estimated<T, std::size_t>& estimate) {
   const std::string routine = routine_for(matrix);
   Result result;
   result.notes = {title, ""};
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
   add_estimate(options.proof, estimate, routine, result);
-  result.notes[1] += "; rank " + std::to_string(rank);
-  result.facts.push_back({"rank", std::to_string(rank), true});
+  const std::string rank = std::to_string(*estimate.choice);
+  result.notes[1] += "; rank " + rank;
+  result.facts.push_back({"rank", rank, true});
   return result;
 }
 
-/// With all its digits, unless one computation is asked for.
 DenseMatrix read_exactly(const RankOptions& options) {
-  const tesk2mp::Digits scope(digits_of_data(options.proof.wanted()));
+  const tesk2mp::Digits scope(digits_of_data(true));
   return read_operand(options.matrix, options.table, false);
 }
 
@@ -108,28 +108,31 @@ void solve(const RankOptions& options, const DenseMatrix& matrix, const DenseMat
   std::vector<QuarnFloat> errors;
   std::string why_not;
   bool is_proven = false;
-  // Less than full rank, and a rank by a tolerance, have no proof.
-  if (a.rows() >= a.columns() && (options.tolerance.empty() || options.proof.insisted)) {
+  if (options.proof.insisted && (a.rows() < a.columns() || !options.tolerance.empty())) {
+    throw bad_input("--proven is for matrices with as many rows as columns or more, without --tolerance");
+  }
+  const QuarnFloat tolerance = tolerance_of(options, matrix);
+  if (a.rows() >= a.columns() && options.tolerance.empty()) {
     try {
-      is_proven = try_proof(options.proof, why_not, [&] { result = proven_solution(options, title, a, b, x, errors); });
-    } catch (const tesk2mp::NumericalFailure&) {
+      is_proven = try_proof(
+          options.proof, why_not, [&] { result = proven_solution(options, title, a, b, x, errors); }, "");
+    } catch (const tesk2mp::NumericalFailure& failure) {
       if (options.proof.insisted) {
         throw;
       }
+      why_not = "not proven: " + failure.text();
     }
-  } else if (options.proof.insisted) {
-    throw bad_input("--proven is for matrices with as many rows as columns or more");
   }
   if (!is_proven) {
-    std::size_t rank = 0;
-    const QuarnFloat tolerance = tolerance_of(options, matrix);
-    const auto estimate = estimated<T>(options.proof, [&] {
+    const auto estimate = estimated<T, std::size_t>(options.proof, [&] {
       const auto solution = tesk2mp::minimum_norm(a, b, tolerance);
-      rank = solution.rank;
-      return std::optional(elements(solution.x));
+      return std::optional(Computed<T, std::size_t>{elements(solution.x), {}, solution.rank});
     });
-    x = matrix_of(known_values(estimate.numbers), a.columns());
-    result = started(options, title, matrix, estimate, rank);
+    x = matrix_of(estimated_values(options.proof, estimate.numbers), a.columns());
+    result = started(options, title, matrix, estimate);
+    if (!why_not.empty()) {
+      result.notes.push_back(why_not);
+    }
   }
   const QuarnFloat residual = residual_norm(a, x, b);
   result.notes.push_back("||b - A x|| = " + brief(residual));
@@ -152,7 +155,7 @@ void run_lstsq(const RankOptions& options) {
   }
   const DenseMatrix matrix = read_exactly(options);
   const DenseMatrix right = [&] {
-    const tesk2mp::Digits scope(digits_of_data(options.proof.wanted()));
+    const tesk2mp::Digits scope(digits_of_data(true));
     return read_vector(options.right_side, options.column, options.table);
   }();
   if (right.rows() != matrix.rows()) {
@@ -166,15 +169,17 @@ void run_lstsq(const RankOptions& options) {
   solve<QuarnFloat>(options, matrix, right);
 }
 
-/// A matrix whose rank the tolerance says: find(tolerance, rank) computes it.
+/// A matrix with so many rows, whose rank the tolerance says: find(tolerance) gives both.
 template <class T, class Find>
 void deliver_matrix(const RankOptions& options, const std::string& what, const DenseMatrix& given, std::size_t rows,
                     const Find& find) {
-  std::size_t rank = 0;
   const QuarnFloat tolerance = tolerance_of(options, given);
-  const auto estimate = estimated<T>(options.proof, [&] { return std::optional(elements(find(tolerance, rank))); });
-  Result result = started(options, what + " of the " + description(given), given, estimate, rank);
-  const DenseMatrix matrix{"", matrix_of(known_values(estimate.numbers), rows)};
+  const auto estimate = estimated<T, std::size_t>(options.proof, [&] {
+    const auto [matrix, rank] = find(tolerance);
+    return std::optional(Computed<T, std::size_t>{elements(matrix), {}, rank});
+  });
+  Result result = started(options, what + " of the " + description(given), given, estimate);
+  const DenseMatrix matrix{"", matrix_of(estimated_values(options.proof, estimate.numbers), rows)};
   add_matrix(result, matrix);
   result.picture = [&](const std::string& file) { draw(map_of_magnitudes(result.notes.front(), matrix), file); };
   deliver(result, options.output);
@@ -185,10 +190,9 @@ void run_pinv(const RankOptions& options) {
   const Progress progress = progress_of(given);
   std::visit(
       [&]<class T>(const tesk2mp::Matrix<T>& a) {
-        deliver_matrix<T>(options, "Pseudo-inverse", given, a.columns(), [&](const QuarnFloat& tolerance, auto& rank) {
+        deliver_matrix<T>(options, "Pseudo-inverse", given, a.columns(), [&](const QuarnFloat& tolerance) {
           auto found = tesk2mp::minimum_norm(a, tesk2mp::Matrix<T>::identity(a.rows()), tolerance);
-          rank = found.rank;
-          return std::move(found.x);
+          return std::pair(std::move(found.x), found.rank);
         });
       },
       given.elements);
@@ -199,10 +203,10 @@ void run_null(const RankOptions& options) {
   const Progress progress = progress_of(given);
   std::visit(
       [&]<class T>(const tesk2mp::Matrix<T>& a) {
-        deliver_matrix<T>(options, "Null space", given, a.columns(), [&](const QuarnFloat& tolerance, auto& rank) {
+        deliver_matrix<T>(options, "Null space", given, a.columns(), [&](const QuarnFloat& tolerance) {
           auto basis = tesk2mp::null_space(a, tolerance);
-          rank = a.columns() - basis.columns();
-          return basis;
+          const std::size_t rank = a.columns() - basis.columns();
+          return std::pair(std::move(basis), rank);
         });
       },
       given.elements);

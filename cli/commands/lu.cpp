@@ -59,15 +59,12 @@ std::size_t interchanges(const std::vector<Integer>& pivots) {
   return count;
 }
 
-/// The factors with all that is written of them.
-template <class T>
-struct Factors {
-  tesk2mp::Matrix<T> packed;
+/// What else is written of the factors.
+struct Factorisation {
   std::vector<Integer> pivots;
   bool singular = false;
-  std::optional<std::size_t> deficient_rank;
-  T mantissa{};
-  std::int64_t exponent = 0;  // of the determinant; of square matrices
+
+  bool operator==(const Factorisation& other) const { return pivots == other.pivots; }
 };
 
 template <class T>
@@ -80,44 +77,48 @@ tesk2mp::LU<T> factorised(const LuOptions& options, const tesk2mp::Matrix<T>& a)
   return tesk2mp::LU<T>(a);
 }
 
-/// The factors to the digits that are asked for.
+/// Both factors in one; the mantissa of a square matrix's determinant, and its exponent, belong to that.
 template <class T>
-Factors<T> factors_of(const LuOptions& options, const tesk2mp::Matrix<T>& a, Estimated<T>& estimate) {
+struct Factors {
+  Estimated<T, Factorisation> estimate;
+  std::int64_t exponent = 0;
+  std::optional<std::size_t> deficient_rank;
+};
+
+template <class T>
+Factors<T> factors_of(const LuOptions& options, const tesk2mp::Matrix<T>& a) {
   Factors<T> found;
-  const bool square = a.rows() == a.columns();
-  std::optional<std::int64_t> exponent;
+  bool is_second = false;
   const auto compute = [&] {
     const tesk2mp::LU<T> lu = factorised(options, a);
-    found.packed = lu.factors();
-    found.pivots = lu.pivots();
-    found.singular = lu.singular();
-    std::optional<std::vector<T>> numbers(std::in_place, found.packed.data(),
-                                          found.packed.data() + a.rows() * a.columns());
-    if (square) {
-      const auto parts = lu.determinant_parts();
-      // Beside one exponent, so that mantissas can be compared.
-      constexpr std::int64_t kFar = 1'000'000;
-      const std::int64_t places = exponent ? parts.exponent - *exponent : 0;
-      exponent = exponent.value_or(parts.exponent);
-      numbers->push_back(parts.mantissa * T(QuarnFloat(1, int(std::clamp(places, -kFar, kFar)))));
+    const tesk2mp::Matrix<T>& packed = lu.factors();
+    Computed<T, Factorisation> computed{{packed.data(), packed.data() + a.rows() * a.columns()}, {}, {}};
+    computed.choice = {lu.pivots(), lu.singular()};
+    // Each pivot says something for itself.
+    for (std::size_t i = 0; i < std::min(a.rows(), a.columns()); ++i) {
+      computed.single.push_back(packed(i, i));
     }
-    return numbers;
+    if (a.rows() == a.columns()) {
+      const auto parts = lu.determinant_parts();
+      if (!is_second) {
+        found.exponent = parts.exponent;
+      }
+      // Beside one exponent mantissas can be compared, where they are near each other at all.
+      constexpr std::int64_t kFar = 1000;
+      const std::int64_t places = parts.exponent - found.exponent;
+      computed.single.push_back(parts.mantissa * T(QuarnFloat(1, int(std::clamp(places, -kFar, kFar)))));
+    }
+    is_second = !is_second;
+    return std::optional(std::move(computed));
   };
   // Of lower rank, the pivots that are exactly 0 are rounding errors at any precision, and what is divided by them too.
-  estimate = estimated<T>(options.proof, compute, [&] {
+  found.estimate = estimated<T, Factorisation>(options.proof, compute, [&] {
     const std::optional<std::size_t> rank = tesk2mp::proven::rank(a);
     if (rank && *rank < std::min(a.rows(), a.columns())) {
       found.deficient_rank = rank;
     }
     return found.deficient_rank.has_value();
   });
-  std::vector<T> numbers = known_values(estimate.numbers);
-  if (square && !numbers.empty()) {
-    found.mantissa = found.deficient_rank ? T() : numbers.back();
-    found.exponent = *exponent;
-    numbers.pop_back();
-  }
-  found.packed = matrix_of(numbers, a.rows());
   return found;
 }
 
@@ -126,23 +127,24 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
   const std::string routine = options.weighted  ? "QuarnMP_f07adg_"
                               : given.complex() ? "QuarnMPX_f07arf_"
                                                 : "QuarnMPX_f07adf_";
-  Estimated<T> estimate;
-  const Factors<T> lu = factors_of(options, a, estimate);
+  const Factors<T> lu = factors_of(options, a);
+  const Factorisation& chosen = *lu.estimate.choice;
   Result result;
   result.notes = {"A = P L U of the " + description(given), ""};
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
   if (given.rows() == given.columns()) {
-    const std::string determinant = determinant_text(lu.mantissa == T() ? T() : lu.mantissa, lu.exponent);
+    const T mantissa = lu.deficient_rank ? T() : estimated_values(options.proof, lu.estimate.single).back();
+    const std::string determinant = determinant_text(mantissa == T() ? T() : mantissa, lu.exponent);
     result.notes.push_back("determinant " + determinant +
-                           "; row interchanges: " + std::to_string(interchanges(lu.pivots)) +
-                           (lu.singular ? "; singular: a pivot is exactly zero" : ""));
+                           "; row interchanges: " + std::to_string(interchanges(chosen.pivots)) +
+                           (chosen.singular ? "; singular: a pivot is exactly zero" : ""));
     result.facts.push_back({"determinant", determinant});
   }
   if (lu.deficient_rank) {
     result.notes.push_back("the rank is " + std::to_string(*lu.deficient_rank) +
                            ", proven; pivots that are rounding errors make what follows them so");
   }
-  add_estimate(options.proof, estimate, routine, result);
+  add_estimate(options.proof, lu.estimate, routine, result);
   const std::string title = std::string(options.part == "factors" ? "L and U"
                                         : options.part == "p"     ? "Row order"
                                         : options.part == "l"     ? "L"
@@ -150,7 +152,7 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
                             " of the " + description(given);
   if (options.part == "p") {
     result.notes.push_back("row i of L U is row p(i) of A");
-    const std::vector<Integer> order = permuted_rows(lu.pivots, given.rows());
+    const std::vector<Integer> order = permuted_rows(chosen.pivots, given.rows());
     result.table = {count_column("i", positions(given.rows())), count_column("p", order)};
     result.data = result.table;
     result.picture = [title, order](const std::string& file) {
@@ -165,14 +167,15 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
   result.notes.emplace_back(both ? "U on the diagonal and above, L below; its diagonal of ones is left out"
                             : options.part == "l" ? "L"
                                                   : "U");
-  const DenseMatrix factor{"", both ? lu.packed : triangle(lu.packed, options.part == "l")};
+  const tesk2mp::Matrix<T> packed = matrix_of(estimated_values(options.proof, lu.estimate.numbers), a.rows());
+  const DenseMatrix factor{"", both ? packed : triangle(packed, options.part == "l")};
   add_matrix(result, factor);
   result.picture = [title, factor](const std::string& file) { draw(map_of_magnitudes(title, factor), file); };
   return result;
 }
 
 DenseMatrix read_exactly(const LuOptions& options) {
-  const tesk2mp::Digits scope(digits_of_data(options.proof.wanted()));
+  const tesk2mp::Digits scope(digits_of_data(true));
   return read_operand(options.matrix, options.table, false);
 }
 
@@ -193,8 +196,9 @@ complex. Pivots are the largest elements of their columns, with --weighted relat
 the Euclidean norms of their rows. --plot draws the magnitudes of what is written.
 
 The numbers of the matrix are taken with all their digits. The factors are computed twice, with
-more and more digits until both agree to D of them; pivots that are equal in magnitude are
-chosen alike. That is an estimate, no proof; quarn det has one.
+more and more digits until both agree to D of them. That is an estimate, no proof; quarn det
+has one. Of a matrix of lower rank no digits may be known: pivots that are exactly 0 are
+rounding errors, and what is divided by them.
 
 Examples:
   quarn lu examples/west0067.mtx --digits 50 --format json

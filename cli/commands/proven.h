@@ -117,7 +117,8 @@ std::vector<T> known_values(const std::vector<tesk2mp::proven::Bounded<T>>& boun
 
 /// Runs attempt(), which proves its result. Where there is no proof and none was insisted on: false, and why.
 template <class Attempt>
-bool try_proof(const ProofOptions& options, std::string& why_not, const Attempt& attempt) {
+bool try_proof(const ProofOptions& options, std::string& why_not, const Attempt& attempt,
+               const std::string& what_follows = "; what follows is an estimate, computed once with " + digits_text()) {
   if (!options.wanted()) {
     return false;
   }
@@ -128,7 +129,7 @@ bool try_proof(const ProofOptions& options, std::string& why_not, const Attempt&
     if (options.insisted || failure.routine() != "TO_DIGITS") {
       throw;
     }
-    why_not = "not proven: " + failure.text() + "; what follows is an estimate, computed once with " + digits_text();
+    why_not = "not proven: " + failure.text() + what_follows;
     return false;
   }
 }
@@ -153,14 +154,14 @@ void add_zeros(Result& result, const Found& found, std::size_t structural = 0) {
   std::size_t count = 0;
   QuarnBound largest;
   tesk2mp::proven::detail::for_each_part(found, [&](const tesk2mp::proven::Bounded<QuarnFloat>& x) {
-    if (!x.error.is_zero() && tesk2mp::proven::true_digits(x) <= 0) {
+    if (x.error.is_finite() && !x.error.is_zero() && x.error.value() >= fabs(x.value)) {
       ++count;
-      largest = std::max(largest, x.error);
+      largest = std::max(largest, QuarnBound(x.value) + x.error);
     }
   });
   if (count > structural) {
-    result.notes.push_back("0 (abs < 1e" + std::to_string(largest.exponent() + 1) + "): so much is proven of " +
-                           counted(Integer(count - structural), "zero", "zeros") + ", no sign");
+    result.notes.push_back("0 (abs < 1e" + std::to_string(largest.exponent() + 1) + "): no more is known of " +
+                           counted(Integer(count - structural), "number that prints", "numbers that print") + " as 0");
   }
 }
 

@@ -117,7 +117,7 @@ void add_data(Result& result, const Spectrum& spectrum) {
       continue;
     }
     const std::string cells[] = {std::to_string(k),
-                                 spectrum.frequency(signed_k).to_string(),
+                                 (spectrum.frequency(signed_k) * 1).to_string(),
                                  real_part(x, k).to_string(),
                                  imaginary_part(x, k).to_string(),
                                  spectrum.magnitudes[partner].to_string(),

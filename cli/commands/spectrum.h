@@ -8,6 +8,7 @@
 #include "cli/io/result.h"
 #include "cli/io/sequence.h"
 #include "cli/plot/plot.h"
+#include "tesk2mp/error.hpp"
 
 namespace cli {
 
@@ -30,8 +31,15 @@ struct Spectrum {
   std::size_t last = 0;            // the k that are asked for
   std::vector<QuarnFloat> errors;  // of z_k at most, where they are proven
 
-  QuarnFloat period(std::size_t k) const { return length / std::int64_t(k); }
-  QuarnFloat frequency(std::int64_t k) const { return QuarnFloat(k) / length; }
+  /// With digits to spare, for what is rounded when it is written.
+  QuarnFloat period(std::size_t k) const {
+    const tesk2mp::Digits scope(position_digits());
+    return length / std::int64_t(k);
+  }
+  QuarnFloat frequency(std::int64_t k) const {
+    const tesk2mp::Digits scope(position_digits());
+    return QuarnFloat(k) / length;
+  }
 };
 
 /// Multiplies by the window, of which the mean, which would spread over its neighbours, is taken away before.

@@ -7,6 +7,7 @@
 
 #include "cli/commands/estimate.h"
 #include "tesk2mp/proven_sums.hpp"
+#include "tesk2mp/util.hpp"
 
 namespace cli {
 
@@ -35,41 +36,45 @@ template <class T, class Prove, class Compute>
 TrueNumbers<T> true_transform(const ProofOptions& options, const std::string& routine, bool has_proof,
                               const Prove& prove, const Compute& compute, Result& result,
                               std::size_t structural_zeros = 0) {
+  const std::string limits =
+      "there are no bounds for this transform: for none behind a window, of more than 2^24 "
+      "numbers, or with more than some 1100 digits";
   TrueNumbers<T> found;
-  const auto take = [&](const std::vector<tesk2mp::proven::Bounded<T>>& numbers, int working_digits) {
-    std::vector<tesk2mp::proven::Bounded<QuarnFloat>> magnitudes;
-    {
-      const tesk2mp::Digits scope(working_digits);
-      magnitudes = magnitudes_of(numbers);
-    }
-    found.values = known_values(numbers);
-    found.magnitudes = known_values(magnitudes);
-  };
-  std::string why_not = has_proof ? "" : "not proven: there is no bound for this";
-  if (!has_proof && options.insisted) {
-    throw bad_input("--proven: there is no bound for this transform");
-  }
+  std::string why_not = has_proof ? "" : "not proven: " + limits;
   try {
-    if (has_proof && options.wanted() && try_proof(options, why_not, [&] {
-          int worked_with = 0;
-          const auto numbers = with_true_digits(options, worked_with, prove);
-          result.notes[1] = proof_note(worked_with, routine);
-          result.facts.push_back({"proven", "true", true});
-          result.facts.push_back({"working_digits", std::to_string(worked_with), true});
-          add_zeros(result, numbers, structural_zeros);
-          take(numbers, worked_with);
-          found.errors = errors_of(numbers);
-        })) {
+    const auto attempt = [&] {
+      int worked_with = 0;
+      const auto numbers = with_true_digits(options, worked_with, prove);
+      result.notes[1] = proof_note(worked_with, routine);
+      result.facts.push_back({"proven", "true", true});
+      result.facts.push_back({"working_digits", std::to_string(worked_with), true});
+      add_zeros(result, numbers, structural_zeros);
+      found.values = known_values(numbers);
+      found.errors = errors_of(numbers);
+      const tesk2mp::Digits scope(worked_with);
+      found.magnitudes = known_values(magnitudes_of(numbers));
+    };
+    if (has_proof && try_proof(options, why_not, attempt, "")) {
+      for (QuarnFloat& magnitude : found.magnitudes) {
+        magnitude *= 1;
+      }
       return found;
     }
-  } catch (const tesk2mp::InvalidArgument&) {  // longer, or with more digits, than there are bounds for
-    if (options.insisted) {
-      throw;
-    }
+  } catch (const tesk2mp::InvalidArgument&) {
+    why_not = "not proven: " + limits;
   }
-  const auto estimate = estimated<T>(options, [&] { return std::optional(compute()); });
+  if (options.insisted) {
+    throw bad_input("--proven: " + limits);
+  }
+  const auto estimate = estimated<T>(options, [&] { return std::optional(Computed<T>{compute(), {}, 0}); });
+  if (options.wanted()) {
+    result.notes.push_back(why_not);
+  }
   add_estimate(options, estimate, routine, result);
-  take(estimate.numbers, estimate.second_digits);
+  found.values = estimated_values(options, estimate.numbers);
+  for (const T& value : found.values) {
+    found.magnitudes.push_back(tesk2mp::abs(Complex(value)));
+  }
   return found;
 }
 

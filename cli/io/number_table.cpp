@@ -303,8 +303,10 @@ bool NumberTable::holds_numbers(const Column& column) const {
 }
 
 bool NumberTable::is_about_errors(const Column& column) const {
-  const bool count = column.name == "count" && find("error") != nullptr;
-  return &column != columns_.data() && (column.name == "error" || count);
+  const std::string& first = columns_.front().name;
+  const bool is_result = first == "k" || first == "i" || first == "sample";
+  const bool is_count = column.name == "count" && find("error") != nullptr;
+  return is_result && (column.name == "error" || column.name.starts_with("error ") || is_count);
 }
 
 const NumberTable::Column& NumberTable::choose(const std::string& name) const {
@@ -424,9 +426,9 @@ std::vector<T> NumberTable::values(const Column& column, bool (*is_value)(std::s
     }
     // On the straight line from the last number to this one.
     const std::size_t gap = interpolates ? row - known : 0;
+    const T next = to_value(cell);
     constexpr int kMostInterpolated = 10'000;  // digits, where numbers are read with all that they have
     const tesk2mp::Digits scope(gap == 0 ? QuarnDigits() : std::min(QuarnDigits(), kMostInterpolated));
-    const T next = to_value(cell);
     const T last = gap == 0 ? next : values.back();
     for (std::size_t k = 1; k <= gap; ++k) {
       const QuarnFloat part = QuarnFloat(k) / QuarnFloat(gap + 1);

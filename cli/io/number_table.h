@@ -38,7 +38,8 @@ class NumberTable {
   const Column* find(const std::string& name) const;
   /// Whether the first cell that is not missing is a number. Throws Failure for what was meant as one.
   bool holds_numbers(const Column& column) const;
-  /// Whether it says how true the columns before it are, as results have it: "error", and "count" beside that.
+  /// Whether it says how true others are, in a table whose first column is "k", "i" or "sample" as results have it:
+  /// "error", "error NAME", and "count" beside those.
   bool is_about_errors(const Column& column) const;
   /// The column that was asked for, or when `name` is empty the last one that starts with a number and is not about
   /// errors.

@@ -14,9 +14,6 @@ namespace cli {
 
 namespace {
 
-// Positions are read with digits of their own: at few working digits neighbouring years would round to one number.
-constexpr int kPositionDigits = 40;
-
 // The cells of a column in the rows whose number is kept.
 std::vector<std::string> kept_cells(const NumberTable& table, const NumberTable::Column& column,
                                     const NumberTable::Column& values) {
@@ -65,7 +62,7 @@ void take_positions(Sequence& sequence, const NumberTable& table, const NumberTa
   if (cells.size() < 2 || cells.size() != sequence.values.size()) {
     return;
   }
-  const tesk2mp::Digits scope(std::max(kPositionDigits, QuarnDigits()));
+  const tesk2mp::Digits scope(position_digits());
   const std::string name = column.name.empty() ? "column 1" : column.name;
   if (std::all_of(cells.begin(), cells.end(), is_number)) {
     if (const auto even = even_numbers(cells)) {

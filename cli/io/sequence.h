@@ -1,10 +1,12 @@
 // Real sequences and their Hermitian spectra, between tables of numbers and the transforms' arrays.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <vector>
 
+#include "cli/commands/command.h"
 #include "cli/io/number_table.h"
 #include "quarn/quarnfloat.h"
 
@@ -24,6 +26,10 @@ struct Sequence {
 
   std::string quantity() const { return name.empty() ? "value" : name; }
 };
+
+/// The digits of positions and what follows from them: at few working digits neighbouring years would round to one
+/// number.
+inline int position_digits() { return std::clamp(QuarnDigits() + 5, 40, int(kMostDigits)); }
 
 /// Takes a sequence from a table: the column named, or the last numeric one; its values rounded to so many digits.
 /// Throws Failure.

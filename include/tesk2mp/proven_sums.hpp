@@ -271,6 +271,7 @@ template <class T>
 std::vector<Bounded<T>> bounded_transform(std::vector<T> results, const QuarnBound& largest_part, QuarnDivisor divisor,
                                           std::size_t period, const QuarnBound& carried) {
   const QuarnBound of_part = transform_error(largest_part, divisor, period);
+  const bool are_zeros = largest_part.is_zero() && carried.is_zero();
   std::vector<Bounded<T>> bounded;
   bounded.reserve(results.size());
   for (T& z : results) {
@@ -280,7 +281,7 @@ std::vector<Bounded<T>> bounded_transform(std::vector<T> results, const QuarnBou
     } else {
       error = of_part + rounding_of(z);
     }
-    bounded.push_back({std::move(z), error + carried});
+    bounded.push_back({std::move(z), are_zeros ? QuarnBound() : error + carried});
   }
   return bounded;
 }

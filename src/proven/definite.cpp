@@ -23,6 +23,8 @@ OwnMatrix<T> hermitian(Integer n, OneBasedMatrix<T> lower, const Range& range) {
       power[std::size_t(j)] = -ilogb(diagonal) / 2;
     }
   }
+  // The numbers may have more digits than are worked with; none is lost.
+  const WorkingDigits scope(1000000);
   OwnMatrix<T> own(n, n);
   const OneBasedMatrix<T> a = own.view();
   for (Integer j = 1; j <= n; ++j) {

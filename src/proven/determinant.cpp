@@ -106,10 +106,11 @@ Determinant<T> determinant(Integer n, OneBasedMatrix<T> a, const Uncertainty& of
   }
   result.value = reciprocal(pivots);
   // A product or a reciprocal of complex numbers loses four half units at most: n + 2 of them, one on top of the other,
-  // less than five times that.
+  // less than five times that where it is below 1.
   const QuarnBound of_steps = QuarnBound::count(std::uint32_t(n) + 2) * QuarnBound::power_of_ten(2 - digits);
   const QuarnBound size(result.value);
-  const bool in_range = size.is_finite() && !size.is_zero() && QuarnBound(pivots).is_finite();
+  const bool in_range =
+      size.is_finite() && !size.is_zero() && QuarnBound(pivots).is_finite() && of_steps < QuarnBound::count(1);
   result.error = in_range ? size * (of_distance + of_steps + of_distance * of_steps) : QuarnBound::infinity();
   return result;
 }

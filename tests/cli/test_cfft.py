@@ -16,7 +16,7 @@ APERTURE = os.path.join(DATA, "aperture.mtx")
 FOUR = """\
 # Fourier transform of 4 complex numbers in standard input
 # 20 digits, all proven (worked with 25), by QuarnMPX_c06pcf_
-# 0 (abs < 1e-24): so much is proven of 1 zero, no sign
+# 0 (abs < 1e-24): no more is known of 1 number that prints as 0
 # z_k = 1/sqrt(N) sum_j x_j exp(-2 pi i j k/N), N = 4
 k                    real              imaginary  magnitude
 0   2.0000000000000000000  0.5000000000000000000  2.0615528

@@ -126,6 +126,18 @@ class Dense(unittest.TestCase):
         # One computation with 8 digits says that it knows next to nothing; a matrix on the edge is not decided by it.
         once = run_json("lu", "-", "--working-digits", "8", stdin=text_of(hilbert))
         self.assertLess(once["true_digits_estimated"], 3)
+        # What few working digits make of the numbers counts as an error too; a rank that is not settled says so.
+        edge = "1.000001 1\n1 1\n"
+        for command in ("lu", "pinv"):
+            self.assertLess(run_json(command, "-", "--working-digits", "5", stdin=edge)["true_digits_estimated"], 5, command)
+        self.assertEqual(run_json("null", "-", "--tolerance", "0", "--working-digits", "20", stdin="3 1\n9 3\n")
+                         ["true_digits_estimated"], 0)
+        self.assertEqual(run_json("lu", "-", stdin="1." + "0" * 39 + "1 1\n1 1\n")["determinant"], "1e-40")
+        self.assertEqual(run("lstsq", "-", "--rhs", os.devnull, "--tolerance", "0.1", "--proven", stdin=edge).returncode, 2)
+        # The order of the minor is proven: that of order 2 is positive by its last digit.
+        late = "3 1 0\n1 0." + "3" * 39 + "4 0\n0 0 -1\n"
+        for digits in ("10", "20", "30"):
+            self.assertIn("leading minor of order 3", run("chol", "-", "--digits", digits, stdin=late).stderr)
         # More digits do not help where the rank is lower, and none are tried.
         singular = run_json("lu", "-", "--digits", "300", stdin=text_of([[1, 2, 4], [2, 5, 7], [3, 7, 11]]))
         self.assertEqual((singular["determinant"], singular["working_digits"]), ("0", 305))

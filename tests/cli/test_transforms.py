@@ -72,6 +72,15 @@ class Transforms(unittest.TestCase):
                     errors = shown.get("error") or [None] * n
                     for text, exact, error in zip(shown[name], values, errors, strict=True):
                         self.assertIsNone(untrue(text, exact, digits, error), arguments)
+        # Zeros are exact, frequencies and periods rounded once, and columns speak each for itself.
+        zeros = run_json("fft", "-", "--proven", stdin="0\n0\n0\n")
+        self.assertEqual((zeros["real"], zeros["error"]), (["0"] * 3, ["0"] * 3))
+        self.assertEqual(run_json("fft", "-", "--digits", "2", stdin="\n".join(map(str, range(149))))["frequency"][74], "0.5")
+        two = run_well("fft", "-", "--column", "a", "--column", "b", stdin="a,b\n1,0\n2,1e-30\n4,5\n")
+        self.assertIn("\n# a: 20 digits, all proven", two)
+        self.assertIn("\n# b: 20 digits, all proven", two)
+        self.assertNotIn("error", run_json("fft", "-", stdin="k,value,error\n0,1,9\n1,2,9\n")["unit"])
+        self.assertEqual(run_json("fft", "-", stdin="k,value,error\n0,1,9\n1,3,9\n")["real"][0], "2.8284271247461900976")
         # What the working digits of the data would have lost.
         self.assertEqual(run_json("convolve", self.file("a", "1e30\n1\n-1e30\n"), self.file("b", "1\n1\n1\n"),
                                   "--digits", "2", "--mode", "valid")["value"], ["1"])

@@ -417,6 +417,13 @@ TEST_CASE("positive definite, not, or not decided") {
   CHECK(!is_positive_definite(Matrix<Real>{{1, 1}, {1, 1}}).value_or(false));
   CHECK(!is_positive_definite(Matrix<Real>{{Real("nan"), 1}, {1, 1}}));
   CHECK(is_positive_definite(hilbert(12)) == std::optional(true));
+  // Definite by its last digit, which is beyond the working digits.
+  Matrix<Real> edge{{3, 1}, {1, 1}};
+  {
+    const support::Digits more(60);
+    edge(1, 1) = Real("0.3333333333333333333333333333333333333334");
+  }
+  CHECK(is_positive_definite(edge) != std::optional(false));
   Matrix<Real> h = hilbert(12);
   h(5, 5) = h(5, 5) - Real("1e-12");
   CHECK(is_positive_definite(h) == std::optional(false));
