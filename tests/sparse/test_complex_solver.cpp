@@ -177,7 +177,8 @@ TEST_CASE_TEMPLATE("what is reported solved satisfies its criterion with twice t
       try {
         return tesk2mp::solve_iteratively(a, std::span<const T>(b), options, precondition);
       } catch (const tesk2mp::NumericalFailure& failure) {  // rounding errors at few digits
-        MESSAGE(int(method), " ", digits, " digits, tol ", options.tolerance.to_string(), " ", std::string(failure.what()));
+        MESSAGE(int(method), " ", digits, " digits, tol ", options.tolerance.to_string(), " ",
+                std::string(failure.what()));
         return std::nullopt;
       }
     }();
