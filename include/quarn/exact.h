@@ -63,7 +63,7 @@ enum QuarnSparseStorage : unsigned { QuarnMirrored = 8 };
 /// order; those sorted by rows cost least. `how` may have QuarnConjugateA, and QuarnMirrored: an entry off the diagonal
 /// stands for its conjugate in the mirrored place too. Rows and columns exchanged give the transpose. y must not
 /// overlap x or A. Throws std::bad_alloc, with y as it was; temporary storage: y once more, and 8 bytes an entry unless
-/// sorted.
+/// sorted, 16 with QuarnMirrored.
 QRNFLOAT_API void QuarnSparseProduct(std::size_t n, const QuarnSparseMatrix<QuarnFloat>& a, const QuarnFloat* x,
                                      QuarnFloat* y, unsigned how = QuarnPlain);
 QRNFLOAT_API void QuarnSparseProduct(std::size_t n, const QuarnSparseMatrix<quarn::Complex>& a, const quarn::Complex* x,

@@ -61,7 +61,7 @@ void divide(Complex& x, const Complex& pivot, bool conjugate) {
   }
 }
 
-constexpr std::size_t kBetweenCheckPoints = 128;  // rows
+constexpr std::size_t kBetweenCheckPoints = 512;  // entries
 constexpr std::size_t kAhead = 2;                 // rows
 
 /// The entries of a row of the triangle, or of its adjoint: places begin ... end - 1, by names there.
@@ -87,8 +87,10 @@ void substitute(const QuarnSparseRows<T>& a, T* x, unsigned how) {
   const QuarnFloat one = 1;
   const Rounder rounder;
   Prospects prospects;
+  std::size_t done = kBetweenCheckPoints;
   for (std::size_t step = 0; step < a.n; ++step) {
-    if (step % kBetweenCheckPoints == 0) {
+    if (done >= kBetweenCheckPoints) {
+      done = 0;
       QuarnCheckInterrupt();
     }
     if (step + kAhead < a.n) {
@@ -101,6 +103,7 @@ void substitute(const QuarnSparseRows<T>& a, T* x, unsigned how) {
     }
     const std::size_t i = row_of(step);
     const Places places = places_of(i);
+    done += places.end - places.begin + 1;
     if (places.begin < places.end) {
       SparseRow row = sparse_row(a.values, of_places + places.begin, x, places.end - places.begin, adjoint);
       row.one = &one;
