@@ -21,8 +21,6 @@ constexpr int kScaledDecades = 100'000'000;
 
 }  // namespace
 
-Integer decade_of(const QuarnFloat& x) { return FloatToInt(floor(QuarnEvalf1("log10", x))); }
-
 // Requests ---------------------------------------------------------------------------------------------------------
 
 template <class T>
@@ -342,7 +340,7 @@ void Solver<T>::restart() {
   const QuarnFloat& size = state_[Place::restart_residual];
   state_[Place::unit] = 1;
   if (size > 0 && !(size > QuarnFloat(1, -kScaledDecades) && size < QuarnFloat(1, kScaledDecades))) {
-    const Integer decade = decade_of(size);
+    const int decade = ilogb(size);
     state_[Place::unit] = QuarnFloat(1, decade);
     scale(n(), QuarnFloat(1, -decade), vector(kResidual));
   }

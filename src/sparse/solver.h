@@ -19,8 +19,8 @@
 
 #include <algorithm>
 
-#include "quarn/complex.h"
 #include "src/frame/constants.h"
+#include "src/kernels/euclidean_norm.h"
 #include "src/kernels/level1.h"
 #include "src/sparse/solver_methods.h"
 
@@ -28,10 +28,6 @@ namespace tesk {
 
 template <class T>
 using SolverVector = OneBasedVector<T>;
-
-/// The modulus, which does not overflow.
-inline QuarnFloat size_of(const QuarnFloat& x) { return fabs(x); }
-inline QuarnFloat size_of(const Complex& x) { return quarn::abs(x); }
 
 /// A real number times any.
 inline QuarnFloat times(const QuarnFloat& a, const QuarnFloat& x) { return a * x; }
@@ -41,12 +37,6 @@ inline Complex times(const QuarnFloat& a, const Complex& x) { return {a * x.re, 
 inline bool is_below(const QuarnFloat& x, const QuarnFloat& bound) { return x < bound && -bound < x; }
 inline bool is_below(const Complex& x, const QuarnFloat& bound) {
   return is_below(x.re, bound) && is_below(x.im, bound);
-}
-
-inline void add_square(QuarnFloat& sum, const QuarnFloat& x) { add_product(sum, x, x); }
-inline void add_square(QuarnFloat& sum, const Complex& x) {
-  add_product(sum, x.re, x.re);
-  add_product(sum, x.im, x.im);
 }
 
 /// What the caller forms where vectors are parts of longer ones.
@@ -72,45 +62,6 @@ enum class Ending : Integer {
 inline constexpr Integer kParameterIrevcm = 1;
 inline constexpr Integer kParameterWgt = 4;
 inline constexpr Integer kParameterLwork = 6;
-
-/// The largest k with 10^k <= x, or the one below; x is finite and positive.
-Integer decade_of(const QuarnFloat& x);
-
-/// The Euclidean norm of element(1) ... element(n).
-template <class Element>
-QuarnFloat euclidean_norm(Integer n, const Element& element) {
-  const auto root_of_squares = [&](const auto& scaled) {
-    QuarnFloat sum;
-    for (Integer i = 1; i <= n; ++i) {
-      add_square(sum, scaled(i));
-    }
-    return sqrt(sum);
-  };
-  QuarnFloat norm = root_of_squares(element);
-  constexpr int kSafe = 200'000'000;
-  if (isnan(norm) || (norm > QuarnFloat(1, -kSafe) && norm < QuarnFloat(1, kSafe))) {
-    return norm;
-  }
-  QuarnFloat largest;
-  for (Integer i = 1; i <= n; ++i) {
-    largest = std::max(largest, size_of(element(i)));
-  }
-  if (largest == 0 || isinf(largest)) {
-    return largest;
-  }
-  const Integer decade = decade_of(largest);
-  const QuarnFloat unit(1, -decade);
-  return root_of_squares([&](Integer i) {
-           auto scaled = element(i);
-           multiply_by(scaled, unit);
-           return scaled;
-         }) *
-         QuarnFloat(1, decade);
-}
-template <class T>
-QuarnFloat euclidean_norm(Integer n, SolverVector<T> x) {
-  return euclidean_norm(n, [&](Integer i) -> const T& { return x(i); });
-}
 
 /// The norm of element(1) ... element(n).
 template <class Element>
