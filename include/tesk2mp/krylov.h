@@ -43,9 +43,10 @@ typedef void (*QuarnComplexOperator)(void* context, Integer what, const Complex*
 /// @param[in] ldz step from column to column of Z, >= N
 /// @param[out] resid K: the norms of A z - w z for W and Z as returned, whether or not Z is wanted
 /// @param[out] nprod products that were formed
-/// @param[out] info 0; -j when argument j is illegal; 1 when MOST products were not enough: the arrays hold the best
-///     there is, and RESID says how good it is; 2 when a product is not finite, or the eigenvalues of a projection were
-///     not found
+/// @param[out] info 0; -j when argument j is illegal; 1 when MOST products were not enough, or RESID is larger than TOL
+///     and the digits account for (A is not symmetric, products have too few digits): the arrays hold the best there
+///     is; 2 when a product is not finite, the eigenvalues of a projection were not found, or with SIGMA the solutions
+///     are so large that ten times the digits would not do
 ///
 /// @par Failures
 /// Illegal: which (-1), n < 1 (-2), k (-3), sigma (-4), product null (-5), ncv (-7), tol (-8), most < 1 (-9), v0 (-10),
@@ -56,8 +57,8 @@ typedef void (*QuarnComplexOperator)(void* context, Integer what, const Complex*
 /// by as many more as A - sigma I is ill-conditioned. W are Rayleigh quotients of Z.
 ///
 /// @par Accuracy
-/// Errors of W are some units of the last place of the largest eigenvalue at most, and of isolated eigenvalues no more
-/// than one of their own; those of Z are larger by the norm of A beside the distance to the next eigenvalue.
+/// An error of W is that of its rounding, and about the square of RESID beside the distance to the next eigenvalue:
+/// some units of the last place of the norm of A at most. Errors of Z are RESID beside that distance.
 ///
 /// @par Source
 /// K. Wu, H. Simon, Thick-restart Lanczos method for large symmetric eigenvalue problems, SIAM J. Matrix Anal. Appl. 22
@@ -94,15 +95,18 @@ TESK2MP_API void QuarnMPX_zeigsh_(const char* which, Integer n, Integer k, const
 ///     itself; 0: the machine precision, and no more than 10^-8
 /// @param[in] most products after which the routine gives up at its next restart, >= 1
 /// @param[in] v0 N: where to begin, finite and not zero; null: random numbers, the same ones in each call
-/// @param[out] w K eigenvalues, the most wanted first, and with DEIGS one more where two conjugates would be parted
-/// @param[out] z their eigenvectors, of length 1: as many columns of N elements, LDZ apart; null: not wanted
+/// @param[out] w K + 1 elements, K with ZEIGS or K = N: K eigenvalues, the most wanted first, and with DEIGS one more
+///     where two conjugates would be parted
+/// @param[out] z their eigenvectors, of length 1: as many columns of N elements as W has elements, LDZ apart; null: not
+///     wanted
 /// @param[in] ldz step from column to column of Z, >= N
-/// @param[out] resid as many norms of A z - w z for W and Z as returned, whether or not Z is wanted
+/// @param[out] resid as many elements as W: the norms of A z - w z for W and Z as returned, whether or not Z is wanted
 /// @param[out] m K, or K + 1
 /// @param[out] nprod products that were formed
-/// @param[out] info 0; -j when argument j is illegal; 1 when MOST products were not enough: the arrays hold the best
-///     there is, and RESID says how good it is; 2 when a product is not finite, or the eigenvalues of a projection were
-///     not found
+/// @param[out] info 0; -j when argument j is illegal; 1 when MOST products were not enough, or RESID is larger than TOL
+///     and the digits account for (products have too few digits): the arrays hold the best there is; 2
+///     when a product is not finite, the eigenvalues of a projection were not found, or with SIGMA the solutions are so
+///     large that ten times the digits would not do
 ///
 /// @par Failures
 /// Illegal: which (-1), n < 1 (-2), k (-3), sigma (-4), product null (-5), ncv (-7), tol (-8), most < 1 (-9), v0 (-10),
@@ -153,11 +157,12 @@ TESK2MP_API void QuarnMPX_zeigs_(const char* which, Integer n, Integer k, const 
 /// @param[in] ldu step from column to column of U, >= M
 /// @param[out] v right vectors, orthonormal: K columns of N elements, LDV apart; null: not wanted
 /// @param[in] ldv step from column to column of V, >= N
-/// @param[out] resid K: the larger of the norms of A v - s u and A^H u - s v for S, U and V as found
+/// @param[out] resid K: the larger of the norms of A v - s u and A^H u - s v for S, U and V as returned,
+///     whether or not U and V are wanted
 /// @param[out] nprod products that were formed
-/// @param[out] info 0; -j when argument j is illegal; 1 when MOST products were not enough: the arrays hold the best
-///     there is, and RESID says how good it is; 2 when a product is not finite, or the singular values of a projection
-///     were not found
+/// @param[out] info 0; -j when argument j is illegal; 1 when MOST products were not enough, or RESID is larger than TOL
+///     and the digits account for (the products are not of A and its adjoint, or have too few digits): the arrays hold
+///     the best there is; 2 when a product is not finite, or the singular values of a projection were not found
 ///
 /// @par Failures
 /// Illegal: which (-1), m < 1 (-2), n < 1 (-3), k (-4), product null (-5), ncv (-7), tol (-8), most < 1 (-9), v0 (-10),
@@ -209,7 +214,8 @@ TESK2MP_API void QuarnMPX_zsvds_(const char* which, Integer m, Integer n, Intege
 /// @param[out] acond an estimate of its condition number, from below
 /// @param[out] itn iterations
 /// @param[out] istop 1: rnorm <= BTOL norm(b) + ATOL anorm norm(x), A x = b is solved; 2: arnorm <= ATOL anorm rnorm,
-///     the least squares problem is solved; 3: CONLIM is reached; 7: MOST is reached
+///     the least squares problem is solved; both but for the rounding of X: 30 units of the last place of anorm
+///     norm(x), times anorm with 2; 3: CONLIM is reached; 7: MOST is reached, or X as returned satisfies neither
 /// @param[out] info 0; -j when argument j is illegal; 1 with ISTOP 7, X being the last iterate; 2 when a product is not
 ///     finite
 ///
@@ -219,7 +225,8 @@ TESK2MP_API void QuarnMPX_zsvds_(const char* which, Integer m, Integer n, Intege
 ///
 /// @par Method
 /// Golub-Kahan bidiagonalisation, of which each step makes arnorm smaller, with a few digits more than asked for, and a
-/// tenth of the tolerances, so that roundings of X do not break them. An ill-conditioned A takes more iterations than
+/// tenth of the tolerances, or 10 units of these digits. Where the norms of X as returned are larger than they should
+/// be, again with twice the digits. An ill-conditioned A takes more iterations than
 /// it has columns, and fewer with more digits.
 ///
 /// @par Accuracy

@@ -4,7 +4,10 @@
 
 #include <algorithm>
 #include <concepts>
+#include <cstdint>
 #include <functional>
+#include <iterator>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -77,6 +80,16 @@ struct Eigenpairs {
   Integer products = 0;
 };
 
+/// NumericalFailure 1 of eigsh(), eigs(), svds() and lsmr(), with what was found until then.
+template <class Result>
+class NotConverged : public NumericalFailure {
+ public:
+  NotConverged(const char* routine, Result found)
+      : NumericalFailure(routine, 1, 0, "the iteration did not converge", {}), result(std::move(found)) {}
+
+  Result result;
+};
+
 namespace detail {
 
 /// What the exports ask for, of functions that work on spans of these lengths.
@@ -98,7 +111,10 @@ struct OperatorContext {
 };
 
 inline Integer most_products(Integer given, std::size_t n) {
-  return given != 0 ? given : count_of(std::max<std::size_t>(10000, 20 * n));
+  constexpr Integer kLargest = std::numeric_limits<Integer>::max();
+  return given != 0                       ? given
+         : n > std::size_t(kLargest) / 20 ? kLargest
+                                          : count_of(std::max<std::size_t>(10000, 20 * n));
 }
 
 template <class Options>
@@ -110,6 +126,21 @@ void require_krylov(const char* routine, std::size_t n, std::size_t k, const Opt
           " elements");
 }
 
+/// The letters of an enumerator.
+template <class Which, std::size_t kCount>
+const char* letters_of(const char* routine, Which which, const char* const (&letters)[kCount]) {
+  require(std::size_t(which) < kCount, routine, 1, "no such choice of eigenvalues: ", std::int64_t(which));
+  return letters[std::size_t(which)];
+}
+
+template <class Result>
+Result converged(const char* routine, Integer info, Result result) {
+  if (info == 1) {
+    throw NotConverged<Result>(routine, std::move(result));
+  }
+  return result;
+}
+
 inline void raise_krylov(const char* routine, Integer info) {
   require(info >= 0, routine, -info,
           info == -4    ? "sigma is not finite"
@@ -117,11 +148,10 @@ inline void raise_krylov(const char* routine, Integer info) {
           : info == -8  ? "a tolerance outside 0 ... 1"
           : info == -10 ? "a start vector that is zero or not finite"
                         : "a wrong number");
-  if (info > 0) {
-    throw NumericalFailure(routine, info, 0,
-                           info == 1 ? "the iteration did not converge"
-                                     : "a product with the matrix is not finite, or a projection has no values",
-                           {});
+  if (info > 1) {
+    throw NumericalFailure(
+        routine, info, 0,
+        "a product with the matrix is not finite, a projection has no values, or sigma is an eigenvalue", {});
   }
 }
 
@@ -150,8 +180,9 @@ Product<T> shifted_solve(const SparseMatrix<T>& a, const Shift& sigma) {
 }  // namespace detail
 
 /// k eigenvalues of a symmetric or Hermitian matrix of order n that is known by its products; with options.sigma
-/// `solve` is (A - sigma I)^-1. Throws InvalidArgument; NumericalFailure 1 when options.most_products did not do, 2
-/// when a product is not finite. What the functions throw passes through.
+/// `solve` is (A - sigma I)^-1. Throws InvalidArgument; NotConverged when options.most_products did not do or residuals
+/// are larger than was asked for; NumericalFailure 2 when a product is not finite or sigma is an eigenvalue. What the
+/// functions throw passes through.
 ///
 /// @code
 /// const auto top = tesk2mp::eigsh<tesk2mp::Real>(n, product, 3).values;
@@ -168,14 +199,14 @@ HermitianEigenpairs<T> eigsh(std::size_t n, const std::type_identity_t<Product<T
                                std::vector<Real>(k)};
   Integer info = 0;
   detail::pick<T>(QuarnMPX_deigsh_, QuarnMPX_zeigsh_)(
-      kWhich[std::size_t(options.which)], detail::count_of(n), detail::count_of(k),
+      detail::letters_of(routine, options.which, kWhich), detail::count_of(n), detail::count_of(k),
       options.sigma ? &*options.sigma : nullptr, detail::OperatorContext<T>::form, &context,
       detail::count_of(options.basis), options.tolerance, detail::most_products(options.most_products, n),
       options.start.empty() ? nullptr : options.start.data(), pairs.values.data(),
       options.vectors ? detail::RawMatrix<T>{pairs.vectors.view()}.data : nullptr, detail::count_of(n),
       pairs.residuals.data(), &pairs.products, &info, 2);
   detail::raise_krylov(routine, info);
-  return pairs;
+  return detail::converged(routine, info, std::move(pairs));
 }
 
 /// The same of a sparse matrix, which is Hermitian: a triangle, or a whole matrix that is_hermitian(). With
@@ -204,7 +235,7 @@ Eigenpairs eigs(std::size_t n, const std::type_identity_t<Product<T>>& product, 
   Integer found = 0;
   Integer info = 0;
   detail::pick<T>(QuarnMPX_deigs_, QuarnMPX_zeigs_)(
-      kWhich[std::size_t(options.which)], detail::count_of(n), detail::count_of(k),
+      detail::letters_of(routine, options.which, kWhich), detail::count_of(n), detail::count_of(k),
       options.sigma ? &*options.sigma : nullptr, detail::OperatorContext<T>::form, &context,
       detail::count_of(options.basis), options.tolerance, detail::most_products(options.most_products, n),
       options.start.empty() ? nullptr : options.start.data(), pairs.values.data(),
@@ -222,7 +253,7 @@ Eigenpairs eigs(std::size_t n, const std::type_identity_t<Product<T>>& product, 
     }
     pairs.vectors = std::move(vectors);
   }
-  return pairs;
+  return detail::converged(routine, info, std::move(pairs));
 }
 
 /// The same of a sparse matrix. With options.sigma its complete factors are made; NumericalFailure of SPARSE_LU when
@@ -319,7 +350,7 @@ SingularTriplets<T> svds(std::size_t rows, std::size_t columns, const std::type_
       detail::count_of(rows), options.vectors ? detail::RawMatrix<T>{found.v.view()}.data : nullptr,
       detail::count_of(columns), found.residuals.data(), &found.products, &info, 2);
   detail::raise_krylov(routine, info);
-  return found;
+  return detail::converged(routine, info, std::move(found));
 }
 
 template <Scalar T>
@@ -344,7 +375,8 @@ struct LsmrOptions {
   Integer most_iterations = 0;  ///< 0: 10 min(m, n), and no less than 1000
 };
 
-enum class LsmrStop { solved = 1, least_squares = 2, condition = 3 };
+/// exhausted: in the result of NotConverged.
+enum class LsmrStop { solved = 1, least_squares = 2, condition = 3, exhausted = 7 };
 
 /// The x, how the iteration ended, the norms of the residual and of its product with the adjoint for x as it is, and
 /// estimates of norm and condition of A.
@@ -360,8 +392,8 @@ struct LsmrSolution {
 };
 
 /// The x of least ||b - A x||^2 + damp^2 ||x||^2, for a matrix of b.size() rows that is known by its products and those
-/// of its adjoint. Throws InvalidArgument; NumericalFailure 1 when the iterations did not do, 2 when a product is not
-/// finite. What the functions throw passes through.
+/// of its adjoint. Throws InvalidArgument; NotConverged when the iterations did not do; NumericalFailure 2 when a
+/// product is not finite. What the functions throw passes through.
 template <Scalar T>
 LsmrSolution<T> lsmr(std::size_t columns, const std::type_identity_t<Product<T>>& product,
                      const std::type_identity_t<Product<T>>& adjoint, std::span<const std::type_identity_t<T>> b,
@@ -383,12 +415,11 @@ LsmrSolution<T> lsmr(std::size_t columns, const std::type_identity_t<Product<T>>
       &solution.iterations, &stop, &info);
   detail::require(info >= 0, routine, -info,
                   info == -6 ? "a damping that is negative or not finite" : "a wrong number");
-  if (info > 0) {
-    throw NumericalFailure(
-        routine, info, 0, info == 1 ? "the iteration did not converge" : "a product with the matrix is not finite", {});
+  if (info > 1) {
+    throw NumericalFailure(routine, info, 0, "a product with the matrix is not finite", {});
   }
   solution.stop = LsmrStop(stop);
-  return solution;
+  return detail::converged(routine, info, std::move(solution));
 }
 template <Scalar T>
 LsmrSolution<T> lsmr(const SparseRectangle<T>& a, std::span<const std::type_identity_t<T>> b,

@@ -7,9 +7,17 @@
 #include "quarn/quarnthread.h"
 #include "src/dense/householder.h"
 #include "src/frame/constants.h"
+#include "src/kernels/euclidean_norm.h"
 #include "src/util/random.h"
 
 namespace tesk {
+
+/// The Euclidean norm, of exact squares where these are in the range.
+template <class T>
+QuarnFloat length_of(Integer n, OneBasedVector<T> x) {
+  QuarnFloat length = sqrt(sum_of_squares(n, x));
+  return is_safe_norm(length) ? length : euclidean_norm(n, x);
+}
 
 template <class T>
 class Basis {
@@ -22,7 +30,7 @@ class Basis {
   /// The largest vector that orthogonalise() has had: the norm of the operator, nearly.
   const QuarnFloat& norm() const { return norm_; }
 
-  QuarnFloat norm_of(Integer j) { return sqrt(sum_of_squares(n_, vector(j))); }
+  QuarnFloat norm_of(Integer j) { return length_of(n_, vector(j)); }
 
   /// The first vector becomes x of length 1; false when it has no length.
   bool take(const T* x) {

@@ -2,8 +2,12 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
+#include <initializer_list>
+#include <numeric>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "quarn/functions.h"
 #include "src/dense/guard_digits.h"
@@ -30,17 +34,20 @@ using Operator = typename OperatorOf<T>::Type;
 
 enum Product : Integer { kProduct, kAdjointProduct, kShiftedSolve };
 
-/// Nothing, or a finite vector that is not zero.
+/// Nothing, or a finite vector that is not zero; n < 1 is found elsewhere.
 template <class T>
 bool is_start(Integer n, const T* v0) {
-  return v0 == nullptr || (std::all_of(v0, v0 + n, [](const T& x) { return is_finite(x); }) &&
-                           !std::all_of(v0, v0 + n, [](const T& x) { return is_zero(x); }));
+  return v0 == nullptr || n < 1 ||
+         (std::all_of(v0, v0 + n, [](const T& x) { return is_finite(x); }) &&
+          !std::all_of(v0, v0 + n, [](const T& x) { return is_zero(x); }));
 }
 
-inline bool is_basis(Integer n, Integer k, Integer ncv) { return ncv == 0 || ncv == n || (ncv > k + 1 && ncv < n); }
+inline bool is_basis(Integer n, Integer k, Integer ncv) {
+  return ncv == 0 || ncv == n || (ncv > 0 && ncv < n && ncv - 1 > k);
+}
 
 inline Integer usual_basis(Integer n, Integer k, Integer ncv) {
-  return ncv != 0 ? ncv : std::min(n, std::max(2 * std::min(k, n) + 2, 20 + Integer(QuarnDigits()) / 4));
+  return ncv != 0 ? ncv : k > (n - 2) / 2 ? n : std::min(n, std::max(2 * k + 2, 20 + Integer(QuarnDigits()) / 4));
 }
 
 /// The first two letters are those.
@@ -53,14 +60,55 @@ inline QuarnFloat usual_tolerance(const QuarnFloat& tol) {
   return (tol == 0 ? std::min(epsilon(), QuarnFloat(1, -8)) : tol) / 10;
 }
 
+/// Whether a residual is what the iteration was asked for and the roundings of what is returned leave, beside the norm.
+inline bool is_small(const QuarnFloat& rest, const QuarnFloat& tol, const QuarnFloat& norm) {
+  constexpr int kUnits = 30;  // two roundings of all elements are 10 of them
+  return rest <= (10 * usual_tolerance(tol) + kUnits * epsilon()) * norm;
+}
+
+/// Columns of n rows that go to the caller, `step` apart, if `to` is not null.
+template <class T>
+struct ReturnedColumns {
+  OneBasedMatrix<T> from;
+  Integer n;
+  T* to;
+  Integer step;
+};
+
+/// Moves values, residuals and columns, rounded before, to the caller in the order of the values; nothing is written
+/// when storage runs out.
+template <class T>
+void hand_over(std::vector<QuarnFloat>& values, std::vector<QuarnFloat>& rests, bool descending, QuarnFloat* w,
+               QuarnFloat* resid, std::initializer_list<ReturnedColumns<T>> columns) {
+  std::vector<Integer> order(values.size());
+  std::iota(order.begin(), order.end(), 0);
+  std::sort(order.begin(), order.end(), [&](Integer i, Integer j) {
+    const QuarnFloat& x = values[std::size_t(i)];
+    const QuarnFloat& y = values[std::size_t(j)];
+    return x == y ? i < j : (x < y) != descending;
+  });
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    const auto from = std::size_t(order[i]);
+    w[i] = std::move(values[from]);
+    resid[i] = std::move(rests[from]);
+    for (const ReturnedColumns<T>& each : columns) {
+      for (Integer row = 1; each.to != nullptr && row <= each.n; ++row) {
+        each.to[std::ptrdiff_t(i) * each.step + row - 1] = std::move(each.from(row, order[i] + 1));
+      }
+    }
+  }
+}
+
 /// Finds the space by some digits more; with a shift by as many more as A - sigma I, of about that norm, turns out to
 /// be ill-conditioned: solutions lose them, each in its own way. work(limit) ends where the inverse is larger than
-/// that.
+/// that. Gives up where that would take ten times the digits: such a shift is an eigenvalue, or the solutions are
+/// wrong.
 template <class T, class Work>
 KrylovSpace<T> with_enough_digits(Integer n, const QuarnFloat& norm, const QuarnFloat& tol, const Work& work) {
   constexpr int kSpare = 4;
   constexpr int kMostTries = 20;
-  int digits = guarded_digits(n) + (norm == 0 ? 0 : 2 * kSpare);
+  const int usual = guarded_digits(n);
+  int digits = usual + (norm == 0 ? 0 : 2 * kSpare);
   for (int tries = 1;; ++tries) {
     const WorkingDigits more(digits);
     const QuarnFloat limit = norm == 0 ? QuarnFloat() : tol * QuarnFloat(1, digits - kSpare) / norm;
@@ -68,7 +116,11 @@ KrylovSpace<T> with_enough_digits(Integer n, const QuarnFloat& norm, const Quarn
     if (norm == 0 || !(space.norm > limit) || !isfinite(space.norm) || tries == kMostTries) {
       return space;
     }
-    digits += ilogb(space.norm) - ilogb(limit) + kSpare;
+    const std::int64_t lost = std::int64_t(ilogb(space.norm)) - ilogb(limit) + kSpare;
+    if (lost > 10 * std::int64_t(usual) - digits) {
+      return space;
+    }
+    digits += int(lost);
   }
 }
 
@@ -102,7 +154,7 @@ struct EigenArguments {
                               {!is_basis(n, k, ncv), 7},
                               {!(tol >= 0 && tol < 1), 8},
                               {most < 1, 9},
-                              {n >= 1 && !is_start(n, v0), 10},
+                              {!is_start(n, v0), 10},
                               {ldz < n, 13}});
   }
 
@@ -123,14 +175,17 @@ struct EigenArguments {
     const QuarnFloat tolerance = usual_tolerance(tol);
     const Integer what = sigma != nullptr ? kShiftedSolve : kProduct;
     const auto multiply = [&](const T* x, T* y) { product(context, what, x, y); };
-    Integer products = 0;
-    KrylovSpace<T> space = with_enough_digits<T>(n, shifted_norm(), tolerance, [&](const QuarnFloat& limit) {
+    Integer products = sigma != nullptr ? 1 : 0;
+    const QuarnFloat shifted = shifted_norm();
+    KrylovSpace<T> space = with_enough_digits<T>(n, shifted, tolerance, [&](const QuarnFloat& limit) {
       KrylovSpace<T> found = krylov_schur<T>(
           {hermitian, n, multiply, wanted, k, basis, sigma != nullptr, tolerance, most - products, limit, v0});
       products += found.products;
       return found;
     });
     space.products = products;
+    // A random vector becomes shorter by the root of n at most, nearly.
+    space.norm_of_a = sigma != nullptr ? sqrt(QuarnFloat(n)) * shifted + size_of(*sigma) : space.norm;
     return space;
   }
 

@@ -35,6 +35,11 @@ std::vector<Eigenpair> pairs_of_form(Integer n, OneBasedMatrix<Complex> s, const
   return pairs;
 }
 
+std::vector<Complex> conjugates(std::vector<Complex> x) {
+  conjugate_vector(Integer(x.size()), OneBasedVector<Complex>(x.data(), 1));
+  return x;
+}
+
 template <class T>
 struct GeneralCall {
   EigenArguments<T, T> given;
@@ -54,11 +59,15 @@ struct GeneralCall {
   }
 
  private:
-  /// Vectors and values are rounded first, so that residuals are those of what is returned.
+  /// Vectors and values are rounded first, so that residuals are those of what is returned. Nothing is written before
+  /// all of it is there.
   Integer deliver(KrylovSpace<T>& space) const {
     const Integer n = given.n;
     std::vector<Eigenpair> pairs = expanded(space);
+    std::vector<Complex> values;
     std::vector<QuarnFloat> rests;
+    std::vector<std::vector<Complex>> columns;
+    bool small = true;
     Integer products = space.products;
     for (Eigenpair& each : pairs) {
       const OneBasedMatrix<Complex> x(each.vector.data(), n);
@@ -70,38 +79,36 @@ struct GeneralCall {
         const WorkingDigits more(guarded_digits(n));
         products += multiply(each.vector, image);
         add_multiple<Complex>(n, -each.value, x.column(1), {image.data(), 1});
-        rest = sqrt(sum_of_squares(n, OneBasedVector<Complex>(image.data(), 1)));
+        rest = length_of(n, OneBasedVector<Complex>(image.data(), 1));
       }
       if (!isfinite(rest)) {
         return 2;
       }
-      rests.push_back(rest * 1);
-    }
-    Integer count = 0;
-    for (std::size_t i = 0; i < pairs.size(); ++i) {
-      for (int of_pair = 0; of_pair <= (pairs[i].pair ? 1 : 0); ++of_pair, ++count) {
-        w[count] = of_pair == 0 ? pairs[i].value : conjugate(pairs[i].value);
-        resid[count] = rests[i];
-        const OneBasedVector<Complex> x(pairs[i].vector.data(), 1);
-        if (z != nullptr) {
-          const OneBasedVector<Complex> column(z + std::ptrdiff_t(count) * given.ldz, 1);
-          copy(n, x, column);
-          if (of_pair != 0) {
-            conjugate_vector(n, column);
-          }
-        }
+      rest *= 1;
+      small = small && is_small(rest, given.tol, space.norm_of_a);
+      for (int of_pair = 0; of_pair <= (each.pair ? 1 : 0); ++of_pair) {
+        values.push_back(of_pair == 0 ? each.value : conjugate(each.value));
+        rests.push_back(rest);
+        columns.push_back(of_pair == 0 ? each.vector : conjugates(each.vector));
       }
     }
-    *m = count;
+    for (std::size_t j = 0; j < values.size(); ++j) {
+      w[j] = std::move(values[j]);
+      resid[j] = std::move(rests[j]);
+      if (z != nullptr) {
+        std::move(columns[j].begin(), columns[j].end(), z + std::ptrdiff_t(j) * given.ldz);
+      }
+    }
+    *m = Integer(values.size());
     *nprod = products;
-    return space.end == KrylovEnd::converged ? 0 : 1;
+    return space.end == KrylovEnd::converged && small ? 0 : 1;
   }
 
   /// The eigenpairs of A that those of the form stand for; vectors of length 1.
   std::vector<Eigenpair> expanded(KrylovSpace<T>& space) const {
     const Integer n = given.n;
     const WorkingDigits more(guarded_digits(n));
-    const QuarnFloat smallest = std::max(epsilon() * space.norm, smallest_number());
+    const QuarnFloat smallest = space.norm == 0 ? smallest_number() : epsilon() * space.norm;
     std::vector<Eigenpair> pairs = pairs_of_form(space.size, space.s.view(), smallest);
     OwnMatrix<Complex> v(n, space.size);
     for (Integer j = 1; j <= space.size; ++j) {
@@ -114,7 +121,7 @@ struct GeneralCall {
       const OneBasedVector<Complex> view(x.data(), 1);
       exact::multiply_matrix_vector<Complex>(Op::none, n, space.size, Complex(1.0), v.view(), {each.vector.data(), 1},
                                              Complex(), view);
-      scale(n, 1 / sqrt(sum_of_squares(n, view)), view);
+      scale(n, 1 / length_of(n, view), view);
       each.vector = std::move(x);
       if (given.sigma != nullptr) {
         each.value = Complex(*given.sigma) + quotient(Complex(1.0), each.value);

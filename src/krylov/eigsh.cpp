@@ -1,5 +1,4 @@
 // Some eigenvalues of large symmetric and Hermitian matrices: entries.
-#include <numeric>
 #include <vector>
 
 #include "src/dense/householder.h"
@@ -40,6 +39,7 @@ struct HermitianCall {
     round_elements<T>(n, k, vectors);
     std::vector<QuarnFloat> values(static_cast<std::size_t>(k));
     std::vector<QuarnFloat> rests(values.size());
+    bool small = true;
     std::vector<T> image(static_cast<std::size_t>(n));
     const OneBasedVector<T> y(image.data(), 1);
     for (Integer j = 1; j <= k; ++j) {
@@ -57,27 +57,17 @@ struct HermitianCall {
       {
         const WorkingDigits more(guarded_digits(n));
         add_multiple(n, T(-value), x, y);
-        rest = sqrt(sum_of_squares(n, y));
+        rest = length_of(n, y);
       }
       rest *= 1;
       if (!isfinite(rest)) {
         return 2;
       }
+      small = small && is_small(rest, given.tol, space.norm_of_a);
     }
-    std::vector<Integer> order(values.size());
-    std::iota(order.begin(), order.end(), 0);
-    std::stable_sort(order.begin(), order.end(),
-                     [&](Integer i, Integer j) { return values[std::size_t(i)] < values[std::size_t(j)]; });
-    for (std::size_t i = 0; i < order.size(); ++i) {
-      const auto from = std::size_t(order[i]);
-      w[i] = std::move(values[from]);
-      resid[i] = std::move(rests[from]);
-      if (z != nullptr) {
-        copy(n, vectors.column(order[i] + 1), OneBasedVector<T>(z + std::ptrdiff_t(i) * given.ldz, 1));
-      }
-    }
+    hand_over<T>(values, rests, false, w, resid, {{vectors, n, z, given.ldz}});
     *nprod = space.products + k;
-    return space.end == KrylovEnd::converged ? 0 : 1;
+    return space.end == KrylovEnd::converged && small ? 0 : 1;
   }
 };
 

@@ -44,6 +44,7 @@ struct KrylovSpace {
   QuarnFloat norm;
   Integer products;
   KrylovEnd end;
+  QuarnFloat norm_of_a{};  // about; the other norm is that of the inverse where there is a shift
 };
 
 template <class T>

@@ -50,7 +50,7 @@ class LanczosBidiagonal {
 
   SingularSpace<T> result(KrylovEnd end) {
     const Integer count = end == KrylovEnd::failed ? 0 : problem_.count;
-    SingularSpace<T> space{OwnMatrix<T>(problem_.m, count), OwnMatrix<T>(problem_.n, count), products_, end};
+    SingularSpace<T> space{OwnMatrix<T>(problem_.m, count), OwnMatrix<T>(problem_.n, count), u_.norm(), products_, end};
     if (count > 0) {
       rotate(count);
       copy_matrix(problem_.m, count, u_.view(), space.u.view());

@@ -28,6 +28,7 @@ template <class T>
 struct SingularSpace {
   OwnMatrix<T> u;
   OwnMatrix<T> v;
+  QuarnFloat norm;
   Integer products;
   KrylovEnd end;
 };

@@ -37,12 +37,13 @@ class Lsmr {
 
   LsmrEnd run(const LsmrTolerances& tolerances, Integer most) {
     QuarnFloat beta = normalise(u_);
-    const QuarnFloat size_of_b = beta;
     multiply_(kAdjointProduct, u_.data(), v_.data());
     alpha_ = normalise(v_);
     if (!isfinite(beta) || !isfinite(alpha_)) {
       return LsmrEnd::failed;
     }
+    set_units(beta);
+    const QuarnFloat size_of_b = beta;
     h_ = v_;
     squared_norm_ = alpha_ * alpha_;
     alphabar_ = alpha_;
@@ -61,12 +62,15 @@ class Lsmr {
       }
       ++iterations_;
       step(beta);
-      length = length_of(x_);
+      if (!isfinite(zetabar_) || !isfinite(residual_)) {
+        return LsmrEnd::failed;
+      }
+      length = length_of(n_, view(x_));
       const QuarnFloat gradient = fabs(zetabar_);
-      if (residual_ <= tolerances.b * size_of_b + tolerances.a * norm() * length) {
+      if (residual_ <= tolerances.b * size_of_b + tolerances.a * own_norm() * length) {
         return LsmrEnd::solved;
       }
-      if (gradient <= tolerances.a * norm() * residual_) {
+      if (gradient <= tolerances.a * own_norm() * residual_) {
         return LsmrEnd::least_squares;
       }
       if (tolerances.condition != 0 && condition() >= tolerances.condition) {
@@ -76,22 +80,49 @@ class Lsmr {
     return residual_ == 0 ? LsmrEnd::solved : LsmrEnd::least_squares;
   }
 
-  std::vector<T>& x() { return x_; }
+  std::vector<T> take_x() {
+    const QuarnFloat back = unit_of_a_ / unit_of_b_;
+    if (back != 1) {
+      scale(n_, back, view(x_));
+    }
+    return std::move(x_);
+  }
   Integer iterations() const { return iterations_; }
   /// Estimates, from below, for A with the damping below it.
-  QuarnFloat norm() const { return sqrt(squared_norm_); }
+  QuarnFloat norm() const { return own_norm() / unit_of_a_; }
   QuarnFloat condition() const { return iterations_ == 0 ? QuarnFloat(1) : largest_rho_ / smallest_rho_; }
 
  private:
   static OneBasedVector<T> view(std::vector<T>& x) { return {x.data(), 1}; }
-  static QuarnFloat length_of(std::vector<T>& x) { return sqrt(sum_of_squares(Integer(x.size()), view(x))); }
   static QuarnFloat normalise(std::vector<T>& x) {
-    QuarnFloat size = length_of(x);
+    QuarnFloat size = length_of(Integer(x.size()), view(x));
     if (size > 0 && isfinite(size)) {
       scale(Integer(x.size()), 1 / size, view(x));
     }
     return size;
   }
+  QuarnFloat own_norm() const { return sqrt(squared_norm_); }
+
+  /// Far from 1 the numbers of the recurrence, which are squared, are those of A and b times powers of ten.
+  void set_units(QuarnFloat& beta) {
+    const auto unit_of = [](const QuarnFloat& size) {
+      return size == 0 || is_safe_norm(size) ? QuarnFloat(1) : QuarnFloat(1, -ilogb(size));
+    };
+    unit_of_b_ = unit_of(beta);
+    unit_of_a_ = unit_of(std::max(alpha_, damp_));
+    beta *= unit_of_b_;
+    alpha_ *= unit_of_a_;
+    damp_ *= unit_of_a_;
+  }
+
+  /// Of the scaled A.
+  void multiply(Integer what, std::vector<T>& x, std::vector<T>& y) {
+    multiply_(what, x.data(), y.data());
+    if (unit_of_a_ != 1) {
+      scale(Integer(y.size()), unit_of_a_, view(y));
+    }
+  }
+
   static QuarnFloat hypotenuse(const QuarnFloat& a, const QuarnFloat& b) { return sqrt(a * a + b * b); }
 
   /// target := image - factor target, of length 1; its length before.
@@ -104,11 +135,11 @@ class Lsmr {
   /// The next u, v and alpha; returns beta.
   QuarnFloat bidiagonalise() {
     std::vector<T> image(u_.size());
-    multiply_(kProduct, v_.data(), image.data());
+    multiply(kProduct, v_, image);
     QuarnFloat beta = advance(u_, image, alpha_);
     image.assign(v_.size(), T());
     if (beta > 0) {
-      multiply_(kAdjointProduct, u_.data(), image.data());
+      multiply(kAdjointProduct, u_, image);
     }
     alpha_ = advance(v_, image, beta);
     return beta;
@@ -192,6 +223,7 @@ class Lsmr {
   std::vector<T> hbar_;
   std::vector<T> x_;
   QuarnFloat alpha_, alphabar_, zetabar_, zeta_, sbar_, betadd_, betadot_, tautilde_, thetatilde_, damped_;
+  QuarnFloat unit_of_a_ = 1, unit_of_b_ = 1;
   QuarnFloat rho_ = 1, rhobar_ = 1, cbar_ = 1, rhodot_ = 1;
   QuarnFloat squared_norm_, largest_rho_, smallest_rho_, residual_;
   Integer iterations_ = 0;
@@ -230,7 +262,6 @@ struct LsmrCall {
     if (wrong != 0) {
       return -wrong;
     }
-    const LsmrTolerances tolerances{usual_tolerance(atol), usual_tolerance(btol), conlim};
     const typename Lsmr<T>::Multiply multiply = [this](Integer what, const T* from, T* to) {
       product(context, what, from, to);
     };
@@ -238,30 +269,68 @@ struct LsmrCall {
     LsmrEnd end = LsmrEnd::failed;
     QuarnFloat norms[4];
     Integer iterations = 0;
-    {
-      const WorkingDigits more(guarded_digits(std::max(m, n)));
-      Lsmr<T> iteration(m, n, multiply, b, damp);
-      end = iteration.run(tolerances, most);
-      best = std::move(iteration.x());
-      norms[2] = iteration.norm();
-      norms[3] = iteration.condition();
-      iterations = iteration.iterations();
+    // When roundings have taken the recurrence away from the true residual, it begins again with twice the digits.
+    int digits = guarded_digits(std::max(m, n));
+    for (int tries = 1;; ++tries, digits *= 2) {
+      {
+        const WorkingDigits more(digits);
+        Lsmr<T> iteration(m, n, multiply, b, damp);
+        end = iteration.run(tolerances(), most - iterations);
+        best = iteration.take_x();
+        norms[2] = iteration.norm();
+        norms[3] = iteration.condition();
+        iterations += iteration.iterations();
+      }
+      round_elements<T>(n, 1, {best.data(), n});
+      if (end == LsmrEnd::failed || !find_norms(best, norms[0], norms[1])) {
+        return 2;
+      }
+      if (holds(end, best, norms)) {
+        break;
+      }
+      if (tries == kMostTries) {
+        end = LsmrEnd::exhausted;
+        break;
+      }
     }
-    round_elements<T>(n, 1, {best.data(), n});
-    if (end == LsmrEnd::failed || !find_norms(best, norms[0], norms[1])) {
-      return 2;
+    for (QuarnFloat& norm : norms) {
+      norm *= 1;
     }
     std::move(best.begin(), best.end(), x);
-    *rnorm = norms[0] * 1;
-    *arnorm = norms[1] * 1;
-    *anorm = norms[2] * 1;
-    *acond = norms[3] * 1;
+    *rnorm = std::move(norms[0]);
+    *arnorm = std::move(norms[1]);
+    *anorm = std::move(norms[2]);
+    *acond = std::move(norms[3]);
     *itn = iterations;
     *istop = end == LsmrEnd::solved ? 1 : end == LsmrEnd::least_squares ? 2 : end == LsmrEnd::ill_conditioned ? 3 : 7;
     return end == LsmrEnd::exhausted ? 1 : 0;
   }
 
  private:
+  static constexpr int kMostTries = 2;
+  static constexpr int kUnits = 30;
+
+  /// For the recurrence; below its roundings it would not end.
+  LsmrTolerances tolerances() const {
+    const QuarnFloat least = 10 * epsilon();
+    return {std::max(usual_tolerance(atol), least), std::max(usual_tolerance(btol), least), conlim};
+  }
+
+  /// Whether norms, as find_norms() finds them, are as the end says, but for roundings of x.
+  bool holds(LsmrEnd end, std::vector<T>& at, const QuarnFloat (&norms)[4]) const {
+    if (end != LsmrEnd::solved && end != LsmrEnd::least_squares) {
+      return true;
+    }
+    const QuarnFloat a = 10 * usual_tolerance(atol);
+    const QuarnFloat size = norms[2] * length_of(n, OneBasedVector<T>(at.data(), 1));
+    const QuarnFloat rounding = kUnits * epsilon() * size;
+    if (end == LsmrEnd::least_squares) {
+      return norms[1] <= norms[2] * (a * norms[0] + rounding);
+    }
+    const QuarnFloat size_of_b = length_of(m, OneBasedVector<T>(const_cast<T*>(b), 1));
+    return norms[0] <= 10 * usual_tolerance(btol) * size_of_b + a * size + rounding;
+  }
+
   /// Of the residual of x with the damping below it, and of its product with the adjoint; false: not finite.
   bool find_norms(const std::vector<T>& at, QuarnFloat& residual, QuarnFloat& gradient) const {
     const WorkingDigits more(guarded_digits(std::max(m, n)));
@@ -273,10 +342,11 @@ struct LsmrCall {
       r[std::size_t(i)] = b[i] - r[std::size_t(i)];
     }
     product(context, kAdjointProduct, r.data(), g.data());
-    add_multiple(n, T(-(damp * damp)), OneBasedVector<T>(own.data(), 1), OneBasedVector<T>(g.data(), 1));
-    residual = sqrt(sum_of_squares(m, OneBasedVector<T>(r.data(), 1)) +
-                    damp * damp * sum_of_squares(n, OneBasedVector<T>(own.data(), 1)));
-    gradient = sqrt(sum_of_squares(n, OneBasedVector<T>(g.data(), 1)));
+    const OneBasedVector<T> damped(own.data(), 1);
+    scale(n, damp, damped);
+    add_multiple(n, T(-damp), damped, OneBasedVector<T>(g.data(), 1));
+    residual = quarn::abs(Complex(length_of(m, OneBasedVector<T>(r.data(), 1)), length_of(n, damped)));
+    gradient = length_of(n, OneBasedVector<T>(g.data(), 1));
     return isfinite(residual) && isfinite(gradient);
   }
 };

@@ -1,5 +1,4 @@
 // Some singular values of large matrices: entries.
-#include <numeric>
 #include <vector>
 
 #include "src/krylov/call.h"
@@ -68,6 +67,7 @@ struct SingularCall {
     round_elements<T>(n, k, right);
     std::vector<QuarnFloat> values(static_cast<std::size_t>(k));
     std::vector<QuarnFloat> rests(values.size());
+    bool small = true;
     std::vector<T> image(static_cast<std::size_t>(m));
     std::vector<T> adjoint_image(static_cast<std::size_t>(n));
     const OneBasedVector<T> av(image.data(), 1);
@@ -91,30 +91,19 @@ struct SingularCall {
         const WorkingDigits more(guarded_digits(std::max(m, n)));
         add_multiple(m, T(-value), x, av);
         add_multiple(n, T(-value), y, ahu);
-        rest = sqrt(std::max(sum_of_squares(m, av), sum_of_squares(n, ahu)));
+        const QuarnFloat left_rest = length_of(m, av);
+        rest = length_of(n, ahu);
+        rest = left_rest <= rest ? rest : left_rest;
       }
       rest *= 1;
       if (!isfinite(rest)) {
         return 2;
       }
+      small = small && is_small(rest, tol, space.norm);
     }
-    std::vector<Integer> order(values.size());
-    std::iota(order.begin(), order.end(), 0);
-    std::stable_sort(order.begin(), order.end(),
-                     [&](Integer i, Integer j) { return values[std::size_t(i)] > values[std::size_t(j)]; });
-    for (std::size_t i = 0; i < order.size(); ++i) {
-      const auto from = std::size_t(order[i]);
-      s[i] = std::move(values[from]);
-      resid[i] = std::move(rests[from]);
-      if (u != nullptr) {
-        copy(m, left.column(order[i] + 1), OneBasedVector<T>(u + std::ptrdiff_t(i) * ldu, 1));
-      }
-      if (v != nullptr) {
-        copy(n, right.column(order[i] + 1), OneBasedVector<T>(v + std::ptrdiff_t(i) * ldv, 1));
-      }
-    }
+    hand_over<T>(values, rests, true, s, resid, {{left, m, u, ldu}, {right, n, v, ldv}});
     *nprod = space.products + 2 * k;
-    return space.end == KrylovEnd::converged ? 0 : 1;
+    return space.end == KrylovEnd::converged && small ? 0 : 1;
   }
 };
 

@@ -46,6 +46,7 @@ KrylovEnd thick_restart(Process& process, Integer count, Integer most_products) 
       all = all && process.residual(i) <= process.bound(i);
     }
     bool fresh = false;
+    bool repeated = false;
     if (all) {
       std::vector<QuarnFloat> now;
       bool same = !found.empty();
@@ -63,11 +64,13 @@ KrylovEnd thick_restart(Process& process, Integer count, Integer most_products) 
         return KrylovEnd::converged;
       }
       fresh = !same;
+      repeated = same;
       rounds += fresh ? 1 : 0;
       found = std::move(now);
     }
     if (process.products() >= most_products) {
-      return KrylovEnd::not_converged;
+      // That of inner values the next one is not separated says nothing against those found twice.
+      return repeated ? KrylovEnd::converged : KrylovEnd::not_converged;
     }
     kept = fresh ? wanted : process.whole(kept_at_restart(count, process.size()));
     kept = kept < process.size() ? kept : process.whole(std::max<Integer>(1, process.size() - 2));
