@@ -101,7 +101,7 @@ def main():
         # Reals round every operation to the working digits, as the C++ interface does.
         with tesk2mp.digits(digits), tesk2mp.results(Real):
             solve(side, sys.argv[3:] == ["jacobi"])
-    except tesk2mp.Error as failure:
+    except Exception as failure:
         print(f"rank {comm.rank}: {failure}", file=sys.stderr)
         comm.Abort(1)  # the others would wait for ever
 

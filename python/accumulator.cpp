@@ -54,8 +54,9 @@ void add_sum_methods(py::class_<Accumulator>& type) {
           self += to_exact(x);
           return;
         }
+        const std::vector<Real> numbers = exact_vector(x);  // which may run code that adds to this very sum
         Accumulator sum = self;
-        for (const Real& number : exact_vector(x)) {
+        for (const Real& number : numbers) {
           sum += number;
         }
         self = std::move(sum);

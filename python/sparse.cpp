@@ -116,15 +116,28 @@ tesk2mp::BasicMonitor<T> monitor_of(const py::object& given) {
 
 /// All messages of a sum, joined: what the function returned is bytes, or several of them.
 py::bytes messages_of(const py::object& returned) {
-  PyObject* const joined = PyObject_CheckBuffer(returned.ptr()) != 0
-                               ? PyBytes_FromObject(returned.ptr())
-                               : PyObject_CallMethod(py::bytes().ptr(), "join", "O", returned.ptr());
+  const auto refuse = [&] {
+    PyErr_Clear();
+    throw py::type_error("exchange returns the bytes of all ranks, joined or one by one, not " + type_name(returned));
+  };
+  PyObject* joined = nullptr;
+  if (PyObject_CheckBuffer(returned.ptr()) != 0) {
+    joined = PyBytes_FromObject(returned.ptr());
+  } else {
+    if (!py::isinstance<py::iterable>(returned)) {
+      refuse();
+    }
+    const auto each = py::reinterpret_steal<py::object>(PySequence_List(returned.ptr()));
+    if (!each) {
+      throw py::error_already_set();  // of the code that gives one by one
+    }
+    joined = PyObject_CallMethod(py::bytes().ptr(), "join", "O", each.ptr());
+  }
   if (joined == nullptr) {
     if (PyErr_ExceptionMatches(PyExc_TypeError) == 0) {
       throw py::error_already_set();
     }
-    PyErr_Clear();
-    throw py::type_error("exchange returns the bytes of all ranks, joined or one by one, not " + type_name(returned));
+    refuse();
   }
   return py::reinterpret_steal<py::bytes>(joined);
 }

@@ -87,7 +87,7 @@ def kron(a: Matrix, b: Matrix, *, digits: int | None = None) -> Rows:
     """
     left, right = _rows(a), _rows(b)
     width = len(left[0]) if left else 0
-    products: list[Numbers] = cast(Any, _outer(sum(left, []), sum(right, []), digits=digits))
+    products: list[Numbers] = cast(Any, _outer([x for row in left for x in row], [x for row in right for x in row], digits=digits))
     columns = len(right[0]) if right else 0
     rows = [
         [each for j in range(width) for each in products[i * width + j][k * columns : (k + 1) * columns]]

@@ -40,7 +40,9 @@ def _explained(core: Callable[..., Any], signature: inspect.Signature) -> Callab
         try:
             return core(*arguments, **named)
         except TypeError as error:
-            if type(error) is not TypeError or "incompatible function arguments" not in str(error):
+            # One of a function that was given has that function's frame below.
+            in_callback = error.__traceback__ is not None and error.__traceback__.tb_next is not None
+            if in_callback or type(error) is not TypeError or "incompatible function arguments" not in str(error):
                 raise
             try:
                 signature.bind(*arguments, **named)

@@ -101,13 +101,13 @@ class Interrupts(unittest.TestCase):
         pending = ctypes.pythonapi.PyErr_SetInterrupt
         pending.restype = ctypes.c_bool
         numbers = 20 * ["1.5"]
-        start = time.monotonic()
+        start = time.process_time()
         tesk2mp.exp(numbers, digits=50000)
-        whole = time.monotonic() - start
-        start = time.monotonic()
+        whole = time.process_time() - start
+        start = time.process_time()
         with self.assertRaises(KeyboardInterrupt):
             tesk2mp.exp(itertools.chain(map(pending, [0]), numbers), digits=50000)
-        self.assertLess(time.monotonic() - start, whole / 2)
+        self.assertLess(time.process_time() - start, whole / 2)  # of the work, not of the clock
         self.assertEqual(tesk2mp.get_digits(), 20)
 
     def test_handlers_stay_and_decide(self):
