@@ -65,13 +65,14 @@ class Sweep {
   CheckPoints check_points_;
 };
 
-/// Whether exact sums pay: they take longer than a few operations, and half the time of many. A row of `triangles`
-/// triangles is summed at a time.
+/// Whether exact sums pay: they take longer than a few operations or than those of long numbers, and half the time of
+/// many. A row of `triangles` triangles is summed at a time.
 template <class Value>
 bool are_long(const FactorView<Value>& factors, std::int64_t triangles) {
   constexpr std::int64_t kFew = 6;
+  constexpr int kMostDigits = 125;
   const std::int64_t elements = std::int64_t(factors.istr[factors.n]) - factors.istr[0] - factors.n;
-  return elements > kFew * triangles * factors.n;
+  return QuarnDigits() <= kMostDigits && elements > kFew * triangles * factors.n;
 }
 
 template <class Value>

@@ -20,7 +20,7 @@ struct FactorView {
 };
 
 /// x := op(M)^-1 y with P M Q = L U; x may be y. Throws when storage runs out, x as it was. Sums::exact: what an
-/// element loses to those before it is rounded once.
+/// element loses to those before it is rounded once, where that pays.
 template <class Value>
 void solve_lu(Sums sums, Op op, const FactorView<Value>& factors, const Value* y, Value* x);
 

@@ -9,6 +9,7 @@
 
 #include "krylov/residuals.h"
 #include "sparse/samples.h"
+#include "src/krylov/thick_restart.h"
 
 using krylov::ratio;
 using support::Digits;
@@ -147,6 +148,8 @@ TEST_CASE("squares of the elements leave the range, results do not") {
     CHECK(is_near(general.values[0].re, 2 * unit));
     CHECK(is_near(tesk::modulus(general.vectors[0]), sqrt(Real(1) / 2)));
     CHECK(is_near(tesk::modulus(general.vectors[1]), sqrt(Real(1) / 2)));
+    CHECK(is_near(tesk::modulus(general.vectors[2]), 1));
+    CHECK(tesk::modulus(general.vectors[3]) < Real(1, -18));
 
     Given one{1, 1, {1}};
     const Answer same = lsmr(one, {unit});
@@ -307,4 +310,27 @@ TEST_CASE("what did not converge comes with the failure") {
   CHECK(krylov::length(solution->x) > 0);
   options.which = tesk2mp::Extreme(9);
   CHECK_THROWS_AS(tesk2mp::eigsh(grid, 2, options), tesk2mp::InvalidArgument);
+}
+
+TEST_CASE("values found twice are found, though the next one may never be separated") {
+  struct Inner {
+    int rounds = 0;
+    int found_from;  // in that round the first value is there
+
+    bool expand(Integer /*kept*/) { return ++rounds > 0; }
+    static bool decompose() { return true; }
+    static bool is_complete() { return false; }
+    static bool both_ends() { return false; }
+    static Integer size() { return 6; }
+    static Integer whole(Integer count) { return count; }
+    Real residual(Integer i) const { return i == 1 && rounds >= found_from ? 0 : 1; }
+    static Real bound(Integer /*i*/) { return Real(1, -10); }
+    static Real key(Integer i) { return -i; }
+    static void restart(Integer /*kept*/, bool /*fresh*/) {}
+    Integer products() const { return rounds; }
+  };
+  Inner twice{.found_from = 3};
+  CHECK(tesk::thick_restart(twice, 1, 20) == tesk::KrylovEnd::converged);
+  Inner once{.found_from = 20};
+  CHECK(tesk::thick_restart(once, 1, 20) == tesk::KrylovEnd::not_converged);
 }

@@ -72,9 +72,13 @@ void check_pairs(const SparseMatrix<T>& a, const Eigenpairs& found, const std::v
     CAPTURE(j);
     const auto nearest =
         std::ranges::min_element(left, {}, [&](const Complex& each) { return tesk::modulus(each - found.values[j]); });
-    CHECK(ratio(tesk::modulus(*nearest - found.values[j]), unit) < slack);
+    // One rounding, and what the iteration leaves by the condition of the eigenvalue.
+    const Real allowed = 6 * tesk::modulus(found.values[j]) * Real(1, -digits);
+    CHECK(tesk::modulus(*nearest - found.values[j]) <= allowed + slack * norm * Real(1, -std::max(digits, 8)));
     CHECK((digits <= 2 || key(*nearest) >= expected[j] - fabs(expected[j]) * Real(1, -10)));
-    left.erase(nearest);
+    if (digits > 2) {  // a value of fewer digits may be nearer to the eigenvalue of another
+      left.erase(nearest);
+    }
   }
 }
 
@@ -112,7 +116,10 @@ TEST_CASE_TEMPLATE("eigenvalues of a general sparse matrix are those of its dens
       const std::size_t k = digits == 20 ? 1 : 3;
       check_pairs(a, tesk2mp::eigs(a, k, options), all, k, which, options.sigma, norm, digits, 1e4);
       if (which == Dominant::largest_magnitude) {
-        options.sigma = T(norm / 3);
+        {
+          const Digits more(digits + 20);  // at one digit it might be an eigenvalue
+          options.sigma = T(norm / 3);
+        }
         check_pairs(a, tesk2mp::eigs(a, k, options), all, k, which, options.sigma, norm, digits, 1e4);
       }
     }
@@ -147,6 +154,7 @@ TEST_CASE("convection on a grid: pairs of conjugates stay together, real values 
   check_pairs(a, tesk2mp::eigs(a, 4, options), all, 4, options.which, options.sigma, Real(8), 30, 1e4);
   EigenOptions<Complex> turned;
   turned.sigma = Complex(4, 2);
+  turned.basis = 8;
   check_pairs(widened(a), tesk2mp::eigs(widened(a), 3, turned), all, 3, turned.which, turned.sigma, Real(8), 30, 1e4);
 }
 

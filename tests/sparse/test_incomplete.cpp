@@ -210,9 +210,9 @@ TEST_CASE_TEMPLATE("complete fill gives A back in every order", T, QuarnFloat, C
   }
 }
 
-TEST_CASE_TEMPLATE("companions sum rows of many elements exactly", T, QuarnFloat, Complex) {
+TEST_CASE_TEMPLATE("companions sum rows of many elements exactly, up to 125 digits", T, QuarnFloat, Complex) {
   Random random;
-  for (const int digits : {1, 2, 16, 50, 333}) {
+  for (const int digits : {1, 2, 16, 50, 125, 126, 333}) {
     const support::Digits scope(digits);
     for (const bool triangle : {false, true}) {
       for (const Integer n : {Integer(5), Integer(40)}) {
@@ -223,7 +223,7 @@ TEST_CASE_TEMPLATE("companions sum rows of many elements exactly", T, QuarnFloat
         std::generate(y.begin(), y.end(), [&random] { return entries::random_value<T>(random); });
         CHECK(factors.solve("N", y, x).ifail == 0);
         CHECK(factors.solve("N", y, exact, "C", true).ifail == 0);
-        if (n == 5) {
+        if (n == 5 || digits > 125) {
           CHECK(exact == x);
           continue;
         }
