@@ -348,7 +348,7 @@ TEST_CASE("shapes that do not fit are refused before a routine is called") {
        {},
        [] {
          SolverOptions options;
-         options.method = Method(7);
+         options.method = Method(99);
          (void)solve_iteratively(SparseMatrix<Real>(2), reals(2), options);
        }},
       {"F07ZAZ", 2, 0, "no settings of a routine C06FAF", {}, [] { (void)tuning("C06FAF", Tuning::block_size); }},
