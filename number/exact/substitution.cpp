@@ -62,7 +62,7 @@ void divide(Complex& x, const Complex& pivot, bool conjugate) {
 }
 
 constexpr std::size_t kBetweenCheckPoints = 512;  // entries
-constexpr std::size_t kAhead = 2;                 // rows
+constexpr std::size_t kRowsAhead = 2;             // rows
 
 /// The entries of a row of the triangle, or of its adjoint: places begin ... end - 1, by names there.
 struct Places {
@@ -93,8 +93,8 @@ void substitute(const QuarnSparseRows<T>& a, T* x, unsigned how) {
       done = 0;
       QuarnCheckInterrupt();
     }
-    if (step + kAhead < a.n) {
-      const std::size_t later = row_of(step + kAhead);
+    if (step + kRowsAhead < a.n) {
+      const std::size_t later = row_of(step + kRowsAhead);
       const Places places = places_of(later);
       for (std::size_t place = places.begin; place < places.end; ++place) {
         __builtin_prefetch(value_at(place));
