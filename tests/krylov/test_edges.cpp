@@ -11,7 +11,6 @@
 #include "sparse/samples.h"
 #include "src/krylov/thick_restart.h"
 
-using krylov::ratio;
 using support::Digits;
 using tesk2mp::Real;
 using tesk2mp::SparseMatrix;
@@ -36,10 +35,12 @@ struct Given {
     for (Integer i = 0; i < (what == 1 ? self.columns : self.rows); ++i) {
       y[i] = 0;
       for (Integer j = 0; j < (what == 1 ? self.rows : self.columns); ++j) {
-        y[i] += self.a[std::size_t(what == 1 ? j * self.columns + i : i * self.columns + j)] * x[j];
+        const Integer place = what == 1 ? j * self.columns + i : i * self.columns + j;
+        y[i] += self.a[std::size_t(place)] * x[j];
       }
       if (what == 2) {  // of a diagonal matrix
-        y[i] = x[i] / (self.a[std::size_t(i * self.columns + i)] - self.sigma);
+        const Integer place = i * self.columns + i;
+        y[i] = x[i] / (self.a[std::size_t(place)] - self.sigma);
       }
     }
   }

@@ -60,6 +60,7 @@ void check_pairs(const SparseMatrix<T>& a, const Eigenpairs& found, const std::v
   }
   const Digits more(digits + 20);
   std::vector<Real> expected;
+  expected.reserve(all.size());
   const auto key = [&](const Complex& value) {
     return preference<T>(which, sigma ? Complex(1.0) / (value - Complex(*sigma)) : value);
   };
