@@ -8,9 +8,9 @@
 namespace tesk {
 namespace {
 
-constexpr WantedName kWanted[] = {{"LM", Wanted::largest_size},      {"SM", Wanted::smallest_size},
-                                  {"LR", Wanted::largest_real},      {"SR", Wanted::smallest_real},
-                                  {"LI", Wanted::largest_imaginary}, {"SI", Wanted::smallest_imaginary}};
+constexpr WantedName kWantedOfGeneral[] = {{"LM", Wanted::largest_size},      {"SM", Wanted::smallest_size},
+                                           {"LR", Wanted::largest_real},      {"SR", Wanted::smallest_real},
+                                           {"LI", Wanted::largest_imaginary}, {"SI", Wanted::smallest_imaginary}};
 
 struct Eigenpair {
   Complex value;
@@ -50,7 +50,7 @@ struct GeneralCall {
   Integer* nprod;
 
   Integer find() const {
-    const Wanted* const wanted = given.wanted_of(kWanted);
+    const Wanted* const wanted = given.wanted_of(kWantedOfGeneral);
     if (const Integer wrong = given.first_wrong(wanted); wrong != 0) {
       return -wrong;
     }

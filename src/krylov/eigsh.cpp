@@ -7,11 +7,11 @@
 namespace tesk {
 namespace {
 
-constexpr WantedName kWanted[] = {{"LM", Wanted::largest_size},
-                                  {"SM", Wanted::smallest_size},
-                                  {"LA", Wanted::largest_real},
-                                  {"SA", Wanted::smallest_real},
-                                  {"BE", Wanted::both_ends}};
+constexpr WantedName kWantedOfHermitian[] = {{"LM", Wanted::largest_size},
+                                             {"SM", Wanted::smallest_size},
+                                             {"LA", Wanted::largest_real},
+                                             {"SA", Wanted::smallest_real},
+                                             {"BE", Wanted::both_ends}};
 
 template <class T>
 struct HermitianCall {
@@ -22,7 +22,7 @@ struct HermitianCall {
   Integer* nprod;
 
   Integer find() const {
-    const Wanted* const wanted = given.wanted_of(kWanted);
+    const Wanted* const wanted = given.wanted_of(kWantedOfHermitian);
     if (const Integer wrong = given.first_wrong(wanted); wrong != 0) {
       return -wrong;
     }
