@@ -71,7 +71,7 @@ const char* routine_for(const FftOptions& options) {
 }
 
 // With all digits that the numbers have, where they are to be proven or estimated.
-int digits_of_data(const FftOptions& options) { return cli::digits_of_data(!options.classic); }
+int digits_of_values(const FftOptions& options) { return digits_of_data(!options.classic); }
 
 Progress progress_of(const FftOptions& options, std::size_t n) {
   constexpr double kWithBounds = 8;
@@ -146,7 +146,7 @@ void check_number(const std::string& option, const std::string& text) {
 // One column and its spectrum.
 struct Analysis {
   Analysis(const FftOptions& options, const NumberTable& table, const std::string& column)
-      : sequence(sequence_from(table, column, digits_of_data(options))),
+      : sequence(sequence_from(table, column, digits_of_values(options))),
         spectrum(spectrum_of(sequence, options, said)),
         scale(options.shown, spectrum) {}
 
@@ -254,7 +254,7 @@ void run_forward(const FftOptions& options, const NumberTable& table) {
 void run_inverse(const FftOptions& options, const NumberTable& table) {
   Sequence sequence;
   const std::vector<QuarnFloat> given = [&] {
-    const tesk2mp::Digits scope(digits_of_data(options));
+    const tesk2mp::Digits scope(digits_of_values(options));
     return half_complex_from(table, options.column());
   }();
   const std::size_t n = given.size();
