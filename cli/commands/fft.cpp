@@ -228,14 +228,15 @@ void run_forward(const FftOptions& options, const NumberTable& table) {
       break;
     }
     const std::string name = each.sequence.name.empty() ? "column " + options.columns[i] : each.sequence.name;
+    const std::string heading = name + ": ";
     if (!options.classic) {
-      result.notes.push_back(name + ": " + each.said.notes[1]);
+      result.notes.push_back(heading + each.said.notes[1]);
     }
     for (const Fact& fact : each.said.facts) {
       result.facts.push_back({fact.name + " " + name, fact.value, fact.count});
     }
     for (const std::string& note : part.notes) {
-      result.notes.push_back(name + ": " + note);
+      result.notes.push_back(heading + note);
     }
     append(result.table, std::move(part.table), name);
     append(result.data, std::move(part.data), name);
