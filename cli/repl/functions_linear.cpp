@@ -193,12 +193,35 @@ std::optional<Known> bounded_cholesky(const Known& a, std::size_t& refuted) {
   return known(n, n, l);
 }
 
+// Numbers that are not known exactly may be mirror images of each other as far as their bounds say.
+bool may_be_zero(const BoundedReal& x) { return !x.error.is_finite() || fabs(x.value) <= x.error.value(); }
+
+void require_hermitian(const Known& a) {
+  const std::size_t n = a.array().rows();
+  for (std::size_t j = 0; j < n; ++j) {
+    for (std::size_t i = j; i < n; ++i) {
+      const Number lower = element(a, i + j * n);
+      const Number upper = element(a, j + i * n);
+      const std::string place = "element (" + std::to_string(i + 1) + ", " + std::to_string(j + 1) + ")";
+      for (const Number& each : {lower, upper}) {
+        if (!isfinite(each.re.value) || !isfinite(each.im.value)) {
+          throw Unfit(place + " is not finite", 0);
+        }
+      }
+      if (!may_be_zero(lower.re - upper.re) || !may_be_zero(lower.im + upper.im)) {
+        throw Unfit(std::string("not ") + (is_real(a) ? "symmetric" : "Hermitian") + ": " + place +
+                        " differs from its mirror image",
+                    0);
+      }
+    }
+  }
+}
+
 Knowns chol(Evaluation& evaluation, const Arguments& arguments) {
   constexpr std::size_t kLargestProven = 60;
   const Known& a = known_square(arguments);
-  const bool is_provable = a.array().rows() <= kLargestProven &&
-                           std::all_of(a.array().data(), a.array().data() + size(a.array()),
-                                       [](const Complex& z) { return isfinite(z.re) && isfinite(z.im); });
+  require_hermitian(a);
+  const bool is_provable = a.array().rows() <= kLargestProven;
   std::size_t refuted = 0;
   if (is_provable) {
     if (const std::optional<Known> found = bounded_cholesky(a, refuted)) {
@@ -365,7 +388,7 @@ Knowns rcond(Evaluation& evaluation, const Arguments& arguments) {
 constexpr auto kLinearFunctions = std::to_array<Function>({
     {"solve", "A, b", "x", "the solution of A x = b, for a vector or each column (also A \\ b)", 2, 2, solve},
     {"lu", "A", "L, U, P", "factors with P A = L U", 1, 1, estimated<lu>},
-    {"chol", "A", "L", "lower triangle with A = L L', A positive definite", 1, 1, chol},
+    {"chol", "A", "L", "lower triangle with A = L L', A Hermitian and positive definite", 1, 1, chol},
     {"qr", "A", "Q, R", "factors with A = Q R, Q with orthonormal columns", 1, 1, estimated<qr>},
     {"lstsq", "A, b", "x", "the shortest x of least norm(A x - b), A of any shape and rank", 2, 2, lstsq},
     {"pinv", "A", "B", "pseudo-inverse", 1, 1, pinv},

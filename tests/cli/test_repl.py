@@ -225,6 +225,16 @@ class Expressions(unittest.TestCase):
         self.assertIn("pinv has no proof", run_well("calc", "pinv([1 2; 2 4])"))
         self.assertIn("powm has no proof", run_well("calc", "powm([2 1; 1 3], 0.5)"))
         self.assertIn("singular", run("calc", "powm([1 2; 2 4], -1)").stderr)
+        # The triangle that is not read is that of a matrix without a factor.
+        for matrix, refusal in (("[4 100; 2 5]", "not symmetric: element (2, 1) differs from its mirror image"),
+                                ("[4+1i 0; 0 5]", "not Hermitian: element (1, 1) differs from its mirror image"),
+                                ("[4 2i; 2i 5]", "not Hermitian: element (2, 1) differs from its mirror image"),
+                                ("[1 1/3; 0 1]", "not symmetric: element (2, 1) differs from its mirror image"),
+                                ("[4 1/0; 0/0 5]", "element (2, 1) is not finite")):
+            for options in ([], ["--proven"], ["--working-digits", "10"]):
+                done = run("calc", f"chol({matrix})", *options)
+                self.assertEqual((done.returncode, done.stdout), (2, ""), matrix)
+                self.assertIn(refusal, done.stderr)
 
     def test_what_is_not_proven_says_so(self):
         self.assertIn("# about 20 digits are true (estimate by a second computation: expm has no proof)",
