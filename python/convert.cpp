@@ -158,6 +158,14 @@ Integer to_integer(py::handle number) {
   return Integer(value);
 }
 
+int to_places(py::handle number) {
+  const Integer places = to_integer(number);
+  if (places < -1000000 || places > 1000000) {
+    throw py::value_error("places are -1000000 to 1000000");
+  }
+  return int(places);
+}
+
 std::size_t to_index(py::handle number) {
   const Integer index = to_integer(number);
   if (index < 0) {

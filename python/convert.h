@@ -68,6 +68,8 @@ Complex to_complex(py::handle number);
 /// An int of 32 bits; one from 0. A TypeError for what is no int, a ValueError for one out of range.
 Integer to_integer(py::handle number);
 std::size_t to_index(py::handle number);
+/// A number of decimal places, within +-1000000.
+int to_places(py::handle number);
 
 /// For messages.
 std::string type_name(py::handle value);

@@ -140,14 +140,6 @@ void add_methods(py::class_<Real>& type, py::class_<Complex>& complex_type) {
   }
 }
 
-int places_of(py::handle number) {
-  const Integer places = to_integer(number);
-  if (places < -1000000 || places > 1000000) {
-    throw py::value_error("places are -1000000 to 1000000");
-  }
-  return int(places);
-}
-
 }  // namespace
 
 void add_real(py::module_& module) {
@@ -184,7 +176,7 @@ and compared as the Decimal of its value, and formatted as that is. Functions of
   type.def(
       "__round__",
       [](const Real& x, const py::object& places) {
-        const Real result = quarn::quantize(x, places.is_none() ? 0 : places_of(places));
+        const Real result = quarn::quantize(x, places.is_none() ? 0 : to_places(places));
         return places.is_none() ? py::object(to_decimal(result).attr("__int__")()) : py::cast(result);
       },
       py::arg("places") = py::none());

@@ -8,7 +8,6 @@
 namespace python {
 namespace {
 
-constexpr int kMostPlaces = 1000000;
 // Numbers are read with so many digits, so that they are not rounded twice.
 constexpr int kReadDigits = 10000;
 
@@ -21,14 +20,6 @@ tesk2mp::Rounding mode_of(const std::string& name) {
     names += (names.empty() ? "'" : ", '") + std::string(each.name) + "'";
   }
   throw py::value_error("mode is one of " + names + ", not '" + name + "'");
-}
-
-int places_of(py::handle number) {
-  const Integer places = to_integer(number);
-  if (places < -kMostPlaces || places > kMostPlaces) {
-    throw py::value_error("places are -1000000 to 1000000");
-  }
-  return int(places);
 }
 
 /// A Decimal that is written with all places.
@@ -55,7 +46,7 @@ py::object in_lists(std::span<const std::size_t> extents, const Make& make, std:
 }
 
 py::object quantize(py::handle x, py::handle places_given, const std::string& mode_name, bool inexact) {
-  const int places = places_of(places_given);
+  const int places = to_places(places_given);
   const tesk2mp::Rounding mode = mode_of(mode_name);
   std::vector<std::size_t> extents;
   std::vector<Complex> numbers;
@@ -93,7 +84,7 @@ py::object quantize(py::handle x, py::handle places_given, const std::string& mo
 
 py::object round_parts(py::handle parts, py::handle places_given, const std::string& mode_name,
                        const std::string& rule_name) {
-  const int places = places_of(places_given);
+  const int places = to_places(places_given);
   const tesk2mp::Rounding mode = mode_of(mode_name);
   const auto rule =
       option_of<tesk2mp::Reconciliation>("rule", rule_name,
