@@ -77,7 +77,7 @@ tesk2mp::LU<T> factorised(const LuOptions& options, const tesk2mp::Matrix<T>& a)
   return tesk2mp::LU<T>(a);
 }
 
-/// Both factors in one; the mantissa of a square matrix's determinant, and its exponent, belong to that.
+/// Both factors in one; of a square matrix the determinant beside that power of ten is the last of estimate.single.
 template <class T>
 struct Factors {
   Estimated<T, Factorisation> estimate;
@@ -85,10 +85,26 @@ struct Factors {
   std::optional<std::size_t> deficient_rank;
 };
 
+/// The power of ten of the product of the columns' largest elements: determinants, wherever they are, are told beside
+/// it, in numbers that can be compared.
+template <class T>
+std::int64_t exponent_of_columns(const tesk2mp::Matrix<T>& a) {
+  std::int64_t exponent = 0;
+  for (std::size_t j = 0; j < a.columns(); ++j) {
+    QuarnFloat largest;
+    for (std::size_t i = 0; i < a.rows(); ++i) {
+      const Complex z = a(i, j);
+      largest = std::max({largest, fabs(z.re), fabs(z.im)});
+    }
+    exponent += largest > 0 && isfinite(largest) ? decimal_exponent(largest) : 0;
+  }
+  return exponent;
+}
+
 template <class T>
 Factors<T> factors_of(const LuOptions& options, const tesk2mp::Matrix<T>& a) {
   Factors<T> found;
-  bool is_second = false;
+  found.exponent = exponent_of_columns(a);
   const auto compute = [&] {
     const tesk2mp::LU<T> lu = factorised(options, a);
     const tesk2mp::Matrix<T>& packed = lu.factors();
@@ -99,16 +115,12 @@ Factors<T> factors_of(const LuOptions& options, const tesk2mp::Matrix<T>& a) {
       computed.single.push_back(packed(i, i));
     }
     if (a.rows() == a.columns()) {
+      // Of the factors that are printed.
+      constexpr std::int64_t kFarthest = 100'000'000;
       const auto parts = lu.determinant_parts();
-      if (!is_second) {
-        found.exponent = parts.exponent;
-      }
-      // Beside one exponent mantissas can be compared, where they are near each other at all.
-      constexpr std::int64_t kFar = 1000;
-      const std::int64_t places = parts.exponent - found.exponent;
-      computed.single.push_back(parts.mantissa * T(QuarnFloat(1, int(std::clamp(places, -kFar, kFar)))));
+      const std::int64_t places = std::clamp(parts.exponent - found.exponent, -kFarthest, kFarthest);
+      computed.single.push_back(parts.mantissa * T(QuarnFloat(1, int(places))));
     }
-    is_second = !is_second;
     return std::optional(std::move(computed));
   };
   // Of lower rank, the pivots that are exactly 0 are rounding errors at any precision, and what is divided by them too.
@@ -123,6 +135,17 @@ Factors<T> factors_of(const LuOptions& options, const tesk2mp::Matrix<T>& a) {
 }
 
 template <class T>
+std::string text_of_determinant(const T& scaled, std::int64_t exponent) {
+  const Complex parts = scaled;
+  const QuarnFloat size = std::max(fabs(parts.re), fabs(parts.im));
+  if (size == 0 || !isfinite(size)) {
+    return determinant_text(size == 0 ? T() : scaled, 0);
+  }
+  const long places = decimal_exponent(size);
+  return determinant_text(T(scaled * T(QuarnFloat(1, int(-places)))), exponent + places);
+}
+
+template <class T>
 Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2mp::Matrix<T>& a) {
   const std::string routine = options.weighted  ? "QuarnMP_f07adg_"
                               : given.complex() ? "QuarnMPX_f07arf_"
@@ -133,8 +156,10 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
   result.notes = {"A = P L U of the " + description(given), ""};
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
   if (given.rows() == given.columns()) {
-    const T mantissa = lu.deficient_rank ? T() : estimated_values(options.proof, lu.estimate.single).back();
-    const std::string determinant = determinant_text(mantissa == T() ? T() : mantissa, lu.exponent);
+    const std::string determinant =
+        lu.deficient_rank
+            ? exact_text(T())
+            : text_of_determinant(estimated_values(options.proof, lu.estimate.single).back(), lu.exponent);
     result.notes.push_back("determinant " + determinant +
                            "; row interchanges: " + std::to_string(interchanges(chosen.pivots)) +
                            (chosen.singular ? "; singular: a pivot is exactly zero" : ""));
