@@ -25,7 +25,8 @@ template <class T, class Choice = int>
 struct Estimated {
   std::vector<tesk2mp::proven::Bounded<T>> numbers;
   std::vector<tesk2mp::proven::Bounded<T>> single;
-  std::optional<Choice> choice;  // none: no computation came to an end
+  std::optional<Choice> choice;      // none: no computation came to an end
+  std::size_t structural_zeros = 0;  // parts of numbers that are exactly 0 in both computations
   int first_digits = 0;
   int second_digits = 0;
 
@@ -48,6 +49,20 @@ std::vector<tesk2mp::proven::Bounded<T>> with_distances(std::vector<T> numbers, 
     bounded.push_back({std::move(numbers[k]), error});
   }
   return bounded;
+}
+
+/// How many parts are 0 in both, of numbers that are not: of a structure, which needs no estimate.
+template <class T>
+std::size_t common_zeros(const std::vector<T>& numbers, const std::vector<T>& others) {
+  std::size_t count = 0;
+  if constexpr (std::is_same_v<T, Complex>) {
+    for (std::size_t k = 0; k < numbers.size(); ++k) {
+      const bool same = numbers[k] == others[k];
+      count += !same && numbers[k].re == 0 && others[k].re == 0 ? 1 : 0;
+      count += !same && numbers[k].im == 0 && others[k].im == 0 ? 1 : 0;
+    }
+  }
+  return count;
 }
 
 /// What compute() gives at the working digits and with more of them: by as much as they differ the former is wrong.
@@ -78,6 +93,7 @@ Estimated<T, Choice> estimated_once(const ProofOptions& options, const Compute& 
     std::swap(first, second);
   }
   const tesk2mp::Digits scope(estimate.second_digits);
+  estimate.structural_zeros = same ? common_zeros(first->numbers, second->numbers) : 0;
   estimate.numbers = with_distances(std::move(first->numbers), second->numbers, same);
   estimate.single = with_distances(std::move(first->single), second->single, same);
   estimate.choice = std::move(first->choice);
@@ -154,7 +170,7 @@ void add_estimate(const ProofOptions& options, const Estimated<T, Choice>& estim
                          " true (estimate by a second computation with " + std::to_string(estimate.second_digits) +
                          ")");
   if (options.wanted()) {
-    add_zeros(result, estimate.numbers);
+    add_zeros(result, estimate.numbers, estimate.structural_zeros);
   }
   result.facts.push_back({"working_digits", std::to_string(estimate.first_digits), true});
   result.facts.push_back({"true_digits_estimated", std::to_string(known), true});

@@ -200,10 +200,13 @@ void run_forward(const FftOptions& options, const NumberTable& table) {
   }
 
   Result result;
+  const bool same_digits = std::all_of(analyses.begin(), analyses.end(), [&](const Analysis& each) {
+    return each.said.notes[1] == analyses.front().said.notes[1];
+  });
   result.notes = {"Fourier transform of " + cli::counted(Integer(first.values.size()), "value", "values") + described +
                       " in " + table.source(),
                   options.classic ? precision_note(routine_for(options), true)
-                  : alone         ? analyses.front().said.notes[1]
+                  : same_digits   ? analyses.front().said.notes[1]
                                   : digits_text() + ", by " + routine_for(options)};
   result.facts = facts_of(options, first.values.size());
   result.facts.push_back({"unit", first.unit});
@@ -214,7 +217,6 @@ void run_forward(const FftOptions& options, const NumberTable& table) {
   for (std::size_t i = 0; i < analyses.size(); ++i) {
     const Analysis& each = analyses[i];
     Result part;
-    part.notes.assign(each.said.notes.begin() + 2, each.said.notes.end());
     if (options.output.format == Format::text) {
       add_text_table(part, each.sequence, each.spectrum, each.scale, options.shown.with_errors);
     } else {
@@ -222,6 +224,7 @@ void run_forward(const FftOptions& options, const NumberTable& table) {
     }
     if (alone) {
       result.facts.insert(result.facts.end(), each.said.facts.begin(), each.said.facts.end());
+      result.notes.insert(result.notes.end(), each.said.notes.begin() + 2, each.said.notes.end());
       result.notes.insert(result.notes.end(), part.notes.begin(), part.notes.end());
       result.table = std::move(part.table);
       result.data = std::move(part.data);
@@ -229,8 +232,8 @@ void run_forward(const FftOptions& options, const NumberTable& table) {
     }
     const std::string name = each.sequence.name.empty() ? "column " + options.columns[i] : each.sequence.name;
     const std::string heading = name + ": ";
-    if (!options.classic) {
-      result.notes.push_back(heading + each.said.notes[1]);
+    for (std::size_t j = same_digits ? 2 : 1; j < each.said.notes.size(); ++j) {
+      result.notes.push_back(heading + each.said.notes[j]);
     }
     for (const Fact& fact : each.said.facts) {
       result.facts.push_back({fact.name + " " + name, fact.value, fact.count});
@@ -240,6 +243,9 @@ void run_forward(const FftOptions& options, const NumberTable& table) {
     }
     append(result.table, std::move(part.table), name);
     append(result.data, std::move(part.data), name);
+  }
+  if (options.output.format == Format::text) {
+    add_meaning(result, analyses.front().spectrum, options.shown.with_errors);
   }
   result.picture = [&](const std::string& file) {
     std::vector<Panel> panels;

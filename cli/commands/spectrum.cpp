@@ -95,12 +95,16 @@ void add_text_table(Result& result, const Sequence& sequence, const Spectrum& sp
   if (with_errors && !spectrum.errors.empty()) {
     result.table.push_back({"error", brief_cells({spectrum.errors.begin() + std::ptrdiff_t(spectrum.first),
                                                   spectrum.errors.begin() + std::ptrdiff_t(spectrum.last) + 1})});
+  }
+  result.notes.push_back(period_note(sequence, spectrum));
+}
+
+void add_meaning(Result& result, const Spectrum& spectrum, bool with_errors) {
+  if (with_errors && !spectrum.errors.empty()) {
     result.notes.emplace_back("error: so far away is the exact z_k at most");
   }
-  const std::string n = std::to_string(x.size());
-  result.notes.push_back(period_note(sequence, spectrum));
-  result.notes.push_back("z_k = 1/sqrt(N) sum_j x_j exp(-2 pi i j k/N), N = " + n +
-                         "; z_(N-k) is the conjugate of z_k");
+  result.notes.push_back("z_k = 1/sqrt(N) sum_j x_j exp(-2 pi i j k/N), N = " +
+                         std::to_string(spectrum.half_complex.size()) + "; z_(N-k) is the conjugate of z_k");
 }
 
 void add_data(Result& result, const Spectrum& spectrum) {

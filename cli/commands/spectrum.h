@@ -79,6 +79,8 @@ class MagnitudeScale {
 /// For people: k, period, parts and magnitudes, with the highest peaks in a note.
 void add_text_table(Result& result, const Sequence& sequence, const Spectrum& spectrum, const MagnitudeScale& scale,
                     bool with_errors);
+/// What the columns of such tables are, in notes.
+void add_meaning(Result& result, const Spectrum& spectrum, bool with_errors);
 /// For programs: every digit of all N coefficients.
 void add_data(Result& result, const Spectrum& spectrum);
 

@@ -304,9 +304,13 @@ bool NumberTable::holds_numbers(const Column& column) const {
 
 bool NumberTable::is_about_errors(const Column& column) const {
   const std::string& first = columns_.front().name;
-  const bool is_result = first == "k" || first == "i" || first == "sample";
-  const bool is_count = column.name == "count" && find("error") != nullptr;
-  return is_result && (column.name == "error" || column.name.starts_with("error ") || is_count);
+  const bool has_errors = find("error") != nullptr;
+  const auto is_about = [has_errors](const Column& each) {
+    return each.name == "error" || each.name.starts_with("error ") || (each.name == "count" && has_errors);
+  };
+  const bool is_result = (first == "k" || first == "i" || first == "sample") &&
+                         !std::all_of(columns_.begin() + 1, columns_.end(), is_about);
+  return is_result && is_about(column);
 }
 
 const NumberTable::Column& NumberTable::choose(const std::string& name) const {
@@ -348,6 +352,9 @@ std::string NumberTable::described(const Column& column) const {
   if (missing > 0) {
     position += (several ? ", " : "") + std::to_string(missing) +
                 (options_.missing == "drop" ? " missing left out" : " missing interpolated");
+  }
+  if (std::any_of(columns_.begin(), columns_.end(), [this](const Column& each) { return is_about_errors(each); })) {
+    position += ", bounds of errors passed over";
   }
   if (column.name.empty()) {
     return position.empty() ? "" : several ? " of " + position : " (" + position + ")";
@@ -427,12 +434,14 @@ std::vector<T> NumberTable::values(const Column& column, bool (*is_value)(std::s
     // On the straight line from the last number to this one.
     const std::size_t gap = interpolates ? row - known : 0;
     const T next = to_value(cell);
-    constexpr int kMostInterpolated = 10'000;  // digits, where numbers are read with all that they have
-    const tesk2mp::Digits scope(gap == 0 ? QuarnDigits() : std::min(QuarnDigits(), kMostInterpolated));
-    const T last = gap == 0 ? next : values.back();
-    for (std::size_t k = 1; k <= gap; ++k) {
-      const QuarnFloat part = QuarnFloat(k) / QuarnFloat(gap + 1);
-      values.push_back(last + (next - last) * T(part));
+    if (gap > 0) {
+      constexpr int kMostInterpolated = 10'000;  // digits, where numbers are read with all that they have
+      const tesk2mp::Digits scope(std::min(QuarnDigits(), kMostInterpolated));
+      const T last = values.back();
+      for (std::size_t k = 1; k <= gap; ++k) {
+        const QuarnFloat part = QuarnFloat(k) / QuarnFloat(gap + 1);
+        values.push_back(last + (next - last) * T(part));
+      }
     }
     known = row + 1;
     values.push_back(next);

@@ -39,7 +39,7 @@ class NumberTable {
   /// Whether the first cell that is not missing is a number. Throws Failure for what was meant as one.
   bool holds_numbers(const Column& column) const;
   /// Whether it says how true others are, in a table whose first column is "k", "i" or "sample" as results have it:
-  /// "error", "error NAME", and "count" beside those.
+  /// "error", "error NAME", and "count" beside those; where there are no others it is numbers as any.
   bool is_about_errors(const Column& column) const;
   /// The column that was asked for, or when `name` is empty the last one that starts with a number and is not about
   /// errors.

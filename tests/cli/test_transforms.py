@@ -77,10 +77,12 @@ class Transforms(unittest.TestCase):
         self.assertEqual((zeros["real"], zeros["error"]), (["0"] * 3, ["0"] * 3))
         self.assertEqual(run_json("fft", "-", "--digits", "2", stdin="\n".join(map(str, range(149))))["frequency"][74], "0.5")
         two = run_well("fft", "-", "--column", "a", "--column", "b", stdin="a,b\n1,0\n2,1e-30\n4,5\n")
-        self.assertIn("\n# a: 20 digits, all proven", two)
-        self.assertIn("\n# b: 20 digits, all proven", two)
-        self.assertNotIn("error", run_json("fft", "-", stdin="k,value,error\n0,1,9\n1,2,9\n")["unit"])
-        self.assertEqual(run_json("fft", "-", stdin="k,value,error\n0,1,9\n1,3,9\n")["real"][0], "2.8284271247461900976")
+        self.assertEqual([two.count(text) for text in ("\n# 20 digits, all proven", "\n# z_k = ", "\n# a: periods", "\n# b: periods")], [1] * 4)
+        # Bounds of errors are passed over, and said to be, unless there is nothing else.
+        with_errors = "k,value,error\n0,1,9\n1,3,9\n"
+        self.assertEqual(run_json("fft", "-", stdin=with_errors)["real"][0], "2.8284271247461900976")
+        self.assertIn("of 'value' (column 2 of 3, bounds of errors passed over) in", run_well("fft", "-", stdin=with_errors))
+        self.assertIn("of 'error' (column 2 of 2) in", run_well("dct", "-", stdin="k,error\n0,1\n1,3\n"))
         # What the working digits of the data would have lost.
         self.assertEqual(run_json("convolve", self.file("a", "1e30\n1\n-1e30\n"), self.file("b", "1\n1\n1\n"),
                                   "--digits", "2", "--mode", "valid")["value"], ["1"])
@@ -137,6 +139,9 @@ class Transforms(unittest.TestCase):
         # x - mean = -1, 1, -1, 1 by 0, 1/2, 1, 1/2
         windowed = run_json("fft", "-", "--window", "hann", stdin="1\n3\n1\n3\n")
         self.assertEqual(windowed["real"], ["0", "0.5", "-1", "0.5"])
+        # z_0 and z_(N/2) are real, which is no lack of digits.
+        thirds = run_well("fft", "-", "--window", "hann", stdin="1\n0\n1e-30\n.7\n")
+        self.assertNotIn("no more is known", thirds)
 
     def test_notes_and_refusals(self):
         self.assertIn("'t' is not evenly spaced", run_well("fft", "-", stdin="t,x\n0,1\n1,2\n3,4\n"))
