@@ -21,8 +21,8 @@ namespace {
 struct SparseOptions {
   std::string matrix;
   TableOptions table;
-  std::string duplicates = "sum";
-  std::string zeros = "keep";
+  std::string duplicates;  // empty: sum
+  std::string zeros;       // empty: keep
   bool expand = false;
   FactorOptions factors;
   OutputOptions output;
@@ -166,7 +166,26 @@ std::string magnitudes(const std::vector<Complex>& values) {
   return most == 0 ? "all entries are zero" : "magnitudes from " + brief(least) + " to " + brief(most);
 }
 
-void run_sparse(const SparseOptions& options) {
+/// Factors are of the matrix whose duplicates are summed, and only incomplete ones leave fill away.
+void require_options_that_count(const SparseOptions& options) {
+  const std::string& kind = options.factors.kind;
+  if (kind.empty()) {
+    if (options.factors.has_fill() || !options.factors.permutation.empty()) {
+      throw bad_input("--fill, --drop and --permutation are for --factors");
+    }
+  } else if (!options.duplicates.empty() || !options.zeros.empty() || options.expand) {
+    throw bad_input("--dup, --zero and --expand do not go with --factors: they are of the sum of all entries");
+  } else if (options.factors.has_fill() && (kind == "lu" || kind == "cholesky")) {
+    throw bad_input("--fill and --drop are for --factors ilu and ic: " + kind + " has all its fill");
+  } else if (options.factors.fill >= 0 && !options.factors.drop.empty()) {
+    throw bad_input("--fill and --drop exclude each other");
+  }
+}
+
+void run_sparse(SparseOptions options) {
+  require_options_that_count(options);
+  options.duplicates = options.duplicates.empty() ? "sum" : options.duplicates;
+  options.zeros = options.zeros.empty() ? "keep" : options.zeros;
   if (!options.factors.kind.empty()) {
     return deliver(factors_of(read_matrix(options.matrix, options.table), options.factors), options.output);
   }
@@ -220,12 +239,13 @@ Duplicates are merged before zeros are looked at. Of a symmetric matrix the lowe
 triangle is kept, unless --expand is given. The picture shows both triangles.
 
 Of factors the result has U and L without its unit diagonal in one matrix, of cholesky and ic L
-and the diagonal D of L D L^H, rows and columns in the order of the factors. The picture shows
-the matrix and its factors side by side.
+and the diagonal D of L D L^H, rows and columns in the order of the factors, which --permutation writes:
+row i of the product is the row of the matrix that stands there, column i the column. The picture
+shows the matrix and its factors side by side.
 
 Examples:
   quarn sparse examples/west0067.mtx --plot west0067.svg
-  quarn sparse examples/bcsstk01.mtx --factors cholesky --plot fill.svg
+  quarn sparse examples/bcsstk01.mtx --factors cholesky --permutation order.csv --plot fill.svg
   quarn sparse matrix.mtx --dup fail --zero remove --output canonical.mtx
   quarn sparse - --expand --format json < examples/bcsstk01.mtx)";
 
@@ -244,6 +264,8 @@ void declare_sparse(Command& command) {
                  "ilu, ic: level of the fill that is kept (default 0)");
   command.text("--drop", "T", options->factors.drop,
                "ilu, ic: keep fill of any level that is larger than T times its row");
+  command.text("--permutation", "FILE", options->factors.permutation,
+               "write which rows and columns of the matrix those of the factors are (.csv, .json or .txt)");
   command.add_digits();
   add_output_options(command, options->output, Forms::matrix);
   add_plot_option(command, options->output);

@@ -1,6 +1,7 @@
 """sparse: canonical forms against a dictionary of exact fractions, in every written form."""
 
 import itertools
+import json
 import os
 import random
 import resource
@@ -148,6 +149,35 @@ class Sparse(unittest.TestCase):
             self.assertEqual((done.returncode, done.stderr), (2, f"quarn: standard input: --factors {kind} is for symmetric and Hermitian matrices\n"))
         done = run("sparse", "-", "--factors", "lu", stdin="%%MatrixMarket matrix coordinate real general\n2 3 1\n1 1 1\n")
         self.assertEqual((done.returncode, done.stderr), (2, "quarn: standard input: 2 by 3, but --factors needs a square matrix\n"))
+        # P A Q = L U and P A P^T = L D L^T by the orders that are written, of a matrix whose entries come in two parts.
+        parts = {(i, j): Fraction(x) for i, j, x in ((1, 3, 2), (1, 1, 1), (2, 2, 5), (3, 1, 2), (4, 2, 1), (2, 4, 1), (4, 4, 3), (3, 3, 9))}
+        text = "".join(f"{i} {j} {float(x / 2)}\n" for i, j, x in ((*place, x) for place, x in parts.items()) for _ in range(2))
+        for kind in ("lu", "cholesky", "ilu", "ic"):
+            done = run("sparse", "-", "--factors", kind, "--permutation", self.written + ".json", "--format", "csv", "--plot", self.written + ".svg",
+                       stdin=f"{HEAD}real general\n4 4 16\n{text}")
+            self.assertEqual((done.returncode, done.stderr), (0, ""))
+            found = {(int(i), int(j)): Fraction(x) for i, j, x in (line.split(",") for line in done.stdout.split()[1:])}
+            upper = {(i, j): x for (i, j), x in found.items() if i <= j} if kind.endswith("lu") else {
+                (i, j): found[i, i] * (1 if i == j else found[j, i]) for i in range(1, 5) for j in range(i, 5) if (j, i) in found}
+            lower = {**{(i, j): x for (i, j), x in found.items() if i > j}, **{(i, i): 1 for i in range(1, 5)}}
+            with open(self.written + ".json", encoding="utf-8") as stream:
+                order = json.load(stream)
+            for i, j in itertools.product(range(1, 5), repeat=2):
+                product = sum(lower.get((i, k), 0) * upper.get((k, j), 0) for k in range(1, 5))
+                place = (order["row"][i - 1], order["column"][j - 1])
+                self.assertLess(abs(product - parts.get(place, 0)), Fraction(1, 10 ** 18), kind)
+            with open(self.written + ".svg", encoding="utf-8") as stream:
+                self.assertIn(": 8 entries", stream.read())  # each place once
+        for options, complaint in ((["lu", "--dup", "sum"], "--dup, --zero and --expand do not go with --factors"),
+                                   (["ilu", "--zero", "keep"], "--dup, --zero and --expand do not go with --factors"),
+                                   (["ic", "--expand"], "--dup, --zero and --expand do not go with --factors"),
+                                   (["lu", "--fill", "0"], "lu has all its fill"), (["cholesky", "--drop", "1"], "cholesky has all its fill"),
+                                   (["ilu", "--fill", "1", "--drop", "1"], "exclude each other"),
+                                   (["", "--fill", "1"], "are for --factors"), (["", "--drop", "1"], "are for --factors"),
+                                   (["", "--permutation", "p.csv"], "are for --factors")):
+            done = run("sparse", "-", *(["--factors"] if options[0] else []), *filter(None, options), stdin=f"{HEAD}real {general}")
+            self.assertEqual((done.returncode, done.stdout), (2, ""), options)
+            self.assertIn(complaint, done.stderr)
         text = run_well("sparse", os.path.join(DATA, "bcsstk01.mtx"), "--factors", "cholesky", "--plot", "-")
         self.assertIn("bcsstk01.mtx: 400 entries", text)
         self.assertIn("cholesky, L: 493 entries", text)
