@@ -51,7 +51,7 @@ Result started(const RankOptions& options, const std::string& title, const Dense
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
   add_estimate(options.proof, estimate, routine, result);
   const std::string rank = std::to_string(*estimate.choice);
-  result.notes[1] += "; rank " + rank;
+  result.notes[1] += "; rank " + rank + " by the tolerance " + brief(tolerance_of(options, matrix));
   result.facts.push_back({"rank", rank, true});
   return result;
 }
@@ -106,7 +106,10 @@ void solve(const RankOptions& options, const DenseMatrix& matrix, const DenseMat
   Result result;
   tesk2mp::Matrix<T> x;
   std::vector<QuarnFloat> errors;
-  std::string why_not;
+  std::string why_not = !options.tolerance.empty() ? "not proven: --tolerance decides about the rank"
+                        : a.rows() < a.columns()
+                            ? "not proven: of a matrix with fewer rows than columns the shortest solution has no proof"
+                            : "";
   bool is_proven = false;
   if (options.proof.insisted && (a.rows() < a.columns() || !options.tolerance.empty())) {
     throw bad_input("--proven is for matrices with as many rows as columns or more, without --tolerance");
@@ -130,7 +133,7 @@ void solve(const RankOptions& options, const DenseMatrix& matrix, const DenseMat
     });
     x = matrix_of(estimated_values(options.proof, estimate.numbers), a.columns());
     result = started(options, title, matrix, estimate);
-    if (!why_not.empty()) {
+    if (!why_not.empty() && options.proof.wanted()) {
       result.notes.push_back(why_not);
     }
   }

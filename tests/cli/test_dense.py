@@ -169,6 +169,10 @@ class Dense(unittest.TestCase):
                 solution = self.run_on("lstsq", a, "--rhs", file.name)
                 x = numbers(solution)
                 self.assertEqual(solution["rank"], rank)
+                said = run_well("lstsq", "-", "--rhs", file.name, stdin=text_of(a))
+                self.assertEqual("rank 3, proven" in said, rank == n)
+                self.assertEqual(f"; rank {rank} by the tolerance {max(m, n)}e-19\n" in said, rank < n)
+                self.assertEqual("not proven: of a matrix with fewer rows than columns" in said, m < n)
                 residual = [[p[0] - q[0]] for p, q in zip(product(a, x), b, strict=True)]
                 size = max(abs(entry) for row in a for entry in row)
                 for row in product(transposed(a), residual):
