@@ -196,6 +196,12 @@ std::string y_range_of(const std::vector<Chart>& charts) {
          text_of(std::floor(FloatToDouble(*most)) + 1) + "]\n";
 }
 
+/// The same name has the same colour in all charts.
+std::string color_of(const std::string& name, const std::vector<std::string>& names) {
+  const auto place = std::size_t(std::find(names.begin(), names.end(), name) - names.begin());
+  return std::string(" linecolor rgb '") + kSeriesColors[place % std::size(kSeriesColors)] + "'";
+}
+
 void add_chart(std::string& script, const Chart& chart, Size size, const std::vector<std::string>& names) {
   script += "set grid linecolor rgb '#dddddd' linetype 1\n";
   script +=
@@ -205,15 +211,14 @@ void add_chart(std::string& script, const Chart& chart, Size size, const std::ve
   for (std::size_t i = 0; i < chart.series.size(); ++i) {
     const Chart::Series& series = chart.series[i];
     const std::string name = "$series" + std::to_string(i);
-    const auto color = std::size_t(std::find(names.begin(), names.end(), series.name) - names.begin());
     const Points points = points_of(series.x, series.exponent, true, std::size_t(size.width), std::size_t(size.height));
     const bool single = points.size() == 1;  // which a line would not show
     script += name + " << EOD\n";
     add_points(script, points);
     script += "EOD\n";
     plots += (i == 0 ? "plot " : ", ") + (points.size() == 0 ? "NaN" : name + " using 1:2") + " with " +
-             (single ? "points pointtype 7 pointsize 0.6" : "lines linewidth 1.6") + " linecolor rgb '" +
-             kSeriesColors[color % std::size(kSeriesColors)] + "' title " + quoted(series.name);
+             (single ? "points pointtype 7 pointsize 0.6" : "lines linewidth 1.6") + color_of(series.name, names) +
+             " title " + quoted(series.name);
   }
   script += plots + "\n";
 }
@@ -259,7 +264,7 @@ void draw(const Chart& chart, const std::string& file) {
     return print(chart);
   }
   std::string script = picture_of(file, kWidth, kChartHeight);
-  script += "set key top right noenhanced\n" + title_of(chart.title, kWidth);
+  script += "set key outside right top vertical noenhanced samplen 2\n" + title_of(chart.title, kWidth);
   add_chart(script, chart, {kWidth, kChartHeight}, names_of({chart}));
   run_gnuplot(script, file);
 }
@@ -270,6 +275,7 @@ void draw(const std::string& title, const std::vector<Chart>& charts, const std:
   }
   constexpr std::size_t kMostColumns = 3;
   constexpr int kTitleHeight = 50;
+  constexpr int kLegendHeight = 50;
   constexpr Size kEach = {480, 400};
   // As many columns as rows, or one more.
   std::size_t columns = 1;
@@ -278,9 +284,9 @@ void draw(const std::string& title, const std::vector<Chart>& charts, const std:
   }
   const std::size_t rows = (charts.size() - 1) / columns + 1;
   const int width = kEach.width * int(columns);
-  const int height = kEach.height * int(rows) + kTitleHeight;
+  const int height = kEach.height * int(rows) + kTitleHeight + kLegendHeight;
   std::string script = picture_of(file, width, height);
-  script += "set multiplot\nset key top right noenhanced font ',9' samplen 2\n";
+  script += "set multiplot\nunset key\n";
   script += y_range_of(charts);
   const std::vector<std::string> names = names_of(charts);
   for (std::size_t i = 0; i < charts.size(); ++i) {
@@ -289,13 +295,18 @@ void draw(const std::string& title, const std::vector<Chart>& charts, const std:
     const double part = double(kEach.height) / height;
     char place[160];
     std::snprintf(place, sizeof place, "set size %.6f, %.6f\nset origin %.6f, %.6f\n", 1.0 / double(columns), part,
-                  double(column) / double(columns), double(rows - 1 - row) * part);
+                  double(column) / double(columns), double(rows - 1 - row) * part + double(kLegendHeight) / height);
     script += place + title_of(charts[i].title, kEach.width);
     add_chart(script, charts[i], kEach, names);
   }
-  // The title of all stands over an empty diagram.
-  script += "set size 1, 1\nset origin 0, 0\nunset border\nunset tics\nunset xlabel\nunset ylabel\nunset key\n";
-  script += "unset grid\nset xrange [0:1]\nset yrange [0:1]\n" + title_of(title, width) + "plot NaN\n";
+  // The title of all stands over an empty diagram, and one legend below it.
+  script += "set size 1, 1\nset origin 0, 0\nunset border\nunset tics\nunset xlabel\nunset ylabel\n";
+  script += "set key at screen 0.5, screen 0.005 center bottom horizontal maxrows 2 noenhanced samplen 2\n";
+  script += "unset grid\nset xrange [0:1]\nset yrange [0:1]\n" + title_of(title, width) + "plot NaN notitle";
+  for (const std::string& name : names) {
+    script += ", NaN with lines linewidth 1.6" + color_of(name, names) + " title " + quoted(name);
+  }
+  script += "\n";
   run_gnuplot(script + "unset multiplot\n", file);
 }
 
