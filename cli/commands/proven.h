@@ -29,6 +29,9 @@ struct ProofOptions {
     if (insisted && once != 0) {
       throw bad_input("--proven and --working-digits exclude each other");
     }
+    if (errors && once != 0) {
+      throw bad_input("--error shows the bounds of a proof, and --working-digits makes none");
+    }
     if (!wanted()) {
       QuarnSetDigits(int(once));
     }

@@ -197,9 +197,7 @@ Result one_result(const LinearSystem& system, const Solution& solution, const So
   return result;
 }
 
-bool compares(const SolveOptions& options) {
-  return options.method == "all" || (options.iterative.precon == "all" && options.method != "direct");
-}
+bool compares(const SolveOptions& options) { return options.method == "all" || options.iterative.precon == "all"; }
 
 Result comparison(const LinearSystem& system, const std::vector<Solution>& solutions, const SolveOptions& options) {
   Result result;
@@ -277,6 +275,10 @@ std::vector<Solution> all_solutions(const LinearSystem& system, const SolveOptio
 void run_solve(SolveOptions options) {
   if (options.proof.insisted && (!options.history.empty() || !options.output.picture.empty())) {
     throw bad_input("--proven and --certificate have no course of the residual: without --history and --plot");
+  }
+  if (options.iterative.precon != "none" && (options.proof.insisted || options.method == "direct")) {
+    throw bad_input("--precon is for iterative methods: not with " +
+                    std::string(options.proof.insisted ? "--proven and --certificate" : "--method direct"));
   }
   if (compares(options) && options.output.format == Format::mtx) {
     throw bad_input(std::string(options.method == "all" ? "--method" : "--precon") +
