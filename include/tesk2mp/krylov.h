@@ -216,18 +216,18 @@ TESK2MP_API void QuarnMPX_zsvds_(const char* which, Integer m, Integer n, Intege
 /// @param[out] istop 1: rnorm <= BTOL norm(b) + ATOL anorm norm(x), A x = b is solved; 2: arnorm <= ATOL anorm rnorm,
 ///     the least squares problem is solved; both but for the rounding of X: 30 units of the last place of anorm
 ///     norm(x), times anorm with 2; 3: CONLIM is reached; 7: MOST is reached, or X as returned satisfies neither
-/// @param[out] info 0; -j when argument j is illegal; 1 with ISTOP 7, X being the last iterate; 2 when a product is not
-///     finite
+/// @param[out] info 0; -j when argument j is illegal; 1 with ISTOP 7; 2 when a product is not finite
 ///
 /// @par Failures
 /// Illegal: m < 1 (-1), n < 1 (-2), product null (-3), damp (-6), atol (-7), btol (-8), conlim (-9), most < 1 (-10).
 /// With these, with 2, and when storage runs out or PRODUCT throws, nothing is written.
 ///
 /// @par Method
-/// Golub-Kahan bidiagonalisation, of which each step makes arnorm smaller, with a few digits more than asked for, and a
-/// tenth of the tolerances, or 10 units of these digits. Where the norms of X as returned are larger than they should
-/// be, again with twice the digits. An ill-conditioned A takes more iterations than
-/// it has columns, and fewer with more digits.
+/// Golub-Kahan bidiagonalisation, of which each step makes arnorm smaller, with a few digits more than asked for, until
+/// its estimates of the norms are what the tolerances ask for. The norms of X as returned are formed then, by two
+/// products. Where these are a little larger than they should be the iteration goes on; where they are more than twice
+/// the estimates it begins again, once, with twice the digits. Of what did not converge the X with the least arnorm
+/// is returned. An ill-conditioned A takes more iterations than it has columns, and fewer with more digits.
 ///
 /// @par Accuracy
 /// The two norms are those of X as returned, to the last digits.
@@ -237,7 +237,7 @@ TESK2MP_API void QuarnMPX_zsvds_(const char* which, Integer m, Integer n, Intege
 /// (2011).
 ///
 /// @par Cost
-/// Two products, and 2 M + 8 N multiply-adds, for each iteration; storage of 2 M + 6 N numbers.
+/// Two products, and 3 M + 7 N multiply-adds, for each iteration; storage of 2 M + 6 N numbers.
 /// @{
 TESK2MP_API void QuarnMPX_dlsmr_(Integer m, Integer n, QuarnRealOperator product, void* context, const QuarnFloat* b,
                                  QuarnFloat damp, QuarnFloat atol, QuarnFloat btol, QuarnFloat conlim, Integer most,

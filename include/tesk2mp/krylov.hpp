@@ -110,12 +110,13 @@ struct OperatorContext {
   }
 };
 
-inline Integer most_products(Integer given, std::size_t n) {
-  constexpr Integer kLargest = std::numeric_limits<Integer>::max();
-  return given != 0                       ? given
-         : n > std::size_t(kLargest) / 20 ? kLargest
-                                          : count_of(std::max<std::size_t>(10000, 20 * n));
+/// A limit that was given, or where it is 0 so many times n, no less than `least` and no more than an Integer holds.
+inline Integer limit_of(Integer given, std::size_t n, std::size_t times, std::size_t least) {
+  constexpr std::size_t kLargest = std::numeric_limits<Integer>::max();
+  return given != 0 ? given : n > kLargest / times ? Integer(kLargest) : Integer(std::max(least, times * n));
 }
+inline Integer most_products(Integer given, std::size_t n) { return limit_of(given, n, 20, 10'000); }
+inline Integer most_iterations(Integer given, std::size_t n) { return limit_of(given, n, 10, 1000); }
 
 template <class Options>
 void require_krylov(const char* routine, std::size_t n, std::size_t k, const Options& options, bool can_solve) {
@@ -402,7 +403,6 @@ LsmrSolution<T> lsmr(std::size_t columns, const std::type_identity_t<Product<T>>
   const std::size_t rows = b.size();
   detail::require(rows >= 1 && columns >= 1, routine, rows < 1 ? 1 : 2, "a matrix of ", rows, " by ", columns);
   detail::OperatorContext<T> context{rows, columns, product, adjoint, {}};
-  const std::size_t usual = std::max<std::size_t>(1000, 10 * std::min(rows, columns));
   LsmrSolution<T> solution;
   solution.x.resize(columns);
   Integer stop = 1;
@@ -410,7 +410,7 @@ LsmrSolution<T> lsmr(std::size_t columns, const std::type_identity_t<Product<T>>
   detail::pick<T>(QuarnMPX_dlsmr_, QuarnMPX_zlsmr_)(
       detail::count_of(rows), detail::count_of(columns), detail::OperatorContext<T>::form, &context, b.data(),
       options.damp, options.atol, options.btol, options.largest_condition,
-      options.most_iterations != 0 ? options.most_iterations : detail::count_of(usual), solution.x.data(),
+      detail::most_iterations(options.most_iterations, std::min(rows, columns)), solution.x.data(),
       &solution.residual_norm, &solution.gradient_norm, &solution.matrix_norm, &solution.condition,
       &solution.iterations, &stop, &info);
   detail::require(info >= 0, routine, -info,

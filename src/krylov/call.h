@@ -55,15 +55,19 @@ inline bool is_option(const char* given, std::string_view letters) {
   return capital(given[0]) == letters[0] && capital(given[1]) == letters[1];
 }
 
-/// To work with a tenth of, so that the sum of what is left out stays below.
-inline QuarnFloat usual_tolerance(const QuarnFloat& tol) {
-  return (tol == 0 ? std::min(epsilon(), QuarnFloat(1, -8)) : tol) / 10;
+inline bool is_tolerance(const QuarnFloat& tol) { return tol >= 0 && tol < 1; }
+
+/// What a tolerance asks for.
+inline QuarnFloat asked_tolerance(const QuarnFloat& tol) {
+  return tol == 0 ? std::min(epsilon(), QuarnFloat(1, -8)) : tol;
 }
+/// To work with a tenth of, so that the sum of what is left out stays below.
+inline QuarnFloat usual_tolerance(const QuarnFloat& tol) { return asked_tolerance(tol) / 10; }
 
 /// Whether a residual is what the iteration was asked for and the roundings of what is returned leave, beside the norm.
 inline bool is_small(const QuarnFloat& rest, const QuarnFloat& tol, const QuarnFloat& norm) {
   constexpr int kUnits = 30;  // two roundings of all elements are 10 of them
-  return rest <= (10 * usual_tolerance(tol) + kUnits * epsilon()) * norm;
+  return rest <= (asked_tolerance(tol) + kUnits * epsilon()) * norm;
 }
 
 /// Columns of n rows that go to the caller, `step` apart, if `to` is not null.
@@ -152,7 +156,7 @@ struct EigenArguments {
                               {sigma != nullptr && !is_finite(*sigma), 4},
                               {product == nullptr, 5},
                               {!is_basis(n, k, ncv), 7},
-                              {!(tol >= 0 && tol < 1), 8},
+                              {!is_tolerance(tol), 8},
                               {most < 1, 9},
                               {!is_start(n, v0), 10},
                               {ldz < n, 13}});

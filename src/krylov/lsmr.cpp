@@ -1,6 +1,7 @@
 // Least squares of large matrices: D. C.-L. Fong, M. Saunders, LSMR: An iterative algorithm for sparse least-squares
 // problems, SIAM J. Sci. Comput. 33 (2011). The letters are those of the paper; a hat stands for the rotation that the
 // damping takes, a bar for the second one of each step, a tilde for the estimate of the residual.
+#include <optional>
 #include <vector>
 
 #include "quarn/quarnthread.h"
@@ -35,28 +36,21 @@ class Lsmr {
         hbar_(v_.size()),
         x_(v_.size()) {}
 
-  LsmrEnd run(const LsmrTolerances& tolerances, Integer most) {
-    QuarnFloat beta = normalise(u_);
-    multiply_(kAdjointProduct, u_.data(), v_.data());
-    alpha_ = normalise(v_);
-    if (!isfinite(beta) || !isfinite(alpha_)) {
+  /// From where it was, until the norms, as the recurrence knows them, are what is asked for; `most` iterations in all.
+  LsmrEnd go_on(const LsmrTolerances& asked, Integer most) {
+    if (iterations_ == 0 && !begin()) {
       return LsmrEnd::failed;
     }
-    set_units(beta);
-    const QuarnFloat size_of_b = beta;
-    h_ = v_;
-    squared_norm_ = alpha_ * alpha_;
-    alphabar_ = alpha_;
-    zetabar_ = alpha_ * beta;
-    betadd_ = beta;
-    residual_ = beta;
-    QuarnFloat length;
+    // Below its roundings the recurrence would not end.
+    const QuarnFloat least = 10 * epsilon();
+    const QuarnFloat atol = std::max(asked.a, least);
+    const QuarnFloat btol = std::max(asked.b, least);
     while (zetabar_ != 0) {
       QuarnCheckInterrupt();
       if (iterations_ == most) {
         return LsmrEnd::exhausted;
       }
-      beta = bidiagonalise();
+      const QuarnFloat beta = bidiagonalise();
       if (!isfinite(beta) || !isfinite(alpha_)) {
         return LsmrEnd::failed;
       }
@@ -65,32 +59,39 @@ class Lsmr {
       if (!isfinite(zetabar_) || !isfinite(residual_)) {
         return LsmrEnd::failed;
       }
-      length = length_of(n_, view(x_));
-      const QuarnFloat gradient = fabs(zetabar_);
-      if (residual_ <= tolerances.b * size_of_b + tolerances.a * own_norm() * length) {
+      const QuarnFloat norm = own_norm();
+      if (residual_ <= btol * size_of_b_ + atol * norm * length_of(n_, view(x_))) {
         return LsmrEnd::solved;
       }
-      if (gradient <= tolerances.a * own_norm() * residual_) {
+      if (fabs(zetabar_) <= atol * norm * residual_) {
         return LsmrEnd::least_squares;
       }
-      if (tolerances.condition != 0 && condition() >= tolerances.condition) {
+      if (asked.condition != 0 && condition() >= asked.condition) {
         return LsmrEnd::ill_conditioned;
       }
     }
     return residual_ == 0 ? LsmrEnd::solved : LsmrEnd::least_squares;
   }
 
-  std::vector<T> take_x() {
+  std::vector<T> x() const {
+    std::vector<T> x = x_;
     const QuarnFloat back = unit_of_a_ / unit_of_b_;
     if (back != 1) {
-      scale(n_, back, view(x_));
+      scale(n_, back, view(x));
     }
-    return std::move(x_);
+    return x;
   }
   Integer iterations() const { return iterations_; }
+  /// Nothing is left to be done.
+  bool is_at_end() const { return zetabar_ == 0; }
+  /// As the recurrence knows them: of the residual, and of its product with the adjoint.
+  QuarnFloat residual() const { return residual_ / unit_of_b_; }
+  QuarnFloat gradient() const { return fabs(zetabar_) / unit_of_a_ / unit_of_b_; }
   /// Estimates, from below, for A with the damping below it.
   QuarnFloat norm() const { return own_norm() / unit_of_a_; }
-  QuarnFloat condition() const { return iterations_ == 0 ? QuarnFloat(1) : largest_rho_ / smallest_rho_; }
+  QuarnFloat condition() const {
+    return iterations_ < 2 ? QuarnFloat(1) : std::max(largest_rho_, last_rho_) / std::min(smallest_rho_, last_rho_);
+  }
 
  private:
   static OneBasedVector<T> view(std::vector<T>& x) { return {x.data(), 1}; }
@@ -102,6 +103,25 @@ class Lsmr {
     return size;
   }
   QuarnFloat own_norm() const { return sqrt(squared_norm_); }
+
+  /// The first u and v; false: not finite.
+  bool begin() {
+    QuarnFloat beta = normalise(u_);
+    multiply_(kAdjointProduct, u_.data(), v_.data());
+    alpha_ = normalise(v_);
+    if (!isfinite(beta) || !isfinite(alpha_)) {
+      return false;
+    }
+    set_units(beta);
+    h_ = v_;
+    squared_norm_ = alpha_ * alpha_;
+    alphabar_ = alpha_;
+    zetabar_ = alpha_ * beta;
+    betadd_ = beta;
+    residual_ = beta;
+    size_of_b_ = std::move(beta);
+    return true;
+  }
 
   /// Far from 1 the numbers of the recurrence, which are squared, are those of A and b times powers of ten.
   void set_units(QuarnFloat& beta) {
@@ -132,16 +152,22 @@ class Lsmr {
     return normalise(target);
   }
 
-  /// The next u, v and alpha; returns beta.
+  /// The next u, v and alpha; returns beta. What is left of a vector may be rounding, which would count as a column.
   QuarnFloat bidiagonalise() {
+    const QuarnFloat noise = 10 * epsilon() * own_norm();
     std::vector<T> image(u_.size());
     multiply(kProduct, v_, image);
     QuarnFloat beta = advance(u_, image, alpha_);
-    image.assign(v_.size(), T());
-    if (beta > 0) {
-      multiply(kAdjointProduct, u_, image);
+    if (beta <= noise) {
+      alpha_ = 0;
+      return {};
     }
+    image.assign(v_.size(), T());
+    multiply(kAdjointProduct, u_, image);
     alpha_ = advance(v_, image, beta);
+    if (alpha_ <= noise) {
+      alpha_ = 0;
+    }
     return beta;
   }
 
@@ -181,11 +207,13 @@ class Lsmr {
     }
 
     estimate_residual({chat, shat, c, s}, zeta_before, thetabar);
-    squared_norm_ += beta * beta;
-    const bool first = iterations_ == 1;
-    largest_rho_ = first ? turned : std::max(largest_rho_, rhobar_before);
-    smallest_rho_ = first ? turned : iterations_ == 2 ? rhobar_before : std::min(smallest_rho_, rhobar_before);
-    squared_norm_ += alpha_ * alpha_ + (first ? damp_ * damp_ : QuarnFloat());
+    squared_norm_ += beta * beta + alpha_ * alpha_ + damp_ * damp_;
+    // The diagonal of the triangle: of its last element the second rotation takes something with the next column.
+    if (iterations_ > 1) {
+      largest_rho_ = std::max(largest_rho_, rhobar_before);
+      smallest_rho_ = iterations_ == 2 ? rhobar_before : std::min(smallest_rho_, rhobar_before);
+    }
+    last_rho_ = turned;
   }
 
   struct Rotations {
@@ -225,12 +253,13 @@ class Lsmr {
   QuarnFloat alpha_, alphabar_, zetabar_, zeta_, sbar_, betadd_, betadot_, tautilde_, thetatilde_, damped_;
   QuarnFloat unit_of_a_ = 1, unit_of_b_ = 1;
   QuarnFloat rho_ = 1, rhobar_ = 1, cbar_ = 1, rhodot_ = 1;
-  QuarnFloat squared_norm_, largest_rho_, smallest_rho_, residual_;
+  QuarnFloat size_of_b_, squared_norm_, largest_rho_, smallest_rho_, last_rho_, residual_;
   Integer iterations_ = 0;
 };
 
+/// What the entries are given, and where their results go.
 template <class T>
-struct LsmrCall {
+struct LsmrArguments {
   Integer m;
   Integer n;
   Operator<T> product;
@@ -241,6 +270,9 @@ struct LsmrCall {
   QuarnFloat btol;
   QuarnFloat conlim;
   Integer most;
+};
+template <class T>
+struct LsmrResults {
   T* x;
   QuarnFloat* rnorm;
   QuarnFloat* arnorm;
@@ -248,61 +280,34 @@ struct LsmrCall {
   QuarnFloat* acond;
   Integer* itn;
   Integer* istop;
+};
 
-  Integer solve() const {
-    const auto is_tolerance = [](const QuarnFloat& tol) { return tol >= 0 && tol < 1; };
-    const Integer wrong = first_wrong({{m < 1, 1},
-                                       {n < 1, 2},
-                                       {product == nullptr, 3},
-                                       {!(damp >= 0) || !isfinite(damp), 6},
-                                       {!is_tolerance(atol), 7},
-                                       {!is_tolerance(btol), 8},
-                                       {!(conlim >= 0), 9},
-                                       {most < 1, 10}});
-    if (wrong != 0) {
+template <class T>
+class LsmrCall {
+ public:
+  explicit LsmrCall(LsmrArguments<T> given) : given_(std::move(given)) {}
+
+  /// Returns INFO.
+  Integer solve(const LsmrResults<T>& results) {
+    if (const Integer wrong = first_wrong_argument(); wrong != 0) {
       return -wrong;
     }
-    const typename Lsmr<T>::Multiply multiply = [this](Integer what, const T* from, T* to) {
-      product(context, what, from, to);
-    };
-    std::vector<T> best;
-    LsmrEnd end = LsmrEnd::failed;
-    QuarnFloat norms[4];
-    Integer iterations = 0;
-    // When roundings have taken the recurrence away from the true residual, it begins again with twice the digits.
-    int digits = guarded_digits(std::max(m, n));
-    for (int tries = 1;; ++tries, digits *= 2) {
-      {
-        const WorkingDigits more(digits);
-        Lsmr<T> iteration(m, n, multiply, b, damp);
-        end = iteration.run(tolerances(), most - iterations);
-        best = iteration.take_x();
-        norms[2] = iteration.norm();
-        norms[3] = iteration.condition();
-        iterations += iteration.iterations();
-      }
-      round_elements<T>(n, 1, {best.data(), n});
-      if (end == LsmrEnd::failed || !find_norms(best, norms[0], norms[1])) {
-        return 2;
-      }
-      if (holds(end, best, norms)) {
-        break;
-      }
-      if (tries == kMostTries) {
-        end = LsmrEnd::exhausted;
-        break;
-      }
+    asked_ = {asked_tolerance(given_.atol), asked_tolerance(given_.btol), given_.conlim};
+    digits_ = guarded_digits(std::max(given_.m, given_.n));
+    const LsmrEnd end = iterate();
+    if (end == LsmrEnd::failed) {
+      return 2;
     }
-    for (QuarnFloat& norm : norms) {
-      norm *= 1;
-    }
-    std::move(best.begin(), best.end(), x);
-    *rnorm = std::move(norms[0]);
-    *arnorm = std::move(norms[1]);
-    *anorm = std::move(norms[2]);
-    *acond = std::move(norms[3]);
-    *itn = iterations;
-    *istop = end == LsmrEnd::solved ? 1 : end == LsmrEnd::least_squares ? 2 : end == LsmrEnd::ill_conditioned ? 3 : 7;
+    std::move(best_.x.begin(), best_.x.end(), results.x);
+    *results.rnorm = std::move(best_.residual);
+    *results.arnorm = std::move(best_.gradient);
+    *results.anorm = std::move(best_.norm);
+    *results.acond = std::move(best_.condition);
+    *results.itn = iterations_;
+    *results.istop = end == LsmrEnd::solved            ? 1
+                     : end == LsmrEnd::least_squares   ? 2
+                     : end == LsmrEnd::ill_conditioned ? 3
+                                                       : 7;
     return end == LsmrEnd::exhausted ? 1 : 0;
   }
 
@@ -310,45 +315,121 @@ struct LsmrCall {
   static constexpr int kMostTries = 2;
   static constexpr int kUnits = 30;
 
-  /// For the recurrence; below its roundings it would not end.
-  LsmrTolerances tolerances() const {
-    const QuarnFloat least = 10 * epsilon();
-    return {std::max(usual_tolerance(atol), least), std::max(usual_tolerance(btol), least), conlim};
+  /// An x, and norms that belong to it.
+  struct Candidate {
+    std::vector<T> x;
+    QuarnFloat residual;
+    QuarnFloat gradient;
+    QuarnFloat norm;
+    QuarnFloat condition;
+  };
+
+  Integer first_wrong_argument() const {
+    return first_wrong({{given_.m < 1, 1},
+                        {given_.n < 1, 2},
+                        {given_.product == nullptr, 3},
+                        {!(given_.damp >= 0) || !isfinite(given_.damp), 6},
+                        {!is_tolerance(given_.atol), 7},
+                        {!is_tolerance(given_.btol), 8},
+                        {!(given_.conlim >= 0), 9},
+                        {given_.most < 1, 10}});
   }
 
-  /// Whether norms, as find_norms() finds them, are as the end says, but for roundings of x.
-  bool holds(LsmrEnd end, std::vector<T>& at, const QuarnFloat (&norms)[4]) const {
+  /// Where the norms of x as it is are a little larger than they may be, the iteration goes on. Where roundings have
+  /// taken the recurrence away from the true residual, it begins again with twice the digits.
+  LsmrEnd iterate() {
+    const typename Lsmr<T>::Multiply multiply = [this](Integer what, const T* from, T* to) {
+      given_.product(given_.context, what, from, to);
+    };
+    for (int tries = 1, digits = digits_;; ++tries, digits *= 2) {
+      std::optional<Lsmr<T>> iteration;
+      // An estimate that is just small enough is seldom of a norm that is.
+      LsmrTolerances internal = {asked_.a * QuarnFloat(99, -2), asked_.b * QuarnFloat(99, -2), asked_.condition};
+      const Integer before = iterations_;
+      for (bool parted = false; !parted;) {
+        Candidate now;
+        LsmrEnd end = LsmrEnd::failed;
+        QuarnFloat residual;
+        QuarnFloat gradient;
+        {
+          const WorkingDigits more(digits);
+          if (!iteration) {
+            iteration.emplace(given_.m, given_.n, multiply, given_.b, given_.damp);
+          }
+          end = iteration->go_on(internal, given_.most - before);
+          now = {iteration->x(), {}, {}, iteration->norm(), iteration->condition()};
+          residual = iteration->residual();
+          gradient = iteration->gradient();
+        }
+        iterations_ = before + iteration->iterations();
+        round_elements<T>(given_.n, 1, {now.x.data(), given_.n});
+        if (end == LsmrEnd::failed || !find_norms(now)) {
+          return LsmrEnd::failed;
+        }
+        const bool as_promised = end != LsmrEnd::exhausted && holds(end, now);
+        parted = 2 * (end == LsmrEnd::solved ? residual : gradient) <
+                     (end == LsmrEnd::solved ? now.residual : now.gradient) ||
+                 iteration->is_at_end();
+        if (as_promised || best_.x.empty() || now.gradient < best_.gradient) {
+          best_ = std::move(now);
+        }
+        if (as_promised) {
+          return end;
+        }
+        if (iterations_ == given_.most || (parted && tries == kMostTries)) {
+          return LsmrEnd::exhausted;
+        }
+        internal.a /= 2;
+        internal.b /= 2;
+      }
+    }
+  }
+
+  /// Whether the norms are as the end says, but for roundings of x.
+  bool holds(LsmrEnd end, Candidate& at) const {
     if (end != LsmrEnd::solved && end != LsmrEnd::least_squares) {
       return true;
     }
-    const QuarnFloat a = 10 * usual_tolerance(atol);
-    const QuarnFloat size = norms[2] * length_of(n, OneBasedVector<T>(at.data(), 1));
+    const QuarnFloat size = at.norm * length_of(given_.n, OneBasedVector<T>(at.x.data(), 1));
     const QuarnFloat rounding = kUnits * epsilon() * size;
     if (end == LsmrEnd::least_squares) {
-      return norms[1] <= norms[2] * (a * norms[0] + rounding);
+      return at.gradient <= at.norm * (asked_.a * at.residual + rounding);
     }
-    const QuarnFloat size_of_b = length_of(m, OneBasedVector<T>(const_cast<T*>(b), 1));
-    return norms[0] <= 10 * usual_tolerance(btol) * size_of_b + a * size + rounding;
+    const QuarnFloat size_of_b = length_of(given_.m, OneBasedVector<T>(const_cast<T*>(given_.b), 1));
+    return at.residual <= asked_.b * size_of_b + asked_.a * size + rounding;
   }
 
   /// Of the residual of x with the damping below it, and of its product with the adjoint; false: not finite.
-  bool find_norms(const std::vector<T>& at, QuarnFloat& residual, QuarnFloat& gradient) const {
-    const WorkingDigits more(guarded_digits(std::max(m, n)));
-    std::vector<T> r(static_cast<std::size_t>(m));
-    std::vector<T> g(static_cast<std::size_t>(n));
-    std::vector<T> own = at;
-    product(context, kProduct, own.data(), r.data());
-    for (Integer i = 0; i < m; ++i) {
-      r[std::size_t(i)] = b[i] - r[std::size_t(i)];
+  bool find_norms(Candidate& at) const {
+    const auto m = given_.m;
+    const auto n = given_.n;
+    {
+      const WorkingDigits more(digits_);
+      std::vector<T> r(static_cast<std::size_t>(m));
+      std::vector<T> g(static_cast<std::size_t>(n));
+      std::vector<T> own = at.x;
+      given_.product(given_.context, kProduct, own.data(), r.data());
+      for (Integer i = 0; i < m; ++i) {
+        r[std::size_t(i)] = given_.b[i] - r[std::size_t(i)];
+      }
+      given_.product(given_.context, kAdjointProduct, r.data(), g.data());
+      const OneBasedVector<T> damped(own.data(), 1);
+      scale(n, given_.damp, damped);
+      add_multiple(n, T(-given_.damp), damped, OneBasedVector<T>(g.data(), 1));
+      at.residual = quarn::abs(Complex(length_of(m, OneBasedVector<T>(r.data(), 1)), length_of(n, damped)));
+      at.gradient = length_of(n, OneBasedVector<T>(g.data(), 1));
     }
-    product(context, kAdjointProduct, r.data(), g.data());
-    const OneBasedVector<T> damped(own.data(), 1);
-    scale(n, damp, damped);
-    add_multiple(n, T(-damp), damped, OneBasedVector<T>(g.data(), 1));
-    residual = quarn::abs(Complex(length_of(m, OneBasedVector<T>(r.data(), 1)), length_of(n, damped)));
-    gradient = length_of(n, OneBasedVector<T>(g.data(), 1));
-    return isfinite(residual) && isfinite(gradient);
+    for (QuarnFloat* const norm : {&at.residual, &at.gradient, &at.norm, &at.condition}) {
+      *norm *= 1;
+    }
+    return isfinite(at.residual) && isfinite(at.gradient);
   }
+
+  LsmrArguments<T> given_;
+  LsmrTolerances asked_;
+  int digits_ = 0;
+  Candidate best_;
+  Integer iterations_ = 0;
 };
 
 }  // namespace
@@ -360,47 +441,17 @@ void QuarnMPX_dlsmr_(Integer m, Integer n, QuarnRealOperator product, void* cont
                      QuarnFloat damp, QuarnFloat atol, QuarnFloat btol, QuarnFloat conlim, Integer most, QuarnFloat* x,
                      QuarnFloat* rnorm, QuarnFloat* arnorm, QuarnFloat* anorm, QuarnFloat* acond, Integer* itn,
                      Integer* istop, Integer* info) {
-  *info = tesk::LsmrCall<QuarnFloat>{m,
-                                     n,
-                                     product,
-                                     context,
-                                     b,
-                                     std::move(damp),
-                                     std::move(atol),
-                                     std::move(btol),
-                                     std::move(conlim),
-                                     most,
-                                     x,
-                                     rnorm,
-                                     arnorm,
-                                     anorm,
-                                     acond,
-                                     itn,
-                                     istop}
-              .solve();
+  tesk::LsmrCall<QuarnFloat> call(
+      {m, n, product, context, b, std::move(damp), std::move(atol), std::move(btol), std::move(conlim), most});
+  *info = call.solve({x, rnorm, arnorm, anorm, acond, itn, istop});
 }
 
 void QuarnMPX_zlsmr_(Integer m, Integer n, QuarnComplexOperator product, void* context, const Complex* b,
                      QuarnFloat damp, QuarnFloat atol, QuarnFloat btol, QuarnFloat conlim, Integer most, Complex* x,
                      QuarnFloat* rnorm, QuarnFloat* arnorm, QuarnFloat* anorm, QuarnFloat* acond, Integer* itn,
                      Integer* istop, Integer* info) {
-  *info = tesk::LsmrCall<Complex>{m,
-                                  n,
-                                  product,
-                                  context,
-                                  b,
-                                  std::move(damp),
-                                  std::move(atol),
-                                  std::move(btol),
-                                  std::move(conlim),
-                                  most,
-                                  x,
-                                  rnorm,
-                                  arnorm,
-                                  anorm,
-                                  acond,
-                                  itn,
-                                  istop}
-              .solve();
+  tesk::LsmrCall<Complex> call(
+      {m, n, product, context, b, std::move(damp), std::move(atol), std::move(btol), std::move(conlim), most});
+  *info = call.solve({x, rnorm, arnorm, anorm, acond, itn, istop});
 }
 }

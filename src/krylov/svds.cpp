@@ -36,7 +36,7 @@ struct SingularCall {
                                        {k < 1 || k > few, 4},
                                        {product == nullptr, 5},
                                        {!is_basis(few, k, ncv), 7},
-                                       {!(tol >= 0 && tol < 1), 8},
+                                       {!is_tolerance(tol), 8},
                                        {most < 1, 9},
                                        {!is_start(few, v0), 10},
                                        {ldu < m, 13},

@@ -6,6 +6,7 @@
 
 #include "krylov/residuals.h"
 #include "sparse/entries.h"
+#include "sparse/samples.h"
 
 using krylov::column;
 using krylov::ratio;
@@ -179,6 +180,35 @@ TEST_CASE_TEMPLATE("least squares of a sparse matrix are those of its dense form
         }
       }
     }
+  }
+}
+
+TEST_CASE("least squares: at 50 digits no more iterations than SciPy's LSMR in doubles, for tolerances of 1e-8") {
+  const Digits scope(50);
+  const struct {
+    std::size_t side;
+    const char* wind;
+    const char* damp;
+    int theirs;  // as tests/sparse/scipy_counts.py prints them
+  } cases[] = {{20, "0", "0", 72}, {20, "0", "0.5", 67}, {30, "0.4", "0", 294}, {30, "0.4", "0.5", 112}};
+  for (const auto& each : cases) {
+    const auto a = samples::grid(each.side, tesk2mp::Storage::general, Real(each.wind));
+    LsmrOptions options;
+    options.damp = Real(each.damp);
+    options.atol = options.btol = Real(1, -8);
+    const auto found = tesk2mp::lsmr<Real>(
+        a.order(), [&](std::span<const Real> x, std::span<Real> y) { a.multiply(x, y); },
+        [&](std::span<const Real> x, std::span<Real> y) { a.multiply(x, y, tesk2mp::Op::conjugate_transpose); },
+        a.multiply(std::vector<Real>(a.order(), Real(1))), options);
+    INFO(each.side, " ", each.wind, " ", each.damp, ": ", int(found.iterations));
+    CHECK(found.iterations <= each.theirs);
+    const Real size = found.matrix_norm * krylov::length(found.x);
+    const bool solved = found.stop == LsmrStop::solved;
+    CHECK((solved ? found.residual_norm : found.gradient_norm) <=
+          options.atol *
+              (solved ? size + krylov::length(a.multiply(std::vector<Real>(a.order(), Real(1))))
+                      : found.matrix_norm * found.residual_norm) *
+              Real("1.0001"));
   }
 }
 

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """scipy_counts.py: how many iterations SciPy's solvers take in double precision, for b = A (1, ..., 1): where they stop by
 their own criterion of 1e-8, and with a smaller one where ||b - A x|| <= 1e-8 ||b|| for the first time, 0 for never. GMRES is
-restarted after 30, and on west0067 after its order too. The table of test_solver_counts.cpp is what this prints."""
+restarted after 30, and on west0067 after its order too. The tables of test_solver_counts.cpp, and of LSMR that of
+tests/krylov/test_rectangles.cpp, are what this prints."""
 import pathlib
 
 import numpy
@@ -59,6 +60,10 @@ def main():
             print(name, method, *count(getattr(scipy.sparse.linalg, method), a))
         for restart in (30, 67) if name == "west0067" else (30,):
             print(name, f"gmres({restart})", *count(scipy.sparse.linalg.gmres, a, restart=restart, callback_type="pr_norm"))
+    for name, a in ("laplacian", grid(20, 0.0)), ("convection 30", grid(30, 0.4)):
+        for damp in (0.0, 0.5):
+            found = scipy.sparse.linalg.lsmr(a, a @ numpy.ones(a.shape[0]), damp, 1e-8, 1e-8, 0, 1000)
+            print(name, f"lsmr, damping {damp}", found[2])
 
 
 main()
