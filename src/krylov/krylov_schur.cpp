@@ -113,7 +113,7 @@ class KrylovSchur {
     return rows < size_ && !problem_.hermitian && !is_zero(s_.view()(rows + 1, rows)) ? rows + 1
                                                                                       : std::min(rows, size_);
   }
-  QuarnFloat residual(Integer i) { return modulus(rest_[std::size_t(i) - 1]); }
+  QuarnFloat residual(Integer i) { return size_of(rest_[std::size_t(i) - 1]); }
   QuarnFloat bound(Integer i) {
     const QuarnFloat rounding = 10 * epsilon() * v_.norm();
     const QuarnFloat asked = problem_.tol * (problem_.each ? quarn::abs(value(i)) : v_.norm());
@@ -179,6 +179,11 @@ class KrylovSchur {
     OwnMatrix<T> form(size_, size_);
     OwnMatrix<T> vectors(size_, size_);
     copy_matrix(size_, size_, b_.view(), form.view());
+    // Squares of its elements are formed on the way.
+    const OneBasedMatrix<QuarnFloat> numbers = parts(form.view());
+    const Integer rows = kParts<T> * size_;
+    const Integer exponent = far_exponent(rows, size_, numbers);
+    multiply_by_power(rows, size_, numbers, -exponent);
     if (form_schur(size_, form.view(), vectors.view()) != 0) {
       return false;
     }
@@ -201,6 +206,7 @@ class KrylovSchur {
         order.move(best, &to);  // as near as it comes: eigenvalues that cannot be exchanged are equal but for rounding
       }
     }
+    multiply_by_power(rows, size_, numbers, exponent);
     copy_matrix(size_, size_, form.view(), s_.view());
     copy_matrix(size_, size_, vectors.view(), q_.view());
     return true;

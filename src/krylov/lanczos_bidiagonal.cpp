@@ -118,7 +118,7 @@ class LanczosBidiagonal {
   bool both_ends() const { return false; }
   Integer products() const { return products_; }
   Integer whole(Integer count) const { return std::min(count, size_); }
-  QuarnFloat residual(Integer i) { return coupling_ * modulus(x_.view()(size_, i)); }
+  QuarnFloat residual(Integer i) { return coupling_ * size_of(x_.view()(size_, i)); }
   QuarnFloat bound(Integer /*i*/) { return std::max(problem_.tol, 10 * epsilon()) * u_.norm(); }
   QuarnFloat key(Integer i) const {
     const QuarnFloat& value = values_[std::size_t(i) - 1];

@@ -9,6 +9,7 @@
 
 #include "krylov/residuals.h"
 #include "sparse/samples.h"
+#include "src/frame/constants.h"
 #include "src/krylov/thick_restart.h"
 
 using support::Digits;
@@ -170,6 +171,43 @@ TEST_CASE("squares of the elements leave the range, results do not") {
   }
 }
 
+TEST_CASE("complex vectors whose squares leave the range") {
+  const Digits scope(20);
+  // Of the second difference with a phase; some restarts are needed.
+  constexpr std::size_t kOrder = 30;
+  for (const Integer exponent : {0, -900'000'000, -600'000'000, 600'000'000, 900'000'000}) {
+    CAPTURE(exponent);
+    const Real unit(1, exponent);
+    SparseMatrix<Complex> a(kOrder);
+    for (std::size_t i = 0; i < kOrder; ++i) {
+      a.add(i, i, Complex(2 * unit));
+      if (i > 0) {
+        a.add(i, i - 1, Complex(0, unit));
+        a.add(i - 1, i, Complex(0, -unit));
+      }
+    }
+    tesk2mp::HermitianEigenOptions<Complex> options;
+    options.basis = 10;
+    tesk2mp::EigenOptions<Complex> general;
+    general.basis = 10;
+    tesk2mp::SingularOptions<Complex> singular;
+    singular.basis = 10;
+    const auto pairs = tesk2mp::eigsh(a, 2, options);
+    const auto others = tesk2mp::eigs(a, 2, general);
+    const auto triplets = tesk2mp::svds(a, 2, singular);
+    for (std::size_t j = 0; j < 2; ++j) {
+      const Real root = 2 + 2 * cos(Real(2 - int(j)) * tesk2mp::pi() / int(kOrder + 1));
+      CHECK(is_near(pairs.values[j], root * unit));
+      CHECK(is_near(others.values[1 - j].re, root * unit));
+      CHECK(is_near(triplets.values[1 - j], root * unit));
+      CHECK(pairs.residuals[j] < Real(1, -17) * unit);
+    }
+    CHECK(pairs.products < 400);
+    CHECK(others.products < 400);
+    CHECK(triplets.products < 800);
+  }
+}
+
 TEST_CASE("products that are not of the matrix that they are said to be of are found out") {
   const Digits scope(20);
   Given given{2, 2, {0, 1, 0, 0}};
@@ -210,6 +248,61 @@ TEST_CASE("products that are not of the matrix that they are said to be of are f
   const Answer most = lsmr(a, std::vector<Real>(6, Real(1)), 0, Real(1, -100));
   CHECK(most.info == 0);
   CHECK(most.products < 30);
+}
+
+TEST_CASE("least squares: iterations for digits asked for, limits, norm and condition") {
+  const Digits scope(20);
+  // Zero asks for the machine precision of the caller, not for that of the work.
+  std::vector<Real> values;
+  for (int i = 1; i <= 6; ++i) {
+    values.push_back(Real(1, i) + 1);
+  }
+  Given spread = diagonal(values);
+  const std::vector<Real> ones(6, Real(1));
+  CHECK(lsmr(spread, ones).products == lsmr(spread, ones, 0, tesk::epsilon()).products);
+
+  const auto limited = [&](Given& a, Integer most, const Real& conlim, QuarnRealOperator product) {
+    Answer found;
+    QuarnMPX_dlsmr_(a.rows, a.columns, product, &a, ones.data(), 0, 0, 0, conlim, most, found.w.data(), &found.norms[0],
+                    &found.norms[1], &found.norms[2], &found.norms[3], &found.products, &found.stop, &found.info);
+    return found;
+  };
+  // A product that is wrong when x is looked at: with no iteration left for a second try the x of the first one stays.
+  const Answer first = limited(spread, 99, 0, Given::form);
+  CHECK(first.info == 0);
+  static int wrong_from = 0;
+  wrong_from = 2 + 2 * first.products;
+  const QuarnRealOperator failing = [](void* context, Integer what, const Real* x, Real* y) {
+    Given::form(context, what, x, y);
+    y[0] += static_cast<Given*>(context)->products >= wrong_from ? 1 : 0;
+  };
+  spread.products = 0;
+  const Answer kept = limited(spread, first.products, 0, failing);
+  CHECK(kept.info == 1);
+  CHECK(kept.stop == 7);
+  CHECK(kept.products == first.products);
+  CHECK(kept.w == first.w);
+
+  // The last element of the diagonal counts.
+  Given three = diagonal({1, 1000, 30});
+  const Answer both = limited(three, 9, 0, Given::form);
+  CHECK(both.norms[3] > 300);
+  CHECK(both.norms[3] <= Real("1000.1"));
+  const Answer ended = limited(three, 9, 10, Given::form);
+  CHECK(ended.info == 0);
+  CHECK(ended.stop == 3);
+  CHECK(ended.products == 2);
+
+  // The Frobenius norm of A with the damping below it.
+  Given plain = diagonal({3, 4});
+  const Answer damped = lsmr(plain, {1, 1}, 2);
+  CHECK(is_near(damped.norms[2], sqrt(Real(9 + 16 + 2 * 4))));
+
+  constexpr std::size_t kMany = std::size_t(kLargest) / 5;
+  CHECK(tesk2mp::detail::most_iterations(0, kMany) == kLargest);
+  CHECK(tesk2mp::detail::most_iterations(0, 101) == 1010);
+  CHECK(tesk2mp::detail::most_products(0, kMany) == kLargest);
+  CHECK(tesk2mp::detail::most_products(0, 7) == 10'000);
 }
 
 TEST_CASE("all products are counted") {
