@@ -200,7 +200,7 @@ TEST_CASE("least squares: at 50 digits no more iterations than SciPy's LSMR in d
         a.order(), [&](std::span<const Real> x, std::span<Real> y) { a.multiply(x, y); },
         [&](std::span<const Real> x, std::span<Real> y) { a.multiply(x, y, tesk2mp::Op::conjugate_transpose); },
         a.multiply(std::vector<Real>(a.order(), Real(1))), options);
-    INFO(each.side, " ", each.wind, " ", each.damp, ": ", int(found.iterations));
+    INFO(each.side, ", wind ", Real(each.wind), ", damping ", options.damp, ": ", int(found.iterations));
     CHECK(found.iterations <= each.theirs);
     const Real size = found.matrix_norm * krylov::length(found.x);
     const bool solved = found.stop == LsmrStop::solved;
