@@ -72,6 +72,15 @@ for _kind, _show, _html in (
     _kind.__repr__ = _show
     _kind._repr_html_ = _html
 setattr(_core.Random, "__repr__", _show_random)
+
+
+def _reduce_ex(self: Any, protocol: int) -> Any:
+    """Pickles of the first two protocols would make an object of these classes' base alone, which ends the process."""
+    return object.__reduce_ex__(self, max(protocol, 2))
+
+
+for _kind in [each for each in vars(_core).values() if isinstance(each, type)]:
+    _kind.__reduce_ex__ = _reduce_ex
 # As Decimal is one: a number that does not mix with floats.
 numbers.Number.register(_core.Real)
 numbers.Number.register(_core.Complex)
