@@ -13,6 +13,7 @@ std::vector<proven::Bounded<T>> bounded(const Array& values, py::handle errors) 
   tesk2mp::detail::require(bounds.size() == numbers.size(), "PROVEN", 2, "a bound for each number is needed");
   std::vector<proven::Bounded<T>> result;
   for (std::size_t k = 0; k < numbers.size(); ++k) {
+    require_bounded(numbers[k], bounds[k]);
     result.push_back({numbers[k], QuarnBound(bounds[k])});
   }
   return result;
@@ -146,6 +147,17 @@ void add_transforms_of_bounded(py::module_& module) {
     const auto numbers = bounded<Complex>(exact(x), errors);
     return both(outside([&] { return proven::transform(numbers, direction, chosen); }));
   });
+  module.def("_proven_spectrum", [](py::handle x, py::handle errors, const std::string& divisor) {
+    const QuarnDivisor by = divisor_of(divisor);
+    const auto numbers = bounded<Real>(exact(x), errors);
+    return both(outside([&] { return proven::spectrum(numbers, by); }));
+  });
+  module.def("_proven_from_spectrum",
+             [](py::handle x, py::handle errors, std::size_t length, const std::string& divisor) {
+               const QuarnDivisor by = divisor_of(divisor);
+               const auto numbers = bounded<Complex>(exact(x), errors);
+               return both(outside([&] { return proven::from_spectrum(numbers, length, by); }));
+             });
   module.def("_proven_real_transform",
              [](py::handle x, py::handle errors, const std::string& kind, const std::string& divisor) {
                using Kind = QuarnRealTransform::Kind;
@@ -174,9 +186,9 @@ void add_bounded(py::module_& module) {
   module.def("_proven_zero", [](const py::function& f, py::handle low, py::handle high) {
     const auto called = [&f](const proven::Bounded<Real>& x) {
       const auto y = py::cast<py::tuple>(f(from(x.value), from(x.error.value())));
-      return proven::Bounded<Real>{to_exact(y[0]), QuarnBound(to_exact(y[1]))};
+      return proven::Bounded<Real>{to_proven(y[0]), QuarnBound(to_proven(y[1]))};
     };
-    return both(std::vector{interruptible([&] { return proven::zero(called, to_exact(low), to_exact(high)); })});
+    return both(std::vector{interruptible([&] { return proven::zero(called, to_proven(low), to_proven(high)); })});
   });
 }
 

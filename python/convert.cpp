@@ -77,6 +77,60 @@ Real exact(const std::string& text) {
   return Real(text);
 }
 
+/// An int, or an integer of numpy, whose arrays say that they are some too.
+bool is_integer(py::handle value) {
+  return PyLong_Check(value.ptr()) != 0 || (PyIndex_Check(value.ptr()) != 0 && !is_sequence(value));
+}
+
+/// Of a number's text, from the first that is not 0 to the last one.
+std::size_t significant_digits(std::string_view text) {
+  text = text.substr(0, text.find_first_of("eE"));
+  const auto is_digit = [](char c) { return c >= '0' && c <= '9'; };
+  const std::size_t first = text.find_first_of("123456789");
+  return first == std::string_view::npos
+             ? 0
+             : std::size_t(std::count_if(text.begin() + std::ptrdiff_t(first),
+                                         text.begin() + std::ptrdiff_t(text.find_last_of("123456789")) + 1, is_digit));
+}
+
+/// What read() makes of a number's text, exactly.
+template <class Read>
+Real with_all_digits(std::string_view text, const Read& read) {
+  const std::size_t length = significant_digits(text);
+  if (length > kMostDigits) {
+    throw py::value_error("a number of " + std::to_string(length) + " digits: there are " +
+                          std::to_string(kMostDigits) + " at most");
+  }
+  const tesk2mp::Digits digits(std::max(int(length), QuarnDigits()));
+  const Real number = read();
+  if (length > 0 && (isinf(number) || number == 0)) {
+    throw py::value_error("a number beyond the range: " + std::string(text.substr(0, 40)));
+  }
+  return number;
+}
+Real with_all_digits(const std::string& text) {
+  return with_all_digits(text, [&] { return Real(text); });
+}
+
+/// The quotient, where it has an end.
+Real exact_quotient(py::handle fraction) {
+  const Real numerator = with_all_digits(integer_text(fraction.attr("numerator")));
+  const py::object denominator = fraction.attr("denominator");
+  // One digit for each factor 2 or 5 of the denominator at most.
+  const std::int64_t length =
+      (numerator == 0 ? 0 : ilogb(numerator)) + 2 + py::cast<std::int64_t>(denominator.attr("bit_length")());
+  bool inexact = true;
+  Real quotient;
+  if (length <= std::int64_t(kMostDigits)) {
+    const tesk2mp::Digits digits(std::max(int(length), QuarnDigits()));
+    quotient = divide(numerator, with_all_digits(integer_text(denominator)), quarn::Rounding::half_even, &inexact);
+  }
+  if (inexact) {
+    throw py::value_error("a Fraction without an end in decimal, or one of too many digits");
+  }
+  return quotient;
+}
+
 /// The quotient of two integers of any length, so that there is one rounding alone.
 Real divide(py::handle fraction) {
   return exact(integer_text(fraction.attr("numerator"))) / exact(integer_text(fraction.attr("denominator")));
@@ -109,8 +163,7 @@ Real to_real(py::handle number) {
   if (py::isinstance(number, decimal_type())) {
     return Real(text_of(number));
   }
-  // int, and the integers of numpy, whose arrays say that they are some
-  if (PyLong_Check(number.ptr()) != 0 || (PyIndex_Check(number.ptr()) != 0 && !is_sequence(number))) {
+  if (is_integer(number)) {
     return from_integer(number);
   }
   if (py::isinstance(number, fraction_type())) {
@@ -134,10 +187,30 @@ Real to_exact(py::handle number) {
   if (py::isinstance<Real>(number)) {
     return py::cast<const Real&>(number);
   }
-  if (PyLong_Check(number.ptr()) != 0) {
-    return exact(integer_text(number));
+  if (is_integer(number)) {
+    return exact(integer_text(to_index_object(number)));
+  }
+  if (is_text(number)) {
+    const tesk2mp::Digits digits(std::max(int(std::min<std::size_t>(py::len(number), kMostDigits)), QuarnDigits()));
+    return read(number);
   }
   return py::isinstance(number, decimal_type()) ? exact(text_of(number)) : to_real(number);
+}
+
+Real to_proven(py::handle number) {
+  if (py::isinstance<Real>(number)) {
+    return py::cast<const Real&>(number);
+  }
+  if (is_integer(number)) {
+    return with_all_digits(integer_text(to_index_object(number)));
+  }
+  if (is_text(number)) {
+    return with_all_digits(py::cast<std::string>(number), [&] { return read(number); });
+  }
+  if (py::isinstance(number, decimal_type())) {
+    return with_all_digits(text_of(number));
+  }
+  return py::isinstance(number, fraction_type()) ? exact_quotient(number) : to_real(number);
 }
 
 Complex to_complex(py::handle number) {
@@ -181,6 +254,11 @@ bool is_sequence(py::handle value) {
   return !other && py::hasattr(value, "__iter__");
 }
 
+bool is_operator(py::handle value) {
+  const py::handle bounded = once([] { return py::module_::import("tesk2mp._bounded").attr("Bounded"); });
+  return is_sequence(value) || py::isinstance(value, bounded);
+}
+
 py::iterator elements_of(py::handle sequence) {
   if (!is_sequence(sequence)) {
     throw py::type_error("a sequence is needed, not " + type_name(sequence));
@@ -194,7 +272,7 @@ py::iterator elements_of(py::handle sequence) {
   return py::iter(sequence);
 }
 
-Array::Array(py::handle sequence) {
+Array::Array(py::handle sequence, Takes takes) : takes_(takes) {
   read(sequence, 0);
   if (is_complex()) {
     im_.resize(re_.size());
@@ -230,13 +308,14 @@ void Array::add(py::handle number) {
   if (re_.size() % 1024 == 1023) {
     check_signals();
   }
+  const bool all_digits = takes_ == Takes::all_digits;
   if (py::isinstance<Complex>(number)) {
-    Complex z = to_complex(number);
+    Complex z = all_digits ? py::cast<const Complex&>(number) : to_complex(number);
     im_.resize(re_.size());
     im_.push_back(std::move(z.im));
     re_.push_back(std::move(z.re));
   } else {
-    re_.push_back(to_real(number));
+    re_.push_back(all_digits ? to_proven(number) : to_real(number));
   }
 }
 
@@ -312,8 +391,12 @@ A complex number: two Decimals. Arithmetic is at the working digits, with reals 
       }));
   type.def("__repr__", [text](const Complex& z) { return "Complex(" + text(z.re) + ", " + text(z.im) + ")"; });
   type.def("__eq__", [](const Complex& z, py::handle other) {
-    return py::isinstance<Complex>(other) ? z == py::cast<const Complex&>(other)
-                                          : z.im == 0 && to_decimal(z.re).equal(other);
+    if (is_operator(other)) {
+      return py::reinterpret_borrow<py::object>(Py_NotImplemented);
+    }
+    const bool equal = py::isinstance<Complex>(other) ? z == py::cast<const Complex&>(other)
+                                                      : z.im == 0 && to_decimal(z.re).equal(other);
+    return py::object(py::bool_(equal));
   });
   type.def("__hash__", [](const Complex& z) {
     return z.im == 0 ? py::hash(to_decimal(z.re)) : py::hash(py::make_tuple(to_decimal(z.re), to_decimal(z.im)));
@@ -321,7 +404,7 @@ A complex number: two Decimals. Arithmetic is at the working digits, with reals 
 
   // An array takes an operation into its own hands, element by element.
   const auto with_other = [](py::handle other, auto operation) -> py::object {
-    return is_sequence(other) ? py::reinterpret_borrow<py::object>(Py_NotImplemented)
+    return is_operator(other) ? py::reinterpret_borrow<py::object>(Py_NotImplemented)
                               : py::cast(operation(to_complex(other)));
   };
   const auto both_ways = [&](const char* name, const char* reflected, auto operation) {

@@ -61,8 +61,11 @@ namespace python {
 /// Real, decimal.Decimal, int, fractions.Fraction or text, rounded once to the working digits. Anything else is a
 /// TypeError, float too: its digits are not what its writer meant. Text that is no number is a ValueError.
 Real to_real(py::handle number);
-/// The same, but of a Real, a Decimal or an int with all its digits.
+/// The same, but of a Real, a Decimal, an int or text with all its digits.
 Real to_exact(py::handle number);
+/// The same, for proofs: a ValueError where that is not possible, the number being too long or beyond the range, or a
+/// Fraction without an end in decimal.
+Real to_proven(py::handle number);
 /// As to_real(), or a Complex.
 Complex to_complex(py::handle number);
 /// An int of 32 bits; one from 0. A TypeError for what is no int, a ValueError for one out of range.
@@ -76,6 +79,8 @@ std::string type_name(py::handle value);
 
 /// A vector or a matrix, whatever its elements, and no number, text, set or dict.
 bool is_sequence(py::handle value);
+/// Is an operation with it in its own hands: a sequence, or a number with a bound?
+bool is_operator(py::handle value);
 /// An iterator over the elements of a vector or the rows of a matrix; a TypeError for what is neither.
 py::iterator elements_of(py::handle sequence);
 
@@ -83,7 +88,10 @@ py::iterator elements_of(py::handle sequence);
 /// side are of one length.
 class Array {
  public:
-  explicit Array(py::handle sequence);
+  /// Which digits of its numbers count.
+  enum class Takes { working_digits, all_digits };
+
+  explicit Array(py::handle sequence, Takes takes = Takes::working_digits);
 
   /// Lengths, the outermost sequence's first.
   const std::vector<std::size_t>& extents() const { return extents_; }
@@ -135,6 +143,7 @@ class Array {
   /// A TypeError unless it holds.
   static void require(bool holds, const char* text);
 
+  Takes takes_;
   std::vector<std::size_t> extents_;
   std::vector<Real> re_;
   std::vector<Real> im_;  // none until there is a Complex

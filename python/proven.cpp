@@ -46,6 +46,18 @@ py::object pencil(py::handle a, py::handle a_errors, py::handle b, py::handle b_
   });
 }
 
+/// The matrix, all of whose elements, or those of the lower triangle, are finite.
+template <class T>
+Matrix<T> finite_matrix(const Array& a, bool lower_triangle) {
+  Matrix<T> matrix = a.matrix<T>();
+  for (std::size_t j = 0; j < matrix.columns(); ++j) {
+    for (std::size_t i = lower_triangle ? j : 0; i < matrix.rows(); ++i) {
+      require_bounded(matrix(i, j), Real());
+    }
+  }
+  return matrix;
+}
+
 template <class Work>
 py::object spectrum(py::handle a, py::handle errors, const Work& work) {
   const Array given = exact(a);
@@ -58,14 +70,16 @@ py::object spectrum(py::handle a, py::handle errors, const Work& work) {
 
 }  // namespace
 
-Array exact(py::handle numbers) {
-  constexpr int kAnyNumberOfDigits = 100'000;
-  const tesk2mp::Digits scope(std::max(kAnyNumberOfDigits, QuarnDigits()));
-  return Array(numbers);
-}
+Array exact(py::handle numbers) { return Array(numbers, Array::Takes::all_digits); }
 
 void add_proven(py::module_& module) {
   add_bounded(module);
+  module.def("_proven_number", [](py::handle x) { return to_decimal(to_proven(x)); });
+  py::class_<proven::detail::DigitSearch>(module, "_DigitSearch")
+      .def(py::init<int, int, int, int>())
+      .def_property_readonly("working", &proven::detail::DigitSearch::working)
+      .def_property_readonly("is_at_end", &proven::detail::DigitSearch::is_at_end)
+      .def("raise_digits", &proven::detail::DigitSearch::raise);
   module.def("_proven_solve", [](py::handle a, py::handle errors, py::handle b, py::handle b_errors) {
     const Array given = exact(a);
     const Array right = exact(b);
@@ -101,7 +115,7 @@ void add_proven(py::module_& module) {
     const Array given = exact(a);
     return with_scalar(
         [&]<class T>(T) -> py::object {
-          const Matrix<T> matrix = given.matrix<T>();
+          const Matrix<T> matrix = finite_matrix<T>(given, true);
           const auto answer = outside([&] { return proven::is_positive_definite(matrix); });
           return answer ? py::object(py::bool_(*answer)) : py::none();
         },
@@ -152,7 +166,7 @@ void add_proven(py::module_& module) {
     const Array given = exact(a);
     return with_scalar(
         [&]<class T>(T) -> py::object {
-          const Matrix<T> matrix = given.matrix<T>();
+          const Matrix<T> matrix = finite_matrix<T>(given, false);
           const auto found = outside([&] { return proven::rank(matrix); });
           return found ? py::object(py::int_(*found)) : py::none();
         },

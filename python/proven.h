@@ -25,12 +25,25 @@ py::object both(const std::vector<tesk2mp::proven::Bounded<T>>& x) {
   return py::make_tuple(values, errors);
 }
 
+/// What is not finite has an infinite bound.
+template <class T>
+void require_bounded(const T& value, const Real& bound) {
+  if (!QuarnBound(value).is_finite() && QuarnBound(bound).is_finite()) {
+    throw py::value_error("numbers that are not finite have no proven results");
+  }
+}
+
 /// The matrix; its elements are exact where there are no bounds of their errors.
 template <class T>
 tesk2mp::proven::BoundedMatrix<T> bounded_matrix(Matrix<T> matrix, py::handle errors) {
   Matrix<Real> bounds = errors.is_none() ? Matrix<Real>(matrix.rows(), matrix.columns()) : exact(errors).matrix<Real>();
   tesk2mp::detail::require(bounds.rows() == matrix.rows() && bounds.columns() == matrix.columns(), "PROVEN", 2,
                            "a bound for each number is needed");
+  for (std::size_t j = 0; j < matrix.columns(); ++j) {
+    for (std::size_t i = 0; i < matrix.rows(); ++i) {
+      require_bounded(matrix(i, j), bounds(i, j));
+    }
+  }
   return {std::move(matrix), std::move(bounds)};
 }
 

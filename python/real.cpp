@@ -13,7 +13,7 @@ namespace {
 
 /// The other operand with all its digits, so that an operation rounds once; nothing for what is no real number.
 std::optional<Real> operand(py::handle other) {
-  if (PyUnicode_Check(other.ptr()) != 0 || is_sequence(other) || py::isinstance<Complex>(other) || other.is_none()) {
+  if (PyUnicode_Check(other.ptr()) != 0 || is_operator(other) || py::isinstance<Complex>(other) || other.is_none()) {
     return std::nullopt;
   }
   return to_exact(other);

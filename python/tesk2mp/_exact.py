@@ -78,9 +78,33 @@ def _of_text(x: str) -> Decimal:
         raise refusal(InvalidArgument, f"not a number: {x!r}") from None
 
 
+def exact_sum(numbers: list[Any]) -> Any:
+    """The sum of what exact() gives, with all its digits."""
+    if len(numbers) == 1:
+        return numbers[0]
+    if any(isinstance(each, Complex) for each in numbers):
+        return _with_all_digits(Complex, *(exact_sum([_decimal(part) for part in parts]) for parts in zip(*map(_parts, numbers))))
+    finite = [each for each in numbers if each and each.is_finite()]
+    length = max((each.adjusted() for each in finite), default=0) - min((each.adjusted() - len(each.as_tuple().digits) for each in finite), default=0)
+    if length > _MOST_DIGITS:
+        raise refusal(InvalidArgument, f"a sum of some {length} digits: there are {_MOST_DIGITS} at most")
+    context = Context(prec=length + len(numbers), Emax=MAX_EMAX, Emin=MIN_EMIN, traps=[])
+    result = Decimal(0)
+    for each in numbers:
+        result = context.add(result, each)
+    return result
+
+
+def _parts(number: Any) -> tuple[Any, Any]:
+    return (number.real, number.imag) if isinstance(number, Complex) else (number, Decimal(0))
+
+
 def has_end(denominator: int) -> bool:
     """Do quotients by it end in decimal: has it no factors but 2 and 5?"""
-    return pow(10, denominator.bit_length(), denominator) == 0
+    odd = denominator >> ((denominator & -denominator).bit_length() - 1)
+    # 5^k has 2.32 k bits.
+    near = round(odd.bit_length() / 2.321928094887362)
+    return odd == 1 or (odd % 5 == 0 and any(5**k == odd for k in (near - 1, near, near + 1)))
 
 
 def _quotient(numerator: int, denominator: int) -> Decimal:

@@ -8,6 +8,7 @@ function works, `decimal` has ten digits more than the solver.
 """
 
 from collections.abc import Callable
+from decimal import Decimal
 from typing import Any, TypeAlias
 
 from .. import _truth, proven
@@ -18,8 +19,9 @@ from .. import lsmr as _lsmr
 from .. import svds as _svds
 from .._context import at
 from .._context import digits as at_digits
+from .._context import results
 from .._errors import InvalidArgument, InvalidType, NumericalFailure, refusal
-from .._exact import exact
+from .._exact import exact, exact_sum
 from .._types import Numbers, RealLike, Vector
 
 __all__ = [
@@ -43,9 +45,6 @@ __all__ = [
 ]
 
 Product: TypeAlias = Callable[[Any], Vector]
-
-# No float has more.
-_DIGITS_OF_FLOATS = 767
 
 
 class LinearOperator:
@@ -90,8 +89,12 @@ def _rectangle(a: Any) -> tuple[SparseMatrix, tuple[int, int]] | None:
         return None
     entries = a.tocoo()
     rows, columns = entries.shape
-    triples = zip(entries.row.tolist(), entries.col.tolist(), map(exact, entries.data.tolist()))
-    with at_digits(_DIGITS_OF_FLOATS):
+    at_places: dict[tuple[int, int], list[Any]] = {}
+    for i, j, number in zip(entries.row.tolist(), entries.col.tolist(), entries.data.tolist()):
+        at_places.setdefault((i, j), []).append(exact(number))
+    triples = [(*place, exact_sum(numbers)) for place, numbers in at_places.items()]
+    parts = (part for *_, number in triples for part in (number.real, number.imag))
+    with at_digits(max((len(part.as_tuple().digits) for part in parts), default=1)), results(Decimal):
         return SparseMatrix(max(rows, columns), triples).canonicalise(zeros="keep"), (rows, columns)
 
 
