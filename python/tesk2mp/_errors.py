@@ -40,6 +40,10 @@ class InvalidArgument(Error, ValueError):
     """The arguments were refused; nothing was computed."""
 
 
+class Undecided(InvalidArgument):
+    """A question about a number with a bound, x < 0 or another, that the bound does not decide."""
+
+
 class NumericalFailure(Error, ArithmeticError):
     """The arguments were right, but the mathematics failed: a singular matrix, no convergence."""
 
@@ -51,3 +55,4 @@ def refusal(kind: type[Error], text: str) -> Error:
 
 for _kind in (Error, InvalidType, InvalidArgument, NumericalFailure):
     _kind.__module__ = "tesk2mp"
+Undecided.__module__ = "tesk2mp.proven"

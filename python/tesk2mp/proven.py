@@ -23,6 +23,7 @@ from ._bounded import (
     _given,
     _given_columns,
     _known,
+    _made,
     _matrix,
     _Part,
     _rows,
@@ -39,12 +40,13 @@ from ._bounded import (
     transform,
 )
 from ._bounded_functions import *  # noqa: F403
-from ._context import digits as _at_digits
-from ._errors import InvalidArgument, InvalidType, NumericalFailure, refusal
+from ._context import _MOST_DIGITS, digits as _at_digits
+from ._errors import InvalidArgument, InvalidType, NumericalFailure, Undecided, refusal
 
 __all__ = [
     "Bounded",
     "Root",
+    "Undecided",
     "bounded",
     "determinant",
     "dot",
@@ -120,7 +122,7 @@ def true_digits(result: Any) -> int | None:
     fewest: int | None = None
     for part, error in parts:
         known = _known(part, error)
-        if known == 0 and largest is not None and error.is_finite() and error >= abs(part):
+        if known == 0 and largest is not None and error.is_finite() and error >= part.copy_abs():
             known = max(0, largest - error.adjusted() - 2)
         if known is not None:
             fewest = known if fewest is None else min(fewest, known)
@@ -129,7 +131,8 @@ def true_digits(result: Any) -> int | None:
 
 def to_digits(k: int, problem: Callable[[], _Result], most: int = 100000) -> _Result:
     """Calls problem() with more and more working digits until k digits of all numbers that it returns are true.
-    NumericalFailure when `most` working digits do not suffice, which says how many are known.
+    NumericalFailure when `most` working digits, 1000000 or less, do not suffice, which says how many are known. Comparisons that
+    the bounds do not decide ask for more digits too.
 
     >>> ratio = to_digits(30, lambda: symmetric_eigenvalues([[1, 1], [1, 0]]))
     >>> ratio[1].text(30)
@@ -139,28 +142,23 @@ def to_digits(k: int, problem: Callable[[], _Result], most: int = 100000) -> _Re
         raise refusal(InvalidType, "numbers of digits are integers")
     if not callable(problem):
         raise refusal(InvalidType, f"a function is needed, not {type(problem).__name__}")
-    if k < 1 or most < k:
+    if k < 1 or most < k or most > _MOST_DIGITS:
         raise refusal(InvalidArgument, f"{k} true digits with at most {most} working digits")
-    working = min(most, k + _MARGIN)
-    before: tuple[int, int] | None = None
+    search = _core._DigitSearch(k, k + _MARGIN, most, _MARGIN)
     while True:
-        with _at_digits(working):
-            result = problem()
-        known = true_digits(result)
+        known: int | None = 0
+        undecided = None
+        with _at_digits(search.working):
+            try:
+                result = problem()
+                known = true_digits(result)
+            except Undecided as error:
+                undecided = error
         if known is None or known >= k:
             return result
-        if working == most:
-            raise refusal(NumericalFailure, f"{known} of {k} digits are proven with {working} working digits")
-        # Where some digits are known the loss is known too; of k-fold roots k more digits of work bring one.
-        wanted = 2 * working + 2 * _MARGIN
-        if known > 0:
-            missing = k - known + _MARGIN
-            rate = 1
-            if before is not None and before[1] < known:
-                rate = max(1, -((before[0] - working) // (known - before[1])))
-            wanted = min(wanted + missing, working + rate * missing)
-        before = (working, known) if known > 0 else None
-        working = min(most, wanted)
+        if search.is_at_end:
+            raise refusal(NumericalFailure, f"{known} of {k} digits are proven with {most} working digits") from undecided
+        search.raise_digits(known)
 
 
 def solve(a: Any, b: Any) -> Any:
@@ -221,7 +219,7 @@ def determinant(a: Any) -> Bounded:
     '-2'
     """
     value, error = _core._proven_determinant(*_given(a))
-    return Bounded(value, _decimal(error))
+    return _made(value, _decimal(error))
 
 
 def is_positive_definite(a: Any) -> bool | None:
@@ -329,15 +327,18 @@ def zeros(a: Any) -> list[Root]:
 def zero(f: Callable[[Bounded], Any], low: Any, high: Any) -> Bounded:
     """A zero of a real f between low and high, where it has values of different signs: f takes a Bounded number and returns one,
     made by operators and functions of this module but for steps (floor and the like). The bound is proven by a change of
-    sign, such an f being continuous where its bounds over the interval are finite; it is infinite where the working digits do not tell the signs. InvalidArgument unless
-    low < high, and where the signs are proven to be the same.
+    sign, such an f being continuous where its bounds over the interval are finite and decide its comparisons; it is infinite where
+    the working digits do not tell the signs. InvalidArgument unless low < high, and where the signs are proven to be the same.
 
     >>> to_digits(30, lambda: zero(lambda x: exp(x) - 3, 1, 2)).text(30)
     '1.09861228866810969139524523692'
     """
 
     def call(value: Any, error: Any) -> tuple[Any, decimal.Decimal]:
-        y = bounded(f(Bounded(value, _decimal(error))))
+        try:
+            y = bounded(f(_made(value, _decimal(error))))
+        except Undecided:
+            return decimal.Decimal(0), decimal.Decimal("Infinity")
         return y.value, y.error
 
     if not callable(f):

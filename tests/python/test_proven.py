@@ -1,8 +1,13 @@
 """Proven results beside exact ones: solutions and determinants over the rational numbers, and closed forms."""
 
+import copy
+import decimal
 import doctest
+import operator
 import os
+import pickle
 import random
+import threading
 import time
 import unittest
 from decimal import Decimal
@@ -98,7 +103,7 @@ class Proven(unittest.TestCase):
             proven.to_digits(10, lambda: proven.solve([[third, third], [third, third]], [1, 1]), most=200)
         with self.assertRaisesRegex(tesk2mp.NumericalFailure, "the matrix is singular"):
             proven.to_digits(10, lambda: proven.solve([[1, 2], [2, 4]], [1, 1]))
-        self.assertEqual(proven.to_digits(10, lambda: proven.determinant([[1, 2], [2, 4]])), (0, 0))
+        self.assertEqual(proven.to_digits(10, lambda: proven.determinant([[1, 2], [2, 4]])), 0)
         with self.assertRaises(tesk2mp.InvalidArgument):
             proven.to_digits(0, lambda: [])
         self.assertEqual(tesk2mp.get_digits(), 20)
@@ -194,7 +199,7 @@ class Proven(unittest.TestCase):
             with tesk2mp.digits(k + 10):
                 w = tesk2mp.optimize.brentq(lambda x: tesk2mp.exp(x) * x - 1, 0, 1)
                 self.assertLessEqual(abs(w - zero.value), zero.error + Decimal(10) ** -(k + 5))
-        self.assertEqual(proven.zero(lambda x: x * x - 4, 0, 4)[:], (2, 0))
+        self.assertEqual(proven.zero(lambda x: x * x - 4, 0, 4), 2)
         self.assertFalse(proven.zero(lambda x: 1 / x, -1, 2).error.is_finite())
         for wrong in (lambda: proven.zero(f, 1, 2), lambda: proven.zero(f, 1, 0), lambda: proven.zero(5, 0, 1),
                       lambda: proven.zero(lambda x: "x", 0, 1), lambda: proven.zero(lambda x: 0.5, 0, 1)):
@@ -286,6 +291,184 @@ class Proven(unittest.TestCase):
         self.assertEqual(str(proven.Bounded(Decimal("-3E-50"), Decimal("5E-49"))), "0 (abs < 1E-48)")
         self.assertEqual(str(proven.zeros([1, 0])[0]), "0")
         self.assertIsNone(proven.is_positive_definite([["1", "1"], ["1", "1"]]))
+
+    def test_no_digit_of_the_data_is_lost(self):
+        long = Decimal("1." + "0" * 100009 + "1")
+        for number in (long, str(long), Fraction(long), tesk2mp.exact(long, real=True), 10**100010 + 1):
+            whole = isinstance(number, int)
+            difference = proven.dot([number, -1], [1, 10**100010 if whole else 1])
+            self.assertEqual(difference.value, 1 if whole else Decimal("1e-100010"))
+            self.assertEqual(proven.multiply([[number]], [[1]])[0][0].error > 0, True)
+        wide = proven.bounded(tesk2mp.exact(long, real=True)) - 1
+        self.assertTrue(wide > 0)
+        too_long = Decimal((0, (1,) * 1000001, 0))
+        for number in (too_long, str(too_long), "1e-1000000000", Decimal("1e1000000000"), Decimal("-1e-3000000000")):
+            for call in (lambda x: proven.bounded(x) + 0, lambda x: proven.determinant([[x]]), lambda x: proven.norm([x]), lambda x: proven.zeros([x, 1]),
+                         lambda x: proven.zero(lambda y: y, x, 1)):
+                self.assertRaises(tesk2mp.InvalidArgument, call, number)
+        self.assertRaises(tesk2mp.InvalidArgument, proven.bounded, Fraction(1, 2**1000001))
+        # At two digits the ends of an interval and integers of numpy have all of theirs.
+        import numpy
+
+        with tesk2mp.digits(2):
+            for low, high in (("1.2344", "1.2346"), (Decimal("1.2344"), tesk2mp.Real(2))):
+                self.assertLessEqual(abs(proven.zero(lambda x: x - Decimal("1.2345"), low, high)), 2)
+            self.assertEqual(tesk2mp.Real(1) - numpy.int64(10**10 + 1), tesk2mp.Real(1) - (10**10 + 1))
+            self.assertEqual(proven.bounded(numpy.int64(10**10 + 1)) - 10**10, 1)
+
+    def test_what_is_not_finite_is_refused(self):
+        for x in (Decimal("NaN"), Decimal("-Infinity"), "nan", tesk2mp.Complex(1, Decimal("Infinity")), tesk2mp.Real("inf")):
+            for call in (proven.bounded, proven.exp, lambda x: proven.sum([1, x]), lambda x: proven.norm([1, x]), lambda x: proven.dot([x], [1]),
+                         lambda x: proven.multiply([[x]], [1]), lambda x: proven.transform([x, 1]), lambda x: proven.rank([[x]]),
+                         lambda x: proven.solve([[1]], [x]), lambda x: proven.is_positive_definite([[x]]), lambda x: proven.Bounded(x, 1)):
+                self.assertRaises(tesk2mp.InvalidArgument, call, x)
+            self.assertEqual(str(proven.Bounded(x, "Infinity")).split()[0], "?")
+
+    def test_bounds_of_errors(self):
+        for error in (-1, Decimal("NaN"), "-1e-30", "x", tesk2mp.Complex(1, 1), 0.5, None, [1], proven.bounded(1)):
+            self.assertRaises((tesk2mp.InvalidArgument, tesk2mp.InvalidType), proven.Bounded, 1, error)
+        for value in (0.5, 1j, None, [1], proven.bounded(1), "x", Fraction(1, 3)):
+            self.assertRaises((tesk2mp.InvalidArgument, tesk2mp.InvalidType), proven.Bounded, value, 1)
+        # Rounded up, and never to 0.
+        with decimal.localcontext() as context:
+            context.prec, context.rounding = 3, decimal.ROUND_DOWN
+            for error in ("0.1000000000000000000001", Fraction(1, 3), 10**30 + 1, Decimal(1) / 7, tesk2mp.Real("2e-15")):
+                bound = proven.Bounded(1, error).error
+                exact = Fraction(error if not isinstance(error, tesk2mp.Real) else error.decimal())
+                self.assertTrue(exact <= Fraction(bound) <= exact * (1 + Fraction(1, 10**8)))
+        self.assertEqual(proven.Bounded(1, "1e-999999999").error, Decimal("1e-999999999"))
+        self.assertEqual(proven.Bounded(1, Decimal("1e-99999999999")).error, Decimal("1e-999999999"))
+        self.assertGreater((proven.Bounded(0, Decimal("1e-99999999999")) * 1).error, 0)
+        self.assertEqual(proven.Bounded(1, Decimal("1e99999999999")).error, Decimal("Infinity"))
+
+    def test_comparisons(self):
+        """Of every pair of intervals with small ends, beside all numbers of a grid in them."""
+        compare = {"<": operator.lt, "<=": operator.le, ">": operator.gt, ">=": operator.ge, "==": operator.eq, "!=": operator.ne}
+        intervals = [(Fraction(value, 4), Fraction(error, 4)) for value in range(-4, 5) for error in range(4)]
+        grid = [Fraction(k, 4) for k in range(-8, 9)]
+        inside = {(v, e): [x for x in grid if abs(x - v) <= e] for v, e in intervals}
+        with tesk2mp.digits(RANDOM.choice([1, 2, 20])):
+            for v, e in intervals:
+                for w, f in RANDOM.sample(intervals, 12):
+                    left, right = proven.Bounded(v, e), proven.Bounded(w, f)
+                    for name, apply in compare.items():
+                        answers = {apply(x, y) for x in inside[v, e] for y in inside[w, f]}
+                        with self.subTest(left=left, sign=name, right=right):
+                            if len(answers) == 1:
+                                self.assertIs(apply(left, right), answers.pop())
+                            else:
+                                self.assertRaises(proven.Undecided, apply, left, right)
+        x = proven.Bounded("0.5", "0.25")
+        self.assertTrue(x < 1 and Decimal(0) < x and Fraction(1, 3) > x - 1 and x < 0.76 and x != "x" and tesk2mp.Real(1) > x)
+        self.assertTrue(x - tesk2mp.Complex(0, 1) != x and proven.bounded(1) == tesk2mp.Complex(1, 0) and tesk2mp.Complex(1, 1) != x)
+        self.assertTrue(proven.bounded(2) and not proven.bounded(0) and x and x + tesk2mp.Complex(0, 1))
+        undecided = (
+            lambda: bool(x - 1 / Decimal(2)), lambda: sorted([x, proven.bounded(Decimal("0.6"))]), lambda: max(x, x + 0), lambda: x in [Decimal("0.5")],
+            lambda: proven.Bounded(1, "Infinity") < 2, lambda: tesk2mp.Complex("0.5", "0.1") == x - tesk2mp.Complex(0, "-0.2"),
+        )
+        for call in undecided:
+            self.assertRaises(proven.Undecided, call)
+        for call in (hash, float, int, complex, round, list, len, Decimal, Fraction, tesk2mp.Real, lambda x: x < "1", lambda x: x < tesk2mp.Complex(1, 1),
+                     lambda x: x + 0.5, lambda x: x * 1j, lambda x: x + None, lambda x: x // 1, lambda x: x % 1, lambda x: {x}):
+            self.assertRaises(TypeError, call, x)
+        self.assertTrue(issubclass(proven.Undecided, ValueError))
+
+    def test_branches_of_functions(self):
+        def f(x):
+            return x - 1 if x < Fraction(3, 2) else x - 3
+
+        for low, high, zero in ((0, Fraction(7, 5), 1), (Fraction(7, 4), 4, 3)):
+            self.assertEqual(proven.zero(f, low, high), zero)
+        # A jump is no zero, however near the ends are.
+        step = lambda x: proven.bounded(-1) if x * x < 2 else proven.bounded(1)
+        self.assertFalse(proven.zero(step, 0, 2).error.is_finite())
+        # Three is nearer than 20 digits tell.
+        near = "3." + "0" * 30 + "1"
+        less = lambda: proven.bounded(1) if proven.exp(proven.log(near)) > 3 else proven.bounded(0)
+        self.assertRaises(proven.Undecided, less)
+        self.assertEqual(proven.to_digits(5, less), 1)
+        same = lambda: proven.bounded(int(proven.exp(proven.log(3)) == 3))
+        with self.assertRaisesRegex(tesk2mp.NumericalFailure, "0 of 5 digits are proven with 99 working digits"):
+            proven.to_digits(5, same, most=99)
+
+    def test_arrays_of_numpy(self):
+        import numpy
+
+        x = proven.Bounded("1.5", "0.25")
+        array = numpy.array([Decimal(1), 2, Fraction(1, 3)], dtype=object)
+        for work in (operator.add, operator.sub, operator.mul, operator.truediv):
+            for product, expected in ((work(array, x), [work(each, x) for each in array]), (work(x, array), [work(x, each) for each in array])):
+                self.assertEqual(product.shape, (3,))
+                self.assertEqual(list(map(repr, product)), list(map(repr, expected)))
+        numbers = numpy.array([[x, 1], [2, x]], dtype=object)
+        self.assertEqual(numbers.shape, (2, 2))
+        self.assertEqual(repr((numbers @ [1, 1])[0]), repr(x + 1))
+        self.assertEqual(repr(numpy.sum(numbers)), repr(2 * x + 3))
+        self.assertEqual(repr(numpy.int64(2) * x), repr(2 * x))
+        self.assertEqual(list(numpy.array([1, 2]) < x), [True, True][:1] + [False])
+        for wrong in (lambda: numpy.array([0.5]) * x, lambda: x + numpy.float64(1), lambda: numpy.float16(1) * x, lambda: numpy.longdouble(1) + x,
+                      lambda: numpy.array([x]).astype(float), lambda: numpy.sin(numbers), lambda: tesk2mp.Complex(1, 1) * numpy.float32(1) * x,
+                      lambda: proven.rank(numpy.array([[0.5]])), lambda: proven.rank([[Fraction(1, 3), numpy.float32(0.5)]])):
+            self.assertRaises(TypeError, wrong)
+        self.assertRaises(proven.Undecided, lambda: numpy.max(numpy.array([x, x + 0])))
+        self.assertEqual(repr(tesk2mp.Real(2) * x), repr(2 * x))
+        self.assertEqual((tesk2mp.Complex(0, 1) * x).value, tesk2mp.Complex(0, "1.5"))
+
+    def test_text_and_formats(self):
+        context = decimal.Context(3, decimal.ROUND_UP, Emin=-5, Emax=5)
+        x = proven.Bounded("123.456789", "0.00001")
+        texts = {"": "123.46", ".1f": "123.5", ".9f": "123.46", "e": "1.2346e+2", ".2e": "1.23e+2", ">10.4g": "     123.5", "<9.0f": "123      ",
+                 "+.1f": "+123.5", "_^11.2E": "__1.23E+2__", ".1%": "12346%"}
+        far = [proven.Bounded(Decimal(f"3e{sign}2000000"), Decimal(f"1e{sign}3000000")) for sign in "+-"]
+        for local in (decimal.getcontext(), context):
+            with decimal.localcontext(local):
+                for spec, text in texts.items():
+                    self.assertEqual(format(x, spec), text)
+                self.assertEqual(far[1].text(3), "3E-2000000")
+                self.assertEqual(str(far[0]), "0 (abs < 1E+3000001)")
+                self.assertEqual(proven.norm([Decimal("3e-2000000"), Decimal("4e-2000000")]).text(2), "5E-2000000")
+                self.assertEqual(proven.bounded(Fraction(1, 3)).text(4), "0.3333")
+                self.assertTrue(self.check(proven.bounded(Fraction(200, 3)), Fraction(200, 3)))
+        self.assertEqual(f"{proven.Bounded(12345, 20):.2f}", "1E+4")
+        self.assertEqual(str(proven.Bounded("-15.5", 1)), "-1E+1 (no digit is known)")
+        self.assertEqual(f"{proven.bounded(tesk2mp.Complex('1.25', '-2.75')):.1f}", "1.2 -2.8")
+        self.assertRaises(tesk2mp.InvalidArgument, lambda: f"{x:d}")
+
+    def test_copies_and_threads(self):
+        x = proven.Bounded(tesk2mp.Complex("1.5", 2), "0.25")
+        for other in (copy.copy(x), copy.deepcopy(x), *(pickle.loads(pickle.dumps(x, k)) for k in range(pickle.HIGHEST_PROTOCOL + 1))):
+            self.assertEqual(repr(other), repr(x))
+        for change in (lambda: setattr(x, "value", 1), lambda: setattr(x, "_error", 0), lambda: delattr(x, "_value")):
+            self.assertRaises(AttributeError, change)
+        results = []
+        with tesk2mp.digits(60):
+            third = proven.bounded(1) / 3
+            thread = threading.Thread(target=lambda: results.append(third * 3 - 1))
+            thread.start()
+            thread.join()
+        self.assertTrue(self.check(results[0], 0))
+        self.assertEqual(repr(sum([x, x])), repr(x + x))
+        with tesk2mp.results(tesk2mp.Real), tesk2mp.digits(30):
+            real = proven.solve([[3]], [1])[0]
+            self.assertIsInstance(real.value, tesk2mp.Real)
+            self.assertTrue(real * 3 < 2 and real.text(3) == "0.333" and f"{-real:.3f}" == "-0.333")
+
+    def test_nothing_of_nothing(self):
+        self.assertEqual((proven.sum([]), proven.dot([], []), proven.norm([]), proven.determinant([])), (0, 0, 0, 1))
+        for call in (proven.inverse, proven.eigenvalues, proven.singular_values, proven.transform, lambda a: proven.solve(a, a)):
+            self.assertEqual(call([]), [])
+
+    def test_sparse_matrices_of_scipy_are_exact(self):
+        import numpy
+        import scipy.sparse
+
+        places = ([0, 0, 0, 1], [0, 0, 0, 1])
+        for kind in (float, complex, numpy.longdouble):
+            values = numpy.array([1, 2.0**-300, 2.0**-900, 3], dtype=kind)
+            matrix = scipy.sparse.coo_matrix((values, places), shape=(2, 2))
+            exact = Fraction(1) + Fraction(1, 2**300) + Fraction(1, 2**900)
+            x = proven.to_digits(700, lambda: proven.solve(matrix, [1, 3]))
+            self.assertLessEqual(abs(Fraction(getattr(x[0].value, "real", x[0].value)) - 1 / exact), Fraction(x[0].error))
 
 
 if __name__ == "__main__":
