@@ -5,7 +5,7 @@ from collections.abc import Sequence
 from decimal import Decimal
 from typing import Any, cast
 
-from . import Complex, dot, fractional_matrix_power, multiply
+from . import Complex, _truth, dot, fractional_matrix_power, multiply, proven
 from . import outer as _outer
 from ._bounded import is_number
 from ._context import at
@@ -47,6 +47,12 @@ def matmul(a: Vector | Matrix, b: Vector | Matrix, *, digits: int | None = None)
     return multiply(left, right, digits=digits)
 
 
+def _proven_product(left: Any, right: Any) -> Any:
+    if not _is_vector(left):
+        return proven.multiply(left, right)
+    return proven.dot(left, right) if _is_vector(right) else proven.multiply([list(column) for column in zip(*right)], left)
+
+
 def multi_dot(arrays: Sequence[Vector | Matrix], *, digits: int | None = None) -> Any:
     """The product of several matrices, from left to right; the first and the last may be vectors.
 
@@ -56,6 +62,10 @@ def multi_dot(arrays: Sequence[Vector | Matrix], *, digits: int | None = None) -
     if len(arrays) < 2:
         raise refusal(InvalidArgument, "a product has two factors at least")
     with at(digits):
+        if _truth.wanted():
+            factors = [_lists(each) for each in arrays]
+            product = _truth.proved(lambda: functools.reduce(_proven_product, factors))
+            return _truth.as_array(product) if hasattr(arrays[0], "__array__") else product
         return functools.reduce(matmul, arrays)
 
 

@@ -2,13 +2,14 @@
 
 import contextvars
 import decimal
-from collections.abc import Callable
+import inspect
+from collections.abc import Callable, Iterator
 from fractions import Fraction
 from typing import Any
 
-from . import _core, _progress, proven
+from . import _bounded_transforms, _core, _progress, proven
 from ._bounded import Bounded, evaluated, is_number, numbers_in
-from ._context import _Scope, digits
+from ._context import _MOST_DIGITS, _Scope, digits
 from ._errors import Error, InvalidArgument, InvalidType, NumericalFailure, refusal
 
 _wanted: contextvars.ContextVar["true_digits | None"] = contextvars.ContextVar("true_digits", default=None)
@@ -21,6 +22,8 @@ _ROUNDED = {
     *("sqrt", "pi", "quantize", "round_parts", "rank", "sort", "rearrange", "invert", "fftshift", "ifftshift"),
     "convolve",
 }
+
+_OF_COMPLEX = {*(name for name in dir(_core.Complex) if not name.startswith("_")), "pow"}
 
 
 def wanted() -> bool:
@@ -39,7 +42,7 @@ class true_digits(_Scope):  # pylint: disable=invalid-name
     is a NumericalFailure. They are rounded to `count` digits; a number of which not even the sign is known, so far below the
     largest one of the result, is 0. This is for solve, inverse, determinant, least_squares and minimum_norm of full column
     rank, matrix_rank, eigenvalues and symmetric_eigenvalues, of pencils too, eigen, symmetric_eigen, singular_values,
-    polynomial_zeros, multiply, dot, norm, sparse.linalg.spsolve, and for what the modules call of these (linalg.solve, inv, det, lstsq, eig, eigvals, eigh, eigvalsh,
+    polynomial_zeros, multiply, dot, norm, fft, rfft, dct, dst, fftn and rfftn with their inverses, sparse.linalg.spsolve, and for what the modules call of these (linalg.solve, inv, det, lstsq, eig, eigvals, eigh, eigvalsh,
     svdvals, matrix_rank). Eigenvectors have norm 1 and are known up to a factor of modulus 1, those of multiple eigenvalues not
     at all: a NumericalFailure. Functions of numbers and convolve are correctly rounded anyway, and take decimal numbers
     of `count` digits at most; other routines are an InvalidArgument.
@@ -59,7 +62,7 @@ class true_digits(_Scope):  # pylint: disable=invalid-name
     def __init__(self, count: int, most: int = 100000) -> None:
         if not (isinstance(count, int) and isinstance(most, int)):
             raise refusal(InvalidType, "numbers of digits are integers")
-        if count < 1 or most < count:
+        if count < 1 or most < count or most > _MOST_DIGITS:
             raise refusal(InvalidArgument, f"{count} true digits with at most {most} working digits")
         self.count = count
         self.most = most
@@ -118,13 +121,21 @@ def _plain(result: Any, count: int) -> Any:
 
 
 def _conjugate(z: Any) -> Any:
-    if isinstance(z, Bounded):
-        return z._replace(value=_conjugate(z.value))
-    return z.conjugate() if isinstance(z, _core.Complex) else z
+    return z.conjugate() if isinstance(z, (Bounded, _core.Complex)) else z
 
 
-def _multiply(a: Any, b: Any) -> Any:
-    return proven.multiply(a, b)
+def _operand(a: Any, op: str) -> Any:
+    if op not in ("none", "transpose", "conjugate_transpose"):
+        raise refusal(InvalidArgument, f"an operation is 'none', 'transpose' or 'conjugate_transpose', not {op!r}")
+    a = evaluated(a)
+    if op == "none":
+        return a
+    conjugated = op == "conjugate_transpose"
+    return [[_conjugate(each) if conjugated else each for each in column] for column in zip(*a)]
+
+
+def _multiply(a: Any, b: Any, op_a: str = "none", op_b: str = "none") -> Any:
+    return proven.multiply(_operand(a, op_a), _operand(b, op_b))
 
 
 def _dot(x: Any, y: Any, conjugate: bool = False) -> Any:
@@ -198,6 +209,7 @@ _PROOFS: dict[str, Callable[..., Any]] = {
     "multiply": _multiply,
     "dot": _dot,
     "norm": proven.norm,
+    **_bounded_transforms.PROOFS,
 }
 
 
@@ -235,22 +247,15 @@ def _with_bounds(roots: list[proven.Root], count: int) -> list[tuple[Any, decima
     return sorted(pairs, key=modulus, reverse=True)
 
 
-def _proved(proof: Callable[[], Any], *data: Any) -> Any:
+def _proved(proof: Callable[[], Any]) -> Any:
     """What the proof gives with as many working digits as the block needs."""
     scope = _wanted.get()
     assert scope is not None
-    working = max((_length(each) for each in numbers_in(data)), default=1)
-
-    def problem() -> Any:
-        # No number is rounded on its way in.
-        with digits(max(working, _core.get_digits())):
-            return proof()
-
     former = _wanted.set(None)
     count_before = _wanted_digits.set(scope.count)
     try:
         with digits(scope.count):
-            return proven.to_digits(scope.count, problem, scope.most)
+            return proven.to_digits(scope.count, proof, scope.most)
     finally:
         _wanted_digits.reset(count_before)
         _wanted.reset(former)
@@ -265,6 +270,58 @@ def proved(proof: Callable[[], Any]) -> Any:
         return _plain(found, scope.count)
 
 
+_GUARD_DIGITS = 3
+
+
+def _with_parts_of(exact: Any, fine: Any) -> Any:
+    """The results, but each Complex with the parts of the other's rounded to the working digits."""
+    if isinstance(exact, _core.Complex):
+        return _core.Complex(fine.real, fine.imag)
+    if isinstance(exact, list):
+        return [_with_parts_of(*pair) for pair in zip(exact, fine)]
+    return exact
+
+
+def _power(x: Any, y: Any) -> Any:
+    if any(isinstance(each, _core.Complex) for each in (x, y)):
+        return proven.pow(x, y)
+    # (-r)^y = r^y exp(i pi y)
+    size = proven.pow(-proven.bounded(x), y)
+    return size * proven.cospi(y) + size * proven.sinpi(y) * _core.Complex(0, 1)
+
+
+def _rounded_once(core: Callable[..., Any], given: list[Any], options: dict[str, Any], count: int) -> Any:
+    """What the function gives of numbers that it takes as they are."""
+    name = core.__name__
+    for each in numbers_in([*given, *options.values()]):
+        if isinstance(each, Fraction) or _length(each) > count:
+            raise refusal(
+                InvalidArgument, f"{name} in a block of true_digits({count}) takes numbers of {count} decimal digits at most"
+            )
+    model = given[0] if given else None
+    given = [_lists(each) for each in given]
+    with digits(count):
+        result = core(*given, **options)
+        if name in _OF_COMPLEX and any(isinstance(each, _core.Complex) for each in _leaves(result)):
+            if name == "pow":
+                if not all(map(is_number, given)):
+                    raise refusal(InvalidArgument, "pow in a block of true_digits() takes two numbers where one is Complex")
+                return proved(lambda: _power(*given))
+            # Of these each part is within a unit of the last digit, of reals half of that.
+            with digits(count + _GUARD_DIGITS):
+                fine = core(*given, **options)
+            result = _with_parts_of(result, fine)
+    return as_array(result) if hasattr(model, "__array__") else result
+
+
+def _leaves(result: Any) -> Iterator[Any]:
+    if isinstance(result, (list, tuple)):
+        for each in result:
+            yield from _leaves(each)
+    else:
+        yield result
+
+
 def call(core: Callable[..., Any], arguments: Any, named: dict[str, Any]) -> Any:
     """The call with proven digits, in a block that asks for them."""
     name = core.__name__
@@ -277,26 +334,28 @@ def call(core: Callable[..., Any], arguments: Any, named: dict[str, Any]) -> Any
     given = [each if hasattr(each, "__array__") else _lists(each) for each in arguments]
     options = {key: _lists(value) for key, value in named.items()}
     if name in _ROUNDED:
-        for each in numbers_in([*given, *options.values()]):
-            if isinstance(each, Fraction) or _length(each) > count:
-                raise refusal(
-                    InvalidArgument, f"{name} in a block of true_digits({count}) takes numbers of {count} decimal digits at most"
-                )
-        return core(*given, **options)
+        if name in ("sqrt", "pi") and (options.get("classic") or given[int(name == "sqrt") :][:1] not in ([], [False])):
+            raise refusal(InvalidArgument, f"the classic {name} has about 16 digits that are right")
+        return _rounded_once(core, given, options, max(count, _core.get_digits()))
     given = [_lists(each) for each in given]
     if name == "matrix_rank":
         return _matrix_rank(*given, **options)
-    found = _proved(lambda: _PROOFS[name](*given, **options), *given, *options.values())
+    proof = _PROOFS[name]
+    try:
+        inspect.signature(proof).bind(*given, **options)
+    except TypeError as error:
+        raise refusal(InvalidArgument, f"{name} in a block of true_digits(): {error}") from None
+    found = _proved(lambda: proof(*given, **options))
     with digits(count):
         result = _with_bounds(found, count) if name == "polynomial_zeros" else _plain(found, count)
     if hasattr(model, "__array__") and name != "polynomial_zeros":
-        result = _as_array(result)
+        result = as_array(result)
     return (result, len(result)) if name == "minimum_norm" else result
 
 
-def _as_array(result: Any) -> Any:
+def as_array(result: Any) -> Any:
     import numpy
 
     if isinstance(result, tuple):
-        return tuple(_as_array(each) for each in result)
+        return tuple(as_array(each) for each in result)
     return numpy.array(result, dtype=object) if isinstance(result, list) else result

@@ -40,6 +40,7 @@ from . import fractional_matrix_power as _fractional_matrix_power
 from . import hessenberg as _hessenberg
 from . import logm as _logm
 from . import sqrtm as _sqrtm
+from . import _truth, proven
 from ._context import at, plain
 from ._errors import InvalidArgument, InvalidType, NumericalFailure, refusal
 from ._products import kron, matmul, matrix_power, multi_dot, outer, trace
@@ -315,6 +316,8 @@ def cond(a: Matrix, p: None | Literal["fro", 1, 2] | float = None, *, digits: in
     (Decimal('4'), Decimal('21'))
     """
     with at(digits):
+        if _truth.wanted():
+            return cast(Decimal, _truth.proved(lambda: _proven_condition(a, p)))
         if p is None or p == 2:
             s = svdvals(a)
             product = Real(0) if len(s) == 0 else Real("Infinity") if s[-1] == 0 else Real(s[0]) / s[-1]
@@ -437,6 +440,14 @@ def _option(what: str, options: dict[Any, str], name: object) -> str:
         if option == name:
             return meaning
     raise refusal(InvalidArgument, f"{what} is one of {', '.join(map(repr, options))}, not {name!r}")
+
+
+def _proven_condition(a: Any, p: object) -> Any:
+    if p is None or p == 2:
+        s = proven.singular_values(a)
+        return s[0] / s[-1] if s else proven.bounded(0)
+    kind = _option("p", _NORMS, p)
+    return proven.norm(a, kind) * proven.norm(proven.inverse(a), kind)
 
 
 def _is_matrix(a: Any) -> bool:
