@@ -31,12 +31,14 @@ COMPLEX = "include/tesk2mp/proven_complex.hpp"
 ARITHMETIC = "include/tesk2mp/proven_arithmetic.hpp"
 ZERO = "include/tesk2mp/proven_zero.hpp"
 SPARSE = "include/tesk2mp/proven_sparse.hpp"
+NEAR = "include/tesk2mp/proven_krylov.hpp"
 DETERMINANT = "src/proven/determinant.cpp"
 FORMS = "src/proven/forms.h"
 TAYLOR = "src/proven/taylor.h"
 FUNCTIONS = "tests/proven/test_functions.cpp"
 FUNCTION_TERMS = "tests/proven/test_function_terms.cpp"
 SPARSE_TERMS = "tests/proven/test_sparse.cpp"
+NEAR_TERMS = "tests/proven/test_near.cpp"
 
 OF_ONE = "terms of functions of a real number"
 OF_TWO = "terms of functions of two real numbers"
@@ -134,6 +136,11 @@ MUTANTS = [
         ("sum = rounded.error(rest(j, j))", "sum"),
         ("sum += rounded.size(rest(i, j));", "sum += QuarnBound(rest(i, j));"),
         ("sum += rounded.size(rest(i, j));", "sum = rounded.size(rest(i, j));"),
+    )),
+    *((("single eigenvalues", NEAR, *change, [NEAR_TERMS], "terms of distances*")) for change in (
+        ("sizes[i] + detail::SparseResidual<T>::rounding(b_[i], QuarnDigits())", "sizes[i]"),
+        ("return sqrt(squares) * over_length(v)", "return sqrt(squares)"),
+        ("return is_square_ ||", "return true ||"),
     )),
     *((("sparse LU", SPARSE, *change, [SPARSE_TERMS], "terms of sparse proofs")) for change in (
         ("count(4 * std::uint32_t(n) + 32)", "count(4 * std::uint32_t(n) + 28)"),
