@@ -5,6 +5,7 @@
 #include "cli/commands/certificate.h"
 #include "cli/commands/dense.h"
 #include "cli/commands/failure.h"
+#include "cli/commands/few_values.h"
 #include "cli/commands/options.h"
 #include "cli/commands/proven.h"
 #include "cli/commands/ranking.h"
@@ -18,15 +19,10 @@ namespace cli {
 
 namespace {
 
-struct EigOptions {
-  std::string matrix;
+struct EigOptions : FewOptions {
   std::string mass;
   std::vector<Integer> select;  // first and last, from 1 in ascending order
-  TableOptions table;
-  bool vectors = false;
   bool condition = false;
-  ProofOptions proof;
-  OutputOptions output;
 };
 
 struct Eigenvalues {
@@ -321,6 +317,13 @@ void run_proven(const EigOptions& options, const DenseMatrix& given, const tesk2
 }
 
 void run_eig(const EigOptions& options) {
+  require_few(options);
+  if (options.count > 0) {
+    if (!options.mass.empty() || options.condition || !options.select.empty()) {
+      throw bad_input("--count does not go with --mass, --condition and --select");
+    }
+    return run_few_eigenvalues(options);
+  }
   const bool alone = options.mass.empty();
   const bool values_alone = !options.vectors && !options.condition && alone && options.select.empty();
   if (options.proof.insisted && !values_alone) {
@@ -370,6 +373,11 @@ complex. Symmetric and Hermitian ones are recognised: their eigenvalues are real
 With --mass B may be singular: it has infinite eigenvalues then.
 --plot draws the complex plane.
 
+--count finds some eigenvalues of a sparse matrix of any order by products with it, those near a
+number by complete sparse factors. Of symmetric and Hermitian matrices the residuals prove that
+each value is, to all its digits, an eigenvalue; of others two computations agree to them. That
+they are the ones that are wanted is an estimate.
+
 The numbers of the matrix are taken with all their digits, and D digits of both parts of every
 eigenvalue are true; a part of which none is known, D digits below the largest, is printed
 as 0. Multiple eigenvalues have a count. Where no proof is found, and with --vectors,
@@ -380,7 +388,8 @@ Examples:
   printf '0 1\n-1 0\n' | quarn eig - --vectors
   quarn eig matrix.csv --condition --format csv
   quarn eig stiffness.txt --mass mass.txt --vectors
-  quarn eig symmetric.mtx --select 1 3)";
+  quarn eig symmetric.mtx --select 1 3
+  quarn eig examples/bcsstk01.mtx --count 3 --near 0)";
 
 void declare_eig(Command& command) {
   auto options = std::make_shared<EigOptions>();
@@ -391,6 +400,7 @@ void declare_eig(Command& command) {
   command.numbers("--select", "FIRST LAST", 2, options->select,
                   "these eigenvalues alone, counted from 1 in ascending order");
   command.flag("--condition", options->condition, "how sensitive the eigenvalues are");
+  add_few_options(command, *options, true);
   add_true_digits(command, options->proof);
   add_certificate(command, options->proof);
   add_output_options(command, options->output);

@@ -18,12 +18,18 @@ QuarnFloat norm(const std::vector<T>& x) {
 
 // Sums duplicates, keeps zeros.
 template <class T>
-Equations<T> equations_of(const SparseMatrix& matrix, const std::vector<T>& values, std::vector<T> b) {
-  Equations<T> equations{tesk2mp::SparseMatrix<T>(std::size_t(matrix.rows)), std::move(b)};
+tesk2mp::SparseMatrix<T> canonical(const SparseMatrix& matrix, const std::vector<T>& values) {
+  tesk2mp::SparseMatrix<T> a(std::size_t(matrix.rows));
   for (std::size_t k = 0; k < values.size(); ++k) {
-    equations.a.add(std::size_t(matrix.row[k]) - 1, std::size_t(matrix.column[k]) - 1, values[k]);
+    a.add(std::size_t(matrix.row[k]) - 1, std::size_t(matrix.column[k]) - 1, values[k]);
   }
-  equations.a.canonicalise(tesk2mp::Duplicates::sum, tesk2mp::Zeros::keep);
+  a.canonicalise(tesk2mp::Duplicates::sum, tesk2mp::Zeros::keep);
+  return a;
+}
+
+template <class T>
+Equations<T> equations_of(const SparseMatrix& matrix, const std::vector<T>& values, std::vector<T> b) {
+  Equations<T> equations{canonical(matrix, values), std::move(b)};
   if (equations.b.empty()) {
     equations.b = equations.a.multiply(std::vector<T>(std::size_t(matrix.rows), T(1)));
   }
@@ -49,6 +55,14 @@ LinearSystem linear_system(const SparseMatrix& matrix, const DenseMatrix* b) {
   return {matrix.source, matrix.rows,
           equations_of(whole, real_parts(whole.values),
                        b == nullptr ? std::vector<QuarnFloat>() : elements_of<QuarnFloat>(*b))};
+}
+
+std::variant<tesk2mp::SparseMatrix<QuarnFloat>, tesk2mp::SparseMatrix<Complex>> assembled(const SparseMatrix& matrix) {
+  const SparseMatrix whole = expanded(matrix);
+  if (matrix.complex()) {
+    return canonical(whole, whole.values);
+  }
+  return canonical(whole, real_parts(whole.values));
 }
 
 template <class T>

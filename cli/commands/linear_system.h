@@ -36,6 +36,9 @@ struct LinearSystem {
   }
 };
 
+/// The entries of a square matrix, of both triangles, in canonical form: duplicates are summed, zeros kept.
+std::variant<tesk2mp::SparseMatrix<QuarnFloat>, tesk2mp::SparseMatrix<Complex>> assembled(const SparseMatrix& matrix);
+
 /// Takes the matrix, which must be square, and the right side; no right side means A (1, ..., 1). The system is complex
 /// when either is.
 LinearSystem linear_system(const SparseMatrix& matrix, const DenseMatrix* b);

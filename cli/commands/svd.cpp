@@ -3,6 +3,8 @@
 
 #include "cli/commands/certificate.h"
 #include "cli/commands/dense.h"
+#include "cli/commands/failure.h"
+#include "cli/commands/few_values.h"
 #include "cli/commands/options.h"
 #include "cli/commands/proven.h"
 #include "cli/commands/ranking.h"
@@ -15,18 +17,10 @@ namespace cli {
 
 namespace {
 
-struct SvdOptions {
-  std::string matrix;
-  std::string part = "values";
-  TableOptions table;
-  ProofOptions proof;
-  OutputOptions output;
-};
-
 const std::vector<std::string> kSvdParts = {"values", "u", "v"};
 
 template <class T>
-Result result_of(const SvdOptions& options, const DenseMatrix& given, const tesk2mp::Matrix<T>& a) {
+Result result_of(const FewOptions& options, const DenseMatrix& given, const tesk2mp::Matrix<T>& a) {
   const bool values = options.part == "values";
   const Progress progress = Progress::estimated(
       "singular values",
@@ -91,7 +85,11 @@ Result result_of(const SvdOptions& options, const DenseMatrix& given, const tesk
   return result;
 }
 
-void run_svd(const SvdOptions& options) {
+void run_svd(const FewOptions& options) {
+  require_few(options);
+  if (options.count > 0) {
+    return run_few_singular_values(options);
+  }
   if (options.proof.insisted && options.part != "values") {
     throw bad_input("--proven and --certificate are for the values: without --factor");
   }
@@ -108,19 +106,25 @@ constexpr const char* kSvdFooter =
 complex. --factor u and v write the first min(m, n) columns of a factor. --plot draws the
 values, or the magnitudes of the factor.
 
+--count finds some values of a sparse matrix of any shape by products with it. The residuals
+prove that each is, to all its digits, a singular value; that they are the ones that are wanted
+is an estimate.
+
 The numbers of the matrix are taken with all their digits, and D digits of every value are
 true; one of which none is known, D digits below the largest, is printed as 0. Where no proof
 is found, and for factors, a note says that the result is an estimate.
 
 Examples:
   quarn svd examples/west0067.mtx --digits 50 --format csv
-  printf '0 2\n1 0\n' | quarn svd - --factor v)";
+  printf '0 2\n1 0\n' | quarn svd - --factor v
+  quarn svd examples/west0067.mtx --count 5 --digits 40)";
 
 void declare_svd(Command& command) {
-  auto options = std::make_shared<SvdOptions>();
+  auto options = std::make_shared<FewOptions>();
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
   command.choice("--factor", "WHAT", options->part, kSvdParts, "what to write: values (default), u, v");
   add_matrix_options(command, options->table);
+  add_few_options(command, *options, false);
   add_true_digits(command, options->proof);
   add_certificate(command, options->proof);
   add_output_options(command, options->output, Forms::matrix);

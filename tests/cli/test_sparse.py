@@ -7,9 +7,10 @@ import random
 import resource
 import tempfile
 import unittest
+from decimal import localcontext
 from fractions import Fraction
 
-from console import DATA, not_emulated, run, run_json, run_well
+from console import DATA, not_emulated, pi, run, run_json, run_well, sine_and_cosine, untrue
 
 HEAD = "%%MatrixMarket matrix coordinate "
 
@@ -181,6 +182,72 @@ class Sparse(unittest.TestCase):
         text = run_well("sparse", os.path.join(DATA, "bcsstk01.mtx"), "--factors", "cholesky", "--plot", "-")
         self.assertIn("bcsstk01.mtx: 400 entries", text)
         self.assertIn("cholesky, L: 493 entries", text)
+
+    def test_few_eigenvalues(self):
+        n = 60
+        self.write("real symmetric", n, n, [f"{i} {i} 2" for i in range(1, n + 1)] + [f"{i + 1} {i} -1" for i in range(1, n)])
+        with localcontext() as context:
+            context.prec = 80
+            step = pi() / (n + 1)
+            exact = [2 - 2 * sine_and_cosine(k * step)[1] for k in range(1, n + 1)]
+            cases = [(["--near", "0"], exact[:3]), (["--near", "1"], sorted(exact, key=lambda x: abs(x - 1))[:3]),
+                     (["--which", "smallest-real"], exact[:3]), ([], exact[:-4:-1]), (["--which", "both-ends"], [exact[0], *exact[-2:]])]
+        for options, expected in cases:
+            for digits in ("2", "30"):
+                result = run_json("eig", self.file, "--count", "3", "--digits", digits, *options)
+                self.assertEqual(result["imaginary"], ["0"] * 3)
+                for text, value, error in zip(result["real"], expected, result["error"], strict=True):
+                    self.assertIsNone(untrue(text, value, int(digits), error), options)
+        text = run_well("eig", self.file, "--count", "2", "--near", "4", "--error", "--vectors", "--plot", "-")
+        for words in ("# 2 eigenvalues of the 60 by 60 matrix in", "nearest to 4\n", "# 20 digits of an eigenvalue each, proven (worked with",
+                      "# an estimate: that these are the ones", "error: so far away is the exact value at most", "x60"):
+            self.assertIn(words, text)
+        once = run_json("eig", self.file, "--count", "1", "--working-digits", "15", "--digits", "20")
+        self.assertEqual(once["working_digits"], 15)
+        self.assertTrue(8 < once["true_digits"] <= 15)
+        # The one that --near names, of a multiple one too; a skew one, whose values are imaginary; a triangle's are known.
+        self.assertEqual(run_json("eig", "-", "--count", "2", "--near", "2", stdin="1 0 0\n0 2 0\n0 0 2\n")["real"], ["2", "2"])
+        skew = f"{HEAD}real skew-symmetric\n4 4 2\n2 1 3\n4 3 5\n"
+        result = run_json("eig", "-", "--count", "2", stdin=skew)
+        self.assertEqual((result["real"], sorted(result["imaginary"])), (["0", "0"], ["-5", "5"]))
+        self.assertEqual(run_json("eig", "-", "--count", "1", "--near", "1+3i", stdin=skew)["imaginary"][0], "3")
+        triangle = "".join(" ".join(str((i * j) % 7 - 3 if j > i else i + 1 if i == j else 0) for j in range(40)) + "\n" for i in range(40))
+        for options, expected in (([], ["40", "39", "38"]), (["--which", "smallest-real", "--digits", "40"], ["1", "2", "3"]),
+                                  (["--near", "7.2"], ["7", "8", "6"])):
+            result = run_json("eig", "-", "--count", "3", *options, stdin=triangle)
+            self.assertEqual((result["real"], result["imaginary"]), (expected, ["0"] * 3))
+            self.assertNotIn("error", result)
+        hermitian = run_json("eig", "-", "--count", "1", stdin=f"{HEAD}complex hermitian\n2 2 1\n2 1 3 -4\n")
+        self.assertEqual((hermitian["routine"], hermitian["real"][0].lstrip("-")), ("QuarnMPX_zeigsh_", "5"))
+
+    def test_few_singular_values(self):
+        whole = run_json("svd", os.path.join(DATA, "west0067.mtx"), "--digits", "30")["value"]
+        few = run_json("svd", os.path.join(DATA, "west0067.mtx"), "--digits", "30", "--count", "4")
+        self.assertEqual(few["value"], whole[:4])
+        self.assertEqual(few["routine"], "QuarnMPX_dsvds_")
+        wide = "1 2 3\n4 5 6\n"
+        self.assertEqual(run_json("svd", "-", "--count", "2", "--which", "smallest", stdin=wide)["value"], run_json("svd", "-", stdin=wide)["value"])
+        self.assertIn("a value that may be 0 has no bound", run_well("svd", "-", "--count", "2", stdin="1 1\n1 1\n1 1\n"))
+        u, v = (run_json("svd", "-", "--count", "1", "--factor", part, stdin=f"{HEAD}complex general\n2 3 1\n2 3 0 2\n") for part in "uv")
+        size = [Fraction(x["real"][-1]) ** 2 + Fraction(x["imaginary"][-1]) ** 2 for x in (u, v)]
+        self.assertLess(max(abs(x - 1) for x in size), Fraction(1, 10 ** 18))
+
+    def test_what_few_values_refuse(self):
+        for command, options, complaint in (
+                ("eig", ["--near", "1"], "--near and --which are for --count"), ("svd", ["--which", "largest"], "--near and --which are for --count"),
+                ("eig", ["--count", "1", "--near", "1", "--which", "largest"], "--near and --which exclude each other"),
+                ("eig", ["--count", "1", "--near", "i"], "are real"), ("eig", ["--count", "1", "--near", "x"], "'x' is not a number"),
+                ("eig", ["--count", "1", "--which", "largest-imaginary"], "its eigenvalues are real"),
+                ("eig", ["--count", "1", "--proven"], "--proven and --certificate are for all values"),
+                ("svd", ["--count", "1", "--certificate", "c"], "--proven and --certificate are for all values"),
+                ("eig", ["--count", "1", "--condition"], "--count does not go with")):
+            done = run(command, "-", *options, stdin="2 1\n1 3\n")
+            self.assertEqual((done.returncode, done.stdout), (2, ""), options)
+            self.assertIn(complaint, done.stderr)
+        self.assertIn("both-ends is for symmetric", run("eig", "-", "--count", "1", "--which", "both-ends", stdin="2 1\n0 3\n").stderr)
+        self.assertIn("2 by 1, but a square matrix is needed", run("eig", "-", "--count", "1", stdin="2\n1\n").stderr)
+        done = run("eig", "-", "--count", "3", stdin="2 1\n1 3\n")
+        self.assertEqual((done.returncode, done.stderr), (1, "quarn: DEIGSH: 3 eigenvalues of a matrix of order 2\n"))
 
     @not_emulated
     def test_a_picture_has_a_tile_for_each_place(self):
