@@ -167,19 +167,48 @@ inline std::vector<Bounded<Real>> parts_of(const std::vector<Bounded<Complex>>& 
   return parts;
 }
 
+/// Exponents, of either sign, of numbers whose squares are far from the ends of the range.
+inline constexpr std::int64_t kFarthestSquared = 400'000'000;
+
+/// Multiplies by 10^-power, exactly; numbers that are too small for that become 0, and the result is a bound of their
+/// norm before.
+inline QuarnBound scale_down(std::vector<Bounded<Real>>& values, int power) {
+  constexpr int kMostDigits = 1'000'000;
+  const Digits scope(kMostDigits);
+  QuarnBound left;
+  for (Bounded<Real>& each : values) {
+    const QuarnBound size(each.value);
+    if (size.is_zero() || size.exponent() >= power - kFarthestSquared) {
+      each.value = scalbn(each.value, -power);
+    } else {
+      left = hypotenuse(left, size);
+      each.value = Real();
+    }
+  }
+  return left;
+}
+
 }  // namespace detail
 
-/// The Euclidean norm.
+/// The Euclidean norm, of numbers of any exponents.
 template <class T>
 Bounded<Real> norm(const std::vector<Bounded<T>>& x) {
   std::vector<Bounded<Real>> values;
   QuarnBound error;
+  QuarnBound largest;
   for (const Bounded<T>& each : x) {
     // | ||x'|| - ||x|| | <= ||x' - x||
     error = hypotenuse(error, each.error);
     for (const Bounded<Real>& part : detail::parts_of(std::vector<Bounded<T>>{each})) {
+      largest = std::max(largest, QuarnBound(part.value));
       values.push_back(proven::exact(part.value));
     }
+  }
+  const bool is_far = largest.is_finite() && !largest.is_zero() &&
+                      (largest.exponent() > detail::kFarthestSquared || largest.exponent() < -detail::kFarthestSquared);
+  const int power = is_far ? int(largest.exponent()) : 0;
+  if (is_far) {
+    error = hypotenuse(error, detail::scale_down(values, power));
   }
   Bounded<Real> square;
   {
@@ -191,6 +220,10 @@ Bounded<Real> norm(const std::vector<Bounded<T>>& x) {
   root.error += square.value == 0        ? sqrt(square.error)
                 : square.error.is_zero() ? QuarnBound()
                                          : QuarnBound(root.value).half_unit(QuarnDigits() + 2);
+  if (is_far) {
+    root.value = scalbn(root.value, power);
+    root.error = isfinite(root.value) ? root.error * QuarnBound::power_of_ten(power) : QuarnBound::infinity();
+  }
   root.error += error;
   return root;
 }

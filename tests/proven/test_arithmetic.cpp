@@ -129,3 +129,30 @@ TEST_CASE("sums and products that are rounded once") {
   CHECK_THROWS_AS((void)proven::dot(std::vector<Real>{1}, std::vector<Real>{1, 2}), tesk2mp::InvalidArgument);
   CHECK(proven::norm(std::vector<Real>{0, 0}).error.is_finite());
 }
+
+TEST_CASE("norms of numbers near the ends of the range") {
+  for (const int digits : {1, 2, 16, 60}) {
+    const support::Digits scope(digits);
+    for (const int exponent : {-999'999'999, -900'000'000, -500'000'001, 500'000'001, 999'999'998}) {
+      const auto at = [&](int x, int power) { return Real(x, exponent + power); };
+      const auto whole = proven::norm(std::vector<Real>{at(3, 0), -at(4, 0), Real()});
+      CHECK(whole.value == at(5, 0));
+      CHECK(whole.error <= QuarnBound(at(5, 0)).half_unit(digits - 1));
+      // sqrt(2) is irrational, and known to its last digit.
+      const auto root = proven::norm(std::vector<Complex>{Complex(at(1, 0), at(-1, 0))});
+      CHECK(scalbn(root.value, -exponent) == proven::norm(std::vector<Real>{1, 1}).value);
+      CHECK((root.error.is_finite() && !root.error.is_zero()));
+      CHECK(proven::true_digits(root) == proven::true_digits(proven::norm(std::vector<Real>{1, 1})));
+    }
+    // What vanishes beside the largest number is in the bound, errors too.
+    const QuarnBound small = QuarnBound::power_of_ten(-900'000'000);
+    CHECK(proven::norm(std::vector<Real>{Real(1, 900'000'000), Real(1, -900'000'000)}).error >= small);
+    const std::vector<proven::Bounded<Real>> bounded{{Real(1, 900'000'000), QuarnBound::power_of_ten(900'000'001)}};
+    CHECK(proven::norm(bounded).error >= QuarnBound::power_of_ten(900'000'001));
+    CHECK(!proven::norm(std::vector<Real>{Real(9, 999'999'999), Real(9, 999'999'999)}).error.is_finite());
+  }
+  // All digits of the data count.
+  const support::Digits scope(50);
+  const Real long_number("1." + std::string(40, '0') + "1e800000000");
+  CHECK(proven::norm(std::vector<Real>{long_number}).value == long_number);
+}
