@@ -140,6 +140,17 @@ void add_proven(py::module_& module) {
       return roots(outside([&] { return proven::eigenvalues(first, second); }));
     });
   });
+  module.def("_proven_infinite", [](py::handle a, py::handle b) {
+    return exact_pair(a, b, [](const auto& first, const auto& second) -> py::object {
+      const auto found = outside([&] { return proven::infinite_eigenvalues(first, second); });
+      return found ? py::object(py::int_(*found)) : py::none();
+    });
+  });
+  module.def("_proven_finite", [](py::handle a, py::handle b) {
+    return exact_pair(a, b, [](const auto& first, const auto& second) -> py::object {
+      return roots(outside([&] { return proven::finite_eigenvalues(first, second); }));
+    });
+  });
   module.def("_proven_symmetric_pencil", [](py::handle a, py::handle b) {
     return exact_pair(a, b, [](const auto& first, const auto& second) -> py::object {
       return both(outside([&] { return proven::symmetric_eigenvalues(first, second); }));

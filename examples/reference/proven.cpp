@@ -40,11 +40,22 @@ void dproven_rank() {
   //! [dproven_rank]
 }
 
+void dproven_infinite() {
+  //! [dproven_infinite]
+  QuarnFloat a[] = {1, 3, 2, 4};
+  QuarnFloat b[] = {1, 2, 2, 4};
+  Integer infinite, info;
+  QuarnMPX_dproven_infinite_(2, a, 2, b, 2, &infinite, &info);
+  std::cout << infinite << " of 2 eigenvalues is infinite\n";
+  //! [dproven_infinite]
+}
+
 }  // namespace
 
 int main() {
   return run_examples({{"dproven_solve", dproven_solve},
                        {"dproven_determinant", dproven_determinant},
                        {"dproven_definite", dproven_definite},
-                       {"dproven_rank", dproven_rank}});
+                       {"dproven_rank", dproven_rank},
+                       {"dproven_infinite", dproven_infinite}});
 }

@@ -175,5 +175,46 @@ TESK2MP_API void QuarnMPX_zproven_definite_(const char* uplo, Integer n, Complex
 TESK2MP_API void QuarnMPX_dproven_rank_(Integer m, Integer n, QuarnFloat* a, Integer lda, Integer* rank, Integer* info);
 TESK2MP_API void QuarnMPX_zproven_rank_(Integer m, Integer n, Complex* a, Integer lda, Integer* rank, Integer* info);
 /// @}
+
+/// @defgroup dproven_infinite how many eigenvalues of an exact pencil are infinite
+///
+/// DPROVEN_INFINITE: how many eigenvalues of A x = lambda B x are infinite, of real matrices whose elements are taken
+/// as the exact decimal numbers that they are; ZPROVEN_INFINITE of complex ones. A pencil of which det(A - x B) is 0
+/// for every x is singular: any number is an eigenvalue.
+///
+/// @param[in] n order of A and B, >= 0
+/// @param[in] a A, n columns of n elements, lda apart
+/// @param[in] lda step from column to column of A, >= max(1, n)
+/// @param[in] b B
+/// @param[in] ldb step from column to column of B, >= max(1, n)
+/// @param[out] infinite n less the degree of det(A - x B); 0 where it is not known or the pencil is singular
+/// @param[out] info 0; 1 when that is not known: it would take too long, or an element is not finite; 2 when the pencil
+/// is singular; -k when argument k is illegal
+///
+/// @par Failures
+/// Illegal: n < 0 (-1), lda (-3), ldb (-5). Storage for 4 n^2 residues and the digits of A and B is taken for the time
+/// of the call.
+///
+/// @par Method
+/// Rows of both matrices are multiplied by powers of ten, which makes them integers. The degree is at least that modulo
+/// any prime; where it is d modulo so many primes that their product is above a bound of all coefficients, those of
+/// higher powers are 0. Modulo a prime B becomes a row echelon form; rows of A beside its rows of zeros are made unit
+/// vectors by subtracting columns, which takes rows and columns away until B is regular.
+///
+/// @par Source
+/// J. von zur Gathen, J. Gerhard, Modern Computer Algebra, section 5.5.
+///
+/// @par Cost
+/// Some 4 n^3 operations with 64 bits for each prime: one where B is regular, otherwise one for nine digits of the
+/// product of the norms of all rows. Beyond some 2 10^10 operations, a minute or two, INFO is 1.
+///
+/// @par Accuracy
+/// The number is proven.
+/// @{
+TESK2MP_API void QuarnMPX_dproven_infinite_(Integer n, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb,
+                                            Integer* infinite, Integer* info);
+TESK2MP_API void QuarnMPX_zproven_infinite_(Integer n, Complex* a, Integer lda, Complex* b, Integer ldb,
+                                            Integer* infinite, Integer* info);
+/// @}
 }
 TESK2MP_NAMES_END

@@ -239,6 +239,29 @@ std::optional<std::size_t> rank(const A& a) {
   return info == 0 ? std::optional<std::size_t>(std::size_t(found)) : std::nullopt;
 }
 
+/// How many eigenvalues of A x = lambda B x are infinite, the elements of both matrices being taken as the exact
+/// numbers that they are; no value where finding that would take too long, or an element is not finite. Throws
+/// NumericalFailure where the pencil is singular: det(A - x B) is 0 for every x.
+template <MatrixSource A, MatrixSource B>
+requires std::same_as<Element<A>, Element<B>> std::optional<std::size_t> infinite_eigenvalues(const A& a, const B& b) {
+  using T = Element<A>;
+  const char* routine = tesk2mp::detail::name<T>("DPROVEN_INFINITE", "ZPROVEN_INFINITE");
+  const tesk2mp::detail::RawMatrix<T> first{MatrixView<const T>(a)};
+  const tesk2mp::detail::RawMatrix<T> second{MatrixView<const T>(b)};
+  const Integer n = first.rows;
+  tesk2mp::detail::require(n == first.columns, routine, 1, "a matrix of ", n, " by ", first.columns, " is not square");
+  tesk2mp::detail::require(second.rows == n && second.columns == n, routine, 2, "a matrix of ", second.rows, " by ",
+                           second.columns, " beside one of order ", n);
+  Integer found = 0;
+  Integer info = 0;
+  tesk2mp::detail::pick<T>(QuarnMPX_dproven_infinite_, QuarnMPX_zproven_infinite_)(
+      n, first.data, first.leading, second.data, second.leading, &found, &info);
+  if (info == 2) {
+    throw NumericalFailure(routine, 2, 0, "the pencil is singular: det(A - x B) is 0 for every x", {});
+  }
+  return info == 0 ? std::optional<std::size_t>(std::size_t(found)) : std::nullopt;
+}
+
 namespace detail {
 
 template <class A>

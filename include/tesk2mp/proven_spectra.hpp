@@ -12,6 +12,7 @@
 #include "tesk2mp/generalised.hpp"
 #include "tesk2mp/polynomials.hpp"
 #include "tesk2mp/proven.hpp"
+#include "tesk2mp/proven_arithmetic.hpp"
 #include "tesk2mp/proven_spectra.h"
 #include "tesk2mp/singular_values.hpp"
 
@@ -314,6 +315,63 @@ requires std::same_as<detail::ElementOfData<A>, detail::ElementOfData<B>> std::v
 template <DataSource A, DataSource B>
 requires std::same_as<detail::ElementOfData<A>, detail::ElementOfData<B>> EigenBounds eigen(const A& a, const B& b) {
   return detail::general_eigen(true, a, b);
+}
+
+namespace detail {
+
+/// A - shift B, with the bounds of its rounding.
+template <class T>
+BoundedMatrix<T> shifted(const Matrix<T>& a, const Matrix<T>& b, int shift) {
+  Matrix<T> values(a.rows(), a.columns());
+  Matrix<Real> errors(a.rows(), a.columns());
+  for (std::size_t j = 0; j < a.columns(); ++j) {
+    for (std::size_t i = 0; i < a.rows(); ++i) {
+      Bounded<T> element = proven::exact(a(i, j)) - proven::exact(T(shift)) * proven::exact(b(i, j));
+      values(i, j) = std::move(element.value);
+      errors(i, j) = element.error.value();
+    }
+  }
+  return {std::move(values), std::move(errors)};
+}
+
+/// shift + 1 / mu of those mu that are proven not to be 0.
+inline std::vector<BoundedRoot> finite_roots(const std::vector<BoundedRoot>& inverses, int shift) {
+  std::vector<BoundedRoot> roots;
+  for (const BoundedRoot& mu : inverses) {
+    const Bounded<Complex> inverse{mu.value, mu.error};
+    if (least_size(inverse).is_zero()) {
+      continue;
+    }
+    const Bounded<Complex> value = proven::exact(Complex(shift)) + proven::exact(Complex(1)) / inverse;
+    roots.push_back({mu.is_real ? Complex(value.value.re) : value.value, value.error, mu.count, mu.is_real});
+  }
+  return roots;
+}
+
+}  // namespace detail
+
+/// The finite eigenvalues of A x = lambda B x, exact matrices, B singular or not: as many as infinite_eigenvalues()
+/// leaves. With mu = 1 / (lambda - s), B x = mu (A - s B) x; as many discs of mu as there are infinite eigenvalues
+/// hold 0, and these are the infinite ones. Where the working digits do not suffice the bounds are infinite. Throws
+/// NumericalFailure where the pencil is singular.
+template <MatrixSource A, MatrixSource B>
+requires std::same_as<Element<A>, Element<B>> std::vector<BoundedRoot> finite_eigenvalues(const A& a, const B& b) {
+  using T = Element<A>;
+  constexpr int kShifts[] = {0, 1, -1, 3};
+  const std::size_t infinite = proven::infinite_eigenvalues(a, b).value_or(0);
+  if (infinite == 0) {
+    return proven::eigenvalues(a, b);
+  }
+  const Matrix<T> first{MatrixView<const T>(a)};
+  const Matrix<T> second{MatrixView<const T>(b)};
+  for (const int shift : kShifts) {
+    std::vector<BoundedRoot> roots =
+        detail::finite_roots(proven::eigenvalues(second, detail::shifted(first, second, shift)), shift);
+    if (roots.size() == first.rows() - infinite) {
+      return roots;
+    }
+  }
+  return std::vector<BoundedRoot>(first.rows() - infinite);
 }
 
 /// The eigenvalues of A x = lambda B x, ascending, A symmetric or Hermitian and B positive definite, of which one

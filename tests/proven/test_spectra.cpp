@@ -325,3 +325,114 @@ TEST_CASE("least squares, and what cannot be proven") {
   QuarnMPX_dproven_zeros_(1, leading_zero, &zero, error, &count, &info);
   CHECK(info == -2);
 }
+
+namespace {
+
+/// diag(x, y) by rows and columns.
+template <class T>
+Matrix<T> blocks(const Matrix<T>& x, const Matrix<T>& y) {
+  Matrix<T> a(x.rows() + y.rows(), x.rows() + y.rows());
+  for (std::size_t j = 0; j < a.columns(); ++j) {
+    for (std::size_t i = 0; i < a.rows(); ++i) {
+      const bool first = i < x.rows() && j < x.rows();
+      const bool second = i >= x.rows() && j >= x.rows();
+      a(i, j) = first ? x(i, j) : second ? y(i - x.rows(), j - x.rows()) : T(0);
+    }
+  }
+  return a;
+}
+
+/// A sum of rows added to another, and of columns, the same ones of both matrices; rows times powers of ten.
+template <class T>
+void mix(support::Random& random, Matrix<T>& a, Matrix<T>& b) {
+  const std::size_t n = a.rows();
+  for (std::size_t step = 0; step < 3 * n && n > 1; ++step) {
+    const auto from = std::size_t(random.between(0, double(n - 1)));
+    const auto to = (from + std::size_t(random.between(1, double(n - 1)))) % n;
+    const T factor(double(random.between(-2, 2)));
+    for (Matrix<T>* each : {&a, &b}) {
+      for (std::size_t k = 0; k < n; ++k) {
+        T& element = step % 2 == 0 ? (*each)(to, k) : (*each)(k, to);
+        element += factor * (step % 2 == 0 ? (*each)(from, k) : (*each)(k, from));
+      }
+    }
+  }
+  for (std::size_t i = 0; i < n; ++i) {
+    const T scale(Real(1, int(random.between(-30, 30))));
+    for (std::size_t j = 0; j < n; ++j) {
+      a(i, j) *= scale;
+      b(i, j) *= scale;
+    }
+  }
+}
+
+template <class T>
+std::size_t check_infinite(support::Random& random) {
+  // Weierstrass' form: diag(J, I) - x diag(I, N), N nilpotent.
+  const auto finite = std::size_t(random.between(0, 4));
+  const auto infinite = std::size_t(random.between(0, 4));
+  Matrix<T> j(finite, finite);
+  Matrix<T> n(infinite, infinite);
+  std::vector<Complex> references;
+  for (std::size_t k = 0; k < finite; ++k) {
+    j(k, k) = T(double(random.between(-4, 4)));
+    references.emplace_back(j(k, k));
+    for (std::size_t i = 0; i < k; ++i) {
+      j(i, k) = T(double(random.between(-2, 2)));
+    }
+  }
+  for (std::size_t k = 0; k < infinite; ++k) {
+    for (std::size_t i = 0; i < k; ++i) {
+      n(i, k) = T(double(random.between(0, 1)));
+    }
+  }
+  Matrix<T> a = blocks(j, Matrix<T>::identity(infinite));
+  Matrix<T> b = blocks(Matrix<T>::identity(finite), n);
+  {
+    const support::Digits exact(200);
+    mix(random, a, b);
+  }
+  const support::Digits scope(int(random.between(2, 60)));
+  CHECK(proven::infinite_eigenvalues(a, b) == infinite);
+  const auto roots = proven::finite_eigenvalues(a, b);
+  check_roots(roots, references, Real());
+  // With two rows that are the same, or one of zeros.
+  if (const std::size_t order = finite + infinite; order > 0) {
+    for (std::size_t k = 0; k < order; ++k) {
+      a(0, k) = order == 1 ? T(0) : a(order - 1, k);
+      b(0, k) = order == 1 ? T(0) : b(order - 1, k);
+    }
+    CHECK_THROWS_AS((void)proven::infinite_eigenvalues(a, b), tesk2mp::NumericalFailure);
+    CHECK_THROWS_AS((void)proven::finite_eigenvalues(a, b), tesk2mp::NumericalFailure);
+  }
+  return std::size_t(
+      std::count_if(roots.begin(), roots.end(), [](const auto& root) { return root.error.is_finite(); }));
+}
+
+}  // namespace
+
+TEST_CASE("infinite eigenvalues of pencils, and the finite ones beside them") {
+  support::Random random;
+  std::size_t known = 0;
+  for (int run = 0; run < 60; ++run) {
+    known += check_infinite<Real>(random) + check_infinite<Complex>(random);
+  }
+  CHECK(known > 60);
+  // Modulo the first two primes these are singular, and these pencils too.
+  const Matrix<Real> first{{Real(2147483629.0)}};
+  const Matrix<Real> both{{Real(2147483629.0) * Real(2147483549.0)}};
+  CHECK(proven::infinite_eigenvalues(Matrix<Real>{{1}}, first) == 0U);
+  CHECK(proven::infinite_eigenvalues(Matrix<Real>{{0}}, both) == 0U);
+  CHECK(proven::infinite_eigenvalues(both, Matrix<Real>{{0}}) == 1U);
+  CHECK(proven::infinite_eigenvalues(Matrix<Complex>{{Complex(0, 1)}},
+                                     Matrix<Complex>{{Complex(0, Real("1e-900000000"))}}) == 0U);
+  CHECK(!proven::infinite_eigenvalues(Matrix<Real>{{Real("nan")}}, first));
+  CHECK(proven::finite_eigenvalues(Matrix<Real>(0, 0), Matrix<Real>(0, 0)).empty());
+  CHECK_THROWS_AS((void)proven::infinite_eigenvalues(Matrix<Real>(1, 2), first), tesk2mp::InvalidArgument);
+  CHECK_THROWS_AS((void)proven::infinite_eigenvalues(first, Matrix<Real>(2, 2)), tesk2mp::InvalidArgument);
+  const auto root = proven::to_digits(50, [] {
+    return proven::finite_eigenvalues(Matrix<Real>{{2, 1, 0}, {1, 0, 0}, {0, 0, 5}},
+                                      Matrix<Real>{{1, 0, 1}, {0, 1, 1}, {1, 1, 2}});
+  });
+  CHECK(root.size() == 2);
+}

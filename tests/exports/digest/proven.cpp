@@ -6,8 +6,8 @@
 namespace digest {
 namespace {
 
-template <class T, class Solve, class Determine, class Decide, class Rank>
-void systems(Suite& suite, Solve solve, Determine determine, Decide decide, Rank rank) {
+template <class T, class Solve, class Determine, class Decide, class Rank, class Infinite>
+void systems(Suite& suite, Solve solve, Determine determine, Decide decide, Rank rank, Infinite infinite) {
   suite.cases(3, [&](Case& c) {
     const Integer n = c.size;
     const Integer ld = n < 1 ? 1 : n;
@@ -21,6 +21,8 @@ void systems(Suite& suite, Solve solve, Determine determine, Decide decide, Rank
       suite.run(determine, n, a, ld, small, given, T(0), QuarnFloat(0), Integer(-99));
     }
     suite.run(rank, n, n, a, ld, Integer(-99), Integer(-99));
+    suite.run(infinite, n, a, ld, std::vector<T>(std::size_t(ld) * std::size_t(ld), T(1)), ld, Integer(-99),
+              Integer(-99));
     for (const char* triangle : {"U", "l", "X"}) {
       suite.run(decide, triangle, n, a, ld, Integer(-99), 1);
     }
@@ -59,9 +61,10 @@ void spectra(Suite& suite, Symmetric symmetric, Singular singular, Eigenvalues e
 
 void proven(Suite& suite) {
   systems<QuarnFloat>(suite, ENTRY(QuarnMPX_dproven_solve_), ENTRY(QuarnMPX_dproven_determinant_),
-                      ENTRY(QuarnMPX_dproven_definite_), ENTRY(QuarnMPX_dproven_rank_));
+                      ENTRY(QuarnMPX_dproven_definite_), ENTRY(QuarnMPX_dproven_rank_),
+                      ENTRY(QuarnMPX_dproven_infinite_));
   systems<Complex>(suite, ENTRY(QuarnMPX_zproven_solve_), ENTRY(QuarnMPX_zproven_determinant_),
-                   ENTRY(QuarnMPX_zproven_definite_), ENTRY(QuarnMPX_zproven_rank_));
+                   ENTRY(QuarnMPX_zproven_definite_), ENTRY(QuarnMPX_zproven_rank_), ENTRY(QuarnMPX_zproven_infinite_));
   spectra<QuarnFloat>(suite, ENTRY(QuarnMPX_dproven_symmetric_), ENTRY(QuarnMPX_dproven_singular_),
                       ENTRY(QuarnMPX_dproven_eigenvalues_), ENTRY(QuarnMPX_dproven_eigen_),
                       ENTRY(QuarnMPX_dproven_zeros_));

@@ -1,0 +1,175 @@
+// The infinite eigenvalues of an exact pencil A x = lambda B x: n less the degree of det(A - x B), which is not below
+// the degree modulo any prime; and where it is d modulo primes whose product is above a bound of all coefficients those
+// of higher powers are 0. On the unit circle |det(A - x B)|, and so each coefficient, is at most the product of the
+// sums of the norms of the rows of A and B. J. Hadamard, Bull. Sci. Math. 17 (1893); J. von zur Gathen, J. Gerhard,
+// Modern Computer Algebra, section 5.5.
+#include <algorithm>
+#include <cstdint>
+#include <numeric>
+#include <optional>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "quarn/quarnthread.h"
+#include "src/proven/modular.h"
+#include "tesk2mp/proven.h"
+
+namespace tesk::proven {
+namespace {
+
+/// A and B modulo a prime, of which rows and columns are taken away that change det(A - x B) by a factor alone.
+class PencilModulo {
+ public:
+  /// Rows of A with those of B behind them.
+  PencilModulo(const Field& field, Residues rows) : field_(field), a_(std::move(rows)) {
+    const std::size_t n = a_.size();
+    for (std::vector<std::uint64_t>& row : a_) {
+      b_.emplace_back(row.begin() + std::ptrdiff_t(n), row.end());
+      row.resize(n);
+    }
+  }
+
+  /// Of det(A - x B); -1 where that is 0.
+  Integer degree() {
+    for (;;) {
+      const std::size_t rank = reduce_rows();
+      if (rank == a_.size()) {
+        return Integer(rank);
+      }
+      if (!remove_constant_rows(rank)) {
+        return -1;
+      }
+      QuarnCheckInterrupt();
+    }
+  }
+
+ private:
+  std::uint64_t quotient(std::uint64_t x, std::uint64_t inverse) const {
+    return field_.prime() - x * inverse % field_.prime();
+  }
+
+  /// Makes B a row echelon form, rows of zeros last, and returns its rank.
+  std::size_t reduce_rows() {
+    std::size_t rank = 0;
+    for (std::size_t j = 0; j < b_.size() && rank < b_.size(); ++j) {
+      std::size_t pivot = rank;
+      while (pivot < b_.size() && b_[pivot][j] == 0) {
+        ++pivot;
+      }
+      if (pivot == b_.size()) {
+        continue;
+      }
+      std::swap(b_[pivot], b_[rank]);
+      std::swap(a_[pivot], a_[rank]);
+      const std::uint64_t inverse = field_.inverse(b_[rank][j]);
+      for (std::size_t i = rank + 1; i < b_.size(); ++i) {
+        if (b_[i][j] != 0) {
+          const std::uint64_t factor = quotient(b_[i][j], inverse);
+          add_multiple(field_, a_[i], factor, a_[rank]);
+          add_multiple(field_, b_[i], factor, b_[rank], j);
+        }
+      }
+      ++rank;
+    }
+    return rank;
+  }
+
+  /// From row `rank` on x does not occur: columns are subtracted from others until these rows have a pivot each, and
+  /// zeros in all columns without one. False where they are linearly dependent.
+  bool remove_constant_rows(std::size_t rank) {
+    std::vector<std::size_t> left(a_.size());
+    std::iota(left.begin(), left.end(), std::size_t(0));
+    for (std::size_t t = rank; t < a_.size(); ++t) {
+      const auto pivot = std::find_if(left.begin(), left.end(), [&](std::size_t j) { return a_[t][j] != 0; });
+      if (pivot == left.end()) {
+        return false;
+      }
+      const std::size_t column = *pivot;
+      left.erase(pivot);
+      const std::uint64_t inverse = field_.inverse(a_[t][column]);
+      std::vector<std::pair<std::size_t, std::uint64_t>> factors;
+      for (const std::size_t j : left) {
+        if (a_[t][j] != 0) {
+          factors.emplace_back(j, quotient(a_[t][j], inverse));
+        }
+      }
+      for (Residues* part : {&a_, &b_}) {
+        for (std::vector<std::uint64_t>& row : *part) {
+          for (const auto& [j, factor] : factors) {
+            row[j] = (row[j] + factor * row[column]) % field_.prime();
+          }
+        }
+      }
+    }
+    for (Residues* part : {&a_, &b_}) {
+      part->resize(rank);
+      for (std::vector<std::uint64_t>& row : *part) {
+        std::vector<std::uint64_t> kept;
+        for (const std::size_t j : left) {
+          kept.push_back(row[j]);
+        }
+        row = std::move(kept);
+      }
+    }
+    return true;
+  }
+
+  const Field& field_;
+  Residues a_;
+  Residues b_;
+};
+
+/// -1 for a singular pencil; nothing where that would take too long.
+template <class T>
+std::optional<Integer> exact_degree(Integer n, OneBasedMatrix<T> a, OneBasedMatrix<T> b) {
+  // |a| + |b| is at most sqrt(2 (|a|^2 + |b|^2)).
+  const IntegerRows rows(n, 2 * n, std::is_same_v<T, Complex>, 2,
+                         [&](Integer i, Integer j) -> const T& { return j <= n ? a(i, j) : b(i, j - n); });
+  if (rows.size() < std::size_t(n)) {
+    return -1;
+  }
+  return rows.largest(
+      n, 4 * double(n) * double(n) * double(n),
+      [](const Field& field, Residues residues) { return PencilModulo(field, std::move(residues)).degree(); },
+      [&](Integer) { return rows.norms(rows.size()); });
+}
+
+template <class T>
+Integer infinite_eigenvalues(Integer n, T* a, Integer lda, T* b, Integer ldb, Integer* infinite) {
+  const Integer least = std::max<Integer>(1, n);
+  const Integer wrong = first_wrong({{n < 0, 1}, {lda < least, 3}, {ldb < least, 5}});
+  *infinite = 0;
+  if (wrong != 0 || n == 0) {
+    return -wrong;
+  }
+  const OneBasedMatrix<T> of_a(a, lda);
+  const OneBasedMatrix<T> of_b(b, ldb);
+  Range range;
+  range.take(n, n, of_a);
+  range.take(n, n, of_b);
+  if (!range.is_finite()) {
+    return 1;
+  }
+  const auto degree = exact_degree(n, of_a, of_b);
+  if (!degree) {
+    return 1;
+  }
+  *infinite = *degree < 0 ? 0 : n - *degree;
+  return *degree < 0 ? 2 : 0;
+}
+
+}  // namespace
+}  // namespace tesk::proven
+
+extern "C" {
+
+void QuarnMPX_dproven_infinite_(Integer n, QuarnFloat* a, Integer lda, QuarnFloat* b, Integer ldb, Integer* infinite,
+                                Integer* info) {
+  *info = tesk::proven::infinite_eigenvalues(n, a, lda, b, ldb, infinite);
+}
+void QuarnMPX_zproven_infinite_(Integer n, Complex* a, Integer lda, Complex* b, Integer ldb, Integer* infinite,
+                                Integer* info) {
+  *info = tesk::proven::infinite_eigenvalues(n, a, lda, b, ldb, infinite);
+}
+}
