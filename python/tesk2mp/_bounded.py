@@ -1,5 +1,6 @@
 """Numbers with proven bounds: arithmetic, functions, sums, products and transforms; and how data become such numbers."""
 
+import contextvars
 import decimal
 import math
 import re
@@ -335,6 +336,16 @@ def _near(x: Any, digits: int) -> Any:
 _GUARD_DIGITS = 10
 
 
+# In a search for digits: the iterators that its calls have gone through, kept so that no other object has their place.
+gone_through: contextvars.ContextVar[dict[int, Any] | None] = contextvars.ContextVar("gone_through", default=None)
+
+
+def _check_fresh(x: Any) -> None:
+    seen = gone_through.get()
+    if seen is not None and hasattr(x, "__next__") and seen.setdefault(id(x), (x, _core.get_digits()))[1] != _core.get_digits():
+        raise refusal(InvalidArgument, "an iterator gives its numbers once, and more digits are needed: a list gives them again")
+
+
 def evaluated(data: Any) -> Any:
     """The data; of a function, or a matrix of the gallery by its name and order, 'hilbert(20)', what it gives at the working
     digits, each number within a unit of the last of them."""
@@ -343,6 +354,7 @@ def evaluated(data: Any) -> Any:
         if named is None:
             raise refusal(InvalidArgument, f"a matrix of the gallery is a name and an order, 'hilbert(20)', not {data!r}")
         return _near(_from_gallery(named[1], int(named[2])), _core.get_digits())
+    _check_fresh(data)
     return _near(_with_guard(data), _core.get_digits()) if callable(data) else data
 
 
@@ -360,6 +372,8 @@ def _rows(matrix: Any) -> list[list[Any]]:
         rows = list(matrix)
         if any(is_number(row) for row in rows):
             raise TypeError
+        for row in rows:
+            _check_fresh(row)
         return [list(row) for row in rows]
     except TypeError as error:
         raise refusal(InvalidType, "a matrix is a sequence of rows") from error

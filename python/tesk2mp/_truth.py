@@ -155,6 +155,13 @@ def _check_apart(vectors: Any) -> None:
         raise refusal(NumericalFailure, f"{_core.get_digits()} digits do not tell eigenvalues apart that eigenvectors are asked of")
 
 
+def _eigenvalues(a: Any, b: Any = None) -> Any:
+    infinite = 0 if b is None or any(callable(each) or isinstance(each, str) for each in (a, b)) else proven.infinite_eigenvalues(a, b)
+    if infinite:
+        raise refusal(NumericalFailure, f"{infinite} eigenvalues are infinite: proven.finite_eigenvalues() has the others")
+    return proven.eigenvalues(a, b)
+
+
 def _eigen(a: Any, b: Any = None) -> Any:
     if b is not None:
         raise refusal(InvalidArgument, "in a block of true_digits() pencils have eigenvalues, but no eigenvectors")
@@ -200,7 +207,7 @@ _PROOFS: dict[str, Callable[..., Any]] = {
     "determinant": proven.determinant,
     "least_squares": proven.least_squares,
     "minimum_norm": _minimum_norm,
-    "eigenvalues": proven.eigenvalues,
+    "eigenvalues": _eigenvalues,
     "eigen": _eigen,
     "symmetric_eigen": _symmetric(proven.symmetric_eigen, False),
     "symmetric_eigenvalues": _symmetric(proven.symmetric_eigenvalues, True),

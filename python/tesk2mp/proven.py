@@ -31,8 +31,10 @@ from ._bounded import (
     _vector,
     bounded,
     dot,
+    evaluated,
     exact_data,
     function,
+    gone_through,
     multiply,
     norm,
     rounded,
@@ -52,7 +54,9 @@ __all__ = [
     "dot",
     "eigen",
     "eigenvalues",
+    "finite_eigenvalues",
     "function",
+    "infinite_eigenvalues",
     "inverse",
     "is_positive_definite",
     "least_squares",
@@ -145,6 +149,14 @@ def to_digits(k: int, problem: Callable[[], _Result], most: int = 100000) -> _Re
     if k < 1 or most < k or most > _MOST_DIGITS:
         raise refusal(InvalidArgument, f"{k} true digits with at most {most} working digits")
     search = _core._DigitSearch(k, k + _MARGIN, most, _MARGIN)
+    seen = gone_through.set({})
+    try:
+        return _searched(k, problem, most, search)
+    finally:
+        gone_through.reset(seen)
+
+
+def _searched(k: int, problem: Callable[[], _Result], most: int, search: Any) -> _Result:
     while True:
         known: int | None = 0
         undecided = None
@@ -192,7 +204,7 @@ def inverse(a: Any) -> list[list[Bounded]]:
     >>> str(inverse([[4]])[0][0])
     '0.25'
     """
-    rows = _rows(a)
+    rows = _rows(evaluated(a))
     order = len(rows)
     result = solve(rows, [[int(i == j) for j in range(order)] for i in range(order)])
     assert isinstance(result, list)
@@ -282,6 +294,26 @@ def eigenvalues(a: Any, b: Any = None) -> list[Root]:
     if b is not None:
         return _roots(_core._proven_pencil(*_given(a), *_given(b)))
     return _roots(_core._proven_eigenvalues(*_given(a)))
+
+
+def infinite_eigenvalues(a: Any, b: Any) -> int | None:
+    """How many eigenvalues of a x = lambda b x are infinite, the numbers being taken as exact; None where finding that would
+    take too long. NumericalFailure for a singular pencil: det(a - x b) is 0 for every x.
+
+    >>> infinite_eigenvalues([[1, 2], [3, 4]], [[1, 2], [2, 4]])
+    1
+    """
+    found = _core._proven_infinite(*map(_rows, exact_data("infinite_eigenvalues", a, b)))
+    return None if found is None else int(found)
+
+
+def finite_eigenvalues(a: Any, b: Any) -> list[Root]:
+    """The finite eigenvalues of a x = lambda b x, whose numbers are taken as exact; b may be singular.
+
+    >>> [root.text(10) for root in finite_eigenvalues([[1, 2], [3, 4]], [[1, 2], [2, 4]])]
+    ['1']
+    """
+    return _roots(_core._proven_finite(*map(_rows, exact_data("finite_eigenvalues", a, b))))
 
 
 def eigen(a: Any, b: Any = None, left: bool = False) -> Any:

@@ -391,6 +391,18 @@ class Proven(unittest.TestCase):
         with self.assertRaisesRegex(tesk2mp.NumericalFailure, "0 of 5 digits are proven with 99 working digits"):
             proven.to_digits(5, same, most=99)
 
+    def test_iterators_are_gone_through_once(self):
+        numbers = [Fraction(1, 3), Fraction(-1, 3), Decimal("1e-40")]
+        fresh = proven.to_digits(20, lambda: proven.sum(iter(numbers)))
+        self.assertEqual(fresh.text(3), "1E-40")
+        for problem in (proven.sum, lambda x: proven.norm([x]), lambda x: proven.multiply([[1, 1, 1]], x)):
+            used = iter(numbers)
+            with self.assertRaisesRegex(tesk2mp.InvalidArgument, "an iterator gives its numbers once"):
+                proven.to_digits(60, lambda: (problem(used), proven.sum(numbers)))
+        with tesk2mp.true_digits(20):
+            self.assertEqual(tesk2mp.dot(iter([1, 1, 1]), (Fraction(1, 3), Fraction(-1, 3), Decimal("1e-40"))), Decimal("1e-40"))
+            self.assertEqual(tesk2mp.inverse(lambda: [[tesk2mp.sqrt(4)]]), [[Decimal("0.5")]])
+
     def test_arrays_of_numpy(self):
         import numpy
 
@@ -452,6 +464,23 @@ class Proven(unittest.TestCase):
             real = proven.solve([[3]], [1])[0]
             self.assertIsInstance(real.value, tesk2mp.Real)
             self.assertTrue(real * 3 < 2 and real.text(3) == "0.333" and f"{-real:.3f}" == "-0.333")
+
+    def test_infinite_eigenvalues(self):
+        third = Fraction(1, 3)
+        a, b = [[third, 2], [3, third]], [[third, third], [third, third]]
+        # (1/3 - x/3)^2 - (2 - x/3) (3 - x/3) = 13 x / 9 - 53 / 9
+        self.assertEqual(proven.infinite_eigenvalues(a, b), 1)
+        root, = proven.to_digits(30, lambda: proven.finite_eigenvalues(a, b))
+        self.assertLessEqual(abs(Fraction(root.value.real) - Fraction(53, 13)), Fraction(root.error))
+        self.assertTrue(root.is_real)
+        self.assertEqual(proven.infinite_eigenvalues([[tesk2mp.Complex(0, 1)]], [[0]]), 1)
+        for singular in (([[0]], [[0]]), ([[1, 1], [1, 1]], [[2, 2], [2, 2]])):
+            for call in (proven.infinite_eigenvalues, proven.finite_eigenvalues):
+                self.assertRaises(tesk2mp.NumericalFailure, call, *singular)
+        with tesk2mp.true_digits(5):
+            self.assertRaisesRegex(tesk2mp.NumericalFailure, "1 eigenvalues are infinite", tesk2mp.eigenvalues, a, b)
+            self.assertEqual(tesk2mp.eigenvalues([[2]], [[4]])[0].real, Decimal("0.5"))
+        self.assertRaises(tesk2mp.InvalidArgument, proven.infinite_eigenvalues, [[1, 2]], [[1, 2]])
 
     def test_nothing_of_nothing(self):
         self.assertEqual((proven.sum([]), proven.dot([], []), proven.norm([]), proven.determinant([])), (0, 0, 0, 1))
