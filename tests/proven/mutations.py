@@ -31,14 +31,12 @@ COMPLEX = "include/tesk2mp/proven_complex.hpp"
 ARITHMETIC = "include/tesk2mp/proven_arithmetic.hpp"
 ZERO = "include/tesk2mp/proven_zero.hpp"
 SPARSE = "include/tesk2mp/proven_sparse.hpp"
-NEAR = "include/tesk2mp/proven_krylov.hpp"
 DETERMINANT = "src/proven/determinant.cpp"
 FORMS = "src/proven/forms.h"
 TAYLOR = "src/proven/taylor.h"
 FUNCTIONS = "tests/proven/test_functions.cpp"
 FUNCTION_TERMS = "tests/proven/test_function_terms.cpp"
 SPARSE_TERMS = "tests/proven/test_sparse.cpp"
-NEAR_TERMS = "tests/proven/test_near.cpp"
 
 OF_ONE = "terms of functions of a real number"
 OF_TWO = "terms of functions of two real numbers"
@@ -136,11 +134,6 @@ MUTANTS = [
         ("sum = rounded.error(rest(j, j))", "sum"),
         ("sum += rounded.size(rest(i, j));", "sum += QuarnBound(rest(i, j));"),
         ("sum += rounded.size(rest(i, j));", "sum = rounded.size(rest(i, j));"),
-    )),
-    *((("single eigenvalues", NEAR, *change, [NEAR_TERMS], "terms of distances*")) for change in (
-        ("sizes[i] + detail::SparseResidual<T>::rounding(b_[i], QuarnDigits())", "sizes[i]"),
-        ("return sqrt(squares) * over_length(v)", "return sqrt(squares)"),
-        ("return is_square_ ||", "return true ||"),
     )),
     *((("sparse LU", SPARSE, *change, [SPARSE_TERMS], "terms of sparse proofs")) for change in (
         ("count(4 * std::uint32_t(n) + 32)", "count(4 * std::uint32_t(n) + 28)"),
@@ -352,6 +345,13 @@ MUTANTS = [
         ("QuarnBound::count(2) * detail::carried_error(x", "detail::carried_error(x"),
         ("sum += each.error;", "sum = std::max(sum, each.error);"),
     )),
+    *((("norms near the ends", SUMS, *change, ["tests/proven/test_arithmetic.cpp"], "norms of numbers near*")) for change in (
+        ("left = hypotenuse(left, size);", ""),
+        ("root.error * QuarnBound::power_of_ten(power)", "root.error"),
+        ("constexpr int kMostDigits = 1'000'000;\n  const Digits scope(kMostDigits);", ""),
+    )),
+    ("infinite eigenvalues", "src/proven/infinite.cpp", "return rows.norms(rows.size());", "return 0.0 * double(rows.size());",
+     ["src/proven/infinite.cpp"], "infinite eigenvalues*"),
     *((("zeros of functions", ZERO, *change, [FUNCTION_TERMS], OF_SUMS)) for change in (
         ("QuarnBound(distance.value) + distance.error", "QuarnBound(distance.value)"),
         ("std::max(reach_of(exact(middle) - exact(bracket.low)), reach_of(exact(bracket.high) - exact(middle)))", "reach_of(exact(middle) - exact(bracket.low))"),

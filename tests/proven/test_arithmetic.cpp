@@ -152,7 +152,7 @@ TEST_CASE("norms of numbers near the ends of the range") {
     CHECK(!proven::norm(std::vector<Real>{Real(9, 999'999'999), Real(9, 999'999'999)}).error.is_finite());
   }
   // All digits of the data count.
-  const support::Digits scope(50);
-  const Real long_number("1." + std::string(40, '0') + "1e800000000");
-  CHECK(proven::norm(std::vector<Real>{long_number}).value == long_number);
+  const Real long_number("1.4e800000000");
+  const support::Digits scope(1);
+  CHECK(proven::norm(std::vector<Real>{long_number, long_number}).value == Real("2e800000000"));
 }
