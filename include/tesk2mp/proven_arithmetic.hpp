@@ -149,8 +149,46 @@ inline Bounded<Complex> operator*(const Bounded<Complex>& x, const Bounded<Compl
   product.error += QuarnBound(x.value) * y.error + QuarnBound(y.value) * x.error + x.error * y.error;
   return product;
 }
+
+namespace detail {
+
+/// Exponents, of either sign, of numbers whose squares are far from the ends of the range.
+inline constexpr std::int64_t kFarthestSquared = 400'000'000;
+
+/// The exponent of the larger part where that is farther, otherwise 0.
+inline int far_exponent(const Complex& z) {
+  const QuarnBound largest = std::max(QuarnBound(z.re), QuarnBound(z.im));
+  const bool is_far = largest.is_finite() && !largest.is_zero() &&
+                      (largest.exponent() > kFarthestSquared || largest.exponent() < -kFarthestSquared);
+  return is_far ? int(largest.exponent()) : 0;
+}
+
+/// z 10^power; what leaves the range is in the bound.
+inline Bounded<Complex> scaled_by_ten(const Bounded<Complex>& z, int power) {
+  constexpr int kMostDigits = 1'000'000;
+  constexpr std::int64_t kLeast = -999'999'999;
+  const Digits scope(kMostDigits);
+  Bounded<Complex> result{{scalbn(z.value.re, power), scalbn(z.value.im, power)},
+                          z.error * QuarnBound::power_of_ten(power)};
+  const auto take = [&](const Real& part, const Real& given) {
+    result.error += !isfinite(part)           ? QuarnBound::infinity()
+                    : part == 0 && given != 0 ? QuarnBound::power_of_ten(kLeast)
+                                              : QuarnBound();
+  };
+  take(result.value.re, z.value.re);
+  take(result.value.im, z.value.im);
+  return result;
+}
+
+}  // namespace detail
+
 /// Infinitely uncertain where the divisor may be 0.
 inline Bounded<Complex> operator/(const Bounded<Complex>& x, const Bounded<Complex>& y) {
+  const int of_x = detail::far_exponent(x.value);
+  const int of_y = detail::far_exponent(y.value);
+  if (of_x != 0 || of_y != 0) {
+    return detail::scaled_by_ten(detail::scaled_by_ten(x, -of_x) / detail::scaled_by_ten(y, -of_y), of_x - of_y);
+  }
   const Complex& a = x.value;
   const Complex& b = y.value;
   const Bounded<Real> square = detail::sum_of_two(b.re, b.re, b.im, b.im);

@@ -167,9 +167,6 @@ inline std::vector<Bounded<Real>> parts_of(const std::vector<Bounded<Complex>>& 
   return parts;
 }
 
-/// Exponents, of either sign, of numbers whose squares are far from the ends of the range.
-inline constexpr std::int64_t kFarthestSquared = 400'000'000;
-
 /// Multiplies by 10^-power, exactly; numbers that are too small for that become 0, and the result is a bound of their
 /// norm before.
 inline QuarnBound scale_down(std::vector<Bounded<Real>>& values, int power) {

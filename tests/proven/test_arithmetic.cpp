@@ -130,6 +130,32 @@ TEST_CASE("sums and products that are rounded once") {
   CHECK(proven::norm(std::vector<Real>{0, 0}).error.is_finite());
 }
 
+TEST_CASE("complex quotients near the ends of the range") {
+  for (const int digits : {1, 2, 16, 60}) {
+    const support::Digits scope(digits);
+    for (const int exponent : {-999'999'990, -900'000'000, -500'000'001, 500'000'001, 999'999'990}) {
+      const Complex y(Real(3, exponent), Real(-4, exponent));
+      for (const Complex& x : {Complex(1, 2), y, Complex(Real(1, exponent - 3), Real(7, exponent / 2)), Complex(0)}) {
+        const auto quotient = proven::exact(x) / proven::exact(y);
+        REQUIRE(quotient.error.is_finite());
+        // (3 - 4 i) q = x 10^-exponent
+        const support::Digits wide(digits + 300);
+        const Complex exact = Complex(scalbn(x.re, -exponent), scalbn(x.im, -exponent)) * Complex(3, 4) / Complex(25);
+        CHECK(quarn::abs(quotient.value - exact) <=
+              quotient.error.value() + QuarnBound(exact).value() * Real(1, -digits - 100));
+        const QuarnBound last = QuarnBound(exact) * QuarnBound::power_of_ten(2 - digits);
+        CHECK(quotient.error <= last + QuarnBound::power_of_ten(-999'999'998));
+      }
+    }
+    const proven::Bounded<Complex> uncertain{Complex(Real(3, 900'000'000), 0), QuarnBound::power_of_ten(900'000'000)};
+    CHECK((proven::exact(Complex(1)) / uncertain).error >= QuarnBound::power_of_ten(-900'000'001));
+    const proven::Bounded<Complex> unknown{Complex(Real(3, 900'000'000), 0), QuarnBound::power_of_ten(900'000'001)};
+    CHECK(!(proven::exact(Complex(1)) / unknown).error.is_finite());
+    CHECK(!(proven::exact(Complex(Real(1, 900'000'000))) / proven::exact(Complex(0, Real(1, -900'000'000))))
+               .error.is_finite());
+  }
+}
+
 TEST_CASE("norms of numbers near the ends of the range") {
   for (const int digits : {1, 2, 16, 60}) {
     const support::Digits scope(digits);
