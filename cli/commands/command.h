@@ -8,12 +8,11 @@
 #include <string>
 #include <vector>
 
-#include "quarn/quarnfloat.h"
+#include "cli/io/number_text.h"
 
 namespace cli {
 
 inline constexpr Integer kDefaultDigits = 20;
-inline constexpr Integer kMostDigits = 1'000'000;
 
 /// What holds for the whole run, whatever the command.
 struct Session {

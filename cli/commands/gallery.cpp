@@ -85,10 +85,14 @@ void run_gallery(const GalleryOptions& options) {
   }
   std::vector<Complex> parameters;
   for (const std::string& text : options.parameters) {
+    const std::string place = "parameter " + std::to_string(parameters.size() + 1) + ": ";
     if (!is_complex_number(text)) {
-      throw bad_input("parameter " + std::to_string(parameters.size() + 1) + ": '" + text + "' is not a number");
+      throw bad_input(place + shown_text(text) + " is not a number");
     }
     parameters.push_back(to_complex_number(text));
+    if (const char* reason = why_unfit(text, parameters.back())) {
+      throw bad_input(place + shown_text(text) + " " + reason);
+    }
   }
   if (std::any_of(parameters.begin(), parameters.end(), [](const Complex& z) { return z.im != 0; })) {
     return deliver_matrix(options, order, parameters);

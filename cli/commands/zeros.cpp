@@ -27,10 +27,14 @@ std::vector<Complex> coefficients_of(const ZerosOptions& options) {
   const tesk2mp::Digits scope(digits_of_data(options.proof.wanted()));
   std::vector<Complex> coefficients;
   for (const std::string& text : options.coefficients) {
+    const std::string place = "coefficient " + std::to_string(coefficients.size() + 1) + ": ";
     if (!is_complex_number(text)) {
-      throw bad_input("coefficient " + std::to_string(coefficients.size() + 1) + ": '" + text + "' is not a number");
+      throw bad_input(place + shown_text(text) + " is not a number");
     }
     coefficients.push_back(to_complex_number(text));
+    if (const char* reason = why_unfit(text, coefficients.back())) {
+      throw bad_input(place + shown_text(text) + " " + reason);
+    }
   }
   return coefficients;
 }

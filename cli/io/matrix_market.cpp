@@ -12,6 +12,7 @@
 #include "cli/io/one_line.h"
 #include "cli/system/memory.h"
 #include "cli/system/progress.h"
+#include "quarn/functions.h"
 #include "tesk2mp/error.hpp"
 
 namespace cli {
@@ -89,11 +90,11 @@ Integer whole_number(const LineReader& lines, std::string_view word, Integer lea
 
 QuarnFloat number(const LineReader& lines, std::string_view word, bool whole) {
   if (!is_number(word) || (whole && word.find_first_of(".eE") != std::string_view::npos)) {
-    throw lines.complaint("'" + std::string(word) + "' is not a" + (whole ? " whole" : "") + " number");
+    throw lines.complaint(shown_text(word) + " is not a" + (whole ? " whole" : "") + " number");
   }
   QuarnFloat value = to_number(std::string(word));
-  if (!isfinite(value)) {
-    throw lines.complaint("'" + std::string(word) + "' is beyond the range of numbers");
+  if (const char* reason = why_unfit(word, value)) {
+    throw lines.complaint(shown_text(word) + " " + reason);
   }
   return value;
 }
@@ -271,12 +272,39 @@ class Parser {
     return words;
   }
 
-  Complex value(const Words& words, std::size_t leading) const {
+  Complex value(const Words& words, std::size_t leading) {
     if (matrix_.field == Field::pattern) {
       return 1.0;
     }
-    return {number(lines_, words[leading], matrix_.field == Field::integer),
-            matrix_.complex() ? number(lines_, words[leading + 1], false) : QuarnFloat()};
+    return {part(words[leading], matrix_.field == Field::integer),
+            matrix_.complex() ? part(words[leading + 1], false) : QuarnFloat()};
+  }
+
+  QuarnFloat part(std::string_view word, bool whole) {
+    QuarnFloat value = number(lines_, word, whole);
+    if (value != 0) {
+      const long first = ilogb(value);
+      first_place_ = std::max(first_place_, first);
+      last_place_ = std::min(last_place_, first - long(word.size()));
+    }
+    return value;
+  }
+
+  // Entries of one place add up, in numbers that may be too short for the sum.
+  void check_sums() const {
+    constexpr long kGuard = 20;  // more than the digits of a count
+    if (first_place_ - last_place_ + kGuard <= QuarnDigits() || QuarnDigits() < kMostDigits) {
+      return;
+    }
+    std::vector<std::pair<Integer, Integer>> places(matrix_.row.size());
+    std::transform(matrix_.row.begin(), matrix_.row.end(), matrix_.column.begin(), places.begin(),
+                   [](Integer row, Integer column) { return std::pair(row, column); });
+    std::sort(places.begin(), places.end());
+    if (const auto twice = std::adjacent_find(places.begin(), places.end()); twice != places.end()) {
+      throw bad_input(matrix_.source + ": row " + std::to_string(twice->first) + ", column " +
+                      std::to_string(twice->second) + " has several entries, in a file whose numbers cannot be added" +
+                      " exactly: their digits are more than " + std::to_string(kMostDigits) + " places apart");
+    }
   }
 
   void check_diagonal(Integer row, Integer column, const Complex& value) const {
@@ -303,6 +331,7 @@ class Parser {
       }
       progress.advance();
     }
+    check_sums();
   }
 
   // Of a matrix that stores one triangle: whether the place is in the upper one, which has to be allowed.
@@ -343,6 +372,9 @@ class Parser {
   bool array_ = false;
   long long count_ = 0;
   long long read_ = 0;  // entries
+  // The decimal places that digits of numbers stand in, those of the largest number first.
+  long first_place_ = std::numeric_limits<long>::min() / 2;
+  long last_place_ = std::numeric_limits<long>::max() / 2;
 };
 
 std::string heading(const char* format, Field field, Symmetry symmetry, const std::vector<std::string>& comments) {

@@ -119,13 +119,7 @@ bool are_names(const std::vector<std::string>& cells) {
   return words;
 }
 
-std::string shown(const std::string& cell) {
-  constexpr std::size_t kLongest = 40;
-  if (cell.empty()) {
-    return "nothing";
-  }
-  return "'" + (cell.size() > kLongest ? cell.substr(0, kLongest) + "..." : cell) + "'";
-}
+std::string shown(const std::string& cell) { return cell.empty() ? "nothing" : shown_text(cell); }
 
 std::vector<NumberTable::Column> columns_of(const DenseMatrix& matrix) {
   std::vector<NumberTable::Column> columns(static_cast<std::size_t>(matrix.columns()));
@@ -446,8 +440,8 @@ std::vector<T> NumberTable::values(const Column& column, bool (*is_value)(std::s
     known = row + 1;
     values.push_back(next);
     progress.advance();
-    if (!isfinite(values.back())) {
-      throw bad_input(place(column, row) + ": " + shown(cell) + " is beyond the range of numbers");
+    if (const char* reason = why_unfit(cell, values.back())) {
+      throw bad_input(place(column, row) + ": " + shown(cell) + " " + reason);
     }
   }
   return values;

@@ -1,5 +1,7 @@
 #include "cli/io/number_text.h"
 
+#include <algorithm>
+
 namespace cli {
 
 namespace {
@@ -24,6 +26,18 @@ Parts split(std::string_view text) {
 }
 
 bool is_sign(std::string_view text) { return text == "+" || text == "-"; }
+
+// From the first to the last that is not zero.
+std::size_t significant_digits(std::string_view text) {
+  const std::string_view mantissa = text.substr(0, text.find_first_of("eE"));
+  const std::size_t first = mantissa.find_first_of("123456789");
+  if (first == std::string_view::npos) {
+    return 0;
+  }
+  const std::size_t last = mantissa.find_last_of("123456789");
+  const std::size_t point = mantissa.find('.');
+  return last + 1 - first - (first < point && point < last ? 1 : 0);
+}
 
 }  // namespace
 
@@ -74,6 +88,24 @@ Complex to_complex_number(const std::string& text) {
     return digits.empty() ? QuarnFloat() : to_number(std::string(digits) + (is_sign(digits) ? "1" : ""));
   };
   return {part(parts.real), part(parts.imaginary)};
+}
+
+const char* why_unfit(std::string_view text, const Complex& value) {
+  const Parts parts = split(text);
+  const auto is_lost = [](const QuarnFloat& part, std::string_view digits) {
+    return !isfinite(part) || (part == 0 && significant_digits(digits) > 0);
+  };
+  if (is_lost(value.re, parts.real) || is_lost(value.im, parts.imaginary)) {
+    return "is beyond the range of numbers";
+  }
+  const bool is_long = text.size() > kMostDigits &&
+                       std::max(significant_digits(parts.real), significant_digits(parts.imaginary)) > kMostDigits;
+  return is_long ? "has more than 1000000 digits" : nullptr;
+}
+
+std::string shown_text(std::string_view text) {
+  constexpr std::size_t kLongest = 40;
+  return "'" + std::string(text.substr(0, kLongest)) + (text.size() > kLongest ? "...'" : "'");
 }
 
 std::string complex_text(const Complex& value) {

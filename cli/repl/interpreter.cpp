@@ -77,13 +77,11 @@ Known Interpreter::evaluate(const Node& node) {
   switch (node.kind) {
     case Kind::number: {
       // Numbers are taken as they are, however long.
-      const std::size_t length = std::min(node.text.size(), std::size_t(kMostExactDigits));
+      const std::size_t length = std::min(node.text.size(), std::size_t(kMostDigits));
       const tesk2mp::Digits digits(std::max(QuarnDigits(), int(length)));
       const Complex value = to_complex_number(node.text);
-      const std::string mantissa = node.text.substr(0, node.text.find_first_of("eE"));
-      const bool is_lost = value == Complex(0) && mantissa.find_first_of("123456789") != std::string::npos;
-      if (!isfinite(value) || is_lost) {
-        throw Fault(node.at, "beyond the range of numbers");
+      if (const char* reason = why_unfit(node.text, value)) {
+        throw Fault(node.at, shown_text(node.text) + " " + reason);
       }
       return number(value);
     }

@@ -322,6 +322,12 @@ class Dense(unittest.TestCase):
                 done = run(*arguments, stdin=stdin)
                 self.assertEqual((done.returncode, done.stdout, done.stderr), (status, "", f"quarn: {complaint}\n"))
 
+    def test_numbers_that_no_number_holds(self):
+        coordinates = "%%MatrixMarket matrix coordinate real general\n2 2 5\n1 1 1e{0}\n1 1 -1e-{0}\n1 1 -1e{0}\n2 2 1\n1 2 0\n"
+        self.assertEqual(run_json("det", "-", stdin=coordinates.format(499_000))["determinant"], ["-1e-499000"])
+        self.assertIn("row 1, column 1 has several entries", run("det", "-", stdin=coordinates.format(700_000)).stderr)
+        self.assertIn("coefficient 3: '-1e-2000000000' is beyond the range", run("zeros", "1", "0", "-1e-2000000000").stderr)
+
     @not_emulated
     def test_pictures(self):
         with tempfile.TemporaryDirectory() as folder:

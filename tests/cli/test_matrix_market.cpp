@@ -192,6 +192,7 @@ TEST_CASE("a malformed file is refused with its line and the reason") {
       {real + "2 2 1\n1 1 1d5\n", 3, "'1d5' is not a number"},
       {real + "2 2 1\n1 1 nan\n", 3, "'nan' is not a number"},
       {real + "2 2 1\n1 1 1e9999999999\n", 3, "'1e9999999999' is beyond the range of numbers"},
+      {real + "2 2 1\n1 1 1e-9999999999\n", 3, "'1e-9999999999' is beyond the range of numbers"},
       {"%%MatrixMarket matrix coordinate integer general\n2 2 1\n1 1 1e2\n", 3, "'1e2' is not a whole number"},
       {"%%MatrixMarket matrix coordinate real symmetric\n2 2 1\n1 2 1\n", 3,
        "row 1, column 2 is outside the triangle that a symmetric matrix stores (--mirror takes the upper one)"},
