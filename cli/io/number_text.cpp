@@ -113,7 +113,7 @@ std::string complex_text(const Complex& value) {
     return value.re.to_string();
   }
   const std::string imaginary = value.im.to_string();
-  return value.re.to_string() + (signbit(value.im) || isnan(value.im) ? "" : "+") + imaginary + "i";
+  return value.re.to_string() + (signbit(value.im) && !isnan(value.im) ? "" : "+") + imaginary + "i";
 }
 
 std::string whole_number_text(const QuarnFloat& value) {

@@ -39,7 +39,12 @@ template <Scalar T>
 class BoundedMatrix {
  public:
   BoundedMatrix() = default;
-  BoundedMatrix(Matrix<T> values, Matrix<Real> errors) : values_(std::move(values)), errors_(std::move(errors)) {}
+  /// Throws InvalidArgument unless both have the same shape.
+  BoundedMatrix(Matrix<T> values, Matrix<Real> errors) : values_(std::move(values)), errors_(std::move(errors)) {
+    tesk2mp::detail::require(values_.rows() == errors_.rows() && values_.columns() == errors_.columns(),
+                             "BOUNDED_MATRIX", 2, "bounds of ", errors_.rows(), " by ", errors_.columns(), " for ",
+                             values_.rows(), " by ", values_.columns(), " numbers");
+  }
 
   std::size_t rows() const noexcept { return values_.rows(); }
   std::size_t columns() const noexcept { return values_.columns(); }

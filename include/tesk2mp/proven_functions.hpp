@@ -301,6 +301,13 @@ inline Bounded<Real> ceil(const Bounded<Real>& x) { return detail::stepped(::cei
 inline Bounded<Real> trunc(const Bounded<Real>& x) { return detail::stepped(::trunc, x); }
 inline Bounded<Real> round(const Bounded<Real>& x) { return detail::stepped(::round, x); }
 inline Bounded<Real> rint(const Bounded<Real>& x) { return detail::stepped(::rint, x); }
+/// The decimal exponent. Nothing is known of it where 0 is within the bounds.
+inline Bounded<Real> logb(const Bounded<Real>& x) {
+  const detail::Ends at(x);
+  const bool has_zero = !(at.low > 0) && !(at.high < 0);
+  return has_zero && !x.error.is_zero() ? Bounded<Real>{::logb(x.value), QuarnBound::infinity()}
+                                        : detail::stepped(::logb, x);
+}
 
 // Functions of two numbers -----------------------------------------------------------------------------------------
 

@@ -43,6 +43,7 @@ inline std::span<const NamedFunction> functions() noexcept {
       {"exp10", exp10},
       {"log1p", log1p},
       {"log2", log2},
+      {"logb", logb},
       {"cbrt", cbrt},
       {"asinh", asinh, asinh},
       {"acosh", acosh, acosh},

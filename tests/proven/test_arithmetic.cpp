@@ -127,6 +127,7 @@ TEST_CASE("sums and products that are rounded once") {
   CHECK(proven::dot(std::vector<Real>{1, 1}, std::vector<Real>{Real("0.1"), Real("0.025")}).value.to_string() ==
         "0.12");
   CHECK_THROWS_AS((void)proven::dot(std::vector<Real>{1}, std::vector<Real>{1, 2}), tesk2mp::InvalidArgument);
+  CHECK_THROWS_AS((proven::BoundedMatrix<Real>{Matrix<Real>(2, 2), Matrix<Real>(2, 1)}), tesk2mp::InvalidArgument);
   CHECK(proven::norm(std::vector<Real>{0, 0}).error.is_finite());
 }
 

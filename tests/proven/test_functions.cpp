@@ -140,6 +140,10 @@ TEST_CASE("terms of functions") {
   CHECK(between(error("2", "0.5", [](B x) { return proven::pow(x, proven::exact(3)); }), "9.3", "9.5"));
   CHECK(between(error("0.5", "0.1", [](B x) { return proven::floor(x); }), "0", "0"));
   CHECK(between(error("0.95", "0.1", [](B x) { return proven::floor(x); }), "1", "1"));
+  CHECK(between(error("-0.95", "0.04", [](B x) { return proven::logb(x); }), "0", "0"));
+  CHECK(between(error("-0.95", "0.05", [](B x) { return proven::logb(x); }), "1", "1"));
+  CHECK_FALSE(proven::logb({Real("0.1"), QuarnBound(Real("0.1"))}).error.is_finite());
+  CHECK(proven::logb(proven::exact(Real("0.03"))).value == -2);
   // Zero width: half a unit, or nothing.
   CHECK(between(error("2", "0", [](B x) { return sqrt(x); }), "0.05", "0.06"));
   CHECK(error("4", "0", [](B x) { return sqrt(x); }) == 0);
