@@ -36,13 +36,6 @@ void require_hermitian(const tesk2mp::Matrix<T>& a, const std::string& source) {
   }
 }
 
-DenseMatrix read_exactly(const CholOptions& options) {
-  const tesk2mp::Digits scope(digits_of_data(true));
-  DenseMatrix given = read_operand(options.matrix, options.table, true);
-  std::visit([&](const auto& a) { require_hermitian(a, given.source); }, given.elements);
-  return given;
-}
-
 /// Is the leading minor of that order proven to be the first that is not positive?
 template <class T>
 bool is_first_not_positive(const tesk2mp::Matrix<T>& a, std::size_t order) {
@@ -68,7 +61,7 @@ Result result_of(const CholOptions& options, const DenseMatrix& given, const tes
     try {
       const tesk2mp::Cholesky<T> cholesky(a, triangle);
       const tesk2mp::Matrix<T>& factor = cholesky.factor();
-      return Computed<T>{{factor.data(), factor.data() + a.rows() * a.columns()}, {T(cholesky.determinant())}, 0};
+      return Computed<T>{{factor.data(), factor.data() + a.rows() * a.columns()}, {T(cholesky.determinant())}, {}};
     } catch (const tesk2mp::NumericalFailure& failure) {
       const auto order = std::size_t(failure.code());
       if (!options.proof.wanted() || order == 0 || order > a.rows() || is_first_not_positive(a, order)) {
@@ -100,7 +93,8 @@ Result result_of(const CholOptions& options, const DenseMatrix& given, const tes
 }
 
 void run_chol(const CholOptions& options) {
-  const DenseMatrix given = read_exactly(options);
+  const DenseMatrix given = read_exactly(true, [&] { return read_operand(options.matrix, options.table, true); });
+  std::visit([&](const auto& a) { require_hermitian(a, given.source); }, given.elements);
   constexpr double kTwoTriangles = 1;
   const Progress progress = Progress::estimated("factorising", kTwoTriangles * factorisation_cost(given.rows(), true));
   std::visit([&](const auto& a) { deliver(result_of(options, given, a), options.output); }, given.elements);
@@ -128,10 +122,7 @@ void declare_chol(Command& command) {
   add_estimated_digits(command, options->proof);
   add_output_options(command, options->output, Forms::matrix);
   add_plot_option(command, options->output);
-  command.work = [options] {
-    options->proof.start();
-    run_chol(*options);
-  };
+  set_proven_work(command, options, run_chol);
 }
 
 const Registered kCholCommand(100, "chol", "factorise a positive definite matrix, A = L L^H", kCholFooter,

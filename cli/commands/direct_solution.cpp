@@ -107,6 +107,9 @@ Solution proven_solution(const Equations<T>& equations, const ProofOptions& opti
     x(i, 0) = tesk2mp::proven::known_value(found[i]);
   }
   solution.errors = errors_of(found);
+  Result about_zeros;
+  add_zeros(about_zeros, found);
+  solution.notes = std::move(about_zeros.notes);
   if (!options.certificate.empty()) {
     tesk2mp::Matrix<T> b(found.size(), 1);
     std::copy(equations.b.begin(), equations.b.end(), b.data());

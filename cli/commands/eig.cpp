@@ -336,11 +336,8 @@ void run_eig(const EigOptions& options) {
   if (options.matrix == "-" && options.mass == "-") {
     throw bad_input("only one of MATRIX and --mass can be standard input");
   }
-  const auto read = [&] {
-    const tesk2mp::Digits scope(digits_of_data(options.proof.wanted() && values_alone));
-    return read_operand(options.matrix, options.table, true);
-  };
-  const DenseMatrix given = read();
+  const DenseMatrix given = read_exactly(options.proof.wanted() && values_alone,
+                                         [&] { return read_operand(options.matrix, options.table, true); });
   if (alone) {
     std::visit(
         [&]<class T>(const tesk2mp::Matrix<T>& a) {
@@ -405,10 +402,7 @@ void declare_eig(Command& command) {
   add_certificate(command, options->proof);
   add_output_options(command, options->output);
   add_plot_option(command, options->output);
-  command.work = [options] {
-    options->proof.start();
-    run_eig(*options);
-  };
+  set_proven_work(command, options, run_eig);
 }
 
 const Registered kEigCommand(120, "eig", "eigenvalues and eigenvectors", kEigFooter, declare_eig);

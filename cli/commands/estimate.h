@@ -1,10 +1,9 @@
 // What the commands share whose results have no proof: a second computation says which digits are true.
 #pragma once
 
-#include <algorithm>
+#include <functional>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "cli/commands/proven.h"
@@ -12,168 +11,48 @@
 namespace cli {
 
 /// What was computed: numbers that count beside the largest of them, and numbers each of which counts for itself; with
-/// them what has to be the same in both computations.
-template <class T, class Choice = int>
+/// them what has to be the same in both computations, such as pivots or a rank.
+template <class T>
 struct Computed {
   std::vector<T> numbers;
   std::vector<T> single;
-  Choice choice{};
+  std::vector<Integer> choice;
 };
 
+/// Gives nothing where more digits may help.
+template <class T>
+using Computation = std::function<std::optional<Computed<T>>()>;
+
 /// One computation, the estimates of its errors, and the working digits of both.
-template <class T, class Choice = int>
+template <class T>
 struct Estimated {
   std::vector<tesk2mp::proven::Bounded<T>> numbers;
   std::vector<tesk2mp::proven::Bounded<T>> single;
-  std::optional<Choice> choice;      // none: no computation came to an end
-  std::size_t structural_zeros = 0;  // parts of numbers that are exactly 0 in both computations
+  std::optional<std::vector<Integer>> choice;  // none: no computation came to an end
+  std::size_t structural_zeros = 0;            // parts of numbers that are exactly 0 in both computations
   int first_digits = 0;
   int second_digits = 0;
 
   /// How many digits are true of the number that has fewest.
-  std::int64_t known_digits() const {
-    std::int64_t known = choice ? tesk2mp::proven::fewest_true_digits(numbers) : 0;
-    for (const auto& each : single) {
-      known = std::min(known, tesk2mp::proven::fewest_true_digits(std::vector{each}));
-    }
-    return known;
-  }
+  std::int64_t known_digits() const;
 };
 
-template <class T>
-std::vector<tesk2mp::proven::Bounded<T>> with_distances(std::vector<T> numbers, const std::vector<T>& others,
-                                                        bool is_comparable) {
-  std::vector<tesk2mp::proven::Bounded<T>> bounded;
-  for (std::size_t k = 0; k < numbers.size(); ++k) {
-    const QuarnBound error = is_comparable ? QuarnBound(numbers[k] - others[k]) : QuarnBound::infinity();
-    bounded.push_back({std::move(numbers[k]), error});
-  }
-  return bounded;
-}
-
-/// How many parts are 0 in both, of numbers that are not: of a structure, which needs no estimate.
-template <class T>
-std::size_t common_zeros(const std::vector<T>& numbers, const std::vector<T>& others) {
-  std::size_t count = 0;
-  if constexpr (std::is_same_v<T, Complex>) {
-    for (std::size_t k = 0; k < numbers.size(); ++k) {
-      const bool same = numbers[k] == others[k];
-      count += !same && numbers[k].re == 0 && others[k].re == 0 ? 1 : 0;
-      count += !same && numbers[k].im == 0 && others[k].im == 0 ? 1 : 0;
-    }
-  }
-  return count;
-}
-
-/// What compute() gives at the working digits and with more of them: by as much as they differ the former is wrong.
-/// compute() gives nothing where more digits may help.
-template <class T, class Choice, class Compute>
-Estimated<T, Choice> estimated_once(const ProofOptions& options, const Compute& compute) {
-  using Found = std::optional<Computed<T, Choice>>;
-  const auto more = [](Integer digits) { return digits + digits / 4 + 10; };
-  Estimated<T, Choice> estimate;
-  estimate.first_digits = QuarnDigits();
-  while (more(estimate.first_digits) > kMostDigits) {
-    estimate.first_digits -= std::max(1, estimate.first_digits / 8);
-  }
-  estimate.second_digits = int(more(estimate.first_digits));
-  const auto computed = [&](int digits) -> Found {
-    const tesk2mp::Digits scope(digits);
-    return compute();
-  };
-  Found first = computed(estimate.first_digits);
-  Found second = computed(estimate.second_digits);
-  if (!first || !second) {
-    return estimate;
-  }
-  const bool same = first->choice == second->choice && first->numbers.size() == second->numbers.size() &&
-                    first->single.size() == second->single.size();
-  // The better one, unless one computation is asked for or what differs says nothing about it.
-  if (same && options.wanted()) {
-    std::swap(first, second);
-  }
-  const tesk2mp::Digits scope(estimate.second_digits);
-  estimate.structural_zeros = same ? common_zeros(first->numbers, second->numbers) : 0;
-  estimate.numbers = with_distances(std::move(first->numbers), second->numbers, same);
-  estimate.single = with_distances(std::move(first->single), second->single, same);
-  estimate.choice = std::move(first->choice);
-  return estimate;
-}
-
-/// The same with as many working digits as make all digits true that are asked for, or with --working-digits at once.
+/// What compute() gives with as many working digits as make all digits true that are asked for, or with
+/// --working-digits at once: by as much as two computations differ, the second with more digits, the first is wrong.
 /// Where that is not found in the time and digits that proofs have, or is_hopeless() says after a first try that it
 /// never is: what was found last.
-template <class T, class Choice = int, class Compute, class IsHopeless>
-Estimated<T, Choice> estimated(const ProofOptions& options, const Compute& compute, const IsHopeless& is_hopeless) {
-  if (!options.wanted()) {
-    return estimated_once<T, Choice>(options, compute);
-  }
-  Estimated<T, Choice> estimate;
-  const int wanted = QuarnDigits();
-  try {
-    int worked_with = 0;
-    int tries = 0;
-    with_true_digits(options, worked_with, [&] {
-      if (++tries == 2 && is_hopeless()) {
-        throw tesk2mp::NumericalFailure("TO_DIGITS", 1, 0, "more digits do not help", {});
-      }
-      estimate = estimated_once<T, Choice>(options, compute);
-      auto numbers = estimate.numbers;
-      if (estimate.known_digits() < wanted) {
-        numbers.emplace_back();  // of which nothing is known
-      }
-      return numbers;
-    });
-  } catch (const tesk2mp::NumericalFailure& failure) {
-    if (failure.routine() != "TO_DIGITS") {
-      throw;
-    }
-  }
-  return estimate;
-}
-template <class T, class Choice = int, class Compute>
-Estimated<T, Choice> estimated(const ProofOptions& options, const Compute& compute) {
-  return estimated<T, Choice>(options, compute, [] { return false; });
-}
+template <class T>
+Estimated<T> estimated(const ProofOptions& options, const Computation<T>& compute,
+                       const std::function<bool()>& is_hopeless = {});
 
 /// The numbers rounded to the working digits, 0 where the sign is not known.
 template <class T>
-std::vector<T> estimated_values(const ProofOptions& options,
-                                const std::vector<tesk2mp::proven::Bounded<T>>& estimates) {
-  const auto part = [&](const QuarnFloat& x, const QuarnBound& error) {
-    const bool is_unknown = options.wanted() && error.is_finite() && !error.is_zero() && error.value() >= fabs(x);
-    return is_unknown ? QuarnFloat() : x * 1;
-  };
-  std::vector<T> values;
-  values.reserve(estimates.size());
-  for (const auto& each : estimates) {
-    if constexpr (std::is_same_v<T, Complex>) {
-      values.emplace_back(part(each.value.re, each.error), part(each.value.im, each.error));
-    } else {
-      values.push_back(part(each.value, each.error));
-    }
-  }
-  return values;
-}
+std::vector<T> estimated_values(const ProofOptions& options, const std::vector<tesk2mp::proven::Bounded<T>>& estimates);
 
 /// "20 digits, by ROUTINE (worked with 25)" as the second note, how many of them are true as the last one, and both as
 /// facts.
-template <class T, class Choice>
-void add_estimate(const ProofOptions& options, const Estimated<T, Choice>& estimate, const std::string& routine,
-                  Result& result) {
-  const auto known = std::clamp<std::int64_t>(estimate.known_digits(), 0, QuarnDigits());
-  result.notes[1] = digits_text() + ", by " + routine +
-                    (options.wanted() || estimate.first_digits != QuarnDigits()
-                         ? " (worked with " + std::to_string(estimate.first_digits) + ")"
-                         : std::string());
-  result.notes.push_back("about " + std::to_string(known) + (known == 1 ? " digit is" : " digits are") +
-                         " true (estimate by a second computation with " + std::to_string(estimate.second_digits) +
-                         ")");
-  if (options.wanted()) {
-    add_zeros(result, estimate.numbers, estimate.structural_zeros);
-  }
-  result.facts.push_back({"working_digits", std::to_string(estimate.first_digits), true});
-  result.facts.push_back({"true_digits_estimated", std::to_string(known), true});
-}
+template <class T>
+void add_estimate(const ProofOptions& options, const Estimated<T>& estimate, const std::string& routine,
+                  Result& result);
 
 }  // namespace cli

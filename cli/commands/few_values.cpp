@@ -59,11 +59,8 @@ std::string type_letter(bool complex) { return complex ? "QuarnMPX_z" : "QuarnMP
 
 /// Reads the entries, and refuses a basis that cannot fit.
 SparseMatrix read_entries(const FewOptions& options) {
-  const auto read = [&] {
-    const tesk2mp::Digits scope(digits_of_data(options.proof.wanted()));
-    return read_matrix(options.matrix, options.table);
-  };
-  SparseMatrix matrix = read();
+  SparseMatrix matrix =
+      read_exactly(options.proof.wanted(), [&] { return read_matrix(options.matrix, options.table); });
   constexpr double kLeastBasis = 20;
   const double basis = std::min<double>(2 * double(options.count) + kLeastBasis, matrix.rows);
   require_memory((matrix.complex() ? 2 : 1) * basis * (double(matrix.rows) + matrix.columns),
@@ -211,7 +208,7 @@ Complex number_near(const FewOptions& options) {
   return to_complex_number(options.near);
 }
 
-std::string title_of(const FewOptions& options, const SparseMatrix& matrix, std::size_t count) {
+std::string heading_of(const FewOptions& options, const SparseMatrix& matrix, std::size_t count) {
   return counted(Integer(count), "eigenvalue", "eigenvalues") + " of the " + size_of(matrix) + ", " +
          meaning_of(options);
 }
@@ -236,7 +233,7 @@ Result hermitian_result(const FewOptions& options, const SparseMatrix& matrix, c
   tesk2mp::proven::NearEigenvalue<T> bounds(a);
   tesk2mp::HermitianEigenpairs<T> pairs;
   Result result;
-  result.notes = {title_of(options, matrix, std::size_t(options.count)), ""};
+  result.notes = {heading_of(options, matrix, std::size_t(options.count)), ""};
   const std::vector<BoundedReal> found = search(
       options.proof, type_letter(matrix.complex()) + "eigsh_", "an eigenvalue",
       [&] {
@@ -306,12 +303,12 @@ Result general_result(const FewOptions& options, const SparseMatrix& matrix, con
   const QuarnFloat size = largest_entry(a);
   std::vector<Complex> first;
   tesk2mp::Eigenpairs pairs;
-  const auto estimate = estimated<Complex, std::size_t>(options.proof, [&] {
+  const auto estimate = estimated<Complex>(options.proof, [&] {
     tesk2mp::Eigenpairs found =
         found_near(how, size, [&] { return tesk2mp::eigs(a, std::size_t(options.count), how); });
     align(found, first);
     first = first.empty() ? found.values : first;
-    Computed<Complex, std::size_t> computed{found.values, {}, found.values.size()};
+    Computed<Complex> computed{found.values, {}, {Integer(found.values.size())}};
     // Of one computation the first is shown, else the second.
     if (options.proof.wanted() || pairs.values.empty()) {
       pairs = std::move(found);
@@ -320,7 +317,7 @@ Result general_result(const FewOptions& options, const SparseMatrix& matrix, con
   });
   const std::string routine = type_letter(std::is_same_v<T, Complex>) + "eigs_";
   Result result;
-  result.notes = {title_of(options, matrix, *estimate.choice), ""};
+  result.notes = {heading_of(options, matrix, std::size_t(estimate.choice->front())), ""};
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
   add_estimate(options.proof, estimate, routine, result);
   const QuarnFloat residual = *std::max_element(pairs.residuals.begin(), pairs.residuals.end());
@@ -460,10 +457,7 @@ void run_few_eigenvalues(const FewOptions& options) {
     throw bad_input(matrix.source + ": " + std::to_string(matrix.rows) + " by " + std::to_string(matrix.columns) +
                     ", but a square matrix is needed");
   }
-  const auto entries = [&] {
-    const tesk2mp::Digits scope(digits_of_data(options.proof.wanted()));
-    return assembled(matrix);
-  }();
+  const auto entries = read_exactly(options.proof.wanted(), [&] { return assembled(matrix); });
   const Progress progress("eigenvalues", 1);
   const Result result = std::visit([&](const auto& a) { return eigenvalue_result(options, matrix, a); }, entries);
   deliver(result, options.output);
@@ -474,8 +468,7 @@ void run_few_singular_values(const FewOptions& options) {
   const SparseMatrix whole = expanded(matrix);
   const Progress progress("singular values", 1);
   const auto exactly = [&](const auto& values) {
-    const tesk2mp::Digits scope(digits_of_data(options.proof.wanted()));
-    return rectangle_of(whole, values);
+    return read_exactly(options.proof.wanted(), [&] { return rectangle_of(whole, values); });
   };
   const Result result = matrix.complex() ? singular_result(options, matrix, exactly(whole.values))
                                          : singular_result(options, matrix, exactly(real_parts(whole.values)));

@@ -22,8 +22,7 @@ struct MatrixOptions {
 
 /// Reads the matrix: rounded to the working digits, or with all its digits where the result is to be proven.
 DenseMatrix read_matrix(const MatrixOptions& options) {
-  const tesk2mp::Digits scope(digits_of_data(options.proof.wanted()));
-  return read_operand(options.matrix, options.table, true);
+  return read_exactly(options.proof.wanted(), [&] { return read_operand(options.matrix, options.table, true); });
 }
 
 Result started(const DenseMatrix& given, const std::string& what, const char* real, const char* complex) {
@@ -175,20 +174,14 @@ const Registered kInverse(104, "inv", "the inverse of a dense matrix", kInverseF
   auto options = std::make_shared<MatrixOptions>();
   declare_matrix(command, options, Forms::matrix);
   add_plot_option(command, options->output);
-  command.work = [options] {
-    options->proof.start();
-    run_inv(*options);
-  };
+  set_proven_work(command, options, run_inv);
 });
 
 const Registered kDeterminant(105, "det", "the determinant of a dense matrix", kDeterminantFooter,
                               [](Command& command) {
                                 auto options = std::make_shared<MatrixOptions>();
                                 declare_matrix(command, options, Forms::table);
-                                command.work = [options] {
-                                  options->proof.start();
-                                  run_det(*options);
-                                };
+                                set_proven_work(command, options, run_det);
                               });
 
 }  // namespace

@@ -44,21 +44,20 @@ const char* routine_for(const DenseMatrix& matrix) {
 /// Title, digits and what they are worth, rank.
 template <class T>
 Result started(const RankOptions& options, const std::string& title, const DenseMatrix& matrix,
-               const Estimated<T, std::size_t>& estimate) {
+               const Estimated<T>& estimate) {
   const std::string routine = routine_for(matrix);
   Result result;
   result.notes = {title, ""};
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
   add_estimate(options.proof, estimate, routine, result);
-  const std::string rank = std::to_string(*estimate.choice);
+  const std::string rank = std::to_string(estimate.choice->front());
   result.notes[1] += "; rank " + rank + " by the tolerance " + brief(tolerance_of(options, matrix));
   result.facts.push_back({"rank", rank, true});
   return result;
 }
 
-DenseMatrix read_exactly(const RankOptions& options) {
-  const tesk2mp::Digits scope(digits_of_data(true));
-  return read_operand(options.matrix, options.table, false);
+DenseMatrix read_given(const RankOptions& options) {
+  return read_exactly(true, [&] { return read_operand(options.matrix, options.table, false); });
 }
 
 template <class T>
@@ -127,9 +126,9 @@ void solve(const RankOptions& options, const DenseMatrix& matrix, const DenseMat
     }
   }
   if (!is_proven) {
-    const auto estimate = estimated<T, std::size_t>(options.proof, [&] {
+    const auto estimate = estimated<T>(options.proof, [&] {
       const auto solution = tesk2mp::minimum_norm(a, b, tolerance);
-      return std::optional(Computed<T, std::size_t>{elements(solution.x), {}, solution.rank});
+      return std::optional(Computed<T>{elements(solution.x), {}, {Integer(solution.rank)}});
     });
     x = matrix_of(estimated_values(options.proof, estimate.numbers), a.columns());
     result = started(options, title, matrix, estimate);
@@ -156,11 +155,9 @@ void run_lstsq(const RankOptions& options) {
   if (options.matrix == "-" && options.right_side == "-") {
     throw bad_input("matrix and right side cannot both come from standard input");
   }
-  const DenseMatrix matrix = read_exactly(options);
-  const DenseMatrix right = [&] {
-    const tesk2mp::Digits scope(digits_of_data(true));
-    return read_vector(options.right_side, options.column, options.table);
-  }();
+  const DenseMatrix matrix = read_given(options);
+  const DenseMatrix right =
+      read_exactly(true, [&] { return read_vector(options.right_side, options.column, options.table); });
   if (right.rows() != matrix.rows()) {
     throw bad_input(matrix.source + ": " + counted(matrix.rows(), "row", "rows") + ", but the right side has " +
                     counted(right.rows(), "number", "numbers"));
@@ -177,9 +174,9 @@ template <class T, class Find>
 void deliver_matrix(const RankOptions& options, const std::string& what, const DenseMatrix& given, std::size_t rows,
                     const Find& find) {
   const QuarnFloat tolerance = tolerance_of(options, given);
-  const auto estimate = estimated<T, std::size_t>(options.proof, [&] {
+  const auto estimate = estimated<T>(options.proof, [&] {
     const auto [matrix, rank] = find(tolerance);
-    return std::optional(Computed<T, std::size_t>{elements(matrix), {}, rank});
+    return std::optional(Computed<T>{elements(matrix), {}, {Integer(rank)}});
   });
   Result result = started(options, what + " of the " + description(given), given, estimate);
   const DenseMatrix matrix{"", matrix_of(estimated_values(options.proof, estimate.numbers), rows)};
@@ -189,7 +186,7 @@ void deliver_matrix(const RankOptions& options, const std::string& what, const D
 }
 
 void run_pinv(const RankOptions& options) {
-  const DenseMatrix given = read_exactly(options);
+  const DenseMatrix given = read_given(options);
   const Progress progress = progress_of(given);
   std::visit(
       [&]<class T>(const tesk2mp::Matrix<T>& a) {
@@ -202,7 +199,7 @@ void run_pinv(const RankOptions& options) {
 }
 
 void run_null(const RankOptions& options) {
-  const DenseMatrix given = read_exactly(options);
+  const DenseMatrix given = read_given(options);
   const Progress progress = progress_of(given);
   std::visit(
       [&]<class T>(const tesk2mp::Matrix<T>& a) {
@@ -261,13 +258,6 @@ void declare_least_squares(Command& command, const std::shared_ptr<RankOptions>&
   add_output_options(command, options->output, Forms::matrix);
 }
 
-void start(const std::shared_ptr<RankOptions>& options, Command& command, void (*run)(const RankOptions&)) {
-  command.work = [options, run] {
-    options->proof.start();
-    run(*options);
-  };
-}
-
 const Registered kLeastSquares(
     106, "lstsq", "least squares with a dense matrix of any shape and rank", kLeastSquaresFooter, [](Command& command) {
       auto options = std::make_shared<RankOptions>();
@@ -276,7 +266,7 @@ const Registered kLeastSquares(
       add_plot_option(command, options->output);
       command.text("--rhs", "FILE", options->right_side, "the right side; - is standard input");
       command.text("--column", "NAME", options->column, "name or number of the right side's column");
-      start(options, command, run_lstsq);
+      set_proven_work(command, options, run_lstsq);
     });
 
 const Registered kPseudoInverse(107, "pinv", "the pseudo-inverse of a dense matrix", kPseudoInverseFooter,
@@ -285,7 +275,7 @@ const Registered kPseudoInverse(107, "pinv", "the pseudo-inverse of a dense matr
                                   declare_least_squares(command, options);
                                   add_estimated_digits(command, options->proof);
                                   add_plot_option(command, options->output);
-                                  start(options, command, run_pinv);
+                                  set_proven_work(command, options, run_pinv);
                                 });
 
 const Registered kNullSpace(108, "null", "the null space of a dense matrix, and its rank", kNullSpaceFooter,
@@ -294,7 +284,7 @@ const Registered kNullSpace(108, "null", "the null space of a dense matrix, and 
                               declare_least_squares(command, options);
                               add_estimated_digits(command, options->proof);
                               add_plot_option(command, options->output);
-                              start(options, command, run_null);
+                              set_proven_work(command, options, run_null);
                             });
 
 }  // namespace

@@ -64,6 +64,7 @@ struct Solution {
   Integer iterations = 0;
   Integer products = 0;
   std::vector<QuarnFloat> errors;  // proven bounds, where there are
+  std::vector<std::string> notes;  // about the zeros among those
   int worked_with = 0;             // digits of the proof
   Integer failure_code = 0;        // of the routine
   std::string failure;             // what the library says; empty when the solution is one

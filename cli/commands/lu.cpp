@@ -59,14 +59,6 @@ std::size_t interchanges(const std::vector<Integer>& pivots) {
   return count;
 }
 
-/// What else is written of the factors.
-struct Factorisation {
-  std::vector<Integer> pivots;
-  bool singular = false;
-
-  bool operator==(const Factorisation& other) const { return pivots == other.pivots; }
-};
-
 template <class T>
 tesk2mp::LU<T> factorised(const LuOptions& options, const tesk2mp::Matrix<T>& a) {
   if constexpr (std::is_same_v<T, QuarnFloat>) {
@@ -80,7 +72,7 @@ tesk2mp::LU<T> factorised(const LuOptions& options, const tesk2mp::Matrix<T>& a)
 /// Both factors in one; of a square matrix the determinant beside that power of ten is the last of estimate.single.
 template <class T>
 struct Factors {
-  Estimated<T, Factorisation> estimate;
+  Estimated<T> estimate;
   std::int64_t exponent = 0;
   std::optional<std::size_t> deficient_rank;
 };
@@ -105,11 +97,10 @@ template <class T>
 Factors<T> factors_of(const LuOptions& options, const tesk2mp::Matrix<T>& a) {
   Factors<T> found;
   found.exponent = exponent_of_columns(a);
-  const auto compute = [&] {
+  const Computation<T> compute = [&] {
     const tesk2mp::LU<T> lu = factorised(options, a);
     const tesk2mp::Matrix<T>& packed = lu.factors();
-    Computed<T, Factorisation> computed{{packed.data(), packed.data() + a.rows() * a.columns()}, {}, {}};
-    computed.choice = {lu.pivots(), lu.singular()};
+    Computed<T> computed{{packed.data(), packed.data() + a.rows() * a.columns()}, {}, lu.pivots()};
     // Each pivot says something for itself.
     for (std::size_t i = 0; i < std::min(a.rows(), a.columns()); ++i) {
       computed.single.push_back(packed(i, i));
@@ -124,7 +115,7 @@ Factors<T> factors_of(const LuOptions& options, const tesk2mp::Matrix<T>& a) {
     return std::optional(std::move(computed));
   };
   // Of lower rank, the pivots that are exactly 0 are rounding errors at any precision, and what is divided by them too.
-  found.estimate = estimated<T, Factorisation>(options.proof, compute, [&] {
+  found.estimate = estimated<T>(options.proof, compute, [&] {
     const std::optional<std::size_t> rank = tesk2mp::proven::rank(a);
     if (rank && *rank < std::min(a.rows(), a.columns())) {
       found.deficient_rank = rank;
@@ -151,7 +142,10 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
                               : given.complex() ? "QuarnMPX_f07arf_"
                                                 : "QuarnMPX_f07adf_";
   const Factors<T> lu = factors_of(options, a);
-  const Factorisation& chosen = *lu.estimate.choice;
+  const std::vector<Integer>& pivots = *lu.estimate.choice;
+  const auto inner = std::ptrdiff_t(std::min(a.rows(), a.columns()));
+  const bool singular = std::any_of(lu.estimate.single.begin(), lu.estimate.single.begin() + inner,
+                                    [](const auto& pivot) { return pivot.value == T(); });
   Result result;
   result.notes = {"A = P L U of the " + description(given), ""};
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
@@ -161,8 +155,8 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
             ? exact_text(T())
             : text_of_determinant(estimated_values(options.proof, lu.estimate.single).back(), lu.exponent);
     result.notes.push_back("determinant " + determinant +
-                           "; row interchanges: " + std::to_string(interchanges(chosen.pivots)) +
-                           (chosen.singular ? "; singular: a pivot is exactly zero" : ""));
+                           "; row interchanges: " + std::to_string(interchanges(pivots)) +
+                           (singular ? "; singular: a pivot is exactly zero" : ""));
     result.facts.push_back({"determinant", determinant});
   }
   if (lu.deficient_rank) {
@@ -177,7 +171,7 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
                             " of the " + description(given);
   if (options.part == "p") {
     result.notes.push_back("row i of L U is row p(i) of A");
-    const std::vector<Integer> order = permuted_rows(chosen.pivots, given.rows());
+    const std::vector<Integer> order = permuted_rows(pivots, given.rows());
     result.table = {count_column("i", positions(given.rows())), count_column("p", order)};
     result.data = result.table;
     result.picture = [title, order](const std::string& file) {
@@ -199,13 +193,8 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
   return result;
 }
 
-DenseMatrix read_exactly(const LuOptions& options) {
-  const tesk2mp::Digits scope(digits_of_data(true));
-  return read_operand(options.matrix, options.table, false);
-}
-
 void run_lu(const LuOptions& options) {
-  const DenseMatrix given = read_exactly(options);
+  const DenseMatrix given = read_exactly(true, [&] { return read_operand(options.matrix, options.table, false); });
   if (options.weighted && given.complex()) {
     throw bad_input("--weighted: the matrix in " + given.source + " is complex; weighted pivoting is for real ones");
   }
@@ -240,10 +229,7 @@ void declare_lu(Command& command) {
   add_estimated_digits(command, options->proof);
   add_output_options(command, options->output, Forms::matrix);
   add_plot_option(command, options->output);
-  command.work = [options] {
-    options->proof.start();
-    run_lu(*options);
-  };
+  set_proven_work(command, options, run_lu);
 }
 
 const Registered kLuCommand(90, "lu", "factorise a dense matrix, A = P L U; determinant", kLuFooter, declare_lu);

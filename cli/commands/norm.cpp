@@ -56,13 +56,9 @@ std::vector<QuarnFloat> computed_norms(const NormOptions& options, const tesk2mp
   return norms;
 }
 
-DenseMatrix read_exactly(const NormOptions& options) {
-  const tesk2mp::Digits scope(digits_of_data(options.proof.wanted()));
-  return read_operand(options.matrix, options.table, options.condition);
-}
-
 void run_norm(const NormOptions& options) {
-  const DenseMatrix given = read_exactly(options);
+  const DenseMatrix given = read_exactly(
+      options.proof.wanted(), [&] { return read_operand(options.matrix, options.table, options.condition); });
   const std::string routine = given.complex() ? "QuarnMPX_f06uaf_" : "QuarnMPX_f06raf_";
   Result result;
   result.notes = {"Norms of the " + description(given), digits_text() + ", by " + routine};
@@ -125,10 +121,7 @@ void declare_norm(Command& command) {
   command.flag("--condition", options->condition, "the condition number as well");
   add_true_digits(command, options->proof);
   add_output_options(command, options->output);
-  command.work = [options] {
-    options->proof.start();
-    run_norm(*options);
-  };
+  set_proven_work(command, options, run_norm);
 }
 
 const Registered kNormCommand(110, "norm", "norms and condition number of a dense matrix", kNormFooter, declare_norm);

@@ -2,13 +2,13 @@
 #pragma once
 
 #include <algorithm>
-#include <chrono>
-#include <cmath>
+#include <functional>
+#include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "cli/commands/command.h"
-#include "cli/commands/failure.h"
 #include "cli/io/result.h"
 #include "tesk2mp/proven.hpp"
 
@@ -24,71 +24,43 @@ struct ProofOptions {
 
   bool wanted() const { return once == 0 || insisted; }
   /// For the work of a command, before its data are read.
-  void start() {
-    insisted = insisted || !certificate.empty();
-    if (insisted && once != 0) {
-      throw bad_input("--proven and --working-digits exclude each other");
-    }
-    if (errors && once != 0) {
-      throw bad_input("--error shows the bounds of a proof, and --working-digits makes none");
-    }
-    if (!wanted()) {
-      QuarnSetDigits(int(once));
-    }
-  }
+  void start();
 };
 
-inline void add_working_digits(Command& command, ProofOptions& proof) {
-  command.number("--working-digits", "D", proof.once, 1, kMostDigits, "compute once with D digits, without a proof");
-  command.number("--proof-time", "S", proof.seconds, 0, 1'000'000,
-                 "after S seconds try no more working digits for a proof (default 60)");
-}
-
+/// --working-digits and --proof-time
+void add_working_digits(Command& command, ProofOptions& proof);
 /// The options of results that have no proof.
-inline void add_estimated_digits(Command& command, ProofOptions& proof) {
-  command.add_digits("digits that are printed, and estimated to be true");
-  add_working_digits(command, proof);
-}
+void add_estimated_digits(Command& command, ProofOptions& proof);
+void add_true_digits(Command& command, ProofOptions& proof);
+void add_certificate(Command& command, ProofOptions& proof);
 
-inline void add_true_digits(Command& command, ProofOptions& proof) {
-  command.add_digits("digits that are printed, and proven to be true");
-  add_working_digits(command, proof);
-  command.flag("--proven", proof.insisted, "print nothing that is not proven");
-  command.flag("--error", proof.errors, "bounds of the errors as well; csv and json of columns have them always");
-}
-
-inline void add_certificate(Command& command, ProofOptions& proof) {
-  command.text("--certificate", "FILE", proof.certificate,
-               "write what proves the result, for `quarn verify`; implies --proven");
+/// run(options) as the command's work, behind what options.proof has to say.
+template <class Options>
+void set_proven_work(Command& command, const std::shared_ptr<Options>& options, void (*run)(const Options&)) {
+  command.work = [options, run] {
+    options->proof.start();
+    run(*options);
+  };
 }
 
 /// With so many digits data are read: all that they have where the result is to be proven.
 inline int digits_of_data(bool proven) { return proven ? int(kMostDigits) : QuarnDigits(); }
 
-/// What problem() gives, to as many true digits as are asked for, and with how many the proof worked.
+/// What read() gives: numbers with all the digits that they have in a file, where they are to be proven or estimated.
+template <class Read>
+auto read_exactly(bool proven, const Read& read) {
+  const tesk2mp::Digits scope(digits_of_data(proven));
+  return read();
+}
+
+/// What problem() gives, to as many true digits as are asked for, and with how many the proof worked. Compiled for
+/// numbers, vectors and matrices with bounds, and for roots.
+template <class Found>
+Found found_with_true_digits(const ProofOptions& options, int& worked_with, const std::function<Found()>& problem);
+
 template <class Problem>
 auto with_true_digits(const ProofOptions& options, int& worked_with, const Problem& problem) {
-  using Clock = std::chrono::steady_clock;
-  const int digits = QuarnDigits();
-  const Clock::time_point end = Clock::now() + std::chrono::seconds(options.seconds);
-  std::int64_t known = 0;
-  worked_with = 0;
-  return tesk2mp::proven::to_digits(
-      digits,
-      [&] {
-        if (worked_with != 0 && Clock::now() > end) {
-          throw tesk2mp::NumericalFailure("TO_DIGITS", 1, 0,
-                                          std::to_string(known) + " of " + std::to_string(digits) +
-                                              " digits are proven with " + std::to_string(worked_with) +
-                                              " working digits, after " + std::to_string(options.seconds) + " s",
-                                          {known, std::int64_t(digits), std::int64_t(worked_with)});
-        }
-        worked_with = QuarnDigits();
-        auto result = problem();
-        known = tesk2mp::proven::fewest_true_digits(result);
-        return result;
-      },
-      std::min(int(kMostDigits), 40 * digits + 1000));
+  return found_with_true_digits<std::invoke_result_t<const Problem&>>(options, worked_with, std::cref(problem));
 }
 
 inline QuarnBound rounding_of(const QuarnFloat& x) { return QuarnBound(x).half_unit(QuarnDigits()); }
@@ -118,38 +90,25 @@ std::vector<T> known_values(const std::vector<tesk2mp::proven::Bounded<T>>& boun
   return values;
 }
 
+/// What follows a proof that failed.
+std::string computed_once();
+
 /// Runs attempt(), which proves its result. Where there is no proof and none was insisted on: false, and why.
-template <class Attempt>
-bool try_proof(const ProofOptions& options, std::string& why_not, const Attempt& attempt,
-               const std::string& what_follows = "; what follows is an estimate, computed once with " + digits_text()) {
-  if (!options.wanted()) {
-    return false;
-  }
-  try {
-    attempt();
-    return true;
-  } catch (const tesk2mp::NumericalFailure& failure) {
-    if (options.insisted || failure.routine() != "TO_DIGITS") {
-      throw;
-    }
-    why_not = "not proven: " + failure.text() + what_follows;
-    return false;
-  }
-}
+bool try_proof(const ProofOptions& options, std::string& why_not, const std::function<void()>& attempt,
+               const std::string& what_follows = computed_once());
 
 /// What a computation without a proof is worth, by a reciprocal condition number.
-inline std::string estimate_note(const QuarnFloat& reciprocal_condition, const std::string& method) {
-  constexpr double kLost = 1;
-  double digits = 0;
-  if (reciprocal_condition > 0) {
-    digits = QuarnDigits() + std::min(0, ilogb(reciprocal_condition)) - kLost;
-  }
-  return "about " + std::to_string(std::max(0, int(digits))) + " digits are true (estimate by " + method + ")";
+std::string estimate_note(const QuarnFloat& reciprocal_condition, const std::string& method);
+
+std::string proof_note(int worked_with, const std::string& routine);
+
+/// Is a number printed as 0 because not even its sign is known?
+inline bool is_unknown_zero(const QuarnFloat& x, const QuarnBound& error) {
+  return error.is_finite() && !error.is_zero() && error.value() >= fabs(x);
 }
 
-inline std::string proof_note(int worked_with, const std::string& routine) {
-  return digits_text() + ", all proven (worked with " + std::to_string(worked_with) + "), by " + routine;
-}
+/// A note that so many numbers, smaller than the bound, print as 0; none where there are none.
+void add_zeros(Result& result, std::size_t count, const QuarnBound& largest);
 
 /// A note about the zeros that are printed where no sign is known; `structural` of them need no proof.
 template <class Found>
@@ -157,27 +116,21 @@ void add_zeros(Result& result, const Found& found, std::size_t structural = 0) {
   std::size_t count = 0;
   QuarnBound largest;
   tesk2mp::proven::detail::for_each_part(found, [&](const tesk2mp::proven::Bounded<QuarnFloat>& x) {
-    if (x.error.is_finite() && !x.error.is_zero() && x.error.value() >= fabs(x.value)) {
+    if (is_unknown_zero(x.value, x.error)) {
       ++count;
       largest = std::max(largest, QuarnBound(x.value) + x.error);
     }
   });
-  if (count > structural) {
-    result.notes.push_back("0 (abs < 1e" + std::to_string(largest.exponent() + 1) + "): no more is known of " +
-                           counted(Integer(count - structural), "number that prints", "numbers that print") + " as 0");
-  }
+  add_zeros(result, count - std::min(count, structural), largest);
 }
 
 /// The same, said in the second note and the facts.
+void add_proof(Result& result, const std::string& routine, int worked_with);
 template <class Problem>
 auto proven_result(const ProofOptions& options, Result& result, const std::string& routine, int& worked_with,
                    const Problem& problem) {
   auto found = with_true_digits(options, worked_with, problem);
-  result.notes[1] = proof_note(worked_with, routine);
-  result.facts = {{"routine", routine},
-                  {"digits", std::to_string(QuarnDigits()), true},
-                  {"proven", "true", true},
-                  {"working_digits", std::to_string(worked_with), true}};
+  add_proof(result, routine, worked_with);
   add_zeros(result, found);
   return found;
 }
@@ -204,37 +157,12 @@ std::vector<QuarnFloat> errors_of(const std::vector<Bound>& results) {
 }
 
 /// Roots as they are printed, with bounds that hold for that.
-inline std::vector<tesk2mp::proven::BoundedRoot> printed_roots(std::vector<tesk2mp::proven::BoundedRoot> roots) {
-  for (tesk2mp::proven::BoundedRoot& root : roots) {
-    const QuarnBound error = printed_error(root);
-    root.value = tesk2mp::proven::known_value(root);
-    root.error = error;
-  }
-  return roots;
-}
+std::vector<tesk2mp::proven::BoundedRoot> printed_roots(std::vector<tesk2mp::proven::BoundedRoot> roots);
 
 /// A column of bounds, in text where it is wanted there.
-inline void add_errors(Result& result, const std::vector<QuarnFloat>& errors, const std::string& what,
-                       bool in_text = true) {
-  if (in_text) {
-    result.notes.push_back("error: so far away is the exact " + what + " at most");
-    result.table.push_back({"error", brief_cells(errors)});
-  }
-  result.data.push_back({"error", exact_cells(errors)});
-}
+void add_errors(Result& result, const std::vector<QuarnFloat>& errors, const std::string& what, bool in_text = true);
 
 /// A note, and a column, where several roots share a disc.
-inline void add_counts(Result& result, const std::vector<tesk2mp::proven::BoundedRoot>& roots) {
-  if (std::none_of(roots.begin(), roots.end(), [](const auto& root) { return root.count > 1; })) {
-    return;
-  }
-  result.notes.emplace_back("count: so many are within that error of each other");
-  ResultColumn column{"count", {}, true};
-  for (const auto& root : roots) {
-    column.cells.push_back(std::to_string(root.count));
-  }
-  result.table.push_back(column);
-  result.data.push_back(column);
-}
+void add_counts(Result& result, const std::vector<tesk2mp::proven::BoundedRoot>& roots);
 
 }  // namespace cli

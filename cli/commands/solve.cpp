@@ -51,11 +51,7 @@ LinearSystem read_system(const SolveOptions& options) {
     throw bad_input("only one of MATRIX and --rhs can be standard input");
   }
   const bool wanted = is_proof_wanted(options);
-  const auto read = [&] {
-    const tesk2mp::Digits all(digits_of_data(wanted));
-    return read_matrix(options.matrix, options.table);
-  };
-  const SparseMatrix matrix = read();
+  const SparseMatrix matrix = read_exactly(wanted, [&] { return read_matrix(options.matrix, options.table); });
   // What is read with all its digits has few; the vectors of the solution have those that are at work.
   constexpr double kNumbers = 8;
   require_memory(kNumbers * matrix.rows, "a system of order " + std::to_string(matrix.rows));
@@ -148,15 +144,7 @@ Result proven_result_of(const LinearSystem& system, const Solution& solution, co
                   {"proven", "true", true},
                   {"working_digits", std::to_string(solution.worked_with), true},
                   {"relative_residual", solution.residual.to_string()}};
-  std::visit(
-      [&]<class T>(const tesk2mp::Matrix<T>& x) {
-        std::vector<tesk2mp::proven::Bounded<T>> bounded;
-        for (std::size_t i = 0; i < x.rows(); ++i) {
-          bounded.push_back({x(i, 0), QuarnBound(solution.errors[i])});
-        }
-        add_zeros(result, bounded);
-      },
-      solution.x.elements);
+  result.notes.insert(result.notes.end(), solution.notes.begin(), solution.notes.end());
   add_matrix(result, solution.x);
   add_errors(result, solution.errors, "component", options.proof.errors);
   return result;

@@ -93,11 +93,8 @@ void run_svd(const FewOptions& options) {
   if (options.proof.insisted && options.part != "values") {
     throw bad_input("--proven and --certificate are for the values: without --factor");
   }
-  const auto read = [&] {
-    const tesk2mp::Digits scope(digits_of_data(options.proof.wanted() && options.part == "values"));
-    return read_operand(options.matrix, options.table, false);
-  };
-  const DenseMatrix given = read();
+  const DenseMatrix given = read_exactly(options.proof.wanted() && options.part == "values",
+                                         [&] { return read_operand(options.matrix, options.table, false); });
   std::visit([&](const auto& a) { deliver(result_of(options, given, a), options.output); }, given.elements);
 }
 
@@ -129,10 +126,7 @@ void declare_svd(Command& command) {
   add_certificate(command, options->proof);
   add_output_options(command, options->output, Forms::matrix);
   add_plot_option(command, options->output);
-  command.work = [options] {
-    options->proof.start();
-    run_svd(*options);
-  };
+  set_proven_work(command, options, run_svd);
 }
 
 const Registered kSvdCommand(125, "svd", "singular values of a dense matrix", kSvdFooter, declare_svd);

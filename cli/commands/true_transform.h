@@ -66,7 +66,7 @@ TrueNumbers<T> true_transform(const ProofOptions& options, const std::string& ro
   if (options.insisted) {
     throw bad_input("--proven: " + limits);
   }
-  const auto estimate = estimated<T>(options, [&] { return std::optional(Computed<T>{compute(), {}, 0}); });
+  const auto estimate = estimated<T>(options, [&] { return std::optional(Computed<T>{compute(), {}, {}}); });
   if (options.wanted()) {
     result.notes.push_back(why_not);
   }

@@ -110,10 +110,7 @@ void declare_zeros(Command& command) {
   add_certificate(command, options->proof);
   add_output_options(command, options->output);
   add_plot_option(command, options->output);
-  command.work = [options] {
-    options->proof.start();
-    run_zeros(*options);
-  };
+  set_proven_work(command, options, run_zeros);
 }
 
 const Registered kZerosCommand(130, "zeros", "zeros of a polynomial, with error bounds", kZerosFooter, declare_zeros);
