@@ -93,7 +93,7 @@ struct SingularCall {
         add_multiple(n, T(-value), y, ahu);
         const QuarnFloat left_rest = length_of(m, av);
         rest = length_of(n, ahu);
-        rest = left_rest <= rest ? rest : left_rest;
+        rest = rest <= left_rest || isnan(left_rest) ? left_rest : rest;
       }
       rest *= 1;
       if (!isfinite(rest)) {

@@ -96,17 +96,17 @@ Answer eigsh(Given& a, const Options& options, QuarnRealOperator product = Given
   return found;
 }
 
-Answer eigs(Given& a, const Options& options, Integer ldz = 0) {
+Answer eigs(Given& a, const Options& options, Integer ldz = 0, QuarnRealOperator product = Given::form) {
   Answer found;
-  QuarnMPX_deigs_(options.which, a.rows, options.k, options.sigma, Given::form, &a, options.ncv, options.tol,
-                  options.most, options.v0, found.values.data(), found.vectors.data(), ldz != 0 ? ldz : a.rows,
-                  found.resid.data(), &found.m, &found.products, &found.info, 2);
+  QuarnMPX_deigs_(options.which, a.rows, options.k, options.sigma, product, &a, options.ncv, options.tol, options.most,
+                  options.v0, found.values.data(), found.vectors.data(), ldz != 0 ? ldz : a.rows, found.resid.data(),
+                  &found.m, &found.products, &found.info, 2);
   return found;
 }
 
-Answer svds(Given& a, const Options& options) {
+Answer svds(Given& a, const Options& options, QuarnRealOperator product = Given::form) {
   Answer found;
-  QuarnMPX_dsvds_(options.which, a.rows, a.columns, options.k, Given::form, &a, options.ncv, options.tol, options.most,
+  QuarnMPX_dsvds_(options.which, a.rows, a.columns, options.k, product, &a, options.ncv, options.tol, options.most,
                   options.v0, found.w.data(), found.u.data(), a.rows, found.z.data(), a.columns, found.resid.data(),
                   &found.products, &found.info, 2);
   return found;
@@ -303,6 +303,33 @@ TEST_CASE("least squares: iterations for digits asked for, limits, norm and cond
   CHECK(tesk2mp::detail::most_iterations(0, 101) == 1010);
   CHECK(tesk2mp::detail::most_products(0, kMany) == kLargest);
   CHECK(tesk2mp::detail::most_products(0, 7) == 10'000);
+}
+
+TEST_CASE("a product that is not finite is seen, whichever it is") {
+  const Digits scope(20);
+  static int bad_one = 0;
+  const QuarnRealOperator breaking = [](void* context, Integer what, const Real* x, Real* y) {
+    Given::form(context, what, x, y);
+    y[3] = static_cast<Given*>(context)->products == bad_one ? Real("nan") : y[3];
+  };
+  Given a = diagonal({1, 2, 3, 4, 5, 6});
+  const auto sweep = [&](const auto& work) {
+    bad_one = 0;
+    a.products = 0;
+    CHECK(work().info == 0);
+    const int all = a.products;
+    for (bad_one = 1; bad_one <= all; ++bad_one) {
+      CAPTURE(bad_one);
+      a.products = 0;
+      const Answer found = work();
+      CHECK(found.info == 2);
+      CHECK(found.untouched());
+    }
+  };
+  sweep([&] { return eigsh(a, {.k = 2}, breaking); });
+  sweep([&] { return eigs(a, {.k = 2}, 0, breaking); });
+  sweep([&] { return svds(a, {.k = 2}, breaking); });
+  sweep([&] { return lsmr(a, std::vector<Real>(6, Real(1)), 0, 0, breaking); });
 }
 
 TEST_CASE("all products are counted") {
