@@ -77,7 +77,8 @@ struct GeneralCall {
       QuarnFloat rest;
       {
         const WorkingDigits more(guarded_digits(n));
-        products += multiply(each.vector, image);
+        products += by_parts(each, each.vector, image,
+                             [this](const T* from, T* to) { given.product(given.context, kProduct, from, to); });
         add_multiple<Complex>(n, -each.value, x.column(1), {image.data(), 1});
         rest = length_of(n, OneBasedVector<Complex>(image.data(), 1));
       }
@@ -110,17 +111,13 @@ struct GeneralCall {
     const WorkingDigits more(guarded_digits(n));
     const QuarnFloat smallest = space.norm == 0 ? smallest_number() : epsilon() * space.norm;
     std::vector<Eigenpair> pairs = pairs_of_form(space.size, space.s.view(), smallest);
-    OwnMatrix<Complex> v(n, space.size);
-    for (Integer j = 1; j <= space.size; ++j) {
-      for (Integer i = 1; i <= n; ++i) {
-        v.view()(i, j) = Complex(space.v.view()(i, j));
-      }
-    }
     for (Eigenpair& each : pairs) {
       std::vector<Complex> x(static_cast<std::size_t>(n));
       const OneBasedVector<Complex> view(x.data(), 1);
-      exact::multiply_matrix_vector<Complex>(Op::none, n, space.size, Complex(1.0), v.view(), {each.vector.data(), 1},
-                                             Complex(), view);
+      const OneBasedMatrix<T> v = space.v.view();
+      by_parts(each, each.vector, x, [&](const T* from, T* to) {
+        exact::multiply_matrix_vector<T>(Op::none, n, space.size, T(1.0), v, {const_cast<T*>(from), 1}, T(), {to, 1});
+      });
       scale(n, 1 / length_of(n, view), view);
       each.vector = std::move(x);
       if (given.sigma != nullptr) {
@@ -130,22 +127,28 @@ struct GeneralCall {
     return pairs;
   }
 
-  /// y := A x; how many products it took.
-  Integer multiply(const std::vector<Complex>& x, std::vector<Complex>& y) const {
+  /// y := map(x) for a linear map of T, of an eigenvector or what stands for it: of a real matrix by its parts, of
+  /// which that of a real eigenvalue has one. Returns how often the map was formed.
+  template <class Map>
+  static Integer by_parts(const Eigenpair& of, const std::vector<Complex>& x, std::vector<Complex>& y, const Map& map) {
     if constexpr (std::is_same_v<T, Complex>) {
-      given.product(given.context, kProduct, x.data(), y.data());
+      map(x.data(), y.data());
       return 1;
     } else {
       std::vector<QuarnFloat> part(x.size());
-      std::vector<QuarnFloat> image(x.size());
-      for (const auto member : {&Complex::re, &Complex::im}) {
+      std::vector<QuarnFloat> image(y.size());
+      const auto form = [&](QuarnFloat Complex::*member) {
         std::transform(x.begin(), x.end(), part.begin(), [member](const Complex& each) { return each.*member; });
-        given.product(given.context, kProduct, part.data(), image.data());
+        map(part.data(), image.data());
         for (std::size_t i = 0; i < y.size(); ++i) {
           y[i].*member = std::move(image[i]);
         }
+      };
+      form(&Complex::re);
+      if (of.pair) {
+        form(&Complex::im);
       }
-      return 2;
+      return of.pair ? 2 : 1;
     }
   }
 };
