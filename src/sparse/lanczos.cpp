@@ -112,9 +112,10 @@ Outcome Lanczos<T>::normalise() const {
   const Integer next = other();
   const QuarnFloat& size = state.real(kLanczosSize);
   const QuarnFloat squared = real_part(solver_.dot(next, weighted(next)));
-  // At the end of the Krylov space rounding is left, of either sign.
+  // At the end of the Krylov space rounding is left, of either sign. Where vectors have lost their orthogonality to it
+  // v and M v have parted too, which a new start mends.
   if (squared < -epsilon() * size) {
-    return Outcome::unsuitable;
+    return is_significant(state.real(kLanczosLeft)) ? Outcome::unsuitable : Outcome::broken;
   }
   const QuarnFloat noise = 10 * epsilon();
   if (!(squared > noise * noise * size)) {

@@ -25,11 +25,14 @@ Outcome judge_positive(const Solver<T>& solver, const QuarnFloat& product, Integ
   return product > 0 ? Outcome::iterated : Outcome::unsuitable;
 }
 
-/// Iterations after a start that are looked at for symmetry; the first has nothing to show. Orthogonality goes as the
-/// residual does: when little of its square is left, rounding errors look like missing symmetry.
+/// Orthogonality goes as the residual does: when little of its square is left, rounding errors look like missing
+/// symmetry and like an indefinite preconditioner.
+inline bool is_significant(const QuarnFloat& square_left) { return square_left > sqrt(epsilon()); }
+
+/// Iterations after a start that are looked at for symmetry; the first has nothing to show.
 inline bool looks_for_symmetry(const QuarnFloat& iterations, const QuarnFloat& square_left) {
   constexpr int kLast = 8;
-  return iterations > 0 && iterations <= kLast && square_left > sqrt(epsilon());
+  return iterations > 0 && iterations <= kLast && is_significant(square_left);
 }
 
 /// Are an inner product of two vectors, and the number that symmetry makes it, the same to half the digits?

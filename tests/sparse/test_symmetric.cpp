@@ -206,6 +206,42 @@ TEST_CASE("what a symmetric method is not for ends in a breakdown") {
   }
 }
 
+TEST_CASE("orthogonality that rounding errors destroy is not taken for missing symmetry") {
+  const support::Digits digits(333);
+  int solved = 0;
+  for (support::Random random : {support::Random(253), support::Random()}) {
+    for (int sample = 0; sample < 40; ++sample) {
+      // Elements of very different sizes.
+      const auto number = [&random] {
+        return QuarnFloat(random.between(1, 1'000'000)) * QuarnFloat(1, int(random.between(-100, 100)));
+      };
+      const auto n = Integer(random.between(3, 9));
+      System system{"graded", n};
+      for (Integer i = 1; i <= n; ++i) {
+        for (Integer j = 1; j < i; ++j) {
+          const QuarnFloat a = random.once_in(2) ? number() : -number();
+          system.add(i, j, a);
+          system.add(j, i, a);
+        }
+        system.add(i, i, number());
+      }
+      for (const char* method : {"MINRES", "SYMMLQ"}) {
+        Setup setup{method};
+        setup.precon = "P";
+        setup.tol = QuarnFloat("1e-310");
+        setup.anorm = one_norm(system);
+        setup.maxitn = 100;
+        Caller caller(system, setup, Numbers(std::size_t(n), QuarnFloat(1)));
+        caller.finish();
+        INFO(method, " ", sample);
+        CHECK(caller.ifail != 7);
+        solved += caller.ifail == 0 ? 1 : 0;
+      }
+    }
+  }
+  CHECK(solved > 40);
+}
+
 TEST_CASE("the classic entries refuse the methods of the companions") {
   const support::Digits digits(30);
   const Integer iterm = 1, n = 3, m = 1, maxitn = 9, monit = 0, lwork = 1000;
