@@ -7,6 +7,7 @@
 
 #include "sparse/factorisation.h"
 #include "support/digits.h"
+#include "tesk2mp/tesk2mp.hpp"
 
 using entries::Coordinates;
 using factorisation::Factors;
@@ -203,6 +204,67 @@ TEST_CASE_TEMPLATE("complete fill gives A back in every order", T, QuarnFloat, C
               size = std::max(size, largest(original) * tesk::magnitude(x[j]));
             }
             CHECK(distance(sum, y[i], size) <= 1e6);
+          }
+        }
+      }
+    }
+  }
+}
+
+TEST_CASE_TEMPLATE("factors with complete fill are those of the dense factorisations", T, QuarnFloat, Complex) {
+  Random random;
+  for (const int digits : {3, 17, 50, 333}) {
+    const support::Digits scope(digits);
+    for (const char* search : {"N", "R", "B", "M", "Ntriangle", "Diagonal", "Mtriangle"}) {
+      CAPTURE(digits);
+      CAPTURE(search);
+      const bool triangle = search[1] != '\0';
+      const auto n = std::size_t(random.between(1, 16));
+      Coordinates<T> a = factorisation::sample<T>(random, Integer(n), triangle, 1);
+      if (*search == 'R' || *search == 'B') {  // the large elements are to be found
+        const Full<T> ordered = factorisation::written_out(a, false);
+        std::vector<std::size_t> rows(n);
+        std::iota(rows.begin(), rows.end(), 0);
+        for (std::size_t i = n; i-- > 1;) {
+          std::swap(rows[i], rows[std::size_t(random.below(i + 1))]);
+        }
+        a = {Integer(n), {}, {}, {}};
+        for (std::size_t i = 0; i < n; ++i) {
+          for (std::size_t j = 0; j < n; ++j) {
+            if (!tesk::is_zero(ordered[rows[i]][j])) {
+              a.add(Integer(i) + 1, Integer(j) + 1, ordered[rows[i]][j]);
+            }
+          }
+        }
+      }
+      Factors<T> factors(a, triangle);
+      factors.lfill = -1;
+      factors.search = search;
+      REQUIRE(factors.factorise().ifail == 0);
+      CHECK(factors.npivm == 0);
+      const Full<T> l = factors.lower();
+      const Full<T> u = factors.upper();
+      const Full<T> whole = permuted(factorisation::written_out(a, triangle), factors);
+      tesk2mp::Matrix<T> dense(n, n);
+      for (std::size_t i = 0; i < n; ++i) {
+        for (std::size_t j = 0; j < n; ++j) {
+          dense(i, j) = whole[i][j];
+        }
+      }
+      // Of dominant diagonals: no interchanges, and errors of some roundings of an element's products.
+      const tesk2mp::LU<T> lu(dense);
+      for (std::size_t i = 0; i < n; ++i) {
+        CHECK(lu.pivots()[i] == Integer(i));
+        for (std::size_t j = 0; j < n; ++j) {
+          CHECK(distance(j < i ? l[i][j] : u[i][j], lu.factors()(i, j), j < i ? QuarnFloat(1) : largest(u)) <= 5);
+        }
+      }
+      if (triangle) {
+        const auto cholesky = tesk2mp::Cholesky<T>(dense).factor();
+        for (std::size_t i = 0; i < n; ++i) {
+          for (std::size_t j = 0; j <= i; ++j) {
+            const QuarnFloat root = sqrt(Complex(u[j][j]).re);
+            CHECK(distance(l[i][j] * T(root), cholesky(i, j), root) <= 10);
           }
         }
       }
