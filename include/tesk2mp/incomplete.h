@@ -133,8 +133,9 @@ TESK2MP_API void QuarnMP_f11dnfn_(Integer n, Integer nnz, Complex* a, Integer la
 ///
 /// @par Cost
 /// A multiply-add for each entry of the factors, and N divisions. Every operation is rounded; with the companion, up to
-/// 125 digits, where L and U have more than six elements a row on average, what an element loses to those before it is
-/// summed exactly and rounded once, which is faster there and takes 8 bytes more for each entry with TRANS 'T'.
+/// 125 digits, where L and U together have more than twelve elements a row on average beside the pivots, what an
+/// element loses to those before it is summed exactly and rounded once, which is faster there and takes 8 bytes more
+/// for each entry with TRANS 'T'.
 /// @{
 TESK2MP_API void QuarnMP_f11dbf_(const char* trans, const Integer* n, const QuarnFloat* a, const Integer* la,
                                  const Integer* irow, const Integer* icol, const Integer* ipivp, const Integer* ipivq,

@@ -16,7 +16,7 @@
 // Paige, M. A. Saunders, SIAM J. Numer. Anal. 12, 1975), for any. Their preconditioner must be symmetric positive
 // definite. For a general A they have FGMRES (Y. Saad, SIAM J. Sci. Comput. 14, 1993), which is RGMRES with the
 // preconditioner on the right, A M^-1 y = b, where M may be another one in each iteration; and IDR of order M
-// (P. Sonneveld, M. B. van Gijzen, same journal 31, 2008; the biorthogonal variant, ACM Trans. Math. Softw. 38, 2012).
+// (P. Sonneveld, M. B. van Gijzen, same journal 31, 2008; the biorthogonal variant, ACM Trans. Math. Softw. 38, 2011).
 // Both take one product an iteration.
 //
 // Criteria. r = b - A x; the norm is that of NORM, with WEIGHT 'W' that of the vector times the weights:
