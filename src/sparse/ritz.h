@@ -19,9 +19,10 @@ class RitzEstimate {
  public:
   explicit RitzEstimate(const Solver<T>& solver) noexcept : solver_(solver) {}
 
-  /// Takes the diagonal element k = 1, 2, ... since the start, and the element left of it, 0 of the first.
+  /// Takes the diagonal element k = 1, 2, ... since the start, and the element left of it, 0 of the first. k comes from
+  /// the caller's WORK.
   void take(Integer k, const QuarnFloat& diagonal, const QuarnFloat& beside) const {
-    if (!solver_.measures_growth() || k > kRitzIterations) {
+    if (!solver_.measures_growth() || k < 1 || k > kRitzIterations) {
       return;
     }
     alpha(k) = diagonal;
