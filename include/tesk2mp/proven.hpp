@@ -76,6 +76,11 @@ inline std::int64_t true_digits(const Bounded<Real>& x) {
   return std::max<std::int64_t>(0, exponent - x.error.exponent() - 2);
 }
 
+/// Is not even the sign of a number known that may be 0, and is not certainly 0?
+inline bool is_unknown_zero(const Bounded<Real>& x) {
+  return x.error.is_finite() && !x.error.is_zero() && isfinite(x.value) && x.error.value() >= fabs(x.value);
+}
+
 namespace detail {
 
 /// The parts of a result, each with its bound.
@@ -123,7 +128,7 @@ std::int64_t fewest_true_digits(const Result& result) {
   std::int64_t fewest = kAllDigits;
   detail::for_each_part(result, [&](const Bounded<Real>& x) {
     std::int64_t digits = true_digits(x);
-    if (digits == 0 && x.error.is_finite() && largest && x.error.value() >= fabs(x.value)) {
+    if (digits == 0 && largest && is_unknown_zero(x)) {
       digits = std::max<std::int64_t>(0, *largest - x.error.exponent() - 2);
     }
     fewest = std::min(fewest, digits);

@@ -37,6 +37,11 @@ TAYLOR = "src/proven/taylor.h"
 FUNCTIONS = "tests/proven/test_functions.cpp"
 FUNCTION_TERMS = "tests/proven/test_function_terms.cpp"
 SPARSE_TERMS = "tests/proven/test_sparse.cpp"
+NEAR_TERMS = "tests/proven/test_near.cpp"
+FACTORISATIONS = "include/tesk2mp/proven_factors.hpp"
+MATRIX_FUNCTIONS = "include/tesk2mp/proven_matrix_functions.hpp"
+OF_FACTORS = "tests/proven/test_factors.cpp"
+OF_FUNCTIONS = "tests/proven/test_matrix_functions.cpp"
 
 OF_ONE = "terms of functions of a real number"
 OF_TWO = "terms of functions of two real numbers"
@@ -358,6 +363,47 @@ MUTANTS = [
         ("std::max(reach_of(exact(middle) - exact(bracket.low)), reach_of(exact(bracket.high) - exact(middle)))", "reach_of(exact(bracket.high) - exact(middle))"),
     )),
     ("zeros of functions", ZERO, "is_continuous ? error : QuarnBound::infinity()", "error", [FUNCTIONS], "zeros of functions*"),
+    *((("factors", FACTORISATIONS, *change, [OF_FACTORS], "*terms of factors*,factors are within*")) for change in (
+        ("return g(i, j) + square;", "return g(i, j);"),
+        ("return g(i, j) + square;", "return square;"),
+        ("return i > j || (with_diagonal && i == j) ? g(i, j) : QuarnBound();", "return i > j ? g(i, j) : QuarnBound();"),
+        ("if (QuarnBound::count(1) < QuarnBound::count(2) * norm) {", "if (!norm.is_finite()) {"),
+        ("std::move(f) + x * y;", "std::move(f);"),
+        ("std::move(f) + x * y;", "x * y;"),
+        ("change(i, j) += row * over_one_minus(norm) * norm;", ""),
+        ("change(i, j) += row * over_one_minus(norm) * norm;", "change(i, j) += row * norm;"),
+        ("defect + cross + cross.transposed() + f.transposed() * f;", "defect + cross + cross.transposed();"),
+        ("defect + cross + cross.transposed() + f.transposed() * f;", "defect + cross + f.transposed() * f;"),
+        ("defect + cross + cross.transposed() + f.transposed() * f;", "cross + cross.transposed() + f.transposed() * f;"),
+        ("f(i, j) += sizes(i, k) * f(k, j);", ""),
+        ("f(k, j) * over[k];", "f(k, j);"),
+        ("+ a(i, j).error;\n          }};", ";\n          }};"),
+        ("QuarnBound(rest.value) + rest.error;", "QuarnBound(rest.value);"),
+        ("place = of_a ? std::min(place, *of_x + *of_y) : *of_x + *of_y;", ""),
+        ("fits ? x.error : x.error + rounding_of(value);", "x.error;"),
+        ("sizes_l.block(0, 0, inner, inner) * x,", "detail::BoundGrid(inner, inner),"),
+        ("(y * sizes_u.block(0, 0, inner, inner)).transposed()", "detail::BoundGrid(inner, inner)"),
+        ("errors = BoundGrid(l) * lower_part(*change, true);", "errors = BoundGrid(a.rows(), a.rows());"),
+        ("errors = x * detail::BoundGrid(r)", "errors = detail::BoundGrid(inner, inner)"),
+    )),
+    *((("functions of matrices", MATRIX_FUNCTIONS, *change, [OF_FUNCTIONS], "terms of functions of matrices,functions of matrices*"))
+      for change in (
+        ("rest * over_one_minus(norm)", "QuarnBound()"),
+        ("sum += QuarnBound(a.values()(i, j)) + a(i, j).error;", "sum += QuarnBound(a.values()(i, j));"),
+        ("x += sizes_(i, k) * f(k, j);", ""),
+        ("x += f(i, k) * sizes_(k, j);", ""),
+        ("x * over_(i, j);", "x;"),
+        ("equation.solved(rest + wider * wider);", "equation.solved(rest);"),
+        ("x(i, j) <= wider(i, j);", "true;"),
+        ("if (!is_in_right_half(r, wider)) {", "if (false) {"),
+        ("f(i, 0) += sizes(i, k) * f(k, 0);", ""),
+        ("!(image(i, 0) < v(i, 0))", "false"),
+        ("r(i, i).re > 0 ? least_size(proven::exact(r(i, i).re)) : QuarnBound()", "least_size(proven::exact(r(i, i).re))"),
+        ("Bounded<Complex>{r(i, j), wider(i, j)};", "Bounded<Complex>{r(i, j), QuarnBound()};"),
+        ("reached_[i + j * n_] = reached_[i + j * n_] || reached_[i + k * n_];", ""),
+        ("a.values()(i, j) != T() || !a(i, j).error.is_zero();", "a.values()(i, j) != T();"),
+        ("given(i, j).error * QuarnBound::power_of_ten(-steps)", "QuarnBound()"),
+    )),
     ("products", SUMS, "(of_right.values[r] + of_right.errors[r])", "of_right.values[r]", [FUNCTIONS], "*norms and transforms*"),
     ("transforms", SUMS, "error + carried}", "error}", [FUNCTIONS], "*norms and transforms*"),
 ]

@@ -2,6 +2,7 @@
 #include "balls.h"
 #include "spectra.h"
 #include "support/digits.h"
+#include "tesk2mp/proven_matrix_functions.hpp"
 
 using namespace spectra;
 using balls::Ball;
@@ -146,6 +147,51 @@ void check_eigenvalues(support::Random& random, int digits) {
   }
 }
 
+/// exp(A), and A = L U where both choose the same pivots.
+template <class T>
+void check_matrix_functions(support::Random& random, int digits) {
+  const auto n = std::size_t(random.between(1, 4));
+  const bool exact = random.once_in(2);
+  const Given<T> a(random, n, n, exact);
+  const slong bits = balls::bits_of(3 * digits + 800);
+  CAPTURE(digits);
+  CAPTURE(n);
+  CAPTURE(exact);
+  BallMatrix given(a.within, bits);
+  BallMatrix result(n, n);
+  if (proven::norm(tesk2mp::Norm::largest, a.values).value < 100) {
+    const auto power = exact ? proven::exponential(a.values) : proven::exponential(a.bounded());
+    acb_mat_exp(result.get(), given.get(), bits);
+    for (std::size_t i = 0; i < n; ++i) {
+      for (std::size_t j = 0; j < n; ++j) {
+        check_inside(result.at(i, j), power(i, j), bits);
+      }
+    }
+  }
+  // Of unit upper and lower triangular factors there is one pair.
+  const auto factors = exact ? proven::lu(a.values) : proven::lu(a.bounded());
+  BallMatrix packed(n, n);
+  std::vector<slong> rows(n);
+  for (std::size_t i = 0; i < n; ++i) {
+    for (std::size_t j = 0; j < n; ++j) {
+      Ball element(a.within(factors.rows[i], j), bits);
+      acb_set(given.at(i, j), element.get());
+    }
+  }
+  if (acb_mat_lu(rows.data(), packed.get(), given.get(), bits) != 0) {
+    for (std::size_t i = 0; i < n; ++i) {
+      if (rows[i] != slong(i)) {
+        return;  // another pivot
+      }
+    }
+    for (std::size_t i = 0; i < n; ++i) {
+      for (std::size_t j = 0; j < n; ++j) {
+        check_inside(packed.at(i, j), i > j ? factors.l(i, j) : factors.u(i, j), bits);
+      }
+    }
+  }
+}
+
 void check_zeros(support::Random& random, int digits) {
   const auto n = std::size_t(random.between(1, 6));
   const Matrix<Complex> a = random_matrix<Complex>(random, n + 1, 1);
@@ -173,7 +219,7 @@ void check_zeros(support::Random& random, int digits) {
 
 }  // namespace
 
-TEST_CASE("solutions, determinants, eigenvalues and zeros are where Arb's balls are") {
+TEST_CASE("solutions, determinants, eigenvalues, zeros, factors and exponentials are where Arb's balls are") {
   support::Random random;
   for (const int digits : kDigits) {
     const support::Digits scope(digits);
@@ -183,6 +229,8 @@ TEST_CASE("solutions, determinants, eigenvalues and zeros are where Arb's balls 
       check_eigenvalues<Real>(random, digits);
       check_eigenvalues<Complex>(random, digits);
       check_zeros(random, digits);
+      check_matrix_functions<Real>(random, digits);
+      check_matrix_functions<Complex>(random, digits);
     }
   }
 }
