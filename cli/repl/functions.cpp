@@ -2,17 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <string_view>
 
 namespace cli::repl {
-
-namespace {
-
-bool is_one_of(const Function& function, std::initializer_list<std::string_view> names) {
-  return std::find(names.begin(), names.end(), function.name) != names.end();
-}
-
-}  // namespace
 
 bool Arguments::are_exact() const {
   return std::all_of(values_.begin(), values_.end(), [](const Known& each) { return each.is_exact(); });
@@ -113,9 +104,6 @@ const Function* find_function(const std::string& name) {
   }
   return nullptr;
 }
-
-bool gives_data(const Function& function) { return is_one_of(function, {"random", "load"}); }
-bool has_effect(const Function& function) { return is_one_of(function, {"seed", "save", "plot"}); }
 
 std::string usage(const Function& function) {
   const std::string results = function.results;

@@ -58,6 +58,13 @@ struct Evaluation {
   std::string unproven = {};
 };
 
+/// What a function is, beside its results.
+enum class Nature {
+  value,
+  data,    // random numbers and files: results that are kept when an expression is evaluated anew
+  effect,  // it writes, draws or starts random numbers anew, and has no value
+};
+
 struct Function {
   const char* name;
   const char* arguments;  // "A, b"; optional ones in brackets
@@ -67,6 +74,7 @@ struct Function {
   std::size_t most;
   /// Results without a proof have no bounds; the evaluation says so.
   Knowns (*apply)(Evaluation& evaluation, const Arguments& arguments);
+  Nature nature = Nature::value;
 };
 
 /// A function of values without bounds.
@@ -113,10 +121,6 @@ std::span<const FunctionGroup> function_groups();
 const Function* find_function(const std::string& name);
 /// "L, U, P = lu(A)"
 std::string usage(const Function& function);
-/// Random numbers and files: results that are kept when an expression is evaluated anew.
-bool gives_data(const Function& function);
-/// It writes, draws or starts random numbers anew, and has no value.
-bool has_effect(const Function& function);
 
 // The groups, a file each.
 std::span<const Function> elementary_functions();

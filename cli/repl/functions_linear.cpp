@@ -1,12 +1,13 @@
 // Linear equations, factorisations, eigenvalues, norms.
 #include <algorithm>
 #include <array>
+#include <numeric>
 #include <optional>
 
 #include "cli/repl/fault.h"
 #include "cli/repl/functions.h"
 #include "cli/system/progress.h"
-#include "tesk2mp/proven_spectra.hpp"
+#include "tesk2mp/proven_matrix_functions.hpp"
 
 namespace cli::repl {
 
@@ -101,24 +102,52 @@ Knowns svd(Evaluation& /*evaluation*/, const Arguments& arguments) {
   return {with_bounded(arguments.known(0), 60, [](const auto& a) { return known_column(proven::singular_values(a)); })};
 }
 
-Number norm_of(const Known& given, tesk2mp::Norm kind) {
-  return with_matrix(given, [&](const auto& a) { return as_number(proven::norm(kind, a)); });
-}
-
 Knowns norm(Evaluation& /*evaluation*/, const Arguments& arguments) {
   constexpr tesk2mp::Norm kKinds[] = {tesk2mp::Norm::frobenius, tesk2mp::Norm::one, tesk2mp::Norm::infinity,
                                       tesk2mp::Norm::largest};
   (void)arguments.array(0);
   const std::size_t kind = arguments.count() == 2 ? arguments.choice(1, {"fro", "one", "inf", "max"}) : 0;
-  return {known(norm_of(arguments.known(0), kKinds[kind]))};
+  return {
+      known(with_matrix(arguments.known(0), [&](const auto& a) { return as_number(proven::norm(kKinds[kind], a)); }))};
 }
 
-Number condition(const Known& a) {
-  return multiply(norm_of(a, tesk2mp::Norm::one), norm_of(inverse(a), tesk2mp::Norm::one));
+// What follows has no proof for some arguments ----------------------------------------------------------------------
+
+bool is_bounded(const Knowns& values) {
+  return std::all_of(values.begin(), values.end(), [](const Known& each) {
+    return std::all_of(each.errors.begin(), each.errors.end(),
+                       [](const PartErrors& error) { return error.re.is_finite() && error.im.is_finite(); });
+  });
 }
 
-Knowns cond(Evaluation& /*evaluation*/, const Arguments& arguments) {
-  return {known(condition(known_square(arguments)))};
+/// The results if they have bounds. Otherwise more digits may bring them; where those hardly will, estimates follow.
+template <PlainFunction kFunction>
+Knowns proven_or_estimated(Evaluation& evaluation, const Arguments& arguments, const Knowns& found) {
+  if (is_bounded(found)) {
+    return found;
+  }
+  const Array& a = arguments.array(0);
+  const std::size_t order = std::min(a.rows(), a.columns());
+  if (!evaluation.is_last && QuarnDigits() < 4 * (evaluation.digits + 10) + 4 * int(order)) {
+    throw Undecided();
+  }
+  return estimated<kFunction>(evaluation, arguments);
+}
+
+// A diagonal that is real is exactly so.
+Known with_real_diagonal(Known a) {
+  for (std::size_t k = 0; !a.is_exact() && k < std::min(a.array().rows(), a.array().columns()); ++k) {
+    a.errors[k * (a.array().rows() + 1)].im = QuarnBound();
+  }
+  return a;
+}
+
+Known permutation_of(const std::vector<std::size_t>& order) {
+  Array permutation = make_array(order.size(), order.size());
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    permutation(i, order[i]) = 1;
+  }
+  return permutation;
 }
 
 // The parts of P A = L U.
@@ -131,30 +160,29 @@ Values lu_parts(const tesk2mp::Matrix<T>& a) {
   Array upper = make_array(inner, a.columns());
   for (std::size_t j = 0; j < a.columns(); ++j) {
     for (std::size_t i = 0; i < rows; ++i) {
-      if (i <= j && i < inner) {
-        upper(i, j) = lu.factors()(i, j);
-      } else if (i > j) {
-        lower(i, j) = lu.factors()(i, j);
-      }
+      (i > j ? lower : upper)(i, j) = lu.factors()(i, j);
     }
   }
   std::vector<std::size_t> order(rows);
-  for (std::size_t i = 0; i < rows; ++i) {
-    order[i] = i;
-  }
+  std::iota(order.begin(), order.end(), 0);
   for (std::size_t i = 0; i < inner; ++i) {
     lower(i, i) = 1;
     std::swap(order[i], order[std::size_t(lu.pivots()[i])]);
   }
-  Array permutation = make_array(rows, rows);
-  for (std::size_t i = 0; i < rows; ++i) {
-    permutation(i, order[i]) = 1;
-  }
-  return {lower, upper, permutation};
+  return {lower, upper, permutation_of(order).value};
 }
 
-Values lu(State& /*state*/, const Arguments& arguments) {
+Values estimated_lu(State& /*state*/, const Arguments& arguments) {
   return with_real_or_complex(arguments.array(0), 1, [](const auto& a) { return lu_parts(a); });
+}
+
+Knowns lu(Evaluation& evaluation, const Arguments& arguments) {
+  (void)arguments.array(0);
+  return proven_or_estimated<estimated_lu>(
+      evaluation, arguments, with_bounded(arguments.known(0), 2, [](const auto& a) {
+        const auto factors = proven::lu(a);
+        return Knowns{known(factors.l), known(factors.u), permutation_of(factors.rows)};
+      }));
 }
 
 Values estimated_chol(State& /*state*/, const Arguments& arguments) {
@@ -162,94 +190,63 @@ Values estimated_chol(State& /*state*/, const Arguments& arguments) {
                               [](const auto& a) { return Values{as_array(tesk2mp::Cholesky(a).factor())}; });
 }
 
-// The lower triangle L of A = L L^H, column by column. Nothing where a pivot is perhaps not positive; `refuted` is the
-// order of a leading minor that is proven not to be.
-std::optional<Known> bounded_cholesky(const Known& a, std::size_t& refuted) {
+// Numbers that are not known exactly may be mirror images of each other as far as their bounds say.
+void require_hermitian(const Known& a) {
+  const auto place = [](std::size_t i, std::size_t j) {
+    return "element (" + std::to_string(i + 1) + ", " + std::to_string(j + 1) + ")";
+  };
   const std::size_t n = a.array().rows();
-  std::vector<Number> l(n * n);
-  Progress progress("factorising", double(n));
-  for (std::size_t j = 0; j < n; ++j) {
-    progress.advance();
-    for (std::size_t i = j; i < n; ++i) {
-      Number rest = element(a, i + j * n);
-      for (std::size_t k = 0; k < j; ++k) {
-        rest = subtract(rest, multiply(l[i + k * n], conjugate(l[j + k * n])));
-      }
-      if (i > j) {
-        l[i + j * n] = divide(rest, l[j + j * n]);
-        continue;
-      }
-      const auto& [pivot, error] = rest.re;
-      if (error.is_finite() && pivot + error.value() <= 0) {
-        refuted = j + 1;
-        return std::nullopt;
-      }
-      if (!error.is_finite() || !(error.value() < pivot)) {
-        return std::nullopt;
-      }
-      l[j + j * n].re = proven::sqrt(rest.re);
+  for (std::size_t k = 0; k < n * n; ++k) {
+    const Complex& z = a.array().data()[k];
+    if (!isfinite(z.re) || !isfinite(z.im)) {
+      throw Unfit(place(k % n, k / n) + " is not finite", 0);
     }
   }
-  return known(n, n, l);
-}
-
-// Numbers that are not known exactly may be mirror images of each other as far as their bounds say.
-bool may_be_zero(const BoundedReal& x) { return !x.error.is_finite() || fabs(x.value) <= x.error.value(); }
-
-void require_hermitian(const Known& a) {
-  const std::size_t n = a.array().rows();
-  for (std::size_t j = 0; j < n; ++j) {
-    for (std::size_t i = j; i < n; ++i) {
-      const Number lower = element(a, i + j * n);
-      const Number upper = element(a, j + i * n);
-      const std::string place = "element (" + std::to_string(i + 1) + ", " + std::to_string(j + 1) + ")";
-      for (const Number& each : {lower, upper}) {
-        if (!isfinite(each.re.value) || !isfinite(each.im.value)) {
-          throw Unfit(place + " is not finite", 0);
-        }
-      }
-      if (!may_be_zero(lower.re - upper.re) || !may_be_zero(lower.im + upper.im)) {
-        throw Unfit(std::string("not ") + (is_real(a) ? "symmetric" : "Hermitian") + ": " + place +
-                        " differs from its mirror image",
-                    0);
-      }
-    }
+  if (const auto found = with_matrix(a, [](const auto& matrix) { return proven::unmirrored_element(matrix); })) {
+    throw Unfit(std::string("not ") + (is_real(a) ? "symmetric" : "Hermitian") + ": " +
+                    place(found->first, found->second) + " differs from its mirror image",
+                0);
   }
 }
 
 Knowns chol(Evaluation& evaluation, const Arguments& arguments) {
-  constexpr std::size_t kLargestProven = 60;
   const Known& a = known_square(arguments);
   require_hermitian(a);
-  const bool is_provable = a.array().rows() <= kLargestProven;
-  std::size_t refuted = 0;
-  if (is_provable) {
-    if (const std::optional<Known> found = bounded_cholesky(a, refuted)) {
-      return {*found};
-    }
-    if (refuted == 0 && !evaluation.is_last) {
-      throw Undecided();
-    }
-  }
-  Knowns plain = estimated<estimated_chol>(evaluation, arguments);
-  if (refuted != 0) {
-    throw Unfit("the leading minor of order " + std::to_string(refuted) + " is not positive");
-  }
-  return plain;
+  return proven_or_estimated<estimated_chol>(
+      evaluation, arguments,
+      {with_real_diagonal(with_bounded(a, 2, [](const auto& matrix) { return known(proven::cholesky(matrix)); }))});
 }
 
-Values scaled_det(State& /*state*/, const Arguments& arguments) {
+Values estimated_scaled_det(State& /*state*/, const Arguments& arguments) {
   return with_real_or_complex(arguments.square(0), 1, [](const auto& a) {
     const auto scaled = tesk2mp::scaled_determinant(a);
     return Values{number(scaled.mantissa), number(QuarnFloat(scaled.exponent))};
   });
 }
 
-Values qr(State& /*state*/, const Arguments& arguments) {
+Knowns scaled_det(Evaluation& evaluation, const Arguments& arguments) {
+  return proven_or_estimated<estimated_scaled_det>(
+      evaluation, arguments, with_bounded(known_square(arguments), 3, [](const auto& a) {
+        const auto scaled = proven::scaled_determinant(a);
+        return Knowns{known(as_number(scaled.mantissa)), Known(number(QuarnFloat(Integer(scaled.exponent))))};
+      }));
+}
+
+Values estimated_qr(State& /*state*/, const Arguments& arguments) {
   return with_real_or_complex(arguments.array(0), 3, [](const auto& a) {
     const tesk2mp::QR factors(a);
     return Values{as_array(factors.q()), as_array(factors.r())};
   });
+}
+
+// Proven where the columns, or the first of them, are independent.
+Knowns qr(Evaluation& evaluation, const Arguments& arguments) {
+  (void)arguments.array(0);
+  return proven_or_estimated<estimated_qr>(evaluation, arguments,
+                                           with_bounded(arguments.known(0), 6, [](const auto& a) {
+                                             const auto factors = proven::qr(a);
+                                             return Knowns{known(factors.q), with_real_diagonal(known(factors.r))};
+                                           }));
 }
 
 Values estimated_lstsq(State& /*state*/, const Arguments& arguments) {
@@ -264,17 +261,20 @@ Values estimated_lstsq(State& /*state*/, const Arguments& arguments) {
 // No value where the working digits do not decide.
 auto proven_rank(const Array& a) { return is_real(a) ? proven::rank(real_array(a)) : proven::rank(a); }
 
-// Proven where the columns are independent.
 Knowns lstsq(Evaluation& evaluation, const Arguments& arguments) {
-  const Array& a = arguments.array(0);
-  const Array b = right_side(arguments, a.rows()).array();
-  const bool is_independent =
-      arguments.are_exact() && a.columns() > 0 && a.rows() >= a.columns() && proven_rank(a) == a.columns();
-  if (!is_independent) {
-    return estimated<estimated_lstsq>(evaluation, arguments);
-  }
-  return {is_real(a) && is_real(b) ? known(proven::least_squares(real_array(a), real_array(b)))
-                                   : known(proven::least_squares(a, b))};
+  const Known& a = arguments.known(0);
+  const Known b = right_side(arguments, arguments.array(0).rows());
+  const Progress progress = factorising(a.array(), is_real(a) && is_real(b), 12);
+  const auto solved = [](const auto& matrix, const auto& right) { return known(proven::minimum_norm(matrix, right)); };
+  const bool both_exact = a.is_exact() && b.is_exact();
+  const bool both_real = is_real(a) && is_real(b);
+  return proven_or_estimated<estimated_lstsq>(
+      evaluation, arguments,
+      {both_exact ? (both_real ? solved(real_array(a.array()), real_array(b.array())) : solved(a.array(), b.array()))
+       : a.is_exact()
+           ? (both_real ? solved(real_array(a.array()), real_bounds(b)) : solved(a.array(), complex_bounds(b)))
+       : both_real ? solved(real_bounds(a), real_bounds(b))
+                   : solved(complex_bounds(a), complex_bounds(b))});
 }
 
 Values estimated_pinv(State& /*state*/, const Arguments& arguments) {
@@ -282,29 +282,27 @@ Values estimated_pinv(State& /*state*/, const Arguments& arguments) {
                               [](const auto& a) { return Values{as_array(tesk2mp::pseudo_inverse(a))}; });
 }
 
-// Of a matrix whose columns are independent.
-Known left_inverse(const Array& a) {
-  const RealArray one = RealArray::identity(a.rows());
-  return is_real(a) ? known(proven::least_squares(real_array(a), one))
-                    : known(proven::least_squares(a, complex_array(one)));
-}
-
-// Proven where the columns or the rows are independent.
 Knowns pinv(Evaluation& evaluation, const Arguments& arguments) {
-  const Array& a = arguments.array(0);
-  const auto rank = arguments.are_exact() && size(a) > 0 ? proven_rank(a) : std::nullopt;
-  if (rank && *rank == a.columns()) {
-    return {left_inverse(a)};
-  }
-  if (rank && *rank == a.rows()) {
-    return {conjugate_transpose(left_inverse(conjugate_transpose(a)))};
-  }
-  return estimated<estimated_pinv>(evaluation, arguments);
+  (void)arguments.array(0);
+  return proven_or_estimated<estimated_pinv>(
+      evaluation, arguments,
+      {with_bounded(arguments.known(0), 12, [](const auto& a) { return known(proven::pseudo_inverse(a)); })});
 }
 
-Values null(State& /*state*/, const Arguments& arguments) {
+Values estimated_null(State& /*state*/, const Arguments& arguments) {
   return with_real_or_complex(arguments.array(0), 3,
                               [](const auto& a) { return Values{as_array(tesk2mp::null_space(a))}; });
+}
+
+// Of numbers that are not exact only independent columns are proven.
+Knowns null(Evaluation& evaluation, const Arguments& arguments) {
+  const Array& a = arguments.array(0);
+  if (!arguments.are_exact()) {
+    return estimated<estimated_null>(evaluation, arguments);
+  }
+  const Progress progress = factorising(a, is_real(a), 12);
+  return proven_or_estimated<estimated_null>(
+      evaluation, arguments, {is_real(a) ? known(proven::null_space(real_array(a))) : known(proven::null_space(a))});
 }
 
 Values estimated_rank(State& /*state*/, const Arguments& arguments) {
@@ -318,18 +316,31 @@ Knowns matrix_rank(Evaluation& evaluation, const Arguments& arguments) {
   return rank ? Knowns{Known(number(QuarnFloat(*rank)))} : estimated<estimated_rank>(evaluation, arguments);
 }
 
-Values svdvec(State& /*state*/, const Arguments& arguments) {
+Values estimated_svdvec(State& /*state*/, const Arguments& arguments) {
   return with_real_or_complex(arguments.array(0), 60, [](const auto& a) {
     const auto system = tesk2mp::svd(a);
     return Values{as_array(system.u), column(system.values), as_array(system.v)};
   });
 }
 
+// Proven where the singular values are apart from each other and from 0.
+Knowns svdvec(Evaluation& evaluation, const Arguments& arguments) {
+  (void)arguments.array(0);
+  return proven_or_estimated<estimated_svdvec>(
+      evaluation, arguments, with_bounded(arguments.known(0), 200, [](const auto& a) {
+        const auto system = proven::singular_system(a);
+        return Knowns{known(system.u), known_column(system.values), known(system.v)};
+      }));
+}
+
+Progress matrix_function_progress(const Array& a, double factorisations) {
+  return Progress::estimated("matrix function", factorisations * factorisation_cost(double(a.rows()), !is_real(a)));
+}
+
 // A real matrix without a real result has a complex one.
 template <class Body>
 Values matrix_function(const Array& a, double factorisations, const Body& body) {
-  const Progress progress =
-      Progress::estimated("matrix function", factorisations * factorisation_cost(double(a.rows()), !is_real(a)));
+  const Progress progress = matrix_function_progress(a, factorisations);
   if (is_real(a)) {
     try {
       return {as_array(body(real_array(a)))};
@@ -340,15 +351,15 @@ Values matrix_function(const Array& a, double factorisations, const Body& body) 
   return {body(a)};
 }
 
-Values expm(State& /*state*/, const Arguments& arguments) {
+Values estimated_expm(State& /*state*/, const Arguments& arguments) {
   return matrix_function(arguments.square(0), 60, [](const auto& a) { return tesk2mp::expm(a); });
 }
 
-Values sqrtm(State& /*state*/, const Arguments& arguments) {
+Values estimated_sqrtm(State& /*state*/, const Arguments& arguments) {
   return matrix_function(arguments.square(0), 60, [](const auto& a) { return tesk2mp::sqrtm(a); });
 }
 
-Values logm(State& /*state*/, const Arguments& arguments) {
+Values estimated_logm(State& /*state*/, const Arguments& arguments) {
   return matrix_function(arguments.square(0), 120, [](const auto& a) { return tesk2mp::logm(a); });
 }
 
@@ -361,14 +372,56 @@ Values estimated_powm(State& /*state*/, const Arguments& arguments) {
                          [&](const auto& a) { return tesk2mp::fractional_matrix_power(a, power.re); });
 }
 
-// Whole powers are products, and proven.
+/// body(matrix), in so many factorisations.
+template <PlainFunction kFunction, class Body>
+Knowns proven_matrix_function(Evaluation& evaluation, const Arguments& arguments, double factorisations,
+                              const Body& body) {
+  const Known& a = known_square(arguments);
+  Knowns found;
+  {
+    const Progress progress = matrix_function_progress(a.array(), factorisations);
+    found = {with_matrix(a, [&](const auto& matrix) { return known(body(matrix)); })};
+  }
+  return proven_or_estimated<kFunction>(evaluation, arguments, found);
+}
+
+Knowns expm(Evaluation& evaluation, const Arguments& arguments) {
+  return proven_matrix_function<estimated_expm>(evaluation, arguments, 300,
+                                                [](const auto& a) { return proven::exponential(a); });
+}
+
+Knowns sqrtm(Evaluation& evaluation, const Arguments& arguments) {
+  return proven_matrix_function<estimated_sqrtm>(evaluation, arguments, 200,
+                                                 [](const auto& a) { return proven::square_root(a); });
+}
+
+Knowns logm(Evaluation& evaluation, const Arguments& arguments) {
+  return proven_matrix_function<estimated_logm>(evaluation, arguments, 600,
+                                                [](const auto& a) { return proven::logarithm(a); });
+}
+
+// Whole powers are products.
 Knowns powm(Evaluation& evaluation, const Arguments& arguments) {
   constexpr Integer kLargest = 1'000'000;
   const Known& a = known_square(arguments);
   const Complex power = arguments.number(1);
-  const bool is_whole = is_real(power) && is_whole_number(power.re) && fabs(power.re) <= kLargest;
-  return is_whole && arguments.known(1).is_exact() ? Knowns{operate("^", a, arguments.known(1))}
-                                                   : estimated<estimated_powm>(evaluation, arguments);
+  const Number exponent = element(arguments.known(1), 0);
+  if (exponent.is_real() && exponent.is_exact() && is_whole_number(power.re) && fabs(power.re) <= kLargest) {
+    return {operate("^", a, arguments.known(1))};
+  }
+  if (!exponent.is_real() || !isfinite(power.re)) {
+    return estimated<estimated_powm>(evaluation, arguments);
+  }
+  return proven_matrix_function<estimated_powm>(evaluation, arguments, 900,
+                                                [&](const auto& matrix) { return proven::power(matrix, exponent.re); });
+}
+
+Number condition(const Known& a) {
+  return with_bounded(a, 8, [](const auto& matrix) { return as_number(proven::condition(matrix)); });
+}
+
+Knowns cond(Evaluation& /*evaluation*/, const Arguments& arguments) {
+  return {known(condition(known_square(arguments)))};
 }
 
 Values estimated_rcond(State& /*state*/, const Arguments& arguments) {
@@ -378,33 +431,36 @@ Values estimated_rcond(State& /*state*/, const Arguments& arguments) {
 
 Knowns rcond(Evaluation& evaluation, const Arguments& arguments) {
   const Known& a = known_square(arguments);
-  const auto rank = arguments.are_exact() && size(a.array()) > 0 ? proven_rank(a.array()) : std::nullopt;
-  if (!rank) {
+  const auto rank = arguments.are_exact() ? proven_rank(a.array()) : std::nullopt;
+  if (size(a.array()) == 0 || (arguments.are_exact() && !rank)) {
     return estimated<estimated_rcond>(evaluation, arguments);
   }
-  return {*rank < a.array().rows() ? Known(number(QuarnFloat())) : known(divide({proven::exact(1)}, condition(a)))};
+  if (rank && *rank < a.array().rows()) {
+    return {Known(number(QuarnFloat()))};
+  }
+  return proven_or_estimated<estimated_rcond>(evaluation, arguments, {known(divide({proven::exact(1)}, condition(a)))});
 }
 
 constexpr auto kLinearFunctions = std::to_array<Function>({
     {"solve", "A, b", "x", "the solution of A x = b, for a vector or each column (also A \\ b)", 2, 2, solve},
-    {"lu", "A", "L, U, P", "factors with P A = L U", 1, 1, estimated<lu>},
+    {"lu", "A", "L, U, P", "factors with P A = L U", 1, 1, lu},
     {"chol", "A", "L", "lower triangle with A = L L', A Hermitian and positive definite", 1, 1, chol},
-    {"qr", "A", "Q, R", "factors with A = Q R, Q with orthonormal columns", 1, 1, estimated<qr>},
+    {"qr", "A", "Q, R", "factors with A = Q R, Q with orthonormal columns", 1, 1, qr},
     {"lstsq", "A, b", "x", "the shortest x of least norm(A x - b), A of any shape and rank", 2, 2, lstsq},
     {"pinv", "A", "B", "pseudo-inverse", 1, 1, pinv},
-    {"null", "A", "V", "orthonormal columns that A takes to zero", 1, 1, estimated<null>},
+    {"null", "A", "V", "orthonormal columns that A takes to zero", 1, 1, null},
     {"matrix_rank", "A", "r", "rank of a matrix", 1, 1, matrix_rank},
     {"det", "A", "y", "determinant", 1, 1, det},
-    {"scaled_det", "A", "d, e", "determinant d 10^e, however large or small", 1, 1, estimated<scaled_det>},
+    {"scaled_det", "A", "d, e", "determinant d 10^e, however large or small", 1, 1, scaled_det},
     {"inv", "A", "B", "inverse", 1, 1, inv},
     {"trace", "A", "y", "sum of the diagonal", 1, 1, trace},
     {"eig", "A", "x", "eigenvalues", 1, 1, eig},
     {"eigvec", "A", "V, x", "eigenvectors, as columns, with the eigenvalues", 1, 1, eigvec},
     {"svd", "A", "s", "singular values, the largest first", 1, 1, svd},
-    {"svdvec", "A", "U, s, V", "A = U diag(s) V' with orthonormal columns", 1, 1, estimated<svdvec>},
-    {"expm", "A", "B", "exponential of a matrix", 1, 1, estimated<expm>},
-    {"sqrtm", "A", "B", "principal square root of a matrix", 1, 1, estimated<sqrtm>},
-    {"logm", "A", "B", "principal logarithm of a matrix", 1, 1, estimated<logm>},
+    {"svdvec", "A", "U, s, V", "A = U diag(s) V' with orthonormal columns", 1, 1, svdvec},
+    {"expm", "A", "B", "exponential of a matrix", 1, 1, expm},
+    {"sqrtm", "A", "B", "principal square root of a matrix", 1, 1, sqrtm},
+    {"logm", "A", "B", "principal logarithm of a matrix", 1, 1, logm},
     {"powm", "A, p", "B", "a real power of a matrix", 2, 2, powm},
     {"norm", "A [, \"one\"]", "y", "norm: \"fro\" (root of the sum of squares, default), \"one\", \"inf\" or \"max\"",
      1, 2, norm},

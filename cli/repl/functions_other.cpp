@@ -254,12 +254,14 @@ constexpr auto kOtherFunctions = std::to_array<Function>({
     {"ifft2", "Z", "A", "the inverse of fft2", 1, 1, fft2<tesk2mp::Direction::backward>},
     {"zeros", "c", "z", "zeros of the polynomial c(1) z^n + ... + c(n + 1)", 1, 1, zeros},
     {"polyval", "c, x", "y", "the polynomial's values", 2, 2, polyval},
-    {"random", "[rows [, columns]]", "A", "random numbers on (0, 1), random to the last digit", 0, 2, random},
-    {"seed", "generator [, s1, s2, s3, s4]", "", "start one of the generators 0 to 273 anew", 1, 5, plain<seed>},
-    {"load", "\"file\"", "A", "a matrix from a file: Matrix Market, CSV, JSON", 1, 1, plain<load>},
-    {"save", "A, \"file\"", "", "write to a file that ends in .mtx, .csv or .json", 2, 2, plain<save>},
+    {"random", "[rows [, columns]]", "A", "random numbers on (0, 1), random to the last digit", 0, 2, random,
+     Nature::data},
+    {"seed", "generator [, s1, s2, s3, s4]", "", "start one of the generators 0 to 273 anew", 1, 5, plain<seed>,
+     Nature::effect},
+    {"load", "\"file\"", "A", "a matrix from a file: Matrix Market, CSV, JSON", 1, 1, plain<load>, Nature::data},
+    {"save", "A, \"file\"", "", "write to a file that ends in .mtx, .csv or .json", 2, 2, plain<save>, Nature::effect},
     {"plot", "[x,] y, \"file\"", "", "draw a vector, complex numbers in the plane, or the magnitudes of a matrix", 2, 3,
-     plain<plot>},
+     plain<plot>, Nature::effect},
 });
 
 }  // namespace

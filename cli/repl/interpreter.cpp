@@ -267,7 +267,7 @@ std::vector<Known> Interpreter::call(const Node& node) {
   if (count < function->least || count > function->most) {
     throw Fault(node.at, "it is called so: " + usage(*function));
   }
-  if (has_effect(*function)) {
+  if (function->nature == Nature::effect) {
     throw Fault(node.at, "'" + node.text + "' has no value");
   }
   if (recipe_ != nullptr) {
@@ -291,7 +291,7 @@ std::vector<Known> Interpreter::call(const Node& node) {
       if (!evaluation.unproven.empty()) {
         recipe_->unproven = evaluation.unproven;
       }
-      if (gives_data(*function) || state_.random.state() != drawn) {
+      if (function->nature == Nature::data || state_.random.state() != drawn) {
         // Not drawn or read a second time.
         recipe_->data[node.at] = {Known(results.front().value), evaluation.unproven};
         results.resize(1);

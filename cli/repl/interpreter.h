@@ -50,6 +50,7 @@ class Interpreter {
   /// Raises the digits until those asked for are proven, or a limit is met; returns how many are.
   std::int64_t prove(Recipe& recipe, const std::vector<std::size_t>& places);
   /// The same with a text about what is not proven; `at` is where the expression stands.
+  void require_proof(const std::string& what, const Recipe& recipe, std::int64_t digits, std::size_t at) const;
   std::string shown_proven(const NamedValues& values, std::size_t at);
   std::string shown_estimate(const NamedValues& values);
   /// Of a call that has an effect and no value: the arguments are proven, then rounded.

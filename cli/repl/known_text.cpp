@@ -7,10 +7,7 @@ namespace cli::repl {
 
 namespace {
 
-bool is_unknown_zero(const BoundedReal& x) {
-  return x.error.is_finite() && !x.error.is_zero() && isfinite(x.value) && x.error.value() >= fabs(x.value);
-}
-bool has_no_digit(const BoundedReal& x) { return proven::true_digits(x) <= 0 && !is_unknown_zero(x); }
+bool has_no_digit(const BoundedReal& x) { return proven::true_digits(x) <= 0 && !proven::is_unknown_zero(x); }
 // "abs < 1e-40"
 std::string reach_text(const QuarnBound& reach) { return "abs < 1e" + std::to_string(reach.exponent() + 1); }
 QuarnBound reach(const BoundedReal& x) { return QuarnBound(x.value) + x.error; }
@@ -20,7 +17,7 @@ QuarnFloat rounded_value(const BoundedReal& x) {
   if (x.error.is_zero() && is_whole_number(x.value)) {
     return x.value;
   }
-  return is_unknown_zero(x) ? QuarnFloat() : x.value * QuarnFloat(1);
+  return proven::is_unknown_zero(x) ? QuarnFloat() : x.value * QuarnFloat(1);
 }
 
 QuarnFloat known_part(const BoundedReal& x) {
@@ -31,6 +28,9 @@ QuarnFloat known_part(const BoundedReal& x) {
 
 // Between the exact number and the one that is printed; `printed` is rounded.
 QuarnBound printed_error(const BoundedReal& x, const QuarnFloat& printed) {
+  if (x.error.is_zero() && !isfinite(x.value)) {
+    return {};  // infinities and NaN that are results are printed as they are
+  }
   constexpr int kFewDigits = 18;
   const tesk2mp::Digits scope(kFewDigits);
   const QuarnBound distance(x.value - printed);
@@ -48,11 +48,11 @@ std::string number_shown(const Number& z) {
   }
   std::string text = number_text(Complex(known_part(z.re), known_part(z.im)));
   if (z.is_real()) {
-    return is_unknown_zero(z.re) ? text + " (" + reach_text(reach(z.re)) + ")" : text;
+    return proven::is_unknown_zero(z.re) ? text + " (" + reach_text(reach(z.re)) + ")" : text;
   }
   std::string unknown;
   for (const auto& [name, part] : {std::pair("re", &z.re), std::pair("im", &z.im)}) {
-    if (is_unknown_zero(*part)) {
+    if (proven::is_unknown_zero(*part)) {
       unknown += (unknown.empty() ? "" : ", ") + std::string(name) + ": " + reach_text(reach(*part));
     }
   }
@@ -111,7 +111,7 @@ std::string shown(const std::string& name, const Known& value, std::int64_t digi
   std::string text = shown(name, rounded_values(value), unknown);
   QuarnBound largest;
   for (const BoundedReal& part : parts) {
-    largest = is_unknown_zero(part) ? std::max(largest, reach(part)) : largest;
+    largest = proven::is_unknown_zero(part) ? std::max(largest, reach(part)) : largest;
   }
   return largest.is_zero() ? text : text + "# 0: " + reach_text(largest) + "\n";
 }

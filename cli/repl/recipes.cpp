@@ -38,8 +38,7 @@ std::int64_t fewest_digits(const Recipe& recipe, const std::vector<std::size_t>&
 bool only_zeros_are_missing(const Recipe& recipe, const std::vector<std::size_t>& places, int digits) {
   for (const std::size_t place : places) {
     for (const BoundedReal& part : parts_of(recipe.results.at(place))) {
-      const bool is_tiny = part.error.is_finite() && part.error.exponent() < -2 * std::int64_t(digits) &&
-                           part.error.value() >= fabs(part.value);
+      const bool is_tiny = proven::is_unknown_zero(part) && part.error.exponent() < -2 * std::int64_t(digits);
       if (proven::true_digits(part) < digits && !is_tiny) {
         return false;
       }

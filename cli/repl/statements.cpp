@@ -37,6 +37,17 @@ bool keeps_unproven(const Recipe& recipe, std::set<const Recipe*>& seen) {
                      [&](const auto& each) { return keeps_unproven(*each.second.recipe, seen); });
 }
 
+// Those of a recipe's results that are among the values.
+std::vector<std::size_t> places_of(const Recipe& recipe, const NamedValues& values) {
+  std::vector<std::size_t> places;
+  for (const auto& [name, variable] : values) {
+    if (variable.recipe.get() == &recipe) {
+      places.push_back(variable.place);
+    }
+  }
+  return places;
+}
+
 std::string digit_count(std::int64_t digits) { return std::to_string(std::max<std::int64_t>(0, digits)); }
 
 // How many digits of all elements two computations have in common.
@@ -76,7 +87,7 @@ std::string Interpreter::run(const Statement& statement) {
   }
   if (statement.value.kind == Kind::call && variables_.find(statement.value.text) == variables_.end()) {
     const Function* function = find_function(statement.value.text);
-    if (function != nullptr && has_effect(*function)) {
+    if (function != nullptr && function->nature == Nature::effect) {
       if (!statement.targets.empty()) {
         throw Fault(statement.targets.front().at, "there is no value to assign");
       }
@@ -123,19 +134,29 @@ std::vector<Variable> Interpreter::assign(const Statement& statement, const std:
   return assigned;
 }
 
+// With --proven nothing else is shown, written or drawn.
+void Interpreter::require_proof(const std::string& what, const Recipe& recipe, std::int64_t digits,
+                                std::size_t at) const {
+  if (limits_.insisted && (!recipe.unproven.empty() || digits < QuarnDigits())) {
+    throw Fault(at, !recipe.unproven.empty() ? what + " is not proven: " + recipe.unproven + " has no proof"
+                                             : digit_count(digits) + " of " + digits_text() + " are proven with " +
+                                                   std::to_string(recipe.digits) + " working digits");
+  }
+}
+
 std::string Interpreter::shown_proven(const NamedValues& values, std::size_t at) {
   std::string text;
   std::string note;
   std::int64_t fewest = QuarnDigits();
   int worked_with = 0;
   for (const auto& [name, variable] : values) {
+    // All of its results, of one evaluation: factors belong together.
+    prove(*variable.recipe, places_of(*variable.recipe, values));
+  }
+  for (const auto& [name, variable] : values) {
     Recipe& recipe = *variable.recipe;
     const std::int64_t digits = prove(recipe, {variable.place});
-    if (limits_.insisted && (!recipe.unproven.empty() || digits < QuarnDigits())) {
-      throw Fault(at, !recipe.unproven.empty() ? "'" + name + "' is not proven: " + recipe.unproven + " has no proof"
-                                               : digit_count(digits) + " of " + digits_text() + " are proven with " +
-                                                     std::to_string(recipe.digits) + " working digits");
-    }
+    require_proof("'" + name + "'", recipe, digits, at);
     if (!recipe.unproven.empty()) {
       return shown_estimate(values);
     }
@@ -201,6 +222,7 @@ void Interpreter::run_effect(const Node& call, const Function& function) {
     if (digits <= 0) {
       throw Fault(child.at, "no digit of this is proven");
     }
+    require_proof("this", *recipe, digits, child.at);
     const bool is_proven = recipe->unproven.empty();
     const Known& value = recipe->results.at(0);
     const bool is_text = std::holds_alternative<std::string>(value.value);

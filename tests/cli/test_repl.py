@@ -175,20 +175,20 @@ class Expressions(unittest.TestCase):
         seven = "1e1795*(sqrt(2)^2 - 2) + 123456.5"
         with tempfile.TemporaryDirectory() as folder:
             file = os.path.join(folder, "saved")
-            shown = run_well("repl", stdin=f'y = {seven}; save "{file}"\nsave(y, "{file}.csv")\nsave(expm([1, 2; 3, 4]), "{file}.csv")\n')
-            self.assertEqual(shown, "# rounded to 7 digits, those that are proven\n# not proven: expm has no proof\n")
+            shown = run_well("repl", stdin=f'y = {seven}; save "{file}"\nsave(y, "{file}.csv")\nsave(logm([1, 2; 3, 4]), "{file}.csv")\n')
+            self.assertEqual(shown, "# rounded to 7 digits, those that are proven\n# not proven: logm has no proof\n")
             with open(file, encoding="utf-8") as text:
                 self.assertIn("\n# 7 of 20 digits were proven\ny = [123456.5];\n", text.read())
-            self.assertIn("'L' is not proven (lu has no proof)",
-                          run("repl", "--eval", "L, U, P = lu([1 2; 3 4]);", "--eval", f'save "{file}"').stderr)
+            self.assertIn("'Q' is not proven (qr has no proof)",
+                          run("repl", "--eval", "Q, R = qr([1 2; 2 4]);", "--eval", f'save "{file}"').stderr)
             self.assertIn("no digit of this is proven", run("repl", "--eval", f'save(1/(1/3*3 - 1), "{file}")').stderr)
         self.assertEqual(run_well("calc", "[1, 2, 1e1800*(sqrt(2)^2 - 2) + 1234.5]"),
                          "  1  2  ?\n# 0 of 20 digits are proven with 1800 working digits\n")
         self.assertIn("not known exactly", run("calc", "fill(2*cos(0) + sqrt(2)^2 - 2, 1)").stderr)
         self.assertIn("not known exactly", run("calc", "linspace(0, 1, 3*cos(0) + sqrt(2)^2 - 2)").stderr)
         # The mark stays where values are shown again.
-        lines = ["A = expm([1 2; 3 4]);", "A(1, 1)", "A(1, 1)"]
-        self.assertEqual(run_well("repl", stdin="\n".join(lines)).count("expm has no proof"), 2)
+        lines = ["A = logm([1 2; 3 4]);", "A(1, 1)", "A(1, 1)"]
+        self.assertEqual(run_well("repl", stdin="\n".join(lines)).count("logm has no proof"), 2)
         # Drawn once from a matrix that is not exact, not to be compared with itself.
         lines = ["A = random_values(2, 1/3, 2/3);", "A(1, 1)", "B = A + 1;", "B(1, 1)"]
         self.assertEqual(run_well("repl", stdin="\n".join(lines)).count("# not proven: random_values has no proof"), 2)
@@ -201,10 +201,19 @@ class Expressions(unittest.TestCase):
                          r"^ans =\n.*\n.*\nerror of ans =\n +3\.33\d*e-06 +0\.0*e\+00\n +3\.33\d*e-13 +3\.33\d*e-06\n$")
         # An error is no smaller than what rounding to fewer digits makes it.
         self.assertEqual(run_well("calc", "1.55555", "--digits", "3", "--error"), "1.56\n# error: 0.00445000001\n")
-        done = run("calc", "expm([1 2; 3 4])", "--proven")
+        self.assertEqual(run_well("calc", "1/0", "--proven", "--error"),
+                         "inf\n# error: 0\n# exact\n")
+        done = run("calc", "logm([1 2; 3 4])", "--proven")
         self.assertEqual((done.returncode, done.stdout), (2, ""))
-        self.assertIn("'ans' is not proven: expm has no proof", done.stderr)
+        self.assertIn("'ans' is not proven: logm has no proof", done.stderr)
         self.assertIn("0 of 20 digits are proven", run("calc", "1/(1/3*3 - 1)", "--proven").stderr)
+        # Nothing is written or drawn either.
+        with tempfile.TemporaryDirectory() as folder:
+            for name, call in (("a.csv", "save(logm([1 2; 3 4]), {})"), ("a.svg", "plot([1 1/(1e-1900 + sqrt(2)^2 - 2)], {})")):
+                file = os.path.join(folder, name)
+                done = run("repl", "--proven", "--eval", call.format(f'"{file}"'))
+                self.assertRegex(done.stderr, "this is not proven: logm has no proof|digits are proven with|no digit of this")
+                self.assertEqual((done.returncode, os.path.exists(file)), (2, False))
         self.assertEqual(run("calc", "1/3", "--error", "--working-digits", "5").returncode, 2)
 
     def test_functions_of_matrices_that_are_proven(self):
@@ -217,14 +226,34 @@ class Expressions(unittest.TestCase):
                 ("rcond([1 2; 3 4])*21", "1"),
                 ("rcond([1 2; 2 4])", "0"),
                 ("powm([1 1; 1 0], 100)*[0; 1] - [354224848179261915075; 218922995834555169026]", "0; 0"),
-                ("powm([2 0; 0 4], -1)", "0.5 0; 0 0.25")):
+                ("powm([2 0; 0 4], -1)", "0.5 0; 0 0.25"),
+                ("pinv([1 2; 2 4])*25", "1 2; 2 4"),
+                ("lstsq([1 2; 2 4], [1/3; 2/3])*15", "1; 2"),
+                ("abs(null([3 4; 6 8]))", "0.8; 0.6"),
+                ("powm([5 4; 4 5], 1.5)", "14 13; 13 14"),
+                ("sqrtm([4 4 1; 0 4 4; 0 0 4])*[1; 0; 0]", "2; 0; 0"),
+                ("logm([1 2 7; 0 1 4; 0 0 1])*[0; 1; 0]", "2; 0; 0"),
+                ("expm(-[0 2; 0 0])", "1 -2; 0 1"),
+                ("logm(expm([0 1/3; 1/3 0]))*3", "0 1; 1 0"),
+                ("scaled_det([1e300 0; 0 1e300])", "d = 1; e = 600"),
+                ("cond([2 0; 0 1])", "2")):
             with self.subTest(expression=expression):
                 lines = run_well("calc", expression, "--digits", "30", "--proven").splitlines()
                 self.assertRegex(lines[-1], "^# (exact|30 digits, all proven)")
                 values = [" ".join(line.split()) for line in lines[:-1] if not line.startswith("#")]
                 self.assertEqual("; ".join(values), shown)
-        self.assertIn("pinv has no proof", run_well("calc", "pinv([1 2; 2 4])"))
-        self.assertIn("powm has no proof", run_well("calc", "powm([2 1; 1 3], 0.5)"))
+        # Factors that are shown belong together: all of one evaluation.
+        lines = ["A = [1/3 2; 4 6; 1 1/7];", "L, U, P = lu(A);", "Q, R = qr([1 2i; 3 4; 5 6]);", "U2, s, V = svdvec(A);",
+                 'norm(P*A - L*U, "max")', 'norm(Q*R - [1 2i; 3 4; 5 6], "max")', 'norm(U2*diag(s)*V\' - A, "max")']
+        self.assertRegex(run_well("repl", stdin="\n".join(lines)), r"^(ans = 0( \(abs < 1e-\d+\))?\n){3}$")
+        for expression, unproven in (("pinv([1/3 1/3; 1 1])", "pinv"), ("powm([1 2; 3 4], 0.5)", "powm"),
+                                     ("qr([1 2; 2 4])", "qr"), ("null([1/3 1; 1 3])", "null"),
+                                     ("svdvec([1 0; 0 1])", "svdvec"), ("sqrtm([0 1; 0 0])", "sqrtm"),
+                                     ("logm([1 2; 3 4])", "logm"), ("chol([1 1; 1 1]/3)", "chol")):
+            with self.subTest(expression=expression):
+                done = run("calc", expression)
+                self.assertTrue(f"{unproven} has no proof" in done.stdout or done.returncode == 1, done.stdout + done.stderr)
+                self.assertEqual(run("calc", expression, "--proven").stdout, "")
         self.assertIn("singular", run("calc", "powm([1 2; 2 4], -1)").stderr)
         # The triangle that is not read is that of a matrix without a factor.
         for matrix, refusal in (("[4 100; 2 5]", "not symmetric: element (2, 1) differs from its mirror image"),
@@ -238,8 +267,8 @@ class Expressions(unittest.TestCase):
                 self.assertIn(refusal, done.stderr)
 
     def test_what_is_not_proven_says_so(self):
-        self.assertIn("# about 20 digits are true (estimate by a second computation: expm has no proof)",
-                      run_well("calc", "expm([1 2; 3 4])"))
+        self.assertIn("# about 20 digits are true (estimate by a second computation: logm has no proof)",
+                      run_well("calc", "logm([1 2; 3 4])"))
         self.assertIn("computation: fft has no proof)", run_well("calc", "fft([1 2 3])", "--digits", "1200"))
         self.assertIn("# about 0 digits are true (estimate by error bounds)",
                       run_well("calc", "det(hilbert(20))", "--working-digits", "20"))
