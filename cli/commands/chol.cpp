@@ -6,6 +6,7 @@
 #include "cli/io/matrix_output.h"
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
+#include "tesk2mp/proven_factors.hpp"
 
 namespace cli {
 
@@ -53,7 +54,7 @@ bool is_first_not_positive(const tesk2mp::Matrix<T>& a, std::size_t order) {
 }
 
 template <class T>
-Result result_of(const CholOptions& options, const DenseMatrix& given, const tesk2mp::Matrix<T>& a) {
+tesk2mp::Matrix<T> estimated_factor(const CholOptions& options, const tesk2mp::Matrix<T>& a, Result& result) {
   const auto triangle = options.upper ? tesk2mp::Triangle::upper : tesk2mp::Triangle::lower;
   const char* const routine = std::is_same_v<T, Complex> ? "QuarnMPX_zpotrf_" : "QuarnMPX_dpotrf_";
   std::optional<tesk2mp::NumericalFailure> refusal;
@@ -77,18 +78,43 @@ Result result_of(const CholOptions& options, const DenseMatrix& given, const tes
     throw *refusal;  // with all digits that were tried
   }
   const std::string determinant = exact_text(Complex(estimated_values(options.proof, estimate.single).back()).re);
-  Result result;
-  result.notes = {std::string(options.upper ? "U of A = U^H U" : "L of A = L L^H") + ", A the " + description(given),
-                  ""};
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
   result.notes.push_back("positive definite; determinant " + determinant);
   result.facts.push_back({"determinant", determinant});
   add_estimate(options.proof, estimate, routine, result);
-  const DenseMatrix factor{"", matrix_of(estimated_values(options.proof, estimate.numbers), a.rows())};
-  add_matrix(result, factor);
-  result.picture = [title = result.notes.front(), factor](const std::string& file) {
-    draw(map_of_magnitudes(title, factor), file);
+  return matrix_of(estimated_values(options.proof, estimate.numbers), a.rows());
+}
+
+template <class T>
+Result result_of(const CholOptions& options, const DenseMatrix& given, const tesk2mp::Matrix<T>& a) {
+  Result result;
+  const std::string title =
+      std::string(options.upper ? "U of A = U^H U" : "L of A = L L^H") + ", A the " + description(given);
+  DenseMatrix factor;
+  std::string why_not;
+  const auto attempt = [&] {
+    result.notes = {title, ""};
+    int worked_with = 0;
+    const auto bounded = proven_result(options.proof, result, "proven factors", worked_with, [&] {
+      return tesk2mp::proven::cholesky(a, options.upper ? tesk2mp::Triangle::upper : tesk2mp::Triangle::lower);
+    });
+    int of_determinant = 0;
+    const auto found = with_true_digits(options.proof, of_determinant, [&] { return tesk2mp::proven::determinant(a); });
+    const std::string determinant = exact_text(Complex(tesk2mp::proven::known_value(found)).re);
+    result.notes.push_back("positive definite; determinant " + determinant);
+    result.facts.push_back({"determinant", determinant});
+    factor.elements = known_matrix(options.proof, bounded, result);
   };
+  if (!try_proof(options.proof, why_not, attempt, "")) {
+    result = Result();
+    result.notes = {title, ""};
+    factor.elements = estimated_factor(options, a, result);
+    if (!why_not.empty()) {
+      result.notes.push_back(why_not);
+    }
+  }
+  add_matrix(result, factor);
+  result.picture = [title, factor](const std::string& file) { draw(map_of_magnitudes(title, factor), file); };
   return result;
 }
 
@@ -107,8 +133,8 @@ is not positive is told, and the exit status is 1. --plot draws the magnitudes o
 factor.
 
 The numbers of the matrix are taken with all their digits; that it is not positive definite is
-proven. The factor is computed twice, with more and more digits until both agree to D of them:
-an estimate, no proof.
+proven, and all digits of the factor and the determinant that are printed are true. Where no
+proof is found two computations agree to the digits; a note says so.
 
 Examples:
   quarn chol examples/bcsstk01.mtx --digits 40 --output factor.mtx
@@ -119,7 +145,7 @@ void declare_chol(Command& command) {
   command.argument("MATRIX", options->matrix, "the matrix; - is standard input");
   add_matrix_options(command, options->table);
   command.flag("--upper", options->upper, "write U of A = U^H U");
-  add_estimated_digits(command, options->proof);
+  add_true_digits(command, options->proof);
   add_output_options(command, options->output, Forms::matrix);
   add_plot_option(command, options->output);
   set_proven_work(command, options, run_chol);

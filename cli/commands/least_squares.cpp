@@ -9,7 +9,7 @@
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
 #include "tesk2mp/kernels.hpp"
-#include "tesk2mp/proven_spectra.hpp"
+#include "tesk2mp/proven_factors.hpp"
 
 namespace cli {
 
@@ -36,6 +36,9 @@ QuarnFloat tolerance_of(const RankOptions& options, const DenseMatrix& matrix) {
   }
   return tolerance;
 }
+
+constexpr const char* kInsistedWithTolerance =
+    "--proven is for results without --tolerance, which decides about the rank";
 
 const char* routine_for(const DenseMatrix& matrix) {
   return matrix.complex() ? "QuarnMPX_zgelsy_" : "QuarnMPX_dgelsy_";
@@ -80,16 +83,27 @@ QuarnFloat residual_norm(const tesk2mp::Matrix<T>& a, const tesk2mp::Matrix<T>& 
 }
 
 template <class T>
+std::string proven_rank(const tesk2mp::Matrix<T>& a) {
+  const std::optional<std::size_t> rank = tesk2mp::proven::rank(a);
+  if (!rank) {
+    throw tesk2mp::NumericalFailure("TO_DIGITS", 1, 0, "the rank would take too long", {});
+  }
+  return std::to_string(*rank);
+}
+
+template <class T>
 Result proven_solution(const RankOptions& options, const std::string& title, const tesk2mp::Matrix<T>& a,
                        const tesk2mp::Matrix<T>& b, tesk2mp::Matrix<T>& x, std::vector<QuarnFloat>& errors) {
-  const std::string routine = std::is_same_v<T, Complex> ? "QuarnMPX_zproven_solve_" : "QuarnMPX_dproven_solve_";
   Result result;
   result.notes = {title, ""};
+  const std::string rank = proven_rank(a);
+  const std::string of_full_rank = std::is_same_v<T, Complex> ? "QuarnMPX_zproven_solve_" : "QuarnMPX_dproven_solve_";
+  const std::string routine = rank == std::to_string(a.columns()) ? of_full_rank : "proven factors";
   int worked_with = 0;
   const auto bounded =
-      proven_result(options.proof, result, routine, worked_with, [&] { return tesk2mp::proven::least_squares(a, b); });
-  result.notes[1] += "; rank " + std::to_string(a.columns()) + ", proven";
-  result.facts.push_back({"rank", std::to_string(a.columns()), true});
+      proven_result(options.proof, result, routine, worked_with, [&] { return tesk2mp::proven::minimum_norm(a, b); });
+  result.notes[1] += "; rank " + rank + ", proven";
+  result.facts.push_back({"rank", rank, true});
   x = tesk2mp::proven::known_value(bounded);
   for (std::size_t i = 0; i < x.rows(); ++i) {
     errors.push_back(printed_error(bounded(i, 0)).value());
@@ -105,26 +119,15 @@ void solve(const RankOptions& options, const DenseMatrix& matrix, const DenseMat
   Result result;
   tesk2mp::Matrix<T> x;
   std::vector<QuarnFloat> errors;
-  std::string why_not = !options.tolerance.empty() ? "not proven: --tolerance decides about the rank"
-                        : a.rows() < a.columns()
-                            ? "not proven: of a matrix with fewer rows than columns the shortest solution has no proof"
-                            : "";
-  bool is_proven = false;
-  if (options.proof.insisted && (a.rows() < a.columns() || !options.tolerance.empty())) {
-    throw bad_input("--proven is for matrices with as many rows as columns or more, without --tolerance");
+  std::string why_not = "not proven: --tolerance decides about the rank";
+  if (options.proof.insisted && !options.tolerance.empty()) {
+    throw bad_input(kInsistedWithTolerance);
   }
   const QuarnFloat tolerance = tolerance_of(options, matrix);
-  if (a.rows() >= a.columns() && options.tolerance.empty()) {
-    try {
-      is_proven = try_proof(
+  const bool is_proven =
+      options.tolerance.empty() &&
+      try_proof(
           options.proof, why_not, [&] { result = proven_solution(options, title, a, b, x, errors); }, "");
-    } catch (const tesk2mp::NumericalFailure& failure) {
-      if (options.proof.insisted) {
-        throw;
-      }
-      why_not = "not proven: " + failure.text();
-    }
-  }
   if (!is_proven) {
     const auto estimate = estimated<T>(options.proof, [&] {
       const auto solution = tesk2mp::minimum_norm(a, b, tolerance);
@@ -132,7 +135,7 @@ void solve(const RankOptions& options, const DenseMatrix& matrix, const DenseMat
     });
     x = matrix_of(estimated_values(options.proof, estimate.numbers), a.columns());
     result = started(options, title, matrix, estimate);
-    if (!why_not.empty() && options.proof.wanted()) {
+    if (options.proof.wanted()) {
       result.notes.push_back(why_not);
     }
   }
@@ -169,17 +172,38 @@ void run_lstsq(const RankOptions& options) {
   solve<QuarnFloat>(options, matrix, right);
 }
 
-/// A matrix with so many rows, whose rank the tolerance says: find(tolerance) gives both.
-template <class T, class Find>
-void deliver_matrix(const RankOptions& options, const std::string& what, const DenseMatrix& given, std::size_t rows,
-                    const Find& find) {
+/// A matrix with so many rows: prove() has bounds of it, find(tolerance) gives it and the rank that the tolerance says.
+template <class T, class Prove, class Find>
+void deliver_matrix(const RankOptions& options, const std::string& what, const DenseMatrix& given,
+                    const tesk2mp::Matrix<T>& a, const Prove& prove, const Find& find) {
   const QuarnFloat tolerance = tolerance_of(options, given);
-  const auto estimate = estimated<T>(options.proof, [&] {
-    const auto [matrix, rank] = find(tolerance);
-    return std::optional(Computed<T>{elements(matrix), {}, {Integer(rank)}});
-  });
-  Result result = started(options, what + " of the " + description(given), given, estimate);
-  const DenseMatrix matrix{"", matrix_of(estimated_values(options.proof, estimate.numbers), rows)};
+  const std::string title = what + " of the " + description(given);
+  if (options.proof.insisted && !options.tolerance.empty()) {
+    throw bad_input(kInsistedWithTolerance);
+  }
+  std::string why_not = "not proven: --tolerance decides about the rank";
+  Result result;
+  DenseMatrix matrix;
+  const auto attempt = [&] {
+    const std::string rank = proven_rank(a);
+    result.notes = {title, ""};
+    int worked_with = 0;
+    const auto bounded = proven_result(options.proof, result, "proven factors", worked_with, prove);
+    result.notes[1] += "; rank " + rank + ", proven";
+    result.facts.push_back({"rank", rank, true});
+    matrix.elements = known_matrix(options.proof, bounded, result);
+  };
+  if (!options.tolerance.empty() || !try_proof(options.proof, why_not, attempt, "")) {
+    const auto estimate = estimated<T>(options.proof, [&] {
+      const auto [found, decided] = find(tolerance);
+      return std::optional(Computed<T>{elements(found), {}, {Integer(decided)}});
+    });
+    result = started(options, title, given, estimate);
+    if (options.proof.wanted()) {
+      result.notes.push_back(why_not);
+    }
+    matrix.elements = matrix_of(estimated_values(options.proof, estimate.numbers), a.columns());
+  }
   add_matrix(result, matrix);
   result.picture = [&](const std::string& file) { draw(map_of_magnitudes(result.notes.front(), matrix), file); };
   deliver(result, options.output);
@@ -190,10 +214,12 @@ void run_pinv(const RankOptions& options) {
   const Progress progress = progress_of(given);
   std::visit(
       [&]<class T>(const tesk2mp::Matrix<T>& a) {
-        deliver_matrix<T>(options, "Pseudo-inverse", given, a.columns(), [&](const QuarnFloat& tolerance) {
-          auto found = tesk2mp::minimum_norm(a, tesk2mp::Matrix<T>::identity(a.rows()), tolerance);
-          return std::pair(std::move(found.x), found.rank);
-        });
+        deliver_matrix<T>(
+            options, "Pseudo-inverse", given, a, [&] { return tesk2mp::proven::pseudo_inverse(a); },
+            [&](const QuarnFloat& tolerance) {
+              auto found = tesk2mp::minimum_norm(a, tesk2mp::Matrix<T>::identity(a.rows()), tolerance);
+              return std::pair(std::move(found.x), found.rank);
+            });
       },
       given.elements);
 }
@@ -203,11 +229,13 @@ void run_null(const RankOptions& options) {
   const Progress progress = progress_of(given);
   std::visit(
       [&]<class T>(const tesk2mp::Matrix<T>& a) {
-        deliver_matrix<T>(options, "Null space", given, a.columns(), [&](const QuarnFloat& tolerance) {
-          auto basis = tesk2mp::null_space(a, tolerance);
-          const std::size_t rank = a.columns() - basis.columns();
-          return std::pair(std::move(basis), rank);
-        });
+        deliver_matrix<T>(
+            options, "Null space", given, a, [&] { return tesk2mp::proven::null_space(a); },
+            [&](const QuarnFloat& tolerance) {
+              auto basis = tesk2mp::null_space(a, tolerance);
+              const std::size_t rank = a.columns() - basis.columns();
+              return std::pair(std::move(basis), rank);
+            });
       },
       given.elements);
 }
@@ -218,8 +246,9 @@ solution x has the least ||b - A x||, and of several such x the least ||x||. The
 QR factorisation with column pivoting shows; the residual is computed with twice the digits.
 Without --rhs the right side is read from standard input.
 
-The numbers are taken with all their digits. Where the rank is the number of columns the digits
-are proven, and so is the rank; else, and with --tolerance, two computations agree to them.
+The numbers are taken with all their digits; all digits that are printed are true, and the rank
+is proven. With --tolerance, which decides about the rank, and where no proof is found two
+computations agree to the digits.
 
 Examples:
   printf '1 0
@@ -233,7 +262,9 @@ Examples:
 
 constexpr const char* kPseudoInverseFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file, m by n of any rank. The
-result is the Moore-Penrose inverse, n by m, to the digits to which two computations agree.
+result is the Moore-Penrose inverse, n by m. The numbers are taken with all their digits; all
+digits that are printed are true, and the rank is proven. With --tolerance, which decides about
+the rank, and where no proof is found two computations agree to the digits.
 
 Example:
   printf '3
@@ -242,8 +273,10 @@ Example:
 
 constexpr const char* kNullSpaceFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file, m by n. The columns of
-the result are an orthonormal basis of the vectors x with A x = 0; there are n - rank of them,
-to the digits to which two computations agree.
+the result are an orthonormal basis of the vectors x with A x = 0; there are n - rank of them.
+The numbers are taken with all their digits; all digits that are printed are true, and the rank
+is proven. With --tolerance, which decides about the rank, and where no proof is found two
+computations agree to the digits.
 
 Example:
   printf '3 0 0
@@ -273,7 +306,7 @@ const Registered kPseudoInverse(107, "pinv", "the pseudo-inverse of a dense matr
                                 [](Command& command) {
                                   auto options = std::make_shared<RankOptions>();
                                   declare_least_squares(command, options);
-                                  add_estimated_digits(command, options->proof);
+                                  add_true_digits(command, options->proof);
                                   add_plot_option(command, options->output);
                                   set_proven_work(command, options, run_pinv);
                                 });
@@ -282,7 +315,7 @@ const Registered kNullSpace(108, "null", "the null space of a dense matrix, and 
                             [](Command& command) {
                               auto options = std::make_shared<RankOptions>();
                               declare_least_squares(command, options);
-                              add_estimated_digits(command, options->proof);
+                              add_true_digits(command, options->proof);
                               add_plot_option(command, options->output);
                               set_proven_work(command, options, run_null);
                             });

@@ -9,6 +9,7 @@
 #include "cli/io/matrix_output.h"
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
+#include "tesk2mp/proven_factors.hpp"
 
 namespace cli {
 
@@ -136,8 +137,58 @@ std::string text_of_determinant(const T& scaled, std::int64_t exponent) {
   return determinant_text(T(scaled * T(QuarnFloat(1, int(-places)))), exponent + places);
 }
 
+/// What is written of the factors.
 template <class T>
-Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2mp::Matrix<T>& a) {
+struct Written {
+  tesk2mp::Matrix<T> packed;
+  std::vector<Integer> order;  // row i of P A, from 1, is this one of A
+};
+
+/// With digits that are true; pivots are chosen as with some more digits.
+template <class T>
+Written<T> proven_factors(const LuOptions& options, const tesk2mp::Matrix<T>& a, Result& result) {
+  int worked_with = 0;
+  std::vector<std::size_t> rows;
+  const auto packed = proven_result(options.proof, result, "proven factors", worked_with, [&] {
+    auto factors = tesk2mp::proven::lu(a);
+    const std::size_t inner = std::min(a.rows(), a.columns());
+    const tesk2mp::MatrixView<const T> first(a.data(), a.rows(), inner, std::max<std::size_t>(1, a.rows()));
+    if (!tesk2mp::proven::detail::is_known(factors.l) && tesk2mp::proven::rank(first).value_or(0) < inner) {
+      throw tesk2mp::NumericalFailure("TO_DIGITS", 1, 0, "the rank is less than the number of pivots", {});
+    }
+    rows = factors.rows;
+    return tesk2mp::proven::detail::bounded_matrix<T>(
+        a.rows(), a.columns(), [&](std::size_t i, std::size_t j) { return i > j ? factors.l(i, j) : factors.u(i, j); });
+  });
+  Written<T> written{known_matrix(options.proof, packed, result), {}};
+  std::transform(rows.begin(), rows.end(), std::back_inserter(written.order),
+                 [](std::size_t row) { return Integer(row) + 1; });
+  if (a.rows() == a.columns()) {
+    const auto found = [&] {
+      int of_determinant = 0;
+      return with_true_digits(options.proof, of_determinant, [&] { return tesk2mp::proven::determinant(a); });
+    }();
+    // Each cycle of k rows takes k - 1 interchanges.
+    std::size_t cycles = 0;
+    std::vector<bool> seen(rows.size());
+    for (std::size_t start = 0; start < rows.size(); ++start) {
+      cycles += seen[start] ? 0 : 1;
+      for (std::size_t i = start; !seen[i]; i = rows[i]) {
+        seen[i] = true;
+      }
+    }
+    const std::string determinant = exact_text(tesk2mp::proven::known_value(found));
+    result.notes.push_back("determinant " + determinant +
+                           "; row interchanges: " + std::to_string(rows.size() - cycles) +
+                           (found.error.is_zero() && found.value == T() ? "; singular: a pivot is exactly zero" : ""));
+    result.facts.push_back({"determinant", determinant});
+  }
+  return written;
+}
+
+template <class T>
+Written<T> estimated_factors(const LuOptions& options, const DenseMatrix& given, const tesk2mp::Matrix<T>& a,
+                             Result& result) {
   const std::string routine = options.weighted  ? "QuarnMP_f07adg_"
                               : given.complex() ? "QuarnMPX_f07arf_"
                                                 : "QuarnMPX_f07adf_";
@@ -146,8 +197,6 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
   const auto inner = std::ptrdiff_t(std::min(a.rows(), a.columns()));
   const bool singular = std::any_of(lu.estimate.single.begin(), lu.estimate.single.begin() + inner,
                                     [](const auto& pivot) { return pivot.value == T(); });
-  Result result;
-  result.notes = {"A = P L U of the " + description(given), ""};
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
   if (given.rows() == given.columns()) {
     const std::string determinant =
@@ -164,6 +213,29 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
                            ", proven; pivots that are rounding errors make what follows them so");
   }
   add_estimate(options.proof, lu.estimate, routine, result);
+  return {matrix_of(estimated_values(options.proof, lu.estimate.numbers), a.rows()),
+          permuted_rows(pivots, given.rows())};
+}
+
+template <class T>
+Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2mp::Matrix<T>& a) {
+  const std::vector<std::string> heading = {"A = P L U of the " + description(given), ""};
+  if (options.weighted && options.proof.insisted) {
+    throw bad_input("--proven is for factors without --weighted");
+  }
+  Result result;
+  result.notes = heading;
+  Written<T> written;
+  std::string why_not;
+  if (options.weighted || !try_proof(
+                              options.proof, why_not, [&] { written = proven_factors(options, a, result); }, "")) {
+    result = Result();
+    result.notes = heading;
+    written = estimated_factors(options, given, a, result);
+    if (!why_not.empty()) {
+      result.notes.push_back(why_not);
+    }
+  }
   const std::string title = std::string(options.part == "factors" ? "L and U"
                                         : options.part == "p"     ? "Row order"
                                         : options.part == "l"     ? "L"
@@ -171,7 +243,7 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
                             " of the " + description(given);
   if (options.part == "p") {
     result.notes.push_back("row i of L U is row p(i) of A");
-    const std::vector<Integer> order = permuted_rows(pivots, given.rows());
+    const std::vector<Integer>& order = written.order;
     result.table = {count_column("i", positions(given.rows())), count_column("p", order)};
     result.data = result.table;
     result.picture = [title, order](const std::string& file) {
@@ -186,8 +258,7 @@ Result result_of(const LuOptions& options, const DenseMatrix& given, const tesk2
   result.notes.emplace_back(both ? "U on the diagonal and above, L below; its diagonal of ones is left out"
                             : options.part == "l" ? "L"
                                                   : "U");
-  const tesk2mp::Matrix<T> packed = matrix_of(estimated_values(options.proof, lu.estimate.numbers), a.rows());
-  const DenseMatrix factor{"", both ? packed : triangle(packed, options.part == "l")};
+  const DenseMatrix factor{"", both ? written.packed : triangle(written.packed, options.part == "l")};
   add_matrix(result, factor);
   result.picture = [title, factor](const std::string& file) { draw(map_of_magnitudes(title, factor), file); };
   return result;
@@ -209,10 +280,11 @@ constexpr const char* kLuFooter =
 complex. Pivots are the largest elements of their columns, with --weighted relative to
 the Euclidean norms of their rows. --plot draws the magnitudes of what is written.
 
-The numbers of the matrix are taken with all their digits. The factors are computed twice, with
-more and more digits until both agree to D of them. That is an estimate, no proof; quarn det
-has one. Of a matrix of lower rank no digits may be known: pivots that are exactly 0 are
-rounding errors, and what is divided by them.
+The numbers of the matrix are taken with all their digits, and all digits of the factors and the
+determinant that are printed are true; of pivots whose sizes hardly differ either is right.
+With --weighted, and where no proof is found, two computations agree to the digits. Of a matrix
+of lower rank no digits may be known: pivots that are exactly 0 are rounding errors, and what is
+divided by them.
 
 Examples:
   quarn lu examples/west0067.mtx --digits 50 --format json
@@ -226,7 +298,7 @@ void declare_lu(Command& command) {
   command.choice("--part", "WHAT", options->part, kParts,
                  "what to write: factors (default, both in one), l, u, p (row order)");
   command.flag("--weighted", options->weighted, "choose pivots relative to the sizes of rows");
-  add_estimated_digits(command, options->proof);
+  add_true_digits(command, options->proof);
   add_output_options(command, options->output, Forms::matrix);
   add_plot_option(command, options->output);
   set_proven_work(command, options, run_lu);

@@ -165,4 +165,22 @@ void add_errors(Result& result, const std::vector<QuarnFloat>& errors, const std
 /// A note, and a column, where several roots share a disc.
 void add_counts(Result& result, const std::vector<tesk2mp::proven::BoundedRoot>& roots);
 
+/// A matrix as it is printed; how far the exact elements are from that at most goes to the facts, and with --error to
+/// the notes.
+template <class T>
+tesk2mp::Matrix<T> known_matrix(const ProofOptions& options, const tesk2mp::proven::BoundedMatrix<T>& bounded,
+                                Result& result) {
+  QuarnBound largest;
+  for (std::size_t j = 0; j < bounded.columns(); ++j) {
+    for (std::size_t i = 0; i < bounded.rows(); ++i) {
+      largest = std::max(largest, printed_error(bounded(i, j)));
+    }
+  }
+  result.facts.push_back({"largest_error", largest.value().to_string()});
+  if (options.errors) {
+    result.notes.push_back("so far away is the exact value of an element at most: " + brief(largest.value()));
+  }
+  return tesk2mp::proven::known_value(bounded);
+}
+
 }  // namespace cli
