@@ -267,6 +267,36 @@ inline BoundGrid gram_change(const BoundGrid& defect, const BoundGrid& q, const 
   return defect + cross + cross.transposed() + f.transposed() * f;
 }
 
+/// Where elimination without interchanges leaves elements that are 0 whatever the others are: of L below the diagonal,
+/// of U on it and above.
+class Fill {
+ public:
+  template <class T>
+  explicit Fill(const BoundedMatrix<T>& a) : rows_(a.rows()), filled_(a.rows() * a.columns()) {
+    for (std::size_t j = 0; j < a.columns(); ++j) {
+      for (std::size_t i = 0; i < rows_; ++i) {
+        filled_[i + j * rows_] = a.values()(i, j) != T() || !a(i, j).error.is_zero();
+      }
+    }
+    for (std::size_t k = 0; k < std::min(rows_, a.columns()); ++k) {
+      for (std::size_t j = k + 1; j < a.columns(); ++j) {
+        for (std::size_t i = k + 1; i < rows_ && filled_[k + j * rows_]; ++i) {
+          filled_[i + j * rows_] = filled_[i + j * rows_] || filled_[i + k * rows_];
+        }
+      }
+    }
+  }
+  /// The bounds of a factor without those of elements that are certainly 0.
+  BoundGrid without_zeros(const BoundGrid& errors) const {
+    return {errors.rows(), errors.columns(),
+            [&](std::size_t i, std::size_t j) { return filled_[i + j * rows_] ? errors(i, j) : QuarnBound(); }};
+  }
+
+ private:
+  std::size_t rows_;
+  std::vector<bool> filled_;
+};
+
 /// The working digits of factors of order n: bounds by comparison matrices grow with it.
 inline int digits_of_factors(std::size_t n) { return QuarnDigits() + 10 + int(n) / 2; }
 
@@ -344,6 +374,9 @@ LUBounds<detail::ElementOfData<A>> lu(const A& a) {
                             detail::right_change(sizes_u.block(0, inner, inner, beside).transposed(),
                                                  of_rows.block(0, inner, inner, beside).transposed(), x.transposed()))
                 .transposed();
+        const detail::Fill fill(permuted);
+        of_l = fill.without_zeros(*of_l);
+        of_u = fill.without_zeros(*of_u);
       }
     }
   }
@@ -404,7 +437,7 @@ std::optional<BoundedMatrix<T>> cholesky_of(const BoundedMatrix<T>& a) {
     if (rest.is_zero()) {
       errors.emplace(a.rows(), a.rows());
     } else if (const auto change = factor_change(solved(l, solved(l, rest).transposed()).transposed())) {
-      errors = BoundGrid(l) * lower_part(*change, true);
+      errors = Fill(a).without_zeros(BoundGrid(l) * lower_part(*change, true));
     }
   }
   return errors ? std::optional(fitted(l, *errors)) : std::nullopt;

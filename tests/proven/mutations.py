@@ -383,7 +383,9 @@ MUTANTS = [
         ("fits ? x.error : x.error + rounding_of(value);", "x.error;"),
         ("sizes_l.block(0, 0, inner, inner) * x,", "detail::BoundGrid(inner, inner),"),
         ("(y * sizes_u.block(0, 0, inner, inner)).transposed()", "detail::BoundGrid(inner, inner)"),
-        ("errors = BoundGrid(l) * lower_part(*change, true);", "errors = BoundGrid(a.rows(), a.rows());"),
+        ("BoundGrid(l) * lower_part(*change, true)", "BoundGrid(a.rows(), a.rows())"),
+        ("filled_[i + j * rows_] = filled_[i + j * rows_] || filled_[i + k * rows_];", ""),
+        ("filled_[i + j * rows_] = a.values()(i, j) != T() || !a(i, j).error.is_zero();", "filled_[i + j * rows_] = a.values()(i, j) != T();"),
         ("errors = x * detail::BoundGrid(r)", "errors = detail::BoundGrid(inner, inner)"),
     )),
     *((("functions of matrices", MATRIX_FUNCTIONS, *change, [OF_FUNCTIONS], "terms of functions of matrices,functions of matrices*"))

@@ -36,13 +36,19 @@ struct Given {
         values(m - 1, j) = values(0, j) + values(m - 1, j) * T(Real(1, -closeness));
       }
       for (std::size_t i = 0; i < m; ++i) {
+        if (random.once_in(5)) {
+          values(i, j) = T();
+        }
         take(random, i, j);
       }
     }
   }
   /// Positive definite.
   Given(support::Random& random, std::size_t n) : errors(n, n), within(n, n), is_exact(!random.once_in(3)) {
-    const Matrix<T> factor = random_matrix<T>(random, n + 2, n);
+    Matrix<T> factor = random_matrix<T>(random, n + 2, n);
+    for (std::size_t k = 0; k < n * (n + 2); ++k) {
+      factor.data()[k] = random.once_in(2) ? T() : factor.data()[k];
+    }
     values = product(adjoint(factor), factor);
     for (std::size_t j = 0; j < n; ++j) {
       values(j, j) = T(Complex(values(j, j)).re);
@@ -361,6 +367,14 @@ TEST_CASE("factors that fit the digits are exact") {
         proven::qr(Matrix<Real>{{3, 0}, {0, 4}}).q, proven::pseudo_inverse(Matrix<Real>(2, 3))}) {
     CHECK(BoundGrid(each.errors()).is_zero());
   }
+  // Elements that elimination does not fill are exactly 0, others only nearly.
+  const Matrix<Real> arrow = {{3, 0, 1}, {0, 3, 1}, {1, 1, 3}};
+  const auto filled = proven::cholesky(arrow);
+  CHECK((filled(1, 0).error.is_zero() && !filled(2, 0).error.is_zero() && !filled(2, 1).error.is_zero()));
+  const auto turned = proven::lu(Matrix<Real>{{3, 1, 1}, {1, 3, 0}, {1, 0, 3}});
+  CHECK((!turned.l(2, 1).error.is_zero() && !turned.u(1, 2).error.is_zero()));
+  const auto banded = proven::lu(Matrix<Real>{{3, 1, 0}, {1, 3, 1}, {0, 1, 3}});
+  CHECK((banded.l(2, 0).error.is_zero() && banded.u(0, 2).error.is_zero() && !banded.u(2, 2).error.is_zero()));
   // The other triangle is not read.
   CHECK(proven::cholesky(Matrix<Real>{{4, 77}, {2, 5}}).values()(1, 1) == 2);
   CHECK(proven::cholesky(Matrix<Complex>{{4, Complex(0, 2)}, {77, 5}}, tesk2mp::Triangle::upper).values()(0, 1) ==
