@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cli/commands/estimate.h"
+#include "cli/commands/failure.h"
 #include "tesk2mp/proven_sums.hpp"
 #include "tesk2mp/util.hpp"
 
