@@ -345,7 +345,7 @@ MUTANTS = [
         ("hypotenuse(of_part + rounding_of(z.re), of_part + rounding_of(z.im))", "of_part + rounding_of(z.re)"),
         ("error = of_part + rounding_of(z);", "error = rounding_of(z);"),
         ("error = of_part + rounding_of(z);", "error = of_part;"),
-        ("bounded.push_back({std::move(z), error + carried});", "bounded.push_back({std::move(z), error});"),
+        ("are_zeros ? QuarnBound() : error + carried", "are_zeros ? QuarnBound() : error"),
         ("QuarnBound::count(2) * detail::carried_error(z", "detail::carried_error(z"),
         ("QuarnBound::count(2) * detail::carried_error(x", "detail::carried_error(x"),
         ("sum += each.error;", "sum = std::max(sum, each.error);"),
@@ -363,7 +363,7 @@ MUTANTS = [
         ("std::max(reach_of(exact(middle) - exact(bracket.low)), reach_of(exact(bracket.high) - exact(middle)))", "reach_of(exact(bracket.high) - exact(middle))"),
     )),
     ("zeros of functions", ZERO, "is_continuous ? error : QuarnBound::infinity()", "error", [FUNCTIONS], "zeros of functions*"),
-    *((("factors", FACTORISATIONS, *change, [OF_FACTORS], "*terms of factors*,factors are within*")) for change in (
+    *((("factors", FACTORISATIONS, *change, [OF_FACTORS], "*terms of factors*,factors are within*,factors that fit*")) for change in (
         ("return g(i, j) + square;", "return g(i, j);"),
         ("return g(i, j) + square;", "return square;"),
         ("return i > j || (with_diagonal && i == j) ? g(i, j) : QuarnBound();", "return i > j ? g(i, j) : QuarnBound();"),

@@ -375,6 +375,8 @@ TEST_CASE("factors that fit the digits are exact") {
   CHECK((!turned.l(2, 1).error.is_zero() && !turned.u(1, 2).error.is_zero()));
   const auto banded = proven::lu(Matrix<Real>{{3, 1, 0}, {1, 3, 1}, {0, 1, 3}});
   CHECK((banded.l(2, 0).error.is_zero() && banded.u(0, 2).error.is_zero() && !banded.u(2, 2).error.is_zero()));
+  const auto perhaps = proven::lu(BoundedMatrix<Real>({{1, 0}, {0, 1}}, {{0, Real("1e-3")}, {0, 0}}));
+  CHECK((perhaps.u(0, 1).error >= QuarnBound(Real("1e-3")) && perhaps.l(1, 0).error.is_zero()));
   // The other triangle is not read.
   CHECK(proven::cholesky(Matrix<Real>{{4, 77}, {2, 5}}).values()(1, 1) == 2);
   CHECK(proven::cholesky(Matrix<Complex>{{4, Complex(0, 2)}, {77, 5}}, tesk2mp::Triangle::upper).values()(0, 1) ==
