@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "cli/commands/command.h"
+#include "cli/commands/failure.h"
 #include "cli/io/result.h"
 #include "tesk2mp/proven.hpp"
 
@@ -96,6 +97,16 @@ std::string computed_once();
 /// Runs attempt(), which proves its result. Where there is no proof and none was insisted on: false, and why.
 bool try_proof(const ProofOptions& options, std::string& why_not, const std::function<void()>& attempt,
                const std::string& what_follows = computed_once());
+
+/// compute(), which follows where nothing could be proven: a failure says that first.
+template <class Compute>
+auto after_no_proof(const std::string& why_not, const Compute& compute) {
+  try {
+    return compute();
+  } catch (const tesk2mp::NumericalFailure& failure) {
+    throw Failure(ExitStatus::library, "quarn: " + (why_not.empty() ? "" : why_not + ": ") + failure.what() + "\n");
+  }
+}
 
 /// What a computation without a proof is worth, by a reciprocal condition number.
 std::string estimate_note(const QuarnFloat& reciprocal_condition, const std::string& method);
