@@ -1,6 +1,7 @@
 // Two threads beside one: two workloads that have nothing to do with each other, at once and one after the other, in
-// pairs. The best of each counts, since whatever else runs makes both slower. Wall time needs two idle processors; the
-// processor time of the longer thread is what wall time would then be.
+// pairs, and products of a sparse matrix that share their rows. The best of each counts, since whatever else runs makes
+// both slower. Wall time needs two idle processors; the processor time of the longer thread is what wall time would
+// then be.
 //
 // bench_two_threads [PAIRS]
 #include <time.h>
@@ -9,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <thread>
+#include <vector>
 
 #include "tesk2mp/tesk2mp.hpp"
 
@@ -58,6 +60,42 @@ struct Least {
   double processor = 1e9;
 };
 
+/// Products with the five-point Laplacian of side x side points at 50 digits, in one thread and in two.
+void sparse_products(std::size_t side, int pairs) {
+  const tesk2mp::Digits scope(50);
+  tesk2mp::SparseMatrix<QuarnFloat> a(side * side);
+  for (std::size_t i = 0; i < side * side; ++i) {
+    a.add(i, i, sqrt(QuarnFloat(16 + i)));
+    for (const std::size_t step : {std::size_t(1), side}) {
+      if (i >= step && (step > 1 || i % side != 0)) {
+        a.add(i, i - step, -sqrt(QuarnFloat(i)));
+        a.add(i - step, i, -sqrt(QuarnFloat(i)));
+      }
+    }
+  }
+  a.canonicalise(tesk2mp::Duplicates::fail, tesk2mp::Zeros::keep);
+  std::vector<QuarnFloat> x(side * side);
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    x[i] = 1 / QuarnFloat(i + 3);
+  }
+  std::vector<QuarnFloat> y(x.size());
+  const std::size_t products = 1 + 400'000 / (side * side);
+  double least[2] = {1e9, 1e9};
+  for (int i = 0; i < 2 * pairs; ++i) {
+    const int threads = 1 + i % 2;
+    tesk2mp::set_threads(threads);
+    double& time = least[threads - 1];
+    time = std::min(time, seconds(CLOCK_MONOTONIC, [&] {
+                      for (std::size_t k = 0; k < products; ++k) {
+                        a.multiply(x, std::span<QuarnFloat>(y));
+                      }
+                    }));
+  }
+  tesk2mp::set_threads(1);
+  std::printf("sparse product, %zu x %zu points: wall time of one thread %.2f ms, of two %.2f ms: %.2f\n", side, side,
+              1e3 * least[0] / double(products), 1e3 * least[1] / double(products), least[1] / least[0]);
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -93,4 +131,6 @@ int main(int count, char** arguments) {
               together.wall / alone.wall);
   std::printf("processor time: %.3f + %.3f s, the longer thread at once %.3f s: %.2f\n", shares[0], shares[1],
               together.processor, together.processor / alone.processor);
+  sparse_products(100, pairs);
+  sparse_products(316, pairs);
 }
