@@ -44,6 +44,7 @@ __all__ = [
     "log10",
     "log1p",
     "log2",
+    "logb",
     "pow",
     "remainder",
     "rint",
@@ -109,6 +110,7 @@ exp2 = _of_one("exp2")
 exp10 = _of_one("exp10")
 log1p = _of_one("log1p")
 log2 = _of_one("log2")
+logb = _of_one("logb")
 cbrt = _of_one("cbrt")
 asinh = _of_one("asinh")
 acosh = _of_one("acosh")
