@@ -18,15 +18,6 @@ py::object roots(const std::vector<proven::BoundedRoot>& found) {
   return result;
 }
 
-/// Calls work(matrix): exact, or with bounds of its elements.
-template <class T, class Work>
-auto with_data(const Array& a, py::handle errors, const Work& work) {
-  if (errors.is_none()) {
-    return work(a.matrix<T>());
-  }
-  return work(bounded_matrix(a.matrix<T>(), errors));
-}
-
 /// Calls work(a, b).
 template <class Work>
 py::object exact_pair(py::handle a, py::handle b, const Work& work) {
@@ -58,22 +49,13 @@ Matrix<T> finite_matrix(const Array& a, bool lower_triangle) {
   return matrix;
 }
 
-template <class Work>
-py::object spectrum(py::handle a, py::handle errors, const Work& work) {
-  const Array given = exact(a);
-  return with_scalar(
-      [&]<class T>(T) -> py::object {
-        return with_data<T>(given, errors, [&](const auto& matrix) -> py::object { return work(matrix); });
-      },
-      given);
-}
-
 }  // namespace
 
 Array exact(py::handle numbers) { return Array(numbers, Array::Takes::all_digits); }
 
 void add_proven(py::module_& module) {
   add_bounded(module);
+  add_proven_factors(module);
   module.def("_proven_number", [](py::handle x) { return to_decimal(to_proven(x)); });
   py::class_<proven::detail::DigitSearch>(module, "_DigitSearch")
       .def(py::init<int, int, int, int>())
@@ -106,7 +88,7 @@ void add_proven(py::module_& module) {
     return solved(std::get<tesk2mp::SparseMatrix<Complex>>(a));
   });
   module.def("_proven_determinant", [](py::handle a, py::handle errors) {
-    return spectrum(a, errors, [](const auto& matrix) -> py::object {
+    return with_matrix(a, errors, [](const auto& matrix) -> py::object {
       const auto result = outside([&] { return proven::determinant(matrix); });
       return py::make_tuple(from(result.value), from(result.error.value()));
     });
@@ -122,18 +104,18 @@ void add_proven(py::module_& module) {
         given);
   });
   module.def("_proven_symmetric", [](py::handle a, py::handle errors) {
-    return spectrum(a, errors, [](const auto& matrix) -> py::object {
+    return with_matrix(a, errors, [](const auto& matrix) -> py::object {
       const auto system = outside([&] { return proven::symmetric_eigen(matrix); });
       return py::make_tuple(both(system.values), both(system.vectors));
     });
   });
   module.def("_proven_singular", [](py::handle a, py::handle errors) {
-    return spectrum(a, errors,
-                    [](const auto& matrix) { return both(outside([&] { return proven::singular_values(matrix); })); });
+    return with_matrix(
+        a, errors, [](const auto& matrix) { return both(outside([&] { return proven::singular_values(matrix); })); });
   });
   module.def("_proven_eigenvalues", [](py::handle a, py::handle errors) {
-    return spectrum(a, errors,
-                    [](const auto& matrix) { return roots(outside([&] { return proven::eigenvalues(matrix); })); });
+    return with_matrix(a, errors,
+                       [](const auto& matrix) { return roots(outside([&] { return proven::eigenvalues(matrix); })); });
   });
   module.def("_proven_pencil", [](py::handle a, py::handle a_errors, py::handle b, py::handle b_errors) {
     return pencil(a, a_errors, b, b_errors, [](const auto& first, const auto& second) -> py::object {
@@ -157,7 +139,7 @@ void add_proven(py::module_& module) {
     });
   });
   module.def("_proven_eigen", [](py::handle a, py::handle errors, bool left) {
-    return spectrum(a, errors, [&](const auto& matrix) -> py::object {
+    return with_matrix(a, errors, [&](const auto& matrix) -> py::object {
       const auto system = outside([&] { return proven::eigen(matrix); });
       const py::object vectors = both(system.vectors);
       if (!left) {

@@ -47,7 +47,29 @@ tesk2mp::proven::BoundedMatrix<T> bounded_matrix(Matrix<T> matrix, py::handle er
   return {std::move(matrix), std::move(bounds)};
 }
 
+/// Calls work(matrix): exact, or with bounds of its elements.
+template <class T, class Work>
+auto with_data(const Array& a, py::handle errors, const Work& work) {
+  if (errors.is_none()) {
+    return work(a.matrix<T>());
+  }
+  return work(bounded_matrix(a.matrix<T>(), errors));
+}
+
+/// The same for the numbers that the matrix has.
+template <class Work>
+py::object with_matrix(py::handle a, py::handle errors, const Work& work) {
+  const Array given = exact(a);
+  return with_scalar(
+      [&]<class T>(T) -> py::object {
+        return with_data<T>(given, errors, [&](const auto& matrix) -> py::object { return work(matrix); });
+      },
+      given);
+}
+
 /// Adds what works on single bounded numbers, vectors and products of matrices.
 void add_bounded(py::module_& module);
+/// Adds factors and functions of matrices.
+void add_proven_factors(py::module_& module);
 
 }  // namespace python

@@ -40,8 +40,8 @@ class true_digits(_Scope):  # pylint: disable=invalid-name
     In a block of statements, or a function, results have so many significant digits that are proven to be true, within 0.51
     units of the last: the working digits of each call grow until its error bounds are small enough, up to `most`; then there
     is a NumericalFailure. They are rounded to `count` digits; a number of which not even the sign is known, so far below the
-    largest one of the result, is 0. This is for solve, inverse, determinant, least_squares and minimum_norm of full column
-    rank, matrix_rank, eigenvalues and symmetric_eigenvalues, of pencils too, eigen, symmetric_eigen, singular_values,
+    largest one of the result, is 0. This is for solve, inverse, determinant, least_squares of full column
+    rank, minimum_norm, pseudo_inverse, null_space, matrix_rank, cholesky, qr, svd, expm, sqrtm, logm, fractional_matrix_power, eigenvalues and symmetric_eigenvalues, of pencils too, eigen, symmetric_eigen, singular_values,
     polynomial_zeros, multiply, dot, norm, fft, rfft, dct, dst, fftn and rfftn with their inverses, sparse.linalg.spsolve, and for what the modules call of these (linalg.solve, inv, det, lstsq, eig, eigvals, eigh, eigvalsh,
     svdvals, matrix_rank). Eigenvectors have norm 1 and are known up to a factor of modulus 1, those of multiple eigenvalues not
     at all: a NumericalFailure. Functions of numbers and convolve are correctly rounded anyway, and take decimal numbers
@@ -142,10 +142,54 @@ def _dot(x: Any, y: Any, conjugate: bool = False) -> Any:
     return proven.dot([_conjugate(each) for each in evaluated(x)] if conjugate else x, y)
 
 
-def _minimum_norm(a: Any, b: Any, tolerance: Any = None) -> Any:
+def _check_tolerance(tolerance: Any) -> None:
     if tolerance is not None:
         raise refusal(InvalidArgument, "in a block of true_digits() a rank is exact: it takes no tolerance")
-    return proven.least_squares(a, b)
+
+
+def _minimum_norm(a: Any, b: Any, tolerance: Any = None) -> Any:
+    _check_tolerance(tolerance)
+    return proven.minimum_norm(a, b)
+
+
+def _pseudo_inverse(a: Any, tolerance: Any = None) -> Any:
+    _check_tolerance(tolerance)
+    return proven.pinv(a)
+
+
+def _null_space(a: Any, tolerance: Any = None) -> Any:
+    _check_tolerance(tolerance)
+    return proven.null_space(a)
+
+
+def _qr(a: Any, pivoting: bool = False) -> Any:
+    if pivoting:
+        raise refusal(InvalidArgument, "in a block of true_digits() qr() has no pivoting")
+    return _known_in_time(proven.qr(a))
+
+
+def _svd(a: Any) -> Any:
+    u, s, v = proven.svd(a)
+    for vectors in (u, v):
+        if vectors:
+            _check_apart(vectors)
+    return u, s, v
+
+
+def _known_in_time(result: Any) -> Any:
+    """Ends the search for what does not exist."""
+    parts = [error for _, error in proven._parts(result)]
+    if parts and not any(error.is_finite() for error in parts) and _core.get_digits() > 500 + 10 * _wanted_digits.get():
+        raise refusal(NumericalFailure, f"{_core.get_digits()} digits do not show that there is such a result")
+    return result
+
+
+def _in_time(proof: Callable[..., Any]) -> Callable[..., Any]:
+    def call(*arguments: Any) -> Any:
+        return _known_in_time(proof(*arguments))
+
+    setattr(call, "__signature__", inspect.signature(proof))
+    return call
 
 
 def _check_apart(vectors: Any) -> None:
@@ -216,6 +260,15 @@ _PROOFS: dict[str, Callable[..., Any]] = {
     "multiply": _multiply,
     "dot": _dot,
     "norm": proven.norm,
+    "cholesky": proven.cholesky,
+    "qr": _qr,
+    "svd": _svd,
+    "pseudo_inverse": _pseudo_inverse,
+    "null_space": _null_space,
+    "expm": proven.expm,
+    "sqrtm": _in_time(proven.sqrtm),
+    "logm": _in_time(proven.logm),
+    "fractional_matrix_power": _in_time(proven.fractional_matrix_power),
     **_bounded_transforms.PROOFS,
 }
 
@@ -228,8 +281,7 @@ def no_proof(name: str) -> Error:
 
 
 def _matrix_rank(a: Any, tolerance: Any = None) -> int:
-    if tolerance is not None:
-        raise refusal(InvalidArgument, "in a block of true_digits() a rank is exact: it takes no tolerance")
+    _check_tolerance(tolerance)
     found = proven.rank(a)
     if found is None:
         raise refusal(NumericalFailure, "the exact rank would take too long")
@@ -357,7 +409,7 @@ def call(core: Callable[..., Any], arguments: Any, named: dict[str, Any]) -> Any
         result = _with_bounds(found, count) if name == "polynomial_zeros" else _plain(found, count)
     if hasattr(model, "__array__") and name != "polynomial_zeros":
         result = as_array(result)
-    return (result, len(result)) if name == "minimum_norm" else result
+    return (result, _matrix_rank(given[0])) if name == "minimum_norm" else result
 
 
 def as_array(result: Any) -> Any:

@@ -50,23 +50,35 @@ __all__ = [
     "Root",
     "Undecided",
     "bounded",
+    "cholesky",
+    "condition",
     "determinant",
     "dot",
     "eigen",
     "eigenvalues",
+    "expm",
     "finite_eigenvalues",
+    "fractional_matrix_power",
     "function",
     "infinite_eigenvalues",
     "inverse",
     "is_positive_definite",
     "least_squares",
+    "logm",
+    "lu",
+    "minimum_norm",
     "multiply",
     "norm",
+    "null_space",
+    "pinv",
+    "qr",
     "rank",
     "rounded",
     "singular_values",
     "solve",
+    "sqrtm",
     "sum",
+    "svd",
     "symmetric_eigen",
     "symmetric_eigenvalues",
     "to_digits",
@@ -345,6 +357,137 @@ def rank(a: Any) -> int | None:
     """
     found = _core._proven_rank(_rows(*exact_data("rank", a)))
     return None if found is None else int(found)
+
+
+def lu(a: Any) -> tuple[list[int], list[list[Bounded]], list[list[Bounded]]]:
+    """(rows, l, u): row i of l u is row rows[i] of the matrix, l with ones on its diagonal. Rows are interchanged as LU does, and
+    where the sizes of two candidates for a pivot are equal to all digits either one is right.
+
+    >>> rows, l, u = lu([[1, 2], [4, 7]])
+    >>> rows, l[1][0].text(), u[1][1].text()
+    ([1, 0], '0.25', '0.25')
+    """
+    rows, *factors = _core._proven_lu(*_given(a))
+    lower, upper = map(_matrix, factors)
+    return list(rows), lower, upper
+
+
+def cholesky(a: Any, triangle: str = "lower") -> list[list[Bounded]]:
+    """The factor L of a = L L^H, or with 'upper' U of a = U^H U, of the symmetric or Hermitian matrix of which that triangle is
+    read; that it is definite is part of the proof. NumericalFailure where it is proven not to be.
+
+    >>> cholesky([[4, 2], [2, 3]])[1][1].text(10)
+    '1.414213562'
+    """
+    return _matrix(_core._proven_cholesky(*_given(a), triangle))
+
+
+def qr(a: Any) -> tuple[list[list[Bounded]], list[list[Bounded]]]:
+    """(q, r) of an m by n matrix, with min(m, n) orthonormal columns of q; its first min(m, n) columns have to be independent.
+
+    >>> [abs(row[0]).text(3) for row in qr([[3], [4]])[0]]
+    ['0.6', '0.8']
+    """
+    q, r = _core._proven_qr(*_given(a))
+    return _matrix(q), _matrix(r)
+
+
+def svd(a: Any) -> tuple[list[list[Bounded]], list[Bounded], list[list[Bounded]]]:
+    """(u, s, v) with a = u diag(s) v^H, s descending, min(m, n) columns each, pairs of columns up to a common factor of modulus
+    1. Vectors whose values are not apart from the others and 0 have infinite bounds.
+
+    >>> u, s, v = svd([[0, 2], [1, 0]])
+    >>> [value.text(5) for value in s], abs(v[1][0]).text(5)
+    (['2', '1'], '1')
+    """
+    u, s, v = _core._proven_svd(*_given(a))
+    return _matrix(u), _vector(s), _matrix(v)
+
+
+def pinv(a: Any) -> list[list[Bounded]]:
+    """The Moore-Penrose inverse, of an exact matrix of any rank, which is proven first.
+
+    >>> pinv([[3], [4]])[0][1].text(5)
+    '0.16'
+    """
+    return _matrix(_core._proven_pinv(*_given(a)))
+
+
+def minimum_norm(a: Any, b: Any) -> Any:
+    """The x that minimises the norm of a x - b, of several such x that of least norm, for a vector b or each column of a matrix.
+    The numbers are taken as exact.
+
+    >>> minimum_norm([[1, 1]], [1])[0].text(5)
+    '0.5'
+    """
+    a, b = exact_data("minimum_norm", a, b)
+    (columns, _), is_vector = _given_columns(b)
+    x = _matrix(_core._proven_minimum_norm(_rows(a), columns))
+    return [row[0] for row in x] if is_vector else x
+
+
+def null_space(a: Any) -> list[list[Bounded]]:
+    """Orthonormal columns that span the x with a x = 0, the elements of a being taken as exact.
+
+    >>> [abs(row[0]).text(5) for row in null_space([[1, 1]])]
+    ['0.70711', '0.70711']
+    """
+    return _matrix(_core._proven_null_space(_rows(*exact_data("null_space", a))))
+
+
+def condition(a: Any, kind: str = "one") -> Bounded:
+    """norm(a) norm(inverse(a)), in a norm as norm() has it.
+
+    >>> condition([[1, 2], [3, 4]]).text(5)
+    '21'
+    """
+    product: Bounded = norm(a, kind) * norm(inverse(a), kind)
+    return product
+
+
+def expm(a: Any) -> list[list[Bounded]]:
+    """The exponential of a square matrix.
+
+    >>> expm([[0, 1], [0, 0]])[0][1].text(5)
+    '1'
+    """
+    return _matrix(_core._proven_expm(*_given(a)))
+
+
+def sqrtm(a: Any) -> list[list[Bounded]]:
+    """The principal square root, of a real matrix a real one; infinite bounds where an eigenvalue is 0 or negative.
+
+    >>> sqrtm([[4, 1], [0, 9]])[0][1].text(5)
+    '0.2'
+    """
+    return _matrix(_core._proven_sqrtm(*_given(a)))
+
+
+def logm(a: Any) -> list[list[Bounded]]:
+    """The principal logarithm; infinite bounds where an eigenvalue is 0 or negative.
+
+    >>> logm([[1, 3], [0, 1]])[0][1].text(5)
+    '3'
+    """
+    return _matrix(_core._proven_logm(*_given(a)))
+
+
+def fractional_matrix_power(a: Any, p: Any) -> list[list[Bounded]]:
+    """a^p: products for an int, of the inverse for a negative one, otherwise exp(p log(a)) for a real number p.
+
+    >>> fractional_matrix_power([[1, 1], [1, 0]], 10)[0][0].text(), fractional_matrix_power([[4, 1], [0, 9]], "0.5")[0][1].text(5)
+    ('89', '0.2')
+    """
+    if not isinstance(p, int):
+        exponent = bounded(p)
+        return _matrix(_core._proven_power(*_given(a), exponent.value, exponent.error))
+    square = inverse(a) if p < 0 else [[bounded(each) for each in row] for row in _rows(evaluated(a))]
+    result: list[list[Bounded]] | None = None
+    for digit in reversed(bin(abs(p))[2:]):
+        if digit == "1":
+            result = square if result is None else multiply(result, square)
+        square = multiply(square, square)
+    return result or [[bounded(int(i == j)) for j in range(len(square))] for i in range(len(square))]
 
 
 def zeros(a: Any) -> list[Root]:

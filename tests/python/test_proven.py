@@ -465,6 +465,55 @@ class Proven(unittest.TestCase):
             self.assertIsInstance(real.value, tesk2mp.Real)
             self.assertTrue(real * 3 < 2 and real.text(3) == "0.333" and f"{-real:.3f}" == "-0.333")
 
+    def test_factors_and_functions_of_matrices(self):
+        """Products of factors and roots hold the matrix that they are of, which may be complex, with bounds, or of low rank."""
+        conjugate = lambda x: [[each.conjugate() for each in column] for column in zip(*x)]
+        for digits in (2, 30):
+            for complex_numbers in (False, True):
+                part = lambda: RANDOM.randint(-9, 9)
+                n = RANDOM.randint(1, 4)
+                a = [[tesk2mp.Complex(part(), part()) if complex_numbers else part() for _ in range(n)] for _ in range(n + 1)]
+                gram = [[sum((x.conjugate() * y for x, y in zip(p, q)), start=20 * (i == j)) for j, q in enumerate(zip(*a))] for i, p in enumerate(zip(*a))]
+                third = [[Fraction(1, 3) if i == j else 0 for j in range(n)] for i in range(n)]
+                with tesk2mp.digits(digits):
+                    rows, lower, upper = proven.lu(a)
+                    q, r = proven.qr(a)
+                    factor = proven.cholesky(gram)
+                    root = proven.sqrtm(gram)
+                    same = proven.expm(proven.logm(gram))
+                    inverse = proven.pinv(a)
+                    u, s, v = proven.svd(a)
+                    scaled = [[x * y for x, y in zip(row, s)] for row in u]
+                    power = proven.fractional_matrix_power(third, 3)
+                    for found, given in (
+                        (proven.multiply(lower, upper), [a[i] for i in rows]),
+                        (proven.multiply(q, r), a),
+                        (proven.multiply(factor, conjugate(factor)), gram),
+                        (proven.multiply(root, root), gram),
+                        (same, gram),
+                        (proven.multiply(a, proven.multiply(inverse, a)), a),
+                        (proven.multiply(scaled, conjugate(v)), a),
+                        (power, [[Fraction(x) ** 3 for x in row] for row in third]),
+                    ):
+                        for row, exact in zip(found, given, strict=True):
+                            for x, y in zip(row, exact, strict=True):
+                                self.assertLessEqual(abs(x - y).value, (x - y).error + abs(x - y).error)
+                                self.assertTrue(digits == 2 or found is not power or x.error < Decimal("1e-20"))
+        low = [[1, 2], [2, 4], [3, 6]]
+        for k in (3, 40):
+            with tesk2mp.true_digits(k):
+                self.assertEqual(tesk2mp.linalg.pinv(low)[0], [Decimal(i) / 70 for i in (1, 2, 3)])
+                x, rank = tesk2mp.linalg.lstsq(low, [1, 2, 3])
+                self.assertEqual(([str(each) for each in x], rank), (["0.2", "0.4"], 1))
+                self.assertEqual(tesk2mp.linalg.matrix_power([[1, 1], [1, 0]], 10)[0][0], 89)
+                self.assertEqual(tesk2mp.linalg.cholesky([[2]])[0][0], tesk2mp.sqrt(2))
+                self.assertEqual(tesk2mp.linalg.expm([[1]])[0][0], tesk2mp.exp(1))
+                self.assertEqual(abs(tesk2mp.linalg.null_space([[3, 4]])[1][0]), Decimal("0.6"))
+                self.assertRaises(tesk2mp.NumericalFailure, tesk2mp.linalg.sqrtm, [[-1]])
+                self.assertRaises(tesk2mp.NumericalFailure, tesk2mp.linalg.cholesky, [[-1]])
+                self.assertRaises(tesk2mp.NumericalFailure, tesk2mp.linalg.svd, [[1, 0], [0, 1]])
+                self.assertRaises(tesk2mp.InvalidArgument, tesk2mp.linalg.qr, [[1]], True)
+
     def test_infinite_eigenvalues(self):
         third = Fraction(1, 3)
         a, b = [[third, 2], [3, third]], [[third, third], [third, third]]
