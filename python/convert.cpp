@@ -102,7 +102,7 @@ Real with_all_digits(std::string_view text, const Read& read) {
                           std::to_string(kMostDigits) + " at most");
   }
   const tesk2mp::Digits digits(std::max(int(length), QuarnDigits()));
-  const Real number = read();
+  Real number = read();
   if (length > 0 && (isinf(number) || number == 0)) {
     throw py::value_error("a number beyond the range: " + std::string(text.substr(0, 40)));
   }

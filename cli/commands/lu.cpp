@@ -86,7 +86,7 @@ std::int64_t exponent_of_columns(const tesk2mp::Matrix<T>& a) {
   for (std::size_t j = 0; j < a.columns(); ++j) {
     QuarnFloat largest;
     for (std::size_t i = 0; i < a.rows(); ++i) {
-      const Complex z = a(i, j);
+      const Complex& z = a(i, j);
       largest = std::max({largest, fabs(z.re), fabs(z.im)});
     }
     exponent += largest > 0 && isfinite(largest) ? decimal_exponent(largest) : 0;

@@ -241,9 +241,9 @@ Matrix<T> leading(const Matrix<T>& a, std::size_t order) {
 
 /// Bounds of |Z - X| where Z (I + Y) = X + F, bounds of |F| and |Y| given, ||Y|| < 1: Z - X = F - X Y - (Z - X) Y, row
 /// by row.
-inline BoundGrid right_change(const BoundGrid& x, BoundGrid f, const BoundGrid& y) {
+inline BoundGrid right_change(const BoundGrid& x, const BoundGrid& f, const BoundGrid& y) {
   const QuarnBound norm = y.norm();
-  BoundGrid change = std::move(f) + x * y;
+  BoundGrid change = f + x * y;
   for (std::size_t i = 0; i < change.rows(); ++i) {
     QuarnBound row;
     for (std::size_t j = 0; j < change.columns(); ++j) {

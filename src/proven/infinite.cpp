@@ -106,6 +106,7 @@ class PencilModulo {
       part->resize(rank);
       for (std::vector<std::uint64_t>& row : *part) {
         std::vector<std::uint64_t> kept;
+        kept.reserve(left.size());
         for (const std::size_t j : left) {
           kept.push_back(row[j]);
         }

@@ -148,7 +148,7 @@ class IntegerRows {
       Row row;
       QuarnBound squares;
       for (Integer j = 1; j <= n; ++j) {
-        const Complex z(at(i, j));
+        const Complex& z = at(i, j);
         row.elements.push_back({Decimal(z.re), Decimal(z.im)});
         const QuarnBound size(z);
         squares += size * size;
