@@ -4,6 +4,7 @@
 #include <numeric>
 #include <optional>
 
+#include "cli/io/result.h"
 #include "cli/repl/fault.h"
 #include "cli/repl/functions.h"
 #include "cli/system/progress.h"
@@ -185,9 +186,15 @@ Knowns lu(Evaluation& evaluation, const Arguments& arguments) {
       }));
 }
 
+// Only where it is not proven that the matrix is not positive definite.
 Values estimated_chol(State& /*state*/, const Arguments& arguments) {
-  return with_real_or_complex(arguments.square(0), 0.5,
-                              [](const auto& a) { return Values{as_array(tesk2mp::Cholesky(a).factor())}; });
+  try {
+    return with_real_or_complex(arguments.square(0), 0.5,
+                                [](const auto& a) { return Values{as_array(tesk2mp::Cholesky(a).factor())}; });
+  } catch (const tesk2mp::NumericalFailure&) {
+    throw tesk2mp::NumericalFailure("CHOL", 1, 0, "whether A is positive definite is not known with " + digits_text(),
+                                    {});
+  }
 }
 
 // Numbers that are not known exactly may be mirror images of each other as far as their bounds say.

@@ -79,6 +79,25 @@ std::int64_t common_digits(const Known& a, const Known& b) {
   return digits;
 }
 
+// Parts of the second computation's elements that are not larger than their distance from the first one's are 0 as far
+// as is known.
+Array without_noise(Array second, const Known& first) {
+  const auto* before = std::get_if<Array>(&first.value);
+  if (before == nullptr || before->rows() != second.rows() || before->columns() != second.columns()) {
+    return second;
+  }
+  for (std::size_t k = 0; k < size(second); ++k) {
+    Complex& z = second.data()[k];
+    const Complex& other = before->data()[k];
+    for (const auto& [part, of_first] : {std::pair(&z.re, &other.re), std::pair(&z.im, &other.im)}) {
+      if (*part != *of_first && fabs(*part) <= fabs(*part - *of_first)) {
+        *part = 0;
+      }
+    }
+  }
+  return second;
+}
+
 }  // namespace
 
 std::string Interpreter::run(const Statement& statement) {
@@ -203,7 +222,9 @@ std::string Interpreter::shown_estimate(const NamedValues& values) {
     fewest = std::min(fewest, digits);
     const tesk2mp::Digits scope(int(std::max<std::int64_t>(digits, 1)));
     const Known& value = variable.value();
-    text += shown(name, std::holds_alternative<Array>(value.value) ? Known(rounded_values(value)) : value, digits);
+    text += shown(
+        name, std::holds_alternative<Array>(value.value) ? Known(without_noise(rounded_values(value), first)) : value,
+        digits);
   }
   return text + (is_compared
                      ? "# about " + digit_count(fewest) +

@@ -101,14 +101,15 @@ class NearSingularValue {
   explicit NearSingularValue(const SparseRectangle<T>& a)
       : rows_(a.rows()), is_square_(a.rows() == a.columns()), near_(doubled(a)) {}
 
-  /// Infinity too where a value below its bound may stand for one of those zeros.
+  /// Infinity too where a value is negative, or below its bound may stand for one of those zeros.
   QuarnBound distance(const Real& value, std::span<const T> u, std::span<const T> v) {
     tesk2mp::detail::require(u.size() == rows_, "NEAR_SINGULAR_VALUE", 3, "a left vector of ", u.size(),
                              " elements for ", rows_, " rows");
     std::vector<T> both(u.begin(), u.end());
     both.insert(both.end(), v.begin(), v.end());
     const QuarnBound found = near_.distance(value, both);
-    return is_square_ || (found.is_finite() && found.value() < value) ? found : QuarnBound::infinity();
+    const bool is_apart = is_square_ ? !(value < 0) : found.is_finite() && found.value() < value;
+    return is_apart ? found : QuarnBound::infinity();
   }
 
  private:

@@ -270,6 +270,9 @@ class Expressions(unittest.TestCase):
         self.assertIn("# about 20 digits are true (estimate by a second computation: logm has no proof)",
                       run_well("calc", "logm([1 2; 3 4])"))
         self.assertIn("computation: fft has no proof)", run_well("calc", "fft([1 2 3])", "--digits", "1200"))
+        # Rounding errors of a zero are no digits, and a failure of the estimate proves nothing.
+        self.assertRegex(run_well("calc", "qr([1 2;2 4])"), r"\n +0\.0+ +0\.0+\n# about 20 digits")
+        self.assertIn("definite is not known with", run("calc", "chol([1/3 1;1 3+1e-3000])").stderr)
         self.assertIn("# about 0 digits are true (estimate by error bounds)",
                       run_well("calc", "det(hilbert(20))", "--working-digits", "20"))
         self.assertEqual(run_well("calc", "1/(1/3*3 - 1)"), "?\n# 0 of 20 digits are proven with 1800 working digits\n")

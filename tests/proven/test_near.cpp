@@ -150,4 +150,8 @@ TEST_CASE("terms of distances from eigenvalues") {
   NearSingularValue<Real> tall(c);
   CHECK_FALSE(tall.distance(0, std::vector<Real>{0, 1}, std::vector<Real>{0}).is_finite());
   CHECK(tall.distance(1, std::vector<Real>{1, 0}, std::vector<Real>{1}).is_finite());
+  // -3 is an eigenvalue of the doubled matrix, and no singular value.
+  SparseRectangle<Real> d(1, 1);
+  d.add(0, 0, 3);
+  CHECK_FALSE(NearSingularValue<Real>(d).distance(-3, std::vector<Real>{-1}, std::vector<Real>{1}).is_finite());
 }
