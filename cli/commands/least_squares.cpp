@@ -44,6 +44,20 @@ const char* routine_for(const DenseMatrix& matrix) {
   return matrix.complex() ? "QuarnMPX_zgelsy_" : "QuarnMPX_dgelsy_";
 }
 
+/// A result of another rank than the proven one has no digit in common with the true one.
+template <class T>
+void require_proven_rank(const RankOptions& options, const tesk2mp::Matrix<T>& a, Integer rank,
+                         const std::string& why_not) {
+  if (!options.tolerance.empty() || !options.proof.wanted()) {
+    return;
+  }
+  const std::optional<std::size_t> proven = tesk2mp::proven::rank(a);
+  if (proven && Integer(*proven) != rank) {
+    throw Failure(ExitStatus::library, "quarn: " + why_not + "; the rank is " + std::to_string(*proven) +
+                                           ", proven, and " + std::to_string(rank) + " by the usual tolerance\n");
+  }
+}
+
 /// Title, digits and what they are worth, rank.
 template <class T>
 Result started(const RankOptions& options, const std::string& title, const DenseMatrix& matrix,
@@ -133,6 +147,7 @@ void solve(const RankOptions& options, const DenseMatrix& matrix, const DenseMat
       const auto solution = tesk2mp::minimum_norm(a, b, tolerance);
       return std::optional(Computed<T>{elements(solution.x), {}, {Integer(solution.rank)}});
     });
+    require_proven_rank(options, a, estimate.choice->front(), why_not);
     x = matrix_of(estimated_values(options.proof, estimate.numbers), a.columns());
     result = started(options, title, matrix, estimate);
     if (options.proof.wanted()) {
@@ -198,6 +213,7 @@ void deliver_matrix(const RankOptions& options, const std::string& what, const D
       const auto [found, decided] = find(tolerance);
       return std::optional(Computed<T>{elements(found), {}, {Integer(decided)}});
     });
+    require_proven_rank(options, a, estimate.choice->front(), why_not);
     result = started(options, title, given, estimate);
     if (options.proof.wanted()) {
       result.notes.push_back(why_not);
