@@ -9,6 +9,7 @@
 #include "cli/commands/options.h"
 #include "cli/commands/proven.h"
 #include "cli/commands/ranking.h"
+#include "cli/io/matrix_output.h"
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
 #include "tesk2mp/generalised.hpp"
@@ -227,12 +228,7 @@ void run_on(const EigOptions& options, const DenseMatrix& given, const tesk2mp::
       conditions.push_back(found.conditions[j]);
     }
   }
-  const std::vector<QuarnFloat> re = real_parts(values);
-  const std::vector<QuarnFloat> im = imaginary_parts(values);
-  const QuarnFloat largest = std::max(largest_magnitude(re), largest_magnitude(im));
-  const ResultColumn counts = count_column("i", positions(Integer(values.size())));
-  result.table = {counts, aligned_column("real", re, largest), aligned_column("imaginary", im, largest)};
-  result.data = {counts, {"real", exact_cells(re)}, {"imaginary", exact_cells(im)}};
+  add_complex_numbers(result, values);
   if (options.condition) {
     result.notes.push_back("s: reciprocal condition numbers; an error e of the matrix moves a value by some e/s");
     result.table.push_back({"s", brief_cells(conditions)});
@@ -297,17 +293,13 @@ void run_proven(const EigOptions& options, const DenseMatrix& given, const tesk2
     values.push_back(unordered[j]);
     roots.push_back(found[j]);
   }
-  const std::vector<QuarnFloat> re = real_parts(values);
-  const std::vector<QuarnFloat> im = imaginary_parts(values);
   if (!options.proof.certificate.empty()) {
     write_certificate(options.proof.certificate,
-                      symmetric ? tesk2mp::proven::certify_values(false, a, re, errors_of(roots), worked_with)
-                                : tesk2mp::proven::certify_eigenvalues(a, printed_roots(roots), worked_with));
+                      symmetric
+                          ? tesk2mp::proven::certify_values(false, a, real_parts(values), errors_of(roots), worked_with)
+                          : tesk2mp::proven::certify_eigenvalues(a, printed_roots(roots), worked_with));
   }
-  const QuarnFloat largest = std::max(largest_magnitude(re), largest_magnitude(im));
-  const ResultColumn counts = count_column("i", positions(given.rows()));
-  result.table = {counts, aligned_column("real", re, largest), aligned_column("imaginary", im, largest)};
-  result.data = {counts, {"real", exact_cells(re)}, {"imaginary", exact_cells(im)}};
+  add_complex_numbers(result, values);
   add_errors(result, errors_of(roots), "value", options.proof.errors);
   add_counts(result, roots);
   result.picture = [&](const std::string& file) {

@@ -172,12 +172,7 @@ QuarnFloat largest_entry(const tesk2mp::SparseMatrix<T>& a) {
 /// A row each, with bounds where there are.
 void add_values(Result& result, const std::vector<Complex>& values, const std::vector<QuarnFloat>& errors,
                 bool errors_in_text) {
-  const std::vector<QuarnFloat> re = real_parts(values);
-  const std::vector<QuarnFloat> im = imaginary_parts(values);
-  const QuarnFloat largest = std::max(largest_magnitude(re), largest_magnitude(im));
-  const ResultColumn counts = count_column("i", positions(Integer(values.size())));
-  result.table = {counts, aligned_column("real", re, largest), aligned_column("imaginary", im, largest)};
-  result.data = {counts, {"real", exact_cells(re)}, {"imaginary", exact_cells(im)}};
+  add_complex_numbers(result, values);
   if (!errors.empty()) {
     add_errors(result, errors, "value", errors_in_text);
   }

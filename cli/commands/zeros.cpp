@@ -8,6 +8,7 @@
 #include "cli/commands/proven.h"
 #include "cli/commands/ranking.h"
 #include "cli/io/matrix_input.h"
+#include "cli/io/matrix_output.h"
 #include "cli/io/number_text.h"
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
@@ -78,12 +79,7 @@ void run_zeros(const ZerosOptions& options) {
     }
   }
 
-  const std::vector<QuarnFloat> re = real_parts(zeros);
-  const std::vector<QuarnFloat> im = imaginary_parts(zeros);
-  const QuarnFloat largest = std::max(largest_magnitude(re), largest_magnitude(im));
-  const ResultColumn counts = count_column("i", positions(Integer(zeros.size())));
-  result.table = {counts, aligned_column("real", re, largest), aligned_column("imaginary", im, largest)};
-  result.data = {counts, {"real", exact_cells(re)}, {"imaginary", exact_cells(im)}};
+  add_complex_numbers(result, zeros);
   add_errors(result, errors, "zero");
   add_counts(result, roots);
   result.picture = [&](const std::string& file) { draw(ComplexPlane{"Zeros of the polynomial", zeros}, file); };

@@ -91,4 +91,13 @@ void add_matrix(Result& result, SparseMatrix matrix) {
   };
 }
 
+void add_complex_numbers(Result& result, const std::vector<Complex>& values) {
+  const std::vector<QuarnFloat> re = real_parts(values);
+  const std::vector<QuarnFloat> im = imaginary_parts(values);
+  const QuarnFloat largest = std::max(largest_magnitude(re), largest_magnitude(im));
+  const ResultColumn counts = count_column("i", positions(Integer(values.size())));
+  result.table = {counts, aligned_column("real", re, largest), aligned_column("imaginary", im, largest)};
+  result.data = {counts, {"real", exact_cells(re)}, {"imaginary", exact_cells(im)}};
+}
+
 }  // namespace cli

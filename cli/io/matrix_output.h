@@ -13,4 +13,7 @@ void add_matrix(Result& result, DenseMatrix matrix);
 /// The same for entries: columns "row", "column" and the values. The notes go into the Matrix Market form as comments.
 void add_matrix(Result& result, SparseMatrix matrix);
 
+/// Table and data with a row for each number: columns "i", "real" and "imaginary".
+void add_complex_numbers(Result& result, const std::vector<Complex>& values);
+
 }  // namespace cli
