@@ -18,107 +18,70 @@
 namespace tesk::proven {
 namespace {
 
-/// A and B modulo a prime, of which rows and columns are taken away that change det(A - x B) by a factor alone.
+/// Rows of B with those of A behind them, modulo a prime, of which rows and columns are taken away that change
+/// det(A - x B) by a factor alone.
 class PencilModulo {
  public:
-  /// Rows of A with those of B behind them.
-  PencilModulo(const Field& field, Residues rows) : field_(field), a_(std::move(rows)) {
-    const std::size_t n = a_.size();
-    for (std::vector<std::uint64_t>& row : a_) {
-      b_.emplace_back(row.begin() + std::ptrdiff_t(n), row.end());
-      row.resize(n);
-    }
-  }
+  PencilModulo(const Field& field, Residues rows) : field_(field), rows_(std::move(rows)) {}
 
   /// Of det(A - x B); -1 where that is 0.
   Integer degree() {
     for (;;) {
-      const std::size_t rank = reduce_rows();
-      if (rank == a_.size()) {
+      const std::size_t rank = row_echelon(field_, rows_, rows_.size());
+      if (rank == rows_.size()) {
         return Integer(rank);
       }
       if (!remove_constant_rows(rank)) {
         return -1;
       }
-      QuarnCheckInterrupt();
     }
   }
 
  private:
-  std::uint64_t quotient(std::uint64_t x, std::uint64_t inverse) const {
-    return field_.prime() - x * inverse % field_.prime();
-  }
-
-  /// Makes B a row echelon form, rows of zeros last, and returns its rank.
-  std::size_t reduce_rows() {
-    std::size_t rank = 0;
-    for (std::size_t j = 0; j < b_.size() && rank < b_.size(); ++j) {
-      std::size_t pivot = rank;
-      while (pivot < b_.size() && b_[pivot][j] == 0) {
-        ++pivot;
-      }
-      if (pivot == b_.size()) {
-        continue;
-      }
-      std::swap(b_[pivot], b_[rank]);
-      std::swap(a_[pivot], a_[rank]);
-      const std::uint64_t inverse = field_.inverse(b_[rank][j]);
-      for (std::size_t i = rank + 1; i < b_.size(); ++i) {
-        if (b_[i][j] != 0) {
-          const std::uint64_t factor = quotient(b_[i][j], inverse);
-          add_multiple(field_, a_[i], factor, a_[rank]);
-          add_multiple(field_, b_[i], factor, b_[rank], j);
-        }
-      }
-      ++rank;
-    }
-    return rank;
-  }
-
   /// From row `rank` on x does not occur: columns are subtracted from others until these rows have a pivot each, and
   /// zeros in all columns without one. False where they are linearly dependent.
   bool remove_constant_rows(std::size_t rank) {
-    std::vector<std::size_t> left(a_.size());
+    const std::size_t n = rows_.size();
+    std::vector<std::size_t> left(n);
     std::iota(left.begin(), left.end(), std::size_t(0));
-    for (std::size_t t = rank; t < a_.size(); ++t) {
-      const auto pivot = std::find_if(left.begin(), left.end(), [&](std::size_t j) { return a_[t][j] != 0; });
+    for (std::size_t t = rank; t < n; ++t) {
+      const auto pivot = std::find_if(left.begin(), left.end(), [&](std::size_t j) { return rows_[t][n + j] != 0; });
       if (pivot == left.end()) {
         return false;
       }
       const std::size_t column = *pivot;
       left.erase(pivot);
-      const std::uint64_t inverse = field_.inverse(a_[t][column]);
+      const std::uint64_t inverse = field_.inverse(rows_[t][n + column]);
       std::vector<std::pair<std::size_t, std::uint64_t>> factors;
       for (const std::size_t j : left) {
-        if (a_[t][j] != 0) {
-          factors.emplace_back(j, quotient(a_[t][j], inverse));
+        if (rows_[t][n + j] != 0) {
+          factors.emplace_back(j, field_.negative_quotient(rows_[t][n + j], inverse));
         }
       }
-      for (Residues* part : {&a_, &b_}) {
-        for (std::vector<std::uint64_t>& row : *part) {
-          for (const auto& [j, factor] : factors) {
-            row[j] = (row[j] + factor * row[column]) % field_.prime();
-          }
+      for (std::vector<std::uint64_t>& row : rows_) {
+        for (const auto& [j, factor] : factors) {
+          row[j] = (row[j] + factor * row[column]) % field_.prime();
+          row[n + j] = (row[n + j] + factor * row[n + column]) % field_.prime();
         }
       }
+      QuarnCheckInterrupt();
     }
-    for (Residues* part : {&a_, &b_}) {
-      part->resize(rank);
-      for (std::vector<std::uint64_t>& row : *part) {
-        std::vector<std::uint64_t> kept;
-        kept.reserve(left.size());
+    rows_.resize(rank);
+    for (std::vector<std::uint64_t>& row : rows_) {
+      std::vector<std::uint64_t> kept;
+      kept.reserve(2 * left.size());
+      for (const std::size_t first : {std::size_t(0), n}) {
         for (const std::size_t j : left) {
-          kept.push_back(row[j]);
+          kept.push_back(row[first + j]);
         }
-        row = std::move(kept);
       }
+      row = std::move(kept);
     }
     return true;
   }
 
   const Field& field_;
-  Residues a_;
-  Residues b_;
+  Residues rows_;
 };
 
 /// -1 for a singular pencil; nothing where that would take too long.
@@ -126,7 +89,7 @@ template <class T>
 std::optional<Integer> exact_degree(Integer n, OneBasedMatrix<T> a, OneBasedMatrix<T> b) {
   // |a| + |b| is at most sqrt(2 (|a|^2 + |b|^2)).
   const IntegerRows rows(n, 2 * n, std::is_same_v<T, Complex>, 2,
-                         [&](Integer i, Integer j) -> const T& { return j <= n ? a(i, j) : b(i, j - n); });
+                         [&](Integer i, Integer j) -> const T& { return j <= n ? b(i, j) : a(i, j - n); });
   if (rows.size() < std::size_t(n)) {
     return -1;
   }

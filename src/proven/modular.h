@@ -37,6 +37,10 @@ class Field {
     return result;
   }
   std::uint64_t inverse(std::uint64_t x) const { return power(x, p_ - 2); }
+  /// -x / y where 1 / y is given.
+  std::uint64_t negative_quotient(std::uint64_t x, std::uint64_t inverse_of_y) const {
+    return p_ - x * inverse_of_y % p_;
+  }
 
  private:
   std::uint64_t p_;
@@ -231,12 +235,30 @@ class IntegerRows {
   std::vector<Row> rows_;
 };
 
-/// x += factor y modulo the prime, from element `first` on.
-inline void add_multiple(const Field& field, std::vector<std::uint64_t>& x, std::uint64_t factor,
-                         const std::vector<std::uint64_t>& y, std::size_t first = 0) {
-  for (std::size_t k = first; k < x.size(); ++k) {
-    x[k] = (x[k] + factor * y[k]) % field.prime();
+/// Makes the first columns a row echelon form, rows that are 0 there last, and returns how many are not.
+inline std::size_t row_echelon(const Field& field, Residues& rows, std::size_t columns) {
+  std::size_t rank = 0;
+  for (std::size_t j = 0; j < columns && rank < rows.size(); ++j) {
+    const auto pivot = std::find_if(rows.begin() + std::ptrdiff_t(rank), rows.end(),
+                                    [&](const std::vector<std::uint64_t>& row) { return row[j] != 0; });
+    if (pivot == rows.end()) {
+      continue;
+    }
+    std::swap(*pivot, rows[rank]);
+    const std::vector<std::uint64_t>& top = rows[rank];
+    const std::uint64_t inverse = field.inverse(top[j]);
+    for (std::size_t i = rank + 1; i < rows.size(); ++i) {
+      if (rows[i][j] != 0) {
+        const std::uint64_t factor = field.negative_quotient(rows[i][j], inverse);
+        for (std::size_t k = j; k < top.size(); ++k) {
+          rows[i][k] = (rows[i][k] + factor * top[k]) % field.prime();
+        }
+      }
+    }
+    ++rank;
+    QuarnCheckInterrupt();
   }
+  return rank;
 }
 
 }  // namespace tesk::proven

@@ -5,35 +5,12 @@
 #include <cstdint>
 #include <optional>
 #include <type_traits>
-#include <utility>
 
-#include "quarn/quarnthread.h"
 #include "src/proven/modular.h"
 #include "tesk2mp/proven.h"
 
 namespace tesk::proven {
 namespace {
-
-Integer rank_modulo(const Field& field, Residues rows, std::size_t columns) {
-  std::size_t rank = 0;
-  for (std::size_t j = 0; j < columns && rank < rows.size(); ++j) {
-    const auto pivot = std::find_if(rows.begin() + std::ptrdiff_t(rank), rows.end(),
-                                    [&](const std::vector<std::uint64_t>& row) { return row[j] != 0; });
-    if (pivot == rows.end()) {
-      continue;
-    }
-    std::swap(*pivot, rows[rank]);
-    const std::uint64_t inverse = field.inverse(rows[rank][j]);
-    for (std::size_t i = rank + 1; i < rows.size(); ++i) {
-      if (rows[i][j] != 0) {
-        add_multiple(field, rows[i], field.prime() - rows[i][j] * inverse % field.prime(), rows[rank], j);
-      }
-    }
-    ++rank;
-    QuarnCheckInterrupt();
-  }
-  return Integer(rank);
-}
 
 /// Nothing where that would take too long.
 template <class T>
@@ -42,7 +19,7 @@ std::optional<Integer> exact_rank(Integer m, Integer n, OneBasedMatrix<T> a) {
   const std::size_t most = std::min(rows.size(), std::size_t(n));
   return rows.largest(
       Integer(most), double(rows.size()) * double(n) * double(most),
-      [&](const Field& field, Residues residues) { return rank_modulo(field, std::move(residues), std::size_t(n)); },
+      [&](const Field& field, Residues residues) { return Integer(row_echelon(field, residues, std::size_t(n))); },
       [&](Integer found) { return rows.norms(std::size_t(found) + 1); });
 }
 
