@@ -155,13 +155,13 @@ namespace detail {
 /// Exponents, of either sign, of numbers whose squares are far from the ends of the range.
 inline constexpr std::int64_t kFarthestSquared = 400'000'000;
 
-/// The exponent of the larger part where that is farther, otherwise 0.
-inline int far_exponent(const Complex& z) {
-  const QuarnBound largest = std::max(QuarnBound(z.re), QuarnBound(z.im));
-  const bool is_far = largest.is_finite() && !largest.is_zero() &&
-                      (largest.exponent() > kFarthestSquared || largest.exponent() < -kFarthestSquared);
-  return is_far ? int(largest.exponent()) : 0;
+/// The exponent of a size that is farther, otherwise 0.
+inline int far_exponent(const QuarnBound& size) {
+  const bool is_far = size.is_finite() && !size.is_zero() &&
+                      (size.exponent() > kFarthestSquared || size.exponent() < -kFarthestSquared);
+  return is_far ? int(size.exponent()) : 0;
 }
+inline int far_exponent(const Complex& z) { return far_exponent(std::max(QuarnBound(z.re), QuarnBound(z.im))); }
 
 /// z 10^power; what leaves the range is in the bound.
 inline Bounded<Complex> scaled_by_ten(const Bounded<Complex>& z, int power) {

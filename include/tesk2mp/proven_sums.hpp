@@ -201,10 +201,8 @@ Bounded<Real> norm(const std::vector<Bounded<T>>& x) {
       values.push_back(proven::exact(part.value));
     }
   }
-  const bool is_far = largest.is_finite() && !largest.is_zero() &&
-                      (largest.exponent() > detail::kFarthestSquared || largest.exponent() < -detail::kFarthestSquared);
-  const int power = is_far ? int(largest.exponent()) : 0;
-  if (is_far) {
+  const int power = detail::far_exponent(largest);
+  if (power != 0) {
     error = hypotenuse(error, detail::scale_down(values, power));
   }
   Bounded<Real> square;
@@ -217,7 +215,7 @@ Bounded<Real> norm(const std::vector<Bounded<T>>& x) {
   root.error += square.value == 0        ? sqrt(square.error)
                 : square.error.is_zero() ? QuarnBound()
                                          : QuarnBound(root.value).half_unit(QuarnDigits() + 2);
-  if (is_far) {
+  if (power != 0) {
     root.value = scalbn(root.value, power);
     root.error = isfinite(root.value) ? root.error * QuarnBound::power_of_ten(power) : QuarnBound::infinity();
   }
