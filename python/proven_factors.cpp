@@ -1,8 +1,7 @@
 // Factors and functions of matrices with proven error bounds.
-#include "tesk2mp/proven_factors.hpp"
-
 #include "proven.h"
 #include "tesk2mp/proven_matrix_functions.hpp"
+#include "tesk2mp/proven_pseudo_inverse.hpp"
 
 namespace python {
 namespace {

@@ -9,7 +9,7 @@
 #include "cli/plot/plot.h"
 #include "cli/system/progress.h"
 #include "tesk2mp/kernels.hpp"
-#include "tesk2mp/proven_factors.hpp"
+#include "tesk2mp/proven_pseudo_inverse.hpp"
 
 namespace cli {
 

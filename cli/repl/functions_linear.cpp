@@ -9,6 +9,7 @@
 #include "cli/repl/functions.h"
 #include "cli/system/progress.h"
 #include "tesk2mp/proven_matrix_functions.hpp"
+#include "tesk2mp/proven_pseudo_inverse.hpp"
 
 namespace cli::repl {
 

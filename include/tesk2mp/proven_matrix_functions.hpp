@@ -115,8 +115,7 @@ BoundedMatrix<T> exponential_series(const BoundedMatrix<T>& b) {
 
 }  // namespace detail
 
-// Exponential
-// -----------------------------------------------------------------------------------------------------------
+// Exponential -------------------------------------------------------------------------------------------------------
 
 /// exp(A): the series of 10^-k A, to the power of 10 k times (N. J. Higham, Functions of Matrices, section 10.3).
 /// Powers grow more than the result where A is far from normal, and cost digits. The bounds are infinite where the
@@ -153,8 +152,7 @@ BoundedMatrix<detail::ElementOfData<A>> exponential(const A& a) {
   return detail::ZeroPattern<T>(given).delivered(power);
 }
 
-// Square roots and logarithms
-// ---------------------------------------------------------------------------------------------
+// Square roots and logarithms ---------------------------------------------------------------------------------------
 
 namespace detail {
 

@@ -1,6 +1,6 @@
 // Proven exponentials, square roots, logarithms and powers of matrices beside references with three times the digits
 // and a hundred, of matrices within the bounds of their data; and cases in which each term of the bounds counts.
-#include "spectra.h"
+#include "references.h"
 #include "support/digits.h"
 #include "tesk2mp/proven_matrix_functions.hpp"
 
@@ -10,30 +10,6 @@ using proven::detail::BoundGrid;
 using proven::detail::is_known;
 
 namespace {
-
-struct Counts {
-  int known = 0;
-  int open = 0;
-};
-
-template <class T>
-void check_near(const BoundedMatrix<T>& x, const Matrix<T>& reference, Counts& counts) {
-  ++(is_known(x) ? counts.known : counts.open);
-  Real largest = 1;
-  for (std::size_t k = 0; k < x.rows() * x.columns(); ++k) {
-    largest = std::max(largest, size(Complex(reference.data()[k])));
-  }
-  const Real slack = largest * Real(1, -QuarnDigits() / 2);
-  for (std::size_t j = 0; j < x.columns(); ++j) {
-    for (std::size_t i = 0; i < x.rows(); ++i) {
-      const Bounded<T> element = x(i, j);
-      CAPTURE(i);
-      CAPTURE(j);
-      CHECK((!element.error.is_finite() ||
-             size(Complex(element.value) - Complex(reference(i, j))) <= element.error.value() + slack));
-    }
-  }
-}
 
 /// Random; triangular, with zeros, or with multiple eigenvalues now and then.
 template <class T>
