@@ -184,12 +184,13 @@ class IntegerRows {
 
   /// What is the largest of value_modulo(field, residues) for all primes, where the integers that have to vanish for a
   /// value x not to be larger are below 10^bound(x), and none can be larger than `most`. Nothing where that would take
-  /// too long: one prime takes `work` steps beside the residues.
+  /// too long: one prime takes `work` steps beside its search and the residues.
   template <class Value, class Bound>
   std::optional<Integer> largest(Integer most, double work, const Value& value_modulo, const Bound& bound) const {
     constexpr double kMostWork = 2e10;
     constexpr double kDigitsOfPrime = 9.03;
-    work += double(digits_) + 40 * double(rows_.size()) * double(columns_);
+    constexpr double kSearch = 2e4;
+    work += kSearch + double(digits_) + 40 * double(rows_.size()) * double(columns_);
     Primes primes;
     std::optional<Integer> found;
     double known = 0;
