@@ -10,7 +10,7 @@ import unittest
 from decimal import localcontext
 from fractions import Fraction
 
-from console import DATA, not_emulated, pi, run, run_json, run_well, sine_and_cosine, untrue
+from console import DATA, EMULATOR, not_emulated, pi, run, run_json, run_well, sine_and_cosine, untrue
 
 HEAD = "%%MatrixMarket matrix coordinate "
 
@@ -154,7 +154,8 @@ class Sparse(unittest.TestCase):
         parts = {(i, j): Fraction(x) for i, j, x in ((1, 3, 2), (1, 1, 1), (2, 2, 5), (3, 1, 2), (4, 2, 1), (2, 4, 1), (4, 4, 3), (3, 3, 9))}
         text = "".join(f"{i} {j} {float(x / 2)}\n" for i, j, x in ((*place, x) for place, x in parts.items()) for _ in range(2))
         for kind in ("lu", "cholesky", "ilu", "ic"):
-            done = run("sparse", "-", "--factors", kind, "--permutation", self.written + ".json", "--format", "csv", "--plot", self.written + ".svg",
+            picture = [] if EMULATOR else ["--plot", self.written + ".svg"]
+            done = run("sparse", "-", "--factors", kind, "--permutation", self.written + ".json", "--format", "csv", *picture,
                        stdin=f"{HEAD}real general\n4 4 16\n{text}")
             self.assertEqual((done.returncode, done.stderr), (0, ""))
             found = {(int(i), int(j)): Fraction(x) for i, j, x in (line.split(",") for line in done.stdout.split()[1:])}
@@ -167,8 +168,9 @@ class Sparse(unittest.TestCase):
                 product = sum(lower.get((i, k), 0) * upper.get((k, j), 0) for k in range(1, 5))
                 place = (order["row"][i - 1], order["column"][j - 1])
                 self.assertLess(abs(product - parts.get(place, 0)), Fraction(1, 10 ** 18), kind)
-            with open(self.written + ".svg", encoding="utf-8") as stream:
-                self.assertIn(": 8 entries", stream.read())  # each place once
+            if picture:
+                with open(self.written + ".svg", encoding="utf-8") as stream:
+                    self.assertIn(": 8 entries", stream.read())  # each place once
         for options, complaint in ((["lu", "--dup", "sum"], "--dup, --zero and --expand do not go with --factors"),
                                    (["ilu", "--zero", "keep"], "--dup, --zero and --expand do not go with --factors"),
                                    (["ic", "--expand"], "--dup, --zero and --expand do not go with --factors"),
