@@ -12,7 +12,8 @@ TESK2MP_NAMES_BEGIN
 extern "C" {
 
 /// Forms y from x, which do not overlap: with what = 0 y := A x; 1: y := A^H x; 2: y := (A - sigma I)^-1 x. It works at
-/// the digits of the moment, which are some more than those of the call that it serves, and may throw.
+/// the digits of the moment, which are some more than those of the call that it serves, and may throw where exceptions
+/// leave the libraries (not on 32-bit Windows).
 typedef void (*QuarnRealOperator)(void* context, Integer what, const QuarnFloat* x, QuarnFloat* y);
 typedef void (*QuarnComplexOperator)(void* context, Integer what, const Complex* x, Complex* y);
 

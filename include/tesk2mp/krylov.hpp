@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <concepts>
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <iterator>
 #include <limits>
@@ -92,7 +93,8 @@ class NotConverged : public NumericalFailure {
 
 namespace detail {
 
-/// What the exports ask for, of functions that work on spans of these lengths.
+/// What the exports ask for, of functions that work on spans of these lengths. What one throws is kept, since not every
+/// system lets it pass through the library, which ends by a product that is no number.
 template <Scalar T>
 struct OperatorContext {
   std::size_t rows;
@@ -100,13 +102,27 @@ struct OperatorContext {
   Product<T> product;
   Product<T> adjoint;
   Product<T> solve;
+  std::exception_ptr thrown = {};
 
-  static void form(void* context, Integer what, const T* x, T* y) {
-    const auto& self = *static_cast<OperatorContext*>(context);
+  static void form(void* context, Integer what, const T* x, T* y) noexcept {
+    auto& self = *static_cast<OperatorContext*>(context);
     const bool adjoint = what == 1;
     const std::size_t from = adjoint ? self.rows : self.columns;
     const std::size_t to = adjoint ? self.columns : self.rows;
-    (what == 2 ? self.solve : adjoint ? self.adjoint : self.product)(std::span<const T>(x, from), std::span<T>(y, to));
+    if (!self.thrown) {
+      try {
+        (what == 2 ? self.solve : adjoint ? self.adjoint : self.product)(std::span<const T>(x, from), {y, to});
+        return;
+      } catch (...) {
+        self.thrown = std::current_exception();
+      }
+    }
+    std::fill_n(y, to, T(Real("nan")));
+  }
+  void rethrow() const {
+    if (thrown) {
+      std::rethrow_exception(thrown);
+    }
   }
 };
 
@@ -206,6 +222,7 @@ HermitianEigenpairs<T> eigsh(std::size_t n, const std::type_identity_t<Product<T
       options.start.empty() ? nullptr : options.start.data(), pairs.values.data(),
       options.vectors ? detail::RawMatrix<T>{pairs.vectors.view()}.data : nullptr, detail::count_of(n),
       pairs.residuals.data(), &pairs.products, &info, 2);
+  context.rethrow();
   detail::raise_krylov(routine, info);
   return detail::converged(routine, info, std::move(pairs));
 }
@@ -242,6 +259,7 @@ Eigenpairs eigs(std::size_t n, const std::type_identity_t<Product<T>>& product, 
       options.start.empty() ? nullptr : options.start.data(), pairs.values.data(),
       options.vectors ? detail::RawMatrix<Complex>{pairs.vectors.view()}.data : nullptr, detail::count_of(n),
       pairs.residuals.data(), &found, &pairs.products, &info, 2);
+  context.rethrow();
   detail::raise_krylov(routine, info);
   pairs.values.resize(std::size_t(found));
   pairs.residuals.resize(std::size_t(found));
@@ -350,6 +368,7 @@ SingularTriplets<T> svds(std::size_t rows, std::size_t columns, const std::type_
       found.values.data(), options.vectors ? detail::RawMatrix<T>{found.u.view()}.data : nullptr,
       detail::count_of(rows), options.vectors ? detail::RawMatrix<T>{found.v.view()}.data : nullptr,
       detail::count_of(columns), found.residuals.data(), &found.products, &info, 2);
+  context.rethrow();
   detail::raise_krylov(routine, info);
   return detail::converged(routine, info, std::move(found));
 }
@@ -413,6 +432,7 @@ LsmrSolution<T> lsmr(std::size_t columns, const std::type_identity_t<Product<T>>
       detail::most_iterations(options.most_iterations, std::min(rows, columns)), solution.x.data(),
       &solution.residual_norm, &solution.gradient_norm, &solution.matrix_norm, &solution.condition,
       &solution.iterations, &stop, &info);
+  context.rethrow();
   detail::require(info >= 0, routine, -info,
                   info == -6 ? "a damping that is negative or not finite" : "a wrong number");
   if (info > 1) {

@@ -243,8 +243,47 @@ TEST_CASE("what cannot be done is said, and nothing is written") {
   options.which = Extreme::smallest_magnitude;
   options.most_products = 30;
   CHECK_THROWS_AS(tesk2mp::eigsh(samples::grid(15, Storage::general), 2, options), tesk2mp::NumericalFailure);
-  CHECK_THROWS_AS(tesk2mp::eigsh<Real>(
-                      4, [](auto, auto) { throw std::bad_alloc(); }, 2),
-                  std::bad_alloc);
   CHECK(QuarnDigits() == 20);
+}
+
+TEST_CASE("what a product throws comes through, and it is not asked again") {
+  struct Stop {
+    int at;
+  };
+  QuarnSetDigits(20);
+  for (const int at : {1, 2, 7}) {
+    int calls = 0;
+    const auto product = [&](std::span<const Real> x, std::span<Real> y) {
+      if (++calls == at) {
+        throw Stop{at};
+      }
+      for (std::size_t i = 0; i < x.size(); ++i) {
+        y[i] = x[i] * Real(int(i) + 1);
+      }
+    };
+    const auto stops = [&](const auto& work) {
+      calls = 0;
+      int stopped = 0;
+      try {
+        work();
+      } catch (const Stop& stop) {
+        stopped = stop.at;
+      }
+      CHECK(stopped == at);
+      CHECK(calls == at);
+      CHECK(QuarnDigits() == 20);
+    };
+    const std::vector<Real> b(30, Real(1));
+    HermitianEigenOptions<Real> near;
+    near.sigma = Real(0);
+    stops([&] { tesk2mp::eigsh<Real>(30, product, 2); });
+    stops([&] { tesk2mp::eigsh<Real>(30, product, 2, near, product); });
+    stops([&] { tesk2mp::eigs<Real>(30, product, 2); });
+    stops([&] { tesk2mp::svds<Real>(30, 30, product, product, 2); });
+    stops([&] { tesk2mp::lsmr<Real>(30, product, product, b); });
+  }
+  const SparseMatrix<Real> grid = samples::grid(2, Storage::general);
+  HermitianEigenOptions<Real> at_an_eigenvalue;
+  at_an_eigenvalue.sigma = Real(4);
+  CHECK_THROWS_AS(tesk2mp::eigsh(grid, 1, at_an_eigenvalue), tesk2mp::NumericalFailure);
 }
