@@ -20,7 +20,7 @@ tesk2mp::Random seeded() {
 
 }  // namespace
 
-TEST_CASE("test ratios of every driver over the gallery") {
+TEST_CASE("test ratios of every driver over the gallery" * doctest::test_suite("long")) {
   struct Sweep {
     int digits;
     std::vector<std::size_t> orders;
@@ -47,7 +47,7 @@ TEST_CASE("test ratios of every driver over the gallery") {
   }
 }
 
-TEST_CASE("test ratios of drivers at orders that go in panels, halves and chains") {
+TEST_CASE("test ratios of drivers at orders that go in panels, halves and chains" * doctest::test_suite("long")) {
   const support::Digits scope(16);
   tesk2mp::Random random = seeded();
   for (const std::size_t order : {33, 60}) {

@@ -177,7 +177,8 @@ Eigenvalues companion_eigenvalues(Matrix<QuarnFloat> h) {
 
 }  // namespace
 
-TEST_CASE("the companion finds multiple eigenvalues to D / k digits, double ones in 0.4 D sweeps") {
+TEST_CASE("the companion finds multiple eigenvalues to D / k digits, double ones in 0.4 D sweeps" *
+          doctest::test_suite("long")) {
   for (const int digits : {1, 2, 16, 50, 108, 333, 1000}) {
     const support::Digits scope(digits);
     for (const support::MultipleEigenvalues& example : support::kMultipleEigenvalues) {

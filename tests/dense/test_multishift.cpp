@@ -123,7 +123,8 @@ void check_form(const Matrix<T>& h, int digits, bool simple, Integer ilo = 1, In
 
 }  // namespace
 
-TEST_CASE_TEMPLATE("large Schur forms: H Z = Z T, Z unitary, at any digits", T, QuarnFloat, Complex) {
+TEST_CASE_TEMPLATE("large Schur forms: H Z = Z T, Z unitary, at any digits" * doctest::test_suite("long"), T,
+                   QuarnFloat, Complex) {
   support::RandomNumbers random;
   constexpr bool kComplex = std::is_same_v<T, Complex>;
   for (const int digits : {2, 16, kComplex ? 40 : 200}) {
@@ -133,8 +134,9 @@ TEST_CASE_TEMPLATE("large Schur forms: H Z = Z T, Z unitary, at any digits", T, 
   }
 }
 
-TEST_CASE_TEMPLATE("large Hessenberg matrices that split, are triangular beside the middle, or hold far numbers", T,
-                   QuarnFloat, Complex) {
+TEST_CASE_TEMPLATE("large Hessenberg matrices that split, are triangular beside the middle, or hold far numbers" *
+                       doctest::test_suite("long"),
+                   T, QuarnFloat, Complex) {
   support::RandomNumbers random;
   constexpr int kDigits = 20;
   const support::Digits scope(kDigits);
@@ -168,7 +170,8 @@ TEST_CASE_TEMPLATE("large Hessenberg matrices that split, are triangular beside 
   }
 }
 
-TEST_CASE_TEMPLATE("large matrices on which shifts alone get nowhere", T, QuarnFloat, Complex) {
+TEST_CASE_TEMPLATE("large matrices on which shifts alone get nowhere" * doctest::test_suite("long"), T, QuarnFloat,
+                   Complex) {
   constexpr int kDigits = 20;
   const support::Digits scope(kDigits);
   constexpr Integer n = 61;

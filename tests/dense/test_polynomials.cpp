@@ -68,7 +68,7 @@ Reals integers(int n) {
 
 }  // namespace
 
-TEST_CASE("zeros of Wilkinson's polynomials, multiple and far ones") {
+TEST_CASE("zeros of Wilkinson's polynomials, multiple and far ones" * doctest::test_suite("long")) {
   for (const int digits : {2, 16, 50, 100, 333}) {
     CAPTURE(digits);
     const support::Digits scope(digits);

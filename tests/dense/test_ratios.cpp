@@ -242,7 +242,7 @@ double schur_ratio(const Reals& a, int digits) {
 
 }  // namespace
 
-TEST_CASE("test ratios of LU, Cholesky and Schur form on the classic matrices") {
+TEST_CASE("test ratios of LU, Cholesky and Schur form on the classic matrices" * doctest::test_suite("long")) {
   support::RandomNumbers random;
   for (const int digits : {50, 100, 500}) {
     for (const Integer n : {0, 1, 2, 3, 5, 10, 30}) {

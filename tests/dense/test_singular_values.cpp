@@ -101,7 +101,8 @@ void check_svd(const Matrix<T>& a, int digits) {
 
 }  // namespace
 
-TEST_CASE_TEMPLATE("singular values and vectors of random matrices", T, QuarnFloat, Complex) {
+TEST_CASE_TEMPLATE("singular values and vectors of random matrices" * doctest::test_suite("long"), T, QuarnFloat,
+                   Complex) {
   support::RandomNumbers random;
   struct Shape {
     Integer m;

@@ -248,7 +248,7 @@ TEST_CASE_TEMPLATE("what is no number in a symmetric matrix, and wrong arguments
   CHECK(solved("V", 2, 1) == -6);
 }
 
-TEST_CASE("divide and conquer: joined, deflated and far tridiagonal matrices") {
+TEST_CASE("divide and conquer: joined, deflated and far tridiagonal matrices" * doctest::test_suite("long")) {
   support::RandomNumbers random;
   for (const int digits : {1, 16, 50, 333}) {
     const support::Digits scope(digits);

@@ -171,7 +171,7 @@ TEST_CASE("squares of the elements leave the range, results do not") {
   }
 }
 
-TEST_CASE("complex vectors whose squares leave the range") {
+TEST_CASE("complex vectors whose squares leave the range" * doctest::test_suite("long")) {
   const Digits scope(20);
   // Of the second difference with a phase; some restarts are needed.
   constexpr std::size_t kOrder = 30;

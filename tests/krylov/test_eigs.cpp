@@ -88,7 +88,8 @@ constexpr Dominant kAll[] = {Dominant::largest_magnitude, Dominant::smallest_mag
 
 }  // namespace
 
-TEST_CASE_TEMPLATE("eigenvalues of a general sparse matrix are those of its dense form", T, Real, Complex) {
+TEST_CASE_TEMPLATE("eigenvalues of a general sparse matrix are those of its dense form" * doctest::test_suite("long"),
+                   T, Real, Complex) {
   Random random;
   for (const int digits : {1, 2, 20, 40, 333}) {
     CAPTURE(digits);

@@ -61,7 +61,8 @@ constexpr Extreme kAll[] = {Extreme::largest_magnitude, Extreme::smallest_magnit
 
 }  // namespace
 
-TEST_CASE_TEMPLATE("eigenvalues of a sparse matrix are those of its dense form", T, Real, Complex) {
+TEST_CASE_TEMPLATE("eigenvalues of a sparse matrix are those of its dense form" * doctest::test_suite("long"), T, Real,
+                   Complex) {
   Random random;
   for (const int digits : {1, 2, 20, 40, 333}) {
     CAPTURE(digits);

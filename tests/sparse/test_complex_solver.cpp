@@ -147,8 +147,9 @@ TEST_CASE("a turned system takes the course of the real one") {
   }
 }
 
-TEST_CASE_TEMPLATE("what is reported solved satisfies its criterion with twice the digits and 30 more", T, QuarnFloat,
-                   Complex) {
+TEST_CASE_TEMPLATE("what is reported solved satisfies its criterion with twice the digits and 30 more" *
+                       doctest::test_suite("long"),
+                   T, QuarnFloat, Complex) {
   Random random;
   int successes = 0;
   constexpr int kChoices = 250;

@@ -317,8 +317,9 @@ void for_all_setups(const Check& check) {
 
 }  // namespace
 
-TEST_CASE_TEMPLATE("sums formed by the caller as the solver forms them give the same digits", T, QuarnFloat,
-                   quarn::Complex) {
+TEST_CASE_TEMPLATE("sums formed by the caller as the solver forms them give the same digits" *
+                       doctest::test_suite("long"),
+                   T, QuarnFloat, quarn::Complex) {
   const support::Digits working(40);
   support::Random random;
   for_all_setups<T>([&](const Setup& setup, const Line<T>& line) {
@@ -338,7 +339,8 @@ TEST_CASE_TEMPLATE("sums formed by the caller as the solver forms them give the 
   });
 }
 
-TEST_CASE_TEMPLATE("exact sums give the same digits for every partition", T, QuarnFloat, quarn::Complex) {
+TEST_CASE_TEMPLATE("exact sums give the same digits for every partition" * doctest::test_suite("long"), T, QuarnFloat,
+                   quarn::Complex) {
   support::Random random;
   for_all_setups<T>([&](Setup setup, const Line<T>& line) {
     const support::Digits working(random.once_in(2) ? 40 : 150);

@@ -60,7 +60,7 @@ void check_all_methods(const System& system, const std::string& precon, const st
 
 }  // namespace
 
-TEST_CASE("systems of many kinds are solved to 30 and 45 of 50 digits") {
+TEST_CASE("systems of many kinds are solved to 30 and 45 of 50 digits" * doctest::test_suite("long")) {
   const support::Digits digits(50);
   support::Random random;
   SUBCASE("mild convection") { check_all_methods(convection_diffusion(10, 1), "N"); }

@@ -293,7 +293,8 @@ void check_counts(const std::vector<Case>& cases) {
 // What scipy_counts.py prints: where the true residual is 1e-8 ||b||, and of GMRES where it stops. MINRES stops at 118
 // and 34, by an estimate of ||r|| / (||A|| ||x||). GMRES restarted after 30 or 50 never ends on west0067, there or
 // here; without a restart it does. FGMRES is GMRES where there is no preconditioner.
-TEST_CASE("at 50 digits no more iterations than SciPy in doubles, and all systems to 45 digits") {
+TEST_CASE("at 50 digits no more iterations than SciPy in doubles, and all systems to 45 digits" *
+          doctest::test_suite("long")) {
   const support::Digits digits(50);
   const System stiffness = from_file("bcsstk01");
   const System laplacian = convection_diffusion(20, 0);

@@ -114,7 +114,8 @@ TEST_CASE("definite systems of one method and another: equal solutions, all meth
   }
 }
 
-TEST_CASE("the Lanczos process estimates the norm of the preconditioned matrix from below and closely") {
+TEST_CASE("the Lanczos process estimates the norm of the preconditioned matrix from below and closely" *
+          doctest::test_suite("long")) {
   support::Random random;
   for (const int digits : {12, 50, 333}) {
     const support::Digits scope(digits);
