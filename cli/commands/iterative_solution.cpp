@@ -15,8 +15,6 @@ namespace cli {
 
 namespace {
 
-constexpr int kFewestDigits = 10;  // for the counters in the solver's work array
-
 QuarnFloat number(const std::string& option, const std::string& text) {
   if (!is_number(text)) {
     throw bad_input(option + ": '" + text + "' is not a number");
@@ -102,10 +100,6 @@ tesk2mp::SolverOptions solver_options(const std::string& method, const Iterative
   if (method == "rgmres" && result.order > kMostOfRgmres) {
     throw bad_input("--restart: of --method rgmres " + std::to_string(kMostOfRgmres) + " at most");
   }
-  if (QuarnDigits() < kFewestDigits) {
-    throw bad_input("--digits: --method " + method + " needs " + std::to_string(kFewestDigits) +
-                    " at least; --method direct takes fewer");
-  }
   return result;
 }
 
@@ -186,6 +180,7 @@ Integer order_of(const std::string& method, const IterativeOptions& options, Int
 
 PreconditionedSystem::PreconditionedSystem(const LinearSystem& system, IterativeOptions options)
     : system_(system), options_(std::move(options)) {
+  const tesk2mp::SolverDigits enough;
   std::visit(
       [&]<class T>(const Equations<T>& equations) {
         precondition_ = preconditioner_of(system.source, equations, options_);

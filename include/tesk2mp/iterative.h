@@ -85,8 +85,8 @@ extern "C" {
 /// The checks, in this order; on failure WORK is not changed:
 ///
 ///   IFAIL 1   99999 the first argument that is wrong: METHOD 1, PRECON 2, NORM 3, WEIGHT 4, ITERM 5, N 6, TOL 8,
-///             MAXITN 9, ANORM 10 and SIGMAX 11 (not finite), MONIT 12 (negative), WORK 14 (fewer than 10 working
-///             digits: its elements could not hold the counters), LWORK 15
+///             MAXITN 9, ANORM 10 and SIGMAX 11 (not finite), MONIT 12 (negative), WORK 14 (of the classic
+///             entry: fewer than 10 working digits, its elements could not hold the counters), LWORK 15
 ///   IFAIL 3   99997 M, in its place between N and TOL
 ///   IFAIL 2   99998 WORK holds a problem that has not been completed. IREVCM 6 ends it; so does WORK(4) = 0.
 ///
@@ -139,7 +139,8 @@ TESK2MP_API void QuarnMPX_f11bdfn_(const char* method, const char* precon, const
 /// SYMMLQ, FGMRES and IDR (IFAIL 2).
 ///
 /// A request keeps nothing in mind but WORK, so U, V may be other arrays at the next call. The working precision may
-/// change between calls, from 10 digits on.
+/// change between calls, of the classic entry from 10 digits on. With fewer the companions, set-up included, work with
+/// 10, and round U and V at the end; the tolerances of 10 digits need products and solutions of 10 digits.
 ///
 /// @param[in,out] irevcm what is asked for, as above
 /// @param[in,out] u N elements, not read back

@@ -22,6 +22,16 @@ enum class VectorNorm : char { one = '1', infinity = 'I', two = '2' };
 /// first needs products with the transpose unless the norm of A is given.
 enum class Criterion : Integer { residual = 1, preconditioned_residual = 2 };
 
+/// Ten working digits in place of fewer, while it lives. The solvers work so; preconditioners may be made so too.
+class SolverDigits {
+ public:
+  SolverDigits() : digits_(std::max(QuarnDigits(), kLeast)) {}
+
+ private:
+  static constexpr int kLeast = 10;
+  Digits digits_;
+};
+
 /// How to iterate. Zeros mean what the comments say.
 struct SolverOptions {
   Method method = Method::rgmres;
@@ -121,6 +131,8 @@ struct Progress {
 /// Where the rows of the system are shared out (options.rows) each rank makes one of its rows, and all of them take the
 /// same steps; products take what the rank needs of input() from the others. Sums are exact and rounded once, so that
 /// the digits do not depend on the partition, as long as the preconditioner does not.
+/// With fewer than 10 working digits it works with 10, tolerances included, and rounds solution() and residual() at the
+/// end. iterate() forms products so, too; a loop with products of fewer digits has to set a tolerance that they allow.
 template <Scalar T>
 class BasicIterativeSolver {
  public:
@@ -159,6 +171,7 @@ class BasicIterativeSolver {
 
   /// After Request::dot: what the elements here add to each sum, exactly. Complex inner products are two of them.
   std::vector<PartialSum> partial_sums() const {
+    const SolverDigits enough;
     std::vector<PartialSum> sums;
     for (std::size_t k = 0; k < sum_count(); ++k) {
       add_partial_sums(k, sums);
@@ -169,6 +182,7 @@ class BasicIterativeSolver {
   /// solver takes all of them or none.
   void take_totals(std::span<const PartialSum> totals) {
     require_totals(totals);
+    const SolverDigits enough;
     std::vector<T> values;
     values.reserve(sum_count());
     std::size_t used = 0;
@@ -437,6 +451,7 @@ template <Scalar T, class Operator, class Precondition, class Watch>
 void iterate(BasicIterativeSolver<T>& solver, const Operator& a, const Precondition& precondition,
              const Watch& monitor) {
   for (Request request = solver.next(); request != Request::finished; request = solver.next()) {
+    const SolverDigits enough;
     if (request == Request::precondition) {
       precondition(solver.input(), solver.output());
     } else if (request == Request::monitor) {
@@ -464,12 +479,17 @@ BasicIterativeSolution<T> solve_iteratively_as(
   });
   BasicIterativeSolution<T> solution{
       solver.solution(), solver.residual(), solver.progress(), solver.converged(), {}, {}};
-  std::vector<T> right(b.begin(), b.end());
-  const bool left = options.method != Method::fgmres;
-  if (precondition && left && options.criterion == Criterion::preconditioned_residual) {
-    precondition(b, right);
+  {
+    const SolverDigits enough;
+    std::vector<T> right(b.begin(), b.end());
+    const bool left = options.method != Method::fgmres;
+    if (precondition && left && options.criterion == Criterion::preconditioned_residual) {
+      precondition(b, right);
+    }
+    assess<T>(solution, options, b, right);
   }
-  assess<T>(solution, options, b, right);
+  solution.relative_residual *= 1;  // to the digits of the caller
+  solution.growth *= 1;
   return solution;
 }
 
@@ -477,7 +497,8 @@ BasicIterativeSolution<T> solve_iteratively_as(
 
 /// Solves A x = b iteratively. a: a SparseMatrix, or a function a(x, y) that sets y to A x (a(x, y, transposed) where
 /// A^T x may be asked for). precondition(x, y): sets y to M^-1 x; a null one is none. monitor: called every
-/// options.monitor iterations, 0 for every one. Throws as IterativeSolver does.
+/// options.monitor iterations, 0 for every one. Throws as IterativeSolver does. With fewer than 10 working digits it
+/// works with 10, calls all of these so, and rounds what it returns; the residual is that of x before it was rounded.
 ///
 /// @code
 /// tesk2mp::SolverOptions options;

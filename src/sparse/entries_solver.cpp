@@ -8,6 +8,8 @@
 #include "src/frame/constants.h"
 #include "src/frame/option.h"
 #include "src/frame/report.h"
+#include "src/frame/working_digits.h"
+#include "src/kernels/level1.h"
 #include "src/sparse/messages.h"
 #include "src/sparse/method_names.h"
 #include "src/sparse/solver.h"
@@ -68,10 +70,29 @@ Step step_of(Integer method) {
   }
 }
 
-/// One step of the method, or of any for null: from what the caller brings to what it is asked for next. It may be
-/// interrupted before anything is changed, so that the same call may be made again.
+/// The digits that a set-up, step or report works with: the caller's, of a companion at least those that the counters
+/// in WORK need. What a companion delivers at the end is rounded to the caller's.
+int sufficient_digits(Methods methods) {
+  return methods == Methods::all ? std::max(QuarnDigits(), kLeastDigits) : QuarnDigits();
+}
+
+/// Rounds what a solution has ended with. An immediate end leaves V alone, and before the first step U too.
 template <class T>
-void step(const SolverMethod* method, Integer* irevcm, T* work, T* u, T* v, const QuarnFloat* wgt, Integer* info) {
+void round_result(Integer n, Phase before, Ending ending, T* u, T* v) {
+  const QuarnFloat one(1);
+  if (ending != Ending::immediate || before == Phase::running) {
+    scale(n, one, OneBasedVector<T>(u, 1));
+  }
+  if (ending != Ending::immediate) {
+    scale(n, one, OneBasedVector<T>(v, 1));
+  }
+}
+
+/// One step of the method, or of any for null: from what the caller brings to what it is asked for next. It may be
+/// interrupted before anything is changed, so that the same call may be made again. digits: those of the result.
+template <class T>
+void step(const SolverMethod* method, int digits, Integer* irevcm, T* work, T* u, T* v, const QuarnFloat* wgt,
+          Integer* info) {
   QuarnCheckInterrupt();
   const Integer lwork = *info;
   if (lwork < kHeaderLength) {
@@ -88,10 +109,16 @@ void step(const SolverMethod* method, Integer* irevcm, T* work, T* u, T* v, cons
     *info = -kParameterLwork;
     return;
   }
+  const auto before = Phase(state.phase);
   *info = Solver<T>(state, u, v, wgt).proceed(Request(*irevcm));
-  if (*info >= 0) {
-    *irevcm = state.request;
-    state.save();
+  if (*info < 0) {
+    return;
+  }
+  *irevcm = state.request;
+  state.save();
+  if (digits < QuarnDigits() && before != Phase::completed && Phase(state.phase) == Phase::completed) {
+    const WorkingDigits fewer(digits);
+    round_result(state.n, before, Ending(*info), u, v);
   }
 }
 
@@ -163,12 +190,13 @@ void set_up(Methods methods, const char* method, const char* precon, const char*
                       {!isfinite(anorm), kAnorm},
                       {!isfinite(sigmax), kSigmax},
                       {monit < 0, kMonit},
-                      {QuarnDigits() < kLeastDigits, kWork}};
+                      {methods == Methods::classic && QuarnDigits() < kLeastDigits, kWork}};
   const auto* fault = std::find_if(std::begin(checks), std::end(checks), [](const auto& check) { return check.wrong; });
   if (fault != std::end(checks)) {
     return fault->parameter == kM ? report.fail(3, 99997, kOrderRange, rules->largest_m, m)
                                   : report_parameter(report, number_of(fault->parameter));
   }
+  const WorkingDigits enough(sufficient_digits(methods));
   SolverState<T> state(work);
   state.choose(*rules);
   state.n = rows == nullptr ? n : rows->count;
@@ -200,6 +228,8 @@ template <class T>
 void iterate(Methods methods, Integer* irevcm, T* u, T* v, QuarnFloat* wgt, T* work, Integer lwork,
              char* message_buffer, Integer* ifail) {
   Report report("F11BEF", message_buffer, ifail);
+  const int digits = QuarnDigits();
+  const WorkingDigits enough(sufficient_digits(methods));
   const bool initial = Request(*irevcm) == Request::start;
   Integer info = lwork;
   if (lwork < kHeaderLength) {
@@ -207,7 +237,7 @@ void iterate(Methods methods, Integer* irevcm, T* u, T* v, QuarnFloat* wgt, T* w
   } else if (!solver_state(StateMode::continuation, work)) {
     info = Integer(Ending::not_set_up);
   } else if (methods == Methods::all) {
-    step<T>(nullptr, irevcm, work, u, v, wgt, &info);
+    step<T>(nullptr, digits, irevcm, work, u, v, wgt, &info);
   } else if constexpr (std::is_same_v<T, QuarnFloat>) {
     step_of(solver_method_code(work))(irevcm, work, u, v, wgt, &info);
   }
@@ -220,17 +250,23 @@ void iterate(Methods methods, Integer* irevcm, T* u, T* v, QuarnFloat* wgt, T* w
 }
 
 template <class T>
-void progress(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm, QuarnFloat* sigmax, T* work,
-              Integer lwork, char* message_buffer, Integer* ifail) {
+void progress(Methods methods, Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm,
+              QuarnFloat* sigmax, T* work, Integer lwork, char* message_buffer, Integer* ifail) {
   Report report("F11BFF", message_buffer, ifail);
   if (lwork < kHeaderLength) {
     return report.fail(2, 99998, " ** On entry, parameter number %2ld had an illegal value.", 7);
   }
+  const int digits = QuarnDigits();
+  const WorkingDigits enough(sufficient_digits(methods));
   if (!solver_state(StateMode::monitoring, work)) {
     return report.fail(1, 99999, " ** F11BFF has been called out of sequence.");
   }
   *itn = solver_iterations(work);
-  const auto at = [work](Place place) { return real_part(work[Integer(place) - 1]); };
+  const WorkingDigits again(digits);
+  const auto at = [&](Place place) {
+    const QuarnFloat& value = real_part(work[Integer(place) - 1]);
+    return methods == Methods::all && digits < kLeastDigits ? 1 * value : value;
+  };
   *stplhs = at(Place::stplhs);
   *stprhs = at(Place::stprhs);
   *anorm = at(Place::anorm);
@@ -260,7 +296,7 @@ void QuarnMP_f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat*
 
 void QuarnMP_f11bffn_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm, QuarnFloat* sigmax,
                       QuarnFloat* work, Integer lwork, char* message_buffer, Integer* ifail, int /*buffer_length*/) {
-  progress(itn, stplhs, stprhs, anorm, sigmax, work, lwork, message_buffer, ifail);
+  progress(Methods::classic, itn, stplhs, stprhs, anorm, sigmax, work, lwork, message_buffer, ifail);
 }
 
 void QuarnMPX_f11bdfn_(const char* method, const char* precon, const char* norm, const char* weight, Integer iterm,
@@ -279,23 +315,23 @@ void QuarnMPX_f11befn_(Integer* irevcm, QuarnFloat* u, QuarnFloat* v, QuarnFloat
 
 void QuarnMPX_f11bffn_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm, QuarnFloat* sigmax,
                        QuarnFloat* work, Integer lwork, char* message_buffer, Integer* ifail, int /*buffer_length*/) {
-  progress(itn, stplhs, stprhs, anorm, sigmax, work, lwork, message_buffer, ifail);
+  progress(Methods::all, itn, stplhs, stprhs, anorm, sigmax, work, lwork, message_buffer, ifail);
 }
 
 void QuarnMP_f11bezn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
-  step<QuarnFloat>(&kRgmres, irevcm, work, u, v, wgt, info);
+  step<QuarnFloat>(&kRgmres, QuarnDigits(), irevcm, work, u, v, wgt, info);
 }
 
 void QuarnMP_f11betn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
-  step<QuarnFloat>(&kCgs, irevcm, work, u, v, wgt, info);
+  step<QuarnFloat>(&kCgs, QuarnDigits(), irevcm, work, u, v, wgt, info);
 }
 
 void QuarnMP_f11bepn_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
-  step<QuarnFloat>(&kBicgstab, irevcm, work, u, v, wgt, info);
+  step<QuarnFloat>(&kBicgstab, QuarnDigits(), irevcm, work, u, v, wgt, info);
 }
 
 void QuarnMP_f11beln_(Integer* irevcm, QuarnFloat* work, QuarnFloat* u, QuarnFloat* v, QuarnFloat* wgt, Integer* info) {
-  step<QuarnFloat>(&kTfqmr, irevcm, work, u, v, wgt, info);
+  step<QuarnFloat>(&kTfqmr, QuarnDigits(), irevcm, work, u, v, wgt, info);
 }
 
 void QuarnMPX_zf11bdf_(const char* method, const char* precon, const char* norm, const char* weight,
@@ -341,6 +377,6 @@ void QuarnMPX_zf11bef_(Integer* irevcm, Complex* u, Complex* v, QuarnFloat* wgt,
 void QuarnMPX_zf11bff_(Integer* itn, QuarnFloat* stplhs, QuarnFloat* stprhs, QuarnFloat* anorm, QuarnFloat* sigmax,
                        Complex* work, const Integer* lwork, Integer* ifail) {
   char buffer[kMessageBufferLength];
-  progress(itn, stplhs, stprhs, anorm, sigmax, work, *lwork, buffer, ifail);
+  progress(Methods::all, itn, stplhs, stprhs, anorm, sigmax, work, *lwork, buffer, ifail);
 }
 }

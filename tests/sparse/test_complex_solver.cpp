@@ -4,6 +4,7 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "quarn/complex.h"
@@ -263,16 +264,65 @@ TEST_CASE_TEMPLATE("numbers that are not finite, wherever they come from, are ne
   }
 }
 
-TEST_CASE("fewer than ten digits are refused by every method") {
+TEST_CASE_TEMPLATE("fewer than ten digits are rounded from ten by every method", T, QuarnFloat, Complex) {
   Random random;
-  for (const int digits : {1, 2, 9}) {
-    const support::Digits scope(digits);
-    const SparseMatrix<QuarnFloat> a = sample(random, true);
+  std::vector<T> x(kOrder);  // of one digit
+  for (T& each : x) {
+    each = T(QuarnFloat(Integer(random.between(1, 9))));
+    if constexpr (std::is_same_v<T, Complex>) {
+      each.im = Integer(random.between(-9, 9));
+    }
+  }
+  for (const int digits : {1, 2, 5, 9}) {
     for (const Method method : kMethods) {
+      const auto [a, b] = [&] {
+        const support::Digits scope(40);
+        SparseMatrix<T> matrix = sample_of<T>(random, is_symmetric(method));
+        std::vector<T> right = matrix.multiply(x);
+        return std::pair(std::move(matrix), std::move(right));
+      }();
+      const auto precondition = [&, &matrix = a] {
+        const tesk2mp::SolverDigits enough;
+        return random_preconditioner(random, matrix, is_symmetric(method));
+      }();
+      INFO("digits " << digits << ", method " << int(method));
+      const support::Digits scope(digits);
       tesk2mp::SolverOptions options;
       options.method = method;
-      const std::vector<QuarnFloat> b(kOrder, 1);
-      CHECK_THROWS_AS(tesk2mp::solve_iteratively(a, std::span<const QuarnFloat>(b), options), tesk2mp::InvalidArgument);
+      options.tolerance = QuarnFloat(1, -8);
+      options.criterion = random.once_in(2) ? Criterion::residual : Criterion::preconditioned_residual;
+      const auto equals = [&](const std::vector<T>& y) {
+        bool same = true;
+        for (std::size_t i = 0; i < kOrder; ++i) {
+          const support::Digits more(20);
+          same = same && quarn::abs(Complex(y[i]) - Complex(x[i])) <= QuarnFloat(1, -5);
+        }
+        return same;
+      };
+      int watched = 0;
+      const auto solution = tesk2mp::solve_iteratively(a, std::span<const T>(b), options, precondition, {},
+                                                       [&](const tesk2mp::Progress& now, std::span<const T>, auto) {
+                                                         watched += now.iterations == watched + 1 ? 1 : 0;
+                                                         return true;
+                                                       });
+      CHECK(equals(solution.x));
+      CHECK(watched >= solution.progress.iterations - 1);
+      CHECK(!solution.inconsistent);
+      for (const auto& number : {Complex(solution.residual.front()).re, solution.progress.left, solution.growth,
+                                 solution.relative_residual, solution.progress.matrix_norm}) {
+        CHECK(number == 1 * number);
+      }
+      CHECK(QuarnDigits() == digits);
+
+      // Where the caller forms the sums too, of all rows or of one rank's.
+      options.rows = Integer(kOrder);
+      options.dot = [](std::span<tesk2mp::PartialSum>) {};
+      CHECK(equals(tesk2mp::solve_iteratively(a, std::span<const T>(b), options, precondition).x));
+
+      tesk2mp::SparseOptions wanted;
+      wanted.method = method;
+      wanted.tolerance = options.tolerance;
+      CHECK(equals(tesk2mp::solve_sparse(a, b, wanted).x));
     }
   }
 }
