@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "quarn/functions.h"
 #include "quarn/quarnthread.h"
 #include "src/dense/reflector.h"
 #include "src/kernels/exact_level3.h"
@@ -25,29 +26,58 @@ inline QuarnFloat sum_of_squares(Integer n, OneBasedVector<Complex> x) {
                      QuarnDot(size, &x.first()->im, step, &x.first()->im, step);
 }
 
+/// The power of ten of the largest part of x where the squares, of which all but that of x(1) add up to `rest`, are not
+/// well within the range; otherwise, and of numbers that are not finite, 0.
+template <class T>
+int far_decade(Integer n, OneBasedVector<T> x, const QuarnFloat& rest) {
+  constexpr int kFarthestSquared = 400'000'000;
+  const QuarnFloat bound(1, kFarthestSquared);
+  const bool is_safe = rest > QuarnFloat(1, -2 * kFarthestSquared) && rest < QuarnFloat(1, 2 * kFarthestSquared) &&
+                       magnitude(x(1)) < bound;
+  if (is_safe || isnan(rest)) {
+    return 0;
+  }
+  const QuarnFloat largest = magnitude(x(index_of_largest(n, x)));
+  return largest == 0 || !isfinite(largest) || (largest > 1 / bound && largest < bound) ? 0 : ilogb(largest);
+}
+
 /// LARFG: the reflector whose adjoint takes x, n elements, to (beta, 0, ..., 0) with beta real. Leaves beta and the
 /// rest of v in x; returns tau, 0 when there is nothing to do.
-inline QuarnFloat make_reflector(Integer n, OneBasedVector<QuarnFloat> x) {
-  const QuarnFloat rest = n > 1 ? sum_of_squares(n - 1, x.from(2)) : QuarnFloat();
-  if (n < 1 || rest == 0) {
+template <class T>
+T make_reflector(Integer n, OneBasedVector<T> x) {
+  if (n < 1) {
     return {};
   }
-  ReflectorScalars scalars(x(1), rest);
-  scale(n - 1, scalars.factor, x.from(2));
-  x(1) = std::move(scalars.beta);
-  return std::move(scalars.tau);
-}
-inline Complex make_reflector(Integer n, OneBasedVector<Complex> x) {
   const QuarnFloat rest = n > 1 ? sum_of_squares(n - 1, x.from(2)) : QuarnFloat();
-  if (n < 1 || (rest == 0 && x(1).im == 0)) {
-    return {};
+  if (const int decade = far_decade(n, x, rest); decade != 0) {
+    scale(n, QuarnFloat(1, -decade), x);
+    T tau = make_reflector(n, x);
+    multiply_by(x(1), QuarnFloat(1, decade));
+    return tau;
   }
-  const Complex alpha = x(1);
-  QuarnFloat beta = -with_sign(sqrt(alpha.re * alpha.re + alpha.im * alpha.im + rest), alpha.re);
-  scale(n - 1, quotient(Complex(1.0), Complex(alpha.re - beta, alpha.im)), x.from(2));
-  Complex tau((beta - alpha.re) / beta, -alpha.im / beta);
-  x(1) = Complex(std::move(beta));
-  return tau;
+  bool is_reduced = rest == 0;  // unless squares have vanished
+  for (Integer i = 2; i <= n && is_reduced; ++i) {
+    is_reduced = is_zero(x(i));
+  }
+  if constexpr (std::is_same_v<T, Complex>) {
+    if (is_reduced && x(1).im == 0) {
+      return {};
+    }
+    const Complex alpha = x(1);
+    QuarnFloat beta = -with_sign(sqrt(alpha.re * alpha.re + alpha.im * alpha.im + rest), alpha.re);
+    scale(n - 1, quotient(Complex(1.0), Complex(alpha.re - beta, alpha.im)), x.from(2));
+    Complex tau((beta - alpha.re) / beta, -alpha.im / beta);
+    x(1) = Complex(std::move(beta));
+    return tau;
+  } else {
+    if (is_reduced) {
+      return {};
+    }
+    ReflectorScalars scalars(x(1), rest);
+    scale(n - 1, scalars.factor, x.from(2));
+    x(1) = std::move(scalars.beta);
+    return std::move(scalars.tau);
+  }
 }
 
 /// C := (I - tau v v^H) C, C m by n, with a leading 1 in v.

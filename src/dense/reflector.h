@@ -10,9 +10,8 @@ namespace tesk {
 /// |a| with the sign of b.
 inline QuarnFloat with_sign(const QuarnFloat& a, const QuarnFloat& b) { return signbit(a) == signbit(b) ? a : -a; }
 
-/// What takes (alpha, x) to (beta, 0, ..., 0), where the squares of x add up to `rest`, which is not zero: v = x *
-/// factor. No rescaling against underflow is needed: the exponents of QuarnFloat reach far beyond those of the model's
-/// safe minimum.
+/// What takes (alpha, x) to (beta, 0, ..., 0), where the squares of x add up to `rest`: v = x * factor. Not both alpha
+/// and rest are zero, and the squares are in the range of exponents.
 struct ReflectorScalars {
   QuarnFloat beta, tau, factor;
 

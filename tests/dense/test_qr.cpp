@@ -26,6 +26,7 @@ struct Exports {
   static constexpr auto orgqr = support::pick<T>(QuarnMPX_dorgqr_, QuarnMPX_zungqr_);
   static constexpr auto ormqr = support::pick<T>(QuarnMPX_dormqr_, QuarnMPX_zunmqr_);
   static constexpr auto gels = support::pick<T>(QuarnMPX_dgels_, QuarnMPX_zgels_);
+  static constexpr auto gehrd = support::pick<T>(QuarnMPX_dgehrd_, QuarnMPX_zgehrd_);
   static constexpr const char* adjoint = support::pick<T>("T", "C");
   static constexpr const char* not_adjoint = support::pick<T>("C", "T");
 };
@@ -258,4 +259,70 @@ TEST_CASE("the reduction to Hessenberg form is a similarity, balanced or not, sm
   CHECK(wrong(2, 1, 3, 2, 2) == -3);
   CHECK(wrong(2, 1, 2, 1, 2) == -5);
   CHECK(wrong(2, 1, 2, 2, 1) == -8);
+}
+
+TEST_CASE_TEMPLATE("matrices whose squares leave the range are reduced as others are", T, QuarnFloat, Complex) {
+  RandomNumbers random;
+  const support::Digits scope(12);
+  const auto scaled = [](T number, int decades) {
+    if constexpr (std::is_same_v<T, Complex>) {
+      number.im *= QuarnFloat(1, decades);
+      number.re *= QuarnFloat(1, decades);
+      return number;
+    } else {
+      return number * QuarnFloat(1, decades);
+    }
+  };
+  struct Reduced {
+    Matrix<T> a;
+    std::vector<T> tau;
+  };
+  const auto reduced = [](bool hessenberg, Matrix<T> a) {
+    const Integer n = a.rows();
+    std::vector<T> tau(static_cast<std::size_t>(n));
+    std::vector<T> work(std::size_t(n) + 1);
+    Integer info = -99;
+    if (hessenberg) {
+      Exports<T>::gehrd(n, 1, n, a.data(), a.lda(), tau.data(), work.data(), n, &info);
+    } else {
+      Exports<T>::geqrf(n, n, a.data(), a.lda(), tau.data(), work.data(), n, &info);
+    }
+    CHECK(info == 0);
+    return Reduced{std::move(a), std::move(tau)};
+  };
+  for (const bool hessenberg : {true, false}) {
+    for (const Integer n : {2, 5, 60}) {  // 60: with a block of reflectors
+      const Matrix<T> a = Matrix<T>(n, n).randomise(random);
+      const Reduced usual = reduced(hessenberg, a);
+      for (const int decades : {-900'000'000, -600'000'000, 450'000'000, 900'000'000}) {
+        CAPTURE(n);
+        CAPTURE(decades);
+        Matrix<T> far = a;
+        for (Integer j = 1; j <= n; ++j) {
+          for (Integer i = 1; i <= n; ++i) {
+            far(i, j) = scaled(a(i, j), decades);
+          }
+        }
+        const Reduced found = reduced(hessenberg, far);
+        CHECK(found.tau == usual.tau);
+        bool same = true;
+        for (Integer j = 1; j <= n; ++j) {
+          for (Integer i = 1; i <= n; ++i) {
+            const bool below = i > j + (hessenberg ? 1 : 0);  // part of a reflector
+            same = same && found.a(i, j) == (below ? usual.a(i, j) : scaled(usual.a(i, j), decades));
+          }
+        }
+        CHECK(same);
+      }
+    }
+  }
+
+  // The square of what is to vanish does not stand for it.
+  Matrix<T> graded(2, 2);
+  graded(1, 1) = T(QuarnFloat(3));
+  graded(2, 1) = T(QuarnFloat(6, -600'000'000));
+  const Reduced found = reduced(false, graded);
+  CHECK(found.a(1, 1) == T(QuarnFloat(-3)));
+  CHECK(found.a(2, 1) == T(QuarnFloat(1, -600'000'000)));
+  CHECK(found.tau[0] == T(QuarnFloat(2)));
 }
