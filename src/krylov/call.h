@@ -70,6 +70,26 @@ inline bool is_small(const QuarnFloat& rest, const QuarnFloat& tol, const QuarnF
   return rest <= (asked_tolerance(tol) + kUnits * epsilon()) * norm;
 }
 
+/// What `work` forms with some digits more for vectors of n elements, rounded once.
+template <class Work>
+QuarnFloat rounded_from_more(Integer n, const Work& work) {
+  QuarnFloat value;
+  {
+    const WorkingDigits more(guarded_digits(n));
+    value = work();
+  }
+  value *= 1;
+  return value;
+}
+
+/// The real part of x^H y, rounded once.
+template <class T>
+QuarnFloat real_product(Integer n, OneBasedVector<T> x, OneBasedVector<T> y) {
+  T product{};
+  exact::multiply_matrix_vector<T>(Op::conjugate_transpose, n, 1, T(1.0), {x.first(), n}, y, T(), {&product, 1});
+  return real_part(product);
+}
+
 /// Columns of n rows that go to the caller, `step` apart, if `to` is not null.
 template <class T>
 struct ReturnedColumns {
@@ -149,6 +169,18 @@ struct EigenArguments {
   const T* v0;
   Integer ldz;
 
+  /// The entry: what is wrong, what `deliver` makes of the space of those wanted, or 2 where there is none.
+  template <std::size_t kCount, class Deliver>
+  Integer solve(const WantedName (&names)[kCount], bool hermitian, const Deliver& deliver) const {
+    const Wanted* const wanted = wanted_of(names);
+    if (const Integer wrong = first_wrong(wanted); wrong != 0) {
+      return -wrong;
+    }
+    KrylovSpace<T> space = find(hermitian, *wanted);
+    return space.end == KrylovEnd::failed ? 2 : deliver(space);
+  }
+
+ private:
   Integer first_wrong(const Wanted* wanted) const {
     return tesk::first_wrong({{wanted == nullptr, 1},
                               {n < 1, 2},
@@ -193,7 +225,6 @@ struct EigenArguments {
     return space;
   }
 
- private:
   /// About the norm of A - sigma I; 0 without sigma.
   QuarnFloat shifted_norm() const {
     if (sigma == nullptr) {

@@ -50,12 +50,7 @@ struct GeneralCall {
   Integer* nprod;
 
   Integer find() const {
-    const Wanted* const wanted = given.wanted_of(kWantedOfGeneral);
-    if (const Integer wrong = given.first_wrong(wanted); wrong != 0) {
-      return -wrong;
-    }
-    KrylovSpace<T> space = given.find(false, *wanted);
-    return space.end == KrylovEnd::failed ? 2 : deliver(space);
+    return given.solve(kWantedOfGeneral, false, [this](KrylovSpace<T>& space) { return deliver(space); });
   }
 
  private:
@@ -74,18 +69,15 @@ struct GeneralCall {
       round_elements<Complex>(n, 1, x);
       multiply_by(each.value, QuarnFloat(1));
       std::vector<Complex> image(each.vector.size());
-      QuarnFloat rest;
-      {
-        const WorkingDigits more(guarded_digits(n));
+      const QuarnFloat rest = rounded_from_more(n, [&] {
         products += by_parts(each, each.vector, image,
                              [this](const T* from, T* to) { given.product(given.context, kProduct, from, to); });
         add_multiple<Complex>(n, -each.value, x.column(1), {image.data(), 1});
-        rest = length_of(n, OneBasedVector<Complex>(image.data(), 1));
-      }
+        return length_of(n, OneBasedVector<Complex>(image.data(), 1));
+      });
       if (!isfinite(rest)) {
         return 2;
       }
-      rest *= 1;
       small = small && is_small(rest, given.tol, space.norm_of_a);
       for (int of_pair = 0; of_pair <= (each.pair ? 1 : 0); ++of_pair) {
         values.push_back(of_pair == 0 ? each.value : conjugate(each.value));

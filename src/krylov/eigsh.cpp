@@ -22,12 +22,7 @@ struct HermitianCall {
   Integer* nprod;
 
   Integer find() const {
-    const Wanted* const wanted = given.wanted_of(kWantedOfHermitian);
-    if (const Integer wrong = given.first_wrong(wanted); wrong != 0) {
-      return -wrong;
-    }
-    KrylovSpace<T> space = given.find(true, *wanted);
-    return space.end == KrylovEnd::failed ? 2 : deliver(space);
+    return given.solve(kWantedOfHermitian, true, [this](KrylovSpace<T>& space) { return deliver(space); });
   }
 
  private:
@@ -46,20 +41,14 @@ struct HermitianCall {
       const OneBasedVector<T> x = vectors.column(j);
       QuarnFloat& value = values[std::size_t(j) - 1];
       QuarnFloat& rest = rests[std::size_t(j) - 1];
-      {
-        const WorkingDigits more(guarded_digits(n));
+      value = rounded_from_more(n, [&] {
         given.product(given.context, kProduct, x.first(), y.first());
-        T quotient{};
-        exact::multiply_matrix_vector<T>(Op::conjugate_transpose, n, 1, T(1.0), {x.first(), n}, y, T(), {&quotient, 1});
-        value = real_part(quotient) / sum_of_squares(n, x);
-      }
-      value *= 1;
-      {
-        const WorkingDigits more(guarded_digits(n));
+        return real_product(n, x, y) / sum_of_squares(n, x);
+      });
+      rest = rounded_from_more(n, [&] {
         add_multiple(n, T(-value), x, y);
-        rest = length_of(n, y);
-      }
-      rest *= 1;
+        return length_of(n, y);
+      });
       if (!isfinite(rest)) {
         return 2;
       }

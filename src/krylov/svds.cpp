@@ -77,25 +77,18 @@ struct SingularCall {
       const OneBasedVector<T> y = right.column(j);
       QuarnFloat& value = values[std::size_t(j) - 1];
       QuarnFloat& rest = rests[std::size_t(j) - 1];
-      {
-        const WorkingDigits more(guarded_digits(std::max(m, n)));
+      value = rounded_from_more(std::max(m, n), [&] {
         product(context, kProduct, y.first(), av.first());
         product(context, kAdjointProduct, x.first(), ahu.first());
-        T quotient{};
-        exact::multiply_matrix_vector<T>(Op::conjugate_transpose, m, 1, T(1.0), {x.first(), m}, av, T(),
-                                         {&quotient, 1});
-        value = fabs(real_part(quotient)) / sqrt(sum_of_squares(m, x) * sum_of_squares(n, y));
-      }
-      value *= 1;
-      {
-        const WorkingDigits more(guarded_digits(std::max(m, n)));
+        return fabs(real_product(m, x, av)) / sqrt(sum_of_squares(m, x) * sum_of_squares(n, y));
+      });
+      rest = rounded_from_more(std::max(m, n), [&] {
         add_multiple(m, T(-value), x, av);
         add_multiple(n, T(-value), y, ahu);
-        const QuarnFloat left_rest = length_of(m, av);
-        rest = length_of(n, ahu);
-        rest = rest <= left_rest || isnan(left_rest) ? left_rest : rest;
-      }
-      rest *= 1;
+        QuarnFloat left_rest = length_of(m, av);
+        QuarnFloat right_rest = length_of(n, ahu);
+        return right_rest <= left_rest || isnan(left_rest) ? left_rest : right_rest;
+      });
       if (!isfinite(rest)) {
         return 2;
       }
