@@ -9,6 +9,7 @@
 #include "cli/commands/failure.h"
 #include "cli/commands/options.h"
 #include "cli/commands/ranking.h"
+#include "cli/commands/transform_lines.h"
 #include "cli/commands/true_transform.h"
 #include "cli/io/input.h"
 #include "cli/io/matrix_input.h"
@@ -133,19 +134,8 @@ std::vector<BoundedComplex> transformed_with_bounds(const CfftOptions& options, 
     for (std::size_t l = 0; l < dimension; ++l) {
       step *= std::size_t(array.extents[l]);
     }
-    const auto extent = std::size_t(array.extents[dimension]);
-    std::vector<BoundedComplex> line(extent);
-    for (std::size_t start = 0; start < z.size(); start += step * extent) {
-      for (std::size_t i = start; i < start + step; ++i) {
-        for (std::size_t j = 0; j < extent; ++j) {
-          line[j] = std::move(z[i + j * step]);
-        }
-        line = tesk2mp::proven::transform(line, direction);
-        for (std::size_t j = 0; j < extent; ++j) {
-          z[i + j * step] = std::move(line[j]);
-        }
-      }
-    }
+    transform_lines(z, step, std::size_t(array.extents[dimension]),
+                    [direction](const auto& line) { return tesk2mp::proven::transform(line, direction); });
   }
   return z;
 }

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "cli/commands/options.h"
+#include "cli/commands/transform_lines.h"
 #include "cli/io/matrix_input.h"
 #include "cli/io/matrix_output.h"
 #include "cli/plot/plot.h"
@@ -100,20 +101,9 @@ Knowns fft2(Evaluation& evaluation, const Arguments& arguments) {
     return estimated<estimated_transform<kDirection>>(evaluation, arguments);
   }
   std::vector<Number> all = numbers(arguments.known(0));
-  const auto transform_lines = [&](std::size_t count, std::size_t distance, std::size_t length, std::size_t step) {
-    for (std::size_t line = 0; line < count; ++line) {
-      std::vector<Number> sequence;
-      for (std::size_t k = 0; k < length; ++k) {
-        sequence.push_back(all[line * distance + k * step]);
-      }
-      sequence = transformed(sequence, kDirection);
-      for (std::size_t k = 0; k < length; ++k) {
-        all[line * distance + k * step] = sequence[k];
-      }
-    }
-  };
-  transform_lines(a.columns(), a.rows(), a.rows(), 1);
-  transform_lines(a.rows(), 1, a.columns(), a.rows());
+  const auto transform = [](const std::vector<Number>& line) { return transformed(line, kDirection); };
+  transform_lines(all, 1, a.rows(), transform);
+  transform_lines(all, a.rows(), a.columns(), transform);
   return {without_imaginary_parts(arguments.known(0), std::move(all))};
 }
 
