@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <numeric>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -110,7 +111,75 @@ BoundedMatrix<T> pseudo_inverse_of(const Matrix<T>& a) {
 }
 template <class T>
 BoundedMatrix<T> pseudo_inverse_of(const BoundedMatrix<T>& a) {
-  return a.rows() >= a.columns() ? left_inverse(a) : adjoint(left_inverse(adjoint(a)));
+  if (a.rows() == a.columns()) {
+    return proven::inverse(a);
+  }
+  return a.rows() > a.columns() ? left_inverse(a) : adjoint(left_inverse(adjoint(a)));
+}
+
+/// Rows and columns that are not exactly 0, of a whose A^+ has zeros in their places.
+struct Support {
+  std::vector<std::size_t> rows;
+  std::vector<std::size_t> columns;
+
+  template <class T>
+  explicit Support(const BoundedMatrix<T>& a) {
+    std::vector<bool> has_row(a.rows());
+    for (std::size_t j = 0; j < a.columns(); ++j) {
+      bool has_column = false;
+      for (std::size_t i = 0; i < a.rows(); ++i) {
+        const bool is_zero = a.values()(i, j) == T() && a.errors()(i, j) == 0;
+        has_row[i] = has_row[i] || !is_zero;
+        has_column = has_column || !is_zero;
+      }
+      if (has_column) {
+        columns.push_back(j);
+      }
+    }
+    for (std::size_t i = 0; i < a.rows(); ++i) {
+      if (has_row[i]) {
+        rows.push_back(i);
+      }
+    }
+  }
+
+  template <class T>
+  Matrix<T> part_of(const Matrix<T>& a) const {
+    Matrix<T> part(rows.size(), columns.size());
+    for (std::size_t j = 0; j < columns.size(); ++j) {
+      for (std::size_t i = 0; i < rows.size(); ++i) {
+        part(i, j) = a(rows[i], columns[j]);
+      }
+    }
+    return part;
+  }
+  template <class T>
+  BoundedMatrix<T> part_of(const BoundedMatrix<T>& a) const {
+    return {part_of(a.values()), part_of(a.errors())};
+  }
+};
+
+template <class Data>
+auto pseudo_inverse_of_support(const Data& a) {
+  using T = ElementOfData<Data>;
+  const Support support(bounded(a));
+  if (support.rows.size() == a.rows() && support.columns.size() == a.columns()) {
+    return pseudo_inverse_of(a);
+  }
+  BoundedMatrix<T> whole = bounded(Matrix<T>(a.columns(), a.rows()));
+  if (support.rows.empty()) {
+    return whole;
+  }
+  const BoundedMatrix<T> inner = pseudo_inverse_of(support.part_of(a));
+  Matrix<T> values = whole.values();
+  Matrix<Real> errors = whole.errors();
+  for (std::size_t i = 0; i < support.rows.size(); ++i) {
+    for (std::size_t j = 0; j < support.columns.size(); ++j) {
+      values(support.columns[j], support.rows[i]) = inner.values()(j, i);
+      errors(support.columns[j], support.rows[i]) = inner.errors()(j, i);
+    }
+  }
+  return BoundedMatrix<T>(std::move(values), std::move(errors));
 }
 
 }  // namespace detail
@@ -118,7 +187,7 @@ BoundedMatrix<T> pseudo_inverse_of(const BoundedMatrix<T>& a) {
 /// The Moore-Penrose inverse. Of an exact matrix of any rank, which is proven first: with A = C F, C columns of A that
 /// are a basis of its range, F = C^+ A, it is F^H (F F^H)^-1 C^+ (A. Ben-Israel, T. N. E. Greville, Generalized
 /// Inverses, section 1.6). Of data with bounds where rows or columns are independent for all of them. Elsewhere, and
-/// where the digits do not suffice, the bounds are infinite.
+/// where the digits do not suffice, the bounds are infinite. Rows and columns of exact zeros have exact zeros there.
 template <DataSource A>
 BoundedMatrix<detail::ElementOfData<A>> pseudo_inverse(const A& a) {
   using T = detail::ElementOfData<A>;
@@ -127,9 +196,9 @@ BoundedMatrix<detail::ElementOfData<A>> pseudo_inverse(const A& a) {
   {
     const Digits scope(QuarnDigits() + detail::kDigitsOfProducts);
     if constexpr (MatrixSource<A>) {
-      found = detail::pseudo_inverse_of(Matrix<T>{MatrixView<const T>(a)});
+      found = detail::pseudo_inverse_of_support(Matrix<T>{MatrixView<const T>(a)});
     } else {
-      found = detail::pseudo_inverse_of(a);
+      found = detail::pseudo_inverse_of_support(a);
     }
   }
   return detail::fitted(found);
@@ -153,42 +222,115 @@ minimum_norm(const A& a, const B& b) {
   return detail::fitted(x);
 }
 
-/// An orthonormal basis of the x with A x = 0, n rows, n - rank columns: Q of the QR factorisation of the vectors with
-/// 1 in one of the columns that are not basic (those that a pivoted QR factorisation takes last), 0 in the others of
-/// these, in ascending order. The bounds are infinite where rank or digits are not known.
-template <MatrixSource A>
-BoundedMatrix<Element<A>> null_space(const A& a) {
-  using T = Element<A>;
-  detail::require_finite("PROVEN::NULL_SPACE", a);
-  const Matrix<T> given{MatrixView<const T>(a)};
-  const std::size_t n = given.columns();
-  const std::optional<std::size_t> rank = proven::rank(given);
+namespace detail {
+
+/// A = C F where the rows of A, no more than there are columns, are independent for all data within the bounds; C are
+/// the columns that a pivoted QR factorisation takes first, F = C^-1 A. Nothing where that is not proven.
+template <class T>
+struct RowBasis {
+  std::vector<std::size_t> basic;
+  BoundedMatrix<T> f;
+};
+
+template <class T>
+std::optional<RowBasis<T>> row_basis(const BoundedMatrix<T>& a) {
+  const std::size_t m = a.rows();
+  const PivotedQR<T> near(a.values());
+  RowBasis<T> found;
+  for (std::size_t j = 0; j < m; ++j) {
+    found.basic.push_back(std::size_t(near.order()[j]));
+  }
+  std::sort(found.basic.begin(), found.basic.end());
+  const auto columns = bounded_matrix<T>(m, m, [&](std::size_t i, std::size_t j) { return a(i, found.basic[j]); });
+  found.f = proven::solve(columns, a);
+  return is_known(found.f) ? std::optional(std::move(found)) : std::nullopt;
+}
+
+}  // namespace detail
+
+/// The rank that the matrix has for all data within the bounds, where that is proven: that of the rows and columns that
+/// are not exactly 0, as many as there are of either.
+template <Scalar T>
+std::optional<std::size_t> rank(const BoundedMatrix<T>& a) {
+  const detail::Support support(a);
+  const std::size_t full = std::min(support.rows.size(), support.columns.size());
+  const Digits scope(QuarnDigits() + detail::kDigitsOfProducts);
+  const BoundedMatrix<T> part = support.part_of(a);
+  const bool is_proven =
+      full == 0 || detail::row_basis(part.rows() <= part.columns() ? part : detail::adjoint(part)).has_value();
+  return is_proven ? std::optional(full) : std::nullopt;
+}
+
+namespace detail {
+
+/// An orthonormal basis of the x with A x = 0 where A = C F, C the basic columns of A, F with the unit matrix in these.
+template <class T>
+BoundedMatrix<T> null_basis(const std::vector<std::size_t>& basic, const BoundedMatrix<T>& f) {
+  const std::size_t n = f.columns();
+  std::vector<std::size_t> free;
+  for (std::size_t j = 0; j < n; ++j) {
+    if (!std::binary_search(basic.begin(), basic.end(), j)) {
+      free.push_back(j);
+    }
+  }
+  return proven::qr(bounded_matrix<T>(n, free.size(),
+                                      [&](std::size_t i, std::size_t j) {
+                                        const auto at = std::lower_bound(basic.begin(), basic.end(), i);
+                                        if (at == basic.end() || *at != i) {
+                                          return proven::exact(T(free[j] == i ? 1 : 0));
+                                        }
+                                        return -f(std::size_t(at - basic.begin()), free[j]);
+                                      }))
+      .q;
+}
+
+template <class T>
+BoundedMatrix<T> null_space_of(const Matrix<T>& a) {
+  const std::size_t n = a.columns();
+  const std::optional<std::size_t> rank = proven::rank(a);
   if (!rank || *rank == n) {
-    return detail::unknown_matrix<T>(n, n - rank.value_or(0));
+    return unknown_matrix<T>(n, n - rank.value_or(0));
   }
   if (*rank == 0) {
-    return detail::identity<T>(n);
+    return identity<T>(n);
   }
+  const auto factors = full_rank_factors(a, *rank);
+  return factors ? null_basis(factors->basic, factors->f) : unknown_matrix<T>(n, n - *rank);
+}
+template <class T>
+BoundedMatrix<T> null_space_of(const BoundedMatrix<T>& a) {
+  const std::size_t n = a.columns();
+  Support support(a);
+  if (support.rows.empty()) {
+    return identity<T>(n);
+  }
+  if (support.rows.size() >= n) {
+    return unknown_matrix<T>(n, proven::rank(a) == n ? 0 : n);
+  }
+  support.columns.resize(n);
+  std::iota(support.columns.begin(), support.columns.end(), 0);
+  const auto found = row_basis(support.part_of(a));
+  return found ? null_basis(found->basic, found->f) : unknown_matrix<T>(n, n);
+}
+
+}  // namespace detail
+
+/// An orthonormal basis of the x with A x = 0, n rows, n - rank columns: Q of the QR factorisation of the vectors with
+/// 1 in one of the columns that are not basic (those that a pivoted QR factorisation takes last), 0 in the others of
+/// these, in ascending order. Of data with bounds where rows or columns are independent for all of them. The bounds are
+/// infinite where rank or digits are not known, n columns of them where that is the rank.
+template <DataSource A>
+BoundedMatrix<detail::ElementOfData<A>> null_space(const A& a) {
+  using T = detail::ElementOfData<A>;
+  detail::require_finite("PROVEN::NULL_SPACE", a);
   BoundedMatrix<T> basis;
   {
     const Digits scope(QuarnDigits() + detail::kDigitsOfProducts);
-    const auto factors = detail::full_rank_factors(given, *rank);
-    if (!factors) {
-      return detail::unknown_matrix<T>(n, n - *rank);
+    if constexpr (MatrixSource<A>) {
+      basis = detail::null_space_of(Matrix<T>{MatrixView<const T>(a)});
+    } else {
+      basis = detail::null_space_of(a);
     }
-    std::vector<std::size_t> free;
-    for (std::size_t j = 0; j < n; ++j) {
-      if (!std::binary_search(factors->basic.begin(), factors->basic.end(), j)) {
-        free.push_back(j);
-      }
-    }
-    basis = proven::qr(detail::bounded_matrix<T>(n, n - *rank, [&](std::size_t i, std::size_t j) {
-              const auto at = std::lower_bound(factors->basic.begin(), factors->basic.end(), i);
-              if (at == factors->basic.end() || *at != i) {
-                return proven::exact(T(free[j] == i ? 1 : 0));
-              }
-              return -factors->f(std::size_t(at - factors->basic.begin()), free[j]);
-            })).q;
   }
   return detail::fitted(basis);
 }

@@ -252,6 +252,26 @@ void check_pseudo_inverse(support::Random& random, int digits, Counts& counts) {
 }
 
 template <class T>
+void check_bounded_null_space(support::Random& random, int digits, Counts& counts) {
+  const auto m = std::size_t(random.between(1, 4));
+  const auto n = std::size_t(random.between(1, 6));
+  const support::Digits scope(digits);
+  const Given<T> given(random, m, n, 0);
+  const auto basis = proven::null_space(given.bounded());
+  const auto rank = proven::rank(given.bounded());
+  ++(rank && proven::detail::is_known(basis) ? counts.known : counts.open);
+  if (rank) {
+    CHECK(proven::rank(given.within) == rank);
+  }
+  if (proven::detail::is_known(basis)) {
+    const std::size_t count = n - proven::rank(given.within).value();
+    REQUIRE(basis.columns() == count);
+    check_contains(proven::multiply(given.within, basis), Matrix<T>(m, count));
+    check_contains(proven::multiply(proven::detail::adjoint(basis), basis), Matrix<T>::identity(count));
+  }
+}
+
+template <class T>
 void check_singular_system(support::Random& random, int digits, Counts& counts) {
   const auto m = std::size_t(random.between(1, 5));
   const auto n = std::size_t(random.between(1, 5));
@@ -312,6 +332,7 @@ TEST_CASE("factors are within their bounds, of exact data and of data with bound
 TEST_CASE("pseudo-inverses, null spaces and singular vectors are within their bounds, whatever the rank") {
   support::Random random;
   Counts inverses;
+  Counts bases;
   Counts systems;
   for (const int digits : {1, 2, 16, 50}) {
     for (int round = 0; round < 20; ++round) {
@@ -319,11 +340,14 @@ TEST_CASE("pseudo-inverses, null spaces and singular vectors are within their bo
       CAPTURE(round);
       check_pseudo_inverse<Real>(random, digits, inverses);
       check_pseudo_inverse<Complex>(random, digits, inverses);
+      check_bounded_null_space<Real>(random, digits, bases);
+      check_bounded_null_space<Complex>(random, digits, bases);
       check_singular_system<Real>(random, digits, systems);
       check_singular_system<Complex>(random, digits, systems);
     }
   }
   CHECK(inverses.known > 10 * inverses.open);
+  CHECK(bases.known > bases.open);
   CHECK(systems.known > systems.open);
 }
 
@@ -347,6 +371,16 @@ TEST_CASE("factors that fit the digits are exact") {
   CHECK((!turned.l(2, 1).error.is_zero() && !turned.u(1, 2).error.is_zero()));
   const auto banded = proven::lu(Matrix<Real>{{3, 1, 0}, {1, 3, 1}, {0, 1, 3}});
   CHECK((banded.l(2, 0).error.is_zero() && banded.u(0, 2).error.is_zero() && !banded.u(2, 2).error.is_zero()));
+  // Zeros of A^+ are those of A.
+  const Matrix<Real> padded = {{Real("0.1"), 0, Real("0.2")}, {0, 0, 0}, {Real("0.3"), 0, Real("0.6")}};
+  const Matrix<Real> third = {{Real("1e-6"), 0, Real("1e-6")}, {0, 0, 0}, {Real("1e-6"), 0, 0}};
+  for (const auto& each :
+       {proven::pseudo_inverse(padded), proven::pseudo_inverse(BoundedMatrix<Real>(padded, third))}) {
+    for (std::size_t k = 0; k < 3; ++k) {
+      CHECK((each(1, k).error.is_zero() && each(k, 1).error.is_zero()));
+    }
+    CHECK_FALSE(each(0, 0).error.is_zero());
+  }
   const auto perhaps = proven::lu(BoundedMatrix<Real>({{1, 0}, {0, 1}}, {{0, Real("1e-3")}, {0, 0}}));
   CHECK((perhaps.u(0, 1).error >= QuarnBound(Real("1e-3")) && perhaps.l(1, 0).error.is_zero()));
   // The other triangle is not read.
@@ -375,6 +409,11 @@ TEST_CASE("what has no factor is refused, or not known") {
   CHECK_THROWS_AS((void)proven::cholesky(nan), tesk2mp::InvalidArgument);
   CHECK_THROWS_AS((void)proven::pseudo_inverse(nan), tesk2mp::InvalidArgument);
   CHECK_THROWS_AS((void)proven::null_space(nan), tesk2mp::InvalidArgument);
+  CHECK_FALSE(proven::rank(BoundedMatrix<Real>(nan, {{0, 0}, {0, 0}})).has_value());
+  CHECK_FALSE(proven::detail::is_known(proven::null_space(BoundedMatrix<Real>({{Real("inf"), 1}}, {{0, 0}}))));
+  // Of rank 1 or 2.
+  CHECK_FALSE(proven::rank(BoundedMatrix<Real>({{1, 2}, {2, 4}}, {{0, 0}, {0, Real("1e-9")}})).has_value());
+  CHECK(proven::rank(BoundedMatrix<Real>({{1, 0}, {0, 0}}, {{Real("0.1"), 0}, {0, 0}})) == 1U);
   CHECK_THROWS_AS((void)proven::cholesky(Matrix<Real>(2, 3)), tesk2mp::InvalidArgument);
   for (const auto& [m, n] : {std::pair(0, 0), std::pair(0, 2), std::pair(2, 0)}) {
     const Matrix<Complex> empty{std::size_t(m), std::size_t(n)};
