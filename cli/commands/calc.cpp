@@ -1,10 +1,10 @@
 // quarn calc: the value of an expression.
 #include "cli/commands/failure.h"
 #include "cli/commands/options.h"
+#include "cli/commands/proven.h"
 #include "cli/io/output.h"
 #include "cli/repl/fault.h"
 #include "cli/repl/interpreter.h"
-#include "cli/repl/proof_flags.h"
 
 namespace cli {
 
@@ -13,15 +13,12 @@ namespace {
 struct CalcOptions {
   std::string expression;
   std::string file;
-  repl::ProofLimits limits;
+  ProofOptions proof;
 };
 
 void run_calc(const CalcOptions& options) {
   std::string shown;
-  if (options.limits.once > 0) {
-    QuarnSetDigits(int(options.limits.once));
-  }
-  repl::Interpreter interpreter([&](const std::string& text) { shown += text; }, options.limits);
+  repl::Interpreter interpreter([&](const std::string& text) { shown += text; }, options.proof);
   try {
     interpreter.run(options.expression);
   } catch (const repl::Fault& fault) {
@@ -48,15 +45,9 @@ Examples:
 void declare_calc(Command& command) {
   auto options = std::make_shared<CalcOptions>();
   command.argument("EXPRESSION", options->expression, "what is to be worked out");
-  command.add_digits("digits that are printed, and proven to be true");
-  command.number("--working-digits", "D", options->limits.once, 1, kMostDigits,
-                 "compute once with D digits, without a proof");
-  command.number("--proof-time", "S", options->limits.seconds, 0, 1'000'000,
-                 "after S seconds try no more working digits for a proof (default 60)");
-  repl::add_proof_flags(command, options->limits);
+  add_true_digits(command, options->proof, "show bounds of the errors of results as well");
   add_output_file_option(command, options->file);
-  command.check = [options] { repl::check_proof_flags(options->limits); };
-  command.work = [options] { run_calc(*options); };
+  set_proven_work(command, options, run_calc);
 }
 
 const Registered kCalcCommand(138, "calc", "the value of an expression", kCalcFooter, declare_calc);

@@ -31,11 +31,11 @@ void add_estimated_digits(Command& command, ProofOptions& proof) {
   add_working_digits(command, proof);
 }
 
-void add_true_digits(Command& command, ProofOptions& proof) {
+void add_true_digits(Command& command, ProofOptions& proof, const std::string& errors) {
   command.add_digits("digits that are printed, and proven to be true");
   add_working_digits(command, proof);
   command.flag("--proven", proof.insisted, "print nothing that is not proven");
-  command.flag("--error", proof.errors, "bounds of the errors as well; csv and json of columns have them always");
+  command.flag("--error", proof.errors, errors);
 }
 
 void add_certificate(Command& command, ProofOptions& proof) {

@@ -10,17 +10,14 @@
 
 #include "cli/commands/command.h"
 #include "cli/commands/failure.h"
+#include "cli/commands/proof_limits.h"
 #include "cli/io/result.h"
 #include "tesk2mp/proven.hpp"
 
 namespace cli {
 
 /// What --digits means: digits that are proven to be true, or, with --working-digits, those of one computation.
-struct ProofOptions {
-  Integer once = 0;  // working digits; 0: a proof
-  Integer seconds = 60;
-  bool insisted = false;
-  bool errors = false;
+struct ProofOptions : ProofLimits {
   std::string certificate;  // the file for it; empty: none
 
   bool wanted() const { return once == 0 || insisted; }
@@ -32,7 +29,9 @@ struct ProofOptions {
 void add_working_digits(Command& command, ProofOptions& proof);
 /// The options of results that have no proof.
 void add_estimated_digits(Command& command, ProofOptions& proof);
-void add_true_digits(Command& command, ProofOptions& proof);
+void add_true_digits(
+    Command& command, ProofOptions& proof,
+    const std::string& errors = "bounds of the errors as well; csv and json of columns have them always");
 void add_certificate(Command& command, ProofOptions& proof);
 
 /// run(options) as the command's work, behind what options.proof has to say.

@@ -4,13 +4,13 @@
 
 #include "cli/commands/failure.h"
 #include "cli/commands/options.h"
+#include "cli/commands/proven.h"
 #include "cli/io/input.h"
 #include "cli/io/output.h"
 #include "cli/repl/fault.h"
 #include "cli/repl/interpreter.h"
 #include "cli/repl/lexer.h"
 #include "cli/repl/line_input.h"
-#include "cli/repl/proof_flags.h"
 #include "cli/system/interrupt.h"
 #include "quarn/quarnthread.h"
 
@@ -23,7 +23,7 @@ struct ReplOptions {
   std::vector<std::string> expressions;
   bool keep_going = false;
   std::string file;
-  repl::ProofLimits limits;
+  ProofOptions proof;
 };
 
 struct Source {
@@ -124,12 +124,8 @@ bool run_source(repl::Interpreter& interpreter, const ReplOptions& options) {
 // Statements show what they do at once; a file is written at the end, and not by a run that fails.
 void run_repl(const ReplOptions& options) {
   std::string shown;
-  if (options.limits.once > 0) {
-    QuarnSetDigits(int(options.limits.once));
-  }
   repl::Interpreter interpreter(
-      [&](const std::string& text) { options.file.empty() ? write_output(text) : void(shown += text); },
-      options.limits);
+      [&](const std::string& text) { options.file.empty() ? write_output(text) : void(shown += text); }, options.proof);
   const bool faulty = run_source(interpreter, options);
   if (!options.file.empty()) {
     write_output(shown, options.file);
@@ -157,20 +153,14 @@ void declare_repl(Command& command) {
   command.argument("FILE", options->script, "lines to run; - is standard input", false);
   command.texts("--eval", "LINE", options->expressions, "run this line; may be given several times");
   command.flag("--keep-going", options->keep_going, "go on after a wrong line; the exit status is 1 in the end");
-  command.add_digits("digits that are printed, and proven to be true");
-  command.number("--working-digits", "D", options->limits.once, 1, kMostDigits,
-                 "compute once with D digits, without a proof");
-  command.number("--proof-time", "S", options->limits.seconds, 0, 1'000'000,
-                 "after S seconds try no more working digits for a proof (default 60)");
-  repl::add_proof_flags(command, options->limits);
+  add_true_digits(command, options->proof, "show bounds of the errors of results as well");
   add_output_file_option(command, options->file);
   command.check = [options] {
-    repl::check_proof_flags(options->limits);
     if (!options->script.empty() && !options->expressions.empty()) {
       throw bad_input("FILE and --eval exclude each other");
     }
   };
-  command.work = [options] { run_repl(*options); };
+  set_proven_work(command, options, run_repl);
 }
 
 const Registered kReplCommand(140, "repl", "calculate line by line", kReplFooter, declare_repl);

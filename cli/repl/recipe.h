@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "cli/commands/proof_limits.h"
 #include "cli/repl/known.h"
 #include "cli/repl/parser.h"
 
@@ -55,13 +56,5 @@ struct Recipe {
 };
 
 inline const Known& Variable::value() const { return recipe->results.at(place); }
-
-/// How far proofs go.
-struct ProofLimits {
-  Integer once = 0;  // working digits of a single computation without a proof; 0: proofs
-  Integer seconds = 60;
-  bool insisted = false;  // nothing is shown that is not proven
-  bool errors = false;    // bounds are shown as well
-};
 
 }  // namespace cli::repl
