@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <limits>
 #include <numeric>
 #include <optional>
@@ -146,6 +147,20 @@ std::vector<BoundedReal> search(const ProofOptions& options, const std::string& 
   return found;
 }
 
+/// As it is printed; NaN where nothing is known.
+QuarnFloat shown_value(const BoundedReal& x) {
+  return x.error.is_finite() ? tesk2mp::proven::known_value(x) : QuarnFloat("nan");
+}
+
+/// In the table for people "?" stands for what is not known.
+void mark_unknown(Result& result) {
+  for (ResultColumn& column : result.table) {
+    for (std::string& cell : column.cells) {
+      cell = cell == "nan" ? "?" : cell;
+    }
+  }
+}
+
 /// find(), which uses how.sigma where that is not an eigenvalue; else a number beside it, half the digits away.
 template <class How, class Find>
 auto found_near(How& how, const QuarnFloat& size, const Find& find) {
@@ -156,7 +171,7 @@ auto found_near(How& how, const QuarnFloat& size, const Find& find) {
       throw;
     }
   }
-  how.sigma = *how.sigma + size * QuarnFloat(1, -QuarnDigits() / 2);
+  how.sigma = *how.sigma + (size == 0 ? QuarnFloat(1) : size) * QuarnFloat(1, -QuarnDigits() / 2);
   return find();
 }
 
@@ -173,6 +188,7 @@ QuarnFloat largest_entry(const tesk2mp::SparseMatrix<T>& a) {
 void add_values(Result& result, const std::vector<Complex>& values, const std::vector<QuarnFloat>& errors,
                 bool errors_in_text) {
   add_complex_numbers(result, values);
+  mark_unknown(result);
   if (!errors.empty()) {
     add_errors(result, errors, "value", errors_in_text);
   }
@@ -192,7 +208,8 @@ void add_vectors(Result& result, const tesk2mp::Matrix<T>& vectors, const std::v
   }
 }
 
-void add_plane(Result& result, const std::string& title, const std::vector<Complex>& values) {
+void add_plane(Result& result, const std::string& title, std::vector<Complex> values) {
+  std::erase_if(values, [](const Complex& z) { return isnan(z.re); });
   result.picture = [title, values](const std::string& file) { draw(ComplexPlane{title, values}, file); };
 }
 
@@ -247,7 +264,7 @@ Result hermitian_result(const FewOptions& options, const SparseMatrix& matrix, c
   const std::vector<std::size_t> order = most_wanted_first(options, near, pairs.values);
   for (const std::size_t j : order) {
     ordered.push_back(found[j]);
-    values.emplace_back(tesk2mp::proven::known_value(found[j]));
+    values.emplace_back(shown_value(found[j]));
   }
   result.facts.push_back({"products", std::to_string(pairs.products), true});
   add_values(result, values, errors_of(ordered), options.proof.errors);
@@ -400,10 +417,12 @@ Result singular_result(const FewOptions& options, const SparseMatrix& matrix, co
     };
     return result;
   }
-  const std::vector<QuarnFloat> values = known_values(found);
+  std::vector<QuarnFloat> values;
+  std::transform(found.begin(), found.end(), std::back_inserter(values), shown_value);
   const ResultColumn counts = count_column("i", positions(Integer(values.size())));
   result.table = {counts, aligned_column("value", values, largest_magnitude(values))};
   result.data = {counts, {"value", exact_cells(values)}};
+  mark_unknown(result);
   add_errors(result, errors_of(found), "value", options.proof.errors);
   result.picture = [title = result.notes.front(), values](const std::string& file) {
     Panel panel = panel_of_elements(title, "value", values);
