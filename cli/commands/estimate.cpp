@@ -125,14 +125,14 @@ std::vector<T> estimated_values(const ProofOptions& options,
 }
 
 template <class T>
-void add_estimate(const ProofOptions& options, const Estimated<T>& estimate, const std::string& routine,
-                  Result& result) {
+void add_estimate(const ProofOptions& options, const Estimated<T>& estimate, const std::string& routine, Result& result,
+                  const std::string& condition) {
   const auto known = std::clamp<std::int64_t>(estimate.known_digits(), 0, QuarnDigits());
   result.notes[1] = digits_text() + ", by " + routine +
                     (options.wanted() || estimate.first_digits != QuarnDigits()
                          ? " (worked with " + std::to_string(estimate.first_digits) + ")"
                          : std::string());
-  result.notes.push_back("about " + std::to_string(known) + (known == 1 ? " digit is" : " digits are") +
+  result.notes.push_back(condition + "about " + std::to_string(known) + (known == 1 ? " digit is" : " digits are") +
                          " true (estimate by a second computation with " + std::to_string(estimate.second_digits) +
                          ")");
   if (options.wanted()) {
@@ -151,7 +151,9 @@ template std::vector<QuarnFloat> estimated_values(const ProofOptions&,
                                                   const std::vector<tesk2mp::proven::Bounded<QuarnFloat>>&);
 template std::vector<Complex> estimated_values(const ProofOptions&,
                                                const std::vector<tesk2mp::proven::Bounded<Complex>>&);
-template void add_estimate(const ProofOptions&, const Estimated<QuarnFloat>&, const std::string&, Result&);
-template void add_estimate(const ProofOptions&, const Estimated<Complex>&, const std::string&, Result&);
+template void add_estimate(const ProofOptions&, const Estimated<QuarnFloat>&, const std::string&, Result&,
+                           const std::string&);
+template void add_estimate(const ProofOptions&, const Estimated<Complex>&, const std::string&, Result&,
+                           const std::string&);
 
 }  // namespace cli

@@ -49,10 +49,10 @@ Estimated<T> estimated(const ProofOptions& options, const Computation<T>& comput
 template <class T>
 std::vector<T> estimated_values(const ProofOptions& options, const std::vector<tesk2mp::proven::Bounded<T>>& estimates);
 
-/// "20 digits, by ROUTINE (worked with 25)" as the second note, how many of them are true as the last one, and both as
-/// facts.
+/// "20 digits, by ROUTINE (worked with 25)" as the second note, how many of them are true, on that condition, as the
+/// last one, and both as facts.
 template <class T>
-void add_estimate(const ProofOptions& options, const Estimated<T>& estimate, const std::string& routine,
-                  Result& result);
+void add_estimate(const ProofOptions& options, const Estimated<T>& estimate, const std::string& routine, Result& result,
+                  const std::string& condition = {});
 
 }  // namespace cli

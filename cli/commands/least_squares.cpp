@@ -37,6 +37,7 @@ QuarnFloat tolerance_of(const RankOptions& options, const DenseMatrix& matrix) {
   return tolerance;
 }
 
+constexpr const char* kByTolerance = "not proven: --tolerance decides about the rank";
 constexpr const char* kInsistedWithTolerance =
     "--proven is for results without --tolerance, which decides about the rank";
 
@@ -44,32 +45,36 @@ const char* routine_for(const DenseMatrix& matrix) {
   return matrix.complex() ? "QuarnMPX_zgelsy_" : "QuarnMPX_dgelsy_";
 }
 
-/// A result of another rank than the proven one has no digit in common with the true one.
+/// Title, digits and what they are worth, rank. A result of another rank than the proven one, and one that is not of
+/// numbers, has no digit in common with the true one; where no rank is proven that is a condition.
 template <class T>
-void require_proven_rank(const RankOptions& options, const tesk2mp::Matrix<T>& a, Integer rank,
-                         const std::string& why_not) {
-  if (!options.tolerance.empty() || !options.proof.wanted()) {
-    return;
+Result started(const RankOptions& options, const std::string& title, const DenseMatrix& matrix,
+               const tesk2mp::Matrix<T>& a, const Estimated<T>& estimate, const std::string& why_not) {
+  const auto is_number = [](const auto& x) { return isfinite(Complex(x.value).re) && isfinite(Complex(x.value).im); };
+  if (!std::all_of(estimate.numbers.begin(), estimate.numbers.end(), is_number)) {
+    throw Failure(ExitStatus::library, "quarn: " + why_not + "; what is computed is not finite\n");
   }
-  const std::optional<std::size_t> proven = tesk2mp::proven::rank(a);
+  const Integer rank = estimate.choice->front();
+  std::optional<std::size_t> proven;
+  if (options.tolerance.empty() && options.proof.wanted()) {
+    proven = tesk2mp::proven::rank(a);
+  }
   if (proven && Integer(*proven) != rank) {
     throw Failure(ExitStatus::library, "quarn: " + why_not + "; the rank is " + std::to_string(*proven) +
                                            ", proven, and " + std::to_string(rank) + " by the usual tolerance\n");
   }
-}
-
-/// Title, digits and what they are worth, rank.
-template <class T>
-Result started(const RankOptions& options, const std::string& title, const DenseMatrix& matrix,
-               const Estimated<T>& estimate) {
   const std::string routine = routine_for(matrix);
   Result result;
   result.notes = {title, ""};
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
-  add_estimate(options.proof, estimate, routine, result);
-  const std::string rank = std::to_string(estimate.choice->front());
-  result.notes[1] += "; rank " + rank + " by the tolerance " + brief(tolerance_of(options, matrix));
-  result.facts.push_back({"rank", rank, true});
+  add_estimate(options.proof, estimate, routine, result,
+               options.tolerance.empty() && !proven ? "if the rank is right, " : "");
+  result.notes[1] += "; rank " + std::to_string(rank) +
+                     (proven ? ", proven" : " by the tolerance " + brief(tolerance_of(options, matrix)));
+  result.facts.push_back({"rank", std::to_string(rank), true});
+  if (options.proof.wanted()) {
+    result.notes.push_back(why_not);
+  }
   return result;
 }
 
@@ -133,7 +138,7 @@ void solve(const RankOptions& options, const DenseMatrix& matrix, const DenseMat
   Result result;
   tesk2mp::Matrix<T> x;
   std::vector<QuarnFloat> errors;
-  std::string why_not = "not proven: --tolerance decides about the rank";
+  std::string why_not = kByTolerance;
   if (options.proof.insisted && !options.tolerance.empty()) {
     throw bad_input(kInsistedWithTolerance);
   }
@@ -147,12 +152,8 @@ void solve(const RankOptions& options, const DenseMatrix& matrix, const DenseMat
       const auto solution = tesk2mp::minimum_norm(a, b, tolerance);
       return std::optional(Computed<T>{elements(solution.x), {}, {Integer(solution.rank)}});
     });
-    require_proven_rank(options, a, estimate.choice->front(), why_not);
+    result = started(options, title, matrix, a, estimate, why_not);
     x = matrix_of(estimated_values(options.proof, estimate.numbers), a.columns());
-    result = started(options, title, matrix, estimate);
-    if (options.proof.wanted()) {
-      result.notes.push_back(why_not);
-    }
   }
   const QuarnFloat residual = residual_norm(a, x, b);
   result.notes.push_back("||b - A x|| = " + brief(residual));
@@ -196,7 +197,7 @@ void deliver_matrix(const RankOptions& options, const std::string& what, const D
   if (options.proof.insisted && !options.tolerance.empty()) {
     throw bad_input(kInsistedWithTolerance);
   }
-  std::string why_not = "not proven: --tolerance decides about the rank";
+  std::string why_not = kByTolerance;
   Result result;
   DenseMatrix matrix;
   const auto attempt = [&] {
@@ -213,11 +214,7 @@ void deliver_matrix(const RankOptions& options, const std::string& what, const D
       const auto [found, decided] = find(tolerance);
       return std::optional(Computed<T>{elements(found), {}, {Integer(decided)}});
     });
-    require_proven_rank(options, a, estimate.choice->front(), why_not);
-    result = started(options, title, given, estimate);
-    if (options.proof.wanted()) {
-      result.notes.push_back(why_not);
-    }
+    result = started(options, title, given, a, estimate, why_not);
     matrix.elements = matrix_of(estimated_values(options.proof, estimate.numbers), a.columns());
   }
   add_matrix(result, matrix);

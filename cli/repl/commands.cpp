@@ -106,8 +106,8 @@ void Interpreter::save(const Statement& statement) {
   for (const auto& [name, variable] : variables_) {
     const std::int64_t digits = prove(*variable.recipe, {variable.place});
     if (!variable.recipe->unproven.empty()) {
-      throw Fault(statement.at, "'" + name + "' is not proven (" + variable.recipe->unproven +
-                                    " has no proof), and what is saved is exact when it is loaded; clear forgets it");
+      throw Fault(statement.at, "'" + name + "' is not proven (" + variable.recipe->unproven.reason +
+                                    "), and what is saved is exact when it is loaded; clear forgets it");
     }
     if (digits <= 0) {
       throw Fault(statement.at, "no digit of '" + name + "' is proven");

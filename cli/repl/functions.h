@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cli/repl/known.h"
+#include "cli/repl/unproven.h"
 
 namespace cli::repl {
 
@@ -54,8 +55,8 @@ struct Evaluation {
   int digits = 0;
   /// No more digits follow: what cannot be decided is not known.
   bool is_last = false;
-  /// A function that took part and has no proof for its arguments; empty: everything is proven.
-  std::string unproven = {};
+  /// Why the results have no bounds; empty where they have.
+  Unproven unproven = {};
 };
 
 /// What a function is, beside its results.
@@ -90,7 +91,7 @@ Knowns plain(Evaluation& evaluation, const Arguments& arguments) {
 template <PlainFunction kFunction>
 Knowns estimated(Evaluation& evaluation, const Arguments& arguments) {
   (void)arguments.array(0);
-  evaluation.unproven = evaluation.name;
+  evaluation.unproven = no_proof_found(evaluation.name);
   return plain<kFunction>(evaluation, arguments);
 }
 /// The results of exact arguments are exact, those of others have no proof.

@@ -113,7 +113,31 @@ Knowns norm(Evaluation& /*evaluation*/, const Arguments& arguments) {
       known(with_matrix(arguments.known(0), [&](const auto& a) { return as_number(proven::norm(kKinds[kind], a)); }))};
 }
 
+bool is_finite(const Complex& z) { return isfinite(z.re) && isfinite(z.im); }
+
+std::string place(std::size_t i, std::size_t j) {
+  return "element (" + std::to_string(i + 1) + ", " + std::to_string(j + 1) + ")";
+}
+
+// Unknown numbers may be finite.
+void require_finite_numbers(const Arguments& arguments) {
+  const Array& a = arguments.array(0);
+  for (std::size_t k = 0; k < size(a); ++k) {
+    if (!is_finite(a.data()[k]) && element(arguments.known(0), k).is_exact()) {
+      throw Unfit(place(k % a.rows(), k / a.rows()) + " is not finite", 0);
+    }
+  }
+}
+
 // What follows has no proof for some arguments ----------------------------------------------------------------------
+
+/// More digits may bring a proof; hardly where there are many already.
+void require_many_digits(const Evaluation& evaluation, const Array& a) {
+  const std::size_t order = std::min(a.rows(), a.columns());
+  if (!evaluation.is_last && QuarnDigits() < 4 * (evaluation.digits + 10) + 4 * int(order)) {
+    throw Undecided();
+  }
+}
 
 bool is_bounded(const Knowns& values) {
   return std::all_of(values.begin(), values.end(), [](const Known& each) {
@@ -128,11 +152,7 @@ Knowns proven_or_estimated(Evaluation& evaluation, const Arguments& arguments, c
   if (is_bounded(found)) {
     return found;
   }
-  const Array& a = arguments.array(0);
-  const std::size_t order = std::min(a.rows(), a.columns());
-  if (!evaluation.is_last && QuarnDigits() < 4 * (evaluation.digits + 10) + 4 * int(order)) {
-    throw Undecided();
-  }
+  require_many_digits(evaluation, arguments.array(0));
   return estimated<kFunction>(evaluation, arguments);
 }
 
@@ -193,20 +213,16 @@ Values estimated_chol(State& /*state*/, const Arguments& arguments) {
     return with_real_or_complex(arguments.square(0), 0.5,
                                 [](const auto& a) { return Values{as_array(tesk2mp::Cholesky(a).factor())}; });
   } catch (const tesk2mp::NumericalFailure&) {
-    throw tesk2mp::NumericalFailure("CHOL", 1, 0, "whether A is positive definite is not known with " + digits_text(),
-                                    {});
+    throw tesk2mp::NumericalFailure(
+        "CHOL", 1, 0, "not proven: whether A is positive definite is not known with " + digits_text(), {});
   }
 }
 
 // Numbers that are not known exactly may be mirror images of each other as far as their bounds say.
 void require_hermitian(const Known& a) {
-  const auto place = [](std::size_t i, std::size_t j) {
-    return "element (" + std::to_string(i + 1) + ", " + std::to_string(j + 1) + ")";
-  };
   const std::size_t n = a.array().rows();
   for (std::size_t k = 0; k < n * n; ++k) {
-    const Complex& z = a.array().data()[k];
-    if (!isfinite(z.re) || !isfinite(z.im)) {
+    if (!is_finite(a.array().data()[k])) {
       throw Unfit(place(k % n, k / n) + " is not finite", 0);
     }
   }
@@ -257,26 +273,75 @@ Knowns qr(Evaluation& evaluation, const Arguments& arguments) {
                                            }));
 }
 
-Values estimated_lstsq(State& /*state*/, const Arguments& arguments) {
+// What needs the rank: where it is not proven it is that of the tolerance for roundings -------------------------------
+
+/// No value where the working digits do not decide.
+std::optional<std::size_t> proven_rank(const Known& a) {
+  if (a.is_exact()) {
+    return is_real(a) ? proven::rank(real_array(a.array())) : proven::rank(a.array());
+  }
+  return with_bounded(a, 12, [](const auto& matrix) { return proven::rank(matrix); });
+}
+
+/// An estimate, and the rank that it takes the first argument to have.
+struct RankedEstimate {
+  Array values;
+  std::size_t rank = 0;
+};
+using RankedFunction = RankedEstimate (*)(const Arguments& arguments);
+
+/// proven_or_estimated(), where an estimate of another rank than the proven one, or without numbers, is none.
+template <RankedFunction kFunction>
+Knowns proven_or_ranked(Evaluation& evaluation, const Arguments& arguments, const Knowns& found) {
+  if (is_bounded(found)) {
+    return found;
+  }
+  const Array& a = arguments.array(0);
+  require_many_digits(evaluation, a);
+  const std::optional<std::size_t> rank = proven_rank(arguments.known(0));
+  const RankedEstimate estimate = kFunction(arguments);
+  const Complex* const values = estimate.values.data();
+  if (!std::all_of(values, values + size(estimate.values), is_finite) || (rank && *rank != estimate.rank)) {
+    if (!evaluation.is_last) {
+      throw Undecided();
+    }
+    throw tesk2mp::NumericalFailure("RANK", 1, 0,
+                                    std::string(evaluation.name) + " is not known with " + digits_text() +
+                                        (rank ? "; the rank is " + std::to_string(*rank) + ", proven" : ""),
+                                    {});
+  }
+  evaluation.unproven = no_proof_found(evaluation.name);
+  if (!rank) {
+    evaluation.unproven.taken = std::string(evaluation.name) + " takes the rank to be " +
+                                std::to_string(estimate.rank) + ", by the tolerance " +
+                                brief(tesk2mp::detail::rank_tolerance(a.rows(), a.columns()));
+  }
+  return {Known(estimate.values)};
+}
+
+template <class Found>
+RankedEstimate ranked(const Found& found) {
+  return {as_array(found.x), found.rank};
+}
+
+RankedEstimate estimated_lstsq(const Arguments& arguments) {
   const Array& a = arguments.array(0);
   const Array right = right_side(arguments, a.rows()).array();
   if (is_real(a) && is_real(right)) {
-    return {as_array(tesk2mp::minimum_norm(real_array(a), real_array(right)).x)};
+    return ranked(tesk2mp::minimum_norm(real_array(a), real_array(right)));
   }
-  return {tesk2mp::minimum_norm(a, right).x};
+  return ranked(tesk2mp::minimum_norm(a, right));
 }
-
-// No value where the working digits do not decide.
-auto proven_rank(const Array& a) { return is_real(a) ? proven::rank(real_array(a)) : proven::rank(a); }
 
 Knowns lstsq(Evaluation& evaluation, const Arguments& arguments) {
   const Known& a = arguments.known(0);
+  require_finite_numbers(arguments);
   const Known b = right_side(arguments, arguments.array(0).rows());
   const Progress progress = factorising(a.array(), is_real(a) && is_real(b), 12);
   const auto solved = [](const auto& matrix, const auto& right) { return known(proven::minimum_norm(matrix, right)); };
   const bool both_exact = a.is_exact() && b.is_exact();
   const bool both_real = is_real(a) && is_real(b);
-  return proven_or_estimated<estimated_lstsq>(
+  return proven_or_ranked<estimated_lstsq>(
       evaluation, arguments,
       {both_exact ? (both_real ? solved(real_array(a.array()), real_array(b.array())) : solved(a.array(), b.array()))
        : a.is_exact()
@@ -285,44 +350,48 @@ Knowns lstsq(Evaluation& evaluation, const Arguments& arguments) {
                    : solved(complex_bounds(a), complex_bounds(b))});
 }
 
-Values estimated_pinv(State& /*state*/, const Arguments& arguments) {
-  return with_real_or_complex(arguments.array(0), 4,
-                              [](const auto& a) { return Values{as_array(tesk2mp::pseudo_inverse(a))}; });
+RankedEstimate estimated_pinv(const Arguments& arguments) {
+  return with_real_or_complex(arguments.array(0), 4, [](const auto& a) {
+    return ranked(tesk2mp::minimum_norm(a, std::decay_t<decltype(a)>::identity(a.rows())));
+  });
 }
 
 Knowns pinv(Evaluation& evaluation, const Arguments& arguments) {
-  (void)arguments.array(0);
-  return proven_or_estimated<estimated_pinv>(
+  require_finite_numbers(arguments);
+  return proven_or_ranked<estimated_pinv>(
       evaluation, arguments,
       {with_bounded(arguments.known(0), 12, [](const auto& a) { return known(proven::pseudo_inverse(a)); })});
 }
 
-Values estimated_null(State& /*state*/, const Arguments& arguments) {
-  return with_real_or_complex(arguments.array(0), 3,
-                              [](const auto& a) { return Values{as_array(tesk2mp::null_space(a))}; });
+RankedEstimate estimated_null(const Arguments& arguments) {
+  return with_real_or_complex(arguments.array(0), 3, [](const auto& a) {
+    const auto basis = tesk2mp::null_space(a);
+    return RankedEstimate{as_array(basis), a.columns() - basis.columns()};
+  });
 }
 
-// Of numbers that are not exact only independent columns are proven.
 Knowns null(Evaluation& evaluation, const Arguments& arguments) {
-  const Array& a = arguments.array(0);
-  if (!arguments.are_exact()) {
-    return estimated<estimated_null>(evaluation, arguments);
-  }
-  const Progress progress = factorising(a, is_real(a), 12);
-  return proven_or_estimated<estimated_null>(
-      evaluation, arguments, {is_real(a) ? known(proven::null_space(real_array(a))) : known(proven::null_space(a))});
+  require_finite_numbers(arguments);
+  return proven_or_ranked<estimated_null>(
+      evaluation, arguments,
+      {with_bounded(arguments.known(0), 12, [](const auto& a) { return known(proven::null_space(a)); })});
 }
 
-Values estimated_rank(State& /*state*/, const Arguments& arguments) {
-  return with_real_or_complex(arguments.array(0), 3,
-                              [](const auto& a) { return Values{number(QuarnFloat(tesk2mp::matrix_rank(a)))}; });
+RankedEstimate estimated_rank(const Arguments& arguments) {
+  return with_real_or_complex(arguments.array(0), 3, [](const auto& a) {
+    const std::size_t rank = tesk2mp::matrix_rank(a);
+    return RankedEstimate{number(QuarnFloat(rank)), rank};
+  });
 }
 
 Knowns matrix_rank(Evaluation& evaluation, const Arguments& arguments) {
-  const Array& a = arguments.array(0);
-  const auto rank = arguments.are_exact() ? proven_rank(a) : std::nullopt;
-  return rank ? Knowns{Known(number(QuarnFloat(*rank)))} : estimated<estimated_rank>(evaluation, arguments);
+  require_finite_numbers(arguments);
+  const auto rank = proven_rank(arguments.known(0));
+  return rank ? Knowns{Known(number(QuarnFloat(*rank)))}
+              : proven_or_ranked<estimated_rank>(evaluation, arguments, {known(Number{BoundedReal(), BoundedReal()})});
 }
+
+// -----------------------------------------------------------------------------------------------------------------
 
 Values estimated_svdvec(State& /*state*/, const Arguments& arguments) {
   return with_real_or_complex(arguments.array(0), 60, [](const auto& a) {
@@ -439,7 +508,7 @@ Values estimated_rcond(State& /*state*/, const Arguments& arguments) {
 
 Knowns rcond(Evaluation& evaluation, const Arguments& arguments) {
   const Known& a = known_square(arguments);
-  const auto rank = arguments.are_exact() ? proven_rank(a.array()) : std::nullopt;
+  const auto rank = arguments.are_exact() ? proven_rank(a) : std::nullopt;
   if (size(a.array()) == 0 || (arguments.are_exact() && !rank)) {
     return estimated<estimated_rcond>(evaluation, arguments);
   }

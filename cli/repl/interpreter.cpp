@@ -67,8 +67,8 @@ const Variable* Interpreter::find_variable(const Node& node) {
   } catch (const Fault& fault) {
     throw Fault(node.at, fault.what(), fault.status());
   }
-  if (recipe_ != nullptr && !variable.recipe->unproven.empty()) {
-    recipe_->unproven = variable.recipe->unproven;
+  if (recipe_ != nullptr) {
+    recipe_->unproven.add(variable.recipe->unproven);
   }
   return &variable;
 }
@@ -272,9 +272,7 @@ std::vector<Known> Interpreter::call(const Node& node) {
   }
   if (recipe_ != nullptr) {
     if (const auto found = recipe_->data.find(node.at); found != recipe_->data.end()) {
-      if (!found->second.unproven.empty()) {
-        recipe_->unproven = found->second.unproven;
-      }
+      recipe_->unproven.add(found->second.unproven);
       return {found->second.value};
     }
   }
@@ -288,9 +286,7 @@ std::vector<Known> Interpreter::call(const Node& node) {
     const auto drawn = state_.random.state();
     Knowns results = function->apply(evaluation, arguments);
     if (recipe_ != nullptr) {
-      if (!evaluation.unproven.empty()) {
-        recipe_->unproven = evaluation.unproven;
-      }
+      recipe_->unproven.add(evaluation.unproven);
       if (function->nature == Nature::data || state_.random.state() != drawn) {
         // Not drawn or read a second time.
         recipe_->data[node.at] = {Known(results.front().value), evaluation.unproven};

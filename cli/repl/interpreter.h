@@ -52,7 +52,7 @@ class Interpreter {
   /// The same with a text about what is not proven; `at` is where the expression stands.
   void require_proof(const std::string& what, const Recipe& recipe, std::int64_t digits, std::size_t at) const;
   std::string shown_proven(const NamedValues& values, std::size_t at);
-  std::string shown_estimate(const NamedValues& values);
+  std::string shown_estimate(const NamedValues& values, std::size_t at);
   /// Of a call that has an effect and no value: the arguments are proven, then rounded.
   void run_effect(const Node& call, const Function& function);
   int first_digits() const;

@@ -75,11 +75,11 @@ Number function_value(const quarn::NamedFunction1& f, const Number& z, Evaluatio
         throw Unfit("real numbers are needed here", 0);
       }
       // Perhaps real: that is not proven.
-      evaluation.unproven = f.name;
+      evaluation.unproven = no_proof_found(f.name);
       return function_value(f, as_number(z.re), evaluation);
     }
     if (proof == nullptr || proof->complex == nullptr) {
-      evaluation.unproven = f.name;
+      evaluation.unproven = no_proof_found(f.name);
       const Complex value = f.complex(Complex(z.re.value, z.im.value));
       return {proven::exact(value.re), proven::exact(value.im)};
     }
@@ -90,7 +90,7 @@ Number function_value(const quarn::NamedFunction1& f, const Number& z, Evaluatio
   }
   if (!z.is_exact()) {
     if (proof == nullptr) {
-      evaluation.unproven = f.name;
+      evaluation.unproven = no_proof_found(f.name);
       return as_number(proven::exact(f.apply(z.re.value)));
     }
     const BoundedReal real = proof->real(z.re);
@@ -169,7 +169,7 @@ Number function_value(const quarn::NamedFunction2& f, const Number& z, const Num
   if (const proven::NamedFunction2* const bounded = proven::find_function_of_two(name)) {
     return as_number(bounded->real(x, y));
   }
-  evaluation.unproven = f.name;
+  evaluation.unproven = no_proof_found(f.name);
   return as_number(proven::exact(f.apply(x.value, y.value)));
 }
 

@@ -11,6 +11,7 @@
 #include "cli/commands/proof_limits.h"
 #include "cli/repl/known.h"
 #include "cli/repl/parser.h"
+#include "cli/repl/unproven.h"
 
 namespace cli::repl {
 
@@ -32,7 +33,7 @@ using NamedValues = std::vector<std::pair<std::string, Variable>>;
 /// What is read once, and what in it has no proof.
 struct Datum {
   Known value;
-  std::string unproven;
+  Unproven unproven;
 };
 
 /// An expression, with the variables that it names as they were; or elements of a variable that were replaced by those
@@ -50,7 +51,7 @@ struct Recipe {
 
   std::vector<Known> results;
   int digits = 0;  // which the results were computed with
-  std::string unproven;
+  Unproven unproven;
   std::size_t depth = 0;  // of recipes that it needs
   bool is_fixed = false;  // never to be evaluated again
 };

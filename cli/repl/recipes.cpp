@@ -95,11 +95,11 @@ void Interpreter::evaluate_anew(Recipe& recipe) {
     Recipe* former;
     std::vector<std::size_t>& ends;
     std::vector<std::size_t> former_ends;
-    std::string former_unproven;
+    Unproven former_unproven;
     bool is_done = false;
     ~Scope() {
       if (!is_done) {
-        current->unproven.swap(former_unproven);  // that of the results, which stay
+        std::swap(current->unproven, former_unproven);  // that of the results, which stay
       }
       current = former;
       ends.swap(former_ends);
@@ -113,7 +113,7 @@ void Interpreter::evaluate_anew(Recipe& recipe) {
     evaluate_anew(*before.recipe);
     evaluate_anew(*recipe.source.recipe);
     for (const Variable& each : {before, recipe.source}) {
-      recipe.unproven = recipe.unproven.empty() ? each.recipe->unproven : recipe.unproven;
+      recipe.unproven.add(each.recipe->unproven);
     }
     results = {replaced(*recipe.target, before.value(), recipe.source.value())};
   } else {

@@ -157,7 +157,7 @@ std::vector<Variable> Interpreter::assign(const Statement& statement, const std:
 void Interpreter::require_proof(const std::string& what, const Recipe& recipe, std::int64_t digits,
                                 std::size_t at) const {
   if (limits_.insisted && (!recipe.unproven.empty() || digits < QuarnDigits())) {
-    throw Fault(at, !recipe.unproven.empty() ? what + " is not proven: " + recipe.unproven + " has no proof"
+    throw Fault(at, !recipe.unproven.empty() ? what + " is not proven: " + recipe.unproven.reason
                                              : digit_count(digits) + " of " + digits_text() + " are proven with " +
                                                    std::to_string(recipe.digits) + " working digits");
   }
@@ -177,7 +177,7 @@ std::string Interpreter::shown_proven(const NamedValues& values, std::size_t at)
     const std::int64_t digits = prove(recipe, {variable.place});
     require_proof("'" + name + "'", recipe, digits, at);
     if (!recipe.unproven.empty()) {
-      return shown_estimate(values);
+      return shown_estimate(values, at);
     }
     const bool once = limits_.once > 0;
     const Known& value = variable.value();
@@ -201,14 +201,13 @@ std::string Interpreter::shown_proven(const NamedValues& values, std::size_t at)
 }
 
 // What has no proof is computed a second time, with more digits.
-std::string Interpreter::shown_estimate(const NamedValues& values) {
+std::string Interpreter::shown_estimate(const NamedValues& values, std::size_t at) {
   std::string text;
-  std::string unproven;
+  Unproven unproven;
   std::int64_t fewest = QuarnDigits();
   bool is_compared = limits_.once == 0;
   for (const auto& [name, variable] : values) {
     Recipe& recipe = *variable.recipe;
-    unproven = recipe.unproven.empty() ? unproven : recipe.unproven;
     const Known first = variable.value();
     if (limits_.once == 0 && !recipe.is_fixed) {
       // More than it has been computed with, also where it is shown again.
@@ -216,6 +215,7 @@ std::string Interpreter::shown_estimate(const NamedValues& values) {
                                     Integer(recipe.digits) + QuarnDigits() + kSpareDigits);
       evaluate_decided(recipe, int(std::min<Integer>(more, kMostDigits)));
     }
+    unproven.add(recipe.unproven);
     std::set<const Recipe*> seen;
     is_compared = is_compared && !keeps_unproven(recipe, seen);
     const std::int64_t digits = std::min<std::int64_t>(common_digits(first, variable.value()), QuarnDigits());
@@ -226,10 +226,15 @@ std::string Interpreter::shown_estimate(const NamedValues& values) {
         name, std::holds_alternative<Array>(value.value) ? Known(without_noise(rounded_values(value), first)) : value,
         digits);
   }
-  return text + (is_compared
-                     ? "# about " + digit_count(fewest) +
-                           " digits are true (estimate by a second computation: " + unproven + " has no proof)\n"
-                     : "# not proven: " + unproven + " has no proof\n");
+  if (unproven.empty()) {
+    return shown_proven(values, at);  // more digits brought the proof
+  }
+  const std::string digits = "about " + digit_count(fewest) + " digits are true (estimate by a second computation";
+  if (!is_compared || !unproven.taken.empty()) {
+    return text + "# not proven: " + (unproven.taken.empty() ? unproven.reason : unproven.taken) +
+           (is_compared ? "; if that is right, " + digits + ")" : "") + "\n";
+  }
+  return text + "# " + digits + ": " + unproven.reason + ")\n";
 }
 
 void Interpreter::run_effect(const Node& call, const Function& function) {
@@ -249,7 +254,7 @@ void Interpreter::run_effect(const Node& call, const Function& function) {
     const bool is_text = std::holds_alternative<std::string>(value.value);
     arguments.push_back(is_proven || is_text ? Known(proven_value(value, digits)) : Known(rounded_values(value)));
     if (!is_proven) {
-      print_("# not proven: " + recipe->unproven + " has no proof\n");
+      print_("# not proven: " + recipe->unproven.reason + "\n");
     } else if (digits < QuarnDigits()) {
       print_("# rounded to " + std::to_string(digits) + " digits, those that are proven\n");
     }

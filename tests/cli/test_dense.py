@@ -148,6 +148,28 @@ class Dense(unittest.TestCase):
         indefinite[n - 1][n - 1] -= 1
         self.assertIn("leading minor of order 10 is not positive", run("chol", "-", stdin=text_of(indefinite)).stderr)
 
+    def test_a_rank_that_is_not_proven_is_a_condition(self):
+        far = "1e999999999 1\n1 1e-999999999\n"
+        self.assertEqual(run_well("null", "-", stdin=far).splitlines()[1:4],
+                         ["# 20 digits, by QuarnMPX_dgelsy_ (worked with 25); rank 2 by the tolerance 2e-19",
+                          "# if the rank is right, about 20 digits are true (estimate by a second computation with 41)",
+                          "# not proven: the rank would take too long"])
+        self.assertEqual(run("pinv", "-", stdin=far).stderr,
+                         "quarn: not proven: the rank would take too long; what is computed is not finite\n")
+        self.assertRegex(run_well("pinv", "-", "--working-digits", "20", stdin="1 2\n3 6\n"),
+                         r"; rank 1 by the tolerance 2e-19\n# if the rank is right, about 1\d digits")
+        # A rank that is asked for is right.
+        self.assertIn("\n# about 20 digits", run_well("pinv", "-", "--tolerance", "1e-5", stdin="1 2\n3 6\n"))
+        # What is not known is no 0, and zeros are eigenvalues.
+        large = "1e999999999 0\n0 1\n"
+        self.assertRegex(run_well("eig", "-", "--count", "2", stdin=large), r"\n1 +\? +0\.0+\n2 +\? +0\.0+\n$")
+        self.assertRegex(run_well("svd", "-", "--count", "2", stdin=large), r"\n1 +\?\n2 +\?\n$")
+        self.assertEqual(run_json("eig", "-", "--count", "2", stdin=large)["real"], ["nan", "nan"])
+        zeros = run_json("eig", "-", "--count", "2", "--near", "0", stdin="0 0 0\n0 0 0\n0 0 0\n")
+        self.assertEqual((zeros["real"], zeros["error"]), (["0", "0"], ["0", "0"]))
+        # Rows and columns of zeros are exact.
+        self.assertNotIn("abs <", run_well("pinv", "-", "--proven", stdin="0.1 0 0.2\n0.3 0 0.6\n0 0 0\n"))
+
     def test_complex_lu(self):
         self.assertIn("determinant -10-7i", run_well("lu", "-", stdin="1+2i 3\n4i 5i\n"))
 

@@ -176,10 +176,10 @@ class Expressions(unittest.TestCase):
         with tempfile.TemporaryDirectory() as folder:
             file = os.path.join(folder, "saved")
             shown = run_well("repl", stdin=f'y = {seven}; save "{file}"\nsave(y, "{file}.csv")\nsave(logm([1, 2; 3, 4]), "{file}.csv")\n')
-            self.assertEqual(shown, "# rounded to 7 digits, those that are proven\n# not proven: logm has no proof\n")
+            self.assertEqual(shown, "# rounded to 7 digits, those that are proven\n# not proven: no proof of logm was found for these arguments\n")
             with open(file, encoding="utf-8") as text:
                 self.assertIn("\n# 7 of 20 digits were proven\ny = [123456.5];\n", text.read())
-            self.assertIn("'Q' is not proven (qr has no proof)",
+            self.assertIn("'Q' is not proven (no proof of qr was found for these arguments)",
                           run("repl", "--eval", "Q, R = qr([1 2; 2 4]);", "--eval", f'save "{file}"').stderr)
             self.assertIn("no digit of this is proven", run("repl", "--eval", f'save(1/(1/3*3 - 1), "{file}")').stderr)
         self.assertEqual(run_well("calc", "[1, 2, 1e1800*(sqrt(2)^2 - 2) + 1234.5]"),
@@ -188,10 +188,10 @@ class Expressions(unittest.TestCase):
         self.assertIn("not known exactly", run("calc", "linspace(0, 1, 3*cos(0) + sqrt(2)^2 - 2)").stderr)
         # The mark stays where values are shown again.
         lines = ["A = logm([1 2; 3 4]);", "A(1, 1)", "A(1, 1)"]
-        self.assertEqual(run_well("repl", stdin="\n".join(lines)).count("logm has no proof"), 2)
+        self.assertEqual(run_well("repl", stdin="\n".join(lines)).count("no proof of logm was found"), 2)
         # Drawn once from a matrix that is not exact, not to be compared with itself.
         lines = ["A = random_values(2, 1/3, 2/3);", "A(1, 1)", "B = A + 1;", "B(1, 1)"]
-        self.assertEqual(run_well("repl", stdin="\n".join(lines)).count("# not proven: random_values has no proof"), 2)
+        self.assertEqual(run_well("repl", stdin="\n".join(lines)).count("# not proven: no proof of random_values was found"), 2)
 
     def test_proofs_are_said_on_request(self):
         self.assertRegex(run_well("calc", "1/3", "--proven", "--error"),
@@ -205,14 +205,14 @@ class Expressions(unittest.TestCase):
                          "inf\n# error: 0\n# exact\n")
         done = run("calc", "logm([1 2; 3 4])", "--proven")
         self.assertEqual((done.returncode, done.stdout), (2, ""))
-        self.assertIn("'ans' is not proven: logm has no proof", done.stderr)
+        self.assertIn("'ans' is not proven: no proof of logm was found for these arguments", done.stderr)
         self.assertIn("0 of 20 digits are proven", run("calc", "1/(1/3*3 - 1)", "--proven").stderr)
         # Nothing is written or drawn either.
         with tempfile.TemporaryDirectory() as folder:
             for name, call in (("a.csv", "save(logm([1 2; 3 4]), {})"), ("a.svg", "plot([1 1/(1e-1900 + sqrt(2)^2 - 2)], {})")):
                 file = os.path.join(folder, name)
                 done = run("repl", "--proven", "--eval", call.format(f'"{file}"'))
-                self.assertRegex(done.stderr, "this is not proven: logm has no proof|digits are proven with|no digit of this")
+                self.assertRegex(done.stderr, "this is not proven: no proof of logm was found for these arguments|digits are proven with|no digit of this")
                 self.assertEqual((done.returncode, os.path.exists(file)), (2, False))
         self.assertEqual(run("calc", "1/3", "--error", "--working-digits", "5").returncode, 2)
 
@@ -252,7 +252,7 @@ class Expressions(unittest.TestCase):
                                      ("logm([1 2; 3 4])", "logm"), ("chol([1 1; 1 1]/3)", "chol")):
             with self.subTest(expression=expression):
                 done = run("calc", expression)
-                self.assertTrue(f"{unproven} has no proof" in done.stdout or done.returncode == 1, done.stdout + done.stderr)
+                self.assertTrue(f"no proof of {unproven} was found" in done.stdout or f"# not proven: {unproven} takes the rank" in done.stdout or done.returncode == 1, done.stdout + done.stderr)
                 self.assertEqual(run("calc", expression, "--proven").stdout, "")
         self.assertIn("singular", run("calc", "powm([1 2; 2 4], -1)").stderr)
         # The triangle that is not read is that of a matrix without a factor.
@@ -267,9 +267,26 @@ class Expressions(unittest.TestCase):
                 self.assertIn(refusal, done.stderr)
 
     def test_what_is_not_proven_says_so(self):
-        self.assertIn("# about 20 digits are true (estimate by a second computation: logm has no proof)",
+        self.assertIn("# about 20 digits are true (estimate by a second computation: no proof of logm was found for these arguments)",
                       run_well("calc", "logm([1 2; 3 4])"))
-        self.assertIn("computation: fft has no proof)", run_well("calc", "fft([1 2 3])", "--digits", "1200"))
+        self.assertIn("computation: no proof of fft was found for these arguments)", run_well("calc", "fft([1 2 3])", "--digits", "1200"))
+        # A rank is proven, or taken by a tolerance, which all computations can do wrongly.
+        for expression, shown in (("null([1/3 1; 1 3+1e-100])", "[]  (2 by 0)\n"),
+                                  ("matrix_rank([1/3 1; 1 3+1e-100])", "2\n"),
+                                  ("matrix_rank([1/3 0; 0 0])", "1\n"),
+                                  ("pinv([1/3 1; 1 3+1e-150])", "   9e+150  -3e+150\n  -3e+150   1e+150\n"),
+                                  ("pinv([1/3 0; 0 0])", "  3  0\n  0  0\n"),
+                                  ("null([1/3 0; 0 0])", "  0\n  1\n")):
+            self.assertEqual(run_well("calc", expression), shown, expression)
+        taken = "by the tolerance 2e-179; if that is right, about 20 digits are true (estimate by a second computation)\n"
+        for call in ("null(A)", "pinv(A)", "lstsq(A, [1; 2])", "matrix_rank(A)", "A*null(A) + 1"):
+            name = re.search(r"[a-z_]+(?=\(A)", call)[0]
+            self.assertTrue(run_well("repl", "--eval", "A = [1/3 1; 1 3+1e-3000];", "--eval", call).endswith(
+                f"\n# not proven: {name} takes the rank to be 1, {taken}"), call)
+        once = run_well("calc", "pinv([1/3 1; 1 3])", "--working-digits", "20")
+        self.assertTrue(once.endswith("\n# not proven: pinv takes the rank to be 1, by the tolerance 2e-19\n"), once)
+        self.assertIn("element (1, 1) is not finite", run("calc", "matrix_rank([0/0 1])").stderr)
+        self.assertIn("quarn: RANK: pinv is not known with 1800 digits\n", run("calc", "pinv([1e999999999 1; 1 1e-999999999])").stderr)
         # Rounding errors of a zero are no digits, and a failure of the estimate proves nothing.
         self.assertRegex(run_well("calc", "qr([1 2;2 4])"), r"\n +0\.0+ +0\.0+\n# about 20 digits")
         self.assertIn("definite is not known with", run("calc", "chol([1/3 1;1 3+1e-3000])").stderr)
