@@ -110,6 +110,19 @@ std::string proven_rank(const tesk2mp::Matrix<T>& a) {
   return std::to_string(*rank);
 }
 
+/// The options for a matrix whose rank is proven: the digits that it takes are no more than a few times those between
+/// its largest and its smallest place, so many of them are tried that few matrices have more.
+template <class T>
+ProofOptions with_digits_of(const ProofOptions& options, const tesk2mp::Matrix<T>& a) {
+  constexpr std::int64_t kMost = 20'000;
+  ProofOptions wide = options;
+  if (const std::optional<std::int64_t> lowest = tesk2mp::proven::detail::lowest_place(a)) {
+    const QuarnFloat largest = tesk2mp::norm(tesk2mp::Norm::largest, a);
+    wide.more_digits = int(2 * std::clamp<std::int64_t>(ilogb(largest) - *lowest, 0, kMost));
+  }
+  return wide;
+}
+
 template <class T>
 Result proven_solution(const RankOptions& options, const std::string& title, const tesk2mp::Matrix<T>& a,
                        const tesk2mp::Matrix<T>& b, tesk2mp::Matrix<T>& x, std::vector<QuarnFloat>& errors) {
@@ -119,8 +132,8 @@ Result proven_solution(const RankOptions& options, const std::string& title, con
   const std::string of_full_rank = std::is_same_v<T, Complex> ? "QuarnMPX_zproven_solve_" : "QuarnMPX_dproven_solve_";
   const std::string routine = rank == std::to_string(a.columns()) ? of_full_rank : "proven factors";
   int worked_with = 0;
-  const auto bounded =
-      proven_result(options.proof, result, routine, worked_with, [&] { return tesk2mp::proven::minimum_norm(a, b); });
+  const auto bounded = proven_result(with_digits_of(options.proof, a), result, routine, worked_with,
+                                     [&] { return tesk2mp::proven::minimum_norm(a, b); });
   result.notes[1] += "; rank " + rank + ", proven";
   result.facts.push_back({"rank", rank, true});
   x = tesk2mp::proven::known_value(bounded);
@@ -204,7 +217,7 @@ void deliver_matrix(const RankOptions& options, const std::string& what, const D
     const std::string rank = proven_rank(a);
     result.notes = {title, ""};
     int worked_with = 0;
-    const auto bounded = proven_result(options.proof, result, "proven factors", worked_with, prove);
+    const auto bounded = proven_result(with_digits_of(options.proof, a), result, "proven factors", worked_with, prove);
     result.notes[1] += "; rank " + rank + ", proven";
     result.facts.push_back({"rank", rank, true});
     matrix.elements = known_matrix(options.proof, bounded, result);

@@ -65,7 +65,7 @@ Found found_with_true_digits(const ProofOptions& options, int& worked_with, cons
         known = tesk2mp::proven::fewest_true_digits(result);
         return result;
       },
-      std::min(int(kMostDigits), 40 * digits + 1000));
+      std::min(int(kMostDigits), 40 * digits + 1000 + options.more_digits));
 }
 
 // The kinds of results that have bounds.

@@ -18,6 +18,7 @@ namespace cli {
 
 /// What --digits means: digits that are proven to be true, or, with --working-digits, those of one computation.
 struct ProofOptions : ProofLimits {
+  int more_digits = 0;      // working digits of a proof beyond the usual most
   std::string certificate;  // the file for it; empty: none
 
   bool wanted() const { return once == 0 || insisted; }

@@ -110,8 +110,11 @@ class Dense(unittest.TestCase):
 
     def test_digits_are_true_of_what_is_nearly_singular(self):
         nearly = "1 1\n1." + "0" * 9000 + "1 1\n"
-        for arguments in (["inv", "-"], ["norm", "-", "--condition"], ["pinv", "-"]):
+        for arguments in (["inv", "-"], ["norm", "-", "--condition"], ["pinv", "-", "--proof-time", "0"]):
             self.assertIn("not proven: 0 of 20 digits", run(*arguments, stdin=nearly).stderr)
+        # The rank is proven, and the digits of the numbers say how many it takes.
+        said = run_json("pinv", "-", "--proven", stdin=nearly)
+        self.assertEqual((said["c1"], said["c2"], said["rank"]), (["-1e+9001", "1e+9001"], ["1e+9001", "-1e+9001"], 2))
         n, scale = 10, 232792560  # a multiple of 1 ... 19
         hilbert = [[scale // (i + j + 1) for j in range(n)] for i in range(n)]
         unit = [[scale * (i == j) for j in range(n)] for i in range(n)]
