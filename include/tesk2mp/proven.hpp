@@ -34,7 +34,8 @@ struct BoundedRoot {
   bool is_real = false;
 };
 
-/// A matrix of numbers with bounds.
+/// A matrix of numbers with bounds. Where a number is not finite nothing is known, whatever its bound: functions of such
+/// data deliver infinite bounds.
 template <Scalar T>
 class BoundedMatrix {
  public:
@@ -285,6 +286,40 @@ void require_finite(const char* routine, const A& a) {
       }
     }
   }
+}
+
+/// Has data with bounds an element whose value is not a finite number? Nothing is known of it whatever its bound says,
+/// and routines of numbers refuse it; what such an element can reach has infinite bounds.
+template <class A>
+bool has_unknown_element(const A& a) {
+  if constexpr (MatrixSource<A>) {
+    return false;
+  } else {
+    const auto& values = a.values();
+    return !std::all_of(values.data(), values.data() + values.rows() * values.columns(),
+                        [](const auto& x) { return QuarnBound(x).is_finite(); });
+  }
+}
+/// The same of the triangle that is read of a Hermitian matrix.
+template <class A>
+bool has_unknown_element(const A& a, Triangle stored) {
+  if constexpr (!MatrixSource<A>) {
+    for (std::size_t j = 0; j < a.columns(); ++j) {
+      for (std::size_t i = 0; i < a.rows(); ++i) {
+        if ((stored == Triangle::lower ? i >= j : i <= j) && !QuarnBound(a.values()(i, j)).is_finite()) {
+          return true;
+        }
+      }
+    }
+  }
+  return false;
+}
+/// Numbers of which nothing is known.
+template <class T>
+BoundedMatrix<T> unknown_matrix(std::size_t rows, std::size_t columns) {
+  Matrix<Real> errors(rows, columns);
+  std::fill_n(errors.data(), rows * columns, QuarnBound::infinity().value());
+  return {Matrix<T>(rows, columns), std::move(errors)};
 }
 
 /// Is an exact square matrix proven to be singular?

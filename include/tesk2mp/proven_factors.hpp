@@ -95,10 +95,6 @@ BoundedMatrix<T> bounded_matrix(std::size_t rows, std::size_t columns, const Mak
   return {std::move(values), std::move(errors)};
 }
 template <class T>
-BoundedMatrix<T> unknown_matrix(std::size_t rows, std::size_t columns) {
-  return bounded_matrix<T>(rows, columns, [](std::size_t, std::size_t) { return Bounded<T>(); });
-}
-template <class T>
 bool is_known(const BoundedMatrix<T>& a) {
   return std::all_of(a.errors().data(), a.errors().data() + a.rows() * a.columns(),
                      [](const Real& error) { return QuarnBound(error).is_finite(); });

@@ -289,7 +289,7 @@ class SchurFrame {
 template <class T, class Work>
 BoundedMatrix<T> in_frame(const BoundedMatrix<T>& a, int more, const Work& work) {
   std::optional<BoundedMatrix<Complex>> found;
-  {
+  if (!has_unknown_element(a)) {
     const Digits scope(QuarnDigits() + more + kDigitsOfProducts + int(a.rows()) / 2);
     const SchurFrame frame(a);
     found = work(frame.inside());

@@ -87,6 +87,9 @@ SymmetricEigenBounds<detail::ElementOfData<A>> symmetric_eigen(const A& a, Trian
   using T = detail::ElementOfData<A>;
   const detail::Data<T> matrix(a);
   const auto n = std::size_t(matrix.values.rows);
+  if (matrix.values.rows == matrix.values.columns && detail::has_unknown_element(a, stored)) {
+    return {std::vector<Bounded<Real>>(n), detail::unknown_matrix<T>(n, n)};
+  }
   std::vector<Real> errors(n);
   std::vector<Real> of_vectors(n);
   SymmetricEigenSystem<T> system;
@@ -121,6 +124,9 @@ template <DataSource A>
 std::vector<Bounded<Real>> singular_values(const A& a) {
   using T = detail::ElementOfData<A>;
   const detail::Data<T> matrix(a);
+  if (detail::has_unknown_element(a)) {
+    return std::vector<Bounded<Real>>(std::size_t(std::min(matrix.values.rows, matrix.values.columns)));
+  }
   SingularSystem<T> system;
   std::vector<Real> errors;
   {
@@ -187,6 +193,11 @@ EigenBounds eigen_bounds(bool with_vectors, const Data<T>& a, const Data<T>& b, 
   return result;
 }
 
+inline EigenBounds unknown_eigen(bool with_vectors, std::size_t n) {
+  return {std::vector<BoundedRoot>(n, {{}, QuarnBound::infinity(), n, false}),
+          with_vectors ? unknown_matrix<Complex>(n, n) : BoundedMatrix<Complex>()};
+}
+
 /// Left eigenvectors take no part in proofs.
 template <Scalar T>
 EigenSystem right_eigensystem(Matrix<T> a) {
@@ -200,7 +211,11 @@ EigenSystem right_eigensystem(Matrix<T> a) {
 template <class A>
 EigenBounds general_eigen(bool with_vectors, const A& a) {
   using T = ElementOfData<A>;
-  return eigen_bounds<T>(with_vectors, Data<T>(a), no_data<T>(), [&] {
+  const Data<T> matrix(a);
+  if (matrix.values.rows == matrix.values.columns && has_unknown_element(a)) {
+    return unknown_eigen(with_vectors, std::size_t(matrix.values.rows));
+  }
+  return eigen_bounds<T>(with_vectors, matrix, no_data<T>(), [&] {
     auto system = right_eigensystem(values_of(a));
     return std::pair(std::move(system.values), std::move(system.right));
   });
@@ -209,7 +224,14 @@ EigenBounds general_eigen(bool with_vectors, const A& a) {
 template <class A, class B>
 EigenBounds general_eigen(bool with_vectors, const A& a, const B& b) {
   using T = ElementOfData<A>;
-  return eigen_bounds<T>(with_vectors, Data<T>(a), Data<T>(b), [&] {
+  const Data<T> first(a);
+  const Data<T> second(b);
+  const Integer n = first.values.rows;
+  const bool fit = first.values.columns == n && second.values.rows == n && second.values.columns == n;
+  if (fit && (has_unknown_element(a) || has_unknown_element(b))) {
+    return unknown_eigen(with_vectors, std::size_t(n));
+  }
+  return eigen_bounds<T>(with_vectors, first, second, [&] {
     auto system = tesk2mp::detail::pencil_eigen('R', Matrix<T>{values_of(a)}, Matrix<T>{values_of(b)});
     std::vector<Complex> values;
     for (std::size_t j = 0; j < system.beta.size(); ++j) {
