@@ -1,10 +1,10 @@
 // Results with error bounds that are proven: what the exact result is at most away from the one returned.
 //
 // The data are taken as the exact numbers that they are, whatever the working digits; or, where bounds of their own
-// errors are given, as any numbers that near. A bound accounts for every
-// rounding and underflow on the way, its own included; it is a number of nine digits, rounded up. Where the working
-// digits do not suffice for a proof the bound is infinite and INFO is 1; more digits may help. NaN and infinities in
-// the data end so too.
+// errors are given, as any numbers that near. A bound accounts for every rounding and underflow on the way, its own
+// included; it is a number of nine digits, rounded up. Where the working digits do not suffice for a proof the bound is
+// infinite and INFO is 1; more digits may help. NaN and infinities in the data end so too. Of a bound that is given the
+// size counts, and NaN as infinity.
 #pragma once
 
 #include "quarn/quarnfloat.h"

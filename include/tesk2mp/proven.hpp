@@ -34,17 +34,23 @@ struct BoundedRoot {
   bool is_real = false;
 };
 
-/// A matrix of numbers with bounds. Where a number is not finite nothing is known, whatever its bound: functions of such
-/// data deliver infinite bounds.
+/// A matrix of numbers with bounds. Where a number is not finite nothing is known, whatever its bound: functions of
+/// such data deliver infinite bounds.
 template <Scalar T>
 class BoundedMatrix {
  public:
   BoundedMatrix() = default;
-  /// Throws InvalidArgument unless both have the same shape.
+  /// Throws InvalidArgument unless both have the same shape and each bound is a number from 0 on or infinity.
   BoundedMatrix(Matrix<T> values, Matrix<Real> errors) : values_(std::move(values)), errors_(std::move(errors)) {
     tesk2mp::detail::require(values_.rows() == errors_.rows() && values_.columns() == errors_.columns(),
                              "BOUNDED_MATRIX", 2, "bounds of ", errors_.rows(), " by ", errors_.columns(), " for ",
                              values_.rows(), " by ", values_.columns(), " numbers");
+    for (std::size_t j = 0; j < errors_.columns(); ++j) {
+      for (std::size_t i = 0; i < errors_.rows(); ++i) {
+        tesk2mp::detail::require(errors_(i, j) >= 0, "BOUNDED_MATRIX", 2, "the bound of element (", i, ", ", j, ") is ",
+                                 isnan(errors_(i, j)) ? "not a number" : "negative");
+      }
+    }
   }
 
   std::size_t rows() const noexcept { return values_.rows(); }

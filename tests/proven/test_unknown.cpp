@@ -150,3 +150,19 @@ TEST_CASE_TEMPLATE("what is not read of a Hermitian matrix may be anything", T, 
     CHECK(known(proven::cholesky(a, stored)) == 4);
   }
 }
+
+TEST_CASE("bounds are numbers from 0 on, or infinity") {
+  const tesk2mp::Digits scope(12);
+  const Matrix<Real> values(2, 3);
+  for (const char* const bad : {"-1", "-1e-99", "-Infinity", "NaN"}) {
+    for (std::size_t k = 0; k < 6; ++k) {
+      Matrix<Real> errors(2, 3);
+      errors.data()[k] = Real(bad);
+      CHECK_THROWS_AS(proven::BoundedMatrix<Real>(values, errors), tesk2mp::InvalidArgument);
+      CHECK_THROWS_AS(proven::BoundedMatrix<Complex>(Matrix<Complex>(2, 3), errors), tesk2mp::InvalidArgument);
+    }
+  }
+  for (const char* const good : {"0", "-0", "1e-99", "Infinity"}) {
+    CHECK_NOTHROW(proven::BoundedMatrix<Real>(Matrix<Real>(1, 1), {{Real(good)}}));
+  }
+}
