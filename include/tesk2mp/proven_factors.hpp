@@ -504,10 +504,30 @@ struct QRBounds {
   BoundedMatrix<T> r;
 };
 
+namespace detail {
+
+/// Q D and D R of a diagonal D of signs that makes the diagonal of R, which is real, positive.
+template <class T>
+void make_diagonal_positive(Matrix<T>& q, Matrix<T>& r) {
+  for (std::size_t k = 0; k < r.rows(); ++k) {
+    if (Complex(r(k, k)).re < 0) {
+      for (std::size_t i = 0; i < q.rows(); ++i) {
+        q(i, k) = T() - q(i, k);  // no zero gets a sign
+      }
+      for (std::size_t j = k; j < r.columns(); ++j) {
+        r(k, j) = T() - r(k, j);
+      }
+    }
+  }
+}
+
+}  // namespace detail
+
 /// Q, m by min(m, n), and R, min(m, n) by n, of a matrix whose first min(m, n) columns are independent, which is part
-/// of the proof; otherwise, and where the digits do not suffice, the bounds are infinite. The diagonal of R is real,
-/// with the signs that QR finds. With Y = A R0^-1 = Q0 + E R0^-1 and Y^H Y = (I + X)^H (I + X) R is (I + X) R0 and Q is
-/// Y (I + X)^-1.
+/// of the proof; otherwise, and where the digits do not suffice, the bounds are infinite. The diagonal of R is real and
+/// positive, so that the factors are unique: bounds with other digits are bounds of the same ones. QR itself, whose
+/// signs depend on roundings, finds them with other signs. With Y = A R0^-1 = Q0 + E R0^-1 and Y^H Y = (I + X)^H (I +
+/// X) R is (I + X) R0 and Q is Y (I + X)^-1.
 template <DataSource A>
 QRBounds<detail::ElementOfData<A>> qr(const A& a) {
   using T = detail::ElementOfData<A>;
@@ -522,8 +542,9 @@ QRBounds<detail::ElementOfData<A>> qr(const A& a) {
     const Digits scope(detail::digits_of_factors(inner));
     const BoundedMatrix<T> first = detail::block(given, 0, 0, m, inner);
     const QR<T> near(first.values());
-    const Matrix<T> q = near.q();
-    const Matrix<T> r = near.r();
+    Matrix<T> q = near.q();
+    Matrix<T> r = near.r();
+    detail::make_diagonal_positive(q, r);
     for (std::size_t k = 0; k < inner; ++k) {
       if (r(k, k) == T()) {
         return result;

@@ -384,8 +384,9 @@ def cholesky(a: Any, triangle: str = "lower") -> list[list[Bounded]]:
 
 def qr(a: Any) -> tuple[list[list[Bounded]], list[list[Bounded]]]:
     """(q, r) of an m by n matrix, with min(m, n) orthonormal columns of q; its first min(m, n) columns have to be independent.
+    The diagonal of r is real and positive, which makes the factors unique; tesk2mp.qr() finds them with other signs.
 
-    >>> [abs(row[0]).text(3) for row in qr([[3], [4]])[0]]
+    >>> [row[0].text(3) for row in qr([[3], [4]])[0]]
     ['0.6', '0.8']
     """
     q, r = _core._proven_qr(*_given(a))
