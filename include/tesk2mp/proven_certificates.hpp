@@ -414,8 +414,11 @@ inline const std::map<std::string, std::vector<std::string>>& parts_of_kinds() {
 
 /// What the certificate proves, in words. Throws InvalidArgument for one that is incomplete, that has a part twice or
 /// one that its kind does not have, or whose numbers are too far apart, and NumericalFailure, which names the
-/// inequality, where the proof does not hold.
+/// inequality, where the proof does not hold. The answer is the same at any working digits.
 inline std::string verify(const Certificate& certificate) {
+  // Integers that become numbers, counts of rows among them, fit these.
+  constexpr int kDigitsOfIntegers = 30;
+  const Digits scope(kDigitsOfIntegers);
   const std::string& kind = certificate.kind;
   const auto of_kind = detail::parts_of_kinds().find(kind);
   detail::require_part(of_kind != detail::parts_of_kinds().end(), "it has no 'certificate' of a known kind");

@@ -1,6 +1,8 @@
 // Certificates of what does not fit together: refused before anything is read.
 #include <doctest/doctest.h>
 
+#include <algorithm>
+#include <string>
 #include <vector>
 
 #include "tesk2mp/proven_certify.hpp"
@@ -69,5 +71,55 @@ TEST_CASE("a certificate has each part once, and none of another kind") {
     proven::Certificate other = certificate;
     other.add(name, {{Complex(1)}});
     CHECK_THROWS_AS(static_cast<void>(proven::verify(other)), InvalidArgument);
+  }
+}
+
+TEST_CASE("what a certificate proves depends on no working digits") {
+  constexpr std::size_t kOrder = 14;
+  constexpr int kDigits = 30;
+  const auto says = [](const proven::Certificate& certificate, int digits) -> std::string {
+    const tesk2mp::Digits scope(digits);
+    try {
+      return proven::verify(certificate);
+    } catch (const tesk2mp::NumericalFailure& failure) {
+      return failure.text();
+    }
+  };
+  std::vector<proven::Certificate> certificates;
+  {
+    const tesk2mp::Digits scope(kDigits);
+    Matrix<Real> a(kOrder, kOrder);
+    std::vector<Complex> polynomial(kOrder + 1);
+    for (std::size_t i = 0; i < kOrder; ++i) {
+      for (std::size_t j = 0; j < kOrder; ++j) {
+        a(i, j) = Real(i == j ? 40 + int(i) : 1) / Real(int(i + j) + 3);
+      }
+      polynomial[i + 1] = Complex(int(i * i % 7) - 3);
+    }
+    polynomial[0] = Complex(1);
+    const auto determinant = proven::determinant(a);
+    certificates.push_back(proven::certify_determinant(a, determinant.value, determinant.error, kDigits));
+    certificates.push_back(proven::certify_eigenvalues(a, proven::eigenvalues(a), kDigits));
+    certificates.push_back(proven::certify_zeros(polynomial, proven::zeros(polynomial), kDigits));
+  }
+  for (const proven::Certificate& certificate : certificates) {
+    CAPTURE(certificate.kind);
+    // Bounds of the proof that are a tenth too small.
+    proven::Certificate wrong{certificate.kind, {}};
+    for (auto [name, values] : certificate.parts) {
+      const tesk2mp::Digits scope(kDigits);
+      if (name == "near_errors") {
+        std::for_each(values.data(), values.data() + values.rows(), [](Complex& x) { x = x * Complex(Real("0.9")); });
+      }
+      wrong.add(name, std::move(values));
+    }
+    const std::string holds = says(certificate, kDigits);
+    const std::string fails = says(wrong, kDigits);
+    CHECK(holds.find("14") != std::string::npos);
+    CHECK(fails.find("near_error") != std::string::npos);
+    for (const int digits : {1, 2, 3}) {
+      CHECK(says(certificate, digits) == holds);
+      CHECK(says(wrong, digits) == fails);
+    }
   }
 }
