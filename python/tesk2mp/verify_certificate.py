@@ -2,20 +2,26 @@
 """verify_certificate.py FILE...: checks certificates that `quarn ... --certificate FILE` writes, with whole numbers alone.
 
 A certificate has a problem, the answer, bounds of its errors and what proves them. Nothing is solved here, nothing is
-rounded, and nothing but Python's standard library is needed. docs/guide/certificates.md has the format and the theorems.
+rounded, and nothing but Python's standard library is needed. docs/guide/certificates.md has the format and the theorems. - is
+standard input; as with `quarn verify`, a file may be compressed by gzip, and have a byte order mark or be in UTF-16 with one.
 
 Exit status: 0 every proof holds; 1 one does not, and a line says which inequality fails; 2 a file is not a certificate.
 
 |z| of a complex number stands for |re| + |im| where an upper bound is enough; it is no less than the modulus.
 """
+import codecs
+import gzip
+import io
 import json
 import re
 import sys
+import zlib
 from collections.abc import Callable
 from typing import Any
 
 Rows = list[list[int]]
 
+MOST_BYTES = 1 << 30  # of a file
 MOST_EXPONENT = 100_000  # of a number
 MOST_INTEGER = 1_000_000_000  # of what is counted
 MOST_LENGTH = 100_000  # of a number's text
@@ -466,7 +472,7 @@ def check(text: str) -> str:
     if hasattr(sys, "set_int_max_str_digits"):
         sys.set_int_max_str_digits(0)
     try:
-        parts = json.loads(text, parse_int=float, object_pairs_hook=members)
+        parts = json.loads(text.removeprefix("\ufeff"), parse_int=float, object_pairs_hook=members)
     except (ValueError, RecursionError) as error:
         raise Malformed(f"it is not JSON: {error}") from None
     if not isinstance(parts, dict) or parts.get("certificate") not in list(KINDS):
@@ -478,12 +484,30 @@ def check(text: str) -> str:
     return checker(Certificate(parts))
 
 
+def contents(file: str) -> str:
+    """The text of a file, or of standard input for "-"."""
+    if file == "-":
+        data = sys.stdin.buffer.read(MOST_BYTES + 1)
+    else:
+        with open(file, "rb") as stream:
+            data = stream.read(MOST_BYTES + 1)
+    if data.startswith(b"\x1f\x8b"):
+        try:
+            data = gzip.GzipFile(fileobj=io.BytesIO(data)).read(MOST_BYTES + 1)
+        except (EOFError, zlib.error) as error:
+            raise Malformed(f"it cannot be unpacked: {error}") from None
+    if len(data) > MOST_BYTES:
+        raise Malformed("it is longer than 1 GiB")
+    if data.startswith((codecs.BOM_UTF16_LE, codecs.BOM_UTF16_BE)):
+        return data[: len(data) // 2 * 2].decode("utf-16", errors="replace")
+    return data.decode("utf-8-sig")
+
+
 def main(files: list[str]) -> int:
     status = 0
     for file in files:
         try:
-            with open(file, encoding="utf-8") as stream:
-                print(f"{file}: the proof holds: {check(stream.read())}")
+            print(f"{file}: the proof holds: {check(contents(file))}")
         except Refuted as error:
             print(f"{file}: the proof does not hold: {error}", file=sys.stderr)
             status = max(status, 1)

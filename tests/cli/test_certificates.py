@@ -1,7 +1,9 @@
 """Certificates: what the console writes is confirmed by it and by the checker of Python, and nothing else is."""
 
+import codecs
 import contextlib
 import copy
+import gzip
 import io
 import json
 import os
@@ -291,6 +293,34 @@ class Certificates(unittest.TestCase):
                 self.assertEqual([checker.main([good]), checker.main([good, bad]), checker.main([bad, folder])], [0, 1, 2])
             self.assertIn("good.json: the proof holds: a solution of order 5", out.getvalue())
             self.assertIn("component 1: |answer - near| <= error - near_error fails", out.getvalue())
+
+    def test_both_read_the_same_files(self):
+        text = json.dumps(self.all[0][2], indent=1)
+        utf8 = text.encode()
+        files = {
+            "mark": (codecs.BOM_UTF8 + utf8, 0),
+            "two marks": (codecs.BOM_UTF8 * 2 + utf8, 0),  # a file's, and that of the JSON in it
+            "three marks": (codecs.BOM_UTF8 * 3 + utf8, 2),
+            "mark inside": (utf8.replace(b"{", b"{" + codecs.BOM_UTF8, 1), 2),
+            "lines of Windows": (utf8.replace(b"\n", b"\r\n"), 0),
+            "utf-16": (text.encode("utf-16"), 0),
+            "utf-16, odd": (text.encode("utf-16") + b"\n", 0),
+            "big-endian": (codecs.BOM_UTF16_BE + text.encode("utf-16-be"), 0),
+            "packed": (gzip.compress(utf8), 0),
+            "packed with a mark": (gzip.compress(codecs.BOM_UTF8 + utf8), 0),
+            "half packed": (gzip.compress(utf8)[:200], 2),
+            "wrongly packed": (gzip.compress(utf8)[:20] + b"\0" * 200, 2),
+            "no text": (utf8 + b"\0", 2),
+            "not utf-8": (utf8.replace(b"solution", b"\xe4", 1), 2),
+            "empty": (b"", 2),
+        }
+        with tempfile.TemporaryDirectory() as folder:
+            for name, (data, status) in files.items():
+                file = os.path.join(folder, name)
+                pathlib.Path(file).write_bytes(data)
+                with contextlib.redirect_stdout(io.StringIO()), contextlib.redirect_stderr(io.StringIO()):
+                    self.assertEqual((name, checker.main([file])), (name, status))
+                self.assertEqual((name, run("verify", file).returncode), (name, status))
 
     def test_regular_matrices_that_few_digits_take_for_singular_ones(self):
         # The determinant is -1e-12, or -1e-40.
