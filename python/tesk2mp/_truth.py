@@ -8,7 +8,7 @@ from fractions import Fraction
 from typing import Any
 
 from . import _bounded_transforms, _core, _progress, proven
-from ._bounded import Bounded, evaluated, is_number, numbers_in
+from ._bounded import Bounded, evaluated, exact_data, is_number, numbers_in
 from ._context import _MOST_DIGITS, _Scope, digits
 from ._errors import Error, InvalidArgument, InvalidType, NumericalFailure, refusal
 
@@ -43,7 +43,8 @@ class true_digits(_Scope):  # pylint: disable=invalid-name
     largest one of the result, is 0. This is for solve, inverse, determinant, least_squares of full column
     rank, minimum_norm, pseudo_inverse, null_space, matrix_rank, cholesky, qr, svd, expm, sqrtm, logm, fractional_matrix_power, eigenvalues and symmetric_eigenvalues, of pencils too, eigen, symmetric_eigen, singular_values,
     polynomial_zeros, multiply, dot, norm, fft, rfft, dct, dst, fftn and rfftn with their inverses, sparse.linalg.spsolve, and for what the modules call of these (linalg.solve, inv, det, lstsq, eig, eigvals, eigh, eigvalsh,
-    svdvals, matrix_rank). Eigenvectors have norm 1 and are known up to a factor of modulus 1, those of multiple eigenvalues not
+    svdvals, matrix_rank). Infinite eigenvalues of exact pencils follow the finite ones; the diagonal of r of qr is positive.
+    Eigenvectors have norm 1 and are known up to a factor of modulus 1, those of multiple eigenvalues not
     at all: a NumericalFailure. Functions of numbers and convolve are correctly rounded anyway, and take decimal numbers
     of `count` digits at most; other routines are an InvalidArgument.
 
@@ -199,11 +200,24 @@ def _check_apart(vectors: Any) -> None:
         raise refusal(NumericalFailure, f"{_core.get_digits()} digits do not tell eigenvalues apart that eigenvectors are asked of")
 
 
+def _count_of_infinite(a: Any, b: Any) -> int:
+    """How many eigenvalues of a pencil are known to be infinite, which takes exact numbers."""
+    try:
+        a, b = exact_data("eigenvalues", a, b)
+    except InvalidArgument:
+        return 0
+    return proven.infinite_eigenvalues(a, b) or 0
+
+
 def _eigenvalues(a: Any, b: Any = None) -> Any:
-    infinite = 0 if b is None or any(callable(each) or isinstance(each, str) for each in (a, b)) else proven.infinite_eigenvalues(a, b)
-    if infinite:
-        raise refusal(NumericalFailure, f"{infinite} eigenvalues are infinite: proven.finite_eigenvalues() has the others")
-    return proven.eigenvalues(a, b)
+    if b is None:
+        return proven.eigenvalues(a)
+    a, b = evaluated(a), evaluated(b)
+    infinite = _count_of_infinite(a, b)
+    if not infinite:
+        return proven.eigenvalues(a, b)
+    exactly = proven.Root(_core.Complex("inf", 0), decimal.Decimal(0), infinite, True)
+    return [*proven.finite_eigenvalues(a, b), *[exactly] * infinite]
 
 
 def _eigen(a: Any, b: Any = None) -> Any:

@@ -528,8 +528,16 @@ class Proven(unittest.TestCase):
             for call in (proven.infinite_eigenvalues, proven.finite_eigenvalues):
                 self.assertRaises(tesk2mp.NumericalFailure, call, *singular)
         with tesk2mp.true_digits(5):
-            self.assertRaisesRegex(tesk2mp.NumericalFailure, "1 eigenvalues are infinite", tesk2mp.eigenvalues, a, b)
             self.assertEqual(tesk2mp.eigenvalues([[2]], [[4]])[0].real, Decimal("0.5"))
+            infinity = tesk2mp.Complex("inf", 0)
+            found = [tesk2mp.Complex("4.0769", 0), infinity]
+            self.assertEqual(tesk2mp.eigenvalues(a, b), found)
+            self.assertEqual(tesk2mp.eigenvalues(lambda: a, lambda: b), found)
+            self.assertEqual(tesk2mp.eigenvalues([[1, 0], [0, 1]], [[0, 1], [0, 0]]), [infinity] * 2)
+            self.assertRaises(tesk2mp.NumericalFailure, tesk2mp.eigenvalues, [[1, 1], [1, 1]], [[2, 2], [2, 2]])
+            # Not exact: quotients beside Complex numbers, and numbers of a function.
+            self.assertEqual(tesk2mp.eigenvalues([[tesk2mp.Complex(0, 1)]], [[third]]), [tesk2mp.Complex(0, 3)])
+            self.assertEqual(tesk2mp.eigenvalues(lambda: [[tesk2mp.sqrt(2)]], [[2]])[0].real, Decimal("0.70711"))
         self.assertRaises(tesk2mp.InvalidArgument, proven.infinite_eigenvalues, [[1, 2]], [[1, 2]])
 
     def test_nothing_of_nothing(self):
