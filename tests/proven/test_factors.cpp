@@ -402,6 +402,8 @@ TEST_CASE("what has no factor is refused, or not known") {
   // Perhaps definite: the data do not say.
   const BoundedMatrix<Real> perhaps({{1, 1}, {1, 1}}, {{0, 0}, {0, Real("1e-5")}});
   CHECK_FALSE(proven::detail::is_known(proven::cholesky(perhaps)));
+  // Not definite, but which leading minor is not positive is not known: the second one is where the first one is not.
+  CHECK_FALSE(proven::detail::is_known(proven::cholesky(BoundedMatrix<Real>({{1, 0}, {0, -1}}, {{2, 0}, {0, 0}}))));
   CHECK_FALSE(proven::detail::is_known(proven::qr(Matrix<Real>{{1, 2}, {2, 4}}).q));
   CHECK_FALSE(proven::detail::is_known(proven::lu(BoundedMatrix<Real>({{1}}, {{2}})).u));
   const Matrix<Real> nan = {{1, Real("nan")}, {2, 3}};
