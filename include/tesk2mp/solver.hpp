@@ -422,7 +422,8 @@ void assess(BasicIterativeSolution<T>& solution, const SolverOptions& options, s
       options.criterion == Criterion::residual ? progress.matrix_norm : progress.largest_singular_value;
   solution.relative_residual = largest(solution.residual) / size;
   solution.growth = matrix_norm * (criterion_norm<T>(options, solution.x) / right_size);
-  const Real tolerance = options.tolerance > 0 ? options.tolerance : ::sqrt(QuarnMP_x02ajf_());
+  const Real epsilon = QuarnMP_x02ajf_();  // a smaller tolerance than a few of these is not what the solver works with
+  const Real tolerance = std::max(options.tolerance > 0 ? options.tolerance : ::sqrt(epsilon), 10 * epsilon);
   solution.inconsistent = solution.converged && solution.relative_residual > ::sqrt(tolerance);
 }
 

@@ -327,6 +327,22 @@ TEST_CASE_TEMPLATE("fewer than ten digits are rounded from ten by every method",
   }
 }
 
+TEST_CASE_TEMPLATE("a tolerance of nothing does not make a regular system inconsistent", T, QuarnFloat, Complex) {
+  Random random;
+  for (const int digits : {2, 10, 30}) {
+    const support::Digits scope(digits);
+    const SparseMatrix<T> a = sample_of<T>(random, false);
+    const std::vector<T> b = random_vector<T>(random);
+    tesk2mp::SparseOptions options;
+    options.preconditioning = tesk2mp::Preconditioning::direct;
+    options.tolerance = QuarnFloat(1, -100'000'000);
+    const auto solution = tesk2mp::solve_sparse(a, std::span<const T>(b), options);
+    INFO("digits " << digits);
+    CHECK(solution.converged);
+    CHECK(!solution.inconsistent);
+  }
+}
+
 TEST_CASE_TEMPLATE("flexible GMRES takes another preconditioner in every iteration", T, QuarnFloat, Complex) {
   Random random;
   const support::Digits scope(40);
