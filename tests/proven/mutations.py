@@ -40,8 +40,15 @@ SPARSE_TERMS = "tests/proven/test_sparse.cpp"
 NEAR_TERMS = "tests/proven/test_near.cpp"
 FACTORISATIONS = "include/tesk2mp/proven_factors.hpp"
 MATRIX_FUNCTIONS = "include/tesk2mp/proven_matrix_functions.hpp"
+PSEUDO_INVERSES = "include/tesk2mp/proven_pseudo_inverse.hpp"
+SPECTRA = "include/tesk2mp/proven_spectra.hpp"
+KRYLOV = "include/tesk2mp/proven_krylov.hpp"
+CERTIFICATES = "include/tesk2mp/proven_certificates.hpp"
+DATA = "include/tesk2mp/proven.hpp"
 OF_FACTORS = "tests/proven/test_factors.cpp"
 OF_FUNCTIONS = "tests/proven/test_matrix_functions.cpp"
+OF_DATA = "tests/proven/test_unknown.cpp"
+OF_CERTIFICATES = "tests/proven/test_certify.cpp"
 
 OF_ONE = "terms of functions of a real number"
 OF_TWO = "terms of functions of two real numbers"
@@ -363,7 +370,8 @@ MUTANTS = [
         ("std::max(reach_of(exact(middle) - exact(bracket.low)), reach_of(exact(bracket.high) - exact(middle)))", "reach_of(exact(bracket.high) - exact(middle))"),
     )),
     ("zeros of functions", ZERO, "is_continuous ? error : QuarnBound::infinity()", "error", [FUNCTIONS], "zeros of functions*"),
-    *((("factors", FACTORISATIONS, *change, [OF_FACTORS], "*terms of factors*,factors are within*,factors that fit*")) for change in (
+    *((("factors", FACTORISATIONS, *change, [OF_FACTORS],
+        "*terms of factors*,factors are within*,factors that fit*,what has no factor*")) for change in (
         ("return g(i, j) + square;", "return g(i, j);"),
         ("return g(i, j) + square;", "return square;"),
         ("return i > j || (with_diagonal && i == j) ? g(i, j) : QuarnBound();", "return i > j ? g(i, j) : QuarnBound();"),
@@ -387,7 +395,49 @@ MUTANTS = [
         ("filled_[i + j * rows_] = filled_[i + j * rows_] || filled_[i + k * rows_];", ""),
         ("filled_[i + j * rows_] = a.values()(i, j) != T() || !a(i, j).error.is_zero();", "filled_[i + j * rows_] = a.values()(i, j) != T();"),
         ("errors = x * detail::BoundGrid(r)", "errors = detail::BoundGrid(inner, inner)"),
+        ("squares += each * each;", "squares = each * each;"),
+        ("c(i, j) += a(i, k) * b(k, j);", "c(i, j) = a(i, k) * b(k, j);"),
+        ("row = hypotenuse(row, change(i, j));", "row = change(i, j);"),
+        ("detail::right_change(sizes_l.block(inner, 0, below, inner), of_columns.block(inner, 0, below, inner), y)",
+         "detail::BoundGrid(below, inner)"),
+        ("of_rows.block(0, inner, inner, beside).transposed(), x.transposed())", "detail::BoundGrid(beside, inner), x.transposed())"),
+        ("of_rows.block(0, inner, inner, beside).transposed(), x.transposed())",
+         "of_rows.block(0, inner, inner, beside).transposed(), detail::BoundGrid(inner, inner))"),
+        ("errors = detail::right_change(sizes, of_y, x)", "errors = of_y"),
+        ("errors = detail::right_change(sizes, of_y, x)", "errors = sizes * x"),
+        ("square(i, j) : rest(i, j - inner);", "square(i, j) : proven::exact(rest.values()(i, j - inner));"),
+        ("if (Complex(r(k, k)).re < 0) {", "if (false) {"),
+        ("!(value > 0) && form.error.value() <= -value;", "!(value > 0);"),
+        ("is_not_positive(whole, order) && is_definite(order - 1)", "is_not_positive(whole, order)"),
+        ("detail::conjugate_of(given.values()(j, i)), given(j, i).error};", "detail::conjugate_of(given.values()(j, i)), QuarnBound()};"),
     )),
+    *((("pseudo-inverses", PSEUDO_INVERSES, *change, [OF_FACTORS], "pseudo-inverses*,terms of factors")) for change in (
+        ("return a(i, j - m);", "return proven::exact(a.values()(i, j - m));"),
+        ("proven::exact(T((*basic)[i] == j ? 1 : 0)) : product(i, j);", "proven::exact(T((*basic)[i] == j ? 1 : 0)) : proven::exact(product.values()(i, j));"),
+        ("conjugate_of(given.values()(j, i - m)), given(j, i - m).error}", "conjugate_of(given.values()(j, i - m)), QuarnBound()}"),
+        ("const Bounded<T> scale{T(root.value), root.error};", "const Bounded<T> scale{T(root.value), QuarnBound()};"),
+        ("found.error * QuarnBound::power_of_ten(-exponent)", "found.error * QuarnBound::power_of_ten(-exponent - 1)"),
+    )),
+    *((("single eigenvalues", KRYLOV, *change, [NEAR_TERMS], "terms of distances*,*is within the distance*")) for change in (
+        ("sizes[i] + detail::SparseResidual<T>::rounding(b_[i], QuarnDigits())", "sizes[i]"),
+        ("squares += size * size;", "squares = size * size;"),
+        ("sqrt(squares) * over_length(v)", "sqrt(squares)"),
+        ("squares += x.re * x.re + x.im * x.im;", "squares += x.re * x.re + 2 * x.im * x.im;"),
+        ("is_square_ ? !(value < 0)", "is_square_ ? true"),
+        ("found.is_finite() && found.value() < value", "found.is_finite()"),
+    )),
+    *((("data", *change, [OF_DATA], "of data with values*,bounds are numbers*")) for change in (
+        (SPECTRA, "detail::has_unknown_element(a, stored)", "false"),
+        (SPECTRA, "if (detail::has_unknown_element(a)) {", "if (false) {"),
+        (SPECTRA, "matrix.values.rows == matrix.values.columns && has_unknown_element(a)", "false"),
+        (SPECTRA, "has_unknown_element(a) || has_unknown_element(b)", "has_unknown_element(a)"),
+        (SPECTRA, "has_unknown_element(a) || has_unknown_element(b)", "has_unknown_element(b)"),
+        (MATRIX_FUNCTIONS, "if (!has_unknown_element(a)) {", "if (true) {"),
+        (DATA, "errors_(i, j) >= 0,", "!(errors_(i, j) < 0),"),
+        (DATA, "errors_(i, j) >= 0,", "isnan(errors_(i, j)) || errors_(i, j) >= Real(-1, -9),"),
+    )),
+    ("certificates", CERTIFICATES, "constexpr int kDigitsOfIntegers = 30;", "const int kDigitsOfIntegers = QuarnDigits();",
+     [OF_CERTIFICATES], "what a certificate proves*"),
     *((("functions of matrices", MATRIX_FUNCTIONS, *change, [OF_FUNCTIONS], "terms of functions of matrices,functions of matrices*"))
       for change in (
         ("rest * over_one_minus(norm)", "QuarnBound()"),

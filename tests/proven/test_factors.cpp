@@ -451,6 +451,9 @@ TEST_CASE("terms of factors") {
   CHECK_FALSE(proven::detail::factor_change(one_by_one("0.51")).has_value());
   // Z (1 - 0.5) = 1 + 0.1
   CHECK(proven::detail::right_change(one_by_one("1"), one_by_one("0.1"), one_by_one("0.5"))(0, 0) >= bound("1.2"));
+  // (0.1, 0) (1, 0.5; 0, 1)^-1 = (0.1, -0.05)
+  CHECK(proven::detail::right_change(BoundGrid(1, 2), BoundGrid(Matrix<Real>{{Real("0.1"), 0}}),
+                                     BoundGrid(Matrix<Real>{{0, Real("0.5")}, {0, 0}}))(0, 1) >= bound("0.05"));
   // (1 + 0.2)^2 = 1 + 0.44
   CHECK(proven::detail::gram_change(one_by_one("0"), one_by_one("1"), one_by_one("0.2"))(0, 0) >= bound("0.44"));
   CHECK(proven::detail::gram_change(one_by_one("0.1"), one_by_one("1"), one_by_one("0"))(0, 0) >= bound("0.1"));
