@@ -503,7 +503,7 @@ def main():
             (tree / file).parent.mkdir(parents=True)
             (tree / file).write_text(text.replace(old, new, 1))
             tests = objects(build)
-            of_tests = kept_headers if file.startswith("include/tesk2mp/") else []
+            of_tests = kept_headers if file.startswith("include/tesk2mp/") and file != DATA else []
             changed = [compiled(source, tree, tree / f"{k}.o", [*of_tests, *include]) for k, source in enumerate(sources)]
             kept = [str(path) for source, path in tests.items() if source not in sources]
             program = tree / "program"
