@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tesk2mp/least_squares.hpp"
+#include "tesk2mp/proven_complex.hpp"
 #include "tesk2mp/proven_exact.hpp"
 #include "tesk2mp/proven_factors.hpp"
 #include "tesk2mp/proven_spectra.hpp"
@@ -375,8 +376,7 @@ SingularBounds<detail::ElementOfData<A>> singular_system(const A& a) {
           }
           return proven::exact(T());
         }));
-    const Bounded<Real> root = proven::sqrt(proven::exact(Real(2)));
-    const Bounded<T> scale{T(root.value), root.error};
+    const Bounded<T> scale = proven::sqrt(proven::exact(T(2)));
     const auto vectors = [&](std::size_t first, std::size_t count) {
       return detail::bounded_matrix<T>(
           count, inner, [&](std::size_t i, std::size_t j) { return system.vectors(first + i, m + n - 1 - j) * scale; });

@@ -10,8 +10,8 @@
 TESK2MP_NAMES_BEGIN
 extern "C" {
 
-/// Sets *a, *irow and *icol to arrays of so many elements; called once, before anything else is written. It may throw where
-/// exceptions leave the libraries (not on 32-bit Windows).
+/// Sets *a, *irow and *icol to arrays of so many elements; called once, before anything else is written. It may throw
+/// where exceptions leave the libraries (not on 32-bit Windows).
 typedef void (*QuarnRealFactorStorage)(void* context, Integer count, QuarnFloat** a, Integer** irow, Integer** icol);
 typedef void (*QuarnComplexFactorStorage)(void* context, Integer count, Complex** a, Integer** irow, Integer** icol);
 

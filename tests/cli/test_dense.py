@@ -153,12 +153,11 @@ class Dense(unittest.TestCase):
 
     def test_a_rank_that_is_not_proven_is_a_condition(self):
         far = "1e999999999 1\n1 1e-999999999\n"
-        self.assertEqual(run_well("null", "-", stdin=far).splitlines()[1:4],
-                         ["# 20 digits, by QuarnMPX_dgelsy_ (worked with 25); rank 2 by the tolerance 2e-19",
-                          "# if the rank is right, about 20 digits are true (estimate by a second computation with 41)",
-                          "# not proven: the rank would take too long"])
-        self.assertEqual(run("pinv", "-", stdin=far).stderr,
-                         "quarn: not proven: the rank would take too long; what is computed is not finite\n")
+        for command in ("null", "pinv"):
+            self.assertEqual(run_well(command, "-", stdin=far).splitlines()[1:4],
+                             ["# 20 digits, by QuarnMPX_dgelsy_ (worked with 25); rank 1 by the tolerance 2e-19",
+                              "# if the rank is right, about 20 digits are true (estimate by a second computation with 41)",
+                              "# not proven: the rank would take too long"])
         self.assertRegex(run_well("pinv", "-", "--working-digits", "20", stdin="1 2\n3 6\n"),
                          r"; rank 1 by the tolerance 2e-19\n# if the rank is right, about 1\d digits")
         # A rank that is asked for is right.

@@ -286,7 +286,8 @@ class Expressions(unittest.TestCase):
         once = run_well("calc", "pinv([1/3 1; 1 3])", "--working-digits", "20")
         self.assertTrue(once.endswith("\n# not proven: pinv takes the rank to be 1, by the tolerance 2e-19\n"), once)
         self.assertIn("element (1, 1) is not finite", run("calc", "matrix_rank([0/0 1])").stderr)
-        self.assertIn("quarn: RANK: pinv is not known with 1800 digits\n", run("calc", "pinv([1e999999999 1; 1 1e-999999999])").stderr)
+        self.assertEqual(run_well("calc", "pinv([1e999999999 1; 1 1e-999999999])"),
+                         "  1e-999999999  0\n             0  0\n# not proven: pinv takes the rank to be 1, " + taken)
         # Rounding errors of a zero are no digits, and a failure of the estimate proves nothing.
         self.assertRegex(run_well("calc", "qr([1 2;2 4])"), r"\n +0\.0+ +0\.0+\n# about 20 digits")
         self.assertIn("definite is not known with", run("calc", "chol([1/3 1;1 3+1e-3000])").stderr)

@@ -415,6 +415,8 @@ MUTANTS = [
         ("return a(i, j - m);", "return proven::exact(a.values()(i, j - m));"),
         ("proven::exact(T((*basic)[i] == j ? 1 : 0)) : product(i, j);", "proven::exact(T((*basic)[i] == j ? 1 : 0)) : proven::exact(product.values()(i, j));"),
         ("conjugate_of(given.values()(j, i - m)), given(j, i - m).error}", "conjugate_of(given.values()(j, i - m)), QuarnBound()}"),
+        ("conjugate_of(a.values()(j, i - m)), a(j, i - m).error}", "conjugate_of(a.values()(j, i - m)), QuarnBound()}"),
+        ("found.error * QuarnBound::power_of_ten(-exponent)", "found.error * QuarnBound::power_of_ten(-exponent - 1)"),
     )),
     *((("single eigenvalues", KRYLOV, *change, [NEAR_TERMS], "terms of distances*,*is within the distance*")) for change in (
         ("sizes[i] + detail::SparseResidual<T>::rounding(b_[i], QuarnDigits())", "sizes[i]"),
@@ -422,6 +424,7 @@ MUTANTS = [
         ("sqrt(squares) * over_length(v)", "sqrt(squares)"),
         ("squares += x.re * x.re + x.im * x.im;", "squares += x.re * x.re + 2 * x.im * x.im;"),
         ("is_square_ ? !(value < 0)", "is_square_ ? true"),
+        ("found.is_finite() && found.value() < value", "found.is_finite()"),
     )),
     *((("data", *change, [OF_DATA], "of data with values*,bounds are numbers*")) for change in (
         (SPECTRA, "detail::has_unknown_element(a, stored)", "false"),
