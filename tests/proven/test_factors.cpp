@@ -479,10 +479,10 @@ TEST_CASE("terms of factors") {
   // (1, d)^+ = (1, d) / (1 + d^2), of a column and of a row.
   const Matrix<Real> values = {{1}, {0}};
   const Matrix<Real> errors = {{0}, {Real("0.001")}};
-  CHECK(proven::pseudo_inverse(BoundedMatrix<Real>(values, errors))(0, 1).error >= bound("0.000999"));
+  const auto inverse = proven::pseudo_inverse(BoundedMatrix<Real>(values, errors));
+  CHECK(inverse(0, 0).error >= bound("9.99e-7"));
+  CHECK(inverse(0, 1).error >= bound("0.000999"));
   CHECK(proven::pseudo_inverse(BoundedMatrix<Real>({{1, 0}}, {{0, Real("0.001")}}))(1, 0).error >= bound("0.000999"));
-  CHECK(proven::pseudo_inverse(BoundedMatrix<Real>({{4}, {0}}, {{Real("0.001")}, {0}}))(0, 0).error >=
-        bound("6.2515e-5"));
   const auto determinant = proven::scaled_determinant(BoundedMatrix<Real>({{300}}, {{7}}));
   CHECK(determinant.exponent == 2);
   CHECK(determinant.mantissa.error >= bound("0.07"));
