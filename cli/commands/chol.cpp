@@ -58,11 +58,15 @@ tesk2mp::Matrix<T> estimated_factor(const CholOptions& options, const tesk2mp::M
   const auto triangle = options.upper ? tesk2mp::Triangle::upper : tesk2mp::Triangle::lower;
   const char* const routine = std::is_same_v<T, Complex> ? "QuarnMPX_zpotrf_" : "QuarnMPX_dpotrf_";
   std::optional<tesk2mp::NumericalFailure> refusal;
+  ComparedDeterminants determinants;
   const auto compute = [&]() -> std::optional<Computed<T>> {
     try {
       const tesk2mp::Cholesky<T> cholesky(a, triangle);
       const tesk2mp::Matrix<T>& factor = cholesky.factor();
-      return Computed<T>{{factor.data(), factor.data() + a.rows() * a.columns()}, {T(cholesky.determinant())}, {}};
+      const auto parts = cholesky.determinant_parts();
+      return Computed<T>{{factor.data(), factor.data() + a.rows() * a.columns()},
+                         {T(determinants.scaled(parts.mantissa, parts.exponent))},
+                         {}};
     } catch (const tesk2mp::NumericalFailure& failure) {
       const auto order = std::size_t(failure.code());
       if (!options.proof.wanted() || order == 0 || order > a.rows() || is_first_not_positive(a, order)) {
@@ -77,7 +81,8 @@ tesk2mp::Matrix<T> estimated_factor(const CholOptions& options, const tesk2mp::M
   if (!estimate.choice) {
     throw *refusal;  // with all digits that were tried
   }
-  const std::string determinant = exact_text(Complex(estimated_values(options.proof, estimate.single).back()).re);
+  const std::string determinant =
+      determinants.text(Complex(estimated_values(options.proof, estimate.single).back()).re);
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
   result.notes.push_back("positive definite; determinant " + determinant);
   result.facts.push_back({"determinant", determinant});

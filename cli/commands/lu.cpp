@@ -70,34 +70,17 @@ tesk2mp::LU<T> factorised(const LuOptions& options, const tesk2mp::Matrix<T>& a)
   return tesk2mp::LU<T>(a);
 }
 
-/// Both factors in one; of a square matrix the determinant beside that power of ten is the last of estimate.single.
+/// Both factors in one; of a square matrix the determinant is the last of estimate.single.
 template <class T>
 struct Factors {
   Estimated<T> estimate;
-  std::int64_t exponent = 0;
+  ComparedDeterminants determinants;
   std::optional<std::size_t> deficient_rank;
 };
-
-/// The power of ten of the product of the columns' largest elements: determinants, wherever they are, are told beside
-/// it, in numbers that can be compared.
-template <class T>
-std::int64_t exponent_of_columns(const tesk2mp::Matrix<T>& a) {
-  std::int64_t exponent = 0;
-  for (std::size_t j = 0; j < a.columns(); ++j) {
-    QuarnFloat largest;
-    for (std::size_t i = 0; i < a.rows(); ++i) {
-      const Complex& z = a(i, j);
-      largest = std::max({largest, fabs(z.re), fabs(z.im)});
-    }
-    exponent += largest > 0 && isfinite(largest) ? decimal_exponent(largest) : 0;
-  }
-  return exponent;
-}
 
 template <class T>
 Factors<T> factors_of(const LuOptions& options, const tesk2mp::Matrix<T>& a) {
   Factors<T> found;
-  found.exponent = exponent_of_columns(a);
   const Computation<T> compute = [&] {
     const tesk2mp::LU<T> lu = factorised(options, a);
     const tesk2mp::Matrix<T>& packed = lu.factors();
@@ -108,10 +91,8 @@ Factors<T> factors_of(const LuOptions& options, const tesk2mp::Matrix<T>& a) {
     }
     if (a.rows() == a.columns()) {
       // Of the factors that are printed.
-      constexpr std::int64_t kFarthest = 100'000'000;
       const auto parts = lu.determinant_parts();
-      const std::int64_t places = std::clamp(parts.exponent - found.exponent, -kFarthest, kFarthest);
-      computed.single.push_back(parts.mantissa * T(QuarnFloat(1, int(places))));
+      computed.single.push_back(found.determinants.scaled(parts.mantissa, parts.exponent));
     }
     return std::optional(std::move(computed));
   };
@@ -124,17 +105,6 @@ Factors<T> factors_of(const LuOptions& options, const tesk2mp::Matrix<T>& a) {
     return found.deficient_rank.has_value();
   });
   return found;
-}
-
-template <class T>
-std::string text_of_determinant(const T& scaled, std::int64_t exponent) {
-  const Complex parts = scaled;
-  const QuarnFloat size = std::max(fabs(parts.re), fabs(parts.im));
-  if (size == 0 || !isfinite(size)) {
-    return determinant_text(size == 0 ? T() : scaled, 0);
-  }
-  const long places = decimal_exponent(size);
-  return determinant_text(T(scaled * T(QuarnFloat(1, int(-places)))), exponent + places);
 }
 
 /// What is written of the factors.
@@ -200,9 +170,8 @@ Written<T> estimated_factors(const LuOptions& options, const DenseMatrix& given,
   result.facts = {{"routine", routine}, {"digits", std::to_string(QuarnDigits()), true}};
   if (given.rows() == given.columns()) {
     const std::string determinant =
-        lu.deficient_rank
-            ? exact_text(T())
-            : text_of_determinant(estimated_values(options.proof, lu.estimate.single).back(), lu.exponent);
+        lu.deficient_rank ? exact_text(T())
+                          : lu.determinants.text(estimated_values(options.proof, lu.estimate.single).back());
     result.notes.push_back("determinant " + determinant +
                            "; row interchanges: " + std::to_string(interchanges(pivots)) +
                            (singular ? "; singular: a pivot is exactly zero" : ""));

@@ -84,7 +84,8 @@ std::string render_csv(const Result& result) {
     text += "\n";
   };
   add_line([](const ResultColumn& column) -> const std::string& { return column.name; });
-  for (std::size_t row = 0; row < result.data.front().cells.size(); ++row) {
+  const std::size_t rows = result.data.empty() ? 0 : result.data.front().cells.size();
+  for (std::size_t row = 0; row < rows; ++row) {
     QuarnCheckInterrupt();
     add_line([row](const ResultColumn& column) -> const std::string& { return column.cells[row]; });
   }

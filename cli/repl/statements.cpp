@@ -229,7 +229,8 @@ std::string Interpreter::shown_estimate(const NamedValues& values, std::size_t a
   if (unproven.empty()) {
     return shown_proven(values, at);  // more digits brought the proof
   }
-  const std::string digits = "about " + digit_count(fewest) + " digits are true (estimate by a second computation";
+  const std::string digits = "about " + digit_count(fewest) + (fewest == 1 ? " digit is" : " digits are") +
+                             " true (estimate by a second computation";
   if (!is_compared || !unproven.taken.empty()) {
     return text + "# not proven: " + (unproven.taken.empty() ? unproven.reason : unproven.taken) +
            (is_compared ? "; if that is right, " + digits + ")" : "") + "\n";

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "quarn/functions.h"
 #include "tesk2mp/kernels.hpp"
 
 namespace tesk2mp {
@@ -254,7 +255,20 @@ class Cholesky {
   const Matrix<T>& factor() const { return factor_; }
   /// Which one it is.
   Triangle triangle() const { return triangle_; }
-  /// The determinant of A.
+  /// The determinant of A as mantissa 10^exponent, the mantissa from 1 to 100.
+  typename LU<Real>::DeterminantParts determinant_parts() const {
+    typename LU<Real>::DeterminantParts parts{1, 0};
+    for (std::size_t i = 0; i < factor_.rows(); ++i) {
+      const Real pivot = Complex(factor_(i, i)).re;
+      const int places = ilogb(pivot);
+      parts.mantissa = parts.mantissa * scalbn(pivot, -places);
+      const int more = ilogb(parts.mantissa);
+      parts.mantissa = scalbn(parts.mantissa, -more);
+      parts.exponent += std::int64_t(places) + more;
+    }
+    return {parts.mantissa * parts.mantissa, 2 * parts.exponent};
+  }
+  /// The determinant of A; 0 or infinity when no number holds it, determinant_parts() has it then.
   Real determinant() const {
     Real product(1);
     for (std::size_t i = 0; i < factor_.rows(); ++i) {

@@ -42,10 +42,31 @@ struct ColumnNorms {
   }
 };
 
+/// The power of ten of the largest part of a matrix whose squares leave the range, or 0.
+template <class T>
+int far_decade_of_matrix(Integer m, Integer n, OneBasedMatrix<T> a) {
+  QuarnFloat largest;
+  for (Integer j = 1; j <= n && m > 0; ++j) {
+    const OneBasedVector<T> x = a.column(j);
+    largest = std::max(largest, magnitude(x(index_of_largest(m, x))));
+  }
+  return far_decade(largest);
+}
+
 }  // namespace
 
 template <class T>
 void factorise_pivoted(Integer m, Integer n, OneBasedMatrix<T> a, Integer* jpvt, T* tau) {
+  if (const int decade = far_decade_of_matrix(m, n, a); decade != 0) {
+    for (Integer j = 1; j <= n; ++j) {
+      scale(m, QuarnFloat(1, -decade), a.column(j));
+    }
+    factorise_pivoted(m, n, a, jpvt, tau);
+    for (Integer j = 1; j <= n; ++j) {
+      scale(std::min(j, m), QuarnFloat(1, decade), a.column(j));
+    }
+    return;
+  }
   Integer fixed = 0;
   for (Integer j = 1; j <= n; ++j) {
     const bool first = jpvt[j - 1] != 0;

@@ -26,19 +26,20 @@ inline QuarnFloat sum_of_squares(Integer n, OneBasedVector<Complex> x) {
                      QuarnDot(size, &x.first()->im, step, &x.first()->im, step);
 }
 
-/// The power of ten of the largest part of x where the squares, of which all but that of x(1) add up to `rest`, are not
-/// well within the range; otherwise, and of numbers that are not finite, 0.
+/// Squares of numbers between 10^-400,000,000 and 10^400,000,000 are well within the range, sums of them too.
+inline constexpr int kFarthestSquared = 400'000'000;
+
+/// The power of ten of a size whose square is not well within the range; otherwise, and if it is not finite, 0.
+inline int far_decade(const QuarnFloat& size) {
+  const QuarnFloat bound(1, kFarthestSquared);
+  return size == 0 || !isfinite(size) || (size > 1 / bound && size < bound) ? 0 : ilogb(size);
+}
+/// That of the largest part of x, where the squares of all but x(1) add up to `rest`.
 template <class T>
 int far_decade(Integer n, OneBasedVector<T> x, const QuarnFloat& rest) {
-  constexpr int kFarthestSquared = 400'000'000;
-  const QuarnFloat bound(1, kFarthestSquared);
   const bool is_safe = rest > QuarnFloat(1, -2 * kFarthestSquared) && rest < QuarnFloat(1, 2 * kFarthestSquared) &&
-                       magnitude(x(1)) < bound;
-  if (is_safe || isnan(rest)) {
-    return 0;
-  }
-  const QuarnFloat largest = magnitude(x(index_of_largest(n, x)));
-  return largest == 0 || !isfinite(largest) || (largest > 1 / bound && largest < bound) ? 0 : ilogb(largest);
+                       magnitude(x(1)) < QuarnFloat(1, kFarthestSquared);
+  return is_safe || isnan(rest) ? 0 : far_decade(magnitude(x(index_of_largest(n, x))));
 }
 
 /// LARFG: the reflector whose adjoint takes x, n elements, to (beta, 0, ..., 0) with beta real. Leaves beta and the

@@ -160,6 +160,9 @@ class Dense(unittest.TestCase):
                               "# not proven: the rank would take too long"])
         self.assertRegex(run_well("pinv", "-", "--working-digits", "20", stdin="1 2\n3 6\n"),
                          r"; rank 1 by the tolerance 2e-19\n# if the rank is right, about 1\d digits")
+        self.assertEqual(run_well("null", "-", "--format", "csv", stdin="1 2\n3 4\n"), "\n")
+        scaled = run_json("null", "-", "--tolerance", "1e-10", "--digits", "8", stdin="1e-600000030 1e-600000000\n2e-600000030 1e-600000000\n")
+        self.assertEqual([scaled["value"][0].lstrip("-"), scaled["value"][1].lstrip("-")], ["1", "1.5e-30"])
         # A rank that is asked for is right.
         self.assertIn("\n# about 20 digits", run_well("pinv", "-", "--tolerance", "1e-5", stdin="1 2\n3 6\n"))
         # What is not known is no 0, and zeros are eigenvalues.
@@ -235,6 +238,10 @@ class Dense(unittest.TestCase):
     def test_determinants_beyond_the_numbers(self):
         result = run_json("det", "-", "--working-digits", "20", stdin="1e800000000 0\n0 -25e800000000\n")
         self.assertEqual((result["determinant"], result["mantissa"], result["exponent"]), (["-2.5e1600000001"], "-2.5", 1600000001))
+        # Of estimates too.
+        for command, matrix, value in (("lu", "1e999999999 2\n2 1e-999999999\n", "-3"), ("chol", "1e-999999999 0\n0 1e-999999999\n", "1e-1999999998"),
+                                       ("chol", "1e999999999 1e999999990\n1e999999990 2e999999999\n", "2e1999999998")):
+            self.assertEqual(run_json(command, "-", "--digits", "9", "--proof-time", "0", stdin=matrix)["determinant"], value)
         nearly = "1 1\n1 1.0000000000000000000000000000000000000001\n"
         self.assertIn("# Matrix A is approximately singular.", run_well("det", "-", "--working-digits", "20", stdin="1 2\n2 4\n"))
         self.assertRegex(run_well("det", "-", "--proof-time", "0", stdin=nearly),

@@ -149,11 +149,33 @@ TEST_CASE_TEMPLATE("QR with column pivoting: factors, order of the diagonal, col
         for (Integer j = 0; j < fixed; ++j) {
           jpvt[std::size_t(n - 1 - j)] = 1;
         }
+        const std::vector<Integer> first = jpvt;
         std::vector<T> tau(std::size_t(steps) + 1);
         Call<T> call;
         call.geqp3(qr, jpvt, tau);
         REQUIRE(call.info == 0);
         CHECK(qr.intact());
+        for (const int decades : {-900'000'000, 900'000'000}) {  // the squares leave the range
+          const T factor = QuarnFloat(1, decades);
+          Matrix<T> far = a;
+          for (Integer j = 1; j <= n; ++j) {
+            for (Integer i = 1; i <= m; ++i) {
+              far(i, j) = a(i, j) * factor;
+            }
+          }
+          std::vector<Integer> order = first;
+          std::vector<T> far_tau = tau;
+          call.geqp3(far, order, far_tau);
+          CHECK(order == jpvt);
+          CHECK(far_tau == tau);
+          bool same = true;
+          for (Integer j = 1; j <= n; ++j) {
+            for (Integer i = 1; i <= m; ++i) {
+              same = same && far(i, j) == (i > j ? qr(i, j) : qr(i, j) * factor);
+            }
+          }
+          CHECK(same);
+        }
         for (Integer j = 1; j <= fixed; ++j) {
           CHECK(jpvt[std::size_t(j - 1)] == n - fixed + j);
         }
