@@ -23,12 +23,15 @@ std::string determinant_text(const QuarnFloat& mantissa, std::int64_t exponent);
 std::string determinant_text(const Complex& mantissa, std::int64_t exponent);
 
 /// Determinants of several computations, wherever they are, as numbers that can be compared: beside the power of ten of
-/// the first one.
+/// the first one that is not 0.
 class ComparedDeterminants {
  public:
   template <class T>
   T scaled(const T& mantissa, std::int64_t exponent) {
     constexpr std::int64_t kFarthest = 100'000'000;  // of another one, which has no digit in common then
+    if (mantissa == T()) {
+      return mantissa;
+    }
     exponent_ = exponent_.value_or(exponent);
     return mantissa * T(QuarnFloat(1, int(std::clamp(exponent - *exponent_, -kFarthest, kFarthest))));
   }

@@ -189,7 +189,7 @@ class IntegerRows {
   std::optional<Integer> largest(Integer most, double work, const Value& value_modulo, const Bound& bound) const {
     constexpr double kMostWork = 2e10;
     constexpr double kDigitsOfPrime = 9.03;
-    constexpr double kSearch = 2e4;
+    constexpr double kSearch = 2e4;  // no more than a million primes
     work += kSearch + double(digits_) + 40 * double(rows_.size()) * double(columns_);
     Primes primes;
     std::optional<Integer> found;
