@@ -118,7 +118,9 @@ TEST_CASE_TEMPLATE("of data with values that are not finite nothing is known", T
     const char* const bad = round % 3 == 1 ? "Infinity" : round % 2 == 0 ? "NaN" : "-Infinity";
     Matrix<T> values(m, n);
     for (std::size_t k = 0; k < m * n; ++k) {
-      values.data()[k] = random_number<T>(random);
+      do {  // rows and columns of exact zeros are known in the pseudo-inverse, whatever the others are
+        values.data()[k] = random_number<T>(random);
+      } while (values.data()[k] == T());
     }
     for (std::size_t k = 0; k < std::min(m, n); ++k) {
       values(k, k) = values(k, k) + T(int(2 * n));  // no leading minor is proven not to be positive
@@ -135,6 +137,17 @@ TEST_CASE_TEMPLATE("of data with values that are not finite nothing is known", T
       CHECK_NOTHROW(count = result.second());
       CHECK(count == 0);
     }
+  }
+}
+
+TEST_CASE("a column of exact zeros is one of the pseudo-inverse's rows, whatever the others are") {
+  const proven::BoundedMatrix<Real> a({{Real("Infinity"), Real()}, {Real(1), Real()}},
+                                      {{Real(), Real()}, {Real(), Real()}});
+  const auto x = proven::pseudo_inverse(a);
+  for (std::size_t j = 0; j < 2; ++j) {
+    CHECK_FALSE(x(0, j).error.is_finite());
+    CHECK(x(1, j).value == 0);
+    CHECK(x(1, j).error == QuarnBound());
   }
 }
 
