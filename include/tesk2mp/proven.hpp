@@ -450,9 +450,10 @@ class DigitSearch {
   bool is_at_end() const noexcept { return working_ >= most_; }
   /// `known` digits are true with the present working digits.
   void raise(std::int64_t known) {
-    // Where some digits are known the loss is known too; of k-fold roots k more digits of work bring one.
+    // Where some digits are known the loss is known too; of k-fold roots k more digits of work bring one. Where more
+    // digits of work have brought none, nothing is known of what will.
     std::int64_t next = 2 * std::int64_t(working_) + 2 * spare_;
-    if (known > 0) {
+    if (known > 0 && known != known_before_) {
       const std::int64_t missing = wanted_ - known + spare_;
       const bool seen = known_before_ > 0 && known > known_before_;
       const std::int64_t rate =

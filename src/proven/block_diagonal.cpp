@@ -124,7 +124,7 @@ void normalise(Integer n, Matrix x, Matrix m, const Blocks& blocks) {
 
 }  // namespace
 
-std::optional<BlockForm> block_diagonal_form(const Pencil<Complex>& pencil) {
+std::optional<BlockForm> block_diagonal_form(const Pencil<Complex>& pencil, bool scaled) {
   const Integer n = pencil.n;
   BlockForm form(n);
   const Matrix t = form.m.view();
@@ -142,11 +142,12 @@ std::optional<BlockForm> block_diagonal_form(const Pencil<Complex>& pencil) {
   const OneBasedMatrix<QuarnFloat> numbers = parts(t);
   const Integer exponent = far_exponent(2 * n, n, numbers);
   multiply_by_power(2 * n, n, numbers, -exponent);
+  const char* const job = scaled ? "B" : "P";
   Integer ilo = 1;
   Integer ihi = n;
   Integer info = 0;
   std::vector<QuarnFloat> factors(std::size_t(n) + 1);
-  QuarnMPX_zgebal_("B", n, t.first(), n, &ilo, &ihi, factors.data(), &info, 1);
+  QuarnMPX_zgebal_(job, n, t.first(), n, &ilo, &ihi, factors.data(), &info, 1);
   std::vector<Complex> tau(factors.size());
   std::vector<Complex> work(factors.size());
   QuarnMPX_zgehrd_(n, ilo, ihi, t.first(), n, tau.data(), work.data(), n, &info);
@@ -163,7 +164,7 @@ std::optional<BlockForm> block_diagonal_form(const Pencil<Complex>& pencil) {
     }
   }
   form.blocks = Diagonaliser(n, t, x).run();
-  QuarnMPX_zgebak_("B", "R", n, ilo, ihi, factors.data(), n, x.first(), n, &info, 1, 1);
+  QuarnMPX_zgebak_(job, "R", n, ilo, ihi, factors.data(), n, x.first(), n, &info, 1, 1);
   multiply_by_power(2 * n, n, numbers, exponent);
   normalise(n, x, t, form.blocks);
   return form;

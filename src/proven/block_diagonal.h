@@ -16,7 +16,8 @@ struct BlockForm {
   Blocks blocks;
 };
 
-/// Of B^-1 A, at the working digits; nothing where B is singular, or the QR algorithm does not converge.
-std::optional<BlockForm> block_diagonal_form(const Pencil<Complex>& pencil);
+/// Of B^-1 A, at the working digits, `scaled` as far as that levels rows and columns; nothing where B is singular, or
+/// the QR algorithm does not converge.
+std::optional<BlockForm> block_diagonal_form(const Pencil<Complex>& pencil, bool scaled);
 
 }  // namespace tesk::proven

@@ -109,10 +109,11 @@ void normalise(Integer n, Matrix x) {
   }
 }
 
-/// By invariant subspaces, at twice the digits: of a double eigenvalue half of them are left.
-void improve(Enclosure& known, const Pencil<Complex>& pencil, Matrix x, bool pairs, bool wants_vectors) {
+/// By invariant subspaces of B^-1 A, scaled or not, at twice the digits: of a double eigenvalue half of them are left.
+void improve_by_subspaces(Enclosure& known, const Pencil<Complex>& pencil, Matrix x, bool pairs, bool wants_vectors,
+                          bool scaled) {
   const WorkingDigits scope(2 * QuarnDigits());
-  auto form = block_diagonal_form(pencil);
+  auto form = block_diagonal_form(pencil, scaled);
   if (!form) {
     return;
   }
@@ -128,6 +129,14 @@ void improve(Enclosure& known, const Pencil<Complex>& pencil, Matrix x, bool pai
     for (Integer j = 1; j <= n; ++j) {
       copy(n, form->x.view().column(j), x.column(j));
     }
+  }
+}
+
+void improve(Enclosure& known, const Pencil<Complex>& pencil, Matrix x, bool pairs, bool wants_vectors) {
+  improve_by_subspaces(known, pencil, x, pairs, wants_vectors, true);
+  // Where B^-1 A has zeros, roundings stand in their places: scaled by those, it has no digits left.
+  if (pencil.has_b && !known.are_apart()) {
+    improve_by_subspaces(known, pencil, x, pairs, wants_vectors, false);
   }
 }
 

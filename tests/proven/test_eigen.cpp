@@ -168,6 +168,20 @@ TEST_CASE("fifteen classic matrices to 45 digits") {
   }
 }
 
+TEST_CASE("a double eigenvalue of a pencil is known whatever roundings stand for zeros of B^-1 A") {
+  // B^-1 A is {{-13/2, 0, -18}, {-1, -2, -3}, {3/2, 0, 4}}, with the eigenvalues -2, twice, and -1/2.
+  const Matrix<Real> a = {{-49, 6, -163}, {-24, 2, -83}, {16, -2, 53}};
+  const Matrix<Real> b = {{50, -3, 182}, {29, -1, 109}, {-16, 1, -58}};
+  for (const int digits : {20, 100, 333}) {
+    const support::Digits scope(digits);
+    const auto roots = proven::eigenvalues(a, b);
+    check_roots(roots, {Complex(-2), Complex(-2), Complex(Real("-0.5"))}, Real());
+    for (const auto& root : roots) {
+      CHECK(root.error.value() <= Real(1, 3 - digits));
+    }
+  }
+}
+
 TEST_CASE("discs of multiple eigenvalues, and what is beside them") {
   const support::Digits scope(30);
   // A double eigenvalue 1 that is defective, another one that is not, and a pair.

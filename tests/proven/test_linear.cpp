@@ -264,6 +264,16 @@ TEST_CASE("determinants of Hilbert matrices, and as many digits as are asked for
     CHECK(std::string(failure.what()).find("0 of 10 digits are proven with 200 working digits") != std::string::npos);
   }
   CHECK(QuarnDigits() == 20);
+  // Bounds that do not shrink take steps that double, to the limit.
+  int steps = 0;
+  CHECK_THROWS_AS(
+      (void)tesk2mp::proven::to_digits(20,
+                                       [&] {
+                                         ++steps;
+                                         return tesk2mp::proven::Bounded<Real>{1, QuarnBound(Real("1e-16"))};
+                                       }),
+      tesk2mp::NumericalFailure);
+  CHECK(steps <= 15);
 }
 
 TEST_CASE("singular matrices, specials and wrong arguments") {
