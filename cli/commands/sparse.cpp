@@ -117,11 +117,11 @@ Canonical canonical_form(SparseMatrix given, tesk2mp::Duplicates duplicates, tes
   const bool triangle = !may_fail && matrix.symmetry == stored;
   const auto storage = triangle ? tesk2mp::Storage::lower_triangle : tesk2mp::Storage::general;
   if (matrix.complex()) {
-    result.routine = triangle ? "QuarnMP_f11zpf_" : "QuarnMP_f11znf_";
+    result.routine = triangle ? "QuarnMPX_f11zpf_" : "QuarnMPX_f11znf_";
     matrix.values = sort_entries(matrix, std::move(matrix.values), storage, duplicates, zeros);
     return result;
   }
-  result.routine = triangle ? "QuarnMP_f11zbfn_" : "QuarnMP_f11zaf_";
+  result.routine = triangle ? "QuarnMPX_f11zbf_" : "QuarnMPX_f11zaf_";
   const std::vector<QuarnFloat> values = sort_entries(matrix, real_parts(matrix.values), storage, duplicates, zeros);
   matrix.values = complex_numbers(values);
   if (matrix.field == Field::pattern && std::any_of(values.begin(), values.end(), [](auto& v) { return v != 1; })) {

@@ -14,6 +14,7 @@
 #include "cli/system/progress.h"
 #include "quarn/functions.h"
 #include "tesk2mp/error.hpp"
+#include "tesk2mp/sparse.hpp"
 
 namespace cli {
 
@@ -139,10 +140,14 @@ void require_dense_memory(const SparseMatrix& matrix) {
 // All elements of both triangles; entries of the same place add up.
 template <class T, class Part>
 tesk2mp::Matrix<T> sums_of_entries(const SparseMatrix& entries, const Part& part) {
-  tesk2mp::Matrix<T> whole(std::size_t(entries.rows), std::size_t(entries.columns));
+  tesk2mp::SparseMatrix<T> sums(std::size_t(std::max(entries.rows, entries.columns)));
   for (std::size_t k = 0; k < entries.values.size(); ++k) {
-    T& element = whole(std::size_t(entries.row[k]) - 1, std::size_t(entries.column[k]) - 1);
-    element = element + part(entries.values[k]);
+    sums.add(std::size_t(entries.row[k]) - 1, std::size_t(entries.column[k]) - 1, part(entries.values[k]));
+  }
+  sums.canonicalise(tesk2mp::Duplicates::sum, tesk2mp::Zeros::keep);
+  tesk2mp::Matrix<T> whole(std::size_t(entries.rows), std::size_t(entries.columns));
+  for (std::size_t k = 0; k < sums.entries(); ++k) {
+    whole(sums.row(k), sums.column(k)) = sums.value(k);
   }
   return whole;
 }

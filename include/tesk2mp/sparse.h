@@ -20,7 +20,8 @@ extern "C" {
 ///
 /// Sorts the entries, merges those of the same place, and drops zeros.
 ///
-/// The sort is stable.
+/// The sort is stable. The companions (QuarnMPX_) round the exact sum of entries of the same place once, of each part
+/// of complex ones; when storage for that runs out, the entries are sorted, and nothing else is done.
 ///
 /// @param[in] n order of the matrix, N >= 1
 /// @param[in,out] nnz number of entries, 0 ... 2^31 - 2; on exit the number kept
@@ -55,6 +56,13 @@ TESK2MP_API void QuarnMP_f11zaf_(const Integer* n, Integer* nnz, QuarnFloat* a, 
 TESK2MP_API void QuarnMP_f11zafn_(Integer n, Integer* nnz, QuarnFloat* a, Integer* irow, Integer* icol, const char* dup,
                                   const char* zero, Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail,
                                   int dup_length, int zero_length, int buffer_length);
+TESK2MP_API void QuarnMPX_f11zaf_(const Integer* n, Integer* nnz, QuarnFloat* a, Integer* irow, Integer* icol,
+                                  const char* dup, const char* zero, Integer* istr, Integer* iwork, Integer* ifail,
+                                  int dup_length, int zero_length);
+TESK2MP_API void QuarnMPX_f11zafn_(Integer n, Integer* nnz, QuarnFloat* a, Integer* irow, Integer* icol,
+                                   const char* dup, const char* zero, Integer* istr, Integer* iwork,
+                                   char* message_buffer, Integer* ifail, int dup_length, int zero_length,
+                                   int buffer_length);
 /// @}
 
 /// @defgroup f11znf canonical form of a complex sparse matrix
@@ -69,18 +77,32 @@ TESK2MP_API void QuarnMP_f11znf_(const Integer* n, Integer* nnz, Complex* a, Int
 TESK2MP_API void QuarnMP_f11znfn_(Integer n, Integer* nnz, Complex* a, Integer* irow, Integer* icol, const char* dup,
                                   const char* zero, Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail,
                                   int dup_length, int zero_length, int buffer_length);
+TESK2MP_API void QuarnMPX_f11znf_(const Integer* n, Integer* nnz, Complex* a, Integer* irow, Integer* icol,
+                                  const char* dup, const char* zero, Integer* istr, Integer* iwork, Integer* ifail,
+                                  int dup_length, int zero_length);
+TESK2MP_API void QuarnMPX_f11znfn_(Integer n, Integer* nnz, Complex* a, Integer* irow, Integer* icol, const char* dup,
+                                   const char* zero, Integer* istr, Integer* iwork, char* message_buffer,
+                                   Integer* ifail, int dup_length, int zero_length, int buffer_length);
 /// @}
 
 /// @defgroup f11zbf canonical form of a symmetric sparse matrix
 ///
-/// The same for the lower triangle of a real symmetric matrix (core form only). dup is 'R' or 'S', zero 'R' or 'K', and
-/// label 99994 means ICOL(I) outside 1 ... IROW(I): entries of the upper triangle are not folded into the lower one.
+/// The same for the lower triangle of a real symmetric matrix (the classic entry has its core form only). dup is 'R' or
+/// 'S', zero 'R' or 'K', and label 99994 means ICOL(I) outside 1 ... IROW(I): entries of the upper triangle are not
+/// folded into the lower one.
 ///
 /// @like f11znf
 /// @{
 TESK2MP_API void QuarnMP_f11zbfn_(Integer n, Integer* nnz, QuarnFloat* a, Integer* irow, Integer* icol, const char* dup,
                                   const char* zero, Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail,
                                   int dup_length, int zero_length, int buffer_length);
+TESK2MP_API void QuarnMPX_f11zbf_(const Integer* n, Integer* nnz, QuarnFloat* a, Integer* irow, Integer* icol,
+                                  const char* dup, const char* zero, Integer* istr, Integer* iwork, Integer* ifail,
+                                  int dup_length, int zero_length);
+TESK2MP_API void QuarnMPX_f11zbfn_(Integer n, Integer* nnz, QuarnFloat* a, Integer* irow, Integer* icol,
+                                   const char* dup, const char* zero, Integer* istr, Integer* iwork,
+                                   char* message_buffer, Integer* ifail, int dup_length, int zero_length,
+                                   int buffer_length);
 /// @}
 
 /// @defgroup f11zpf canonical form of a Hermitian sparse matrix
@@ -95,6 +117,12 @@ TESK2MP_API void QuarnMP_f11zpf_(const Integer* n, Integer* nnz, Complex* a, Int
 TESK2MP_API void QuarnMP_f11zpfn_(Integer n, Integer* nnz, Complex* a, Integer* irow, Integer* icol, const char* dup,
                                   const char* zero, Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail,
                                   int dup_length, int zero_length, int buffer_length);
+TESK2MP_API void QuarnMPX_f11zpf_(const Integer* n, Integer* nnz, Complex* a, Integer* irow, Integer* icol,
+                                  const char* dup, const char* zero, Integer* istr, Integer* iwork, Integer* ifail,
+                                  int dup_length, int zero_length);
+TESK2MP_API void QuarnMPX_f11zpfn_(Integer n, Integer* nnz, Complex* a, Integer* irow, Integer* icol, const char* dup,
+                                   const char* zero, Integer* istr, Integer* iwork, char* message_buffer,
+                                   Integer* ifail, int dup_length, int zero_length, int buffer_length);
 /// @}
 
 // Products ---------------------------------------------------------------------------------------------------------

@@ -63,9 +63,9 @@ class SparseMatrix {
   std::span<const Integer> rows_from_one() const { return rows_; }
   std::span<const Integer> columns_from_one() const { return columns_; }
 
-  /// Sorts the entries by rows, then columns, merges those of the same place and drops zeros. Returns where each row
-  /// starts: row i is the entries start[i] ... start[i + 1] - 1. Linear time. With Duplicates::fail or Zeros::fail
-  /// throws InvalidArgument at the first such entry.
+  /// Sorts the entries by rows, then columns, merges those of the same place and drops zeros; sums are rounded once.
+  /// Returns where each row starts: row i is the entries start[i] ... start[i + 1] - 1. Linear time. With
+  /// Duplicates::fail or Zeros::fail throws InvalidArgument at the first such entry.
   std::vector<Integer> canonicalise(Duplicates duplicates = Duplicates::sum, Zeros zeros = Zeros::remove) {
     auto entries = detail::count_of(values_.size());
     std::vector<Integer> starts(std::size_t(order_) + 1);
@@ -76,13 +76,9 @@ class SparseMatrix {
              detail::Option(zeros), starts.data(), work.data(), ifail, 1, 1);
       };
       if (storage_ == Storage::general) {
-        canonical(detail::pick<T>(QuarnMP_f11zaf_, QuarnMP_f11znf_));
-      } else if constexpr (detail::kIsComplex<T>) {
-        canonical(QuarnMP_f11zpf_);
+        canonical(detail::pick<T>(QuarnMPX_f11zaf_, QuarnMPX_f11znf_));
       } else {
-        char buffer[200];
-        QuarnMP_f11zbfn_(order_, &entries, values_.data(), rows_.data(), columns_.data(), detail::Option(duplicates),
-                         detail::Option(zeros), starts.data(), work.data(), buffer, ifail, 1, 1, sizeof buffer);
+        canonical(detail::pick<T>(QuarnMPX_f11zbf_, QuarnMPX_f11zpf_));
       }
     });
     values_.resize(std::size_t(entries));

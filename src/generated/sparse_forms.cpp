@@ -12,12 +12,28 @@ void QuarnMP_f11zaf_(const Integer* n, Integer* nnz, QuarnFloat* a, Integer* iro
   tesk::call_core("F11ZAF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMP_f11zafn_(*n, nnz, a, irow, icol, dup, zero, istr, iwork, message_buffer, outcome, dup_length, zero_length, buffer_length); });
 }
 
+void QuarnMPX_f11zaf_(const Integer* n, Integer* nnz, QuarnFloat* a, Integer* irow, Integer* icol, const char* dup, const char* zero, Integer* istr, Integer* iwork, Integer* ifail, int dup_length, int zero_length) {
+  tesk::call_core("F11ZAF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMPX_f11zafn_(*n, nnz, a, irow, icol, dup, zero, istr, iwork, message_buffer, outcome, dup_length, zero_length, buffer_length); });
+}
+
 void QuarnMP_f11znf_(const Integer* n, Integer* nnz, Complex* a, Integer* irow, Integer* icol, const char* dup, const char* zero, Integer* istr, Integer* iwork, Integer* ifail, int dup_length, int zero_length) {
   tesk::call_core("F11ZNF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMP_f11znfn_(*n, nnz, a, irow, icol, dup, zero, istr, iwork, message_buffer, outcome, dup_length, zero_length, buffer_length); });
 }
 
+void QuarnMPX_f11znf_(const Integer* n, Integer* nnz, Complex* a, Integer* irow, Integer* icol, const char* dup, const char* zero, Integer* istr, Integer* iwork, Integer* ifail, int dup_length, int zero_length) {
+  tesk::call_core("F11ZNF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMPX_f11znfn_(*n, nnz, a, irow, icol, dup, zero, istr, iwork, message_buffer, outcome, dup_length, zero_length, buffer_length); });
+}
+
+void QuarnMPX_f11zbf_(const Integer* n, Integer* nnz, QuarnFloat* a, Integer* irow, Integer* icol, const char* dup, const char* zero, Integer* istr, Integer* iwork, Integer* ifail, int dup_length, int zero_length) {
+  tesk::call_core("F11ZBF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMPX_f11zbfn_(*n, nnz, a, irow, icol, dup, zero, istr, iwork, message_buffer, outcome, dup_length, zero_length, buffer_length); });
+}
+
 void QuarnMP_f11zpf_(const Integer* n, Integer* nnz, Complex* a, Integer* irow, Integer* icol, const char* dup, const char* zero, Integer* istr, Integer* iwork, Integer* ifail, int dup_length, int zero_length) {
   tesk::call_core("F11ZPF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMP_f11zpfn_(*n, nnz, a, irow, icol, dup, zero, istr, iwork, message_buffer, outcome, dup_length, zero_length, buffer_length); });
+}
+
+void QuarnMPX_f11zpf_(const Integer* n, Integer* nnz, Complex* a, Integer* irow, Integer* icol, const char* dup, const char* zero, Integer* istr, Integer* iwork, Integer* ifail, int dup_length, int zero_length) {
+  tesk::call_core("F11ZPF", ifail, [&](char* message_buffer, Integer* outcome, int buffer_length) { QuarnMPX_f11zpfn_(*n, nnz, a, irow, icol, dup, zero, istr, iwork, message_buffer, outcome, dup_length, zero_length, buffer_length); });
 }
 
 void QuarnMP_f11xaf_(const char* trans, const Integer* n, const Integer* nnz, const QuarnFloat* a, const Integer* irow, const Integer* icol, const char* check, const QuarnFloat* x, QuarnFloat* y, Integer* ifail, int trans_length, int check_length) {

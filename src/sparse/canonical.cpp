@@ -3,7 +3,9 @@
 #include "src/sparse/canonical.h"
 
 #include <algorithm>
+#include <vector>
 
+#include "quarn/exact.h"
 #include "src/kernels/scalar.h"
 #include "src/util/cycles.h"
 
@@ -75,22 +77,62 @@ Integer find_duplicate(const EntryList<Value>& matrix) noexcept {
   return std::min(k, matrix.nnz);
 }
 
-/// Merges entries of the same place, of which the one at `duplicate` is the first, and then drops zeros, in one sweep.
-/// Gives the first zero that is left, or -1.
+/// The first entry behind those of the place of entry `from`.
 template <class Value>
-Integer compact(EntryList<Value>& matrix, Integer duplicate, Duplicates duplicates, Zeros zeros) {
+Integer end_of_place(const EntryList<Value>& matrix, Integer from) noexcept {
+  Integer k = from + 1;
+  while (k < matrix.nnz && matrix.same_place(k, from)) {
+    ++k;
+  }
+  return k;
+}
+
+QuarnFloat exact_sum(const QuarnFloat* terms, Integer count, std::ptrdiff_t step = 1) {
+  const QuarnFloat one(1);
+  return QuarnDot(std::size_t(count), terms, step, &one, 0);
+}
+Complex exact_sum(const Complex* terms, Integer count) {
+  return {exact_sum(&terms->re, count, 2), exact_sum(&terms->im, count, 2)};
+}
+
+/// Gives the first entry of each place their sum; the one at `duplicate` is the first that is not.
+template <class Value>
+void add_duplicates(Sums sums, EntryList<Value>& matrix, Integer duplicate) {
+  std::vector<Value> found;  // exact sums take storage: all of them before the first changes the matrix
+  const auto for_each_sum = [&](const auto& use) {
+    for (Integer from = duplicate - 1, next = 0; from < matrix.nnz; from = next) {
+      next = end_of_place(matrix, from);
+      if (next - from > 1) {
+        use(from, next);
+      }
+    }
+  };
+  if (duplicate == matrix.nnz) {
+    return;
+  }
+  if (sums == Sums::in_order) {
+    return for_each_sum([&](Integer from, Integer next) {
+      for (Integer k = from + 1; k < next; ++k) {
+        matrix.a[from] = matrix.a[from] + matrix.a[k];
+      }
+    });
+  }
+  for_each_sum([&](Integer from, Integer next) { found.push_back(exact_sum(matrix.a + from, next - from)); });
+  auto sum = found.begin();
+  for_each_sum([&](Integer from, Integer /*next*/) { matrix.a[from] = std::move(*sum++); });
+}
+
+/// Keeps the first of the entries of the same place, of which the one at `duplicate` is the first that is not, and then
+/// drops zeros, in one sweep. Gives the first zero that is left, or -1.
+template <class Value>
+Integer compact(EntryList<Value>& matrix, Integer duplicate, Zeros zeros) {
   if (zeros == Zeros::keep && duplicate == matrix.nnz) {
     return -1;
   }
   Integer first_zero = -1;
   Integer kept = zeros == Zeros::keep ? duplicate - 1 : 0;
-  for (Integer k = kept; k < matrix.nnz;) {
-    const Integer from = k;
-    while (++k < matrix.nnz && k >= duplicate && matrix.same_place(k, from)) {
-      if (duplicates == Duplicates::sum) {
-        matrix.a[from] = matrix.a[from] + matrix.a[k];
-      }
-    }
+  for (Integer from = kept, next = 0; from < matrix.nnz; from = next) {
+    next = from + 1 < duplicate ? from + 1 : end_of_place(matrix, from);
     if (zeros != Zeros::keep && is_zero(matrix.a[from])) {
       if (zeros == Zeros::remove) {
         continue;
@@ -128,7 +170,7 @@ CanonicalOutcome check_ranges(Storage storage, const EntryList<Value>& matrix, b
 }  // namespace
 
 template <class Value>
-CanonicalOutcome canonicalize(Storage storage, EntryList<Value>& matrix, Duplicates duplicates, Zeros zeros,
+CanonicalOutcome canonicalize(Sums sums, Storage storage, EntryList<Value>& matrix, Duplicates duplicates, Zeros zeros,
                               Integer* starts, Integer* work) {
   bool sorted = false;
   const CanonicalOutcome ranges = check_ranges(storage, matrix, sorted);
@@ -144,14 +186,17 @@ CanonicalOutcome canonicalize(Storage storage, EntryList<Value>& matrix, Duplica
     return {CanonicalFault::duplicate, duplicate};
   }
   const Integer count = matrix.nnz;
-  const Integer zero = compact(matrix, duplicate, duplicates, zeros);
+  if (duplicates == Duplicates::sum) {
+    add_duplicates(sums, matrix, duplicate);
+  }
+  const Integer zero = compact(matrix, duplicate, zeros);
   if (matrix.nnz < count) {
     row_starts(matrix, starts);
   }
   return zero < 0 ? CanonicalOutcome{} : CanonicalOutcome{CanonicalFault::zero, zero};
 }
 
-template CanonicalOutcome canonicalize(Storage, EntryList<QuarnFloat>&, Duplicates, Zeros, Integer*, Integer*);
-template CanonicalOutcome canonicalize(Storage, EntryList<Complex>&, Duplicates, Zeros, Integer*, Integer*);
+template CanonicalOutcome canonicalize(Sums, Storage, EntryList<QuarnFloat>&, Duplicates, Zeros, Integer*, Integer*);
+template CanonicalOutcome canonicalize(Sums, Storage, EntryList<Complex>&, Duplicates, Zeros, Integer*, Integer*);
 
 }  // namespace tesk

@@ -8,7 +8,7 @@
 
 namespace tesk {
 
-/// Entries of the same place: keep the first, keep their sum in the order given, or fail.
+/// Entries of the same place: keep the first, keep their sum, or fail.
 enum class Duplicates { keep_first, sum, fail };
 /// Entries that equal zero after that: remove them, keep them, or fail.
 enum class Zeros { remove, keep, fail };
@@ -43,9 +43,10 @@ struct CanonicalOutcome {
 /// of row i, i = 1 ... n + 1. work has room for n + nnz Integers and is touched only where entries are out of order.
 ///
 /// All ranges of one entry are looked at before those of the next; an index out of range leaves everything as it is. At
-/// a duplicate the entries are sorted and starts fit them; at a zero duplicates are merged as well.
+/// a duplicate the entries are sorted and starts fit them, and so it is where storage for exact sums runs out; at a
+/// zero duplicates are merged as well.
 template <class Value>
-CanonicalOutcome canonicalize(Storage storage, EntryList<Value>& matrix, Duplicates duplicates, Zeros zeros,
+CanonicalOutcome canonicalize(Sums sums, Storage storage, EntryList<Value>& matrix, Duplicates duplicates, Zeros zeros,
                               Integer* starts, Integer* work);
 
 }  // namespace tesk

@@ -16,6 +16,12 @@ inline void divide_by(Complex& x, const QuarnFloat& a) {
   x.im /= a;
 }
 
+/// How a result is formed; both ways define it to the last digit.
+enum class Sums {
+  in_order,  // each contribution is rounded and added, in storage order
+  exact      // the exact sum, rounded once
+};
+
 /// What of a matrix is stored: every entry, or the lower triangle of a symmetric or Hermitian one.
 enum class Storage { general, lower_triangle };
 

@@ -34,7 +34,7 @@ constexpr Rules lower_triangle(const char* routine) {
 }
 
 template <class Value>
-void canonical_form(const Rules& rules, Integer n, Integer* nnz, Value* a, Integer* irow, Integer* icol,
+void canonical_form(Sums sums, const Rules& rules, Integer n, Integer* nnz, Value* a, Integer* irow, Integer* icol,
                     const Option& dup, const Option& zero, Integer* istr, Integer* iwork, char* message_buffer,
                     Integer* ifail) {
   Report report(rules.routine, message_buffer, ifail);
@@ -56,7 +56,7 @@ void canonical_form(const Rules& rules, Integer n, Integer* nnz, Value* a, Integ
   const Zeros zeros = zero.letter() == 'R' ? Zeros::remove : zero.letter() == 'K' ? Zeros::keep : Zeros::fail;
 
   EntryList<Value> matrix{n, *nnz, a, irow, icol};
-  const auto [fault, k] = canonicalize(rules.storage, matrix, duplicates, zeros, istr, iwork);
+  const auto [fault, k] = canonicalize(sums, rules.storage, matrix, duplicates, zeros, istr, iwork);
   *nnz = matrix.nnz;
   switch (fault) {
     case CanonicalFault::none:
@@ -81,34 +81,63 @@ void canonical_form(const Rules& rules, Integer n, Integer* nnz, Value* a, Integ
 }  // namespace tesk
 
 using tesk::Option;
+using tesk::Sums;
 
 extern "C" {
 
 void QuarnMP_f11zafn_(Integer n, Integer* nnz, QuarnFloat* a, Integer* irow, Integer* icol, const char* dup,
                       const char* zero, Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail,
                       int dup_length, int zero_length, int /*buffer_length*/) {
-  tesk::canonical_form(tesk::general("F11ZAF"), n, nnz, a, irow, icol, Option(dup, dup_length),
+  tesk::canonical_form(Sums::in_order, tesk::general("F11ZAF"), n, nnz, a, irow, icol, Option(dup, dup_length),
+                       Option(zero, zero_length), istr, iwork, message_buffer, ifail);
+}
+
+void QuarnMPX_f11zafn_(Integer n, Integer* nnz, QuarnFloat* a, Integer* irow, Integer* icol, const char* dup,
+                       const char* zero, Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail,
+                       int dup_length, int zero_length, int /*buffer_length*/) {
+  tesk::canonical_form(Sums::exact, tesk::general("F11ZAF"), n, nnz, a, irow, icol, Option(dup, dup_length),
                        Option(zero, zero_length), istr, iwork, message_buffer, ifail);
 }
 
 void QuarnMP_f11zbfn_(Integer n, Integer* nnz, QuarnFloat* a, Integer* irow, Integer* icol, const char* dup,
                       const char* zero, Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail,
                       int dup_length, int zero_length, int /*buffer_length*/) {
-  tesk::canonical_form(tesk::lower_triangle("F11ZBF"), n, nnz, a, irow, icol, Option(dup, dup_length),
+  tesk::canonical_form(Sums::in_order, tesk::lower_triangle("F11ZBF"), n, nnz, a, irow, icol, Option(dup, dup_length),
+                       Option(zero, zero_length), istr, iwork, message_buffer, ifail);
+}
+
+void QuarnMPX_f11zbfn_(Integer n, Integer* nnz, QuarnFloat* a, Integer* irow, Integer* icol, const char* dup,
+                       const char* zero, Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail,
+                       int dup_length, int zero_length, int /*buffer_length*/) {
+  tesk::canonical_form(Sums::exact, tesk::lower_triangle("F11ZBF"), n, nnz, a, irow, icol, Option(dup, dup_length),
                        Option(zero, zero_length), istr, iwork, message_buffer, ifail);
 }
 
 void QuarnMP_f11znfn_(Integer n, Integer* nnz, Complex* a, Integer* irow, Integer* icol, const char* dup,
                       const char* zero, Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail,
                       int dup_length, int zero_length, int /*buffer_length*/) {
-  tesk::canonical_form(tesk::general("F11ZNF"), n, nnz, a, irow, icol, Option(dup, dup_length),
+  tesk::canonical_form(Sums::in_order, tesk::general("F11ZNF"), n, nnz, a, irow, icol, Option(dup, dup_length),
+                       Option(zero, zero_length), istr, iwork, message_buffer, ifail);
+}
+
+void QuarnMPX_f11znfn_(Integer n, Integer* nnz, Complex* a, Integer* irow, Integer* icol, const char* dup,
+                       const char* zero, Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail,
+                       int dup_length, int zero_length, int /*buffer_length*/) {
+  tesk::canonical_form(Sums::exact, tesk::general("F11ZNF"), n, nnz, a, irow, icol, Option(dup, dup_length),
                        Option(zero, zero_length), istr, iwork, message_buffer, ifail);
 }
 
 void QuarnMP_f11zpfn_(Integer n, Integer* nnz, Complex* a, Integer* irow, Integer* icol, const char* dup,
                       const char* zero, Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail,
                       int dup_length, int zero_length, int /*buffer_length*/) {
-  tesk::canonical_form(tesk::lower_triangle("F11ZPF"), n, nnz, a, irow, icol, Option(dup, dup_length),
+  tesk::canonical_form(Sums::in_order, tesk::lower_triangle("F11ZPF"), n, nnz, a, irow, icol, Option(dup, dup_length),
+                       Option(zero, zero_length), istr, iwork, message_buffer, ifail);
+}
+
+void QuarnMPX_f11zpfn_(Integer n, Integer* nnz, Complex* a, Integer* irow, Integer* icol, const char* dup,
+                       const char* zero, Integer* istr, Integer* iwork, char* message_buffer, Integer* ifail,
+                       int dup_length, int zero_length, int /*buffer_length*/) {
+  tesk::canonical_form(Sums::exact, tesk::lower_triangle("F11ZPF"), n, nnz, a, irow, icol, Option(dup, dup_length),
                        Option(zero, zero_length), istr, iwork, message_buffer, ifail);
 }
 }

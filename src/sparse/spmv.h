@@ -5,12 +5,6 @@
 
 namespace tesk {
 
-/// How a result is formed; both ways define it to the last digit.
-enum class Sums {
-  in_order,  // each contribution is rounded and added, in storage order
-  exact      // the exact sum, rounded once
-};
-
 /// y := A x; of a lower triangle also what its entries stand for in the upper one. n < 1 does nothing.
 template <class Value>
 void spmv(Sums sums, Storage storage, const CoordinateMatrix<Value>& a, const Value* x, Value* y);

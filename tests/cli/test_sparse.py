@@ -111,6 +111,12 @@ class Sparse(unittest.TestCase):
         self.assertRegex(done.stderr, rf"^quarn: a system of order {order} at 20 digits needs \d+\.\d GB of memory, this machine")
         self.assertLess(resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss, 2 ** 20)  # of kilobytes
 
+    def test_sums_of_duplicates_are_those_of_their_numbers(self):
+        self.write("real general", 2, 2, ["1 1 1e30", "1 1 1", "1 1 -1e30", "2 2 5"])  # at 20 digits the 1 is hidden
+        self.assertEqual(run_json("sparse", self.file)["value"], ["1", "5"])
+        self.assertEqual(run_json("solve", self.file, "--method", "direct", "--working-digits", "20")["value"], ["1", "1"])
+        self.assertEqual([value[:2] for value in run_json("eig", self.file, "--working-digits", "20")["real"]], ["5", "1"])
+
     def test_sums_of_a_pattern_are_integers(self):
         self.write("pattern general", 2, 2, ["1 2", "1 2", "2 1"])
         self.assertTrue(run_well("sparse", self.file, "--format", "mtx").startswith(HEAD + "integer general\n"))

@@ -2,9 +2,10 @@
 
 a is a SparseMatrix, a sparse matrix of scipy, a LinearOperator, or a function that takes a list of n numbers and returns the n
 numbers of their product with the matrix. The floats of a sparse matrix of scipy are taken exactly as they are. M solves with a
-matrix near a: what spilu returns, a LinearOperator or a function. rtol is the tolerance, 0 for the square root of the machine
-precision; callback is called with each iterate. The result is (x, 0): what does not converge is a NumericalFailure. While a
-function works, `decimal` has ten digits more than the solver.
+matrix near a: what spilu returns, a LinearOperator or a function. rtol is the tolerance of |b - a x| beside |b| + |a| |x|, 0 for
+the square root of the machine precision; where a is known by its products alone and M is given, that of M's solution with b - a x.
+callback is called with each iterate. The result is (x, 0): what does not converge is a NumericalFailure. While a function works,
+`decimal` has ten digits more than the solver.
 """
 
 from collections.abc import Callable
@@ -98,14 +99,18 @@ def _rectangle(a: Any) -> tuple[SparseMatrix, tuple[int, int]] | None:
         return SparseMatrix(max(rows, columns), triples).canonicalise(zeros="keep"), (rows, columns)
 
 
+def _require_square(rows: int, columns: int) -> None:
+    if rows != columns:
+        raise refusal(InvalidArgument, f"a matrix of {rows} by {columns} is not square")
+
+
 def as_sparse(a: Any) -> SparseMatrix | None:
     """The SparseMatrix that is meant, None where there are products alone."""
     found = _rectangle(a)
     if found is None:
         return None
     matrix, (rows, columns) = found
-    if rows != columns:
-        raise refusal(InvalidArgument, f"a matrix of {rows} by {columns} is not square")
+    _require_square(rows, columns)
     return matrix
 
 
@@ -138,8 +143,11 @@ def _solve(
         if callback is not None:
             callback(x)
 
+    matrix = as_sparse(a)
+    if matrix is None and hasattr(a, "shape"):
+        _require_square(*a.shape)
     x, _, _ = solve_iteratively(
-        as_sparse(a) or a,
+        matrix or a,
         b,
         preconditioner,
         method,
@@ -147,6 +155,8 @@ def _solve(
         rtol,
         maxiter,
         x0,
+        # Whatever M makes small. Of products alone the norm is not known that the residual is measured by.
+        criterion="residual" if matrix is not None and preconditioner is not None else "preconditioned_residual",
         monitor=None if callback is None else monitor,
         digits=digits,
     )
@@ -408,7 +418,10 @@ def _eigen(
 ) -> Any:
     which, sigma, inverse, *limits = settings
     matrix = as_sparse(A)
-    order = 0 if matrix else _shape(A)[0]
+    order = 0
+    if matrix is None:
+        _require_square(*_shape(A))
+        order = _shape(A)[0]
     w, v, _ = routine(matrix or A, k, order, which, sigma, inverse, v0, *limits, digits=digits)
     return (w, v) if with_vectors else w
 

@@ -273,9 +273,13 @@ void sparse(Suite& suite) {
   factor_solutions<Complex, true>(suite, ENTRY(QuarnMP_f11jpf_), ENTRY(QuarnMP_f11jpfn_));
   factor_solutions<Complex, true>(suite, ENTRY(QuarnMPX_f11jpf_), ENTRY(QuarnMPX_f11jpfn_));
   canonical_form<QuarnFloat>(suite, false, ENTRY(QuarnMP_f11zaf_), ENTRY(QuarnMP_f11zafn_));
+  canonical_form<QuarnFloat>(suite, false, ENTRY(QuarnMPX_f11zaf_), ENTRY(QuarnMPX_f11zafn_));
   canonical_form<Complex>(suite, false, ENTRY(QuarnMP_f11znf_), ENTRY(QuarnMP_f11znfn_));
+  canonical_form<Complex>(suite, false, ENTRY(QuarnMPX_f11znf_), ENTRY(QuarnMPX_f11znfn_));
   canonical_form<QuarnFloat>(suite, true, ENTRY(QuarnMP_f11zbfn_));
+  canonical_form<QuarnFloat>(suite, true, ENTRY(QuarnMPX_f11zbf_), ENTRY(QuarnMPX_f11zbfn_));
   canonical_form<Complex>(suite, true, ENTRY(QuarnMP_f11zpf_), ENTRY(QuarnMP_f11zpfn_));
+  canonical_form<Complex>(suite, true, ENTRY(QuarnMPX_f11zpf_), ENTRY(QuarnMPX_f11zpfn_));
   preconditioners<QuarnFloat>(suite, ENTRY(QuarnMPX_sparse_diagonal_), ENTRY(QuarnMPX_jacobi_), ENTRY(QuarnMPX_ssor_));
   preconditioners<Complex>(suite, ENTRY(QuarnMPX_zsparse_diagonal_), ENTRY(QuarnMPX_zjacobi_), ENTRY(QuarnMPX_zssor_));
   product<QuarnFloat, false>(suite, ENTRY(QuarnMP_f11xaf_), ENTRY(QuarnMP_f11xafn_));
