@@ -18,7 +18,7 @@ struct ComplexRotation {
     if (is_zero(g)) {
       return;
     }
-    const QuarnFloat g_size = modulus(g);
+    const QuarnFloat g_size = length_of(g.re, g.im);
     if (is_zero(f)) {
       c = 0;
       s = conj(g);
@@ -26,8 +26,8 @@ struct ComplexRotation {
       r = Complex(g_size);
       return;
     }
-    const QuarnFloat f_size = modulus(f);
-    const QuarnFloat size = sqrt(f_size * f_size + g_size * g_size);
+    const QuarnFloat f_size = length_of(f.re, f.im);
+    const QuarnFloat size = length_of(f_size, g_size);
     c = f_size / size;
     Complex direction = f;
     multiply_by(direction, 1 / f_size);

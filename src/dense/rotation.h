@@ -1,9 +1,17 @@
 // Plane rotations of real and complex vectors by real angles.
 #pragma once
 
+#include "quarn/functions.h"
 #include "src/dense/reflector.h"
 
 namespace tesk {
+
+/// sqrt(f^2 + g^2), where the squares leave the range too.
+inline QuarnFloat length_of(const QuarnFloat& f, const QuarnFloat& g) {
+  constexpr int kSafe = 400'000'000;
+  QuarnFloat length = sqrt(f * f + g * g);
+  return length > QuarnFloat(1, -kSafe) && length < QuarnFloat(1, kSafe) ? length : hypot(f, g);
+}
 
 /// The rotation that takes (f, g) to (r, 0), r with the sign of f.
 struct Rotation {
@@ -21,7 +29,7 @@ struct Rotation {
       r = g;
       return;
     }
-    r = with_sign(sqrt(f * f + g * g), f);
+    r = with_sign(length_of(f, g), f);
     const QuarnFloat inverse = 1 / r;
     c = f * inverse;
     s = g * inverse;

@@ -36,10 +36,10 @@ void tridiagonalise(Integer n, OneBasedMatrix<T> a, OneBasedVector<QuarnFloat> d
 template <class T>
 void form_q(Integer n, OneBasedMatrix<T> reflectors, const T* tau, OneBasedMatrix<T> q);
 
-/// The power of ten that numbers of d or e are far from 1 by; 0: none.
+/// The power of ten that the largest number of d and e is far from 1 by; 0: none.
 inline Integer common_exponent(Integer n, OneBasedVector<QuarnFloat> d, OneBasedVector<QuarnFloat> e) {
-  const Integer exponent = far_exponent(n, 1, {d.first(), d.stride(), 0});
-  return exponent != 0 || n < 2 ? exponent : far_exponent(n - 1, 1, {e.first(), e.stride(), 0});
+  return far_exponent(std::max(largest_magnitude(n, 1, {d.first(), d.stride(), 0}),
+                               largest_magnitude(n - 1, 1, {e.first(), e.stride(), 0})));
 }
 
 /// Does the work on the tridiagonal matrix brought near 1 by a power of ten, and takes it back; n when an element is

@@ -50,8 +50,26 @@ class TridiagonalQr {
 
  private:
   bool negligible(const TridiagonalBlock<T>& block, Integer i) const {
-    const QuarnFloat& e = block.e(i);
-    return e == 0 || e * e <= squared_ * fabs(block.d(i)) * fabs(block.d(i + 1));
+    const QuarnFloat e = fabs(block.e(i));
+    return e > far_ ? e * e <= squared_ * fabs(block.d(i)) * fabs(block.d(i + 1)) : far_negligible(block, i, e);
+  }
+
+  /// The same where squares leave the range. An element far below one that it hangs together with counts as zero:
+  /// sweeps, whose shifts underflow, may not reduce it.
+  bool far_negligible(const TridiagonalBlock<T>& block, Integer i, const QuarnFloat& e) const {
+    const QuarnFloat above = fabs(block.d(i));
+    const QuarnFloat below = fabs(block.d(i + 1));
+    if (e <= farther_ || e <= roundoff_ * sqrt(above) * sqrt(below)) {
+      return true;
+    }
+    QuarnFloat largest = std::max(above, below);
+    for (Integer k = i; k > 1 && block.e(k - 1) != 0; --k) {
+      largest = std::max({largest, fabs(block.e(k - 1)), fabs(block.d(k - 1))});
+    }
+    for (Integer k = i + 1; k < block.n && block.e(k) != 0; ++k) {
+      largest = std::max({largest, fabs(block.e(k)), fabs(block.d(k + 1))});
+    }
+    return e <= far_ * largest;
   }
 
   /// The last row of the unreduced block that begins in row `first`; what stands beside its end becomes zero.
@@ -92,7 +110,7 @@ class TridiagonalQr {
     const OneBasedVector<QuarnFloat>& d = block.d;
     const OneBasedVector<QuarnFloat>& e = block.e;
     QuarnFloat g = (d(low + 1) - d(low)) / (2 * e(low));
-    g = d(high) - d(low) + e(low) / (g + with_sign(sqrt(g * g + 1), g));
+    g = d(high) - d(low) + e(low) / (g + with_sign(length_of(g, 1), g));
     QuarnFloat c = 1;
     QuarnFloat s = 1;
     QuarnFloat p;
@@ -118,6 +136,8 @@ class TridiagonalQr {
   Integer rows_;
   QuarnFloat roundoff_;
   QuarnFloat squared_;
+  QuarnFloat far_{1, -400'000'000};      // beside numbers near 1: squares of less may leave the range,
+  QuarnFloat farther_{1, -900'000'000};  // and quotients by less
   std::int64_t left_;
 };
 

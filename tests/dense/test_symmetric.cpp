@@ -7,6 +7,8 @@
 
 #include "dense/hermitian.h"
 #include "dense/ratios.h"
+#include "tesk2mp/eigenproblems.hpp"
+#include "tesk2mp/singular_values.hpp"
 #include "tesk2mp/tesk2mp.h"
 
 using namespace ratios;
@@ -329,4 +331,77 @@ TEST_CASE("divide and conquer: joined, deflated and far tridiagonal matrices" * 
   CHECK(info == -1);
   QuarnMPX_dstedc_("I", 3, d, e, z, 2, nullptr, 1, nullptr, 1, &info, 1);
   CHECK(info == -6);
+}
+
+namespace {
+
+/// 10^shift (A + E) with elements of A between -9 and 9 and squares of E, beside those of A, out of the range.
+template <class T>
+struct FarMatrix {
+  tesk2mp::Matrix<T> near;
+  tesk2mp::Matrix<T> far;
+
+  FarMatrix(std::size_t n, bool is_hermitian, int shift, support::RandomNumbers& random) : near(n, n), far(n, n) {
+    constexpr int kBelow[] = {0, 0, 0, 300000000, 450000000, 550000000, 900000000, 999999000};
+    const auto draw = [&](QuarnFloat& close, QuarnFloat& distant) {
+      const int digit = int(random.below(19)) - 9;
+      const int below = kBelow[random.below(8)];
+      close = below == 0 ? QuarnFloat(digit) : QuarnFloat();
+      distant = shift - below < -999999990 ? QuarnFloat() : QuarnFloat(digit, shift - below);
+    };
+    for (std::size_t j = 0; j < n; ++j) {
+      for (std::size_t i = 0; i <= (is_hermitian ? j : n - 1); ++i) {
+        if constexpr (std::is_same_v<T, Complex>) {
+          draw(near(i, j).re, far(i, j).re);
+          if (i != j || !is_hermitian) {
+            draw(near(i, j).im, far(i, j).im);
+          }
+        } else {
+          draw(near(i, j), far(i, j));
+        }
+        if (is_hermitian) {
+          near(j, i) = tesk::conjugate(near(i, j));
+          far(j, i) = tesk::conjugate(far(i, j));
+        }
+      }
+    }
+  }
+};
+
+}  // namespace
+
+TEST_CASE_TEMPLATE("eigenvalues and singular values of matrices whose elements are far apart", T, QuarnFloat, Complex) {
+  support::RandomNumbers random;
+  for (int round = 0; round < 150; ++round) {
+    CAPTURE(round);
+    const support::Digits scope(20);
+    const std::size_t n = 2 + random.below(5);
+    const int shift = round % 3 == 0 ? 999999970 : round % 3 == 1 ? -500000000 : 0;
+    const QuarnFloat unit(1, shift);
+    const auto check = [&](const std::vector<QuarnFloat>& values, const std::vector<QuarnFloat>& expected) {
+      REQUIRE(values.size() == expected.size());
+      for (std::size_t i = 0; i < values.size(); ++i) {
+        CHECK(fabs(values[i] / unit - expected[i]) <= QuarnFloat(1, -16));
+      }
+    };
+    const FarMatrix<T> hermitian(n, true, shift, random);
+    check(tesk2mp::symmetric_eigenvalues(hermitian.far), tesk2mp::symmetric_eigenvalues(hermitian.near));
+    check(tesk2mp::symmetric_eigen(hermitian.far).values, tesk2mp::symmetric_eigenvalues(hermitian.near));
+    const FarMatrix<T> general(n, false, shift, random);
+    check(tesk2mp::svd(general.far).values, tesk2mp::singular_values(general.near));
+    if constexpr (std::is_same_v<T, Complex>) {
+      Complex sum;
+      for (const Complex& value : tesk2mp::eigenvalues(general.far)) {
+        sum = sum + value;
+      }
+      for (std::size_t i = 0; i < n; ++i) {
+        sum = sum - general.far(i, i);
+      }
+      CHECK(tesk::magnitude(sum) / unit <= QuarnFloat(1, -16));
+    }
+  }
+  // The largest number, its reciprocal, and one between them.
+  const QuarnFloat largest("9e999999999");
+  const tesk2mp::Matrix<QuarnFloat> a{{largest, 2}, {2, QuarnFloat(1, -999999999)}};
+  CHECK(tesk2mp::symmetric_eigenvalues(a) == std::vector<QuarnFloat>{0, largest});
 }
