@@ -122,14 +122,27 @@ CallbackDigits::CallbackDigits() {
     context_ = context;
     former_ = precision;
   }
+  if (context_digits(QuarnDigits()) < QuarnDigits()) {
+    digits_ = py::int_(QuarnDigits());
+    token_ = py::reinterpret_steal<py::object>(PyContextVar_Set(digits_variable(), digits_.ptr()));
+    if (!token_) {
+      restore();
+      throw py::error_already_set();
+    }
+  }
 }
 
 CallbackDigits::~CallbackDigits() {
-  if (context_) {
-    const py::error_scope raised;  // what the callback raised goes on
-    if (PyObject_SetAttrString(context_.ptr(), "prec", former_.ptr()) != 0) {
-      PyErr_Clear();
-    }
+  const py::error_scope raised;  // what the callback raised goes on
+  restore();
+}
+
+void CallbackDigits::restore() noexcept {
+  if (context_ && PyObject_SetAttrString(context_.ptr(), "prec", former_.ptr()) != 0) {
+    PyErr_Clear();
+  }
+  if (token_ && PyContextVar_Reset(digits_variable(), token_.ptr()) != 0) {
+    PyErr_Clear();
   }
 }
 

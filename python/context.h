@@ -20,8 +20,8 @@ class ContextDigits {
   bool former_real_;
 };
 
-/// While a function of the caller works for a routine, Python's decimal arithmetic has some digits more than the
-/// routine.
+/// While a function of the caller works for a routine, the module computes with no fewer digits than the routine, which
+/// may have more than the caller's context, and Python's decimal arithmetic with some more.
 class CallbackDigits {
  public:
   CallbackDigits();
@@ -30,8 +30,12 @@ class CallbackDigits {
   CallbackDigits& operator=(const CallbackDigits&) = delete;
 
  private:
+  void restore() noexcept;
+
   py::object context_;  // none where nothing was changed
   py::object former_;
+  py::object digits_;  // of the routine, and what takes them back; none where the context has as many
+  py::object token_;
 };
 
 /// Raises the exception class of that name from the package, for what no routine has reported.

@@ -147,6 +147,35 @@ class Callbacks(unittest.TestCase):
             tesk2mp.solve_iteratively(failing, [1, 2, 3], digits=60)
         self.assertEqual((decimal.getcontext().prec, seventh()), (28, SEVENTHS[20]))
 
+    def test_few_digits_inside(self):
+        """Below 10 digits the solvers have 10, and so has the module in what they call, until that returns or raises."""
+        from tesk2mp.sparse.linalg import LinearOperator, cg, gmres, minres
+
+        rows = range(20)
+        seen = set()
+
+        def product(x):
+            seen.add(tesk2mp.machine_precision())
+            x = [tesk2mp.Real(number) for number in x]
+            return [3 * x[i] - (x[i - 1] if i > 0 else 0) - (x[i + 1] if i < 19 else 0) for i in rows]
+
+        def failing(_):
+            raise LookupError("the caller's own")
+
+        for digits in (1, 2, 9):
+            with tesk2mp.digits(digits):
+                before = (tesk2mp.get_digits(), decimal.getcontext().prec)
+                for method in (cg, minres, gmres):
+                    x = method(LinearOperator((20, 20), product, product), [1] * 20, rtol="0.01")[0]
+                    with decimal.localcontext(prec=30):
+                        residual = [3 * x[i] - sum(x[k] for k in (i - 1, i + 1) if k in rows) - 1 for i in rows]
+                    self.assertLess(max(map(abs, residual)), Decimal(digits == 1) / 2 + Decimal("0.1"))
+                    with self.assertRaises(LookupError):
+                        method(LinearOperator((20, 20), failing, failing), [1] * 20)
+                    self.assertEqual((tesk2mp.get_digits(), decimal.getcontext().prec), before)
+        with tesk2mp.digits(10):
+            self.assertEqual(seen, {tesk2mp.machine_precision()})
+
 
 class Routines(unittest.TestCase):
     def test_functions_are_pythons(self):
