@@ -1,4 +1,6 @@
 // quarn inv and quarn det: the inverse and the determinant of a dense matrix.
+#include <algorithm>
+
 #include "cli/commands/certificate.h"
 #include "cli/commands/dense.h"
 #include "cli/commands/failure.h"
@@ -41,6 +43,21 @@ void add_estimate(Result& result, const std::string& why_not, const QuarnFloat& 
   result.notes.push_back(estimate_note(reciprocal_condition, "the condition number"));
 }
 
+bool is_zero(const QuarnFloat& x) { return x == 0; }
+bool is_zero(const Complex& z) { return z.re == 0 || z.im == 0; }
+
+/// Zeros of an estimate: roundings, or numbers below the range, may be what they are.
+template <class T>
+void add_unproven_zeros(Result& result, const tesk2mp::Matrix<T>& estimate) {
+  const T* const first = estimate.data();
+  const auto count = Integer(std::count_if(first, first + estimate.rows() * estimate.columns(),
+                                           [](const T& element) { return is_zero(element); }));
+  if (count > 0) {
+    result.notes.push_back("not proven to be 0: " + counted(count, "number that prints", "numbers that print") +
+                           " as 0");
+  }
+}
+
 void run_inv(const MatrixOptions& options) {
   constexpr double kFactorisations = 4;  // one, and as many right-hand sides as rows
   const DenseMatrix given = read_matrix(options);
@@ -71,8 +88,10 @@ void run_inv(const MatrixOptions& options) {
       found.elements = std::move(known);
     });
     if (!proven) {
-      found.elements = after_no_proof(why_not, [&] { return tesk2mp::inverse(a); });
+      tesk2mp::Matrix<T> estimate = after_no_proof(why_not, [&] { return tesk2mp::inverse(a); });
       add_estimate(result, why_not, tesk2mp::reciprocal_condition(a));
+      add_unproven_zeros(result, estimate);
+      found.elements = std::move(estimate);
     }
     return found;
   };

@@ -112,6 +112,10 @@ class Dense(unittest.TestCase):
         nearly = "1 1\n1." + "0" * 9000 + "1 1\n"
         for arguments in (["inv", "-"], ["norm", "-", "--condition"], ["pinv", "-", "--proof-time", "0"]):
             self.assertIn("not proven: 0 of 20 digits", run(*arguments, stdin=nearly).stderr)
+        # Below the range of numbers there is no proof, and a 0 is not known to be one.
+        far = run_well("inv", "-", "--digits", "4", stdin="5e999999999 0\n0 1\n")
+        self.assertIn("\n# not proven to be 0: 3 numbers that print as 0\n", far)
+        self.assertNotIn("not proven", run_well("inv", "-", "--digits", "4", stdin="5 0\n0 1\n"))
         # The rank is proven, and the digits of the numbers say how many it takes.
         said = run_json("pinv", "-", "--proven", stdin=nearly)
         self.assertEqual((said["c1"], said["c2"], said["rank"]), (["-1e+9001", "1e+9001"], ["1e+9001", "-1e+9001"], 2))
