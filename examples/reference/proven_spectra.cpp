@@ -37,7 +37,7 @@ void dproven_eigen() {
   QuarnFloat a[] = {2, 0, 1, 2}, error[2], xerror[2];
   Complex w[] = {2, 2}, x[] = {1, 0, 1, 0};
   Integer count[2], info;
-  QuarnMPX_dproven_eigen_(2, a, 2, nullptr, 0, nullptr, 0, nullptr, 0, w, x, 2, error, xerror, count, &info);
+  QuarnMPX_dproven_eigen_(2, a, 2, nullptr, 0, nullptr, 0, nullptr, 0, w, x, 2, error, xerror, count, nullptr, &info);
   std::cout << w[0].re << " " << (error[0] < QuarnFloat("1e-18")) << " " << count[0] << " " << xerror[0] << "\n";
   //! [dproven_eigen]
 }

@@ -41,20 +41,32 @@ inline std::vector<Bounded<Real>> delivered(const std::vector<Real>& values, con
   return result;
 }
 
+/// |x - y|, rounded up.
+inline QuarnBound distance(const Real& x, const Real& y) {
+  return std::max(QuarnBound(quarn::subtract(x, y, quarn::Rounding::up)),
+                  QuarnBound(quarn::subtract(x, y, quarn::Rounding::down)));
+}
+
 /// What the exports of roots write.
 struct Roots {
   std::vector<Complex> values;
   std::vector<Real> errors;
   std::vector<Integer> counts;
+  std::vector<Integer> distinct;  // of those that are counted, at most
 
   explicit Roots(std::vector<Complex> approximations)
-      : values(std::move(approximations)), errors(values.size()), counts(values.size()) {}
+      : values(std::move(approximations)), errors(values.size()), counts(values.size()), distinct(values.size()) {}
 
   std::vector<BoundedRoot> delivered(bool pairs) const {
     std::vector<BoundedRoot> result;
     for (std::size_t i = 0; i < values.size(); ++i) {
-      const Bounded<Complex> rounded = detail::delivered(values[i], QuarnBound(errors[i]));
-      const bool is_real = pairs && counts[i] == 1 && values[i].im == 0;
+      Bounded<Complex> rounded = detail::delivered(values[i], QuarnBound(errors[i]));
+      if (counts[i] > 1) {
+        // The mean may be known to many more digits, and be a number of few.
+        rounded.error = QuarnBound(errors[i]) +
+                        hypotenuse(distance(values[i].re, rounded.value.re), distance(values[i].im, rounded.value.im));
+      }
+      const bool is_real = pairs && (counts[i] == 1 || distinct[i] == 1) && values[i].im == 0;
       result.push_back({rounded.value, rounded.error, std::size_t(counts[i]), is_real});
     }
     return result;
@@ -176,7 +188,8 @@ EigenBounds eigen_bounds(bool with_vectors, const Data<T>& a, const Data<T>& b, 
     tesk2mp::detail::pick<T>(QuarnMPX_dproven_eigen_, QuarnMPX_zproven_eigen_)(
         a.values.rows, a.values.data, a.values.leading, a.errors.data, a.errors.leading, b.values.data,
         b.values.leading, b.errors.data, b.errors.leading, roots.values.data(), raw.data, raw.leading,
-        roots.errors.data(), with_vectors ? of_vectors.data() : nullptr, roots.counts.data(), &info);
+        roots.errors.data(), with_vectors ? of_vectors.data() : nullptr, roots.counts.data(), roots.distinct.data(),
+        &info);
   }
   EigenBounds result{roots.delivered(!tesk2mp::detail::kIsComplex<T>), {}};
   if (with_vectors) {

@@ -5,6 +5,7 @@
 
 #include "src/dense/householder.h"
 #include "src/proven/block_diagonal.h"
+#include "src/proven/distinct.h"
 #include "src/proven/spectrum.h"
 #include "tesk2mp/proven_spectra.h"
 
@@ -51,6 +52,7 @@ struct Enclosure {
   }
 
   std::vector<Disc> discs;
+  std::vector<Members> sets;  // connected discs
   std::vector<QuarnBound> of_vectors;
 };
 
@@ -96,8 +98,41 @@ Enclosure enclosure(Integer n, const Spectrum& spectrum, Matrix x, bool pairs, b
     }
     QuarnCheckInterrupt();
   }
-  resolve(result.discs, pairs);
+  result.sets = resolve(result.discs, pairs);
   return result;
+}
+
+/// Where an exact matrix has as many distinct eigenvalues as there are connected sets, those of each set are equal: to
+/// their mean.
+void find_equal(Enclosure& found, const Spectrum& spectrum, const Pencil<Complex>& pencil, bool pairs) {
+  const bool are_close = std::any_of(found.discs.begin(), found.discs.end(),
+                                     [](const Disc& disc) { return disc.count > 1 && !disc.error.is_zero(); });
+  if (!are_close || !pencil.of_a.is_zero() || pencil.has_b || !found.largest_error().is_finite()) {
+    return;
+  }
+  QuarnBound radius;
+  for (const Disc& disc : found.discs) {
+    radius = std::max(radius, QuarnBound(disc.value) + disc.error);
+  }
+  if (!distinct_eigenvalues(pencil.n, pencil.a, pairs, radius, Integer(found.sets.size()))) {
+    return;
+  }
+  std::vector<Disc> roots;
+  for (const Members& members : found.sets) {
+    Disc& root = roots.emplace_back(found.discs[members[0]]);
+    root.equal = true;
+    if (root.count > 1) {
+      root.error = std::min(root.error, spectrum.mean_error(members, root.value));
+    }
+  }
+  if (pairs) {
+    make_real(roots);
+  }
+  for (std::size_t k = 0; k < roots.size(); ++k) {
+    for (const std::size_t i : found.sets[k]) {
+      found.discs[i] = roots[k];
+    }
+  }
 }
 
 /// Columns of norm 1.
@@ -124,6 +159,7 @@ void improve_by_subspaces(Enclosure& known, const Pencil<Complex>& pencil, Matri
   }
   const Spectrum spectrum(n, form->m.view(), form->blocks, *bounds);
   Enclosure found = enclosure(n, spectrum, form->x.view(), pairs, wants_vectors);
+  find_equal(found, spectrum, pencil, pairs);
   if (found.largest_error() < known.largest_error()) {
     known = std::move(found);
     for (Integer j = 1; j <= n; ++j) {
@@ -143,7 +179,7 @@ void improve(Enclosure& known, const Pencil<Complex>& pencil, Matrix x, bool pai
 template <class T>
 Integer checked_eigen(Integer n, T* a, Integer lda, QuarnFloat* aerror, Integer ldaerror, T* b, Integer ldb,
                       QuarnFloat* berror, Integer ldberror, Complex* w, Complex* x, Integer ldx, QuarnFloat* error,
-                      QuarnFloat* xerror, Integer* count) {
+                      QuarnFloat* xerror, Integer* count, Integer* distinct) {
   const Integer least = std::max<Integer>(1, n);
   const Integer wrong = first_wrong({{n < 0, 1},
                                      {lda < least, 3},
@@ -184,7 +220,7 @@ Integer checked_eigen(Integer n, T* a, Integer lda, QuarnFloat* aerror, Integer 
   for (Integer j = 0; wants_vectors && j < n; ++j) {
     xerror[j] = known.of_vectors[std::size_t(j)].value();
   }
-  return deliver(std::move(known.discs), w, error, count);
+  return deliver(std::move(known.discs), w, error, count, distinct);
 }
 
 }  // namespace
@@ -204,14 +240,14 @@ void QuarnMPX_zproven_eigenvalues_(Integer n, Complex* a, Integer lda, QuarnFloa
 
 void QuarnMPX_dproven_eigen_(Integer n, QuarnFloat* a, Integer lda, QuarnFloat* aerror, Integer ldaerror, QuarnFloat* b,
                              Integer ldb, QuarnFloat* berror, Integer ldberror, Complex* w, Complex* x, Integer ldx,
-                             QuarnFloat* error, QuarnFloat* xerror, Integer* count, Integer* info) {
+                             QuarnFloat* error, QuarnFloat* xerror, Integer* count, Integer* distinct, Integer* info) {
   *info = tesk::proven::checked_eigen(n, a, lda, aerror, ldaerror, b, ldb, berror, ldberror, w, x, ldx, error, xerror,
-                                      count);
+                                      count, distinct);
 }
 void QuarnMPX_zproven_eigen_(Integer n, Complex* a, Integer lda, QuarnFloat* aerror, Integer ldaerror, Complex* b,
                              Integer ldb, QuarnFloat* berror, Integer ldberror, Complex* w, Complex* x, Integer ldx,
-                             QuarnFloat* error, QuarnFloat* xerror, Integer* count, Integer* info) {
+                             QuarnFloat* error, QuarnFloat* xerror, Integer* count, Integer* distinct, Integer* info) {
   *info = tesk::proven::checked_eigen(n, a, lda, aerror, ldaerror, b, ldb, berror, ldberror, w, x, ldx, error, xerror,
-                                      count);
+                                      count, distinct);
 }
 }

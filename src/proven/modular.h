@@ -173,6 +173,8 @@ class IntegerRows {
   }
 
   std::size_t size() const { return rows_.size(); }
+  /// The row has been divided by 10^least.
+  std::int64_t least(std::size_t row) const { return *rows_[row].least; }
   /// e where the product of the norms of the largest rows is below 10^e.
   double norms(std::size_t count) const {
     double sum = 0;
@@ -184,10 +186,10 @@ class IntegerRows {
 
   /// What is the largest of value_modulo(field, residues) for all primes, where the integers that have to vanish for a
   /// value x not to be larger are below 10^bound(x), and none can be larger than `most`. Nothing where that would take
-  /// too long: one prime takes `work` steps beside its search and the residues.
+  /// too long: one prime takes `work` steps beside its search and the residues, all together more than `most_work`.
   template <class Value, class Bound>
-  std::optional<Integer> largest(Integer most, double work, const Value& value_modulo, const Bound& bound) const {
-    constexpr double kMostWork = 2e10;
+  std::optional<Integer> largest(Integer most, double work, const Value& value_modulo, const Bound& bound,
+                                 double most_work = 2e10) const {
     constexpr double kDigitsOfPrime = 9.03;
     constexpr double kSearch = 2e4;  // no more than a million primes
     work += kSearch + double(digits_) + 40 * double(rows_.size()) * double(columns_);
@@ -196,7 +198,7 @@ class IntegerRows {
     double known = 0;
     double needed = 0;
     do {
-      if (work * (1 + needed / kDigitsOfPrime) > kMostWork) {
+      if (work * (1 + needed / kDigitsOfPrime) > most_work) {
         return {};
       }
       const Field field(primes.next());

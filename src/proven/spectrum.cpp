@@ -2,6 +2,11 @@
 // multiple or nearly multiple eigenvalues, Linear Algebra Appl. 324 (2001).
 #include "src/proven/spectrum.h"
 
+#include <algorithm>
+#include <utility>
+
+#include "quarn/quarnthread.h"
+
 namespace tesk::proven {
 
 Spectrum::Spectrum(Integer n, const Complex* w, const BoundMatrix& e)
@@ -42,9 +47,7 @@ Spectrum::Spectrum(Integer n, OneBasedMatrix<Complex> m, const Blocks& blocks, c
     for (Integer i = first; i < next; ++i) {
       exact[std::size_t(i)] = is_exact;
     }
-    if (!is_exact) {
-      set_weights(first, next);
-    }
+    set_weights(first, next);
   }
   for (Integer i = 1; i <= n; ++i) {
     radii_[std::size_t(i)] = exact[std::size_t(i)] ? QuarnBound() : radius(i);
@@ -114,6 +117,94 @@ std::vector<Disc> Spectrum::discs() const {
     result.push_back({centres_[std::size_t(i - 1)], radii_[std::size_t(i)]});
   }
   return result;
+}
+
+QuarnBound Spectrum::distance_of_centres(const Members& members, const Complex& centre) const {
+  const auto k = Integer(members.size());
+  OwnMatrix<Complex> factors(1, k + 1);
+  OwnMatrix<Complex> terms(k + 1, 1);
+  OwnMatrix<Complex> sum(1, 1);
+  Range range;
+  for (Integer i = 1; i <= k + 1; ++i) {
+    factors.view()(1, i) = Complex(i <= k ? 1 : -k);
+    terms.view()(i, 1) = i <= k ? centres_[members[std::size_t(i - 1)]] : centre;
+    range.take(terms.view()(i, 1));
+  }
+  exact::multiply_matrices(Op::none, Op::none, 1, 1, k + 1, Complex(1.0), factors.view(), terms.view(), Complex(0.0),
+                           sum.view());
+  return Rounded(QuarnDigits(), range).size(sum.view()(1, 1));
+}
+
+QuarnBound Spectrum::mean_error(const Members& members, const Complex& centre) const {
+  std::vector<Integer> inside;
+  std::vector<Integer> outside;
+  for (Integer i = 1; i <= n_; ++i) {
+    const bool is_member = std::find(members.begin(), members.end(), std::size_t(i - 1)) != members.end();
+    (is_member ? inside : outside).push_back(i);
+    // Of an exact block the disc is not that of its weights.
+    if (is_member && radii_[std::size_t(i)] < radius(i)) {
+      return QuarnBound::infinity();
+    }
+  }
+  // G = D^-1 (M + E) D has an invariant subspace (I; Y), the rows of the set first, where G_21 + G_22 Y =
+  // Y (G_11 + G_12 Y): a fixed point Y of this without the diagonals, divided by the gaps between them. Row sums of |Y|
+  // of at most 1 keep the eigenvalues of G_11 + G_12 Y within the discs of the set.
+  const auto k = std::uint32_t(inside.size());
+  constexpr std::uint32_t kOne = 1'000'000'000;
+  BoundMatrix over_gap(n_);
+  BoundMatrix y(n_);
+  for (const Integer i : inside) {
+    for (const Integer j : outside) {
+      const WorkingDigits scope(std::max(QuarnDigits(), kFewDigits));
+      over_gap(j, i) = reciprocal_bound(least_size(centres_[std::size_t(i - 1)] - centres_[std::size_t(j - 1)]));
+      y(j, i) = QuarnBound::count(kOne / k) * QuarnBound::power_of_ten(-9);
+    }
+  }
+  BoundMatrix added(n_);  // to the block of the set: G_12 Y
+  for (std::uint32_t round = 0; round < k + 2; ++round) {
+    bool shrinks = false;
+    for (const Integer i : inside) {
+      for (const Integer l : inside) {
+        added(l, i) = QuarnBound();
+        for (const Integer j : outside) {
+          added(l, i) += element(l, j) * y(j, i);
+        }
+      }
+      QuarnCheckInterrupt();
+    }
+    BoundMatrix next(n_);
+    for (const Integer i : inside) {
+      for (const Integer j : outside) {
+        QuarnBound sum = element(j, i);
+        for (const Integer l : outside) {
+          sum += element(j, l) * y(l, i);
+        }
+        for (const Integer l : inside) {
+          sum += y(j, l) * (element(l, i) + added(l, i));
+        }
+        next(j, i) = sum * over_gap(j, i);
+        if (round == 0 && y(j, i) < next(j, i)) {
+          return QuarnBound::infinity();
+        }
+        shrinks = shrinks || next(j, i) * QuarnBound::count(10) < y(j, i);
+        next(j, i) = std::min(next(j, i), y(j, i));
+      }
+      QuarnCheckInterrupt();
+    }
+    y = std::move(next);
+    if (!shrinks) {
+      break;
+    }
+  }
+  // The sum of the eigenvalues is the trace of G_11 + G_12 Y.
+  QuarnBound sum = distance_of_centres(members, centre);
+  for (const Integer i : inside) {
+    sum += element(i, i);
+    for (const Integer j : outside) {
+      sum += element(i, j) * y(j, i);
+    }
+  }
+  return sum / QuarnBound::count(k);
 }
 
 std::vector<QuarnBound> Spectrum::coefficients(Integer i) const {

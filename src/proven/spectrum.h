@@ -22,8 +22,12 @@ class Spectrum {
   /// For an eigenvalue in a disc of its own, row i a block of its own: bounds of the coefficients of the other columns
   /// of X in the eigenvector whose coefficient of column i is 1. Infinite ones otherwise.
   std::vector<QuarnBound> coefficients(Integer i) const;
+  /// A bound of the distance of the mean of the eigenvalues in a connected set of discs from `centre`. Infinity where
+  /// none is found.
+  QuarnBound mean_error(const Members& members, const Complex& centre) const;
 
  private:
+  QuarnBound distance_of_centres(const Members& members, const Complex& centre) const;
   void set_weights(Integer first, Integer next);
   QuarnBound radius(Integer i) const;
   /// Element (i, j) of D^-1 |M - diag(M) + E| D.

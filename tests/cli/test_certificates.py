@@ -133,7 +133,11 @@ class Certificates(unittest.TestCase):
             elif "values" in certificate:
                 printed = result["value"] if "value" in result else result["real"]
                 self.assertEqual(printed, [checker.NUMBER.fullmatch(text)[1] for text in certificate["values"]], name)
-                self.assertEqual(result["error"], certificate["errors"], name)
+                if name == "defective eigenvalues":  # equal ones have smaller bounds than discs can have
+                    bounds = zip(result["error"], certificate["errors"])
+                    self.assertTrue(all(float(x) <= float(y) for x, y in bounds), name)
+                else:
+                    self.assertEqual(result["error"], certificate["errors"], name)
             elif kind == "solution":
                 self.assertEqual(result["value"] if "value" in result else result["real"],
                                  [checker.NUMBER.fullmatch(text)[1] for text in certificate["x"]])

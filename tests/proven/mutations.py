@@ -50,6 +50,9 @@ OF_FUNCTIONS = "tests/proven/test_matrix_functions.cpp"
 OF_DATA = "tests/proven/test_unknown.cpp"
 OF_CERTIFICATES = "tests/proven/test_certify.cpp"
 
+OF_MULTIPLE = "tests/proven/test_multiple.cpp"
+DISTINCT = "src/proven/distinct.cpp"
+
 OF_ONE = "terms of functions of a real number"
 OF_TWO = "terms of functions of two real numbers"
 OF_COMPLEX = "terms of functions of a complex number"
@@ -361,6 +364,32 @@ MUTANTS = [
         ("left = hypotenuse(left, size);", ""),
         ("root.error * QuarnBound::power_of_ten(power)", "root.error"),
         ("constexpr int kMostDigits = 1'000'000;\n  const Digits scope(kMostDigits);", ""),
+    )),
+    *((("equal eigenvalues", file, *change, [source], "terms of means*,eigenvalues that are nearly*,multiple eigenvalues*,discs of multiple*"))
+      for file, source, *change in (
+        (SPECTRUM, SPECTRUM, "Rounded(QuarnDigits(), range).size(sum.view()(1, 1))", "QuarnBound(sum.view()(1, 1))"),
+        (SPECTRUM, SPECTRUM, "QuarnBound sum = distance_of_centres(members, centre);", "QuarnBound sum;"),
+        (SPECTRUM, SPECTRUM, "    sum += element(i, i);\n", ""),
+        (SPECTRUM, SPECTRUM, "sum += element(i, j) * y(j, i);", ""),
+        (SPECTRUM, SPECTRUM, "QuarnBound sum = element(j, i);", "QuarnBound sum;"),
+        (SPECTRUM, SPECTRUM, "sum += element(j, l) * y(l, i);", ""),
+        (SPECTRUM, SPECTRUM, "(element(l, i) + added(l, i))", "added(l, i)"),
+        (SPECTRUM, SPECTRUM, "(element(l, i) + added(l, i))", "element(l, i)"),
+        (SPECTRUM, SPECTRUM, "sum * over_gap(j, i)", "sum"),
+        (SPECTRUM, SPECTRUM, "round == 0 && y(j, i) < next(j, i)", "false"),
+        (SPECTRUM, SPECTRUM, "is_member && radii_[std::size_t(i)] < radius(i)", "false"),
+        (DISTINCT, DISTINCT, "power_of(QuarnBound::count(std::uint32_t(n)), rows) *", ""),
+        (DISTINCT, DISTINCT, "power_of(std::max(radius, QuarnBound::count(1)), powers)", "QuarnBound::count(1)"),
+        (DISTINCT, DISTINCT, "std::max(radius, QuarnBound::count(1))", "radius"),
+        (DISTINCT, DISTINCT, "radius * QuarnBound::power_of_ten(-elements.least(0))", "radius"),
+        (EIGENVALUES, EIGENVALUES, "if (!distinct_eigenvalues(pencil.n, pencil.a, pairs, radius, Integer(found.sets.size()))) {", "if (false) {"),
+        (EIGENVALUES, EIGENVALUES, "!pencil.of_a.is_zero() || ", ""),
+        (EIGENVALUES, EIGENVALUES, "pencil.has_b || !found", "!found"),
+        ("src/proven/discs.h", OF_MULTIPLE, "const QuarnBound reach = discs[i].error + QuarnBound(discs[i].value.im);", "const QuarnBound reach = discs[i].error;"),
+        ("src/proven/discs.h", OF_MULTIPLE, "alone = j == i || are_apart(centre, reach, discs[j].value, discs[j].error);", "alone = true;"),
+        (SPECTRA, OF_MULTIPLE, "hypotenuse(distance(values[i].re, rounded.value.re),", "hypotenuse(QuarnBound(),"),
+        (SPECTRA, OF_MULTIPLE, "distance(values[i].im, rounded.value.im))", "QuarnBound())"),
+        (SPECTRA, OF_MULTIPLE, "(counts[i] == 1 || distinct[i] == 1)", "true"),
     )),
     ("infinite eigenvalues", "src/proven/infinite.cpp", "return rows.norms(rows.size());", "return 0.0 * double(rows.size());",
      ["src/proven/infinite.cpp"], "infinite eigenvalues*"),

@@ -58,8 +58,7 @@ inline void check_roots(const std::vector<BoundedRoot>& roots, const std::vector
     CHECK(inside >= root.count);
     if (root.is_real) {
       CHECK(root.value.im == 0);
-      CHECK(root.count == 1);
-      CHECK((inside > 1 || real));
+      CHECK((inside > root.count || real));
     }
   }
 }

@@ -210,7 +210,8 @@ TEST_CASE("discs of multiple eigenvalues, and what is beside them") {
   Real radius[2];
   Integer count[2];
   Integer info = -99;
-  QuarnMPX_dproven_eigen_(2, block, 2, errors, 2, nullptr, 0, nullptr, 0, w, x, 2, radius, nullptr, count, &info);
+  QuarnMPX_dproven_eigen_(2, block, 2, errors, 2, nullptr, 0, nullptr, 0, w, x, 2, radius, nullptr, count, nullptr,
+                          &info);
   CHECK(info == 0);
   CHECK(count[0] == 2);
   CHECK(radius[0] >= Real("0.001"));
@@ -227,7 +228,8 @@ TEST_CASE("bounds of eigenvectors and pencils are nearly attained") {
   Real of_vectors[2];
   Integer count[2];
   Integer info = -99;
-  QuarnMPX_dproven_eigen_(2, a, 2, nullptr, 0, nullptr, 0, nullptr, 0, w, x, 2, radius, of_vectors, count, &info);
+  QuarnMPX_dproven_eigen_(2, a, 2, nullptr, 0, nullptr, 0, nullptr, 0, w, x, 2, radius, of_vectors, count, nullptr,
+                          &info);
   CHECK(info == 0);
   CHECK(of_vectors[0] >= Real("0.01"));
   CHECK(of_vectors[0] <= Real("0.0103"));
@@ -240,7 +242,7 @@ TEST_CASE("bounds of eigenvectors and pencils are nearly attained") {
   const auto bound = [&](Integer errors_of_a, Integer errors_of_b) {
     w[0] = Complex(Real("3.001"));
     QuarnMPX_dproven_eigen_(1, &six, 1, &error_a, errors_of_a, &two, 1, &error_b, errors_of_b, w, &one, 1, radius,
-                            nullptr, count, &info);
+                            nullptr, count, nullptr, &info);
     CHECK(info == 0);
     return radius[0];
   };
@@ -252,15 +254,17 @@ TEST_CASE("bounds of eigenvectors and pencils are nearly attained") {
   CHECK(bound(0, 1) <= Real("0.4301"));
   // A singular B, and wrong arguments.
   two = 0;
-  QuarnMPX_dproven_eigen_(1, &six, 1, nullptr, 0, &two, 1, nullptr, 0, w, &one, 1, radius, nullptr, count, &info);
+  QuarnMPX_dproven_eigen_(1, &six, 1, nullptr, 0, &two, 1, nullptr, 0, w, &one, 1, radius, nullptr, count, nullptr,
+                          &info);
   CHECK(info == 1);
   CHECK(isinf(radius[0]));
   two = Real("nan");
-  QuarnMPX_dproven_eigen_(1, &six, 1, nullptr, 0, &two, 1, nullptr, 0, w, &one, 1, radius, nullptr, count, &info);
+  QuarnMPX_dproven_eigen_(1, &six, 1, nullptr, 0, &two, 1, nullptr, 0, w, &one, 1, radius, nullptr, count, nullptr,
+                          &info);
   CHECK(info == 1);
-  QuarnMPX_dproven_eigen_(2, a, 2, nullptr, 0, a, 1, nullptr, 0, w, x, 2, radius, nullptr, count, &info);
+  QuarnMPX_dproven_eigen_(2, a, 2, nullptr, 0, a, 1, nullptr, 0, w, x, 2, radius, nullptr, count, nullptr, &info);
   CHECK(info == -7);
-  QuarnMPX_dproven_eigen_(2, a, 2, nullptr, 0, nullptr, 0, nullptr, 0, w, x, 1, radius, nullptr, count, &info);
+  QuarnMPX_dproven_eigen_(2, a, 2, nullptr, 0, nullptr, 0, nullptr, 0, w, x, 1, radius, nullptr, count, nullptr, &info);
   CHECK(info == -12);
   CHECK(proven::eigen(Matrix<Complex>(0, 0)).values.empty());
   CHECK_THROWS_AS((void)proven::symmetric_eigenvalues(Matrix<Real>{{1}}, Matrix<Real>{{-1}}),

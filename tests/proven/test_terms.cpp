@@ -147,7 +147,7 @@ TEST_CASE("terms of Miyajima's bounds") {
     // Of that of B X.
     QuarnFloat b = number("1.0000000000004");
     w = Complex(1);
-    QuarnMPX_dproven_eigen_(1, &a, 1, nullptr, 0, &b, 1, nullptr, 0, &w, &x, 1, radius, nullptr, count, &info);
+    QuarnMPX_dproven_eigen_(1, &a, 1, nullptr, 0, &b, 1, nullptr, 0, &w, &x, 1, radius, nullptr, count, nullptr, &info);
     CHECK(radius[0] >= number("3.999e-13"));
   }
   // Of a rotation by pairs: A moves both parts of x by 0.25.

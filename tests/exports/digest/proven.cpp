@@ -48,10 +48,10 @@ void spectra(Suite& suite, Symmetric symmetric, Singular singular, Eigenvalues e
       suite.run(symmetric, "L", n, a, ld, small, given, sizes, x, ld, bounds, bounds, Integer(-99), 1);
       suite.run(singular, n, Integer(1), a, ld, small, given, sizes, x, ld, x, ld, bounds, Integer(-99));
       suite.run(eigenvalues, n, a, ld, small, given, w, z, ld, bounds, counts, Integer(-99));
-      suite.run(eigen, n, a, ld, small, given, x, ld, small, Integer(0), w, z, ld, bounds, bounds, counts,
+      suite.run(eigen, n, a, ld, small, given, x, ld, small, Integer(0), w, z, ld, bounds, bounds, counts, counts,
                 Integer(-99));
       suite.run(eigen, n, a, ld, small, Integer(0), x, Integer(0), small, given, w, z, ld, bounds, bounds, counts,
-                Integer(-99));
+                counts, Integer(-99));
     }
     suite.run(zeros, n, coefficients, w, bounds, counts, Integer(-99));
   });
