@@ -19,23 +19,37 @@ QuarnFloat length_of(Integer n, OneBasedVector<T> x) {
   return is_safe_norm(length) ? length : euclidean_norm(n, x);
 }
 
+/// x := x / size; false, and x as it was, where the size is 0 or not finite.
+template <class T>
+bool normalise(Integer n, const QuarnFloat& size, OneBasedVector<T> x) {
+  if (!(size > 0) || !isfinite(size)) {
+    return false;
+  }
+  scale(n, 1 / size, x);
+  return true;
+}
+
 template <class T>
 class Basis {
  public:
-  /// Room for `most` vectors of n elements.
+  /// Storage for `most` vectors of n elements.
   Basis(Integer n, Integer most) : n_(n), v_(n, most) {}
 
   OneBasedVector<T> vector(Integer j) { return v_.view().column(j); }
   OneBasedMatrix<T> view() { return v_.view(); }
-  /// The largest vector that orthogonalise() has had: the norm of the operator, nearly.
+  /// The largest norm of a vector given to orthogonalise(): an estimate, from below, of the norm of the operator.
   const QuarnFloat& norm() const { return norm_; }
 
   QuarnFloat norm_of(Integer j) { return length_of(n_, vector(j)); }
 
-  /// The first vector becomes x of length 1; false when it has no length.
-  bool take(const T* x) {
-    copy(n_, OneBasedVector<T>(const_cast<T*>(x), 1), vector(1));
-    return normalise(1, norm_of(1));
+  /// The first vector becomes `start` of length 1, or a random one where that is null or its length is 0.
+  void begin(const T* start) {
+    if (start != nullptr) {
+      copy(n_, OneBasedVector<T>(const_cast<T*>(start), 1), vector(1));
+    }
+    if (start == nullptr || !normalise(n_, norm_of(1), vector(1))) {
+      take_random(1);
+    }
   }
 
   /// Vector j becomes a random one, orthogonal to those before it and of length 1.
@@ -48,7 +62,7 @@ class Basis {
           vector(j)(i).im = number();
         }
       }
-    } while (!normalise(j, make_orthogonal(j, nullptr, norm_of(j))));
+    } while (!normalise(n_, make_orthogonal(j, nullptr, norm_of(j)), vector(j)));
   }
 
   /// Takes from vector j, the image of one before it, its parts along those before it, which are added to `parts`.
@@ -57,8 +71,30 @@ class Basis {
     const QuarnFloat size = norm_of(j);
     norm_ = size > norm_ ? size : norm_;
     QuarnFloat left = make_orthogonal(j, parts, norm_);
-    normalise(j, left);
+    normalise(n_, left, vector(j));
     return left;
+  }
+
+  /// orthogonalise() of the vector after the first j. Where that leaves nothing, the space is invariant: the next one
+  /// is random then, unless there are n vectors already.
+  QuarnFloat couple(Integer j, T* parts) {
+    QuarnFloat coupling = orthogonalise(j + 1, parts);
+    if (j == n_ && isfinite(coupling)) {
+      return {};
+    }
+    if (coupling == 0) {
+      take_random(j + 1);
+    }
+    return coupling;
+  }
+
+  /// After a restart that keeps `kept` of `size` vectors the next one is the one after them, or a random one.
+  void resume(Integer size, Integer kept, bool fresh) {
+    if (fresh) {
+      take_random(kept + 1);
+    } else {
+      copy(n_, vector(size + 1), vector(kept + 1));
+    }
   }
 
   /// The first `kept` vectors become combinations of the first `size` ones by the columns of Q.
@@ -79,14 +115,6 @@ class Basis {
  private:
   // Two are enough unless the vector is nearly a combination of the others.
   static constexpr int kMostPasses = 5;
-
-  bool normalise(Integer j, const QuarnFloat& size) {
-    if (!(size > 0) || !isfinite(size)) {
-      return false;
-    }
-    scale(n_, 1 / size, vector(j));
-    return true;
-  }
 
   /// Gram-Schmidt, repeated until nothing more is lost.
   QuarnFloat make_orthogonal(Integer j, T* parts, const QuarnFloat& reference) {

@@ -47,10 +47,8 @@ class KrylovSchur {
         b_(most_ + 1, most_ + 1),
         s_(most_, most_),
         q_(most_, most_),
-        rest_(std::size_t(most_)) {
-    if (problem.start == nullptr || !v_.take(problem.start)) {
-      v_.take_random(1);
-    }
+        residual_row_(std::size_t(most_)) {
+    v_.begin(problem.start);
   }
 
   KrylovSpace<T> result(KrylovEnd end) {
@@ -72,7 +70,7 @@ class KrylovSchur {
       ++products_;
       size_ = j;
       std::vector<T> parts(static_cast<std::size_t>(j));
-      coupling_ = v_.orthogonalise(j + 1, parts.data());
+      coupling_ = v_.couple(j, parts.data());
       if (!isfinite(coupling_) || (problem_.limit != 0 && v_.norm() > problem_.limit)) {
         return false;
       }
@@ -84,11 +82,6 @@ class KrylovSchur {
           b(j + 1, i) = T();
         }
       }
-      if (j == problem_.n) {
-        coupling_ = 0;
-      } else if (coupling_ == 0) {
-        v_.take_random(j + 1);
-      }
       b(j + 1, j) = T(coupling_);
     }
     return true;
@@ -99,8 +92,8 @@ class KrylovSchur {
       return false;
     }
     for (Integer i = 1; i <= size_; ++i) {
-      rest_[std::size_t(i) - 1] = q_.view()(size_, i);
-      multiply_by(rest_[std::size_t(i) - 1], coupling_);
+      residual_row_[std::size_t(i) - 1] = q_.view()(size_, i);
+      multiply_by(residual_row_[std::size_t(i) - 1], coupling_);
     }
     return true;
   }
@@ -113,7 +106,7 @@ class KrylovSchur {
     return rows < size_ && !problem_.hermitian && !is_zero(s_.view()(rows + 1, rows)) ? rows + 1
                                                                                       : std::min(rows, size_);
   }
-  QuarnFloat residual(Integer i) { return size_of(rest_[std::size_t(i) - 1]); }
+  QuarnFloat residual(Integer i) { return size_of(residual_row_[std::size_t(i) - 1]); }
   QuarnFloat bound(Integer i) {
     const QuarnFloat rounding = 10 * epsilon() * v_.norm();
     const QuarnFloat asked = problem_.tol * (problem_.each ? quarn::abs(value(i)) : v_.norm());
@@ -130,13 +123,9 @@ class KrylovSchur {
     for (Integer j = 1; j <= kept; ++j) {
       copy(kept, s_.view().column(j), b.column(j));
       // Above the last row the adjoint comes from the next product.
-      b(kept + 1, j) = fresh ? T() : rest_[std::size_t(j) - 1];
+      b(kept + 1, j) = fresh ? T() : residual_row_[std::size_t(j) - 1];
     }
-    if (fresh) {
-      v_.take_random(kept + 1);
-    } else {
-      copy(problem_.n, v_.vector(size_ + 1), v_.vector(kept + 1));
-    }
+    v_.resume(size_, kept, fresh);
   }
 
  private:
@@ -218,7 +207,7 @@ class KrylovSchur {
   OwnMatrix<T> b_;
   OwnMatrix<T> s_;  // the form of B
   OwnMatrix<T> q_;
-  std::vector<T> rest_;  // b^H Q
+  std::vector<T> residual_row_;  // b^H Q
   QuarnFloat coupling_;
   Integer size_ = 0;
   Integer products_ = 0;

@@ -34,8 +34,8 @@ struct KrylovProblem {
   const T* start;    // n elements; null: random ones
 };
 
-/// A V = V S + (a rest below the tolerance): S of order `size` in Schur form, or diagonal of a Hermitian matrix, the
-/// wanted eigenvalues first; the columns of V are orthonormal.
+/// A V = V S but for residuals below the tolerance: S of order `size` in Schur form, or diagonal of a Hermitian matrix,
+/// the wanted eigenvalues first; the columns of V are orthonormal.
 template <class T>
 struct KrylovSpace {
   OwnMatrix<T> v;

@@ -43,9 +43,7 @@ class LanczosBidiagonal {
         x_(most_, most_),
         y_(most_, most_),
         values_(std::size_t(most_)) {
-    if (problem.start == nullptr || !v_.take(problem.start)) {
-      v_.take_random(1);
-    }
+    v_.begin(problem.start);
   }
 
   SingularSpace<T> result(KrylovEnd end) {
@@ -80,14 +78,9 @@ class LanczosBidiagonal {
       b(j, j) = T(std::move(size));
       problem_.multiply_adjoint(u_.vector(j).first(), v_.vector(j + 1).first());
       products_ += 2;
-      coupling_ = v_.orthogonalise(j + 1, nullptr);
+      coupling_ = v_.couple(j, nullptr);
       if (!isfinite(coupling_)) {
         return false;
-      }
-      if (j == problem_.n) {
-        coupling_ = 0;
-      } else if (coupling_ == 0) {
-        v_.take_random(j + 1);
       }
     }
     return true;
@@ -131,11 +124,7 @@ class LanczosBidiagonal {
       fill(kept, T(), b_.view().column(j));
       b_.view()(j, j) = T(values_[std::size_t(j) - 1]);
     }
-    if (fresh) {
-      v_.take_random(kept + 1);
-    } else {
-      copy(problem_.n, v_.vector(size_ + 1), v_.vector(kept + 1));
-    }
+    v_.resume(size_, kept, fresh);
   }
 
  private:
