@@ -1,261 +1,14 @@
-// Least squares of large matrices: D. C.-L. Fong, M. Saunders, LSMR: An iterative algorithm for sparse least-squares
-// problems, SIAM J. Sci. Comput. 33 (2011). The letters are those of the paper; a hat stands for the rotation that the
-// damping takes, a bar for the second one of each step, a tilde for the estimate of the residual.
+// Least squares of large matrices: entries, and the search for an x whose norms, as it is returned, are those asked
+// for.
 #include <optional>
 #include <vector>
 
-#include "quarn/quarnthread.h"
 #include "src/dense/householder.h"
 #include "src/krylov/call.h"
+#include "src/krylov/lsmr_iteration.h"
 
 namespace tesk {
 namespace {
-
-/// What the norms are compared with.
-struct LsmrTolerances {
-  QuarnFloat a;
-  QuarnFloat b;
-  QuarnFloat condition;  // the largest; 0: any
-};
-
-enum class LsmrEnd { working, solved, least_squares, ill_conditioned, exhausted, failed };
-
-template <class T>
-class Lsmr {
- public:
-  using Multiply = std::function<void(Integer what, const T* x, T* y)>;
-
-  Lsmr(Integer m, Integer n, const Multiply& multiply, const T* b, QuarnFloat damp)
-      : m_(m),
-        n_(n),
-        multiply_(multiply),
-        damp_(std::move(damp)),
-        u_(b, b + m),
-        v_(static_cast<std::size_t>(n)),
-        h_(v_.size()),
-        hbar_(v_.size()),
-        x_(v_.size()) {}
-
-  /// From where it was, until the norms, as the recurrence knows them, are what is asked for; `most` iterations in all.
-  LsmrEnd go_on(const LsmrTolerances& asked, Integer most) {
-    if (iterations_ == 0 && !begin()) {
-      return LsmrEnd::failed;
-    }
-    // Below its roundings the recurrence would not end.
-    const QuarnFloat least = 10 * epsilon();
-    const QuarnFloat atol = std::max(asked.a, least);
-    const QuarnFloat btol = std::max(asked.b, least);
-    while (zetabar_ != 0) {
-      QuarnCheckInterrupt();
-      if (iterations_ == most) {
-        return LsmrEnd::exhausted;
-      }
-      const QuarnFloat beta = bidiagonalise();
-      if (!isfinite(beta) || !isfinite(alpha_)) {
-        return LsmrEnd::failed;
-      }
-      ++iterations_;
-      step(beta);
-      if (!isfinite(zetabar_) || !isfinite(residual_)) {
-        return LsmrEnd::failed;
-      }
-      const QuarnFloat norm = own_norm();
-      if (residual_ <= btol * size_of_b_ + atol * norm * length_of(n_, view(x_))) {
-        return LsmrEnd::solved;
-      }
-      if (fabs(zetabar_) <= atol * norm * residual_) {
-        return LsmrEnd::least_squares;
-      }
-      if (asked.condition != 0 && condition() >= asked.condition) {
-        return LsmrEnd::ill_conditioned;
-      }
-    }
-    return residual_ == 0 ? LsmrEnd::solved : LsmrEnd::least_squares;
-  }
-
-  std::vector<T> x() const {
-    std::vector<T> x = x_;
-    const QuarnFloat back = unit_of_a_ / unit_of_b_;
-    if (back != 1) {
-      scale(n_, back, view(x));
-    }
-    return x;
-  }
-  Integer iterations() const { return iterations_; }
-  /// Nothing is left to be done.
-  bool is_at_end() const { return zetabar_ == 0; }
-  /// As the recurrence knows them: of the residual, and of its product with the adjoint.
-  QuarnFloat residual() const { return residual_ / unit_of_b_; }
-  QuarnFloat gradient() const { return fabs(zetabar_) / unit_of_a_ / unit_of_b_; }
-  /// Estimates, from below, for A with the damping below it.
-  QuarnFloat norm() const { return own_norm() / unit_of_a_; }
-  QuarnFloat condition() const {
-    return iterations_ < 2 ? QuarnFloat(1) : std::max(largest_rho_, last_rho_) / std::min(smallest_rho_, last_rho_);
-  }
-
- private:
-  static OneBasedVector<T> view(std::vector<T>& x) { return {x.data(), 1}; }
-  static QuarnFloat normalise(std::vector<T>& x) {
-    QuarnFloat size = length_of(Integer(x.size()), view(x));
-    if (size > 0 && isfinite(size)) {
-      scale(Integer(x.size()), 1 / size, view(x));
-    }
-    return size;
-  }
-  QuarnFloat own_norm() const { return sqrt(squared_norm_); }
-
-  /// The first u and v; false: not finite.
-  bool begin() {
-    QuarnFloat beta = normalise(u_);
-    multiply_(kAdjointProduct, u_.data(), v_.data());
-    alpha_ = normalise(v_);
-    if (!isfinite(beta) || !isfinite(alpha_)) {
-      return false;
-    }
-    set_units(beta);
-    h_ = v_;
-    squared_norm_ = alpha_ * alpha_;
-    alphabar_ = alpha_;
-    zetabar_ = alpha_ * beta;
-    betadd_ = beta;
-    residual_ = beta;
-    size_of_b_ = std::move(beta);
-    return true;
-  }
-
-  /// Far from 1 the numbers of the recurrence, which are squared, are those of A and b times powers of ten.
-  void set_units(QuarnFloat& beta) {
-    const auto unit_of = [](const QuarnFloat& size) {
-      return size == 0 || is_safe_norm(size) ? QuarnFloat(1) : QuarnFloat(1, -ilogb(size));
-    };
-    unit_of_b_ = unit_of(beta);
-    unit_of_a_ = unit_of(std::max(alpha_, damp_));
-    beta *= unit_of_b_;
-    alpha_ *= unit_of_a_;
-    damp_ *= unit_of_a_;
-  }
-
-  /// Of the scaled A.
-  void multiply(Integer what, std::vector<T>& x, std::vector<T>& y) {
-    multiply_(what, x.data(), y.data());
-    if (unit_of_a_ != 1) {
-      scale(Integer(y.size()), unit_of_a_, view(y));
-    }
-  }
-
-  static QuarnFloat hypotenuse(const QuarnFloat& a, const QuarnFloat& b) { return sqrt(a * a + b * b); }
-
-  /// target := image - factor target, of length 1; its length before.
-  static QuarnFloat advance(std::vector<T>& target, std::vector<T>& image, const QuarnFloat& factor) {
-    add_multiple(Integer(target.size()), T(-factor), view(target), view(image));
-    target.swap(image);
-    return normalise(target);
-  }
-
-  /// The next u, v and alpha; returns beta. What is left of a vector may be rounding, which would count as a column.
-  QuarnFloat bidiagonalise() {
-    const QuarnFloat noise = 10 * epsilon() * own_norm();
-    std::vector<T> image(u_.size());
-    multiply(kProduct, v_, image);
-    QuarnFloat beta = advance(u_, image, alpha_);
-    if (beta <= noise) {
-      alpha_ = 0;
-      return {};
-    }
-    image.assign(v_.size(), T());
-    multiply(kAdjointProduct, u_, image);
-    alpha_ = advance(v_, image, beta);
-    if (alpha_ <= noise) {
-      alpha_ = 0;
-    }
-    return beta;
-  }
-
-  void step(const QuarnFloat& beta) {
-    const QuarnFloat alphahat = hypotenuse(alphabar_, damp_);
-    const QuarnFloat chat = alphabar_ / alphahat;
-    const QuarnFloat shat = damp_ / alphahat;
-    const QuarnFloat rho_before = rho_;
-    rho_ = hypotenuse(alphahat, beta);
-    const QuarnFloat c = alphahat / rho_;
-    const QuarnFloat s = beta / rho_;
-    const QuarnFloat theta = s * alpha_;
-    alphabar_ = c * alpha_;
-
-    const QuarnFloat rhobar_before = rhobar_;
-    const QuarnFloat zeta_before = zeta_;
-    const QuarnFloat thetabar = sbar_ * rho_;
-    const QuarnFloat turned = cbar_ * rho_;
-    rhobar_ = hypotenuse(turned, theta);
-    cbar_ = turned / rhobar_;
-    sbar_ = theta / rhobar_;
-    zeta_ = cbar_ * zetabar_;
-    zetabar_ = -(sbar_ * zetabar_);
-
-    // hbar := h - ... hbar; x := x + ... hbar; h := v - ... h
-    const QuarnFloat back = thetabar * rho_ / (rho_before * rhobar_before);
-    const QuarnFloat forth = zeta_ / (rho_ * rhobar_);
-    const QuarnFloat down = theta / rho_;
-    for (std::size_t i = 0; i < x_.size(); ++i) {
-      multiply_by(hbar_[i], -back);
-      hbar_[i] = hbar_[i] + h_[i];
-      T part = hbar_[i];
-      multiply_by(part, forth);
-      x_[i] = x_[i] + part;
-      multiply_by(h_[i], -down);
-      h_[i] = h_[i] + v_[i];
-    }
-
-    estimate_residual({chat, shat, c, s}, zeta_before, thetabar);
-    squared_norm_ += beta * beta + alpha_ * alpha_ + damp_ * damp_;
-    // The diagonal of the triangle: of its last element the second rotation takes something with the next column.
-    if (iterations_ > 1) {
-      largest_rho_ = std::max(largest_rho_, rhobar_before);
-      smallest_rho_ = iterations_ == 2 ? rhobar_before : std::min(smallest_rho_, rhobar_before);
-    }
-    last_rho_ = turned;
-  }
-
-  struct Rotations {
-    const QuarnFloat& chat;
-    const QuarnFloat& shat;
-    const QuarnFloat& c;
-    const QuarnFloat& s;
-  };
-  void estimate_residual(const Rotations& by, const QuarnFloat& zeta_before, const QuarnFloat& thetabar) {
-    const QuarnFloat betaacute = by.chat * betadd_;
-    const QuarnFloat betacheck = -(by.shat * betadd_);
-    const QuarnFloat betahat = by.c * betaacute;
-    betadd_ = -(by.s * betaacute);
-    const QuarnFloat thetatilde_before = thetatilde_;
-    const QuarnFloat rhotilde = hypotenuse(rhodot_, thetabar);
-    const QuarnFloat ctilde = rhodot_ / rhotilde;
-    const QuarnFloat stilde = thetabar / rhotilde;
-    thetatilde_ = stilde * rhobar_;
-    rhodot_ = ctilde * rhobar_;
-    betadot_ = ctilde * betahat - stilde * betadot_;
-    tautilde_ = (zeta_before - thetatilde_before * tautilde_) / rhotilde;
-    const QuarnFloat taudot = (zeta_ - thetatilde_ * tautilde_) / rhodot_;
-    damped_ += betacheck * betacheck;
-    const QuarnFloat rest = betadot_ - taudot;
-    residual_ = sqrt(damped_ + rest * rest + betadd_ * betadd_);
-  }
-
-  Integer m_;
-  Integer n_;
-  const Multiply& multiply_;
-  QuarnFloat damp_;
-  std::vector<T> u_;
-  std::vector<T> v_;
-  std::vector<T> h_;
-  std::vector<T> hbar_;
-  std::vector<T> x_;
-  QuarnFloat alpha_, alphabar_, zetabar_, zeta_, sbar_, betadd_, betadot_, tautilde_, thetatilde_, damped_;
-  QuarnFloat unit_of_a_ = 1, unit_of_b_ = 1;
-  QuarnFloat rho_ = 1, rhobar_ = 1, cbar_ = 1, rhodot_ = 1;
-  QuarnFloat size_of_b_, squared_norm_, largest_rho_, smallest_rho_, last_rho_, residual_;
-  Integer iterations_ = 0;
-};
 
 /// What the entries are given, and where their results go.
 template <class T>
@@ -304,10 +57,7 @@ class LsmrCall {
     *results.anorm = std::move(best_.norm);
     *results.acond = std::move(best_.condition);
     *results.itn = iterations_;
-    *results.istop = end == LsmrEnd::solved            ? 1
-                     : end == LsmrEnd::least_squares   ? 2
-                     : end == LsmrEnd::ill_conditioned ? 3
-                                                       : 7;
+    *results.istop = Integer(end);
     return end == LsmrEnd::exhausted ? 1 : 0;
   }
 
@@ -335,52 +85,55 @@ class LsmrCall {
                         {given_.most < 1, 10}});
   }
 
-  /// Where the norms of x as it is are a little larger than they may be, the iteration goes on. Where roundings have
-  /// taken the recurrence away from the true residual, it begins again with twice the digits.
+  /// Where roundings have taken the recurrence away from the true residual, it begins again with twice the digits.
   LsmrEnd iterate() {
+    std::optional<LsmrEnd> end;
+    for (int tries = 0, digits = digits_; !end && tries < kMostTries; ++tries, digits *= 2) {
+      end = try_with(digits);
+    }
+    return end.value_or(LsmrEnd::exhausted);
+  }
+
+  /// Where the norms of x as it is are a little larger than they may be, the iteration goes on. No value where they are
+  /// far from what the recurrence takes them for.
+  std::optional<LsmrEnd> try_with(int digits) {
     const typename Lsmr<T>::Multiply multiply = [this](Integer what, const T* from, T* to) {
       given_.product(given_.context, what, from, to);
     };
-    for (int tries = 1, digits = digits_;; ++tries, digits *= 2) {
-      std::optional<Lsmr<T>> iteration;
-      // An estimate that is just small enough is seldom of a norm that is.
-      LsmrTolerances internal = {asked_.a * QuarnFloat(99, -2), asked_.b * QuarnFloat(99, -2), asked_.condition};
-      const Integer before = iterations_;
-      for (bool parted = false; !parted;) {
-        Candidate now;
-        LsmrEnd end = LsmrEnd::failed;
-        QuarnFloat residual;
-        QuarnFloat gradient;
-        {
-          const WorkingDigits more(digits);
-          if (!iteration) {
-            iteration.emplace(given_.m, given_.n, multiply, given_.b, given_.damp);
-          }
-          end = iteration->go_on(internal, given_.most - before);
-          now = {iteration->x(), {}, {}, iteration->norm(), iteration->condition()};
-          residual = iteration->residual();
-          gradient = iteration->gradient();
+    std::optional<Lsmr<T>> iteration;
+    // An estimate that is just small enough is seldom of a norm that is.
+    LsmrTolerances internal = {asked_.a * QuarnFloat(99, -2), asked_.b * QuarnFloat(99, -2), asked_.condition};
+    for (const Integer before = iterations_;; internal.a /= 2, internal.b /= 2) {
+      Candidate now;
+      LsmrEnd end = LsmrEnd::failed;
+      QuarnFloat residual;
+      QuarnFloat gradient;
+      {
+        const WorkingDigits more(digits);
+        if (!iteration) {
+          iteration.emplace(given_.m, given_.n, multiply, given_.b, given_.damp);
         }
-        iterations_ = before + iteration->iterations();
-        round_elements<T>(given_.n, 1, {now.x.data(), given_.n});
-        if (end == LsmrEnd::failed || !find_norms(now)) {
-          return LsmrEnd::failed;
-        }
-        const bool as_promised = end != LsmrEnd::exhausted && holds(end, now);
-        parted = 2 * (end == LsmrEnd::solved ? residual : gradient) <
-                     (end == LsmrEnd::solved ? now.residual : now.gradient) ||
-                 iteration->is_at_end();
-        if (as_promised || best_.x.empty() || now.gradient < best_.gradient) {
-          best_ = std::move(now);
-        }
-        if (as_promised) {
-          return end;
-        }
-        if (iterations_ == given_.most || (parted && tries == kMostTries)) {
-          return LsmrEnd::exhausted;
-        }
-        internal.a /= 2;
-        internal.b /= 2;
+        end = iteration->go_on(internal, given_.most - before);
+        now = {iteration->x(), {}, {}, iteration->norm(), iteration->condition()};
+        residual = iteration->residual();
+        gradient = iteration->gradient();
+      }
+      iterations_ = before + iteration->iterations();
+      round_elements<T>(given_.n, 1, {now.x.data(), given_.n});
+      if (end == LsmrEnd::failed || !find_norms(now)) {
+        return LsmrEnd::failed;
+      }
+      const bool as_promised = end != LsmrEnd::exhausted && holds(end, now);
+      const bool parted =
+          2 * (end == LsmrEnd::solved ? residual : gradient) < (end == LsmrEnd::solved ? now.residual : now.gradient);
+      if (as_promised || best_.x.empty() || now.gradient < best_.gradient) {
+        best_ = std::move(now);
+      }
+      if (as_promised || iterations_ == given_.most) {
+        return as_promised ? end : LsmrEnd::exhausted;
+      }
+      if (parted || iteration->is_at_end()) {
+        return {};
       }
     }
   }
