@@ -1,8 +1,7 @@
-// What the entries of this folder share: the checks of their arguments, and the digits that they work with.
+// What the entries of this folder share: checks of arguments, tolerances, and the results as they are returned.
 #pragma once
 
 #include <algorithm>
-#include <cstdint>
 #include <initializer_list>
 #include <numeric>
 #include <string_view>
@@ -14,7 +13,7 @@
 #include "src/dense/parts.h"
 #include "src/frame/constants.h"
 #include "src/krylov/basis.h"
-#include "src/krylov/krylov_schur.h"
+#include "src/krylov/thick_restart.h"
 #include "tesk2mp/krylov.h"
 
 namespace tesk {
@@ -64,10 +63,18 @@ inline QuarnFloat asked_tolerance(const QuarnFloat& tol) {
 /// To work with a tenth of, so that the sum of what is left out stays below.
 inline QuarnFloat usual_tolerance(const QuarnFloat& tol) { return asked_tolerance(tol) / 10; }
 
+/// Units of the last place of the norm of A that the roundings of returned vectors may add to a residual: two roundings
+/// of all elements are 10 of them.
+inline constexpr int kRoundingUnits = 30;
+
 /// Whether a residual is what the iteration was asked for and the roundings of what is returned leave, beside the norm.
-inline bool is_small(const QuarnFloat& rest, const QuarnFloat& tol, const QuarnFloat& norm) {
-  constexpr int kUnits = 30;  // two roundings of all elements are 10 of them
-  return rest <= (asked_tolerance(tol) + kUnits * epsilon()) * norm;
+inline bool is_small(const QuarnFloat& residual, const QuarnFloat& tol, const QuarnFloat& norm) {
+  return residual <= (asked_tolerance(tol) + kRoundingUnits * epsilon()) * norm;
+}
+
+/// INFO of values that are returned.
+inline Integer info_of(KrylovEnd end, bool residuals_are_small) {
+  return end == KrylovEnd::converged && residuals_are_small ? 0 : 1;
 }
 
 /// What `work` forms with some digits more for vectors of n elements, rounded once.
@@ -90,6 +97,31 @@ QuarnFloat real_product(Integer n, OneBasedVector<T> x, OneBasedVector<T> y) {
   return real_part(product);
 }
 
+/// Values of returned vectors and the norms of their residuals, rounded once each.
+struct Measured {
+  std::vector<QuarnFloat> values;
+  std::vector<QuarnFloat> residuals;
+  bool are_finite = true;  // the residuals: nothing is measured after one that is not
+  bool are_small = true;   // as is_small() says
+};
+
+/// Forms value(j), and then residual(j, value), for j = 1, ..., k with some digits more for vectors of n elements.
+template <class Value, class Residual>
+Measured measure(Integer k, Integer n, const QuarnFloat& tol, const QuarnFloat& norm, const Value& value,
+                 const Residual& residual) {
+  Measured found{std::vector<QuarnFloat>(static_cast<std::size_t>(k)),
+                 std::vector<QuarnFloat>(static_cast<std::size_t>(k))};
+  for (Integer j = 1; j <= k && found.are_finite; ++j) {
+    QuarnFloat& own_value = found.values[std::size_t(j) - 1];
+    QuarnFloat& own_residual = found.residuals[std::size_t(j) - 1];
+    own_value = rounded_from_more(n, [&] { return value(j); });
+    own_residual = rounded_from_more(n, [&] { return residual(j, own_value); });
+    found.are_finite = isfinite(own_residual);
+    found.are_small = found.are_small && is_small(own_residual, tol, norm);
+  }
+  return found;
+}
+
 /// Columns of n rows that go to the caller, `step` apart, if `to` is not null.
 template <class T>
 struct ReturnedColumns {
@@ -102,19 +134,19 @@ struct ReturnedColumns {
 /// Moves values, residuals and columns, rounded before, to the caller in the order of the values; nothing is written
 /// when storage runs out.
 template <class T>
-void hand_over(std::vector<QuarnFloat>& values, std::vector<QuarnFloat>& rests, bool descending, QuarnFloat* w,
-               QuarnFloat* resid, std::initializer_list<ReturnedColumns<T>> columns) {
-  std::vector<Integer> order(values.size());
+void hand_over(Measured& found, bool descending, QuarnFloat* w, QuarnFloat* resid,
+               std::initializer_list<ReturnedColumns<T>> columns) {
+  std::vector<Integer> order(found.values.size());
   std::iota(order.begin(), order.end(), 0);
   std::sort(order.begin(), order.end(), [&](Integer i, Integer j) {
-    const QuarnFloat& x = values[std::size_t(i)];
-    const QuarnFloat& y = values[std::size_t(j)];
+    const QuarnFloat& x = found.values[std::size_t(i)];
+    const QuarnFloat& y = found.values[std::size_t(j)];
     return x == y ? i < j : (x < y) != descending;
   });
   for (std::size_t i = 0; i < order.size(); ++i) {
     const auto from = std::size_t(order[i]);
-    w[i] = std::move(values[from]);
-    resid[i] = std::move(rests[from]);
+    w[i] = std::move(found.values[from]);
+    resid[i] = std::move(found.residuals[from]);
     for (const ReturnedColumns<T>& each : columns) {
       for (Integer row = 1; each.to != nullptr && row <= each.n; ++row) {
         each.to[std::ptrdiff_t(i) * each.step + row - 1] = std::move(each.from(row, order[i] + 1));
@@ -122,121 +154,5 @@ void hand_over(std::vector<QuarnFloat>& values, std::vector<QuarnFloat>& rests, 
     }
   }
 }
-
-/// Finds the space by some digits more; with a shift by as many more as A - sigma I, of about that norm, turns out to
-/// be ill-conditioned: solutions lose them, each in its own way. work(limit) ends where the inverse is larger than
-/// that. Gives up where that would take ten times the digits: such a shift is an eigenvalue, or the solutions are
-/// wrong.
-template <class T, class Work>
-KrylovSpace<T> with_enough_digits(Integer n, const QuarnFloat& norm, const QuarnFloat& tol, const Work& work) {
-  constexpr int kSpare = 4;
-  constexpr int kMostTries = 20;
-  const int usual = guarded_digits(n);
-  int digits = usual + (norm == 0 ? 0 : 2 * kSpare);
-  for (int tries = 1;; ++tries) {
-    const WorkingDigits more(digits);
-    const QuarnFloat limit = norm == 0 ? QuarnFloat() : tol * QuarnFloat(1, digits - kSpare) / norm;
-    KrylovSpace<T> space = work(limit);
-    if (norm == 0 || !(space.norm > limit) || !isfinite(space.norm) || tries == kMostTries) {
-      return space;
-    }
-    const std::int64_t lost = std::int64_t(ilogb(space.norm)) - ilogb(limit) + kSpare;
-    if (lost > 10 * std::int64_t(usual) - digits) {
-      return space;
-    }
-    digits += int(lost);
-  }
-}
-
-/// Two letters, and what they say.
-struct WantedName {
-  std::string_view letters;
-  Wanted wanted;
-};
-
-/// What the entries for eigenvalues are given: the first ten arguments, and the step of argument 13.
-template <class T, class Shift>
-struct EigenArguments {
-  const char* which;
-  Integer n;
-  Integer k;
-  const Shift* sigma;
-  Operator<T> product;
-  void* context;
-  Integer ncv;
-  QuarnFloat tol;
-  Integer most;
-  const T* v0;
-  Integer ldz;
-
-  /// The entry: what is wrong, what `deliver` makes of the space of those wanted, or 2 where there is none.
-  template <std::size_t kCount, class Deliver>
-  Integer solve(const WantedName (&names)[kCount], bool hermitian, const Deliver& deliver) const {
-    const Wanted* const wanted = wanted_of(names);
-    if (const Integer wrong = first_wrong(wanted); wrong != 0) {
-      return -wrong;
-    }
-    KrylovSpace<T> space = find(hermitian, *wanted);
-    return space.end == KrylovEnd::failed ? 2 : deliver(space);
-  }
-
- private:
-  Integer first_wrong(const Wanted* wanted) const {
-    return tesk::first_wrong({{wanted == nullptr, 1},
-                              {n < 1, 2},
-                              {k < 1 || k > n, 3},
-                              {sigma != nullptr && !is_finite(*sigma), 4},
-                              {product == nullptr, 5},
-                              {!is_basis(n, k, ncv), 7},
-                              {!is_tolerance(tol), 8},
-                              {most < 1, 9},
-                              {!is_start(n, v0), 10},
-                              {ldz < n, 13}});
-  }
-
-  /// What the letters say; null: nothing.
-  template <std::size_t kCount>
-  const Wanted* wanted_of(const WantedName (&names)[kCount]) const {
-    for (const WantedName& each : names) {
-      if (is_option(which, each.letters)) {
-        return &each.wanted;
-      }
-    }
-    return nullptr;
-  }
-
-  /// The space of those wanted, of A or of (A - sigma I)^-1.
-  KrylovSpace<T> find(bool hermitian, Wanted wanted) const {
-    const Integer basis = usual_basis(n, k, ncv);
-    const QuarnFloat tolerance = usual_tolerance(tol);
-    const Integer what = sigma != nullptr ? kShiftedSolve : kProduct;
-    const auto multiply = [&](const T* x, T* y) { product(context, what, x, y); };
-    Integer products = sigma != nullptr ? 1 : 0;
-    const QuarnFloat shifted = shifted_norm();
-    KrylovSpace<T> space = with_enough_digits<T>(n, shifted, tolerance, [&](const QuarnFloat& limit) {
-      KrylovSpace<T> found = krylov_schur<T>(
-          {hermitian, n, multiply, wanted, k, basis, sigma != nullptr, tolerance, most - products, limit, v0});
-      products += found.products;
-      return found;
-    });
-    space.products = products;
-    // A random vector becomes shorter by the root of n at most, nearly.
-    space.norm_of_a = sigma != nullptr ? sqrt(QuarnFloat(n)) * shifted + size_of(*sigma) : space.norm;
-    return space;
-  }
-
-  /// About the norm of A - sigma I; 0 without sigma.
-  QuarnFloat shifted_norm() const {
-    if (sigma == nullptr) {
-      return {};
-    }
-    const WorkingDigits more(guarded_digits(n));
-    Basis<T> v(n, 2);
-    v.take_random(1);
-    product(context, kProduct, v.vector(1).first(), v.vector(2).first());
-    add_multiple(n, T(-*sigma), v.vector(1), v.vector(2));
-    return v.norm_of(2);
-  }
-};
 
 }  // namespace tesk

@@ -3,7 +3,7 @@
 
 #include "src/dense/complex_schur.h"
 #include "src/dense/schur_vectors.h"
-#include "src/krylov/call.h"
+#include "src/krylov/eigen_call.h"
 
 namespace tesk {
 namespace {
@@ -94,7 +94,7 @@ struct GeneralCall {
     }
     *m = Integer(values.size());
     *nprod = products;
-    return space.end == KrylovEnd::converged && small ? 0 : 1;
+    return info_of(space.end, small);
   }
 
   /// The eigenpairs of A that those of the form stand for; vectors of length 1.

@@ -2,7 +2,7 @@
 #include <vector>
 
 #include "src/dense/householder.h"
-#include "src/krylov/call.h"
+#include "src/krylov/eigen_call.h"
 
 namespace tesk {
 namespace {
@@ -32,31 +32,24 @@ struct HermitianCall {
     const Integer k = given.k;
     const OneBasedMatrix<T> vectors = space.v.view();
     round_elements<T>(n, k, vectors);
-    std::vector<QuarnFloat> values(static_cast<std::size_t>(k));
-    std::vector<QuarnFloat> rests(values.size());
-    bool small = true;
     std::vector<T> image(static_cast<std::size_t>(n));
     const OneBasedVector<T> y(image.data(), 1);
-    for (Integer j = 1; j <= k; ++j) {
+    const auto rayleigh_quotient = [&](Integer j) {
       const OneBasedVector<T> x = vectors.column(j);
-      QuarnFloat& value = values[std::size_t(j) - 1];
-      QuarnFloat& rest = rests[std::size_t(j) - 1];
-      value = rounded_from_more(n, [&] {
-        given.product(given.context, kProduct, x.first(), y.first());
-        return real_product(n, x, y) / sum_of_squares(n, x);
-      });
-      rest = rounded_from_more(n, [&] {
-        add_multiple(n, T(-value), x, y);
-        return length_of(n, y);
-      });
-      if (!isfinite(rest)) {
-        return 2;
-      }
-      small = small && is_small(rest, given.tol, space.norm_of_a);
+      given.product(given.context, kProduct, x.first(), y.first());
+      return real_product(n, x, y) / sum_of_squares(n, x);
+    };
+    const auto residual = [&](Integer j, const QuarnFloat& value) {
+      add_multiple(n, T(-value), vectors.column(j), y);
+      return length_of(n, y);
+    };
+    Measured found = measure(k, n, given.tol, space.norm_of_a, rayleigh_quotient, residual);
+    if (!found.are_finite) {
+      return 2;
     }
-    hand_over<T>(values, rests, false, w, resid, {{vectors, n, z, given.ldz}});
+    hand_over<T>(found, false, w, resid, {{vectors, n, z, given.ldz}});
     *nprod = space.products + k;
-    return space.end == KrylovEnd::converged && small ? 0 : 1;
+    return info_of(space.end, found.are_small);
   }
 };
 

@@ -63,7 +63,6 @@ class LsmrCall {
 
  private:
   static constexpr int kMostTries = 2;
-  static constexpr int kUnits = 30;
 
   /// An x, and norms that belong to it.
   struct Candidate {
@@ -144,7 +143,7 @@ class LsmrCall {
       return true;
     }
     const QuarnFloat size = at.norm * length_of(given_.n, OneBasedVector<T>(at.x.data(), 1));
-    const QuarnFloat rounding = kUnits * epsilon() * size;
+    const QuarnFloat rounding = kRoundingUnits * epsilon() * size;
     if (end == LsmrEnd::least_squares) {
       return at.gradient <= at.norm * (asked_.a * at.residual + rounding);
     }

@@ -65,38 +65,31 @@ struct SingularCall {
   Integer deliver(const SingularSpace<T>& space, OneBasedMatrix<T> left, OneBasedMatrix<T> right) const {
     round_elements<T>(m, k, left);
     round_elements<T>(n, k, right);
-    std::vector<QuarnFloat> values(static_cast<std::size_t>(k));
-    std::vector<QuarnFloat> rests(values.size());
-    bool small = true;
     std::vector<T> image(static_cast<std::size_t>(m));
     std::vector<T> adjoint_image(static_cast<std::size_t>(n));
     const OneBasedVector<T> av(image.data(), 1);
     const OneBasedVector<T> ahu(adjoint_image.data(), 1);
-    for (Integer j = 1; j <= k; ++j) {
+    const auto rayleigh_quotient = [&](Integer j) {
       const OneBasedVector<T> x = left.column(j);
       const OneBasedVector<T> y = right.column(j);
-      QuarnFloat& value = values[std::size_t(j) - 1];
-      QuarnFloat& rest = rests[std::size_t(j) - 1];
-      value = rounded_from_more(std::max(m, n), [&] {
-        product(context, kProduct, y.first(), av.first());
-        product(context, kAdjointProduct, x.first(), ahu.first());
-        return fabs(real_product(m, x, av)) / sqrt(sum_of_squares(m, x) * sum_of_squares(n, y));
-      });
-      rest = rounded_from_more(std::max(m, n), [&] {
-        add_multiple(m, T(-value), x, av);
-        add_multiple(n, T(-value), y, ahu);
-        QuarnFloat left_rest = length_of(m, av);
-        QuarnFloat right_rest = length_of(n, ahu);
-        return right_rest <= left_rest || isnan(left_rest) ? left_rest : right_rest;
-      });
-      if (!isfinite(rest)) {
-        return 2;
-      }
-      small = small && is_small(rest, tol, space.norm);
+      product(context, kProduct, y.first(), av.first());
+      product(context, kAdjointProduct, x.first(), ahu.first());
+      return fabs(real_product(m, x, av)) / sqrt(sum_of_squares(m, x) * sum_of_squares(n, y));
+    };
+    const auto residual = [&](Integer j, const QuarnFloat& value) {
+      add_multiple(m, T(-value), left.column(j), av);
+      add_multiple(n, T(-value), right.column(j), ahu);
+      QuarnFloat of_left = length_of(m, av);
+      QuarnFloat of_right = length_of(n, ahu);
+      return of_right <= of_left || isnan(of_left) ? of_left : of_right;
+    };
+    Measured found = measure(k, std::max(m, n), tol, space.norm, rayleigh_quotient, residual);
+    if (!found.are_finite) {
+      return 2;
     }
-    hand_over<T>(values, rests, true, s, resid, {{left, m, u, ldu}, {right, n, v, ldv}});
+    hand_over<T>(found, true, s, resid, {{left, m, u, ldu}, {right, n, v, ldv}});
     *nprod = space.products + 2 * k;
-    return space.end == KrylovEnd::converged && small ? 0 : 1;
+    return info_of(space.end, found.are_small);
   }
 };
 
