@@ -1,5 +1,5 @@
-// Eigenvalues, singular values and least squares of large matrices in the C++ interface. Part of tesk2mp.hpp; krylov.h
-// documents the methods.
+// Some eigenvalues, some singular values and least squares of large matrices, which are sparse or known by their
+// products alone, in the C++ interface. Part of tesk2mp.hpp; krylov.h documents methods, sources and cost.
 #pragma once
 
 #include <algorithm>
@@ -33,55 +33,53 @@ enum class Dominant {
   smallest_imaginary
 };
 
-/// y := function(x), of vectors whose lengths are those of the matrix. It works at the digits of the moment, which are
-/// some more than the caller's.
+/// Writes the product of a matrix and x to y, which does not overlap x; x has as many elements as the matrix has
+/// columns, y as many as it has rows. Called at some digits more than the caller's, which are the working digits then.
 template <Scalar T>
 using Product = std::function<void(std::span<const T> x, std::span<T> y)>;
 
-/// What eigsh() and eigs() share.
+/// Options of eigsh(), eigs() and svds() for k values of a matrix of order n, or with n the smaller dimension.
 template <Scalar T>
 struct KrylovOptions {
   bool vectors = true;
-  Real tolerance = 0;         ///< of residuals beside the norm of A; 0: the machine precision
-  std::size_t basis = 0;      ///< vectors at a time; 0: the usual number
-  Integer most_products = 0;  ///< 0: 20 n, and no less than 10,000
-  std::vector<T> start;       ///< where to begin; empty: random numbers, the same ones in each call
+  Real tolerance = 0;     ///< largest residual divided by the norm of A, 0 ... 1; 0: the machine precision
+  std::size_t basis = 0;  ///< vectors of the Krylov space, k + 2 ... n, or n; 0: max(2 k + 2, 20 + digits / 4), or n
+  Integer most_products = 0;  ///< after which the next restart gives up, >= 1; 0: 20 n, at least 10,000
+  std::vector<T> start;       ///< n elements, finite and not all 0; empty: random numbers, the same ones in each call
 };
 
-/// How eigsh() works.
+/// Options of eigsh().
 template <Scalar T>
 struct HermitianEigenOptions : KrylovOptions<T> {
   Extreme which = Extreme::largest_magnitude;  ///< with sigma of 1 / (lambda - sigma): largest_magnitude is the nearest
-  std::optional<Real> sigma;                   ///< the eigenvalues near this number
+  std::optional<Real> sigma;                   ///< shift, finite: finds the eigenvalues near this number
 };
 
-/// How eigs() works.
+/// Options of eigs().
 template <Scalar T>
 struct EigenOptions : KrylovOptions<T> {
-  Dominant which = Dominant::largest_magnitude;  ///< as with eigsh()
-  std::optional<T> sigma;
+  Dominant which = Dominant::largest_magnitude;  ///< with sigma of 1 / (lambda - sigma), as with eigsh()
+  std::optional<T> sigma;                        ///< shift, finite
 };
 
-/// Some eigenvalues of a symmetric or Hermitian matrix, ascending, with orthonormal eigenvectors in the columns of
-/// `vectors`, and the norms of A v - lambda v.
+/// k eigenvalues of a symmetric or Hermitian matrix of order n.
 template <Scalar T>
 struct HermitianEigenpairs {
-  std::vector<Real> values;
-  Matrix<T> vectors;
-  std::vector<Real> residuals;
-  Integer products = 0;
+  std::vector<Real> values;     ///< ascending
+  Matrix<T> vectors;            ///< n by k, orthonormal columns; 0 by 0 without options.vectors
+  std::vector<Real> residuals;  ///< the norms of A v - lambda v, for values and vectors as returned
+  Integer products = 0;         ///< that were formed
 };
 
-/// Some eigenvalues of a general matrix, the most wanted first, with eigenvectors of length 1 in the columns of
-/// `vectors`, and the norms of A v - lambda v.
+/// k eigenvalues of a general matrix of order n, or k + 1 where a real matrix has two conjugates that would be parted.
 struct Eigenpairs {
-  std::vector<Complex> values;
-  Matrix<Complex> vectors;
-  std::vector<Real> residuals;
-  Integer products = 0;
+  std::vector<Complex> values;  ///< the most wanted first
+  Matrix<Complex> vectors;      ///< n rows, columns of length 1; 0 by 0 without options.vectors
+  std::vector<Real> residuals;  ///< the norms of A v - lambda v, for values and vectors as returned
+  Integer products = 0;         ///< that were formed
 };
 
-/// NumericalFailure 1 of eigsh(), eigs(), svds() and lsmr(), with what was found until then.
+/// NumericalFailure 1 of eigsh(), eigs(), svds() and lsmr(); `result` is the best there was.
 template <class Result>
 class NotConverged : public NumericalFailure {
  public:
@@ -93,8 +91,8 @@ class NotConverged : public NumericalFailure {
 
 namespace detail {
 
-/// What the exports ask for, of functions that work on spans of these lengths. What one throws is kept, since not every
-/// system lets it pass through the library, which ends by a product that is no number.
+/// The operator that the exports call, made of functions on spans. An exception of one of them is kept for rethrow(),
+/// since not every system lets it pass through the library: from then on products are NaN, which ends the routine.
 template <Scalar T>
 struct OperatorContext {
   std::size_t rows;
@@ -126,7 +124,7 @@ struct OperatorContext {
   }
 };
 
-/// A limit that was given, or where it is 0 so many times n, no less than `least` and no more than an Integer holds.
+/// `given`, unless it is 0; then `times` n, at least `least` and at most the largest Integer.
 inline Integer limit_of(Integer given, std::size_t n, std::size_t times, std::size_t least) {
   constexpr std::size_t kLargest = std::numeric_limits<Integer>::max();
   return given != 0 ? given : n > kLargest / times ? Integer(kLargest) : Integer(std::max(least, times * n));
@@ -143,37 +141,65 @@ void require_krylov(const char* routine, std::size_t n, std::size_t k, const Opt
           " elements");
 }
 
-/// The letters of an enumerator.
+/// The letters that the exports take for an enumerator.
 template <class Which, std::size_t kCount>
 const char* letters_of(const char* routine, Which which, const char* const (&letters)[kCount]) {
   require(std::size_t(which) < kCount, routine, 1, "no such choice of eigenvalues: ", std::int64_t(which));
   return letters[std::size_t(which)];
 }
 
+/// Null, which stands for the default, where it is empty.
+template <class T>
+const T* data_or_null(const std::vector<T>& x) {
+  return x.empty() ? nullptr : x.data();
+}
+/// Null where vectors are not wanted.
+template <class T>
+T* data_or_null(Matrix<T>& vectors, bool wanted) {
+  return wanted ? vectors.data() : nullptr;
+}
+
+/// Throws what INFO of an export reports, illegal arguments by this text and not finite products by that one; otherwise
+/// returns the result.
 template <class Result>
-Result converged(const char* routine, Integer info, Result result) {
+Result reported(const char* routine, Integer info, Result result, const char* illegal, const char* failed) {
+  require(info >= 0, routine, -info, illegal);
+  if (info > 1) {
+    throw NumericalFailure(routine, info, 0, failed, {});
+  }
   if (info == 1) {
     throw NotConverged<Result>(routine, std::move(result));
   }
   return result;
 }
 
-inline void raise_krylov(const char* routine, Integer info) {
-  require(info >= 0, routine, -info,
-          info == -4    ? "sigma is not finite"
-          : info == -7  ? "a basis that is neither n nor larger than k + 1"
-          : info == -8  ? "a tolerance outside 0 ... 1"
-          : info == -10 ? "a start vector that is zero or not finite"
-                        : "a wrong number");
-  if (info > 1) {
-    throw NumericalFailure(
-        routine, info, 0,
-        "a product with the matrix is not finite, a projection has no values, or sigma is an eigenvalue", {});
-  }
+/// The same of the exports for eigenvalues and singular values.
+template <class Result>
+Result reported(const char* routine, Integer info, Result result) {
+  return reported(routine, info, std::move(result),
+                  info == -4    ? "sigma is not finite"
+                  : info == -7  ? "a basis that is neither n nor larger than k + 1"
+                  : info == -8  ? "a tolerance outside 0 ... 1"
+                  : info == -10 ? "a start vector that is zero or not finite"
+                                : "a wrong number",
+                  "a product with the matrix is not finite, a projection has no values, or sigma is an eigenvalue");
 }
 
-/// (A - sigma I)^-1 x of a whole matrix that the caller keeps, by complete factors, which are made anew when more
-/// digits are asked for than they have.
+/// Calls an export for eigenvalues, whose last arguments, from W to NPROD, are `results`; returns INFO.
+template <class T, class Export, class Options, class... Results>
+Integer call_for_eigenvalues(Export function, const char* which, std::size_t k, const Options& options,
+                             OperatorContext<T>& context, Results... results) {
+  const std::size_t n = context.rows;
+  Integer info = 0;
+  function(which, count_of(n), count_of(k), options.sigma ? &*options.sigma : nullptr, OperatorContext<T>::form,
+           &context, count_of(options.basis), options.tolerance, most_products(options.most_products, n),
+           data_or_null(options.start), results..., &info, 2);
+  context.rethrow();
+  return info;
+}
+
+/// (A - sigma I)^-1 x of a whole matrix that the caller keeps, by complete factors; they are made again when there are
+/// more working digits than they have.
 template <Scalar T, class Shift>
 Product<T> shifted_solve(const SparseMatrix<T>& a, const Shift& sigma) {
   struct State {
@@ -196,10 +222,11 @@ Product<T> shifted_solve(const SparseMatrix<T>& a, const Shift& sigma) {
 
 }  // namespace detail
 
-/// k eigenvalues of a symmetric or Hermitian matrix of order n that is known by its products; with options.sigma
-/// `solve` is (A - sigma I)^-1. Throws InvalidArgument; NotConverged when options.most_products did not do or residuals
-/// are larger than was asked for; NumericalFailure 2 when a product is not finite or sigma is an eigenvalue. What the
-/// functions throw passes through.
+/// k eigenvalues, 1 <= k <= n, of a symmetric or Hermitian matrix of order n that is known by its products; with
+/// options.sigma `solve` is (A - sigma I)^-1. Throws InvalidArgument; NotConverged when options.most_products were not
+/// enough or residuals are larger than asked for; NumericalFailure 2 when a product is not finite or sigma is an
+/// eigenvalue; and what the functions throw. Cost: a product and 4 n options.basis multiply-adds for each vector of the
+/// Krylov space.
 ///
 /// @code
 /// const auto top = tesk2mp::eigsh<tesk2mp::Real>(n, product, 3).values;
@@ -214,17 +241,11 @@ HermitianEigenpairs<T> eigsh(std::size_t n, const std::type_identity_t<Product<T
   detail::OperatorContext<T> context{n, n, product, {}, solve};
   HermitianEigenpairs<T> pairs{std::vector<Real>(k), Matrix<T>(options.vectors ? n : 0, options.vectors ? k : 0),
                                std::vector<Real>(k)};
-  Integer info = 0;
-  detail::pick<T>(QuarnMPX_deigsh_, QuarnMPX_zeigsh_)(
-      detail::letters_of(routine, options.which, kWhich), detail::count_of(n), detail::count_of(k),
-      options.sigma ? &*options.sigma : nullptr, detail::OperatorContext<T>::form, &context,
-      detail::count_of(options.basis), options.tolerance, detail::most_products(options.most_products, n),
-      options.start.empty() ? nullptr : options.start.data(), pairs.values.data(),
-      options.vectors ? detail::RawMatrix<T>{pairs.vectors.view()}.data : nullptr, detail::count_of(n),
-      pairs.residuals.data(), &pairs.products, &info, 2);
-  context.rethrow();
-  detail::raise_krylov(routine, info);
-  return detail::converged(routine, info, std::move(pairs));
+  const Integer info = detail::call_for_eigenvalues(
+      detail::pick<T>(QuarnMPX_deigsh_, QuarnMPX_zeigsh_), detail::letters_of(routine, options.which, kWhich), k,
+      options, context, pairs.values.data(), detail::data_or_null(pairs.vectors, options.vectors), detail::count_of(n),
+      pairs.residuals.data(), &pairs.products);
+  return detail::reported(routine, info, std::move(pairs));
 }
 
 /// The same of a sparse matrix, which is Hermitian: a triangle, or a whole matrix that is_hermitian(). With
@@ -239,8 +260,9 @@ HermitianEigenpairs<T> eigsh(const SparseMatrix<T>& a, std::size_t k, const Herm
                   options.sigma ? detail::shifted_solve<T>(matrix, *options.sigma) : Product<T>());
 }
 
-/// k eigenvalues of a general matrix of order n that is known by its products, one more where a real matrix has two
-/// conjugates that would be parted; with options.sigma `solve` is (A - sigma I)^-1. Throws as eigsh() does.
+/// k eigenvalues, 1 <= k <= n, of a general matrix of order n that is known by its products, one more where a real
+/// matrix has two conjugates that would be parted; with options.sigma `solve` is (A - sigma I)^-1. Failures and cost
+/// are those of eigsh().
 template <Scalar T>
 Eigenpairs eigs(std::size_t n, const std::type_identity_t<Product<T>>& product, std::size_t k,
                 const EigenOptions<T>& options = {}, const std::type_identity_t<Product<T>>& solve = {}) {
@@ -251,28 +273,18 @@ Eigenpairs eigs(std::size_t n, const std::type_identity_t<Product<T>>& product, 
   Eigenpairs pairs{std::vector<Complex>(k + 1), Matrix<Complex>(options.vectors ? n : 0, options.vectors ? k + 1 : 0),
                    std::vector<Real>(k + 1)};
   Integer found = 0;
-  Integer info = 0;
-  detail::pick<T>(QuarnMPX_deigs_, QuarnMPX_zeigs_)(
-      detail::letters_of(routine, options.which, kWhich), detail::count_of(n), detail::count_of(k),
-      options.sigma ? &*options.sigma : nullptr, detail::OperatorContext<T>::form, &context,
-      detail::count_of(options.basis), options.tolerance, detail::most_products(options.most_products, n),
-      options.start.empty() ? nullptr : options.start.data(), pairs.values.data(),
-      options.vectors ? detail::RawMatrix<Complex>{pairs.vectors.view()}.data : nullptr, detail::count_of(n),
-      pairs.residuals.data(), &found, &pairs.products, &info, 2);
-  context.rethrow();
-  detail::raise_krylov(routine, info);
-  pairs.values.resize(std::size_t(found));
-  pairs.residuals.resize(std::size_t(found));
-  if (options.vectors && std::size_t(found) == k) {
-    Matrix<Complex> vectors(n, k);
-    for (std::size_t j = 0; j < k; ++j) {
-      for (std::size_t i = 0; i < n; ++i) {
-        vectors(i, j) = std::move(pairs.vectors(i, j));
-      }
+  const Integer info = detail::call_for_eigenvalues(
+      detail::pick<T>(QuarnMPX_deigs_, QuarnMPX_zeigs_), detail::letters_of(routine, options.which, kWhich), k, options,
+      context, pairs.values.data(), detail::data_or_null(pairs.vectors, options.vectors), detail::count_of(n),
+      pairs.residuals.data(), &found, &pairs.products);
+  if (info == 0 || info == 1) {
+    pairs.values.resize(std::size_t(found));
+    pairs.residuals.resize(std::size_t(found));
+    if (options.vectors && std::size_t(found) == k) {
+      pairs.vectors = Matrix<Complex>(pairs.vectors.view().block(0, 0, n, k));
     }
-    pairs.vectors = std::move(vectors);
   }
-  return detail::converged(routine, info, std::move(pairs));
+  return detail::reported(routine, info, std::move(pairs));
 }
 
 /// The same of a sparse matrix. With options.sigma its complete factors are made; NumericalFailure of SPARSE_LU when
@@ -308,7 +320,7 @@ class SparseRectangle {
   std::size_t rows() const { return rows_; }
   std::size_t columns() const { return columns_; }
   std::size_t entries() const { return square_.entries(); }
-  /// The matrix with zeros below it or beside it.
+  /// The square matrix of order max(rows, columns) with zeros below this one or beside it.
   const SparseMatrix<T>& square() const { return square_; }
 
   /// y := A x, or A^H x, with one rounding of each element.
@@ -328,24 +340,25 @@ class SparseRectangle {
   SparseMatrix<T> square_;
 };
 
-/// How svds() works; `start` has as many elements as there are columns, or rows when these are fewer.
+/// Options of svds(); `start` has as many elements as there are columns, or rows when these are fewer.
 template <Scalar T>
 struct SingularOptions : KrylovOptions<T> {
-  bool smallest = false;
+  bool smallest = false;  ///< instead of the largest singular values
 };
 
-/// Some singular values, descending, with orthonormal singular vectors in the columns of U and V, and the larger of the
-/// norms of A v - s u and A^H u - s v.
+/// k singular values of an m by n matrix.
 template <Scalar T>
 struct SingularTriplets {
-  Matrix<T> u;
-  std::vector<Real> values;
-  Matrix<T> v;
-  std::vector<Real> residuals;
-  Integer products = 0;
+  Matrix<T> u;                  ///< m by k, orthonormal columns; 0 rows and columns without options.vectors, as v
+  std::vector<Real> values;     ///< descending
+  Matrix<T> v;                  ///< n by k, orthonormal columns
+  std::vector<Real> residuals;  ///< the larger of the norms of A v - s u and A^H u - s v, as returned
+  Integer products = 0;         ///< that were formed
 };
 
-/// k singular values of a matrix that is known by its products and those of its adjoint. Throws as eigsh() does.
+/// k singular values, 1 <= k <= min(rows, columns), of a matrix that is known by its products and those of its adjoint.
+/// Failures are those of eigsh(). Cost: two products and 4 (rows + columns) options.basis multiply-adds for each pair
+/// of vectors of the Krylov spaces.
 template <Scalar T>
 SingularTriplets<T> svds(std::size_t rows, std::size_t columns, const std::type_identity_t<Product<T>>& product,
                          const std::type_identity_t<Product<T>>& adjoint, std::size_t k,
@@ -364,15 +377,15 @@ SingularTriplets<T> svds(std::size_t rows, std::size_t columns, const std::type_
   detail::pick<T>(QuarnMPX_dsvds_, QuarnMPX_zsvds_)(
       options.smallest ? "SM" : "LM", detail::count_of(rows), detail::count_of(columns), detail::count_of(k),
       detail::OperatorContext<T>::form, &context, detail::count_of(options.basis), options.tolerance,
-      detail::most_products(options.most_products, few), options.start.empty() ? nullptr : options.start.data(),
-      found.values.data(), options.vectors ? detail::RawMatrix<T>{found.u.view()}.data : nullptr,
-      detail::count_of(rows), options.vectors ? detail::RawMatrix<T>{found.v.view()}.data : nullptr,
-      detail::count_of(columns), found.residuals.data(), &found.products, &info, 2);
+      detail::most_products(options.most_products, few), detail::data_or_null(options.start), found.values.data(),
+      detail::data_or_null(found.u, options.vectors), detail::count_of(rows),
+      detail::data_or_null(found.v, options.vectors), detail::count_of(columns), found.residuals.data(),
+      &found.products, &info, 2);
   context.rethrow();
-  detail::raise_krylov(routine, info);
-  return detail::converged(routine, info, std::move(found));
+  return detail::reported(routine, info, std::move(found));
 }
 
+/// The same of a sparse matrix.
 template <Scalar T>
 SingularTriplets<T> svds(const SparseRectangle<T>& a, std::size_t k, const SingularOptions<T>& options = {}) {
   return svds<T>(
@@ -386,34 +399,35 @@ SingularTriplets<T> svds(const SparseMatrix<T>& a, std::size_t k, const Singular
       [&a](std::span<const T> x, std::span<T> y) { a.multiply(x, y, Op::conjugate_transpose); }, k, options);
 }
 
-/// How lsmr() works.
+/// Options of lsmr() for an m by n matrix.
 struct LsmrOptions {
-  Real damp = 0;
-  Real atol = 0;  ///< relative errors of A and b; 0: the machine precision
-  Real btol = 0;
-  Real largest_condition = 0;   ///< ends there; 0: never
-  Integer most_iterations = 0;  ///< 0: 10 min(m, n), and no less than 1000
+  Real damp = 0;                ///< the damping, finite and >= 0
+  Real atol = 0;                ///< relative error of A, 0 <= atol < 1; 0: the machine precision, at most 10^-8
+  Real btol = 0;                ///< relative error of b, likewise
+  Real largest_condition = 0;   ///< ends where the condition number seems to be larger, >= 0; 0: never
+  Integer most_iterations = 0;  ///< >= 1; 0: 10 min(m, n), at least 1000
 };
 
-/// exhausted: in the result of NotConverged.
+/// Why an iteration ended: A x = b, or the least squares problem, is solved within the tolerances; the condition number
+/// is larger than was allowed; most_iterations is reached, which only the result of NotConverged reports.
 enum class LsmrStop { solved = 1, least_squares = 2, condition = 3, exhausted = 7 };
 
-/// The x, how the iteration ended, the norms of the residual and of its product with the adjoint for x as it is, and
-/// estimates of norm and condition of A.
+/// What lsmr() returns; A and the residual r are those with the damping: (A; damp I), (b - A x; -damp x).
 template <Scalar T>
 struct LsmrSolution {
   std::vector<T> x;
   LsmrStop stop = LsmrStop::solved;
   Integer iterations = 0;
-  Real residual_norm;
-  Real gradient_norm;
-  Real matrix_norm;
-  Real condition;
+  Real residual_norm;  ///< of r, for x as returned
+  Real gradient_norm;  ///< of A^H r, for x as returned
+  Real matrix_norm;    ///< an estimate of the Frobenius norm of A, from below for few iterations
+  Real condition;      ///< an estimate of the condition number of A, from below
 };
 
-/// The x of least ||b - A x||^2 + damp^2 ||x||^2, for a matrix of b.size() rows that is known by its products and those
-/// of its adjoint. Throws InvalidArgument; NotConverged when the iterations did not do; NumericalFailure 2 when a
-/// product is not finite. What the functions throw passes through.
+/// The x that minimises ||b - A x||^2 + damp^2 ||x||^2, for a matrix of b.size() rows that is known by its products and
+/// those of its adjoint. Throws InvalidArgument; NotConverged when options.most_iterations were not enough;
+/// NumericalFailure 2 when a product is not finite; and what the functions throw. Cost: two products and
+/// 3 b.size() + 7 columns multiply-adds for each iteration.
 template <Scalar T>
 LsmrSolution<T> lsmr(std::size_t columns, const std::type_identity_t<Product<T>>& product,
                      const std::type_identity_t<Product<T>>& adjoint, std::span<const std::type_identity_t<T>> b,
@@ -433,14 +447,12 @@ LsmrSolution<T> lsmr(std::size_t columns, const std::type_identity_t<Product<T>>
       &solution.residual_norm, &solution.gradient_norm, &solution.matrix_norm, &solution.condition,
       &solution.iterations, &stop, &info);
   context.rethrow();
-  detail::require(info >= 0, routine, -info,
-                  info == -6 ? "a damping that is negative or not finite" : "a wrong number");
-  if (info > 1) {
-    throw NumericalFailure(routine, info, 0, "a product with the matrix is not finite", {});
-  }
   solution.stop = LsmrStop(stop);
-  return detail::converged(routine, info, std::move(solution));
+  return detail::reported(routine, info, std::move(solution),
+                          info == -6 ? "a damping that is negative or not finite" : "a wrong number",
+                          "a product with the matrix is not finite");
 }
+/// The same of a sparse matrix.
 template <Scalar T>
 LsmrSolution<T> lsmr(const SparseRectangle<T>& a, std::span<const std::type_identity_t<T>> b,
                      const LsmrOptions& options = {}) {
