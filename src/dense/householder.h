@@ -12,6 +12,7 @@
 #include "src/dense/reflector.h"
 #include "src/kernels/exact_level3.h"
 #include "src/kernels/own_matrix.h"
+#include "src/kernels/safe_range.h"
 
 namespace tesk {
 
@@ -26,19 +27,14 @@ inline QuarnFloat sum_of_squares(Integer n, OneBasedVector<Complex> x) {
                      QuarnDot(size, &x.first()->im, step, &x.first()->im, step);
 }
 
-/// Squares of numbers between 10^-400,000,000 and 10^400,000,000 are well within the range, sums of them too.
-inline constexpr int kFarthestSquared = 400'000'000;
-
 /// The power of ten of a size whose square is not well within the range; otherwise, and if it is not finite, 0.
 inline int far_decade(const QuarnFloat& size) {
-  const QuarnFloat bound(1, kFarthestSquared);
-  return size == 0 || !isfinite(size) || (size > 1 / bound && size < bound) ? 0 : ilogb(size);
+  return size == 0 || !isfinite(size) || is_within(size, kFarthestSquared) ? 0 : ilogb(size);
 }
 /// That of the largest part of x, where the squares of all but x(1) add up to `rest`.
 template <class T>
 int far_decade(Integer n, OneBasedVector<T> x, const QuarnFloat& rest) {
-  const bool is_safe = rest > QuarnFloat(1, -2 * kFarthestSquared) && rest < QuarnFloat(1, 2 * kFarthestSquared) &&
-                       magnitude(x(1)) < QuarnFloat(1, kFarthestSquared);
+  const bool is_safe = is_within(rest, 2 * kFarthestSquared) && magnitude(x(1)) < QuarnFloat(1, kFarthestSquared);
   return is_safe || isnan(rest) ? 0 : far_decade(magnitude(x(index_of_largest(n, x))));
 }
 

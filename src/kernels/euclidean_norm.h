@@ -5,6 +5,7 @@
 
 #include "quarn/complex.h"
 #include "quarn/functions.h"
+#include "src/kernels/safe_range.h"
 #include "src/kernels/scalar.h"
 #include "src/kernels/views.h"
 
@@ -21,10 +22,7 @@ inline void add_square(QuarnFloat& sum, const Complex& x) {
 }
 
 /// A norm whose squares are in the range, with room for sums and products.
-inline bool is_safe_norm(const QuarnFloat& norm) {
-  constexpr int kSafe = 200'000'000;
-  return norm > QuarnFloat(1, -kSafe) && norm < QuarnFloat(1, kSafe);
-}
+inline bool is_safe_norm(const QuarnFloat& norm) { return is_within(norm, kFarthestMultiplied); }
 
 /// The Euclidean norm of element(1) ... element(n).
 template <class Element>

@@ -339,7 +339,7 @@ void Solver<T>::restart() {
   copy(preconditioned_slot(), kResidual);
   const QuarnFloat& size = state_[Place::restart_residual];
   state_[Place::unit] = 1;
-  if (size > 0 && !(size > QuarnFloat(1, -kScaledDecades) && size < QuarnFloat(1, kScaledDecades))) {
+  if (size > 0 && !is_within(size, kScaledDecades)) {
     const int decade = ilogb(size);
     state_[Place::unit] = QuarnFloat(1, decade);
     scale(n(), QuarnFloat(1, -decade), vector(kResidual));
@@ -350,8 +350,7 @@ void Solver<T>::restart() {
 
 template <class T>
 bool Solver<T>::advance_iterate(const T& alpha, Integer source) const {
-  constexpr int kOrdinary = 400'000'000;
-  const QuarnFloat bound(1, kOrdinary);
+  const QuarnFloat bound(1, kFarthestSquared);
   T factor = alpha;
   multiply_by(factor, unit());
   const SolverVector<T> v = vector(source);
