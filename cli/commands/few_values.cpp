@@ -104,6 +104,9 @@ BoundedReal near_value(Near& near, const QuarnFloat& value, const Vectors&... ve
   return {value, near.distance(value, vectors...)};
 }
 
+/// Without a bound a value says nothing.
+bool is_known(const BoundedReal& x) { return x.error.is_finite(); }
+
 /// find() gives values and how far each of them is from one of the matrix at most. With as many working digits as all
 /// true digits take, said in the second note; or once, and how many are true in the last one.
 std::vector<BoundedReal> search(const ProofOptions& options, const std::string& routine, const std::string& what,
@@ -117,8 +120,7 @@ std::vector<BoundedReal> search(const ProofOptions& options, const std::string& 
         bool had_bounds = true;
         with_true_digits(options, worked_with, [&] {
           found = find();
-          const bool has_bounds =
-              std::all_of(found.begin(), found.end(), [](const BoundedReal& x) { return x.error.is_finite(); });
+          const bool has_bounds = std::all_of(found.begin(), found.end(), is_known);
           if (!has_bounds && !std::exchange(had_bounds, has_bounds)) {
             throw tesk2mp::NumericalFailure("TO_DIGITS", 1, 0, "a value that may be 0 has no bound", {});
           }
@@ -147,16 +149,16 @@ std::vector<BoundedReal> search(const ProofOptions& options, const std::string& 
   return found;
 }
 
-/// As it is printed; NaN where nothing is known.
+/// As programs get it; NaN where nothing is known.
 QuarnFloat shown_value(const BoundedReal& x) {
-  return x.error.is_finite() ? tesk2mp::proven::known_value(x) : QuarnFloat("nan");
+  return is_known(x) ? tesk2mp::proven::known_value(x) : QuarnFloat("nan");
 }
 
-/// In the table for people "?" stands for what is not known.
-void mark_unknown(Result& result) {
-  for (ResultColumn& column : result.table) {
-    for (std::string& cell : column.cells) {
-      cell = cell == "nan" ? "?" : cell;
+/// In a column for people "?" stands for values of which nothing is known.
+void mark_unknown(ResultColumn& column, const std::vector<BoundedReal>& values) {
+  for (std::size_t j = 0; j < values.size(); ++j) {
+    if (!is_known(values[j])) {
+      column.cells[j] = "?";
     }
   }
 }
@@ -184,16 +186,6 @@ QuarnFloat largest_entry(const tesk2mp::SparseMatrix<T>& a) {
   return largest;
 }
 
-/// A row each, with bounds where there are.
-void add_values(Result& result, const std::vector<Complex>& values, const std::vector<QuarnFloat>& errors,
-                bool errors_in_text) {
-  add_complex_numbers(result, values);
-  mark_unknown(result);
-  if (!errors.empty()) {
-    add_errors(result, errors, "value", errors_in_text);
-  }
-}
-
 /// Columns x1, x2, ... of the vectors, in that order.
 template <class T>
 void add_vectors(Result& result, const tesk2mp::Matrix<T>& vectors, const std::vector<std::size_t>& order) {
@@ -208,8 +200,7 @@ void add_vectors(Result& result, const tesk2mp::Matrix<T>& vectors, const std::v
   }
 }
 
-void add_plane(Result& result, const std::string& title, std::vector<Complex> values) {
-  std::erase_if(values, [](const Complex& z) { return isnan(z.re); });
+void add_plane(Result& result, const std::string& title, const std::vector<Complex>& values) {
   result.picture = [title, values](const std::string& file) { draw(ComplexPlane{title, values}, file); };
 }
 
@@ -260,18 +251,24 @@ Result hermitian_result(const FewOptions& options, const SparseMatrix& matrix, c
   result.notes[1] += std::string(": the matrix is ") + (matrix.complex() ? "Hermitian" : "symmetric");
   result.notes.emplace_back("an estimate: that these are the ones that are wanted, and how often each counts");
   std::vector<Complex> values;
+  std::vector<Complex> known_values;
   std::vector<BoundedReal> ordered;
   const std::vector<std::size_t> order = most_wanted_first(options, near, pairs.values);
   for (const std::size_t j : order) {
     ordered.push_back(found[j]);
     values.emplace_back(shown_value(found[j]));
+    if (is_known(found[j])) {
+      known_values.push_back(values.back());
+    }
   }
   result.facts.push_back({"products", std::to_string(pairs.products), true});
-  add_values(result, values, errors_of(ordered), options.proof.errors);
+  add_complex_numbers(result, values);
+  mark_unknown(result.table[1], ordered);
+  add_errors(result, errors_of(ordered), "value", options.proof.errors);
   if (options.vectors) {
     add_vectors(result, pairs.vectors, order);
   }
-  add_plane(result, result.notes.front(), values);
+  add_plane(result, result.notes.front(), known_values);
   return result;
 }
 
@@ -337,7 +334,7 @@ Result general_result(const FewOptions& options, const SparseMatrix& matrix, con
   result.facts.push_back({"products", std::to_string(pairs.products), true});
   result.facts.push_back({"largest_residual", brief(residual)});
   const std::vector<Complex> values = estimated_values(options.proof, estimate.numbers);
-  add_values(result, values, {}, false);
+  add_complex_numbers(result, values);
   if (options.vectors) {
     std::vector<std::size_t> order(values.size());
     std::iota(order.begin(), order.end(), 0);
@@ -422,7 +419,7 @@ Result singular_result(const FewOptions& options, const SparseMatrix& matrix, co
   const ResultColumn counts = count_column("i", positions(Integer(values.size())));
   result.table = {counts, aligned_column("value", values, largest_magnitude(values))};
   result.data = {counts, {"value", exact_cells(values)}};
-  mark_unknown(result);
+  mark_unknown(result.table[1], found);
   add_errors(result, errors_of(found), "value", options.proof.errors);
   result.picture = [title = result.notes.front(), values](const std::string& file) {
     Panel panel = panel_of_elements(title, "value", values);
