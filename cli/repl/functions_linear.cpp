@@ -1,4 +1,4 @@
-// Linear equations, factorisations, eigenvalues, norms.
+// Linear equations, factorisations, eigenvalues, norms, functions of matrices.
 #include <algorithm>
 #include <array>
 #include <numeric>
@@ -6,51 +6,13 @@
 
 #include "cli/io/result.h"
 #include "cli/repl/fault.h"
-#include "cli/repl/functions.h"
-#include "cli/system/progress.h"
+#include "cli/repl/linear_algebra.h"
 #include "tesk2mp/proven_matrix_functions.hpp"
 #include "tesk2mp/proven_pseudo_inverse.hpp"
 
 namespace cli::repl {
 
 namespace {
-
-// The work is counted in factorisations.
-Progress factorising(const Array& a, bool is_real, double factorisations) {
-  const double order = double(std::min(a.rows(), a.columns()));
-  return Progress::estimated("factorising", factorisations * factorisation_cost(order, !is_real));
-}
-
-// Real matrices take the real routines, at a quarter of the cost: body(matrix) for either, without bounds.
-template <class Body>
-auto with_real_or_complex(const Array& a, double factorisations, const Body& body) {
-  const Progress progress = factorising(a, is_real(a), factorisations);
-  return is_real(a) ? body(real_array(a)) : body(a);
-}
-
-// The same with bounds.
-template <class Body>
-auto with_bounded(const Known& a, double factorisations, const Body& body) {
-  const Progress progress = factorising(a.array(), is_real(a), factorisations);
-  return with_matrix(a, body);
-}
-
-const Known& known_square(const Arguments& arguments) {
-  (void)arguments.square(0);
-  return arguments.known(0);
-}
-
-/// The second argument as columns of so many numbers; a vector in either direction.
-Known right_side(const Arguments& arguments, std::size_t rows) {
-  const Array& b = arguments.array(1);
-  if (b.rows() == 1 && b.columns() == rows) {
-    return {reshaped(elements(b), rows, 1), arguments.known(1).errors};
-  }
-  if (b.rows() != rows) {
-    throw Unfit("right-hand sides of " + std::to_string(rows) + " numbers are needed here, not " + shape(b), 1);
-  }
-  return arguments.known(1);
-}
 
 Knowns solve(Evaluation& /*evaluation*/, const Arguments& arguments) {
   const Known& a = known_square(arguments);
@@ -111,49 +73,6 @@ Knowns norm(Evaluation& /*evaluation*/, const Arguments& arguments) {
   const std::size_t kind = arguments.count() == 2 ? arguments.choice(1, {"fro", "one", "inf", "max"}) : 0;
   return {
       known(with_matrix(arguments.known(0), [&](const auto& a) { return as_number(proven::norm(kKinds[kind], a)); }))};
-}
-
-bool is_finite(const Complex& z) { return isfinite(z.re) && isfinite(z.im); }
-
-std::string place(std::size_t i, std::size_t j) {
-  return "element (" + std::to_string(i + 1) + ", " + std::to_string(j + 1) + ")";
-}
-
-// Unknown numbers may be finite.
-void require_finite_numbers(const Arguments& arguments) {
-  const Array& a = arguments.array(0);
-  for (std::size_t k = 0; k < size(a); ++k) {
-    if (!is_finite(a.data()[k]) && element(arguments.known(0), k).is_exact()) {
-      throw Unfit(place(k % a.rows(), k / a.rows()) + " is not finite", 0);
-    }
-  }
-}
-
-// What follows has no proof for some arguments ----------------------------------------------------------------------
-
-/// More digits may bring a proof; hardly where there are many already.
-void require_many_digits(const Evaluation& evaluation, const Array& a) {
-  const std::size_t order = std::min(a.rows(), a.columns());
-  if (!evaluation.is_last && QuarnDigits() < 4 * (evaluation.digits + 10) + 4 * int(order)) {
-    throw Undecided();
-  }
-}
-
-bool is_bounded(const Knowns& values) {
-  return std::all_of(values.begin(), values.end(), [](const Known& each) {
-    return std::all_of(each.errors.begin(), each.errors.end(),
-                       [](const PartErrors& error) { return error.re.is_finite() && error.im.is_finite(); });
-  });
-}
-
-/// The results if they have bounds. Otherwise more digits may bring them; where those hardly will, estimates follow.
-template <PlainFunction kFunction>
-Knowns proven_or_estimated(Evaluation& evaluation, const Arguments& arguments, const Knowns& found) {
-  if (is_bounded(found)) {
-    return found;
-  }
-  require_many_digits(evaluation, arguments.array(0));
-  return estimated<kFunction>(evaluation, arguments);
 }
 
 // A diagonal that is real is exactly so.
@@ -219,13 +138,9 @@ Values estimated_chol(State& /*state*/, const Arguments& arguments) {
 }
 
 // Numbers that are not known exactly may be mirror images of each other as far as their bounds say.
-void require_hermitian(const Known& a) {
-  const std::size_t n = a.array().rows();
-  for (std::size_t k = 0; k < n * n; ++k) {
-    if (!is_finite(a.array().data()[k])) {
-      throw Unfit(place(k % n, k / n) + " is not finite", 0);
-    }
-  }
+void require_hermitian(const Arguments& arguments) {
+  const Known& a = known_square(arguments);
+  require_finite(arguments, true);
   if (const auto found = with_matrix(a, [](const auto& matrix) { return proven::unmirrored_element(matrix); })) {
     throw Unfit(std::string("not ") + (is_real(a) ? "symmetric" : "Hermitian") + ": " +
                     place(found->first, found->second) + " differs from its mirror image",
@@ -234,8 +149,8 @@ void require_hermitian(const Known& a) {
 }
 
 Knowns chol(Evaluation& evaluation, const Arguments& arguments) {
-  const Known& a = known_square(arguments);
-  require_hermitian(a);
+  require_hermitian(arguments);
+  const Known& a = arguments.known(0);
   return proven_or_estimated<estimated_chol>(
       evaluation, arguments,
       {with_real_diagonal(with_bounded(a, 2, [](const auto& matrix) { return known(proven::cholesky(matrix)); }))});
@@ -272,126 +187,6 @@ Knowns qr(Evaluation& evaluation, const Arguments& arguments) {
                                              return Knowns{known(factors.q), with_real_diagonal(known(factors.r))};
                                            }));
 }
-
-// What needs the rank: where it is not proven it is that of the tolerance for roundings -------------------------------
-
-/// No value where the working digits do not decide.
-std::optional<std::size_t> proven_rank(const Known& a) {
-  if (a.is_exact()) {
-    return is_real(a) ? proven::rank(real_array(a.array())) : proven::rank(a.array());
-  }
-  return with_bounded(a, 12, [](const auto& matrix) { return proven::rank(matrix); });
-}
-
-/// An estimate, and the rank that it takes the first argument to have.
-struct RankedEstimate {
-  Array values;
-  std::size_t rank = 0;
-};
-using RankedFunction = RankedEstimate (*)(const Arguments& arguments);
-
-/// proven_or_estimated(), where an estimate of another rank than the proven one, or without numbers, is none.
-template <RankedFunction kFunction>
-Knowns proven_or_ranked(Evaluation& evaluation, const Arguments& arguments, const Knowns& found) {
-  if (is_bounded(found)) {
-    return found;
-  }
-  const Array& a = arguments.array(0);
-  require_many_digits(evaluation, a);
-  const std::optional<std::size_t> rank = proven_rank(arguments.known(0));
-  const RankedEstimate estimate = kFunction(arguments);
-  const Complex* const values = estimate.values.data();
-  if (!std::all_of(values, values + size(estimate.values), is_finite) || (rank && *rank != estimate.rank)) {
-    if (!evaluation.is_last) {
-      throw Undecided();
-    }
-    throw tesk2mp::NumericalFailure("RANK", 1, 0,
-                                    std::string(evaluation.name) + " is not known with " + digits_text() +
-                                        (rank ? "; the rank is " + std::to_string(*rank) + ", proven" : ""),
-                                    {});
-  }
-  evaluation.unproven = no_proof_found(evaluation.name);
-  if (!rank) {
-    evaluation.unproven.taken = std::string(evaluation.name) + " takes the rank to be " +
-                                std::to_string(estimate.rank) + ", by the tolerance " +
-                                brief(tesk2mp::detail::rank_tolerance(a.rows(), a.columns()));
-  }
-  return {Known(estimate.values)};
-}
-
-template <class Found>
-RankedEstimate ranked(const Found& found) {
-  return {as_array(found.x), found.rank};
-}
-
-RankedEstimate estimated_lstsq(const Arguments& arguments) {
-  const Array& a = arguments.array(0);
-  const Array right = right_side(arguments, a.rows()).array();
-  if (is_real(a) && is_real(right)) {
-    return ranked(tesk2mp::minimum_norm(real_array(a), real_array(right)));
-  }
-  return ranked(tesk2mp::minimum_norm(a, right));
-}
-
-Knowns lstsq(Evaluation& evaluation, const Arguments& arguments) {
-  const Known& a = arguments.known(0);
-  require_finite_numbers(arguments);
-  const Known b = right_side(arguments, arguments.array(0).rows());
-  const Progress progress = factorising(a.array(), is_real(a) && is_real(b), 12);
-  const auto solved = [](const auto& matrix, const auto& right) { return known(proven::minimum_norm(matrix, right)); };
-  const bool both_exact = a.is_exact() && b.is_exact();
-  const bool both_real = is_real(a) && is_real(b);
-  return proven_or_ranked<estimated_lstsq>(
-      evaluation, arguments,
-      {both_exact ? (both_real ? solved(real_array(a.array()), real_array(b.array())) : solved(a.array(), b.array()))
-       : a.is_exact()
-           ? (both_real ? solved(real_array(a.array()), real_bounds(b)) : solved(a.array(), complex_bounds(b)))
-       : both_real ? solved(real_bounds(a), real_bounds(b))
-                   : solved(complex_bounds(a), complex_bounds(b))});
-}
-
-RankedEstimate estimated_pinv(const Arguments& arguments) {
-  return with_real_or_complex(arguments.array(0), 4, [](const auto& a) {
-    return ranked(tesk2mp::minimum_norm(a, std::decay_t<decltype(a)>::identity(a.rows())));
-  });
-}
-
-Knowns pinv(Evaluation& evaluation, const Arguments& arguments) {
-  require_finite_numbers(arguments);
-  return proven_or_ranked<estimated_pinv>(
-      evaluation, arguments,
-      {with_bounded(arguments.known(0), 12, [](const auto& a) { return known(proven::pseudo_inverse(a)); })});
-}
-
-RankedEstimate estimated_null(const Arguments& arguments) {
-  return with_real_or_complex(arguments.array(0), 3, [](const auto& a) {
-    const auto basis = tesk2mp::null_space(a);
-    return RankedEstimate{as_array(basis), a.columns() - basis.columns()};
-  });
-}
-
-Knowns null(Evaluation& evaluation, const Arguments& arguments) {
-  require_finite_numbers(arguments);
-  return proven_or_ranked<estimated_null>(
-      evaluation, arguments,
-      {with_bounded(arguments.known(0), 12, [](const auto& a) { return known(proven::null_space(a)); })});
-}
-
-RankedEstimate estimated_rank(const Arguments& arguments) {
-  return with_real_or_complex(arguments.array(0), 3, [](const auto& a) {
-    const std::size_t rank = tesk2mp::matrix_rank(a);
-    return RankedEstimate{number(QuarnFloat(rank)), rank};
-  });
-}
-
-Knowns matrix_rank(Evaluation& evaluation, const Arguments& arguments) {
-  require_finite_numbers(arguments);
-  const auto rank = proven_rank(arguments.known(0));
-  return rank ? Knowns{Known(number(QuarnFloat(*rank)))}
-              : proven_or_ranked<estimated_rank>(evaluation, arguments, {known(Number{BoundedReal(), BoundedReal()})});
-}
-
-// -----------------------------------------------------------------------------------------------------------------
 
 Values estimated_svdvec(State& /*state*/, const Arguments& arguments) {
   return with_real_or_complex(arguments.array(0), 60, [](const auto& a) {
