@@ -7,25 +7,10 @@
 #include <utility>
 #include <vector>
 
+#include "tesk2mp/finite.hpp"
 #include "tesk2mp/kernels.hpp"
 
 namespace tesk2mp {
-namespace detail {
-
-/// The part of a matrix that is read: all of it, or what stands on and above the first subdiagonal.
-enum class Part { whole, hessenberg };
-
-inline void require_finite(const char* routine, Integer position, const MatrixView<const Real>& a,
-                           Part part = Part::whole) {
-  for (std::size_t j = 0; j < a.columns(); ++j) {
-    const std::size_t rows = part == Part::whole ? a.rows() : std::min(a.rows(), j + 2);
-    for (std::size_t i = 0; i < rows; ++i) {
-      require(isfinite(a(i, j)), routine, position, "element (", i, ", ", j, ") is not finite");
-    }
-  }
-}
-
-}  // namespace detail
 
 enum class Balancing : char { none = 'N', permute = 'P', scale = 'S', both = 'B' };
 

@@ -52,29 +52,11 @@ struct SymmetricEigenSystem {
 namespace detail {
 
 template <class T>
-void require_finite_element(const char* routine, Integer position, const T& element, std::size_t i, std::size_t j) {
-  const Complex value(element);
-  require(isfinite(value.re) && isfinite(value.im), routine, position, "element (", i, ", ", j, ") is not finite");
-}
-
-/// The triangle of a square matrix holds finite numbers alone.
-template <class T>
-void require_finite_triangle(const char* routine, Integer position, const Matrix<T>& a, Triangle stored) {
-  for (std::size_t j = 0; j < a.columns(); ++j) {
-    const std::size_t first = stored == Triangle::lower ? j : 0;
-    const std::size_t last = stored == Triangle::lower ? a.rows() : j + 1;
-    for (std::size_t i = first; i < last; ++i) {
-      require_finite_element(routine, position, a(i, j), i, j);
-    }
-  }
-}
-
-template <class T>
 SymmetricEigenSystem<T> symmetric_eigen(char job, Matrix<T> a, Triangle stored) {
   const char* routine = name<T>("DSYEV", "ZHEEV");
   const RawMatrix<T> raw{a.view()};
   const Integer n = order_of(routine, 4, raw);
-  require_finite_triangle(routine, 4, a, stored);
+  require_finite(routine, 4, a, part_of(stored));
   std::vector<Real> values(a.rows());
   std::vector<T> work(std::max<std::size_t>(1, 3 * a.rows()));
   Integer info = 0;
@@ -102,7 +84,7 @@ SymmetricEigenSystem<T> chosen_eigen(char job, char range, const EigenInterval& 
   const char* routine = name<T>("DSYEVX", "ZHEEVX");
   const RawMatrix<T> raw{a.view()};
   const Integer n = order_of(routine, 5, raw);
-  require_finite_triangle(routine, 5, a, stored);
+  require_finite(routine, 5, a, part_of(stored));
   require(range != 'V' || interval.low < interval.high, routine, 8, "the interval is empty");
   require(range != 'I' || (indices.first < indices.end && indices.end <= a.rows()), routine, 10, "indices ",
           indices.first, " ... ", indices.end, " - 1 of ", a.rows(), " eigenvalues");
@@ -191,11 +173,7 @@ inline EigenSystem complex_eigen(char job, Matrix<Complex> a) {
   constexpr const char* kRoutine = "ZGEEV";
   const RawMatrix<Complex> raw{a.view()};
   const Integer n = order_of(kRoutine, 4, raw);
-  for (std::size_t j = 0; j < a.columns(); ++j) {
-    for (std::size_t i = 0; i < a.rows(); ++i) {
-      require_finite_element(kRoutine, 4, a(i, j), i, j);
-    }
-  }
+  require_finite(kRoutine, 4, a);
   const char of_left = job == 'V' ? 'V' : 'N';
   const char of_right = job == 'N' ? 'N' : 'V';
   const std::size_t left_order = job == 'V' ? a.rows() : 0;

@@ -22,8 +22,8 @@ SymmetricEigenSystem<T> symmetric_eigen(char job, Matrix<T> a, Matrix<T> b, Defi
   const RawMatrix<T> raw_b{b.view()};
   const Integer n = order_of(routine, 5, raw_a);
   require_shape(routine, 7, raw_b, n, n);
-  require_finite_triangle(routine, 5, a, stored);
-  require_finite_triangle(routine, 7, b, stored);
+  require_finite(routine, 5, a, part_of(stored));
+  require_finite(routine, 7, b, part_of(stored));
   std::vector<Real> values(a.rows());
   std::vector<T> work(std::max<std::size_t>(1, 3 * a.rows()));
   Integer info = 0;
@@ -107,15 +107,6 @@ struct PencilEigenSystem {
 
 namespace detail {
 
-template <class T>
-void require_finite_elements(const char* routine, Integer position, const Matrix<T>& a) {
-  for (std::size_t j = 0; j < a.columns(); ++j) {
-    for (std::size_t i = 0; i < a.rows(); ++i) {
-      require_finite_element(routine, position, a(i, j), i, j);
-    }
-  }
-}
-
 /// Column by column as complex numbers: of a real pencil's pair the parts are in two columns.
 template <class T>
 Matrix<Complex> pencil_vectors(const Matrix<T>& v, const std::vector<Complex>& alpha) {
@@ -144,8 +135,8 @@ PencilEigenSystem pencil_eigen(char job, Matrix<T> a, Matrix<T> b) {
   const RawMatrix<T> raw_b{b.view()};
   const Integer n = order_of(routine, 4, raw_a);
   require_shape(routine, 6, raw_b, n, n);
-  require_finite_elements(routine, 4, a);
-  require_finite_elements(routine, 6, b);
+  require_finite(routine, 4, a);
+  require_finite(routine, 6, b);
   const std::size_t order = a.rows();
   const char of_left = job == 'V' ? 'V' : 'N';
   const char of_right = job == 'N' ? 'N' : 'V';

@@ -2,6 +2,7 @@
 // costs.
 #pragma once
 
+#include "tesk2mp/finite.hpp"
 #include "tesk2mp/kernels.hpp"
 
 namespace tesk2mp {
@@ -14,12 +15,7 @@ Matrix<T> function_of_matrix(const char* routine, const MatrixView<const T>& a, 
   const Integer n = order_of(routine, 2, given);
   Matrix<T> result(a.rows(), a.columns());
   const RawMatrix<T> f{result.view()};
-  for (std::size_t j = 0; j < a.columns(); ++j) {
-    for (std::size_t i = 0; i < a.rows(); ++i) {
-      require(isfinite(Complex(a(i, j)).re) && isfinite(Complex(a(i, j)).im), routine, 2, "element (", i, ", ", j,
-              ") is not finite");
-    }
-  }
+  require_finite(routine, 2, a);
   Integer info = 0;
   call(n, given.data, given.leading, f.data, f.leading, &info);
   if (info > 0) {

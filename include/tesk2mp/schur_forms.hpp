@@ -28,9 +28,9 @@ ComplexSchur complex_schur(const A& a) {
                   " is not square");
   const std::size_t n = given.rows();
   ComplexSchur form{Matrix<Complex>(n, n), {}, std::vector<Complex>(n)};
+  detail::require_finite(kRoutine, 6, given);
   for (std::size_t j = 0; j < n; ++j) {
     for (std::size_t i = 0; i < n; ++i) {
-      detail::require_finite_element(kRoutine, 6, given(i, j), i, j);
       form.t(i, j) = Complex(given(i, j));
     }
   }

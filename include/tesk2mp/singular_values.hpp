@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tesk2mp/finite.hpp"
 #include "tesk2mp/kernels.hpp"
 
 namespace tesk2mp {
@@ -24,12 +25,7 @@ namespace detail {
 template <class T>
 SingularSystem<T> singular_system(char job, Matrix<T> a) {
   const char* routine = name<T>("DGESVD", "ZGESVD");
-  for (std::size_t j = 0; j < a.columns(); ++j) {
-    for (std::size_t i = 0; i < a.rows(); ++i) {
-      const Complex element(a(i, j));
-      require(isfinite(element.re) && isfinite(element.im), routine, 5, "element (", i, ", ", j, ") is not finite");
-    }
-  }
+  require_finite(routine, 5, a);
   const std::size_t few = std::min(a.rows(), a.columns());
   const bool wanted = job == 'S';
   SingularSystem<T> result{Matrix<T>(wanted ? a.rows() : 0, wanted ? few : 0), std::vector<Real>(few), {}};
