@@ -1,5 +1,5 @@
 // Eigenvalues and the zeros of a quartic.
-#include "convert.h"
+#include "of_matrices.h"
 
 namespace python {
 namespace {
@@ -11,29 +11,22 @@ auto of_matrix(Routine routine, py::handle a) {
   return outside([&] { return routine(matrix); });
 }
 
+const std::vector<Complex>& values_of(const tesk2mp::EigenSystem& system) { return system.values; }
+std::vector<Complex> values_of(const tesk2mp::PencilEigenSystem& system) { return system.values(); }
+
 }  // namespace
 
 void add_eigen(py::module_& module) {
   module.def(
       "eigenvalues",
       [](py::handle a, py::handle b) {
+        const auto routine = [](const auto&... matrices) { return tesk2mp::eigenvalues(matrices...); };
+        const auto to_python = [a](const std::vector<Complex>& values) { return from(values, a); };
         const Array given(a);
-        if (!b.is_none()) {
-          const Array beside(b);
-          return with_scalar(
-              [&]<class T>(T) {
-                const Matrix<T> left = given.matrix<T>();
-                const Matrix<T> right = beside.matrix<T>();
-                return from(outside([&] { return tesk2mp::eigenvalues(left, right); }), a);
-              },
-              given, beside);
+        if (b.is_none()) {
+          return of_matrices(routine, to_python, given);
         }
-        return with_scalar(
-            [&]<class T>(T) {
-              const Matrix<T> matrix = given.matrix<T>();
-              return from(outside([&] { return tesk2mp::eigenvalues(matrix); }), a);
-            },
-            given);
+        return of_matrices(routine, to_python, given, Array(b));
       },
       py::arg("a"), py::arg("b") = py::none(),
       R"(eigenvalues(a, b=None)
@@ -50,25 +43,15 @@ Complex('inf', '0'); NumericalFailure when every number is one.
   module.def(
       "eigen",
       [](py::handle a, py::handle b) {
+        const auto routine = [](const auto&... matrices) { return tesk2mp::eigen(matrices...); };
+        const auto to_python = [a](const auto& system) {
+          return py::make_tuple(from(values_of(system), a), from(system.right, a), from(system.left, a));
+        };
         const Array given(a);
-        if (!b.is_none()) {
-          const Array beside(b);
-          return with_scalar(
-              [&]<class T>(T) {
-                const Matrix<T> left = given.matrix<T>();
-                const Matrix<T> right = beside.matrix<T>();
-                const auto system = outside([&] { return tesk2mp::eigen(left, right); });
-                return py::make_tuple(from(system.values(), a), from(system.right, a), from(system.left, a));
-              },
-              given, beside);
+        if (b.is_none()) {
+          return of_matrices(routine, to_python, given);
         }
-        return with_scalar(
-            [&]<class T>(T) {
-              const Matrix<T> matrix = given.matrix<T>();
-              const tesk2mp::EigenSystem system = outside([&] { return tesk2mp::eigen(matrix); });
-              return py::make_tuple(from(system.values, a), from(system.right, a), from(system.left, a));
-            },
-            given);
+        return of_matrices(routine, to_python, given, Array(b));
       },
       py::arg("a"), py::arg("b") = py::none(), R"(eigen(a, b=None)
 

@@ -1,5 +1,5 @@
 // Functions of square matrices.
-#include "convert.h"
+#include "of_matrices.h"
 
 namespace python {
 namespace {
@@ -28,13 +28,8 @@ void add_matrix_functions(py::module_& module) {
   module.def(
       "expm",
       [](py::handle a) {
-        const Array given(a);
-        return with_scalar(
-            [&]<class T>(T) {
-              const Matrix<T> matrix = given.matrix<T>();
-              return from(outside([&] { return tesk2mp::expm(matrix); }), a);
-            },
-            given);
+        return of_matrices([](const auto& matrix) { return tesk2mp::expm(matrix); },
+                           [a](const auto& result) { return from(result, a); }, Array(a));
       },
       py::arg("a"), R"(expm(a)
 

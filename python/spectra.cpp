@@ -1,5 +1,5 @@
 // Symmetric and Hermitian eigenproblems, singular values.
-#include "convert.h"
+#include "of_matrices.h"
 
 namespace python {
 namespace {
@@ -106,14 +106,11 @@ The eigenvalues alone.
   module.def(
       "svd",
       [](py::handle a) {
-        const Array given(a);
-        return with_scalar(
-            [&]<class T>(T) {
-              const Matrix<T> matrix = given.matrix<T>();
-              const auto system = outside([&] { return tesk2mp::svd(matrix); });
-              return py::make_tuple(from(system.u, a), from(system.values, a), from(system.v, a));
-            },
-            given);
+        return of_matrices([](const auto& matrix) { return tesk2mp::svd(matrix); },
+                           [a](const auto& system) {
+                             return py::make_tuple(from(system.u, a), from(system.values, a), from(system.v, a));
+                           },
+                           Array(a));
       },
       py::arg("a"), R"(svd(a)
 
@@ -127,13 +124,8 @@ u and v have orthonormal columns.
   module.def(
       "singular_values",
       [](py::handle a) {
-        const Array given(a);
-        return with_scalar(
-            [&]<class T>(T) {
-              const Matrix<T> matrix = given.matrix<T>();
-              return from(outside([&] { return tesk2mp::singular_values(matrix); }), a);
-            },
-            given);
+        return of_matrices([](const auto& matrix) { return tesk2mp::singular_values(matrix); },
+                           [a](const std::vector<Real>& values) { return from(values, a); }, Array(a));
       },
       py::arg("a"), R"(singular_values(a)
 
