@@ -495,7 +495,7 @@ def zeros(a: Any) -> list[Root]:
     """The zeros of a[0] z^n + ... + a[n]; k equal or very close ones share a disc.
 
     >>> [(root.text(10), root.multiplicity) for root in zeros([1, -3, 3, -1])]
-    [('1 0 (abs < 1E-19)', 3), ('1 0 (abs < 1E-19)', 3), ('1 0 (abs < 1E-19)', 3)]
+    [('1 0 (abs < 1E-25)', 3), ('1 0 (abs < 1E-25)', 3), ('1 0 (abs < 1E-25)', 3)]
     """
     return _roots(_core._proven_zeros(*exact_data("zeros", a)))
 

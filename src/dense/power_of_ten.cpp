@@ -29,7 +29,8 @@ Integer far_exponent(const QuarnFloat& largest) {
   if (largest == 0 || (largest < QuarnFloat(1, kCommon) && largest > QuarnFloat(1, -kCommon))) {
     return 0;
   }
-  return ilogb(largest);
+  const Integer exponent = ilogb(largest);
+  return exponent - exponent % 2;  // square roots are rounded as those of other scales
 }
 
 Integer far_exponent(Integer rows, Integer columns, OneBasedMatrix<QuarnFloat> a) {

@@ -17,8 +17,8 @@ inline constexpr Integer kParts = Integer(sizeof(T) / sizeof(QuarnFloat));
 /// The largest magnitude of an element; 0 if one is not finite.
 QuarnFloat largest_magnitude(Integer rows, Integer columns, OneBasedMatrix<QuarnFloat> a);
 
-/// The exponent e of a largest element when the numbers beside it are to be multiplied by 10^-e first, otherwise 0: of
-/// common size, or zero.
+/// The exponent e of a largest element, the even one next to it towards 0, when the numbers beside it are to be
+/// multiplied by 10^-e first, otherwise 0: of common size, or zero.
 Integer far_exponent(const QuarnFloat& largest);
 
 /// The exponent e of the largest element when the matrix is to be multiplied by 10^-e first, otherwise 0: for a matrix

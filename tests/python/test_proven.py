@@ -283,7 +283,7 @@ class Proven(unittest.TestCase):
 
     def test_roots(self):
         roots = proven.to_digits(30, lambda: proven.eigenvalues([[3, 1, 0], [0, 3, 1], [0, 0, 3]]))
-        self.assertEqual([(root.multiplicity, root.text(30)[:9]) for root in roots], [(3, "3 0 (abs ")] * 3)
+        self.assertEqual([(root.multiplicity, root.text(30)) for root in roots], [(3, "3")] * 3)
         complex_roots = proven.zeros([tesk2mp.Complex(1), 0, 0, tesk2mp.Complex(0, 8)])
         self.assertEqual({root.multiplicity for root in complex_roots}, {1})
         self.assertTrue(any(root.value.imag == 2 or abs(root.value.imag - 2) <= root.error for root in complex_roots))
