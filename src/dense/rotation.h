@@ -3,14 +3,14 @@
 
 #include "quarn/functions.h"
 #include "src/dense/reflector.h"
+#include "src/kernels/safe_range.h"
 
 namespace tesk {
 
 /// sqrt(f^2 + g^2), where the squares leave the range too.
 inline QuarnFloat length_of(const QuarnFloat& f, const QuarnFloat& g) {
-  constexpr int kSafe = 400'000'000;
   QuarnFloat length = sqrt(f * f + g * g);
-  return length > QuarnFloat(1, -kSafe) && length < QuarnFloat(1, kSafe) ? length : hypot(f, g);
+  return is_within(length, kFarthestSquared) ? length : hypot(f, g);
 }
 
 /// The rotation that takes (f, g) to (r, 0), r with the sign of f.

@@ -8,6 +8,7 @@
 #include "src/dense/rotation_sweeps.h"
 #include "src/dense/tridiagonal.h"
 #include "src/frame/constants.h"
+#include "src/kernels/safe_range.h"
 #include "tesk2mp/eigenproblems.h"
 
 namespace tesk {
@@ -136,8 +137,8 @@ class TridiagonalQr {
   Integer rows_;
   QuarnFloat roundoff_;
   QuarnFloat squared_;
-  QuarnFloat far_{1, -400'000'000};      // beside numbers near 1: squares of less may leave the range,
-  QuarnFloat farther_{1, -900'000'000};  // and quotients by less
+  QuarnFloat far_{1, -kFarthestSquared};  // beside numbers near 1: squares of less may leave the range,
+  QuarnFloat farther_{1, -900'000'000};   // and quotients by less
   std::int64_t left_;
 };
 
