@@ -26,7 +26,7 @@ void require_finite(const char* routine, Integer position, const A& a, Part part
                             : part == Part::hessenberg ? std::min(view.rows(), j + 2)
                                                        : view.rows();
     for (std::size_t i = first; i < end; ++i) {
-      const Complex element(view(i, j));
+      const Complex& element = view(i, j);  // a real one made complex, or itself
       require(isfinite(element.re) && isfinite(element.im), routine, position, "element (", i, ", ", j,
               ") is not finite");
     }

@@ -60,7 +60,7 @@ class TridiagonalQr {
   bool far_negligible(const TridiagonalBlock<T>& block, Integer i, const QuarnFloat& e) const {
     const QuarnFloat above = fabs(block.d(i));
     const QuarnFloat below = fabs(block.d(i + 1));
-    if (e <= farther_ || e <= roundoff_ * sqrt(above) * sqrt(below)) {
+    if (e <= std::max(farther_, roundoff_ * sqrt(above) * sqrt(below))) {
       return true;
     }
     QuarnFloat largest = std::max(above, below);
