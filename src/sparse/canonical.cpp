@@ -98,7 +98,6 @@ Complex exact_sum(const Complex* terms, Integer count) {
 /// Gives the first entry of each place their sum; the one at `duplicate` is the first that is not.
 template <class Value>
 void add_duplicates(Sums sums, EntryList<Value>& matrix, Integer duplicate) {
-  std::vector<Value> found;  // exact sums take storage: all of them before the first changes the matrix
   const auto for_each_sum = [&](const auto& use) {
     for (Integer from = duplicate - 1, next = 0; from < matrix.nnz; from = next) {
       next = end_of_place(matrix, from);
@@ -107,9 +106,6 @@ void add_duplicates(Sums sums, EntryList<Value>& matrix, Integer duplicate) {
       }
     }
   };
-  if (duplicate == matrix.nnz) {
-    return;
-  }
   if (sums == Sums::in_order) {
     return for_each_sum([&](Integer from, Integer next) {
       for (Integer k = from + 1; k < next; ++k) {
@@ -117,6 +113,7 @@ void add_duplicates(Sums sums, EntryList<Value>& matrix, Integer duplicate) {
       }
     });
   }
+  std::vector<Value> found;  // exact sums take storage: all of them before the first changes the matrix
   for_each_sum([&](Integer from, Integer next) { found.push_back(exact_sum(matrix.a + from, next - from)); });
   auto sum = found.begin();
   for_each_sum([&](Integer from, Integer /*next*/) { matrix.a[from] = std::move(*sum++); });
@@ -186,7 +183,7 @@ CanonicalOutcome canonicalize(Sums sums, Storage storage, EntryList<Value>& matr
     return {CanonicalFault::duplicate, duplicate};
   }
   const Integer count = matrix.nnz;
-  if (duplicates == Duplicates::sum) {
+  if (duplicates == Duplicates::sum && duplicate < matrix.nnz) {
     add_duplicates(sums, matrix, duplicate);
   }
   const Integer zero = compact(matrix, duplicate, zeros);
