@@ -1,4 +1,4 @@
-// Random numbers for property tests: another seed in every run, printed, so that a failure can be run again.
+// Random numbers for property tests: the seed is printed, so that a failure can be run again.
 #pragma once
 
 #include <chrono>
