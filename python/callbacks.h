@@ -34,4 +34,13 @@ inline std::optional<py::function> optional_function(const py::object& function)
   return function.is_none() ? std::nullopt : std::optional<py::function>(function);
 }
 
+/// What the function of the caller, who keeps it, does with a vector; nothing for None, a TypeError for no function.
+template <class T>
+tesk2mp::Product<T> product_of(const py::object& given) {
+  if (!optional_function(given)) {
+    return {};
+  }
+  return [held = given.ptr()](std::span<const T> x, std::span<T> y) { call_with_vector<T>(borrowed(held), x, y); };
+}
+
 }  // namespace python

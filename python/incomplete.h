@@ -40,6 +40,17 @@ class Reading {
   const AnySparse& matrix_;
 };
 
+/// Calls work(matrix), with the matrix as a complex one if that is asked for.
+template <class Work>
+auto with_matrix(const AnySparse& any, bool is_complex, const Work& work) {
+  const Reading reading(any);
+  if (const auto* matrix = std::get_if<tesk2mp::SparseMatrix<Complex>>(&any)) {
+    return work(*matrix);
+  }
+  const auto& matrix = std::get<tesk2mp::SparseMatrix<Real>>(any);
+  return is_complex ? work(widened(matrix)) : work(matrix);
+}
+
 }  // namespace python
 
 template <>

@@ -8,15 +8,7 @@ namespace {
 using tesk2mp::SparseMatrix;
 using tesk2mp::SparseRectangle;
 
-template <class T>
-tesk2mp::Product<T> product_of(const py::object& given) {
-  if (given.is_none()) {
-    return {};
-  }
-  return [held = given.ptr()](std::span<const T> x, std::span<T> y) { call_with_vector<T>(borrowed(held), x, y); };
-}
-
-/// What the functions share, but for the matrix.
+/// What the functions for some values share, but for the matrix and the choice of values.
 struct Given {
   const py::object& v0;
   std::size_t ncv;
@@ -44,18 +36,27 @@ auto of_operator(const py::object& a, const py::object& like, const Work& work) 
     const SparseMatrix<Complex>* const complex = nullptr;
     return is_complex ? work(complex) : work(real);
   }
-  const auto& any = py::cast<const AnySparse&>(a);
-  const Reading reading(any);
-  if (const auto* matrix = std::get_if<SparseMatrix<Complex>>(&any)) {
-    return work(matrix);
-  }
-  const auto& matrix = std::get<SparseMatrix<Real>>(any);
-  if (is_complex) {
-    const SparseMatrix<Complex> wide = widened(matrix);
-    return work(&wide);
-  }
-  return work(&matrix);
+  return with_matrix(py::cast<const AnySparse&>(a), is_complex, [&](const auto& matrix) { return work(&matrix); });
 }
+
+/// What eigsh and eigs share: products instead of the entries, and solutions with the shifted matrix.
+struct GivenOperator {
+  const py::object& a;
+  std::size_t n;
+  const py::object& solve;
+
+  /// (values, vectors, residuals) by routine(matrix, k, options), or routine(n, product, k, options, solve).
+  template <class T, class Options, class Routine>
+  py::tuple eigenpairs(const SparseMatrix<T>* matrix, std::size_t k, const Options& options,
+                       const Routine& routine) const {
+    const auto found = matrix != nullptr ? outside([&] { return routine(*matrix, k, options); })
+                                         : outside([&, product = product_of<T>(a), inverse = product_of<T>(solve)] {
+                                             return routine(n, product, k, options, inverse);
+                                           });
+    return py::make_tuple(from(found.values, py::none()), from(found.vectors, py::none()),
+                          from(found.residuals, py::none()));
+  }
+};
 
 py::tuple eigsh(const py::object& a, std::size_t k, std::size_t n, const std::string& which, const py::object& sigma,
                 const py::object& solve, const py::object& v0, std::size_t ncv, const py::object& tolerance,
@@ -74,14 +75,8 @@ py::tuple eigsh(const py::object& a, std::size_t k, std::size_t n, const std::st
     if (!sigma.is_none()) {
       options.sigma = to_real(sigma);
     }
-    const tesk2mp::Product<T> product = product_of<T>(a);
-    const tesk2mp::Product<T> inverse = product_of<T>(solve);
-    const auto found = outside([&] {
-      return matrix != nullptr ? tesk2mp::eigsh(*matrix, k, options)
-                               : tesk2mp::eigsh<T>(n, product, k, options, inverse);
-    });
-    return py::make_tuple(from(found.values, py::none()), from(found.vectors, py::none()),
-                          from(found.residuals, py::none()));
+    return GivenOperator{a, n, solve}.eigenpairs(
+        matrix, k, options, [](const auto&... arguments) { return tesk2mp::eigsh<T>(arguments...); });
   });
 }
 
@@ -105,26 +100,43 @@ py::tuple eigs(const py::object& a, std::size_t k, std::size_t n, const std::str
     if (!sigma.is_none()) {
       options.sigma = to_vector<T>(like).front();
     }
-    const tesk2mp::Product<T> product = product_of<T>(a);
-    const tesk2mp::Product<T> inverse = product_of<T>(solve);
-    const auto found = outside([&] {
-      return matrix != nullptr ? tesk2mp::eigs(*matrix, k, options) : tesk2mp::eigs<T>(n, product, k, options, inverse);
-    });
-    return py::make_tuple(from(found.values, py::none()), from(found.vectors, py::none()),
-                          from(found.residuals, py::none()));
+    return GivenOperator{a, n, solve}.eigenpairs(
+        matrix, k, options, [](const auto&... arguments) { return tesk2mp::eigs<T>(arguments...); });
   });
 }
 
-/// The leading rows and columns.
+/// The leading rows and columns, 0 for all.
 template <class T>
 SparseRectangle<T> rectangle_of(const SparseMatrix<T>& matrix, std::size_t rows, std::size_t columns) {
   const SparseMatrix<T> all = tesk2mp::whole(matrix);
-  SparseRectangle<T> result(rows, columns);
+  SparseRectangle<T> result(rows != 0 ? rows : matrix.order(), columns != 0 ? columns : matrix.order());
   for (std::size_t k = 0; k < all.entries(); ++k) {
     result.add(all.row(k), all.column(k), all.value(k));
   }
   return result;
 }
+
+/// What svds and lsmr share: a matrix that need not be square, or products with it and with its adjoint.
+struct GivenRectangle {
+  const py::object& a;
+  std::size_t rows;
+  std::size_t columns;
+  const py::object& adjoint;
+
+  /// with_entries(rectangle), or with_products(product, adjoint).
+  template <class T, class WithEntries, class WithProducts>
+  auto solved(const SparseMatrix<T>* matrix, const WithEntries& with_entries, const WithProducts& with_products) const {
+    if (matrix != nullptr) {
+      return outside([&] { return with_entries(rectangle_of(*matrix, rows, columns)); });
+    }
+    if (adjoint.is_none()) {
+      throw py::value_error("products with the conjugate transpose are needed");
+    }
+    return outside([&, product = product_of<T>(a), adjoint_product = product_of<T>(adjoint)] {
+      return with_products(product, adjoint_product);
+    });
+  }
+};
 
 py::tuple svds(const py::object& a, std::size_t k, std::size_t rows, std::size_t columns, const py::object& adjoint,
                const std::string& which, const py::object& v0, std::size_t ncv, const py::object& tolerance,
@@ -134,17 +146,9 @@ py::tuple svds(const py::object& a, std::size_t k, std::size_t rows, std::size_t
     tesk2mp::SingularOptions<T> options;
     Given{v0, ncv, tolerance, most_products}.fill(options);
     options.smallest = smallest;
-    const tesk2mp::Product<T> product = product_of<T>(a);
-    const tesk2mp::Product<T> adjoint_product = product_of<T>(adjoint);
-    if (matrix == nullptr && !adjoint_product) {
-      throw py::value_error("products with the conjugate transpose are needed");
-    }
-    const auto found = outside([&] {
-      return matrix != nullptr ? tesk2mp::svds(rectangle_of(*matrix, rows != 0 ? rows : matrix->order(),
-                                                            columns != 0 ? columns : matrix->order()),
-                                               k, options)
-                               : tesk2mp::svds<T>(rows, columns, product, adjoint_product, k, options);
-    });
+    const auto found = GivenRectangle{a, rows, columns, adjoint}.solved(
+        matrix, [&](const SparseRectangle<T>& entries) { return tesk2mp::svds(entries, k, options); },
+        [&](const auto&... products) { return tesk2mp::svds<T>(rows, columns, products..., k, options); });
     return py::make_tuple(from(found.u, py::none()), from(found.values, py::none()), from(found.v, py::none()),
                           from(found.residuals, py::none()));
   });
@@ -162,17 +166,9 @@ py::tuple lsmr(const py::object& a, const py::object& b, std::size_t columns, co
   const py::object right = py::isinstance<py::sequence>(b) ? b : py::object(py::list(elements_of(b)));
   return of_operator(a, right, [&]<class T>(const SparseMatrix<T>* matrix) {
     const std::vector<T> numbers = to_vector<T>(right);
-    const tesk2mp::Product<T> product = product_of<T>(a);
-    const tesk2mp::Product<T> adjoint_product = product_of<T>(adjoint);
-    if (matrix == nullptr && !adjoint_product) {
-      throw py::value_error("products with the conjugate transpose are needed");
-    }
-    const auto found = outside([&] {
-      return matrix != nullptr
-                 ? tesk2mp::lsmr<T>(rectangle_of(*matrix, numbers.size(), columns != 0 ? columns : matrix->order()),
-                                    numbers, options)
-                 : tesk2mp::lsmr<T>(columns, product, adjoint_product, numbers, options);
-    });
+    const auto found = GivenRectangle{a, numbers.size(), columns, adjoint}.solved(
+        matrix, [&](const SparseRectangle<T>& entries) { return tesk2mp::lsmr<T>(entries, numbers, options); },
+        [&](const auto&... products) { return tesk2mp::lsmr<T>(columns, products..., numbers, options); });
     return py::make_tuple(from(found.x, right), int(found.stop), long(found.iterations), from(found.residual_norm),
                           from(found.gradient_norm), from(found.matrix_norm), from(found.condition));
   });
@@ -181,10 +177,13 @@ py::tuple lsmr(const py::object& a, const py::object& b, std::size_t columns, co
 }  // namespace
 
 void add_krylov(py::module_& module) {
-  module.def("eigsh", eigsh, py::arg("a"), py::arg("k"), py::arg("n") = 0, py::arg("which") = "LM",
-             py::arg("sigma") = py::none(), py::arg("solve") = py::none(), py::arg("v0") = py::none(),
-             py::arg("ncv") = 0, py::arg("tolerance") = 0, py::arg("most_products") = 0,
-             R"(eigsh(a, k, n=0, which='LM', sigma=None, solve=None, v0=None, ncv=0, tolerance=0, most_products=0)
+  const auto add_eigenpairs = [&module](const char* name, const auto& function, const char* text) {
+    module.def(name, function, py::arg("a"), py::arg("k"), py::arg("n") = 0, py::arg("which") = "LM",
+               py::arg("sigma") = py::none(), py::arg("solve") = py::none(), py::arg("v0") = py::none(),
+               py::arg("ncv") = 0, py::arg("tolerance") = 0, py::arg("most_products") = 0, text);
+  };
+  add_eigenpairs("eigsh", eigsh,
+                 R"(eigsh(a, k, n=0, which='LM', sigma=None, solve=None, v0=None, ncv=0, tolerance=0, most_products=0)
 
 k eigenvalues of a large symmetric or Hermitian matrix, ascending, each as many times as it counts: (values, vectors, residuals), the
 vectors in the columns of an n by k matrix. a: a SparseMatrix, or a function that gives the product of a list of n numbers with the
@@ -200,10 +199,8 @@ the routine.
 >>> eigsh(a, 1, sigma='1.2')[0]
 [Decimal('1')]
 )");
-  module.def("eigs", eigs, py::arg("a"), py::arg("k"), py::arg("n") = 0, py::arg("which") = "LM",
-             py::arg("sigma") = py::none(), py::arg("solve") = py::none(), py::arg("v0") = py::none(),
-             py::arg("ncv") = 0, py::arg("tolerance") = 0, py::arg("most_products") = 0,
-             R"(eigs(a, k, n=0, which='LM', sigma=None, solve=None, v0=None, ncv=0, tolerance=0, most_products=0)
+  add_eigenpairs("eigs", eigs,
+                 R"(eigs(a, k, n=0, which='LM', sigma=None, solve=None, v0=None, ncv=0, tolerance=0, most_products=0)
 
 k eigenvalues of a large general matrix, the most wanted first, and k + 1 where two conjugates of a real matrix would be parted:
 (values, vectors, residuals). As eigsh; which: 'LM' and 'SM' by magnitude, 'LR', 'SR', 'LI', 'SI' by real and imaginary parts.

@@ -50,12 +50,9 @@ tesk2mp::SolverOptions options_of(const std::string& method, const py::object& t
   return options;
 }
 
-template <class T>
-using Preconditioner = std::function<void(std::span<const T>, std::span<T>)>;
-
 /// Factors that the caller keeps, as a preconditioner without Python.
 template <class T, template <class> class FactorsOf, class Any>
-Preconditioner<T> native(const Any& any) {
+tesk2mp::Product<T> native(const Any& any) {
   using Factors = FactorsOf<T>;
   if constexpr (std::is_same_v<T, Complex>) {
     // Real factors serve both parts.
@@ -83,7 +80,7 @@ Preconditioner<T> native(const Any& any) {
 }
 
 template <class T>
-Preconditioner<T> preconditioner_of(const py::object& given) {
+tesk2mp::Product<T> preconditioner_of(const py::object& given) {
   if (py::isinstance<AnyIncompleteLU>(given)) {
     return native<T, tesk2mp::IncompleteLU>(py::cast<const AnyIncompleteLU&>(given));
   }
@@ -96,10 +93,7 @@ Preconditioner<T> preconditioner_of(const py::object& given) {
   if (py::isinstance<AnySparseCholesky>(given)) {
     return native<T, tesk2mp::SparseCholesky>(py::cast<const AnySparseCholesky&>(given));
   }
-  if (!optional_function(given)) {
-    return {};
-  }
-  return [held = given.ptr()](std::span<const T> x, std::span<T> y) { call_with_vector<T>(borrowed(held), x, y); };
+  return product_of<T>(given);
 }
 
 template <class T>
@@ -168,7 +162,7 @@ struct GivenSystem {
 
 template <class T, class Operator>
 py::tuple solved(const Operator& matrix, const GivenSystem& given) {
-  const Preconditioner<T> precondition = preconditioner_of<T>(given.preconditioner);
+  const tesk2mp::Product<T> precondition = preconditioner_of<T>(given.preconditioner);
   const tesk2mp::BasicMonitor<T> look = monitor_of<T>(given.monitor);
   const std::vector<T> right = to_vector<T>(given.b);
   const std::vector<T> first = given.guess.is_none() ? std::vector<T>() : to_vector<T>(given.guess);
@@ -184,15 +178,6 @@ py::tuple solved(const Operator& matrix, const GivenSystem& given) {
   }
   return py::make_tuple(from(solution.x, given.b), from(solution.residual, given.b),
                         long(solution.progress.iterations));
-}
-
-template <class T>
-py::tuple solved_with(const SparseMatrix<T>& matrix, const GivenSystem& given) {
-  return solved<T>(
-      [&](std::span<const T> x, std::span<T> y, bool transposed) {
-        matrix.multiply(x, y, transposed ? tesk2mp::Op::conjugate_transpose : tesk2mp::Op::none);
-      },
-      given);
 }
 
 py::tuple solve_iteratively(const py::object& a, const py::object& b, const py::object& preconditioner,
@@ -226,16 +211,13 @@ py::tuple solve_iteratively(const py::object& a, const py::object& b, const py::
     };
     return is_complex ? solved<Complex>(multiply, given) : solved<Real>(multiply, given);
   }
-  const auto& any = py::cast<const AnySparse&>(a);
-  const Reading reading(any);
-  if (const auto* matrix = std::get_if<SparseMatrix<Complex>>(&any)) {
-    return solved_with(*matrix, given);
-  }
-  const auto& matrix = std::get<SparseMatrix<Real>>(any);
-  if (!is_complex) {
-    return solved_with(matrix, given);
-  }
-  return solved_with(widened(matrix), given);
+  return with_matrix(py::cast<const AnySparse&>(a), is_complex, [&]<class T>(const SparseMatrix<T>& matrix) {
+    return solved<T>(
+        [&](std::span<const T> x, std::span<T> y, bool transposed) {
+          matrix.multiply(x, y, transposed ? tesk2mp::Op::conjugate_transpose : tesk2mp::Op::none);
+        },
+        given);
+  });
 }
 
 AnySparse sparse_of(std::size_t order, py::handle entries, bool lower_triangle) {
