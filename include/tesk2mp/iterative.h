@@ -32,6 +32,8 @@
 // preconditioner, solution), and IFAIL 0 means that this residual satisfies the criterion. Where it does not and the
 // recurrence has lost touch with it, or the method has broken down, the method starts anew from the true residual;
 // after a breakdown CGS, BICGSTAB, TFQMR and IDR take a random shadow vector, the same ones in every run.
+// BICGSTAB of the companions does so too, with no breakdown, where fewer than its M steps have left no more than
+// rounding.
 //
 // The criterion bounds the backward error. With a singular matrix and a b outside its range ||x|| may grow until
 // ||A|| ||x|| excuses any residual: compare ||b - A x|| with ||b||, and ||A|| ||x|| with ||b||.

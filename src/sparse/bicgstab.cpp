@@ -14,8 +14,11 @@ namespace {
 
 constexpr Integer kLargestL = 10;
 
+// Units of the last place that roundings are taken to make of an inner product in an iteration.
+constexpr int kRoundings = 100;
+
 // r_0 is the solver's residual; r_1 ... r_l, u_0 ... u_l follow the shadow residual.
-enum BicgstabScalar : Integer { kRho, kAlpha, kOmega };
+enum BicgstabScalar : Integer { kRho, kAlpha, kOmega, kFirstSize };
 enum BicgstabStep : Integer {
   kStart,
   kIteration,
@@ -32,13 +35,34 @@ Integer u(const Solver<T>& solver, Integer i) {
   return kShadow + 1 + solver.state().m + i;
 }
 
+/// Is rho, a product with the shadow residual, no more than rounding? Its roundings are those of the residual that the
+/// iteration began with. With a preconditioner that is nearly exact one step leaves so little of that residual that the
+/// other steps of the iteration would go along roundings, and lose what has been gained.
+template <class T>
+bool is_rounding(const Solver<T>& solver, const T& rho) {
+  const SolverState<T>& state = solver.state();
+  const QuarnFloat size = solver.euclidean(r(0));
+  QuarnFloat& first = state.real(kFirstSize);
+  if (state.inner == 0) {
+    first = size;
+    return false;
+  }
+  return size_of(rho) * size <=
+         kRoundings * epsilon() * first * solver.euclidean(kShadow) * solver.euclidean(r(state.inner));
+}
+
 /// The next BiCG direction, j = inner: beta, u_i = r_i - beta u_i, A u_j.
 template <class T>
 Outcome make_direction(Solver<T>& solver) {
-  const SolverState<T>& state = solver.state();
+  SolverState<T>& state = solver.state();
   const Integer j = state.inner;
   T& rho = state.scalar(kRho);
   const T next_rho = solver.dot(kShadow, r(j));
+  if (!solver.is_classic() && is_rounding(solver, next_rho)) {
+    state.inner = 0;
+    state.step = kStart;
+    return Outcome::iterated;
+  }
   if (solver.vanishes(next_rho, solver.euclidean(kShadow) * solver.euclidean(r(j)))) {
     return Outcome::broken;
   }
@@ -56,7 +80,10 @@ Outcome make_direction(Solver<T>& solver) {
 
 template <class T>
 Outcome next_direction(Solver<T>& solver) {
-  const auto wants = [&solver] { solver.want_beside(kShadow, r(solver.state().inner)); };
+  const auto wants = [&solver] {
+    solver.want_beside(kShadow, r(solver.state().inner));
+    solver.want_euclidean(r(0));
+  };
   return solver.must_ask(kHaveRhoSums, wants) ? Outcome::waiting : make_direction(solver);
 }
 

@@ -40,7 +40,7 @@ DriverOutcome solve_to_end(const DriverProblem<T>& problem, T* x) {
     } else if (request != Request::start) {
       problem.multiply(request == Request::transposed_product, u.data(), v.data());
     }
-    info = Solver<T>(state, u.data(), v.data(), nullptr).proceed(request);
+    info = Solver<T>(Methods::classic, state, u.data(), v.data(), nullptr).proceed(request);
   }
   QuarnFloat residual = norm_of(kInfinityNorm, problem.n, [&](Integer i) -> const T& { return v[std::size_t(i - 1)]; });
   DriverOutcome outcome{Ending(info), std::move(residual), state.itn};

@@ -110,7 +110,8 @@ void step(const SolverMethod* method, int digits, Integer* irevcm, T* work, T* u
     return;
   }
   const auto before = Phase(state.phase);
-  *info = Solver<T>(state, u, v, wgt).proceed(Request(*irevcm));
+  const Methods methods = method == nullptr ? Methods::all : Methods::classic;
+  *info = Solver<T>(methods, state, u, v, wgt).proceed(Request(*irevcm));
   if (*info < 0) {
     return;
   }

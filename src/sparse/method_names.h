@@ -29,9 +29,6 @@ class MethodName {
   char name_[kLongest + 1] = {};
 };
 
-/// Whose methods: the companions know more than the classic entries.
-enum class Methods { classic, all };
-
 /// The method that METHOD names, or null. CG comes last: it is the beginning of another name.
 inline const SolverMethod* method_named(Methods methods, const MethodName& name) {
   for (const SolverMethod* method : {&kRgmres, &kCgs, &kBicgstab, &kTfqmr, &kMinres, &kSymmlq, &kFgmres, &kIdr, &kCg}) {

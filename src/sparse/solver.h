@@ -83,14 +83,23 @@ QuarnFloat norm_of(Integer norm, Integer n, const Element& element) {
 template <class T>
 class Solver {
  public:
-  Solver(SolverState<T>& state, T* u, T* v, const QuarnFloat* wgt)
-      : state_(state), method_(state.rules()), steps_(method_.template steps<T>()), u_(u, 1), v_(v, 1), wgt_(wgt) {}
+  /// methods: those of the entry that is called.
+  Solver(Methods methods, SolverState<T>& state, T* u, T* v, const QuarnFloat* wgt)
+      : methods_(methods),
+        state_(state),
+        method_(state.rules()),
+        steps_(method_.template steps<T>()),
+        u_(u, 1),
+        v_(v, 1),
+        wgt_(wgt) {}
 
   /// Takes what the caller brings and goes on to the next request. The outcome is 0, a failure's number, or the
   /// negative number of an argument that is wrong.
   Integer proceed(Request brought);
 
   // For the methods.
+  /// Are the digits those of the classic entries, which do not change?
+  bool is_classic() const noexcept { return methods_ == Methods::classic; }
   SolverState<T>& state() const noexcept { return state_; }
   Integer n() const noexcept { return state_.n; }
   /// Of the system, of which n() rows are here.
@@ -251,6 +260,7 @@ class Solver {
   void multiply_by_weights(Integer slot) const;
   void divide_by_weights(Integer slot) const;
 
+  Methods methods_;
   SolverState<T>& state_;
   const SolverMethod& method_;
   const SolverSteps<T>& steps_;

@@ -10,6 +10,9 @@ namespace tesk {
 template <class T>
 class Solver;
 
+/// Whose methods: the companions know more than the classic entries.
+enum class Methods { classic, all };
+
 /// Where a method has got to.
 enum class Outcome {
   waiting,    // for the answer to a request

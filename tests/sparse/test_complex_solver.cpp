@@ -327,6 +327,40 @@ TEST_CASE_TEMPLATE("fewer than ten digits are rounded from ten by every method",
   }
 }
 
+TEST_CASE_TEMPLATE("BiCGSTAB(l) stops short of roundings, with a preconditioner that is nearly exact", T, QuarnFloat,
+                   Complex) {
+  Random random;
+  const struct {
+    int digits;
+    int of_factors;
+  } cases[] = {{3, 3}, {5, 5}, {6, 6}, {12, 6}, {20, 10}, {50, 17}, {50, 25}, {50, 50}};
+  for (const auto& each : cases) {
+    for (Integer order = 2; order <= 10; ++order) {
+      const SparseMatrix<T> a = sample_of<T>(random, false);
+      const std::vector<T> b = random_vector<T>(random);
+      const auto factors = [&, &matrix = a] {
+        const support::Digits fewer(each.of_factors);
+        return tesk2mp::SparseLU<T>(matrix);
+      }();
+      const auto precondition = [&](std::span<const T> x, std::span<T> y) { factors(x, y); };
+      INFO("digits " << each.digits << ", of factors " << each.of_factors << ", order " << order);
+      const support::Digits scope(each.digits);
+      tesk2mp::SolverOptions options;
+      options.method = Method::bicgstab;
+      options.order = order;
+      options.criterion = Criterion::residual;
+      options.tolerance = random.once_in(2) ? QuarnFloat() : QuarnFloat(1, 3 - std::max(each.digits, 10));
+      for (const bool shared : {false, true}) {
+        options.rows = shared ? Integer(kOrder) : 0;
+        options.dot = shared ? [](std::span<tesk2mp::PartialSum>) {} : tesk2mp::SumExchange();
+        std::optional<tesk2mp::BasicIterativeSolution<T>> solution;
+        CHECK_NOTHROW(solution = tesk2mp::solve_iteratively(a, std::span<const T>(b), options, precondition));
+        CHECK((solution && solution->progress.iterations <= 3));
+      }
+    }
+  }
+}
+
 TEST_CASE_TEMPLATE("a tolerance of nothing does not make a regular system inconsistent", T, QuarnFloat, Complex) {
   Random random;
   for (const int digits : {2, 10, 30}) {
