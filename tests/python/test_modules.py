@@ -83,6 +83,36 @@ class Modules(unittest.TestCase):
         with self.assertRaises(ZeroDivisionError):
             tesk2mp.eigsh(lambda x: 1 / 0, 1, 3)
 
+    def test_shapes_of_operators(self):
+        names = ("gmres", "fgmres", "cgs", "bicgstab", "idrs", "tfqmr", "cg", "minres")
+        iterative = [getattr(sparse.linalg, name) for name in names]
+        few = [sparse.linalg.eigsh, sparse.linalg.eigs, sparse.linalg.svds]
+
+        def refused(kind, call, *arguments):
+            with self.assertRaises(kind):
+                call(*arguments)
+
+        for shape in (0, 0), (0, 3), (3, 0):
+            empty = scipy.sparse.csr_matrix(shape)
+            for solve in (*iterative, sparse.linalg.lsmr):
+                refused(tesk2mp.InvalidArgument, solve, empty, [])
+                refused(tesk2mp.InvalidArgument, solve, empty, [1, 2, 3])
+            for find in few:
+                refused(tesk2mp.InvalidArgument, find, empty, 1)
+        for shape in (0, 0), (-2, -2), (2, 0):
+            refused(tesk2mp.InvalidArgument, sparse.linalg.LinearOperator, shape, lambda x: x)
+        for shape in 2, (2,), (1, 2, 3), ("2", "2"):
+            refused(tesk2mp.InvalidType, sparse.linalg.LinearOperator, shape, lambda x: x)
+        for product in None, [[1, 0], [0, 1]]:
+            refused(tesk2mp.InvalidType, sparse.linalg.LinearOperator, (2, 2), product)
+        identity = sparse.linalg.LinearOperator((3, 3), lambda x: x)
+        for solve in iterative:
+            self.assertEqual([round(each, 8) for each in solve(identity, iter([1, 2, 3]))[0]], [1, 2, 3])
+            for b in ([1, 2], iter([1, 2, 3, 4]), numpy.array([1, 2])):
+                refused(tesk2mp.InvalidArgument, solve, identity, b)
+        for find in few:
+            refused(tesk2mp.InvalidType, find, numpy.eye(2), 1)
+
     def test_sparse_systems_of_scipy(self):
         n = 40
         for complex_too in (False, True):

@@ -8,8 +8,9 @@ callback is called with each iterate. The result is (x, 0): what does not conver
 `decimal` has ten digits more than the solver.
 """
 
-from collections.abc import Callable
+from collections.abc import Callable, Iterator, Sized
 from decimal import Decimal
+from operator import index
 from typing import Any, TypeAlias
 
 from .. import _truth, proven
@@ -48,9 +49,14 @@ __all__ = [
 Product: TypeAlias = Callable[[Any], Vector]
 
 
+def _require_numbers(rows: int, columns: int) -> None:
+    if rows < 1 or columns < 1:
+        raise refusal(InvalidArgument, f"a matrix of {rows} by {columns}")
+
+
 class LinearOperator:
     """A matrix that is known by its products alone: matvec(x) is A x, rmatvec(x) the product with the conjugate transpose, which
-    is the matrix H. No method here needs the second one by itself.
+    is the matrix H. No method here needs the second one by itself. InvalidArgument where the shape is not that of a matrix.
 
     >>> double = LinearOperator((2, 2), lambda x: [2 * number for number in x])
     >>> cg(double, [1, 2], digits=20)
@@ -61,7 +67,15 @@ class LinearOperator:
     """
 
     def __init__(self, shape: tuple[int, int], matvec: Product, rmatvec: Product | None = None) -> None:
-        self.shape = shape
+        try:
+            rows, columns = map(index, shape)
+        except (TypeError, ValueError):
+            raise refusal(InvalidType, f"a shape is a number of rows and one of columns, not {shape!r}") from None
+        _require_numbers(rows, columns)
+        for product in (matvec, matvec if rmatvec is None else rmatvec):
+            if not callable(product):
+                raise refusal(InvalidType, f"products are those of a function, not of {type(product).__name__}")
+        self.shape = rows, columns
         self.matvec = matvec
         self.rmatvec = rmatvec
 
@@ -90,6 +104,7 @@ def _rectangle(a: Any) -> tuple[SparseMatrix, tuple[int, int]] | None:
         return None
     entries = a.tocoo()
     rows, columns = entries.shape
+    _require_numbers(rows, columns)
     at_places: dict[tuple[int, int], list[Any]] = {}
     for i, j, number in zip(entries.row.tolist(), entries.col.tolist(), entries.data.tolist()):
         at_places.setdefault((i, j), []).append(exact(number))
@@ -115,8 +130,8 @@ def as_sparse(a: Any) -> SparseMatrix | None:
 
 
 def _shape(a: Any) -> tuple[int, int]:
-    if not hasattr(a, "shape"):
-        raise refusal(InvalidType, "a function has no shape; a LinearOperator has")
+    if not callable(a) or not hasattr(a, "shape"):
+        raise refusal(InvalidType, "a sparse matrix or a LinearOperator is needed, whose shape is known")
     rows, columns = a.shape
     return rows, columns
 
@@ -145,7 +160,11 @@ def _solve(
 
     matrix = as_sparse(a)
     if matrix is None and hasattr(a, "shape"):
-        _require_square(*a.shape)
+        rows, columns = _shape(a)
+        _require_square(rows, columns)
+        b = list(b) if isinstance(b, Iterator) else b
+        if isinstance(b, Sized) and len(b) != rows:
+            raise refusal(InvalidArgument, f"a vector of {len(b)} elements where {rows} are needed")
     x, _, _ = solve_iteratively(
         matrix or a,
         b,
