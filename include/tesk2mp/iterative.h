@@ -38,7 +38,8 @@
 // The criterion bounds the backward error. With a singular matrix and a b outside its range ||x|| may grow until
 // ||A|| ||x|| excuses any residual: compare ||b - A x|| with ||b||, and ||A|| ||x|| with ||b||.
 //
-// Right-hand sides may have any size: a power of ten in b is one in x and changes no digit.
+// Right-hand sides may have any size: a power of ten in b is one in x and changes no digit. Where tau ||b|| is below
+// 10^-999999980, so that residuals that are too large may be 0 as numbers, the companions end with IFAIL 9.
 #pragma once
 
 #include "quarn/quarnfloat.h"

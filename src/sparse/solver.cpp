@@ -19,6 +19,9 @@ constexpr Integer kMostFruitlessStarts = 3;
 // A residual beyond 10 to the power +- this is scaled for the method.
 constexpr int kScaledDecades = 100'000'000;
 
+// Parts of a residual below 10^-999999999 are 0. Those of 2^31 rows make less than this together.
+constexpr int kLeastResidual = -999'999'980;
+
 }  // namespace
 
 // Requests ---------------------------------------------------------------------------------------------------------
@@ -203,6 +206,9 @@ void Solver<T>::begin_with_right_side() {
     state_[Place::least_weight] = 1 / plain_norm(kInfinityNorm, kResidual);
   }
   state_[Place::right_hand_side] = norm(kRightSide);
+  if (!is_classic()) {
+    state_[Place::plain_right_hand_side] = state_[Place::right_hand_side];
+  }
   if (state_[Place::right_hand_side] == 0) {
     clear(kIterate);
     clear(kTrueResidual);
@@ -227,6 +233,12 @@ QuarnFloat Solver<T>::right_side(const QuarnFloat& iterate_norm) const {
 template <class T>
 bool Solver<T>::monitoring_is_due() const {
   return state_.monit > 0 && state_.itn > 0 && state_.itn % state_.monit == 0;
+}
+
+/// Would a residual that is too large be told from 0?
+template <class T>
+bool Solver<T>::residual_is_in_range() const {
+  return is_classic() || state_[Place::tol] * state_[Place::plain_right_hand_side] >= QuarnFloat(1, kLeastResidual);
 }
 
 template <class T>
@@ -287,7 +299,7 @@ void Solver<T>::pronounce() {
   const QuarnFloat& right = state_[Place::stprhs] = right_side(norm(state_.iterate));
   const bool finite = isfinite(left) && isfinite(right);
   if (finite && left <= right) {
-    return finish(Ending::none);
+    return finish(residual_is_in_range() ? Ending::none : Ending::inaccurate);
   }
   if (!finite || (state_.reason & kUnsuitable) != 0) {
     return finish(Ending::breakdown);

@@ -221,6 +221,7 @@ class Solver {
   T weighted(Integer slot, Integer i) const;
   QuarnFloat right_side(const QuarnFloat& iterate_norm) const;
   bool monitoring_is_due() const;
+  bool residual_is_in_range() const;
 
   void forget_sums() noexcept { state_.known = state_.sums = 0; }
   T* table() const noexcept { return constants() + method_.constants(state_.m); }

@@ -87,14 +87,15 @@ enum class Place : Integer {
   anorm,
   sigmax,
   tol,
-  right_hand_side,    // norm of b, or of the preconditioned b
-  ratio,              // of the judged residual's norm to that of the preconditioned one, when last judged
-  replaced_residual,  // norm of the residual when it was last replaced
-  restart_residual,   // Euclidean norm of the preconditioned residual when the method was last started
-  source,             // norm of the vector that a product has been asked for
-  unit,               // the power of ten that the vectors of the method are to be multiplied by
-  method,             // first of those that belong to the method
-  least_weight = 99,  // these two where the vectors are parts of longer ones
+  right_hand_side,             // norm of b, or of the preconditioned b
+  ratio,                       // of the judged residual's norm to that of the preconditioned one, when last judged
+  replaced_residual,           // norm of the residual when it was last replaced
+  restart_residual,            // Euclidean norm of the preconditioned residual when the method was last started
+  source,                      // norm of the vector that a product has been asked for
+  unit,                        // the power of ten that the vectors of the method are to be multiplied by
+  method,                      // first of those that belong to the method
+  plain_right_hand_side = 98,  // norm of b, for the companions
+  least_weight,                // these two where the vectors are parts of longer ones
   largest_weight
 };
 

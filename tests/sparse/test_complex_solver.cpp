@@ -361,6 +361,44 @@ TEST_CASE_TEMPLATE("BiCGSTAB(l) stops short of roundings, with a preconditioner 
   }
 }
 
+TEST_CASE_TEMPLATE("a residual below the range of numbers is not taken for none", T, QuarnFloat, Complex) {
+  const support::Digits digits(20);
+  int solved = 0;
+  for (const int decade : {-999'999'999, -999'999'985, -999'999'970, -999'999'900}) {
+    const auto number = [&](int value) { return T(QuarnFloat(value) * QuarnFloat(1, decade)); };
+    SparseMatrix<T> a(2);
+    a.add(0, 0, number(2));
+    a.add(0, 1, number(1));
+    a.add(1, 0, number(1));
+    a.add(1, 1, number(3));
+    const std::vector<T> b = {number(3), number(4)};
+    for (const Method method : kMethods) {
+      for (const Criterion criterion : {Criterion::residual, Criterion::preconditioned_residual}) {
+        for (const bool preconditioned : {false, true}) {
+          tesk2mp::SolverOptions options;
+          options.method = method;
+          options.criterion = criterion;
+          options.tolerance = QuarnFloat(1, -9);
+          tesk2mp::detail::Precondition<T> precondition;
+          if (preconditioned) {
+            precondition = tesk2mp::detail::preconditioner(a, tesk2mp::Preconditioning::jacobi, {});
+          }
+          INFO("decade " << decade << ", method " << int(method) << ", preconditioned " << preconditioned);
+          try {
+            const auto x = tesk2mp::solve_iteratively(a, std::span<const T>(b), options, precondition).x;
+            for (const T& each : x) {
+              CHECK(quarn::abs(Complex(each) - 1) <= QuarnFloat(1, -7));
+            }
+            ++solved;
+          } catch (const tesk2mp::NumericalFailure&) {  // the matrix itself is at the end of the range
+          }
+        }
+      }
+    }
+  }
+  CHECK(solved >= 20);
+}
+
 TEST_CASE_TEMPLATE("a tolerance of nothing does not make a regular system inconsistent", T, QuarnFloat, Complex) {
   Random random;
   for (const int digits : {2, 10, 30}) {
