@@ -312,17 +312,24 @@ Certificate certify_values(bool singular, const Matrix<T>& a, const std::vector<
 }
 
 /// The same of the eigenvalues of a general matrix: by eigenvectors, and where these do not suffice by a Schur form
-/// with so many digits that its triangle can be scaled away. Discs do not show that eigenvalues are equal: bounds of
-/// multiple ones that are below 10^-worked_with times the largest value are certified as that.
+/// with so many digits that its triangle can be scaled away. Discs do not show that eigenvalues are equal, or that one
+/// is 0: bounds of those that are below 10^-worked_with times the largest value are certified as that. Where all values
+/// are 0 the largest element of the matrix takes its place.
 template <Scalar T>
 Certificate certify_eigenvalues(const Matrix<T>& a, std::vector<BoundedRoot> roots, int worked_with) {
   detail::require_square(a);
   QuarnBound least;
   for (const BoundedRoot& root : roots) {
-    least = std::max(least, QuarnBound(root.value) * QuarnBound::power_of_ten(-worked_with));
+    least = std::max(least, QuarnBound(root.value));
   }
+  const bool all_are_zero = least.is_zero();
+  for (std::size_t i = 0; i < a.rows() * a.columns() && all_are_zero; ++i) {
+    least = std::max(least, QuarnBound(a.data()[i]));
+  }
+  least *= QuarnBound::power_of_ten(-worked_with);
   for (BoundedRoot& root : roots) {
-    root.error = root.count > 1 ? std::max(root.error, least) : root.error;
+    const bool is_zero = root.value == Complex(0) && root.error.is_zero();
+    root.error = root.count > 1 || is_zero ? std::max(root.error, least) : root.error;
   }
   const std::size_t n = a.rows();
   detail::require_problem(roots.size() == n, "there are ", roots.size(), " eigenvalues, not ", n);

@@ -189,7 +189,9 @@ TESK2MP_API void QuarnMPX_zproven_eigenvalues_(Integer n, Complex* a, Integer ld
 /// that its elements above the diagonal weigh as much as the errors. k equal eigenvalues are then known to some 1/k of
 /// these digits. Of an exact matrix alone the number of distinct eigenvalues, the rank of the traces of its powers, is
 /// found modulo so many primes that it is proven, unless that takes more than some 10^9 steps. Where it is that of the
-/// connected sets of discs each eigenvalue is the mean of its set, which is known to nearly all digits.
+/// connected sets of discs each eigenvalue is the mean of its set, which is known to nearly all digits. Where a single
+/// eigenvalue, or equal ones, alone can be 0 and the exact matrix A is singular, its rank being found modulo primes,
+/// they are exactly 0.
 ///
 /// @par Source
 /// S. Miyajima, Numerical enclosure for each eigenvalue in generalized eigenvalue problem, J. Comput. Appl. Math. 236

@@ -163,6 +163,42 @@ TEST_CASE("multiple eigenvalues are known to nearly all digits") {
   }
 }
 
+TEST_CASE("the eigenvalue 0 of an exact singular matrix is exact") {
+  support::Random random;
+  const auto zeros = [](const auto& roots) {
+    return std::count_if(roots.begin(), roots.end(),
+                         [](const auto& root) { return root.value == Complex(0) && root.error.is_zero(); });
+  };
+  const std::vector<std::pair<std::vector<std::pair<Complex, int>>, int>> kinds = {
+      {{{0, 5}}, 5}, {{{0, 1}, {-3, 2}, {5, 1}}, 1}, {{{0, 3}, {Complex(1, 2), 1}}, 3}, {{{2, 3}, {7, 1}}, 0}};
+  for (const int digits : {1, 2, 40, 333}) {
+    CAPTURE(digits);
+    for (const auto& [values, expected] : kinds) {
+      std::vector<Complex> spectrum;
+      const Matrix<Real> a = similar(random, jordan<Real>(random, values, spectrum), 1);
+      int worked_with = 0;
+      const support::Digits scope(digits);
+      const auto roots = proven::to_digits(digits, [&] {
+        worked_with = QuarnDigits();
+        return proven::eigenvalues(a);
+      });
+      CHECK(zeros(roots) == expected);
+      check_roots(roots, spectrum, Real());
+      if (digits <= 40) {
+        CHECK_NOTHROW((void)proven::verify(proven::certify_eigenvalues(a, roots, worked_with)));
+      }
+    }
+  }
+  // What is close to 0 is no zero, and what errors of the elements allow is none either.
+  const support::Digits scope(20);
+  const Matrix<Real> near = {{1, 2}, {Real(0.5), Real("1.000000000000000001")}};
+  CHECK(zeros(proven::eigenvalues(near)) == 0);
+  const proven::BoundedMatrix<Real> uncertain(Matrix<Real>{{1, 2}, {Real(0.5), 1}},
+                                              Matrix<Real>{{0, Real("1e-90")}, {0, 0}});
+  CHECK(zeros(proven::eigenvalues(uncertain)) == 0);
+  CHECK(zeros(proven::eigenvalues(uncertain.values())) == 1);
+}
+
 TEST_CASE("eigenvalues that are nearly equal") {
   support::Random random;
   for (const int digits : {2, 20, 50}) {
