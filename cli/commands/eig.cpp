@@ -222,8 +222,10 @@ void run_on(const EigOptions& options, const DenseMatrix& given, const tesk2mp::
                                 : "an estimate, without a proof; --condition says how sensitive it is");
   std::vector<Complex> values;
   std::vector<QuarnFloat> conditions;
+  // Without a proof the sign of a zero means nothing.
+  const auto plain = [](const QuarnFloat& x) { return x == 0 ? QuarnFloat() : x; };
   for (const std::size_t j : order) {
-    values.push_back(found.values[j]);
+    values.emplace_back(plain(found.values[j].re), plain(found.values[j].im));
     if (options.condition) {
       conditions.push_back(found.conditions[j]);
     }

@@ -30,20 +30,26 @@ constexpr NamedNorm kNorms[] = {{tesk2mp::Norm::largest, "max", "largest element
 
 using BoundedReal = tesk2mp::proven::Bounded<QuarnFloat>;
 
-/// The norms, and the condition number where it is asked for; all with bounds.
+/// The norms, and the condition number where it is asked for; all with bounds. That of a matrix that is proven to be
+/// singular is infinite, and left out.
 template <class T>
-std::vector<BoundedReal> proven_norms(const NormOptions& options, const tesk2mp::Matrix<T>& a) {
+std::vector<BoundedReal> proven_norms(const NormOptions& options, const tesk2mp::Matrix<T>& a, bool& is_singular) {
   std::vector<BoundedReal> norms;
   for (const NamedNorm& each : kNorms) {
     norms.push_back(tesk2mp::proven::norm(each.norm, a));
   }
   if (options.condition) {
-    norms.push_back(tesk2mp::proven::norm(tesk2mp::Norm::one, a) *
-                    tesk2mp::proven::norm(tesk2mp::Norm::one, tesk2mp::proven::inverse(a)));
+    try {
+      norms.push_back(tesk2mp::proven::norm(tesk2mp::Norm::one, a) *
+                      tesk2mp::proven::norm(tesk2mp::Norm::one, tesk2mp::proven::inverse(a)));
+    } catch (const tesk2mp::NumericalFailure&) {
+      is_singular = true;
+    }
   }
   return norms;
 }
 
+/// The same without bounds. Where the matrix is singular to the working digits the condition number is left out.
 template <class T>
 std::vector<QuarnFloat> computed_norms(const NormOptions& options, const tesk2mp::Matrix<T>& a) {
   std::vector<QuarnFloat> norms;
@@ -51,7 +57,11 @@ std::vector<QuarnFloat> computed_norms(const NormOptions& options, const tesk2mp
     norms.push_back(tesk2mp::norm(each.norm, a));
   }
   if (options.condition) {
-    norms.push_back(tesk2mp::norm(tesk2mp::Norm::one, a) * tesk2mp::norm(tesk2mp::Norm::one, tesk2mp::inverse(a)));
+    try {
+      norms.push_back(tesk2mp::norm(tesk2mp::Norm::one, a) * tesk2mp::norm(tesk2mp::Norm::one, tesk2mp::inverse(a)));
+    } catch (const tesk2mp::NumericalFailure&) {
+      // The norms are known all the same.
+    }
   }
   return norms;
 }
@@ -69,12 +79,15 @@ void run_norm(const NormOptions& options) {
   std::vector<QuarnFloat> values;
   std::vector<QuarnFloat> errors;
   std::string why_not;
+  bool is_singular = false;
   std::visit(
       [&](const auto& a) {
         const bool is_proven = try_proof(options.proof, why_not, [&] {
           int worked_with = 0;
-          const std::vector<BoundedReal> bounded =
-              proven_result(options.proof, result, "exact sums", worked_with, [&] { return proven_norms(options, a); });
+          const std::vector<BoundedReal> bounded = proven_result(options.proof, result, "exact sums", worked_with, [&] {
+            is_singular = false;
+            return proven_norms(options, a, is_singular);
+          });
           values = known_values(bounded);
           errors = errors_of(bounded);
         });
@@ -85,6 +98,15 @@ void run_norm(const NormOptions& options) {
       given.elements);
   if (!why_not.empty()) {
     result.notes.push_back(why_not);
+  }
+  if (values.size() < std::size(kNorms) + std::size_t(options.condition ? 1 : 0)) {
+    result.notes.emplace_back(is_singular ? "the matrix is singular, which is proven: its condition number is infinite"
+                                          : "the matrix is singular to the working digits: its condition number is "
+                                            "infinite, or not known");
+    values.emplace_back(is_singular ? "inf" : "nan");
+    if (!errors.empty()) {
+      errors.emplace_back(0);
+    }
   }
   ResultColumn names{"norm", {}, false, true};
   ResultColumn meanings{"meaning", {}, false, true};
@@ -107,8 +129,9 @@ void run_norm(const NormOptions& options) {
 
 constexpr const char* kNormFooter =
     R"(MATRIX is a table of numbers, a row a line, or a Matrix Market file. --condition inverts
-the matrix; a singular one has no condition number, and the exit status is 1. The numbers of
-the matrix are taken with all their digits, and those of the result are proven.
+the matrix; the condition number of a singular one is inf, and nan where it is singular to the
+working digits but not proven to be. The numbers of the matrix are taken with all their digits,
+and those of the result are proven.
 
 Examples:
   quarn norm examples/fs_183_1.mtx --condition --digits 50

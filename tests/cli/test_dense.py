@@ -110,7 +110,8 @@ class Dense(unittest.TestCase):
 
     def test_digits_are_true_of_what_is_nearly_singular(self):
         nearly = "1 1\n1." + "0" * 9000 + "1 1\n"
-        for arguments in (["inv", "-"], ["norm", "-", "--condition"], ["pinv", "-", "--proof-time", "0"]):
+        self.assertIn("not proven: 0 of 20 digits", run("norm", "-", "--condition", stdin=nearly).stdout)
+        for arguments in (["inv", "-"], ["pinv", "-", "--proof-time", "0"]):
             self.assertIn("not proven: 0 of 20 digits", run(*arguments, stdin=nearly).stderr)
         # Below the range of numbers there is no proof, and a 0 is not known to be one.
         far = run_well("inv", "-", "--digits", "4", stdin="5e999999999 0\n0 1\n")
@@ -367,7 +368,6 @@ class Dense(unittest.TestCase):
             (["pinv", "-", "--tolerance", "-1"], "1 2\n", 2, "--tolerance is a number from 0, not '-1'"),
             (["chol", "-"], "1 2\n3 4\n", 2, "standard input: not symmetric: element (2, 1) differs from its mirror image"),
             (["chol", "-"], "1 2\n2 1\n", 1, "DPOTRF: the leading minor of order 2 is not positive"),
-            (["norm", "-", "--condition"], "1 2\n2 4\n", 1, "DPROVEN_SOLVE: the matrix is singular: its rank is less than 2"),
             (["lu", "-", "--part", "x"], "1\n", 2, "--part: 'x' is not factors, l, u or p (quarn lu --help shows what there is)"),
             (["zeros", "0", "1", "2", "3", "4"], "", 1, "DPZEROS: the first coefficient is 0, or one is not finite"),
             (["zeros", "1", "1", "2", "3", "x"], "", 2, "coefficient 5: 'x' is not a number"),
@@ -375,6 +375,22 @@ class Dense(unittest.TestCase):
             with self.subTest(arguments=arguments):
                 done = run(*arguments, stdin=stdin)
                 self.assertEqual((done.returncode, done.stdout, done.stderr), (status, "", f"quarn: {complaint}\n"))
+
+    def test_norms_of_a_singular_matrix(self):
+        for options, last, note in (
+            ([], "inf", "# the matrix is singular, which is proven: its condition number is infinite\n"),
+            (["--working-digits", "20"], "nan", "# the matrix is singular to the working digits: its condition number is infinite, or not known\n"),
+        ):
+            with self.subTest(options=options):
+                self.assertEqual(run_json("norm", "-", "--condition", *options, stdin="1 2\n2 4\n")["value"], ["4", "6", "6", "5", last])
+                self.assertIn(note, run("norm", "-", "--condition", *options, stdin="1 2\n2 4\n").stdout)
+
+    def test_zeros_of_pencils_have_no_sign(self):
+        with tempfile.TemporaryDirectory() as folder:
+            mass = os.path.join(folder, "mass.txt")
+            with open(mass, "w", encoding="ascii") as file:
+                file.write("2 0\n0 -1\n")
+            self.assertNotIn("-0", run("eig", "-", "--mass", mass, stdin="0 1\n0 0\n").stdout)
 
     def test_numbers_that_no_number_holds(self):
         coordinates = "%%MatrixMarket matrix coordinate real general\n2 2 5\n1 1 1e{0}\n1 1 -1e-{0}\n1 1 -1e{0}\n2 2 1\n1 2 0\n"
