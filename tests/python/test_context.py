@@ -9,6 +9,7 @@ import threading
 import unittest
 from concurrent.futures import ThreadPoolExecutor
 from decimal import Decimal
+from fractions import Fraction
 
 import tesk2mp
 
@@ -146,6 +147,18 @@ class Callbacks(unittest.TestCase):
         with self.assertRaises(LookupError):
             tesk2mp.solve_iteratively(failing, [1, 2, 3], digits=60)
         self.assertEqual((decimal.getcontext().prec, seventh()), (28, SEVENTHS[20]))
+
+    def test_tolerances_that_are_negative(self):
+        from tesk2mp.sparse import linalg
+
+        a = tesk2mp.SparseMatrix(2, [(0, 0, 2), (1, 1, 1)])
+        for name in ("gmres", "fgmres", "cgs", "bicgstab", "idrs", "tfqmr", "cg", "minres"):
+            method = getattr(linalg, name)
+            for rtol in (-1, "-1e-9", -0.5, tesk2mp.Real(-1), Fraction(-1, 3)):
+                with self.assertRaisesRegex(ValueError, "rtol is not negative, but -[0-9]"):
+                    method(a, [1, 2], rtol=rtol)
+            for rtol in (0, "1e-9", Fraction(1, 3), tesk2mp.Real("0.01")):
+                self.assertEqual(method(a, [1, 2], rtol=rtol)[1], 0)
 
     def test_few_digits_inside(self):
         """Below 10 digits the solvers have 10, and so has the module in what they call, until that returns or raises."""

@@ -4,12 +4,13 @@ a is a SparseMatrix, a sparse matrix of scipy, a LinearOperator, or a function t
 numbers of their product with the matrix. The floats of a sparse matrix of scipy are taken exactly as they are. M solves with a
 matrix near a: what spilu returns, a LinearOperator or a function. rtol is the tolerance of |b - a x| beside |b| + |a| |x|, 0 for
 the square root of the machine precision; where a is known by its products alone and M is given, that of M's solution with b - a x.
-callback is called with each iterate. The result is (x, 0): what does not converge is a NumericalFailure. While a function works,
+A negative one is an InvalidArgument, which is a ValueError. callback is called with each iterate. The result is (x, 0): what does not converge is a NumericalFailure. While a function works,
 `decimal` has ten digits more than the solver.
 """
 
 from collections.abc import Callable, Iterator, Sized
 from decimal import Decimal
+from fractions import Fraction
 from operator import index
 from typing import Any, TypeAlias
 
@@ -158,6 +159,9 @@ def _solve(
         if callback is not None:
             callback(x)
 
+    tolerance = rtol if isinstance(rtol, Fraction) else exact(rtol, real=True)
+    if tolerance < 0:
+        raise refusal(InvalidArgument, f"rtol is not negative, but {rtol} is")
     matrix = as_sparse(a)
     if matrix is None and hasattr(a, "shape"):
         rows, columns = _shape(a)
