@@ -2,6 +2,7 @@
 // tesk2mp.hpp; docs/guide/certificates.md describes what they consist of.
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <numeric>
 
@@ -322,9 +323,9 @@ Certificate certify_eigenvalues(const Matrix<T>& a, std::vector<BoundedRoot> roo
   for (const BoundedRoot& root : roots) {
     least = std::max(least, QuarnBound(root.value));
   }
-  const bool all_are_zero = least.is_zero();
-  for (std::size_t i = 0; i < a.rows() * a.columns() && all_are_zero; ++i) {
-    least = std::max(least, QuarnBound(a.data()[i]));
+  if (least.is_zero()) {
+    std::for_each(a.data(), a.data() + a.rows() * a.columns(),
+                  [&](const T& element) { least = std::max(least, QuarnBound(element)); });
   }
   least *= QuarnBound::power_of_ten(-worked_with);
   for (BoundedRoot& root : roots) {

@@ -2,10 +2,10 @@
 
 a is a SparseMatrix, a sparse matrix of scipy, a LinearOperator, or a function that takes a list of n numbers and returns the n
 numbers of their product with the matrix. The floats of a sparse matrix of scipy are taken exactly as they are. M solves with a
-matrix near a: what spilu returns, a LinearOperator or a function. rtol is the tolerance of |b - a x| beside |b| + |a| |x|, 0 for
-the square root of the machine precision; where a is known by its products alone and M is given, that of M's solution with b - a x.
-A negative one is an InvalidArgument, which is a ValueError. callback is called with each iterate. The result is (x, 0): what does not converge is a NumericalFailure. While a function works,
-`decimal` has ten digits more than the solver.
+matrix near a: what spilu returns, a LinearOperator or a function. rtol, not negative, is the tolerance of |b - a x| beside
+|b| + |a| |x|, 0 for the square root of the machine precision; where a is known by its products alone and M is given, that of M's
+solution with b - a x. callback is called with each iterate. The result is (x, 0): what does not converge is a NumericalFailure.
+While a function works, `decimal` has ten digits more than the solver.
 """
 
 from collections.abc import Callable, Iterator, Sized
