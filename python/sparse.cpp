@@ -42,6 +42,9 @@ tesk2mp::SolverOptions options_of(const std::string& method, const py::object& t
   options.norm = option_of<VectorNorm>(
       "norm", norm, {{"infinity", VectorNorm::infinity}, {"one", VectorNorm::one}, {"two", VectorNorm::two}});
   options.tolerance = to_real(tolerance);
+  if (!(options.tolerance >= 0)) {
+    throw py::value_error("the tolerance is a number from 0 on, not " + std::string(py::str(tolerance)));
+  }
   options.matrix_norm = to_real(matrix_norm);
   options.largest_singular_value = to_real(largest_singular_value);
   if (!weights.is_none()) {

@@ -10,7 +10,6 @@ While a function works, `decimal` has ten digits more than the solver.
 
 from collections.abc import Callable, Iterator, Sized
 from decimal import Decimal
-from fractions import Fraction
 from operator import index
 from typing import Any, TypeAlias
 
@@ -159,9 +158,6 @@ def _solve(
         if callback is not None:
             callback(x)
 
-    tolerance = rtol if isinstance(rtol, Fraction) else exact(rtol, real=True)
-    if tolerance < 0:
-        raise refusal(InvalidArgument, f"rtol is not negative, but {rtol} is")
     matrix = as_sparse(a)
     if matrix is None and hasattr(a, "shape"):
         rows, columns = _shape(a)
