@@ -6,8 +6,8 @@
 #include "src/dense/householder.h"
 #include "src/proven/block_diagonal.h"
 #include "src/proven/distinct.h"
+#include "src/proven/rank.h"
 #include "src/proven/spectrum.h"
-#include "tesk2mp/proven.h"
 #include "tesk2mp/proven_spectra.h"
 
 namespace tesk::proven {
@@ -136,17 +136,10 @@ void find_equal(Enclosure& found, const Spectrum& spectrum, const Pencil<Complex
   }
 }
 
-void find_rank(Integer n, OneBasedMatrix<QuarnFloat> a, Integer lda, Integer* rank, Integer* info) {
-  QuarnMPX_dproven_rank_(n, n, a.first(), lda, rank, info);
-}
-void find_rank(Integer n, OneBasedMatrix<Complex> a, Integer lda, Integer* rank, Integer* info) {
-  QuarnMPX_zproven_rank_(n, n, a.first(), lda, rank, info);
-}
-
 /// An exact singular matrix has the eigenvalue 0. Where one set of discs alone can hold it, a set of one eigenvalue or
 /// of equal ones, it is that.
 template <class T>
-void find_zero(Enclosure& found, const Pencil<T>& pencil, Integer lda) {
+void find_zero(Enclosure& found, const Pencil<T>& pencil) {
   const Members* only = nullptr;
   for (const Members& members : found.sets) {
     const Disc& disc = found.discs[members[0]];
@@ -161,10 +154,7 @@ void find_zero(Enclosure& found, const Pencil<T>& pencil, Integer lda) {
   if (only == nullptr || !pencil.of_a.is_zero() || !found.discs[(*only)[0]].error.is_finite()) {
     return;
   }
-  Integer rank = 0;
-  Integer info = 0;
-  find_rank(pencil.n, pencil.a, lda, &rank, &info);
-  if (info == 0 && rank < pencil.n) {
+  if (const auto rank = exact_rank(pencil.n, pencil.n, pencil.a); rank && *rank < pencil.n) {
     for (const std::size_t i : *only) {
       found.discs[i].value = Complex();
       found.discs[i].error = QuarnBound();
@@ -253,8 +243,8 @@ Integer checked_eigen(Integer n, T* a, Integer lda, QuarnFloat* aerror, Integer 
         improve(known, pencil, vectors, false, wants_vectors);
       }
     }
+    find_zero(known, pencil);
   }
-  find_zero(known, pencil, lda);
   for (Integer j = 0; wants_vectors && j < n; ++j) {
     xerror[j] = known.of_vectors[std::size_t(j)].value();
   }

@@ -1,18 +1,17 @@
 // The rank of an exact matrix by elimination modulo primes: not below the rank modulo any prime; and where it is r
 // modulo primes whose product is above Hadamard's bound of all minors of order r + 1 these minors are 0. J. Hadamard,
 // Bull. Sci. Math. 17 (1893); J. von zur Gathen, J. Gerhard, Modern Computer Algebra, section 5.5.
+#include "src/proven/rank.h"
+
 #include <algorithm>
 #include <cstdint>
-#include <optional>
 #include <type_traits>
 
 #include "src/proven/modular.h"
 #include "tesk2mp/proven.h"
 
 namespace tesk::proven {
-namespace {
 
-/// Nothing where that would take too long.
 template <class T>
 std::optional<Integer> exact_rank(Integer m, Integer n, OneBasedMatrix<T> a) {
   const IntegerRows rows(m, n, std::is_same_v<T, Complex>, 1, a);
@@ -22,6 +21,11 @@ std::optional<Integer> exact_rank(Integer m, Integer n, OneBasedMatrix<T> a) {
       [&](const Field& field, Residues residues) { return Integer(row_echelon(field, residues, std::size_t(n))); },
       [&](Integer found) { return rows.norms(std::size_t(found) + 1); });
 }
+
+template std::optional<Integer> exact_rank(Integer, Integer, OneBasedMatrix<QuarnFloat>);
+template std::optional<Integer> exact_rank(Integer, Integer, OneBasedMatrix<Complex>);
+
+namespace {
 
 template <class T>
 Integer checked_rank(Integer m, Integer n, T* a, Integer lda, Integer* rank) {
