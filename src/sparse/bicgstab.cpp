@@ -35,22 +35,6 @@ Integer u(const Solver<T>& solver, Integer i) {
   return kShadow + 1 + solver.state().m + i;
 }
 
-/// Is rho, a product with the shadow residual, no more than rounding? Its roundings are those of the residual that the
-/// iteration began with. With a preconditioner that is nearly exact one step leaves so little of that residual that the
-/// other steps of the iteration would go along roundings, and lose what has been gained.
-template <class T>
-bool is_rounding(const Solver<T>& solver, const T& rho) {
-  const SolverState<T>& state = solver.state();
-  const QuarnFloat size = solver.euclidean(r(0));
-  QuarnFloat& first = state.real(kFirstSize);
-  if (state.inner == 0) {
-    first = size;
-    return false;
-  }
-  return size_of(rho) * size <=
-         kRoundings * epsilon() * first * solver.euclidean(kShadow) * solver.euclidean(r(state.inner));
-}
-
 /// The next BiCG direction, j = inner: beta, u_i = r_i - beta u_i, A u_j.
 template <class T>
 Outcome make_direction(Solver<T>& solver) {
@@ -58,12 +42,21 @@ Outcome make_direction(Solver<T>& solver) {
   const Integer j = state.inner;
   T& rho = state.scalar(kRho);
   const T next_rho = solver.dot(kShadow, r(j));
-  if (!solver.is_classic() && is_rounding(solver, next_rho)) {
-    state.inner = 0;
-    state.step = kStart;
-    return Outcome::iterated;
+  const QuarnFloat scale = solver.euclidean(kShadow) * solver.euclidean(r(j));
+  if (!solver.is_classic()) {
+    // A product with the shadow residual has the roundings of the residual that the iteration began with. With a
+    // preconditioner that is nearly exact one step leaves so little of that residual that the other steps of the
+    // iteration would go along roundings, and lose what has been gained.
+    const QuarnFloat size = solver.euclidean(r(0));
+    if (j == 0) {
+      state.real(kFirstSize) = size;
+    } else if (size_of(next_rho) * size <= kRoundings * epsilon() * state.real(kFirstSize) * scale) {
+      state.inner = 0;
+      state.step = kStart;
+      return Outcome::iterated;
+    }
   }
-  if (solver.vanishes(next_rho, solver.euclidean(kShadow) * solver.euclidean(r(j)))) {
+  if (solver.vanishes(next_rho, scale)) {
     return Outcome::broken;
   }
   const T beta = quotient(state.scalar(kAlpha) * next_rho, rho);
