@@ -33,7 +33,7 @@ using BoundedReal = tesk2mp::proven::Bounded<QuarnFloat>;
 /// The norms, and the condition number where it is asked for; all with bounds. That of a matrix that is proven to be
 /// singular is infinite, and left out.
 template <class T>
-std::vector<BoundedReal> proven_norms(const NormOptions& options, const tesk2mp::Matrix<T>& a, bool& is_singular) {
+std::vector<BoundedReal> proven_norms(const NormOptions& options, const tesk2mp::Matrix<T>& a) {
   std::vector<BoundedReal> norms;
   for (const NamedNorm& each : kNorms) {
     norms.push_back(tesk2mp::proven::norm(each.norm, a));
@@ -43,7 +43,7 @@ std::vector<BoundedReal> proven_norms(const NormOptions& options, const tesk2mp:
       norms.push_back(tesk2mp::proven::norm(tesk2mp::Norm::one, a) *
                       tesk2mp::proven::norm(tesk2mp::Norm::one, tesk2mp::proven::inverse(a)));
     } catch (const tesk2mp::NumericalFailure&) {
-      is_singular = true;
+      // Singular, which is proven.
     }
   }
   return norms;
@@ -79,15 +79,12 @@ void run_norm(const NormOptions& options) {
   std::vector<QuarnFloat> values;
   std::vector<QuarnFloat> errors;
   std::string why_not;
-  bool is_singular = false;
   std::visit(
       [&](const auto& a) {
         const bool is_proven = try_proof(options.proof, why_not, [&] {
           int worked_with = 0;
-          const std::vector<BoundedReal> bounded = proven_result(options.proof, result, "exact sums", worked_with, [&] {
-            is_singular = false;
-            return proven_norms(options, a, is_singular);
-          });
+          const std::vector<BoundedReal> bounded =
+              proven_result(options.proof, result, "exact sums", worked_with, [&] { return proven_norms(options, a); });
           values = known_values(bounded);
           errors = errors_of(bounded);
         });
@@ -100,11 +97,12 @@ void run_norm(const NormOptions& options) {
     result.notes.push_back(why_not);
   }
   if (values.size() < std::size(kNorms) + std::size_t(options.condition ? 1 : 0)) {
-    result.notes.emplace_back(is_singular ? "the matrix is singular, which is proven: its condition number is infinite"
-                                          : "the matrix is singular to the working digits: its condition number is "
-                                            "infinite, or not known");
-    values.emplace_back(is_singular ? "inf" : "nan");
-    if (!errors.empty()) {
+    const bool is_proven = !errors.empty();
+    result.notes.emplace_back(is_proven ? "the matrix is singular, which is proven: its condition number is infinite"
+                                        : "the matrix is singular to the working digits: its condition number is "
+                                          "infinite, or not known");
+    values.emplace_back(is_proven ? "inf" : "nan");
+    if (is_proven) {
       errors.emplace_back(0);
     }
   }
